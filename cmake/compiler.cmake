@@ -1,0 +1,19 @@
+# Flags that every target shares. Contraction is off so that a result does not depend on the machine's FMA.
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_compile_options(-ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 reports overlapping copies and out-of-bounds reads inside inlined std::string code that cannot happen.
+  add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow)
+endif()
+
+if(VLDV_SANITIZE OR VLDV_FUZZ)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(VLDV_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,37 @@
+# vldv_folder(name MAY_USE folders... SOURCES files... [LIBRARIES packages...])
+#
+# One folder of src/ as a link target. MAY_USE names every folder whose headers it may include; what is missing there
+# is a link error, and scripts/check_includes.py reads the same list to check the headers.
+function(vldv_folder name)
+  cmake_parse_arguments(FOLDER "" "" "MAY_USE;SOURCES;LIBRARIES;PCH" ${ARGN})
+  add_library(vldv_${name} STATIC ${FOLDER_SOURCES})
+  set_target_properties(vldv_${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(vldv_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  foreach(used IN LISTS FOLDER_MAY_USE)
+    target_link_libraries(vldv_${name} PUBLIC vldv_${used})
+  endforeach()
+  target_link_libraries(vldv_${name} PRIVATE ${FOLDER_LIBRARIES})
+  if(FOLDER_PCH)
+    target_precompile_headers(vldv_${name} PRIVATE ${FOLDER_PCH})
+  endif()
+endfunction()
+
+# vldv_test(name FOLDERS folders... SOURCES files... [LIBRARIES packages...])
+#
+# One test program a folder; every TEST in it becomes a test of ctest.
+function(vldv_test name)
+  cmake_parse_arguments(TEST "" "" "FOLDERS;SOURCES;LIBRARIES" ${ARGN})
+  add_executable(test_${name} ${TEST_SOURCES})
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  foreach(used IN LISTS TEST_FOLDERS)
+    target_link_libraries(test_${name} PRIVATE vldv_${used})
+  endforeach()
+  target_link_libraries(test_${name} PRIVATE GTest::gmock GTest::gtest_main ${TEST_LIBRARIES})
+  target_compile_definitions(test_${name} PRIVATE
+    VLDV_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+    VLDV_SAMPLES="${PROJECT_SOURCE_DIR}/../shared/samples")
+  if(NOT VLDV_SANITIZE)
+    target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
+  endif()
+  gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,30 @@
+#pragma once
+#include "primitives/color_map.h"
+#include "primitives/line_fit.h"
+#include "primitives/range.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// Forms of the kernels for one instruction set each; only to be called where the processor has it.
+namespace primitives::simd {
+
+#if defined(__x86_64__)
+height_range find_range_avx2(std::span<const std::int16_t> heights) noexcept;
+height_range find_range_avx512(std::span<const std::int16_t> heights) noexcept;
+
+void map_heights_avx2(std::span<const std::int16_t> heights, byte_window window, std::uint8_t* out) noexcept;
+void map_floats_avx2(std::span<const float> values, byte_window window, std::uint8_t* out) noexcept;
+void paint_32_avx2(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
+void map_heights_avx512(std::span<const std::int16_t> heights, byte_window window, std::uint8_t* out) noexcept;
+void map_floats_avx512(std::span<const float> values, byte_window window, std::uint8_t* out) noexcept;
+void paint_32_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
+void paint_24_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
+
+/// Exact for rows of at most 2^19 values.
+flattened_range flatten_row_avx2(std::span<const std::int16_t> row, float* out) noexcept;
+flattened_range flatten_row_avx512(std::span<const std::int16_t> row, float* out, const void* soon = nullptr) noexcept;
+#endif
+
+} // namespace primitives::simd

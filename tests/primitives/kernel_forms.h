@@ -1,0 +1,31 @@
+#pragma once
+#include "primitives/cpu.h"
+#include "primitives/simd.h"
+
+#include <string>
+#include <vector>
+
+/// A kernel in each form that this machine can run, with the name of the form.
+template <class Function>
+struct kernel_form {
+    std::string name;
+    Function* run;
+};
+template <class Function>
+using kernel_forms = std::vector<kernel_form<Function>>;
+
+/// The chosen form, and those of each instruction set that the machine has (null: there is none).
+template <class Function>
+kernel_forms<Function> forms_of(Function* chosen, Function* avx2, Function* avx512)
+{
+    kernel_forms<Function> forms{{"chosen", chosen}};
+    if (avx2 && primitives::has_avx2()) forms.push_back({"AVX2", avx2});
+    if (avx512 && primitives::has_vbmi()) forms.push_back({"AVX-512", avx512});
+    return forms;
+}
+#if defined(__x86_64__)
+#define VLDV_FORMS(kernel)                                                                                             \
+    forms_of(primitives::kernel, primitives::simd::kernel##_avx2, primitives::simd::kernel##_avx512)
+#else
+#define VLDV_FORMS(kernel) forms_of(primitives::kernel, {}, {})
+#endif
