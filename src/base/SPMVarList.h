@@ -1,0 +1,78 @@
+#pragma once
+#include "base/SPMVar.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+class SPMVarList;
+
+/// Told by a list that one of its variables changed.
+class SPMVarListHandler {
+public:
+    /// \param index  of the changed variable in `list`
+    virtual void OnFireVariableChange(int index, const SPMVarList* list) = 0;
+
+protected:
+    ~SPMVarListHandler() = default;
+};
+
+/// Ordered variables, found by name without allocating. One thread at a time.
+class SPMVarList {
+public:
+    SPMVarList();
+    SPMVarList(const SPMVarList& other);
+    SPMVarList& operator=(const SPMVarList& other);
+    virtual ~SPMVarList();
+
+    /// The variable of that name; a shared one of type 0, which reads as 0, false or empty, when there is none.
+    const SPMVar& operator[](const std::string& name) const noexcept { return find(name); }
+    const SPMVar& operator[](const char* name) const noexcept { return find(name); }
+    const SPMVar& get_var(const char* name) const noexcept { return find(name); }
+    /// By position, in declaration order; an index past the end gives the same shared variable.
+    const SPMVar& get_var(unsigned index) const noexcept;
+    /// Position of the name, or `unsigned(-1)`.
+    unsigned get_var_i(const char* name) const noexcept;
+    unsigned get_size() const noexcept { return static_cast<unsigned>(variables.size()); }
+
+    /// Replaces the variable of the same name or appends; handlers run when the stored time stamp changes.
+    void set_var(const SPMVar& source);
+    /// `from_string` on the named variable, then notifies. \return false for an unknown name or unusable text
+    bool set_var(const char* name, const char* text);
+    /// Replaces the whole list. Handlers stay and are not told.
+    virtual void set_variables(const SPMVar* source, unsigned count);
+    /// Copies at most `max` variables to `out` and returns how many; the count when `out` is null.
+    unsigned get_variables(SPMVar* out, unsigned max) const;
+
+    void AddFireVariableChangeHandler(SPMVarListHandler* handler);
+    void RemoveFireVariableChangeHandler(SPMVarListHandler* handler);
+
+protected:
+    const SPMVar& find(std::string_view name) const noexcept;
+
+private:
+    struct name_hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
+    };
+    void notify(unsigned index);
+
+    std::vector<SPMVar> variables;
+    std::unordered_map<std::string, unsigned, name_hash, std::equal_to<>> positions;
+    std::vector<SPMVarListHandler*> handlers;
+};
+
+/// A list shared by name across the process and counted: `GetVarList` and `ReleaseList` pair within one function.
+/// The content of a list lives until the process ends, so that releasing the last reference loses no settings.
+class VLGlobalVarList : public SPMVarList {
+public:
+    /// The list of that name, its reference count raised; created empty on first use.
+    static VLGlobalVarList* GetVarList(const char* name);
+    void ReleaseList() noexcept;
+    unsigned references() const noexcept { return referenceCount; }
+
+private:
+    VLGlobalVarList() = default;
+    unsigned referenceCount = 0;
+};

@@ -1,0 +1,47 @@
+#pragma once
+#include "base/SPMVar.h"
+
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace base {
+
+struct declared_item {
+    std::string key;
+    std::string label; ///< equal to the key when none is given
+    bool operator==(const declared_item&) const = default;
+};
+
+/// The content of one declaration line, in plain values. docs/declarations.md tells the language.
+struct declaration {
+    std::string name;
+    std::string label; ///< empty: the variable is hidden
+    SPMVarType type = SPM_VAR_NONE;
+    double minimum = -std::numeric_limits<double>::infinity();
+    double maximum = std::numeric_limits<double>::infinity();
+    double step = 0.0;
+    std::vector<declared_item> items;
+    unsigned length = 0;
+    unsigned elementSize = 1;
+    SPMVarArrayType elementType = SPM_ARRAY_VOID;
+    std::string shape;   ///< words that follow an array's element size and type
+    std::string options; ///< display and evaluation expressions as written
+    bool operator==(const declaration&) const = default;
+};
+
+/// Never fails: what is not understood gives a declaration of type 0, with the name and label as far as they were.
+declaration parse_declaration(std::string_view text);
+/// The inverse: parsing the text gives an equal declaration, for any content.
+std::string write_declaration(const declaration& source);
+
+/// One enum item, `key` or `key(label)`.
+declared_item parse_item(std::string_view text);
+
+/// A text as one word of a declaration: as it stands when it is plain, else as \"…\" with special bytes as \HH.
+std::string encode_word(std::string_view text);
+/// Reads a word from the front of `text`, ending at a blank, and removes it with the blanks around it.
+std::string take_word(std::string_view& text);
+
+} // namespace base
