@@ -1,0 +1,112 @@
+#include "platform/Document.h"
+
+#include "platform/View.h"
+#include "platform/WinApp.h"
+#include "platform/atomic_file.h"
+#include "platform/paths.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+class file_archive : public CArchive {
+public:
+    file_archive(const std::wstring& path_, platform::atomic_file& file_) : CArchive(path_, true), file(file_) {}
+    void Write(const void* bytes, std::size_t count) override
+    {
+        file.write({static_cast<const std::byte*>(bytes), count});
+    }
+
+private:
+    platform::atomic_file& file;
+};
+
+} // namespace
+
+CView::~CView()
+{
+    if (document) document->RemoveView(this);
+}
+
+CDocument::~CDocument()
+{
+    for (CView* view : attached) view->document = nullptr;
+}
+
+bool CDocument::OnNewDocument()
+{
+    DeleteContents();
+    pathName.clear();
+    modified = false;
+    return true;
+}
+
+bool CDocument::OnOpenDocument(const wchar_t*) { return false; }
+
+bool CDocument::OnSaveDocument(const wchar_t* path)
+{
+    const std::wstring target = platform::full_path(path);
+    try {
+        platform::atomic_file file(platform::to_path(target));
+        file_archive archive(target, file);
+        Serialize(archive);
+        file.commit();
+    } catch (const CException& failure) {
+        ReportSaveLoadException(target.c_str(), failure, true);
+        return false;
+    } catch (const std::exception& failure) {
+        ReportSaveLoadException(target.c_str(), CArchiveException(CArchiveException::generic, target, failure.what()),
+                                true);
+        return false;
+    }
+    SetModifiedFlag(false);
+    return true;
+}
+
+void CDocument::OnCloseDocument()
+{
+    DeleteContents();
+    if (owner) owner->documentClosed(*this);
+}
+
+void CDocument::SetPathName(const wchar_t* path, int addToMRU)
+{
+    pathName = platform::full_path(path);
+    embedded = false;
+    SetTitle(platform::file_stem(pathName).c_str());
+    if (CWinApp* app = AfxGetApp(); app && addToMRU) app->AddToRecentFileList(pathName);
+}
+
+void CDocument::SetTitle(const wchar_t* text) { title = text; }
+
+void CDocument::AddView(CView* view)
+{
+    attached.push_back(view);
+    view->document = this;
+}
+
+void CDocument::RemoveView(CView* view)
+{
+    if (std::erase(attached, view) == 0) return;
+    view->document = nullptr;
+    if (attached.empty() && autoDelete) OnCloseDocument();
+}
+
+void CDocument::UpdateAllViews(CView* sender, std::uint32_t hint)
+{
+    const std::vector<CView*> told = attached;
+    for (CView* view : told)
+        if (view != sender && std::ranges::find(attached, view) != attached.end()) view->OnUpdate(sender, hint);
+}
+
+void CDocument::ReportSaveLoadException(const wchar_t*, const CException& failure, bool)
+{
+    if (CWinApp* app = AfxGetApp()) app->host().messageBox(failure.what(), message_icon::warning);
+}
+
+void CDocument::moveViewToFront(const CView* view)
+{
+    const auto found = std::ranges::find(attached, view);
+    if (found != attached.end()) std::rotate(attached.begin(), found, found + 1);
+}

@@ -1,0 +1,30 @@
+#pragma once
+#include <stdexcept>
+#include <string>
+
+/// Base of the framework's exceptions; `what()` is a sentence for the user.
+class CException : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Reading or writing a document's bytes failed.
+class CArchiveException : public CException {
+public:
+    enum cause_code { none = 0, generic = 1, readOnly = 2, endOfFile = 3, writeOnly = 4, badIndex = 5 };
+    /// \param reason  may be empty; otherwise what was wrong, in words
+    CArchiveException(cause_code cause_, const std::wstring& path_, const std::string& reason);
+
+    cause_code cause;
+    std::wstring path;
+};
+
+/// The operating system refused a file.
+class CFileException : public CException {
+public:
+    /// \param error  an errno value
+    CFileException(int error, const std::wstring& path_);
+
+    int osError;
+    std::wstring path;
+};

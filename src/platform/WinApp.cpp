@@ -1,0 +1,37 @@
+#include "platform/WinApp.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace {
+
+CWinApp* current = nullptr;
+
+} // namespace
+
+CWinApp* AfxGetApp() noexcept { return current; }
+
+CWinApp::CWinApp(IHost& host_) : machine(host_)
+{
+    assert(!current && "a program has one application");
+    current = this;
+}
+
+CWinApp::~CWinApp() { current = nullptr; }
+
+void CWinApp::AddToRecentFileList(const std::wstring& path)
+{
+    std::erase(recent, path);
+    recent.insert(recent.begin(), path);
+    if (recent.size() > maxRecentFiles) recent.pop_back();
+}
+
+CWaitCursor::CWaitCursor()
+{
+    if (CWinApp* app = AfxGetApp()) app->host().waitCursor(true);
+}
+
+CWaitCursor::~CWaitCursor()
+{
+    if (CWinApp* app = AfxGetApp()) app->host().waitCursor(false);
+}

@@ -1,0 +1,20 @@
+#pragma once
+#include <filesystem>
+#include <string>
+
+namespace platform {
+
+// Paths as wide text. Bytes that are no UTF-8 survive the way there and back.
+
+std::filesystem::path to_path(const std::wstring& path);
+std::wstring to_wide(const std::filesystem::path& path);
+/// Absolute, without "." and ".." steps; relative ones start at the current folder. Empty stays empty.
+std::wstring full_path(const std::wstring& path);
+/// The part behind the last slash.
+std::wstring file_name(const std::wstring& path);
+/// The file name without its last extension; a name that only starts with a dot has none.
+std::wstring file_stem(const std::wstring& path);
+/// The last extension with its dot, or empty.
+std::wstring file_extension(const std::wstring& path);
+
+} // namespace platform

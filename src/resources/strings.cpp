@@ -1,0 +1,22 @@
+#include "resources/strings.h"
+
+namespace {
+
+struct string_row {
+    unsigned id;
+    const char* text;
+};
+
+constexpr string_row stringTable[] = {
+    {1040, "File %s is empty."},
+    {1049, "Copy %d of %s"},
+};
+
+} // namespace
+
+const char* string_resource(unsigned id) noexcept
+{
+    for (const string_row& row : stringTable)
+        if (row.id == id) return row.text;
+    return "";
+}
