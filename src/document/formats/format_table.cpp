@@ -1,0 +1,41 @@
+#include "document/formats/bmp.h"
+#include "document/formats/jpeg.h"
+#include "document/formats/nanoscope.h"
+#include "document/formats/registry.h"
+#include "document/formats/tiff.h"
+#include "document/formats/text_table.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace formats {
+
+namespace {
+
+/// A zip archive whose first entry is "main.xml"; other instruments write zip archives, too.
+bool sniff_container(std::span<const std::byte> head)
+{
+    constexpr std::string_view signature = "PK\3\4", entry = "main.xml";
+    constexpr std::size_t nameLengthAt = 26, nameAt = 30;
+    if (head.size() < nameAt + entry.size()) return false;
+    return std::memcmp(head.data(), signature.data(), signature.size()) == 0 &&
+           head[nameLengthAt] == std::byte{entry.size()} && head[nameLengthAt + 1] == std::byte{0} &&
+           std::memcmp(head.data() + nameAt, entry.data(), entry.size()) == 0;
+}
+
+// In the order of the file dialog. type, name, patterns, sniff, possible, read.
+constexpr format_row rows[] = {
+    {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
+    {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
+     nullptr, read_nanoscope},
+    {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
+    {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
+    {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
+    {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, read_text_table},
+};
+
+} // namespace
+
+std::span<const format_row> format_table() noexcept { return rows; }
+
+} // namespace formats

@@ -1,0 +1,20 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/recording.h"
+#include "document/formats/source.h"
+
+#include <cstddef>
+#include <span>
+
+namespace formats {
+
+/// True for the first bytes of a NanoScope file, also of one whose line ends were damaged in a text-mode transfer:
+/// the reader then says so.
+bool sniff_nanoscope(std::span<const std::byte> head);
+
+/// Reads the images of a NanoScope file, header versions 2 to 10: 16-bit samples stay as they are, 32-bit ones are
+/// fitted onto 16 bits. A channel that was recorded in both directions of the fast axis becomes one image with the
+/// sub-images "Forward" and "Reverse". Files that hold force curves alone are refused.
+base::read_result<recording> read_nanoscope(source& file);
+
+} // namespace formats

@@ -1,0 +1,38 @@
+#pragma once
+#include "document/formats/heights.h"
+#include "document/formats/nanoscope_header.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace formats {
+
+/// The right side of an `\@n:Key:` line, "V [soft scale] (hard scale) hard value" or `S [internal name] "display
+/// name"`.
+struct nanoscope_value {
+    char kind = ' ';                 ///< V value, C scale, S selection
+    std::string bracket;             ///< soft scale or internal name: "Sens. Zsens", "ZSensor"
+    std::optional<double> hardScale; ///< "0.005035400" of "(0.005035400 V/LSB)"
+    std::string hardScaleUnits;      ///< "V/LSB"
+    std::optional<double> value;
+    std::string units;   ///< of the value, spelt as this library does
+    std::string display; ///< text between double quotes
+};
+
+nanoscope_value parse_nanoscope_value(std::string_view text);
+
+/// Units as this library spells them: "~m" and "um" become "µm", the degree of any spelling becomes "°".
+std::string nanoscope_units(std::string_view units);
+
+/// Units of a value in `units` times a sensitivity in `sensitivityUnits`: "V" times "nm/V" is "nm".
+/// \param factor  receives what the number has to be multiplied with besides: 0.001 for "mV" times "nm/V"
+std::string multiply_units(const std::string& units, const std::string& sensitivityUnits, double& factor);
+
+/// Channel of an image list: display name, else internal name, else "Image".
+std::string nanoscope_channel(const nanoscope_section& image);
+
+/// What a raw sample of an image means. A scale that the header does not tell leaves raw numbers without units.
+value_scale nanoscope_image_scale(const nanoscope_header& header, const nanoscope_section& image);
+
+} // namespace formats

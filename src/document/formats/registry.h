@@ -1,0 +1,48 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/recording.h"
+#include "document/formats/source.h"
+
+#include <span>
+#include <string_view>
+
+/// What a file is. The numbers of the known ones are part of the reader interface.
+enum SupportedFileTypes : int {
+    FILE_UNKNOWN = 0,
+    FILE_SPMX = 1,
+    FILE_NANOSCOPE = 2,
+    FILE_TEXT = 3,
+    FILE_BMP = 4,
+    FILE_JPEG = 5,
+    FILE_TIFF = 6,
+    FILE_SUR = 23,
+    FILE_PNI = 26,
+};
+
+namespace formats {
+
+/// Row of the table of foreign formats.
+struct format_row {
+    SupportedFileTypes type;
+    const char* name;     ///< as the file dialog lists it: "BMP files"
+    const char* patterns; ///< "*.tif;*.tiff"
+    /// True when the first bytes of a file are this format's for certain. `head` holds up to `sniffBytes` of them.
+    bool (*sniff)(std::span<const std::byte> head);
+    /// True when the bytes do not contradict the format: asked only when the extension fits and no other row is
+    /// certain. Null: never by the extension alone.
+    bool (*possible)(std::span<const std::byte> head);
+    /// Null for formats whose reader stands elsewhere (the native container).
+    base::read_result<recording> (*read)(source& file);
+};
+
+constexpr std::size_t sniffBytes = 4096;
+
+/// All rows, in the order of the file dialog.
+std::span<const format_row> format_table() noexcept;
+/// The row that reads these bytes: the first that is certain of them, else the first possible one whose patterns fit
+/// the name, else null.
+const format_row* find_format(std::span<const std::byte> head, std::string_view fileName) noexcept;
+/// Case-insensitive match of one pattern with "*" and "?" against a file name.
+bool pattern_matches(std::string_view pattern, std::string_view fileName) noexcept;
+
+} // namespace formats

@@ -1,0 +1,256 @@
+#include "document/formats/text_numbers.h"
+
+#include "base/text.h"
+#include "document/formats/text_lines.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace formats {
+
+namespace {
+
+constexpr double missing = std::numeric_limits<double>::quiet_NaN();
+
+bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+bool is_missing_word(std::string_view field) noexcept
+{
+    if (field == "-" || field == "--" || base::equal_ignoring_case(field, "bad")) return true;
+    if (field.find_first_not_of('*') == std::string_view::npos) return !field.empty();
+    if (field.front() == '-' || field.front() == '+') field.remove_prefix(1);
+    // "nan(ind)", "1.#QNAN" and "1.#IND" are how some C libraries print it.
+    return (field.size() >= 3 && base::equal_ignoring_case(field.substr(0, 3), "nan")) || field.starts_with("1.#");
+}
+
+/// A number out of the range of double: it is 0 when it is too small, and missing when it is too large.
+double out_of_range(std::string_view number) noexcept
+{
+    const std::size_t exponent = number.find_first_of("eE");
+    if (exponent != std::string_view::npos) return number.find('-', exponent) != std::string_view::npos ? 0.0 : missing;
+    const std::size_t first = number.find_first_of("123456789");
+    const std::size_t point = number.find('.');
+    return point < first ? 0.0 : missing;
+}
+
+/// Reads a plain number at the start of [at, end). \return its end, or `at` when there is none
+const char* plain_number(const char* at, const char* end, double& value) noexcept
+{
+    const char* first = at;
+    if (first != end && *first == '+') ++first; // which the library does not take
+    const char* digits = first != end && *first == '-' && first == at ? first + 1 : first;
+    if (digits == end || !(is_digit(*digits) || *digits == '.')) return at;
+    const auto [last, error] = std::from_chars(first, end, value);
+    if (error == std::errc::invalid_argument) return at;
+    if (error == std::errc::result_out_of_range) value = out_of_range({first, static_cast<std::size_t>(last - first)});
+    return last;
+}
+
+/// Numbers that need a change before the library reads them: decimal comma, exponent after D.
+std::optional<double> respelled_number(std::string_view field, bool decimalComma) noexcept
+{
+    std::array<char, 128> buffer;
+    if (field.empty() || field.size() > buffer.size()) return std::nullopt;
+    bool hasExponent = false;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        char c = field[i];
+        if (decimalComma && c == '.') return std::nullopt;
+        if (decimalComma && c == ',') c = '.';
+        if ((c == 'd' || c == 'D') && !hasExponent) c = 'e';
+        hasExponent = hasExponent || c == 'e' || c == 'E';
+        buffer[i] = c;
+    }
+    const char* end = buffer.data() + field.size();
+    double value = 0.0;
+    if (plain_number(buffer.data(), end, value) != end) return std::nullopt;
+    return value;
+}
+
+bool is_any_separator(char c) noexcept
+{
+    return c == ' ' || c == '\t' || c == ',' || c == ';' || c == '\f' || c == '\v';
+}
+
+bool starts_comment(std::string_view line) noexcept
+{
+    return line.starts_with('#') || line.starts_with('%') || line.starts_with("//");
+}
+
+/// What the commas, tabs and blanks of the lines of numbers tell.
+struct mark_survey {
+    std::size_t lines = 0;
+    std::size_t doubleTabs = 0;
+    bool points = false;     ///< a decimal point stands in a number
+    bool commas = false;     ///< a comma stands somewhere
+    bool loneCommas = false; ///< a comma without a digit on both sides, or two in one blank-separated word
+    bool semicolons = false, tabs = false, blanks = false; ///< between two fields
+    std::size_t fields = 0;                                ///< of the first line, when commas separate
+    bool sameFields = true;
+
+    void add(std::string_view line) noexcept;
+    void look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept;
+};
+
+void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept
+{
+    const char c = line[i];
+    const bool last = i + 1 == line.size();
+    if (c == ' ' || c == '\t' || c == ';') wordCommas = 0;
+    if (c == ',') {
+        commas = true;
+        const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
+        if (!between || ++wordCommas > 1) loneCommas = true;
+    }
+    if (c == '.') points = true;
+    if (c == ';' && !last) semicolons = true;
+    if (c == '\t') tabs = true;
+    if (c == ' ') blanks = true;
+}
+
+void mark_survey::add(std::string_view line) noexcept
+{
+    line = base::trimmed(line);
+    std::size_t wordCommas = 0;
+    std::size_t commaCount = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        look_at(line, i, wordCommas);
+        if (line[i] == ',' && i + 1 < line.size()) ++commaCount;
+    }
+    if (line.find("\t\t") != std::string_view::npos) ++doubleTabs;
+    if (lines == 0) fields = commaCount + 1;
+    sameFields = sameFields && fields == commaCount + 1;
+    ++lines;
+}
+
+number_layout layout_of(const mark_survey& survey) noexcept
+{
+    number_layout layout;
+    const bool otherSeparator = survey.semicolons || survey.tabs || survey.blanks;
+    // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
+    layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas &&
+                          (otherSeparator || !survey.sameFields || survey.fields < 2);
+    if (survey.semicolons)
+        layout.separator = ';';
+    else if (survey.commas && !layout.decimalComma)
+        layout.separator = ',';
+    else if (survey.tabs && survey.doubleTabs < survey.lines)
+        layout.separator = '\t';
+    return layout;
+}
+
+} // namespace
+
+std::optional<double> number_of_field(std::string_view field, bool decimalComma) noexcept
+{
+    double value = 0.0;
+    const char* end = field.data() + field.size();
+    if (!decimalComma && !field.empty() && plain_number(field.data(), end, value) == end)
+        return std::isfinite(value) ? value : missing;
+    if (const auto respelled = respelled_number(field, decimalComma)) return respelled;
+    if (field.empty() || is_missing_word(field)) return missing;
+    std::string_view word = field;
+    if (word.front() == '-' || word.front() == '+') word.remove_prefix(1);
+    if (base::equal_ignoring_case(word, "inf") || base::equal_ignoring_case(word, "infinity")) return missing;
+    return std::nullopt;
+}
+
+bool is_number_line(std::string_view line) noexcept
+{
+    std::size_t fields = 0;
+    bool anyNumber = false;
+    for (std::size_t i = 0; i < line.size();) {
+        if (is_any_separator(line[i])) {
+            if (fields == 0 && line[i] == ';') return false;
+            ++i;
+            continue;
+        }
+        std::size_t end = i;
+        while (end < line.size() && !is_any_separator(line[end])) ++end;
+        const auto value = number_of_field(line.substr(i, end - i), false);
+        if (!value) return false;
+        anyNumber = anyNumber || !std::isnan(*value);
+        ++fields;
+        i = end;
+    }
+    return anyNumber || fields > 1; // a lone "-" or "***" is a rule, not a row
+}
+
+number_layout detect_layout(std::string_view text, std::size_t enough)
+{
+    mark_survey survey;
+    line_cursor lines(text);
+    std::string_view line;
+    while (lines.next(line)) {
+        // Files whose lines hold nothing but digits and commas are judged by all their lines.
+        const bool clear = !survey.commas || survey.points || survey.loneCommas || survey.semicolons || survey.tabs ||
+                           survey.blanks || !survey.sameFields;
+        if (survey.lines >= enough && clear) break;
+        if (is_number_line(line)) survey.add(line);
+    }
+    return layout_of(survey);
+}
+
+number_scanner::number_scanner(const number_layout& layout) noexcept : decimalComma(layout.decimalComma)
+{
+    roles.fill(role::field);
+    for (const char c : {' ', '\t', '\f', '\v', '\x1A'}) roles[static_cast<unsigned char>(c)] = role::blank;
+    if (layout.separator == ';') roles[';'] = role::separator; // it starts a comment elsewhere
+    if (!decimalComma) roles[','] = role::separator;
+    if (layout.separator == '\t') roles['\t'] = role::separator;
+}
+
+const char* number_scanner::skip_blanks(const char* at, const char* end) const noexcept
+{
+    while (at != end && role_of(*at) == role::blank) ++at;
+    return at;
+}
+
+bool number_scanner::scan_fields(const char* at, const char* end, std::vector<double>& out)
+{
+    while (at != end) {
+        double value = missing; // stays for an empty field
+        const char* last = at;
+        if (role_of(*at) != role::separator) {
+            if (!decimalComma) last = plain_number(at, end, value);
+            if (last == at || (last != end && role_of(*last) == role::field)) {
+                last = at;
+                while (last != end && role_of(*last) == role::field) ++last;
+                const std::string_view field(at, static_cast<std::size_t>(last - at));
+                const auto number = number_of_field(field, decimalComma);
+                if (!number) {
+                    wrongField = field;
+                    return false;
+                }
+                value = *number;
+            }
+        }
+        out.push_back(value);
+        at = skip_blanks(last, end);
+        if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
+    }
+    return true;
+}
+
+line_content number_scanner::scan(std::string_view line, std::vector<double>& out)
+{
+    const char* end = line.data() + line.size();
+    const char* at = line.data();
+    while (at != end && (role_of(*at) == role::blank || *at == '\t')) ++at;
+    if (at == end) return line_content::blank;
+    if (starts_comment({at, static_cast<std::size_t>(end - at)})) return line_content::comment;
+    const std::size_t before = out.size();
+    if (scan_fields(at, end, out)) {
+        const bool anyNumber = std::any_of(out.begin() + static_cast<std::ptrdiff_t>(before), out.end(),
+                                           [](double value) { return !std::isnan(value); });
+        if (anyNumber || out.size() - before > 1) return line_content::numbers;
+        out.resize(before);
+        return line_content::comment;
+    }
+    const bool startsWithNumber = out.size() > before && !std::isnan(out[before]);
+    out.resize(before);
+    return startsWithNumber || is_digit(*at) ? line_content::wrong : line_content::comment;
+}
+
+} // namespace formats

@@ -1,0 +1,135 @@
+#include "document/formats/text_table.h"
+
+#include "base/text.h"
+#include "document/formats/number_table.h"
+#include "document/formats/text_header.h"
+#include "document/formats/text_lines.h"
+#include "document/formats/text_numbers.h"
+#include "document/formats/text_shapes.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+namespace formats {
+
+namespace {
+
+constexpr std::size_t layoutSample = 1000; // lines
+constexpr std::size_t everyLine = std::numeric_limits<std::size_t>::max();
+
+/// A text cut into its header and the numbers behind it.
+struct text_parts {
+    header_lines header;
+    line_cursor numbers; ///< before the first line of numbers
+};
+
+text_parts split_header(const text_content& content)
+{
+    const std::string_view text = content.text;
+    const std::string_view endMark = header_end_mark(text);
+    bool mayEnd = endMark.empty();
+    text_parts parts{{}, line_cursor(text)};
+    line_cursor lines(text);
+    std::string_view line;
+    while (lines.next(line)) {
+        if (mayEnd && is_number_line(line)) break;
+        mayEnd = mayEnd || line.starts_with(endMark);
+        if (const std::string_view plain = base::trimmed(line); !plain.empty())
+            parts.header.push_back(content.utf8(line));
+        parts.numbers = lines;
+    }
+    return parts;
+}
+
+/// Passes over the number of points that stands alone before them. \return 0 when there is none
+std::size_t take_count(line_cursor& numbers)
+{
+    line_cursor ahead = numbers;
+    std::string_view line;
+    if (!ahead.next(line)) return 0;
+    const auto count = base::whole_integer(line);
+    if (!count || *count <= 0) return 0;
+    numbers = ahead;
+    return static_cast<std::size_t>(*count);
+}
+
+base::read_result<number_table> read_rows(const text_content& content, line_cursor start, const table_header& header,
+                                          source& file)
+{
+    const std::string_view text = std::string_view(content.text).substr(start.offset());
+    const auto read = [&](const number_layout& layout) {
+        return read_numbers(content, start, layout, header.columns, header.rows, file);
+    };
+    const number_layout likely = detect_layout(text, layoutSample);
+    auto table = read(likely);
+    if (table) return table;
+    // The first thousand lines may have looked simpler than the rest: a comma may turn up late.
+    const number_layout certain = detect_layout(text, everyLine);
+    return certain == likely ? table : read(certain);
+}
+
+std::string text_of(std::span<const std::byte> bytes)
+{
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+header_lines first_lines(const text_content& content)
+{
+    header_lines lines;
+    line_cursor cursor(content.text);
+    std::string_view line;
+    while (cursor.next(line))
+        if (!base::trimmed(line).empty()) lines.push_back(content.utf8(line));
+    return lines;
+}
+
+} // namespace
+
+base::read_result<recording> read_text_table(source& file)
+{
+    const auto content = read_text(file);
+    if (!content) return content.error();
+    const text_parts parts = split_header(*content);
+    if (is_foreign_header(parts.header))
+        return base::read_error{0, "a text export that is not a table: " + parts.header[0]};
+
+    const table_header header = parse_header(parts.header);
+    line_cursor start = parts.numbers;
+    const std::size_t stated = header.countFirst ? take_count(start) : 0;
+    auto table = read_rows(*content, start, header, file);
+    if (!table) return table.error();
+    if (stated > table->rows)
+        return base::read_error{content->text.size(), "cut short: " + std::to_string(table->rows) + " of " +
+                                                          std::to_string(stated) + " points"};
+
+    std::size_t headingLine = parts.header.size();
+    std::vector<column_heading> headings;
+    if (header.headings.size() == table->columns)
+        headings = header.headings;
+    else if (header.form != table_header::shape::matrix)
+        headings = find_headings(parts.header, table->columns, headingLine);
+
+    const std::string comments = std::move(table->comments);
+    auto result = shape_table(std::move(*table), header, headings);
+    if (!result) return result;
+    result->strings.merge(header_strings(parts.header, headingLine));
+    if (!comments.empty()) result->strings["\\Comments"] = comments;
+    if (header.writer) result->strings["\\Text format"] = header.writer;
+    return result;
+}
+
+bool sniff_text_table(std::span<const std::byte> head)
+{
+    const auto content = decode_text(text_of(head));
+    return content && is_certain_header(first_lines(*content));
+}
+
+bool possible_text_table(std::span<const std::byte> head)
+{
+    const auto content = decode_text(text_of(head));
+    return content && content->text.find_first_of("0123456789") != std::string::npos &&
+           !is_foreign_header(first_lines(*content));
+}
+
+} // namespace formats

@@ -1,0 +1,84 @@
+#include "document/formats/registry.h"
+
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+
+namespace {
+
+std::span<const std::byte> bytes_of(const std::string& text) { return std::as_bytes(std::span(text)); }
+
+SupportedFileTypes type_of(const std::string& head, const char* name)
+{
+    const formats::format_row* row = formats::find_format(bytes_of(head), name);
+    return row ? row->type : FILE_UNKNOWN;
+}
+
+/// The local header of a stored zip entry.
+std::string zip_entry(const std::string& name)
+{
+    std::string header("PK\3\4", 4);
+    header.append(22, '\0');
+    header += static_cast<char>(name.size());
+    header.append(3, '\0');
+    return header + name + "content";
+}
+
+TEST(Registry, PatternsMatchFileNames)
+{
+    const struct {
+        const char *pattern, *name;
+        bool matches;
+    } rows[] = {
+        {"*.0??", "scan.001", true},
+        {"*.0??", "scan.0012", false},
+        {"*.0??", "a.b.0zz", true},
+        {"*.jpk*", "map.JPK-force", true},
+        {"*.TO?", "a.top", true},
+        {"*.to?", "a.to", false},
+        {"*.to?", "a.to\u00E4", true},
+        {"*", "", true},
+        {"", "", true},
+        {"", "a", false},
+        {"*.txt", ".txt", true},
+        {"a*b*c", "a1b2b3c", true},
+        {"a*b*c", "a1b2b3", false},
+        {"*.sur", "x.sur.bak", false},
+        {"?", "", false},
+        {"**a**", "bab", true},
+        {"*aab", "aaaab", true},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(formats::pattern_matches(row.pattern, row.name), row.matches) << row.pattern << " " << row.name;
+}
+
+TEST(Registry, TheContentDecidesWhateverTheNameSays)
+{
+    EXPECT_EQ(type_of("\\*File list\r\n\\Version: 0x05120000\r\n", "picture.bmp"), FILE_NANOSCOPE);
+    EXPECT_EQ(type_of(zip_entry("main.xml"), "scan.001"), FILE_SPMX);
+    EXPECT_NE(type_of(zip_entry("main.xml2"), "scan.spm"), FILE_SPMX);
+    EXPECT_NE(type_of(zip_entry("header.properties"), "scan.spm"), FILE_SPMX);
+    EXPECT_EQ(type_of("", "scan.001"), FILE_UNKNOWN);
+}
+
+TEST(Registry, NoSniffReadsBeyondAShortHead)
+{
+    const std::string heads[] = {zip_entry("main.xml"), "\\*Force file list\r\n", "Data_File_Type 7\r\n"};
+    for (const std::string& head : heads)
+        for (std::size_t length = 0; length <= head.size(); ++length) {
+            const std::string cut = head.substr(0, length); // its own block, so that the sanitizer sees its end
+            formats::find_format(bytes_of(cut), "a.001");
+        }
+}
+
+TEST(Registry, RowsAreWholeAndTypesUnique)
+{
+    std::set<int> types;
+    for (const formats::format_row& row : formats::format_table()) {
+        EXPECT_TRUE(types.insert(row.type).second) << row.name;
+        EXPECT_TRUE(row.sniff || row.possible) << row.name;
+        EXPECT_TRUE(row.read || row.type == FILE_SPMX) << row.name;
+    }
+}
+
+} // namespace

@@ -1,0 +1,487 @@
+#include "document/formats/text_table.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <ostream>
+
+namespace {
+
+using namespace formats;
+
+constexpr const char* um = "\xC2\xB5m";
+
+std::span<const std::byte> bytes_of(const std::string& text) { return std::as_bytes(std::span(text)); }
+
+base::read_result<recording> read(const std::string& text)
+{
+    memory_source file(bytes_of(text), "table.txt");
+    return read_text_table(file);
+}
+
+std::string reason(const std::string& text)
+{
+    const auto result = read(text);
+    return result ? "it was read" : result.error().reason;
+}
+
+const recorded_image& item(const recording& content, std::size_t index)
+{
+    return std::get<recorded_image>(content.items.at(index));
+}
+
+/// Physical values in stored order: row 0, the bottom row, first.
+std::vector<double> physical(const SPMDataStream& stream)
+{
+    const auto* raw = static_cast<const std::int16_t*>(stream.array_data());
+    std::vector<double> values(stream.array_length());
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = stream.values.get_axis(0).at(raw[i]);
+    return values;
+}
+
+/// Half a step of 65,536 levels over the range, and what six digits of the axis may cost.
+double allowed_error(const std::vector<double>& expected)
+{
+    const auto [lo, hi] = std::minmax_element(expected.begin(), expected.end());
+    return (*hi - *lo) / 131070 * 1.02 + 1e-5 * std::max(std::fabs(*lo), std::fabs(*hi)) * (*hi == *lo);
+}
+
+void expect_values(const SPMDataStream& stream, const std::vector<double>& expected)
+{
+    const std::vector<double> values = physical(stream);
+    ASSERT_EQ(values.size(), expected.size());
+    const double allowed = allowed_error(expected);
+    for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected[i], allowed) << "at " << i;
+}
+
+std::string axis_text(const VLAxis& axis)
+{
+    return base::general(axis.start) + " + i * " + base::general(axis.scale) + " [" + axis.get_units() + "]";
+}
+
+/// One table and the image or curves it stands for.
+struct table_case {
+    const char* name;
+    std::string text;
+    std::vector<unsigned> shape;             ///< lengths of the dimensions
+    std::vector<std::string> axes;           ///< of the dimensions
+    std::vector<std::vector<double>> values; ///< one row an item
+    std::string labels;                      ///< of the items, "Name [unit]" with blanks between
+};
+
+void PrintTo(const table_case& each, std::ostream* out) { *out << each.name; }
+
+class TextTableReads : public testing::TestWithParam<table_case> {};
+
+TEST_P(TextTableReads, ShapeAxesAndValues)
+{
+    const table_case& each = GetParam();
+    const auto result = read(each.text);
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), each.values.size());
+    std::string labels;
+    for (std::size_t i = 0; i < each.values.size(); ++i) {
+        const SPMDataStream& stream = item(*result, i).stream;
+        ASSERT_EQ(stream.get_dimensions_number(), each.shape.size());
+        for (unsigned d = 0; d < each.shape.size(); ++d) {
+            EXPECT_EQ(stream.get_dimension(d).length, each.shape[d]);
+            EXPECT_EQ(axis_text(stream.get_dimension(d).get_axis(0)), each.axes[d]);
+        }
+        expect_values(stream, each.values[i]);
+        labels += labels.empty() ? "" : " ";
+        labels += std::string(stream.get_description()) + "[" + stream.values.get_axis(0).get_units() + "]";
+    }
+    EXPECT_EQ(labels, each.labels);
+}
+
+const std::string perPoint = "0 + i * 1 []";
+// Rows "1 2 3 4" over "5 6 7 8", the top one first.
+const std::vector<double> twoRows = {5, 6, 7, 8, 1, 2, 3, 4};
+
+std::string utf16(const std::string& ascii, bool bigEndian)
+{
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char c : ascii) {
+        if (bigEndian) bytes += '\0';
+        bytes += c;
+        if (!bigEndian) bytes += '\0';
+    }
+    return bytes;
+}
+
+table_case matrix_case(const char* name, std::string text)
+{
+    return {name, std::move(text), {4, 2}, {perPoint, perPoint}, {twoRows}, "Z[]"};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Spellings, TextTableReads,
+    testing::Values(
+        matrix_case("Blanks", "1 2  3   4\n5 6 7 8\n"), matrix_case("Indented", "   1 2 3 4\n   5 6 7 8   \n"),
+        matrix_case("Tabs", "1\t2\t3\t4\n5\t6\t7\t8"), matrix_case("TrailingTab", "1\t2\t3\t4\t\n5\t6\t7\t8\t\n"),
+        matrix_case("DoubleTabs", "1\t\t2\t\t3\t\t4\n5\t\t6\t\t7\t\t8\n"),
+        matrix_case("Commas", "1.0,2.0,3.0,4.0\n5.0,6.0,7.0,8.0\n"),
+        matrix_case("CommaBlank", "1, 2, 3, 4\n5, 6, 7, 8\n"), matrix_case("IntegerCommas", "1,2,3,4\n5,6,7,8\n"),
+        matrix_case("Semicolons", "1;2;3;4;\n5;6;7;8;\n"),
+        matrix_case("DecimalCommas", "1,0;2,0;3,0;4,0\n5,0;6,0;7,0;8,0\n"),
+        matrix_case("CarriageReturns", "1 2 3 4\r5 6 7 8\r"), matrix_case("DosLines", "1 2 3 4\r\n5 6 7 8\r\n\x1A"),
+        matrix_case("MixedLines", "1 2 3 4\r\n\r\n5 6 7 8\r# end\n"),
+        matrix_case("Utf8Mark", "\xEF\xBB\xBF"
+                                "1 2 3 4\n5 6 7 8\n"),
+        matrix_case("Utf16Little", utf16("1 2 3 4\r\n5 6 7 8", false)),
+        matrix_case("Utf16Big", utf16("1;2;3;4\n5;6;7;8\n", true)),
+        matrix_case("Exponents", "1.0e-000 .2E1 3D0 40d-1\n+5. 6e+000 0.07E+02 800000.0D-005\n"),
+        matrix_case("Comments", "# a\n% b\n; c\n// d\nprose\n1 2 3 4\n# between\n5 6 7 8\n"),
+        matrix_case("ShortLastLine", "1 2 3 4\n5 6 7 8\n9 10\n")),
+    [](const auto& each) { return std::string(each.param.name); });
+
+const std::string channelExport =
+    "# Kanal: Topografie\n# Breite: 12.34 \xC2\xB5m\n# H\xC3\xB6he: 5678.9 nm\n# Werteinheit: m\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Headers, TextTableReads,
+    testing::Values(
+        table_case{"TranslatedExport",
+                   channelExport + "1 2\n5 6\n",
+                   {2, 2},
+                   {std::string("0 + i * 6.17 [") + um + "]", "0 + i * 2839.45 [nm]"},
+                   {{5, 6, 1, 2}},
+                   "Topografie[m]"},
+        table_case{"Latin1Export",
+                   "# Channel: Z\n# Width: 8 \xB5m\n# Height: 8 \xB5m\n# Value units: \xB5V\n1\n2\n",
+                   {1, 2},
+                   {std::string("0 + i * 8 [") + um + "]", std::string("0 + i * 4 [") + um + "]"},
+                   {{2, 1}},
+                   "Z[\xC2\xB5V]"},
+        table_case{"LowerRightFirst",
+                   "WSxM file copyright UAM\nWSxM ASCII Matrix file\nX Amplitude: 1.5 um\nY Amplitude: 20 nm\n"
+                   "Z Amplitude: 7 \xC5\n\n1 2 3\n4 5 6\n",
+                   {3, 2},
+                   {std::string("0 + i * 0.5 [") + um + "]", "0 + i * 10 [nm]"},
+                   {{3, 2, 1, 6, 5, 4}},
+                   "Z[\xC3\x85]"},
+        table_case{"BracketedPoints",
+                   "WSxM file copyright UAM\nWSxM ASCII XYZ file\nX[nm]\tY[nm]\tZ[\xC5]\n\n"
+                   "10 0 1\n12 0 2\n14 0 3\n10 4 4\n12 4 5\n14 4 6\n",
+                   {3, 2},
+                   {"10 + i * 2 [nm]", "0 + i * 4 [nm]"},
+                   {{1, 2, 3, 4, 5, 6}},
+                   "Z[\xC3\x85]"},
+        table_case{"StatedPixels", // the lines may break anywhere
+                   "# File Format = ASCII\n# x-pixels = 3\n# y-pixels = 2\n# x-length = 300\n# y-length = 100\n"
+                   "# z-unit = nm\n# Start of Data:\n1 2\n3 4\n5 6\n",
+                   {3, 2},
+                   {"0 + i * 100 [nm]", "0 + i * 50 [nm]"},
+                   {{4, 5, 6, 1, 2, 3}},
+                   "Z[nm]"},
+        table_case{
+            "ConversionFactor",
+            "h=2 w=4\npixel size=3.7e-7 m\ndata unit=rad\nheight conversion factor (-> m)=0.5\n1 2 3 4\n5 6 7 8\n",
+            {4, 2},
+            {"0 + i * 3.7e-07 [m]", "0 + i * 3.7e-07 [m]"},
+            {{2.5, 3, 3.5, 4, 0.5, 1, 1.5, 2}},
+            "Z[m]"},
+        table_case{"NoFactor",
+                   "h=1 w=4\npixel size=2 um\ndata unit=rad\n1 2 3 4\n",
+                   {4, 1},
+                   {std::string("0 + i * 2 [") + um + "]", std::string("0 + i * 2 [") + um + "]"},
+                   {{1, 2, 3, 4}},
+                   "Z[rad]"},
+        table_case{"Profiler",
+                   "um nm\n3\n0.0, 5.0\n0.5, 6.0\n1.0, 9.0\n",
+                   {3},
+                   {std::string("0 + i * 0.5 [") + um + "]"},
+                   {{5, 6, 9}},
+                   "Y[nm]"},
+        table_case{"ProfilerWithoutPoints",
+                   "um um\n2\n0,5\n1,6\n",
+                   {2},
+                   {std::string("0 + i * 1 [") + um + "]"},
+                   {{5, 6}},
+                   std::string("Y[") + um + "]"},
+        table_case{"Microns",
+                   "X_(microns),y1\n0.0,1.5\n0.1,2.5\n",
+                   {2},
+                   {std::string("0 + i * 0.1 [") + um + "]"},
+                   {{1.5, 2.5}},
+                   "y1[]"},
+        table_case{"IndexColumn",
+                   "index,x in \xC2\xB5m,y in \xC2\xB5m\n1,0.0,7\n2,0.5,8\n3,1.0,6\n",
+                   {3},
+                   {std::string("0 + i * 0.5 [") + um + "]"},
+                   {{7, 8, 6}},
+                   std::string("y[") + um + "]"},
+        table_case{"DataMark",
+                   "Experiment\tbias spectroscopy\t\nComment\tsizes\n3 4\n\n[DATA]\nBias calc (V)\tCurrent (A)\tX "
+                   "[bwd] (m) [filt]\n"
+                   "2\t7\t1\n1\t8\t2\n0\t9\t4\n",
+                   {3},
+                   {"2 + i * -1 [V]"},
+                   {{7, 8, 9}, {1, 2, 4}},
+                   "Current[A] X [bwd] [filt][m]"},
+        table_case{"QuotedNames",
+                   "\"Time, s\",\"Force, nN\"\n0.0,4.0\n0.5,3.0\n",
+                   {2},
+                   {"0 + i * 0.5 [s]"},
+                   {{4, 3}},
+                   "Force[nN]"},
+        table_case{"UnknownUnitIsPartOfTheName",
+                   "Time\tLevel (foo)\n0\t4\n1\t3\n",
+                   {2},
+                   {perPoint},
+                   {{4, 3}},
+                   "Level (foo)[]"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, TextTableReads,
+    testing::Values(
+        table_case{"FastX",
+                   "0 0 1\n1 0 2\n2 0 3\n0 5 4\n1 5 5\n2 5 6\n",
+                   {3, 2},
+                   {perPoint, "0 + i * 5 []"},
+                   {{1, 2, 3, 4, 5, 6}},
+                   "Z[]"},
+        table_case{"FastY",
+                   "0 0 1\n0 5 4\n1 0 2\n1 5 5\n2 0 3\n2 5 6\n",
+                   {3, 2},
+                   {perPoint, "0 + i * 5 []"},
+                   {{1, 2, 3, 4, 5, 6}},
+                   "Z[]"},
+        table_case{"Downwards",
+                   "2 5 6\n1 5 5\n0 5 4\n2 0 3\n1 0 2\n0 0 1\n",
+                   {3, 2},
+                   {perPoint, "0 + i * 5 []"},
+                   {{1, 2, 3, 4, 5, 6}},
+                   "Z[]"},
+        table_case{"ToAndFro",
+                   "0 0 1\n1 0 2\n2 0 3\n2 5 6\n1 5 5\n0 5 4\n",
+                   {3, 2},
+                   {perPoint, "0 + i * 5 []"},
+                   {{1, 2, 3, 4, 5, 6}},
+                   "Z[]"},
+        table_case{"RoundedGrid",
+                   "0 0 1\n0.333 0 2\n0.667 0 3\n1 0 4\n0 1 5\n0.333 1 6\n0.667 1 7\n1 1 8\n",
+                   {4, 2},
+                   {"0 + i * 0.333333 []", perPoint},
+                   {{1, 2, 3, 4, 5, 6, 7, 8}},
+                   "Z[]"},
+        table_case{"BlankLinesBetweenRows",
+                   "0 0 1\n1 0 2\n\n0 1 3\n1 1 4\n",
+                   {2, 2},
+                   {perPoint, perPoint},
+                   {{1, 2, 3, 4}},
+                   "Z[]"},
+        table_case{"TwoValuesAPoint",
+                   "x,y,Height (nm),Phase (deg)\n0,0,1,9\n1,0,2,8\n0,1,3,7\n1,1,4,6\n",
+                   {2, 2},
+                   {perPoint, perPoint},
+                   {{1, 2, 3, 4}, {9, 8, 7, 6}},
+                   "Height[nm] Phase[\xC2\xB0]"},
+        table_case{"TwoColumns", "10 1\n8 3\n6 2\n", {3}, {"10 + i * -2 []"}, {{1, 3, 2}}, "Y[]"},
+        table_case{"CurvesSharingX",
+                   "-1,5\t1,25\t4\n-1,0\t1,5\t6\n-0,5\t1,0\t5\n",
+                   {3},
+                   {"-1.5 + i * 0.5 []"},
+                   {{1.25, 1.5, 1}, {4, 6, 5}},
+                   "Y1[] Y2[]"},
+        table_case{"ManyCurves",
+                   "0 1 5 1\n1 3 2 0\n2 2 2 1\n3 7 2 0\n4 1 2 1\n5 1 1 0\n6 2 2 1\n7 0 0 0\n",
+                   {8},
+                   {perPoint},
+                   {{1, 3, 2, 7, 1, 1, 2, 0}, {5, 2, 2, 2, 2, 1, 2, 0}, {1, 0, 1, 0, 1, 0, 1, 0}},
+                   "Y1[] Y2[] Y3[]"},
+        table_case{"TiltedMatrix",
+                   "0 1 2 3\n1 2 3 4\n2 3 4 5\n3 4 5 6\n4 5 6 7\n5 6 7 8\n6 7 8 9\n7 8 9 10\n",
+                   {4, 8},
+                   {perPoint, perPoint},
+                   {{7, 8, 9, 10, 6, 7, 8, 9, 5, 6, 7, 8, 4, 5, 6, 7, 3, 4, 5, 6, 2, 3, 4, 5, 1, 2, 3, 4, 0, 1, 2, 3}},
+                   "Z[]"},
+        table_case{"ConstantColumn", "1.10123e-6\n1.10123e-6\n", {2}, {perPoint}, {{1.10123e-6, 1.10123e-6}}, "Y[]"},
+        table_case{"OneColumn", "3\n1\n2\n", {3}, {perPoint}, {{3, 1, 2}}, "Y[]"},
+        table_case{"OneColumnOfDecimalCommas", "1,5\n2\n3,25\n", {3}, {perPoint}, {{1.5, 2, 3.25}}, "Y[]"},
+        table_case{"CommaSeparatesWhenAllLinesAgree", "1,5\n2,0\n3,2\n", {3}, {"1 + i * 1 []"}, {{5, 0, 2}}, "Y[]"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST(TextTable, UnevenXBecomesTheParameterOfItsCurves)
+{
+    const auto result = read("x [nm]\tForce [nN]\tX [V]\n0\t5\t1\n1\t6\t2\n3\t8\t3\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    const SPMDataStream& x = item(*result, 0).stream;
+    expect_values(x, {0, 1, 3});
+    EXPECT_STREQ(x.values.get_axis(0).get_units(), "nm");
+    EXPECT_EQ(x.get_parameter_stream(), nullptr);
+    for (std::size_t i = 1; i < 3; ++i) {
+        const SPMDataStream& curve = item(*result, i).stream;
+        EXPECT_STREQ(curve.get_parameter_stream(), x.get_name());
+        EXPECT_EQ(axis_text(curve.get_dimension(0).get_axis(0)), perPoint);
+    }
+    expect_values(item(*result, 1).stream, {5, 6, 8});
+}
+
+TEST(TextTable, MissingPointsAreCountedAndNeverHeights)
+{
+    const auto result = read("1;NaN;-;4\n***;;Bad;-nan(ind)\n7;inf;1.#QNAN;1e999\n9;1e-999;3;2\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image& image = item(*result, 0);
+    EXPECT_EQ(image.strings.at("\\Void points"), "9");
+    const std::vector<double> values = physical(image.stream);
+    EXPECT_NEAR(*std::max_element(values.begin(), values.end()), 9.0, 1e-3);
+    EXPECT_NEAR(*std::min_element(values.begin(), values.end()), 0.0, 1e-3);
+}
+
+TEST(TextTable, PointsWithoutXAreLeftOutWithANote)
+{
+    const auto result = read("0 5\nNaN 6\n2 7\n4 NaN\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(item(*result, 0).stream.get_dimension(0).length, 3u);
+    EXPECT_EQ(result->strings.at("\\Reader note"), "Points left out because they have no x: 1");
+    EXPECT_EQ(item(*result, 0).strings.at("\\Void points"), "1");
+}
+
+TEST(TextTable, KeepsHeaderCommentsAndNotesAsStrings)
+{
+    const auto result =
+        read("A report\n# Tip: \"new\" \xB5\nDate\t07.07.2020 15:01\n# Tip: old\n1 2 3 4\n# lost line\n5 6 7 8\n9\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->strings.at("Header"), "A report");
+    EXPECT_EQ(result->strings.at("Tip"), "\"new\" \xC2\xB5\nold");
+    EXPECT_EQ(result->strings.at("Date"), "07.07.2020 15:01");
+    EXPECT_EQ(result->strings.at("\\Comments"), "# lost line");
+    EXPECT_EQ(result->strings.at("\\Reader note"), "The last line, 8, was left out: it has 1 value of 4");
+}
+
+TEST(TextTable, FindsACommaThatTurnsUpLate)
+{
+    std::string text;
+    for (int i = 0; i < 1500; ++i) text += std::to_string(i) + "\t" + std::to_string(i % 7) + "\n";
+    const auto result = read(text + "1500\t2,5\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_NEAR(physical(item(*result, 0).stream).back(), 2.5, 1e-3);
+}
+
+struct bad_table {
+    const char* name;
+    std::string text;
+    const char* reason;
+};
+
+void PrintTo(const bad_table& each, std::ostream* out) { *out << each.name; }
+
+class TextTableRefuses : public testing::TestWithParam<bad_table> {};
+
+TEST_P(TextTableRefuses, WithTheReason) { EXPECT_EQ(reason(GetParam().text), GetParam().reason); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Malformed, TextTableRefuses,
+    testing::Values(
+        bad_table{"Empty", "", "the text holds no lines of numbers"},
+        bad_table{"Prose", "This is nonsense.\n", "the text holds no lines of numbers"},
+        bad_table{"Rules", "-\n***\n", "the text holds no lines of numbers"},
+        bad_table{"Nul", std::string("1 2 3\0 4\n", 9), "not a text: it holds NUL bytes"},
+        bad_table{"Control", "1 2 3\x02 4\n", "not a text: it holds control characters"},
+        bad_table{"Ragged", "1 2 3 4\n1 2 3\n1 2 3 4\n", "line 2 has 3 values where line 1 has 4"},
+        bad_table{"TooLong", "1 2 3 4\n1 2 3 4 5\n", "line 2 has 5 values where line 1 has 4"},
+        bad_table{"NoNumber", "1 2 3 4\n1 2 x3 4\n", "line 2: \"x3\" is no number"},
+        bad_table{"Single", "42\n", "the text holds a single number"},
+        bad_table{"NotOnAGrid", "0 0 1\n1 0 2\n0 1 3\n1 1.2 4\n0 2 4\n",
+                  "three columns that are neither points on a regular grid nor curves over a rising or falling x"},
+        bad_table{"NamedPointsNotOnAGrid", "x y z\n0 0 1\n1 0 2\n0 1 3\n",
+                  "the points x, y do not fill a regular grid"},
+        bad_table{"PointTwice",
+                  "WSxM file copyright UAM\nWSxM ASCII XYZ file\nX[nm] Y[nm] Z[nm]\n0 0 1\n1 0 2\n0 1 3\n0 1 4\n",
+                  "the points x, y do not fill a regular grid"},
+        bad_table{"FewerThanStated", "h=3 w=2\npixel size=1 m\n1 2\n3 4\n",
+                  "the header states 2 x 3 values, but 4 follow"},
+        bad_table{"HugeStatement", "h=4294967297 w=4294967296\npixel size=1 m\n1 2\n3 4\n",
+                  "the header states 4294967296 x 4294967297 values, but 4 follow"},
+        bad_table{"FewerPoints", "um um\n3\n0.0, 1.0\n1.0, 2.0\n", "cut short: 2 of 3 points"},
+        bad_table{"OtherExport", "Wyko ASCII Data File Format\t0\t0\t1\n1 2 3 4\n",
+                  "a text export that is not a table: Wyko ASCII Data File Format\t0\t0\t1"},
+        bad_table{"NoX", "NaN 1\nNaN 2\n", "a curve needs at least two points with x"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST(TextTableRefuses, LinesAndSidesBeyondTheLimits)
+{
+    std::string line;
+    for (int i = 0; i <= 100'000; ++i) line += "1 ";
+    EXPECT_EQ(reason(line), "line 1 has more than 100000 values");
+    line.resize(2 * 70'000);
+    EXPECT_EQ(reason(line), "an image of 70000 x 1 points is too large");
+}
+
+class cancelled_source : public memory_source {
+public:
+    using memory_source::memory_source;
+    bool progress(double) override { return false; }
+};
+
+TEST(TextTable, StopsWhenCancelled)
+{
+    std::string text;
+    while (text.size() < (3u << 20)) text += "1 2 3 4 5 6 7 8 9\n";
+    cancelled_source file(bytes_of(text));
+    const auto result = read_text_table(file);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().reason, "cancelled");
+}
+
+struct sniff_case {
+    const char* name;
+    std::string text;
+    bool certain, possible;
+};
+
+TEST(TextTable, IsRecognisedByItsFirstLines)
+{
+    const std::string wsxm = "WSxM file copyright UAM\n";
+    const sniff_case cases[] = {
+        {"channel export", channelExport + "1 2\n", true, true},
+        {"channel export, UTF-16", utf16("# Channel: Z\n# Width: 1 um\n# Height: 1 um\n1 2\n", false), true, true},
+        {"WSxM matrix", wsxm + "WSxM ASCII Matrix file\nX Amplitude: 1 um\n", true, true},
+        {"WSxM points", wsxm + "WSxM ASCII XYZ file\nX[nm] Y[nm] Z[nm]\n1", true, true},
+        {"WSxM image", wsxm + "SxM Image file\nImage header size: 1\n", false, false},
+        {"SPIP", "# File Format = ASCII\n# x-pixels = 256\n", true, true},
+        {"interferometer", "h=305 w=75\npixel size=3.7e-7 m\n", true, true},
+        {"Nanonis", "Experiment\tspectroscopy\t\n[DATA]\nBias (V)\tCurrent (A)\n1 2\n", true, true},
+        {"other writer", "Wyko ASCII Data File Format\t0\t0\t1\n", false, false},
+        {"plain numbers", "1 2 3\n4 5 6\n", false, true},
+        {"profiler", "um um\n3\n", false, true},
+        {"three notes", "# Name: a\n# Width: wide\n# Height: 2 m\n", false, true},
+        {"prose", "no digits here\n", false, false},
+        {"NUL bytes", std::string("1 2\0 3", 6), false, false},
+        {"control characters", "\x01\x02 12", false, false},
+        {"nothing", "", false, false},
+    };
+    for (const sniff_case& each : cases) {
+        EXPECT_EQ(sniff_text_table(bytes_of(each.text)), each.certain) << each.name;
+        EXPECT_EQ(possible_text_table(bytes_of(each.text)), each.possible) << each.name;
+    }
+}
+
+TEST(TextTable, CutAnywhereGivesAPartOrAReason)
+{
+    const std::string fixtures[] = {
+        channelExport + "1.5 2.5 3.5\n4.5 5.5 6.5\n",
+        "WSxM file copyright UAM\nWSxM ASCII XYZ file\nX[nm] Y[nm] Z[nm]\n0 0 1\n1 0 2\n0 1 3\n1 1 4\n",
+        "# File Format = ASCII\n# x-pixels = 2\n# y-pixels = 2\n# Start of Data:\n1 2\n3 4\n",
+        "Experiment\tx\n[DATA]\nBias (V)\tCurrent (A)\n0\t1\n1\t2\n",
+        utf16("um um\n2\n0.0, 1.0\n1.0, 2.0\n", true),
+    };
+    for (const std::string& whole : fixtures) {
+        for (std::size_t length = 0; length < whole.size(); ++length) {
+            const auto result = read(whole.substr(0, length));
+            if (result)
+                for (std::size_t i = 0; i < result->items.size(); ++i)
+                    EXPECT_GT(item(*result, i).stream.array_length(), 0u);
+            else
+                EXPECT_NE(result.error().reason, "") << "cut at " << length;
+        }
+        EXPECT_TRUE(read(whole)) << whole;
+    }
+}
+
+} // namespace
