@@ -1,0 +1,119 @@
+#include "document/FileReader.h"
+
+#include "base/text.h"
+#include "document/spmx_read.h"
+#include "document/stream_source.h"
+
+namespace {
+
+constexpr unsigned documentTable = unsigned(-1);
+
+/// The first bytes, fewer when the stream is shorter; the position is left at the start.
+std::vector<std::byte> head_of(std::istream& in)
+{
+    std::vector<std::byte> head(formats::sniffBytes);
+    in.clear();
+    in.seekg(0);
+    in.read(reinterpret_cast<char*>(head.data()), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(in.gcount()));
+    in.clear();
+    in.seekg(0);
+    return head;
+}
+
+} // namespace
+
+VLFileReader::~VLFileReader() = default;
+
+SupportedFileTypes VLFileReader::GetDocumentType(std::istream& in)
+{
+    const auto position = in.tellg();
+    const std::vector<std::byte> head = head_of(in);
+    in.seekg(position);
+    const formats::format_row* format = formats::find_format(head, {});
+    return format ? format->type : FILE_UNKNOWN;
+}
+
+bool VLFileReader::ReadFile(std::istream& in)
+{
+    readError.clear();
+    const std::vector<std::byte> head = head_of(in);
+    const document::stream_source named(in, sourcePath);
+    const formats::format_row* format = formats::find_format(head, named.name());
+    fileType = format ? format->type : FILE_UNKNOWN;
+    if (!format) {
+        readError = "the format of this file is not known";
+        return false;
+    }
+    return doReadFile(in);
+}
+
+bool VLFileReader::doReadFile(std::istream& in)
+{
+    if (fileType == FILE_SPMX) return readNative(in);
+    for (const formats::format_row& format : formats::format_table())
+        if (format.type == fileType && format.read) return readForeign(in, format);
+    readError = "there is no reader for this kind of file";
+    return false;
+}
+
+bool VLFileReader::readNative(std::istream& in)
+{
+    document::stream_source source(in, sourcePath);
+    readError = document::read_spmx(source, *this);
+    return readError.empty();
+}
+
+bool VLFileReader::readForeign(std::istream& in, const formats::format_row& format)
+{
+    document::stream_source source(in, sourcePath);
+    auto recording = format.read(source);
+    if (!recording) {
+        readError = recording.error().reason;
+        if (recording.error().offset)
+            readError += base::formatted(" (at byte %llu)", static_cast<unsigned long long>(recording.error().offset));
+        return false;
+    }
+    return addRecording(*recording);
+}
+
+bool VLFileReader::addRecording(formats::recording& recording)
+{
+    if (recording.items.empty()) {
+        readError = "the file holds no images";
+        return false;
+    }
+    for (auto& item : recording.items) {
+        if (auto* image = std::get_if<formats::recorded_image>(&item)) {
+            makeIdUnique(image->stream); // the ids of pictures are given here, not by the reader
+            AddNewImages(&image->stream, 1);
+            for (const auto& [key, text] : image->strings) setString(key.c_str(), text.c_str(), getImagesNumber() - 1);
+            image->stream = SPMDataStream(); // its memory is not needed twice
+        } else {
+            const auto& picture = std::get<formats::picture>(item);
+            const RGBQUAD* palette = picture.palette.empty() ? nullptr : picture.palette.data();
+            if (!SetDIB(&picture.header, picture.bits.data(), palette, -1)) {
+                readError = "the bitmap cannot be converted";
+                return false;
+            }
+        }
+    }
+    for (const auto& [key, text] : recording.strings) setString(key.c_str(), text.c_str(), documentTable);
+    if (!recording.title.empty()) setDisplayTitle(recording.title);
+    return true;
+}
+
+void VLFileReader::makeIdUnique(SPMDataStream& stream) const
+{
+    const auto taken = [this](const std::string& id) {
+        for (unsigned i = 0; i < getImagesNumber(); ++i)
+            if (id == getImage(i).get_name()) return true;
+        return false;
+    };
+    const std::string wanted = stream.get_name();
+    // A trailing number counts on: img0, img1 …
+    const std::string stem = wanted.substr(0, wanted.find_last_not_of("0123456789") + 1);
+    std::string id = wanted;
+    for (unsigned number = 1; taken(id); ++number) id = stem + std::to_string(number);
+    if (id != wanted) stream.set_name(id.c_str());
+}

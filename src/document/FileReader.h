@@ -1,0 +1,53 @@
+#pragma once
+#include "base/SPMDataStream.h"
+#include "document/formats/registry.h"
+#include "platform/bitmap.h"
+
+#include <istream>
+#include <string>
+
+/// What a file is read into: the image interface of a document, and the reader that fills it.
+class VLFileReader {
+public:
+    virtual ~VLFileReader();
+    virtual unsigned getImagesNumber() const = 0;
+    virtual const SPMDataStream& getImage(unsigned image) const = 0;
+    virtual SPMDataStream& getImage(unsigned image) = 0;
+    virtual unsigned getSubImagesNumber(unsigned image) const = 0;
+    virtual unsigned getSubImageLength(unsigned image) const = 0;
+    /// Recognises the file by its content, then by its name, and reads the whole of it.
+    /// \return false when it cannot be used; `getReadError()` then tells why
+    virtual bool ReadFile(std::istream& in);
+    /// Reads a file whose type `fileType` names already.
+    virtual bool doReadFile(std::istream& in);
+    virtual void AddNewImages(const SPMDataStream* streams, unsigned count) = 0;
+    virtual void revalidateImage(unsigned image) = 0;
+    virtual bool SetDIB(const BITMAPINFOHEADER* header, const void* bits, const RGBQUAD* palette, int index) = 0;
+    virtual void RemoveImage(unsigned image) = 0;
+    virtual const char* getString(const char* key, unsigned image) const = 0;
+    virtual void setString(const char* key, const char* value, unsigned image) = 0;
+
+    SupportedFileTypes fileType = FILE_UNKNOWN; ///< of the file read last
+
+    /// What the first bytes of a stream say, without regard to any name. The position is kept.
+    static SupportedFileTypes GetDocumentType(std::istream& in);
+    /// Why the last `ReadFile` answered false, in words.
+    const std::string& getReadError() const noexcept { return readError; }
+
+    /// Appends all that a recording holds; its samples are moved out of it. \return as for `ReadFile`
+    bool addRecording(formats::recording& recording);
+    /// Gives a stream that is to be added an id that no image has yet, by a number at its end.
+    void makeIdUnique(SPMDataStream& stream) const;
+
+protected:
+    /// Where the stream comes from, absolute; formats of several files find the others beside it. May be empty.
+    std::wstring sourcePath;
+    /// Overrides the file name as title; set by formats that know a better one.
+    virtual void setDisplayTitle(const std::string&) {}
+
+    std::string readError;
+
+private:
+    bool readNative(std::istream& in);
+    bool readForeign(std::istream& in, const formats::format_row& format);
+};

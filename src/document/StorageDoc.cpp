@@ -1,0 +1,306 @@
+#include "document/StorageDoc.h"
+
+#include "base/text.h"
+#include "base/units.h"
+#include "document/ImageBoundView.h"
+#include "document/bitmap_heights.h"
+#include "document/update_hints.h"
+#include "platform/View.h"
+#include "platform/WinApp.h"
+#include "platform/paths.h"
+#include "resources/strings.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+constexpr unsigned noIndex = unsigned(-1);
+constexpr std::uint64_t maxElements = 0xffffffffu;
+
+std::size_t packed_size(const BITMAPINFOHEADER& header) noexcept
+{
+    return sizeof header + std::size_t{header.biClrUsed} * sizeof(RGBQUAD) + header.biSizeImage;
+}
+
+BITMAPINFOHEADER* copied_block(const BITMAPINFOHEADER* source)
+{
+    if (!source) return nullptr;
+    void* block = std::malloc(packed_size(*source));
+    if (!block) throw std::bad_alloc();
+    return static_cast<BITMAPINFOHEADER*>(std::memcpy(block, source, packed_size(*source)));
+}
+
+/// The bitmap with palette and pixels in one block. The size fields are made true first.
+BITMAPINFOHEADER* packed_bitmap(BITMAPINFOHEADER header, const void* bits, const RGBQUAD* palette)
+{
+    header.biSize = sizeof header;
+    header.biSizeImage =
+        static_cast<std::uint32_t>(document::bitmap_row_bytes(header) * static_cast<std::size_t>(header.biHeight));
+    header.biClrUsed = palette ? document::bitmap_palette_entries(header) : 0;
+    char* block = static_cast<char*>(std::malloc(packed_size(header)));
+    if (!block) throw std::bad_alloc();
+    std::memcpy(block, &header, sizeof header);
+    const std::size_t paletteBytes = std::size_t{header.biClrUsed} * sizeof(RGBQUAD);
+    if (paletteBytes) std::memcpy(block + sizeof header, palette, paletteBytes);
+    std::memcpy(block + sizeof header + paletteBytes, bits, header.biSizeImage);
+    return reinterpret_cast<BITMAPINFOHEADER*>(block);
+}
+
+bool same_coordinate(const VLAxis& a, const VLAxis& b)
+{
+    return units_convertable(a.get_units(), b.get_units()) > 0 &&
+           convert_size(a.get_units(), b.get_units(), a.start) == b.start &&
+           convert_size(a.get_units(), b.get_units(), a.scale) == b.scale;
+}
+
+bool shares_axis(const VLAxesContainer& a, const VLAxesContainer& b)
+{
+    for (unsigned i = 0; i < a.get_axes_number(); ++i)
+        for (unsigned k = 0; k < b.get_axes_number(); ++k)
+            if (same_coordinate(a.get_axis(i), b.get_axis(k))) return true;
+    return false;
+}
+
+SPMDataStream::dimension dimension_of(std::int32_t length, const VLAxis& axis)
+{
+    SPMDataStream::dimension dimension;
+    dimension.length = static_cast<unsigned>(length);
+    dimension.set_axis(0, axis);
+    return dimension;
+}
+
+} // namespace
+
+CStorageDoc::options::options(const options& other)
+    : subimageLength(other.subimageLength),
+      dimensionLengths(other.dimensionLengths),
+      strings(other.strings),
+      overlay(copied_block(other.overlay.get()))
+{
+}
+
+CStorageDoc::options& CStorageDoc::options::operator=(const options& other)
+{
+    options copy(other);
+    return *this = std::move(copy);
+}
+
+CStorageDoc::CStorageDoc() = default;
+CStorageDoc::~CStorageDoc() = default;
+
+unsigned CStorageDoc::getSubImagesNumber(unsigned image) const
+{
+    const unsigned length = imageOptions[image].subimageLength;
+    return length ? images[image].array_length() / length : 0;
+}
+
+void CStorageDoc::setImageDataS(unsigned image, const void* data, unsigned count, unsigned first, unsigned sub)
+{
+    const std::uint64_t element = std::uint64_t{imageOptions[image].subimageLength} * sub + first;
+    if (element + count > maxElements) throw std::length_error("image of over 2^32 elements");
+    images[image].set_array(data, count, static_cast<unsigned>(element));
+}
+
+bool CStorageDoc::isImageOk(unsigned image) const noexcept
+{
+    return image < images.size() && images[image].array_data() != nullptr;
+}
+
+const VLAxis& CStorageDoc::getAxis(unsigned image, unsigned axis, unsigned dimension) const
+{
+    const SPMDataStream& stream = images[image];
+    const VLAxesContainer& axes = dimension == noIndex ? stream.values : stream.get_dimension(dimension);
+    return axes.get_axis(axis < axes.get_axes_number() ? axis : 0);
+}
+
+void CStorageDoc::setAxis(unsigned image, unsigned axis, const VLAxis& source, unsigned dimension)
+{
+    SPMDataStream& stream = images[image];
+    VLAxesContainer& axes = dimension == noIndex ? stream.values : stream.get_dimension(dimension);
+    axes.set_axis(axis, source);
+    UpdateAllViews(nullptr, document::axis_hint(dimension, image, axis));
+}
+
+void CStorageDoc::getMinMaxInfo(unsigned image, CMinMaxInfo& info, unsigned sub) const
+{
+    const unsigned used = sub < getSubImagesNumber(image) ? sub : 0;
+    // The elements are taken for 16-bit ones whatever the type; never more of them than the block has bytes.
+    const std::size_t held = GetDataSize(image) / sizeof(short);
+    const unsigned count = static_cast<unsigned>(std::min<std::size_t>(imageOptions[image].subimageLength, held));
+    info.Readjust(static_cast<const short*>(getImageDataS(image, used)), count);
+}
+
+bool CStorageDoc::similar_images(unsigned a, unsigned b) const
+{
+    if (a >= images.size() || b >= images.size()) return false;
+    const SPMDataStream &first = images[a], &second = images[b];
+    if (first.get_dimensions_number() != second.get_dimensions_number()) return false;
+    for (unsigned i = 0; i < first.get_dimensions_number(); ++i) {
+        const SPMDataStream::dimension &one = first.get_dimension(i), &other = second.get_dimension(i);
+        if (one.length != other.length || !shares_axis(one, other)) return false;
+    }
+    return true;
+}
+
+void CStorageDoc::AddNewImages(const SPMDataStream* streams, unsigned count)
+{
+    const std::size_t first = images.size();
+    images.resize(first + count);
+    imageOptions.resize(images.size());
+    for (unsigned i = 0; i < count; ++i) {
+        images[first + i] = streams[i];
+        revalidateImage(static_cast<unsigned>(first + i));
+    }
+}
+
+void CStorageDoc::revalidateImage(unsigned image)
+{
+    if (image >= images.size() || image >= imageOptions.size()) return;
+    SPMDataStream& stream = images[image];
+    options& kept = imageOptions[image];
+    if (stream.values.get_axes_number() == 0) stream.values.set_axis(0, VLAxis());
+
+    std::vector<unsigned> lengths;
+    std::uint64_t product = 1;
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) {
+        SPMDataStream::dimension& dimension = stream.get_dimension(i);
+        if (dimension.get_axes_number() == 0) dimension.set_axis(0, VLAxis());
+        lengths.push_back(dimension.length);
+        product *= dimension.length;
+        if (product > maxElements) throw std::length_error("image of over 2^32 elements");
+    }
+    const std::uint64_t held = stream.array_length();
+    const std::uint64_t whole =
+        product == 0 ? held : std::max<std::uint64_t>((held + product - 1) / product, 1) * product;
+    if (whole > maxElements) throw std::length_error("image of over 2^32 elements");
+    if (whole != held) stream.set_array_len(static_cast<unsigned>(whole));
+
+    if (stream.is_array() && stream.array_type() == SPM_ARRAY_VOID && stream.array_element_size() == 2)
+        stream.set_array_type(SPM_ARRAY_INT16);
+    if (lengths != kept.dimensionLengths) kept.overlay.reset();
+    kept.subimageLength = static_cast<unsigned>(product);
+    kept.dimensionLengths = std::move(lengths);
+}
+
+void CStorageDoc::RemoveImage(unsigned image)
+{
+    const bool closesWithLastView = std::exchange(autoDelete, false);
+    const auto boundTo = [&](CView* view) {
+        auto* bound = dynamic_cast<IImageBoundView*>(view);
+        return bound && bound->getImageNumber() == image ? bound : nullptr;
+    };
+    // Closing a frame may close others, so the walk begins anew after each.
+    for (auto view = views().begin(); view != views().end();) {
+        IImageBoundView* bound = boundTo(*view);
+        if (bound) bound->closeFrame();
+        view = bound ? views().begin() : view + 1;
+    }
+    if (image < images.size() && image < imageOptions.size()) {
+        images.erase(images.begin() + image);
+        imageOptions.erase(imageOptions.begin() + image);
+    }
+    for (CView* view : std::vector<CView*>(views())) {
+        auto* bound = dynamic_cast<IImageBoundView*>(view);
+        if (!bound || bound->getImageNumber() <= image) continue;
+        bound->setImageNumber(bound->getImageNumber() - 1);
+        bound->LoadOptions();
+    }
+    autoDelete = closesWithLastView;
+}
+
+bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const RGBQUAD* palette, int index)
+{
+    if (!header || !bits || !document::is_convertible_bitmap(*header)) return false;
+    const bool replaces = index >= 0 && static_cast<unsigned>(index) < images.size();
+    SPMDataStream stream;
+    const unsigned count = static_cast<unsigned>(header->biWidth) * static_cast<unsigned>(header->biHeight);
+    stream.Init(replaces ? images[static_cast<unsigned>(index)].get_name() : "img0",
+                replaces ? images[static_cast<unsigned>(index)].get_description() : "Bitmap", SPM_VAR_ARRAY, count, 2u);
+    stream.set_array_type(SPM_ARRAY_INT16);
+    stream.set_dimension(0, dimension_of(header->biWidth, document::bitmap_axis(header->biXPelsPerMeter)));
+    stream.set_dimension(1, dimension_of(header->biHeight, document::bitmap_axis(header->biYPelsPerMeter)));
+    stream.values.set_axis(0, VLAxis(0.0, 1.0 / 3.0, "RGB"));
+    document::bitmap_heights(*header, static_cast<const std::uint8_t*>(bits), palette,
+                             {static_cast<std::int16_t*>(stream.array_data()), count});
+    std::unique_ptr<BITMAPINFOHEADER, options::block_free> overlay(packed_bitmap(*header, bits, palette));
+    if (replaces) {
+        const unsigned image = static_cast<unsigned>(index);
+        images[image] = std::move(stream);
+        revalidateImage(image);
+        UpdateAllViews(nullptr, document::data_hint(image));
+    } else {
+        makeIdUnique(stream);
+        AddNewImages(&stream, 1);
+    }
+    imageOptions.back().overlay = std::move(overlay);
+    return true;
+}
+
+CStorageDoc::string_table& CStorageDoc::table(unsigned image) noexcept
+{
+    return image == noIndex ? documentStrings : imageOptions[image].strings;
+}
+
+const CStorageDoc::string_table& CStorageDoc::strings(unsigned image) const noexcept
+{
+    return image == noIndex ? documentStrings : imageOptions[image].strings;
+}
+
+void CStorageDoc::setString(const char* key, const char* value, unsigned image)
+{
+    table(image).insert_or_assign(key, value ? value : "");
+}
+
+const char* CStorageDoc::getString(const char* key, unsigned image) const
+{
+    const string_table& from = strings(image);
+    const auto found = from.find(key);
+    return found == from.end() ? "" : found->second.c_str();
+}
+
+unsigned CStorageDoc::getStringsNames(std::string* out, unsigned max, unsigned image) const
+{
+    const string_table& from = strings(image);
+    if (!out) return static_cast<unsigned>(from.size());
+    unsigned copied = 0;
+    for (auto entry = from.begin(); entry != from.end() && copied < max; ++entry) out[copied++] = entry->first;
+    return copied;
+}
+
+void CStorageDoc::clearStrings(unsigned image) { table(image).clear(); }
+
+void CStorageDoc::copyStrings(const CStorageDoc* source, unsigned targetImage, unsigned sourceImage)
+{
+    const string_table& from = source->strings(targetImage == noIndex ? noIndex : sourceImage);
+    string_table& to = table(targetImage);
+    if (&from != &to) to = from;
+}
+
+void CStorageDoc::DeleteContents()
+{
+    images.clear();
+    imageOptions.clear();
+    documentStrings.clear();
+    CDocument::DeleteContents();
+}
+
+void CStorageDoc::SetPathName(const wchar_t* path, int addToMRU)
+{
+    CDocument::SetPathName(path, addToMRU);
+    if (!displayTitle.empty()) SetTitle(base::widen(displayTitle).c_str());
+}
+
+void CStorageDoc::Derive(unsigned sourceImage, CStorageDoc& target)
+{
+    target.derivedCount = ++derivedCount;
+    if (baseTitle.empty()) baseTitle = base::narrow(platform::file_stem(GetPathName()));
+    target.baseTitle = baseTitle;
+    const std::string derivedTitle =
+        base::formatted(string_resource(1049), static_cast<int>(derivedCount), baseTitle.c_str());
+    target.SetTitle(base::widen(derivedTitle).c_str());
+    target.copyStrings(this, noIndex, noIndex);
+    target.copyStrings(this, 0, sourceImage);
+}

@@ -1,0 +1,160 @@
+#pragma once
+#include "document/FileReader.h"
+#include "document/MinMaxInfo.h"
+#include "platform/Document.h"
+
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// The document of the workstation: images with their texts and overlays. Images are addressed by position,
+/// sub-images by number; `unsigned(-1)` addresses the document's own text table. Indices are not checked unless said.
+/// Every accessor takes a variable that is not an array for an empty one.
+class CStorageDoc : public CDocument, public VLFileReader {
+public:
+    using string_table = std::map<std::string, std::string>;
+
+    /// What the document keeps beside each image.
+    class options {
+    public:
+        options() = default;
+        options(const options& other);
+        options(options&& other) noexcept = default;
+        options& operator=(const options& other);
+        options& operator=(options&& other) noexcept = default;
+        virtual ~options() = default;
+
+        unsigned subimageLength = 0;            ///< elements
+        std::vector<unsigned> dimensionLengths; ///< as of the last `revalidateImage`
+        string_table strings;
+        /// A packed bitmap in one block: BITMAPINFOHEADER, biClrUsed RGBQUADs, pixels. Null when there is none.
+        struct block_free {
+            void operator()(BITMAPINFOHEADER* block) const noexcept { std::free(block); }
+        };
+        std::unique_ptr<BITMAPINFOHEADER, block_free> overlay;
+    };
+
+    CStorageDoc();
+    ~CStorageDoc() override;
+
+    // Images
+    unsigned getImagesNumber() const override { return static_cast<unsigned>(images.size()); }
+    const SPMDataStream& getImage(unsigned image) const override { return images[image]; }
+    SPMDataStream& getImage(unsigned image) override { return images[image]; }
+    /// Whole sub-images in the array; 0 for an image without points.
+    unsigned getSubImagesNumber(unsigned image) const override;
+    unsigned getSubImageLength(unsigned image) const override { return imageOptions[image].subimageLength; }
+    /// Bytes of the array.
+    std::size_t GetDataSize(unsigned image) const noexcept { return images[image].data_size(); }
+    /// First element of a sub-image; null for a variable that is not an array.
+    void* getImageDataS(unsigned image, unsigned sub) const noexcept
+    {
+        const SPMDataStream& stream = images[image];
+        if (!stream.is_array()) return nullptr;
+        return static_cast<char*>(stream.value.block.data) +
+               std::size_t{imageOptions[image].subimageLength} * stream.value.block.elementSize * sub;
+    }
+    /// Copies `count` elements to element `first` of a sub-image, growing the array when needed.
+    void setImageDataS(unsigned image, const void* data, unsigned count, unsigned first, unsigned sub);
+    /// 16-bit elements of images of one, two and three dimensions.
+    short& getDataPoint1S(unsigned image, int x, unsigned sub) const noexcept { return point(image, x, sub); }
+    short& getDataPoint2S(unsigned image, int x, int y, unsigned sub) const noexcept
+    {
+        return point(image, std::ptrdiff_t{y} * images[image].get_dimension(0).length + x, sub);
+    }
+    short& getDataPoint3S(unsigned image, int x, int y, int z, unsigned sub) const noexcept
+    {
+        const std::ptrdiff_t width = images[image].get_dimension(0).length;
+        const std::ptrdiff_t height = images[image].get_dimension(1).length;
+        return point(image, z * width * height + y * width + x, sub);
+    }
+    /// The packed bitmap, or null.
+    const BITMAPINFOHEADER* getImageOverlay(unsigned image) const noexcept { return imageOptions[image].overlay.get(); }
+    /// In range, an array, and with data: may be drawn.
+    bool isImageOk(unsigned image) const noexcept;
+
+    /// Axis of a dimension, or of the values for dimension `unsigned(-1)`. An axis past the end gives axis 0.
+    const VLAxis& getAxis(unsigned image, unsigned axis, unsigned dimension) const;
+    /// Stores the axis and tells the views.
+    void setAxis(unsigned image, unsigned axis, const VLAxis& source, unsigned dimension);
+    /// Range of one sub-image of 16-bit elements; a sub-image past the end gives that of sub-image 0.
+    void getMinMaxInfo(unsigned image, CMinMaxInfo& info, unsigned sub) const;
+    /// Equal lengths, and in each dimension an axis of the one that equals an axis of the other after conversion of
+    /// units. Value axes do not count. False for indices out of range.
+    bool similar_images(unsigned a, unsigned b) const;
+
+    /// Appends copies and revalidates them.
+    void AddNewImages(const SPMDataStream* streams, unsigned count) override;
+    /// Gives missing axes, rounds the array up to whole sub-images, names untyped 16-bit data `int16`, and drops the
+    /// overlay when a length changed. \throws std::length_error when the lengths exceed 32 bits of elements
+    void revalidateImage(unsigned image) override;
+    /// Closes the views of the image, removes it, and renumbers the views of later images.
+    void RemoveImage(unsigned image) override;
+    /// Makes a height image of a bitmap: the sum of its colour channels, bottom row first. `index` names an image to
+    /// replace; any other value appends one. The bitmap itself becomes the overlay of the last image.
+    /// \return false, with nothing changed, for a header or a compression that cannot be used
+    bool SetDIB(const BITMAPINFOHEADER* header, const void* bits, const RGBQUAD* palette, int index) override;
+
+    // Texts
+    void setString(const char* key, const char* value, unsigned image) override;
+    /// The value, or an empty text; never null. Valid until the table changes.
+    const char* getString(const char* key, unsigned image) const override;
+    /// Copies at most `max` keys in order and returns how many; the count when `out` is null.
+    unsigned getStringsNames(std::string* out, unsigned max, unsigned image) const;
+    void clearStrings(unsigned image);
+    /// Replaces a table by a copy. A target of `unsigned(-1)` copies the document's table, whatever the source.
+    void copyStrings(const CStorageDoc* source, unsigned targetImage, unsigned sourceImage);
+    const string_table& strings(unsigned image) const noexcept;
+
+    // Document
+    bool OnNewDocument() override;
+    bool OnOpenDocument(const wchar_t* path) override;
+    bool OnSaveDocument(const wchar_t* path) override;
+    /// Saves to `path`, or asks for one when it is null or empty. With `replace` the document takes the path over.
+    virtual bool DoSave(const wchar_t* path, int replace);
+    void Serialize(CArchive& archive) override;
+    void DeleteContents() override;
+    void SetPathName(const wchar_t* path, int addToMRU) override;
+    /// Reads the file again; the views of every image are told. \return false when it could not be read
+    bool Revert();
+    /// Moves a view to the head of the list.
+    void setFirstView(const CView* view) { moveViewToFront(view); }
+    /// Gives `target`, a document made from one image of this, its title and its texts.
+    void Derive(unsigned sourceImage, CStorageDoc& target);
+    /// Writes main.xml and stores the raw entry names of the first `maxRaw` streams. \return how many were stored
+    int generateXML(std::ostream& out, smart_string* rawNames, int maxRaw, const char* encoding) const;
+
+    const std::wstring& getFullPath() const noexcept { return fullPath; }
+    const std::wstring& getFileName() const noexcept { return fileName; }
+    std::uint64_t getFileSize() const noexcept { return std::uint64_t{fileSizeHigh} << 32 | fileSizeLow; }
+    const std::string& getBaseTitle() const noexcept { return baseTitle; }
+
+protected:
+    bool doReadFile(std::istream& in) override;
+    void setDisplayTitle(const std::string& text) override { displayTitle = text; }
+
+private:
+    short& point(unsigned image, std::ptrdiff_t element, unsigned sub) const noexcept
+    {
+        const SPMDataStream& stream = images[image];
+        const std::size_t bytes = stream.value.block.elementSize;
+        return *reinterpret_cast<short*>(static_cast<char*>(getImageDataS(image, sub)) +
+                                         element * static_cast<std::ptrdiff_t>(bytes));
+    }
+    string_table& table(unsigned image) noexcept;
+    bool readOpened(std::istream& in, std::uint64_t size);
+    std::wstring askSavePath(bool replace) const;
+
+    std::vector<SPMDataStream> images;
+    std::vector<options> imageOptions;
+    string_table documentStrings;
+    unsigned derivedCount = 0;
+    std::string baseTitle; ///< inherited by derived documents
+    std::wstring fullPath, fileName;
+    std::uint32_t fileSizeLow = 0, fileSizeHigh = 0;
+    std::string displayTitle; ///< overrides the file name as title when not empty
+    bool incomplete = false;  ///< the last reading failed or was cancelled: there is nothing worth saving
+};

@@ -1,0 +1,104 @@
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+#include "platform/WinApp.h"
+#include "platform/paths.h"
+#include "resources/strings.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+constexpr unsigned emptyFileText = 1040;
+
+/// Why a stream could not be opened; a folder opens as a file but cannot be read.
+int open_error(const std::filesystem::path& path)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) return EISDIR;
+    return errno != 0 ? errno : ENOENT;
+}
+
+} // namespace
+
+bool CStorageDoc::OnNewDocument()
+{
+    if (!CDocument::OnNewDocument()) return false;
+    incomplete = false;
+    return true;
+}
+
+bool CStorageDoc::OnOpenDocument(const wchar_t* path)
+{
+    fullPath = platform::full_path(path ? path : L"");
+    fileName = platform::file_name(fullPath);
+    const std::filesystem::path file = platform::to_path(fullPath);
+    std::error_code error;
+    errno = 0;
+    std::ifstream in(file, std::ios::binary);
+    const bool isFolder = std::filesystem::is_directory(file, error);
+    if (!in || isFolder) {
+        ReportSaveLoadException(fullPath.c_str(), CFileException(open_error(file), fullPath), false);
+        return false;
+    }
+    // Sets of several files name each other relative to their folder.
+    std::filesystem::current_path(file.parent_path(), error);
+    sourcePath = fullPath;
+    DeleteContents();
+    SetModifiedFlag(true);
+    displayTitle.clear();
+    incomplete = true;
+    const CWaitCursor wait;
+    in.seekg(0, std::ios::end);
+    const auto end = in.tellg();
+    in.seekg(0);
+    if (!readOpened(in, end > 0 ? static_cast<std::uint64_t>(end) : 0)) return false;
+    incomplete = false;
+    SetModifiedFlag(fileType != FILE_SPMX);
+    return true;
+}
+
+bool CStorageDoc::readOpened(std::istream& in, std::uint64_t size)
+{
+    fileSizeLow = static_cast<std::uint32_t>(size);
+    fileSizeHigh = static_cast<std::uint32_t>(size >> 32);
+    std::string reason;
+    auto cause = CArchiveException::badIndex;
+    try {
+        if (size == 0) {
+            cause = CArchiveException::endOfFile;
+            reason = base::formatted(string_resource(emptyFileText), base::narrow(fullPath).c_str());
+        } else if (ReadFile(in)) {
+            return true;
+        } else {
+            reason = getReadError();
+        }
+    } catch (const std::bad_alloc&) {
+        reason = "not enough memory for its content";
+    } catch (const std::exception& failure) {
+        reason = failure.what();
+    }
+    DeleteContents();
+    throw CArchiveException(cause, fullPath, reason);
+}
+
+bool CStorageDoc::doReadFile(std::istream& in) { return VLFileReader::doReadFile(in); }
+
+bool CStorageDoc::Revert()
+{
+    std::wstring path = GetPathName();
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(platform::to_path(path), error)) {
+        // A foreign file is held under its name with ".spm" appended until it is saved.
+        const std::wstring extension = platform::file_extension(path);
+        if (base::equal_ignoring_case(base::narrow(extension), ".spm")) path.resize(path.size() - extension.size());
+    }
+    if (!OnOpenDocument(path.c_str())) return false;
+    for (unsigned i = 0; i < getImagesNumber(); ++i) {
+        UpdateAllViews(nullptr, document::shape_hint(i));
+        UpdateAllViews(nullptr, document::data_hint(i));
+    }
+    return true;
+}

@@ -1,0 +1,137 @@
+// Saving: the container is put together in temporary files and streamed into the archive, the archive is a file beside
+// the target, and the target's name changes hands only when all of it is stored.
+#include "base/CZLib.h"
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "platform/WinApp.h"
+#include "platform/paths.h"
+#include "platform/temporary_file.h"
+
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace {
+
+constexpr std::size_t copyBlock = 0x400000;
+constexpr const char* filterName = "Velmira files (*.spm)";
+constexpr const char* filterExtension = ".spm";
+
+[[noreturn]] void fail(const CArchive& archive, const std::string& reason)
+{
+    throw CArchiveException(CArchiveException::generic, archive.path(), reason);
+}
+
+/// Entries are named after ids: equal ones would overwrite each other, a slash would make a folder.
+void check_ids(const CStorageDoc& document, const CArchive& archive)
+{
+    std::set<std::string> seen;
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
+        const std::string id = document.getImage(i).get_name();
+        if (id.empty()) fail(archive, base::formatted("image %u has no id", i));
+        if (id.find('/') != std::string::npos) fail(archive, "the image id \"" + id + "\" contains a slash");
+        if (!seen.insert(id).second) fail(archive, "two images have the id \"" + id + "\"");
+    }
+}
+
+void add(CZLib& zip, const platform::temporary_file& file, const wchar_t* entry, const CArchive& archive)
+{
+    if (zip.AddFile(file.wide_path().c_str(), entry) != 0)
+        fail(archive, "the entry \"" + base::narrow(entry) + "\" could not be packed (is the disk full?)");
+}
+
+void add_description(CZLib& zip, const std::string& xml, const CArchive& archive)
+{
+    const platform::temporary_file file;
+    char* utf8 = char2utf8(xml.c_str());
+    try {
+        file.store(utf8, std::char_traits<char>::length(utf8));
+    } catch (...) {
+        vlutl_free(utf8);
+        throw;
+    }
+    vlutl_free(utf8);
+    add(zip, file, L"main.xml", archive);
+}
+
+void add_stream(CZLib& zip, const SPMDataStream& stream, const smart_string& entry, const CArchive& archive)
+{
+    const platform::temporary_file file;
+    file.store(stream.array_data(), stream.data_size());
+    wchar_t* wide = utf82wchar(entry.c_str());
+    const std::wstring name(wide);
+    vlutl_free(wide);
+    add(zip, file, name.c_str(), archive);
+}
+
+void copy_into(CArchive& archive, const platform::temporary_file& packed)
+{
+    std::ifstream in(packed.path(), std::ios::binary);
+    if (!in) fail(archive, "the packed file could not be opened again");
+    std::vector<char> block(copyBlock);
+    while (in) {
+        in.read(block.data(), static_cast<std::streamsize>(block.size()));
+        if (in.gcount() > 0) archive.Write(block.data(), static_cast<std::size_t>(in.gcount()));
+    }
+    if (in.bad() || !in.eof()) fail(archive, "the packed file could not be read again");
+}
+
+} // namespace
+
+void CStorageDoc::Serialize(CArchive& archive)
+{
+    if (archive.IsLoading())
+        throw CArchiveException(CArchiveException::badIndex, archive.path(), "a document is loaded by opening it");
+    const unsigned count = getImagesNumber();
+    if (count == 0) return;
+    check_ids(*this, archive);
+    const platform::temporary_file packed;
+    CZLib zip;
+    if (zip.Open(packed.wide_path().c_str(), CZLib::createNew) != 0) fail(archive, "no archive could be created");
+    const std::unique_ptr<smart_string[]> rawNames(new smart_string[count]);
+    std::ostringstream xml;
+    const int stored = generateXML(xml, rawNames.get(), static_cast<int>(count), "UTF-8");
+    add_description(zip, xml.str(), archive);
+    for (int i = 0; i < stored; ++i) add_stream(zip, images[static_cast<unsigned>(i)], rawNames[i], archive);
+    if (zip.Close() != 0) fail(archive, "the archive could not be completed (is the disk full?)");
+    copy_into(archive, packed);
+}
+
+bool CStorageDoc::OnSaveDocument(const wchar_t* path)
+{
+    const std::wstring target = platform::full_path(path ? path : L"");
+    if (incomplete) {
+        ReportSaveLoadException(target.c_str(),
+                                CArchiveException(CArchiveException::generic, target,
+                                                  "the document was not read completely and is not saved"),
+                                true);
+        return false;
+    }
+    return CDocument::OnSaveDocument(target.c_str());
+}
+
+std::wstring CStorageDoc::askSavePath(bool replace) const
+{
+    CWinApp* app = AfxGetApp();
+    if (!app) return {};
+    save_prompt prompt;
+    prompt.suggestedPath = GetPathName();
+    if (replace && prompt.suggestedPath.empty())
+        prompt.suggestedPath =
+            GetTitle().substr(0, GetTitle().find_first_of(L" #%;/\\")) + base::widen(filterExtension);
+    prompt.filter = std::string(filterName) + "|*" + filterExtension + "|All Files (*.*)|*.*||";
+    return app->host().askSavePath(prompt).value_or(L"");
+}
+
+bool CStorageDoc::DoSave(const wchar_t* path, int replace)
+{
+    const bool isGiven = path && *path;
+    // Absolute from here on: a dialog or a reader may change the current folder.
+    const std::wstring target = platform::full_path(isGiven ? path : askSavePath(replace != 0));
+    if (target.empty()) return false;
+    const CWaitCursor wait;
+    // Nothing is left to delete after a failure: the partly written file is not the target but one beside it.
+    if (!OnSaveDocument(target.c_str())) return false;
+    if (replace) SetPathName(target.c_str(), true);
+    return true;
+}

@@ -1,0 +1,34 @@
+#pragma once
+#include "document/formats/recording.h"
+
+#include <string>
+#include <vector>
+
+namespace document {
+
+/// A bundled document of synthetic data, for a first look and for tests that need known numbers.
+struct example {
+    std::string fileName; ///< "atomic-steps.spm"
+    std::string title;
+    formats::recording content; ///< its strings state the model and its parameters
+};
+
+/// All examples in the order in which they are shown. The same numbers on every call.
+std::vector<example> make_examples();
+
+// One by one.
+
+/// Terraces of a gold (111) face, one layer apart, under tilt and scan-line noise.
+example make_atomic_steps();
+/// Rounded grains that do not touch, on a tilted plane.
+example make_grains();
+/// A grating scanned forth and back: height and deflection, shifted by the scanner's hysteresis.
+example make_two_directions();
+/// A profile across trenches.
+example make_section();
+/// Approach and retract of a probe with adhesion.
+example make_force_curve();
+/// Force curves on a grid over particles in a softer matrix, and the height under them.
+example make_force_volume();
+
+} // namespace document

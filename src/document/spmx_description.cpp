@@ -1,0 +1,164 @@
+#include "document/spmx_description.h"
+
+#include "base/VLXMLParser.h"
+#include "base/text.h"
+#include "document/spmx_layout.h"
+
+#include <sstream>
+
+namespace document {
+
+namespace {
+
+constexpr unsigned untypedSize = 2; // what old files mean when they say nothing: 16-bit heights
+
+/// Binds the elements of main.xml to a description.
+class spmx_parser : public VLXMLParser {
+public:
+    explicit spmx_parser(bool isRewritten_) : isRewritten(isRewritten_) {}
+
+    void init() override
+    {
+        add_start_handler("stream", &spmx_parser::xmlh_stream);
+        add_start_handler("var", &spmx_parser::xmlh_var);
+        add_end_handler("var", &spmx_parser::xmlh_var_end);
+        add_start_handler("depends", &spmx_parser::xmlh_text);
+        add_end_handler("depends", &spmx_parser::xmlh_depends_end);
+        add_start_handler("subimage", &spmx_parser::xmlh_text);
+        add_end_handler("subimage", &spmx_parser::xmlh_subimage_end);
+        add_start_handler("dimension", &spmx_parser::xmlh_dimension);
+        add_end_handler("dimension", &spmx_parser::xmlh_dimension_end);
+        add_start_handler("axis", &spmx_parser::xmlh_axis);
+        add_start_handler("data", &spmx_parser::xmlh_data);
+        add_end_handler("stream", &spmx_parser::xmlh_stream_end);
+    }
+
+    void OnXMLUnparsedEntity(const char* entity, const char*, const char* systemId, const char*, const char*) override
+    {
+        std::string file = text(systemId);
+        if (file.starts_with("./")) file.erase(0, 2);
+        entities[entity] = file;
+    }
+
+    spmx_description result;
+
+private:
+    std::string text(const char* raw) const { return isRewritten ? restored_text(raw) : raw; }
+    std::string attribute(const attributes& found, const char* name) const
+    {
+        const auto at = found.find(name);
+        return at == found.end() ? std::string() : text(at->second);
+    }
+    static unsigned number(const std::string& digits, unsigned otherwise)
+    {
+        const auto value = base::whole_integer(digits);
+        return value && *value >= 0 && *value <= 0xffffffffLL ? static_cast<unsigned>(*value) : otherwise;
+    }
+    described_stream* current() { return inStream ? &result.streams.back() : nullptr; }
+    std::string collected()
+    {
+        const char* raw = pop_text_buf(nullptr);
+        return raw ? text(raw) : std::string();
+    }
+
+    void xmlh_stream(const char*, const attributes& found)
+    {
+        if (inStream) return fail("a stream inside a stream");
+        result.streams.emplace_back();
+        inStream = true;
+        const std::string id = attribute(found, "id");
+        SPMDataStream& stream = current()->stream;
+        const unsigned blockSize = number(attribute(found, "blocksize"), untypedSize);
+        stream.Init(id.c_str(), attribute(found, "name").c_str(), SPM_VAR_ARRAY, 0u, blockSize);
+        stream.offset = number(attribute(found, "offset"), 0);
+        stream.set_parameter_stream(attribute(found, "parameter").c_str());
+        current()->rawEntry = id + ".raw";
+    }
+    void xmlh_stream_end(const char*) { inStream = false; }
+
+    void xmlh_var(const char*, const attributes& found)
+    {
+        key = attribute(found, "id");
+        push_text_buf();
+    }
+    void xmlh_var_end(const char*)
+    {
+        (inStream ? current()->strings : result.strings).insert_or_assign(key, collected());
+    }
+
+    void xmlh_text(const char*, const attributes&) { push_text_buf(); }
+    void xmlh_depends_end(const char*)
+    {
+        append_name(&SPMDataStream::dependent_vars, &SPMDataStream::set_dependent_vars);
+    }
+    void xmlh_subimage_end(const char*)
+    {
+        append_name(&SPMDataStream::subimage_names, &SPMDataStream::set_subimage_names);
+    }
+    void append_name(const std::vector<smart_string>& (SPMDataStream::*get)() const,
+                     void (SPMDataStream::*set)(const smart_string*, unsigned))
+    {
+        const std::string name = collected();
+        if (!inStream) return;
+        std::vector<smart_string> names = (current()->stream.*get)();
+        names.emplace_back(name);
+        (current()->stream.*set)(names.data(), static_cast<unsigned>(names.size()));
+    }
+
+    void xmlh_dimension(const char*, const attributes& found)
+    {
+        if (!inStream) return;
+        if (inDimension) return fail("a dimension inside a dimension");
+        inDimension = true;
+        SPMDataStream::dimension dimension;
+        dimension.length = number(attribute(found, "length"), 1);
+        current()->stream.set_dimension(current()->stream.get_dimensions_number(), dimension);
+    }
+    void xmlh_dimension_end(const char*) { inDimension = false; }
+
+    void xmlh_axis(const char*, const attributes& found)
+    {
+        if (!inStream) return;
+        SPMDataStream& stream = current()->stream;
+        VLAxesContainer& axes = inDimension ? stream.get_dimension(stream.get_dimensions_number() - 1) : stream.values;
+        const double start = base::leading_number(attribute(found, "start")).value_or(0.0);
+        const double scale = base::leading_number(attribute(found, "scale")).value_or(1.0);
+        axes.set_axis(axes.get_axes_number(), VLAxis(start, scale, attribute(found, "units").c_str()));
+    }
+
+    void xmlh_data(const char*, const attributes& found)
+    {
+        if (!inStream) return;
+        SPMVarArrayType type = SPM_ARRAY_VOID;
+        array_type_from_keyword(attribute(found, "content").c_str(), type);
+        SPMDataStream& stream = current()->stream;
+        stream.set_array_type(type);
+        if (type != SPM_ARRAY_VOID) stream.value.block.elementSize = element_size(type);
+        const auto at = found.find("ref");
+        if (at == found.end()) return;
+        const auto entity = entities.find(at->second);
+        if (entity != entities.end())
+            current()->rawEntry = entity->second;
+        else
+            current()->rawEntry = text(at->second) + ".raw";
+    }
+
+    bool isRewritten;
+    bool inStream = false, inDimension = false;
+    std::string key;
+    std::map<std::string, std::string> entities;
+};
+
+} // namespace
+
+base::read_result<spmx_description> parse_spmx_description(std::string_view xml)
+{
+    const std::string utf8 = base::is_utf8(xml) ? std::string(xml) : base::cp1252_to_utf8(xml);
+    const auto rewritten = well_formed_spmx(utf8);
+    spmx_parser parser(rewritten.has_value());
+    std::istringstream in(rewritten ? *rewritten : utf8);
+    if (!parser.load_xml(in)) return base::read_error{0, "main.xml is not understood: " + parser.get_error()};
+    return std::move(parser.result);
+}
+
+} // namespace document

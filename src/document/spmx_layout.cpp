@@ -1,0 +1,370 @@
+#include "document/spmx_layout.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <vector>
+
+namespace document {
+
+namespace {
+
+constexpr std::string_view escapeMark = "\xEF\xA3\xBF"; // U+F8FF
+
+void append_marked(std::string& out, unsigned code)
+{
+    out += escapeMark;
+    out += base::formatted("%04x", code);
+}
+
+/// U+FFFE and U+FFFF are no characters of XML; U+F8FF is our own mark.
+bool is_marked_sequence(std::string_view at, unsigned& code)
+{
+    if (at.starts_with(escapeMark))
+        code = 0xf8ff;
+    else if (at.starts_with("\xEF\xBF\xBE"))
+        code = 0xfffe;
+    else if (at.starts_with("\xEF\xBF\xBF"))
+        code = 0xffff;
+    else
+        return false;
+    return true;
+}
+
+std::string escaped(std::string_view text)
+{
+    std::string out;
+    out.reserve(text.size() + 16);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        unsigned code = 0;
+        if (c == '&')
+            out += "&amp;";
+        else if (c == '<')
+            out += "&lt;";
+        else if (c == '>')
+            out += "&gt;";
+        else if (c == '"')
+            out += "&quot;";
+        else if (c == '\n' || c == '\r' || c == '\t')
+            out += base::formatted("&#%d;", c);
+        else if (static_cast<unsigned char>(c) < ' ')
+            append_marked(out, static_cast<unsigned char>(c));
+        else if (is_marked_sequence(text.substr(i), code)) {
+            append_marked(out, code);
+            i += 2;
+        } else
+            out += c;
+    }
+    return out;
+}
+
+/// A system identifier knows no references; all that could end it is marked.
+std::string escaped_literal(std::string_view text)
+{
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        unsigned code = 0;
+        if (static_cast<unsigned char>(c) < ' ' || c == '"' || c == '\'')
+            append_marked(out, static_cast<unsigned char>(c));
+        else if (is_marked_sequence(text.substr(i), code)) {
+            append_marked(out, code);
+            i += 2;
+        } else
+            out += c;
+    }
+    return out;
+}
+
+/// Walks the file from one element of the layout to the next.
+class layout_scanner {
+public:
+    explicit layout_scanner(std::string_view text_) : text(text_) { out.reserve(text.size() + text.size() / 8); }
+
+    std::optional<std::string> run()
+    {
+        if (!prolog() || !root()) return std::nullopt;
+        while (good && !finished) element();
+        if (!good) return std::nullopt;
+        return std::move(out);
+    }
+
+private:
+    static constexpr std::size_t maxIdBytes = 4096;
+    static constexpr std::array<std::string_view, 10> elementStarts = {
+        "<var id=\"", "<stream",    "</stream>",    "<depends>", "<subimage>",
+        "<axis",      "<dimension", "</dimension>", "<data",     "</spmx>"};
+    static constexpr std::array<std::string_view, 5> streamAttributes = {"id", "name", "blocksize", "offset",
+                                                                         "parameter"};
+    static constexpr std::array<std::string_view, 3> axisAttributes = {"start", "scale", "units"};
+    static constexpr std::array<std::string_view, 1> dimensionAttributes = {"length"};
+    static constexpr std::array<std::string_view, 2> dataAttributes = {"content", "ref"};
+
+    std::string_view rest() const { return text.substr(position); }
+    bool accept(std::string_view expected)
+    {
+        if (!rest().starts_with(expected)) return false;
+        position += expected.size();
+        return true;
+    }
+    void skip_space() { position = std::min(text.find_first_not_of(" \t\r\n", position), text.size()); }
+
+    /// Whether a line end and an element of the layout stand at `at`.
+    bool line_ends_at(std::size_t at) const
+    {
+        std::string_view ahead = text.substr(at);
+        if (ahead.starts_with("\r\n"))
+            ahead.remove_prefix(2);
+        else if (ahead.starts_with('\n'))
+            ahead.remove_prefix(1);
+        else
+            return false;
+        ahead.remove_prefix(std::min(ahead.find_first_not_of(" \t"), ahead.size()));
+        return std::ranges::any_of(elementStarts, [&](std::string_view start) { return ahead.starts_with(start); });
+    }
+
+    /// The text up to a terminator that ends its line; the terminator is skipped.
+    std::optional<std::string_view> take_line_text(std::string_view terminator)
+    {
+        for (std::size_t end = text.find(terminator, position); end != std::string_view::npos;
+             end = text.find(terminator, end + 1)) {
+            if (!line_ends_at(end + terminator.size())) continue;
+            const std::string_view taken = text.substr(position, end - position);
+            position = end + terminator.size();
+            return taken;
+        }
+        good = false;
+        return std::nullopt;
+    }
+
+    bool prolog()
+    {
+        if (text.starts_with("\xEF\xBB\xBF")) position = 3;
+        skip_space();
+        if (rest().starts_with("<?xml")) position = std::min(text.find("?>", position), text.size() - 2) + 2;
+        skip_space();
+        const std::size_t subset = text.find('[', position);
+        if (!rest().starts_with("<!DOCTYPE") || subset == std::string_view::npos) return false;
+        position = subset + 1;
+        out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE spmx [\n<!NOTATION spmRaw SYSTEM \"raw\">\n";
+        for (;;) {
+            skip_space();
+            if (accept("]>")) return true;
+            if (rest().starts_with("<!NOTATION")) {
+                const std::size_t end = text.find('>', position);
+                if (end == std::string_view::npos) return false;
+                position = end + 1;
+            } else if (!accept("<!ENTITY ") || !entity())
+                return false;
+        }
+    }
+
+    /// ID SYSTEM "./ID.raw" NDATA spmRaw> with any text for ID: the two copies tell where it ends.
+    bool entity()
+    {
+        constexpr std::string_view middle = " SYSTEM \"./", end = ".raw\" NDATA spmRaw>";
+        for (std::size_t at = text.find(middle, position); at != std::string_view::npos && at - position <= maxIdBytes;
+             at = text.find(middle, at + 1)) {
+            const std::string_view id = text.substr(position, at - position);
+            const std::string_view second = text.substr(at + middle.size());
+            if (!second.starts_with(id) || !second.substr(id.size()).starts_with(end)) continue;
+            declare(id, std::string(id) + ".raw");
+            position = at + middle.size() + id.size() + end.size();
+            return true;
+        }
+        return foreign_entity();
+    }
+
+    /// A file name that does not repeat the id: both are plain then.
+    bool foreign_entity()
+    {
+        constexpr std::string_view middle = " SYSTEM \"";
+        const std::size_t at = text.find(middle, position), close = text.find('"', at + middle.size());
+        const std::size_t end = text.find('>', close);
+        if (at == std::string_view::npos || close == std::string_view::npos || end == std::string_view::npos)
+            return false;
+        std::string_view file = text.substr(at + middle.size(), close - at - middle.size());
+        if (file.starts_with("./")) file.remove_prefix(2);
+        declare(base::trimmed(text.substr(position, at - position)), file);
+        position = end + 1;
+        return true;
+    }
+
+    void declare(std::string_view id, std::string_view file)
+    {
+        out += base::formatted("<!ENTITY e%zu SYSTEM \"", entities.size());
+        out += escaped_literal(file) + "\" NDATA spmRaw>\n";
+        entities.emplace_back(id);
+    }
+
+    bool root()
+    {
+        skip_space();
+        const std::size_t end = text.find('>', position);
+        if (!rest().starts_with("<spmx") || end == std::string_view::npos) return false;
+        position = end + 1;
+        out += "]>\n<spmx>\n";
+        return true;
+    }
+
+    void element()
+    {
+        skip_space();
+        if (accept("<var id=\"")) return variable();
+        if (accept("<depends>")) return named("depends");
+        if (accept("<subimage>")) return named("subimage");
+        if (accept("<stream")) return attributes("stream", streamAttributes);
+        if (accept("<axis")) return attributes("axis", axisAttributes);
+        if (accept("<dimension")) return attributes("dimension", dimensionAttributes);
+        if (accept("<data")) return attributes("data", dataAttributes);
+        if (accept("</stream>")) return close("</stream>\n");
+        if (accept("</dimension>")) return close("</dimension>\n");
+        finished = accept("</spmx>");
+        good = finished;
+        if (finished) out += "</spmx>\n";
+    }
+
+    void close(std::string_view tag) { out += tag; }
+
+    /// <var id="KEY">VALUE</var> or, with an empty value, <var id="KEY"/>
+    void variable()
+    {
+        bool isEmpty = false;
+        std::size_t end = text.find('"', position);
+        for (; end != std::string_view::npos; end = text.find('"', end + 1)) {
+            const std::string_view behind = text.substr(end + 1);
+            isEmpty = behind.starts_with("/>") && line_ends_at(end + 3);
+            if (isEmpty || behind.starts_with('>')) break;
+        }
+        if (end == std::string_view::npos) {
+            good = false;
+            return;
+        }
+        out += "<var id=\"" + escaped(text.substr(position, end - position)) + "\">";
+        position = end + (isEmpty ? 3 : 2);
+        if (!isEmpty)
+            if (const auto value = take_line_text("</var>")) out += escaped(*value);
+        out += "</var>\n";
+    }
+
+    void named(const std::string& name)
+    {
+        if (const auto value = take_line_text("</" + name + ">"))
+            out += "<" + name + ">" + escaped(*value) + "</" + name + ">\n";
+    }
+
+    /// Where an attribute that the tag has not had yet begins at `at`: the length of ` name="`, or 0.
+    std::size_t attribute_at(std::size_t at, std::string_view& name, const std::vector<std::string_view>& seen) const
+    {
+        if (at >= text.size() || text[at] != ' ') return 0;
+        for (const std::string_view known : tagAttributes) {
+            const std::string_view ahead = text.substr(at + 1);
+            if (!ahead.starts_with(known) || !ahead.substr(known.size()).starts_with("=\"")) continue;
+            if (std::ranges::find(seen, known) != seen.end()) return 0;
+            name = known;
+            return known.size() + 3;
+        }
+        return 0;
+    }
+
+    /// End of an opening tag at `at`: ">" or "/>" with a line of the layout behind, or 0.
+    std::size_t tag_end_at(std::size_t at) const
+    {
+        const std::string_view ahead = text.substr(std::min(at, text.size()));
+        const std::size_t length = ahead.starts_with("/>") ? 2 : ahead.starts_with('>') ? 1 : 0;
+        return length && line_ends_at(at + length) ? length : 0;
+    }
+
+    bool value_ends_at(std::size_t quote, const std::vector<std::string_view>& seen) const
+    {
+        std::string_view next;
+        return text.substr(quote).starts_with('"') && (attribute_at(quote + 1, next, seen) || tag_end_at(quote + 1));
+    }
+
+    /// The quote that ends an attribute's value. The entities tell the id of each stream in order, so that an id which
+    /// looks like attributes is still found.
+    std::size_t value_end(std::string_view name, const std::vector<std::string_view>& seen) const
+    {
+        if ((name == "id" || name == "ref") && streams > 0 && streams <= entities.size()) {
+            const std::string& id = entities[streams - 1];
+            if (rest().starts_with(id) && value_ends_at(position + id.size(), seen)) return position + id.size();
+        }
+        std::size_t end = text.find('"', position);
+        while (end != std::string_view::npos && !value_ends_at(end, seen)) end = text.find('"', end + 1);
+        return end;
+    }
+
+    /// The attributes of a tag, each value up to the quote that another attribute or the tag's end follows.
+    void attributes(const std::string& tag, std::span<const std::string_view> known)
+    {
+        tagAttributes = known;
+        out += "<" + tag;
+        if (tag == "stream") ++streams;
+        std::string_view name;
+        std::vector<std::string_view> seen;
+        while (const std::size_t length = attribute_at(position, name, seen)) {
+            position += length;
+            seen.push_back(name);
+            const std::size_t end = value_end(name, seen);
+            if (end == std::string_view::npos) break;
+            append_attribute(name, text.substr(position, end - position));
+            position = end + 1;
+        }
+        const std::size_t end = tag_end_at(position);
+        good = end != 0;
+        out += text.substr(position, end);
+        out += '\n';
+        position += end;
+    }
+
+    void append_attribute(std::string_view name, std::string_view value)
+    {
+        out += ' ';
+        out += name;
+        out += "=\"";
+        const auto entity = name == "ref" ? std::ranges::find(entities, value) : entities.end();
+        if (entity != entities.end())
+            out += "e" + std::to_string(entity - entities.begin());
+        else
+            out += escaped(value);
+        out += '"';
+    }
+
+    std::string_view text;
+    std::size_t position = 0;
+    std::string out;
+    std::vector<std::string> entities;
+    std::span<const std::string_view> tagAttributes; // of the tag that is being read
+    std::size_t streams = 0;                         // whose opening tag has been met
+    bool good = true, finished = false;
+};
+
+} // namespace
+
+std::optional<std::string> well_formed_spmx(std::string_view text) { return layout_scanner(text).run(); }
+
+std::string restored_text(std::string_view text)
+{
+    std::string out;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::string_view at = text.substr(i);
+        const auto code = at.starts_with(escapeMark) && at.size() >= escapeMark.size() + 4
+                              ? base::whole_integer("0x" + std::string(at.substr(escapeMark.size(), 4)))
+                              : std::nullopt;
+        if (!code) {
+            out += text[i++];
+            continue;
+        }
+        if (*code < ' ' || *code == '"' || *code == '\'')
+            out += static_cast<char>(*code);
+        else
+            out += *code == 0xfffe ? "\xEF\xBF\xBE" : *code == 0xffff ? "\xEF\xBF\xBF" : escapeMark;
+        i += escapeMark.size() + 4;
+    }
+    return out;
+}
+
+} // namespace document

@@ -1,0 +1,18 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace document {
+
+/// Texts in main.xml stand without escapes. This scanner knows the file's layout (an element a line, fixed attributes)
+/// and rewrites it as well-formed XML of the same content: texts escaped, entities renamed e0, e1 …, line ends kept as
+/// character references. A text ends at its closing tag when a line end and an element of the layout follow.
+/// \return nothing when the text has another layout; it may be proper XML then
+std::optional<std::string> well_formed_spmx(std::string_view text);
+
+/// Characters that XML cannot carry, and a quote in a system identifier, are written by `well_formed_spmx` as U+F8FF
+/// and four hexadecimal digits; this brings them back.
+std::string restored_text(std::string_view text);
+
+} // namespace document

@@ -1,0 +1,17 @@
+#pragma once
+#include <cstdint>
+
+/// What `UpdateAllViews` carries: the code in the low byte, a reload flag in the next, the image index above.
+namespace document {
+
+/// The shape of the image changed: views rebuild their geometry.
+constexpr std::uint32_t shape_hint(unsigned image) noexcept { return image << 16 | 1u; }
+/// The data of the image changed: views reload and redraw.
+constexpr std::uint32_t data_hint(unsigned image) noexcept { return image << 16 | 258u; }
+/// An axis changed. `dimension` is `unsigned(-1)` for a value axis; each part has 8 bits.
+constexpr std::uint32_t axis_hint(unsigned dimension, unsigned image, unsigned axis) noexcept
+{
+    return dimension << 24 | (image & 0xffu) << 16 | (axis & 0xffu) << 8 | 3u;
+}
+
+} // namespace document

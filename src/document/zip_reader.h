@@ -1,0 +1,52 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/source.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+
+struct zip;
+
+namespace document {
+
+/// Reads entries of a zip archive on a source. What an archive claims is checked before anything is allocated for it.
+class zip_reader {
+public:
+    struct entry {
+        std::uint64_t index;
+        std::uint64_t bytes; ///< unpacked, at most 1,032 times what is stored
+        std::uint64_t storedBytes;
+        std::uint32_t checksum;
+        bool isDeflated;
+    };
+
+    /// Refuses truncated archives, duplicate names, names with folders in them, and sizes that no deflate stream holds.
+    static base::read_result<zip_reader> open(formats::source& file);
+    zip_reader(zip_reader&&) noexcept = default;
+    zip_reader& operator=(zip_reader&&) noexcept = default;
+    ~zip_reader();
+
+    /// Null when there is no such entry.
+    const entry* find(const std::string& name) const;
+    /// Unpacks the first `out.size()` bytes of an entry, all of it when the sizes are equal; then the checksum is
+    /// verified. \return empty, or what was wrong
+    std::string unpack(const entry& which, std::span<std::byte> out) const;
+
+private:
+    struct archive_close {
+        void operator()(zip* archive) const noexcept;
+    };
+    struct source_state;
+    zip_reader() = default;
+    std::string unpack_whole(const entry& which, std::span<std::byte> out) const;
+    std::string unpack_part(const entry& which, std::span<std::byte> out) const;
+
+    std::unique_ptr<source_state> state;
+    std::unique_ptr<zip, archive_close> archive; // behind the state: it reads through it until it is closed
+    std::map<std::string, entry> entries;
+};
+
+} // namespace document

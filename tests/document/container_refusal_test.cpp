@@ -1,0 +1,157 @@
+// Containers that this program did not write: other layouts, missing parts, and claims that are not true.
+#include "container_fixture.h"
+
+#include <memory>
+#include <zip.h>
+
+namespace {
+
+/// Archives put together by hand.
+class archive_writer {
+public:
+    explicit archive_writer(const std::filesystem::path& path)
+        : archive(zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
+    {
+    }
+    ~archive_writer() { zip_close(archive); }
+    archive_writer& add(const std::string& name, const std::string& content)
+    {
+        contents.push_back(std::make_unique<std::string>(content));
+        zip_source_t* source = zip_source_buffer(archive, contents.back()->data(), contents.back()->size(), 0);
+        zip_file_add(archive, name.c_str(), source, ZIP_FL_ENC_UTF_8);
+        return *this;
+    }
+
+private:
+    zip_t* archive;
+    std::vector<std::unique_ptr<std::string>> contents;
+};
+
+std::string description_of(const std::string& streams,
+                           const std::string& entities = "\t<!ENTITY a SYSTEM \"./a.raw\" NDATA spmRaw>\n")
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>\n<!DOCTYPE spmx PUBLIC \"p\" \"s\" [\n"
+           "\t<!NOTATION spmRaw SYSTEM \"x.exe\">\n" +
+           entities + "]>\n<spmx xmlns=\"u\">\n" + streams + "</spmx>";
+}
+
+std::string stream_of(const std::string& attributes, const std::string& inside)
+{
+    return "\t<stream id=\"a\"" + attributes + ">\n" + inside + "\t</stream>\n";
+}
+
+TEST_F(ContainerTest, MissingPartsHaveDefaults)
+{
+    archive_writer(folder / "a.spm")
+        .add("main.xml", description_of(stream_of("", "\t\t<axis/>\n\t\t<dimension length=\"3\">\n\t\t</dimension>\n"
+                                                      "\t\t<data content=\"\" ref=\"a\"/>\n")))
+        .add("a.raw", std::string("\1\0\2\0\3\0\4\0", 8));
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str()));
+    EXPECT_EQ(read.getImage(0).array_type(), SPM_ARRAY_INT16) << "no type and no size: 16-bit heights";
+    EXPECT_EQ(read.getSubImagesNumber(0), 2u) << "four samples are a sub-image and a part of one";
+    EXPECT_EQ(read.getDataPoint1S(0, 0, 1), 4);
+    EXPECT_EQ(read.getDataPoint1S(0, 1, 1), 0);
+}
+
+TEST_F(ContainerTest, OtherLayoutsAreReadWhenTheyAreXml)
+{
+    archive_writer(folder / "a.spm")
+        .add("main.xml", "<?xml version=\"1.0\"?><!DOCTYPE spmx [<!NOTATION spmRaw SYSTEM \"x\">"
+                         "<!ENTITY a SYSTEM \"./other.raw\" NDATA spmRaw>]><spmx><var id=\"k\">1 &lt; 2</var>"
+                         "<stream id=\"a\" name=\"A &amp; B\"><data content=\"uint8\" ref=\"a\"/></stream></spmx>")
+        .add("other.raw", "\7");
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str()));
+    EXPECT_STREQ(read.getString("k", unsigned(-1)), "1 < 2");
+    EXPECT_STREQ(read.getImage(0).get_description(), "A & B");
+    EXPECT_EQ(*static_cast<std::uint8_t*>(read.getImageDataS(0, 0)), 7);
+}
+
+TEST_F(ContainerTest, CutAnywhereTheFileIsRefused)
+{
+    const SPMDataStream image = heights("a", {8, 8});
+    document.AddNewImages(&image, 1);
+    save("a.spm");
+    const std::string whole = file_content(folder / "a.spm");
+    for (std::size_t length = 0; length < whole.size(); length += 7) {
+        write_file(folder / "cut.spm", whole.substr(0, length));
+        EXPECT_NE(refusal("cut.spm"), "") << length;
+    }
+    std::string damaged = whole;
+    const std::size_t header = whole.find("a.raw") - 30; // of the entry; the samples follow name and extra field
+    const std::size_t samples = header + 35 + std::size_t(whole[header + 28]);
+    damaged[samples + 20] = static_cast<char>(damaged[samples + 20] ^ 0x10);
+    write_file(folder / "damaged.spm", damaged);
+    EXPECT_NE(refusal("damaged.spm"), "");
+}
+
+struct lying_archive {
+    const char* name;
+    std::string streams;
+    std::vector<std::pair<std::string, std::string>> entries;
+    const char* reason;
+};
+
+TEST_F(ContainerTest, WhatLiesIsRefused)
+{
+    const auto dims = [](std::initializer_list<const char*> lengths) {
+        std::string text;
+        for (const char* length : lengths)
+            text += std::string("\t\t<dimension length=\"") + length + "\">\n\t\t</dimension>\n";
+        return text;
+    };
+    const std::string data = "\t\t<data content=\"int16\" ref=\"a\"/>\n";
+    const lying_archive cases[] = {
+        {"overflow", stream_of("", dims({"65536", "65536", "65536", "65536"}) + data), {{"a.raw", "ab"}}, "2^32"},
+        {"too large", stream_of("", dims({"20000", "20000"}) + data), {{"a.raw", "ab"}}, "more than the file holds"},
+        {"no samples", stream_of("", data), {}, "missing"},
+        {"a folder", stream_of("", data), {{"a.raw", "ab"}, {"../../etc/evil", "x"}}, "folder"},
+        {"equal ids", stream_of("", data) + stream_of("", data), {{"a.raw", "ab"}}, "two streams"},
+        {"no XML", "\t<stream", {}, "main.xml"},
+        {"nested",
+         stream_of("", "\t\t<dimension length=\"2\">\n<x>\n" + stream_of("", "\t\t<axis/>\n") + "</x></dimension>\n" +
+                           data),
+         {{"a.raw", "ab"}},
+         "inside"},
+    };
+    for (const lying_archive& each : cases) {
+        {
+            archive_writer archive(folder / "lie.spm");
+            archive.add("main.xml", description_of(each.streams));
+            for (const auto& [name, content] : each.entries) archive.add(name, content);
+        }
+        EXPECT_NE(refusal("lie.spm").find(each.reason), std::string::npos) << each.name << ": " << refusal("lie.spm");
+    }
+}
+
+/// Overwrites 32 bits in the central directory, behind the signature of the entry with this name.
+std::string with_directory_field(std::string archive, const std::string& entry, std::size_t field, std::uint32_t value)
+{
+    const std::size_t record = archive.rfind(entry) - 46;
+    for (int i = 0; i < 4; ++i) archive[record + field + std::size_t(i)] = static_cast<char>(value >> 8 * i);
+    return archive;
+}
+
+TEST_F(ContainerTest, SizesThatNoDeflateStreamHoldsAreRefused)
+{
+    const SPMDataStream image = heights("a", {8});
+    document.AddNewImages(&image, 1);
+    save("a.spm");
+    write_file(folder / "bomb.spm", with_directory_field(file_content(folder / "a.spm"), "a.raw", 24, 0x7fffffff));
+    EXPECT_NE(refusal("bomb.spm").find("claims more bytes"), std::string::npos) << refusal("bomb.spm");
+}
+
+TEST_F(ContainerTest, EqualEntryNamesAreRefused)
+{
+    SPMDataStream streams[] = {heights("aa", {8}), heights("bb", {8})};
+    document.AddNewImages(streams, 2);
+    save("a.spm");
+    std::string content = file_content(folder / "a.spm");
+    for (std::size_t at = content.find("bb.raw"); at != std::string::npos; at = content.find("bb.raw", at))
+        content.replace(at, 2, "aa");
+    write_file(folder / "twice.spm", content);
+    EXPECT_NE(refusal("twice.spm").find("twice"), std::string::npos) << refusal("twice.spm");
+}
+
+} // namespace

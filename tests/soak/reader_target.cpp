@@ -1,0 +1,81 @@
+#include "reader_target.h"
+
+#include "document/spmx_read.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <set>
+
+namespace {
+
+/// Keeps what a document writes.
+struct memory_archive : CArchive {
+    memory_archive() : CArchive(L"/soak.spm", true) {}
+    void Write(const void* bytes, std::size_t count) override
+    {
+        content.append(static_cast<const char*>(bytes), count);
+    }
+    std::string content;
+};
+
+void require(bool holds, const char* what)
+{
+    if (holds) return;
+    std::cerr << "does not hold: " << what << '\n';
+    std::abort();
+}
+
+void require_unique_ids(const CStorageDoc& document)
+{
+    std::set<std::string> ids;
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i)
+        require(ids.insert(document.getImage(i).get_name()).second, "ids are unique");
+}
+
+} // namespace
+
+std::string soak_document::stored()
+{
+    memory_archive archive;
+    Serialize(archive);
+    return archive.content;
+}
+
+bool soak_document::readContainer(const std::string& bytes)
+{
+    formats::memory_source source(std::as_bytes(std::span(bytes)));
+    const std::string failure = document::read_spmx(source, *this);
+    if (!failure.empty()) std::cerr << failure << '\n';
+    return failure.empty();
+}
+
+void require_equal(const CStorageDoc& a, const CStorageDoc& b)
+{
+    require(a.getImagesNumber() == b.getImagesNumber(), "as many images");
+    require(a.strings(unsigned(-1)) == b.strings(unsigned(-1)), "equal document texts");
+    for (unsigned i = 0; i < a.getImagesNumber(); ++i) {
+        require(a.strings(i) == b.strings(i), "equal image texts");
+        require(std::strcmp(a.getImage(i).get_name(), b.getImage(i).get_name()) == 0, "equal ids");
+        require(a.GetDataSize(i) == b.GetDataSize(i), "as many samples");
+        const void *one = a.getImageDataS(i, 0), *other = b.getImageDataS(i, 0);
+        require(a.GetDataSize(i) == 0 || std::memcmp(one, other, a.GetDataSize(i)) == 0, "equal samples");
+    }
+}
+
+int soak_reader(base::read_result<formats::recording> (*read)(formats::source&), const std::uint8_t* data,
+                std::size_t size)
+{
+    formats::memory_source file(std::as_bytes(std::span(data, size)));
+    auto recording = read(file);
+    if (!recording) {
+        require(!recording.error().reason.empty(), "a refusal has a reason");
+        return 0;
+    }
+    soak_document source, copy;
+    if (!source.addRecording(*recording)) return 0;
+    require_unique_ids(source);
+    require(copy.readContainer(source.stored()), "what was stored can be read");
+    require_equal(source, copy);
+    return 0;
+}
