@@ -1,0 +1,120 @@
+// Opening a 4096 x 4096 container against inflating its one entry with zlib, and the memory that it takes.
+#include "document/StorageDoc.h"
+#include "ratio.h"
+
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+#include <stdlib.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+#include <zlib.h>
+
+namespace {
+
+constexpr unsigned side = 4096;
+constexpr std::size_t arrayBytes = std::size_t{side} * side * sizeof(short);
+
+/// Waves with noise in the lowest bits, as a scan has them.
+SPMDataStream surface()
+{
+    SPMDataStream stream;
+    stream.Init("height", "Height", SPM_VAR_ARRAY, side * side, 2u);
+    stream.set_array_type(SPM_ARRAY_INT16);
+    SPMDataStream::dimension dimension;
+    dimension.length = side;
+    stream.set_dimension(0, dimension);
+    stream.set_dimension(1, dimension);
+    auto* out = static_cast<short*>(stream.array_data());
+    std::uint32_t noise = 1;
+    for (unsigned y = 0; y < side; ++y)
+        for (unsigned x = 0; x < side; ++x) {
+            noise = noise * 1664525u + 1013904223u;
+            *out++ = static_cast<short>(9000.0 * std::sin(x * 0.011) * std::cos(y * 0.007) + (noise >> 28));
+        }
+    return stream;
+}
+
+/// The packed bytes of the entry, found by the local header in front of its name.
+std::vector<unsigned char> packed_samples(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    const std::vector<char> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string_view text(file.data(), file.size());
+    const std::size_t header = text.find("height.raw") - 30;
+    std::uint16_t lengths[2];
+    std::memcpy(lengths, file.data() + header + 26, sizeof lengths);
+    const std::size_t begin = header + 30 + lengths[0] + lengths[1];
+    return {file.begin() + static_cast<std::ptrdiff_t>(begin), file.end()};
+}
+
+void inflate_all(std::vector<unsigned char>& packed, std::vector<unsigned char>& out)
+{
+    z_stream stream{};
+    inflateInit2(&stream, -MAX_WBITS);
+    stream.next_in = packed.data();
+    stream.avail_in = static_cast<unsigned>(packed.size());
+    stream.next_out = out.data();
+    stream.avail_out = static_cast<unsigned>(out.size());
+    const int result = inflate(&stream, Z_FINISH);
+    inflateEnd(&stream);
+    if (result != Z_STREAM_END) throw std::runtime_error("the entry was not found");
+}
+
+void open_document(const std::filesystem::path& path)
+{
+    CStorageDoc document;
+    if (!document.OnOpenDocument(path.wstring().c_str())) throw std::runtime_error("the container was not opened");
+}
+
+/// Bytes that opening adds to the peak of a process of its own.
+double peak_bytes(const std::filesystem::path& path)
+{
+    int ends[2];
+    if (pipe(ends) != 0) return 0.0;
+    const pid_t child = fork();
+    if (child == 0) {
+        rusage before{}, after{};
+        getrusage(RUSAGE_SELF, &before);
+        open_document(path);
+        getrusage(RUSAGE_SELF, &after);
+        const double grown = 1024.0 * static_cast<double>(after.ru_maxrss - before.ru_maxrss);
+        _exit(write(ends[1], &grown, sizeof grown) == sizeof grown ? 0 : 1);
+    }
+    double grown = 0.0;
+    const bool told = read(ends[0], &grown, sizeof grown) == sizeof grown;
+    waitpid(child, nullptr, 0);
+    return told ? grown : 0.0;
+}
+
+} // namespace
+
+int main()
+{
+    std::string folder = (std::filesystem::temp_directory_path() / "vldv-bench-XXXXXX").native();
+    const std::filesystem::path path = std::filesystem::path(mkdtemp(folder.data())) / "surface.spm";
+    {
+        CStorageDoc document;
+        const SPMDataStream stream = surface();
+        document.AddNewImages(&stream, 1);
+        if (!document.DoSave(path.wstring().c_str(), false)) return 2;
+    }
+    const double grown = peak_bytes(path); // first, while nothing else was ever in memory
+    std::vector<unsigned char> packed = packed_samples(path), out(arrayBytes);
+    bench::contest contest;
+    contest.add("inflate the entry", [&] { inflate_all(packed, out); });
+    contest.add("open the container", [&] { open_document(path); });
+    contest.run(7);
+    std::filesystem::remove_all(folder);
+    bench::verdict verdict;
+    verdict.at_most("open / inflate", contest.best("open the container") / contest.best("inflate the entry"), 1.3);
+    verdict.at_most("memory / (array + 64 MiB)", grown / static_cast<double>(arrayBytes + (64u << 20)), 1.0);
+    verdict.at_least("memory / array (opening was seen)", grown / static_cast<double>(arrayBytes), 0.9);
+    return verdict.exit_status();
+}

@@ -1,0 +1,152 @@
+#include "view/Scale.h"
+
+#include "platform/WinApp.h"
+#include "view/palette_folder.h"
+#include "view/palette_profile.h"
+#include "view/render.h"
+
+#include <algorithm>
+
+std::vector<color_table> CScale::m_ColorTable;
+std::vector<std::string> CScale::file_names;
+std::vector<CScale*> CScale::m_PalList;
+
+CScale::CScale()
+{
+    if (m_PalList.empty()) InitColorTable();
+    m_PalList.push_back(this);
+}
+
+CScale::~CScale()
+{
+    std::erase(m_PalList, this);
+    if (m_PalList.empty()) DestroyColorTable();
+}
+
+void CScale::InitColorTable()
+{
+    CWinApp* app = AfxGetApp();
+    if (app) view::read_scale_values(app->profile(), *this);
+    m_ColorTable.clear();
+    for (int id = 0; id < view::builtInPalettes; ++id) m_ColorTable.push_back(view::built_in_palette(id));
+    if (app) m_ColorTable[view::customPalette] = view::read_custom_palette(app->profile());
+    file_names.clear();
+    for (view::file_palette& palette : view::read_palette_folder(view::palette_folder())) {
+        m_ColorTable.push_back(std::move(palette.table));
+        file_names.push_back(std::move(palette.name));
+    }
+}
+
+void CScale::DestroyColorTable()
+{
+    SaveCustomPalette();
+    m_ColorTable.clear();
+    file_names.clear();
+}
+
+const color_table& CScale::table() const noexcept { return m_ColorTable[static_cast<std::size_t>(paletteId)]; }
+
+void CScale::DrawImage(void* bits, const short* src, int srcStep, IppiSize size, const VLAxis& zAxis, bool absolute,
+                       bool highlight, RECT* roi, bool rgb32, int* lowOut, int* highOut)
+{
+    if (size.width < 1 || size.height < 1) return;
+    view::render_image(*this, table(),
+                       {bits, src, srcStep, size, &zAxis, absolute, highlight, roi, rgb32, lowOut, highOut});
+}
+
+unsigned long CScale::GetColor(int i, int n) const noexcept { return view::color_at(table(), inverse, i, n); }
+
+unsigned long CScale::GetColor(int i, int n, double gamma) const noexcept
+{
+    return view::color_at(table(), inverse, i, n, gamma);
+}
+
+void CScale::SetPaletteId(int id)
+{
+    if (id == paletteId && paletteId != view::customPalette) return;
+    previousPaletteId = paletteId;
+    paletteId = std::clamp(id, 0, GetPalettesNumber() - 1);
+}
+
+int CScale::GetPalettesNumber() noexcept { return static_cast<int>(m_ColorTable.size()); }
+
+std::string CScale::getPaletteName(int id)
+{
+    const int index = id - view::builtInPalettes;
+    return index >= 0 && index < static_cast<int>(file_names.size()) ? file_names[static_cast<std::size_t>(index)]
+                                                                     : std::string();
+}
+
+void CScale::SetCustomPalette(const unsigned long* colors, int count)
+{
+    if (count < 1) return;
+    color_table& custom = m_ColorTable[view::customPalette];
+    custom.assign(static_cast<std::size_t>(count), 0);
+    std::transform(colors, colors + count, custom.begin(),
+                   [](unsigned long color) { return static_cast<colorEntry>(color); });
+    UpdateAll();
+}
+
+bool CScale::SaveCustomPalette() const
+{
+    CWinApp* app = AfxGetApp();
+    return app && view::write_custom_palette(app->profile(), m_ColorTable[view::customPalette]) &&
+           view::write_scale_values(app->profile(), *this);
+}
+
+void CScale::SetDirection(tdTileDirection newDirection)
+{
+    direction = newDirection;
+    updateStripRect();
+}
+
+void CScale::SetDimensions(int length, int width)
+{
+    scaleLength = length;
+    scaleWidth = width;
+    upperDelimiter = length >> 2;
+    lowerDelimiter = length - (length >> 2);
+    updateStripRect();
+}
+
+CSize CScale::GetSize() const noexcept
+{
+    return direction == tdVertical ? CSize{scaleWidth, scaleLength} : CSize{scaleLength, scaleWidth};
+}
+
+void CScale::updateStripRect() noexcept
+{
+    const CSize size = GetSize();
+    stripRect = {0, 0, size.cx, size.cy};
+}
+
+CScale* CScale::GetStaticScale() noexcept { return m_PalList.empty() ? nullptr : m_PalList.front(); }
+
+void CScale::MakeStatic()
+{
+    const auto found = std::ranges::find(m_PalList, this);
+    std::rotate(m_PalList.begin(), found, found + 1);
+}
+
+void CScale::SyncDelimiters()
+{
+    const CScale* leader = GetStaticScale();
+    if (!syncDelimiters || !leader) return;
+    fixedStart = leader->fixedStart;
+    fixedSize = leader->fixedSize;
+    if (leader != this) fixedUnits = leader->fixedUnits;
+    relativeMeanOffset = leader->relativeMeanOffset;
+    autoScaling = leader->autoScaling;
+}
+
+void CScale::SyncWithStatic()
+{
+    SyncDelimiters();
+    if (syncPalette && GetStaticScale()) paletteId = GetStaticScale()->paletteId;
+}
+
+void CScale::UpdateAll()
+{
+    for (CScale* scale : m_PalList)
+        if (scale != this && scale->syncPalette) scale->SyncWithStatic();
+}
