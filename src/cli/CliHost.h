@@ -1,0 +1,33 @@
+#pragma once
+#include "platform/Host.h"
+
+#include <string>
+
+/// The machine of the command line: no windows, no dialogs, no settings that outlive the program. Messages are kept for
+/// the command that caused them.
+class CCliHost : public IHost, private IProfile {
+public:
+    IProfile& profile() override { return *this; }
+    void messageBox(const std::string& text, message_icon icon) override;
+    std::optional<std::wstring> askSavePath(const save_prompt&) override { return std::nullopt; }
+    void waitCursor(bool) override {}
+
+    /// The messages since the last call, a line each.
+    std::string takeMessages();
+
+private:
+    std::optional<int> readInt(const std::string&, const std::string&) const override { return std::nullopt; }
+    std::optional<std::string> readString(const std::string&, const std::string&) const override
+    {
+        return std::nullopt;
+    }
+    std::optional<std::vector<std::byte>> readBinary(const std::string&, const std::string&) const override
+    {
+        return std::nullopt;
+    }
+    bool writeInt(const std::string&, const std::string&, int) override { return true; }
+    bool writeString(const std::string&, const std::string&, const std::string&) override { return true; }
+    bool writeBinary(const std::string&, const std::string&, std::span<const std::byte>) override { return true; }
+
+    std::string messages;
+};

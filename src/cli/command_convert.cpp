@@ -1,0 +1,69 @@
+// vldv convert: any readable file to the native container.
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/session.h"
+#include "platform/paths.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <set>
+
+namespace cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct convert_options {
+    std::vector<std::string> files;
+    std::string target;
+};
+
+bool is_container_name(const fs::path& path) { return base::equal_ignoring_case(path.extension().native(), ".spm"); }
+
+/// The name of the output: as given, or in a folder the input's name, foreign ones with ".spm" appended.
+fs::path output_path(const fs::path& target, bool isFolder, const CStorageDoc& document, const std::wstring& input)
+{
+    if (!isFolder) return target;
+    fs::path name = platform::to_path(input).filename();
+    if (document.fileType != FILE_SPMX || !is_container_name(name)) name += ".spm";
+    return target / name;
+}
+
+int run(const convert_options& options)
+{
+    session call;
+    call.setFiles(options.files);
+    const fs::path target = platform::to_path(platform::full_path(base::widen(options.target)));
+    std::error_code error, ignored; // a target that is not there yet is no error
+    const bool isFolder = fs::is_directory(target, ignored) || !is_container_name(target);
+    if (isFolder) fs::create_directories(target, error);
+    if (error) {
+        call.report(platform::to_wide(target), error.message());
+        return call.status();
+    }
+    std::set<fs::path> outputs;
+    call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
+        const fs::path output = output_path(target, isFolder, document, path);
+        if (call.isInput(output))
+            return call.report(path, "the output \"" + output.native() + "\" is an input of this call");
+        if (!outputs.insert(identity(output)).second)
+            return call.report(path, "the output \"" + output.native() + "\" was written by this call already");
+        const std::string reason = call.save(document, platform::to_wide(output));
+        if (!reason.empty()) call.report(path, reason);
+    });
+    return call.status();
+}
+
+} // namespace
+
+void add_convert(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<convert_options>();
+    CLI::App* command = app.add_subcommand("convert", "Write files as native containers");
+    command->add_option("files", options->files, "Files to convert")->required();
+    command->add_option("--to", options->target, "Folder, or name of one .spm file")->required();
+    command->callback([options, &status] { status = run(*options); });
+}
+
+} // namespace cli

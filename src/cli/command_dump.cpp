@@ -1,0 +1,89 @@
+// vldv dump: the samples of one sub-image as text.
+#include "base/element_access.h"
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/session.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <iostream>
+
+namespace cli {
+
+namespace {
+
+struct dump_options {
+    std::string file;
+    unsigned image = 0, sub = 0;
+    bool raw = false, physical = false;
+};
+
+constexpr int roundTripDigits = 17;
+
+template <class T>
+std::string raw_text(T sample)
+{
+    if constexpr (std::is_integral_v<T>)
+        return std::to_string(sample);
+    else
+        return base::shortest(static_cast<double>(sample));
+}
+
+/// One line a row; a row runs along dimension 0.
+template <class T>
+void print_rows(const T* samples, std::size_t count, std::size_t width, const VLAxis* values)
+{
+    std::string line;
+    for (std::size_t i = 0; i < count; ++i) {
+        line +=
+            values ? base::general(values->at(static_cast<double>(samples[i])), roundTripDigits) : raw_text(samples[i]);
+        const bool endsRow = (i + 1) % width == 0 || i + 1 == count;
+        line += endsRow ? '\n' : '\t';
+        if (!endsRow) continue;
+        std::cout << line;
+        line.clear();
+    }
+}
+
+std::string print(const CStorageDoc& document, const dump_options& options)
+{
+    if (options.image >= document.getImagesNumber()) return base::formatted("there is no image %u", options.image);
+    if (options.sub >= document.getSubImagesNumber(options.image))
+        return base::formatted("image %u has no sub-image %u", options.image, options.sub);
+    const SPMDataStream& stream = document.getImage(options.image);
+    const std::size_t count = document.getSubImageLength(options.image);
+    const std::size_t width = stream.get_dimensions_number() ? stream.get_dimension(0).length : count;
+    const VLAxis* values = options.physical ? &document.getAxis(options.image, 0, unsigned(-1)) : nullptr;
+    const bool known = base::with_element_type(stream.array_type(), [&](auto* element) {
+        using T = std::remove_pointer_t<decltype(element)>;
+        print_rows(static_cast<const T*>(document.getImageDataS(options.image, options.sub)), count, width, values);
+    });
+    return known ? "" : "the samples have no type";
+}
+
+int run(const dump_options& options)
+{
+    session call;
+    call.setFiles({options.file});
+    call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
+        const std::string reason = print(document, options);
+        if (!reason.empty()) call.report(path, reason);
+    });
+    return call.status();
+}
+
+} // namespace
+
+void add_dump(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<dump_options>();
+    CLI::App* command = app.add_subcommand("dump", "Print samples, one row a line, row 0 (the lowest) first");
+    command->add_option("file", options->file, "File to open")->required();
+    command->add_option("--image", options->image, "Number of the image")->capture_default_str();
+    command->add_option("--sub", options->sub, "Number of the sub-image")->capture_default_str();
+    CLI::Option* raw = command->add_flag("--raw", options->raw, "Print the stored numbers (the default)");
+    command->add_flag("--physical", options->physical, "Print physical values")->excludes(raw);
+    command->callback([options, &status] { status = run(*options); });
+}
+
+} // namespace cli

@@ -1,0 +1,204 @@
+// vldv render: pictures of surfaces, the right way up.
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/picture_options.h"
+#include "cli/session.h"
+#include "output/picture_scaling.h"
+#include "output/picture_writer.h"
+#include "platform/paths.h"
+#include "view/Scale.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <set>
+
+namespace cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// One surface of a document.
+struct surface {
+    unsigned image, sub;
+};
+
+/// The surfaces that were asked for; `skipped` tells what was asked for and is none.
+std::vector<surface> surfaces(const CStorageDoc& document, const picture_options& options, std::string& skipped)
+{
+    std::vector<surface> found;
+    for (unsigned image = 0; image < document.getImagesNumber(); ++image) {
+        if (options.image >= 0 && image != static_cast<unsigned>(options.image)) continue;
+        if (document.getImage(image).get_dimensions_number() != 2 || !document.isImageOk(image)) {
+            if (options.image >= 0) skipped = base::formatted("image %u is no surface", image);
+            continue;
+        }
+        for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub)
+            if (options.sub < 0 || sub == static_cast<unsigned>(options.sub)) found.push_back({image, sub});
+    }
+    if (found.empty() && skipped.empty() && (options.image >= 0 || options.sub >= 0))
+        skipped = "there is no such image or sub-image";
+    return found;
+}
+
+void set_up(CScale& scale, const picture_options& options)
+{
+    scale.SetPaletteId(options.palette);
+    scale.SetAutoScaling(options.mode);
+    scale.setInverse(options.inverse);
+    if (options.fixed.empty()) return;
+    const auto window = parse_fixed_window(options.fixed);
+    scale.setFixedUnits(window->units.c_str());
+    scale.setFixedSize(window->size);
+    scale.setFixedStart(window->start);
+    scale.setRelativeMeanOffset(window->start);
+    scale.setDisableScaleCheck(true); // the user said which values to show
+}
+
+/// Encodes one surface. \return empty, or why there is no picture
+std::string write_picture(CStorageDoc& document, const surface& which, const picture_options& options,
+                          const fs::path& path)
+{
+    const auto format = output::picture_format_of(path.filename().native());
+    if (!format) return "the extension names no picture format (png, bmp, jpg, tif)";
+    SPMDataStream copy;
+    const SPMDataStream* stream = &document.getImage(which.image);
+    if (stream->array_type() != SPM_ARRAY_INT16) {
+        copy = *stream;
+        copy.convert_stream(SPM_ARRAY_INT16);
+        stream = &copy;
+    }
+    if (stream->array_type() != SPM_ARRAY_INT16) return "its samples have no type";
+    const unsigned columns = stream->get_dimension(0).length, rows = stream->get_dimension(1).length;
+    constexpr unsigned maxSide = 32768;
+    if (columns == 0 || rows == 0 || columns > maxSide || rows > maxSide) return "its size cannot be drawn";
+    const int width = static_cast<int>(columns), height = static_cast<int>(rows);
+    const auto* samples = static_cast<const short*>(stream->array_data()) + std::size_t{columns} * rows * which.sub;
+    std::vector<std::byte> pixels(std::size_t{columns} * rows * 4);
+    RECT roi;
+    if (!options.roi.empty()) {
+        const std::vector<int> sides = *parse_rectangle(options.roi);
+        roi = {sides[0], sides[1], sides[2], sides[3]};
+    }
+    CScale scale;
+    set_up(scale, options);
+    scale.DrawImage(pixels.data(), samples, width * 2, {width, height}, stream->values.get_axis(0), options.absolute,
+                    options.highlight, options.roi.empty() ? nullptr : &roi, true, nullptr, nullptr);
+    // Row 0 is the lowest of the surface and the last of the picture.
+    const std::ptrdiff_t stride = std::ptrdiff_t{width} * 4;
+    output::pixel_view view{pixels.data() + stride * (height - 1), width, height, -stride, 4};
+    std::vector<std::byte> scaled;
+    if (const auto size = parse_picture_size(options.size)) {
+        scaled = output::scaled_picture(view, size->width, size->height);
+        view = {scaled.data(), size->width, size->height, std::ptrdiff_t{size->width} * 3, 3};
+    }
+    const auto encoded = output::encode_picture(*format, view);
+    if (!encoded) return encoded.error().reason;
+    output::save_file_atomically(path, *encoded);
+    std::cout << path.native() << '\n';
+    return {};
+}
+
+/// Where pictures go: one file, or a folder with a name for each surface.
+class picture_names {
+public:
+    explicit picture_names(const std::string& output)
+        : target(platform::to_path(platform::full_path(base::widen(output))))
+    {
+        std::error_code error;
+        isFolder = output.ends_with('/') || fs::is_directory(target, error);
+        if (isFolder) fs::create_directories(target, error);
+    }
+
+    /// The name of a picture; `alone` when the call makes only this one. Never the same twice.
+    fs::path next(const std::wstring& input, const surface& which, bool alone)
+    {
+        if (alone && !isFolder) return target;
+        const fs::path file = platform::to_path(input).filename();
+        std::string stem = (isFolder ? std::string() : target.stem().native() + "-") + file.native() +
+                           base::formatted("-%u-%u", which.image, which.sub);
+        const std::string extension = isFolder ? ".png" : target.extension().native();
+        const fs::path folder = isFolder ? target : target.parent_path();
+        fs::path path = folder / (stem + extension);
+        // Files of one name out of several folders.
+        for (unsigned number = 2; !used.insert(path).second; ++number)
+            path = folder / (stem + base::formatted("-%u", number) + extension);
+        return path;
+    }
+
+private:
+    fs::path target;
+    bool isFolder = false;
+    std::set<fs::path> used;
+};
+
+int run(const picture_options& options)
+{
+    session call;
+    call.setFiles(options.files);
+    picture_names names(options.output);
+    const bool oneFile = call.files().size() == 1;
+    call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
+        std::string skipped;
+        const std::vector<surface> found = surfaces(document, options, skipped);
+        if (found.empty() && skipped.empty() && oneFile) skipped = "there is no surface to draw";
+        if (!skipped.empty()) call.report(path, skipped);
+        for (const surface& each : found) {
+            const std::string where = base::formatted("image %u, sub-image %u: ", each.image, each.sub);
+            try {
+                const fs::path picture = names.next(path, each, oneFile && found.size() == 1);
+                const std::string reason = call.isInput(picture)
+                                               ? "the picture \"" + picture.native() + "\" is an input of this call"
+                                               : write_picture(document, each, options, picture);
+                if (!reason.empty()) call.report(path, where + reason);
+            } catch (const std::exception& failure) {
+                call.report(path, where + failure.what());
+            }
+        }
+    });
+    return call.status();
+}
+
+/// CLI11 shows what a validator answers.
+template <class Parse>
+auto must_parse(Parse parse, const char* expected)
+{
+    return [parse, expected](const std::string& text) { return parse(text) ? std::string() : std::string(expected); };
+}
+
+} // namespace
+
+void add_render(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<picture_options>();
+    CLI::App* command = app.add_subcommand("render", "Write pictures of surfaces (png, bmp, jpg, tif)");
+    command->add_option("files", options->files, "Files to open")->required();
+    command->add_option("-o,--output", options->output, "Picture file; a folder for several")->required();
+    command->add_option("--image", options->image, "Number of the image (default: all)")->check(CLI::NonNegativeNumber);
+    command->add_option("--sub", options->sub, "Number of the sub-image (default: all)")->check(CLI::NonNegativeNumber);
+    command
+        ->add_option("--palette", options->palette,
+                     "Palette: 0 custom, 1 gray, 2 blue, 3 brown, 4 green, 5 zebra, 6 "
+                     "and 7 multicolor")
+        ->check(CLI::Range(0, 7))
+        ->capture_default_str();
+    const std::map<std::string, int> modes = {{"fixed", 0}, {"auto", 1}, {"line", 2}, {"planefit", 3}};
+    command->add_option("--mode", options->mode, "Scale: fixed, auto, line or planefit")
+        ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case));
+    command->add_flag("--inverse", options->inverse, "Read the palette backwards");
+    command->add_flag("--highlight", options->highlight, "Show the slope along the rows");
+    command->add_flag("--absolute", options->absolute, "The fixed window starts at a height, not at the lowest point");
+    command->add_option("--roi", options->roi, "Samples that give the range: LEFT,TOP,RIGHT,BOTTOM")
+        ->check(must_parse(parse_rectangle, "expected LEFT,TOP,RIGHT,BOTTOM"));
+    command->add_option("--fixed", options->fixed, "Window of mode fixed: START,SIZE,UNITS")
+        ->check(must_parse(parse_fixed_window, "expected START,SIZE,UNITS"));
+    command->add_option("--size", options->size, "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample)")
+        ->check(must_parse(parse_picture_size, "expected WIDTHxHEIGHT"));
+    command->callback([options, &status] {
+        if (!options->fixed.empty()) options->mode = 0;
+        status = run(*options);
+    });
+}
+
+} // namespace cli

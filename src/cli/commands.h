@@ -1,0 +1,22 @@
+#pragma once
+#include "document/formats/registry.h"
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace cli {
+
+// Each adds one sub-command, which leaves its exit status in `status` when it has run.
+void add_info(CLI::App& app, int& status);
+void add_dump(CLI::App& app, int& status);
+void add_convert(CLI::App& app, int& status);
+void add_render(CLI::App& app, int& status);
+void add_examples(CLI::App& app, int& status);
+
+/// Name of a format for people, without "files".
+std::string format_name(SupportedFileTypes type);
+
+} // namespace cli

@@ -1,0 +1,31 @@
+// vldv: the library for scripts and batches.
+#include "cli/commands.h"
+#include "cli/session.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+int main(int count, char** arguments)
+try {
+    CLI::App app("vldv opens what a scanning-probe microscope recorded, tells what it holds and takes it away.");
+    app.require_subcommand(1);
+    int status = cli::allDone;
+    cli::add_info(app, status);
+    cli::add_dump(app, status);
+    cli::add_convert(app, status);
+    cli::add_render(app, status);
+    cli::add_examples(app, status);
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::ParseError& problem) {
+        return app.exit(problem) == 0 ? cli::allDone : cli::badUsage;
+    }
+    std::cout.flush();
+    if (std::cout) return status;
+    std::cerr << "standard output could not be written\n";
+    return cli::someFailed;
+} catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return cli::someFailed;
+}

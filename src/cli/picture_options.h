@@ -1,0 +1,35 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// What `vldv render` was asked for.
+struct picture_options {
+    std::vector<std::string> files;
+    std::string output;
+    int image = -1, sub = -1; ///< -1: all
+    int palette = 3;
+    int mode = 1; ///< of the scale: 0 fixed, 1 auto, 2 line, 3 line with planefit
+    bool inverse = false, highlight = false, absolute = false;
+    std::string roi, fixed, size;
+};
+
+struct fixed_window {
+    double start, size;
+    std::string units;
+};
+
+struct picture_size {
+    int width, height;
+};
+
+/// "START,SIZE,UNITS", finite and the size positive; nothing for another text.
+std::optional<fixed_window> parse_fixed_window(const std::string& text);
+/// "WIDTHxHEIGHT", both positive and at most 32768.
+std::optional<picture_size> parse_picture_size(const std::string& text);
+/// "LEFT,TOP,RIGHT,BOTTOM" in samples.
+std::optional<std::vector<int>> parse_rectangle(const std::string& text);
+
+} // namespace cli

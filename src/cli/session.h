@@ -1,0 +1,53 @@
+#pragma once
+#include "cli/CliHost.h"
+#include "document/StorageDoc.h"
+#include "platform/WinApp.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// Exit statuses.
+constexpr int allDone = 0, someFailed = 1, badUsage = 2;
+
+/// Two names of one file give equal paths, also for a file that is not there yet.
+std::filesystem::path identity(const std::filesystem::path& path);
+
+/// What all sub-commands share: the application, the files of the call and how failures are told.
+class session {
+public:
+    session() : app(host) {}
+
+    /// Absolute paths, made before any file is opened: opening one changes the current folder.
+    void setFiles(const std::vector<std::string>& paths);
+    const std::vector<std::wstring>& files() const noexcept { return inputs; }
+    /// Whether a name, through links too, is that of a file of the call: such a file is never written.
+    bool isInput(const std::filesystem::path& path) const { return inputIdentities.contains(identity(path)); }
+
+    /// The document of a file, or null; `failure` then says why.
+    std::unique_ptr<CStorageDoc> open(const std::wstring& path, std::string& failure);
+    /// Saves without asking. \return empty, or why it failed
+    std::string save(CStorageDoc& document, const std::wstring& path);
+    /// Writes "PATH: REASON" to standard error, once, and remembers that something failed.
+    void report(const std::wstring& path, const std::string& reason);
+    int status() const noexcept { return failed ? someFailed : allDone; }
+
+    /// Opens each file in turn and hands it over; tells failures, also those that `use` throws, goes on with the next
+    /// file, and shows the progress on a terminal.
+    void forEachDocument(const std::function<void(CStorageDoc&, const std::wstring&)>& use,
+                         const std::function<void(const std::wstring&, const std::string&)>& onFailure = {});
+
+private:
+    CCliHost host;
+    CWinApp app;
+    std::vector<std::wstring> inputs;
+    std::set<std::filesystem::path> inputIdentities;
+    bool failed = false;
+};
+
+} // namespace cli

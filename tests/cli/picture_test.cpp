@@ -1,0 +1,99 @@
+// Pictures that vldv writes, read back with the formats' usual libraries.
+#include "output/picture_decoders.h"
+#include "program_fixture.h"
+
+namespace {
+
+class PictureTest : public ProgramTest {
+protected:
+    /// The top row first, each 0xRRGGBB; nothing for a picture of another size.
+    std::vector<unsigned> pixels(const std::string& name, int width, int height) const
+    {
+        const std::string file = file_content(folder / name);
+        const auto bytes = std::as_bytes(std::span(file));
+        const test_support::decoded_picture picture =
+            name.ends_with(".png") ? test_support::decode_png(bytes) : test_support::decode_bmp(bytes);
+        std::vector<unsigned> out;
+        if (picture.width != width || picture.height != height) return out;
+        for (std::size_t i = 0; i + 2 < picture.rgb.size(); i += 3)
+            out.push_back(unsigned{picture.rgb[i]} << 16 | unsigned{picture.rgb[i + 1]} << 8 | picture.rgb[i + 2]);
+        return out;
+    }
+};
+
+TEST_F(PictureTest, PicturesAreTheRightWayUp)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "m.bmp", "--palette", "1"}).status, 0);
+    // 1 2 over 3 4 in gray: 0, 85, 170 and the top
+    EXPECT_EQ(pixels("m.bmp", 2, 2), (std::vector<unsigned>{0x000000, 0x555555, 0xaaaaaa, 0xffffff}));
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "i.bmp", "--palette", "1", "--inverse"}).status, 0);
+    EXPECT_EQ(pixels("i.bmp", 2, 2), (std::vector<unsigned>{0xffffff, 0xaaaaaa, 0x555555, 0x010101}))
+        << "byte 255 is half way between the two last planes, 1 and 0";
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "d.bmp"}).status, 0);
+    EXPECT_EQ(pixels("d.bmp", 2, 2)[0], 0x160000u) << "brown starts in 22, 0, 0";
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "d.png"}).status, 0);
+    EXPECT_EQ(pixels("d.png", 2, 2), pixels("d.bmp", 2, 2));
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "e.bmp", "--palette", "3", "--mode", "auto"}).status, 0);
+    EXPECT_EQ(file_content(folder / "e.bmp"), file_content(folder / "d.bmp")) << "the defaults";
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "l.bmp", "--palette", "1", "--mode", "line"}).status, 0);
+    EXPECT_EQ(pixels("l.bmp", 2, 2)[0], pixels("l.bmp", 2, 2)[2]) << "each line has its own mean";
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "s.bmp", "--palette", "1", "--size", "4x2"}).status, 0);
+    EXPECT_EQ(pixels("s.bmp", 4, 2)[1], 0x000000u);
+    EXPECT_EQ(pixels("s.bmp", 4, 2)[7], 0xffffffu);
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "f.bmp", "--palette", "1", "--fixed", "0,255,nm", "--absolute"}).status,
+              0);
+    EXPECT_EQ(pixels("f.bmp", 2, 2), (std::vector<unsigned>{0x010101, 0x020202, 0x030303, 0x040404}));
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "r.bmp", "--palette", "1", "--roi", "0,0,2,1"}).status, 0);
+    EXPECT_EQ(pixels("r.bmp", 2, 2), (std::vector<unsigned>{0x000000, 0x000000, 0x000000, 0xffffff}))
+        << "the lowest row, 3 and 4, gives the range";
+}
+
+TEST_F(PictureTest, SeveralPicturesGetNamesOfTheirOwn)
+{
+    examples();
+    std::filesystem::create_directories(folder / "copy");
+    std::filesystem::copy_file(folder / "ex/forward-reverse.spm", folder / "copy/forward-reverse.spm");
+    ASSERT_EQ(
+        vldv({"render", "ex/forward-reverse.spm", "copy/forward-reverse.spm", "ex/section.spm", "-o", "p/"}).status, 0);
+    std::size_t count = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder / "p")) ++count;
+    EXPECT_EQ(count, 8u) << "two files of two images of two sub-images; a curve has no picture";
+    EXPECT_TRUE(std::filesystem::exists(folder / "p/forward-reverse.spm-1-1.png"));
+    for (const auto& entry : std::filesystem::directory_iterator(folder / "p"))
+        EXPECT_EQ(pixels("p/" + entry.path().filename().native(), 256, 256).size(), 256u * 256u) << entry;
+    const program_result unknown = vldv({"render", "ex/grains.spm", "-o", "x.gif"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_FALSE(std::filesystem::exists(folder / "x.gif"));
+    EXPECT_NE(unknown.err.find("grains.spm"), std::string::npos) << unknown.err;
+    EXPECT_EQ(vldv({"render", "ex/section.spm", "-o", "x.png", "--image", "0"}).status, 1) << "no surface";
+    EXPECT_EQ(vldv({"render", "ex/section.spm", "-o", "x.png"}).status, 1) << "no surface";
+    EXPECT_EQ(vldv({"render", "ex/grains.spm", "-o", "x.png", "--image", "0", "--sub", "1"}).status, 1);
+    EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
+}
+
+TEST_F(PictureTest, APictureNeverReplacesWhatItWasMadeOf)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "scan.bmp"}).status, 0);
+    std::filesystem::create_symlink("scan.bmp", folder / "link.bmp");
+    const std::string before = file_content(folder / "scan.bmp");
+    for (const char* output : {"scan.bmp", "./scan.bmp", "link.bmp"}) {
+        const program_result result = vldv({"render", "scan.bmp", "-o", output, "--palette", "1"});
+        EXPECT_EQ(result.status, 1) << output;
+        EXPECT_NE(result.err.find("is an input of this call"), std::string::npos) << result.err;
+        EXPECT_EQ(file_content(folder / "scan.bmp"), before) << output;
+    }
+    EXPECT_EQ(vldv({"render", "scan.bmp", "-o", "again.bmp"}).status, 0);
+}
+
+TEST_F(PictureTest, ARegionOutsideTheSurfaceIsCut)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "all.bmp", "--palette", "1", "--roi", "-5,-5,99,99"}).status, 0);
+    EXPECT_EQ(pixels("all.bmp", 2, 2), (std::vector<unsigned>{0x000000, 0x555555, 0xaaaaaa, 0xffffff}));
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "none.bmp", "--palette", "1", "--roi", "7,7,9,9"}).status, 0);
+    EXPECT_EQ(pixels("none.bmp", 2, 2).size(), 4u);
+}
+
+} // namespace

@@ -1,0 +1,32 @@
+#pragma once
+#include "program_run.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+/// 2 rows of 2 columns with four different corners, as a text matrix with its top row first.
+inline constexpr const char* smallMatrix =
+    "# Channel: Height\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n1 2\n3 4\n";
+
+inline constexpr const char* smallMatrixRaw = "10922\t32767\n-32768\t-10923\n";
+
+/// Runs vldv in a folder of its own.
+class ProgramTest : public testing::Test {
+protected:
+    temporary_folder folder;
+
+    program_result vldv(const std::vector<std::string>& arguments, const std::filesystem::path& output = {}) const
+    {
+        return run_vldv(folder.path, arguments, output);
+    }
+    void examples() const { ASSERT_EQ(vldv({"examples", "ex"}).status, 0); }
+    nlohmann::json info(const std::vector<std::string>& files, int status = 0) const
+    {
+        std::vector<std::string> arguments = {"info", "--json"};
+        arguments.insert(arguments.end(), files.begin(), files.end());
+        const program_result result = vldv(arguments);
+        EXPECT_EQ(result.status, status) << result.err;
+        return nlohmann::json::parse(result.out);
+    }
+};

@@ -1,0 +1,127 @@
+// The vldv program as a script meets it.
+#include "program_fixture.h"
+
+namespace {
+
+using json = nlohmann::json;
+
+TEST_F(ProgramTest, ExamplesHoldWhatTheyPromise)
+{
+    examples();
+    const json surface = info({"ex/atomic-steps.spm"})["files"][0];
+    EXPECT_EQ(surface["path"], (std::filesystem::canonical(folder.path) / "ex/atomic-steps.spm").native());
+    EXPECT_EQ(surface["title"], "atomic-steps");
+    EXPECT_EQ(surface["size"], std::filesystem::file_size(folder / "ex/atomic-steps.spm"));
+    const json& image = surface["images"][0];
+    EXPECT_EQ(image["type"], "int16");
+    EXPECT_EQ(image["length"], 512 * 512);
+    EXPECT_EQ(image["dimensions"].size(), 2u);
+    EXPECT_EQ(image["dimensions"][1]["length"], 512);
+    EXPECT_EQ(image["dimensions"][0]["axes"][0]["units"], "nm");
+    EXPECT_EQ(image["values"][0]["units"], "nm");
+    EXPECT_EQ(image["subimage_count"], 1);
+    EXPECT_TRUE(image["parameter"].is_null());
+    EXPECT_TRUE(image["strings"].is_object());
+    EXPECT_TRUE(image["depends"].is_array());
+    EXPECT_EQ(image["range"].size(), 1u);
+    EXPECT_LT(image["range"][0]["min"], image["range"][0]["max"]);
+
+    const json pair = info({"ex/forward-reverse.spm"})["files"][0]["images"][0];
+    EXPECT_EQ(pair["subimages"], (json{"Forward", "Reverse"}));
+    EXPECT_EQ(pair["range"].size(), 2u);
+    const json volume = info({"ex/force-volume.spm"})["files"][0]["images"][0];
+    EXPECT_EQ(volume["dimensions"].size(), 3u);
+    EXPECT_EQ(volume["dimensions"][0]["axes"][0]["units"], "nm") << "the curve is fastest";
+}
+
+TEST_F(ProgramTest, AFailedFileIsNamedAndTheOthersAreDone)
+{
+    std::filesystem::create_directories(folder / "a");
+    std::filesystem::create_directories(folder / "b");
+    write_file(folder / "a/x.txt", smallMatrix);
+    write_file(folder / "b/y.txt", smallMatrix);
+    write_file(folder / "b/broken.spm", "PK\3\4");
+    const program_result result = vldv({"info", "--json", "a/x.txt", "b/broken.spm", "b/missing.spm", "b/y.txt"});
+    EXPECT_EQ(result.status, 1);
+    const json files = json::parse(result.out)["files"];
+    ASSERT_EQ(files.size(), 4u);
+    EXPECT_EQ(files[0]["images"].size(), 1u);
+    EXPECT_EQ(files[1].size(), 2u);
+    EXPECT_TRUE(files[1].contains("path") && files[1].contains("error"));
+    EXPECT_NE(files[2]["error"].get<std::string>().find("No such file"), std::string::npos);
+    EXPECT_EQ(files[3]["images"].size(), 1u) << "a relative path behind a file of another folder";
+    EXPECT_NE(result.err.find("broken.spm"), std::string::npos);
+    EXPECT_NE(result.err.find("missing.spm"), std::string::npos);
+}
+
+TEST_F(ProgramTest, WrongUseIsTold)
+{
+    EXPECT_EQ(vldv({}).status, 2);
+    EXPECT_EQ(vldv({"paint"}).status, 2);
+    EXPECT_EQ(vldv({"info"}).status, 2);
+    EXPECT_EQ(vldv({"render", "x.spm"}).status, 2);
+    EXPECT_EQ(vldv({"render", "x.spm", "-o", "x.png", "--roi", "1,2,3"}).status, 2);
+    EXPECT_EQ(vldv({"render", "x.spm", "-o", "x.png", "--mode", "best"}).status, 2);
+    for (const char* window : {"0,nan,nm", "inf,1,nm", "0,0,nm", "0,-5,nm", "0,5"})
+        EXPECT_EQ(vldv({"render", "x.spm", "-o", "x.png", "--fixed", window}).status, 2) << window;
+    for (const char* size : {"0x5", "5x-1", "4", "40000x1", "1x1x1"})
+        EXPECT_EQ(vldv({"render", "x.spm", "-o", "x.png", "--size", size}).status, 2) << size;
+    EXPECT_EQ(vldv({"dump", "x.spm", "--raw", "--physical"}).status, 2);
+    EXPECT_EQ(vldv({"--help"}).status, 0);
+    EXPECT_EQ(vldv({"render", "--help"}).status, 0);
+}
+
+TEST_F(ProgramTest, DumpPrintsRowsFromTheLowest)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    // 1 to 4 over all of 16 bits: 2 lies a third up, at -32768 + 65535 / 3 = -10923, and 3 at 10922.
+    EXPECT_EQ(vldv({"dump", "m.txt"}).out, smallMatrixRaw);
+    write_file(folder / "f.txt", "# Channel: H\n# Width: 2 nm\n# Height: 1 nm\n# Value units: nm\n0.5 0.25\n");
+    const std::string physical = vldv({"dump", "f.txt", "--physical"}).out;
+    EXPECT_NEAR(std::stod(physical), 0.5, 0.25 / 65535);
+    const program_result missing = vldv({"dump", "m.txt", "--image", "3"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("no image 3"), std::string::npos);
+}
+
+TEST_F(ProgramTest, ConvertKeepsSamplesAndNeverOverwritesWhatItReads)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"convert", "m.txt", "--to", "out"}).status, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder / "out/m.txt.spm"));
+    EXPECT_EQ(vldv({"dump", "out/m.txt.spm"}).out, vldv({"dump", "m.txt"}).out);
+    const std::string before = file_content(folder / "out/m.txt.spm");
+
+    EXPECT_EQ(vldv({"convert", "out/m.txt.spm", "--to", "out"}).status, 1) << "onto itself";
+    EXPECT_EQ(file_content(folder / "out/m.txt.spm"), before);
+    std::filesystem::create_directory_symlink(folder / "out", folder / "link");
+    EXPECT_EQ(vldv({"convert", "out/m.txt.spm", "--to", "link"}).status, 1) << "onto itself by another name";
+    EXPECT_EQ(file_content(folder / "out/m.txt.spm"), before);
+
+    std::filesystem::create_directories(folder / "other");
+    write_file(folder / "other/m.txt", "# Channel: H\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n9 9\n9 8\n");
+    const program_result twice = vldv({"convert", "m.txt", "other/m.txt", "--to", "both"});
+    EXPECT_EQ(twice.status, 1);
+    EXPECT_EQ(vldv({"dump", "both/m.txt.spm"}).out, vldv({"dump", "m.txt"}).out) << "the earlier output stays";
+    EXPECT_NE(twice.err.find("other/m.txt"), std::string::npos) << twice.err;
+    EXPECT_EQ(vldv({"convert", "m.txt", "--to", "one.spm"}).status, 0);
+    EXPECT_EQ(vldv({"convert", "other/m.txt", "one.spm", "--to", "one.spm"}).status, 1)
+        << "the second input would be gone before it is read";
+    EXPECT_EQ(vldv({"dump", "one.spm"}).out, smallMatrixRaw);
+    EXPECT_EQ(vldv({"convert", "m.txt", "--to", "m.txt/one.spm"}).status, 1) << "a file is no folder";
+    EXPECT_EQ(vldv({"convert", "missing.txt", "m.txt", "--to", "rest"}).status, 1);
+    EXPECT_EQ(vldv({"dump", "rest/m.txt.spm"}).out, smallMatrixRaw) << "one failure does not stop the others";
+    EXPECT_EQ(info({"one.spm"})["files"][0]["images"][0]["label"], "Height");
+}
+
+TEST_F(ProgramTest, FileNamesMayHoldAnyBytes)
+{
+    const std::string name = "night 1 \xff \xc3\xa9.txt";
+    write_file(folder / name, smallMatrix);
+    EXPECT_EQ(vldv({"dump", name}).out, smallMatrixRaw);
+    ASSERT_EQ(vldv({"convert", name, "--to", "out"}).status, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder / "out" / (name + ".spm")));
+    EXPECT_EQ(vldv({"info", "--json", name}).status, 0);
+}
+
+} // namespace
