@@ -46,12 +46,6 @@ void SPMDataStream::Init(const char* text)
 {
     const base::declaration source = base::parse_declaration(text ? text : "");
     declare(source);
-    values = {};
-    dimensions.clear();
-    subimageNames.clear();
-    dependentNames.clear();
-    parameterStream = {};
-    offset = 0;
     for (std::string_view words = source.shape; !words.empty();) {
         const std::string kind = base::take_word(words);
         if (kind == "value")
@@ -69,6 +63,17 @@ void SPMDataStream::Init(const char* text)
         else if (kind == "offset")
             offset = take_count(words);
     }
+}
+
+void SPMDataStream::Destroy() noexcept
+{
+    SPMVar::Destroy();
+    values = {};
+    dimensions.clear();
+    subimageNames.clear();
+    dependentNames.clear();
+    parameterStream = {};
+    offset = 0;
 }
 
 std::string SPMDataStream::shape_words() const

@@ -2,6 +2,7 @@
 #include "base/SPMVar.h"
 #include "base/VLAxis.h"
 
+#include <utility>
 #include <vector>
 
 /// An image, curve or volume: an array variable with dimensions, value axes and the names of what belongs to it.
@@ -22,13 +23,19 @@ public:
     SPMDataStream(const SPMDataStream& other) = default;
     SPMDataStream(SPMDataStream&& other) noexcept = default;
     ~SPMDataStream() override = default;
-    SPMDataStream& operator=(const SPMDataStream& other) = default;
+    /// On an exception the stream stays as it was.
+    SPMDataStream& operator=(const SPMDataStream& other)
+    {
+        SPMDataStream copy(other);
+        return *this = std::move(copy);
+    }
     SPMDataStream& operator=(SPMDataStream&& other) noexcept = default;
     using SPMVar::operator=;
 
     using SPMVar::Init;
     /// As for any variable; a text from a stream's `description()` also restores dimensions, axes and names.
     void Init(const char* declaration) override;
+    void Destroy() noexcept override;
 
     unsigned get_dimensions_number() const noexcept { return static_cast<unsigned>(dimensions.size()); }
     /// The index must be below the count.
@@ -57,7 +64,8 @@ public:
     /// step of the new type. Numbers that fit the new type as they are stay, and so do the axes. Otherwise the range
     /// of the data is mapped onto the new integer type by the rule of `six_digit_axis`, so that the new start and
     /// scale of value axis 0 have at most six digits and a file keeps them exactly.
-    /// Infinite and NaN elements take no part in the range; NaN becomes the lowest number, an infinity the nearest.
+    /// To float32, numbers beyond it become its largest. Infinite and NaN elements take no part in the range; NaN
+    /// becomes the lowest number, an infinity the nearest.
     /// \throws std::bad_alloc with the stream unchanged
     void convert_stream(SPMVarArrayType target);
 

@@ -2,7 +2,6 @@
 
 #include "base/array_memory.h"
 #include "base/declaration.h"
-#include "base/rounding.h"
 #include "base/text.h"
 
 #include <array>
@@ -55,26 +54,11 @@ void replace_text(char*& slot, const char* text)
     slot = copy;
 }
 
-/// The nearest allowed value; see SPMVar::operator=(double).
-double within_limits(double x, const SPMVar::number_limits& limits) noexcept
-{
-    if (x < limits.minimum) x = limits.minimum;
-    if (x > limits.maximum) x = limits.maximum;
-    if (limits.step != 0.0 && !std::isnan(limits.step) && std::isfinite(x)) {
-        // Without a lower limit the grid of allowed values passes through 0.
-        const double origin = std::isfinite(limits.minimum) ? limits.minimum : 0.0;
-        x = limits.step * base::round_half_up((x - origin) / limits.step) + origin;
-    }
-    if (x < limits.minimum) x = limits.minimum;
-    if (x > limits.maximum) x = limits.maximum;
-    return x;
-}
-
 double default_number(const SPMVar::number_limits& limits) noexcept
 {
     const bool excludesZero = limits.minimum > 0.0 || limits.maximum < 0.0;
-    if (!excludesZero) return within_limits(0.0, limits);
-    return within_limits(std::isfinite(limits.minimum) ? limits.minimum : limits.maximum, limits);
+    if (!excludesZero) return SPMVar::within_limits(0.0, limits);
+    return SPMVar::within_limits(std::isfinite(limits.minimum) ? limits.minimum : limits.maximum, limits);
 }
 
 std::string bytes_as_text(const void* data, std::size_t size)
@@ -345,6 +329,14 @@ bool SPMVar::from_string(const wchar_t* text)
     return stored;
 }
 
+/// The key, or the label of an item whose key an earlier item has already.
+smart_string SPMVar::item_text(unsigned item) const
+{
+    for (unsigned i = 0; i < item && i < get_enum_size(); ++i)
+        if (items->texts[i].key == items->texts[item].key) return get_enum_label(item);
+    return get_enum_key(item);
+}
+
 smart_string SPMVar::as_string() const
 {
     switch (type) {
@@ -356,18 +348,12 @@ smart_string SPMVar::as_string() const
     case SPM_VAR_STRING:
         return value.string.text ? value.string.text : "";
     case SPM_VAR_ENUM:
-        return get_enum_key(value.choice.item);
+        return item_text(value.choice.item);
     case SPM_VAR_ARRAY:
         return bytes_as_text(value.block.data, data_size());
     default:
         return "";
     }
-}
-
-double SPMVar::assign_number(double x) noexcept
-{
-    if (type == SPM_VAR_NONE || type > SPM_VAR_BOOLEAN) return 0.0;
-    return value.number.value = within_limits(x, limits.number);
 }
 
 double SPMVar::text_as_number() const noexcept
@@ -377,19 +363,13 @@ double SPMVar::text_as_number() const noexcept
     return number ? *number : 0.0;
 }
 
-int SPMVar::number_as_int() const noexcept
-{
-    const double number = *this;
-    constexpr double low = std::numeric_limits<int>::min(), high = std::numeric_limits<int>::max();
-    if (std::isnan(number)) return 0;
-    return number <= low    ? std::numeric_limits<int>::min()
-           : number >= high ? std::numeric_limits<int>::max()
-                            : static_cast<int>(number);
-}
-
 unsigned SPMVar::set_enum_val(int index)
 {
-    if (type != SPM_VAR_ENUM) return static_cast<unsigned>(static_cast<long long>(assign_number(index)));
+    if (type == SPM_VAR_INT) {
+        assign_number(index);
+        return static_cast<unsigned>(static_cast<int>(*this));
+    }
+    if (type != SPM_VAR_ENUM) return 0;
     if (index >= 0 && static_cast<unsigned>(index) < get_enum_size()) value.choice.item = static_cast<unsigned>(index);
     return value.choice.item;
 }

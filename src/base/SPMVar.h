@@ -1,8 +1,11 @@
 #pragma once
 #include "base/VLAllocator.h"
+#include "base/rounding.h"
 #include "base/smart_string.h"
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace base {
@@ -85,12 +88,12 @@ public:
     /// \throws std::bad_alloc when an array does not fit into memory
     virtual void Init(const char* declaration);
     void Init(const std::string& declaration) { Init(declaration.c_str()); }
-    /// Typed form; `type_` is an SPMVarType. Trailing arguments: `double` three doubles (minimum, maximum, step); `int` two ints (minimum,
-    /// maximum); `boolean`, `string` none; `enum` item texts `key` or `key(label)`, closed by a null pointer;
-    /// `array` unsigned length, unsigned element size, the element type being `void`.
+    /// Typed form; `type_` is an SPMVarType. Trailing arguments: `double` three doubles (minimum, maximum, step); `int`
+    /// two ints (minimum, maximum); `boolean`, `string` none; `enum` item texts `key` or `key(label)`, closed by a null
+    /// pointer; `array` unsigned length, unsigned element size, the element type being `void`.
     void Init(const char* name_, const char* description_, int type_, ...);
     /// Frees text and array and returns to the uninitialised state.
-    void Destroy() noexcept;
+    virtual void Destroy() noexcept;
 
     void set_name(const char* text);
     void set_description(const char* text);
@@ -153,6 +156,10 @@ public:
     /// Stamps the variable as changed now; stamps grow strictly within the process. \return the stamp
     std::uint64_t update_timestamp() noexcept;
 
+    /// The allowed value nearest to `x`: clamped, then rounded to a whole number of steps above the minimum (above 0
+    /// when there is none), halves up, and clamped again.
+    static inline double within_limits(double x, const number_limits& limits) noexcept;
+
     bool is_array() const noexcept { return type == SPM_VAR_ARRAY; }
     /// Bytes of the array; 0 for other types.
     std::size_t data_size() const noexcept
@@ -188,9 +195,10 @@ protected:
     virtual std::string shape_words() const { return {}; }
 
 private:
-    double assign_number(double x) noexcept;
+    inline double assign_number(double x) noexcept;
     double text_as_number() const noexcept;
-    int number_as_int() const noexcept;
+    static inline int truncated(double number) noexcept;
+    smart_string item_text(unsigned item) const;
     void copy_value(const SPMVar& other);
     void take(SPMVar& other) noexcept;
 
@@ -214,7 +222,34 @@ inline SPMVar::operator bool() const
 inline SPMVar::operator int() const
 {
     if (type == SPM_VAR_ENUM) return static_cast<int>(value.choice.item);
-    return number_as_int();
+    if (type <= SPM_VAR_BOOLEAN) return type == SPM_VAR_NONE ? 0 : truncated(value.number.value);
+    return type == SPM_VAR_STRING ? truncated(text_as_number()) : 0;
+}
+
+inline int SPMVar::truncated(double number) noexcept
+{
+    constexpr double low = std::numeric_limits<int>::min(), high = std::numeric_limits<int>::max();
+    if (!(number > low)) return number == number ? std::numeric_limits<int>::min() : 0;
+    return number >= high ? std::numeric_limits<int>::max() : static_cast<int>(number);
+}
+
+inline double SPMVar::within_limits(double x, const number_limits& limits) noexcept
+{
+    if (x < limits.minimum) x = limits.minimum;
+    if (x > limits.maximum) x = limits.maximum;
+    if (limits.step != 0.0 && !std::isnan(limits.step) && std::isfinite(x)) {
+        const double origin = std::isfinite(limits.minimum) ? limits.minimum : 0.0;
+        x = limits.step * base::round_half_up((x - origin) / limits.step) + origin;
+    }
+    if (x < limits.minimum) x = limits.minimum;
+    if (x > limits.maximum) x = limits.maximum;
+    return x;
+}
+
+inline double SPMVar::assign_number(double x) noexcept
+{
+    if (type == SPM_VAR_NONE || type > SPM_VAR_BOOLEAN) return 0.0;
+    return value.number.value = within_limits(x, limits.number);
 }
 
 inline double SPMVar::operator=(double x) { return assign_number(x); }

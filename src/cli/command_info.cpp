@@ -112,7 +112,7 @@ void print_ranges(const CStorageDoc& document, unsigned image)
     const VLAxis& values = document.getAxis(image, 0, unsigned(-1));
     for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub) {
         CMinMaxInfo range;
-        document.getMinMaxInfo(image, range, sub);
+        if (stream.array_type() == SPM_ARRAY_INT16) document.getMinMaxInfo(image, range, sub);
         std::cout << "    sub-image " << sub;
         if (sub < names.size()) std::cout << " \"" << names[sub].c_str() << '"';
         if (stream.array_type() == SPM_ARRAY_INT16)

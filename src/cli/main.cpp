@@ -3,11 +3,15 @@
 #include "cli/session.h"
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <iostream>
 
 int main(int count, char** arguments)
 try {
+    // A full quota or a closed pipe is an error of the write that meets it, told like any other.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     CLI::App app("vldv opens what a scanning-probe microscope recorded, tells what it holds and takes it away.");
     app.require_subcommand(1);
     int status = cli::allDone;

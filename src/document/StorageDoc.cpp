@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -128,7 +129,9 @@ void CStorageDoc::getMinMaxInfo(unsigned image, CMinMaxInfo& info, unsigned sub)
 {
     const unsigned used = sub < getSubImagesNumber(image) ? sub : 0;
     // The elements are taken for 16-bit ones whatever the type; never more of them than the block has bytes.
-    const std::size_t held = GetDataSize(image) / sizeof(short);
+    const std::size_t before =
+        std::size_t{imageOptions[image].subimageLength} * images[image].array_element_size() * used;
+    const std::size_t held = (GetDataSize(image) - std::min(GetDataSize(image), before)) / sizeof(short);
     const unsigned count = static_cast<unsigned>(std::min<std::size_t>(imageOptions[image].subimageLength, held));
     info.Readjust(static_cast<const short*>(getImageDataS(image, used)), count);
 }
@@ -148,11 +151,15 @@ bool CStorageDoc::similar_images(unsigned a, unsigned b) const
 void CStorageDoc::AddNewImages(const SPMDataStream* streams, unsigned count)
 {
     const std::size_t first = images.size();
-    images.resize(first + count);
-    imageOptions.resize(images.size());
-    for (unsigned i = 0; i < count; ++i) {
-        images[first + i] = streams[i];
-        revalidateImage(static_cast<unsigned>(first + i));
+    std::vector<SPMDataStream> added(streams, streams + count); // first: they may be images of this document
+    images.insert(images.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
+    try {
+        imageOptions.resize(images.size());
+        for (unsigned i = 0; i < count; ++i) revalidateImage(static_cast<unsigned>(first + i));
+    } catch (...) {
+        images.resize(first);
+        imageOptions.resize(std::min(imageOptions.size(), first));
+        throw;
     }
 }
 
@@ -165,13 +172,17 @@ void CStorageDoc::revalidateImage(unsigned image)
 
     std::vector<unsigned> lengths;
     std::uint64_t product = 1;
+    bool isEmpty = false;
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) isEmpty |= stream.get_dimension(i).length == 0;
     for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) {
         SPMDataStream::dimension& dimension = stream.get_dimension(i);
         if (dimension.get_axes_number() == 0) dimension.set_axis(0, VLAxis());
         lengths.push_back(dimension.length);
         product *= dimension.length;
-        if (product > maxElements) throw std::length_error("image of over 2^32 elements");
+        if (product > maxElements && !isEmpty) throw std::length_error("image of over 2^32 elements");
+        product = std::min(product, maxElements); // a later 0 empties it
     }
+    if (isEmpty) product = 0;
     const std::uint64_t held = stream.array_length();
     const std::uint64_t whole =
         product == 0 ? held : std::max<std::uint64_t>((held + product - 1) / product, 1) * product;
@@ -187,7 +198,11 @@ void CStorageDoc::revalidateImage(unsigned image)
 
 void CStorageDoc::RemoveImage(unsigned image)
 {
-    const bool closesWithLastView = std::exchange(autoDelete, false);
+    struct restored_flag {
+        bool& flag;
+        bool before;
+        ~restored_flag() { flag = before; }
+    } const restored{autoDelete, std::exchange(autoDelete, false)};
     const auto boundTo = [&](CView* view) {
         auto* bound = dynamic_cast<IImageBoundView*>(view);
         return bound && bound->getImageNumber() == image ? bound : nullptr;
@@ -208,7 +223,6 @@ void CStorageDoc::RemoveImage(unsigned image)
         bound->setImageNumber(bound->getImageNumber() - 1);
         bound->LoadOptions();
     }
-    autoDelete = closesWithLastView;
 }
 
 bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const RGBQUAD* palette, int index)

@@ -7,6 +7,7 @@
 #include "platform/paths.h"
 #include "platform/temporary_file.h"
 
+#include <algorithm>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -29,8 +30,11 @@ void check_ids(const CStorageDoc& document, const CArchive& archive)
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
         const std::string id = document.getImage(i).get_name();
         if (id.empty()) fail(archive, base::formatted("image %u has no id", i));
+        const bool hasControl = std::ranges::any_of(
+            id, [](unsigned char c) { return (c < ' ' && c != '\t' && c != '\n' && c != '\r') || c == 0x7f; });
+        if (hasControl) fail(archive, base::formatted("the id of image %u contains a control character", i));
         if (id.find('/') != std::string::npos) fail(archive, "the image id \"" + id + "\" contains a slash");
-        if (!seen.insert(id).second) fail(archive, "two images have the id \"" + id + "\"");
+        if (!seen.insert(base::valid_utf8(id)).second) fail(archive, "two images have the id \"" + id + "\"");
     }
 }
 

@@ -49,10 +49,15 @@ private:
         const auto at = found.find(name);
         return at == found.end() ? std::string() : text(at->second);
     }
-    static unsigned number(const std::string& digits, unsigned otherwise)
+    /// A missing attribute has a default; one that is no number of 32 bits is refused.
+    unsigned number(const attributes& found, const char* name, unsigned otherwise)
     {
+        if (!found.contains(name)) return otherwise;
+        const std::string digits = attribute(found, name);
         const auto value = base::whole_integer(digits);
-        return value && *value >= 0 && *value <= 0xffffffffLL ? static_cast<unsigned>(*value) : otherwise;
+        if (value && *value >= 0 && *value <= 0xffffffffLL) return static_cast<unsigned>(*value);
+        fail(std::string(name) + " \"" + digits + "\" is no number that can be used");
+        return otherwise;
     }
     described_stream* current() { return inStream ? &result.streams.back() : nullptr; }
     std::string collected()
@@ -68,13 +73,21 @@ private:
         inStream = true;
         const std::string id = attribute(found, "id");
         SPMDataStream& stream = current()->stream;
-        const unsigned blockSize = number(attribute(found, "blocksize"), untypedSize);
+        const unsigned blockSize = number(found, "blocksize", untypedSize);
         stream.Init(id.c_str(), attribute(found, "name").c_str(), SPM_VAR_ARRAY, 0u, blockSize);
-        stream.offset = number(attribute(found, "offset"), 0);
+        stream.offset = number(found, "offset", 0);
         stream.set_parameter_stream(attribute(found, "parameter").c_str());
         current()->rawEntry = id + ".raw";
     }
-    void xmlh_stream_end(const char*) { inStream = false; }
+    void xmlh_stream_end(const char*)
+    {
+        if (!inStream) return;
+        current()->stream.set_dependent_vars(dependents.data(), static_cast<unsigned>(dependents.size()));
+        current()->stream.set_subimage_names(subimages.data(), static_cast<unsigned>(subimages.size()));
+        dependents.clear();
+        subimages.clear();
+        inStream = false;
+    }
 
     void xmlh_var(const char*, const attributes& found)
     {
@@ -87,22 +100,12 @@ private:
     }
 
     void xmlh_text(const char*, const attributes&) { push_text_buf(); }
-    void xmlh_depends_end(const char*)
-    {
-        append_name(&SPMDataStream::dependent_vars, &SPMDataStream::set_dependent_vars);
-    }
-    void xmlh_subimage_end(const char*)
-    {
-        append_name(&SPMDataStream::subimage_names, &SPMDataStream::set_subimage_names);
-    }
-    void append_name(const std::vector<smart_string>& (SPMDataStream::*get)() const,
-                     void (SPMDataStream::*set)(const smart_string*, unsigned))
+    void xmlh_depends_end(const char*) { append_name(dependents); }
+    void xmlh_subimage_end(const char*) { append_name(subimages); }
+    void append_name(std::vector<smart_string>& names)
     {
         const std::string name = collected();
-        if (!inStream) return;
-        std::vector<smart_string> names = (current()->stream.*get)();
-        names.emplace_back(name);
-        (current()->stream.*set)(names.data(), static_cast<unsigned>(names.size()));
+        if (inStream) names.emplace_back(name);
     }
 
     void xmlh_dimension(const char*, const attributes& found)
@@ -111,7 +114,7 @@ private:
         if (inDimension) return fail("a dimension inside a dimension");
         inDimension = true;
         SPMDataStream::dimension dimension;
-        dimension.length = number(attribute(found, "length"), 1);
+        dimension.length = number(found, "length", 1);
         current()->stream.set_dimension(current()->stream.get_dimensions_number(), dimension);
     }
     void xmlh_dimension_end(const char*) { inDimension = false; }
@@ -130,7 +133,9 @@ private:
     {
         if (!inStream) return;
         SPMVarArrayType type = SPM_ARRAY_VOID;
-        array_type_from_keyword(attribute(found, "content").c_str(), type);
+        const std::string content = attribute(found, "content");
+        if (!content.empty() && !array_type_from_keyword(content.c_str(), type))
+            return fail("content \"" + content + "\" is no element type");
         SPMDataStream& stream = current()->stream;
         stream.set_array_type(type);
         if (type != SPM_ARRAY_VOID) stream.value.block.elementSize = element_size(type);
@@ -146,6 +151,7 @@ private:
     bool isRewritten;
     bool inStream = false, inDimension = false;
     std::string key;
+    std::vector<smart_string> dependents, subimages; // of the stream that is being read
     std::map<std::string, std::string> entities;
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <span>
 #include <vector>
 
@@ -116,12 +117,8 @@ private:
     bool line_ends_at(std::size_t at) const
     {
         std::string_view ahead = text.substr(at);
-        if (ahead.starts_with("\r\n"))
-            ahead.remove_prefix(2);
-        else if (ahead.starts_with('\n'))
-            ahead.remove_prefix(1);
-        else
-            return false;
+        if (!ahead.starts_with(lineEnd)) return false;
+        ahead.remove_prefix(lineEnd.size());
         ahead.remove_prefix(std::min(ahead.find_first_not_of(" \t"), ahead.size()));
         return std::ranges::any_of(elementStarts, [&](std::string_view start) { return ahead.starts_with(start); });
     }
@@ -143,6 +140,8 @@ private:
     bool prolog()
     {
         if (text.starts_with("\xEF\xBB\xBF")) position = 3;
+        const std::size_t firstEnd = text.find('\n');
+        if (firstEnd != std::string_view::npos && firstEnd > 0 && text[firstEnd - 1] == '\r') lineEnd = "\r\n";
         skip_space();
         if (rest().starts_with("<?xml")) position = std::min(text.find("?>", position), text.size() - 2) + 2;
         skip_space();
@@ -197,6 +196,7 @@ private:
     {
         out += base::formatted("<!ENTITY e%zu SYSTEM \"", entities.size());
         out += escaped_literal(file) + "\" NDATA spmRaw>\n";
+        entityNumbers.emplace(id, entities.size());
         entities.emplace_back(id);
     }
 
@@ -260,10 +260,11 @@ private:
     std::size_t attribute_at(std::size_t at, std::string_view& name, const std::vector<std::string_view>& seen) const
     {
         if (at >= text.size() || text[at] != ' ') return 0;
-        for (const std::string_view known : tagAttributes) {
+        // In the order of the layout: behind "parameter" there is no "name", whatever the text looks like.
+        const auto last = seen.empty() ? tagAttributes.begin() : std::ranges::find(tagAttributes, seen.back()) + 1;
+        for (const std::string_view known : std::span(last, tagAttributes.end())) {
             const std::string_view ahead = text.substr(at + 1);
             if (!ahead.starts_with(known) || !ahead.substr(known.size()).starts_with("=\"")) continue;
-            if (std::ranges::find(seen, known) != seen.end()) return 0;
             name = known;
             return known.size() + 3;
         }
@@ -325,9 +326,9 @@ private:
         out += ' ';
         out += name;
         out += "=\"";
-        const auto entity = name == "ref" ? std::ranges::find(entities, value) : entities.end();
-        if (entity != entities.end())
-            out += "e" + std::to_string(entity - entities.begin());
+        const auto entity = name == "ref" ? entityNumbers.find(std::string(value)) : entityNumbers.end();
+        if (entity != entityNumbers.end())
+            out += "e" + std::to_string(entity->second);
         else
             out += escaped(value);
         out += '"';
@@ -337,6 +338,8 @@ private:
     std::size_t position = 0;
     std::string out;
     std::vector<std::string> entities;
+    std::map<std::string, std::size_t> entityNumbers;
+    std::string_view lineEnd = "\n";                 // of the whole file; texts may hold the other kind
     std::span<const std::string_view> tagAttributes; // of the tag that is being read
     std::size_t streams = 0;                         // whose opening tag has been met
     bool good = true, finished = false;

@@ -90,7 +90,7 @@ std::string refusal(const std::string& name, const zip_stat_t& stat, std::uint64
     if (!(stat.valid & ZIP_STAT_SIZE) || !(stat.valid & ZIP_STAT_COMP_SIZE))
         return "the entry \"" + name + "\" has no size";
     if (stat.comp_size > fileSize) return "the entry \"" + name + "\" is cut off";
-    if (stat.size / deflateLimit > stat.comp_size)
+    if (stat.size > stat.comp_size * deflateLimit) // stored bytes are at most those of the file
         return "the entry \"" + name + "\" claims more bytes than it can hold";
     return {};
 }

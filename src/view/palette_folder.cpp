@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "view/palette_file.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -48,7 +49,10 @@ std::string expanded_environment(const std::string& text)
         if (text.compare(i, 2, "${") == 0 || text[i] == '%') {
             nameAt = text[i] == '%' ? i + 1 : i + 2;
             const std::size_t close = text.find(text[i] == '%' ? '%' : '}', nameAt);
-            if (close != std::string::npos) {
+            const bool isName = close != std::string::npos &&
+                                std::all_of(text.begin() + static_cast<std::ptrdiff_t>(nameAt),
+                                            text.begin() + static_cast<std::ptrdiff_t>(close), is_name_character);
+            if (isName) {
                 name = text.substr(nameAt, close - nameAt);
                 end = close + 1;
             }

@@ -114,4 +114,15 @@ TEST(SPMDataStream, UnmeasuredPointsDoNotStretchTheRange)
     EXPECT_EQ(static_cast<const short*>(stream.array_data())[1], -32768);
 }
 
+TEST(SPMDataStream, ANewDeclarationForgetsTheOldShape)
+{
+    SPMDataStream stream = sample_stream();
+    stream.Init("new", "New", SPM_VAR_ARRAY, 0u, 2u);
+    EXPECT_STREQ(stream.description().c_str(), "new(New),array,0,2");
+    stream = sample_stream();
+    stream.Destroy();
+    EXPECT_EQ(stream.get_dimensions_number(), 0u);
+    EXPECT_EQ(stream.get_parameter_stream(), nullptr);
+}
+
 } // namespace

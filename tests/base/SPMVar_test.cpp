@@ -127,6 +127,10 @@ TEST(SPMVar, TextAndValueAreInverse)
     EXPECT_STREQ(choice.as_string().c_str(), "Left");
     EXPECT_FALSE(choice.from_string("right"));
 
+    SPMVar equal = declared("e,enum,a(x),a(y)");
+    equal.set_enum_val(1);
+    EXPECT_STREQ(equal.as_string().c_str(), "y") << "the key alone would name the first";
+
     SPMVar colour = declared("c,int");
     EXPECT_TRUE(colour.from_string("0x0064c800)"));
     EXPECT_EQ(double(colour), 0x64c800);

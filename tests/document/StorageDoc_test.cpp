@@ -54,6 +54,26 @@ TEST_F(DocumentTest, AnImageTooLargeForItsCounterIsRefused)
     EXPECT_THROW(document.AddNewImages(&huge, 1), std::length_error);
 }
 
+TEST_F(DocumentTest, ADocumentsOwnImageMayBeAddedAgain)
+{
+    const SPMDataStream stream = heights("a", {2, 2}, 1, 7);
+    document.AddNewImages(&stream, 1);
+    for (int i = 0; i < 5; ++i) document.AddNewImages(&document.getImage(0), 1);
+    EXPECT_EQ(document.getDataPoint2S(5, 1, 1, 0), 10);
+}
+
+TEST_F(DocumentTest, RangesOfBytesStayWithinTheirBlock)
+{
+    SPMDataStream bytes = heights("b", {100}, 2, 1);
+    bytes.convert_stream(SPM_ARRAY_UINT8);
+    document.AddNewImages(&bytes, 1);
+    CMinMaxInfo range;
+    // Pairs of the bytes 101, 102 … 200 as 16-bit numbers: from 128 in the upper byte on they are negative.
+    document.getMinMaxInfo(0, range, 1);
+    EXPECT_EQ(range.minimum, 127 + 256 * 128 - 65536);
+    EXPECT_EQ(range.maximum, 125 + 256 * 126);
+}
+
 TEST_F(DocumentTest, PointsLieFastestDimensionFirst)
 {
     const SPMDataStream volume = heights("v", {2, 3, 4}, 2);

@@ -105,6 +105,10 @@ TEST_F(ContainerTest, WhatLiesIsRefused)
     const lying_archive cases[] = {
         {"overflow", stream_of("", dims({"65536", "65536", "65536", "65536"}) + data), {{"a.raw", "ab"}}, "2^32"},
         {"too large", stream_of("", dims({"20000", "20000"}) + data), {{"a.raw", "ab"}}, "more than the file holds"},
+        {"a length of 33 bits", stream_of("", dims({"4294967306"}) + data), {{"a.raw", "ab"}}, "length"},
+        {"a negative length", stream_of("", dims({"-5"}) + data), {{"a.raw", "ab"}}, "length"},
+        {"a size in words", stream_of(" blocksize=\"two\"", data), {{"a.raw", "ab"}}, "blocksize"},
+        {"an unknown type", stream_of("", "\t\t<data content=\"float16\" ref=\"a\"/>\n"), {{"a.raw", "ab"}}, "float16"},
         {"no samples", stream_of("", data), {}, "missing"},
         {"a folder", stream_of("", data), {{"a.raw", "ab"}, {"../../etc/evil", "x"}}, "folder"},
         {"equal ids", stream_of("", data) + stream_of("", data), {{"a.raw", "ab"}}, "two streams"},
@@ -152,6 +156,18 @@ TEST_F(ContainerTest, EqualEntryNamesAreRefused)
         content.replace(at, 2, "aa");
     write_file(folder / "twice.spm", content);
     EXPECT_NE(refusal("twice.spm").find("twice"), std::string::npos) << refusal("twice.spm");
+}
+
+TEST_F(ContainerTest, ManyNamesTakeNoLongerThanTheyAreMany)
+{
+    std::string names;
+    for (int i = 0; i < 200'000; ++i) names += "\t\t<subimage>x</subimage>\n"; // quadratic: hours
+    archive_writer(folder / "a.spm")
+        .add("main.xml", description_of(stream_of("", names + "\t\t<data content=\"int16\" ref=\"a\"/>\n")))
+        .add("a.raw", "ab");
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str()));
+    EXPECT_EQ(read.getImage(0).get_subimage_names(nullptr, 0), 200'000u);
 }
 
 } // namespace

@@ -24,7 +24,9 @@ const std::vector<std::string> awkwardTexts = {"a < b & c > d \"quoted\" 'single
                                                "-- <![CDATA[ ]]> ?>",
                                                " leading and trailing ",
                                                "\"/>",
-                                               "%d %s %n"};
+                                               "%d %s %n",
+                                               "\" name=\"x",
+                                               "a</var>\r\n<var id=\"b"};
 
 /// Ids and labels that look like attributes and elements.
 const std::vector<std::string> awkwardNames = {
@@ -179,7 +181,7 @@ TEST_F(ContainerTest, LoadingThroughTheWriterIsRefused)
 TEST_F(ContainerTest, UnsuitableIdsAreRefusedBeforeTheTargetIsTouched)
 {
     write_file(folder / "old.spm", "old content");
-    for (const char* second : {"a", "b/c", ""}) {
+    for (const char* second : {"a", "b/c", "", "c\x01"}) {
         CStorageDoc bad;
         const SPMDataStream streams[] = {heights("a", {2}), heights(second, {2})};
         bad.AddNewImages(streams, 2);

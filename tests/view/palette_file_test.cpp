@@ -134,6 +134,7 @@ TEST(PaletteFolder, ExpandsTheEnvironment)
     setenv("VLDV_TEST_HOME", "/home/x", 1);
     EXPECT_EQ(view::expanded_environment("$VLDV_TEST_HOME/p"), "/home/x/p");
     EXPECT_EQ(view::expanded_environment("${VLDV_TEST_HOME}p%VLDV_TEST_HOME%"), "/home/xp/home/x");
+    EXPECT_EQ(view::expanded_environment("50%/$VLDV_TEST_HOME/x%"), "50%//home/x/x%");
     EXPECT_EQ(view::expanded_environment("a$VLDV_NO_SUCH/50%b$"), "a$VLDV_NO_SUCH/50%b$");
 }
 
