@@ -20,7 +20,7 @@ bool stays_as_it_is(const bmp_header& header)
 {
     if (header.coding == bmp_coding::fields)
         return header.bitCount == 16 && std::ranges::equal(header.fields, fields555);
-    return header.bitCount != 32;
+    return true;
 }
 
 /// One colour channel of a pixel.

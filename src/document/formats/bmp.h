@@ -9,8 +9,8 @@
 namespace formats {
 
 /// Windows and OS/2 bitmaps of 1, 4, 8, 16, 24 and 32 bits, plain, with bit fields or run-length coded, either way up.
-/// Indexed pixels keep their palette, 16-bit pixels stay when they are 5-5-5, all others become 24-bit colours; alpha
-/// is dropped. A file without all of its pixels is refused.
+/// Indexed pixels keep their palette; plain pixels of any depth stay as they are, 5-5-5 fields too. Other fields become
+/// 24-bit colours without alpha. A file without all of its pixels is refused.
 base::read_result<recording> read_bmp(source& file);
 
 bool sniff_bmp(std::span<const std::byte> head);

@@ -86,7 +86,7 @@ const bmp_case cases[] = {
     {"TopDown", {.height = -2, .pixels = downward24}, flag, 24},
     {"Core", {.headerBytes = 12, .pixels = upward24}, flag, 24},
     {"Version5", {.headerBytes = 124, .pixels = upward24}, flag, 24},
-    {"Plain32", {.bits = 32, .pixels = upward32}, flag, 24},
+    {"Plain32", {.bits = 32, .pixels = upward32}, flag, 32},
     {"Fields32", {.bits = 32, .compression = 3, .masks = {0xff, 0xff00, 0xff0000}, .pixels = redLowest}, flag, 24},
     {"Fields10Bits",
      {.headerBytes = 56, .bits = 32, .compression = 3, .masks = {1023u << 20, 1023u << 10, 1023}, .pixels = tenBits},

@@ -26,6 +26,7 @@ colour pixel_of(const formats::picture& picture, int x, int fromTop)
     EXPECT_EQ(picture.bits.size(), stride * static_cast<std::size_t>(header.biHeight));
     EXPECT_EQ(header.biCompression, 0u);
     if (bits == 24) return {byte(3 * column + 2), byte(3 * column + 1), byte(3 * column)};
+    if (bits == 32) return {byte(4 * column + 2), byte(4 * column + 1), byte(4 * column)};
     if (bits == 16) {
         const int pixel = byte(2 * column) | byte(2 * column + 1) << 8;
         return {(pixel >> 10 & 31) * 8, (pixel >> 5 & 31) * 8, (pixel & 31) * 8};
