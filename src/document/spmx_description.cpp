@@ -2,6 +2,7 @@
 
 #include "base/VLXMLParser.h"
 #include "base/text.h"
+#include "document/spmx_escapes.h"
 #include "document/spmx_layout.h"
 
 #include <sstream>
@@ -43,7 +44,7 @@ public:
     spmx_description result;
 
 private:
-    std::string text(const char* raw) const { return isRewritten ? restored_text(raw) : raw; }
+    std::string text(const char* raw) const { return isRewritten ? spmx_escapes::restored(raw) : raw; }
     std::string attribute(const attributes& found, const char* name) const
     {
         const auto at = found.find(name);

@@ -1,6 +1,7 @@
 #include "document/spmx_layout.h"
 
 #include "base/text.h"
+#include "document/spmx_escapes.h"
 
 #include <algorithm>
 #include <array>
@@ -11,74 +12,6 @@
 namespace document {
 
 namespace {
-
-constexpr std::string_view escapeMark = "\xEF\xA3\xBF"; // U+F8FF
-
-void append_marked(std::string& out, unsigned code)
-{
-    out += escapeMark;
-    out += base::formatted("%04x", code);
-}
-
-/// U+FFFE and U+FFFF are no characters of XML; U+F8FF is our own mark.
-bool is_marked_sequence(std::string_view at, unsigned& code)
-{
-    if (at.starts_with(escapeMark))
-        code = 0xf8ff;
-    else if (at.starts_with("\xEF\xBF\xBE"))
-        code = 0xfffe;
-    else if (at.starts_with("\xEF\xBF\xBF"))
-        code = 0xffff;
-    else
-        return false;
-    return true;
-}
-
-std::string escaped(std::string_view text)
-{
-    std::string out;
-    out.reserve(text.size() + 16);
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        unsigned code = 0;
-        if (c == '&')
-            out += "&amp;";
-        else if (c == '<')
-            out += "&lt;";
-        else if (c == '>')
-            out += "&gt;";
-        else if (c == '"')
-            out += "&quot;";
-        else if (c == '\n' || c == '\r' || c == '\t')
-            out += base::formatted("&#%d;", c);
-        else if (static_cast<unsigned char>(c) < ' ')
-            append_marked(out, static_cast<unsigned char>(c));
-        else if (is_marked_sequence(text.substr(i), code)) {
-            append_marked(out, code);
-            i += 2;
-        } else
-            out += c;
-    }
-    return out;
-}
-
-/// A system identifier knows no references; all that could end it is marked.
-std::string escaped_literal(std::string_view text)
-{
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        unsigned code = 0;
-        if (static_cast<unsigned char>(c) < ' ' || c == '"' || c == '\'')
-            append_marked(out, static_cast<unsigned char>(c));
-        else if (is_marked_sequence(text.substr(i), code)) {
-            append_marked(out, code);
-            i += 2;
-        } else
-            out += c;
-    }
-    return out;
-}
 
 /// Walks the file from one element of the layout to the next.
 class layout_scanner {
@@ -195,7 +128,7 @@ private:
     void declare(std::string_view id, std::string_view file)
     {
         out += base::formatted("<!ENTITY e%zu SYSTEM \"", entities.size());
-        out += escaped_literal(file) + "\" NDATA spmRaw>\n";
+        out += spmx_escapes::literal(file) + "\" NDATA spmRaw>\n";
         entityNumbers.emplace(id, entities.size());
         entities.emplace_back(id);
     }
@@ -243,17 +176,17 @@ private:
             good = false;
             return;
         }
-        out += "<var id=\"" + escaped(text.substr(position, end - position)) + "\">";
+        out += "<var id=\"" + spmx_escapes::text(text.substr(position, end - position)) + "\">";
         position = end + (isEmpty ? 3 : 2);
         if (!isEmpty)
-            if (const auto value = take_line_text("</var>")) out += escaped(*value);
+            if (const auto value = take_line_text("</var>")) out += spmx_escapes::text(*value);
         out += "</var>\n";
     }
 
     void named(const std::string& name)
     {
         if (const auto value = take_line_text("</" + name + ">"))
-            out += "<" + name + ">" + escaped(*value) + "</" + name + ">\n";
+            out += "<" + name + ">" + spmx_escapes::text(*value) + "</" + name + ">\n";
     }
 
     /// Where an attribute that the tag has not had yet begins at `at`: the length of ` name="`, or 0.
@@ -330,7 +263,7 @@ private:
         if (entity != entityNumbers.end())
             out += "e" + std::to_string(entity->second);
         else
-            out += escaped(value);
+            out += spmx_escapes::text(value);
         out += '"';
     }
 
@@ -348,26 +281,5 @@ private:
 } // namespace
 
 std::optional<std::string> well_formed_spmx(std::string_view text) { return layout_scanner(text).run(); }
-
-std::string restored_text(std::string_view text)
-{
-    std::string out;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::string_view at = text.substr(i);
-        const auto code = at.starts_with(escapeMark) && at.size() >= escapeMark.size() + 4
-                              ? base::whole_integer("0x" + std::string(at.substr(escapeMark.size(), 4)))
-                              : std::nullopt;
-        if (!code) {
-            out += text[i++];
-            continue;
-        }
-        if (*code < ' ' || *code == '"' || *code == '\'')
-            out += static_cast<char>(*code);
-        else
-            out += *code == 0xfffe ? "\xEF\xBF\xBE" : *code == 0xffff ? "\xEF\xBF\xBF" : escapeMark;
-        i += escapeMark.size() + 4;
-    }
-    return out;
-}
 
 } // namespace document

@@ -11,8 +11,4 @@ namespace document {
 /// \return nothing when the text has another layout; it may be proper XML then
 std::optional<std::string> well_formed_spmx(std::string_view text);
 
-/// Characters that XML cannot carry, and a quote in a system identifier, are written by `well_formed_spmx` as U+F8FF
-/// and four hexadecimal digits; this brings them back.
-std::string restored_text(std::string_view text);
-
 } // namespace document
