@@ -1,4 +1,5 @@
 #include "document/formats/text_table.h"
+#include "recorded_values.h"
 
 #include "support/manifest.h"
 #include "support/sample_checks.h"
@@ -14,19 +15,6 @@
 namespace {
 
 using namespace formats;
-
-const recorded_image& item(const recording& content, std::size_t index)
-{
-    return std::get<recorded_image>(content.items.at(index));
-}
-
-std::vector<double> physical(const SPMDataStream& stream)
-{
-    const auto* raw = static_cast<const std::int16_t*>(stream.array_data());
-    std::vector<double> values(stream.array_length());
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = stream.values.get_axis(0).at(raw[i]);
-    return values;
-}
 
 struct measured {
     double lo = std::numeric_limits<double>::infinity(), hi = -lo, mean = 0.0;

@@ -1,4 +1,5 @@
 #include "document/formats/text_table.h"
+#include "recorded_values.h"
 
 #include "base/text.h"
 
@@ -25,20 +26,6 @@ std::string reason(const std::string& text)
 {
     const auto result = read(text);
     return result ? "it was read" : result.error().reason;
-}
-
-const recorded_image& item(const recording& content, std::size_t index)
-{
-    return std::get<recorded_image>(content.items.at(index));
-}
-
-/// Physical values in stored order: row 0, the bottom row, first.
-std::vector<double> physical(const SPMDataStream& stream)
-{
-    const auto* raw = static_cast<const std::int16_t*>(stream.array_data());
-    std::vector<double> values(stream.array_length());
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = stream.values.get_axis(0).at(raw[i]);
-    return values;
 }
 
 /// Half a step of 65,536 levels over the range, and what six digits of the axis may cost.
