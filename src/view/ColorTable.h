@@ -1,9 +1,7 @@
 #pragma once
-#include <cstdint>
-#include <vector>
+#include "platform/color.h"
 
-/// 32-bit colour 0x00BBGGRR: red in the low byte. The form of drawing, of palette files and of the profile.
-using colorEntry = std::uint32_t;
+#include <vector>
 
 /// Colours from the lowest value to the highest. Tables differ in length.
 using color_table = std::vector<colorEntry>;

@@ -1,5 +1,7 @@
 #include "view/DIBImage.h"
 
+#include "support/RecordingDC.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -8,17 +10,7 @@
 
 namespace {
 
-/// A surface that only remembers what is selected; the memory ones start with a bitmap of their own.
-class remembering_dc : public CDC {
-public:
-    std::unique_ptr<CDC> CreateCompatibleDC() override { return std::make_unique<remembering_dc>(); }
-    CBitmap* SelectObject(CBitmap* bitmap) override { return std::exchange(selected, bitmap); }
-
-    CBitmap initial;
-    CBitmap* selected = &initial;
-};
-
-CBitmap* selected_in(const VLDIBImage& image) { return static_cast<remembering_dc*>(image.dc())->selected; }
+const CBitmap* selected_in(const VLDIBImage& image) { return image.dc()->selectedBitmap(); }
 
 TEST(DIBImage, PadsRowsToFourBytes)
 {
@@ -84,11 +76,11 @@ TEST(DIBImage, RefusesSizesThatCannotBe)
 
 TEST(DIBImage, DrawsThroughItsSurface)
 {
-    remembering_dc window;
+    RecordingDC window;
     VLDIBImage image;
     image.Init(&window);
     ASSERT_NE(image.dc(), nullptr);
-    CBitmap* const ownBitmap = selected_in(image);
+    const CBitmap* const ownBitmap = selected_in(image);
     ASSERT_TRUE(image.Create(4, 4, true));
     ASSERT_NE(selected_in(image), ownBitmap);
     EXPECT_EQ(selected_in(image)->bits, image.bits().data());

@@ -1,0 +1,22 @@
+#pragma once
+#include "platform/geometry.h"
+
+#include <span>
+#include <vector>
+
+namespace platform {
+
+/// Pixels left … right - 1 of row y.
+struct pixel_span {
+    int y, left, right;
+};
+
+/// The pixels whose centres lie inside closed polygons, exactly; a centre on a left or upper edge is inside. With
+/// `winding` a point counts that the edges go round at least once, else one that an odd number of edges surrounds.
+/// Coordinates are clamped to +-2^26. Rows ascend, spans of a row ascend and do not overlap.
+std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figures, bool winding);
+
+/// The pixels whose centres lie in or on the ellipse that touches the sides of `rect`, exactly.
+std::vector<pixel_span> ellipse_spans(const CRect& rect);
+
+} // namespace platform
