@@ -2,6 +2,7 @@
 
 #include "base/array_memory.h"
 #include "base/declaration.h"
+#include "base/enum_items.h"
 #include "base/text.h"
 
 #include <array>
@@ -12,11 +13,6 @@
 #include <limits>
 #include <stdexcept>
 #include <utility>
-
-struct SPMVar::enum_items {
-    std::vector<base::declared_item> texts;
-    std::vector<double> numbers; ///< one an item, never empty
-};
 
 namespace {
 
@@ -199,12 +195,7 @@ void SPMVar::declare(const base::declaration& source)
     type = source.type;
     if (type == SPM_VAR_ARRAY) value.block = {data, source.elementSize, source.length, source.elementType};
     if (type == SPM_VAR_ENUM) {
-        items = new enum_items{source.items, {}};
-        for (std::size_t i = 0; i < source.items.size(); ++i) {
-            const auto number = base::whole_number(source.items[i].key);
-            items->numbers.push_back(number ? *number : static_cast<double>(i));
-        }
-        if (items->numbers.empty()) items->numbers.push_back(0.0);
+        items = new enum_items(source.items);
         limits.choice.itemValues = items->numbers.data();
     } else if (type == SPM_VAR_BOOLEAN) {
         limits.number = {0.0, 1.0, 1.0};
@@ -258,7 +249,7 @@ smart_string SPMVar::description() const
     source.label = get_description();
     source.options = get_options();
     source.type = type;
-    if (type == SPM_VAR_ENUM) source.items = items->texts;
+    if (type == SPM_VAR_ENUM) source.items = items->declared;
     if (type == SPM_VAR_ARRAY) {
         source.length = value.block.length;
         source.elementSize = value.block.elementSize;

@@ -13,15 +13,21 @@ const SPMVar& unknown_variable() noexcept
     return shared;
 }
 
+// Handlers that answer each other end sooner or later; those that never do must not hang the program.
+constexpr std::size_t callsPerVariable = 1000;
+
 } // namespace
 
 SPMVarList::SPMVarList() = default;
-SPMVarList::SPMVarList(const SPMVarList& other) : variables(other.variables), positions(other.positions) {}
+
+SPMVarList::SPMVarList(const SPMVarList& other) : variables(other.variables), positions(other.positions)
+{
+    for (unsigned i = 0; i < get_size(); ++i) settling.declare(i, variables[i]);
+}
 
 SPMVarList& SPMVarList::operator=(const SPMVarList& other)
 {
-    variables = other.variables;
-    positions = other.positions;
+    if (this != &other) SPMVarList::set_variables(other.variables.data(), other.get_size());
     return *this;
 }
 
@@ -38,25 +44,26 @@ const SPMVar& SPMVarList::get_var(unsigned index) const noexcept
     return index < variables.size() ? variables[index] : unknown_variable();
 }
 
-unsigned SPMVarList::get_var_i(const char* name) const noexcept
+unsigned SPMVarList::get_var_i(std::string_view name) const noexcept
 {
-    const auto found = positions.find(std::string_view(name));
+    const auto found = positions.find(name);
     return found == positions.end() ? unsigned(-1) : found->second;
 }
 
 void SPMVarList::set_var(const SPMVar& source)
 {
-    const unsigned index = get_var_i(source.get_name());
+    unsigned index = get_var_i(source.get_name());
+    const std::uint64_t stamp = source.timestamp; // first: it may be a variable of this list
+    const bool isTold = stamp != get_var(index).timestamp;
     if (index == unsigned(-1)) {
-        const std::uint64_t stamp = source.timestamp;
+        index = get_size();
         variables.push_back(source);
-        positions.emplace(source.get_name(), get_size() - 1);
-        if (stamp != 0) notify(get_size() - 1);
-        return;
+        positions.emplace(source.get_name(), index);
+    } else {
+        variables[index] = source;
     }
-    const bool changed = variables[index].timestamp != source.timestamp;
-    variables[index] = source;
-    if (changed) notify(index);
+    settling.declare(index, variables[index]);
+    settleAndNotify(index, isTold);
 }
 
 bool SPMVarList::set_var(const char* name, const char* text)
@@ -64,7 +71,8 @@ bool SPMVarList::set_var(const char* name, const char* text)
     const unsigned index = get_var_i(name);
     if (index == unsigned(-1) || !variables[index].from_string(text)) return false;
     variables[index].update_timestamp();
-    notify(index);
+    settling.touch(index);
+    settleAndNotify(index, true);
     return true;
 }
 
@@ -84,6 +92,10 @@ void SPMVarList::set_variables(const SPMVar* source, unsigned count)
     }
     variables = std::move(replaced);
     positions = std::move(replacedPositions);
+    pending.clear(); // they were positions in the list that is gone
+    settling.clear();
+    for (unsigned i = 0; i < get_size(); ++i) settling.declare(i, variables[i]);
+    settle();
 }
 
 unsigned SPMVarList::get_variables(SPMVar* out, unsigned max) const
@@ -94,27 +106,85 @@ unsigned SPMVarList::get_variables(SPMVar* out, unsigned max) const
     return copied;
 }
 
-void SPMVarList::AddFireVariableChangeHandler(SPMVarListHandler* handler)
+SPMVar SPMVarList::evaluate_var(const SPMVar& source) const
 {
-    if (std::ranges::find(handlers, handler) == handlers.end()) handlers.push_back(handler);
+    SPMVar shown = source;
+    const unsigned index = get_var_i(source.get_name());
+    const bool isKnown = index != unsigned(-1) && settling[index].text == source.get_options();
+    base::compiled_options own;
+    if (!isKnown) own = base::compiled_options::of(source.get_options());
+    const base::compiled_options& options = isKnown ? settling[index] : own;
+    const auto evaluated = [&](const base::expression& rule) {
+        std::vector<unsigned> inputs;
+        for (const std::string& name : rule.names()) inputs.push_back(get_var_i(name));
+        return rule.evaluate({base::expression_value::of(shown), variables, inputs});
+    };
+    if (options.evaluation)
+        if (const auto result = evaluated(*options.evaluation)) base::store_evaluated(shown, *result);
+    if (options.display)
+        if (const auto result = evaluated(*options.display)) base::show_value(shown, *result);
+    return shown;
 }
 
-void SPMVarList::RemoveFireVariableChangeHandler(SPMVarListHandler* handler) { std::erase(handlers, handler); }
-
-void SPMVarList::notify(unsigned index)
+void SPMVarList::AddFireVariableChangeHandler(SPMVarListHandler* handler)
 {
-    // A handler may register or remove others; who has left in the meantime is not called any more.
-    const std::vector<SPMVarListHandler*> told = handlers;
-    for (SPMVarListHandler* handler : told)
-        if (std::ranges::find(handlers, handler) != handlers.end())
-            handler->OnFireVariableChange(static_cast<int>(index), this);
+    if (handler && std::ranges::find(handlers, handler) == handlers.end()) handlers.push_back(handler);
+}
+
+void SPMVarList::RemoveFireVariableChangeHandler(SPMVarListHandler* handler)
+{
+    // While handlers are told the places stay, so that nobody is told twice or left out.
+    if (telling)
+        std::ranges::replace(handlers, handler, nullptr);
+    else
+        std::erase(handlers, handler);
+}
+
+void SPMVarList::settle()
+{
+    settling.settle(variables, [this](std::string_view name) { return get_var_i(name); }, moved);
+}
+
+void SPMVarList::settleAndNotify(unsigned index, bool isTold)
+{
+    moved.clear();
+    if (isTold) moved.push_back(index);
+    settle();
+    std::ranges::sort(moved);
+    for (const unsigned changed : moved)
+        if (std::ranges::find(pending, changed) == pending.end()) pending.push_back(changed);
+    if (!telling) tellHandlers();
+}
+
+void SPMVarList::tellHandlers()
+{
+    struct telling_scope {
+        SPMVarList& list;
+        explicit telling_scope(SPMVarList& list_) : list(list_) { list.telling = true; }
+        telling_scope(const telling_scope&) = delete;
+        telling_scope& operator=(const telling_scope&) = delete;
+        ~telling_scope()
+        {
+            list.telling = false;
+            list.pending.clear();
+            std::erase(list.handlers, nullptr);
+        }
+    } const scope(*this);
+    for (std::size_t told = 0; !pending.empty() && told < callsPerVariable * variables.size(); ++told) {
+        const unsigned index = pending.front();
+        pending.pop_front();
+        // By position: a handler may register others, which moves the table.
+        for (std::size_t i = 0; i < handlers.size(); ++i)
+            if (handlers[i]) handlers[i]->OnFireVariableChange(static_cast<int>(index), this);
+    }
 }
 
 VLGlobalVarList* VLGlobalVarList::GetVarList(const char* name)
 {
     static std::map<std::string, std::unique_ptr<VLGlobalVarList>, std::less<>> lists;
-    auto found = lists.find(std::string_view(name));
-    if (found == lists.end()) found = lists.emplace(name, std::unique_ptr<VLGlobalVarList>(new VLGlobalVarList)).first;
+    auto found = lists.find(std::string_view(name ? name : ""));
+    if (found == lists.end())
+        found = lists.emplace(name ? name : "", std::unique_ptr<VLGlobalVarList>(new VLGlobalVarList)).first;
     ++found->second->referenceCount;
     return found->second.get();
 }

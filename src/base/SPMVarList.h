@@ -1,6 +1,9 @@
 #pragma once
 #include "base/SPMVar.h"
+#include "base/option_settling.h"
 
+#include <deque>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,6 +22,10 @@ protected:
 };
 
 /// Ordered variables, found by name without allocating. One thread at a time.
+/// Each change settles the list: variables with an evaluation expression follow those that it reads. Handlers run after
+/// that, once per variable that changed, in the order of declaration. A handler may change the list again: it settles
+/// at once, and handlers are told when the present one returns. Handlers that keep changing each other's variables
+/// without end are stopped after 1000 calls per variable.
 class SPMVarList {
 public:
     SPMVarList();
@@ -28,12 +35,14 @@ public:
 
     /// The variable of that name; a shared one of type 0, which reads as 0, false or empty, when there is none.
     const SPMVar& operator[](const std::string& name) const noexcept { return find(name); }
-    const SPMVar& operator[](const char* name) const noexcept { return find(name); }
-    const SPMVar& get_var(const char* name) const noexcept { return find(name); }
+    const SPMVar& operator[](const char* name) const noexcept { return find(name ? name : ""); }
+    const SPMVar& get_var(const char* name) const noexcept { return find(name ? name : ""); }
     /// By position, in declaration order; an index past the end gives the same shared variable.
     const SPMVar& get_var(unsigned index) const noexcept;
     /// Position of the name, or `unsigned(-1)`.
-    unsigned get_var_i(const char* name) const noexcept;
+    unsigned get_var_i(std::string_view name) const noexcept;
+    unsigned get_var_i(const char* name) const noexcept { return get_var_i(std::string_view(name ? name : "")); }
+    std::span<const SPMVar> all() const noexcept { return variables; }
     unsigned get_size() const noexcept { return static_cast<unsigned>(variables.size()); }
 
     /// Replaces the variable of the same name or appends; handlers run when the stored time stamp changes.
@@ -44,6 +53,11 @@ public:
     virtual void set_variables(const SPMVar* source, unsigned count);
     /// Copies at most `max` variables to `out` and returns how many; the count when `out` is null.
     unsigned get_variables(SPMVar* out, unsigned max) const;
+
+    /// A copy of `source`, which may be of this list or not, with the value that people are shown: evaluated with this
+    /// list behind the names, then through the display expression, limits not applying. Where that gives a text the
+    /// copy is a `string`. A broken expression counts as not given.
+    SPMVar evaluate_var(const SPMVar& source) const;
 
     void AddFireVariableChangeHandler(SPMVarListHandler* handler);
     void RemoveFireVariableChangeHandler(SPMVarListHandler* handler);
@@ -56,11 +70,17 @@ private:
         using is_transparent = void;
         std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
     };
-    void notify(unsigned index);
+    void settle();
+    void settleAndNotify(unsigned index, bool isTold);
+    void tellHandlers();
 
     std::vector<SPMVar> variables;
     std::unordered_map<std::string, unsigned, name_hash, std::equal_to<>> positions;
-    std::vector<SPMVarListHandler*> handlers;
+    base::option_settling settling;
+    std::vector<unsigned> moved;  ///< of the present settling
+    std::deque<unsigned> pending; ///< variables whose handlers wait
+    bool telling = false;
+    std::vector<SPMVarListHandler*> handlers; ///< null: left while handlers are told
 };
 
 /// A list shared by name across the process and counted: `GetVarList` and `ReleaseList` pair within one function.

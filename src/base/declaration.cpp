@@ -1,9 +1,11 @@
 #include "base/declaration.h"
 
+#include "base/expression.h"
 #include "base/text.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 
 namespace base {
@@ -145,13 +147,26 @@ std::optional<std::string_view> take_field(std::optional<std::string_view>& rest
     return trimmed(field);
 }
 
-bool take_number(std::optional<std::string_view>& rest, double& value)
+std::optional<double> constant(std::string_view text, std::string& problem)
+{
+    if (const auto number = whole_number(text)) return number;
+    const auto rule = expression::compile(text, &problem);
+    const auto result = rule ? rule->evaluate({}) : std::nullopt;
+    return result ? std::optional(result->asNumber()) : std::nullopt;
+}
+
+/// Reads a limit or step; one that is not given leaves `value` alone.
+bool take_number(std::optional<std::string_view>& rest, const char* what, double& value, std::string& problem)
 {
     const auto field = take_field(rest);
     if (!field || field->empty()) return true;
-    const auto number = whole_number(*field);
-    if (number) value = *number;
-    return number.has_value();
+    const auto number = constant(*field, problem);
+    if (number && !std::isnan(*number))
+        value = *number;
+    else
+        problem = std::string("unreadable ") + what + " \"" + std::string(*field) + "\"" +
+                  (problem.empty() ? "" : ", " + problem);
+    return number && !std::isnan(*number);
 }
 
 bool take_count(std::string_view text, unsigned& value)
@@ -198,18 +213,22 @@ void parse_items(std::optional<std::string_view>& rest, declaration& out)
     }
 }
 
-bool parse_type_fields(std::optional<std::string_view> rest, declaration& out)
+bool parse_type_fields(std::optional<std::string_view> rest, declaration& out, std::string& problem)
 {
     bool good = true;
     if (out.type == SPM_VAR_DOUBLE || out.type == SPM_VAR_INT) {
-        good = take_number(rest, out.minimum) && take_number(rest, out.maximum);
-        if (good && out.type == SPM_VAR_DOUBLE) good = take_number(rest, out.step);
+        good = take_number(rest, "minimum", out.minimum, problem) && take_number(rest, "maximum", out.maximum, problem);
+        if (good && out.type == SPM_VAR_DOUBLE) good = take_number(rest, "step", out.step, problem);
     } else if (out.type == SPM_VAR_ENUM) {
         parse_items(rest, out);
     } else if (out.type == SPM_VAR_ARRAY) {
         const auto count = take_field(rest);
         good = !count || count->empty() || take_count(*count, out.length);
-        if (const auto element = take_field(rest); good && element) good = parse_element(*element, out);
+        if (!good) problem = "unreadable length \"" + std::string(*count) + "\"";
+        if (const auto element = take_field(rest); good && element) {
+            good = parse_element(*element, out);
+            if (!good) problem = "unreadable element \"" + std::string(*element) + "\"";
+        }
     }
     if (rest) out.options = std::string(*rest);
     return good;
@@ -306,9 +325,26 @@ declared_item parse_item(std::string_view text)
     return {std::string(text), std::string(text)};
 }
 
-declaration parse_declaration(std::string_view text)
+option_fields split_options(std::string_view text)
+{
+    std::optional<std::string_view> rest = text;
+    const std::string_view display = *take_field(rest);
+    return {display, take_field(rest).value_or(std::string_view())};
+}
+
+bool is_function_item(const declared_item& item)
+{
+    return item.key == item.label && item.key.starts_with(functionItem);
+}
+
+declaration parse_declaration(std::string_view text, std::string* problem)
 {
     declaration out;
+    std::string reason;
+    const auto refused = [&](std::string why) {
+        if (problem) *problem = std::move(why);
+        return out;
+    };
     std::string_view rest = text;
     while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
     if (auto name = take_encoded(rest)) {
@@ -320,18 +356,18 @@ declaration parse_declaration(std::string_view text)
     }
     if (rest.starts_with('(')) {
         auto label = take_label(rest);
-        if (!label) return out;
+        if (!label) return refused("the label does not end with \")\"");
         out.label = *label;
     }
     rest = rest.substr(std::min(rest.find_first_not_of(' '), rest.size()));
-    if (!rest.starts_with(',')) return out;
+    if (!rest.starts_with(',')) return refused("no comma before the type");
     std::optional<std::string_view> fields = rest.substr(1);
     const auto keyword = take_field(fields);
     const auto known = std::ranges::find(typeKeywords, *keyword, &type_keyword::keyword);
-    if (known == typeKeywords.end()) return out;
+    if (known == typeKeywords.end()) return refused("unknown type \"" + std::string(*keyword) + "\"");
     declaration typed = out;
     typed.type = known->type;
-    return parse_type_fields(fields, typed) ? typed : out;
+    return parse_type_fields(fields, typed, reason) ? typed : refused(reason);
 }
 
 std::string write_declaration(const declaration& source)

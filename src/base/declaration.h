@@ -32,9 +32,23 @@ struct declaration {
 };
 
 /// Never fails: what is not understood gives a declaration of type 0, with the name and label as far as they were.
-declaration parse_declaration(std::string_view text);
+/// Limits may be expressions; there is no list behind them, so that names in them read 0.
+/// \param problem  receives the reason why the type is 0
+declaration parse_declaration(std::string_view text, std::string* problem = nullptr);
 /// The inverse: parsing the text gives an equal declaration, for any content.
 std::string write_declaration(const declaration& source);
+
+/// The two expressions of an option text, without the blanks around them.
+struct option_fields {
+    std::string_view display, evaluation;
+};
+option_fields split_options(std::string_view text);
+
+/// True for an item that stands for those that a function supplies, "call_function(…)".
+bool is_function_item(const declared_item& item);
+/// The items that the function of such an item returns: "(key:label)", "(name)" or plain texts, separated by commas.
+/// None when it cannot be called.
+std::vector<declared_item> supplied_items(const declared_item& item);
 
 /// One enum item, `key` or `key(label)`.
 declared_item parse_item(std::string_view text);

@@ -51,11 +51,33 @@ INSTANTIATE_TEST_SUITE_P(
                     ",#ShowZScaleOpt"},
         parsed_line{"path(Target Path),string,filepath(\"AVI Files (*.avi)|*.avi\",1)", SPM_VAR_STRING, "path",
                     "Target Path", -infinity, infinity, 0, "filepath(\"AVI Files (*.avi)|*.avi\",1)"},
+        parsed_line{"light.ambient(Ambient),int,0,(1 << 25)-1,hex(##)", SPM_VAR_INT, "light.ambient", "Ambient", 0,
+                    33554431, 0, "hex(##)"},
+        parsed_line{"half,double,-min(2,3),1/4,2^-3,,##", SPM_VAR_DOUBLE, "half", "", -2, 0.25, 0.125, ",##"},
+        parsed_line{"free,int,#unknown,,,min(##,#a)", SPM_VAR_INT, "free", "", 0, infinity, 0, ",min(##,#a)"},
         parsed_line{"a(b(c)d),int,-5", SPM_VAR_INT, "a", "b(c)d", -5, infinity, 0, ""},
         parsed_line{"x(never closed,double", SPM_VAR_NONE, "x", "", -infinity, infinity, 0, ""},
         parsed_line{"x(label),quadruple", SPM_VAR_NONE, "x", "label", -infinity, infinity, 0, ""},
         parsed_line{"x(label),double,low,1", SPM_VAR_NONE, "x", "label", -infinity, infinity, 0, ""},
         parsed_line{"", SPM_VAR_NONE, "", "", -infinity, infinity, 0, ""}));
+
+TEST(Declaration, SaysWhyItWasNotUnderstood)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"x(never closed,double", "the label does not end with \")\""},
+        {"x", "no comma before the type"},
+        {"x,quadruple", "unknown type \"quadruple\""},
+        {"x,int,0,%d", "unreadable maximum \"%d\", column 1: a value is missing"},
+        {"x,double,0,1,ln(-1)", "unreadable step \"ln(-1)\""},
+        {"x,array,many", "unreadable length \"many\""},
+        {"x,array,1,big", "unreadable element \"big\""},
+    };
+    for (const auto& [text, reason] : cases) {
+        std::string problem;
+        EXPECT_EQ(base::parse_declaration(text, &problem).type, SPM_VAR_NONE) << text;
+        EXPECT_EQ(problem, reason);
+    }
+}
 
 struct item_line {
     const char* text;

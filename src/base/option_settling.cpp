@@ -1,0 +1,151 @@
+#include "base/option_settling.h"
+
+#include "base/declaration.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace base {
+
+namespace {
+
+bool store_number(SPMVar& variable, double number)
+{
+    if (!std::isfinite(number)) return false;
+    const double before = variable.value.number.value;
+    return (variable = number) != before;
+}
+
+bool store_item(SPMVar& variable, const expression_value& result)
+{
+    const unsigned before = variable.value.choice.item;
+    if (result.isText && variable.set_enum_name(result.text.c_str())) return variable.value.choice.item != before;
+    for (unsigned i = 0; i < variable.get_enum_size(); ++i) {
+        if (variable.limits.choice.itemValues[i] != result.number) continue;
+        variable.set_enum_val(static_cast<int>(i));
+        return i != before;
+    }
+    return false;
+}
+
+bool store_text(SPMVar& variable, const expression_value& result)
+{
+    const std::string text = result.asText();
+    const char* before = variable.value.string.text;
+    if (text == (before ? before : "")) return false;
+    variable.set_string(text.c_str());
+    return true;
+}
+
+} // namespace
+
+bool store_evaluated(SPMVar& variable, const expression_value& result)
+{
+    switch (variable.type) {
+    case SPM_VAR_DOUBLE:
+    case SPM_VAR_INT:
+    case SPM_VAR_BOOLEAN:
+        return store_number(variable, result.asNumber());
+    case SPM_VAR_STRING:
+        return store_text(variable, result);
+    case SPM_VAR_ENUM:
+        return store_item(variable, result);
+    default:
+        return false;
+    }
+}
+
+void show_value(SPMVar& variable, const expression_value& shown)
+{
+    if (!shown.isText && variable.type != SPM_VAR_NONE && variable.type <= SPM_VAR_BOOLEAN) {
+        if (variable.type == SPM_VAR_BOOLEAN) variable.type = SPM_VAR_DOUBLE; // to be shown as a number
+        variable.value.number.value = shown.number;
+        return;
+    }
+    SPMVar text;
+    text.Init(variable.get_name(), variable.get_description(), SPM_VAR_STRING);
+    text.set_options(variable.get_options());
+    text.set_string(shown.asText().c_str());
+    text.timestamp = variable.timestamp;
+    variable = std::move(text);
+}
+
+compiled_options compiled_options::of(std::string_view text)
+{
+    compiled_options out;
+    out.text = text;
+    const option_fields fields = split_options(text);
+    out.display = expression::compile(fields.display);
+    out.evaluation = expression::compile(fields.evaluation);
+    return out;
+}
+
+void compiled_options::bind(const std::function<unsigned(std::string_view)>& position)
+{
+    const auto positions = [&](const std::optional<expression>& source, std::vector<unsigned>& out) {
+        out.clear();
+        if (source)
+            for (const std::string& name : source->names()) out.push_back(position(name));
+    };
+    positions(display, displayInputs);
+    positions(evaluation, evaluationInputs);
+    evaluatedAt = 0;
+}
+
+void option_settling::clear()
+{
+    compiled.clear();
+    changedAt.clear();
+    bound = true;
+}
+
+void option_settling::declare(unsigned index, const SPMVar& variable)
+{
+    const bool isNew = index >= compiled.size();
+    if (isNew) {
+        compiled.resize(index + 1);
+        changedAt.resize(index + 1);
+    }
+    if (compiled[index].text != variable.get_options()) compiled[index] = compiled_options::of(variable.get_options());
+    // A new name may be one that an expression asks for, and a new expression has names to look up.
+    bound = false;
+    touch(index);
+}
+
+bool option_settling::isDue(unsigned index) const
+{
+    const compiled_options& own = compiled[index];
+    if (!own.evaluation) return false;
+    if (own.evaluatedAt == 0 || changedAt[index] > own.evaluatedAt) return true;
+    return std::ranges::any_of(own.evaluationInputs, [&](unsigned input) {
+        return input < changedAt.size() && changedAt[input] > own.evaluatedAt;
+    });
+}
+
+void option_settling::settle(std::vector<SPMVar>& variables, const std::function<unsigned(std::string_view)>& position,
+                             std::vector<unsigned>& moved)
+{
+    if (!std::exchange(bound, true))
+        for (compiled_options& options : compiled) options.bind(position);
+    const unsigned count = static_cast<unsigned>(variables.size());
+    bool isMoving = true;
+    for (unsigned round = 0; isMoving && round < count; ++round) {
+        isMoving = false;
+        for (unsigned i = 0; i < count; ++i) {
+            if (!isDue(i)) continue;
+            compiled[i].evaluatedAt = ++clock;
+            const auto result = compiled[i].evaluation->evaluate(
+                {expression_value::of(variables[i]), variables, compiled[i].evaluationInputs});
+            if (!result || !store_evaluated(variables[i], *result)) continue;
+            variables[i].update_timestamp();
+            touch(i);
+            // Its own move is a reason to evaluate again only for a rule that starts from the value.
+            if (!compiled[i].evaluation->readsOwnValue()) compiled[i].evaluatedAt = clock;
+            isMoving = true;
+            if (std::ranges::find(moved, i) == moved.end()) moved.push_back(i);
+        }
+    }
+}
+
+} // namespace base
