@@ -15,12 +15,12 @@ namespace {
 constexpr std::string_view quoteMark = "\\\"";
 constexpr std::string_view functionItem = "call_function(";
 
-struct type_keyword {
+struct keyword_row {
     SPMVarType type;
-    std::string_view keyword;
+    const char* keyword;
 };
 
-constexpr std::array<type_keyword, 6> typeKeywords = {{
+constexpr std::array<keyword_row, 6> typeKeywords = {{
     {SPM_VAR_DOUBLE, "double"},
     {SPM_VAR_INT, "int"},
     {SPM_VAR_BOOLEAN, "boolean"},
@@ -325,6 +325,12 @@ declared_item parse_item(std::string_view text)
     return {std::string(text), std::string(text)};
 }
 
+const char* type_keyword(SPMVarType type) noexcept
+{
+    const auto known = std::ranges::find(typeKeywords, type, &keyword_row::type);
+    return known == typeKeywords.end() ? "" : known->keyword;
+}
+
 option_fields split_options(std::string_view text)
 {
     std::optional<std::string_view> rest = text;
@@ -363,7 +369,8 @@ declaration parse_declaration(std::string_view text, std::string* problem)
     if (!rest.starts_with(',')) return refused("no comma before the type");
     std::optional<std::string_view> fields = rest.substr(1);
     const auto keyword = take_field(fields);
-    const auto known = std::ranges::find(typeKeywords, *keyword, &type_keyword::keyword);
+    const auto known =
+        std::ranges::find_if(typeKeywords, [&](const keyword_row& row) { return row.keyword == *keyword; });
     if (known == typeKeywords.end()) return refused("unknown type \"" + std::string(*keyword) + "\"");
     declaration typed = out;
     typed.type = known->type;
@@ -374,7 +381,7 @@ std::string write_declaration(const declaration& source)
 {
     std::string out = name_text(source.name);
     if (!source.label.empty()) out += label_text(source.label);
-    const auto known = std::ranges::find(typeKeywords, source.type, &type_keyword::type);
+    const auto known = std::ranges::find(typeKeywords, source.type, &keyword_row::type);
     if (known == typeKeywords.end()) return out;
     out += "," + std::string(known->keyword);
     std::vector<std::string> fields = type_fields(source);

@@ -31,6 +31,9 @@ struct declaration {
     bool operator==(const declaration&) const = default;
 };
 
+/// "double" … "array"; empty for no type.
+const char* type_keyword(SPMVarType type) noexcept;
+
 /// Never fails: what is not understood gives a declaration of type 0, with the name and label as far as they were.
 /// Limits may be expressions; there is no list behind them, so that names in them read 0.
 /// \param problem  receives the reason why the type is 0

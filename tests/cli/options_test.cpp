@@ -1,0 +1,78 @@
+// vldv options as a module author meets it.
+#include "program_fixture.h"
+
+namespace {
+
+using json = nlohmann::json;
+
+constexpr const char* goodTable = "light.distance(Light Distance),double,0.0,5.0,,5.0-##\t1.0\r\n"
+                                  "\n"
+                                  "scale_width(Width, %),double,0.0,1.0,,100.0*##\t0.02\n"
+                                  "scale_x(Left margin, %),double,0.0,1.0,0.01,100*##,min(1-#scale_width,##)\t0.99\n"
+                                  "light.ambient(Ambient),int,0,(1 << 25)-1,hex(##)\t0x333333\n"
+                                  "mode(Display mode),enum,sbs(Side by Side),Other\tsbs\n"
+                                  "ShowZ,boolean,,#mode==1\n";
+
+TEST_F(ProgramTest, OptionsAreSettledAndShown)
+{
+    write_file(folder / "table.txt", goodTable);
+    const program_result result = vldv({"options", "table.txt", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const json variables = json::parse(result.out)["variables"];
+    ASSERT_EQ(variables.size(), 6u);
+    EXPECT_EQ(variables[0], (json{{"name", "light.distance"},
+                                  {"label", "Light Distance"},
+                                  {"type", "double"},
+                                  {"value", "1"},
+                                  {"shown", "4"},
+                                  {"minimum", 0.0},
+                                  {"maximum", 5.0},
+                                  {"step", nullptr},
+                                  {"items", json::array()}}));
+    EXPECT_EQ(variables[2]["value"], "0.98") << "no more than the other leaves free";
+    EXPECT_EQ(variables[2]["shown"], "98");
+    EXPECT_EQ(variables[2]["step"], 0.01);
+    EXPECT_EQ(variables[3]["maximum"], 33554431.0);
+    EXPECT_EQ(variables[3]["shown"], "0x333333");
+    EXPECT_EQ(variables[4]["items"],
+              (json{{{"key", "sbs"}, {"label", "Side by Side"}}, {{"key", "Other"}, {"label", "Other"}}}));
+    EXPECT_EQ(variables[4]["shown"], "Side by Side");
+    EXPECT_TRUE(variables[4]["minimum"].is_null());
+    EXPECT_EQ(variables[5]["value"], "false");
+    EXPECT_TRUE(variables[5]["maximum"].is_null());
+
+    const program_result set =
+        vldv({"options", "table.txt", "--json", "--set", "mode=Other", "--set", "scale_width=0.5"});
+    const json changed = json::parse(set.out)["variables"];
+    EXPECT_EQ(changed[5]["value"], "true");
+    EXPECT_EQ(changed[2]["shown"], "50");
+    EXPECT_NE(vldv({"options", "table.txt"}).out.find("light.ambient   Ambient         int      3355443  0x333333"),
+              std::string::npos);
+}
+
+TEST_F(ProgramTest, BadDeclarationsAreNamedWithLineAndReason)
+{
+    write_file(folder / "bad.txt", "a,int,0,5\tmany\n"
+                                   "b(label,double\n"
+                                   "c,number\n"
+                                   "\n"
+                                   "d,double,,,,2*\n"
+                                   "e,boolean,,sin(1)\n"
+                                   "f,int,5,1\n"
+                                   "(label),int\n");
+    const program_result result = vldv({"options", "bad.txt", "--json", "--set", "a=9", "--set", "z=1", "--set", "a"});
+    EXPECT_EQ(result.status, 1);
+    for (const char* problem :
+         {"bad.txt: line 1: the default \"many\" is no value of \"a\"", "line 2: the label does not end",
+          "line 3: unknown type \"number\"", "line 5: display \"2*\": column 3: a value is missing",
+          "line 6: evaluation \"sin(1)\": column 1: unknown function", "line 7: the minimum is above the maximum",
+          "line 8: there is no name", "--set z=1: there is no variable", "--set a: name=value expected"})
+        EXPECT_NE(result.err.find(problem), std::string::npos) << problem << "\n" << result.err;
+    const json variables = json::parse(result.out)["variables"];
+    ASSERT_EQ(variables.size(), 1u) << "the good ones are done";
+    EXPECT_EQ(variables[0]["value"], "5");
+    EXPECT_EQ(vldv({"options", "missing.txt"}).status, 1);
+    EXPECT_EQ(vldv({"options"}).status, 2);
+}
+
+} // namespace
