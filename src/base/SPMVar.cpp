@@ -390,6 +390,15 @@ const char* SPMVar::get_enum_label(unsigned item) const noexcept
     return item < get_enum_size() ? items->texts[item].label.c_str() : "";
 }
 
+void SPMVar::set_enum_label(unsigned item, const char* label)
+{
+    if (item >= get_enum_size()) return;
+    const base::declared_item before = items->texts[item];
+    items->texts[item].label = label;
+    for (base::declared_item& declared : items->declared)
+        if (declared == before) declared.label = label;
+}
+
 const char* SPMVar::set_string(const char* text)
 {
     if (type != SPM_VAR_STRING) return nullptr;

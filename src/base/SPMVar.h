@@ -131,6 +131,9 @@ public:
     unsigned get_enum_size() const noexcept;
     const char* get_enum_key(unsigned item) const noexcept;
     const char* get_enum_label(unsigned item) const noexcept;
+    /// Another label for a choice, as for another language; an item past the end is passed over. The declaration follows,
+    /// but not for items that a function supplied.
+    void set_enum_label(unsigned item, const char* label);
 
     /// Replaces the text of a `string` variable. \return the stored text, null for other types
     const char* set_string(const char* text);

@@ -28,7 +28,6 @@ struct CRect : RECT {
     CRect(const RECT& source) noexcept : RECT(source) {}
     CRect(CPoint corner, CSize size) noexcept : RECT{corner.x, corner.y, corner.x + size.cx, corner.y + size.cy} {}
     CRect(CPoint topLeft, CPoint bottomRight) noexcept : RECT{topLeft.x, topLeft.y, bottomRight.x, bottomRight.y} {}
-    bool operator==(const CRect&) const = default;
 
     int Width() const noexcept { return right - left; }
     int Height() const noexcept { return bottom - top; }

@@ -1,5 +1,7 @@
 #include "resources/strings.h"
 
+#include "resources/layouts.h"
+
 namespace {
 
 struct string_row {
@@ -7,9 +9,11 @@ struct string_row {
     const char* text;
 };
 
-constexpr string_row stringTable[] = {
+const string_row stringTable[] = {
     {1040, "File %s is empty."},
     {1049, "Copy %d of %s"},
+    {4998, saveFilesLayoutText},
+    {4999, optionsLayoutText},
 };
 
 } // namespace

@@ -1,0 +1,5 @@
+#pragma once
+
+/// Built-in layouts of the dialogs that edit a list of variables, as XML. They are strings 4998 and 4999.
+extern const char* const saveFilesLayoutText;
+extern const char* const optionsLayoutText;

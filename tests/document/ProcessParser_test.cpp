@@ -1,0 +1,51 @@
+#include "document/ProcessParser.h"
+
+#include "support/interface_file.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace {
+
+constexpr const char* labels = R"(<process><var id="open.filter" name="Zeige"><item filter="0" name="Alles"/>
+<item filter="2" name="Fl&#228;chen"/><item name="ohne"/></var><item filter="x" name="frei"/><var id="a"/>
+<var id="open.merged" name="Zusammen"/></process>)";
+
+TEST(ProcessParser, CollectsLabelsOfVariablesAndItems)
+{
+    CProcessParser parser;
+    std::istringstream in(labels);
+    ASSERT_TRUE(parser.load_xml(in)) << parser.get_error();
+    EXPECT_EQ(parser.labels,
+              (std::map<std::string, std::string>{{"open.filter", "Zeige"}, {"open.merged", "Zusammen"}}));
+    EXPECT_EQ(parser.itemLabels.at("open.filter"),
+              (std::map<std::string, std::string>{{"0", "Alles"}, {"2", "Flächen"}}));
+    EXPECT_EQ(parser.itemLabels.at("").at("x"), "frei");
+    EXPECT_EQ(parser.currentVariable, "");
+}
+
+TEST(ProcessParser, ReplacesLabelsAndKeepsValues)
+{
+    const scoped_language language("labels-test-language");
+    const interface_file plain("labels-test.xml", "<p><var id=\"open.filter\" name=\"Show\"/></p>");
+    const interface_file translated("labels-test.xml", labels, true);
+    CProcessParser parser;
+    ASSERT_TRUE(parser.loadInterfaceFile("labels-test.xml"));
+    EXPECT_FALSE(parser.loadInterfaceFile("labels-test-missing.xml"));
+    SPMVar filter;
+    filter.Init("open.filter(Filter),enum,0(All),1(Curves),2(Surfaces)");
+    filter.set_enum_val(2);
+    parser.applyLabels(filter);
+    EXPECT_STREQ(filter.get_description(), "Zeige");
+    EXPECT_STREQ(filter.get_enum_label(0), "Alles");
+    EXPECT_STREQ(filter.get_enum_label(1), "Curves");
+    EXPECT_STREQ(filter.get_enum_label(2), "Flächen");
+    EXPECT_EQ(int(filter), 2);
+    EXPECT_STREQ(filter.description().c_str(), "open.filter(Zeige),enum,0(Alles),1(Curves),2(Flächen)");
+    SPMVar other;
+    other.Init("other(Other),int");
+    parser.applyLabels(other);
+    EXPECT_STREQ(other.get_description(), "Other");
+}
+
+} // namespace
