@@ -36,6 +36,8 @@ public:
     virtual void messageBox(const std::string& text, message_icon icon) = 0;
     /// The path that the user chose, or nothing when the dialog was cancelled.
     virtual std::optional<std::wstring> askSavePath(const save_prompt& prompt) = 0;
+    /// Logical dots per inch of the system; 0 when it cannot tell.
+    virtual int systemDpi() const { return 0; }
     /// Nested; the cursor returns with the last `false`.
     virtual void waitCursor(bool on) = 0;
 };

@@ -19,6 +19,16 @@ CWinApp::CWinApp(IHost& host_) : machine(host_)
 
 CWinApp::~CWinApp() { current = nullptr; }
 
+double CWinApp::dpiMultiplier()
+{
+    constexpr double usualDpi = 96.0;
+    if (!multiplier) {
+        const int dpi = machine.systemDpi();
+        multiplier = dpi > 0 ? dpi / usualDpi : 1.0;
+    }
+    return *multiplier;
+}
+
 void CWinApp::AddToRecentFileList(const std::wstring& path)
 {
     std::erase(recent, path);

@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/Host.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,11 +20,15 @@ public:
     virtual void AddToRecentFileList(const std::wstring& path);
     const std::vector<std::wstring>& recentFiles() const noexcept { return recent; }
 
+    /// System dots per inch / 96, asked once; 1 when the system cannot tell.
+    double dpiMultiplier();
+
     static constexpr std::size_t maxRecentFiles = 16;
 
 private:
     IHost& machine;
     std::vector<std::wstring> recent;
+    std::optional<double> multiplier;
 };
 
 /// The current application, or null before it is created and after it is gone.

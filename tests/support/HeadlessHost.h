@@ -20,6 +20,7 @@ public:
         savePaths.pop_front();
         return path;
     }
+    int systemDpi() const override { return dpi; }
     void waitCursor(bool on) override { waiting += on ? 1 : -1; }
 
     std::optional<int> readInt(const std::string& section, const std::string& key) const override
@@ -50,6 +51,7 @@ public:
     std::vector<std::string> messages;
     std::vector<save_prompt> savePrompts;
     std::deque<std::wstring> savePaths; ///< answers of the save dialog; none left: cancelled
+    int dpi = 0; ///< 0: cannot tell
     int waiting = 0;
     int writesUntilFailure = -1; ///< writes of the profile that succeed; negative: all
 

@@ -97,7 +97,7 @@ TEST(DIBImage, DrawsThroughItsSurface)
     image.Init(&window); // the pixels move over to the new surface
     EXPECT_EQ(selected_in(image)->bits, image.bits().data());
     EXPECT_FALSE(image.Create(0, 0, false)); // a failure leaves no dead bitmap in the surface
-    EXPECT_EQ(selected_in(image)->bits, nullptr);
+    EXPECT_EQ(selected_in(image), nullptr);
     image.Clear();
     EXPECT_FALSE(image.Ok());
     EXPECT_EQ(image.dc(), nullptr);

@@ -1,0 +1,12 @@
+#include "platform/dpi.h"
+
+#include "base/rounding.h"
+#include "platform/WinApp.h"
+
+double GetSystemDPIMultiplyer()
+{
+    CWinApp* const app = AfxGetApp();
+    return app ? app->dpiMultiplier() : 1.0;
+}
+
+int CorrectDPISize(int size) { return static_cast<int>(base::round_half_up(GetSystemDPIMultiplyer() * size)); }

@@ -1,0 +1,60 @@
+#include "view/AxisLabels.h"
+
+#include "base/rounding.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace view {
+
+namespace {
+
+constexpr double printedAsZero = 1e-06;
+constexpr int fewestDigits = 3;
+
+/// Whether printf may be given this format and one double.
+bool takes_one_number(const char* format) noexcept
+{
+    int conversions = 0;
+    for (const char* c = format; *c; ++c) {
+        if (*c != '%') continue;
+        if (c[1] == '%') {
+            ++c;
+            continue;
+        }
+        c += 1 + std::strspn(c + 1, "+- #0");
+        // Longer fields than these have no place on an axis and would only cost memory.
+        const std::size_t width = std::strspn(c, "0123456789");
+        c += width;
+        const std::size_t precision = *c == '.' ? std::strspn(c + 1, "0123456789") + 1 : 0;
+        c += precision;
+        if (width > 2 || precision > 3) return false;
+        if (*c == 'l') ++c;
+        if (!*c || !std::strchr("eEfFgG", *c)) return false;
+        ++conversions;
+    }
+    return conversions == 1;
+}
+
+} // namespace
+
+std::string axis_label(double value, double step)
+{
+    const double magnitude = std::max(1.0, std::fabs(value)) / std::fabs(step);
+    const int digits = static_cast<int>(base::round_half_up(std::fabs(std::log10(magnitude)))) + 2;
+    return base::general(std::fabs(value) < printedAsZero ? 0.0 : value, std::max(digits, fewestDigits));
+}
+
+std::string axis_label(double value, double step, const char* format)
+{
+    if (!format || !takes_one_number(format)) return axis_label(value, step);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+    return base::formatted(format, value);
+#pragma GCC diagnostic pop
+}
+
+} // namespace view
