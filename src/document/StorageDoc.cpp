@@ -79,7 +79,10 @@ CStorageDoc::options::options(const options& other)
     : subimageLength(other.subimageLength),
       dimensionLengths(other.dimensionLengths),
       strings(other.strings),
-      overlay(copied_block(other.overlay.get()))
+      overlay(copied_block(other.overlay.get())),
+      undoSteps(other.undoSteps),
+      redoSteps(other.redoSteps),
+      drawings(other.drawings)
 {
 }
 

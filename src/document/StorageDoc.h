@@ -1,9 +1,12 @@
 #pragma once
+#include "document/Decorations.h"
 #include "document/FileReader.h"
 #include "document/MinMaxInfo.h"
+#include "document/UndoData.h"
 #include "platform/Document.h"
 
 #include <cstdlib>
+#include <deque>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -16,6 +19,7 @@
 class CStorageDoc : public CDocument, public VLFileReader {
 public:
     using string_table = std::map<std::string, std::string>;
+    using history = std::deque<CUndoData>; ///< the newest step is the last
 
     /// What the document keeps beside each image.
     class options {
@@ -35,6 +39,8 @@ public:
             void operator()(BITMAPINFOHEADER* block) const noexcept { std::free(block); }
         };
         std::unique_ptr<BITMAPINFOHEADER, block_free> overlay;
+        history undoSteps, redoSteps;
+        document::decorations drawings;
     };
 
     CStorageDoc();
@@ -98,6 +104,41 @@ public:
     /// \return false, with nothing changed, for a header or a compression that cannot be used
     bool SetDIB(const BITMAPINFOHEADER* header, const void* bits, const RGBQUAD* palette, int index) override;
 
+    // History, kept for each image by whole copies. Every operation that changes data pushes an undo step first.
+    // Indices past the end do nothing. Where memory runs out the user is warned, that history is emptied and work goes
+    // on.
+    void pushUndo(unsigned image, bool clearRedo);
+    void pushRedo(unsigned image);
+    /// Writes the last undo step back and keeps it, as a live preview does again and again.
+    void restore(unsigned image);
+    /// One step back; the image's parameter stream takes one as well. The last step clears the modified flag, although
+    /// it belongs to the whole document. \throws std::bad_alloc with image and history as they were
+    void undo(unsigned image);
+    /// One step forward again; sets the modified flag.
+    void redo(unsigned image);
+    void dropUndo(unsigned image); ///< forgets the last step
+    void dropRedo(unsigned image);
+    bool canUndo(unsigned image) const noexcept;
+    bool canRedo(unsigned image) const noexcept;
+
+    // Drawings of an image, in named groups: see `document::decorations`. They are not saved. An index past the end
+    // does nothing and gives null, 0 or false.
+    /// Replaces a group, or removes it with a count of 0; the image's views redraw in either case.
+    void set_decoration(const char* key, const VLPluginDecoration* list, unsigned count, DecImageType type,
+                        unsigned image);
+    /// To be released by `free_decorations`. Texts and the bytes of elements belong to the document.
+    VLPluginDecoration* get_decorations(const char* key, unsigned* outCount, DecImageType* outType,
+                                        unsigned image) const;
+    void free_decorations(VLPluginDecoration* copy) const noexcept;
+    /// Copies at most `max` keys in order and returns how many; the count when `out` is null.
+    unsigned get_decorations_list(std::string* out, unsigned max, unsigned image) const;
+    void clear_decorations(unsigned image);
+    const document::decorations& decorations(unsigned image) const noexcept { return imageOptions[image].drawings; }
+    /// State word of the first decoration of this name.
+    unsigned GetObjectFlags(unsigned image, const char* name) const noexcept;
+    /// \return whether a decoration of this name changed; views are not told
+    bool ObjectAction(unsigned image, ObjectActionType action, const char* name);
+
     // Texts
     void setString(const char* key, const char* value, unsigned image) override;
     /// The value, or an empty text; never null. Valid until the table changes.
@@ -145,6 +186,10 @@ private:
                                          element * static_cast<std::ptrdiff_t>(bytes));
     }
     string_table& table(unsigned image) noexcept;
+    void takeSnapshot(unsigned image, history& stack, unsigned lostText);
+    void restoreFrom(unsigned image, const CUndoData& record);
+    bool step(unsigned image, history options::* from, history options::* to, unsigned lostText);
+    void stepParameterStream(unsigned image, history options::* from, history options::* to, unsigned lostText);
     bool readOpened(std::istream& in, std::uint64_t size);
     std::wstring askSavePath(bool replace) const;
 

@@ -8,6 +8,8 @@ namespace document {
 constexpr std::uint32_t shape_hint(unsigned image) noexcept { return image << 16 | 1u; }
 /// The data of the image changed: views reload and redraw.
 constexpr std::uint32_t data_hint(unsigned image) noexcept { return image << 16 | 258u; }
+/// What is drawn over the image changed: views redraw.
+constexpr std::uint32_t drawing_hint(unsigned image) noexcept { return image << 16 | 2u; }
 /// An axis changed. `dimension` is `unsigned(-1)` for a value axis; each part has 8 bits.
 constexpr std::uint32_t axis_hint(unsigned dimension, unsigned image, unsigned axis) noexcept
 {

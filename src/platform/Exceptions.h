@@ -1,4 +1,5 @@
 #pragma once
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -6,6 +7,12 @@
 class CException : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+
+/// There is no memory.
+class CMemoryException : public std::bad_alloc {
+public:
+    const char* what() const noexcept override { return "out of memory"; }
 };
 
 /// Reading or writing a document's bytes failed.

@@ -10,8 +10,10 @@ struct string_row {
 };
 
 const string_row stringTable[] = {
+    {1028, "Can't save Undo information.\nUndo buffer will be erased."},
     {1040, "File %s is empty."},
     {1049, "Copy %d of %s"},
+    {1059, "Can't save Redo information.\nRedo buffer will be erased."},
     {4998, saveFilesLayoutText},
     {4999, optionsLayoutText},
 };

@@ -1,27 +1,6 @@
-#include "document/ImageBoundView.h"
 #include "fixtures.h"
 
 namespace {
-
-/// Keeps what it was told; closes by leaving the document.
-class fake_view : public CView, public IImageBoundView {
-public:
-    explicit fake_view(unsigned image_) : image(image_) {}
-    void OnUpdate(CView*, std::uint32_t hint) override { hints.push_back(hint); }
-    unsigned getImageNumber() const override { return image; }
-    void setImageNumber(unsigned image_) override { image = image_; }
-    void LoadOptions() override { ++loads; }
-    void closeFrame() override
-    {
-        if (child) child->GetDocument()->RemoveView(child);
-        GetDocument()->RemoveView(this);
-    }
-
-    unsigned image;
-    int loads = 0;
-    fake_view* child = nullptr; ///< closed with this one
-    std::vector<std::uint32_t> hints;
-};
 
 TEST_F(DocumentTest, ImagesAreMadeConsistentWhenTheyAreAdded)
 {

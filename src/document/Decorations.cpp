@@ -1,0 +1,236 @@
+#include "document/Decorations.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iterator>
+#include <new>
+#include <span>
+
+namespace document {
+
+namespace {
+
+constexpr std::uint32_t black = 0, customIndex = 6;
+constexpr std::array<std::uint32_t, 6> indexedColors = {0x0000FF, 0x00FF00, 0xFF0000, 0xFFFFFF, 0x7F7F7F, black};
+
+std::uint32_t color_of(const VLPluginDecoration& record) noexcept
+{
+    if (record.colorIndex == customIndex) return record.customColor;
+    return record.colorIndex < indexedColors.size() ? indexedColors[record.colorIndex] : black;
+}
+
+/// Red, white and grey are not looked up: they come back as custom colours.
+void set_color(VLPluginDecoration& record, std::uint32_t color) noexcept
+{
+    for (const std::uint32_t index : {5u, 1u, 2u})
+        if (indexedColors[index] == color) {
+            record.colorIndex = index;
+            return;
+        }
+    record.colorIndex = customIndex;
+    record.customColor = color;
+}
+
+unsigned tuple_length(std::uint32_t type) noexcept
+{
+    constexpr std::array<unsigned, 13> lengths = {0, 1, 2, 3, 2, 3, 2, 3, 0, 0, 1, 2, 3};
+    return type < lengths.size() ? lengths[type] : 0;
+}
+
+std::vector<unsigned char> copied_bytes(const void* bytes, std::uint64_t count)
+{
+    if (!bytes) return {};
+    const auto* first = static_cast<const unsigned char*>(bytes);
+    return {first, first + count};
+}
+
+template <class Element>
+std::span<const Element> elements_of(const VLPluginDecoration& record)
+{
+    return {static_cast<const Element*>(record.data), record.count};
+}
+
+void add(decoration& to, std::initializer_list<double> coordinates, decoration::element element)
+{
+    to.coordinates.insert(to.coordinates.end(), coordinates);
+    to.elements.push_back(std::move(element));
+}
+
+void copy_data(const VLPluginDecoration& record, decoration& to)
+{
+    switch (record.type) {
+    case DECORATION_BLOCK:
+        for (const decoration_block& one : elements_of<decoration_block>(record))
+            add(to, {one.x, one.y}, {one.size, 0, 0, one.mode, copied_bytes(one.bytes, one.size)});
+        break;
+    case DECORATION_BITMAP:
+        for (const decoration_bitmap& one : elements_of<decoration_bitmap>(record))
+            add(to, {one.x0, one.y0, one.x1, one.y1},
+                {one.width, one.height, 0, one.mode, copied_bytes(one.bytes, std::uint64_t{one.width} * one.height)});
+        break;
+    case DECORATION_VOLUME:
+        for (const decoration_volume& one : elements_of<decoration_volume>(record))
+            add(to, {one.x0, one.y0, one.z0, one.x1, one.y1, one.z1},
+                {one.width, one.height, one.depth, one.mode,
+                 copied_bytes(one.bytes, std::uint64_t{one.width} * one.height * one.depth)});
+        break;
+    default: {
+        const auto* first = static_cast<const double*>(record.data);
+        to.coordinates.assign(first, first + std::size_t{record.count} * to.tupleLength);
+        break;
+    }
+    }
+}
+
+decoration stored(const VLPluginDecoration& record)
+{
+    decoration out;
+    out.type = record.type;
+    out.tupleLength = tuple_length(record.type);
+    if (record.name) out.name = record.name;
+    if (record.text) out.text = record.text;
+    out.color = color_of(record);
+    if (out.tupleLength > 0) copy_data(record, out);
+    return out;
+}
+
+template <class T>
+T* allocated(std::size_t count)
+{
+    if (count == 0) return nullptr;
+    void* block = std::calloc(count, sizeof(T));
+    if (!block) throw std::bad_alloc();
+    return static_cast<T*>(block);
+}
+
+const void* bytes_of(const decoration::element& element) noexcept
+{
+    return element.bytes.empty() ? nullptr : element.bytes.data();
+}
+
+/// One block with the points or elements of a decoration; null for none.
+void* data_block(const decoration& source, std::uint32_t& count)
+{
+    const double* at = source.coordinates.data();
+    count = static_cast<std::uint32_t>(source.elements.size());
+    switch (source.type) {
+    case DECORATION_BLOCK: {
+        auto* out = allocated<decoration_block>(count);
+        for (unsigned i = 0; i < count; ++i, at += 2) {
+            const decoration::element& one = source.elements[i];
+            out[i] = {at[0], at[1], one.width, one.mode, bytes_of(one)};
+        }
+        return out;
+    }
+    case DECORATION_BITMAP: {
+        auto* out = allocated<decoration_bitmap>(count);
+        for (unsigned i = 0; i < count; ++i, at += 4) {
+            const decoration::element& one = source.elements[i];
+            out[i] = {at[0], at[1], at[2], at[3], one.width, one.height, one.mode, bytes_of(one)};
+        }
+        return out;
+    }
+    case DECORATION_VOLUME: {
+        auto* out = allocated<decoration_volume>(count);
+        for (unsigned i = 0; i < count; ++i, at += 6) {
+            const decoration::element& one = source.elements[i];
+            out[i] = {at[0],     at[1],      at[2],     at[3],    at[4],        at[5],
+                      one.width, one.height, one.depth, one.mode, bytes_of(one)};
+        }
+        return out;
+    }
+    default: {
+        if (source.coordinates.empty()) return nullptr;
+        count = static_cast<std::uint32_t>(source.coordinates.size() / source.tupleLength);
+        auto* out = allocated<double>(source.coordinates.size());
+        std::copy(source.coordinates.begin(), source.coordinates.end(), out);
+        return out;
+    }
+    }
+}
+
+const char* text_or_null(const std::string& text) noexcept { return text.empty() ? nullptr : text.c_str(); }
+
+} // namespace
+
+void decorations::set(std::string_view key, const VLPluginDecoration* list, unsigned count, DecImageType type)
+{
+    if (count == 0) {
+        if (const auto found = groups.find(key); found != groups.end()) groups.erase(found);
+        return;
+    }
+    // Built aside: the records may point into the group that they replace, and memory may run out.
+    group built;
+    built.imageType = type;
+    for (unsigned i = 0; i < count; ++i)
+        if (list[i].type != DECORATION_END && list[i].data) built.members.push_back(stored(list[i]));
+    groups.insert_or_assign(std::string(key), std::move(built));
+}
+
+VLPluginDecoration* decorations::copy(std::string_view key, unsigned* count, DecImageType* type) const
+{
+    const auto found = groups.find(key);
+    if (found == groups.end() || found->second.members.empty()) return nullptr;
+    const std::deque<decoration>& members = found->second.members;
+    auto* const records = allocated<VLPluginDecoration>(members.size() + 1);
+    try {
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            VLPluginDecoration& record = records[i];
+            record.data = data_block(members[i], record.count);
+            record.type = members[i].type;
+            record.text = text_or_null(members[i].text);
+            record.name = text_or_null(members[i].name);
+            set_color(record, members[i].color);
+        }
+    } catch (...) {
+        free_copy(records);
+        throw;
+    }
+    if (count) *count = static_cast<unsigned>(members.size());
+    if (type) *type = found->second.imageType;
+    return records;
+}
+
+void decorations::free_copy(VLPluginDecoration* copy) noexcept
+{
+    if (!copy) return;
+    for (VLPluginDecoration* record = copy; record->type != DECORATION_END; ++record) std::free(record->data);
+    std::free(copy);
+}
+
+std::uint32_t decorations::flags(std::string_view name) const noexcept
+{
+    if (name.empty()) return 0;
+    for (const auto& [key, each] : groups)
+        for (const decoration& member : each.members)
+            if (member.name == name) return member.state;
+    return 0;
+}
+
+bool decorations::apply(ObjectActionType action, std::string_view name)
+{
+    if (name.empty()) return false;
+    bool changed = false;
+    const auto change = [&](decoration& member, std::uint32_t state) {
+        changed |= member.state != state;
+        member.state = state;
+    };
+    for (auto at = groups.begin(); at != groups.end();) {
+        std::deque<decoration>& members = at->second.members;
+        std::size_t removed = 0;
+        if (action == OBJECT_DELETE)
+            removed = std::erase_if(members, [&](const decoration& member) { return member.name == name; });
+        changed |= removed > 0;
+        for (decoration& member : members) {
+            if (member.name != name) continue;
+            if (action == OBJECT_CLEAR_STATE) change(member, 0);
+            if (action == OBJECT_SELECT) change(member, member.state | DECORATION_SELECTED);
+            if (action == OBJECT_DESELECT) change(member, member.state & ~std::uint32_t{DECORATION_SELECTED});
+        }
+        at = removed > 0 && members.empty() ? groups.erase(at) : std::next(at);
+    }
+    return changed;
+}
+
+} // namespace document

@@ -1,0 +1,44 @@
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+
+void CStorageDoc::set_decoration(const char* key, const VLPluginDecoration* list, unsigned count, DecImageType type,
+                                 unsigned image)
+{
+    if (image >= imageOptions.size() || (count > 0 && !list)) return;
+    imageOptions[image].drawings.set(key ? key : "", list, count, type);
+    UpdateAllViews(nullptr, document::drawing_hint(image));
+}
+
+VLPluginDecoration* CStorageDoc::get_decorations(const char* key, unsigned* outCount, DecImageType* outType,
+                                                 unsigned image) const
+{
+    if (image >= imageOptions.size()) return nullptr;
+    return imageOptions[image].drawings.copy(key ? key : "", outCount, outType);
+}
+
+void CStorageDoc::free_decorations(VLPluginDecoration* copy) const noexcept { document::decorations::free_copy(copy); }
+
+unsigned CStorageDoc::get_decorations_list(std::string* out, unsigned max, unsigned image) const
+{
+    if (image >= imageOptions.size()) return 0;
+    const auto& groups = imageOptions[image].drawings.all();
+    if (!out) return static_cast<unsigned>(groups.size());
+    unsigned copied = 0;
+    for (auto group = groups.begin(); group != groups.end() && copied < max; ++group) out[copied++] = group->first;
+    return copied;
+}
+
+void CStorageDoc::clear_decorations(unsigned image)
+{
+    if (image < imageOptions.size()) imageOptions[image].drawings.clear();
+}
+
+unsigned CStorageDoc::GetObjectFlags(unsigned image, const char* name) const noexcept
+{
+    return image < imageOptions.size() && name ? imageOptions[image].drawings.flags(name) : 0;
+}
+
+bool CStorageDoc::ObjectAction(unsigned image, ObjectActionType action, const char* name)
+{
+    return image < imageOptions.size() && name && imageOptions[image].drawings.apply(action, name);
+}

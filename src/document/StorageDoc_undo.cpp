@@ -1,0 +1,130 @@
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+#include "platform/WinApp.h"
+#include "resources/strings.h"
+
+#include <new>
+
+namespace {
+
+constexpr unsigned undoLostText = 1028, redoLostText = 1059;
+
+std::vector<unsigned> lengths_of(const SPMDataStream& stream)
+{
+    std::vector<unsigned> lengths;
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) lengths.push_back(stream.get_dimension(i).length);
+    return lengths;
+}
+
+void warn(unsigned text)
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().messageBox(string_resource(text), message_icon::warning);
+}
+
+} // namespace
+
+void CStorageDoc::takeSnapshot(unsigned image, history& stack, unsigned lostText)
+{
+    const SPMDataStream& stream = images[image];
+    try {
+        const std::string text = std::string(stream.description().c_str()) + "\n";
+        stack.emplace_back(text.c_str(), GetDataSize(image), stream.array_data());
+    } catch (const std::bad_alloc&) {
+        // Work goes on without a way back. The steps are freed first: the message needs memory as well.
+        stack.clear();
+        warn(lostText);
+    }
+}
+
+void CStorageDoc::restoreFrom(unsigned image, const CUndoData& record)
+{
+    SPMDataStream& stream = images[image];
+    const std::vector<unsigned> before = lengths_of(stream);
+    stream.Init(record.description);
+    if (const unsigned elementSize = stream.array_element_size())
+        stream.set_array(record.data, static_cast<unsigned>(record.size / elementSize), 0);
+    revalidateImage(image);
+    if (lengths_of(stream) != before) UpdateAllViews(nullptr, document::shape_hint(image));
+}
+
+bool CStorageDoc::step(unsigned image, history options::* from, history options::* to, unsigned lostText)
+{
+    options& kept = imageOptions[image];
+    if ((kept.*from).empty()) return false;
+    const std::size_t stepsBefore = (kept.*to).size();
+    takeSnapshot(image, kept.*to, lostText);
+    try {
+        restoreFrom(image, (kept.*from).back());
+    } catch (...) {
+        // Nothing was restored, so there is nothing to come back from either.
+        if ((kept.*to).size() > stepsBefore) (kept.*to).pop_back();
+        throw;
+    }
+    (kept.*from).pop_back();
+    return true;
+}
+
+void CStorageDoc::stepParameterStream(unsigned image, history options::* from, history options::* to, unsigned lostText)
+{
+    const char* const name = images[image].get_parameter_stream();
+    if (!name || !*name) return;
+    for (unsigned i = 0; i < images.size(); ++i) {
+        if (i == image || std::string_view(images[i].get_name()) != name) continue;
+        step(i, from, to, lostText);
+        return;
+    }
+}
+
+void CStorageDoc::pushUndo(unsigned image, bool clearRedo)
+{
+    if (image >= images.size()) return;
+    if (clearRedo) imageOptions[image].redoSteps.clear();
+    takeSnapshot(image, imageOptions[image].undoSteps, undoLostText);
+}
+
+void CStorageDoc::pushRedo(unsigned image)
+{
+    if (image < images.size()) takeSnapshot(image, imageOptions[image].redoSteps, redoLostText);
+}
+
+void CStorageDoc::restore(unsigned image)
+{
+    if (canUndo(image)) restoreFrom(image, imageOptions[image].undoSteps.back());
+}
+
+void CStorageDoc::undo(unsigned image)
+{
+    if (image >= images.size() || !step(image, &options::undoSteps, &options::redoSteps, redoLostText)) return;
+    stepParameterStream(image, &options::undoSteps, &options::redoSteps, redoLostText);
+    UpdateAllViews(nullptr, document::data_hint(image));
+    // For this image the document is as it was opened, whatever others hold.
+    if (!canUndo(image)) SetModifiedFlag(false);
+}
+
+void CStorageDoc::redo(unsigned image)
+{
+    if (image >= images.size() || !step(image, &options::redoSteps, &options::undoSteps, undoLostText)) return;
+    stepParameterStream(image, &options::redoSteps, &options::undoSteps, undoLostText);
+    UpdateAllViews(nullptr, document::data_hint(image));
+    SetModifiedFlag(true);
+}
+
+void CStorageDoc::dropUndo(unsigned image)
+{
+    if (canUndo(image)) imageOptions[image].undoSteps.pop_back();
+}
+
+void CStorageDoc::dropRedo(unsigned image)
+{
+    if (canRedo(image)) imageOptions[image].redoSteps.pop_back();
+}
+
+bool CStorageDoc::canUndo(unsigned image) const noexcept
+{
+    return image < imageOptions.size() && !imageOptions[image].undoSteps.empty();
+}
+
+bool CStorageDoc::canRedo(unsigned image) const noexcept
+{
+    return image < imageOptions.size() && !imageOptions[image].redoSteps.empty();
+}
