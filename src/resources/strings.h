@@ -1,4 +1,7 @@
 #pragma once
+#include <vector>
 
-/// Text of the string table with this number; empty for an unknown one.
+/// Text of the string table with this number, UTF-8; empty for an unknown one.
 const char* string_resource(unsigned id) noexcept;
+/// All numbers, ascending.
+std::vector<unsigned> string_resource_ids();
