@@ -58,6 +58,7 @@ public:
     {
         if (!((axis.start < 0.0 && axis.end > 0.0) || (axis.start > 0.0 && axis.end < 0.0))) return;
         view::find_ticks(axis.start, axis.end, length, axis.ticNumber, found);
+        if (found.step == 0.0) return; // the span is not finite: no value has a place
         const CPen before = dc.SelectObject(*axis.zeroPen);
         mark(found.offsetOf(0.0, axis.start));
         dc.SelectObject(before);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace view {
 
@@ -18,6 +19,13 @@ double repaired_end(double start, double end) noexcept
     if (std::fabs(end - start) < smallestSpan) end = start + smallestSpan;
     // Large numbers do not feel so small a change.
     return end == start ? std::fabs(start) * 0.01 + start : end;
+}
+
+/// A multiple of a step may round past the largest number.
+double finite(double value) noexcept
+{
+    constexpr double largest = std::numeric_limits<double>::max();
+    return std::clamp(value, -largest, largest);
 }
 
 /// The leading digit of a positive number with its power of ten.
@@ -47,22 +55,27 @@ void find_ticks(double start, double end, int pixels, int ticNumber, axis_ticks&
     double step = leading_digit(std::fabs(span / steps));
     if (!(step > 0.0)) return;
     const bool rises = end > start;
+    const double direction = rises ? 1.0 : -1.0;
     // Counted in steps, so that a tick at 0 is exactly 0 and the last one is not lost to rounding.
     const double firstCount = rises ? std::ceil(start / step) : std::floor(start / step);
-    const double first = firstCount * step;
-    const double last = (rises ? std::floor(end / step) : std::ceil(end / step)) * step;
+    const double lastCount = rises ? std::floor(end / step) : std::ceil(end / step);
+    const double first = finite(firstCount * step), last = finite(lastCount * step);
     bool isEnlarged = false;
     for (; start - step == start; isEnlarged = true) step *= 10.0; // a step that vanishes against the value
-    out.step = rises ? step : -step;
-    out.scale = std::max(pixels, 0) / std::fabs(span);
-    const int firstOffset = out.offsetOf(first, start);
-    const double direction = rises ? 1.0 : -1.0;
+    out.step = direction * step;
+    const int length = std::max(pixels, 0);
+    out.scale = length / std::fabs(span);
+    const double firstPlace = base::round_half_up((first - start) * direction * out.scale);
     for (double i = 0.0;; i += 1.0) {
         const double value = isEnlarged ? first + direction * i * step : (firstCount + direction * i) * step;
         if (rises ? value > last : value < last) break;
+        // Two roundings reach one pixel past the end. Further off lies what was rounded to a number outside the axis
+        // because the axis spans only a few numbers.
+        const double place = firstPlace + base::round_half_up(std::fabs(value - first) * out.scale);
+        if (place < 0.0 || place > length + 1.0) continue;
         // Where numbers are coarser than the step several counts give one value.
         if (out.ticks.empty() || value != out.ticks.back().value)
-            out.ticks.push_back({value + 0.0, firstOffset + out.offsetOf(value, first)});
+            out.ticks.push_back({value + 0.0, static_cast<int>(place)});
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "support/RecordingDC.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -149,6 +150,12 @@ TEST(AxisLine, ZeroLineAndTickAtZero)
     axis.start = 0.0;
     DrawAxisLine(&axis);
     EXPECT_NE(dc.all(kind::lines).back().tools.pen, zero) << "both ends have one sign";
+    dc.operations.clear();
+    for (const auto& [start, end] : {std::pair{-INFINITY, 5.0}, {-1.7e308, 1.7e308}}) {
+        axis.start = start, axis.end = end;
+        DrawAxisLine(&axis);
+    }
+    EXPECT_TRUE(dc.operations.empty()) << "no value has a place on an endless axis";
 }
 
 TEST(AxisLine, RepeatedLabelsAndFormats)
