@@ -6,7 +6,8 @@ const char* const openFilterText =
     "All known formats|*.spm;" NANOSCOPE_PATTERNS ";*.hdf;*.jpk*;*.tmd;*.sm2;*.stp;*.tlk;*.to?;*.ch?;*.mdt;*.img;*.bcr;"
     "*.ibw;*.wip;*.par;*.nid;*.ezd;*.pni;*.sur;*.pro;*.aist;*.opd;*.bmp;*.jpg;*.jpeg;*.tif;*.tiff;*.txt;*.dat|"
     "Velmira files (*.spm)|*.spm|"
-    "NanoScope files (*.0??)|" NANOSCOPE_PATTERNS "|"
+    // Escaped: two question marks and a parenthesis would be a trigraph.
+    "NanoScope files (*.0?\?)|" NANOSCOPE_PATTERNS "|"
     "HDF files (*.hdf)|*.hdf|"
     "JPK Files (*.jpk*)|*.jpk*|"
     "Scan 8 files (*.tmd)|*.tmd|"
