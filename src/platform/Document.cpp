@@ -93,11 +93,11 @@ void CDocument::RemoveView(CView* view)
     if (attached.empty() && autoDelete) OnCloseDocument();
 }
 
-void CDocument::UpdateAllViews(CView* sender, std::uint32_t hint)
+void CDocument::UpdateAllViews(CView* sender, std::uint32_t hint, const hint_object& object)
 {
     const std::vector<CView*> told = attached;
     for (CView* view : told)
-        if (view != sender && std::ranges::find(attached, view) != attached.end()) view->OnUpdate(sender, hint);
+        if (view != sender && std::ranges::find(attached, view) != attached.end()) view->OnUpdate(sender, hint, object);
 }
 
 void CDocument::ReportSaveLoadException(const wchar_t*, const CException& failure, bool)

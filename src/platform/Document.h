@@ -1,12 +1,13 @@
 #pragma once
 #include "platform/Archive.h"
+#include "platform/View.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+class CDocTemplate;
 class CDocument;
-class CView;
 
 /// Who holds documents; told when one has closed and may be destroyed (later, never inside its own operation).
 class IDocumentOwner {
@@ -18,12 +19,12 @@ protected:
 };
 
 /// Path, title, modified flag and views of one document. Interface thread only.
-class CDocument {
+class CDocument : public CCmdTarget {
 public:
     CDocument() = default;
     CDocument(const CDocument&) = delete;
     CDocument& operator=(const CDocument&) = delete;
-    virtual ~CDocument();
+    ~CDocument() override;
 
     virtual bool OnNewDocument();
     virtual bool OnOpenDocument(const wchar_t* path);
@@ -50,9 +51,12 @@ public:
     void RemoveView(CView* view);
     const std::vector<CView*>& views() const noexcept { return attached; }
     /// Tells all views but the sender. A view that leaves meanwhile is skipped, one that joins is not told.
-    void UpdateAllViews(CView* sender, std::uint32_t hint = 0);
+    void UpdateAllViews(CView* sender, std::uint32_t hint = 0, const hint_object& object = {});
 
     void setOwner(IDocumentOwner* owner_) noexcept { owner = owner_; }
+    void setTemplate(CDocTemplate* template_) noexcept { docTemplate = template_; }
+    /// Null for a document outside of a workstation.
+    CDocTemplate* GetDocTemplate() const noexcept { return docTemplate; }
 
     bool autoDelete = true; ///< close with the last view
 
@@ -69,4 +73,5 @@ private:
     bool modified = false;
     std::vector<CView*> attached;
     IDocumentOwner* owner = nullptr;
+    CDocTemplate* docTemplate = nullptr;
 };

@@ -1,4 +1,9 @@
 #pragma once
+#include "platform/Clipboard.h"
+#include "platform/Screen.h"
+#include "platform/WindowPeer.h"
+#include "resources/menus.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -22,10 +27,22 @@ public:
     virtual bool writeBinary(const std::string& section, const std::string& key, std::span<const std::byte> value) = 0;
 };
 
+class CCmdTarget;
+class CVarListDlg;
+
+/// What a dialog that opens files is asked to show.
+struct open_prompt {
+    std::wstring folder;
+    std::string filter; ///< "name|pattern|name|pattern||"
+    bool several = false;
+    bool preview = false;
+};
+
 /// What a save dialog is asked to show.
 struct save_prompt {
     std::wstring suggestedPath;
-    std::string filter; ///< "name|pattern|name|pattern||"
+    std::string filter;    ///< "name|pattern|name|pattern||"
+    std::string extension; ///< appended to a name without one; empty: none
 };
 
 /// The machine as the logic sees it. One host lives for the whole program; see `CWinApp`.
@@ -36,6 +53,25 @@ public:
     virtual void messageBox(const std::string& text, message_icon icon) = 0;
     /// The path that the user chose, or nothing when the dialog was cancelled.
     virtual std::optional<std::wstring> askSavePath(const save_prompt& prompt) = 0;
+    /// The chosen paths, empty when the dialog was cancelled.
+    virtual std::vector<std::wstring> askOpenPaths(const open_prompt&) { return {}; }
+    virtual bool askYesNo(const std::string&) { return false; }
+    /// Shows a variable dialog until it is closed through `CVarListDlg::EndDialog`.
+    virtual void runVariableDialog(CVarListDlg&) {}
+    /// Shows it beside the program. \return false when it cannot
+    virtual bool showVariableDialog(CVarListDlg&) { return false; }
+    /// Offers the rows of a popup at a point of the screen; `target` updates and runs them.
+    virtual void trackPopupMenu(const std::vector<menu_row>&, CPoint, CCmdTarget&) {}
+    virtual void setStatusText(const std::wstring&) {}
+    /// A line for the output pane.
+    virtual void output(const std::string&) {}
+    /// A window for `logic`; null where there are none.
+    virtual std::unique_ptr<IWindowPeer> createWindow(CWnd&, CWnd*, window_kind) { return nullptr; }
+    /// Null where there is none.
+    virtual IClipboard* clipboard() { return nullptr; }
+    virtual IScreen* screen() { return nullptr; }
+    /// Client area in which frames are placed; empty without windows.
+    virtual CRect frameArea() const { return {}; }
     /// Logical dots per inch of the system; 0 when it cannot tell.
     virtual int systemDpi() const { return 0; }
     /// Nested; the cursor returns with the last `false`.

@@ -1,19 +1,37 @@
 #pragma once
+#include "platform/Window.h"
+
 #include <cstdint>
+#include <string>
+#include <variant>
 
 class CDocument;
+class CFrameWnd;
+class CView;
 
-/// What shows a document. Attached by `CDocument::AddView`, detached by `RemoveView` or by its destructor.
-class CView {
+/// What goes along with an update hint: nothing, a view, a point, a text or a number.
+using hint_object = std::variant<std::monostate, CView*, CPoint, std::string, double>;
+
+/// What shows a document, in the pane of a frame. Attached by `CDocument::AddView`, detached by `RemoveView` or by its
+/// destructor.
+class CView : public CWnd {
 public:
-    CView() = default;
-    CView(const CView&) = delete;
-    CView& operator=(const CView&) = delete;
-    virtual ~CView();
+    ~CView() override;
 
     CDocument* GetDocument() const noexcept { return document; }
+    CFrameWnd* GetParentFrame() const noexcept;
     /// Something changed. \param sender  the view that changed it, or null; \param hint  what, see `CDocument`
-    virtual void OnUpdate(CView* sender, std::uint32_t hint) = 0;
+    virtual void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) = 0;
+    /// The view has its document, frame and window. Passes hint 0 to the view.
+    virtual void OnInitialUpdate() { OnUpdate(nullptr, 0, {}); }
+    /// Draws for the window or the printer.
+    virtual void OnDraw(CDC&) {}
+    /// The frame goes: the view has left its document already and may let others go; its memory is freed later.
+    virtual void OnFrameClosed() {}
+
+    void OnPaint(CDC& dc) override { OnDraw(dc); }
+    /// The view first, then its document.
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
 private:
     friend class CDocument;

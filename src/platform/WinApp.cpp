@@ -1,7 +1,10 @@
 #include "platform/WinApp.h"
 
+#include "platform/DocTemplate.h"
+
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 namespace {
 
@@ -17,7 +20,63 @@ CWinApp::CWinApp(IHost& host_) : machine(host_)
     current = this;
 }
 
-CWinApp::~CWinApp() { current = nullptr; }
+CWinApp::~CWinApp()
+{
+    while (!opened.empty()) opened.back()->DestroyFrame();
+    freeClosed();
+    current = nullptr;
+}
+
+CDocument* CWinApp::OpenDocumentFile(const wchar_t* path)
+{
+    CDocTemplate* best = nullptr;
+    auto confidence = match_confidence::noAttempt;
+    for (CDocTemplate* each : templates) {
+        CDocument* match = nullptr;
+        const match_confidence found = each->MatchDocType(path, match);
+        if (found == match_confidence::alreadyOpen) {
+            if (!match->views().empty())
+                if (CFrameWnd* frame = match->views().front()->GetParentFrame()) frame->ActivateFrame();
+            return match;
+        }
+        if (found <= confidence) continue;
+        best = each;
+        confidence = found;
+    }
+    return best ? best->OpenDocumentFile(path, 1, 1) : nullptr;
+}
+
+CFrameWnd* CWinApp::addFrame(std::unique_ptr<CFrameWnd> frame)
+{
+    opened.push_back(std::move(frame));
+    return opened.back().get();
+}
+
+void CWinApp::frameLeaves(CFrameWnd& frame) noexcept
+{
+    if (active == &frame) active = nullptr;
+}
+
+void CWinApp::disposeFrame(CFrameWnd& frame)
+{
+    const auto found = std::ranges::find(opened, &frame, &std::unique_ptr<CFrameWnd>::get);
+    if (found == opened.end()) return;
+    closedFrames.push_back(std::move(*found));
+    opened.erase(found);
+}
+
+void CWinApp::disposeDocument(std::unique_ptr<CDocument> document) { closedDocuments.push_back(std::move(document)); }
+
+void CWinApp::freeClosed()
+{
+    // Freeing one may close others.
+    while (!closedFrames.empty() || !closedDocuments.empty()) {
+        const auto frames = std::exchange(closedFrames, {});
+        const auto documents = std::exchange(closedDocuments, {});
+    }
+}
+
+bool CWinApp::routeCommand(unsigned id, CCmdUI* ui) { return (active && active->OnCmdMsg(id, ui)) || OnCmdMsg(id, ui); }
 
 double CWinApp::dpiMultiplier()
 {

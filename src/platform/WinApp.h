@@ -1,17 +1,19 @@
 #pragma once
+#include "platform/FrameWnd.h"
 #include "platform/Host.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 /// The application: what a program has one of. Created by the host program before any document, current until it ends.
-class CWinApp {
+class CWinApp : public CCmdTarget {
 public:
     explicit CWinApp(IHost& host_);
     CWinApp(const CWinApp&) = delete;
     CWinApp& operator=(const CWinApp&) = delete;
-    virtual ~CWinApp();
+    ~CWinApp() override;
 
     IHost& host() noexcept { return machine; }
     IProfile& profile() { return machine.profile(); }
@@ -19,6 +21,27 @@ public:
     /// Puts a path at the head of the recent-file list, once.
     virtual void AddToRecentFileList(const std::wstring& path);
     const std::vector<std::wstring>& recentFiles() const noexcept { return recent; }
+
+    // Templates; they live longer than the application.
+    void AddDocTemplate(CDocTemplate* added) { templates.push_back(added); }
+    const std::vector<CDocTemplate*>& docTemplates() const noexcept { return templates; }
+    /// Opens a file by the template that suits it best, or brings its document to the front when it is open already.
+    virtual CDocument* OpenDocumentFile(const wchar_t* path);
+
+    // Frames, in the order of their making.
+    CFrameWnd* addFrame(std::unique_ptr<CFrameWnd> frame);
+    const std::vector<std::unique_ptr<CFrameWnd>>& frames() const noexcept { return opened; }
+    CFrameWnd* activeFrame() const noexcept { return active; }
+    void setActiveFrame(CFrameWnd* frame) noexcept { active = frame; }
+    /// A frame that closes is not active any more.
+    void frameLeaves(CFrameWnd& frame) noexcept;
+    /// Keeps what has closed until `freeClosed`, which the host calls between two events.
+    void disposeFrame(CFrameWnd& frame);
+    void disposeDocument(std::unique_ptr<CDocument> document);
+    void freeClosed();
+
+    /// The active frame's view and document, then the application.
+    bool routeCommand(unsigned id, CCmdUI* ui);
 
     /// System dots per inch / 96, asked once; 1 when the system cannot tell.
     double dpiMultiplier();
@@ -28,6 +51,11 @@ public:
 private:
     IHost& machine;
     std::vector<std::wstring> recent;
+    std::vector<CDocTemplate*> templates;
+    std::vector<std::unique_ptr<CFrameWnd>> opened;
+    CFrameWnd* active = nullptr;
+    std::vector<std::unique_ptr<CFrameWnd>> closedFrames; ///< a frame's view looks at its document no more
+    std::vector<std::unique_ptr<CDocument>> closedDocuments;
     std::optional<double> multiplier;
 };
 

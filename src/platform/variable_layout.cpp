@@ -95,13 +95,18 @@ std::optional<variable_layout> parse_variable_layout(std::istream& in, std::stri
     return std::nullopt;
 }
 
+variable_layout built_in_layout(unsigned id)
+{
+    std::istringstream xml(string_resource(id));
+    return parse_variable_layout(xml).value_or(variable_layout());
+}
+
 variable_layout load_variable_layout(const std::string& file, unsigned builtIn)
 {
     std::ifstream in(find_interface_file(file), std::ios::binary);
     if (in)
         if (auto layout = parse_variable_layout(in)) return *layout;
-    std::istringstream own(string_resource(builtIn));
-    return parse_variable_layout(own).value_or(variable_layout());
+    return built_in_layout(builtIn);
 }
 
 } // namespace platform

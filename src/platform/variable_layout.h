@@ -30,6 +30,9 @@ struct variable_layout {
 /// \param problem  receives the reason when it cannot be used
 std::optional<variable_layout> parse_variable_layout(std::istream& in, std::string* problem = nullptr);
 
+/// A layout of the string table.
+variable_layout built_in_layout(unsigned id);
+
 /// The layout in the interface file, or the built-in one when there is none, it is broken or something else.
 /// \param builtIn  number of a layout in the string table
 variable_layout load_variable_layout(const std::string& file, unsigned builtIn);

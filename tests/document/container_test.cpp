@@ -218,7 +218,7 @@ TEST_F(ContainerTest, RevertReadsAgainAndTellsTheViews)
 {
     struct counting_view : CView {
         std::vector<std::uint32_t> hints;
-        void OnUpdate(CView*, std::uint32_t hint) override { hints.push_back(hint); }
+        void OnUpdate(CView*, std::uint32_t hint, const hint_object&) override { hints.push_back(hint); }
     } view;
     const SPMDataStream image = heights("a", {2});
     document.AddNewImages(&image, 1);

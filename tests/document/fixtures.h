@@ -22,7 +22,7 @@ protected:
 class fake_view : public CView, public IImageBoundView {
 public:
     explicit fake_view(unsigned image_) : image(image_) {}
-    void OnUpdate(CView*, std::uint32_t hint) override { hints.push_back(hint); }
+    void OnUpdate(CView*, std::uint32_t hint, const hint_object&) override { hints.push_back(hint); }
     unsigned getImageNumber() const override { return image; }
     void setImageNumber(unsigned image_) override { image = image_; }
     void LoadOptions() override { ++loads; }

@@ -1,13 +1,57 @@
 #pragma once
 #include "platform/Host.h"
+#include "platform/VarListDlg.h"
+#include "platform/WinApp.h"
+#include "support/HeadlessWindow.h"
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-/// A machine for tests: prompts answer from a script and are recorded, the profile is a map.
+/// A clipboard that keeps what it is given.
+class HeadlessClipboard : public IClipboard {
+public:
+    bool open() override { return !busy; }
+    void close() override {}
+    void empty() override
+    {
+        content.reset();
+        bitmap = {};
+    }
+    std::optional<std::wstring> text() const override { return content; }
+    bool setText(const std::wstring& text) override
+    {
+        content = text;
+        return true;
+    }
+    bool setBitmap(const CBitmap& source) override
+    {
+        bitmap = {source.header.biWidth, source.header.biHeight};
+        return true;
+    }
+
+    bool busy = false;
+    std::optional<std::wstring> content;
+    CSize bitmap; ///< size of the last one
+};
+
+class HeadlessScreen : public IScreen {
+public:
+    std::vector<CRect> monitors() const override { return rects; }
+    CPoint pointer() const override { return place; }
+    void setPointer(CPoint point) override { place = point; }
+    bool isKeyDown(unsigned key) const override { return std::ranges::find(keys, key) != keys.end(); }
+    int captionHeight() const override { return HeadlessWindow::caption; }
+
+    std::vector<CRect> rects = {CRect(0, 0, 1920, 1080)};
+    CPoint place;
+    std::vector<unsigned> keys; ///< that are down
+};
+
+/// A machine for tests: prompts answer from a script and are recorded, windows have no screen, the profile is a map.
 class CHeadlessHost : public IHost, public IProfile {
 public:
     IProfile& profile() override { return *this; }
@@ -20,6 +64,65 @@ public:
         savePaths.pop_front();
         return path;
     }
+    bool askYesNo(const std::string& text) override
+    {
+        messages.push_back(text);
+        return yes;
+    }
+    std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override
+    {
+        openPrompts.push_back(prompt);
+        return openPaths;
+    }
+    void runVariableDialog(CVarListDlg& dialog) override
+    {
+        ++dialogs;
+        if (onDialog) onDialog(dialog);
+    }
+    bool showVariableDialog(CVarListDlg& dialog) override
+    {
+        runVariableDialog(dialog);
+        return true;
+    }
+    void trackPopupMenu(const std::vector<menu_row>& rows, CPoint, CCmdTarget& target) override
+    {
+        popups.push_back(rows);
+        if (popupChoice != 0) target.OnCmdMsg(popupChoice, nullptr);
+    }
+    void setStatusText(const std::wstring& text) override { statusText = text; }
+    void output(const std::string& line) override { outputLines.push_back(line); }
+    std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd* parent, window_kind kind) override
+    {
+        if (!hasWindows) return nullptr;
+        auto made = std::make_unique<HeadlessWindow>(
+            logic, parent, kind,
+            [this](CWnd* resized) {
+                if (std::ranges::find(sizeEvents, resized) == sizeEvents.end()) sizeEvents.push_back(resized);
+            },
+            [this](HeadlessWindow* gone) {
+                std::erase(windows, gone);
+                std::erase(sizeEvents, &gone->logic);
+            },
+            focus);
+        windows.push_back(made.get());
+        return made;
+    }
+    IClipboard* clipboard() override { return &clips; }
+    IScreen* screen() override { return &display; }
+    CRect frameArea() const override { return area; }
+
+    /// What happens between two events: sizes are told, closed windows freed.
+    void pump()
+    {
+        while (!sizeEvents.empty()) {
+            CWnd* const resized = sizeEvents.front();
+            sizeEvents.erase(sizeEvents.begin());
+            resized->OnSize(resized->GetClientRect().Size());
+        }
+        if (CWinApp* const app = AfxGetApp()) app->freeClosed();
+    }
+    static HeadlessWindow& windowOf(const CWnd& logic) { return *static_cast<HeadlessWindow*>(logic.getPeer()); }
+
     int systemDpi() const override { return dpi; }
     void waitCursor(bool on) override { waiting += on ? 1 : -1; }
 
@@ -51,7 +154,23 @@ public:
     std::vector<std::string> messages;
     std::vector<save_prompt> savePrompts;
     std::deque<std::wstring> savePaths; ///< answers of the save dialog; none left: cancelled
-    int dpi = 0; ///< 0: cannot tell
+    int dpi = 0;                        ///< 0: cannot tell
+    std::vector<open_prompt> openPrompts;
+    std::vector<std::wstring> openPaths; ///< answer of the open dialog
+    bool yes = false;                    ///< answer of yes-no boxes
+    std::function<void(CVarListDlg&)> onDialog;
+    int dialogs = 0;
+    std::vector<std::vector<menu_row>> popups;
+    unsigned popupChoice = 0; ///< 0: none
+    std::wstring statusText;
+    std::vector<std::string> outputLines;
+    bool hasWindows = true;
+    std::vector<HeadlessWindow*> windows;
+    std::vector<CWnd*> sizeEvents;
+    CWnd* focus = nullptr;
+    HeadlessClipboard clips;
+    HeadlessScreen display;
+    CRect area{0, 0, 1600, 900};
     int waiting = 0;
     int writesUntilFailure = -1; ///< writes of the profile that succeed; negative: all
 

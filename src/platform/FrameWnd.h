@@ -1,0 +1,47 @@
+#pragma once
+#include "platform/View.h"
+
+#include <memory>
+
+class CDocTemplate;
+
+/// The window around a view, which it owns. The application owns frames; `DestroyFrame` takes it out at once and frees
+/// it later, between two events.
+class CFrameWnd : public CWnd {
+public:
+    ~CFrameWnd() override;
+
+    /// Makes the frame's window and the view's inside it. `template_` names menu and strings by `menuId`.
+    virtual bool LoadFrame(CDocTemplate* template_, unsigned menuId, std::unique_ptr<CView> view_);
+
+    CView* GetActiveView() const noexcept { return view.get(); }
+    CDocTemplate* GetDocTemplate() const noexcept { return docTemplate; }
+    /// Number of the menu, toolbar and strings of the frame.
+    unsigned menuId() const noexcept { return menu; }
+
+    /// Brings it to the front of the main window.
+    void ActivateFrame();
+    /// Title from document and view. \param addNumber  with ":N" behind it where a document has several frames
+    virtual void OnUpdateFrameTitle(bool addNumber);
+    /// Of this frame among those of its document, from 1; 0 while it is the only one.
+    int windowNumber() const;
+    /// The view's rectangle inside the frame's client area.
+    virtual CRect viewRect() const { return GetClientRect(); }
+    /// Puts the view where it belongs.
+    virtual void RecalcLayout();
+
+    /// Takes view and frame out of document, application and screen. Nothing of them may be used after the running
+    /// handler.
+    void DestroyFrame();
+    bool isDestroyed() const noexcept { return destroyed; }
+
+    void OnSize(CSize) override { RecalcLayout(); }
+    void OnClose() override { DestroyFrame(); }
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+
+private:
+    std::unique_ptr<CView> view;
+    CDocTemplate* docTemplate = nullptr;
+    unsigned menu = 0;
+    bool destroyed = false;
+};

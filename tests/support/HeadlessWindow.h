@@ -1,0 +1,115 @@
+#pragma once
+#include "platform/Window.h"
+#include "support/RecordingDC.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+
+/// A window without a screen: geometry as asked for, events when the test pumps. Frames have a border of 4 pixels and a
+/// caption of 24, others none.
+class HeadlessWindow : public IWindowPeer {
+public:
+    static constexpr int border = 4, caption = 24;
+
+    HeadlessWindow(CWnd& logic_, CWnd* parent_, window_kind kind_, std::function<void(CWnd*)> resized_,
+                   std::function<void(HeadlessWindow*)> destroyed_, CWnd*& focus_)
+        : logic(logic_),
+          parent(parent_),
+          kind(kind_),
+          resized(std::move(resized_)),
+          destroyed(std::move(destroyed_)),
+          focus(focus_)
+    {
+    }
+    ~HeadlessWindow() override
+    {
+        if (focus == &logic) focus = nullptr;
+        destroyed(this);
+    }
+
+    CRect clientRect() const override { return {{}, CSize{rect.Width() - insets().cx, rect.Height() - insets().cy}}; }
+    CRect windowRect() const override
+    {
+        const CPoint origin = parent ? parent->ClientToScreen({}) : CPoint();
+        return {origin + (rect.TopLeft() - CPoint()), rect.Size()};
+    }
+    void place(const CRect& wanted) override
+    {
+        if (maximized) return;
+        const CSize before = rect.Size();
+        rect = wanted;
+        if (rect.Size() != before) resized(&logic);
+    }
+    CSize outerSize(CSize client) const override { return {client.cx + insets().cx, client.cy + insets().cy}; }
+    CPoint clientToScreen(CPoint point) const override
+    {
+        CPoint out = windowRect().TopLeft() + (point - CPoint());
+        if (kind == window_kind::frame) out = out + CSize{border, caption};
+        return out;
+    }
+    void show(bool on) override { visible = on; }
+    bool isVisible() const override { return visible && (!parent || parent->IsWindowVisible()); }
+    bool isMinimized() const override { return minimized; }
+    bool isMaximized() const override { return maximized; }
+    void bringToFront() override { ++fronted; }
+    void setTitle(const std::wstring& text) override { titles.push_back(text); }
+    void setFullScreen(bool on, const CRect& screenRect) override
+    {
+        fullScreen = on;
+        const CRect back = std::exchange(restored, rect);
+        place(on ? screenRect : back);
+    }
+    void invalidate(const CRgn* region, bool erase) override
+    {
+        invalid.CombineRgn(invalid, region ? *region : CRgn(clientRect()), RGN_OR);
+        erases |= erase;
+        ++invalidations;
+    }
+    void update() override
+    {
+        if (invalid.isEmpty()) return;
+        invalid = CRgn();
+        RecordingDC dc(clientRect().Size());
+        if (std::exchange(erases, false)) logic.OnEraseBkgnd(dc);
+        logic.OnPaint(dc);
+        ++paints;
+    }
+    std::unique_ptr<CDC> clientDC() override { return std::make_unique<RecordingDC>(clientRect().Size()); }
+    void setCapture(bool on) override { captured = on; }
+    bool hasCapture() const override { return captured; }
+    void setFocus() override
+    {
+        focus = &logic;
+        logic.OnSetFocus();
+    }
+    bool hasFocus() const override { return focus == &logic; }
+    void setCursor(cursor_shape shape) override { cursor = shape; }
+    void setTimer(unsigned id, unsigned milliseconds) override { timers[id] = milliseconds; }
+    void killTimer(unsigned id) override { timers.erase(id); }
+    void flushTimers() override
+    {
+        // Of a timer that sets itself again the new term is not waited for.
+        const std::map<unsigned, unsigned> waiting = timers;
+        for (const auto& [id, milliseconds] : waiting)
+            if (timers.contains(id)) logic.OnTimer(id);
+    }
+
+    CRect rect, restored; ///< `rect` in client coordinates of the parent
+    bool visible = true, minimized = false, maximized = false, captured = false, fullScreen = false, erases = false;
+    int fronted = 0, invalidations = 0, paints = 0;
+    CRgn invalid;
+    cursor_shape cursor = cursor_shape::arrow;
+    std::map<unsigned, unsigned> timers;
+    std::vector<std::wstring> titles;
+    CWnd& logic;
+
+private:
+    CSize insets() const noexcept { return kind == window_kind::frame ? CSize{2 * border, border + caption} : CSize{}; }
+
+    CWnd* parent;
+    window_kind kind;
+    std::function<void(CWnd*)> resized;
+    std::function<void(HeadlessWindow*)> destroyed;
+    CWnd*& focus;
+};
