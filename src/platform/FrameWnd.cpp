@@ -63,6 +63,14 @@ void CFrameWnd::RecalcLayout()
     if (view) view->MoveWindow(viewRect());
 }
 
+void CFrameWnd::fitToView(CSize viewOuter)
+{
+    if (!getPeer()) return;
+    const CSize client = GetClientRect().Size(), pane = viewRect().Size();
+    SetWindowSize(getPeer()->outerSize({viewOuter.cx + client.cx - pane.cx, viewOuter.cy + client.cy - pane.cy}));
+    RecalcLayout(); // where the frame may not change, the view goes back
+}
+
 void CFrameWnd::DestroyFrame()
 {
     if (destroyed) return;

@@ -27,6 +27,8 @@ public:
     int windowNumber() const;
     /// The view's rectangle inside the frame's client area.
     virtual CRect viewRect() const { return GetClientRect(); }
+    /// Makes the frame as large as a view of this outer size needs.
+    virtual void fitToView(CSize viewOuter);
     /// Puts the view where it belongs.
     virtual void RecalcLayout();
 

@@ -8,7 +8,7 @@ bool CCmdTarget::OnCmdMsg(unsigned, CCmdUI*) { return false; }
 
 bool CWnd::Create(CWnd* parent_, window_kind kind)
 {
-    parent = parent_;
+    parentWindow = parent_;
     CWinApp* const app = AfxGetApp();
     if (app) peer = app->host().createWindow(*this, parent_, kind);
     if (peer && !title.empty()) peer->setTitle(title);
@@ -23,7 +23,7 @@ void CWnd::MoveWindow(const CRect& rect)
 void CWnd::SetWindowSize(CSize outer)
 {
     if (!peer) return;
-    const CRect now = parent ? parent->ScreenToClient(GetWindowRect()) : GetWindowRect();
+    const CRect now = parentWindow ? parentWindow->ScreenToClient(GetWindowRect()) : GetWindowRect();
     peer->place(CRect(now.TopLeft(), outer));
 }
 

@@ -18,8 +18,8 @@ public:
     IWindowPeer* getPeer() const noexcept { return peer.get(); }
     /// Gives the window back to the host; the logic stays.
     void DestroyWindow() { peer.reset(); }
-    CWnd* GetParent() const noexcept { return parent; }
-    void SetParent(CWnd* parent_) noexcept { parent = parent_; }
+    CWnd* GetParent() const noexcept { return parentWindow; }
+    void SetParent(CWnd* parent_) noexcept { parentWindow = parent_; }
 
     CRect GetClientRect() const { return peer ? peer->clientRect() : CRect(); }
     CRect GetWindowRect() const { return peer ? peer->windowRect() : CRect(); }
@@ -80,6 +80,6 @@ public:
 
 private:
     std::unique_ptr<IWindowPeer> peer;
-    CWnd* parent = nullptr;
+    CWnd* parentWindow = nullptr;
     std::wstring title;
 };

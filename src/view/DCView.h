@@ -1,0 +1,171 @@
+#pragma once
+#include "base/SPMVarList.h"
+#include "platform/VarListDlg.h"
+#include "platform/View.h"
+#include "view/DIBImage.h"
+#include "view/option_rows.h"
+#include "view/view_geometry.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <variant>
+
+class CFrameWnd;
+
+/// In which direction `DrawLegendText` moves on, and on which side `PositionWindowNearby` puts a window.
+enum LegendOffset : int { legendUp = 0, legendDown = 1, legendRight = 2, legendLeft = 3 };
+
+/// One argument of a legend's format.
+using legend_argument = std::variant<std::wstring, std::string, double>;
+
+/// Base of every view: typed options with their dialog and profile section, a client area of margins and display, a
+/// picture in memory, painting in data and legend, and the commands common to all views. It has no data of its own.
+class CDCView : public CView, public SPMVarListHandler, public CVarListDlgHandler {
+public:
+    CDCView();
+    ~CDCView() override;
+
+    // What derived views answer
+    virtual void CountDisplayRect();
+    /// The picture in memory has 32 bits a pixel.
+    virtual bool UseAlphaChannel() { return true; }
+    virtual void RefreshDisplay() { Invalidate(false); }
+    virtual std::wstring GetClipboardText(bool) { return {}; }
+    /// Section of the profile and of option files.
+    virtual std::string GetViewSection() { return "CommonView"; }
+    virtual unsigned getSourceWidth() { return static_cast<unsigned>(sourceRect.Width()); }
+    virtual unsigned getSourceHeight() { return static_cast<unsigned>(sourceRect.Height()); }
+    /// Display size over source size; 1 where there is no source.
+    virtual void GetAspectRatio(double& x, double& y);
+    /// The size to use where `cx` by `cy` is asked for.
+    virtual void GetBestSize(int& cx, int& cy);
+    virtual long GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third);
+    virtual unsigned long GetToolbarStyle() { return 5120; }
+    virtual void SwitchFullScreen();
+    virtual void OnDrawData(CDC&) {}
+    virtual void OnDrawLegend(CDC&) {}
+    /// With `vars` null, the number of options that the class declares; otherwise initialises at most `*count`. A
+    /// derived class adds its own behind those of its base.
+    virtual void GetOptionsList(SPMVar* vars, unsigned* count);
+    /// Bracket each batch of changes of options.
+    virtual void BeginEditOptions() {}
+    virtual void EndEditOptions() {}
+    virtual void updateText() {}
+    virtual bool ForceFullscreenStretchMode() { return false; }
+
+    // Options
+    /// \param third  not used
+    template <class View>
+    void AddOptionHandler(const std::string& name, void (View::*handler)(const SPMVar&), int third = 0);
+    /// Declares all options with what the profile holds. With a pattern (a regular expression), only those whose name
+    /// it finds, and without defaults: what is there stays when the profile holds nothing.
+    void LoadOptions(const char* pattern);
+    void SaveOptions();
+    bool ShowOptionsDlgWithInterface(const char* name);
+    void toggle_option(const char* name);
+    /// Stamps and stores a copy with this text. \return false for an unknown name or unusable text
+    bool setOption(const char* name, const char* text);
+
+    // Geometry
+    int xsrc2clnt(int x) const noexcept { return geometry().xToClient(x); }
+    int ysrc2clnt(int y) const noexcept { return geometry().yToClient(y); }
+    int xclnt2src(int x) const noexcept { return geometry().xToSource(x); }
+    int yclnt2src(int y) const noexcept { return geometry().yToSource(y); }
+    void src2clnt(CPoint* points, int count) const noexcept;
+    void clnt2src(CPoint* points, int count) const noexcept;
+    void UpdateDisplayRect();
+    void AdjustContentSize(CSize& size) { size = view::repaired_content(size); }
+    /// Gives the view a display of this size, with its frame around it, as far as the frame may change.
+    void AdjustParentSize(int cx, int cy, bool adjustContent);
+    /// Moves a window beside this view's frame. \param step  offset in caption heights
+    void PositionWindowNearby(CWnd* window, int step, LegendOffset offset);
+
+    /// Draws a line of legend at `point` and moves the point on. In `format` C stands for a wide text, c for a narrow
+    /// one, d for a number ("%lG"); other characters for themselves.
+    template <class... Arguments>
+    void DrawLegendText(CDC* dc, CPoint& point, LegendOffset offset, const wchar_t* format,
+                        const Arguments&... arguments)
+    {
+        drawLegendLine(*dc, point, offset, format, {legend_argument(arguments)...});
+    }
+    void DrawView(CDC* dc) { OnDraw(*dc); }
+    void UpdateView(CView* sender, std::uint32_t hint, const hint_object& object) { OnUpdate(sender, hint, object); }
+    /// In the status bar of the main window.
+    void SetMessageText(const std::wstring& text);
+
+    std::span<std::byte> GetBits() const noexcept { return image.bits(); }
+    const BITMAPINFOHEADER& GetBIH() const noexcept { return image.header(); }
+    CDC* GetMemDC() const noexcept { return image.dc(); }
+
+    /// Maps the client area onto the page within the margins, keeping its shape.
+    void OnPrepareDC(CDC& dc, bool printing);
+
+    // Framework
+    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnInitialUpdate() override;
+    void OnDraw(CDC& dc) override;
+    bool OnEraseBkgnd(CDC& dc) override;
+    void OnSize(CSize size) override;
+    bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
+    void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    bool OnKeyDown(unsigned key) override;
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+    void OnFireVariableChange(int index, const SPMVarList* list) override;
+    void OnCommandMessage(const char* id, CVarListDlg* dialog) override;
+
+    static CRect rtMargin; ///< of printed pages, thousandths of an inch
+
+    CRect displayRect; ///< client area without the margins: where data are shown
+    CRect sourceRect;  ///< part of the data on show, samples
+    VLDIBImage image;
+    bool fullscreenOn = false;
+    SPMVarList options;
+
+protected:
+    void oh_invalidate(const SPMVar& changed);
+    void oh_margin(const SPMVar& changed);
+    void oh_text_create_font(const SPMVar& changed);
+
+    void OnShowLegend() { toggle_option("ShowLegend"); }
+    void OnUpdateShowLegend(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["ShowLegend"])); }
+    void OnEditCopy();
+    void OnEditCopytext();
+    void OnEditAddtext();
+    void OnViewPreferences();
+    void OnViewActualpixels();
+    void OnUpdateViewActualpixels(CCmdUI& ui);
+    void OnFullScreen() { SwitchFullScreen(); }
+
+    /// Options that go to the profile as soon as they change.
+    std::set<std::string> instantSaveOptions;
+    CFont font;
+
+private:
+    struct full_screen_memory {
+        CRect window; ///< in client coordinates of the parent
+        CSize source;
+    };
+    view::view_geometry geometry() const noexcept { return {displayRect, sourceRect}; }
+    std::vector<SPMVar> declaredOptions();
+    void storeChanged(const std::vector<SPMVar>& changed);
+    void drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const wchar_t* format,
+                        std::initializer_list<legend_argument> arguments);
+    void createImage(bool keepDepth);
+    void enterFullScreen();
+    void leaveFullScreen();
+    void restoreDefaults();
+    void loadOptionsFile();
+    void saveOptionsFile();
+
+    std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
+    full_screen_memory beforeFullScreen;
+};
+
+template <class View>
+void CDCView::AddOptionHandler(const std::string& name, void (View::*handler)(const SPMVar&), int)
+{
+    optionHandlers[name] = [this, handler](const SPMVar& changed) { (static_cast<View*>(this)->*handler)(changed); };
+}

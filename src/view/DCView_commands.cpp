@@ -1,0 +1,64 @@
+#include "platform/Clipboard.h"
+#include "view/DCView.h"
+
+namespace {
+
+enum command : unsigned {
+    cmdShowLegend = 10020,
+    cmdCopyText = 10021,
+    cmdAddText = 10022,
+    cmdPreferences = 10118,
+    cmdActualPixels = 10121,
+    cmdFullScreen = 10138,
+    cmdCopy = 57634,
+};
+
+} // namespace
+
+bool CDCView::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    static constexpr command_row<CDCView> rows[] = {
+        {cmdShowLegend, &CDCView::OnShowLegend, &CDCView::OnUpdateShowLegend},
+        {cmdCopy, &CDCView::OnEditCopy},
+        {cmdCopyText, &CDCView::OnEditCopytext},
+        {cmdAddText, &CDCView::OnEditAddtext},
+        {cmdPreferences, &CDCView::OnViewPreferences},
+        {cmdFullScreen, &CDCView::OnFullScreen},
+        {cmdActualPixels, &CDCView::OnViewActualpixels, &CDCView::OnUpdateViewActualpixels},
+    };
+    return dispatch_command<CDCView>(*this, rows, id, ui) || CView::OnCmdMsg(id, ui);
+}
+
+void CDCView::OnEditCopy()
+{
+    flushTimers(); // what waits to be rendered belongs to the picture
+    const open_clipboard clipboard;
+    if (!clipboard || !getPeer()) return;
+    const CRect client = GetClientRect();
+    const std::unique_ptr<CDC> reference = getPeer()->clientDC();
+    VLDIBImage picture;
+    picture.Init(reference.get());
+    if (!picture.Create(client.Width(), client.Height(), false)) return;
+    CDC& dc = *picture.dc();
+    dc.FillSolidRect(client, static_cast<colorEntry>(static_cast<int>(options["background"])));
+    OnDraw(dc);
+    clipboard->empty();
+    clipboard->setBitmap(*dc.selectedBitmap());
+}
+
+void CDCView::OnEditCopytext()
+{
+    const open_clipboard clipboard;
+    if (!clipboard) return;
+    clipboard->empty();
+    clipboard->setText(GetClipboardText(true));
+}
+
+void CDCView::OnEditAddtext()
+{
+    const open_clipboard clipboard;
+    if (!clipboard) return;
+    const std::wstring joined = clipboard->text().value_or(std::wstring()) + GetClipboardText(false);
+    clipboard->empty();
+    clipboard->setText(joined);
+}

@@ -1,0 +1,169 @@
+#include "base/text.h"
+#include "platform/WinApp.h"
+#include "platform/interface_directory.h"
+#include "view/DCView.h"
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+
+namespace {
+
+constexpr view::option_row commonOptions[] = {
+    {"ShowLegend(Show Legend),boolean", "true"},
+    {"LeftMargin,int,0", "0"},
+    {"RightMargin,int,0", "0"},
+    {"TopMargin,int,0", "0"},
+    {"BottomMargin,int,0", "0"},
+    {"background(Background Color),int,0,(1<<25)-1,hex(##)", "0xffffff"},
+    {"legend(Legend Color),int,0,(1<<25)-1,hex(##)", "0"},
+    {"text_background(Text Background Color),int,0,(1<<25)-1,hex(##)", "0"},
+    {"text(Text Color),int,0,(1<<25)-1,hex(##)", "0xffffff"},
+    {"text_size(Text Size),int", "13"},
+    {"text_weight(Bold),boolean", "false"},
+    {"text_italic(Italic),boolean", "false"},
+    {"text_face_list(Font),string,strlistval(##,0),font_list(##)", "\"Arial\""},
+    {"text_face,string,,strlistval(#text_face_list,0)", "\"Arial\""},
+    {"toolbar(Toolbar),boolean", "true"},
+    {"toolbar.size(Size),enum,def(As main),Small,Large", "def"},
+    {"axis_thickness(Axis thickness),int,0", "1"},
+    {"grid.show(Show grid),enum,None,Horizontal,Vertical,Both", "None"},
+    {"grid.line.style(Line style),enum,Solid,Dot,Dash,Dash-dot", "Dot"},
+    {"grid.line.width(Line width),int,0", "0"},
+    {"tics.x.number(X tics number),int,0", "5"},
+    {"tics.x.length(X tics length),int,0", "2"},
+    {"tics.y.number(Y tics number),int,0", "5"},
+    {"tics.y.length(Y tics length),int,0", "2"},
+};
+
+IProfile* profile()
+{
+    CWinApp* const app = AfxGetApp();
+    return app ? &app->profile() : nullptr;
+}
+
+} // namespace
+
+void CDCView::GetOptionsList(SPMVar* vars, unsigned* count) { view::list_options(commonOptions, 0, vars, count); }
+
+std::vector<SPMVar> CDCView::declaredOptions()
+{
+    unsigned count = 0;
+    GetOptionsList(nullptr, &count);
+    std::vector<SPMVar> declared(count);
+    GetOptionsList(declared.data(), &count);
+    return declared;
+}
+
+void CDCView::LoadOptions(const char* pattern)
+{
+    const bool isFiltered = pattern && *pattern;
+    const std::regex wanted(isFiltered ? pattern : "");
+    IProfile* const store = profile();
+    const std::string section = GetViewSection();
+    for (SPMVar& declared : declaredOptions()) {
+        const std::string name = declared.get_name();
+        if (name.empty() || (isFiltered && !std::regex_search(name, wanted))) continue;
+        if (options.get_var_i(name) != unsigned(-1)) declared.from_string(options[name].as_string().c_str());
+        const auto stored = store ? store->readString(section, name) : std::nullopt;
+        if (stored) declared.from_string(stored->c_str());
+        declared.update_timestamp();
+        options.set_var(declared);
+    }
+}
+
+void CDCView::SaveOptions()
+{
+    const std::vector<SPMVar> all(options.all().begin(), options.all().end());
+    storeChanged(all);
+}
+
+void CDCView::storeChanged(const std::vector<SPMVar>& changed)
+{
+    IProfile* const store = profile();
+    if (!store) return;
+    const std::string section = GetViewSection();
+    for (const SPMVar& variable : changed)
+        store->writeString(section, variable.get_name(), variable.as_string().c_str());
+}
+
+void CDCView::OnFireVariableChange(int index, const SPMVarList* list)
+{
+    const SPMVar changed = list->get_var(static_cast<unsigned>(index)); // handlers may change the list
+    const std::string name = changed.get_name();
+    if (instantSaveOptions.contains(name)) storeChanged({changed});
+    if (const auto handler = optionHandlers.find(name); handler != optionHandlers.end()) handler->second(changed);
+}
+
+bool CDCView::setOption(const char* name, const char* text) { return options.set_var(name, text); }
+
+void CDCView::toggle_option(const char* name)
+{
+    BeginEditOptions();
+    SPMVar changed = options.get_var(name);
+    if (changed.type != SPM_VAR_NONE) {
+        changed = static_cast<bool>(changed) ? 0.0 : 1.0;
+        changed.update_timestamp();
+        options.set_var(changed);
+    }
+    EndEditOptions();
+}
+
+void CDCView::OnViewPreferences() { ShowOptionsDlgWithInterface(GetViewSection().c_str()); }
+
+bool CDCView::ShowOptionsDlgWithInterface(const char* name)
+{
+    std::ifstream layout(platform::find_interface_file(std::string(name) + ".xml"), std::ios::binary);
+    CVarListDlg dialog;
+    dialog.setHandler(this);
+    dialog.CreateModalDlg(&options, layout ? &layout : nullptr, platform::optionsLayout, this);
+    const std::vector<SPMVar> before(options.all().begin(), options.all().end());
+    SPMVar clock;
+    const std::uint64_t start = clock.update_timestamp();
+    BeginEditOptions();
+    const int result = dialog.DoModal();
+    if (result == CVarListDlg::resultOk) {
+        std::vector<SPMVar> changed;
+        std::ranges::copy_if(options.all(), std::back_inserter(changed),
+                             [&](const SPMVar& variable) { return variable.timestamp > start; });
+        storeChanged(changed);
+    } else {
+        for (const SPMVar& variable : before) options.set_var(variable);
+    }
+    EndEditOptions();
+    return result == CVarListDlg::resultOk;
+}
+
+void CDCView::OnCommandMessage(const char* id, CVarListDlg*)
+{
+    const std::string_view command(id);
+    if (command == "default") restoreDefaults();
+}
+
+void CDCView::restoreDefaults()
+{
+    BeginEditOptions();
+    for (SPMVar& declared : declaredOptions()) {
+        if (!*declared.get_description()) continue;
+        declared.update_timestamp();
+        options.set_var(declared);
+    }
+    EndEditOptions();
+    SaveOptions();
+}
+
+long CDCView::GetToolbarIDs(unsigned*, unsigned*, unsigned*)
+{
+    const SPMVar kind = view::global_option("local_toolbar");
+    if (kind.type == SPM_VAR_NONE) return 0;
+    switch (static_cast<int>(kind)) {
+    case 0:
+        return 0;
+    case 1:
+        return static_cast<bool>(view::global_option("small_toolbar")) - 2;
+    case 2:
+        return -1;
+    default:
+        return -2;
+    }
+}

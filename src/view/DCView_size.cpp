@@ -1,0 +1,197 @@
+#include "base/rounding.h"
+#include "platform/FrameWnd.h"
+#include "platform/WinApp.h"
+#include "platform/dpi.h"
+#include "view/DCView.h"
+
+namespace {
+
+constexpr int usualLimit = 512; ///< pixels of a display side, at 96 dots per inch
+constexpr double zoomIn = 1.2, zoomOut = 0.8333333333333334;
+
+int nearest(double value) { return static_cast<int>(base::round_half_up(value)); }
+
+int margin(const SPMVarList& options, const char* name) { return static_cast<int>(options[name]); }
+
+} // namespace
+
+void CDCView::CountDisplayRect()
+{
+    displayRect = GetClientRect();
+    displayRect.left += margin(options, "LeftMargin");
+    displayRect.top += margin(options, "TopMargin");
+    displayRect.right -= margin(options, "RightMargin");
+    displayRect.bottom -= margin(options, "BottomMargin");
+}
+
+void CDCView::UpdateDisplayRect()
+{
+    const CRect before = displayRect;
+    CountDisplayRect();
+    if (displayRect == before || !IsWindowVisible()) return;
+    if (CFrameWnd* const frame = GetParentFrame()) frame->OnUpdateFrameTitle(true);
+}
+
+void CDCView::OnSize(CSize)
+{
+    UpdateDisplayRect();
+    createImage(true);
+    RefreshDisplay();
+}
+
+void CDCView::src2clnt(CPoint* points, int count) const noexcept
+{
+    for (int i = 0; i < count; ++i) points[i] = {xsrc2clnt(points[i].x), ysrc2clnt(points[i].y)};
+}
+
+void CDCView::clnt2src(CPoint* points, int count) const noexcept
+{
+    for (int i = 0; i < count; ++i) points[i] = {xclnt2src(points[i].x), yclnt2src(points[i].y)};
+}
+
+void CDCView::GetAspectRatio(double& x, double& y)
+{
+    x = sourceRect.Width() ? static_cast<double>(displayRect.Width()) / sourceRect.Width() : 1.0;
+    y = sourceRect.Height() ? static_cast<double>(displayRect.Height()) / sourceRect.Height() : 1.0;
+}
+
+void CDCView::GetBestSize(int& cx, int& cy)
+{
+    CSize limit{CorrectDPISize(static_cast<int>(options["default_width"])),
+                CorrectDPISize(static_cast<int>(options["default_height"]))};
+    if (limit.cx <= 0) limit.cx = CorrectDPISize(usualLimit);
+    if (limit.cy <= 0) limit.cy = CorrectDPISize(usualLimit);
+    const CSize best = view::best_size({cx, cy}, limit);
+    cx = best.cx;
+    cy = best.cy;
+}
+
+void CDCView::AdjustParentSize(int cx, int cy, bool adjustContent)
+{
+    if (fullscreenOn) SwitchFullScreen();
+    CSize content{cx, cy};
+    if (adjustContent) AdjustContentSize(content);
+    const CSize client{content.cx + margin(options, "LeftMargin") + margin(options, "RightMargin"),
+                       content.cy + margin(options, "TopMargin") + margin(options, "BottomMargin")};
+    if (!getPeer()) return;
+    const CSize outer = getPeer()->outerSize(client);
+    SetWindowSize(outer);
+    if (CFrameWnd* const frame = GetParentFrame()) frame->fitToView(outer);
+}
+
+bool CDCView::OnMouseWheel(unsigned flags, int delta, CPoint point)
+{
+    const CFrameWnd* const frame = GetParentFrame();
+    if (IsIconic() || (frame && (frame->IsIconic() || frame->IsZoomed()))) return false;
+    if (flags != MK_SHIFT) return false;
+    const double factor = delta >= 0 ? zoomIn : zoomOut;
+    const CSize client = GetClientRect().Size();
+    const CSize corner{margin(options, "LeftMargin"), margin(options, "TopMargin")};
+    const int width = nearest((client.cx - corner.cx - margin(options, "RightMargin")) * factor);
+    const int height = nearest((client.cy - corner.cy - margin(options, "BottomMargin")) * factor);
+    AdjustParentSize(width, height, true);
+    if (CWnd* const window = GetParent()) {
+        // What is under the pointer stays there.
+        const CPoint at = point - corner;
+        CRect place = window->GetParent() ? window->GetParent()->ScreenToClient(window->GetWindowRect())
+                                          : window->GetWindowRect();
+        place.OffsetRect(at.x - nearest(at.x * factor), at.y - nearest(at.y * factor));
+        window->MoveWindow(place);
+    }
+    return true;
+}
+
+void CDCView::OnMouseMove(unsigned, CPoint) { SetCursor(cursor_shape::arrow); }
+
+void CDCView::OnLButtonDblClk(unsigned, CPoint)
+{
+    int width = static_cast<int>(getSourceWidth()), height = static_cast<int>(getSourceHeight());
+    GetBestSize(width, height);
+    AdjustParentSize(width, height, true);
+}
+
+void CDCView::OnViewActualpixels()
+{
+    sourceRect = CRect(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    AdjustParentSize(sourceRect.Width(), sourceRect.Height(), true);
+    if (CFrameWnd* const frame = GetParentFrame()) frame->OnUpdateFrameTitle(true);
+    RefreshDisplay();
+}
+
+void CDCView::OnUpdateViewActualpixels(CCmdUI& ui) { ui.SetCheck(displayRect.Size() == sourceRect.Size()); }
+
+void CDCView::SwitchFullScreen()
+{
+    if (fullscreenOn)
+        leaveFullScreen();
+    else
+        enterFullScreen();
+}
+
+void CDCView::enterFullScreen()
+{
+    CWinApp* const app = AfxGetApp();
+    IScreen* const screen = app ? app->host().screen() : nullptr;
+    if (!screen || !getPeer()) return;
+    beforeFullScreen.window = GetParent() ? GetParent()->ScreenToClient(GetWindowRect()) : GetWindowRect();
+    beforeFullScreen.source = sourceRect.Size();
+    const int mode =
+        ForceFullscreenStretchMode() ? view::allMonitors : static_cast<int>(view::global_option("fullscreen_mode"));
+    const view::full_screen_place place = view::place_full_screen(
+        screen->monitors(), mode, static_cast<int>(view::global_option("fullscreen_monitor")), app->host().frameArea());
+    fullscreenOn = true;
+    getPeer()->setFullScreen(true, place.target);
+    screen->setPointer(place.pointerSpot);
+    if (CWnd* const parent = GetParent()) parent->ShowWindow(false);
+}
+
+void CDCView::leaveFullScreen()
+{
+    fullscreenOn = false; // first: fitting the frame would leave it again
+    if (getPeer()) getPeer()->setFullScreen(false, beforeFullScreen.window);
+    int width = beforeFullScreen.source.cx, height = beforeFullScreen.source.cy;
+    GetBestSize(width, height);
+    AdjustParentSize(width, height, false);
+    CWnd* const parent = GetParent();
+    if (parent) parent->ShowWindow(true);
+    CWinApp* const app = AfxGetApp();
+    const CPoint middle = beforeFullScreen.window.CenterPoint();
+    if (IScreen* const screen = app ? app->host().screen() : nullptr)
+        screen->setPointer(parent ? parent->ClientToScreen(middle) : middle);
+}
+
+bool CDCView::OnKeyDown(unsigned key)
+{
+    CWinApp* const app = AfxGetApp();
+    const IScreen* const screen = app ? app->host().screen() : nullptr;
+    const bool leaves = key == VK_ESCAPE || (key == 'F' && screen && screen->isKeyDown(VK_CONTROL));
+    if (!fullscreenOn || !leaves) return false;
+    SwitchFullScreen();
+    return true;
+}
+
+void CDCView::PositionWindowNearby(CWnd* window, int step, LegendOffset offset)
+{
+    CWnd* const anchor = GetParent();
+    CWinApp* const app = AfxGetApp();
+    if (!window || !anchor || !app || !app->host().screen()) return;
+    const CRect around = anchor->GetWindowRect(), own = window->GetWindowRect();
+    const int shift = step * app->host().screen()->captionHeight();
+    CPoint place{around.left + shift, around.top + shift};
+    if (offset == legendUp) place.y = around.top - own.Height() + shift;
+    if (offset == legendDown) place.y = around.bottom + shift;
+    if (offset == legendRight) place.x = around.right + shift;
+    if (offset == legendLeft) place.x = around.left - own.Width() + shift;
+    // Frames stay inside the main window, along the side that they are put on.
+    const CRect area = app->host().frameArea();
+    if (!area.IsRectEmpty()) {
+        if (offset == legendUp || offset == legendDown)
+            place.x = std::max(area.left, std::min(place.x, area.right - own.Width()));
+        else
+            place.y = std::max(area.top, std::min(place.y, area.bottom - own.Height()));
+    }
+    CRect target(place, own.Size());
+    if (CWnd* const parent = window->GetParent()) target = parent->ScreenToClient(target);
+    window->MoveWindow(target);
+    if (window->getPeer()) window->getPeer()->bringToFront();
+}

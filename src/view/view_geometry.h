@@ -1,0 +1,67 @@
+#pragma once
+#include "base/rounding.h"
+#include "platform/geometry.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace view {
+
+/// Where source samples lie on a window. Source y grows upwards and client y downwards; a sample is the square around
+/// its centre. Towards the window nothing is clamped, towards the samples results stay inside `source`.
+struct view_geometry {
+    CRect display; ///< client pixels
+    CRect source;  ///< samples
+
+    int xToClient(int x) const noexcept
+    {
+        if (source.Width() == 0) return display.left;
+        return nearest((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
+    }
+    int yToClient(int y) const noexcept
+    {
+        const int height = source.Height();
+        if (height == 0) return display.top;
+        return nearest((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
+    }
+    int xToSource(int x) const noexcept
+    {
+        if (display.Width() == 0) return source.left;
+        const double covered = static_cast<double>(std::int64_t{source.Width()} * (x - display.left));
+        return within(source.left, source.right - 1, nearest(covered / display.Width() - 0.5 + source.left));
+    }
+    int yToSource(int y) const noexcept
+    {
+        if (display.Height() == 0) return source.top;
+        const double covered = static_cast<double>(std::int64_t{y - display.top} * source.Height());
+        return within(source.top, source.bottom - 1,
+                      nearest(source.Height() - 0.5 + source.top - covered / display.Height()));
+    }
+
+private:
+    static int nearest(double value) noexcept
+    {
+        constexpr double limit = 1 << 30;
+        return static_cast<int>(base::round_half_up(std::clamp(value, -limit, limit)));
+    }
+    static int within(int low, int high, int value) noexcept { return std::max(low, std::min(high, value)); }
+};
+
+/// A size scaled to the box of the limits with its aspect ratio, up or down, neither side below 1. A size without area
+/// stays as it is.
+CSize best_size(CSize size, CSize limit) noexcept;
+
+/// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it.
+CSize repaired_content(CSize size) noexcept;
+
+/// How full-screen views choose their place.
+enum full_screen_mode { oneMonitor = 0, nearestMonitor = 1, allMonitors = 2 };
+struct full_screen_place {
+    CRect target;       ///< of the window
+    CPoint pointerSpot; ///< centre of the monitor that was chosen
+};
+/// \param index     monitor of mode 0, in the system's order; the first when there is no such
+/// \param main      the main window, of which mode 1 takes the monitor
+full_screen_place place_full_screen(const std::vector<CRect>& monitors, int mode, int index, const CRect& main);
+
+} // namespace view
