@@ -7,6 +7,12 @@ public:
     virtual void setImageNumber(unsigned image) = 0;
     /// Reads the view's options anew, as after a change of the image number.
     virtual void LoadOptions() = 0;
+    /// A view that only lets files be looked through.
+    virtual bool isQuickView() const { return false; }
+    /// Name of its runtime class.
+    virtual const char* viewKind() const { return ""; }
+    /// Image that gives the X values of a view of pairs.
+    virtual void setXDataStream(unsigned) {}
     /// Closes the window around the view; the view leaves its document before this returns.
     virtual void closeFrame() = 0;
 

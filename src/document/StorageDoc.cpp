@@ -310,7 +310,7 @@ void CStorageDoc::SetPathName(const wchar_t* path, int addToMRU)
     if (!displayTitle.empty()) SetTitle(base::widen(displayTitle).c_str());
 }
 
-void CStorageDoc::Derive(unsigned sourceImage, CStorageDoc& target)
+void CStorageDoc::DeriveTitle(CStorageDoc& target)
 {
     target.derivedCount = ++derivedCount;
     if (baseTitle.empty()) baseTitle = base::narrow(platform::file_stem(GetPathName()));
@@ -318,6 +318,11 @@ void CStorageDoc::Derive(unsigned sourceImage, CStorageDoc& target)
     const std::string derivedTitle =
         base::formatted(string_resource(1049), static_cast<int>(derivedCount), baseTitle.c_str());
     target.SetTitle(base::widen(derivedTitle).c_str());
+}
+
+void CStorageDoc::Derive(unsigned sourceImage, CStorageDoc& target)
+{
+    DeriveTitle(target);
     target.copyStrings(this, noIndex, noIndex);
     target.copyStrings(this, 0, sourceImage);
 }

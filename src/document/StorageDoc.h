@@ -133,6 +133,11 @@ public:
     /// Copies at most `max` keys in order and returns how many; the count when `out` is null.
     unsigned get_decorations_list(std::string* out, unsigned max, unsigned image) const;
     void clear_decorations(unsigned image);
+    /// Replaces the drawings of an image by a copy of those of another.
+    void copyDecorations(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)
+    {
+        imageOptions[targetImage].drawings = source.imageOptions[sourceImage].drawings;
+    }
     const document::decorations& decorations(unsigned image) const noexcept { return imageOptions[image].drawings; }
     /// State word of the first decoration of this name.
     unsigned GetObjectFlags(unsigned image, const char* name) const noexcept;
@@ -165,6 +170,8 @@ public:
     void setFirstView(const CView* view) { moveViewToFront(view); }
     /// Gives `target`, a document made from one image of this, its title and its texts.
     void Derive(unsigned sourceImage, CStorageDoc& target);
+    /// Gives `target` the title of the next copy of this document.
+    void DeriveTitle(CStorageDoc& target);
     /// Writes main.xml and stores the raw entry names of the first `maxRaw` streams. \return how many were stored
     int generateXML(std::ostream& out, smart_string* rawNames, int maxRaw, const char* encoding) const;
 

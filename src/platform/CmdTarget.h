@@ -8,8 +8,8 @@ struct CCmdUI {
     unsigned m_nID = 0;
     bool enabled = true;
     bool checked = false;
-    bool radio = false;              ///< the check is one of a group
-    std::optional<std::string> text; ///< replaces the row's own
+    bool radio = false;                ///< the check is one of a group
+    std::optional<std::string> text{}; ///< replaces the row's own
 
     void Enable(bool on = true) noexcept { enabled = on; }
     void SetCheck(bool on = true) noexcept { checked = on; }
@@ -52,7 +52,7 @@ bool dispatch_command(Target& target, std::span<const command_row<Target>> rows,
 {
     for (const command_row<Target>& row : rows) {
         if (id < row.first || id > row.last) continue;
-        CCmdUI probe{.m_nID = id, .text = {}};
+        CCmdUI probe{.m_nID = id};
         CCmdUI& state = ui ? *ui : probe;
         if (row.update) (target.*row.update)(state);
         if (ui || !state.enabled) return true;

@@ -62,10 +62,11 @@ void CDocTemplate::documentClosed(CDocument& document)
     if (CWinApp* const app = AfxGetApp()) app->disposeDocument(std::move(closed));
 }
 
-CFrameWnd* CDocTemplate::createFrame(CDocument* document, const std::string& view, unsigned menuId)
+CFrameWnd* CDocTemplate::createFrame(CDocument* document, const std::string& view, unsigned menuId,
+                                     const std::string& frameClass_)
 {
     CWinApp* const app = AfxGetApp();
-    std::unique_ptr<CFrameWnd> frame = made<CFrameWnd>(frameName);
+    std::unique_ptr<CFrameWnd> frame = made<CFrameWnd>(frameClass_.empty() ? frameName : frameClass_);
     std::unique_ptr<CView> pane = made<CView>(view);
     if (!app || !frame || !pane) return nullptr;
     CView* const attached = pane.get();

@@ -52,11 +52,20 @@ public:
 
 protected:
     /// The frame of a view class by name, under another number than the template's own.
-    CFrameWnd* createFrame(CDocument* document, const std::string& view, unsigned menuId);
+    /// \param frameClass_  empty: the template's own
+    CFrameWnd* createFrame(CDocument* document, const std::string& view, unsigned menuId,
+                           const std::string& frameClass_ = {});
     unsigned untitledCount = 0;
 
 private:
     unsigned id;
     std::string documentName, frameName, viewName;
     std::vector<std::unique_ptr<CDocument>> opened;
+};
+
+/// A template whose frames show documents that others opened; it opens no files itself.
+class CMultiDocTemplate : public CDocTemplate {
+public:
+    using CDocTemplate::CDocTemplate;
+    CDocument* OpenDocumentFile(const wchar_t*, int, int) override { return nullptr; }
 };

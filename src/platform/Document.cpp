@@ -26,12 +26,12 @@ private:
 
 CView::~CView()
 {
-    if (document) document->RemoveView(this);
+    if (shown) shown->RemoveView(this);
 }
 
 CDocument::~CDocument()
 {
-    for (CView* view : attached) view->document = nullptr;
+    for (CView* view : attached) view->shown = nullptr;
 }
 
 bool CDocument::OnNewDocument()
@@ -83,13 +83,13 @@ void CDocument::SetTitle(const wchar_t* text) { title = text; }
 void CDocument::AddView(CView* view)
 {
     attached.push_back(view);
-    view->document = this;
+    view->shown = this;
 }
 
 void CDocument::RemoveView(CView* view)
 {
     if (std::erase(attached, view) == 0) return;
-    view->document = nullptr;
+    view->shown = nullptr;
     if (attached.empty() && autoDelete) OnCloseDocument();
 }
 

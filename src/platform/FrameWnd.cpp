@@ -7,7 +7,7 @@
 
 namespace {
 
-CFrameWnd* frame_of(const CView* view) { return view->GetParentFrame(); }
+CFrameWnd* frame_of(const CView* pane) { return pane->GetParentFrame(); }
 
 } // namespace
 
@@ -18,7 +18,7 @@ CFrameWnd* CView::GetParentFrame() const noexcept
     return nullptr;
 }
 
-bool CView::OnCmdMsg(unsigned id, CCmdUI* ui) { return document && document->OnCmdMsg(id, ui); }
+bool CView::OnCmdMsg(unsigned id, CCmdUI* ui) { return shown && shown->OnCmdMsg(id, ui); }
 
 CFrameWnd::~CFrameWnd() = default;
 
@@ -26,9 +26,9 @@ bool CFrameWnd::LoadFrame(CDocTemplate* template_, unsigned menuId, std::unique_
 {
     docTemplate = template_;
     menu = menuId;
-    view = std::move(view_);
+    pane = std::move(view_);
     Create(nullptr, window_kind::frame);
-    if (view) view->Create(this, window_kind::view);
+    if (pane) pane->Create(this, window_kind::view);
     RecalcLayout();
     return true;
 }
@@ -42,9 +42,9 @@ void CFrameWnd::ActivateFrame()
 
 int CFrameWnd::windowNumber() const
 {
-    if (!view || !view->GetDocument()) return 0;
+    if (!pane || !pane->GetDocument()) return 0;
     std::vector<const CFrameWnd*> frames;
-    for (const CView* each : view->GetDocument()->views())
+    for (const CView* each : pane->GetDocument()->views())
         if (const CFrameWnd* frame = frame_of(each); frame && std::ranges::find(frames, frame) == frames.end())
             frames.push_back(frame);
     const auto own = std::ranges::find(frames, this);
@@ -53,21 +53,21 @@ int CFrameWnd::windowNumber() const
 
 void CFrameWnd::OnUpdateFrameTitle(bool addNumber)
 {
-    std::wstring text = view && view->GetDocument() ? view->GetDocument()->GetTitle() : GetWindowText();
+    std::wstring text = pane && pane->GetDocument() ? pane->GetDocument()->GetTitle() : GetWindowText();
     if (const int number = windowNumber(); addNumber && number > 0) text += L":" + std::to_wstring(number);
     SetWindowText(text);
 }
 
 void CFrameWnd::RecalcLayout()
 {
-    if (view) view->MoveWindow(viewRect());
+    if (pane) pane->MoveWindow(viewRect());
 }
 
 void CFrameWnd::fitToView(CSize viewOuter)
 {
     if (!getPeer()) return;
-    const CSize client = GetClientRect().Size(), pane = viewRect().Size();
-    SetWindowSize(getPeer()->outerSize({viewOuter.cx + client.cx - pane.cx, viewOuter.cy + client.cy - pane.cy}));
+    const CSize client = GetClientRect().Size(), inside = viewRect().Size();
+    SetWindowSize(getPeer()->outerSize({viewOuter.cx + client.cx - inside.cx, viewOuter.cy + client.cy - inside.cy}));
     RecalcLayout(); // where the frame may not change, the view goes back
 }
 
@@ -78,11 +78,11 @@ void CFrameWnd::DestroyFrame()
     CWinApp* const app = AfxGetApp();
     if (app) app->frameLeaves(*this);
     ShowWindow(false);
-    if (view) {
-        if (CDocument* const document = view->GetDocument()) document->RemoveView(view.get());
-        view->OnFrameClosed();
+    if (pane) {
+        if (CDocument* const document = pane->GetDocument()) document->RemoveView(pane.get());
+        pane->OnFrameClosed();
     }
     if (app) app->disposeFrame(*this);
 }
 
-bool CFrameWnd::OnCmdMsg(unsigned id, CCmdUI* ui) { return view && view->OnCmdMsg(id, ui); }
+bool CFrameWnd::OnCmdMsg(unsigned id, CCmdUI* ui) { return pane && pane->OnCmdMsg(id, ui); }

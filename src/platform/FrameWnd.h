@@ -14,7 +14,7 @@ public:
     /// Makes the frame's window and the view's inside it. `template_` names menu and strings by `menuId`.
     virtual bool LoadFrame(CDocTemplate* template_, unsigned menuId, std::unique_ptr<CView> view_);
 
-    CView* GetActiveView() const noexcept { return view.get(); }
+    CView* GetActiveView() const noexcept { return pane.get(); }
     CDocTemplate* GetDocTemplate() const noexcept { return docTemplate; }
     /// Number of the menu, toolbar and strings of the frame.
     unsigned menuId() const noexcept { return menu; }
@@ -42,7 +42,7 @@ public:
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
 private:
-    std::unique_ptr<CView> view;
+    std::unique_ptr<CView> pane;
     CDocTemplate* docTemplate = nullptr;
     unsigned menu = 0;
     bool destroyed = false;

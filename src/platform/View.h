@@ -18,7 +18,7 @@ class CView : public CWnd {
 public:
     ~CView() override;
 
-    CDocument* GetDocument() const noexcept { return document; }
+    CDocument* GetDocument() const noexcept { return shown; }
     CFrameWnd* GetParentFrame() const noexcept;
     /// Something changed. \param sender  the view that changed it, or null; \param hint  what, see `CDocument`
     virtual void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) = 0;
@@ -35,5 +35,5 @@ public:
 
 private:
     friend class CDocument;
-    CDocument* document = nullptr;
+    CDocument* shown = nullptr;
 };

@@ -27,6 +27,12 @@ CWinApp::~CWinApp()
     current = nullptr;
 }
 
+CDocTemplate* CWinApp::findTemplate(unsigned resourceId) const noexcept
+{
+    const auto found = std::ranges::find(templates, resourceId, &CDocTemplate::resourceId);
+    return found == templates.end() ? nullptr : *found;
+}
+
 CDocument* CWinApp::OpenDocumentFile(const wchar_t* path)
 {
     CDocTemplate* best = nullptr;

@@ -25,6 +25,8 @@ public:
     // Templates; they live longer than the application.
     void AddDocTemplate(CDocTemplate* added) { templates.push_back(added); }
     const std::vector<CDocTemplate*>& docTemplates() const noexcept { return templates; }
+    /// By the number of its strings; null when it is not there.
+    CDocTemplate* findTemplate(unsigned resourceId) const noexcept;
     /// Opens a file by the template that suits it best, or brings its document to the front when it is open already.
     virtual CDocument* OpenDocumentFile(const wchar_t* path);
 

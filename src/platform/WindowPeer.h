@@ -37,6 +37,8 @@ public:
     virtual bool isMaximized() const = 0;
     virtual void bringToFront() = 0;
     virtual void setTitle(const std::wstring& text) = 0;
+    /// Tabs along the upper edge of a frame, 20 pixels high.
+    virtual void setTabs(const std::vector<std::wstring>&, int, bool) {}
     /// Over all of a monitor without decoration, or back where it was.
     virtual void setFullScreen(bool on, const CRect& screenRect) = 0;
 

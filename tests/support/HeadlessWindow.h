@@ -54,6 +54,12 @@ public:
     bool isMaximized() const override { return maximized; }
     void bringToFront() override { ++fronted; }
     void setTitle(const std::wstring& text) override { titles.push_back(text); }
+    void setTabs(const std::vector<std::wstring>& names, int selected, bool shown) override
+    {
+        tabs = names;
+        selectedTab = selected;
+        tabsShown = shown;
+    }
     void setFullScreen(bool on, const CRect& screenRect) override
     {
         fullScreen = on;
@@ -102,6 +108,9 @@ public:
     cursor_shape cursor = cursor_shape::arrow;
     std::map<unsigned, unsigned> timers;
     std::vector<std::wstring> titles;
+    std::vector<std::wstring> tabs;
+    int selectedTab = 0;
+    bool tabsShown = false;
     CWnd& logic;
 
 private:

@@ -222,7 +222,7 @@ TEST_F(DCViewTest, CommandsShowTheirState)
 {
     view->OnInitialUpdate();
     host.pump();
-    CCmdUI legend{.m_nID = 10020, .text = {}};
+    CCmdUI legend{.m_nID = 10020};
     EXPECT_TRUE(app.routeCommand(10020, &legend) || view->OnCmdMsg(10020, &legend));
     EXPECT_TRUE(legend.checked);
     app.setActiveFrame(frame);
@@ -230,7 +230,7 @@ TEST_F(DCViewTest, CommandsShowTheirState)
     EXPECT_FALSE(static_cast<bool>(view->options["ShowLegend"]));
     EXPECT_EQ(view->edits, 1);
     EXPECT_FALSE(app.routeCommand(65000, nullptr));
-    CCmdUI actual{.m_nID = 10121, .text = {}};
+    CCmdUI actual{.m_nID = 10121};
     view->OnCmdMsg(10121, &actual);
     EXPECT_FALSE(actual.checked);
     view->OnCmdMsg(10121, nullptr);

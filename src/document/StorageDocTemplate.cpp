@@ -1,0 +1,172 @@
+#include "document/StorageDocTemplate.h"
+
+#include "base/SPMVarList.h"
+#include "base/text.h"
+#include "document/merge_documents.h"
+#include "platform/FrameWnd.h"
+#include "platform/WinApp.h"
+#include "platform/paths.h"
+#include "resources/strings.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+constexpr unsigned emptyFileText = 1040, cannotCreateText = 61700;
+
+void warn(const std::string& text)
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().messageBox(text, message_icon::warning);
+}
+
+SPMVar global_option(const char* name)
+{
+    VLGlobalVarList* const list = VLGlobalVarList::GetVarList("global_options");
+    SPMVar found = list->get_var(name);
+    list->ReleaseList();
+    return found;
+}
+
+bool is_empty_file(const wchar_t* path)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(platform::to_path(path), error);
+    return error || size == 0;
+}
+
+} // namespace
+
+std::wstring CStorageDocTemplate::extension() const { return base::widen(GetDocString(filterExt)); }
+
+bool CStorageDocTemplate::isMergingOn() const
+{
+    return static_cast<bool>(global_option("open.merged")) && (firstMerged || !mergeList.empty());
+}
+
+CDocument* CStorageDocTemplate::newDocument(int makeVisible)
+{
+    CDocument* const document = CreateNewDocument();
+    if (!document) {
+        warn(string_resource(cannotCreateText));
+        return nullptr;
+    }
+    ++untitledCount;
+    const std::string name = GetDocString(docName);
+    document->SetTitle(base::widen((name.empty() ? "Untitled" : name) + std::to_string(untitledCount)).c_str());
+    if (!document->OnNewDocument()) {
+        deleteDocument(document);
+        return nullptr;
+    }
+    if (makeVisible) CreateFr(L"", makeVisible, document);
+    return document;
+}
+
+/// Reads a file; the user was told why when it is null.
+CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
+{
+    if (is_empty_file(path)) {
+        warn(base::formatted(string_resource(emptyFileText), base::narrow(path).c_str()));
+        return nullptr;
+    }
+    auto* const document = dynamic_cast<CStorageDoc*>(CreateNewDocument());
+    if (!document) {
+        warn(string_resource(cannotCreateText));
+        return nullptr;
+    }
+    const CWaitCursor wait;
+    try {
+        if (document->OnOpenDocument(path)) return document;
+    } catch (const CException& failure) {
+        warn(failure.what());
+    }
+    deleteDocument(document);
+    return nullptr;
+}
+
+void CStorageDocTemplate::adoptPath(CStorageDoc& document, const wchar_t* path, int addToMRU)
+{
+    const std::wstring full = platform::full_path(path);
+    const std::wstring held = document::held_path(full, extension(), document.fileType == FILE_SPMX);
+    if (held != full) document.SetModifiedFlag(true);
+    CWinApp* const app = AfxGetApp();
+    if (addToMRU && app) app->AddToRecentFileList(full);
+    document.SetPathName(held.c_str(), false);
+}
+
+CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* path, int addToMRU, int makeVisible)
+{
+    if (!path) return newDocument(makeVisible);
+    const bool merging = isMergingOn();
+    CStorageDoc* const document = readDocument(path);
+    if (!document) return nullptr;
+    if (merging) {
+        if (!document::passes_filter(*document, static_cast<int>(global_option("open.filter")))) {
+            deleteDocument(document);
+            return nullptr;
+        }
+        mergeList.push_back(document);
+        if (!firstMerged) return document; // joins the first one later
+        firstMerged = false;
+    }
+    adoptPath(*document, path, addToMRU);
+    if (!merging) {
+        openingImage = 0;
+        if (!CreateFr(path, makeVisible, document)) return nullptr;
+    }
+    return document;
+}
+
+CDocument* CStorageDocTemplate::OpenDocumentFileNoMRU(const wchar_t* path, int makeVisible)
+{
+    if (!path) return newDocument(makeVisible);
+    CStorageDoc* const document = readDocument(path);
+    if (!document) return nullptr;
+    adoptPath(*document, path, false);
+    openingImage = 0;
+    return !makeVisible || CreateFr(path, makeVisible, document) ? document : nullptr;
+}
+
+match_confidence CStorageDocTemplate::MatchDocType(const wchar_t* path, CDocument*& match)
+{
+    match = nullptr;
+    const std::wstring full = platform::full_path(path);
+    const std::wstring suffix = extension();
+    for (const std::unique_ptr<CDocument>& each : documents()) {
+        const std::wstring& held = each->GetPathName();
+        if (held.empty() || (held != full && held != full + suffix)) continue;
+        match = each.get();
+        return match_confidence::alreadyOpen;
+    }
+    if (suffix.empty()) return match_confidence::maybeForeign;
+    std::ifstream in(platform::to_path(full), std::ios::binary);
+    // Content decides; every file is taken, so that one that cannot be read is named.
+    return VLFileReader::GetDocumentType(in) != FILE_UNKNOWN ? match_confidence::yesNative
+                                                             : match_confidence::yesForeign;
+}
+
+void CStorageDocTemplate::setFirstMerged()
+{
+    firstMerged = true;
+    mergeList.clear();
+}
+
+void CStorageDocTemplate::setLastMerged()
+{
+    firstMerged = false;
+    const std::vector<CStorageDoc*> merged = std::exchange(mergeList, {});
+    if (merged.empty()) return;
+    CStorageDoc* const first = merged.front();
+    openingImage = 0;
+    if (merged.size() > 1) {
+        for (std::size_t i = 1; i < merged.size(); ++i) {
+            document::merge_documents(*first, *merged[i]);
+            deleteDocument(merged[i]);
+        }
+        ++untitledCount;
+        first->SetPathName(
+            document::merged_path(first->GetPathName(), static_cast<int>(untitledCount), extension()).c_str(), false);
+        first->SetModifiedFlag(true);
+    }
+    CreateFr(first->GetPathName().c_str(), true, first);
+}

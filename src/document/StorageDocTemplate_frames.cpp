@@ -1,0 +1,214 @@
+#include "base/text.h"
+#include "document/ImageBoundView.h"
+#include "document/StorageDocTemplate.h"
+#include "platform/FrameWnd.h"
+#include "platform/WinApp.h"
+#include "resources/strings.h"
+
+#include <optional>
+#include <set>
+
+namespace {
+
+constexpr unsigned cannotCreateText = 61700;
+
+std::string text_of(const char* text) { return text ? text : ""; }
+
+/// Names that some image names as its parameter stream.
+std::set<std::string> parameter_names(const CStorageDoc& document)
+{
+    std::set<std::string> names;
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i)
+        if (std::string name = text_of(document.getImage(i).get_parameter_stream()); !name.empty())
+            names.insert(std::move(name));
+    return names;
+}
+
+/// The other image that this one is measured against.
+std::optional<unsigned> measuring_image(const CStorageDoc& document, unsigned image)
+{
+    const std::string name = text_of(document.getImage(image).get_parameter_stream());
+    for (unsigned i = 0; !name.empty() && i < document.getImagesNumber(); ++i)
+        if (i != image && name == document.getImage(i).get_name()) return i;
+    return std::nullopt;
+}
+
+bool parametrises_another(const CStorageDoc& document, unsigned image)
+{
+    const char* const name = document.getImage(image).get_name();
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i)
+        if (i != image && text_of(document.getImage(i).get_parameter_stream()) == name) return true;
+    return false;
+}
+
+bool is_quick_view(const CView* view)
+{
+    const auto* bound = dynamic_cast<const IImageBoundView*>(view);
+    return bound && bound->isQuickView();
+}
+
+struct kept_document {
+    CDocument& document;
+    bool before;
+    explicit kept_document(CDocument& document_) : document(document_), before(document_.autoDelete)
+    {
+        document.autoDelete = false;
+    }
+    kept_document(const kept_document&) = delete;
+    kept_document& operator=(const kept_document&) = delete;
+    ~kept_document() { document.autoDelete = before; }
+};
+
+} // namespace
+
+CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(const CStorageDoc& document) const
+{
+    switch (document.getImage(openingImage).get_dimensions_number()) {
+    case 1:
+        if (measuring_image(document, openingImage)) return {"CParametricCurveView", parametricId};
+        return {"CSectionView", sectionId};
+    case 2:
+        return {"CSurfMathView", surfaceId};
+    case 3:
+        return {"C3DCloudView", volumeId};
+    default:
+        return {};
+    }
+}
+
+CFrameWnd* CStorageDocTemplate::CreateNewFrame(CDocument* document, CFrameWnd* other)
+{
+    auto* const storage = dynamic_cast<CStorageDoc*>(document);
+    const CRuntimeClass* const own = find_runtime_class(viewClass());
+    const bool isQuick = own && own->IsDerivedFrom(find_runtime_class("CQVSurfView"));
+    CFrameWnd* frame = nullptr;
+    if (storage && openingImage < storage->getImagesNumber() && !isQuick) {
+        const shape_view wanted = viewFor(*storage);
+        const CRuntimeClass* const shown = find_runtime_class(wanted.view);
+        // A template whose view does what the shape asks for keeps its own.
+        if (own && shown && own->IsDerivedFrom(shown))
+            frame = CMultiDocTemplate::CreateNewFrame(document, other);
+        else if (shown)
+            frame = createFrame(document, wanted.view, wanted.menuId);
+    } else {
+        frame = CMultiDocTemplate::CreateNewFrame(document, other);
+    }
+    if (!frame) return nullptr;
+    if (auto* const bound = dynamic_cast<IImageBoundView*>(frame->GetActiveView())) {
+        bound->setImageNumber(openingImage);
+        if (frame->menuId() == parametricId && storage) bound->setXDataStream(*measuring_image(*storage, openingImage));
+        bound->LoadOptions();
+    }
+    return frame;
+}
+
+CFrameWnd* CStorageDocTemplate::shownFrame(CStorageDoc& document, unsigned image)
+{
+    openingImage = image;
+    CFrameWnd* const frame = CreateNewFrame(&document, nullptr);
+    CWinApp* const app = AfxGetApp();
+    if (!frame && app)
+        app->host().output(base::formatted(
+            "%s: image %u (%s) has %u dimensions, which no view shows", base::narrow(document.GetTitle()).c_str(),
+            image, document.getImage(image).get_description(), document.getImage(image).get_dimensions_number()));
+    return frame;
+}
+
+bool CStorageDocTemplate::CreateFr(const wchar_t*, int makeVisible, CDocument* document)
+{
+    auto* const storage = dynamic_cast<CStorageDoc*>(document);
+    unsigned created = 0;
+    if (storage) {
+        const kept_document kept(*document);
+        for (; openingImage < storage->getImagesNumber(); ++openingImage) {
+            if (parametrises_another(*storage, openingImage)) continue;
+            CFrameWnd* const frame = shownFrame(*storage, openingImage);
+            if (!frame) continue;
+            InitialUpdateFrame(frame, document, makeVisible != 0);
+            ++created;
+        }
+    }
+    if (created > 0) return true;
+    if (CWinApp* const app = AfxGetApp())
+        app->host().messageBox(string_resource(cannotCreateText), message_icon::warning);
+    deleteDocument(document);
+    return false;
+}
+
+void CStorageDocTemplate::ShowAllViews(CStorageDoc* document, bool all)
+{
+    std::vector<bool> isShown(document->getImagesNumber());
+    for (CView* view : std::vector<CView*>(document->views())) {
+        const auto* bound = dynamic_cast<IImageBoundView*>(view);
+        if (!bound || bound->isQuickView()) continue;
+        if (bound->getImageNumber() < isShown.size()) isShown[bound->getImageNumber()] = true;
+        if (CFrameWnd* const frame = view->GetParentFrame()) frame->ActivateFrame();
+    }
+    {
+        const kept_document kept(*document);
+        for (CView* view : std::vector<CView*>(document->views())) {
+            const auto* bound = dynamic_cast<IImageBoundView*>(view);
+            if (!is_quick_view(view) || (bound->getImageNumber() < isShown.size() && isShown[bound->getImageNumber()]))
+                continue;
+            if (CFrameWnd* const frame = view->GetParentFrame()) frame->DestroyFrame();
+        }
+    }
+    const std::set<std::string> parameters = parameter_names(*document);
+    for (unsigned i = 0; i < isShown.size(); ++i) {
+        if (isShown[i] || (!all && parameters.contains(document->getImage(i).get_name()))) continue;
+        if (CFrameWnd* const frame = shownFrame(*document, i)) InitialUpdateFrame(frame, document, true);
+    }
+}
+
+void CStorageDocTemplate::ShowView(CStorageDoc* document, int image)
+{
+    if (image < 0 || static_cast<unsigned>(image) >= document->getImagesNumber()) return;
+    const bool isCurve = document->getImage(static_cast<unsigned>(image)).get_dimensions_number() == 1;
+    bool isSuitable = false;
+    for (CView* view : std::vector<CView*>(document->views())) {
+        const auto* bound = dynamic_cast<IImageBoundView*>(view);
+        if (!bound || bound->getImageNumber() != static_cast<unsigned>(image)) continue;
+        if (CFrameWnd* const frame = view->GetParentFrame()) frame->ActivateFrame();
+        const std::string kind = bound->viewKind();
+        isSuitable |= kind == "CSurfMathView" || (isCurve && kind == "CSectionView");
+    }
+    if (isSuitable) return;
+    if (CFrameWnd* const frame = shownFrame(*document, static_cast<unsigned>(image)))
+        InitialUpdateFrame(frame, document, true);
+}
+
+void CStorageDocTemplate::PositionNextFrame(CFrameWnd* frame)
+{
+    CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    const CSize size = frame->GetWindowRect().Size();
+    if (left > 0 && left + size.cx > app->host().frameArea().Width()) {
+        top += rowHeight;
+        left = rowHeight = 0;
+    }
+    frame->MoveWindow(CRect({left, top}, size));
+    left += size.cx;
+    rowHeight = std::max(rowHeight, size.cy);
+}
+
+CDocument* CStorageDocTemplate::QuickViewOpenDocumentFile(const wchar_t* path, int makeVisible)
+{
+    CDocument* const document = OpenDocumentFileNoMRU(path, false);
+    auto* const storage = dynamic_cast<CStorageDoc*>(document);
+    if (!storage) return nullptr;
+    unsigned created = 0;
+    for (unsigned i = 0; i < storage->getImagesNumber(); ++i) {
+        if (storage->getImage(i).get_dimensions_number() != 2) continue;
+        CFrameWnd* const frame = createFrame(document, "CQVSurfView", quickViewId, "CQVChildFrame");
+        auto* const bound = frame ? dynamic_cast<IImageBoundView*>(frame->GetActiveView()) : nullptr;
+        if (!bound) continue;
+        bound->setImageNumber(i);
+        bound->LoadOptions();
+        InitialUpdateFrame(frame, document, makeVisible != 0);
+        PositionNextFrame(frame);
+        ++created;
+    }
+    if (created > 0) return document;
+    deleteDocument(document);
+    return nullptr;
+}

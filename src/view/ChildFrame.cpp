@@ -1,0 +1,226 @@
+#include "view/ChildFrame.h"
+
+#include "base/rounding.h"
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "platform/WinApp.h"
+#include "resources/strings.h"
+#include "view/ImageView.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr unsigned overlayTabText = 4036;
+constexpr int smallestPicture = 32; ///< pixels of a side
+
+/// "Bitmap" when the image has one to show, then the sub-images, as far as there is a choice.
+std::vector<std::wstring> tab_names(const CStorageDoc& document, unsigned image, bool hasOverlay)
+{
+    std::vector<std::wstring> names;
+    const unsigned count = document.getSubImagesNumber(image);
+    if (hasOverlay) names.push_back(base::widen(string_resource(overlayTabText)));
+    if (count < 2 && !hasOverlay) return names;
+    const std::vector<smart_string>& own = document.getImage(image).subimage_names();
+    for (unsigned i = 0; i < count; ++i) {
+        const bool isNamed = i < own.size() && *own[i].c_str();
+        names.push_back(base::widen(isNamed ? own[i].c_str() : std::to_string(i + 1).c_str()));
+    }
+    return names;
+}
+
+bool has_overlay(CImageView& view, const CStorageDoc& document)
+{
+    return view.supportsOverlay() && document.getImageOverlay(view.getImageNumber()) != nullptr;
+}
+
+} // namespace
+
+namespace view {
+
+std::wstring title_text(const frame_title& parts)
+{
+    std::string text = base::narrow(parts.document);
+    if (parts.isImage) {
+        if (!parts.description.empty())
+            text += "[" + parts.description;
+        else if (parts.imageCount > 1)
+            text += "[" + std::to_string(parts.imageIndex);
+        if (parts.subImageCount > 1)
+            text += ":" + (parts.subImage < parts.subImageNames.size() ? parts.subImageNames[parts.subImage]
+                                                                       : std::to_string(parts.subImage + 1));
+        text += "]"; // also where nothing was opened
+    }
+    if (parts.hasZoom) {
+        const double x = base::round_half_up(parts.zoomX * 100.0), y = base::round_half_up(parts.zoomY * 100.0);
+        if (std::fabs(x - y) > 1.0) {
+            if (x == 100.0)
+                text += base::formatted("(X/%.0f%%)", y / x * 100.0);
+            else if (y == 100.0)
+                text += base::formatted("(%.0f%%/Y)", x / y * 100.0);
+            else
+                text += base::formatted("(%.0f%%/%.0f%%)", x, y);
+        } else if (x != 100.0 || y != 100.0) {
+            text += base::formatted("(%.0f%%)", x);
+        }
+    }
+    if (parts.windowNumber > 0) text += ":" + std::to_string(parts.windowNumber);
+    return base::widen(text);
+}
+
+CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, double aspect)
+{
+    CSize size{std::max(wanted.Width(), smallest.cx), std::max(wanted.Height(), smallest.cy)};
+    const bool isCorner =
+        edge == sizeTopLeft || edge == sizeTopRight || edge == sizeBottomLeft || edge == sizeBottomRight;
+    if (isCorner && aspect > 0.0) {
+        // The picture keeps its shape inside what was dragged: the side that is relatively larger gives in.
+        const double width = std::max(size.cx - insets.cx, 1), height = std::max(size.cy - insets.cy, 1);
+        const double fitting = std::min(width, height * aspect);
+        size.cx = std::max(smallest.cx, insets.cx + static_cast<int>(base::round_half_up(fitting)));
+        size.cy = std::max(smallest.cy, insets.cy + static_cast<int>(base::round_half_up(fitting / aspect)));
+    }
+    // The edge that is not dragged stays.
+    CRect out(wanted.TopLeft(), size);
+    if (edge == sizeLeft || edge == sizeTopLeft || edge == sizeBottomLeft) out.OffsetRect(wanted.right - out.right, 0);
+    if (edge == sizeTop || edge == sizeTopLeft || edge == sizeTopRight) out.OffsetRect(0, wanted.bottom - out.bottom);
+    return out;
+}
+
+} // namespace view
+
+bool CChildFrame::GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) const
+{
+    view = dynamic_cast<CImageView*>(GetActiveView());
+    document = view ? view->storageDoc() : nullptr;
+    return document && view->getImageNumber() < document->getImagesNumber();
+}
+
+void CChildFrame::OnInitImageView(CImageView*) { OnLoadData(); }
+
+void CChildFrame::OnLoadData()
+{
+    CImageView* view = nullptr;
+    CStorageDoc* document = nullptr;
+    if (changingTab || !GetImageViewAndDoc(view, document)) return;
+    const bool wasVisible = bar.visible;
+    const bool overlay = has_overlay(*view, *document);
+    bar.names = tab_names(*document, view->getImageNumber(), overlay);
+    bar.visible = overlay || document->getSubImagesNumber(view->getImageNumber()) >= 2;
+    bar.selected = static_cast<int>(view->getSubImageNumber());
+    if (overlay) bar.selected = view->options["ShowOverlay"] ? 0 : bar.selected + 1;
+    if (getPeer()) {
+        getPeer()->setTabs(bar.names, bar.selected, bar.visible);
+        if (bar.visible != wasVisible) {
+            // The frame gives the strip its room, so that the view keeps its size.
+            const int change = bar.visible ? CSubimgSwitch::height : -CSubimgSwitch::height;
+            const CSize outer = GetWindowRect().Size();
+            SetWindowSize({outer.cx, outer.cy + change});
+        }
+    }
+    RecalcLayout();
+    OnUpdateFrameTitle(true);
+}
+
+void CChildFrame::OnSubimageSelChange(int tab)
+{
+    CImageView* view = nullptr;
+    CStorageDoc* document = nullptr;
+    if (!GetImageViewAndDoc(view, document)) return;
+    const unsigned count = document->getSubImagesNumber(view->getImageNumber());
+    if (tab < 0 || count == 0) return;
+    changingTab = true; // the strip is not rebuilt under the user's hand
+    const bool showsOverlay = static_cast<bool>(view->options["ShowOverlay"]);
+    if (!has_overlay(*view, *document)) {
+        view->setActiveSubimage(static_cast<unsigned>(tab) % count);
+    } else if ((tab == 0) == showsOverlay) {
+        if (tab > 0) view->setActiveSubimage(static_cast<unsigned>(tab - 1) % count);
+    } else {
+        SPMVar changed = view->options["ShowOverlay"];
+        changed = showsOverlay ? 0.0 : 1.0;
+        changed.update_timestamp();
+        view->options.set_var(changed);
+    }
+    changingTab = false;
+    bar.selected = tab;
+    OnUpdateFrameTitle(true);
+}
+
+std::wstring CChildFrame::OnSubimageGetTooltip(int tab) const
+{
+    return tab >= 0 && static_cast<std::size_t>(tab) < bar.names.size() ? bar.names[static_cast<std::size_t>(tab)]
+                                                                        : std::wstring();
+}
+
+void CChildFrame::OnUpdateFrameTitle(bool addNumber)
+{
+    CView* const active = GetActiveView();
+    const CDocument* const shown = active ? active->GetDocument() : nullptr;
+    view::frame_title parts;
+    parts.document = shown ? shown->GetTitle() : GetWindowText();
+    CImageView* view = nullptr;
+    CStorageDoc* document = nullptr;
+    if (GetImageViewAndDoc(view, document)) {
+        const SPMDataStream& image = document->getImage(view->getImageNumber());
+        parts.isImage = true;
+        parts.description = image.get_description();
+        parts.imageIndex = view->getImageNumber();
+        parts.imageCount = document->getImagesNumber();
+        parts.subImage = view->getSubImageNumber();
+        parts.subImageCount = document->getSubImagesNumber(view->getImageNumber());
+        for (const smart_string& name : image.subimage_names()) parts.subImageNames.emplace_back(name.c_str());
+    }
+    if (auto* const sized = dynamic_cast<CDCView*>(active)) {
+        parts.hasZoom = true;
+        sized->GetAspectRatio(parts.zoomX, parts.zoomY);
+    }
+    if (addNumber) parts.windowNumber = windowNumber();
+    SetWindowText(view::title_text(parts));
+}
+
+CRect CChildFrame::viewRect() const
+{
+    CRect rect = GetClientRect();
+    if (bar.visible) rect.top = std::min(rect.top + CSubimgSwitch::height, rect.bottom);
+    return rect;
+}
+
+/// What lies around the picture: the view's margins, the tabs, the frame itself.
+CSize CChildFrame::insets() const
+{
+    const auto* const view = dynamic_cast<CDCView*>(GetActiveView());
+    CSize around{0, bar.visible ? CSubimgSwitch::height : 0};
+    if (view) {
+        around.cx += static_cast<int>(view->options["LeftMargin"]) + static_cast<int>(view->options["RightMargin"]);
+        around.cy += static_cast<int>(view->options["TopMargin"]) + static_cast<int>(view->options["BottomMargin"]);
+    }
+    return getPeer() ? getPeer()->outerSize(around) : around;
+}
+
+CSize CChildFrame::OnGetMinMaxInfo() const
+{
+    const CSize around = insets();
+    return {around.cx + smallestPicture, around.cy + smallestPicture};
+}
+
+CRect CChildFrame::OnSizing(int edge, const CRect& wanted) const
+{
+    const auto* const view = dynamic_cast<CDCView*>(GetActiveView());
+    const CSize picture = view ? view->displayRect.Size() : CSize{};
+    const double aspect = picture.cx > 0 && picture.cy > 0 ? static_cast<double>(picture.cx) / picture.cy : 0.0;
+    return view::sized_frame(wanted, edge, insets(), OnGetMinMaxInfo(), aspect);
+}
+
+void CChildFrame::OnNcLButtonDown() { sizing = true; }
+
+void CChildFrame::OnCaptureChanged()
+{
+    sizing = false;
+    Invalidate(true);
+    if (GetActiveView()) GetActiveView()->Invalidate(true);
+}
+
+void CChildFrame::OnNcLButtonDblClk()
+{
+    if (auto* const view = dynamic_cast<CDCView*>(GetActiveView())) view->SwitchFullScreen();
+}

@@ -1,0 +1,88 @@
+#pragma once
+#include "platform/FrameWnd.h"
+
+#include <string>
+#include <vector>
+
+class CImageView;
+class CStorageDoc;
+
+/// The strip of tabs over a view that chooses the sub-image or the bitmap of the image. The host shows it, 20 pixels
+/// high.
+struct CSubimgSwitch {
+    static constexpr int height = 20;
+    std::vector<std::wstring> names;
+    int selected = 0;
+    bool visible = false;
+};
+
+namespace view {
+
+/// What a frame's title is put together from.
+struct frame_title {
+    std::wstring document{};
+    bool isImage = false;      ///< the view shows one image of a document
+    std::string description{}; ///< of the image
+    unsigned imageIndex = 0, imageCount = 1;
+    unsigned subImage = 0, subImageCount = 1;
+    std::vector<std::string> subImageNames{};
+    bool hasZoom = false;
+    double zoomX = 1.0, zoomY = 1.0;
+    int windowNumber = 0; ///< 0: none is shown
+};
+std::wstring title_text(const frame_title& parts);
+
+/// Edges of a frame while the user drags them.
+enum sizing_edge {
+    sizeLeft = 1,
+    sizeRight,
+    sizeTop,
+    sizeTopLeft,
+    sizeTopRight,
+    sizeBottom,
+    sizeBottomLeft,
+    sizeBottomRight
+};
+/// The frame's rectangle while `edge` is dragged to make it `wanted`: not below `smallest`, and from a corner with a
+/// picture of `aspect` (width over height) inside `insets` around it.
+CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, double aspect);
+
+} // namespace view
+
+/// The frame of every document window: titles it with image, sub-image and zoom, has the tabs that choose a sub-image,
+/// and ties its size to the view's margins and shape.
+class CChildFrame : public CFrameWnd {
+public:
+    /// Frame and view are there: fills the tabs.
+    void OnInitImageView(CImageView* view);
+    /// The view has loaded data: the tabs may have changed.
+    void OnLoadData();
+    /// The user chose a tab.
+    void OnSubimageSelChange(int tab);
+    std::wstring OnSubimageGetTooltip(int tab) const;
+    const CSubimgSwitch& switchBar() const noexcept { return bar; }
+    /// Both are there and fit each other.
+    virtual bool GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) const;
+
+    void OnUpdateFrameTitle(bool addNumber) override;
+    CRect viewRect() const override;
+    /// Smallest outer size: the margins and a small picture.
+    CSize OnGetMinMaxInfo() const;
+    /// The rectangle to use while the user drags an edge.
+    CRect OnSizing(int edge, const CRect& wanted) const;
+    /// A drag of the frame begins: the size lines show over the client area until it ends.
+    void OnNcLButtonDown();
+    void OnCaptureChanged() override;
+    bool isSizing() const noexcept { return sizing; }
+    void OnNcLButtonDblClk();
+
+private:
+    CSize insets() const;
+
+    CSubimgSwitch bar;
+    bool sizing = false;
+    bool changingTab = false;
+};
+
+/// The frame of the quick view.
+class CQVChildFrame : public CChildFrame {};

@@ -1,0 +1,214 @@
+#include "view/ImageView.h"
+
+#include "base/text.h"
+#include "base/units.h"
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+#include "platform/DocTemplate.h"
+#include "platform/FrameWnd.h"
+#include "platform/WinApp.h"
+#include "view/ChildFrame.h"
+#include "view/VolumeSource.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+enum hint_code : std::uint32_t {
+    newData = 0,
+    newSize = 1,
+    dataChanged = 2,
+    axesChanged = 3,
+    scaleChanged = 4,
+    bringToFront = 5,
+    changeSubimage = 8,
+};
+constexpr std::uint32_t reloadFlag = 0x100;
+
+constexpr view::option_row imageOptions[] = {
+    {"duplicate_3d_cloud(Copy 3D Force Volume data),enum,Image data,Force Volume,Extract Curves", "Force Volume"},
+    {"merge_extracted_fv_curves(Merge extracted force volume curves),boolean", "true"},
+};
+
+} // namespace
+
+CImageView::~CImageView()
+{
+    if (parentView) parentView->OnChildViewClosed(this);
+    for (CImageView* child : childViews) child->parentView = nullptr;
+}
+
+CStorageDoc* CImageView::storageDoc() const noexcept { return dynamic_cast<CStorageDoc*>(GetDocument()); }
+
+void CImageView::GetOptionsList(SPMVar* vars, unsigned* count)
+{
+    unsigned before = 0;
+    CDCView::GetOptionsList(nullptr, &before);
+    if (vars) CDCView::GetOptionsList(vars, count);
+    view::list_options(imageOptions, before, vars, count);
+}
+
+void CImageView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    const bool reloads = (hint & reloadFlag) != 0;
+    const bool isOurs = hint >> 16 == imageNumber;
+    switch (hint & 0xffu) {
+    case newData:
+        CDCView::OnUpdate(sender, hint, object);
+        InitImageView();
+        LoadData();
+        Invalidate(true);
+        break;
+    case newSize:
+        if (isOurs) CDCView::OnUpdate(sender, hint, object);
+        break;
+    case dataChanged:
+        if (!isOurs) break;
+        if (reloads) LoadData();
+        Invalidate(true);
+        break;
+    case axesChanged:
+        if ((hint >> 16 & 0xffu) == (imageNumber & 0xffu)) LoadOptions("^Axis[XYZ]$");
+        break;
+    case scaleChanged:
+        if (!(hint >> 8 & 0xffu) && !HasFocus()) break;
+        LoadData();
+        Invalidate(true);
+        break;
+    case bringToFront:
+        if (isOurs) BringToFront();
+        break;
+    case changeSubimage:
+        if (const double* sub = std::get_if<double>(&object); isOurs && sub)
+            setActiveSubimage(static_cast<unsigned>(std::max(*sub, 0.0)));
+        break;
+    default:
+        break;
+    }
+}
+
+bool CImageView::ObjectAction(ObjectActionType action, const char* name)
+{
+    CStorageDoc* const document = storageDoc();
+    if (!document || !document->ObjectAction(imageNumber, action, name)) return false;
+    document->UpdateAllViews(nullptr, action == OBJECT_DELETE ? document::data_hint(imageNumber)
+                                                              : document::drawing_hint(imageNumber));
+    return true;
+}
+
+void CImageView::InitImageView()
+{
+    if (auto* const frame = dynamic_cast<CChildFrame*>(GetParentFrame())) frame->OnInitImageView(this);
+}
+
+void CImageView::LoadData()
+{
+    const CStorageDoc* const document = storageDoc();
+    if (!document || imageNumber >= document->getImagesNumber()) return;
+    const unsigned count = document->getSubImagesNumber(imageNumber);
+    subImageNumber = std::min(subImageNumber, count ? count - 1 : 0);
+    if (auto* const frame = dynamic_cast<CChildFrame*>(GetParentFrame())) frame->OnLoadData();
+}
+
+void CImageView::setActiveSubimage(unsigned sub)
+{
+    const CStorageDoc* const document = storageDoc();
+    if (!document || imageNumber >= document->getImagesNumber()) return;
+    const unsigned count = document->getSubImagesNumber(imageNumber);
+    sub = std::min(sub, count ? count - 1 : 0);
+    if (sub == subImageNumber) return;
+    subImageNumber = sub;
+    OnUpdate(nullptr, document::data_hint(imageNumber), {});
+    UpdateSelections();
+}
+
+void CImageView::getBestScale(double* low, double* high, const char** units)
+{
+    const CStorageDoc* const document = storageDoc();
+    if (!document || !document->isImageOk(imageNumber)) return;
+    const VLAxis& axis = document->getAxis(imageNumber, static_cast<unsigned>(int(options["AxisZ"])), unsigned(-1));
+    CMinMaxInfo range;
+    document->getMinMaxInfo(imageNumber, range, subImageNumber);
+    double lowest = range.minimum * axis.scale + axis.start, highest = range.maximum * axis.scale + axis.start;
+    // Both in the unit of the larger, or they could not be compared.
+    double larger = std::max(std::fabs(lowest), std::fabs(highest));
+    const char* const best = default_units(axis.get_units(), &larger);
+    lowest = convert_size(axis.get_units(), best, lowest);
+    highest = convert_size(axis.get_units(), best, highest);
+    if (low) *low = lowest;
+    if (high) *high = highest;
+    if (units) *units = best;
+}
+
+void CImageView::SetParentView(CImageView* parent_)
+{
+    parentView = parent_;
+    if (parentView && std::ranges::find(parentView->childViews, this) == parentView->childViews.end())
+        parentView->childViews.push_back(this);
+}
+
+void CImageView::OnChildViewClosed(CView* view) { std::erase(childViews, view); }
+
+void CImageView::OnFrameClosed()
+{
+    if (parentView) parentView->OnChildViewClosed(this);
+    parentView = nullptr;
+    for (CImageView* child : std::exchange(childViews, {})) {
+        child->parentView = nullptr;
+        child->closeFrame();
+    }
+}
+
+void CImageView::closeFrame()
+{
+    if (CFrameWnd* const frame = GetParentFrame())
+        frame->DestroyFrame();
+    else if (GetDocument())
+        GetDocument()->RemoveView(this);
+}
+
+void CImageView::BringToFront()
+{
+    if (CFrameWnd* const frame = GetParentFrame()) frame->ActivateFrame();
+}
+
+bool CImageView::OnKeyDown(unsigned key)
+{
+    const CStorageDoc* const document = storageDoc();
+    if (key == VK_TAB && document && imageNumber < document->getImagesNumber()) {
+        const CWinApp* const app = AfxGetApp();
+        IScreen* const screen = app ? const_cast<CWinApp*>(app)->host().screen() : nullptr;
+        const bool back = screen && screen->isKeyDown(VK_SHIFT);
+        if (const unsigned count = document->getSubImagesNumber(imageNumber); count > 0)
+            setActiveSubimage((subImageNumber + count + (back ? unsigned(-1) : 1u)) % count);
+    }
+    return CDCView::OnKeyDown(key) || key == VK_TAB;
+}
+
+void CImageView::OnLButtonUp(unsigned, CPoint) { UpdateSelections(); }
+
+void CImageView::Report(const char* text) { SetMessageText(base::widen(text ? text : "")); }
+
+// Without a function in progress there is no stream that drawings could belong to.
+void CImageView::Decorate(const VLPluginDecoration*, unsigned, int, VLPluginDecorationTarget, int) {}
+
+void CImageView::PlotHistogram(IPluginTable*) {}
+
+std::vector<VLPluginDataSelection> CImageView::selections()
+{
+    const int count = std::max(GetDataSelection(nullptr, 0), 0);
+    std::vector<VLPluginDataSelection> found(static_cast<std::size_t>(count));
+    for (VLPluginDataSelection& each : found) each = {pluginSelectionSize, pluginSelectionVersion, 0, {}};
+    const int filled = count > 0 ? GetDataSelection(found.data(), static_cast<unsigned>(count)) : 0;
+    found.resize(static_cast<std::size_t>(std::clamp(filled, 0, count)));
+    return found;
+}
+
+IVolumeSource* CImageView::Get3DCloudView() const
+{
+    if (GetDocument())
+        for (CView* view : GetDocument()->views())
+            if (auto* volume = dynamic_cast<IVolumeSource*>(view)) return volume;
+    return nullptr;
+}

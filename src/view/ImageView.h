@@ -1,0 +1,103 @@
+#pragma once
+#include "document/Decorations.h"
+#include "document/ImageBoundView.h"
+#include "plugins/PluginRequest.h"
+#include "view/DCView.h"
+
+#include <vector>
+
+class CChildFrame;
+class CStorageDoc;
+class IVolumeSource;
+class SPMDataStream;
+
+/// Base of the views bound to one image of a document and one of its sub-images. Keeps the tree of views that were
+/// opened from each other, reacts to the document's hints, and holds the commands common to views of data.
+class CImageView : public CDCView,
+                   public IImageBoundView,
+                   public IPluginReportCallback,
+                   public IPluginDecorationsCallback,
+                   public IPluginTableCallback {
+public:
+    CImageView() = default;
+    ~CImageView() override;
+
+    /// The image has a bitmap that the view can show instead of the data.
+    virtual bool supportsOverlay() { return false; }
+    /// The stream that the data is measured against, or null.
+    virtual const SPMDataStream* getParameterStream() { return nullptr; }
+    virtual bool ObjectAction(ObjectActionType action, const char* name);
+    /// Connects frame and view.
+    virtual void InitImageView();
+    /// Reads what the view shows; keeps `subImageNumber` in range here.
+    virtual void LoadData();
+    /// Physical range of the active sub-image in units that read well. Each pointer may be null; the text lives as long
+    /// as units do, which is for ever.
+    virtual void getBestScale(double* low, double* high, const char** units);
+    /// Fills at most `count` records and returns how many; with null, how many there are.
+    virtual int GetDataSelection(VLPluginDataSelection*, unsigned) { return 0; }
+    virtual void UpdateSelections() {}
+    /// Gives `target` the shape and data that selections name; leaves it without data when it cannot.
+    virtual void getSelectionCopy(SPMDataStream&, const VLPluginDataSelection*, unsigned) {}
+
+    CStorageDoc* storageDoc() const noexcept;
+    /// Clamps; a new one reloads the view.
+    void setActiveSubimage(unsigned sub);
+    void setSubImageNumber(unsigned sub) noexcept { subImageNumber = sub; }
+    unsigned getSubImageNumber() const noexcept { return subImageNumber; }
+    void SetParentView(CImageView* parent_);
+    CImageView* getParentView() const noexcept { return parentView; }
+    void OnChildViewClosed(CView* view);
+    const std::vector<CImageView*>& getChildViews() const noexcept { return childViews; }
+    void BringToFront();
+    /// A copy of what `source` shows: cropped to its selection where it has one.
+    static void copy_image(SPMDataStream& target, CImageView& source);
+    /// The document's first view of a volume, or null.
+    IVolumeSource* Get3DCloudView() const;
+    /// Takes the curves under the selected rectangles into a new document. \return null when nothing is selected
+    CStorageDoc* extract_curves(IVolumeSource& cloud);
+    /// Takes the curve at (x, y), of every sub-image, into `target`, or a new document for null: as further sub-images
+    /// of its last stream with `merge`, else as a stream of its own. \return the document
+    CStorageDoc* ExtractCurveFrom3DCloud(IVolumeSource& cloud, int x, int y, CStorageDoc* target, bool merge);
+    /// A dialog that works on this view's image is open.
+    virtual bool isOperationOpen() const { return false; }
+
+    // Seams and framework
+    unsigned getImageNumber() const override { return imageNumber; }
+    void setImageNumber(unsigned image_) override { imageNumber = image_; }
+    void LoadOptions() override { CDCView::LoadOptions(nullptr); }
+    using CDCView::LoadOptions;
+    void closeFrame() override;
+    void Report(const char* text) override;
+    void Decorate(const VLPluginDecoration* list, unsigned count, int imageType, VLPluginDecorationTarget target,
+                  int index) override;
+    void PlotHistogram(IPluginTable* table) override;
+
+    void GetOptionsList(SPMVar* vars, unsigned* count) override;
+    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnFrameClosed() override;
+    bool OnKeyDown(unsigned key) override;
+    void OnLButtonUp(unsigned flags, CPoint point) override;
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+
+protected:
+    void OnViewParameters();
+    void OnEditUndo();
+    void OnUpdateEditUndo(CCmdUI& ui);
+    void OnEditRedo();
+    void OnUpdateEditRedo(CCmdUI& ui);
+    void OnViewClone();
+    void OnClearDecorations();
+    void OnUpdateClearDecorations(CCmdUI& ui);
+
+    unsigned imageNumber = 0;
+    unsigned subImageNumber = 0;
+
+private:
+    std::vector<VLPluginDataSelection> selections();
+    bool choosesVolumeCopy();
+    void openFrames(CStorageDoc& document);
+
+    std::vector<CImageView*> childViews; ///< opened from this view, in order
+    CImageView* parentView = nullptr;
+};

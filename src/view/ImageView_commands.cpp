@@ -1,0 +1,64 @@
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+#include "platform/DocTemplate.h"
+#include "platform/FrameWnd.h"
+#include "platform/WinApp.h"
+#include "view/ImageView.h"
+
+namespace {
+
+enum command : unsigned {
+    cmdParameters = 10041,
+    cmdDuplicate = 10151,
+    cmdClearDecorations = 10166,
+    cmdUndo = 57643,
+    cmdRedo = 57644,
+};
+constexpr unsigned parametersTemplate = 108;
+
+} // namespace
+
+bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    static constexpr command_row<CImageView> rows[] = {
+        {cmdParameters, &CImageView::OnViewParameters},
+        {cmdDuplicate, &CImageView::OnViewClone},
+        {cmdClearDecorations, &CImageView::OnClearDecorations, &CImageView::OnUpdateClearDecorations},
+        {cmdUndo, &CImageView::OnEditUndo, &CImageView::OnUpdateEditUndo},
+        {cmdRedo, &CImageView::OnEditRedo, &CImageView::OnUpdateEditRedo},
+    };
+    return dispatch_command<CImageView>(*this, rows, id, ui) || CDCView::OnCmdMsg(id, ui);
+}
+
+void CImageView::OnEditUndo() { storageDoc()->undo(imageNumber); }
+void CImageView::OnEditRedo() { storageDoc()->redo(imageNumber); }
+
+void CImageView::OnUpdateEditUndo(CCmdUI& ui)
+{
+    ui.Enable(storageDoc() && !isOperationOpen() && storageDoc()->canUndo(imageNumber));
+}
+
+void CImageView::OnUpdateEditRedo(CCmdUI& ui)
+{
+    ui.Enable(storageDoc() && !isOperationOpen() && storageDoc()->canRedo(imageNumber));
+}
+
+void CImageView::OnClearDecorations()
+{
+    storageDoc()->clear_decorations(imageNumber);
+    storageDoc()->UpdateAllViews(nullptr, document::drawing_hint(imageNumber));
+}
+
+void CImageView::OnUpdateClearDecorations(CCmdUI& ui)
+{
+    ui.Enable(storageDoc() && storageDoc()->get_decorations_list(nullptr, 0, imageNumber) > 0);
+}
+
+void CImageView::OnViewParameters()
+{
+    CWinApp* const app = AfxGetApp();
+    CDocTemplate* const maker = app ? app->findTemplate(parametersTemplate) : nullptr;
+    if (!maker) return;
+    if (CFrameWnd* const frame = maker->CreateNewFrame(GetDocument(), GetParentFrame()))
+        maker->InitialUpdateFrame(frame, GetDocument(), true);
+}

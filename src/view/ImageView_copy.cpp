@@ -1,0 +1,171 @@
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "document/StorageDocTemplate.h"
+#include "document/update_hints.h"
+#include "platform/WinApp.h"
+#include "view/ImageView.h"
+#include "view/VolumeSource.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+enum volume_copy { onlyImage = 0, withVolume = 1, curvesOnly = 2 };
+
+/// Name, label, value axes and sub-image names, without shape or data.
+void copy_outline(SPMDataStream& target, const SPMDataStream& source)
+{
+    target.Init(source.get_name(), source.get_description(), SPM_VAR_ARRAY, 0u, source.array_element_size());
+    target.set_array_type(source.array_type());
+    target.values = source.values;
+    const std::vector<smart_string>& names = source.subimage_names();
+    target.set_subimage_names(names.data(), static_cast<unsigned>(names.size()));
+}
+
+/// The samples at (x, y) through dimension 2 of every sub-image, one curve behind the other.
+void append_curves(SPMDataStream& target, const SPMDataStream& volume, unsigned x, unsigned y)
+{
+    const std::size_t width = volume.get_dimension(0).length, height = volume.get_dimension(1).length;
+    const std::size_t length = volume.get_dimension(2).length;
+    const std::size_t sample = volume.array_element_size();
+    const std::size_t curves = volume.array_length() / (width * height * length);
+    const auto* from = static_cast<const char*>(volume.array_data());
+    std::vector<char> column(curves * length * sample);
+    for (std::size_t i = 0; i < curves * length; ++i)
+        std::memcpy(column.data() + i * sample, from + ((i * height + y) * width + x) * sample, sample);
+    target.set_array(column.data(), static_cast<unsigned>(curves * length), target.array_length());
+}
+
+} // namespace
+
+void CImageView::copy_image(SPMDataStream& target, CImageView& source)
+{
+    const CStorageDoc* const document = source.storageDoc();
+    if (!document || source.imageNumber >= document->getImagesNumber()) return;
+    const SPMDataStream& stream = document->getImage(source.imageNumber);
+    if (const std::vector<VLPluginDataSelection> selected = source.selections(); !selected.empty()) {
+        copy_outline(target, stream);
+        source.getSelectionCopy(target, selected.data(), static_cast<unsigned>(selected.size()));
+        if (target.array_length() > 0) return;
+    }
+    target = stream;
+}
+
+bool CImageView::choosesVolumeCopy()
+{
+    const SPMVar usual = view::global_option("default_plugin_options");
+    const bool asksWithShift = usual.type == SPM_VAR_NONE || static_cast<bool>(usual);
+    CWinApp* const app = AfxGetApp();
+    IScreen* const screen = app ? app->host().screen() : nullptr;
+    const bool shift = screen && screen->isKeyDown(VK_SHIFT);
+    return asksWithShift != shift || ShowOptionsDlgWithInterface("clone3dcloudopt");
+}
+
+void CImageView::OnViewClone()
+{
+    CStorageDoc* const document = storageDoc();
+    CDocTemplate* const maker = document ? document->GetDocTemplate() : nullptr;
+    if (!maker || imageNumber >= document->getImagesNumber()) return;
+    IVolumeSource* const cloud =
+        document->getImage(imageNumber).get_dimensions_number() == 2 ? Get3DCloudView() : nullptr;
+    if (cloud && !choosesVolumeCopy()) return;
+    const int kind = cloud ? static_cast<int>(options["duplicate_3d_cloud"]) : onlyImage;
+    if (kind >= curvesOnly) {
+        if (CStorageDoc* const curves = extract_curves(*cloud)) openFrames(*curves);
+        return;
+    }
+    auto* const copy = dynamic_cast<CStorageDoc*>(maker->CreateNewDocument());
+    if (!copy) return;
+    if (kind == withVolume) {
+        copy->AddNewImages(&document->getImage(cloud->getVolumeImage()), 1);
+        copy->copyStrings(document, 0, cloud->getVolumeImage());
+    }
+    SPMDataStream own;
+    copy_image(own, *this);
+    if (copy->getImagesNumber() > 0 && std::strcmp(copy->getImage(0).get_name(), own.get_name()) == 0)
+        own.set_name((std::string(own.get_name()) + "_").c_str());
+    copy->AddNewImages(&own, 1);
+    const unsigned added = copy->getImagesNumber() - 1;
+    document->DeriveTitle(*copy);
+    copy->copyStrings(document, unsigned(-1), unsigned(-1));
+    copy->copyStrings(document, added, imageNumber);
+    copy->copyDecorations(*document, added, imageNumber);
+    copy->SetModifiedFlag(true);
+    openFrames(*copy);
+}
+
+/// A frame on each image.
+void CImageView::openFrames(CStorageDoc& document)
+{
+    auto* const maker = dynamic_cast<CStorageDocTemplate*>(document.GetDocTemplate());
+    if (!maker) return;
+    maker->setOpeningImage(0);
+    maker->CreateFr(document.GetPathName().c_str(), true, &document);
+}
+
+CStorageDoc* CImageView::extract_curves(IVolumeSource& cloud)
+{
+    const SPMDataStream& volume = cloud.getVolume();
+    if (volume.get_dimensions_number() != 3) return nullptr;
+    // Selections count in samples of this view's data, whose grid may differ from the volume's.
+    const auto sourceWidth = static_cast<std::int64_t>(getSourceWidth());
+    const auto sourceHeight = static_cast<std::int64_t>(getSourceHeight());
+    if (sourceWidth == 0 || sourceHeight == 0) return nullptr;
+    const std::int64_t countX = volume.get_dimension(0).length, countY = volume.get_dimension(1).length;
+    const bool merge = static_cast<bool>(options["merge_extracted_fv_curves"]);
+    CStorageDoc* target = nullptr;
+    for (const VLPluginDataSelection& each : selections()) {
+        if (each.kind != SELECTION_RECTANGLE) continue;
+        const auto cellX = [&](int corner) {
+            return std::clamp<std::int64_t>(corner * countX / sourceWidth, 0, countX);
+        };
+        const auto cellY = [&](int corner) {
+            return std::clamp<std::int64_t>(corner * countY / sourceHeight, 0, countY);
+        };
+        for (std::int64_t y = cellY(each.data[1]); y < cellY(each.data[3]); ++y)
+            for (std::int64_t x = cellX(each.data[0]); x < cellX(each.data[2]); ++x)
+                target = ExtractCurveFrom3DCloud(cloud, static_cast<int>(x), static_cast<int>(y), target, merge);
+    }
+    if (target) target->UpdateAllViews(nullptr, document::data_hint(target->getImagesNumber() - 1));
+    return target;
+}
+
+CStorageDoc* CImageView::ExtractCurveFrom3DCloud(IVolumeSource& cloud, int x, int y, CStorageDoc* target, bool merge)
+{
+    const SPMDataStream& volume = cloud.getVolume();
+    if (volume.get_dimensions_number() != 3 || volume.array_length() == 0) return target;
+    if (x < 0 || y < 0 || static_cast<unsigned>(x) >= volume.get_dimension(0).length ||
+        static_cast<unsigned>(y) >= volume.get_dimension(1).length)
+        return target;
+    if (!target) {
+        CDocTemplate* const maker = GetDocument() ? GetDocument()->GetDocTemplate() : nullptr;
+        target = maker ? dynamic_cast<CStorageDoc*>(maker->CreateNewDocument()) : nullptr;
+        if (!target) return nullptr;
+        if (CStorageDoc* const document = storageDoc()) document->DeriveTitle(*target);
+        target->SetModifiedFlag(true);
+    }
+    const std::string place = base::formatted("(%d:%d)", x, y);
+    const unsigned count = target->getImagesNumber();
+    const bool extends = merge && count > 0;
+    if (!extends) {
+        SPMDataStream stream;
+        copy_outline(stream, volume);
+        stream.set_name((std::string(volume.get_name()) + "_" + std::to_string(count + 1)).c_str());
+        if (!merge) stream.set_description((std::string(volume.get_description()) + place).c_str());
+        stream.set_subimage_names(static_cast<const smart_string*>(nullptr), 0);
+        stream.set_dimension(0, volume.get_dimension(2));
+        append_curves(stream, volume, static_cast<unsigned>(x), static_cast<unsigned>(y));
+        target->AddNewImages(&stream, 1);
+    } else {
+        append_curves(target->getImage(count - 1), volume, static_cast<unsigned>(x), static_cast<unsigned>(y));
+        target->revalidateImage(count - 1);
+    }
+    if (merge) {
+        SPMDataStream& stream = target->getImage(target->getImagesNumber() - 1);
+        std::vector<smart_string> names = stream.subimage_names();
+        names.resize(stream.array_length() / stream.get_dimension(0).length, smart_string(place));
+        stream.set_subimage_names(names.data(), static_cast<unsigned>(names.size()));
+    }
+    return target;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+class SPMDataStream;
+
+/// A view that shows a volume of curves, as far as other views need to know it.
+class IVolumeSource {
+public:
+    /// The volume ordered by slices: dimension 0 is X, 1 is Y, 2 runs along a curve.
+    virtual const SPMDataStream& getVolume() const = 0;
+    virtual unsigned getVolumeImage() const = 0;
+
+protected:
+    ~IVolumeSource() = default;
+};
