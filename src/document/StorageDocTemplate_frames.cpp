@@ -186,7 +186,8 @@ void CStorageDocTemplate::PositionNextFrame(CFrameWnd* frame)
         top += rowHeight;
         left = rowHeight = 0;
     }
-    frame->MoveWindow(CRect({left, top}, size));
+    const CPoint corner = app->host().frameArea().TopLeft();
+    frame->MoveWindow(CRect({corner.x + left, corner.y + top}, size));
     left += size.cx;
     rowHeight = std::max(rowHeight, size.cy);
 }

@@ -79,7 +79,11 @@ void CFrameWnd::DestroyFrame()
     if (app) app->frameLeaves(*this);
     ShowWindow(false);
     if (pane) {
-        if (CDocument* const document = pane->GetDocument()) document->RemoveView(pane.get());
+        if (CDocument* const document = pane->GetDocument()) {
+            document->RemoveView(pane.get());
+            for (const CView* other : document->views())
+                if (CFrameWnd* const each = other->GetParentFrame()) each->OnUpdateFrameTitle(true);
+        }
         pane->OnFrameClosed();
     }
     if (app) app->disposeFrame(*this);

@@ -10,6 +10,7 @@ CVarListDlg::~CVarListDlg()
 
 void CVarListDlg::setUp(SPMVarList* list, std::istream* layoutXml, unsigned fallback, CWnd* parent)
 {
+    if (variables) variables->RemoveFireVariableChangeHandler(this);
     variables = list;
     variables->AddFireVariableChangeHandler(this);
     owner = parent;

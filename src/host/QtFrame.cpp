@@ -1,0 +1,139 @@
+#include "host/QtFrame.h"
+
+#include "platform/WinApp.h"
+#include "view/ChildFrame.h"
+
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMouseEvent>
+#include <QStyle>
+#include <QTabBar>
+#include <QTimer>
+
+namespace {
+
+constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew
+
+} // namespace
+
+CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
+{
+    widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+    const int shift = static_cast<int>(area.subWindowList().size() % cascadeLength) * cascadeStep;
+    sub = area.addSubWindow(widget);
+    sub->move(shift, shift);
+    sub->setAttribute(Qt::WA_DeleteOnClose, false);
+    sub->installEventFilter(this);
+    tabs = new QTabBar(widget);
+    tabs->setExpanding(false);
+    tabs->setDrawBase(false);
+    tabs->setUsesScrollButtons(true);
+    tabs->hide();
+    connect(tabs, &QTabBar::tabBarClicked, this, [this](int tab) {
+        if (auto* const frame = dynamic_cast<CChildFrame*>(&logic)) frame->OnSubimageSelChange(tab);
+    });
+}
+
+CQtFrame::~CQtFrame()
+{
+    if (sub) {
+        sub->removeEventFilter(this);
+        sub->hide();
+        sub->deleteLater();
+    }
+}
+
+QWidget* CQtFrame::outer() const { return sub ? static_cast<QWidget*>(sub) : widget.data(); }
+
+CSize CQtFrame::decoration() const
+{
+    // Before the first layout the content has no place yet; afterwards the difference is what lies around it.
+    const QMargins margins = sub->contentsMargins();
+    const int caption = sub->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, sub);
+    const int frame = sub->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sub);
+    const int horizontal = std::max(margins.left() + margins.right(), 2 * frame);
+    const int vertical =
+        margins.top() + margins.bottom() > 2 * frame ? margins.top() + margins.bottom() : 2 * frame + caption;
+    return {horizontal, vertical};
+}
+
+CSize CQtFrame::outerSize(CSize client) const
+{
+    const CSize around = decoration();
+    return {client.cx + around.cx, client.cy + around.cy};
+}
+
+void CQtFrame::place(const CRect& rect)
+{
+    if (isMaximized()) return;
+    // Frames have no parent window, so that their place is told in coordinates of the screen.
+    QRect inside = host::qt_rect(rect);
+    if (const QWidget* const parent = sub->parentWidget())
+        inside.moveTopLeft(parent->mapFromGlobal(inside.topLeft()));
+    sub->setGeometry(inside);
+    // So that the new size can be read back: the window lays its content out only when it is shown.
+    const CSize around = decoration();
+    widget->resize(std::max(rect.Width() - around.cx, 0), std::max(rect.Height() - around.cy, 0));
+    tellSizeLater();
+}
+
+CRect CQtFrame::windowRect() const
+{
+    const QPoint corner = sub->parentWidget() ? sub->parentWidget()->mapToGlobal(sub->pos()) : sub->pos();
+    return CRect({corner.x(), corner.y()}, CSize{sub->width(), sub->height()});
+}
+
+void CQtFrame::show(bool on)
+{
+    sub->setVisible(on);
+    widget->setVisible(on);
+}
+
+void CQtFrame::bringToFront()
+{
+    if (QMdiArea* const area = sub->mdiArea()) area->setActiveSubWindow(sub);
+}
+
+void CQtFrame::setTabs(const std::vector<std::wstring>& names, int selected, bool visible)
+{
+    const QSignalBlocker quiet(tabs);
+    while (tabs->count() > 0) tabs->removeTab(0);
+    for (const std::wstring& name : names) {
+        const int tab = tabs->addTab(QString::fromStdWString(name));
+        tabs->setTabToolTip(tab, QString::fromStdWString(name));
+    }
+    if (selected >= 0 && selected < tabs->count()) tabs->setCurrentIndex(selected);
+    tabs->setVisible(visible);
+    tabs->setGeometry(0, 0, widget->width(), CSubimgSwitch::height);
+}
+
+bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
+{
+    if (sub && watched == sub.data()) {
+        if (event->type() == QEvent::Close) {
+            // The logic decides, and frees the window between two events.
+            event->ignore();
+            QTimer::singleShot(0, this, [this] { logic.OnClose(); });
+            return true;
+        }
+        if (event->type() == QEvent::MouseButtonDblClick) {
+            const QPointF at = static_cast<QMouseEvent*>(event)->position();
+            auto* const frame = dynamic_cast<CChildFrame*>(&logic);
+            const bool onCaption = at.y() < widget->mapTo(sub.data(), QPoint(0, 0)).y();
+            if (!frame || !onCaption) return false;
+            frame->OnNcLButtonDblClk();
+            return true;
+        }
+        return false;
+    }
+    if (watched == widget.data()) {
+        if (event->type() == QEvent::Resize) {
+            tabs->setGeometry(0, 0, widget->width(), CSubimgSwitch::height);
+            tellSizeLater();
+            return false;
+        }
+        if (event->type() == QEvent::Paint) return false; // tabs and view cover it
+    }
+    return CQtPeer::eventFilter(watched, event);
+}

@@ -1,0 +1,33 @@
+#pragma once
+#include "host/QtPeer.h"
+
+#include <QMdiSubWindow>
+
+class CFrameWnd;
+class QMdiArea;
+class QTabBar;
+
+/// A document's frame: a window in the main window's area, its content being tabs and the view.
+class CQtFrame : public CQtPeer {
+public:
+    CQtFrame(CWnd& logic_, QMdiArea& area);
+    ~CQtFrame() override;
+
+    CSize outerSize(CSize client) const override;
+    void place(const CRect& rect) override;
+    CRect windowRect() const override;
+    void show(bool on) override;
+    void bringToFront() override;
+    void setTabs(const std::vector<std::wstring>& names, int selected, bool visible) override;
+    QMdiSubWindow* subWindow() const noexcept { return sub; }
+
+protected:
+    QWidget* outer() const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    CSize decoration() const;
+
+    QPointer<QMdiSubWindow> sub;
+    QTabBar* tabs;
+};

@@ -1,0 +1,209 @@
+#include "host/QtHost.h"
+
+#include "host/MainWindow.h"
+#include "host/QtFrame.h"
+#include "host/QtPanes.h"
+#include "host/QtScreen.h"
+#include "host/VariableDialog.h"
+#include "host/qt_menus.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QListWidget>
+#include <QMdiArea>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPageSetupDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr double millimetresPerThousandth = 0.0254;
+
+/// "name|*.a;*.b|name|*.c||" as the toolkit's list.
+QStringList name_filters(const std::string& filter)
+{
+    QStringList out;
+    const QStringList fields = QString::fromStdString(filter).split('|');
+    for (qsizetype i = 0; i + 1 < fields.size() && !fields[i].isEmpty(); i += 2) {
+        QString name = fields[i];
+        // The toolkit reads patterns from the parentheses, so those of the name have to go.
+        if (const qsizetype open = name.lastIndexOf('('); open > 0) name = name.left(open).trimmed();
+        QString patterns = fields[i + 1];
+        patterns.replace(';', ' ').replace(',', ' ').replace("*.*", "*");
+        out << name + " (" + patterns + ")";
+    }
+    return out;
+}
+
+} // namespace
+
+CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(host::make_clipboard()), display(host::make_screen()) {}
+
+CQtHost::~CQtHost() = default;
+
+void CQtHost::messageBox(const std::string& text, message_icon icon)
+{
+    const QMessageBox::Icon shown = icon == message_icon::error     ? QMessageBox::Critical
+                                    : icon == message_icon::warning ? QMessageBox::Warning
+                                                                    : QMessageBox::Information;
+    QMessageBox box(shown, QStringLiteral("Velmira"), QString::fromStdString(text), QMessageBox::Ok, main);
+    box.exec();
+}
+
+bool CQtHost::askYesNo(const std::string& text)
+{
+    return QMessageBox::question(main, QStringLiteral("Velmira"), QString::fromStdString(text)) == QMessageBox::Yes;
+}
+
+std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
+{
+    QFileDialog dialog(main, QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
+    dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    dialog.setNameFilters(name_filters(prompt.filter));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    host::add_open_options(dialog, prompt);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    std::vector<std::wstring> paths;
+    for (const QString& path : dialog.selectedFiles()) paths.push_back(path.toStdWString());
+    return paths;
+}
+
+std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
+{
+    QFileDialog dialog(main, QStringLiteral("Save As"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setNameFilters(name_filters(prompt.filter));
+    if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
+    dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return dialog.selectedFiles().front().toStdWString();
+}
+
+void CQtHost::runVariableDialog(CVarListDlg& dialog)
+{
+    CVariableDialog window(dialog, main);
+    window.exec();
+}
+
+bool CQtHost::showVariableDialog(CVarListDlg& dialog)
+{
+    auto* const window = new CVariableDialog(dialog, main);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->show();
+    return true;
+}
+
+window_choice CQtHost::chooseWindows(const std::vector<std::wstring>& titles)
+{
+    QDialog dialog(main);
+    dialog.setWindowTitle(QStringLiteral("Windows..."));
+    auto* const list = new QListWidget(&dialog);
+    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    for (const std::wstring& title : titles) list->addItem(QString::fromStdWString(title));
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    QPushButton* const activate = buttons->addButton(QStringLiteral("&Activate"), QDialogButtonBox::AcceptRole);
+    QPushButton* const close = buttons->addButton(QStringLiteral("&Close windows"), QDialogButtonBox::ActionRole);
+    auto* const layout = new QVBoxLayout(&dialog);
+    layout->addWidget(list);
+    layout->addWidget(buttons);
+    window_choice choice;
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    QObject::connect(activate, &QPushButton::clicked, &dialog, [&] {
+        if (list->currentRow() >= 0) choice.activated = static_cast<std::size_t>(list->currentRow());
+        dialog.accept();
+    });
+    QObject::connect(close, &QPushButton::clicked, &dialog, [&] {
+        for (const QListWidgetItem* item : list->selectedItems())
+            choice.closed.push_back(static_cast<std::size_t>(list->row(item)));
+        dialog.accept();
+    });
+    dialog.exec();
+    return choice;
+}
+
+void CQtHost::runPageSetup(CRect& margins)
+{
+    QPrinter printer;
+    const auto toMillimetres = [](int thousandths) { return thousandths * millimetresPerThousandth; };
+    printer.setPageMargins(QMarginsF(toMillimetres(margins.left), toMillimetres(margins.top),
+                                     toMillimetres(margins.right), toMillimetres(margins.bottom)),
+                           QPageLayout::Millimeter);
+    QPageSetupDialog dialog(&printer, main);
+    if (dialog.exec() != QDialog::Accepted) return;
+    const QMarginsF chosen = printer.pageLayout().margins(QPageLayout::Millimeter);
+    const auto back = [](double millimetres) { return qRound(millimetres / millimetresPerThousandth); };
+    margins = CRect(back(chosen.left()), back(chosen.top()), back(chosen.right()), back(chosen.bottom()));
+}
+
+void CQtHost::quit() { QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection); }
+
+void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target)
+{
+    QMenu menu(main);
+    host::fill_menu(menu, rows, [&](unsigned id, CCmdUI* ui) { return target.OnCmdMsg(id, ui); });
+    if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
+}
+
+void CQtHost::setStatusText(const std::wstring& text)
+{
+    if (main) main->showStatus(QString::fromStdWString(text));
+}
+
+void CQtHost::output(const std::string& line)
+{
+    if (main) main->addOutput(QString::fromStdString(line));
+}
+
+std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, window_kind kind)
+{
+    QWidget* const inside = host::widget_of(parent);
+    switch (kind) {
+    case window_kind::frame:
+        if (!main) return nullptr;
+        return std::make_unique<CQtFrame>(logic, main->area());
+    case window_kind::text:
+        return std::make_unique<CQtTextPane>(logic, inside);
+    case window_kind::table:
+        return std::make_unique<CQtTablePane>(logic, inside);
+    default: {
+        auto* const widget = new QWidget(inside, kind == window_kind::popup ? Qt::Tool : Qt::Widget);
+        // What the logic does not paint is erased by the logic, and nothing by the toolkit.
+        widget->setAttribute(Qt::WA_OpaquePaintEvent);
+        widget->setFocusPolicy(Qt::StrongFocus);
+        widget->show();
+        return std::make_unique<CQtPeer>(logic, widget);
+    }
+    }
+}
+
+IClipboard* CQtHost::clipboard() { return clips.get(); }
+IScreen* CQtHost::screen() { return display.get(); }
+
+CRect CQtHost::frameArea() const
+{
+    if (!main) return {};
+    const QWidget* const inside = main->area().viewport();
+    const QPoint corner = inside->mapToGlobal(QPoint(0, 0));
+    return CRect({corner.x(), corner.y()}, CSize{inside->width(), inside->height()});
+}
+
+int CQtHost::systemDpi() const
+{
+    const QScreen* const first = QApplication::primaryScreen();
+    return first ? qRound(first->logicalDotsPerInch()) : 0;
+}
+
+void CQtHost::waitCursor(bool on)
+{
+    if (on)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}

@@ -1,0 +1,43 @@
+#pragma once
+#include "platform/Host.h"
+
+#include <QObject>
+#include <memory>
+
+class CMainWindow;
+
+/// The machine as a desktop: windows, prompts, clipboard and screen of the toolkit.
+class CQtHost : public QObject, public IHost {
+public:
+    explicit CQtHost(IProfile& profile_);
+    ~CQtHost() override;
+
+    /// Where frames, status and output go; not owned.
+    void setMainWindow(CMainWindow* window) noexcept { main = window; }
+
+    IProfile& profile() override { return store; }
+    void messageBox(const std::string& text, message_icon icon) override;
+    bool askYesNo(const std::string& text) override;
+    std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override;
+    std::optional<std::wstring> askSavePath(const save_prompt& prompt) override;
+    void runVariableDialog(CVarListDlg& dialog) override;
+    bool showVariableDialog(CVarListDlg& dialog) override;
+    window_choice chooseWindows(const std::vector<std::wstring>& titles) override;
+    void runPageSetup(CRect& margins) override;
+    void quit() override;
+    void trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target) override;
+    void setStatusText(const std::wstring& text) override;
+    void output(const std::string& line) override;
+    std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd* parent, window_kind kind) override;
+    IClipboard* clipboard() override;
+    IScreen* screen() override;
+    CRect frameArea() const override;
+    int systemDpi() const override;
+    void waitCursor(bool on) override;
+
+private:
+    IProfile& store;
+    CMainWindow* main = nullptr;
+    std::unique_ptr<IClipboard> clips;
+    std::unique_ptr<IScreen> display;
+};

@@ -1,0 +1,241 @@
+#include "host/QtPeer.h"
+
+#include "host/QtDC.h"
+#include "host/qt_keys.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QScreen>
+#include <QTimer>
+#include <QWheelEvent>
+
+namespace host {
+
+QRect qt_rect(const CRect& rect) { return {rect.left, rect.top, rect.Width(), rect.Height()}; }
+CRect rect_of(const QRect& rect) { return CRect({rect.x(), rect.y()}, CSize{rect.width(), rect.height()}); }
+
+QWidget* widget_of(const CWnd* window)
+{
+    const auto* peer = window ? dynamic_cast<const CQtPeer*>(window->getPeer()) : nullptr;
+    return peer ? peer->content() : nullptr;
+}
+
+} // namespace host
+
+namespace {
+
+CPoint point_of(const QPointF& point) { return {qFloor(point.x()), qFloor(point.y())}; }
+
+CSize dpi_of(const QWidget& widget) { return {widget.logicalDpiX(), widget.logicalDpiY()}; }
+
+} // namespace
+
+CQtPeer::CQtPeer(CWnd& logic_, QWidget* widget_) : logic(logic_), widget(widget_)
+{
+    widget->setMouseTracking(true);
+    widget->installEventFilter(this);
+}
+
+CQtPeer::~CQtPeer()
+{
+    if (!widget) return;
+    widget->removeEventFilter(this);
+    // Its parent may be gone first, which takes it along.
+    widget->hide();
+    widget->deleteLater();
+}
+
+CRect CQtPeer::clientRect() const { return widget ? CRect({}, CSize{widget->width(), widget->height()}) : CRect(); }
+
+CRect CQtPeer::windowRect() const
+{
+    const QPoint corner = outer()->mapToGlobal(QPoint(0, 0));
+    return CRect({corner.x(), corner.y()}, CSize{outer()->width(), outer()->height()});
+}
+
+void CQtPeer::place(const CRect& rect)
+{
+    if (isMaximized()) return;
+    outer()->setGeometry(host::qt_rect(rect));
+    tellSizeLater();
+}
+
+CPoint CQtPeer::clientToScreen(CPoint point) const
+{
+    const QPoint there = widget->mapToGlobal(QPoint(point.x, point.y));
+    return {there.x(), there.y()};
+}
+
+void CQtPeer::bringToFront()
+{
+    outer()->raise();
+    widget->setFocus();
+}
+
+void CQtPeer::setTitle(const std::wstring& text) { outer()->setWindowTitle(QString::fromStdWString(text)); }
+
+void CQtPeer::setFullScreen(bool on, const CRect& screenRect)
+{
+    if (on) {
+        parentBeforeFullScreen = widget->parentWidget();
+        widget->setParent(nullptr, Qt::Window | Qt::FramelessWindowHint);
+        widget->setGeometry(host::qt_rect(screenRect));
+        widget->show();
+        widget->activateWindow();
+    } else {
+        widget->setParent(parentBeforeFullScreen, Qt::Widget);
+        widget->setGeometry(host::qt_rect(screenRect));
+        widget->show();
+    }
+    widget->setFocus();
+    tellSizeLater();
+}
+
+void CQtPeer::invalidate(const CRgn* region, bool erase)
+{
+    erases |= erase;
+    if (!region) return widget->update();
+    QRegion changed;
+    for (const CRect& rect : region->rectangles()) changed += host::qt_rect(rect);
+    widget->update(changed);
+}
+
+void CQtPeer::update() { widget->repaint(); }
+
+std::unique_ptr<CDC> CQtPeer::clientDC() { return std::make_unique<CQtDC>(dpi_of(*widget)); }
+
+void CQtPeer::setCapture(bool on)
+{
+    if (captured == on) return;
+    captured = on;
+    if (on)
+        widget->grabMouse();
+    else
+        widget->releaseMouse();
+    if (!on) logic.OnCaptureChanged();
+}
+
+void CQtPeer::setCursor(cursor_shape shape) { widget->setCursor(host::qt_cursor(shape)); }
+
+void CQtPeer::setTimer(unsigned id, unsigned milliseconds)
+{
+    std::unique_ptr<QTimer>& timer = timers[id];
+    if (!timer) {
+        timer = std::make_unique<QTimer>();
+        connect(timer.get(), &QTimer::timeout, this, [this, id] { logic.OnTimer(id); });
+    }
+    timer->start(static_cast<int>(milliseconds));
+}
+
+void CQtPeer::killTimer(unsigned id)
+{
+    // Stopped, not freed: this may be its own timeout.
+    if (const auto found = timers.find(id); found != timers.end()) found->second->stop();
+}
+
+void CQtPeer::flushTimers()
+{
+    std::vector<unsigned> waiting;
+    for (const auto& [id, timer] : timers)
+        if (timer->isActive()) waiting.push_back(id);
+    for (const unsigned id : waiting) logic.OnTimer(id);
+}
+
+void CQtPeer::tellSizeLater()
+{
+    if (sizePending) return;
+    sizePending = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            sizePending = false;
+            const CSize now = clientRect().Size();
+            if (now == toldSize) return;
+            toldSize = now;
+            logic.OnSize(now);
+        },
+        Qt::QueuedConnection);
+}
+
+void CQtPeer::paint()
+{
+    CQtDC dc(widget, clientRect().Size(), dpi_of(*widget));
+    logic.OnEraseBkgnd(dc);
+    logic.OnPaint(dc);
+}
+
+bool CQtPeer::handleMouse(QEvent& event)
+{
+    auto& mouse = static_cast<QMouseEvent&>(event);
+    const unsigned flags = host::mouse_flags_of(mouse.buttons(), mouse.modifiers());
+    const CPoint at = point_of(mouse.position());
+    const Qt::MouseButton button = mouse.button();
+    switch (event.type()) {
+    case QEvent::MouseMove:
+        logic.OnMouseMove(flags, at);
+        return true;
+    case QEvent::MouseButtonPress:
+        if (button == Qt::LeftButton) logic.OnLButtonDown(flags, at);
+        if (button == Qt::RightButton) logic.OnRButtonDown(flags, at);
+        if (button == Qt::MiddleButton) logic.OnMButtonDown(flags, at);
+        return true;
+    case QEvent::MouseButtonRelease:
+        if (button == Qt::LeftButton) logic.OnLButtonUp(flags, at);
+        if (button == Qt::RightButton) logic.OnRButtonUp(flags, at);
+        if (button == Qt::MiddleButton) logic.OnMButtonUp(flags, at);
+        return true;
+    default:
+        if (button == Qt::LeftButton) logic.OnLButtonDblClk(flags, at);
+        return true;
+    }
+}
+
+bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != widget) return false;
+    switch (event->type()) {
+    case QEvent::Paint:
+        paint();
+        return true;
+    case QEvent::Resize:
+        tellSizeLater();
+        return false;
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+        return handleMouse(*event);
+    case QEvent::Leave:
+        logic.OnMouseLeave();
+        return false;
+    case QEvent::Wheel: {
+        const auto& wheel = static_cast<QWheelEvent&>(*event);
+        // With Alt or Shift some systems turn the wheel sideways.
+        const int delta = wheel.angleDelta().y() ? wheel.angleDelta().y() : wheel.angleDelta().x();
+        return logic.OnMouseWheel(host::mouse_flags_of(wheel.buttons(), wheel.modifiers()), delta,
+                                  point_of(wheel.position()));
+    }
+    case QEvent::ContextMenu: {
+        const QPoint at = static_cast<QContextMenuEvent*>(event)->globalPos();
+        logic.OnContextMenu({at.x(), at.y()});
+        return true;
+    }
+    case QEvent::KeyPress: {
+        const unsigned key = host::key_of(*static_cast<QKeyEvent*>(event));
+        return key != 0 && logic.OnKeyDown(key);
+    }
+    case QEvent::KeyRelease: {
+        const unsigned key = host::key_of(*static_cast<QKeyEvent*>(event));
+        return key != 0 && logic.OnKeyUp(key);
+    }
+    case QEvent::FocusIn:
+        logic.OnSetFocus();
+        return false;
+    case QEvent::FocusOut:
+        logic.OnKillFocus();
+        return false;
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,55 @@
+// velmira: the workstation.
+#include "base/option_functions.h"
+#include "entry/Application.h"
+#include "host/MainWindow.h"
+#include "host/QtHost.h"
+#include "host/fonts.h"
+#include "host/memory_profile.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QTimer>
+#include <clocale>
+
+namespace {
+
+constexpr int settleTime = 1500; // milliseconds until everything is laid out and rendered
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    QApplication toolkit(count, arguments);
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setApplicationName(QStringLiteral("velmira"));
+    host::memory_profile profile;
+    host::register_fonts();
+    CQtHost machine(profile);
+    CVldvApp app(machine);
+    CMainWindow window(app);
+    machine.setMainWindow(&window);
+    window.resize(1280, 860);
+    window.show();
+    QCommandLineParser options;
+    options.setApplicationDescription(QStringLiteral("Opens what a scanning-probe microscope recorded."));
+    options.addHelpOption();
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                        QStringLiteral("Saves a picture of the window and ends."),
+                                        QStringLiteral("FILE"));
+    options.addOption(screenshot);
+    options.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open"), QStringLiteral("[FILE...]"));
+    options.process(toolkit);
+    for (const QString& path : options.positionalArguments())
+        app.OpenDocumentFile(QFileInfo(path).absoluteFilePath().toStdWString().c_str());
+    window.rebuildMenus();
+    if (options.isSet(screenshot))
+        QTimer::singleShot(settleTime, &window, [&] {
+            const bool saved = window.grab().save(options.value(screenshot));
+            QApplication::exit(saved ? 0 : 1);
+        });
+    const int status = QApplication::exec();
+    app.closeAllFrames();
+    machine.setMainWindow(nullptr);
+    return status;
+}

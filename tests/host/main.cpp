@@ -1,0 +1,11 @@
+#include <QApplication>
+#include <gtest/gtest.h>
+
+int main(int count, char** arguments)
+{
+    // Windows without a display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&count, arguments);
+    const QApplication toolkit(count, arguments);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,182 @@
+// The real main window on the toolkit's offscreen platform.
+#include "document/StorageDocTemplate.h"
+#include "entry/Application.h"
+#include "host/MainWindow.h"
+#include "host/QtFrame.h"
+#include "host/QtHost.h"
+#include "host/VariableDialog.h"
+#include "host/memory_profile.h"
+#include "support/temporary_folder.h"
+#include "view/ChildFrame.h"
+#include "view/RenderedView.h"
+#include "vldv.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMenuBar>
+#include <QTabBar>
+#include <QTableWidget>
+#include <QWheelEvent>
+#include <gtest/gtest.h>
+
+namespace {
+
+void settle()
+{
+    for (int i = 0; i < 20; ++i) {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+class WorkstationTest : public testing::Test {
+protected:
+    WorkstationTest()
+    {
+        machine.setMainWindow(&window);
+        window.resize(1200, 900);
+        window.show();
+        settle();
+    }
+    ~WorkstationTest() override
+    {
+        app.closeAllFrames();
+        machine.setMainWindow(nullptr);
+        settle();
+    }
+    /// 64 by 64 with two sub-images: one that rises to the right, one that rises upwards.
+    CDocument* open(const char* name)
+    {
+        SPMDataStream stream;
+        stream.Init("height", "Height", SPM_VAR_ARRAY, 2u * 64 * 64, 2u);
+        stream.set_array_type(SPM_ARRAY_INT16);
+        SPMDataStream::dimension dimension;
+        dimension.length = 64;
+        stream.set_dimension(0, dimension);
+        stream.set_dimension(1, dimension);
+        const char* names[] = {"Forward", "Reverse"};
+        stream.set_subimage_names(names, 2);
+        for (unsigned i = 0; i < 2u * 64 * 64; ++i)
+            static_cast<short*>(stream.array_data())[i] = static_cast<short>(100 * (i < 4096 ? i % 64 : i / 64 % 64));
+        CStorageDoc document;
+        document.AddNewImages(&stream, 1);
+        const std::wstring path = (folder / name).wstring();
+        document.OnSaveDocument(path.c_str());
+        CDocument* const opened = app.OpenDocumentFile(path.c_str());
+        settle();
+        return opened;
+    }
+    CRenderedView& view(std::size_t frame = 0)
+    {
+        return *dynamic_cast<CRenderedView*>(app.frames().at(frame)->GetActiveView());
+    }
+    QImage shown(std::size_t frame = 0)
+    {
+        view(frame).flushTimers();
+        return host::widget_of(&view(frame))->grab().toImage();
+    }
+
+    temporary_folder folder;
+    host::memory_profile profile;
+    CQtHost machine{profile};
+    CVldvApp app{machine};
+    CMainWindow window{app};
+};
+
+TEST_F(WorkstationTest, ShowsTheSurfaceTheRightWayUpAndSwitchesSubImages)
+{
+    ASSERT_NE(open("a.spm"), nullptr);
+    EXPECT_EQ(view().displayRect.Size(), (CSize{512, 512}));
+    QImage picture = shown();
+    ASSERT_EQ(picture.size(), QSize(512, 512));
+    EXPECT_LT(picture.pixelColor(10, 256).lightness() + 50, picture.pixelColor(500, 256).lightness());
+    EXPECT_EQ(picture.pixelColor(256, 10), picture.pixelColor(256, 500));
+
+    auto& frame = dynamic_cast<CQtFrame&>(*app.frames()[0]->getPeer());
+    auto* const tabs = frame.content()->findChild<QTabBar*>();
+    ASSERT_NE(tabs, nullptr);
+    EXPECT_TRUE(tabs->isVisible());
+    EXPECT_EQ(tabs->tabText(1), "Reverse");
+    EXPECT_EQ(tabs->height(), 20);
+    emit tabs->tabBarClicked(1);
+    settle();
+    picture = shown();
+    EXPECT_GT(picture.pixelColor(256, 10).lightness(), picture.pixelColor(256, 500).lightness() + 50)
+        << "row 0 is the lowest";
+    EXPECT_EQ(app.frames()[0]->GetWindowText(), L"a[Height:Reverse](800%)");
+}
+
+TEST_F(WorkstationTest, TheWheelZoomsWithShiftAndTheMenuCommandsAct)
+{
+    open("a.spm");
+    QWidget* const widget = host::widget_of(&view());
+    QWheelEvent wheel(QPointF(256, 256), widget->mapToGlobal(QPointF(256, 256)), {}, QPoint(0, -120), Qt::NoButton,
+                      Qt::ShiftModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &wheel);
+    settle();
+    EXPECT_EQ(view().displayRect.Size(), (CSize{427, 427})) << "512 / 1.2";
+    EXPECT_TRUE(app.routeCommand(10121, nullptr));
+    settle();
+    EXPECT_EQ(widget->size(), QSize(64, 64));
+
+    QStringList popups;
+    for (const QAction* action : window.menuBar()->actions()) popups << action->text();
+    EXPECT_TRUE(popups.contains("&File"));
+    EXPECT_TRUE(popups.contains("&View"));
+    EXPECT_FALSE(popups.contains("&Mathematics")) << "nothing in it can be done yet";
+}
+
+TEST_F(WorkstationTest, FramesTileAndClose)
+{
+    open("a.spm");
+    open("b.spm");
+    EXPECT_EQ(window.area().subWindowList().size(), 2);
+    window.area().tileSubWindows();
+    settle();
+    EXPECT_NE(view(0).displayRect.Size(), (CSize{512, 512})) << "the view follows its frame";
+    EXPECT_EQ(view(0).image.width(), view(0).displayRect.Width());
+    window.area().closeAllSubWindows();
+    settle();
+    app.freeClosed();
+    settle();
+    EXPECT_TRUE(app.frames().empty());
+    EXPECT_TRUE(window.area().subWindowList().isEmpty());
+    EXPECT_TRUE(vldvSurfaceTemplate.documents().empty());
+}
+
+TEST_F(WorkstationTest, TheVariableDialogTakesWhatIsTyped)
+{
+    std::vector<SPMVar> rows(3);
+    rows[0].Init("width(Width, %),double,0,1,,100*##");
+    rows[1].Init("mode(Mode),enum,a(First),b(Second)");
+    rows[2].Init("hidden,int");
+    SPMVarList list;
+    list.set_variables(rows.data(), 3);
+    CVarListDlg model;
+    model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
+    CVariableDialog dialog(model, &window);
+    dialog.show();
+    ASSERT_EQ(dialog.grid()->rowCount(), 2);
+    auto* const line = qobject_cast<QLineEdit*>(dialog.grid()->cellWidget(0, 1));
+    ASSERT_NE(line, nullptr);
+    line->setFocus();
+    line->selectAll();
+    for (const char key : {'2', '5'}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(QChar(key)));
+        QApplication::sendEvent(line, &press);
+    }
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(line, &enter);
+    EXPECT_EQ(double(list["width"]), 0.25);
+    auto* const box = qobject_cast<QComboBox*>(dialog.grid()->cellWidget(1, 1));
+    ASSERT_NE(box, nullptr);
+    emit box->textActivated("Second");
+    EXPECT_EQ(int(list["mode"]), 1);
+    settle();
+    dialog.reject();
+    EXPECT_EQ(model.result(), CVarListDlg::resultCancel);
+}
+
+} // namespace
