@@ -94,6 +94,8 @@ public:
     /// The operand as a constant text, or nothing.
     std::optional<std::string_view> constantText(const expression_step& step, unsigned operand) const noexcept;
     std::optional<double> constantNumber(const expression_step& step, unsigned operand) const noexcept;
+    /// The operand is "##" alone.
+    bool isOwnValue(const expression_step& step, unsigned operand) const noexcept;
 
 private:
     friend class expression_parser;

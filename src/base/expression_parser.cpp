@@ -240,4 +240,9 @@ std::optional<double> expression::constantNumber(const expression_step& step, un
     return operand(step, i).number;
 }
 
+bool expression::isOwnValue(const expression_step& step, unsigned i) const noexcept
+{
+    return i < step.count && operand(step, i).what == step_kind::own;
+}
+
 } // namespace base
