@@ -200,7 +200,7 @@ void SPMVar::declare(const base::declaration& source)
     } else if (type == SPM_VAR_BOOLEAN) {
         limits.number = {0.0, 1.0, 1.0};
     } else if (type == SPM_VAR_INT) {
-        limits.number = {source.minimum, source.maximum, 1.0};
+        limits.number = {std::ceil(source.minimum), std::floor(source.maximum), 1.0};
     } else if (type == SPM_VAR_DOUBLE) {
         limits.number = {source.minimum, source.maximum, source.step};
     }
@@ -281,8 +281,11 @@ bool SPMVar::from_string(const char* text)
     case SPM_VAR_DOUBLE:
     case SPM_VAR_INT: {
         const auto number = base::leading_number(text);
-        if (number) assign_number(*number);
-        return number.has_value();
+        const bool isFree =
+            type == SPM_VAR_DOUBLE && std::isinf(limits.number.minimum) && std::isinf(limits.number.maximum);
+        if (!number || (std::isnan(*number) && !isFree)) return false; // "nan" lies within no limits
+        assign_number(*number);
+        return true;
     }
     case SPM_VAR_STRING:
         set_string(text);

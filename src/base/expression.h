@@ -88,12 +88,15 @@ public:
     /// The names that it reads, each once, without "#".
     const std::vector<std::string>& names() const noexcept { return nameTable; }
     bool readsOwnValue() const noexcept;
+    bool callsFunctions() const noexcept;
 
     /// The step that gives the result, for those who ask what kind of field it makes.
     const expression_step& root() const noexcept { return steps[result]; }
     /// The operand as a constant text, or nothing.
     std::optional<std::string_view> constantText(const expression_step& step, unsigned operand) const noexcept;
     std::optional<double> constantNumber(const expression_step& step, unsigned operand) const noexcept;
+    /// The operand is "##" alone.
+    bool isOwnValue(const expression_step& step, unsigned operand) const noexcept;
 
 private:
     friend class expression_parser;

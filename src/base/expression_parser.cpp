@@ -228,6 +228,11 @@ bool expression::readsOwnValue() const noexcept
     return std::ranges::any_of(steps, [](const expression_step& step) { return step.what == step_kind::own; });
 }
 
+bool expression::callsFunctions() const noexcept
+{
+    return std::ranges::any_of(steps, [](const expression_step& step) { return step.what == step_kind::callFunction; });
+}
+
 std::optional<std::string_view> expression::constantText(const expression_step& step, unsigned i) const noexcept
 {
     if (i >= step.count || operand(step, i).what != step_kind::text) return std::nullopt;
@@ -238,6 +243,11 @@ std::optional<double> expression::constantNumber(const expression_step& step, un
 {
     if (i >= step.count || operand(step, i).what != step_kind::number) return std::nullopt;
     return operand(step, i).number;
+}
+
+bool expression::isOwnValue(const expression_step& step, unsigned i) const noexcept
+{
+    return i < step.count && operand(step, i).what == step_kind::own;
 }
 
 } // namespace base

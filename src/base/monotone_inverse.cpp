@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
 
 namespace base {
 
@@ -20,19 +22,22 @@ struct bracket {
 /// Moves an infinite end away from the start in doubling steps as long as the function has values there.
 bracket find_bracket(const std::function<double(double)>& function, double wanted, const search_range& range)
 {
+    constexpr double largest = std::numeric_limits<double>::max();
     const bool openLow = !std::isfinite(range.low), openHigh = !std::isfinite(range.high);
-    bracket found{openLow ? std::min(range.start, range.high) : range.low,
-                  openHigh ? std::max(range.start, range.low) : range.high, 0.0, 0.0};
+    const double start = std::isfinite(range.start) ? range.start : 0.0;
+    bracket found{openLow ? std::min(start, range.high) : range.low, openHigh ? std::max(start, range.low) : range.high,
+                  0.0, 0.0};
     found.atLow = function(found.low);
     found.atHigh = function(found.high);
     const double lowest = found.low, highest = found.high;
-    for (double step = 1.0; step < 1e300 && !found.holds(wanted); step *= 2.0) {
-        if (const double value = function(lowest - step); openLow && !std::isnan(value)) {
-            found.low = lowest - step;
+    for (double step = 1.0; std::isfinite(step) && !found.holds(wanted); step *= 2.0) {
+        const double low = std::max(lowest - step, -largest), high = std::min(highest + step, largest);
+        if (const double value = function(low); openLow && !std::isnan(value)) {
+            found.low = low;
             found.atLow = value;
         }
-        if (const double value = function(highest + step); openHigh && !std::isnan(value)) {
-            found.high = highest + step;
+        if (const double value = function(high); openHigh && !std::isnan(value)) {
+            found.high = high;
             found.atHigh = value;
         }
         if (!openLow && !openHigh) break;
@@ -59,7 +64,7 @@ std::optional<double> invert_monotone(const std::function<double(double)>& funct
     if (!ends.holds(wanted)) return nearest_limit(ends, wanted, range);
     const bool rises = ends.atLow < ends.atHigh;
     for (;;) {
-        const double middle = ends.low + (ends.high - ends.low) / 2.0;
+        const double middle = std::midpoint(ends.low, ends.high);
         if (!(middle > ends.low && middle < ends.high)) break;
         const double value = function(middle);
         if (std::isnan(value)) return std::nullopt;
@@ -67,8 +72,10 @@ std::optional<double> invert_monotone(const std::function<double(double)>& funct
         (goesUp ? ends.low : ends.high) = middle;
         (goesUp ? ends.atLow : ends.atHigh) = value;
     }
-    // A jump over the value, as at a pole, is no place where it is reached.
-    if (!(std::fabs(ends.atHigh - ends.atLow) <= 1e-6 * std::max(1.0, std::fabs(wanted)))) return std::nullopt;
+    // A jump over the value, as at a pole, is no place where it is reached; one onto it, as of a staircase, is.
+    const bool isReached = ends.atLow == wanted || ends.atHigh == wanted;
+    const bool isNear = std::fabs(ends.atHigh - ends.atLow) <= 1e-6 * std::max(1.0, std::fabs(wanted));
+    if (!isReached && !isNear) return std::nullopt;
     if (range.wholeNumbers) {
         ends.low = std::max(std::floor(ends.low), range.low);
         ends.high = std::min(ends.low + 1.0, range.high);

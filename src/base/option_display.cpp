@@ -57,16 +57,15 @@ bool is_numeric(const SPMVar& variable) noexcept
     return variable.type != SPM_VAR_NONE && variable.type <= SPM_VAR_BOOLEAN;
 }
 
-bool take_hexadecimal(SPMVar& variable, std::string_view text)
+std::optional<double> hexadecimal_number(std::string_view text)
 {
     text = trimmed(text);
     const bool isNegative = text.starts_with('-');
     if (isNegative) text.remove_prefix(1);
     if (text.starts_with("0x") || text.starts_with("0X")) text.remove_prefix(2);
     const auto number = text.empty() || text.front() == '-' ? std::nullopt : whole_integer("0x" + std::string(text));
-    if (!number) return false;
-    variable = static_cast<double>(isNegative ? -*number : *number);
-    return true;
+    if (!number) return std::nullopt;
+    return static_cast<double>(isNegative ? -*number : *number);
 }
 
 /// The chosen entry takes the place that the display shows.
@@ -101,6 +100,15 @@ bool take_number(SPMVar& variable, const display_function& display, double wante
                                         .wholeNumbers = variable.type != SPM_VAR_DOUBLE});
     if (!found) return false;
     variable = variable.type == SPM_VAR_DOUBLE ? plainest(display, *found, wanted) : *found;
+    return true;
+}
+
+bool take_hexadecimal(SPMVar& variable, const display_function& display, const char* text)
+{
+    const auto wanted = hexadecimal_number(text);
+    if (!wanted) return false;
+    if (!display.source().isOwnValue(display.source().root(), 0)) return take_number(variable, display, *wanted);
+    variable = *wanted;
     return true;
 }
 
@@ -139,7 +147,7 @@ bool take_shown_text(const SPMVarList& list, SPMVar& variable, const char* text)
     if (text == shown_text(list, variable)) return true;
     switch (display.what()) {
     case kind::hexadecimal:
-        return take_hexadecimal(variable, text);
+        return is_numeric(variable) ? take_hexadecimal(variable, display, text) : variable.from_string(text);
     case kind::filePath:
         return variable.from_string(text);
     case kind::listEntry:

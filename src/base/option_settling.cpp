@@ -1,6 +1,7 @@
 #include "base/option_settling.h"
 
 #include "base/declaration.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,9 +44,11 @@ bool store_text(SPMVar& variable, const expression_value& result)
 bool store_evaluated(SPMVar& variable, const expression_value& result)
 {
     switch (variable.type) {
+    case SPM_VAR_BOOLEAN:
+        // What a function answers may be a word, as options are stored.
+        return store_number(variable, result.isText && trimmed(result.text) == "true" ? 1.0 : result.asNumber());
     case SPM_VAR_DOUBLE:
     case SPM_VAR_INT:
-    case SPM_VAR_BOOLEAN:
         return store_number(variable, result.asNumber());
     case SPM_VAR_STRING:
         return store_text(variable, result);
@@ -78,6 +81,7 @@ compiled_options compiled_options::of(std::string_view text)
     const option_fields fields = split_options(text);
     out.display = expression::compile(fields.display);
     out.evaluation = expression::compile(fields.evaluation);
+    out.asksFunctions = out.evaluation && out.evaluation->callsFunctions();
     return out;
 }
 
@@ -113,6 +117,33 @@ void option_settling::declare(unsigned index, const SPMVar& variable)
     touch(index);
 }
 
+option_settling::former_value::former_value(unsigned index_, const SPMVar& variable)
+    : index(index_), timestamp(variable.timestamp)
+{
+    if (variable.type <= SPM_VAR_BOOLEAN)
+        number = variable.value.number.value;
+    else if (variable.type == SPM_VAR_ENUM)
+        number = variable.value.choice.item;
+    else if (variable.type == SPM_VAR_STRING && variable.value.string.text)
+        text = variable.value.string.text;
+}
+
+bool option_settling::former_value::equals(const SPMVar& variable) const
+{
+    const former_value other(index, variable);
+    return number == other.number && text == other.text;
+}
+
+/// On the way to the settled state a variable may leave its value and come back.
+void option_settling::forgetReturned(std::vector<SPMVar>& variables, std::vector<unsigned>& moved) const
+{
+    for (const former_value& former : formers) {
+        if (!former.equals(variables[former.index])) continue;
+        variables[former.index].timestamp = former.timestamp;
+        std::erase(moved, former.index);
+    }
+}
+
 bool option_settling::isDue(unsigned index) const
 {
     const compiled_options& own = compiled[index];
@@ -129,23 +160,29 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
     if (!std::exchange(bound, true))
         for (compiled_options& options : compiled) options.bind(position);
     const unsigned count = static_cast<unsigned>(variables.size());
+    formers.clear();
     bool isMoving = true;
     for (unsigned round = 0; isMoving && round < count; ++round) {
         isMoving = false;
         for (unsigned i = 0; i < count; ++i) {
-            if (!isDue(i)) continue;
+            if (!isDue(i) && (round > 0 || !compiled[i].asksFunctions)) continue;
             compiled[i].evaluatedAt = ++clock;
             const auto result = compiled[i].evaluation->evaluate(
                 {expression_value::of(variables[i]), variables, compiled[i].evaluationInputs});
-            if (!result || !store_evaluated(variables[i], *result)) continue;
+            if (!result) continue;
+            former_value former(i, variables[i]);
+            if (!store_evaluated(variables[i], *result)) continue;
             variables[i].update_timestamp();
             touch(i);
             // Its own move is a reason to evaluate again only for a rule that starts from the value.
             if (!compiled[i].evaluation->readsOwnValue()) compiled[i].evaluatedAt = clock;
             isMoving = true;
-            if (std::ranges::find(moved, i) == moved.end()) moved.push_back(i);
+            if (std::ranges::find(moved, i) != moved.end()) continue;
+            moved.push_back(i);
+            formers.push_back(std::move(former));
         }
     }
+    forgetReturned(variables, moved);
 }
 
 } // namespace base

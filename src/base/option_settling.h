@@ -16,7 +16,8 @@ struct compiled_options {
     std::string text; ///< what was compiled
     std::optional<expression> display, evaluation;
     std::vector<unsigned> displayInputs, evaluationInputs; ///< positions of the names in the list
-    std::uint64_t evaluatedAt = 0;                         ///< clock of the last evaluation
+    bool asksFunctions = false;    ///< the evaluation may differ though nothing in the list does
+    std::uint64_t evaluatedAt = 0; ///< clock of the last evaluation
 
     /// Compiles the options of a declaration, "display,evaluation".
     static compiled_options of(std::string_view text);
@@ -31,17 +32,31 @@ public:
     void declare(unsigned index, const SPMVar& variable);
     /// Tells that the variable at `index` has another value.
     void touch(unsigned index) { changedAt[index] = ++clock; }
-    /// Evaluates in the order of declaration what reads a changed variable and stores the results, again and again
-    /// until nothing moves, at most as many rounds as there are variables. Allocates nothing where values are numbers.
-    /// \param moved  receives the positions that changed, each once
+    /// Evaluates in the order of declaration what reads a changed variable or calls a function and stores the results,
+    /// again and again until nothing moves, at most as many rounds as there are variables. Allocates nothing where
+    /// values are numbers.
+    /// \param moved  receives the positions that changed, each once; one that came back to its value did not change
     void settle(std::vector<SPMVar>& variables, const std::function<unsigned(std::string_view)>& position,
                 std::vector<unsigned>& moved);
 
     const compiled_options& operator[](unsigned index) const noexcept { return compiled[index]; }
 
 private:
-    bool isDue(unsigned index) const;
+    /// A variable before it first moved.
+    struct former_value {
+        unsigned index;
+        std::uint64_t timestamp;
+        double number = 0.0; ///< of an enum its item
+        std::string text;
 
+        former_value(unsigned index_, const SPMVar& variable);
+        bool equals(const SPMVar& variable) const;
+    };
+
+    bool isDue(unsigned index) const;
+    void forgetReturned(std::vector<SPMVar>& variables, std::vector<unsigned>& moved) const;
+
+    std::vector<former_value> formers; ///< of the present settling
     std::vector<compiled_options> compiled;
     std::vector<std::uint64_t> changedAt; ///< clock of the last change, one a variable
     std::uint64_t clock = 0;

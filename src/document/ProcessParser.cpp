@@ -25,6 +25,7 @@ void CProcessParser::applyLabels(SPMVar& variable) const
 
 void CProcessParser::init()
 {
+    currentVariable.clear(); // a file that broke off inside a variable left it open
     add_start_handler("var", &CProcessParser::xmlh_var);
     add_end_handler("var", &CProcessParser::xmlh_var_end);
     add_start_handler("item", &CProcessParser::xmlh_item);

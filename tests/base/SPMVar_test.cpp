@@ -33,6 +33,8 @@ TEST(SPMVarNumber, TakesTheNearestAllowedValue)
         {"n,int,0,9", 2.5, 3},
         {"n,int", -2.5, -2},
         {"n,int,,5", 77, 5},
+        {"n,int,0.5,2.5", 9, 2}, // limits between whole numbers leave the whole ones inside
+        {"n,int,0.5,2.5", -9, 1},
         {"b,boolean", 5, 1},
         {"b,boolean", 0.2, 0},
     };
@@ -130,6 +132,13 @@ TEST(SPMVar, TextAndValueAreInverse)
     SPMVar equal = declared("e,enum,a(x),a(y)");
     equal.set_enum_val(1);
     EXPECT_STREQ(equal.as_string().c_str(), "y") << "the key alone would name the first";
+
+    SPMVar limited = declared("x,double,0,5"), whole = declared("n,int");
+    EXPECT_FALSE(limited.from_string("nan")) << "it lies within no limits";
+    EXPECT_FALSE(whole.from_string("-nan"));
+    EXPECT_EQ(double(limited) + double(whole), 0.0);
+    EXPECT_TRUE(x.from_string("nan")) << "a free number may be any";
+    EXPECT_TRUE(std::isnan(double(x)));
 
     SPMVar colour = declared("c,int");
     EXPECT_TRUE(colour.from_string("0x0064c800)"));

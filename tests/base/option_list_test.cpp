@@ -103,6 +103,22 @@ TEST(OptionList, CyclesEndAfterAsManyRoundsAsVariables)
     EXPECT_EQ(int(chain["a"]), 9);
 }
 
+TEST(OptionList, OnlyWhatDiffersAfterSettlingIsTold)
+{
+    SPMVarList list = list_of({{"a,int", "0"},
+                               {"y,int,,,,#a", nullptr},
+                               {"x,int,,,,#y-#z", nullptr}, // moves to 1 before z follows, then back to 0
+                               {"text,string,,if(#x,\"apart\",\"equal\")", nullptr},
+                               {"z,int,,,,#a", nullptr}});
+    recording_handler handler;
+    list.AddFireVariableChangeHandler(&handler);
+    const std::uint64_t before = list["x"].timestamp;
+    list.set_var("a", "1");
+    EXPECT_EQ(handler.told, (std::vector<std::string>{"a", "y", "z"}));
+    EXPECT_EQ(list["x"].timestamp, before);
+    EXPECT_STREQ(list["text"].as_string().c_str(), "equal");
+}
+
 TEST(OptionList, AHandlerMayChangeTheListAgain)
 {
     SPMVarList list = list_of({{"a,int", "0"}, {"b,int", "0"}, {"c,int,,,,#b*2", nullptr}});
@@ -187,6 +203,8 @@ char* codecs() { return copied("(x264: fast),(MJPEG)"); }
 char* has_config(int codec) { return copied(codec == 2 ? "1" : "0"); }
 char* difference(int a, int b) { return copied(std::to_string(a - b).c_str()); }
 char* nothing() { return nullptr; }
+const char* answer = "";
+char* answered() { return copied(answer); }
 
 class OptionFunctions : public testing::Test {
 protected:
@@ -245,6 +263,19 @@ TEST_F(OptionFunctions, EvaluateWithNumbersAndAlwaysFree)
     EXPECT_EQ(freed, 3) << "items, evaluation and difference; a null text needs no release";
     list.set_var("codec", "None");
     EXPECT_FALSE(list["codec_config"]);
+}
+
+TEST_F(OptionFunctions, AreAskedAgainAfterEachChange)
+{
+    answer = "true";
+    SPMVarList list = list_of({{"other,int", "0"}, {"has,boolean,,call_function(\"vldv:Answered*Free\")", nullptr}});
+    EXPECT_FALSE(list["has"]) << "not registered yet";
+    add("Answered", reinterpret_cast<base::any_function>(answered));
+    list.set_var("other", "1");
+    EXPECT_TRUE(list["has"]);
+    answer = "false";
+    list.set_var("other", "2");
+    EXPECT_FALSE(list["has"]);
 }
 
 } // namespace

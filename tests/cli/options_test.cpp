@@ -75,4 +75,29 @@ TEST_F(ProgramTest, BadDeclarationsAreNamedWithLineAndReason)
     EXPECT_EQ(vldv({"options"}).status, 2);
 }
 
+TEST_F(ProgramTest, HostileDeclarationsAreNamedAndTheRestIsDone)
+{
+    using namespace std::string_literals;
+    write_file(folder / "hostile.txt", "\xef\xbb\xbf"
+                                       "first(First),int\t3\n"
+                                       "big(Big),array,4294967295,4294967295\n"
+                                       "large(Large),array,3000000000,1\n"
+                                       "zero(Ze\0ro),int\n"
+                                       "a b(Blank),int\n"
+                                       "gr\xc3\xb6\xc3\x9f,int\n"
+                                       "last,array,2,2\n"s);
+    const program_result result = vldv({"options", "hostile.txt", "--json"});
+    EXPECT_EQ(result.status, 1);
+    for (const char* problem :
+         {"line 2: the array is larger than 64 MiB", "line 3: the array is larger than 64 MiB", "line 4: a zero byte",
+          "line 5: the name \"a b\" holds more than letters, digits, \"_\" and \".\"", "line 6: the name \"gr"})
+        EXPECT_NE(result.err.find(problem), std::string::npos) << problem << "\n" << result.err;
+    ASSERT_TRUE(json::accept(result.out)) << result.out;
+    const json variables = json::parse(result.out)["variables"];
+    ASSERT_EQ(variables.size(), 2u);
+    EXPECT_EQ(variables[0]["name"], "first");
+    EXPECT_EQ(variables[0]["value"], "3");
+    EXPECT_EQ(variables[1]["value"], "00000000");
+}
+
 } // namespace

@@ -48,4 +48,14 @@ TEST(ProcessParser, ReplacesLabelsAndKeepsValues)
     EXPECT_STREQ(other.get_description(), "Other");
 }
 
+TEST(ProcessParser, ABrokenFileLeavesNoVariableOpenForTheNext)
+{
+    CProcessParser parser;
+    std::istringstream broken("<p><var id=\"a\" name=\"A\">"), next("<p><item filter=\"x\" name=\"free\"/></p>");
+    EXPECT_FALSE(parser.load_xml(broken));
+    ASSERT_TRUE(parser.load_xml(next));
+    EXPECT_EQ(parser.itemLabels.at("").at("x"), "free");
+    EXPECT_EQ(parser.labels.at("a"), "A") << "what was read before the break stays";
+}
+
 } // namespace
