@@ -156,6 +156,7 @@ public:
     const string_table& strings(unsigned image) const noexcept;
 
     // Document
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
     bool OnNewDocument() override;
     bool OnOpenDocument(const wchar_t* path) override;
     bool OnSaveDocument(const wchar_t* path) override;
@@ -192,6 +193,12 @@ private:
         return *reinterpret_cast<short*>(static_cast<char*>(getImageDataS(image, sub)) +
                                          element * static_cast<std::ptrdiff_t>(bytes));
     }
+    void OnFileSave();
+    void OnFileSaveAs();
+    void OnFileRevert();
+    void OnFileDelete();
+    void OnShowAllImages();
+    void OnUpdateRevert(CCmdUI& ui);
     string_table& table(unsigned image) noexcept;
     void takeSnapshot(unsigned image, history& stack, unsigned lostText);
     void restoreFrom(unsigned image, const CUndoData& record);

@@ -26,12 +26,12 @@ private:
 
 CView::~CView()
 {
-    if (shown) shown->RemoveView(this);
+    if (attachedTo) attachedTo->RemoveView(this);
 }
 
 CDocument::~CDocument()
 {
-    for (CView* view : attached) view->shown = nullptr;
+    for (CView* view : attached) view->attachedTo = nullptr;
 }
 
 bool CDocument::OnNewDocument()
@@ -83,13 +83,13 @@ void CDocument::SetTitle(const wchar_t* text) { title = text; }
 void CDocument::AddView(CView* view)
 {
     attached.push_back(view);
-    view->shown = this;
+    view->attachedTo = this;
 }
 
 void CDocument::RemoveView(CView* view)
 {
     if (std::erase(attached, view) == 0) return;
-    view->shown = nullptr;
+    view->attachedTo = nullptr;
     if (attached.empty() && autoDelete) OnCloseDocument();
 }
 

@@ -18,7 +18,7 @@ CFrameWnd* CView::GetParentFrame() const noexcept
     return nullptr;
 }
 
-bool CView::OnCmdMsg(unsigned id, CCmdUI* ui) { return shown && shown->OnCmdMsg(id, ui); }
+bool CView::OnCmdMsg(unsigned id, CCmdUI* ui) { return attachedTo && attachedTo->OnCmdMsg(id, ui); }
 
 CFrameWnd::~CFrameWnd() = default;
 
@@ -28,7 +28,7 @@ bool CFrameWnd::LoadFrame(CDocTemplate* template_, unsigned menuId, std::unique_
     menu = menuId;
     pane = std::move(view_);
     Create(nullptr, window_kind::frame);
-    if (pane) pane->Create(this, window_kind::view);
+    if (pane) pane->Create(this, pane->kind());
     RecalcLayout();
     return true;
 }

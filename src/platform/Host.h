@@ -1,4 +1,5 @@
 #pragma once
+#include "base/SPMVar.h"
 #include "platform/Clipboard.h"
 #include "platform/Screen.h"
 #include "platform/WindowPeer.h"
@@ -69,6 +70,13 @@ struct open_prompt {
     std::string filter; ///< "name|pattern|name|pattern||"
     bool several = false;
     bool preview = false;
+    std::vector<SPMVar>* variables = nullptr; ///< shown below the list and changed by the user; null: none
+};
+
+/// What the user chose in the list of windows.
+struct window_choice {
+    std::vector<std::size_t> closed;
+    std::size_t activated = std::size_t(-1);
 };
 
 /// What a save dialog is asked to show.
@@ -95,6 +103,12 @@ public:
     virtual bool showVariableDialog(CVarListDlg&) { return false; }
     /// Offers the rows of a popup at a point of the screen; `target` updates and runs them.
     virtual void trackPopupMenu(const std::vector<menu_row>&, CPoint, CCmdTarget&) {}
+    /// Shows the open windows by their titles.
+    virtual window_choice chooseWindows(const std::vector<std::wstring>&) { return {}; }
+    /// Asks for paper and margins, the latter in thousandths of an inch.
+    virtual void runPageSetup(CRect&) {}
+    /// Ends the program after the present event.
+    virtual void quit() {}
     virtual void setStatusText(const std::wstring&) {}
     /// A line for the output pane.
     virtual void output(const std::string&) {}

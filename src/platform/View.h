@@ -18,7 +18,7 @@ class CView : public CWnd {
 public:
     ~CView() override;
 
-    CDocument* GetDocument() const noexcept { return shown; }
+    CDocument* GetDocument() const noexcept { return attachedTo; }
     CFrameWnd* GetParentFrame() const noexcept;
     /// Something changed. \param sender  the view that changed it, or null; \param hint  what, see `CDocument`
     virtual void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) = 0;
@@ -29,11 +29,16 @@ public:
     /// The frame goes: the view has left its document already and may let others go; its memory is freed later.
     virtual void OnFrameClosed() {}
 
+    /// What kind of pane the host makes for it.
+    virtual window_kind kind() const noexcept { return window_kind::view; }
+    /// What the user typed into the search field of a table.
+    virtual void setFilter(const std::wstring&) {}
+
     void OnPaint(CDC& dc) override { OnDraw(dc); }
     /// The view first, then its document.
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
 private:
     friend class CDocument;
-    CDocument* shown = nullptr;
+    CDocument* attachedTo = nullptr;
 };

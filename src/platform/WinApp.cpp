@@ -22,9 +22,14 @@ CWinApp::CWinApp(IHost& host_) : machine(host_)
 
 CWinApp::~CWinApp()
 {
+    closeAllFrames();
+    current = nullptr;
+}
+
+void CWinApp::closeAllFrames()
+{
     while (!opened.empty()) opened.back()->DestroyFrame();
     freeClosed();
-    current = nullptr;
 }
 
 CDocTemplate* CWinApp::findTemplate(unsigned resourceId) const noexcept

@@ -35,6 +35,7 @@ public:
     const std::vector<std::unique_ptr<CFrameWnd>>& frames() const noexcept { return opened; }
     CFrameWnd* activeFrame() const noexcept { return active; }
     void setActiveFrame(CFrameWnd* frame) noexcept { active = frame; }
+    void closeAllFrames();
     /// A frame that closes is not active any more.
     void frameLeaves(CFrameWnd& frame) noexcept;
     /// Keeps what has closed until `freeClosed`, which the host calls between two events.

@@ -11,6 +11,8 @@ class CWnd;
 enum class window_kind {
     frame, ///< a document's frame in the main window
     view,  ///< the pane of a frame
+    text,  ///< a pane of text
+    table, ///< a pane with a table and a field to search in it
     child, ///< a control or overlay inside another window
     popup, ///< a window of its own
 };
@@ -39,6 +41,9 @@ public:
     virtual void setTitle(const std::wstring& text) = 0;
     /// Tabs along the upper edge of a frame, 20 pixels high.
     virtual void setTabs(const std::vector<std::wstring>&, int, bool) {}
+    /// Content of a pane of text, and of a table with its headings in row 0.
+    virtual void setText(const std::wstring&) {}
+    virtual void setTable(const std::vector<std::vector<std::wstring>>&) {}
     /// Over all of a monitor without decoration, or back where it was.
     virtual void setFullScreen(bool on, const CRect& screenRect) = 0;
 

@@ -22,3 +22,11 @@ const char* const optionsLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
 <button left="43" top="104" width="40" height="12" type="cancel"/>
 </varlist>
 )";
+
+const char* const settingsLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
+<varlist xmlns="http://velmira.example/vlvarlist/VarList.xsd" name="Settings">
+<defaultvarlist left="2" top="2" width="246" height="120" parname="Setting" valname="Value"/>
+<button left="2" top="126" width="40" height="12" type="ok"/>
+<button left="43" top="126" width="40" height="12" type="cancel"/>
+</varlist>
+)";

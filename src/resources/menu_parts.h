@@ -14,6 +14,9 @@ constexpr menu_row dynamic(std::uint8_t depth, unsigned first, unsigned last)
     return {depth, menu_kind::dynamic, first, last, "", ""};
 }
 
+/// Commands of the functions of modules, in the order of the catalogue, and of the macros behind them.
+constexpr unsigned firstMathCommand = 9192, lastMathCommand = 9999;
+
 using menu_rows = std::span<const menu_row>;
 
 menu_rows file_rows();      ///< the popup "File" of a frame with a document
@@ -26,6 +29,7 @@ menu_rows help_rows();
 
 menu_rows surface_rows(); ///< cursor modes, view, mathematics of a surface
 menu_rows section_rows();
+menu_rows parametric_curve_rows();
 menu_rows line_rows();
 menu_rows scene_rows(); ///< 3-D surface
 menu_rows histogram_rows();
@@ -33,8 +37,10 @@ menu_rows fourier_rows();
 menu_rows capture_rows();
 menu_rows features_rows();
 menu_rows volume_rows();
-menu_rows plain_view_rows(); ///< texts, tables, parameters
+menu_rows plain_view_rows(); ///< texts, tables, parameters, collages
 
 menu_rows scale_popup_rows();
 menu_rows cursor_popup_rows();
 menu_rows file_popup_rows();
+menu_rows preferences_popup_rows(); ///< tail of a surface's context menu
+menu_rows filters_popup_rows();

@@ -17,16 +17,17 @@ struct bar_row {
 };
 
 constexpr bar_row bars[] = {
-    {101, section_rows, false},    {102, surface_rows, true},     {103, line_rows, false},
-    {105, scene_rows, true},       {106, histogram_rows, false},  {107, plain_view_rows, true},
-    {108, plain_view_rows, false}, {109, fourier_rows, true},     {112, capture_rows, false},
-    {113, features_rows, false},   {114, plain_view_rows, false}, {115, plain_view_rows, false},
-    {118, volume_rows, true},      {119, section_rows, false},    {120, histogram_rows, false},
-    {121, plain_view_rows, false},
+    {101, section_rows, false},    {102, surface_rows, true},           {103, line_rows, false},
+    {105, scene_rows, true},       {106, histogram_rows, false},        {107, plain_view_rows, true},
+    {108, plain_view_rows, false}, {109, fourier_rows, true},           {112, capture_rows, false},
+    {113, features_rows, false},   {114, plain_view_rows, false},       {115, plain_view_rows, false},
+    {118, volume_rows, true},      {119, parametric_curve_rows, false}, {120, histogram_rows, false},
+    {121, plain_view_rows, false}, {125, plain_view_rows, false},
 };
 
-constexpr unsigned allIds[] = {mainMenu,        101, 102, 103, scalePopup, 105, 106, 107, 108, 109,
-                               cursorModePopup, 112, 113, 114, 115,        118, 119, 120, 121, fileOperationsPopup};
+constexpr unsigned allIds[] = {mainMenu,           101, 102, 103, scalePopup, 105, 106, 107, 108, 109,
+                               cursorModePopup,    112, 113, 114, 115,        118, 119, 120, 121, 125,
+                               fileOperationsPopup};
 
 constexpr unsigned mainToolbar[] = {57601, 57603, 0, 57607, 0, 57634, 57643, 57644, 0, 10012};
 constexpr unsigned surfaceToolbar[] = {6001, 6002, 6011,  6003,  6004,  6005,  6006, 6007,  6008, 6009,
@@ -62,6 +63,14 @@ std::vector<menu_row> menu_resource(unsigned id)
     if (bar == std::end(bars)) return {};
     const menu_rows colors = bar->isColored ? palette_rows() : menu_rows();
     return joined({file_rows(), edit_rows(), bar->own(), colors, options_rows(), window_rows(), help_rows()});
+}
+
+std::vector<menu_row> surface_context_menu(bool hasCursorModes, bool hasFileOperations, bool hasFilters)
+{
+    if (!hasCursorModes && !hasFileOperations && !hasFilters) return {};
+    return joined({hasCursorModes ? cursor_popup_rows() : menu_rows(),
+                   hasFileOperations ? file_popup_rows() : menu_rows(), preferences_popup_rows(),
+                   hasFilters ? filters_popup_rows() : menu_rows()});
 }
 
 std::span<const unsigned> toolbar_resource(unsigned id)

@@ -20,12 +20,16 @@ struct menu_row {
     const char* shortcut = ""; ///< "Ctrl+D", or empty
 };
 
-/// The rows of a menu by number: the bar of a frame (101 to 121 as its template), of the main window without a
+/// The rows of a menu by number: the bar of a frame (101 to 125 as its template), of the main window without a
 /// document (`mainMenu`), or a popup (104 the colour scale's, 111 cursor modes, 126 file operations). Empty for an
 /// unknown number.
 std::vector<menu_row> menu_resource(unsigned id);
 
 constexpr unsigned mainMenu = 100, scalePopup = 104, cursorModePopup = 111, fileOperationsPopup = 126;
+
+/// The context menu of a surface, put together by its options "context_menu.cursor_mode", ".file_operations" and
+/// ".filters". Empty when all are off: the preferences open in its place.
+std::vector<menu_row> surface_context_menu(bool hasCursorModes, bool hasFileOperations, bool hasFilters);
 
 /// The commands of a toolbar by the number of its frame's template, 0 for a separator; `mainMenu` is the main one.
 std::span<const unsigned> toolbar_resource(unsigned id);

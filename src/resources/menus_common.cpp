@@ -119,6 +119,16 @@ constexpr menu_row filePopupRows[] = {
     item(1, 10151, "&Duplicate"),
 };
 
+constexpr menu_row preferencesPopup[] = {
+    separator(0),
+    item(0, 10118, "&Preferences..."),
+};
+
+constexpr menu_row filtersPopup[] = {
+    separator(0),
+    item(0, 10183, "Filters"),
+};
+
 } // namespace
 
 menu_rows file_rows() { return file; }
@@ -130,3 +140,5 @@ menu_rows window_rows() { return window; }
 menu_rows help_rows() { return help; }
 menu_rows scale_popup_rows() { return scalePopupRows; }
 menu_rows file_popup_rows() { return filePopupRows; }
+menu_rows preferences_popup_rows() { return preferencesPopup; }
+menu_rows filters_popup_rows() { return filtersPopup; }

@@ -5,6 +5,7 @@ namespace {
 constexpr menu_row plainView[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
 };
 
@@ -45,7 +46,7 @@ constexpr menu_row surface[] = {
     separator(1),
     popup(1, "Marks st&yle"),
     item(2, 6101, "&Arrows"),
-    item(2, 6102, "&V"),
+    item(2, 6102, "V"),
     separator(2),
     item(2, 10028, "&Numbered"),
     popup(1, "Cl&ear"),
@@ -74,7 +75,7 @@ constexpr menu_row surface[] = {
     item(1, 10096, "C&reate Calibration Curve"),
     separator(1),
     item(1, 10033, "Macros..."),
-    dynamic(1, 9193, 9999), // macros and functions of modules
+    dynamic(1, firstMathCommand, lastMathCommand),
 };
 
 constexpr menu_row cursorPopup[] = {
@@ -102,6 +103,7 @@ constexpr menu_row cursorPopup[] = {
 constexpr menu_row section[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
     separator(1),
     item(1, 10016, "&Refresh", "F5"),
@@ -116,6 +118,7 @@ constexpr menu_row section[] = {
     item(2, 10135, "&Finite"),
     item(2, 10142, "&Cyclic"),
     item(1, 10031, "&Histogram"),
+    item(1, 10080, "Resolution..."),
     item(1, 10122, "&Select X curve..."),
     separator(1),
     item(1, 10116, "&Force curve analysis"),
@@ -124,43 +127,75 @@ constexpr menu_row section[] = {
     item(1, 10150, "Build &normalized force curve"),
     separator(1),
     item(1, 10033, "Macros..."),
-    dynamic(1, 9193, 9999),
+    dynamic(1, firstMathCommand, lastMathCommand),
+};
+
+constexpr menu_row parametricCurve[] = {
+    popup(0, "&View"),
+    item(1, 10020, "Sho&w Legend"),
+    item(1, 10121, "&Actual pixels"),
+    item(1, 10138, "Full Screen", "F11"),
+    item(1, 10016, "&Refresh", "F5"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
+    popup(0, "&Mathematics"),
+    item(1, 10169, "Copy &data as text"),
+    separator(1),
+    item(1, 10033, "Macros..."),
+    dynamic(1, firstMathCommand, lastMathCommand),
 };
 
 constexpr menu_row line[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
     item(1, 10016, "&Refresh", "F5"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
 };
 
 constexpr menu_row scene[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
     item(1, 10139, "&Stereo", "S"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
     item(1, 10016, "&Refresh", "F5"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
 };
 
 constexpr menu_row volume[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
     item(1, 10139, "&Stereo", "S"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
     popup(0, "&Volume"),
     item(1, 10119, "&Build Slice"),
     item(1, 10120, "&Align on Slice"),
     item(1, 10116, "&Force curve analysis"),
     separator(1),
     item(1, 10033, "Macros..."),
-    dynamic(1, 9193, 9999),
+    dynamic(1, firstMathCommand, lastMathCommand),
 };
 
 constexpr menu_row histogram[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
     item(1, 10016, "&Refresh", "F5"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
     popup(0, "&Histogram"),
     item(1, 10061, "Cutoff"),
     item(1, 10080, "Resolution..."),
@@ -170,8 +205,12 @@ constexpr menu_row fourier[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
     item(1, 10017, "&Normalize"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
     item(1, 10016, "&Refresh", "F5"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
     popup(0, "F&ourier"),
     item(1, 6201, "&Select"),
     item(1, 6202, "&Marks"),
@@ -192,8 +231,12 @@ constexpr menu_row fourier[] = {
 constexpr menu_row features[] = {
     popup(0, "&View"),
     item(1, 10020, "Sho&w Legend"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
     item(1, 10016, "&Refresh", "F5"),
+    separator(1),
+    item(1, 10151, "&Duplicate"),
+    item(1, 10157, "Display Parameters"),
     popup(0, "Fe&atures"),
     popup(1, "&Remove"),
     item(2, 10067, "Filtered"),
@@ -212,6 +255,7 @@ constexpr menu_row capture[] = {
     item(1, 10078, "Capture &multiple frames"),
     separator(1),
     item(1, 10074, "Restore original size"),
+    item(1, 10121, "&Actual pixels"),
     item(1, 10138, "Full Screen", "F11"),
 };
 
@@ -221,6 +265,7 @@ menu_rows plain_view_rows() { return plainView; }
 menu_rows surface_rows() { return surface; }
 menu_rows cursor_popup_rows() { return cursorPopup; }
 menu_rows section_rows() { return section; }
+menu_rows parametric_curve_rows() { return parametricCurve; }
 menu_rows line_rows() { return line; }
 menu_rows scene_rows() { return scene; }
 menu_rows volume_rows() { return volume; }

@@ -84,6 +84,7 @@ const string_row stringTable[] = {
     {4036, "Bitmap"},
     {4998, saveFilesLayoutText},
     {4999, optionsLayoutText},
+    {5000, settingsLayoutText}, // the program's own
 
     {6001, "Select rectangular region\nRectangular selection"},
     {6002, "Select elliptic region\nElliptic selection"},
@@ -100,6 +101,7 @@ const string_row stringTable[] = {
     {6013, "Remove features by erasing mask\nExclude features"},
 
     {10061, "Cutoff poits behind left and right edges of selection"},
+    {10067, "Set filtered features to the minimum height"},
     {10122, "Select curve for X series in parametric dependencie"},
     {10130, "Find vertical steps on the image and trace their position"},
     {10132, "Evaluate normalized unbiased auto-correlation function"},

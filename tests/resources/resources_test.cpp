@@ -20,6 +20,54 @@ TEST(Strings, AreFoundByNumber)
     EXPECT_STREQ(string_resource(99999), "");
 }
 
+/// What stands behind the percent signs of a format: "lG", "hs", ...
+std::string specifiers(const std::string& format)
+{
+    std::string out;
+    for (std::size_t at = format.find('%'); at != std::string::npos; at = format.find('%', at)) {
+        const std::size_t begin = format.find_first_not_of("0123456789.*", at + 1);
+        const std::size_t end = format.find_first_of("dsfgG%", begin);
+        out += format.substr(begin, end - begin + 1) + ' ';
+        at = end + 1;
+    }
+    return out;
+}
+
+TEST(Strings, FormatsTakeTheArgumentsTheirUsersPass)
+{
+    struct format_row {
+        unsigned id;
+        const char* arguments;
+    };
+    const format_row expected[] = {
+        {1001, "lG hs lG hs lG hs "},
+        {1002, "lG hs lG hs lG hs "},
+        {1003, "lG hs lG hs lG hs "},
+        {1004, "lf lG hs "},
+        {1005, "lf "},
+        {1006, "lG hs "},
+        {1007, "d lG hs "},
+        {1008, ""},
+        {1012, "d "},
+        {1017, "lG hs "},
+        {1019, "lG hs "},
+        {1020, "lG hs "},
+        {1024, "lf hs lf hs lf hs % lf "},
+        {1038, "s "},
+        {1040, "s "},
+        {1049, "d s "},
+        {1055, "s "},
+        {1056, "s "},
+        {1066, "lG hs "},
+        {1067, "lG hs "},
+        {1077, "hs "},
+        {1080, "hs "},
+        {4027, "s d "},
+        {4033, "d "},
+    };
+    for (const auto& [id, arguments] : expected) EXPECT_EQ(specifiers(string_resource(id)), arguments) << id;
+}
+
 TEST(Strings, DocumentStringsHaveSevenLines)
 {
     for (const unsigned id : string_resource_ids())
@@ -57,6 +105,7 @@ TEST(Menus, AreWellFormed)
         const std::vector<menu_row> rows = menu_resource(id);
         ASSERT_FALSE(rows.empty()) << id;
         std::map<std::string, unsigned> shortcuts;
+        std::map<unsigned, std::string> texts;
         unsigned deepest = 0; // that the next row may have
         for (const menu_row& row : rows) {
             EXPECT_LE(row.depth, deepest) << id << ' ' << row.text;
@@ -65,6 +114,10 @@ TEST(Menus, AreWellFormed)
             EXPECT_EQ(*row.text != '\0', hasText) << id << ' ' << row.id;
             EXPECT_EQ(row.id != 0, row.kind == menu_kind::command || row.kind == menu_kind::dynamic) << row.text;
             EXPECT_TRUE(row.kind != menu_kind::dynamic || row.id < row.lastId) << row.id;
+            if (row.kind == menu_kind::command) {
+                const std::string& first = texts.emplace(row.id, row.text).first->second;
+                EXPECT_EQ(first, row.text) << id << ": two texts for " << row.id;
+            }
             if (!*row.shortcut) continue;
             const auto [place, isNew] = shortcuts.emplace(row.shortcut, row.id);
             EXPECT_EQ(place->second, row.id) << id << ": two commands on " << row.shortcut;
@@ -73,10 +126,66 @@ TEST(Menus, AreWellFormed)
     EXPECT_TRUE(menu_resource(99).empty());
 }
 
+TEST(Menus, HoldTheCommandsOfTheirViews)
+{
+    struct known_row {
+        unsigned menu, id;
+        const char *text, *shortcut;
+    };
+    const known_row known[] = {
+        {scalePopup, 12007, "Multicolor &1", ""},
+        {scalePopup, 10156, "Per-line Autoscaling with Planefit", ""},
+        {cursorModePopup, 6010, "&Lengthy Objects", ""},
+        {101, 10122, "&Select X curve...", ""},
+        {102, 10100, "Measure &Distance && Height", "Ctrl+D"},
+        {102, 10191, "&Hilighted", ""},
+        {102, 10143, "&Inverse Selection", "Ctrl+Shift+I"},
+        {105, 10139, "&Stereo", "S"},
+        {106, 10061, "Cutoff", ""},
+        {109, 10098, "Increase", "Ctrl+Up"},
+        {112, 10078, "Capture &multiple frames", ""},
+        {113, 10104, "E&xclude filtered from histogram", ""},
+        {118, 10120, "&Align on Slice", ""},
+        {119, 10169, "Copy &data as text", ""},
+    };
+    for (const known_row& wanted : known) {
+        const std::vector<menu_row> rows = menu_resource(wanted.menu);
+        const auto row = std::ranges::find(rows, wanted.id, &menu_row::id);
+        ASSERT_NE(row, rows.end()) << wanted.menu << ' ' << wanted.id;
+        EXPECT_STREQ(row->text, wanted.text);
+        EXPECT_STREQ(row->shortcut, wanted.shortcut);
+    }
+    for (const unsigned id : {101u, 102u, 118u, 119u}) {
+        const std::vector<menu_row> rows = menu_resource(id);
+        EXPECT_TRUE(std::ranges::any_of(rows, [](const menu_row& row) { return row.id == 9192 && row.lastId > 9192; }))
+            << id << ": the first function of the first module is left out";
+    }
+}
+
+TEST(Menus, OptionsChooseThePartsOfASurfacesContextMenu)
+{
+    EXPECT_TRUE(surface_context_menu(false, false, false).empty()) << "the preferences open in its place";
+    const auto commands = [](const std::vector<menu_row>& rows) {
+        std::set<unsigned> ids;
+        for (const menu_row& row : rows) ids.insert(row.id);
+        return ids;
+    };
+    const unsigned rectangle = 6001, save = 57603, preferences = 10118, filters = 10183;
+    for (unsigned parts = 1; parts < 8; ++parts) {
+        const std::vector<menu_row> rows = surface_context_menu(parts & 1u, parts & 2u, parts & 4u);
+        const std::set<unsigned> ids = commands(rows);
+        EXPECT_EQ(ids.contains(rectangle), (parts & 1u) != 0);
+        EXPECT_EQ(ids.contains(save), (parts & 2u) != 0);
+        EXPECT_EQ(ids.contains(filters), (parts & 4u) != 0);
+        EXPECT_TRUE(ids.contains(preferences));
+        EXPECT_EQ(rows.back().id, (parts & 4u) != 0 ? filters : preferences);
+    }
+}
+
 TEST(Menus, EveryFrameHasOneAndToolbarsUseItsCommands)
 {
     for (const unsigned id : string_resource_ids()) {
-        if (id > 121) break;
+        if (id > 125) break;
         EXPECT_FALSE(menu_resource(id).empty()) << id;
     }
     const std::set<unsigned> elsewhere = {10012, 6012, 6013}; // the palette bar; modes of the surface

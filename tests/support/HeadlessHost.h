@@ -71,6 +71,7 @@ public:
     std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override
     {
         openPrompts.push_back(prompt);
+        if (onOpen) onOpen(prompt);
         return openPaths;
     }
     void runVariableDialog(CVarListDlg& dialog) override
@@ -88,6 +89,13 @@ public:
         popups.push_back(rows);
         if (popupChoice != 0) target.OnCmdMsg(popupChoice, nullptr);
     }
+    window_choice chooseWindows(const std::vector<std::wstring>& titles) override
+    {
+        windowTitles = titles;
+        return windowAnswer;
+    }
+    void runPageSetup(CRect& margins) override { margins = pageMargins; }
+    void quit() override { hasQuit = true; }
     void setStatusText(const std::wstring& text) override { statusText = text; }
     void output(const std::string& line) override { outputLines.push_back(line); }
     std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd* parent, window_kind kind) override
@@ -177,11 +185,16 @@ public:
     std::vector<open_prompt> openPrompts;
     std::vector<std::wstring> openPaths; ///< answer of the open dialog
     bool yes = false;                    ///< answer of yes-no boxes
+    std::function<void(const open_prompt&)> onOpen;
     std::function<void(CVarListDlg&)> onDialog;
     int dialogs = 0;
     std::vector<std::vector<menu_row>> popups;
     unsigned popupChoice = 0; ///< 0: none
     std::wstring statusText;
+    std::vector<std::wstring> windowTitles;
+    window_choice windowAnswer;
+    CRect pageMargins;
+    bool hasQuit = false;
     std::vector<std::string> outputLines;
     bool hasWindows = true;
     std::vector<HeadlessWindow*> windows;

@@ -60,6 +60,8 @@ public:
         selectedTab = selected;
         tabsShown = shown;
     }
+    void setText(const std::wstring& shown) override { content = shown; }
+    void setTable(const std::vector<std::vector<std::wstring>>& shown) override { table = shown; }
     void setFullScreen(bool on, const CRect& screenRect) override
     {
         fullScreen = on;
@@ -110,6 +112,8 @@ public:
     std::vector<std::wstring> titles;
     std::vector<std::wstring> tabs;
     int selectedTab = 0;
+    std::wstring content; ///< of a text pane
+    std::vector<std::vector<std::wstring>> table;
     bool tabsShown = false;
     CWnd& logic;
 

@@ -1,0 +1,116 @@
+#include "entry/Application.h"
+
+#include "base/text.h"
+#include "entry/templates.h"
+#include "platform/DocTemplate.h"
+#include "platform/VarListDlg.h"
+#include "platform/interface_directory.h"
+#include "vldv.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace {
+
+enum command : unsigned {
+    cmdQuickView = 10200,
+    cmdSaveAll = 10201,
+    cmdSettings = 10202,
+    cmdWindows = 10204,
+    cmdOpen = 57601,
+    cmdPageSetup = 57605,
+    cmdFirstRecent = 57616,
+    cmdLastRecent = 57631,
+    cmdExit = 57665,
+};
+constexpr const char* recentSection = "Recent File List";
+constexpr int withPreview = 1;
+
+std::string recent_key(std::size_t index) { return "File" + std::to_string(index + 1); }
+
+} // namespace
+
+CVldvApp::CVldvApp(IHost& host_) : CWinApp(host_)
+{
+    entry::register_classes();
+    entry::add_templates(*this);
+    for (std::size_t i = maxRecentFiles; i-- > 0;)
+        if (const auto path = profile().readString(recentSection, recent_key(i)))
+            CWinApp::AddToRecentFileList(base::widen(*path));
+}
+
+CVldvApp::~CVldvApp()
+{
+    // Frames close while settings and templates still stand.
+    closeAllFrames();
+}
+
+void CVldvApp::AddToRecentFileList(const std::wstring& path)
+{
+    CWinApp::AddToRecentFileList(path);
+    for (std::size_t i = 0; i < recentFiles().size(); ++i)
+        profile().writeString(recentSection, recent_key(i), base::narrow(recentFiles()[i]));
+}
+
+bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    static constexpr command_row<CVldvApp> rows[] = {
+        {cmdOpen, &CVldvApp::OnFileOpen},
+        {cmdQuickView, &CVldvApp::OnQuickView},
+        {cmdSaveAll, &CVldvApp::OnSaveAll, &CVldvApp::OnUpdateSaveAll},
+        {cmdPageSetup, &CVldvApp::OnPageSetup},
+        {cmdSettings, &CVldvApp::OnSettings},
+        {cmdWindows, &CVldvApp::OnWindows, &CVldvApp::OnUpdateWindows},
+        {cmdExit, &CVldvApp::OnExit},
+        {cmdFirstRecent, cmdLastRecent, &CVldvApp::OnRecentFile, &CVldvApp::OnUpdateRecentFile},
+    };
+    return dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui);
+}
+
+bool CVldvApp::mayExit() { return VldvSaveAllDocuments(nullptr); }
+
+void CVldvApp::OnFileOpen() { VldvOpenDocument(withPreview); }
+void CVldvApp::OnQuickView() { VldvOpenQuickView(); }
+void CVldvApp::OnSaveAll() { VldvSaveAllDocuments(nullptr); }
+void CVldvApp::OnPageSetup() { VldvPageSetup(); }
+void CVldvApp::OnWindows() { VldvSelectView(); }
+
+void CVldvApp::OnUpdateSaveAll(CCmdUI& ui)
+{
+    ui.Enable(std::ranges::any_of(docTemplates(), [](const CDocTemplate* maker) {
+        return std::ranges::any_of(maker->documents(), [](const auto& document) { return document->IsModified(); });
+    }));
+}
+
+void CVldvApp::OnUpdateWindows(CCmdUI& ui) { ui.Enable(!frames().empty()); }
+
+void CVldvApp::OnSettings()
+{
+    SPMVarList& list = settings.list();
+    const std::vector<SPMVar> before(list.all().begin(), list.all().end());
+    std::ifstream layout(platform::find_interface_file("Settings.xml"), std::ios::binary);
+    CVarListDlg dialog;
+    dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::settingsLayout, nullptr);
+    if (dialog.DoModal() == CVarListDlg::resultOk) return;
+    for (const SPMVar& variable : before) list.set_var(variable);
+}
+
+void CVldvApp::OnExit()
+{
+    if (mayExit()) host().quit();
+}
+
+void CVldvApp::OnRecentFile(unsigned id)
+{
+    const std::size_t index = id - cmdFirstRecent;
+    if (index >= recentFiles().size()) return;
+    const std::wstring path = recentFiles()[index]; // opening moves it to the front
+    OpenDocumentFile(path.c_str());
+}
+
+void CVldvApp::OnUpdateRecentFile(CCmdUI& ui)
+{
+    const std::size_t index = ui.m_nID - cmdFirstRecent;
+    ui.Enable(index < recentFiles().size());
+    if (index < recentFiles().size()) ui.SetText(base::narrow(recentFiles()[index]).c_str());
+}

@@ -1,0 +1,160 @@
+#include "base/text.h"
+#include "document/ProcessParser.h"
+#include "document/StorageDocTemplate.h"
+#include "document/merge_documents.h"
+#include "platform/FrameWnd.h"
+#include "platform/VarListDlg.h"
+#include "platform/WinApp.h"
+#include "platform/interface_directory.h"
+#include "platform/paths.h"
+#include "resources/strings.h"
+#include "view/DCView.h"
+#include "vldv.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+constexpr const char* folderSection = "MRU";
+constexpr const char* folderKey = "Open";
+constexpr unsigned openFilterText = 1025;
+
+/// Files as the user chose them, the dialog starting where it was left.
+std::vector<std::wstring> chosen_files(int options, std::vector<SPMVar>& variables)
+{
+    CWinApp& app = *AfxGetApp();
+    open_prompt prompt;
+    prompt.folder = base::widen(app.profile().readString(folderSection, folderKey).value_or(""));
+    prompt.filter = string_resource(openFilterText);
+    prompt.several = true;
+    prompt.preview = (options & 1) != 0;
+    prompt.variables = &variables;
+    std::error_code error;
+    if (!prompt.folder.empty()) std::filesystem::current_path(platform::to_path(prompt.folder), error);
+    std::vector<std::wstring> paths = app.host().askOpenPaths(prompt);
+    document::sort_paths(paths);
+    if (!paths.empty()) {
+        const std::filesystem::path folder = platform::to_path(platform::full_path(paths.front())).parent_path();
+        app.profile().writeString(folderSection, folderKey, folder.string());
+    }
+    return paths;
+}
+
+/// The two settings of opening, with the labels of the installation.
+std::vector<SPMVar> open_variables(const SPMVarList& global)
+{
+    std::vector<SPMVar> variables = {global["open.merged"], global["open.filter"]};
+    CProcessParser labels;
+    if (labels.loadInterfaceFile("OpendocParam.xml"))
+        for (SPMVar& variable : variables) labels.applyLabels(variable);
+    return variables;
+}
+
+void store_values(SPMVarList& global, const std::vector<SPMVar>& variables)
+{
+    for (const SPMVar& variable : variables) {
+        // The label is the dialog's alone.
+        SPMVar changed = global[variable.get_name()];
+        if (changed.type == SPM_VAR_NONE || changed.as_string() == variable.as_string()) continue;
+        changed.from_string(variable.as_string().c_str());
+        changed.update_timestamp();
+        global.set_var(changed);
+    }
+}
+
+std::vector<CDocument*> modified_documents(const CWinApp& app)
+{
+    std::vector<CDocument*> found;
+    for (const CDocTemplate* maker : app.docTemplates())
+        for (const std::unique_ptr<CDocument>& document : maker->documents())
+            if (document->IsModified()) found.push_back(document.get());
+    return found;
+}
+
+/// Sets all variables of the dialog for its two buttons.
+class choose_all : public CVarListDlgHandler {
+public:
+    void OnCommandMessage(const char* id, CVarListDlg* dialog) override
+    {
+        const std::string_view command(id);
+        if (command != "select_all" && command != "deselect_all") return;
+        for (unsigned i = 0; i < dialog->list().get_size(); ++i)
+            dialog->list().set_var(dialog->list().get_var(i).get_name(), command == "select_all" ? "true" : "false");
+    }
+};
+
+} // namespace
+
+void VldvOpenDocument(int options)
+{
+    CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    VLGlobalVarList* const global = VLGlobalVarList::GetVarList("global_options");
+    std::vector<SPMVar> variables = open_variables(*global);
+    const std::vector<std::wstring> paths = chosen_files(options, variables);
+    if (!paths.empty()) {
+        store_values(*global, variables);
+        vldvSurfaceTemplate.setFirstMerged();
+        for (const std::wstring& path : paths) app->OpenDocumentFile(path.c_str());
+        vldvSurfaceTemplate.setLastMerged();
+    }
+    global->ReleaseList();
+}
+
+void VldvOpenQuickView()
+{
+    if (!AfxGetApp()) return;
+    std::vector<SPMVar> none;
+    vldvSurfaceTemplate.ResetWndPos();
+    for (const std::wstring& path : chosen_files(1, none))
+        vldvSurfaceTemplate.QuickViewOpenDocumentFile(path.c_str(), true);
+}
+
+void VldvPageSetup()
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().runPageSetup(CDCView::rtMargin);
+}
+
+void VldvSelectView()
+{
+    CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    std::vector<CFrameWnd*> frames;
+    std::vector<std::wstring> titles;
+    for (const std::unique_ptr<CFrameWnd>& frame : app->frames()) {
+        frames.push_back(frame.get());
+        titles.push_back(frame->GetWindowText());
+    }
+    const window_choice choice = app->host().chooseWindows(titles);
+    for (const std::size_t index : choice.closed)
+        if (index < frames.size() && !frames[index]->isDestroyed()) frames[index]->DestroyFrame();
+    if (choice.activated < frames.size() && !frames[choice.activated]->isDestroyed())
+        frames[choice.activated]->ActivateFrame();
+}
+
+bool VldvSaveAllDocuments(CWnd* parent)
+{
+    CWinApp* const app = AfxGetApp();
+    if (!app) return true;
+    const std::vector<CDocument*> modified = modified_documents(*app);
+    if (modified.empty()) return true;
+    std::vector<SPMVar> rows;
+    for (const CDocument* document : modified) {
+        SPMVar& row = rows.emplace_back();
+        row.Init(base::formatted("%p", static_cast<const void*>(document)).c_str(),
+                 base::narrow(document->GetTitle()).c_str(), SPM_VAR_BOOLEAN);
+        row = 1.0;
+    }
+    SPMVarList list;
+    list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
+    std::ifstream layout(platform::find_interface_file("save_docs.xml"), std::ios::binary);
+    choose_all handler;
+    CVarListDlg dialog;
+    dialog.setHandler(&handler);
+    dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::saveFilesLayout, parent);
+    if (dialog.DoModal() != CVarListDlg::resultOk) return false;
+    for (std::size_t i = 0; i < modified.size(); ++i)
+        if (list.get_var(static_cast<unsigned>(i))) modified[i]->OnSaveDocument(modified[i]->GetPathName().c_str());
+    return true;
+}

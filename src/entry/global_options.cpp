@@ -1,0 +1,65 @@
+#include "entry/global_options.h"
+
+#include "platform/WinApp.h"
+
+#include <vector>
+
+namespace entry {
+
+namespace {
+
+constexpr const char* section = "GlobalOptions";
+
+struct option_row {
+    const char* declaration;
+    const char* defaultText;
+};
+
+constexpr option_row rows[] = {
+    {"open.merged(Merge opened files),boolean", "false"},
+    {"open.filter(Open),enum,0(All images),1(Curves),2(Surfaces),3(Volumes)", "0"},
+    {"fullscreen_mode(Full screen),enum,0(One monitor),1(Nearest monitor),2(All monitors)", "0"},
+    {"fullscreen_monitor(Full screen monitor),int,0", "0"},
+    {"local_toolbar(Toolbars in windows),enum,0(None),1(As main),2(Small),3(Large)", "0"},
+    {"small_toolbar(Small toolbar buttons),boolean", "false"},
+    {"language(Language),string", ""},
+    {"default_plugin_options(Mathematics without dialog; Shift asks),boolean", "true"},
+    {"directory.palettes(Folder of palettes),string", ""},
+};
+
+IProfile* profile()
+{
+    CWinApp* const app = AfxGetApp();
+    return app ? &app->profile() : nullptr;
+}
+
+} // namespace
+
+global_options::global_options() : options(VLGlobalVarList::GetVarList("global_options"))
+{
+    IProfile* const store = profile();
+    std::vector<SPMVar> declared;
+    for (const option_row& row : rows) {
+        SPMVar& variable = declared.emplace_back();
+        variable.Init(row.declaration);
+        variable.from_string(row.defaultText);
+        if (const auto kept = store ? store->readString(section, variable.get_name()) : std::nullopt)
+            variable.from_string(kept->c_str());
+    }
+    options->set_variables(declared.data(), static_cast<unsigned>(declared.size()));
+    options->AddFireVariableChangeHandler(this);
+}
+
+global_options::~global_options()
+{
+    options->RemoveFireVariableChangeHandler(this);
+    options->ReleaseList();
+}
+
+void global_options::OnFireVariableChange(int index, const SPMVarList* list)
+{
+    const SPMVar& changed = list->get_var(static_cast<unsigned>(index));
+    if (IProfile* const store = profile()) store->writeString(section, changed.get_name(), changed.as_string().c_str());
+}
+
+} // namespace entry

@@ -1,0 +1,75 @@
+#include "entry/templates.h"
+
+#include "document/StorageDocTemplate.h"
+#include "platform/WinApp.h"
+#include "view/ChildFrame.h"
+#include "view/ParametersView.h"
+#include "view/RenderedView.h"
+#include "view/TextView.h"
+#include "vldv.h"
+
+namespace {
+
+constexpr CRuntimeClass storageDoc = {"CStorageDoc", nullptr, create_object<CStorageDoc>};
+constexpr CRuntimeClass plainDoc = {"CDocument", nullptr, create_object<CDocument>};
+constexpr CRuntimeClass childFrame = {"CChildFrame", nullptr, create_object<CChildFrame>};
+constexpr CRuntimeClass quickFrame = {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>};
+constexpr CRuntimeClass surfaceView = {"CSurfMathView", nullptr, create_object<CRenderedView>};
+constexpr CRuntimeClass quickView = {"CQVSurfView", &surfaceView, create_object<CQVSurfView>};
+constexpr CRuntimeClass parametersView = {"CParametersView", nullptr, create_object<CParametersView>};
+constexpr CRuntimeClass textView = {"CTextView", nullptr, create_object<CTextView>};
+
+/// All templates, in the order of their making. One object, so that start and stop have one order; views that have no
+/// class yet are found by name once there is one.
+struct all_templates {
+    CStorageDocTemplate surface{102, "CStorageDoc", "CChildFrame", "CSurfMathView"};
+    CMultiDocTemplate section{101, "CStorageDoc", "CChildFrame", "CSectionView"};
+    CMultiDocTemplate line{103, "CStorageDoc", "CChildFrame", "CLineView"};
+    CMultiDocTemplate scene{105, "CStorageDoc", "CChildFrame", "C3DView"};
+    CMultiDocTemplate histogram{106, "CStorageDoc", "CChildFrame", "CHistogramView"};
+    CMultiDocTemplate parameters{108, "CDocument", "CChildFrame", "CParametersView"};
+    CMultiDocTemplate fourier{109, "CStorageDoc", "CChildFrame", "CFourierView"};
+    CMultiDocTemplate capture{112, "CVideoPreviewDoc", "CChildFrame", "CVideoPreviewWnd"};
+    CMultiDocTemplate features{113, "CStorageDoc", "CChildFrame", "CFeaturesHistogramView"};
+    CMultiDocTemplate featuresTable{114, "CStorageDoc", "CChildFrame", "CFeaturesTableView"};
+    CMultiDocTemplate text{115, "CDocument", "CChildFrame", "CTextView"};
+    CMultiDocTemplate volume{118, "CStorageDoc", "CChildFrame", "C3DCloudView"};
+    CMultiDocTemplate parametric{119, "CStorageDoc", "CChildFrame", "CParametricCurveView"};
+    CMultiDocTemplate items{120, "CStorageDoc", "CChildFrame", "CItemsHistogramView"};
+    CMultiDocTemplate itemsTable{121, "CStorageDoc", "CChildFrame", "CItemsTableView"};
+    CMultiDocTemplate collage{125, "CCollageDoc", "CChildFrame", "CCollageView"};
+};
+
+all_templates& templates()
+{
+    static all_templates made;
+    return made;
+}
+
+} // namespace
+
+CStorageDocTemplate& vldvSurfaceTemplate = templates().surface;
+CMultiDocTemplate& vldv3DTemplate = templates().scene;
+CMultiDocTemplate& vldv3DCloudTemplate = templates().volume;
+CMultiDocTemplate& vldvVideoCaptureTemplate = templates().capture;
+
+namespace entry {
+
+void register_classes()
+{
+    for (const CRuntimeClass* each :
+         {&storageDoc, &plainDoc, &childFrame, &quickFrame, &surfaceView, &quickView, &parametersView, &textView})
+        register_runtime_class(*each);
+}
+
+void add_templates(CWinApp& app)
+{
+    all_templates& all = templates();
+    for (CDocTemplate* each : std::initializer_list<CDocTemplate*>{
+             &all.surface, &all.section, &all.line, &all.scene, &all.histogram, &all.parameters, &all.fourier,
+             &all.capture, &all.features, &all.featuresTable, &all.text, &all.volume, &all.parametric, &all.items,
+             &all.itemsTable, &all.collage})
+        app.AddDocTemplate(each);
+}
+
+} // namespace entry

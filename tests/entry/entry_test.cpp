@@ -1,0 +1,248 @@
+#include "document/StorageDocTemplate.h"
+#include "entry/Application.h"
+#include "platform/FrameWnd.h"
+#include "support/HeadlessHost.h"
+#include "support/interface_file.h"
+#include "support/temporary_folder.h"
+#include "view/ParametersView.h"
+#include "view/RenderedView.h"
+#include "view/TextView.h"
+#include "vldv.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class EntryTest : public testing::Test {
+protected:
+    std::wstring surface(const char* name, unsigned side = 4)
+    {
+        SPMDataStream stream;
+        stream.Init("height", "Height", SPM_VAR_ARRAY, side * side, 2u);
+        stream.set_array_type(SPM_ARRAY_INT16);
+        SPMDataStream::dimension dimension;
+        dimension.length = side;
+        stream.set_dimension(0, dimension);
+        stream.set_dimension(1, dimension);
+        stream.values.set_axis(0, VLAxis(0, 1, "nm"));
+        for (unsigned i = 0; i < side * side; ++i) static_cast<short*>(stream.array_data())[i] = static_cast<short>(i);
+        CStorageDoc document;
+        document.AddNewImages(&stream, 1);
+        document.setString("\\Date", "Monday", 0);
+        document.setString("operator", "Ada", unsigned(-1));
+        const std::wstring path = (folder / name).wstring();
+        EXPECT_TRUE(document.OnSaveDocument(path.c_str()));
+        return path;
+    }
+    void setGlobal(const char* name, const char* value)
+    {
+        VLGlobalVarList* const list = VLGlobalVarList::GetVarList("global_options");
+        EXPECT_TRUE(list->set_var(name, value));
+        list->ReleaseList();
+    }
+    bool enabled(unsigned id)
+    {
+        CCmdUI ui{.m_nID = id};
+        EXPECT_TRUE(app->routeCommand(id, &ui)) << id;
+        return ui.enabled;
+    }
+    CStorageDoc& document(std::size_t i = 0)
+    {
+        return *dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.documents().at(i).get());
+    }
+
+    temporary_folder folder;
+    CHeadlessHost host;
+    std::unique_ptr<CVldvApp> app = std::make_unique<CVldvApp>(host);
+};
+
+TEST_F(EntryTest, OpenDocumentSortsOpensAndRemembersTheFolder)
+{
+    host.openPaths = {surface("b.spm"), surface("a.spm"), surface("B.spm")};
+    app->OnCmdMsg(57601, nullptr);
+    ASSERT_EQ(app->frames().size(), 3u);
+    EXPECT_EQ(app->frames()[0]->GetWindowText().substr(0, 2), L"B[") << "by code point";
+    EXPECT_EQ(app->frames()[2]->GetWindowText().substr(0, 2), L"b[");
+    EXPECT_EQ(host.readString("MRU", "Open"), folder.path.string());
+    ASSERT_EQ(host.openPrompts.size(), 1u);
+    EXPECT_TRUE(host.openPrompts[0].several);
+    EXPECT_EQ(host.openPrompts[0].filter.substr(0, 18), "All known formats|");
+    EXPECT_EQ(app->recentFiles().front(), surface("b.spm"));
+    EXPECT_EQ(host.readString("Recent File List", "File2"), (folder / "a.spm").string());
+    CCmdUI recent{.m_nID = 57617};
+    app->OnCmdMsg(57617, &recent);
+    EXPECT_EQ(recent.text, (folder / "a.spm").string());
+    EXPECT_FALSE(enabled(57620));
+    app->frames()[1]->DestroyFrame();
+    app->OnCmdMsg(57617, nullptr);
+    EXPECT_EQ(app->frames().back()->GetWindowText().substr(0, 2), L"a[");
+}
+
+TEST_F(EntryTest, TheDialogsSettingsMergeWhatIsOpened)
+{
+    const interface_file labels("OpendocParam.xml", "<p><var id=\"open.merged\" name=\"Zusammen\"/></p>");
+    host.openPaths = {surface("a.spm"), surface("b.spm")};
+    host.onOpen = [](const open_prompt& prompt) {
+        ASSERT_NE(prompt.variables, nullptr);
+        EXPECT_STREQ(prompt.variables->at(0).get_description(), "Zusammen");
+        prompt.variables->at(0) = 1.0;
+    };
+    VldvOpenDocument(0);
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_EQ(document().getSubImagesNumber(0), 2u);
+    EXPECT_TRUE(document().IsModified());
+    EXPECT_EQ(host.readString("GlobalOptions", "open.merged"), "true") << "kept for the next time";
+    setGlobal("open.merged", "false");
+}
+
+TEST_F(EntryTest, SaveAllOffersWhatWasChanged)
+{
+    EXPECT_TRUE(VldvSaveAllDocuments(nullptr)) << "nothing to ask";
+    EXPECT_EQ(host.dialogs, 0);
+    EXPECT_FALSE(enabled(10201));
+    for (const char* name : {"a.spm", "b.spm"}) app->OpenDocumentFile(surface(name).c_str());
+    for (std::size_t i = 0; i < 2; ++i) {
+        document(i).setString("note", "new", 0);
+        document(i).SetModifiedFlag(true);
+    }
+    EXPECT_TRUE(enabled(10201));
+    host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultCancel); };
+    EXPECT_FALSE(VldvSaveAllDocuments(nullptr));
+    app->OnCmdMsg(57665, nullptr);
+    EXPECT_FALSE(host.hasQuit) << "cancelled";
+    host.onDialog = [](CVarListDlg& dialog) {
+        EXPECT_EQ(dialog.layout().title, "Select files to save");
+        EXPECT_EQ(dialog.rowCount(), 2u);
+        EXPECT_STREQ(dialog.row(0).get_description(), "a");
+        dialog.press(dialog.layout().buttons[1]); // deselect all
+        EXPECT_FALSE(static_cast<bool>(dialog.row(0)));
+        dialog.edit(1, "true");
+        dialog.press(dialog.layout().buttons[2]);
+    };
+    EXPECT_TRUE(VldvSaveAllDocuments(nullptr));
+    EXPECT_TRUE(document(0).IsModified());
+    EXPECT_FALSE(document(1).IsModified());
+    CStorageDoc again;
+    again.OnOpenDocument((folder / "b.spm").wstring().c_str());
+    EXPECT_STREQ(again.getString("note", 0), "new");
+}
+
+TEST_F(EntryTest, WindowsAreListedActivatedAndClosed)
+{
+    for (const char* name : {"a.spm", "b.spm", "c.spm"}) app->OpenDocumentFile(surface(name).c_str());
+    host.windowAnswer = {{0, 2}, 1};
+    VldvSelectView();
+    EXPECT_EQ(host.windowTitles.size(), 3u);
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_EQ(app->activeFrame(), app->frames()[0].get());
+    EXPECT_EQ(vldvSurfaceTemplate.documents().size(), 1u);
+}
+
+TEST_F(EntryTest, QuickViewTilesPlainFrames)
+{
+    host.openPaths = {surface("a.spm", 64), surface("b.spm", 64), surface("c.spm", 64), surface("d.spm", 64)};
+    app->OnCmdMsg(10200, nullptr);
+    ASSERT_EQ(app->frames().size(), 4u);
+    EXPECT_EQ(app->frames()[0]->menuId(), 107u);
+    EXPECT_TRUE(dynamic_cast<CQVSurfView*>(app->frames()[0]->GetActiveView())->isQuickView());
+    EXPECT_TRUE(app->recentFiles().empty());
+    const CSize size = app->frames()[0]->GetWindowRect().Size(); // 520 by 540: three in a row of 1600
+    EXPECT_EQ(app->frames()[2]->GetWindowRect().TopLeft(), (CPoint{2 * size.cx, 0}));
+    EXPECT_EQ(app->frames()[3]->GetWindowRect().TopLeft(), (CPoint{0, size.cy}));
+    vldvSurfaceTemplate.ShowAllViews(&document(0), false);
+    EXPECT_EQ(app->frames().size(), 4u) << "the quick view gives way to a full one";
+    EXPECT_EQ(app->frames().back()->menuId(), 102u);
+}
+
+TEST_F(EntryTest, DocumentCommandsSaveRevertAndDelete)
+{
+    const std::wstring path = surface("a.spm");
+    app->OpenDocumentFile(path.c_str());
+    app->setActiveFrame(app->frames()[0].get());
+    EXPECT_FALSE(enabled(57603));
+    document().setString("note", "new", 0);
+    document().SetModifiedFlag(true);
+    EXPECT_TRUE(enabled(10025));
+    app->routeCommand(10025, nullptr);
+    EXPECT_STREQ(document().getString("note", 0), "");
+    document().setString("note", "kept", 0);
+    document().SetModifiedFlag(true);
+    app->routeCommand(57603, nullptr);
+    EXPECT_FALSE(document().IsModified());
+    host.savePaths = {(folder / "other.spm").wstring()};
+    app->routeCommand(57604, nullptr);
+    EXPECT_EQ(document().GetPathName(), (folder / "other.spm").wstring());
+    app->routeCommand(10026, nullptr);
+    EXPECT_TRUE(app->frames().empty());
+    EXPECT_FALSE(std::filesystem::exists(folder / "other.spm"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "a.spm"));
+}
+
+TEST_F(EntryTest, ParametersAreATableToSearch)
+{
+    app->OpenDocumentFile(surface("a.spm").c_str());
+    app->setActiveFrame(app->frames()[0].get());
+    app->routeCommand(10041, nullptr);
+    auto& table = *dynamic_cast<CParametersView*>(app->frames().back()->GetActiveView());
+    EXPECT_EQ(table.rows(),
+              (std::vector<view::parameter_row>{{"Document", "operator", "Ada"}, {"Height", "\\Date", "Monday"}}));
+    EXPECT_EQ(CHeadlessHost::windowOf(table).table.size(), 3u) << "with its headings";
+    table.setFilter(L"ADA");
+    EXPECT_EQ(table.rows().size(), 1u);
+}
+
+TEST_F(EntryTest, TextIsAppendedLineByLine)
+{
+    app->OpenDocumentFile(surface("a.spm").c_str());
+    bool created = false;
+    CTextView* const text = GetTextView(&created, &document());
+    ASSERT_NE(text, nullptr);
+    EXPECT_TRUE(created);
+    text->AppendText(L"Curve\tAngle\n1\t30");
+    text->AppendText(L"Curve\tAngle\r\n2\t40\r\n");
+    text->AppendText(L"3");
+    EXPECT_EQ(text->GetText(), L"Curve\tAngle\r\n1\t30\r\n2\t40\r\n3");
+    EXPECT_EQ(CHeadlessHost::windowOf(*text).content, text->GetText());
+    EXPECT_EQ(GetTextView(&created, &document()), text);
+    EXPECT_FALSE(created);
+}
+
+TEST_F(EntryTest, ASurfaceIsRenderedOnceAfterABurst)
+{
+    app->OpenDocumentFile(surface("a.spm").c_str());
+    auto& view = *dynamic_cast<CRenderedView*>(app->frames()[0]->GetActiveView());
+    host.pump();
+    EXPECT_EQ(CHeadlessHost::windowOf(view).timers.at(5), 10u);
+    view.RefreshDisplay();
+    view.flushTimers();
+    EXPECT_TRUE(CHeadlessHost::windowOf(view).timers.empty());
+    RecordingDC dc;
+    view.OnDrawData(dc);
+    ASSERT_EQ(dc.operations.size(), 1u);
+    EXPECT_EQ(dc.operations[0].box, view.displayRect);
+}
+
+TEST_F(EntryTest, SettingsAreKeptAndCancelled)
+{
+    host.onDialog = [](CVarListDlg& dialog) {
+        EXPECT_EQ(dialog.layout().title, "Settings");
+        for (unsigned i = 0; i < dialog.rowCount(); ++i)
+            if (std::string(dialog.row(i).get_name()) == "fullscreen_mode") dialog.edit(i, "All monitors");
+        dialog.EndDialog(CVarListDlg::resultOk);
+    };
+    app->OnCmdMsg(10202, nullptr);
+    EXPECT_EQ(host.readString("GlobalOptions", "fullscreen_mode"), "2");
+    app.reset();
+    app = std::make_unique<CVldvApp>(host);
+    EXPECT_EQ(int(view::global_option("fullscreen_mode")), 2) << "from the profile";
+    host.onDialog = [](CVarListDlg& dialog) {
+        dialog.edit(2, "One monitor");
+        dialog.EndDialog(CVarListDlg::resultCancel);
+    };
+    app->OnCmdMsg(10202, nullptr);
+    EXPECT_EQ(int(view::global_option("fullscreen_mode")), 2);
+    app->OnCmdMsg(57665, nullptr);
+    EXPECT_TRUE(host.hasQuit);
+}
+
+} // namespace
