@@ -54,7 +54,7 @@ public:
     {
         if (profile) profile->endBatch();
     }
-    /// Ends it now. \return as `IProfile::endBatch`
+    /// Ends it now, once. \return as `IProfile::endBatch`
     bool end() { return std::exchange(profile, nullptr)->endBatch(); }
 
 private:

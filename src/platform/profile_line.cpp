@@ -22,10 +22,11 @@ void append_hex(std::string& out, unsigned char byte)
 /// Two hexadecimal digits at the front.
 std::optional<unsigned char> read_hex(std::string_view text)
 {
+    const std::string_view digits = text.substr(0, 2);
     unsigned char byte = 0;
-    if (text.size() < 2) return std::nullopt;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + 2, byte, 16);
-    return error == std::errc() && end == text.data() + 2 ? std::optional(byte) : std::nullopt;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+    const bool isWhole = digits.size() == 2 && error == std::errc() && end == digits.data() + digits.size();
+    return isWhole ? std::optional(byte) : std::nullopt;
 }
 
 /// Bytes of the character at the front: 1 for ASCII, 0 when it is no UTF-8.
