@@ -4,13 +4,16 @@
 #include <array>
 #include <cstdlib>
 #include <iterator>
+#include <limits>
 #include <new>
 #include <span>
+#include <stdexcept>
 
 namespace document {
 
 namespace {
 
+constexpr std::uint64_t maxBytes = std::numeric_limits<std::ptrdiff_t>::max();
 constexpr std::uint32_t black = 0, customIndex = 6;
 constexpr std::array<std::uint32_t, 6> indexedColors = {0x0000FF, 0x00FF00, 0xFF0000, 0xFFFFFF, 0x7F7F7F, black};
 
@@ -38,11 +41,15 @@ unsigned tuple_length(std::uint32_t type) noexcept
     return type < lengths.size() ? lengths[type] : 0;
 }
 
-std::vector<unsigned char> copied_bytes(const void* bytes, std::uint64_t count)
+/// The bytes of a block of these lengths. \throws std::length_error when no memory could hold them
+std::vector<unsigned char> copied_bytes(const void* bytes, std::uint32_t width, std::uint32_t height = 1,
+                                        std::uint32_t depth = 1)
 {
     if (!bytes) return {};
+    const std::uint64_t area = std::uint64_t{width} * height;
+    if (depth != 0 && area > maxBytes / depth) throw std::length_error("drawing of over 2^63 bytes");
     const auto* first = static_cast<const unsigned char*>(bytes);
-    return {first, first + count};
+    return {first, first + area * depth};
 }
 
 template <class Element>
@@ -67,13 +74,13 @@ void copy_data(const VLPluginDecoration& record, decoration& to)
     case DECORATION_BITMAP:
         for (const decoration_bitmap& one : elements_of<decoration_bitmap>(record))
             add(to, {one.x0, one.y0, one.x1, one.y1},
-                {one.width, one.height, 0, one.mode, copied_bytes(one.bytes, std::uint64_t{one.width} * one.height)});
+                {one.width, one.height, 0, one.mode, copied_bytes(one.bytes, one.width, one.height)});
         break;
     case DECORATION_VOLUME:
         for (const decoration_volume& one : elements_of<decoration_volume>(record))
             add(to, {one.x0, one.y0, one.z0, one.x1, one.y1, one.z1},
                 {one.width, one.height, one.depth, one.mode,
-                 copied_bytes(one.bytes, std::uint64_t{one.width} * one.height * one.depth)});
+                 copied_bytes(one.bytes, one.width, one.height, one.depth)});
         break;
     default: {
         const auto* first = static_cast<const double*>(record.data);
@@ -170,8 +177,11 @@ void decorations::set(std::string_view key, const VLPluginDecoration* list, unsi
 
 VLPluginDecoration* decorations::copy(std::string_view key, unsigned* count, DecImageType* type) const
 {
+    if (count) *count = 0;
     const auto found = groups.find(key);
-    if (found == groups.end() || found->second.members.empty()) return nullptr;
+    if (found == groups.end()) return nullptr;
+    if (type) *type = found->second.imageType;
+    if (found->second.members.empty()) return nullptr;
     const std::deque<decoration>& members = found->second.members;
     auto* const records = allocated<VLPluginDecoration>(members.size() + 1);
     try {
@@ -188,7 +198,6 @@ VLPluginDecoration* decorations::copy(std::string_view key, unsigned* count, Dec
         throw;
     }
     if (count) *count = static_cast<unsigned>(members.size());
-    if (type) *type = found->second.imageType;
     return records;
 }
 

@@ -112,7 +112,8 @@ public:
     /// Writes the last undo step back and keeps it, as a live preview does again and again.
     void restore(unsigned image);
     /// One step back; the image's parameter stream takes one as well. The last step clears the modified flag, although
-    /// it belongs to the whole document. \throws std::bad_alloc with image and history as they were
+    /// it belongs to the whole document. A step that changes only samples needs no memory of the image's size
+    /// but for the way forward. \throws std::bad_alloc with the image as it was and the step kept
     void undo(unsigned image);
     /// One step forward again; sets the modified flag.
     void redo(unsigned image);
@@ -201,7 +202,8 @@ private:
     void OnUpdateRevert(CCmdUI& ui);
     string_table& table(unsigned image) noexcept;
     void takeSnapshot(unsigned image, history& stack, unsigned lostText);
-    void restoreFrom(unsigned image, const CUndoData& record);
+    /// Gives the image the shape and the bytes of the step, or leaves it as it was. \return whether its shape changed
+    bool writeBack(unsigned image, const CUndoData& record);
     bool step(unsigned image, history options::* from, history options::* to, unsigned lostText);
     void stepParameterStream(unsigned image, history options::* from, history options::* to, unsigned lostText);
     bool readOpened(std::istream& in, std::uint64_t size);

@@ -4,6 +4,9 @@
 #include "resources/strings.h"
 
 #include <new>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -14,6 +17,14 @@ std::vector<unsigned> lengths_of(const SPMDataStream& stream)
     std::vector<unsigned> lengths;
     for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) lengths.push_back(stream.get_dimension(i).length);
     return lengths;
+}
+
+std::string declaration_line(const SPMDataStream& stream) { return std::string(stream.description().c_str()) + "\n"; }
+
+void copy_samples(const CUndoData& record, SPMDataStream& stream)
+{
+    if (const unsigned elementSize = stream.array_element_size())
+        stream.set_array(record.data, static_cast<unsigned>(record.size / elementSize), 0);
 }
 
 void warn(unsigned text)
@@ -27,8 +38,7 @@ void CStorageDoc::takeSnapshot(unsigned image, history& stack, unsigned lostText
 {
     const SPMDataStream& stream = images[image];
     try {
-        const std::string text = std::string(stream.description().c_str()) + "\n";
-        stack.emplace_back(text.c_str(), GetDataSize(image), stream.array_data());
+        stack.emplace_back(declaration_line(stream).c_str(), GetDataSize(image), stream.array_data());
     } catch (const std::bad_alloc&) {
         // Work goes on without a way back. The steps are freed first: the message needs memory as well.
         stack.clear();
@@ -36,15 +46,27 @@ void CStorageDoc::takeSnapshot(unsigned image, history& stack, unsigned lostText
     }
 }
 
-void CStorageDoc::restoreFrom(unsigned image, const CUndoData& record)
+bool CStorageDoc::writeBack(unsigned image, const CUndoData& record)
 {
-    SPMDataStream& stream = images[image];
-    const std::vector<unsigned> before = lengths_of(stream);
-    stream.Init(record.description);
-    if (const unsigned elementSize = stream.array_element_size())
-        stream.set_array(record.data, static_cast<unsigned>(record.size / elementSize), 0);
-    revalidateImage(image);
-    if (lengths_of(stream) != before) UpdateAllViews(nullptr, document::shape_hint(image));
+    if (images[image].is_array() && declaration_line(images[image]) == record.description) {
+        // Only samples differ. They need no memory, so this step works where no other copy of the image would fit.
+        revalidateImage(image);
+        copy_samples(record, images[image]);
+        return false;
+    }
+    // Built aside: where memory runs out the image must not be left half restored.
+    SPMDataStream restored;
+    restored.Init(record.description);
+    copy_samples(record, restored);
+    const std::vector<unsigned> before = lengths_of(images[image]), after = lengths_of(restored);
+    std::swap(images[image], restored);
+    try {
+        revalidateImage(image);
+    } catch (...) {
+        std::swap(images[image], restored);
+        throw;
+    }
+    return after != before;
 }
 
 bool CStorageDoc::step(unsigned image, history options::* from, history options::* to, unsigned lostText)
@@ -53,14 +75,16 @@ bool CStorageDoc::step(unsigned image, history options::* from, history options:
     if ((kept.*from).empty()) return false;
     const std::size_t stepsBefore = (kept.*to).size();
     takeSnapshot(image, kept.*to, lostText);
+    bool hasNewShape = false;
     try {
-        restoreFrom(image, (kept.*from).back());
+        hasNewShape = writeBack(image, (kept.*from).back());
     } catch (...) {
         // Nothing was restored, so there is nothing to come back from either.
         if ((kept.*to).size() > stepsBefore) (kept.*to).pop_back();
         throw;
     }
     (kept.*from).pop_back();
+    if (hasNewShape) UpdateAllViews(nullptr, document::shape_hint(image));
     return true;
 }
 
@@ -89,7 +113,8 @@ void CStorageDoc::pushRedo(unsigned image)
 
 void CStorageDoc::restore(unsigned image)
 {
-    if (canUndo(image)) restoreFrom(image, imageOptions[image].undoSteps.back());
+    if (canUndo(image) && writeBack(image, imageOptions[image].undoSteps.back()))
+        UpdateAllViews(nullptr, document::shape_hint(image));
 }
 
 void CStorageDoc::undo(unsigned image)

@@ -129,9 +129,32 @@ TEST_F(DecorationsTest, RecordsWithoutTypeOrDataArePassedOver)
     EXPECT_EQ(document.decorations(1).all().at("group").members[0].text, "label");
 
     set("empty", {record(0, 1, numbers)});
-    EXPECT_EQ(document.get_decorations("empty", &count, nullptr, 1), nullptr);
-    EXPECT_EQ(document.get_decorations("absent", &count, nullptr, 1), nullptr);
+    for (const char* without : {"empty", "absent"}) {
+        count = 7;
+        EXPECT_EQ(document.get_decorations(without, &count, nullptr, 1), nullptr);
+        EXPECT_EQ(count, 0u) << without;
+    }
     EXPECT_EQ(keys(), (std::vector<std::string>{"empty", "group"}));
+}
+
+TEST_F(DecorationsTest, SizesThatNoMemoryHoldsLeaveTheGroup)
+{
+    set("group", {record(2, 1, numbers, "kept")});
+    view.hints.clear();
+    constexpr std::uint32_t most = 0xffffffff;
+    decoration_bitmap bitmap = {0, 0, 1, 1, most, most, 0, bytes};
+    // 2^64 and 2^64 + 2^32 bytes: 64 bits would hold 0 and 2^32
+    decoration_volume volumes[] = {{0, 0, 0, 1, 1, 1, 1u << 31, 1u << 31, 4, 0, bytes},
+                                   {0, 0, 0, 1, 1, 1, 641 * 2, 6700417, 1u << 31, 0, bytes}};
+    for (const VLPluginDecoration& hostile :
+         {record(11, 1, &bitmap), record(12, 1, &volumes[0]), record(12, 1, &volumes[1])}) {
+        EXPECT_THROW(set("group", {hostile}), std::length_error);
+        EXPECT_EQ(document.decorations(1).all().at("group").members[0].name, "kept");
+    }
+    EXPECT_TRUE(view.hints.empty());
+    bitmap.bytes = volumes[0].bytes = nullptr;
+    set("group", {record(11, 1, &bitmap), record(12, 1, volumes)});
+    EXPECT_EQ(document.decorations(1).all().at("group").members[1].elements[0].bytes.size(), 0u) << "no bytes to hold";
 }
 
 TEST_F(DecorationsTest, ACountOfZeroRemovesTheGroupAndTellsTheViews)

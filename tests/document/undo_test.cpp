@@ -1,4 +1,5 @@
 #include "fixtures.h"
+#include "support/allocation_count.h"
 
 #include <cstring>
 
@@ -149,6 +150,73 @@ TEST_F(UndoTest, WithoutMemoryTheHistoryIsGivenUpAndWorkGoesOn)
     EXPECT_FALSE(document.canRedo(0));
     EXPECT_EQ(first(), 11) << "the step itself is made";
     EXPECT_FALSE(document.canUndo(0));
+}
+
+TEST_F(UndoTest, RedoGoesOnWhereItCannotBeUndone)
+{
+    add(heights("a", {2, 2}, 1, 10));
+    setFirst(20);
+    setFirst(30);
+    document.undo(0);
+    document.SetModifiedFlag(false);
+    allocationsUntilFailure = 0;
+    document.redo(0);
+    allocationsUntilFailure = -1;
+    EXPECT_EQ(host.messages, std::vector<std::string>{undoLost});
+    EXPECT_EQ(first(), 30) << "the step itself is made";
+    EXPECT_TRUE(document.IsModified());
+    EXPECT_FALSE(document.canUndo(0));
+    EXPECT_FALSE(document.canRedo(0));
+}
+
+/// Everything but the samples: the declaration's text, the lists, what is restored.
+TEST_F(UndoTest, EveryOtherAllocationMayFailAsWell)
+{
+    add(heights("a", {2, 2}, 1, 10));
+    bool failed = true;
+    for (std::size_t succeeding = 0; failed; ++succeeding) {
+        document.pushUndo(0, true);
+        host.messages.clear();
+        fail_allocation_after(succeeding);
+        document.pushUndo(0, false);
+        failed = allocation_failed();
+        ASSERT_EQ(host.messages.size(), failed ? 1u : 0u) << succeeding;
+        if (failed) { EXPECT_EQ(host.messages[0], undoLost); }
+        EXPECT_EQ(document.canUndo(0), !failed);
+        EXPECT_EQ(first(), 10);
+    }
+}
+
+TEST_F(UndoTest, AStepWithoutMemoryLeavesImageAndHistory)
+{
+    document.RemoveView(&view); // telling views takes memory of its own
+    for (const unsigned width : {4u, 2u}) {
+        bool failed = true;
+        for (std::size_t succeeding = 0; failed; ++succeeding) {
+            SCOPED_TRACE(succeeding);
+            document.DeleteContents();
+            add(heights("a", {4, 3}, 1, 10));
+            document.pushUndo(0, true);
+            const SPMDataStream changed = heights("a", {width, 3}, 1, 20);
+            document.getImage(0) = changed;
+            document.revalidateImage(0);
+            bool isDone = true;
+            fail_allocation_after(succeeding);
+            try {
+                document.undo(0);
+            } catch (const std::bad_alloc&) {
+                isDone = false;
+            }
+            failed = allocation_failed();
+            EXPECT_EQ(document.canUndo(0), !isDone);
+            EXPECT_EQ(first(), isDone ? 10 : 20);
+            EXPECT_EQ(document.getSubImageLength(0), isDone ? 12 : width * 3);
+            EXPECT_EQ(document.GetDataSize(0), isDone ? 24 : width * 6);
+            EXPECT_EQ(document.canRedo(0), !failed) << "nothing to come back from, or no memory for it";
+            if (!isDone) { EXPECT_STREQ(document.getImage(0).description().c_str(), changed.description().c_str()); }
+        }
+    }
+    document.AddView(&view);
 }
 
 TEST_F(UndoTest, AVariableThatIsNoArrayKeepsItsDeclaration)
