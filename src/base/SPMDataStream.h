@@ -49,6 +49,7 @@ public:
     unsigned get_subimage_names(smart_string* out, unsigned max) const;
     void set_subimage_names(const smart_string* names, unsigned count);
     void set_subimage_names(const char** names, unsigned count);
+    void set_subimage_names(std::vector<smart_string>&& names) noexcept { subimageNames = std::move(names); }
     unsigned get_dependent_vars(smart_string* out, unsigned max) const;
     void set_dependent_vars(const smart_string* names, unsigned count);
     void set_dependent_vars(const char** names, unsigned count);

@@ -6,11 +6,12 @@
 #include "platform/Document.h"
 
 #include <cstdlib>
-#include <deque>
+#include <list>
 #include <map>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 /// The document of the workstation: images with their texts and overlays. Images are addressed by position,
@@ -19,7 +20,9 @@
 class CStorageDoc : public CDocument, public VLFileReader {
 public:
     using string_table = std::map<std::string, std::string>;
-    using history = std::deque<CUndoData>; ///< the newest step is the last
+    /// The newest step is the last. A list moves without memory, which keeps `options` whole where a table grows.
+    using history = std::list<CUndoData>;
+    static_assert(std::is_nothrow_move_constructible_v<history>);
 
     /// What the document keeps beside each image.
     class options {

@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <span>
 
 namespace {
 
@@ -101,7 +102,7 @@ CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* path, int addToM
     CStorageDoc* const document = readDocument(path);
     if (!document) return nullptr;
     if (merging) {
-        if (!document::passes_filter(*document, static_cast<int>(global_option("open.filter")))) {
+        if (!document::takes_part(*document, static_cast<int>(global_option("open.filter")))) {
             deleteDocument(document);
             return nullptr;
         }
@@ -133,8 +134,7 @@ match_confidence CStorageDocTemplate::MatchDocType(const wchar_t* path, CDocumen
     const std::wstring full = platform::full_path(path);
     const std::wstring suffix = extension();
     for (const std::unique_ptr<CDocument>& each : documents()) {
-        const std::wstring& held = each->GetPathName();
-        if (held.empty() || (held != full && held != full + suffix)) continue;
+        if (!document::is_held_path(each->GetPathName(), full, suffix)) continue;
         match = each.get();
         return match_confidence::alreadyOpen;
     }
@@ -151,22 +151,48 @@ void CStorageDocTemplate::setFirstMerged()
     mergeList.clear();
 }
 
+/// Merges into `first`. \return the documents that memory did not allow to join it; the user was told
+std::vector<CStorageDoc*> CStorageDocTemplate::mergeInto(CStorageDoc& first, std::span<CStorageDoc* const> others)
+{
+    std::vector<CStorageDoc*> apart;
+    for (CStorageDoc* const other : others) {
+        try {
+            document::merge_documents(first, *other);
+            deleteDocument(other);
+        } catch (const std::exception& failure) {
+            apart.push_back(other);
+            warn(base::formatted("%s is opened by itself; it could not be merged: %s",
+                                 base::narrow(other->getFullPath()).c_str(), failure.what()));
+        }
+    }
+    return apart;
+}
+
+/// Names a merged document. A file of that name, say of another session, must not be written over.
+void CStorageDocTemplate::nameMerged(CStorageDoc& merged)
+{
+    std::wstring path;
+    std::error_code error;
+    do {
+        path = document::merged_path(merged.GetPathName(), ++untitledCount, extension());
+    } while (std::filesystem::exists(platform::to_path(path), error));
+    merged.SetPathName(path.c_str(), false);
+    merged.SetModifiedFlag(true);
+}
+
 void CStorageDocTemplate::setLastMerged()
 {
     firstMerged = false;
     const std::vector<CStorageDoc*> merged = std::exchange(mergeList, {});
     if (merged.empty()) return;
     CStorageDoc* const first = merged.front();
+    const std::vector<CStorageDoc*> apart = mergeInto(*first, std::span(merged).subspan(1));
+    if (apart.size() + 1 < merged.size()) nameMerged(*first);
     openingImage = 0;
-    if (merged.size() > 1) {
-        for (std::size_t i = 1; i < merged.size(); ++i) {
-            document::merge_documents(*first, *merged[i]);
-            deleteDocument(merged[i]);
-        }
-        ++untitledCount;
-        first->SetPathName(
-            document::merged_path(first->GetPathName(), static_cast<int>(untitledCount), extension()).c_str(), false);
-        first->SetModifiedFlag(true);
-    }
     CreateFr(first->GetPathName().c_str(), true, first);
+    for (CStorageDoc* const each : apart) {
+        adoptPath(*each, each->getFullPath().c_str(), false);
+        openingImage = 0;
+        CreateFr(each->GetPathName().c_str(), true, each);
+    }
 }

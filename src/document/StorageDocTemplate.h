@@ -3,6 +3,8 @@
 #include "platform/DocTemplate.h"
 #include "platform/geometry.h"
 
+#include <span>
+
 /// The template of storage documents: reads files, merges several into one, and chooses a view for each image by its
 /// shape. Views that it has no class of stay closed, and the output pane says so.
 class CStorageDocTemplate : public CMultiDocTemplate {
@@ -44,6 +46,8 @@ private:
     CStorageDoc* readDocument(const wchar_t* path);
     CDocument* newDocument(int makeVisible);
     void adoptPath(CStorageDoc& document, const wchar_t* path, int addToMRU);
+    std::vector<CStorageDoc*> mergeInto(CStorageDoc& first, std::span<CStorageDoc* const> others);
+    void nameMerged(CStorageDoc& merged);
     bool isMergingOn() const;
     std::wstring extension() const;
     shape_view viewFor(const CStorageDoc& document) const;
