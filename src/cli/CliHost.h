@@ -28,6 +28,12 @@ private:
     bool writeInt(const std::string&, const std::string&, int) override { return true; }
     bool writeString(const std::string&, const std::string&, const std::string&) override { return true; }
     bool writeBinary(const std::string&, const std::string&, std::span<const std::byte>) override { return true; }
+    std::vector<std::string> keys(const std::string&) const override { return {}; }
+    std::vector<std::string> sections(const std::string&) const override { return {}; }
+    bool deleteValue(const std::string&, const std::string&) override { return true; }
+    bool deleteSection(const std::string&) override { return true; }
+    void beginBatch() override {}
+    bool endBatch() override { return true; }
 
     std::string messages;
 };

@@ -106,6 +106,6 @@ std::wstring merged_path(const std::wstring& first, int number, const std::wstri
     return folder + L"Merged " + std::to_wstring(number) + extension;
 }
 
-void sort_paths(std::vector<std::wstring>& paths) { std::ranges::stable_sort(paths); }
+void sort_paths(std::vector<std::wstring>& paths) { std::ranges::sort(paths); }
 
 } // namespace document

@@ -4,7 +4,7 @@
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
 #include "host/fonts.h"
-#include "host/memory_profile.h"
+#include "platform/profile_store.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -14,7 +14,8 @@
 
 namespace {
 
-constexpr int settleTime = 1500; // milliseconds until everything is laid out and rendered
+constexpr int storeInterval = 2000; // milliseconds
+constexpr int settleTime = 1500;    // milliseconds until everything is laid out and rendered
 
 } // namespace
 
@@ -23,7 +24,7 @@ int main(int count, char** arguments)
     QApplication toolkit(count, arguments);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("velmira"));
-    host::memory_profile profile;
+    CProfileStore profile(platform::profile_path());
     host::register_fonts();
     CQtHost machine(profile);
     CVldvApp app(machine);
@@ -48,6 +49,11 @@ int main(int count, char** arguments)
             const bool saved = window.grab().save(options.value(screenshot));
             QApplication::exit(saved ? 0 : 1);
         });
+    // Changes are collected and stored together, soon after they were made.
+    QTimer keeper;
+    QObject::connect(&keeper, &QTimer::timeout, [&profile] { profile.flush(); });
+    keeper.start(storeInterval);
+    if (!profile.error().empty()) machine.output(profile.error());
     const int status = QApplication::exec();
     app.closeAllFrames();
     machine.setMainWindow(nullptr);

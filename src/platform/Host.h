@@ -10,22 +10,55 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Icons of a message box.
 enum class message_icon { information, warning, error };
 
-/// Values kept for the user between runs, by section and key.
+/// Values kept for the user between runs, by section and key: any bytes, case counts. A section exists as long as it
+/// holds values; a backslash in its name puts it below the one that is named by what stands in front.
 class IProfile {
 public:
     virtual ~IProfile() = default;
+    /// Also a text that is an integer; no other value is read as one of another type.
     virtual std::optional<int> readInt(const std::string& section, const std::string& key) const = 0;
     virtual std::optional<std::string> readString(const std::string& section, const std::string& key) const = 0;
     virtual std::optional<std::vector<std::byte>> readBinary(const std::string& section,
                                                              const std::string& key) const = 0;
+    // Writes and deletions hold for this run in any case; false: they will not outlast it.
     virtual bool writeInt(const std::string& section, const std::string& key, int value) = 0;
     virtual bool writeString(const std::string& section, const std::string& key, const std::string& value) = 0;
     virtual bool writeBinary(const std::string& section, const std::string& key, std::span<const std::byte> value) = 0;
+    /// Keys of the section in the order in which they were first written.
+    virtual std::vector<std::string> keys(const std::string& section) const = 0;
+    /// Sections whose names begin with `prefix`, in the order in which they were first written.
+    virtual std::vector<std::string> sections(const std::string& prefix) const = 0;
+    /// Deleting what is not there is a success.
+    virtual bool deleteValue(const std::string& section, const std::string& key) = 0;
+    /// Deletes the section with all below it.
+    virtual bool deleteSection(const std::string& section) = 0;
+    /// Until the end of the outermost batch nothing is stored, then all at once; see `CProfileBatch`.
+    virtual void beginBatch() = 0;
+    /// \return as a write, for all that was collected
+    virtual bool endBatch() = 0;
+};
+
+/// Changes of the profile that are stored together, at the latest when it goes.
+class CProfileBatch {
+public:
+    explicit CProfileBatch(IProfile& profile_) : profile(&profile_) { profile->beginBatch(); }
+    CProfileBatch(const CProfileBatch&) = delete;
+    CProfileBatch& operator=(const CProfileBatch&) = delete;
+    ~CProfileBatch()
+    {
+        if (profile) profile->endBatch();
+    }
+    /// Ends it now, once. \return as `IProfile::endBatch`
+    bool end() { return std::exchange(profile, nullptr)->endBatch(); }
+
+private:
+    IProfile* profile; ///< null when it has ended
 };
 
 class CCmdTarget;

@@ -1,8 +1,8 @@
 #include "platform/Region.h"
 
+#include "base/rounding.h"
 #include "platform/polygon_spans.h"
 
-#include <cmath>
 #include <pixman.h>
 
 struct CRgn::bands {
@@ -30,15 +30,10 @@ pixman_box32_t box_of(const RECT& rect) noexcept
 
 CRect rect_of(const pixman_box32_t& box) noexcept { return {box.x1, box.y1, box.x2, box.y2}; }
 
-int nearest(double value) noexcept
-{
-    constexpr double limit = 1 << 30;
-    return static_cast<int>(std::floor(std::clamp(value, -limit, limit) + 0.5));
-}
-
 CPoint carried(const XFORM& map, int x, int y) noexcept
 {
-    return {nearest(x * map.m11 + y * map.m21 + map.dx), nearest(x * map.m12 + y * map.m22 + map.dy)};
+    return {base::nearest_int(x * map.m11 + y * map.m21 + map.dx),
+            base::nearest_int(x * map.m12 + y * map.m22 + map.dy)};
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "base/rounding.h"
 #include "platform/DC.h"
 
 #include <cmath>
@@ -32,12 +33,8 @@ namespace {
 
 CPoint carried(const XFORM& map, CPoint point) noexcept
 {
-    const auto nearest = [](double value) {
-        constexpr double limit = 1 << 30;
-        return static_cast<int>(std::floor(std::clamp(value, -limit, limit) + 0.5));
-    };
-    return {nearest(point.x * map.m11 + point.y * map.m21 + map.dx),
-            nearest(point.x * map.m12 + point.y * map.m22 + map.dy)};
+    return {base::nearest_int(point.x * map.m11 + point.y * map.m21 + map.dx),
+            base::nearest_int(point.x * map.m12 + point.y * map.m22 + map.dy)};
 }
 
 /// The smallest rectangle around the carried corners.

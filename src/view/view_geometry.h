@@ -16,34 +16,29 @@ struct view_geometry {
     int xToClient(int x) const noexcept
     {
         if (source.Width() == 0) return display.left;
-        return nearest((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
+        return base::nearest_int((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
     }
     int yToClient(int y) const noexcept
     {
         const int height = source.Height();
         if (height == 0) return display.top;
-        return nearest((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
+        return base::nearest_int((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
     }
     int xToSource(int x) const noexcept
     {
         if (display.Width() == 0) return source.left;
         const double covered = static_cast<double>(std::int64_t{source.Width()} * (x - display.left));
-        return within(source.left, source.right - 1, nearest(covered / display.Width() - 0.5 + source.left));
+        return within(source.left, source.right - 1, base::nearest_int(covered / display.Width() - 0.5 + source.left));
     }
     int yToSource(int y) const noexcept
     {
         if (display.Height() == 0) return source.top;
         const double covered = static_cast<double>(std::int64_t{y - display.top} * source.Height());
         return within(source.top, source.bottom - 1,
-                      nearest(source.Height() - 0.5 + source.top - covered / display.Height()));
+                      base::nearest_int(source.Height() - 0.5 + source.top - covered / display.Height()));
     }
 
 private:
-    static int nearest(double value) noexcept
-    {
-        constexpr double limit = 1 << 30;
-        return static_cast<int>(base::round_half_up(std::clamp(value, -limit, limit)));
-    }
     static int within(int low, int high, int value) noexcept { return std::max(low, std::min(high, value)); }
 };
 

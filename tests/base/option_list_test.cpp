@@ -198,7 +198,7 @@ void free_text(char* text)
     ++freed;
     std::free(text);
 }
-char* cameras() { return copied("(1:Cam (USB), left),(2:x:y)"); }
+char* cameras() { return copied("(1:Cam (USB), left) , (2:x:y)"); }
 char* codecs() { return copied("(x264: fast),(MJPEG)"); }
 char* has_config(int codec) { return copied(codec == 2 ? "1" : "0"); }
 char* difference(int a, int b) { return copied(std::to_string(a - b).c_str()); }

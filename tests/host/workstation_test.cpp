@@ -5,7 +5,7 @@
 #include "host/QtFrame.h"
 #include "host/QtHost.h"
 #include "host/VariableDialog.h"
-#include "host/memory_profile.h"
+#include "platform/profile_store.h"
 #include "support/temporary_folder.h"
 #include "view/ChildFrame.h"
 #include "view/RenderedView.h"
@@ -79,7 +79,7 @@ protected:
     }
 
     temporary_folder folder;
-    host::memory_profile profile;
+    CProfileStore profile{folder / "profile"};
     CQtHost machine{profile};
     CVldvApp app{machine};
     CMainWindow window{app};

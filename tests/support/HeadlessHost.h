@@ -2,13 +2,12 @@
 #include "platform/Host.h"
 #include "platform/VarListDlg.h"
 #include "platform/WinApp.h"
+#include "platform/profile_table.h"
 #include "support/HeadlessWindow.h"
 
 #include <deque>
 #include <functional>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 /// A clipboard that keeps what it is given.
@@ -51,7 +50,7 @@ public:
     std::vector<unsigned> keys; ///< that are down
 };
 
-/// A machine for tests: prompts answer from a script and are recorded, windows have no screen, the profile is a map.
+/// A machine for tests: prompts answer from a script and are recorded, windows have no screen, the profile is a table.
 class CHeadlessHost : public IHost, public IProfile {
 public:
     IProfile& profile() override { return *this; }
@@ -136,27 +135,47 @@ public:
 
     std::optional<int> readInt(const std::string& section, const std::string& key) const override
     {
-        return find(ints, section, key);
+        return values.read_int(section, key);
     }
     std::optional<std::string> readString(const std::string& section, const std::string& key) const override
     {
-        return find(texts, section, key);
+        return values.read_string(section, key);
     }
     std::optional<std::vector<std::byte>> readBinary(const std::string& section, const std::string& key) const override
     {
-        return find(binaries, section, key);
+        return values.read_binary(section, key);
     }
     bool writeInt(const std::string& section, const std::string& key, int value) override
     {
-        return write(ints, section, key, value);
+        return write(section, key, value);
     }
     bool writeString(const std::string& section, const std::string& key, const std::string& value) override
     {
-        return write(texts, section, key, value);
+        return write(section, key, value);
     }
     bool writeBinary(const std::string& section, const std::string& key, std::span<const std::byte> value) override
     {
-        return write(binaries, section, key, std::vector<std::byte>(value.begin(), value.end()));
+        return write(section, key, std::vector<std::byte>(value.begin(), value.end()));
+    }
+    std::vector<std::string> keys(const std::string& section) const override { return values.keys(section); }
+    std::vector<std::string> sections(const std::string& prefix) const override { return values.sections(prefix); }
+    bool deleteValue(const std::string& section, const std::string& key) override
+    {
+        if (!mayWrite()) return false;
+        values.erase(section, key);
+        return true;
+    }
+    bool deleteSection(const std::string& section) override
+    {
+        if (!mayWrite()) return false;
+        values.erase_section(section);
+        return true;
+    }
+    void beginBatch() override { ++batches; }
+    bool endBatch() override
+    {
+        --batches;
+        return true;
     }
 
     std::vector<std::string> messages;
@@ -185,26 +204,22 @@ public:
     HeadlessScreen display;
     CRect area{0, 0, 1600, 900};
     int waiting = 0;
-    int writesUntilFailure = -1; ///< writes of the profile that succeed; negative: all
+    int writesUntilFailure = -1; ///< changes of the profile that succeed; negative: all
+    int batches = 0;             ///< of the profile that are open
 
 private:
-    using place = std::pair<std::string, std::string>;
-    template <class T>
-    static std::optional<T> find(const std::map<place, T>& values, const std::string& section, const std::string& key)
-    {
-        const auto found = values.find({section, key});
-        return found == values.end() ? std::nullopt : std::optional<T>(found->second);
-    }
-    template <class T>
-    bool write(std::map<place, T>& values, const std::string& section, const std::string& key, const T& value)
+    bool mayWrite()
     {
         if (writesUntilFailure == 0) return false;
         if (writesUntilFailure > 0) --writesUntilFailure;
-        values.insert_or_assign({section, key}, value);
+        return true;
+    }
+    bool write(const std::string& section, const std::string& key, const platform::profile_value& value)
+    {
+        if (!mayWrite()) return false;
+        values.set(section, key, value);
         return true;
     }
 
-    std::map<place, int> ints;
-    std::map<place, std::string> texts;
-    std::map<place, std::vector<std::byte>> binaries;
+    platform::profile_table values;
 };
