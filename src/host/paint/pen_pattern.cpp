@@ -8,6 +8,8 @@ namespace host {
 
 namespace {
 
+constexpr double shortestDash = 0.01; ///< in widths: its two ends alone
+
 /// Of a fixed style, for a cosmetic pen in pixels, for a geometric one in widths.
 std::vector<double> fixed_pattern(std::uint32_t style, bool geometric)
 {
@@ -37,6 +39,12 @@ device_pen device_pen_of(const CPen& pen, double scale, double ratio)
     const double units = isGeometric ? pen.width * scale : out.pattern.empty() ? std::max(1, pen.width) : 1;
     out.isThin = units < 1.5;
     out.width = (out.isThin ? 1.0 : units) * ratio;
+    // Round and square ends add half a width to either side of a dash, which the gaps of a fixed pattern make good.
+    if (isGeometric && out.showsGaps && (pen.style & PS_ENDCAP_MASK) != PS_ENDCAP_FLAT)
+        for (std::size_t i = 0; i < out.pattern.size(); i += 2) {
+            out.pattern[i] = std::max(shortestDash, out.pattern[i] - 1.0);
+            out.pattern[i + 1] += 1.0;
+        }
     // A fixed pattern grows with the line, a user pattern with the units.
     double unit = ratio;
     if (isGeometric) unit = out.showsGaps ? out.width : scale * ratio;

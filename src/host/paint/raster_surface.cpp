@@ -67,9 +67,21 @@ clip_bands raster_surface::clipOf(const platform::dc_state& state) const
 void raster_surface::paint(const spans& area, colorEntry color, raster_op op, const clip_bands& clip)
 {
     std::vector<CRect> rects;
-    rects.reserve(area.size());
-    for (const platform::pixel_span& span : area)
-        clip.each({span.left, span.y, span.right, span.y + 1}, [&](const CRect& part) { rects.push_back(part); });
+    // Steep lines and upright sides are one rectangle, not one a row.
+    const auto add = [&](const CRect& rect) { clip.each(rect, [&](const CRect& part) { rects.push_back(part); }); };
+    CRect open;
+    for (const platform::pixel_span& span : area) {
+        const bool sameColumns = span.left == open.left && span.right == open.right;
+        if (sameColumns && span.y == open.bottom) {
+            ++open.bottom;
+        } else if (sameColumns && span.y == open.top - 1) {
+            --open.top;
+        } else {
+            add(open);
+            open = {span.left, span.y, span.right, span.y + 1};
+        }
+    }
+    add(open);
     sink->fill(rects, color, op);
 }
 

@@ -1,6 +1,7 @@
 #include "host/paint/scan_convert.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace host {
 
@@ -12,9 +13,26 @@ __extension__ using wide = __int128;
 constexpr std::int64_t coordinateLimit = std::int64_t{1} << 40;
 constexpr std::int64_t half = fixedOne / 2;
 
+/// Where an edge crosses the middle of a row.
 struct crossing {
     int y, x, direction;
 };
+
+/// Brings crossings in order, by rows first: there are many of few columns each.
+void sort_crossings(std::vector<crossing>& crossings, int top, int rows)
+{
+    std::vector<std::size_t> ends(static_cast<std::size_t>(rows) + 1);
+    for (const crossing& one : crossings) ++ends[static_cast<std::size_t>(one.y - top) + 1];
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    std::vector<std::size_t> next(ends.begin(), ends.end() - 1);
+    std::vector<crossing> out(crossings.size());
+    for (const crossing& one : crossings) out[next[static_cast<std::size_t>(one.y - top)]++] = one;
+    for (std::size_t row = 0; row + 1 < ends.size(); ++row)
+        std::sort(out.begin() + static_cast<std::ptrdiff_t>(ends[row]),
+                  out.begin() + static_cast<std::ptrdiff_t>(ends[row + 1]),
+                  [](const crossing& a, const crossing& b) { return a.x < b.x; });
+    crossings = std::move(out);
+}
 
 std::int64_t floor_div(wide a, wide b) noexcept
 {
@@ -64,8 +82,8 @@ std::vector<pixel_span> scan_convert(std::span<const fixed_figure> figures, bool
     for (const fixed_figure& points : figures)
         for (std::size_t i = 0; i < points.size(); ++i)
             add_edge(within_limit(points[i]), within_limit(points[(i + 1) % points.size()]), bounds, crossings);
-    std::sort(crossings.begin(), crossings.end(),
-              [](const crossing& a, const crossing& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+    if (crossings.empty()) return {};
+    sort_crossings(crossings, bounds.top, bounds.Height());
     std::vector<pixel_span> out;
     int count = 0;
     for (std::size_t i = 0; i + 1 < crossings.size(); ++i) {

@@ -1,6 +1,7 @@
 #include "host/paint/stretch.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace host {
 
@@ -19,6 +20,27 @@ unsigned total_weight(const stretched_axis::taps& taps) noexcept
 {
     if (taps.count == 1) return taps.firstWeight;
     return taps.firstWeight + taps.lastWeight + static_cast<unsigned>(unit) * static_cast<unsigned>(taps.count - 2);
+}
+
+std::uint32_t bytes_at(const std::byte* pixel) noexcept
+{
+    return std::to_integer<std::uint32_t>(pixel[2]) << 16 | std::to_integer<std::uint32_t>(pixel[1]) << 8 |
+           std::to_integer<std::uint32_t>(pixel[0]);
+}
+
+std::uint32_t word_at(const std::byte* pixel) noexcept
+{
+    std::uint32_t word;
+    std::memcpy(&word, pixel, sizeof word);
+    return word;
+}
+
+void copy_pixels(const std::byte* from, int bytes, std::size_t count, std::uint32_t* out) noexcept
+{
+    if (bytes == 4)
+        for (std::size_t i = 0; i < count; ++i) out[i] = 0xFF000000u | word_at(from + 4 * i);
+    else
+        for (std::size_t i = 0; i < count; ++i) out[i] = 0xFF000000u | bytes_at(from + 3 * i);
 }
 
 } // namespace
@@ -67,7 +89,8 @@ stretched_picture::stretched_picture(const pixel_rows& source_, const CRect& fro
     : source(source_),
       columns(from.left, from.Width(), source.width, to.cx, flipX),
       rows(from.top, from.Height(), source.height, to.cy, flipY),
-      averages(averages_ && (from.Width() != to.cx || from.Height() != to.cy))
+      averages(averages_ && (from.Width() != to.cx || from.Height() != to.cy)),
+      isPlain(from.Width() == to.cx && !flipX)
 {
 }
 
@@ -76,8 +99,13 @@ CRect stretched_picture::choose(const CRect& wanted)
     CRect part;
     part.IntersectRect(wanted, CRect(columns.begin(), rows.begin(), columns.end(), rows.end()));
     across.clear();
-    for (int x = part.left; x < part.right; ++x)
-        across.push_back(averages ? columns.at(x) : stretched_axis::taps{.first = columns.nearest(x)});
+    offsets.clear();
+    for (int x = part.left; x < part.right; ++x) {
+        if (averages)
+            across.push_back(columns.at(x));
+        else
+            offsets.push_back(std::ptrdiff_t{columns.nearest(x)} * source.bytes);
+    }
     return part;
 }
 
@@ -85,11 +113,11 @@ void stretched_picture::row(int y, std::uint32_t* out)
 {
     if (averages) return meanRow(y, out);
     const std::byte* const from = source.row(rows.nearest(y));
-    for (const stretched_axis::taps& taps : across) {
-        const std::byte* const pixel = from + std::ptrdiff_t{taps.first} * source.bytes;
-        *out++ = 0xFF000000u | std::to_integer<std::uint32_t>(pixel[2]) << 16 |
-                 std::to_integer<std::uint32_t>(pixel[1]) << 8 | std::to_integer<std::uint32_t>(pixel[0]);
-    }
+    if (isPlain) return copy_pixels(from + offsets.front(), source.bytes, offsets.size(), out);
+    if (source.bytes == 4)
+        for (const std::ptrdiff_t offset : offsets) *out++ = 0xFF000000u | word_at(from + offset);
+    else
+        for (const std::ptrdiff_t offset : offsets) *out++ = 0xFF000000u | bytes_at(from + offset);
 }
 
 void stretched_picture::meanRow(int y, std::uint32_t* out)
@@ -113,12 +141,15 @@ void stretched_picture::meanRow(int y, std::uint32_t* out)
     for (const stretched_axis::taps& taps : across) {
         const std::uint32_t* sum = sums.data() + std::ptrdiff_t{taps.first - firstColumn} * source.bytes;
         std::uint64_t blue = 0, green = 0, red = 0;
-        for (int i = 0; i < taps.count; ++i, sum += source.bytes) {
-            const unsigned weight = weight_of(taps, i);
+        const auto add = [&](unsigned weight) {
             blue += std::uint64_t{sum[0]} * weight;
             green += std::uint64_t{sum[1]} * weight;
             red += std::uint64_t{sum[2]} * weight;
-        }
+            sum += source.bytes;
+        };
+        add(taps.firstWeight);
+        for (int i = 1; i + 1 < taps.count; ++i) add(static_cast<unsigned>(unit));
+        if (taps.count > 1) add(taps.lastWeight);
         const std::uint64_t area = std::uint64_t{total_weight(down)} * total_weight(taps);
         const auto mean = [&](std::uint64_t total) { return static_cast<std::uint32_t>((total + area / 2) / area); };
         *out++ = 0xFF000000u | mean(red) << 16 | mean(green) << 8 | mean(blue);

@@ -48,7 +48,9 @@ private:
     pixel_rows source;
     stretched_axis columns, rows;
     bool averages;
-    std::vector<stretched_axis::taps> across; ///< of the chosen columns
+    bool isPlain;                             ///< columns follow each other as in the source
+    std::vector<stretched_axis::taps> across; ///< of the chosen columns, when it averages
+    std::vector<std::ptrdiff_t> offsets;      ///< of their nearest pixels in bytes, when it does not
     std::vector<std::uint32_t> sums;          ///< weighted bytes of a row's sources
 };
 
