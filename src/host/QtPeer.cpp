@@ -1,6 +1,6 @@
 #include "host/QtPeer.h"
 
-#include "host/QtDC.h"
+#include "host/paint/QtDC.h"
 #include "host/qt_keys.h"
 
 #include <QApplication>
@@ -160,7 +160,7 @@ void CQtPeer::tellSizeLater()
 
 void CQtPeer::paint()
 {
-    CQtDC dc(widget, clientRect().Size(), dpi_of(*widget));
+    CQtDC dc(*widget);
     logic.OnEraseBkgnd(dc);
     logic.OnPaint(dc);
 }

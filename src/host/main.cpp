@@ -3,7 +3,7 @@
 #include "entry/Application.h"
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
-#include "host/fonts.h"
+#include "host/paint/qt_fonts.h"
 #include "platform/profile_store.h"
 
 #include <QApplication>

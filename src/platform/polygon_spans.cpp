@@ -64,12 +64,12 @@ std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figur
     return out;
 }
 
-std::vector<pixel_span> ellipse_spans(const CRect& rect)
+std::vector<pixel_span> ellipse_spans(const CRect& rect, int firstRow, int endRow)
 {
     const CPoint low = within_limit(rect.TopLeft()), high = within_limit(rect.BottomRight());
     const std::int64_t width = high.x - low.x, height = high.y - low.y;
     std::vector<pixel_span> out;
-    for (int y = low.y; y < high.y; ++y) {
+    for (int y = std::max(low.y, firstRow); y < std::min(high.y, endRow); ++y) {
         // In half pixels from the middle: inside is u^2 height^2 + v^2 width^2 <= width^2 height^2.
         const std::int64_t v = 2 * std::int64_t{y} + 1 - low.y - high.y;
         const wide room = wide{width * width} * (height * height - v * v);

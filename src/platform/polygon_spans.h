@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/geometry.h"
 
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -16,7 +17,9 @@ struct pixel_span {
 /// Coordinates are clamped to +-2^26. Rows ascend, spans of a row ascend and do not overlap.
 std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figures, bool winding);
 
-/// The pixels whose centres lie in or on the ellipse that touches the sides of `rect`, exactly.
-std::vector<pixel_span> ellipse_spans(const CRect& rect);
+/// The pixels whose centres lie in or on the ellipse that touches the sides of `rect`, exactly; of rows firstRow …
+/// endRow - 1 only.
+std::vector<pixel_span> ellipse_spans(const CRect& rect, int firstRow = std::numeric_limits<int>::min(),
+                                      int endRow = std::numeric_limits<int>::max());
 
 } // namespace platform
