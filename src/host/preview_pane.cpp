@@ -58,7 +58,7 @@ private:
         if (shown.pixels.empty()) return;
         const QImage image(reinterpret_cast<const uchar*>(shown.pixels.data()), shown.size.cx, shown.size.cy,
                            shown.size.cx * 4, QImage::Format_RGB32);
-        picture->setPixmap(QPixmap::fromImage(image));
+        picture->setPixmap(QPixmap::fromImage(image.copy())); // a pixmap may go on using the image's bytes
     }
 
     const open_prompt& prompt;
