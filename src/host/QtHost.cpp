@@ -1,5 +1,8 @@
 #include "host/QtHost.h"
 
+#include "host/FormDialog.h"
+#include "host/QtMenu.h"
+
 #include "host/MainWindow.h"
 #include "host/QtFrame.h"
 #include "host/QtPanes.h"
@@ -13,7 +16,6 @@
 #include <QFileDialog>
 #include <QListWidget>
 #include <QMdiArea>
-#include <QMenu>
 #include <QMessageBox>
 #include <QPageSetupDialog>
 #include <QPrinter>
@@ -86,6 +88,12 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     return dialog.selectedFiles().front().toStdWString();
 }
 
+void CQtHost::runDialog(CDialog& dialog)
+{
+    CFormDialog window(dialog, main);
+    window.exec();
+}
+
 void CQtHost::runVariableDialog(CVarListDlg& dialog)
 {
     CVariableDialog window(dialog, main);
@@ -146,7 +154,7 @@ void CQtHost::quit() { QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::
 
 void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target)
 {
-    QMenu menu(main);
+    CQtMenu menu(main);
     host::fill_menu(menu, rows, [&](unsigned id, CCmdUI* ui) { return target.OnCmdMsg(id, ui); });
     if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
 }
@@ -176,7 +184,8 @@ std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, wi
         auto* const widget = new QWidget(inside, kind == window_kind::popup ? Qt::Tool : Qt::Widget);
         // What the logic does not paint is erased by the logic, and nothing by the toolkit.
         widget->setAttribute(Qt::WA_OpaquePaintEvent);
-        widget->setFocusPolicy(Qt::StrongFocus);
+        // A click into a control is one into its view, which keeps the focus.
+        widget->setFocusPolicy(kind == window_kind::child ? Qt::NoFocus : Qt::StrongFocus);
         widget->show();
         return std::make_unique<CQtPeer>(logic, widget);
     }
