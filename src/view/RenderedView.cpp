@@ -17,8 +17,14 @@ constexpr double scaleWidth = 0.03125;                ///< of the strip, of the 
 constexpr int firstLength = 128, firstWidth = 16;
 constexpr std::uint32_t newData = 0; ///< low byte of a hint
 
+constexpr const char* scalingRow = "scaling.z(Z Scale),enum,Relative,Absolute";
 constexpr view::option_row renderedOptions[] = {
     {"ShowZScale(Show Z Scale),boolean", "true"},
+    {scalingRow, "Absolute"},
+};
+constexpr view::option_row quickOptions[] = {
+    {"ShowZScale(Show Z Scale),boolean", "false"},
+    {scalingRow, "Absolute"},
 };
 
 } // namespace
@@ -31,6 +37,7 @@ CRenderedView::CRenderedView()
     scale.SyncWithStatic();
     AddOptionHandler("ShowZScale", &CRenderedView::oh_z_scale);
     AddOptionHandler("ShowLegend", &CRenderedView::oh_z_scale);
+    AddOptionHandler("scaling.z", &CRenderedView::oh_scaling);
 }
 
 void CRenderedView::GetOptionsList(SPMVar* vars, unsigned* count)
@@ -38,8 +45,8 @@ void CRenderedView::GetOptionsList(SPMVar* vars, unsigned* count)
     unsigned before = 0;
     CImageView::GetOptionsList(nullptr, &before);
     if (vars) CImageView::GetOptionsList(vars, count);
-    view::list_options(renderedOptions, before, vars, count);
-    for (unsigned i = 0; vars && i < *count; ++i)
+    view::list_options(isQuickView() ? quickOptions : renderedOptions, before, vars, count);
+    for (unsigned i = 0; vars && !isQuickView() && i < *count; ++i)
         if (std::strcmp(vars[i].get_name(), "RightMargin") == 0) vars[i] = double{scaleMargin};
 }
 
@@ -51,6 +58,8 @@ void CRenderedView::oh_z_scale(const SPMVar&)
     UpdateZScale();
     Invalidate(true);
 }
+
+void CRenderedView::oh_scaling(const SPMVar&) { RefreshDisplay(); }
 
 CRect CRenderedView::scaleRect() const
 {
@@ -95,7 +104,9 @@ void CRenderedView::OnDrawLegend(CDC& dc)
     const CRect strip = scaleRect();
     scale.DrawScale(dc, strip, tdVertical);
     const VLAxis& heights = valueAxis();
-    double low = displayMin * heights.scale + heights.start, high = displayMax * heights.scale + heights.start;
+    // The axis shows physical heights, or heights above the lowest colour.
+    const double low = isAbsolute() ? displayMin * heights.scale + heights.start : 0.0;
+    const double high = low + (displayMax - displayMin) * heights.scale;
     double larger = std::max(std::fabs(low), std::fabs(high));
     const char* const units = default_units_z(heights.get_units(), &larger);
     const auto color = static_cast<colorEntry>(int(options["legend"]));
@@ -163,7 +174,7 @@ void CRenderedView::render()
     if ((picture.width() != width || picture.height() != height) && !picture.Create(width, height, true)) return;
     const auto* samples = static_cast<const short*>(shown->getImageDataS(imageNumber, subImageNumber));
     scale.DrawImage(picture.bits().data(), samples, width * static_cast<int>(sizeof(short)), {width, height},
-                    valueAxis(), false, false, nullptr, true, &displayMin, &displayMax);
+                    valueAxis(), isAbsolute(), false, nullptr, true, &displayMin, &displayMax);
 }
 
 void CRenderedView::OnDrawData(CDC& dc)

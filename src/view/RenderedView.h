@@ -26,10 +26,12 @@ private:
     const VLAxis& valueAxis() const;
     void render();
     bool showsScale() const;
+    bool isAbsolute() const { return static_cast<int>(options["scaling.z"]) == 1; }
     CRect scaleRect() const;
     /// Puts the strip's window where it belongs.
     void UpdateZScale();
     void oh_z_scale(const SPMVar& changed);
+    void oh_scaling(const SPMVar& changed);
 
     CScale scale;
     int displayMin = 0, displayMax = 0; ///< raw values of the window drawn last
