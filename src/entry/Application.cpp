@@ -25,7 +25,6 @@ enum command : unsigned {
     cmdExit = 57665,
 };
 constexpr const char* recentSection = "Recent File List";
-constexpr int withPreview = 1;
 
 std::string recent_key(std::size_t index) { return "File" + std::to_string(index + 1); }
 
@@ -73,7 +72,7 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
 
 bool CVldvApp::mayExit() { return VldvSaveAllDocuments(nullptr); }
 
-void CVldvApp::OnFileOpen() { VldvOpenDocument(withPreview); }
+void CVldvApp::OnFileOpen() { VldvOpenDocument(1); }
 void CVldvApp::OnQuickView() { VldvOpenQuickView(); }
 void CVldvApp::OnSaveAll() { VldvSaveAllDocuments(nullptr); }
 void CVldvApp::OnPageSetup() { VldvPageSetup(); }

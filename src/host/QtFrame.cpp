@@ -69,8 +69,7 @@ void CQtFrame::place(const CRect& rect)
     if (isMaximized()) return;
     // Frames have no parent window, so that their place is told in coordinates of the screen.
     QRect inside = host::qt_rect(rect);
-    if (const QWidget* const parent = sub->parentWidget())
-        inside.moveTopLeft(parent->mapFromGlobal(inside.topLeft()));
+    if (const QWidget* const parent = sub->parentWidget()) inside.moveTopLeft(parent->mapFromGlobal(inside.topLeft()));
     sub->setGeometry(inside);
     // So that the new size can be read back: the window lays its content out only when it is shown.
     const CSize around = decoration();
@@ -117,15 +116,15 @@ bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
             QTimer::singleShot(0, this, [this] { logic.OnClose(); });
             return true;
         }
+        auto* const frame = dynamic_cast<CChildFrame*>(&logic);
+        if (!frame) return false;
+        const QRect inside(widget->mapTo(sub.data(), QPoint(0, 0)), widget->size());
         if (event->type() == QEvent::MouseButtonDblClick) {
-            const QPointF at = static_cast<QMouseEvent*>(event)->position();
-            auto* const frame = dynamic_cast<CChildFrame*>(&logic);
-            const bool onCaption = at.y() < widget->mapTo(sub.data(), QPoint(0, 0)).y();
-            if (!frame || !onCaption) return false;
+            if (static_cast<QMouseEvent*>(event)->position().y() >= inside.top()) return false;
             frame->OnNcLButtonDblClk();
             return true;
         }
-        return false;
+        return drag.handle(*event, *sub, inside, *frame);
     }
     if (watched == widget.data()) {
         if (event->type() == QEvent::Resize) {

@@ -1,5 +1,6 @@
 #pragma once
 #include "host/QtPeer.h"
+#include "host/frame_drag.h"
 
 #include <QMdiSubWindow>
 
@@ -30,4 +31,5 @@ private:
 
     QPointer<QMdiSubWindow> sub;
     QTabBar* tabs;
+    host::frame_drag drag;
 };

@@ -1,13 +1,15 @@
 #include "host/QtHost.h"
 
+#include "base/text.h"
 #include "host/FormDialog.h"
-#include "host/QtMenu.h"
-
+#include "host/ListChooserDialog.h"
 #include "host/MainWindow.h"
 #include "host/QtFrame.h"
+#include "host/QtMenu.h"
 #include "host/QtPanes.h"
 #include "host/QtScreen.h"
 #include "host/VariableDialog.h"
+#include "host/preview_pane.h"
 #include "host/qt_menus.h"
 
 #include <QApplication>
@@ -17,15 +19,11 @@
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMessageBox>
-#include <QPageSetupDialog>
-#include <QPrinter>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 
 namespace {
-
-constexpr double millimetresPerThousandth = 0.0254;
 
 /// "name|*.a;*.b|name|*.c||" as the toolkit's list.
 QStringList name_filters(const std::string& filter)
@@ -69,6 +67,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     dialog.setNameFilters(name_filters(prompt.filter));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    host::add_preview(dialog, prompt);
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
     std::vector<std::wstring> paths;
@@ -136,19 +135,21 @@ window_choice CQtHost::chooseWindows(const std::vector<std::wstring>& titles)
     return choice;
 }
 
-void CQtHost::runPageSetup(CRect& margins)
+bool CQtHost::runListChooser(CListChooser& chooser)
 {
-    QPrinter printer;
-    const auto toMillimetres = [](int thousandths) { return thousandths * millimetresPerThousandth; };
-    printer.setPageMargins(QMarginsF(toMillimetres(margins.left), toMillimetres(margins.top),
-                                     toMillimetres(margins.right), toMillimetres(margins.bottom)),
-                           QPageLayout::Millimeter);
-    QPageSetupDialog dialog(&printer, main);
-    if (dialog.exec() != QDialog::Accepted) return;
-    const QMarginsF chosen = printer.pageLayout().margins(QPageLayout::Millimeter);
-    const auto back = [](double millimetres) { return qRound(millimetres / millimetresPerThousandth); };
-    margins = CRect(back(chosen.left()), back(chosen.top()), back(chosen.right()), back(chosen.bottom()));
+    CListChooserDialog window(chooser, main);
+    return window.exec() == QDialog::Accepted;
 }
+
+void CQtHost::runPageSetup(CRect& margins) { printer.setUp(margins, main); }
+
+void CQtHost::print(const print_job& job)
+{
+    if (!printer.print(job, main))
+        messageBox("\"" + base::narrow(job.title) + "\" could not be printed.", message_icon::warning);
+}
+
+void CQtHost::previewPrint(const print_job& job) { printer.preview(job, main); }
 
 void CQtHost::quit() { QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection); }
 
@@ -180,6 +181,12 @@ std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, wi
         return std::make_unique<CQtTextPane>(logic, inside);
     case window_kind::table:
         return std::make_unique<CQtTablePane>(logic, inside);
+    case window_kind::overlay: {
+        auto* const widget = new QWidget(inside);
+        widget->setAttribute(Qt::WA_TransparentForMouseEvents);
+        widget->hide();
+        return std::make_unique<CQtPeer>(logic, widget);
+    }
     default: {
         auto* const widget = new QWidget(inside, kind == window_kind::popup ? Qt::Tool : Qt::Widget);
         // What the logic does not paint is erased by the logic, and nothing by the toolkit.

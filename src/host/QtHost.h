@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Host.h"
+#include "host/qt_printing.h"
 
 #include <QObject>
 #include <memory>
@@ -24,7 +24,10 @@ public:
     void runVariableDialog(CVarListDlg& dialog) override;
     bool showVariableDialog(CVarListDlg& dialog) override;
     window_choice chooseWindows(const std::vector<std::wstring>& titles) override;
+    bool runListChooser(CListChooser& chooser) override;
     void runPageSetup(CRect& margins) override;
+    void print(const print_job& job) override;
+    void previewPrint(const print_job& job) override;
     void quit() override;
     void trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target) override;
     void setStatusText(const std::wstring& text) override;
@@ -41,4 +44,5 @@ private:
     CMainWindow* main = nullptr;
     std::unique_ptr<IClipboard> clips;
     std::unique_ptr<IScreen> display;
+    host::printing printer;
 };

@@ -41,12 +41,19 @@ int main(int count, char** arguments)
     options.addOption(screenshot);
     options.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open"), QStringLiteral("[FILE...]"));
     options.process(toolkit);
+    // Opening a file changes the current folder.
+    std::vector<std::wstring> files;
     for (const QString& path : options.positionalArguments())
-        app.OpenDocumentFile(QFileInfo(path).absoluteFilePath().toStdWString().c_str());
-    window.rebuildMenus();
-    if (options.isSet(screenshot))
+        files.push_back(QFileInfo(path).absoluteFilePath().toStdWString());
+    QTimer::singleShot(0, &window, [&] {
+        for (const std::wstring& file : files) app.OpenDocumentFile(file.c_str());
+        window.rebuildMenus();
+    });
+    const QString picture =
+        options.isSet(screenshot) ? QFileInfo(options.value(screenshot)).absoluteFilePath() : QString();
+    if (!picture.isEmpty())
         QTimer::singleShot(settleTime, &window, [&] {
-            const bool saved = window.grab().save(options.value(screenshot));
+            const bool saved = window.grab().save(picture);
             QApplication::exit(saved ? 0 : 1);
         });
     // Changes are collected and stored together, soon after they were made.

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -63,14 +64,22 @@ private:
 
 class CCmdTarget;
 class CDialog;
+class CListChooser;
 class CVarListDlg;
+
+/// What a dialog shows of a file before it is opened.
+struct file_preview {
+    CSize size;
+    std::vector<std::uint32_t> pixels; ///< rows from the top, each pixel with blue in its low byte; may be empty
+    std::string text;                  ///< lines
+};
 
 /// What a dialog that opens files is asked to show.
 struct open_prompt {
     std::wstring folder;
     std::string filter; ///< "name|pattern|name|pattern||"
     bool several = false;
-    bool preview = false;
+    std::function<file_preview(const std::wstring& path)> preview; ///< empty: none is shown
     std::vector<SPMVar>* variables = nullptr; ///< shown below the list and changed by the user; null: none
 };
 
@@ -85,6 +94,13 @@ struct save_prompt {
     std::wstring suggestedPath;
     std::string filter;    ///< "name|pattern|name|pattern||"
     std::string extension; ///< appended to a name without one; empty: none
+};
+
+/// A sheet for the printer.
+struct print_job {
+    std::wstring title;
+    std::function<void(CDC&)> paint; ///< draws on the surface of the whole sheet
+    bool asks = true;                ///< the user chooses printer and copies first
 };
 
 /// The machine as the logic sees it. One host lives for the whole program; see `CWinApp`.
@@ -108,8 +124,13 @@ public:
     virtual void trackPopupMenu(const std::vector<menu_row>&, CPoint, CCmdTarget&) {}
     /// Shows the open windows by their titles.
     virtual window_choice chooseWindows(const std::vector<std::wstring>&) { return {}; }
+    /// \return false when it was cancelled
+    virtual bool runListChooser(CListChooser&) { return false; }
     /// Asks for paper and margins, the latter in thousandths of an inch.
     virtual void runPageSetup(CRect&) {}
+    virtual void print(const print_job&) {}
+    /// Shows how it will look.
+    virtual void previewPrint(const print_job&) {}
     /// Ends the program after the present event.
     virtual void quit() {}
     virtual void setStatusText(const std::wstring&) {}

@@ -211,11 +211,25 @@ CRect CChildFrame::OnSizing(int edge, const CRect& wanted) const
     return view::sized_frame(wanted, edge, insets(), OnGetMinMaxInfo(), aspect);
 }
 
-void CChildFrame::OnNcLButtonDown() { sizing = true; }
+void CChildFrame::OnNcLButtonDown()
+{
+    sizing = true;
+    if (!sizeLine.getPeer()) sizeLine.Create(this, window_kind::overlay);
+    sizeLine.MoveWindow(viewRect());
+    sizeLine.ShowWindow(true);
+}
+
+void CChildFrame::RecalcLayout()
+{
+    CFrameWnd::RecalcLayout();
+    if (sizing) sizeLine.MoveWindow(viewRect());
+}
 
 void CChildFrame::OnCaptureChanged()
 {
+    if (!sizing) return;
     sizing = false;
+    sizeLine.ShowWindow(false);
     Invalidate(true);
     if (GetActiveView()) GetActiveView()->Invalidate(true);
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/FrameWnd.h"
+#include "view/SizeLine.h"
 
 #include <string>
 #include <vector>
@@ -76,11 +77,13 @@ public:
     void OnCaptureChanged() override;
     bool isSizing() const noexcept { return sizing; }
     void OnNcLButtonDblClk();
+    void RecalcLayout() override;
 
 private:
     CSize insets() const;
 
     CSubimgSwitch bar;
+    CSizeLine sizeLine;
     bool sizing = false;
     bool changingTab = false;
 };

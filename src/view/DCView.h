@@ -13,6 +13,7 @@
 #include <variant>
 
 class CFrameWnd;
+struct print_job;
 
 /// In which direction `DrawLegendText` moves on, and on which side `PositionWindowNearby` puts a window.
 enum LegendOffset : int { legendUp = 0, legendDown = 1, legendRight = 2, legendLeft = 3 };
@@ -134,6 +135,9 @@ protected:
     void OnEditCopy();
     void OnEditCopytext();
     void OnEditAddtext();
+    void OnFilePrint();
+    void OnFilePrintDirect();
+    void OnFilePrintPreview();
     void OnViewPreferences();
     void OnViewActualpixels();
     void OnUpdateViewActualpixels(CCmdUI& ui);
@@ -154,6 +158,7 @@ private:
     void drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const wchar_t* format,
                         std::initializer_list<legend_argument> arguments);
     void createImage(bool keepDepth);
+    print_job printJob(bool asks);
     void enterFullScreen();
     void leaveFullScreen();
     void restoreDefaults();

@@ -192,3 +192,12 @@ void CRenderedView::OnDrawData(CDC& dc)
     dc.StretchDIBits(displayRect, bitmap, part, SRCCOPY);
     dc.SetStretchBltMode(before);
 }
+
+void CQVSurfView::GetOptionsList(SPMVar* vars, unsigned* count)
+{
+    static constexpr view::option_row own[] = {{"default_width,int,32", "192"}, {"default_height,int,32", "192"}};
+    unsigned before = 0;
+    CRenderedView::GetOptionsList(nullptr, &before);
+    if (vars) CRenderedView::GetOptionsList(vars, count);
+    view::list_options(own, before, vars, count);
+}

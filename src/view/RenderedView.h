@@ -44,5 +44,6 @@ class CQVSurfView : public CRenderedView {
 public:
     const char* viewKind() const override { return "CQVSurfView"; }
     bool isQuickView() const override { return true; }
-    std::string GetViewSection() override { return "QVSurfView"; }
+    std::string GetViewSection() override { return "QuickView"; }
+    void GetOptionsList(SPMVar* vars, unsigned* count) override;
 };

@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QTabBar>
 #include <QTableWidget>
@@ -126,6 +127,33 @@ TEST_F(WorkstationTest, TheWheelZoomsWithShiftAndTheMenuCommandsAct)
     EXPECT_TRUE(popups.contains("&File"));
     EXPECT_TRUE(popups.contains("&View"));
     EXPECT_FALSE(popups.contains("&Mathematics")) << "nothing in it can be done yet";
+}
+
+TEST_F(WorkstationTest, DraggingACornerKeepsThePictureAndShowsTheSize)
+{
+    open("a.spm");
+    auto& frame = dynamic_cast<CQtFrame&>(*app.frames()[0]->getPeer());
+    QMdiSubWindow& sub = *frame.subWindow();
+    auto& logic = dynamic_cast<CChildFrame&>(*app.frames()[0]);
+    const auto mouse = [&](QEvent::Type type, const QPoint& at, Qt::MouseButtons held) {
+        QMouseEvent event(type, at, sub.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                          held, Qt::NoModifier);
+        QApplication::sendEvent(&sub, &event);
+        settle();
+    };
+    const QPoint corner(sub.width() - 1, sub.height() - 1);
+    mouse(QEvent::MouseMove, corner, Qt::NoButton);
+    mouse(QEvent::MouseButtonPress, corner, Qt::LeftButton);
+    EXPECT_TRUE(logic.isSizing());
+    mouse(QEvent::MouseMove, corner - QPoint(100, 30), Qt::LeftButton);
+    const CSize picture = view().displayRect.Size();
+    EXPECT_NE(picture, (CSize{512, 512}));
+    EXPECT_EQ(picture.cx, picture.cy) << "as square as before";
+    const QImage sized = host::widget_of(&logic)->grab().toImage();
+    mouse(QEvent::MouseButtonRelease, corner - QPoint(100, 30), Qt::NoButton);
+    EXPECT_FALSE(logic.isSizing());
+    const QImage plain = host::widget_of(&logic)->grab().toImage();
+    EXPECT_NE(sized, plain) << "the arrows were there";
 }
 
 TEST_F(WorkstationTest, FramesTileAndClose)

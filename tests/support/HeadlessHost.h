@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/Dialog.h"
 #include "platform/Host.h"
+#include "platform/ListChooser.h"
 #include "platform/VarListDlg.h"
 #include "platform/WinApp.h"
 #include "platform/profile_table.h"
@@ -101,6 +102,9 @@ public:
         return windowAnswer;
     }
     void runPageSetup(CRect& margins) override { margins = pageMargins; }
+    void print(const print_job& job) override { printed.push_back(job); }
+    void previewPrint(const print_job& job) override { previewed.push_back(job); }
+    bool runListChooser(CListChooser& chooser) override { return onChoose && onChoose(chooser); }
     void quit() override { hasQuit = true; }
     void setStatusText(const std::wstring& text) override { statusText = text; }
     void output(const std::string& line) override { outputLines.push_back(line); }
@@ -201,6 +205,8 @@ public:
     std::vector<std::wstring> windowTitles;
     window_choice windowAnswer;
     CRect pageMargins;
+    std::vector<print_job> printed, previewed;
+    std::function<bool(CListChooser&)> onChoose; ///< none: cancelled
     bool hasQuit = false;
     std::vector<std::string> outputLines;
     bool hasWindows = true;
