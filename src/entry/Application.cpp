@@ -5,6 +5,7 @@
 #include "platform/DocTemplate.h"
 #include "platform/VarListDlg.h"
 #include "platform/interface_directory.h"
+#include "view/Scale.h"
 #include "vldv.h"
 
 #include <algorithm>
@@ -63,7 +64,10 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
         {cmdExit, &CVldvApp::OnExit},
         {cmdFirstRecent, cmdLastRecent, &CVldvApp::OnRecentFile, &CVldvApp::OnUpdateRecentFile},
     };
-    return dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui);
+    if (dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui)) return true;
+    // Palettes and modes belong to the scale that the others follow.
+    CScale* const scale = CScale::GetStaticScale();
+    return scale && scale->OnCmdMsg(id, ui);
 }
 
 bool CVldvApp::mayExit() { return VldvSaveAllDocuments(nullptr); }

@@ -2,6 +2,7 @@
 
 #include "entry/Application.h"
 #include "host/QtFrame.h"
+#include "host/QtPaletteBar.h"
 #include "host/qt_menus.h"
 
 #include <QAction>
@@ -41,7 +42,8 @@ CMainWindow::CMainWindow(CVldvApp& app_)
       frames(new QMdiArea(this)),
       lines(new QPlainTextEdit),
       pane(new QDockWidget(QStringLiteral("Output"), this)),
-      tools(addToolBar(QStringLiteral("Main")))
+      tools(addToolBar(QStringLiteral("Main"))),
+      palettes(std::make_unique<CQtPaletteBar>(*tools))
 {
     setWindowTitle(QStringLiteral("Velmira"));
     setCentralWidget(frames);
@@ -167,6 +169,11 @@ void CMainWindow::rebuildMenus()
     for (const unsigned id : toolbar_resource(mainMenu)) {
         if (id == 0) {
             separates = true;
+            continue;
+        }
+        if (id == CPaletteBar::commandId) {
+            if (!tools->actions().isEmpty()) tools->addSeparator();
+            tools->addAction(palettes.get());
             continue;
         }
         QString text;

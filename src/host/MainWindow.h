@@ -2,7 +2,9 @@
 #include "platform/CmdTarget.h"
 
 #include <QMainWindow>
+#include <memory>
 
+class CQtPaletteBar;
 class CVldvApp;
 class QMdiArea;
 class QMdiSubWindow;
@@ -36,5 +38,6 @@ private:
     QPlainTextEdit* lines;
     QDockWidget* pane;
     QToolBar* tools;
+    std::unique_ptr<CQtPaletteBar> palettes; ///< the scale that all views follow
     unsigned shownMenu = 0;
 };

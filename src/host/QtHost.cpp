@@ -1,9 +1,11 @@
 #include "host/QtHost.h"
 
 #include "base/text.h"
+#include "host/FormDialog.h"
 #include "host/ListChooserDialog.h"
 #include "host/MainWindow.h"
 #include "host/QtFrame.h"
+#include "host/QtMenu.h"
 #include "host/QtPanes.h"
 #include "host/QtScreen.h"
 #include "host/VariableDialog.h"
@@ -16,7 +18,6 @@
 #include <QFileDialog>
 #include <QListWidget>
 #include <QMdiArea>
-#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -86,6 +87,12 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     return dialog.selectedFiles().front().toStdWString();
 }
 
+void CQtHost::runDialog(CDialog& dialog)
+{
+    CFormDialog window(dialog, main);
+    window.exec();
+}
+
 void CQtHost::runVariableDialog(CVarListDlg& dialog)
 {
     CVariableDialog window(dialog, main);
@@ -148,7 +155,7 @@ void CQtHost::quit() { QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::
 
 void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target)
 {
-    QMenu menu(main);
+    CQtMenu menu(main);
     host::fill_menu(menu, rows, [&](unsigned id, CCmdUI* ui) { return target.OnCmdMsg(id, ui); });
     if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
 }
@@ -184,7 +191,8 @@ std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, wi
         auto* const widget = new QWidget(inside, kind == window_kind::popup ? Qt::Tool : Qt::Widget);
         // What the logic does not paint is erased by the logic, and nothing by the toolkit.
         widget->setAttribute(Qt::WA_OpaquePaintEvent);
-        widget->setFocusPolicy(Qt::StrongFocus);
+        // A click into a control is one into its view, which keeps the focus.
+        widget->setFocusPolicy(kind == window_kind::child ? Qt::NoFocus : Qt::StrongFocus);
         widget->show();
         return std::make_unique<CQtPeer>(logic, widget);
     }

@@ -20,6 +20,7 @@ public:
     bool askYesNo(const std::string& text) override;
     std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override;
     std::optional<std::wstring> askSavePath(const save_prompt& prompt) override;
+    void runDialog(CDialog& dialog) override;
     void runVariableDialog(CVarListDlg& dialog) override;
     bool showVariableDialog(CVarListDlg& dialog) override;
     window_choice chooseWindows(const std::vector<std::wstring>& titles) override;

@@ -63,6 +63,7 @@ private:
 };
 
 class CCmdTarget;
+class CDialog;
 class CListChooser;
 class CVarListDlg;
 
@@ -113,6 +114,8 @@ public:
     /// The chosen paths, empty when the dialog was cancelled.
     virtual std::vector<std::wstring> askOpenPaths(const open_prompt&) { return {}; }
     virtual bool askYesNo(const std::string&) { return false; }
+    /// Shows a dialog until it is closed through `CDialog::EndDialog`.
+    virtual void runDialog(CDialog&) {}
     /// Shows a variable dialog until it is closed through `CVarListDlg::EndDialog`.
     virtual void runVariableDialog(CVarListDlg&) {}
     /// Shows it beside the program. \return false when it cannot

@@ -103,15 +103,15 @@ void CChildFrame::OnLoadData()
     CImageView* view = nullptr;
     CStorageDoc* document = nullptr;
     if (changingTab || !GetImageViewAndDoc(view, document)) return;
-    const bool wasVisible = bar.visible;
+    const CSubimgSwitch before = bar;
     const bool overlay = has_overlay(*view, *document);
     bar.names = tab_names(*document, view->getImageNumber(), overlay);
     bar.visible = overlay || document->getSubImagesNumber(view->getImageNumber()) >= 2;
     bar.selected = static_cast<int>(view->getSubImageNumber());
     if (overlay) bar.selected = view->options["ShowOverlay"] ? 0 : bar.selected + 1;
-    if (getPeer()) {
+    if (getPeer() && bar != before) { // data also reloads many times a second, under a drag of the scale
         getPeer()->setTabs(bar.names, bar.selected, bar.visible);
-        if (bar.visible != wasVisible) {
+        if (bar.visible != before.visible) {
             // The frame gives the strip its room, so that the view keeps its size.
             const int change = bar.visible ? CSubimgSwitch::height : -CSubimgSwitch::height;
             const CSize outer = GetWindowRect().Size();

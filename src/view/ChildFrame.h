@@ -15,6 +15,7 @@ struct CSubimgSwitch {
     std::vector<std::wstring> names;
     int selected = 0;
     bool visible = false;
+    bool operator==(const CSubimgSwitch&) const = default;
 };
 
 namespace view {

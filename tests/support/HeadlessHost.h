@@ -1,4 +1,5 @@
 #pragma once
+#include "platform/Dialog.h"
 #include "platform/Host.h"
 #include "platform/ListChooser.h"
 #include "platform/VarListDlg.h"
@@ -74,6 +75,11 @@ public:
         openPrompts.push_back(prompt);
         if (onOpen) onOpen(prompt);
         return openPaths;
+    }
+    void runDialog(CDialog& dialog) override
+    {
+        ++dialogs;
+        if (onForm) onForm(dialog);
     }
     void runVariableDialog(CVarListDlg& dialog) override
     {
@@ -191,6 +197,7 @@ public:
     bool yes = false;                    ///< answer of yes-no boxes
     std::function<void(const open_prompt&)> onOpen;
     std::function<void(CVarListDlg&)> onDialog;
+    std::function<void(CDialog&)> onForm;
     int dialogs = 0;
     std::vector<std::vector<menu_row>> popups;
     unsigned popupChoice = 0; ///< 0: none
