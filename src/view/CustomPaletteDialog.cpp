@@ -147,8 +147,7 @@ void CCustomPaletteDialog::OnLoad()
 {
     CWinApp* const app = AfxGetApp();
     if (!app) return;
-    const std::vector<std::wstring> chosen =
-        app->host().askOpenPaths({.folder = {}, .filter = filter, .several = false, .preview = false});
+    const std::vector<std::wstring> chosen = app->host().askOpenPaths({.folder = {}, .filter = filter});
     if (chosen.empty()) return;
     if (auto loaded = view::load_palette(platform::to_path(chosen.front()))) {
         edited = std::move(*loaded);
