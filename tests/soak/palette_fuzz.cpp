@@ -2,6 +2,7 @@
 #include "view/palette_edit.h"
 #include "view/palette_file.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -11,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto again = view::read_palette_file(view::write_palette_file(*table));
     if (!again || *again != *table) std::abort();
     view::smooth(*table);
-    for (std::size_t i = 0; i + 4 < size; ++i)
+    for (std::size_t i = 0; i + 4 < std::min<std::size_t>(size, 128); ++i)
         view::draw_stroke(*table, view::color_channel::green, {data[i] - 64, data[i + 1]},
                           {data[i + 2] - 64, data[i + 3] * 3 - 256}, {0, 0, 100 + data[i + 4], 60});
     return 0;
