@@ -25,6 +25,13 @@
 
 namespace {
 
+/// What a prompt stands over: the dialog that asks, else the main window.
+QWidget* prompt_parent(QWidget* main)
+{
+    QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : main;
+}
+
 /// "name|*.a;*.b|name|*.c||" as the toolkit's list.
 QStringList name_filters(const std::string& filter)
 {
@@ -52,7 +59,8 @@ void CQtHost::messageBox(const std::string& text, message_icon icon)
     const QMessageBox::Icon shown = icon == message_icon::error     ? QMessageBox::Critical
                                     : icon == message_icon::warning ? QMessageBox::Warning
                                                                     : QMessageBox::Information;
-    QMessageBox box(shown, QStringLiteral("Velmira"), QString::fromStdString(text), QMessageBox::Ok, main);
+    QMessageBox box(shown, QStringLiteral("Velmira"), QString::fromStdString(text), QMessageBox::Ok,
+                    prompt_parent(main));
     box.exec();
 }
 
@@ -63,7 +71,7 @@ bool CQtHost::askYesNo(const std::string& text)
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {
-    QFileDialog dialog(main, QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
+    QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     dialog.setNameFilters(name_filters(prompt.filter));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
@@ -77,7 +85,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 
 std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 {
-    QFileDialog dialog(main, QStringLiteral("Save As"));
+    QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setNameFilters(name_filters(prompt.filter));

@@ -6,7 +6,7 @@ enum class control_kind : std::uint8_t {
     button,
     defaultButton, ///< the one of the Return key
     radio,         ///< one of the choices of the dialog
-    pane,          ///< drawn by the dialog, framed
+    pane,          ///< drawn by the dialog
 };
 
 /// A control at its place in dialog units, which grow with the font.

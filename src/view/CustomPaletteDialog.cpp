@@ -147,7 +147,10 @@ void CCustomPaletteDialog::OnLoad()
 {
     CWinApp* const app = AfxGetApp();
     if (!app) return;
-    const std::vector<std::wstring> chosen = app->host().askOpenPaths({.folder = {}, .filter = filter});
+    open_prompt prompt;
+    prompt.folder = view::palette_folder().wstring();
+    prompt.filter = filter;
+    const std::vector<std::wstring> chosen = app->host().askOpenPaths(prompt);
     if (chosen.empty()) return;
     if (auto loaded = view::load_palette(platform::to_path(chosen.front()))) {
         edited = std::move(*loaded);
