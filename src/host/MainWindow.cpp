@@ -4,12 +4,14 @@
 #include "host/QtFrame.h"
 #include "host/QtPaletteBar.h"
 #include "host/qt_toolbar.h"
+#include "host/tiling.h"
 #include "view/option_rows.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -44,6 +46,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
       lines(new QPlainTextEdit),
       pane(new QDockWidget(QStringLiteral("Output"), this)),
       tools(addToolBar(QStringLiteral("Main"))),
+      status(new QLabel),
       palettes(std::make_unique<CQtPaletteBar>(*tools))
 {
     setWindowTitle(QStringLiteral("Velmira"));
@@ -58,7 +61,8 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     addDockWidget(Qt::BottomDockWidgetArea, pane);
     pane->hide();
     tools->setObjectName(QStringLiteral("main"));
-    statusBar()->showMessage(QStringLiteral("Ready"));
+    status->setText(QStringLiteral("Ready"));
+    statusBar()->addWidget(status, 1);
     connect(frames, &QMdiArea::subWindowActivated, this, &CMainWindow::onActivated);
     auto* const collector = new QTimer(this);
     connect(collector, &QTimer::timeout, this, [this] { idle(); });
@@ -73,7 +77,7 @@ CMainWindow::~CMainWindow()
     frames->disconnect(this);
 }
 
-void CMainWindow::showStatus(const QString& text) { statusBar()->showMessage(text); }
+void CMainWindow::showStatus(const QString& text) { status->setText(text); }
 
 void CMainWindow::addOutput(const QString& line)
 {
@@ -106,7 +110,7 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
         else if (id == cmdCascade)
             frames->cascadeSubWindows();
         else
-            frames->tileSubWindows();
+            tile(id == cmdTileVertically);
         return true;
     case cmdOutput:
         if (ui)
@@ -145,6 +149,19 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
         frame.ActivateFrame();
     }
     return true;
+}
+
+void CMainWindow::tile(bool vertically)
+{
+    QList<QMdiSubWindow*> shown;
+    for (QMdiSubWindow* const window : frames->subWindowList())
+        if (window->isVisible() && !window->isMinimized()) shown << window;
+    const std::vector<QRect> places =
+        host::tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
+    for (qsizetype i = 0; i < shown.size(); ++i) {
+        if (shown[i]->isMaximized()) shown[i]->showNormal();
+        shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
+    }
 }
 
 void CMainWindow::onActivated(QMdiSubWindow* window)

@@ -4,9 +4,11 @@
 #include "platform/WinApp.h"
 #include "view/ChildFrame.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QStyle>
 #include <QTabBar>
@@ -33,6 +35,8 @@ CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
     sub->move(shift, shift);
     sub->setAttribute(Qt::WA_DeleteOnClose, false);
     sub->installEventFilter(this);
+    // Closing by key is a command of the menus; twice the same key would do nothing.
+    for (QAction* const action : sub->systemMenu()->actions()) action->setShortcut({});
     tabs = new QTabBar(widget);
     tabs->setExpanding(false);
     tabs->setDrawBase(false);

@@ -1,5 +1,6 @@
 #include "host/qt_toolbar.h"
 
+#include "resources/strings.h"
 #include "view/PaletteBar.h"
 
 #include <QAction>
@@ -56,6 +57,7 @@ void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_ro
         auto* const action = new QAction(command_text(id), &bar);
         action->setData(id);
         show_state(*action, state);
+        action->setStatusTip(QString::fromUtf8(string_resource(id)));
         QObject::connect(action, &QAction::triggered, &bar, [route, id] { route(id, nullptr); });
         add(action);
     }
@@ -73,9 +75,9 @@ void refresh_toolbar(QToolBar& bar, const command_route& route)
 
 void size_toolbar(QToolBar& bar, bool large)
 {
-    constexpr double enlarged = 1.4;
+    constexpr double smaller = 0.8;
     QFont font = QToolBar().font();
-    if (large) font.setPointSizeF(font.pointSizeF() * enlarged);
+    if (!large) font.setPointSizeF(font.pointSizeF() * smaller);
     bar.setFont(font);
 }
 

@@ -12,7 +12,7 @@ namespace host {
 void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes);
 /// Shows the state that the handlers give now.
 void refresh_toolbar(QToolBar& bar, const command_route& route);
-/// \param large  buttons for the finger rather than the mouse
+/// \param large  as large as texts elsewhere; otherwise smaller
 void size_toolbar(QToolBar& bar, bool large);
 
 } // namespace host

@@ -2,6 +2,7 @@
 #include "host/ListChooserDialog.h"
 #include "host/preview_pane.h"
 #include "host/qt_printing.h"
+#include "host/tiling.h"
 #include "platform/DC.h"
 #include "platform/Host.h"
 #include "support/temporary_folder.h"
@@ -14,6 +15,7 @@
 #include <QListWidget>
 #include <QPrinter>
 #include <QPushButton>
+#include <QRegion>
 #include <gtest/gtest.h>
 
 namespace {
@@ -84,6 +86,22 @@ TEST(PreviewPane, ShowsTheFileOnWhichTheUserStays)
     EXPECT_EQ(shown.pixelColor(1, 0), QColor(Qt::blue));
     dialog.findChild<QCheckBox*>()->setChecked(false);
     EXPECT_TRUE(text->text().isEmpty());
+}
+
+TEST(Tiling, CoversTheAreaWithoutOverlap)
+{
+    EXPECT_EQ(host::tiles(2, {101, 50}, true), (std::vector<QRect>{{0, 0, 50, 50}, {50, 0, 51, 50}}));
+    EXPECT_EQ(host::tiles(2, {100, 50}, false), (std::vector<QRect>{{0, 0, 100, 25}, {0, 25, 100, 25}}));
+    for (int count = 1; count < 12; ++count) {
+        int covered = 0;
+        QRegion all;
+        for (const QRect& tile : host::tiles(count, {97, 53}, count % 2 == 0)) {
+            covered += tile.width() * tile.height();
+            all += tile;
+        }
+        EXPECT_EQ(covered, 97 * 53) << count;
+        EXPECT_EQ(all, QRegion(0, 0, 97, 53)) << count;
+    }
 }
 
 TEST(Printing, WritesTheSheetAndTellsWhenItCannot)

@@ -73,6 +73,12 @@ protected:
     {
         return *dynamic_cast<CRenderedView*>(app.frames().at(frame)->GetActiveView());
     }
+    /// As its menu item does.
+    void runCommand(unsigned id)
+    {
+        window.route(id, nullptr);
+        settle();
+    }
     QImage shown(std::size_t frame = 0)
     {
         view(frame).flushTimers();
@@ -161,8 +167,14 @@ TEST_F(WorkstationTest, FramesTileAndClose)
     open("a.spm");
     open("b.spm");
     EXPECT_EQ(window.area().subWindowList().size(), 2);
-    window.area().tileSubWindows();
-    settle();
+    EXPECT_TRUE(app.routeCommand(57634, nullptr)) << "the last one is active";
+    runCommand(57652);
+    const QList<QMdiSubWindow*> tiled = window.area().subWindowList();
+    const QSize whole = window.area().viewport()->size();
+    EXPECT_EQ(tiled[0]->geometry() | tiled[1]->geometry(), QRect({0, 0}, whole));
+    EXPECT_EQ(tiled[0]->height(), whole.height()) << "side by side";
+    runCommand(57651);
+    EXPECT_EQ(tiled[0]->width(), whole.width()) << "under each other";
     EXPECT_NE(view(0).displayRect.Size(), (CSize{512, 512})) << "the view follows its frame";
     EXPECT_EQ(view(0).image.width(), view(0).displayRect.Width());
     window.area().closeAllSubWindows();
