@@ -94,8 +94,10 @@ void CVldvApp::OnSettings()
     std::ifstream layout(platform::find_interface_file("Settings.xml"), std::ios::binary);
     CVarListDlg dialog;
     dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::settingsLayout, nullptr);
-    if (dialog.DoModal() == CVarListDlg::resultOk) return;
-    for (const SPMVar& variable : before) list.set_var(variable);
+    if (dialog.DoModal() != CVarListDlg::resultOk)
+        for (const SPMVar& variable : before) list.set_var(variable);
+    for (const std::unique_ptr<CFrameWnd>& frame : frames()) frame->OnResetToolbar();
+    host().refreshLooks();
 }
 
 void CVldvApp::OnExit()

@@ -3,7 +3,8 @@
 #include "entry/Application.h"
 #include "host/QtFrame.h"
 #include "host/QtPaletteBar.h"
-#include "host/qt_menus.h"
+#include "host/qt_toolbar.h"
+#include "view/option_rows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -33,7 +34,7 @@ enum command : unsigned {
     cmdStatusBar = 59393,
     cmdFirstWindow = 65280,
 };
-constexpr int freeInterval = 0; // milliseconds: between two events
+constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
 
 } // namespace
 
@@ -60,8 +61,8 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     statusBar()->showMessage(QStringLiteral("Ready"));
     connect(frames, &QMdiArea::subWindowActivated, this, &CMainWindow::onActivated);
     auto* const collector = new QTimer(this);
-    connect(collector, &QTimer::timeout, this, [this] { app.freeClosed(); });
-    collector->start(100);
+    connect(collector, &QTimer::timeout, this, [this] { idle(); });
+    collector->start(idleInterval);
     rebuildMenus();
     installShortcuts();
 }
@@ -164,29 +165,27 @@ void CMainWindow::rebuildMenus()
     shownMenu = active && active->menuId() ? active->menuId() : mainMenu;
     host::fill_menu_bar(*menuBar(), menu_resource(shownMenu),
                         [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    rebuildTools();
+}
+
+void CMainWindow::rebuildTools()
+{
+    const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
     tools->clear();
-    bool separates = false;
-    for (const unsigned id : toolbar_resource(mainMenu)) {
-        if (id == 0) {
-            separates = true;
-            continue;
-        }
-        if (id == CPaletteBar::commandId) {
-            if (!tools->actions().isEmpty()) tools->addSeparator();
-            tools->addAction(palettes.get());
-            continue;
-        }
-        QString text;
-        for (const menu_row& row : menu_resource(102))
-            if (row.id == id) text = QString::fromUtf8(row.text).remove('&').remove("...");
-        CCmdUI state{.m_nID = id};
-        if (text.isEmpty() || !route(id, &state)) continue;
-        if (separates && !tools->actions().isEmpty()) tools->addSeparator();
-        separates = false;
-        QAction* const action = tools->addAction(text);
-        action->setEnabled(state.enabled || id == 57601);
-        connect(action, &QAction::triggered, this, [this, id] { route(id, nullptr); });
-    }
+    host::size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
+    host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get());
+    // The view's own tools stand here unless its frame has them.
+    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || toolbar_resource(shownMenu).empty()) return;
+    tools->addSeparator();
+    host::fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
+}
+
+void CMainWindow::idle()
+{
+    app.freeClosed();
+    host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    for (const auto& frame : app.frames())
+        if (auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer())) peer->refreshTools();
 }
 
 /// Shortcuts of all menus, each sent to whoever handles it now.

@@ -32,6 +32,9 @@ private:
     bool ownCommand(unsigned id, CCmdUI* ui);
     void onActivated(QMdiSubWindow* window);
     void installShortcuts();
+    void rebuildTools();
+    /// Frees what was closed and shows the state of commands.
+    void idle();
 
     CVldvApp& app;
     QMdiArea* frames;

@@ -1,5 +1,6 @@
 #include "host/QtFrame.h"
 
+#include "host/qt_toolbar.h"
 #include "platform/WinApp.h"
 #include "view/ChildFrame.h"
 
@@ -10,10 +11,17 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTimer>
+#include <QToolBar>
 
 namespace {
 
 constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew
+
+bool to_application(unsigned id, CCmdUI* ui)
+{
+    CWinApp* const app = AfxGetApp();
+    return app && app->routeCommand(id, ui);
+}
 
 } // namespace
 
@@ -30,6 +38,8 @@ CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
     tabs->setDrawBase(false);
     tabs->setUsesScrollButtons(true);
     tabs->hide();
+    tools = new QToolBar(widget);
+    tools->hide();
     connect(tabs, &QTabBar::tabBarClicked, this, [this](int tab) {
         if (auto* const frame = dynamic_cast<CChildFrame*>(&logic)) frame->OnSubimageSelChange(tab);
     });
@@ -104,7 +114,28 @@ void CQtFrame::setTabs(const std::vector<std::wstring>& names, int selected, boo
     }
     if (selected >= 0 && selected < tabs->count()) tabs->setCurrentIndex(selected);
     tabs->setVisible(visible);
+    placeStrips();
+}
+
+void CQtFrame::placeStrips()
+{
     tabs->setGeometry(0, 0, widget->width(), CSubimgSwitch::height);
+    tools->setGeometry(0, tabs->isHidden() ? 0 : CSubimgSwitch::height, widget->width(), tools->sizeHint().height());
+}
+
+int CQtFrame::setToolbar(unsigned id, bool large)
+{
+    tools->clear();
+    host::size_toolbar(*tools, large);
+    host::fill_toolbar(*tools, toolbar_resource(id), to_application, nullptr);
+    tools->setVisible(!tools->actions().isEmpty());
+    placeStrips();
+    return tools->isHidden() ? 0 : tools->sizeHint().height();
+}
+
+void CQtFrame::refreshTools()
+{
+    if (!tools->isHidden()) host::refresh_toolbar(*tools, to_application);
 }
 
 bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
@@ -128,7 +159,7 @@ bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
     }
     if (watched == widget.data()) {
         if (event->type() == QEvent::Resize) {
-            tabs->setGeometry(0, 0, widget->width(), CSubimgSwitch::height);
+            placeStrips();
             tellSizeLater();
             return false;
         }

@@ -168,6 +168,11 @@ void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CC
     if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
 }
 
+void CQtHost::refreshLooks()
+{
+    if (main) main->rebuildMenus();
+}
+
 void CQtHost::setStatusText(const std::wstring& text)
 {
     if (main) main->showStatus(QString::fromStdWString(text));

@@ -30,6 +30,7 @@ public:
     void previewPrint(const print_job& job) override;
     void quit() override;
     void trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target) override;
+    void refreshLooks() override;
     void setStatusText(const std::wstring& text) override;
     void output(const std::string& line) override;
     std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd* parent, window_kind kind) override;

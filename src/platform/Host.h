@@ -79,7 +79,7 @@ struct open_prompt {
     std::wstring folder;
     std::string filter; ///< "name|pattern|name|pattern||"
     bool several = false;
-    std::function<file_preview(const std::wstring& path)> preview; ///< empty: none is shown
+    std::function<file_preview(const std::wstring& path)> preview{}; ///< empty: none is shown
     std::vector<SPMVar>* variables = nullptr; ///< shown below the list and changed by the user; null: none
 };
 
@@ -133,6 +133,8 @@ public:
     virtual void previewPrint(const print_job&) {}
     /// Ends the program after the present event.
     virtual void quit() {}
+    /// Settings of the main window's looks may have changed.
+    virtual void refreshLooks() {}
     virtual void setStatusText(const std::wstring&) {}
     /// A line for the output pane.
     virtual void output(const std::string&) {}

@@ -42,6 +42,8 @@ public:
     virtual void setTitle(const std::wstring& text) = 0;
     /// Tabs along the upper edge of a frame, 20 pixels high.
     virtual void setTabs(const std::vector<std::wstring>&, int, bool) {}
+    /// Tools of a frame, below its tabs: a toolbar of the resources, none for 0. \return its height
+    virtual int setToolbar(unsigned, bool) { return 0; }
     /// Content of a pane of text, and of a table with its headings in row 0.
     virtual void setText(const std::wstring&) {}
     virtual void setTable(const std::vector<std::vector<std::wstring>>&) {}

@@ -96,7 +96,11 @@ bool CChildFrame::GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) 
     return document && view->getImageNumber() < document->getImagesNumber();
 }
 
-void CChildFrame::OnInitImageView(CImageView*) { OnLoadData(); }
+void CChildFrame::OnInitImageView(CImageView*)
+{
+    OnResetToolbar();
+    OnLoadData();
+}
 
 void CChildFrame::OnLoadData()
 {
@@ -112,14 +116,34 @@ void CChildFrame::OnLoadData()
     if (getPeer() && bar != before) { // data also reloads many times a second, under a drag of the scale
         getPeer()->setTabs(bar.names, bar.selected, bar.visible);
         if (bar.visible != before.visible) {
-            // The frame gives the strip its room, so that the view keeps its size.
-            const int change = bar.visible ? CSubimgSwitch::height : -CSubimgSwitch::height;
-            const CSize outer = GetWindowRect().Size();
-            SetWindowSize({outer.cx, outer.cy + change});
+            changeHeight(bar.visible ? CSubimgSwitch::height : -CSubimgSwitch::height);
         }
     }
     RecalcLayout();
     OnUpdateFrameTitle(true);
+}
+
+/// Gives a strip its room, or takes it back, so that the view keeps its size.
+void CChildFrame::changeHeight(int change)
+{
+    const CSize outer = GetWindowRect().Size();
+    SetWindowSize({outer.cx, outer.cy + change});
+}
+
+void CChildFrame::OnResetToolbar()
+{
+    auto* const view = dynamic_cast<CDCView*>(GetActiveView());
+    if (!view || !getPeer()) return;
+    constexpr long largeTools = -2;
+    enum { asMain, small, large };
+    const long kind = view->GetToolbarIDs(nullptr, nullptr, nullptr);
+    const bool isShown = kind != 0 && static_cast<bool>(view->options["toolbar"]);
+    const int size = static_cast<int>(view->options["toolbar.size"]);
+    const int before = toolbarHeight;
+    toolbarHeight = getPeer()->setToolbar(isShown ? menuId() : 0, size == asMain ? kind == largeTools : size == large);
+    if (toolbarHeight == before) return;
+    changeHeight(toolbarHeight - before);
+    RecalcLayout();
 }
 
 void CChildFrame::OnSubimageSelChange(int tab)
@@ -181,7 +205,7 @@ void CChildFrame::OnUpdateFrameTitle(bool addNumber)
 CRect CChildFrame::viewRect() const
 {
     CRect rect = GetClientRect();
-    if (bar.visible) rect.top = std::min(rect.top + CSubimgSwitch::height, rect.bottom);
+    if (const int strips = stripsHeight()) rect.top = std::min(rect.top + strips, rect.bottom);
     return rect;
 }
 
@@ -189,7 +213,7 @@ CRect CChildFrame::viewRect() const
 CSize CChildFrame::insets() const
 {
     const auto* const view = dynamic_cast<CDCView*>(GetActiveView());
-    CSize around{0, bar.visible ? CSubimgSwitch::height : 0};
+    CSize around{0, stripsHeight()};
     if (view) {
         around.cx += static_cast<int>(view->options["LeftMargin"]) + static_cast<int>(view->options["RightMargin"]);
         around.cy += static_cast<int>(view->options["TopMargin"]) + static_cast<int>(view->options["BottomMargin"]);

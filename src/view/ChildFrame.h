@@ -67,6 +67,7 @@ public:
     virtual bool GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) const;
 
     void OnUpdateFrameTitle(bool addNumber) override;
+    void OnResetToolbar() override;
     CRect viewRect() const override;
     /// Smallest outer size: the margins and a small picture.
     CSize OnGetMinMaxInfo() const;
@@ -81,9 +82,13 @@ public:
 
 private:
     CSize insets() const;
+    /// Of tabs and tools above the view.
+    int stripsHeight() const noexcept { return (bar.visible ? CSubimgSwitch::height : 0) + toolbarHeight; }
+    void changeHeight(int change);
 
     CSubimgSwitch bar;
     CSizeLine sizeLine;
+    int toolbarHeight = 0;
     bool sizing = false;
     bool changingTab = false;
 };

@@ -128,6 +128,7 @@ public:
 protected:
     void oh_invalidate(const SPMVar& changed);
     void oh_margin(const SPMVar& changed);
+    void oh_toolbar(const SPMVar& changed);
     void oh_text_create_font(const SPMVar& changed);
 
     void OnShowLegend() { toggle_option("ShowLegend"); }

@@ -240,6 +240,39 @@ TEST_F(EntryTest, ASurfaceIsRenderedOnceAfterABurst)
     EXPECT_EQ(dc.operations[0].box, view.displayRect);
 }
 
+TEST_F(EntryTest, FramesHaveTheirOwnToolsWhereSettingsSay)
+{
+    app->OpenDocumentFile(surface("a.spm").c_str());
+    CFrameWnd& frame = *app->frames()[0];
+    auto& view = *dynamic_cast<CDCView*>(frame.GetActiveView());
+    const HeadlessWindow& window = CHeadlessHost::windowOf(frame);
+    host.pump();
+    const CRect plain = view.GetClientRect();
+    const int height = frame.GetWindowRect().Height();
+    EXPECT_EQ(window.toolbar, 0u);
+    const auto choose = [&](const char* value) {
+        host.onDialog = [value](CVarListDlg& dialog) {
+            dialog.list().set_var("local_toolbar", value);
+            dialog.EndDialog(CVarListDlg::resultOk);
+        };
+        app->OnCmdMsg(10202, nullptr);
+        host.pump();
+    };
+    choose("3");
+    EXPECT_EQ(window.toolbar, 102u);
+    EXPECT_TRUE(window.toolsAreLarge);
+    EXPECT_EQ(frame.GetWindowRect().Height(), height + HeadlessWindow::toolsHeight);
+    EXPECT_EQ(view.GetClientRect(), plain) << "the view keeps its size";
+    view.setOption("toolbar.size", "Small");
+    EXPECT_FALSE(window.toolsAreLarge);
+    view.setOption("toolbar", "false");
+    EXPECT_EQ(window.toolbar, 0u);
+    EXPECT_EQ(frame.GetWindowRect().Height(), height);
+    view.setOption("toolbar", "true");
+    choose("0");
+    EXPECT_EQ(window.toolbar, 0u);
+}
+
 TEST_F(EntryTest, SettingsAreKeptAndCancelled)
 {
     host.onDialog = [](CVarListDlg& dialog) {
