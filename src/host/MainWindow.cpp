@@ -215,7 +215,7 @@ void CMainWindow::installShortcuts()
     for (const auto& [keySequence, id] : keys) {
         if (keySequence.size() == 1) continue; // plain letters belong to the view
         auto* const shortcut = new QShortcut(QKeySequence(keySequence), this);
-        connect(shortcut, &QShortcut::activated, this, [this, id = id] { route(id, nullptr); });
+        connect(shortcut, &QShortcut::activated, this, [this, sent = id] { route(sent, nullptr); });
     }
 }
 
