@@ -168,6 +168,7 @@ private:
 
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
+    CRect titledRect; ///< display whose zoom stands in the title
 };
 
 template <class View>
