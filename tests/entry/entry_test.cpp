@@ -89,7 +89,8 @@ TEST_F(EntryTest, MoreFilesThanTheDialogCanNameAreRefused)
 
 TEST_F(EntryTest, TheDialogsSettingsMergeWhatIsOpened)
 {
-    const interface_file labels("OpendocParam.xml", "<p><var id=\"open.merged\" name=\"Zusammen\"/></p>");
+    setGlobal("language", "entry-test"); // a folder that no installation has
+    const interface_file labels("OpendocParam.xml", "<p><var id=\"open.merged\" name=\"Zusammen\"/></p>", true);
     host.openPaths = {surface("a.spm"), surface("b.spm")};
     host.onOpen = [](const open_prompt& prompt) {
         ASSERT_NE(prompt.variables, nullptr);
@@ -102,6 +103,7 @@ TEST_F(EntryTest, TheDialogsSettingsMergeWhatIsOpened)
     EXPECT_TRUE(document().IsModified());
     EXPECT_EQ(host.readString("GlobalOptions", "open.merged"), "true") << "kept for the next time";
     setGlobal("open.merged", "false");
+    setGlobal("language", "");
 }
 
 TEST_F(EntryTest, SaveAllOffersWhatWasChanged)
