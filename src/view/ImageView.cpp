@@ -149,6 +149,7 @@ void CImageView::readWell(int minimum, int maximum, double* low, double* high, c
 
 void CImageView::SetParentView(CImageView* parent_)
 {
+    if (parentView && parentView != parent_) parentView->OnChildViewClosed(this);
     parentView = parent_;
     if (parentView && std::ranges::find(parentView->childViews, this) == parentView->childViews.end())
         parentView->childViews.push_back(this);
