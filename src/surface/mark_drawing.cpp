@@ -80,6 +80,14 @@ void draw_mark(CDC& dc, CPoint at, int shape)
         draw_arrow(dc, at);
 }
 
+CRect mark_box(CPoint at, int shape)
+{
+    // Of the tables above, with the second pixel of a tick's line.
+    const CRect box = shape == mark_style::ticks ? CRect(-5, -8, 6, 2) : CRect(-9, -5, 1, 6);
+    return {at.x + CorrectDPISize(box.left), at.y + CorrectDPISize(box.top), at.x + CorrectDPISize(box.right),
+            at.y + CorrectDPISize(box.bottom)};
+}
+
 void draw_marks(CDC& dc, const std::vector<CPoint>& marks, const view::view_geometry& geometry, const mark_style& style)
 {
     if (marks.empty()) return;

@@ -19,6 +19,8 @@ CPoint clamped_text(CPoint at, CSize extent, std::uint32_t alignment, int ascent
 
 /// One mark without its number.
 void draw_mark(CDC& dc, CPoint at, int shape);
+/// The pixels that such a mark touches.
+CRect mark_box(CPoint at, int shape);
 /// All marks in order, numbered from 1.
 void draw_marks(CDC& dc, const std::vector<CPoint>& marks, const view::view_geometry& geometry,
                 const mark_style& style);

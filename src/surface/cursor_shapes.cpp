@@ -1,0 +1,69 @@
+#include "surface/cursor_shapes.h"
+
+namespace surface {
+
+namespace {
+
+int mode_cursor(const selection_state& state, modifier_keys keys) noexcept
+{
+    const int plain = cursorFirstMode + static_cast<int>(state.mode);
+    const combine_mode combine = state.tracking ? state.combine : combine_of(keys);
+    const int combining = static_cast<int>(combine) - static_cast<int>(combine_mode::add);
+    switch (state.mode) {
+    case cursor_mode::rectangle:
+    case cursor_mode::ellipse:
+        return combine == combine_mode::replace ? plain : cursorAdd + combining;
+    case cursor_mode::isoline:
+        return combine == combine_mode::replace ? static_cast<int>(cursorIsoline) : cursorIsolineAdd + combining;
+    case cursor_mode::lengthyObject:
+        return keys.control ? static_cast<int>(cursorContinueObject) : plain;
+    case cursor_mode::includeFeatures:
+        return cursorInclude;
+    case cursor_mode::excludeFeatures:
+        return cursorExclude;
+    default:
+        return plain;
+    }
+}
+
+} // namespace
+
+combine_mode combine_of(modifier_keys keys) noexcept
+{
+    if (keys.control) return combine_mode::add;
+    if (keys.alt) return combine_mode::subtract;
+    return keys.shift ? combine_mode::move : combine_mode::replace;
+}
+
+int cursor_of(const selection_state& state, modifier_keys keys) noexcept
+{
+    switch (state.hotAction) {
+    case hot_action::sectionVertex:
+        return cursorSectionVertex;
+    case hot_action::moveMark:
+        return cursorMoveMark;
+    case hot_action::deleteMark:
+        return cursorDeleteMark;
+    case hot_action::moveVertex:
+        return cursorMoveVertex;
+    case hot_action::deleteVertex:
+        return keys.control ? cursorDeleteRest : cursorDeleteVertex;
+    case hot_action::volumeMark:
+        return cursorVolumeMark;
+    case hot_action::insertVertex:
+        return cursorInsertVertex;
+    case hot_action::activateCurve:
+        return cursorActivateCurve;
+    case hot_action::decoration:
+        return cursorDecoration;
+    case hot_action::pan:
+        return cursorPan;
+    case hot_action::moveSection:
+        return cursorMoveSection;
+    case hot_action::none:
+        break;
+    }
+    return mode_cursor(state, keys);
+}
+
+} // namespace surface

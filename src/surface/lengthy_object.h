@@ -1,0 +1,38 @@
+#pragma once
+#include "base/VLAxis.h"
+#include "document/Decorations.h"
+#include "surface/sample_frame.h"
+#include "surface/selection_state.h"
+
+#include <span>
+#include <vector>
+
+namespace surface {
+
+/// `done`, gone on along the ridge from its last corner to `to`; a new object there where `done` is empty. Empty when
+/// the point lies outside the frame.
+lengthy_trace extended(const lengthy_trace& done, const sample_frame& frame, CPoint to);
+/// The trace as it is kept: with corners of a line that stays within `radius` samples of what was traced, and the
+/// samples of that line. A radius of 0 keeps all that was traced.
+lengthy_trace finished(const lengthy_trace& trace, double radius);
+
+/// Where finished objects are kept among the drawings of an image.
+inline constexpr const char* lengthyMaskKey = "lengthy_mask";
+
+/// All objects traced on an image as one drawing: a bitmap over it with 1 where an object runs.
+class lengthy_mask {
+public:
+    /// \param kept  what the image has under `lengthyMaskKey`; objects on an image of another size are dropped
+    lengthy_mask(const document::decorations* kept, CSize image_);
+    void add(std::span<const CPoint> path) noexcept;
+    /// The bitmap from sample 0, 0 to the end of the image in its units; valid while this lives and is not changed.
+    VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
+    std::span<const unsigned char> bytes() const noexcept { return bits; }
+
+private:
+    CSize image;
+    std::vector<unsigned char> bits; ///< row 0 first, the lowest
+    decoration_bitmap bitmap{};
+};
+
+} // namespace surface
