@@ -37,21 +37,42 @@ private:
 
 } // namespace
 
+namespace {
+
+/// From `seed` in the first direction that turning from `from` gives, until it comes back; nothing when it does not. A
+/// seed that touches what is lower by a corner alone is left for a line that passes beside it, again and again.
+std::vector<CPoint> walk(const height_set& isSet, CPoint seed, int from)
+{
+    std::vector<CPoint> contour{seed};
+    CPoint milestone = seed;
+    int directionThere = noWay;
+    std::size_t nextMilestone = 1;
+    do {
+        const int way = isSet.wayBackIn(contour.back(), from);
+        if (way == noWay) return {};
+        const CPoint next = contour.back() + steps[way];
+        if (next == milestone && way == directionThere) return {};
+        contour.push_back(next);
+        from = (way + directions / 2) % directions;
+        // Milestones twice as far apart each time: one of them lies on any ring.
+        if (contour.size() != nextMilestone + 1) continue;
+        nextMilestone *= 2;
+        milestone = next;
+        directionThere = way;
+    } while (contour.back() != seed);
+    return contour;
+}
+
+} // namespace
+
 std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed)
 {
     if (!frame.contains(seed)) return {};
     const height_set isSet(frame, seed);
     if (isSet.isInside(seed)) return {};
-    // Every sample is passed at most once from each side, so the walk comes back.
-    std::vector<CPoint> contour{seed};
-    int from = 0;
-    do {
-        const int way = isSet.wayBackIn(contour.back(), from);
-        if (way == noWay) return {};
-        contour.push_back(contour.back() + steps[way]);
-        from = (way + directions / 2) % directions;
-    } while (contour.back() != seed);
-    return contour;
+    for (int from = 0; from < directions; ++from)
+        if (std::vector<CPoint> contour = walk(isSet, seed, from); !contour.empty()) return contour;
+    return {};
 }
 
 } // namespace surface

@@ -7,7 +7,7 @@ namespace surface {
 
 /// The line around the samples that are at least as high as that of `seed`, beginning and ending at it, from sample to
 /// neighbouring sample with the lower ones on the right hand as rows count upwards. Beyond the edge all is lower.
-/// \return nothing when the seed lies outside the frame, alone, or amid samples that are as high
+/// \return nothing when the seed lies outside the frame, alone, or amid samples that are as high, but for corners
 std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed);
 
 /// The first point is the last one too.

@@ -10,7 +10,7 @@ namespace surface {
 namespace {
 
 constexpr int leastMargin = 16;             // samples
-constexpr std::int64_t mostCells = 1 << 20; // searched in a few hundredths of a second
+constexpr std::int64_t mostCells = 1 << 18; // searched in a hundredth of a second
 constexpr int levels = 64, straightStep = 5, diagonalStep = 7;
 constexpr int buckets = levels * diagonalStep + 1;
 constexpr std::uint32_t unreached = ~0u;

@@ -71,6 +71,22 @@ TEST_F(ProgramTest, WrongUseIsTold)
     EXPECT_EQ(vldv({"render", "--help"}).status, 0);
 }
 
+TEST_F(ProgramTest, IsolinesAreWalkedAround)
+{
+    // A hill of 2 by 1 samples in the middle of rows 0 to 2; the file has its top row first.
+    write_file(folder / "hill.txt", "# Channel: H\n# Width: 4 nm\n# Height: 3 nm\n# Value units: nm\n"
+                                    "0 0 0 0\n0 5 5 0\n0 0 0 0\n");
+    EXPECT_EQ(vldv({"isoline", "hill.txt", "--at", "1,1"}).out, "1\t1\n2\t1\n1\t1\n");
+    const json contour = json::parse(vldv({"isoline", "hill.txt", "--at", "2,1", "--json"}).out);
+    EXPECT_EQ(contour["contour"], json::parse("[[2,1],[1,1],[2,1]]"));
+    EXPECT_EQ(contour["at"], json::parse("[2,1]"));
+    const program_result outside = vldv({"isoline", "hill.txt", "--at", "4,1"});
+    EXPECT_EQ(outside.status, 1);
+    EXPECT_NE(outside.err.find("4,1 lies outside of the image of 4 x 3"), std::string::npos) << outside.err;
+    EXPECT_EQ(vldv({"isoline", "hill.txt"}).status, 2);
+    EXPECT_EQ(vldv({"isoline", "hill.txt", "--at", "4"}).status, 2);
+}
+
 TEST_F(ProgramTest, DumpPrintsRowsFromTheLowest)
 {
     write_file(folder / "m.txt", smallMatrix);

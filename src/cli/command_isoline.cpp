@@ -1,0 +1,102 @@
+// vldv isoline: the line around the samples that are as high as one of them.
+#include "surface/isoline.h"
+
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/session.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+struct isoline_options {
+    std::string file;
+    std::vector<int> at;
+    unsigned image = 0, sub = 0;
+    bool json = false;
+};
+
+using json = nlohmann::ordered_json;
+
+void print_text(const std::vector<CPoint>& contour)
+{
+    std::string text;
+    for (const CPoint& point : contour) text += std::to_string(point.x) + '\t' + std::to_string(point.y) + '\n';
+    std::cout << text;
+}
+
+json to_json(CPoint point) { return json::array({point.x, point.y}); }
+
+void print_json(const std::wstring& path, const isoline_options& options, const surface::sample_frame& frame,
+                const std::vector<CPoint>& contour)
+{
+    const CPoint seed{options.at[0], options.at[1]};
+    json points = json::array();
+    for (const CPoint& point : contour) points.push_back(to_json(point));
+    const json out = {{"path", base::valid_utf8(base::narrow(path))},
+                      {"image", options.image},
+                      {"sub", options.sub},
+                      {"at", to_json(seed)},
+                      {"level", frame.at(seed)},
+                      {"contour", points}};
+    std::cout << out.dump(2) << '\n';
+}
+
+std::string print(const CStorageDoc& document, const std::wstring& path, const isoline_options& options)
+{
+    if (options.image >= document.getImagesNumber()) return base::formatted("there is no image %u", options.image);
+    const SPMDataStream& stream = document.getImage(options.image);
+    if (stream.array_type() != SPM_ARRAY_INT16 || stream.get_dimensions_number() != 2)
+        return base::formatted("image %u is no surface of 16-bit samples", options.image);
+    if (options.sub >= document.getSubImagesNumber(options.image))
+        return base::formatted("image %u has no sub-image %u", options.image, options.sub);
+    const auto* const samples = static_cast<const std::int16_t*>(document.getImageDataS(options.image, options.sub));
+    const surface::sample_frame frame{{samples, document.getSubImageLength(options.image)},
+                                      static_cast<int>(stream.get_dimension(0).length),
+                                      static_cast<int>(stream.get_dimension(1).length)};
+    const CPoint seed{options.at[0], options.at[1]};
+    if (!frame.contains(seed))
+        return base::formatted("--at %d,%d lies outside of the image of %d x %d samples", seed.x, seed.y, frame.width,
+                               frame.height);
+    const std::vector<CPoint> contour = surface::trace_isoline(frame, seed);
+    if (options.json)
+        print_json(path, options, frame, contour);
+    else
+        print_text(contour);
+    return "";
+}
+
+int run(const isoline_options& options)
+{
+    session call;
+    call.setFiles({options.file});
+    call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
+        const std::string reason = print(document, path, options);
+        if (!reason.empty()) call.report(path, reason);
+    });
+    return call.status();
+}
+
+} // namespace
+
+void add_isoline(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<isoline_options>();
+    CLI::App* command =
+        app.add_subcommand("isoline", "Print the line around what is at least as high as a sample, one point a line");
+    command->add_option("file", options->file, "File to open")->required();
+    command->add_option("--at", options->at, "Sample as X,Y; row 0 is the lowest")
+        ->delimiter(',')
+        ->expected(2)
+        ->required();
+    command->add_option("--image", options->image, "Number of the image")->capture_default_str();
+    command->add_option("--sub", options->sub, "Number of the sub-image")->capture_default_str();
+    command->add_flag("--json", options->json, "Print JSON");
+    command->callback([options, &status] { status = run(*options); });
+}
+
+} // namespace cli
