@@ -1,5 +1,6 @@
 #include "document/formats/bmp.h"
 #include "document/formats/jpeg.h"
+#include "document/formats/jpk.h"
 #include "document/formats/mdt.h"
 #include "document/formats/nanoscope.h"
 #include "document/formats/registry.h"
@@ -29,6 +30,7 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
+    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk},
     {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, read_mdt},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},

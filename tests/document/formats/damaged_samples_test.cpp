@@ -63,7 +63,8 @@ TEST_P(DamagedSamples, AreReadOrRefused)
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, DamagedSamples,
-                         testing::Values(std::pair(FILE_NANOSCOPE, "nanoscope"), std::pair(FILE_MDT, "mdt")),
+                         testing::Values(std::pair(FILE_NANOSCOPE, "nanoscope"), std::pair(FILE_MDT, "mdt"),
+                                         std::pair(FILE_JPK, "jpk")),
                          [](const auto& each) { return std::string(each.param.second); });
 
 } // namespace
