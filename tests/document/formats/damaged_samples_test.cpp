@@ -64,7 +64,8 @@ TEST_P(DamagedSamples, AreReadOrRefused)
 
 INSTANTIATE_TEST_SUITE_P(Formats, DamagedSamples,
                          testing::Values(std::pair(FILE_NANOSCOPE, "nanoscope"), std::pair(FILE_MDT, "mdt"),
-                                         std::pair(FILE_JPK, "jpk")),
+                                         std::pair(FILE_JPK, "jpk"), std::pair(FILE_WSXM, "wsxm"),
+                                         std::pair(FILE_OPD, "opd"), std::pair(FILE_IBW, "ibw")),
                          [](const auto& each) { return std::string(each.param.second); });
 
 } // namespace
