@@ -24,7 +24,7 @@ VLAxis lateral(double start, double length, unsigned count, const char* units)
 
 void add_text(img_layout& layout, const char* key, const std::string& text)
 {
-    if (!text.empty()) layout.strings[key] = text;
+    if (const std::string_view trimmed = base::trimmed(text); !trimmed.empty()) layout.strings[key] = trimmed;
 }
 
 } // namespace

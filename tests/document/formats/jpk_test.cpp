@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <gtest/gtest.h>
 
 namespace {
@@ -181,6 +182,24 @@ TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)
     ASSERT_TRUE(result) << result.error().reason;
     EXPECT_EQ(result->items.size(), 1u);
     EXPECT_NE(result->strings.at("Channels left out").find("squareroots"), std::string::npos);
+}
+
+/// Two channels of 2 by 2 points, raw 1 to 4 and 5 to 8, in either byte order: 2 * raw + 1 nm on a grid of 4 by 2 µm.
+TEST(Jpk, ImagesComeInBothByteOrders)
+{
+    for (const char* name : {"little.jpk", "big.jpk"}) {
+        SCOPED_TRACE(name);
+        std::ifstream in(VLDV_TEST_DATA "/jpk/" + std::string(name), std::ios::binary);
+        const auto result = read({std::istreambuf_iterator<char>(in), {}});
+        ASSERT_TRUE(result) << result.error().reason;
+        ASSERT_EQ(result->items.size(), 1u);
+        const SPMDataStream& stream = item(*result, 0).stream;
+        for (std::size_t i = 0; i < 8; ++i)
+            EXPECT_NEAR(physical(stream)[i], (2.0 * static_cast<double>(i) + 3) * 1e-9, 1e-15);
+        EXPECT_STREQ(stream.subimage_names()[1].text, "Reverse");
+        EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(1e-6, 2e-6, "m"));
+        EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(2e-6, 1e-6, "m"));
+    }
 }
 
 class JpkSamples : public testing::Test {
