@@ -241,6 +241,8 @@ base::read_result<ibw_wave> read_ibw_wave(source& file)
     const std::uint64_t numberBytes = element_size(wave.type) * (wave.isComplex ? 2u : 1u);
     const std::uint64_t dataBytes = wave.points * numberBytes;
     const std::uint64_t waveBytes = wave.version == 5 ? newWaveBytes : waveHeaderBytes;
+    if (size >= 0 && static_cast<std::uint64_t>(size) == waveBytes && dataBytes != 0)
+        return refuse("the wave holds no numbers of its own, it depends on a formula");
     if (size < 0 || static_cast<std::uint64_t>(size) != waveBytes + dataBytes)
         return refuse("the stated size differs from that of header and numbers");
     if (!holds_numbers(file.size(), wave.dataAt, wave.points, numberBytes))

@@ -87,6 +87,11 @@ TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
     EXPECT_EQ(deflection->strings.at("\\Z scale"), "raw * 1 + -1 [nm] from encoder, conversions distance");
     ASSERT_TRUE(deflection->stream.get_parameter_stream());
     EXPECT_STREQ(deflection->stream.get_parameter_stream(), find_image(*result, "height")->stream.get_name());
+    const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
+    ASSERT_TRUE(time);
+    const double half = 0.5001 * time->stream.values.get_axis(0).scale;
+    const std::vector<double> seconds{0, 1, 2, 0, 1, 1};
+    for (std::size_t i = 0; i < seconds.size(); ++i) EXPECT_NEAR(physical(time->stream)[i], seconds[i], half);
     EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
     EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
 }
@@ -180,7 +185,7 @@ TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)
         all[segment].replace(all[segment].find("signedshort"), 11, "squareroots");
     const auto result = read(stored_zip(all));
     ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(result->items.size(), 1u);
+    EXPECT_EQ(result->items.size(), 2u);
     EXPECT_NE(result->strings.at("Channels left out").find("squareroots"), std::string::npos);
 }
 
