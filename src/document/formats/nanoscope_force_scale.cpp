@@ -69,11 +69,13 @@ std::optional<value_scale> as_force(const nanoscope_section& section, const valu
     return scale;
 }
 
-/// Value of the first line whose key begins so, in the channel's own list or else in any other: newer files write
-/// "Ramp Size Zsweep" in the force list.
+/// Value of the line with this key, else of the first whose key begins so, in the channel's own list, else in any
+/// other: newer files write "Ramp Size Zsweep" and "Ramp Begin DC Sample Bias".
 const std::string* ramp_line(const nanoscope_header& header, const nanoscope_section& section, std::string_view key)
 {
     if (const std::string* own = section.find_typed(key)) return own;
+    for (const nanoscope_line& line : section.lines)
+        if (line.typed && line.key.starts_with(key)) return &line.value;
     const auto found = header.typedSettings.lower_bound(key);
     return found != header.typedSettings.end() && found->first.starts_with(key) ? &found->second : nullptr;
 }

@@ -100,8 +100,6 @@ TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
         force_part(samples16({2, 1}), {"\\Samps/line: 2 0", "\\@4:Ramp channel: S [DCBias] \"DC Sample Bias\"",
                                        "\\@4:Ramp Begin DC Sample Bias: V (0.1 V/LSB) -1 V",
                                        "\\@4:Ramp End DC Sample Bias: V (0.1 V/LSB) 3 V"});
-    bias.lines[3] = "\\@4:Ramp Begin: V (0.1 V/LSB) -1 V";
-    bias.lines.push_back("\\@4:Ramp End: V (0.1 V/LSB) 3 V");
     image_part time = force_part(samples16({2, 1}), {"\\Samps/line: 2 0", "\\X Data Type: Time"});
     image_part height = force_part(samples16({5, 9}), {"\\Samps/line: 2 0"});
     height.lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
