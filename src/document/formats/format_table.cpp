@@ -1,9 +1,16 @@
+#include "document/formats/bcr.h"
 #include "document/formats/bmp.h"
+#include "document/formats/ibw.h"
+#include "document/formats/img.h"
 #include "document/formats/jpeg.h"
+#include "document/formats/jpk.h"
+#include "document/formats/mdt.h"
 #include "document/formats/nanoscope.h"
+#include "document/formats/opd.h"
 #include "document/formats/registry.h"
-#include "document/formats/tiff.h"
 #include "document/formats/text_table.h"
+#include "document/formats/tiff.h"
+#include "document/formats/wsxm.h"
 
 #include <cstring>
 #include <string_view>
@@ -28,6 +35,13 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
+    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk},
+    {FILE_WSXM, "WSxM files", "*.to?;*.ch?", sniff_wsxm, nullptr, read_wsxm},
+    {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, read_mdt},
+    {FILE_IMG, "IMG files", "*.img", sniff_img, possible_img, read_img},
+    {FILE_BCR, "Umka files", "*.bcr", sniff_bcr, nullptr, read_bcr},
+    {FILE_IBW, "IgorPro Files", "*.ibw", sniff_ibw, possible_ibw, read_ibw},
+    {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, read_opd},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
