@@ -2,8 +2,9 @@
 #include "document/formats/jpeg.h"
 #include "document/formats/nanoscope.h"
 #include "document/formats/registry.h"
-#include "document/formats/tiff.h"
+#include "document/formats/sur.h"
 #include "document/formats/text_table.h"
+#include "document/formats/tiff.h"
 
 #include <cstring>
 #include <string_view>
@@ -28,6 +29,7 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
+    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
