@@ -1,6 +1,7 @@
 #include "document/formats/bmp.h"
 #include "document/formats/jpeg.h"
 #include "document/formats/nanoscope.h"
+#include "document/formats/nid.h"
 #include "document/formats/registry.h"
 #include "document/formats/sur.h"
 #include "document/formats/text_table.h"
@@ -29,6 +30,7 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
+    {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
     {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "document/formats/nid.h"
 #include "document/formats/sur.h"
 #include "instrument_fixture.h"
 #include "support/sample_checks.h"
@@ -60,14 +61,14 @@ protected:
     folder files;
 };
 
-/// "Z-Axis backward", "Z (Backward)", "Spectrum FFT | Amplitude Spectral Density".
+/// "Z-Axis backward", "Z (Backward)".
 bool has_name(const image_plane& plane, const std::string& name)
 {
     const std::string label = plane.image->stream.get_description();
     const auto subimages = subimages_of(*plane.image);
     const bool isReverse = base::lower_ascii(name).find("backward") != std::string::npos;
     const std::string direction = plane.subimage < subimages.size() ? subimages[plane.subimage] : "";
-    return name.starts_with(label + " ") && (direction == "Reverse") == isReverse;
+    return name.substr(0, name.rfind(' ')) == label && (direction == "Reverse") == isReverse;
 }
 
 /// The row with its numbers in base units, whatever units the list states them in.
@@ -210,7 +211,9 @@ TEST_P(InstrumentSamples, DamagedFilesGiveAReasonOrARecording)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, InstrumentSamples, testing::Values(sample_set{"sur", sur_reader, FILE_SUR, false}),
+INSTANTIATE_TEST_SUITE_P(Formats, InstrumentSamples,
+                         testing::Values(sample_set{"sur", sur_reader, FILE_SUR, false},
+                                         sample_set{"nid", formats::read_nid, FILE_NANOSURF, true}),
                          [](const auto& tested) { return std::string(tested.param.folder); });
 
 } // namespace

@@ -1,0 +1,99 @@
+#include "document/formats/nid_header.h"
+
+#include "base/text.h"
+#include "document/formats/text_lines.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace formats {
+
+namespace {
+
+constexpr std::string_view firstSection = "[DataSet]";
+constexpr std::string_view endMark = "\r\n\r\n#!";
+constexpr std::uint64_t longestHeader = 64u << 20;
+
+/// Programs before and after a change of theirs write Latin-1 or UTF-8.
+std::string to_utf8(std::string_view text)
+{
+    return base::is_utf8(text) ? std::string(text) : base::cp1252_to_utf8(text);
+}
+
+/// Everything before the end mark. Reads on until it is found, so that samples need not be looked at.
+base::read_result<std::string> read_header_text(source& file)
+{
+    constexpr std::uint64_t firstLook = 64u << 10;
+    const std::uint64_t all = std::min(file.size(), longestHeader);
+    for (std::uint64_t length = std::min(all, firstLook);; length = std::min(all, length * 4)) {
+        std::string text(static_cast<std::size_t>(length), '\0');
+        if (!file.read(0, std::as_writable_bytes(std::span(text)))) return base::read_error{0, "header cannot be read"};
+        if (!is_nid_header(text)) return base::read_error{0, "not a Nanosurf header"};
+        if (const std::size_t end = text.find(endMark); end != std::string::npos) return text.substr(0, end);
+        if (length == all) return base::read_error{all, "the end of the header, \"#!\", is missing"};
+    }
+}
+
+} // namespace
+
+const std::string* nid_section::find(std::string_view key) const noexcept
+{
+    const auto found = std::ranges::find_if(entries, [&](const auto& entry) { return entry.first == key; });
+    return found == entries.end() ? nullptr : &found->second;
+}
+
+std::string nid_section::text(std::string_view key) const
+{
+    const std::string* value = find(key);
+    return value ? std::string(base::trimmed(*value)) : std::string();
+}
+
+std::optional<double> nid_section::number(std::string_view key) const
+{
+    const std::string* value = find(key);
+    return value ? base::whole_number(*value) : std::nullopt;
+}
+
+std::optional<unsigned> nid_section::count(std::string_view key) const
+{
+    const std::string* value = find(key);
+    const auto number = value ? base::whole_integer(*value) : std::nullopt;
+    if (!number || *number < 0 || *number > std::numeric_limits<unsigned>::max()) return std::nullopt;
+    return static_cast<unsigned>(*number);
+}
+
+const nid_section* nid_header::find(std::string_view name) const
+{
+    const auto found = sections.find(name);
+    return found == sections.end() ? nullptr : &found->second;
+}
+
+bool is_nid_header(std::string_view head) noexcept
+{
+    return head.starts_with(firstSection) && head.substr(firstSection.size()).starts_with("\r\n");
+}
+
+base::read_result<nid_header> read_nid_header(source& file)
+{
+    const auto text = read_header_text(file);
+    if (!text) return text.error();
+    nid_header header;
+    header.dataStart = text->size() + endMark.size();
+    nid_section ignored;
+    nid_section* section = &ignored;
+    line_cursor lines(*text);
+    std::string_view line;
+    while (lines.next(line)) {
+        if (line.starts_with('[') && line.ends_with(']')) {
+            const auto [entry, isNew] = header.sections.try_emplace(to_utf8(line.substr(1, line.size() - 2)));
+            section = isNew ? &entry->second : &ignored;
+        } else if (const std::size_t equals = line.find('=');
+                   equals != std::string_view::npos && !line.starts_with("--")) {
+            section->entries.emplace_back(to_utf8(base::trimmed(line.substr(0, equals))),
+                                          to_utf8(base::trimmed(line.substr(equals + 1))));
+        }
+    }
+    return header;
+}
+
+} // namespace formats
