@@ -3,6 +3,7 @@
 #include "document/formats/nanoscope.h"
 #include "document/formats/nid.h"
 #include "document/formats/registry.h"
+#include "document/formats/scala.h"
 #include "document/formats/sur.h"
 #include "document/formats/text_table.h"
 #include "document/formats/tiff.h"
@@ -30,6 +31,7 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
+    {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
     {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
     {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},

@@ -1,5 +1,6 @@
 #include "base/text.h"
 #include "document/formats/nid.h"
+#include "document/formats/scala.h"
 #include "document/formats/sur.h"
 #include "instrument_fixture.h"
 #include "support/sample_checks.h"
@@ -213,7 +214,8 @@ TEST_P(InstrumentSamples, DamagedFilesGiveAReasonOrARecording)
 
 INSTANTIATE_TEST_SUITE_P(Formats, InstrumentSamples,
                          testing::Values(sample_set{"sur", sur_reader, FILE_SUR, false},
-                                         sample_set{"nid", formats::read_nid, FILE_NANOSURF, true}),
+                                         sample_set{"nid", formats::read_nid, FILE_NANOSURF, true},
+                                         sample_set{"scala", formats::read_scala, FILE_SCALA, true}),
                          [](const auto& tested) { return std::string(tested.param.folder); });
 
 } // namespace
