@@ -1,4 +1,5 @@
 #include "document/formats/bmp.h"
+#include "document/formats/hdf.h"
 #include "document/formats/jpeg.h"
 #include "document/formats/nanoscope.h"
 #include "document/formats/nid.h"
@@ -34,6 +35,7 @@ constexpr format_row rows[] = {
     {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
     {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
     {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
+    {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "document/formats/hdf.h"
 #include "document/formats/nid.h"
 #include "document/formats/scala.h"
 #include "document/formats/sur.h"
@@ -215,7 +216,8 @@ TEST_P(InstrumentSamples, DamagedFilesGiveAReasonOrARecording)
 INSTANTIATE_TEST_SUITE_P(Formats, InstrumentSamples,
                          testing::Values(sample_set{"sur", sur_reader, FILE_SUR, false},
                                          sample_set{"nid", formats::read_nid, FILE_NANOSURF, true},
-                                         sample_set{"scala", formats::read_scala, FILE_SCALA, true}),
+                                         sample_set{"scala", formats::read_scala, FILE_SCALA, true},
+                                         sample_set{"hdf", formats::read_hdf, FILE_HDF, false}),
                          [](const auto& tested) { return std::string(tested.param.folder); });
 
 } // namespace
