@@ -6,6 +6,7 @@
 #include "document/formats/registry.h"
 #include "document/formats/scala.h"
 #include "document/formats/sm2.h"
+#include "document/formats/stp.h"
 #include "document/formats/sur.h"
 #include "document/formats/text_table.h"
 #include "document/formats/tiff.h"
@@ -38,6 +39,7 @@ constexpr format_row rows[] = {
     {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
     {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
     {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
+    {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/fixed_text.h"
 #include "document/formats/hdf_directory.h"
+#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
@@ -106,8 +107,8 @@ bool sniff_hdf(std::span<const std::byte> head) { return is_hdf4(head) || is_hdf
 
 base::read_result<recording> read_hdf(source& file)
 {
-    std::byte head[8] = {};
-    file.read(0, std::span(head).first(static_cast<std::size_t>(std::min<std::uint64_t>(file.size(), sizeof head))));
+    const std::string start = read_start(file, 8);
+    const auto head = std::as_bytes(std::span(start));
     if (is_hdf5(head))
         return base::read_error{0, "an HDF 5 file; only HDF 4 files of the ProScan program can be opened"};
     if (!is_hdf4(head)) return base::read_error{0, "not an HDF file"};

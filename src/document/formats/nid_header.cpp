@@ -1,6 +1,7 @@
 #include "document/formats/nid_header.h"
 
 #include "base/text.h"
+#include "document/formats/header_text.h"
 #include "document/formats/text_lines.h"
 
 #include <algorithm>
@@ -18,20 +19,6 @@ constexpr std::uint64_t longestHeader = 64u << 20;
 std::string to_utf8(std::string_view text)
 {
     return base::is_utf8(text) ? std::string(text) : base::cp1252_to_utf8(text);
-}
-
-/// Everything before the end mark. Reads on until it is found, so that samples need not be looked at.
-base::read_result<std::string> read_header_text(source& file)
-{
-    constexpr std::uint64_t firstLook = 64u << 10;
-    const std::uint64_t all = std::min(file.size(), longestHeader);
-    for (std::uint64_t length = std::min(all, firstLook);; length = std::min(all, length * 4)) {
-        std::string text(static_cast<std::size_t>(length), '\0');
-        if (!file.read(0, std::as_writable_bytes(std::span(text)))) return base::read_error{0, "header cannot be read"};
-        if (!is_nid_header(text)) return base::read_error{0, "not a Nanosurf header"};
-        if (const std::size_t end = text.find(endMark); end != std::string::npos) return text.substr(0, end);
-        if (length == all) return base::read_error{all, "the end of the header, \"#!\", is missing"};
-    }
 }
 
 } // namespace
@@ -75,7 +62,8 @@ bool is_nid_header(std::string_view head) noexcept
 
 base::read_result<nid_header> read_nid_header(source& file)
 {
-    const auto text = read_header_text(file);
+    if (!is_nid_header(read_start(file, 64))) return base::read_error{0, "not a Nanosurf header"};
+    const auto text = read_text_before(file, endMark, longestHeader);
     if (!text) return text.error();
     nid_header header;
     header.dataStart = text->size() + endMark.size();

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/directions.h"
 #include "document/formats/fixed_text.h"
+#include "document/formats/header_text.h"
 #include "document/formats/scala_data.h"
 #include "document/formats/scala_parameters.h"
 
@@ -153,17 +154,11 @@ base::read_result<recording> read_set(source& file, source& parameterFile)
     return scala_loader(file, parameterFile.name(), *parameters).load();
 }
 
-bool is_parameter_file(source& file)
-{
-    std::string head(static_cast<std::size_t>(std::min<std::uint64_t>(file.size(), 200)), '\0');
-    return file.read(0, std::as_writable_bytes(std::span(head))) && is_scala_header(head);
-}
-
 } // namespace
 
 base::read_result<recording> read_scala(source& file)
 {
-    if (is_parameter_file(file)) return read_set(file, file);
+    if (is_scala_header(read_start(file, 200))) return read_set(file, file);
     const auto beside = find_parameter_file(file);
     if (!beside || base::equal_ignoring_case(beside->name(), file.name()))
         return base::read_error{0, "not an Omicron parameter file, and none with its name lies beside it"};

@@ -1,6 +1,6 @@
 #include "document/formats/sm2.h"
 
-#include "document/formats/fixed_text.h"
+#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/sm2_page.h"
 #include "document/formats/stream_shape.h"
@@ -100,9 +100,8 @@ bool possible_sm2(std::span<const std::byte>) { return true; }
 
 base::read_result<recording> read_sm2(source& file)
 {
-    std::byte head[16] = {};
-    file.read(0, std::span(head).first(static_cast<std::size_t>(std::min<std::uint64_t>(file.size(), sizeof head))));
-    if (!is_sm2_page(head))
+    const std::string start = read_start(file, 16);
+    if (!is_sm2_page(std::as_bytes(std::span(start))))
         return base::read_error{0, "not an RHK SPM32 file; Smena files have no public layout and are not supported"};
     base::read_error stop;
     const auto pages = find_pages(file, stop);
