@@ -3,6 +3,7 @@
 #include "document/formats/jpeg.h"
 #include "document/formats/nanoscope.h"
 #include "document/formats/nid.h"
+#include "document/formats/pni.h"
 #include "document/formats/registry.h"
 #include "document/formats/scala.h"
 #include "document/formats/sm2.h"
@@ -40,6 +41,7 @@ constexpr format_row rows[] = {
     {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
     {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
     {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},
+    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
