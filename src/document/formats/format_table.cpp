@@ -11,6 +11,8 @@
 #include "document/formats/sur.h"
 #include "document/formats/text_table.h"
 #include "document/formats/tiff.h"
+#include "document/formats/tlk.h"
+#include "document/formats/tmd.h"
 
 #include <cstring>
 #include <string_view>
@@ -42,6 +44,8 @@ constexpr format_row rows[] = {
     {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
     {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},
     {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
+    {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
+    {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, read_tlk},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},

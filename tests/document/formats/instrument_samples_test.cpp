@@ -3,6 +3,7 @@
 #include "document/formats/nid.h"
 #include "document/formats/scala.h"
 #include "document/formats/sur.h"
+#include "document/formats/tmd.h"
 #include "instrument_fixture.h"
 #include "support/sample_checks.h"
 
@@ -217,6 +218,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, InstrumentSamples,
                          testing::Values(sample_set{"sur", sur_reader, FILE_SUR, false},
                                          sample_set{"nid", formats::read_nid, FILE_NANOSURF, true},
                                          sample_set{"scala", formats::read_scala, FILE_SCALA, true},
+                                         sample_set{"tmd", formats::read_tmd, FILE_TMD, false},
                                          sample_set{"hdf", formats::read_hdf, FILE_HDF, false}),
                          [](const auto& tested) { return std::string(tested.param.folder); });
 
