@@ -1,3 +1,4 @@
+#include "document/formats/aist.h"
 #include "document/formats/bmp.h"
 #include "document/formats/hdf.h"
 #include "document/formats/jpeg.h"
@@ -46,6 +47,7 @@ constexpr format_row rows[] = {
     {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
     {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
     {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, read_tlk},
+    {FILE_AIST, "AIST-NT files", "*.aist", nullptr, possible_aist, read_aist},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
