@@ -14,6 +14,7 @@
 #include "document/formats/tiff.h"
 #include "document/formats/tlk.h"
 #include "document/formats/tmd.h"
+#include "document/formats/wip.h"
 
 #include <cstring>
 #include <string_view>
@@ -48,6 +49,7 @@ constexpr format_row rows[] = {
     {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
     {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, read_tlk},
     {FILE_AIST, "AIST-NT files", "*.aist", nullptr, possible_aist, read_aist},
+    {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, read_wip},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
