@@ -4,7 +4,9 @@
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
+#include <map>
 #include <string_view>
+#include <utility>
 
 namespace formats {
 
@@ -24,14 +26,20 @@ bool are_two_directions(const channel_plane& a, const channel_plane& b)
 std::vector<plane_group> join_directions(std::span<const channel_plane> planes)
 {
     std::vector<plane_group> groups;
+    std::map<std::pair<std::string, std::string>, std::vector<std::size_t>> waiting; // groups without a partner
     for (std::size_t i = 0; i < planes.size(); ++i) {
-        const auto partner = std::find_if(groups.begin(), groups.end(), [&](const plane_group& group) {
-            return group.size() == 1 && are_two_directions(planes[group.front()], planes[i]);
+        auto& candidates = waiting[{planes[i].channel, planes[i].pass}];
+        const auto partner = std::find_if(candidates.begin(), candidates.end(), [&](std::size_t group) {
+            return are_two_directions(planes[groups[group].front()], planes[i]);
         });
-        if (partner == groups.end())
+        if (partner == candidates.end()) {
+            if (planes[i].direction != scan_direction::unknown) candidates.push_back(groups.size());
             groups.push_back({i});
-        else
-            partner->insert(planes[i].direction == scan_direction::forward ? partner->begin() : partner->end(), i);
+            continue;
+        }
+        plane_group& joined = groups[*partner];
+        joined.insert(planes[i].direction == scan_direction::forward ? joined.begin() : joined.end(), i);
+        candidates.erase(partner);
     }
     return groups;
 }

@@ -2,6 +2,8 @@
 #include "document/formats/bmp.h"
 #include "document/formats/hdf.h"
 #include "document/formats/jpeg.h"
+#include "document/formats/jpk.h"
+#include "document/formats/mdt.h"
 #include "document/formats/nanoscope.h"
 #include "document/formats/nid.h"
 #include "document/formats/pni.h"
@@ -39,17 +41,19 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
-    {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
-    {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
-    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
     {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
+    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk},
+    {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
     {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
     {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},
-    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
-    {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
     {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, read_tlk},
-    {FILE_AIST, "AIST-NT files", "*.aist", nullptr, possible_aist, read_aist},
+    {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, read_mdt},
     {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, read_wip},
+    {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
+    {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
+    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
+    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
+    {FILE_AIST, "AIST-NT files", "*.aist", nullptr, possible_aist, read_aist},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},

@@ -1,9 +1,9 @@
 #include "document/formats/hdf.h"
 
 #include "base/text.h"
+#include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
 #include "document/formats/hdf_directory.h"
-#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
@@ -67,7 +67,7 @@ proscan_header parse_header(std::span<const std::byte> bytes)
     const std::string units = normal_unit(fixed_text(in, 8));
     if (std::isfinite(gain) && gain != 0.0) header.scale = {gain, 0.0, units, "z gain"};
     if (bytes.size() > 138)
-        if (const std::string comment = fixed_text(as_text(bytes.subspan(138))); !comment.empty())
+        if (const std::string comment = header_text(as_text(bytes.subspan(138))); !comment.empty())
             header.strings["Comment"] = comment;
     return header;
 }
@@ -129,7 +129,7 @@ base::read_result<recording> read_hdf(source& file)
     image.strings.merge(std::map(header->strings));
     if (const hdf_element* name = directory->find(fileNameTag))
         if (const auto text = read_hdf_element(file, *name, 1024))
-            image.strings["Original file"] = fixed_text(as_text(*text));
+            image.strings["Original file"] = header_text(as_text(*text));
     recording result;
     result.items.emplace_back(std::move(image));
     return result;

@@ -1,7 +1,7 @@
 #include "document/formats/nid_header.h"
 
 #include "base/text.h"
-#include "document/formats/header_text.h"
+#include "document/formats/file_start.h"
 #include "document/formats/text_lines.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "document/formats/pni.h"
 
 #include "document/formats/file_group.h"
+#include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
-#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "document/formats/directions.h"
+#include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
-#include "document/formats/header_text.h"
 #include "document/formats/scala_data.h"
 #include "document/formats/scala_parameters.h"
 

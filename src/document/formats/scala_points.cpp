@@ -1,6 +1,7 @@
 #include "document/formats/scala_data.h"
 
 #include "base/text.h"
+#include "document/formats/curve_group.h"
 #include "document/formats/point_grid.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_numbers.h"
@@ -55,23 +56,12 @@ base::read_result<point_curves> parse_curves(const std::string& text)
     return curves;
 }
 
-/// Curves one after another, short ones filled with their last value.
-recorded_image make_curves(const std::vector<std::vector<double>>& curves, unsigned points, const VLAxis& axis,
-                           const value_scale& scale, const std::string& id, const std::string& label)
+/// Without names: the places stand in a text.
+std::vector<named_curve> without_names(std::vector<std::vector<double>> curves)
 {
-    const extent dimension{points, axis};
-    recorded_image image = make_samples(id, label, std::span(&dimension, 1), static_cast<unsigned>(curves.size()),
-                                        scale, SPM_ARRAY_FLOAT64);
-    auto out = elements_of<double>(image).begin();
-    std::vector<unsigned> lengths;
-    for (const std::vector<double>& curve : curves) {
-        out = std::copy(curve.begin(), curve.end(), out);
-        out = std::fill_n(out, points - curve.size(), curve.back());
-        lengths.push_back(static_cast<unsigned>(curve.size()));
-    }
-    settle_samples(image);
-    note_curve_lengths(image, points, lengths);
-    return image;
+    std::vector<named_curve> result;
+    for (std::vector<double>& curve : curves) result.push_back({{}, std::move(curve)});
+    return result;
 }
 
 } // namespace
@@ -85,28 +75,20 @@ base::read_result<std::vector<recorded_image>> read_scala_points(source& data, c
     if (!data.read(0, std::as_writable_bytes(std::span(text)))) return base::read_error{0, "cannot be read"};
     auto curves = parse_curves(text);
     if (!curves) return curves.error();
-    std::size_t points = 0, total = 0;
-    for (const auto& curve : curves->raw) {
-        if (curve.empty()) return base::read_error{0, "a curve without points"};
-        points = std::max(points, curve.size());
-        total += curve.size();
-    }
-    // Padding may not blow up what the file holds.
-    if (points * curves->raw.size() > std::max<std::size_t>(total * 16, 1u << 20))
-        return base::read_error{0, "curves differ too much in length"};
-
-    const auto count = static_cast<unsigned>(points);
+    if (std::ranges::any_of(curves->raw, [](const auto& curve) { return curve.empty(); }))
+        return base::read_error{0, "a curve without points"};
     const std::string units = scala_parameter_units(channel);
     const bool sameX = std::ranges::all_of(curves->x, [&](const auto& x) { return x == curves->x.front(); });
     const auto steps = sameX ? find_even_steps(curves->x.front()) : std::nullopt;
     const VLAxis axis = steps ? VLAxis(steps->start, steps->step, units.c_str()) : VLAxis();
+    const std::vector<named_curve> raw = without_names(std::move(curves->raw));
+    if (!is_modest_padding(raw)) return base::read_error{0, "curves differ too much in length"};
     std::vector<recorded_image> images;
-    recorded_image image =
-        make_curves(curves->raw, count, axis, channel.scale, unique_id(channel.label(), ids), channel.label());
+    recorded_image image = make_curve_group(unique_id(channel.label(), ids), channel.label(), axis, channel.scale, raw);
     if (!steps) {
         const std::string name = channel.parameter.empty() ? "Parameter" : channel.parameter;
-        images.push_back(
-            make_curves(curves->x, count, VLAxis(), {1.0, 0.0, units, "first column"}, unique_id(name, ids), name));
+        images.push_back(make_curve_group(unique_id(name, ids), name, VLAxis(), {1.0, 0.0, units, "first column"},
+                                          without_names(std::move(curves->x))));
         image.stream.set_parameter_stream(images.front().stream.get_name());
     }
     if (!curves->places.empty()) image.strings["Curve places, nm"] = curves->places;

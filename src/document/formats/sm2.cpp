@@ -1,6 +1,6 @@
 #include "document/formats/sm2.h"
 
-#include "document/formats/header_text.h"
+#include "document/formats/file_start.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/sm2_page.h"
 #include "document/formats/stream_shape.h"

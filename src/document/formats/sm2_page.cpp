@@ -22,7 +22,7 @@ constexpr std::size_t pageAt = 0x20, xAt = 0x40, yAt = 0x60, zAt = 0x80, skewAt 
 
 std::string field_text(std::string_view header, std::size_t offset, std::size_t bytes = fieldBytes)
 {
-    return fixed_text(header.substr(offset, bytes));
+    return header_text(header.substr(offset, bytes));
 }
 
 /// Numbers of a field behind its name, and the text that follows them.
@@ -134,7 +134,7 @@ void read_texts(std::string_view header, std::uint64_t kind, sm2_page& page)
         add_string(page, "Comment", field_text(header, commentAt, header.size() - commentAt));
     }
     if (page.label.empty()) page.label = kind_name(kind);
-    add_string(page, "\\Date", fixed_text(header.substr(magic.size(), fieldBytes - magic.size())));
+    add_string(page, "\\Date", header_text(header.substr(magic.size(), fieldBytes - magic.size())));
     add_string(page, "Skew and angle", field_text(header, skewAt));
     add_string(page, "Current and bias", field_text(header, biasAt));
 }

@@ -1,7 +1,7 @@
 #include "document/formats/stp.h"
 
+#include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
-#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stp_header.h"
 #include "document/formats/stream_shape.h"

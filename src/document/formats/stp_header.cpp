@@ -44,8 +44,8 @@ std::vector<line_table> split_buffers(std::string_view text)
     std::string_view line;
     while (lines.next(line)) {
         if (line.empty() || line.front() == ' ') continue;
-        const std::string key = fixed_text(line.substr(0, keyWidth));
-        const std::string value = line.size() > keyWidth ? fixed_text(line.substr(keyWidth)) : std::string();
+        const std::string key = header_text(line.substr(0, keyWidth));
+        const std::string value = line.size() > keyWidth ? header_text(line.substr(keyWidth)) : std::string();
         if (key == "buffer_id") tables.emplace_back();
         tables.back().emplace(key, value);
     }

@@ -110,7 +110,7 @@ base::read_result<recorded_image> read_object(source& file, const sur_object& ob
         settle<std::int32_t>(object, image);
     std::string comment(object.commentBytes, '\0');
     if (!file.read(start + surHeaderBytes, std::as_writable_bytes(std::span(comment)))) comment.clear();
-    add_strings(object, fixed_text(comment), image);
+    add_strings(object, header_text(comment), image);
     return image;
 }
 

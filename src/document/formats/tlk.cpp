@@ -1,6 +1,6 @@
 #include "document/formats/tlk.h"
 
-#include "document/formats/header_text.h"
+#include "document/formats/file_start.h"
 #include "document/formats/registry.h"
 #include "document/formats/text_table.h"
 

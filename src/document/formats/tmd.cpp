@@ -1,7 +1,7 @@
 #include "document/formats/tmd.h"
 
+#include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
-#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
@@ -56,7 +56,7 @@ base::read_result<recording> read_tmd(source& file)
     }
     to_native(std::as_writable_bytes(heights), 4, byte_order::little);
     settle_samples(image);
-    if (const std::string comment = fixed_text(std::string_view(head).substr(commentAt, shapeAt - commentAt));
+    if (const std::string comment = header_text(std::string_view(head).substr(commentAt, shapeAt - commentAt));
         !comment.empty())
         image.strings["Comment"] = comment;
     recording result;

@@ -1,8 +1,8 @@
 #include "document/formats/wip_tree.h"
 
 #include "base/text.h"
+#include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
-#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 
 #include <algorithm>

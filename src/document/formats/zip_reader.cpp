@@ -131,6 +131,8 @@ void zip_reader::inflater_free::operator()(libdeflate_decompressor* freed) const
     libdeflate_free_decompressor(freed);
 }
 
+zip_reader::zip_reader(zip_reader&&) noexcept = default;
+zip_reader& zip_reader::operator=(zip_reader&&) noexcept = default;
 zip_reader::~zip_reader() = default;
 
 base::read_result<zip_reader> zip_reader::open(source& file, names allowed)

@@ -29,8 +29,8 @@ public:
     /// Refuses truncated archives, duplicate names, names with folders in them where they have to be flat, and sizes
     /// that no deflate stream holds. Entries that are folders themselves are passed over.
     static base::read_result<zip_reader> open(source& file, names allowed = names::flat);
-    zip_reader(zip_reader&&) noexcept = default;
-    zip_reader& operator=(zip_reader&&) noexcept = default;
+    zip_reader(zip_reader&&) noexcept;
+    zip_reader& operator=(zip_reader&&) noexcept;
     ~zip_reader();
 
     /// Null when there is no such entry.
