@@ -1,26 +1,35 @@
 #include "document/formats/scala.h"
 #include "reader_target.h"
 
+#include <algorithm>
+
 namespace {
 
-/// A parameter file that finds the same bytes under the name of every data file, too.
+/// A parameter file with the same bytes under the name of every data file.
 class set_source : public formats::memory_source {
 public:
-    explicit set_source(std::span<const std::byte> bytes_) : memory_source(bytes_, "set.par"), bytes(bytes_) {}
-    std::unique_ptr<formats::source> sibling(const std::string&) override
+    set_source(std::span<const std::byte> parameters, std::span<const std::byte> data_)
+        : memory_source(parameters, "set.par"), data(data_)
     {
-        return std::make_unique<set_source>(bytes);
+    }
+    std::unique_ptr<formats::source> sibling(const std::string& name) override
+    {
+        return std::make_unique<formats::memory_source>(data, name);
     }
 
 private:
-    std::span<const std::byte> bytes;
+    std::span<const std::byte> data;
 };
 
+/// What stands before the first zero byte is the parameter file, what follows the data.
 base::read_result<formats::recording> read_set(formats::source& file)
 {
     std::vector<std::byte> bytes;
     file.read_all(bytes);
-    set_source set(bytes);
+    const auto zero = std::find(bytes.begin(), bytes.end(), std::byte{0});
+    const auto length = static_cast<std::size_t>(zero - bytes.begin());
+    const std::span all(bytes);
+    set_source set(all.first(length), all.subspan(std::min(length + 1, bytes.size())));
     return formats::read_scala(set);
 }
 

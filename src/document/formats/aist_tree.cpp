@@ -31,7 +31,7 @@ public:
         const auto length = in.big<std::uint32_t>();
         if (length == 0xFFFFFFFF) return {};
         if (length % 2 != 0) isBad = true;
-        return base::utf16_to_utf8(as_text(in.take(isBad ? 0 : length)), true);
+        return clean_text(base::utf16_to_utf8(as_text(in.take(isBad ? 0 : length)), true));
     }
 
     /// A block behind its length; -1 stands for an empty one.

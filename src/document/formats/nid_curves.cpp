@@ -50,6 +50,7 @@ VLAxis axis_of(double start, double range, unsigned points, const std::string& u
 struct curve_position {
     unsigned number;
     double x, y;
+    std::size_t order = 0; ///< in the file
 };
 
 std::optional<curve_position> parse_position(const std::string& key, const std::string& value)
@@ -71,11 +72,15 @@ std::optional<point_grid> find_nid_grid(const nid_header& header, unsigned curve
     for (const auto& [name, section] : header.sections) {
         if (!name.starts_with("DataSet\\SpecInfos")) continue;
         for (const auto& [key, value] : section.entries)
-            if (const auto position = parse_position(key, value)) positions.push_back(*position);
+            if (auto position = parse_position(key, value)) {
+                position->order = positions.size();
+                positions.push_back(*position);
+            }
     }
     if (positions.size() != curves) return std::nullopt;
-    std::stable_sort(positions.begin(), positions.end(),
-                     [](const curve_position& a, const curve_position& b) { return a.number < b.number; });
+    std::sort(positions.begin(), positions.end(), [](const curve_position& a, const curve_position& b) {
+        return a.number != b.number ? a.number < b.number : a.order < b.order;
+    });
     std::vector<double> x, y;
     for (const curve_position& position : positions) {
         x.push_back(position.x);

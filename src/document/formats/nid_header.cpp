@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/file_start.h"
+#include "document/formats/header_text.h"
 #include "document/formats/text_lines.h"
 
 #include <algorithm>
@@ -14,12 +15,6 @@ namespace {
 constexpr std::string_view firstSection = "[DataSet]";
 constexpr std::string_view endMark = "\r\n\r\n#!";
 constexpr std::uint64_t longestHeader = 64u << 20;
-
-/// Programs before and after a change of theirs write Latin-1 or UTF-8.
-std::string to_utf8(std::string_view text)
-{
-    return base::is_utf8(text) ? std::string(text) : base::cp1252_to_utf8(text);
-}
 
 } // namespace
 
@@ -73,12 +68,11 @@ base::read_result<nid_header> read_nid_header(source& file)
     std::string_view line;
     while (lines.next(line)) {
         if (line.starts_with('[') && line.ends_with(']')) {
-            const auto [entry, isNew] = header.sections.try_emplace(to_utf8(line.substr(1, line.size() - 2)));
+            const auto [entry, isNew] = header.sections.try_emplace(header_text(line.substr(1, line.size() - 2)));
             section = isNew ? &entry->second : &ignored;
         } else if (const std::size_t equals = line.find('=');
                    equals != std::string_view::npos && !line.starts_with("--")) {
-            section->entries.emplace_back(to_utf8(base::trimmed(line.substr(0, equals))),
-                                          to_utf8(base::trimmed(line.substr(equals + 1))));
+            section->entries.emplace_back(header_text(line.substr(0, equals)), header_text(line.substr(equals + 1)));
         }
     }
     return header;

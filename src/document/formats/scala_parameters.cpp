@@ -1,6 +1,7 @@
 #include "document/formats/scala_parameters.h"
 
 #include "base/text.h"
+#include "document/formats/header_text.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_units.h"
@@ -23,8 +24,6 @@ struct parameter_block {
     std::vector<std::string> lines;
 };
 
-std::string utf8(std::string_view text) { return base::cp1252_to_utf8(base::trimmed(text)); }
-
 std::string_view without_comment(std::string_view text) noexcept
 {
     return base::trimmed(text.substr(0, text.find(';')));
@@ -36,7 +35,8 @@ std::string units_of_comment(std::string_view line)
     if (comment == std::string_view::npos) return {};
     const std::string_view text = line.substr(comment + 1);
     const std::size_t close = text.find(']');
-    return text.starts_with('[') && close != std::string_view::npos ? utf8(text.substr(1, close - 1)) : std::string();
+    return text.starts_with('[') && close != std::string_view::npos ? header_text(text.substr(1, close - 1))
+                                                                    : std::string();
 }
 
 std::vector<parameter_block> split_blocks(std::string_view text)
@@ -49,10 +49,10 @@ std::vector<parameter_block> split_blocks(std::string_view text)
         if (base::trimmed(line).empty() || line.starts_with(';')) {
             isOpen = false;
         } else if (line.front() == ' ' || line.front() == '\t') {
-            if (isOpen) blocks.back().lines.push_back(utf8(without_comment(line)));
+            if (isOpen) blocks.back().lines.push_back(header_text(without_comment(line)));
         } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
-            blocks.push_back({utf8(line.substr(0, colon)),
-                              utf8(without_comment(line.substr(colon + 1))),
+            blocks.push_back({header_text(line.substr(0, colon)),
+                              header_text(without_comment(line.substr(colon + 1))),
                               units_of_comment(line),
                               {}});
             isOpen = true;

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/curve_group.h"
+#include "document/formats/header_text.h"
 #include "document/formats/point_grid.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_numbers.h"
@@ -41,7 +42,7 @@ base::read_result<point_curves> parse_curves(const std::string& text)
         } else if (line == "END") {
             inside = part::none;
         } else if (inside == part::places) {
-            curves.places += std::string(line) + "\n";
+            curves.places += header_text(line) + "\n";
         } else if (inside == part::curve) {
             numbers.clear();
             scanner.scan(line, numbers);
