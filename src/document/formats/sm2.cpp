@@ -107,6 +107,7 @@ base::read_result<recording> read_sm2(source& file)
     const auto pages = find_pages(file, stop);
     if (pages.empty()) return stop;
     recording result;
+    result.strings["Format"] = "RHK SPM32";
     std::vector<std::string> ids;
     const auto groups = join_pages(pages);
     for (std::size_t i = 0; i < groups.size(); ++i) {

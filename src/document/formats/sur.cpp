@@ -134,6 +134,8 @@ base::read_result<formats::recording> sur_reader(formats::source& file)
         const auto object = parse_sur_object(header);
         if (!object) return base::read_error{offset, object.error().reason};
         if (offset == 0) stated = std::max(1u, object->objects) * (object->kind == sur_kind::rgb_image ? 3u : 1u);
+        if (!file.progress(static_cast<double>(offset) / static_cast<double>(file.size())))
+            return base::read_error{offset, "reading was cancelled"};
         auto image = read_object(file, *object, unique_id(label_of(*object), ids), offset);
         if (!image) return image.error();
         result.items.emplace_back(std::move(*image));

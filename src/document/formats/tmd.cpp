@@ -60,6 +60,7 @@ base::read_result<recording> read_tmd(source& file)
         !comment.empty())
         image.strings["Comment"] = comment;
     recording result;
+    result.strings["Format"] = "TrueMap 2.0";
     result.items.emplace_back(std::move(image));
     return result;
 }

@@ -10,7 +10,8 @@ using namespace instrument_fixture;
 const std::string head = ";\n;  Omicron SPM Control.\n;  Parameter file for SPM data.\n;\n";
 const std::string geometry = "Date : 04.06.2012\nField X Size in nm : 30 ;[nm]\nField Y Size in nm : 20 ;[nm]\n"
                              "Image Size in X : -3\nImage Size in Y : 2\nX Offset : 5 ;[nm]\nY Offset : -7 ;[nm]\n"
-                             "Gap Voltage : 0.5 ;[V] as set\n\n";
+                             "Gap Voltage : 0.5 ;[V] as set\nComment : a\x01"
+                             "b \xB0\n\n";
 
 std::string topography(const std::string& name, const std::string& direction, const std::string& file,
                        const std::string& range = "-10\n 10\n -1\n 3\n 9.5")
@@ -53,6 +54,7 @@ TEST(Scala, DirectionsShareAnImageWithTheScaleOfBothRanges)
     EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 0.25);  // no range: the resolution
     EXPECT_EQ(result->strings.at("Gap Voltage"), "0.5 V");
     EXPECT_EQ(result->strings.at("\\Date"), "04.06.2012");
+    EXPECT_EQ(result->strings.at("Comment"), "a b \u00B0"); // native files hold no control characters
 }
 
 TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)
