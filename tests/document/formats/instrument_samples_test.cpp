@@ -1,9 +1,14 @@
 #include "base/text.h"
+#include "document/formats/aist.h"
 #include "document/formats/hdf.h"
 #include "document/formats/nid.h"
+#include "document/formats/pni.h"
 #include "document/formats/scala.h"
+#include "document/formats/sm2.h"
+#include "document/formats/stp.h"
 #include "document/formats/sur.h"
 #include "document/formats/tmd.h"
+#include "document/formats/wip.h"
 #include "instrument_fixture.h"
 #include "support/sample_checks.h"
 
@@ -36,11 +41,12 @@ struct sample_set {
 
 std::ostream& operator<<(std::ostream& out, const sample_set& set) { return out << set.folder; }
 
-folder load_folder(const char* format)
+/// All files of a folder; none when it is not there.
+folder load_files(const std::string& path)
 {
     folder files;
     std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(test_support::sample_folder(format), error)) {
+    for (const auto& entry : std::filesystem::directory_iterator(path, error)) {
         std::ifstream in(entry.path(), std::ios::binary);
         files[entry.path().filename().string()] = std::string(std::istreambuf_iterator<char>(in), {});
     }
@@ -51,7 +57,7 @@ class InstrumentSamples : public testing::TestWithParam<sample_set> {
 protected:
     void SetUp() override
     {
-        files = load_folder(GetParam().folder);
+        files = load_files(test_support::sample_folder(GetParam().folder));
         if (files.empty()) GTEST_SKIP() << "sample files are not here: " << VLDV_SAMPLES;
     }
     std::set<std::string> readable() const
@@ -191,26 +197,55 @@ void expect_outcome(const base::read_result<formats::recording>& result)
         EXPECT_FALSE(result.error().reason.empty());
 }
 
+/// Reads a file cut at many places and with many bytes changed.
+template <class Read>
+void read_damaged(const std::string& whole, const Read& readBytes)
+{
+    constexpr std::size_t cuts = 40, changes = 100;
+    std::mt19937 random(1);
+    for (std::size_t cut = 0; cut < cuts; ++cut) expect_outcome(readBytes(whole.substr(0, whole.size() * cut / cuts)));
+    for (std::size_t change = 0; change < changes; ++change) {
+        std::string changed = whole;
+        // Most bytes are samples; half of the changes go to the beginning, where the header is.
+        const std::size_t reach = change % 2 ? whole.size() : std::min<std::size_t>(whole.size(), 1024);
+        changed[random() % reach] = static_cast<char>(random());
+        expect_outcome(readBytes(changed));
+    }
+}
+
 TEST_P(InstrumentSamples, DamagedFilesGiveAReasonOrARecording)
 {
-    constexpr std::size_t largest = 1u << 20, cuts = 40, changes = 100;
-    std::mt19937 random(1);
+    constexpr std::size_t largest = 1u << 20;
     for (const std::string& name : readable()) {
         const std::string whole = files.at(name);
         if (whole.size() >= largest) continue;
         SCOPED_TRACE(name);
-        for (std::size_t cut = 0; cut < cuts; ++cut) {
-            files[name] = whole.substr(0, whole.size() * cut / cuts);
-            expect_outcome(read(GetParam().read, files, name));
-        }
-        for (std::size_t change = 0; change < changes; ++change) {
-            files[name] = whole;
-            // Most bytes are samples; half of the changes go to the beginning, where the header is.
-            const std::size_t reach = change % 2 ? whole.size() : std::min<std::size_t>(whole.size(), 1024);
-            files[name][random() % reach] = static_cast<char>(random());
-            expect_outcome(read(GetParam().read, files, name));
-        }
+        read_damaged(whole, [&](const std::string& bytes) {
+            files[name] = bytes;
+            return read(GetParam().read, files, name);
+        });
         files[name] = whole;
+    }
+}
+
+/// Formats without a real sample: the small made-up files that fuzzing starts from.
+TEST(InstrumentSeeds, DamagedFilesGiveAReasonOrARecording)
+{
+    const struct {
+        const char* folder;
+        reader read;
+    } rows[] = {{"sur", sur_reader},        {"nid", formats::read_nid},   {"hdf", formats::read_hdf},
+                {"sm2", formats::read_sm2}, {"stp", formats::read_stp},   {"pni", pni_reader},
+                {"tmd", formats::read_tmd}, {"aist", formats::read_aist}, {"wip", formats::read_wip}};
+    for (const auto& row : rows) {
+        const std::filesystem::path here = std::filesystem::path(VLDV_TEST_DATA).parent_path();
+        const folder seeds = load_files((here / "../../soak/seeds" / row.folder).string());
+        EXPECT_FALSE(seeds.empty()) << row.folder;
+        for (const auto& [name, bytes] : seeds) {
+            SCOPED_TRACE(name);
+            EXPECT_TRUE(read(row.read, bytes));
+            read_damaged(bytes, [&](const std::string& damaged) { return read(row.read, damaged); });
+        }
     }
 }
 
