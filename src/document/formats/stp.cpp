@@ -60,6 +60,7 @@ base::read_result<recorded_image> load_group(source& file, const stp_header& hea
         image.strings.merge(std::map(header.buffers[index].strings));
     }
     settle_samples(image);
+    if (first.voltage) add_calibration(image, first.scale, *first.voltage);
     name_directions(image, group);
     return image;
 }

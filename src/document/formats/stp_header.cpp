@@ -59,15 +59,14 @@ VLAxis side_axis(const line_table& buffer, const char* key, unsigned points)
     return VLAxis(0.0, length / points, "\u00C5");
 }
 
-value_scale topography_scale(const line_table& global, const line_table& buffer)
+void set_topography_scale(const line_table& global, const line_table& lines, stp_buffer& buffer)
 {
-    const auto perVolt = number_of(global, "z_v_to_angs"), range = number_of(buffer, "servo_range");
-    value_scale scale{1.0 / halfRange, 0.0, "\u00C5", "samples alone"};
-    if (perVolt && range && *perVolt * *range != 0.0) {
-        scale.step = *perVolt * *range / halfRange;
-        scale.origin = "z_v_to_angs, servo_range";
-    }
-    return scale;
+    const auto perVolt = number_of(global, "z_v_to_angs"), range = number_of(lines, "servo_range");
+    buffer.scale = {1.0 / halfRange, 0.0, "\u00C5", "samples alone"};
+    if (!perVolt || !range || *perVolt * *range == 0.0) return;
+    buffer.scale.step = *perVolt * *range / halfRange;
+    buffer.scale.origin = "z_v_to_angs, servo_range";
+    buffer.voltage = value_scale{*range / halfRange, 0.0, "V", "servo_range"};
 }
 
 value_scale external_scale(const line_table& buffer)
@@ -88,7 +87,7 @@ void set_channel(const line_table& global, const line_table& lines, stp_buffer& 
     const bool isInput = mode == 8 || (mode >= 12 && mode <= 14) || (mode >= 16 && mode <= 23);
     if (mode == 1 || mode == 9 || mode == 10 || mode == 24) {
         buffer.label = "Topography";
-        buffer.scale = topography_scale(global, lines);
+        set_topography_scale(global, lines, buffer);
     } else if (mode == 2 || isInput) {
         buffer.label = mode == 2 ? "Deflection" : "Input " + std::to_string(mode);
         buffer.scale = voltageScale;

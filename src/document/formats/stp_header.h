@@ -3,6 +3,7 @@
 #include "document/formats/directions.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,8 @@ namespace formats {
 struct stp_buffer {
     unsigned columns = 0, rows = 0;
     VLAxis x, y;
-    value_scale scale; ///< of the unsigned samples
+    value_scale scale;                  ///< of the unsigned samples
+    std::optional<value_scale> voltage; ///< what a height was before its calibration
     std::string label;
     scan_direction direction = scan_direction::unknown;
     std::string frameDirection; ///< "Up", "Down" or empty

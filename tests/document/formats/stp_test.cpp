@@ -45,6 +45,9 @@ TEST(Stp, UnsignedSamplesKeepEveryBitAndTheirHeights)
     for (const auto& [index, raw] : {std::pair{0, 0}, {2, 32768}, {3, 65535}})
         EXPECT_NEAR(heights.at(static_cast<std::size_t>(index)), raw * 60.0 * 2 / 32768, 1e-6) << raw;
     EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "\u00C5");
+    ASSERT_EQ(image.stream.values.get_axes_number(), 2u);
+    EXPECT_NEAR(image.stream.values.get_axis(1).at(0), 2.0, 1e-6); // raw 32768 is the servo's range of 2 V
+    EXPECT_STREQ(image.stream.values.get_axis(1).get_units(), "V");
     EXPECT_EQ(subimages_of(image), (std::vector<std::string>{"Forward", "Reverse"}));
     EXPECT_EQ(axis_text(image, 0), "0 100 \u00C5");
     EXPECT_EQ(axis_text(image, 1), "0 1 "); // no length, no guess
