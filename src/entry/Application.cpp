@@ -5,6 +5,7 @@
 #include "platform/DocTemplate.h"
 #include "platform/VarListDlg.h"
 #include "platform/interface_directory.h"
+#include "view/Scale.h"
 #include "vldv.h"
 
 #include <algorithm>
@@ -24,7 +25,6 @@ enum command : unsigned {
     cmdExit = 57665,
 };
 constexpr const char* recentSection = "Recent File List";
-constexpr int withPreview = 1;
 
 std::string recent_key(std::size_t index) { return "File" + std::to_string(index + 1); }
 
@@ -64,12 +64,15 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
         {cmdExit, &CVldvApp::OnExit},
         {cmdFirstRecent, cmdLastRecent, &CVldvApp::OnRecentFile, &CVldvApp::OnUpdateRecentFile},
     };
-    return dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui);
+    if (dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui)) return true;
+    // Palettes and modes belong to the scale that the others follow.
+    CScale* const scale = CScale::GetStaticScale();
+    return scale && scale->OnCmdMsg(id, ui);
 }
 
 bool CVldvApp::mayExit() { return VldvSaveAllDocuments(nullptr); }
 
-void CVldvApp::OnFileOpen() { VldvOpenDocument(withPreview); }
+void CVldvApp::OnFileOpen() { VldvOpenDocument(1); }
 void CVldvApp::OnQuickView() { VldvOpenQuickView(); }
 void CVldvApp::OnSaveAll() { VldvSaveAllDocuments(nullptr); }
 void CVldvApp::OnPageSetup() { VldvPageSetup(); }
@@ -91,8 +94,10 @@ void CVldvApp::OnSettings()
     std::ifstream layout(platform::find_interface_file("Settings.xml"), std::ios::binary);
     CVarListDlg dialog;
     dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::settingsLayout, nullptr);
-    if (dialog.DoModal() == CVarListDlg::resultOk) return;
-    for (const SPMVar& variable : before) list.set_var(variable);
+    if (dialog.DoModal() != CVarListDlg::resultOk)
+        for (const SPMVar& variable : before) list.set_var(variable);
+    for (const std::unique_ptr<CFrameWnd>& frame : frames()) frame->OnResetToolbar();
+    host().refreshLooks();
 }
 
 void CVldvApp::OnExit()

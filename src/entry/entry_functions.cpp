@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "document/ImageBoundView.h"
 #include "document/ProcessParser.h"
 #include "document/StorageDocTemplate.h"
 #include "document/merge_documents.h"
@@ -9,6 +10,7 @@
 #include "platform/paths.h"
 #include "resources/strings.h"
 #include "view/DCView.h"
+#include "view/FilePreview.h"
 #include "vldv.h"
 
 #include <filesystem>
@@ -19,6 +21,11 @@ namespace {
 constexpr const char* folderSection = "MRU";
 constexpr const char* folderKey = "Open";
 constexpr unsigned openFilterText = 1025;
+constexpr unsigned tooManyFilesText = 1076;
+constexpr std::size_t maxNamesLength = 32'767'000; // characters that the open dialog can return
+constexpr int withPreview = 1;                     // bit of the dialog's options
+constexpr int previewSide = 200;                   // pixels
+constexpr const char* quickViewSection = "QuickView";
 
 /// Files as the user chose them, the dialog starting where it was left.
 std::vector<std::wstring> chosen_files(int options, std::vector<SPMVar>& variables)
@@ -28,11 +35,18 @@ std::vector<std::wstring> chosen_files(int options, std::vector<SPMVar>& variabl
     prompt.folder = base::widen(app.profile().readString(folderSection, folderKey).value_or(""));
     prompt.filter = string_resource(openFilterText);
     prompt.several = true;
-    prompt.preview = (options & 1) != 0;
+    if (options & withPreview)
+        prompt.preview = [](const std::wstring& path) { return view::preview_file(path, previewSide); };
     prompt.variables = &variables;
     std::error_code error;
     if (!prompt.folder.empty()) std::filesystem::current_path(platform::to_path(prompt.folder), error);
     std::vector<std::wstring> paths = app.host().askOpenPaths(prompt);
+    std::size_t length = 0;
+    for (const std::wstring& path : paths) length += path.size() + 1;
+    if (length > maxNamesLength) {
+        app.host().messageBox(string_resource(tooManyFilesText), message_icon::warning);
+        return {};
+    }
     document::sort_paths(paths);
     if (!paths.empty()) {
         const std::filesystem::path folder = platform::to_path(platform::full_path(paths.front())).parent_path();
@@ -72,6 +86,15 @@ std::vector<CDocument*> modified_documents(const CWinApp& app)
     return found;
 }
 
+void close_quick_views(CWinApp& app)
+{
+    std::vector<CFrameWnd*> quick;
+    for (const std::unique_ptr<CFrameWnd>& frame : app.frames())
+        if (const auto* bound = dynamic_cast<IImageBoundView*>(frame->GetActiveView()); bound && bound->isQuickView())
+            quick.push_back(frame.get());
+    for (CFrameWnd* frame : quick) frame->DestroyFrame();
+}
+
 /// Sets all variables of the dialog for its two buttons.
 class choose_all : public CVarListDlgHandler {
 public:
@@ -104,11 +127,24 @@ void VldvOpenDocument(int options)
 
 void VldvOpenQuickView()
 {
-    if (!AfxGetApp()) return;
-    std::vector<SPMVar> none;
+    CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    std::vector<SPMVar> asked(2);
+    asked[0].Init("size(Size of pictures),int,32,2048");
+    asked[0].from_string(app->profile().readString(quickViewSection, "default_width").value_or("192").c_str());
+    asked[1].Init("close(Close earlier ones),boolean");
+    asked[1].from_string(app->profile().readString(quickViewSection, "close").value_or("true").c_str());
+    const std::vector<std::wstring> paths = chosen_files(withPreview, asked);
+    if (paths.empty()) return;
+    {
+        const CProfileBatch together(app->profile());
+        for (const char* side : {"default_width", "default_height"})
+            app->profile().writeString(quickViewSection, side, asked[0].as_string().c_str());
+        app->profile().writeString(quickViewSection, "close", asked[1].as_string().c_str());
+    }
+    if (static_cast<bool>(asked[1])) close_quick_views(*app);
     vldvSurfaceTemplate.ResetWndPos();
-    for (const std::wstring& path : chosen_files(1, none))
-        vldvSurfaceTemplate.QuickViewOpenDocumentFile(path.c_str(), true);
+    for (const std::wstring& path : paths) vldvSurfaceTemplate.QuickViewOpenDocumentFile(path.c_str(), true);
 }
 
 void VldvPageSetup()

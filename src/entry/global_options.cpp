@@ -1,7 +1,9 @@
 #include "entry/global_options.h"
 
 #include "platform/WinApp.h"
+#include "view/Scale.h"
 
+#include <string_view>
 #include <vector>
 
 namespace entry {
@@ -60,6 +62,7 @@ void global_options::OnFireVariableChange(int index, const SPMVarList* list)
 {
     const SPMVar& changed = list->get_var(static_cast<unsigned>(index));
     if (IProfile* const store = profile()) store->writeString(section, changed.get_name(), changed.as_string().c_str());
+    if (std::string_view(changed.get_name()) == "directory.palettes") CScale::reloadFilePalettes();
 }
 
 } // namespace entry

@@ -2,12 +2,16 @@
 
 #include "entry/Application.h"
 #include "host/QtFrame.h"
-#include "host/qt_menus.h"
+#include "host/QtPaletteBar.h"
+#include "host/qt_toolbar.h"
+#include "host/tiling.h"
+#include "view/option_rows.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -32,7 +36,7 @@ enum command : unsigned {
     cmdStatusBar = 59393,
     cmdFirstWindow = 65280,
 };
-constexpr int freeInterval = 0; // milliseconds: between two events
+constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
 
 } // namespace
 
@@ -41,7 +45,9 @@ CMainWindow::CMainWindow(CVldvApp& app_)
       frames(new QMdiArea(this)),
       lines(new QPlainTextEdit),
       pane(new QDockWidget(QStringLiteral("Output"), this)),
-      tools(addToolBar(QStringLiteral("Main")))
+      tools(addToolBar(QStringLiteral("Main"))),
+      status(new QLabel),
+      palettes(std::make_unique<CQtPaletteBar>(*tools))
 {
     setWindowTitle(QStringLiteral("Velmira"));
     setCentralWidget(frames);
@@ -55,11 +61,12 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     addDockWidget(Qt::BottomDockWidgetArea, pane);
     pane->hide();
     tools->setObjectName(QStringLiteral("main"));
-    statusBar()->showMessage(QStringLiteral("Ready"));
+    status->setText(QStringLiteral("Ready"));
+    statusBar()->addWidget(status, 1);
     connect(frames, &QMdiArea::subWindowActivated, this, &CMainWindow::onActivated);
     auto* const collector = new QTimer(this);
-    connect(collector, &QTimer::timeout, this, [this] { app.freeClosed(); });
-    collector->start(100);
+    connect(collector, &QTimer::timeout, this, [this] { idle(); });
+    collector->start(idleInterval);
     rebuildMenus();
     installShortcuts();
 }
@@ -70,7 +77,7 @@ CMainWindow::~CMainWindow()
     frames->disconnect(this);
 }
 
-void CMainWindow::showStatus(const QString& text) { statusBar()->showMessage(text); }
+void CMainWindow::showStatus(const QString& text) { status->setText(text); }
 
 void CMainWindow::addOutput(const QString& line)
 {
@@ -103,7 +110,7 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
         else if (id == cmdCascade)
             frames->cascadeSubWindows();
         else
-            frames->tileSubWindows();
+            tile(id == cmdTileVertically);
         return true;
     case cmdOutput:
         if (ui)
@@ -144,6 +151,19 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
     return true;
 }
 
+void CMainWindow::tile(bool vertically)
+{
+    QList<QMdiSubWindow*> shown;
+    for (QMdiSubWindow* const window : frames->subWindowList())
+        if (window->isVisible() && !window->isMinimized()) shown << window;
+    const std::vector<QRect> places =
+        host::tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
+    for (qsizetype i = 0; i < shown.size(); ++i) {
+        if (shown[i]->isMaximized()) shown[i]->showNormal();
+        shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
+    }
+}
+
 void CMainWindow::onActivated(QMdiSubWindow* window)
 {
     CFrameWnd* found = nullptr;
@@ -162,24 +182,27 @@ void CMainWindow::rebuildMenus()
     shownMenu = active && active->menuId() ? active->menuId() : mainMenu;
     host::fill_menu_bar(*menuBar(), menu_resource(shownMenu),
                         [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    rebuildTools();
+}
+
+void CMainWindow::rebuildTools()
+{
+    const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
     tools->clear();
-    bool separates = false;
-    for (const unsigned id : toolbar_resource(mainMenu)) {
-        if (id == 0) {
-            separates = true;
-            continue;
-        }
-        QString text;
-        for (const menu_row& row : menu_resource(102))
-            if (row.id == id) text = QString::fromUtf8(row.text).remove('&').remove("...");
-        CCmdUI state{.m_nID = id};
-        if (text.isEmpty() || !route(id, &state)) continue;
-        if (separates && !tools->actions().isEmpty()) tools->addSeparator();
-        separates = false;
-        QAction* const action = tools->addAction(text);
-        action->setEnabled(state.enabled || id == 57601);
-        connect(action, &QAction::triggered, this, [this, id] { route(id, nullptr); });
-    }
+    host::size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
+    host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get());
+    // The view's own tools stand here unless its frame has them.
+    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || toolbar_resource(shownMenu).empty()) return;
+    tools->addSeparator();
+    host::fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
+}
+
+void CMainWindow::idle()
+{
+    app.freeClosed();
+    host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    for (const auto& frame : app.frames())
+        if (auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer())) peer->refreshTools();
 }
 
 /// Shortcuts of all menus, each sent to whoever handles it now.
@@ -192,7 +215,7 @@ void CMainWindow::installShortcuts()
     for (const auto& [keySequence, id] : keys) {
         if (keySequence.size() == 1) continue; // plain letters belong to the view
         auto* const shortcut = new QShortcut(QKeySequence(keySequence), this);
-        connect(shortcut, &QShortcut::activated, this, [this, id = id] { route(id, nullptr); });
+        connect(shortcut, &QShortcut::activated, this, [this, sent = id] { route(sent, nullptr); });
     }
 }
 

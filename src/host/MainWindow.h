@@ -2,8 +2,11 @@
 #include "platform/CmdTarget.h"
 
 #include <QMainWindow>
+#include <memory>
 
+class CQtPaletteBar;
 class CVldvApp;
+class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QPlainTextEdit;
@@ -19,6 +22,8 @@ public:
     void addOutput(const QString& line);
     /// Menus and tools of the frame that is active now.
     void rebuildMenus();
+    /// To the active frame, the application, and then the window's own commands.
+    bool route(unsigned id, CCmdUI* ui);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -26,15 +31,20 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    bool route(unsigned id, CCmdUI* ui);
     bool ownCommand(unsigned id, CCmdUI* ui);
     void onActivated(QMdiSubWindow* window);
+    void tile(bool vertically);
     void installShortcuts();
+    void rebuildTools();
+    /// Frees what was closed and shows the state of commands.
+    void idle();
 
     CVldvApp& app;
     QMdiArea* frames;
     QPlainTextEdit* lines;
     QDockWidget* pane;
     QToolBar* tools;
+    QLabel* status;                          ///< what views say; descriptions of commands cover it for a while
+    std::unique_ptr<CQtPaletteBar> palettes; ///< the scale that all views follow
     unsigned shownMenu = 0;
 };

@@ -1,19 +1,29 @@
 #include "host/QtFrame.h"
 
+#include "host/qt_toolbar.h"
 #include "platform/WinApp.h"
 #include "view/ChildFrame.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QStyle>
 #include <QTabBar>
 #include <QTimer>
+#include <QToolBar>
 
 namespace {
 
 constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew
+
+bool to_application(unsigned id, CCmdUI* ui)
+{
+    CWinApp* const app = AfxGetApp();
+    return app && app->routeCommand(id, ui);
+}
 
 } // namespace
 
@@ -25,11 +35,15 @@ CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
     sub->move(shift, shift);
     sub->setAttribute(Qt::WA_DeleteOnClose, false);
     sub->installEventFilter(this);
+    // Closing by key is a command of the menus; twice the same key would do nothing.
+    for (QAction* const action : sub->systemMenu()->actions()) action->setShortcut({});
     tabs = new QTabBar(widget);
     tabs->setExpanding(false);
     tabs->setDrawBase(false);
     tabs->setUsesScrollButtons(true);
     tabs->hide();
+    tools = new QToolBar(widget);
+    tools->hide();
     connect(tabs, &QTabBar::tabBarClicked, this, [this](int tab) {
         if (auto* const frame = dynamic_cast<CChildFrame*>(&logic)) frame->OnSubimageSelChange(tab);
     });
@@ -69,8 +83,7 @@ void CQtFrame::place(const CRect& rect)
     if (isMaximized()) return;
     // Frames have no parent window, so that their place is told in coordinates of the screen.
     QRect inside = host::qt_rect(rect);
-    if (const QWidget* const parent = sub->parentWidget())
-        inside.moveTopLeft(parent->mapFromGlobal(inside.topLeft()));
+    if (const QWidget* const parent = sub->parentWidget()) inside.moveTopLeft(parent->mapFromGlobal(inside.topLeft()));
     sub->setGeometry(inside);
     // So that the new size can be read back: the window lays its content out only when it is shown.
     const CSize around = decoration();
@@ -105,7 +118,28 @@ void CQtFrame::setTabs(const std::vector<std::wstring>& names, int selected, boo
     }
     if (selected >= 0 && selected < tabs->count()) tabs->setCurrentIndex(selected);
     tabs->setVisible(visible);
+    placeStrips();
+}
+
+void CQtFrame::placeStrips()
+{
     tabs->setGeometry(0, 0, widget->width(), CSubimgSwitch::height);
+    tools->setGeometry(0, tabs->isHidden() ? 0 : CSubimgSwitch::height, widget->width(), tools->sizeHint().height());
+}
+
+int CQtFrame::setToolbar(unsigned id, bool large)
+{
+    tools->clear();
+    host::size_toolbar(*tools, large);
+    host::fill_toolbar(*tools, toolbar_resource(id), to_application, nullptr);
+    tools->setVisible(!tools->actions().isEmpty());
+    placeStrips();
+    return tools->isHidden() ? 0 : tools->sizeHint().height();
+}
+
+void CQtFrame::refreshTools()
+{
+    if (!tools->isHidden()) host::refresh_toolbar(*tools, to_application);
 }
 
 bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
@@ -117,19 +151,19 @@ bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
             QTimer::singleShot(0, this, [this] { logic.OnClose(); });
             return true;
         }
+        auto* const frame = dynamic_cast<CChildFrame*>(&logic);
+        if (!frame) return false;
+        const QRect inside(widget->mapTo(sub.data(), QPoint(0, 0)), widget->size());
         if (event->type() == QEvent::MouseButtonDblClick) {
-            const QPointF at = static_cast<QMouseEvent*>(event)->position();
-            auto* const frame = dynamic_cast<CChildFrame*>(&logic);
-            const bool onCaption = at.y() < widget->mapTo(sub.data(), QPoint(0, 0)).y();
-            if (!frame || !onCaption) return false;
+            if (static_cast<QMouseEvent*>(event)->position().y() >= inside.top()) return false;
             frame->OnNcLButtonDblClk();
             return true;
         }
-        return false;
+        return drag.handle(*event, *sub, inside, *frame);
     }
     if (watched == widget.data()) {
         if (event->type() == QEvent::Resize) {
-            tabs->setGeometry(0, 0, widget->width(), CSubimgSwitch::height);
+            placeStrips();
             tellSizeLater();
             return false;
         }

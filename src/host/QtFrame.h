@@ -1,11 +1,13 @@
 #pragma once
 #include "host/QtPeer.h"
+#include "host/frame_drag.h"
 
 #include <QMdiSubWindow>
 
 class CFrameWnd;
 class QMdiArea;
 class QTabBar;
+class QToolBar;
 
 /// A document's frame: a window in the main window's area, its content being tabs and the view.
 class CQtFrame : public CQtPeer {
@@ -19,6 +21,9 @@ public:
     void show(bool on) override;
     void bringToFront() override;
     void setTabs(const std::vector<std::wstring>& names, int selected, bool visible) override;
+    int setToolbar(unsigned id, bool large) override;
+    /// Shows the state that commands have now.
+    void refreshTools();
     QMdiSubWindow* subWindow() const noexcept { return sub; }
 
 protected:
@@ -29,5 +34,9 @@ private:
     CSize decoration() const;
 
     QPointer<QMdiSubWindow> sub;
+    void placeStrips();
+
     QTabBar* tabs;
+    QToolBar* tools;
+    host::frame_drag drag;
 };

@@ -1,10 +1,15 @@
 #include "host/QtHost.h"
 
+#include "base/text.h"
+#include "host/FormDialog.h"
+#include "host/ListChooserDialog.h"
 #include "host/MainWindow.h"
 #include "host/QtFrame.h"
+#include "host/QtMenu.h"
 #include "host/QtPanes.h"
 #include "host/QtScreen.h"
 #include "host/VariableDialog.h"
+#include "host/preview_pane.h"
 #include "host/qt_menus.h"
 
 #include <QApplication>
@@ -13,17 +18,19 @@
 #include <QFileDialog>
 #include <QListWidget>
 #include <QMdiArea>
-#include <QMenu>
 #include <QMessageBox>
-#include <QPageSetupDialog>
-#include <QPrinter>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 
 namespace {
 
-constexpr double millimetresPerThousandth = 0.0254;
+/// What a prompt stands over: the dialog that asks, else the main window.
+QWidget* prompt_parent(QWidget* main)
+{
+    QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog ? dialog : main;
+}
 
 /// "name|*.a;*.b|name|*.c||" as the toolkit's list.
 QStringList name_filters(const std::string& filter)
@@ -52,7 +59,8 @@ void CQtHost::messageBox(const std::string& text, message_icon icon)
     const QMessageBox::Icon shown = icon == message_icon::error     ? QMessageBox::Critical
                                     : icon == message_icon::warning ? QMessageBox::Warning
                                                                     : QMessageBox::Information;
-    QMessageBox box(shown, QStringLiteral("Velmira"), QString::fromStdString(text), QMessageBox::Ok, main);
+    QMessageBox box(shown, QStringLiteral("Velmira"), QString::fromStdString(text), QMessageBox::Ok,
+                    prompt_parent(main));
     box.exec();
 }
 
@@ -63,10 +71,11 @@ bool CQtHost::askYesNo(const std::string& text)
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {
-    QFileDialog dialog(main, QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
+    QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     dialog.setNameFilters(name_filters(prompt.filter));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    host::add_preview(dialog, prompt);
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
     std::vector<std::wstring> paths;
@@ -76,7 +85,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 
 std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 {
-    QFileDialog dialog(main, QStringLiteral("Save As"));
+    QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setNameFilters(name_filters(prompt.filter));
@@ -84,6 +93,12 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.selectedFiles().front().toStdWString();
+}
+
+void CQtHost::runDialog(CDialog& dialog)
+{
+    CFormDialog window(dialog, main);
+    window.exec();
 }
 
 void CQtHost::runVariableDialog(CVarListDlg& dialog)
@@ -128,27 +143,34 @@ window_choice CQtHost::chooseWindows(const std::vector<std::wstring>& titles)
     return choice;
 }
 
-void CQtHost::runPageSetup(CRect& margins)
+bool CQtHost::runListChooser(CListChooser& chooser)
 {
-    QPrinter printer;
-    const auto toMillimetres = [](int thousandths) { return thousandths * millimetresPerThousandth; };
-    printer.setPageMargins(QMarginsF(toMillimetres(margins.left), toMillimetres(margins.top),
-                                     toMillimetres(margins.right), toMillimetres(margins.bottom)),
-                           QPageLayout::Millimeter);
-    QPageSetupDialog dialog(&printer, main);
-    if (dialog.exec() != QDialog::Accepted) return;
-    const QMarginsF chosen = printer.pageLayout().margins(QPageLayout::Millimeter);
-    const auto back = [](double millimetres) { return qRound(millimetres / millimetresPerThousandth); };
-    margins = CRect(back(chosen.left()), back(chosen.top()), back(chosen.right()), back(chosen.bottom()));
+    CListChooserDialog window(chooser, main);
+    return window.exec() == QDialog::Accepted;
 }
+
+void CQtHost::runPageSetup(CRect& margins) { printer.setUp(margins, main); }
+
+void CQtHost::print(const print_job& job)
+{
+    if (!printer.print(job, main))
+        messageBox("\"" + base::narrow(job.title) + "\" could not be printed.", message_icon::warning);
+}
+
+void CQtHost::previewPrint(const print_job& job) { printer.preview(job, main); }
 
 void CQtHost::quit() { QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection); }
 
 void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target)
 {
-    QMenu menu(main);
+    CQtMenu menu(main);
     host::fill_menu(menu, rows, [&](unsigned id, CCmdUI* ui) { return target.OnCmdMsg(id, ui); });
     if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
+}
+
+void CQtHost::refreshLooks()
+{
+    if (main) main->rebuildMenus();
 }
 
 void CQtHost::setStatusText(const std::wstring& text)
@@ -172,11 +194,18 @@ std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, wi
         return std::make_unique<CQtTextPane>(logic, inside);
     case window_kind::table:
         return std::make_unique<CQtTablePane>(logic, inside);
+    case window_kind::overlay: {
+        auto* const widget = new QWidget(inside);
+        widget->setAttribute(Qt::WA_TransparentForMouseEvents);
+        widget->hide();
+        return std::make_unique<CQtPeer>(logic, widget);
+    }
     default: {
         auto* const widget = new QWidget(inside, kind == window_kind::popup ? Qt::Tool : Qt::Widget);
         // What the logic does not paint is erased by the logic, and nothing by the toolkit.
         widget->setAttribute(Qt::WA_OpaquePaintEvent);
-        widget->setFocusPolicy(Qt::StrongFocus);
+        // A click into a control is one into its view, which keeps the focus.
+        widget->setFocusPolicy(kind == window_kind::child ? Qt::NoFocus : Qt::StrongFocus);
         widget->show();
         return std::make_unique<CQtPeer>(logic, widget);
     }

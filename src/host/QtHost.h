@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Host.h"
+#include "host/qt_printing.h"
 
 #include <QObject>
 #include <memory>
@@ -20,12 +20,17 @@ public:
     bool askYesNo(const std::string& text) override;
     std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override;
     std::optional<std::wstring> askSavePath(const save_prompt& prompt) override;
+    void runDialog(CDialog& dialog) override;
     void runVariableDialog(CVarListDlg& dialog) override;
     bool showVariableDialog(CVarListDlg& dialog) override;
     window_choice chooseWindows(const std::vector<std::wstring>& titles) override;
+    bool runListChooser(CListChooser& chooser) override;
     void runPageSetup(CRect& margins) override;
+    void print(const print_job& job) override;
+    void previewPrint(const print_job& job) override;
     void quit() override;
     void trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target) override;
+    void refreshLooks() override;
     void setStatusText(const std::wstring& text) override;
     void output(const std::string& line) override;
     std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd* parent, window_kind kind) override;
@@ -40,4 +45,5 @@ private:
     CMainWindow* main = nullptr;
     std::unique_ptr<IClipboard> clips;
     std::unique_ptr<IScreen> display;
+    host::printing printer;
 };

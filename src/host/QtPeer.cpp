@@ -116,6 +116,12 @@ void CQtPeer::setCapture(bool on)
     if (!on) logic.OnCaptureChanged();
 }
 
+/// While no window of the program is active, the one that gets the focus back has it.
+bool CQtPeer::hasFocus() const
+{
+    return widget->hasFocus() || (!QApplication::focusWidget() && widget->window()->focusWidget() == widget);
+}
+
 void CQtPeer::setCursor(cursor_shape shape) { widget->setCursor(host::qt_cursor(shape)); }
 
 void CQtPeer::setTimer(unsigned id, unsigned milliseconds)

@@ -32,7 +32,7 @@ public:
     void setCapture(bool on) override;
     bool hasCapture() const override { return captured; }
     void setFocus() override { widget->setFocus(); }
-    bool hasFocus() const override { return widget->hasFocus(); }
+    bool hasFocus() const override;
     void setCursor(cursor_shape shape) override;
     void setTimer(unsigned id, unsigned milliseconds) override;
     void killTimer(unsigned id) override;

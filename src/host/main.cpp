@@ -9,6 +9,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QIcon>
+#include <QImage>
+#include <QPixmap>
 #include <QTimer>
 #include <clocale>
 
@@ -17,6 +20,19 @@ namespace {
 constexpr int storeInterval = 2000; // milliseconds
 constexpr int settleTime = 1500;    // milliseconds until everything is laid out and rendered
 
+/// A dark-to-light strip with a step: heights in colours.
+QIcon program_icon()
+{
+    constexpr int side = 64;
+    QImage picture(side, side, QImage::Format_RGB32);
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x) {
+            const int height = (x + 2 * (y > side / 2 ? side - y : y)) * 255 / (2 * side);
+            picture.setPixel(x, y, qRgb(std::min(255, height * 2), height, height * height / 255 / 2));
+        }
+    return QIcon(QPixmap::fromImage(picture));
+}
+
 } // namespace
 
 int main(int count, char** arguments)
@@ -24,6 +40,8 @@ int main(int count, char** arguments)
     QApplication toolkit(count, arguments);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("velmira"));
+    QApplication::setApplicationVersion(QStringLiteral(VLDV_VERSION));
+    QApplication::setWindowIcon(program_icon());
     CProfileStore profile(platform::profile_path());
     host::register_fonts();
     CQtHost machine(profile);
@@ -35,18 +53,26 @@ int main(int count, char** arguments)
     QCommandLineParser options;
     options.setApplicationDescription(QStringLiteral("Opens what a scanning-probe microscope recorded."));
     options.addHelpOption();
+    options.addVersionOption();
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                         QStringLiteral("Saves a picture of the window and ends."),
                                         QStringLiteral("FILE"));
     options.addOption(screenshot);
     options.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open"), QStringLiteral("[FILE...]"));
     options.process(toolkit);
+    // Opening a file changes the current folder.
+    std::vector<std::wstring> files;
     for (const QString& path : options.positionalArguments())
-        app.OpenDocumentFile(QFileInfo(path).absoluteFilePath().toStdWString().c_str());
-    window.rebuildMenus();
-    if (options.isSet(screenshot))
+        files.push_back(QFileInfo(path).absoluteFilePath().toStdWString());
+    QTimer::singleShot(0, &window, [&] {
+        for (const std::wstring& file : files) app.OpenDocumentFile(file.c_str());
+        window.rebuildMenus();
+    });
+    const QString picture =
+        options.isSet(screenshot) ? QFileInfo(options.value(screenshot)).absoluteFilePath() : QString();
+    if (!picture.isEmpty())
         QTimer::singleShot(settleTime, &window, [&] {
-            const bool saved = window.grab().save(options.value(screenshot));
+            const bool saved = window.grab().save(picture);
             QApplication::exit(saved ? 0 : 1);
         });
     // Changes are collected and stored together, soon after they were made.

@@ -1,5 +1,8 @@
 #include "host/qt_menus.h"
 
+#include "host/QtMenu.h"
+#include "resources/strings.h"
+
 #include <QAction>
 #include <QActionGroup>
 #include <QKeySequence>
@@ -9,6 +12,8 @@
 namespace host {
 
 namespace {
+
+constexpr unsigned firstPalette = 12001, lastPalette = 12100;
 
 /// The rows below the popup at `index`, and the index behind them.
 std::vector<menu_row> content_of(const std::vector<menu_row>& rows, std::size_t index, std::size_t& end)
@@ -24,10 +29,13 @@ void add_command(QMenu& menu, unsigned id, const QString& text, const char* shor
     if (!route(id, &state)) return;
     QAction* const action = menu.addAction(state.text ? QString::fromStdString(*state.text) : text);
     action->setEnabled(state.enabled);
+    action->setStatusTip(QString::fromUtf8(string_resource(id)));
     if (state.checked) {
         action->setCheckable(true);
         action->setChecked(true);
     }
+    auto* const pictures = dynamic_cast<CQtMenu*>(&menu);
+    if (pictures && id >= firstPalette && id <= lastPalette) pictures->addPalette(*action, id);
     if (*shortcut) action->setText(action->text() + "\t" + QString::fromLatin1(shortcut));
     QObject::connect(action, &QAction::triggered, &menu, [route, id] { route(id, nullptr); });
 }
@@ -76,7 +84,7 @@ void fill_menu(QMenu& menu, const std::vector<menu_row>& rows, const command_rou
             std::size_t end = i;
             const std::vector<menu_row> inside = content_of(rows, i, end);
             i = end - 1;
-            auto* const popup = new QMenu(QString::fromUtf8(row.text), &menu);
+            auto* const popup = new CQtMenu(QString::fromUtf8(row.text), &menu);
             fill_menu(*popup, inside, route);
             if (popup->isEmpty()) {
                 delete popup;
@@ -99,7 +107,8 @@ void fill_menu_bar(QMenuBar& bar, const std::vector<menu_row>& rows, const comma
         QMenu probe;
         fill_menu(probe, inside, route);
         if (!probe.isEmpty()) {
-            QMenu* const popup = bar.addMenu(QString::fromUtf8(rows[i].text));
+            auto* const popup = new CQtMenu(QString::fromUtf8(rows[i].text), &bar);
+            bar.addMenu(popup);
             QObject::connect(popup, &QMenu::aboutToShow, popup, [popup, inside, route] {
                 popup->clear();
                 fill_menu(*popup, inside, route);

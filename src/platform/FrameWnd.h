@@ -25,6 +25,8 @@ public:
     virtual void OnUpdateFrameTitle(bool addNumber);
     /// Of this frame among those of its document, from 1; 0 while it is the only one.
     int windowNumber() const;
+    /// Which tools the frame shows may have changed.
+    virtual void OnResetToolbar() {}
     /// The view's rectangle inside the frame's client area.
     virtual CRect viewRect() const { return GetClientRect(); }
     /// Makes the frame as large as a view of this outer size needs.

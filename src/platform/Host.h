@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -62,14 +63,23 @@ private:
 };
 
 class CCmdTarget;
+class CDialog;
+class CListChooser;
 class CVarListDlg;
+
+/// What a dialog shows of a file before it is opened.
+struct file_preview {
+    CSize size;
+    std::vector<std::uint32_t> pixels; ///< rows from the top, each pixel with blue in its low byte; may be empty
+    std::string text;                  ///< lines
+};
 
 /// What a dialog that opens files is asked to show.
 struct open_prompt {
     std::wstring folder;
     std::string filter; ///< "name|pattern|name|pattern||"
     bool several = false;
-    bool preview = false;
+    std::function<file_preview(const std::wstring& path)> preview{}; ///< empty: none is shown
     std::vector<SPMVar>* variables = nullptr; ///< shown below the list and changed by the user; null: none
 };
 
@@ -86,6 +96,13 @@ struct save_prompt {
     std::string extension; ///< appended to a name without one; empty: none
 };
 
+/// A sheet for the printer.
+struct print_job {
+    std::wstring title;
+    std::function<void(CDC&)> paint; ///< draws on the surface of the whole sheet
+    bool asks = true;                ///< the user chooses printer and copies first
+};
+
 /// The machine as the logic sees it. One host lives for the whole program; see `CWinApp`.
 class IHost {
 public:
@@ -97,6 +114,8 @@ public:
     /// The chosen paths, empty when the dialog was cancelled.
     virtual std::vector<std::wstring> askOpenPaths(const open_prompt&) { return {}; }
     virtual bool askYesNo(const std::string&) { return false; }
+    /// Shows a dialog until it is closed through `CDialog::EndDialog`.
+    virtual void runDialog(CDialog&) {}
     /// Shows a variable dialog until it is closed through `CVarListDlg::EndDialog`.
     virtual void runVariableDialog(CVarListDlg&) {}
     /// Shows it beside the program. \return false when it cannot
@@ -105,10 +124,17 @@ public:
     virtual void trackPopupMenu(const std::vector<menu_row>&, CPoint, CCmdTarget&) {}
     /// Shows the open windows by their titles.
     virtual window_choice chooseWindows(const std::vector<std::wstring>&) { return {}; }
+    /// \return false when it was cancelled
+    virtual bool runListChooser(CListChooser&) { return false; }
     /// Asks for paper and margins, the latter in thousandths of an inch.
     virtual void runPageSetup(CRect&) {}
+    virtual void print(const print_job&) {}
+    /// Shows how it will look.
+    virtual void previewPrint(const print_job&) {}
     /// Ends the program after the present event.
     virtual void quit() {}
+    /// Settings of the main window's looks may have changed.
+    virtual void refreshLooks() {}
     virtual void setStatusText(const std::wstring&) {}
     /// A line for the output pane.
     virtual void output(const std::string&) {}
@@ -123,4 +149,7 @@ public:
     virtual int systemDpi() const { return 0; }
     /// Nested; the cursor returns with the last `false`.
     virtual void waitCursor(bool on) = 0;
+    /// Shows how much of a long task is done, 0 to 1, while the wait cursor is on, and delivers nothing but Cancel.
+    /// \return false when the user cancelled
+    virtual bool progress(double /*done*/) { return true; }
 };

@@ -9,12 +9,13 @@ class CWnd;
 
 /// What a window is for its host.
 enum class window_kind {
-    frame, ///< a document's frame in the main window
-    view,  ///< the pane of a frame
-    text,  ///< a pane of text
-    table, ///< a pane with a table and a field to search in it
-    child, ///< a control or overlay inside another window
-    popup, ///< a window of its own
+    frame,   ///< a document's frame in the main window
+    view,    ///< the pane of a frame
+    text,    ///< a pane of text
+    table,   ///< a pane with a table and a field to search in it
+    child,   ///< a control inside another window
+    overlay, ///< hidden at first, drawn over another window, which shows through and keeps mouse and focus
+    popup,   ///< a window of its own
 };
 
 /// The host's side of a window. Sizes and points are logical pixels. A geometry request is carried out at once, as far
@@ -41,6 +42,8 @@ public:
     virtual void setTitle(const std::wstring& text) = 0;
     /// Tabs along the upper edge of a frame, 20 pixels high.
     virtual void setTabs(const std::vector<std::wstring>&, int, bool) {}
+    /// Tools of a frame, below its tabs: a toolbar of the resources, none for 0. \return its height
+    virtual int setToolbar(unsigned, bool) { return 0; }
     /// Content of a pane of text, and of a table with its headings in row 0.
     virtual void setText(const std::wstring&) {}
     virtual void setTable(const std::vector<std::vector<std::wstring>>&) {}

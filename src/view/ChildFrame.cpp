@@ -96,30 +96,54 @@ bool CChildFrame::GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) 
     return document && view->getImageNumber() < document->getImagesNumber();
 }
 
-void CChildFrame::OnInitImageView(CImageView*) { OnLoadData(); }
+void CChildFrame::OnInitImageView(CImageView*)
+{
+    OnResetToolbar();
+    OnLoadData();
+}
 
 void CChildFrame::OnLoadData()
 {
     CImageView* view = nullptr;
     CStorageDoc* document = nullptr;
     if (changingTab || !GetImageViewAndDoc(view, document)) return;
-    const bool wasVisible = bar.visible;
+    const CSubimgSwitch before = bar;
     const bool overlay = has_overlay(*view, *document);
     bar.names = tab_names(*document, view->getImageNumber(), overlay);
     bar.visible = overlay || document->getSubImagesNumber(view->getImageNumber()) >= 2;
     bar.selected = static_cast<int>(view->getSubImageNumber());
     if (overlay) bar.selected = view->options["ShowOverlay"] ? 0 : bar.selected + 1;
-    if (getPeer()) {
+    if (getPeer() && bar != before) { // data also reloads many times a second, under a drag of the scale
         getPeer()->setTabs(bar.names, bar.selected, bar.visible);
-        if (bar.visible != wasVisible) {
-            // The frame gives the strip its room, so that the view keeps its size.
-            const int change = bar.visible ? CSubimgSwitch::height : -CSubimgSwitch::height;
-            const CSize outer = GetWindowRect().Size();
-            SetWindowSize({outer.cx, outer.cy + change});
+        if (bar.visible != before.visible) {
+            changeHeight(bar.visible ? CSubimgSwitch::height : -CSubimgSwitch::height);
         }
     }
     RecalcLayout();
     OnUpdateFrameTitle(true);
+}
+
+/// Gives a strip its room, or takes it back, so that the view keeps its size.
+void CChildFrame::changeHeight(int change)
+{
+    const CSize outer = GetWindowRect().Size();
+    SetWindowSize({outer.cx, outer.cy + change});
+}
+
+void CChildFrame::OnResetToolbar()
+{
+    auto* const view = dynamic_cast<CDCView*>(GetActiveView());
+    if (!view || !getPeer()) return;
+    constexpr long largeTools = -2;
+    enum { asMain, small, large };
+    const long kind = view->GetToolbarIDs(nullptr, nullptr, nullptr);
+    const bool isShown = kind != 0 && static_cast<bool>(view->options["toolbar"]);
+    const int size = static_cast<int>(view->options["toolbar.size"]);
+    const int before = toolbarHeight;
+    toolbarHeight = getPeer()->setToolbar(isShown ? menuId() : 0, size == asMain ? kind == largeTools : size == large);
+    if (toolbarHeight == before) return;
+    changeHeight(toolbarHeight - before);
+    RecalcLayout();
 }
 
 void CChildFrame::OnSubimageSelChange(int tab)
@@ -181,7 +205,7 @@ void CChildFrame::OnUpdateFrameTitle(bool addNumber)
 CRect CChildFrame::viewRect() const
 {
     CRect rect = GetClientRect();
-    if (bar.visible) rect.top = std::min(rect.top + CSubimgSwitch::height, rect.bottom);
+    if (const int strips = stripsHeight()) rect.top = std::min(rect.top + strips, rect.bottom);
     return rect;
 }
 
@@ -189,7 +213,7 @@ CRect CChildFrame::viewRect() const
 CSize CChildFrame::insets() const
 {
     const auto* const view = dynamic_cast<CDCView*>(GetActiveView());
-    CSize around{0, bar.visible ? CSubimgSwitch::height : 0};
+    CSize around{0, stripsHeight()};
     if (view) {
         around.cx += static_cast<int>(view->options["LeftMargin"]) + static_cast<int>(view->options["RightMargin"]);
         around.cy += static_cast<int>(view->options["TopMargin"]) + static_cast<int>(view->options["BottomMargin"]);
@@ -211,11 +235,25 @@ CRect CChildFrame::OnSizing(int edge, const CRect& wanted) const
     return view::sized_frame(wanted, edge, insets(), OnGetMinMaxInfo(), aspect);
 }
 
-void CChildFrame::OnNcLButtonDown() { sizing = true; }
+void CChildFrame::OnNcLButtonDown()
+{
+    sizing = true;
+    if (!sizeLine.getPeer()) sizeLine.Create(this, window_kind::overlay);
+    sizeLine.MoveWindow(viewRect());
+    sizeLine.ShowWindow(true);
+}
+
+void CChildFrame::RecalcLayout()
+{
+    CFrameWnd::RecalcLayout();
+    if (sizing) sizeLine.MoveWindow(viewRect());
+}
 
 void CChildFrame::OnCaptureChanged()
 {
+    if (!sizing) return;
     sizing = false;
+    sizeLine.ShowWindow(false);
     Invalidate(true);
     if (GetActiveView()) GetActiveView()->Invalidate(true);
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/FrameWnd.h"
+#include "view/SizeLine.h"
 
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@ struct CSubimgSwitch {
     std::vector<std::wstring> names;
     int selected = 0;
     bool visible = false;
+    bool operator==(const CSubimgSwitch&) const = default;
 };
 
 namespace view {
@@ -65,6 +67,7 @@ public:
     virtual bool GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) const;
 
     void OnUpdateFrameTitle(bool addNumber) override;
+    void OnResetToolbar() override;
     CRect viewRect() const override;
     /// Smallest outer size: the margins and a small picture.
     CSize OnGetMinMaxInfo() const;
@@ -75,11 +78,17 @@ public:
     void OnCaptureChanged() override;
     bool isSizing() const noexcept { return sizing; }
     void OnNcLButtonDblClk();
+    void RecalcLayout() override;
 
 private:
     CSize insets() const;
+    /// Of tabs and tools above the view.
+    int stripsHeight() const noexcept { return (bar.visible ? CSubimgSwitch::height : 0) + toolbarHeight; }
+    void changeHeight(int change);
 
     CSubimgSwitch bar;
+    CSizeLine sizeLine;
+    int toolbarHeight = 0;
     bool sizing = false;
     bool changingTab = false;
 };

@@ -23,10 +23,16 @@ CDCView::CDCView()
         AddOptionHandler(name, &CDCView::oh_margin);
     for (const char* name : {"text_size", "text_weight", "text_italic", "text_face"})
         AddOptionHandler(name, &CDCView::oh_text_create_font);
+    for (const char* name : {"toolbar", "toolbar.size"}) AddOptionHandler(name, &CDCView::oh_toolbar);
     options.AddFireVariableChangeHandler(this);
 }
 
 CDCView::~CDCView() { options.RemoveFireVariableChangeHandler(this); }
+
+void CDCView::oh_toolbar(const SPMVar&)
+{
+    if (CFrameWnd* const frame = GetParentFrame()) frame->OnResetToolbar();
+}
 
 void CDCView::OnInitialUpdate()
 {

@@ -13,6 +13,7 @@
 #include <variant>
 
 class CFrameWnd;
+struct print_job;
 
 /// In which direction `DrawLegendText` moves on, and on which side `PositionWindowNearby` puts a window.
 enum LegendOffset : int { legendUp = 0, legendDown = 1, legendRight = 2, legendLeft = 3 };
@@ -127,6 +128,7 @@ public:
 protected:
     void oh_invalidate(const SPMVar& changed);
     void oh_margin(const SPMVar& changed);
+    void oh_toolbar(const SPMVar& changed);
     void oh_text_create_font(const SPMVar& changed);
 
     void OnShowLegend() { toggle_option("ShowLegend"); }
@@ -134,6 +136,9 @@ protected:
     void OnEditCopy();
     void OnEditCopytext();
     void OnEditAddtext();
+    void OnFilePrint();
+    void OnFilePrintDirect();
+    void OnFilePrintPreview();
     void OnViewPreferences();
     void OnViewActualpixels();
     void OnUpdateViewActualpixels(CCmdUI& ui);
@@ -154,6 +159,7 @@ private:
     void drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const wchar_t* format,
                         std::initializer_list<legend_argument> arguments);
     void createImage(bool keepDepth);
+    print_job printJob(bool asks);
     void enterFullScreen();
     void leaveFullScreen();
     void restoreDefaults();
@@ -162,6 +168,7 @@ private:
 
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
+    CRect titledRect; ///< display whose zoom stands in the title
 };
 
 template <class View>

@@ -1,4 +1,6 @@
 #include "platform/Clipboard.h"
+#include "platform/FrameWnd.h"
+#include "platform/WinApp.h"
 #include "view/DCView.h"
 
 namespace {
@@ -10,6 +12,9 @@ enum command : unsigned {
     cmdPreferences = 10118,
     cmdActualPixels = 10121,
     cmdFullScreen = 10138,
+    cmdPrint = 57607,
+    cmdPrintDirect = 57608,
+    cmdPrintPreview = 57609,
     cmdCopy = 57634,
 };
 
@@ -24,6 +29,9 @@ bool CDCView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {cmdAddText, &CDCView::OnEditAddtext},
         {cmdPreferences, &CDCView::OnViewPreferences},
         {cmdFullScreen, &CDCView::OnFullScreen},
+        {cmdPrint, &CDCView::OnFilePrint},
+        {cmdPrintDirect, &CDCView::OnFilePrintDirect},
+        {cmdPrintPreview, &CDCView::OnFilePrintPreview},
         {cmdActualPixels, &CDCView::OnViewActualpixels, &CDCView::OnUpdateViewActualpixels},
     };
     return dispatch_command<CDCView>(*this, rows, id, ui) || CView::OnCmdMsg(id, ui);
@@ -44,6 +52,32 @@ void CDCView::OnEditCopy()
     OnDraw(dc);
     clipboard->empty();
     clipboard->setBitmap(*dc.selectedBitmap());
+}
+
+print_job CDCView::printJob(bool asks)
+{
+    flushTimers(); // what waits to be rendered belongs on the sheet
+    const CFrameWnd* const frame = GetParentFrame();
+    const auto paint = [this](CDC& dc) {
+        OnPrepareDC(dc, true);
+        OnDraw(dc);
+    };
+    return {frame ? frame->GetWindowText() : std::wstring(), paint, asks};
+}
+
+void CDCView::OnFilePrint()
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().print(printJob(true));
+}
+
+void CDCView::OnFilePrintDirect()
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().print(printJob(false));
+}
+
+void CDCView::OnFilePrintPreview()
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().previewPrint(printJob(false));
 }
 
 void CDCView::OnEditCopytext()

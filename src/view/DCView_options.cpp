@@ -138,6 +138,8 @@ void CDCView::OnCommandMessage(const char* id, CVarListDlg*)
 {
     const std::string_view command(id);
     if (command == "default") restoreDefaults();
+    if (command == "load") loadOptionsFile();
+    if (command == "save") saveOptionsFile();
 }
 
 void CDCView::restoreDefaults()

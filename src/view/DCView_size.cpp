@@ -26,9 +26,10 @@ void CDCView::CountDisplayRect()
 
 void CDCView::UpdateDisplayRect()
 {
-    const CRect before = displayRect;
     CountDisplayRect();
-    if (displayRect == before || !IsWindowVisible()) return;
+    // Painting counts it as well, and may come before the window is told of its size.
+    if (displayRect == titledRect || !IsWindowVisible()) return;
+    titledRect = displayRect;
     if (CFrameWnd* const frame = GetParentFrame()) frame->OnUpdateFrameTitle(true);
 }
 

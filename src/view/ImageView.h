@@ -82,6 +82,8 @@ public:
 
 protected:
     void OnViewParameters();
+    void OnViewDisplayparameters();
+    void OnUpdateViewDisplayparameters(CCmdUI& ui);
     void OnEditUndo();
     void OnUpdateEditUndo(CCmdUI& ui);
     void OnEditRedo();

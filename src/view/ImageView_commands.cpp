@@ -4,16 +4,19 @@
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
 #include "view/ImageView.h"
+#include "view/ParDisplayDlg.h"
 
 namespace {
 
 enum command : unsigned {
     cmdParameters = 10041,
     cmdDuplicate = 10151,
+    cmdDisplayParameters = 10157,
     cmdClearDecorations = 10166,
     cmdUndo = 57643,
     cmdRedo = 57644,
 };
+constexpr const char* parametersListKey = "ParametersList";
 constexpr unsigned parametersTemplate = 108;
 
 } // namespace
@@ -23,6 +26,7 @@ bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
     static constexpr command_row<CImageView> rows[] = {
         {cmdParameters, &CImageView::OnViewParameters},
         {cmdDuplicate, &CImageView::OnViewClone},
+        {cmdDisplayParameters, &CImageView::OnViewDisplayparameters, &CImageView::OnUpdateViewDisplayparameters},
         {cmdClearDecorations, &CImageView::OnClearDecorations, &CImageView::OnUpdateClearDecorations},
         {cmdUndo, &CImageView::OnEditUndo, &CImageView::OnUpdateEditUndo},
         {cmdRedo, &CImageView::OnEditRedo, &CImageView::OnUpdateEditRedo},
@@ -53,6 +57,19 @@ void CImageView::OnUpdateClearDecorations(CCmdUI& ui)
 {
     ui.Enable(storageDoc() && storageDoc()->get_decorations_list(nullptr, 0, imageNumber) > 0);
 }
+
+void CImageView::OnViewDisplayparameters()
+{
+    CWinApp* const app = AfxGetApp();
+    if (!app || !storageDoc()) return;
+    const std::string kept = app->profile().readString(GetViewSection(), parametersListKey).value_or("");
+    CParDisplayDlg dialog(*storageDoc(), imageNumber, kept);
+    if (!app->host().runListChooser(dialog)) return;
+    app->profile().writeString(GetViewSection(), parametersListKey, dialog.listText());
+    Invalidate(true);
+}
+
+void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui) { ui.Enable(storageDoc() != nullptr); }
 
 void CImageView::OnViewParameters()
 {

@@ -4,10 +4,11 @@
 #include "view/palette_folder.h"
 #include "view/palette_profile.h"
 #include "view/render.h"
+#include "view/strip.h"
 
 #include <algorithm>
 
-std::vector<color_table> CScale::m_ColorTable;
+std::deque<color_table> CScale::m_ColorTable;
 std::vector<std::string> CScale::file_names;
 std::vector<CScale*> CScale::m_PalList;
 
@@ -30,10 +31,21 @@ void CScale::InitColorTable()
     m_ColorTable.clear();
     for (int id = 0; id < view::builtInPalettes; ++id) m_ColorTable.push_back(view::built_in_palette(id));
     if (app) m_ColorTable[view::customPalette] = view::read_custom_palette(app->profile());
+    reloadFilePalettes();
+}
+
+void CScale::reloadFilePalettes()
+{
+    if (m_ColorTable.empty()) return; // the first scale will read them
+    m_ColorTable.resize(view::builtInPalettes);
     file_names.clear();
     for (view::file_palette& palette : view::read_palette_folder(view::palette_folder())) {
         m_ColorTable.push_back(std::move(palette.table));
         file_names.push_back(std::move(palette.name));
+    }
+    for (CScale* scale : m_PalList) {
+        scale->paletteId = std::min(scale->paletteId, GetPalettesNumber() - 1);
+        scale->Invalidate(false);
     }
 }
 
@@ -66,6 +78,14 @@ void CScale::SetPaletteId(int id)
     if (id == paletteId && paletteId != view::customPalette) return;
     previousPaletteId = paletteId;
     paletteId = std::clamp(id, 0, GetPalettesNumber() - 1);
+    if (!getPeer()) return;
+    UpdateActiveView();
+    Invalidate(false);
+}
+
+const color_table* CScale::getPalette(int id) noexcept
+{
+    return id >= 0 && id < GetPalettesNumber() ? &m_ColorTable[static_cast<std::size_t>(id)] : nullptr;
 }
 
 int CScale::GetPalettesNumber() noexcept { return static_cast<int>(m_ColorTable.size()); }
@@ -104,8 +124,7 @@ void CScale::SetDimensions(int length, int width)
 {
     scaleLength = length;
     scaleWidth = width;
-    upperDelimiter = length >> 2;
-    lowerDelimiter = length - (length >> 2);
+    view::reset_delimiters(*this);
     updateStripRect();
 }
 
@@ -114,10 +133,11 @@ CSize CScale::GetSize() const noexcept
     return direction == tdVertical ? CSize{scaleWidth, scaleLength} : CSize{scaleLength, scaleWidth};
 }
 
-void CScale::updateStripRect() noexcept
+void CScale::updateStripRect()
 {
     const CSize size = GetSize();
     stripRect = {0, 0, size.cx, size.cy};
+    if (getPeer()) SetWindowSize(getPeer()->outerSize(size));
 }
 
 CScale* CScale::GetStaticScale() noexcept { return m_PalList.empty() ? nullptr : m_PalList.front(); }
@@ -137,16 +157,20 @@ void CScale::SyncDelimiters()
     if (leader != this) fixedUnits = leader->fixedUnits;
     relativeMeanOffset = leader->relativeMeanOffset;
     autoScaling = leader->autoScaling;
+    Invalidate(false);
 }
 
 void CScale::SyncWithStatic()
 {
     SyncDelimiters();
-    if (syncPalette && GetStaticScale()) paletteId = GetStaticScale()->paletteId;
+    if (!syncPalette || !GetStaticScale()) return;
+    paletteId = GetStaticScale()->paletteId;
+    Invalidate(false);
 }
 
 void CScale::UpdateAll()
 {
     for (CScale* scale : m_PalList)
         if (scale != this && scale->syncPalette) scale->SyncWithStatic();
+    Invalidate(false);
 }

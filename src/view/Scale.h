@@ -1,24 +1,27 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/geometry.h"
+#include "platform/Window.h"
 #include "view/ColorTable.h"
 #include "view/ScaleSync.h"
 #include "view/scale_state.h"
 
+#include <deque>
 #include <string>
 #include <vector>
 
-/// A colour scale: which values a picture shows and in which colours. All scales of the process share the colour
-/// tables, which exist from the first scale to the last; the first in the list is the static scale that others follow.
-/// Interface thread only.
-class CScale : public view::scale_state, public IScaleSync {
+class CImageView;
+
+/// A colour scale: which values a picture shows and in which colours, and the strip that shows it where it has a
+/// window. All scales of the process share the colour tables, which exist from the first scale to the last; the first
+/// in the list is the static scale that others follow. Interface thread only.
+class CScale : public CWnd, public view::scale_state, public IScaleSync {
 public:
     /// The first one computes the tables and reads palette, mode and window from the profile.
     CScale();
     CScale(const CScale&) = delete;
     CScale& operator=(const CScale&) = delete;
     /// The last one saves the custom palette and its own values.
-    virtual ~CScale();
+    ~CScale() override;
 
     /// Turns samples into pixels, the rows in the order of the source.
     /// \param bits      blue, green, red per pixel, see `rgb32`
@@ -39,21 +42,31 @@ public:
     unsigned long GetColor(int i, int n) const noexcept;
     unsigned long GetColor(int i, int n, double gamma) const noexcept;
 
+    /// Draws the strip; on an active one in fixed mode its delimiters, and on the static scale's an axis.
+    void DrawScale(CDC& dc, const CRect& rect, tdTileDirection along = tdOwn) const;
+
     int GetPaletteId() const noexcept { return paletteId; }
     /// Clamped to the palettes there are. Selecting the custom palette again counts as a change: its colours may have
-    /// changed.
+    /// changed. With a window, views are told.
     void SetPaletteId(int id);
+    /// Edits the custom palette, which all views show meanwhile.
+    void OnCustomPalette(CWnd* parent_);
     /// Built-in and file palettes.
     static int GetPalettesNumber() noexcept;
     /// Name of a file palette; empty for the built-in ones and unknown ids.
     static std::string getPaletteName(int id);
+    /// Null for unknown ids; good until the palettes change.
+    static const color_table* getPalette(int id) noexcept;
+    /// Reads the palette files again: their folder is another now. Scales keep to the palettes that are left.
+    static void reloadFilePalettes();
     /// Replaces the custom palette of all scales. At least one colour.
     void SetCustomPalette(const unsigned long* colors, int count);
     /// \return false without application or when the profile refuses
     bool SaveCustomPalette() const;
 
     int GetAutoScaling() const noexcept { return autoScaling; }
-    void SetAutoScaling(int mode) noexcept { autoScaling = mode; }
+    /// Tells no view.
+    void SetAutoScaling(int mode);
     double getFixedSize() const noexcept { return fixedSize; }
     void setFixedSize(double size) noexcept { fixedSize = size; }
     double getFixedStart() const noexcept { return fixedStart; }
@@ -68,12 +81,15 @@ public:
 
     tdTileDirection GetDirection() const noexcept { return direction; }
     virtual void SetDirection(tdTileDirection newDirection);
-    /// Sets the strip's sides and puts the delimiters at its quarters.
+    /// Sets the strip's sides, those of its window too, and puts the delimiters at its quarters.
     void SetDimensions(int length, int width);
     CSize GetSize() const noexcept;
     /// A delimiter is under the pointer; is being moved.
     bool IsActive() const noexcept { return hotDelimiter != 0; }
     bool IsChanging() const noexcept { return hotDelimiter != 0 && dragging != 0; }
+
+    /// Makes the strip's window, of `GetSize`. \return false when the host has no windows
+    bool createStrip(CWnd* parent_);
 
     /// The first in the list, or null when there is no scale.
     static CScale* GetStaticScale() noexcept;
@@ -84,15 +100,42 @@ public:
     void SyncWithStatic();
     /// Makes all others that follow take what the static scale has.
     void UpdateAll();
-    void SyncScale() override {}
+    /// Tells all documents that the scale changed; the view with the focus takes it.
+    static void UpdateActiveView();
+    /// The custom palette changed under the editor, which has the focus: all views take it.
+    void SyncScale() override;
+
+    /// Palettes (12001 to 12100, the first one edits) and modes.
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+    void OnPaint(CDC& dc) override;
+    bool OnEraseBkgnd(CDC&) override { return true; }
+    void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnMouseLeave() override;
+    void OnLButtonDown(unsigned flags, CPoint point) override;
+    void OnLButtonUp(unsigned flags, CPoint point) override;
+    void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    void OnContextMenu(CPoint point) override;
 
 private:
     const color_table& table() const noexcept;
-    void updateStripRect() noexcept;
+    void updateStripRect();
     void InitColorTable();
     void DestroyColorTable();
 
-    static std::vector<color_table> m_ColorTable;
+    void OnPalette(unsigned id);
+    void OnUpdatePalette(CCmdUI& ui);
+    void OnScaleFixedscale() { setMode(view::fixedScale); }
+    void OnScaleAutoscaling() { setMode(view::autoScale); }
+    void OnScalePerLineAutoscaling() { setMode(view::perLine); }
+    void OnScalePerLineAutoscalingWithPlanefit() { setMode(view::perLinePlanefit); }
+    void OnUpdateMode(CCmdUI& ui);
+    void setMode(int mode);
+    bool takesMouse() const noexcept { return active && autoScaling == view::fixedScale; }
+    void showResizeCursor();
+    void takeWindowOf(CImageView& view);
+    void tellWindow();
+
+    static std::deque<color_table> m_ColorTable; ///< whose places stay while file palettes come and go
     static std::vector<std::string> file_names;
     static std::vector<CScale*> m_PalList;
 };

@@ -74,6 +74,15 @@ std::filesystem::path palette_folder()
     return expanded_environment(folder);
 }
 
+std::optional<color_table> load_palette(const std::filesystem::path& path)
+{
+    std::vector<std::byte> bytes;
+    if (!read_bytes(path, bytes)) return std::nullopt;
+    auto table = read_palette_file(bytes);
+    if (!table) return std::nullopt;
+    return std::move(*table);
+}
+
 std::vector<file_palette> read_palette_folder(const std::filesystem::path& folder)
 {
     std::vector<file_palette> palettes;
@@ -82,9 +91,8 @@ std::vector<file_palette> read_palette_folder(const std::filesystem::path& folde
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         const std::filesystem::path& path = entry->path();
-        std::vector<std::byte> bytes;
-        if (!base::equal_ignoring_case(path.extension().native(), ".pal") || !read_bytes(path, bytes)) continue;
-        if (auto table = read_palette_file(bytes)) palettes.push_back({path.stem().native(), std::move(*table)});
+        if (!base::equal_ignoring_case(path.extension().native(), ".pal")) continue;
+        if (auto table = load_palette(path)) palettes.push_back({path.stem().native(), std::move(*table)});
     }
     return palettes;
 }

@@ -2,6 +2,7 @@
 #include "view/ColorTable.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ struct file_palette {
 /// The folder of the option "directory.palettes" of the list "global_options", environment variables expanded; empty
 /// when there is none.
 std::filesystem::path palette_folder();
+/// A palette file, or nothing when it cannot be read or is none.
+std::optional<color_table> load_palette(const std::filesystem::path& path);
 /// All readable `.pal` files of a folder in the order of its listing; others are passed over.
 std::vector<file_palette> read_palette_folder(const std::filesystem::path& folder);
 /// Replaces $NAME, ${NAME} and %NAME% by the environment; unknown names stay as they are.

@@ -78,9 +78,19 @@ TEST_F(EntryTest, OpenDocumentSortsOpensAndRemembersTheFolder)
     EXPECT_EQ(app->frames().back()->GetWindowText().substr(0, 2), L"a[");
 }
 
+TEST_F(EntryTest, MoreFilesThanTheDialogCanNameAreRefused)
+{
+    host.openPaths.assign(2, std::wstring(20'000'000, L'a'));
+    app->OnCmdMsg(57601, nullptr);
+    EXPECT_EQ(host.messages,
+              std::vector<std::string>{"Too many files selected - please, repeat operation with fewer files."});
+    EXPECT_FALSE(host.readString("MRU", "Open"));
+}
+
 TEST_F(EntryTest, TheDialogsSettingsMergeWhatIsOpened)
 {
-    const interface_file labels("OpendocParam.xml", "<p><var id=\"open.merged\" name=\"Zusammen\"/></p>");
+    setGlobal("language", "entry-test"); // a folder that no installation has
+    const interface_file labels("OpendocParam.xml", "<p><var id=\"open.merged\" name=\"Zusammen\"/></p>", true);
     host.openPaths = {surface("a.spm"), surface("b.spm")};
     host.onOpen = [](const open_prompt& prompt) {
         ASSERT_NE(prompt.variables, nullptr);
@@ -93,6 +103,7 @@ TEST_F(EntryTest, TheDialogsSettingsMergeWhatIsOpened)
     EXPECT_TRUE(document().IsModified());
     EXPECT_EQ(host.readString("GlobalOptions", "open.merged"), "true") << "kept for the next time";
     setGlobal("open.merged", "false");
+    setGlobal("language", "");
 }
 
 TEST_F(EntryTest, SaveAllOffersWhatWasChanged)
@@ -141,13 +152,22 @@ TEST_F(EntryTest, WindowsAreListedActivatedAndClosed)
 TEST_F(EntryTest, QuickViewTilesPlainFrames)
 {
     host.openPaths = {surface("a.spm", 64), surface("b.spm", 64), surface("c.spm", 64), surface("d.spm", 64)};
+    host.onOpen = [](const open_prompt& prompt) {
+        ASSERT_EQ(prompt.variables->size(), 2u);
+        EXPECT_EQ(int(prompt.variables->at(0)), 192);
+        prompt.variables->at(0).from_string("512");
+    };
     app->OnCmdMsg(10200, nullptr);
     ASSERT_EQ(app->frames().size(), 4u);
+    host.onOpen = [](const open_prompt& prompt) { EXPECT_EQ(int(prompt.variables->at(0)), 512); };
+    app->OnCmdMsg(10200, nullptr);
+    ASSERT_EQ(app->frames().size(), 4u) << "earlier ones are closed";
     EXPECT_EQ(app->frames()[0]->menuId(), 107u);
     EXPECT_TRUE(dynamic_cast<CQVSurfView*>(app->frames()[0]->GetActiveView())->isQuickView());
     EXPECT_TRUE(app->recentFiles().empty());
-    const CSize size = app->frames()[0]->GetWindowRect().Size(); // 520 by 540: three in a row of 1600
-    EXPECT_EQ(app->frames()[2]->GetWindowRect().TopLeft(), (CPoint{2 * size.cx, 0}));
+    const CSize size = app->frames()[0]->GetWindowRect().Size();
+    EXPECT_EQ(size, (CSize{520, 540})) << "as large as asked for, and the frame";
+    EXPECT_EQ(app->frames()[2]->GetWindowRect().TopLeft(), (CPoint{2 * size.cx, 0})) << "three in a row of 1600";
     EXPECT_EQ(app->frames()[3]->GetWindowRect().TopLeft(), (CPoint{0, size.cy}));
     vldvSurfaceTemplate.ShowAllViews(&document(0), false);
     EXPECT_EQ(app->frames().size(), 4u) << "the quick view gives way to a full one";
@@ -220,6 +240,39 @@ TEST_F(EntryTest, ASurfaceIsRenderedOnceAfterABurst)
     view.OnDrawData(dc);
     ASSERT_EQ(dc.operations.size(), 1u);
     EXPECT_EQ(dc.operations[0].box, view.displayRect);
+}
+
+TEST_F(EntryTest, FramesHaveTheirOwnToolsWhereSettingsSay)
+{
+    app->OpenDocumentFile(surface("a.spm").c_str());
+    CFrameWnd& frame = *app->frames()[0];
+    auto& view = *dynamic_cast<CDCView*>(frame.GetActiveView());
+    const HeadlessWindow& window = CHeadlessHost::windowOf(frame);
+    host.pump();
+    const CRect plain = view.GetClientRect();
+    const int height = frame.GetWindowRect().Height();
+    EXPECT_EQ(window.toolbar, 0u);
+    const auto choose = [&](const char* value) {
+        host.onDialog = [value](CVarListDlg& dialog) {
+            dialog.list().set_var("local_toolbar", value);
+            dialog.EndDialog(CVarListDlg::resultOk);
+        };
+        app->OnCmdMsg(10202, nullptr);
+        host.pump();
+    };
+    choose("3");
+    EXPECT_EQ(window.toolbar, 102u);
+    EXPECT_TRUE(window.toolsAreLarge);
+    EXPECT_EQ(frame.GetWindowRect().Height(), height + HeadlessWindow::toolsHeight);
+    EXPECT_EQ(view.GetClientRect(), plain) << "the view keeps its size";
+    view.setOption("toolbar.size", "Small");
+    EXPECT_FALSE(window.toolsAreLarge);
+    view.setOption("toolbar", "false");
+    EXPECT_EQ(window.toolbar, 0u);
+    EXPECT_EQ(frame.GetWindowRect().Height(), height);
+    view.setOption("toolbar", "true");
+    choose("0");
+    EXPECT_EQ(window.toolbar, 0u);
 }
 
 TEST_F(EntryTest, SettingsAreKeptAndCancelled)

@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QTabBar>
 #include <QTableWidget>
@@ -72,6 +73,12 @@ protected:
     {
         return *dynamic_cast<CRenderedView*>(app.frames().at(frame)->GetActiveView());
     }
+    /// As its menu item does.
+    void runCommand(unsigned id)
+    {
+        window.route(id, nullptr);
+        settle();
+    }
     QImage shown(std::size_t frame = 0)
     {
         view(frame).flushTimers();
@@ -90,7 +97,7 @@ TEST_F(WorkstationTest, ShowsTheSurfaceTheRightWayUpAndSwitchesSubImages)
     ASSERT_NE(open("a.spm"), nullptr);
     EXPECT_EQ(view().displayRect.Size(), (CSize{512, 512}));
     QImage picture = shown();
-    ASSERT_EQ(picture.size(), QSize(512, 512));
+    ASSERT_EQ(picture.size(), QSize(512 + 65, 512)) << "the strip of the scale stands beside it";
     EXPECT_LT(picture.pixelColor(10, 256).lightness() + 50, picture.pixelColor(500, 256).lightness());
     EXPECT_EQ(picture.pixelColor(256, 10), picture.pixelColor(256, 500));
 
@@ -119,7 +126,7 @@ TEST_F(WorkstationTest, TheWheelZoomsWithShiftAndTheMenuCommandsAct)
     EXPECT_EQ(view().displayRect.Size(), (CSize{427, 427})) << "512 / 1.2";
     EXPECT_TRUE(app.routeCommand(10121, nullptr));
     settle();
-    EXPECT_EQ(widget->size(), QSize(64, 64));
+    EXPECT_EQ(widget->size(), QSize(64 + 65, 64));
 
     QStringList popups;
     for (const QAction* action : window.menuBar()->actions()) popups << action->text();
@@ -128,13 +135,46 @@ TEST_F(WorkstationTest, TheWheelZoomsWithShiftAndTheMenuCommandsAct)
     EXPECT_FALSE(popups.contains("&Mathematics")) << "nothing in it can be done yet";
 }
 
+TEST_F(WorkstationTest, DraggingACornerKeepsThePictureAndShowsTheSize)
+{
+    open("a.spm");
+    auto& frame = dynamic_cast<CQtFrame&>(*app.frames()[0]->getPeer());
+    QMdiSubWindow& sub = *frame.subWindow();
+    auto& logic = dynamic_cast<CChildFrame&>(*app.frames()[0]);
+    const auto mouse = [&](QEvent::Type type, const QPoint& at, Qt::MouseButtons held) {
+        QMouseEvent event(type, at, sub.mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                          held, Qt::NoModifier);
+        QApplication::sendEvent(&sub, &event);
+        settle();
+    };
+    const QPoint corner(sub.width() - 1, sub.height() - 1);
+    mouse(QEvent::MouseMove, corner, Qt::NoButton);
+    mouse(QEvent::MouseButtonPress, corner, Qt::LeftButton);
+    EXPECT_TRUE(logic.isSizing());
+    mouse(QEvent::MouseMove, corner - QPoint(100, 30), Qt::LeftButton);
+    const CSize picture = view().displayRect.Size();
+    EXPECT_NE(picture, (CSize{512, 512}));
+    EXPECT_EQ(picture.cx, picture.cy) << "as square as before";
+    const QImage sized = host::widget_of(&logic)->grab().toImage();
+    mouse(QEvent::MouseButtonRelease, corner - QPoint(100, 30), Qt::NoButton);
+    EXPECT_FALSE(logic.isSizing());
+    const QImage plain = host::widget_of(&logic)->grab().toImage();
+    EXPECT_NE(sized, plain) << "the arrows were there";
+}
+
 TEST_F(WorkstationTest, FramesTileAndClose)
 {
     open("a.spm");
     open("b.spm");
     EXPECT_EQ(window.area().subWindowList().size(), 2);
-    window.area().tileSubWindows();
-    settle();
+    EXPECT_TRUE(app.routeCommand(57634, nullptr)) << "the last one is active";
+    runCommand(57652);
+    const QList<QMdiSubWindow*> tiled = window.area().subWindowList();
+    const QSize whole = window.area().viewport()->size();
+    EXPECT_EQ(tiled[0]->geometry() | tiled[1]->geometry(), QRect({0, 0}, whole));
+    EXPECT_EQ(tiled[0]->height(), whole.height()) << "side by side";
+    runCommand(57651);
+    EXPECT_EQ(tiled[0]->width(), whole.width()) << "under each other";
     EXPECT_NE(view(0).displayRect.Size(), (CSize{512, 512})) << "the view follows its frame";
     EXPECT_EQ(view(0).image.width(), view(0).displayRect.Width());
     window.area().closeAllSubWindows();

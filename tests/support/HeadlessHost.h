@@ -1,5 +1,7 @@
 #pragma once
+#include "platform/Dialog.h"
 #include "platform/Host.h"
+#include "platform/ListChooser.h"
 #include "platform/VarListDlg.h"
 #include "platform/WinApp.h"
 #include "platform/profile_table.h"
@@ -74,6 +76,11 @@ public:
         if (onOpen) onOpen(prompt);
         return openPaths;
     }
+    void runDialog(CDialog& dialog) override
+    {
+        ++dialogs;
+        if (onForm) onForm(dialog);
+    }
     void runVariableDialog(CVarListDlg& dialog) override
     {
         ++dialogs;
@@ -95,6 +102,9 @@ public:
         return windowAnswer;
     }
     void runPageSetup(CRect& margins) override { margins = pageMargins; }
+    void print(const print_job& job) override { printed.push_back(job); }
+    void previewPrint(const print_job& job) override { previewed.push_back(job); }
+    bool runListChooser(CListChooser& chooser) override { return onChoose && onChoose(chooser); }
     void quit() override { hasQuit = true; }
     void setStatusText(const std::wstring& text) override { statusText = text; }
     void output(const std::string& line) override { outputLines.push_back(line); }
@@ -187,6 +197,7 @@ public:
     bool yes = false;                    ///< answer of yes-no boxes
     std::function<void(const open_prompt&)> onOpen;
     std::function<void(CVarListDlg&)> onDialog;
+    std::function<void(CDialog&)> onForm;
     int dialogs = 0;
     std::vector<std::vector<menu_row>> popups;
     unsigned popupChoice = 0; ///< 0: none
@@ -194,6 +205,8 @@ public:
     std::vector<std::wstring> windowTitles;
     window_choice windowAnswer;
     CRect pageMargins;
+    std::vector<print_job> printed, previewed;
+    std::function<bool(CListChooser&)> onChoose; ///< none: cancelled
     bool hasQuit = false;
     std::vector<std::string> outputLines;
     bool hasWindows = true;

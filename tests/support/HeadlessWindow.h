@@ -10,7 +10,7 @@
 /// caption of 24, others none.
 class HeadlessWindow : public IWindowPeer {
 public:
-    static constexpr int border = 4, caption = 24;
+    static constexpr int border = 4, caption = 24, toolsHeight = 26;
 
     HeadlessWindow(CWnd& logic_, CWnd* parent_, window_kind kind_, std::function<void(CWnd*)> resized_,
                    std::function<void(HeadlessWindow*)> destroyed_, CWnd*& focus_)
@@ -59,6 +59,12 @@ public:
         tabs = names;
         selectedTab = selected;
         tabsShown = shown;
+    }
+    int setToolbar(unsigned id, bool large) override
+    {
+        toolbar = id;
+        toolsAreLarge = large;
+        return id != 0 ? toolsHeight : 0;
     }
     void setText(const std::wstring& shown) override { content = shown; }
     void setTable(const std::vector<std::vector<std::wstring>>& shown) override { table = shown; }
@@ -114,7 +120,8 @@ public:
     int selectedTab = 0;
     std::wstring content; ///< of a text pane
     std::vector<std::vector<std::wstring>> table;
-    bool tabsShown = false;
+    bool tabsShown = false, toolsAreLarge = false;
+    unsigned toolbar = 0; ///< resource; 0: none
     CWnd& logic;
 
 private:

@@ -465,6 +465,11 @@ TEST_F(ImageViewTest, TabsChooseTheSubImageAndTakeTheirRoom)
     tabbed.OnSubimageSelChange(2);
     EXPECT_EQ(viewAt(1)->getSubImageNumber(), 2u);
     EXPECT_EQ(tabbed.GetWindowText(), L"a[Height:3](800%):2");
+    tabbed.SetWindowSize({264 + 2 * HeadlessWindow::border, 276 + HeadlessWindow::caption + HeadlessWindow::border});
+    RecordingDC early;
+    viewAt(1)->OnEraseBkgnd(early); // a paint may come before the size is told
+    host.pump();
+    EXPECT_EQ(tabbed.GetWindowText(), L"a[Height:3](413%/400%):2");
     viewAt(1)->OnKeyDown(VK_TAB);
     EXPECT_EQ(tabbed.switchBar().selected, 0);
 

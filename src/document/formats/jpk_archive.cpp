@@ -172,9 +172,15 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
 
 std::uint64_t jpk_points(const jpk_archive& archive, const jpk_segment& segment, const jpk_channel& channel)
 {
-    if (channel.isComputed || !channel.problem.empty()) return 0;
-    const zip_reader::entry* entry = archive.zip.find(segment.folder + channel.file);
-    return entry ? entry->bytes / element_size(channel.type) : 0;
+    if (!channel.problem.empty()) return 0;
+    if (!channel.isComputed) {
+        const zip_reader::entry* entry = archive.zip.find(segment.folder + channel.file);
+        return entry ? entry->bytes / element_size(channel.type) : 0;
+    }
+    std::uint64_t points = 0; // as many as were measured beside it
+    for (const jpk_channel& other : *segment.channels)
+        if (!other.isComputed) points = std::max(points, jpk_points(archive, segment, other));
+    return points;
 }
 
 } // namespace formats

@@ -51,7 +51,7 @@ struct jpk_archive {
 /// \param done, share  the part of the progress that this takes
 base::read_result<jpk_archive> open_jpk_archive(source& file, double share);
 
-/// Points of a channel in a segment, from the size of its member; 0 when there is none.
+/// Points of a channel in a segment, from the size of its member, or of the others for computed data; 0 without any.
 std::uint64_t jpk_points(const jpk_archive& archive, const jpk_segment& segment, const jpk_channel& channel);
 
 /// Makes the images of all channels. \param ids  in use already

@@ -142,7 +142,8 @@ value_scale jpk_channel::of_raw(const value_scale& slot) const
 
 bool jpk_channel::same_encoding(const jpk_channel& other) const noexcept
 {
-    return type == other.type && encoderFactor == other.encoderFactor && encoderOffset == other.encoderOffset;
+    return type == other.type && isComputed == other.isComputed && encoderFactor == other.encoderFactor &&
+           encoderOffset == other.encoderOffset;
 }
 
 bool jpk_channel::same_slots(const jpk_channel& other) const noexcept

@@ -1,134 +1,17 @@
 #include "base/text.h"
 #include "document/formats/curve_group.h"
-#include "document/formats/jpk_archive.h"
+#include "document/formats/jpk_layout.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 // Turns the segments of an archive into images: one a channel, one sub-image a segment.
 
 namespace formats {
 
 namespace {
-
-/// Where the curves of an archive go in the images.
-struct curve_layout {
-    std::vector<std::uint64_t> places; ///< of each curve of the archive, in rows from the bottom
-    unsigned columns = 0, rows = 0;    ///< 0: curves stand as sub-images one after another
-    VLAxis x, y;
-    std::size_t segments = 0; ///< most of a curve
-
-    std::uint64_t curves() const noexcept { return columns ? std::uint64_t{columns} * rows : places.size(); }
-};
-
-/// Where the samples of a channel lie in a segment of a curve.
-struct channel_part {
-    const jpk_segment* segment = nullptr;
-    const jpk_channel* channel = nullptr;
-    std::uint64_t points = 0;
-};
-
-/// All parts of a channel: [segment * curves + place], those that are missing are empty.
-struct channel_parts {
-    std::string name;
-    std::vector<channel_part> parts;
-    std::uint64_t longest = 0, samples = 0;
-    const jpk_channel* first = nullptr;
-    bool sameEncoding = true, sameSlots = true;
-};
-
-/// Curves on the part of the grid that was measured, when leaving it whole would be mostly padding.
-void crop_to_measured(const jpk_grid& grid, curve_layout& layout)
-{
-    std::uint64_t left = grid.columns, right = 0, bottom = grid.rows, top = 0;
-    for (const std::uint64_t place : layout.places) {
-        left = std::min(left, place % grid.columns);
-        right = std::max(right, place % grid.columns);
-        bottom = std::min(bottom, place / grid.columns);
-        top = std::max(top, place / grid.columns);
-    }
-    layout.columns = static_cast<unsigned>(right - left + 1);
-    layout.rows = static_cast<unsigned>(top - bottom + 1);
-    layout.x.start += layout.x.scale * static_cast<double>(left);
-    layout.y.start += layout.y.scale * static_cast<double>(bottom);
-    for (std::uint64_t& place : layout.places)
-        place = (place / grid.columns - bottom) * layout.columns + place % grid.columns - left;
-}
-
-curve_layout layout_of(const jpk_archive& archive)
-{
-    constexpr std::uint64_t sparse = 16; ///< a grid is shown whole when one in so many points was measured
-    curve_layout layout;
-    for (const jpk_curve& curve : archive.curves) layout.segments = std::max(layout.segments, curve.segments.size());
-    const jpk_grid& grid = archive.grid;
-    const bool isOnGrid = grid.columns != 0 && archive.curves.back().number < grid.points();
-    for (std::size_t i = 0; i < archive.curves.size(); ++i)
-        layout.places.push_back(isOnGrid ? grid.place(archive.curves[i].number) : i);
-    if (!isOnGrid || grid.points() == 1) return layout;
-    layout.columns = grid.columns;
-    layout.rows = grid.rows;
-    layout.x = grid.x;
-    layout.y = grid.y;
-    if (grid.points() / sparse <= layout.places.size()) return layout;
-    crop_to_measured(grid, layout);
-    if (layout.curves() / sparse > layout.places.size()) { // scattered over the grid: no use in a volume
-        layout.columns = layout.rows = 0;
-        for (std::size_t i = 0; i < layout.places.size(); ++i) layout.places[i] = i;
-    }
-    return layout;
-}
-
-/// What only an archive made to do harm holds, or empty: sizes that its bytes do not justify.
-std::string unlikely(source& file, const jpk_archive& archive, const curve_layout& layout)
-{
-    constexpr std::uint64_t deflateLimit = 1032, maxChannels = 200;
-    std::uint64_t segments = 0, bytes = 0;
-    std::set<std::string> channels;
-    for (const jpk_curve& curve : archive.curves)
-        for (const jpk_segment& segment : curve.segments) {
-            ++segments;
-            for (const jpk_channel& channel : *segment.channels) {
-                if (channels.size() <= maxChannels) channels.insert(channel.name);
-                bytes += jpk_points(archive, segment, channel) * element_size(channel.type);
-            }
-        }
-    if (bytes / deflateLimit > file.size()) return "the members together claim more bytes than the file can hold";
-    if (channels.size() > maxChannels) return "more than 200 channels";
-    if (!is_modest_padding(layout.segments * layout.curves(), segments))
-        return "curves with too different numbers of segments";
-    return {};
-}
-
-std::vector<channel_parts> collect_parts(const jpk_archive& archive, const curve_layout& layout,
-                                         std::map<std::string, std::string>& problems)
-{
-    std::vector<channel_parts> all;
-    std::map<std::string, std::size_t> byName;
-    for (std::size_t c = 0; c < archive.curves.size(); ++c)
-        for (std::size_t s = 0; s < archive.curves[c].segments.size(); ++s) {
-            const jpk_segment& segment = archive.curves[c].segments[s];
-            for (const jpk_channel& channel : *segment.channels) {
-                if (!channel.problem.empty()) problems.emplace(channel.name, channel.problem);
-                const std::uint64_t points = jpk_points(archive, segment, channel);
-                if (points == 0 || !channel.problem.empty()) continue;
-                const auto [found, isNew] = byName.emplace(channel.name, all.size());
-                if (isNew) {
-                    all.push_back({channel.name, {}, 0, 0, &channel, true, true});
-                    all.back().parts.resize(layout.segments * layout.curves());
-                }
-                channel_parts& parts = all[found->second];
-                parts.parts[s * layout.curves() + layout.places[c]] = {&segment, &channel, points};
-                parts.longest = std::max(parts.longest, points);
-                parts.samples += points;
-                parts.sameEncoding = parts.sameEncoding && channel.same_encoding(*parts.first);
-                parts.sameSlots = parts.sameSlots && channel.same_slots(*parts.first);
-            }
-        }
-    return all;
-}
 
 /// Repeats the last of `points` numbers to the end.
 void pad(std::span<std::byte> out, std::uint64_t points, unsigned bytes)
@@ -140,7 +23,7 @@ void pad(std::span<std::byte> out, std::uint64_t points, unsigned bytes)
 }
 
 /// Unpacks numbers of one part. \return empty, or what was wrong
-std::string unpack_part(const jpk_archive& archive, const channel_part& part, std::span<std::byte> out)
+std::string unpack_part(const jpk_archive& archive, const jpk_channel_part& part, std::span<std::byte> out)
 {
     const std::string name = part.segment->folder + part.channel->file;
     const zip_reader::entry& entry = *archive.zip.find(name);
@@ -153,15 +36,22 @@ std::string unpack_part(const jpk_archive& archive, const channel_part& part, st
 }
 
 /// Converts a part to physical values, of the base slot or of the one that is shown.
-std::string convert_part(const jpk_archive& archive, const channel_part& part, bool shown, std::span<double> out)
+std::string convert_part(const jpk_archive& archive, const jpk_channel_part& part, bool shown, std::span<double> out)
 {
     const jpk_channel& channel = *part.channel;
+    const auto values = out.first(static_cast<std::size_t>(part.points));
+    const value_scale& slot = channel.slots.front();
+    if (channel.isComputed) {
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            out[i] = channel.start + channel.step * static_cast<double>(std::min(i, values.size() - 1));
+            if (shown) out[i] = out[i] * slot.step + slot.offset;
+        }
+        return {};
+    }
     std::vector<std::byte> raw(static_cast<std::size_t>(part.points) * element_size(channel.type));
     const std::string problem = unpack_part(archive, part, raw);
     if (!problem.empty()) return problem;
-    const auto values = out.first(static_cast<std::size_t>(part.points));
     decode_numbers(raw, channel.type, byte_order::little, values);
-    const value_scale& slot = channel.slots.front();
     for (double& value : values) {
         value = value * channel.encoderFactor + channel.encoderOffset;
         if (shown) value = value * slot.step + slot.offset;
@@ -171,7 +61,7 @@ std::string convert_part(const jpk_archive& archive, const channel_part& part, b
 }
 
 /// Names of the segments, each once: "Pause", "Approach", "Pause 2".
-std::vector<std::string> segment_names(const jpk_archive& archive, const curve_layout& layout)
+std::vector<std::string> segment_names(const jpk_archive& archive, const jpk_layout& layout)
 {
     std::vector<std::string> names;
     std::map<std::string, int> seen;
@@ -207,7 +97,7 @@ VLAxis sample_axis(const jpk_archive& archive)
 /// Makes the streams of channels.
 class channel_loader {
 public:
-    channel_loader(source& file_, const jpk_archive& archive_, const curve_layout& layout_)
+    channel_loader(source& file_, const jpk_archive& archive_, const jpk_layout& layout_)
         : file(file_),
           archive(archive_),
           layout(layout_),
@@ -216,11 +106,11 @@ public:
     {
     }
 
-    base::read_result<recorded_image> load(const channel_parts& parts, const std::string& id, double start,
+    base::read_result<recorded_image> load(const jpk_channel_parts& parts, const std::string& id, double start,
                                            double share)
     {
         const jpk_channel& first = *parts.first;
-        const bool isRaw = parts.sameEncoding && parts.sameSlots;
+        const bool isRaw = parts.sameEncoding && parts.sameSlots && !first.isComputed;
         const bool isShown = !parts.sameSlots; // values of the base slot keep the other calibrations
         value_scale scale = isRaw ? first.of_raw(first.slots.front()) : first.slots.front();
         if (isShown) scale = {1.0, 0.0, scale.units, scale.origin + " of each curve"};
@@ -228,7 +118,7 @@ public:
         std::vector<void_range> voids;
         std::vector<unsigned> lengths;
         for (std::size_t i = 0; i < parts.parts.size(); ++i) {
-            const channel_part& part = parts.parts[i];
+            const jpk_channel_part& part = parts.parts[i];
             lengths.push_back(static_cast<unsigned>(part.points));
             if (i % 256 == 0 &&
                 !file.progress(start + share * static_cast<double>(i) / static_cast<double>(parts.parts.size())))
@@ -251,7 +141,7 @@ public:
     }
 
 private:
-    recorded_image make(const channel_parts& parts, const std::string& id, const value_scale& scale,
+    recorded_image make(const jpk_channel_parts& parts, const std::string& id, const value_scale& scale,
                         SPMVarArrayType type)
     {
         std::vector<extent> dimensions{{static_cast<unsigned>(parts.longest), axis}};
@@ -265,9 +155,9 @@ private:
         return make_samples(id, parts.name, dimensions, frames, scale, type);
     }
 
-    std::string fill_raw(recorded_image& image, const channel_parts& parts, std::size_t i)
+    std::string fill_raw(recorded_image& image, const jpk_channel_parts& parts, std::size_t i)
     {
-        const channel_part& part = parts.parts[i];
+        const jpk_channel_part& part = parts.parts[i];
         const unsigned bytes = element_size(part.channel->type);
         const auto room = static_cast<std::size_t>(parts.longest) * bytes;
         const std::span out(static_cast<std::byte*>(image.stream.array_data()) + i * room, room);
@@ -277,7 +167,7 @@ private:
         return problem;
     }
 
-    std::string fill_values(recorded_image& image, const channel_parts& parts, std::size_t i, bool shown)
+    std::string fill_values(recorded_image& image, const jpk_channel_parts& parts, std::size_t i, bool shown)
     {
         const auto room = static_cast<std::size_t>(parts.longest);
         return convert_part(archive, parts.parts[i], shown, elements_of<double>(image).subspan(i * room, room));
@@ -293,7 +183,7 @@ private:
 
     source& file;
     const jpk_archive& archive;
-    const curve_layout& layout;
+    const jpk_layout& layout;
     std::vector<std::string> names;
     VLAxis axis;
 };
@@ -331,7 +221,7 @@ void set_parameter_streams(recording& result)
 }
 
 /// Sensitivity and spring constant, which force analysis needs, from the conversions of the deflection.
-void add_cantilever(const channel_parts& parts, std::map<std::string, std::string>& strings)
+void add_cantilever(const jpk_channel_parts& parts, std::map<std::string, std::string>& strings)
 {
     const value_scale *distance = nullptr, *force = nullptr;
     for (const value_scale& slot : parts.first->slots) {
@@ -358,15 +248,16 @@ void add_header_strings(const jpk_properties& header, std::map<std::string, std:
 base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& archive, std::vector<std::string>& ids)
 {
     constexpr double headerShare = 0.2;
-    const curve_layout layout = layout_of(archive);
+    const jpk_layout layout = jpk_layout_of(archive);
     std::map<std::string, std::string> problems;
-    if (const std::string reason = unlikely(file, archive, layout); !reason.empty()) return base::read_error{0, reason};
-    const std::vector<channel_parts> channels = collect_parts(archive, layout, problems);
+    if (const std::string reason = unlikely_jpk_archive(file, archive, layout); !reason.empty())
+        return base::read_error{0, reason};
+    const std::vector<jpk_channel_parts> channels = collect_jpk_parts(archive, layout, problems);
     recording result;
     add_header_strings(archive.header, result.strings);
     channel_loader loader(file, archive, layout);
     for (std::size_t i = 0; i < channels.size(); ++i) {
-        const channel_parts& parts = channels[i];
+        const jpk_channel_parts& parts = channels[i];
         if (!is_modest_padding(parts.longest * parts.parts.size(), parts.samples)) {
             problems.emplace(parts.name, "curves of too different lengths");
             continue;

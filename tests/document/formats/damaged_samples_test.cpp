@@ -1,7 +1,9 @@
 #include "document/formats/registry.h"
 #include "support/manifest.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -62,9 +64,34 @@ TEST_P(DamagedSamples, AreReadOrRefused)
     }
 }
 
+/// The small files that fuzzing starts from hold every kind of content once: read whole, and cut at every byte.
+TEST(SeedFiles, AreReadWholeAndCutAnywhere)
+{
+    std::size_t read = 0;
+    for (const char* folder : {"bcr", "img", "jpk", "mdt", "nanoscope", "opd", "wsxm"})
+        for (const auto& entry : std::filesystem::directory_iterator(VLDV_TEST_DATA "/" + std::string(folder))) {
+            SCOPED_TRACE(entry.path().string());
+            std::ifstream in(entry.path(), std::ios::binary);
+            const std::string text{std::istreambuf_iterator<char>(in), {}};
+            const auto bytes = std::as_bytes(std::span(text));
+            const std::string name = entry.path().filename().string();
+            const format_row* row =
+                formats::find_format(bytes.first(std::min(bytes.size(), formats::sniffBytes)), name);
+            ASSERT_TRUE(row && row->read);
+            formats::memory_source file(bytes, name);
+            const auto result = row->read(file);
+            ASSERT_TRUE(result) << result.error().reason;
+            for (std::size_t length = 0; length < bytes.size(); ++length)
+                read_damaged(*row, {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length)}, name);
+            ++read;
+        }
+    EXPECT_GE(read, 17u);
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, DamagedSamples,
                          testing::Values(std::pair(FILE_NANOSCOPE, "nanoscope"), std::pair(FILE_MDT, "mdt"),
-                                         std::pair(FILE_JPK, "jpk")),
+                                         std::pair(FILE_JPK, "jpk"), std::pair(FILE_WSXM, "wsxm"),
+                                         std::pair(FILE_OPD, "opd"), std::pair(FILE_IBW, "ibw")),
                          [](const auto& each) { return std::string(each.param.second); });
 
 } // namespace

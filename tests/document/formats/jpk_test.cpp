@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <gtest/gtest.h>
 
 namespace {
@@ -86,6 +87,11 @@ TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
     EXPECT_EQ(deflection->strings.at("\\Z scale"), "raw * 1 + -1 [nm] from encoder, conversions distance");
     ASSERT_TRUE(deflection->stream.get_parameter_stream());
     EXPECT_STREQ(deflection->stream.get_parameter_stream(), find_image(*result, "height")->stream.get_name());
+    const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
+    ASSERT_TRUE(time);
+    const double half = 0.5001 * time->stream.values.get_axis(0).scale;
+    const std::vector<double> seconds{0, 1, 2, 0, 1, 1};
+    for (std::size_t i = 0; i < seconds.size(); ++i) EXPECT_NEAR(physical(time->stream)[i], seconds[i], half);
     EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
     EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
 }
@@ -179,8 +185,26 @@ TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)
         all[segment].replace(all[segment].find("signedshort"), 11, "squareroots");
     const auto result = read(stored_zip(all));
     ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(result->items.size(), 1u);
+    EXPECT_EQ(result->items.size(), 2u);
     EXPECT_NE(result->strings.at("Channels left out").find("squareroots"), std::string::npos);
+}
+
+/// Two channels of 2 by 2 points, raw 1 to 4 and 5 to 8, in either byte order: 2 * raw + 1 nm on a grid of 4 by 2 µm.
+TEST(Jpk, ImagesComeInBothByteOrders)
+{
+    for (const char* name : {"little.jpk", "big.jpk"}) {
+        SCOPED_TRACE(name);
+        std::ifstream in(VLDV_TEST_DATA "/jpk/" + std::string(name), std::ios::binary);
+        const auto result = read({std::istreambuf_iterator<char>(in), {}});
+        ASSERT_TRUE(result) << result.error().reason;
+        ASSERT_EQ(result->items.size(), 1u);
+        const SPMDataStream& stream = item(*result, 0).stream;
+        for (std::size_t i = 0; i < 8; ++i)
+            EXPECT_NEAR(physical(stream)[i], (2.0 * static_cast<double>(i) + 3) * 1e-9, 1e-15);
+        EXPECT_STREQ(stream.subimage_names()[1].text, "Reverse");
+        EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(1e-6, 2e-6, "m"));
+        EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(2e-6, 1e-6, "m"));
+    }
 }
 
 class JpkSamples : public testing::Test {

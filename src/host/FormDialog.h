@@ -1,0 +1,20 @@
+#pragma once
+#include "platform/Dialog.h"
+
+#include <QDialog>
+
+/// The widgets of a dialog whose controls stand in the resources.
+class CFormDialog : public QDialog {
+public:
+    CFormDialog(CDialog& model_, QWidget* parent);
+    ~CFormDialog() override;
+
+protected:
+    void done(int result) override;
+
+private:
+    QWidget* makeControl(const dialog_control& control);
+    void command(unsigned id);
+
+    CDialog& model;
+};

@@ -1,0 +1,21 @@
+#pragma once
+#include "view/PaletteBar.h"
+
+#include <QWidgetAction>
+
+class QToolBar;
+
+/// The palette bar as an entry of a toolbar, which may leave and join it again.
+class CQtPaletteBar : public QWidgetAction {
+public:
+    explicit CQtPaletteBar(QToolBar& bar_);
+    ~CQtPaletteBar() override;
+
+    CPaletteBar& logic() noexcept { return content; }
+
+private:
+    void fit();
+
+    QToolBar& bar;
+    CPaletteBar content;
+};

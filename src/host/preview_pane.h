@@ -1,0 +1,11 @@
+#pragma once
+
+class QFileDialog;
+struct open_prompt;
+
+namespace host {
+
+/// Shows beside the list of files what the chosen one holds, with a box to switch it off.
+void add_preview(QFileDialog& dialog, const open_prompt& prompt);
+
+} // namespace host

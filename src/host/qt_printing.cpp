@@ -1,0 +1,76 @@
+#include "host/qt_printing.h"
+
+#include "host/paint/QtDC.h"
+
+#include <QPageSetupDialog>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+namespace {
+
+constexpr double millimetresPerThousandth = 0.0254; // of an inch
+
+QMarginsF to_millimetres(const CRect& margins)
+{
+    return QMarginsF(margins.left, margins.top, margins.right, margins.bottom) * millimetresPerThousandth;
+}
+
+CRect to_thousandths(const QMarginsF& margins)
+{
+    const auto back = [](double millimetres) { return qRound(millimetres / millimetresPerThousandth); };
+    return {back(margins.left()), back(margins.top()), back(margins.right()), back(margins.bottom())};
+}
+
+} // namespace
+
+namespace host {
+
+printing::printing() = default;
+printing::~printing() = default;
+
+QPrinter& printing::chosen()
+{
+    if (!printer) printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    return *printer;
+}
+
+void printing::setUp(CRect& margins, QWidget* above)
+{
+    QPrinter& asked = chosen();
+    asked.setFullPage(false);
+    asked.setPageMargins(to_millimetres(margins), QPageLayout::Millimeter);
+    QPageSetupDialog dialog(&asked, above);
+    if (dialog.exec() != QDialog::Accepted) return;
+    margins = to_thousandths(asked.pageLayout().margins(QPageLayout::Millimeter));
+}
+
+bool printing::print(const print_job& job, QWidget* above)
+{
+    QPrinter& asked = chosen();
+    const bool hasTarget = !asked.outputFileName().isEmpty() || !QPrinterInfo::defaultPrinter().isNull();
+    if (job.asks || !hasTarget) {
+        QPrintDialog dialog(&asked, above);
+        if (dialog.exec() != QDialog::Accepted) return true;
+    }
+    return draw_job(asked, job);
+}
+
+void printing::preview(const print_job& job, QWidget* above)
+{
+    QPrintPreviewDialog dialog(&chosen(), above);
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, [&job](QPrinter* page) { draw_job(*page, job); });
+    dialog.exec();
+}
+
+bool draw_job(QPrinter& printer, const print_job& job)
+{
+    printer.setDocName(QString::fromStdWString(job.title));
+    printer.setFullPage(true);
+    CQtDC dc(printer);
+    if (dc.isOk()) job.paint(dc);
+    return dc.isOk();
+}
+
+} // namespace host

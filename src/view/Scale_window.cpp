@@ -1,0 +1,259 @@
+#include "base/text.h"
+#include "platform/DocTemplate.h"
+#include "platform/Document.h"
+#include "platform/WinApp.h"
+#include "view/CustomPaletteDialog.h"
+#include "view/ImageView.h"
+#include "view/Scale.h"
+#include "view/strip.h"
+
+#include <algorithm>
+
+namespace {
+
+enum command : unsigned {
+    cmdAutoscaling = 10011,
+    cmdFixedScale = 10152,
+    cmdPerLine = 10154,
+    cmdPerLinePlanefit = 10156,
+    cmdFirstPalette = 12001,
+    cmdLastPalette = 12100,
+};
+/// The scale changed; with the flag, every view takes it, otherwise the one with the focus.
+constexpr std::uint32_t scaleHint = 4, everyView = 0x100;
+
+void tell_documents(std::uint32_t hint)
+{
+    const CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    for (const CDocTemplate* maker : app->docTemplates())
+        for (const std::unique_ptr<CDocument>& document : maker->documents()) document->UpdateAllViews(nullptr, hint);
+}
+
+/// The view that a strip serves: the one with the keyboard focus, or null.
+CImageView* focused_view()
+{
+    const CWinApp* const app = AfxGetApp();
+    if (!app) return nullptr;
+    for (const std::unique_ptr<CFrameWnd>& frame : app->frames())
+        if (auto* const shown = dynamic_cast<CImageView*>(frame->GetActiveView()); shown && shown->HasFocus())
+            return shown;
+    return nullptr;
+}
+
+view::data_range range_of(CImageView& shown)
+{
+    view::data_range range;
+    shown.getBestScale(&range.low, &range.high, &range.units);
+    return range;
+}
+
+/// What the menu calls a palette: built-in ones as in the strip's own menu, others by their file.
+std::string palette_text(int id)
+{
+    if (id >= view::builtInPalettes) {
+        std::string name;
+        for (const char c : CScale::getPaletteName(id)) name += c == '&' ? "&&" : std::string(1, c);
+        return name;
+    }
+    const std::vector<menu_row> rows = menu_resource(scalePopup);
+    const auto row = std::ranges::find(rows, cmdFirstPalette + static_cast<unsigned>(id), &menu_row::id);
+    return row == rows.end() ? std::string() : row->text;
+}
+
+/// Sends the commands of a strip's menu to the scale that decides: the static one where the strip follows it, or what
+/// the user chose would be gone with the next update.
+class strip_commands : public CCmdTarget {
+public:
+    explicit strip_commands(CScale& strip_) : strip(strip_) {}
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override
+    {
+        const bool follows = id >= cmdFirstPalette && id <= cmdLastPalette ? strip.syncPalette : strip.syncDelimiters;
+        return (follows ? *CScale::GetStaticScale() : strip).OnCmdMsg(id, ui);
+    }
+
+private:
+    CScale& strip;
+};
+
+} // namespace
+
+bool CScale::createStrip(CWnd* parent_)
+{
+    if (!Create(parent_, window_kind::child)) return false;
+    updateStripRect();
+    return true;
+}
+
+void CScale::UpdateActiveView() { tell_documents(scaleHint); }
+
+void CScale::SyncScale()
+{
+    tell_documents(scaleHint | everyView);
+    Invalidate(false);
+}
+
+void CScale::DrawScale(CDC& dc, const CRect& rect, tdTileDirection along) const
+{
+    view::draw_strip(dc, rect, *this, table(), along, this == GetStaticScale());
+}
+
+void CScale::OnPaint(CDC& dc) { DrawScale(dc, GetClientRect()); }
+
+bool CScale::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    static constexpr command_row<CScale> rows[] = {
+        {cmdFirstPalette, cmdLastPalette, &CScale::OnPalette, &CScale::OnUpdatePalette},
+        {cmdFixedScale, &CScale::OnScaleFixedscale, &CScale::OnUpdateMode},
+        {cmdAutoscaling, &CScale::OnScaleAutoscaling, &CScale::OnUpdateMode},
+        {cmdPerLine, &CScale::OnScalePerLineAutoscaling, &CScale::OnUpdateMode},
+        {cmdPerLinePlanefit, &CScale::OnScalePerLineAutoscalingWithPlanefit, &CScale::OnUpdateMode},
+    };
+    return dispatch_command<CScale>(*this, rows, id, ui) || CWnd::OnCmdMsg(id, ui);
+}
+
+void CScale::OnPalette(unsigned id)
+{
+    if (id == cmdFirstPalette)
+        OnCustomPalette(nullptr); // the main window is its parent
+    else
+        SetPaletteId(static_cast<int>(id - cmdFirstPalette));
+}
+
+void CScale::OnUpdatePalette(CCmdUI& ui)
+{
+    const int id = static_cast<int>(ui.m_nID - cmdFirstPalette);
+    ui.Enable(id < GetPalettesNumber());
+    ui.SetCheck(id == paletteId);
+    if (id < GetPalettesNumber()) ui.SetText(palette_text(id).c_str());
+}
+
+void CScale::OnUpdateMode(CCmdUI& ui)
+{
+    const int mode = ui.m_nID == cmdFixedScale    ? view::fixedScale
+                     : ui.m_nID == cmdAutoscaling ? view::autoScale
+                     : ui.m_nID == cmdPerLine     ? view::perLine
+                                                  : view::perLinePlanefit;
+    ui.SetCheck(mode == autoScaling);
+}
+
+void CScale::setMode(int mode)
+{
+    SetAutoScaling(mode);
+    UpdateActiveView();
+}
+
+void CScale::SetAutoScaling(int mode)
+{
+    if (mode == autoScaling) return;
+    autoScaling = mode;
+    Invalidate(false);
+}
+
+void CScale::OnCustomPalette(CWnd* parent_)
+{
+    const int before = paletteId;
+    previousPaletteId = before;
+    SetPaletteId(view::customPalette);
+    CCustomPaletteDialog dialog(m_ColorTable[view::customPalette], this, parent_);
+    if (dialog.DoModal() == CDialog::resultOk) {
+        if (getPeer()) UpdateActiveView();
+        Invalidate(false);
+    } else {
+        SetPaletteId(before);
+        SyncScale(); // all views have followed the strokes
+    }
+}
+
+void CScale::showResizeCursor()
+{
+    SetCursor(direction == tdVertical ? cursor_shape::sizeVertical : cursor_shape::sizeHorizontal);
+}
+
+/// The fixed window changed by the mouse. A scale that follows hands it on, or the view's next update would take it
+/// back.
+void CScale::tellWindow()
+{
+    CScale& leader = *GetStaticScale();
+    if (&leader != this && syncDelimiters) {
+        leader.fixedStart = fixedStart;
+        leader.fixedSize = fixedSize;
+        leader.fixedUnits = fixedUnits;
+        leader.relativeMeanOffset = relativeMeanOffset;
+        leader.Invalidate(false);
+    }
+    UpdateActiveView();
+}
+
+void CScale::takeWindowOf(CImageView& shown)
+{
+    view::take_window(*this, range_of(shown));
+    tellWindow();
+}
+
+void CScale::OnMouseMove(unsigned, CPoint point)
+{
+    if (!takesMouse()) return;
+    if (!dragging) {
+        hotDelimiter = view::delimiter_at(*this, point);
+        if (hotDelimiter == view::noDelimiter)
+            SetCursor(cursor_shape::arrow);
+        else
+            showResizeCursor();
+    } else if (view::move_delimiter(*this, view::along_strip(*this, point))) {
+        tellWindow();
+        Invalidate(true);
+    }
+}
+
+void CScale::OnMouseLeave()
+{
+    if (!dragging) hotDelimiter = view::noDelimiter;
+}
+
+void CScale::OnLButtonDown(unsigned flags, CPoint point)
+{
+    if (!takesMouse() || hotDelimiter == view::noDelimiter) {
+        // The strip lies over its view, which takes what the strip does not.
+        if (CWnd* const below = GetParent()) below->OnLButtonDown(flags, below->ScreenToClient(ClientToScreen(point)));
+        return;
+    }
+    dragging = 1;
+    SetCapture();
+    showResizeCursor();
+    CImageView* const shown = focused_view();
+    if (!shown) return;
+    const bool isAbsolute = static_cast<int>(shown->options["scaling.z"]) != 0;
+    if (!view::window_suits(*this, range_of(*shown), isAbsolute)) takeWindowOf(*shown);
+    Invalidate(false);
+}
+
+void CScale::OnLButtonUp(unsigned, CPoint)
+{
+    if (!dragging) return;
+    dragging = 0;
+    ReleaseCapture();
+    hotDelimiter = view::noDelimiter;
+    Invalidate(false);
+    view::reset_delimiters(*this); // they are handles, not marks of values
+    UpdateActiveView();
+}
+
+void CScale::OnLButtonDblClk(unsigned flags, CPoint point)
+{
+    if (!takesMouse()) return;
+    if (CImageView* const shown = focused_view()) {
+        takeWindowOf(*shown);
+        Invalidate(false);
+    }
+    CWnd::OnLButtonDblClk(flags, point);
+}
+
+void CScale::OnContextMenu(CPoint point)
+{
+    CWinApp* const app = AfxGetApp();
+    if (!active || !app) return;
+    const std::vector<menu_row> rows = menu_resource(scalePopup);
+    strip_commands target(*this);
+    app->host().trackPopupMenu({rows.begin() + 1, rows.end()}, point, target); // without the popup's own title
+}

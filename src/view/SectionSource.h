@@ -1,0 +1,33 @@
+#pragma once
+#include "platform/drawing.h"
+#include "platform/geometry.h"
+
+class CDC;
+class CImageView;
+
+/// A section or line profile as the surface under it sees it. Points are samples of the section's own image.
+class ISection {
+public:
+    /// The view that shows the profile; it lives as long as this.
+    virtual CImageView& sectionView() = 0;
+    /// Columns and rows of the section's image.
+    virtual CSize sourceSize() const = 0;
+    virtual unsigned getPointsNumber() const = 0;
+    virtual CPoint getSectionPoint(unsigned index) const = 0;
+    /// Appends where `index` is the number of points.
+    virtual void setSectionPoint(unsigned index, CPoint point) = 0;
+    /// A profile of one row or column.
+    virtual bool isLine() const = 0;
+    virtual bool isHorizontal() const = 0;
+    /// Points have changed: takes the profile anew.
+    virtual void reloadSection() = 0;
+    /// Draws the section over a surface.
+    /// \param shadow  width of a grey outline; 0 for none
+    /// \param size    of the points' squares, a third of their side before DPI
+    /// \param under   draws what `line` leaves out
+    virtual void drawOn(CImageView& surface, CDC& dc, int shadow, int size, const CPen& line, const CPen& under,
+                        bool withMarks) = 0;
+
+protected:
+    ~ISection() = default;
+};

@@ -1,0 +1,9 @@
+#pragma once
+#include "platform/Window.h"
+
+/// Shows width and height of the view under it while the user drags the frame: a double arrow along each with the
+/// number of pixels beside it.
+class CSizeLine : public CWnd {
+public:
+    void OnPaint(CDC& dc) override;
+};

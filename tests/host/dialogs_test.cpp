@@ -1,0 +1,136 @@
+// Widgets of dialogs, driven as a user does, and paper.
+#include "host/ListChooserDialog.h"
+#include "host/preview_pane.h"
+#include "host/qt_printing.h"
+#include "host/tiling.h"
+#include "platform/DC.h"
+#include "platform/Host.h"
+#include "support/temporary_folder.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLabel>
+#include <QListWidget>
+#include <QPrinter>
+#include <QPushButton>
+#include <QRegion>
+#include <gtest/gtest.h>
+
+namespace {
+
+bool waits_for(const std::function<bool()>& what)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!what() && clock.elapsed() < 10'000) QApplication::processEvents(QEventLoop::AllEvents, 20);
+    return what();
+}
+
+TEST(ListChooserDialog, ButtonsMoveEntriesBetweenTheLists)
+{
+    CListChooser model;
+    model.title = "Choose";
+    model.chosenHeading = "Chosen";
+    model.sources = {{"First", {"a", "b"}, ""}, {"Second", {"c"}, " (2)"}};
+    CListChooserDialog dialog(model, nullptr);
+    dialog.show();
+    auto* const first = dialog.findChild<QListWidget*>(QStringLiteral("First"));
+    auto* const chosen = dialog.findChild<QListWidget*>(QStringLiteral("Chosen"));
+    ASSERT_TRUE(first && chosen);
+    const auto press = [&dialog](const char* text, int which = 0) {
+        for (QPushButton* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == text && which-- == 0) return button->click();
+        FAIL() << text;
+    };
+    first->item(1)->setSelected(true);
+    press(">");
+    press(">>", 1);
+    ASSERT_EQ(chosen->count(), 2);
+    EXPECT_EQ(chosen->item(1)->text(), "c (2)");
+    chosen->setCurrentRow(1);
+    press("Up");
+    EXPECT_EQ(chosen->item(0)->text(), "c (2)");
+    EXPECT_EQ(chosen->currentRow(), 0);
+    chosen->clearSelection();
+    chosen->item(1)->setSelected(true);
+    press("<");
+    EXPECT_EQ(model.chosen, (std::vector<CListChooser::entry>{{1, "c"}}));
+}
+
+TEST(PreviewPane, ShowsTheFileOnWhichTheUserStays)
+{
+    const temporary_folder folder;
+    write_file(folder / "a.spm", "x");
+    write_file(folder / "b.spm", "x");
+    std::vector<std::wstring> asked;
+    open_prompt prompt;
+    prompt.preview = [&](const std::wstring& path) {
+        asked.push_back(path);
+        return file_preview{{2, 1}, {0xFF0000, 0x0000FF}, "two pixels"};
+    };
+    QFileDialog dialog(nullptr, {}, QString::fromStdString(folder.path.string()));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    host::add_preview(dialog, prompt);
+    auto* const text = dialog.findChild<QLabel*>(QStringLiteral("preview.text"));
+    auto* const picture = dialog.findChild<QLabel*>(QStringLiteral("preview.picture"));
+    ASSERT_TRUE(text && picture);
+    emit dialog.currentChanged(QString::fromStdString((folder / "a.spm").string()));
+    emit dialog.currentChanged(QString::fromStdString((folder / "b.spm").string()));
+    ASSERT_TRUE(waits_for([&] { return !text->text().isEmpty(); }));
+    EXPECT_EQ(text->text(), "two pixels");
+    EXPECT_EQ(asked, std::vector<std::wstring>{(folder / "b.spm").wstring()});
+    const QImage shown = picture->pixmap().toImage();
+    EXPECT_EQ(shown.pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_EQ(shown.pixelColor(1, 0), QColor(Qt::blue));
+    dialog.findChild<QCheckBox*>()->setChecked(false);
+    EXPECT_TRUE(text->text().isEmpty());
+}
+
+TEST(Tiling, CoversTheAreaWithoutOverlap)
+{
+    EXPECT_EQ(host::tiles(2, {101, 50}, true), (std::vector<QRect>{{0, 0, 50, 50}, {50, 0, 51, 50}}));
+    EXPECT_EQ(host::tiles(2, {100, 50}, false), (std::vector<QRect>{{0, 0, 100, 25}, {0, 25, 100, 25}}));
+    for (int count = 1; count < 12; ++count) {
+        int covered = 0;
+        QRegion all;
+        for (const QRect& tile : host::tiles(count, {97, 53}, count % 2 == 0)) {
+            covered += tile.width() * tile.height();
+            all += tile;
+        }
+        EXPECT_EQ(covered, 97 * 53) << count;
+        EXPECT_EQ(all, QRegion(0, 0, 97, 53)) << count;
+    }
+}
+
+TEST(Printing, WritesTheSheetAndTellsWhenItCannot)
+{
+    const temporary_folder folder;
+    CSize sheet, dots;
+    const print_job job{L"a[Height]",
+                        [&](CDC& dc) {
+                            EXPECT_TRUE(dc.IsPrinting());
+                            sheet = dc.deviceSize();
+                            dots = dc.dotsPerInch();
+                            dc.TextOut(10, 10, L"Roughness");
+                        },
+                        true};
+    QPrinter printer;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setResolution(300);
+    printer.setOutputFileName(QString::fromStdString((folder / "page.pdf").string()));
+    EXPECT_TRUE(host::draw_job(printer, job));
+    EXPECT_EQ(dots, (CSize{300, 300}));
+    EXPECT_NEAR(sheet.cx, 210 / 25.4 * 300, 2) << "the whole sheet";
+    EXPECT_NEAR(sheet.cy, 297 / 25.4 * 300, 2);
+    const std::string pdf = file_content(folder / "page.pdf");
+    EXPECT_TRUE(pdf.starts_with("%PDF"));
+    EXPECT_NE(pdf.find("/Count 1"), std::string::npos);
+    EXPECT_NE(pdf.find("/Font"), std::string::npos) << "text stays text";
+    printer.setOutputFileName(QString::fromStdString((folder / "no" / "page.pdf").string()));
+    EXPECT_FALSE(host::draw_job(printer, job));
+}
+
+} // namespace
