@@ -127,10 +127,16 @@ void CImageView::getBestScale(double* low, double* high, const char** units)
 {
     const CStorageDoc* const document = storageDoc();
     if (!document || !document->isImageOk(imageNumber)) return;
-    const VLAxis& axis = document->getAxis(imageNumber, static_cast<unsigned>(int(options["AxisZ"])), unsigned(-1));
     CMinMaxInfo range;
     document->getMinMaxInfo(imageNumber, range, subImageNumber);
-    double lowest = range.minimum * axis.scale + axis.start, highest = range.maximum * axis.scale + axis.start;
+    readWell(range.minimum, range.maximum, low, high, units);
+}
+
+void CImageView::readWell(int minimum, int maximum, double* low, double* high, const char** units) const
+{
+    const CStorageDoc* const document = storageDoc();
+    const VLAxis& axis = document->getAxis(imageNumber, static_cast<unsigned>(int(options["AxisZ"])), unsigned(-1));
+    double lowest = minimum * axis.scale + axis.start, highest = maximum * axis.scale + axis.start;
     // Both in the unit of the larger, or they could not be compared.
     double larger = std::max(std::fabs(lowest), std::fabs(highest));
     const char* const best = default_units(axis.get_units(), &larger);

@@ -92,6 +92,9 @@ protected:
     void OnClearDecorations();
     void OnUpdateClearDecorations(CCmdUI& ui);
 
+    /// Raw samples as physical values in the unit in which the larger reads well; each pointer may be null.
+    void readWell(int minimum, int maximum, double* low, double* high, const char** units) const;
+
     unsigned imageNumber = 0;
     unsigned subImageNumber = 0;
 

@@ -1,0 +1,171 @@
+#include "surface/SurfMathView.h"
+
+#include "base/rounding.h"
+#include "document/StorageDoc.h"
+#include "platform/WinApp.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr unsigned renderTimer = 5, renderDelay = 10;            // milliseconds
+constexpr unsigned statisticsTimer = 213, statisticsDelay = 500; // milliseconds
+constexpr int firstLength = 128, firstWidth = 16;                // of the scale's strip
+constexpr const char* section = "SurfMathView";
+
+int profile_number(const char* key, int otherwise)
+{
+    CWinApp* const app = AfxGetApp();
+    return app ? app->profile().readInt(section, key).value_or(otherwise) : otherwise;
+}
+
+} // namespace
+
+CSurfMathView::CSurfMathView()
+{
+    autoRefresh = profile_number("AutoRefresh", 1) != 0;
+    marksNumbered = profile_number("MarksNumbered", 1) != 0;
+    marksStyle = std::clamp(profile_number("MarksStyle", 0), 0, 1);
+    scale.SetDirection(tdVertical);
+    scale.SetDimensions(firstLength, firstWidth);
+    scale.setInverse(CScale::GetStaticScale()->getInverse());
+    scale.SyncWithStatic();
+    const auto handle = [this](std::initializer_list<const char*> names, auto handler) {
+        for (const char* name : names) AddOptionHandler(name, handler);
+    };
+    handle({"CompactLegend"}, &CSurfMathView::oh_compact);
+    handle({"ShowAdditionalLegend"}, &CSurfMathView::oh_additional_legend);
+    handle({"ShowZScale", "CompactLegend.z_scale.margin", "CompactLegend.z_scale.size", "CompactLegend.z_scale.width",
+            "CompactLegend.z_scale.position", "FullLegend.z_scale.width"},
+           &CSurfMathView::oh_z_scale);
+    for (const char* name :
+         {"AxisX", "AxisY", "AxisZ", "scaling.x", "scaling.y", "scaling.z", "SelColor", "SelectionFill", "ShowROI",
+          "SelectionSynchr", "TextVertSpace", "ShowOverlay", "CompactLegend.scale_mark",
+          "CompactLegend.scale_mark.direction", "CompactLegend.scale_mark.position", "CompactLegend.scale_mark.margin",
+          "CompactLegend.scale_mark.size", "CompactLegend.transparent", "FullLegend.scale_mark"})
+        AddOptionHandler(name, &CSurfMathView::oh_invalidate);
+    handle({"ShowParameters", "ParametersWidth"}, &CSurfMathView::oh_panel);
+    handle({"ShowStatistics"}, &CSurfMathView::oh_statistics);
+    handle({"highlight", "invert"}, &CSurfMathView::oh_reload);
+    handle({"section.line.style", "section.line.solid.width", "section.line.color"}, &CSurfMathView::oh_section_pens);
+}
+
+CSurfMathView::~CSurfMathView() = default;
+
+const SPMDataStream* CSurfMathView::stream() const
+{
+    const CStorageDoc* const shown = storageDoc();
+    return shown && imageNumber < shown->getImagesNumber() ? &shown->getImage(imageNumber) : nullptr;
+}
+
+bool CSurfMathView::hasSamples() const
+{
+    const SPMDataStream* const source = stream();
+    return source && source->array_type() == SPM_ARRAY_INT16 && storageDoc()->isImageOk(imageNumber);
+}
+
+const short* CSurfMathView::samples() const
+{
+    return hasSamples() ? static_cast<const short*>(storageDoc()->getImageDataS(imageNumber, subImageNumber)) : nullptr;
+}
+
+unsigned CSurfMathView::getSourceWidth() { return hasSamples() ? stream()->get_dimension(0).length : 1; }
+
+unsigned CSurfMathView::getSourceHeight()
+{
+    return hasSamples() && stream()->get_dimensions_number() > 1 ? stream()->get_dimension(1).length : 1;
+}
+
+const VLAxis& CSurfMathView::axis(const char* option, unsigned dimension) const
+{
+    return storageDoc()->getAxis(imageNumber, static_cast<unsigned>(static_cast<int>(options[option])), dimension);
+}
+
+/// The display keeps the shape of the source, in the middle of the room that the margins leave.
+void CSurfMathView::CountDisplayRect()
+{
+    CImageView::CountDisplayRect();
+    const int width = sourceRect.Width(), height = sourceRect.Height();
+    if (width <= 0 || height <= 0) return;
+    const double rx = static_cast<double>(displayRect.Width()) / width;
+    const double ry = static_cast<double>(displayRect.Height()) / height;
+    if (rx <= ry) {
+        const int fitting = base::nearest_int(height * rx);
+        displayRect.top += (displayRect.Height() - fitting) / 2;
+        displayRect.bottom = displayRect.top + fitting;
+    } else {
+        const int fitting = base::nearest_int(width * ry);
+        displayRect.left += (displayRect.Width() - fitting) / 2;
+        displayRect.right = displayRect.left + fitting;
+    }
+}
+
+CRect CSurfMathView::roiRect() const
+{
+    CRect rect(drawn.roi.left, drawn.roi.top, drawn.roi.right, drawn.roi.bottom);
+    rect.NormalizeRect();
+    return rect;
+}
+
+void CSurfMathView::LoadData()
+{
+    CImageView::LoadData();
+    if (!hasSamples()) return;
+    if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
+    if (options["ShowStatistics"]) SetTimer(statisticsTimer, statisticsDelay);
+    RefreshDisplay();
+}
+
+void CSurfMathView::getBestScale(double* low, double* high, const char** units)
+{
+    const short* const frame = samples();
+    CRect part;
+    if (!drawn.roiActive || !frame ||
+        !part.IntersectRect(roiRect(),
+                            CRect(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()))))
+        return CImageView::getBestScale(low, high, units);
+    const auto width = static_cast<std::ptrdiff_t>(getSourceWidth());
+    int least = frame[part.top * width + part.left], most = least;
+    for (int y = part.top; y < part.bottom; ++y)
+        for (int x = part.left; x < part.right; ++x) {
+            const int sample = frame[y * width + x];
+            least = std::min(least, sample);
+            most = std::max(most, sample);
+        }
+    readWell(least, most, low, high, units);
+}
+
+/// A burst of changes is drawn once, and one that does not end, as a drag, every time the delay is over.
+void CSurfMathView::RefreshDisplay()
+{
+    if (isRenderPending || !getPeer()) return;
+    isRenderPending = true;
+    SetTimer(renderTimer, renderDelay);
+}
+
+void CSurfMathView::OnTimer(unsigned id)
+{
+    if (id == renderTimer) {
+        KillTimer(renderTimer);
+        isRenderPending = false;
+        render();
+        Invalidate(true);
+    } else if (id == statisticsTimer) {
+        KillTimer(statisticsTimer);
+        updateStatistics();
+    } else {
+        CImageView::OnTimer(id);
+    }
+}
+
+void CSurfMathView::OnSize(CSize size)
+{
+    CImageView::OnSize(size);
+    UpdateZScale(true);
+}
+
+void CSurfMathView::OnSetFocus()
+{
+    CImageView::OnSetFocus();
+    loadStoredPalette();
+}

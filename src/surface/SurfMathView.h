@@ -1,0 +1,140 @@
+#pragma once
+#include "surface/legend.h"
+#include "surface/render_step.h"
+#include "surface/section_pens.h"
+#include "surface/selection_state.h"
+#include "surface/statistics.h"
+#include "view/ImageView.h"
+#include "view/Scale.h"
+
+#include <vector>
+
+class ISection;
+
+/// The view of a surface: its heights in colours with axes, scale and legends, and over them what the user selects,
+/// draws and measures.
+class CSurfMathView : public CImageView {
+public:
+    CSurfMathView();
+    ~CSurfMathView() override;
+
+    const char* viewKind() const override { return "CSurfMathView"; }
+    std::string GetViewSection() override { return "SurfMathView"; }
+    bool supportsOverlay() override { return true; }
+    /// Of the image; 1 where there are no 16-bit samples.
+    unsigned getSourceWidth() override;
+    unsigned getSourceHeight() override;
+    void CountDisplayRect() override;
+    void RefreshDisplay() override;
+    void LoadData() override;
+    void getBestScale(double* low, double* high, const char** units) override;
+    void GetOptionsList(SPMVar* vars, unsigned* count) override;
+    void OnDrawData(CDC& dc) override;
+    void OnDrawLegend(CDC& dc) override;
+    /// Puts the scale's window where it belongs. \param reposition  shows or hides it too
+    void UpdateZScale(bool reposition);
+
+    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnSize(CSize size) override;
+    void OnTimer(unsigned id) override;
+    void OnSetFocus() override;
+    void OnContextMenu(CPoint point) override;
+    bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+
+    CScale& getScale() noexcept { return scale; }
+    const surface::selection_state& getDrawn() const noexcept { return drawn; }
+
+private:
+    // Options
+    void oh_compact(const SPMVar& changed);
+    void oh_additional_legend(const SPMVar& changed);
+    void oh_z_scale(const SPMVar& changed);
+    void oh_panel(const SPMVar& changed);
+    void oh_statistics(const SPMVar& changed);
+    void oh_reload(const SPMVar& changed);
+    void oh_section_pens(const SPMVar& changed);
+    void rebuildSectionPens();
+    bool isCompact() const { return static_cast<bool>(options["CompactLegend"]); }
+    void sendShapeHint();
+
+    // Data
+    const SPMDataStream* stream() const;
+    bool hasSamples() const;
+    /// Samples of the active sub-image; null without.
+    const short* samples() const;
+    const VLAxis& axis(const char* option, unsigned dimension) const;
+    const VLAxis& valueAxis() const { return axis("AxisZ", unsigned(-1)); }
+    CRect roiRect() const;
+
+    // Drawing
+    void render();
+    void drawPicture(CDC& dc);
+    void drawOverlay(CDC& dc, const BITMAPINFOHEADER& overlay);
+    void drawSections(CDC& dc);
+    void drawVolumeCross(CDC& dc);
+    CRect scaleStrip() const;
+    void drawZScale(CDC& dc);
+    surface::legend_content legendContent() const;
+    std::vector<ISection*> sections() const;
+
+    // What other changes mean
+    void onNewData(CView* sender, std::uint32_t hint, const hint_object& object);
+    void onNewSize(CView* sender, std::uint32_t hint, const hint_object& object);
+    void onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object);
+    void onSectionChanged(CView* sender, std::uint32_t hint, const hint_object& object);
+    void dropOutside(CSize whole);
+    void removeMarks();
+    void addMarkAt(CPoint point);
+    void showTotal();
+    void showMeasure(const std::wstring& text);
+    CRect selectionBounds() const;
+    void zoomSource(double factor, CPoint around);
+    void updateStatistics();
+
+    // Palette kept with the image
+    bool hasStoredPalette() const;
+    void storePalette();
+    void loadStoredPalette();
+
+    // Commands
+    void OnAutoRefresh();
+    void OnUpdateAutoRefresh(CCmdUI& ui);
+    void OnRefresh();
+    void OnFileInfo();
+    void OnUpdateFileInfo(CCmdUI& ui);
+    void OnShowZScale();
+    void OnUpdateShowZScale(CCmdUI& ui);
+    void OnCompact();
+    void OnUpdateCompact(CCmdUI& ui);
+    void OnHighlight();
+    void OnUpdateHighlight(CCmdUI& ui);
+    void OnInvert();
+    void OnUpdateInvert(CCmdUI& ui);
+    void OnRemoveMarks();
+    void OnUpdateRemoveMarks(CCmdUI& ui);
+    void OnRemoveCurves();
+    void OnUpdateRemoveCurves(CCmdUI& ui);
+    void OnNumbered();
+    void OnUpdateNumbered(CCmdUI& ui);
+    void OnMarkStyle(unsigned id);
+    void OnUpdateMarkStyle(CCmdUI& ui);
+    void OnSelectRoi();
+    void OnClearRoi();
+    void OnUpdateClearRoi(CCmdUI& ui);
+    void OnRememberPalette();
+    void OnUpdateRememberPalette(CCmdUI& ui);
+
+    surface::selection_state drawn;
+    CScale scale;
+    surface::section_pens pens;
+    std::vector<surface::statistics_row> statisticsRows;
+    CRect sectionBounds; ///< of the section shown last, samples of this image
+    bool autoRefresh = true;
+    bool marksNumbered = true;
+    int marksStyle = 0;
+    bool paletteDirty = false;          ///< the scale differs from the one stored with the image
+    int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
+    surface::window_fitter fitter;
+    bool isRenderPending = false;
+};

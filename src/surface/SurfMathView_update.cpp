@@ -1,0 +1,189 @@
+#include "base/rounding.h"
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "resources/strings.h"
+#include "surface/SurfMathView.h"
+#include "surface/overlay_drawing.h"
+#include "view/SectionSource.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Low byte of a hint.
+enum hint_code : std::uint32_t {
+    newData = 0,
+    newSize = 1,
+    dataChanged = 2,
+    scaleChanged = 4,
+    redraw = 6,
+    sectionChanged = 9,
+    clearMarks = 10,
+    addMark = 11,
+    showText = 12,
+};
+constexpr std::uint32_t reloadFlag = 0x100;
+constexpr unsigned totalText = 1012;
+
+bool is_inside(CPoint point, CSize size) noexcept
+{
+    return point.x >= 0 && point.y >= 0 && point.x < size.cx && point.y < size.cy;
+}
+
+} // namespace
+
+void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    if (!stream()) return;
+    const bool isOurs = hint >> 16 == imageNumber;
+    switch (hint & 0xffu) {
+    case newData:
+        return onNewData(sender, hint, object);
+    case newSize:
+        if (isOurs) onNewSize(sender, hint, object);
+        return;
+    case dataChanged:
+        paletteDirty = !hasStoredPalette();
+        if (isOurs && hasStoredPalette()) storePalette();
+        return CImageView::OnUpdate(sender, hint, object);
+    case scaleChanged:
+        return onScaleChanged(sender, hint, object);
+    case redraw:
+        CImageView::OnUpdate(sender, hint, object);
+        return Invalidate(true);
+    case sectionChanged:
+        return onSectionChanged(sender, hint, object);
+    case clearMarks:
+        if (isOurs) removeMarks();
+        return;
+    case addMark:
+        if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) addMarkAt(*point);
+        return;
+    case showText:
+        if (const auto* const text = std::get_if<std::string>(&object); isOurs && text) showMeasure(base::widen(*text));
+        return;
+    default:
+        return CImageView::OnUpdate(sender, hint, object);
+    }
+}
+
+void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    sourceRect = CRect(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    scale.SyncWithStatic();
+    loadStoredPalette();
+    CImageView::OnUpdate(sender, hint, object);
+    if (!scale.getPeer() && getPeer()) scale.createStrip(this);
+    UpdateZScale(true);
+    rebuildSectionPens();
+}
+
+void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    const CSize whole{static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight())};
+    const bool changed = sourceRect.Size() != whole;
+    int width = whole.cx, height = whole.cy;
+    if (changed) {
+        double x = 1.0, y = 1.0;
+        const bool isFlat = whole.cx == 1 || whole.cy == 1;
+        if (!isFlat) GetAspectRatio(x, y);
+        sourceRect = CRect({0, 0}, whole);
+        width = base::nearest_int(whole.cx * x);
+        height = base::nearest_int(whole.cy * y);
+        if (isFlat) GetBestSize(width, height);
+    } else {
+        // Margins have changed: the picture keeps its size.
+        width = displayRect.Width();
+        height = displayRect.Height();
+    }
+    AdjustParentSize(width, height, true);
+    UpdateZScale(true);
+    if (changed) dropOutside(whole);
+    CImageView::OnUpdate(sender, hint, object);
+}
+
+/// The image has fewer samples: what lies outside of it goes.
+void CSurfMathView::dropOutside(CSize whole)
+{
+    const auto isOutside = [whole](CPoint point) { return !is_inside(point, whole); };
+    drawn.selectionActive = false;
+    std::erase_if(drawn.marks, isOutside);
+    std::erase_if(drawn.isoline, isOutside);
+    for (std::vector<CPoint>& curve : drawn.curves) std::erase_if(curve, isOutside);
+    std::erase_if(drawn.curves, [](const std::vector<CPoint>& curve) { return curve.empty(); });
+    surface::selection_rect& rect = drawn.selection;
+    for (int* const x : {&rect.left, &rect.right}) *x = std::clamp(*x, 0, whole.cx);
+    for (int* const y : {&rect.top, &rect.bottom}) *y = std::clamp(*y, 0, whole.cy);
+}
+
+void CSurfMathView::onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    if (((hint & reloadFlag) != 0 || HasFocus()) && hasStoredPalette()) {
+        paletteDirty = false;
+        scale.SyncDelimiters();
+        if (const CScale* const common = CScale::GetStaticScale()) scale.SetPaletteId(common->GetPaletteId());
+        storePalette();
+    }
+    if (autoRefresh) CImageView::OnUpdate(sender, hint, object);
+}
+
+void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    CView* const* const view = std::get_if<CView*>(&object);
+    auto* const changed = view ? dynamic_cast<ISection*>(*view) : nullptr;
+    if (changed && changed->getPointsNumber() > 0) {
+        const CSize theirs = changed->sourceSize();
+        const CSize ours{static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight())};
+        CRect bounds;
+        for (unsigned i = 0; i < changed->getPointsNumber(); ++i) {
+            const CPoint point = changed->getSectionPoint(i);
+            const CPoint here{theirs.cx ? point.x * ours.cx / theirs.cx : point.x,
+                              theirs.cy ? point.y * ours.cy / theirs.cy : point.y};
+            const CRect at(here.x, here.y, here.x + 1, here.y + 1);
+            bounds.UnionRect(bounds, at);
+        }
+        const std::vector<ISection*> all = sections();
+        if ((!all.empty() && all.front() != changed) || bounds != sectionBounds) {
+            const int pen = static_cast<int>(options["section.line.solid.width"]) + 1;
+            for (const CRect& each : {sectionBounds, bounds}) {
+                CRect area = surface::scaled({each.left, each.top, each.right, each.bottom}, {displayRect, sourceRect});
+                area.NormalizeRect();
+                area.InflateRect(pen, pen);
+                InvalidateRect(area, false);
+            }
+            sectionBounds = bounds;
+            UpdateSelections();
+        }
+    }
+    CImageView::OnUpdate(sender, hint, object);
+}
+
+void CSurfMathView::removeMarks()
+{
+    drawn.marks.clear();
+    drawn.measure.isVisible = false;
+    Invalidate(false);
+}
+
+void CSurfMathView::addMarkAt(CPoint point)
+{
+    drawn.marks.push_back(point);
+    showTotal();
+    Invalidate(false);
+}
+
+/// How many marks there are, at the lower right corner.
+void CSurfMathView::showTotal()
+{
+    drawn.measure.isVisible = !drawn.marks.empty();
+    drawn.measure.text = base::widen(base::formatted(string_resource(totalText), static_cast<int>(drawn.marks.size())));
+    drawn.measure.position = {static_cast<int>(getSourceWidth()) - 1, 0};
+    drawn.measure.alignment = TA_RIGHT | TA_BOTTOM;
+}
+
+void CSurfMathView::showMeasure(const std::wstring& text)
+{
+    drawn.measure.isVisible = true;
+    drawn.measure.text = text;
+    Invalidate(false);
+}

@@ -1,0 +1,18 @@
+#pragma once
+#include "base/SPMDataStream.h"
+#include "base/SPMVar.h"
+
+#include <vector>
+
+namespace surface {
+
+/// The options that a surface adds to those of every image view, with their defaults. Last come the choices of axes of
+/// the image, as many as it has.
+/// \param stream  the image; null for none
+std::vector<SPMVar> surface_options(const SPMDataStream* stream);
+
+/// Makes the four margins follow the options that the user sets for them: 0 in the compact view, and wider where
+/// scale, panels and file information stand.
+void tie_margins(SPMVar* options, unsigned count);
+
+} // namespace surface

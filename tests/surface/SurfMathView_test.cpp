@@ -1,0 +1,179 @@
+#include "surface_fixture.h"
+
+#include "base/text.h"
+#include "document/update_hints.h"
+#include "support/RecordingDC.h"
+
+namespace {
+
+std::vector<std::string> texts_of(const RecordingDC& dc)
+{
+    std::vector<std::string> out;
+    for (const drawn& each : dc.all(drawn::kind::text)) out.push_back(each.text);
+    return out;
+}
+
+bool holds(const std::vector<std::string>& all, const std::string& text)
+{
+    return std::ranges::find(all, text) != all.end();
+}
+
+TEST_F(SurfaceTest, MarginsMakeRoomForWhatIsShown)
+{
+    CSurfMathView& view = open();
+    const auto margins = [&] {
+        return std::vector<int>{int(view.options["LeftMargin"]), int(view.options["TopMargin"]),
+                                int(view.options["RightMargin"]), int(view.options["BottomMargin"])};
+    };
+    EXPECT_EQ(margins(), (std::vector<int>{50, 10, 25 + 65, 25 + 40}));
+    view.setOption("ShowZScaleOpt", "false");
+    EXPECT_EQ(margins()[2], 25);
+    view.setOption("ShowParameters", "true");
+    EXPECT_EQ(margins()[2], 25 + 100);
+    view.setOption("ShowStatistics", "true");
+    EXPECT_EQ(margins()[2], 25 + 100) << "one panel for both";
+    view.setOption("ShowAdditionalLegend", "false");
+    EXPECT_EQ(margins()[3], 25);
+    view.setOption("ShowZScaleOpt", "true");
+    view.setOption("highlight", "true");
+    EXPECT_FALSE(static_cast<bool>(view.options["ShowZScale"])) << "a slope has no heights";
+    view.setOption("CompactLegend", "true");
+    EXPECT_EQ(margins(), (std::vector<int>{0, 0, 0, 0}));
+    EXPECT_STREQ(view.options["AxisY"].get_enum_label(0), "nm");
+}
+
+TEST_F(SurfaceTest, ThePictureKeepsItsShapeAndSizeWhenLegendsComeAndGo)
+{
+    CSurfMathView& view = open();
+    EXPECT_EQ(view.displayRect, CRect(50, 10, 50 + 512, 10 + 256));
+    const CSize frame = app.frames()[0]->GetWindowRect().Size();
+    view.OnCmdMsg(10082, nullptr);
+    host.pump();
+    EXPECT_EQ(view.displayRect, CRect(0, 0, 512, 256));
+    EXPECT_TRUE(isChecked(view, 10082));
+    view.OnCmdMsg(10082, nullptr);
+    host.pump();
+    EXPECT_EQ(app.frames()[0]->GetWindowRect().Size(), frame);
+    // In a frame of another shape the picture stands in the middle of its room.
+    app.frames()[0]->MoveWindow(CRect(0, 0, 512 + 140 + 8, 256 + 100 + 75 + 28));
+    host.pump();
+    EXPECT_EQ(view.displayRect, CRect(50, 10 + 50, 50 + 512, 10 + 50 + 256));
+}
+
+TEST_F(SurfaceTest, RendersTheWindowOnShowUpright)
+{
+    CSurfMathView& view = open();
+    const auto lightness = [&](int x, int y) { // from the lower left corner of the picture
+        const std::byte* const pixel =
+            view.GetBits().data() + static_cast<std::size_t>(y) * view.image.stride() + static_cast<std::size_t>(x) * 4;
+        return int(pixel[0]) + int(pixel[1]) + int(pixel[2]);
+    };
+    EXPECT_LT(lightness(2, 100), lightness(500, 100));
+    EXPECT_LE(lightness(500, 2), lightness(500, 250)) << "row 0 is the lowest";
+    const int whole = lightness(255, 100);
+    // Two notches towards the user with Ctrl show more, away less: 40 / 1.2 = 33 columns, 16 rows.
+    view.OnMouseWheel(MK_CONTROL, 120, {50, 10 + 255});
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 33, 16)) << "around the lower left corner";
+    view.OnMouseWheel(MK_CONTROL, -120, {50, 10 + 255});
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 39, 19));
+    view.OnMouseWheel(MK_CONTROL | MK_SHIFT, 120, {50, 100});
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 39, 19)) << "both keys are another thing";
+    for (int i = 0; i < 20; ++i) view.OnMouseWheel(MK_CONTROL, -120, {50, 10});
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 40, 20));
+    view.flushTimers();
+    EXPECT_EQ(lightness(255, 100), whole);
+}
+
+TEST_F(SurfaceTest, TheFullLegendHasAxesFileAndScale)
+{
+    CSurfMathView& view = open();
+    RecordingDC dc(view.GetClientRect().Size());
+    view.OnDrawLegend(dc);
+    const std::vector<std::string> texts = texts_of(dc);
+    EXPECT_TRUE(holds(texts, "File: " + (folder / "a.spm").string()));
+    EXPECT_TRUE(holds(texts, "Image data: Height"));
+    EXPECT_TRUE(holds(texts, "nm"));
+    EXPECT_TRUE(holds(texts, "24")) << "relative: X runs from 0 to 40 in steps of 8";
+    EXPECT_FALSE(holds(texts, "112"));
+    view.setOption("scaling.x", "Absolute");
+    RecordingDC absolute(view.GetClientRect().Size());
+    view.OnDrawLegend(absolute);
+    EXPECT_TRUE(holds(texts_of(absolute), "112"));
+    // Heights run from 3 to 3 + 0.5 * (10 * 39 + 19) = 207.5 nm.
+    EXPECT_TRUE(holds(texts, "150"));
+}
+
+TEST_F(SurfaceTest, TheCompactLegendStandsOnThePicture)
+{
+    CSurfMathView& view = open();
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    host.profile().writeString("SurfMathView", "ParametersList", "operator+|\\Date-|");
+    document->setString("operator", "Ada", unsigned(-1));
+    document->setString("\\Date", "Monday", 0);
+    view.setOption("ShowParameters", "true");
+    RecordingDC dc(view.GetClientRect().Size());
+    view.OnDrawLegend(dc);
+    const std::vector<std::string> texts = texts_of(dc);
+    ASSERT_GE(texts.size(), 7u);
+    EXPECT_EQ(texts[0], "X: \t Y: ") << "without numbers";
+    EXPECT_EQ(texts[1], "Image data: Height");
+    EXPECT_EQ(texts[4], "\\Date: Monday") << "the last one is the lowest";
+    EXPECT_EQ(texts[5], "operator: Ada");
+    EXPECT_EQ(texts[6], "30 nm") << "the bar: three quarters of 40 nm";
+    EXPECT_EQ(dc.all(drawn::kind::text)[0].box.bottom, view.GetClientRect().bottom);
+}
+
+TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
+{
+    CSurfMathView& view = open();
+    EXPECT_FALSE(isEnabled(view, 10102));
+    double low = 0, high = 0;
+    const char* units = nullptr;
+    view.getBestScale(&low, &high, &units);
+    EXPECT_EQ(low, 3);
+    EXPECT_EQ(high, 207.5);
+    view.OnCmdMsg(10101, nullptr);
+    EXPECT_FALSE(view.getDrawn().roiActive) << "nothing is selected";
+}
+
+TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
+{
+    CSurfMathView& view = open();
+    const auto hint = [](unsigned code) { return code; }; // for image 0
+    document->UpdateAllViews(nullptr, hint(11), CPoint{3, 4});
+    document->UpdateAllViews(nullptr, hint(11), CPoint{30, 4});
+    EXPECT_EQ(view.getDrawn().marks.size(), 2u);
+    EXPECT_EQ(view.getDrawn().measure.text, L"Total: 2");
+    document->UpdateAllViews(nullptr, hint(11) | 1u << 16, CPoint{5, 5});
+    EXPECT_EQ(view.getDrawn().marks.size(), 2u) << "of another image";
+    const SPMDataStream small = slope(20, 20);
+    document->getImage(0) = small;
+    document->revalidateImage(0);
+    document->UpdateAllViews(nullptr, document::shape_hint(0));
+    EXPECT_EQ(view.getDrawn().marks, std::vector<CPoint>{CPoint(3, 4)}) << "the other lies outside now";
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 20, 20));
+    document->UpdateAllViews(nullptr, hint(12), std::string("L=3 nm"));
+    EXPECT_EQ(view.getDrawn().measure.text, L"L=3 nm");
+    document->UpdateAllViews(nullptr, hint(10));
+    EXPECT_TRUE(view.getDrawn().marks.empty());
+}
+
+TEST_F(SurfaceTest, SettingsOfTheViewAreKeptAndTheContextMenuFollowsThem)
+{
+    CSurfMathView& view = open();
+    EXPECT_TRUE(isChecked(view, 10014));
+    view.OnCmdMsg(10014, nullptr);
+    view.OnCmdMsg(6102, nullptr);
+    EXPECT_EQ(host.readInt("SurfMathView", "AutoRefresh"), 0);
+    EXPECT_EQ(host.readInt("SurfMathView", "MarksStyle"), 1);
+    EXPECT_TRUE(isChecked(view, 6102));
+    const CSurfMathView next;
+    view.OnContextMenu({});
+    EXPECT_EQ(host.dialogs, 1) << "no menu is wanted: the preferences";
+    view.setOption("context_menu.file_operations", "true");
+    view.OnContextMenu({});
+    EXPECT_EQ(host.popups.size(), 1u);
+}
+
+} // namespace

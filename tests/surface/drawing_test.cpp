@@ -1,0 +1,113 @@
+// What is drawn over the picture, operation by operation.
+#include "support/RecordingDC.h"
+#include "surface/mark_drawing.h"
+#include "surface/overlay_drawing.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using surface::cursor_mode;
+
+// Ten pixels a sample, 20 by 10 samples; row 0 is the lowest.
+const view::view_geometry geometry{CRect(100, 50, 300, 150), CRect(0, 0, 20, 10)};
+
+surface::selection_state dragging(cursor_mode mode)
+{
+    surface::selection_state state;
+    state.mode = mode;
+    state.selectionActive = true;
+    state.tracking = true;
+    state.selection = {2, 1, 12, 5};
+    return state;
+}
+
+TEST(SelectionDrawing, ARegionIsCarriedToTheWindowUpsideDown)
+{
+    const CRgn region = surface::to_client(CRgn(CRect(2, 1, 5, 3)), geometry);
+    EXPECT_EQ(region.GetRgnBox(), CRect(120, 120, 150, 140));
+}
+
+TEST(SelectionDrawing, RegionsAreFramedAndFilledWhenTheDragIsOver)
+{
+    surface::selection_state state = dragging(cursor_mode::rectangle);
+    RecordingDC dc;
+    surface::draw_selection(dc, state, geometry, {});
+    // Start (2, 1) lies at 125, 135; end (12, 5) at 225, 95.
+    std::vector<CRect> handles;
+    for (const drawn& each : dc.all(drawn::kind::region))
+        if (each.brush.kind == CBrush::fill::solid) handles.push_back(each.box);
+    ASSERT_EQ(handles.size(), 2u);
+    EXPECT_EQ(handles[0], CRect(123, 133, 127, 137));
+    EXPECT_EQ(handles[1], CRect(223, 93, 227, 97));
+
+    state.tracking = false;
+    state.region = CRgn(CRect(2, 1, 12, 5));
+    for (const auto& [fill, area] : {std::pair{surface::selection_style::inner, 100 * 40},
+                                     std::pair{surface::selection_style::outer, 200 * 100 - 100 * 40},
+                                     std::pair{surface::selection_style::none, 0}}) {
+        RecordingDC filled;
+        surface::draw_selection(filled, state, geometry, {fill, 0x123456});
+        int found = 0;
+        for (const drawn& each : filled.all(drawn::kind::region))
+            if (each.brush == CBrush::hatched(HS_BDIAGONAL, 0x123456)) {
+                EXPECT_EQ(each.tools.backMode, TRANSPARENT);
+                found = each.box.Width() * each.box.Height();
+            }
+        const int box = fill == surface::selection_style::outer ? 200 * 100 : area;
+        EXPECT_EQ(found, box) << fill;
+    }
+}
+
+TEST(SelectionDrawing, LinesAndAnglesHaveTheirEnds)
+{
+    surface::selection_state state = dragging(cursor_mode::angle);
+    state.firstArm = {0, 0, 5, 0};
+    for (const auto& [pending, arms] : {std::pair{true, 1u}, std::pair{false, 2u}}) {
+        state.angleFirstArmPending = pending;
+        RecordingDC dc;
+        surface::draw_selection(dc, state, geometry, {});
+        EXPECT_EQ(dc.all(drawn::kind::lines).size(), arms);
+    }
+    state.mode = cursor_mode::distance;
+    RecordingDC dc;
+    surface::draw_selection(dc, state, geometry, {});
+    ASSERT_EQ(dc.all(drawn::kind::lines).size(), 1u);
+    EXPECT_EQ(dc.all(drawn::kind::lines)[0].points, (std::vector<CPoint>{{125, 135}, {225, 95}}));
+    EXPECT_EQ(dc.all(drawn::kind::lines)[0].tools.pen, CPen::dotted(0xFF0000));
+    state.selectionActive = false;
+    RecordingDC nothing;
+    surface::draw_selection(nothing, state, geometry, {});
+    EXPECT_TRUE(nothing.operations.empty());
+}
+
+TEST(MarkDrawing, NumbersStayInsideTheDisplay)
+{
+    RecordingDC dc;
+    surface::draw_marks(dc, {{0, 9}, {19, 0}}, geometry, {});
+    const std::vector<drawn> numbers = dc.all(drawn::kind::text);
+    ASSERT_EQ(numbers.size(), 2u);
+    EXPECT_EQ(numbers[0].text, "1");
+    EXPECT_EQ(numbers[0].points[0], (CPoint{109, 56 + RecordingDC::ascent})) << "4 right of and 1 below 105, 55";
+    EXPECT_EQ(numbers[1].points[0], (CPoint{294, 138 + RecordingDC::ascent})) << "6 by 12 pixels up to 300, 150";
+    const std::vector<drawn> lines = dc.all(drawn::kind::lines);
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_EQ(lines[0].points, (std::vector<CPoint>{{97, 55}, {104, 55}}));
+    EXPECT_EQ(lines[0].tools.rop2, R2_NOT);
+    EXPECT_EQ(lines[2].tools.rop2, R2_XORPEN);
+}
+
+TEST(CurveDrawing, VerticesThatWouldCoverEachOtherAreLeftOut)
+{
+    RecordingDC dc;
+    surface::draw_curves(dc, {{{0, 0}, {10, 0}, {10, 5}}, {{0, 0}, {0, 0}, {9, 9}}, {}}, geometry);
+    const std::vector<drawn> circles = dc.all(drawn::kind::ellipse);
+    ASSERT_EQ(circles.size(), 5u) << "3 of the active curve, 2 of the other";
+    EXPECT_EQ(circles[0].box, CRect(102, 142, 108, 148)) << "radius 3 around 105, 145";
+    EXPECT_EQ(circles[0].tools.brush, CBrush::solid(0x0000FF));
+    EXPECT_EQ(circles[1].tools.brush, CBrush::solid(0x00FF00));
+    EXPECT_EQ(circles[3].box.Width(), 4) << "not active";
+    EXPECT_EQ(dc.all(drawn::kind::lines).size(), 2u);
+}
+
+} // namespace
