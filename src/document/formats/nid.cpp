@@ -135,8 +135,8 @@ base::read_result<recorded_image> load_curves(source& file, const std::vector<co
     recorded_image image =
         make_samples(id, first.label(), layout.extents(), layout.subimages(), first.scale, first.type());
     if (!read_channels(file, channels, image)) return unreadable(first);
-    settle_samples(image);
     arrange_curves(layout, image);
+    settle_samples(image);
     name_subimages(image, layout.subimage_names(first));
     return image;
 }
@@ -197,7 +197,7 @@ private:
                                                        const std::string& id)
     {
         const nid_channel& first = *members.front();
-        const auto layout = lay_out_curves(header, first, static_cast<unsigned>(members.size()));
+        const auto layout = lay_out_curves(header, members);
         curve_item item{0, "", is_position_channel(first), ""};
         if (layout.hasOwnAxes) {
             item.ownPositions = unique_id(id + "_position", ids);

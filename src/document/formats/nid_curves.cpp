@@ -97,10 +97,9 @@ std::vector<extent> nid_curve_layout::extents() const
             {static_cast<unsigned>(grid->height), VLAxis(grid->y0, grid->stepY, "")}};
 }
 
-std::size_t nid_curve_layout::start_of(unsigned direction, unsigned line) const noexcept
+std::size_t nid_curve_layout::place_of(std::size_t curve) const noexcept
 {
-    const std::size_t place = grid ? grid->nodes[line] : line;
-    return (std::size_t{direction} * lines + place) * points;
+    return grid ? curve - curve % lines + grid->nodes[curve % lines] : curve;
 }
 
 std::vector<std::string> nid_curve_layout::subimage_names(const nid_channel& first) const
@@ -118,37 +117,39 @@ std::vector<std::string> nid_curve_layout::subimage_names(const nid_channel& fir
     return names;
 }
 
-nid_curve_layout lay_out_curves(const nid_header& header, const nid_channel& channel, unsigned directions)
+nid_curve_layout lay_out_curves(const nid_header& header, std::span<const nid_channel* const> channels)
 {
+    const nid_channel& channel = *channels.front();
+    const nid_range common = nid_dimension(*channel.section, "Dim0");
     nid_curve_layout layout;
     layout.points = channel.points;
     layout.lines = channel.lines;
-    layout.directions = directions;
+    layout.directions = static_cast<unsigned>(channels.size());
     if (channel.lines > 1 && channel.is_spectroscopy()) layout.grid = find_nid_grid(header, channel.lines);
-    const nid_range common = nid_dimension(*channel.section, "Dim0");
-    layout.ranges = lines_of(channel, common);
-    const nid_line& first = layout.ranges.front();
-    layout.hasOwnAxes = std::ranges::any_of(layout.ranges, [&](const nid_line& line) { return line != first; });
+    for (const nid_channel* each : channels) {
+        const auto lines = lines_of(*each, common);
+        layout.curves.insert(layout.curves.end(), lines.begin(), lines.end());
+    }
+    const nid_line& first = layout.curves.front();
+    layout.hasOwnAxes = std::ranges::any_of(layout.curves, [&](const nid_line& curve) { return curve != first; });
     layout.x = axis_of(first.start, first.range, first.points, common.units);
     return layout;
 }
 
 void arrange_curves(const nid_curve_layout& layout, recorded_image& image)
 {
-    auto samples = elements_of<std::int16_t>(image);
-    const std::vector<std::int16_t> stored(samples.begin(), samples.end());
-    for (unsigned direction = 0; direction < layout.directions; ++direction)
-        for (unsigned line = 0; line < layout.lines; ++line) {
-            const std::size_t from = (std::size_t{direction} * layout.lines + line) * layout.points;
-            const auto curve = samples.subspan(layout.start_of(direction, line), layout.points);
-            const std::size_t length = layout.ranges[line].points;
-            std::copy_n(stored.begin() + static_cast<std::ptrdiff_t>(from), length, curve.begin());
-            std::fill(curve.begin() + static_cast<std::ptrdiff_t>(length), curve.end(), curve[length - 1]);
-        }
-    std::vector<unsigned> lengths(std::size_t{layout.directions} * layout.lines);
-    for (unsigned direction = 0; direction < layout.directions; ++direction)
-        for (unsigned line = 0; line < layout.lines; ++line)
-            lengths[layout.start_of(direction, line) / layout.points] = layout.ranges[line].points;
+    const std::size_t element = image.stream.array_element_size(), curveBytes = layout.points * element;
+    const std::span samples(static_cast<std::byte*>(image.stream.array_data()), layout.curves.size() * curveBytes);
+    const std::vector<std::byte> stored(samples.begin(), samples.end());
+    std::vector<unsigned> lengths(layout.curves.size());
+    for (std::size_t i = 0; i < layout.curves.size(); ++i) {
+        const std::size_t place = layout.place_of(i), length = layout.curves[i].points;
+        const auto curve = samples.subspan(place * curveBytes, curveBytes);
+        std::memcpy(curve.data(), stored.data() + i * curveBytes, length * element);
+        for (std::size_t point = length; point < layout.points; ++point)
+            std::memcpy(curve.data() + point * element, curve.data() + (length - 1) * element, element);
+        lengths[place] = layout.curves[i].points;
+    }
     note_curve_lengths(image, layout.points, lengths);
 }
 
@@ -160,14 +161,13 @@ recorded_image make_positions(const nid_curve_layout& layout, const nid_channel&
     if (name.empty()) name = "Position";
     recorded_image image = make_samples(id, name, layout.extents(), layout.subimages(), scale, SPM_ARRAY_FLOAT64);
     const auto positions = elements_of<double>(image);
-    for (unsigned direction = 0; direction < layout.directions; ++direction)
-        for (unsigned line = 0; line < layout.lines; ++line) {
-            const nid_line& own = layout.ranges[line];
-            const VLAxis axis = axis_of(own.start, own.range, own.points, common.units);
-            const auto curve = positions.subspan(layout.start_of(direction, line), layout.points);
-            for (std::size_t i = 0; i < curve.size(); ++i)
-                curve[i] = axis.at(static_cast<double>(std::min<std::size_t>(i, own.points - 1)));
-        }
+    for (std::size_t i = 0; i < layout.curves.size(); ++i) {
+        const nid_line& own = layout.curves[i];
+        const VLAxis axis = axis_of(own.start, own.range, own.points, common.units);
+        const auto curve = positions.subspan(layout.place_of(i) * layout.points, layout.points);
+        for (std::size_t point = 0; point < curve.size(); ++point)
+            curve[point] = axis.at(static_cast<double>(std::min<std::size_t>(point, own.points - 1)));
+    }
     settle_samples(image);
     return image;
 }

@@ -136,16 +136,20 @@ TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
 
 TEST(Nid, RaggedCurvesAreFilledAndKeepTheirPositions)
 {
-    channel_parts ragged = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 99});
+    channel_parts ragged = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 2000000000});
+    ragged.bits = 32; // what stands behind the end of a curve must not coarsen the others
     ragged.extra = "LineDim1Min=0\r\nLineDim1Range=3e-6\r\nLineDim1Points=2\r\n";
-    const auto result = read(formats::read_nid, build({ragged}));
+    channel_parts back = spectroscopy("Spec backward", "Deflection", 2, {6, 7, 8, 9, 10, 11});
+    back.bits = 32;
+    const auto result = read(formats::read_nid, build({ragged, back}));
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto& curve = image_at(result, 1);
-    EXPECT_EQ(raw_of(curve), (std::vector<int>{1, 2, 3, 4, 5, 5}));
-    EXPECT_EQ(curve.strings.at("\\Curve lengths"), "3 2");
+    EXPECT_EQ(raw_of(curve), (std::vector<int>{1, 2, 3, 4, 5, 5, 6, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(curve.strings.at("\\Curve lengths"), "3 2 3 3");
+    EXPECT_EQ(subimages_of(curve), (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
     EXPECT_STREQ(curve.stream.get_parameter_stream(), image_at(result, 0).stream.get_name());
-    const std::vector<double> expected = {1e-6, 3e-6, 5e-6, 0, 3e-6, 3e-6};
+    const std::vector<double> expected = {1e-6, 3e-6, 5e-6, 0, 3e-6, 3e-6, 1e-6, 3e-6, 5e-6, 1e-6, 3e-6, 5e-6};
     const std::vector<double> found = physical_of(image_at(result, 0));
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
