@@ -35,7 +35,7 @@ std::string_view extension_of(std::string_view name) noexcept
     return dot == std::string_view::npos ? std::string_view() : name.substr(dot);
 }
 
-/// Names of the files beside `file`, itself included, that begin with `prefix` and have its extension, sorted.
+/// Names of the files beside `file`, itself included, that begin with `prefix` and have its extension, in order.
 std::vector<std::string> find_group(source& file, const std::string& prefix)
 {
     const std::string wanted = base::lower_ascii(prefix), extension = base::lower_ascii(extension_of(file.name()));
@@ -44,7 +44,7 @@ std::vector<std::string> find_group(source& file, const std::string& prefix)
         const std::string lower = base::lower_ascii(name);
         if (lower.starts_with(wanted) && extension_of(lower) == extension) names.push_back(std::move(name));
     }
-    std::ranges::sort(names);
+    std::ranges::sort(names, {}, [](const std::string& name) { return base::lower_ascii(name); });
     return names;
 }
 

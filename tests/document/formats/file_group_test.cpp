@@ -65,7 +65,7 @@ TEST(FileGroup, OpensAllFilesThatBeginAndEndAlike)
     const struct {
         const char *id, *label, *subimage;
         int point;
-    } expected[] = {{"hgt", "Height", "Forward", 1}, {"img0", "phase", "", 3}, {"hgt_2", "Height", "Reverse", 2}};
+    } expected[] = {{"img0", "phase", "", 3}, {"hgt", "Height", "Forward", 1}, {"hgt_2", "Height", "Reverse", 2}};
     for (std::size_t i = 0; i < 3; ++i) {
         const auto& image = image_at(result, i);
         EXPECT_STREQ(image.stream.get_name(), expected[i].id);
