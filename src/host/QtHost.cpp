@@ -16,9 +16,11 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTreeView>
 
 namespace {
 
@@ -46,6 +48,17 @@ QStringList name_filters(const std::string& filter)
         out << name + " (" + patterns + ")";
     }
     return out;
+}
+
+/// Size, type and date as wide as they are, names as wide as the room allows.
+void fit_columns(const QFileDialog& dialog)
+{
+    auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (!files) return;
+    QHeaderView& header = *files->header();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 } // namespace
@@ -76,6 +89,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
     dialog.setNameFilters(name_filters(prompt.filter));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.resize(openDialogSize); // names, sizes and dates beside the preview
+    fit_columns(dialog);
     host::add_preview(dialog, prompt);
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
@@ -92,6 +106,7 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     dialog.setNameFilters(name_filters(prompt.filter));
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
+    fit_columns(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.selectedFiles().front().toStdWString();
 }
