@@ -22,6 +22,9 @@ void map_floats_avx512(std::span<const float> values, byte_window window, std::u
 void paint_32_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 void paint_24_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 
+row_sums sum_row_avx2(std::span<const std::int16_t> row) noexcept;
+row_sums sum_row_avx512(std::span<const std::int16_t> row) noexcept;
+
 /// Exact for rows of at most 2^19 values.
 flattened_range flatten_row_avx2(std::span<const std::int16_t> row, float* out) noexcept;
 flattened_range flatten_row_avx512(std::span<const std::int16_t> row, float* out, const void* soon = nullptr) noexcept;
