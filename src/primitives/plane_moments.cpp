@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <vector>
 
 namespace primitives {
@@ -41,87 +40,29 @@ row_sums sums_of(std::span<const std::int16_t> row) noexcept
     return sum_row(row);
 }
 
-constexpr std::size_t lanes = 8;
-/// Eight sums side by side: a vector of whatever width the function around it is compiled for.
-typedef double lane_sums __attribute__((vector_size(lanes * sizeof(double))));
-typedef std::int16_t lane_heights __attribute__((vector_size(lanes * sizeof(std::int16_t))));
-
-struct power_sums {
-    double first = 0.0, second = 0.0, third = 0.0, fourth = 0.0, absolute = 0.0;
-    void add(double z) noexcept
-    {
-        const double square = z * z;
-        first += z;
-        second += square;
-        third += square * z;
-        fourth += square * square;
-        absolute += std::fabs(z);
-    }
-};
-
-/// Adds the powers of a row without the line offset + slope * column. The sums of a row are gathered in the lanes, so
-/// that the long sums over the image stay as exact as those of rows.
-__attribute__((always_inline)) inline void add_row(power_sums& total, const std::int16_t* row, std::size_t width,
-                                                   double offset, double slope) noexcept
+/// Adds the powers of a row without the line offset + slope * column. The sums of a row are gathered by themselves, so
+/// that those over the image stay as exact as theirs.
+void add_powers(power_sums& total, std::span<const std::int16_t> row, double offset, double slope) noexcept
 {
-    lane_sums first{}, second{}, third{}, fourth{}, absolute{}, line{};
-    for (std::size_t l = 0; l < lanes; ++l) line[l] = offset + slope * static_cast<double>(l);
-    lane_sums base = line;
-    std::size_t i = 0;
-    for (; i + lanes <= width; i += lanes) {
-        lane_heights heights;
-        std::memcpy(&heights, row + i, sizeof heights);
-        const lane_sums z = __builtin_convertvector(heights, lane_sums) - base;
-        const lane_sums square = z * z;
-        first += z;
-        second += square;
-        third += square * z;
-        fourth += square * square;
-        absolute += z < 0.0 ? -z : z;
-        base = line + slope * static_cast<double>(i + lanes);
-    }
     power_sums sums;
-    for (std::size_t l = 0; l < lanes; ++l) {
-        sums.first += first[l];
-        sums.second += second[l];
-        sums.third += third[l];
-        sums.fourth += fourth[l];
-        sums.absolute += absolute[l];
+    std::size_t i = 0;
+#if defined(__x86_64__)
+    if (has_vbmi())
+        i = simd::add_powers_avx512(sums, row, offset, slope);
+    else if (has_avx2())
+        i = simd::add_powers_avx2(sums, row, offset, slope);
+#endif
+    for (; i < row.size(); ++i) {
+        const double z = row[i] - (offset + slope * static_cast<double>(i)), square = z * z;
+        sums.second += square;
+        sums.third += square * z;
+        sums.fourth += square * square;
+        sums.absolute += std::fabs(z);
     }
-    for (; i < width; ++i) sums.add(row[i] - (offset + slope * static_cast<double>(i)));
-    total.first += sums.first;
     total.second += sums.second;
     total.third += sums.third;
     total.fourth += sums.fourth;
     total.absolute += sums.absolute;
-}
-
-using row_function = void(power_sums&, const std::int16_t*, std::size_t, double, double) noexcept;
-
-#if defined(__x86_64__)
-__attribute__((target("avx512f,avx512bw,avx512dq,avx512vl"))) void
-add_row_avx512(power_sums& total, const std::int16_t* row, std::size_t width, double offset, double slope) noexcept
-{
-    add_row(total, row, width, offset, slope);
-}
-__attribute__((target("avx2"))) void add_row_avx2(power_sums& total, const std::int16_t* row, std::size_t width,
-                                                  double offset, double slope) noexcept
-{
-    add_row(total, row, width, offset, slope);
-}
-#endif
-void add_row_plain(power_sums& total, const std::int16_t* row, std::size_t width, double offset, double slope) noexcept
-{
-    add_row(total, row, width, offset, slope);
-}
-
-row_function* row_adder() noexcept
-{
-#if defined(__x86_64__)
-    if (has_vbmi()) return add_row_avx512;
-    if (has_avx2()) return add_row_avx2;
-#endif
-    return add_row_plain;
 }
 
 /// Variance of the indices 0 … n - 1, or 1 where they do not vary.
@@ -184,14 +125,13 @@ plane_of_image fit_plane_reference(std::span<const std::int16_t> samples, int wi
 
 raw_moments residual_moments(std::span<const std::int16_t> samples, int width, const fitted_plane& plane) noexcept
 {
-    row_function* const add = row_adder();
     const auto columns = static_cast<std::size_t>(width), rows = samples.size() / columns;
     power_sums sums;
     for (std::size_t y = 0; y < rows; ++y)
-        add(sums, samples.data() + y * columns, columns, plane.offset + plane.slopeY * static_cast<double>(y),
-            plane.slopeX);
+        add_powers(sums, samples.subspan(y * columns, columns), plane.offset + plane.slopeY * static_cast<double>(y),
+                   plane.slopeX);
     const double count = static_cast<double>(samples.size());
-    return {sums.first / count, sums.second / count, sums.third / count, sums.fourth / count, sums.absolute / count};
+    return {0.0, sums.second / count, sums.third / count, sums.fourth / count, sums.absolute / count};
 }
 
 raw_moments residual_moments_reference(std::span<const std::int16_t> samples, int width, const fitted_plane& plane)

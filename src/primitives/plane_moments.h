@@ -29,8 +29,12 @@ struct raw_moments {
     double m1 = 0.0, m2 = 0.0, m3 = 0.0, m4 = 0.0;
     double meanDeviation = 0.0;
 };
-/// Moments of what is left of an image without its plane, in one pass. The plane must be the fitted one, whose
-/// residual has the mean 0: the deviation is taken from 0. Agrees with the definition to 1e-9.
+/// Moments of what is left of an image without its plane, in one pass. The plane must be the fitted one: then the mean
+/// is 0, and the deviation is taken from there. Agrees with the definition to 1e-9.
+/// Sums of powers of z, and of |z|.
+struct power_sums {
+    double second = 0.0, third = 0.0, fourth = 0.0, absolute = 0.0;
+};
 [[nodiscard]] raw_moments residual_moments(std::span<const std::int16_t> samples, int width,
                                            const fitted_plane& plane) noexcept;
 /// The plain definition: first the mean, then the deviation from it.

@@ -2,6 +2,7 @@
 
 #include "primitives/cpu.h"
 #include "primitives/numeric.h"
+#include "primitives/simd.h"
 
 #include <algorithm>
 #include <cstring>
@@ -49,71 +50,80 @@ side_map map_side(int from, int to)
 /// Sums of rows, column by column: so many rows of 16-bit numbers fit 32 bits.
 constexpr int mostRows = 65535;
 
-__attribute__((always_inline)) inline void add_rows(const_heights source, int firstRow, int rows,
-                                                    std::int32_t* sums) noexcept
+void add_rows(const_height_block rows, std::int32_t* sums) noexcept
 {
-    constexpr int lanes = 16, blocks = 4;
-    typedef std::int16_t narrow __attribute__((vector_size(lanes * 2)));
-    typedef std::int32_t wide __attribute__((vector_size(lanes * 4)));
-    const std::int16_t* const top = source.row(firstRow);
-    const std::ptrdiff_t step = source.step;
-    int x = 0;
-    for (; x + lanes * blocks <= source.width; x += lanes * blocks) {
-        wide total[blocks] = {};
-        const auto* at = reinterpret_cast<const char*>(top + x);
-        for (int y = 0; y < rows; ++y, at += step)
-            for (int b = 0; b < blocks; ++b) {
-                narrow heights_;
-                std::memcpy(&heights_, at + b * lanes * 2, sizeof heights_);
-                total[b] += __builtin_convertvector(heights_, wide);
-            }
-        std::memcpy(sums + x, total, sizeof total);
-    }
-    for (; x < source.width; ++x) {
-        sums[x] = 0;
-        for (int y = 0; y < rows; ++y) sums[x] += source.row(firstRow + y)[x];
-    }
+#if defined(__x86_64__)
+    if (has_vbmi()) return simd::add_rows_avx512(rows, sums);
+    if (has_avx2()) return simd::add_rows_avx2(rows, sums);
+#endif
+    std::fill_n(sums, rows.width, 0);
+    for (int y = 0; y < rows.height; ++y)
+        for (int x = 0; x < rows.width; ++x) sums[x] += rows.row(y)[x];
 }
 
-/// Sums of `columns`, each over the columns that a target takes. One read past the last column is allowed.
-template <int Least>
-void add_columns(const std::int32_t* columns, const side_map& map, double* sums) noexcept
+/// Asks for the rows that the next target takes, line by line behind the column that is being summed: their way into
+/// the cache is hidden behind the arithmetic.
+class row_fetcher {
+public:
+    explicit row_fetcher(const_height_block rows_) noexcept : rows(rows_)
+    {
+        rows.height = std::min(rows.height, mostFetched);
+    }
+    void reach(int column) noexcept
+    {
+        if (column < next || next >= rows.width) return;
+        for (int y = 0; y < rows.height; ++y) __builtin_prefetch(rows.row(y) + next);
+        next += perLine;
+    }
+
+private:
+    static constexpr int mostFetched = 16, perLine = 64 / sizeof(std::int16_t);
+    const_height_block rows;
+    int next = 0;
+};
+
+/// Sums of column sums, each over the columns that a target takes. One read past the last column is allowed.
+template <int Least, class Sum>
+void add_columns(const std::int32_t* columns, const side_map& map, row_fetcher fetcher, Sum* sums) noexcept
 {
     const int least = Least > 0 ? Least : map.least;
     const std::size_t count = map.first.size();
     const int* const first = map.first.data();
     const int* const more = map.more.data();
     for (std::size_t i = 0; i < count; ++i) {
-        const std::int32_t* const at = columns + first[i];
-        std::int64_t sum = at[least] & more[i];
+        const int column = first[i];
+        const std::int32_t* const at = columns + column;
+        Sum sum = at[least] & more[i];
         for (int k = 0; k < least; ++k) sum += at[k];
-        sums[i] += static_cast<double>(sum);
+        sums[i] += sum;
+        fetcher.reach(column);
     }
 }
 
-void add_columns(const std::int32_t* columns, const side_map& map, double* sums) noexcept
+template <class Sum>
+void add_columns(const std::int32_t* columns, const side_map& map, row_fetcher fetcher, Sum* sums) noexcept
 {
     switch (map.least) {
     case 1:
-        return add_columns<1>(columns, map, sums);
+        return add_columns<1>(columns, map, fetcher, sums);
     case 2:
-        return add_columns<2>(columns, map, sums);
+        return add_columns<2>(columns, map, fetcher, sums);
     case 3:
-        return add_columns<3>(columns, map, sums);
+        return add_columns<3>(columns, map, fetcher, sums);
     case 4:
-        return add_columns<4>(columns, map, sums);
+        return add_columns<4>(columns, map, fetcher, sums);
     case 5:
-        return add_columns<5>(columns, map, sums);
+        return add_columns<5>(columns, map, fetcher, sums);
     case 6:
-        return add_columns<6>(columns, map, sums);
+        return add_columns<6>(columns, map, fetcher, sums);
     default:
-        return add_columns<0>(columns, map, sums);
+        return add_columns<0>(columns, map, fetcher, sums);
     }
 }
 
-/// Means of sums by multiplication. The mean plus a half, times the count, is a whole number of halves: with a quarter
-/// of a count's share on top, truncation is never within reach of the rounding error while counts are below 2^32.
-/// 32768 on top keeps everything positive.
+/// The mean by multiplication. Times the count, it is a whole number of halves: with a quarter of a sample's share on
+/// top of the half that rounds, truncation never comes within reach of the rounding error while counts are below 2^32.
+/// 32768 on top keeps all positive.
 struct mean_factors {
     std::vector<double> share, shift;
 
@@ -125,98 +135,61 @@ struct mean_factors {
             shift.push_back(32768.5 + 0.25 / count);
         }
     }
-};
-
-__attribute__((always_inline)) inline void write_means(const double* sums, const mean_factors& factors,
-                                                       std::int16_t* out, std::size_t count) noexcept
-{
-    constexpr std::size_t lanes = 8;
-    typedef double numbers __attribute__((vector_size(lanes * 8)));
-    typedef std::int32_t whole __attribute__((vector_size(lanes * 4)));
-    typedef std::int16_t narrow __attribute__((vector_size(lanes * 2)));
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes) {
-        numbers sum, share, shift;
-        std::memcpy(&sum, sums + i, sizeof sum);
-        std::memcpy(&share, factors.share.data() + i, sizeof share);
-        std::memcpy(&shift, factors.shift.data() + i, sizeof shift);
-        const whole means = __builtin_convertvector(sum * share + shift, whole) - 32768;
-        const narrow result = __builtin_convertvector(means, narrow);
-        std::memcpy(out + i, &result, sizeof result);
+    std::int16_t mean(double sum, std::size_t i) const noexcept
+    {
+        return static_cast<std::int16_t>(static_cast<std::int32_t>(sum * share[i] + shift[i]) - 32768);
     }
-    for (; i < count; ++i)
-        out[i] =
-            static_cast<std::int16_t>(static_cast<std::int32_t>(sums[i] * factors.share[i] + factors.shift[i]) - 32768);
-}
-
-struct row_kernels {
-    void (*addRows)(const_heights, int, int, std::int32_t*) noexcept;
-    void (*writeMeans)(const double*, const mean_factors&, std::int16_t*, std::size_t) noexcept;
 };
 
+void write_means(std::span<const std::int32_t> sums, const mean_factors& factors, std::int16_t* out) noexcept
+{
+    std::size_t i = 0;
 #if defined(__x86_64__)
-#define VLDV_TARGET_512 __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl")))
-#define VLDV_TARGET_256 __attribute__((target("avx2")))
-VLDV_TARGET_512 void add_rows_avx512(const_heights source, int first, int rows, std::int32_t* sums) noexcept
-{
-    add_rows(source, first, rows, sums);
-}
-VLDV_TARGET_256 void add_rows_avx2(const_heights source, int first, int rows, std::int32_t* sums) noexcept
-{
-    add_rows(source, first, rows, sums);
-}
-VLDV_TARGET_512 void write_means_avx512(const double* sums, const mean_factors& factors, std::int16_t* out,
-                                        std::size_t count) noexcept
-{
-    write_means(sums, factors, out, count);
-}
-VLDV_TARGET_256 void write_means_avx2(const double* sums, const mean_factors& factors, std::int16_t* out,
-                                      std::size_t count) noexcept
-{
-    write_means(sums, factors, out, count);
-}
+    if (has_vbmi())
+        i = simd::write_means_avx512(sums, factors.share.data(), factors.shift.data(), out);
+    else if (has_avx2())
+        i = simd::write_means_avx2(sums, factors.share.data(), factors.shift.data(), out);
 #endif
-void add_rows_plain(const_heights source, int first, int rows, std::int32_t* sums) noexcept
-{
-    add_rows(source, first, rows, sums);
+    for (; i < sums.size(); ++i) out[i] = factors.mean(sums[i], i);
 }
-void write_means_plain(const double* sums, const mean_factors& factors, std::int16_t* out, std::size_t count) noexcept
+void write_means(std::span<const std::int64_t> sums, const mean_factors& factors, std::int16_t* out) noexcept
 {
-    write_means(sums, factors, out, count);
+    for (std::size_t i = 0; i < sums.size(); ++i) out[i] = factors.mean(static_cast<double>(sums[i]), i);
 }
 
-row_kernels best_kernels() noexcept
+/// Rows of means: at least one direction shrinks. `Sum` holds the sum of a target's samples.
+template <class Sum>
+void shrink(const_height_block source, height_block target, const side_map& columns, const side_map& rows)
 {
-#if defined(__x86_64__)
-    if (has_vbmi()) return {add_rows_avx512, write_means_avx512};
-    if (has_avx2()) return {add_rows_avx2, write_means_avx2};
-#endif
-    return {add_rows_plain, write_means_plain};
+    const mean_factors factors[] = {{columns, rows.least}, {columns, rows.least + 1}};
+    const auto width = static_cast<std::size_t>(target.width), height = static_cast<std::size_t>(target.height);
+    std::vector<std::int32_t> columnSums(static_cast<std::size_t>(source.width) + 1); // and one read past the end
+    std::vector<Sum> sums(width);
+    for (std::size_t y = 0; y < height; ++y) {
+        const const_height_block taken = source.rows(rows.first[y], rows.count(y));
+        const const_height_block next =
+            y + 1 < height ? source.rows(rows.first[y + 1], rows.count(y + 1)) : const_height_block{};
+        std::ranges::fill(sums, Sum{0});
+        for (int done = 0; done < taken.height; done += mostRows) {
+            add_rows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data());
+            add_columns(columnSums.data(), columns, row_fetcher(next), sums.data());
+        }
+        write_means(std::span<const Sum>(sums), factors[taken.height > rows.least], target.row(static_cast<int>(y)));
+    }
 }
 
-/// Rows of means: at least one direction shrinks.
-void shrink(const_heights source, heights target)
+void shrink(const_height_block source, height_block target)
 {
     const side_map columns = map_side(source.width, target.width), rows = map_side(source.height, target.height);
-    const mean_factors factors[] = {{columns, rows.least}, {columns, rows.least + 1}};
-    const row_kernels kernels = best_kernels();
-    const auto width = static_cast<std::size_t>(target.width);
-    std::vector<std::int32_t> columnSums(static_cast<std::size_t>(source.width) + 1); // and one read past the end
-    std::vector<double> sums(width);
-    for (int y = 0; y < target.height; ++y) {
-        const auto index = static_cast<std::size_t>(y);
-        const int first = rows.first[index], count = rows.count(index);
-        std::ranges::fill(sums, 0.0);
-        for (int done = 0; done < count; done += mostRows) {
-            kernels.addRows(source, first + done, std::min(mostRows, count - done), columnSums.data());
-            add_columns(columnSums.data(), columns, sums.data());
-        }
-        kernels.writeMeans(sums.data(), factors[count > rows.least], target.row(y), width);
-    }
+    const std::int64_t most = (std::int64_t{columns.least} + 1) * (std::int64_t{rows.least} + 1);
+    if (most <= mostRows)
+        shrink<std::int32_t>(source, target, columns, rows);
+    else
+        shrink<std::int64_t>(source, target, columns, rows);
 }
 
 /// Both directions grow, or stay: rows that repeat are copied.
-void enlarge(const_heights source, heights target)
+void enlarge(const_height_block source, height_block target)
 {
     const side_map columns = map_side(source.width, target.width), rows = map_side(source.height, target.height);
     const auto width = static_cast<std::size_t>(target.width);
@@ -234,7 +207,7 @@ void enlarge(const_heights source, heights target)
 
 } // namespace
 
-void resample_reference(const_heights source, heights target) noexcept
+void resample_reference(const_height_block source, height_block target) noexcept
 {
     if (source.width <= 0 || source.height <= 0) return;
     for (int y = 0; y < target.height; ++y)
@@ -257,8 +230,8 @@ void resample(const short* source, int sourceWidth, int sourceHeight, int source
               int targetHeight, int targetStep)
 {
     if (sourceWidth <= 0 || sourceHeight <= 0 || targetWidth <= 0 || targetHeight <= 0) return;
-    const primitives::const_heights from{source, sourceWidth, sourceHeight, sourceStep};
-    const primitives::heights to{target, targetWidth, targetHeight, targetStep};
+    const primitives::const_height_block from{source, sourceWidth, sourceHeight, sourceStep};
+    const primitives::height_block to{target, targetWidth, targetHeight, targetStep};
     if (targetWidth < sourceWidth || targetHeight < sourceHeight)
         primitives::shrink(from, to);
     else

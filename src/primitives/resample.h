@@ -16,12 +16,14 @@ struct image_block {
         using byte = std::conditional_t<std::is_const_v<Sample>, const char, char>;
         return reinterpret_cast<Sample*>(reinterpret_cast<byte*>(data) + std::ptrdiff_t{y} * step);
     }
+    /// `count` rows from `first` on.
+    image_block rows(int first, int count) const noexcept { return {row(first), width, count, step}; }
 };
-using const_heights = image_block<const std::int16_t>;
-using heights = image_block<std::int16_t>;
+using const_height_block = image_block<const std::int16_t>;
+using height_block = image_block<std::int16_t>;
 
 /// The plain form of `resample`, which defines its answer.
-void resample_reference(const_heights source, heights target) noexcept;
+void resample_reference(const_height_block source, height_block target) noexcept;
 
 /// How a resampled image is made of its samples.
 enum class interpolation {
@@ -32,6 +34,6 @@ enum class interpolation {
 /// The image in another size: target i lies at source (i + 1/2) N / n - 1/2. Where a direction shrinks, the kernel is
 /// as many times wider, so that nothing finer than the new samples shows up as a false pattern. Samples beyond the edge
 /// repeat the last; results are rounded, halves up, and kept within 16 bits. \throws std::bad_alloc
-void resample_smooth(const_heights source, heights target, interpolation kind);
+void resample_smooth(const_height_block source, height_block target, interpolation kind);
 
 } // namespace primitives

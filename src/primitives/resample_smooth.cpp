@@ -55,7 +55,7 @@ std::int16_t rounded(double value) noexcept
 
 } // namespace
 
-void resample_smooth(const_heights source, heights target, interpolation kind)
+void resample_smooth(const_height_block source, height_block target, interpolation kind)
 {
     if (kind == interpolation::nearest)
         return resample(source.data, source.width, source.height, source.step, target.data, target.width, target.height,

@@ -8,8 +8,8 @@
 
 namespace {
 
-using primitives::const_heights;
-using primitives::heights;
+using primitives::const_height_block;
+using primitives::height_block;
 using primitives::interpolation;
 using samples = std::vector<std::int16_t>;
 
@@ -53,7 +53,7 @@ TEST(Resample, EqualsItsDefinitionInEveryBit)
     for (const auto& [width, toWidth] : sides)
         for (const auto& [height, toHeight] : {std::pair{1, 1}, {2, 5}, {9, 2}, {24, 5}, {17, 17}}) {
             const samples image = noise(width + 3, height);
-            const const_heights source{image.data() + 1, width, height, 2 * (width + 3)};
+            const const_height_block source{image.data() + 1, width, height, 2 * (width + 3)};
             const int row = toWidth + 2;
             samples fast(static_cast<std::size_t>(row) * static_cast<std::size_t>(toHeight), 5), defined = fast;
             resample(source.data, width, height, source.step, fast.data() + 1, toWidth, toHeight, 2 * row);
