@@ -50,11 +50,14 @@ QStringList name_filters(const std::string& filter)
     return out;
 }
 
-/// Size, type and date as wide as they are, names as wide as the room allows.
+/// Sizes and dates as wide as they are, names as wide as the room allows; without the type, which the toolkit takes
+/// from the extension and has other ideas of.
 void fit_columns(const QFileDialog& dialog)
 {
     auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
     if (!files) return;
+    constexpr int typeColumn = 2;
+    files->setColumnHidden(typeColumn, true);
     QHeaderView& header = *files->header();
     header.setStretchLastSection(false);
     header.setSectionResizeMode(QHeaderView::ResizeToContents);
