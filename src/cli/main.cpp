@@ -20,6 +20,7 @@ try {
     cli::add_convert(app, status);
     cli::add_render(app, status);
     cli::add_options(app, status);
+    cli::add_stats(app, status);
     cli::add_examples(app, status);
     try {
         app.parse(count, arguments);

@@ -59,8 +59,8 @@ CDocument* CStorageDocTemplate::newDocument(int makeVisible)
         deleteDocument(document);
         return nullptr;
     }
-    if (makeVisible) CreateFr(L"", makeVisible, document);
-    return document;
+    openingImage = 0;
+    return !makeVisible || CreateFr(L"", makeVisible, document) ? document : nullptr;
 }
 
 /// Reads a file; the user was told why when it is null.
@@ -79,7 +79,7 @@ CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
     try {
         if (document->OnOpenDocument(path)) return document;
     } catch (const CException& failure) {
-        warn(failure.what());
+        if (!document->isReadCancelled()) warn(failure.what()); // who cancelled knows
     }
     deleteDocument(document);
     return nullptr;

@@ -47,6 +47,15 @@ bool is_quick_view(const CView* view)
     return bound && bound->isQuickView();
 }
 
+void tell_unshown(CWinApp& app, const CStorageDoc& document, unsigned image, const char* who)
+{
+    const SPMDataStream& stream = document.getImage(image);
+    const unsigned count = stream.get_dimensions_number();
+    app.host().output(base::formatted("%s: image %u (%s) has %u dimension%s, which %s",
+                                      base::narrow(document.GetTitle()).c_str(), image, stream.get_description(), count,
+                                      count == 1 ? "" : "s", who));
+}
+
 struct kept_document {
     CDocument& document;
     bool before;
@@ -107,10 +116,7 @@ CFrameWnd* CStorageDocTemplate::shownFrame(CStorageDoc& document, unsigned image
     openingImage = image;
     CFrameWnd* const frame = CreateNewFrame(&document, nullptr);
     CWinApp* const app = AfxGetApp();
-    if (!frame && app)
-        app->host().output(base::formatted(
-            "%s: image %u (%s) has %u dimensions, which no view shows", base::narrow(document.GetTitle()).c_str(),
-            image, document.getImage(image).get_description(), document.getImage(image).get_dimensions_number()));
+    if (!frame && app) tell_unshown(*app, document, image, "no view shows");
     return frame;
 }
 
@@ -197,9 +203,13 @@ CDocument* CStorageDocTemplate::QuickViewOpenDocumentFile(const wchar_t* path, i
     CDocument* const document = OpenDocumentFileNoMRU(path, false);
     auto* const storage = dynamic_cast<CStorageDoc*>(document);
     if (!storage) return nullptr;
+    CWinApp* const app = AfxGetApp();
     unsigned created = 0;
     for (unsigned i = 0; i < storage->getImagesNumber(); ++i) {
-        if (storage->getImage(i).get_dimensions_number() != 2) continue;
+        if (storage->getImage(i).get_dimensions_number() != 2) {
+            if (app) tell_unshown(*app, *storage, i, "the quick view does not show");
+            continue;
+        }
         CFrameWnd* const frame = createFrame(document, "CQVSurfView", quickViewId, "CQVChildFrame");
         auto* const bound = frame ? dynamic_cast<IImageBoundView*>(frame->GetActiveView()) : nullptr;
         if (!bound) continue;

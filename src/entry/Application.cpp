@@ -1,6 +1,7 @@
 #include "entry/Application.h"
 
 #include "base/text.h"
+#include "entry/save_documents.h"
 #include "entry/templates.h"
 #include "platform/DocTemplate.h"
 #include "platform/VarListDlg.h"
@@ -70,7 +71,7 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
     return scale && scale->OnCmdMsg(id, ui);
 }
 
-bool CVldvApp::mayExit() { return VldvSaveAllDocuments(nullptr); }
+bool CVldvApp::mayExit() { return entry::save_documents(nullptr) == entry::save_outcome::done; }
 
 void CVldvApp::OnFileOpen() { VldvOpenDocument(1); }
 void CVldvApp::OnQuickView() { VldvOpenQuickView(); }
@@ -117,5 +118,8 @@ void CVldvApp::OnUpdateRecentFile(CCmdUI& ui)
 {
     const std::size_t index = ui.m_nID - cmdFirstRecent;
     ui.Enable(index < recentFiles().size());
-    if (index < recentFiles().size()) ui.SetText(base::narrow(recentFiles()[index]).c_str());
+    if (index >= recentFiles().size()) return;
+    std::string path = base::narrow(recentFiles()[index]);
+    for (std::size_t at = 0; (at = path.find('&', at)) != std::string::npos; at += 2) path.insert(at, 1, '&');
+    ui.SetText(path.c_str()); // in menus a single one underlines what follows
 }

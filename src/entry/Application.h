@@ -10,7 +10,8 @@ public:
 
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
     void AddToRecentFileList(const std::wstring& path) override;
-    /// Offers to save what was changed. \return false when the program is to go on
+    /// Offers to save what was changed. \return false when the program is to go on: cancelled, or something was not
+    /// stored
     bool mayExit();
 
 private:

@@ -4,9 +4,7 @@
 #include "document/StorageDocTemplate.h"
 #include "document/merge_documents.h"
 #include "platform/FrameWnd.h"
-#include "platform/VarListDlg.h"
 #include "platform/WinApp.h"
-#include "platform/interface_directory.h"
 #include "platform/paths.h"
 #include "resources/strings.h"
 #include "view/DCView.h"
@@ -14,7 +12,6 @@
 #include "vldv.h"
 
 #include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -77,15 +74,6 @@ void store_values(SPMVarList& global, const std::vector<SPMVar>& variables)
     }
 }
 
-std::vector<CDocument*> modified_documents(const CWinApp& app)
-{
-    std::vector<CDocument*> found;
-    for (const CDocTemplate* maker : app.docTemplates())
-        for (const std::unique_ptr<CDocument>& document : maker->documents())
-            if (document->IsModified()) found.push_back(document.get());
-    return found;
-}
-
 void close_quick_views(CWinApp& app)
 {
     std::vector<CFrameWnd*> quick;
@@ -94,18 +82,6 @@ void close_quick_views(CWinApp& app)
             quick.push_back(frame.get());
     for (CFrameWnd* frame : quick) frame->DestroyFrame();
 }
-
-/// Sets all variables of the dialog for its two buttons.
-class choose_all : public CVarListDlgHandler {
-public:
-    void OnCommandMessage(const char* id, CVarListDlg* dialog) override
-    {
-        const std::string_view command(id);
-        if (command != "select_all" && command != "deselect_all") return;
-        for (unsigned i = 0; i < dialog->list().get_size(); ++i)
-            dialog->list().set_var(dialog->list().get_var(i).get_name(), command == "select_all" ? "true" : "false");
-    }
-};
 
 } // namespace
 
@@ -167,30 +143,4 @@ void VldvSelectView()
         if (index < frames.size() && !frames[index]->isDestroyed()) frames[index]->DestroyFrame();
     if (choice.activated < frames.size() && !frames[choice.activated]->isDestroyed())
         frames[choice.activated]->ActivateFrame();
-}
-
-bool VldvSaveAllDocuments(CWnd* parent)
-{
-    CWinApp* const app = AfxGetApp();
-    if (!app) return true;
-    const std::vector<CDocument*> modified = modified_documents(*app);
-    if (modified.empty()) return true;
-    std::vector<SPMVar> rows;
-    for (const CDocument* document : modified) {
-        SPMVar& row = rows.emplace_back();
-        row.Init(base::formatted("%p", static_cast<const void*>(document)).c_str(),
-                 base::narrow(document->GetTitle()).c_str(), SPM_VAR_BOOLEAN);
-        row = 1.0;
-    }
-    SPMVarList list;
-    list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
-    std::ifstream layout(platform::find_interface_file("save_docs.xml"), std::ios::binary);
-    choose_all handler;
-    CVarListDlg dialog;
-    dialog.setHandler(&handler);
-    dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::saveFilesLayout, parent);
-    if (dialog.DoModal() != CVarListDlg::resultOk) return false;
-    for (std::size_t i = 0; i < modified.size(); ++i)
-        if (list.get_var(static_cast<unsigned>(i))) modified[i]->OnSaveDocument(modified[i]->GetPathName().c_str());
-    return true;
 }

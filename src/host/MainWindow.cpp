@@ -36,6 +36,7 @@ enum command : unsigned {
     cmdStatusBar = 59393,
     cmdFirstWindow = 65280,
 };
+constexpr int outputHeight = 110;                   // pixels
 constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
 
 } // namespace
@@ -52,6 +53,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     setWindowTitle(QStringLiteral("Velmira"));
     setCentralWidget(frames);
     setAcceptDrops(true);
+    frames->setActivationOrder(QMdiArea::ActivationHistoryOrder); // closing one leads back to the one before
     frames->setAcceptDrops(false);
     frames->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     frames->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -59,6 +61,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     pane->setWidget(lines);
     pane->setObjectName(QStringLiteral("output"));
     addDockWidget(Qt::BottomDockWidgetArea, pane);
+    resizeDocks({pane}, {outputHeight}, Qt::Vertical);
     pane->hide();
     tools->setObjectName(QStringLiteral("main"));
     status->setText(QStringLiteral("Ready"));
@@ -215,6 +218,7 @@ void CMainWindow::installShortcuts()
     for (const auto& [keySequence, id] : keys) {
         if (keySequence.size() == 1) continue; // plain letters belong to the view
         auto* const shortcut = new QShortcut(QKeySequence(keySequence), this);
+        shortcut->setContext(Qt::ApplicationShortcut); // a view in full screen is a window of its own
         connect(shortcut, &QShortcut::activated, this, [this, sent = id] { route(sent, nullptr); });
     }
 }

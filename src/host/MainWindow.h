@@ -44,7 +44,7 @@ private:
     QPlainTextEdit* lines;
     QDockWidget* pane;
     QToolBar* tools;
-    QLabel* status; ///< what views say; descriptions of commands cover it for a while
+    QLabel* status;                          ///< what views say; descriptions of commands cover it for a while
     std::unique_ptr<CQtPaletteBar> palettes; ///< the scale that all views follow
     unsigned shownMenu = 0;
 };

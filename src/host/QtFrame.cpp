@@ -18,6 +18,7 @@
 namespace {
 
 constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew
+constexpr QSize firstSize(560, 400);
 
 bool to_application(unsigned id, CCmdUI* ui)
 {
@@ -32,7 +33,8 @@ CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
     widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
     const int shift = static_cast<int>(area.subWindowList().size() % cascadeLength) * cascadeStep;
     sub = area.addSubWindow(widget);
-    sub->move(shift, shift);
+    sub->setGeometry(QRect({shift, shift}, firstSize));
+    widget->resize(firstSize); // for views that do not fit the frame to themselves, as tables and texts
     sub->setAttribute(Qt::WA_DeleteOnClose, false);
     sub->installEventFilter(this);
     // Closing by key is a command of the menus; twice the same key would do nothing.
@@ -44,8 +46,12 @@ CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
     tabs->hide();
     tools = new QToolBar(widget);
     tools->hide();
-    connect(tabs, &QTabBar::tabBarClicked, this, [this](int tab) {
+    const auto choose = [this](int tab) {
         if (auto* const frame = dynamic_cast<CChildFrame*>(&logic)) frame->OnSubimageSelChange(tab);
+    };
+    connect(tabs, &QTabBar::currentChanged, this, choose); // by mouse, wheel or key
+    connect(tabs, &QTabBar::tabBarClicked, this, [this, choose](int tab) {
+        if (tab == tabs->currentIndex()) choose(tab); // a bitmap over it may have been turned off only
     });
 }
 

@@ -9,27 +9,29 @@
 #include "host/QtPanes.h"
 #include "host/QtScreen.h"
 #include "host/VariableDialog.h"
+#include "host/WindowsDialog.h"
 #include "host/preview_pane.h"
 #include "host/qt_menus.h"
+#include "platform/WinApp.h"
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QListWidget>
+#include <QHeaderView>
 #include <QMdiArea>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QScreen>
-#include <QVBoxLayout>
+#include <QTreeView>
 
 namespace {
 
-/// What a prompt stands over: the dialog that asks, else the main window.
+constexpr QSize openDialogSize(960, 560);
+
+/// What a prompt stands over: the dialog that asks, a view in full screen, else the main window.
 QWidget* prompt_parent(QWidget* main)
 {
-    QWidget* const dialog = QApplication::activeModalWidget();
-    return dialog ? dialog : main;
+    if (QWidget* const dialog = QApplication::activeModalWidget()) return dialog;
+    QWidget* const active = QApplication::activeWindow();
+    return active ? active : main;
 }
 
 /// "name|*.a;*.b|name|*.c||" as the toolkit's list.
@@ -46,6 +48,17 @@ QStringList name_filters(const std::string& filter)
         out << name + " (" + patterns + ")";
     }
     return out;
+}
+
+/// Size, type and date as wide as they are, names as wide as the room allows.
+void fit_columns(const QFileDialog& dialog)
+{
+    auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (!files) return;
+    QHeaderView& header = *files->header();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 } // namespace
@@ -76,6 +89,8 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     dialog.setNameFilters(name_filters(prompt.filter));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.resize(openDialogSize); // names, sizes and dates beside the preview
+    fit_columns(dialog);
     host::add_preview(dialog, prompt);
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
@@ -92,6 +107,7 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     dialog.setNameFilters(name_filters(prompt.filter));
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
+    fit_columns(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.selectedFiles().front().toStdWString();
 }
@@ -118,30 +134,13 @@ bool CQtHost::showVariableDialog(CVarListDlg& dialog)
 
 window_choice CQtHost::chooseWindows(const std::vector<std::wstring>& titles)
 {
-    QDialog dialog(main);
-    dialog.setWindowTitle(QStringLiteral("Windows..."));
-    auto* const list = new QListWidget(&dialog);
-    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    for (const std::wstring& title : titles) list->addItem(QString::fromStdWString(title));
-    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
-    QPushButton* const activate = buttons->addButton(QStringLiteral("&Activate"), QDialogButtonBox::AcceptRole);
-    QPushButton* const close = buttons->addButton(QStringLiteral("&Close windows"), QDialogButtonBox::ActionRole);
-    auto* const layout = new QVBoxLayout(&dialog);
-    layout->addWidget(list);
-    layout->addWidget(buttons);
-    window_choice choice;
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    QObject::connect(activate, &QPushButton::clicked, &dialog, [&] {
-        if (list->currentRow() >= 0) choice.activated = static_cast<std::size_t>(list->currentRow());
-        dialog.accept();
-    });
-    QObject::connect(close, &QPushButton::clicked, &dialog, [&] {
-        for (const QListWidgetItem* item : list->selectedItems())
-            choice.closed.push_back(static_cast<std::size_t>(list->row(item)));
-        dialog.accept();
-    });
-    dialog.exec();
-    return choice;
+    const CWinApp* const app = AfxGetApp();
+    std::size_t active = titles.size();
+    for (std::size_t i = 0; app && i < app->frames().size(); ++i)
+        if (app->frames()[i].get() == app->activeFrame()) active = i;
+    CWindowsDialog window(titles, active, prompt_parent(main));
+    window.exec();
+    return window.choice();
 }
 
 bool CQtHost::runListChooser(CListChooser& chooser)
@@ -160,7 +159,11 @@ void CQtHost::print(const print_job& job)
 
 void CQtHost::previewPrint(const print_job& job) { printer.preview(job, main); }
 
-void CQtHost::quit() { QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection); }
+// Not QApplication::quit, which closes the windows first and so asks a second time what to save.
+void CQtHost::quit()
+{
+    QMetaObject::invokeMethod(qApp, [] { QApplication::exit(); }, Qt::QueuedConnection);
+}
 
 void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target)
 {

@@ -3,6 +3,7 @@
 #include "entry/Application.h"
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
+#include "host/WorkstationApp.h"
 #include "host/paint/qt_fonts.h"
 #include "platform/profile_store.h"
 
@@ -37,7 +38,7 @@ QIcon program_icon()
 
 int main(int count, char** arguments)
 {
-    QApplication toolkit(count, arguments);
+    CWorkstationApp toolkit(count, arguments);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("velmira"));
     QApplication::setApplicationVersion(QStringLiteral(VLDV_VERSION));
@@ -48,6 +49,7 @@ int main(int count, char** arguments)
     CVldvApp app(machine);
     CMainWindow window(app);
     machine.setMainWindow(&window);
+    toolkit.onFailure = [&machine](const std::string& reason) { machine.messageBox(reason, message_icon::error); };
     window.resize(1280, 860);
     window.show();
     QCommandLineParser options;
@@ -81,6 +83,7 @@ int main(int count, char** arguments)
     keeper.start(storeInterval);
     if (!profile.error().empty()) machine.output(profile.error());
     const int status = QApplication::exec();
+    toolkit.onFailure = nullptr;
     app.closeAllFrames();
     machine.setMainWindow(nullptr);
     return status;

@@ -22,7 +22,6 @@ enum command : unsigned {
     cmdRemoveCurves = 10029,
     cmdCompact = 10082,
     cmdShowZScale = 10084,
-    cmdCurveToSection = 10088,
     cmdSelectRoi = 10101,
     cmdClearRoi = 10102,
     cmdRememberPalette = 10112,
@@ -31,7 +30,6 @@ enum command : unsigned {
     cmdFirstMarkStyle = 6101,
     cmdLastMarkStyle = 6102,
 };
-constexpr unsigned sectionTemplate = 101;
 constexpr const char* profileSection = "SurfMathView";
 
 void keep(const char* key, int value)

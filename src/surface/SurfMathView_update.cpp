@@ -1,6 +1,7 @@
 #include "base/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/update_hints.h"
 #include "resources/strings.h"
 #include "surface/SurfMathView.h"
 #include "surface/overlay_drawing.h"
@@ -10,19 +11,6 @@
 
 namespace {
 
-/// Low byte of a hint.
-enum hint_code : std::uint32_t {
-    newData = 0,
-    newSize = 1,
-    dataChanged = 2,
-    scaleChanged = 4,
-    redraw = 6,
-    sectionChanged = 9,
-    clearMarks = 10,
-    addMark = 11,
-    showText = 12,
-};
-constexpr std::uint32_t reloadFlag = 0x100;
 constexpr unsigned totalText = 1012;
 
 bool is_inside(CPoint point, CSize size) noexcept
@@ -37,29 +25,29 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
     if (!stream()) return;
     const bool isOurs = hint >> 16 == imageNumber;
     switch (hint & 0xffu) {
-    case newData:
+    case document::hintNewData:
         return onNewData(sender, hint, object);
-    case newSize:
+    case document::hintNewSize:
         if (isOurs) onNewSize(sender, hint, object);
         return;
-    case dataChanged:
+    case document::hintDataChanged:
         paletteDirty = !hasStoredPalette();
         if (isOurs && hasStoredPalette()) storePalette();
         return CImageView::OnUpdate(sender, hint, object);
-    case scaleChanged:
+    case document::hintScaleChanged:
         return onScaleChanged(sender, hint, object);
-    case redraw:
+    case document::hintRedraw:
         CImageView::OnUpdate(sender, hint, object);
         return Invalidate(true);
-    case sectionChanged:
+    case document::hintSectionChanged:
         return onSectionChanged(sender, hint, object);
-    case clearMarks:
+    case document::hintClearMarks:
         if (isOurs) removeMarks();
         return;
-    case addMark:
+    case document::hintAddMark:
         if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) addMarkAt(*point);
         return;
-    case showText:
+    case document::hintShowText:
         if (const auto* const text = std::get_if<std::string>(&object); isOurs && text) showMeasure(base::widen(*text));
         return;
     default:
@@ -118,7 +106,7 @@ void CSurfMathView::dropOutside(CSize whole)
 
 void CSurfMathView::onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    if (((hint & reloadFlag) != 0 || HasFocus()) && hasStoredPalette()) {
+    if (((hint & document::hintReloads) != 0 || HasFocus()) && hasStoredPalette()) {
         paletteDirty = false;
         scale.SyncDelimiters();
         if (const CScale* const common = CScale::GetStaticScale()) scale.SetPaletteId(common->GetPaletteId());

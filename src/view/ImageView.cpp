@@ -15,17 +15,6 @@
 
 namespace {
 
-enum hint_code : std::uint32_t {
-    newData = 0,
-    newSize = 1,
-    dataChanged = 2,
-    axesChanged = 3,
-    scaleChanged = 4,
-    bringToFront = 5,
-    changeSubimage = 8,
-};
-constexpr std::uint32_t reloadFlag = 0x100;
-
 constexpr view::option_row imageOptions[] = {
     {"duplicate_3d_cloud(Copy 3D Force Volume data),enum,Image data,Force Volume,Extract Curves", "Force Volume"},
     {"merge_extracted_fv_curves(Merge extracted force volume curves),boolean", "true"},
@@ -51,35 +40,35 @@ void CImageView::GetOptionsList(SPMVar* vars, unsigned* count)
 
 void CImageView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    const bool reloads = (hint & reloadFlag) != 0;
+    const bool reloads = (hint & document::hintReloads) != 0;
     const bool isOurs = hint >> 16 == imageNumber;
     switch (hint & 0xffu) {
-    case newData:
+    case document::hintNewData:
         CDCView::OnUpdate(sender, hint, object);
         InitImageView();
         LoadData();
         Invalidate(true);
         break;
-    case newSize:
+    case document::hintNewSize:
         if (isOurs) CDCView::OnUpdate(sender, hint, object);
         break;
-    case dataChanged:
+    case document::hintDataChanged:
         if (!isOurs) break;
         if (reloads) LoadData();
         Invalidate(true);
         break;
-    case axesChanged:
+    case document::hintAxesChanged:
         if ((hint >> 16 & 0xffu) == (imageNumber & 0xffu)) LoadOptions("^Axis[XYZ]$");
         break;
-    case scaleChanged:
+    case document::hintScaleChanged:
         if (!(hint >> 8 & 0xffu) && !HasFocus()) break;
         LoadData();
         Invalidate(true);
         break;
-    case bringToFront:
+    case document::hintBringToFront:
         if (isOurs) BringToFront();
         break;
-    case changeSubimage:
+    case document::hintChangeSubimage:
         if (const double* sub = std::get_if<double>(&object); isOurs && sub)
             setActiveSubimage(static_cast<unsigned>(std::max(*sub, 0.0)));
         break;
@@ -149,6 +138,7 @@ void CImageView::readWell(int minimum, int maximum, double* low, double* high, c
 
 void CImageView::SetParentView(CImageView* parent_)
 {
+    if (parentView && parentView != parent_) parentView->OnChildViewClosed(this);
     parentView = parent_;
     if (parentView && std::ranges::find(parentView->childViews, this) == parentView->childViews.end())
         parentView->childViews.push_back(this);

@@ -45,6 +45,7 @@ public:
     void setActiveSubimage(unsigned sub);
     void setSubImageNumber(unsigned sub) noexcept { subImageNumber = sub; }
     unsigned getSubImageNumber() const noexcept { return subImageNumber; }
+    /// Leaves an earlier one.
     void SetParentView(CImageView* parent_);
     CImageView* getParentView() const noexcept { return parentView; }
     void OnChildViewClosed(CView* view);

@@ -138,6 +138,32 @@ TEST_F(EntryTest, SaveAllOffersWhatWasChanged)
     EXPECT_STREQ(again.getString("note", 0), "new");
 }
 
+TEST_F(EntryTest, ProgramGoesOnUntilWhatWasChosenIsStored)
+{
+    app->OpenDocumentFile(surface("a.spm").c_str());
+    app->setActiveFrame(app->frames()[0].get());
+    app->routeCommand(10151, nullptr);
+    ASSERT_TRUE(document(1).GetPathName().empty()) << "a copy has no file yet";
+    host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultOk); };
+    EXPECT_FALSE(app->mayExit()) << "the user named no file";
+    EXPECT_TRUE(document(1).IsModified());
+    host.savePaths = {(folder / "missing" / "copy.spm").wstring()};
+    EXPECT_FALSE(app->mayExit()) << "nothing can be written there";
+    EXPECT_EQ(host.messages.size(), 1u);
+    host.savePaths = {(folder / "copy.spm").wstring()};
+    EXPECT_TRUE(app->mayExit());
+    EXPECT_EQ(document(1).GetPathName(), (folder / "copy.spm").wstring());
+    EXPECT_TRUE(std::filesystem::exists(folder / "copy.spm"));
+}
+
+TEST_F(EntryTest, RecentFilesShowTheirAmpersands)
+{
+    app->OpenDocumentFile(surface("a&b&c.spm").c_str());
+    CCmdUI ui{.m_nID = 57616};
+    app->OnCmdMsg(57616, &ui);
+    EXPECT_EQ(ui.text, (folder / "a&&b&&c.spm").string());
+}
+
 TEST_F(EntryTest, WindowsAreListedActivatedAndClosed)
 {
     for (const char* name : {"a.spm", "b.spm", "c.spm"}) app->OpenDocumentFile(surface(name).c_str());

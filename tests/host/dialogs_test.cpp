@@ -1,5 +1,7 @@
 // Widgets of dialogs, driven as a user does, and paper.
 #include "host/ListChooserDialog.h"
+#include "host/WindowsDialog.h"
+#include "host/WorkstationApp.h"
 #include "host/preview_pane.h"
 #include "host/qt_printing.h"
 #include "host/tiling.h"
@@ -57,6 +59,45 @@ TEST(ListChooserDialog, ButtonsMoveEntriesBetweenTheLists)
     chosen->item(1)->setSelected(true);
     press("<");
     EXPECT_EQ(model.chosen, (std::vector<CListChooser::entry>{{1, "c"}}));
+}
+
+TEST(WindowsDialog, ActivatesOneOrClosesSeveral)
+{
+    const std::vector<std::wstring> titles = {L"a", L"b", L"c"};
+    const auto press = [](const CWindowsDialog& dialog, const char* text) {
+        for (QPushButton* button : dialog.findChildren<QPushButton*>())
+            if (button->text() == text) button->click();
+    };
+    CWindowsDialog first(titles, 1, nullptr);
+    press(first, "&Activate");
+    EXPECT_EQ(first.choice().activated, 1u) << "the active one is chosen already";
+    CWindowsDialog second(titles, titles.size(), nullptr);
+    auto* const list = second.findChild<QListWidget*>();
+    list->item(0)->setSelected(true);
+    list->item(2)->setSelected(true);
+    press(second, "&Close windows");
+    EXPECT_EQ(second.choice().closed, (std::vector<std::size_t>{0, 2}));
+    EXPECT_GE(second.choice().activated, titles.size());
+}
+
+TEST(WorkstationApp, WhatAHandlerThrowsIsToldOnceAndEndsNothing)
+{
+    struct thrower : QObject {
+        bool event(QEvent* event) override
+        {
+            if (event->type() == QEvent::User) throw std::bad_alloc();
+            return QObject::event(event);
+        }
+    } receiver;
+    auto& toolkit = dynamic_cast<CWorkstationApp&>(*qApp);
+    std::vector<std::string> told;
+    toolkit.onFailure = [&](const std::string& reason) { told.push_back(reason); };
+    for (int i = 0; i < 3; ++i) QApplication::postEvent(&receiver, new QEvent(QEvent::User));
+    EXPECT_TRUE(waits_for([&] { return !told.empty(); }));
+    EXPECT_EQ(told, std::vector<std::string>{"There is not enough memory for this."});
+    QApplication::postEvent(&receiver, new QEvent(QEvent::User));
+    EXPECT_TRUE(waits_for([&] { return told.size() == 2; })) << "the next one is told again";
+    toolkit.onFailure = nullptr;
 }
 
 TEST(PreviewPane, ShowsTheFileOnWhichTheUserStays)

@@ -1,4 +1,5 @@
-#include <QApplication>
+#include "host/WorkstationApp.h"
+
 #include <gtest/gtest.h>
 
 int main(int count, char** arguments)
@@ -6,6 +7,6 @@ int main(int count, char** arguments)
     // Windows without a display.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&count, arguments);
-    const QApplication toolkit(count, arguments);
+    const CWorkstationApp toolkit(count, arguments);
     return RUN_ALL_TESTS();
 }

@@ -113,7 +113,14 @@ TEST_F(WorkstationTest, ShowsTheSurfaceTheRightWayUpAndSwitchesSubImages)
     EXPECT_TRUE(tabs->isVisible());
     EXPECT_EQ(tabs->tabText(1), "Reverse");
     EXPECT_EQ(tabs->height(), 20);
-    emit tabs->tabBarClicked(1);
+    QMouseEvent other(QEvent::MouseButtonPress, tabs->tabRect(1).center(), tabs->mapToGlobal(tabs->tabRect(1).center()),
+                      Qt::RightButton, Qt::RightButton, Qt::NoModifier);
+    QApplication::sendEvent(tabs, &other);
+    EXPECT_EQ(view().getSubImageNumber(), 0u) << "only what moves the tabs";
+    QWheelEvent wheel(tabs->rect().center(), tabs->mapToGlobal(QPointF(tabs->rect().center())), {}, QPoint(0, -120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(tabs, &wheel);
+    EXPECT_EQ(tabs->currentIndex(), 1);
     settle();
     picture = shown();
     EXPECT_GT(picture.pixelColor(256, 10).lightness(), picture.pixelColor(256, 500).lightness() + 50)
@@ -166,6 +173,29 @@ TEST_F(WorkstationTest, DraggingACornerKeepsThePictureAndShowsTheSize)
     EXPECT_FALSE(logic.isSizing());
     const QImage plain = host::widget_of(&logic)->grab().toImage();
     EXPECT_NE(sized, plain) << "the arrows were there";
+}
+
+TEST_F(WorkstationTest, PlainViewsOpenAtAUsableSizeAndClosingLeadsBack)
+{
+    for (const char* name : {"a.spm", "b.spm", "c.spm"}) open(name);
+    app.frames()[1]->ActivateFrame();
+    runCommand(10041);
+    const QWidget* const table = host::widget_of(app.frames().back()->GetActiveView());
+    EXPECT_GT(table->width(), 300);
+    EXPECT_GT(table->height(), 200);
+    runCommand(57602);
+    ASSERT_EQ(app.frames().size(), 3u);
+    EXPECT_EQ(app.activeFrame(), app.frames()[1].get()) << "where it was opened from";
+}
+
+TEST_F(WorkstationTest, QuittingDoesNotAskASecondTime)
+{
+    CDocument* const document = open("a.spm");
+    document->SetModifiedFlag(true); // the window's own closing would ask
+    QTimer::singleShot(0, &window, [&] { machine.quit(); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST_F(WorkstationTest, FramesTileAndClose)

@@ -199,6 +199,14 @@ TEST_F(ImageViewTest, FailuresOfOpeningShowTheirTexts)
     EXPECT_TRUE(surfaces.documents().empty());
 }
 
+TEST_F(ImageViewTest, ADocumentWithoutImagesIsNotKept)
+{
+    EXPECT_EQ(surfaces.OpenDocumentFile(nullptr, 1, 1), nullptr) << "nothing of it can be shown";
+    EXPECT_EQ(host.messages, std::vector<std::string>{"Failed to create empty document."});
+    EXPECT_TRUE(surfaces.documents().empty());
+    EXPECT_NE(surfaces.OpenDocumentFile(nullptr, 1, 0), nullptr);
+}
+
 TEST_F(ImageViewTest, ForeignFilesAreHeldBesideThemselvesAndOpenedOnce)
 {
     write_file(folder / "m.txt", "# Channel: Height\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n1 2\n3 4\n");
@@ -301,6 +309,9 @@ TEST_F(ImageViewTest, ClosingAParentClosesItsChildren)
     grandchild.SetParentView(&child);
     other.SetParentView(&parent);
     EXPECT_EQ(parent.getChildViews().size(), 2u);
+    other.SetParentView(&grandchild);
+    EXPECT_EQ(parent.getChildViews(), std::vector<CImageView*>{&child}) << "a view has one parent";
+    other.SetParentView(&parent);
     app.frames()[3]->DestroyFrame();
     EXPECT_EQ(parent.getChildViews(), std::vector<CImageView*>{&child});
     parent.closeFrame();
