@@ -82,7 +82,8 @@ void CQtHost::messageBox(const std::string& text, message_icon icon)
 
 bool CQtHost::askYesNo(const std::string& text)
 {
-    return QMessageBox::question(main, QStringLiteral("Velmira"), QString::fromStdString(text)) == QMessageBox::Yes;
+    return QMessageBox::question(prompt_parent(main), QStringLiteral("Velmira"), QString::fromStdString(text)) ==
+           QMessageBox::Yes;
 }
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
@@ -116,13 +117,13 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 
 void CQtHost::runDialog(CDialog& dialog)
 {
-    CFormDialog window(dialog, main);
+    CFormDialog window(dialog, prompt_parent(main));
     window.exec();
 }
 
 void CQtHost::runVariableDialog(CVarListDlg& dialog)
 {
-    CVariableDialog window(dialog, main);
+    CVariableDialog window(dialog, prompt_parent(main));
     window.exec();
 }
 

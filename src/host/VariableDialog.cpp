@@ -37,6 +37,7 @@ CVariableDialog::CVariableDialog(CVarListDlg& model_, QWidget* parent)
     table->setHorizontalHeaderLabels({hasHeadings ? QString::fromStdString(layout.nameHeading) : "Option",
                                       hasHeadings ? QString::fromStdString(layout.valueHeading) : "Value"});
     placeAll();
+    if (QWidget* const first = table->cellWidget(0, 1)) first->setFocus();
     model->setPeer(std::make_unique<closer>(this));
 }
 

@@ -304,7 +304,8 @@ TEST_F(WorkstationTest, TheGridKeepsItsEditorsWhileValuesChange)
     auto* const second = qobject_cast<QLineEdit*>(dialog->grid()->cellWidget(1, 1));
     ASSERT_TRUE(first && second);
     dialog->activateWindow();
-    first->setFocus();
+    settle();
+    EXPECT_TRUE(first->hasFocus()) << "typing may begin at once";
     first->setText("21");
     first->setModified(true);
     emit first->editingFinished();
