@@ -21,6 +21,7 @@ try {
     cli::add_render(app, status);
     cli::add_options(app, status);
     cli::add_isoline(app, status);
+    cli::add_stats(app, status);
     cli::add_examples(app, status);
     try {
         app.parse(count, arguments);

@@ -34,9 +34,16 @@ SupportedFileTypes VLFileReader::GetDocumentType(std::istream& in)
     return format ? format->type : FILE_UNKNOWN;
 }
 
+bool VLFileReader::tellProgress(double done)
+{
+    if (onReadProgress && !readCancelled) readCancelled = !onReadProgress(done);
+    return !readCancelled;
+}
+
 bool VLFileReader::ReadFile(std::istream& in)
 {
     readError.clear();
+    readCancelled = false;
     const std::vector<std::byte> head = head_of(in);
     const document::stream_source named(in, sourcePath);
     const formats::format_row* format = formats::find_format(head, named.name());
@@ -67,7 +74,12 @@ bool VLFileReader::readNative(std::istream& in)
 bool VLFileReader::readForeign(std::istream& in, const formats::format_row& format)
 {
     document::stream_source source(in, sourcePath);
+    source.onProgress = [this](double done) { return tellProgress(done); };
     auto recording = format.read(source);
+    if (readCancelled) {
+        readError = "reading was cancelled";
+        return false;
+    }
     if (!recording) {
         readError = recording.error().reason;
         if (recording.error().offset)

@@ -3,6 +3,7 @@
 #include "document/formats/registry.h"
 #include "platform/bitmap.h"
 
+#include <functional>
 #include <istream>
 #include <string>
 
@@ -28,11 +29,15 @@ public:
     virtual void setString(const char* key, const char* value, unsigned image) = 0;
 
     SupportedFileTypes fileType = FILE_UNKNOWN; ///< of the file read last
+    /// Told now and then how much of a foreign file is read, 0 to 1; false gives up. May stay empty.
+    std::function<bool(double)> onReadProgress;
 
     /// What the first bytes of a stream say, without regard to any name. The position is kept.
     static SupportedFileTypes GetDocumentType(std::istream& in);
     /// Why the last `ReadFile` answered false, in words.
     const std::string& getReadError() const noexcept { return readError; }
+    /// True when the last `ReadFile` gave up because `onReadProgress` said so.
+    bool isReadCancelled() const noexcept { return readCancelled; }
 
     /// Appends all that a recording holds; its samples are moved out of it. \return as for `ReadFile`
     bool addRecording(formats::recording& recording);
@@ -48,6 +53,8 @@ protected:
     std::string readError;
 
 private:
+    bool tellProgress(double done);
+    bool readCancelled = false;
     bool readNative(std::istream& in);
     bool readForeign(std::istream& in, const formats::format_row& format);
 };

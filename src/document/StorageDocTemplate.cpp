@@ -79,7 +79,7 @@ CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
     try {
         if (document->OnOpenDocument(path)) return document;
     } catch (const CException& failure) {
-        warn(failure.what());
+        if (!document->isReadCancelled()) warn(failure.what()); // who cancelled knows
     }
     deleteDocument(document);
     return nullptr;

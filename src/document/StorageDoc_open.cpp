@@ -6,6 +6,7 @@
 #include "resources/strings.h"
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -20,6 +21,40 @@ int open_error(const std::filesystem::path& path)
     if (std::filesystem::is_directory(path, error)) return EISDIR;
     return errno != 0 ? errno : ENOENT;
 }
+
+/// Readers tell their progress as often as they like; the host hears of it some twenty times a second.
+std::function<bool(double)> shown_now_and_then(CWinApp& app)
+{
+    using clock = std::chrono::steady_clock;
+    static constexpr auto pause = std::chrono::milliseconds(50);
+    return [&app, next = clock::now() + pause](double done) mutable {
+        if (clock::now() < next) return true;
+        const bool goesOn = app.host().progress(done);
+        next = clock::now() + pause;
+        return goesOn;
+    };
+}
+
+/// Sends the progress of a file to the host while it lives, where nobody else wants it.
+class shown_progress {
+public:
+    explicit shown_progress(std::function<bool(double)>& progress)
+    {
+        CWinApp* app = AfxGetApp();
+        if (progress || !app) return;
+        progress = shown_now_and_then(*app);
+        installed = &progress;
+    }
+    shown_progress(const shown_progress&) = delete;
+    shown_progress& operator=(const shown_progress&) = delete;
+    ~shown_progress()
+    {
+        if (installed) *installed = nullptr;
+    }
+
+private:
+    std::function<bool(double)>* installed = nullptr;
+};
 
 } // namespace
 
@@ -51,6 +86,7 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     displayTitle.clear();
     incomplete = true;
     const CWaitCursor wait;
+    const shown_progress shown(onReadProgress);
     in.seekg(0, std::ios::end);
     const auto end = in.tellg();
     in.seekg(0);

@@ -123,6 +123,7 @@ std::wstring CStorageDoc::askSavePath(bool replace) const
     if (replace && prompt.suggestedPath.empty())
         prompt.suggestedPath =
             GetTitle().substr(0, GetTitle().find_first_of(L" #%;/\\")) + base::widen(filterExtension);
+    prompt.extension = "spm";
     prompt.filter = std::string(filterName) + "|*" + filterExtension + "|All Files (*.*)|*.*||";
     return app->host().askSavePath(prompt).value_or(L"");
 }

@@ -2,12 +2,14 @@
 
 #include "base/text.h"
 #include "document/FileReader.h"
+#include "document/formats/zip_reader.h"
 #include "document/spmx_description.h"
-#include "document/zip_reader.h"
 
 #include <set>
 
 namespace document {
+
+using formats::zip_reader;
 
 namespace {
 

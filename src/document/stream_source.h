@@ -1,6 +1,7 @@
 #pragma once
 #include "document/formats/source.h"
 
+#include <functional>
 #include <istream>
 #include <string>
 
@@ -16,6 +17,10 @@ public:
     const std::string& name() const override { return fileName; }
     std::unique_ptr<formats::source> sibling(const std::string& fileName) override;
     std::vector<std::string> siblings() override;
+    bool progress(double done) override { return !onProgress || onProgress(done); }
+
+    /// Told how much is done; false gives up. May stay empty.
+    std::function<bool(double)> onProgress;
 
 private:
     std::istream& in;

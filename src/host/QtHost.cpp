@@ -16,9 +16,11 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTreeView>
 
 namespace {
 
@@ -48,6 +50,20 @@ QStringList name_filters(const std::string& filter)
     return out;
 }
 
+/// Sizes and dates as wide as they are, names as wide as the room allows; without the type, which the toolkit takes
+/// from the extension and has other ideas of.
+void fit_columns(const QFileDialog& dialog)
+{
+    auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (!files) return;
+    constexpr int typeColumn = 2;
+    files->setColumnHidden(typeColumn, true);
+    QHeaderView& header = *files->header();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 } // namespace
 
 CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(host::make_clipboard()), display(host::make_screen()) {}
@@ -66,7 +82,8 @@ void CQtHost::messageBox(const std::string& text, message_icon icon)
 
 bool CQtHost::askYesNo(const std::string& text)
 {
-    return QMessageBox::question(main, QStringLiteral("Velmira"), QString::fromStdString(text)) == QMessageBox::Yes;
+    return QMessageBox::question(prompt_parent(main), QStringLiteral("Velmira"), QString::fromStdString(text)) ==
+           QMessageBox::Yes;
 }
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
@@ -76,6 +93,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
     dialog.setNameFilters(name_filters(prompt.filter));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.resize(openDialogSize); // names, sizes and dates beside the preview
+    fit_columns(dialog);
     host::add_preview(dialog, prompt);
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
@@ -92,19 +110,20 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     dialog.setNameFilters(name_filters(prompt.filter));
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
+    fit_columns(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.selectedFiles().front().toStdWString();
 }
 
 void CQtHost::runDialog(CDialog& dialog)
 {
-    CFormDialog window(dialog, main);
+    CFormDialog window(dialog, prompt_parent(main));
     window.exec();
 }
 
 void CQtHost::runVariableDialog(CVarListDlg& dialog)
 {
-    CVariableDialog window(dialog, main);
+    CVariableDialog window(dialog, prompt_parent(main));
     window.exec();
 }
 

@@ -45,6 +45,7 @@ CQtTablePane::CQtTablePane(CWnd& logic_, QWidget* parent)
     search->setClearButtonEnabled(true);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->verticalHeader()->hide();
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // all lines of a long text
     table->horizontalHeader()->setStretchLastSection(true);
     connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (auto* const view = dynamic_cast<CView*>(&logic)) view->setFilter(text.toStdWString());

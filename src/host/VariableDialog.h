@@ -3,28 +3,28 @@
 
 #include <QDialog>
 
+class CVariableGrid;
 class QFileDialog;
-class QTableWidget;
 struct open_prompt;
 
 /// The widgets of a variable dialog, laid out as its layout says.
 class CVariableDialog : public QDialog {
 public:
+    /// \param model_  closes this when it ends
     CVariableDialog(CVarListDlg& model_, QWidget* parent);
 
-    QTableWidget* grid() const noexcept { return table; }
-    void refresh();
+    CVariableGrid* grid() const noexcept { return table; }
+    /// The model has ended.
+    void finish();
 
 protected:
     void done(int result) override;
 
 private:
-    void fill();
     void placeAll();
 
-    CVarListDlg& model;
-    QTableWidget* table;
-    bool filling = false;
+    CVarListDlg* model; ///< null when it has ended
+    CVariableGrid* table;
 };
 
 namespace host {

@@ -1,6 +1,7 @@
 #include "platform/DataExchange.h"
 
 #include "base/text.h"
+#include "platform/VarListCtrl.h"
 
 #include <cmath>
 
@@ -22,4 +23,18 @@ void DDX_DoublePrecText(CDataExchange* exchange, int id, double& value, int prec
     const bool isPlain = std::fabs(std::log10(value)) <= plainDecades;
     const std::string text = base::formatted(isPlain ? "%.*f" : "%.*g", precision, value);
     exchange->SetControlText(id, base::widen(text));
+}
+
+void DDX_VarList(CDataExchange* exchange, unsigned id, SPMVar* variables, int count)
+{
+    CVarListCtrl* const grid = exchange->GetVarListCtrl(id);
+    SPMVarList* const list = grid ? grid->GetVarList() : nullptr;
+    if (!list || count < 1) return;
+    if (!exchange->m_bSaveAndValidate) {
+        list->set_variables(variables, static_cast<unsigned>(count));
+        return grid->Refresh();
+    }
+    for (int i = 0; i < count; ++i)
+        if (list->get_var_i(variables[i].get_name()) != unsigned(-1))
+            variables[i] = list->get_var(variables[i].get_name());
 }

@@ -149,4 +149,7 @@ public:
     virtual int systemDpi() const { return 0; }
     /// Nested; the cursor returns with the last `false`.
     virtual void waitCursor(bool on) = 0;
+    /// Shows how much of a long task is done, 0 to 1, while the wait cursor is on, and delivers nothing but Cancel.
+    /// \return false when the user cancelled
+    virtual bool progress(double /*done*/) { return true; }
 };

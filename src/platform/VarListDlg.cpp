@@ -1,18 +1,15 @@
 #include "platform/VarListDlg.h"
 
-#include "base/option_display.h"
 #include "platform/WinApp.h"
 
 CVarListDlg::~CVarListDlg()
 {
-    if (variables) variables->RemoveFireVariableChangeHandler(this);
+    if (isOpen()) EndDialog(resultCancel);
 }
 
 void CVarListDlg::setUp(SPMVarList* list, std::istream* layoutXml, unsigned fallback, CWnd* parent)
 {
-    if (variables) variables->RemoveFireVariableChangeHandler(this);
-    variables = list;
-    variables->AddFireVariableChangeHandler(this);
+    rows.SetVarList(list);
     owner = parent;
     closedBy = 0;
     auto own = layoutXml ? platform::parse_variable_layout(*layoutXml) : std::nullopt;
@@ -28,7 +25,7 @@ bool CVarListDlg::CreateModalDlg(SPMVarList* list, std::istream* layoutXml, unsi
 int CVarListDlg::DoModal()
 {
     CWinApp* const app = AfxGetApp();
-    if (!app || !variables) return resultCancel;
+    if (!app || !rows.GetVarList()) return resultCancel;
     app->host().runVariableDialog(*this);
     if (closedBy == 0) closedBy = resultCancel; // the window went away by itself
     return closedBy;
@@ -44,33 +41,8 @@ bool CVarListDlg::CreateModelessDlg(SPMVarList* list, std::istream* layoutXml, u
 void CVarListDlg::EndDialog(int result)
 {
     closedBy = result;
-    peer.reset();
-}
-
-unsigned CVarListDlg::rowCount() const
-{
-    unsigned count = 0;
-    for (const SPMVar& variable : variables->all())
-        if (*variable.get_description()) ++count;
-    return count;
-}
-
-const SPMVar& CVarListDlg::row(unsigned index) const
-{
-    for (const SPMVar& variable : variables->all())
-        if (*variable.get_description() && index-- == 0) return variable;
-    return variables->get_var(unsigned(-1));
-}
-
-std::string CVarListDlg::rowText(unsigned index) const { return base::shown_text(*variables, row(index)); }
-
-bool CVarListDlg::edit(unsigned index, const char* text)
-{
-    SPMVar changed = row(index);
-    if (!base::take_shown_text(*variables, changed, text)) return false;
-    changed.update_timestamp();
-    variables->set_var(changed);
-    return true;
+    rows.setPeer(nullptr);
+    if (const auto ended = std::move(peer)) ended->close();
 }
 
 void CVarListDlg::press(const platform::layout_button& button)
@@ -84,9 +56,4 @@ void CVarListDlg::press(const platform::layout_button& button)
         if (handler) handler->OnCommandMessage(button.id.c_str(), this);
         break;
     }
-}
-
-void CVarListDlg::OnFireVariableChange(int, const SPMVarList*)
-{
-    if (peer) peer->refresh();
 }

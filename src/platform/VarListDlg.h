@@ -1,5 +1,5 @@
 #pragma once
-#include "base/SPMVarList.h"
+#include "platform/VarListCtrl.h"
 #include "platform/variable_layout.h"
 
 #include <istream>
@@ -22,19 +22,19 @@ protected:
 class IVarListDialogPeer {
 public:
     virtual ~IVarListDialogPeer() = default;
-    /// Shows the present values.
-    virtual void refresh() = 0;
+    /// The dialog has ended: the window goes and asks for nothing more.
+    virtual void close() = 0;
 };
 
-/// The dialog that edits a list of variables in a grid: what it shows and what edits do. A host makes the widgets. The
-/// list changes with every edit, so that those who listen follow live.
-class CVarListDlg : private SPMVarListHandler {
+/// The dialog that edits a list of variables in a grid, with the buttons of its layout. A host makes the widgets.
+class CVarListDlg {
 public:
     static constexpr int resultOk = 1, resultCancel = 2;
 
     CVarListDlg() = default;
     CVarListDlg(const CVarListDlg&) = delete;
     CVarListDlg& operator=(const CVarListDlg&) = delete;
+    /// A window that is still open goes too.
     ~CVarListDlg();
 
     /// Sets the dialog up on `list`, which must outlive it.
@@ -52,25 +52,24 @@ public:
     bool isOpen() const noexcept { return closedBy == 0; }
 
     const platform::variable_layout& layout() const noexcept { return dialogLayout; }
-    SPMVarList& list() const noexcept { return *variables; }
+    CVarListCtrl& grid() noexcept { return rows; }
+    SPMVarList& list() const noexcept { return *rows.GetVarList(); }
     CWnd* parent() const noexcept { return owner; }
 
-    /// Rows are the variables with a label, in the order of the list.
-    unsigned rowCount() const;
-    const SPMVar& row(unsigned index) const;
-    std::string rowText(unsigned index) const;
-    /// Stores what the user typed or chose. \return false, with the value as it was, when it cannot be
-    bool edit(unsigned index, const char* text);
+    // What the grid shows and takes.
+    unsigned rowCount() const { return rows.rowCount(); }
+    const SPMVar& row(unsigned index) const { return rows.row(index); }
+    std::string rowText(unsigned index) const { return rows.rowText(index); }
+    bool edit(unsigned index, const char* text) { return rows.edit(index, text); }
     /// A button of the layout was pressed.
     void press(const platform::layout_button& button);
 
     void setPeer(std::unique_ptr<IVarListDialogPeer> peer_) { peer = std::move(peer_); }
 
 private:
-    void OnFireVariableChange(int index, const SPMVarList* list) override;
     void setUp(SPMVarList* list, std::istream* layoutXml, unsigned fallback, CWnd* parent);
 
-    SPMVarList* variables = nullptr;
+    CVarListCtrl rows;
     platform::variable_layout dialogLayout;
     CVarListDlgHandler* handler = nullptr;
     CWnd* owner = nullptr;

@@ -52,6 +52,8 @@ fitted_line line_of(const row_sums& sums, std::span<const std::int16_t> row) noe
 
 constexpr std::size_t mostBlocks = 256; // so many blocks of 16-bit numbers leave the running sums within 32 bits
 
+} // namespace
+
 __attribute__((target("avx512f,avx512bw"))) row_sums sum_row_avx512(std::span<const std::int16_t> row) noexcept
 {
     constexpr std::size_t lanes = 16;
@@ -95,8 +97,6 @@ __attribute__((target("avx2"))) row_sums sum_row_avx2(std::span<const std::int16
     add_rest(total, row, blocks * lanes);
     return total;
 }
-
-} // namespace
 
 __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq"))) flattened_range
 flatten_row_avx512(std::span<const std::int16_t> row, float* out, const void* soon) noexcept

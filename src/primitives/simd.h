@@ -1,7 +1,9 @@
 #pragma once
 #include "primitives/color_map.h"
 #include "primitives/line_fit.h"
+#include "primitives/plane_moments.h"
 #include "primitives/range.h"
+#include "primitives/resample.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,9 +24,27 @@ void map_floats_avx512(std::span<const float> values, byte_window window, std::u
 void paint_32_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 void paint_24_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 
+row_sums sum_row_avx2(std::span<const std::int16_t> row) noexcept;
+row_sums sum_row_avx512(std::span<const std::int16_t> row) noexcept;
+
 /// Exact for rows of at most 2^19 values.
 flattened_range flatten_row_avx2(std::span<const std::int16_t> row, float* out) noexcept;
 flattened_range flatten_row_avx512(std::span<const std::int16_t> row, float* out, const void* soon = nullptr) noexcept;
+
+/// Sums of at most 65535 rows, column by column.
+void add_rows_avx2(const_height_block rows, std::int32_t* sums) noexcept;
+void add_rows_avx512(const_height_block rows, std::int32_t* sums) noexcept;
+/// int(sum * share + shift) - 32768 for as many as fill whole vectors. \return how many that were
+std::size_t write_means_avx2(std::span<const std::int32_t> sums, const double* share, const double* shift,
+                             std::int16_t* out) noexcept;
+std::size_t write_means_avx512(std::span<const std::int32_t> sums, const double* share, const double* shift,
+                               std::int16_t* out) noexcept;
+
+/// Adds the powers of a row without the line offset + slope * column, for as many as fill whole vectors.
+/// \return how many that were
+std::size_t add_powers_avx2(power_sums& total, std::span<const std::int16_t> row, double offset, double slope) noexcept;
+std::size_t add_powers_avx512(power_sums& total, std::span<const std::int16_t> row, double offset,
+                              double slope) noexcept;
 #endif
 
 } // namespace primitives::simd

@@ -16,19 +16,20 @@ enum text_id : unsigned { angleText = 1005, lengthText = 1006, totalText = 1012,
 
 measure_text way_text(text_id id, std::span<const CPoint> points, const sample_steps& steps)
 {
+    double length = path_length(points, steps);
+    const char* const units = default_units(steps.units.c_str(), &length);
     const text_place place = text_output_point(points);
-    const std::string text = base::formatted(string_resource(id), path_length(points, steps), steps.units.c_str());
-    return {.isVisible = true, .text = base::widen(text), .position = place.at, .alignment = place.alignment};
+    return {.isVisible = true,
+            .text = base::widen(base::formatted(string_resource(id), length, units)),
+            .position = place.at,
+            .alignment = place.alignment};
 }
 
 } // namespace
 
 sample_steps steps_of(const VLAxis& x, const VLAxis& y)
 {
-    sample_steps steps{x.scale, y.scale, {}};
-    steps.units = default_units(x.get_units(), &steps.x);
-    steps.y = convert_size(y.get_units(), steps.units.c_str(), steps.y);
-    return steps;
+    return {x.scale, convert_size(y.get_units(), x.get_units(), y.scale), x.get_units()};
 }
 
 double path_length(std::span<const CPoint> points, const sample_steps& steps) noexcept

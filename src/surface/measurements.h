@@ -7,7 +7,7 @@
 
 namespace surface {
 
-/// The steps from sample to sample, both in the unit in which that of X reads well.
+/// The steps from sample to sample, both in the unit of the X axis.
 struct sample_steps {
     double x = 1.0, y = 1.0;
     std::string units;
@@ -26,7 +26,7 @@ struct text_place {
 };
 text_place text_output_point(std::span<const CPoint> points) noexcept;
 
-// What is shown of a measurement.
+// What is shown of a measurement, lengths in the unit in which they read well.
 measure_text length_text(std::span<const CPoint> points, const sample_steps& steps);
 measure_text lengthy_object_text(std::span<const CPoint> path, const sample_steps& steps);
 measure_text angle_text(const selection_rect& first, const selection_rect& second, const sample_steps& steps);

@@ -1,1 +1,70 @@
 #include "surface/statistics.h"
+
+#include "base/VLAxis.h"
+#include "base/text.h"
+#include "base/units.h"
+#include "primitives/plane_moments.h"
+#include "resources/strings.h"
+#include "surface/selection_state.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace surface {
+
+namespace {
+
+enum text_id : unsigned { measureHeading = 1070, statisticsHeading = 1084 };
+
+std::string_view without_leading_blanks(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(" \t\r\n\v\f");
+    return first == std::string_view::npos ? std::string_view{} : text.substr(first);
+}
+
+statistics_row measured_row(std::string_view item)
+{
+    std::size_t end = item.find('=');
+    if (end == std::string_view::npos) end = item.find(':');
+    if (end == std::string_view::npos) return {std::string(item), 0.0, {}};
+    const std::string_view rest = item.substr(end + 1);
+    std::size_t used = 0;
+    const double value = base::leading_number(rest, &used).value_or(0.0);
+    return {std::string(item.substr(0, end)), value, std::string(without_leading_blanks(rest.substr(used)))};
+}
+
+} // namespace
+
+std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights)
+{
+    std::vector<statistics_row> rows{{{}, 0.0, string_resource(statisticsHeading)}};
+    if (samples.empty() || width <= 0) return rows;
+    double step = heights.scale;
+    const std::string units = default_units_z(heights.get_units(), &step);
+    const double origin = convert_size(heights.get_units(), units.c_str(), heights.start);
+    const auto [range, plane] = primitives::fit_plane(samples, width);
+    const primitives::raw_moments z = primitives::residual_moments(samples, width, plane);
+    const double rq = std::sqrt(std::max(z.m2 - z.m1 * z.m1, 0.0));
+    const double rsk = rq == 0.0 ? 0.0 : z.m3 / (rq * rq * rq), rku = rq == 0.0 ? 0.0 : z.m4 / (rq * rq * rq * rq);
+    rows.push_back({"Zmax", step * range.maximum + origin, units});
+    rows.push_back({"Zmin", step * range.minimum + origin, units});
+    rows.push_back({"Rmax", (range.maximum - range.minimum) * step, units});
+    rows.push_back({"Rq", rq * step, units});
+    rows.push_back({"Ra", z.meanDeviation * step, units});
+    rows.push_back({"Rsk", rsk, {}});
+    rows.push_back({"Rku", rku, {}});
+    return rows;
+}
+
+void add_measure_rows(std::vector<statistics_row>& rows, const measure_text& measure, int compactLength)
+{
+    if (!measure.isVisible || static_cast<std::int64_t>(measure.text.size()) < compactLength) return;
+    rows.push_back({{}, 0.0, string_resource(measureHeading)});
+    const std::string text = base::narrow(measure.text);
+    for (std::string_view item : base::split(text, ';')) {
+        item = without_leading_blanks(item);
+        if (!item.empty()) rows.push_back(measured_row(item));
+    }
+}
+
+} // namespace surface

@@ -1,8 +1,15 @@
 #pragma once
+#include <cstdint>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+class VLAxis;
+
 namespace surface {
+
+struct measure_text;
 
 /// A row of the statistics panel. Without a name it is a heading, whose text stands in `units`.
 struct statistics_row {
@@ -11,5 +18,16 @@ struct statistics_row {
     std::string units;
     bool operator==(const statistics_row&) const = default;
 };
+
+/// Heights and roughness of a whole frame under their heading: "Zmax", "Zmin" and "Rmax" of the heights as they are,
+/// "Rq", "Ra", "Rsk" and "Rku" of what is left without the best plane, the last two from moments about 0 and without
+/// a subtraction of 3. Values stand in the unit in which the step between two heights reads well.
+/// \param samples  rows of `width`; only the heading for none
+std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights);
+
+/// Adds what a measurement says under a heading of its own, a row for each item between ";": its name ends at the
+/// first "=", or else ":", then follow number and unit. An item with neither is a name with the value 0. Only a text on
+/// show, of at least `compactLength` characters: shorter ones stay on the picture.
+void add_measure_rows(std::vector<statistics_row>& rows, const measure_text& measure, int compactLength);
 
 } // namespace surface

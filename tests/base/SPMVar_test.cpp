@@ -248,4 +248,18 @@ TEST(SPMVar, StampsGrow)
     EXPECT_GT(b.update_timestamp(), first);
 }
 
+TEST(SPMVar, ConvertedNumbersRoundHalvesUpAndStayWithinTheirType)
+{
+    const double numbers[] = {0.5, -0.5, -1.5, 1.4375, -2.5625, 40000.0, -40000.0, NAN, INFINITY, -INFINITY, 32766.5};
+    const std::int16_t expected[] = {1, 0, -1, 1, -3, 32767, -32768, -32768, 32767, -32768, 32767};
+    SPMVar array;
+    array.Init("a", "a", SPM_VAR_ARRAY, static_cast<unsigned>(std::size(numbers)), 8u);
+    array.set_array_type(SPM_ARRAY_FLOAT64);
+    array.set_array(numbers, static_cast<unsigned>(std::size(numbers)), 0);
+    double low = -32768.0, high = 32767.0; // one number a step
+    array.convert_array(SPM_ARRAY_INT16, &low, &high);
+    const auto* converted = static_cast<const std::int16_t*>(array.array_data());
+    for (std::size_t i = 0; i < std::size(numbers); ++i) EXPECT_EQ(converted[i], expected[i]) << numbers[i];
+}
+
 } // namespace

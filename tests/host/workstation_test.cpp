@@ -5,6 +5,7 @@
 #include "host/QtFrame.h"
 #include "host/QtHost.h"
 #include "host/VariableDialog.h"
+#include "host/VariableGrid.h"
 #include "platform/profile_store.h"
 #include "support/temporary_folder.h"
 #include "view/ChildFrame.h"
@@ -12,14 +13,18 @@
 #include "vldv.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPointer>
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTimer>
+#include <QToolButton>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
 
@@ -248,6 +253,108 @@ TEST_F(WorkstationTest, TheVariableDialogTakesWhatIsTyped)
     settle();
     dialog.reject();
     EXPECT_EQ(model.result(), CVarListDlg::resultCancel);
+}
+
+/// Runs at the scales of the screen that the build lists.
+TEST_F(WorkstationTest, ScreenScaleKeepsDataCrispAndScalesTheHandles)
+{
+    open("a.spm");
+    EXPECT_TRUE(app.routeCommand(10121, nullptr));
+    settle();
+    const int scale = std::max(1, qEnvironmentVariableIntValue("QT_SCALE_FACTOR"));
+    ASSERT_EQ(window.devicePixelRatioF(), scale);
+    const QImage picture = shown();
+    ASSERT_EQ(picture.size(), QSize(64 + 65, 64) * scale);
+    const auto sample = [&](int x, int y) { return picture.pixel(x * scale, y * scale); };
+    int blurred = 0;
+    for (int y = 0; y < 64 * scale; ++y)
+        for (int x = 0; x < 64 * scale; ++x) blurred += picture.pixel(x, y) != sample(x / scale, y / scale);
+    EXPECT_EQ(blurred, 0) << "a sample is a block of the screen's pixels";
+    for (int x = 1; x < 64; ++x) EXPECT_NE(sample(x - 1, 0), sample(x, 0)) << x;
+
+    EXPECT_TRUE(app.routeCommand(10152, nullptr));
+    settle();
+    const QImage bar = host::widget_of(CScale::GetStaticScale())->grab().toImage();
+    ASSERT_EQ(bar.size(), QSize(256, 27) * scale);
+    const auto hasWhite = [&](int column) {
+        for (int y = 0; y < bar.height(); ++y)
+            if (bar.pixelColor(column, y) == QColor(Qt::white)) return true;
+        return false;
+    };
+    // The first handle stands at a quarter of the strip, one logical pixel wide.
+    EXPECT_FALSE(hasWhite(64 * scale - 1));
+    for (int i = 0; i < scale; ++i) EXPECT_TRUE(hasWhite(64 * scale + i)) << i;
+    EXPECT_FALSE(hasWhite(65 * scale));
+}
+
+TEST_F(WorkstationTest, TheGridKeepsItsEditorsWhileValuesChange)
+{
+    std::vector<SPMVar> rows(3);
+    rows[0].Init("a(A),int");
+    rows[1].Init("b(B),int,,,,#a*2");
+    rows[2].Init("color(Color),int,0,(1<<25)-1,hex(##)");
+    SPMVarList list;
+    list.set_variables(rows.data(), 3);
+    CVarListDlg model;
+    model.CreateModelessDlg(&list, nullptr, platform::optionsLayout, nullptr);
+    auto* const dialog = window.findChild<CVariableDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    const QPointer<CVariableDialog> alive(dialog);
+    auto* const first = qobject_cast<QLineEdit*>(dialog->grid()->cellWidget(0, 1));
+    auto* const second = qobject_cast<QLineEdit*>(dialog->grid()->cellWidget(1, 1));
+    ASSERT_TRUE(first && second);
+    dialog->activateWindow();
+    settle();
+    EXPECT_TRUE(first->hasFocus()) << "typing may begin at once";
+    first->setText("21");
+    first->setModified(true);
+    emit first->editingFinished();
+    settle();
+    EXPECT_EQ(second->text(), "42") << "follows at once";
+    EXPECT_EQ(dialog->grid()->cellWidget(0, 1), first);
+    EXPECT_TRUE(first->hasFocus());
+    second->setText("4");
+    second->setModified(true); // is being typed
+    list.set_var("color", "0x0000ff");
+    settle();
+    EXPECT_EQ(second->text(), "4");
+    auto* const patch = dialog->grid()->cellWidget(2, 1)->findChild<QToolButton*>();
+    ASSERT_NE(patch, nullptr);
+    EXPECT_EQ(patch->icon().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::red)) << "red in the low byte";
+    rows[0].Init("new(New),boolean");
+    list.set_variables(rows.data(), 1);
+    model.grid().Refresh();
+    settle();
+    ASSERT_EQ(dialog->grid()->rowCount(), 1) << "other rows, other editors";
+    EXPECT_NE(qobject_cast<QCheckBox*>(dialog->grid()->cellWidget(0, 1)), nullptr);
+    model.EndDialog(CVarListDlg::resultOk);
+    EXPECT_FALSE(dialog->isVisible()) << "the window goes with its dialog";
+    settle();
+    EXPECT_TRUE(alive.isNull());
+}
+
+TEST_F(WorkstationTest, APathIsAskedForWithItsFilter)
+{
+    std::vector<SPMVar> rows(1);
+    rows[0].Init("path(Target Path),string,filepath(\"AVI Files (*.avi)|*.avi\",1)");
+    SPMVarList list;
+    list.set_variables(rows.data(), 1);
+    CVarListDlg model;
+    model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
+    CVariableDialog dialog(model, &window);
+    QStringList filters;
+    QTimer::singleShot(0, [&] {
+        auto* const asked = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(asked, nullptr);
+        filters = asked->nameFilters();
+        EXPECT_EQ(asked->acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_EQ(asked->defaultSuffix(), "avi");
+        asked->selectFile(QString::fromStdString((folder / "film").string()));
+        QMetaObject::invokeMethod(asked, "accept");
+    });
+    dialog.grid()->cellWidget(0, 1)->findChild<QToolButton*>()->click();
+    EXPECT_EQ(filters, QStringList{"AVI Files (*.avi)"});
+    EXPECT_EQ(std::string(list["path"].as_string().c_str()), (folder / "film.avi").string());
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "platform/DataExchange.h"
+#include "platform/VarListCtrl.h"
 #include "platform/WinApp.h"
 #include "platform/dpi.h"
 #include "platform/profile_double.h"
@@ -37,6 +38,52 @@ TEST(DoublePrecText, WritesByMagnitudeAndReadsWhatItCan)
         DDX_DoublePrecText(&in, 1, value, 3);
         EXPECT_EQ(value, expected);
     }
+}
+
+struct one_grid : one_control {
+    one_grid(bool saves, CVarListCtrl& grid_) : one_control(saves), grid(grid_) {}
+    CVarListCtrl* GetVarListCtrl(unsigned id) override { return id == 5 ? &grid : nullptr; }
+    CVarListCtrl& grid;
+};
+
+SPMVar declared(const char* declaration, const char* text)
+{
+    SPMVar variable;
+    variable.Init(declaration);
+    variable.from_string(text);
+    return variable;
+}
+
+TEST(VarListExchange, GridTakesVariablesAndGivesBackWhatWasEdited)
+{
+    struct counter : IVarListPeer {
+        explicit counter(int& times_) : times(times_) {}
+        void refresh() override { ++times; }
+        int& times;
+    };
+    SPMVarList list;
+    CVarListCtrl grid;
+    int refreshed = 0;
+    grid.setPeer(std::make_unique<counter>(refreshed));
+    grid.SetVarList(&list);
+    SPMVar variables[] = {declared("width(Width, %),double,0,1,,100*##", "0.5"), declared("hidden,int", "3")};
+    one_grid out(false, grid), in(true, grid);
+    DDX_VarList(&out, 5, variables, 2);
+    EXPECT_GE(refreshed, 1);
+    ASSERT_EQ(grid.rowCount(), 1u) << "a row needs a label";
+    EXPECT_EQ(grid.rowText(0), "50");
+    EXPECT_TRUE(grid.edit(0, "25"));
+    EXPECT_FALSE(grid.edit(1, "25")) << "no such row";
+    DDX_VarList(&in, 6, variables, 2);
+    EXPECT_EQ(double(variables[0]), 0.5) << "no such grid";
+    DDX_VarList(&in, 5, variables, 2);
+    EXPECT_EQ(double(variables[0]), 0.25);
+    EXPECT_EQ(int(variables[1]), 3);
+    const int before = refreshed;
+    list.set_var("width", "0.75");
+    EXPECT_GT(refreshed, before) << "changes from elsewhere show";
+    grid.SetVarList(nullptr);
+    EXPECT_EQ(grid.rowCount(), 0u);
 }
 
 TEST(ProfileDouble, KeepsEveryDigitAndFallsBack)

@@ -38,8 +38,11 @@ TEST(ProfileProcesses, NoChangeOfOneIsLostToAnother)
             bool stored = true;
             for (int i = 0; i < changes; ++i) {
                 store.writeInt("Shared", std::to_string(program * changes + i), program);
-                stored = stored && store.flush();
+                stored = store.flush();
+                // On a slow disk the others may hold the lock for longer than one waits; the change is kept meanwhile.
+                if (!stored && !store.error().ends_with("holds the lock")) return false;
             }
+            for (int again = 0; !stored && again < programs; ++again) stored = store.flush();
             return stored;
         }));
     }

@@ -158,14 +158,14 @@ TEST(Measurements, AnglesFoldToHalfATurn)
             << each.first.x << ',' << each.first.y << " to " << each.second.x << ',' << each.second.y;
 }
 
-TEST(Measurements, StepsReadWellInOneUnit)
+TEST(Measurements, LengthsReadWell)
 {
-    const surface::sample_steps steps = surface::steps_of(VLAxis(0, 0.02, "um"), VLAxis(0, 30e-3, "um"));
-    EXPECT_EQ(steps.units, "nm");
-    EXPECT_NEAR(steps.x, 20, 1e-12);
-    EXPECT_NEAR(steps.y, 30, 1e-12);
-    EXPECT_NEAR(surface::path_length(points{{0, 0}, {3, 0}, {3, 4}}, steps), 60 + 120, 1e-9);
+    const surface::sample_steps steps = surface::steps_of(VLAxis(0, 0.02, "um"), VLAxis(0, 30, "nm"));
+    EXPECT_EQ(steps.units, "um");
+    EXPECT_NEAR(steps.y, 0.03, 1e-12);
+    EXPECT_NEAR(surface::path_length(points{{0, 0}, {3, 0}, {3, 4}}, steps), 0.06 + 0.12, 1e-12);
     EXPECT_EQ(surface::path_length(points{{3, 4}}, steps), 0.0);
+    EXPECT_EQ(surface::length_text(points{{0, 0}, {3, 0}, {3, 4}}, steps).text, L"L=180 nm");
     EXPECT_FALSE(surface::total_text(0, {10, 10}).isVisible);
 }
 

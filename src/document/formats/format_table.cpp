@@ -1,9 +1,27 @@
+#include "document/formats/aist.h"
+#include "document/formats/bcr.h"
 #include "document/formats/bmp.h"
+#include "document/formats/hdf.h"
+#include "document/formats/ibw.h"
+#include "document/formats/img.h"
 #include "document/formats/jpeg.h"
+#include "document/formats/jpk.h"
+#include "document/formats/mdt.h"
 #include "document/formats/nanoscope.h"
+#include "document/formats/nid.h"
+#include "document/formats/opd.h"
+#include "document/formats/pni.h"
 #include "document/formats/registry.h"
-#include "document/formats/tiff.h"
+#include "document/formats/scala.h"
+#include "document/formats/sm2.h"
+#include "document/formats/stp.h"
+#include "document/formats/sur.h"
 #include "document/formats/text_table.h"
+#include "document/formats/tiff.h"
+#include "document/formats/tlk.h"
+#include "document/formats/tmd.h"
+#include "document/formats/wip.h"
+#include "document/formats/wsxm.h"
 
 #include <cstring>
 #include <string_view>
@@ -28,6 +46,24 @@ constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
+    {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
+    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk},
+    {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
+    {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
+    {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},
+    {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, read_tlk},
+    {FILE_WSXM, "WSxM files", "*.to?;*.ch?", sniff_wsxm, nullptr, read_wsxm},
+    {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, read_mdt},
+    {FILE_IMG, "IMG files", "*.img", sniff_img, possible_img, read_img},
+    {FILE_BCR, "Umka files", "*.bcr", sniff_bcr, nullptr, read_bcr},
+    {FILE_IBW, "IgorPro Files", "*.ibw", sniff_ibw, possible_ibw, read_ibw},
+    {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, read_wip},
+    {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
+    {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
+    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
+    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
+    {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, read_aist},
+    {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, read_opd},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},

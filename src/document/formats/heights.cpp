@@ -2,12 +2,12 @@
 
 #include "base/six_digits.h"
 #include "base/text.h"
+#include "document/formats/stream_shape.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cmath>
 #include <limits>
-#include <new>
 
 namespace formats {
 
@@ -101,41 +101,11 @@ void fill_voids(std::span<std::int16_t> out, std::span<const double> values, con
         if (!is_measured(values[i] * scale.step + scale.offset)) out[i] = voidRaw;
 }
 
-/// The axis as given when it places samples, else one unit a sample without units.
-VLAxis usable_axis(const VLAxis& axis)
-{
-    const bool usable = is_measured(axis.start) && is_measured(axis.scale) && axis.scale != 0.0;
-    return usable ? axis : VLAxis();
-}
-
 value_scale usable_scale(value_scale scale)
 {
     if (!is_measured(scale.step) || scale.step == 0.0) scale.step = 1.0;
     if (!is_measured(scale.offset)) scale.offset = 0.0;
     return scale;
-}
-
-void add_dimension(SPMDataStream& stream, unsigned length, const VLAxis& axis)
-{
-    SPMDataStream::dimension dimension;
-    dimension.length = length;
-    dimension.set_axis(0, usable_axis(axis));
-    stream.set_dimension(stream.get_dimensions_number(), dimension);
-}
-
-/// A named stream of 16-bit samples without dimensions; the samples are not initialised.
-recorded_image make_samples(const std::string& id, const std::string& label, std::uint64_t length,
-                            const value_scale& scale)
-{
-    if (length > std::numeric_limits<unsigned>::max()) throw std::bad_array_new_length();
-    recorded_image image;
-    image.stream.Init(id.c_str(), label.c_str(), SPM_VAR_ARRAY, 0u, 2u);
-    image.stream.set_array_type(SPM_ARRAY_INT16);
-    image.stream.set_array(nullptr, static_cast<unsigned>(length), 0);
-    const value_scale usable = usable_scale(scale);
-    image.stream.values.set_axis(0, VLAxis(usable.offset, usable.step, usable.units.c_str()));
-    image.strings["\\Z scale"] = describe_scale(usable);
-    return image;
 }
 
 /// Replaces samples and value axis of `image` by these values.
@@ -177,13 +147,8 @@ long long largest_suffix(const std::string& stem, const std::vector<std::string>
 recorded_image make_image(const std::string& id, const std::string& label, const image_frame& frame,
                           const value_scale& scale)
 {
-    const std::uint64_t plane = std::uint64_t{frame.width} * frame.height;
-    if (frame.frames != 0 && plane > std::numeric_limits<unsigned>::max() / frame.frames)
-        throw std::bad_array_new_length();
-    recorded_image image = make_samples(id, label, plane * frame.frames, scale);
-    add_dimension(image.stream, frame.width, frame.x);
-    add_dimension(image.stream, frame.height, frame.y);
-    return image;
+    const extent sides[] = {{frame.width, frame.x}, {frame.height, frame.y}};
+    return make_samples(id, label, sides, frame.frames, scale);
 }
 
 recorded_image make_image_from_values(const std::string& id, const std::string& label, const image_frame& frame,
@@ -198,8 +163,8 @@ recorded_image make_curve_from_values(const std::string& id, const std::string& 
                                       const value_scale& scale, std::span<const double> values)
 {
     assert(points != 0 && values.size() % points == 0 && "whole curves");
-    recorded_image image = make_samples(id, label, values.size(), scale);
-    add_dimension(image.stream, points, x);
+    const extent length[] = {{points, x}};
+    recorded_image image = make_samples(id, label, length, static_cast<unsigned>(values.size() / points), scale);
     store_values(image, scale, values);
     return image;
 }

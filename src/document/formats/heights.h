@@ -33,8 +33,8 @@ recorded_image make_image_from_values(const std::string& id, const std::string& 
                                       const value_scale& scale, std::span<const double> values);
 
 /// A curve of equally spaced points on `x`; several sub-images when the values are a multiple of `points`.
-recorded_image make_curve_from_values(const std::string& id, const std::string& label, unsigned points,
-                                      const VLAxis& x, const value_scale& scale, std::span<const double> values);
+recorded_image make_curve_from_values(const std::string& id, const std::string& label, unsigned points, const VLAxis& x,
+                                      const value_scale& scale, std::span<const double> values);
 
 /// Makes an id from a channel name: letters, digits, "_", "." and "-" stay, other characters become "_"; never empty,
 /// never one that `used` holds already. The new id is added to `used`.

@@ -1,5 +1,6 @@
 #include "document/formats/nanoscope.h"
 
+#include "document/formats/nanoscope_force.h"
 #include "document/formats/nanoscope_header.h"
 #include "document/formats/nanoscope_image.h"
 #include "document/formats/nanoscope_recording.h"
@@ -96,8 +97,14 @@ base::read_result<recording> read_binary(source& file)
         bytesLeft -= bytes;
         images.push_back(std::move(image));
     }
-    return record_images(file, *header, std::move(images),
-                         [&](const image_group& group, const std::string& id) { return load_group(file, group, id); });
+    const bool hasForce = header->count(nanoscope_list::force_image) != 0;
+    if (images.empty() && !hasForce) return no_image_error(*header);
+    auto result = record_images(file, *header, std::move(images), [&](const image_group& group, const std::string& id) {
+        return load_group(file, group, id);
+    });
+    if (!result || !hasForce) return result;
+    if (auto problem = add_nanoscope_force(file, *header, bytesLeft, *result)) return std::move(*problem);
+    return result;
 }
 
 } // namespace

@@ -12,9 +12,10 @@ namespace formats {
 /// the reader then says so.
 bool sniff_nanoscope(std::span<const std::byte> head);
 
-/// Reads the images of a NanoScope file, header versions 2 to 10: 16-bit samples stay as they are, 32-bit ones are
-/// fitted onto 16 bits. A channel that was recorded in both directions of the fast axis becomes one image with the
-/// sub-images "Forward" and "Reverse". Files that hold force curves alone are refused.
+/// Reads images, force curves and force volumes of a NanoScope file, header versions 2 to 10: 16-bit samples stay as
+/// they are, 32-bit ones are fitted onto 16 bits. A channel that was recorded in both directions of the fast axis
+/// becomes one image with the sub-images "Forward" and "Reverse". Approach and retract are sub-images of one image, a
+/// force volume has the curve as its first dimension.
 base::read_result<recording> read_nanoscope(source& file);
 
 } // namespace formats

@@ -45,7 +45,6 @@ image_frame frame_of(const image_group& group)
 base::read_result<recording> record_images(source& file, const nanoscope_header& header,
                                            std::vector<nanoscope_image> images, const group_loader& load)
 {
-    if (images.empty()) return no_image_error(header);
     recording result;
     result.strings = document_strings(header);
     const std::vector<image_group> groups = group_directions(std::move(images));
@@ -68,12 +67,9 @@ std::string message_title(std::size_t index, const nanoscope_image& image)
 
 base::read_error no_image_error(const nanoscope_header& header)
 {
-    if (header.count(nanoscope_list::force_image) == 0)
-        return {0, "no image list in the header, which is damaged or empty"};
-    const std::string* mode = header.setting("operating mode");
-    const bool isVolume = mode && base::equal_ignoring_case(*mode, "force volume");
-    return {0, std::string("holds a NanoScope ") + (isVolume ? "force volume" : "force curve") +
-                   " without an image; only the images of this format can be opened"};
+    const bool hasForce = header.count(nanoscope_list::force_image) != 0;
+    return {0, hasForce ? "force curves as text are not supported"
+                        : "no image list in the header, which is damaged or empty"};
 }
 
 } // namespace formats

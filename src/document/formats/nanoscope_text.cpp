@@ -81,6 +81,7 @@ base::read_result<recording> read_nanoscope_text(source& file)
         if (!problem.empty()) return base::read_error{header.textLength, message_title(images.size(), image) + problem};
         images.push_back(std::move(image));
     }
+    if (images.empty()) return no_image_error(header);
     return record_images(file, header, std::move(images), [&](const image_group& group, const std::string& id) {
         return base::read_result<recorded_image>(load_group(group, id, samples));
     });

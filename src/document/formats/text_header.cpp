@@ -1,6 +1,7 @@
 #include "document/formats/text_header.h"
 
 #include "base/text.h"
+#include "document/formats/text_wyko.h"
 
 #include <algorithm>
 #include <cmath>
@@ -191,6 +192,7 @@ constexpr dialect dialects[] = {
     {"WSxM ASCII XYZ", true, fits_wsxm_grid, apply_wsxm_grid},
     {"SPIP ASCII", true, fits_spip, apply_spip},
     {"Interferometer export", true, fits_interferometer, apply_interferometer},
+    {"Wyko ASCII", true, fits_wyko, apply_wyko},
     {"Profiler", false, fits_profiler, apply_profiler},
     {"Nanonis spectrum", true, fits_nanonis, apply_nanonis},
 };
@@ -273,8 +275,7 @@ bool is_certain_header(const header_lines& lines)
 
 bool is_foreign_header(const header_lines& lines)
 {
-    return has_line(lines, 0, "Wyko ASCII Data File Format") ||
-           (has_line(lines, 0, "WSxM file copyright") && !fits_wsxm_grid(lines) && !fits_wsxm_matrix(lines));
+    return has_line(lines, 0, "WSxM file copyright") && !fits_wsxm_grid(lines) && !fits_wsxm_matrix(lines);
 }
 
 std::string_view header_end_mark(std::string_view text) noexcept

@@ -21,6 +21,8 @@ struct table_header {
     shape form = shape::open;
     /// Rows in ascending y, each in descending x; else the top row stands first.
     bool startsAtLowerRight = false;
+    /// Lines of the matrix are columns of the image from the left, each from the bottom up.
+    bool linesAreColumns = false;
     /// The first line of numbers holds how many points follow.
     bool countFirst = false;
     std::size_t columns = 0, rows = 0; ///< of the matrix; 0 when not stated

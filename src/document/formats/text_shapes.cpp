@@ -66,10 +66,23 @@ void turn_rows(number_table& table, bool startsAtLowerRight)
         for (std::size_t i = 0; i < table.rows / 2; ++i) std::swap_ranges(row(i), row(i + 1), row(table.rows - 1 - i));
 }
 
+/// Turns columns that stand as lines, left one first and each from the bottom up, into rows from the bottom up.
+void turn_columns(number_table& table)
+{
+    std::vector<double> rows(table.values.size());
+    for (std::size_t line = 0; line < table.rows; ++line)
+        for (std::size_t i = 0; i < table.columns; ++i) rows[i * table.rows + line] = table.at(line, i);
+    table.values = std::move(rows);
+    std::swap(table.columns, table.rows);
+}
+
 base::read_result<recording> matrix_image(number_table& table, const table_header& header)
 {
     if (!fits_image(table.columns, table.rows)) return refused(too_large(table.columns, table.rows));
-    turn_rows(table, header.startsAtLowerRight);
+    if (header.linesAreColumns)
+        turn_columns(table);
+    else
+        turn_rows(table, header.startsAtLowerRight);
     image_frame frame;
     frame.width = static_cast<unsigned>(table.columns);
     frame.height = static_cast<unsigned>(table.rows);

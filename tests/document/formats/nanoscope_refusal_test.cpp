@@ -44,12 +44,13 @@ TEST_P(NanoscopeRefuses, WithAReason)
     EXPECT_THAT(result.error().reason, HasSubstr(GetParam().reason));
 }
 
-std::string force_file(const char* mode)
+std::string force_file(const char* line, const char* context = "FOL")
 {
     file_parts parts;
     parts.magic = "\\*Force file list";
-    parts.scanLines.push_back(std::string("\\Operating mode: ") + mode);
-    parts.images = {{{"\\Samps/line: 4 4"}, samples16({1, 2, 3, 4, 5, 6, 7, 8}), "\\*Ciao force image list"}};
+    parts.images = {{{line, std::string("\\Start context: ") + context},
+                     samples16({1, 2, 3, 4, 5, 6, 7, 8}),
+                     "\\*Ciao force image list"}};
     return build(parts);
 }
 
@@ -84,8 +85,10 @@ INSTANTIATE_TEST_SUITE_P(
         bad_file{"NoOffset", changed("\\Data offset: 4096", "\\Data-offset: 4096"), "Data offset is missing"},
         bad_file{"LengthOfNoShape", changed("length: 16\r\n", "length: 12\r\n"), "does not fit Data length 12"},
         bad_file{"Overlap", overlapping_file(), "images overlap"},
-        bad_file{"ForceCurve", force_file("Force"), "force curve without an image"},
-        bad_file{"ForceVolume", force_file("Force Volume"), "force volume without an image"},
+        bad_file{"ForceOfNoShape", force_file("\\Samps/line: 5 4"), "do not fit Data length 16"},
+        bad_file{"ForceWithoutCount", force_file("\\Samps/line: 0 8"), "do not fit Data length 16"},
+        bad_file{"TrenchOfTooLongRows", force_file("\\x: 1", "FOLVAR"), "the count of a row exceeds"},
+        bad_file{"ForceAsText", "?*Force file list\r\n", "not a NanoScope header"},
         bad_file{"NoImage", build({}), "no image list"},
         bad_file{"TextShort",
                  "?*File list\r\n\\*Ciao image list\r\n\\Samps/line: 2\r\n\\Number of lines: 2\r\n"

@@ -213,7 +213,7 @@ TEST(Nanoscope, ImagesOfAForceVolumeAndOfAnElectrochemistryFileAreRead)
                     height_part(samples16(heights))};
     auto result = read(build(parts));
     ASSERT_TRUE(result);
-    ASSERT_EQ(result->items.size(), 1u);
+    ASSERT_EQ(result->items.size(), 2u);
     EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAreArray(heights));
     parts.magic = "\\*EC File list";
     EXPECT_TRUE(read(build(parts)));

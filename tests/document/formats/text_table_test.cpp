@@ -176,6 +176,14 @@ INSTANTIATE_TEST_SUITE_P(
                    {std::string("0 + i * 2 [") + um + "]", std::string("0 + i * 2 [") + um + "]"},
                    {{1, 2, 3, 4}},
                    "Z[rad]"},
+        table_case{"ColumnsFromTheBottomUp",
+                   "Wyko ASCII Data File Format\t0\t0\t1\nX Size\t3\nY Size\t2\nBlock Name\tType\tLength\tValue\n"
+                   "Pixel_size\t7\t4\t0.5\nAspect\t7\t4\t2\nWavelength\t7\t4\t600\nRAW_DATA\t3\t24\n"
+                   "1\t2\t\n3\t4\t\n5\t6\t\n",
+                   {3, 2},
+                   {"0 + i * 0.5 [mm]", "0 + i * 1 [mm]"},
+                   {{600, 1800, 3000, 1200, 2400, 3600}},
+                   "RAW_DATA[nm]"},
         table_case{"Profiler",
                    "um nm\n3\n0.0, 5.0\n0.5, 6.0\n1.0, 9.0\n",
                    {3},
@@ -386,8 +394,10 @@ INSTANTIATE_TEST_SUITE_P(
         bad_table{"HugeStatement", "h=4294967297 w=4294967296\npixel size=1 m\n1 2\n3 4\n",
                   "the header states 4294967296 x 4294967297 values, but 4 follow"},
         bad_table{"FewerPoints", "um um\n3\n0.0, 1.0\n1.0, 2.0\n", "cut short: 2 of 3 points"},
-        bad_table{"OtherExport", "Wyko ASCII Data File Format\t0\t0\t1\n1 2 3 4\n",
-                  "a text export that is not a table: Wyko ASCII Data File Format\t0\t0\t1"},
+        bad_table{"OtherExport", "WSxM file copyright UAM\nIV curve file\n1 2 3 4\n",
+                  "a text export that is not a table: WSxM file copyright UAM"},
+        bad_table{"FewerColumns", "Wyko ASCII Data File Format\t0\t0\t1\nX Size\t3\nY Size\t2\nRAW_DATA\n1 2\n3 4\n",
+                  "the header states 2 x 3 values, but 4 follow"},
         bad_table{"NoX", "NaN 1\nNaN 2\n", "a curve needs at least two points with x"}),
     [](const auto& each) { return std::string(each.param.name); });
 
@@ -434,7 +444,7 @@ TEST(TextTable, IsRecognisedByItsFirstLines)
         {"SPIP", "# File Format = ASCII\n# x-pixels = 256\n", true, true},
         {"interferometer", "h=305 w=75\npixel size=3.7e-7 m\n", true, true},
         {"Nanonis", "Experiment\tspectroscopy\t\n[DATA]\nBias (V)\tCurrent (A)\n1 2\n", true, true},
-        {"other writer", "Wyko ASCII Data File Format\t0\t0\t1\n", false, false},
+        {"other writer", "WSxM file copyright UAM\nIV curve file\n", false, false},
         {"plain numbers", "1 2 3\n4 5 6\n", false, true},
         {"profiler", "um um\n3\n", false, true},
         {"three notes", "# Name: a\n# Width: wide\n# Height: 2 m\n", false, true},

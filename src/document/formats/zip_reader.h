@@ -9,8 +9,9 @@
 #include <string>
 
 struct zip;
+struct libdeflate_decompressor;
 
-namespace document {
+namespace formats {
 
 /// Reads entries of a zip archive on a source. What an archive claims is checked before anything is allocated for it.
 class zip_reader {
@@ -23,14 +24,19 @@ public:
         bool isDeflated;
     };
 
-    /// Refuses truncated archives, duplicate names, names with folders in them, and sizes that no deflate stream holds.
-    static base::read_result<zip_reader> open(formats::source& file);
-    zip_reader(zip_reader&&) noexcept = default;
-    zip_reader& operator=(zip_reader&&) noexcept = default;
+    enum class names { flat, with_folders };
+
+    /// Refuses truncated archives, duplicate names, names with folders in them where they have to be flat, and sizes
+    /// that no deflate stream holds. Entries that are folders themselves are passed over.
+    static base::read_result<zip_reader> open(source& file, names allowed = names::flat);
+    zip_reader(zip_reader&&) noexcept;
+    zip_reader& operator=(zip_reader&&) noexcept;
     ~zip_reader();
 
     /// Null when there is no such entry.
     const entry* find(const std::string& name) const;
+    /// All by name, in the order of their names.
+    const std::map<std::string, entry>& all() const noexcept { return entries; }
     /// Unpacks the first `out.size()` bytes of an entry, all of it when the sizes are equal; then the checksum is
     /// verified. \return empty, or what was wrong
     std::string unpack(const entry& which, std::span<std::byte> out) const;
@@ -39,6 +45,9 @@ private:
     struct archive_close {
         void operator()(zip* archive) const noexcept;
     };
+    struct inflater_free {
+        void operator()(libdeflate_decompressor* inflater) const noexcept;
+    };
     struct source_state;
     zip_reader() = default;
     std::string unpack_whole(const entry& which, std::span<std::byte> out) const;
@@ -46,7 +55,8 @@ private:
 
     std::unique_ptr<source_state> state;
     std::unique_ptr<zip, archive_close> archive; // behind the state: it reads through it until it is closed
+    std::unique_ptr<libdeflate_decompressor, inflater_free> inflater;
     std::map<std::string, entry> entries;
 };
 
-} // namespace document
+} // namespace formats

@@ -1,19 +1,19 @@
-#include "document/zip_reader.h"
+#include "document/formats/zip_reader.h"
 
 #include <algorithm>
 #include <libdeflate.h>
 #include <vector>
 #include <zip.h>
 
-namespace document {
+namespace formats {
 
 /// What libzip's callback needs between two calls.
 struct zip_reader::source_state {
-    formats::source& file;
+    source& file;
     std::uint64_t position = 0;
     zip_error_t error{};
 
-    explicit source_state(formats::source& file_) : file(file_) { zip_error_init(&error); }
+    explicit source_state(source& file_) : file(file_) { zip_error_init(&error); }
     source_state(const source_state&) = delete;
     source_state& operator=(const source_state&) = delete;
     ~source_state() { zip_error_fini(&error); }
@@ -84,9 +84,11 @@ constexpr std::uint64_t deflateLimit = 1032;      // unpacked bytes a stored byt
 constexpr std::uint64_t smallestEntryRecord = 46; // of the central directory
 
 /// Why an entry's claims cannot be true, or empty.
-std::string refusal(const std::string& name, const zip_stat_t& stat, std::uint64_t fileSize)
+std::string refusal(const std::string& name, const zip_stat_t& stat, std::uint64_t fileSize, zip_reader::names allowed)
 {
-    if (name.find('/') != std::string::npos || name.empty()) return "the entry \"" + name + "\" names a folder";
+    const bool hasFolder = name.find('/') != std::string::npos;
+    if ((hasFolder && allowed == zip_reader::names::flat) || name.empty())
+        return "the entry \"" + name + "\" names a folder";
     if (!(stat.valid & ZIP_STAT_SIZE) || !(stat.valid & ZIP_STAT_COMP_SIZE))
         return "the entry \"" + name + "\" has no size";
     if (stat.comp_size > fileSize) return "the entry \"" + name + "\" is cut off";
@@ -99,10 +101,6 @@ struct entry_close {
     void operator()(zip_file_t* file) const noexcept { zip_fclose(file); }
 };
 using opened_entry = std::unique_ptr<zip_file_t, entry_close>;
-
-struct inflater_free {
-    void operator()(libdeflate_decompressor* inflater) const noexcept { libdeflate_free_decompressor(inflater); }
-};
 
 zip_reader::entry entry_of(std::uint64_t index, const zip_stat_t& stat)
 {
@@ -128,19 +126,26 @@ std::string read_all(zip_file_t* file, std::span<std::byte> out)
 
 void zip_reader::archive_close::operator()(zip* closed) const noexcept { zip_discard(closed); }
 
+void zip_reader::inflater_free::operator()(libdeflate_decompressor* freed) const noexcept
+{
+    libdeflate_free_decompressor(freed);
+}
+
+zip_reader::zip_reader(zip_reader&&) noexcept = default;
+zip_reader& zip_reader::operator=(zip_reader&&) noexcept = default;
 zip_reader::~zip_reader() = default;
 
-base::read_result<zip_reader> zip_reader::open(formats::source& file)
+base::read_result<zip_reader> zip_reader::open(source& file, names allowed)
 {
     zip_reader reader;
     reader.state = std::make_unique<source_state>(file);
     zip_error_t error;
     zip_error_init(&error);
-    zip_source_t* source = zip_source_function_create(source_state::call, reader.state.get(), &error);
-    if (source) reader.archive.reset(zip_open_from_source(source, ZIP_RDONLY, &error));
+    zip_source_t* bytes = zip_source_function_create(source_state::call, reader.state.get(), &error);
+    if (bytes) reader.archive.reset(zip_open_from_source(bytes, ZIP_RDONLY, &error));
     if (!reader.archive) {
         const std::string reason = zip_error_strerror(&error);
-        if (source) zip_source_free(source);
+        if (bytes) zip_source_free(bytes);
         zip_error_fini(&error);
         return base::read_error{0, "the zip directory cannot be read (" + reason + ")"};
     }
@@ -153,11 +158,14 @@ base::read_result<zip_reader> zip_reader::open(formats::source& file)
         const char* name = zip_get_name(reader.archive.get(), i, ZIP_FL_ENC_RAW);
         if (!name || zip_stat_index(reader.archive.get(), i, 0, &stat) != 0)
             return base::read_error{0, "an entry of the zip directory cannot be read"};
-        if (const std::string reason = refusal(name, stat, file.size()); !reason.empty())
+        if (const std::string reason = refusal(name, stat, file.size(), allowed); !reason.empty())
             return base::read_error{0, reason};
+        if (std::string_view(name).ends_with('/')) continue;
         if (!reader.entries.emplace(name, entry_of(i, stat)).second)
             return base::read_error{0, "the entry \"" + std::string(name) + "\" stands in the file twice"};
     }
+    reader.inflater.reset(libdeflate_alloc_decompressor());
+    if (!reader.inflater) throw std::bad_alloc();
     return reader;
 }
 
@@ -179,8 +187,6 @@ std::string zip_reader::unpack_whole(const entry& which, std::span<std::byte> ou
     if (!file) return zip_strerror(archive.get());
     std::vector<std::byte> stored(which.storedBytes);
     if (const std::string failure = read_all(file.get(), stored); !failure.empty()) return failure;
-    const std::unique_ptr<libdeflate_decompressor, inflater_free> inflater(libdeflate_alloc_decompressor());
-    if (!inflater) throw std::bad_alloc();
     // Without a place for the size, anything but exactly this many bytes is an error.
     if (libdeflate_deflate_decompress(inflater.get(), stored.data(), stored.size(), out.data(), out.size(), nullptr) !=
         LIBDEFLATE_SUCCESS)
@@ -199,4 +205,4 @@ std::string zip_reader::unpack_part(const entry& which, std::span<std::byte> out
     return {};
 }
 
-} // namespace document
+} // namespace formats

@@ -1,0 +1,17 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/recording.h"
+#include "document/formats/source.h"
+
+#include <cstddef>
+#include <span>
+
+namespace formats {
+
+/// AIST-NT files: rasters as images, both directions of a channel as one, and curves.
+base::read_result<recording> read_aist(source& file);
+
+/// The format has no mark that is sure, so its extension has to fit as well.
+bool possible_aist(std::span<const std::byte> head);
+
+} // namespace formats

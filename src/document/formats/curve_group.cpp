@@ -1,0 +1,64 @@
+#include "document/formats/curve_group.h"
+
+#include "document/formats/stream_shape.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace formats {
+
+namespace {
+
+void pad_into(std::span<double> out, const std::vector<double>& values)
+{
+    std::copy(values.begin(), values.end(), out.begin());
+    const double last = values.empty() ? 0.0 : values.back();
+    std::fill(out.begin() + static_cast<std::ptrdiff_t>(values.size()), out.end(), last);
+}
+
+} // namespace
+
+bool is_modest_padding(std::uint64_t paddedSamples, std::uint64_t samples) noexcept
+{
+    constexpr std::uint64_t spare = 1u << 20, factor = 16;
+    return paddedSamples <= spare || paddedSamples / factor <= samples;
+}
+
+bool is_modest_padding(std::span<const named_curve> curves) noexcept
+{
+    std::uint64_t longest = 0, samples = 0;
+    for (const named_curve& curve : curves) {
+        longest = std::max<std::uint64_t>(longest, curve.values.size());
+        samples += curve.values.size();
+    }
+    return is_modest_padding(longest * curves.size(), samples);
+}
+
+recorded_image make_curve_group(const std::string& id, const std::string& label, const VLAxis& x,
+                                const value_scale& scale, std::span<const named_curve> curves)
+{
+    std::size_t points = 0;
+    for (const named_curve& curve : curves) points = std::max(points, curve.values.size());
+    assert(points != 0 && "a curve with values");
+    const extent length[] = {{static_cast<unsigned>(points), x}};
+    recorded_image image =
+        make_samples(id, label, length, static_cast<unsigned>(curves.size()), scale, SPM_ARRAY_FLOAT64);
+    auto rest = elements_of<double>(image);
+    std::vector<unsigned> lengths;
+    std::vector<std::string> names;
+    std::vector<void_range> voids;
+    for (const named_curve& curve : curves) {
+        if (curve.values.empty()) voids.push_back({image.stream.array_length() - rest.size(), points});
+        pad_into(rest.first(points), curve.values);
+        rest = rest.subspan(points);
+        lengths.push_back(static_cast<unsigned>(curve.values.size()));
+        names.push_back(curve.name);
+    }
+    settle_samples(image, voids);
+    note_curve_lengths(image, static_cast<unsigned>(points), lengths);
+    if (std::any_of(names.begin(), names.end(), [](const std::string& name) { return !name.empty(); }))
+        name_subimages(image, names);
+    return image;
+}
+
+} // namespace formats

@@ -1,0 +1,80 @@
+#include "document/formats/directions.h"
+
+#include "base/text.h"
+#include "document/formats/stream_shape.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <utility>
+
+namespace formats {
+
+namespace {
+
+bool are_two_directions(const channel_plane& a, const channel_plane& b)
+{
+    const bool opposite = (a.direction == scan_direction::forward && b.direction == scan_direction::reverse) ||
+                          (a.direction == scan_direction::reverse && b.direction == scan_direction::forward);
+    return opposite && a.channel == b.channel && a.pass == b.pass && a.frame.width == b.frame.width &&
+           a.frame.height == b.frame.height && a.frame.x == b.frame.x && a.frame.y == b.frame.y &&
+           a.scale.step == b.scale.step && a.scale.offset == b.scale.offset && a.scale.units == b.scale.units;
+}
+
+} // namespace
+
+std::vector<plane_group> join_directions(std::span<const channel_plane> planes)
+{
+    std::vector<plane_group> groups;
+    std::map<std::pair<std::string, std::string>, std::vector<std::size_t>> waiting; // groups without a partner
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        auto& candidates = waiting[{planes[i].channel, planes[i].pass}];
+        const auto partner = std::find_if(candidates.begin(), candidates.end(), [&](std::size_t group) {
+            return are_two_directions(planes[groups[group].front()], planes[i]);
+        });
+        if (partner == candidates.end()) {
+            if (planes[i].direction != scan_direction::unknown) candidates.push_back(groups.size());
+            groups.push_back({i});
+            continue;
+        }
+        plane_group& joined = groups[*partner];
+        joined.insert(planes[i].direction == scan_direction::forward ? joined.begin() : joined.end(), i);
+        candidates.erase(partner);
+    }
+    return groups;
+}
+
+void name_directions(recorded_image& image, const plane_group& group)
+{
+    static const std::string names[] = {"Forward", "Reverse"};
+    if (group.size() == 2) name_subimages(image, names);
+}
+
+directed_name split_direction(const std::string& name)
+{
+    static const struct {
+        std::string_view word;
+        scan_direction direction;
+    } words[] = {{"retrace", scan_direction::reverse},  {"trace", scan_direction::forward},
+                 {"backward", scan_direction::reverse}, {"reverse", scan_direction::reverse},
+                 {"forward", scan_direction::forward},  {"fwd", scan_direction::forward},
+                 {"bwd", scan_direction::reverse}};
+    std::string_view rest = base::trimmed(name);
+    const bool isBracketed = rest.ends_with(')') || rest.ends_with(']');
+    if (isBracketed) rest.remove_suffix(1);
+    const std::string lower = base::lower_ascii(rest);
+    for (const auto& each : words) {
+        if (!lower.ends_with(each.word)) continue;
+        rest.remove_suffix(each.word.size());
+        if (isBracketed) {
+            if (!rest.ends_with('(') && !rest.ends_with('[')) break;
+            rest.remove_suffix(1);
+        }
+        while (rest.ends_with(' ') || rest.ends_with('_') || rest.ends_with('-')) rest.remove_suffix(1);
+        if (rest.empty()) break;
+        return {std::string(rest), each.direction};
+    }
+    return {std::string(base::trimmed(name)), scan_direction::unknown};
+}
+
+} // namespace formats

@@ -1,0 +1,224 @@
+#include "document/formats/ibw.h"
+
+#include "base/text.h"
+#include "base/units.h"
+#include "document/formats/curve_group.h"
+#include "document/formats/ibw_channels.h"
+#include "document/formats/ibw_header.h"
+#include "document/formats/stream_shape.h"
+
+#include <algorithm>
+
+namespace formats {
+
+namespace {
+
+VLAxis axis_of(const ibw_wave& wave, std::size_t dimension)
+{
+    return {wave.start[dimension], wave.step[dimension], wave.dimensionUnits[dimension].c_str()};
+}
+
+bool is_length(const std::string& units) { return units_convertable(units.c_str(), "m") > 0; }
+
+/// Two dimensions are an image when both are lengths or equal; else they are curves.
+bool is_image(const ibw_wave& wave)
+{
+    if (wave.dimensions.size() == 3) return true;
+    return wave.dimensions.size() == 2 && ((is_length(wave.dimensionUnits[0]) && is_length(wave.dimensionUnits[1])) ||
+                                           wave.dimensions[0] == wave.dimensions[1]);
+}
+
+std::string label_of(const ibw_wave& wave, std::size_t dimension, std::size_t item)
+{
+    const auto& labels = wave.labels[dimension];
+    return item < labels.size() ? labels[item] : std::string();
+}
+
+void add_strings(const ibw_wave& wave, std::map<std::string, std::string>& strings)
+{
+    for (const auto& [key, text] : wave.note) strings.emplace(key, text);
+    const auto text = [&](const char* key) {
+        const auto found = wave.note.find(key);
+        return found == wave.note.end() ? std::string() : found->second;
+    };
+    if (!text("Date").empty()) strings.emplace("\\Date", text("Date") + " " + text("Time"));
+    if (!text("ScanRate").empty()) strings.emplace("\\Scan rate", text("ScanRate"));
+    if (!text("ScanDown").empty()) strings.emplace("\\Frame direction", text("ScanDown") == "1" ? "Down" : "Up");
+    if (!text("SpringConstant").empty()) strings.emplace("Spring Constant", text("SpringConstant") + " N/m");
+}
+
+/// Reads the layers of a group into one image. Complex numbers give two sub-images a layer.
+base::read_result<recorded_image> load_layers(source& file, const ibw_wave& wave, const channel_plane& plane,
+                                              const plane_group& layers, const std::string& id)
+{
+    const extent sides[] = {{plane.frame.width, plane.frame.x}, {plane.frame.height, plane.frame.y}};
+    const unsigned parts = wave.isComplex ? 2 : 1;
+    recorded_image image = make_samples(id, plane.channel, sides, static_cast<unsigned>(layers.size()) * parts,
+                                        plane.scale, wave.isComplex ? SPM_ARRAY_FLOAT64 : wave.type);
+    const std::uint64_t samples = std::uint64_t{plane.frame.width} * plane.frame.height * parts;
+    const std::uint64_t bytes = samples * element_size(wave.type);
+    const std::span all(static_cast<std::byte*>(image.stream.array_data()),
+                        std::size_t{image.stream.array_length()} * element_size(image.stream.array_type()));
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        const std::uint64_t at = wave.dataAt + layers[i] * bytes;
+        const auto unreadable = base::read_error{at, "numbers cannot be read"};
+        if (!wave.isComplex) {
+            const auto out = all.subspan(static_cast<std::size_t>(i * bytes), static_cast<std::size_t>(bytes));
+            if (!file.read(at, out)) return unreadable;
+            continue;
+        }
+        std::vector<double> pairs;
+        if (!read_numbers(file, at, samples, wave.type, wave.order, pairs)) return unreadable;
+        const auto out = elements_of<double>(image).subspan(static_cast<std::size_t>(i * samples));
+        for (std::size_t k = 0; k < pairs.size(); ++k) out[k % 2 * (pairs.size() / 2) + k / 2] = pairs[k];
+    }
+    if (!wave.isComplex) to_native(all, element_size(wave.type), wave.order);
+    settle_samples(image);
+    return image;
+}
+
+base::read_result<recording> read_images(source& file, const ibw_wave& wave)
+{
+    if (!is_image_side(wave.dimensions[0]) || !is_image_side(wave.dimensions[1]))
+        return base::read_error{0, "a side of the image is above 65536"};
+    const std::size_t count = wave.dimensions.size() > 2 ? static_cast<std::size_t>(wave.dimensions[2]) : 1;
+    std::vector<channel_plane> planes;
+    for (std::size_t i = 0; i < count; ++i) {
+        const ibw_channel channel = split_ibw_channel(label_of(wave, 2, i));
+        channel_plane plane;
+        plane.channel = channel.channel.empty() ? wave.name.empty() ? "Image" : wave.name : channel.channel;
+        plane.direction = channel.direction;
+        plane.pass = channel.suffix;
+        plane.frame = {static_cast<unsigned>(wave.dimensions[0]), static_cast<unsigned>(wave.dimensions[1]), 1,
+                       axis_of(wave, 0), axis_of(wave, 1)};
+        plane.scale = {1.0, 0.0, ibw_channel_units(wave, channel.channel), "wave " + wave.name};
+        planes.push_back(std::move(plane));
+    }
+    std::vector<std::string> ids;
+    recording result;
+    for (const plane_group& group : join_directions(planes)) {
+        if (!file.progress(static_cast<double>(group.front()) / static_cast<double>(count)))
+            return base::read_error{0, "reading was cancelled"};
+        const channel_plane& plane = planes[group.front()];
+        auto image = load_layers(file, wave, plane, group, unique_id(plane.channel, ids));
+        if (!image) return image.error();
+        static const std::string complexNames[] = {"Real", "Imaginary"};
+        if (wave.isComplex && group.size() == 1)
+            name_subimages(*image, complexNames);
+        else
+            name_directions(*image, group);
+        if (group.size() == 1 && plane.direction != scan_direction::unknown)
+            image->strings["\\Line direction"] = plane.direction == scan_direction::forward ? "Trace" : "Retrace";
+        result.items.emplace_back(std::move(*image));
+    }
+    add_strings(wave, result.strings);
+    return result;
+}
+
+/// One column as its segments.
+std::vector<named_curve> cut(const std::vector<double>& values, const std::vector<ibw_segment>& segments)
+{
+    std::vector<named_curve> curves;
+    for (const ibw_segment& segment : segments) {
+        const auto first = values.begin() + static_cast<std::ptrdiff_t>(segment.first);
+        curves.push_back({segment.name, {first, first + static_cast<std::ptrdiff_t>(segment.count)}});
+    }
+    return curves;
+}
+
+/// Draws the columns of a force curve over the height sensor, else over the piezo.
+void set_parameter_streams(recording& result)
+{
+    const SPMDataStream* parameter = nullptr;
+    for (const char* name : {"Raw", "ZSnsr"})
+        for (const auto& item : result.items)
+            if (const SPMDataStream& stream = std::get<recorded_image>(item).stream;
+                std::string_view(stream.get_description()) == name)
+                parameter = &stream;
+    if (!parameter) return;
+    for (auto& item : result.items) {
+        SPMDataStream& stream = std::get<recorded_image>(item).stream;
+        const std::string_view name = stream.get_description();
+        if (name != "Raw" && name != "ZSnsr") stream.set_parameter_stream(parameter->get_name());
+    }
+}
+
+/// Columns with names are channels, others are curves of one channel.
+base::read_result<recording> read_curves(source& file, const ibw_wave& wave)
+{
+    constexpr std::size_t maxChannels = 256;
+    const auto points = static_cast<std::size_t>(wave.dimensions[0]);
+    const std::size_t columns = wave.dimensions.size() > 1 ? static_cast<std::size_t>(wave.dimensions[1]) : 1;
+    const std::size_t parts = wave.isComplex ? 2 : 1;
+    std::vector<double> all;
+    if (!read_numbers(file, wave.dataAt, wave.points * parts, wave.type, wave.order, all))
+        return base::read_error{wave.dataAt, "numbers cannot be read"};
+    const auto column = [&](std::size_t number, std::size_t part) {
+        std::vector<double> values(points);
+        for (std::size_t i = 0; i < points; ++i) values[i] = all[(number * points + i) * parts + part];
+        return values;
+    };
+    std::vector<std::string> ids;
+    recording result;
+    const auto add = [&](const std::string& label, const std::vector<named_curve>& curves) {
+        const value_scale scale{1.0, 0.0, ibw_channel_units(wave, label), "wave " + wave.name};
+        recorded_image image = make_curve_group(unique_id(label, ids), label, axis_of(wave, 0), scale, curves);
+        if (const auto spring = wave.note.find("SpringConstant");
+            label.starts_with("Defl") && spring != wave.note.end())
+            if (const auto constant = base::leading_number(spring->second);
+                constant && *constant > 0 && scale.units == "m")
+                add_calibration(image, scale, {*constant, 0.0, "N", ""});
+        result.items.emplace_back(std::move(image));
+    };
+    const std::string waveLabel = wave.name.empty() ? "Curve" : wave.name;
+    const bool areChannels = !wave.isComplex && !label_of(wave, 1, 0).empty() && columns <= maxChannels;
+    if (areChannels) {
+        const auto segments = ibw_segments(wave, points);
+        for (std::size_t i = 0; i < columns; ++i) {
+            const std::string label = label_of(wave, 1, i);
+            add(label.empty() ? waveLabel : label, cut(column(i, 0), segments));
+        }
+        set_parameter_streams(result);
+    } else {
+        std::vector<named_curve> curves;
+        for (std::size_t i = 0; i < columns; ++i)
+            for (std::size_t part = 0; part < parts; ++part) {
+                const std::string name = columns > 1 ? "Curve " + std::to_string(i + 1) : "";
+                const char* partName = wave.isComplex ? part ? "Imaginary" : "Real" : "";
+                curves.push_back({name + (name.empty() || !wave.isComplex ? "" : ", ") + partName, column(i, part)});
+            }
+        add(waveLabel, curves);
+    }
+    add_strings(wave, result.strings);
+    return result;
+}
+
+} // namespace
+
+bool sniff_ibw(std::span<const std::byte> head)
+{
+    byte_order order;
+    unsigned version = 0;
+    return is_ibw_header(head, order, version);
+}
+
+bool possible_ibw(std::span<const std::byte> head)
+{
+    base::byte_reader little(head), big(head);
+    const unsigned first = little.u16(), other = big.big<std::uint16_t>();
+    for (const unsigned version : {1u, 2u, 3u, 5u, 7u})
+        if (first == version || other == version) return true;
+    return false;
+}
+
+base::read_result<recording> read_ibw(source& file)
+{
+    const auto wave = read_ibw_wave(file);
+    if (!wave) return wave.error();
+    if (wave->isText) return base::read_error{0, "the wave holds texts, there is nothing to show"};
+    if (wave->points == 0) return base::read_error{0, "the wave holds no points, there is nothing to show"};
+    if (wave->dimensions.size() > 3) return base::read_error{0, "waves of four dimensions cannot be shown"};
+    return is_image(*wave) ? read_images(file, *wave) : read_curves(file, *wave);
+}
+
+} // namespace formats

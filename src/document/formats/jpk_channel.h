@@ -1,0 +1,34 @@
+#pragma once
+#include "document/formats/heights.h"
+#include "document/formats/jpk_properties.h"
+
+#include <string>
+#include <vector>
+
+namespace formats {
+
+/// What a segment's header says about one of its channels.
+struct jpk_channel {
+    std::string name;
+    std::string file;                      ///< relative to the segment; empty for computed data
+    SPMVarArrayType type = SPM_ARRAY_VOID; ///< of the numbers in the file
+    double encoderFactor = 1.0, encoderOffset = 0.0;
+    /// Calibrations of encoded numbers, the one to show first, the base (usually volts) among them.
+    std::vector<value_scale> slots;
+    bool isComputed = false; ///< start + i * step
+    double start = 0.0, step = 0.0;
+    std::string problem; ///< why it cannot be read, or empty
+
+    /// Calibration `slot` for raw numbers.
+    value_scale of_raw(const value_scale& slot) const;
+    bool same_encoding(const jpk_channel& other) const noexcept;
+    bool same_slots(const jpk_channel& other) const noexcept;
+};
+
+/// The channels of a segment; references in `header` are resolved already.
+std::vector<jpk_channel> read_jpk_channels(const jpk_properties& header);
+
+/// "Approach", "Retract", "Pause", "Modulation", or what the header calls it.
+std::string jpk_segment_name(const jpk_properties& header);
+
+} // namespace formats

@@ -1,0 +1,281 @@
+#include "base/text.h"
+#include "document/formats/curve_group.h"
+#include "document/formats/jpk_layout.h"
+#include "document/formats/sample_numbers.h"
+#include "document/formats/stream_shape.h"
+
+#include <algorithm>
+#include <cmath>
+
+// Turns the segments of an archive into images: one a channel, one sub-image a segment.
+
+namespace formats {
+
+namespace {
+
+/// Repeats the last of `points` numbers to the end.
+void pad(std::span<std::byte> out, std::uint64_t points, unsigned bytes)
+{
+    const std::size_t filled = static_cast<std::size_t>(points) * bytes;
+    for (std::size_t at = filled; at + bytes <= out.size(); at += bytes)
+        std::copy_n(out.begin() + static_cast<std::ptrdiff_t>(filled - bytes), bytes,
+                    out.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+/// Unpacks numbers of one part. \return empty, or what was wrong
+std::string unpack_part(const jpk_archive& archive, const jpk_channel_part& part, std::span<std::byte> out)
+{
+    const std::string name = part.segment->folder + part.channel->file;
+    const zip_reader::entry& entry = *archive.zip.find(name);
+    if (entry.bytes % element_size(part.channel->type) != 0)
+        return name + ": its size is no multiple of that of a number";
+    const std::string problem = archive.zip.unpack(entry, out);
+    if (!problem.empty()) return name + ": " + problem;
+    to_native(out, element_size(part.channel->type), byte_order::big);
+    return {};
+}
+
+/// Converts a part to physical values, of the base slot or of the one that is shown.
+std::string convert_part(const jpk_archive& archive, const jpk_channel_part& part, bool shown, std::span<double> out)
+{
+    const jpk_channel& channel = *part.channel;
+    const auto values = out.first(static_cast<std::size_t>(part.points));
+    const value_scale& slot = channel.slots.front();
+    if (channel.isComputed) {
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            out[i] = channel.start + channel.step * static_cast<double>(std::min(i, values.size() - 1));
+            if (shown) out[i] = out[i] * slot.step + slot.offset;
+        }
+        return {};
+    }
+    std::vector<std::byte> raw(static_cast<std::size_t>(part.points) * element_size(channel.type));
+    const std::string problem = unpack_part(archive, part, raw);
+    if (!problem.empty()) return problem;
+    decode_numbers(raw, channel.type, byte_order::little, values);
+    for (double& value : values) {
+        value = value * channel.encoderFactor + channel.encoderOffset;
+        if (shown) value = value * slot.step + slot.offset;
+    }
+    std::fill(out.begin() + static_cast<std::ptrdiff_t>(values.size()), out.end(), values.back());
+    return {};
+}
+
+/// Names of the segments, each once: "Pause", "Approach", "Pause 2".
+std::vector<std::string> segment_names(const jpk_archive& archive, const jpk_layout& layout)
+{
+    std::vector<std::string> names;
+    std::map<std::string, int> seen;
+    for (std::size_t s = 0; s < layout.segments; ++s) {
+        const auto curve = std::find_if(archive.curves.begin(), archive.curves.end(),
+                                        [&](const jpk_curve& each) { return each.segments.size() > s; });
+        std::string name = curve->segments[s].name;
+        if (const int count = ++seen[name]; count > 1) name += " " + std::to_string(count);
+        if (layout.columns || archive.curves.size() == 1) {
+            names.push_back(std::move(name));
+            continue;
+        }
+        for (const jpk_curve& each : archive.curves)
+            names.push_back("Curve " + std::to_string(each.number) + ", " + name);
+    }
+    return names;
+}
+
+/// Time of the samples when all segments of the archive took as long for a sample, else their number.
+VLAxis sample_axis(const jpk_archive& archive)
+{
+    double spacing = 0.0;
+    for (const jpk_curve& curve : archive.curves)
+        for (const jpk_segment& segment : curve.segments) {
+            if (!(segment.duration > 0) || segment.points == 0) return {};
+            const double own = segment.duration / static_cast<double>(segment.points);
+            if (spacing == 0.0) spacing = own;
+            if (std::fabs(own - spacing) > 1e-4 * spacing) return {};
+        }
+    return {0.0, spacing, "s"};
+}
+
+/// Makes the streams of channels.
+class channel_loader {
+public:
+    channel_loader(source& file_, const jpk_archive& archive_, const jpk_layout& layout_)
+        : file(file_),
+          archive(archive_),
+          layout(layout_),
+          names(segment_names(archive_, layout_)),
+          axis(sample_axis(archive_))
+    {
+    }
+
+    base::read_result<recorded_image> load(const jpk_channel_parts& parts, const std::string& id, double start,
+                                           double share)
+    {
+        const jpk_channel& first = *parts.first;
+        const bool isRaw = parts.sameEncoding && parts.sameSlots && !first.isComputed;
+        const bool isShown = !parts.sameSlots; // values of the base slot keep the other calibrations
+        value_scale scale = isRaw ? first.of_raw(first.slots.front()) : first.slots.front();
+        if (isShown) scale = {1.0, 0.0, scale.units, scale.origin + " of each curve"};
+        recorded_image image = make(parts, id, scale, isRaw ? first.type : SPM_ARRAY_FLOAT64);
+        std::vector<void_range> voids;
+        std::vector<unsigned> lengths;
+        for (std::size_t i = 0; i < parts.parts.size(); ++i) {
+            const jpk_channel_part& part = parts.parts[i];
+            lengths.push_back(static_cast<unsigned>(part.points));
+            if (i % 256 == 0 &&
+                !file.progress(start + share * static_cast<double>(i) / static_cast<double>(parts.parts.size())))
+                return base::read_error{0, "reading was cancelled"};
+            if (part.points == 0) {
+                voids.push_back({i * parts.longest, parts.longest});
+                continue;
+            }
+            const std::string problem = isRaw ? fill_raw(image, parts, i) : fill_values(image, parts, i, isShown);
+            if (!problem.empty()) return base::read_error{0, problem};
+        }
+        clear_voids(image, voids);
+        if (!isShown)
+            for (std::size_t i = 1; i < first.slots.size(); ++i)
+                add_calibration(image, scale, isRaw ? first.of_raw(first.slots[i]) : first.slots[i]);
+        settle_samples(image, voids);
+        note_curve_lengths(image, static_cast<unsigned>(parts.longest), lengths);
+        name_subimages(image, names);
+        return image;
+    }
+
+private:
+    recorded_image make(const jpk_channel_parts& parts, const std::string& id, const value_scale& scale,
+                        SPMVarArrayType type)
+    {
+        std::vector<extent> dimensions{{static_cast<unsigned>(parts.longest), axis}};
+        auto frames = static_cast<unsigned>(layout.segments);
+        if (layout.columns) {
+            dimensions.push_back({layout.columns, layout.x});
+            dimensions.push_back({layout.rows, layout.y});
+        } else {
+            frames *= static_cast<unsigned>(layout.curves());
+        }
+        return make_samples(id, parts.name, dimensions, frames, scale, type);
+    }
+
+    std::string fill_raw(recorded_image& image, const jpk_channel_parts& parts, std::size_t i)
+    {
+        const jpk_channel_part& part = parts.parts[i];
+        const unsigned bytes = element_size(part.channel->type);
+        const auto room = static_cast<std::size_t>(parts.longest) * bytes;
+        const std::span out(static_cast<std::byte*>(image.stream.array_data()) + i * room, room);
+        const std::string problem =
+            unpack_part(archive, part, out.first(static_cast<std::size_t>(part.points) * bytes));
+        if (problem.empty()) pad(out, part.points, bytes);
+        return problem;
+    }
+
+    std::string fill_values(recorded_image& image, const jpk_channel_parts& parts, std::size_t i, bool shown)
+    {
+        const auto room = static_cast<std::size_t>(parts.longest);
+        return convert_part(archive, parts.parts[i], shown, elements_of<double>(image).subspan(i * room, room));
+    }
+
+    static void clear_voids(recorded_image& image, std::span<const void_range> voids)
+    {
+        const std::size_t bytes = element_size(image.stream.array_type());
+        for (const void_range& each : voids)
+            std::fill_n(static_cast<std::byte*>(image.stream.array_data()) + each.first * bytes, each.count * bytes,
+                        std::byte{0});
+    }
+
+    source& file;
+    const jpk_archive& archive;
+    const jpk_layout& layout;
+    std::vector<std::string> names;
+    VLAxis axis;
+};
+
+/// How well a channel tells the position of the probe; 0 for those that do not.
+int position_rank(const std::string& name)
+{
+    static const char* const ranked[] = {"height", "head-height", "strainGaugeHeight", "capacitiveSensorHeight",
+                                         "measuredHeight"};
+    for (int i = 0; i < static_cast<int>(std::size(ranked)); ++i)
+        if (name == ranked[i]) return i + 1;
+    return base::lower_ascii(name).find("height") != std::string::npos ? -1 : 0; // smoothed copies and the like
+}
+
+/// Draws every channel of a single curve over the best position channel.
+void set_parameter_streams(recording& result)
+{
+    const SPMDataStream* best = nullptr;
+    int bestRank = 0;
+    for (const auto& item : result.items) {
+        const SPMDataStream& stream = std::get<recorded_image>(item).stream;
+        const int rank = stream.get_dimensions_number() == 1 ? position_rank(stream.get_description()) : 0;
+        if (rank > bestRank) {
+            best = &stream;
+            bestRank = rank;
+        }
+    }
+    if (!best) return;
+    for (auto& item : result.items) {
+        SPMDataStream& stream = std::get<recorded_image>(item).stream;
+        const bool isPosition = position_rank(stream.get_description()) != 0;
+        if (!isPosition && stream.array_length() == best->array_length() && stream.get_dimensions_number() == 1)
+            stream.set_parameter_stream(best->get_name());
+    }
+}
+
+/// Sensitivity and spring constant, which force analysis needs, from the conversions of the deflection.
+void add_cantilever(const jpk_channel_parts& parts, std::map<std::string, std::string>& strings)
+{
+    const value_scale *distance = nullptr, *force = nullptr;
+    for (const value_scale& slot : parts.first->slots) {
+        if (slot.units == "N") force = &slot;
+        if (slot.units == "m") distance = &slot;
+    }
+    if (!distance || parts.name.find("eflection") == std::string::npos) return;
+    strings.emplace("Sensitivity", base::general(distance->step) + " m/V");
+    if (force && distance->step != 0.0)
+        strings.emplace("Spring Constant", base::general(force->step / distance->step) + " N/m");
+}
+
+void add_header_strings(const jpk_properties& header, std::map<std::string, std::string>& strings)
+{
+    for (const auto& [key, text] : header.all())
+        if (!text.empty()) strings.emplace(key, text);
+    for (const char* key : {"force-scan-series.header.start-time", "force-scan-map.start-time",
+                            "quantitative-imaging-map.start-time", "quantitative-imaging-series.start-time"})
+        if (const std::string& date = header.value(key); !date.empty()) strings.emplace("\\Date", date);
+}
+
+} // namespace
+
+base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& archive, std::vector<std::string>& ids)
+{
+    constexpr double headerShare = 0.2;
+    const jpk_layout layout = jpk_layout_of(archive);
+    std::map<std::string, std::string> problems;
+    if (const std::string reason = unlikely_jpk_archive(file, archive, layout); !reason.empty())
+        return base::read_error{0, reason};
+    const std::vector<jpk_channel_parts> channels = collect_jpk_parts(archive, layout, problems);
+    recording result;
+    add_header_strings(archive.header, result.strings);
+    channel_loader loader(file, archive, layout);
+    for (std::size_t i = 0; i < channels.size(); ++i) {
+        const jpk_channel_parts& parts = channels[i];
+        if (!is_modest_padding(parts.longest * parts.parts.size(), parts.samples)) {
+            problems.emplace(parts.name, "curves of too different lengths");
+            continue;
+        }
+        const double share = (1.0 - headerShare) / static_cast<double>(channels.size());
+        auto image =
+            loader.load(parts, unique_id(parts.name, ids), headerShare + share * static_cast<double>(i), share);
+        if (!image) return image.error();
+        add_cantilever(parts, image->strings);
+        result.items.emplace_back(std::move(*image));
+    }
+    std::string missing;
+    for (const auto& [name, problem] : problems) missing += (missing.empty() ? "" : "; ") + name + ": " + problem;
+    if (result.items.empty())
+        return base::read_error{0, missing.empty() ? "no channel of the archive holds samples" : missing};
+    if (!missing.empty()) result.strings["Channels left out"] = missing;
+    set_parameter_streams(result);
+    return result;
+}
+
+} // namespace formats

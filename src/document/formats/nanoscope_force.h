@@ -1,0 +1,52 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/heights.h"
+#include "document/formats/nanoscope_header.h"
+#include "document/formats/source.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace formats {
+
+/// One channel of force curves: what its list, with the help of the force and scan lists, says about the samples.
+struct nanoscope_force {
+    const nanoscope_section* section = nullptr;
+    std::string channel;
+    unsigned columns = 0, rows = 0;               ///< of a force volume; 0 for a single curve
+    unsigned approach = 0, retract = 0, hold = 0; ///< samples of a curve, stored in this order
+    unsigned sampleBytes = 2;
+    bool isVariable = false; ///< rows of any length, each behind its count
+    std::uint64_t offset = 0, length = 0;
+    std::vector<value_scale> scales; ///< the one to show first
+    VLAxis ramp;                     ///< of the approach samples when they run from the free end to the contact
+    VLAxis x, y;                     ///< of a force volume
+
+    unsigned samples() const noexcept { return approach + retract + hold; }
+    std::uint64_t curves() const noexcept { return columns ? std::uint64_t{columns} * rows : 1; }
+};
+
+/// Reads counts, place, scales and axes. \return a reason why the samples cannot be there, or an empty text
+std::string describe_nanoscope_force(const nanoscope_header& header, const nanoscope_section& section,
+                                     std::uint64_t fileSize, nanoscope_force& out);
+
+/// Scales of a force channel, the one to show first: the force where spring constant and sensitivity are known, the
+/// deflection, the volts.
+std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, const nanoscope_section& section);
+
+/// The ramp as an axis of `points` samples from the free end on; index numbers when the header does not tell it.
+VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points);
+
+/// Loads the samples of a channel: one image with a sub-image for the approach and each other part of as many samples,
+/// and one for each other part. \param ids  in use already
+base::read_result<std::vector<recorded_image>> load_nanoscope_force(source& file, const nanoscope_force& channel,
+                                                                    std::vector<std::string>& ids);
+
+/// Adds all force channels of a file; a measured height becomes the parameter stream of the others.
+/// \param bytesLeft  that no image claims yet
+/// \return a reason for refusing the file, or nothing
+std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscope_header& header,
+                                                    std::uint64_t bytesLeft, recording& out);
+
+} // namespace formats

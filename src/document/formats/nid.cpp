@@ -1,0 +1,252 @@
+#include "document/formats/nid.h"
+
+#include "base/text.h"
+#include "document/formats/fixed_text.h"
+#include "document/formats/nid_channel.h"
+#include "document/formats/nid_curves.h"
+#include "document/formats/sample_numbers.h"
+#include "document/formats/stream_shape.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace formats {
+
+namespace {
+
+using string_table = std::map<std::string, std::string>;
+
+/// "D[48]*[N/m]" is "48 N/m"; other texts stay.
+std::string plain_property(const std::string& text)
+{
+    const std::size_t open = text.find('['), close = text.find(']');
+    if (open != 1 || close == std::string::npos || text.compare(close, 3, "]*[") != 0 || !text.ends_with(']'))
+        return text;
+    const std::string value = text.substr(2, close - 2), units = text.substr(close + 3, text.size() - close - 4);
+    return units.empty() ? value : value + " " + units;
+}
+
+string_table strings_of(const nid_header& header)
+{
+    string_table strings;
+    if (const nid_section* info = header.find("DataSet-Info")) {
+        for (const auto& [key, value] : info->entries) {
+            if (value.empty()) continue;
+            strings.emplace(key == "Date" ? "\\Date" : key == "Scan direction" ? "\\Scan direction" : key, value);
+        }
+        if (const std::string time = info->text("Time"); !time.empty() && strings.contains("\\Date"))
+            strings["\\Date"] += " " + time;
+    }
+    if (const nid_section* lever = header.find("DataSet\\Calibration\\Cantilever"))
+        for (const auto& [key, value] : lever->entries) strings.emplace("Cantilever " + key, plain_property(value));
+    return strings;
+}
+
+VLAxis image_axis(const nid_section& section, const char* dimension, unsigned points)
+{
+    const nid_range range = nid_dimension(section, dimension);
+    return VLAxis(range.start, range.range / points, range.units.c_str());
+}
+
+channel_plane plane_of(const nid_channel& channel)
+{
+    channel_plane plane;
+    plane.channel = channel.name;
+    plane.pass = channel.pass() + "/" + std::to_string(channel.sampleBytes);
+    plane.direction = channel.direction();
+    plane.frame = {channel.points, channel.lines, 1, image_axis(*channel.section, "Dim0", channel.points),
+                   image_axis(*channel.section, "Dim1", channel.lines)};
+    plane.scale = channel.scale;
+    return plane;
+}
+
+/// Fills a stream with the samples of several channels, one after another.
+bool read_channels(source& file, const std::vector<const nid_channel*>& channels, recorded_image& image)
+{
+    auto* out = static_cast<std::byte*>(image.stream.array_data());
+    for (const nid_channel* channel : channels) {
+        const auto bytes = static_cast<std::size_t>(channel->samples() * channel->sampleBytes);
+        if (!file.read(channel->offset, std::span(out, bytes))) return false;
+        to_native(std::span(out, bytes), channel->sampleBytes, byte_order::little);
+        out += bytes;
+    }
+    return true;
+}
+
+/// Lines above the last one measured, unless they hold something: a scan that starts again counts anew.
+template <class T>
+void add_unmeasured_lines(const nid_channel& channel, std::span<const T> samples, std::uint64_t first,
+                          std::vector<void_range>& voids)
+{
+    for (unsigned line = channel.measuredLines; line < channel.lines; ++line) {
+        const auto row = samples.subspan(std::size_t{line} * channel.points, channel.points);
+        if (std::ranges::all_of(row, [&](T sample) { return sample == row[0]; }))
+            voids.push_back({first + std::uint64_t{line} * channel.points, channel.points});
+    }
+}
+
+template <class T>
+std::vector<void_range> unmeasured_lines(const std::vector<const nid_channel*>& channels, recorded_image& image)
+{
+    std::vector<void_range> voids;
+    std::uint64_t first = 0;
+    for (const nid_channel* channel : channels) {
+        const auto samples = elements_of<T>(image).subspan(first, channel->samples());
+        add_unmeasured_lines<T>(*channel, samples, first, voids);
+        first += channel->samples();
+    }
+    return voids;
+}
+
+std::vector<void_range> find_unmeasured(const std::vector<const nid_channel*>& channels, recorded_image& image)
+{
+    switch (channels.front()->sampleBytes) {
+    case 1:
+        return unmeasured_lines<std::int8_t>(channels, image);
+    case 2:
+        return unmeasured_lines<std::int16_t>(channels, image);
+    default:
+        return unmeasured_lines<std::int32_t>(channels, image);
+    }
+}
+
+base::read_error unreadable(const nid_channel& channel)
+{
+    return {channel.offset, "samples of [" + channel.sectionName + "] cannot be read"};
+}
+
+base::read_result<recorded_image> load_image(source& file, const std::vector<const nid_channel*>& channels,
+                                             const std::string& id)
+{
+    const nid_channel& first = *channels.front();
+    const extent plane[] = {{first.points, image_axis(*first.section, "Dim0", first.points)},
+                            {first.lines, image_axis(*first.section, "Dim1", first.lines)}};
+    recorded_image image =
+        make_samples(id, first.label(), plane, static_cast<unsigned>(channels.size()), first.scale, first.type());
+    if (!read_channels(file, channels, image)) return unreadable(first);
+    settle_samples(image, find_unmeasured(channels, image));
+    return image;
+}
+
+base::read_result<recorded_image> load_curves(source& file, const std::vector<const nid_channel*>& channels,
+                                              const nid_curve_layout& layout, const std::string& id)
+{
+    const nid_channel& first = *channels.front();
+    recorded_image image =
+        make_samples(id, first.label(), layout.extents(), layout.subimages(), first.scale, first.type());
+    if (!read_channels(file, channels, image)) return unreadable(first);
+    arrange_curves(layout, image);
+    settle_samples(image);
+    name_subimages(image, layout.subimage_names(first));
+    return image;
+}
+
+/// A height that was measured, not only asked for, is what force curves are seen against.
+bool is_position_channel(const nid_channel& channel)
+{
+    return channel.is_spectroscopy() && base::lower_ascii(channel.name).find("z-axis sensor") != std::string::npos;
+}
+
+/// Reads the groups of a file one by one.
+class nid_loader {
+public:
+    nid_loader(source& file_, const nid_header& header_, const std::vector<nid_channel>& channels_)
+        : file(file_), header(header_), channels(channels_)
+    {
+    }
+
+    base::read_result<recording> load()
+    {
+        std::vector<channel_plane> planes;
+        for (const nid_channel& channel : channels) planes.push_back(plane_of(channel));
+        const auto groups = join_directions(planes);
+        for (std::size_t i = 0; i < groups.size(); ++i) {
+            if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
+                return base::read_error{0, "reading was cancelled"};
+            if (auto failure = load_group(groups[i]); !failure.reason.empty()) return failure;
+        }
+        link_positions();
+        result.strings = strings_of(header);
+        return std::move(result);
+    }
+
+private:
+    /// The curves of one shape, with what they are seen against.
+    struct curve_item {
+        std::size_t index; ///< in the recording
+        std::string shape; ///< frame, points and lines
+        bool isPosition;
+        std::string ownPositions; ///< id of the stream made from the lines' axes; may be empty
+    };
+
+    base::read_error load_group(const plane_group& group)
+    {
+        std::vector<const nid_channel*> members;
+        for (const std::size_t index : group) members.push_back(&channels[index]);
+        const nid_channel& first = *members.front();
+        const std::string id = unique_id(first.label(), ids);
+        auto image = first.is_image() ? load_image(file, members, id) : load_curve_group(members, id);
+        if (!image) return image.error();
+        if (first.is_image()) name_directions(*image, group);
+        image->strings["\\Line direction"] = first.frame;
+        result.items.emplace_back(std::move(*image));
+        return {};
+    }
+
+    base::read_result<recorded_image> load_curve_group(const std::vector<const nid_channel*>& members,
+                                                       const std::string& id)
+    {
+        const nid_channel& first = *members.front();
+        const auto layout = lay_out_curves(header, members);
+        curve_item item{0, "", is_position_channel(first), ""};
+        if (layout.hasOwnAxes) {
+            item.ownPositions = unique_id(id + "_position", ids);
+            result.items.emplace_back(make_positions(layout, first, item.ownPositions));
+        }
+        item.index = result.items.size();
+        item.shape = first.pass() + "/" + std::to_string(members.size()) + "/" + std::to_string(first.points) + "/" +
+                     std::to_string(first.lines);
+        curves.push_back(item);
+        return load_curves(file, members, layout, id);
+    }
+
+    void link_positions()
+    {
+        for (const curve_item& item : curves) {
+            const auto measured = std::ranges::find_if(
+                curves, [&](const curve_item& other) { return other.isPosition && other.shape == item.shape; });
+            auto& stream = stream_of(item);
+            if (item.isPosition || measured == curves.end())
+                stream.set_parameter_stream(item.ownPositions.c_str());
+            else
+                stream.set_parameter_stream(stream_of(*measured).get_name());
+        }
+    }
+
+    SPMDataStream& stream_of(const curve_item& item)
+    {
+        return std::get<recorded_image>(result.items[item.index]).stream;
+    }
+
+    source& file;
+    const nid_header& header;
+    const std::vector<nid_channel>& channels;
+    recording result;
+    std::vector<std::string> ids;
+    std::vector<curve_item> curves;
+};
+
+} // namespace
+
+bool sniff_nid(std::span<const std::byte> head) { return is_nid_header(as_text(head)); }
+
+base::read_result<recording> read_nid(source& file)
+{
+    const auto header = read_nid_header(file);
+    if (!header) return header.error();
+    const auto channels = find_nid_channels(*header, file.size());
+    if (!channels) return channels.error();
+    return nid_loader(file, *header, *channels).load();
+}
+
+} // namespace formats

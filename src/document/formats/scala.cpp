@@ -1,0 +1,172 @@
+#include "document/formats/scala.h"
+
+#include "base/text.h"
+#include "document/formats/directions.h"
+#include "document/formats/file_start.h"
+#include "document/formats/fixed_text.h"
+#include "document/formats/scala_data.h"
+#include "document/formats/scala_parameters.h"
+
+#include <algorithm>
+
+namespace formats {
+
+namespace {
+
+constexpr std::uint64_t largestParameterFile = 4u << 20;
+
+base::read_result<std::string> read_parameter_text(source& file)
+{
+    if (file.size() > largestParameterFile) return base::read_error{0, "too large for an Omicron parameter file"};
+    std::string text(static_cast<std::size_t>(file.size()), '\0');
+    if (!file.read(0, std::as_writable_bytes(std::span(text)))) return base::read_error{0, "cannot be read"};
+    if (!is_scala_header(text)) return base::read_error{0, "not an Omicron parameter file"};
+    return text;
+}
+
+/// The parameter file of the set that a data file belongs to.
+std::unique_ptr<source> find_parameter_file(source& data)
+{
+    const std::string wanted = data.name().substr(0, data.name().rfind('.')) + ".par";
+    for (const std::string& name : data.siblings())
+        if (base::equal_ignoring_case(name, wanted)) return data.sibling(name);
+    return nullptr;
+}
+
+/// Reads the channels of a set; what cannot be read is noted and does not stop the others.
+class scala_loader {
+public:
+    scala_loader(source& file_, std::string parameterName_, const scala_parameters& parameters_)
+        : file(file_), parameterName(std::move(parameterName_)), parameters(parameters_)
+    {
+    }
+
+    base::read_result<recording> load()
+    {
+        for (const scala_channel& channel : parameters.channels) find_channel(channel);
+        const auto groups = join_channels();
+        for (std::size_t i = 0; i < groups.size(); ++i) {
+            if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
+                return base::read_error{0, "reading was cancelled"};
+            load_group(groups[i]);
+        }
+        if (result.items.empty()) return base::read_error{0, "none of its data files can be read: " + missing};
+        result.strings = parameters.values;
+        rename("Date", "\\Date");
+        rename("Scan Direction", "\\Scan direction");
+        if (!missing.empty()) result.strings["Missing channels"] = missing;
+        return std::move(result);
+    }
+
+private:
+    struct found_channel {
+        const scala_channel* channel;
+        std::unique_ptr<source> data;
+        std::vector<extent> extents;
+    };
+
+    void note(const scala_channel& channel, const std::string& why)
+    {
+        if (!missing.empty()) missing += "; ";
+        missing += channel.label() + " (" + channel.fileName + "): " + why;
+    }
+
+    void find_channel(const scala_channel& channel)
+    {
+        auto data = find_scala_data(file, parameterName, channel);
+        if (!data) return note(channel, "there is no such file");
+        if (is_scala_points(channel)) return load_points(channel, *data);
+        auto extents = scala_extents(parameters, channel);
+        if (extents.empty()) return note(channel, "number of points, Spectroscopy Points in X or Lines in Y is 0");
+        std::uint64_t room = data->size() / 2;
+        for (const extent& each : extents) room /= each.length;
+        if (room == 0) return note(channel, "the file is cut short");
+        if (extents.size() == 2 && data->size() != std::uint64_t{2} * extents[0].length * extents[1].length)
+            return note(channel, "the file is longer than the image");
+        found.push_back({&channel, std::move(data), std::move(extents)});
+    }
+
+    void load_points(const scala_channel& channel, source& data)
+    {
+        auto images = read_scala_points(data, channel, ids);
+        if (!images) return note(channel, images.error().reason);
+        for (recorded_image& image : *images) result.items.emplace_back(std::move(image));
+    }
+
+    std::vector<plane_group> join_channels() const
+    {
+        std::vector<channel_plane> planes;
+        for (const found_channel& each : found) {
+            channel_plane plane;
+            plane.channel = each.channel->label();
+            // Curves of one shape belong together when they were taken over the same range.
+            plane.pass = each.channel->isSpectroscopy ? "spectroscopy " + std::to_string(each.extents[2].length) +
+                                                            base::shortest(each.channel->start)
+                                                      : "";
+            plane.direction = each.channel->direction;
+            plane.frame = {each.extents[0].length, each.extents[1].length, 1, each.extents[0].axis,
+                           each.extents[1].axis};
+            plane.scale = each.channel->scale;
+            planes.push_back(std::move(plane));
+        }
+        return join_directions(planes);
+    }
+
+    void load_group(const plane_group& group)
+    {
+        const found_channel& first = found[group.front()];
+        recorded_image image = make_samples(unique_id(first.channel->label(), ids), first.channel->label(),
+                                            first.extents, static_cast<unsigned>(group.size()), first.channel->scale);
+        const auto samples = elements_of<std::int16_t>(image);
+        const std::size_t frame = samples.size() / group.size();
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            const found_channel& part = found[group[i]];
+            const std::string reason = read_scala_samples(*part.data, *part.channel, samples.subspan(i * frame, frame));
+            if (!reason.empty()) return note(*part.channel, reason);
+        }
+        name_directions(image, group);
+        result.items.emplace_back(std::move(image));
+    }
+
+    void rename(const char* from, const char* to)
+    {
+        auto node = result.strings.extract(from);
+        if (node.empty()) return;
+        node.key() = to;
+        result.strings.insert(std::move(node));
+    }
+
+    source& file;
+    std::string parameterName;
+    const scala_parameters& parameters;
+    recording result;
+    std::vector<std::string> ids;
+    std::vector<found_channel> found;
+    std::string missing;
+};
+
+base::read_result<recording> read_set(source& file, source& parameterFile)
+{
+    const auto text = read_parameter_text(parameterFile);
+    if (!text) return text.error();
+    const auto parameters = parse_scala_parameters(*text);
+    if (!parameters) return parameters.error();
+    return scala_loader(file, parameterFile.name(), *parameters).load();
+}
+
+} // namespace
+
+base::read_result<recording> read_scala(source& file)
+{
+    if (is_scala_header(read_start(file, 200))) return read_set(file, file);
+    const auto beside = find_parameter_file(file);
+    if (!beside || base::equal_ignoring_case(beside->name(), file.name()))
+        return base::read_error{0, "not an Omicron parameter file, and none with its name lies beside it"};
+    return read_set(file, *beside);
+}
+
+bool sniff_scala(std::span<const std::byte> head) { return is_scala_header(as_text(head)); }
+
+bool possible_scala(std::span<const std::byte>) { return true; }
+
+} // namespace formats

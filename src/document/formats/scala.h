@@ -1,0 +1,20 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/recording.h"
+#include "document/formats/source.h"
+
+#include <cstddef>
+#include <span>
+
+namespace formats {
+
+/// Omicron SCALA measurements: a parameter file with the data files beside it, both directions of a channel as one
+/// image, spectroscopy on a grid as a volume, of single points as curves. A data file opens the whole set, too. Data
+/// files that are missing or damaged are named in the string "Missing channels".
+base::read_result<recording> read_scala(source& file);
+
+bool sniff_scala(std::span<const std::byte> head);
+/// Data files have no mark of their own: their names and the parameter file beside them tell.
+bool possible_scala(std::span<const std::byte> head);
+
+} // namespace formats

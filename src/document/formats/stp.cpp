@@ -1,0 +1,97 @@
+#include "document/formats/stp.h"
+
+#include "document/formats/file_start.h"
+#include "document/formats/fixed_text.h"
+#include "document/formats/sample_numbers.h"
+#include "document/formats/stp_header.h"
+#include "document/formats/stream_shape.h"
+
+namespace formats {
+
+namespace {
+
+constexpr std::string_view dataMark = "\r\nData_section  \r\n";
+constexpr std::uint64_t longestHeader = 16u << 20;
+
+/// Where each buffer's samples stand: one after another. A reason when the file does not hold them all.
+base::read_result<std::vector<std::uint64_t>> place_buffers(const stp_header& header, std::uint64_t start,
+                                                            std::uint64_t fileSize)
+{
+    std::vector<std::uint64_t> offsets;
+    for (const stp_buffer& buffer : header.buffers) {
+        const std::uint64_t samples = std::uint64_t{buffer.columns} * buffer.rows;
+        if (!holds_numbers(fileSize, start, samples, 2))
+            return base::read_error{start, "samples of buffer " + std::to_string(offsets.size() + 1) +
+                                               " reach beyond the end of the file, which is cut short"};
+        offsets.push_back(start);
+        start += samples * 2;
+    }
+    return offsets;
+}
+
+std::vector<plane_group> join_buffers(const stp_header& header)
+{
+    std::vector<channel_plane> planes;
+    for (const stp_buffer& buffer : header.buffers)
+        planes.push_back({buffer.label,
+                          buffer.frameDirection,
+                          buffer.direction,
+                          {buffer.columns, buffer.rows, 1, buffer.x, buffer.y},
+                          buffer.scale});
+    return join_directions(planes);
+}
+
+base::read_result<recorded_image> load_group(source& file, const stp_header& header,
+                                             const std::vector<std::uint64_t>& offsets, const plane_group& group,
+                                             const std::string& id)
+{
+    const stp_buffer& first = header.buffers[group.front()];
+    const extent plane[] = {{first.columns, first.x}, {first.rows, first.y}};
+    recorded_image image =
+        make_samples(id, first.label, plane, static_cast<unsigned>(group.size()), first.scale, SPM_ARRAY_UINT16);
+    auto samples = elements_of<std::uint16_t>(image);
+    const std::size_t frame = samples.size() / group.size();
+    for (const std::size_t index : group) {
+        const auto bytes = std::as_writable_bytes(samples.first(frame));
+        if (!file.read(offsets[index], bytes))
+            return base::read_error{offsets[index], "samples of " + first.label + " cannot be read"};
+        to_native(bytes, 2, byte_order::little);
+        samples = samples.subspan(frame);
+        image.strings.merge(std::map(header.buffers[index].strings));
+    }
+    settle_samples(image);
+    if (first.voltage) add_calibration(image, first.scale, *first.voltage);
+    name_directions(image, group);
+    return image;
+}
+
+} // namespace
+
+bool sniff_stp(std::span<const std::byte> head) { return is_stp_header(as_text(head)); }
+
+base::read_result<recording> read_stp(source& file)
+{
+    if (!is_stp_header(read_start(file, 16))) return base::read_error{0, "not a Molecular Imaging header"};
+    const auto text = read_text_before(file, dataMark, longestHeader);
+    if (!text) return text.error();
+    const auto header = parse_stp_header(*text);
+    if (!header) return header.error();
+    const auto offsets = place_buffers(*header, text->size() + dataMark.size(), file.size());
+    if (!offsets) return offsets.error();
+
+    recording result;
+    result.strings = header->strings;
+    std::vector<std::string> ids;
+    const auto groups = join_buffers(*header);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
+            return base::read_error{0, "reading was cancelled"};
+        const std::string id = unique_id(header->buffers[groups[i].front()].label, ids);
+        auto image = load_group(file, *header, *offsets, groups[i], id);
+        if (!image) return image.error();
+        result.items.emplace_back(std::move(*image));
+    }
+    return result;
+}
+
+} // namespace formats

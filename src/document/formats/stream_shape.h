@@ -1,0 +1,58 @@
+#pragma once
+#include "document/formats/heights.h"
+#include "document/formats/recording.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace formats {
+
+/// One dimension of a stream: how many samples, and where they lie.
+struct extent {
+    unsigned length = 0;
+    VLAxis axis; ///< an unusable one becomes one unit a sample
+};
+
+/// A stream named `id` and labelled `label` of `frames` sub-images with these dimensions, fastest first, its value
+/// axis and "\Z scale" set. Its elements of `type` are not initialised; numbers that are not 16-bit have to be settled
+/// with `settle_samples` when they are filled. \throws std::bad_alloc when there are more than 2^32 - 1 samples
+recorded_image make_samples(const std::string& id, const std::string& label, std::span<const extent> dimensions,
+                            unsigned frames, const value_scale& scale, SPMVarArrayType type = SPM_ARRAY_INT16);
+
+/// The elements of a stream; T must be its element type.
+template <class T>
+std::span<T> elements_of(recorded_image& image) noexcept
+{
+    return {static_cast<T*>(image.stream.array_data()), image.stream.array_length()};
+}
+
+/// Samples that were not measured.
+struct void_range {
+    std::uint64_t first = 0, count = 0;
+};
+
+/// Gives samples that were never measured (`voids`, NaN and infinities) the lowest measured value and counts them in
+/// "\Void points". Numbers of another type then become 16-bit ones: those that all fit stay as they are, others are
+/// fitted onto an axis of six digits, all values within half a step.
+void settle_samples(recorded_image& image, std::span<const void_range> voids = {});
+
+/// As above for 16-bit samples of which some raw numbers mean "not measured".
+void settle_markers(recorded_image& image, std::span<const std::int16_t> markers);
+
+/// Adds another meaning of the same raw numbers as a further value axis, which views offer as "AxisZ". `first` is the
+/// scale that the image was made with, `other` turns the same raw numbers into the other quantity.
+void add_calibration(recorded_image& image, const value_scale& first, const value_scale& other);
+
+/// Names the sub-images: "Forward", "Reverse"; "Approach", "Retract".
+void name_subimages(recorded_image& image, std::span<const std::string> names);
+
+/// Curves of a set may be shorter than the longest: their rest takes their last value, `lengths` tells in "\Curve
+/// lengths", in stored order, separated by blanks. Nothing is set when all have `points`.
+void note_curve_lengths(recorded_image& image, unsigned points, std::span<const unsigned> lengths);
+
+/// True for a side from 1 to 65536.
+bool is_image_side(std::uint64_t length) noexcept;
+
+} // namespace formats

@@ -1,0 +1,44 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/sample_numbers.h"
+#include "document/formats/source.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace formats {
+
+/// The tags of one directory of a TIFF file as they stand there, for formats that keep what matters in private tags.
+class tiff_directory {
+public:
+    bool has(unsigned tag) const { return entries.contains(tag); }
+    /// All numbers of a tag, whatever their type; empty when it is missing or a text.
+    std::vector<double> numbers(unsigned tag) const;
+    /// The first of them.
+    std::optional<double> number(unsigned tag) const;
+    /// A text up to its first zero byte, UTF-8; empty when it is missing.
+    std::string text(unsigned tag) const;
+
+private:
+    friend base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order);
+    struct entry {
+        unsigned type = 0;
+        std::uint32_t count = 0;
+        std::vector<std::byte> bytes;
+    };
+    std::map<unsigned, entry> entries;
+    byte_order order = byte_order::little;
+};
+
+/// Directories of a classic TIFF file in their order. A tag whose values do not lie in the file refuses it, and so does
+/// a chain of directories with a loop.
+base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order);
+
+/// True when the first directory lies in `head` and holds this tag.
+bool head_has_tiff_tag(std::span<const std::byte> head, unsigned tag);
+
+} // namespace formats

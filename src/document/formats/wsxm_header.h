@@ -1,0 +1,28 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "document/formats/source.h"
+#include "document/formats/text_units.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace formats {
+
+/// The text part of a WSxM file.
+struct wsxm_header {
+    std::string kind;                         ///< second line: "SxM Image file"
+    std::map<std::string, std::string> lines; ///< "General Info.Number of rows"; UTF-8
+    std::uint64_t end = 0;                    ///< of the line "[Header end]", where the data begins
+
+    /// The value of a label in its section; empty when there is none.
+    const std::string& value(const std::string& section, const std::string& label) const;
+    /// Whole numbers above 0 and up to `most`; 0 for all others.
+    std::uint64_t count(const std::string& section, const std::string& label, std::uint64_t most) const;
+    std::optional<quantity> measure(const std::string& section, const std::string& label) const;
+};
+
+base::read_result<wsxm_header> read_wsxm_header(source& file);
+
+} // namespace formats

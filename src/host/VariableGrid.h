@@ -1,0 +1,36 @@
+#pragma once
+#include "host/variable_editor.h"
+#include "platform/VarListCtrl.h"
+
+#include <QTableWidget>
+#include <string>
+#include <vector>
+
+/// The widget of a grid of variables: a row each with its label and what edits it. Values that change elsewhere appear
+/// in the widgets that are there, so that focus and what is being typed stay.
+class CVariableGrid : public QTableWidget {
+public:
+    /// \param model_  outlives this or is detached
+    explicit CVariableGrid(CVarListCtrl& model_, QWidget* parent = nullptr);
+    ~CVariableGrid() override { detach(); }
+
+    /// Asks the model for nothing more.
+    void detach();
+    void refresh();
+
+private:
+    /// What widgets are made for; another value does not make them anew.
+    struct shown_row {
+        std::string name, label;
+        SPMVarType type;
+        host::variable_editor editor;
+    };
+    bool showsSameRows() const;
+    void rebuild();
+    void showValues();
+    void followFocus(const QWidget* now);
+
+    CVarListCtrl* model;
+    std::vector<shown_row> shown;
+    bool isShowing = false;
+};

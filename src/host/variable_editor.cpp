@@ -1,0 +1,187 @@
+#include "host/variable_editor.h"
+
+#include "base/option_display.h"
+#include "platform/WinApp.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QPointer>
+#include <QToolButton>
+#include <QWheelEvent>
+#include <algorithm>
+
+namespace {
+
+using base::shown_field;
+using storing = std::function<void(const QString&)>;
+
+/// A list that the wheel turns only while it has the focus: it stands in a grid that is scrolled.
+class calm_list : public QComboBox {
+public:
+    calm_list() { setFocusPolicy(Qt::StrongFocus); }
+
+protected:
+    void wheelEvent(QWheelEvent* event) override
+    {
+        if (hasFocus())
+            QComboBox::wheelEvent(event);
+        else
+            event->ignore();
+    }
+};
+
+QString shown_text(const SPMVarList& list, const SPMVar& variable)
+{
+    return QString::fromStdString(base::shown_text(list, variable));
+}
+
+QStringList choices_of(const SPMVarList& list, const SPMVar& variable)
+{
+    QStringList out;
+    for (unsigned i = 0; i < variable.get_enum_size(); ++i) out << QString::fromUtf8(variable.get_enum_label(i));
+    for (const std::string& choice : base::shown_field_of(list, variable).choices)
+        out << QString::fromStdString(choice);
+    return out;
+}
+
+host::variable_editor make_check_box(const storing& store)
+{
+    auto* const box = new QCheckBox;
+    QObject::connect(box, &QCheckBox::toggled, box, [store](bool on) { store(on ? "true" : "false"); });
+    return {box, [box](const SPMVarList&, const SPMVar& variable) {
+                const QSignalBlocker quiet(box);
+                box->setChecked(static_cast<bool>(variable));
+            }};
+}
+
+host::variable_editor make_choice(const storing& store)
+{
+    auto* const box = new calm_list;
+    QObject::connect(box, &QComboBox::textActivated, box, store);
+    return {box, [box](const SPMVarList& list, const SPMVar& variable) {
+                const QSignalBlocker quiet(box);
+                QStringList offered;
+                for (int i = 0; i < box->count(); ++i) offered << box->itemText(i);
+                // A choice moves to another place of its variable's list; what is offered keeps its order.
+                const QStringList choices = choices_of(list, variable);
+                if (!std::is_permutation(offered.begin(), offered.end(), choices.begin(), choices.end())) {
+                    box->clear();
+                    box->addItems(choices);
+                }
+                box->setCurrentText(shown_text(list, variable));
+            }};
+}
+
+/// What the user sees of a colour; they are kept with red in the low byte.
+QColor color_in(const QString& text)
+{
+    const unsigned bgr = text.toUInt(nullptr, 0);
+    return {int(bgr & 255), int(bgr >> 8 & 255), int(bgr >> 16 & 255)};
+}
+
+void show_color(QToolButton& button, const QString& text)
+{
+    QPixmap patch(button.iconSize());
+    patch.fill(color_in(text));
+    button.setIcon(patch);
+}
+
+void ask_color(QWidget& above, const QString& before, const storing& store)
+{
+    const QColor color = QColorDialog::getColor(color_in(before), &above);
+    if (color.isValid())
+        store(QStringLiteral("0x%1").arg(color.red() | color.green() << 8 | color.blue() << 16, 0, 16));
+}
+
+/// The ending that the first pattern of a filter asks for: "Videos (*.avi)|*.avi" gives "avi".
+std::string extension_of(const std::string& filter)
+{
+    const std::size_t pattern = filter.find("|*.");
+    if (pattern == std::string::npos) return {};
+    const std::string rest = filter.substr(pattern + 3);
+    const std::string extension = rest.substr(0, rest.find_first_of("|;, "));
+    return extension == "*" ? std::string() : extension;
+}
+
+void ask_path(const shown_field& field, const QString& before, const storing& store)
+{
+    CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    const std::string filter = field.filter + "||";
+    if (field.saves) {
+        const auto path = app->host().askSavePath(
+            {.suggestedPath = before.toStdWString(), .filter = filter, .extension = extension_of(field.filter)});
+        if (path) store(QString::fromStdWString(*path));
+        return;
+    }
+    open_prompt prompt;
+    if (!before.isEmpty()) prompt.folder = QFileInfo(before).path().toStdWString();
+    prompt.filter = filter;
+    const std::vector<std::wstring> paths = app->host().askOpenPaths(prompt);
+    if (!paths.empty()) store(QString::fromStdWString(paths.front()));
+}
+
+QLineEdit* make_line(const storing& store)
+{
+    auto* const line = new QLineEdit;
+    line->setFrame(false);
+    QObject::connect(line, &QLineEdit::editingFinished, line, [line, store] {
+        if (!line->isModified()) return;
+        line->setModified(false);
+        store(line->text());
+    });
+    return line;
+}
+
+/// A line with a button that asks for a file or a colour.
+host::variable_editor make_line_with_button(const shown_field& field, const storing& store)
+{
+    auto* const both = new QWidget;
+    auto* const layout = new QHBoxLayout(both);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    auto* const line = make_line(store);
+    auto* const more = new QToolButton;
+    more->setText(QStringLiteral("..."));
+    layout->addWidget(line);
+    layout->addWidget(more);
+    both->setFocusProxy(line);
+    const bool isColor = field.what == shown_field::kind::hexadecimal;
+    QObject::connect(more, &QToolButton::clicked, both, [both = QPointer(both), line, store, field, isColor] {
+        if (isColor)
+            ask_color(*both, line->text(), store);
+        else
+            ask_path(field, line->text(), store);
+    });
+    return {both, [line, more, isColor](const SPMVarList& list, const SPMVar& variable) {
+                const QString text = shown_text(list, variable);
+                if (!line->isModified()) line->setText(text);
+                if (isColor) show_color(*more, text);
+            }};
+}
+
+host::variable_editor make_widget(const SPMVarList& list, const SPMVar& variable, const storing& store)
+{
+    if (variable.type == SPM_VAR_BOOLEAN) return make_check_box(store);
+    const shown_field field = base::shown_field_of(list, variable);
+    if (variable.type == SPM_VAR_ENUM || field.what == shown_field::kind::list) return make_choice(store);
+    if (field.what != shown_field::kind::value) return make_line_with_button(field, store);
+    auto* const line = make_line(store);
+    return {line, [line](const SPMVarList& values, const SPMVar& shown) {
+                if (!line->isModified()) line->setText(shown_text(values, shown));
+            }};
+}
+
+} // namespace
+
+host::variable_editor host::make_variable_editor(const SPMVarList& list, const SPMVar& variable, const storing& store)
+{
+    variable_editor editor = make_widget(list, variable, store);
+    editor.show(list, variable);
+    return editor;
+}

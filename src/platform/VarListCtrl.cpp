@@ -1,0 +1,52 @@
+#include "platform/VarListCtrl.h"
+
+#include "base/option_display.h"
+
+namespace {
+
+const SPMVarList& no_variables()
+{
+    static const SPMVarList none;
+    return none;
+}
+
+const SPMVarList& list_or_none(const SPMVarList* list) { return list ? *list : no_variables(); }
+
+} // namespace
+
+void CVarListCtrl::SetVarList(SPMVarList* list_)
+{
+    if (variables) variables->RemoveFireVariableChangeHandler(this);
+    variables = list_;
+    if (variables) variables->AddFireVariableChangeHandler(this);
+}
+
+unsigned CVarListCtrl::rowCount() const
+{
+    unsigned count = 0;
+    for (const SPMVar& variable : list_or_none(variables).all())
+        if (*variable.get_description()) ++count;
+    return count;
+}
+
+const SPMVar& CVarListCtrl::row(unsigned index) const
+{
+    for (const SPMVar& variable : list_or_none(variables).all())
+        if (*variable.get_description() && index-- == 0) return variable;
+    return list_or_none(variables).get_var(unsigned(-1));
+}
+
+std::string CVarListCtrl::rowText(unsigned index) const
+{
+    return base::shown_text(list_or_none(variables), row(index));
+}
+
+bool CVarListCtrl::edit(unsigned index, const char* text)
+{
+    if (index >= rowCount()) return false;
+    SPMVar changed = row(index);
+    if (!base::take_shown_text(*variables, changed, text)) return false;
+    changed.update_timestamp();
+    variables->set_var(changed);
+    return true;
+}

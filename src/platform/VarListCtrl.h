@@ -1,0 +1,45 @@
+#pragma once
+#include "base/SPMVarList.h"
+
+#include <memory>
+#include <string>
+
+/// A window of the host around a grid of variables.
+class IVarListPeer {
+public:
+    virtual ~IVarListPeer() = default;
+    /// Shows the present values.
+    virtual void refresh() = 0;
+};
+
+/// The grid that edits a list of variables: what it shows and what edits do. Rows are the variables with a label, in
+/// the order of the list, which changes with every edit, so that those who listen follow live.
+class CVarListCtrl : private SPMVarListHandler {
+public:
+    CVarListCtrl() = default;
+    CVarListCtrl(const CVarListCtrl&) = delete;
+    CVarListCtrl& operator=(const CVarListCtrl&) = delete;
+    ~CVarListCtrl() { SetVarList(nullptr); }
+
+    /// \param list_  outlives this or is taken away again; null: there are no rows
+    void SetVarList(SPMVarList* list_);
+    SPMVarList* GetVarList() const noexcept { return variables; }
+
+    unsigned rowCount() const;
+    const SPMVar& row(unsigned index) const;
+    std::string rowText(unsigned index) const;
+    /// Stores what the user typed or chose. \return false, with the value as it was, when it cannot be
+    bool edit(unsigned index, const char* text);
+
+    void setPeer(std::unique_ptr<IVarListPeer> peer_) { peer = std::move(peer_); }
+    void Refresh()
+    {
+        if (peer) peer->refresh();
+    }
+
+private:
+    void OnFireVariableChange(int, const SPMVarList*) override { Refresh(); }
+
+    SPMVarList* variables = nullptr;
+    std::unique_ptr<IVarListPeer> peer;
+};

@@ -1,0 +1,32 @@
+#pragma once
+#include "base/SPMDataStream.h"
+#include "primitives/resample.h"
+
+#include <string>
+
+class CStorageDoc;
+class CWnd;
+
+namespace surface {
+
+/// What a user chooses for an image that is to have another size.
+struct resample_choice {
+    int width = 1, height = 1; ///< samples
+    primitives::interpolation method = primitives::interpolation::nearest;
+};
+
+/// A copy of a stream of 16-bit images, every sub-image in the chosen size, its axes following: a feature keeps its
+/// place. \return the reason why it cannot be made, with `target` as it was, or empty
+std::string resample_stream(const SPMDataStream& source, const resample_choice& choice, SPMDataStream& target);
+
+/// Resamples an image of a document as a step that can be undone, and tells its views.
+/// \return the reason why nothing was changed, or empty
+std::string resample_image(CStorageDoc& document, unsigned image, const resample_choice& choice);
+
+/// Asks for size or step and method, and resamples. Sides and steps follow each other; so do both sides while
+/// proportions are kept. A refusal is told in a message box.
+/// \param axisX, axisY  of the dimensions, whose steps are shown
+/// \return whether the image was changed
+bool run_resample(CStorageDoc& document, unsigned image, unsigned axisX, unsigned axisY, CWnd* parent);
+
+} // namespace surface

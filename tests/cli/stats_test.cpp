@@ -1,0 +1,69 @@
+// `vldv stats` of a document whose figures are known.
+#include "document/fixtures.h"
+#include "platform/paths.h"
+#include "program_fixture.h"
+
+#include <cmath>
+
+namespace {
+
+using json = nlohmann::json;
+
+/// A peak of 9 on nothing in the middle of 3 x 3, then a plane; and a curve, which has no rows.
+void write_surfaces(const std::filesystem::path& path)
+{
+    CHeadlessHost host;
+    CWinApp app(host);
+    CStorageDoc document;
+    SPMDataStream surface = heights("Topo", {3, 3}, 2);
+    surface.values.set_axis(0, VLAxis(-1, 0.002, "um"));
+    auto* samples = static_cast<short*>(surface.array_data());
+    for (int i = 0; i < 18; ++i) samples[i] = static_cast<short>(i < 9 ? (i == 4 ? 9 : 0) : 10 + i % 3);
+    const SPMDataStream streams[] = {surface, heights("Curve", {5})};
+    document.AddNewImages(streams, 2);
+    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+}
+
+TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
+{
+    write_surfaces(folder / "known.spm");
+    const program_result result = vldv({"stats", "--json", "known.spm", "none.spm"});
+    EXPECT_EQ(result.status, 1) << "one file is not there";
+    const json files = json::parse(result.out)["files"];
+    ASSERT_EQ(files.size(), 2u);
+    EXPECT_TRUE(files[1].contains("error"));
+    const json& images = files[0]["images"];
+    ASSERT_EQ(images.size(), 2u);
+    // Steps of 0.002 um are 2 nm, the start is -1000 nm. The mean is 1: eight residuals are -1, one is 8.
+    const double rq = std::sqrt(8.0);
+    const std::tuple<const char*, double, const char*> expected[2][7] = {{{"Zmax", -982.0, "nm"},
+                                                                          {"Zmin", -1000.0, "nm"},
+                                                                          {"Rmax", 18.0, "nm"},
+                                                                          {"Rq", 2.0 * rq, "nm"},
+                                                                          {"Ra", 2.0 * 16.0 / 9.0, "nm"},
+                                                                          {"Rsk", 504.0 / 9.0 / (8.0 * rq), ""},
+                                                                          {"Rku", 4104.0 / 9.0 / 64.0, ""}},
+                                                                         {{"Zmax", -976.0, "nm"},
+                                                                          {"Zmin", -980.0, "nm"},
+                                                                          {"Rmax", 4.0, "nm"},
+                                                                          {"Rq", 0.0, "nm"},
+                                                                          {"Ra", 0.0, "nm"},
+                                                                          {"Rsk", 0.0, ""},
+                                                                          {"Rku", 0.0, ""}}};
+    for (std::size_t sub = 0; sub < 2; ++sub) {
+        EXPECT_EQ(images[sub]["id"], "Topo");
+        EXPECT_EQ(images[sub]["subimage"], sub);
+        ASSERT_EQ(images[sub]["rows"].size(), 7u);
+        for (std::size_t i = 0; i < 7; ++i) {
+            const auto& [name, value, units] = expected[sub][i];
+            const json& row = images[sub]["rows"][i];
+            EXPECT_EQ(row["name"], name);
+            EXPECT_NEAR(row["value"].get<double>(), value, 1e-9) << name;
+            EXPECT_EQ(row["units"], units) << name;
+        }
+    }
+    EXPECT_NE(vldv({"stats", "known.spm"}).out.find("    Zmax: -982 nm\n"), std::string::npos);
+    EXPECT_EQ(vldv({"stats"}).status, 2);
+}
+
+} // namespace

@@ -1,0 +1,194 @@
+#include "bytes.h"
+#include "document/formats/ibw.h"
+#include "recorded_values.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace formats;
+
+/// A wave of version 5, little-endian, with a checksum that fits.
+struct wave {
+    unsigned type = 2;
+    std::vector<unsigned> dimensions;
+    std::string numbers, units = "m", xUnits, yUnits, note, footer;
+    std::vector<std::string> labels[4]; ///< of the items
+    int statedPoints = -1;
+    double step = 0.5, start = 3;
+
+    std::string bytes() const
+    {
+        unsigned points = dimensions.empty() ? 0 : 1;
+        for (const unsigned each : dimensions) points *= each;
+        std::string labelTexts, labelSizes;
+        for (const auto& each : labels) {
+            std::string text(each.empty() ? 0 : 32, '\0');
+            for (std::string label : each) {
+                label.resize(32, '\0');
+                text += label;
+            }
+            labelSizes += le32(text.size());
+            labelTexts += text;
+        }
+        const auto padded = [](const std::string& text, std::size_t size) {
+            return text + std::string(size - text.size(), '\0');
+        };
+        std::string head = le16(5) + le16(0) + le32(320 + numbers.size()) + le32(0) + le32(note.size()) + le32(0) +
+                           std::string(16, '\0') + labelSizes + std::string(12, '\0');
+        head =
+            padded(head, 64 + 12) + le32(statedPoints < 0 ? points : static_cast<unsigned>(statedPoints)) + le16(type);
+        head = padded(head, 92) + padded("made", 40);
+        for (std::size_t i = 0; i < 4; ++i) head += le32(i < dimensions.size() ? dimensions[i] : 0);
+        for (int i = 0; i < 4; ++i) head += le_double(step);
+        for (int i = 0; i < 4; ++i) head += le_double(start);
+        head += padded(units, 4) + padded(xUnits, 4) + padded(yUnits, 4);
+        head = padded(head, 384);
+        unsigned sum = 0;
+        for (std::size_t i = 0; i < head.size(); i += 2)
+            sum += static_cast<unsigned char>(head[i]) + 256u * static_cast<unsigned char>(head[i + 1]);
+        head.replace(2, 2, le16(0x10000u - (sum & 0xFFFF)));
+        return head + numbers + note + labelTexts + footer;
+    }
+};
+
+std::string floats(std::initializer_list<float> numbers)
+{
+    std::string text;
+    for (const float number : numbers) text += le_float(number);
+    return text;
+}
+
+base::read_result<recording> read(const wave& made)
+{
+    const std::string bytes = made.bytes();
+    memory_source source(std::as_bytes(std::span(bytes)));
+    return read_ibw(source);
+}
+
+TEST(Ibw, LayersAreChannelsAndDirectionsShareAnImage)
+{
+    wave made;
+    made.dimensions = {2, 1, 3};
+    made.numbers = floats({1, 2, 5, 6, 3, 4});
+    made.labels[2] = {"HeightTrace", "PhaseTrace", "HeightRetrace"};
+    made.xUnits = made.yUnits = "m";
+    made.footer = "IsImage:1; 0312 MFP3D";
+    made.note = "ScanRate: 2\rDate: 2021-10-11\rTime: 10:00\rScanRate@Line: 4\r";
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 3, 4}));
+    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Reverse");
+    EXPECT_STREQ(item(*result, 0).stream.values.get_axis(0).get_units(), "m");
+    EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "\u00B0");
+    EXPECT_EQ(item(*result, 0).stream.get_dimension(0).get_axis(0), VLAxis(3, 0.5, "m"));
+    EXPECT_EQ(result->strings.at("\\Scan rate"), "2");
+    EXPECT_EQ(result->strings.at("\\Date"), "2021-10-11 10:00");
+}
+
+TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
+{
+    wave made;
+    made.dimensions = {5, 2};
+    made.numbers = floats({1, 2, 3, 2, 1, 10, 20, 30, 25, 15});
+    made.labels[1] = {"Defl", "ZSnsr"};
+    made.xUnits = "s";
+    made.footer = "Force";
+    made.note = "Indexes: 0,3,4,\rDirection: Nan,1,-1,\rSpringConstant: 2\r";
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image& deflection = item(*result, 0);
+    EXPECT_EQ(physical(deflection.stream), (std::vector<double>{1, 2, 3, 2, 1, 1}));
+    EXPECT_EQ(deflection.strings.at("\\Curve lengths"), "3 2");
+    EXPECT_STREQ(deflection.stream.subimage_names()[0].text, "Approach");
+    EXPECT_STREQ(deflection.stream.subimage_names()[1].text, "Retract");
+    EXPECT_STREQ(deflection.stream.get_parameter_stream(), item(*result, 1).stream.get_name());
+    ASSERT_EQ(deflection.stream.values.get_axes_number(), 2u);
+    EXPECT_EQ(deflection.stream.values.get_axis(1), VLAxis(0, 2, "N"));
+}
+
+TEST(Ibw, NumbersOfEveryTypeAndComplexOnesAreRead)
+{
+    const struct {
+        unsigned type;
+        std::string numbers;
+    } rows[] = {
+        {2, floats({1, 2, 3})},
+        {4, le_double(1) + le_double(2) + le_double(3)},
+        {8, "\1\2\3"},
+        {72, "\1\2\3"},
+        {16, le16(1) + le16(2) + le16(3)},
+        {80, le16(1) + le16(2) + le16(3)},
+        {32, le32(1) + le32(2) + le32(3)},
+        {96, le32(1) + le32(2) + le32(3)},
+    };
+    wave made;
+    made.dimensions = {3};
+    for (const auto& row : rows) {
+        made.type = row.type;
+        made.numbers = row.numbers;
+        const auto result = read(made);
+        ASSERT_TRUE(result) << row.type << result.error().reason;
+        EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 3})) << row.type;
+    }
+    made.type = 3;
+    made.numbers = floats({1, 10, 2, 20, 3, 30});
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 3, 10, 20, 30}));
+    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Imaginary");
+}
+
+TEST(Ibw, UnnamedColumnsAreCurvesOfOneImage)
+{
+    wave made;
+    made.dimensions = {3, 2};
+    made.numbers = floats({1, 2, 3, 4, 5, 6});
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(item(*result, 0).stream.get_dimensions_number(), 1u);
+    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Curve 2");
+}
+
+TEST(Ibw, WhatCannotBeIsRefusedWithItsReason)
+{
+    wave good;
+    good.dimensions = {3};
+    good.numbers = floats({1, 2, 3});
+    const auto changed = [&](auto change) {
+        wave copy = good;
+        change(copy);
+        return copy.bytes();
+    };
+    std::string wrongSum = good.bytes();
+    wrongSum[100] ^= 1;
+    const struct {
+        std::string bytes, reason;
+    } rows[] = {
+        {wrongSum, "checksum"},
+        {"\7", "version number"},
+        {good.bytes().substr(0, 300), "cut short"},
+        {good.bytes().substr(0, 390), "beyond the end"},
+        {changed([](wave& w) { w.statedPoints = 4; }), "product of the dimensions"},
+        {changed([](wave& w) { w.dimensions = {4}; }), "stated size"},
+        {changed([](wave& w) { w.dimensions = {65536, 65536, 65536}; }), "too large"},
+        {changed([](wave& w) { w.dimensions = {0x80000000u}; }), "negative"},
+        {changed([](wave& w) { w.type = 7; }), "type of the numbers"},
+        {changed([](wave& w) { w.type = 0; }), "texts"},
+        {changed([](wave& w) {
+             w.dimensions = {};
+             w.numbers.clear();
+         }),
+         "no points"},
+        {changed([](wave& w) { w.dimensions = {1, 1, 1, 3}; }), "four dimensions"},
+    };
+    for (const auto& row : rows) {
+        memory_source source(std::as_bytes(std::span(row.bytes)));
+        const auto result = read_ibw(source);
+        ASSERT_FALSE(result) << row.reason;
+        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
+    }
+}
+
+} // namespace

@@ -1,0 +1,150 @@
+#include "bytes.h"
+#include "document/formats/img.h"
+#include "document/formats/registry.h"
+#include "recorded_values.h"
+#include "support/manifest.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+// No real sample of these formats is known: the files are made from their layouts.
+
+namespace {
+
+using namespace formats;
+
+base::read_result<recording> read(const std::string& bytes)
+{
+    memory_source source(std::as_bytes(std::span(bytes)));
+    return read_img(source);
+}
+
+/// Writes pieces at their places of a header.
+class header_maker {
+public:
+    explicit header_maker(std::size_t size) : bytes(size, '\0') {}
+    header_maker& put(std::size_t at, const std::string& piece)
+    {
+        bytes.replace(at, piece.size(), piece);
+        return *this;
+    }
+    std::string bytes;
+};
+
+/// Turbo Pascal's real: exponent + 129, mantissa of 39 bits behind a leading 1, sign in the top bit.
+std::string real48(double value)
+{
+    if (value == 0) return std::string(6, '\0');
+    int exponent = 0;
+    const double mantissa = 2 * std::frexp(std::fabs(value), &exponent) - 1; // [0, 1)
+    const auto bits = static_cast<std::uint64_t>(std::ldexp(mantissa, 39));
+    return little_endian(static_cast<std::uint64_t>(exponent + 128), 1) +
+           little_endian(bits | (value < 0 ? 1ull << 39 : 0), 5);
+}
+
+std::string pascal(const std::string& text) { return little_endian(text.size(), 1) + text; }
+
+const std::string six = le16(1) + le16(2) + le16(3) + le16(4) + le16(5) + le16(0x10000 - 6);
+
+std::string burleigh(unsigned type)
+{
+    return le_float(2.1f) + le16(3) + le16(2) + six + std::string(12, '\0') + le32(9000) + le32(3000) + le32(4095) +
+           le16(7) + le16(2) + le16(type) + le16(1) + le_float(0.5f) + le_float(1.5f);
+}
+
+std::string dme()
+{
+    // Offsets follow from the fields' sizes one after another.
+    return header_maker(4048)
+               .put(0, "RSCOPE" + le16(3) + le16(4) + le16(4048) + le32(2 * 4 * 2) + "01.02.1999 10:11")
+               .put(33, pascal("note"))
+               .put(306, le32(3) + le32(2) + real48(300) + real48(100) + real48(-50) + real48(0) + pascal("title"))
+               .put(682, real48(2) + real48(1) + real48(5))
+               .put(4042, real48(0.5))
+               .bytes +
+           six + le16(0x0F0 + 1) + le16(0);
+}
+
+std::string sicm(const std::string& mode)
+{
+    return header_maker(830)
+               .put(0, le16(50) + le16(3) + le16(2) + real48(4) + real48(8) + real48(10))
+               .put(42, real48(1023.96875)) // times 4 * 8 is 32767
+               .put(56, real48(600))
+               .put(156, pascal("today"))
+               .put(666, pascal(mode))
+               .bytes +
+           six;
+}
+
+std::string ecs(const std::string& unit)
+{
+    std::string samples;
+    for (int i = 0; i < 512; ++i) samples += le16(static_cast<unsigned>(i));
+    return header_maker(830)
+               .put(0, std::string("\xA0\0\0\1\2\0", 6))
+               .put(0x29A, pascal("Height"))
+               .put(0x2EC, pascal("Scan Size: 512 65.536 " + unit))
+               .bytes +
+           samples;
+}
+
+TEST(Img, EveryKindIsToldApartAndScaled)
+{
+    const struct {
+        std::string bytes;
+        double step;
+        const char* units;
+        VLAxis x;
+        std::vector<double> raw;
+    } rows[] = {
+        {burleigh(1), 0.1, "nm", {0, 150, "nm"}, {4, 5, -6, 1, 2, 3}}, // 9000 / 2 / 3 Angstrom
+        {burleigh(0), 1.0, "pA", {0, 150, "nm"}, {4, 5, -6, 1, 2, 3}},
+        {dme(), 0.25, "nm", {-10, 20, "nm"}, {-6, 5, 4, 6, 4, 2}}, // 0.5 * 5 Angstrom, the first row doubled
+        {sicm("Amode"), 10 / 32767.0, "V", {0, 2, "\u00B5m"}, {1, 2, 3, 4, 5, -6}},
+        {sicm("topo"), 1.0, "\u00B5m", {0, 2, "\u00B5m"}, {1, 2, 3, 4, 5, -6}},
+        {sicm("Current"), 1.0, "", {0, 2, "\u00B5m"}, {1, 2, 3, 4, 5, -6}},
+        {ecs("N"), 0.001, "nm", {0, 2, "nm"}, {0, 1, 2}},
+        {ecs("\x8F"), 0.0001, "nm", {0, 0.2, "nm"}, {0, 1, 2}},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(row.bytes);
+        ASSERT_TRUE(result) << result.error().reason;
+        const SPMDataStream& stream = item(*result, 0).stream;
+        const std::vector<double> heights = physical(stream);
+        for (std::size_t i = 0; i < row.raw.size(); ++i)
+            EXPECT_NEAR(heights[i], row.raw[i] * row.step, 1e-9) << item(*result, 0).strings.at("Format") << i;
+        EXPECT_STREQ(stream.values.get_axis(0).get_units(), row.units);
+        const VLAxis& x = stream.get_dimension(0).get_axis(0);
+        EXPECT_NEAR(x.start, row.x.start, 1e-9);
+        EXPECT_NEAR(x.scale, row.x.scale, 1e-9);
+        EXPECT_STREQ(x.get_units(), row.x.get_units());
+    }
+    EXPECT_EQ(item(*read(sicm("topo")), 0).strings.at("\\Date"), "today");
+}
+
+TEST(Img, OtherFilesAreRefusedAndTheirExpectationNamed)
+{
+    for (const std::string& bytes : {std::string("IM and more"), std::string(), burleigh(1) + "x", sicm("topo") + "x",
+                                     ecs("N").substr(1), dme().substr(0, 4060), dme().substr(0, 700)}) {
+        const auto result = read(bytes);
+        ASSERT_FALSE(result);
+        EXPECT_NE(result.error().reason.find("none of the .img kinds"), std::string::npos);
+    }
+    for (const auto& row : test_support::manifest_rows("img", "reject")) {
+        const auto bytes = test_support::read_sample("img", row.text("file"));
+        const format_row* found = find_format(std::span(bytes).first(sniffBytes), row.text("file"));
+        ASSERT_TRUE(found && found->type == FILE_IMG);
+        memory_source source(bytes);
+        EXPECT_FALSE(read_img(source));
+    }
+}
+
+TEST(Img, CutFilesAreRefused)
+{
+    for (const std::string& whole : {burleigh(1), dme(), sicm("topo"), ecs("N")})
+        for (std::size_t length = 0; length < whole.size(); length += length < 100 ? 1 : 37)
+            EXPECT_FALSE(read(std::string(whole.substr(0, length)))) << length;
+}
+
+} // namespace

@@ -1,0 +1,112 @@
+#include "instrument_fixture.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace instrument_fixture {
+
+bool folder_source::read(std::uint64_t offset, std::span<std::byte> out)
+{
+    return formats::memory_source(std::as_bytes(std::span(files.at(fileName)))).read(offset, out);
+}
+
+std::unique_ptr<formats::source> folder_source::sibling(const std::string& other)
+{
+    if (!files.contains(other)) return nullptr;
+    return std::make_unique<folder_source>(files, other);
+}
+
+std::vector<std::string> folder_source::siblings()
+{
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : files) names.push_back(name);
+    std::ranges::reverse(names); // no reader may rely on their order
+    return names;
+}
+
+base::read_result<formats::recording> read(reader read, const std::string& bytes, const std::string& name)
+{
+    // A block of its own, so that the sanitizer sees its end.
+    const std::vector<char> copy(bytes.begin(), bytes.end());
+    formats::memory_source file(std::as_bytes(std::span(copy)), name);
+    return read(file);
+}
+
+base::read_result<formats::recording> read(reader read, const folder& files, const std::string& name)
+{
+    folder_source file(files, name);
+    return read(file);
+}
+
+SupportedFileTypes type_of(const std::string& bytes, const std::string& name)
+{
+    const auto head = std::as_bytes(std::span(bytes)).first(std::min(bytes.size(), formats::sniffBytes));
+    const formats::format_row* row = formats::find_format(head, name);
+    return row ? row->type : FILE_UNKNOWN;
+}
+
+bytes_builder& bytes_builder::text(std::string_view bytes)
+{
+    if (content.size() < position + bytes.size()) content.resize(position + bytes.size());
+    std::copy(bytes.begin(), bytes.end(), content.begin() + static_cast<std::ptrdiff_t>(position));
+    position += bytes.size();
+    return *this;
+}
+
+bytes_builder& bytes_builder::seek(std::size_t offset)
+{
+    if (content.size() < offset) content.resize(offset);
+    position = offset;
+    return *this;
+}
+
+const formats::recorded_image& image_at(const base::read_result<formats::recording>& result, std::size_t index)
+{
+    static const formats::recorded_image none;
+    EXPECT_TRUE(result) << result.error().reason;
+    if (!result) return none;
+    EXPECT_LT(index, result->items.size());
+    return index < result->items.size() ? std::get<formats::recorded_image>(result->items[index]) : none;
+}
+
+std::vector<int> raw_of(const formats::recorded_image& image)
+{
+    if (image.stream.array_type() != SPM_ARRAY_INT16) return {};
+    const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
+    return {raw, raw + image.stream.array_length()};
+}
+
+std::vector<double> physical_of(const formats::recorded_image& image)
+{
+    std::vector<double> values;
+    for (const int raw : raw_of(image)) values.push_back(image.stream.values.get_axis(0).at(raw));
+    return values;
+}
+
+std::vector<std::string> subimages_of(const formats::recorded_image& image)
+{
+    std::vector<std::string> names;
+    for (const smart_string& name : image.stream.subimage_names()) names.emplace_back(name.text ? name.text : "");
+    return names;
+}
+
+std::string axis_text(const formats::recorded_image& image, unsigned dimension)
+{
+    if (dimension >= image.stream.get_dimensions_number()) return "none";
+    const VLAxis& axis = image.stream.get_dimension(dimension).get_axis(0);
+    return base::general(axis.start) + " " + base::general(axis.scale) + " " + axis.get_units();
+}
+
+void expect_cuts_refused(reader read, const std::string& bytes)
+{
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        const auto result = instrument_fixture::read(read, bytes.substr(0, length));
+        ASSERT_FALSE(result) << length << " of " << bytes.size() << " bytes were taken";
+        ASSERT_FALSE(result.error().reason.empty()) << length;
+    }
+}
+
+} // namespace instrument_fixture

@@ -1,0 +1,309 @@
+#include "document/formats/jpk.h"
+#include "document/formats/registry.h"
+#include "recorded_values.h"
+#include "support/sample_checks.h"
+#include "zip_fixture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace formats;
+using namespace test_support;
+
+base::read_result<recording> read(const std::string& bytes)
+{
+    memory_source source(std::as_bytes(std::span(bytes)));
+    return read_jpk(source);
+}
+
+const recorded_image* find_image(const recording& content, const std::string& label)
+{
+    for (const auto& each : content.items)
+        if (const auto& image = std::get<recorded_image>(each); label == image.stream.get_description()) return &image;
+    return nullptr;
+}
+
+/// Settings of a channel whose default slot is 2 * (0.5 * raw + 1) - 3 = raw - 1 nm, base volts 0.5 * raw + 1.
+std::string channel_lines(const std::string& name, const std::string& type, const std::string& encoder)
+{
+    const std::string c = "channel." + name + ".", s = c + "conversion-set.conversion";
+    return c + "data.file.name=channels/" + name + ".dat\n" + c + "data.type=" + type + "\n" + c +
+           "data.encoder.type=" + encoder + "\n" + c + "data.encoder.scaling.multiplier=0.5\n" + c +
+           "data.encoder.scaling.offset=1\n" + c + "data.encoder.scaling.unit.unit=V\n" + s + "s.list=distance\n" + s +
+           "s.base=volts\n" + s + "s.default=distance\n" + s + ".volts.defined=false\n" + s +
+           ".distance.base-calibration-slot=volts\n" + s + ".distance.scaling.multiplier=2\n" + s +
+           ".distance.scaling.offset=-3\n" + s + ".distance.scaling.unit.unit=nm\n";
+}
+
+std::string segment_lines(const std::string& style, unsigned points)
+{
+    return "#comment\r\nforce-segment-header.settings.segment-settings.style=" + style +
+           "\nforce-segment-header.duration=2\nforce-segment-header.num-points=" + std::to_string(points) + "\n";
+}
+
+std::string big_shorts(std::initializer_list<int> numbers)
+{
+    std::string text;
+    for (const int number : numbers) text += be16(static_cast<std::uint16_t>(number));
+    return text;
+}
+
+using members = std::map<std::string, std::string>;
+
+/// A single curve of two channels; the retract is one point shorter.
+members single_curve()
+{
+    const std::string channels = "channels.list=height vDeflection time\n" +
+                                 channel_lines("height", "short", "signedshort") +
+                                 channel_lines("vDeflection", "short", "signedshort-limited") +
+                                 "channel.time.data.type=raster-data\nchannel.time.data.step=1\n";
+    return {{"header.properties", "type=force-scan-series\nforce-scan-series.header.name=\\u00B5 and \\: ok\n"},
+            {"segments/0/segment-header.properties", segment_lines("extend", 3) + channels},
+            {"segments/0/channels/height.dat", big_shorts({30, 20, 10})},
+            {"segments/0/channels/vDeflection.dat", big_shorts({0, -1, 256})},
+            {"segments/1/segment-header.properties", segment_lines("retract", 3) + channels},
+            {"segments/1/channels/height.dat", big_shorts({10, 20})},
+            {"segments/1/channels/vDeflection.dat", big_shorts({7, 5})}};
+}
+
+TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
+{
+    const auto result = read(stored_zip(single_curve()));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image* deflection = find_image(*result, "vDeflection");
+    ASSERT_TRUE(deflection);
+    EXPECT_EQ(physical(deflection->stream), (std::vector<double>{-1, -2, 255, 6, 4, 4})); // raw - 1 nm
+    EXPECT_STREQ(deflection->stream.values.get_axis(0).get_units(), "nm");
+    ASSERT_EQ(deflection->stream.values.get_axes_number(), 2u);
+    const auto* raw = static_cast<const std::int16_t*>(deflection->stream.array_data());
+    EXPECT_DOUBLE_EQ(deflection->stream.values.get_axis(1).at(raw[2]), 129.0); // 0.5 * 256 + 1 V
+    EXPECT_STREQ(deflection->stream.subimage_names()[0].text, "Approach");
+    EXPECT_STREQ(deflection->stream.subimage_names()[1].text, "Retract");
+    EXPECT_EQ(deflection->strings.at("\\Curve lengths"), "3 2");
+    EXPECT_EQ(deflection->strings.at("\\Z scale"), "raw * 1 + -1 [nm] from encoder, conversions distance");
+    ASSERT_TRUE(deflection->stream.get_parameter_stream());
+    EXPECT_STREQ(deflection->stream.get_parameter_stream(), find_image(*result, "height")->stream.get_name());
+    const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
+    ASSERT_TRUE(time);
+    const double half = 0.5001 * time->stream.values.get_axis(0).scale;
+    const std::vector<double> seconds{0, 1, 2, 0, 1, 1};
+    for (std::size_t i = 0; i < seconds.size(); ++i) EXPECT_NEAR(physical(time->stream)[i], seconds[i], half);
+    EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
+    EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
+}
+
+/// A map of 3 by 2 points, driven back and forth, in which point 4 was not measured. Curve k holds k, k + 10.
+members back_and_forth_map()
+{
+    const std::string prefix = "force-scan-map.position-pattern.";
+    members all{{"header.properties", "jpk-data-file=force-scan-map\n" + prefix + "back-and-forth=true\n" + prefix +
+                                          "grid.ilength=3\n" + prefix + "grid.jlength=2\n" + prefix +
+                                          "grid.ulength=6\n" + prefix + "grid.vlength=2\n" + prefix +
+                                          "grid.xcenter=10\n" + prefix + "grid.ycenter=0\n"},
+                {"shared-data/header.properties",
+                 "lcd-info.10.data.type=wrong\nlcd-info.1.type=integer-data\n"
+                 "lcd-info.1.encoder.type=signedinteger\n"
+                 "lcd-info.1.unit.unit=V\nforce-segment-header-info.0.settings.style=extend\n"}};
+    for (unsigned k = 0; k < 6; ++k) {
+        if (k == 4) continue;
+        const std::string folder = "index/" + std::to_string(k) + "/segments/0/";
+        all[folder + "segment-header.properties"] =
+            "force-segment-header.force-segment-header-info.*=0\nchannels.list=error\n"
+            "channel.error.lcd-info.*=1\nchannel.error.data.file.name=e.dat\n";
+        all[folder + "e.dat"] = be32(k) + be32(k + 10);
+    }
+    return all;
+}
+
+TEST(Jpk, MapsAreVolumesWithTheCurveFastest)
+{
+    const auto result = read(stored_zip(back_and_forth_map()));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image& image = item(*result, 0);
+    ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
+    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(7, 2, "m"));
+    EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(-1, 1, "m"));
+    // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
+    EXPECT_EQ(physical(image.stream), (std::vector<double>{0, 10, 1, 11, 2, 12, 5, 15, 0, 0, 3, 13}));
+    EXPECT_EQ(image.strings.at("\\Void points"), "2");
+    EXPECT_EQ(image.strings.at("\\Curve lengths"), "2 2 2 2 0 2");
+    EXPECT_STREQ(image.stream.subimage_names()[0].text, "Approach");
+    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "V");
+}
+
+TEST(Jpk, CalibrationsThatChangeAreApplied)
+{
+    members all = single_curve();
+    std::string& header = all["segments/1/segment-header.properties"];
+    header.replace(header.find("vDeflection.data.encoder.scaling.multiplier=0.5"), 47,
+                   "vDeflection.data.encoder.scaling.multiplier=1.5");
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image* image = find_image(*result, "vDeflection");
+    const double half = 0.5001 * image->stream.values.get_axis(0).scale;
+    const std::vector<double> expected{-1, -2, 255, 20, 14, 14}; // 2 * (1.5 * 7 + 1) - 3 = 20
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], expected[i], half);
+}
+
+TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
+{
+    const auto changed = [](const std::string& member, const std::string& content) {
+        members all = single_curve();
+        if (content.empty())
+            all.erase(member);
+        else
+            all[member] = content;
+        return stored_zip(all);
+    };
+    const struct {
+        std::string bytes, reason;
+    } rows[] = {
+        {changed("header.properties", ""), "header.properties is missing"},
+        {changed("header.properties", "a=b\n"), "no kind of force data"},
+        {stored_zip({{"header.properties", "type=force-scan-series\n"}}), "no segment"},
+        {changed("segments/0/channels/height.dat", "odd"), "no multiple"},
+        {stored_zip(single_curve()).substr(0, 900), "zip directory"},
+        {std::string("II*\0\10\0\0\0\0\0\0\0\0\0", 14), "0x8042"},
+        {"PK", "cut short"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(row.bytes);
+        ASSERT_FALSE(result) << row.reason;
+        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
+    }
+}
+
+TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)
+{
+    members all = single_curve();
+    for (const char* segment : {"segments/0/segment-header.properties", "segments/1/segment-header.properties"})
+        all[segment].replace(all[segment].find("signedshort"), 11, "squareroots");
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->items.size(), 2u);
+    EXPECT_NE(result->strings.at("Channels left out").find("squareroots"), std::string::npos);
+}
+
+/// Two channels of 2 by 2 points, raw 1 to 4 and 5 to 8, in either byte order: 2 * raw + 1 nm on a grid of 4 by 2 µm.
+TEST(Jpk, ImagesComeInBothByteOrders)
+{
+    for (const char* name : {"little.jpk", "big.jpk"}) {
+        SCOPED_TRACE(name);
+        std::ifstream in(VLDV_TEST_DATA "/jpk/" + std::string(name), std::ios::binary);
+        const auto result = read({std::istreambuf_iterator<char>(in), {}});
+        ASSERT_TRUE(result) << result.error().reason;
+        ASSERT_EQ(result->items.size(), 1u);
+        const SPMDataStream& stream = item(*result, 0).stream;
+        for (std::size_t i = 0; i < 8; ++i)
+            EXPECT_NEAR(physical(stream)[i], (2.0 * static_cast<double>(i) + 3) * 1e-9, 1e-15);
+        EXPECT_STREQ(stream.subimage_names()[1].text, "Reverse");
+        EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(1e-6, 2e-6, "m"));
+        EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(2e-6, 1e-6, "m"));
+    }
+}
+
+class JpkSamples : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (read_manifest("jpk").empty()) GTEST_SKIP() << "sample files are not here: " << VLDV_SAMPLES;
+    }
+    /// Reads a sample; the last one is kept, as the manifest's rows are ordered by file.
+    const recording& content(const std::string& name)
+    {
+        if (name != lastName) {
+            bytes = read_sample("jpk", name);
+            lastName = name;
+            memory_source source(bytes, name);
+            const format_row* row = find_format(std::span(bytes).first(std::min(bytes.size(), sniffBytes)), "");
+            EXPECT_TRUE(row && row->type == FILE_JPK) << name;
+            auto result = read_jpk(source);
+            EXPECT_TRUE(result) << result.error().reason;
+            if (result) last = std::move(*result);
+        }
+        return last;
+    }
+
+private:
+    std::string lastName;
+    std::vector<std::byte> bytes;
+    recording last;
+};
+
+TEST_F(JpkSamples, ImagesHaveTheValuesOfTheManifest)
+{
+    std::map<std::string, std::size_t> planesOfFile;
+    for (const manifest_row& row : manifest_rows("jpk", "image")) {
+        SCOPED_TRACE(row.title());
+        const recording& file = content(row.text("file"));
+        ++planesOfFile[row.text("file")];
+        std::string label = row.text("name");
+        const bool isReverse = label.ends_with(" (retrace)");
+        if (isReverse) label.resize(label.size() - 10);
+        std::size_t matches = 0;
+        for (const image_plane& plane : planes_of(file)) {
+            const auto& names = plane.image->stream.subimage_names();
+            const bool isOther =
+                names.size() == 2 && (std::string(names[plane.subimage].text) == "Reverse") != isReverse;
+            if (label != plane.image->stream.get_description() || isOther) continue;
+            if (std::fabs(plane.at(0, 0) - *row.number("bottom_left")) >
+                1e-3 * (*row.number("z_max") - *row.number("z_min")))
+                continue; // two channels of one file share a name
+            ++matches;
+            expect_plane(row, plane, true);
+        }
+        EXPECT_EQ(matches, 1u);
+    }
+    for (const auto& [name, count] : planesOfFile) EXPECT_EQ(planes_of(content(name)).size(), count) << name;
+}
+
+TEST_F(JpkSamples, CurvesHaveTheValuesOfTheManifest)
+{
+    std::size_t checked = 0;
+    for (const manifest_row& row : manifest_rows("jpk", "curve")) {
+        SCOPED_TRACE(row.title());
+        unsigned number = 0, segment = 0;
+        ASSERT_EQ(std::sscanf(row.text("object").c_str(), "curve %u segment %u", &number, &segment), 2);
+        const recorded_image* image = find_image(content(row.text("file")), row.text("name"));
+        ASSERT_TRUE(image);
+        const SPMDataStream& stream = image->stream;
+        // All maps here hold the first curves of their first row.
+        const bool isMap = stream.get_dimensions_number() == 3;
+        const std::size_t points = stream.get_dimension(0).length, columns = isMap ? stream.get_dimension(1).length : 1;
+        const auto nx = static_cast<std::size_t>(*row.number("nx"));
+        ASSERT_LE(nx, points);
+        ASSERT_LT(number, columns);
+        const std::vector<double> all = physical(stream);
+        const auto first = all.begin() + static_cast<std::ptrdiff_t>((segment * columns + number) * points);
+        const auto [lowest, highest] = std::minmax_element(first, first + static_cast<std::ptrdiff_t>(nx));
+        const VLAxis& axis = stream.values.get_axis(0);
+        const double factor = base_unit_factor(axis.get_units());
+        const double tolerance =
+            0.5001 * std::fabs(axis.scale) * factor + 1e-5 * (*row.number("z_max") - *row.number("z_min"));
+        EXPECT_NEAR(*lowest * factor, *row.number("z_min"), tolerance);
+        EXPECT_NEAR(*highest * factor, *row.number("z_max"), tolerance);
+        EXPECT_EQ(base_unit(axis.get_units()), row.text("z_unit"));
+        ++checked;
+    }
+    EXPECT_GT(checked, 90u);
+}
+
+TEST_F(JpkSamples, MapsKeepTheSizeOfTheirPoints)
+{
+    for (const manifest_row& row : manifest_rows("jpk", "summary")) {
+        if (row.text("nx").empty()) continue;
+        const recorded_image* image = find_image(content(row.text("file")), "height");
+        ASSERT_TRUE(image) << row.title();
+        ASSERT_EQ(image->stream.get_dimensions_number(), 3u);
+        for (const auto& [size, count, dimension] : {std::tuple("x_size", "nx", 1u), std::tuple("y_size", "ny", 2u)})
+            EXPECT_NEAR(image->stream.get_dimension(dimension).get_axis(0).scale,
+                        *row.number(size) / *row.number(count), 1e-6 * *row.number(size) / *row.number(count));
+    }
+}
+
+} // namespace

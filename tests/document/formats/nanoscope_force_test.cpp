@@ -1,0 +1,123 @@
+#include "document/formats/nanoscope_fixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace nanoscope_fixture;
+using testing::ElementsAre;
+
+/// 0.5 V a raw step, 20 nm/V, 0.25 N/m: 2.5 nN a step. The ramp is 2 V times 10 nm/V.
+image_part force_part(const std::string& samples, std::vector<std::string> lines)
+{
+    lines.insert(lines.end(), {"\\Spring Constant: 0.25", "\\@4:Image Data: S [DeflectionError] \"Deflection Error\"",
+                               "\\@4:Z scale: V [Sens. DeflSens] (0.5 V/LSB) 7 V",
+                               "\\@4:Ramp size: V [Sens. Zsens] (0.1 V/LSB) 2 V"});
+    return {lines, samples, "\\*Ciao force image list"};
+}
+
+file_parts force_file(const std::vector<image_part>& channels)
+{
+    file_parts parts;
+    parts.magic = "\\*Force file list";
+    parts.scanLines = {"\\*Ciao scan list", "\\Operating mode: Force",   "\\Scan Size: 6 nm",
+                       "\\Lines: 2",        "\\@Sens. Zsens: V 10 nm/V", "\\@Sens. DeflSens: V 20 nm/V"};
+    parts.images = channels;
+    return parts;
+}
+
+TEST(NanoscopeForce, CurvesRunFromTheFreeEndAndKeepAllTheirScales)
+{
+    const auto result = read(build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})})));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 1u);
+    const auto& image = image_at(*result, 0);
+    EXPECT_THAT(raw_of(image), ElementsAre(1, 2, 3, 4, 5, 6));
+    EXPECT_THAT(physical_of(image), ElementsAre(2.5, 5, 7.5, 10, 12.5, 15));
+    ASSERT_EQ(image.stream.values.get_axes_number(), 3u);
+    EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0, 2.5, "nN"));
+    EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0, 10, "nm"));
+    EXPECT_EQ(image.stream.values.get_axis(2), VLAxis(0, 0.5, "V"));
+    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(0, 10, "nm"));
+    EXPECT_STREQ(image.stream.subimage_names()[0].text, "Approach");
+    EXPECT_STREQ(image.stream.subimage_names()[1].text, "Retract");
+}
+
+TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
+{
+    file_parts parts = force_file({force_part(samples32({70000, 0, 3, 5}), {"\\Samps/line: 2", "\\Bytes/pixel: 2"})});
+    parts.fileLines[0] = "\\Version: 0x09200000";
+    const auto result = read(build(parts));
+    ASSERT_TRUE(result) << result.error().reason;
+    const auto& image = image_at(*result, 0);
+    const double half = 0.5001 * image.stream.values.get_axis(0).scale;
+    EXPECT_NEAR(physical_of(image)[1], 175000.0, half);
+    EXPECT_NEAR(physical_of(image)[3], 7.5, half);
+}
+
+TEST(NanoscopeForce, PartsOfOtherLengthsAreImagesOfTheirOwn)
+{
+    const auto result = read(build(
+        force_file({force_part(samples16({3, 2, 1, 6, 5, 7, 8, 9}), {"\\Samps/line: 3 2", "\\Hold Samples: 3"})})));
+    ASSERT_FALSE(result); // hold samples are told in the force list
+    file_parts parts = force_file({force_part(samples16({3, 2, 1, 6, 5, 7, 8, 9}), {"\\Samps/line: 3 2"})});
+    parts.scanLines.push_back("\\*Ciao force list");
+    parts.scanLines.push_back("\\Hold Samples: 3");
+    const auto held = read(build(parts));
+    ASSERT_TRUE(held) << held.error().reason;
+    ASSERT_EQ(held->items.size(), 2u);
+    EXPECT_THAT(raw_of(image_at(*held, 0)), ElementsAre(1, 2, 3, 7, 8, 9)); // a hold is not turned round
+    EXPECT_STREQ(image_at(*held, 0).stream.subimage_names()[1].text, "Hold");
+    EXPECT_THAT(raw_of(image_at(*held, 1)), ElementsAre(5, 6));
+    EXPECT_STREQ(image_at(*held, 1).stream.get_description(), "Deflection Error Retract");
+    EXPECT_EQ(image_at(*held, 1).stream.get_dimension(0).get_axis(0), VLAxis(0, 20, "nm")); // the same ramp
+}
+
+TEST(NanoscopeForce, VolumesHaveTheCurveFirst)
+{
+    file_parts parts = force_file({
+        force_part(samples16({2, 1, 12, 11, 4, 3, 14, 13, 6, 5, 16, 15, 8, 7, 18, 17, 2, 2, 2, 2, 3, 3, 3, 3}),
+                   {"\\Samps/line: 2 2"}),
+    });
+    parts.scanLines[1] = "\\Operating mode: Force Volume";
+    parts.scanLines.push_back("\\*Ciao force list");
+    parts.scanLines.push_back("\\force/line: 3 0");
+    const auto result = read(build(parts));
+    ASSERT_TRUE(result) << result.error().reason;
+    const auto& image = image_at(*result, 0);
+    ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
+    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 2, "nm"));
+    EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
+    EXPECT_THAT(raw_of(image),
+                ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 2, 2, 3, 3, 11, 12, 13, 14, 15, 16, 17, 18, 2, 2, 3, 3));
+}
+
+TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
+{
+    image_part bias =
+        force_part(samples16({2, 1}), {"\\Samps/line: 2 0", "\\@4:Ramp channel: S [DCBias] \"DC Sample Bias\"",
+                                       "\\@4:Ramp Begin DC Sample Bias: V (0.1 V/LSB) -1 V",
+                                       "\\@4:Ramp End DC Sample Bias: V (0.1 V/LSB) 3 V"});
+    image_part time = force_part(samples16({2, 1}), {"\\Samps/line: 2 0", "\\X Data Type: Time"});
+    image_part height = force_part(samples16({5, 9}), {"\\Samps/line: 2 0"});
+    height.lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
+    const auto result = read(build(force_file({bias, time, height})));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(image_at(*result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
+    EXPECT_EQ(image_at(*result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
+    EXPECT_STREQ(image_at(*result, 0).stream.get_parameter_stream(), image_at(*result, 2).stream.get_name());
+    EXPECT_FALSE(image_at(*result, 2).stream.get_parameter_stream());
+}
+
+TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
+{
+    const auto result =
+        read(build(force_file({force_part(samples16({2, 10, 20, 3, 30, 40, 50}), {"\\Start context: FOLVAR"})})));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
+    EXPECT_EQ(image_at(*result, 0).strings.at("\\Curve lengths"), "2 3");
+}
+
+} // namespace

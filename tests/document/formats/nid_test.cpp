@@ -1,0 +1,197 @@
+#include "document/formats/nid.h"
+#include "instrument_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace instrument_fixture;
+
+/// One channel of a made-up file.
+struct channel_parts {
+    std::string frame = "Scan forward", name = "Z-Axis", unit = "m";
+    int points = 2, lines = 2, bits = 16;
+    std::vector<int> samples = {1, 2, 3, 4};
+    std::string extra = {}; ///< further lines, each with its line end
+};
+
+std::string build(const std::vector<channel_parts>& channels, const std::string& extra = {},
+                  const std::string& gap = {})
+{
+    std::string set = "[DataSet]\r\nVersion=2\r\nGroupCount=2\r\n", sections, data = gap;
+    for (std::size_t i = 0; i < channels.size(); ++i) {
+        const channel_parts& channel = channels[i];
+        const std::string place = std::to_string(i % 2) + ":" + std::to_string(i / 2);
+        // Keys stand in any order; the first digit is the group, which decides about the place of the samples.
+        set += "Gr" + place.substr(0, 1) + "-Ch" + place.substr(2) + "=DataSet-" + place + "\r\n";
+        sections +=
+            "[DataSet-" + place + "]\r\nPoints=" + std::to_string(channel.points) +
+            "\r\nLines=" + std::to_string(channel.lines) + "\r\nFrame=" + channel.frame +
+            "\r\nDim0Name=X*\r\nDim0Unit=m\r\nDim0Min=1e-006\r\nDim0Range=4e-6\r\nDim1Unit=m\r\nDim1Range=6e-6"
+            "\r\nDim2Name=" +
+            channel.name + "\r\nDim2Unit=" + channel.unit +
+            "\r\nDim2Min=-1\r\nDim2Range=2\r\nSaveMode=Binary\r\nSaveSign=Signed\r\nSaveOrder=Intel\r\nSaveBits=" +
+            std::to_string(channel.bits) + "\r\n" + channel.extra + "\r\n";
+    }
+    for (std::size_t group = 0; group < 2; ++group)
+        for (std::size_t i = group; i < channels.size(); i += 2) {
+            bytes_builder samples;
+            for (const int sample : channels[i].samples)
+                if (channels[i].bits == 8)
+                    samples.add(static_cast<std::int8_t>(sample));
+                else if (channels[i].bits == 16)
+                    samples.add(static_cast<std::int16_t>(sample));
+                else
+                    samples.add(static_cast<std::int32_t>(sample));
+            data += samples.content;
+        }
+    return set +
+           "SetInfos=DataSet-Info\r\n\r\n[DataSet-Info]\r\n-- Scan --=--------\r\nImage size=10\xB5m\r\n"
+           "Date=01-03-2016\r\nTime=18:36:58\r\nScan direction=Up\r\n\r\n"
+           "[DataSet\\Calibration\\Cantilever]\r\nProp0=D[48]*[N/m]\r\nProp4=D[500]*[]\r\n\r\n" +
+           extra + sections + "\r\n\r\n#!" + data;
+}
+
+channel_parts spectroscopy(const std::string& frame, const std::string& name, int lines, std::vector<int> samples)
+{
+    channel_parts parts{frame, name};
+    parts.points = static_cast<int>(samples.size()) / lines;
+    parts.lines = lines;
+    parts.samples = std::move(samples);
+    return parts;
+}
+
+TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
+{
+    channel_parts back{"Scan backward"};
+    back.samples = {5, 6, 7, 8};
+    channel_parts narrow{"Scan forward", "Phase", "\xB0"};
+    narrow.bits = 8;
+    narrow.samples = {-128, 0, 1, 127};
+    const auto result = read(formats::read_nid, build({{}, back, narrow}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto& height = image_at(result, 0);
+    EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8})); // the bottom row stands first
+    EXPECT_EQ(subimages_of(height), (std::vector<std::string>{"Forward", "Reverse"}));
+    EXPECT_EQ(axis_text(height, 0), "1e-06 2e-06 m");
+    EXPECT_EQ(axis_text(height, 1), "0 3e-06 m");
+    EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 2.0 * (1 + 32768) / 65536);
+    EXPECT_NE(height.strings.at("\\Z scale").find("from Dim2Range, Dim2Min, SaveBits"), std::string::npos);
+    const auto& phase = image_at(result, 1);
+    EXPECT_EQ(raw_of(phase), (std::vector<int>{-128, 0, 1, 127}));
+    EXPECT_DOUBLE_EQ(physical_of(phase)[0], -1.0);
+    EXPECT_STREQ(phase.stream.values.get_axis(0).get_units(), "\u00B0");
+    EXPECT_EQ(result->strings.at("\\Date"), "01-03-2016 18:36:58");
+    EXPECT_EQ(result->strings.at("Image size"), "10\u00B5m");
+    EXPECT_EQ(result->strings.at("Cantilever Prop0"), "48 N/m");
+}
+
+TEST(Nid, LinesThatWereNotScannedTakeTheLowestValue)
+{
+    channel_parts half;
+    half.lines = 3;
+    half.samples = {5, 4, 0, 0, 6, 7}; // the second line holds nothing, the third the scan before
+    half.extra = "CurLine=0\r\n";
+    const auto result = read(formats::read_nid, build({half}));
+    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{5, 4, 4, 4, 6, 7}));
+    EXPECT_EQ(image_at(result, 0).strings.at("\\Void points"), "2");
+}
+
+TEST(Nid, OneForceCurveHasApproachAndRetract)
+{
+    const auto result = read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 1, {1, 2, 3}),
+                                                       spectroscopy("Spec backward", "Deflection", 1, {4, 5, 6}),
+                                                       spectroscopy("Spec forward", "Z-Axis Sensor", 1, {7, 8, 9}),
+                                                       spectroscopy("Spec backward", "Z-Axis Sensor", 1, {3, 2, 1})}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto& force = image_at(result, 0);
+    EXPECT_EQ(force.stream.get_dimensions_number(), 1u);
+    EXPECT_EQ(raw_of(force), (std::vector<int>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(subimages_of(force), (std::vector<std::string>{"Approach", "Retract"}));
+    EXPECT_EQ(axis_text(force, 0), "1e-06 2e-06 m"); // from the first point to the last
+    EXPECT_STREQ(force.stream.get_parameter_stream(), image_at(result, 1).stream.get_name());
+    EXPECT_EQ(image_at(result, 1).stream.get_parameter_stream(), nullptr);
+}
+
+TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
+{
+    // Points are visited from the upper right corner.
+    const std::string positions = "[DataSet\\SpecInfos\\Points]\r\nPos0=2e-6;1e-6;0\r\nPos1=1e-6;1e-6;0\r\n"
+                                  "Pos2=2e-6;0;0\r\nPos3=1e-6;0;0\r\n\r\n";
+    const auto result = read(
+        formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 4, {1, 2, 3, 4, 5, 6, 7, 8})}, positions));
+    const auto& volume = image_at(result, 0);
+    ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(raw_of(volume), (std::vector<int>{7, 8, 5, 6, 3, 4, 1, 2}));
+    EXPECT_EQ(subimages_of(volume), std::vector<std::string>{"Approach"});
+
+    const auto loose =
+        read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 4, {1, 2, 3, 4, 5, 6, 7, 8})}));
+    EXPECT_EQ(image_at(loose, 0).stream.get_dimensions_number(), 1u);
+    EXPECT_EQ(subimages_of(image_at(loose, 0)),
+              (std::vector<std::string>{"Approach 1", "Approach 2", "Approach 3", "Approach 4"}));
+}
+
+TEST(Nid, RaggedCurvesAreFilledAndKeepTheirPositions)
+{
+    channel_parts ragged = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 2000000000});
+    ragged.bits = 32; // what stands behind the end of a curve must not coarsen the others
+    ragged.extra = "LineDim1Min=0\r\nLineDim1Range=3e-6\r\nLineDim1Points=2\r\n";
+    channel_parts back = spectroscopy("Spec backward", "Deflection", 2, {6, 7, 8, 9, 10, 11});
+    back.bits = 32;
+    const auto result = read(formats::read_nid, build({ragged, back}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto& curve = image_at(result, 1);
+    EXPECT_EQ(raw_of(curve), (std::vector<int>{1, 2, 3, 4, 5, 5, 6, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(curve.strings.at("\\Curve lengths"), "3 2 3 3");
+    EXPECT_EQ(subimages_of(curve), (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
+    EXPECT_STREQ(curve.stream.get_parameter_stream(), image_at(result, 0).stream.get_name());
+    const std::vector<double> expected = {1e-6, 3e-6, 5e-6, 0, 3e-6, 3e-6, 1e-6, 3e-6, 5e-6, 1e-6, 3e-6, 5e-6};
+    const std::vector<double> found = physical_of(image_at(result, 0));
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
+}
+
+TEST(Nid, SamplesEndWithTheFile)
+{
+    EXPECT_EQ(raw_of(image_at(read(formats::read_nid, build({{}}, "", "gap")), 0)), (std::vector<int>{1, 2, 3, 4}));
+    const std::string whole = build({{}, {}});
+    expect_cuts_refused(formats::read_nid, whole);
+}
+
+TEST(Nid, RefusesWhatCannotBe)
+{
+    const std::string plain = build({{}});
+    const auto with = [&](const std::string& from, const std::string& to) {
+        std::string file = plain;
+        return file.replace(file.find(from), from.size(), to);
+    };
+    const struct {
+        std::string file, reason;
+    } rows[] = {
+        {with("GroupCount=2", "GroupCount=1001"), "GroupCount is above 1000"},
+        {with("GroupCount=2", "GroupCount=-1"), "GroupCount is missing or 0"},
+        {with("Points=2", "Points=0"), "[DataSet-0:0]: Points or Lines is missing or 0"},
+        {with("Lines=2", "Lines=70000"), "Points or Lines is above 65536"},
+        {with("Points=2", "Points=60000"), "reach beyond the end of the file"},
+        {with("Points=2", "Points=99999999999"), "Points or Lines is missing or 0"},
+        {with("SaveMode=Binary", "SaveMode=Text"), "SaveMode is not Binary"},
+        {with("Signed", "Unsigned"), "SaveSign is not Signed"},
+        {with("Intel", "Motorola"), "SaveOrder is not Intel"},
+        {with("SaveBits=16", "SaveBits=12"), "SaveBits is not 8, 16 or 32"},
+        {with("Dim2Range=2", "Dim2Range=inf"), "Dim2Range or Dim2Min is not finite"},
+        {with("[DataSet-0:0]", "[DataSet-0:9]"), "[DataSet-0:0]: is missing"},
+        {with("Gr0-Ch0", "Gr0-Cx0"), "no channel is listed"},
+        {with("#!", "##"), "the end of the header"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(formats::read_nid, row.file);
+        ASSERT_FALSE(result) << row.reason;
+        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
+    }
+}
+
+} // namespace

@@ -1,0 +1,162 @@
+#include "bytes.h"
+#include "document/formats/bcr.h"
+#include "document/formats/opd.h"
+#include "recorded_values.h"
+
+#include <gtest/gtest.h>
+
+// Formats of surfaces with one header and points that were not measured.
+
+namespace {
+
+using namespace formats;
+
+using reader = base::read_result<recording> (*)(source&);
+
+base::read_result<recording> read_with(reader read, const std::string& bytes)
+{
+    memory_source source(std::as_bytes(std::span(bytes)));
+    return read(source);
+}
+
+std::string widened(const std::string& text)
+{
+    std::string out;
+    for (const char c : text) out += std::string{c, '\0'};
+    return out;
+}
+
+std::string bcr_header(const std::string& kind, const std::string& lines)
+{
+    std::string text = "fileformat = " + kind +
+                       "\n% comment = 1\nxpixels=2\n ypixels = 2\nxlength = 20\nylength = 6\n"
+                       "xoffset = 3\nyunit = um\n" +
+                       lines;
+    text.resize(2048, ' ');
+    return kind.ends_with("unicode") ? widened(text) : text;
+}
+
+TEST(Bcr, NumbersOfEitherKindAndOrderAreRead)
+{
+    const struct {
+        const char *kind, *lines;
+        std::string data;
+        std::vector<double> heights; ///< from the bottom row
+    } rows[] = {
+        {"bcrstm", "bit2nm = 0.5\n", le16(1) + le16(2) + le16(3) + le16(4), {1.5, 2, 0.5, 1}},
+        {"bcrstm_unicode", "intelmode = 0\n", be16(1) + be16(2) + be16(3) + be16(4), {3, 4, 1, 2}},
+        {"bcrstm", "", le16(1) + le16(32767) + le16(3) + le16(4), {3, 4, 1, 1}},
+        {"bcrf", "bit2nm = 7\n", le_float(1) + le_float(3.4e38f) + le_float(3) + le_float(4), {3, 4, 1, 1}},
+        {"bcrf_unicode", "zmin = 11\n", le_float(1) + le_float(2) + le_float(3) + le_float(4), {13, 14, 11, 12}},
+    };
+    for (const auto& row : rows) {
+        const auto result = read_with(read_bcr, bcr_header(row.kind, row.lines) + row.data);
+        ASSERT_TRUE(result) << row.kind << result.error().reason;
+        const recorded_image& image = item(*result, 0);
+        EXPECT_EQ(physical(image.stream), row.heights) << row.kind << row.lines;
+        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(3, 10, "nm"));
+        EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 3, "\u00B5m"));
+        EXPECT_EQ(image.strings.contains("\\Void points"), row.heights[3] == row.heights[2]);
+    }
+}
+
+TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
+{
+    const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
+    const struct {
+        std::string bytes, reason;
+    } rows[] = {
+        {"fileformat = bcrx\n", "not a BCR header"},
+        {bcr_header("bcrstm", "") + data.substr(1), "more samples than the file holds"},
+        {bcr_header("bcrf", "") + data, "more samples than the file holds"},
+        {bcr_header("bcrstm", "headersize = 9999\n") + data, "headersize"},
+        {bcr_header("bcrstm", "headersize = -1\n") + data, "headersize"},
+        {bcr_header("bcrstm", "forcecurve = 1\n") + data, "force curves"},
+        {"fileformat = bcrstm\nxpixels = 2\n" + std::string(2048, ' '), "ypixels"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read_with(read_bcr, row.bytes);
+        ASSERT_FALSE(result) << row.reason;
+        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
+    }
+}
+
+struct opd_piece {
+    std::string name;
+    unsigned type;
+    std::string content;
+};
+
+std::string opd_file(const std::vector<opd_piece>& pieces)
+{
+    const auto entry = [](std::string name, unsigned type, std::size_t length) {
+        name.resize(16, '\0');
+        return name + le16(type) + le32(length) + le16(0);
+    };
+    std::string directory = entry("Directory", 1, 24 * (pieces.size() + 1)), content;
+    for (const opd_piece& piece : pieces) {
+        directory += entry(piece.name, piece.type, piece.content.size());
+        content += piece.content;
+    }
+    return le16(1) + directory + content;
+}
+
+std::string opd_array(unsigned columns, unsigned rows, unsigned bytes, const std::string& numbers)
+{
+    return le16(columns) + le16(rows) + le16(bytes) + numbers;
+}
+
+const opd_piece pixelSize{"Pixel_size", 7, le_float(0.5f)}, wavelength{"Wavelength", 7, le_float(600)};
+
+TEST(Opd, ColumnsRunUpwardsAndHeightsCountInWavelengths)
+{
+    const std::string floats = le_float(1) + le_float(2) + le_float(3) + le_float(4) + le_float(1e38f) + le_float(6);
+    const std::string shorts = le16(1) + le16(2) + le16(3) + le16(4) + le16(32766) + le16(6);
+    const auto result = read_with(read_opd, opd_file({{"Image", 3, opd_array(1, 2, 1, "\x05\xFF")},
+                                                      pixelSize,
+                                                      wavelength,
+                                                      {"Aspect", 7, le_float(2)},
+                                                      {"Mult", 6, le16(300)},
+                                                      {"Title", 5, "Step"},
+                                                      {"RAW_DATA", 3, opd_array(2, 3, 4, floats)},
+                                                      {"OPD", 3, opd_array(2, 3, 2, shorts)}}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    const SPMDataStream& first = item(*result, 0).stream;
+    EXPECT_STREQ(first.get_description(), "Step");
+    // Column 0 is 1, 2, 3 from the bottom; the mark of a missing point takes the lowest height.
+    const std::vector<double> heights = physical(first), expected{600, 2400, 1200, 600, 1800, 3600};
+    for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(heights[i], expected[i], 0.5001 * first.values.get_axis(0).scale);
+    EXPECT_EQ(physical(item(*result, 1).stream), (std::vector<double>{2, 8, 4, 2, 6, 12})); // raw * 600 / 300
+    EXPECT_EQ(item(*result, 1).strings.at("\\Void points"), "1");
+    EXPECT_EQ(physical(item(*result, 2).stream), (std::vector<double>{5, 255}));
+    EXPECT_EQ(first.get_dimension(0).get_axis(0), VLAxis(0, 0.5, "mm"));
+    EXPECT_EQ(first.get_dimension(1).get_axis(0), VLAxis(0, 1, "mm"));
+    EXPECT_EQ(result->strings.at("Mult"), "300");
+}
+
+TEST(Opd, WhatCannotBeIsRefusedWithItsReason)
+{
+    const std::string good = opd_file({{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2))}});
+    std::string odd = good;
+    odd[20] = 25;
+    const struct {
+        std::string bytes, reason;
+    } rows[] = {
+        {"VCA DATA and more", ".opdx"},
+        {good.substr(0, 20), "cut short"},
+        {odd, "no multiple of 24"},
+        {good.substr(0, good.size() - 1), "reaches beyond the end"},
+        {opd_file({{"OPD", 3, opd_array(2, 2, 2, le16(1) + le16(2))}}), "more samples than the block holds"},
+        {opd_file({{"OPD", 3, opd_array(2, 1, 3, "abcdef")}}), "bytes per value"},
+        {opd_file({{"OPD", 3, opd_array(0, 1, 1, "")}}), "is 0"},
+        {opd_file({pixelSize, wavelength}), "no block holds heights"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read_with(read_opd, row.bytes);
+        ASSERT_FALSE(result) << row.reason;
+        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
+    }
+}
+
+} // namespace

@@ -1,0 +1,108 @@
+#include "bytes.h"
+#include "document/formats/wsxm.h"
+#include "recorded_values.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace formats;
+
+std::string file_of(const std::string& kind, const std::string& lines, const std::string& data)
+{
+    return "WSxM file copyright Nanotec Electronica\r\n" + kind + "\r\nImage header size: 0\r\n\r\n" + lines +
+           "[Header end]\r\n" + data;
+}
+
+/// Two columns of two rows, 3 nm high.
+std::string image(const std::string& extra, const std::string& data)
+{
+    return file_of(
+        "SxM Image file",
+        "[Control]\r\n    X Amplitude: 2 \xB5m\r\n    X Offset: 5 \xB5m\r\n    Y Amplitude: 500 nm\r\n[General "
+        "Info]\r\n    Acquisition channel: Height\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n"
+        "    Z Amplitude: 3 nm\r\n" +
+            extra,
+        data);
+}
+
+base::read_result<recording> read(const std::string& bytes)
+{
+    memory_source source(std::as_bytes(std::span(bytes)));
+    return read_wsxm(source);
+}
+
+TEST(Wsxm, ImagesStartInTheLowerRightCorner)
+{
+    const struct {
+        const char* type;
+        std::string data;
+        std::vector<double> heights;
+    } rows[] = {
+        // Raw 10 to 40 span 3 nm: 0.1 nm a step.
+        {"", le16(20) + le16(10) + le16(40) + le16(30), {1, 2, 3, 4}},
+        {"    Image Data Type: short\r\n", le16(20) + le16(10) + le16(40) + le16(30), {1, 2, 3, 4}},
+        {"    Image Data Type: float\r\n", le_float(2) + le_float(1) + le_float(4) + le_float(3), {1, 2, 3, 4}},
+        {"    Image Data Type: double\r\n", le_double(2) + le_double(1) + le_double(4) + le_double(3), {1, 2, 3, 4}},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(image(row.type, row.data));
+        ASSERT_TRUE(result) << row.type << result.error().reason;
+        const SPMDataStream& stream = item(*result, 0).stream;
+        const std::vector<double> heights = physical(stream);
+        for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.type << i;
+        EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(5, 1, "\u00B5m"));
+        EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(0, 250, "nm"));
+        EXPECT_STREQ(stream.values.get_axis(0).get_units(), "nm");
+    }
+}
+
+TEST(Wsxm, FlatImagesAreZero)
+{
+    const auto result = read(image("", le16(7) + le16(7) + le16(7) + le16(7)));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{0, 0, 0, 0}));
+}
+
+TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
+{
+    const std::string lines = "[General Info]\r\n Number of lines: 2\r\n Number of points: 3\r\n X axis text: Z\r\n"
+                              " X axis unit: nm\r\n Y axis text: F\r\n Y axis unit: nN\r\n";
+    const auto even = read(file_of("FZ curve file", lines, "0 1 0 4\r\n2.0 2 2 5\r\n4 3 4 6\r\n"));
+    ASSERT_TRUE(even) << even.error().reason;
+    ASSERT_EQ(even->items.size(), 1u);
+    EXPECT_EQ(physical(item(*even, 0).stream), (std::vector<double>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(item(*even, 0).stream.get_dimension(0).get_axis(0), VLAxis(0, 2, "nm"));
+    const auto uneven = read(file_of("IZ curve file", lines, "0 1 4 4\r\n3 2 2 5\r\n4 3 0 6\r\n"));
+    ASSERT_TRUE(uneven) << uneven.error().reason;
+    ASSERT_EQ(uneven->items.size(), 2u);
+    EXPECT_EQ(physical(item(*uneven, 0).stream), (std::vector<double>{0, 3, 4, 4, 2, 0}));
+    EXPECT_STREQ(item(*uneven, 1).stream.get_parameter_stream(), item(*uneven, 0).stream.get_name());
+    EXPECT_STREQ(item(*uneven, 1).stream.values.get_axis(0).get_units(), "nN");
+}
+
+TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
+{
+    const std::string two = le16(1) + le16(2);
+    const std::string points = "[General Info]\r\n Number of points: ";
+    const struct {
+        std::string bytes, reason;
+    } rows[] = {
+        {"WSxM file", "not a WSxM header"},
+        {image("", two), "more samples than the file holds"},
+        {image("", "").substr(0, 200), "[Header end]"},
+        {image("    Image Data Type: quad\r\n", two), "quad"},
+        {file_of("SxM Image file", "", two), "Number of columns"},
+        {file_of("Movie file", "", two), "Movie file"},
+        {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
+        {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
+        {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(row.bytes);
+        ASSERT_FALSE(result) << row.reason;
+        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
+    }
+}
+
+} // namespace
