@@ -135,19 +135,24 @@ bool cursor_machine::keyDown(unsigned key)
             world.showStatus(line->getSectionPoint(0));
         return true;
     }
-    if (!is_modifier(key)) return false;
-    if (const std::optional<CPoint> pointer = world.pointer(); pointer && key != VK_MENU)
-        hoverTest((world.isKeyDown(VK_SHIFT) ? MK_SHIFT : 0u) | (world.isKeyDown(VK_CONTROL) ? MK_CONTROL : 0u),
-                  *pointer);
-    if (shows_modifiers(state.mode)) setDefaultCursor();
+    if (is_modifier(key)) modifierChanged(key);
     return false;
 }
 
 void cursor_machine::keyUp(unsigned key)
 {
     if (!is_modifier(key)) return;
-    keyDown(key);
+    modifierChanged(key);
     if (shows_modifiers(state.mode) && state.tracking && state.combine != combine_mode::replace) world.invalidateAll();
+}
+
+void cursor_machine::modifierChanged(unsigned key)
+{
+    const std::optional<CPoint> pointer = world.pointer();
+    if (pointer && key != VK_MENU)
+        hoverTest((world.isKeyDown(VK_SHIFT) ? MK_SHIFT : 0u) | (world.isKeyDown(VK_CONTROL) ? MK_CONTROL : 0u),
+                  *pointer);
+    if (shows_modifiers(state.mode)) setDefaultCursor();
 }
 
 void cursor_machine::captureLost()

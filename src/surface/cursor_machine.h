@@ -51,6 +51,7 @@ private:
     ISection* hotSection() const;
     cursor_mode changedMode() const;
     void repaint(const CRgn& before, bool erase);
+    void modifierChanged(unsigned key);
 
     // press
     void pressItem(unsigned flags, event_point at, int reach);
