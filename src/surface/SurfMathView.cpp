@@ -110,6 +110,7 @@ CRect CSurfMathView::roiRect() const
 void CSurfMathView::LoadData()
 {
     CImageView::LoadData();
+    fitter.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
     if (options["ShowStatistics"]) SetTimer(statisticsTimer, statisticsDelay);

@@ -28,6 +28,7 @@ public:
     void RefreshDisplay() override;
     void LoadData() override;
     void getBestScale(double* low, double* high, const char** units) override;
+    std::wstring GetClipboardText(bool full) override;
     void GetOptionsList(SPMVar* vars, unsigned* count) override;
     void OnDrawData(CDC& dc) override;
     void OnDrawLegend(CDC& dc) override;

@@ -1,29 +1,38 @@
 #include "document/StorageDoc.h"
 #include "surface/SurfMathView.h"
-
-namespace {
-
-constexpr const char* paletteKey = "palette"; // of an image's texts
-
-} // namespace
+#include "surface/stored_palette.h"
 
 bool CSurfMathView::hasStoredPalette() const
 {
-    return stream() && *storageDoc()->getString(paletteKey, imageNumber) != '\0';
+    return stream() && *storageDoc()->getString(surface::storedPaletteKey, imageNumber) != '\0';
 }
 
-void CSurfMathView::storePalette() {}
+void CSurfMathView::storePalette()
+{
+    if (!stream()) return;
+    constexpr int customPalette = 0;
+    const color_table* const custom = CScale::getPalette(customPalette);
+    const std::string text = surface::compose_palette(surface::palette_of(scale, custom ? *custom : color_table()));
+    if (text == storageDoc()->getString(surface::storedPaletteKey, imageNumber)) return;
+    storageDoc()->setString(surface::storedPaletteKey, text.c_str(), imageNumber);
+    storageDoc()->SetModifiedFlag(true);
+}
 
-void CSurfMathView::loadStoredPalette() {}
-
-void CSurfMathView::updateStatistics() {}
+void CSurfMathView::loadStoredPalette()
+{
+    if (!hasStoredPalette()) return;
+    surface::apply_palette(storageDoc()->getString(surface::storedPaletteKey, imageNumber), scale,
+                           CScale::GetStaticScale());
+}
 
 void CSurfMathView::OnRememberPalette()
 {
-    if (hasStoredPalette())
-        storageDoc()->setString(paletteKey, "", imageNumber);
-    else
+    if (hasStoredPalette()) {
+        storageDoc()->setString(surface::storedPaletteKey, "", imageNumber);
+        storageDoc()->SetModifiedFlag(true);
+    } else {
         storePalette();
+    }
     paletteDirty = !hasStoredPalette();
 }
 

@@ -2,7 +2,6 @@
 #include "platform/geometry.h"
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 namespace surface {
@@ -13,14 +12,25 @@ struct fitted_window {
     int step = 0; ///< bytes from row to row
 };
 
-/// Brings windows of an image to the size of a picture. Keeps its buffer.
+/// Brings windows of an image to the size of a picture and keeps the last one: what changes colours alone needs no new
+/// one.
 class window_fitter {
 public:
     /// \param image   samples of the whole frame, rows of `rowLength`
     /// \param window  the part on show; inside the image
     fitted_window fit(const std::int16_t* image, int rowLength, const CRect& window, CSize size);
+    /// The samples have changed.
+    void forget() noexcept { last = {}; }
 
 private:
+    struct request {
+        const std::int16_t* image = nullptr;
+        int rowLength = 0;
+        CRect window;
+        CSize size;
+        bool operator==(const request&) const = default;
+    };
+    request last;
     std::vector<std::int16_t> buffer;
 };
 

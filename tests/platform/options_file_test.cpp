@@ -3,6 +3,7 @@
 #include "platform/Exceptions.h"
 #include "support/temporary_folder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <random>

@@ -176,4 +176,37 @@ TEST_F(SurfaceTest, SettingsOfTheViewAreKeptAndTheContextMenuFollowsThem)
     EXPECT_EQ(host.popups.size(), 1u);
 }
 
+TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
+{
+    CSurfMathView& view = open();
+    view.setOption("ShowStatistics", "true");
+    view.flushTimers();
+    RecordingDC dc(view.GetClientRect().Size());
+    view.OnDrawLegend(dc);
+    const std::vector<std::string> texts = texts_of(dc);
+    EXPECT_TRUE(holds(texts, "Statistics:"));
+    EXPECT_TRUE(holds(texts, "Rmax: 204500 pm")) << "0.5 nm * (10 * 39 + 19), in the unit of a step";
+    EXPECT_TRUE(holds(texts, "Rq: 0 pm")) << "a plane";
+    const std::wstring copied = view.GetClipboardText(true);
+    EXPECT_NE(copied.find(L"Rmax, pm"), std::wstring::npos);
+    EXPECT_NE(copied.find(L"204500"), std::wstring::npos);
+}
+
+TEST_F(SurfaceTest, ThePaletteOfAnImageIsRememberedWithIt)
+{
+    CSurfMathView& view = open();
+    EXPECT_FALSE(isChecked(view, 10112));
+    view.getScale().SetPaletteId(4);
+    document->SetModifiedFlag(false);
+    view.OnCmdMsg(10112, nullptr);
+    EXPECT_TRUE(isChecked(view, 10112));
+    EXPECT_TRUE(document->IsModified());
+    EXPECT_EQ(std::string(document->getString("palette", 0)).substr(0, 2), "4,");
+    view.getScale().SetPaletteId(1);
+    view.OnSetFocus();
+    EXPECT_EQ(view.getScale().GetPaletteId(), 4) << "it comes back with the window";
+    view.OnCmdMsg(10112, nullptr);
+    EXPECT_FALSE(isChecked(view, 10112));
+}
+
 } // namespace
