@@ -4,6 +4,7 @@
 #include "e2e/desktop.h"
 #include "support/temporary_folder.h"
 
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -104,6 +105,17 @@ TEST_F(WorkstationOnScreen, OpensSwitchesZoomsColorsTilesAndCloses)
     user.press("alt+f");
     user.press("x");
     EXPECT_EQ(user.waitForEnd(), 0);
+}
+
+TEST_F(WorkstationOnScreen, OpensRecordingsOfInstruments)
+{
+    const QString recording = QStringLiteral(VLDV_SAMPLES "/nanoscope/VeecoNanoscopeIII.000");
+    if (!QFileInfo::exists(recording)) GTEST_SKIP() << "sample files are not here: " << VLDV_SAMPLES;
+    desktop user(QString::fromStdString(folder.path.string()), {recording});
+    user.moveTo({1000, 600});
+    EXPECT_TRUE(user.sees("9-recording", [](const QImage& screen) {
+        return caption(screen).width() > 300 && share_of(screen, inside(screen), is_brown) > 0.5;
+    }));
 }
 
 } // namespace
