@@ -11,9 +11,7 @@ constexpr int coordinateLimit = 1 << 26;
 __extension__ using wide = __int128;
 
 /// Where an edge crosses the middle of a row: the first pixel whose centre is not left of it.
-struct crossing {
-    int y, x, direction;
-};
+using crossing = edge_crossing;
 
 CPoint within_limit(CPoint point) noexcept
 {
@@ -37,14 +35,8 @@ void add_edge(CPoint from, CPoint to, std::vector<crossing>& out)
 
 } // namespace
 
-std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figures, bool winding)
+std::vector<pixel_span> spans_between(std::span<const edge_crossing> crossings, bool winding)
 {
-    std::vector<crossing> crossings;
-    for (const std::vector<CPoint>& points : figures)
-        for (std::size_t i = 0; i < points.size(); ++i)
-            add_edge(within_limit(points[i]), within_limit(points[(i + 1) % points.size()]), crossings);
-    std::sort(crossings.begin(), crossings.end(),
-              [](const crossing& a, const crossing& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
     std::vector<pixel_span> out;
     int count = 0;
     for (std::size_t i = 0; i + 1 < crossings.size(); ++i) {
@@ -62,6 +54,17 @@ std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figur
             out.push_back({here.y, here.x, next.x});
     }
     return out;
+}
+
+std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figures, bool winding)
+{
+    std::vector<crossing> crossings;
+    for (const std::vector<CPoint>& points : figures)
+        for (std::size_t i = 0; i < points.size(); ++i)
+            add_edge(within_limit(points[i]), within_limit(points[(i + 1) % points.size()]), crossings);
+    std::sort(crossings.begin(), crossings.end(),
+              [](const crossing& a, const crossing& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+    return spans_between(crossings, winding);
 }
 
 std::vector<pixel_span> ellipse_spans(const CRect& rect, int firstRow, int endRow)

@@ -69,7 +69,10 @@ void CImageView::OnViewDisplayparameters()
     Invalidate(true);
 }
 
-void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui) { ui.Enable(storageDoc() != nullptr); }
+void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui) {
+    // Only where a legend shows what is chosen.
+    ui.Enable(storageDoc() && options.get_var_i("ShowParameters") != unsigned(-1));
+}
 
 void CImageView::OnViewParameters()
 {

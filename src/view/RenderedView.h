@@ -8,7 +8,7 @@ class CRenderedView : public CImageView {
 public:
     CRenderedView();
     const char* viewKind() const override { return "CSurfMathView"; }
-    std::string GetViewSection() override { return "SurfaceView"; }
+    std::string GetViewSection() override { return "SurfMathView"; }
     unsigned getSourceWidth() override { return size(0); }
     unsigned getSourceHeight() override { return size(1); }
     void LoadData() override;

@@ -352,6 +352,29 @@ TEST_F(ImageViewTest, UndoCommandsFollowTheHistory)
     EXPECT_EQ(app.frames().back()->GetActiveView()->GetDocument(), document);
 }
 
+TEST_F(ImageViewTest, ParametersOfTheLegendAreChosenAndKept)
+{
+    open({stream_of("a", {8, 8})})->setString("operator", "Ada", 0);
+    const auto isEnabled = [&] {
+        CCmdUI ui{.m_nID = 10157};
+        EXPECT_TRUE(viewAt(0)->OnCmdMsg(10157, &ui));
+        return ui.enabled;
+    };
+    EXPECT_FALSE(isEnabled()) << "this legend shows none";
+    SPMVar shows;
+    shows.Init("ShowParameters,boolean");
+    viewAt(0)->options.set_var(shows);
+    EXPECT_TRUE(isEnabled());
+    viewAt(0)->OnCmdMsg(10157, nullptr);
+    EXPECT_FALSE(host.readString("SurfaceView", "ParametersList")) << "cancelled";
+    host.onChoose = [](CListChooser& chooser) {
+        chooser.addAll(1);
+        return true;
+    };
+    viewAt(0)->OnCmdMsg(10157, nullptr);
+    EXPECT_EQ(host.readString("SurfaceView", "ParametersList"), "operator-|");
+}
+
 TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
 {
     CStorageDoc* const document = open({stream_of("a", {4, 3}, 2), stream_of("b", {4, 3})});

@@ -14,9 +14,7 @@ constexpr std::int64_t coordinateLimit = std::int64_t{1} << 40;
 constexpr std::int64_t half = fixedOne / 2;
 
 /// Where an edge crosses the middle of a row.
-struct crossing {
-    int y, x, direction;
-};
+using crossing = platform::edge_crossing;
 
 /// Brings crossings in order, by rows first: there are many of few columns each.
 void sort_crossings(std::vector<crossing>& crossings, int top, int rows)
@@ -84,23 +82,7 @@ std::vector<pixel_span> scan_convert(std::span<const fixed_figure> figures, bool
             add_edge(within_limit(points[i]), within_limit(points[(i + 1) % points.size()]), bounds, crossings);
     if (crossings.empty()) return {};
     sort_crossings(crossings, bounds.top, bounds.Height());
-    std::vector<pixel_span> out;
-    int count = 0;
-    for (std::size_t i = 0; i + 1 < crossings.size(); ++i) {
-        const crossing &here = crossings[i], &next = crossings[i + 1];
-        count += winding ? here.direction : 1;
-        if (here.y != next.y) {
-            count = 0; // polygons are closed, so the row's edges have cancelled out
-            continue;
-        }
-        const bool inside = winding ? count != 0 : count % 2 != 0;
-        if (!inside || here.x >= next.x) continue;
-        if (!out.empty() && out.back().y == here.y && out.back().right == here.x)
-            out.back().right = next.x;
-        else
-            out.push_back({here.y, here.x, next.x});
-    }
-    return out;
+    return platform::spans_between(crossings, winding);
 }
 
 void join_spans(std::vector<pixel_span>& spans)
