@@ -69,7 +69,8 @@ void CImageView::OnViewDisplayparameters()
     Invalidate(true);
 }
 
-void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui) {
+void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui)
+{
     // Only where a legend shows what is chosen.
     ui.Enable(storageDoc() && options.get_var_i("ShowParameters") != unsigned(-1));
 }
