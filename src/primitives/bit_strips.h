@@ -21,7 +21,7 @@ public:
         tiles = (height + tileRows - 1) / tileRows;
         // The rows behind a strip are those before the next.
         stripWords = static_cast<std::size_t>(tiles + 1) * tileRows;
-        words.assign(stripWords * static_cast<std::size_t>(strips() + 2) + tileRows, 0);
+        memory.assign(static_cast<std::size_t>(tiles + 1) * static_cast<std::size_t>(strips() + 2) + 1, {});
     }
 
     int width() const noexcept { return columns; }
@@ -30,14 +30,8 @@ public:
     int tilesOfStrip() const noexcept { return tiles; }
     std::size_t stride() const noexcept { return stripWords; } ///< words from a strip to the next
     /// Row 0 of a strip, -1 to `strips()`; rows -1 and `height()` up to the end of the tile are there and clear.
-    std::uint64_t* strip(int s) noexcept
-    {
-        return words.data() + stripWords * static_cast<std::size_t>(s + 1) + tileRows;
-    }
-    const std::uint64_t* strip(int s) const noexcept
-    {
-        return words.data() + stripWords * static_cast<std::size_t>(s + 1) + tileRows;
-    }
+    std::uint64_t* strip(int s) noexcept { return memory[firstTile(s)].rows; }
+    const std::uint64_t* strip(int s) const noexcept { return memory[firstTile(s)].rows; }
 
     /// The column may be one outside on either side, as may the row.
     bool test(int x, int y) const noexcept
@@ -68,7 +62,16 @@ private:
                static_cast<unsigned>(test(x + 1, y)) << 2;
     }
 
-    std::vector<std::uint64_t> words;
+    /// As wide as the widest register, so that a tile is never on two cache lines.
+    struct alignas(64) tile {
+        std::uint64_t rows[tileRows];
+    };
+    std::size_t firstTile(int s) const noexcept
+    {
+        return static_cast<std::size_t>(tiles + 1) * static_cast<std::size_t>(s + 1) + 1;
+    }
+
+    std::vector<tile> memory;
     std::size_t stripWords = 0;
     int columns = 0, lines = 0, tiles = 0;
 };

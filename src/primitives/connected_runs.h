@@ -33,8 +33,8 @@ public:
     /// The same while the mask is made of the heights strictly above the threshold: each height is read once.
     void find_above(const_height_block heights, std::int16_t threshold, bit_image& mask);
 
-    std::span<const area> areas() const noexcept { return {found.data(), found.size()}; }
-    std::span<const run> runs() const noexcept { return {all.data(), all.size()}; }
+    const growing_array<area>& areas() const noexcept { return found; }
+    const growing_array<run>& runs() const noexcept { return all; }
 
 private:
     void begin(int width);

@@ -46,23 +46,6 @@ constexpr std::array<bool, 256> idle_corners()
 }
 constexpr std::array<bool, 256> isIdleCorner = idle_corners();
 
-/// Takes away corners in the order of rows and columns, each seeing what became of those before.
-/// \return whether there was one
-bool take_corners(bit_strips& mask)
-{
-    bool changed = false;
-    const int strips = mask.strips();
-    for (int y = 0; y < mask.height(); ++y)
-        for (int s = 0; s < strips; ++s)
-            for (std::uint64_t left = mask.strip(s)[y]; left != 0; left &= left - 1) {
-                const int x = s * bitsOfWord + std::countr_zero(left);
-                if (!isIdleCorner[mask.neighbours(x, y)]) continue;
-                mask.clear(x, y);
-                changed = true;
-            }
-    return changed;
-}
-
 bool has_bits(const std::uint64_t* tile) noexcept
 {
     std::uint64_t any = 0;
@@ -80,15 +63,32 @@ void thinner::thin(bit_strips& mask)
         for (int tile = 0; tile < mask.tilesOfStrip(); ++tile)
             if (has_bits(mask.strip(s) + std::ptrdiff_t{tile} * bit_strips::tileRows))
                 awake[awakeStride * static_cast<std::size_t>(s + 1) + 1 + static_cast<std::size_t>(tile)] = 2;
-    other = mask;
-    bit_strips *from = &mask, *to = &other;
+    scratch.resize(thinning_step::scratchWords(mask));
     std::uint32_t lastChange = 0;
-    for (std::uint32_t number = 1; number <= lastChange + 2; ++number) {
-        if (run_step({from, to, awake.data(), number})) lastChange = number;
-        std::swap(from, to);
+    for (std::uint32_t number = 1; number <= lastChange + 2; ++number)
+        if (run_step({&mask, scratch.data(), awake.data(), number})) lastChange = number;
+    while (takeCorners(mask)) {}
+}
+
+/// Takes away corners in the order of rows and columns, each seeing what became of those before.
+/// \return whether one that was passed already has become one
+bool thinner::takeCorners(bit_strips& mask)
+{
+    const auto isCorner = [&mask](int x, int y) { return mask.test(x, y) && isIdleCorner[mask.neighbours(x, y)]; };
+    const std::size_t stride = mask.stride();
+    const auto count = static_cast<std::size_t>(mask.strips());
+    bool again = false;
+    for (int y = 0; y < mask.height(); ++y) {
+        const std::uint64_t* const row = mask.strip(0) + y;
+        for (std::size_t s = 0; s < count; ++s)
+            for (std::uint64_t left = row[s * stride]; left != 0; left &= left - 1) {
+                const int x = static_cast<int>(s) * bitsOfWord + std::countr_zero(left);
+                if (!isIdleCorner[mask.neighbours(x, y)]) continue;
+                mask.clear(x, y);
+                again |= isCorner(x - 1, y) || isCorner(x - 1, y - 1) || isCorner(x, y - 1) || isCorner(x + 1, y - 1);
+            }
     }
-    // After two steps without a change both hold the same.
-    while (take_corners(mask)) {}
+    return again;
 }
 
 namespace {

@@ -16,18 +16,27 @@ public:
     void thin(bit_strips& mask);
 
 private:
-    bit_strips other;                 ///< what the step before left, and then what this one leaves
+    bool takeCorners(bit_strips& mask);
+
     std::vector<std::uint32_t> awake; ///< of each tile with a border: the last step that may change it
+    std::vector<std::uint64_t> scratch;
 };
 /// The plain form that defines the answer: samples of rows, 1 set and 0 clear.
 void thin_reference(std::uint8_t* samples, int width, int height);
 
 /// One step of the rule on a whole mask.
 struct thinning_step {
-    const bit_strips* from;
-    bit_strips* to;
-    std::uint32_t* awake; ///< of the first tile of the border: (strips + 2) times (tiles + 2), strip by strip
+    bit_strips* mask;
+    std::uint64_t* scratch;
+    std::uint32_t* awake; ///< (strips + 2) times (tiles + 2), strip by strip with the border
     std::uint32_t number; ///< from 1 on; the rule's two sides alternate
+
+    /// Room for two strips as they were, with a tile more before and behind each, and for the changes of a strip.
+    static std::size_t scratchWords(const bit_strips& mask) noexcept
+    {
+        const auto tiles = static_cast<std::size_t>(mask.tilesOfStrip()) + 2;
+        return 2 * tiles * bit_strips::tileRows + tiles;
+    }
 };
 
 } // namespace primitives

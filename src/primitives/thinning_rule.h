@@ -1,7 +1,9 @@
 #pragma once
 #include "primitives/thinning.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 /// The rule of `thinner` on words of any width: a 64-bit number, or a vector of them for several rows of a strip.
 namespace primitives::thinning_rule {
@@ -44,77 +46,141 @@ template <class Word>
     std::memcpy(&out, at, sizeof out);
 }
 
-/// One row of three: the words themselves, and shifted so that the neighbour lies at the sample's place.
+/// Rows of a strip and of its neighbours as those lie to the left and to the right: the bits of the samples to the west
+/// and to the east come to the place of the sample.
 template <class Word>
-[[gnu::always_inline]] inline void load_row(const std::uint64_t* at, std::size_t stride, Word& west, Word& middle,
-                                            Word& east)
+[[gnu::always_inline]] inline void beside(const Word& left, const Word& middle, const Word& right, Word& west,
+                                          Word& east)
+{
+    west = middle << 1 | left >> 63;
+    east = middle >> 1 | right << 63;
+}
+
+template <class Word>
+[[gnu::always_inline]] inline void load_row(const std::uint64_t* left, const std::uint64_t* middle,
+                                            const std::uint64_t* right, Word& west, Word& centre, Word& east)
 {
     Word before, behind;
-    load(at - stride, before);
-    load(at, middle);
-    load(at + stride, behind);
-    west = middle << 1 | before >> 63;
-    east = middle >> 1 | behind << 63;
+    load(left, before);
+    load(middle, centre);
+    load(right, behind);
+    beside(before, centre, behind, west, east);
 }
 
+/// The rows of a register, each one lower: the first is the one that was before.
 template <class Word>
-[[gnu::always_inline]] inline bool is_zero(const Word& word)
+[[gnu::always_inline]] inline void one_row_lower(std::uint64_t before, const Word& rows, Word& out)
 {
-    if constexpr (sizeof(Word) == sizeof(std::uint64_t)) {
-        return word == 0;
+    if constexpr (sizeof(Word) == 8) {
+        out = before;
     } else {
-        std::uint64_t parts[sizeof(Word) / sizeof(std::uint64_t)], any = 0;
-        std::memcpy(parts, &word, sizeof word);
-        for (const std::uint64_t part : parts) any |= part;
-        return any == 0;
+        const Word first = before - Word{}; // in all places
+        if constexpr (sizeof(Word) == 32)
+            out = __builtin_shufflevector(first, rows, 3, 4, 5, 6);
+        else
+            out = __builtin_shufflevector(first, rows, 7, 8, 9, 10, 11, 12, 13, 14);
     }
 }
 
-/// Works on a tile. \return whether something was taken away
+/// The bits that are set in any of the rows.
 template <class Word>
-[[gnu::always_inline]] inline bool step_tile(const std::uint64_t* from, std::uint64_t* to, std::size_t stride,
-                                             bool isOdd)
+[[gnu::always_inline]] inline std::uint64_t any_of(const Word& rows)
 {
-    constexpr int rowsAtOnce = sizeof(Word) / sizeof(std::uint64_t);
-    bool changed = false;
+    if constexpr (sizeof(Word) == 64) {
+        const auto half =
+            __builtin_shufflevector(rows, rows, 0, 1, 2, 3) | __builtin_shufflevector(rows, rows, 4, 5, 6, 7);
+        return any_of(half);
+    } else if constexpr (sizeof(Word) == 32) {
+        const auto half = __builtin_shufflevector(rows, rows, 0, 1) | __builtin_shufflevector(rows, rows, 2, 3);
+        return half[0] | half[1];
+    } else {
+        return rows;
+    }
+}
+
+/// A tile and what lies around it as it was before the step: the strip to the left and the rows below have been through
+/// it, so that they come from copies.
+struct tile_place {
+    const std::uint64_t* oldLeft;
+    std::uint64_t* old; ///< the copy of this tile is made here
+    std::uint64_t* rows;
+    const std::uint64_t* right;
+};
+
+/// \return in which columns something was taken away
+template <class Word>
+[[gnu::always_inline]] inline std::uint64_t step_tile(const tile_place& tile, bool isOdd)
+{
+    constexpr int rowsAtOnce = sizeof(Word) / 8;
+    std::uint64_t changed = 0;
     for (int row = 0; row < bit_strips::tileRows; row += rowsAtOnce) {
         around<Word> at;
-        Word centre, out;
-        load_row(from + row - 1, stride, at.southWest, at.south, at.southEast);
-        load_row(from + row, stride, at.west, centre, at.east);
-        load_row(from + row + 1, stride, at.northWest, at.north, at.northEast);
+        Word centre, out, left, right;
+        load_row(tile.oldLeft + row, tile.rows + row, tile.right + row, at.west, centre, at.east);
+        std::memcpy(tile.old + row, &centre, sizeof centre);
+        if (any_of(centre) == 0) continue;
+        load_row(tile.oldLeft + row + 1, tile.rows + row + 1, tile.right + row + 1, at.northWest, at.north,
+                 at.northEast);
+        one_row_lower(tile.old[row - 1], centre, at.south);
+        load(tile.oldLeft + row - 1, left);
+        load(tile.right + row - 1, right);
+        beside(left, at.south, right, at.southWest, at.southEast);
         taken_away(centre, at, isOdd, out);
         centre &= ~out;
-        std::memcpy(to + row, &centre, sizeof centre);
-        changed |= !is_zero(out);
+        std::memcpy(tile.rows + row, &centre, sizeof centre);
+        changed |= any_of(out);
     }
     return changed;
+}
+
+/// Keeps the tiles awake that lie around a change, for the two steps that follow: those of the strip, and those beside
+/// it where the column at its edge changed. Without branches, since how an area lies to the tiles is anybody's guess.
+/// \param changed  columns of each tile, of the one before the first and of the one behind the last
+inline void wake_around(const std::uint64_t* changed, std::ptrdiff_t tiles, std::uint32_t* awake,
+                        std::ptrdiff_t awakeStride, std::uint32_t until) noexcept
+{
+    std::uint32_t *const left = awake - awakeStride, *const right = awake + awakeStride;
+    for (std::ptrdiff_t tile = 0; tile < tiles; ++tile) {
+        const std::uint64_t columns = changed[tile - 1] | changed[tile] | changed[tile + 1];
+        awake[tile] = columns != 0 ? until : awake[tile];
+        left[tile] = (columns & 1) != 0 ? until : left[tile];
+        right[tile] = columns >> 63 != 0 ? until : right[tile];
+    }
 }
 
 /// \return whether something was taken away
 template <class Word>
 [[gnu::always_inline]] inline bool step_mask(const thinning_step& step)
 {
-    const int tiles = step.from->tilesOfStrip(), strips = step.from->strips();
-    const std::size_t stride = step.from->stride(), awakeStride = static_cast<std::size_t>(tiles) + 2;
-    const bool isOdd = step.number % 2 != 0;
-    bool changed = false;
-    for (int s = 0; s < strips; ++s) {
-        const std::uint64_t* const from = step.from->strip(s);
-        std::uint64_t* const to = step.to->strip(s);
-        std::uint32_t* const awake = step.awake + awakeStride * static_cast<std::size_t>(s + 1) + 1;
-        for (int tile = 0; tile < tiles; ++tile) {
-            if (awake[tile] < step.number) continue;
-            const std::ptrdiff_t first = std::ptrdiff_t{tile} * bit_strips::tileRows;
-            if (!step_tile<Word>(from + first, to + first, stride, isOdd)) continue;
-            changed = true;
-            // What lies around may change in the two steps that follow; this tile is not asked again in this one.
-            for (const std::ptrdiff_t strip : {-1, 0, 1})
-                for (const std::ptrdiff_t row : {-1, 0, 1})
-                    awake[tile + row + strip * static_cast<std::ptrdiff_t>(awakeStride)] = step.number + 2;
+    constexpr std::ptrdiff_t rows = bit_strips::tileRows;
+    bit_strips& mask = *step.mask;
+    const std::ptrdiff_t tiles = mask.tilesOfStrip(), awakeStride = tiles + 2;
+    const std::uint32_t number = step.number;
+    const bool isOdd = number % 2 != 0;
+    // Left of the first strip all is clear, as it is before and behind every strip.
+    std::fill_n(step.scratch, thinning_step::scratchWords(mask), std::uint64_t{0});
+    std::uint64_t *oldLeft = step.scratch + rows, *old = oldLeft + (tiles + 2) * rows;
+    std::uint64_t* const columns = old + (tiles + 1) * rows + 1;
+    std::uint64_t everywhere = 0;
+    for (int s = 0; s < mask.strips(); ++s) {
+        std::uint64_t *const strip = mask.strip(s), *const right = mask.strip(s + 1);
+        std::uint32_t* const awake = step.awake + awakeStride * (s + 1) + 1;
+        std::uint64_t any = 0;
+        for (std::ptrdiff_t tile = 0; tile < tiles; ++tile) {
+            const std::ptrdiff_t first = tile * rows;
+            if (awake[tile] < number) {
+                std::memcpy(old + first, strip + first, sizeof(std::uint64_t) * rows);
+                columns[tile] = 0;
+            } else {
+                columns[tile] = step_tile<Word>({oldLeft + first, old + first, strip + first, right + first}, isOdd);
+            }
+            any |= columns[tile];
         }
+        if (any != 0) wake_around(columns, tiles, awake, awakeStride, number + 2);
+        everywhere |= any;
+        std::swap(old, oldLeft);
     }
-    return changed;
+    return everywhere != 0;
 }
 
 } // namespace primitives::thinning_rule

@@ -194,7 +194,8 @@ TEST(Thinning, EveryFormOfAStepIsThePlainOne)
             primitives::bit_strips out = mask;
             std::vector<std::uint32_t> awake(static_cast<std::size_t>((mask.strips() + 2) * (mask.tilesOfStrip() + 2)),
                                              2);
-            EXPECT_TRUE(form.run({&mask, &out, awake.data(), number}));
+            std::vector<std::uint64_t> scratch(primitives::thinning_step::scratchWords(mask), ~0ull);
+            EXPECT_TRUE(form.run({&out, scratch.data(), awake.data(), number}));
             std::vector<bool>& bits = results.emplace_back();
             for (int y = 0; y < 77; ++y)
                 for (int x = 0; x < 300; ++x) bits.push_back(out.test(x, y));
