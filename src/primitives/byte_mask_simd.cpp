@@ -34,8 +34,12 @@ __attribute__((target("avx2"))) void pack_bytes_avx2(const std::uint8_t* bytes, 
 __attribute__((target("avx512f,avx512bw"))) void keep_bytes_avx512(const std::uint64_t* words, std::size_t stride,
                                                                    std::uint8_t* bytes, int width) noexcept
 {
-    for (; width >= bitsOfWord; width -= bitsOfWord, bytes += bitsOfWord, words += stride)
-        _mm512_storeu_si512(bytes, _mm512_maskz_loadu_epi8(*words, bytes));
+    for (; width >= bitsOfWord; width -= bitsOfWord, bytes += bitsOfWord, words += stride) {
+        const __m512i block = _mm512_loadu_si512(bytes);
+        // Most blocks have nothing to lose, and what is not written need not go back to memory.
+        if (_mm512_mask_test_epi8_mask(~*words, block, block) == 0) continue;
+        _mm512_storeu_si512(bytes, _mm512_maskz_mov_epi8(*words, block));
+    }
     keep_bytes_reference(words, stride, bytes, width);
 }
 

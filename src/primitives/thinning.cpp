@@ -75,20 +75,37 @@ void thinner::thin(bit_strips& mask)
 bool thinner::takeCorners(bit_strips& mask)
 {
     const auto isCorner = [&mask](int x, int y) { return mask.test(x, y) && isIdleCorner[mask.neighbours(x, y)]; };
-    const std::size_t stride = mask.stride();
-    const auto count = static_cast<std::size_t>(mask.strips());
     bool again = false;
     for (int y = 0; y < mask.height(); ++y) {
-        const std::uint64_t* const row = mask.strip(0) + y;
-        for (std::size_t s = 0; s < count; ++s)
-            for (std::uint64_t left = row[s * stride]; left != 0; left &= left - 1) {
-                const int x = static_cast<int>(s) * bitsOfWord + std::countr_zero(left);
-                if (!isIdleCorner[mask.neighbours(x, y)]) continue;
-                mask.clear(x, y);
-                again |= isCorner(x - 1, y) || isCorner(x - 1, y - 1) || isCorner(x, y - 1) || isCorner(x + 1, y - 1);
+        if (y % bit_strips::tileRows == 0) findOccupied(mask, y);
+        const std::size_t words = occupied.size() / bit_strips::tileRows;
+        const std::uint64_t* const row = occupied.data() + words * static_cast<std::size_t>(y % bit_strips::tileRows);
+        for (std::size_t word = 0; word < words; ++word)
+            for (std::uint64_t strips = row[word]; strips != 0; strips &= strips - 1) {
+                const int s = static_cast<int>(word) * bitsOfWord + std::countr_zero(strips);
+                for (std::uint64_t left = mask.strip(s)[y]; left != 0; left &= left - 1) {
+                    const int x = s * bitsOfWord + std::countr_zero(left);
+                    if (!isIdleCorner[mask.neighbours(x, y)]) continue;
+                    mask.clear(x, y);
+                    again |=
+                        isCorner(x - 1, y) || isCorner(x - 1, y - 1) || isCorner(x, y - 1) || isCorner(x + 1, y - 1);
+                }
             }
     }
     return again;
+}
+
+/// Which strips have bits in each of the eight rows from `firstRow` on.
+void thinner::findOccupied(const bit_strips& mask, int firstRow)
+{
+    const auto words = static_cast<std::size_t>(words_for(mask.strips()));
+    occupied.assign(words * bit_strips::tileRows, 0);
+    for (int s = 0; s < mask.strips(); ++s) {
+        const std::uint64_t* const rows = mask.strip(s) + firstRow;
+        std::uint64_t* const bits = occupied.data() + s / bitsOfWord;
+        for (std::size_t row = 0; row < bit_strips::tileRows; ++row)
+            bits[row * words] |= static_cast<std::uint64_t>(rows[row] != 0) << (s % bitsOfWord);
+    }
 }
 
 namespace {

@@ -17,9 +17,10 @@ public:
 
 private:
     bool takeCorners(bit_strips& mask);
+    void findOccupied(const bit_strips& mask, int firstRow);
 
     std::vector<std::uint32_t> awake; ///< of each tile with a border: the last step that may change it
-    std::vector<std::uint64_t> scratch;
+    std::vector<std::uint64_t> scratch, occupied;
 };
 /// The plain form that defines the answer: samples of rows, 1 set and 0 clear.
 void thin_reference(std::uint8_t* samples, int width, int height);
