@@ -14,19 +14,19 @@ namespace fft {
 
 namespace {
 
-/// Runs the tiles of a step, each once, on as many threads as there is work space for.
+/// Runs the tasks of a step, each once, on as many threads as there is work space for.
 template <class Number>
-void run_tiles(void (*kernel)(const image_step<Number>&, int, Number*), const image_step<Number>& step, int tiles,
+void run_tasks(void (*kernel)(const image_step<Number>&, int, Number*), const image_step<Number>& step, int tasks,
                std::span<const aligned_numbers<Number>> space)
 {
     std::atomic<int> next = 0;
-    const auto work = [&](Number* tile) {
-        for (int number = next++; number < tiles; number = next++) kernel(step, number, tile);
+    const auto work = [&](Number* mine) {
+        for (int number = next++; number < tasks; number = next++) kernel(step, number, mine);
     };
     std::vector<std::jthread> helpers;
     helpers.reserve(space.size() - 1);
     try {
-        for (std::size_t i = 1; i < space.size() && static_cast<int>(i) < tiles; ++i)
+        for (std::size_t i = 1; i < space.size() && static_cast<int>(i) < tasks; ++i)
             helpers.emplace_back(work, space[i].data());
     } catch (const std::system_error&) {
         // No more threads to be had: those that run do the work.
@@ -53,18 +53,20 @@ void transform_image(const tile_kernels<Number>& kernels, Number* image, int wid
 {
     const plan<Number> rowPlan(width), columnPlan(height);
     std::vector<aligned_numbers<Number>> space;
-    const auto useful = static_cast<unsigned>(std::max(row_tiles<Number>(height), column_tiles<Number>(width)));
+    const auto useful = static_cast<unsigned>(std::max(row_tasks<Number>(height), column_tasks<Number>(width)));
+    const auto tilesUsed = static_cast<std::size_t>(std::min(tilesOfGroup, paired_columns(width) / lanes<Number> + 1));
     for (unsigned i = 0; i < std::clamp(threads, 1u, useful); ++i)
-        space.emplace_back(std::max(rowPlan.tileNumbers(), columnPlan.tileNumbers()));
+        space.emplace_back(std::max(rowPlan.tileNumbers(), tilesUsed * columnPlan.tileNumbers()));
     // The rows leave out a factor 1/2, and so do the columns that share a lane.
     const double count = static_cast<double>(width) * height;
     const auto scale = static_cast<Number>(inverse ? 1.0 : 0.5 / count);
-    const image_step<Number> rowStep{image, width, height, rowPlan.view(), inverse, scale};
-    const image_step<Number> columnStep{image, width, height, columnPlan.view(), inverse, scale};
+    const auto columnStride = static_cast<std::ptrdiff_t>(columnPlan.tileNumbers());
+    const image_step<Number> rowStep{image, width, height, rowPlan.view(), 0, inverse, scale};
+    const image_step<Number> columnStep{image, width, height, columnPlan.view(), columnStride, inverse, scale};
     const std::span<const aligned_numbers<Number>> all(space);
-    if (!inverse) run_tiles(kernels.rows, rowStep, row_tiles<Number>(height), all);
-    run_tiles(kernels.columns, columnStep, column_tiles<Number>(width), all);
-    if (inverse) run_tiles(kernels.rows, rowStep, row_tiles<Number>(height), all);
+    if (!inverse) run_tasks(kernels.rows, rowStep, row_tasks<Number>(height), all);
+    run_tasks(kernels.columns, columnStep, column_tasks<Number>(width), all);
+    if (inverse) run_tasks(kernels.rows, rowStep, row_tasks<Number>(height), all);
 }
 
 template void transform_image(const tile_kernels<float>&, float*, int, int, bool, unsigned);

@@ -178,66 +178,88 @@ private:
     int first;
 };
 
-/// Columns of the half spectrum in a tile, and in a free lane of the last tile the columns that mirror themselves.
+/// Columns of the half spectrum in a group of tiles, and in a free lane of the last tile of all the columns that mirror
+/// themselves. A row of the group lies together in the image: single tiles would touch each line of the cache twice.
 template <class Number>
-class column_tile {
+class column_group {
 public:
-    column_tile(const image_step<Number>& step_, int number)
-        : step(step_), parts(step_.inverse), first(1 + 2 * number * lanes<Number>)
+    column_group(const image_step<Number>& step_, int number)
+        : step(step_), parts(step_.inverse), first(1 + 2 * number * columnsOfGroup)
     {
-        const int left = paired_columns(step.width) - number * lanes<Number>;
-        isLast = left < lanes<Number>;
-        count = isLast ? left : lanes<Number>;
+        const int left = paired_columns(step.width) - number * columnsOfGroup;
+        fullTiles = left / lanes<Number> < tilesOfGroup ? left / lanes<Number> : tilesOfGroup;
+        count = fullTiles < tilesOfGroup ? left % lanes<Number> : -1;
     }
 
-    void read(Number* tile) const
+    bool hasLastTile() const { return count >= 0; }
+    int tiles() const { return fullTiles + (hasLastTile() ? 1 : 0); }
+    Number* tile(Number* space, int t) const { return space + t * step.tileNumbers; }
+
+    void read(Number* space) const
     {
         for (int y = 0; y < step.height; ++y) {
-            const Number* const from = image(y) + first;
-            Number* const to = tile + std::ptrdiff_t{y} * rowNumbers<Number>;
-            if (isLast) {
-                std::memset(to, 0, sizeof(Number) * rowNumbers<Number>);
-                for (int i = 0; i < count; ++i) {
-                    to[parts.re + i] = from[2 * i];
-                    to[parts.im + i] = from[2 * i + 1];
+            const Number* from = image(y) + first;
+            Number* to = space + std::ptrdiff_t{y} * rowNumbers<Number>;
+            for (int t = 0; t < fullTiles; ++t, from += rowNumbers<Number>, to += step.tileNumbers)
+                for (int h = 0; h < lanes<Number>; h += wide<Number>) {
+                    const auto x = split_pairs<Number>(load(from + 2 * h), load(from + 2 * h + wide<Number>));
+                    store(to + parts.re + h, x.re);
+                    store(to + parts.im + h, x.im);
                 }
-                continue;
-            }
-            for (int h = 0; h < lanes<Number>; h += wide<Number>) {
-                const auto x = split_pairs<Number>(load(from + 2 * h), load(from + 2 * h + wide<Number>));
-                store(to + parts.re + h, x.re);
-                store(to + parts.im + h, x.im);
+        }
+        if (hasLastTile()) readLast(tile(space, fullTiles));
+    }
+
+    /// Writes what the tiles became; `results` are their places.
+    void write(const Number* const* results) const
+    {
+        for (int y = 0; y < step.height; ++y) {
+            Number* to = image(y) + first;
+            for (int t = 0; t < fullTiles; ++t, to += rowNumbers<Number>) {
+                const Number* const from = result(results[t], y);
+                for (int h = 0; h < lanes<Number>; h += wide<Number>)
+                    store_pairs<Number>(
+                        to + 2 * h, {load(from + parts.re + h) * step.scale, load(from + parts.im + h) * step.scale});
             }
         }
-        if (!isLast) return;
+        if (hasLastTile()) writeLast(results[fullTiles]);
+    }
+
+private:
+    static constexpr int columnsOfGroup = tilesOfGroup * lanes<Number>;
+
+    Number* lastColumns(int y) const { return image(y) + first + fullTiles * rowNumbers<Number>; }
+    void readLast(Number* tile) const
+    {
+        for (int y = 0; y < step.height; ++y) {
+            const Number* const from = lastColumns(y);
+            Number* const to = tile + std::ptrdiff_t{y} * rowNumbers<Number>;
+            std::memset(to, 0, sizeof(Number) * rowNumbers<Number>);
+            for (int i = 0; i < count; ++i) {
+                to[parts.re + i] = from[2 * i];
+                to[parts.im + i] = from[2 * i + 1];
+            }
+        }
         if (step.inverse)
             readMirrored(tile);
         else
             readReal(tile);
     }
-
-    void write(const Number* tile) const
+    void writeLast(const Number* tile) const
     {
         for (int y = 0; y < step.height; ++y) {
             const Number* const from = result(tile, y);
-            Number* const to = image(y) + first;
-            for (int i = 0; isLast && i < count; ++i) {
+            Number* const to = lastColumns(y);
+            for (int i = 0; i < count; ++i) {
                 to[2 * i] = from[parts.re + i] * step.scale;
                 to[2 * i + 1] = from[parts.im + i] * step.scale;
             }
-            if (isLast) continue;
-            for (int h = 0; h < lanes<Number>; h += wide<Number>)
-                store_pairs<Number>(to + 2 * h,
-                                    {load(from + parts.re + h) * step.scale, load(from + parts.im + h) * step.scale});
         }
-        if (!isLast) return;
         if (step.inverse)
             writeReal(tile);
         else
             writeMirrored(tile);
     }
-
-private:
     bool hasMiddle() const { return step.width % 2 == 0; }
     Number* image(int y) const { return step.image + std::ptrdiff_t{y} * step.width; }
     const Number* result(const Number* tile, int i) const
@@ -301,8 +323,8 @@ private:
 
     const image_step<Number>& step;
     part_order<Number> parts;
-    int first, count;
-    bool isLast;
+    int first, fullTiles;
+    int count; ///< columns of the last tile of all; -1 where it is in another group
 };
 
 template <class Number>
@@ -319,11 +341,13 @@ void transform_rows(const image_step<Number>& step, int number, Number* tile)
 }
 
 template <class Number>
-void transform_columns(const image_step<Number>& step, int number, Number* tile)
+void transform_columns(const image_step<Number>& step, int number, Number* space)
 {
-    const column_tile<Number> columns(step, number);
-    columns.read(tile);
-    columns.write(transform_lines(step.lines, tile));
+    const column_group<Number> columns(step, number);
+    columns.read(space);
+    const Number* results[tilesOfGroup];
+    for (int t = 0; t < columns.tiles(); ++t) results[t] = transform_lines(step.lines, columns.tile(space, t));
+    columns.write(results);
 }
 
 } // namespace
