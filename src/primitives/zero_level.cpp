@@ -1,4 +1,6 @@
+#include "primitives/histogram.h"
 #include "primitives/numeric.h"
+#include "primitives/resample.h"
 
 #include <algorithm>
 #include <cmath>
@@ -87,19 +89,6 @@ double centre_of(bins counts, const sums& hills, std::size_t peak)
     return total > 0.0 ? moment / total : static_cast<double>(peak);
 }
 
-constexpr int lowest = -32768, levels = 65536;
-
-std::vector<unsigned> count_heights(const short* data, int width, int height, int step)
-{
-    std::vector<unsigned> counts(levels);
-    for (int y = 0; y < height; ++y) {
-        const auto* const row =
-            reinterpret_cast<const short*>(reinterpret_cast<const char*>(data) + std::ptrdiff_t{y} * step);
-        for (int x = 0; x < width; ++x) ++counts[static_cast<std::size_t>(row[x] - lowest)];
-    }
-    return counts;
-}
-
 } // namespace
 
 double find_zero_level(const unsigned* counts, int count)
@@ -116,7 +105,11 @@ double find_zero_level(const unsigned* counts, int count)
 short find_zero_level(const short* data, int width, int height, int step, int)
 {
     if (!data || width <= 0 || height <= 0) return 0;
-    const std::vector<unsigned> counts = count_heights(data, width, height, step);
-    const double level = find_zero_level(counts.data(), levels);
-    return static_cast<short>(std::floor(level + 0.5) + lowest);
+    std::vector<unsigned> counts(primitives::heightCount);
+    const primitives::const_height_block heights{data, width, height, step};
+    for (int y = 0; y < height; ++y)
+        primitives::count_heights({heights.row(y), static_cast<std::size_t>(width)},
+                                  std::span<unsigned, primitives::heightCount>(counts));
+    const double level = find_zero_level(counts.data(), static_cast<int>(counts.size()));
+    return static_cast<short>(std::floor(level + 0.5) - 32768.0);
 }
