@@ -22,23 +22,49 @@ constexpr int way_back_in(unsigned neighbours, int from) noexcept
     return (from + outside + std::countr_zero(rest)) & 7;
 }
 
-/// Walks around a set from a sample at its border that has a neighbour, with the outside on the right hand as rows
-/// count upwards, until it comes back there. `visit` gets each sample, the start at the beginning and at the end.
+/// Walks around a set from a sample at its border that has a neighbour in it, with the outside on the right hand as
+/// rows count upwards, until it comes back there. `visit` gets each sample, the start at the beginning and at the end.
+/// \param from  the walk leaves in the first direction that turning from this one leads back into the set
 /// \param neighboursOf  bits of the neighbours of (x, y) that are in the set, as above
-/// The start must touch the outside in a direction that the walk from east meets before it turns back into the set: the
-/// first sample of an area along the rows does.
+/// \return false when the walk never comes back: where the start touches the outside by a corner alone, a line passes
+/// beside it, again and again
 template <class NeighboursOf, class Visit>
-void trace_boundary(int startX, int startY, NeighboursOf neighboursOf, Visit visit)
+bool walk_boundary(int startX, int startY, int from, NeighboursOf neighboursOf, Visit visit)
 {
-    int x = startX, y = startY, from = 0;
+    int x = startX, y = startY, way = -1;
+    int milestoneX = x, milestoneY = y, milestoneWay = way;
     visit(x, y);
-    do {
-        const int way = way_back_in(neighboursOf(x, y), from);
+    for (std::uint64_t length = 1, nextMilestone = 1;; ++length) {
+        way = way_back_in(neighboursOf(x, y), from);
         x += boundary_steps[way].x;
         y += boundary_steps[way].y;
+        if (x == milestoneX && y == milestoneY && way == milestoneWay) return false;
         visit(x, y);
+        if (x == startX && y == startY) return true;
         from = (way + 4) & 7;
-    } while (x != startX || y != startY);
+        // Milestones twice as far apart each time: one of them lies on any ring.
+        if (length != nextMilestone) continue;
+        nextMilestone *= 2;
+        milestoneX = x;
+        milestoneY = y;
+        milestoneWay = way;
+    }
+}
+
+/// The walk from the first direction, east first, from which it comes back. `restart` is called before each attempt.
+/// \return whether there is one; without neighbours, or with all eight, there is none
+template <class NeighboursOf, class Restart, class Visit>
+bool trace_boundary(int startX, int startY, NeighboursOf neighboursOf, Restart restart, Visit visit)
+{
+    const unsigned around = neighboursOf(startX, startY);
+    restart();
+    if (around == 0 || around == 0xFF) return false;
+    for (int from = 0; from < 8; ++from) {
+        restart();
+        if (walk_boundary(startX, startY, from, neighboursOf, visit)) return true;
+    }
+    restart();
+    return false;
 }
 
 } // namespace primitives

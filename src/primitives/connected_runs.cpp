@@ -34,10 +34,11 @@ void add(connected_runs::area& area, const connected_runs::area& other) noexcept
 
 } // namespace
 
-void connected_runs::find(const bit_image& mask, const_height_block heights)
+void connected_runs::find(const bit_image& mask, const_height_block heights, neighbours connected)
 {
     begin(mask.width());
-    for (int y = 0; y < mask.height(); ++y) addRow(y, mask.row(y), heights.row(y));
+    gap = connected == neighbours::overSides ? 1 : 0;
+    for (int y = 0; y < mask.height(); ++y) addRow(y, mask.row(y), heights.data ? heights.row(y) : nullptr);
     finish();
 }
 
@@ -59,6 +60,7 @@ void connected_runs::begin(int width)
     parents.clear();
     edges.resize(static_cast<std::size_t>(width) + 1);
     rowAbove = 0;
+    gap = 0;
 }
 
 void connected_runs::addRow(int y, const std::uint64_t* bits, const std::int16_t* heights)
@@ -68,15 +70,14 @@ void connected_runs::addRow(int y, const std::uint64_t* bits, const std::int16_t
     std::size_t above = rowAbove;
     for (std::size_t i = 0; i < count; i += 2) {
         const std::int32_t left = edges[i], right = edges[i + 1];
-        while (above < thisRow && all[above].right < left) ++above;
+        while (above < thisRow && all[above].right < left + gap) ++above;
         std::uint32_t label = none;
-        for (std::size_t k = above; k < thisRow && all[k].left <= right; ++k) {
+        for (std::size_t k = above; k < thisRow && all[k].left <= right - gap; ++k) {
             const std::uint32_t touched = rootOf(all[k].next);
             label = label == none ? touched : unite(label, touched);
         }
-        const std::size_t pixels = static_cast<std::size_t>(right - left);
-        const area piece{
-            left, y, right, y + 1, none, static_cast<std::int64_t>(pixels), sum_run({heights + left, pixels})};
+        area piece{left, y, right, y + 1, none, right - left, {}};
+        if (heights) piece.heights = sum_run({heights + left, static_cast<std::size_t>(right - left)});
         if (label == none) {
             label = static_cast<std::uint32_t>(found.size());
             found.push_back(piece);

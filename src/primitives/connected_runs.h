@@ -9,7 +9,10 @@
 
 namespace primitives {
 
-/// The areas of a mask, each connected over sides and corners, as runs along the rows: there is no image of labels.
+/// What connects samples.
+enum class neighbours { overSides, overSidesAndCorners };
+
+/// The connected areas of a mask as runs along the rows: there is no image of labels.
 class connected_runs {
 public:
     static constexpr std::uint32_t none = ~std::uint32_t{0};
@@ -28,9 +31,12 @@ public:
     };
 
     /// Finds the areas of a mask, in the order in which a scan along the rows meets them, and sums the heights in them.
-    /// The heights are as large as the mask. Memory of an earlier call is used again. \throws std::bad_alloc
-    void find(const bit_image& mask, const_height_block heights);
-    /// The same while the mask is made of the heights strictly above the threshold: each height is read once.
+    /// The heights are as large as the mask; none at all (null): only the areas are found. Memory of an earlier call is
+    /// used again. \throws std::bad_alloc
+    void find(const bit_image& mask, const_height_block heights,
+              neighbours connected = neighbours::overSidesAndCorners);
+    /// The same, over sides and corners, while the mask is made of the heights strictly above the threshold: each
+    /// height is read once.
     void find_above(const_height_block heights, std::int16_t threshold, bit_image& mask);
 
     const growing_array<area>& areas() const noexcept { return found; }
@@ -48,6 +54,7 @@ private:
     growing_array<std::uint32_t> parents; ///< of labels: an older one that means the same area, or itself
     std::vector<std::int32_t> edges;      ///< of the runs of a row
     std::size_t rowAbove = 0;             ///< its first run
+    std::int32_t gap = 0;                 ///< what runs that touch have in common at least: 0 where corners count
 };
 
 } // namespace primitives

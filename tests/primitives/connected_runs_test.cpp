@@ -126,6 +126,18 @@ TEST(ConnectedRuns, EqualAreasFilledFromSampleToSample)
     }
 }
 
+TEST(ConnectedRuns, CornersConnectOnlyWhereTheyCount)
+{
+    primitives::bit_image mask(6, 3);
+    for (const auto& [x, y] : {std::pair{0, 0}, {1, 1}, {2, 2}, {4, 0}, {4, 1}, {5, 2}}) mask.fill(y, x, x + 1, true);
+    primitives::connected_runs found;
+    found.find(mask, {});
+    EXPECT_EQ(found.areas().size(), 2u);
+    found.find(mask, {}, primitives::neighbours::overSides);
+    ASSERT_EQ(found.areas().size(), 5u);
+    EXPECT_EQ(found.areas()[1].pixels, 2) << "one above the other";
+}
+
 TEST(ConnectedRuns, NothingGivesNothing)
 {
     primitives::connected_runs found;
