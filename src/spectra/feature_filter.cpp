@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <utility>
 
 namespace spectra {
 
@@ -65,10 +67,18 @@ bool passes(const Feature& feature, const feature_distribution& distribution, co
 
 void sort_features(std::vector<Feature>& features, std::size_t metric, bool isDescending)
 {
-    std::stable_sort(features.begin(), features.end(), [=](const Feature& a, const Feature& b) {
-        return isDescending ? is_less(b.metrics[metric], a.metrics[metric])
-                            : is_less(a.metrics[metric], b.metrics[metric]);
+    std::vector<std::size_t> order(features.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        const double valueA = features[a].metrics[metric], valueB = features[b].metrics[metric];
+        if (is_less(valueA, valueB)) return !isDescending;
+        if (is_less(valueB, valueA)) return isDescending;
+        return a < b;
     });
+    std::vector<Feature> sorted;
+    sorted.reserve(features.size());
+    for (const std::size_t each : order) sorted.push_back(std::move(features[each]));
+    features = std::move(sorted);
 }
 
 } // namespace spectra
