@@ -4,6 +4,7 @@
 #include "platform/WinApp.h"
 #include "platform/dpi.h"
 #include "surface/SurfMathView.h"
+#include "surface/decoration_drawing.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
 #include "view/AxisLine.h"
@@ -29,7 +30,7 @@ void CSurfMathView::render()
         std::ranges::fill(image.bits(), std::byte{});
         return;
     }
-    const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    const CRect whole({0, 0}, imageSize());
     CRect window;
     if (!window.IntersectRect(sourceRect, whole)) return;
     const CSize size{image.width(), image.height()};
@@ -126,6 +127,8 @@ void CSurfMathView::OnDrawData(CDC& dc)
                         {marksStyle, marksNumbered, static_cast<colorEntry>(number(*this, "text")),
                          static_cast<colorEntry>(number(*this, "text_background"))});
     surface::draw_curves(dc, drawn.curves, geometry);
+    surface::draw_trace(dc, drawn, geometry);
+    if (stream()) surface::draw_decorations(dc, storageDoc()->decorations(imageNumber), drawingAxes(), geometry);
     dc.RestoreDC(saved);
 }
 
