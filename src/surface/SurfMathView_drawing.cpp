@@ -35,10 +35,19 @@ void CSurfMathView::render()
     if (!window.IntersectRect(sourceRect, whole)) return;
     const CSize size{image.width(), image.height()};
     const surface::fitted_window shown = fitter.fit(frame, whole.right, window, size);
-    RECT region = roiRect();
+    RECT region = surface::shown_part(roiRect(), window, size);
+    const bool hasRegion = drawn.roiActive && !CRect(region).IsRectEmpty();
     scale.DrawImage(image.bits().data(), shown.samples, shown.step, {size.cx, size.cy}, valueAxis(),
                     number(*this, "scaling.z") == 1, static_cast<bool>(options["highlight"]),
-                    drawn.roiActive ? &region : nullptr, image.header().biBitCount == 32, &displayMin, &displayMax);
+                    hasRegion ? &region : nullptr, image.header().biBitCount == 32, &displayMin, &displayMax);
+}
+
+void CSurfMathView::setRegionOfInterest(const CRect& part)
+{
+    const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    drawn.roi = {part.left, part.top, part.right, part.bottom};
+    drawn.roiActive = !part.IsRectEmpty() && part != whole;
+    RefreshDisplay();
 }
 
 void CSurfMathView::drawPicture(CDC& dc)
