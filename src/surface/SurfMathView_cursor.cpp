@@ -21,11 +21,8 @@ void CSurfMathView::OnLButtonUp(unsigned flags, CPoint point)
     CImageView::OnLButtonUp(flags, point);
 }
 
-void CSurfMathView::OnMouseMove(unsigned flags, CPoint point)
-{
-    machine.move(flags, point);
-    CImageView::OnMouseMove(flags, point);
-}
+/// The machine chooses the pointer, where views without one show an arrow.
+void CSurfMathView::OnMouseMove(unsigned flags, CPoint point) { machine.move(flags, point); }
 
 void CSurfMathView::OnCaptureChanged() { machine.captureLost(); }
 
