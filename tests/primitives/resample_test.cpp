@@ -62,6 +62,17 @@ TEST(Resample, EqualsItsDefinitionInEveryBit)
         }
 }
 
+TEST(Resample, LargeImagesAreSharedBetweenThreadsWithTheSameResult)
+{
+    constexpr int width = 2200, height = 2000, toWidth = 301, toHeight = 211;
+    const samples image = noise(width, height);
+    samples defined(toWidth * toHeight);
+    primitives::resample_reference({image.data(), width, height, 2 * width},
+                                   {defined.data(), toWidth, toHeight, 2 * toWidth});
+    EXPECT_EQ(resized(image, width, height, toWidth, toHeight), defined);
+    EXPECT_EQ(resized(image, width, height, 1, 1).size(), 1u) << "one row is not shared";
+}
+
 TEST(Resample, SumsOfMoreRowsThan32BitsHold)
 {
     constexpr int rows = 70000; // times -32768 is beyond 2^31
