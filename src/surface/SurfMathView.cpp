@@ -123,6 +123,7 @@ void CSurfMathView::LoadData()
 {
     CImageView::LoadData();
     fitter.forget();
+    overlayBitmap.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
     if (options["ShowStatistics"]) SetTimer(statisticsTimer, statisticsDelay);

@@ -2,6 +2,7 @@
 #include "surface/cursor_machine.h"
 #include "surface/legend.h"
 #include "surface/measurement_text.h"
+#include "surface/overlay_bitmap.h"
 #include "surface/render_step.h"
 #include "surface/section_pens.h"
 #include "surface/selection_state.h"
@@ -196,5 +197,6 @@ private:
     bool paletteDirty = false;          ///< the scale differs from the one stored with the image
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
     surface::window_fitter fitter;
+    surface::overlay_bitmap overlayBitmap;
     bool isRenderPending = false;
 };

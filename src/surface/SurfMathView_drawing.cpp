@@ -76,8 +76,7 @@ void CSurfMathView::drawOverlay(CDC& dc, const BITMAPINFOHEADER& overlay)
                      part(static_cast<std::uint64_t>(sourceRect.Height()), height, sourceHeight)};
     // Rows of the bitmap count from the top here, those of the source from the bottom.
     const CRect from({left, static_cast<int>(height) - bottom - size.cy}, size);
-    auto* const bits = reinterpret_cast<std::byte*>(const_cast<BITMAPINFOHEADER*>(&overlay)) + overlay.biSize;
-    dc.StretchDIBits(displayRect, CBitmap{.header = overlay, .bits = bits}, from, SRCCOPY);
+    dc.StretchDIBits(displayRect, overlayBitmap.of(overlay), from, SRCCOPY);
 }
 
 std::vector<ISection*> CSurfMathView::sections() const

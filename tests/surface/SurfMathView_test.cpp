@@ -187,6 +187,18 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     EXPECT_TRUE(holds(texts, "Statistics:"));
     EXPECT_TRUE(holds(texts, "Rmax: 204500 pm")) << "0.5 nm * (10 * 39 + 19), in the unit of a step";
     EXPECT_TRUE(holds(texts, "Rq: 0 pm")) << "a plane";
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    RecordingDC compact(view.GetClientRect().Size());
+    view.OnDrawLegend(compact);
+    int above = 0;
+    for (const char* name : {"Statistics:", "Zmax", "Zmin", "Rmax", "Rq", "Ra", "Rsk", "Rku"})
+        for (const drawn& each : compact.all(drawn::kind::text)) {
+            if (!each.text.starts_with(name)) continue;
+            EXPECT_GT(each.box.top, above) << name;
+            above = each.box.top;
+        }
+    EXPECT_GT(above, 0);
     const std::wstring copied = view.GetClipboardText(true);
     EXPECT_NE(copied.find(L"Rmax, pm"), std::wstring::npos);
     EXPECT_NE(copied.find(L"204500"), std::wstring::npos);
