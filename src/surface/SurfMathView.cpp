@@ -126,6 +126,7 @@ void CSurfMathView::LoadData()
     overlayBitmap.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
+    invertDisplay(static_cast<bool>(options["invert"]));
     if (options["ShowStatistics"]) SetTimer(statisticsTimer, statisticsDelay);
     RefreshDisplay();
 }

@@ -136,6 +136,7 @@ private:
     bool hasStoredPalette() const;
     void storePalette();
     void loadStoredPalette();
+    void invertDisplay(bool on);
 
     // Commands
     void OnAutoRefresh();
@@ -195,6 +196,7 @@ private:
     bool marksNumbered = true;
     int marksStyle = 0;
     bool paletteDirty = false;          ///< the scale differs from the one stored with the image
+    bool invertedDisplay = false;       ///< the scale runs backwards because of the option "invert"
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
     surface::window_fitter fitter;
     surface::overlay_bitmap overlayBitmap;

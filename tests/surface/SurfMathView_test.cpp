@@ -4,6 +4,8 @@
 #include "document/update_hints.h"
 #include "support/RecordingDC.h"
 
+#include <cstring>
+
 namespace {
 
 std::vector<std::string> texts_of(const RecordingDC& dc)
@@ -240,6 +242,29 @@ TEST_F(SurfaceTest, ThePaletteOfAnImageIsRememberedWithIt)
     EXPECT_EQ(view.getScale().GetPaletteId(), 4) << "it comes back with the window";
     view.OnCmdMsg(10112, nullptr);
     EXPECT_FALSE(isChecked(view, 10112));
+}
+
+TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
+{
+    CSurfMathView& view = open();
+    const auto lowest = [&] { // the first pixel of the lowest row, which holds the lowest sample
+        view.flushTimers();
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, view.image.bits().data(), sizeof pixel);
+        return pixel & 0xffffffu;
+    };
+    const std::uint32_t before = lowest();
+    view.OnCmdMsg(10192, nullptr);
+    EXPECT_TRUE(view.getScale().getInverse()) << "the strip tells what the colours mean";
+    EXPECT_NE(lowest(), before);
+    view.OnCmdMsg(10112, nullptr);
+    const std::string stored = document->getString("palette", 0);
+    EXPECT_EQ(stored.substr(stored.find(',') + 1, 2), "0,");
+    view.OnSetFocus();
+    EXPECT_TRUE(view.getScale().getInverse());
+    view.OnCmdMsg(10192, nullptr);
+    EXPECT_FALSE(view.getScale().getInverse());
+    EXPECT_EQ(lowest(), before);
 }
 
 } // namespace
