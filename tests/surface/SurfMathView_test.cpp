@@ -139,6 +139,27 @@ TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
     EXPECT_FALSE(view.getDrawn().roiActive) << "nothing is selected";
 }
 
+TEST_F(SurfaceTest, ADragRepaintsItsOwnPixelsAndRendersNothing)
+{
+    CSurfMathView& view = open(slope(200, 100));
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    view.flushTimers();
+    HeadlessWindow& window = CHeadlessHost::windowOf(view);
+    view.OnLButtonDown(MK_LBUTTON, {100, 100});
+    for (int end = 110; end <= 160; end += 10) {
+        window.invalid = CRgn();
+        view.OnMouseMove(MK_LBUTTON, {end, end});
+        int pixels = 0;
+        for (const CRect& part : window.invalid.rectangles()) pixels += part.Width() * part.Height();
+        const int side = end - 100;
+        EXPECT_GE(pixels, side * side) << "the shape itself";
+        EXPECT_LE(pixels, (side + 12) * (side + 12)) << "half a sample and a handle around it, of 131072 pixels";
+        EXPECT_FALSE(window.timers.contains(5)) << "the picture stays";
+    }
+    view.OnLButtonUp(MK_LBUTTON, {160, 160});
+}
+
 TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
 {
     CSurfMathView& view = open();
