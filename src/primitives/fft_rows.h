@@ -101,7 +101,7 @@ public:
     }
 
 private:
-    int rowOf(int part, int lane) const { return first + (part == parts.re ? 0 : lanes<Number>)+lane; }
+    int rowOf(int part, int lane) const { return first + lane + (part == parts.re ? 0 : lanes<Number>); }
     bool isRow(int part, int lane) const { return rowOf(part, lane) < step.height; }
     Number* target(int part, int lane) const { return step.image + std::ptrdiff_t{rowOf(part, lane)} * step.width; }
     const Number* source(int part, int lane) const
