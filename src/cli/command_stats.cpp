@@ -72,9 +72,12 @@ void print_frames(const CStorageDoc& document, const std::vector<frame>& frames,
         std::cout << "  image " << each.image << ": " << each.id << ", sub-image " << each.sub;
         if (each.sub < names.size()) std::cout << " \"" << names[each.sub].c_str() << '"';
         std::cout << '\n';
-        for (const surface::statistics_row& row : each.rows)
-            std::cout << "    " << row.name << ": " << base::general(row.value) << (row.units.empty() ? "" : " ")
-                      << row.units << '\n';
+        for (const surface::statistics_row& row : each.rows) {
+            // For people each number stands in the unit in which it reads well.
+            const surface::statistics_row shown = surface::reading_well(row);
+            std::cout << "    " << shown.name << ": " << base::general(shown.value) << (shown.units.empty() ? "" : " ")
+                      << shown.units << '\n';
+        }
     }
 }
 

@@ -20,7 +20,11 @@ std::string refuse_no_heights(const CStorageDoc& document, unsigned image)
 
 std::string refuse_no_surface(const CStorageDoc& document, unsigned image)
 {
-    if (document.getImage(image).get_dimensions_number() != 2) return "it is no surface";
+    const SPMDataStream& stream = document.getImage(image);
+    if (stream.get_dimensions_number() != 2) return "it is no surface";
+    constexpr unsigned longest = 1u << 28;
+    if (stream.get_dimension(0).length > longest || stream.get_dimension(1).length > longest)
+        return "its sides are too long";
     return refuse_no_heights(document, image);
 }
 

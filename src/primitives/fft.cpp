@@ -24,11 +24,11 @@ void run_tasks(void (*kernel)(const image_step<Number>&, int, Number*), const im
         for (int number = next++; number < tasks; number = next++) kernel(step, number, mine);
     };
     std::vector<std::jthread> helpers;
-    helpers.reserve(space.size() - 1);
     try {
+        helpers.reserve(space.size() - 1);
         for (std::size_t i = 1; i < space.size() && static_cast<int>(i) < tasks; ++i)
             helpers.emplace_back(work, space[i].data());
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         // No more threads to be had: those that run do the work.
     }
     work(space[0].data());

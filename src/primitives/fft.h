@@ -15,7 +15,7 @@ namespace primitives {
 /// F / (W H): a constant image z gives F(0, 0) = z, a sine of amplitude a gives two bins of magnitude a / 2.
 /// \param image    rows of `width`, `width` times `height` numbers
 /// \param threads  at most that many work on it; the result does not depend on their number
-/// \throws std::bad_alloc, with the image unchanged
+/// \throws std::bad_alloc, or std::length_error for a side beyond 2^28, with the image unchanged
 void forward_fft(std::span<float> image, int width, int height, unsigned threads = 1);
 void forward_fft(std::span<double> image, int width, int height, unsigned threads = 1);
 /// The way back: what `forward_fft` made becomes the image again, to rounding.

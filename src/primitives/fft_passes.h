@@ -206,5 +206,13 @@ Number* transform_lines(const transform<Number>& how, Number* tile)
     return tile;
 }
 
+/// Where the parts of a number stand in a row of a tile. They change places on the way back, which makes the forward
+/// transform the inverse one.
+template <class Number>
+struct part_order {
+    explicit part_order(bool inverse) : re(inverse ? lanes<Number> : 0), im(lanes<Number> - re) {}
+    int re, im;
+};
+
 } // namespace
 } // namespace primitives::fft

@@ -5,6 +5,7 @@
 #include <complex>
 #include <cstdint>
 #include <numbers>
+#include <stdexcept>
 
 namespace primitives::fft {
 
@@ -43,6 +44,15 @@ std::vector<int> radices_of(int length)
 
 bool has_passes(int length) { return length == 1 || !radices_of(length).empty(); }
 
+/// Tables and tiles of longer lines would not fit any memory, and their sizes no int.
+constexpr int longestLine = 1 << 28;
+
+int checked(int length)
+{
+    if (length > longestLine) throw std::length_error("the image is too long to be transformed");
+    return length;
+}
+
 /// A power of two that holds the convolution of a line with a chirp without wrapping round.
 int convolution_length(int length) { return static_cast<int>(std::bit_ceil(static_cast<unsigned>(2 * length - 1))); }
 
@@ -76,7 +86,8 @@ void append(std::vector<Number>& pairs, complex value)
 } // namespace
 
 template <class Number>
-plan<Number>::plan(int length_) : length(length_), rows(has_passes(length_) ? length_ : convolution_length(length_))
+plan<Number>::plan(int length_)
+    : length(checked(length_)), rows(has_passes(length_) ? length_ : convolution_length(length_))
 {
     addPasses();
     if (rows != length) addChirp();

@@ -1,6 +1,7 @@
 #include "spectra/feature_edit.h"
 
 #include "base/rounding.h"
+#include "base/text.h"
 #include "primitives/range.h"
 
 #include <algorithm>
@@ -77,6 +78,11 @@ std::optional<double> average_profile_height(primitives::const_height_block imag
             ++count;
         }
     return count > 0 ? std::optional(sum / static_cast<double>(count)) : std::nullopt;
+}
+
+std::string profile_height_text(double average, short zeroLevel, const VLAxis& heights)
+{
+    return std::string("<H>, ") + heights.get_units() + ": " + base::general((average - zeroLevel) * heights.scale);
 }
 
 } // namespace spectra

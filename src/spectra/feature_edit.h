@@ -1,9 +1,11 @@
 #pragma once
+#include "base/VLAxis.h"
 #include "primitives/resample.h"
 #include "spectra/feature.h"
 
 #include <optional>
 #include <span>
+#include <string>
 
 /// What is done to an image by its features. Features must lie inside the block of heights, which is the whole image.
 namespace spectra {
@@ -22,5 +24,7 @@ void fill_inner_areas(primitives::height_block image, const Feature& feature);
 /// The mean of that over features that have one.
 [[nodiscard]] std::optional<double> average_profile_height(primitives::const_height_block image,
                                                            std::span<const Feature* const> features, short threshold);
+/// "<H>, nm: 12.5": an average of raw heights above the zero level.
+[[nodiscard]] std::string profile_height_text(double average, short zeroLevel, const VLAxis& heights);
 
 } // namespace spectra

@@ -1,6 +1,5 @@
 #include "spectra/fourier.h"
 
-#include "base/rounding.h"
 #include "primitives/fft.h"
 
 #include <algorithm>
@@ -20,6 +19,14 @@ void along_plane(const frame_spectrum& spectrum, Use use)
         const double start = plane.offset + plane.slopeY * y;
         for (int x = 0; x < spectrum.width; ++x, ++i) use(i, start + plane.slopeX * x);
     }
+}
+
+/// Halves up, kept within 16 bits; what is no number, after scaling beyond all measure, becomes the lowest. Cutting off
+/// above 0 is the floor, and one that the machine has.
+std::int16_t nearest_sample(double height)
+{
+    const double fromLowest = std::min(std::max(-32768.0, height), 32767.0) + 32768.5;
+    return static_cast<std::int16_t>(static_cast<int>(fromLowest) - 32768);
 }
 
 } // namespace
@@ -42,10 +49,7 @@ void restore_frame(const frame_spectrum& spectrum, std::span<std::int16_t> sampl
     assert(samples.size() == spectrum.packed.size());
     std::vector<float> image = spectrum.packed;
     primitives::inverse_fft(image, spectrum.width, spectrum.height, threads);
-    along_plane(spectrum, [&](std::size_t i, double plane) {
-        samples[i] =
-            static_cast<std::int16_t>(std::clamp(base::round_half_up(double(image[i]) + plane), -32768.0, 32767.0));
-    });
+    along_plane(spectrum, [&](std::size_t i, double plane) { samples[i] = nearest_sample(double(image[i]) + plane); });
 }
 
 bool edit_spectrum(frame_spectrum& spectrum, std::span<const CRect> selection, selection_shape shape,

@@ -1,4 +1,3 @@
-#include "base/rounding.h"
 #include "spectra/fourier.h"
 
 #include <algorithm>
@@ -30,12 +29,21 @@ float magnitude(parts bin, spectrum_mode mode)
     return mode == spectrum_mode::power ? m * m : m;
 }
 
-/// Writes bin (c, r) and its mirror image.
-void put_both(std::span<float> out, int width, int height, int column, int row, float value)
+/// A row of the full spectrum and the one that it mirrors.
+struct row_pair {
+    float *row, *mirror;
+    int width;
+    void put(int column, float value) const
+    {
+        row[column] = value;
+        mirror[column == 0 ? 0 : width - column] = value;
+    }
+};
+row_pair rows_at(std::span<float> full, int width, int height, int row)
 {
-    const auto at = [&](int c, int r) -> float& { return out[std::size_t(r) * std::size_t(width) + std::size_t(c)]; };
-    at(column, row) = value;
-    at((width - column) % width, (height - row) % height) = value;
+    float* const first = full.data();
+    const std::size_t step = static_cast<std::size_t>(width);
+    return {first + step * std::size_t(row), first + step * std::size_t(row == 0 ? 0 : height - row), width};
 }
 
 } // namespace
@@ -46,15 +54,16 @@ float spectrum_magnitudes(const frame_spectrum& spectrum, spectrum_mode mode, st
     const int width = spectrum.width, height = spectrum.height;
     const auto put_mirrored = [&](int x, int column) {
         for (int row = 0; 2 * row <= height; ++row)
-            put_both(out, width, height, column, row, magnitude(mirrored_bin(spectrum, x, row), mode));
+            rows_at(out, width, height, row).put(column, magnitude(mirrored_bin(spectrum, x, row), mode));
     };
     if (out.empty()) return 1.0f;
     put_mirrored(0, 0);
     if (width % 2 == 0) put_mirrored(width - 1, width / 2);
     for (int row = 0; row < height; ++row) {
-        const float* packed = spectrum.packed.data() + std::size_t(row) * std::size_t(width);
+        const float* const packed = spectrum.packed.data() + std::size_t(row) * std::size_t(width);
+        const row_pair pair = rows_at(out, width, height, row);
         for (int column = 1; 2 * column < width; ++column)
-            put_both(out, width, height, column, row, magnitude({packed[2 * column - 1], packed[2 * column]}, mode));
+            pair.put(column, magnitude({packed[2 * column - 1], packed[2 * column]}, mode));
     }
     const float largest = *std::max_element(out.begin(), out.end());
     return largest > 0.0f ? largest : 1.0f;
@@ -67,13 +76,15 @@ void draw_spectrum(std::span<const float> magnitudes, int width, int height, flo
     const auto grey = [&](float m) {
         const double share = double(m) / double(largest);
         const double v = contrast == 0.5 ? std::sqrt(share) : std::pow(share, contrast);
-        return static_cast<std::int16_t>(std::clamp(base::round_half_up(v * 65535.0 - 32768.0), -32768.0, 32767.0));
+        // Spectra that were scaled beyond all measure have bins that are no numbers: they are among the brightest.
+        return static_cast<std::int16_t>(static_cast<int>((v < 1.0 ? v : 1.0) * 65535.0 + 0.5) - 32768);
     };
+    const int left = width - zero_frequency(width), top = height - zero_frequency(height);
     std::int16_t* to = out.data();
     for (int y = 0; y < height; ++y) {
-        const int row = (height - zero_frequency(height) + y) % height;
-        const float* from = magnitudes.data() + std::size_t(row) * std::size_t(width);
-        for (int x = 0; x < width; ++x) *to++ = grey(from[(width - zero_frequency(width) + x) % width]);
+        const float* const from = magnitudes.data() + std::size_t((top + y) % height) * std::size_t(width);
+        to = std::transform(from + left, from + width, to, grey);
+        to = std::transform(from, from + left, to, grey);
     }
 }
 

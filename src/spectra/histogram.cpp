@@ -16,18 +16,29 @@ unsigned automatic_bar_count(std::size_t samples) noexcept
     return static_cast<unsigned>(base::round_half_up(std::sqrt(static_cast<double>(samples)) * 0.5));
 }
 
+height_counts count_frame(std::span<const std::int16_t> samples)
+{
+    if (samples.empty()) return {};
+    height_counts made;
+    made.counts.resize(primitives::heightCount);
+    primitives::count_heights(samples, std::span<std::uint32_t, primitives::heightCount>(made.counts));
+    made.total = static_cast<std::uint32_t>(samples.size());
+    const auto occurs = [](std::uint32_t count) { return count != 0; };
+    const auto height = [](auto place) { return static_cast<int>(place) - 32768; };
+    const auto& all = made.counts;
+    made.lowest = height(std::find_if(all.begin(), all.end(), occurs) - all.begin());
+    made.highest = height(all.rend() - std::find_if(all.rbegin(), all.rend(), occurs) - 1);
+    return made;
+}
+
 namespace {
 
-using count_table = std::span<const std::uint32_t, primitives::heightCount>;
-
-int height_of(std::size_t place) { return static_cast<int>(place) - 32768; }
-
 /// Sums what falls into each bin; a bin depends on the height alone.
-void fill_bins(height_histogram& made, count_table counts, int lowest, int highest, const VLAxis& axis)
+void fill_bins(height_histogram& made, const height_counts& heights, const VLAxis& axis)
 {
     const double last = static_cast<double>(made.bins.size()) - 1.0;
-    for (int height = lowest; height <= highest; ++height) {
-        const std::uint32_t count = counts[static_cast<std::size_t>(height + 32768)];
+    for (int height = heights.lowest; height <= heights.highest; ++height) {
+        const std::uint32_t count = heights.counts[static_cast<std::size_t>(height + 32768)];
         if (count == 0) continue;
         const double place = base::round_half_up((axis.at(height) - made.valueMin) * last / made.valueRange);
         // A step of 0 gives no number, which goes to the first bin.
@@ -37,28 +48,24 @@ void fill_bins(height_histogram& made, count_table counts, int lowest, int highe
 
 } // namespace
 
-height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis, std::optional<unsigned> bars)
+height_histogram make_histogram(const height_counts& heights, const VLAxis& axis, std::optional<unsigned> bars)
 {
     height_histogram made;
-    if (samples.empty()) return made;
-    std::vector<std::uint32_t> table(primitives::heightCount);
-    const std::span<std::uint32_t, primitives::heightCount> counts(table);
-    primitives::count_heights(samples, counts);
-    const auto occurs = [](std::uint32_t count) { return count != 0; };
-    const int lowest =
-        height_of(static_cast<std::size_t>(std::find_if(table.begin(), table.end(), occurs) - table.begin()));
-    const int highest =
-        height_of(static_cast<std::size_t>(table.rend() - std::find_if(table.rbegin(), table.rend(), occurs)) - 1);
-
-    made.totalCount = static_cast<std::uint32_t>(samples.size());
-    made.bins.resize(bars ? *bars : automatic_bar_count(samples.size()));
-    made.valueMin = axis.at(lowest);
-    made.valueMax = axis.at(highest);
-    made.valueRange = std::max(highest - lowest, 1) * axis.scale;
+    if (heights.total == 0) return made;
+    made.totalCount = heights.total;
+    made.bins.resize(bars ? *bars : automatic_bar_count(heights.total));
+    made.valueMin = axis.at(heights.lowest);
+    made.valueMax = axis.at(heights.highest);
+    made.valueRange = std::max(heights.highest - heights.lowest, 1) * axis.scale;
     if (made.bins.empty()) return made;
-    fill_bins(made, counts, lowest, highest, axis);
+    fill_bins(made, heights, axis);
     made.peakCount = *std::max_element(made.bins.begin(), made.bins.end());
     return made;
+}
+
+height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis, std::optional<unsigned> bars)
+{
+    return make_histogram(count_frame(samples), axis, bars);
 }
 
 unsigned bin_at(const height_histogram& histogram, double share) noexcept

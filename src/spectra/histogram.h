@@ -19,6 +19,14 @@ struct height_histogram {
     std::uint32_t peakCount = 0;  ///< samples of the fullest bin
 };
 
+/// How often each height of a frame occurs: all that its histograms need, so that whoever keeps it has them at once.
+struct height_counts {
+    std::vector<std::uint32_t> counts; ///< `primitives::heightCount` of them, or none without samples
+    std::uint32_t total = 0;
+    int lowest = 0, highest = 0; ///< heights that occur
+};
+[[nodiscard]] height_counts count_frame(std::span<const std::int16_t> samples);
+
 /// round(sqrt(samples) / 2), halves up.
 unsigned automatic_bar_count(std::size_t samples) noexcept;
 
@@ -26,6 +34,8 @@ unsigned automatic_bar_count(std::size_t samples) noexcept;
 /// last bin are half as wide as the others. Without samples everything stays 0.
 /// \param axis  turns raw samples into values
 /// \param bars  how many bins; by default `automatic_bar_count`
+[[nodiscard]] height_histogram make_histogram(const height_counts& heights, const VLAxis& axis,
+                                              std::optional<unsigned> bars = {});
 [[nodiscard]] height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis,
                                               std::optional<unsigned> bars = {});
 

@@ -83,10 +83,10 @@ void remove_step_images(CStorageDoc& document)
 }
 
 unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
-                         const step_settings& settings, unsigned firstNumber)
+                         const step_settings& settings, unsigned firstNumber, unsigned axisX, unsigned axisY)
 {
     const int width = static_cast<int>(document.getImage(image).get_dimension(0).length);
-    const VLAxis x = document.getAxis(image, 0, 0), y = document.getAxis(image, 0, 1);
+    const VLAxis x = document.getAxis(image, axisX, 0), y = document.getAxis(image, axisY, 1);
     unsigned number = firstNumber;
     for (const surface_step& step : steps) {
         const SPMDataStream stream = make_step_stream(step, number++, settings.direction, width, x, y);

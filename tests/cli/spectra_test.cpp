@@ -102,7 +102,7 @@ TEST_F(SpectraProgramTest, FourierShowsTheSpectrumInFrequencies)
     write("w.spm", {waves(1)});
     write("v.spm", {waves(1)});
     ASSERT_EQ(
-        vldv({"fourier", "w.spm", "v.spm", "--spectrum", "made/", "--mode", "magnitude", "--contrast", "1"}).status, 0);
+        vldv({"fourier", "w.spm", "v.spm", "--spectrum", "made", "--mode", "magnitude", "--contrast", "1"}).status, 0);
     ASSERT_TRUE(std::filesystem::exists(folder / "made" / "v.spm-spectrum.spm"));
     std::filesystem::rename(folder / "made" / "w.spm-spectrum.spm", folder / "s.spm");
     const json image = info({"s.spm"})["files"][0]["images"][0];

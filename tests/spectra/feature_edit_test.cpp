@@ -141,6 +141,7 @@ TEST(FeatureEdit, ProfilesAreAsHighAsTheirRidge)
     const Feature* const both[] = {&list.features[0], &list.features[0]};
     EXPECT_DOUBLE_EQ(spectra::average_profile_height(of.heights(), both, 0).value(), 125.0);
     EXPECT_FALSE(spectra::average_profile_height(of.heights(), both, 140));
+    EXPECT_EQ(spectra::profile_height_text(125.0, 25, VLAxis(7, 0.125, "nm")), "<H>, nm: 12.5") << "no start is added";
 }
 
 TEST(FeatureOverlay, ShowsWhatPassesAndWhatDoesNot)

@@ -206,6 +206,21 @@ TEST(SpectrumEdits, KeepWhatLeavesSixteenBitsAtTheirEnds)
     EXPECT_EQ(*std::min_element(made.begin(), made.end()), -32768);
 }
 
+TEST(SpectrumEdits, StandScalingBeyondAllMeasure)
+{
+    const heights samples = rough_frame(24, 20);
+    frame_spectrum spectrum = transform_frame(samples, 24, 20);
+    const std::vector<CRect> part = {{1, 1, 2, 2}};
+    for (int i = 0; i < 200; ++i) edit_spectrum(spectrum, part, selection_shape::rectangular, increase);
+    std::vector<float> magnitudes(samples.size());
+    const float largest = spectrum_magnitudes(spectrum, spectrum_mode::power, magnitudes);
+    heights picture(samples.size());
+    draw_spectrum(magnitudes, 24, 20, largest, 0.5, picture);
+    EXPECT_EQ(picture[11 * 24 + 13], 32767);
+    EXPECT_EQ(picture[10 * 24 + 20], -32768);
+    restore_frame(spectrum, picture);
+}
+
 TEST(SpectrumEdits, MoveWithTheFrame)
 {
     // A frame of waves, shifted along itself: so is what is left of it.

@@ -70,7 +70,7 @@ TEST(Histogram, StandsWithoutARange)
         EXPECT_EQ(flat.valueMax, flat.valueMin);
         EXPECT_EQ(flat.valueRange, step);
     }
-    const height_histogram none = make_histogram({}, VLAxis());
+    const height_histogram none = make_histogram(heights{}, VLAxis());
     EXPECT_TRUE(none.bins.empty());
     EXPECT_EQ(share_between(none, {}).selectedCount, 0u);
 }
