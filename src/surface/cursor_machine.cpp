@@ -149,9 +149,9 @@ void cursor_machine::keyUp(unsigned key)
 void cursor_machine::modifierChanged(unsigned key)
 {
     const std::optional<CPoint> pointer = world.pointer();
-    if (pointer && key != VK_MENU)
+    if (pointer && key != VK_MENU && !world.frame().isEmpty())
         hoverTest((world.isKeyDown(VK_SHIFT) ? MK_SHIFT : 0u) | (world.isKeyDown(VK_CONTROL) ? MK_CONTROL : 0u),
-                  *pointer);
+                  snapped(*pointer).client);
     if (shows_modifiers(state.mode)) setDefaultCursor();
 }
 
@@ -169,9 +169,20 @@ void cursor_machine::captureLost()
     repaint(before, false);
 }
 
+void cursor_machine::endDrag()
+{
+    if (state.tracking) {
+        captureLost();
+        world.setCapture(false);
+    }
+    state.hotAction = hot_action::none;
+    state.hotItem = {};
+}
+
 void cursor_machine::setMode(int number)
 {
     const auto mode = static_cast<cursor_mode>(std::clamp(number, 0, lastMode));
+    if (state.tracking) endDrag(); // by a key: what one mode began the other cannot finish
     const CRgn before = invalidateRgn(state.mode);
     const bool staysRegion = is_region_mode(state.mode) && is_region_mode(mode);
     state.mode = mode;

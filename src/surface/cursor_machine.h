@@ -21,6 +21,8 @@ public:
     void keyUp(unsigned key);
     /// The mouse went to another window in the middle of a drag: what the drag began stays as it is.
     void captureLost();
+    /// The image has another shape: a drag in progress ends, and what was under the cursor is looked for anew.
+    void endDrag();
 
     // Commands
     /// \param number  the command's less 6001; brought into range
