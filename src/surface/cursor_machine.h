@@ -21,7 +21,7 @@ public:
     void keyUp(unsigned key);
     /// The mouse went to another window in the middle of a drag: what the drag began stays as it is.
     void captureLost();
-    /// The image has another shape: a drag in progress ends, and what was under the cursor is looked for anew.
+    /// What the drag works on is gone or has another shape: it ends, and what is under the cursor is looked for anew.
     void endDrag();
 
     // Commands

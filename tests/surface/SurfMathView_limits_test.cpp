@@ -227,6 +227,28 @@ TEST_F(SurfaceLimits, TheZoomWindowOutlivesChangesOfItsSource)
     EXPECT_TRUE(app.frames().empty()) << "the zoom window goes with the view";
 }
 
+TEST_F(SurfaceLimits, RemovingAnImageLeavesTheDrawingsOfTheOthers)
+{
+    open();
+    const auto named = [](SPMDataStream stream, const char* name) {
+        stream.set_name(name);
+        return stream;
+    };
+    const SPMDataStream others[] = {named(slope(60, 30), "large"), named(slope(10, 10), "small")};
+    document->AddNewImages(others, 2);
+    surfaces.ShowAllViews(document, true);
+    host.pump();
+    ASSERT_EQ(document->views().size(), 3u);
+    auto& large = dynamic_cast<CSurfMathView&>(*document->views()[1]);
+    document->UpdateAllViews(nullptr, large.getImageNumber() << 16 | document::hintAddMark, CPoint{50, 25});
+    document->setFirstView(document->views()[2]); // it is told of the removal first
+    document->RemoveImage(0);
+    host.pump();
+    EXPECT_EQ(large.getImageNumber(), 0u);
+    EXPECT_EQ(large.sourceRect, CRect(0, 0, 60, 30));
+    EXPECT_EQ(large.getDrawn().marks, points({{50, 25}})) << "it never was a view of the small image";
+}
+
 TEST_F(SurfaceLimits, DrawingsOfALargerImageAreLoadedAsFarAsTheyFit)
 {
     CSurfMathView& view = open();

@@ -74,6 +74,30 @@ TEST_F(CursorTest, AModeChosenByKeyEndsTheDrag)
     EXPECT_FALSE(state.selectionActive);
 }
 
+TEST_F(CursorTest, MarksThatAreClearedEndTheirOwnDragOnly)
+{
+    FakeSection section({60, 40}, {{40, 30}, {50, 35}});
+    world.shown = {&section};
+    state.marks = {{5, 5}, {10, 10}};
+    press({40, 30});
+    machine.removeMarks(); // what follows a section may clear them while it is dragged
+    drag({45, 20});
+    EXPECT_EQ(section.points[0], (CPoint{45, 20}));
+    release({45, 20});
+    EXPECT_FALSE(state.selectionActive) << "no region was begun";
+    state.marks = {{5, 5}};
+    press({5, 5}, MK_SHIFT);
+    machine.removeMarks();
+    EXPECT_FALSE(state.tracking);
+    state.curves = {{{20, 5}, {30, 5}}};
+    press({25, 5});
+    machine.removeCurves();
+    drag({27, 9});
+    release({27, 9});
+    EXPECT_TRUE(state.curves.empty());
+    EXPECT_FALSE(state.selectionActive);
+}
+
 TEST_F(CursorTest, AnImageWithoutStepsIsMeasuredAsNothing)
 {
     world.x = world.y = VLAxis(0, 0, "nm");
