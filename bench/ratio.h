@@ -20,7 +20,15 @@ inline double thread_milliseconds()
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
 }
 
-/// Time on the wall: for what runs on several threads. Other programs do count.
+/// Processor time of all threads of this program.
+inline double process_milliseconds()
+{
+    std::timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
+}
+
+/// Time on the wall, in which other programs count too: to be looked at, not to be judged.
 inline double wall_milliseconds()
 {
     std::timespec now{};

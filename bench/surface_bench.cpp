@@ -61,17 +61,22 @@ void measure_times(bench::verdict& verdict)
                         nullptr, true, nullptr, nullptr);
     };
 
-    bench::contest contest;
-    contest.add("read every sample", [&] { kept = bench::read_all(samples); });
-    contest.add("statistics",
-                [&] { kept = static_cast<std::int64_t>(surface::frame_statistics(samples, side, heights).size()); });
-    contest.add("read the rows of a window, store its pixels", [&] { kept = window_floor(samples, pixels.data()); });
-    contest.add("render step, new means", [&] {
+    const auto new_means = [&] {
         fitter.forget();
         render();
-    });
+    };
+
+    bench::contest contest;
+    contest.add("read every sample", [&] { kept = bench::read_all(samples); });
+    contest.add("read the rows of a window, store its pixels", [&] { kept = window_floor(samples, pixels.data()); });
+    contest.add("statistics",
+                [&] { kept = static_cast<std::int64_t>(surface::frame_statistics(samples, side, heights).size()); });
     contest.add("render step, kept means", render);
-    contest.run(25, bench::wall_milliseconds);
+    contest.add("render step, new means", new_means);
+    contest.run(25, bench::process_milliseconds);
+    bench::contest threads;
+    threads.add("  the same on the wall, with several threads", new_means);
+    threads.run(50, bench::wall_milliseconds);
 
     const double pass = contest.best("read every sample");
     const double window = contest.best("read the rows of a window, store its pixels");

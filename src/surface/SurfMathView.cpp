@@ -57,6 +57,7 @@ CSurfMathView::CSurfMathView()
     handle({"ShowStatistics"}, &CSurfMathView::oh_statistics);
     handle({"highlight", "invert"}, &CSurfMathView::oh_reload);
     handle({"section.line.style", "section.line.solid.width", "section.line.color"}, &CSurfMathView::oh_section_pens);
+    unsavedOptions = {"highlight", "invert"};
 }
 
 CSurfMathView::~CSurfMathView() = default;

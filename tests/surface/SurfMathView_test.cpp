@@ -139,6 +139,27 @@ TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
     EXPECT_FALSE(view.getDrawn().roiActive) << "nothing is selected";
 }
 
+TEST_F(SurfaceTest, ADragRepaintsItsOwnPixelsAndRendersNothing)
+{
+    CSurfMathView& view = open(slope(200, 100));
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    view.flushTimers();
+    HeadlessWindow& window = CHeadlessHost::windowOf(view);
+    view.OnLButtonDown(MK_LBUTTON, {100, 100});
+    for (int end = 110; end <= 160; end += 10) {
+        window.invalid = CRgn();
+        view.OnMouseMove(MK_LBUTTON, {end, end});
+        int pixels = 0;
+        for (const CRect& part : window.invalid.rectangles()) pixels += part.Width() * part.Height();
+        const int side = end - 100;
+        EXPECT_GE(pixels, side * side) << "the shape itself";
+        EXPECT_LE(pixels, (side + 12) * (side + 12)) << "half a sample and a handle around it, of 131072 pixels";
+        EXPECT_FALSE(window.timers.contains(5)) << "the picture stays";
+    }
+    view.OnLButtonUp(MK_LBUTTON, {160, 160});
+}
+
 TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
 {
     CSurfMathView& view = open();
@@ -189,6 +210,10 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     EXPECT_TRUE(holds(texts, "Statistics:"));
     EXPECT_TRUE(holds(texts, "Rmax: 204500 pm")) << "0.5 nm * (10 * 39 + 19), in the unit of a step";
     EXPECT_TRUE(holds(texts, "Rq: 0 pm")) << "a plane";
+    view.setOption("ParametersWidth", "89"); // 84 pixels are left, "Rmax: 204500 pm" has 90
+    RecordingDC narrow(view.GetClientRect().Size());
+    view.OnDrawLegend(narrow);
+    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 204.5 nm"));
     view.setOption("CompactLegend", "true");
     host.pump();
     RecordingDC compact(view.GetClientRect().Size());
@@ -234,6 +259,9 @@ TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
     };
     const std::uint32_t before = lowest();
     view.OnCmdMsg(10192, nullptr);
+    view.SaveOptions();
+    EXPECT_FALSE(host.readString("SurfMathView", "invert")) << "of this view alone";
+    EXPECT_TRUE(host.readString("SurfMathView", "SelectionFill"));
     EXPECT_TRUE(view.getScale().getInverse()) << "the strip tells what the colours mean";
     EXPECT_NE(lowest(), before);
     view.OnCmdMsg(10112, nullptr);
