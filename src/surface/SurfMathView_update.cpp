@@ -31,7 +31,9 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
     case document::hintDataChanged:
         paletteDirty = !hasStoredPalette();
         if (isOurs && hasStoredPalette()) storePalette();
-        return CImageView::OnUpdate(sender, hint, object);
+        CImageView::OnUpdate(sender, hint, object);
+        if (isOurs && (hint & document::hintReloads) != 0) refreshZoomWindow();
+        return;
     case document::hintScaleChanged:
         return onScaleChanged(sender, hint, object);
     case document::hintRedraw:
