@@ -19,6 +19,8 @@ void add_isoline(CLI::App& app, int& status);
 void add_stats(CLI::App& app, int& status);
 void add_histogram(CLI::App& app, int& status);
 void add_fourier(CLI::App& app, int& status);
+void add_features(CLI::App& app, int& status);
+void add_steps(CLI::App& app, int& status);
 void add_examples(CLI::App& app, int& status);
 
 /// Name of a format for people, without "files".

@@ -24,6 +24,8 @@ try {
     cli::add_stats(app, status);
     cli::add_histogram(app, status);
     cli::add_fourier(app, status);
+    cli::add_features(app, status);
+    cli::add_steps(app, status);
     cli::add_examples(app, status);
     try {
         app.parse(count, arguments);
