@@ -63,6 +63,34 @@ void uniform_spline::factorise()
     }
 }
 
+void uniform_spline::fit(const double* row, double* out) const noexcept
+{
+    const int count = coefficients();
+    std::fill_n(out, count, 0.0);
+    for (int s = 0; s < spans(); ++s) {
+        weights sum{};
+        for (int i = spanBegin(s); i < spanBegin(s + 1); ++i)
+            for (std::size_t k = 0; k < sum.size(); ++k) sum[k] += row[i] * weightsAt(i)[k];
+        for (int k = 0; k < 4; ++k) out[s + k] += sum[static_cast<std::size_t>(k)];
+    }
+    for (int k = 1; k < count; ++k)
+        for (int b = 1; b <= std::min(k, 3); ++b)
+            out[k] -= out[k - b] * factorAt(k).left[static_cast<std::size_t>(b - 1)];
+    for (int k = 0; k < count; ++k) out[k] *= factorAt(k).inverse;
+    for (int k = count - 2; k >= 0; --k)
+        for (int b = 1; b <= std::min(count - 1 - k, 3); ++b)
+            out[k] -= out[k + b] * factorAt(k + b).left[static_cast<std::size_t>(b - 1)];
+}
+
+void uniform_spline::evaluate(const double* coefficient, double* row) const noexcept
+{
+    for (int s = 0; s < spans(); ++s, ++coefficient)
+        for (int i = spanBegin(s); i < spanBegin(s + 1); ++i) {
+            const weights& w = weightsAt(i);
+            row[i] = (coefficient[0] * w[0] + coefficient[1] * w[1]) + (coefficient[2] * w[2] + coefficient[3] * w[3]);
+        }
+}
+
 } // namespace primitives
 
 void b_spline_1d(double* values, int n, int spans)
@@ -70,9 +98,6 @@ void b_spline_1d(double* values, int n, int spans)
     if (n < 4) return;
     const primitives::uniform_spline spline(n, spans);
     std::vector<double> coefficients(static_cast<std::size_t>(spline.coefficients()));
-    const auto row = [&](int i) { return values[i]; };
-    spline.fit(row, coefficients.data());
-    for (int s = 0; s < spline.spans(); ++s)
-        for (int i = spline.spanBegin(s); i < spline.spanBegin(s + 1); ++i)
-            values[i] = spline.at(i, coefficients.data() + s);
+    spline.fit(values, coefficients.data());
+    spline.evaluate(coefficients.data(), values);
 }
