@@ -17,6 +17,9 @@ void add_render(CLI::App& app, int& status);
 void add_options(CLI::App& app, int& status);
 void add_isoline(CLI::App& app, int& status);
 void add_stats(CLI::App& app, int& status);
+void add_profile(CLI::App& app, int& status);
+void add_curve(CLI::App& app, int& status);
+void add_force(CLI::App& app, int& status);
 void add_examples(CLI::App& app, int& status);
 
 /// Name of a format for people, without "files".

@@ -1,0 +1,34 @@
+#pragma once
+#include "cli/session.h"
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// Writes volumes of force curves with their maps: to one file, or to a folder under the names of their files.
+class force_map_output {
+public:
+    /// \throws std::runtime_error when the folder cannot be made
+    force_map_output(session& call_, const std::string& target_);
+
+    struct written {
+        std::string path;
+        std::vector<std::string> titles; ///< of the maps
+    };
+    /// Adds the maps of the volumes that were asked for to the document and saves it; a bar shows how far it is.
+    /// \param image,sub  negative: all \throws std::runtime_error with the reason, and nothing is written
+    written write(CStorageDoc& document, const std::wstring& path, int image, int sub);
+
+private:
+    std::filesystem::path outputFor(const CStorageDoc& document, const std::wstring& path);
+
+    session& call;
+    std::filesystem::path target;
+    bool isFolder;
+    std::set<std::filesystem::path> outputs;
+};
+
+} // namespace cli
