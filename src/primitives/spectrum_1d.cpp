@@ -18,12 +18,12 @@ struct real_transform::plans {
     explicit plans(std::size_t length)
     {
         const auto n = static_cast<int>(length);
-        std::vector<double> row(length);
-        std::vector<std::complex<double>> bins(length / 2 + 1);
-        auto* const out = reinterpret_cast<fftw_complex*>(bins.data());
+        std::vector<double> real(length);
+        std::vector<std::complex<double>> complex(length / 2 + 1);
+        auto* const bins = reinterpret_cast<fftw_complex*>(complex.data());
         const std::lock_guard lock(fftw_planner());
-        forward = fftw_plan_dft_r2c_1d(n, row.data(), out, FFTW_ESTIMATE | FFTW_PRESERVE_INPUT);
-        inverse = fftw_plan_dft_c2r_1d(n, out, row.data(), FFTW_ESTIMATE | FFTW_DESTROY_INPUT);
+        forward = fftw_plan_dft_r2c_1d(n, real.data(), bins, FFTW_ESTIMATE | FFTW_PRESERVE_INPUT);
+        inverse = fftw_plan_dft_c2r_1d(n, bins, real.data(), FFTW_ESTIMATE | FFTW_DESTROY_INPUT);
     }
     plans(const plans&) = delete;
     plans& operator=(const plans&) = delete;
