@@ -2,6 +2,7 @@
 #include "curves/correlation.h"
 #include "curves/force_map.h"
 #include "curves/force_packs.h"
+#include "curves_floor.h"
 #include "document/contact_model.h"
 #include "primitives/fftw_plans.h"
 #include "ratio.h"
@@ -80,34 +81,6 @@ private:
     fftw_plan forward, inverse;
 };
 
-/// Per sample what no form can do without: one conversion to a physical value, the products and sums of the spline's
-/// fit and of its value, the step, the comparisons of a median, and the sums of the spread. All on numbers in
-/// registers.
-__attribute__((target("avx512f"))) double arithmetic_of(std::size_t samples)
-{
-    using pack = double __attribute__((vector_size(64)));
-    using raw = std::int32_t __attribute__((vector_size(32)));
-    raw number = raw{} + 3;
-    pack w[4] = {pack{} + 0.1, pack{} + 0.2, pack{} + 0.3, pack{} + 0.4}, c[4] = {};
-    pack scale = pack{} + 0.5, start = pack{} + 1.0;
-    pack sums[4] = {}, before = {}, here = {}, total = {}, squares = {}, last = {};
-    for (std::size_t i = 0; i < samples / 8; ++i) {
-        asm volatile("" : "+v"(number), "+v"(w[0]), "+v"(w[1]), "+v"(w[2]), "+v"(w[3]));
-        const pack y = __builtin_convertvector(number, pack) * scale + start;
-        for (int k = 0; k < 4; ++k) sums[k] += y * w[k];
-        const pack value = (c[0] * w[0] + c[1] * w[1]) + (c[2] * w[2] + c[3] * w[3]);
-        const pack after = value - last;
-        const pack low = here < before ? here : before, high = here < before ? before : here;
-        const pack least = after < high ? after : high, median = least < low ? low : least;
-        total += median;
-        squares += median * median;
-        before = here;
-        here = after;
-        last = value;
-    }
-    return total[0] + squares[1] + sums[0][0] + sums[1][0] + sums[2][0] + sums[3][0];
-}
-
 } // namespace
 
 int main()
@@ -133,10 +106,10 @@ int main()
     small.run(15);
     bench::contest large;
     large.add("structure function, 4096, as its sums", [&] { curves::structure_reference(y, out); });
-    large.add("arithmetic of a force map", [&] { kept = arithmetic_of(forces.size()); });
+    large.add("arithmetic of a force map", [&] { kept = bench::force_arithmetic(forces.size()); });
     large.add("force map 128 x 128 x 1024, one thread",
               [&] { kept = curves::map_forces(volume, {1, {}}).rigidity[0]; });
-    large.run(9);
+    large.run(25);
 
     bench::verdict verdict;
     verdict.at_most(

@@ -4,7 +4,7 @@
 
 #include <cstring>
 #if defined(__x86_64__)
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 namespace curves {
@@ -49,22 +49,53 @@ inline void transpose(const std::int16_t* const* curves, int i, sample_tile& til
 }
 #endif
 
+using pack = double __attribute__((vector_size(8 * packLanes)));
+using pack_bits = std::int64_t __attribute__((vector_size(8 * packLanes)));
+using samples_16 = std::int16_t __attribute__((vector_size(2 * packLanes)));
+using samples_32 = std::int32_t __attribute__((vector_size(4 * packLanes)));
+
+// What the compiler makes of vectors by itself, for those forms that have nothing better.
+#define VLDV_COMMON_OPERATIONS                                                                                         \
+    VLDV_TARGET pack as_numbers(const std::int16_t* samples) noexcept                                                  \
+    {                                                                                                                  \
+        samples_16 raw;                                                                                                \
+        std::memcpy(&raw, samples, sizeof raw);                                                                        \
+        return __builtin_convertvector(__builtin_convertvector(raw, samples_32), pack);                                \
+    }                                                                                                                  \
+    VLDV_TARGET pack lower(const pack& a, const pack& b) noexcept { return b < a ? b : a; }                            \
+    VLDV_TARGET pack higher(const pack& a, const pack& b) noexcept { return b < a ? a : b; }
+
 namespace plain {
+#define VLDV_TARGET_LAMBDA
 #define VLDV_TARGET inline
+VLDV_COMMON_OPERATIONS
 #include "curves/force_packs_form.h"
 #undef VLDV_TARGET
+#undef VLDV_TARGET_LAMBDA
 } // namespace plain
 
 #if defined(__x86_64__)
 namespace avx2 {
-#define VLDV_TARGET __attribute__((target("avx2"))) inline
+#define VLDV_TARGET_LAMBDA __attribute__((target("avx2")))
+#define VLDV_TARGET VLDV_TARGET_LAMBDA inline
+VLDV_COMMON_OPERATIONS
 #include "curves/force_packs_form.h"
 #undef VLDV_TARGET
+#undef VLDV_TARGET_LAMBDA
 } // namespace avx2
 namespace avx512 {
-#define VLDV_TARGET __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq"))) inline
+#define VLDV_TARGET_LAMBDA __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq")))
+#define VLDV_TARGET VLDV_TARGET_LAMBDA inline
+VLDV_TARGET pack as_numbers(const std::int16_t* samples) noexcept
+{
+    const __m128i raw = _mm_loadu_si128(reinterpret_cast<const __m128i*>(samples));
+    return _mm512_cvtepi32_pd(_mm256_cvtepi16_epi32(raw));
+}
+VLDV_TARGET pack lower(const pack& a, const pack& b) noexcept { return _mm512_min_pd(a, b); }
+VLDV_TARGET pack higher(const pack& a, const pack& b) noexcept { return _mm512_max_pd(a, b); }
 #include "curves/force_packs_form.h"
 #undef VLDV_TARGET
+#undef VLDV_TARGET_LAMBDA
 } // namespace avx512
 #endif
 

@@ -1,10 +1,6 @@
 // One form of the search in packs, for the instructions that VLDV_TARGET names; included once for each, inside of its
-// namespace. Vectors that are wider than the instructions are split by the compiler.
-
-using pack = double __attribute__((vector_size(8 * packLanes)));
-using pack_bits = std::int64_t __attribute__((vector_size(8 * packLanes)));
-using samples_16 = std::int16_t __attribute__((vector_size(2 * packLanes)));
-using samples_32 = std::int32_t __attribute__((vector_size(4 * packLanes)));
+// namespace, behind `as_numbers`, `lower` and `higher` of these. Vectors that are wider than the instructions are split
+// by the compiler.
 
 /// Samples i … i + 7 of all curves, in physical units, a pack for each; those behind the end are the last.
 VLDV_TARGET void read_tile(const pack_source& source, int i, int n, pack* out) noexcept
@@ -16,11 +12,7 @@ VLDV_TARGET void read_tile(const pack_source& source, int i, int n, pack* out) n
         for (int k = 0; k < packLanes; ++k)
             for (int lane = 0; lane < packLanes; ++lane) tile[k][lane] = source.curves[lane][i + k < n ? i + k : n - 1];
     }
-    for (int k = 0; k < packLanes; ++k) {
-        samples_16 raw;
-        std::memcpy(&raw, tile[k], sizeof raw);
-        out[k] = __builtin_convertvector(__builtin_convertvector(raw, samples_32), pack) * source.scale + source.start;
-    }
+    for (int k = 0; k < packLanes; ++k) { out[k] = as_numbers(tile[k]) * source.scale + source.start; }
 }
 
 VLDV_TARGET void fit_packs(const pack_source& source, const primitives::uniform_spline& spline, pack* out) noexcept
@@ -53,56 +45,78 @@ VLDV_TARGET void fit_packs(const pack_source& source, const primitives::uniform_
             out[k] -= out[k + b] * spline.factorAt(k + b).left[static_cast<std::size_t>(b - 1)];
 }
 
-/// The smoothed curves.
-VLDV_TARGET void smooth_packs(const pack_source& source, const pack_work& work) noexcept
+VLDV_TARGET pack median(const pack& a, const pack& b, const pack& c) noexcept
 {
-    const int n = work.smoother.samples();
-    auto* const out = reinterpret_cast<pack*>(work.steps);
-    if (const primitives::uniform_spline* const spline = work.smoother.splineOrNull()) {
-        auto* c = reinterpret_cast<pack*>(work.coefficients);
-        fit_packs(source, *spline, c);
-        for (int s = 0; s < spline->spans(); ++s, ++c) {
-            const pack c0 = c[0], c1 = c[1], c2 = c[2], c3 = c[3];
-            for (int i = spline->spanBegin(s); i < spline->spanBegin(s + 1); ++i) {
-                const primitives::uniform_spline::weights& w = spline->weightsAt(i);
-                out[i] = (c0 * w[0] + c1 * w[1]) + (c2 * w[2] + c3 * w[3]);
-            }
-        }
-        return;
-    }
-    auto* const y = reinterpret_cast<pack*>(work.short_);
-    for (int i = 0; i < n; i += packLanes) read_tile(source, i, n, y + i);
-    out[0] = y[0];
-    out[n - 1] = y[n - 1];
-    for (int i = 1; i < n - 1; ++i) {
-        const pack three = y[i - 1] + y[i] + y[i + 1];
-        const bool hasFive = work.smoother.reach() == 2 && i >= 2 && i < n - 2;
-        out[i] = hasFive ? (three + y[i - 2] + y[i + 2]) / 5.0 : three / 3.0;
-    }
+    return higher(lower(a, b), lower(higher(a, b), c));
 }
 
-/// Smoothed values become steps without spikes. Adds them up in `sum` and `squares`.
-VLDV_TARGET void filter_packs(pack* values, int n, pack& sum, pack& squares) noexcept
-{
-    pack before = values[1] - values[0], next = values[2], here = next - values[1];
-    pack total = before, products = before * before;
-    values[0] = before;
-    for (int i = 1; i < n - 1; ++i) {
-        const pack later = values[i + 2 < n ? i + 2 : n - 1];
-        const pack after = i + 2 < n ? later - next : here;
-        const pack low = here < before ? here : before, high = here < before ? before : here;
-        const pack least = after < high ? after : high;
-        const pack median = least < low ? low : least;
-        values[i] = median;
-        total += median;
-        products += median * median;
+/// Turns smoothed values, taken one by one, into steps without spikes, and adds these up.
+struct step_filter {
+    pack* out;
+    pack before{}, here{}, last{}, sum{}, squares{};
+
+    VLDV_TARGET void begin(const pack& first, const pack& second, const pack& third) noexcept
+    {
+        before = second - first;
+        here = third - second;
+        last = third;
+        put(before);
+    }
+    VLDV_TARGET void take(const pack& value) noexcept
+    {
+        const pack after = value - last;
+        put(median(before, here, after));
         before = here;
         here = after;
-        next = later;
+        last = value;
     }
-    values[n - 1] = here;
-    sum = total + here;
-    squares = products + here * here;
+    /// The last step is repeated.
+    VLDV_TARGET void end() noexcept
+    {
+        put(median(before, here, here));
+        put(here);
+    }
+
+private:
+    VLDV_TARGET void put(const pack& step) noexcept
+    {
+        *out++ = step;
+        sum += step;
+        squares += step * step;
+    }
+};
+
+/// Of curves that a spline smooths; they are so long that the first three samples lie in one span.
+VLDV_TARGET void filter_spline(const pack_source& source, const pack_work& work, step_filter& filter) noexcept
+{
+    const primitives::uniform_spline& spline = *work.smoother.splineOrNull();
+    auto* c = reinterpret_cast<pack*>(work.coefficients);
+    fit_packs(source, spline, c);
+    const auto value = [&](int i) VLDV_TARGET_LAMBDA {
+        const primitives::uniform_spline::weights& w = spline.weightsAt(i);
+        return (c[0] * w[0] + c[1] * w[1]) + (c[2] * w[2] + c[3] * w[3]);
+    };
+    filter.begin(value(0), value(1), value(2));
+    for (int s = 0, i = 3; s < spline.spans(); ++s, ++c)
+        for (; i < spline.spanBegin(s + 1); ++i) filter.take(value(i));
+    filter.end();
+}
+
+/// Of curves whose neighbours make means.
+VLDV_TARGET void filter_means(const pack_source& source, const pack_work& work, step_filter& filter) noexcept
+{
+    const int n = work.smoother.samples();
+    auto* const y = reinterpret_cast<pack*>(work.short_);
+    for (int i = 0; i < n; i += packLanes) read_tile(source, i, n, y + i);
+    const auto value = [&](int i) VLDV_TARGET_LAMBDA {
+        if (i == 0 || i == n - 1) return y[i];
+        const pack three = y[i - 1] + y[i] + y[i + 1];
+        const bool hasFive = work.smoother.reach() == 2 && i >= 2 && i < n - 2;
+        return hasFive ? (three + y[i - 2] + y[i + 2]) / 5.0 : three / 3.0;
+    };
+    filter.begin(value(0), value(1), value(2));
+    for (int i = 3; i < n; ++i) filter.take(value(i));
+    filter.end();
 }
 
 VLDV_TARGET void mark_packs(const pack* steps, const pack& spread, const pack_thresholds& thresholds,
@@ -127,9 +141,13 @@ VLDV_TARGET void mark_steps_form(const pack_source& source, const pack_threshold
 {
     const int n = work.smoother.samples();
     auto* const steps = reinterpret_cast<pack*>(work.steps);
-    smooth_packs(source, work);
-    pack sum, squares, spread;
-    filter_packs(steps, n, sum, squares);
-    for (int lane = 0; lane < packLanes; ++lane) spread[lane] = deviation(squares[lane] / n, sum[lane] / n);
+    step_filter filter{steps};
+    if (work.smoother.splineOrNull())
+        filter_spline(source, work, filter);
+    else
+        filter_means(source, work, filter);
+    pack spread;
+    for (int lane = 0; lane < packLanes; ++lane)
+        spread[lane] = deviation(filter.squares[lane] / n, filter.sum[lane] / n);
     mark_packs(steps, spread, thresholds, work);
 }
