@@ -1,16 +1,21 @@
 #pragma once
+#include "cli/CliWindow.h"
 #include "platform/Host.h"
 
 #include <string>
 
-/// The machine of the command line: no windows, no dialogs, no settings that outlive the program. Messages are kept for
-/// the command that caused them.
+/// The machine of the command line: windows that nobody sees, no dialogs, no settings that outlive the program.
+/// Messages are kept for the command that caused them.
 class CCliHost : public IHost, private IProfile {
 public:
     IProfile& profile() override { return *this; }
     void messageBox(const std::string& text, message_icon icon) override;
     std::optional<std::wstring> askSavePath(const save_prompt&) override { return std::nullopt; }
     void waitCursor(bool) override {}
+    std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd*, window_kind) override
+    {
+        return std::make_unique<CCliWindow>(logic);
+    }
 
     /// The messages since the last call, a line each.
     std::string takeMessages();

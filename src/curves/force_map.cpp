@@ -55,6 +55,9 @@ class map_maker {
 public:
     map_maker(const force_volume& volume_, force_maps& out_) : volume(volume_), out(out_), smoother(volume_.length) {}
 
+    /// Curves that a thread takes at once.
+    static constexpr std::size_t blockLength = 8 * packLanes;
+
     std::size_t curves() const noexcept { return out.rigidity.size(); }
     pack_work makeWork() const { return pack_work(smoother); }
 
@@ -71,8 +74,6 @@ public:
     std::size_t done() const noexcept { return finished; }
 
 private:
-    static constexpr std::size_t blockLength = 32 * packLanes;
-
     std::span<const std::int16_t> curve(std::size_t index) const noexcept
     {
         const auto n = static_cast<std::size_t>(volume.length);
@@ -107,8 +108,8 @@ private:
     std::atomic<std::size_t> next{0}, finished{0};
 };
 
-/// Curves that are too short for packs, one by one.
-force_maps map_short_curves(const force_volume& volume, std::size_t count)
+/// Curves that are no good for packs.
+force_maps map_one_by_one(const force_volume& volume, std::size_t count)
 {
     force_maps out{std::vector<std::int16_t>(count), std::vector<std::int16_t>(count)};
     const auto n = static_cast<std::size_t>(volume.length);
@@ -127,16 +128,17 @@ force_maps map_short_curves(const force_volume& volume, std::size_t count)
 force_maps map_forces(const force_volume& volume, const map_options& options)
 {
     const std::size_t count = volume.length > 0 ? volume.samples.size() / static_cast<std::size_t>(volume.length) : 0;
-    if (volume.length < leastPacked) return map_short_curves(volume, count);
+    if (volume.length < leastPacked || volume.length > mostPacked) return map_one_by_one(volume, count);
     force_maps out{std::vector<std::int16_t>(count), std::vector<std::int16_t>(count)};
     map_maker maker(volume, out);
-    const unsigned wanted = options.threads ? options.threads : std::max(std::thread::hardware_concurrency(), 1u);
+    const std::size_t allowed = options.threads ? options.threads : std::thread::hardware_concurrency();
+    const std::size_t wanted = std::clamp<std::size_t>(allowed, 1, count / map_maker::blockLength + 1);
     std::vector<pack_work> works;
     works.reserve(wanted);
     // Before any thread starts: what fails, fails here.
-    for (unsigned i = 0; i < wanted; ++i) works.push_back(maker.makeWork());
+    for (std::size_t i = 0; i < wanted; ++i) works.push_back(maker.makeWork());
     std::vector<std::jthread> helpers;
-    for (unsigned i = 1; i < wanted; ++i)
+    for (std::size_t i = 1; i < wanted; ++i)
         helpers.emplace_back([&maker, work = &works[i]] {
             while (maker.doNext(*work)) {}
         });

@@ -10,8 +10,8 @@
 namespace curves {
 
 constexpr int packLanes = 8;
-/// Shorter curves are not worth a pack.
-constexpr int leastPacked = 8;
+/// Shorter curves are not worth a pack, and longer ones not its memory.
+constexpr int leastPacked = 8, mostPacked = 1 << 16;
 
 struct pack_thresholds {
     double zero = 1.0, slant = 1.0;

@@ -49,7 +49,7 @@ void measure(const std::vector<grid_point>& points, profile& out)
         length += out.segmentLengths.back();
     }
     length -= points.size() - 2;
-    if (length > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("the line has too many samples");
+    if (length > std::numeric_limits<std::int32_t>::max()) throw std::length_error("the line has too many samples");
     out.length = static_cast<std::uint32_t>(length);
 }
 

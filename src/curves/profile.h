@@ -51,7 +51,7 @@ struct profile {
 /// nothing is interpolated.
 /// \param halfWidth  in images of two dimensions each sample is the mean of so many on either side, across the line,
 /// and of itself; beyond the edge the last sample repeats
-/// \throws std::bad_alloc; std::length_error when the curves exceed 32 bits of samples
+/// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
 void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out);
 
 /// The sample of the image under a sample of the curve, between the ends of its segment.

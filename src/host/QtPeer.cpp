@@ -1,6 +1,7 @@
 #include "host/QtPeer.h"
 
 #include "host/paint/QtDC.h"
+#include "host/qt_cursors.h"
 #include "host/qt_keys.h"
 
 #include <QApplication>

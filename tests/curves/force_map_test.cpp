@@ -50,7 +50,7 @@ TEST(ForceMap, IsTheAnalysisOfEachCurve)
 {
     for (const int n : {3, 7, 8, 40, 64, 65, 200, 256, 257, 300, 1000})
         for (const double scale : {0.004, -0.01}) {
-            const std::vector<std::int16_t> samples = force_curves(37, n); // no whole number of packs
+            const std::vector<std::int16_t> samples = force_curves(n < 300 ? 150 : 37, n); // no whole number of packs
             const curves::force_volume volume{samples, n, VLAxis(0.0, 0.3, "nm"), VLAxis(-5.0, scale, "nN")};
             const curves::force_maps expected = mapped_one_by_one(volume);
             for (const unsigned threads : {1u, 3u}) {
@@ -59,6 +59,14 @@ TEST(ForceMap, IsTheAnalysisOfEachCurve)
                 EXPECT_EQ(maps.adhesion, expected.adhesion) << n << ' ' << scale;
             }
         }
+}
+
+TEST(ForceMap, OfCurvesTooLongForPacksIsTheSame)
+{
+    constexpr int n = (1 << 16) + 10;
+    const std::vector<std::int16_t> samples = force_curves(2, n);
+    const curves::force_volume volume{samples, n, VLAxis(0.0, 0.001, "nm"), VLAxis(0.0, 0.01, "nN")};
+    EXPECT_EQ(curves::map_forces(volume).rigidity, mapped_one_by_one(volume).rigidity);
 }
 
 TEST(ForceMap, FindsSlopesAndAdhesion)
