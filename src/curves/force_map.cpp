@@ -25,6 +25,27 @@ std::int16_t wrapped(double value) noexcept
     return static_cast<std::int16_t>(static_cast<std::uint16_t>(static_cast<std::int64_t>(whole)));
 }
 
+/// So close to where rounding turns that the last digits of another order of the sums could turn it.
+/// \param raw   the largest values that were summed, in raw steps
+/// \param step  what a raw step means in the result
+bool is_doubtful(double value, double raw, double step) noexcept
+{
+    const double fraction = value - std::floor(value);
+    const double digits = 1e-9 * (1.0 + std::fabs(value)) + 1e-14 * std::fabs(raw * step);
+    return !(std::fabs(fraction - 0.5) > digits);
+}
+
+/// The analysis of one curve as it is defined.
+void map_curve(const force_volume& volume, std::size_t index, force_maps& out)
+{
+    const auto n = static_cast<std::size_t>(volume.length);
+    const std::vector<double> y = physical_values(volume.samples.subspan(index * n, n), volume.values);
+    force_curve_stats stats;
+    get_force_curve_stats(y.data(), volume.length, 1.0, 1.0, stats);
+    out.rigidity[index] = wrapped((stats.slant_b - stats.zero_b) * 1000.0 / volume.position.scale);
+    out.adhesion[index] = wrapped(force_minimum(y.data(), stats) / volume.values.scale);
+}
+
 struct line {
     double a = 0.0, b = 0.0; ///< a + b * sample
 };
@@ -53,7 +74,10 @@ int lowest(std::span<const std::int16_t> curve, double scale) noexcept
 /// Fills the maps, one block of curves after another, on as many threads as call it.
 class map_maker {
 public:
-    map_maker(const force_volume& volume_, force_maps& out_) : volume(volume_), out(out_), smoother(volume_.length) {}
+    map_maker(const force_volume& volume_, force_maps& out_)
+        : volume(volume_), out(out_), smoother(volume_.length), doubts(out_.rigidity.size())
+    {
+    }
 
     /// Curves that a thread takes at once.
     static constexpr std::size_t blockLength = 8 * packLanes;
@@ -72,6 +96,13 @@ public:
         return true;
     }
     std::size_t done() const noexcept { return finished; }
+
+    /// Does once more what must not depend on the order of sums.
+    void settleDoubts()
+    {
+        for (std::size_t i = 0; i < doubts.size(); ++i)
+            if (doubts[i]) map_curve(volume, i, out);
+    }
 
 private:
     std::span<const std::int16_t> curve(std::size_t index) const noexcept
@@ -98,38 +129,30 @@ private:
         const line contact = fit_raw(samples, slant, volume.values), free = fit_raw(samples, zero, volume.values);
         const int least = lowest(samples, volume.values.scale);
         const double force = volume.values.at(samples[static_cast<std::size_t>(least)]) - (free.a + free.b * least);
-        out.rigidity[index] = wrapped((contact.b - free.b) * 1000.0 / volume.position.scale);
-        out.adhesion[index] = wrapped(force / volume.values.scale);
+        const double slopeStep = 1000.0 / volume.position.scale, raw = volume.values.start / volume.values.scale;
+        const double rigidity = (contact.b - free.b) * slopeStep, adhesion = force / volume.values.scale;
+        out.rigidity[index] = wrapped(rigidity);
+        out.adhesion[index] = wrapped(adhesion);
+        doubts[index] = is_doubtful(rigidity, raw, volume.values.scale * slopeStep) || is_doubtful(adhesion, raw, 1.0);
     }
 
     const force_volume& volume;
     force_maps& out;
     curve_smoother smoother;
+    std::vector<std::uint8_t> doubts; ///< one a curve
     std::atomic<std::size_t> next{0}, finished{0};
 };
-
-/// Curves that are no good for packs.
-force_maps map_one_by_one(const force_volume& volume, std::size_t count)
-{
-    force_maps out{std::vector<std::int16_t>(count), std::vector<std::int16_t>(count)};
-    const auto n = static_cast<std::size_t>(volume.length);
-    force_curve_stats stats;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::vector<double> y = physical_values(volume.samples.subspan(i * n, n), volume.values);
-        get_force_curve_stats(y.data(), volume.length, 1.0, 1.0, stats);
-        out.rigidity[i] = wrapped((stats.slant_b - stats.zero_b) * 1000.0 / volume.position.scale);
-        out.adhesion[i] = wrapped(force_minimum(y.data(), stats) / volume.values.scale);
-    }
-    return out;
-}
 
 } // namespace
 
 force_maps map_forces(const force_volume& volume, const map_options& options)
 {
     const std::size_t count = volume.length > 0 ? volume.samples.size() / static_cast<std::size_t>(volume.length) : 0;
-    if (volume.length < leastPacked || volume.length > mostPacked) return map_one_by_one(volume, count);
     force_maps out{std::vector<std::int16_t>(count), std::vector<std::int16_t>(count)};
+    if (volume.length < leastPacked || volume.length > mostPacked) {
+        for (std::size_t i = 0; i < count; ++i) map_curve(volume, i, out);
+        return out;
+    }
     map_maker maker(volume, out);
     const std::size_t allowed = options.threads ? options.threads : std::thread::hardware_concurrency();
     const std::size_t wanted = std::clamp<std::size_t>(allowed, 1, count / map_maker::blockLength + 1);
@@ -145,6 +168,7 @@ force_maps map_forces(const force_volume& volume, const map_options& options)
     while (maker.doNext(works[0]))
         if (options.progress) options.progress(maker.done(), count);
     helpers.clear();
+    maker.settleDoubts();
     if (options.progress) options.progress(count, count);
     return out;
 }

@@ -28,8 +28,8 @@ struct map_options {
     std::function<void(std::size_t done, std::size_t all)> progress{};
 };
 
-/// What `get_force_curve_stats` finds in each curve with both thresholds 1, as maps; line fits are exact up to the last
-/// rounding. \throws std::bad_alloc
+/// What `get_force_curve_stats` finds in each curve with both thresholds 1, as maps: number for number what one curve
+/// after the other gives. \throws std::bad_alloc
 force_maps map_forces(const force_volume& volume, const map_options& options = {});
 
 /// Sub-image `sub` of an image of force curves: dimension 0 runs along a curve, 1 and 2 over the grid. Positions are
