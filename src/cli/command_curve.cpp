@@ -2,13 +2,12 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/curve_source.h"
-#include "cli/session.h"
 #include "curves/curve_spectrum.h"
 #include "curves/math_function.h"
 #include "curves/trend_line.h"
 
 #include <CLI/CLI.hpp>
-#include <iostream>
+#include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -40,7 +39,7 @@ std::string row_of(std::initializer_list<double> numbers, int digits = floatDigi
 
 std::string title_of(unsigned sub) { return "Subimage " + std::to_string(sub + 1) + '\n'; }
 
-const std::map<std::string, curves::curve_function> functions = {
+constexpr std::pair<const char*, curves::curve_function> functions[] = {
     {"differentiate", curves::convolve},
     {"autocorrelation", curves::autocorrelation_function},
     {"autocorrelation-cyclic", curves::cyclic_autocorrelation_function},
@@ -109,36 +108,18 @@ outcome outcome_of(const section& each, const math_options& options)
 {
     if (options.operation == "spectrum") return transform(each, options.mode);
     if (options.operation == "trend") return find_trends(each);
-    return calculate(each, functions.at(options.operation));
+    const auto* const found =
+        std::ranges::find_if(functions, [&](const auto& entry) { return options.operation == entry.first; });
+    return calculate(each, found->second);
 }
 
 int run(const math_options& options)
 {
-    session call;
-    call.setFiles(options.files);
-    json files = json::array();
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            const std::vector<section> sections = sections_of(document, options);
-            const bool isOneOfMany = sections.size() > 1 || call.files().size() > 1;
-            for (const section& each : sections) {
-                outcome found = outcome_of(each, options);
-                if (options.asJson) {
-                    files.push_back({{"path", base::narrow(path)},
-                                     {"image", each.image},
-                                     {"x", axis_json(each.positions)},
-                                     {"curves", std::move(found.lines)}});
-                } else {
-                    if (isOneOfMany) std::cout << heading(document, path, each.image);
-                    std::cout << found.text;
-                }
-            }
-        },
-        [&](const std::wstring& path, const std::string& reason) {
-            files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-        });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return print_sections(options,
+                          {[&](const section& each) -> json {
+                               return {{"x", axis_json(each.positions)}, {"curves", outcome_of(each, options).lines}};
+                           },
+                           [&](const CStorageDoc&, const section& each) { return outcome_of(each, options).text; }});
 }
 
 } // namespace
@@ -148,7 +129,7 @@ void add_curve(CLI::App& app, int& status)
     auto options = std::make_shared<math_options>();
     CLI::App* command = app.add_subcommand("curve", "Calculate with curves and lines through images");
     std::vector<std::string> operations{"spectrum", "trend"};
-    for (const auto& [name, function] : functions) operations.push_back(name);
+    for (const auto& [name, function] : functions) operations.emplace_back(name);
     command->add_option("--op", options->operation, "What is calculated")->required()->check(CLI::IsMember(operations));
     const std::map<std::string, curves::spectrum_mode> modes = {{"power", curves::spectrum_mode::power},
                                                                 {"magnitude", curves::spectrum_mode::magnitude}};

@@ -2,6 +2,7 @@
 #include "curves/profile.h"
 #include "document/StorageDoc.h"
 
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
@@ -43,5 +44,13 @@ std::vector<section> sections_of(const CStorageDoc& document, const curve_option
 nlohmann::ordered_json axis_json(const VLAxis& axis);
 /// "PATH, image N: ID", to tell the parts of a longer output apart.
 std::string heading(const CStorageDoc& document, const std::wstring& path, unsigned image);
+
+/// What a command says of a section.
+struct section_output {
+    std::function<nlohmann::ordered_json(const section&)> json; ///< behind path and image
+    std::function<std::string(const CStorageDoc&, const section&)> text;
+};
+/// Opens the files and prints what is said of their sections. \return the exit status
+int print_sections(const curve_options& options, const section_output& output);
 
 } // namespace cli

@@ -69,7 +69,7 @@ namespace plain {
 #define VLDV_TARGET_LAMBDA
 #define VLDV_TARGET inline
 VLDV_COMMON_OPERATIONS
-#include "curves/force_packs_form.h"
+#include "curves/force_packs_form.inc"
 #undef VLDV_TARGET
 #undef VLDV_TARGET_LAMBDA
 } // namespace plain
@@ -79,7 +79,7 @@ namespace avx2 {
 #define VLDV_TARGET_LAMBDA __attribute__((target("avx2")))
 #define VLDV_TARGET VLDV_TARGET_LAMBDA inline
 VLDV_COMMON_OPERATIONS
-#include "curves/force_packs_form.h"
+#include "curves/force_packs_form.inc"
 #undef VLDV_TARGET
 #undef VLDV_TARGET_LAMBDA
 } // namespace avx2
@@ -93,7 +93,7 @@ VLDV_TARGET pack as_numbers(const std::int16_t* samples) noexcept
 }
 VLDV_TARGET pack lower(const pack& a, const pack& b) noexcept { return _mm512_min_pd(a, b); }
 VLDV_TARGET pack higher(const pack& a, const pack& b) noexcept { return _mm512_max_pd(a, b); }
-#include "curves/force_packs_form.h"
+#include "curves/force_packs_form.inc"
 #undef VLDV_TARGET
 #undef VLDV_TARGET_LAMBDA
 } // namespace avx512
