@@ -20,6 +20,8 @@ void add_stats(CLI::App& app, int& status);
 void add_profile(CLI::App& app, int& status);
 void add_curve(CLI::App& app, int& status);
 void add_force(CLI::App& app, int& status);
+void add_histogram(CLI::App& app, int& status);
+void add_fourier(CLI::App& app, int& status);
 void add_examples(CLI::App& app, int& status);
 
 /// Name of a format for people, without "files".

@@ -16,7 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool is_container_name(const fs::path& path) { return base::equal_ignoring_case(path.extension().native(), ".spm"); }
+/// A name that is not one of a container is that of a folder.
+output_names container_names(const std::string& output)
+{
+    const bool isContainer = base::equal_ignoring_case(fs::path(output).extension().native(), ".spm");
+    return {isContainer ? output : output + '/', ".spm"};
+}
 
 /// "img%d" with the first number from the count of images on that is not taken.
 std::string next_name(const CStorageDoc& document, std::span<const SPMDataStream> made)
@@ -97,23 +102,14 @@ bool is_volume(const CStorageDoc& document, unsigned image)
 
 } // namespace
 
-force_map_output::force_map_output(session& call_, const std::string& target_)
-    : call(call_), target(platform::to_path(platform::full_path(base::widen(target_))))
+force_map_output::force_map_output(session& call_, const std::string& target)
+    : call(call_), names(container_names(target))
 {
-    std::error_code error, ignored; // a target that is not there yet is no error
-    isFolder = fs::is_directory(target, ignored) || !is_container_name(target);
-    if (isFolder) fs::create_directories(target, error);
-    if (error) throw std::runtime_error(target.native() + ": " + error.message());
 }
 
-fs::path force_map_output::outputFor(const CStorageDoc& document, const std::wstring& path)
+fs::path force_map_output::outputFor(const std::wstring& path)
 {
-    fs::path output = target;
-    if (isFolder) {
-        fs::path name = platform::to_path(path).filename();
-        if (document.fileType != FILE_SPMX || !is_container_name(name)) name += ".spm";
-        output /= name;
-    }
+    const fs::path output = names.next(path, "", call.files().size() == 1);
     if (call.isInput(output))
         throw std::runtime_error("the output \"" + output.native() + "\" is an input of this call");
     if (!outputs.insert(identity(output)).second)
@@ -127,7 +123,7 @@ force_map_output::written force_map_output::write(CStorageDoc& document, const s
     for (unsigned i = 0; i < document.getImagesNumber(); ++i)
         if (is_volume(document, i) && (image < 0 || i == static_cast<unsigned>(image))) maps.add(i, sub);
     if (maps.streams.empty()) throw std::runtime_error("there is no volume of force curves to map");
-    const fs::path output = outputFor(document, path);
+    const fs::path output = outputFor(path);
     document.AddNewImages(maps.streams.data(), static_cast<unsigned>(maps.streams.size()));
     const std::string reason = call.save(document, platform::to_wide(output));
     if (!reason.empty()) throw std::runtime_error(reason);

@@ -1,4 +1,5 @@
 #pragma once
+#include "cli/output_names.h"
 #include "cli/session.h"
 
 #include <filesystem>
@@ -8,11 +9,12 @@
 
 namespace cli {
 
-/// Writes volumes of force curves with their maps: to one file, or to a folder under the names of their files.
+/// Writes volumes of force curves with their maps: to one file, or to a folder or beside each other under the names of
+/// their files.
 class force_map_output {
 public:
-    /// \throws std::runtime_error when the folder cannot be made
-    force_map_output(session& call_, const std::string& target_);
+    /// \param target  a container, or a folder when it has another name
+    force_map_output(session& call_, const std::string& target);
 
     struct written {
         std::string path;
@@ -23,11 +25,10 @@ public:
     written write(CStorageDoc& document, const std::wstring& path, int image, int sub);
 
 private:
-    std::filesystem::path outputFor(const CStorageDoc& document, const std::wstring& path);
+    std::filesystem::path outputFor(const std::wstring& path);
 
     session& call;
-    std::filesystem::path target;
-    bool isFolder;
+    output_names names;
     std::set<std::filesystem::path> outputs;
 };
 

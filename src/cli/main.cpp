@@ -25,6 +25,8 @@ try {
     cli::add_profile(app, status);
     cli::add_curve(app, status);
     cli::add_force(app, status);
+    cli::add_histogram(app, status);
+    cli::add_fourier(app, status);
     cli::add_examples(app, status);
     try {
         app.parse(count, arguments);

@@ -65,6 +65,13 @@ void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoi
     if (!isCompact) view.DrawLegendText(&dc, at, next, L" ");
 }
 
+/// A row as it stands, or, where the panel would cut it, with its figure in the unit in which it reads well.
+statistics_row fitting(const CDC& dc, const statistics_row& row, int width)
+{
+    const std::string text = row.name + ": " + base::general(row.value) + " " + row.units;
+    return dc.GetTextExtent(base::widen(text)).cx > width ? reading_well(row) : row;
+}
+
 void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
     const bool isCompact = is_on(view, "CompactLegend");
@@ -73,7 +80,8 @@ void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoi
     if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
     const std::size_t count = content.statistics.size();
     for (std::size_t i = 0; i < count; ++i) {
-        const statistics_row& row = content.statistics[isCompact ? count - 1 - i : i]; // upwards from the lowest
+        statistics_row row = content.statistics[isCompact ? count - 1 - i : i]; // upwards from the lowest
+        if (!isCompact && !row.name.empty()) row = fitting(dc, row, number(view, "ParametersWidth") - panelGap);
         if (row.name.empty())
             view.DrawLegendText(&dc, at, next, L"c:", row.units);
         else

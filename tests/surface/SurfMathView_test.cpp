@@ -210,6 +210,10 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     EXPECT_TRUE(holds(texts, "Statistics:"));
     EXPECT_TRUE(holds(texts, "Rmax: 204500 pm")) << "0.5 nm * (10 * 39 + 19), in the unit of a step";
     EXPECT_TRUE(holds(texts, "Rq: 0 pm")) << "a plane";
+    view.setOption("ParametersWidth", "89"); // 84 pixels are left, "Rmax: 204500 pm" has 90
+    RecordingDC narrow(view.GetClientRect().Size());
+    view.OnDrawLegend(narrow);
+    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 204.5 nm"));
     view.setOption("CompactLegend", "true");
     host.pump();
     RecordingDC compact(view.GetClientRect().Size());
@@ -255,6 +259,9 @@ TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
     };
     const std::uint32_t before = lowest();
     view.OnCmdMsg(10192, nullptr);
+    view.SaveOptions();
+    EXPECT_FALSE(host.readString("SurfMathView", "invert")) << "of this view alone";
+    EXPECT_TRUE(host.readString("SurfMathView", "SelectionFill"));
     EXPECT_TRUE(view.getScale().getInverse()) << "the strip tells what the colours mean";
     EXPECT_NE(lowest(), before);
     view.OnCmdMsg(10112, nullptr);
