@@ -179,6 +179,9 @@ TEST_F(CurvesProgram, ForceWritesTheMapsOfAVolume)
     }
     EXPECT_EQ(vldv({"force", "known.spm", "--map", "maps"}).status, 0);
     EXPECT_TRUE(std::filesystem::exists(folder / "maps" / "known.spm"));
+    write_document(folder / "again.spm");
+    EXPECT_EQ(vldv({"force", "known.spm", "again.spm", "--map", "both.spm"}).status, 0);
+    for (const char* name : {"both-known.spm", "both-again.spm"}) EXPECT_TRUE(std::filesystem::exists(folder / name));
 }
 
 } // namespace
