@@ -22,6 +22,9 @@ try {
     cli::add_options(app, status);
     cli::add_isoline(app, status);
     cli::add_stats(app, status);
+    cli::add_profile(app, status);
+    cli::add_curve(app, status);
+    cli::add_force(app, status);
     cli::add_histogram(app, status);
     cli::add_fourier(app, status);
     cli::add_features(app, status);

@@ -142,6 +142,7 @@ private:
     void OnAutoRefresh();
     void OnUpdateAutoRefresh(CCmdUI& ui);
     void OnRefresh();
+    void OnNormalize();
     void OnFileInfo();
     void OnUpdateFileInfo(CCmdUI& ui);
     void OnShowZScale();
@@ -191,6 +192,7 @@ private:
     CScale scale;
     surface::section_pens pens;
     std::vector<surface::statistics_row> statisticsRows;
+    CSize knownSize;     ///< of the image when it was last looked at
     CRect sectionBounds; ///< of the section shown last, samples of this image
     bool autoRefresh = true;
     bool marksNumbered = true;

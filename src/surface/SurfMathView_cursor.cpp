@@ -55,7 +55,7 @@ surface::measured_surface CSurfMathView::measured() const
 
 surface::drawing_axes CSurfMathView::drawingAxes() const
 {
-    if (!stream()) return {};
+    if (!stream() || stream()->get_dimensions_number() < 2) return {};
     return {storageDoc()->getAxis(imageNumber, 0, 0), storageDoc()->getAxis(imageNumber, 0, 1)};
 }
 

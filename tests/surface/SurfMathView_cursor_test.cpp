@@ -189,6 +189,9 @@ TEST_F(SurfaceMouseTest, TheZoomWindowFollowsTheSelectionAndLeavesWithTheSurface
     EXPECT_EQ(zoom->getImage(0).get_dimension(0).length, 7u);
     EXPECT_EQ(zoom->getImage(0).get_dimension(1).length, 18u);
     EXPECT_EQ(zoom->getDataPoint2S(0, 6, 17, 0), 278);
+    document->getDataPoint2S(0, 26, 18, 0) = 1234;
+    document->UpdateAllViews(nullptr, document::data_hint(0));
+    EXPECT_EQ(zoom->getDataPoint2S(0, 6, 17, 0), 1234) << "and the data";
     app.frames()[0]->DestroyFrame();
     app.freeClosed();
     EXPECT_TRUE(app.frames().empty()) << "it closes with the surface";
