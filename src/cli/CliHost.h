@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/Host.h"
 
+#include <functional>
 #include <string>
 
 /// The machine of the command line: no windows, no dialogs, no settings that outlive the program. Messages are kept for
@@ -11,6 +12,14 @@ public:
     void messageBox(const std::string& text, message_icon icon) override;
     std::optional<std::wstring> askSavePath(const save_prompt&) override { return std::nullopt; }
     void waitCursor(bool) override {}
+    bool progress(double done) override
+    {
+        if (onProgress) onProgress(done);
+        return true; // the keyboard's interrupt ends the program
+    }
+
+    /// Told how much of the present file is read, 0 to 1. May stay empty.
+    std::function<void(double)> onProgress;
 
     /// The messages since the last call, a line each.
     std::string takeMessages();

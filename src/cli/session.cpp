@@ -55,20 +55,24 @@ void session::forEachDocument(const std::function<void(CStorageDoc&, const std::
                               const std::function<void(const std::wstring&, const std::string&)>& onFailure)
 {
     progress_bar progress(inputs.size());
+    host.onProgress = [&](double part) { progress.tell(part); };
     for (const std::wstring& path : inputs) {
         std::string failure;
         try {
-            if (const auto document = open(path, failure)) use(*document, path);
+            const auto document = open(path, failure);
+            progress.clear(); // what follows may print
+            if (document) use(*document, path);
         } catch (const std::exception& thrown) {
             failure = thrown.what();
         }
         if (!failure.empty()) {
-            progress.clear();
+            progress.clear(); // of a failure that was thrown
             report(path, failure);
             if (onFailure) onFailure(path, failure);
         }
         progress.advance();
     }
+    host.onProgress = nullptr;
 }
 
 } // namespace cli

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr unsigned documentTable = unsigned(-1);
+constexpr const char* cancelled = "reading was cancelled";
 
 /// The first bytes, fewer when the stream is shorter; the position is left at the start.
 std::vector<std::byte> head_of(std::istream& in)
@@ -36,7 +37,7 @@ SupportedFileTypes VLFileReader::GetDocumentType(std::istream& in)
 
 bool VLFileReader::tellProgress(double done)
 {
-    if (onReadProgress && !readCancelled) readCancelled = !onReadProgress(done);
+    readCancelled = onReadProgress && !onReadProgress(done);
     return !readCancelled;
 }
 
@@ -67,7 +68,9 @@ bool VLFileReader::doReadFile(std::istream& in)
 bool VLFileReader::readNative(std::istream& in)
 {
     document::stream_source source(in, sourcePath);
+    source.onProgress = [this](double done) { return tellProgress(done); };
     readError = document::read_spmx(source, *this);
+    if (readCancelled) readError = cancelled;
     return readError.empty();
 }
 
@@ -77,7 +80,7 @@ bool VLFileReader::readForeign(std::istream& in, const formats::format_row& form
     source.onProgress = [this](double done) { return tellProgress(done); };
     auto recording = format.read(source);
     if (readCancelled) {
-        readError = "reading was cancelled";
+        readError = cancelled;
         return false;
     }
     if (!recording) {

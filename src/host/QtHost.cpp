@@ -238,8 +238,13 @@ int CQtHost::systemDpi() const
 
 void CQtHost::waitCursor(bool on)
 {
-    if (on)
+    if (on) {
+        if (waiting++ == 0) reading.begin();
         QApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+    } else {
+        if (--waiting == 0) reading.end(); // first, as it has a cursor of its own on top
         QApplication::restoreOverrideCursor();
+    }
 }
+
+bool CQtHost::progress(double done) { return reading.tell(done, prompt_parent(main)); }

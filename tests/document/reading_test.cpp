@@ -1,5 +1,6 @@
 #include "fixtures.h"
 
+#include <algorithm>
 #include <filesystem>
 
 // Foreign files on their way into a document.
@@ -35,6 +36,48 @@ TEST_F(DocumentTest, ReadingThatIsCancelledLeavesAnEmptyDocument)
     document.onReadProgress = nullptr;
     EXPECT_TRUE(document.OnOpenDocument(small_file().c_str())) << "and can be filled again";
     EXPECT_FALSE(document.isReadCancelled());
+}
+
+/// 2048 by 2048 samples of 16 bits in one piece, behind the header of an old image.
+std::wstring large_file(const temporary_folder& folder)
+{
+    constexpr unsigned side = 2048;
+    std::string text = "Data_File_Type 7\r\nnum_samp = " + std::to_string(side) + "\r\nscan_sz = 100\r\nz_scale = 1\r\n\x1A";
+    text.resize(2048);
+    text.resize(text.size() + std::size_t{2} * side * side);
+    write_file(folder / "large.000", text);
+    return (folder / "large.000").wstring();
+}
+
+// Whatever a reader tells by itself.
+TEST_F(DocumentTest, LargeReadsTellTheHostAndStopWhenItSays)
+{
+    const std::wstring file = large_file(folder);
+    ASSERT_TRUE(document.OnOpenDocument(file.c_str()));
+    const std::vector<double> told = host.progressTold;
+    ASSERT_GE(told.size(), 2u) << "of 8 MiB";
+    EXPECT_TRUE(std::ranges::is_sorted(told));
+    EXPECT_GT(told.back(), 0.4);
+    EXPECT_LE(told.back(), 1.0);
+
+    host.cancelAfter = told.size() + 1;
+    EXPECT_THROW(document.OnOpenDocument(file.c_str()), CArchiveException);
+    EXPECT_TRUE(document.isReadCancelled());
+    EXPECT_EQ(document.getReadError(), "reading was cancelled");
+    EXPECT_EQ(document.getImagesNumber(), 0u);
+    EXPECT_EQ(host.progressTold.size(), told.size() + 1) << "asked no more";
+    EXPECT_EQ(host.waiting, 0);
+}
+
+TEST_F(DocumentTest, ContainersCanBeCancelledToo)
+{
+    const SPMDataStream images[] = {heights("a", {8, 8}), heights("b", {8, 8})};
+    document.AddNewImages(images, 2);
+    const std::wstring path = (folder / "two.spm").wstring();
+    ASSERT_TRUE(document.OnSaveDocument(path.c_str()));
+    host.cancelAfter = 1;
+    EXPECT_THROW(document.OnOpenDocument(path.c_str()), CArchiveException);
+    EXPECT_EQ(document.getImagesNumber(), 0u);
 }
 
 } // namespace

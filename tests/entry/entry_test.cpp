@@ -324,4 +324,15 @@ TEST_F(EntryTest, SettingsAreKeptAndCancelled)
     EXPECT_TRUE(host.hasQuit);
 }
 
+TEST_F(EntryTest, AReadThatTheUserCancelsOpensNothingAndSaysNothing)
+{
+    const std::wstring path = surface("a.spm");
+    host.cancelAfter = 1;
+    EXPECT_EQ(app->OpenDocumentFile(path.c_str()), nullptr);
+    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(vldvSurfaceTemplate.documents().empty());
+    host.cancelAfter = std::size_t(-1);
+    EXPECT_NE(app->OpenDocumentFile(path.c_str()), nullptr);
+}
+
 } // namespace
