@@ -1,11 +1,12 @@
 #pragma once
+#include "cli/CliWindow.h"
 #include "platform/Host.h"
 
 #include <functional>
 #include <string>
 
-/// The machine of the command line: no windows, no dialogs, no settings that outlive the program. Messages are kept for
-/// the command that caused them.
+/// The machine of the command line: windows that nobody sees, no dialogs, no settings that outlive the program.
+/// Messages are kept for the command that caused them.
 class CCliHost : public IHost, private IProfile {
 public:
     IProfile& profile() override { return *this; }
@@ -17,12 +18,16 @@ public:
         if (onProgress) onProgress(done);
         return true; // the keyboard's interrupt ends the program
     }
-
-    /// Told how much of the present file is read, 0 to 1. May stay empty.
-    std::function<void(double)> onProgress;
+    std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd*, window_kind) override
+    {
+        return std::make_unique<CCliWindow>(logic);
+    }
 
     /// The messages since the last call, a line each.
     std::string takeMessages();
+
+    /// Told how much of the present file is read, 0 to 1. May stay empty.
+    std::function<void(double)> onProgress;
 
 private:
     std::optional<int> readInt(const std::string&, const std::string&) const override { return std::nullopt; }

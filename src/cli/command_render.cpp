@@ -1,7 +1,7 @@
 // vldv render: pictures of surfaces, the right way up.
 #include "base/text.h"
 #include "cli/commands.h"
-#include "cli/picture_options.h"
+#include "cli/legend_picture.h"
 #include "cli/session.h"
 #include "output/picture_scaling.h"
 #include "output/picture_writer.h"
@@ -19,15 +19,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// One surface of a document.
-struct surface {
-    unsigned image, sub;
-};
-
 /// The surfaces that were asked for; `skipped` tells what was asked for and is none.
-std::vector<surface> surfaces(const CStorageDoc& document, const picture_options& options, std::string& skipped)
+std::vector<surface_number> surfaces(const CStorageDoc& document, const picture_options& options, std::string& skipped)
 {
-    std::vector<surface> found;
+    std::vector<surface_number> found;
     for (unsigned image = 0; image < document.getImagesNumber(); ++image) {
         if (options.image >= 0 && image != static_cast<unsigned>(options.image)) continue;
         if (document.getImage(image).get_dimensions_number() != 2 || !document.isImageOk(image)) {
@@ -42,26 +37,21 @@ std::vector<surface> surfaces(const CStorageDoc& document, const picture_options
     return found;
 }
 
-void set_up(CScale& scale, const picture_options& options)
-{
-    scale.SetPaletteId(options.palette);
-    scale.SetAutoScaling(options.mode);
-    scale.setInverse(options.inverse);
-    if (options.fixed.empty()) return;
-    const auto window = parse_fixed_window(options.fixed);
-    scale.setFixedUnits(window->units.c_str());
-    scale.setFixedSize(window->size);
-    scale.setFixedStart(window->start);
-    scale.setRelativeMeanOffset(window->start);
-    scale.setDisableScaleCheck(true); // the user said which values to show
-}
+/// The pixels of a surface, one a sample: row 0 is the lowest of the surface and the last of the picture.
+struct plain_picture {
+    std::vector<std::byte> pixels;
+    int width = 0, height = 0;
+    output::pixel_view view() const
+    {
+        const std::ptrdiff_t stride = std::ptrdiff_t{width} * 4;
+        return {pixels.data() + stride * (height - 1), width, height, -stride, 4};
+    }
+};
 
-/// Encodes one surface. \return empty, or why there is no picture
-std::string write_picture(CStorageDoc& document, const surface& which, const picture_options& options,
-                          const fs::path& path)
+/// \return empty, or why there is no picture
+std::string draw_plain(const CStorageDoc& document, const surface_number& which, const picture_options& options,
+                       plain_picture& picture)
 {
-    const auto format = output::picture_format_of(path.filename().native());
-    if (!format) return "the extension names no picture format (png, bmp, jpg, tif)";
     SPMDataStream copy;
     const SPMDataStream* stream = &document.getImage(which.image);
     if (stream->array_type() != SPM_ARRAY_INT16) {
@@ -73,31 +63,53 @@ std::string write_picture(CStorageDoc& document, const surface& which, const pic
     const unsigned columns = stream->get_dimension(0).length, rows = stream->get_dimension(1).length;
     constexpr unsigned maxSide = 32768;
     if (columns == 0 || rows == 0 || columns > maxSide || rows > maxSide) return "its size cannot be drawn";
-    const int width = static_cast<int>(columns), height = static_cast<int>(rows);
+    picture.width = static_cast<int>(columns);
+    picture.height = static_cast<int>(rows);
     const auto* samples = static_cast<const short*>(stream->array_data()) + std::size_t{columns} * rows * which.sub;
-    std::vector<std::byte> pixels(std::size_t{columns} * rows * 4);
+    picture.pixels.resize(std::size_t{columns} * rows * 4);
     RECT roi;
     if (!options.roi.empty()) {
         const std::vector<int> sides = *parse_rectangle(options.roi);
         roi = {sides[0], sides[1], sides[2], sides[3]};
     }
     CScale scale;
-    set_up(scale, options);
-    scale.DrawImage(pixels.data(), samples, width * 2, {width, height}, stream->values.get_axis(0), options.absolute,
-                    options.highlight, options.roi.empty() ? nullptr : &roi, true, nullptr, nullptr);
-    // Row 0 is the lowest of the surface and the last of the picture.
-    const std::ptrdiff_t stride = std::ptrdiff_t{width} * 4;
-    output::pixel_view view{pixels.data() + stride * (height - 1), width, height, -stride, 4};
-    std::vector<std::byte> scaled;
-    if (const auto size = parse_picture_size(options.size)) {
-        scaled = output::scaled_picture(view, size->width, size->height);
-        view = {scaled.data(), size->width, size->height, std::ptrdiff_t{size->width} * 3, 3};
-    }
-    const auto encoded = output::encode_picture(*format, view);
+    set_up_scale(scale, options);
+    scale.DrawImage(picture.pixels.data(), samples, picture.width * 2, {picture.width, picture.height},
+                    stream->values.get_axis(0), options.absolute, options.highlight,
+                    options.roi.empty() ? nullptr : &roi, true, nullptr, nullptr);
+    return {};
+}
+
+/// \return empty, or why it was not written
+std::string write_pixels(const output::pixel_view& pixels, output::picture_format format, const fs::path& path)
+{
+    const auto encoded = output::encode_picture(format, pixels);
     if (!encoded) return encoded.error().reason;
     output::save_file_atomically(path, *encoded);
     std::cout << path.native() << '\n';
     return {};
+}
+
+/// Encodes one surface. \return empty, or why there is no picture
+std::string write_picture(CStorageDoc& document, const surface_number& which, const picture_options& options,
+                          const fs::path& path)
+{
+    const auto format = output::picture_format_of(path.filename().native());
+    if (!format) return "the extension names no picture format (png, bmp, jpg, tif)";
+    if (!options.legend.empty()) {
+        VLDIBImage picture;
+        if (std::string reason = draw_with_legend(document, which, options, picture); !reason.empty()) return reason;
+        const auto stride = static_cast<std::ptrdiff_t>(picture.stride());
+        return write_pixels({picture.bits().data() + stride * (picture.height() - 1), picture.width(), picture.height(),
+                             -stride, picture.header().biBitCount / 8},
+                            *format, path);
+    }
+    plain_picture picture;
+    if (std::string reason = draw_plain(document, which, options, picture); !reason.empty()) return reason;
+    const auto size = parse_picture_size(options.size);
+    if (!size) return write_pixels(picture.view(), *format, path);
+    const std::vector<std::byte> scaled = output::scaled_picture(picture.view(), size->width, size->height);
+    return write_pixels({scaled.data(), size->width, size->height, std::ptrdiff_t{size->width} * 3, 3}, *format, path);
 }
 
 /// Where pictures go: one file, or a folder with a name for each surface.
@@ -112,7 +124,7 @@ public:
     }
 
     /// The name of a picture; `alone` when the call makes only this one. Never the same twice.
-    fs::path next(const std::wstring& input, const surface& which, bool alone)
+    fs::path next(const std::wstring& input, const surface_number& which, bool alone)
     {
         if (alone && !isFolder) return target;
         const fs::path file = platform::to_path(input).filename();
@@ -141,10 +153,10 @@ int run(const picture_options& options)
     const bool oneFile = call.files().size() == 1;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         std::string skipped;
-        const std::vector<surface> found = surfaces(document, options, skipped);
+        const std::vector<surface_number> found = surfaces(document, options, skipped);
         if (found.empty() && skipped.empty() && oneFile) skipped = "there is no surface to draw";
         if (!skipped.empty()) call.report(path, skipped);
-        for (const surface& each : found) {
+        for (const surface_number& each : found) {
             const std::string where = base::formatted("image %u, sub-image %u: ", each.image, each.sub);
             try {
                 const fs::path picture = names.next(path, each, oneFile && found.size() == 1);
@@ -193,8 +205,14 @@ void add_render(CLI::App& app, int& status)
         ->check(must_parse(parse_rectangle, "expected LEFT,TOP,RIGHT,BOTTOM"));
     command->add_option("--fixed", options->fixed, "Window of mode fixed: START,SIZE,UNITS")
         ->check(must_parse(parse_fixed_window, "expected START,SIZE,UNITS"));
-    command->add_option("--size", options->size, "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample)")
+    command
+        ->add_option("--size", options->size,
+                     "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample; with a legend, that of a window)")
         ->check(must_parse(parse_picture_size, "expected WIDTHxHEIGHT"));
+    command
+        ->add_option("--legend", options->legend,
+                     "Draw it as a window does: full (axes and margins) or compact (on the picture)")
+        ->transform(CLI::IsMember({"full", "compact"}, CLI::ignore_case));
     command->callback([options, &status] {
         if (!options->fixed.empty()) options->mode = 0;
         status = run(*options);

@@ -1,5 +1,6 @@
 // vldv stats: heights and roughness of surfaces, for people or as JSON.
 #include "base/text.h"
+#include "base/units.h"
 #include "cli/commands.h"
 #include "cli/session.h"
 #include "surface/statistics.h"
@@ -72,9 +73,12 @@ void print_frames(const CStorageDoc& document, const std::vector<frame>& frames,
         std::cout << "  image " << each.image << ": " << each.id << ", sub-image " << each.sub;
         if (each.sub < names.size()) std::cout << " \"" << names[each.sub].c_str() << '"';
         std::cout << '\n';
-        for (const surface::statistics_row& row : each.rows)
-            std::cout << "    " << row.name << ": " << base::general(row.value) << (row.units.empty() ? "" : " ")
-                      << row.units << '\n';
+        for (const surface::statistics_row& row : each.rows) {
+            // For people each number stands in the unit in which it reads well.
+            double value = row.value;
+            const char* const units = default_units_z(row.units.c_str(), &value);
+            std::cout << "    " << row.name << ": " << base::general(value) << (*units ? " " : "") << units << '\n';
+        }
     }
 }
 

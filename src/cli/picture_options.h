@@ -14,6 +14,7 @@ struct picture_options {
     int mode = 1; ///< of the scale: 0 fixed, 1 auto, 2 line, 3 line with planefit
     bool inverse = false, highlight = false, absolute = false;
     std::string roi, fixed, size;
+    std::string legend; ///< "full", "compact" or none
 };
 
 struct fixed_window {

@@ -217,6 +217,15 @@ std::uint32_t decorations::flags(std::string_view name) const noexcept
     return 0;
 }
 
+bool decorations::toggle(std::size_t place, std::size_t member) noexcept
+{
+    if (place >= groups.size()) return false;
+    std::deque<decoration>& members = std::next(groups.begin(), static_cast<std::ptrdiff_t>(place))->second.members;
+    if (member >= members.size()) return false;
+    members[member].state ^= DECORATION_SELECTED;
+    return true;
+}
+
 bool decorations::apply(ObjectActionType action, std::string_view name)
 {
     if (name.empty()) return false;

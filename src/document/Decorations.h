@@ -69,6 +69,8 @@ public:
     std::uint32_t flags(std::string_view name) const noexcept;
     /// \return whether a decoration of that name changed
     bool apply(ObjectActionType action, std::string_view name);
+    /// Flips the selected bit. \param place, member  of the group in the order of the keys, and in it \return it is there
+    bool toggle(std::size_t place, std::size_t member) noexcept;
     void clear() noexcept { groups.clear(); }
 
     const std::map<std::string, group, std::less<>>& all() const noexcept { return groups; }

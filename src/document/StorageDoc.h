@@ -147,6 +147,9 @@ public:
     unsigned GetObjectFlags(unsigned image, const char* name) const noexcept;
     /// \return whether a decoration of this name changed; views are not told
     bool ObjectAction(unsigned image, ObjectActionType action, const char* name);
+    /// Selects one decoration, or no longer, and has the image's views redraw.
+    /// \param group, member  the group's position in the order of the keys, and the place in it
+    void toggleDecoration(unsigned image, std::size_t group, std::size_t member);
 
     // Texts
     void setString(const char* key, const char* value, unsigned image) override;

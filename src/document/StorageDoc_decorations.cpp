@@ -42,3 +42,9 @@ bool CStorageDoc::ObjectAction(unsigned image, ObjectActionType action, const ch
 {
     return image < imageOptions.size() && name && imageOptions[image].drawings.apply(action, name);
 }
+
+void CStorageDoc::toggleDecoration(unsigned image, std::size_t group, std::size_t member)
+{
+    if (image < imageOptions.size() && imageOptions[image].drawings.toggle(group, member))
+        UpdateAllViews(nullptr, document::drawing_hint(image));
+}

@@ -2,9 +2,9 @@
 
 #include "document/StorageDocTemplate.h"
 #include "platform/WinApp.h"
+#include "surface/QVSurfView.h"
 #include "view/ChildFrame.h"
 #include "view/ParametersView.h"
-#include "view/RenderedView.h"
 #include "view/TextView.h"
 #include "vldv.h"
 
@@ -14,7 +14,7 @@ constexpr CRuntimeClass storageDoc = {"CStorageDoc", nullptr, create_object<CSto
 constexpr CRuntimeClass plainDoc = {"CDocument", nullptr, create_object<CDocument>};
 constexpr CRuntimeClass childFrame = {"CChildFrame", nullptr, create_object<CChildFrame>};
 constexpr CRuntimeClass quickFrame = {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>};
-constexpr CRuntimeClass surfaceView = {"CSurfMathView", nullptr, create_object<CRenderedView>};
+constexpr CRuntimeClass surfaceView = {"CSurfMathView", nullptr, create_object<CSurfMathView>};
 constexpr CRuntimeClass quickView = {"CQVSurfView", &surfaceView, create_object<CQVSurfView>};
 constexpr CRuntimeClass parametersView = {"CParametersView", nullptr, create_object<CParametersView>};
 constexpr CRuntimeClass textView = {"CTextView", nullptr, create_object<CTextView>};

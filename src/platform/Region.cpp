@@ -74,6 +74,17 @@ CRgn CRgn::of_spans(std::span<const platform::pixel_span> spans)
     return out;
 }
 
+CRgn CRgn::united(std::span<const CRect> rects)
+{
+    std::vector<pixman_box32_t> boxes;
+    boxes.reserve(rects.size());
+    for (const CRect& rect : rects) boxes.push_back({rect.left, rect.top, rect.right, rect.bottom});
+    CRgn out;
+    pixman_region32_fini(&out.held->region);
+    check(pixman_region32_init_rects(&out.held->region, boxes.data(), static_cast<int>(boxes.size())));
+    return out;
+}
+
 CRgn CRgn::ellipse(const RECT& rect)
 {
     CRect ordered(rect);

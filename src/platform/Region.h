@@ -34,6 +34,8 @@ public:
     ~CRgn();
 
     static CRgn rectangle(const RECT& rect) { return CRgn(rect); }
+    /// All of them; they may overlap.
+    static CRgn united(std::span<const CRect> rects);
     /// The ellipse that touches the sides of `rect`.
     static CRgn ellipse(const RECT& rect);
     /// The closed polygon through the points; coordinates are clamped to +-2^26.

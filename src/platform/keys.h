@@ -53,4 +53,6 @@ enum class cursor_shape {
     eraser,
     rotate,
     zoom,
+    crossPlus,
+    crossMinus,
 };

@@ -2,13 +2,10 @@
 
 #include "base/text.h"
 #include "platform/Exceptions.h"
-#include "platform/atomic_file.h"
-#include "platform/paths.h"
+#include "platform/text_file.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <fstream>
 #include <optional>
 #include <span>
 
@@ -161,19 +158,7 @@ section_place find_section(std::string_view text, const std::string& name)
     return place;
 }
 
-std::string content_of(const std::filesystem::path& file)
-{
-    std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(file, error);
-    if (error) throw CFileException(error.value(), to_wide(file));
-    if (size > maxFileBytes) throw CFileException(EFBIG, to_wide(file));
-    errno = 0;
-    std::ifstream in(file, std::ios::binary);
-    std::string content(size, '\0');
-    if (in) in.read(content.data(), static_cast<std::streamsize>(size));
-    if (!in) throw CFileException(errno ? errno : EIO, to_wide(file));
-    return content;
-}
+std::string content_of(const std::filesystem::path& file) { return read_text_file(file, maxFileBytes); }
 
 } // namespace
 
@@ -219,9 +204,7 @@ void write_options_file(const std::filesystem::path& file, const options_section
     std::error_code error;
     const bool isThere = std::filesystem::exists(file, error) || error;
     const std::string text = replace_options(isThere ? content_of(file) : std::string(), section);
-    atomic_file out(file);
-    out.write(std::as_bytes(std::span(text)));
-    out.commit();
+    write_text_file(file, text);
 }
 
 } // namespace platform

@@ -69,12 +69,24 @@ const short* CSurfMathView::samples() const
     return hasSamples() ? static_cast<const short*>(storageDoc()->getImageDataS(imageNumber, subImageNumber)) : nullptr;
 }
 
-unsigned CSurfMathView::getSourceWidth() { return hasSamples() ? stream()->get_dimension(0).length : 1; }
-
-unsigned CSurfMathView::getSourceHeight()
+surface::sample_frame CSurfMathView::shownFrame() const
 {
-    return hasSamples() && stream()->get_dimensions_number() > 1 ? stream()->get_dimension(1).length : 1;
+    const short* const frame = samples();
+    const CSize size = imageSize();
+    if (!frame) return {};
+    return {{frame, static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy)}, size.cx, size.cy};
 }
+
+CSize CSurfMathView::imageSize() const
+{
+    if (!hasSamples()) return {1, 1};
+    const bool isSurface = stream()->get_dimensions_number() > 1;
+    return {static_cast<int>(stream()->get_dimension(0).length),
+            isSurface ? static_cast<int>(stream()->get_dimension(1).length) : 1};
+}
+
+unsigned CSurfMathView::getSourceWidth() { return static_cast<unsigned>(imageSize().cx); }
+unsigned CSurfMathView::getSourceHeight() { return static_cast<unsigned>(imageSize().cy); }
 
 const VLAxis& CSurfMathView::axis(const char* option, unsigned dimension) const
 {
@@ -121,9 +133,7 @@ void CSurfMathView::getBestScale(double* low, double* high, const char** units)
 {
     const short* const frame = samples();
     CRect part;
-    if (!drawn.roiActive || !frame ||
-        !part.IntersectRect(roiRect(),
-                            CRect(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()))))
+    if (!drawn.roiActive || !frame || !part.IntersectRect(roiRect(), CRect({0, 0}, imageSize())))
         return CImageView::getBestScale(low, high, units);
     const auto width = static_cast<std::ptrdiff_t>(getSourceWidth());
     int least = frame[part.top * width + part.left], most = least;
@@ -134,6 +144,13 @@ void CSurfMathView::getBestScale(double* low, double* high, const char** units)
             most = std::max(most, sample);
         }
     readWell(least, most, low, high, units);
+}
+
+void CSurfMathView::showPart(const CRect& window)
+{
+    sourceRect = window;
+    UpdateDisplayRect();
+    RefreshDisplay();
 }
 
 /// A burst of changes is drawn once, and one that does not end, as a drag, every time the delay is over.

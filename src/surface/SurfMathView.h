@@ -1,12 +1,16 @@
 #pragma once
+#include "surface/cursor_machine.h"
 #include "surface/legend.h"
+#include "surface/measurement_text.h"
 #include "surface/render_step.h"
 #include "surface/section_pens.h"
 #include "surface/selection_state.h"
 #include "surface/statistics.h"
+#include "surface/view_world.h"
 #include "view/ImageView.h"
 #include "view/Scale.h"
 
+#include <memory>
 #include <vector>
 
 class ISection;
@@ -29,22 +33,61 @@ public:
     void LoadData() override;
     void getBestScale(double* low, double* high, const char** units) override;
     std::wstring GetClipboardText(bool full) override;
+    long GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third) override;
+    int GetDataSelection(VLPluginDataSelection* out, unsigned count) override;
+    void getSelectionCopy(SPMDataStream& target, const VLPluginDataSelection* list, unsigned count) override;
     void GetOptionsList(SPMVar* vars, unsigned* count) override;
     void OnDrawData(CDC& dc) override;
     void OnDrawLegend(CDC& dc) override;
     /// Puts the scale's window where it belongs. \param reposition  shows or hides it too
     void UpdateZScale(bool reposition);
+    /// The smallest region that covers what the state of the mouse draws now, client pixels.
+    CRgn GetInvalidateRgn() const { return machine.invalidateRgn(); }
+    /// The line of the status bar for the cursor over a sample.
+    std::wstring GetMouseText(CPoint source) const;
 
     void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
     void OnSize(CSize size) override;
     void OnTimer(unsigned id) override;
     void OnSetFocus() override;
+    void OnLButtonDown(unsigned flags, CPoint point) override;
+    void OnLButtonUp(unsigned flags, CPoint point) override;
+    void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnCaptureChanged() override;
+    bool OnKeyDown(unsigned key) override;
+    bool OnKeyUp(unsigned key) override;
     void OnContextMenu(CPoint point) override;
     bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
+    /// The samples that give the range of the colours; an empty part, or all of the image: none.
+    void setRegionOfInterest(const CRect& part);
+
     CScale& getScale() noexcept { return scale; }
     const surface::selection_state& getDrawn() const noexcept { return drawn; }
+    /// The stream shown, or null.
+    const SPMDataStream* stream() const;
+    /// The samples of the active sub-image; empty without.
+    surface::sample_frame shownFrame() const;
+    /// As the options choose.
+    const VLAxis& axisX() const { return axis("AxisX", 0); }
+    const VLAxis& axisY() const { return axis("AxisY", 1); }
+    const VLAxis& valueAxis() const { return axis("AxisZ", unsigned(-1)); }
+    surface::drawing_axes drawingAxes() const;
+    /// All sections and profiles on this image and, with "SelectionSynchr", on similar ones.
+    std::vector<ISection*> sections() const;
+    /// The view of the document that enumerates features, or null.
+    CImageView* featuresView() const;
+    bool areMarksNumbered() const noexcept { return marksNumbered; }
+    int getMarksStyle() const noexcept { return marksStyle; }
+    /// A surface to measure the legend's texts on; null without a window.
+    std::unique_ptr<CDC> legendDC() const;
+    /// Shows another part of the image.
+    void showPart(const CRect& window);
+    /// Takes over what is selected on a similar image.
+    void adoptSelection(const surface::selection_state& from);
+    void updateStatistics();
+    void refreshZoomWindow();
 
 private:
     // Options
@@ -60,13 +103,14 @@ private:
     void sendShapeHint();
 
     // Data
-    const SPMDataStream* stream() const;
     bool hasSamples() const;
     /// Samples of the active sub-image; null without.
     const short* samples() const;
     const VLAxis& axis(const char* option, unsigned dimension) const;
-    const VLAxis& valueAxis() const { return axis("AxisZ", unsigned(-1)); }
     CRect roiRect() const;
+    surface::measured_surface measured() const;
+    CSize imageSize() const;
+    CRect selectionBounds() const;
 
     // Drawing
     void render();
@@ -77,7 +121,6 @@ private:
     CRect scaleStrip() const;
     void drawZScale(CDC& dc);
     surface::legend_content legendContent() const;
-    std::vector<ISection*> sections() const;
 
     // What other changes mean
     void onNewData(CView* sender, std::uint32_t hint, const hint_object& object);
@@ -85,13 +128,8 @@ private:
     void onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object);
     void onSectionChanged(CView* sender, std::uint32_t hint, const hint_object& object);
     void dropOutside(CSize whole);
-    void removeMarks();
-    void addMarkAt(CPoint point);
-    void showTotal();
     void showMeasure(const std::wstring& text);
-    CRect selectionBounds() const;
     void zoomSource(double factor, CPoint around);
-    void updateStatistics();
 
     // Palette kept with the image
     bool hasStoredPalette() const;
@@ -123,10 +161,31 @@ private:
     void OnSelectRoi();
     void OnClearRoi();
     void OnUpdateClearRoi(CCmdUI& ui);
+    void OnCursorMode(unsigned id);
+    void OnUpdateCursorMode(CCmdUI& ui);
+    void OnInverseSelection();
+    void OnUpdateInverseSelection(CCmdUI& ui);
+    void OnCurveToSection();
+    void OnUpdateCurveToSection(CCmdUI& ui);
+    void OnMeasureDistance();
+    void OnUpdateMeasureDistance(CCmdUI& ui);
+    void OnSaveDecorations();
+    void OnLoadDecorations();
+    void OnZoomWindow();
+    void OnUpdateZoomWindow(CCmdUI& ui);
+    void OnOpenView(unsigned id);
+    void OnUpdateOpenView(CCmdUI& ui);
+    void OnResolution();
+    void OnUpdateHasSamples(CCmdUI& ui);
+    void OnCalibrationCurve();
+    void OnUpdateCalibrationCurve(CCmdUI& ui);
+    void OnResample();
     void OnRememberPalette();
     void OnUpdateRememberPalette(CCmdUI& ui);
 
     surface::selection_state drawn;
+    surface::view_world world{*this};
+    surface::cursor_machine machine{drawn, world};
     CScale scale;
     surface::section_pens pens;
     std::vector<surface::statistics_row> statisticsRows;

@@ -15,18 +15,32 @@ namespace {
 
 enum command : unsigned {
     cmdAutoRefresh = 10014,
+    cmdScene = 10015,
     cmdRefresh = 10016,
     cmdFileInfo = 10023,
     cmdRemoveMarks = 10027,
     cmdNumbered = 10028,
     cmdRemoveCurves = 10029,
+    cmdHistogram = 10031,
+    cmdFourier = 10045,
+    cmdResolution = 10080,
     cmdCompact = 10082,
     cmdShowZScale = 10084,
+    cmdCurveToSection = 10088,
+    cmdSaveDecorations = 10094,
+    cmdLoadDecorations = 10095,
+    cmdCalibrationCurve = 10096,
+    cmdResample = 10097,
+    cmdMeasureDistance = 10100,
     cmdSelectRoi = 10101,
     cmdClearRoi = 10102,
     cmdRememberPalette = 10112,
+    cmdInverseSelection = 10143,
+    cmdZoomWindow = 10145,
     cmdHighlight = 10191,
     cmdInvert = 10192,
+    cmdFirstMode = 6001,
+    cmdLastMode = 6100,
     cmdFirstMarkStyle = 6101,
     cmdLastMarkStyle = 6102,
 };
@@ -56,6 +70,19 @@ bool CSurfMathView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {cmdRememberPalette, &view_class::OnRememberPalette, &view_class::OnUpdateRememberPalette},
         {cmdHighlight, &view_class::OnHighlight, &view_class::OnUpdateHighlight},
         {cmdInvert, &view_class::OnInvert, &view_class::OnUpdateInvert},
+        {cmdFirstMode, cmdLastMode, &view_class::OnCursorMode, &view_class::OnUpdateCursorMode},
+        {cmdInverseSelection, &view_class::OnInverseSelection, &view_class::OnUpdateInverseSelection},
+        {cmdCurveToSection, &view_class::OnCurveToSection, &view_class::OnUpdateCurveToSection},
+        {cmdMeasureDistance, &view_class::OnMeasureDistance, &view_class::OnUpdateMeasureDistance},
+        {cmdSaveDecorations, &view_class::OnSaveDecorations, &view_class::OnUpdateHasSamples},
+        {cmdLoadDecorations, &view_class::OnLoadDecorations, &view_class::OnUpdateHasSamples},
+        {cmdZoomWindow, &view_class::OnZoomWindow, &view_class::OnUpdateZoomWindow},
+        {cmdScene, cmdScene, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {cmdHistogram, cmdHistogram, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {cmdFourier, cmdFourier, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {cmdResolution, &view_class::OnResolution, &view_class::OnUpdateHasSamples},
+        {cmdCalibrationCurve, &view_class::OnCalibrationCurve, &view_class::OnUpdateCalibrationCurve},
+        {cmdResample, &view_class::OnResample, &view_class::OnUpdateHasSamples},
         {cmdFirstMarkStyle, cmdLastMarkStyle, &view_class::OnMarkStyle, &view_class::OnUpdateMarkStyle},
     };
     return dispatch_command<CSurfMathView>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
@@ -88,14 +115,9 @@ void CSurfMathView::OnUpdateHighlight(CCmdUI& ui) { ui.SetCheck(static_cast<bool
 void CSurfMathView::OnInvert() { toggle_option("invert"); }
 void CSurfMathView::OnUpdateInvert(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["invert"])); }
 
-void CSurfMathView::OnRemoveMarks() { removeMarks(); }
+void CSurfMathView::OnRemoveMarks() { machine.removeMarks(); }
 void CSurfMathView::OnUpdateRemoveMarks(CCmdUI& ui) { ui.Enable(!drawn.marks.empty()); }
-void CSurfMathView::OnRemoveCurves()
-{
-    drawn.curves.clear();
-    drawn.measure.isVisible = false;
-    Invalidate(true);
-}
+void CSurfMathView::OnRemoveCurves() { machine.removeCurves(); }
 void CSurfMathView::OnUpdateRemoveCurves(CCmdUI& ui) { ui.Enable(!drawn.curves.empty()); }
 
 void CSurfMathView::OnNumbered()
@@ -121,8 +143,7 @@ void CSurfMathView::OnSelectRoi()
 {
     const CRect bounds = selectionBounds();
     drawn.roi = {bounds.left, bounds.top, bounds.right, bounds.bottom};
-    const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
-    drawn.roiActive = bounds != whole && !bounds.IsRectEmpty();
+    drawn.roiActive = bounds != CRect({0, 0}, imageSize()) && !bounds.IsRectEmpty();
     GetDocument()->UpdateAllViews(nullptr, document::data_hint(imageNumber));
 }
 void CSurfMathView::OnClearRoi()
@@ -131,16 +152,6 @@ void CSurfMathView::OnClearRoi()
     GetDocument()->UpdateAllViews(nullptr, document::data_hint(imageNumber));
 }
 void CSurfMathView::OnUpdateClearRoi(CCmdUI& ui) { ui.Enable(drawn.roiActive); }
-
-/// Of the selected region within the window on show; the whole image without one.
-CRect CSurfMathView::selectionBounds() const
-{
-    const CRect whole(0, 0, static_cast<int>(const_cast<CSurfMathView*>(this)->getSourceWidth()),
-                      static_cast<int>(const_cast<CSurfMathView*>(this)->getSourceHeight()));
-    if (!surface::is_region_mode(drawn.mode) || !drawn.selectionActive) return whole;
-    CRect bounds;
-    return bounds.IntersectRect(drawn.region.GetRgnBox(), sourceRect) ? bounds : whole;
-}
 
 void CSurfMathView::OnContextMenu(CPoint point)
 {
@@ -165,7 +176,7 @@ bool CSurfMathView::OnMouseWheel(unsigned flags, int delta, CPoint point)
 
 void CSurfMathView::zoomSource(double factor, CPoint around)
 {
-    const CSize whole{static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight())};
+    const CSize whole = imageSize();
     const auto zoomed = [factor](int low, int length, int all, int at) {
         const int wanted = std::max(1, std::min(all, static_cast<int>(std::floor(length * factor))));
         const int distance = at - low;
@@ -176,9 +187,7 @@ void CSurfMathView::zoomSource(double factor, CPoint around)
     const auto [top, bottom] = zoomed(sourceRect.top, sourceRect.Height(), whole.cy, around.y);
     const CRect window(left, top, right, bottom);
     if (window == sourceRect) return;
-    sourceRect = window;
-    UpdateDisplayRect();
-    RefreshDisplay();
+    showPart(window);
     Invalidate(true);
     if (!getChildViews().empty()) getChildViews().front()->RefreshDisplay();
 }

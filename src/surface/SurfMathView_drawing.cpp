@@ -4,6 +4,7 @@
 #include "platform/WinApp.h"
 #include "platform/dpi.h"
 #include "surface/SurfMathView.h"
+#include "surface/decoration_drawing.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
 #include "view/AxisLine.h"
@@ -29,15 +30,24 @@ void CSurfMathView::render()
         std::ranges::fill(image.bits(), std::byte{});
         return;
     }
-    const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    const CRect whole({0, 0}, imageSize());
     CRect window;
     if (!window.IntersectRect(sourceRect, whole)) return;
     const CSize size{image.width(), image.height()};
     const surface::fitted_window shown = fitter.fit(frame, whole.right, window, size);
-    RECT region = roiRect();
+    RECT region = surface::shown_part(roiRect(), window, size);
+    const bool hasRegion = drawn.roiActive && !CRect(region).IsRectEmpty();
     scale.DrawImage(image.bits().data(), shown.samples, shown.step, {size.cx, size.cy}, valueAxis(),
                     number(*this, "scaling.z") == 1, static_cast<bool>(options["highlight"]),
-                    drawn.roiActive ? &region : nullptr, image.header().biBitCount == 32, &displayMin, &displayMax);
+                    hasRegion ? &region : nullptr, image.header().biBitCount == 32, &displayMin, &displayMax);
+}
+
+void CSurfMathView::setRegionOfInterest(const CRect& part)
+{
+    const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    drawn.roi = {part.left, part.top, part.right, part.bottom};
+    drawn.roiActive = !part.IsRectEmpty() && part != whole;
+    RefreshDisplay();
 }
 
 void CSurfMathView::drawPicture(CDC& dc)
@@ -126,6 +136,8 @@ void CSurfMathView::OnDrawData(CDC& dc)
                         {marksStyle, marksNumbered, static_cast<colorEntry>(number(*this, "text")),
                          static_cast<colorEntry>(number(*this, "text_background"))});
     surface::draw_curves(dc, drawn.curves, geometry);
+    surface::draw_trace(dc, drawn, geometry);
+    if (stream()) surface::draw_decorations(dc, storageDoc()->decorations(imageNumber), drawingAxes(), geometry);
     dc.RestoreDC(saved);
 }
 

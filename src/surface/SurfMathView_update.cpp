@@ -2,7 +2,6 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "resources/strings.h"
 #include "surface/SurfMathView.h"
 #include "surface/overlay_drawing.h"
 #include "view/SectionSource.h"
@@ -10,8 +9,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr unsigned totalText = 1012;
 
 bool is_inside(CPoint point, CSize size) noexcept
 {
@@ -42,10 +39,10 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
     case document::hintSectionChanged:
         return onSectionChanged(sender, hint, object);
     case document::hintClearMarks:
-        if (isOurs) removeMarks();
+        if (isOurs) machine.removeMarks();
         return;
     case document::hintAddMark:
-        if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) addMarkAt(*point);
+        if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) machine.addMark(*point);
         return;
     case document::hintShowText:
         if (const auto* const text = std::get_if<std::string>(&object); isOurs && text) showMeasure(base::widen(*text));
@@ -57,7 +54,7 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
 
 void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    sourceRect = CRect(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    sourceRect = CRect({0, 0}, imageSize());
     scale.SyncWithStatic();
     loadStoredPalette();
     CImageView::OnUpdate(sender, hint, object);
@@ -68,7 +65,7 @@ void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_obje
 
 void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    const CSize whole{static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight())};
+    const CSize whole = imageSize();
     const bool changed = sourceRect.Size() != whole;
     int width = whole.cx, height = whole.cy;
     if (changed) {
@@ -99,6 +96,7 @@ void CSurfMathView::dropOutside(CSize whole)
     std::erase_if(drawn.isoline, isOutside);
     for (std::vector<CPoint>& curve : drawn.curves) std::erase_if(curve, isOutside);
     std::erase_if(drawn.curves, [](const std::vector<CPoint>& curve) { return curve.empty(); });
+    drawn.lengthy = {}; // its samples are those of the image as it was
     surface::selection_rect& rect = drawn.selection;
     for (int* const x : {&rect.left, &rect.right}) *x = std::clamp(*x, 0, whole.cx);
     for (int* const y : {&rect.top, &rect.bottom}) *y = std::clamp(*y, 0, whole.cy);
@@ -121,7 +119,7 @@ void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hi
     auto* const changed = view ? dynamic_cast<ISection*>(*view) : nullptr;
     if (changed && changed->getPointsNumber() > 0) {
         const CSize theirs = changed->sourceSize();
-        const CSize ours{static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight())};
+        const CSize ours = imageSize();
         CRect bounds;
         for (unsigned i = 0; i < changed->getPointsNumber(); ++i) {
             const CPoint point = changed->getSectionPoint(i);
@@ -146,32 +144,10 @@ void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hi
     CImageView::OnUpdate(sender, hint, object);
 }
 
-void CSurfMathView::removeMarks()
-{
-    drawn.marks.clear();
-    drawn.measure.isVisible = false;
-    Invalidate(false);
-}
-
-void CSurfMathView::addMarkAt(CPoint point)
-{
-    drawn.marks.push_back(point);
-    showTotal();
-    Invalidate(false);
-}
-
-/// How many marks there are, at the lower right corner.
-void CSurfMathView::showTotal()
-{
-    drawn.measure.isVisible = !drawn.marks.empty();
-    drawn.measure.text = base::widen(base::formatted(string_resource(totalText), static_cast<int>(drawn.marks.size())));
-    drawn.measure.position = {static_cast<int>(getSourceWidth()) - 1, 0};
-    drawn.measure.alignment = TA_RIGHT | TA_BOTTOM;
-}
-
 void CSurfMathView::showMeasure(const std::wstring& text)
 {
+    const CRgn before = GetInvalidateRgn();
     drawn.measure.isVisible = true;
     drawn.measure.text = text;
-    Invalidate(false);
+    InvalidateRgn(CRgn::combined(before, GetInvalidateRgn(), RGN_OR), false);
 }

@@ -66,4 +66,40 @@ int cursor_of(const selection_state& state, modifier_keys keys) noexcept
     return mode_cursor(state, keys);
 }
 
+cursor_shape shape_of(int number) noexcept
+{
+    switch (number) {
+    case cursorSectionVertex:
+    case cursorMoveMark:
+    case cursorMoveVertex:
+    case cursorVolumeMark:
+    case cursorMoveSection:
+    case cursorMove:
+    case cursorIsolineMove:
+        return cursor_shape::move;
+    case cursorDeleteMark:
+    case cursorDeleteVertex:
+    case cursorDeleteRest:
+    case cursorExclude:
+        return cursor_shape::eraser;
+    case cursorAdd:
+    case cursorIsolineAdd:
+    case cursorInsertVertex:
+    case cursorContinueObject:
+        return cursor_shape::crossPlus;
+    case cursorSubtract:
+    case cursorIsolineSubtract:
+        return cursor_shape::crossMinus;
+    case cursorActivateCurve:
+    case cursorDecoration:
+        return cursor_shape::hand;
+    case cursorPan:
+        return cursor_shape::grab;
+    case cursorInclude:
+        return cursor_shape::pen;
+    default:
+        return cursor_shape::cross;
+    }
+}
+
 } // namespace surface

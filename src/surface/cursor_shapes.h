@@ -1,4 +1,5 @@
 #pragma once
+#include "platform/keys.h"
 #include "surface/selection_state.h"
 
 namespace surface {
@@ -14,8 +15,12 @@ enum cursor_number : int {
     cursorDeleteVertex = 5018,
     cursorVolumeMark = 5019,
     cursorInsertVertex = 5020,
-    cursorAdd = 5034, ///< to a rectangle or ellipse; then subtract, move
+    cursorAdd = 5034, ///< to a rectangle or ellipse
+    cursorSubtract = 5035,
+    cursorMove = 5036,
     cursorIsolineAdd = 5037,
+    cursorIsolineSubtract = 5038,
+    cursorIsolineMove = 5039,
     cursorActivateCurve = 5040,
     cursorContinueObject = 5041,
     cursorDeleteRest = 5042,
@@ -35,5 +40,7 @@ struct modifier_keys {
 combine_mode combine_of(modifier_keys keys) noexcept;
 /// The pointer that tells what a press does; in a drag of a region, what is done to it.
 int cursor_of(const selection_state& state, modifier_keys keys) noexcept;
+/// How the host draws it.
+cursor_shape shape_of(int number) noexcept;
 
 } // namespace surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "document/Decorations.h"
 #include "platform/Region.h"
+#include "surface/drawing_axes.h"
 #include "surface/sample_frame.h"
 #include "view/view_geometry.h"
 
@@ -47,6 +47,7 @@ public:
     virtual double option(const char* name) const = 0;
     /// The drawings of the image, or null.
     virtual const document::decorations* decorations() const = 0;
+    virtual drawing_axes drawingAxes() const = 0;
     /// Sections on this image and, as "SelectionSynchr" says, on similar ones, in the order of the document's views.
     virtual std::vector<ISection*> sections() const = 0;
     /// The document's first line profile, when it lies on this image; or null.

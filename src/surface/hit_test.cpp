@@ -15,27 +15,12 @@ namespace {
 
 constexpr std::size_t none = hot_item::none;
 
-int sample_of(double value, const VLAxis& axis) noexcept
-{
-    return axis.scale == 0.0 ? 0 : base::nearest_int((value - axis.start) / axis.scale);
-}
-
-std::vector<CPoint> points_of(const document::decoration& drawing, const ICursorWorld& world)
-{
-    std::vector<CPoint> points;
-    if (drawing.tupleLength < 2) return points;
-    for (std::size_t i = 0; i + drawing.tupleLength <= drawing.coordinates.size(); i += drawing.tupleLength)
-        points.push_back(
-            {sample_of(drawing.coordinates[i], world.axisX()), sample_of(drawing.coordinates[i + 1], world.axisY())});
-    return points;
-}
-
 bool is_decoration_hit(const document::decoration& drawing, const ICursorWorld& world, CPoint at, int reach)
 {
     const bool isLine = drawing.type == DECORATION_POLYLINE || drawing.type == DECORATION_POLYLINE_3D;
     const bool isPoints = drawing.type == DECORATION_POINTS || drawing.type == DECORATION_POINTS_3D;
     if (!(drawing.state & DECORATION_HIT_TESTABLE) || !(isLine || isPoints)) return false;
-    const std::vector<CPoint> points = points_of(drawing, world);
+    const std::vector<CPoint> points = samples_of(drawing, world.drawingAxes());
     return find_vertex(points, at, reach) != none || (isLine && find_segment(points, at, reach) != none);
 }
 

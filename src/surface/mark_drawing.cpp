@@ -33,6 +33,7 @@ void draw_arrow(CDC& dc, CPoint at)
 {
     static constexpr CPoint shaft[] = {{-8, 0}, {-1, 0}}, head[] = {{-4, -3}, {-1, 0}, {-5, 4}};
     static constexpr CPoint outline[] = {{-9, -1}, {-9, 1}, {-5, 1}, {-5, 5}, {0, 0}, {-5, -5}, {-5, -1}, {-9, -1}};
+    dc.SelectObject(CPen::solid(1, 0xFFFFFF)); // turns any colour round, whatever was drawn before
     const int before = dc.SetROP2(R2_NOT);
     dc.Polyline(placed(shaft, at));
     dc.Polyline(placed(head, at));

@@ -137,6 +137,13 @@ void draw_selection(CDC& dc, const selection_state& state, const view::view_geom
     }
 }
 
+void draw_trace(CDC& dc, const selection_state& state, const view::view_geometry& geometry)
+{
+    if (state.mode != cursor_mode::lengthyObject || !state.tracking || state.lengthy.path.size() < 2) return;
+    dc.SelectObject(CPen::solid(1, endColor));
+    dc.Polyline(to_client(state.lengthy.path, geometry));
+}
+
 void draw_region_of_interest(CDC& dc, const selection_state& state, const view::view_geometry& geometry)
 {
     if (state.roiActive) dc.FrameRect(normalized(scaled(state.roi, geometry)), CBrush::solid(startColor));

@@ -26,6 +26,8 @@ CRgn to_client(const CRgn& region, const view::view_geometry& geometry);
 /// What is being selected or measured: region, line, angle or point with its handles.
 void draw_selection(CDC& dc, const selection_state& state, const view::view_geometry& geometry,
                     const selection_style& style);
+/// The trace of a lengthy object while it is drawn.
+void draw_trace(CDC& dc, const selection_state& state, const view::view_geometry& geometry);
 void draw_region_of_interest(CDC& dc, const selection_state& state, const view::view_geometry& geometry);
 /// Where a volume shows its curve: a cross with shadow and highlight.
 void draw_cross(CDC& dc, CPoint center);

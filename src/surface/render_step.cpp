@@ -2,7 +2,37 @@
 
 #include "primitives/numeric.h"
 
+#include <algorithm>
+
 namespace surface {
+
+namespace {
+
+struct span {
+    int first, end;
+};
+
+/// Of `all` samples on so many pixels.
+span pixels_of(span samples, int all, int pixels) noexcept
+{
+    const auto firstPixel = [&](int sample) { // whose middle is not before the sample
+        return static_cast<int>((2 * std::int64_t{sample} * pixels + all - 1) / (2 * std::int64_t{all}));
+    };
+    const int first = std::min(firstPixel(samples.first), pixels - 1);
+    return {first, std::max(firstPixel(samples.end), first + 1)};
+}
+
+} // namespace
+
+CRect shown_part(CRect part, const CRect& window, CSize size) noexcept
+{
+    CRect seen;
+    part.NormalizeRect();
+    if (!seen.IntersectRect(part, window)) return {};
+    const span x = pixels_of({seen.left - window.left, seen.right - window.left}, window.Width(), size.cx);
+    const span y = pixels_of({seen.top - window.top, seen.bottom - window.top}, window.Height(), size.cy);
+    return {x.first, y.first, x.end, y.end};
+}
 
 fitted_window window_fitter::fit(const std::int16_t* image, int rowLength, const CRect& window, CSize size)
 {

@@ -12,6 +12,10 @@ struct fitted_window {
     int step = 0; ///< bytes from row to row
 };
 
+/// Where samples of an image lie in the picture of a window of it: the pixels whose middles show them, at least one in
+/// each direction; empty where the window shows none. `window` and `size` are not empty.
+CRect shown_part(CRect part, const CRect& window, CSize size) noexcept;
+
 /// Brings windows of an image to the size of a picture and keeps the last one: what changes colours alone needs no new
 /// one.
 class window_fitter {

@@ -5,6 +5,7 @@
 #include "platform/WinApp.h"
 #include "view/ImageView.h"
 #include "view/VolumeSource.h"
+#include "view/stream_outline.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,16 +13,6 @@
 namespace {
 
 enum volume_copy { onlyImage = 0, withVolume = 1, curvesOnly = 2 };
-
-/// Name, label, value axes and sub-image names, without shape or data.
-void copy_outline(SPMDataStream& target, const SPMDataStream& source)
-{
-    target.Init(source.get_name(), source.get_description(), SPM_VAR_ARRAY, 0u, source.array_element_size());
-    target.set_array_type(source.array_type());
-    target.values = source.values;
-    const std::vector<smart_string>& names = source.subimage_names();
-    target.set_subimage_names(names.data(), static_cast<unsigned>(names.size()));
-}
 
 /// The samples at (x, y) through dimension 2 of every sub-image, one curve behind the other.
 void append_curves(SPMDataStream& target, const SPMDataStream& volume, unsigned x, unsigned y)
@@ -45,7 +36,7 @@ void CImageView::copy_image(SPMDataStream& target, CImageView& source)
     if (!document || source.imageNumber >= document->getImagesNumber()) return;
     const SPMDataStream& stream = document->getImage(source.imageNumber);
     if (const std::vector<VLPluginDataSelection> selected = source.selections(); !selected.empty()) {
-        copy_outline(target, stream);
+        view::copy_outline(target, stream);
         source.getSelectionCopy(target, selected.data(), static_cast<unsigned>(selected.size()));
         if (target.array_length() > 0) return;
     }
@@ -150,7 +141,7 @@ CStorageDoc* CImageView::ExtractCurveFrom3DCloud(IVolumeSource& cloud, int x, in
     const bool extends = merge && count > 0;
     if (!extends) {
         SPMDataStream stream;
-        copy_outline(stream, volume);
+        view::copy_outline(stream, volume);
         stream.set_name((std::string(volume.get_name()) + "_" + std::to_string(count + 1)).c_str());
         if (!merge) stream.set_description((std::string(volume.get_description()) + place).c_str());
         stream.set_subimage_names(static_cast<const smart_string*>(nullptr), 0);

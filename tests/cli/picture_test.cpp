@@ -2,6 +2,8 @@
 #include "output/picture_decoders.h"
 #include "program_fixture.h"
 
+#include <gmock/gmock.h>
+
 namespace {
 
 class PictureTest : public ProgramTest {
@@ -47,6 +49,45 @@ TEST_F(PictureTest, PicturesAreTheRightWayUp)
     ASSERT_EQ(vldv({"render", "m.txt", "-o", "r.bmp", "--palette", "1", "--roi", "0,0,2,1"}).status, 0);
     EXPECT_EQ(pixels("r.bmp", 2, 2), (std::vector<unsigned>{0x000000, 0x000000, 0x000000, 0xffffff}))
         << "the lowest row, 3 and 4, gives the range";
+}
+
+TEST_F(PictureTest, ALegendStandsAroundThePictureOrOnIt)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    const std::vector<std::string> call = {"render", "m.txt", "--palette", "1"};
+    const auto drawn = [&](std::vector<std::string> more, const char* name, int width, int height) {
+        std::vector<std::string> all = call;
+        all.insert(all.end(), more.begin(), more.end());
+        all.insert(all.end(), {"-o", name});
+        EXPECT_EQ(vldv(all).status, 0);
+        const std::vector<unsigned> found = pixels(name, width, height);
+        EXPECT_FALSE(found.empty()) << name;
+        return [found, width](int x, int y) {
+            const auto at = static_cast<std::size_t>(y * width + x);
+            return at < found.size() ? found[at] : 0x123456u;
+        };
+    };
+    const auto full = drawn({"--legend", "full", "--size", "400x300"}, "full.png", 400, 300);
+    // Margins of 50, 10, 90 and 65 leave 260 x 225 pixels: a square of 225 in their middle, 67 to 292 and 10 to 235.
+    const unsigned corners[] = {full(75, 20), full(280, 20), full(75, 225), full(280, 225)};
+    EXPECT_THAT(corners, testing::ElementsAre(0x000000u, 0x555555u, 0xaaaaaau, 0xffffffu));
+    EXPECT_EQ(full(66, 120), 0u) << "the axis";
+    EXPECT_EQ(full(30, 238), 0xffffffu);
+    // The strip of 7 pixels ends 5 before the right edge, 15 to 230: white above black.
+    EXPECT_GT(full(391, 17), 0xf0f0f0u);
+    EXPECT_LT(full(391, 227), 0x0f0f0fu);
+    const auto compact = drawn({"--legend", "compact", "--size", "200x200"}, "compact.png", 200, 200);
+    EXPECT_EQ(compact(90, 5), 0x000000u);
+    EXPECT_EQ(compact(199, 199), 0xffffffu) << "no margins";
+    const auto region = drawn({"--legend", "Full", "--size", "400x300", "--roi", "0,0,2,1"}, "roi.png", 400, 300);
+    EXPECT_EQ(region(280, 20), 0x000000u) << "below all that the lowest row holds";
+    EXPECT_EQ(region(75, 225), 0x000000u);
+    const auto usual = drawn({"--legend", "full"}, "usual.png", 512 + 140, 512 + 75);
+    EXPECT_EQ(usual(51, 11), 0x000000u);
+    EXPECT_EQ(vldv({"render", "m.txt", "--legend", "both", "-o", "x.png"}).status, 2);
+    EXPECT_EQ(vldv({"render", "m.txt", "--legend", "full", "--size", "100x60", "-o", "x.png"}).status, 1)
+        << "smaller than its margins";
+    EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
 }
 
 TEST_F(PictureTest, SeveralPicturesGetNamesOfTheirOwn)

@@ -62,7 +62,11 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
             EXPECT_EQ(row["units"], units) << name;
         }
     }
-    EXPECT_NE(vldv({"stats", "known.spm"}).out.find("    Zmax: -982 nm\n"), std::string::npos);
+    const std::string text = vldv({"stats", "known.spm"}).out;
+    EXPECT_NE(text.find("    Zmax: -982 nm\n    Zmin: -1 \u00b5m\n    Rmax: 18 nm\n"), std::string::npos)
+        << "each in the unit in which it reads well\n"
+        << text;
+    EXPECT_NE(text.find("    Rku: 7.125\n"), std::string::npos) << "456 / 64, without a unit";
     EXPECT_EQ(vldv({"stats"}).status, 2);
 }
 

@@ -5,7 +5,7 @@
 #include "support/interface_file.h"
 #include "support/temporary_folder.h"
 #include "view/ParametersView.h"
-#include "view/RenderedView.h"
+#include "surface/QVSurfView.h"
 #include "view/TextView.h"
 #include "vldv.h"
 
@@ -256,7 +256,7 @@ TEST_F(EntryTest, TextIsAppendedLineByLine)
 TEST_F(EntryTest, ASurfaceIsRenderedOnceAfterABurst)
 {
     app->OpenDocumentFile(surface("a.spm").c_str());
-    auto& view = *dynamic_cast<CRenderedView*>(app->frames()[0]->GetActiveView());
+    auto& view = *dynamic_cast<CSurfMathView*>(app->frames()[0]->GetActiveView());
     host.pump();
     EXPECT_EQ(CHeadlessHost::windowOf(view).timers.at(5), 10u);
     view.RefreshDisplay();

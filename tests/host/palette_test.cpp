@@ -9,7 +9,7 @@
 #include "platform/profile_store.h"
 #include "support/temporary_folder.h"
 #include "view/PaletteBar.h"
-#include "view/RenderedView.h"
+#include "surface/SurfMathView.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -76,13 +76,14 @@ protected:
         machine.setMainWindow(nullptr);
         settle();
     }
-    CRenderedView& view() { return *dynamic_cast<CRenderedView*>(app.frames().at(0)->GetActiveView()); }
+    CSurfMathView& view() { return *dynamic_cast<CSurfMathView*>(app.frames().at(0)->GetActiveView()); }
     QWidget& strip(CWnd& scale) { return *host::widget_of(&scale); }
     /// Colour of the picture at a place between 0, left, and 63.
     QColor shown(int column)
     {
         view().flushTimers();
-        return host::widget_of(&view())->grab().toImage().pixelColor(8 * column + 4, 100);
+        const CPoint corner = view().displayRect.TopLeft();
+        return host::widget_of(&view())->grab().toImage().pixelColor(corner.x + 8 * column + 4, corner.y + 100);
     }
 
     temporary_folder folder;

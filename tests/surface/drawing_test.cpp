@@ -2,6 +2,7 @@
 #include "support/RecordingDC.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
+#include "surface/render_step.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,27 @@ surface::selection_state dragging(cursor_mode mode)
     state.tracking = true;
     state.selection = {2, 1, 12, 5};
     return state;
+}
+
+TEST(RenderStep, PartsOfTheImageAreFoundInThePicture)
+{
+    struct part_case {
+        CRect part, window;
+        CSize size;
+        CRect shown;
+    };
+    const part_case cases[] = {
+        {{2, 1, 5, 3}, {0, 0, 20, 10}, {20, 10}, {2, 1, 5, 3}},       // a pixel a sample
+        {{2, 1, 5, 3}, {0, 0, 20, 10}, {200, 100}, {20, 10, 50, 30}}, // ten pixels
+        {{5, 3, 2, 1}, {0, 0, 20, 10}, {200, 100}, {20, 10, 50, 30}}, // drawn backwards
+        {{2, 1, 5, 3}, {1, 1, 6, 6}, {50, 50}, {10, 0, 40, 20}},      // zoomed
+        {{0, 0, 2, 1}, {0, 0, 2, 2}, {225, 225}, {0, 0, 225, 112}},   // pixel 112 has the sample boundary in its middle
+        {{3, 3, 4, 4}, {0, 0, 100, 100}, {10, 10}, {0, 0, 1, 1}},     // part of a pixel
+        {{99, 99, 100, 100}, {0, 0, 100, 100}, {10, 10}, {9, 9, 10, 10}},
+        {{0, 0, 5, 5}, {5, 0, 10, 10}, {50, 100}, {}}, // out of sight
+    };
+    for (const part_case& each : cases)
+        EXPECT_EQ(surface::shown_part(each.part, each.window, each.size), each.shown) << each.part.left;
 }
 
 TEST(SelectionDrawing, ARegionIsCarriedToTheWindowUpsideDown)

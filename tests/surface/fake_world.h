@@ -75,6 +75,7 @@ struct FakeWorld : surface::ICursorWorld {
         return found == options.end() ? 0.0 : found->second;
     }
     const document::decorations* decorations() const override { return &drawings; }
+    surface::drawing_axes drawingAxes() const override { return {x, y}; }
     std::vector<ISection*> sections() const override { return shown; }
     ISection* firstLine() const override { return line; }
     std::optional<surface::volume_mark> volumeMark() const override { return volume; }

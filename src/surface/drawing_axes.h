@@ -1,0 +1,31 @@
+#pragma once
+#include "base/VLAxis.h"
+#include "base/rounding.h"
+#include "document/Decorations.h"
+#include "platform/geometry.h"
+
+#include <vector>
+
+namespace surface {
+
+/// The axes in which drawings over an image give their points: the first of each dimension, whatever a view shows.
+struct drawing_axes {
+    VLAxis x, y;
+};
+
+inline int sample_of(double value, const VLAxis& axis) noexcept
+{
+    return axis.scale == 0.0 ? 0 : base::nearest_int((value - axis.start) / axis.scale);
+}
+
+/// The points of a drawing as samples; none for what has no x and y.
+inline std::vector<CPoint> samples_of(const document::decoration& drawing, const drawing_axes& axes)
+{
+    std::vector<CPoint> points;
+    if (drawing.tupleLength < 2) return points;
+    for (std::size_t i = 0; i + drawing.tupleLength <= drawing.coordinates.size(); i += drawing.tupleLength)
+        points.push_back({sample_of(drawing.coordinates[i], axes.x), sample_of(drawing.coordinates[i + 1], axes.y)});
+    return points;
+}
+
+} // namespace surface

@@ -1,0 +1,24 @@
+#pragma once
+class CImageView;
+
+namespace view {
+
+/// Frames of other kinds that a view of an image opens on it, by the number of their template.
+enum frame_template : unsigned {
+    sectionFrame = 101,
+    lineFrame = 103,
+    sceneFrame = 105,
+    histogramFrame = 106,
+    fourierFrame = 109,
+};
+
+/// There is such a template, and a class for its view.
+bool can_open(unsigned templateId);
+/// A frame on the document of `from`, whose view is bound to the same image and sub-image, has its options and is a
+/// child of `from`; not yet shown, so that the caller can tell it more.
+/// \return null when it cannot be opened, with nothing left behind
+CImageView* open_view(CImageView& from, unsigned templateId);
+/// Gives the view its first update and shows its frame.
+void show_opened(CImageView& opened);
+
+} // namespace view
