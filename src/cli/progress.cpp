@@ -18,10 +18,7 @@ progress_bar::progress_bar(std::size_t steps_)
 }
 
 progress_bar::progress_bar(std::size_t steps_, std::FILE* out_, bool isTerminal, std::chrono::milliseconds patience)
-    : steps(steps_),
-      out(out_),
-      appears(std::chrono::steady_clock::now() + patience),
-      shown(isTerminal && steps_ != 0)
+    : steps(steps_), out(out_), appears(std::chrono::steady_clock::now() + patience), shown(isTerminal && steps_ != 0)
 {
     if (steps > 1) draw(0.0);
 }

@@ -18,8 +18,8 @@ public:
 
     /// The task starts now.
     void begin() { lasting.start(); }
-    /// Shows `done`, 0 to 1, over `over`, and lets the user press Cancel; some twenty times a second however often it is
-    /// called. \return false when Cancel was pressed, and from then on until the next task
+    /// Shows `done`, 0 to 1, over `over`, and lets the user press Cancel; some twenty times a second however often it
+    /// is called. \return false when Cancel was pressed, and from then on until the next task
     bool tell(double done, QWidget* over);
     /// The task has ended, one way or the other.
     void end();

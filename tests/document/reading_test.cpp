@@ -42,7 +42,8 @@ TEST_F(DocumentTest, ReadingThatIsCancelledLeavesAnEmptyDocument)
 std::wstring large_file(const temporary_folder& folder)
 {
     constexpr unsigned side = 2048;
-    std::string text = "Data_File_Type 7\r\nnum_samp = " + std::to_string(side) + "\r\nscan_sz = 100\r\nz_scale = 1\r\n\x1A";
+    std::string text =
+        "Data_File_Type 7\r\nnum_samp = " + std::to_string(side) + "\r\nscan_sz = 100\r\nz_scale = 1\r\n\x1A";
     text.resize(2048);
     text.resize(text.size() + std::size_t{2} * side * side);
     write_file(folder / "large.000", text);

@@ -32,10 +32,10 @@ protected:
     {
         const QPointF middle = QRectF(button.rect()).center();
         for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
-            QApplication::postEvent(&button, new QMouseEvent(type, middle, button.mapToGlobal(middle), Qt::LeftButton,
-                                                             type == QEvent::MouseButtonPress ? Qt::LeftButton
-                                                                                              : Qt::NoButton,
-                                                             Qt::NoModifier));
+            QApplication::postEvent(&button,
+                                    new QMouseEvent(type, middle, button.mapToGlobal(middle), Qt::LeftButton,
+                                                    type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                                                    Qt::NoModifier));
     }
 
     temporary_folder folder;
