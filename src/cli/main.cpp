@@ -23,6 +23,7 @@ try {
     cli::add_isoline(app, status);
     cli::add_stats(app, status);
     cli::add_examples(app, status);
+    cli::add_formats(app, status);
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& problem) {

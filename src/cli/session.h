@@ -23,7 +23,8 @@ class session {
 public:
     session() : app(host) {}
 
-    /// Absolute paths, made before any file is opened: opening one changes the current folder.
+    /// Absolute paths, made before any file is opened: opening one changes the current folder. A folder stands for the
+    /// recordings in it and below it.
     void setFiles(const std::vector<std::string>& paths);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
     /// Whether a name, through links too, is that of a file of the call: such a file is never written.
