@@ -101,9 +101,8 @@ bool VLFileReader::addRecording(formats::recording& recording)
     for (auto& item : recording.items) {
         if (auto* image = std::get_if<formats::recorded_image>(&item)) {
             makeIdUnique(image->stream); // the ids of pictures are given here, not by the reader
-            AddNewImages(&image->stream, 1);
+            moveIn(image->stream);
             for (const auto& [key, text] : image->strings) setString(key.c_str(), text.c_str(), getImagesNumber() - 1);
-            image->stream = SPMDataStream(); // its memory is not needed twice
         } else {
             const auto& picture = std::get<formats::picture>(item);
             const RGBQUAD* palette = picture.palette.empty() ? nullptr : picture.palette.data();
@@ -116,6 +115,17 @@ bool VLFileReader::addRecording(formats::recording& recording)
     for (const auto& [key, text] : recording.strings) setString(key.c_str(), text.c_str(), documentTable);
     if (!recording.title.empty()) setDisplayTitle(recording.title);
     return true;
+}
+
+/// Adding copies what it is given, and a volume must not be in memory twice: an empty image makes the room.
+void VLFileReader::moveIn(SPMDataStream& stream)
+{
+    SPMDataStream room;
+    room.Init(stream.get_name(), stream.get_description(), SPM_VAR_ARRAY, 0u, stream.array_element_size());
+    AddNewImages(&room, 1);
+    const unsigned image = getImagesNumber() - 1;
+    getImage(image) = std::move(stream);
+    revalidateImage(image);
 }
 
 void VLFileReader::makeIdUnique(SPMDataStream& stream) const

@@ -57,4 +57,5 @@ private:
     bool readCancelled = false;
     bool readNative(std::istream& in);
     bool readForeign(std::istream& in, const formats::format_row& format);
+    void moveIn(SPMDataStream& stream);
 };

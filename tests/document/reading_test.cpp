@@ -70,6 +70,22 @@ TEST_F(DocumentTest, LargeReadsTellTheHostAndStopWhenItSays)
     EXPECT_EQ(host.waiting, 0);
 }
 
+// Volumes may take half of the memory there is.
+TEST_F(DocumentTest, SamplesOfARecordingAreMovedIn)
+{
+    formats::recording recording;
+    recording.items.emplace_back(formats::recorded_image{heights("a", {4, 3, 2}, 2), {{"\\Void points", "3"}}});
+    recording.items.emplace_back(formats::recorded_image{heights("a", {4, 3}), {}});
+    const void* const samples = std::get<formats::recorded_image>(recording.items[0]).stream.array_data();
+    ASSERT_TRUE(document.addRecording(recording));
+    ASSERT_EQ(document.getImagesNumber(), 2u);
+    EXPECT_EQ(document.getImage(0).array_data(), samples);
+    EXPECT_EQ(document.getSubImagesNumber(0), 2u);
+    EXPECT_EQ(document.getSubImageLength(0), 24u);
+    EXPECT_STREQ(document.getString("\\Void points", 0), "3");
+    EXPECT_STREQ(document.getImage(1).get_name(), "a1");
+}
+
 TEST_F(DocumentTest, ContainersCanBeCancelledToo)
 {
     const SPMDataStream images[] = {heights("a", {8, 8}), heights("b", {8, 8})};
