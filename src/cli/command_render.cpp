@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/legend_picture.h"
+#include "cli/output_names.h"
 #include "cli/session.h"
 #include "output/picture_scaling.h"
 #include "output/picture_writer.h"
@@ -11,7 +12,6 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <set>
 
 namespace cli {
 
@@ -112,44 +112,11 @@ std::string write_picture(CStorageDoc& document, const surface_number& which, co
     return write_pixels({scaled.data(), size->width, size->height, std::ptrdiff_t{size->width} * 3, 3}, *format, path);
 }
 
-/// Where pictures go: one file, or a folder with a name for each surface.
-class picture_names {
-public:
-    explicit picture_names(const std::string& output)
-        : target(platform::to_path(platform::full_path(base::widen(output))))
-    {
-        std::error_code error;
-        isFolder = output.ends_with('/') || fs::is_directory(target, error);
-        if (isFolder) fs::create_directories(target, error);
-    }
-
-    /// The name of a picture; `alone` when the call makes only this one. Never the same twice.
-    fs::path next(const std::wstring& input, const surface_number& which, bool alone)
-    {
-        if (alone && !isFolder) return target;
-        const fs::path file = platform::to_path(input).filename();
-        std::string stem = (isFolder ? std::string() : target.stem().native() + "-") + file.native() +
-                           base::formatted("-%u-%u", which.image, which.sub);
-        const std::string extension = isFolder ? ".png" : target.extension().native();
-        const fs::path folder = isFolder ? target : target.parent_path();
-        fs::path path = folder / (stem + extension);
-        // Files of one name out of several folders.
-        for (unsigned number = 2; !used.insert(path).second; ++number)
-            path = folder / (stem + base::formatted("-%u", number) + extension);
-        return path;
-    }
-
-private:
-    fs::path target;
-    bool isFolder = false;
-    std::set<fs::path> used;
-};
-
 int run(const picture_options& options)
 {
     session call;
     call.setFiles(options.files);
-    picture_names names(options.output);
+    output_names names(options.output, ".png");
     const bool oneFile = call.files().size() == 1;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         std::string skipped;
@@ -159,7 +126,8 @@ int run(const picture_options& options)
         for (const surface_number& each : found) {
             const std::string where = base::formatted("image %u, sub-image %u: ", each.image, each.sub);
             try {
-                const fs::path picture = names.next(path, each, oneFile && found.size() == 1);
+                const fs::path picture =
+                    names.next(path, base::formatted("-%u-%u", each.image, each.sub), oneFile && found.size() == 1);
                 const std::string reason = call.isInput(picture)
                                                ? "the picture \"" + picture.native() + "\" is an input of this call"
                                                : write_picture(document, each, options, picture);

@@ -1,6 +1,5 @@
 // vldv stats: heights and roughness of surfaces, for people or as JSON.
 #include "base/text.h"
-#include "base/units.h"
 #include "cli/commands.h"
 #include "cli/session.h"
 #include "surface/statistics.h"
@@ -75,9 +74,9 @@ void print_frames(const CStorageDoc& document, const std::vector<frame>& frames,
         std::cout << '\n';
         for (const surface::statistics_row& row : each.rows) {
             // For people each number stands in the unit in which it reads well.
-            double value = row.value;
-            const char* const units = default_units_z(row.units.c_str(), &value);
-            std::cout << "    " << row.name << ": " << base::general(value) << (*units ? " " : "") << units << '\n';
+            const surface::statistics_row shown = surface::reading_well(row);
+            std::cout << "    " << shown.name << ": " << base::general(shown.value) << (shown.units.empty() ? "" : " ")
+                      << shown.units << '\n';
         }
     }
 }

@@ -14,6 +14,8 @@ void add_render(CLI::App& app, int& status);
 void add_options(CLI::App& app, int& status);
 void add_isoline(CLI::App& app, int& status);
 void add_stats(CLI::App& app, int& status);
+void add_histogram(CLI::App& app, int& status);
+void add_fourier(CLI::App& app, int& status);
 void add_examples(CLI::App& app, int& status);
 
 } // namespace cli

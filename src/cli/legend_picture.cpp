@@ -74,6 +74,8 @@ std::string draw_with_legend(CStorageDoc& document, const surface_number& which,
     if (const auto size = parse_picture_size(options.size)) view.MoveWindow(CRect(0, 0, size->width, size->height));
     const CRect client = view.GetClientRect();
     view.OnSize(client.Size());
+    // Beside a picture of another shape than the window, light texts need their dark background.
+    if (options.legend == "compact" && view.displayRect != client) view.setOption("CompactLegend.transparent", "false");
     if (view.displayRect.IsRectEmpty()) return "the size leaves no room for the picture inside its margins";
     view.flushTimers();
     CQtDC reference(dotsAnInch);

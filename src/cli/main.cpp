@@ -22,6 +22,8 @@ try {
     cli::add_options(app, status);
     cli::add_isoline(app, status);
     cli::add_stats(app, status);
+    cli::add_histogram(app, status);
+    cli::add_fourier(app, status);
     cli::add_examples(app, status);
     cli::add_formats(app, status);
     try {

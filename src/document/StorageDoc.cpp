@@ -220,12 +220,15 @@ void CStorageDoc::RemoveImage(unsigned image)
         images.erase(images.begin() + image);
         imageOptions.erase(imageOptions.begin() + image);
     }
-    for (CView* view : std::vector<CView*>(views())) {
+    std::vector<IImageBoundView*> renumbered;
+    for (CView* view : views()) {
         auto* bound = dynamic_cast<IImageBoundView*>(view);
         if (!bound || bound->getImageNumber() <= image) continue;
         bound->setImageNumber(bound->getImageNumber() - 1);
-        bound->LoadOptions();
+        renumbered.push_back(bound);
     }
+    // Now that all agree on the numbers: loading options tells every view of an image.
+    for (IImageBoundView* bound : renumbered) bound->LoadOptions();
 }
 
 bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const RGBQUAD* palette, int index)

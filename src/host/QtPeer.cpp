@@ -2,6 +2,7 @@
 
 #include "host/ReadProgress.h"
 #include "host/paint/QtDC.h"
+#include "host/qt_cursors.h"
 #include "host/qt_keys.h"
 
 #include <QApplication>

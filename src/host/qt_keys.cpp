@@ -1,6 +1,5 @@
 #include "host/qt_keys.h"
 
-#include <array>
 #include <utility>
 
 namespace host {
@@ -40,17 +39,6 @@ unsigned mouse_flags_of(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifier
     if (modifiers & Qt::ShiftModifier) flags |= MK_SHIFT;
     if (modifiers & Qt::ControlModifier) flags |= MK_CONTROL;
     return flags;
-}
-
-QCursor qt_cursor(cursor_shape shape)
-{
-    constexpr std::array<Qt::CursorShape, 16> shapes = {
-        Qt::ArrowCursor,     Qt::CrossCursor,   Qt::PointingHandCursor, Qt::ClosedHandCursor,
-        Qt::SizeAllCursor,   Qt::SizeHorCursor, Qt::SizeVerCursor,      Qt::SizeFDiagCursor,
-        Qt::SizeBDiagCursor, Qt::IBeamCursor,   Qt::WaitCursor,         Qt::ForbiddenCursor,
-        Qt::CrossCursor,     Qt::CrossCursor,   Qt::OpenHandCursor,     Qt::CrossCursor,
-    };
-    return shapes[static_cast<std::size_t>(shape)];
 }
 
 } // namespace host

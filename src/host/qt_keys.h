@@ -1,7 +1,6 @@
 #pragma once
 #include "platform/keys.h"
 
-#include <QCursor>
 #include <QKeyEvent>
 
 namespace host {
@@ -9,6 +8,5 @@ namespace host {
 /// The key as a `key_code`; 0 for one that the logic does not know.
 unsigned key_of(const QKeyEvent& event);
 unsigned mouse_flags_of(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
-QCursor qt_cursor(cursor_shape shape);
 
 } // namespace host

@@ -40,18 +40,21 @@ row_sums sums_of(std::span<const std::int16_t> row) noexcept
     return sum_row(row);
 }
 
+std::size_t full_lanes(power_sums& sums, std::span<const std::int16_t> row, double offset, double slope) noexcept
+{
+#if defined(__x86_64__)
+    if (has_vbmi()) return simd::add_powers_avx512(sums, row, offset, slope);
+    if (has_avx2()) return simd::add_powers_avx2(sums, row, offset, slope);
+#endif
+    return simd::add_powers_plain(sums, row, offset, slope);
+}
+
 /// Adds the powers of a row without the line offset + slope * column. The sums of a row are gathered by themselves, so
 /// that those over the image stay as exact as theirs.
 void add_powers(power_sums& total, std::span<const std::int16_t> row, double offset, double slope) noexcept
 {
     power_sums sums;
-    std::size_t i = 0;
-#if defined(__x86_64__)
-    if (has_vbmi())
-        i = simd::add_powers_avx512(sums, row, offset, slope);
-    else if (has_avx2())
-        i = simd::add_powers_avx2(sums, row, offset, slope);
-#endif
+    std::size_t i = full_lanes(sums, row, offset, slope);
     for (; i < row.size(); ++i) {
         const double z = row[i] - (offset + slope * static_cast<double>(i)), square = z * z;
         sums.second += square;

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <future>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 namespace primitives {
@@ -46,6 +49,8 @@ side_map map_side(int from, int to)
     }
     return out;
 }
+
+constexpr std::int64_t worthAThread = 1 << 22; // samples: some tenths of a millisecond
 
 /// Sums of rows, column by column: so many rows of 16-bit numbers fit 32 bits.
 constexpr int mostRows = 65535;
@@ -157,15 +162,21 @@ void write_means(std::span<const std::int64_t> sums, const mean_factors& factors
     for (std::size_t i = 0; i < sums.size(); ++i) out[i] = factors.mean(static_cast<double>(sums[i]), i);
 }
 
+/// Rows of a target from `first` on.
+struct row_band {
+    std::size_t first, end;
+};
+
 /// Rows of means: at least one direction shrinks. `Sum` holds the sum of a target's samples.
 template <class Sum>
-void shrink(const_height_block source, height_block target, const side_map& columns, const side_map& rows)
+void shrink(const_height_block source, height_block target, const side_map& columns, const side_map& rows,
+            row_band band)
 {
     const mean_factors factors[] = {{columns, rows.least}, {columns, rows.least + 1}};
-    const auto width = static_cast<std::size_t>(target.width), height = static_cast<std::size_t>(target.height);
+    const auto width = static_cast<std::size_t>(target.width), height = band.end;
     std::vector<std::int32_t> columnSums(static_cast<std::size_t>(source.width) + 1); // and one read past the end
     std::vector<Sum> sums(width);
-    for (std::size_t y = 0; y < height; ++y) {
+    for (std::size_t y = band.first; y < height; ++y) {
         const const_height_block taken = source.rows(rows.first[y], rows.count(y));
         const const_height_block next =
             y + 1 < height ? source.rows(rows.first[y + 1], rows.count(y + 1)) : const_height_block{};
@@ -182,10 +193,23 @@ void shrink(const_height_block source, height_block target)
 {
     const side_map columns = map_side(source.width, target.width), rows = map_side(source.height, target.height);
     const std::int64_t most = (std::int64_t{columns.least} + 1) * (std::int64_t{rows.least} + 1);
-    if (most <= mostRows)
-        shrink<std::int32_t>(source, target, columns, rows);
-    else
-        shrink<std::int64_t>(source, target, columns, rows);
+    const auto shrinkBand = [&](row_band band) {
+        if (most <= mostRows)
+            shrink<std::int32_t>(source, target, columns, rows, band);
+        else
+            shrink<std::int64_t>(source, target, columns, rows, band);
+    };
+    const auto height = static_cast<std::size_t>(target.height);
+    const bool isLarge = std::int64_t{source.width} * source.height >= worthAThread && target.height > 1;
+    if (!isLarge || std::thread::hardware_concurrency() < 2) return shrinkBand({0, height});
+    std::future<void> upper;
+    try {
+        upper = std::async(std::launch::async, shrinkBand, row_band{height / 2, height});
+    } catch (const std::system_error&) { // no thread to be had
+        return shrinkBand({0, height});
+    }
+    shrinkBand({0, height / 2});
+    upper.get();
 }
 
 /// Both directions grow, or stay: rows that repeat are copied.

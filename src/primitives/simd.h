@@ -12,6 +12,11 @@
 /// Forms of the kernels for one instruction set each; only to be called where the processor has it.
 namespace primitives::simd {
 
+/// Adds the powers of a row without the line offset + slope * column, for as many as fill all lanes; see the forms
+/// below, which give the same in every bit. \return how many that were
+std::size_t add_powers_plain(power_sums& total, std::span<const std::int16_t> row, double offset,
+                             double slope) noexcept;
+
 #if defined(__x86_64__)
 height_range find_range_avx2(std::span<const std::int16_t> heights) noexcept;
 height_range find_range_avx512(std::span<const std::int16_t> heights) noexcept;
@@ -40,8 +45,6 @@ std::size_t write_means_avx2(std::span<const std::int32_t> sums, const double* s
 std::size_t write_means_avx512(std::span<const std::int32_t> sums, const double* share, const double* shift,
                                std::int16_t* out) noexcept;
 
-/// Adds the powers of a row without the line offset + slope * column, for as many as fill whole vectors.
-/// \return how many that were
 std::size_t add_powers_avx2(power_sums& total, std::span<const std::int16_t> row, double offset, double slope) noexcept;
 std::size_t add_powers_avx512(power_sums& total, std::span<const std::int16_t> row, double offset,
                               double slope) noexcept;

@@ -19,6 +19,15 @@ int profile_number(const char* key, int otherwise)
     return app ? app->profile().readInt(section, key).value_or(otherwise) : otherwise;
 }
 
+/// Columns and rows; a line of samples has one row, and nothing has neither.
+CSize shape_of(const SPMDataStream& stream)
+{
+    const unsigned dimensions = stream.get_dimensions_number();
+    if (dimensions == 0) return {0, 0};
+    return {static_cast<int>(stream.get_dimension(0).length),
+            dimensions > 1 ? static_cast<int>(stream.get_dimension(1).length) : 1};
+}
+
 } // namespace
 
 CSurfMathView::CSurfMathView()
@@ -48,6 +57,7 @@ CSurfMathView::CSurfMathView()
     handle({"ShowStatistics"}, &CSurfMathView::oh_statistics);
     handle({"highlight", "invert"}, &CSurfMathView::oh_reload);
     handle({"section.line.style", "section.line.solid.width", "section.line.color"}, &CSurfMathView::oh_section_pens);
+    unsavedOptions = {"highlight", "invert"};
 }
 
 CSurfMathView::~CSurfMathView() = default;
@@ -61,7 +71,10 @@ const SPMDataStream* CSurfMathView::stream() const
 bool CSurfMathView::hasSamples() const
 {
     const SPMDataStream* const source = stream();
-    return source && source->array_type() == SPM_ARRAY_INT16 && storageDoc()->isImageOk(imageNumber);
+    if (!source || source->array_type() != SPM_ARRAY_INT16 || !storageDoc()->isImageOk(imageNumber)) return false;
+    const CSize size = shape_of(*source);
+    const std::uint64_t shown = std::uint64_t(size.cx) * std::uint64_t(size.cy);
+    return shown > 0 && source->array_length() >= shown; // a third side may be empty
 }
 
 const short* CSurfMathView::samples() const
@@ -77,19 +90,17 @@ surface::sample_frame CSurfMathView::shownFrame() const
     return {{frame, static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy)}, size.cx, size.cy};
 }
 
-CSize CSurfMathView::imageSize() const
-{
-    if (!hasSamples()) return {1, 1};
-    const bool isSurface = stream()->get_dimensions_number() > 1;
-    return {static_cast<int>(stream()->get_dimension(0).length),
-            isSurface ? static_cast<int>(stream()->get_dimension(1).length) : 1};
-}
+CSize CSurfMathView::imageSize() const { return hasSamples() ? shape_of(*stream()) : CSize{1, 1}; }
 
 unsigned CSurfMathView::getSourceWidth() { return static_cast<unsigned>(imageSize().cx); }
 unsigned CSurfMathView::getSourceHeight() { return static_cast<unsigned>(imageSize().cy); }
 
 const VLAxis& CSurfMathView::axis(const char* option, unsigned dimension) const
 {
+    static const VLAxis indices; // of a side that the image does not have
+    const SPMDataStream* const source = stream();
+    const bool isThere = source && (dimension == unsigned(-1) || dimension < source->get_dimensions_number());
+    if (!isThere) return indices;
     return storageDoc()->getAxis(imageNumber, static_cast<unsigned>(static_cast<int>(options[option])), dimension);
 }
 
@@ -123,8 +134,10 @@ void CSurfMathView::LoadData()
 {
     CImageView::LoadData();
     fitter.forget();
+    overlayBitmap.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
+    invertDisplay(static_cast<bool>(options["invert"]));
     if (options["ShowStatistics"]) SetTimer(statisticsTimer, statisticsDelay);
     RefreshDisplay();
 }

@@ -2,6 +2,7 @@
 #include "surface/cursor_machine.h"
 #include "surface/legend.h"
 #include "surface/measurement_text.h"
+#include "surface/overlay_bitmap.h"
 #include "surface/render_step.h"
 #include "surface/section_pens.h"
 #include "surface/selection_state.h"
@@ -135,11 +136,13 @@ private:
     bool hasStoredPalette() const;
     void storePalette();
     void loadStoredPalette();
+    void invertDisplay(bool on);
 
     // Commands
     void OnAutoRefresh();
     void OnUpdateAutoRefresh(CCmdUI& ui);
     void OnRefresh();
+    void OnNormalize();
     void OnFileInfo();
     void OnUpdateFileInfo(CCmdUI& ui);
     void OnShowZScale();
@@ -189,12 +192,15 @@ private:
     CScale scale;
     surface::section_pens pens;
     std::vector<surface::statistics_row> statisticsRows;
+    CSize knownSize;     ///< of the image when it was last looked at
     CRect sectionBounds; ///< of the section shown last, samples of this image
     bool autoRefresh = true;
     bool marksNumbered = true;
     int marksStyle = 0;
     bool paletteDirty = false;          ///< the scale differs from the one stored with the image
+    bool invertedDisplay = false;       ///< the scale runs backwards because of the option "invert"
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
     surface::window_fitter fitter;
+    surface::overlay_bitmap overlayBitmap;
     bool isRenderPending = false;
 };

@@ -17,6 +17,7 @@ enum command : unsigned {
     cmdAutoRefresh = 10014,
     cmdScene = 10015,
     cmdRefresh = 10016,
+    cmdNormalize = 10017,
     cmdFileInfo = 10023,
     cmdRemoveMarks = 10027,
     cmdNumbered = 10028,
@@ -59,6 +60,7 @@ bool CSurfMathView::OnCmdMsg(unsigned id, CCmdUI* ui)
     static constexpr command_row<CSurfMathView> rows[] = {
         {cmdAutoRefresh, &view_class::OnAutoRefresh, &view_class::OnUpdateAutoRefresh},
         {cmdRefresh, &view_class::OnRefresh},
+        {cmdNormalize, &view_class::OnNormalize},
         {cmdFileInfo, &view_class::OnFileInfo, &view_class::OnUpdateFileInfo},
         {cmdRemoveMarks, &view_class::OnRemoveMarks, &view_class::OnUpdateRemoveMarks},
         {cmdNumbered, &view_class::OnNumbered, &view_class::OnUpdateNumbered},
@@ -95,6 +97,14 @@ void CSurfMathView::OnAutoRefresh()
 }
 void CSurfMathView::OnUpdateAutoRefresh(CCmdUI& ui) { ui.SetCheck(autoRefresh); }
 void CSurfMathView::OnRefresh() { RefreshDisplay(); }
+
+/// The size in which images open.
+void CSurfMathView::OnNormalize()
+{
+    int width = static_cast<int>(getSourceWidth()), height = static_cast<int>(getSourceHeight());
+    GetBestSize(width, height);
+    AdjustParentSize(width, height, true);
+}
 
 void CSurfMathView::OnFileInfo() { toggle_option("ShowAdditionalLegend"); }
 void CSurfMathView::OnUpdateFileInfo(CCmdUI& ui)

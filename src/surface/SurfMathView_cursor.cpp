@@ -21,11 +21,8 @@ void CSurfMathView::OnLButtonUp(unsigned flags, CPoint point)
     CImageView::OnLButtonUp(flags, point);
 }
 
-void CSurfMathView::OnMouseMove(unsigned flags, CPoint point)
-{
-    machine.move(flags, point);
-    CImageView::OnMouseMove(flags, point);
-}
+/// The machine chooses the pointer, where views without one show an arrow.
+void CSurfMathView::OnMouseMove(unsigned flags, CPoint point) { machine.move(flags, point); }
 
 void CSurfMathView::OnCaptureChanged() { machine.captureLost(); }
 
@@ -58,7 +55,7 @@ surface::measured_surface CSurfMathView::measured() const
 
 surface::drawing_axes CSurfMathView::drawingAxes() const
 {
-    if (!stream()) return {};
+    if (!stream() || stream()->get_dimensions_number() < 2) return {};
     return {storageDoc()->getAxis(imageNumber, 0, 0), storageDoc()->getAxis(imageNumber, 0, 1)};
 }
 

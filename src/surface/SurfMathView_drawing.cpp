@@ -76,8 +76,7 @@ void CSurfMathView::drawOverlay(CDC& dc, const BITMAPINFOHEADER& overlay)
                      part(static_cast<std::uint64_t>(sourceRect.Height()), height, sourceHeight)};
     // Rows of the bitmap count from the top here, those of the source from the bottom.
     const CRect from({left, static_cast<int>(height) - bottom - size.cy}, size);
-    auto* const bits = reinterpret_cast<std::byte*>(const_cast<BITMAPINFOHEADER*>(&overlay)) + overlay.biSize;
-    dc.StretchDIBits(displayRect, CBitmap{.header = overlay, .bits = bits}, from, SRCCOPY);
+    dc.StretchDIBits(displayRect, overlayBitmap.of(overlay), from, SRCCOPY);
 }
 
 std::vector<ISection*> CSurfMathView::sections() const
@@ -151,8 +150,10 @@ surface::legend_content CSurfMathView::legendContent() const
     content.y = axis("AxisY", 1);
     content.z = valueAxis();
     const SPMDataStream& shown = document.getImage(imageNumber);
-    content.samples = {static_cast<int>(shown.get_dimension(0).length),
-                       shown.get_dimensions_number() > 1 ? static_cast<int>(shown.get_dimension(1).length) : 1};
+    const auto length = [&shown](unsigned dimension) {
+        return dimension < shown.get_dimensions_number() ? static_cast<int>(shown.get_dimension(dimension).length) : 1;
+    };
+    content.samples = {length(0), length(1)};
     CWinApp* const app = AfxGetApp();
     if (app && static_cast<bool>(options["ShowParameters"])) {
         const auto list =

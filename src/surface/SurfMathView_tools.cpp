@@ -1,4 +1,5 @@
 // Commands of the mouse, and those that open other views and dialogs.
+#include "base/text.h"
 #include "document/StorageDoc.h"
 #include "surface/SurfMathView.h"
 #include "surface/calibration.h"
@@ -9,7 +10,8 @@
 #include "view/SectionSource.h"
 #include "view/open_view.h"
 
-#include <cstdlib>
+#include <algorithm>
+#include <climits>
 
 namespace {
 
@@ -109,8 +111,11 @@ void CSurfMathView::OnSaveDecorations()
 
 void CSurfMathView::OnLoadDecorations()
 {
-    const std::optional<surface::decoration_lists> lists = surface::load_decorations();
+    std::optional<surface::decoration_lists> lists = surface::load_decorations();
     if (!lists) return;
+    if (const std::size_t dropped = surface::drop_outside(*lists, imageSize()))
+        SetMessageText(base::widen(base::formatted("Points outside of the image that were left out: %d",
+                                                   static_cast<int>(std::min<std::size_t>(dropped, INT_MAX)))));
     drawn.curves.insert(drawn.curves.end(), lists->curves.begin(), lists->curves.end());
     drawn.marks.insert(drawn.marks.end(), lists->marks.begin(), lists->marks.end());
     Invalidate(true);

@@ -7,6 +7,7 @@
 #include "view/SectionSource.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -30,7 +31,9 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
     case document::hintDataChanged:
         paletteDirty = !hasStoredPalette();
         if (isOurs && hasStoredPalette()) storePalette();
-        return CImageView::OnUpdate(sender, hint, object);
+        CImageView::OnUpdate(sender, hint, object);
+        if (isOurs && (hint & document::hintReloads) != 0) refreshZoomWindow();
+        return;
     case document::hintScaleChanged:
         return onScaleChanged(sender, hint, object);
     case document::hintRedraw:
@@ -54,7 +57,8 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
 
 void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    sourceRect = CRect({0, 0}, imageSize());
+    knownSize = imageSize();
+    sourceRect = CRect({0, 0}, knownSize);
     scale.SyncWithStatic();
     loadStoredPalette();
     CImageView::OnUpdate(sender, hint, object);
@@ -66,7 +70,12 @@ void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_obje
 void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_object& object)
 {
     const CSize whole = imageSize();
-    const bool changed = sourceRect.Size() != whole;
+    if (std::exchange(knownSize, whole) != whole) {
+        machine.endDrag();
+        drawn.measure.isVisible = false; // what it tells of may be gone
+    }
+    // A part as large as the image, but somewhere else, was a part of what the image has been.
+    const bool changed = sourceRect != CRect({0, 0}, whole);
     int width = whole.cx, height = whole.cy;
     if (changed) {
         double x = 1.0, y = 1.0;

@@ -41,6 +41,17 @@ int line_step(unsigned key) noexcept
     }
 }
 
+bool is_of_mark(hot_action action) noexcept
+{
+    return action == hot_action::moveMark || action == hot_action::deleteMark;
+}
+
+bool is_of_curve(hot_action action) noexcept
+{
+    return action == hot_action::moveVertex || action == hot_action::deleteVertex ||
+           action == hot_action::insertVertex || action == hot_action::activateCurve;
+}
+
 bool is_modifier(unsigned key) noexcept { return key == VK_SHIFT || key == VK_CONTROL || key == VK_MENU; }
 
 bool shows_modifiers(cursor_mode mode) noexcept { return is_region_mode(mode) || mode == cursor_mode::lengthyObject; }
@@ -81,18 +92,8 @@ ISection* cursor_machine::hotSection() const
 /// The mode in whose manner the state changes: marks and curves are taken hold of in every mode.
 cursor_mode cursor_machine::changedMode() const
 {
-    switch (state.hotAction) {
-    case hot_action::moveMark:
-    case hot_action::deleteMark:
-        return cursor_mode::marks;
-    case hot_action::moveVertex:
-    case hot_action::deleteVertex:
-    case hot_action::insertVertex:
-    case hot_action::activateCurve:
-        return cursor_mode::curve;
-    default:
-        return state.mode;
-    }
+    if (is_of_mark(state.hotAction)) return cursor_mode::marks;
+    return is_of_curve(state.hotAction) ? cursor_mode::curve : state.mode;
 }
 
 CRgn cursor_machine::invalidateRgn(cursor_mode mode) const { return invalid_region(state, world, mode); }
@@ -149,9 +150,9 @@ void cursor_machine::keyUp(unsigned key)
 void cursor_machine::modifierChanged(unsigned key)
 {
     const std::optional<CPoint> pointer = world.pointer();
-    if (pointer && key != VK_MENU)
+    if (pointer && key != VK_MENU && !world.frame().isEmpty())
         hoverTest((world.isKeyDown(VK_SHIFT) ? MK_SHIFT : 0u) | (world.isKeyDown(VK_CONTROL) ? MK_CONTROL : 0u),
-                  *pointer);
+                  snapped(*pointer).client);
     if (shows_modifiers(state.mode)) setDefaultCursor();
 }
 
@@ -169,9 +170,20 @@ void cursor_machine::captureLost()
     repaint(before, false);
 }
 
+void cursor_machine::endDrag()
+{
+    if (state.tracking) {
+        captureLost();
+        world.setCapture(false);
+    }
+    state.hotAction = hot_action::none;
+    state.hotItem = {};
+}
+
 void cursor_machine::setMode(int number)
 {
     const auto mode = static_cast<cursor_mode>(std::clamp(number, 0, lastMode));
+    if (state.tracking) endDrag(); // by a key: what one mode began the other cannot finish
     const CRgn before = invalidateRgn(state.mode);
     const bool staysRegion = is_region_mode(state.mode) && is_region_mode(mode);
     state.mode = mode;
@@ -192,20 +204,18 @@ void cursor_machine::inverseSelection()
 void cursor_machine::removeMarks()
 {
     const CRgn area = marks_region(state, world);
+    if (is_of_mark(state.hotAction)) endDrag(); // others go on
     state.marks.clear();
     state.measure.isVisible = false;
-    state.hotAction = hot_action::none;
-    state.hotItem = {};
     if (!area.isEmpty()) world.invalidate(area, false);
 }
 
 void cursor_machine::removeCurves()
 {
     const CRgn area = invalidateRgn(cursor_mode::curve);
+    if (is_of_curve(state.hotAction)) endDrag();
     state.curves.clear();
     state.measure.isVisible = false;
-    state.hotAction = hot_action::none;
-    state.hotItem = {};
     if (!area.isEmpty()) world.invalidate(area, false);
 }
 

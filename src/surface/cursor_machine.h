@@ -21,6 +21,8 @@ public:
     void keyUp(unsigned key);
     /// The mouse went to another window in the middle of a drag: what the drag began stays as it is.
     void captureLost();
+    /// What the drag works on is gone or has another shape: it ends, and what is under the cursor is looked for anew.
+    void endDrag();
 
     // Commands
     /// \param number  the command's less 6001; brought into range

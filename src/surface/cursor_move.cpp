@@ -14,7 +14,7 @@ void cursor_machine::move(unsigned flags, CPoint client)
     if (world.frame().isEmpty()) return;
     const event_point at = snapped(client);
     if (!state.tracking) {
-        hoverTest(flags, client);
+        hoverTest(flags, at.client); // where a press would act
         return world.showStatus(at.source);
     }
     const CRgn before = invalidateRgn();

@@ -99,7 +99,7 @@ void cursor_machine::releaseIsoline(CPoint at)
     if (!isMoved) traceIsoline(at);
     if (isMoved || (state.isoline.size() >= 3 && is_closed(state.isoline)))
         finishRegion();
-    else if (state.combine == combine_mode::replace)
+    else if (state.combine == combine_mode::replace || state.region.isEmpty())
         state.selectionActive = false;
     if (world.option("SelectionSynchr") != 0.0) world.shareSelection();
 }

@@ -91,4 +91,16 @@ decoration_lists read_decoration_text(std::string_view text)
     return lists;
 }
 
+std::size_t drop_outside(decoration_lists& lists, CSize image)
+{
+    const CRect inside({0, 0}, image);
+    const auto isOutside = [&inside](CPoint point) { return !inside.PtInRect(point); };
+    std::size_t dropped = std::erase_if(lists.marks, isOutside);
+    for (std::vector<std::vector<CPoint>>* const each : {&lists.curves, &lists.profiles}) {
+        for (std::vector<CPoint>& points : *each) dropped += std::erase_if(points, isOutside);
+        std::erase_if(*each, [](const std::vector<CPoint>& points) { return points.empty(); });
+    }
+    return dropped;
+}
+
 } // namespace surface

@@ -23,4 +23,7 @@ std::string decoration_text(const decoration_lists& lists);
 /// with something that is no pair of integers is taken as empty, the others stay.
 decoration_lists read_decoration_text(std::string_view text);
 
+/// Keeps the points inside an image of this size; curves and profiles left without any go. \return points dropped
+std::size_t drop_outside(decoration_lists& lists, CSize image);
+
 } // namespace surface

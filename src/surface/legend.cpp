@@ -65,13 +65,23 @@ void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoi
     if (!isCompact) view.DrawLegendText(&dc, at, next, L" ");
 }
 
+/// A row as it stands, or, where the panel would cut it, with its figure in the unit in which it reads well.
+statistics_row fitting(const CDC& dc, const statistics_row& row, int width)
+{
+    const std::string text = row.name + ": " + base::general(row.value) + " " + row.units;
+    return dc.GetTextExtent(base::widen(text)).cx > width ? reading_well(row) : row;
+}
+
 void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
     const bool isCompact = is_on(view, "CompactLegend");
     const LegendOffset next = isCompact ? legendUp : legendDown;
     dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
     if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
-    for (const statistics_row& row : content.statistics) {
+    const std::size_t count = content.statistics.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        statistics_row row = content.statistics[isCompact ? count - 1 - i : i]; // upwards from the lowest
+        if (!isCompact && !row.name.empty()) row = fitting(dc, row, number(view, "ParametersWidth") - panelGap);
         if (row.name.empty())
             view.DrawLegendText(&dc, at, next, L"c:", row.units);
         else
@@ -211,7 +221,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
     double span = (style.isHorizontal ? view.sourceRect.Width() : view.sourceRect.Height()) * axis.scale;
     const std::string units = default_units(axis.get_units(), &span);
     const int saved = dc.SaveDC();
-    dc.SetBkMode(background_mode_of(view));
+    dc.SetBkMode(is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options
     dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
     dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
     draw_scale_mark(view, dc, view.displayRect, span, units, style);

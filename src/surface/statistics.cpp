@@ -56,6 +56,12 @@ std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> sampl
     return rows;
 }
 
+statistics_row reading_well(statistics_row row)
+{
+    row.units = default_units_z(row.units.c_str(), &row.value);
+    return row;
+}
+
 void add_measure_rows(std::vector<statistics_row>& rows, const measure_text& measure, int compactLength)
 {
     if (!measure.isVisible || static_cast<std::int64_t>(measure.text.size()) < compactLength) return;

@@ -25,6 +25,9 @@ struct statistics_row {
 /// \param samples  rows of `width`; only the heading for none
 std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights);
 
+/// The same figure in the unit in which it reads well.
+statistics_row reading_well(statistics_row row);
+
 /// Adds what a measurement says under a heading of its own, a row for each item between ";": its name ends at the
 /// first "=", or else ":", then follow number and unit. An item with neither is a name with the value 0. Only a text on
 /// show, of at least `compactLength` characters: shorter ones stay on the picture.

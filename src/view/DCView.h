@@ -146,6 +146,8 @@ protected:
 
     /// Options that go to the profile as soon as they change.
     std::set<std::string> instantSaveOptions;
+    /// Options of the moment, which the profile does not keep.
+    std::set<std::string> unsavedOptions;
     CFont font;
 
 private:

@@ -84,7 +84,8 @@ void CDCView::storeChanged(const std::vector<SPMVar>& changed)
     if (!store) return;
     const std::string section = GetViewSection();
     for (const SPMVar& variable : changed)
-        store->writeString(section, variable.get_name(), variable.as_string().c_str());
+        if (!unsavedOptions.contains(variable.get_name()))
+            store->writeString(section, variable.get_name(), variable.as_string().c_str());
 }
 
 void CDCView::OnFireVariableChange(int index, const SPMVarList* list)

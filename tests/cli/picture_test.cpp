@@ -79,6 +79,9 @@ TEST_F(PictureTest, ALegendStandsAroundThePictureOrOnIt)
     const auto compact = drawn({"--legend", "compact", "--size", "200x200"}, "compact.png", 200, 200);
     EXPECT_EQ(compact(90, 5), 0x000000u);
     EXPECT_EQ(compact(199, 199), 0xffffffu) << "no margins";
+    const auto wide = drawn({"--legend", "compact", "--size", "600x200"}, "wide.png", 600, 200);
+    EXPECT_EQ(wide(1, 199), 0x000000u) << "texts beside the picture stand on black";
+    EXPECT_EQ(wide(190, 100), 0xffffffu);
     const auto region = drawn({"--legend", "Full", "--size", "400x300", "--roi", "0,0,2,1"}, "roi.png", 400, 300);
     EXPECT_EQ(region(280, 20), 0x000000u) << "below all that the lowest row holds";
     EXPECT_EQ(region(75, 225), 0x000000u);

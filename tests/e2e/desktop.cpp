@@ -110,3 +110,14 @@ void desktop::turnWheel(QPoint at, int notches, const QString& modifier) const
 }
 
 int desktop::waitForEnd() { return program.waitForFinished(patience) ? program.exitCode() : -1; }
+
+void desktop::drag(QPoint from, QPoint to, const QString& modifier) const
+{
+    moveTo(from);
+    if (!modifier.isEmpty()) act({"keydown", modifier});
+    act({"mousedown", "1"});
+    moveTo((from + to) / 2);
+    moveTo(to);
+    act({"mouseup", "1"});
+    if (!modifier.isEmpty()) act({"keyup", modifier});
+}

@@ -27,6 +27,8 @@ public:
     void takeFocus() const { act({"search", "--name", "^Velmira$", "windowfocus"}); }
     void click(QPoint at) const;
     void moveTo(QPoint at) const;
+    /// With the left button, and a key held or none.
+    void drag(QPoint from, QPoint to, const QString& modifier = {}) const;
     /// \param notches  away from the user positive
     void turnWheel(QPoint at, int notches, const QString& modifier) const;
 

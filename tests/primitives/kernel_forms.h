@@ -24,8 +24,11 @@ kernel_forms<Function> forms_of(Function* chosen, Function* avx2, Function* avx5
     return forms;
 }
 #if defined(__x86_64__)
+#define VLDV_SET_FORMS(kernel) &kernel##_avx2, &kernel##_avx512
 #define VLDV_FORMS(kernel)                                                                                             \
     forms_of(primitives::kernel, primitives::simd::kernel##_avx2, primitives::simd::kernel##_avx512)
 #else
+#define VLDV_SET_FORMS(kernel)                                                                                         \
+    {}, {}
 #define VLDV_FORMS(kernel) forms_of(primitives::kernel, {}, {})
 #endif

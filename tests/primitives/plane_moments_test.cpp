@@ -1,6 +1,9 @@
 #include "primitives/plane_moments.h"
 
+#include "kernel_forms.h"
+
 #include <cmath>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -66,6 +69,36 @@ TEST(PlaneMoments, FastFormsAgreeWithTheDefinition)
             EXPECT_NEAR(moments.meanDeviation, expected.meanDeviation, 1e-9 * (1.0 + expected.meanDeviation));
         }
     }
+}
+
+TEST(PlaneMoments, EveryFormGivesTheSameBits)
+{
+    const std::vector<std::int16_t> all = noise(700);
+    using namespace primitives;
+    for (const auto& form : forms_of(&simd::add_powers_plain, VLDV_SET_FORMS(simd::add_powers)))
+        for (const std::size_t shift : {0u, 1u, 5u})
+            for (std::size_t length = 0; length < 600; length += length < 70 ? 1 : 37) {
+                const std::span<const std::int16_t> row(all.data() + shift, length);
+                power_sums sums{1, 2, 3, 4}, expected{1, 2, 3, 4};
+                // As sixteen interleaved rows, each summed by itself.
+                double lanes[16][4] = {};
+                for (std::size_t i = 0; i < length / 16 * 16; ++i) {
+                    double line = -17.3 + 0.7 * static_cast<double>(i % 16);
+                    for (std::size_t step = 0; step < i / 16; ++step) line += 0.7 * 16;
+                    const double z = row[i] - line, square = z * z;
+                    const double powers[] = {square, square * z, square * square, std::fabs(z)};
+                    for (std::size_t p = 0; p < 4; ++p) lanes[i % 16][p] += powers[p];
+                }
+                double totals[4] = {};
+                for (std::size_t k = 0; k < 8; ++k)
+                    for (std::size_t p = 0; p < 4; ++p) totals[p] += lanes[k][p] + lanes[k + 8][p];
+                expected.second += totals[0];
+                expected.third += totals[1];
+                expected.fourth += totals[2];
+                expected.absolute += totals[3];
+                ASSERT_EQ(form.run(sums, row, -17.3, 0.7), length / 16 * 16) << form.name;
+                ASSERT_EQ(std::memcmp(&sums, &expected, sizeof sums), 0) << form.name << " of " << length;
+            }
 }
 
 TEST(PlaneMoments, MatchAHandCount)

@@ -1,5 +1,7 @@
-#include "primitives/numeric.h"
 #include "primitives/resample.h"
+
+#include "kernel_forms.h"
+#include "primitives/numeric.h"
 
 #include <algorithm>
 #include <cmath>
@@ -60,6 +62,68 @@ TEST(Resample, EqualsItsDefinitionInEveryBit)
             primitives::resample_reference(source, {defined.data() + 1, toWidth, toHeight, 2 * row});
             ASSERT_EQ(fast, defined) << width << " x " << height << " to " << toWidth << " x " << toHeight;
         }
+}
+
+#if defined(__x86_64__)
+TEST(Resample, EveryFormOfItsStepsIsExact)
+{
+    using namespace primitives;
+    kernel_forms<decltype(simd::add_rows_avx2)> adders;
+    kernel_forms<decltype(simd::write_means_avx2)> writers;
+    if (has_avx2()) {
+        adders.push_back({"AVX2", simd::add_rows_avx2});
+        writers.push_back({"AVX2", simd::write_means_avx2});
+    }
+    if (has_vbmi()) {
+        adders.push_back({"AVX-512", simd::add_rows_avx512});
+        writers.push_back({"AVX-512", simd::write_means_avx512});
+    }
+    for (const auto& form : adders)
+        for (int width = 1; width < 140; ++width)
+            for (const int height : {1, 2, 3, 7, 64}) {
+                const samples image = noise(width + 3, height);
+                const const_height_block rows{image.data() + 1, width, height, 2 * (width + 3)};
+                std::vector<std::int32_t> sums(static_cast<std::size_t>(width) + 1, 12345), expected = sums;
+                for (int x = 0; x < width; ++x) {
+                    expected[static_cast<std::size_t>(x)] = 0;
+                    for (int y = 0; y < height; ++y) expected[static_cast<std::size_t>(x)] += rows.row(y)[x];
+                }
+                form.run(rows, sums.data());
+                ASSERT_EQ(sums, expected) << form.name << ": " << width << " x " << height;
+            }
+    for (const auto& form : writers)
+        for (const int count : {1, 2, 3, 25, 65535}) {
+            // Means at, just below and just above every half, and at both ends.
+            std::vector<std::int32_t> sums;
+            for (const int mean : {-32768, -32767, -2, -1, 0, 1, 2, 32766})
+                for (int part = 0; part <= 4; ++part)
+                    for (const int off : {-1, 0, 1}) {
+                        const std::int64_t sum = std::int64_t{mean} * count + std::int64_t{count} * part / 4 + off;
+                        if (sum >= -32768ll * count && sum <= 32767ll * count) sums.push_back(static_cast<int>(sum));
+                    }
+            const std::vector<double> share(sums.size(), 1.0 / count), shift(sums.size(), 32768.5 + 0.25 / count);
+            samples means(sums.size());
+            const std::size_t written = form.run(sums, share.data(), shift.data(), means.data());
+            ASSERT_GT(written, sums.size() - 9) << "all but a part of a vector";
+            for (std::size_t i = 0; i < written; ++i) {
+                const auto rounded =
+                    std::floor(static_cast<long double>(2 * std::int64_t{sums[i]} + count) / (2 * count));
+                ASSERT_EQ(means[i], static_cast<std::int16_t>(rounded))
+                    << form.name << ": " << sums[i] << " / " << count;
+            }
+        }
+}
+#endif
+
+TEST(Resample, LargeImagesAreSharedBetweenThreadsWithTheSameResult)
+{
+    constexpr int width = 2200, height = 2000, toWidth = 301, toHeight = 211;
+    const samples image = noise(width, height);
+    samples defined(toWidth * toHeight);
+    primitives::resample_reference({image.data(), width, height, 2 * width},
+                                   {defined.data(), toWidth, toHeight, 2 * toWidth});
+    EXPECT_EQ(resized(image, width, height, toWidth, toHeight), defined);
+    EXPECT_EQ(resized(image, width, height, 1, 1).size(), 1u) << "one row is not shared";
 }
 
 TEST(Resample, SumsOfMoreRowsThan32BitsHold)

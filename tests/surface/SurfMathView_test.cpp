@@ -4,6 +4,8 @@
 #include "document/update_hints.h"
 #include "support/RecordingDC.h"
 
+#include <cstring>
+
 namespace {
 
 std::vector<std::string> texts_of(const RecordingDC& dc)
@@ -137,6 +139,27 @@ TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
     EXPECT_FALSE(view.getDrawn().roiActive) << "nothing is selected";
 }
 
+TEST_F(SurfaceTest, ADragRepaintsItsOwnPixelsAndRendersNothing)
+{
+    CSurfMathView& view = open(slope(200, 100));
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    view.flushTimers();
+    HeadlessWindow& window = CHeadlessHost::windowOf(view);
+    view.OnLButtonDown(MK_LBUTTON, {100, 100});
+    for (int end = 110; end <= 160; end += 10) {
+        window.invalid = CRgn();
+        view.OnMouseMove(MK_LBUTTON, {end, end});
+        int pixels = 0;
+        for (const CRect& part : window.invalid.rectangles()) pixels += part.Width() * part.Height();
+        const int side = end - 100;
+        EXPECT_GE(pixels, side * side) << "the shape itself";
+        EXPECT_LE(pixels, (side + 12) * (side + 12)) << "half a sample and a handle around it, of 131072 pixels";
+        EXPECT_FALSE(window.timers.contains(5)) << "the picture stays";
+    }
+    view.OnLButtonUp(MK_LBUTTON, {160, 160});
+}
+
 TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
 {
     CSurfMathView& view = open();
@@ -187,6 +210,22 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     EXPECT_TRUE(holds(texts, "Statistics:"));
     EXPECT_TRUE(holds(texts, "Rmax: 204500 pm")) << "0.5 nm * (10 * 39 + 19), in the unit of a step";
     EXPECT_TRUE(holds(texts, "Rq: 0 pm")) << "a plane";
+    view.setOption("ParametersWidth", "89"); // 84 pixels are left, "Rmax: 204500 pm" has 90
+    RecordingDC narrow(view.GetClientRect().Size());
+    view.OnDrawLegend(narrow);
+    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 204.5 nm"));
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    RecordingDC compact(view.GetClientRect().Size());
+    view.OnDrawLegend(compact);
+    int above = 0;
+    for (const char* name : {"Statistics:", "Zmax", "Zmin", "Rmax", "Rq", "Ra", "Rsk", "Rku"})
+        for (const drawn& each : compact.all(drawn::kind::text)) {
+            if (!each.text.starts_with(name)) continue;
+            EXPECT_GT(each.box.top, above) << name;
+            above = each.box.top;
+        }
+    EXPECT_GT(above, 0);
     const std::wstring copied = view.GetClipboardText(true);
     EXPECT_NE(copied.find(L"Rmax, pm"), std::wstring::npos);
     EXPECT_NE(copied.find(L"204500"), std::wstring::npos);
@@ -207,6 +246,32 @@ TEST_F(SurfaceTest, ThePaletteOfAnImageIsRememberedWithIt)
     EXPECT_EQ(view.getScale().GetPaletteId(), 4) << "it comes back with the window";
     view.OnCmdMsg(10112, nullptr);
     EXPECT_FALSE(isChecked(view, 10112));
+}
+
+TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
+{
+    CSurfMathView& view = open();
+    const auto lowest = [&] { // the first pixel of the lowest row, which holds the lowest sample
+        view.flushTimers();
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, view.image.bits().data(), sizeof pixel);
+        return pixel & 0xffffffu;
+    };
+    const std::uint32_t before = lowest();
+    view.OnCmdMsg(10192, nullptr);
+    view.SaveOptions();
+    EXPECT_FALSE(host.readString("SurfMathView", "invert")) << "of this view alone";
+    EXPECT_TRUE(host.readString("SurfMathView", "SelectionFill"));
+    EXPECT_TRUE(view.getScale().getInverse()) << "the strip tells what the colours mean";
+    EXPECT_NE(lowest(), before);
+    view.OnCmdMsg(10112, nullptr);
+    const std::string stored = document->getString("palette", 0);
+    EXPECT_EQ(stored.substr(stored.find(',') + 1, 2), "0,");
+    view.OnSetFocus();
+    EXPECT_TRUE(view.getScale().getInverse());
+    view.OnCmdMsg(10192, nullptr);
+    EXPECT_FALSE(view.getScale().getInverse());
+    EXPECT_EQ(lowest(), before);
 }
 
 } // namespace

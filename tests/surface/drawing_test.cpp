@@ -1,6 +1,7 @@
 // What is drawn over the picture, operation by operation.
 #include "support/RecordingDC.h"
 #include "surface/mark_drawing.h"
+#include "surface/overlay_bitmap.h"
 #include "surface/overlay_drawing.h"
 #include "surface/render_step.h"
 
@@ -101,6 +102,41 @@ TEST(SelectionDrawing, LinesAndAnglesHaveTheirEnds)
     RecordingDC nothing;
     surface::draw_selection(nothing, state, geometry, {});
     EXPECT_TRUE(nothing.operations.empty());
+}
+
+TEST(OverlayBitmap, FewerBitsAreLookedUp)
+{
+    struct packed {
+        BITMAPINFOHEADER header;
+        std::uint8_t bytes[64];
+    };
+    // 3 x 2 pixels, rows on four bytes, the lower row first; palettes as blue, green, red and one more.
+    const auto shown = [](unsigned bits, unsigned colors, std::initializer_list<int> bytes) {
+        packed block{{.biWidth = 3, .biHeight = 2, .biBitCount = static_cast<std::uint16_t>(bits), .biClrUsed = colors},
+                     {}};
+        std::ranges::copy(bytes, block.bytes);
+        surface::overlay_bitmap overlay;
+        const CBitmap bitmap = overlay.of(block.header);
+        std::vector<unsigned> out;
+        for (int i = 0; i < 6; ++i) {
+            const auto at = [&](int k) { return std::to_integer<unsigned>(bitmap.bits[4 * i + k]); };
+            out.push_back(at(2) << 16 | at(1) << 8 | at(0));
+        }
+        EXPECT_EQ(bitmap.header.biBitCount, 32);
+        return out;
+    };
+    using colors = std::vector<unsigned>;
+    EXPECT_EQ(shown(1, 2, {1, 2, 3, 0, 4, 5, 6, 0, 0b10100000, 0, 0, 0, 0b01000000, 0, 0, 0}),
+              (colors{0x060504, 0x030201, 0x060504, 0x030201, 0x060504, 0x030201}));
+    EXPECT_EQ(shown(4, 0, {0x0f, 0x80, 0, 0, 0x11, 0x20, 0, 0}),
+              (colors{0x000000, 0xffffff, 0x888888, 0x111111, 0x111111, 0x222222}))
+        << "a sixteenth of white a step";
+    EXPECT_EQ(shown(8, 1, {9, 8, 7, 0, 0, 1, 0, 0, 255, 0, 0, 0}),
+              (colors{0x070809, 0x000000, 0x070809, 0x000000, 0x070809, 0x070809}))
+        << "what the palette does not have is black";
+    EXPECT_EQ(shown(16, 0, {0x1f, 0, 0xe0, 0x03, 0, 0x7c, 0, 0, 0xff, 0x7f, 0, 0, 0x10, 0x42}),
+              (colors{0x0000ff, 0x00ff00, 0xff0000, 0xffffff, 0x000000, 0x838383}))
+        << "16 of 31 are 131 of 255";
 }
 
 TEST(MarkDrawing, NumbersStayInsideTheDisplay)

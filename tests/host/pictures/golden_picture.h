@@ -7,6 +7,10 @@
 #include <string>
 #include <vector>
 
+namespace test_support {
+struct decoded_picture;
+}
+
 /// Drawings compared with the pictures in data/, pixel by pixel; only where texts stand a font may be rasterised a
 /// little differently.
 ///
@@ -35,6 +39,8 @@ private:
     };
     class recording_surface;
     bool isText(int x, int y) const;
+    /// The first that is not as in the other; empty when there is none.
+    std::string difference(const test_support::decoded_picture& golden) const;
 
     CSize size;
     std::vector<std::byte> pixels; ///< blue, green, red and one more; the top row last

@@ -1,0 +1,139 @@
+// vldv histogram: how the heights of images are distributed, and the share between two delimiters.
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/frame_choice.h"
+#include "cli/session.h"
+#include "spectra/histogram.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+struct histogram_options {
+    std::vector<std::string> files;
+    frame_choice choice;
+    unsigned bars = 0; ///< 0: automatic
+    spectra::delimiters window;
+    bool asJson = false;
+};
+
+struct frame_histogram {
+    frame which;
+    spectra::height_histogram counted;
+    spectra::delimited_share share;
+};
+
+std::vector<frame_histogram> histograms(const CStorageDoc& document, const histogram_options& options,
+                                        std::string& problem)
+{
+    std::vector<frame_histogram> made;
+    for (const frame& each : chosen_frames(document, options.choice, refuse_no_heights, problem)) {
+        const auto bars = options.bars ? std::optional(options.bars) : std::nullopt;
+        auto counted =
+            spectra::make_histogram(frame_samples(document, each), document.getAxis(each.image, 0, unsigned(-1)), bars);
+        const spectra::delimited_share share = spectra::share_between(counted, options.window);
+        made.push_back({each, std::move(counted), share});
+    }
+    return made;
+}
+
+const char* units_of(const CStorageDoc& document, const frame& which)
+{
+    return document.getAxis(which.image, 0, unsigned(-1)).get_units();
+}
+
+json document_json(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
+{
+    json images = json::array();
+    for (const auto& [which, counted, share] : made)
+        images.push_back({{"id", document.getImage(which.image).get_name()},
+                          {"image", which.image},
+                          {"subimage", which.sub},
+                          {"units", units_of(document, which)},
+                          {"bins", counted.bins},
+                          {"min", counted.valueMin},
+                          {"max", counted.valueMax},
+                          {"total", counted.totalCount},
+                          {"peak", counted.peakCount},
+                          {"x0", share.x0},
+                          {"x1", share.x1},
+                          {"selected", share.selectedCount}});
+    return {{"path", base::narrow(path)}, {"images", images}};
+}
+
+/// What the view writes under the chart, then a bin a line: the value of its middle and its count.
+void print_text(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
+{
+    std::string text = base::narrow(path) + '\n';
+    for (const auto& [which, counted, share] : made) {
+        text += "  " + frame_title(document, which) + '\n';
+        text += "    " + spectra::share_text(share, units_of(document, which)) + '\n';
+        const double step = counted.bins.size() > 1 ? counted.valueRange / double(counted.bins.size() - 1) : 0.0;
+        for (std::size_t i = 0; i < counted.bins.size(); ++i)
+            text += "    " + base::general(counted.valueMin + double(i) * step) + '\t' +
+                    std::to_string(counted.bins[i]) + '\n';
+    }
+    std::cout << text;
+}
+
+int run(const histogram_options& options)
+{
+    session call;
+    call.setFiles(options.files);
+    json files = json::array();
+    const auto failed = [&](const std::wstring& path, const std::string& reason) {
+        files.push_back({{"path", base::narrow(path)}, {"error", reason}});
+    };
+    call.forEachDocument(
+        [&](CStorageDoc& document, const std::wstring& path) {
+            std::string problem;
+            const std::vector<frame_histogram> made = histograms(document, options, problem);
+            if (!problem.empty()) throw std::runtime_error(problem);
+            if (options.asJson)
+                files.push_back(document_json(document, made, path));
+            else
+                print_text(document, made, path);
+        },
+        failed);
+    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    return call.status();
+}
+
+/// "F1,F2", both from 0 to 1 in either order.
+std::optional<spectra::delimiters> parse_delimiters(const std::string& text)
+{
+    const auto parts = base::split(text, ',');
+    if (parts.size() != 2) return std::nullopt;
+    const auto f1 = base::whole_number(parts[0]), f2 = base::whole_number(parts[1]);
+    const auto isShare = [](const std::optional<double>& f) { return f && *f >= 0.0 && *f <= 1.0; };
+    if (!isShare(f1) || !isShare(f2)) return std::nullopt;
+    return spectra::delimiters{*f1, *f2};
+}
+
+} // namespace
+
+void add_histogram(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<histogram_options>();
+    CLI::App* command = app.add_subcommand("histogram", "Count heights into bins");
+    command->add_option("files", options->files, "Files to open")->required();
+    add_frame_options(*command, options->choice);
+    constexpr unsigned maxBars = 1u << 24;
+    command->add_option("--bars", options->bars, "Number of bins (default: half the root of the count of samples)")
+        ->check(CLI::Range(2u, maxBars));
+    command
+        ->add_option_function<std::string>(
+            "--window", [options](const std::string& text) { options->window = *parse_delimiters(text); },
+            "Delimiters F1,F2 as shares of the range (default: 0.25,0.75)")
+        ->check([](const std::string& text) { return parse_delimiters(text) ? "" : "expected F1,F2 from 0 to 1"; });
+    command->add_flag("--json", options->asJson, "Print JSON");
+    command->callback([options, &status] { status = run(*options); });
+}
+
+} // namespace cli

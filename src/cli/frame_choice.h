@@ -1,0 +1,46 @@
+#pragma once
+#include "document/StorageDoc.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace cli {
+
+/// Which images and sub-images a call is about; -1: all.
+struct frame_choice {
+    int image = -1, sub = -1;
+};
+/// Adds --image and --sub.
+void add_frame_options(CLI::App& command, frame_choice& choice);
+
+/// A sub-image of a document.
+struct frame {
+    unsigned image, sub;
+};
+
+/// Says why an image is none that a command can use, without its number; empty when it is one.
+using image_judge = std::function<std::string(const CStorageDoc&, unsigned image)>;
+/// 16-bit samples, of any number of dimensions.
+std::string refuse_no_heights(const CStorageDoc& document, unsigned image);
+/// 16-bit samples in two dimensions.
+std::string refuse_no_surface(const CStorageDoc& document, unsigned image);
+
+/// The frames that were asked for. Images that are refused are passed over, unless they were asked for by number or
+/// nothing else is left: `problem` then says why.
+std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice& choice, const image_judge& refuse,
+                                 std::string& problem);
+
+/// Samples of a frame of an image of 16-bit numbers.
+std::span<std::int16_t> frame_samples(const CStorageDoc& document, const frame& which);
+
+/// "image 0: Topo, sub-image 1 "Backward"", for people.
+std::string frame_title(const CStorageDoc& document, const frame& which);
+
+} // namespace cli

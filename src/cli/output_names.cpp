@@ -1,0 +1,33 @@
+#include "cli/output_names.h"
+
+#include "base/text.h"
+#include "platform/paths.h"
+
+namespace cli {
+
+namespace fs = std::filesystem;
+
+output_names::output_names(const std::string& output, std::string extension)
+    : target(platform::to_path(platform::full_path(base::widen(output)))), folderExtension(std::move(extension))
+{
+    std::error_code error;
+    isFolder = output.ends_with('/') || fs::is_directory(target, error);
+    if (isFolder) fs::create_directories(target, error);
+}
+
+fs::path output_names::next(const std::wstring& input, const std::string& suffix, bool alone)
+{
+    if (alone && !isFolder) return target;
+    const std::string extension = isFolder ? folderExtension : target.extension().native();
+    fs::path file = platform::to_path(input).filename();
+    if (suffix.empty() && base::equal_ignoring_case(file.extension().native(), extension)) file = file.stem();
+    const std::string stem = (isFolder ? std::string() : target.stem().native() + "-") + file.native() + suffix;
+    const fs::path folder = isFolder ? target : target.parent_path();
+    fs::path path = folder / (stem + extension);
+    // Files of one name out of several folders.
+    for (unsigned number = 2; !used.insert(path).second; ++number)
+        path = folder / (stem + base::formatted("-%u", number) + extension);
+    return path;
+}
+
+} // namespace cli

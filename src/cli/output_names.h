@@ -1,0 +1,27 @@
+#pragma once
+#include <filesystem>
+#include <set>
+#include <string>
+
+namespace cli {
+
+/// Where the results of a call go: into one file, or into a folder or beside each other with a name for each.
+class output_names {
+public:
+    /// \param output     a folder when it ends with a slash or is one, and is made when it is missing
+    /// \param extension  of the names in a folder; elsewhere results share that of `output`
+    output_names(const std::string& output, std::string extension);
+
+    /// The name of a result of a file: `output` itself for one that is `alone`, in a folder FILE + suffix + extension,
+    /// else STEM-FILE + suffix + extension beside it. Never the same twice. A file that has the extension already does
+    /// not get it again where there is no suffix.
+    std::filesystem::path next(const std::wstring& input, const std::string& suffix, bool alone);
+
+private:
+    std::filesystem::path target;
+    std::string folderExtension;
+    bool isFolder = false;
+    std::set<std::filesystem::path> used;
+};
+
+} // namespace cli

@@ -1,0 +1,11 @@
+#pragma once
+#include "platform/keys.h"
+
+#include <QCursor>
+
+namespace host {
+
+/// The pointer of the toolkit, or a drawn one where it has none.
+QCursor qt_cursor(cursor_shape shape);
+
+} // namespace host

@@ -1,0 +1,17 @@
+#pragma once
+#include <cstdint>
+#include <span>
+
+class CStorageDoc;
+
+namespace spectra {
+
+/// Replaces the samples of a sub-image as a step that can be undone, and tells the views to load again.
+/// \throws std::length_error or std::bad_alloc
+void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::span<const std::int16_t> samples);
+
+/// The same for a surface of `width` times `height` samples: an image whose shape was changed meanwhile takes this one.
+void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::span<const std::int16_t> samples,
+                   unsigned width, unsigned height);
+
+} // namespace spectra

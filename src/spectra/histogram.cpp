@@ -1,0 +1,118 @@
+#include "spectra/histogram.h"
+
+#include "base/rounding.h"
+#include "base/text.h"
+#include "primitives/histogram.h"
+#include "resources/strings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace spectra {
+
+unsigned automatic_bar_count(std::size_t samples) noexcept
+{
+    return static_cast<unsigned>(base::round_half_up(std::sqrt(static_cast<double>(samples)) * 0.5));
+}
+
+height_counts count_frame(std::span<const std::int16_t> samples)
+{
+    if (samples.empty()) return {};
+    height_counts made;
+    made.counts.resize(primitives::heightCount);
+    primitives::count_heights(samples, std::span<std::uint32_t, primitives::heightCount>(made.counts));
+    made.total = static_cast<std::uint32_t>(samples.size());
+    const auto occurs = [](std::uint32_t count) { return count != 0; };
+    const auto height = [](auto place) { return static_cast<int>(place) - 32768; };
+    const auto& all = made.counts;
+    made.lowest = height(std::find_if(all.begin(), all.end(), occurs) - all.begin());
+    made.highest = height(all.rend() - std::find_if(all.rbegin(), all.rend(), occurs) - 1);
+    return made;
+}
+
+namespace {
+
+/// Sums what falls into each bin; a bin depends on the height alone.
+void fill_bins(height_histogram& made, const height_counts& heights, const VLAxis& axis)
+{
+    const double last = static_cast<double>(made.bins.size()) - 1.0;
+    for (int height = heights.lowest; height <= heights.highest; ++height) {
+        const std::uint32_t count = heights.counts[static_cast<std::size_t>(height + 32768)];
+        if (count == 0) continue;
+        const double place = base::round_half_up((axis.at(height) - made.valueMin) * last / made.valueRange);
+        // A step of 0 gives no number, which goes to the first bin.
+        made.bins[static_cast<std::size_t>(place > 0.0 ? std::min(place, last) : 0.0)] += count;
+    }
+}
+
+} // namespace
+
+height_histogram make_histogram(const height_counts& heights, const VLAxis& axis, std::optional<unsigned> bars)
+{
+    height_histogram made;
+    if (heights.total == 0) return made;
+    made.totalCount = heights.total;
+    made.bins.resize(bars ? *bars : automatic_bar_count(heights.total));
+    made.valueMin = axis.at(heights.lowest);
+    made.valueMax = axis.at(heights.highest);
+    made.valueRange = std::max(heights.highest - heights.lowest, 1) * axis.scale;
+    if (made.bins.empty()) return made;
+    fill_bins(made, heights, axis);
+    made.peakCount = *std::max_element(made.bins.begin(), made.bins.end());
+    return made;
+}
+
+height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis, std::optional<unsigned> bars)
+{
+    return make_histogram(count_frame(samples), axis, bars);
+}
+
+unsigned bin_at(const height_histogram& histogram, double share) noexcept
+{
+    const auto count = static_cast<double>(histogram.bins.size());
+    return static_cast<unsigned>(std::clamp(count * share, 0.0, count - 1.0));
+}
+
+namespace {
+
+double value_at(const height_histogram& histogram, double share)
+{
+    return share * (histogram.valueMax - histogram.valueMin) + histogram.valueMin;
+}
+
+} // namespace
+
+delimited_share share_between(const height_histogram& histogram, delimiters at) noexcept
+{
+    if (histogram.bins.empty()) return {};
+    const auto [first, last] = std::minmax({bin_at(histogram, at.f1), bin_at(histogram, at.f2)});
+    const auto begin = histogram.bins.begin();
+    const std::uint32_t selected = std::accumulate(begin + first, begin + last + 1, std::uint32_t{0});
+    return {value_at(histogram, at.f1), value_at(histogram, at.f2), selected,
+            static_cast<double>(selected) / histogram.totalCount * 100.0};
+}
+
+std::string share_text(const delimited_share& share, const char* units)
+{
+    constexpr unsigned delimiterText = 1024;
+    return base::formatted(string_resource(delimiterText), share.x0, units, share.x1, units, share.x1 - share.x0, units,
+                           share.percent);
+}
+
+raw_window cutoff_window(const height_histogram& histogram, delimiters at, const VLAxis& axis) noexcept
+{
+    const auto raw = [&](double share) {
+        return base::nearest_int((value_at(histogram, share) - axis.start) / axis.scale);
+    };
+    return {raw(at.f1), raw(at.f2)};
+}
+
+void cut_off(std::span<std::int16_t> samples, raw_window window) noexcept
+{
+    const auto limit = [](int raw) { return static_cast<std::int16_t>(std::clamp(raw, -32768, 32767)); };
+    const std::int16_t low = limit(window.low), high = limit(window.high);
+    for (std::int16_t& sample : samples) sample = std::min(std::max(sample, low), high);
+}
+
+} // namespace spectra
