@@ -239,10 +239,10 @@ int CQtHost::systemDpi() const
 void CQtHost::waitCursor(bool on)
 {
     if (on) {
-        if (waiting++ == 0) reading.begin();
+        reading.begin();
         QApplication::setOverrideCursor(Qt::WaitCursor);
     } else {
-        if (--waiting == 0) reading.end(); // first, as it has a cursor of its own on top
+        reading.end(); // first: it has a cursor of its own on top
         QApplication::restoreOverrideCursor();
     }
 }

@@ -48,6 +48,5 @@ private:
     std::unique_ptr<IClipboard> clips;
     std::unique_ptr<IScreen> display;
     host::printing printer;
-    CReadProgress reading;
-    int waiting = 0; ///< wait cursors inside each other
+    CReadProgress reading; ///< during the innermost wait cursor: what went wrong is told under the next one
 };

@@ -4,8 +4,8 @@
 #include "support/HeadlessHost.h"
 #include "support/interface_file.h"
 #include "support/temporary_folder.h"
-#include "view/ParametersView.h"
 #include "surface/QVSurfView.h"
+#include "view/ParametersView.h"
 #include "view/TextView.h"
 #include "vldv.h"
 

@@ -224,8 +224,8 @@ public:
     int waiting = 0;
     std::vector<double> progressTold;
     std::size_t cancelAfter = std::size_t(-1); ///< Cancel is pressed when progress was told this often
-    int writesUntilFailure = -1; ///< changes of the profile that succeed; negative: all
-    int batches = 0;             ///< of the profile that are open
+    int writesUntilFailure = -1;               ///< changes of the profile that succeed; negative: all
+    int batches = 0;                           ///< of the profile that are open
 
 private:
     bool mayWrite()
