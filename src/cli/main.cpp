@@ -22,8 +22,13 @@ try {
     cli::add_options(app, status);
     cli::add_isoline(app, status);
     cli::add_stats(app, status);
+    cli::add_profile(app, status);
+    cli::add_curve(app, status);
+    cli::add_force(app, status);
     cli::add_histogram(app, status);
     cli::add_fourier(app, status);
+    cli::add_features(app, status);
+    cli::add_steps(app, status);
     cli::add_examples(app, status);
     cli::add_formats(app, status);
     try {

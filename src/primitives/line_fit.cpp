@@ -10,6 +10,15 @@ namespace primitives {
 
 row_sums sum_row(std::span<const std::int16_t> row) noexcept
 {
+#if defined(__x86_64__)
+    if (has_vbmi()) return simd::sum_row_avx512(row);
+    if (has_avx2()) return simd::sum_row_avx2(row);
+#endif
+    return sum_row_reference(row);
+}
+
+row_sums sum_row_reference(std::span<const std::int16_t> row) noexcept
+{
     row_sums total;
     std::int64_t index = 0;
     for (const std::int16_t height : row) {

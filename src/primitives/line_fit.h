@@ -24,6 +24,8 @@ struct row_sums {
     std::int64_t sum = 0, moment = 0;
 };
 row_sums sum_row(std::span<const std::int16_t> row) noexcept;
+/// The plain form that defines the answer.
+row_sums sum_row_reference(std::span<const std::int16_t> row) noexcept;
 
 /// The limits of a row without its line.
 struct flattened_range {

@@ -31,15 +31,6 @@ double slope_of(std::int64_t sum, wide_int moment, std::int64_t length, std::int
     return quotient(numerator, static_cast<wide_int>(across) * length * (length * length - 1));
 }
 
-row_sums sums_of(std::span<const std::int16_t> row) noexcept
-{
-#if defined(__x86_64__)
-    if (has_vbmi()) return simd::sum_row_avx512(row);
-    if (has_avx2()) return simd::sum_row_avx2(row);
-#endif
-    return sum_row(row);
-}
-
 std::size_t full_lanes(power_sums& sums, std::span<const std::int16_t> row, double offset, double slope) noexcept
 {
 #if defined(__x86_64__)
@@ -91,7 +82,7 @@ plane_of_image fit_plane(std::span<const std::int16_t> samples, int width) noexc
         const auto row = samples.subspan(static_cast<std::size_t>(y) * columns, columns);
         const height_range range = find_range(row);
         out.range = {std::min(out.range.minimum, range.minimum), std::max(out.range.maximum, range.maximum)};
-        const row_sums sums = sums_of(row);
+        const row_sums sums = sum_row(row);
         sum += sums.sum;
         momentX += sums.moment;
         momentY += static_cast<wide_int>(y) * sums.sum;

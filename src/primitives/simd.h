@@ -1,9 +1,12 @@
 #pragma once
+#include "primitives/byte_mask.h"
 #include "primitives/color_map.h"
 #include "primitives/line_fit.h"
 #include "primitives/plane_moments.h"
 #include "primitives/range.h"
 #include "primitives/resample.h"
+#include "primitives/thinning.h"
+#include "primitives/threshold.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -31,6 +34,19 @@ void paint_24_avx512(std::span<const std::uint8_t> bytes, const color_lookup& co
 
 row_sums sum_row_avx2(std::span<const std::int16_t> row) noexcept;
 row_sums sum_row_avx512(std::span<const std::int16_t> row) noexcept;
+
+void threshold_row_avx2(std::span<const std::int16_t> heights, std::int16_t threshold, std::uint64_t* bits) noexcept;
+void threshold_row_avx512(std::span<const std::int16_t> heights, std::int16_t threshold, std::uint64_t* bits) noexcept;
+run_sums sum_run_avx2(std::span<const std::int16_t> heights) noexcept;
+run_sums sum_run_avx512(std::span<const std::int16_t> heights) noexcept;
+
+/// One step on a whole mask. \return whether something was taken away
+bool thinning_step_avx2(const thinning_step& step) noexcept;
+bool thinning_step_avx512(const thinning_step& step) noexcept;
+void pack_bytes_avx2(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept;
+void pack_bytes_avx512(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept;
+void keep_bytes_avx2(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
+void keep_bytes_avx512(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
 
 /// Exact for rows of at most 2^19 values.
 flattened_range flatten_row_avx2(std::span<const std::int16_t> row, float* out) noexcept;

@@ -1,0 +1,160 @@
+// vldv features: the areas of surfaces above a threshold, and ten measurements of each.
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/feature_output.h"
+#include "cli/frame_choice.h"
+#include "cli/picture_options.h"
+#include "cli/result_files.h"
+#include "output/picture_writer.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <optional>
+#include <span>
+#include <thread>
+
+namespace cli {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+struct feature_options {
+    std::vector<std::string> files;
+    frame_choice choice;
+    std::optional<double> level; ///< none: automatic
+    std::optional<CRect> rect;   ///< none: the whole image
+    std::string csv, mask;
+    bool asJson = false;
+};
+
+/// \throws std::runtime_error when the rectangle lies outside
+CRect working_rectangle(const std::optional<CRect>& asked, int width, int height)
+{
+    const CRect whole(0, 0, width, height);
+    if (!asked) return whole;
+    CRect rect = *asked, common;
+    rect.NormalizeRect();
+    if (!common.IntersectRect(rect, whole))
+        throw std::runtime_error(base::formatted("--rect %d,%d,%d,%d lies outside of the image of %d x %d samples",
+                                                 rect.left, rect.top, rect.right, rect.bottom, width, height));
+    return common;
+}
+
+frame_features find_features(const CStorageDoc& document, const frame& which, const feature_options& options)
+{
+    const SPMDataStream& stream = document.getImage(which.image);
+    const int width = static_cast<int>(stream.get_dimension(0).length);
+    const int height = static_cast<int>(stream.get_dimension(1).length);
+    frame_features made;
+    made.working = working_rectangle(options.rect, width, height);
+    made.axes = {document.getAxis(which.image, 0, 0), document.getAxis(which.image, 0, 1),
+                 document.getAxis(which.image, 0, unsigned(-1))};
+    const primitives::const_height_block whole{frame_samples(document, which).data(), width, height, 2 * width};
+    const primitives::const_height_block block{whole.row(made.working.top) + made.working.left, made.working.Width(),
+                                               made.working.Height(), whole.step};
+    made.levels = spectra::find_levels(block, options.level);
+    primitives::bit_image mask;
+    made.list = spectra::feature_list::above(made.levels.threshold,
+                                             {block, made.working.TopLeft(), made.axes, made.levels.zeroLevel}, mask,
+                                             std::max(std::thread::hardware_concurrency(), 1u));
+    return made;
+}
+
+/// The files that a call writes besides what it prints.
+class feature_files {
+public:
+    feature_files(session& call, const feature_options& options) : oneFile(call.files().size() == 1)
+    {
+        if (!options.csv.empty()) tables.emplace(call, options.csv, ".csv");
+        if (!options.mask.empty()) masks.emplace(call, options.mask, ".png");
+    }
+    /// Adds the names of what it wrote.
+    void write(const frame_features& made, const frame& which, bool alone, const std::wstring& input, json& entry)
+    {
+        const std::string suffix = base::formatted("-%u-%u", which.image, which.sub);
+        const auto save = [&](result_files& files, const char* kind, std::span<const std::byte> bytes) {
+            const std::filesystem::path path = files.next(input, suffix, alone && oneFile);
+            output::save_file_atomically(path, bytes);
+            entry[kind] = path.native();
+        };
+        if (tables) {
+            const std::string text = features_csv(made);
+            save(*tables, "csv", std::as_bytes(std::span(text)));
+        }
+        if (masks) save(*masks, "mask", features_png(made));
+    }
+
+private:
+    bool oneFile;
+    std::optional<result_files> tables, masks;
+};
+
+json treat(const CStorageDoc& document, const std::wstring& path, const feature_options& options, feature_files& files)
+{
+    std::string problem;
+    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface, problem);
+    if (!problem.empty()) throw std::runtime_error(problem);
+    json images = json::array();
+    std::string text = base::narrow(path) + '\n';
+    for (const frame& each : frames) {
+        const frame_features made = find_features(document, each, options);
+        json entry = {{"id", document.getImage(each.image).get_name()}, {"image", each.image}, {"subimage", each.sub}};
+        files.write(made, each, frames.size() == 1, path, entry);
+        if (options.asJson)
+            entry.update(features_json(made));
+        else
+            text += "  " + frame_title(document, each) + '\n' + features_text(made);
+        images.push_back(std::move(entry));
+    }
+    if (!options.asJson) std::cout << text;
+    return {{"path", base::narrow(path)}, {"images", std::move(images)}};
+}
+
+int run(const feature_options& options)
+{
+    session call;
+    call.setFiles(options.files);
+    feature_files outputs(call, options);
+    json files = json::array();
+    call.forEachDocument([&](CStorageDoc& document,
+                             const std::wstring& path) { files.push_back(treat(document, path, options, outputs)); },
+                         [&](const std::wstring& path, const std::string& reason) {
+                             files.push_back({{"path", base::narrow(path)}, {"error", reason}});
+                         });
+    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    return call.status();
+}
+
+} // namespace
+
+void add_features(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<feature_options>();
+    CLI::App* command = app.add_subcommand("features", "Find and measure what rises above a threshold");
+    command->add_option("files", options->files, "Files to open")->required();
+    add_frame_options(*command, options->choice);
+    command
+        ->add_option_function<std::string>(
+            "--level", [options](const std::string& text) { options->level = base::whole_number(text); },
+            "Threshold as a share of the range, from 0 to 1 (default: automatic)")
+        ->check([](const std::string& text) {
+            const auto level = base::whole_number(text);
+            return level && *level >= 0.0 && *level <= 1.0 ? "" : "expected a number from 0 to 1";
+        });
+    command
+        ->add_option_function<std::string>(
+            "--rect",
+            [options](const std::string& text) {
+                const auto sides = *parse_rectangle(text);
+                options->rect = CRect(sides[0], sides[1], sides[2], sides[3]);
+            },
+            "Part of the image LEFT,TOP,RIGHT,BOTTOM, right and bottom outside (default: all)")
+        ->check([](const std::string& text) { return parse_rectangle(text) ? "" : "expected LEFT,TOP,RIGHT,BOTTOM"; });
+    command->add_option("--csv", options->csv, "Table for a spreadsheet; a folder for several");
+    command->add_option("--mask", options->mask, "Picture (png) of the features; a folder for several");
+    command->add_flag("--json", options->asJson, "Print JSON");
+    command->callback([options, &status] { status = run(*options); });
+}
+
+} // namespace cli

@@ -1,0 +1,194 @@
+// vldv steps: the edges of terraces, followed from scan line to scan line.
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/frame_choice.h"
+#include "cli/result_files.h"
+#include "surface/step_results.h"
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <iostream>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
+
+namespace cli {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+struct step_options {
+    std::vector<std::string> files;
+    frame_choice choice;
+    surface::steps_direction direction = surface::steps_direction::rightToLeft;
+    double threshold = 1.0;
+    std::optional<int> slope, startRows, gap; ///< none: from the size of the image
+    int startRow = 0, endRow = 0;
+    std::string output;
+    bool asJson = false;
+};
+
+surface::step_settings settings_for(const step_options& options, const surface::sample_frame& frame)
+{
+    surface::step_settings made = surface::step_settings::proposed(frame.width, frame.height);
+    made.direction = options.direction;
+    made.threshold = options.threshold;
+    made.leftBorder = std::min(options.slope.value_or(made.leftBorder), (frame.width - 1) / 2);
+    made.searchRows = options.startRows.value_or(made.searchRows);
+    made.gap = options.gap.value_or(made.gap);
+    made.startRow = options.startRow;
+    made.endRow = options.endRow;
+    return made;
+}
+
+struct frame_steps {
+    frame which;
+    surface::step_settings settings;
+    std::deque<surface::surface_step> steps;
+};
+
+std::vector<frame_steps> find_all(const CStorageDoc& document, const step_options& options)
+{
+    std::string problem;
+    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface, problem);
+    if (!problem.empty()) throw std::runtime_error(problem);
+    std::vector<frame_steps> found;
+    for (const frame& each : frames) {
+        const SPMDataStream& stream = document.getImage(each.image);
+        const surface::sample_frame frame{frame_samples(document, each),
+                                          static_cast<int>(stream.get_dimension(0).length),
+                                          static_cast<int>(stream.get_dimension(1).length)};
+        const surface::step_settings settings = settings_for(options, frame);
+        found.push_back({each, settings, surface::find_steps(frame, settings)});
+    }
+    return found;
+}
+
+/// Puts the steps into the document in place of those of earlier searches.
+void store(CStorageDoc& document, const std::vector<frame_steps>& found)
+{
+    const auto isResult = [&document](unsigned image) {
+        return std::string_view(document.getImage(image).get_name()).starts_with("step");
+    };
+    std::vector<unsigned> places; // of the images, once the old results are gone
+    for (unsigned image = 0, place = 0; image < document.getImagesNumber(); ++image)
+        places.push_back(isResult(image) ? place : place++);
+    for (const frame_steps& each : found)
+        if (isResult(each.which.image))
+            throw std::runtime_error(base::formatted("image %u: its name begins with \"step\", so it would be removed "
+                                                     "with the results of earlier searches",
+                                                     each.which.image));
+    surface::remove_step_images(document);
+    unsigned number = 0;
+    for (const frame_steps& each : found)
+        number = surface::add_step_images(document, places[each.which.image], each.steps, each.settings, number);
+}
+
+json to_json(const surface::surface_step& step)
+{
+    json points = json::array();
+    for (const auto [row, column] : step) points.push_back(json::array({row, column}));
+    return points;
+}
+
+json images_json(const CStorageDoc& document, const std::vector<frame_steps>& found)
+{
+    json images = json::array();
+    for (const frame_steps& each : found) {
+        json steps = json::array();
+        for (const surface::surface_step& step : each.steps) steps.push_back(to_json(step));
+        images.push_back({{"id", document.getImage(each.which.image).get_name()},
+                          {"image", each.which.image},
+                          {"subimage", each.which.sub},
+                          {"steps", std::move(steps)}});
+    }
+    return images;
+}
+
+std::string to_text(const CStorageDoc& document, const std::vector<frame_steps>& found)
+{
+    std::string text;
+    for (const frame_steps& each : found) {
+        text += "  " + frame_title(document, each.which) + base::formatted(", %zu steps\n", each.steps.size());
+        std::size_t number = 0;
+        for (const surface::surface_step& step : each.steps) {
+            double sum = 0.0;
+            for (const surface::step_point& point : step) sum += point.column;
+            text += base::formatted("    step %zu: rows %d to %d, columns %d to %d, mean %s\n", ++number,
+                                    step.front().row, step.back().row, step.front().column, step.back().column,
+                                    base::general(sum / static_cast<double>(step.size())).c_str());
+        }
+    }
+    return text;
+}
+
+json treat(CStorageDoc& document, const std::wstring& path, const step_options& options,
+           std::optional<result_files>& outputs)
+{
+    const std::vector<frame_steps> found = find_all(document, options);
+    json entry = {{"path", base::narrow(path)}};
+    json images = images_json(document, found);
+    const std::string text = base::narrow(path) + '\n' + to_text(document, found);
+    if (outputs) {
+        store(document, found);
+        entry["output"] = outputs->save(document, path);
+    }
+    entry["images"] = std::move(images);
+    if (!options.asJson) std::cout << text;
+    return entry;
+}
+
+int run(const step_options& options)
+{
+    session call;
+    call.setFiles(options.files);
+    std::optional<result_files> outputs;
+    if (!options.output.empty()) outputs.emplace(call, options.output, ".spm");
+    json files = json::array();
+    call.forEachDocument([&](CStorageDoc& document,
+                             const std::wstring& path) { files.push_back(treat(document, path, options, outputs)); },
+                         [&](const std::wstring& path, const std::string& reason) {
+                             files.push_back({{"path", base::narrow(path)}, {"error", reason}});
+                         });
+    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    return call.status();
+}
+
+} // namespace
+
+void add_steps(CLI::App& app, int& status)
+{
+    auto options = std::make_shared<step_options>();
+    CLI::App* command = app.add_subcommand("steps", "Find and follow the edges of terraces");
+    command->add_option("files", options->files, "Files to open")->required();
+    add_frame_options(*command, options->choice);
+    const std::map<std::string, surface::steps_direction> directions = {{"ltr", surface::steps_direction::leftToRight},
+                                                                        {"rtl", surface::steps_direction::rightToLeft}};
+    command
+        ->add_option("--direction", options->direction,
+                     "Edges that fall along the rows (ltr), or that rise (rtl, default)")
+        ->transform(CLI::CheckedTransformer(directions, CLI::ignore_case));
+    command
+        ->add_option_function<std::string>(
+            "--threshold", [options](const std::string& text) { options->threshold = *base::whole_number(text); },
+            "Standard deviations that an edge is steeper than the mean (default: 1)")
+        ->check([](const std::string& text) {
+            const auto number = base::whole_number(text);
+            return number && *number >= 0.0 && std::isfinite(*number) ? "" : "expected a number of at least 0";
+        });
+    command->add_option("--slope", options->slope, "Columns to either side with nothing steeper (default: width / 32)")
+        ->check(CLI::NonNegativeNumber);
+    command->add_option("--start-rows", options->startRows, "Rows in which edges begin (default: height / 13)")
+        ->check(CLI::PositiveNumber);
+    command->add_option("--gap", options->gap, "Rows that an edge may be missing (default: height / 100)")
+        ->check(CLI::PositiveNumber);
+    command->add_option("--start-row", options->startRow, "First row")->check(CLI::NonNegativeNumber);
+    command->add_option("--end-row", options->endRow, "Rows left out at the end")->check(CLI::NonNegativeNumber);
+    command->add_option("-o,--output", options->output, "Document with an image for each step; a folder for several");
+    command->add_flag("--json", options->asJson, "Print JSON");
+    command->callback([options, &status] { status = run(*options); });
+}
+
+} // namespace cli

@@ -1,0 +1,30 @@
+#pragma once
+#include "platform/geometry.h"
+#include "spectra/feature_levels.h"
+#include "spectra/feature_list.h"
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// The features of a frame, as every output tells them.
+struct frame_features {
+    CRect working; ///< rectangle of the frame that was looked at
+    spectra::feature_axes axes;
+    spectra::feature_levels levels;
+    spectra::feature_list list;
+};
+
+/// "threshold", "zero_level", "metrics", "features" and "dropped".
+nlohmann::ordered_json features_json(const frame_features& made);
+/// A table with a feature a line, in columns.
+std::string features_text(const frame_features& made);
+/// The same for a spreadsheet: comma-separated values, names in the first line.
+std::string features_csv(const frame_features& made);
+/// A picture of the rectangle with the features white on black, the lowest row at the bottom, as a PNG file.
+/// \throws std::runtime_error with the reason
+std::vector<std::byte> features_png(const frame_features& made);
+
+} // namespace cli

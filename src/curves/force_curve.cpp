@@ -1,0 +1,102 @@
+#include "curves/force_curve.h"
+
+#include "curves/force_stretches.h"
+#include "primitives/linear_fit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+struct line_of_stretch {
+    double a = 0.0, b = 0.0, rms = 0.0;
+};
+
+/// The line through the values from `first` to `last`, both included. \param rest  room for as many
+line_of_stretch fit_stretch(const double* y, int first, int last, double* rest) noexcept
+{
+    const int count = last - first + 1;
+    std::copy_n(y + first, count, rest);
+    linear_fit line;
+    remove_plane(rest, 1, count, &line);
+    double powers[2];
+    moments(powers, 2, rest, count, 1);
+    return {line.A - first * line.B, line.B, curves::deviation(powers[1], powers[0])};
+}
+
+} // namespace
+
+void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
+                           force_curve_stats& stats)
+{
+    stats.clear();
+    if (n <= 0) return;
+    std::vector<double> work(static_cast<std::size_t>(n));
+    curves::curve_smoother(n).smooth(y, work.data());
+    curves::take_steps(work.data(), n);
+    curves::filter_spikes(work.data(), n);
+    const double spread = curves::spread_of(work.data(), n);
+    const auto [slant, zero] = curves::find_stretches(work.data(), n, spread, zeroThreshold, slantThreshold);
+    if (slant.isFound()) {
+        const line_of_stretch line = fit_stretch(y, slant.first, slant.last, work.data());
+        stats.slant_a = line.a;
+        stats.slant_b = line.b;
+        stats.slant_rms = line.rms;
+        stats.slant_first = slant.first;
+        stats.slant_last = slant.last;
+    }
+    stats.zero_first = zero.first;
+    stats.zero_last = zero.last;
+    if (zero.isFound()) {
+        const line_of_stretch line = fit_stretch(y, zero.first, zero.last, work.data());
+        stats.zero_a = line.a;
+        stats.zero_b = line.b;
+        stats.zero_rms = line.rms;
+    }
+    stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
+}
+
+void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window, const double* x)
+{
+    const std::int64_t w = std::max(window, 0), width = 2 * w + 1;
+    const std::int64_t end = std::min<std::int64_t>(stats.zero_first + w, n);
+    const auto rest = [&](std::int64_t i) {
+        return y[i] - stats.zero_a - stats.zero_b * (x ? x[i] : static_cast<double>(i));
+    };
+    for (std::int64_t i = std::max<std::int64_t>(stats.slant_last - w, 0); end > i + width;) {
+        std::int64_t lowest = 0;
+        for (std::int64_t k = 1; k < width; ++k)
+            if (rest(i + k) < rest(i + lowest)) lowest = k;
+        if (lowest == w) stats.local_minima.push_back(static_cast<std::int32_t>(i + w));
+        // Behind the lowest of the first half no sample before the window's end can be the next; one of the second
+        // half comes to the middle.
+        i += lowest <= w ? lowest + 1 : lowest - w;
+    }
+}
+
+namespace curves {
+
+double force_slope(const force_curve_stats& stats, double positionScale) noexcept
+{
+    return (stats.slant_b - stats.zero_b) / positionScale;
+}
+
+double slope_angle(double slope) noexcept { return std::atan(std::fabs(slope)) * 180.0 / std::numbers::pi; }
+
+double force_minimum(const double* y, const force_curve_stats& stats) noexcept
+{
+    return y[stats.min_index] - stats.zeroAt(stats.min_index);
+}
+
+double valley_area(const std::int16_t* raw, raw_scale values, double positionScale, const force_curve_stats& stats,
+                   force_curve_stats::valley valley) noexcept
+{
+    const auto [a, b] = valley;
+    double sum = 0.0;
+    for (int i = a + 1; i < b; ++i) sum += stats.zeroAt(i) - (raw[i] * values.scale + values.zero);
+    const double ends = stats.zeroAt((a + b) * 0.5) - values.zero - (raw[a] + raw[b]) * values.scale * 0.5;
+    return positionScale * (sum + ends);
+}
+
+} // namespace curves

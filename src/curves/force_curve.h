@@ -1,0 +1,46 @@
+#pragma once
+#include "curves/force_curve_stats.h"
+
+// Analysis of force curves: functions on physical values in order of the samples, contact first.
+
+/// Finds the slant and the zero stretch and fits their lines. The curve is smoothed (means of 3 samples up to 64, of 5
+/// up to 256, else a spline of a span for each 64) for the search alone; lines are fitted to the values as they are.
+/// Thresholds multiply what the steps between samples are compared with: a larger `slantThreshold` takes gentler steps
+/// for contact, a larger `zeroThreshold` rougher ones for the free stretch. A zero stretch that reaches sample 0 is
+/// refused. All of `stats` is replaced. \throws std::bad_alloc
+void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
+                           force_curve_stats& stats);
+
+/// The same for y over x: stretches are those of dY/dX, lines are fitted over x and their intercepts lie at x = 0.
+/// Steps without a dX belong to no stretch. A curve of fewer than 3 samples leaves `stats` cleared. Thresholds come in
+/// the other order.
+void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
+                                force_curve_stats& stats);
+
+/// Appends to `local_minima` the samples that lie lowest, above the zero line, within `window` samples to either side,
+/// from the end of the slant stretch to the begin of the zero stretch. \param x  positions of the samples, along which
+/// the zero line then runs; null for their numbers
+void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window, const double* x = nullptr);
+
+/// Finds the valleys between the contact and the zero stretch: dips below the zero line, each cut off at equal heights
+/// on both flanks. Without both stretches, or without a valley, `stats` stays as it is.
+void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats);
+
+namespace curves {
+
+/// Slope of the contact against the zero line, in units of the values over those of the position.
+double force_slope(const force_curve_stats& stats, double positionScale) noexcept;
+/// The angle of a slope, in degrees.
+double slope_angle(double slope) noexcept;
+/// The smallest value above the zero line: negative for adhesion.
+double force_minimum(const double* y, const force_curve_stats& stats) noexcept;
+
+/// How raw samples become heights: raw * scale + zero.
+struct raw_scale {
+    double scale = 1.0, zero = 0.0;
+};
+/// Area between the zero line and the curve over a valley, in units of values times position.
+double valley_area(const std::int16_t* raw, raw_scale values, double positionScale, const force_curve_stats& stats,
+                   force_curve_stats::valley valley) noexcept;
+
+} // namespace curves

@@ -1,0 +1,63 @@
+#include "curves/math_function.h"
+
+#include "curves/physical.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace curves {
+
+physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
+                              curve_function function, void* parameter)
+{
+    physical_curves out{physical_floats(section.all(), values), section.length, values.get_units()};
+    // Each curve sees the units of the source; those that the last leaves count.
+    const std::string units = out.units;
+    for (unsigned k = 0; k < section.curves; ++k) {
+        out.units = units;
+        function(out.values.data() + std::size_t{k} * out.length, static_cast<int>(out.length), values, positions,
+                 out.units, parameter);
+    }
+    return out;
+}
+
+packed_curves pack_curves(std::span<const float> values)
+{
+    packed_curves out;
+    if (values.empty()) return out;
+    double sum = 0.0;
+    for (const float value : values) sum += static_cast<double>(value);
+    const double mean = sum / static_cast<double>(values.size());
+    const auto [least, most] = std::ranges::minmax(values);
+    const double below = static_cast<double>(least) - mean, above = static_cast<double>(most) - mean;
+    const double farthest = std::fabs(below) <= std::fabs(above) ? above : below;
+    int exponent = 0;
+    if (std::isfinite(farthest)) std::frexp(std::fabs(farthest), &exponent);
+    out.step = std::ldexp(1.0, exponent - 15);
+    if (std::isfinite(mean)) out.zero = std::rint(mean / out.step) * out.step;
+
+    out.samples.reserve(values.size());
+    for (const float value : values) {
+        const double steps = std::nearbyint((static_cast<double>(value) - out.zero) / out.step);
+        out.samples.push_back(static_cast<std::int16_t>(steps == steps ? std::clamp(steps, -32768.0, 32767.0) : 0.0));
+    }
+    return out;
+}
+
+SPMDataStream curves_stream(const SPMDataStream& source, const physical_curves& curves, const VLAxis& positions)
+{
+    const packed_curves packed = pack_curves(curves.values);
+    SPMDataStream out;
+    out.Init("img0", source.get_description(), SPM_VAR_ARRAY, static_cast<unsigned>(packed.samples.size()),
+             static_cast<unsigned>(sizeof(std::int16_t)));
+    out.set_array_type(SPM_ARRAY_INT16);
+    out.set_array(packed.samples.data(), static_cast<unsigned>(packed.samples.size()), 0);
+    out.values.set_axis(0, VLAxis(packed.zero, packed.step, curves.units.c_str()));
+    SPMDataStream::dimension along;
+    along.length = curves.length;
+    along.set_axis(0, positions);
+    out.set_dimension(0, along);
+    return out;
+}
+
+} // namespace curves

@@ -1,0 +1,40 @@
+#pragma once
+#include "base/SPMDataStream.h"
+#include "curves/curve_functions.h"
+#include "curves/profile.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace curves {
+
+/// Curves in physical units, one behind the other.
+struct physical_curves {
+    std::vector<float> values;
+    std::uint32_t length = 0; ///< of one curve
+    std::string units;
+
+    std::span<const float> curve(unsigned index) const noexcept
+    {
+        return {values.data() + std::size_t{index} * length, length};
+    }
+};
+/// Applies a function to each curve of a section.
+physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
+                              curve_function function, void* parameter);
+
+/// Numbers as 16-bit samples: value = zero + sample * step.
+struct packed_curves {
+    std::vector<std::int16_t> samples;
+    double zero = 0.0, step = 1.0;
+};
+/// Packs numbers around their mean with one step for all, the power of two with which the number farthest from the
+/// mean takes 2^14 to 2^15 steps; zero is a whole number of steps. Halves go to even. NaN becomes zero.
+packed_curves pack_curves(std::span<const float> values);
+
+/// The image of curves that were computed from one: named "img0", with its label.
+SPMDataStream curves_stream(const SPMDataStream& source, const physical_curves& curves, const VLAxis& positions);
+
+} // namespace curves

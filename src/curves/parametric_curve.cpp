@@ -1,0 +1,108 @@
+#include "curves/force_curve.h"
+#include "curves/force_stretches.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+/// Smoothed steps from sample to sample, freed of spikes. Values count from the first: those that stand still have
+/// steps of exactly 0.
+std::vector<double> steps_of(const double* values, int n)
+{
+    std::vector<double> steps(static_cast<std::size_t>(n)), moved(values, values + n);
+    for (double& value : moved) value -= values[0];
+    curves::curve_smoother(n).smooth(moved.data(), steps.data());
+    curves::take_steps(steps.data(), n);
+    curves::filter_spikes(steps.data(), n);
+    return steps;
+}
+
+/// dY/dX, and NaN where there is no dX: it is on neither side of any threshold.
+struct slopes {
+    std::vector<double> values;
+    double spread = 0.0;
+};
+
+slopes slopes_of(const double* x, const double* y, int n)
+{
+    slopes out{steps_of(y, n), 0.0};
+    const std::vector<double> along = steps_of(x, n);
+    double sum = 0.0, squares = 0.0, count = 0.0;
+    for (std::size_t i = 0; i < out.values.size(); ++i) {
+        double& slope = out.values[i];
+        slope /= along[i];
+        if (!std::isfinite(slope)) {
+            slope = std::numeric_limits<double>::quiet_NaN();
+            continue;
+        }
+        sum += slope;
+        squares += slope * slope;
+        ++count;
+    }
+    if (count > 0.0) out.spread = curves::deviation(squares / count, sum / count);
+    return out;
+}
+
+struct line_over_x {
+    double a = 0.0, b = 0.0, rms = 0.0;
+};
+
+/// The line of y over x through the samples from `first` to `last`. Positions that are all equal give no slope.
+line_over_x fit_over(const double* x, const double* y, int first, int last) noexcept
+{
+    const double count = last - first + 1.0;
+    double meanX = 0.0, meanY = 0.0;
+    for (int i = first; i <= last; ++i) {
+        meanX += (x[i] - x[first]) / count;
+        meanY += (y[i] - y[first]) / count;
+    }
+    meanX += x[first];
+    meanY += y[first];
+    double spread = 0.0, product = 0.0;
+    for (int i = first; i <= last; ++i) {
+        spread += (x[i] - meanX) * (x[i] - meanX);
+        product += (x[i] - meanX) * (y[i] - meanY);
+    }
+    line_over_x line;
+    line.b = spread > 0.0 ? product / spread : 0.0;
+    line.a = meanY - line.b * meanX;
+    double sum = 0.0, squares = 0.0;
+    for (int i = first; i <= last; ++i) {
+        const double rest = y[i] - meanY - line.b * (x[i] - meanX);
+        sum += rest;
+        squares += rest * rest;
+    }
+    line.rms = curves::deviation(squares / count, sum / count);
+    return line;
+}
+
+} // namespace
+
+void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
+                                force_curve_stats& stats)
+{
+    stats.clear();
+    if (n < 3) return;
+    const slopes found = slopes_of(x, y, n);
+    const auto [slant, zero] =
+        curves::find_stretches(found.values.data(), n, found.spread, zeroThreshold, slantThreshold);
+    if (slant.isFound()) {
+        const line_over_x line = fit_over(x, y, slant.first, slant.last);
+        stats.slant_a = line.a;
+        stats.slant_b = line.b;
+        stats.slant_rms = line.rms;
+        stats.slant_first = slant.first;
+        stats.slant_last = slant.last;
+    }
+    stats.zero_first = zero.first;
+    stats.zero_last = zero.last;
+    if (zero.isFound()) {
+        const line_over_x line = fit_over(x, y, zero.first, zero.last);
+        stats.zero_a = line.a;
+        stats.zero_b = line.b;
+        stats.zero_rms = line.rms;
+    }
+    stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
+}

@@ -1,0 +1,15 @@
+#pragma once
+#include <cstdint>
+#include <span>
+#include <vector>
+
+class VLAxis;
+
+namespace curves {
+
+/// The values of raw samples: raw * scale + start, all in single precision.
+std::vector<float> physical_floats(std::span<const std::int16_t> raw, const VLAxis& values);
+/// The same in double precision.
+std::vector<double> physical_values(std::span<const std::int16_t> raw, const VLAxis& values);
+
+} // namespace curves

@@ -1,0 +1,61 @@
+#pragma once
+#include "base/SPMDataStream.h"
+
+#include <cstdint>
+#include <set>
+#include <span>
+#include <vector>
+
+namespace curves {
+
+/// A sample of a stream: one index a dimension, in the stream's order.
+using grid_point = std::vector<std::int32_t>;
+
+/// What is needed to read the samples of a stream; all else follows from it.
+struct grid {
+    std::vector<std::int64_t> lengths; ///< of the dimensions
+    std::int64_t subLength = 0;        ///< samples of a sub-image
+    unsigned subImages = 0;
+
+    explicit grid(const SPMDataStream& stream);
+    bool isEmpty() const noexcept { return subImages == 0; }
+    std::size_t dimensions() const noexcept { return lengths.size(); }
+};
+
+/// The curves along a line through an image, one a sub-image.
+struct profile {
+    std::vector<std::uint32_t> segmentLengths; ///< samples from each point to the next, both included
+    std::set<std::int32_t> varyingDimensions;  ///< those along which the line runs
+    std::uint32_t length = 0;                  ///< samples of one curve; a joint of two segments counts once
+    std::vector<std::int16_t> samples;         ///< curve behind curve; may hold more than the curves need
+    unsigned curves = 0;
+    /// Meaning of the samples: of the image, or of its conversion to 16 bits.
+    VLAxesContainer values;
+
+    bool isEmpty() const noexcept { return curves == 0; }
+    std::span<const std::int16_t> curve(unsigned index) const noexcept
+    {
+        return {samples.data() + std::size_t{index} * length, length};
+    }
+    std::span<const std::int16_t> all() const noexcept { return {samples.data(), std::size_t{curves} * length}; }
+    /// The dimension whose axes give the positions.
+    unsigned dimension() const noexcept
+    {
+        return varyingDimensions.empty() ? 0 : static_cast<unsigned>(*varyingDimensions.begin());
+    }
+};
+
+/// Takes the curves along the line through `points` into `out`, whose memory is used again; empty for an image without
+/// samples, and for fewer than two points. Points are brought into the image; a one-dimensional image with fewer than
+/// 3 of them is taken from its first sample to its last, and `points` says so afterwards. The nearest sample counts,
+/// nothing is interpolated.
+/// \param halfWidth  in images of two dimensions each sample is the mean of so many on either side, across the line,
+/// and of itself; beyond the edge the last sample repeats
+/// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
+void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out);
+
+/// The sample of the image under a sample of the curve, between the ends of its segment.
+grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,
+                           std::int64_t sample);
+
+} // namespace curves

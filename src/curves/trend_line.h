@@ -1,0 +1,20 @@
+#pragma once
+#include "primitives/linear_fit.h"
+
+#include <cstdint>
+#include <span>
+
+class VLAxis;
+
+namespace curves {
+
+/// The line A + B * sample through a curve.
+struct trend_line {
+    linear_fit line;
+    double r2 = 1.0; ///< share of the variance that the line explains; 1 for a curve without any
+    double sd = 0.0; ///< standard deviation from the line, over n - 1
+};
+trend_line fit_trend(std::span<const double> y);
+trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values);
+
+} // namespace curves

@@ -1,0 +1,88 @@
+#include "spectra/feature_edit.h"
+
+#include "base/rounding.h"
+#include "base/text.h"
+#include "primitives/range.h"
+
+#include <algorithm>
+
+namespace spectra {
+
+namespace {
+
+/// The samples of a row of the box.
+std::span<const std::int16_t> box_row(primitives::const_height_block image, const CRect& box, int y)
+{
+    return {image.row(y) + box.left, static_cast<std::size_t>(box.Width())};
+}
+
+short box_mean(primitives::const_height_block image, const CRect& box)
+{
+    std::int64_t sum = 0;
+    for (int y = box.top; y < box.bottom; ++y) sum += primitives::sum_run(box_row(image, box, y)).sum;
+    const double count = static_cast<double>(box.Width()) * box.Height();
+    return static_cast<short>(base::round_half_up(static_cast<double>(sum) / count));
+}
+
+} // namespace
+
+void flatten_feature(primitives::height_block image, const Feature& feature, short level)
+{
+    feature.pixels.forEachRun(
+        [&](int y, int left, int right) { std::fill(image.row(y) + left, image.row(y) + right, level); });
+}
+
+void fill_inner_areas(primitives::height_block image, const Feature& feature)
+{
+    // All that is no pixel, with a border around the box: the first area that a scan meets is the outside.
+    const CRect& box = feature.bounds;
+    primitives::bit_image others(box.Width() + 2, box.Height() + 2);
+    for (int y = 0; y < others.height(); ++y) others.fill(y, 0, others.width(), true);
+    const CSize offset{box.left - 1, box.top - 1};
+    feature.pixels.forEachRun(
+        [&](int y, int left, int right) { others.fill(y - offset.cy, left - offset.cx, right - offset.cx, false); });
+    primitives::connected_runs found;
+    found.find(others, {}, primitives::neighbours::overSides);
+    if (found.areas().size() < 2) return;
+    const short mean = box_mean({image.data, image.width, image.height, image.step}, box);
+    for (std::size_t hole = 1; hole < found.areas().size(); ++hole)
+        for (std::uint32_t i = found.areas()[hole].firstRun; i != primitives::connected_runs::none;
+             i = found.runs()[i].next) {
+            const primitives::connected_runs::run& run = found.runs()[i];
+            std::int16_t* const row = image.row(run.row + offset.cy) + offset.cx;
+            std::fill(row + run.left, row + run.right, mean);
+        }
+}
+
+std::optional<double> profile_height(primitives::const_height_block image, const Feature& feature, short threshold)
+{
+    double sum = 0.0;
+    int rows = 0;
+    for (int y = feature.bounds.top; y < feature.bounds.bottom; ++y) {
+        const std::int16_t highest = primitives::find_range(box_row(image, feature.bounds, y)).maximum;
+        if (highest <= threshold) continue;
+        sum += highest;
+        ++rows;
+    }
+    return rows > 0 ? std::optional(sum / rows) : std::nullopt;
+}
+
+std::optional<double> average_profile_height(primitives::const_height_block image,
+                                             std::span<const Feature* const> features, short threshold)
+{
+    double sum = 0.0;
+    std::size_t count = 0;
+    for (const Feature* const feature : features)
+        if (const auto height = profile_height(image, *feature, threshold)) {
+            sum += *height;
+            ++count;
+        }
+    return count > 0 ? std::optional(sum / static_cast<double>(count)) : std::nullopt;
+}
+
+std::string profile_height_text(double average, short zeroLevel, const VLAxis& heights)
+{
+    return std::string("<H>, ") + heights.get_units() + ": " + base::general((average - zeroLevel) * heights.scale);
+}
+
+} // namespace spectra

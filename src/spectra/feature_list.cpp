@@ -1,0 +1,106 @@
+#include "spectra/feature_list.h"
+
+#include "primitives/boundary.h"
+#include "primitives/parallel.h"
+#include "primitives/thinning.h"
+
+#include <bit>
+
+namespace spectra {
+
+namespace {
+
+using primitives::bit_strips;
+using primitives::connected_runs;
+
+/// Works out one feature after another; what it needs for that is kept from one to the next.
+class feature_drawer {
+public:
+    feature_drawer(const connected_runs& found_, const feature_source& source_) : found(found_), source(source_) {}
+
+    Feature draw(const connected_runs::area& area)
+    {
+        corner = {area.left - 1, area.top - 1}; // a border of clear samples around the box
+        mask.assign(area.right - area.left + 2, area.bottom - area.top + 2);
+        for (std::uint32_t i = area.firstRun; i != connected_runs::none; i = found.runs()[i].next) {
+            const connected_runs::run& run = found.runs()[i];
+            mask.set(run.row - corner.y, run.left - corner.x, run.right - corner.x);
+        }
+        const connected_runs::run& first = found.runs()[area.firstRun];
+        Feature feature;
+        feature.bounds = CRect(area.left, area.top, area.right, area.bottom);
+        feature.bounds.OffsetRect(source.origin.x, source.origin.y);
+        feature.pixels = pixel_list(found.runs(), area.firstRun, area.pixels, source.origin);
+        trace({first.left - corner.x, first.row - corner.y});
+        feature.contour = line;
+        const double contourLength = length();
+        thinner.thin(mask);
+        collectSkeleton(feature.skeleton);
+        trace(feature.skeleton.front() - offset());
+        const feature_figures figures{area.pixels, area.heights, contourLength, length(),
+                                      polygon_area(feature.contour)};
+        for (std::size_t i = 0; i < featureMetrics; ++i)
+            feature.metrics[i] = feature_metrics()[i].value(figures, source.axes, source.zeroLevel);
+        return feature;
+    }
+
+private:
+    CSize offset() const noexcept { return {corner.x + source.origin.x, corner.y + source.origin.y}; }
+    double length() const noexcept { return tracing_length(line, source.axes.x.scale, source.axes.y.scale); }
+    void trace(CPoint start)
+    {
+        primitives::trace_boundary(
+            start.x, start.y, [this](int x, int y) { return mask.neighbours(x, y); }, [this] { line.clear(); },
+            [this](int x, int y) { line.push_back(CPoint{x, y} + offset()); });
+    }
+    void collectSkeleton(std::vector<CPoint>& points) const
+    {
+        for (int y = 0; y < mask.height(); ++y)
+            for (int s = 0; s < mask.strips(); ++s)
+                for (std::uint64_t left = mask.strip(s)[y]; left != 0; left &= left - 1)
+                    points.push_back(CPoint{s * primitives::bitsOfWord + std::countr_zero(left), y} + offset());
+    }
+
+    const connected_runs& found;
+    const feature_source& source;
+    bit_strips mask;
+    primitives::thinner thinner;
+    CPoint corner;
+    std::vector<CPoint> line;
+};
+
+} // namespace
+
+feature_list feature_list::of_mask(const primitives::bit_image& mask, const feature_source& source, unsigned threads)
+{
+    feature_list list;
+    list.found->find(mask, source.heights);
+    list.measure(source, threads);
+    return list;
+}
+
+feature_list feature_list::above(short threshold, const feature_source& source, primitives::bit_image& mask,
+                                 unsigned threads)
+{
+    feature_list list;
+    list.found->find_above(source.heights, threshold, mask);
+    list.measure(source, threads);
+    return list;
+}
+
+void feature_list::measure(const feature_source& source, unsigned threads)
+{
+    std::vector<std::uint32_t> large;
+    for (std::uint32_t i = 0; i < found->areas().size(); ++i)
+        if (found->areas()[i].pixels > 1) large.push_back(i);
+    dropped = found->areas().size() - large.size();
+    features.resize(large.size());
+    constexpr std::size_t together = 64;
+    primitives::parallel_blocks(large.size(), together, threads, [&] {
+        return [&, drawer = feature_drawer(*found, source)](std::size_t first, std::size_t end) mutable {
+            for (std::size_t i = first; i < end; ++i) features[i] = drawer.draw(found->areas()[large[i]]);
+        };
+    });
+}
+
+} // namespace spectra

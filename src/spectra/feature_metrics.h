@@ -1,0 +1,40 @@
+#pragma once
+#include "base/VLAxis.h"
+#include "platform/geometry.h"
+#include "primitives/threshold.h"
+#include "spectra/feature.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace spectra {
+
+/// Axes of the image that features are measured with.
+struct feature_axes {
+    VLAxis x, y, z;
+};
+
+/// What the metrics of a feature are made of.
+struct feature_figures {
+    std::int64_t pixels = 0;
+    primitives::run_sums heights; ///< raw
+    double contourLength = 0.0, skeletonTracing = 0.0;
+    double contourArea = 0.0; ///< samples
+};
+
+/// A measurement of features.
+struct feature_metric {
+    const char* name;
+    std::string (*units)(const feature_axes& axes);
+    double (*value)(const feature_figures& of, const feature_axes& axes, short zeroLevel);
+};
+/// All of them, in the order of `Feature::metrics`.
+std::span<const feature_metric, featureMetrics> feature_metrics() noexcept;
+
+/// The length of a line whose points are neighbours or the same; 0 for fewer than two.
+double tracing_length(std::span<const CPoint> points, double stepX, double stepY) noexcept;
+/// The area of a polygon in samples, halves up; 0 for fewer than three points.
+double polygon_area(std::span<const CPoint> points) noexcept;
+
+} // namespace spectra

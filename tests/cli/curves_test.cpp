@@ -1,0 +1,187 @@
+// `vldv profile`, `curve` and `force` of documents whose curves are known.
+#include "document/fixtures.h"
+#include "platform/paths.h"
+#include "program_fixture.h"
+
+#include <cmath>
+#include <fstream>
+
+namespace {
+
+using json = nlohmann::json;
+
+/// A curve of 4 samples in two sub-images, a surface of 5 x 4, a volume of 60 x 3 x 2 contacts.
+void write_document(const std::filesystem::path& path)
+{
+    CHeadlessHost host;
+    CWinApp app(host);
+    CStorageDoc document;
+    SPMDataStream volume = heights("Force", {60, 3, 2});
+    auto* samples = static_cast<short*>(volume.array_data());
+    for (int curve = 0; curve < 6; ++curve)
+        for (int i = 0; i < 60; ++i) *samples++ = static_cast<short>(i < 25 ? (10 + curve) * (20 - i) : 0);
+    const SPMDataStream streams[] = {heights("Curve", {4}, 2), heights("Topo", {5, 4}), volume};
+    document.AddNewImages(streams, 3);
+    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+}
+
+class CurvesProgram : public ProgramTest {
+protected:
+    void SetUp() override { write_document(folder / "known.spm"); }
+    json filesOf(std::vector<std::string> arguments, int status = 0)
+    {
+        arguments.push_back("--json");
+        const program_result result = vldv(arguments);
+        EXPECT_EQ(result.status, status) << result.err;
+        return json::parse(result.out)["files"];
+    }
+};
+
+TEST_F(CurvesProgram, ProfilePrintsWhatASectionExports)
+{
+    EXPECT_EQ(vldv({"profile", "known.spm", "--image", "0", "--sub", "1"}).out,
+              "Dependency\nSubimage 2\nX,nm\tY,nm\n0\t-0.96\n0.25\t-0.95\n0.5\t-0.94\n0.75\t-0.93\n");
+    EXPECT_EQ(vldv({"profile", "known.spm", "--points", "1,0;1,1"}).out,
+              "\tX\tY\nPoint 1\t1\t0\nPoint 2\t1\t1\nCross-Section\nSubimage 1\nX,nm\tY,nm\n0.5\t-0.99\n0.75\t-0.94\n");
+    EXPECT_EQ(vldv({"profile", "known.spm", "none.spm"}).status, 1);
+}
+
+TEST_F(CurvesProgram, ProfileTellsMachinesTheRawSamples)
+{
+    const json curve = filesOf({"profile", "known.spm", "none.spm"}, 1);
+    ASSERT_EQ(curve.size(), 2u);
+    EXPECT_TRUE(curve[1].contains("error"));
+    EXPECT_EQ(curve[0]["length"], 4);
+    EXPECT_EQ(curve[0]["segments"], json::array({4}));
+    EXPECT_EQ(curve[0]["x"], json::parse(R"({"start":0.0,"scale":0.25,"units":"nm"})"));
+    EXPECT_EQ(curve[0]["y"]["scale"], 0.01);
+    EXPECT_EQ(curve[0]["curves"], json::parse(R"([{"subimage":0,"raw":[0,1,2,3]},{"subimage":1,"raw":[4,5,6,7]}])"));
+
+    const json line = filesOf({"profile", "known.spm", "--points", "0,0;4,0;4,3;"});
+    EXPECT_EQ(line[0]["segments"], json::array({5, 4}));
+    EXPECT_EQ(line[0]["curves"][0]["raw"], json::array({0, 1, 2, 3, 4, 9, 14, 19}));
+    // Three rows around row 1: 5 below, 5 above.
+    EXPECT_EQ(filesOf({"profile", "known.spm", "--points", "0,1;2,1", "--width", "1"})[0]["curves"][0]["raw"],
+              json::array({5, 6, 7}));
+    const json deep = filesOf({"profile", "known.spm", "--points", "0,2,1;3,2,1"});
+    EXPECT_EQ(deep[0]["image"], 2);
+    EXPECT_EQ(deep[0]["curves"][0]["raw"], json::array({300, 285, 270, 255}));
+}
+
+TEST_F(CurvesProgram, CurvesRefuseWhatTheyCannotDo)
+{
+    for (const char* points : {";", "1,a;2,3", "1,2;3", "1,2,3,4;1,2,3,4", "1,2;;3,4", "1,99999999999;2,3"})
+        EXPECT_EQ(vldv({"profile", "known.spm", "--points", points}).status, 2) << points;
+    EXPECT_EQ(vldv({"curve", "known.spm", "--op", "fold"}).status, 2);
+    EXPECT_EQ(vldv({"curve", "known.spm"}).status, 2);
+    EXPECT_EQ(vldv({"force", "known.spm", "--window", "-1"}).status, 2);
+    const std::pair<std::vector<std::string>, const char*> failures[] = {
+        {{"profile", "known.spm", "--image", "1"}, "image 1 has 2 dimensions"},
+        {{"profile", "known.spm", "--image", "9"}, "there is no image 9"},
+        {{"profile", "known.spm", "--sub", "2"}, "sub-image 2"},
+        {{"profile", "known.spm", "--points", "1,1"}, "two points"},
+        {{"force", "known.spm", "--image", "1"}, "no curves"},
+        {{"force", "known.spm", "--image", "0", "--map", "out.spm"}, "no volume"},
+        {{"force", "known.spm", "--map", "known.spm"}, "is an input"},
+    };
+    for (const auto& [arguments, reason] : failures) {
+        const program_result result = vldv(arguments);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
+        EXPECT_NE(result.err.find("known.spm"), std::string::npos);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "out.spm"));
+}
+
+TEST_F(CurvesProgram, CurveCalculates)
+{
+    const auto first = [&](const char* operation) -> json {
+        return filesOf({"curve", "known.spm", "--op", operation})[0]["curves"][0];
+    };
+    const auto expect = [&](const char* operation, const char* units, const std::vector<double>& expected) {
+        const json found = first(operation);
+        EXPECT_EQ(found["units"], units) << operation;
+        ASSERT_EQ(found["values"].size(), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_NEAR(found["values"][i].get<double>(), expected[i], 1e-6) << operation << i;
+    };
+    expect("differentiate", "nm", {0.02, 0.02, 0.02, 0.02}); // -1, -0.99, -0.98, -0.97
+    expect("structure", "nm^2", {0.0, 1e-4, 4e-4, 9e-4});
+    expect("structure-cyclic", "nm^2", {0.0, 3e-4, 4e-4, 3e-4});
+    const double whole = 1.0 + 0.99 * 0.99 + 0.98 * 0.98 + 0.97 * 0.97;
+    expect("autocorrelation", "",
+           {1.0, 4.0 / 3.0 * (0.99 + 0.99 * 0.98 + 0.98 * 0.97) / whole, 2.0 * (0.98 + 0.99 * 0.97) / whole,
+            4.0 * 0.97 / whole});
+    expect("autocorrelation-cyclic", "",
+           {1.0, (0.99 + 0.99 * 0.98 + 0.98 * 0.97 + 0.5 * 0.97) / whole, (0.98 + 0.99 * 0.97) * 1.5 / whole,
+            (0.97 + 0.5 * (0.99 + 0.99 * 0.98 + 0.98 * 0.97)) / whole});
+    const json trend = first("trend");
+    EXPECT_NEAR(trend["a"].get<double>(), -1.0, 1e-12);
+    EXPECT_NEAR(trend["b"].get<double>(), 0.01, 1e-12);
+    EXPECT_NEAR(trend["r2"].get<double>(), 1.0, 1e-12);
+    EXPECT_NEAR(trend["sd"].get<double>(), 0.0, 1e-12);
+    const json spectrum = filesOf(
+        {"curve", "known.spm", "--op", "spectrum", "--mode", "magnitude", "--points", "0,0;4,0;4,3"})[0]["curves"][0];
+    EXPECT_EQ(spectrum["spectrum"].size(), 5u);
+    EXPECT_EQ(spectrum["phase"].size(), 5u);
+    EXPECT_GT(spectrum["max"].get<double>(), 0.0);
+    EXPECT_NE(
+        vldv({"curve", "known.spm", "--op", "trend"}).out.find("Subimage\tA,nm\tB,nm\tR^2\tSD,nm\n1\t-1\t0.01\t1"),
+        std::string::npos);
+}
+
+TEST_F(CurvesProgram, ForceTellsEveryFigureOfEachCurve)
+{
+    const json images = filesOf({"force", "known.spm", "--image", "2", "--window", "5"});
+    const json& curves = images[0]["curves"];
+    ASSERT_EQ(curves.size(), 6u);
+    const json& last = curves[5];
+    EXPECT_EQ(last["x"], 2);
+    EXPECT_EQ(last["y"], 1);
+    // 15 raw steps of 0.01 nm a sample, which are 0.25 nm apart.
+    EXPECT_NEAR(last["slant_b"].get<double>(), -0.15, 1e-6);
+    EXPECT_NEAR(last["dfdz"].get<double>(), (last["slant_b"].get<double>() - last["zero_b"].get<double>()) / 0.25,
+                1e-9);
+    EXPECT_NEAR(last["angle"].get<double>(), std::atan(std::fabs(last["dfdz"].get<double>())) * 180.0 / std::acos(-1.0),
+                1e-9);
+    EXPECT_EQ(last["min_index"], 24);
+    for (const char* name : {"slant_a", "slant_rms", "slant_first", "slant_last", "zero_a", "zero_b", "zero_rms",
+                             "zero_first", "zero_last", "local_minima", "valley_count", "valleys", "areas", "fmin"})
+        EXPECT_TRUE(last.contains(name)) << name;
+    EXPECT_EQ(last["areas"].size(), last["valley_count"].get<std::size_t>());
+    const json rising = filesOf({"force", "known.spm", "--image", "0"})[0]["curves"][0]; // nothing falls
+    EXPECT_TRUE(rising["dfdz"].is_null());
+    EXPECT_TRUE(rising["angle"].is_null());
+    EXPECT_NE(vldv({"force", "known.spm", "--image", "0"}).out.find("1\tcan't evaluate\t\t"), std::string::npos);
+}
+
+TEST_F(CurvesProgram, ForceWritesTheMapsOfAVolume)
+{
+    const json written = filesOf({"force", "known.spm", "--map", "out.spm"});
+    EXPECT_EQ(written.back()["maps"], json::array({"Rigidity1", "Adhesion1"}));
+    const json images = info({"out.spm"})["files"][0]["images"];
+    ASSERT_EQ(images.size(), 5u);
+    EXPECT_EQ(images[2]["id"], "Force");
+    EXPECT_EQ(images[3]["label"], "Rigidity1");
+    EXPECT_EQ(images[3]["id"], "img3");
+    EXPECT_EQ(images[4]["label"], "Adhesion1");
+    for (const unsigned map : {3u, 4u})
+        for (const unsigned side : {0u, 1u})
+            EXPECT_EQ(images[map]["dimensions"][side], images[2]["dimensions"][side + 1]);
+    // Rigidity in thousandths: -0.01 (10 + curve) nm over 0.25 nm, X running first.
+    std::istringstream rows(vldv({"dump", "out.spm", "--image", "3"}).out);
+    const json curves = filesOf({"force", "known.spm", "--image", "2"})[0]["curves"];
+    for (int curve = 0; curve < 6; ++curve) {
+        int raw = 0;
+        rows >> raw;
+        EXPECT_NEAR(raw, -40 * (10 + curve), 25) << curve;
+        EXPECT_NEAR(raw, 1000.0 * curves[std::size_t(curve)]["dfdz"].get<double>(), 0.5) << curve;
+    }
+    EXPECT_EQ(vldv({"force", "known.spm", "--map", "maps"}).status, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder / "maps" / "known.spm"));
+    write_document(folder / "again.spm");
+    EXPECT_EQ(vldv({"force", "known.spm", "again.spm", "--map", "both.spm"}).status, 0);
+    for (const char* name : {"both-known.spm", "both-again.spm"}) EXPECT_TRUE(std::filesystem::exists(folder / name));
+}
+
+} // namespace

@@ -1,0 +1,158 @@
+// `vldv features` and `vldv steps` of documents whose areas and edges are known.
+#include "document/fixtures.h"
+#include "output/picture_decoders.h"
+#include "platform/paths.h"
+#include "program_fixture.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+using json = nlohmann::json;
+
+class FeatureProgramTest : public ProgramTest {
+protected:
+    void write(const std::string& name, const std::vector<SPMDataStream>& streams) const
+    {
+        CHeadlessHost host;
+        CWinApp app(host);
+        CStorageDoc document;
+        document.AddNewImages(streams.data(), static_cast<unsigned>(streams.size()));
+        ASSERT_TRUE(document.DoSave(platform::to_wide(folder / name).c_str(), false));
+    }
+    /// The results of the only file.
+    json images(std::vector<std::string> arguments) const
+    {
+        arguments.push_back("--json");
+        const program_result result = vldv(arguments);
+        EXPECT_EQ(result.status, 0) << result.err;
+        return json::parse(result.out)["files"].at(0)["images"];
+    }
+};
+
+/// 20 x 10 samples at 0, a bar of 5 x 2 at 100 from (3, 4), a sample of 50 at (15, 1) and a pair of 100 at (17, 7).
+SPMDataStream bar_and_pair(const char* id = "Topo")
+{
+    SPMDataStream stream = heights(id, {20, 10});
+    auto* const samples = static_cast<short*>(stream.array_data());
+    std::fill_n(samples, 200, short{0});
+    for (int y = 4; y < 6; ++y)
+        for (int x = 3; x < 8; ++x) samples[y * 20 + x] = 100;
+    samples[1 * 20 + 15] = 50;
+    samples[7 * 20 + 17] = samples[7 * 20 + 18] = 100;
+    return stream;
+}
+
+TEST_F(FeatureProgramTest, FeaturesAreToldWithTheirMetrics)
+{
+    write("bar.spm", {bar_and_pair(), heights("Curve", {5})});
+    const json all = images({"features", "bar.spm", "--level", "0.25"});
+    ASSERT_EQ(all.size(), 1u);
+    EXPECT_EQ(all[0]["threshold"], 25);
+    EXPECT_EQ(all[0]["zero_level"], 0);
+    EXPECT_EQ(all[0]["dropped"], 1);
+    EXPECT_EQ(all[0]["metrics"][3], json({{"name", "V_px"}, {"units", "nm^2xnm"}}));
+    const json& features = all[0]["features"];
+    ASSERT_EQ(features.size(), 2u);
+    EXPECT_EQ(features[0]["bounds"], json({3, 4, 8, 6}));
+    EXPECT_EQ(features[0]["pixels"], 10);
+    EXPECT_EQ(features[0]["first"], json({3, 4}));
+    EXPECT_EQ(features[1]["bounds"], json({17, 7, 19, 8}));
+    // Steps of 0.25 nm; heights of 0.01 nm above -1 nm. The outline is 4 + 1 + 4 + 1 steps around an area of 4.
+    const json& metrics = features[0]["metrics"];
+    EXPECT_NEAR(metrics[1].get<double>(), 2.5, 1e-12);
+    EXPECT_NEAR(metrics[2].get<double>(), 10 * 0.0625, 1e-12);
+    EXPECT_NEAR(metrics[3].get<double>(), 10 * (1.0 - 1.0) * 0.0625, 1e-12) << "100 * 0.01 nm - 1 nm";
+    EXPECT_NEAR(metrics[5].get<double>(), 2.0 * 2.0 * 1.772453850905516 / 2.5, 1e-12);
+    EXPECT_EQ(images({"features", "bar.spm", "--level", "0.75"})[0]["dropped"], 0) << "50 is not above 75";
+    const json part = images({"features", "bar.spm", "--level", "0.25", "--rect", "20,10,5,5"});
+    ASSERT_EQ(part[0]["features"].size(), 2u);
+    EXPECT_EQ(part[0]["features"][0]["bounds"], json({5, 5, 8, 6}));
+    EXPECT_EQ(part[0]["dropped"], 0);
+    const std::string text = vldv({"features", "bar.spm", "--level", "0.25"}).out;
+    EXPECT_NE(text.find("threshold 25, zero level 0, 2 features, 1 single samples dropped"), std::string::npos) << text;
+}
+
+TEST_F(FeatureProgramTest, TablesAndMasksGoWhereTheyAreWanted)
+{
+    write("bar.spm", {bar_and_pair()});
+    write("two.spm", {bar_and_pair("Topo"), bar_and_pair("Other")});
+    ASSERT_EQ(vldv({"features", "bar.spm", "--level", "0.25", "--csv", "t.csv", "--mask", "m.png"}).status, 0);
+    const std::string csv = file_content(folder / "t.csv");
+    EXPECT_TRUE(csv.starts_with("left,top,right,bottom,pixels,first x,first y,\"L_skel, nm\",")) << csv;
+    EXPECT_NE(csv.find("\n3,4,8,6,10,3,4,"), std::string::npos);
+    EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 3);
+    const std::string png = file_content(folder / "m.png");
+    const auto picture = test_support::decode_png(std::as_bytes(std::span(png)));
+    ASSERT_EQ(picture.width, 20);
+    ASSERT_EQ(picture.height, 10);
+    for (int y = 0; y < 10; ++y)
+        for (int x = 0; x < 20; ++x) {
+            const bool isFeature = (y >= 4 && y < 6 && x >= 3 && x < 8) || (y == 7 && (x == 17 || x == 18));
+            // The picture's first row is the highest.
+            EXPECT_EQ(*picture.pixel(x, 9 - y), isFeature ? 255 : 0);
+        }
+    ASSERT_EQ(vldv({"features", "bar.spm", "two.spm", "--mask", "masks/"}).status, 0);
+    for (const char* const name : {"bar.spm-0-0.png", "two.spm-0-0.png", "two.spm-1-0.png"})
+        EXPECT_TRUE(std::filesystem::exists(folder / "masks" / name)) << name;
+}
+
+TEST_F(FeatureProgramTest, WrongCallsAreRefused)
+{
+    write("bar.spm", {bar_and_pair()});
+    write("curve.spm", {heights("Curve", {5})});
+    EXPECT_EQ(vldv({"features", "bar.spm", "--level", "1.5"}).status, 2);
+    EXPECT_EQ(vldv({"features", "bar.spm", "--rect", "1,2,3"}).status, 2);
+    EXPECT_EQ(vldv({"steps", "bar.spm", "--gap", "0"}).status, 2);
+    EXPECT_EQ(vldv({"steps", "bar.spm", "--direction", "up"}).status, 2);
+    const program_result outside = vldv({"features", "bar.spm", "--rect", "30,0,40,5"});
+    EXPECT_EQ(outside.status, 1);
+    EXPECT_NE(outside.err.find("--rect 30,0,40,5 lies outside"), std::string::npos) << outside.err;
+    const program_result curve = vldv({"features", "curve.spm"});
+    EXPECT_EQ(curve.status, 1);
+    EXPECT_NE(curve.err.find("it is no surface"), std::string::npos);
+    const std::string before = file_content(folder / "bar.spm");
+    EXPECT_EQ(vldv({"features", "bar.spm", "--csv", "bar.spm"}).status, 1);
+    EXPECT_EQ(vldv({"steps", "bar.spm", "-o", "bar.spm"}).status, 1);
+    EXPECT_EQ(file_content(folder / "bar.spm"), before) << "an input is never written";
+}
+
+/// A terrace that begins at column 30 of 64, rising.
+SPMDataStream terrace(const char* id)
+{
+    SPMDataStream stream = heights(id, {64, 26});
+    for (int i = 0; i < 64 * 26; ++i)
+        static_cast<short*>(stream.array_data())[i] = static_cast<short>(i % 64 < 30 ? 0 : 500);
+    return stream;
+}
+
+TEST_F(FeatureProgramTest, StepsAreToldAndReplaceThoseOfEarlierSearches)
+{
+    write("t.spm", {heights("step9", {5}), terrace("Topo")});
+    const json all = images({"steps", "t.spm", "-o", "out.spm"});
+    ASSERT_EQ(all.size(), 1u);
+    EXPECT_EQ(all[0]["image"], 1);
+    ASSERT_EQ(all[0]["steps"].size(), 1u);
+    ASSERT_EQ(all[0]["steps"][0].size(), 26u);
+    EXPECT_EQ(all[0]["steps"][0][7], json({7, 29}));
+    const json found = info({"--strings", "out.spm"})["files"][0]["images"];
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found[0]["id"], "Topo");
+    EXPECT_EQ(found[1]["id"], "step0");
+    EXPECT_EQ(found[1]["length"], 26);
+    EXPECT_EQ(found[1]["range"][0], json({{"min", 34}, {"max", 34}})) << "64 - 29 - 1";
+    EXPECT_EQ(found[1]["strings"]["stepsearch.leftBorder"], "2") << "64 / 32";
+    EXPECT_TRUE(images({"steps", "t.spm", "--direction", "ltr", "-o", "none.spm"})[0]["steps"].empty());
+    EXPECT_EQ(info({"none.spm"})["files"][0]["images"].size(), 1u) << "the older ones go all the same";
+    const program_result text = vldv({"steps", "t.spm", "--end-row", "5"});
+    EXPECT_NE(text.out.find("step 1: rows 0 to 20, columns 29 to 29, mean 29"), std::string::npos) << text.out;
+
+    write("mine.spm", {terrace("stepped")});
+    EXPECT_EQ(vldv({"steps", "mine.spm"}).status, 0);
+    const program_result refused = vldv({"steps", "mine.spm", "-o", "lost.spm"});
+    EXPECT_EQ(refused.status, 1) << "the image itself would go";
+    EXPECT_FALSE(std::filesystem::exists(folder / "lost.spm"));
+}
+
+} // namespace
