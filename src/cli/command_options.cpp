@@ -81,7 +81,7 @@ void apply(SPMVarList& list, const std::string& setting, const std::function<voi
 int run(const options_options& options)
 {
     session call;
-    call.setFiles({options.file});
+    call.setFile(options.file);
     const std::wstring& path = call.files().front();
     const auto complain = [&](const std::string& problem) { call.report(path, problem); };
     errno = 0;

@@ -54,14 +54,20 @@ void session::setFiles(const std::vector<std::string>& paths)
         std::error_code error;
         const std::filesystem::path file = platform::to_path(full);
         if (!std::filesystem::is_directory(file, error)) {
-            inputs.push_back(full);
+            setFile(path);
             continue;
         }
         const std::vector<std::wstring> found = recordings_in(file);
         if (found.empty()) report(full, "the folder holds no file that opens");
         inputs.insert(inputs.end(), found.begin(), found.end());
+        for (const std::wstring& each : found) inputIdentities.insert(identity(platform::to_path(each)));
     }
-    for (const std::wstring& path : inputs) inputIdentities.insert(identity(platform::to_path(path)));
+}
+
+void session::setFile(const std::string& path)
+{
+    inputs.push_back(platform::full_path(base::widen(path)));
+    inputIdentities.insert(identity(platform::to_path(inputs.back())));
 }
 
 std::unique_ptr<CStorageDoc> session::open(const std::wstring& path, std::string& failure)

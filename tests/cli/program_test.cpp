@@ -151,6 +151,7 @@ TEST_F(ProgramTest, FoldersStandForTheRecordingsInThem)
     ASSERT_EQ(files.size(), 2u);
     EXPECT_TRUE(std::string(files[0]["path"]).ends_with("in/b.txt"));
     EXPECT_TRUE(std::string(files[1]["path"]).ends_with("in/deep/a.dat"));
+    EXPECT_NE(vldv({"dump", "in"}).err.find("in: "), std::string::npos) << "one file, not one of those in a folder";
     const program_result none = vldv({"info", "none"});
     EXPECT_EQ(none.status, 1);
     EXPECT_NE(none.err.find("none: the folder holds no file that opens"), std::string::npos) << none.err;
