@@ -2,6 +2,7 @@
 #include "cli/CliWindow.h"
 #include "platform/Host.h"
 
+#include <functional>
 #include <string>
 
 /// The machine of the command line: windows that nobody sees, no dialogs, no settings that outlive the program.
@@ -12,6 +13,11 @@ public:
     void messageBox(const std::string& text, message_icon icon) override;
     std::optional<std::wstring> askSavePath(const save_prompt&) override { return std::nullopt; }
     void waitCursor(bool) override {}
+    bool progress(double done) override
+    {
+        if (onProgress) onProgress(done);
+        return true; // the keyboard's interrupt ends the program
+    }
     std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd*, window_kind) override
     {
         return std::make_unique<CCliWindow>(logic);
@@ -19,6 +25,9 @@ public:
 
     /// The messages since the last call, a line each.
     std::string takeMessages();
+
+    /// Told how much of the present file is read, 0 to 1. May stay empty.
+    std::function<void(double)> onProgress;
 
 private:
     std::optional<int> readInt(const std::string&, const std::string&) const override { return std::nullopt; }

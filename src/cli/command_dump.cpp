@@ -64,7 +64,7 @@ std::string print(const CStorageDoc& document, const dump_options& options)
 int run(const dump_options& options)
 {
     session call;
-    call.setFiles({options.file});
+    call.setFile(options.file);
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         const std::string reason = print(document, options);
         if (!reason.empty()) call.report(path, reason);

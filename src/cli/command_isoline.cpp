@@ -73,7 +73,7 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
 int run(const isoline_options& options)
 {
     session call;
-    call.setFiles({options.file});
+    call.setFile(options.file);
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         const std::string reason = print(document, path, options);
         if (!reason.empty()) call.report(path, reason);

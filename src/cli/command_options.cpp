@@ -2,6 +2,7 @@
 #include "base/declaration.h"
 #include "base/option_display.h"
 #include "base/text.h"
+#include "cli/aligned.h"
 #include "cli/commands.h"
 #include "cli/option_table.h"
 #include "cli/session.h"
@@ -9,7 +10,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -59,21 +59,11 @@ json variable_json(const SPMVarList& list, const SPMVar& variable)
 
 void print_table(const SPMVarList& list)
 {
-    using row = std::array<std::string, 5>;
-    std::vector<row> rows = {{"name", "label", "type", "value", "shown"}};
+    std::vector<std::vector<std::string>> rows = {{"name", "label", "type", "value", "shown"}};
     for (const SPMVar& variable : list.all())
         rows.push_back({variable.get_name(), variable.get_description(), base::type_keyword(variable.type),
                         variable.as_string().c_str(), base::shown_text(list, variable)});
-    std::array<std::size_t, 5> widths{};
-    const auto characters = [](const std::string& text) { return base::widen(text).size(); };
-    for (const row& each : rows)
-        for (std::size_t i = 0; i < each.size(); ++i) widths[i] = std::max(widths[i], characters(each[i]));
-    for (const row& each : rows) {
-        std::string line;
-        for (std::size_t i = 0; i < each.size(); ++i)
-            line += each[i] + std::string(widths[i] - characters(each[i]) + 2, ' ');
-        std::cout << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
-    }
+    std::cout << aligned(rows);
 }
 
 void apply(SPMVarList& list, const std::string& setting, const std::function<void(const std::string&)>& complain)
@@ -91,7 +81,7 @@ void apply(SPMVarList& list, const std::string& setting, const std::function<voi
 int run(const options_options& options)
 {
     session call;
-    call.setFiles({options.file});
+    call.setFile(options.file);
     const std::wstring& path = call.files().front();
     const auto complain = [&](const std::string& problem) { call.report(path, problem); };
     errno = 0;

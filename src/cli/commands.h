@@ -1,8 +1,4 @@
 #pragma once
-#include "document/formats/registry.h"
-
-#include <string>
-
 namespace CLI {
 class App;
 }
@@ -10,6 +6,7 @@ class App;
 namespace cli {
 
 // Each adds one sub-command, which leaves its exit status in `status` when it has run.
+void add_formats(CLI::App& app, int& status);
 void add_info(CLI::App& app, int& status);
 void add_dump(CLI::App& app, int& status);
 void add_convert(CLI::App& app, int& status);
@@ -25,8 +22,5 @@ void add_fourier(CLI::App& app, int& status);
 void add_features(CLI::App& app, int& status);
 void add_steps(CLI::App& app, int& status);
 void add_examples(CLI::App& app, int& status);
-
-/// Name of a format for people, without "files".
-std::string format_name(SupportedFileTypes type);
 
 } // namespace cli

@@ -30,6 +30,7 @@ try {
     cli::add_features(app, status);
     cli::add_steps(app, status);
     cli::add_examples(app, status);
+    cli::add_formats(app, status);
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& problem) {

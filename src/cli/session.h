@@ -23,8 +23,11 @@ class session {
 public:
     session() : app(host) {}
 
-    /// Absolute paths, made before any file is opened: opening one changes the current folder.
+    /// Absolute paths, made before any file is opened: opening one changes the current folder. A folder stands for the
+    /// recordings in it and below it.
     void setFiles(const std::vector<std::string>& paths);
+    /// One path, which is never taken for a folder.
+    void setFile(const std::string& path);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
     /// Whether a name, through links too, is that of a file of the call: such a file is never written.
     bool isInput(const std::filesystem::path& path) const { return inputIdentities.contains(identity(path)); }

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr unsigned documentTable = unsigned(-1);
+constexpr const char* cancelled = "reading was cancelled";
 
 /// The first bytes, fewer when the stream is shorter; the position is left at the start.
 std::vector<std::byte> head_of(std::istream& in)
@@ -36,7 +37,7 @@ SupportedFileTypes VLFileReader::GetDocumentType(std::istream& in)
 
 bool VLFileReader::tellProgress(double done)
 {
-    if (onReadProgress && !readCancelled) readCancelled = !onReadProgress(done);
+    readCancelled = onReadProgress && !onReadProgress(done);
     return !readCancelled;
 }
 
@@ -67,7 +68,9 @@ bool VLFileReader::doReadFile(std::istream& in)
 bool VLFileReader::readNative(std::istream& in)
 {
     document::stream_source source(in, sourcePath);
+    source.onProgress = [this](double done) { return tellProgress(done); };
     readError = document::read_spmx(source, *this);
+    if (readCancelled) readError = cancelled;
     return readError.empty();
 }
 
@@ -77,7 +80,7 @@ bool VLFileReader::readForeign(std::istream& in, const formats::format_row& form
     source.onProgress = [this](double done) { return tellProgress(done); };
     auto recording = format.read(source);
     if (readCancelled) {
-        readError = "reading was cancelled";
+        readError = cancelled;
         return false;
     }
     if (!recording) {
@@ -98,9 +101,8 @@ bool VLFileReader::addRecording(formats::recording& recording)
     for (auto& item : recording.items) {
         if (auto* image = std::get_if<formats::recorded_image>(&item)) {
             makeIdUnique(image->stream); // the ids of pictures are given here, not by the reader
-            AddNewImages(&image->stream, 1);
+            moveIn(image->stream);
             for (const auto& [key, text] : image->strings) setString(key.c_str(), text.c_str(), getImagesNumber() - 1);
-            image->stream = SPMDataStream(); // its memory is not needed twice
         } else {
             const auto& picture = std::get<formats::picture>(item);
             const RGBQUAD* palette = picture.palette.empty() ? nullptr : picture.palette.data();
@@ -113,6 +115,17 @@ bool VLFileReader::addRecording(formats::recording& recording)
     for (const auto& [key, text] : recording.strings) setString(key.c_str(), text.c_str(), documentTable);
     if (!recording.title.empty()) setDisplayTitle(recording.title);
     return true;
+}
+
+/// Adding copies what it is given, and a volume must not be in memory twice: an empty image makes the room.
+void VLFileReader::moveIn(SPMDataStream& stream)
+{
+    SPMDataStream room;
+    room.Init(stream.get_name(), stream.get_description(), SPM_VAR_ARRAY, 0u, stream.array_element_size());
+    AddNewImages(&room, 1);
+    const unsigned image = getImagesNumber() - 1;
+    getImage(image) = std::move(stream);
+    revalidateImage(image);
 }
 
 void VLFileReader::makeIdUnique(SPMDataStream& stream) const

@@ -29,7 +29,7 @@ public:
     virtual void setString(const char* key, const char* value, unsigned image) = 0;
 
     SupportedFileTypes fileType = FILE_UNKNOWN; ///< of the file read last
-    /// Told now and then how much of a foreign file is read, 0 to 1; false gives up. May stay empty.
+    /// Told now and then how much of a file is read, 0 to 1; false gives up. May stay empty.
     std::function<bool(double)> onReadProgress;
 
     /// What the first bytes of a stream say, without regard to any name. The position is kept.
@@ -57,4 +57,5 @@ private:
     bool readCancelled = false;
     bool readNative(std::istream& in);
     bool readForeign(std::istream& in, const formats::format_row& format);
+    void moveIn(SPMDataStream& stream);
 };

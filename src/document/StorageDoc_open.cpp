@@ -6,7 +6,6 @@
 #include "resources/strings.h"
 
 #include <cerrno>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -22,19 +21,6 @@ int open_error(const std::filesystem::path& path)
     return errno != 0 ? errno : ENOENT;
 }
 
-/// Readers tell their progress as often as they like; the host hears of it some twenty times a second.
-std::function<bool(double)> shown_now_and_then(CWinApp& app)
-{
-    using clock = std::chrono::steady_clock;
-    static constexpr auto pause = std::chrono::milliseconds(50);
-    return [&app, next = clock::now() + pause](double done) mutable {
-        if (clock::now() < next) return true;
-        const bool goesOn = app.host().progress(done);
-        next = clock::now() + pause;
-        return goesOn;
-    };
-}
-
 /// Sends the progress of a file to the host while it lives, where nobody else wants it.
 class shown_progress {
 public:
@@ -42,7 +28,7 @@ public:
     {
         CWinApp* app = AfxGetApp();
         if (progress || !app) return;
-        progress = shown_now_and_then(*app);
+        progress = [app](double done) { return app->host().progress(done); };
         installed = &progress;
     }
     shown_progress(const shown_progress&) = delete;

@@ -3,11 +3,14 @@
 #include "base/text.h"
 #include "platform/paths.h"
 
+#include <algorithm>
 #include <fstream>
 
 namespace document {
 
 namespace {
+
+constexpr std::size_t pieceBytes = 4u << 20; // read at a time; some milliseconds
 
 /// A file beside another, with the stream that it is read through.
 class file_source : public formats::source {
@@ -43,11 +46,27 @@ stream_source::stream_source(std::istream& in_, const std::wstring& path_)
 
 bool stream_source::read(std::uint64_t offset, std::span<std::byte> out)
 {
-    if (offset > bytes || out.size() > bytes - offset) return false;
+    if (isCancelled || offset > bytes || out.size() > bytes - offset) return false;
     in.clear();
     in.seekg(static_cast<std::streamoff>(offset));
-    in.read(reinterpret_cast<char*>(out.data()), static_cast<std::streamsize>(out.size()));
-    return in.gcount() == static_cast<std::streamsize>(out.size());
+    while (!out.empty()) {
+        const auto piece = out.first(std::min(out.size(), pieceBytes));
+        in.read(reinterpret_cast<char*>(piece.data()), static_cast<std::streamsize>(piece.size()));
+        if (in.gcount() != static_cast<std::streamsize>(piece.size())) return false;
+        out = out.subspan(piece.size());
+        bytesRead += piece.size();
+        if (bytesRead - bytesTold < pieceBytes) continue;
+        bytesTold = bytesRead;
+        if (!progress(static_cast<double>(bytesRead) / static_cast<double>(bytes))) return false;
+    }
+    return true;
+}
+
+bool stream_source::progress(double done)
+{
+    furthest = std::max(furthest, std::min(done, 1.0));
+    if (onProgress && !isCancelled) isCancelled = !onProgress(furthest);
+    return !isCancelled;
 }
 
 std::unique_ptr<formats::source> stream_source::sibling(const std::string& siblingName)

@@ -8,6 +8,7 @@
 namespace document {
 
 /// A source on an input stream that can seek. Files beside it are found in the folder of `path_`, which may be empty.
+/// Reading tells its progress by itself, by the bytes that were read so far; a reader that knows better tells more.
 class stream_source : public formats::source {
 public:
     stream_source(std::istream& in_, const std::wstring& path_);
@@ -17,16 +18,18 @@ public:
     const std::string& name() const override { return fileName; }
     std::unique_ptr<formats::source> sibling(const std::string& fileName) override;
     std::vector<std::string> siblings() override;
-    bool progress(double done) override { return !onProgress || onProgress(done); }
+    bool progress(double done) override;
 
-    /// Told how much is done; false gives up. May stay empty.
+    /// Told how much is done, which never falls; false gives up, and every read fails from then on. May stay empty.
     std::function<bool(double)> onProgress;
 
 private:
     std::istream& in;
     std::wstring path;
     std::string fileName;
-    std::uint64_t bytes = 0;
+    std::uint64_t bytes = 0, bytesRead = 0, bytesTold = 0;
+    double furthest = 0.0;
+    bool isCancelled = false;
 };
 
 } // namespace document

@@ -238,8 +238,13 @@ int CQtHost::systemDpi() const
 
 void CQtHost::waitCursor(bool on)
 {
-    if (on)
+    if (on) {
+        reading.begin();
         QApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+    } else {
+        reading.end(); // first: it has a cursor of its own on top
         QApplication::restoreOverrideCursor();
+    }
 }
+
+bool CQtHost::progress(double done) { return reading.tell(done, prompt_parent(main)); }

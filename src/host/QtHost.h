@@ -1,4 +1,5 @@
 #pragma once
+#include "host/ReadProgress.h"
 #include "host/qt_printing.h"
 
 #include <QObject>
@@ -39,6 +40,7 @@ public:
     CRect frameArea() const override;
     int systemDpi() const override;
     void waitCursor(bool on) override;
+    bool progress(double done) override;
 
 private:
     IProfile& store;
@@ -46,4 +48,5 @@ private:
     std::unique_ptr<IClipboard> clips;
     std::unique_ptr<IScreen> display;
     host::printing printer;
+    CReadProgress reading; ///< during the innermost wait cursor: what went wrong is told under the next one
 };

@@ -1,5 +1,6 @@
 #include "host/QtPeer.h"
 
+#include "host/ReadProgress.h"
 #include "host/paint/QtDC.h"
 #include "host/qt_cursors.h"
 #include "host/qt_keys.h"
@@ -25,6 +26,8 @@ QWidget* widget_of(const CWnd* window)
 } // namespace host
 
 namespace {
+
+constexpr int sizeDelay = 20; // milliseconds; timers rest while a file is read
 
 CPoint point_of(const QPointF& point) { return {qFloor(point.x()), qFloor(point.y())}; }
 
@@ -157,6 +160,7 @@ void CQtPeer::tellSizeLater()
         this,
         [this] {
             sizePending = false;
+            if (CReadProgress::isShown()) return QTimer::singleShot(sizeDelay, this, [this] { tellSizeLater(); });
             const CSize now = clientRect().Size();
             if (now == toldSize) return;
             toldSize = now;
@@ -201,6 +205,7 @@ bool CQtPeer::handleMouse(QEvent& event)
 bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != widget) return false;
+    if (CReadProgress::isShown() && event->type() != QEvent::Resize) return false; // its document may be half read
     switch (event->type()) {
     case QEvent::Paint:
         paint();

@@ -150,6 +150,7 @@ public:
     /// Nested; the cursor returns with the last `false`.
     virtual void waitCursor(bool on) = 0;
     /// Shows how much of a long task is done, 0 to 1, while the wait cursor is on, and delivers nothing but Cancel.
+    /// Told as often as the task likes; the host decides when it is worth showing.
     /// \return false when the user cancelled
     virtual bool progress(double /*done*/) { return true; }
 };

@@ -140,4 +140,32 @@ TEST_F(ProgramTest, FileNamesMayHoldAnyBytes)
     EXPECT_EQ(vldv({"info", "--json", name}).status, 0);
 }
 
+TEST_F(ProgramTest, FoldersStandForTheRecordingsInThem)
+{
+    std::filesystem::create_directories(folder / "in/deep");
+    std::filesystem::create_directories(folder / "none");
+    write_file(folder / "in/b.txt", smallMatrix);
+    write_file(folder / "in/deep/a.dat", smallMatrix);
+    write_file(folder / "in/notes.md", "nothing to see");
+    const nlohmann::json files = info({"in"})["files"];
+    ASSERT_EQ(files.size(), 2u);
+    EXPECT_TRUE(std::string(files[0]["path"]).ends_with("in/b.txt"));
+    EXPECT_TRUE(std::string(files[1]["path"]).ends_with("in/deep/a.dat"));
+    EXPECT_NE(vldv({"dump", "in"}).err.find("in: "), std::string::npos) << "one file, not one of those in a folder";
+    const program_result none = vldv({"info", "none"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_NE(none.err.find("none: the folder holds no file that opens"), std::string::npos) << none.err;
+}
+
+/// The page tells what is built in; it is written anew by `vldv formats --markdown > docs/formats.md`.
+TEST_F(ProgramTest, ThePageOfFormatsIsThatOfTheRegistry)
+{
+    const program_result page = vldv({"formats", "--markdown"});
+    EXPECT_EQ(page.status, 0);
+    const auto root = std::filesystem::path(VLDV_TEST_DATA).parent_path().parent_path().parent_path();
+    EXPECT_TRUE(page.out == file_content(root / "docs/formats.md"));
+    const program_result list = vldv({"formats"});
+    EXPECT_NE(list.out.find("RHK SPM32               Smena files              *.sm2\n"), std::string::npos) << list.out;
+}
+
 } // namespace

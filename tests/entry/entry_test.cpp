@@ -4,8 +4,8 @@
 #include "support/HeadlessHost.h"
 #include "support/interface_file.h"
 #include "support/temporary_folder.h"
-#include "view/ParametersView.h"
 #include "surface/QVSurfView.h"
+#include "view/ParametersView.h"
 #include "view/TextView.h"
 #include "vldv.h"
 
@@ -322,6 +322,17 @@ TEST_F(EntryTest, SettingsAreKeptAndCancelled)
     EXPECT_EQ(int(view::global_option("fullscreen_mode")), 2);
     app->OnCmdMsg(57665, nullptr);
     EXPECT_TRUE(host.hasQuit);
+}
+
+TEST_F(EntryTest, AReadThatTheUserCancelsOpensNothingAndSaysNothing)
+{
+    const std::wstring path = surface("a.spm");
+    host.cancelAfter = 1;
+    EXPECT_EQ(app->OpenDocumentFile(path.c_str()), nullptr);
+    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(vldvSurfaceTemplate.documents().empty());
+    host.cancelAfter = std::size_t(-1);
+    EXPECT_NE(app->OpenDocumentFile(path.c_str()), nullptr);
 }
 
 } // namespace

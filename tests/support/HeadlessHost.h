@@ -142,6 +142,11 @@ public:
 
     int systemDpi() const override { return dpi; }
     void waitCursor(bool on) override { waiting += on ? 1 : -1; }
+    bool progress(double done) override
+    {
+        progressTold.push_back(done);
+        return progressTold.size() < cancelAfter;
+    }
 
     std::optional<int> readInt(const std::string& section, const std::string& key) const override
     {
@@ -217,8 +222,10 @@ public:
     HeadlessScreen display;
     CRect area{0, 0, 1600, 900};
     int waiting = 0;
-    int writesUntilFailure = -1; ///< changes of the profile that succeed; negative: all
-    int batches = 0;             ///< of the profile that are open
+    std::vector<double> progressTold;
+    std::size_t cancelAfter = std::size_t(-1); ///< Cancel is pressed when progress was told this often
+    int writesUntilFailure = -1;               ///< changes of the profile that succeed; negative: all
+    int batches = 0;                           ///< of the profile that are open
 
 private:
     bool mayWrite()

@@ -190,8 +190,7 @@ std::string describe_scale(const value_scale& scale)
 {
     std::string text = "raw * " + base::shortest(scale.step) + " + " + base::shortest(scale.offset);
     if (!scale.units.empty()) text += " [" + scale.units + "]";
-    if (!scale.origin.empty()) text += " from " + scale.origin;
-    return text;
+    return text + " from " + (scale.origin.empty() ? "the numbers as they stand" : scale.origin);
 }
 
 } // namespace formats

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace formats {
 
@@ -134,11 +135,35 @@ std::string wip_project::value_units(const wip_object& object) const
     return interpretation ? normal_unit(read_wip_text(file, interpretation->content->find("UnitName"))) : std::string();
 }
 
-/// The grating equation, pixel by pixel, in nm; none where the parameters do not allow it.
+/// A polynomial of the pixel's number, its constant first, in nm; none when it turns between its first and last bin.
+std::vector<double> wip_project::polynomial_wavelengths(const wip_object& transformation, unsigned values) const
+{
+    const auto factors = numbers(*transformation.content, "FreePolynom", 2);
+    if (factors.empty()) return {};
+    std::vector<double> places(values);
+    for (unsigned i = 0; i < values; ++i)
+        for (std::size_t power = factors.size(); power-- > 0;) places[i] = places[i] * i + factors[power];
+    const double last = values - 1.0;
+    const auto bin = [&](const char* name, double otherwise) {
+        const double found = number(transformation, name, otherwise);
+        return static_cast<std::size_t>(found >= 0.0 && found <= last ? found : otherwise);
+    };
+    const std::size_t from = bin("FreePolynomStartBin", 0.0), to = bin("FreePolynomStopBin", last);
+    const bool isUsable =
+        from < to && all_finite(places) && is_strictly_monotonic(std::span(places).subspan(from, to - from + 1));
+    return isUsable ? places : std::vector<double>();
+}
+
 std::vector<double> wip_project::wavelengths(const wip_object& transformation, unsigned values) const
 {
+    const bool isGrating = number(transformation, "SpectralTransformationType", 1.0) == 1.0;
+    return isGrating ? grating_wavelengths(transformation, values) : polynomial_wavelengths(transformation, values);
+}
+
+/// The grating equation, pixel by pixel, in nm; none where the parameters do not allow it.
+std::vector<double> wip_project::grating_wavelengths(const wip_object& transformation, unsigned values) const
+{
     const auto parameter = [&](const char* name) { return number(transformation, name, std::nan("")); };
-    if (number(transformation, "SpectralTransformationType", 1.0) != 1.0) return {};
     const double nC = parameter("nC"), lambdaC = parameter("LambdaC"), gamma = parameter("Gamma"),
                  delta = parameter("Delta"), m = parameter("m"), d = parameter("d"), x = parameter("x"),
                  f = parameter("f");
@@ -181,15 +206,31 @@ wip_spectrum_axis wip_project::spectrum_axis(const wip_object& object, unsigned 
         result.axis = VLAxis(world[0] - scale[0] * model[0], scale[0], result.units.c_str());
     } else if (transformation->className == "TDSpectralTransformation") {
         result.places = wavelengths(*transformation, values);
-        if (result.places.empty()) return result;
         result.units = "nm";
-        interpret_wavelengths(object, result);
-        if (const auto steps = find_even_steps(result.places)) {
-            result.axis = VLAxis(steps->start, steps->step, result.units.c_str());
-            result.places.clear();
-        }
+    } else if (transformation->className == "TDLUTTransformation") {
+        result.places = table(*transformation, values);
+        result.units = standard_unit(*transformation);
+    }
+    if (result.places.empty()) return result;
+    if (result.units == "nm") interpret_wavelengths(object, result);
+    if (const auto steps = find_even_steps(result.places)) {
+        result.axis = VLAxis(steps->start, steps->step, result.units.c_str());
+        result.places.clear();
     }
     return result;
+}
+
+/// A place for each value: the first numbers of the object that are enough and run one way.
+std::vector<double> wip_project::table(const wip_object& transformation, unsigned values) const
+{
+    for (const wip_tag& tag : transformation.content->children) {
+        if (tag.type != wip_tag::float64 && tag.type != wip_tag::float32) continue;
+        auto places = read_wip_numbers(file, &tag);
+        if (places.size() < values) continue;
+        places.resize(values);
+        if (is_strictly_monotonic(places) && all_finite(places)) return places;
+    }
+    return {};
 }
 
 } // namespace formats

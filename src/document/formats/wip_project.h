@@ -49,6 +49,9 @@ private:
     std::vector<double> numbers(const wip_tag& tag, const std::string& name, std::size_t count) const;
     std::string standard_unit(const wip_object& transformation) const;
     std::vector<double> wavelengths(const wip_object& transformation, unsigned values) const;
+    std::vector<double> grating_wavelengths(const wip_object& transformation, unsigned values) const;
+    std::vector<double> polynomial_wavelengths(const wip_object& transformation, unsigned values) const;
+    std::vector<double> table(const wip_object& transformation, unsigned values) const;
     void interpret_wavelengths(const wip_object& object, wip_spectrum_axis& axis) const;
 
     source& file;

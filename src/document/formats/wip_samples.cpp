@@ -14,14 +14,47 @@ namespace {
 struct stored_numbers {
     SPMVarArrayType type = SPM_ARRAY_VOID;
     std::uint64_t offset = 0, count = 0;
+    unsigned bytes = 0; ///< of a number; extended ones become doubles
 };
 
-SPMVarArrayType type_of_number(double dataType) noexcept
+constexpr unsigned extendedBytes = 10;
+
+stored_numbers numbers_of_type(double dataType) noexcept
 {
-    constexpr SPMVarArrayType types[] = {SPM_ARRAY_INT64,   SPM_ARRAY_INT32,  SPM_ARRAY_INT16, SPM_ARRAY_INT8,
-                                         SPM_ARRAY_UINT32,  SPM_ARRAY_UINT16, SPM_ARRAY_UINT8, SPM_ARRAY_UINT8,
-                                         SPM_ARRAY_FLOAT32, SPM_ARRAY_FLOAT64};
-    return dataType >= 1.0 && dataType <= 10.0 ? types[static_cast<std::size_t>(dataType) - 1] : SPM_ARRAY_VOID;
+    constexpr SPMVarArrayType types[] = {SPM_ARRAY_INT64,   SPM_ARRAY_INT32,   SPM_ARRAY_INT16,  SPM_ARRAY_INT8,
+                                         SPM_ARRAY_UINT32,  SPM_ARRAY_UINT16,  SPM_ARRAY_UINT8,  SPM_ARRAY_UINT8,
+                                         SPM_ARRAY_FLOAT32, SPM_ARRAY_FLOAT64, SPM_ARRAY_FLOAT64};
+    constexpr double extended = 11.0;
+    if (!(dataType >= 1.0 && dataType <= extended)) return {};
+    const SPMVarArrayType type = types[static_cast<std::size_t>(dataType) - 1];
+    return {type, 0, 0, dataType == extended ? extendedBytes : element_size(type)};
+}
+
+/// 64 bits of mantissa without a hidden one, then sign and exponent.
+double decode_extended(base::byte_reader& in)
+{
+    const auto mantissa = static_cast<double>(in.u64());
+    const unsigned power = in.u16();
+    const double value = (power & 0x7FFFu) == 0x7FFFu
+                             ? std::nan("")
+                             : std::ldexp(mantissa, static_cast<int>(power & 0x7FFFu) - 16383 - 63);
+    return power & 0x8000u ? -value : value;
+}
+
+bool read_extended(source& file, const stored_numbers& numbers, std::span<double> out)
+{
+    constexpr std::size_t atOnce = 65536;
+    std::vector<std::byte> block(std::min(atOnce, out.size()) * extendedBytes);
+    for (std::uint64_t offset = numbers.offset; !out.empty();) {
+        const std::size_t count = std::min(atOnce, out.size());
+        const auto part = std::span(block).first(count * extendedBytes);
+        if (!file.read(offset, part)) return false;
+        base::byte_reader in(part);
+        for (double& value : out.first(count)) value = decode_extended(in);
+        offset += part.size();
+        out = out.subspan(count);
+    }
+    return true;
 }
 
 /// Finds the numbers in "ImageData" or "GraphData".
@@ -31,13 +64,11 @@ base::read_result<stored_numbers> find_numbers(source& file, const wip_object& o
     const wip_tag* tag = object.content->find(name);
     const wip_tag* data = tag ? tag->find("Data") : nullptr;
     if (!data) return base::read_error{0, std::string(name) + " is missing"};
-    stored_numbers numbers;
-    numbers.type = type_of_number(read_wip_number(file, tag->find("DataType")).value_or(0.0));
-    const unsigned bytes = element_size(numbers.type);
-    if (bytes == 0) return base::read_error{0, "DataType is not known"};
+    stored_numbers numbers = numbers_of_type(read_wip_number(file, tag->find("DataType")).value_or(0.0));
+    if (numbers.bytes == 0) return base::read_error{0, "DataType is not known"};
     numbers.offset = data->start;
-    numbers.count = data->length() / bytes;
-    if (numbers.count != expected || data->length() % bytes != 0)
+    numbers.count = data->length() / numbers.bytes;
+    if (numbers.count != expected || data->length() % numbers.bytes != 0)
         return base::read_error{0, "the size of Data is not that of its points"};
     return numbers;
 }
@@ -58,11 +89,11 @@ value_scale scale_of(const wip_project& project, const wip_object& object)
 
 bool read_into(source& file, const stored_numbers& numbers, recorded_image& image)
 {
-    const unsigned bytes = element_size(numbers.type);
+    if (numbers.bytes == extendedBytes) return read_extended(file, numbers, elements_of<double>(image));
     const std::span out(static_cast<std::byte*>(image.stream.array_data()),
-                        static_cast<std::size_t>(numbers.count) * bytes);
+                        static_cast<std::size_t>(numbers.count) * numbers.bytes);
     if (!file.read(numbers.offset, out)) return false;
-    to_native(out, bytes, byte_order::little);
+    to_native(out, numbers.bytes, byte_order::little);
     return true;
 }
 

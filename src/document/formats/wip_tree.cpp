@@ -17,7 +17,7 @@ constexpr std::uint64_t magicBytes = 8;
 constexpr std::uint32_t longestName = 4096;
 constexpr unsigned deepest = 64;
 constexpr std::size_t mostTags = 1'000'000;
-constexpr std::uint64_t longestValue = 1u << 16; ///< of what is read as text or as a few numbers
+constexpr std::uint64_t longestValue = 1u << 20; ///< of what is read as text or as a table
 
 /// Walks the tags and counts them.
 class tree_reader {

@@ -103,6 +103,49 @@ TEST(Mdt, ArraysOfEveryNumberTypeBecomeImages)
     }
 }
 
+/// Cell c holds c as 16 bits and 100 + c as 8 bits.
+std::string numbered_cells(unsigned count)
+{
+    std::string cells;
+    for (unsigned c = 0; c < count; ++c) cells += le16(static_cast<std::uint16_t>(c)) + static_cast<char>(100 + c);
+    return cells;
+}
+
+TEST(Mdt, ArraysOfThreeDimensionsAreSpectraAtPoints)
+{
+    const mdt_calibration x{"x", "um", 1, 0.5, 0, 2, 0}, y{"y", "um", 2, 0.25, 0, 1, 0},
+        wave{"Wavelength", "nm", 500, 3, 0, 1, 0};
+    const std::vector<mdt_calibration> measured = {{"Counts", "", 0, 2, 0, 0, -2}, {"Phase", "V", 0, 1, 0, 0, 1}};
+    // The spectrum runs slowest in the file (x, y, wave) and fastest in the volume.
+    const mdt_array map{"Raman", {x, y, wave}, measured, numbered_cells(12)};
+    const auto result = read(mdt_file({mdt_frame_of(106, map.body(), false)}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    const SPMDataStream& counts = item(*result, 0).stream;
+    EXPECT_STREQ(counts.get_description(), "Raman Counts");
+    ASSERT_EQ(counts.get_dimensions_number(), 3u);
+    EXPECT_EQ(counts.get_dimension(0).get_axis(0), VLAxis(500, 3, "nm"));
+    EXPECT_EQ(counts.get_dimension(1).get_axis(0), VLAxis(1, 0.5, "\u00B5m"));
+    EXPECT_EQ(counts.get_dimension(2).length, 2u);
+    EXPECT_EQ(physical(counts), (std::vector<double>{0, 12, 2, 14, 4, 16, 6, 18, 8, 20, 10, 22}));
+    EXPECT_EQ(physical(item(*result, 1).stream).at(1), 106); // the second value of cell 6
+    EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "V");
+
+    // Without names the units tell, and without these the order of the file stays.
+    const auto anonymous = [](mdt_calibration dimension, const char* units) {
+        dimension.name.clear();
+        dimension.units = units;
+        return dimension;
+    };
+    for (const auto& [units, second] : {std::pair("1/cm", 12.0), std::pair("um", 2.0)}) {
+        const mdt_array unnamed{
+            "Raman", {anonymous(x, "um"), anonymous(y, "um"), anonymous(wave, units)}, measured, numbered_cells(12)};
+        const auto found = read(mdt_file({mdt_frame_of(106, unnamed.body(), false)}));
+        ASSERT_TRUE(found) << found.error().reason;
+        EXPECT_EQ(physical(item(*found, 0).stream).at(1), second) << units;
+    }
+}
+
 TEST(Mdt, WholeFramesOfACutFileAreShown)
 {
     const mdt_image image{"Height", 2, 2, {1, 2, 3, 4}};
@@ -121,6 +164,8 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
     mdt_array huge = odd;
     huge.dimensions[0].last = ~0ull - 1;
     huge.measured[0].type = 2;
+    mdt_array vast{"vast", {}, {{"z", "", 0, 1, 0, 0, 2}}, le32(0)};
+    for (const char* name : {"x", "y", "w"}) vast.dimensions.push_back({name, "", 0, 1, 0, 65535, 0});
     mdt_array late = odd;
     late.measured[0].type = 4;
     const struct {
@@ -134,6 +179,7 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
         {mdt_file({mdt_frame_of(105, image.body())}), "type 105 is not known"},
         {mdt_file({mdt_frame_of(106, odd.body(), false)}), "data type 77"},
         {mdt_file({mdt_frame_of(106, huge.body(), false)}), "above 65536"},
+        {mdt_file({mdt_frame_of(106, vast.body(), false)}), "more than 4294967295 cells"},
         {mdt_file({mdt_frame_of(106, late.body(), false)}), "more samples than the frame holds"},
         {mdt_file({mdt_frame_of(190, le32(1u << 30))}), "more blocks"},
         {mdt_file({mdt_frame_of(190, le32(0))}), "index.xml"},

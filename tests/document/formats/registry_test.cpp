@@ -1,4 +1,4 @@
-#include "document/formats/registry.h"
+#include "document/formats/format_notes.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -78,6 +78,7 @@ TEST(Registry, RowsAreWholeAndTypesUnique)
         EXPECT_TRUE(types.insert(row.type).second) << row.name;
         EXPECT_TRUE(row.sniff || row.possible) << row.name;
         EXPECT_TRUE(row.read || row.type == FILE_SPMX) << row.name;
+        EXPECT_EQ(formats::note_of(row.type).type, row.type) << row.name;
     }
 }
 

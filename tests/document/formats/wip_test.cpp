@@ -190,10 +190,54 @@ TEST(Wip, GratingsGiveUnevenAxes)
     EXPECT_STREQ(image_at(shifted, 0).stream.values.get_axis(0).get_units(), "1/cm");
 }
 
+TEST(Wip, PolynomialsAndTablesGiveAxesToo)
+{
+    const object nanometres{"TDSpectralInterpretation", 22, "nm", {i32("UnitIndex", 0)}};
+    const auto read_with = [&](const object& axis) {
+        return read(formats::read_wip, build({axis, nanometres, graph(1, 1, 4, {7, 8, 9, 10})}));
+    };
+    const auto polynomial = [](const std::vector<double>& factors, int first, int last) {
+        return object{"TDSpectralTransformation",
+                      21,
+                      "X",
+                      {i32("SpectralTransformationType", 2), f64("FreePolynom", factors),
+                       i32("FreePolynomStartBin", first), i32("FreePolynomStopBin", last)}};
+    };
+    const auto curved = read_with(polynomial({500, 10, 1}, 0, 3)); // 500, 511, 524, 539 nm
+    ASSERT_TRUE(curved);
+    ASSERT_EQ(curved->items.size(), 2u);
+    const auto places = physical_of(image_at(curved, 0));
+    const double expected[] = {500, 511, 524, 539}, halfStep = 0.5 * 39 / 65534;
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(places.at(i), expected[i], halfStep) << i;
+    const auto straight = read_with(polynomial({500, 0.5}, 0, 3));
+    EXPECT_EQ(axis_text(image_at(straight, 0), 0), "500 0.5 nm");
+    const auto turning = read_with(polynomial({500, -3, 1}, 0, 3)); // 500, 498, 498, 500
+    ASSERT_EQ(turning->items.size(), 1u);
+    EXPECT_EQ(axis_text(image_at(turning, 0), 0), "0 1 ");
+
+    const object table{"TDLUTTransformation", 21, "X", {i32("LUTSize", 4), f64("LUT", {1, 2, 4, 8})}, "s"};
+    const auto looked = read_with(table);
+    ASSERT_EQ(looked->items.size(), 2u);
+    expect_values(looked, 0, {1, 2, 4, 8});
+    EXPECT_STREQ(image_at(looked, 0).stream.values.get_axis(0).get_units(), "s");
+}
+
+TEST(Wip, ExtendedNumbersAreRead)
+{
+    // 1.5, -2 and 0 with 64 bits of mantissa; the exponent of 1 is 16383.
+    bytes_builder numbers;
+    for (const auto& [mantissa, power] : {std::pair(0xC000000000000000u, 0x3FFFu),
+                                          std::pair(0x8000000000000000u, 0xC000u), std::pair(std::uint64_t{0}, 0u)})
+        numbers.add(std::uint64_t{mantissa}).add(static_cast<std::uint16_t>(power));
+    object extended = graph(1, 1, 3, {});
+    extended.own.back().children = {i32("DataType", 11), {"Data", 7, numbers.content, {}}};
+    expect_values(read(formats::read_wip, build({extended})), 0, {1.5, -2, 0});
+}
+
 TEST(Wip, ADamagedObjectDoesNotLoseTheOthers)
 {
     object wrongType = picture({1, 2, 3, 4, 5, 6});
-    wrongType.own[5].children[1] = i32("DataType", 11);
+    wrongType.own[5].children[1] = i32("DataType", 12);
     const auto result = read(formats::read_wip, build({picture({1, 2, 3}),
                                                        picture({1, 2, 3, 4, 5, 6}, 1, 3, 4),
                                                        wrongType,
