@@ -6,7 +6,7 @@ namespace surface {
 
 namespace {
 
-constexpr std::uint32_t maskColor = 0x00FF00, customColorIndex = 6, overlayMode = 5;
+constexpr std::uint32_t maskColor = 0x00FF00, customColorIndex = 6;
 
 const document::decoration* kept_mask(const document::decorations* kept)
 {
@@ -40,42 +40,22 @@ lengthy_trace finished(const lengthy_trace& trace, double radius)
     return kept;
 }
 
-lengthy_mask::lengthy_mask(const document::decorations* kept, CSize image_)
-    : image(image_), bits(static_cast<std::size_t>(image_.cx) * static_cast<std::size_t>(image_.cy))
+lengthy_mask::lengthy_mask(const document::decorations* kept, CSize image_) : sample_mask(image_)
 {
     const document::decoration* const mask = kept_mask(kept);
     if (!mask || mask->elements.empty()) return;
     const document::decoration::element& before = mask->elements.front();
-    if (before.width == static_cast<unsigned>(image.cx) && before.height == static_cast<unsigned>(image.cy) &&
-        before.bytes.size() == bits.size())
-        bits = before.bytes;
+    assign({static_cast<int>(before.width), static_cast<int>(before.height)}, before.bytes);
 }
 
 void lengthy_mask::add(std::span<const CPoint> path) noexcept
 {
-    for (const CPoint& at : path)
-        if (CRect({0, 0}, image).PtInRect(at))
-            bits[static_cast<std::size_t>(at.y) * static_cast<std::size_t>(image.cx) + static_cast<std::size_t>(at.x)] =
-                1;
+    for (const CPoint& at : path) set(at);
 }
 
 VLPluginDecoration lengthy_mask::record(const VLAxis& x, const VLAxis& y)
 {
-    bitmap = {.x0 = x.start,
-              .y0 = y.start,
-              .x1 = x.at(image.cx),
-              .y1 = y.at(image.cy),
-              .width = static_cast<std::uint32_t>(image.cx),
-              .height = static_cast<std::uint32_t>(image.cy),
-              .mode = overlayMode,
-              .bytes = bits.data()};
-    return {.type = DECORATION_BITMAP,
-            .count = 1,
-            .colorIndex = customColorIndex,
-            .customColor = maskColor,
-            .text = nullptr,
-            .name = lengthyMaskKey,
-            .data = &bitmap};
+    return sample_mask::record(x, y, lengthyMaskKey, customColorIndex, maskColor);
 }
 
 } // namespace surface

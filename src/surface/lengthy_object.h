@@ -2,6 +2,7 @@
 #include "base/VLAxis.h"
 #include "document/Decorations.h"
 #include "surface/sample_frame.h"
+#include "surface/sample_mask.h"
 #include "surface/selection_state.h"
 
 #include <span>
@@ -20,19 +21,12 @@ lengthy_trace finished(const lengthy_trace& trace, double radius);
 inline constexpr const char* lengthyMaskKey = "lengthy_mask";
 
 /// All objects traced on an image as one drawing: a bitmap over it with 1 where an object runs.
-class lengthy_mask {
+class lengthy_mask : public sample_mask {
 public:
     /// \param kept  what the image has under `lengthyMaskKey`; objects on an image of another size are dropped
     lengthy_mask(const document::decorations* kept, CSize image_);
     void add(std::span<const CPoint> path) noexcept;
-    /// The bitmap from sample 0, 0 to the end of the image in its units; valid while this lives and is not changed.
     VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
-    std::span<const unsigned char> bytes() const noexcept { return bits; }
-
-private:
-    CSize image;
-    std::vector<unsigned char> bits; ///< row 0 first, the lowest
-    decoration_bitmap bitmap{};
 };
 
 } // namespace surface

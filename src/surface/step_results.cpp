@@ -8,37 +8,20 @@ namespace surface {
 
 namespace {
 
-constexpr std::uint32_t maskColorIndex = 192, overlayMode = 5;
+constexpr std::uint32_t maskColorIndex = 192;
 constexpr const char* lineUnits = "line";
 
 } // namespace
 
-step_mask::step_mask(const std::deque<surface_step>& steps, CSize image_)
-    : image(image_), bits(static_cast<std::size_t>(image_.cx) * static_cast<std::size_t>(image_.cy))
+step_mask::step_mask(const std::deque<surface_step>& steps, CSize image_) : sample_mask(image_)
 {
     for (const surface_step& step : steps)
-        for (const auto [row, column] : step)
-            bits[static_cast<std::size_t>(row) * static_cast<std::size_t>(image.cx) +
-                 static_cast<std::size_t>(column)] = 1;
+        for (const auto [row, column] : step) set({column, row});
 }
 
 VLPluginDecoration step_mask::record(const VLAxis& x, const VLAxis& y)
 {
-    bitmap = {.x0 = x.start,
-              .y0 = y.start,
-              .x1 = x.at(image.cx),
-              .y1 = y.at(image.cy),
-              .width = static_cast<std::uint32_t>(image.cx),
-              .height = static_cast<std::uint32_t>(image.cy),
-              .mode = overlayMode,
-              .bytes = bits.data()};
-    return {.type = DECORATION_BITMAP,
-            .count = 1,
-            .colorIndex = maskColorIndex,
-            .customColor = 0,
-            .text = nullptr,
-            .name = stepsMaskName,
-            .data = &bitmap};
+    return sample_mask::record(x, y, stepsMaskName, maskColorIndex, 0);
 }
 
 std::vector<std::pair<std::string, std::string>> step_variables(const step_settings& settings)

@@ -1,6 +1,7 @@
 #pragma once
 #include "base/SPMDataStream.h"
 #include "document/StorageDoc.h"
+#include "surface/sample_mask.h"
 #include "surface/step_search.h"
 
 #include <string>
@@ -12,17 +13,10 @@ namespace surface {
 inline constexpr const char* stepsMaskName = "steps_mask";
 
 /// The steps of an image as one drawing: a bitmap over it with 1 where a step runs.
-class step_mask {
+class step_mask : public sample_mask {
 public:
     step_mask(const std::deque<surface_step>& steps, CSize image_);
-    /// From sample 0, 0 to the end of the image in its units; valid while this lives and is not changed.
     VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
-    std::span<const unsigned char> bytes() const noexcept { return bits; }
-
-private:
-    CSize image;
-    std::vector<unsigned char> bits; ///< row 0 first, the lowest
-    decoration_bitmap bitmap{};
 };
 
 /// The settings as the dialog's variables, name and value.
