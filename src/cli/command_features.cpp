@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/feature_output.h"
+#include "cli/file_reports.h"
 #include "cli/frame_choice.h"
 #include "cli/picture_options.h"
 #include "cli/result_files.h"
@@ -116,14 +117,9 @@ int run(const feature_options& options)
     session call;
     call.setFiles(options.files);
     feature_files outputs(call, options);
-    json files = json::array();
-    call.forEachDocument([&](CStorageDoc& document,
-                             const std::wstring& path) { files.push_back(treat(document, path, options, outputs)); },
-                         [&](const std::wstring& path, const std::string& reason) {
-                             files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-                         });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
+        return treat(document, path, options, outputs);
+    });
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // vldv steps: the edges of terraces, followed from scan line to scan line.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/frame_choice.h"
 #include "cli/result_files.h"
 #include "surface/step_results.h"
@@ -146,14 +147,9 @@ int run(const step_options& options)
     call.setFiles(options.files);
     std::optional<result_files> outputs;
     if (!options.output.empty()) outputs.emplace(call, options.output, ".spm");
-    json files = json::array();
-    call.forEachDocument([&](CStorageDoc& document,
-                             const std::wstring& path) { files.push_back(treat(document, path, options, outputs)); },
-                         [&](const std::wstring& path, const std::string& reason) {
-                             files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-                         });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
+        return treat(document, path, options, outputs);
+    });
 }
 
 } // namespace

@@ -1,0 +1,16 @@
+#pragma once
+#include "cli/session.h"
+
+#include <functional>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+/// What a call tells of its files, an entry each.
+using file_treatment = std::function<nlohmann::ordered_json(CStorageDoc&, const std::wstring& path)>;
+
+/// Treats each file of a call and prints {"files":[...]} for machines; a file that failed is {"path","error"}.
+/// \return the exit status
+int report_files(session& call, bool asJson, const file_treatment& treat);
+
+} // namespace cli
