@@ -1,6 +1,7 @@
 // vldv fourier: edits the spectra of surfaces, and shows them.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/frame_choice.h"
 #include "cli/output_names.h"
 #include "cli/picture_options.h"
@@ -186,21 +187,13 @@ int run(const fourier_options& options)
     session call;
     call.setFiles(options.files);
     fourier_outputs outputs(call, options);
-    json files = json::array();
-    const auto failed = [&](const std::wstring& path, const std::string& reason) {
-        files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-    };
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            json entry = treat(document, path, options, outputs);
-            if (!options.asJson)
-                for (const char* const kind : {"output", "spectrum"})
-                    if (entry.contains(kind)) std::cout << entry[kind].get<std::string>() << '\n';
-            files.push_back(std::move(entry));
-        },
-        failed);
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
+        json entry = treat(document, path, options, outputs);
+        if (!options.asJson)
+            for (const char* const kind : {"output", "spectrum"})
+                if (entry.contains(kind)) std::cout << entry[kind].get<std::string>() << '\n';
+        return entry;
+    });
 }
 
 /// Sides far outside of any spectrum are of no use and would leave the numbers that the selection counts with.

@@ -1,6 +1,7 @@
 // vldv histogram: how the heights of images are distributed, and the share between two delimiters.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/frame_choice.h"
 #include "cli/session.h"
 #include "spectra/histogram.h"
@@ -86,23 +87,14 @@ int run(const histogram_options& options)
 {
     session call;
     call.setFiles(options.files);
-    json files = json::array();
-    const auto failed = [&](const std::wstring& path, const std::string& reason) {
-        files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-    };
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            std::string problem;
-            const std::vector<frame_histogram> made = histograms(document, options, problem);
-            if (!problem.empty()) throw std::runtime_error(problem);
-            if (options.asJson)
-                files.push_back(document_json(document, made, path));
-            else
-                print_text(document, made, path);
-        },
-        failed);
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
+        std::string problem;
+        const std::vector<frame_histogram> made = histograms(document, options, problem);
+        if (!problem.empty()) throw std::runtime_error(problem);
+        if (options.asJson) return document_json(document, made, path);
+        print_text(document, made, path);
+        return {};
+    });
 }
 
 /// "F1,F2", both from 0 to 1 in either order.

@@ -1,6 +1,7 @@
 // vldv info: what files hold, for people or as JSON.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/info_text.h"
 #include "cli/session.h"
 #include "document/formats/format_notes.h"
@@ -95,21 +96,14 @@ int run(const info_options& options)
 {
     session call;
     call.setFiles(options.files);
-    json files = json::array();
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            if (options.asJson)
-                files.push_back(document_json(document, path));
-            else if (options.withDetails || options.withStrings)
-                print_info_details(document, path, options.withStrings);
-            else
-                print_info_table(document, path);
-        },
-        [&](const std::wstring& path, const std::string& reason) {
-            files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-        });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
+        if (options.asJson) return document_json(document, path);
+        if (options.withDetails || options.withStrings)
+            print_info_details(document, path, options.withStrings);
+        else
+            print_info_table(document, path);
+        return {};
+    });
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // vldv stats: heights and roughness of surfaces, for people or as JSON.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/session.h"
 #include "surface/statistics.h"
 
@@ -85,20 +86,12 @@ int run(const stats_options& options)
 {
     session call;
     call.setFiles(options.files);
-    json files = json::array();
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            const std::vector<frame> frames = frames_of(document);
-            if (options.asJson)
-                files.push_back(document_json(frames, path));
-            else
-                print_frames(document, frames, path);
-        },
-        [&](const std::wstring& path, const std::string& reason) {
-            files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-        });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
+        const std::vector<frame> frames = frames_of(document);
+        if (options.asJson) return document_json(frames, path);
+        print_frames(document, frames, path);
+        return {};
+    });
 }
 
 } // namespace
