@@ -9,13 +9,10 @@
 
 namespace {
 
-struct line_of_stretch {
-    double a = 0.0, b = 0.0, rms = 0.0;
-};
-
-/// The line through the values from `first` to `last`, both included. \param rest  room for as many
-line_of_stretch fit_stretch(const double* y, int first, int last, double* rest) noexcept
+/// The line through the values of a stretch, both ends included. \param rest  room for as many
+curves::fitted_line fit_stretch(const double* y, curves::stretch of, double* rest) noexcept
 {
+    const auto [first, last] = of;
     const int count = last - first + 1;
     std::copy_n(y + first, count, rest);
     linear_fit line;
@@ -37,23 +34,8 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
     curves::take_steps(work.data(), n);
     curves::filter_spikes(work.data(), n);
     const double spread = curves::spread_of(work.data(), n);
-    const auto [slant, zero] = curves::find_stretches(work.data(), n, spread, zeroThreshold, slantThreshold);
-    if (slant.isFound()) {
-        const line_of_stretch line = fit_stretch(y, slant.first, slant.last, work.data());
-        stats.slant_a = line.a;
-        stats.slant_b = line.b;
-        stats.slant_rms = line.rms;
-        stats.slant_first = slant.first;
-        stats.slant_last = slant.last;
-    }
-    stats.zero_first = zero.first;
-    stats.zero_last = zero.last;
-    if (zero.isFound()) {
-        const line_of_stretch line = fit_stretch(y, zero.first, zero.last, work.data());
-        stats.zero_a = line.a;
-        stats.zero_b = line.b;
-        stats.zero_rms = line.rms;
-    }
+    const curves::curve_stretches found = curves::find_stretches(work.data(), n, spread, zeroThreshold, slantThreshold);
+    curves::keep_stretches(found, [&](curves::stretch each) { return fit_stretch(y, each, work.data()); }, stats);
     stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
 }
 

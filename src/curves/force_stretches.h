@@ -1,4 +1,5 @@
 #pragma once
+#include "curves/force_curve_stats.h"
 #include "curves/sample_bits.h"
 #include "primitives/uniform_spline.h"
 
@@ -54,5 +55,32 @@ struct curve_stretches {
 /// Both stretches of a curve. \param steps  freed of spikes; NaN is neither steep nor flat
 /// \param spread  of the steps
 curve_stretches find_stretches(const double* steps, int n, double spread, double zeroThreshold, double slantThreshold);
+
+struct fitted_line {
+    double a = 0.0, b = 0.0, rms = 0.0; ///< a + b x, and the deviation from it
+};
+/// Keeps the stretches and the lines through them. \param fit  gives the line of a stretch
+template <typename Fit>
+void keep_stretches(const curve_stretches& found, const Fit& fit, force_curve_stats& stats)
+{
+    const auto& [slant, zero] = found;
+    if (slant.isFound()) {
+        const fitted_line line = fit(slant);
+        stats.slant_a = line.a;
+        stats.slant_b = line.b;
+        stats.slant_rms = line.rms;
+        stats.slant_first = slant.first;
+        stats.slant_last = slant.last;
+    }
+    // Where there is no zero stretch, its ends tell so.
+    stats.zero_first = zero.first;
+    stats.zero_last = zero.last;
+    if (zero.isFound()) {
+        const fitted_line line = fit(zero);
+        stats.zero_a = line.a;
+        stats.zero_b = line.b;
+        stats.zero_rms = line.rms;
+    }
+}
 
 } // namespace curves

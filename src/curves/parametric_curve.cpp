@@ -20,14 +20,14 @@ std::vector<double> steps_of(const double* values, int n)
 }
 
 /// dY/dX, and NaN where there is no dX: it is on neither side of any threshold.
-struct slopes {
+struct curve_slopes {
     std::vector<double> values;
     double spread = 0.0;
 };
 
-slopes slopes_of(const double* x, const double* y, int n)
+curve_slopes slopes_of(const double* x, const double* y, int n)
 {
-    slopes out{steps_of(y, n), 0.0};
+    curve_slopes out{steps_of(y, n), 0.0};
     const std::vector<double> along = steps_of(x, n);
     double sum = 0.0, squares = 0.0, count = 0.0;
     for (std::size_t i = 0; i < out.values.size(); ++i) {
@@ -45,13 +45,10 @@ slopes slopes_of(const double* x, const double* y, int n)
     return out;
 }
 
-struct line_over_x {
-    double a = 0.0, b = 0.0, rms = 0.0;
-};
-
-/// The line of y over x through the samples from `first` to `last`. Positions that are all equal give no slope.
-line_over_x fit_over(const double* x, const double* y, int first, int last) noexcept
+/// The line of y over x through the samples of a stretch. Positions that are all equal give no slope.
+curves::fitted_line fit_over(const double* x, const double* y, curves::stretch of) noexcept
 {
+    const auto [first, last] = of;
     const double count = last - first + 1.0;
     double meanX = 0.0, meanY = 0.0;
     for (int i = first; i <= last; ++i) {
@@ -65,7 +62,7 @@ line_over_x fit_over(const double* x, const double* y, int first, int last) noex
         spread += (x[i] - meanX) * (x[i] - meanX);
         product += (x[i] - meanX) * (y[i] - meanY);
     }
-    line_over_x line;
+    curves::fitted_line line;
     line.b = spread > 0.0 ? product / spread : 0.0;
     line.a = meanY - line.b * meanX;
     double sum = 0.0, squares = 0.0;
@@ -85,24 +82,9 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
 {
     stats.clear();
     if (n < 3) return;
-    const slopes found = slopes_of(x, y, n);
-    const auto [slant, zero] =
-        curves::find_stretches(found.values.data(), n, found.spread, zeroThreshold, slantThreshold);
-    if (slant.isFound()) {
-        const line_over_x line = fit_over(x, y, slant.first, slant.last);
-        stats.slant_a = line.a;
-        stats.slant_b = line.b;
-        stats.slant_rms = line.rms;
-        stats.slant_first = slant.first;
-        stats.slant_last = slant.last;
-    }
-    stats.zero_first = zero.first;
-    stats.zero_last = zero.last;
-    if (zero.isFound()) {
-        const line_over_x line = fit_over(x, y, zero.first, zero.last);
-        stats.zero_a = line.a;
-        stats.zero_b = line.b;
-        stats.zero_rms = line.rms;
-    }
+    const curve_slopes slopes = slopes_of(x, y, n);
+    const curves::curve_stretches found =
+        curves::find_stretches(slopes.values.data(), n, slopes.spread, zeroThreshold, slantThreshold);
+    curves::keep_stretches(found, [&](curves::stretch each) { return fit_over(x, y, each); }, stats);
     stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
 }
