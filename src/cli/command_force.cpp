@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/curve_source.h"
+#include "cli/file_reports.h"
 #include "cli/force_map_output.h"
 #include "cli/session.h"
 #include "curves/force_curve.h"
@@ -163,31 +164,24 @@ int run(const force_options& options)
     call.setFiles(options.files);
     std::optional<force_map_output> maps;
     if (!options.map.empty()) maps.emplace(call, options.map);
-    json files = json::array();
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            const std::vector<force_image> images = images_of(document, options);
-            const bool isOneOfMany = images.size() > 1 || call.files().size() > 1;
-            for (const force_image& each : images) {
-                if (options.asJson) {
-                    files.push_back(image_json(each, options, path));
-                } else if (!maps) {
-                    if (isOneOfMany) std::cout << heading(document, path, each.image);
-                    std::cout << image_text(each, options);
-                }
+    return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {
+        const std::vector<force_image> images = images_of(document, options);
+        const bool isOneOfMany = images.size() > 1 || call.files().size() > 1;
+        for (const force_image& each : images) {
+            if (options.asJson) {
+                entries.push_back(image_json(each, options, path));
+            } else if (!maps) {
+                if (isOneOfMany) std::cout << heading(document, path, each.image);
+                std::cout << image_text(each, options);
             }
-            if (!maps) return;
-            const force_map_output::written made = maps->write(document, path, options.image, options.sub);
-            if (!options.asJson)
-                std::cout << made.path << '\n';
-            else
-                files.back().update({{"map", made.path}, {"maps", made.titles}});
-        },
-        [&](const std::wstring& path, const std::string& reason) {
-            files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-        });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+        }
+        if (!maps) return;
+        const force_map_output::written made = maps->write(document, path, options.image, options.sub);
+        if (!options.asJson)
+            std::cout << made.path << '\n';
+        else
+            entries.back().update({{"map", made.path}, {"maps", made.titles}});
+    });
 }
 
 } // namespace

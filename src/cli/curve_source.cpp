@@ -1,6 +1,7 @@
 #include "cli/curve_source.h"
 
 #include "base/text.h"
+#include "cli/file_reports.h"
 #include "cli/session.h"
 
 #include <CLI/CLI.hpp>
@@ -114,27 +115,20 @@ int print_sections(const curve_options& options, const section_output& output)
     using json = nlohmann::ordered_json;
     session call;
     call.setFiles(options.files);
-    json files = json::array();
-    call.forEachDocument(
-        [&](CStorageDoc& document, const std::wstring& path) {
-            const std::vector<section> sections = sections_of(document, options);
-            const bool isOneOfMany = sections.size() > 1 || call.files().size() > 1;
-            for (const section& each : sections) {
-                if (options.asJson) {
-                    json said = {{"path", base::narrow(path)}, {"image", each.image}};
-                    said.update(output.json(each));
-                    files.push_back(std::move(said));
-                } else {
-                    if (isOneOfMany) std::cout << heading(document, path, each.image);
-                    std::cout << output.text(document, each);
-                }
+    return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {
+        const std::vector<section> sections = sections_of(document, options);
+        const bool isOneOfMany = sections.size() > 1 || call.files().size() > 1;
+        for (const section& each : sections) {
+            if (options.asJson) {
+                json said = {{"path", base::narrow(path)}, {"image", each.image}};
+                said.update(output.json(each));
+                entries.push_back(std::move(said));
+            } else {
+                if (isOneOfMany) std::cout << heading(document, path, each.image);
+                std::cout << output.text(document, each);
             }
-        },
-        [&](const std::wstring& path, const std::string& reason) {
-            files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-        });
-    if (options.asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    return call.status();
+        }
+    });
 }
 
 } // namespace cli
