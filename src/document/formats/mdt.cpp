@@ -133,7 +133,7 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<con
         image.strings.insert(planes[each]->strings.begin(), planes[each]->strings.end());
     }
     settle_samples(image);
-    name_directions(image, group);
+    name_directions(image, group, first.plane.direction);
     return image;
 }
 

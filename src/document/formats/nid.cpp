@@ -187,7 +187,7 @@ private:
         const std::string id = unique_id(first.label(), ids);
         auto image = first.is_image() ? load_image(file, members, id) : load_curve_group(members, id);
         if (!image) return image.error();
-        if (first.is_image()) name_directions(*image, group);
+        if (first.is_image()) name_directions(*image, group, first.direction());
         image->strings["\\Line direction"] = first.frame;
         result.items.emplace_back(std::move(*image));
         return {};

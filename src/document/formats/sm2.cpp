@@ -88,7 +88,7 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<pla
     }
     settle_samples(image);
     image.strings.merge(std::map(first.strings));
-    if (first.isImage) name_directions(image, group);
+    if (first.isImage) name_directions(image, group, first.direction);
     return image;
 }
 
