@@ -3,7 +3,6 @@
 #include "base/text.h"
 #include "document/formats/curve_group.h"
 #include "document/formats/header_text.h"
-#include "document/formats/point_grid.h"
 #include "document/formats/scala_data.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_numbers.h"
@@ -126,24 +125,16 @@ base::read_result<std::vector<recorded_image>> make_scala_points(std::span<scala
                                                                  std::vector<std::string>& ids)
 {
     const scala_channel& channel = *parts.front().channel;
-    const std::string units = scala_parameter_units(channel);
     const std::string places = places_of(parts);
-    std::vector<named_curve> x = take_curves(parts, &scala_points::x);
+    const std::string parameter = channel.parameter.empty() ? "Parameter" : channel.parameter;
+    const curve_positions positions{parameter,
+                                    parameter,
+                                    {1.0, 0.0, scala_parameter_units(channel), "first column"},
+                                    take_curves(parts, &scala_points::x)};
     const std::vector<named_curve> raw = take_curves(parts, &scala_points::raw);
     if (!is_modest_padding(raw)) return base::read_error{0, "curves differ too much in length"};
-    const bool sameX = std::ranges::all_of(x, [&](const auto& each) { return each.values == x.front().values; });
-    const auto steps = sameX ? find_even_steps(x.front().values) : std::nullopt;
-    const VLAxis axis = steps ? VLAxis(steps->start, steps->step, units.c_str()) : VLAxis();
-    std::vector<recorded_image> images;
-    recorded_image image =
-        make_curve_group(unique_id(channel.label(), ids), channel.label(), axis, channel.lsbScale, raw);
-    if (!steps) {
-        const std::string name = channel.parameter.empty() ? "Parameter" : channel.parameter;
-        images.push_back(make_curve_group(unique_id(name, ids), name, VLAxis(), {1.0, 0.0, units, "first column"}, x));
-        image.stream.set_parameter_stream(images.front().stream.get_name());
-    }
-    if (!places.empty()) image.strings["Curve places, nm"] = places;
-    images.push_back(std::move(image));
+    auto images = make_curves_over(positions, channel.label(), channel.lsbScale, raw, ids);
+    if (!places.empty()) images.back().strings["Curve places, nm"] = places;
     return images;
 }
 
