@@ -106,7 +106,7 @@ base::read_result<recording> read_images(source& file, const ibw_wave& wave)
         if (wave.isComplex && group.size() == 1)
             name_subimages(*image, complexNames);
         else
-            name_directions(*image, group);
+            name_directions(*image, group, plane.direction);
         if (group.size() == 1 && plane.direction != scan_direction::unknown)
             image->strings["\\Line direction"] = plane.direction == scan_direction::forward ? "Trace" : "Retrace";
         result.items.emplace_back(std::move(*image));

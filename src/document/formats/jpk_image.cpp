@@ -206,7 +206,7 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<jpk
             return base::read_error{0, "samples of " + first.plane.channel + " cannot be read"};
     for (const value_scale& other : first.others) add_calibration(image, first.plane.scale, other);
     settle_samples(image);
-    name_directions(image, group);
+    name_directions(image, group, first.plane.direction);
     image.strings.insert(first.strings.begin(), first.strings.end());
     return image;
 }
