@@ -201,17 +201,13 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
 
 bool sniff_opd(std::span<const std::byte> head) { return base::byte_reader(head).tag(magic); }
 
-bool possible_opd(std::span<const std::byte> head)
-{
-    return base::byte_reader(head).tag("VCA DATA") || base::byte_reader(head).tag("Wyko ASCII Data File Format");
-}
+bool possible_opd(std::span<const std::byte> head) { return base::byte_reader(head).tag("VCA DATA"); }
 
 base::read_result<recording> read_opd(source& file)
 {
     std::byte head[11]{};
     if (file.size() < sizeof head || !file.read(0, head) || !sniff_opd(head))
-        return base::read_error{0,
-                                "not a directory of WYKO blocks; later .opdx files and text exports cannot be opened"};
+        return base::read_error{0, "not a directory of WYKO blocks; the later .opdx files cannot be opened"};
     const auto blocks = read_directory(file);
     if (!blocks) return blocks.error();
     const opd_values values = read_values(file, *blocks);
@@ -226,6 +222,8 @@ base::read_result<recording> read_opd(source& file)
         }
     if (result.items.empty()) return base::read_error{directoryAt, "no block holds heights or intensities"};
     result.strings = values.texts;
+    if (values.number("Pixel_size", 0.0) == 0.0)
+        result.strings["\\Reader note"] = "no Pixel_size in the file: sides are counted in points";
     const auto date = values.texts.find("Date"), time = values.texts.find("Time");
     if (date != values.texts.end())
         result.strings.emplace("\\Date", date->second + (time == values.texts.end() ? "" : " " + time->second));

@@ -9,7 +9,7 @@
 namespace formats {
 
 bool sniff_opd(std::span<const std::byte> head);
-/// True for the later kind of file that only shares the name, and for the text export: the reader says so.
+/// True for the later kind of file that only shares the name: the reader says so.
 bool possible_opd(std::span<const std::byte> head);
 
 /// Reads heights, then intensities, of an interferometer's file.
