@@ -135,6 +135,8 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<con
         image.strings.insert(planes[each]->strings.begin(), planes[each]->strings.end());
     }
     settle_samples(image);
+    if (group.size() == 1 && first.plane.direction != scan_direction::unknown)
+        image.strings["\\Line direction"] = first.plane.direction == scan_direction::forward ? "Forward" : "Reverse";
     name_directions(image, group, first.plane.direction);
     return image;
 }

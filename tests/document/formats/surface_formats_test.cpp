@@ -188,6 +188,19 @@ TEST(Opd, ColumnsRunUpwardsAndHeightsCountInWavelengths)
     EXPECT_EQ(result->strings.at("Mult"), "300");
 }
 
+TEST(Opd, WhatGivesNoScaleIsNamed)
+{
+    const opd_piece heights{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2))};
+    const auto bare = read_with(read_opd, opd_file({heights, {"Pixel_size", 7, le_float(-1)}}));
+    ASSERT_TRUE(bare) << bare.error().reason;
+    EXPECT_EQ(bare->strings.at("\\Reader note"), "no Pixel_size in the file: sides are counted in points");
+    EXPECT_EQ(item(*bare, 0).strings.at("\\Z scale"), "raw * 1 + 0 from no Wavelength in the file");
+    EXPECT_EQ(item(*bare, 0).stream.get_dimension(0).get_axis(0), VLAxis());
+    const auto complete = read_with(read_opd, opd_file({heights, pixelSize, wavelength}));
+    ASSERT_TRUE(complete) << complete.error().reason;
+    EXPECT_FALSE(complete->strings.contains("\\Reader note"));
+}
+
 TEST(Opd, WhatCannotBeIsRefusedWithItsReason)
 {
     const std::string good = opd_file({{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2))}});
