@@ -66,6 +66,8 @@ TEST(Mdt, OnlyDirectionsOfOneScanAndPassAreAPair)
         ASSERT_EQ(image.strings.contains("\\Line direction"), images[i].direction != nullptr) << i;
         if (!images[i].direction) continue;
         EXPECT_EQ(image.strings.at("\\Line direction"), images[i].direction);
+        ASSERT_EQ(image.stream.subimage_names().size(), 1u);
+        EXPECT_STREQ(image.stream.subimage_names()[0].text, images[i].direction);
     }
 }
 
