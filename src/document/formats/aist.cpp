@@ -60,7 +60,7 @@ recorded_image make_raster(const aist_tree& tree, const plane_group& group, cons
         if (!raster.description.empty()) image.strings["Description"] = raster.description;
     }
     settle_samples(image, voids);
-    name_directions(image, group);
+    name_directions(image, group, plane.direction);
     return image;
 }
 

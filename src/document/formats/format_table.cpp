@@ -60,7 +60,7 @@ constexpr format_row rows[] = {
     {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, read_wip},
     {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
     {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
-    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, nullptr, read_pni_group},
+    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, possible_pni, read_pni_group},
     {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
     {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, read_aist},
     {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, read_opd},

@@ -1,10 +1,10 @@
 #include "document/formats/ibw.h"
 
-#include "base/text.h"
 #include "base/units.h"
 #include "document/formats/curve_group.h"
 #include "document/formats/ibw_channels.h"
 #include "document/formats/ibw_header.h"
+#include "document/formats/ibw_note.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -28,6 +28,17 @@ bool is_image(const ibw_wave& wave)
                                            wave.dimensions[0] == wave.dimensions[1]);
 }
 
+/// The axes of images. The microscope's program leaves their start at 0 and notes where the scan lay, in metres.
+void set_image_axes(const ibw_wave& wave, image_frame& frame)
+{
+    frame.x = axis_of(wave, 0);
+    frame.y = axis_of(wave, 1);
+    if (!is_mfp3d(wave) || !is_length(wave.dimensionUnits[0]) || !is_length(wave.dimensionUnits[1])) return;
+    if (frame.x.start != 0.0 || frame.y.start != 0.0) return;
+    frame.x.start = convert_size("m", frame.x.get_units(), ibw_note_number(wave, "XOffset").value_or(0.0));
+    frame.y.start = convert_size("m", frame.y.get_units(), ibw_note_number(wave, "YOffset").value_or(0.0));
+}
+
 std::string label_of(const ibw_wave& wave, std::size_t dimension, std::size_t item)
 {
     const auto& labels = wave.labels[dimension];
@@ -41,7 +52,10 @@ void add_strings(const ibw_wave& wave, std::map<std::string, std::string>& strin
         const auto found = wave.note.find(key);
         return found == wave.note.end() ? std::string() : found->second;
     };
-    if (!text("Date").empty()) strings.emplace("\\Date", text("Date") + " " + text("Time"));
+    if (!text("Date").empty())
+        strings.emplace("\\Date", text("Date") + (text("Time").empty() ? "" : " " + text("Time")));
+    else if (wave.created != 0)
+        strings.emplace("\\Date", ibw_date(wave.created));
     if (!text("ScanRate").empty()) strings.emplace("\\Scan rate", text("ScanRate"));
     if (!text("ScanDown").empty()) strings.emplace("\\Frame direction", text("ScanDown") == "1" ? "Down" : "Up");
     if (!text("SpringConstant").empty()) strings.emplace("Spring Constant", text("SpringConstant") + " N/m");
@@ -49,12 +63,13 @@ void add_strings(const ibw_wave& wave, std::map<std::string, std::string>& strin
 
 /// Reads the layers of a group into one image. Complex numbers give two sub-images a layer.
 base::read_result<recorded_image> load_layers(source& file, const ibw_wave& wave, const channel_plane& plane,
-                                              const plane_group& layers, const std::string& id)
+                                              const plane_group& layers, const std::string& label,
+                                              const std::string& id)
 {
     const extent sides[] = {{plane.frame.width, plane.frame.x}, {plane.frame.height, plane.frame.y}};
     const unsigned parts = wave.isComplex ? 2 : 1;
-    recorded_image image = make_samples(id, plane.channel, sides, static_cast<unsigned>(layers.size()) * parts,
-                                        plane.scale, wave.isComplex ? SPM_ARRAY_FLOAT64 : wave.type);
+    recorded_image image = make_samples(id, label, sides, static_cast<unsigned>(layers.size()) * parts, plane.scale,
+                                        wave.isComplex ? SPM_ARRAY_FLOAT64 : wave.type);
     const std::uint64_t samples = std::uint64_t{plane.frame.width} * plane.frame.height * parts;
     const std::uint64_t bytes = samples * element_size(wave.type);
     const std::span all(static_cast<std::byte*>(image.stream.array_data()),
@@ -77,6 +92,19 @@ base::read_result<recorded_image> load_layers(source& file, const ibw_wave& wave
     return image;
 }
 
+/// Directions and the two parts of complex numbers are sub-images.
+void name_parts(recorded_image& image, const ibw_wave& wave, const plane_group& group, scan_direction first)
+{
+    static const std::string parts[] = {"Real", "Imaginary"},
+                             both[] = {"Forward, Real", "Forward, Imaginary", "Reverse, Real", "Reverse, Imaginary"};
+    if (!wave.isComplex)
+        name_directions(image, group, first);
+    else if (group.size() == 1)
+        name_subimages(image, parts);
+    else
+        name_subimages(image, both);
+}
+
 base::read_result<recording> read_images(source& file, const ibw_wave& wave)
 {
     if (!is_image_side(wave.dimensions[0]) || !is_image_side(wave.dimensions[1]))
@@ -89,9 +117,10 @@ base::read_result<recording> read_images(source& file, const ibw_wave& wave)
         plane.channel = channel.channel.empty() ? wave.name.empty() ? "Image" : wave.name : channel.channel;
         plane.direction = channel.direction;
         plane.pass = channel.suffix;
-        plane.frame = {static_cast<unsigned>(wave.dimensions[0]), static_cast<unsigned>(wave.dimensions[1]), 1,
-                       axis_of(wave, 0), axis_of(wave, 1)};
-        plane.scale = {1.0, 0.0, ibw_channel_units(wave, channel.channel), "wave " + wave.name};
+        plane.frame.width = static_cast<unsigned>(wave.dimensions[0]);
+        plane.frame.height = static_cast<unsigned>(wave.dimensions[1]);
+        set_image_axes(wave, plane.frame);
+        plane.scale = ibw_channel_scale(wave, channel.channel);
         planes.push_back(std::move(plane));
     }
     std::vector<std::string> ids;
@@ -100,13 +129,11 @@ base::read_result<recording> read_images(source& file, const ibw_wave& wave)
         if (!file.progress(static_cast<double>(group.front()) / static_cast<double>(count)))
             return base::read_error{0, "reading was cancelled"};
         const channel_plane& plane = planes[group.front()];
-        auto image = load_layers(file, wave, plane, group, unique_id(plane.channel, ids));
+        const std::string label = plane.channel + plane.pass;
+        auto image = load_layers(file, wave, plane, group, label, unique_id(label, ids));
         if (!image) return image.error();
-        static const std::string complexNames[] = {"Real", "Imaginary"};
-        if (wave.isComplex && group.size() == 1)
-            name_subimages(*image, complexNames);
-        else
-            name_directions(*image, group);
+        name_parts(*image, wave, group, plane.direction);
+        add_ibw_deflection(*image, wave, plane.channel, plane.scale);
         if (group.size() == 1 && plane.direction != scan_direction::unknown)
             image->strings["\\Line direction"] = plane.direction == scan_direction::forward ? "Trace" : "Retrace";
         result.items.emplace_back(std::move(*image));
@@ -161,13 +188,9 @@ base::read_result<recording> read_curves(source& file, const ibw_wave& wave)
     std::vector<std::string> ids;
     recording result;
     const auto add = [&](const std::string& label, const std::vector<named_curve>& curves) {
-        const value_scale scale{1.0, 0.0, ibw_channel_units(wave, label), "wave " + wave.name};
+        const value_scale scale = ibw_channel_scale(wave, label);
         recorded_image image = make_curve_group(unique_id(label, ids), label, axis_of(wave, 0), scale, curves);
-        if (const auto spring = wave.note.find("SpringConstant");
-            label.starts_with("Defl") && spring != wave.note.end())
-            if (const auto constant = base::leading_number(spring->second);
-                constant && *constant > 0 && scale.units == "m")
-                add_calibration(image, scale, {*constant, 0.0, "N", ""});
+        add_ibw_deflection(image, wave, label, scale);
         result.items.emplace_back(std::move(image));
     };
     const std::string waveLabel = wave.name.empty() ? "Curve" : wave.name;

@@ -1,6 +1,7 @@
 #include "document/formats/ibw_channels.h"
 
 #include "base/text.h"
+#include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
 
 #include <cmath>
@@ -24,6 +25,13 @@ std::vector<double> numbers_of(const ibw_wave& wave, const char* key)
 
 } // namespace
 
+std::optional<double> ibw_note_number(const ibw_wave& wave, const char* key)
+{
+    const auto line = wave.note.find(key);
+    const auto number = line == wave.note.end() ? std::nullopt : base::leading_number(line->second);
+    return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
 bool is_mfp3d(const ibw_wave& wave)
 {
     return wave.footer.ends_with("MFP3D") || wave.footer.ends_with("Force") || wave.note.contains("ImagingMode");
@@ -44,30 +52,46 @@ ibw_channel split_ibw_channel(const std::string& label)
     return result;
 }
 
-std::string ibw_channel_units(const ibw_wave& wave, const std::string& channel)
+value_scale ibw_channel_scale(const ibw_wave& wave, const std::string& channel)
 {
-    if (!is_mfp3d(wave)) return wave.units;
-    if (const auto own = wave.note.find(channel + "Unit"); own != wave.note.end()) return normal_unit(own->second);
-    if (is_force(wave)) return wave.units;
+    const value_scale own{1.0, 0.0, wave.units, "wave " + wave.name};
+    if (!is_mfp3d(wave)) return own;
+    const std::string key = channel + "Unit";
+    if (const auto found = wave.note.find(key); found != wave.note.end())
+        return {1.0, 0.0, normal_unit(found->second), key};
+    if (is_force(wave) || channel.empty()) return own;
     static const struct {
         const char *begin, *units;
     } rows[] = {{"Height", "m"},     {"ZSensor", "m"}, {"Deflection", "m"}, {"Amplitude", "m"},
                 {"Phase", "\u00B0"}, {"Current", "A"}, {"Frequency", "Hz"}};
+    const std::string origin = "the channel's name, " + channel;
     for (const auto& row : rows)
-        if (channel.starts_with(row.begin)) return row.units;
-    return channel.empty() ? wave.units : "V";
+        if (channel.starts_with(row.begin)) return {1.0, 0.0, row.units, origin};
+    return {1.0, 0.0, "V", origin};
 }
 
+void add_ibw_deflection(recorded_image& image, const ibw_wave& wave, const std::string& channel,
+                        const value_scale& scale)
+{
+    if (!channel.starts_with("Defl") || scale.units != "m") return;
+    if (const auto constant = ibw_note_number(wave, "SpringConstant"); constant && *constant > 0)
+        add_calibration(image, scale, {*constant, 0.0, "N", ""});
+    if (const auto sensitivity = ibw_note_number(wave, "InvOLS"); sensitivity && *sensitivity > 0) // m/V
+        add_calibration(image, scale, {1.0 / *sensitivity, 0.0, "V", ""});
+}
+
+/// An entry of "Indexes" that is no number, is not behind the one before it or stands behind the last point counts as
+/// not written; one behind the last point ends the curve.
 std::vector<ibw_segment> ibw_segments(const ibw_wave& wave, std::size_t points)
 {
+    constexpr std::size_t mostSegments = 1000;
     const std::vector<double> indexes = numbers_of(wave, "Indexes"), directions = numbers_of(wave, "Direction");
     std::vector<ibw_segment> segments;
     std::size_t first = 0;
-    for (std::size_t i = 1; i < indexes.size(); ++i) {
-        const bool isLast = i + 1 == indexes.size();
-        const bool isIn = indexes[i] > static_cast<double>(first) && indexes[i] <= static_cast<double>(points);
-        if (!isIn && !isLast) return {{"", 0, points}};
-        const std::size_t end = isLast ? points : static_cast<std::size_t>(indexes[i]);
+    for (std::size_t i = 1; i < indexes.size() && first < points && segments.size() <= mostSegments; ++i) {
+        if (!(indexes[i] >= static_cast<double>(first + 1))) continue;
+        const std::size_t end =
+            indexes[i] < static_cast<double>(points) ? static_cast<std::size_t>(indexes[i]) : points;
         const double direction = i < directions.size() ? directions[i] : NAN; // the first entry stands for no segment
         const char* name = direction == 1    ? "Approach"
                            : direction == -1 ? "Retract"
@@ -78,7 +102,8 @@ std::vector<ibw_segment> ibw_segments(const ibw_wave& wave, std::size_t points)
         segments.push_back({same > 1 ? name + (" " + std::to_string(same)) : name, first, end - first});
         first = end;
     }
-    if (segments.size() < 2 || segments.size() > 1000 || segments.back().count == 0) return {{"", 0, points}};
+    if (segments.size() < 2 || segments.size() > mostSegments) return {{"", 0, points}};
+    segments.back().count = points - segments.back().first; // its index is that of the last point
     return segments;
 }
 

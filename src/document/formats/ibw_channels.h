@@ -2,6 +2,7 @@
 #include "document/formats/directions.h"
 #include "document/formats/ibw_header.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@ namespace formats {
 /// True when the MFP-3D's program wrote the wave: names, units and segments then follow its conventions.
 bool is_mfp3d(const ibw_wave& wave);
 
+/// The finite number that a line of the note begins with.
+std::optional<double> ibw_note_number(const ibw_wave& wave, const char* key);
+
 /// Channel, direction and what is left of a layer's name: "HeightRetraceMod0" is Height, reverse, "Mod0".
 struct ibw_channel {
     std::string channel, suffix;
@@ -17,8 +21,13 @@ struct ibw_channel {
 };
 ibw_channel split_ibw_channel(const std::string& label);
 
-/// Units of a channel; the wave's own for other programs' waves.
-std::string ibw_channel_units(const ibw_wave& wave, const std::string& channel);
+/// Raw numbers of a channel, named without its direction, as they stand: the wave's own units for other programs'
+/// waves, else those of the note or of the channel's name.
+value_scale ibw_channel_scale(const ibw_wave& wave, const std::string& channel);
+
+/// Adds the force and the volts that the note knows for a deflection in metres.
+void add_ibw_deflection(recorded_image& image, const ibw_wave& wave, const std::string& channel,
+                        const value_scale& scale);
 
 /// A part of a force curve.
 struct ibw_segment {

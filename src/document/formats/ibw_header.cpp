@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/ibw_note.h"
 #include "document/formats/text_units.h"
 
 #include <algorithm>
@@ -110,6 +111,8 @@ std::string read_new_header(ordered_reader& in, ibw_wave& wave, text_sizes& text
     texts.dataUnits = in.i32();
     for (std::int64_t& each : texts.dimensionUnits) each = in.i32();
     for (std::int64_t& each : texts.labels) each = in.i32();
+    in.in.seek(68);
+    wave.created = in.number<std::uint32_t>();
     in.in.seek(76);
     const std::int64_t points = in.i32();
     const std::int64_t type = in.i16();
@@ -163,18 +166,6 @@ std::string read_old_header(ordered_reader& in, ibw_wave& wave, text_sizes& text
     return set_type(type, wave) ? "" : "the type of the numbers is not known";
 }
 
-/// Lines "Key: value" ended by CR.
-void parse_note(const std::string& text, std::map<std::string, std::string>& note)
-{
-    for (const std::string_view each : base::split(text, '\r')) {
-        const std::string line = header_text(each);
-        const std::size_t colon = line.find(':');
-        if (colon == std::string::npos || colon == 0) continue;
-        const std::string value(base::trimmed(std::string_view(line).substr(colon + 1)));
-        if (!value.empty()) note.emplace(line.substr(0, colon), value);
-    }
-}
-
 /// Fields of 32 bytes; the first names the dimension as a whole.
 std::vector<std::string> parse_labels(const std::string& text)
 {
@@ -201,7 +192,7 @@ void read_texts(source& file, std::uint64_t at, const text_sizes& sizes, ibw_wav
         return isLost ? std::string() : text;
     };
     if (wave.version == 5) take(sizes.formula); // in front of the note here, behind it before
-    parse_note(take(sizes.note), wave.note);
+    wave.note = parse_ibw_note(take(sizes.note));
     if (wave.version != 5) return;
     if (const std::string units = header_text(take(sizes.dataUnits)); !units.empty()) wave.units = normal_unit(units);
     for (std::size_t i = 0; i < sizes.dimensionUnits.size(); ++i)

@@ -23,7 +23,8 @@ struct ibw_wave {
     std::array<double, 4> step{1, 1, 1, 1}, start{};
     std::array<std::string, 4> dimensionUnits;
     std::array<std::vector<std::string>, 4> labels; ///< of a dimension's items, without the one of all
-    std::map<std::string, std::string> note;        ///< the first of equal keys counts
+    std::map<std::string, std::string> note;        ///< as `parse_ibw_note` gives it
+    std::uint32_t created = 0;                      ///< seconds since 1904; 0 when not known
     std::string footer;                             ///< last bytes of the file
 };
 

@@ -4,6 +4,7 @@
 #include "document/formats/source.h"
 
 #include <string_view>
+#include <vector>
 
 namespace formats {
 
@@ -18,16 +19,61 @@ std::string plural(std::size_t count, const char* thing)
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
+/// Where the lines break rows of known width.
+class line_breaks {
+public:
+    explicit line_breaks(std::size_t columns_) : columns(columns_) {}
+
+    void add(std::size_t fields)
+    {
+        if (longest == 0) longest = fields;
+        areEqual = areEqual && longest < columns && !hasShortLine && fields <= longest; // the last may be shorter
+        hasShortLine = hasShortLine || fields < longest;
+        areWholeRows = areWholeRows && fields % columns == 0;
+        add_to_row(fields);
+    }
+    bool areOrderly() const noexcept { return areEqual || areWholeRows || breakRowsAlike; }
+
+private:
+    void add_to_row(std::size_t fields)
+    {
+        if (!breakRowsAlike) return;
+        if (!isFirstRowWhole) firstRow.push_back(fields);
+        breakRowsAlike = firstRow[lineOfRow] == fields;
+        ++lineOfRow;
+        inRow += fields;
+        if (inRow < columns) return;
+        breakRowsAlike = breakRowsAlike && inRow == columns;
+        isFirstRowWhole = true;
+        inRow = lineOfRow = 0;
+    }
+
+    std::size_t columns, longest = 0;
+    std::vector<std::size_t> firstRow; ///< numbers of its lines
+    std::size_t lineOfRow = 0, inRow = 0;
+    bool isFirstRowWhole = false, hasShortLine = false;
+    bool areEqual = true, areWholeRows = true, breakRowsAlike = true;
+};
+
+enum class line_use { taken, ended, refused };
+
 /// Collects the rows line by line and keeps the reason why one was refused.
 class table_collector {
 public:
-    table_collector(const text_content& content_, const number_layout& layout_, bool wrapped_)
-        : content(content_), scanner(layout_), wrapped(wrapped_)
+    table_collector(const text_content& content_, const number_layout& layout_, const stated_table& stated_)
+        : content(content_),
+          scanner(layout_),
+          stated(stated_),
+          wrapped(stated_.columns != 0 && !stated_.linesAreRows),
+          breaks(stated_.columns)
     {
+        if (stated.linesAreRows) table.columns = stated.columns;
     }
 
-    /// \return false when the line cannot be part of the table
-    bool add(std::string_view line, std::size_t number);
+    line_use add(std::string_view line, std::size_t number);
+    bool isComplete() const noexcept { return stated.linesAreRows && table.rows == stated.rows; }
+    /// Brings the numbers into the rows that the header states. \return why they cannot be, or empty
+    std::string fit();
     /// Leaves out a short last line.
     void finish();
 
@@ -35,31 +81,41 @@ public:
     std::string reason;
 
 private:
-    bool add_row(std::size_t fields, std::size_t number);
+    line_use add_row(std::size_t fields, std::size_t number);
     void add_comment(std::string_view line);
-    bool refuse(std::size_t number, const std::string& why)
+    line_use refuse(std::size_t number, const std::string& why)
     {
         reason = "line " + std::to_string(number) + why;
-        return false;
+        return line_use::refused;
+    }
+    /// Why a line of another length cannot be.
+    std::string unlike(std::size_t fields) const
+    {
+        const std::string other = firstLine == 0 ? "the header states " : "line " + std::to_string(firstLine) + " has ";
+        return " has " + plural(fields, "value") + " where " + other + std::to_string(firstFields);
     }
 
     const text_content& content;
     number_scanner scanner;
+    stated_table stated;
     bool wrapped;
-    std::size_t firstLine = 0;
-    std::size_t shortLine = 0; // number of a line that is too short, 0 when there is none
-    std::size_t shortFields = 0;
+    line_breaks breaks;
+    std::size_t firstLine = 0; // of numbers; 0 when the header states how many stand on a line
+    std::size_t firstFields = 0;
+    std::size_t oddLine = 0; // number of the first line of another length, 0 when there is none
+    std::size_t oddFields = 0;
 };
 
-bool table_collector::add(std::string_view line, std::size_t number)
+line_use table_collector::add(std::string_view line, std::size_t number)
 {
     const std::size_t before = table.values.size();
     switch (scanner.scan(line, table.values)) {
     case line_content::blank:
-        return true;
+        return line_use::taken;
     case line_content::comment:
+        if (stated.linesAreRows) return line_use::ended;
         add_comment(line);
-        return true;
+        return line_use::taken;
     case line_content::numbers:
         return add_row(table.values.size() - before, number);
     case line_content::wrong:
@@ -68,25 +124,27 @@ bool table_collector::add(std::string_view line, std::size_t number)
     return refuse(number, ": \"" + content.utf8(scanner.wrong_field().substr(0, 40)) + "\" is no number");
 }
 
-bool table_collector::add_row(std::size_t fields, std::size_t number)
+line_use table_collector::add_row(std::size_t fields, std::size_t number)
 {
     if (fields > mostFields) return refuse(number, " has more than " + std::to_string(mostFields) + " values");
-    if (table.columns == 0) {
-        table.columns = fields;
-        firstLine = number;
+    if (firstFields == 0) {
+        firstFields = stated.linesAreRows ? stated.columns : fields;
+        firstLine = stated.linesAreRows ? 0 : number;
+        if (table.columns == 0) table.columns = fields;
     }
-    if (wrapped || (fields == table.columns && shortLine == 0)) {
-        ++table.rows;
-        return true;
+    const bool isOdd = fields != firstFields;
+    const bool isAfterShort = oddLine != 0 && oddFields < firstFields;
+    if (isOdd && oddLine == 0) {
+        oddLine = number;
+        oddFields = fields;
     }
-    if (shortLine == 0 && fields < table.columns) { // allowed when it turns out to be the last
-        shortLine = number;
-        shortFields = fields;
-        return true;
+    if (wrapped) {
+        breaks.add(fields);
+        return line_use::taken;
     }
-    const std::size_t wrongLine = shortLine != 0 ? shortLine : number;
-    return refuse(wrongLine, " has " + plural(shortLine != 0 ? shortFields : fields, "value") + " where line " +
-                                 std::to_string(firstLine) + " has " + std::to_string(table.columns));
+    if (isAfterShort || fields > firstFields) return refuse(oddLine, unlike(oddFields));
+    if (!isOdd) ++table.rows; // a short line is allowed when it turns out to be the last
+    return line_use::taken;
 }
 
 void table_collector::add_comment(std::string_view line)
@@ -99,22 +157,22 @@ void table_collector::add_comment(std::string_view line)
 
 void table_collector::finish()
 {
-    if (shortLine == 0) return;
+    if (oddLine == 0 || wrapped) return;
     table.values.resize(table.columns * table.rows);
-    table.note = "The last line, " + std::to_string(shortLine) + ", was left out: it has " +
-                 plural(shortFields, "value") + " of " + std::to_string(table.columns);
+    table.note = "The last line, " + std::to_string(oddLine) + ", was left out: it has " + plural(oddFields, "value") +
+                 " of " + std::to_string(table.columns);
 }
 
-/// The numbers of a wrapped table as rows of the stated length; the reason when they are not as many.
-std::string wrap(number_table& table, std::size_t columns, std::size_t rows)
+std::string table_collector::fit()
 {
-    const std::size_t count = table.values.size();
-    if (rows == 0) rows = count / columns;
+    const std::size_t count = table.values.size(), columns = stated.columns;
     table.columns = columns;
-    table.rows = rows;
-    if (rows != 0 && count % columns == 0 && count / columns == rows) return {};
-    return "the header states " + std::to_string(columns) + " x " + std::to_string(rows) + " values, but " +
-           std::to_string(count) + " follow";
+    table.rows = stated.rows == 0 ? count / columns : stated.rows;
+    if (table.rows == 0 || count % columns != 0 || count / columns != table.rows)
+        return "the header states " + std::to_string(columns) + " x " + std::to_string(table.rows) + " values, but " +
+               std::to_string(count) + " follow";
+    if (wrapped && !breaks.areOrderly()) return "line " + std::to_string(oddLine) + unlike(oddFields);
+    return {};
 }
 
 } // namespace
@@ -126,26 +184,27 @@ std::vector<double> number_table::column(std::size_t index) const
     return result;
 }
 
-base::read_result<number_table> read_numbers(const text_content& content, line_cursor start,
-                                             const number_layout& layout, std::size_t columns, std::size_t rows,
-                                             source& file)
+base::read_result<number_table> read_numbers(const text_content& content, line_cursor& at, const number_layout& layout,
+                                             const stated_table& stated, source& file)
 {
-    table_collector collector(content, layout, columns != 0);
-    std::size_t reported = start.offset();
+    table_collector collector(content, layout, stated);
+    std::size_t reported = at.offset();
     std::string_view line;
-    while (start.next(line)) {
-        if (!collector.add(line, start.number())) return base::read_error{start.offset(), collector.reason};
-        if (start.offset() - reported < progressStep) continue;
-        reported = start.offset();
+    for (line_cursor ahead = at; !collector.isComplete() && ahead.next(line); at = ahead) {
+        const line_use use = collector.add(line, ahead.number());
+        if (use == line_use::refused) return base::read_error{ahead.offset(), collector.reason};
+        if (use == line_use::ended) break;
+        if (ahead.offset() - reported < progressStep) continue;
+        reported = ahead.offset();
         const double done = static_cast<double>(reported) / static_cast<double>(content.text.size());
         if (!file.progress(done)) return base::read_error{reported, "cancelled"};
     }
     collector.finish();
     number_table& table = collector.table;
     if (table.values.empty()) return base::read_error{0, "the text holds no lines of numbers"};
-    if (columns != 0)
-        if (std::string reason = wrap(table, columns, rows); !reason.empty())
-            return base::read_error{start.offset(), std::move(reason)};
+    if (stated.columns != 0)
+        if (std::string reason = collector.fit(); !reason.empty())
+            return base::read_error{at.offset(), std::move(reason)};
     return std::move(table);
 }
 

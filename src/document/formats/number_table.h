@@ -23,11 +23,18 @@ struct number_table {
     std::vector<double> column(std::size_t index) const;
 };
 
-/// Reads the lines of numbers behind `start`. Without `columns` all lines must be as long as the first; a last line
-/// that is shorter is left out with a note, any other is refused. With `columns`, and `rows` if known, lines may break
-/// anywhere and the numbers must be just as many.
-base::read_result<number_table> read_numbers(const text_content& content, line_cursor start,
-                                             const number_layout& layout, std::size_t columns, std::size_t rows,
-                                             source& file);
+/// What a header states of the numbers below it; 0 where it is silent.
+struct stated_table {
+    std::size_t columns = 0, rows = 0;
+    /// Every line is a row, `rows` of them are read, and a line that holds no numbers ends them.
+    bool linesAreRows = false;
+};
+
+/// Reads the lines of numbers behind `at`, which moves behind the last one read. Without stated columns all lines must
+/// be as long as the first; a last line that is shorter is left out with a note, any other is refused. With them the
+/// numbers must be just as many as stated, and lines may break rows in an orderly way: all alike, between rows only,
+/// or each row in the same places. Other lines have lost a number or hold one too many.
+base::read_result<number_table> read_numbers(const text_content& content, line_cursor& at, const number_layout& layout,
+                                             const stated_table& stated, source& file);
 
 } // namespace formats

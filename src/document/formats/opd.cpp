@@ -119,13 +119,6 @@ opd_values read_values(source& file, const std::vector<opd_block>& blocks)
     return values;
 }
 
-bool holds_heights(const std::string& name)
-{
-    for (const char* known : {"RAW_DATA", "RAW DATA", "OPD", "SAMPLE_DATA", "Raw"})
-        if (name == known) return true;
-    return false;
-}
-
 bool holds_intensity(const std::string& name) { return name == "Image" || name == "Intensity" || name == "SecArr_0"; }
 
 value_scale scale_of(const opd_values& values, bool isHeight, bool isFloat)
@@ -171,7 +164,7 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
     std::vector<std::byte> stored(static_cast<std::size_t>(samples * bytes));
     if (!file.read(block.offset + sizeof head, stored)) return refuse("samples cannot be read");
 
-    const bool isHeight = holds_heights(block.name);
+    const bool isHeight = holds_wyko_heights(block.name);
     const auto title = values.texts.find("Title");
     const std::string label = isHeight && title != values.texts.end() ? title->second : block.name;
     const double pixel = values.number("Pixel_size", 0.0), aspect = values.number("Aspect", 1.0);
@@ -199,25 +192,28 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
 
 } // namespace
 
+bool holds_wyko_heights(const std::string& name)
+{
+    for (const char* known : {"RAW_DATA", "RAW DATA", "OPD", "SAMPLE_DATA", "Raw"})
+        if (name == known) return true;
+    return false;
+}
+
 bool sniff_opd(std::span<const std::byte> head) { return base::byte_reader(head).tag(magic); }
 
-bool possible_opd(std::span<const std::byte> head)
-{
-    return base::byte_reader(head).tag("VCA DATA") || base::byte_reader(head).tag("Wyko ASCII Data File Format");
-}
+bool possible_opd(std::span<const std::byte> head) { return base::byte_reader(head).tag("VCA DATA"); }
 
 base::read_result<recording> read_opd(source& file)
 {
     std::byte head[11]{};
     if (file.size() < sizeof head || !file.read(0, head) || !sniff_opd(head))
-        return base::read_error{0,
-                                "not a directory of WYKO blocks; later .opdx files and text exports cannot be opened"};
+        return base::read_error{0, "not a directory of WYKO blocks; the later .opdx files cannot be opened"};
     const auto blocks = read_directory(file);
     if (!blocks) return blocks.error();
     const opd_values values = read_values(file, *blocks);
     std::vector<std::string> ids;
     recording result;
-    for (const auto isWanted : {holds_heights, holds_intensity})
+    for (const auto isWanted : {holds_wyko_heights, holds_intensity})
         for (const opd_block& block : *blocks) {
             if (block.type != arrayBlock || !isWanted(block.name)) continue;
             auto image = read_array(file, block, values, ids);
@@ -226,6 +222,7 @@ base::read_result<recording> read_opd(source& file)
         }
     if (result.items.empty()) return base::read_error{directoryAt, "no block holds heights or intensities"};
     result.strings = values.texts;
+    if (values.number("Pixel_size", 0.0) == 0.0) result.strings["\\Reader note"] = no_wyko_pixel_size;
     const auto date = values.texts.find("Date"), time = values.texts.find("Time");
     if (date != values.texts.end())
         result.strings.emplace("\\Date", date->second + (time == values.texts.end() ? "" : " " + time->second));

@@ -19,6 +19,7 @@ constexpr std::size_t headerBytes = 7312, shapeAt = 0x90, dataHeaderAt = 0x13CA;
 struct pni_header {
     unsigned columns = 0, rows = 0;
     VLAxis x, y;
+    bool hasSize = true; ///< both sides
     value_scale scale;
     std::string label;
     const char* direction = nullptr; ///< name of the sub-image, when it is known
@@ -51,14 +52,18 @@ const char* channel_name(bool isFirstVersion, std::uint32_t channel) noexcept
     return channel == 0 ? "Z actuator" : channel == 2 ? "Z error" : channel == 3 ? "Phase" : "Image";
 }
 
+bool is_size(double size) noexcept { return size > 0.0 && std::isfinite(size); }
+
+/// A side without a size steps by one micrometre.
 VLAxis side_axis(double size, unsigned points)
 {
-    return size > 0.0 && std::isfinite(size) && points != 0 ? VLAxis(0.0, size / points, "\u00B5m") : VLAxis();
+    return points == 0 ? VLAxis() : VLAxis(0.0, is_size(size) ? size / points : 1.0, "\u00B5m");
 }
 
 value_scale make_scale(double step, std::uint32_t kind)
 {
-    if (!std::isfinite(step) || step == 0.0) return {};
+    if (!std::isfinite(step) || step == 0.0)
+        return {1.0, 0.0, "", "the numbers as they stand; no usable value per LSB"};
     return {step, 0.0, kind == 1 ? "nm" : kind == 4 ? "mV" : "", "value per LSB, value kind"};
 }
 
@@ -77,8 +82,10 @@ pni_header parse_header(std::string_view bytes)
     pni_header header;
     header.columns = u32_at(shapeAt);
     header.rows = u32_at(shapeAt + 4);
-    header.x = side_axis(f32_at(0xA8), header.columns);
-    header.y = side_axis(f32_at(0xB0), header.rows);
+    const double width = f32_at(0xA8), height = f32_at(0xB0);
+    header.hasSize = is_size(width) && is_size(height);
+    header.x = side_axis(width, header.columns);
+    header.y = side_axis(height, header.rows);
     header.scale = make_scale(f32_at(0xBC), u32_at(dataHeaderAt + (isFirstVersion ? 0x46 : 0x1B2)));
     header.label = channel_name(isFirstVersion, u32_at(dataHeaderAt + (isFirstVersion ? 0x0A : 0x19E)));
     if (!isFirstVersion) return header;
@@ -90,6 +97,8 @@ pni_header parse_header(std::string_view bytes)
 } // namespace
 
 base::read_result<recording> read_pni_group(source& file) { return read_file_group(file, pni_reader); }
+
+bool possible_pni(std::span<const std::byte> head) { return has_version(as_text(head)); }
 
 bool sniff_pni(std::span<const std::byte> head)
 {
@@ -126,6 +135,7 @@ base::read_result<formats::recording> pni_reader(formats::source& file)
     }
     to_native(std::as_writable_bytes(samples), 2, byte_order::little);
     if (header.direction) name_subimages(image, std::vector<std::string>{header.direction});
+    if (!header.hasSize) image.strings["Size"] = "not in the file where 1 \u00B5m per pixel is shown";
     recording result;
     result.items.emplace_back(std::move(image));
     return result;

@@ -16,5 +16,7 @@ base::read_result<recording> read_pni_group(source& file);
 
 /// The version and a possible shape; the reader also holds the shape against the size of the file.
 bool sniff_pni(std::span<const std::byte> head);
+/// The version alone, of a file whose name says what it is.
+bool possible_pni(std::span<const std::byte> head);
 
 } // namespace formats

@@ -124,7 +124,7 @@ private:
             const std::string reason = read_scala_samples(*part.data, *part.channel, samples.subspan(i * frame, frame));
             if (!reason.empty()) return note(*part.channel, reason);
         }
-        name_directions(image, group);
+        name_directions(image, group, first.channel->direction);
         result.items.emplace_back(std::move(image));
     }
 

@@ -90,7 +90,7 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<pla
         out += bytes;
     }
     settle_samples(image);
-    if (first.isImage) name_directions(image, group);
+    if (first.isImage) name_directions(image, group, first.direction);
     return image;
 }
 

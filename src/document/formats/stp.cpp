@@ -62,7 +62,7 @@ base::read_result<recorded_image> load_group(source& file, const stp_header& hea
     }
     settle_samples(image);
     if (first.voltage) add_calibration(image, first.scale, *first.voltage);
-    name_directions(image, group);
+    name_directions(image, group, first.direction);
     return image;
 }
 

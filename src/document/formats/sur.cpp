@@ -16,6 +16,10 @@ namespace {
 
 value_scale scale_of(const sur_object& object)
 {
+    if (!std::isfinite(object.zStep) || object.zStep == 0.0)
+        return {1.0, 0.0, "", "the numbers as they stand; no usable z step"};
+    if (!std::isfinite(object.zOffset))
+        return {object.zStep, 0.0, object.zUnits, "z step, unit of the z step; no usable z offset"};
     return {object.zStep, object.zOffset, object.zUnits, "z step, z offset, unit of the z step"};
 }
 
@@ -78,7 +82,10 @@ void add_strings(const sur_object& object, const std::string& comment, recorded_
     add_string(image, "\\Date", date_of(object));
     add_string(image, "Object name", object.name);
     add_string(image, "Operator", object.user);
+    add_string(image, "X axis", object.xName);
+    add_string(image, "Y axis", object.yName);
     add_string(image, "Z axis", object.zName);
+    if (object.is_map()) add_string(image, "Spectral axis", object.spectralName);
     add_string(image, "Acquisition", acquisition_name(object.acquisition));
     if (object.seconds > 0.0 && std::isfinite(object.seconds))
         add_string(image, "Duration", base::general(object.seconds) + " s");
@@ -91,13 +98,23 @@ std::string label_of(const sur_object& object)
     return object.zName.empty() ? "Image" : object.zName;
 }
 
+/// What keeps the values at `offset` from being read. Objects that are no maps can state a number of values per point
+/// that their data do not have.
+std::string settle_size(source& file, sur_object& object, std::uint64_t offset)
+{
+    std::string reason = check_sur_values(file, object, offset);
+    if (reason.empty() || object.kind == sur_kind::spectral_map || object.pointValues == 1) return reason;
+    object.pointValues = 1;
+    return check_sur_values(file, object, offset).empty() ? std::string() : reason;
+}
+
 /// Reads the object at `offset`, of which the header stands already, and moves behind it.
-base::read_result<recorded_image> read_object(source& file, const sur_object& object, const std::string& id,
+base::read_result<recorded_image> read_object(source& file, sur_object object, const std::string& id,
                                               std::uint64_t& offset)
 {
     const std::uint64_t start = offset;
     offset += surHeaderBytes + object.commentBytes + object.privateBytes;
-    if (std::string reason = check_sur_values(file, object, offset); !reason.empty())
+    if (std::string reason = settle_size(file, object, offset); !reason.empty())
         return base::read_error{start, std::move(reason)};
     recorded_image image = make_stream(object, id, label_of(object));
     const std::span bytes(static_cast<std::byte*>(image.stream.array_data()),
@@ -112,6 +129,23 @@ base::read_result<recorded_image> read_object(source& file, const sur_object& ob
     if (!file.read(start + surHeaderBytes, std::as_writable_bytes(std::span(comment)))) comment.clear();
     add_strings(object, header_text(comment), image);
     return image;
+}
+
+/// Objects that a file must hold by its first header; a composite kind is several of them.
+std::size_t stated_objects(const sur_object& first)
+{
+    const std::size_t parts = first.kind == sur_kind::rgb_image               ? 3
+                              : first.kind == sur_kind::rgb_surface           ? 4
+                              : first.kind == sur_kind::rgb_intensity_surface ? 2
+                                                                              : 1;
+    return std::max<std::size_t>(first.objects, parts);
+}
+
+/// True when another object begins at `offset`. What follows the last object is not looked at.
+bool has_object(source& file, std::uint64_t offset)
+{
+    std::byte magic[surMagic.size()];
+    return offset == 0 || (file.read(offset, magic) && is_sur_header(magic));
 }
 
 } // namespace
@@ -130,17 +164,21 @@ base::read_result<formats::recording> sur_reader(formats::source& file)
     std::byte header[surHeaderBytes];
     std::size_t stated = 1;
     std::uint64_t offset = 0;
-    while (file.read(offset, header) && (offset == 0 || is_sur_header(header))) {
+    while (has_object(file, offset)) {
+        if (!file.read(offset, header)) return base::read_error{offset, "header cut short"};
         const auto object = parse_sur_object(header);
+        if (!object && object.error().offset == surKindAt && !result.items.empty()) {
+            result.strings["Objects left out"] = object.error().reason; // and what follows it, as its length is unknown
+            return result;
+        }
         if (!object) return base::read_error{offset, object.error().reason};
-        if (offset == 0) stated = std::max(1u, object->objects) * (object->kind == sur_kind::rgb_image ? 3u : 1u);
+        if (offset == 0) stated = stated_objects(*object);
         if (!file.progress(static_cast<double>(offset) / static_cast<double>(file.size())))
             return base::read_error{offset, "reading was cancelled"};
         auto image = read_object(file, *object, unique_id(label_of(*object), ids), offset);
         if (!image) return image.error();
         result.items.emplace_back(std::move(*image));
     }
-    if (result.items.empty()) return base::read_error{0, "header cut short"};
     if (result.items.size() < stated)
         return base::read_error{offset, "cut short: " + std::to_string(result.items.size()) + " of " +
                                             std::to_string(stated) + " objects"};

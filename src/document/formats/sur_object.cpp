@@ -17,13 +17,16 @@ bool is_known_kind(std::int16_t kind) noexcept
     case sur_kind::binary_image:
     case sur_kind::profile_series:
     case sur_kind::surface_series:
+    case sur_kind::disc:
     case sur_kind::multilayer_profile:
     case sur_kind::multilayer_surface:
+    case sur_kind::disc_merged:
     case sur_kind::intensity_image:
     case sur_kind::intensity_surface:
     case sur_kind::rgb_image:
     case sur_kind::rgb_surface:
     case sur_kind::rgb_intensity_surface:
+    case sur_kind::contour:
     case sur_kind::rgb_image_series:
     case sur_kind::spectrum:
     case sur_kind::spectral_map:
@@ -44,7 +47,8 @@ std::uint32_t read_fields(base::byte_reader& in, sur_object& object, std::int16_
 {
     const auto units = [&](std::size_t width) { return normal_unit(fixed_text(in, width)); };
     in.seek(14);
-    object.objects = in.u16();
+    const std::int16_t objects = in.i16();
+    object.objects = objects > 0 ? static_cast<unsigned>(objects) : 1;
     in.skip(2); // version
     kind = in.i16();
     object.name = fixed_text(in, 30);
@@ -65,7 +69,8 @@ std::uint32_t read_fields(base::byte_reader& in, sur_object& object, std::int16_
     object.pointValues = pointValues > 0 ? static_cast<unsigned>(pointValues) : 1;
     const double xStep = in.f32(), yStep = in.f32();
     object.zStep = in.f32();
-    in.skip(32);
+    object.xName = fixed_text(in, 16);
+    object.yName = fixed_text(in, 16);
     object.zName = fixed_text(in, 16);
     const std::string xUnits = units(16), yUnits = units(16);
     object.zUnits = units(16);
@@ -80,17 +85,16 @@ std::uint32_t read_fields(base::byte_reader& in, sur_object& object, std::int16_
     const double xOffset = in.f32(), yOffset = in.f32();
     object.zOffset = in.f32();
     const double spectralStep = in.f32(), spectralOffset = in.f32();
-    in.skip(13); // name of the spectral axis
+    object.spectralName = fixed_text(in, 13);
     object.x = make_axis(xOffset, xStep, xUnits);
     object.y = make_axis(yOffset, yStep, yUnits);
     object.spectral = make_axis(spectralOffset, spectralStep, units(13));
     return points;
 }
 
-std::string check(const sur_object& object, std::int16_t kind, std::uint32_t points)
+std::string check(const sur_object& object, std::uint32_t points)
 {
     constexpr std::uint64_t maxSide = 65536;
-    if (!is_known_kind(kind)) return "object type " + std::to_string(kind) + " has no layout that is known";
     if (object.sampleBits != 16 && object.sampleBits != 32)
         return std::to_string(object.sampleBits) + " bits per value; only 16 and 32 can be";
     if (object.width == 0 || object.height == 0) return "points per line or number of lines is not above 0";
@@ -106,6 +110,7 @@ std::string check(const sur_object& object, std::int16_t kind, std::uint32_t poi
 
 bool sur_object::is_curve() const noexcept
 {
+    if (is_map()) return false;
     return kind == sur_kind::profile || kind == sur_kind::profile_series || kind == sur_kind::multilayer_profile ||
            kind == sur_kind::spectrum;
 }
@@ -125,9 +130,10 @@ base::read_result<sur_object> parse_sur_object(std::span<const std::byte> header
     std::int16_t kind = 0;
     const std::uint32_t points = read_fields(in, object, kind);
     if (in.failed()) return base::read_error{header.size(), "header cut short"};
-    if (std::string reason = check(object, kind, points); !reason.empty()) return base::read_error{0, reason};
+    if (!is_known_kind(kind))
+        return base::read_error{surKindAt, "object type " + std::to_string(kind) + " has no layout that is known"};
     object.kind = sur_kind{kind};
-    if (!object.is_map()) object.pointValues = 1; // others leave anything in that field
+    if (std::string reason = check(object, points); !reason.empty()) return base::read_error{0, reason};
     return object;
 }
 

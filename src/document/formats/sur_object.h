@@ -12,6 +12,7 @@
 namespace formats {
 
 constexpr std::size_t surHeaderBytes = 512;
+constexpr std::uint64_t surKindAt = 18; ///< an object of a kind without a known layout is refused there
 constexpr std::string_view surMagic = "DIGITAL SURF", surPackedMagic = "DSCOMPRESSED";
 
 /// Kinds of studiable objects.
@@ -21,13 +22,16 @@ enum class sur_kind : std::int16_t {
     binary_image = 3,
     profile_series = 4,
     surface_series = 5,
+    disc = 6,
     multilayer_profile = 7,
     multilayer_surface = 8,
+    disc_merged = 9,
     intensity_image = 10,
     intensity_surface = 11,
     rgb_image = 12,
     rgb_surface = 13,
     rgb_intensity_surface = 16,
+    contour = 17,
     rgb_image_series = 18,
     spectrum = 20,
     spectral_map = 21,
@@ -38,11 +42,11 @@ struct sur_object {
     bool isPacked = false;
     unsigned objects = 1; ///< in the whole file, as the first header says
     sur_kind kind = sur_kind::surface;
-    std::string name, user, zName;
+    std::string name, user, xName, yName, zName, spectralName;
     int acquisition = 0;
     bool hasVoids = false;
     unsigned sampleBits = 0;    ///< 16 or 32
-    unsigned pointValues = 1;   ///< values at each point of a spectral map
+    unsigned pointValues = 1;   ///< values at each point, above 1 for a spectral map
     std::int64_t voidValue = 0; ///< stands where nothing was measured
     unsigned width = 0, height = 0;
     VLAxis x, y, spectral;
@@ -54,7 +58,7 @@ struct sur_object {
 
     std::uint64_t values() const noexcept { return std::uint64_t{width} * height * pointValues; }
     bool is_curve() const noexcept;
-    bool is_map() const noexcept { return kind == sur_kind::spectral_map; }
+    bool is_map() const noexcept { return kind == sur_kind::spectral_map || pointValues > 1; }
 };
 
 /// True when the bytes begin with one of the two magics.

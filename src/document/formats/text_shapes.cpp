@@ -205,11 +205,12 @@ bool are_point_headings(const std::vector<column_heading>& headings)
 }
 
 /// Columns over a first one that rises or falls all the way. The rows of an image could do so by chance or by a tilt:
-/// an image is hardly twice as high as wide, and a tilt that strong shows in all its columns.
+/// an image is hardly twice as high as wide and never eight times, and a tilt that strong shows in all its columns.
 bool look_like_curves(const number_table& table)
 {
     if (table.columns == 3) return is_strictly_monotonic(table.column(0));
     if (table.rows < 8 || table.rows < 2 * table.columns || !is_strictly_monotonic(table.column(0))) return false;
+    if (table.rows >= 8 * table.columns) return true;
     for (std::size_t column = 1; column < table.columns; ++column)
         if (!is_strictly_monotonic(table.column(column))) return true;
     return false;

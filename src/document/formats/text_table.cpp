@@ -1,11 +1,13 @@
 #include "document/formats/text_table.h"
 
 #include "base/text.h"
+#include "document/formats/heights.h"
 #include "document/formats/number_table.h"
 #include "document/formats/text_header.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_numbers.h"
 #include "document/formats/text_shapes.h"
+#include "document/formats/text_wyko.h"
 
 #include <algorithm>
 #include <limits>
@@ -16,6 +18,7 @@ namespace formats {
 namespace {
 
 constexpr std::size_t layoutSample = 1000; // lines
+constexpr std::size_t mostArrays = 256;    // of an optical profiler; a handful occurs
 constexpr std::size_t everyLine = std::numeric_limits<std::size_t>::max();
 
 /// A text cut into its header and the numbers behind it.
@@ -54,12 +57,15 @@ std::size_t take_count(line_cursor& numbers)
     return static_cast<std::size_t>(*count);
 }
 
-base::read_result<number_table> read_rows(const text_content& content, line_cursor start, const table_header& header,
+/// \param at  moves behind the numbers
+base::read_result<number_table> read_rows(const text_content& content, line_cursor& at, const table_header& header,
                                           source& file)
 {
+    const line_cursor start = at;
     const std::string_view text = std::string_view(content.text).substr(start.offset());
     const auto read = [&](const number_layout& layout) {
-        return read_numbers(content, start, layout, header.columns, header.rows, file);
+        at = start;
+        return read_numbers(content, at, layout, {header.columns, header.rows, header.linesAreColumns}, file);
     };
     const number_layout likely = detect_layout(text, layoutSample);
     auto table = read(likely);
@@ -67,6 +73,47 @@ base::read_result<number_table> read_rows(const text_content& content, line_curs
     // The first thousand lines may have looked simpler than the rest: a comma may turn up late.
     const number_layout certain = detect_layout(text, everyLine);
     return certain == likely ? table : read(certain);
+}
+
+/// Finds the next line of numbers. \param name  receives the last line of text before it
+bool find_next_array(const text_content& content, line_cursor& at, std::string& name)
+{
+    std::string_view line;
+    for (line_cursor ahead = at; ahead.next(line); at = ahead) {
+        if (is_number_line(line)) return true;
+        if (!base::trimmed(line).empty()) name = content.utf8(line);
+    }
+    return false;
+}
+
+/// The arrays of an optical profiler, all of one size, each behind a line that names it.
+base::read_result<recording> read_arrays(const text_content& content, const text_parts& parts, table_header header,
+                                         source& file)
+{
+    if (header.columns == 0 || header.rows == 0) return base::read_error{0, "X Size or Y Size is missing or 0"};
+    recording result;
+    std::vector<std::string> ids;
+    line_cursor at = parts.numbers;
+    std::string name;
+    do {
+        if (!result.items.empty()) {
+            if (name.empty()) return base::read_error{at.offset(), "more lines of numbers than X Size states"};
+            if (result.items.size() == mostArrays)
+                return base::read_error{at.offset(), "more than " + std::to_string(mostArrays) + " arrays"};
+            apply_wyko_array(parts.header, name, header);
+        }
+        auto table = read_rows(content, at, header, file);
+        if (!table) return base::read_error{table.error().offset, header.channel + ": " + table.error().reason};
+        auto array = shape_table(std::move(*table), header, {});
+        if (!array) return array;
+        auto& image = std::get<recorded_image>(array->items.front());
+        image.stream.set_name(unique_id(header.channel, ids).c_str());
+        result.items.push_back(std::move(array->items.front()));
+        name.clear();
+    } while (find_next_array(content, at, name));
+    result.strings = wyko_strings(parts.header);
+    result.strings["\\Text format"] = header.writer;
+    return result;
 }
 
 std::string text_of(std::span<const std::byte> bytes)
@@ -95,6 +142,7 @@ base::read_result<recording> read_text_table(source& file)
         return base::read_error{0, "a text export that is not a table: " + parts.header[0]};
 
     const table_header header = parse_header(parts.header);
+    if (header.linesAreColumns) return read_arrays(*content, parts, header, file);
     line_cursor start = parts.numbers;
     const std::size_t stated = header.countFirst ? take_count(start) : 0;
     auto table = read_rows(*content, start, header, file);

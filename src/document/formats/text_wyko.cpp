@@ -1,6 +1,7 @@
 #include "document/formats/text_wyko.h"
 
 #include "base/text.h"
+#include "document/formats/opd.h"
 
 #include <cmath>
 #include <string_view>
@@ -13,7 +14,7 @@ namespace {
 std::optional<double> number_of(const header_lines& lines, std::string_view key)
 {
     for (const std::string& line : lines) {
-        const auto fields = base::split(line, '\t');
+        const auto fields = base::split(base::trimmed(line), '\t');
         if (fields.size() < 2 || !base::equal_ignoring_case(base::trimmed(fields.front()), key)) continue;
         const auto number = base::whole_number(fields.back());
         return number && std::isfinite(*number) ? number : std::nullopt;
@@ -27,11 +28,17 @@ std::size_t count_of(const header_lines& lines, std::string_view key)
     return number >= 1.0 && number <= 1e9 ? static_cast<std::size_t>(number) : 0;
 }
 
-/// The text of the last line, up to its first tab, names the array.
-std::string array_name(const header_lines& lines)
+/// The text of a line "key TAB type TAB length TAB value" or "key TAB value"; empty when there is none.
+std::string text_after_key(std::string_view line)
 {
-    return std::string(base::trimmed(base::split(lines.back(), '\t').front()));
+    constexpr std::size_t valueField = 3;
+    const auto fields = base::split(base::trimmed(line), '\t');
+    if (fields.size() == 2) return std::string(base::trimmed(fields[1]));
+    if (fields.size() <= valueField) return {};
+    return std::string(base::trimmed(line.substr(static_cast<std::size_t>(fields[valueField].data() - line.data()))));
 }
+
+std::string_view key_of(std::string_view line) { return base::trimmed(line.substr(0, line.find('\t'))); }
 
 } // namespace
 
@@ -46,17 +53,44 @@ void apply_wyko(const header_lines& lines, table_header& header)
     header.linesAreColumns = true;
     header.columns = count_of(lines, "Y Size"); // numbers of a line
     header.rows = count_of(lines, "X Size");
-    header.channel = array_name(lines);
+    apply_wyko_array(lines, lines.back(), header);
     if (const auto pixel = number_of(lines, "Pixel_size"); pixel && *pixel > 0.0) {
-        const double aspect = number_of(lines, "Aspect").value_or(1.0);
+        const double stated = number_of(lines, "Aspect").value_or(1.0), aspect = stated > 0.0 ? stated : 1.0;
         header.width = quantity{*pixel * static_cast<double>(header.rows), "mm"};
         header.height = quantity{*pixel * aspect * static_cast<double>(header.columns), "mm"};
     }
+}
+
+void apply_wyko_array(const header_lines& lines, const std::string& nameLine, table_header& header)
+{
+    const std::string name(key_of(nameLine));
+    header.channel = name;
+    header.factor = 1.0;
+    header.units.clear();
+    header.origin = "intensity";
+    if (!holds_wyko_heights(name)) return;
+    header.origin = "no Wavelength in the file";
+    for (const std::string& line : lines)
+        if (key_of(line) == "Title" && !text_after_key(line).empty()) header.channel = text_after_key(line);
     if (const auto wavelength = number_of(lines, "Wavelength"); wavelength && *wavelength > 0.0) {
         header.factor = *wavelength;
         header.units = "nm";
         header.origin = "Wavelength";
     }
+}
+
+std::map<std::string, std::string> wyko_strings(const header_lines& lines)
+{
+    std::map<std::string, std::string> strings;
+    for (const std::string& line : lines)
+        if (const std::string text = text_after_key(line);
+            !text.empty() && key_of(line) != "Block Name" && !fits_wyko({line}))
+            strings.emplace(key_of(line), text);
+    const auto date = strings.find("Date"), time = strings.find("Time");
+    if (date != strings.end()) strings["\\Date"] = date->second + (time == strings.end() ? "" : " " + time->second);
+    const auto pixel = number_of(lines, "Pixel_size");
+    if (!pixel || !(*pixel > 0.0)) strings["\\Reader note"] = no_wyko_pixel_size;
+    return strings;
 }
 
 } // namespace formats

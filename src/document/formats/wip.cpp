@@ -1,6 +1,7 @@
 #include "document/formats/wip.h"
 
 #include "document/formats/wip_samples.h"
+#include "document/formats/wip_strings.h"
 
 namespace formats {
 
@@ -21,12 +22,16 @@ base::read_result<recording> read_wip(source& file)
         if (!is_wip_data(object)) continue;
         auto images = read_wip_object(file, project, object, ids);
         if (images)
-            for (recorded_image& image : *images) result.items.emplace_back(std::move(image));
+            for (recorded_image& image : *images) {
+                image.strings.merge(wip_object_strings(file, project, object));
+                result.items.emplace_back(std::move(image));
+            }
         else
             skipped += (skipped.empty() ? "" : "; ") + object.caption + ": " + images.error().reason;
     }
     if (result.items.empty())
         return base::read_error{0, skipped.empty() ? "holds neither an image nor a spectrum" : skipped};
+    result.strings = wip_project_strings(file, *tree);
     if (!skipped.empty()) result.strings["Skipped objects"] = skipped;
     return result;
 }

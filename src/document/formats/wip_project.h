@@ -44,8 +44,10 @@ public:
     /// Unit of the values, empty when none is told.
     std::string value_units(const wip_object& object) const;
 
-private:
+    /// The object whose number the tag holds, or null.
     const wip_object* referred(const wip_object& object, const char* tag) const;
+
+private:
     std::vector<double> numbers(const wip_tag& tag, const std::string& name, std::size_t count) const;
     std::string standard_unit(const wip_object& transformation) const;
     std::vector<double> wavelengths(const wip_object& transformation, unsigned values) const;

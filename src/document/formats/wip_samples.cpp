@@ -84,7 +84,8 @@ std::string label_of(const wip_object& object) { return object.caption.empty() ?
 
 value_scale scale_of(const wip_project& project, const wip_object& object)
 {
-    return {1.0, 0.0, project.value_units(object), "UnitName of the interpretation"};
+    const std::string units = project.value_units(object);
+    return {1.0, 0.0, units, units.empty() ? "" : "UnitName of the interpretation"};
 }
 
 bool read_into(source& file, const stored_numbers& numbers, recorded_image& image)

@@ -16,6 +16,7 @@ struct wave {
     std::vector<std::string> labels[4]; ///< of the items
     int statedPoints = -1;
     double step = 0.5, start = 3;
+    unsigned created = 0;
 
     std::string bytes() const
     {
@@ -36,6 +37,7 @@ struct wave {
         };
         std::string head = le16(5) + le16(0) + le32(320 + numbers.size()) + le32(0) + le32(note.size()) + le32(0) +
                            std::string(16, '\0') + labelSizes + std::string(12, '\0');
+        head = padded(head, 64 + 4) + le32(created);
         head =
             padded(head, 64 + 12) + le32(statedPoints < 0 ? points : static_cast<unsigned>(statedPoints)) + le16(type);
         head = padded(head, 92) + padded("made", 40);
@@ -106,6 +108,157 @@ TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
     EXPECT_STREQ(deflection.stream.get_parameter_stream(), item(*result, 1).stream.get_name());
     ASSERT_EQ(deflection.stream.values.get_axes_number(), 2u);
     EXPECT_EQ(deflection.stream.values.get_axis(1), VLAxis(0, 2, "N"));
+}
+
+/// Layers of two points of the microscope's program, a number each.
+wave layers(const std::vector<std::string>& labels)
+{
+    wave made;
+    made.dimensions = {2, 1, static_cast<unsigned>(labels.size())};
+    for (std::size_t i = 0; i < 2 * labels.size(); ++i) made.numbers += le_float(static_cast<float>(i));
+    made.labels[2] = labels;
+    made.xUnits = made.yUnits = "m";
+    made.footer = "MFP3D";
+    return made;
+}
+
+TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
+{
+    const struct {
+        const char *indexes, *directions, *names, *lengths;
+    } rows[] = {
+        {"0,3,Nan,6", "NaN,1,0,-1", "Approach,Retract,", "3 3"}, // equal lengths are not told
+        {"0,3,3,5", "NaN,1,0,-1,", "Approach,Retract,", "3 3"},
+        {"0,2,5,3,6", "NaN,1,0,1,-1", "Approach,Dwell,Retract,", "2 3 1"},
+        {"0,2,5,9", "NaN,1,-1,1", "Approach,Retract,Approach 2,", "2 3 1"},
+        {"0,0.5,4,6", "NaN,0,1,-1", "Approach,Retract,", "4 2"},
+        {"0,Nan,5", "NaN,1,-1", "", ""},
+    };
+    for (const auto& row : rows) {
+        wave made;
+        made.dimensions = {6, 1};
+        made.numbers = floats({1, 2, 3, 4, 5, 6});
+        made.labels[1] = {"Defl"};
+        made.footer = "Force";
+        made.note = std::string("Indexes: ") + row.indexes + "\rDirection: " + row.directions + "\r";
+        const auto result = read(made);
+        ASSERT_TRUE(result) << result.error().reason;
+        const recorded_image& image = item(*result, 0);
+        std::string names;
+        for (const auto& name : image.stream.subimage_names()) names += std::string(name.text) + ",";
+        EXPECT_EQ(names, row.names) << row.indexes;
+        const auto lengths = image.strings.find("\\Curve lengths");
+        const std::string told = std::string(row.lengths) == "3 3" ? "" : row.lengths;
+        EXPECT_EQ(lengths == image.strings.end() ? "" : lengths->second, told) << row.indexes;
+    }
+}
+
+TEST(Ibw, LabelsKeepWhatIsNeitherChannelNorDirection)
+{
+    wave made = layers({"HeightTraceMod0", "HeightRetraceMod0", "HeightTraceMod1", "UserIn0TraceMod1"});
+    made.note = "UserIn0Unit: nA\r";
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    const struct {
+        const char *label, *units, *origin;
+    } rows[] = {{"HeightMod0", "m", "from the channel's name, Height"},
+                {"HeightMod1", "m", "from the channel's name, Height"},
+                {"UserIn0Mod1", "nA", "from UserIn0Unit"}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const recorded_image& image = item(*result, i);
+        EXPECT_STREQ(image.stream.get_description(), rows[i].label);
+        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), rows[i].units);
+        EXPECT_TRUE(image.strings.at("\\Z scale").ends_with(rows[i].origin)) << image.strings.at("\\Z scale");
+    }
+    made.footer = "";
+    made.note = "";
+    EXPECT_TRUE(item(*read(made), 0).strings.at("\\Z scale").ends_with("from wave made"));
+}
+
+TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
+{
+    const struct {
+        double start;
+        const char *units, *footer;
+        double x, y; ///< starts of the axes
+    } rows[] = {{0, "m", "MFP3D", 2e-6, -3e-6},
+                {0, "um", "MFP3D", 2, -3},
+                {1, "m", "MFP3D", 1, 1},
+                {0, "s", "MFP3D", 0, 0},
+                {0, "m", "", 0, 0}};
+    for (const auto& row : rows) {
+        wave made = layers({"HeightTrace"});
+        made.note = "XOffset: 2e-06\rYOffset: -3e-06\r";
+        made.start = row.start;
+        made.xUnits = made.yUnits = row.units;
+        made.footer = row.footer;
+        const auto result = read(made);
+        ASSERT_TRUE(result) << result.error().reason;
+        const SPMDataStream& stream = item(*result, 0).stream;
+        EXPECT_NEAR(stream.get_dimension(0).get_axis(0).start, row.x, 1e-12) << row.units << row.footer;
+        EXPECT_NEAR(stream.get_dimension(1).get_axis(0).start, row.y, 1e-12) << row.units << row.footer;
+    }
+}
+
+TEST(Ibw, DeflectionsHaveForceAndVoltsToo)
+{
+    wave made = layers({"DeflectionTrace", "HeightTrace"});
+    made.note = "SpringConstant: 2\rInvOLS: 5e-08\r";
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    const auto& axes = item(*result, 0).stream.values;
+    ASSERT_EQ(axes.get_axes_number(), 3u);
+    EXPECT_EQ(axes.get_axis(1), VLAxis(0, 2, "N"));
+    EXPECT_STREQ(axes.get_axis(2).get_units(), "V");
+    EXPECT_NEAR(axes.get_axis(2).scale, 2e7, 1e-3); // one metre; 50 nm are one volt
+    EXPECT_EQ(item(*result, 1).stream.values.get_axes_number(), 1u);
+}
+
+TEST(Ibw, NotesKeepLinesWithoutKeyAndTheDateComesFromTheHeaderElse)
+{
+    const struct {
+        const char* note;
+        std::map<std::string, std::string> strings;
+    } rows[] = {
+        {"Rate: 2\nBase: a:b\nTime:3:52:01 PM\n",
+         {{"Rate", "2"}, {"Base", "a:b"}, {"Time", "3:52:01 PM"}, {"\\Date", "1904-01-02 01:02:03"}}},
+        {"A scan\r\nof 22:53:08\r\n\r\nDate: 1\r\nTime: 2",
+         {{"Note", "A scan\nof 22:53:08"}, {"Date", "1"}, {"Time", "2"}, {"\\Date", "1 2"}}},
+        {"2021-10-11T22:53:08\rNote: own\r10:2",
+         {{"Note", "own\n2021-10-11T22:53:08\n10:2"}, {"\\Date", "1904-01-02 01:02:03"}}},
+    };
+    for (const auto& row : rows) {
+        wave made;
+        made.dimensions = {1};
+        made.numbers = floats({1});
+        made.note = row.note;
+        made.created = 86400 + 3600 + 2 * 60 + 3;
+        const auto result = read(made);
+        ASSERT_TRUE(result) << result.error().reason;
+        EXPECT_EQ(result->strings, row.strings) << row.note;
+    }
+    wave made;
+    made.dimensions = {1};
+    made.numbers = floats({1});
+    made.created = 3716812321; // "Date:2021-10-11", "Time:3:52:01 PM" of a recording
+    EXPECT_EQ(read(made)->strings.at("\\Date"), "2021-10-11 15:52:01");
+    made.created = 0;
+    EXPECT_FALSE(read(made)->strings.contains("\\Date"));
+}
+
+TEST(Ibw, ComplexLayersOfTwoDirectionsAreNamedInFull)
+{
+    wave made = layers({"HeightTrace", "HeightRetrace"});
+    made.type = 3;
+    made.numbers = floats({1, 10, 2, 20, 3, 30, 4, 40});
+    const auto result = read(made);
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 10, 20, 3, 4, 30, 40}));
+    const char* names[] = {"Forward, Real", "Forward, Imaginary", "Reverse, Real", "Reverse, Imaginary"};
+    const auto& named = item(*result, 0).stream.subimage_names();
+    ASSERT_EQ(named.size(), 4u);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_STREQ(named[i].text, names[i]);
 }
 
 TEST(Ibw, NumbersOfEveryTypeAndComplexOnesAreRead)

@@ -78,7 +78,9 @@ TEST(Pni, RefusesWhatCannotBe)
     }
     expect_cuts_refused(pni_reader, build("1.0", 1, 1));
     const auto unplaced = read(pni_reader, build("1.0", 1, 1, 0, -1.0f));
-    EXPECT_EQ(axis_text(image_at(unplaced, 0), 0), "0 1 ");
+    EXPECT_EQ(axis_text(image_at(unplaced, 0), 0), "0 1 \u00B5m");
+    EXPECT_EQ(image_at(unplaced, 0).strings.at("Size"), "not in the file where 1 \u00B5m per pixel is shown");
+    EXPECT_EQ(type_of(build("1.0", 1, 1, 0, 4.0f, 0), "a.pni"), FILE_PNI); // so that its reader tells what is wrong
 }
 
 } // namespace

@@ -160,6 +160,62 @@ TEST(Sur, ObjectsFollowOneAnother)
     expect_cuts_refused(sur_reader, two);
 }
 
+TEST(Sur, ValuesPerPointCountWhereTheDataHaveThem)
+{
+    object_parts parts;
+    parts.pointValues = 2;
+    parts.data = samples16({1, 2, 3, 4, 5, 6, 7, 8});
+    const auto surface = read(sur_reader, build(parts));
+    EXPECT_EQ(image_at(surface, 0).stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(raw_of(image_at(surface, 0)), (std::vector<int>{5, 6, 7, 8, 1, 2, 3, 4}));
+    parts.data = samples16({1, 2, 3, 4});
+    const auto stray = read(sur_reader, build(parts));
+    EXPECT_EQ(raw_of(image_at(stray, 0)), (std::vector<int>{3, 4, 1, 2}));
+}
+
+TEST(Sur, CompositeFilesHoldAllTheirParts)
+{
+    object_parts first, other;
+    first.data = other.data = samples16({1, 2, 3, 4});
+    const struct {
+        int kind, stated, parts; ///< parts that the file needs
+    } rows[] = {{12, 1, 3}, {12, 3, 3}, {13, 1, 4}, {16, 1, 2}, {2, -1, 1}};
+    for (const auto& row : rows) {
+        first.kind = row.kind;
+        first.objects = row.stated;
+        std::string file = build(first);
+        for (int i = 1; i < row.parts; ++i) {
+            EXPECT_FALSE(read(sur_reader, file)) << row.kind;
+            file += build(other);
+        }
+        EXPECT_TRUE(read(sur_reader, file)) << row.kind;
+        EXPECT_FALSE(read(sur_reader, file + build(other).substr(0, 300))) << row.kind;
+    }
+}
+
+TEST(Sur, ObjectsBehindAnUnknownKindAreNamed)
+{
+    object_parts good, unknown;
+    good.data = unknown.data = samples16({1, 2, 3, 4});
+    good.objects = 3;
+    unknown.kind = 36;
+    const auto result = read(sur_reader, build(good) + build(unknown) + build(good));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->items.size(), 1u);
+    EXPECT_EQ(result->strings.at("Objects left out"), "object type 36 has no layout that is known");
+}
+
+TEST(Sur, WithoutAStepThereIsNoUnit)
+{
+    object_parts parts;
+    parts.data = samples16({1, 2, 3, 4});
+    parts.zStep = 0.0f;
+    const auto flat = read(sur_reader, build(parts));
+    EXPECT_EQ(image_at(flat, 0).strings.at("\\Z scale"),
+              "raw * 1 + 0 from the numbers as they stand; no usable z step");
+    EXPECT_EQ(physical_of(image_at(flat, 0)), (std::vector<double>{3, 4, 1, 2}));
+}
+
 TEST(Sur, RefusesWhatCannotBe)
 {
     const std::string data = samples16({1, 2, 3, 4});

@@ -98,6 +98,20 @@ std::string utf16(const std::string& ascii, bool bigEndian)
     return bytes;
 }
 
+/// Header of a matrix of a stated size whose lines may break its rows.
+std::string spip(int columns, int rows)
+{
+    return "# File Format = ASCII\n# x-pixels = " + std::to_string(columns) + "\n# y-pixels = " + std::to_string(rows) +
+           "\n# Start of Data:\n";
+}
+
+/// Header of arrays that stand by columns.
+std::string wyko(int height, int width)
+{
+    return "Wyko ASCII Data File Format\t0\t0\t1\nX Size\t" + std::to_string(width) + "\nY Size\t" +
+           std::to_string(height) + "\n";
+}
+
 table_case matrix_case(const char* name, std::string text)
 {
     return {name, std::move(text), {4, 2}, {perPoint, perPoint}, {twoRows}, "Z[]"};
@@ -121,7 +135,10 @@ INSTANTIATE_TEST_SUITE_P(
         matrix_case("Utf16Big", utf16("1;2;3;4\n5;6;7;8\n", true)),
         matrix_case("Exponents", "1.0e-000 .2E1 3D0 40d-1\n+5. 6e+000 0.07E+02 800000.0D-005\n"),
         matrix_case("Comments", "# a\n% b\n; c\n// d\nprose\n1 2 3 4\n# between\n5 6 7 8\n"),
-        matrix_case("ShortLastLine", "1 2 3 4\n5 6 7 8\n9 10\n")),
+        matrix_case("ShortLastLine", "1 2 3 4\n5 6 7 8\n9 10\n"),
+        matrix_case("LinesOfThree", spip(4, 2) + "1 2 3\n4 5 6\n7 8\n"),
+        matrix_case("RowsBrokenAlike", spip(4, 2) + "1 2 3\n4\n5 6 7\n8\n"),
+        matrix_case("RowsOnALine", spip(4, 2) + "1 2 3 4 5 6 7 8\n")),
     [](const auto& each) { return std::string(each.param.name); });
 
 const std::string channelExport =
@@ -300,6 +317,61 @@ INSTANTIATE_TEST_SUITE_P(
         table_case{"CommaSeparatesWhenAllLinesAgree", "1,5\n2,0\n3,2\n", {3}, {"1 + i * 1 []"}, {{5, 0, 2}}, "Y[]"}),
     [](const auto& each) { return std::string(each.param.name); });
 
+TEST(TextTable, AProfilersArraysAreImagesOfTheirOwn)
+{
+    const std::string header = wyko(2, 3) + "Block Name\tType\tLength\tValue\nPixel_size\t7\t4\t0.5\n"
+                                            "Wavelength\t7\t4\t600\nTitle\t5\t4\tStep\nNote\t5\t0\t\n"
+                                            "Date\t5\t10\t11/06/2020\nTime\t5\t5\t20:12\n";
+    const auto result = read(header + "RAW_DATA\t3\t24\n1\tBad\n3\t4\n5\t6\n\nIntensity\t3\t24\n9\t8\n7\t6\n5\t4\n"
+                                      "OPD\t3\t24\n1\t1\n1\t1\n1\t3\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    const struct {
+        const char *label, *units;
+        std::vector<double> values; ///< lines are columns; in wavelengths where they are heights
+    } rows[] = {{"Step", "nm", {600, 1800, 3000, 600, 2400, 3600}},
+                {"Intensity", "", {9, 7, 5, 8, 6, 4}},
+                {"Step", "nm", {600, 600, 600, 600, 600, 1800}}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const SPMDataStream& stream = item(*result, i).stream;
+        EXPECT_STREQ(stream.get_description(), rows[i].label);
+        EXPECT_STREQ(stream.values.get_axis(0).get_units(), rows[i].units);
+        expect_values(stream, rows[i].values);
+    }
+    EXPECT_STRNE(item(*result, 0).stream.get_name(), item(*result, 2).stream.get_name());
+    EXPECT_EQ(item(*result, 0).strings.at("\\Void points"), "1");
+    const std::map<std::string, std::string> expected{{"X Size", "3"},
+                                                      {"Y Size", "2"},
+                                                      {"Pixel_size", "0.5"},
+                                                      {"Wavelength", "600"},
+                                                      {"Title", "Step"},
+                                                      {"Date", "11/06/2020"},
+                                                      {"Time", "20:12"},
+                                                      {"\\Date", "11/06/2020 20:12"},
+                                                      {"\\Text format", "Wyko ASCII"}};
+    EXPECT_EQ(result->strings, expected);
+
+    const auto bare = read(wyko(2, 1) + "Sample\n1\t2\n");
+    ASSERT_TRUE(bare) << bare.error().reason;
+    EXPECT_EQ(bare->strings.at("\\Reader note"), "no Pixel_size in the file: sides are counted in points");
+}
+
+TEST(TextTable, AHighTableOverARisingColumnIsNoImage)
+{
+    const auto rising = [](int lines) {
+        std::string text;
+        for (int i = 0; i < lines; ++i) {
+            for (int column = 0; column < 4; ++column) text += std::to_string(i + 3 * column) + " ";
+            text += "\n";
+        }
+        return text;
+    };
+    EXPECT_EQ(read(rising(31))->items.size(), 1u); // 4 x 31 could be a tilted surface
+    const auto curves = read(rising(100));
+    ASSERT_EQ(curves->items.size(), 3u);
+    EXPECT_EQ(item(*curves, 0).stream.get_dimension(0).length, 100u);
+}
+
 TEST(TextTable, UnevenXBecomesTheParameterOfItsCurves)
 {
     const auto result = read("x [nm]\tForce [nN]\tX [V]\n0\t5\t1\n1\t6\t2\n3\t8\t3\n");
@@ -396,13 +468,24 @@ INSTANTIATE_TEST_SUITE_P(
         bad_table{"FewerPoints", "um um\n3\n0.0, 1.0\n1.0, 2.0\n", "cut short: 2 of 3 points"},
         bad_table{"OtherExport", "WSxM file copyright UAM\nIV curve file\n1 2 3 4\n",
                   "a text export that is not a table: WSxM file copyright UAM"},
-        bad_table{"FewerColumns", "Wyko ASCII Data File Format\t0\t0\t1\nX Size\t3\nY Size\t2\nRAW_DATA\n1 2\n3 4\n",
-                  "the header states 2 x 3 values, but 4 follow"},
+        bad_table{"FewerColumns", wyko(2, 3) + "OPD\n1 2\n3 4\n", "OPD: the header states 2 x 3 values, but 4 follow"},
+        bad_table{"MovedColumns", wyko(2, 2) + "OPD\n1 2 3\n4\n", "OPD: line 5 has 3 values where the header states 2"},
+        bad_table{"MoreColumns", wyko(2, 2) + "OPD\n1 2\n3 4\n5 6\n", "more lines of numbers than X Size states"},
+        bad_table{"SecondArrayCut", wyko(2, 2) + "OPD\n1 2\n3 4\nImage\n5 6\n",
+                  "Image: the header states 2 x 2 values, but 2 follow"},
+        bad_table{"ArraysWithoutSize", wyko(2, 0) + "OPD\n1 2\n", "X Size or Y Size is missing or 0"},
+        bad_table{"MovedNumber", spip(4, 2) + "1 2 3\n4 5 6 7 8\n", "line 6 has 5 values where line 5 has 3"},
+        bad_table{"MovedNumberBack", spip(4, 2) + "1 2 3 4 5\n6 7 8\n", "line 6 has 3 values where line 5 has 5"},
+        bad_table{"RowsBrokenUnlike", spip(4, 3) + "1 2 3\n4\n5 6\n7 8\n9 10 11\n12\n",
+                  "line 6 has 1 value where line 5 has 3"},
         bad_table{"NoX", "NaN 1\nNaN 2\n", "a curve needs at least two points with x"}),
     [](const auto& each) { return std::string(each.param.name); });
 
 TEST(TextTableRefuses, LinesAndSidesBeyondTheLimits)
 {
+    std::string arrays = wyko(2, 1);
+    for (int i = 0; i <= 256; ++i) arrays += "OPD\n1 2\n";
+    EXPECT_EQ(reason(arrays), "more than 256 arrays");
     std::string line;
     for (int i = 0; i <= 100'000; ++i) line += "1 ";
     EXPECT_EQ(reason(line), "line 1 has more than 100000 values");

@@ -234,6 +234,35 @@ TEST(Wip, ExtendedNumbersAreRead)
     expect_values(read(formats::read_wip, build({extended})), 0, {1.5, -2, 0});
 }
 
+using strings = std::map<std::string, std::string>;
+
+TEST(Wip, TextsDatesAndSingleNumbersComeAlong)
+{
+    object scan = picture({1, 2, 3, 4, 5, 6});
+    scan.own.push_back(text("Comment", "first \xB5m"));
+    scan.own.push_back(values<std::uint16_t>("Taken", 6, {2020, 5, 11, 6, 20, 12, 30}));
+    scan.own.push_back({"Never", 6, std::string(4, '\0')}); // a date that is none
+    scan.own.push_back(text("Long", std::string(5000, 'x')));
+    const object interpretation{"TDSpectralInterpretation", 11, "Z", {f64("ExcitationWaveLength", {532.25})}};
+    const auto result = read(formats::read_wip, build({interpretation, scan}));
+    const strings expected{{"Class", "TDImage"},
+                           {"Caption", "Topography"},
+                           {"ID", "12"},
+                           {"Version", "1"},
+                           {"SizeX", "3"},
+                           {"SizeY", "2"},
+                           {"Comment", "first \u00B5m"},
+                           {"Taken", "2020 5 11 6 20 12 30"},
+                           {"Excitation wavelength", "532.25 nm"},
+                           {"\\Z scale", "raw * 1 + 0 from the numbers as they stand"}};
+    EXPECT_EQ(image_at(result, 0).strings, expected);
+    EXPECT_EQ(result->strings, (strings{{"Version", "7"}}));
+
+    object endless = picture({1, 2, 3, 4, 5, 6});
+    for (int i = 0; i < 200; ++i) endless.own.push_back(i32("n" + std::to_string(i), i));
+    EXPECT_LE(image_at(read(formats::read_wip, build({endless})), 0).strings.size(), 66u);
+}
+
 TEST(Wip, ADamagedObjectDoesNotLoseTheOthers)
 {
     object wrongType = picture({1, 2, 3, 4, 5, 6});

@@ -1,0 +1,28 @@
+#include "document/stream_readers.h"
+
+#include "document/formats/pni.h"
+#include "document/formats/sur.h"
+#include "document/stream_source.h"
+
+#include <utility>
+#include <variant>
+
+namespace {
+
+bool read_first(base::read_result<formats::recording> (*read)(formats::source&), std::istream& in,
+                SPMDataStream& stream)
+{
+    document::stream_source file(in, {});
+    auto found = read(file);
+    if (!found) return false;
+    auto* const image = std::get_if<formats::recorded_image>(&found->items.front());
+    if (!image) return false;
+    stream = std::move(image->stream);
+    return true;
+}
+
+} // namespace
+
+bool sur_reader(std::istream& in, SPMDataStream& stream) { return read_first(sur_reader, in, stream); }
+
+bool pni_reader(std::istream& in, SPMDataStream& stream) { return read_first(pni_reader, in, stream); }
