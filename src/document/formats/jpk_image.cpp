@@ -110,7 +110,7 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<jpk
     auto image = isOneScale ? load_numbers(file, parts, order, id) : load_values(file, parts, order, id);
     if (!image) return image;
     settle_samples(*image);
-    name_directions(*image, group, planes[group.front()].plane.direction);
+    name_directions(*image, group, parts.front()->plane.direction);
     image->strings.insert(parts.front()->strings.begin(), parts.front()->strings.end());
     return image;
 }

@@ -1,6 +1,7 @@
 #include "document/formats/nanoscope_recording.h"
 
 #include "base/text.h"
+#include "document/formats/directions.h"
 #include "document/formats/nanoscope_strings.h"
 #include "document/formats/stream_shape.h"
 
@@ -31,9 +32,10 @@ void finish_image(const nanoscope_header& header, const image_group& group, reco
     for (const nanoscope_image& part : group) add_section_strings(image.strings, *part.section);
     add_shared_strings(image.strings, header);
     if (group.front().volts) add_calibration(image, group.front().scale, *group.front().volts);
-    if (group.size() < 2) return;
-    const char* names[] = {"Forward", "Reverse"};
-    image.stream.set_subimage_names(names, 2);
+    const auto direction = group.front().isTrace     ? scan_direction::forward
+                           : group.front().isRetrace ? scan_direction::reverse
+                                                     : scan_direction::unknown;
+    name_directions(image, plane_group(group.size()), direction);
 }
 
 } // namespace
