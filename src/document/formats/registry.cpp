@@ -46,11 +46,12 @@ const format_row* find_format(std::span<const std::byte> head, std::string_view 
 std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, std::string_view fileName)
 {
     if (const format_row* certain = find_certain(head)) return {certain};
-    const auto fitsName = [&](const format_row* row) { return any_pattern_matches(row->patterns, fileName); };
     std::vector<const format_row*> rows;
-    for (const format_row& row : format_table())
-        if ((row.underAnyName || fitsName(&row)) && row.possible && row.possible(head)) rows.push_back(&row);
-    std::stable_partition(rows.begin(), rows.end(), fitsName);
+    for (const bool byName : {true, false})
+        for (const format_row& row : format_table())
+            if (row.possible && (byName || row.underAnyName) && any_pattern_matches(row.patterns, fileName) == byName &&
+                row.possible(head))
+                rows.push_back(&row);
     return rows;
 }
 
