@@ -1,8 +1,8 @@
 #include "document/formats/aist.h"
 
 #include "document/formats/aist_tree.h"
+#include "document/formats/curve_group.h"
 #include "document/formats/directions.h"
-#include "document/formats/point_grid.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
@@ -27,6 +27,19 @@ channel_plane plane_of(const aist_raster& raster)
                             side_axis(raster.left, raster.right, raster.columns, raster.xUnits),
                             side_axis(raster.bottom, raster.top, raster.rows, raster.yUnits)};
     return {name.channel, "", name.direction, frame, {1.0, 0.0, raster.zUnits, "z unit"}};
+}
+
+channel_plane plane_of(const aist_curve& curve)
+{
+    const directed_name name = split_direction(curve.name);
+    return {name.channel, curve.xUnits, name.direction, {}, {1.0, 0.0, curve.yUnits, "y unit"}};
+}
+
+void add_description(const std::string& description, recorded_image& image)
+{
+    if (description.empty()) return;
+    std::string& all = image.strings["Description"];
+    if (all != description) all += (all.empty() ? "" : "\n") + description;
 }
 
 std::vector<void_range> voids_of(const aist_raster& raster, std::uint64_t first)
@@ -57,32 +70,46 @@ recorded_image make_raster(const aist_tree& tree, const plane_group& group, cons
         decode_numbers(raster.data, SPM_ARRAY_FLOAT64, byte_order::little, samples.subspan(i * frame, frame));
         const auto own = voids_of(raster, i * frame);
         voids.insert(voids.end(), own.begin(), own.end());
-        if (!raster.description.empty()) image.strings["Description"] = raster.description;
+        add_description(raster.description, image);
     }
     settle_samples(image, voids);
-    name_directions(image, group);
+    name_directions(image, group, plane.direction);
     return image;
 }
 
-/// Adds a curve; x that does not run evenly becomes a stream of its own before it.
-void add_curve(const aist_curve& curve, recording& result, std::vector<std::string>& ids)
+std::vector<double> doubles_of(std::span<const std::byte> bytes)
 {
-    std::vector<double> x(curve.points), y(curve.points);
-    decode_numbers(curve.data.first(x.size() * 8), SPM_ARRAY_FLOAT64, byte_order::little, x);
-    decode_numbers(curve.data.subspan(x.size() * 8), SPM_ARRAY_FLOAT64, byte_order::little, y);
-    const std::string label = curve.name.empty() ? "Curve" : curve.name;
-    const auto steps = find_even_steps(x);
-    const VLAxis axis = steps ? VLAxis(steps->start, steps->step, curve.xUnits.c_str()) : VLAxis();
-    recorded_image image =
-        make_curve_from_values(unique_id(label, ids), label, curve.points, axis, {1.0, 0.0, curve.yUnits, "y unit"}, y);
-    if (!curve.description.empty()) image.strings["Description"] = curve.description;
-    if (!steps) {
-        const std::string id = unique_id(label + "_X", ids);
-        image.stream.set_parameter_stream(id.c_str());
-        result.items.emplace_back(
-            make_curve_from_values(id, "X", curve.points, VLAxis(), {1.0, 0.0, curve.xUnits, "x unit"}, x));
+    std::vector<double> values(bytes.size() / sizeof(double));
+    decode_numbers(bytes, SPM_ARRAY_FLOAT64, byte_order::little, values);
+    return values;
+}
+
+/// Adds a curve or its two directions.
+void add_curves(const aist_tree& tree, const plane_group& group, const channel_plane& plane, recording& result,
+                std::vector<std::string>& ids)
+{
+    const std::string label = plane.channel.empty() ? "Curve" : plane.channel;
+    curve_positions x{label + "_X", "X", {1.0, 0.0, plane.pass, "x unit"}, {}};
+    std::vector<named_curve> y;
+    for (const std::size_t index : group) {
+        const std::span<const std::byte> data = tree.curves[index].data;
+        x.curves.push_back({{}, doubles_of(data.first(data.size() / 2))});
+        y.push_back({{}, doubles_of(data.last(data.size() / 2))});
     }
-    result.items.emplace_back(std::move(image));
+    auto images = make_curves_over(x, label, plane.scale, y, ids);
+    for (const std::size_t index : group) add_description(tree.curves[index].description, images.back());
+    for (recorded_image& image : images) {
+        name_directions(image, group, plane.direction);
+        result.items.emplace_back(std::move(image));
+    }
+}
+
+template <class Part>
+std::vector<channel_plane> planes_of(const std::vector<Part>& parts)
+{
+    std::vector<channel_plane> planes;
+    for (const Part& part : parts) planes.push_back(plane_of(part));
+    return planes;
 }
 
 } // namespace
@@ -99,15 +126,15 @@ base::read_result<recording> read_aist(source& file)
 
     recording result;
     std::vector<std::string> ids;
-    std::vector<channel_plane> planes;
-    for (const aist_raster& raster : tree->rasters) planes.push_back(plane_of(raster));
-    const auto groups = join_directions(planes);
+    const auto rasters = planes_of(tree->rasters), curves = planes_of(tree->curves);
+    const auto groups = join_directions(rasters);
     for (std::size_t i = 0; i < groups.size(); ++i) {
         if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
             return base::read_error{0, "reading was cancelled"};
-        result.items.emplace_back(make_raster(*tree, groups[i], planes[groups[i].front()], ids));
+        result.items.emplace_back(make_raster(*tree, groups[i], rasters[groups[i].front()], ids));
     }
-    for (const aist_curve& curve : tree->curves) add_curve(curve, result, ids);
+    for (const plane_group& group : join_directions(curves))
+        add_curves(*tree, group, curves[group.front()], result, ids);
     return result;
 }
 

@@ -8,7 +8,7 @@
 
 namespace formats {
 
-/// AIST-NT files: rasters as images, both directions of a channel as one, and curves.
+/// AIST-NT files: rasters as images and curves, both directions of a channel as one.
 base::read_result<recording> read_aist(source& file);
 
 /// The format has no mark that is sure, so its extension has to fit as well.

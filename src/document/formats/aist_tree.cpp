@@ -1,6 +1,7 @@
 #include "document/formats/aist_tree.h"
 
 #include "base/text.h"
+#include "document/formats/directions.h"
 #include "document/formats/fixed_text.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
@@ -55,11 +56,13 @@ std::string unit_of(const std::string& text)
     return normal_unit(std::string_view(text).substr(open + 1, close - open - 1));
 }
 
-/// "_Height[12]" is "Height".
+/// "_Height[12]" is "Height"; "Height[Forward]" stays, since it tells the direction.
 std::string plain_name(const std::string& text)
 {
     std::string_view name = text;
     while (name.starts_with('_')) name.remove_prefix(1);
+    if (split_direction(std::string(name)).direction != scan_direction::unknown)
+        return std::string(base::trimmed(name));
     if (const std::size_t open = name.rfind('['); open != std::string_view::npos && name.ends_with(']'))
         name = name.substr(0, open);
     return std::string(base::trimmed(name));
@@ -125,9 +128,9 @@ private:
         found.rows = static_cast<unsigned>(rows);
         const std::uint64_t points = std::uint64_t{found.columns} * found.rows;
         if (found.data.size() != points * 8) return fail(title + "the length of the data is not columns x rows");
-        const bool isUsed = found.mask.size() == points &&
-                            std::ranges::any_of(found.mask, [](std::byte each) { return each != std::byte{0}; });
-        if (!isUsed) found.mask = {};
+        if (!found.mask.empty() && found.mask.size() != points)
+            return fail(title + "the length of the mask is not columns x rows");
+        if (std::ranges::all_of(found.mask, [](std::byte each) { return each == std::byte{0}; })) found.mask = {};
         tree.rasters.push_back(std::move(found));
     }
 

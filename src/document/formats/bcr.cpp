@@ -31,9 +31,15 @@ std::string narrowed(std::string_view text)
     return out;
 }
 
+std::string_view without_order_mark(std::string_view text)
+{
+    if (text.starts_with("\xFF\xFE")) text.remove_prefix(2);
+    return text;
+}
+
 std::optional<bcr_kind> kind_of(std::string_view head)
 {
-    if (head.starts_with("\xFF\xFE")) head.remove_prefix(2);
+    head = without_order_mark(head);
     const bool isWide = head.size() > 1 && head[1] == 0;
     const std::string text = isWide ? narrowed(head.substr(0, 200)) : std::string(head.substr(0, 100));
     const std::string_view line = std::string_view(text).substr(0, text.find_first_of("\r\n"));
@@ -49,8 +55,10 @@ std::optional<bcr_kind> kind_of(std::string_view head)
 
 class bcr_header {
 public:
-    explicit bcr_header(std::string_view utf8)
+    /// Zero bytes pad the text as blanks do; lines go on behind them.
+    explicit bcr_header(std::string utf8)
     {
+        std::ranges::replace(utf8, '\0', ' ');
         for (const std::string_view each : base::split(utf8, '\n')) {
             const std::string line = clean_text(each);
             const std::size_t equals = line.find('=');
@@ -88,10 +96,11 @@ base::read_result<bcr_layout> read_header(source& file)
     const auto kind = kind_of(head);
     if (!kind) return base::read_error{0, "not a BCR header"};
     const std::uint64_t characterBytes = kind->isWide ? 2 : 1;
-    const auto decode = [&](const std::string& bytes) {
-        return bcr_header(kind->isWide ? base::utf16_to_utf8(bytes, false) : base::latin1_to_utf8(bytes));
+    const auto decode = [&](std::string_view bytes) {
+        return bcr_header(kind->isWide ? base::utf16_to_utf8(without_order_mark(bytes), false)
+                                       : base::latin1_to_utf8(bytes));
     };
-    bcr_layout layout{*kind, decode(head.substr(0, headerCharacters * characterBytes)),
+    bcr_layout layout{*kind, decode(std::string_view(head).substr(0, headerCharacters * characterBytes)),
                       headerCharacters * characterBytes};
     const double stated = layout.header.number("headersize", static_cast<double>(headerCharacters));
     if (!(stated >= 1 && stated <= 1 << 24)) return base::read_error{0, "headersize is not above 0 or too large"};
@@ -121,19 +130,51 @@ void turn_upside_down(recorded_image& image, unsigned width)
                          samples.begin() + static_cast<std::ptrdiff_t>(high));
 }
 
-/// The lowest point lies at zmin when that is above 0.
-void move_to_lowest(recorded_image& image, double zmin)
+/// What heights have to be moved by for the lowest one to lie at a zmin above 0; 0 when it does to within half a step.
+double way_to_zmin(double zmin, double lowest, double step)
 {
-    if (!(zmin > 0)) return;
+    return zmin > 0 && std::fabs(zmin - lowest) > 0.5 * step ? zmin - lowest : 0.0;
+}
+
+void note_move(recorded_image& image, value_scale scale, double way, double zmin)
+{
+    scale.offset += way;
+    scale.origin += ", lowest point moved to zmin = " + base::shortest(zmin);
+    image.strings["\\Z scale"] = describe_scale(scale);
+}
+
+/// Whole numbers stay as they are and their axis moves.
+void move_axis(recorded_image& image, const value_scale& scale, double zmin)
+{
     const auto raw = elements_of<std::int16_t>(image);
     VLAxis axis = image.stream.values.get_axis(0);
     const double lowest =
         axis.at(axis.scale > 0 ? *std::min_element(raw.begin(), raw.end()) : *std::max_element(raw.begin(), raw.end()));
-    if (std::fabs(lowest - zmin) <= 0.5 * std::fabs(axis.scale)) return; // it does already
-    axis.start += zmin - lowest;
+    const double way = way_to_zmin(zmin, lowest, std::fabs(axis.scale));
+    if (way == 0.0) return;
+    axis.start += way;
     image.stream.values.set_axis(0, axis);
-    image.strings["\\Z scale"] += ", lowest point moved to zmin = " + base::shortest(zmin);
+    note_move(image, scale, way, zmin);
 }
+
+/// Moves the numbers before they are fitted onto an axis, in double precision: zmin may be far above their span.
+void move_numbers(recorded_image& image, const value_scale& scale, double zmin)
+{
+    constexpr double steps = 65535.0; // of the axis that they will be fitted onto
+    float lowest = std::numeric_limits<float>::infinity(), highest = -lowest;
+    for (const float value : elements_of<float>(image)) { // comparisons with NaN are false
+        if (value < lowest) lowest = value;
+        if (value > highest) highest = value;
+    }
+    const double way = lowest <= highest ? way_to_zmin(zmin, lowest, (double{highest} - lowest) / steps) : 0.0;
+    if (way == 0.0 || !std::isfinite(way)) return;
+    image.stream.convert_stream(SPM_ARRAY_FLOAT64);
+    for (double& value : elements_of<double>(image)) value += way;
+    note_move(image, scale, way, zmin);
+}
+
+/// Speeds are in nm/s; a text that says more than a number is left alone.
+std::string with_speed_units(const std::string& speed) { return base::whole_number(speed) ? speed + " nm/s" : speed; }
 
 } // namespace
 
@@ -159,6 +200,7 @@ base::read_result<recording> read_bcr(source& file)
         return refuse("xpixels times ypixels asks for more samples than the file holds");
 
     const std::string units = normal_unit(header.text("zunit", "nm"));
+    const double zmin = header.number("zmin", 0.0);
     const double bit2nm = header.number("bit2nm", 1.0);
     const value_scale scale = layout->kind.isFloat
                                   ? value_scale{1.0, 0.0, units, "zunit"}
@@ -174,16 +216,18 @@ base::read_result<recording> read_bcr(source& file)
         turn_upside_down<float>(image, width);
         for (float& value : elements_of<float>(image))
             if (value > 1.7e38f) value = std::numeric_limits<float>::quiet_NaN(); // the mark of points without a height
+        move_numbers(image, scale, zmin);
         settle_samples(image);
     } else {
         turn_upside_down<std::int16_t>(image, width);
         const std::int16_t marker[] = {32767};
         settle_markers(image, marker);
+        move_axis(image, scale, zmin);
     }
-    move_to_lowest(image, header.number("zmin", 0.0));
     for (const auto& [key, text] : header.all()) image.strings.emplace(key, text);
     if (const std::string date = header.text("starttime"); !date.empty()) image.strings.emplace("\\Date", date);
-    if (const std::string speed = header.text("scanspeed"); !speed.empty()) image.strings.emplace("\\Speed", speed);
+    if (const std::string speed = header.text("scanspeed"); !speed.empty())
+        image.strings.emplace("\\Speed", with_speed_units(speed));
     recording result;
     result.items.emplace_back(std::move(image));
     return result;

@@ -1,5 +1,6 @@
 #include "document/formats/curve_group.h"
 
+#include "document/formats/point_grid.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -59,6 +60,26 @@ recorded_image make_curve_group(const std::string& id, const std::string& label,
     if (std::any_of(names.begin(), names.end(), [](const std::string& name) { return !name.empty(); }))
         name_subimages(image, names);
     return image;
+}
+
+std::vector<recorded_image> make_curves_over(const curve_positions& positions, const std::string& label,
+                                             const value_scale& scale, std::span<const named_curve> curves,
+                                             std::vector<std::string>& ids)
+{
+    const std::vector<double>& first = positions.curves.front().values;
+    const bool isCommon =
+        std::ranges::all_of(positions.curves, [&](const named_curve& each) { return each.values == first; });
+    const auto steps = isCommon ? find_even_steps(first) : std::nullopt;
+    const VLAxis axis = steps ? VLAxis(steps->start, steps->step, positions.scale.units.c_str()) : VLAxis();
+    std::vector<recorded_image> images;
+    recorded_image image = make_curve_group(unique_id(label, ids), label, axis, scale, curves);
+    if (!steps) {
+        const std::string id = unique_id(positions.id, ids);
+        images.push_back(make_curve_group(id, positions.label, VLAxis(), positions.scale, positions.curves));
+        image.stream.set_parameter_stream(id.c_str());
+    }
+    images.push_back(std::move(image));
+    return images;
 }
 
 } // namespace formats

@@ -26,4 +26,17 @@ bool is_modest_padding(std::span<const named_curve> curves) noexcept;
 recorded_image make_curve_group(const std::string& id, const std::string& label, const VLAxis& x,
                                 const value_scale& scale, std::span<const named_curve> curves);
 
+/// What curves are seen against, a list of values for each.
+struct curve_positions {
+    std::string id, label;
+    value_scale scale;
+    std::vector<named_curve> curves;
+};
+
+/// Curves on an axis where all have the same evenly spaced positions. Else two images, first the positions, which the
+/// second has as parameter stream. The ids are made from `label` and the positions' id, unlike those in `ids`.
+std::vector<recorded_image> make_curves_over(const curve_positions& positions, const std::string& label,
+                                             const value_scale& scale, std::span<const named_curve> curves,
+                                             std::vector<std::string>& ids);
+
 } // namespace formats

@@ -4,6 +4,7 @@
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -12,13 +13,24 @@ namespace formats {
 
 namespace {
 
+/// Headers state sizes rounded: places that differ by less than a millionth of the side are the same.
+bool are_same(const VLAxis& a, const VLAxis& b, unsigned samples)
+{
+    constexpr double rounding = 1e-6;
+    const double step = std::max(std::fabs(a.scale), std::fabs(b.scale));
+    const double reach = std::max({step * samples, std::fabs(a.start), std::fabs(b.start)});
+    return std::string_view(a.get_units()) == b.get_units() && std::fabs(a.scale - b.scale) <= rounding * step &&
+           std::fabs(a.start - b.start) <= rounding * reach;
+}
+
 bool are_two_directions(const channel_plane& a, const channel_plane& b)
 {
     const bool opposite = (a.direction == scan_direction::forward && b.direction == scan_direction::reverse) ||
                           (a.direction == scan_direction::reverse && b.direction == scan_direction::forward);
     return opposite && a.channel == b.channel && a.pass == b.pass && a.frame.width == b.frame.width &&
-           a.frame.height == b.frame.height && a.frame.x == b.frame.x && a.frame.y == b.frame.y &&
-           a.scale.step == b.scale.step && a.scale.offset == b.scale.offset && a.scale.units == b.scale.units;
+           a.frame.height == b.frame.height && are_same(a.frame.x, b.frame.x, a.frame.width) &&
+           are_same(a.frame.y, b.frame.y, a.frame.height) && a.scale.step == b.scale.step &&
+           a.scale.offset == b.scale.offset && a.scale.units == b.scale.units;
 }
 
 } // namespace
@@ -44,10 +56,14 @@ std::vector<plane_group> join_directions(std::span<const channel_plane> planes)
     return groups;
 }
 
-void name_directions(recorded_image& image, const plane_group& group)
+void name_directions(recorded_image& image, const plane_group& group, scan_direction first)
 {
     static const std::string names[] = {"Forward", "Reverse"};
-    if (group.size() == 2) name_subimages(image, names);
+    const std::span all(names);
+    if (group.size() == 2)
+        name_subimages(image, all);
+    else if (first != scan_direction::unknown)
+        name_subimages(image, first == scan_direction::forward ? all.first(1) : all.last(1));
 }
 
 directed_name split_direction(const std::string& name)

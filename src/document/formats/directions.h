@@ -26,8 +26,9 @@ using plane_group = std::vector<std::size_t>;
 /// Joins the planes that are the two directions of one channel; each group stands where its first plane stood.
 std::vector<plane_group> join_directions(std::span<const channel_plane> planes);
 
-/// "Forward" and "Reverse" for a group of two, nothing for others.
-void name_directions(recorded_image& image, const plane_group& group);
+/// Names the sub-images of a group "Forward" and "Reverse"; a plane without partner by its own direction, if known.
+/// \param first  the direction of the group's first plane
+void name_directions(recorded_image& image, const plane_group& group, scan_direction first);
 
 /// A channel name without its direction: "HeightTrace" and "Height (retrace)" are both "Height".
 struct directed_name {

@@ -52,10 +52,10 @@ constexpr format_note notes[] = {
     {FILE_WIP, "WITec project", "`WIT_PRCT`, `WIT_PR06`, `WIT_DATA` or `WIT_DA06`",
      "images, spectra and spectral maps with linear, grating, polynomial and table axes",
      "bitmaps and texts; files older than version 0 (`WIT^`)"},
-    {FILE_SCALA, "Omicron SCALA", "`Omicron SPM Control.` among the first comments of the .par",
+    {FILE_SCALA, "Omicron SCALA",
+     "`Omicron SPM Control.` among the first comments of the .par; `n_curves` and `BEGIN COORD` of curves at points",
      "the set of a .par and its data files, opened by any of them: topography in both directions, spectroscopy at "
-     "points "
-     "and on grids",
+     "points and on grids",
      ""},
     {FILE_NANOSURF, "Nanosurf", "`[DataSet]` in the first line",
      "images with all frames, curves with the axes of their lines, force maps as volumes, sweeps", "HDF5 (.nhf)"},

@@ -8,14 +8,17 @@
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 namespace formats {
 
 namespace {
 
 constexpr std::uint16_t headerTag = 0x8009, spectroscopyTag = 0x800A, samplesTag = 702, compressedTag = 40,
-                        fileNameTag = 100;
+                        versionTag = 0x8001, labelsTag = 704, unitsTag = 705, fileNameTag = 100;
 constexpr std::uint64_t leastHeader = 130, largestHeader = 1u << 20;
 
 /// What the header block says.
@@ -34,6 +37,11 @@ VLAxis side_axis(double offset, double size, unsigned points)
     return VLAxis(std::isfinite(offset) ? offset : 0.0, size / points, "\u00B5m");
 }
 
+void add_string(proscan_header& header, const char* key, const std::string& value)
+{
+    if (!value.empty()) header.strings[key] = value;
+}
+
 void add_number(proscan_header& header, const char* key, double value, const std::string& units)
 {
     if (!std::isfinite(value)) return;
@@ -47,8 +55,9 @@ proscan_header parse_header(std::span<const std::byte> bytes)
     base::byte_reader in(bytes);
     in.seek(4);
     header.title = fixed_text(in, 32);
-    const std::string instrument = fixed_text(in, 8);
-    if (!instrument.empty()) header.strings["Instrument"] = instrument;
+    add_string(header, "Instrument", fixed_text(in, 8));
+    header.strings["X scan direction"] = std::to_string(in.u16()); // flags of no known meaning
+    header.strings["Y scan direction"] = std::to_string(in.u16());
     in.seek(50);
     header.columns = in.u16();
     header.rows = in.u16();
@@ -65,10 +74,9 @@ proscan_header parse_header(std::span<const std::byte> bytes)
     add_number(header, "Tip bias", in.f32(), "V");
     const double gain = in.f32();
     const std::string units = normal_unit(fixed_text(in, 8));
+    header.scale.origin = "no usable z gain";
     if (std::isfinite(gain) && gain != 0.0) header.scale = {gain, 0.0, units, "z gain"};
-    if (bytes.size() > 138)
-        if (const std::string comment = header_text(as_text(bytes.subspan(138))); !comment.empty())
-            header.strings["Comment"] = comment;
+    if (bytes.size() > 138) add_string(header, "Comment", header_text(as_text(bytes.subspan(138))));
     return header;
 }
 
@@ -101,6 +109,63 @@ base::read_result<hdf_element> find_samples(source& file, const hdf_directory& d
     return *samples;
 }
 
+/// The bytes of a short element that is not needed to show the image; none when it is missing or cannot be read.
+std::vector<std::byte> short_element(source& file, const hdf_directory& directory, std::uint16_t tag)
+{
+    const hdf_element* element = directory.find(tag);
+    if (!element) return {};
+    auto bytes = read_hdf_element(file, *element, 1024);
+    return bytes ? std::move(*bytes) : std::vector<std::byte>();
+}
+
+/// The zero-ended texts of a record: of the samples, of x and of y.
+std::vector<std::string> texts_of(std::span<const std::byte> bytes)
+{
+    std::vector<std::string> texts;
+    for (std::string_view left = as_text(bytes); !left.empty() && texts.size() < 3;) {
+        texts.push_back(header_text(left));
+        left.remove_prefix(std::min(left.size(), left.find('\0')));
+        if (!left.empty()) left.remove_prefix(1);
+    }
+    return texts;
+}
+
+/// A text, or bytes as hexadecimal numbers: the version is written as either.
+std::string text_or_bytes(std::span<const std::byte> bytes)
+{
+    const std::string_view text = as_text(bytes);
+    const auto isPlain = [](char c) { return c >= ' ' && c <= '~'; };
+    if (!text.empty() && std::ranges::all_of(text.substr(0, text.find('\0')), isPlain) && isPlain(text.front()))
+        return header_text(text);
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string hexadecimal;
+    for (const std::byte each : bytes.first(std::min<std::size_t>(bytes.size(), 16))) {
+        if (!hexadecimal.empty()) hexadecimal += ' ';
+        hexadecimal += digits[std::to_integer<unsigned>(each) >> 4];
+        hexadecimal += digits[std::to_integer<unsigned>(each) & 15u];
+    }
+    return hexadecimal;
+}
+
+std::string listed(const std::vector<std::string>& texts)
+{
+    std::string list;
+    for (const std::string& text : texts) list += (&text == texts.data() ? "" : ", ") + text;
+    return list;
+}
+
+/// What other elements than the header say about the image.
+void read_descriptions(source& file, const hdf_directory& directory, proscan_header& header)
+{
+    const auto labels = texts_of(short_element(file, directory, labelsTag));
+    if (header.title.empty() && !labels.empty()) header.title = labels.front();
+    if (header.title.empty()) header.title = "Image";
+    add_string(header, "Labels", listed(labels));
+    add_string(header, "Units", listed(texts_of(short_element(file, directory, unitsTag))));
+    add_string(header, "ProScan version", text_or_bytes(short_element(file, directory, versionTag)));
+    add_string(header, "Original file", header_text(as_text(short_element(file, directory, fileNameTag))));
+}
+
 } // namespace
 
 bool sniff_hdf(std::span<const std::byte> head) { return is_hdf4(head) || is_hdf5(head); }
@@ -114,22 +179,19 @@ base::read_result<recording> read_hdf(source& file)
     if (!is_hdf4(head)) return base::read_error{0, "not an HDF file"};
     const auto directory = read_hdf_directory(file);
     if (!directory) return directory.error();
-    const auto header = read_header(file, *directory);
+    auto header = read_header(file, *directory);
     if (!header) return header.error();
     const auto samples = find_samples(file, *directory, *header);
     if (!samples) return samples.error();
 
-    const std::string label = header->title.empty() ? "Image" : header->title;
+    read_descriptions(file, *directory, *header);
     std::vector<std::string> ids;
     const extent plane[] = {{header->columns, header->x}, {header->rows, header->y}};
-    recorded_image image = make_samples(unique_id(label, ids), label, plane, 1, header->scale);
+    recorded_image image = make_samples(unique_id(header->title, ids), header->title, plane, 1, header->scale);
     const auto bytes = std::as_writable_bytes(elements_of<std::int16_t>(image));
     if (!file.read(samples->offset, bytes)) return base::read_error{samples->offset, "image data cannot be read"};
     to_native(bytes, 2, byte_order::little);
     image.strings.merge(std::map(header->strings));
-    if (const hdf_element* name = directory->find(fileNameTag))
-        if (const auto text = read_hdf_element(file, *name, 1024))
-            image.strings["Original file"] = header_text(as_text(*text));
     recording result;
     result.items.emplace_back(std::move(image));
     return result;

@@ -81,6 +81,14 @@ std::string cp1251_to_utf8(std::string_view bytes)
     return base::utf16_to_utf8(utf16, false);
 }
 
+void join_strings(std::map<std::string, std::string>& strings, const std::map<std::string, std::string>& other)
+{
+    for (const auto& [key, text] : other) {
+        const auto [entry, isNew] = strings.emplace(key, text);
+        if (!isNew && entry->second != text) entry->second += " / " + text;
+    }
+}
+
 void add_xml_strings(std::string_view utf8, std::map<std::string, std::string>& strings)
 {
     utf8 = base::trimmed(utf8);

@@ -93,12 +93,12 @@ base::read_result<recorded_image> load_layers(source& file, const ibw_wave& wave
 }
 
 /// Directions and the two parts of complex numbers are sub-images.
-void name_parts(recorded_image& image, const ibw_wave& wave, const plane_group& group)
+void name_parts(recorded_image& image, const ibw_wave& wave, const plane_group& group, scan_direction first)
 {
     static const std::string parts[] = {"Real", "Imaginary"},
                              both[] = {"Forward, Real", "Forward, Imaginary", "Reverse, Real", "Reverse, Imaginary"};
     if (!wave.isComplex)
-        name_directions(image, group);
+        name_directions(image, group, first);
     else if (group.size() == 1)
         name_subimages(image, parts);
     else
@@ -132,7 +132,7 @@ base::read_result<recording> read_images(source& file, const ibw_wave& wave)
         const std::string label = plane.channel + plane.pass;
         auto image = load_layers(file, wave, plane, group, label, unique_id(label, ids));
         if (!image) return image.error();
-        name_parts(*image, wave, group);
+        name_parts(*image, wave, group, plane.direction);
         add_ibw_deflection(*image, wave, plane.channel, plane.scale);
         if (group.size() == 1 && plane.direction != scan_direction::unknown)
             image->strings["\\Line direction"] = plane.direction == scan_direction::forward ? "Trace" : "Retrace";

@@ -72,7 +72,8 @@ base::read_result<recording> load(source& file, const img_layout& layout)
 bool sniff_img(std::span<const std::byte> head)
 {
     base::byte_reader in(head);
-    return in.tag("RSCOPE") || in.tag("ff\x06@"); // the number 2.1
+    if (in.tag("RSCOPE") || in.tag("ff\x06@")) return true; // the number 2.1
+    return looks_like_ecs(head) || looks_like_sicm(head);
 }
 
 bool possible_img(std::span<const std::byte>) { return true; }

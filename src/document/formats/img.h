@@ -8,7 +8,8 @@
 
 namespace formats {
 
-/// True for the kinds that begin with a word or a number of their own: those of Burleigh and DME.
+/// True for the kinds that begin with a word or a number of their own (Burleigh, DME) and for headers full of the
+/// texts of the other two.
 bool sniff_img(std::span<const std::byte> head);
 /// Any other file under the name: the reader looks at the size of the file, too, and names what it expected.
 bool possible_img(std::span<const std::byte> head);

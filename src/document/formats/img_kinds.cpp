@@ -11,6 +11,10 @@ namespace formats {
 namespace {
 
 constexpr std::uint64_t oldHeaderBytes = 830; // shared by two kinds that descend from the same program
+constexpr int sicmVersion = 50;
+constexpr std::size_t sicmSizeAt = 56;
+constexpr std::string_view ecsMark("\xA0\0\0", 3), ecsSizeMark = "Scan Size: ";
+constexpr std::size_t ecsSizeAt = 0x2EC;
 
 base::read_error none(const std::string& reason) { return {0, reason}; }
 
@@ -25,6 +29,29 @@ VLAxis lateral(double start, double length, unsigned count, const char* units)
 void add_text(img_layout& layout, const char* key, const std::string& text)
 {
     if (const std::string_view trimmed = base::trimmed(text); !trimmed.empty()) layout.strings[key] = trimmed;
+}
+
+/// A text behind its length in one byte, both in a field of `room` bytes.
+struct text_field {
+    std::size_t at, room;
+};
+constexpr text_field sicmDate{156, 79}, sicmTime{235, 79}, sicmComment{331, 81}, sicmTitle{412, 81}, sicmMode{666, 41};
+
+std::string read_field(base::byte_reader& in, const text_field& field)
+{
+    in.seek(field.at);
+    return read_pascal_text(in, field.room - 1);
+}
+
+/// True when the text fits its field and has no control characters.
+bool is_text(std::span<const std::byte> head, const text_field& field)
+{
+    if (head.size() < field.at + field.room) return false;
+    const auto length = std::to_integer<std::size_t>(head[field.at]);
+    return length < field.room &&
+           std::ranges::all_of(
+               head.subspan(field.at + 1, length),
+               [](std::byte each) { return each >= std::byte{0x20} && each != std::byte{0x7F}; });
 }
 
 } // namespace
@@ -68,7 +95,7 @@ base::read_result<img_layout> read_burleigh(source& file, std::span<const std::b
     end.skip(12);
     const double xRange = end.u32(), yRange = end.u32(), zRange = end.u32();
     const unsigned speed = end.u16(), zoom = end.u16(), type = end.u16();
-    end.skip(2);
+    const unsigned gain = end.u16();
     const double bias = end.f32(), current = end.f32();
     constexpr double factors[] = {1, 1, 2, 10, 50, 250};
     const double factor = zoom < std::size(factors) ? factors[zoom] : 1.0;
@@ -85,6 +112,8 @@ base::read_result<img_layout> read_burleigh(source& file, std::span<const std::b
         layout.scale.units = "nm";
     }
     layout.strings["\\Speed"] = std::to_string(speed);
+    layout.strings["Zoom level"] = std::to_string(zoom);
+    layout.strings["Z gain"] = std::to_string(gain);
     if (std::isfinite(bias)) layout.strings["Bias"] = base::shortest(bias);
     if (std::isfinite(current)) layout.strings["Tunnelling current"] = base::shortest(current);
     return layout;
@@ -106,9 +135,9 @@ base::read_result<img_layout> read_dme(source& file, std::span<const std::byte> 
     const std::uint32_t columns = in.u32(), rows = in.u32();
     const double xSize = read_real48(in), ySize = read_real48(in), xOffset = read_real48(in), yOffset = read_real48(in);
     add_text(layout, "Title", read_pascal_text(in, 19));
-    read_real48(in); // pause
+    const double pause = read_real48(in);
     const double speed = read_real48(in), current = read_real48(in), bias = read_real48(in);
-    read_real48(in); // loop gain
+    const double loopGain = read_real48(in);
     in.skip(2 + 1 + 291);
     const double xCalibration = read_real48(in), yCalibration = read_real48(in), zCalibration = read_real48(in);
     if (in.failed() || headerBytes < leastHeader) return none("the header is shorter than 4048 bytes");
@@ -138,6 +167,8 @@ base::read_result<img_layout> read_dme(source& file, std::span<const std::byte> 
     layout.strings["\\Speed"] = base::shortest(speed);
     layout.strings["Current"] = base::shortest(current);
     layout.strings["Bias"] = base::shortest(bias);
+    layout.strings["Pause"] = base::shortest(pause);
+    layout.strings["Loop gain"] = base::shortest(loopGain);
     return layout;
 }
 
@@ -145,25 +176,25 @@ base::read_result<img_layout> read_sicm(source& file, std::span<const std::byte>
 {
     base::byte_reader in(head);
     const int version = in.i16(), columns = in.i16(), rows = in.i16();
-    if (in.failed() || version != 50 || columns <= 0 || rows <= 0) return none("no version 50");
+    if (in.failed() || version != sicmVersion || columns <= 0 || rows <= 0) return none("no version 50");
     img_layout layout;
     layout.width = static_cast<unsigned>(columns);
     layout.height = static_cast<unsigned>(rows);
     if (file.size() != oldHeaderBytes + image_bytes(layout.width, layout.height))
         return none("its size is not 830 bytes and the samples");
     const double hva = read_real48(in), dac = read_real48(in), adc = read_real48(in);
-    in.seek(42);
-    const double zCalibration = read_real48(in);
-    in.seek(56);
+    const double gain = read_real48(in), xCalibration = read_real48(in), yCalibration = read_real48(in),
+                 zCalibration = read_real48(in), secondGain = read_real48(in);
+    in.seek(sicmSizeAt);
     const double size = read_real48(in);
-    const auto text = [&](std::size_t at, std::size_t room) {
-        in.seek(at);
-        return read_pascal_text(in, room - 1);
-    };
-    add_text(layout, "\\Date", text(156, 79) + " " + text(235, 79));
-    add_text(layout, "Comment", text(331, 81));
-    add_text(layout, "Title", text(412, 81));
-    const std::string mode = text(666, 41);
+    layout.strings["Gain"] = base::shortest(gain);
+    layout.strings["Second gain"] = base::shortest(secondGain);
+    layout.strings["X calibration"] = base::shortest(xCalibration);
+    layout.strings["Y calibration"] = base::shortest(yCalibration);
+    add_text(layout, "\\Date", read_field(in, sicmDate) + " " + read_field(in, sicmTime));
+    add_text(layout, "Comment", read_field(in, sicmComment));
+    add_text(layout, "Title", read_field(in, sicmTitle));
+    const std::string mode = read_field(in, sicmMode);
     add_text(layout, "Mode", mode);
     layout.kind = "IonScope";
     layout.offset = oldHeaderBytes;
@@ -186,21 +217,20 @@ base::read_result<img_layout> read_sicm(source& file, std::span<const std::byte>
 
 base::read_result<img_layout> read_ecs(source& file, std::span<const std::byte> head)
 {
-    constexpr std::string_view sizeMark = "Scan Size: ";
-    constexpr std::size_t sizeAt = 0x2EC, sizeRoom = 0x33D - sizeAt;
+    constexpr std::size_t sizeRoom = 0x33D - ecsSizeAt;
     base::byte_reader in(head);
     img_layout layout;
-    const bool hasMark = in.tag(std::string_view("\xA0\0\0", 3));
+    const bool hasMark = in.tag(ecsMark);
     in.seek(2);
     layout.width = in.u16();
     layout.height = in.u16();
-    in.seek(sizeAt);
+    in.seek(ecsSizeAt);
     const std::string size = read_pascal_text(in, sizeRoom);
-    if (in.failed() || !hasMark || !size.starts_with(sizeMark) || layout.width == 0 || layout.height == 0)
+    if (in.failed() || !hasMark || !size.starts_with(ecsSizeMark) || layout.width == 0 || layout.height == 0)
         return none("no text \"Scan Size: \"");
     if (file.size() != oldHeaderBytes + image_bytes(layout.width, layout.height))
         return none("its size is not 830 bytes and the samples");
-    std::string_view rest = std::string_view(size).substr(sizeMark.size());
+    std::string_view rest = std::string_view(size).substr(ecsSizeMark.size());
     std::size_t used = 0;
     const auto length = base::leading_number(rest, &used);
     rest.remove_prefix(used);
@@ -208,17 +238,13 @@ base::read_result<img_layout> read_ecs(source& file, std::span<const std::byte> 
     rest = base::trimmed(rest.substr(span ? used : 0));
     if (!length || !span || !(*length > 0) || !std::isfinite(*span)) return none("no numbers behind \"Scan Size: \"");
     // The unit is one character: 0x8F is an Angstrom in code pages of that time.
-    const auto bytes = head.subspan(sizeAt + 1, std::to_integer<std::size_t>(head[sizeAt]));
+    const auto bytes = head.subspan(ecsSizeAt + 1, std::to_integer<std::size_t>(head[ecsSizeAt]));
     const bool isAngstrom = std::find(bytes.begin(), bytes.end(), std::byte{0x8F}) != bytes.end();
     const double nanometre = isAngstrom ? 0.1 : 1.0;
-    const auto text = [&](std::size_t at, std::size_t room) {
-        in.seek(at);
-        return read_pascal_text(in, room - 1);
-    };
-    add_text(layout, "\\Date", text(0x9C, 0x4F) + " " + text(0xEB, 0x4F));
-    add_text(layout, "Comment", text(0x19C, 0x51));
-    add_text(layout, "Parameters", text(0x2C3, 0x29));
-    layout.label = text(0x29A, 0x29);
+    add_text(layout, "\\Date", read_field(in, {0x9C, 0x4F}) + " " + read_field(in, {0xEB, 0x4F}));
+    add_text(layout, "Comment", read_field(in, {0x19C, 0x51}));
+    add_text(layout, "Parameters", read_field(in, {0x2C3, 0x29}));
+    layout.label = read_field(in, {0x29A, 0x29});
     if (layout.label.empty()) layout.label = "Topography";
     layout.kind = "ECS";
     layout.offset = oldHeaderBytes;
@@ -226,6 +252,26 @@ base::read_result<img_layout> read_ecs(source& file, std::span<const std::byte> 
     layout.y = lateral(0, *length * nanometre, layout.height, "nm");
     layout.scale = {*span * nanometre / 65536.0, 0.0, "nm", "height span of Scan Size, raw span = 65536"};
     return layout;
+}
+
+bool looks_like_sicm(std::span<const std::byte> head)
+{
+    base::byte_reader in(head);
+    const int version = in.i16(), columns = in.i16(), rows = in.i16();
+    if (in.failed() || version != sicmVersion || columns <= 0 || rows <= 0) return false;
+    // A number alone is weak: the texts have to be some, the date written, the size above 0.
+    for (const text_field& field : {sicmDate, sicmTime, sicmComment, sicmTitle, sicmMode})
+        if (!is_text(head, field)) return false;
+    in.seek(sicmSizeAt);
+    return head[sicmDate.at] != std::byte{0} && read_real48(in) > 0;
+}
+
+bool looks_like_ecs(std::span<const std::byte> head)
+{
+    base::byte_reader in(head);
+    const bool hasMark = in.tag(ecsMark);
+    in.seek(ecsSizeAt + 1);
+    return hasMark && in.tag(ecsSizeMark);
 }
 
 } // namespace formats

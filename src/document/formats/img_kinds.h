@@ -30,6 +30,10 @@ base::read_result<img_layout> read_dme(source& file, std::span<const std::byte> 
 base::read_result<img_layout> read_sicm(source& file, std::span<const std::byte> head);
 base::read_result<img_layout> read_ecs(source& file, std::span<const std::byte> head);
 
+/// Whether the beginning of a file is one of the two kinds without a word or a number of their own at the start.
+bool looks_like_sicm(std::span<const std::byte> head);
+bool looks_like_ecs(std::span<const std::byte> head);
+
 /// Six-byte floating-point numbers: an exponent biased by 129, 39 bits of mantissa, a sign.
 double read_real48(base::byte_reader& in) noexcept;
 /// A text behind its length in one byte; `room` bytes follow that byte.

@@ -16,7 +16,12 @@ std::string_view text_of(std::span<const std::byte> head)
     return {reinterpret_cast<const char*>(head.data()), head.size()};
 }
 
-bool is_zip(std::span<const std::byte> head) { return text_of(head).starts_with("PK\3\4"); }
+/// An archive with a member, without any, or in the form for several disks.
+bool is_zip(std::span<const std::byte> head)
+{
+    const std::string_view text = text_of(head);
+    return text.starts_with("PK\3\4") || text.starts_with("PK\5\6") || text.starts_with("PK\7\x8");
+}
 
 /// The image of the whole map that newer archives hold beside the curves; one that cannot be read is left out.
 void add_map_image(const jpk_archive& archive, std::vector<std::string>& ids, recording& out)

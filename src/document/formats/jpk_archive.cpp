@@ -125,6 +125,32 @@ std::string archive_kind(const jpk_properties& header)
     return header.value("jpk-data-file");
 }
 
+void keep_segment(jpk_archive& archive, const std::string& text)
+{
+    constexpr std::size_t mostBytes = 256u << 10, mostSegments = 32;
+    if (text.size() > mostBytes || archive.segments.size() == mostSegments) return;
+    archive.segments.emplace_back(text).resolve(archive.shared);
+}
+
+/// The value of the first line whose key ends so; of a header with hundreds of lines two are of interest.
+std::optional<double> number_behind(std::string_view text, std::string_view ending)
+{
+    const std::size_t at = text.find(ending);
+    return at == std::string_view::npos ? std::nullopt : base::leading_number(text.substr(at + ending.size()));
+}
+
+/// "12: 1e-06 2e-06", where the header of a map's curve says that it was measured; empty without.
+std::string place_line(const zip_reader& zip, std::uint64_t number, const std::string& segmentFolder)
+{
+    const std::string folder = segmentFolder.substr(0, segmentFolder.find("segments/"));
+    if (folder.empty()) return {};
+    const auto header = unpack_text(zip, folder + "header.properties");
+    if (!header) return {};
+    const auto x = number_behind(*header, ".header.position.x="), y = number_behind(*header, ".header.position.y=");
+    if (!x || !y) return {};
+    return std::to_string(number) + ": " + base::general(*x) + " " + base::general(*y) + "\n";
+}
+
 } // namespace
 
 std::uint64_t jpk_grid::place(std::uint64_t number) const noexcept
@@ -139,14 +165,13 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
     if (!zip) return zip.error();
     const auto text = unpack_text(*zip, "header.properties");
     if (!text) return base::read_error{0, "not an archive of force curves: " + text.error().reason};
-    jpk_archive archive{std::move(*zip), jpk_properties(*text), {}, {}};
+    jpk_archive archive{std::move(*zip), jpk_properties(*text), {}, {}, {}, {}, {}};
     if (archive_kind(archive.header).empty())
         return base::read_error{0, "header.properties names no kind of force data (jpk-data-file, type)"};
-    jpk_properties shared;
     if (archive.zip.find("shared-data/header.properties")) {
         const auto sharedText = unpack_text(archive.zip, "shared-data/header.properties");
         if (!sharedText) return sharedText.error();
-        shared = jpk_properties(*sharedText);
+        archive.shared = jpk_properties(*sharedText);
     }
     archive.grid = read_grid(archive.header);
 
@@ -155,7 +180,7 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
         if (const auto place = place_of(name))
             places[place->curve][place->segment] = name.substr(0, name.size() - segmentHeader.size());
     if (places.empty()) return base::read_error{0, "the archive holds no segment of a curve"};
-    segment_reader reader(shared);
+    segment_reader reader(archive.shared);
     for (const auto& [number, segments] : places) {
         if (!file.progress(share * static_cast<double>(archive.curves.size()) / static_cast<double>(places.size())))
             return base::read_error{0, "reading was cancelled"};
@@ -164,7 +189,9 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
             const auto header = unpack_text(archive.zip, folder + std::string(segmentHeader));
             if (!header) return header.error();
             curve.segments.push_back(reader.read(folder, *header));
+            if (archive.curves.empty()) keep_segment(archive, *header);
         }
+        archive.places += place_line(archive.zip, number, segments.begin()->second);
         archive.curves.push_back(std::move(curve));
     }
     return archive;

@@ -43,8 +43,11 @@ struct jpk_grid {
 /// A force archive with all its headers read, its samples still packed.
 struct jpk_archive {
     zip_reader zip;
-    jpk_properties header;
+    jpk_properties header, shared;
+    std::vector<jpk_properties>
+        segments;                  ///< headers of the first curve's segments, references resolved, to keep as texts
     std::vector<jpk_curve> curves; ///< by their number
+    std::string places;            ///< of a map's curves, "number: x y" in m, a line each
     jpk_grid grid;
 };
 

@@ -3,7 +3,9 @@
 #include "base/text.h"
 #include "document/formats/text_units.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace formats {
 
@@ -57,14 +59,19 @@ private:
     std::string prefix;
 };
 
-/// Follows the slots from `name` down to the base. \return the scale of numbers in the base slot
-value_scale walk_slots(const channel_keys& keys, const std::string& name, const std::string& base,
-                       const value_scale& encoded, std::size_t most)
+/// Follows the slots from `name` down to the base. \return the scale of numbers in the base slot; nothing when no
+/// conversion is defined or when they never lead there, which `problem` then tells
+std::optional<value_scale> walk_slots(const channel_keys& keys, const std::string& name, const std::string& base,
+                                      std::size_t most, std::string& problem)
 {
     const std::string set = "conversion-set.conversion.";
     value_scale scale{1.0, 0.0, "", ""};
     std::string slot = name;
-    for (std::size_t i = 0; i <= most && slot != base && !slot.empty(); ++i) {
+    for (std::size_t i = 0; slot != base && !slot.empty(); ++i) {
+        if (i > most) {
+            problem = ", conversions of " + name + " run in a circle";
+            return std::nullopt;
+        }
         const std::string prefix = set + slot + ".";
         if (keys.text(prefix + "defined") != "false") {
             const double factor = keys.number(prefix + "scaling.multiplier", 1.0);
@@ -79,7 +86,7 @@ value_scale walk_slots(const channel_keys& keys, const std::string& name, const 
         }
         slot = keys.text(prefix + "base-calibration-slot");
     }
-    if (scale.origin.empty()) return encoded;
+    if (scale.origin.empty()) return std::nullopt;
     scale.origin = "encoder, conversions " + scale.origin;
     return scale;
 }
@@ -91,17 +98,19 @@ void read_slots(const channel_keys& keys, jpk_channel& channel)
     std::string units = keys.text("encoder.scaling.unit.unit");
     if (units.empty()) units = keys.text("encoder.scaling.unit");
     if (units.empty()) units = keys.text("unit.unit");
-    const value_scale encoded{1.0, 0.0, normal_unit(units), base.empty() ? "encoder" : "encoder, base " + base};
+    value_scale encoded{1.0, 0.0, normal_unit(units), base.empty() ? "encoder" : "encoder, base " + base};
     const auto names = base::split(keys.text(set + "list"), ' ');
     constexpr std::size_t mostSlots = 20;
     const std::size_t most = std::min(names.size() + 1, mostSlots);
-    channel.slots.push_back(walk_slots(keys, shown, base, encoded, most));
+    std::string problem;
+    if (auto first = walk_slots(keys, shown, base, most, problem)) channel.slots.push_back(std::move(*first));
+    encoded.origin += problem;
+    if (channel.slots.empty()) channel.slots.push_back(encoded);
     const bool isBaseShown = channel.slots.front().origin == encoded.origin;
     for (std::size_t i = 0; i < names.size() && i < mostSlots; ++i) {
         const std::string name(base::trimmed(names[i]));
         if (name.empty() || name == shown || name == base) continue;
-        value_scale other = walk_slots(keys, name, base, encoded, most);
-        if (other.origin != encoded.origin) channel.slots.push_back(std::move(other));
+        if (auto other = walk_slots(keys, name, base, most, problem)) channel.slots.push_back(std::move(*other));
     }
     if (!isBaseShown) channel.slots.push_back(encoded);
 }
@@ -138,6 +147,12 @@ jpk_channel read_channel(const jpk_properties& header, const std::string& name)
 value_scale jpk_channel::of_raw(const value_scale& slot) const
 {
     return {slot.step * encoderFactor, slot.step * encoderOffset + slot.offset, slot.units, slot.origin};
+}
+
+const value_scale* jpk_channel::slot_in(const std::string& units) const noexcept
+{
+    const auto found = std::ranges::find(slots, units, &value_scale::units);
+    return found == slots.end() ? nullptr : &*found;
 }
 
 bool jpk_channel::same_encoding(const jpk_channel& other) const noexcept

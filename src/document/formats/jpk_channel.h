@@ -21,6 +21,8 @@ struct jpk_channel {
 
     /// Calibration `slot` for raw numbers.
     value_scale of_raw(const value_scale& slot) const;
+    /// The first calibration in these units, or null.
+    const value_scale* slot_in(const std::string& units) const noexcept;
     bool same_encoding(const jpk_channel& other) const noexcept;
     bool same_slots(const jpk_channel& other) const noexcept;
 };

@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "document/formats/curve_group.h"
 #include "document/formats/jpk_layout.h"
+#include "document/formats/jpk_strings.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
@@ -35,16 +36,16 @@ std::string unpack_part(const jpk_archive& archive, const jpk_channel_part& part
     return {};
 }
 
-/// Converts a part to physical values, of the base slot or of the one that is shown.
-std::string convert_part(const jpk_archive& archive, const jpk_channel_part& part, bool shown, std::span<double> out)
+/// Converts a part to numbers of the base slot, or with a slot to its physical values.
+std::string convert_part(const jpk_archive& archive, const jpk_channel_part& part, const value_scale* slot,
+                         std::span<double> out)
 {
     const jpk_channel& channel = *part.channel;
     const auto values = out.first(static_cast<std::size_t>(part.points));
-    const value_scale& slot = channel.slots.front();
     if (channel.isComputed) {
         for (std::size_t i = 0; i < out.size(); ++i) {
             out[i] = channel.start + channel.step * static_cast<double>(std::min(i, values.size() - 1));
-            if (shown) out[i] = out[i] * slot.step + slot.offset;
+            if (slot) out[i] = out[i] * slot->step + slot->offset;
         }
         return {};
     }
@@ -54,7 +55,7 @@ std::string convert_part(const jpk_archive& archive, const jpk_channel_part& par
     decode_numbers(raw, channel.type, byte_order::little, values);
     for (double& value : values) {
         value = value * channel.encoderFactor + channel.encoderOffset;
-        if (shown) value = value * slot.step + slot.offset;
+        if (slot) value = value * slot->step + slot->offset;
     }
     std::fill(out.begin() + static_cast<std::ptrdiff_t>(values.size()), out.end(), values.back());
     return {};
@@ -113,7 +114,7 @@ public:
         const bool isRaw = parts.sameEncoding && parts.sameSlots && !first.isComputed;
         const bool isShown = !parts.sameSlots; // values of the base slot keep the other calibrations
         value_scale scale = isRaw ? first.of_raw(first.slots.front()) : first.slots.front();
-        if (isShown) scale = {1.0, 0.0, scale.units, scale.origin + " of each curve"};
+        if (isShown) scale = {1.0, 0.0, parts.units, first.slot_in(parts.units)->origin + " of each curve"};
         recorded_image image = make(parts, id, scale, isRaw ? first.type : SPM_ARRAY_FLOAT64);
         std::vector<void_range> voids;
         std::vector<unsigned> lengths;
@@ -170,7 +171,8 @@ private:
     std::string fill_values(recorded_image& image, const jpk_channel_parts& parts, std::size_t i, bool shown)
     {
         const auto room = static_cast<std::size_t>(parts.longest);
-        return convert_part(archive, parts.parts[i], shown, elements_of<double>(image).subspan(i * room, room));
+        const value_scale* slot = shown ? parts.parts[i].channel->slot_in(parts.units) : nullptr;
+        return convert_part(archive, parts.parts[i], slot, elements_of<double>(image).subspan(i * room, room));
     }
 
     static void clear_voids(recorded_image& image, std::span<const void_range> voids)
@@ -220,29 +222,6 @@ void set_parameter_streams(recording& result)
     }
 }
 
-/// Sensitivity and spring constant, which force analysis needs, from the conversions of the deflection.
-void add_cantilever(const jpk_channel_parts& parts, std::map<std::string, std::string>& strings)
-{
-    const value_scale *distance = nullptr, *force = nullptr;
-    for (const value_scale& slot : parts.first->slots) {
-        if (slot.units == "N") force = &slot;
-        if (slot.units == "m") distance = &slot;
-    }
-    if (!distance || parts.name.find("eflection") == std::string::npos) return;
-    strings.emplace("Sensitivity", base::general(distance->step) + " m/V");
-    if (force && distance->step != 0.0)
-        strings.emplace("Spring Constant", base::general(force->step / distance->step) + " N/m");
-}
-
-void add_header_strings(const jpk_properties& header, std::map<std::string, std::string>& strings)
-{
-    for (const auto& [key, text] : header.all())
-        if (!text.empty()) strings.emplace(key, text);
-    for (const char* key : {"force-scan-series.header.start-time", "force-scan-map.start-time",
-                            "quantitative-imaging-map.start-time", "quantitative-imaging-series.start-time"})
-        if (const std::string& date = header.value(key); !date.empty()) strings.emplace("\\Date", date);
-}
-
 } // namespace
 
 base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& archive, std::vector<std::string>& ids)
@@ -254,7 +233,7 @@ base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& ar
         return base::read_error{0, reason};
     const std::vector<jpk_channel_parts> channels = collect_jpk_parts(archive, layout, problems);
     recording result;
-    add_header_strings(archive.header, result.strings);
+    result.strings = jpk_document_strings(archive);
     channel_loader loader(file, archive, layout);
     for (std::size_t i = 0; i < channels.size(); ++i) {
         const jpk_channel_parts& parts = channels[i];
@@ -266,7 +245,7 @@ base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& ar
         auto image =
             loader.load(parts, unique_id(parts.name, ids), headerShare + share * static_cast<double>(i), share);
         if (!image) return image.error();
-        add_cantilever(parts, image->strings);
+        add_jpk_strings(archive, parts, image->strings);
         result.items.emplace_back(std::move(*image));
     }
     std::string missing;

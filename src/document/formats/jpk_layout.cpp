@@ -27,6 +27,27 @@ void crop_to_measured(const jpk_grid& grid, jpk_layout& layout)
         place = (place / grid.columns - bottom) * layout.columns + place % grid.columns - left;
 }
 
+/// Why a channel of a segment holds nothing.
+std::string absence(const jpk_archive& archive, const jpk_segment& segment, const jpk_channel& channel)
+{
+    if (channel.isComputed) return "nothing is measured beside it";
+    return archive.zip.find(segment.folder + channel.file) ? "its member is empty" : "its member is missing";
+}
+
+/// The units that are shown first where they are those of all curves, else of the best calibration that all have.
+bool choose_units(jpk_channel_parts& parts)
+{
+    const auto have = [&](const std::string& units) {
+        return std::ranges::all_of(parts.parts, [&](const jpk_channel_part& part) {
+            return !part.channel || part.channel == parts.first || part.channel->slot_in(units);
+        });
+    };
+    const auto common = std::ranges::find_if(parts.first->slots, have, &value_scale::units);
+    if (common == parts.first->slots.end()) return false;
+    parts.units = common->units;
+    return true;
+}
+
 } // namespace
 
 jpk_layout jpk_layout_of(const jpk_archive& archive)
@@ -77,16 +98,18 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
 {
     std::vector<jpk_channel_parts> all;
     std::map<std::string, std::size_t> byName;
+    std::map<std::string, std::string> absent; // why a channel may hold nothing
     for (std::size_t c = 0; c < archive.curves.size(); ++c)
         for (std::size_t s = 0; s < archive.curves[c].segments.size(); ++s) {
             const jpk_segment& segment = archive.curves[c].segments[s];
             for (const jpk_channel& channel : *segment.channels) {
                 if (!channel.problem.empty()) problems.emplace(channel.name, channel.problem);
                 const std::uint64_t points = jpk_points(archive, segment, channel);
+                if (points == 0) absent.emplace(channel.name, absence(archive, segment, channel));
                 if (points == 0 || !channel.problem.empty()) continue;
                 const auto [found, isNew] = byName.emplace(channel.name, all.size());
                 if (isNew) {
-                    all.push_back({channel.name, {}, 0, 0, &channel, true, true});
+                    all.push_back({channel.name, {}, 0, 0, &channel, true, true, {}});
                     all.back().parts.resize(layout.segments * layout.curves());
                 }
                 jpk_channel_parts& parts = all[found->second];
@@ -97,6 +120,13 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
                 parts.sameSlots = parts.sameSlots && channel.same_slots(*parts.first);
             }
         }
+    for (const auto& [name, reason] : absent)
+        if (!byName.contains(name)) problems.emplace(name, reason);
+    std::erase_if(all, [&](jpk_channel_parts& parts) {
+        if (choose_units(parts)) return false;
+        problems.emplace(parts.name, "its curves have no calibration in the same units");
+        return true;
+    });
     return all;
 }
 

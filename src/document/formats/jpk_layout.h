@@ -27,6 +27,7 @@ struct jpk_channel_parts {
     std::uint64_t longest = 0, samples = 0;
     const jpk_channel* first = nullptr;
     bool sameEncoding = true, sameSlots = true;
+    std::string units; ///< that all parts are shown in
 };
 
 /// On the grid, on the measured part of it when the rest would be mostly padding, or one curve after another.

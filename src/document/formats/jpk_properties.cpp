@@ -88,9 +88,13 @@ void jpk_properties::resolve(const jpk_properties& shared)
     for (const auto& [key, number] : lines) {
         if (!std::string_view(key).ends_with(mark)) continue;
         const std::string reference = key.substr(0, key.size() - mark.size());
-        const std::size_t dot = reference.rfind('.');
-        if (dot == std::string::npos) continue;
-        const std::string from = reference.substr(dot + 1) + "." + number + ".", to = reference.substr(0, dot + 1);
+        const std::size_t dot = reference.rfind('.'), nameAt = dot == std::string::npos ? 0 : dot + 1;
+        const std::string name = reference.substr(nameAt), from = name + "." + number + ".";
+        // Without a place in front the name tells it: what "force-segment-header-info" holds is of
+        // "force-segment-header".
+        constexpr std::string_view ending = "-info";
+        std::string to = reference.substr(0, nameAt);
+        if (to.empty() && name.ends_with(ending)) to = name.substr(0, name.size() - ending.size()) + ".";
         for (auto line = shared.lines.lower_bound(from); line != shared.lines.end() && line->first.starts_with(from);
              ++line)
             if (added.size() < maxLines) added.emplace_back(to + line->first.substr(from.size()), line->second);

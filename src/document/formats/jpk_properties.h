@@ -18,7 +18,7 @@ public:
     const std::map<std::string, std::string, std::less<>>& all() const noexcept { return lines; }
 
     /// Replaces references: after `channel.height.lcd-info.*=2` every line of `shared` under "lcd-info.2." is read as
-    /// one under "channel.height.".
+    /// one under "channel.height."; "force-segment-header-info.*=0" alone stands for "force-segment-header.".
     void resolve(const jpk_properties& shared);
 
 private:

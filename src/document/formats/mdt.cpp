@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view magic("\x01\xB0\x93\xFF", 4);
 constexpr std::uint64_t firstFrame = 33;
 constexpr unsigned headerBytes = 22;
+constexpr double framesShare = 0.5; // of the progress; the rest is for the samples of planes
 
 enum frame_type : unsigned {
     scan = 0,
@@ -68,6 +69,7 @@ std::vector<mdt_frame> find_frames(source& file, unsigned claimed, left_out& mis
             break;
         }
         frame.number = static_cast<unsigned>(frames.size()) + 1;
+        frame.done = framesShare * static_cast<double>(at) / static_cast<double>(file.size());
         at += frame.size;
         frames.push_back(std::move(frame));
     }
@@ -133,9 +135,13 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<con
         image.strings.insert(planes[each]->strings.begin(), planes[each]->strings.end());
     }
     settle_samples(image);
-    name_directions(image, group);
+    if (group.size() == 1 && first.plane.direction != scan_direction::unknown)
+        image.strings["\\Line direction"] = first.plane.direction == scan_direction::forward ? "Forward" : "Reverse";
+    name_directions(image, group, first.plane.direction);
     return image;
 }
+
+base::read_error cancelled() { return {0, "reading was cancelled"}; }
 
 /// Loads the planes of all frames, two directions of a channel together, each where its first frame stood.
 base::read_result<recording> assemble(source& file, mdt_content content)
@@ -148,15 +154,16 @@ base::read_result<recording> assemble(source& file, mdt_content content)
         if (const auto* plane = std::get_if<mdt_plane>(&item)) {
             planes.push_back(plane);
             keys.push_back(plane->plane);
-            keys.back().pass = std::to_string(plane->type);
+            // Directions of different scans, or before and after processing, are no pair.
+            keys.back().pass += " " + std::to_string(plane->type) + " " + plane->strings.at("\\Date");
         }
     std::map<std::size_t, plane_group> groups; // by their first plane
     for (plane_group& group : join_directions(keys))
         groups.emplace(*std::min_element(group.begin(), group.end()), std::move(group));
     std::size_t plane = 0, done = 0;
     for (auto& item : content) {
-        if (!file.progress(static_cast<double>(done++) / static_cast<double>(content.size())))
-            return base::read_error{0, "reading was cancelled"};
+        const double share = static_cast<double>(done++) / static_cast<double>(content.size());
+        if (!file.progress(framesShare + (1.0 - framesShare) * share)) return cancelled();
         if (auto* image = std::get_if<recorded_image>(&item)) {
             ids.rename(*image);
             result.items.emplace_back(std::move(*image));
@@ -185,6 +192,7 @@ base::read_result<recording> read_mdt(source& file)
     left_out missing;
     mdt_content content;
     for (const mdt_frame& frame : find_frames(file, in.u16() + 1u, missing)) {
+        if (!file.progress(frame.done)) return cancelled();
         auto read = read_frame(file, frame);
         if (!read) {
             missing.add("frame " + std::to_string(frame.number) + ": " + read.error().reason);
@@ -192,6 +200,7 @@ base::read_result<recording> read_mdt(source& file)
         }
         std::ranges::move(*read, std::back_inserter(content));
     }
+    if (!file.progress(framesShare)) return cancelled(); // perhaps within the last frame
     if (content.empty())
         return base::read_error{firstFrame, missing.text().empty() ? "no frame holds an image or a curve"
                                                                    : "no frame can be shown: " + missing.text()};

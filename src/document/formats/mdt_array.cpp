@@ -21,22 +21,19 @@ mdt_plane plane_of(const mdt_described_array& header)
 {
     const mdt_quantity &x = header.dimensions[0], &y = header.dimensions[1], &value = header.measured[0];
     mdt_plane result;
-    const directed_name name = split_mdt_direction(header.title.empty() ? value.name : header.title);
-    result.plane.channel = name.channel;
-    result.plane.direction = name.direction;
     result.plane.frame = {static_cast<unsigned>(x.count), static_cast<unsigned>(y.count), 1, x.axis(), y.axis()};
     result.plane.scale = value.meaning();
     result.offset = header.offset;
     result.type = value.element();
     result.strings = header.strings;
+    name_plane(result, header.title.empty() ? value.name : header.title, "Image");
     return result;
 }
 
 /// Cells of pairs: the second value is drawn over the first, which becomes its parameter stream.
-base::read_result<mdt_content> read_pairs(source& file, const mdt_described_array& header)
+base::read_result<mdt_content> read_pairs(source& file, const mdt_described_array& header, std::uint64_t count)
 {
     const mdt_quantity &x = header.measured[0], &y = header.measured[1];
-    const std::uint64_t count = x.count ? x.count : header.cells;
     const std::uint64_t cellBytes = header.cell_bytes();
     std::vector<std::byte> cells(static_cast<std::size_t>(count * cellBytes));
     if (!file.read(header.offset, cells)) return base::read_error{header.offset, "samples cannot be read"};
@@ -91,18 +88,24 @@ base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& fra
     for (const mdt_quantity& value : header.measured)
         if (value.element() == SPM_ARRAY_VOID)
             return refuse("data type " + std::to_string(value.type) + " is not known");
+    if (header.statedCellBytes != 0 && header.statedCellBytes != header.cell_bytes())
+        return refuse("the cell size of " + std::to_string(header.statedCellBytes) +
+                      " bytes is not that of its values, " + std::to_string(header.cell_bytes()));
     std::uint64_t count = 1;
     for (const mdt_quantity& dimension : header.dimensions) {
         if (dimensions >= 2 && !is_image_side(dimension.count))
             return refuse("a side of the array is 0 or above 65536");
         count *= dimension.count; // at most three of 65536, or one below 2^32
     }
-    if (dimensions == 0) count = header.measured[0].count ? header.measured[0].count : header.cells;
+    if (dimensions == 0) count = header.cells ? header.cells : header.measured[0].count;
     if (count == 0) return refuse("the array holds no samples");
     if (count > 0xFFFFFFFFu) return refuse("the array holds more than 4294967295 cells");
+    if (header.cells != 0 && header.cells < count)
+        return refuse("the index ranges ask for " + std::to_string(count) + " cells, but there are " +
+                      std::to_string(header.cells));
     if (!holds_numbers(frame.offset + frame.size, header.offset, count, header.cell_bytes()))
         return refuse("the index ranges ask for more samples than the frame holds");
-    if (dimensions == 0) return read_pairs(file, header);
+    if (dimensions == 0) return read_pairs(file, header, count);
     if (dimensions == 1) return read_curve(file, header);
     if (dimensions == 3) return read_mdt_cube(file, header);
     mdt_content content;

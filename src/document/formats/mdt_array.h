@@ -24,6 +24,8 @@ struct mdt_described_array {
     std::map<std::string, std::string> strings;
     std::vector<mdt_quantity> dimensions, measured;
     std::uint64_t cells = 0, offset = 0; ///< offset of the first cell in the file
+    std::uint32_t statedCellBytes = 0;   ///< 0 in files that leave it open, as the number of cells
+    double done = 0.0;                   ///< progress of the file before the frame
 
     std::uint64_t cell_bytes() const noexcept;
     std::string label(const char* otherwise) const { return title.empty() ? otherwise : title; }

@@ -1,6 +1,8 @@
 #include "base/text.h"
+#include "base/units.h"
 #include "document/formats/header_text.h"
 #include "document/formats/mdt_array.h"
+#include "document/formats/text_units.h"
 
 #include <algorithm>
 #include <cmath>
@@ -84,14 +86,39 @@ bool read_calibration(base::byte_reader& in, mdt_quantity& out)
     in.seek(texts);
     out.name = clean_text(cp1251_to_utf8(take_text(in, nameBytes)));
     in.skip(commentBytes);
-    out.units = clean_text(cp1251_to_utf8(take_text(in, unitBytes)));
+    out.units = normal_unit(clean_text(cp1251_to_utf8(take_text(in, unitBytes))));
     if (in.failed()) return false;
     if (out.units.empty()) out.units = si_units(siCode);
-    if (out.units.starts_with('u') && out.units.size() > 1) out.units = "\u00B5" + out.units.substr(1);
     if (!std::isfinite(out.bias)) out.bias = 0.0;
     if (!std::isfinite(out.scale) || out.scale == 0.0) out.scale = 1.0;
     in.seek(start + total);
     return !in.failed();
+}
+
+/// The text of the first element of this name, in whatever it stands; empty when there is none.
+std::string find_element(const std::map<std::string, std::string>& strings, const std::string& name)
+{
+    for (const auto& [key, text] : strings)
+        if (key == name || key.ends_with("." + name)) return text;
+    return {};
+}
+
+/// "um/sec" as "µm/s".
+std::string normal_quotient(const std::string& units)
+{
+    const std::size_t slash = units.find('/');
+    if (slash == std::string::npos) return normal_unit(units);
+    return normal_unit(units.substr(0, slash)) + "/" + normal_unit(units.substr(slash + 1));
+}
+
+/// What the comment of a scan says of its speed and direction, under the keys that all formats have.
+void add_scan_strings(std::map<std::string, std::string>& strings)
+{
+    const std::string rate = find_element(strings, "scshRate"), direction = find_element(strings, "scshDirXY");
+    const std::string units = normal_quotient(find_element(strings, "scshRateUnits"));
+    const bool isFrequency = units_convertable(units.c_str(), "Hz") > 0;
+    if (!rate.empty()) strings[isFrequency ? "\\Scan rate" : "\\Speed"] = units.empty() ? rate : rate + " " + units;
+    if (!direction.empty()) strings["\\Scan direction"] = direction;
 }
 
 } // namespace
@@ -120,13 +147,14 @@ base::read_result<mdt_described_array> read_mdt_array_header(source& file, const
     if (in.failed()) return refuse("the header of the frame is cut short");
     header.title = clean_text(cp1251_to_utf8(take_text(in, nameBytes)));
     add_xml_strings(base::utf16_to_utf8(take_text(in, commentBytes), false), header.strings);
+    add_scan_strings(header.strings);
     header.strings["\\Date"] = frame.date;
     in.skip(others);
     in.skip(4);
     const std::uint32_t structure = in.u32();
     const std::size_t start = in.offset();
     header.cells = in.u64();
-    in.skip(4);
+    header.statedCellBytes = in.u32();
     const std::uint32_t dimensions = in.u32(), measured = in.u32();
     if (in.failed()) return refuse("the description of the array lies outside the frame");
     if (dimensions > 16 || measured > 16) return refuse("more than 16 dimensions or measured values");
@@ -137,6 +165,7 @@ base::read_result<mdt_described_array> read_mdt_array_header(source& file, const
         (i < dimensions ? header.dimensions : header.measured).push_back(std::move(each));
     }
     header.offset = frame.offset + in.offset();
+    header.done = frame.done;
     return header;
 }
 

@@ -105,6 +105,7 @@ base::read_result<mdt_content> read_mdt_cube(source& file, const mdt_described_a
     const std::uint64_t atOnce = std::max<std::size_t>(1, blockBytes / cellBytes);
     std::vector<std::byte> block(static_cast<std::size_t>(std::min(cells, atOnce)) * cellBytes);
     for (std::uint64_t done = 0; done < cells; done += atOnce) {
+        if (!file.progress(array.done)) return base::read_error{array.offset, "reading was cancelled"};
         const auto part = std::span(block).first(static_cast<std::size_t>(std::min(cells - done, atOnce)) * cellBytes);
         if (!file.read(array.offset + done * cellBytes, part))
             return base::read_error{array.offset, "samples cannot be read"};

@@ -41,6 +41,7 @@ base::read_result<curve_frame> read_frame(source& file, const mdt_frame& frame)
 /// A point of the sample at which curves were recorded.
 struct curve_point {
     double x = 0.0, y = 0.0;
+    const char* units = "";                  ///< of both
     std::uint32_t forward = 0, backward = 0; ///< samples
 };
 
@@ -69,12 +70,14 @@ base::read_result<std::vector<curve_point>> read_points(source& file, const mdt_
     const auto bytes =
         read_frame_bytes(file, frame, shape.offset - frame.offset, headerBytes + shape.dots * pointBytes);
     base::byte_reader in(bytes);
-    in.skip(headerBytes);
+    in.skip(4 + 4 + 4); // sizes that follow from the layout, and its version
+    const mdt_unit unit = mdt_unit_of(in.i16());
     std::vector<curve_point> points;
     for (unsigned i = 0; i < shape.dots; ++i) {
         curve_point point;
-        point.x = in.f32();
-        point.y = in.f32();
+        point.x = in.f32() * unit.factor;
+        point.y = in.f32() * unit.factor;
+        point.units = unit.units;
         const std::int32_t forward = in.i32(), backward = in.i32();
         if (forward < 0 || backward < 0) return base::read_error{shape.offset, "negative number of samples"};
         point.forward = static_cast<std::uint32_t>(forward);
@@ -88,8 +91,10 @@ base::read_result<std::vector<curve_point>> read_points(source& file, const mdt_
 std::string describe_points(const std::vector<curve_point>& points)
 {
     std::string text;
-    for (const curve_point& point : points)
+    for (const curve_point& point : points) {
         text += (text.empty() ? "" : "; ") + base::general(point.x) + " " + base::general(point.y);
+        if (*point.units) text += std::string(" ") + point.units;
+    }
     return text;
 }
 

@@ -94,15 +94,19 @@ mdt_axis read_mdt_axis(base::byte_reader& in) noexcept
     const int code = in.i16();
     if (!std::isfinite(axis.offset)) axis.offset = 0.0;
     if (!std::isfinite(axis.step) || axis.step == 0.0) axis.step = 1.0;
-    if (code == 0) { // Angstrom
-        axis.offset *= 0.1;
-        axis.step *= 0.1;
-        axis.units = "nm";
-    }
+    const mdt_unit unit = mdt_unit_of(code);
+    axis.offset *= unit.factor;
+    axis.step *= unit.factor;
+    axis.units = unit.units;
+    return axis;
+}
+
+mdt_unit mdt_unit_of(int code) noexcept
+{
+    if (code == 0) return {0.1, "nm"}; // Angstrom
     const auto row =
         std::find_if(std::begin(unitRows), std::end(unitRows), [&](const unit_row& each) { return each.code == code; });
-    if (row != std::end(unitRows)) axis.units = row->units;
-    return axis;
+    return {1.0, row == std::end(unitRows) ? "" : row->units};
 }
 
 mdt_texts read_mdt_texts(source& file, const mdt_frame& frame, std::uint64_t offset)
@@ -114,17 +118,25 @@ mdt_texts read_mdt_texts(source& file, const mdt_frame& frame, std::uint64_t off
     return texts;
 }
 
-directed_name split_mdt_direction(const std::string& title)
+mdt_title split_mdt_title(const std::string& title)
 {
     const std::size_t colon = title.find(':');
     const std::size_t digits = title.find_first_not_of("0123456789");
     if (colon != std::string::npos && digits + 1 == colon && digits > 0 && colon + 1 < title.size()) {
-        const char way = title[digits];
-        const std::string channel = title.substr(0, digits) + ":" + title.substr(colon + 1);
-        if (way == 'F') return {channel, scan_direction::forward};
-        if (way == 'B') return {channel, scan_direction::reverse};
+        const std::string pass = title.substr(0, digits), channel = title.substr(colon + 1);
+        if (title[digits] == 'F') return {channel, pass, scan_direction::forward};
+        if (title[digits] == 'B') return {channel, pass, scan_direction::reverse};
     }
-    return {title, scan_direction::unknown}; // a word at the end of a title that a person wrote says nothing
+    return {title, "", scan_direction::unknown}; // a word at the end of a title that a person wrote says nothing
+}
+
+void name_plane(mdt_plane& plane, const std::string& title, const std::string& otherwise)
+{
+    const mdt_title parts = split_mdt_title(title);
+    plane.plane.channel = parts.channel.empty() ? otherwise : parts.channel;
+    plane.plane.pass = parts.pass;
+    plane.plane.direction = parts.direction;
+    if (!parts.pass.empty()) plane.strings["Pass"] = parts.pass;
 }
 
 } // namespace formats

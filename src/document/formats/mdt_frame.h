@@ -19,7 +19,8 @@ struct mdt_frame {
     unsigned type = 0;
     unsigned headerBytes = 22;
     unsigned variableBytes = 0;
-    std::string date; ///< "2005-12-07 09:51:06"
+    std::string date;  ///< "2005-12-07 09:51:06"
+    double done = 0.0; ///< progress of the file before this frame
 };
 
 /// An image of a frame, its samples still in the file: one direction of a channel.
@@ -49,6 +50,13 @@ struct mdt_axis {
 };
 mdt_axis read_mdt_axis(base::byte_reader& in) noexcept;
 
+/// Unit of a code: what numbers are multiplied with to be in `units`. Angstrom becomes nm; unknown codes have no text.
+struct mdt_unit {
+    double factor = 1.0;
+    const char* units = "";
+};
+mdt_unit mdt_unit_of(int code) noexcept;
+
 /// Title and comment behind the samples of an old frame; texts that do not fit are left out.
 struct mdt_texts {
     std::string title;
@@ -56,7 +64,15 @@ struct mdt_texts {
 };
 mdt_texts read_mdt_texts(source& file, const mdt_frame& frame, std::uint64_t offset);
 
-/// Splits "1F:Height" and "1B:Height" into channel and direction, and other names by their ending.
-directed_name split_mdt_direction(const std::string& title);
+/// A title such as "1F:Height" or "2B:Mag" taken apart; the whole of other titles is the channel.
+struct mdt_title {
+    std::string channel;
+    std::string pass; ///< "1"
+    scan_direction direction = scan_direction::unknown;
+};
+mdt_title split_mdt_title(const std::string& title);
+
+/// Gives a plane channel, pass and direction by its title, `otherwise` without one, and keeps what it took off.
+void name_plane(mdt_plane& plane, const std::string& title, const std::string& otherwise);
 
 } // namespace formats

@@ -4,6 +4,7 @@
 #include "document/formats/stream_shape.h"
 
 #include <cmath>
+#include <optional>
 
 // Frames of scanned images: three axes, the scanner's settings, 16-bit samples.
 
@@ -35,18 +36,25 @@ const char* channel_name(unsigned code) noexcept
     }
 }
 
-/// Settings behind the axes; files of other programs may lack the last ones.
+/// Settings behind the axes; files of other programs may lack the last ones. Numbers that are lacking are 0.
 struct scan_settings {
-    unsigned channel = 0, direction = 0;
+    std::optional<unsigned> channel, direction;
     double velocity = 0.0, setPoint = 0.0, bias = 0.0;
 };
+
+/// A field that ends before it is complete is lacking.
+std::optional<unsigned> read_byte(base::byte_reader& in)
+{
+    const unsigned byte = in.u8();
+    return in.failed() ? std::nullopt : std::optional(byte);
+}
 
 scan_settings read_settings(base::byte_reader& in)
 {
     scan_settings settings;
-    settings.channel = in.u8();
+    settings.channel = read_byte(in);
     in.skip(1 + 2 + 2 + 2 + 4 + 2 + 4); // mode, columns, rows, averaging, step length, and unknown ones
-    settings.direction = in.u8();
+    settings.direction = read_byte(in);
     in.skip(1);
     settings.velocity = in.f32();
     settings.setPoint = in.f32();
@@ -62,8 +70,9 @@ void add_settings(const scan_settings& settings, std::map<std::string, std::stri
     add("\\Speed", settings.velocity * 1e-4, "\u00B5m/s"); // from Angstrom
     add("Set point", settings.setPoint, "nA");
     add("Bias", settings.bias, "V");
-    strings["\\Scan direction"] = std::string((settings.direction & 2u) ? "Left" : "Right") +
-                                  ((settings.direction & 4u) ? ", from the bottom" : ", from the top");
+    if (settings.direction)
+        strings["\\Scan direction"] = std::string((*settings.direction & 2u) ? "Left" : "Right") +
+                                      ((*settings.direction & 4u) ? ", from the bottom" : ", from the top");
 }
 
 VLAxis lateral(const mdt_axis& axis) { return {axis.offset, std::fabs(axis.step), axis.units.c_str()}; }
@@ -76,7 +85,7 @@ base::read_result<mdt_content> read_mdt_scan(source& file, const mdt_frame& fram
     const auto bytes = read_frame_bytes(file, frame, frame.headerBytes, frame.variableBytes + shapeBytes);
     if (frame.variableBytes < axesBytes || bytes.size() != frame.variableBytes + shapeBytes)
         return base::read_error{frame.offset, "the header of the frame is cut short"};
-    base::byte_reader in(bytes);
+    base::byte_reader in{std::span(bytes).first(frame.variableBytes)};
     const mdt_axis x = read_mdt_axis(in), y = read_mdt_axis(in), z = read_mdt_axis(in);
     const scan_settings settings = read_settings(in);
     base::byte_reader shape{std::span(bytes).last(shapeBytes)};
@@ -95,9 +104,7 @@ base::read_result<mdt_content> read_mdt_scan(source& file, const mdt_frame& fram
     const mdt_texts texts = read_mdt_texts(file, frame, result.offset + samples * sizeof(std::int16_t));
     result.strings = texts.strings;
     add_settings(settings, result.strings);
-    const directed_name name = split_mdt_direction(texts.title);
-    result.plane.channel = name.channel.empty() ? channel_name(settings.channel) : name.channel;
-    result.plane.direction = name.direction;
+    name_plane(result, texts.title, settings.channel ? channel_name(*settings.channel) : "Image");
     result.plane.frame = {columns, rows, 1, lateral(x), lateral(y)};
     result.plane.scale = {z.step, z.offset, z.units, "z axis of frame " + std::to_string(frame.number)};
     mdt_content content;

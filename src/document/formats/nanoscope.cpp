@@ -9,6 +9,7 @@
 #include "document/formats/nanoscope_version2.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 namespace formats {
@@ -29,6 +30,15 @@ std::string_view magic_of(std::string_view head) noexcept
 
 base::read_error unreadable_header() { return {0, "header cannot be read"}; }
 
+/// Binary files that passed a text transfer have other line ends behind the magic than CR LF.
+std::optional<base::read_error> changed_line_ends(std::string_view head)
+{
+    const std::size_t magicEnd = magic_of(head).size();
+    if (head.substr(magicEnd).starts_with("\r\n")) return std::nullopt;
+    return base::read_error{magicEnd, "line ends are not CR LF: the file was changed in a text transfer, which damaged "
+                                      "the samples, too"};
+}
+
 /// The first bytes of the file, at most `count`; empty when they cannot be read.
 std::string read_head(source& file, std::uint64_t count)
 {
@@ -43,11 +53,10 @@ base::read_result<nanoscope_header> read_header(source& file)
     const std::string firstLook = read_head(file, 65536);
     const auto length = parse_nanoscope_header(firstLook).length();
     const bool isCut = length && *length > file.size();
-    const std::size_t magicEnd = magic_of(firstLook).size();
-    if (firstLook.compare(magicEnd, 2, "\r\n") != 0)
-        return base::read_error{magicEnd, std::string("line ends are not CR LF: the file was changed in a text "
-                                                      "transfer, which damaged the samples, too") +
-                                              (isCut ? "; it is cut short besides" : "")};
+    if (auto problem = changed_line_ends(firstLook)) {
+        if (isCut) problem->reason += "; it is cut short besides";
+        return *problem;
+    }
     if (!length) return base::read_error{0, "Data length of the header is missing or no number"};
     if (isCut)
         return base::read_error{file.size(), "Data length of the header, " + std::to_string(*length) +
@@ -119,7 +128,10 @@ base::read_result<recording> read_nanoscope(source& file)
     const std::string head = read_head(file, 64);
     const std::string_view magic = magic_of(head);
     if (magic.empty()) return base::read_error{0, "not a NanoScope header"};
-    if (magic == version2Magic) return read_nanoscope_version2(file);
+    if (magic == version2Magic) {
+        if (auto problem = changed_line_ends(head)) return std::move(*problem);
+        return read_nanoscope_version2(file);
+    }
     return magic.starts_with('?') ? read_nanoscope_text(file) : read_binary(file);
 }
 

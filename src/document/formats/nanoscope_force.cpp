@@ -1,14 +1,13 @@
 #include "document/formats/nanoscope_force.h"
 
 #include "base/text.h"
-#include "document/formats/curve_group.h"
 #include "document/formats/nanoscope_scale.h"
 #include "document/formats/nanoscope_strings.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
 
 namespace formats {
 
@@ -105,140 +104,9 @@ void set_grid_axes(const nanoscope_header& header, nanoscope_force& channel, std
     if (y) left.remove_prefix(used);
     const std::string units = nanoscope_units(left);
     const double height = y && *y > 0 ? *y : *x;
-    channel.x = VLAxis(0.0, *x / static_cast<double>(columns), units.c_str());
-    channel.y = VLAxis(0.0, height / static_cast<double>(rows ? rows : channel.rows), units.c_str());
-}
-
-/// A part of a curve as it stands in the file.
-struct curve_part {
-    const char* name;
-    unsigned first, count;
-};
-
-/// In the order in which they are shown.
-std::vector<curve_part> parts_of(const nanoscope_force& channel)
-{
-    const curve_part all[] = {{"Approach", 0, channel.approach},
-                              {"Hold", channel.approach + channel.retract, channel.hold},
-                              {"Retract", channel.approach, channel.retract}};
-    std::vector<curve_part> parts;
-    std::copy_if(std::begin(all), std::end(all), std::back_inserter(parts),
-                 [](const curve_part& part) { return part.count != 0; });
-    return parts;
-}
-
-/// An image to be and the parts that are its sub-images.
-struct part_image {
-    std::vector<curve_part> parts;
-    recorded_image image;
-};
-
-recorded_image make_part_image(const nanoscope_force& channel, const std::vector<curve_part>& parts, bool isOwn,
-                               std::vector<std::string>& ids)
-{
-    const std::string label = isOwn ? channel.channel + " " + parts.front().name : channel.channel;
-    VLAxis axis = channel.ramp;
-    if (isOwn && std::string_view(parts.front().name) == "Hold")
-        axis = VLAxis();
-    else if (parts.front().count != channel.approach && parts.front().count > 1)
-        axis.scale *= (channel.approach - 1.0) / (parts.front().count - 1.0);
-    std::vector<extent> dimensions{{parts.front().count, axis}};
-    if (channel.columns) {
-        dimensions.push_back({channel.columns, channel.x});
-        dimensions.push_back({channel.rows, channel.y});
-    }
-    recorded_image image =
-        make_samples(unique_id(label, ids), label, dimensions, static_cast<unsigned>(parts.size()),
-                     channel.scales.front(), channel.sampleBytes == 4 ? SPM_ARRAY_INT32 : SPM_ARRAY_INT16);
-    std::vector<std::string> names;
-    for (const curve_part& part : parts) names.emplace_back(part.name);
-    name_subimages(image, names);
-    add_section_strings(image.strings, *channel.section);
-    for (std::size_t i = 1; i < channel.scales.size(); ++i)
-        add_calibration(image, channel.scales.front(), channel.scales[i]);
-    return image;
-}
-
-/// The approach with all parts of as many samples, then every other part by itself.
-std::vector<part_image> make_part_images(const nanoscope_force& channel, std::vector<std::string>& ids)
-{
-    std::vector<part_image> images(1);
-    for (const curve_part& part : parts_of(channel)) {
-        if (part.count == channel.approach)
-            images.front().parts.push_back(part);
-        else
-            images.push_back({{part}, {}});
-    }
-    for (std::size_t i = 0; i < images.size(); ++i)
-        images[i].image = make_part_image(channel, images[i].parts, i != 0, ids);
-    return images;
-}
-
-/// Copies curves to their sub-images. Approach and retract are stored from the contact on and shown from the free end.
-template <class T>
-void distribute(const nanoscope_force& channel, std::span<const T> block, std::uint64_t firstCurve,
-                std::vector<part_image>& images)
-{
-    const std::size_t curves = block.size() / channel.samples();
-    for (part_image& target : images)
-        for (std::size_t s = 0; s < target.parts.size(); ++s) {
-            const curve_part& part = target.parts[s];
-            const bool isHold = std::string_view(part.name) == "Hold";
-            auto out = elements_of<T>(target.image).subspan((s * channel.curves() + firstCurve) * part.count);
-            for (std::size_t i = 0; i < curves; ++i) {
-                const auto curve = block.subspan(i * channel.samples() + part.first, part.count);
-                if (isHold)
-                    std::copy(curve.begin(), curve.end(), out.begin() + static_cast<std::ptrdiff_t>(i * part.count));
-                else
-                    std::reverse_copy(curve.begin(), curve.end(),
-                                      out.begin() + static_cast<std::ptrdiff_t>(i * part.count));
-            }
-        }
-}
-
-/// Fills the images. \return empty, or what went wrong
-template <class T>
-std::string load_curves(source& file, const nanoscope_force& channel, std::vector<part_image>& images)
-{
-    constexpr std::size_t blockBytes = 1u << 20; // in cache between reading and copying
-    const std::uint64_t curveBytes = std::uint64_t{channel.samples()} * sizeof(T);
-    const std::uint64_t atOnce = std::max<std::uint64_t>(1, blockBytes / curveBytes);
-    std::vector<T> block(static_cast<std::size_t>(std::min(atOnce, channel.curves()) * channel.samples()));
-    for (std::uint64_t curve = 0; curve < channel.curves(); curve += atOnce) {
-        if (!file.progress(static_cast<double>(curve) / static_cast<double>(channel.curves())))
-            return "reading was cancelled";
-        const auto count = static_cast<std::size_t>(std::min(atOnce, channel.curves() - curve));
-        const auto part = std::span(block).first(count * channel.samples());
-        if (!file.read(channel.offset + curve * curveBytes, std::as_writable_bytes(part)))
-            return "samples of " + channel.channel + " cannot be read";
-        distribute<T>(channel, part, curve, images);
-    }
-    return {};
-}
-
-/// Rows of 16-bit samples, each behind its count.
-base::read_result<recorded_image> load_rows(source& file, const nanoscope_force& channel, std::vector<std::string>& ids)
-{
-    std::vector<named_curve> rows;
-    const auto refuse = [&](const char* reason) { return base::read_error{channel.offset, channel.channel + reason}; };
-    for (std::uint64_t done = 0; channel.length - done >= 2;) {
-        std::byte countBytes[2];
-        if (!file.read(channel.offset + done, countBytes)) return refuse(": samples cannot be read");
-        const unsigned count = base::byte_reader(countBytes).u16();
-        done += sizeof countBytes;
-        if (!holds_numbers(channel.length, done, count, 2)) return refuse(": the count of a row exceeds Data length");
-        named_curve row{"Row " + std::to_string(rows.size() + 1), {}};
-        if (!read_numbers(file, channel.offset + done, count, SPM_ARRAY_INT16, byte_order::little, row.values))
-            return refuse(": samples cannot be read");
-        done += std::uint64_t{count} * 2;
-        if (count != 0) rows.push_back(std::move(row));
-    }
-    if (rows.empty()) return refuse(": no row holds samples");
-    if (!is_modest_padding(rows)) return refuse(": rows of too different lengths");
-    recorded_image image =
-        make_curve_group(unique_id(channel.channel, ids), channel.channel, {}, channel.scales.front(), rows);
-    add_section_strings(image.strings, *channel.section);
-    return image;
+    const auto start = [&](const char* key) { return nanoscope_offset(header, *channel.section, key, units); };
+    channel.x = VLAxis(start("x offset"), *x / static_cast<double>(columns), units.c_str());
+    channel.y = VLAxis(start("y offset"), height / static_cast<double>(rows ? rows : channel.rows), units.c_str());
 }
 
 bool is_height(const nanoscope_section& section)
@@ -248,15 +116,47 @@ bool is_height(const nanoscope_section& section)
            nanoscope_channel(section) == "Height Sensor";
 }
 
-/// Draws single curves over the measured height.
-void set_parameter_stream(std::span<std::variant<recorded_image, picture>> items, std::size_t height)
+/// A channel and its image of approach and retract among the items.
+struct placed_channel {
+    nanoscope_force channel;
+    std::size_t item = 0;
+};
+
+SPMDataStream& stream_of(recording& out, const placed_channel& placed)
 {
-    const SPMDataStream& parameter = std::get<recorded_image>(items[height]).stream;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        SPMDataStream& stream = std::get<recorded_image>(items[i]).stream;
-        if (i != height && stream.get_dimensions_number() == 1 && stream.array_length() == parameter.array_length() &&
-            stream.get_dimension(0).length == parameter.get_dimension(0).length)
-            stream.set_parameter_stream(parameter.get_name());
+    return std::get<recorded_image>(out.items[placed.item]).stream;
+}
+
+/// Draws single curves over the measured height of as many samples on both ways.
+void set_parameter_stream(recording& out, const std::vector<placed_channel>& channels, const placed_channel& height)
+{
+    for (const placed_channel& each : channels) {
+        const nanoscope_force &own = each.channel, &measured = height.channel;
+        const bool isAlike = !own.isVariable && !measured.isVariable && own.columns == 0 && measured.columns == 0 &&
+                             own.approach == measured.approach && own.retract == measured.retract;
+        if (each.item != height.item && isAlike)
+            stream_of(out, each).set_parameter_stream(stream_of(out, height).get_name());
+    }
+}
+
+/// Approach and retract of different counts run over the same ramp, which no axis can show: a stream "Ramp" does.
+void add_ramps(recording& out, const std::vector<placed_channel>& channels, std::vector<std::string>& ids)
+{
+    std::vector<std::pair<const nanoscope_force*, std::string>> made;
+    for (const placed_channel& each : channels) {
+        const nanoscope_force& channel = each.channel;
+        if (!channel.isPadded() || channel.ramp == VLAxis() || stream_of(out, each).get_parameter_stream()) continue;
+        auto same = std::ranges::find_if(made, [&](const auto& other) {
+            return other.first->approach == channel.approach && other.first->retract == channel.retract &&
+                   other.first->ramp == channel.ramp;
+        });
+        if (same == made.end()) {
+            recorded_image ramp = make_nanoscope_ramp(channel, ids);
+            made.emplace_back(&channel, ramp.stream.get_name());
+            same = std::prev(made.end());
+            out.items.emplace_back(std::move(ramp));
+        }
+        stream_of(out, each).set_parameter_stream(same->second.c_str());
     }
 }
 
@@ -279,7 +179,9 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
     out.offset = *offset;
     out.length = *length;
     out.scales = nanoscope_force_scales(header, section);
+    out.isOverTime = is_nanoscope_time(header, section);
     const std::string* context = section.find("start context");
+    if (!context) context = header.setting("start context"); // of the file list
     out.isVariable = context && context->ends_with("VAR");
     if (out.isVariable) return {};
     std::uint64_t columns = 0, rows = 0;
@@ -295,54 +197,33 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
     return {};
 }
 
-base::read_result<std::vector<recorded_image>> load_nanoscope_force(source& file, const nanoscope_force& channel,
-                                                                    std::vector<std::string>& ids)
-{
-    std::vector<recorded_image> result;
-    if (channel.isVariable) {
-        auto rows = load_rows(file, channel, ids);
-        if (!rows) return rows.error();
-        result.push_back(std::move(*rows));
-        return result;
-    }
-    std::vector<part_image> images = make_part_images(channel, ids);
-    const std::string problem = channel.sampleBytes == 4 ? load_curves<std::int32_t>(file, channel, images)
-                                                         : load_curves<std::int16_t>(file, channel, images);
-    if (!problem.empty()) return base::read_error{channel.offset, problem};
-    for (part_image& each : images) {
-        settle_samples(each.image);
-        result.push_back(std::move(each.image));
-    }
-    return result;
-}
-
 std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscope_header& header,
                                                     std::uint64_t bytesLeft, recording& out)
 {
     std::vector<std::string> ids;
     for (const auto& item : out.items) ids.emplace_back(std::get<recorded_image>(item).stream.get_name());
-    const std::size_t before = out.items.size();
+    std::vector<placed_channel> channels;
     std::optional<std::size_t> height;
-    std::size_t number = 0;
     for (const nanoscope_section& section : header.sections) {
         if (section.kind != nanoscope_list::force_image) continue;
         nanoscope_force channel;
         std::string problem = describe_nanoscope_force(header, section, file.size(), channel);
         if (problem.empty() && channel.length > bytesLeft) problem = "channels overlap, together they exceed the file";
         if (!problem.empty())
-            return base::read_error{channel.offset, "force channel " + std::to_string(number + 1) + " (" +
+            return base::read_error{channel.offset, "force channel " + std::to_string(channels.size() + 1) + " (" +
                                                         channel.channel + "): " + problem};
         bytesLeft -= channel.length;
-        ++number;
         auto images = load_nanoscope_force(file, channel, ids);
         if (!images) return images.error();
-        if (!height && is_height(section)) height = out.items.size() - before;
+        if (!height && is_height(section)) height = channels.size();
+        channels.push_back({std::move(channel), out.items.size()});
         for (recorded_image& image : *images) {
             add_shared_strings(image.strings, header);
             out.items.emplace_back(std::move(image));
         }
     }
-    if (height) set_parameter_stream(std::span(out.items).subspan(before), *height);
+    if (height) set_parameter_stream(out, channels, channels[*height]);
+    add_ramps(out, channels, ids);
     return std::nullopt;
 }
 

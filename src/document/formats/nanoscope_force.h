@@ -18,6 +18,7 @@ struct nanoscope_force {
     unsigned approach = 0, retract = 0, hold = 0; ///< samples of a curve, stored in this order
     unsigned sampleBytes = 2;
     bool isVariable = false; ///< rows of any length, each behind its count
+    bool isOverTime = false; ///< shown in the order in which the samples are stored
     std::uint64_t offset = 0, length = 0;
     std::vector<value_scale> scales; ///< the one to show first
     VLAxis ramp;                     ///< of the approach samples when they run from the free end to the contact
@@ -25,6 +26,8 @@ struct nanoscope_force {
 
     unsigned samples() const noexcept { return approach + retract + hold; }
     std::uint64_t curves() const noexcept { return columns ? std::uint64_t{columns} * rows : 1; }
+    /// A single curve whose ways have different counts.
+    bool isPadded() const noexcept { return columns == 0 && retract != 0 && retract != approach; }
 };
 
 /// Reads counts, place, scales and axes. \return a reason why the samples cannot be there, or an empty text
@@ -35,15 +38,23 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
 /// deflection, the volts.
 std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, const nanoscope_section& section);
 
+/// True when curves of a channel run over the time instead of the ramp.
+bool is_nanoscope_time(const nanoscope_header& header, const nanoscope_section& section);
+
 /// The ramp as an axis of `points` samples from the free end on; index numbers when the header does not tell it.
 VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points);
 
-/// Loads the samples of a channel: one image with a sub-image for the approach and each other part of as many samples,
-/// and one for each other part. \param ids  in use already
+/// Loads the samples of a channel: first one image with the approach and the retract as sub-images, the shorter of them
+/// padded, then one for the hold. In a volume a retract of another count is an image of its own: with its own axis,
+/// since volumes have no parameter stream. \param ids  in use already
 base::read_result<std::vector<recorded_image>> load_nanoscope_force(source& file, const nanoscope_force& channel,
                                                                     std::vector<std::string>& ids);
 
-/// Adds all force channels of a file; a measured height becomes the parameter stream of the others.
+/// A stream "Ramp" of what the ramp of each way is set to; the channel's `ramp` must be known.
+recorded_image make_nanoscope_ramp(const nanoscope_force& channel, std::vector<std::string>& ids);
+
+/// Adds all force channels of a file; a measured height becomes the parameter stream of the others. Without one, curves
+/// whose ways have different counts get a stream "Ramp".
 /// \param bytesLeft  that no image claims yet
 /// \return a reason for refusing the file, or nothing
 std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscope_header& header,

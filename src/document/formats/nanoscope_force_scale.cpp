@@ -23,7 +23,7 @@ value_scale volts(const nanoscope_section& section, const nanoscope_value& hard)
     value_scale scale;
     if (usable(hard.hardScale)) {
         scale.step = *hard.hardScale;
-        scale.units = hard.hardScaleUnits.substr(0, hard.hardScaleUnits.find("/LSB"));
+        scale.units = nanoscope_units(hard.hardScaleUnits.substr(0, hard.hardScaleUnits.find("/LSB")));
         scale.origin = "hard scale of Z scale = " + base::shortest(scale.step) + " " + hard.hardScaleUnits;
     } else if (usable(hard.value)) {
         const double bytes = section.number("bytes/pixel").value_or(2.0);
@@ -114,10 +114,16 @@ std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, 
     return scales;
 }
 
-VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points)
+bool is_nanoscope_time(const nanoscope_header& header, const nanoscope_section& section)
 {
     const std::string* kind = section.find("x data type");
-    if (points < 2 || (kind && base::lower_ascii(*kind).starts_with("time"))) return {};
+    if (!kind) kind = header.setting("x data type"); // of the force list
+    return kind && base::lower_ascii(*kind).starts_with("time");
+}
+
+VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points)
+{
+    if (points < 2 || is_nanoscope_time(header, section)) return {};
     const std::string* channel = ramp_line(header, section, "ramp channel");
     const bool isBias = channel && parse_nanoscope_value(*channel).display.find("Bias") != std::string::npos;
     if (isBias) {

@@ -78,6 +78,9 @@ bool choose_shape(const std::vector<shape>& offers, std::uint64_t length, unsign
         image.sampleBytes = bytes;
         return true;
     };
+    // Newer versions write either width: there the image's own shape decides before another one at the usual width
+    // does.
+    if (expectedBytes == 4 && offers.front().samples() * 2 == length) return take(offers.front(), 2);
     for (const unsigned bytes : {expectedBytes, 6u - expectedBytes})
         for (const shape& offer : offers)
             if (offer.samples() * bytes == length) return take(offer, bytes);
@@ -90,6 +93,7 @@ bool choose_shape(const std::vector<shape>& offers, std::uint64_t length, unsign
 struct scan_size {
     double x = 0.0, y = 0.0;
     std::string xUnits, yUnits;
+    bool hasBoth = false; ///< x and y stand in the header
     bool usable() const noexcept { return x > 0.0 && y > 0.0 && std::isfinite(x) && std::isfinite(y); }
 };
 
@@ -100,7 +104,8 @@ scan_size parse_scan_size(const std::string* text)
     const auto numbers = leading_numbers(text, &units);
     if (numbers.empty()) return size;
     size.x = numbers.front();
-    size.y = numbers.size() > 1 ? numbers[1] : numbers[0];
+    size.hasBoth = numbers.size() > 1;
+    size.y = size.hasBoth ? numbers[1] : numbers[0];
     size.xUnits = size.yUnits = nanoscope_units(units);
     return size;
 }
@@ -134,6 +139,16 @@ double rows_of_size(const nanoscope_header& header, const nanoscope_image& image
     return lines >= 1.0 && !isResampled ? lines : image.height;
 }
 
+/// True when the image says by itself that it is complete, whatever became of the scan's settings since: it has more
+/// rows than those, both sizes and square pixels.
+bool is_complete_alone(const nanoscope_header& header, const nanoscope_image& image, const scan_size& own)
+{
+    const std::string* aspect = image.section->find("aspect ratio");
+    const bool isSquare = aspect && *aspect == "1:1" && own.usable() && own.hasBoth &&
+                          std::fabs(own.x / image.width - own.y / image.height) <= 0.01 * own.x / image.width;
+    return isSquare && image.height > header.setting_number("lines").value_or(image.height);
+}
+
 /// The stated sizes are full extents, so a pixel is size / count. The image's own size goes before the scan's only
 /// where they differ: then it is a crop made offline, and complete.
 void set_axes(const nanoscope_header& header, nanoscope_image& image)
@@ -145,9 +160,12 @@ void set_axes(const nanoscope_header& header, nanoscope_image& image)
     const bool takeScan = !own.usable() || (hasSlowAxis && scan.usable() && !isCrop);
     const scan_size& size = takeScan ? scan : own;
     if (!size.usable()) return;
-    const double rows = isCrop ? image.height : rows_of_size(header, image);
-    image.x = VLAxis(0.0, size.x / image.width, size.xUnits.c_str());
-    image.y = VLAxis(0.0, size.y / rows, size.yUnits.c_str());
+    const bool isWhole = isCrop || (!takeScan && is_complete_alone(header, image, own));
+    const double rows = isWhole ? image.height : rows_of_size(header, image);
+    image.x = VLAxis(nanoscope_offset(header, *image.section, "x offset", size.xUnits), size.x / image.width,
+                     size.xUnits.c_str());
+    image.y =
+        VLAxis(nanoscope_offset(header, *image.section, "y offset", size.yUnits), size.y / rows, size.yUnits.c_str());
 }
 
 } // namespace
@@ -164,6 +182,7 @@ nanoscope_image describe_nanoscope_image(const nanoscope_header& header, const n
         image.isRetrace = base::equal_ignoring_case(*direction, "retrace");
     }
     image.scale = nanoscope_image_scale(header, section);
+    image.volts = nanoscope_image_volts(header, section);
     return image;
 }
 

@@ -4,6 +4,7 @@
 #include "document/formats/nanoscope_header.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace formats {
@@ -19,6 +20,7 @@ struct nanoscope_image {
     std::uint64_t offset = 0; ///< of the first sample, the left one of the bottom row
     VLAxis x, y;
     value_scale scale;
+    std::optional<value_scale> volts; ///< before the sensitivity
 
     std::uint64_t samples() const noexcept { return std::uint64_t{width} * height; }
 };

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/nanoscope_strings.h"
+#include "document/formats/stream_shape.h"
 
 #include <algorithm>
 
@@ -29,6 +30,7 @@ void finish_image(const nanoscope_header& header, const image_group& group, reco
 {
     for (const nanoscope_image& part : group) add_section_strings(image.strings, *part.section);
     add_shared_strings(image.strings, header);
+    if (group.front().volts) add_calibration(image, group.front().scale, *group.front().volts);
     if (group.size() < 2) return;
     const char* names[] = {"Forward", "Reverse"};
     image.stream.set_subimage_names(names, 2);

@@ -70,21 +70,27 @@ bool is_phase(const nanoscope_section& image)
     return base::lower_ascii(nanoscope_channel(image)).find("phase") != std::string::npos;
 }
 
+/// What the soft scale in brackets stands for; without a value when there is none.
+nanoscope_value sensitivity_of(const nanoscope_header& header, const nanoscope_value& hard)
+{
+    const std::string* line = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
+    return line ? parse_nanoscope_value(*line) : nanoscope_value{};
+}
+
+value_scale hard_scale(const nanoscope_section& image, const nanoscope_value& hard)
+{
+    return {*hard.value / raw_span(image), 0.0, hard.units, term("Z scale", *hard.value, hard.units)};
+}
+
 /// Header 4.3 and later: `@2:Z scale: V [soft scale] (hard scale) hard value`. The hard scale does not count: after
 /// offline processing only the hard value follows the raw numbers.
 value_scale typed_scale(const nanoscope_header& header, const nanoscope_section& image, const std::string& text)
 {
     const nanoscope_value hard = parse_nanoscope_value(text);
     if (!usable(hard.value)) return unknown_scale("no number in Z scale");
-    const double span = raw_span(image);
-    value_scale scale;
-    scale.step = *hard.value / span;
-    scale.units = hard.units;
-    add_term(scale, term("Z scale", *hard.value, hard.units));
-    nanoscope_value soft;
+    value_scale scale = hard_scale(image, hard);
+    const nanoscope_value soft = sensitivity_of(header, hard);
     if (!hard.bracket.empty()) {
-        const std::string* line = header.typed_setting(base::lower_ascii(hard.bracket));
-        if (line) soft = parse_nanoscope_value(*line);
         double factor = 1.0;
         if (usable(soft.value)) {
             scale.units = multiply_units(hard.units, soft.units, factor);
@@ -97,7 +103,7 @@ value_scale typed_scale(const nanoscope_header& header, const nanoscope_section&
     }
     const bool isKnown = hard.bracket.empty() || usable(soft.value);
     if (isKnown && hard.units.empty() && soft.units.empty()) scale.units = is_phase(image) ? degree : "V";
-    add_term(scale, term("raw span", span));
+    add_term(scale, term("raw span", raw_span(image)));
     return scale;
 }
 
@@ -198,7 +204,7 @@ std::string nanoscope_units(std::string_view units)
     units = base::trimmed(units);
     for (const std::string_view spelling : {"\u00BA", "\u00B0", "deg", "degree", "degrees"})
         if (units == spelling) return degree;
-    for (const std::string_view micro : {"~", "u", "\u03BC"})
+    for (const std::string_view micro : {"~", "u", "\u03BC", "\u00E6"}) // the last of old code pages
         if (units.size() > micro.size() && units.starts_with(micro))
             return "\u00B5" + std::string(units.substr(micro.size()));
     return std::string(units);
@@ -238,6 +244,30 @@ value_scale nanoscope_image_scale(const nanoscope_header& header, const nanoscop
     if (const std::string* typed = image.find_typed("z scale")) return typed_scale(header, image, *typed);
     if (const std::string* plain = image.find("z scale")) return plain_scale(*plain);
     return old_scale(header, image);
+}
+
+std::optional<value_scale> nanoscope_image_volts(const nanoscope_header& header, const nanoscope_section& image)
+{
+    const std::string* typed = image.find_typed("z scale");
+    if (!typed) return std::nullopt;
+    const nanoscope_value hard = parse_nanoscope_value(*typed), soft = sensitivity_of(header, hard);
+    if (!usable(hard.value) || !usable(soft.value) || hard.units.empty()) return std::nullopt;
+    const value_scale shown = typed_scale(header, image, *typed), volts = hard_scale(image, hard);
+    if (shown.step == volts.step && shown.units == volts.units) return std::nullopt;
+    return volts;
+}
+
+double nanoscope_offset(const nanoscope_header& header, const nanoscope_section& section, const char* key,
+                        const std::string& units)
+{
+    const std::string* line = section.find(key);
+    if (!line) line = header.setting(key);
+    std::string text;
+    const auto offset = line ? take_number(*line, text) : std::nullopt;
+    if (!usable(offset)) return 0.0;
+    const std::string own = nanoscope_units(text);
+    if (own == units) return *offset;
+    return units_convertable(own.c_str(), units.c_str()) > 0 ? convert_size(own.c_str(), units.c_str(), *offset) : 0.0;
 }
 
 } // namespace formats

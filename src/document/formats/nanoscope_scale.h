@@ -35,4 +35,12 @@ std::string nanoscope_channel(const nanoscope_section& image);
 /// What a raw sample of an image means. A scale that the header does not tell leaves raw numbers without units.
 value_scale nanoscope_image_scale(const nanoscope_header& header, const nanoscope_section& image);
 
+/// What the instrument measured, as a rule volts, before a sensitivity made the image's scale of it; nothing when that
+/// is the same.
+std::optional<value_scale> nanoscope_image_volts(const nanoscope_header& header, const nanoscope_section& image);
+
+/// An offset line such as "x offset" of the section, else of the scan, in the units of an axis; 0 when there is none.
+double nanoscope_offset(const nanoscope_header& header, const nanoscope_section& section, const char* key,
+                        const std::string& units);
+
 } // namespace formats

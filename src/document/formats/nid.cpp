@@ -8,7 +8,6 @@
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace formats {
 
@@ -54,65 +53,23 @@ channel_plane plane_of(const nid_channel& channel)
     plane.channel = channel.name;
     plane.pass = channel.pass() + "/" + std::to_string(channel.sampleBytes);
     plane.direction = channel.direction();
-    plane.frame = {channel.points, channel.lines, 1, image_axis(*channel.section, "Dim0", channel.points),
+    VLAxis x = image_axis(*channel.section, "Dim0", channel.points);
+    // The ways to and fro of a curve may differ in length and range.
+    if (channel.is_spectroscopy()) x = VLAxis(0.0, 1.0, x.get_units());
+    plane.frame = {channel.is_spectroscopy() ? 1 : channel.points, channel.lines, 1, x,
                    image_axis(*channel.section, "Dim1", channel.lines)};
     plane.scale = channel.scale;
     return plane;
 }
 
-/// Fills a stream with the samples of several channels, one after another.
-bool read_channels(source& file, const std::vector<const nid_channel*>& channels, recorded_image& image)
-{
-    auto* out = static_cast<std::byte*>(image.stream.array_data());
-    for (const nid_channel* channel : channels) {
-        const auto bytes = static_cast<std::size_t>(channel->samples() * channel->sampleBytes);
-        if (!file.read(channel->offset, std::span(out, bytes))) return false;
-        to_native(std::span(out, bytes), channel->sampleBytes, byte_order::little);
-        out += bytes;
-    }
-    return true;
-}
-
-/// Lines above the last one measured, unless they hold something: a scan that starts again counts anew.
-template <class T>
-void add_unmeasured_lines(const nid_channel& channel, std::span<const T> samples, std::uint64_t first,
+/// Finds lines behind the last one measured, unless they hold something: a scan that starts again counts anew.
+void add_unmeasured_lines(const nid_channel& channel, std::span<const std::byte> samples, std::uint64_t first,
                           std::vector<void_range>& voids)
 {
-    for (unsigned line = channel.measuredLines; line < channel.lines; ++line) {
-        const auto row = samples.subspan(std::size_t{line} * channel.points, channel.points);
-        if (std::ranges::all_of(row, [&](T sample) { return sample == row[0]; }))
+    const std::size_t lineBytes = std::size_t{channel.points} * channel.sampleBytes;
+    for (unsigned line = channel.measuredLines; line < channel.lines; ++line)
+        if (is_uniform(samples.subspan(line * lineBytes, lineBytes), channel.sampleBytes))
             voids.push_back({first + std::uint64_t{line} * channel.points, channel.points});
-    }
-}
-
-template <class T>
-std::vector<void_range> unmeasured_lines(const std::vector<const nid_channel*>& channels, recorded_image& image)
-{
-    std::vector<void_range> voids;
-    std::uint64_t first = 0;
-    for (const nid_channel* channel : channels) {
-        const auto samples = elements_of<T>(image).subspan(first, channel->samples());
-        add_unmeasured_lines<T>(*channel, samples, first, voids);
-        first += channel->samples();
-    }
-    return voids;
-}
-
-std::vector<void_range> find_unmeasured(const std::vector<const nid_channel*>& channels, recorded_image& image)
-{
-    switch (channels.front()->sampleBytes) {
-    case 1:
-        return unmeasured_lines<std::int8_t>(channels, image);
-    case 2:
-        return unmeasured_lines<std::int16_t>(channels, image);
-    default:
-        return unmeasured_lines<std::int32_t>(channels, image);
-    }
-}
-
-base::read_error unreadable(const nid_channel& channel)
-{
-    return {channel.offset, "samples of [" + channel.sectionName + "] cannot be read"};
 }
 
 base::read_result<recorded_image> load_image(source& file, const std::vector<const nid_channel*>& channels,
@@ -123,21 +80,17 @@ base::read_result<recorded_image> load_image(source& file, const std::vector<con
                             {first.lines, image_axis(*first.section, "Dim1", first.lines)}};
     recorded_image image =
         make_samples(id, first.label(), plane, static_cast<unsigned>(channels.size()), first.scale, first.type());
-    if (!read_channels(file, channels, image)) return unreadable(first);
-    settle_samples(image, find_unmeasured(channels, image));
-    return image;
-}
-
-base::read_result<recorded_image> load_curves(source& file, const std::vector<const nid_channel*>& channels,
-                                              const nid_curve_layout& layout, const std::string& id)
-{
-    const nid_channel& first = *channels.front();
-    recorded_image image =
-        make_samples(id, first.label(), layout.extents(), layout.subimages(), first.scale, first.type());
-    if (!read_channels(file, channels, image)) return unreadable(first);
-    arrange_curves(layout, image);
-    settle_samples(image);
-    name_subimages(image, layout.subimage_names(first));
+    auto* out = static_cast<std::byte*>(image.stream.array_data());
+    std::vector<void_range> voids;
+    for (std::size_t i = 0; i < channels.size(); ++i) {
+        const nid_channel& channel = *channels[i];
+        const std::span samples(out, static_cast<std::size_t>(channel.samples()) * channel.sampleBytes);
+        if (!file.read(channel.offset, samples)) return channel.unreadable();
+        to_native(samples, channel.sampleBytes, byte_order::little);
+        add_unmeasured_lines(channel, samples, i * channel.samples(), voids);
+        out += samples.size();
+    }
+    settle_samples(image, voids);
     return image;
 }
 
@@ -151,7 +104,7 @@ bool is_position_channel(const nid_channel& channel)
 class nid_loader {
 public:
     nid_loader(source& file_, const nid_header& header_, const std::vector<nid_channel>& channels_)
-        : file(file_), header(header_), channels(channels_)
+        : file(file_), header(header_), channels(channels_), places(find_nid_places(header_))
     {
     }
 
@@ -167,6 +120,7 @@ public:
         }
         link_positions();
         result.strings = strings_of(header);
+        if (!isGridUsed && !curves.empty() && !places.text.empty()) result.strings["Curve places"] = places.text;
         return std::move(result);
     }
 
@@ -187,8 +141,9 @@ private:
         const std::string id = unique_id(first.label(), ids);
         auto image = first.is_image() ? load_image(file, members, id) : load_curve_group(members, id);
         if (!image) return image.error();
-        if (first.is_image()) name_directions(*image, group);
-        image->strings["\\Line direction"] = first.frame;
+        if (first.is_image()) name_directions(*image, group, first.direction());
+        std::string& frames = image->strings["\\Line direction"];
+        for (const nid_channel* channel : members) frames += (frames.empty() ? "" : " / ") + channel->frame;
         result.items.emplace_back(std::move(*image));
         return {};
     }
@@ -197,17 +152,21 @@ private:
                                                        const std::string& id)
     {
         const nid_channel& first = *members.front();
-        const auto layout = lay_out_curves(header, members);
-        curve_item item{0, "", is_position_channel(first), ""};
-        if (layout.hasOwnAxes) {
+        auto layout = lay_out_curves(places, members);
+        if (!layout) return layout.error();
+        auto image = read_nid_curves(file, members, *layout, id);
+        if (!image) return image;
+        curve_item item{0, first.pass(), is_position_channel(first), ""};
+        for (const nid_channel* channel : members)
+            item.shape += "/" + std::to_string(channel->points) + "/" + std::to_string(channel->lines);
+        if (layout->hasOwnAxes) {
             item.ownPositions = unique_id(id + "_position", ids);
-            result.items.emplace_back(make_positions(layout, first, item.ownPositions));
+            result.items.emplace_back(make_nid_positions(*layout, first, item.ownPositions));
         }
         item.index = result.items.size();
-        item.shape = first.pass() + "/" + std::to_string(members.size()) + "/" + std::to_string(first.points) + "/" +
-                     std::to_string(first.lines);
         curves.push_back(item);
-        return load_curves(file, members, layout, id);
+        isGridUsed = isGridUsed || layout->grid;
+        return image;
     }
 
     void link_positions()
@@ -231,6 +190,8 @@ private:
     source& file;
     const nid_header& header;
     const std::vector<nid_channel>& channels;
+    nid_places places;
+    bool isGridUsed = false; // the axes of a volume tell the places
     recording result;
     std::vector<std::string> ids;
     std::vector<curve_item> curves;

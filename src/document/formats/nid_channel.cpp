@@ -76,6 +76,8 @@ std::string read_storage(const nid_section& section, nid_channel& channel)
 /// The whole range of the raw numbers covers the range of the quantity.
 std::string read_scale(const nid_section& section, nid_channel& channel)
 {
+    for (const char* key : {"Dim2Range", "Dim2Min"})
+        if (section.find(key) && !section.number(key)) return std::string(key) + " is no number";
     const nid_range values = nid_dimension(section, "Dim2");
     if (!std::isfinite(values.range) || !std::isfinite(values.start)) return "Dim2Range or Dim2Min is not finite";
     if (values.range == 0.0) return {}; // no range: raw numbers without units
@@ -127,6 +129,14 @@ std::string nid_channel::label() const
     return told.empty() || told == "Scan" || told == "Spec" ? name : name + " (" + told + ")";
 }
 
+base::read_error nid_channel::unreadable() const { return {offset, "samples of [" + sectionName + "] cannot be read"}; }
+
+bool is_uniform(std::span<const std::byte> samples, std::size_t sampleBytes)
+{
+    return samples.size() <= sampleBytes ||
+           std::ranges::equal(samples.subspan(sampleBytes), samples.first(samples.size() - sampleBytes));
+}
+
 nid_range nid_dimension(const nid_section& section, const std::string& prefix)
 {
     return {section.number(prefix + "Min").value_or(0.0), section.number(prefix + "Range").value_or(0.0),
@@ -147,6 +157,9 @@ base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& 
             return base::read_error{header.dataStart + total, "section [" + key.section + "]: " + why};
         };
         const nid_section* section = header.find(key.section);
+        if (key.section.empty())
+            return base::read_error{0, "Gr" + std::to_string(key.group) + "-Ch" + std::to_string(key.channel) +
+                                           " names no section"};
         if (!section) return refused("is missing");
         nid_channel channel;
         channel.sectionName = key.section;

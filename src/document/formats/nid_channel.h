@@ -2,7 +2,9 @@
 #include "document/formats/directions.h"
 #include "document/formats/nid_header.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,7 +31,11 @@ struct nid_channel {
     SPMVarArrayType type() const noexcept;
     /// Name and, where it is no plain scan, the frame: what people tell channels apart by.
     std::string label() const;
+    base::read_error unreadable() const;
 };
+
+/// True when all samples of a line are the same, as where nothing was measured yet.
+bool is_uniform(std::span<const std::byte> samples, std::size_t sampleBytes);
 
 /// Start and range of a dimension: 0 along a line, 1 across lines, as the section states them.
 struct nid_range {

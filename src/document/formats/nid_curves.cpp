@@ -1,11 +1,11 @@
 #include "document/formats/nid_curves.h"
 
 #include "base/text.h"
+#include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace formats {
 
@@ -25,18 +25,26 @@ std::optional<std::pair<unsigned, std::string_view>> split_line_key(std::string_
 }
 
 /// The range of every line; those without keys of their own have that of dimension 0.
-std::vector<nid_line> lines_of(const nid_channel& channel, const nid_range& common)
+base::read_result<std::vector<nid_line>> lines_of(const nid_channel& channel)
 {
+    const nid_range common = nid_dimension(*channel.section, "Dim0");
     std::vector<nid_line> lines(channel.lines, nid_line{common.start, common.range, channel.points});
     for (const auto& [key, value] : channel.section->entries) {
         const auto split = split_line_key(key);
-        const auto number = base::whole_number(value);
-        if (!split || split->first >= channel.lines || !number || !std::isfinite(*number)) continue;
+        if (!split || split->first >= channel.lines) continue;
         nid_line& line = lines[split->first];
+        if (split->second == "Points") {
+            const auto count = base::whole_integer(value);
+            if (!count || *count < 0 || *count > channel.points)
+                return base::read_error{channel.offset,
+                                        "section [" + channel.sectionName + "]: " + key + " is not from 0 to Points"};
+            line.points = static_cast<unsigned>(*count);
+            continue;
+        }
+        const auto number = base::whole_number(value);
+        if (!number || !std::isfinite(*number)) continue;
         if (split->second == "Min") line.start = *number;
         if (split->second == "Range") line.range = *number;
-        if (split->second == "Points" && *number >= 1.0 && *number < channel.points)
-            line.points = static_cast<unsigned>(*number);
     }
     return lines;
 }
@@ -64,9 +72,8 @@ std::optional<curve_position> parse_position(const std::string& key, const std::
     return curve_position{static_cast<unsigned>(*number), *x, *y};
 }
 
-} // namespace
-
-std::optional<point_grid> find_nid_grid(const nid_header& header, unsigned curves)
+/// All positions of a file, by their numbers.
+std::vector<curve_position> parse_positions(const nid_header& header)
 {
     std::vector<curve_position> positions;
     for (const auto& [name, section] : header.sections) {
@@ -77,16 +84,77 @@ std::optional<point_grid> find_nid_grid(const nid_header& header, unsigned curve
                 positions.push_back(*position);
             }
     }
-    if (positions.size() != curves) return std::nullopt;
     std::sort(positions.begin(), positions.end(), [](const curve_position& a, const curve_position& b) {
         return a.number != b.number ? a.number < b.number : a.order < b.order;
     });
+    return positions;
+}
+
+std::vector<std::string> names_of_subimages(const nid_curve_layout& layout, const nid_channel& first)
+{
+    if (first.direction() == scan_direction::unknown) return {};
+    const bool startsReverse = first.direction() == scan_direction::reverse;
+    std::vector<std::string> names;
+    for (unsigned direction = 0; direction < layout.directions; ++direction) {
+        const bool isReverse = startsReverse || direction == 1;
+        const std::string name =
+            first.is_spectroscopy() ? (isReverse ? "Retract" : "Approach") : (isReverse ? "Reverse" : "Forward");
+        if (layout.grid || layout.lines == 1)
+            names.push_back(name);
+        else
+            for (unsigned line = 0; line < layout.lines; ++line) names.push_back(name + " " + std::to_string(line + 1));
+    }
+    return names;
+}
+
+/// Finds the lines behind the last one measured, unless they hold something: a map that starts again counts anew.
+void find_unmeasured(const nid_channel& channel, std::span<const std::byte> stored, std::span<nid_line> lines)
+{
+    const std::size_t lineBytes = std::size_t{channel.points} * channel.sampleBytes;
+    for (std::size_t line = channel.measuredLines; line < lines.size(); ++line) {
+        const auto samples = stored.subspan(line * lineBytes, std::size_t{lines[line].points} * channel.sampleBytes);
+        if (is_uniform(samples, channel.sampleBytes)) lines[line].points = 0;
+    }
+}
+
+/// Copies a curve to its place, the rest with its last value.
+void place_curve(std::span<const std::byte> stored, std::span<std::byte> place, std::size_t sampleBytes)
+{
+    std::ranges::copy(stored, place.begin());
+    if (stored.empty()) return;
+    const auto last = stored.last(sampleBytes);
+    for (std::size_t at = stored.size(); at < place.size(); at += sampleBytes)
+        std::ranges::copy(last, place.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+/// What curves and their positions have in common once their samples are in place.
+void finish_curves(const nid_curve_layout& layout, recorded_image& image)
+{
+    std::vector<void_range> voids;
+    std::vector<unsigned> lengths(layout.curves.size());
+    for (std::size_t i = 0; i < layout.curves.size(); ++i) {
+        const std::size_t place = layout.place_of(i);
+        lengths[place] = layout.curves[i].points;
+        if (lengths[place] == 0) voids.push_back({std::uint64_t{place} * layout.points, layout.points});
+    }
+    settle_samples(image, voids);
+    note_curve_lengths(image, layout.points, lengths);
+    if (!layout.names.empty()) name_subimages(image, layout.names);
+}
+
+} // namespace
+
+nid_places find_nid_places(const nid_header& header)
+{
+    nid_places places;
     std::vector<double> x, y;
-    for (const curve_position& position : positions) {
+    for (const curve_position& position : parse_positions(header)) {
         x.push_back(position.x);
         y.push_back(position.y);
+        places.text += base::shortest(position.x) + " " + base::shortest(position.y) + "\n";
     }
-    return find_grid(x, y);
+    places.grid = find_grid(x, y);
+    return places;
 }
 
 std::vector<extent> nid_curve_layout::extents() const
@@ -102,58 +170,58 @@ std::size_t nid_curve_layout::place_of(std::size_t curve) const noexcept
     return grid ? curve - curve % lines + grid->nodes[curve % lines] : curve;
 }
 
-std::vector<std::string> nid_curve_layout::subimage_names(const nid_channel& first) const
-{
-    if (!first.is_spectroscopy() || first.direction() == scan_direction::unknown) return {};
-    const bool startsReverse = first.direction() == scan_direction::reverse;
-    std::vector<std::string> names;
-    for (unsigned direction = 0; direction < directions; ++direction) {
-        const std::string name = startsReverse || direction == 1 ? "Retract" : "Approach";
-        if (grid || lines == 1)
-            names.push_back(name);
-        else
-            for (unsigned line = 0; line < lines; ++line) names.push_back(name + " " + std::to_string(line + 1));
-    }
-    return names;
-}
-
-nid_curve_layout lay_out_curves(const nid_header& header, std::span<const nid_channel* const> channels)
+base::read_result<nid_curve_layout> lay_out_curves(const nid_places& places,
+                                                   std::span<const nid_channel* const> channels)
 {
     const nid_channel& channel = *channels.front();
-    const nid_range common = nid_dimension(*channel.section, "Dim0");
     nid_curve_layout layout;
-    layout.points = channel.points;
     layout.lines = channel.lines;
     layout.directions = static_cast<unsigned>(channels.size());
-    if (channel.lines > 1 && channel.is_spectroscopy()) layout.grid = find_nid_grid(header, channel.lines);
+    if (channel.is_spectroscopy() && places.grid && places.grid->nodes.size() == channel.lines)
+        layout.grid = places.grid;
+    layout.names = names_of_subimages(layout, channel);
     for (const nid_channel* each : channels) {
-        const auto lines = lines_of(*each, common);
-        layout.curves.insert(layout.curves.end(), lines.begin(), lines.end());
+        const auto lines = lines_of(*each);
+        if (!lines) return lines.error();
+        layout.points = std::max(layout.points, each->points);
+        layout.curves.insert(layout.curves.end(), lines->begin(), lines->end());
     }
-    const nid_line& first = layout.curves.front();
-    layout.hasOwnAxes = std::ranges::any_of(layout.curves, [&](const nid_line& curve) { return curve != first; });
-    layout.x = axis_of(first.start, first.range, first.points, common.units);
+    const auto isMeasured = [](const nid_line& curve) { return curve.points != 0; };
+    const auto first = std::ranges::find_if(layout.curves, isMeasured);
+    const nid_line shown = first == layout.curves.end() ? nid_line{} : *first;
+    layout.hasOwnAxes =
+        std::ranges::any_of(layout.curves, [&](const nid_line& curve) { return isMeasured(curve) && curve != shown; });
+    layout.x = axis_of(shown.start, shown.range, shown.points, nid_dimension(*channel.section, "Dim0").units);
     return layout;
 }
 
-void arrange_curves(const nid_curve_layout& layout, recorded_image& image)
+base::read_result<recorded_image> read_nid_curves(source& file, std::span<const nid_channel* const> channels,
+                                                  nid_curve_layout& layout, const std::string& id)
 {
-    const std::size_t element = image.stream.array_element_size(), curveBytes = layout.points * element;
+    const nid_channel& first = *channels.front();
+    recorded_image image =
+        make_samples(id, first.label(), layout.extents(), layout.subimages(), first.scale, first.type());
+    const std::size_t curveBytes = std::size_t{layout.points} * first.sampleBytes;
     const std::span samples(static_cast<std::byte*>(image.stream.array_data()), layout.curves.size() * curveBytes);
-    const std::vector<std::byte> stored(samples.begin(), samples.end());
-    std::vector<unsigned> lengths(layout.curves.size());
-    for (std::size_t i = 0; i < layout.curves.size(); ++i) {
-        const std::size_t place = layout.place_of(i), length = layout.curves[i].points;
-        const auto curve = samples.subspan(place * curveBytes, curveBytes);
-        std::memcpy(curve.data(), stored.data() + i * curveBytes, length * element);
-        for (std::size_t point = length; point < layout.points; ++point)
-            std::memcpy(curve.data() + point * element, curve.data() + (length - 1) * element, element);
-        lengths[place] = layout.curves[i].points;
+    std::vector<std::byte> stored;
+    std::size_t curve = 0;
+    for (const nid_channel* channel : channels) {
+        stored.resize(static_cast<std::size_t>(channel->samples()) * channel->sampleBytes);
+        if (!file.read(channel->offset, stored)) return channel->unreadable();
+        to_native(stored, channel->sampleBytes, byte_order::little);
+        find_unmeasured(*channel, stored, std::span(layout.curves).subspan(curve, channel->lines));
+        const std::size_t lineBytes = std::size_t{channel->points} * channel->sampleBytes;
+        for (unsigned line = 0; line < channel->lines; ++line, ++curve) {
+            const std::size_t length = std::size_t{layout.curves[curve].points} * channel->sampleBytes;
+            place_curve(std::span(stored).subspan(line * lineBytes, length),
+                        samples.subspan(layout.place_of(curve) * curveBytes, curveBytes), channel->sampleBytes);
+        }
     }
-    note_curve_lengths(image, layout.points, lengths);
+    finish_curves(layout, image);
+    return image;
 }
 
-recorded_image make_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id)
+recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id)
 {
     const nid_range common = nid_dimension(*channel.section, "Dim0");
     const value_scale scale{1.0, 0.0, common.units, "LineDim, Dim0"};
@@ -163,12 +231,13 @@ recorded_image make_positions(const nid_curve_layout& layout, const nid_channel&
     const auto positions = elements_of<double>(image);
     for (std::size_t i = 0; i < layout.curves.size(); ++i) {
         const nid_line& own = layout.curves[i];
+        if (own.points == 0) continue; // not measured
         const VLAxis axis = axis_of(own.start, own.range, own.points, common.units);
         const auto curve = positions.subspan(layout.place_of(i) * layout.points, layout.points);
         for (std::size_t point = 0; point < curve.size(); ++point)
             curve[point] = axis.at(static_cast<double>(std::min<std::size_t>(point, own.points - 1)));
     }
-    settle_samples(image);
+    finish_curves(layout, image);
     return image;
 }
 

@@ -11,10 +11,14 @@
 
 namespace formats {
 
-/// Where the curves of a spectroscopy file were taken; nothing when they were not on a regular grid, or it is not told.
-std::optional<point_grid> find_nid_grid(const nid_header& header, unsigned curves);
+/// Where the curves of a spectroscopy file were taken.
+struct nid_places {
+    std::optional<point_grid> grid; ///< nothing when they were not on a regular grid
+    std::string text;               ///< "x y" of each, a line each; empty when it is not told
+};
+nid_places find_nid_places(const nid_header& header);
 
-/// Where the points of one curve lie. It may have fewer than the longest.
+/// Where the points of one curve lie. It may have fewer than the longest, and none when it was not measured.
 struct nid_line {
     double start = 0.0, range = 0.0;
     unsigned points = 0;
@@ -25,7 +29,8 @@ struct nid_line {
 struct nid_curve_layout {
     unsigned points = 0, lines = 0, directions = 1;
     std::optional<point_grid> grid;
-    std::vector<nid_line> curves; ///< in file order: the lines of a direction, then those of the other
+    std::vector<nid_line> curves;   ///< in file order: the lines of a direction, then those of the other
+    std::vector<std::string> names; ///< of the sub-images; may be empty
     VLAxis x;
     bool hasOwnAxes = false; ///< curves differ in start, range or number of points
 
@@ -33,15 +38,17 @@ struct nid_curve_layout {
     unsigned subimages() const noexcept { return grid ? directions : directions * lines; }
     /// Which curve of the stream a curve of the file is.
     std::size_t place_of(std::size_t curve) const noexcept;
-    std::vector<std::string> subimage_names(const nid_channel& first) const;
 };
-/// \param channels  the directions of one channel, at least one
-nid_curve_layout lay_out_curves(const nid_header& header, std::span<const nid_channel* const> channels);
+/// \param channels  the directions of one channel, at least one, with equal numbers of lines
+base::read_result<nid_curve_layout> lay_out_curves(const nid_places& places,
+                                                   std::span<const nid_channel* const> channels);
 
-/// Brings curves of any element type from file order into place and gives short ones their last value as rest.
-void arrange_curves(const nid_curve_layout& layout, recorded_image& image);
+/// The curves of the channels in their places, short ones with their last value as rest. Finds the lines that were not
+/// measured yet, too, and says so in `layout`.
+base::read_result<recorded_image> read_nid_curves(source& file, std::span<const nid_channel* const> channels,
+                                                  nid_curve_layout& layout, const std::string& id);
 
 /// The positions of all points of curves that have axes of their own.
-recorded_image make_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id);
+recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id);
 
 } // namespace formats

@@ -6,6 +6,7 @@
 #include "document/formats/fixed_text.h"
 #include "document/formats/scala_data.h"
 #include "document/formats/scala_parameters.h"
+#include "document/formats/scala_points.h"
 
 #include <algorithm>
 
@@ -48,7 +49,10 @@ public:
         for (std::size_t i = 0; i < groups.size(); ++i) {
             if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
                 return base::read_error{0, "reading was cancelled"};
-            load_group(groups[i]);
+            if (is_scala_points(*found[groups[i].front()].channel))
+                load_points(groups[i]);
+            else
+                load_group(groups[i]);
         }
         if (result.items.empty()) return base::read_error{0, "none of its data files can be read: " + missing};
         result.strings = parameters.values;
@@ -62,7 +66,7 @@ private:
     struct found_channel {
         const scala_channel* channel;
         std::unique_ptr<source> data;
-        std::vector<extent> extents;
+        std::vector<extent> extents; ///< empty for curves at single points
     };
 
     void note(const scala_channel& channel, const std::string& why)
@@ -75,41 +79,63 @@ private:
     {
         auto data = find_scala_data(file, parameterName, channel);
         if (!data) return note(channel, "there is no such file");
-        if (is_scala_points(channel)) return load_points(channel, *data);
+        if (is_scala_points(channel)) {
+            found.push_back({&channel, std::move(data), {}});
+            return;
+        }
         auto extents = scala_extents(parameters, channel);
         if (extents.empty()) return note(channel, "number of points, Spectroscopy Points in X or Lines in Y is 0");
         std::uint64_t room = data->size() / 2;
         for (const extent& each : extents) room /= each.length;
         if (room == 0) return note(channel, "the file is cut short");
-        if (extents.size() == 2 && data->size() != std::uint64_t{2} * extents[0].length * extents[1].length)
-            return note(channel, "the file is longer than the image");
+        std::uint64_t needed = 2; // no more than the file has
+        for (const extent& each : extents) needed *= each.length;
+        if (data->size() != needed) return note(channel, "the file is longer than its points take");
         found.push_back({&channel, std::move(data), std::move(extents)});
     }
 
-    void load_points(const scala_channel& channel, source& data)
+    static channel_plane plane_of(const found_channel& each)
     {
-        auto images = read_scala_points(data, channel, ids);
-        if (!images) return note(channel, images.error().reason);
-        for (recorded_image& image : *images) result.items.emplace_back(std::move(image));
+        channel_plane plane;
+        plane.channel = each.channel->label();
+        plane.direction = each.channel->direction;
+        plane.scale = each.channel->scale;
+        if (each.extents.empty()) {
+            plane.pass = "points"; // positions and lengths of curves may differ
+            plane.scale = each.channel->lsbScale;
+            return plane;
+        }
+        plane.pass = each.channel->isSpectroscopy ? "spectroscopy" : "";
+        plane.frame = {each.extents[0].length, each.extents[1].length, 1, each.extents[0].axis, each.extents[1].axis};
+        return plane;
     }
 
     std::vector<plane_group> join_channels() const
     {
         std::vector<channel_plane> planes;
-        for (const found_channel& each : found) {
-            channel_plane plane;
-            plane.channel = each.channel->label();
-            // Curves of one shape belong together when they were taken over the same range.
-            plane.pass = each.channel->isSpectroscopy ? "spectroscopy " + std::to_string(each.extents[2].length) +
-                                                            base::shortest(each.channel->start)
-                                                      : "";
-            plane.direction = each.channel->direction;
-            plane.frame = {each.extents[0].length, each.extents[1].length, 1, each.extents[0].axis,
-                           each.extents[1].axis};
-            plane.scale = each.channel->scale;
-            planes.push_back(std::move(plane));
-        }
+        for (const found_channel& each : found) planes.push_back(plane_of(each));
         return join_directions(planes);
+    }
+
+    void load_points(const plane_group& group)
+    {
+        std::vector<scala_points> parts;
+        for (const std::size_t index : group) {
+            const scala_channel& channel = *found[index].channel;
+            auto points = read_scala_points(*found[index].data, channel);
+            if (!points) {
+                note(channel, points.error().reason);
+                continue;
+            }
+            if (points->raw.size() < points->stated)
+                note(channel, "cut short: " + std::to_string(points->raw.size()) + " of " +
+                                  std::to_string(points->stated) + " curves");
+            parts.push_back(std::move(*points));
+        }
+        if (parts.empty()) return;
+        auto images = make_scala_points(parts, ids);
+        if (!images) return note(*parts.front().channel, images.error().reason);
+        for (recorded_image& image : *images) result.items.emplace_back(std::move(image));
     }
 
     void load_group(const plane_group& group)
@@ -124,7 +150,7 @@ private:
             const std::string reason = read_scala_samples(*part.data, *part.channel, samples.subspan(i * frame, frame));
             if (!reason.empty()) return note(*part.channel, reason);
         }
-        name_directions(image, group);
+        name_directions(image, group, first.channel->direction);
         result.items.emplace_back(std::move(image));
     }
 
@@ -165,8 +191,18 @@ base::read_result<recording> read_scala(source& file)
     return read_set(file, *beside);
 }
 
-bool sniff_scala(std::span<const std::byte> head) { return is_scala_header(as_text(head)); }
+bool sniff_scala(std::span<const std::byte> head)
+{
+    return is_scala_header(as_text(head)) || is_scala_points_text(as_text(head));
+}
 
-bool possible_scala(std::span<const std::byte>) { return true; }
+bool possible_scala(std::span<const std::byte> head)
+{
+    // Samples of 16 bits have bytes that no text has; a parameter file without the mark is another instrument's.
+    return std::ranges::any_of(as_text(head), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r' && byte != '\f';
+    });
+}
 
 } // namespace formats

@@ -14,7 +14,7 @@ namespace formats {
 base::read_result<recording> read_scala(source& file);
 
 bool sniff_scala(std::span<const std::byte> head);
-/// Data files have no mark of their own: their names and the parameter file beside them tell.
+/// Data files of samples have no mark of their own: their names and the parameter file beside them tell.
 bool possible_scala(std::span<const std::byte> head);
 
 } // namespace formats

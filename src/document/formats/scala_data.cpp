@@ -33,9 +33,9 @@ double grid_step(double pixels, double size, unsigned samples, unsigned points)
 
 VLAxis curve_axis(const scala_channel& channel)
 {
-    const double step = channel.increment != 0.0 || channel.points < 2
-                            ? channel.increment
-                            : (channel.end - channel.start) / (channel.points - 1);
+    const double step = channel.end != channel.start && channel.points > 1
+                            ? (channel.end - channel.start) / (channel.points - 1)
+                            : channel.increment; // which may lack the sign
     return VLAxis(channel.start, step, scala_parameter_units(channel).c_str());
 }
 
@@ -81,11 +81,6 @@ std::string read_scala_samples(source& data, const scala_channel& channel, std::
     const std::vector<std::int16_t> maps(out.begin(), out.end());
     gather_curves(maps, channel.points, out);
     return {};
-}
-
-bool is_scala_points(const scala_channel& channel) noexcept
-{
-    return channel.isSpectroscopy && base::lower_ascii(extension_of(channel.fileName)).starts_with(".cs");
 }
 
 std::string scala_parameter_units(const scala_channel& channel)

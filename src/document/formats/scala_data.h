@@ -22,13 +22,6 @@ std::vector<extent> scala_extents(const scala_parameters& parameters, const scal
 /// \return a reason why the file does not hold it, or an empty text
 std::string read_scala_samples(source& data, const scala_channel& channel, std::span<std::int16_t> out);
 
-/// Curves taken at single points, from their text file: a sub-image each, and the positions where they are uneven.
-base::read_result<std::vector<recorded_image>> read_scala_points(source& data, const scala_channel& channel,
-                                                                 std::vector<std::string>& ids);
-
-/// True for a text file of curves.
-bool is_scala_points(const scala_channel& channel) noexcept;
-
 /// "V" for a voltage, "nm" for a distance, else nothing.
 std::string scala_parameter_units(const scala_channel& channel);
 

@@ -42,20 +42,17 @@ std::string units_of_comment(std::string_view line)
 std::vector<parameter_block> split_blocks(std::string_view text)
 {
     std::vector<parameter_block> blocks;
-    bool isOpen = false; // an empty line or a comment ends a block
     line_cursor lines(text);
     std::string_view line;
     while (lines.next(line)) {
-        if (base::trimmed(line).empty() || line.starts_with(';')) {
-            isOpen = false;
-        } else if (line.front() == ' ' || line.front() == '\t') {
-            if (isOpen) blocks.back().lines.push_back(header_text(without_comment(line)));
+        if (base::trimmed(line).empty() || line.starts_with(';')) continue;
+        if (line.front() == ' ' || line.front() == '\t') {
+            if (!blocks.empty()) blocks.back().lines.push_back(header_text(without_comment(line)));
         } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
             blocks.push_back({header_text(line.substr(0, colon)),
                               header_text(without_comment(line.substr(colon + 1))),
                               units_of_comment(line),
                               {}});
-            isOpen = true;
         }
     }
     return blocks;
@@ -84,23 +81,25 @@ scan_direction parse_direction(const std::string& text)
     return base::equal_ignoring_case(text, "Backward") ? scan_direction::reverse : scan_direction::unknown;
 }
 
-/// Minimum and maximum belong together, raw and physical; without a raw range the resolution is the step.
-value_scale read_scale(block_lines& lines)
+/// Numbers whose step is not told stay without units.
+value_scale usable_scale(double step, double offset, const std::string& units, const char* origin)
 {
-    const double minRaw = lines.number_or_zero(), maxRaw = lines.number_or_zero();
-    const double minValue = lines.number_or_zero(), maxValue = lines.number_or_zero();
+    if (!std::isfinite(step) || step == 0.0 || !std::isfinite(offset))
+        return {1.0, 0.0, "", "the numbers as they stand, without a usable range or resolution"};
+    return {step, offset, units, origin};
+}
+
+/// Minimum and maximum belong together, raw and physical; without these ranges the resolution is the step.
+void read_scales(block_lines& lines, scala_channel& channel)
+{
+    const auto minRaw = lines.number(), maxRaw = lines.number(), minValue = lines.number(), maxValue = lines.number();
     const double resolution = lines.number_or_zero();
-    value_scale scale;
-    if (maxRaw != minRaw && maxValue != minValue) {
-        scale.step = (maxValue - minValue) / (maxRaw - minRaw);
-        scale.offset = minValue - minRaw * scale.step;
-        scale.origin = "minimum and maximum raw and physical value";
-    } else {
-        scale.step = resolution;
-        scale.origin = "Resolution";
-    }
-    scale.units = normal_unit(lines.text());
-    return scale;
+    const std::string units = normal_unit(lines.text());
+    channel.lsbScale = usable_scale(resolution, 0.0, units, "Resolution");
+    channel.scale = channel.lsbScale;
+    if (!minRaw || !maxRaw || !minValue || !maxValue || *maxRaw == *minRaw || *maxValue == *minValue) return;
+    const double step = (*maxValue - *minValue) / (*maxRaw - *minRaw);
+    channel.scale = usable_scale(step, *minValue - *minRaw * step, units, "minimum and maximum raw and physical value");
 }
 
 /// A set may have been moved: folders in front of a name mean nothing here.
@@ -114,7 +113,7 @@ scala_channel read_channel(const parameter_block& block, bool isSpectroscopy)
     channel.name = block.value;
     if (isSpectroscopy) channel.parameter = lines.text();
     channel.direction = parse_direction(lines.text());
-    channel.scale = read_scale(lines);
+    read_scales(lines, channel);
     if (isSpectroscopy) {
         const auto points = base::whole_integer(lines.text());
         channel.points = points && *points > 0 && *points <= 0xFFFFFF ? static_cast<unsigned>(*points) : 0;
@@ -141,6 +140,14 @@ double number_of(const scala_parameters& parameters, const char* key)
     const auto found = parameters.values.find(key);
     const auto number = found == parameters.values.end() ? std::nullopt : base::leading_number(found->second);
     return number && std::isfinite(*number) ? *number : 0.0;
+}
+
+/// A key that repeats, as for each of several counters, keeps all its values, a line each.
+void add_value(scala_parameters& parameters, const parameter_block& block)
+{
+    std::string& value = parameters.values[block.key];
+    if (!value.empty()) value += '\n';
+    value += block.units.empty() ? block.value : block.value + " " + block.units;
 }
 
 void read_geometry(scala_parameters& parameters)
@@ -175,7 +182,7 @@ base::read_result<scala_parameters> parse_scala_parameters(std::string_view text
         if (isTopography || isSpectroscopy)
             parameters.channels.push_back(read_channel(block, isSpectroscopy));
         else if (!block.value.empty())
-            parameters.values.emplace(block.key, block.units.empty() ? block.value : block.value + " " + block.units);
+            add_value(parameters, block);
     }
     if (parameters.channels.empty()) return base::read_error{0, "no channel is described"};
     if (parameters.channels.size() > maxChannels) return base::read_error{0, "more than 100 channels"};

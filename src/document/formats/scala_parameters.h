@@ -17,6 +17,7 @@ struct scala_channel {
     std::string displayName;
     scan_direction direction = scan_direction::unknown;
     value_scale scale;
+    value_scale lsbScale; ///< of curves at single points, which count from 0
     std::string fileName; ///< without folders
     // Of spectroscopy:
     std::string parameter; ///< what was varied: "V", "Z"

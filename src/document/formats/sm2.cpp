@@ -1,6 +1,7 @@
 #include "document/formats/sm2.h"
 
 #include "document/formats/file_start.h"
+#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/sm2_page.h"
 #include "document/formats/stream_shape.h"
@@ -51,7 +52,8 @@ std::vector<plane_group> join_pages(const std::vector<placed_page>& pages)
     for (const auto& [page, offset] : pages) {
         channel_plane plane;
         plane.channel = page.label;
-        plane.pass = std::to_string(page.type) + (page.isImage ? " image" : " curves");
+        plane.pass =
+            (page.isImage ? "image " : "curves ") + std::to_string(page.type) + ' ' + std::to_string(page.kind);
         plane.direction = page.isImage ? page.direction : scan_direction::unknown;
         plane.frame = {page.columns, page.rows, 1, page.x, page.y};
         plane.scale = page.scale;
@@ -84,11 +86,11 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<pla
         if (!file.read(pages[index].offset, samples))
             return base::read_error{pages[index].offset, "samples of " + first.label + " cannot be read"};
         if (first.isImage) turn_image(samples, sampleBytes);
+        join_strings(image.strings, pages[index].page.strings);
         out += bytes;
     }
     settle_samples(image);
-    image.strings.merge(std::map(first.strings));
-    if (first.isImage) name_directions(image, group);
+    if (first.isImage) name_directions(image, group, first.direction);
     return image;
 }
 

@@ -110,6 +110,7 @@ std::string read_shape(const field_numbers& field, sm2_page& page)
     if (pageType != 0.0 && pageType != 1.0 && pageType != 3.0) return "page type is not known";
     if (!(dataType >= 0.0 && dataType <= 3.0)) return "data type is not known";
     page.isImage = pageType == 0.0;
+    page.kind = field.count(6);
     page.type = types[static_cast<std::size_t>(dataType)];
     const std::uint64_t columns = field.count(3), rows = field.count(4);
     if (columns == 0 || rows == 0) return "columns or rows are not above 0";
@@ -125,15 +126,28 @@ void add_string(sm2_page& page, const char* key, const std::string& value)
     if (!value.empty()) page.strings.emplace(key, value);
 }
 
-/// Some programs write their own XML over label and comment.
-void read_texts(std::string_view header, std::uint64_t kind, sm2_page& page)
+void read_scan(const field_numbers& scan, sm2_page& page)
 {
-    const bool isOverwritten = header.substr(labelAt).starts_with("\r\n<?");
-    if (!isOverwritten) {
+    constexpr const char* names[] = {"right", "left", "up", "down"};
+    if (scan.numbers.empty()) return;
+    const double direction = scan.number(0);
+    if (direction >= 0.0 && direction <= 3.0)
+        add_string(page, "\\Scan direction", names[static_cast<std::size_t>(direction)]);
+    if (direction == 0.0) page.direction = scan_direction::forward;
+    if (direction == 1.0) page.direction = scan_direction::reverse;
+    if (scan.numbers.size() > 1) add_string(page, "Scan period", base::general(scan.number(1), 10));
+}
+
+/// Some programs write their own XML over label and comment, or over the comment alone.
+void read_texts(std::string_view header, sm2_page& page)
+{
+    const auto isOverwritten = [&](std::size_t offset) { return header.substr(offset).starts_with("\r\n<?"); };
+    if (!isOverwritten(labelAt)) {
         page.label = field_text(header, labelAt);
-        add_string(page, "Comment", field_text(header, commentAt, header.size() - commentAt));
+        if (!isOverwritten(commentAt))
+            add_string(page, "Comment", field_text(header, commentAt, header.size() - commentAt));
     }
-    if (page.label.empty()) page.label = kind_name(kind);
+    if (page.label.empty()) page.label = kind_name(page.kind);
     add_string(page, "\\Date", header_text(header.substr(magic.size(), fieldBytes - magic.size())));
     add_string(page, "Skew and angle", field_text(header, skewAt));
     add_string(page, "Current and bias", field_text(header, biasAt));
@@ -156,16 +170,9 @@ base::read_result<sm2_page> parse_sm2_page(std::span<const std::byte> bytes)
     const field_numbers place = parse_field(header, idAt, "id"), scan = parse_field(header, scanAt, "scan");
     if (place.number(1) != 0.0) page.dataOffset = place.count(1);
     if (page.dataOffset < sm2HeaderBytes) return base::read_error{idAt, "data offset lies inside the header"};
-    if (!scan.numbers.empty()) {
-        constexpr const char* names[] = {"right", "left", "up", "down"};
-        const double direction = scan.number(0);
-        if (direction >= 0.0 && direction <= 3.0)
-            add_string(page, "\\Scan direction", names[static_cast<std::size_t>(direction)]);
-        page.direction = direction == 0.0   ? scan_direction::forward
-                         : direction == 1.0 ? scan_direction::reverse
-                                            : scan_direction::unknown;
-    }
-    read_texts(header, shape.count(6), page);
+    if (!place.numbers.empty()) add_string(page, "Id", base::general(place.number(0), 10));
+    read_scan(scan, page);
+    read_texts(header, page);
     return page;
 }
 

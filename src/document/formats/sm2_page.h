@@ -16,6 +16,7 @@ constexpr std::size_t sm2HeaderBytes = 512;
 struct sm2_page {
     bool isImage = true; ///< else curves, a row each
     SPMVarArrayType type = SPM_ARRAY_INT16;
+    std::uint64_t kind = 0; ///< what was measured; the label may leave it open
     unsigned columns = 0, rows = 0;
     std::uint64_t dataOffset = sm2HeaderBytes;
     std::uint64_t dataBytes = 0; ///< to the next page

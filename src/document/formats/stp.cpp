@@ -2,6 +2,7 @@
 
 #include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
+#include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stp_header.h"
 #include "document/formats/stream_shape.h"
@@ -34,7 +35,7 @@ std::vector<plane_group> join_buffers(const stp_header& header)
     std::vector<channel_plane> planes;
     for (const stp_buffer& buffer : header.buffers)
         planes.push_back({buffer.label,
-                          buffer.frameDirection,
+                          buffer.source + ' ' + buffer.frameDirection,
                           buffer.direction,
                           {buffer.columns, buffer.rows, 1, buffer.x, buffer.y},
                           buffer.scale});
@@ -57,11 +58,11 @@ base::read_result<recorded_image> load_group(source& file, const stp_header& hea
             return base::read_error{offsets[index], "samples of " + first.label + " cannot be read"};
         to_native(bytes, 2, byte_order::little);
         samples = samples.subspan(frame);
-        image.strings.merge(std::map(header.buffers[index].strings));
+        join_strings(image.strings, header.buffers[index].strings);
     }
     settle_samples(image);
     if (first.voltage) add_calibration(image, first.scale, *first.voltage);
-    name_directions(image, group);
+    name_directions(image, group, first.direction);
     return image;
 }
 

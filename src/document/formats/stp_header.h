@@ -16,6 +16,7 @@ struct stp_buffer {
     VLAxis x, y;
     value_scale scale;                  ///< of the unsigned samples
     std::optional<value_scale> voltage; ///< what a height was before its calibration
+    std::string source;                 ///< the instrument's code of the channel; several are topography
     std::string label;
     scan_direction direction = scan_direction::unknown;
     std::string frameDirection; ///< "Up", "Down" or empty

@@ -1,6 +1,8 @@
 #include "document/formats/tiff.h"
 
 #include "base/text.h"
+#include "document/formats/jpk_image.h"
+#include "document/formats/tiff_directory.h"
 #include "document/formats/tiff_page.h"
 #include "document/formats/tiff_pixels.h"
 
@@ -77,6 +79,11 @@ std::string complaint_or(const tiff_file& file, const char* text)
 
 base::read_result<recording> read_tiff(source& source_)
 {
+    if (file_has_tiff_tag(source_,
+                          jpkGridTag)) { // its directories may lie behind the bytes that tell the formats apart
+        std::vector<std::string> ids;
+        return read_jpk_image(source_, ids);
+    }
     tiff_budget budget(source_.size());
     tiff_file file(source_, budget.coded);
     TIFF* tiff = file.handle();

@@ -117,6 +117,27 @@ base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& fil
     return directories;
 }
 
+bool file_has_tiff_tag(source& file, unsigned tag)
+{
+    std::byte head[8], countBytes[2];
+    if (!file.read(0, head)) return false;
+    const auto order = order_of(head);
+    if (!order) return false;
+    ordered_reader start(head, *order);
+    start.in.skip(4);
+    const std::uint64_t at = start.u32();
+    if (!file.read(at, countBytes)) return false;
+    const std::uint32_t count = ordered_reader(countBytes, *order).u16();
+    std::vector<std::byte> table(count * entryBytes);
+    if (!file.read(at + sizeof countBytes, table)) return false;
+    ordered_reader in(table, *order);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (in.u16() == tag) return true;
+        in.in.skip(entryBytes - 2);
+    }
+    return false;
+}
+
 bool head_has_tiff_tag(std::span<const std::byte> head, unsigned tag)
 {
     const auto order = order_of(head);

@@ -38,6 +38,8 @@ private:
 /// a chain of directories with a loop.
 base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order);
 
+/// True when the first directory of a classic TIFF file holds this tag, wherever it lies.
+bool file_has_tiff_tag(source& file, unsigned tag);
 /// True when the first directory lies in `head` and holds this tag.
 bool head_has_tiff_tag(std::span<const std::byte> head, unsigned tag);
 

@@ -1,6 +1,7 @@
 #include "document/formats/wsxm.h"
 
 #include "base/text.h"
+#include "base/units.h"
 #include "document/formats/curve_group.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
@@ -35,8 +36,20 @@ VLAxis lateral(const wsxm_header& header, const std::string& way, unsigned count
     const auto size = header.measure("Control", way + " Amplitude");
     if (!size || !(size->value > 0)) return {};
     const auto offset = header.measure("Control", way + " Offset");
-    const double start = offset && offset->units == size->units ? offset->value : 0.0;
+    double start = 0.0; // of an offset in a unit that says nothing in the size's
+    if (offset && units_convertable(offset->units.c_str(), size->units.c_str()) > 0)
+        start = convert_size(offset->units.c_str(), size->units.c_str(), offset->value);
     return {start, size->value / count, size->units.c_str()};
+}
+
+/// The span of the samples; its unit may be several words ("5 arb. units"). Without a number 0 and no unit.
+quantity amplitude_of(const wsxm_header& header)
+{
+    if (const auto plain = header.measure("General Info", "Z Amplitude")) return *plain;
+    const std::string& text = header.value("General Info", "Z Amplitude");
+    std::size_t used = 0;
+    const auto number = base::leading_number(text, &used);
+    return number ? quantity{*number, normal_unit(std::string_view(text).substr(used))} : quantity{};
 }
 
 /// Units of the heights; "Pi" is a number, and Pi times 1 stands for half a turn in radians.
@@ -54,14 +67,16 @@ SPMVarArrayType element_type(const std::string& name)
     return name == "double" ? SPM_ARRAY_FLOAT64 : name == "float" ? SPM_ARRAY_FLOAT32 : SPM_ARRAY_VOID;
 }
 
-/// 16-bit numbers span the stated amplitude, and 0 is the height 0.
+/// 16-bit numbers span the stated amplitude, and 0 is the height 0. Without an amplitude they mean nothing but
+/// themselves.
 value_scale scale_of_numbers(std::span<const std::int16_t> samples, const quantity& amplitude)
 {
     const auto [lowest, highest] = std::minmax_element(samples.begin(), samples.end());
     value_scale scale = units_of(amplitude);
     if (*lowest == *highest) return {1.0, -1.0 * *lowest, scale.units, "flat image"};
+    if (!(amplitude.value > 0)) return {1.0, 0.0, "", "the raw numbers, since Z Amplitude is missing or not above 0"};
     const double span = *highest - *lowest;
-    scale.step *= std::fabs(amplitude.value) / span;
+    scale.step *= amplitude.value / span;
     scale.origin +=
         " = " + base::shortest(amplitude.value) + " " + amplitude.units + " over a raw span of " + base::shortest(span);
     return scale;
@@ -88,7 +103,7 @@ base::read_result<recording> read_image(source& file, const wsxm_header& header)
     if (type == SPM_ARRAY_VOID) return refuse("Image Data Type \"" + typeName + "\" is not known");
     if (!holds_numbers(file.size(), header.end, std::uint64_t{columns} * rows, element_size(type)))
         return refuse("Number of columns times Number of rows asks for more samples than the file holds");
-    const auto amplitude = header.measure("General Info", "Z Amplitude").value_or(quantity{});
+    const auto amplitude = amplitude_of(header);
 
     std::string label = header.value("General Info", "Acquisition channel");
     if (label.empty()) label = "Topography";
@@ -155,7 +170,7 @@ base::read_result<recording> read_curves(source& file, const wsxm_header& header
     const std::uint64_t points = header.count(section, "Number of points", 0xFFFFFFFFu);
     if (points == 0) return refuse("Number of points is missing or 0");
     const std::uint64_t bytes = file.size() - header.end;
-    if (points > bytes / (4 * lines)) // each number takes a digit and a blank
+    if (points > (bytes + 1) / (4 * lines)) // each number takes a digit and a blank, the last one only a digit
         return refuse("Number of points asks for more numbers than the file holds");
     std::string text(static_cast<std::size_t>(bytes), '\0');
     if (!file.read(header.end, std::as_writable_bytes(std::span(text)))) return refuse("samples cannot be read");

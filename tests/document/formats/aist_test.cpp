@@ -57,10 +57,10 @@ std::string raster(const std::string& name, const std::vector<double>& values, c
     return data_node("raster", out.content);
 }
 
-std::string curve(const std::vector<double>& data, int points)
+std::string curve(const std::vector<double>& data, int points, const std::string& name = "Force")
 {
     bytes_builder out;
-    out.add(std::int32_t{5}, big).text(text("Force")).text(text("")).add(std::int32_t{0}, big);
+    out.add(std::int32_t{5}, big).text(text(name)).text(text(name + "?")).add(std::int32_t{0}, big);
     out.add(std::int32_t(points), big).text(block(doubles(data))).add(std::int32_t{-1}, big);
     out.text(text("Z [nm]")).text(text("nN"));
     return data_node("curve", out.content);
@@ -71,7 +71,7 @@ TEST(Aist, RastersStandInTheTreeAtAnyDepth)
     const std::string file =
         folder_node({data_node("settings", "??"), data_node("else", "payload"),
                      folder_node({raster("_Height Forward[1]", {1, -2, 3, 4}, std::string("\1\0\1\1", 4)),
-                                  raster("Height backward", {5, 6, 7, 8}, std::string(4, '\0'))}),
+                                  raster("Height[Backward]", {5, 6, 7, 8}, std::string(4, '\0'))}),
                      raster("Phase", {0, 0, 0, 90})});
     const auto result = read(formats::read_aist, file);
     ASSERT_TRUE(result) << result.error().reason;
@@ -102,6 +102,30 @@ TEST(Aist, CurvesRunEvenlyOrKeepTheirPositions)
     EXPECT_NEAR(physical_of(image_at(uneven, 0)).at(1), 3, 1e-4);
 }
 
+TEST(Aist, DirectionsOfACurveShareAnImage)
+{
+    const std::string file =
+        folder_node({curve({0, 2, 4, 7, 8, 9}, 3, "_Force Forward[2]"), curve({0, 1, 5, 6}, 2, "Lift Backward"),
+                     curve({4, 2, 5, 6}, 2, "Force[Backward]")});
+    const auto result = read(formats::read_aist, file);
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    const auto &x = image_at(result, 0), &force = image_at(result, 1), &lift = image_at(result, 2);
+    EXPECT_STREQ(force.stream.get_description(), "Force");
+    EXPECT_STREQ(force.stream.get_parameter_stream(), x.stream.get_name());
+    EXPECT_EQ(subimages_of(force), (std::vector<std::string>{"Forward", "Reverse"}));
+    EXPECT_EQ(force.strings.at("\\Curve lengths"), "3 2");
+    EXPECT_EQ(force.strings.at("Description"), "_Force Forward[2]?\nForce[Backward]?");
+    const double positions[] = {0, 2, 4, 4, 2, 2}, values[] = {7, 8, 9, 5, 6, 6};
+    for (std::size_t i = 0; i < 6; ++i) {
+        EXPECT_NEAR(physical_of(x).at(i), positions[i], 1e-4) << i;
+        EXPECT_NEAR(physical_of(force).at(i), values[i], 1e-4) << i;
+    }
+    EXPECT_STREQ(lift.stream.get_description(), "Lift");
+    EXPECT_EQ(subimages_of(lift), std::vector<std::string>{"Reverse"});
+    EXPECT_EQ(axis_text(lift, 0), "0 1 nm");
+}
+
 TEST(Aist, RefusesWhatCannotBe)
 {
     std::string deep;
@@ -115,6 +139,7 @@ TEST(Aist, RefusesWhatCannotBe)
         {data_node("image", ""), "not an AIST-NT file"},
         {folder_node({}), "neither an image nor a curve"},
         {folder_node({raster("A", {1})}), "raster A: the length of the data is not columns x rows"},
+        {folder_node({raster("A", {1, 2, 3, 4}, "\1\1\1")}), "raster A: the length of the mask is not columns x rows"},
         {folder_node({raster("A", {1}, {}, 0, 1)}), "columns or rows are not above 0"},
         {folder_node({raster("A", {1}, {}, -1, -1)}), "columns or rows are not above 0"},
         {folder_node({curve({1, 2, 3}, 2)}), "curve Force: the length of the data"},

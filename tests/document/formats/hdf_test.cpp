@@ -33,12 +33,13 @@ std::string build(const std::vector<element>& elements)
     return out.content;
 }
 
-std::string header(int columns = 2, int rows = 2)
+std::string header(int columns = 2, int rows = 2, const char* title = "Topography", float gain = 0.5f)
 {
     bytes_builder out;
-    out.text(4, "Topography").text(36, "AFM").put(50, std::uint16_t(columns)).put(52, std::uint16_t(rows));
+    out.text(4, title).text(36, "AFM").put(44, std::uint16_t{1});
+    out.put(50, std::uint16_t(columns)).put(52, std::uint16_t(rows));
     out.put(66, 4.0f).put(70, 6.0f).put(74, 10.0f).put(78, -20.0f).put(82, 45.0f).put(90, 1.5f);
-    out.put(94, 2.5f).text(98, "nA").put(106, 0.25f).put(114, 0.5f).text(118, "um").text(138, "piezo").seek(150);
+    out.put(94, 2.5f).text(98, "nA").put(106, 0.25f).put(114, gain).text(118, "um").text(138, "piezo").seek(150);
     return out.content;
 }
 
@@ -62,6 +63,27 @@ TEST(Hdf, AnImageHasItsScaleAndItsPlace)
     EXPECT_EQ(image.strings.at("\\Scan rate"), "1.5 Hz");
     EXPECT_EQ(image.strings.at("Set point"), "2.5 nA");
     EXPECT_EQ(image.strings.at("Comment"), "piezo");
+}
+
+TEST(Hdf, OtherElementsDescribeTheImage)
+{
+    using namespace std::string_literals;
+    const element labels{704, "Height\0X\0Y\0"s}, units{705, "um\0um\0um"s};
+    const auto named =
+        read(formats::read_hdf, build({{0x8009, header()}, {0x8001, "1.8\0"s}, labels, units, {702, samples()}}));
+    const auto& image = image_at(named, 0);
+    EXPECT_STREQ(image.stream.get_description(), "Topography");
+    EXPECT_EQ(image.strings.at("Labels"), "Height, X, Y");
+    EXPECT_EQ(image.strings.at("Units"), "um, um, um");
+    EXPECT_EQ(image.strings.at("ProScan version"), "1.8");
+    EXPECT_EQ(image.strings.at("X scan direction"), "1");
+    EXPECT_EQ(image.strings.at("Y scan direction"), "0");
+
+    const auto bare = read(formats::read_hdf,
+                           build({{0x8009, header(2, 2, "", 0.0f)}, {0x8001, "\4\0\0\2"s}, labels, {702, samples()}}));
+    EXPECT_STREQ(image_at(bare, 0).stream.get_description(), "Height");
+    EXPECT_EQ(image_at(bare, 0).strings.at("ProScan version"), "04 00 00 02");
+    EXPECT_NE(image_at(bare, 0).strings.at("\\Z scale").find("no usable z gain"), std::string::npos);
 }
 
 TEST(Hdf, RefusesWhatCannotBe)

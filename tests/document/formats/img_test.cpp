@@ -59,6 +59,7 @@ std::string dme()
                .put(0, "RSCOPE" + le16(3) + le16(4) + le16(4048) + le32(2 * 4 * 2) + "01.02.1999 10:11")
                .put(33, pascal("note"))
                .put(306, le32(3) + le32(2) + real48(300) + real48(100) + real48(-50) + real48(0) + pascal("title"))
+               .put(358, real48(0.5) + real48(100) + real48(2) + real48(-3) + real48(4))
                .put(682, real48(2) + real48(1) + real48(5))
                .put(4042, real48(0.5))
                .bytes +
@@ -69,7 +70,7 @@ std::string sicm(const std::string& mode)
 {
     return header_maker(830)
                .put(0, le16(50) + le16(3) + le16(2) + real48(4) + real48(8) + real48(10))
-               .put(42, real48(1023.96875)) // times 4 * 8 is 32767
+               .put(24, real48(3) + real48(7) + real48(8) + real48(1023.96875) + real48(5)) // 4 * 8 times z is 32767
                .put(56, real48(600))
                .put(156, pascal("today"))
                .put(666, pascal(mode))
@@ -121,6 +122,55 @@ TEST(Img, EveryKindIsToldApartAndScaled)
         EXPECT_STREQ(x.get_units(), row.x.get_units());
     }
     EXPECT_EQ(item(*read(sicm("topo")), 0).strings.at("\\Date"), "today");
+}
+
+TEST(Img, SettingsOfTheHeaderAreKept)
+{
+    const struct {
+        std::string bytes;
+        std::map<std::string, std::string> settings;
+    } rows[] = {
+        {burleigh(1), {{"Zoom level", "2"}, {"Z gain", "1"}, {"\\Speed", "7"}, {"Bias", "0.5"}}},
+        {dme(), {{"Pause", "0.5"}, {"\\Speed", "100"}, {"Current", "2"}, {"Bias", "-3"}, {"Loop gain", "4"}}},
+        {sicm("topo"), {{"Gain", "3"}, {"X calibration", "7"}, {"Y calibration", "8"}, {"Second gain", "5"}}},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(row.bytes);
+        ASSERT_TRUE(result) << result.error().reason;
+        for (const auto& [key, text] : row.settings) EXPECT_EQ(item(*result, 0).strings.at(key), text) << key;
+    }
+}
+
+TEST(Img, EveryKindOpensUnderAnyName)
+{
+    const auto changed = [](std::string bytes, std::size_t at, char byte) {
+        bytes[at] = byte;
+        return bytes;
+    };
+    std::string table("2\0.\0005\0\t\0", 8); // numbers in UTF-16 begin with the same two bytes
+    while (table.size() < 4096) table += table.substr(0, 8);
+    const struct {
+        std::string bytes;
+        bool isKnown;
+    } rows[] = {
+        {burleigh(1), true},
+        {dme(), true},
+        {ecs("N"), true},
+        {sicm("topo"), true},
+        {changed(ecs("N"), 0x2ED, 's'), false},
+        {changed(sicm("topo"), 0, 51), false},
+        {changed(sicm("topo"), 3, '\x80'), false}, // a negative number of columns
+        {changed(sicm("topo"), 56, 0), false},     // a size of 0
+        {changed(sicm("topo"), 156, 0), false},    // no date
+        {changed(sicm("topo"), 331, 81), false},   // a comment longer than its field
+        {changed(sicm("topo"), 668, 1), false},    // a control character in the mode
+        {table, false},
+    };
+    for (const auto& row : rows) {
+        const auto head = std::as_bytes(std::span(row.bytes)).first(std::min(row.bytes.size(), sniffBytes));
+        const format_row* found = find_format(head, "scan.xyz");
+        EXPECT_EQ(found && found->type == FILE_IMG, row.isKnown) << &row - rows;
+    }
 }
 
 TEST(Img, OtherFilesAreRefusedAndTheirExpectationNamed)

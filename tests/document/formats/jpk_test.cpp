@@ -1,5 +1,6 @@
 #include "document/formats/jpk.h"
 #include "document/formats/registry.h"
+#include "document/formats/tiff.h"
 #include "recorded_values.h"
 #include "support/sample_checks.h"
 #include "zip_fixture.h"
@@ -150,6 +151,105 @@ TEST(Jpk, CalibrationsThatChangeAreApplied)
     for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], expected[i], half);
 }
 
+/// Replaces every `from` in the headers of the segments.
+members changed_segments(members all, const std::string& from, const std::string& to)
+{
+    std::size_t count = 0;
+    for (auto& [name, text] : all)
+        if (name.ends_with("segment-header.properties"))
+            for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size(), ++count)
+                text.replace(at, from.size(), to);
+    EXPECT_NE(count, 0u) << from;
+    return all;
+}
+
+TEST(Jpk, CurvesOfDifferentUnitsAreShownInOnesThatAllHave)
+{
+    members all = single_curve();
+    std::string& header = all["segments/1/segment-header.properties"]; // without a calibration to nm
+    const std::string set = "channel.vDeflection.conversion-set.conversions.";
+    for (const auto& [from, to] :
+         {std::pair{set + "default=distance", set + "default=volts"}, {set + "list=distance", set + "list="}})
+        header.replace(header.find(from), from.size(), to);
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image* image = find_image(*result, "vDeflection");
+    EXPECT_STREQ(image->stream.values.get_axis(0).get_units(), "V");
+    const double half = 0.5001 * image->stream.values.get_axis(0).scale;
+    const std::vector<double> volts{1, 0.5, 129, 4.5, 3.5, 3.5}; // 0.5 * raw + 1
+    for (std::size_t i = 0; i < volts.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], volts[i], half);
+
+    const std::string unit = "channel.vDeflection.data.encoder.scaling.unit.unit=V";
+    header.replace(header.find(unit), unit.size(), "channel.vDeflection.data.encoder.scaling.unit.unit=A");
+    const auto apart = read(stored_zip(all));
+    ASSERT_TRUE(apart) << apart.error().reason;
+    EXPECT_FALSE(find_image(*apart, "vDeflection"));
+    EXPECT_NE(apart->strings.at("Channels left out").find("vDeflection: its curves have no calibration"),
+              std::string::npos);
+}
+
+TEST(Jpk, ConversionsThatRunInACircleAreNotApplied)
+{
+    const std::string slot = "channel.vDeflection.conversion-set.conversion.distance.base-calibration-slot=";
+    const auto result = read(stored_zip(changed_segments(single_curve(), slot + "volts", slot + "distance")));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image* image = find_image(*result, "vDeflection");
+    EXPECT_EQ(physical(image->stream), (std::vector<double>{1, 0.5, 129, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
+    EXPECT_EQ(image->stream.values.get_axes_number(), 1u);
+    EXPECT_NE(image->strings.at("\\Z scale").find("conversions of distance run in a circle"), std::string::npos);
+}
+
+TEST(Jpk, AChannelWithoutAnyMemberIsNamed)
+{
+    members all = single_curve();
+    all.erase("segments/0/channels/height.dat");
+    all.erase("segments/1/channels/height.dat");
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->strings.at("Channels left out"), "height: its member is missing");
+}
+
+TEST(Jpk, HeadersOfTheCurvesAreKept)
+{
+    members all = single_curve();
+    all["segments/0/segment-header.properties"] += "force-segment-header.time-stamp=2020-02-03 04\\:05\\:06 +0100\n";
+    all = changed_segments(all, "scaling.unit.unit=nm", "scaling.unit.unit=N"); // makes a force of it
+    all = changed_segments(all, "s.list=distance", "s.list=distance bend");
+    const std::string bend = "channel.height.conversion-set.conversion.bend.";
+    for (const char* segment : {"segments/0/segment-header.properties", "segments/1/segment-header.properties"})
+        all[segment] +=
+            bend + "base-calibration-slot=volts\n" + bend + "scaling.multiplier=4\n" + bend + "scaling.unit.unit=m\n";
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->strings.at("\\Date"), "2020-02-03 04:05:06 +0100");
+    const auto& strings = find_image(*result, "height")->strings;
+    EXPECT_EQ(strings.at("\\Date"), "2020-02-03 04:05:06 +0100");
+    EXPECT_EQ(strings.at("force-segment-header.settings.segment-settings.style"), "extend / retract");
+    EXPECT_EQ(strings.at("channel.height.data.type"), "short");
+    EXPECT_EQ(strings.count("channel.vDeflection.data.type"), 0u);
+    EXPECT_EQ(strings.at("Sensitivity"), "4 m/V"); // of any name: it is shown as a force
+    EXPECT_EQ(strings.at("Spring Constant"), "0.5 N/m");
+
+    members map = back_and_forth_map();
+    for (const unsigned k : {0u, 2u})
+        map["index/" + std::to_string(k) + "/header.properties"] =
+            "type=force-scan-series\nforce-scan-series.header.position.x=" + std::to_string(k) +
+            "E-6\nforce-scan-series.header.position.y=-2.5E-6\n";
+    const auto volume = read(stored_zip(map));
+    ASSERT_TRUE(volume) << volume.error().reason;
+    EXPECT_EQ(volume->strings.at("Curve places, m"), "0: 0 -2.5e-06\n2: 2e-06 -2.5e-06\n");
+    EXPECT_EQ(volume->strings.at("lcd-info.1.unit.unit"), "V");
+    EXPECT_EQ(item(*volume, 0).strings.at("channel.error.unit.unit"), "V"); // the reference resolved
+}
+
+TEST(Jpk, AReferenceAloneStandsForWhatItIsNamedAfter)
+{
+    const auto result = read(stored_zip(changed_segments(
+        back_and_forth_map(), "force-segment-header.force-segment-header-info.*=0", "force-segment-header-info.*=0")));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[0].text, "Approach");
+}
+
 TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
 {
     const auto changed = [](const std::string& member, const std::string& content) {
@@ -205,6 +305,115 @@ TEST(Jpk, ImagesComeInBothByteOrders)
         EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(1e-6, 2e-6, "m"));
         EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(2e-6, 1e-6, "m"));
     }
+}
+
+struct tag_value {
+    unsigned tag, type;
+    std::string bytes;
+};
+
+tag_value whole(unsigned tag, std::uint32_t number) { return {tag, 4, le32(number)}; }
+tag_value real(unsigned tag, double number) { return {tag, 12, le_double(number)}; }
+tag_value words(unsigned tag, std::string text) { return {tag, 2, text + '\0'}; }
+
+using directory = std::vector<tag_value>;
+
+/// A little-endian TIFF file whose directories stand behind `body`, which begins at byte 8.
+std::string tiff_of(const std::string& body, const std::vector<directory>& directories)
+{
+    std::string values = body, tables;
+    std::size_t valueBytes = body.size(), tableAt = 8;
+    for (const directory& each : directories)
+        for (const tag_value& tag : each) valueBytes += tag.bytes.size() > 4 ? tag.bytes.size() : 0;
+    tableAt += valueBytes;
+    for (const directory& each : directories) {
+        tables += le16(each.size());
+        for (const tag_value& tag : each) {
+            constexpr unsigned bytes[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
+            tables += le16(tag.tag) + le16(tag.type) + le32(tag.bytes.size() / bytes[tag.type]);
+            if (tag.bytes.size() > 4) {
+                tables += le32(8 + values.size());
+                values += tag.bytes;
+            } else {
+                tables += tag.bytes + std::string(4 - tag.bytes.size(), '\0');
+            }
+        }
+        const bool isLast = &each == &directories.back();
+        tables += le32(isLast ? 0 : tableAt + tables.size() + 4);
+    }
+    return std::string("II*\0", 4) + le32(tableAt) + values + tables;
+}
+
+/// What all share: a grid of 4 by 2 µm, a program that is a number, a rate.
+const directory sharedTags = {whole(258, 8), real(0x8042, 4e-6), real(0x8043, 2e-6), whole(0x8002, 7),
+                              real(0x8049, 1.5)};
+
+/// Two samples at `offset`: metres, and a million times as many volts.
+directory plane_of(unsigned bits, unsigned offset, bool isRetrace, double step)
+{
+    return {whole(256, 2),
+            whole(257, 1),
+            whole(258, bits),
+            whole(339, 2),
+            whole(273, offset),
+            whole(279, bits / 4),
+            words(0x8050, "height"),
+            whole(0x8051, isRetrace),
+            whole(0x8080, 2),
+            words(0x8081, "nominal"),
+            words(0x8090, "volts"),
+            words(0x80A2, "V"),
+            words(0x80A3, "LinearScaling"),
+            real(0x80A4, 1e6 * step),
+            real(0x80A5, 1.0),
+            words(0x80C0, "nominal"),
+            words(0x80D2, "m"),
+            words(0x80D3, "LinearScaling"),
+            real(0x80D4, step),
+            real(0x80D5, 1e-6)};
+}
+
+TEST(Jpk, WideDirectionsOfDifferentScaleJoinAsPhysicalValues)
+{
+    const std::string body = le32(0) + le32(1'000'000) + le32(250'000) + le32(500'000) + std::string(5000, '\0');
+    const std::string file = tiff_of(body, {sharedTags, plane_of(32, 8, false, 1e-15), plane_of(32, 16, true, 4e-15)});
+    memory_source late(std::as_bytes(std::span(file))); // its directories lie behind what is looked at to tell formats
+    for (const auto& result : {read(file), read_tiff(late)}) {
+        ASSERT_TRUE(result) << result.error().reason;
+        ASSERT_EQ(result->items.size(), 1u);
+        const recorded_image& image = item(*result, 0);
+        const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
+        const std::vector<double> metres{1e-6, 1.001e-6, 1.001e-6, 1.002e-6};
+        for (std::size_t i = 0; i < metres.size(); ++i) {
+            EXPECT_NEAR(image.stream.values.get_axis(0).at(raw[i]), metres[i], 2e-14);
+            EXPECT_NEAR(image.stream.values.get_axis(1).at(raw[i]), 1e6 * metres[i], 2e-8);
+        }
+        EXPECT_STREQ(image.stream.subimage_names()[1].text, "Reverse");
+        EXPECT_EQ(image.strings.at("\\Scan rate"), "1.5");
+        EXPECT_EQ(result->strings.at("Program"), "7");
+    }
+}
+
+TEST(Jpk, DirectionsOfSixteenBitsKeepThemAndTheirScale)
+{
+    const std::string body = le16(1) + le16(2) + le16(3) + le16(4);
+    const auto result = read(tiff_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 4e-15)}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_DOUBLE_EQ(physical(item(*result, 1).stream)[0], 3 * 4e-15 + 1e-6);
+
+    directory crowded = plane_of(16, 8, false, 1e-15);
+    crowded[8] = whole(0x8080, 101);
+    const auto refused = read(tiff_of(body, {sharedTags, crowded}));
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().reason, "channel 1: more than 100 calibration slots");
+}
+
+TEST(Jpk, AnyArchiveMayBeOne)
+{
+    for (const std::string start : {"PK\3\4", "PK\5\6", "PK\7\x8"})
+        EXPECT_TRUE(possible_jpk(std::as_bytes(std::span(start)))) << start;
+    EXPECT_FALSE(possible_jpk({}));
 }
 
 class JpkSamples : public testing::Test {

@@ -42,14 +42,73 @@ TEST(Mdt, DirectionsOfAChannelShareAnImage)
     EXPECT_EQ(item(*result, 0).strings.at("\\Z scale"), "raw * -1 + 10 [nm] from z axis of frame 1");
 }
 
+TEST(Mdt, OnlyDirectionsOfOneScanAndPassAreAPair)
+{
+    const std::string forward = mdt_image{"1F:Height", 1, 1, {1}}.body(),
+                      reverse = mdt_image{"1B:Height", 1, 1, {2}}.body(),
+                      second = mdt_image{"2B:Height", 1, 1, {3}}.body();
+    const unsigned all = mdtAxesBytes + mdtSettingsBytes;
+    const auto result = read(mdt_file({mdt_frame_of(0, forward, all, 10), mdt_frame_of(0, forward, all, 11),
+                                       mdt_frame_of(0, second, all, 10), mdt_frame_of(0, reverse, all, 11)}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    const struct {
+        std::vector<double> heights;
+        const char *id, *pass, *direction;
+    } images[] = {
+        {{9}, "Height", "1", "Forward"}, {{9, 8}, "Height_2", "1", nullptr}, {{7}, "Height_3", "2", "Reverse"}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const recorded_image& image = item(*result, i);
+        EXPECT_EQ(physical(image.stream), images[i].heights) << i;
+        EXPECT_STREQ(image.stream.get_description(), "Height");
+        EXPECT_STREQ(image.stream.get_name(), images[i].id);
+        EXPECT_EQ(image.strings.at("Pass"), images[i].pass);
+        ASSERT_EQ(image.strings.contains("\\Line direction"), images[i].direction != nullptr) << i;
+        if (!images[i].direction) continue;
+        EXPECT_EQ(image.strings.at("\\Line direction"), images[i].direction);
+    }
+}
+
+TEST(Mdt, SettingsThatAScanLacksAreLeftOut)
+{
+    // Channel 2, 17 bytes, direction, a byte, velocity, set point, bias.
+    const std::string whole = std::string("\2", 1) + std::string(17, '\0') + std::string("\2\0", 2) + le_float(20000) +
+                              le_float(1.5f) + le_float(-3);
+    const struct {
+        std::size_t bytes;
+        const char *channel, *direction, *speed, *bias;
+    } rows[] = {{32, "Lateral force", "Left, from the top", "2 \u00B5m/s", "-3 V"},
+                {31, "Lateral force", "Left, from the top", "2 \u00B5m/s", ""},
+                {20, "Lateral force", "Left, from the top", "", ""},
+                {18, "Lateral force", "", "", ""},
+                {1, "Lateral force", "", "", ""},
+                {0, "Image", "", "", ""}};
+    for (const auto& row : rows) {
+        const mdt_image image{"", 3, 1, {1, 2, 3}, whole.substr(0, row.bytes)};
+        const auto variableBytes = mdtAxesBytes + static_cast<unsigned>(image.settings.size());
+        const auto result = read(mdt_file({mdt_frame_of(0, image.body(), variableBytes)}));
+        ASSERT_TRUE(result) << row.bytes << result.error().reason;
+        const recorded_image& read_ = item(*result, 0);
+        const auto text = [&](const char* key) {
+            const auto found = read_.strings.find(key);
+            return found == read_.strings.end() ? std::string() : found->second;
+        };
+        EXPECT_EQ(physical(read_.stream), (std::vector<double>{9, 8, 7}));
+        EXPECT_STREQ(read_.stream.get_description(), row.channel) << row.bytes;
+        EXPECT_EQ(text("\\Scan direction"), row.direction) << row.bytes;
+        EXPECT_EQ(text("\\Speed"), row.speed) << row.bytes;
+        EXPECT_EQ(text("Bias"), row.bias) << row.bytes;
+    }
+}
+
 TEST(Mdt, CurvesAtPointsArePaddedAndKeepTheirLengths)
 {
-    const auto result = read(mdt_file({mdt_frame_of(201, mdt_point_curves({{{1, 2, 3}, {4, 5}}, {{7}, {}}}))}));
+    const auto result = read(mdt_file({mdt_frame_of(201, mdt_point_curves({{{1, 2, 3}, {4, 5}}, {{7}, {}}}, -2))}));
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image& image = item(*result, 0);
     EXPECT_EQ(physical(image.stream), (std::vector<double>{9, 8, 7, 6, 5, 5, 3, 3, 3}));
     EXPECT_EQ(image.strings.at("\\Curve lengths"), "3 2 1");
-    EXPECT_EQ(image.strings.at("Points"), "0 0; 1 0.5");
+    EXPECT_EQ(image.strings.at("Points"), "0 0 \u00B5m; 1 0.5 \u00B5m");
     EXPECT_STREQ(image.stream.subimage_names()[1].text, "Point 1, Reverse");
     EXPECT_STREQ(image.stream.subimage_names()[2].text, "Point 2, Forward");
     EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(5.0, 0.5, "\u00B5m"));
@@ -62,87 +121,80 @@ TEST(Mdt, SingleCurvesPassTheirDots)
     EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{7, 9, 8}));
 }
 
-TEST(Mdt, ArraysOfPairsDrawTheSecondValueOverTheFirst)
+/// Measurement i is a curve of the two numbers i and i + 10.
+std::string spectra_at_points(unsigned measurements, const std::string& points,
+                              const std::vector<std::pair<std::string, std::string>>& lists)
 {
-    const mdt_array pairs{"I(V)",
-                          {},
-                          {{"Bias", "V", 0.5, 2.0, 0, 2, -2}, {"Current", "nA", 0, 1, 0, 2, -4}},
-                          le16(1) + le32(10) + le16(2) + le32(static_cast<std::uint32_t>(-20)) + le16(3) + le32(30)};
-    const auto result = read(mdt_file({mdt_frame_of(106, pairs.body(), false)}));
-    ASSERT_TRUE(result) << result.error().reason;
-    ASSERT_EQ(result->items.size(), 2u);
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{2.5, 4.5, 6.5}));
-    EXPECT_EQ(physical(item(*result, 1).stream), (std::vector<double>{10, -20, 30}));
-    EXPECT_STREQ(item(*result, 1).stream.get_parameter_stream(), item(*result, 0).stream.get_name());
-    EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "nA");
+    std::string xml = "<C><Name name='I' unit='uA'/><Name name='V' unit='deg'/>"
+                      "<Axis name='1' count='2' start='5' stop='3'/>",
+                numbers;
+    for (unsigned i = 0; i < measurements; ++i) {
+        const std::string number = std::to_string(i);
+        xml += "<Data name='numbers' offset='" + std::to_string(16 * i) +
+               "' count='2' type='float64'/><Meas name='0' data='" + number + "' axis0='0' inverse0='" +
+               (i % 2 ? "1" : "0") + "'/>";
+        numbers += le_double(i) + le_double(i + 10);
+    }
+    std::vector<std::pair<std::string, std::string>> blocks = {{"numbers", numbers},
+                                                               {"index.xml", xml + points + "</C>"}};
+    blocks.insert(blocks.end(), lists.begin(), lists.end());
+    return mdt_file({mdt_named_blocks(blocks)});
 }
 
-TEST(Mdt, ArraysOfEveryNumberTypeBecomeImages)
+TEST(Mdt, PointsListTheirMeasurements)
 {
+    const std::string two = "<Point name='a' x='1' y='2' unit='um'/><Point name='b' offset='0'/>",
+                      shared = "<Point name='a' offset='4'/><Point name='a'/>", first = le32(2) + le32(0);
     const struct {
-        int code;
-        std::string numbers; // 1, 2, 3, 4
+        std::string points;
+        std::vector<std::pair<std::string, std::string>> lists;
+        std::vector<std::string> names;
     } rows[] = {
-        {1, std::string("\1\2\3\4", 4)},
-        {-1, std::string("\1\2\3\4", 4)},
-        {2, le16(1) + le16(2) + le16(3) + le16(4)},
-        {4, le32(1) + le32(2) + le32(3) + le32(4)},
-        {-8, le64(1) + le64(2) + le64(3) + le64(4)},
-        {-5892, le_float(1) + le_float(2) + le_float(3) + le_float(4)},
-        {-13320, le_double(1) + le_double(2) + le_double(3) + le_double(4)},
+        {two, {{"a", first}, {"b", le32(1)}}, {"Point 1, Forward", "Point 2, Reverse", "Point 1, Forward"}},
+        {two, {{"b", le32(1) + "cut"}}, {"Forward", "Point 2, Reverse", "Forward"}},
+        {two, {{"a", le32(3) + le32(~0u)}, {"b", ""}}, {"Forward", "Reverse", "Forward"}}, // no such measurements
+        {shared, {{"a", first}}, {"Point 1, Forward", "Reverse", "Point 2, Forward"}},
+        {"<Point name='a' offset='99' meas='1' exec='3'/>", {{"a", first}}, {"Forward", "Reverse", "Forward"}},
     };
     for (const auto& row : rows) {
-        const mdt_array image{"2B:Mag",
-                              {{"x", "um", 1, 0.5, 0, 1, 0}, {"y", "um", 2, 0.25, 0, 1, 0}},
-                              {{"Mag", "", 10, 2, 0, 0, row.code}},
-                              row.numbers};
-        const auto result = read(mdt_file({mdt_frame_of(106, image.body(), false)}));
-        ASSERT_TRUE(result) << row.code << ' ' << result.error().reason;
-        EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{12, 14, 16, 18})) << row.code;
-        EXPECT_EQ(item(*result, 0).stream.get_dimension(1).get_axis(0), VLAxis(2, 0.25, "\u00B5m"));
+        const auto result = read(spectra_at_points(3, row.points, row.lists));
+        ASSERT_TRUE(result) << row.points << result.error().reason;
+        ASSERT_EQ(result->items.size(), 1u);
+        const recorded_image& image = item(*result, 0);
+        // x falls, so that curves are turned round unless they were recorded in reverse.
+        EXPECT_EQ(physical(image.stream), (std::vector<double>{10, 0, 1, 11, 12, 2}));
+        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(3, 2, "\u00B0"));
+        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "\u00B5A");
+        std::vector<std::string> names;
+        for (const smart_string& name : image.stream.subimage_names()) names.emplace_back(name.text);
+        EXPECT_EQ(names, row.names) << row.points;
     }
+    const auto placed = read(spectra_at_points(1, two, {}));
+    ASSERT_TRUE(placed);
+    EXPECT_EQ(item(*placed, 0).strings.at("Points"), "1 2 \u00B5m; ");
 }
 
-/// Cell c holds c as 16 bits and 100 + c as 8 bits.
-std::string numbered_cells(unsigned count)
+TEST(Mdt, ReadingCanBeCancelledInEveryFrame)
 {
-    std::string cells;
-    for (unsigned c = 0; c < count; ++c) cells += le16(static_cast<std::uint16_t>(c)) + static_cast<char>(100 + c);
-    return cells;
-}
-
-TEST(Mdt, ArraysOfThreeDimensionsAreSpectraAtPoints)
-{
-    const mdt_calibration x{"x", "um", 1, 0.5, 0, 2, 0}, y{"y", "um", 2, 0.25, 0, 1, 0},
-        wave{"Wavelength", "nm", 500, 3, 0, 1, 0};
-    const std::vector<mdt_calibration> measured = {{"Counts", "", 0, 2, 0, 0, -2}, {"Phase", "V", 0, 1, 0, 0, 1}};
-    // The spectrum runs slowest in the file (x, y, wave) and fastest in the volume.
-    const mdt_array map{"Raman", {x, y, wave}, measured, numbered_cells(12)};
-    const auto result = read(mdt_file({mdt_frame_of(106, map.body(), false)}));
-    ASSERT_TRUE(result) << result.error().reason;
-    ASSERT_EQ(result->items.size(), 2u);
-    const SPMDataStream& counts = item(*result, 0).stream;
-    EXPECT_STREQ(counts.get_description(), "Raman Counts");
-    ASSERT_EQ(counts.get_dimensions_number(), 3u);
-    EXPECT_EQ(counts.get_dimension(0).get_axis(0), VLAxis(500, 3, "nm"));
-    EXPECT_EQ(counts.get_dimension(1).get_axis(0), VLAxis(1, 0.5, "\u00B5m"));
-    EXPECT_EQ(counts.get_dimension(2).length, 2u);
-    EXPECT_EQ(physical(counts), (std::vector<double>{0, 12, 2, 14, 4, 16, 6, 18, 8, 20, 10, 22}));
-    EXPECT_EQ(physical(item(*result, 1).stream).at(1), 106); // the second value of cell 6
-    EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "V");
-
-    // Without names the units tell, and without these the order of the file stays.
-    const auto anonymous = [](mdt_calibration dimension, const char* units) {
-        dimension.name.clear();
-        dimension.units = units;
-        return dimension;
+    struct impatient_source : memory_source {
+        using memory_source::memory_source;
+        bool progress(double done) override
+        {
+            EXPECT_GE(done, last);
+            EXPECT_LE(done, 1.0);
+            last = done;
+            return patience-- > 0;
+        }
+        double last = 0.0;
+        int patience = 0;
     };
-    for (const auto& [units, second] : {std::pair("1/cm", 12.0), std::pair("um", 2.0)}) {
-        const mdt_array unnamed{
-            "Raman", {anonymous(x, "um"), anonymous(y, "um"), anonymous(wave, units)}, measured, numbered_cells(12)};
-        const auto found = read(mdt_file({mdt_frame_of(106, unnamed.body(), false)}));
-        ASSERT_TRUE(found) << found.error().reason;
-        EXPECT_EQ(physical(item(*found, 0).stream).at(1), second) << units;
+    const mdt_image image{"Height", 1, 1, {1}};
+    const std::string bytes = mdt_file({mdt_frame_of(0, image.body()), mdt_frame_of(0, image.body())});
+    for (int patience = 0; patience < 6; ++patience) { // two frames, their end, two images
+        impatient_source file(std::as_bytes(std::span(bytes)));
+        file.patience = patience;
+        const auto result = read_mdt(file);
+        EXPECT_EQ(result ? "" : result.error().reason, patience == 5 ? "" : "reading was cancelled") << patience;
     }
 }
 
@@ -168,6 +220,9 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
     for (const char* name : {"x", "y", "w"}) vast.dimensions.push_back({name, "", 0, 1, 0, 65535, 0});
     mdt_array late = odd;
     late.measured[0].type = 4;
+    mdt_array padded = late, few = late;
+    padded.cellBytes = 6;
+    few.count = 3;
     const struct {
         std::string bytes, reason;
     } rows[] = {
@@ -177,10 +232,12 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
         {mdt_file({mdt_frame_of(0, empty.body())}), "columns or rows is 0"},
         {mdt_file({mdt_frame_of(0, image.body())}).substr(0, 60), "does not fit the file"},
         {mdt_file({mdt_frame_of(105, image.body())}), "type 105 is not known"},
-        {mdt_file({mdt_frame_of(106, odd.body(), false)}), "data type 77"},
-        {mdt_file({mdt_frame_of(106, huge.body(), false)}), "above 65536"},
-        {mdt_file({mdt_frame_of(106, vast.body(), false)}), "more than 4294967295 cells"},
-        {mdt_file({mdt_frame_of(106, late.body(), false)}), "more samples than the frame holds"},
+        {mdt_file({mdt_frame_of(106, odd.body(), 0)}), "data type 77"},
+        {mdt_file({mdt_frame_of(106, huge.body(), 0)}), "above 65536"},
+        {mdt_file({mdt_frame_of(106, vast.body(), 0)}), "more than 4294967295 cells"},
+        {mdt_file({mdt_frame_of(106, late.body(), 0)}), "more samples than the frame holds"},
+        {mdt_file({mdt_frame_of(106, padded.body(), 0)}), "cell size of 6 bytes is not that of its values, 4"},
+        {mdt_file({mdt_frame_of(106, few.body(), 0)}), "ask for 4 cells, but there are 3"},
         {mdt_file({mdt_frame_of(190, le32(1u << 30))}), "more blocks"},
         {mdt_file({mdt_frame_of(190, le32(0))}), "index.xml"},
     };
@@ -223,7 +280,12 @@ TEST_F(MdtSamples, ImagesHaveTheValuesOfTheManifest)
         const auto index = static_cast<std::size_t>(row.number("object").value_or(-1)) - (hasCurves ? 1 : 0);
         ASSERT_LT(index, planes.size());
         expect_plane(hasCurves ? with_whole_pixels(row) : row, planes[index], hasCurves);
-        const std::string label = hasCurves ? "1F:Iprobe" : planes[index].image->stream.get_description();
+        std::string label = planes[index].image->stream.get_description();
+        if (hasCurves) { // the one title with pass and direction
+            EXPECT_EQ(planes[index].image->strings.at("\\Line direction"), "Forward");
+            EXPECT_EQ(planes[index].image->strings.at("\\Speed"), "2.99976563189274 \u00B5m/s");
+            label = planes[index].image->strings.at("Pass") + "F:" + label;
+        }
         EXPECT_EQ(row.text("name").substr(0, label.size()), label);
     }
 }
@@ -253,6 +315,11 @@ TEST_F(MdtSamples, SpectraAtPointsAreAllThere)
         EXPECT_NEAR(sum / static_cast<double>(values.size()), *row.number("z_mean") * 1e9, half);
         EXPECT_GT(values[586], 40.0); // the current of the first curve saturates at +3 V and falls with the bias
         EXPECT_LT(values[0], 0.0);
+        const auto names = stream.subimage_names(); // three passes there and back at each of 25 points
+        EXPECT_STREQ(names[0].text, "Point 1, pass 1, Forward");
+        EXPECT_STREQ(names[5].text, "Point 1, pass 3, Reverse");
+        EXPECT_STREQ(names[6].text, "Point 2, pass 1, Forward");
+        EXPECT_STREQ(names[149].text, "Point 25, pass 3, Reverse");
     }
 }
 

@@ -56,22 +56,51 @@ TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
     EXPECT_NEAR(physical_of(image)[3], 7.5, half);
 }
 
-TEST(NanoscopeForce, PartsOfOtherLengthsAreImagesOfTheirOwn)
+TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStandsAlone)
 {
-    const auto result = read(build(
-        force_file({force_part(samples16({3, 2, 1, 6, 5, 7, 8, 9}), {"\\Samps/line: 3 2", "\\Hold Samples: 3"})})));
-    ASSERT_FALSE(result); // hold samples are told in the force list
-    file_parts parts = force_file({force_part(samples16({3, 2, 1, 6, 5, 7, 8, 9}), {"\\Samps/line: 3 2"})});
+    const image_part deflection = force_part(samples16({3, 2, 1, 6, 5, 7, 8, 9}), {"\\Samps/line: 3 2"});
+    ASSERT_FALSE(read(build(force_file({deflection})))); // hold samples are told in the force list
+    file_parts parts = force_file({deflection, deflection});
     parts.scanLines.push_back("\\*Ciao force list");
     parts.scanLines.push_back("\\Hold Samples: 3");
     const auto held = read(build(parts));
     ASSERT_TRUE(held) << held.error().reason;
-    ASSERT_EQ(held->items.size(), 2u);
-    EXPECT_THAT(raw_of(image_at(*held, 0)), ElementsAre(1, 2, 3, 7, 8, 9)); // a hold is not turned round
-    EXPECT_STREQ(image_at(*held, 0).stream.subimage_names()[1].text, "Hold");
-    EXPECT_THAT(raw_of(image_at(*held, 1)), ElementsAre(5, 6));
-    EXPECT_STREQ(image_at(*held, 1).stream.get_description(), "Deflection Error Retract");
-    EXPECT_EQ(image_at(*held, 1).stream.get_dimension(0).get_axis(0), VLAxis(0, 20, "nm")); // the same ramp
+    ASSERT_EQ(held->items.size(), 5u); // two of each channel and the ramps
+    const auto &ways = image_at(*held, 0), &hold = image_at(*held, 1), &ramps = image_at(*held, 4);
+    EXPECT_THAT(raw_of(ways), ElementsAre(1, 2, 3, 5, 6, 6));
+    EXPECT_EQ(ways.strings.at("\\Curve lengths"), "3 2");
+    EXPECT_STREQ(ways.stream.subimage_names()[1].text, "Retract");
+    EXPECT_THAT(raw_of(hold), ElementsAre(7, 8, 9)); // as stored, though as long as the approach
+    EXPECT_STREQ(hold.stream.get_description(), "Deflection Error Hold");
+    EXPECT_EQ(hold.stream.get_dimension(0).get_axis(0), VLAxis());
+    EXPECT_FALSE(hold.stream.get_parameter_stream());
+    EXPECT_STREQ(ways.stream.get_parameter_stream(), "Ramp");
+    EXPECT_STREQ(image_at(*held, 2).stream.get_parameter_stream(), "Ramp");
+    EXPECT_STREQ(ramps.stream.get_name(), "Ramp");
+    const double expected[] = {0, 10, 20, 0, 20, 20}; // 2 V of 10 nm/V on both ways
+    for (std::size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_NEAR(physical_of(ramps).at(i), expected[i], 20.0 / 65535);
+
+    parts.images[1].lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
+    const auto sensed = read(build(parts));
+    EXPECT_STREQ(image_at(*sensed, 0).stream.get_parameter_stream(), image_at(*sensed, 2).stream.get_name());
+}
+
+TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
+{
+    file_parts parts = force_file({force_part(samples16({3, 2, 1, 6, 5, 13, 12, 11, 16, 15}), {"\\Samps/line: 3 2"})});
+    parts.scanLines[1] = "\\Operating mode: Force Volume";
+    parts.scanLines.insert(parts.scanLines.end(), {"\\X Offset: 2 nm", "\\*Ciao force list", "\\force/line: 1 0"});
+    const auto result = read(build(parts));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto &approach = image_at(*result, 0), &retract = image_at(*result, 1);
+    EXPECT_THAT(raw_of(approach), ElementsAre(1, 2, 3, 11, 12, 13));
+    EXPECT_THAT(raw_of(retract), ElementsAre(5, 6, 15, 16));
+    EXPECT_EQ(approach.stream.get_dimension(0).get_axis(0), VLAxis(0, 10, "nm"));
+    EXPECT_EQ(retract.stream.get_dimension(0).get_axis(0), VLAxis(0, 20, "nm")); // the same ramp
+    EXPECT_EQ(approach.stream.get_dimension(1).get_axis(0), VLAxis(2, 6, "nm"));
+    EXPECT_EQ(approach.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
 }
 
 TEST(NanoscopeForce, VolumesHaveTheCurveFirst)
@@ -107,17 +136,32 @@ TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
     ASSERT_TRUE(result) << result.error().reason;
     EXPECT_EQ(image_at(*result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
     EXPECT_EQ(image_at(*result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
+    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(1, 2));
+    EXPECT_THAT(raw_of(image_at(*result, 1)), ElementsAre(2, 1)); // over the time as stored
     EXPECT_STREQ(image_at(*result, 0).stream.get_parameter_stream(), image_at(*result, 2).stream.get_name());
     EXPECT_FALSE(image_at(*result, 2).stream.get_parameter_stream());
 }
 
 TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
 {
-    const auto result =
-        read(build(force_file({force_part(samples16({2, 10, 20, 3, 30, 40, 50}), {"\\Start context: FOLVAR"})})));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
-    EXPECT_EQ(image_at(*result, 0).strings.at("\\Curve lengths"), "2 3");
+    const std::string rows = samples16({2, 10, 20, 3, 30, 40, 50});
+    const file_parts told = force_file({force_part(rows, {"\\Start context: FOLVAR"})});
+    file_parts toldInTheFileList = force_file({force_part(rows, {})});
+    toldInTheFileList.fileLines.push_back("\\Start context: FOLVAR");
+    for (const file_parts& parts : {told, toldInTheFileList}) {
+        const auto result = read(build(parts));
+        ASSERT_TRUE(result) << result.error().reason;
+        EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
+        EXPECT_EQ(image_at(*result, 0).strings.at("\\Curve lengths"), "2 3");
+    }
+}
+
+TEST(NanoscopeForce, UnitsAreSpeltAsElsewhere)
+{
+    image_part phase = force_part(samples16({2, 1}), {"\\Samps/line: 2 0"});
+    phase.lines[3] = "\\@4:Z scale: C (0.5 \xBA/LSB) 180 \xBA";
+    const auto result = read(build(force_file({phase})));
+    EXPECT_EQ(image_at(*result, 0).stream.values.get_axis(0), VLAxis(0, 0.5, "\u00B0"));
 }
 
 } // namespace

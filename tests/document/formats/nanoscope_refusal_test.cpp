@@ -75,6 +75,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         bad_file{"OtherFile", "hello", "not a NanoScope header"}, bad_file{"Empty", "", "header"},
         bad_file{"TextTransfer", without_crs(good_file()), "line ends"},
+        bad_file{"TextTransferOfVersion2", "Data_File_Type 7\nnum_samp = 1\n" + std::string(4096, '\0'), "line ends"},
+        bad_file{"TextTransferOfVersion2FromUnix", "Data_File_Type 7\r\r\nnum_samp = 1\r\r\n" + std::string(4096, '\0'),
+                 "line ends"},
         bad_file{"HeaderCut", good_file().substr(0, 2000), "cut short"},
         bad_file{"SamplesCut", good_file().substr(0, 4100), "cut short"},
         bad_file{"NoHeaderLength", changed("\\Data length: 4096", "\\Data-length: 4096"), "Data length of the header"},

@@ -28,6 +28,7 @@ TEST(NanoscopeScale, TypedValuesComeApart)
 
     EXPECT_EQ(parse_nanoscope_value("V 1.000000 ").units, "");
     EXPECT_EQ(parse_nanoscope_value("V (0.0054 \u00BA/LSB) 360 \u00BA").units, "\u00B0");
+    EXPECT_EQ(nanoscope_units(" \u00E6m"), "\u00B5m"); // byte 0xE6
     EXPECT_FALSE(parse_nanoscope_value("V [Sens. Zsens] (\\Data length V/LSB) 151.4807 V").hardScale);
     for (const char* cut : {"", "V", "V [Sens", "V [S] (0.1", "S [] \"", "S [] \""})
         EXPECT_FALSE(parse_nanoscope_value(cut).value) << cut;

@@ -27,6 +27,8 @@ TEST(Nanoscope, SixteenBitSamplesStayAsTheyAreBottomRowFirst)
     EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(0.0, 100.0, "nm"));
     EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0.0, 100.0, "nm"));
     EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0.0, 20.0 / 65536, "nm"));
+    ASSERT_EQ(image.stream.values.get_axes_number(), 2u);
+    EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0.0, 1.0 / 65536, "V"));
     EXPECT_EQ(image.strings.at("\\Z scale"),
               "raw * 0.00030517578125 + 0 [nm] from Z scale = 1 V, Sens. Zsens = 20 nm/V, "
               "raw span = 65536");
@@ -110,6 +112,34 @@ TEST(Nanoscope, WideSamplesThatFitSixteenBitsStayAsTheyAre)
     EXPECT_EQ(image_at(*result, 0).stream.values.get_axis(0), VLAxis(0.0, 20.0 / 65536, "nm"));
 }
 
+TEST(Nanoscope, AWideVersionsOwnShapeGoesBeforeAnotherOfTheUsualWidth)
+{
+    file_parts parts;
+    parts.fileLines[0] = "\\Version: 0x09200000";
+    parts.scanLines[2] = "\\Samps/line: 2"; // four samples of four bytes are as long as eight of two
+    parts.images = {height_part(samples16(heights))};
+    const auto result = read(build(parts));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAreArray(heights));
+}
+
+TEST(Nanoscope, OffsetsAreWhereTheAxesStart)
+{
+    file_parts parts;
+    parts.scanLines.insert(parts.scanLines.end(), {"\\X Offset: 1500 nm", "\\Y offset: -2 ~m"});
+    parts.images = {height_part(samples16(heights)), height_part(samples16(heights))};
+    parts.images[1].lines.insert(parts.images[1].lines.end(), {"\\X offset: 7 nm", "\\Y Offset: 3 V"});
+    const auto result = read(build(parts));
+    ASSERT_TRUE(result) << result.error().reason;
+    const auto start = [&](std::size_t image, unsigned side) {
+        return image_at(*result, image).stream.get_dimension(side).get_axis(0).start;
+    };
+    EXPECT_DOUBLE_EQ(start(0, 0), 1500);
+    EXPECT_DOUBLE_EQ(start(0, 1), -2000);
+    EXPECT_DOUBLE_EQ(start(1, 0), 7);
+    EXPECT_DOUBLE_EQ(start(1, 1), 0); // no length
+}
+
 struct shape_case {
     const char *name, *image, *scan; ///< lines of the image list and of the scan list, between "|"
     unsigned width, height;
@@ -157,6 +187,11 @@ const shape_case shapes[] = {
     {"PartOfTheLines", "Samps/line: 4|Number of lines: 2|Scan size: 8 8 nm", "Lines: 4", 4, 2, 2.0, 2.0, "nm"},
     {"ResampledCoversAll", "Samps/line: 4|Number of lines: 2|Scan Size: 8 8 nm", "Samps/line: 16|Lines: 8", 4, 2, 2.0,
      4.0, "nm"},
+    {"MoreRowsThanTheScanOfSquarePixels", // the scan's settings were changed behind the image
+     "Samps/line: 4|Number of lines: 2|Aspect ratio: 1:1|Scan size: 8 4 ~m", "Lines: 1|Aspect ratio: 4:1", 4, 2, 2.0,
+     2.0, "\u00B5m"},
+    {"MoreRowsThanTheScan", "Samps/line: 4|Number of lines: 2|Aspect ratio: 1:1|Scan size: 8 2 ~m",
+     "Samps/line: 4|Lines: 1", 4, 2, 2.0, 2.0, "\u00B5m"},
     {"SlowAxisSize", "Samps/line: 4|Number of lines: 2|Scan Size: 1 1 ~m",
      "Scan Size: 1000 nm|Slow Axis Size: 300 nm|Lines: 2", 4, 2, 250.0, 150.0, "nm"},
     {"CropKeepsItsOwnSize", "Samps/line: 4|Number of lines: 2|Scan Size: 80 40 nm",

@@ -80,6 +80,9 @@ TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
     EXPECT_NE(height.strings.at("\\Z scale").find("from Dim2Range, Dim2Min, SaveBits"), std::string::npos);
     const auto& phase = image_at(result, 1);
     EXPECT_EQ(raw_of(phase), (std::vector<int>{-128, 0, 1, 127}));
+    EXPECT_EQ(subimages_of(phase), std::vector<std::string>{"Forward"});
+    EXPECT_EQ(height.strings.at("\\Line direction"), "Scan forward / Scan backward");
+    EXPECT_EQ(phase.strings.at("\\Line direction"), "Scan forward");
     EXPECT_DOUBLE_EQ(physical_of(phase)[0], -1.0);
     EXPECT_STREQ(phase.stream.values.get_axis(0).get_units(), "\u00B0");
     EXPECT_EQ(result->strings.at("\\Date"), "01-03-2016 18:36:58");
@@ -96,6 +99,61 @@ TEST(Nid, LinesThatWereNotScannedTakeTheLowestValue)
     const auto result = read(formats::read_nid, build({half}));
     EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{5, 4, 4, 4, 6, 7}));
     EXPECT_EQ(image_at(result, 0).strings.at("\\Void points"), "2");
+}
+
+TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
+{
+    // The third curve of the approach comes after the last one measured, but holds something.
+    channel_parts approach = spectroscopy("Spec forward", "Deflection", 3, {5, 6, 4, 4, 7, 8});
+    channel_parts retract = spectroscopy("Spec backward", "Deflection", 3, {9, 8, -9, -9, -9, -9});
+    approach.extra = retract.extra = "CurLine=0\r\n";
+    const auto map = read(formats::read_nid, build({approach, retract}));
+    ASSERT_TRUE(map) << map.error().reason;
+    ASSERT_EQ(map->items.size(), 1u);
+    EXPECT_EQ(raw_of(image_at(map, 0)), (std::vector<int>{5, 6, 5, 5, 7, 8, 9, 8, 5, 5, 5, 5}));
+    EXPECT_EQ(image_at(map, 0).strings.at("\\Void points"), "6");
+    EXPECT_EQ(image_at(map, 0).strings.at("\\Curve lengths"), "2 0 2 2 0 0");
+
+    channel_parts first = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4});
+    first.extra = "LineDim0Points=0\r\n";
+    const auto later = read(formats::read_nid, build({first}));
+    ASSERT_TRUE(later) << later.error().reason;
+    ASSERT_EQ(later->items.size(), 1u); // the one curve that was measured decides about the axis
+    EXPECT_EQ(raw_of(image_at(later, 0)), (std::vector<int>{3, 3, 3, 4}));
+    EXPECT_EQ(axis_text(image_at(later, 0), 0), "1e-06 4e-06 m");
+}
+
+TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
+{
+    channel_parts retract = spectroscopy("Spec backward", "Deflection", 2, {7, 8, 9, 10});
+    retract.extra = "LineDim0Range=-1e-6\r\nLineDim1Range=-1e-6\r\n";
+    const auto result =
+        read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 6}), retract}));
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto &positions = image_at(result, 0), &curves = image_at(result, 1);
+    EXPECT_EQ(raw_of(curves), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 8, 9, 10, 10}));
+    const std::vector<double> expected = {1e-6, 3e-6, 5e-6, 1e-6, 3e-6, 5e-6, 1e-6, 0, 0, 1e-6, 0, 0};
+    const std::vector<double> found = physical_of(positions);
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
+    for (const auto* image : {&positions, &curves}) {
+        EXPECT_EQ(image->strings.at("\\Curve lengths"), "3 3 2 2");
+        EXPECT_EQ(subimages_of(*image),
+                  (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
+    }
+}
+
+TEST(Nid, OneScanLineHasItsDirections)
+{
+    channel_parts line, back{"Scan backward"};
+    line.lines = back.lines = 1;
+    line.samples = {1, 2};
+    back.samples = {3, 4};
+    const auto result = read(formats::read_nid, build({line, back}));
+    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_EQ(subimages_of(image_at(result, 0)), (std::vector<std::string>{"Forward", "Reverse"}));
+    EXPECT_EQ(image_at(result, 0).strings.at("\\Line direction"), "Scan forward / Scan backward");
 }
 
 TEST(Nid, OneForceCurveHasApproachAndRetract)
@@ -132,6 +190,12 @@ TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
     EXPECT_EQ(image_at(loose, 0).stream.get_dimensions_number(), 1u);
     EXPECT_EQ(subimages_of(image_at(loose, 0)),
               (std::vector<std::string>{"Approach 1", "Approach 2", "Approach 3", "Approach 4"}));
+
+    const auto scattered =
+        read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4})},
+                                      "[DataSet\\SpecInfos0]\r\nP1=5e-6;9e-6;0\r\nP0=1e-6;2.5e-6;0\r\n\r\n"));
+    EXPECT_EQ(scattered->strings.at("Curve places"), "1e-06 2.5e-06\n5e-06 9e-06\n");
+    EXPECT_FALSE(result->strings.contains("Curve places")); // the axes of the volume tell
 }
 
 TEST(Nid, RaggedCurvesAreFilledAndKeepTheirPositions)
@@ -165,6 +229,11 @@ TEST(Nid, SamplesEndWithTheFile)
 TEST(Nid, RefusesWhatCannotBe)
 {
     const std::string plain = build({{}});
+    const auto curve_of = [](const std::string& points) {
+        channel_parts curve = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4});
+        curve.extra = "LineDim1Points=" + points + "\r\n";
+        return build({curve});
+    };
     const auto with = [&](const std::string& from, const std::string& to) {
         std::string file = plain;
         return file.replace(file.find(from), from.size(), to);
@@ -183,8 +252,13 @@ TEST(Nid, RefusesWhatCannotBe)
         {with("Intel", "Motorola"), "SaveOrder is not Intel"},
         {with("SaveBits=16", "SaveBits=12"), "SaveBits is not 8, 16 or 32"},
         {with("Dim2Range=2", "Dim2Range=inf"), "Dim2Range or Dim2Min is not finite"},
+        {with("Dim2Range=2", "Dim2Range=2,5"), "Dim2Range is no number"},
+        {with("Dim2Min=-1", "Dim2Min="), "Dim2Min is no number"},
         {with("[DataSet-0:0]", "[DataSet-0:9]"), "[DataSet-0:0]: is missing"},
+        {with("Ch0=DataSet-0:0", "Ch0="), "Gr0-Ch0 names no section"},
         {with("Gr0-Ch0", "Gr0-Cx0"), "no channel is listed"},
+        {curve_of("3"), "[DataSet-0:0]: LineDim1Points is not from 0 to Points"},
+        {curve_of("1.5"), "[DataSet-0:0]: LineDim1Points is not from 0 to Points"},
         {with("#!", "##"), "the end of the header"},
     };
     for (const auto& row : rows) {

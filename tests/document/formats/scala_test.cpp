@@ -20,11 +20,14 @@ std::string topography(const std::string& name, const std::string& direction, co
            " ;Resolution\n nm ;Unit\n " + file + "  ;Filename\n\n";
 }
 
-std::string spectroscopy(const std::string& file, const std::string& points = "3")
+const std::string grid =
+    "Spectroscopy Points in X : 2\nSpectroscopy Lines in Y : 1\nSpectroscopy Grid Value in X : 2\n\n";
+
+std::string spectroscopy(const std::string& file, const std::string& points = "3",
+                         const std::string& direction = "Forward", const std::string& range = "-1\n 1\n 1")
 {
-    return "Spectroscopy Points in X : 2\nSpectroscopy Lines in Y : 1\nSpectroscopy Grid Value in X : 2\n\n"
-           "Spectroscopy Channel : I(V)\n V ;Parameter\n Forward\n 0\n 10\n 0\n 5\n 0.5\n nA\n " +
-           points + "\n -1\n 1\n 1\n 10\n 20\n On\n " + file + "\n I of V\n\n";
+    return grid + "Spectroscopy Channel : I(V)\n V ;Parameter\n " + direction + "\n 0\n 10\n 1\n 6\n 0.25\n nA\n " +
+           points + "\n " + range + "\n 10\n 20\n On\n " + file + "\n I of V\n\n";
 }
 
 std::string samples(const std::vector<int>& values)
@@ -57,6 +60,29 @@ TEST(Scala, DirectionsShareAnImageWithTheScaleOfBothRanges)
     EXPECT_EQ(result->strings.at("Comment"), "a b \u00B0"); // native files hold no control characters
 }
 
+TEST(Scala, ReadsParametersAsTheyAreWritten)
+{
+    // Comments and blank lines stand inside a block, one key twice; a direction has no partner, another scale or none.
+    std::string broken = topography("Z", "Backward", "a.tb0");
+    broken.insert(broken.find(" Backward"), "; Range\n\n");
+    const folder files = {{"a.par", head + geometry + "Counter : 1 ;[Hz]\n" + broken +
+                                        topography("Z", "Forward", "a.tf0", "-9\n 10\n -1\n 3\n 9.5") +
+                                        topography("I", "Backward", "a.tb0", "0\n 10\n \t;minimum\n 3\n 0") +
+                                        "Counter : 2\n"},
+                          {"a.tf0", samples({1, 2, 3, 4, 5, 6})},
+                          {"a.tb0", samples({6, 5, 4, 3, 2, 1})}};
+    const auto result = read(formats::read_scala, files, "a.par");
+    ASSERT_TRUE(result) << result.error().reason;
+    ASSERT_EQ(result->items.size(), 3u);
+    EXPECT_EQ(subimages_of(image_at(result, 0)), std::vector<std::string>{"Reverse"});
+    EXPECT_EQ(subimages_of(image_at(result, 1)), std::vector<std::string>{"Forward"});
+    EXPECT_EQ(result->strings.at("Counter"), "1 Hz\n2");
+    const auto& bare = image_at(result, 2);
+    EXPECT_STREQ(bare.stream.values.get_axis(0).get_units(), "");
+    EXPECT_DOUBLE_EQ(physical_of(bare)[0], 6.0);
+    EXPECT_NE(bare.strings.at("\\Z scale").find("without a usable range or resolution"), std::string::npos);
+}
+
 TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)
 {
     const std::string data = samples({1, 2, 3, 4, 5, 6});
@@ -73,6 +99,7 @@ TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)
             EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 2, 3, 4, 5, 6})) << name;
         }
     EXPECT_EQ(type_of(data, "a.tf0"), FILE_SCALA);
+    EXPECT_EQ(type_of("[Parameters]\r\n", "a.par"), FILE_UNKNOWN); // of another instrument
     const auto alone = read(formats::read_scala, folder{{"a.tf0", data}}, "a.tf0");
     ASSERT_FALSE(alone);
     EXPECT_NE(alone.error().reason.find("none with its name lies beside it"), std::string::npos);
@@ -104,7 +131,24 @@ TEST(Scala, SpectroscopyOnAGridIsAVolume)
     EXPECT_EQ(axis_text(volume, 0), "-1 1 V");
     EXPECT_EQ(axis_text(volume, 1), "5 20 nm"); // a curve at every second pixel of 10 nm
     EXPECT_STREQ(volume.stream.get_description(), "I of V");
-    EXPECT_DOUBLE_EQ(physical_of(volume)[0], 0.5);
+    EXPECT_DOUBLE_EQ(physical_of(volume)[0], 1.5); // raw 0 is 1, raw 10 is 6
+
+    // The increment lacks the sign of the way back; only without an end does it count.
+    const struct {
+        const char *range, *axis;
+    } rows[] = {{"1\n -1\n 0.5", "1 -1 V"}, {"2\n 2\n 0.5", "2 0.5 V"}, {"-1\n 1\n 0", "-1 1 V"}};
+    for (const auto& row : rows) {
+        const folder ranged = {{"a.par", head + geometry + spectroscopy("a.sb0", "3", "Backward", row.range)},
+                               {"a.sb0", samples({1, 2, 3, 4, 5, 6})}};
+        const auto back = read(formats::read_scala, ranged, "a.par");
+        EXPECT_EQ(axis_text(image_at(back, 0), 0), row.axis);
+        EXPECT_EQ(subimages_of(image_at(back, 0)), std::vector<std::string>{"Reverse"});
+    }
+    const folder longer = {{"a.par", head + geometry + spectroscopy("a.sf0")},
+                           {"a.sf0", samples({1, 2, 3, 4, 5, 6, 7})}};
+    const auto refused = read(formats::read_scala, longer, "a.par");
+    ASSERT_FALSE(refused);
+    EXPECT_NE(refused.error().reason.find("longer than its points take"), std::string::npos);
 }
 
 TEST(Scala, CurvesOfSinglePointsAreSubimages)
@@ -126,8 +170,33 @@ TEST(Scala, CurvesOfSinglePointsAreSubimages)
     files["a.cs0"].insert(files["a.cs0"].rfind("END"), "1 12\n");
     const auto even = read(formats::read_scala, files, "a.par");
     EXPECT_EQ(axis_text(image_at(even, 0), 0), "-1 1 V");
+    EXPECT_DOUBLE_EQ(physical_of(image_at(even, 0))[0], 0.5); // 2 steps of the resolution
+    EXPECT_EQ(subimages_of(image_at(even, 0)), (std::vector<std::string>{"Forward 1", "Forward 2"}));
     files["a.cs0"].resize(60);
     EXPECT_FALSE(read(formats::read_scala, files, "a.par"));
+}
+
+TEST(Scala, DirectionsOfSinglePointsShareAnImage)
+{
+    const folder files = {{"a.par", head + geometry + spectroscopy("a.cs0") + spectroscopy("b.cs0", "3", "Backward")},
+                          {"a.cs0", ";n_curves : 2\nBEGIN COORD\n1 2\nEND\nBEGIN\n-1 1\n0 2\nEND\n"},
+                          {"b.cs0", "; n_curves : 1\nBEGIN COORD\n1 2\nEND\nBEGIN\n1 3\n0 4\n-1 5\nEND\n"}};
+    for (const char* name : {"a.par", "a.cs0"}) {
+        EXPECT_EQ(type_of(files.at(name), "wrong.ext"), FILE_SCALA);
+        const auto result = read(formats::read_scala, files, name);
+        ASSERT_TRUE(result) << result.error().reason;
+        ASSERT_EQ(result->items.size(), 2u);
+        const auto &ramp = image_at(result, 0), &curves = image_at(result, 1);
+        EXPECT_EQ(raw_of(ramp), (std::vector<int>{-1, 0, 0, 1, 0, -1}));
+        EXPECT_EQ(raw_of(curves), (std::vector<int>{1, 2, 2, 3, 4, 5}));
+        for (const auto* image : {&ramp, &curves}) {
+            EXPECT_EQ(subimages_of(*image), (std::vector<std::string>{"Forward", "Reverse"}));
+            EXPECT_EQ(image->strings.at("\\Curve lengths"), "2 3");
+        }
+        EXPECT_STREQ(curves.stream.get_parameter_stream(), ramp.stream.get_name());
+        EXPECT_EQ(curves.strings.at("Curve places, nm"), "1 2\n");
+        EXPECT_EQ(result->strings.at("Missing channels"), "I of V (a.cs0): cut short: 1 of 2 curves");
+    }
 }
 
 TEST(Scala, RefusesWhatCannotBe)

@@ -36,7 +36,8 @@ TEST(Sm2, ImagesStandUprightAndDirectionsJoin)
     page_parts right, left;
     right.data = samples<std::int16_t>({1, 2, 3, 4}); // the top row first, each from right to left
     left.data = samples<std::int16_t>({5, 6, 7, 8});
-    left.scan = "scan 1 1.0";
+    left.scan = "scan 1 2.5";
+    left.comment = "\r\n<?xml"; // over the comment alone
     const auto result = read(formats::read_sm2, build(right) + build(left));
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 1u);
@@ -47,8 +48,23 @@ TEST(Sm2, ImagesStandUprightAndDirectionsJoin)
     EXPECT_DOUBLE_EQ(physical_of(image)[0], 4 * 2e-12 + 1e-9);
     EXPECT_STREQ(image.stream.get_description(), "Topo");
     EXPECT_EQ(image.strings.at("\\Date"), "01/31/94 13:32:15");
-    EXPECT_EQ(image.strings.at("\\Scan direction"), "right");
+    EXPECT_EQ(image.strings.at("\\Scan direction"), "right / left");
+    EXPECT_EQ(image.strings.at("Scan period"), "1 / 2.5");
+    EXPECT_EQ(image.strings.at("Id"), "5");
     EXPECT_EQ(image.strings.at("Comment"), "a note");
+}
+
+TEST(Sm2, DirectionsOfDifferentQuantitiesStayApart)
+{
+    page_parts right, left;
+    right.label = left.label = ""; // kinds without a name are all pages
+    right.shape = "0 1 0 2 2 8 3";
+    left.shape = "0 1 0 2 2 8 7";
+    left.scan = "scan 1 1.0";
+    right.data = left.data = samples<std::int16_t>({1, 2, 3, 4});
+    const auto result = read(formats::read_sm2, build(right) + build(left));
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_STREQ(image_at(result, 1).stream.get_description(), "Page");
 }
 
 TEST(Sm2, CurvesKeepTheSignOfTheirAxis)

@@ -65,7 +65,7 @@ TEST(Stp, EachSourceHasItsScale)
         const char *units, *label;
     } rows[] = {
         {buffer("9"), 0, 1, "\u00C5", "Topography"},
-        {buffer("2"), -10, 0, "V", "Deflection"},
+        {buffer("2"), -10, 0, "V", "Current, deflection or amplitude"},
         {buffer("17"), -10, 0, "V", "Input 17"},
         {buffer("99", line("ExSourceZFact", "0.5") + line("ExSourceZBip", "TRUE") + line("ExSourceZUnit", "nA")),
          -16384, 0, "nA", "External"},
@@ -80,6 +80,32 @@ TEST(Stp, EachSourceHasItsScale)
         EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), row.units);
         EXPECT_STREQ(image.stream.get_description(), row.label);
     }
+}
+
+TEST(Stp, TheWayOfWorkingNamesTheDetector)
+{
+    const struct {
+        const char *mode, *label;
+    } rows[] = {{"STM", "Current"},
+                {"AFM", "Deflection"},
+                {"Contact", "Deflection"},
+                {"ACAFM", "Amplitude"},
+                {"MAC Mode", "Amplitude"}};
+    for (const auto& row : rows) {
+        const auto result = read(formats::read_stp, build(line("op_mode", row.mode) + buffer("2"), {1, 2, 3, 4}));
+        EXPECT_STREQ(image_at(result, 0).stream.get_description(), row.label) << row.mode;
+    }
+}
+
+TEST(Stp, DirectionsOfDifferentSourcesStayApart)
+{
+    const auto buffers = buffer("1", line("collect_mode", "1")) + buffer("9", line("collect_mode", "1")) +
+                         buffer("9", line("collect_mode", "2")) + buffer("1", line("collect_mode", "2"));
+    const auto result = read(formats::read_stp, build(buffers, {1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4, 4, 4}));
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 1, 1, 1, 4, 4, 4, 4})); // both of source 1
+    EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{2, 2, 2, 2, 3, 3, 3, 3}));
+    EXPECT_EQ(image_at(result, 0).strings.at("collect_mode"), "1 / 2");
 }
 
 TEST(Stp, RefusesWhatCannotBe)

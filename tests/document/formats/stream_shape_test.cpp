@@ -114,6 +114,48 @@ TEST(Directions, JoinWhatDiffersInDirectionAlone)
     EXPECT_EQ(join_directions(planes), (std::vector<plane_group>{{2, 0}, {1}, {3}, {4}, {5}}));
 }
 
+TEST(Directions, JoinAxesThatAreRoundedDifferently)
+{
+    const auto joins = [](const VLAxis& one, const VLAxis& other) {
+        const image_frame a{100, 2, 1, one, {}}, b{100, 2, 1, other, {}};
+        const channel_plane planes[] = {{"A", {}, scan_direction::forward, a, {}},
+                                        {"A", {}, scan_direction::reverse, b, {}}};
+        return join_directions(planes).size() == 1;
+    };
+    const struct {
+        VLAxis one, other;
+        bool isJoined;
+    } rows[] = {
+        {{0, 3e-9, "m"}, {0, 3.000000001e-9, "m"}, true},
+        {{0, 3, "m"}, {0, 3.00001, "m"}, false},
+        {{0, 3, "m"}, {0, 3, "nm"}, false},
+        {{5, -3, "m"}, {5.0002, -3, "m"}, true}, // of a side of 300
+        {{5, 3, "m"}, {5.001, 3, "m"}, false},
+        {{0, 3, "m"}, {0, -3, "m"}, false},
+        {{0, NAN, "m"}, {0, NAN, "m"}, false},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(joins(row.one, row.other), row.isJoined) << row.other.start << " " << row.other.scale;
+        EXPECT_EQ(joins(row.other, row.one), row.isJoined) << row.other.start << " " << row.other.scale;
+    }
+}
+
+TEST(Directions, NameThePlaneThatStaysAloneToo)
+{
+    const auto names = [](const plane_group& group, scan_direction first) {
+        recorded_image image = row_of<std::int16_t>(SPM_ARRAY_INT16, {1, 2});
+        name_directions(image, group, first);
+        std::vector<std::string> result;
+        for (const smart_string& name : image.stream.subimage_names()) result.emplace_back(name.c_str());
+        return result;
+    };
+    using texts = std::vector<std::string>;
+    EXPECT_EQ(names({3, 1}, scan_direction::forward), (texts{"Forward", "Reverse"}));
+    EXPECT_EQ(names({1}, scan_direction::forward), texts{"Forward"});
+    EXPECT_EQ(names({1}, scan_direction::reverse), texts{"Reverse"});
+    EXPECT_EQ(names({1}, scan_direction::unknown), texts{});
+}
+
 TEST(SampleNumbers, AreCheckedBeforeTheyAreCounted)
 {
     EXPECT_TRUE(holds_numbers(10, 2, 4, 2));

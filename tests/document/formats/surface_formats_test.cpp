@@ -1,3 +1,4 @@
+#include "base/six_digits.h"
 #include "bytes.h"
 #include "document/formats/bcr.h"
 #include "document/formats/opd.h"
@@ -57,6 +58,58 @@ TEST(Bcr, NumbersOfEitherKindAndOrderAreRead)
         EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(3, 10, "nm"));
         EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 3, "\u00B5m"));
         EXPECT_EQ(image.strings.contains("\\Void points"), row.heights[3] == row.heights[2]);
+    }
+}
+
+TEST(Bcr, TheLowestPointIsMovedToZminOnAnAxisOfSixDigits)
+{
+    const std::string floats = le_float(1.5f) + le_float(2) + le_float(3.4e38f) + le_float(4),
+                      whole = le16(15) + le16(20) + le16(32767) + le16(40);
+    const struct {
+        const char *kind, *lines;
+        std::string data, scale;
+        double lowest;
+    } rows[] = {
+        {"bcrf", "zmin = 7.7654321\nzunit = um\n", floats, "raw * 1 + 6.2654321 [\u00B5m] from zunit, lowest",
+         7.7654321},
+        {"bcrf", "zmin = 1.50001\n", floats, "raw * 1 + 0 [nm] from zunit", 1.5}, // nearer than half of 2.5 / 65535
+        {"bcrf", "zmin = -3\n", floats, "raw * 1 + 0 [nm] from zunit", 1.5},
+        {"bcrf", "zmin = 100000.5\n", floats, "raw * 1 + 99999 [nm] from zunit, lowest", 100000.5},
+        {"bcrstm", "zmin = 7.5\nbit2nm = 0.1\n", whole, "raw * 0.1 + 6 [nm] from bit2nm, zunit, lowest", 7.5},
+        {"bcrstm", "zmin = 1.51\nbit2nm = 0.1\n", whole, "raw * 0.1 + 0 [nm] from bit2nm, zunit", 1.5},
+    };
+    for (const auto& row : rows) {
+        const auto result = read_with(read_bcr, bcr_header(row.kind, row.lines) + row.data);
+        ASSERT_TRUE(result) << result.error().reason;
+        const recorded_image& image = item(*result, 0);
+        const VLAxis& axis = image.stream.values.get_axis(0);
+        const double expected[] = {0, 2.5, 0, 0.5}; // above the lowest; the point without a height takes it
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_NEAR(physical(image.stream)[i], row.lowest + expected[i], 0.5 * axis.scale) << row.lines << i;
+        EXPECT_EQ(base::six_digits(axis.start), axis.start) << row.lines;
+        EXPECT_EQ(base::six_digits(axis.scale), axis.scale) << row.lines;
+        EXPECT_TRUE(image.strings.at("\\Z scale").starts_with(row.scale)) << image.strings.at("\\Z scale");
+        EXPECT_EQ(image.strings.at("\\Void points"), "1");
+    }
+}
+
+TEST(Bcr, HeaderTextsArePaddedByZerosAndMayHaveAnOrderMark)
+{
+    std::string padded = "fileformat = bcrstm\n";
+    padded += std::string(3, '\0') + "xpixels = 2\nypixels = 2\n" + std::string(2, '\0') + "\n" + '\0' +
+              "bit2nm = 0.5\nscanspeed = 500\n" + std::string("starttime = now\0then\n", 21);
+    padded.resize(2048, '\0');
+    std::string marked = bcr_header("bcrstm_unicode", "bit2nm = 0.5\nscanspeed = 5 um/s\nstarttime = now then\n");
+    marked = "\xFF\xFE" + marked.substr(0, 4094);
+    const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
+    for (const auto& [header, speed] : {std::pair(padded, "500 nm/s"), std::pair(marked, "5 um/s")}) {
+        const auto result = read_with(read_bcr, header + data);
+        ASSERT_TRUE(result) << result.error().reason;
+        const recorded_image& image = item(*result, 0);
+        EXPECT_EQ(physical(image.stream), (std::vector<double>{1.5, 2, 0.5, 1}));
+        EXPECT_TRUE(image.strings.contains("fileformat"));
+        EXPECT_EQ(image.strings.at("\\Date"), "now then");
+        EXPECT_EQ(image.strings.at("\\Speed"), speed);
     }
 }
 

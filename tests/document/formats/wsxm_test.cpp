@@ -57,11 +57,54 @@ TEST(Wsxm, ImagesStartInTheLowerRightCorner)
     }
 }
 
-TEST(Wsxm, FlatImagesAreZero)
+TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
 {
-    const auto result = read(image("", le16(7) + le16(7) + le16(7) + le16(7)));
-    ASSERT_TRUE(result);
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{0, 0, 0, 0}));
+    const std::string steps = le16(20) + le16(10) + le16(40) + le16(30), flat = le16(7) + le16(7) + le16(7) + le16(7);
+    const std::string floats = le_float(2) + le_float(1) + le_float(4) + le_float(3);
+    const struct {
+        std::string amplitude, data;
+        std::vector<double> heights;
+        const char *units, *note;
+    } rows[] = {
+        {"    Z Amplitude: 3 nm\r\n", flat, {0, 0, 0, 0}, "nm", "flat image"},
+        {"    Z Amplitude: 0 nm\r\n", flat, {0, 0, 0, 0}, "nm", "flat image"},
+        {"    Z Amplitude: 60 arb. units\r\n", steps, {20, 40, 60, 80}, "arb. units", "60 arb. units over a raw"},
+        {"    Z Amplitude: 1,5 \xB5m\r\n", steps, {0.5, 1, 1.5, 2}, "\u00B5m", "raw span of 30"},
+        {"    Z Amplitude: 0 nm\r\n", steps, {10, 20, 30, 40}, "", "Z Amplitude is missing or not above 0"},
+        {"    Z Amplitude: -3 nm\r\n", steps, {10, 20, 30, 40}, "", "Z Amplitude is missing or not above 0"},
+        {"", steps, {10, 20, 30, 40}, "", "Z Amplitude is missing or not above 0"},
+        {"    Image Data Type: float\r\n    Z Amplitude: 0 V\r\n", floats, {1, 2, 3, 4}, "V", "Z Amplitude"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(file_of(
+            "SxM Image file", "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n" + row.amplitude,
+            row.data));
+        ASSERT_TRUE(result) << row.amplitude << result.error().reason;
+        const recorded_image& made = item(*result, 0);
+        const std::vector<double> heights = physical(made.stream);
+        for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.amplitude << i;
+        EXPECT_STREQ(made.stream.values.get_axis(0).get_units(), row.units) << row.amplitude;
+        EXPECT_NE(made.strings.at("\\Z scale").find(row.note), std::string::npos) << made.strings.at("\\Z scale");
+    }
+}
+
+TEST(Wsxm, OffsetsAreTakenInTheUnitOfTheSize)
+{
+    const struct {
+        std::string offset;
+        double start; ///< in micrometres
+    } rows[] = {{"-905.5 nm", -0.9055}, {"1.5 \xB5m", 1.5}, {"2 mm", 2000}, {"20 \xC5", 0.002}, {"3 V", 0}, {"4", 0}};
+    for (const auto& row : rows) {
+        const auto result = read(file_of("SxM Image file",
+                                         "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + row.offset +
+                                             "\r\n[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n",
+                                         le16(1) + le16(2)));
+        ASSERT_TRUE(result) << result.error().reason;
+        const VLAxis& x = item(*result, 0).stream.get_dimension(0).get_axis(0);
+        EXPECT_NEAR(x.start, row.start, 1e-9) << row.offset;
+        EXPECT_EQ(x.scale, 1.0);
+        EXPECT_STREQ(x.get_units(), "\u00B5m");
+    }
 }
 
 TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
@@ -79,6 +122,14 @@ TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
     EXPECT_EQ(physical(item(*uneven, 0).stream), (std::vector<double>{0, 3, 4, 4, 2, 0}));
     EXPECT_STREQ(item(*uneven, 1).stream.get_parameter_stream(), item(*uneven, 0).stream.get_name());
     EXPECT_STREQ(item(*uneven, 1).stream.values.get_axis(0).get_units(), "nN");
+}
+
+TEST(Wsxm, TheLastNumberOfACurveMayEndTheFile)
+{
+    const std::string lines = "[General Info]\r\n Number of points: 3\r\n";
+    const auto result = read(file_of("FZ curve file", lines, "1 2\n2 3\n3 4"));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{2, 3, 4}));
 }
 
 TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
