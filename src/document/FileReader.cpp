@@ -47,13 +47,31 @@ bool VLFileReader::ReadFile(std::istream& in)
     readCancelled = false;
     const std::vector<std::byte> head = head_of(in);
     const document::stream_source named(in, sourcePath);
-    const formats::format_row* format = formats::find_format(head, named.name());
-    fileType = format ? format->type : FILE_UNKNOWN;
-    if (!format) {
-        readError = "the format of this file is not known";
-        return false;
+    if (tryFormats(in, formats::formats_to_try(head, named.name()))) return true;
+    if (readCancelled || formats::find_format(head, named.name())) return false;
+    // Neither content nor name asked for the formats that were tried; only a text says something by its reason.
+    const std::string known = fileType == FILE_TEXT ? "; as a table of numbers: " + readError : "";
+    readError = "the format of this file is not known" + known;
+    fileType = FILE_UNKNOWN;
+    return false;
+}
+
+/// \return false when none can read the file; type and reason are then those of the first
+bool VLFileReader::tryFormats(std::istream& in, const std::vector<const formats::format_row*>& rows)
+{
+    fileType = FILE_UNKNOWN;
+    std::string firstError;
+    const unsigned before = getImagesNumber();
+    for (const formats::format_row* row : rows) {
+        fileType = row->type;
+        readError.clear();
+        if (doReadFile(in)) return true;
+        if (readCancelled || getImagesNumber() != before) return false;
+        if (row == rows.front()) firstError = readError;
     }
-    return doReadFile(in);
+    if (!rows.empty()) fileType = rows.front()->type;
+    readError = firstError;
+    return false;
 }
 
 bool VLFileReader::doReadFile(std::istream& in)

@@ -6,6 +6,7 @@
 #include <functional>
 #include <istream>
 #include <string>
+#include <vector>
 
 /// What a file is read into: the image interface of a document, and the reader that fills it.
 class VLFileReader {
@@ -16,7 +17,8 @@ public:
     virtual SPMDataStream& getImage(unsigned image) = 0;
     virtual unsigned getSubImagesNumber(unsigned image) const = 0;
     virtual unsigned getSubImageLength(unsigned image) const = 0;
-    /// Recognises the file by its content, then by its name, and reads the whole of it.
+    /// Recognises the file by its content, then by its name, and reads the whole of it. Where neither is certain, what
+    /// one format refuses is tried as the next.
     /// \return false when it cannot be used; `getReadError()` then tells why
     virtual bool ReadFile(std::istream& in);
     /// Reads a file whose type `fileType` names already.
@@ -54,6 +56,7 @@ protected:
 
 private:
     bool tellProgress(double done);
+    bool tryFormats(std::istream& in, const std::vector<const formats::format_row*>& rows);
     bool readCancelled = false;
     bool readNative(std::istream& in);
     bool readForeign(std::istream& in, const formats::format_row& format);

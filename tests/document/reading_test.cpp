@@ -70,6 +70,42 @@ TEST_F(DocumentTest, LargeReadsTellTheHostAndStopWhenItSays)
     EXPECT_EQ(host.waiting, 0);
 }
 
+TEST_F(DocumentTest, WhatOneFormatRefusesIsTriedAsTheNext)
+{
+    const std::string table = "1 2 3 4\n5 6 7 8\n", ragged = table + "9\n1 2 3 4\n";
+    const std::string columns = "line 3 has 1 value where line 1 has 4";
+    const struct {
+        const char* name;
+        std::string content;
+        SupportedFileTypes type;
+        std::string reason; ///< empty when it is read
+    } rows[] = {
+        {"m.csv", table, FILE_TEXT, ""},
+        {"m", table, FILE_TEXT, ""},
+        {"m.par", table, FILE_TEXT, ""},
+        {"m.img", table, FILE_TEXT, ""},
+        {"m.tmd", table, FILE_TEXT, ""},
+        {"m.txt", ragged, FILE_TEXT, columns},
+        {"m.csv", ragged, FILE_UNKNOWN, "the format of this file is not known; as a table of numbers: " + columns},
+        {"m.tmd", ragged, FILE_TMD, "not a TrueMap file; Scan 8 files have no public layout and are not supported"},
+        {"m", std::string("\0\0\0\0\4 no tree", 13), FILE_UNKNOWN, "the format of this file is not known"},
+        {"m.csv", "\x7F\x45LF", FILE_UNKNOWN, "the format of this file is not known"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        write_file(folder / row.name, row.content);
+        const std::wstring path = (folder / row.name).wstring();
+        if (row.reason.empty())
+            EXPECT_TRUE(document.OnOpenDocument(path.c_str()));
+        else
+            EXPECT_THROW(document.OnOpenDocument(path.c_str()), CArchiveException);
+        EXPECT_EQ(document.fileType, row.type);
+        EXPECT_EQ(document.getImagesNumber(), row.reason.empty() ? 1u : 0u);
+        const std::string& told = document.getReadError();
+        EXPECT_EQ(told.substr(0, told.find(" (at byte")), row.reason);
+    }
+}
+
 // Volumes may take half of the memory there is.
 TEST_F(DocumentTest, SamplesOfARecordingAreMovedIn)
 {

@@ -65,7 +65,7 @@ constexpr format_note notes[] = {
      "surfaces, profiles, series, layers, colours, spectra and spectral maps of 16 or 32 bits, packed or not; sets of "
      "files",
      "newer documents (.mnt)"},
-    {FILE_AIST, "AIST-NT", "the extension, and a tree that can be read", "rasters with their masks, curves",
+    {FILE_AIST, "AIST-NT", "a tree that can be read, after all others", "rasters with their masks, curves",
      "settings, whose layout is not known"},
     {FILE_OPD, "Wyko", "`01 00` and `Directory`, or `Wyko ASCII Data File Format`",
      "heights and intensities of the binary file or of its text export", "the later .opdx"},
@@ -73,7 +73,7 @@ constexpr format_note notes[] = {
      "JPEG and PNG inside a bitmap"},
     {FILE_JPEG, "JPEG", "`FF D8 FF`", "grey and colour pictures, baseline or progressive", ""},
     {FILE_TIFF, "TIFF", "`II*` or `MM*`", "all pages: pictures of 8 bits, heights of 16 and 32 bits and floats", ""},
-    {FILE_TEXT, "Text table", "numbers behind a header of lines that are none, or a known header",
+    {FILE_TEXT, "Text table", "numbers behind a header of lines that are none, after all others, or a known header",
      "matrices, lists of points on a grid, curves of one or more columns; UTF-8, UTF-16 and Latin-1, decimal points "
      "and "
      "commas, units from headings and from the headers of several programs",

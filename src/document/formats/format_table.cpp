@@ -41,7 +41,7 @@ bool sniff_container(std::span<const std::byte> head)
            std::memcmp(head.data() + nameAt, entry.data(), entry.size()) == 0;
 }
 
-// In the order of the file dialog. type, name, patterns, sniff, possible, read.
+// In the order of the file dialog. type, name, patterns, sniff, possible, read, underAnyName.
 constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
@@ -62,12 +62,12 @@ constexpr format_row rows[] = {
     {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
     {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, possible_pni, read_pni_group},
     {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
-    {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, read_aist},
+    {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, read_aist, true},
     {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, read_opd},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
-    {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, read_text_table},
+    {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, read_text_table, true},
 };
 
 } // namespace

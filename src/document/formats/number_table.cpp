@@ -26,9 +26,11 @@ public:
 
     void add(std::size_t fields)
     {
-        if (longest == 0) longest = fields;
-        areEqual = areEqual && longest < columns && !hasShortLine && fields <= longest; // the last may be shorter
-        hasShortLine = hasShortLine || fields < longest;
+        if (ofFirst == 0) ofFirst = fields;
+        // The last line may be shorter; one behind lines that are longer than a row has lost or won numbers.
+        const bool mayBeLast = fields < ofFirst && ofFirst <= columns;
+        areEqual = areEqual && !hasShortLine && (fields == ofFirst || mayBeLast);
+        hasShortLine = hasShortLine || fields < ofFirst;
         areWholeRows = areWholeRows && fields % columns == 0;
         add_to_row(fields);
     }
@@ -48,7 +50,7 @@ private:
         inRow = lineOfRow = 0;
     }
 
-    std::size_t columns, longest = 0;
+    std::size_t columns, ofFirst = 0;
     std::vector<std::size_t> firstRow; ///< numbers of its lines
     std::size_t lineOfRow = 0, inRow = 0;
     bool isFirstRowWhole = false, hasShortLine = false;

@@ -23,18 +23,36 @@ bool any_pattern_matches(std::string_view patterns, std::string_view fileName) n
     }
 }
 
+const format_row* find_certain(std::span<const std::byte> head) noexcept
+{
+    const auto rows = format_table();
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](const format_row& row) { return row.sniff && row.sniff(head); });
+    return found != rows.end() ? &*found : nullptr;
+}
+
 } // namespace
 
 const format_row* find_format(std::span<const std::byte> head, std::string_view fileName) noexcept
 {
+    if (const format_row* certain = find_certain(head)) return certain;
     const auto rows = format_table();
-    const auto certain =
-        std::find_if(rows.begin(), rows.end(), [&](const format_row& row) { return row.sniff && row.sniff(head); });
-    if (certain != rows.end()) return &*certain;
     const auto fitting = std::find_if(rows.begin(), rows.end(), [&](const format_row& row) {
         return row.possible && any_pattern_matches(row.patterns, fileName) && row.possible(head);
     });
     return fitting != rows.end() ? &*fitting : nullptr;
+}
+
+std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, std::string_view fileName)
+{
+    if (const format_row* certain = find_certain(head)) return {certain};
+    std::vector<const format_row*> rows;
+    for (const bool byName : {true, false})
+        for (const format_row& row : format_table())
+            if (row.possible && (byName || row.underAnyName) && any_pattern_matches(row.patterns, fileName) == byName &&
+                row.possible(head))
+                rows.push_back(&row);
+    return rows;
 }
 
 // The last "*" takes as little as it can and grows by one character after each failure; earlier ones never need to.

@@ -5,6 +5,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 /// What a file is. The numbers of the known ones are part of the reader interface.
 enum SupportedFileTypes : int {
@@ -49,6 +50,8 @@ struct format_row {
     bool (*possible)(std::span<const std::byte> head);
     /// Null for formats whose reader stands elsewhere (the native container).
     base::read_result<recording> (*read)(source& file);
+    /// Possible content is tried under any name when no other row can read it.
+    bool underAnyName = false;
 };
 
 constexpr std::size_t sniffBytes = 4096;
@@ -58,6 +61,10 @@ std::span<const format_row> format_table() noexcept;
 /// The row that reads these bytes: the first that is certain of them, else the first possible one whose patterns fit
 /// the name, else null.
 const format_row* find_format(std::span<const std::byte> head, std::string_view fileName) noexcept;
+/// The rows to try one after another until one can read the file: the one that is certain of these bytes and no other,
+/// else the possible ones whose patterns fit the name, then those that are tried under any name. When `find_format`
+/// knows a row it stands first.
+std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, std::string_view fileName);
 /// Case-insensitive match of one pattern with "*" and "?" against a file name.
 bool pattern_matches(std::string_view pattern, std::string_view fileName) noexcept;
 

@@ -61,6 +61,44 @@ TEST(Registry, TheContentDecidesWhateverTheNameSays)
     EXPECT_EQ(type_of("", "scan.001"), FILE_UNKNOWN);
 }
 
+/// The types to try in their order.
+std::vector<int> to_try(const std::string& head, const char* name)
+{
+    std::vector<int> types;
+    for (const formats::format_row* row : formats::formats_to_try(bytes_of(head), name)) types.push_back(row->type);
+    return types;
+}
+
+TEST(Registry, WhatTheNameSuggestsIsTriedFirstAndTablesUnderAnyName)
+{
+    const std::string table = "1 2 3\n4 5 6\n", wave("\5\0 1", 4), tree("\0\0\0\0\4", 5);
+    const struct {
+        std::string head;
+        const char* name;
+        std::vector<int> types;
+    } rows[] = {
+        {table, "m.txt", {FILE_TEXT}},
+        {table, "m.csv", {FILE_TEXT}},
+        {table, "", {FILE_TEXT}},
+        {table, "m.par", {FILE_SCALA, FILE_TEXT}},
+        {table, "m.img", {FILE_IMG, FILE_TEXT}},
+        {table, "m.aist", {FILE_TEXT}},
+        {std::string("1 2\0 3", 6), "m.par", {FILE_SCALA}}, // no text
+        {wave, "m.ibw", {FILE_IBW}},
+        {wave, "m.csv", {}},
+        {tree, "m", {FILE_AIST}},
+        {tree, "m.tmd", {FILE_TMD, FILE_AIST}},
+        {"prose", "m.csv", {}},
+        {"", "m.csv", {}},
+        {"\\*File list\r\n\\Version: 0x05120000\r\n 1 2 3", "m.par", {FILE_NANOSCOPE}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(to_try(row.head, row.name), row.types) << row.name << ": " << row.head;
+        const SupportedFileTypes likely = type_of(row.head, row.name);
+        EXPECT_TRUE(likely == FILE_UNKNOWN || likely == row.types.at(0)) << row.name;
+    }
+}
+
 TEST(Registry, NoSniffReadsBeyondAShortHead)
 {
     const std::string heads[] = {zip_entry("main.xml"), "\\*Force file list\r\n", "Data_File_Type 7\r\n"};

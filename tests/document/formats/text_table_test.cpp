@@ -138,6 +138,12 @@ INSTANTIATE_TEST_SUITE_P(
         matrix_case("ShortLastLine", "1 2 3 4\n5 6 7 8\n9 10\n"),
         matrix_case("LinesOfThree", spip(4, 2) + "1 2 3\n4 5 6\n7 8\n"),
         matrix_case("RowsBrokenAlike", spip(4, 2) + "1 2 3\n4\n5 6 7\n8\n"),
+        table_case{"LinesOfSix",
+                   spip(4, 3) + "1 2 3 4 5 6\n7 8 9 10 11 12\n",
+                   {4, 3},
+                   {perPoint, perPoint},
+                   {{9, 10, 11, 12, 5, 6, 7, 8, 1, 2, 3, 4}},
+                   "Z[]"},
         matrix_case("RowsOnALine", spip(4, 2) + "1 2 3 4 5 6 7 8\n")),
     [](const auto& each) { return std::string(each.param.name); });
 
