@@ -47,7 +47,7 @@ constexpr format_row rows[] = {
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
      nullptr, read_nanoscope},
     {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
-    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk},
+    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk, true},
     {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
     {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
     {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},

@@ -80,7 +80,7 @@ TEST(Registry, WhatTheNameSuggestsIsTriedFirstAndTablesUnderAnyName)
         {table, "m.txt", {FILE_TEXT}},
         {table, "m.csv", {FILE_TEXT}},
         {table, "", {FILE_TEXT}},
-        {table, "m.par", {FILE_SCALA, FILE_TEXT}},
+        {table, "m.par", {FILE_TEXT}}, // samples of that name have bytes that no text has
         {table, "m.img", {FILE_IMG, FILE_TEXT}},
         {table, "m.aist", {FILE_TEXT}},
         {std::string("1 2\0 3", 6), "m.par", {FILE_SCALA}}, // no text
@@ -88,6 +88,7 @@ TEST(Registry, WhatTheNameSuggestsIsTriedFirstAndTablesUnderAnyName)
         {wave, "m.csv", {}},
         {tree, "m", {FILE_AIST}},
         {tree, "m.tmd", {FILE_TMD, FILE_AIST}},
+        {std::string("PK\3\4", 4), "m.bin", {FILE_JPK}},
         {"prose", "m.csv", {}},
         {"", "m.csv", {}},
         {"\\*File list\r\n\\Version: 0x05120000\r\n 1 2 3", "m.par", {FILE_NANOSCOPE}},
