@@ -96,7 +96,7 @@ base::read_result<recorded_image> load_layers(source& file, const ibw_wave& wave
 void name_parts(recorded_image& image, const ibw_wave& wave, const plane_group& group, scan_direction first)
 {
     static const std::string parts[] = {"Real", "Imaginary"},
-                             both[] = {"Forward, Real", "Forward, Imaginary", "Reverse, Real", "Reverse, Imaginary"};
+                             both[] = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"};
     if (!wave.isComplex)
         name_directions(image, group, first);
     else if (group.size() == 1)

@@ -255,7 +255,7 @@ TEST(Ibw, ComplexLayersOfTwoDirectionsAreNamedInFull)
     const auto result = read(made);
     ASSERT_TRUE(result) << result.error().reason;
     EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 10, 20, 3, 4, 30, 40}));
-    const char* names[] = {"Forward, Real", "Forward, Imaginary", "Reverse, Real", "Reverse, Imaginary"};
+    const char* names[] = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"};
     const auto& named = item(*result, 0).stream.subimage_names();
     ASSERT_EQ(named.size(), 4u);
     for (std::size_t i = 0; i < 4; ++i) EXPECT_STREQ(named[i].text, names[i]);

@@ -81,6 +81,7 @@ TEST(Registry, WhatTheNameSuggestsIsTriedFirstAndTablesUnderAnyName)
         {table, "m.csv", {FILE_TEXT}},
         {table, "", {FILE_TEXT}},
         {table, "m.par", {FILE_TEXT}}, // samples of that name have bytes that no text has
+        {table, "m.tmd", {FILE_TMD, FILE_TEXT}},
         {table, "m.img", {FILE_IMG, FILE_TEXT}},
         {table, "m.aist", {FILE_TEXT}},
         {std::string("1 2\0 3", 6), "m.par", {FILE_SCALA}}, // no text
