@@ -110,6 +110,17 @@ bool VLFileReader::readForeign(std::istream& in, const formats::format_row& form
     return addRecording(*recording);
 }
 
+namespace {
+
+/// Foreign keys can hold the mark that ends a key in main.xml, where texts stand without escapes.
+std::string storable_key(std::string key)
+{
+    for (std::size_t mark = key.find("\">"); mark != std::string::npos; mark = key.find("\">", mark)) key[mark] = '\'';
+    return key;
+}
+
+} // namespace
+
 bool VLFileReader::addRecording(formats::recording& recording)
 {
     if (recording.items.empty()) {
@@ -120,7 +131,8 @@ bool VLFileReader::addRecording(formats::recording& recording)
         if (auto* image = std::get_if<formats::recorded_image>(&item)) {
             makeIdUnique(image->stream); // the ids of pictures are given here, not by the reader
             moveIn(image->stream);
-            for (const auto& [key, text] : image->strings) setString(key.c_str(), text.c_str(), getImagesNumber() - 1);
+            for (const auto& [key, text] : image->strings)
+                setString(storable_key(key).c_str(), text.c_str(), getImagesNumber() - 1);
         } else {
             const auto& picture = std::get<formats::picture>(item);
             const RGBQUAD* palette = picture.palette.empty() ? nullptr : picture.palette.data();
@@ -130,7 +142,7 @@ bool VLFileReader::addRecording(formats::recording& recording)
             }
         }
     }
-    for (const auto& [key, text] : recording.strings) setString(key.c_str(), text.c_str(), documentTable);
+    for (const auto& [key, text] : recording.strings) setString(storable_key(key).c_str(), text.c_str(), documentTable);
     if (!recording.title.empty()) setDisplayTitle(recording.title);
     return true;
 }

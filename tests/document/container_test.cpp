@@ -280,4 +280,20 @@ TEST_F(ContainerTest, FileNamesMayHoldAnyBytes)
     EXPECT_TRUE(document.Revert());
 }
 
+TEST_F(ContainerTest, KeysOfForeignFilesNeverEndTooSoon)
+{
+    formats::recording recording;
+    formats::recorded_image image;
+    image.stream = heights("hgt", {2, 1}, 2);
+    image.strings["a \">b\"> \"c\""] = "v";
+    recording.strings["\">"] = "w";
+    recording.items.emplace_back(std::move(image));
+    ASSERT_TRUE(document.addRecording(recording));
+    EXPECT_EQ(document.strings(0).count("a '>b'> \"c\""), 1u);
+    save("keys.spm");
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("keys.spm").c_str())) << last();
+    expect_equal(read, document);
+}
+
 } // namespace
