@@ -10,17 +10,16 @@
 #include "host/QtScreen.h"
 #include "host/VariableDialog.h"
 #include "host/WindowsDialog.h"
+#include "host/file_dialog.h"
 #include "host/preview_pane.h"
 #include "host/qt_menus.h"
 #include "platform/WinApp.h"
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QHeaderView>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QScreen>
-#include <QTreeView>
 
 namespace {
 
@@ -32,36 +31,6 @@ QWidget* prompt_parent(QWidget* main)
     if (QWidget* const dialog = QApplication::activeModalWidget()) return dialog;
     QWidget* const active = QApplication::activeWindow();
     return active ? active : main;
-}
-
-/// "name|*.a;*.b|name|*.c||" as the toolkit's list.
-QStringList name_filters(const std::string& filter)
-{
-    QStringList out;
-    const QStringList fields = QString::fromStdString(filter).split('|');
-    for (qsizetype i = 0; i + 1 < fields.size() && !fields[i].isEmpty(); i += 2) {
-        QString name = fields[i];
-        // The toolkit reads patterns from the parentheses, so those of the name have to go.
-        if (const qsizetype open = name.lastIndexOf('('); open > 0) name = name.left(open).trimmed();
-        QString patterns = fields[i + 1];
-        patterns.replace(';', ' ').replace(',', ' ').replace("*.*", "*");
-        out << name + " (" + patterns + ")";
-    }
-    return out;
-}
-
-/// Sizes and dates as wide as they are, names as wide as the room allows; without the type, which the toolkit takes
-/// from the extension and has other ideas of.
-void fit_columns(const QFileDialog& dialog)
-{
-    auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
-    if (!files) return;
-    constexpr int typeColumn = 2;
-    files->setColumnHidden(typeColumn, true);
-    QHeaderView& header = *files->header();
-    header.setStretchLastSection(false);
-    header.setSectionResizeMode(QHeaderView::ResizeToContents);
-    header.setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 } // namespace
@@ -90,10 +59,8 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
-    dialog.setNameFilters(name_filters(prompt.filter));
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    host::prepare_file_dialog(dialog, prompt.filter);
     dialog.resize(openDialogSize); // names, sizes and dates beside the preview
-    fit_columns(dialog);
     host::add_preview(dialog, prompt);
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
@@ -106,11 +73,9 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 {
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
-    dialog.setNameFilters(name_filters(prompt.filter));
+    host::prepare_file_dialog(dialog, prompt.filter);
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
-    fit_columns(dialog);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.selectedFiles().front().toStdWString();
 }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QProcessEnvironment>
@@ -14,7 +15,22 @@
 namespace {
 
 pid_t display = 0;
-constexpr int patience = 10'000, breath = 100; // milliseconds
+constexpr int patience = 30'000, settling = 3'000, breath = 100; // milliseconds
+
+/// True when no thread of a process runs.
+bool is_waiting(qint64 process)
+{
+    const QDir threads(QStringLiteral("/proc/%1/task").arg(process));
+    for (const QString& thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile status(threads.filePath(thread + "/stat"));
+        if (!status.open(QIODevice::ReadOnly)) continue;
+        const QByteArray text = status.readAll();
+        if (text.isEmpty()) continue;                                   // the thread has just ended
+        const char state = text.mid(text.lastIndexOf(')') + 2).front(); // "NUMBER (NAME) STATE …"
+        if (state == 'R' || state == 'D') return false;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -87,10 +103,28 @@ bool desktop::sees(const char* name, const std::function<bool(const QImage&)>& e
     return held;
 }
 
-void desktop::act(const QStringList& what)
+bool desktop::act(const QStringList& what) const
 {
-    QProcess::execute("xdotool", what);
-    QThread::msleep(breath);
+    const bool done = QProcess::execute("xdotool", what) == 0;
+    settle();
+    return done;
+}
+
+void desktop::settle() const
+{
+    constexpr int looks = 5;
+    QElapsedTimer clock;
+    clock.start();
+    for (int calm = 0; calm < looks && clock.elapsed() < settling;) {
+        QThread::msleep(breath / looks);
+        calm = is_waiting(program.processId()) && is_waiting(display) ? calm + 1 : 0;
+    }
+}
+
+void desktop::takeFocus() const
+{
+    // A dialog that is just closing can end under the eyes of the search.
+    for (int tries = 0; tries < 5 && !act({"search", "--name", "^Velmira$", "windowfocus"}); ++tries) continue;
 }
 
 void desktop::moveTo(QPoint at) const { act({"mousemove", QString::number(at.x()), QString::number(at.y())}); }

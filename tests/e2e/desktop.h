@@ -18,13 +18,13 @@ public:
 
     /// What is on the screen now.
     QImage look() const;
-    /// Looks until `expected` holds, at most ten seconds; keeps the last picture as out/e2e/NAME.png. \return it held
+    /// Looks until `expected` holds, at most half a minute; keeps the last picture as out/e2e/NAME.png. \return it held
     bool sees(const char* name, const std::function<bool(const QImage&)>& expected) const;
 
     void press(const QString& keys) const { act({"key", keys}); }
     void type(const QString& text) const { act({"type", "--delay", "5", text}); }
     /// Gives the keys to the main window, as a window manager does when a dialog closes.
-    void takeFocus() const { act({"search", "--name", "^Velmira$", "windowfocus"}); }
+    void takeFocus() const;
     void click(QPoint at) const;
     void moveTo(QPoint at) const;
     /// With the left button, and a key held or none.
@@ -36,7 +36,11 @@ public:
     int waitForEnd();
 
 private:
-    static void act(const QStringList& what);
+    /// \return false when the tool could not; all that follows from what it did has happened
+    bool act(const QStringList& what) const;
+    /// Waits until neither the workstation nor the display has anything to do; not for long, as a file dialog over a
+    /// folder in which others write never comes to rest.
+    void settle() const;
 
     QProcess program;
 };
