@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
@@ -58,7 +59,10 @@ private:
         if (shown.pixels.empty()) return;
         const QImage image(reinterpret_cast<const uchar*>(shown.pixels.data()), shown.size.cx, shown.size.cy,
                            shown.size.cx * 4, QImage::Format_RGB32);
-        picture->setPixmap(QPixmap::fromImage(image.copy())); // a pixmap may go on using the image's bytes
+        const int times =
+            std::max(1, paneWidth / std::max({1, image.width(), image.height()})); // a map of curves is small
+        // A pixmap may go on using the image's bytes.
+        picture->setPixmap(QPixmap::fromImage(image.scaled(image.size() * times).copy()));
     }
 
     const open_prompt& prompt;

@@ -123,8 +123,9 @@ TEST(PreviewPane, ShowsTheFileOnWhichTheUserStays)
     EXPECT_EQ(text->text(), "two pixels");
     EXPECT_EQ(asked, std::vector<std::wstring>{(folder / "b.spm").wstring()});
     const QImage shown = picture->pixmap().toImage();
-    EXPECT_EQ(shown.pixelColor(0, 0), QColor(Qt::red));
-    EXPECT_EQ(shown.pixelColor(1, 0), QColor(Qt::blue));
+    ASSERT_EQ(shown.size(), QSize(220, 110)); // as large as the pane holds
+    EXPECT_EQ(shown.pixelColor(109, 0), QColor(Qt::red));
+    EXPECT_EQ(shown.pixelColor(110, 109), QColor(Qt::blue));
     dialog.findChild<QCheckBox*>()->setChecked(false);
     EXPECT_TRUE(text->text().isEmpty());
 }
