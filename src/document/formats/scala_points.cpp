@@ -127,10 +127,10 @@ base::read_result<std::vector<recorded_image>> make_scala_points(std::span<scala
     const scala_channel& channel = *parts.front().channel;
     const std::string places = places_of(parts);
     const std::string parameter = channel.parameter.empty() ? "Parameter" : channel.parameter;
-    const curve_positions positions{parameter,
-                                    parameter,
-                                    {1.0, 0.0, scala_parameter_units(channel), "first column"},
-                                    take_curves(parts, &scala_points::x)};
+    curve_positions positions;
+    positions.id = positions.label = parameter;
+    positions.scale = {1.0, 0.0, scala_parameter_units(channel), "first column"};
+    positions.curves = take_curves(parts, &scala_points::x);
     const std::vector<named_curve> raw = take_curves(parts, &scala_points::raw);
     if (!is_modest_padding(raw)) return base::read_error{0, "curves differ too much in length"};
     auto images = make_curves_over(positions, channel.label(), channel.lsbScale, raw, ids);
