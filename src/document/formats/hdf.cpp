@@ -74,7 +74,7 @@ proscan_header parse_header(std::span<const std::byte> bytes)
     add_number(header, "Tip bias", in.f32(), "V");
     const double gain = in.f32();
     const std::string units = normal_unit(fixed_text(in, 8));
-    header.scale.origin = "no usable z gain";
+    header.scale.origin = "the numbers as they stand; no usable z gain";
     if (std::isfinite(gain) && gain != 0.0) header.scale = {gain, 0.0, units, "z gain"};
     if (bytes.size() > 138) add_string(header, "Comment", header_text(as_text(bytes.subspan(138))));
     return header;

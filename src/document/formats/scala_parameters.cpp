@@ -85,7 +85,7 @@ scan_direction parse_direction(const std::string& text)
 value_scale usable_scale(double step, double offset, const std::string& units, const char* origin)
 {
     if (!std::isfinite(step) || step == 0.0 || !std::isfinite(offset))
-        return {1.0, 0.0, "", "the numbers as they stand, without a usable range or resolution"};
+        return {1.0, 0.0, "", "the numbers as they stand; no usable range or resolution"};
     return {step, offset, units, origin};
 }
 

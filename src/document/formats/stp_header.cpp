@@ -81,16 +81,8 @@ value_scale external_scale(const line_table& buffer)
 /// Inputs measure from -10 V to 10 V.
 const value_scale voltageScale{10.0 / halfRange, -10.0, "V", "source_mode"};
 
-/// What source 2 measures depends on the way of working: a tip's current, or what a cantilever does.
-const char* detector_name(const std::string& operatingMode)
-{
-    const std::string mode = base::lower_ascii(operatingMode);
-    const bool oscillates = mode.starts_with("ac") || mode.starts_with("mac") || mode.find("ac mode") != mode.npos;
-    if (mode.starts_with("stm")) return "Current";
-    if (oscillates) return "Amplitude";
-    if (mode.starts_with("afm") || mode.starts_with("contact")) return "Deflection";
-    return "Current, deflection or amplitude";
-}
+/// What source 2 measures: a tip's current, or what a cantilever does. No other field is known to tell which.
+constexpr const char* detectorName = "Current, deflection or amplitude";
 
 void set_channel(const line_table& global, const line_table& lines, stp_buffer& buffer)
 {
@@ -101,7 +93,7 @@ void set_channel(const line_table& global, const line_table& lines, stp_buffer& 
         buffer.label = "Topography";
         set_topography_scale(global, lines, buffer);
     } else if (mode == 2 || isInput) {
-        buffer.label = mode == 2 ? detector_name(text_of(global, "op_mode")) : "Input " + std::to_string(mode);
+        buffer.label = mode == 2 ? detectorName : "Input " + std::to_string(mode);
         buffer.scale = voltageScale;
     } else if (mode == 99) {
         buffer.label = "External";

@@ -20,7 +20,7 @@ bool is_known_kind(std::int16_t kind) noexcept
     case sur_kind::disc:
     case sur_kind::multilayer_profile:
     case sur_kind::multilayer_surface:
-    case sur_kind::disc_merged:
+    case sur_kind::second_disc:
     case sur_kind::intensity_image:
     case sur_kind::intensity_surface:
     case sur_kind::rgb_image:

@@ -25,7 +25,7 @@ enum class sur_kind : std::int16_t {
     disc = 6,
     multilayer_profile = 7,
     multilayer_surface = 8,
-    disc_merged = 9,
+    second_disc = 9,
     intensity_image = 10,
     intensity_surface = 11,
     rgb_image = 12,

@@ -79,8 +79,8 @@ std::string complaint_or(const tiff_file& file, const char* text)
 
 base::read_result<recording> read_tiff(source& source_)
 {
-    if (file_has_tiff_tag(source_,
-                          jpkGridTag)) { // its directories may lie behind the bytes that tell the formats apart
+    // The directories may lie behind the bytes that tell the formats apart.
+    if (file_has_tiff_tag(source_, jpkGridTag)) {
         std::vector<std::string> ids;
         return read_jpk_image(source_, ids);
     }

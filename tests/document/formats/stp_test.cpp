@@ -82,21 +82,6 @@ TEST(Stp, EachSourceHasItsScale)
     }
 }
 
-TEST(Stp, TheWayOfWorkingNamesTheDetector)
-{
-    const struct {
-        const char *mode, *label;
-    } rows[] = {{"STM", "Current"},
-                {"AFM", "Deflection"},
-                {"Contact", "Deflection"},
-                {"ACAFM", "Amplitude"},
-                {"MAC Mode", "Amplitude"}};
-    for (const auto& row : rows) {
-        const auto result = read(formats::read_stp, build(line("op_mode", row.mode) + buffer("2"), {1, 2, 3, 4}));
-        EXPECT_STREQ(image_at(result, 0).stream.get_description(), row.label) << row.mode;
-    }
-}
-
 TEST(Stp, DirectionsOfDifferentSourcesStayApart)
 {
     const auto buffers = buffer("1", line("collect_mode", "1")) + buffer("9", line("collect_mode", "1")) +
