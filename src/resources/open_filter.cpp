@@ -1,10 +1,14 @@
 #include "resources/open_filter.h"
 
 #define NANOSCOPE_PATTERNS "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??"
+#define SCALA_PATTERNS "*.par;*.tf?;*.tb?;*.sf?;*.sb?"
+// Tables of numbers open under any name; these are what programs call them.
+#define TABLE_PATTERNS "*.txt;*.dat;*.csv;*.tsv;*.asc;*.xyz"
 
 const char* const openFilterText =
     "All known formats|*.spm;" NANOSCOPE_PATTERNS ";*.hdf;*.jpk*;*.tmd;*.sm2;*.stp;*.tlk;*.to?;*.ch?;*.mdt;*.img;*.bcr;"
-    "*.ibw;*.wip;*.par;*.nid;*.ezd;*.pni;*.sur;*.pro;*.aist;*.opd;*.bmp;*.jpg;*.jpeg;*.tif;*.tiff;*.txt;*.dat|"
+    "*.ibw;*.wip;" SCALA_PATTERNS
+    ";*.nid;*.ezd;*.pni;*.sur;*.pro;*.aist;*.opd;*.bmp;*.jpg;*.jpeg;*.png;*.tif;*.tiff;" TABLE_PATTERNS "|"
     "Velmira files (*.spm)|*.spm|"
     // Escaped: two question marks and a parenthesis would be a trigraph.
     "NanoScope files (*.0?\?)|" NANOSCOPE_PATTERNS "|"
@@ -20,7 +24,7 @@ const char* const openFilterText =
     "Umka files (*.bcr)|*.bcr|"
     "IgorPro Files (*.ibw)|*.ibw|"
     "WITec files (*.wip)|*.wip|"
-    "Omicron files (*.par)|*.par|"
+    "Omicron files (*.par)|" SCALA_PATTERNS "|"
     "Nanosurf files (*.nid)|*.nid;*.ezd|"
     "Pacific Nanotech files (*.pni)|*.pni|"
     "Digital Surf files (*.sur,*.pro)|*.sur;*.pro|"
@@ -28,6 +32,7 @@ const char* const openFilterText =
     "WYKO Files (*.opd)|*.opd|"
     "Bitmap files (*.bmp)|*.bmp|"
     "JPEG files (*.jpg)|*.jpg;*.jpeg|"
+    "PNG files (*.png)|*.png|"
     "TIFF files (*.tif)|*.tif;*.tiff|"
-    "Text files (*.txt, *.dat)|*.txt;*.dat|"
+    "Text files (*.txt, *.dat)|" TABLE_PATTERNS "|"
     "All files (*.*)|*.*||";

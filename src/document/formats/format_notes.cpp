@@ -72,6 +72,9 @@ constexpr format_note notes[] = {
     {FILE_BMP, "Bitmap", "`BM`", "1, 4, 8, 16, 24 and 32 bits, plain, run-length coded or with bit fields",
      "JPEG and PNG inside a bitmap"},
     {FILE_JPEG, "JPEG", "`FF D8 FF`", "grey and colour pictures, baseline or progressive", ""},
+    {FILE_PNG, "PNG", "`89 50 4E 47 0D 0A 1A 0A`",
+     "grey and colour pictures of all depths, interlaced or not; grey levels of 16 bits are heights",
+     "transparency; all but the first picture of an animation"},
     {FILE_TIFF, "TIFF", "`II*` or `MM*`", "all pages: pictures of 8 bits, heights of 16 and 32 bits and floats", ""},
     {FILE_TEXT, "Text table", "numbers behind a header of lines that are none, after all others, or a known header",
      "matrices, lists of points on a grid, curves of one or more columns; UTF-8, UTF-16 and Latin-1, decimal points "

@@ -10,6 +10,7 @@
 #include "document/formats/nanoscope.h"
 #include "document/formats/nid.h"
 #include "document/formats/opd.h"
+#include "document/formats/png.h"
 #include "document/formats/pni.h"
 #include "document/formats/registry.h"
 #include "document/formats/scala.h"
@@ -66,6 +67,7 @@ constexpr format_row rows[] = {
     {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, read_opd},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
+    {FILE_PNG, "PNG files", "*.png", sniff_png, nullptr, read_png},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
     {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, read_text_table, true},
 };

@@ -34,6 +34,7 @@ enum SupportedFileTypes : int {
     FILE_AIST = 22,
     FILE_SUR = 23,
     FILE_PNI = 26,
+    FILE_PNG = 27,
 };
 
 namespace formats {

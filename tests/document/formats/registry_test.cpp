@@ -1,4 +1,6 @@
+#include "base/text.h"
 #include "document/formats/format_notes.h"
+#include "resources/strings.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -120,6 +122,34 @@ TEST(Registry, RowsAreWholeAndTypesUnique)
         EXPECT_TRUE(row.read || row.type == FILE_SPMX) << row.name;
         EXPECT_EQ(formats::note_of(row.type).type, row.type) << row.name;
     }
+}
+
+/// Patterns of each filter of the open dialog, in its order.
+std::vector<std::set<std::string>> dialog_filters()
+{
+    const auto fields = base::split(string_resource(1025), '|');
+    std::vector<std::set<std::string>> filters;
+    for (std::size_t i = 1; i < fields.size(); i += 2) {
+        const auto patterns = base::split(fields[i], ';');
+        filters.emplace_back(patterns.begin(), patterns.end());
+    }
+    return filters;
+}
+
+TEST(Registry, TheOpenDialogOffersAllThatOpens)
+{
+    const auto filters = dialog_filters();
+    ASSERT_GT(filters.size(), formats::format_table().size());
+    std::size_t at = 0;
+    for (const formats::format_row& row : formats::format_table()) {
+        ++at; // behind all known formats, one each
+        for (const std::string_view pattern : base::split(row.patterns, ';')) {
+            EXPECT_TRUE(filters[0].contains(std::string(pattern))) << row.name << ' ' << pattern;
+            EXPECT_TRUE(filters[at].contains(std::string(pattern))) << row.name << ' ' << pattern;
+        }
+    }
+    for (const char* table : {"*.csv", "*.asc", "*.xyz"})
+        EXPECT_TRUE(filters[0].contains(table)) << "tables open under any name";
 }
 
 } // namespace
