@@ -1,6 +1,7 @@
 #include "document/FileReader.h"
 
 #include "base/text.h"
+#include "document/formats/force_order.h"
 #include "document/spmx_read.h"
 #include "document/stream_source.h"
 
@@ -107,6 +108,7 @@ bool VLFileReader::readForeign(std::istream& in, const formats::format_row& form
             readError += base::formatted(" (at byte %llu)", static_cast<unsigned long long>(recording.error().offset));
         return false;
     }
+    formats::order_by_forces(*recording);
     return addRecording(*recording);
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/units.h"
 #include "document/formats/curve_group.h"
+#include "document/formats/force_order.h"
 #include "document/formats/ibw_channels.h"
 #include "document/formats/ibw_header.h"
 #include "document/formats/ibw_note.h"
@@ -170,6 +171,14 @@ void set_parameter_streams(recording& result)
     }
 }
 
+/// Segments are stored in the order of time; "Direction" of the note gave them their names.
+void order_in_time(recorded_image& image, std::span<const named_curve> curves)
+{
+    std::vector<contact_end> ends;
+    for (const named_curve& curve : curves) ends.push_back(contact_in_time(way_of_part(curve.name)));
+    order_from_contact(image, ends);
+}
+
 /// Columns with names are channels, others are curves of one channel.
 base::read_result<recording> read_curves(source& file, const ibw_wave& wave)
 {
@@ -191,6 +200,8 @@ base::read_result<recording> read_curves(source& file, const ibw_wave& wave)
         const value_scale scale = ibw_channel_scale(wave, label);
         recorded_image image = make_curve_group(unique_id(label, ids), label, axis_of(wave, 0), scale, curves);
         add_ibw_deflection(image, wave, label, scale);
+        order_in_time(image, curves);
+        note_deflection_sign(image);
         result.items.emplace_back(std::move(image));
     };
     const std::string waveLabel = wave.name.empty() ? "Curve" : wave.name;

@@ -1,5 +1,6 @@
 #include "base/text.h"
 #include "document/formats/curve_group.h"
+#include "document/formats/force_order.h"
 #include "document/formats/jpk_layout.h"
 #include "document/formats/jpk_strings.h"
 #include "document/formats/sample_numbers.h"
@@ -138,10 +139,21 @@ public:
         settle_samples(image, voids);
         note_curve_lengths(image, static_cast<unsigned>(parts.longest), lengths);
         name_subimages(image, names);
+        order_from_contact(image, ends_of(parts));
+        note_deflection_sign(image);
         return image;
     }
 
 private:
+    /// Segments are stored in the order of time.
+    static std::vector<contact_end> ends_of(const jpk_channel_parts& parts)
+    {
+        std::vector<contact_end> ends;
+        for (const jpk_channel_part& part : parts.parts)
+            ends.push_back(part.segment ? contact_in_time(way_of_part(part.segment->name)) : contact_end::unknown);
+        return ends;
+    }
+
     recorded_image make(const jpk_channel_parts& parts, const std::string& id, const value_scale& scale,
                         SPMVarArrayType type)
     {
@@ -200,14 +212,22 @@ int position_rank(const std::string& name)
     return base::lower_ascii(name).find("height") != std::string::npos ? -1 : 0; // smoothed copies and the like
 }
 
-/// Draws every channel of a single curve over the best position channel.
+bool has_same_shape(const SPMDataStream& a, const SPMDataStream& b)
+{
+    bool isSame = a.array_length() == b.array_length() && a.get_dimensions_number() == b.get_dimensions_number();
+    for (unsigned d = 0; isSame && d < a.get_dimensions_number(); ++d)
+        isSame = a.get_dimension(d).length == b.get_dimension(d).length;
+    return isSame;
+}
+
+/// Draws every channel over the best position channel.
 void set_parameter_streams(recording& result)
 {
     const SPMDataStream* best = nullptr;
     int bestRank = 0;
     for (const auto& item : result.items) {
         const SPMDataStream& stream = std::get<recorded_image>(item).stream;
-        const int rank = stream.get_dimensions_number() == 1 ? position_rank(stream.get_description()) : 0;
+        const int rank = position_rank(stream.get_description());
         if (rank > bestRank) {
             best = &stream;
             bestRank = rank;
@@ -217,8 +237,7 @@ void set_parameter_streams(recording& result)
     for (auto& item : result.items) {
         SPMDataStream& stream = std::get<recorded_image>(item).stream;
         const bool isPosition = position_rank(stream.get_description()) != 0;
-        if (!isPosition && stream.array_length() == best->array_length() && stream.get_dimensions_number() == 1)
-            stream.set_parameter_stream(best->get_name());
+        if (!isPosition && has_same_shape(stream, *best)) stream.set_parameter_stream(best->get_name());
     }
 }
 

@@ -127,13 +127,14 @@ SPMDataStream& stream_of(recording& out, const placed_channel& placed)
     return std::get<recorded_image>(out.items[placed.item]).stream;
 }
 
-/// Draws single curves over the measured height of as many samples on both ways.
+/// Draws curves over the measured height of as many samples on both ways, at as many points.
 void set_parameter_stream(recording& out, const std::vector<placed_channel>& channels, const placed_channel& height)
 {
     for (const placed_channel& each : channels) {
         const nanoscope_force &own = each.channel, &measured = height.channel;
-        const bool isAlike = !own.isVariable && !measured.isVariable && own.columns == 0 && measured.columns == 0 &&
-                             own.approach == measured.approach && own.retract == measured.retract;
+        const bool isAlike = !own.isVariable && !measured.isVariable && own.columns == measured.columns &&
+                             own.rows == measured.rows && own.approach == measured.approach &&
+                             own.retract == measured.retract;
         if (each.item != height.item && isAlike)
             stream_of(out, each).set_parameter_stream(stream_of(out, height).get_name());
     }
@@ -180,6 +181,7 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
     out.length = *length;
     out.scales = nanoscope_force_scales(header, section);
     out.isOverTime = is_nanoscope_time(header, section);
+    out.isOverBias = is_nanoscope_bias(header, section);
     const std::string* context = section.find("start context");
     if (!context) context = header.setting("start context"); // of the file list
     out.isVariable = context && context->ends_with("VAR");

@@ -19,15 +19,18 @@ struct nanoscope_force {
     unsigned sampleBytes = 2;
     bool isVariable = false; ///< rows of any length, each behind its count
     bool isOverTime = false; ///< shown in the order in which the samples are stored
+    bool isOverBias = false; ///< a voltage is driven, stored from its end to its begin
     std::uint64_t offset = 0, length = 0;
     std::vector<value_scale> scales; ///< the one to show first
-    VLAxis ramp;                     ///< of the approach samples when they run from the free end to the contact
+    VLAxis ramp;                     ///< of the approach samples: from the contact to the free end, or along a bias
     VLAxis x, y;                     ///< of a force volume
 
     unsigned samples() const noexcept { return approach + retract + hold; }
     std::uint64_t curves() const noexcept { return columns ? std::uint64_t{columns} * rows : 1; }
     /// A single curve whose ways have different counts.
     bool isPadded() const noexcept { return columns == 0 && retract != 0 && retract != approach; }
+    /// Both ways are stored from the contact on.
+    bool startsAtContact() const noexcept { return !isOverTime && !isOverBias && !isVariable; }
 };
 
 /// Reads counts, place, scales and axes. \return a reason why the samples cannot be there, or an empty text
@@ -41,7 +44,11 @@ std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, 
 /// True when curves of a channel run over the time instead of the ramp.
 bool is_nanoscope_time(const nanoscope_header& header, const nanoscope_section& section);
 
-/// The ramp as an axis of `points` samples from the free end on; index numbers when the header does not tell it.
+/// True when the ramp drives a voltage instead of the probe.
+bool is_nanoscope_bias(const nanoscope_header& header, const nanoscope_section& section);
+
+/// The ramp as an axis of `points` samples: from its full size, the contact, down to 0, or from begin to end of a bias;
+/// index numbers when the header does not tell it.
 VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points);
 
 /// Loads the samples of a channel: first one image with the approach and the retract as sub-images, the shorter of them

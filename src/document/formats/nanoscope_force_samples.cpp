@@ -1,4 +1,5 @@
 #include "document/formats/curve_group.h"
+#include "document/formats/force_order.h"
 #include "document/formats/nanoscope_force.h"
 #include "document/formats/nanoscope_strings.h"
 #include "document/formats/sample_numbers.h"
@@ -98,8 +99,8 @@ void copy_part(std::span<const T> part, bool isTurned, std::span<T> out)
     std::fill(out.begin() + static_cast<std::ptrdiff_t>(part.size()), out.end(), out[part.size() - 1]);
 }
 
-/// Copies curves to their sub-images. Approach and retract are stored from the contact on and shown from the free end,
-/// unless they are shown over the time.
+/// Copies curves to their sub-images. Approach and retract are stored from the contact on and stay so; a bias is shown
+/// from its begin.
 template <class T>
 void distribute(const nanoscope_force& channel, std::span<const T> block, std::uint64_t firstCurve,
                 std::vector<part_image>& images)
@@ -112,9 +113,19 @@ void distribute(const nanoscope_force& channel, std::span<const T> block, std::u
             auto out = elements_of<T>(target.image).subspan((s * channel.curves() + firstCurve) * points);
             for (std::size_t i = 0; i < curves; ++i)
                 copy_part(block.subspan(i * channel.samples() + part.first, part.count),
-                          !channel.isOverTime && !is_hold(part), out.subspan(i * points, points));
+                          channel.isOverBias && !channel.isOverTime && !is_hold(part), out.subspan(i * points, points));
         }
     }
+}
+
+/// Tells in the texts where the contact lies and which way the deflection goes.
+void note_contact(const nanoscope_force& channel, part_image& target)
+{
+    std::vector<contact_end> ends;
+    for (const curve_part& part : target.parts)
+        ends.push_back(channel.startsAtContact() && !is_hold(part) ? contact_end::first : contact_end::unknown);
+    order_from_contact(target.image, ends);
+    note_deflection_sign(target.image);
 }
 
 /// Fills the images. \return empty, or what went wrong
@@ -180,6 +191,7 @@ base::read_result<std::vector<recorded_image>> load_nanoscope_force(source& file
     if (!problem.empty()) return base::read_error{channel.offset, problem};
     for (part_image& each : images) {
         settle_samples(each.image);
+        note_contact(channel, each);
         result.push_back(std::move(each.image));
     }
     return result;

@@ -121,12 +121,16 @@ bool is_nanoscope_time(const nanoscope_header& header, const nanoscope_section& 
     return kind && base::lower_ascii(*kind).starts_with("time");
 }
 
+bool is_nanoscope_bias(const nanoscope_header& header, const nanoscope_section& section)
+{
+    const std::string* channel = ramp_line(header, section, "ramp channel");
+    return channel && parse_nanoscope_value(*channel).display.find("Bias") != std::string::npos;
+}
+
 VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points)
 {
     if (points < 2 || is_nanoscope_time(header, section)) return {};
-    const std::string* channel = ramp_line(header, section, "ramp channel");
-    const bool isBias = channel && parse_nanoscope_value(*channel).display.find("Bias") != std::string::npos;
-    if (isBias) {
+    if (is_nanoscope_bias(header, section)) {
         const value_scale begin = ramp_value(header, section, "ramp begin"),
                           end = ramp_value(header, section, "ramp end");
         if (begin.step == end.step) return {};
@@ -134,7 +138,8 @@ VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& s
     }
     const value_scale size = ramp_value(header, section, "ramp size");
     if (size.step == 0.0) return {};
-    return {0.0, std::fabs(size.step) / (points - 1), size.units.c_str()};
+    const double length = std::fabs(size.step);
+    return {length, -length / (points - 1), size.units.c_str()};
 }
 
 } // namespace formats

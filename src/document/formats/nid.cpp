@@ -1,7 +1,9 @@
 #include "document/formats/nid.h"
 
 #include "base/text.h"
+#include "base/units.h"
 #include "document/formats/fixed_text.h"
+#include "document/formats/force_order.h"
 #include "document/formats/nid_channel.h"
 #include "document/formats/nid_curves.h"
 #include "document/formats/sample_numbers.h"
@@ -100,6 +102,13 @@ bool is_position_channel(const nid_channel& channel)
     return channel.is_spectroscopy() && base::lower_ascii(channel.name).find("z-axis sensor") != std::string::npos;
 }
 
+/// Spectra over a length are force curves.
+bool is_force_channel(const nid_channel& channel)
+{
+    return channel.is_spectroscopy() &&
+           units_convertable(nid_dimension(*channel.section, "Dim0").units.c_str(), "m") > 0;
+}
+
 /// Reads the groups of a file one by one.
 class nid_loader {
 public:
@@ -119,6 +128,7 @@ public:
             if (auto failure = load_group(groups[i]); !failure.reason.empty()) return failure;
         }
         link_positions();
+        order_forces();
         result.strings = strings_of(header);
         if (!isGridUsed && !curves.empty() && !places.text.empty()) result.strings["Curve places"] = places.text;
         return std::move(result);
@@ -130,6 +140,7 @@ private:
         std::size_t index; ///< in the recording
         std::string shape; ///< frame, points and lines
         bool isPosition;
+        bool isForce;             ///< the probe moves up and down
         std::string ownPositions; ///< id of the stream made from the lines' axes; may be empty
     };
 
@@ -156,7 +167,7 @@ private:
         if (!layout) return layout.error();
         auto image = read_nid_curves(file, members, *layout, id);
         if (!image) return image;
-        curve_item item{0, first.pass(), is_position_channel(first), ""};
+        curve_item item{0, first.pass(), is_position_channel(first), is_force_channel(first), ""};
         for (const nid_channel* channel : members)
             item.shape += "/" + std::to_string(channel->points) + "/" + std::to_string(channel->lines);
         if (layout->hasOwnAxes) {
@@ -182,10 +193,35 @@ private:
         }
     }
 
-    SPMDataStream& stream_of(const curve_item& item)
+    /// Turns the curves of spectra over a length, and their positions with them.
+    void order_forces()
     {
-        return std::get<recorded_image>(result.items[item.index]).stream;
+        std::vector<std::pair<recorded_image*, std::vector<contact_end>>> found; // before anything turns
+        for (const curve_item& item : curves) {
+            recorded_image& image = image_of(item);
+            recorded_image* const positions = item.isPosition ? &image : named(image.stream.get_parameter_stream());
+            if (!item.isForce) continue;
+            found.emplace_back(&image, nid_contacts(image, positions));
+            if (recorded_image* const own = item.ownPositions.empty() ? nullptr : named(item.ownPositions.c_str()))
+                found.emplace_back(own, found.back().second);
+        }
+        for (auto& [image, ends] : found) {
+            order_from_contact(*image, ends);
+            note_deflection_sign(*image);
+        }
     }
+
+    recorded_image* named(const char* id)
+    {
+        for (auto& item : result.items)
+            if (auto* const image = std::get_if<recorded_image>(&item);
+                id && id == std::string(image->stream.get_name()))
+                return image;
+        return nullptr;
+    }
+
+    recorded_image& image_of(const curve_item& item) { return std::get<recorded_image>(result.items[item.index]); }
+    SPMDataStream& stream_of(const curve_item& item) { return image_of(item).stream; }
 
     source& file;
     const nid_header& header;

@@ -221,6 +221,31 @@ base::read_result<recorded_image> read_nid_curves(source& file, std::span<const 
     return image;
 }
 
+std::vector<contact_end> nid_contacts(const recorded_image& image, const recorded_image* positions)
+{
+    const std::vector<smart_string>& names = image.stream.subimage_names();
+    const std::vector<std::size_t> lengths = curve_lengths_of(image);
+    const std::size_t points = image.stream.get_dimension(0).length;
+    const auto position = [&](std::size_t curve, std::size_t sample) {
+        if (!positions) return image.stream.get_dimension(0).get_axis(0).at(static_cast<double>(sample));
+        const auto* const samples = static_cast<const std::int16_t*>(positions->stream.array_data());
+        return positions->stream.values.get_axis(0).at(samples[curve * points + sample]);
+    };
+    std::vector<contact_end> ends;
+    for (std::size_t curve = 0; curve < lengths.size(); ++curve) {
+        const force_way way =
+            names.empty() ? force_way::unknown : way_of_part(names[curve * names.size() / lengths.size()].text);
+        ends.push_back(contact_in_time(way));
+        const std::size_t approach = curve - lengths.size() / 2;
+        if (way != force_way::retract || curve < lengths.size() / 2 || lengths[curve] == 0 || lengths[approach] == 0)
+            continue;
+        const contact_end told = contact_by_position(position(curve, 0), position(curve, lengths[curve] - 1),
+                                                     position(approach, lengths[approach] - 1));
+        if (told != contact_end::unknown) ends.back() = told;
+    }
+    return ends;
+}
+
 recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id)
 {
     const nid_range common = nid_dimension(*channel.section, "Dim0");

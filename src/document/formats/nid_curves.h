@@ -1,4 +1,5 @@
 #pragma once
+#include "document/formats/force_order.h"
 #include "document/formats/nid_channel.h"
 #include "document/formats/point_grid.h"
 #include "document/formats/recording.h"
@@ -47,6 +48,10 @@ base::read_result<nid_curve_layout> lay_out_curves(const nid_places& places,
 /// measured yet, too, and says so in `layout`.
 base::read_result<recorded_image> read_nid_curves(source& file, std::span<const nid_channel* const> channels,
                                                   nid_curve_layout& layout, const std::string& id);
+
+/// Where the contact lies in each curve of a force image: approaches run in time, a retract is compared with where its
+/// approach ended. \param positions  null for those of the axis
+std::vector<contact_end> nid_contacts(const recorded_image& image, const recorded_image* positions);
 
 /// The positions of all points of curves that have axes of their own.
 recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id);

@@ -101,7 +101,9 @@ TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
     const auto result = read(made);
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image& deflection = item(*result, 0);
-    EXPECT_EQ(physical(deflection.stream), (std::vector<double>{1, 2, 3, 2, 1, 1}));
+    EXPECT_EQ(physical(deflection.stream), (std::vector<double>{3, 2, 1, 2, 1, 1}));
+    EXPECT_EQ(physical(item(*result, 1).stream), (std::vector<double>{30, 20, 10, 25, 15, 15}));
+    EXPECT_EQ(deflection.strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
     EXPECT_EQ(deflection.strings.at("\\Curve lengths"), "3 2");
     EXPECT_STREQ(deflection.stream.subimage_names()[0].text, "Approach");
     EXPECT_STREQ(deflection.stream.subimage_names()[1].text, "Retract");

@@ -1,3 +1,4 @@
+#include "document/formats/force_order.h"
 #include "document/formats/registry.h"
 #include "jpk_fixture.h"
 #include "support/sample_checks.h"
@@ -96,6 +97,31 @@ TEST_F(JpkSamples, CurvesHaveTheValuesOfTheManifest)
         ++checked;
     }
     EXPECT_GT(checked, 90u);
+}
+
+TEST_F(JpkSamples, ApproachAndRetractBeginAtTheContact)
+{
+    std::size_t checked = 0;
+    for (const manifest_row& row : manifest_rows("jpk", "curve")) {
+        if (row.text("name") != "vDeflection") continue;
+        SCOPED_TRACE(row.title());
+        const SPMDataStream& force = find_image(content(row.text("file")), "vDeflection")->stream;
+        ASSERT_TRUE(force.get_parameter_stream()); // of a map, too
+        const recorded_image& sensor = *find_image(content(row.text("file")), force.get_parameter_stream());
+        EXPECT_TRUE(sensor.strings.contains("\\Recorded order"));
+        const std::vector<double> heights = physical(sensor.stream);
+        const std::size_t points = sensor.stream.get_dimension(0).length;
+        for (std::size_t curve = 0; curve * points < heights.size(); ++curve) {
+            const auto& names = force.subimage_names();
+            const force_way way = way_of_part(names[curve * names.size() * points / heights.size()].text);
+            if (way == force_way::unknown) continue;
+            // These instruments lower the probe: the height grows with the distance from the contact. Padding repeats
+            // the free end.
+            EXPECT_LT(heights[curve * points], heights[curve * points + points - 1]) << curve;
+            ++checked;
+        }
+    }
+    EXPECT_GT(checked, 30u);
 }
 
 TEST_F(JpkSamples, MapsKeepTheSizeOfTheirPoints)

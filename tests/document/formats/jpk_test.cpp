@@ -58,11 +58,11 @@ TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image* deflection = find_image(*result, "vDeflection");
     ASSERT_TRUE(deflection);
-    EXPECT_EQ(physical(deflection->stream), (std::vector<double>{-1, -2, 255, 6, 4, 4})); // raw - 1 nm
+    EXPECT_EQ(physical(deflection->stream), (std::vector<double>{255, -2, -1, 6, 4, 4})); // raw - 1 nm
     EXPECT_STREQ(deflection->stream.values.get_axis(0).get_units(), "nm");
     ASSERT_EQ(deflection->stream.values.get_axes_number(), 2u);
     const auto* raw = static_cast<const std::int16_t*>(deflection->stream.array_data());
-    EXPECT_DOUBLE_EQ(deflection->stream.values.get_axis(1).at(raw[2]), 129.0); // 0.5 * 256 + 1 V
+    EXPECT_DOUBLE_EQ(deflection->stream.values.get_axis(1).at(raw[0]), 129.0); // 0.5 * 256 + 1 V
     EXPECT_STREQ(deflection->stream.subimage_names()[0].text, "Approach");
     EXPECT_STREQ(deflection->stream.subimage_names()[1].text, "Retract");
     EXPECT_EQ(deflection->strings.at("\\Curve lengths"), "3 2");
@@ -72,10 +72,28 @@ TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
     const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
     ASSERT_TRUE(time);
     const double half = 0.5001 * time->stream.values.get_axis(0).scale;
-    const std::vector<double> seconds{0, 1, 2, 0, 1, 1};
+    const std::vector<double> seconds{2, 1, 0, 0, 1, 1};
     for (std::size_t i = 0; i < seconds.size(); ++i) EXPECT_NEAR(physical(time->stream)[i], seconds[i], half);
     EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
     EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
+    EXPECT_EQ(physical(find_image(*result, "height")->stream), (std::vector<double>{9, 19, 29, 9, 19, 19}));
+    for (const recorded_image* image : {deflection, time, find_image(*result, "height")})
+        EXPECT_EQ(image->strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
+}
+
+TEST(Jpk, ASensitivityBelowZeroIsTold)
+{
+    const auto found = [](const std::string& multiplier) {
+        const std::string key = "channel.vDeflection.conversion-set.conversion.distance.scaling.multiplier=";
+        members all = single_curve();
+        for (auto& [name, text] : all)
+            if (const std::size_t at = text.find(key + "2"); at != std::string::npos)
+                text.replace(at, key.size() + 1, key + multiplier);
+        const auto result = read(stored_zip(all));
+        return result ? find_image(*result, "vDeflection")->strings : std::map<std::string, std::string>();
+    };
+    EXPECT_EQ(found("-2").at("\\Deflection sign"), "V falls where nm rises: the sensitivity is below 0");
+    EXPECT_FALSE(found("2").contains("\\Deflection sign"));
 }
 
 /// A map of 3 by 2 points, driven back and forth, in which point 4 was not measured. Curve k holds k, k + 10.
@@ -111,7 +129,7 @@ TEST(Jpk, MapsAreVolumesWithTheCurveFastest)
     EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(7, 2, "m"));
     EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(-1, 1, "m"));
     // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
-    EXPECT_EQ(physical(image.stream), (std::vector<double>{0, 10, 1, 11, 2, 12, 5, 15, 0, 0, 3, 13}));
+    EXPECT_EQ(physical(image.stream), (std::vector<double>{10, 0, 11, 1, 12, 2, 15, 5, 0, 0, 13, 3}));
     EXPECT_EQ(image.strings.at("\\Void points"), "2");
     EXPECT_EQ(image.strings.at("\\Curve lengths"), "2 2 2 2 0 2");
     EXPECT_STREQ(image.stream.subimage_names()[0].text, "Approach");
@@ -128,7 +146,7 @@ TEST(Jpk, CalibrationsThatChangeAreApplied)
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image* image = find_image(*result, "vDeflection");
     const double half = 0.5001 * image->stream.values.get_axis(0).scale;
-    const std::vector<double> expected{-1, -2, 255, 20, 14, 14}; // 2 * (1.5 * 7 + 1) - 3 = 20
+    const std::vector<double> expected{255, -2, -1, 20, 14, 14}; // 2 * (1.5 * 7 + 1) - 3 = 20
     for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], expected[i], half);
 }
 
@@ -157,7 +175,7 @@ TEST(Jpk, CurvesOfDifferentUnitsAreShownInOnesThatAllHave)
     const recorded_image* image = find_image(*result, "vDeflection");
     EXPECT_STREQ(image->stream.values.get_axis(0).get_units(), "V");
     const double half = 0.5001 * image->stream.values.get_axis(0).scale;
-    const std::vector<double> volts{1, 0.5, 129, 4.5, 3.5, 3.5}; // 0.5 * raw + 1
+    const std::vector<double> volts{129, 0.5, 1, 4.5, 3.5, 3.5}; // 0.5 * raw + 1
     for (std::size_t i = 0; i < volts.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], volts[i], half);
 
     const std::string unit = "channel.vDeflection.data.encoder.scaling.unit.unit=V";
@@ -175,7 +193,7 @@ TEST(Jpk, ConversionsThatRunInACircleAreNotApplied)
     const auto result = read(stored_zip(changed_segments(single_curve(), slot + "volts", slot + "distance")));
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image* image = find_image(*result, "vDeflection");
-    EXPECT_EQ(physical(image->stream), (std::vector<double>{1, 0.5, 129, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
+    EXPECT_EQ(physical(image->stream), (std::vector<double>{129, 0.5, 1, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
     EXPECT_EQ(image->stream.values.get_axes_number(), 1u);
     EXPECT_NE(image->strings.at("\\Z scale").find("conversions of distance run in a circle"), std::string::npos);
 }

