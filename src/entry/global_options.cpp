@@ -1,6 +1,9 @@
 #include "entry/global_options.h"
 
+#include "base/text.h"
 #include "platform/WinApp.h"
+#include "platform/interface_directory.h"
+#include "platform/paths.h"
 #include "view/Scale.h"
 
 #include <string_view>
@@ -17,6 +20,8 @@ struct option_row {
     const char* defaultText;
 };
 
+constexpr const char* paletteFolder = "directory.palettes(Folder of palettes),string";
+
 constexpr option_row rows[] = {
     {"open.merged(Merge opened files),boolean", "false"},
     {"open.filter(Open),enum,0(All images),1(Curves),2(Surfaces),3(Volumes)", "0"},
@@ -26,8 +31,15 @@ constexpr option_row rows[] = {
     {"small_toolbar(Small toolbar buttons),boolean", "false"},
     {"language(Language),string", ""},
     {"default_plugin_options(Mathematics without dialog; Shift asks),boolean", "true"},
-    {"directory.palettes(Folder of palettes),string", ""},
+    {paletteFolder, ""},
 };
+
+/// What an option has that was never set.
+std::string default_text(const option_row& row)
+{
+    if (row.declaration != paletteFolder) return row.defaultText;
+    return base::narrow(platform::to_wide(get_interface_directory(true) / "palettes"));
+}
 
 IProfile* profile()
 {
@@ -44,7 +56,7 @@ global_options::global_options() : options(VLGlobalVarList::GetVarList("global_o
     for (const option_row& row : rows) {
         SPMVar& variable = declared.emplace_back();
         variable.Init(row.declaration);
-        variable.from_string(row.defaultText);
+        variable.from_string(default_text(row).c_str());
         if (const auto kept = store ? store->readString(section, variable.get_name()) : std::nullopt)
             variable.from_string(kept->c_str());
     }

@@ -7,6 +7,8 @@
 #include "view/palette_file.h"
 #include "view/palette_folder.h"
 
+#include <algorithm>
+
 namespace {
 
 enum control : unsigned {
@@ -32,9 +34,16 @@ constexpr channel_look channelLooks[] = {
 
 } // namespace
 
-CCustomPaletteDialog::CCustomPaletteDialog(color_table& table_, IScaleSync* sync_, CWnd* parent_)
-    : CDialog(customPaletteDialog, parent_), table(table_), sync(sync_), edited(table_), restored(table_)
+CCustomPaletteDialog::CCustomPaletteDialog(color_table& table_, IScaleSync* sync_, CWnd* parent_,
+                                           const color_table* start)
+    : CDialog(customPaletteDialog, parent_),
+      table(table_),
+      sync(sync_),
+      edited(start && !start->empty() ? *start : table_),
+      restored(table_),
+      begun(edited)
 {
+    table = edited;
     lines.draw = [this](CDC& dc, CSize size) { DrawLines(dc, size); };
     lines.stroke = [this](CPoint from, CPoint to) {
         view::draw_stroke(edited, selected, from, to, lines.GetClientRect());
@@ -139,7 +148,9 @@ void CCustomPaletteDialog::OnSmooth()
 
 void CCustomPaletteDialog::OnRestore()
 {
-    edited = restored;
+    // One that was never made is black.
+    const bool isMade = std::ranges::any_of(restored, [](colorEntry color) { return color != 0; });
+    edited = isMade ? restored : begun;
     changed();
 }
 

@@ -13,7 +13,8 @@ public:
 
     /// \param table_  with at least one entry; must outlive this and changes in place
     /// \param sync_   null: nobody follows
-    CCustomPaletteDialog(color_table& table_, IScaleSync* sync_, CWnd* parent_);
+    /// \param start   the colours to begin with, which the table takes; null: its own
+    CCustomPaletteDialog(color_table& table_, IScaleSync* sync_, CWnd* parent_, const color_table* start = nullptr);
 
     void OnCommand(unsigned id) override;
     void OnOK() override;
@@ -25,6 +26,7 @@ public:
     void OnGreen() { selectChannel(view::color_channel::green); }
     void OnBlue() { selectChannel(view::color_channel::blue); }
     void OnSmooth();
+    /// The custom palette as it was before; where there was none, the colours that the dialog began with.
     void OnRestore();
     void OnLoad();
     void OnSave();
@@ -58,7 +60,8 @@ private:
     color_table& table;
     IScaleSync* sync;
     color_table edited;
-    const color_table restored;
+    const color_table restored; ///< what the table held before
+    const color_table begun;    ///< what the dialog began with
     view::color_channel selected = view::color_channel::red;
     pen_pane lines;
     drawn_pane sample;

@@ -153,9 +153,9 @@ void CScale::SetAutoScaling(int mode)
 void CScale::OnCustomPalette(CWnd* parent_)
 {
     const int before = paletteId;
-    previousPaletteId = before;
+    // Its colours are the first strokes: what the user sees is what is changed.
+    CCustomPaletteDialog dialog(m_ColorTable[view::customPalette], this, parent_, &table());
     SetPaletteId(view::customPalette);
-    CCustomPaletteDialog dialog(m_ColorTable[view::customPalette], this, parent_);
     if (dialog.DoModal() == CDialog::resultOk) {
         if (getPeer()) UpdateActiveView();
         Invalidate(false);

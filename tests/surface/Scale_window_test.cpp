@@ -3,11 +3,11 @@
 #include "platform/RuntimeClass.h"
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
+#include "surface/SurfMathView.h"
 #include "view/ChildFrame.h"
 #include "view/CustomPaletteDialog.h"
 #include "view/PaletteBar.h"
 #include "view/PaletteMenuButton.h"
-#include "surface/SurfMathView.h"
 #include "view/palette_file.h"
 
 #include <gtest/gtest.h>
@@ -118,7 +118,8 @@ TEST_F(ScaleWindowTest, TheStripStandsBesideTheImage)
     std::vector<std::string> labels;
     for (const drawn& text : page.all(drawn::kind::text)) labels.push_back(text.text);
     ASSERT_GE(labels.size(), 6u);
-    EXPECT_EQ(std::vector(labels.end() - 6, labels.end()), (std::vector<std::string>{"nm", "0", "20", "40", "60", "80"}))
+    EXPECT_EQ(std::vector(labels.end() - 6, labels.end()),
+              (std::vector<std::string>{"nm", "0", "20", "40", "60", "80"}))
         << "0 to 99, four steps wanted";
 }
 
@@ -257,7 +258,8 @@ TEST_F(ScaleWindowTest, TheEditorShowsItsStrokesInAllViews)
         lines.OnMouseMove(MK_LBUTTON, {99, 0});
         for (std::size_t i = 0; i < 2; ++i) {
             EXPECT_EQ(strip(i).GetPaletteId(), 0);
-            EXPECT_EQ(strip(i).GetColor(251, 254), 255u) << "red; entry 254 * 99 / 100";
+            // Entry 2047 * 99 / 100 of the zebra, whose level there is |(2026 + 255) % 510 - 255|.
+            EXPECT_EQ(strip(i).GetColor(2026, 2047), 255u | 14u << 8 | 14u << 16) << "red";
         }
         EXPECT_EQ(view(1).hints, (std::vector<std::uint32_t>{0x104}));
         shown.OnCommand(2);
@@ -265,10 +267,39 @@ TEST_F(ScaleWindowTest, TheEditorShowsItsStrokesInAllViews)
     leader().OnCmdMsg(customCommand, nullptr);
     EXPECT_EQ(leader().GetPaletteId(), 5) << "cancelled";
     EXPECT_EQ(strip(1).GetPaletteId(), 5);
-    EXPECT_EQ((*CScale::getPalette(0))[251], 0u);
-    host.onForm = [](CDialog& shown) { shown.OnCommand(1); };
+    EXPECT_EQ(*CScale::getPalette(0), color_table(255)) << "as it was";
+}
+
+TEST_F(ScaleWindowTest, TheEditorBeginsWithThePaletteInUse)
+{
+    const color_table zebra = *CScale::getPalette(5), brown = *CScale::getPalette(3), custom = {1, 2, 3};
+    leader().SetPaletteId(5);
+    host.onForm = [&](CDialog& shown) {
+        EXPECT_EQ(*CScale::getPalette(0), zebra);
+        shown.OnCommand(5191);
+        EXPECT_EQ(*CScale::getPalette(0), zebra) << "there was no custom palette to restore";
+        shown.OnCommand(1);
+    };
     leader().OnCmdMsg(customCommand, nullptr);
     EXPECT_EQ(leader().GetPaletteId(), 0);
+    EXPECT_EQ(*CScale::getPalette(0), zebra);
+
+    const unsigned long colors[] = {1, 2, 3};
+    leader().SetCustomPalette(colors, 3);
+    leader().SetPaletteId(3);
+    host.onForm = [&](CDialog& shown) {
+        EXPECT_EQ(*CScale::getPalette(0), brown);
+        shown.OnCommand(2);
+        EXPECT_EQ(*CScale::getPalette(0), custom) << "cancelled";
+    };
+    leader().OnCmdMsg(customCommand, nullptr);
+    EXPECT_EQ(leader().GetPaletteId(), 3);
+    host.onForm = [&](CDialog& shown) {
+        shown.OnCommand(5191);
+        shown.OnCommand(1);
+    };
+    leader().OnCmdMsg(customCommand, nullptr);
+    EXPECT_EQ(*CScale::getPalette(0), custom) << "restored";
 }
 
 TEST_F(ScaleWindowTest, ADragThatDoesNotEndIsRenderedMeanwhile)
