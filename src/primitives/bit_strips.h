@@ -49,6 +49,13 @@ public:
             first = end;
         }
     }
+    /// Sets rows `first` to `last` - 1 of a column, all inside.
+    void setUpright(int x, int first, int last) noexcept
+    {
+        std::uint64_t* const rows = strip(x / bitsOfWord);
+        const std::uint64_t bit = std::uint64_t{1} << (x & (bitsOfWord - 1));
+        for (int y = first; y < last; ++y) rows[y] |= bit;
+    }
     /// Bits of the eight neighbours of a sample inside, bit k for direction k of `boundary_steps`.
     unsigned neighbours(int x, int y) const noexcept;
 

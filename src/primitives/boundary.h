@@ -22,6 +22,29 @@ constexpr int way_back_in(unsigned neighbours, int from) noexcept
     return (from + outside + std::countr_zero(rest)) & 7;
 }
 
+/// Walks all around a connected set, its outside on the right hand as rows count upwards, from the sample that a scan
+/// along the rows meets first: what lies to its west and below it is outside, so that the walk never turns into a hole.
+/// It ends where the start is about to be left in its first direction again (Jacob's criterion), so that parts which
+/// hang together in the start alone are all walked around, and a line is walked along on both its sides.
+/// `visit` gets each sample, the start at the beginning, at the end and whenever the walk comes by.
+/// \param neighboursOf  bits of the neighbours of (x, y) that are in the set, as above
+template <class NeighboursOf, class Visit>
+void walk_outline(int startX, int startY, NeighboursOf neighboursOf, Visit visit)
+{
+    visit(startX, startY);
+    constexpr int west = 4;
+    const unsigned around = neighboursOf(startX, startY);
+    if (around == 0) return;
+    const int first = way_back_in(around, west);
+    int x = startX, y = startY, way = first;
+    do {
+        x += boundary_steps[way].x;
+        y += boundary_steps[way].y;
+        visit(x, y);
+        way = way_back_in(neighboursOf(x, y), (way + 4) & 7);
+    } while (x != startX || y != startY || way != first);
+}
+
 /// Walks around a set from a sample at its border that has a neighbour in it, with the outside on the right hand as
 /// rows count upwards, until it comes back there. `visit` gets each sample, the start at the beginning and at the end.
 /// \param from  the walk leaves in the first direction that turning from this one leads back into the set
