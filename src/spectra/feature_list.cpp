@@ -1,6 +1,7 @@
 #include "spectra/feature_list.h"
 
 #include "primitives/boundary.h"
+#include "primitives/mask_position.h"
 #include "primitives/parallel.h"
 #include "primitives/thinning.h"
 
@@ -22,10 +23,7 @@ public:
     {
         corner = {area.left - 1, area.top - 1}; // a border of clear samples around the box
         mask.assign(area.right - area.left + 2, area.bottom - area.top + 2);
-        for (std::uint32_t i = area.firstRun; i != connected_runs::none; i = found.runs()[i].next) {
-            const connected_runs::run& run = found.runs()[i];
-            mask.set(run.row - corner.y, run.left - corner.x, run.right - corner.x);
-        }
+        forEachRun(area, [this](int y, int left, int right) { mask.set(y, left, right); });
         const connected_runs::run& first = found.runs()[area.firstRun];
         Feature feature;
         feature.bounds = CRect(area.left, area.top, area.right, area.bottom);
@@ -34,7 +32,7 @@ public:
         trace({first.left - corner.x, first.row - corner.y});
         feature.contour = line;
         const double contourLength = length();
-        thinner.thin(mask);
+        thin(area);
         collectSkeleton(feature.skeleton);
         trace(feature.skeleton.front() - offset());
         const feature_figures figures{area.pixels, area.heights, contourLength, length(),
@@ -47,23 +45,56 @@ public:
 private:
     CSize offset() const noexcept { return {corner.x + source.origin.x, corner.y + source.origin.y}; }
     double length() const noexcept { return tracing_length(line, source.axes.x.scale, source.axes.y.scale); }
+    /// The runs of the area as they lie in the mask.
+    template <class Use>
+    void forEachRun(const connected_runs::area& area, Use use) const
+    {
+        for (std::uint32_t i = area.firstRun; i != connected_runs::none; i = found.runs()[i].next) {
+            const connected_runs::run& run = found.runs()[i];
+            use(run.row - corner.y, run.left - corner.x, run.right - corner.x);
+        }
+    }
     void trace(CPoint start)
     {
-        primitives::trace_boundary(
-            start.x, start.y, [this](int x, int y) { return mask.neighbours(x, y); }, [this] { line.clear(); },
+        line.clear();
+        primitives::walk_outline(
+            start.x, start.y, [this](int x, int y) { return mask.neighbours(x, y); },
             [this](int x, int y) { line.push_back(CPoint{x, y} + offset()); });
+    }
+    /// Thinning takes sides in turn, so that what is left depends on how the mask lies: it is done in the standard
+    /// position, and a mirrored or turned image has the mirrored or turned skeletons.
+    void thin(const connected_runs::area& area)
+    {
+        if (mask.height() >= mask.width()) {
+            upright.assign(mask.height(), mask.width());
+            forEachRun(area, [this](int y, int left, int right) { upright.setUpright(y, left, right); });
+        }
+        const primitives::mask_position position = primitives::standard_position(mask, upright);
+        primitives::lay_mask(mask, upright, position, laid);
+        thinner.thin(laid);
+        mask.assign(mask.width(), mask.height());
+        forEachSet(laid, [&](int laidX, int laidY) {
+            const auto [x, y] = position.source(laid, laidX, laidY);
+            mask.set(y, x, x + 1);
+        });
     }
     void collectSkeleton(std::vector<CPoint>& points) const
     {
-        for (int y = 0; y < mask.height(); ++y)
-            for (int s = 0; s < mask.strips(); ++s)
-                for (std::uint64_t left = mask.strip(s)[y]; left != 0; left &= left - 1)
-                    points.push_back(CPoint{s * primitives::bitsOfWord + std::countr_zero(left), y} + offset());
+        forEachSet(mask, [&](int x, int y) { points.push_back(CPoint{x, y} + offset()); });
+    }
+    /// Row by row.
+    template <class Use>
+    static void forEachSet(const bit_strips& of, Use use)
+    {
+        for (int y = 0; y < of.height(); ++y)
+            for (int s = 0; s < of.strips(); ++s)
+                for (std::uint64_t left = of.strip(s)[y]; left != 0; left &= left - 1)
+                    use(s * primitives::bitsOfWord + std::countr_zero(left), y);
     }
 
     const connected_runs& found;
     const feature_source& source;
-    bit_strips mask;
+    bit_strips mask, upright, laid;
     primitives::thinner thinner;
     CPoint corner;
     std::vector<CPoint> line;
