@@ -32,26 +32,58 @@ void flatten_feature(primitives::height_block image, const Feature& feature, sho
         [&](int y, int left, int right) { std::fill(image.row(y) + left, image.row(y) + right, level); });
 }
 
-void fill_inner_areas(primitives::height_block image, const Feature& feature)
-{
-    // All that is no pixel, with a border around the box: the first area that a scan meets is the outside.
-    const CRect& box = feature.bounds;
-    primitives::bit_image others(box.Width() + 2, box.Height() + 2);
-    for (int y = 0; y < others.height(); ++y) others.fill(y, 0, others.width(), true);
-    const CSize offset{box.left - 1, box.top - 1};
-    feature.pixels.forEachRun(
-        [&](int y, int left, int right) { others.fill(y - offset.cy, left - offset.cx, right - offset.cx, false); });
+namespace {
+
+/// A run of samples in a hole, with what it gets and the size of the box of the feature around it.
+struct hole_run {
+    int y, left, right;
+    short mean;
+    std::int64_t boxSize;
+};
+
+/// Finds the holes of one feature after another.
+class hole_finder {
+public:
+    explicit hole_finder(primitives::const_height_block image_) : image(image_) {}
+
+    void add(const Feature& feature, std::vector<hole_run>& runs)
+    {
+        // All that is no pixel, with a border around the box: the first area that a scan meets is the outside.
+        const CRect& box = feature.bounds;
+        const CSize offset{box.left - 1, box.top - 1};
+        others.assign(box.Width() + 2, box.Height() + 2);
+        for (int y = 0; y < others.height(); ++y) others.fill(y, 0, others.width(), true);
+        feature.pixels.forEachRun([&](int y, int left, int right) {
+            others.fill(y - offset.cy, left - offset.cx, right - offset.cx, false);
+        });
+        found.find(others, {}, primitives::neighbours::overSides);
+        if (found.areas().size() < 2) return;
+        const short mean = box_mean(image, box);
+        const std::int64_t boxSize = std::int64_t{box.Width()} * box.Height();
+        for (std::size_t hole = 1; hole < found.areas().size(); ++hole)
+            for (std::uint32_t i = found.areas()[hole].firstRun; i != primitives::connected_runs::none;
+                 i = found.runs()[i].next) {
+                const primitives::connected_runs::run& run = found.runs()[i];
+                runs.push_back({run.row + offset.cy, run.left + offset.cx, run.right + offset.cx, mean, boxSize});
+            }
+    }
+
+private:
+    primitives::const_height_block image;
+    primitives::bit_image others;
     primitives::connected_runs found;
-    found.find(others, {}, primitives::neighbours::overSides);
-    if (found.areas().size() < 2) return;
-    const short mean = box_mean({image.data, image.width, image.height, image.step}, box);
-    for (std::size_t hole = 1; hole < found.areas().size(); ++hole)
-        for (std::uint32_t i = found.areas()[hole].firstRun; i != primitives::connected_runs::none;
-             i = found.runs()[i].next) {
-            const primitives::connected_runs::run& run = found.runs()[i];
-            std::int16_t* const row = image.row(run.row + offset.cy) + offset.cx;
-            std::fill(row + run.left, row + run.right, mean);
-        }
+};
+
+} // namespace
+
+void fill_inner_areas(primitives::height_block image, std::span<const Feature* const> features)
+{
+    hole_finder finder({image.data, image.width, image.height, image.step});
+    std::vector<hole_run> runs;
+    for (const Feature* const feature : features) finder.add(*feature, runs);
+    // What encloses another has the larger box: it comes last.
+    std::ranges::sort(runs, {}, &hole_run::boxSize);
+    for (const hole_run& run : runs) std::fill(image.row(run.y) + run.left, image.row(run.y) + run.right, run.mean);
 }
 
 std::optional<double> profile_height(primitives::const_height_block image, const Feature& feature, short threshold)

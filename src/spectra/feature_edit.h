@@ -13,9 +13,11 @@ namespace spectra {
 /// Every pixel gets the level.
 void flatten_feature(primitives::height_block image, const Feature& feature, short level);
 
-/// The holes of a feature, what its pixels enclose (a way over a corner between two pixels is closed), get the mean of
-/// the heights in its box, halves up. \throws std::bad_alloc with the image as it was
-void fill_inner_areas(primitives::height_block image, const Feature& feature);
+/// The holes of features, what their pixels enclose (a way over a corner between two pixels is closed), get the mean of
+/// the heights in the feature's box, halves up. All means are those of the image before any hole is filled, and where
+/// holes lie in one another the outer one counts, so that the order of the features does not matter.
+/// \throws std::bad_alloc with the image as it was
+void fill_inner_areas(primitives::height_block image, std::span<const Feature* const> features);
 
 /// The mean over the rows of the box of the highest sample of each, of rows that rise above the threshold; nothing
 /// where none does.

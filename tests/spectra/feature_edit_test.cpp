@@ -5,7 +5,9 @@
 #include "spectra/feature_filter.h"
 #include "spectra/feature_overlay.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <map>
 
 namespace {
 
@@ -112,6 +114,13 @@ TEST(FeatureEdit, FlattensTheVeryPixels)
     EXPECT_EQ(of.samples, std::vector<short>({-7, 0, 0, -7, 0, -7, -7, 0, -7, 0, 0, -7}));
 }
 
+std::vector<const Feature*> pointers_to(const spectra::feature_list& list)
+{
+    std::vector<const Feature*> out;
+    for (const Feature& each : list.features) out.push_back(&each);
+    return out;
+}
+
 TEST(FeatureEdit, FillsWhatPixelsEncloseAlsoOverCorners)
 {
     surface of({".......", //
@@ -123,10 +132,48 @@ TEST(FeatureEdit, FillsWhatPixelsEncloseAlsoOverCorners)
     const auto list = features_of(of);
     ASSERT_EQ(list.features.size(), 2u);
     const std::vector<short> before = of.samples;
-    for (const Feature& each : list.features) spectra::fill_inner_areas(of.block(), each);
+    spectra::fill_inner_areas(of.block(), pointers_to(list));
     EXPECT_EQ(of.at(2, 2), 1) << "the box holds 4 * 10 - 30, over 9 samples 1.1";
     of.at(2, 2) = -30;
     EXPECT_EQ(of.samples, before) << "nothing else";
+}
+
+TEST(FeatureEdit, FillsHolesAlikeInAnyOrderOfFeatures)
+{
+    // A ring around a ring, and a third one that reaches into the corner of the outer one's box.
+    surface of({"........####", //
+                "#####...#..#", //
+                "#....#..####", //
+                "#.....#.....", //
+                "#.###..#....", //
+                "#.#.#...#...", //
+                "#.###....#..", //
+                "#........#..", //
+                "##########.."});
+    of.at(9, 7) = -600;
+    const auto list = features_of(of);
+    ASSERT_EQ(list.features.size(), 3u);
+    // The outer box: (27 + 8 + 3) * 10 - 600 over 80 samples is -2.75. That of the third: 100 - 600 over 12, -41.7.
+    const std::vector<std::string> filled{"........####", //
+                                          "#####...#tt#", //
+                                          "#oooo#..####", //
+                                          "#ooooo#.....", //
+                                          "#oooooo#....", //
+                                          "#ooooooo#...", //
+                                          "#oooooooo#..", //
+                                          "#oooooooo#..", //
+                                          "##########.."};
+    const std::map<char, short> heights{{'.', 0}, {'#', 10}, {'o', -3}, {'t', -42}};
+    std::vector<short> expected;
+    for (auto row = filled.rbegin(); row != filled.rend(); ++row)
+        for (const char each : *row) expected.push_back(heights.at(each));
+    std::vector<const Feature*> order = pointers_to(list);
+    std::ranges::sort(order);
+    do {
+        surface made = of;
+        spectra::fill_inner_areas(made.block(), order);
+        EXPECT_EQ(made.samples, expected);
+    } while (std::ranges::next_permutation(order).found);
 }
 
 TEST(FeatureEdit, ProfilesAreAsHighAsTheirRidge)
