@@ -177,4 +177,14 @@ const char* prefixed_unit(const known_unit& unit, int step, known_unit& out) noe
     return prefixedNames[static_cast<std::size_t>(unit.row)][static_cast<std::size_t>(unit.power)][index].data();
 }
 
+const char* kind_unit(const known_unit& unit, known_unit& out) noexcept
+{
+    constexpr int withoutPrefix = 6;
+    static_assert(*prefixes[withoutPrefix].text == '\0');
+    known_unit first = unit;
+    first.row = 0;
+    while (rows[first.row].kind != unit.kind) ++first.row;
+    return prefixed_unit(first, withoutPrefix, out);
+}
+
 } // namespace base

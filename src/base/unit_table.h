@@ -24,4 +24,8 @@ constexpr int prefixSteps = 11; ///< atto, femto … tera, in steps of 1000
 /// The same unit with prefix `step` in the standard spelling; static storage. `out` receives it resolved.
 const char* prefixed_unit(const known_unit& unit, int step, known_unit& out) noexcept;
 
+/// The unit in which its kind is measured: the first of the table, without a prefix, of the same power; static storage.
+/// `out` receives it resolved.
+const char* kind_unit(const known_unit& unit, known_unit& out) noexcept;
+
 } // namespace base

@@ -98,4 +98,16 @@ const char* default_units(const char* units, double* value)
     return chosen;
 }
 
+std::string base_units(const char* units, double* value)
+{
+    quotient given, target;
+    const std::string text(text_of(units));
+    if (!parse(text, given) || given.over.zero != 0.0 || given.under.zero != 0.0) return text;
+    std::string name = base::kind_unit(given.over, target.over);
+    target.hasUnder = given.hasUnder;
+    if (given.hasUnder) name += std::string("/") + base::kind_unit(given.under, target.under);
+    *value = converted(given, target, *value);
+    return name;
+}
+
 const char* default_units_z(const char* units, double* value) { return default_units(units, value); }

@@ -1,4 +1,5 @@
 #pragma once
+#include <string>
 
 // Units are texts: a name of the table in unit_table.cpp with SI prefixes from atto to tera where it takes them (micro
 // as µ, μ, u or ~), as square or cube ("^2", "²", "2"), or one of these over another ("nN/nm"). Blanks around it and
@@ -16,3 +17,7 @@ double convert_size(const char* from, const char* to, double value);
 const char* default_units(const char* units, double* value);
 /// The same for height values, which additionally never leave the family of the given unit (Angstrom, inch).
 const char* default_units_z(const char* units, double* value);
+/// Rewrites *value into the unit in which all quantities of its kind are measured (m, N, V, m^2, N/m, deg …), so that
+/// figures of different files can be compared as they are. Scales whose zero lies elsewhere (degrees Celsius) and
+/// unknown units stay as they are.
+std::string base_units(const char* units, double* value);

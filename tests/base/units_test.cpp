@@ -149,6 +149,33 @@ TEST(DefaultUnits, PickTheReadablePrefix)
     EXPECT_STREQ(default_units(nullptr, &none), "");
 }
 
+TEST(BaseUnits, AreTheSameForEveryQuantityOfAKind)
+{
+    struct quantity {
+        const char* units;
+        double value;
+        const char* base;
+        double rewritten;
+    };
+    const quantity cases[] = {{"nm", 5, "m", 5e-9},
+                              {"Å", 5, "m", 5e-10},
+                              {"nm^2", 3, "m^2", 3e-18},
+                              {"pN", -2, "N", -2e-12},
+                              {"nN/nm", 3, "N/m", 3},
+                              {"1/nm", 2, "1/m", 2e9},
+                              {"min", 2, "s", 120},
+                              {"rad", 1, "deg", 180 / 3.14159265358979323846},
+                              {"°C", 20, "°C", 20},
+                              {"px", 7, "px", 7},
+                              {"", 7, "", 7},
+                              {"mV/°C", 20, "mV/°C", 20}};
+    for (const quantity& each : cases) {
+        double value = each.value;
+        EXPECT_EQ(base_units(each.units, &value), each.base) << each.units;
+        EXPECT_NEAR(value, each.rewritten, 2e-15 * std::fabs(each.rewritten)) << each.units;
+    }
+}
+
 TEST(DefaultUnits, LeaveOneToThreeDigitsOfAnyValue)
 {
     std::mt19937_64 random(4);
