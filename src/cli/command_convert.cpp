@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/session.h"
+#include "cli/standard_streams.h"
 #include "platform/paths.h"
 
 #include <CLI/CLI.hpp>
@@ -30,11 +31,39 @@ fs::path output_path(const fs::path& target, bool isFolder, const CStorageDoc& d
     return target / name;
 }
 
+/// Only one file goes to standard output.
+int run_to_stream(session& call)
+{
+    call.forEachDocument([&](CStorageDoc& document, const std::wstring&) {
+        if (call.files().size() > 1) throw std::runtime_error("only one file can go to standard output");
+        const platform::temporary_file container;
+        if (const std::string reason = call.save(document, container.wide_path()); !reason.empty())
+            throw std::runtime_error(reason);
+        put_standard_output(container.path());
+    });
+    return call.status();
+}
+
+/// Whether the target names neither a container nor a folder, as a name with another extension does.
+bool is_other_name(const fs::path& target, const std::string& text)
+{
+    std::error_code ignored;
+    return target.has_extension() && !is_container_name(target) && !text.ends_with('/') &&
+           !fs::is_directory(target, ignored);
+}
+
 int run(const convert_options& options)
 {
     session call;
     call.setFiles(options.files);
+    if (options.target == standardStream) return run_to_stream(call);
     const fs::path target = platform::to_path(platform::full_path(base::widen(options.target)));
+    if (is_other_name(target, options.target)) {
+        call.report(platform::to_wide(target),
+                    "is neither a name of a container (.spm) nor of a folder, which would end "
+                    "with a slash; pictures are written by vldv render");
+        return badUsage;
+    }
     std::error_code error, ignored; // a target that is not there yet is no error
     const bool isFolder = fs::is_directory(target, ignored) || !is_container_name(target);
     if (isFolder) fs::create_directories(target, error);
@@ -62,7 +91,8 @@ void add_convert(CLI::App& app, int& status)
     auto options = std::make_shared<convert_options>();
     CLI::App* command = app.add_subcommand("convert", "Write files as native containers");
     command->add_option("files", options->files, "Files to convert")->required();
-    command->add_option("--to", options->target, "Folder, or name of one .spm file")->required();
+    command->add_option("-o,--to", options->target, "Folder, or name of one .spm file; - is standard output")
+        ->required();
     command->callback([options, &status] { status = run(*options); });
 }
 

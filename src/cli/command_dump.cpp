@@ -2,6 +2,7 @@
 #include "base/element_access.h"
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/number_limits.h"
 #include "cli/session.h"
 
 #include <CLI/CLI.hpp>
@@ -79,8 +80,12 @@ void add_dump(CLI::App& app, int& status)
     auto options = std::make_shared<dump_options>();
     CLI::App* command = app.add_subcommand("dump", "Print samples, one row a line, row 0 (the lowest) first");
     command->add_option("file", options->file, "File to open")->required();
-    command->add_option("--image", options->image, "Number of the image")->capture_default_str();
-    command->add_option("--sub", options->sub, "Number of the sub-image")->capture_default_str();
+    command->add_option("--image", options->image, "Number of the image")
+        ->check(whole_number(0))
+        ->capture_default_str();
+    command->add_option("--sub", options->sub, "Number of the sub-image")
+        ->check(whole_number(0))
+        ->capture_default_str();
     CLI::Option* raw = command->add_flag("--raw", options->raw, "Print the stored numbers (the default)");
     command->add_flag("--physical", options->physical, "Print physical values")->excludes(raw);
     command->callback([options, &status] { status = run(*options); });

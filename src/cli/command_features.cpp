@@ -93,9 +93,7 @@ private:
 
 json treat(const CStorageDoc& document, const std::wstring& path, const feature_options& options, feature_files& files)
 {
-    std::string problem;
-    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface, problem);
-    if (!problem.empty()) throw std::runtime_error(problem);
+    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface);
     json images = json::array();
     std::string text = base::narrow(path) + '\n';
     for (const frame& each : frames) {
@@ -136,7 +134,7 @@ void add_features(CLI::App& app, int& status)
             "Threshold as a share of the range, from 0 to 1 (default: automatic)")
         ->check([](const std::string& text) {
             const auto level = base::whole_number(text);
-            return level && *level >= 0.0 && *level <= 1.0 ? "" : "expected a number from 0 to 1";
+            return level && *level >= 0.0 && *level <= 1.0 ? "" : "expected a number from 0 to 1, not \"" + text + '"';
         });
     command
         ->add_option_function<std::string>(

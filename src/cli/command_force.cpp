@@ -4,6 +4,7 @@
 #include "cli/curve_source.h"
 #include "cli/file_reports.h"
 #include "cli/force_map_output.h"
+#include "cli/number_limits.h"
 #include "cli/session.h"
 #include "curves/force_curve.h"
 #include "curves/force_report.h"
@@ -80,8 +81,8 @@ std::vector<force_image> images_of(const CStorageDoc& document, const force_opti
     }
     if (!found.empty()) return found;
     if (options.image >= 0 || options.sub >= 0)
-        throw std::runtime_error("there are no curves in the image and sub-image that were asked for");
-    throw std::runtime_error("there are no curves");
+        throw nothing_to_treat("there are no curves in the image and sub-image that were asked for");
+    throw nothing_to_treat("there are no curves");
 }
 
 struct analysis {
@@ -191,13 +192,13 @@ void add_force(CLI::App& app, int& status)
     auto options = std::make_shared<force_options>();
     CLI::App* command = app.add_subcommand("force", "Tell slope, adhesion and valleys of force curves");
     command->add_option("--zero-threshold", options->zeroThreshold, "Noise of the free stretch")
-        ->check(CLI::NonNegativeNumber)
+        ->check(number_at_least(0.0))
         ->capture_default_str();
     command->add_option("--slant-threshold", options->slantThreshold, "Noise of the contact")
-        ->check(CLI::NonNegativeNumber)
+        ->check(number_at_least(0.0))
         ->capture_default_str();
     command->add_option("--window", options->window, "Samples on either side of a local minimum")
-        ->check(CLI::NonNegativeNumber)
+        ->check(whole_number(0))
         ->capture_default_str();
     command->add_option("--map", options->map, "Write volumes with their rigidity and adhesion here: a file or folder");
     add_curve_options(*command, *options, false);

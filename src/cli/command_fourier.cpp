@@ -166,9 +166,7 @@ private:
 
 json treat(CStorageDoc& document, const std::wstring& path, const fourier_options& options, fourier_outputs& outputs)
 {
-    std::string problem;
-    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface, problem);
-    if (!problem.empty()) throw std::runtime_error(problem);
+    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface);
     document_spectra made(document, options);
     made.run(frames);
     json entry = {{"path", base::narrow(path)}};

@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/file_reports.h"
 #include "cli/frame_choice.h"
+#include "cli/number_limits.h"
 #include "cli/session.h"
 #include "spectra/histogram.h"
 
@@ -30,11 +31,10 @@ struct frame_histogram {
     spectra::delimited_share share;
 };
 
-std::vector<frame_histogram> histograms(const CStorageDoc& document, const histogram_options& options,
-                                        std::string& problem)
+std::vector<frame_histogram> histograms(const CStorageDoc& document, const histogram_options& options)
 {
     std::vector<frame_histogram> made;
-    for (const frame& each : chosen_frames(document, options.choice, refuse_no_heights, problem)) {
+    for (const frame& each : chosen_frames(document, options.choice, refuse_no_heights)) {
         const auto bars = options.bars ? std::optional(options.bars) : std::nullopt;
         auto counted =
             spectra::make_histogram(frame_samples(document, each), document.getAxis(each.image, 0, unsigned(-1)), bars);
@@ -88,9 +88,7 @@ int run(const histogram_options& options)
     session call;
     call.setFiles(options.files);
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
-        std::string problem;
-        const std::vector<frame_histogram> made = histograms(document, options, problem);
-        if (!problem.empty()) throw std::runtime_error(problem);
+        const std::vector<frame_histogram> made = histograms(document, options);
         if (options.asJson) return document_json(document, made, path);
         print_text(document, made, path);
         return {};
@@ -118,7 +116,7 @@ void add_histogram(CLI::App& app, int& status)
     add_frame_options(*command, options->choice);
     constexpr unsigned maxBars = 1u << 24;
     command->add_option("--bars", options->bars, "Number of bins (default: half the root of the count of samples)")
-        ->check(CLI::Range(2u, maxBars));
+        ->check(whole_number(2, maxBars));
     command
         ->add_option_function<std::string>(
             "--window", [options](const std::string& text) { options->window = *parse_delimiters(text); },

@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/number_limits.h"
 #include "cli/session.h"
 
 #include <CLI/CLI.hpp>
@@ -92,9 +93,14 @@ void add_isoline(CLI::App& app, int& status)
     command->add_option("--at", options->at, "Sample as X,Y; row 0 is the lowest")
         ->delimiter(',')
         ->expected(2)
+        ->check(whole_number(0))
         ->required();
-    command->add_option("--image", options->image, "Number of the image")->capture_default_str();
-    command->add_option("--sub", options->sub, "Number of the sub-image")->capture_default_str();
+    command->add_option("--image", options->image, "Number of the image")
+        ->check(whole_number(0))
+        ->capture_default_str();
+    command->add_option("--sub", options->sub, "Number of the sub-image")
+        ->check(whole_number(0))
+        ->capture_default_str();
     command->add_flag("--json", options->json, "Print JSON");
     command->callback([options, &status] { status = run(*options); });
 }

@@ -1,6 +1,7 @@
 // vldv profile: the samples along a line through an image, or of a curve.
 #include "cli/commands.h"
 #include "cli/curve_source.h"
+#include "cli/number_limits.h"
 #include "curves/table_text.h"
 
 #include <CLI/CLI.hpp>
@@ -40,7 +41,7 @@ void add_profile(CLI::App& app, int& status)
     CLI::App* command = app.add_subcommand("profile", "Print the samples along a line, or of a curve");
     add_curve_options(*command, *options, true);
     command->add_option("--width", options->width, "Take the mean of so many lines on either side; surfaces only")
-        ->check(CLI::Range(0u, 10000u))
+        ->check(whole_number(0, 10000))
         ->capture_default_str();
     command->callback([options, &status] { status = print_sections(*options, {section_json, section_table}); });
 }

@@ -2,8 +2,11 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/legend_picture.h"
+#include "cli/number_limits.h"
 #include "cli/output_names.h"
+#include "cli/palette_choice.h"
 #include "cli/session.h"
+#include "cli/standard_streams.h"
 #include "output/picture_scaling.h"
 #include "output/picture_writer.h"
 #include "platform/paths.h"
@@ -12,6 +15,7 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
+#include <utility>
 
 namespace cli {
 
@@ -85,6 +89,10 @@ std::string write_pixels(const output::pixel_view& pixels, output::picture_forma
 {
     const auto encoded = output::encode_picture(format, pixels);
     if (!encoded) return encoded.error().reason;
+    if (path == standardStream) {
+        put_standard_output(*encoded);
+        return {};
+    }
     output::save_file_atomically(path, *encoded);
     std::cout << path.native() << '\n';
     return {};
@@ -94,7 +102,8 @@ std::string write_pixels(const output::pixel_view& pixels, output::picture_forma
 std::string write_picture(CStorageDoc& document, const surface_number& which, const picture_options& options,
                           const fs::path& path)
 {
-    const auto format = output::picture_format_of(path.filename().native());
+    const auto format =
+        path == standardStream ? output::picture_format::png : output::picture_format_of(path.filename().native());
     if (!format) return "the extension names no picture format (png, bmp, jpg, tif)";
     if (!options.legend.empty()) {
         VLDIBImage picture;
@@ -112,17 +121,40 @@ std::string write_picture(CStorageDoc& document, const surface_number& which, co
     return write_pixels({scaled.data(), size->width, size->height, std::ptrdiff_t{size->width} * 3, 3}, *format, path);
 }
 
+/// Names for the pictures of a call; standard output takes a single one.
+class picture_names {
+public:
+    explicit picture_names(const std::string& output)
+    {
+        if (output != standardStream) names.emplace(output, ".png");
+    }
+    /// \throws std::runtime_error when there is no room for another
+    fs::path next(const std::wstring& input, const std::string& suffix, bool alone)
+    {
+        if (names) return names->next(input, suffix, alone);
+        if (!std::exchange(isFree, false))
+            throw std::runtime_error("only one picture can go to standard output; --image and --sub choose it");
+        return standardStream;
+    }
+
+private:
+    std::optional<output_names> names;
+    bool isFree = true;
+};
+
 int run(const picture_options& options)
 {
     session call;
     call.setFiles(options.files);
-    output_names names(options.output, ".png");
+    picture_names names(options.output);
     const bool oneFile = call.files().size() == 1;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         std::string skipped;
         const std::vector<surface_number> found = surfaces(document, options, skipped);
-        if (found.empty() && skipped.empty() && oneFile) skipped = "there is no surface to draw";
-        if (!skipped.empty()) call.report(path, skipped);
+        if (found.empty()) {
+            if (oneFile) throw nothing_to_treat(skipped.empty() ? "there is no surface to draw" : skipped);
+            call.passOver();
+        }
         for (const surface_number& each : found) {
             const std::string where = base::formatted("image %u, sub-image %u: ", each.image, each.sub);
             try {
@@ -154,14 +186,14 @@ void add_render(CLI::App& app, int& status)
     auto options = std::make_shared<picture_options>();
     CLI::App* command = app.add_subcommand("render", "Write pictures of surfaces (png, bmp, jpg, tif)");
     command->add_option("files", options->files, "Files to open")->required();
-    command->add_option("-o,--output", options->output, "Picture file; a folder for several")->required();
-    command->add_option("--image", options->image, "Number of the image (default: all)")->check(CLI::NonNegativeNumber);
-    command->add_option("--sub", options->sub, "Number of the sub-image (default: all)")->check(CLI::NonNegativeNumber);
     command
-        ->add_option("--palette", options->palette,
-                     "Palette: 0 custom, 1 gray, 2 blue, 3 brown, 4 green, 5 zebra, 6 "
-                     "and 7 multicolor")
-        ->check(CLI::Range(0, 7))
+        ->add_option("-o,--output", options->output,
+                     "Picture file, a folder for several, or - for standard output (png)")
+        ->required();
+    command->add_option("--image", options->image, "Number of the image (default: all)")->check(whole_number(0));
+    command->add_option("--sub", options->sub, "Number of the sub-image (default: all)")->check(whole_number(0));
+    command->add_option("--palette", options->palette, "Palette: " + palette_names() + ", 0 to 7, or a .pal file")
+        ->check(palette_problem)
         ->capture_default_str();
     const std::map<std::string, int> modes = {{"fixed", 0}, {"auto", 1}, {"line", 2}, {"planefit", 3}};
     command->add_option("--mode", options->mode, "Scale: fixed, auto, line or planefit")

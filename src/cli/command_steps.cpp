@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/file_reports.h"
 #include "cli/frame_choice.h"
+#include "cli/number_limits.h"
 #include "cli/result_files.h"
 #include "surface/step_results.h"
 
@@ -52,9 +53,7 @@ struct frame_steps {
 
 std::vector<frame_steps> find_all(const CStorageDoc& document, const step_options& options)
 {
-    std::string problem;
-    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface, problem);
-    if (!problem.empty()) throw std::runtime_error(problem);
+    const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface);
     std::vector<frame_steps> found;
     for (const frame& each : frames) {
         const SPMDataStream& stream = document.getImage(each.image);
@@ -170,18 +169,15 @@ void add_steps(CLI::App& app, int& status)
         ->add_option_function<std::string>(
             "--threshold", [options](const std::string& text) { options->threshold = *base::whole_number(text); },
             "Standard deviations that an edge is steeper than the mean (default: 1)")
-        ->check([](const std::string& text) {
-            const auto number = base::whole_number(text);
-            return number && *number >= 0.0 && std::isfinite(*number) ? "" : "expected a number of at least 0";
-        });
+        ->check(number_at_least(0.0));
     command->add_option("--slope", options->slope, "Columns to either side with nothing steeper (default: width / 32)")
-        ->check(CLI::NonNegativeNumber);
+        ->check(whole_number(0));
     command->add_option("--start-rows", options->startRows, "Rows in which edges begin (default: height / 13)")
-        ->check(CLI::PositiveNumber);
+        ->check(whole_number(1));
     command->add_option("--gap", options->gap, "Rows that an edge may be missing (default: height / 100)")
-        ->check(CLI::PositiveNumber);
-    command->add_option("--start-row", options->startRow, "First row")->check(CLI::NonNegativeNumber);
-    command->add_option("--end-row", options->endRow, "Rows left out at the end")->check(CLI::NonNegativeNumber);
+        ->check(whole_number(1));
+    command->add_option("--start-row", options->startRow, "First row")->check(whole_number(0));
+    command->add_option("--end-row", options->endRow, "Rows left out at the end")->check(whole_number(0));
     command->add_option("-o,--output", options->output, "Document with an image for each step; a folder for several");
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, &status] { status = run(*options); });

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "cli/file_reports.h"
+#include "cli/number_limits.h"
 #include "cli/session.h"
 
 #include <CLI/CLI.hpp>
@@ -43,10 +44,8 @@ std::string missing(const CStorageDoc& document, std::size_t dimensions, const c
 void add_curve_options(CLI::App& command, curve_options& options, bool hasPoints)
 {
     command.add_option("files", options.files, "Files to open")->required();
-    command.add_option("--image", options.image, "Number of the image; all when not given")
-        ->check(CLI::NonNegativeNumber);
-    command.add_option("--sub", options.sub, "Number of the sub-image; all when not given")
-        ->check(CLI::NonNegativeNumber);
+    command.add_option("--image", options.image, "Number of the image; all when not given")->check(whole_number(0));
+    command.add_option("--sub", options.sub, "Number of the sub-image; all when not given")->check(whole_number(0));
     command.add_flag("--json", options.asJson, "Print JSON");
     if (hasPoints)
         command.add_option("--points", options.points, "Line through samples, as x,y;x,y;…, or triples in a volume")
@@ -94,9 +93,8 @@ std::vector<section> sections_of(const CStorageDoc& document, const curve_option
         found.push_back(std::move(made));
     }
     if (!found.empty()) return found;
-    if (options.sub >= 0)
-        throw std::runtime_error(base::formatted("there is no curve with a sub-image %d", options.sub));
-    throw std::runtime_error(missing(document, dimensions, options));
+    if (options.sub >= 0) throw nothing_to_treat(base::formatted("there is no curve with a sub-image %d", options.sub));
+    throw nothing_to_treat(missing(document, dimensions, options));
 }
 
 nlohmann::ordered_json axis_json(const VLAxis& axis)

@@ -122,7 +122,7 @@ force_map_output::written force_map_output::write(CStorageDoc& document, const s
     map_images maps(document, call.files().size() == 1); // else the bar counts files
     for (unsigned i = 0; i < document.getImagesNumber(); ++i)
         if (is_volume(document, i) && (image < 0 || i == static_cast<unsigned>(image))) maps.add(i, sub);
-    if (maps.streams.empty()) throw std::runtime_error("there is no volume of force curves to map");
+    if (maps.streams.empty()) throw nothing_to_treat("there is no volume of force curves to map");
     const fs::path output = outputFor(path);
     document.AddNewImages(maps.streams.data(), static_cast<unsigned>(maps.streams.size()));
     const std::string reason = call.save(document, platform::to_wide(output));

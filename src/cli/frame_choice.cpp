@@ -1,6 +1,8 @@
 #include "cli/frame_choice.h"
 
 #include "base/text.h"
+#include "cli/number_limits.h"
+#include "cli/session.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,8 +10,8 @@ namespace cli {
 
 void add_frame_options(CLI::App& command, frame_choice& choice)
 {
-    command.add_option("--image", choice.image, "Number of the image (default: all)")->check(CLI::NonNegativeNumber);
-    command.add_option("--sub", choice.sub, "Number of the sub-image (default: all)")->check(CLI::NonNegativeNumber);
+    command.add_option("--image", choice.image, "Number of the image (default: all)")->check(whole_number(0));
+    command.add_option("--sub", choice.sub, "Number of the sub-image (default: all)")->check(whole_number(0));
 }
 
 std::string refuse_no_heights(const CStorageDoc& document, unsigned image)
@@ -28,8 +30,7 @@ std::string refuse_no_surface(const CStorageDoc& document, unsigned image)
     return refuse_no_heights(document, image);
 }
 
-std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice& choice, const image_judge& refuse,
-                                 std::string& problem)
+std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice& choice, const image_judge& refuse)
 {
     std::vector<frame> found;
     const auto asked = [](int number, unsigned each) { return number < 0 || each == static_cast<unsigned>(number); };
@@ -43,7 +44,7 @@ std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice
         for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub)
             if (asked(choice.sub, sub)) found.push_back({image, sub});
     }
-    if (found.empty()) problem = refused.empty() ? "there is no such image or sub-image" : refused;
+    if (found.empty()) throw nothing_to_treat(refused.empty() ? "there is no such image or sub-image" : refused);
     return found;
 }
 

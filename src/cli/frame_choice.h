@@ -32,10 +32,8 @@ std::string refuse_no_heights(const CStorageDoc& document, unsigned image);
 /// 16-bit samples in two dimensions.
 std::string refuse_no_surface(const CStorageDoc& document, unsigned image);
 
-/// The frames that were asked for. Images that are refused are passed over, unless they were asked for by number or
-/// nothing else is left: `problem` then says why.
-std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice& choice, const image_judge& refuse,
-                                 std::string& problem);
+/// The frames that were asked for. Images that are refused are passed over. \throws nothing_to_treat when none is left
+std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice& choice, const image_judge& refuse);
 
 /// Samples of a frame of an image of 16-bit numbers.
 std::span<std::int16_t> frame_samples(const CStorageDoc& document, const frame& which);

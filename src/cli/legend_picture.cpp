@@ -1,5 +1,6 @@
 #include "cli/legend_picture.h"
 
+#include "cli/palette_choice.h"
 #include "document/StorageDoc.h"
 #include "host/paint/QtDC.h"
 #include "host/paint/windowless_toolkit.h"
@@ -42,7 +43,7 @@ void set_up_view(CSurfMathView& view, const picture_options& options)
 
 void set_up_scale(CScale& scale, const picture_options& options)
 {
-    scale.SetPaletteId(options.palette);
+    choose_palette(scale, options.palette);
     scale.SetAutoScaling(options.mode);
     scale.setInverse(options.inverse);
     if (options.fixed.empty()) return;

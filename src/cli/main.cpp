@@ -1,18 +1,47 @@
 // vldv: the library for scripts and batches.
 #include "cli/commands.h"
+#include "cli/nearest_name.h"
 #include "cli/session.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <exception>
+#include <filesystem>
 #include <iostream>
+
+namespace {
+
+std::vector<std::string> command_names(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+    return names;
+}
+
+/// Whether a call begins with a word that is no sub-command; the one that was probably meant is told.
+bool is_refused(const CLI::App& app, const std::string& word)
+{
+    const std::vector<std::string> names = command_names(app);
+    if (word.starts_with('-') || std::ranges::find(names, word) != names.end()) return false;
+    std::error_code ignored;
+    std::cerr << "vldv has no sub-command \"" << word << "\"; "
+              << (std::filesystem::exists(word, ignored) ? "vldv info " + word + " tells what the file holds"
+                                                         : "the nearest is " + cli::nearest_name(word, names))
+              << "\nRun with --help for all of them.\n";
+    return true;
+}
+
+} // namespace
 
 int main(int count, char** arguments)
 try {
-    // A full quota or a closed pipe is an error of the write that meets it, told like any other.
+    // A full quota is an error of the write that meets it, told like any other. Whoever closes a pipe has seen enough:
+    // the program ends without a word, also when its parent ignores that signal.
     std::signal(SIGXFSZ, SIG_IGN);
-    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGPIPE, SIG_DFL);
     CLI::App app("vldv opens what a scanning-probe microscope recorded, tells what it holds and takes it away.");
+    app.set_version_flag("--version", "vldv " VLDV_VERSION);
     app.require_subcommand(1);
     int status = cli::allDone;
     cli::add_info(app, status);
@@ -31,6 +60,7 @@ try {
     cli::add_steps(app, status);
     cli::add_examples(app, status);
     cli::add_formats(app, status);
+    if (count > 1 && is_refused(app, arguments[1])) return cli::badUsage;
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& problem) {

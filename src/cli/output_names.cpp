@@ -11,7 +11,7 @@ output_names::output_names(const std::string& output, std::string extension)
     : target(platform::to_path(platform::full_path(base::widen(output)))), folderExtension(std::move(extension))
 {
     std::error_code error;
-    isFolder = output.ends_with('/') || fs::is_directory(target, error);
+    isFolder = output.ends_with('/') || target.extension().empty() || fs::is_directory(target, error);
     if (isFolder) fs::create_directories(target, error);
 }
 

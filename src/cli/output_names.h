@@ -8,7 +8,7 @@ namespace cli {
 /// Where the results of a call go: into one file, or into a folder or beside each other with a name for each.
 class output_names {
 public:
-    /// \param output     a folder when it ends with a slash or is one, and is made when it is missing
+    /// \param output     a folder when it ends with a slash, has no extension or is one, and is made when it is missing
     /// \param extension  of the names in a folder; elsewhere results share that of `output`
     output_names(const std::string& output, std::string extension);
 

@@ -9,9 +9,9 @@ namespace cli {
 struct picture_options {
     std::vector<std::string> files;
     std::string output;
-    int image = -1, sub = -1; ///< -1: all
-    int palette = 3;
-    int mode = 1; ///< of the scale: 0 fixed, 1 auto, 2 line, 3 line with planefit
+    int image = -1, sub = -1;      ///< -1: all
+    std::string palette = "brown"; ///< as `choose_palette` takes it
+    int mode = 1;                  ///< of the scale: 0 fixed, 1 auto, 2 line, 3 line with planefit
     bool inverse = false, highlight = false, absolute = false;
     std::string roi, fixed, size;
     std::string legend; ///< "full", "compact" or none

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "cli/progress.h"
+#include "cli/standard_streams.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -19,18 +20,18 @@ std::filesystem::path identity(const std::filesystem::path& path)
 
 namespace {
 
-/// Whether a file claims to be of a format that is known; others in a folder are passed over.
-bool is_recording(const std::filesystem::path& file)
+/// The format that a file claims to be of, by its content or by its name as well; null when there is none.
+const formats::format_row* claimed_format(const std::filesystem::path& file, bool byName)
 {
     std::ifstream in(file, std::ios::binary);
     std::vector<std::byte> head(formats::sniffBytes);
     in.read(reinterpret_cast<char*>(head.data()), static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<std::size_t>(in.gcount()));
-    return formats::find_format(head, file.filename().native()) != nullptr;
+    return formats::find_format(head, byName ? file.filename().native() : std::string());
 }
 
 /// The recordings in a folder and those below it, by name.
-std::vector<std::wstring> recordings_in(const std::filesystem::path& folder)
+std::vector<std::filesystem::path> recordings_in(const std::filesystem::path& folder)
 {
     std::vector<std::filesystem::path> files;
     std::error_code error, ignored;
@@ -38,11 +39,9 @@ std::vector<std::wstring> recordings_in(const std::filesystem::path& folder)
              entry(folder, std::filesystem::directory_options::skip_permission_denied, error),
          end;
          !error && entry != end; entry.increment(error))
-        if (entry->is_regular_file(ignored) && is_recording(entry->path())) files.push_back(entry->path());
+        if (entry->is_regular_file(ignored) && claimed_format(entry->path(), true)) files.push_back(entry->path());
     std::ranges::sort(files);
-    std::vector<std::wstring> paths;
-    for (const std::filesystem::path& file : files) paths.push_back(platform::to_wide(file));
-    return paths;
+    return files;
 }
 
 } // namespace
@@ -52,26 +51,35 @@ void session::setFiles(const std::vector<std::string>& paths)
     for (const std::string& path : paths) {
         const std::wstring full = platform::full_path(base::widen(path));
         std::error_code error;
-        const std::filesystem::path file = platform::to_path(full);
-        if (!std::filesystem::is_directory(file, error)) {
+        if (path != standardStream && std::filesystem::is_directory(platform::to_path(full), error))
+            addFolder(full);
+        else
             setFile(path);
-            continue;
-        }
-        const std::vector<std::wstring> found = recordings_in(file);
-        if (found.empty()) report(full, "the folder holds no file that opens");
-        inputs.insert(inputs.end(), found.begin(), found.end());
-        for (const std::wstring& each : found) inputIdentities.insert(identity(platform::to_path(each)));
+    }
+}
+
+void session::addFolder(const std::wstring& folder)
+{
+    const std::vector<std::filesystem::path> found = recordings_in(platform::to_path(folder));
+    if (found.empty()) report(folder, "the folder holds no file that opens");
+    for (const std::filesystem::path& file : found) {
+        inputs.push_back(platform::to_wide(file));
+        origins.push_back(claimed_format(file, false) ? origin::foundByContent : origin::foundByName);
+        inputIdentities.insert(identity(file));
     }
 }
 
 void session::setFile(const std::string& path)
 {
-    inputs.push_back(platform::full_path(base::widen(path)));
-    inputIdentities.insert(identity(platform::to_path(inputs.back())));
+    const bool isStream = path == standardStream;
+    inputs.push_back(isStream ? base::widen(path) : platform::full_path(base::widen(path)));
+    origins.push_back(origin::named);
+    if (!isStream) inputIdentities.insert(identity(platform::to_path(inputs.back())));
 }
 
 std::unique_ptr<CStorageDoc> session::open(const std::wstring& path, std::string& failure)
 {
+    if (path == base::widen(standardStream)) return openStandardInput(failure);
     auto document = std::make_unique<CStorageDoc>();
     if (document->OnOpenDocument(path.c_str())) {
         document->SetPathName(path.c_str(), false);
@@ -80,6 +88,23 @@ std::unique_ptr<CStorageDoc> session::open(const std::wstring& path, std::string
     failure = host.takeMessages();
     if (failure.empty()) failure = "could not be opened";
     return nullptr;
+}
+
+std::unique_ptr<CStorageDoc> session::openStandardInput(std::string& failure)
+{
+    if (standardInput) throw std::runtime_error("standard input can be read only once");
+    take_standard_input(standardInput.emplace());
+    std::unique_ptr<CStorageDoc> document = open(standardInput->wide_path(), failure);
+    if (document) document->SetPathName(base::widen(standardStream).c_str(), false);
+    return document;
+}
+
+/// A reason names the file that standard input is kept in.
+std::string session::withoutKeptName(std::string reason) const
+{
+    const std::string kept = standardInput ? standardInput->path().native() : std::string();
+    const std::size_t at = kept.empty() ? std::string::npos : reason.find(kept);
+    return at == std::string::npos ? reason : reason.replace(at, kept.size(), "standard input");
 }
 
 std::string session::save(CStorageDoc& document, const std::wstring& path)
@@ -98,27 +123,55 @@ void session::report(const std::wstring& path, const std::string& reason)
     std::cerr << reason << '\n';
 }
 
+void session::openAndUse(std::size_t index, const std::function<void(CStorageDoc&, const std::wstring&)>& use,
+                         std::string& failure)
+try {
+    const auto document = open(inputs[index], failure);
+    if (document) use(*document, inputs[index]);
+    if (document || origins[index] != origin::foundByName) return;
+    failure.clear();
+    passOver();
+} catch (const nothing_to_treat& reason) {
+    if (origins[index] == origin::named)
+        failure = reason.what();
+    else
+        passOver();
+} catch (const std::exception& thrown) {
+    failure = thrown.what();
+}
+
+void session::tellPassedOver()
+{
+    if (passedOver == 0) return;
+    std::cerr << passedOver << " of " << inputs.size() << " files hold nothing to treat and were passed over\n";
+    failed = failed || passedOver == inputs.size();
+    passedOver = 0;
+}
+
 void session::forEachDocument(const std::function<void(CStorageDoc&, const std::wstring&)>& use,
                               const std::function<void(const std::wstring&, const std::string&)>& onFailure)
 {
     progress_bar progress(inputs.size());
-    host.onProgress = [&](double part) { progress.tell(part); };
-    for (const std::wstring& path : inputs) {
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        host.onProgress = [&](double part) { progress.tell(part); };
         std::string failure;
-        try {
-            const auto document = open(path, failure);
-            progress.clear(); // what follows may print
-            if (document) use(*document, path);
-        } catch (const std::exception& thrown) {
-            failure = thrown.what();
-        }
+        openAndUse(
+            i,
+            [&](CStorageDoc& document, const std::wstring& path) {
+                progress.clear();
+                use(document, path);
+            },
+            failure);
+        progress.clear();
         if (!failure.empty()) {
-            progress.clear(); // of a failure that was thrown
-            report(path, failure);
-            if (onFailure) onFailure(path, failure);
+            failure = withoutKeptName(std::move(failure));
+            report(inputs[i], failure);
+            if (onFailure) onFailure(inputs[i], failure);
         }
         progress.advance();
     }
+    progress.clear();
+    tellPassedOver();
     host.onProgress = nullptr;
 }
 

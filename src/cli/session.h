@@ -2,11 +2,14 @@
 #include "cli/CliHost.h"
 #include "document/StorageDoc.h"
 #include "platform/WinApp.h"
+#include "platform/temporary_file.h"
 
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,15 +21,22 @@ constexpr int allDone = 0, someFailed = 1, badUsage = 2;
 /// Two names of one file give equal paths, also for a file that is not there yet.
 std::filesystem::path identity(const std::filesystem::path& path);
 
+/// Thrown where a file holds nothing that the command treats: a failure of a file that was named, while one that was
+/// found in a folder is passed over.
+class nothing_to_treat : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// What all sub-commands share: the application, the files of the call and how failures are told.
 class session {
 public:
     session() : app(host) {}
 
     /// Absolute paths, made before any file is opened: opening one changes the current folder. A folder stands for the
-    /// recordings in it and below it.
+    /// recordings in it and below it, "-" for standard input.
     void setFiles(const std::vector<std::string>& paths);
-    /// One path, which is never taken for a folder.
+    /// One path, which is never taken for a folder, or "-".
     void setFile(const std::string& path);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
     /// Whether a name, through links too, is that of a file of the call: such a file is never written.
@@ -40,15 +50,32 @@ public:
     void report(const std::wstring& path, const std::string& reason);
     int status() const noexcept { return failed ? someFailed : allDone; }
 
+    /// Counts the present file as one that holds nothing to treat.
+    void passOver() noexcept { ++passedOver; }
+
     /// Opens each file in turn and hands it over; tells failures, also those that `use` throws, goes on with the next
-    /// file, and shows the progress on a terminal.
+    /// file, and shows the progress on a terminal. What was passed over is counted on standard error in the end; that
+    /// nothing else was there is a failure.
     void forEachDocument(const std::function<void(CStorageDoc&, const std::wstring&)>& use,
                          const std::function<void(const std::wstring&, const std::string&)>& onFailure = {});
 
 private:
+    /// How a file came into the call. One that is known by its name alone may well be no recording.
+    enum class origin { named, foundByContent, foundByName };
+
+    void addFolder(const std::wstring& folder);
+    void openAndUse(std::size_t index, const std::function<void(CStorageDoc&, const std::wstring&)>& use,
+                    std::string& failure);
+    std::unique_ptr<CStorageDoc> openStandardInput(std::string& failure);
+    std::string withoutKeptName(std::string reason) const;
+    void tellPassedOver();
+
     CCliHost host;
     CWinApp app;
     std::vector<std::wstring> inputs;
+    std::vector<origin> origins; ///< one an input
+    std::optional<platform::temporary_file> standardInput;
+    std::size_t passedOver = 0;
     std::set<std::filesystem::path> inputIdentities;
     bool failed = false;
 };

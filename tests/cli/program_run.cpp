@@ -18,7 +18,7 @@ void redirect(const std::filesystem::path& path, int descriptor)
 } // namespace
 
 program_result run_vldv(const std::filesystem::path& folder, const std::vector<std::string>& arguments,
-                        const std::filesystem::path& output)
+                        const std::filesystem::path& output, const std::filesystem::path& input)
 {
     const temporary_folder scratch;
     const std::filesystem::path out = scratch / "out", err = scratch / "err";
@@ -29,6 +29,7 @@ program_result run_vldv(const std::filesystem::path& folder, const std::vector<s
     if (child == 0) {
         redirect(output.empty() ? out : output, STDOUT_FILENO);
         redirect(err, STDERR_FILENO);
+        dup2(open(input.empty() ? "/dev/null" : input.c_str(), O_RDONLY), STDIN_FILENO);
         if (chdir(folder.c_str()) == 0) execv(VLDV_PROGRAM, words.data());
         _exit(127);
     }

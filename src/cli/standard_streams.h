@@ -1,0 +1,24 @@
+#pragma once
+#include <cstddef>
+#include <filesystem>
+#include <span>
+
+namespace platform {
+class temporary_file;
+}
+
+namespace cli {
+
+/// What a call names for standard input and standard output.
+inline constexpr const char* standardStream = "-";
+
+/// Stores all that comes from standard input. \throws std::runtime_error with the reason, also when that is a terminal
+/// or holds nothing
+void take_standard_input(const platform::temporary_file& file);
+/// Writes to standard output behind what was printed. \throws std::runtime_error with the reason, also when that is a
+/// terminal, which could not show it
+void put_standard_output(std::span<const std::byte> bytes);
+/// The same for the content of a file.
+void put_standard_output(const std::filesystem::path& file);
+
+} // namespace cli

@@ -1,0 +1,132 @@
+// Standard input and output, and what a call says when it is not understood.
+#include "program_fixture.h"
+
+#include <cstdlib>
+
+namespace {
+
+/// Runs the program with a file as standard input.
+program_result piped(const temporary_folder& folder, const std::vector<std::string>& arguments, const char* input)
+{
+    return run_vldv(folder.path, arguments, {}, folder / input);
+}
+
+TEST_F(ProgramTest, AMinusIsStandardInputAndOutput)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    EXPECT_EQ(piped(folder, {"dump", "-"}, "m.txt").out, smallMatrixRaw);
+    const program_result told = piped(folder, {"info", "--json", "-"}, "m.txt");
+    EXPECT_EQ(nlohmann::json::parse(told.out)["files"][0]["path"], "-");
+
+    write_file(folder / "made.spm", piped(folder, {"convert", "-", "-o", "-"}, "m.txt").out);
+    EXPECT_EQ(vldv({"dump", "made.spm"}).out, smallMatrixRaw);
+    const std::string picture = piped(folder, {"render", "-", "-o", "-"}, "made.spm").out;
+    ASSERT_EQ(vldv({"render", "made.spm", "-o", "named.png"}).status, 0);
+    EXPECT_EQ(picture, file_content(folder / "named.png"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "-"));
+}
+
+TEST_F(ProgramTest, StandardStreamsTakeOneFile)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    write_file(folder / "none.txt", "");
+    struct refusal {
+        std::vector<std::string> arguments;
+        const char *input, *reason;
+    };
+    const refusal refusals[] = {
+        {{"info", "-"}, "none.txt", "-: standard input is empty"},
+        {{"info", "-", "-"}, "m.txt", "-: standard input can be read only once"},
+        {{"convert", "-", "m.txt", "-o", "-"}, "m.txt", "only one file can go to standard output"},
+        {{"render", "-", "m.txt", "-o", "-"}, "m.txt", "only one picture can go to standard output"}};
+    for (const refusal& each : refusals) {
+        const program_result result = piped(folder, each.arguments, each.input);
+        EXPECT_EQ(result.status, 1) << each.reason;
+        EXPECT_NE(result.err.find(each.reason), std::string::npos) << result.err;
+    }
+    write_file(folder / "broken.spm", "PK\3\4");
+    const std::string broken = piped(folder, {"info", "-"}, "broken.spm").err;
+    EXPECT_TRUE(broken.starts_with("-: standard input: ")) << "not the name of a file of ours: " << broken;
+}
+
+TEST_F(ProgramTest, AClosedPipeEndsTheProgramWithoutAWord)
+{
+    examples(); // 512 x 512 numbers are far more than a pipe holds
+    const std::string command = "cd '" + folder.path.native() +
+                                "' && ( trap '' PIPE; '" VLDV_PROGRAM
+                                "' dump ex/grains.spm 2>err; echo $? >status ) | true";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(file_content(folder / "err"), "");
+    EXPECT_EQ(file_content(folder / "status"), "141\n") << "128 + SIGPIPE, though the parent ignores that signal";
+}
+
+TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
+{
+    struct refusal {
+        std::vector<std::string> arguments;
+        const char* reason;
+    };
+    const refusal refusals[] = {
+        {{"histgram"}, "\"histgram\"; the nearest is histogram"},
+        {{"st"}, "the nearest is stats"},
+        {{"m.txt"}, "vldv info m.txt tells"},
+        {{"steps", "m.txt", "--gap", "0"}, "--gap: expected a whole number, 1 or more, not \"0\""},
+        {{"dump", "m.txt", "--image", "99999999999"}, "--image: expected a whole number, 0 or more"},
+        {{"force", "m.txt", "--slant-threshold", "inf"}, "--slant-threshold: expected a number, 0 or more"},
+        {{"histogram", "m.txt", "--bars", "1"}, "--bars: expected a whole number from 2 to 16777216, not \"1\""},
+        {{"render", "m.txt", "-o", "x.png", "--palette", "gren"}, "no palette \"gren\"; the nearest name is green"},
+        {{"render", "m.txt", "-o", "x.png", "--palette", "m.txt"}, "\"m.txt\" is no palette file"},
+        {{"convert", "m.txt", "--to", "x.png"}, "x.png: is neither a name of a container (.spm) nor of a folder"}};
+    write_file(folder / "m.txt", smallMatrix);
+    for (const refusal& each : refusals) {
+        const program_result result = vldv(each.arguments);
+        EXPECT_EQ(result.status, 2) << each.reason;
+        EXPECT_NE(result.err.find(each.reason), std::string::npos) << result.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
+    EXPECT_EQ(vldv({"--version"}).out, "vldv " VLDV_VERSION "\n");
+}
+
+TEST_F(ProgramTest, PalettesHaveNames)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    // One entry, pure red: RIFF, its size, "PAL ", "data", a size that is ignored, the colour.
+    const char red[] = "RIFF\x10\0\0\0PAL data\0\0\0\0\xff\0\0\0";
+    write_file(folder / "red.pal", std::string(red, sizeof red - 1));
+    const auto picture = [&](const char* palette) {
+        EXPECT_EQ(vldv({"render", "m.txt", "-o", "x.bmp", "--palette", palette}).status, 0) << palette;
+        return file_content(folder / "x.bmp");
+    };
+    EXPECT_EQ(picture("Zebra"), picture("5"));
+    EXPECT_NE(picture("gray"), picture("blue"));
+    const std::string reds = picture("red.pal");
+    EXPECT_EQ(reds.substr(reds.size() - 8, 6), std::string("\0\0\xff\0\0\xff", 6)) << "blue, green, red of two pixels";
+}
+
+TEST_F(ProgramTest, ANameWithoutExtensionIsAFolderOfPictures)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "pictures"}).status, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder / "pictures/m.txt-0-0.png"));
+}
+
+TEST_F(ProgramTest, WhatACommandCannotTreatInAFolderIsPassedOverAndCounted)
+{
+    std::filesystem::create_directories(folder / "night");
+    write_file(folder / "night/a.txt", smallMatrix);
+    write_file(folder / "night/curve.txt", "1 2\n2 3\n3 5\n4 7\n");
+    for (const char* command : {"stats", "features", "steps", "histogram", "force", "profile"}) {
+        const program_result result = vldv({command, "night"});
+        EXPECT_EQ(result.status, 0) << command << result.err;
+        const bool treatsBoth = std::string(command) == "histogram";
+        EXPECT_EQ(result.err, treatsBoth ? "" : "1 of 2 files hold nothing to treat and were passed over\n") << command;
+    }
+    EXPECT_EQ(vldv({"stats", "night/curve.txt"}).status, 1) << "it was named";
+    std::filesystem::remove(folder / "night/a.txt");
+    EXPECT_EQ(vldv({"stats", "night"}).status, 1) << "nothing else is there";
+    ASSERT_EQ(vldv({"convert", "night/curve.txt", "--to", "night/broken.spm"}).status, 0);
+    std::filesystem::resize_file(folder / "night/broken.spm", 100);
+    EXPECT_NE(vldv({"info", "night"}).err.find("broken.spm"), std::string::npos) << "a damaged recording is told";
+}
+
+} // namespace
