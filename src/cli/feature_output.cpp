@@ -1,6 +1,7 @@
 #include "cli/feature_output.h"
 
 #include "base/text.h"
+#include "cli/csv_text.h"
 #include "output/picture_writer.h"
 #include "spectra/feature_metrics.h"
 
@@ -41,14 +42,6 @@ std::size_t width_of(const std::string& text)
 {
     return static_cast<std::size_t>(
         std::count_if(text.begin(), text.end(), [](char each) { return (each & 0xC0) != 0x80; }));
-}
-
-std::string quoted(const std::string& cell)
-{
-    if (cell.find_first_of(",\"\r\n") == std::string::npos) return cell;
-    std::string out = "\"";
-    for (const char each : cell) out += each == '"' ? std::string("\"\"") : std::string(1, each);
-    return out + '"';
 }
 
 } // namespace
@@ -95,10 +88,7 @@ std::string features_text(const frame_features& made)
 std::string features_csv(const frame_features& made)
 {
     std::string text;
-    for (const auto& row : make_table(made, base::shortest)) {
-        for (std::size_t i = 0; i < row.size(); ++i) text += (i > 0 ? "," : "") + quoted(row[i]);
-        text += '\n';
-    }
+    for (const auto& row : make_table(made, base::shortest)) text += csv_line(row);
     return text;
 }
 

@@ -3,6 +3,7 @@
 #include "platform/paths.h"
 #include "program_fixture.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -34,20 +35,20 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
     EXPECT_TRUE(files[1].contains("error"));
     const json& images = files[0]["images"];
     ASSERT_EQ(images.size(), 2u);
-    // Steps of 0.002 um are 2 nm, the start is -1000 nm. The mean is 1: eight residuals are -1, one is 8.
+    // Steps of 0.002 um are 2e-9 m, the start is -1e-6 m. The mean is 1: eight residuals are -1, one is 8.
     const double rq = std::sqrt(8.0);
-    const std::tuple<const char*, double, const char*> expected[2][7] = {{{"Zmax", -982.0, "nm"},
-                                                                          {"Zmin", -1000.0, "nm"},
-                                                                          {"Rmax", 18.0, "nm"},
-                                                                          {"Rq", 2.0 * rq, "nm"},
-                                                                          {"Ra", 2.0 * 16.0 / 9.0, "nm"},
+    const std::tuple<const char*, double, const char*> expected[2][7] = {{{"Zmax", -982e-9, "m"},
+                                                                          {"Zmin", -1e-6, "m"},
+                                                                          {"Rmax", 18e-9, "m"},
+                                                                          {"Rq", 2e-9 * rq, "m"},
+                                                                          {"Ra", 2e-9 * 16.0 / 9.0, "m"},
                                                                           {"Rsk", 504.0 / 9.0 / (8.0 * rq), ""},
                                                                           {"Rku", 4104.0 / 9.0 / 64.0, ""}},
-                                                                         {{"Zmax", -976.0, "nm"},
-                                                                          {"Zmin", -980.0, "nm"},
-                                                                          {"Rmax", 4.0, "nm"},
-                                                                          {"Rq", 0.0, "nm"},
-                                                                          {"Ra", 0.0, "nm"},
+                                                                         {{"Zmax", -976e-9, "m"},
+                                                                          {"Zmin", -980e-9, "m"},
+                                                                          {"Rmax", 4e-9, "m"},
+                                                                          {"Rq", 0.0, "m"},
+                                                                          {"Ra", 0.0, "m"},
                                                                           {"Rsk", 0.0, ""},
                                                                           {"Rku", 0.0, ""}}};
     for (std::size_t sub = 0; sub < 2; ++sub) {
@@ -58,7 +59,7 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
             const auto& [name, value, units] = expected[sub][i];
             const json& row = images[sub]["rows"][i];
             EXPECT_EQ(row["name"], name);
-            EXPECT_NEAR(row["value"].get<double>(), value, 1e-9) << name;
+            EXPECT_NEAR(row["value"].get<double>(), value, row["units"] == "m" ? 1e-17 : 1e-9) << name;
             EXPECT_EQ(row["units"], units) << name;
         }
     }
@@ -68,6 +69,23 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
         << text;
     EXPECT_NE(text.find("    Rku: 7.125\n"), std::string::npos) << "456 / 64, without a unit";
     EXPECT_EQ(vldv({"stats"}).status, 2);
+}
+
+TEST_F(ProgramTest, StatsWriteATableWithALineForEachSubImage)
+{
+    write_surfaces(folder / "a,b.spm");
+    const std::string path = (std::filesystem::canonical(folder.path) / "a,b.spm").native();
+    const program_result result = vldv({"stats", "a,b.spm", "a,b.spm", "--image", "0", "--sub", "1", "--csv", "-"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const std::size_t firstEnd = result.out.find('\n') + 1;
+    EXPECT_EQ(result.out.substr(0, firstEnd), "file,image,id,subimage,name,units,Zmax,Zmin,Rmax,Rq,Ra,Rsk,Rku\n");
+    const std::string line = result.out.substr(firstEnd, result.out.find('\n', firstEnd) + 1 - firstEnd);
+    EXPECT_TRUE(line.starts_with('"' + path + "\",0,Topo,1,,m,-9.76e-07,")) << line;
+    EXPECT_EQ(result.out.substr(firstEnd), line + line) << "one for each file";
+    ASSERT_EQ(vldv({"stats", "a,b.spm", "--csv", "t.csv"}).status, 0);
+    EXPECT_EQ(std::ranges::count(file_content(folder / "t.csv"), '\n'), 3) << "names and two sub-images";
+    EXPECT_EQ(vldv({"stats", "a,b.spm", "--csv", "a,b.spm"}).status, 1) << "never over what is read";
+    EXPECT_EQ(vldv({"stats", "a,b.spm", "--image", "1"}).status, 1) << "a curve";
 }
 
 } // namespace
