@@ -1,8 +1,14 @@
-// vldv stats: heights and roughness of surfaces, for people or as JSON.
+// vldv stats: heights and roughness of surfaces, for people, spreadsheets or as JSON.
 #include "base/text.h"
+#include "base/units.h"
 #include "cli/commands.h"
+#include "cli/csv_text.h"
 #include "cli/file_reports.h"
+#include "cli/frame_choice.h"
 #include "cli/session.h"
+#include "cli/standard_streams.h"
+#include "output/picture_writer.h"
+#include "platform/paths.h"
 #include "surface/statistics.h"
 
 #include <CLI/CLI.hpp>
@@ -17,63 +23,60 @@ using json = nlohmann::ordered_json;
 
 struct stats_options {
     std::vector<std::string> files;
+    frame_choice choice;
+    std::string csv; ///< empty: none
     bool asJson = false;
 };
 
-/// A sub-image of a surface.
-struct frame {
-    unsigned image, sub;
-    std::string id;
-    std::vector<surface::statistics_row> rows; ///< without headings
+/// The figures of a sub-image of a surface, without headings.
+struct frame_rows {
+    frame which;
+    std::vector<surface::statistics_row> rows;
 };
 
-bool is_surface(const CStorageDoc& document, unsigned image)
+std::vector<frame_rows> figures_of(const CStorageDoc& document, const frame_choice& choice)
 {
-    const SPMDataStream& stream = document.getImage(image);
-    return document.isImageOk(image) && stream.get_dimensions_number() == 2 && stream.array_type() == SPM_ARRAY_INT16 &&
-           document.getSubImageLength(image) > 0;
-}
-
-std::vector<frame> frames_of(const CStorageDoc& document)
-{
-    std::vector<frame> frames;
-    for (unsigned image = 0; image < document.getImagesNumber(); ++image) {
-        if (!is_surface(document, image)) continue;
-        const SPMDataStream& stream = document.getImage(image);
-        for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub) {
-            const std::span samples(static_cast<const std::int16_t*>(document.getImageDataS(image, sub)),
-                                    document.getSubImageLength(image));
-            frame& made = frames.emplace_back(frame{image, sub, stream.get_name(), {}});
-            for (surface::statistics_row& row :
-                 surface::frame_statistics(samples, static_cast<int>(stream.get_dimension(0).length),
-                                           document.getAxis(image, 0, unsigned(-1))))
-                if (!row.name.empty()) made.rows.push_back(std::move(row));
-        }
+    std::vector<frame_rows> figures;
+    for (const frame& each : chosen_frames(document, choice, refuse_no_surface)) {
+        frame_rows& made = figures.emplace_back(frame_rows{each, {}});
+        const auto width = static_cast<int>(document.getImage(each.image).get_dimension(0).length);
+        for (surface::statistics_row& row : surface::frame_statistics(frame_samples(document, each), width,
+                                                                      document.getAxis(each.image, 0, unsigned(-1))))
+            if (!row.name.empty()) made.rows.push_back(std::move(row));
     }
-    return frames;
+    return figures;
 }
 
-json document_json(const std::vector<frame>& frames, const std::wstring& path)
+/// Figures of different files compare as they are in the unit of their kind.
+surface::statistics_row in_base_units(surface::statistics_row row)
+{
+    row.units = base_units(row.units.c_str(), &row.value);
+    return row;
+}
+
+json document_json(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
 {
     json images = json::array();
-    for (const frame& each : frames) {
-        json rows = json::array();
-        for (const surface::statistics_row& row : each.rows)
-            rows.push_back({{"name", row.name}, {"value", row.value}, {"units", row.units}});
-        images.push_back({{"id", each.id}, {"subimage", each.sub}, {"rows", rows}});
+    for (const auto& [which, rows] : figures) {
+        json told = json::array();
+        for (const surface::statistics_row& row : rows) {
+            const surface::statistics_row shown = in_base_units(row);
+            told.push_back({{"name", shown.name}, {"value", shown.value}, {"units", shown.units}});
+        }
+        images.push_back({{"id", document.getImage(which.image).get_name()},
+                          {"image", which.image},
+                          {"subimage", which.sub},
+                          {"rows", told}});
     }
     return {{"path", base::narrow(path)}, {"images", images}};
 }
 
-void print_frames(const CStorageDoc& document, const std::vector<frame>& frames, const std::wstring& path)
+void print_figures(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
 {
     std::cout << base::narrow(path) << '\n';
-    for (const frame& each : frames) {
-        const auto& names = document.getImage(each.image).subimage_names();
-        std::cout << "  image " << each.image << ": " << each.id << ", sub-image " << each.sub;
-        if (each.sub < names.size()) std::cout << " \"" << names[each.sub].c_str() << '"';
-        std::cout << '\n';
-        for (const surface::statistics_row& row : each.rows) {
+    for (const auto& [which, rows] : figures) {
+        std::cout << "  " << frame_title(document, which) << '\n';
+        for (const surface::statistics_row& row : rows) {
             // For people each number stands in the unit in which it reads well.
             const surface::statistics_row shown = surface::reading_well(row);
             std::cout << "    " << shown.name << ": " << base::general(shown.value) << (shown.units.empty() ? "" : " ")
@@ -82,16 +85,64 @@ void print_frames(const CStorageDoc& document, const std::vector<frame>& frames,
     }
 }
 
+/// A table for spreadsheets with one line a sub-image; the names of the figures come from the first.
+class stats_table {
+public:
+    void add(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
+    {
+        for (const auto& [which, rows] : figures) {
+            const SPMDataStream& stream = document.getImage(which.image);
+            const auto& names = stream.subimage_names();
+            std::vector<std::string> cells = {base::narrow(path),
+                                              std::to_string(which.image),
+                                              stream.get_name(),
+                                              std::to_string(which.sub),
+                                              which.sub < names.size() ? names[which.sub].c_str() : "",
+                                              ""};
+            std::vector<std::string> heads = {"file", "image", "id", "subimage", "name", "units"};
+            for (const surface::statistics_row& row : rows) {
+                const surface::statistics_row shown = in_base_units(row);
+                if (cells[unitsColumn].empty()) cells[unitsColumn] = shown.units;
+                cells.push_back(base::shortest(shown.value));
+                heads.push_back(shown.name);
+            }
+            if (text.empty()) text = csv_line(heads);
+            text += csv_line(cells);
+        }
+    }
+    void save(const std::string& output) const
+    {
+        const std::span bytes = std::as_bytes(std::span(text));
+        if (output == standardStream)
+            put_standard_output(bytes);
+        else
+            output::save_file_atomically(platform::to_path(platform::full_path(base::widen(output))), bytes);
+    }
+
+private:
+    static constexpr std::size_t unitsColumn = 5; ///< of the heights; the other figures have none
+    std::string text;
+};
+
 int run(const stats_options& options)
 {
     session call;
     call.setFiles(options.files);
-    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
-        const std::vector<frame> frames = frames_of(document);
-        if (options.asJson) return document_json(frames, path);
-        print_frames(document, frames, path);
+    const std::wstring output = platform::full_path(base::widen(options.csv));
+    if (!options.csv.empty() && options.csv != standardStream && call.isInput(platform::to_path(output))) {
+        call.report(output, "the table is an input of this call");
+        return call.status();
+    }
+    stats_table table;
+    report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
+        const std::vector<frame_rows> figures = figures_of(document, options.choice);
+        table.add(document, figures, path);
+        if (options.asJson) return document_json(document, figures, path);
+        if (options.csv.empty()) print_figures(document, figures, path);
         return {};
     });
+    if (!options.csv.empty()) table.save(options.csv);
+    return call.status();
 }
 
 } // namespace
@@ -101,6 +152,8 @@ void add_stats(CLI::App& app, int& status)
     auto options = std::make_shared<stats_options>();
     CLI::App* command = app.add_subcommand("stats", "Tell heights and roughness of surfaces");
     command->add_option("files", options->files, "Files to open")->required();
+    add_frame_options(*command, options->choice);
+    command->add_option("--csv", options->csv, "Table for a spreadsheet, a line a sub-image; - is standard output");
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, &status] { status = run(*options); });
 }
