@@ -198,5 +198,5 @@ void CSurfMathView::OnSize(CSize size)
 void CSurfMathView::OnSetFocus()
 {
     CImageView::OnSetFocus();
-    loadStoredPalette();
+    loadStoredPalette(CScale::GetStaticScale());
 }

@@ -134,8 +134,12 @@ private:
 
     // Palette kept with the image
     bool hasStoredPalette() const;
+    /// The view has a scale of its own, and a stroke of the user's may have changed it.
+    bool mayStorePalette() const;
     void storePalette();
-    void loadStoredPalette();
+    void renewStoredPalette();
+    /// \param followed  the scale that others follow, which gets it too; null: none
+    void loadStoredPalette(CScale* followed);
     void invertDisplay(bool on);
 
     // Commands
@@ -197,6 +201,7 @@ private:
     bool autoRefresh = true;
     bool marksNumbered = true;
     int marksStyle = 0;
+    std::string knownPalette;           ///< text of the image's palette that the scale was given or has given last
     bool paletteDirty = false;          ///< the scale differs from the one stored with the image
     bool invertedDisplay = false;       ///< the scale runs backwards because of the option "invert"
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour

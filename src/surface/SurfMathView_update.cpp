@@ -30,7 +30,7 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
         return;
     case document::hintDataChanged:
         paletteDirty = !hasStoredPalette();
-        if (isOurs && hasStoredPalette()) storePalette();
+        if (isOurs) renewStoredPalette();
         CImageView::OnUpdate(sender, hint, object);
         if (isOurs && (hint & document::hintReloads) != 0) refreshZoomWindow();
         return;
@@ -60,7 +60,7 @@ void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_obje
     knownSize = imageSize();
     sourceRect = CRect({0, 0}, knownSize);
     scale.SyncWithStatic();
-    loadStoredPalette();
+    loadStoredPalette(CScale::GetStaticScale());
     CImageView::OnUpdate(sender, hint, object);
     if (!scale.getPeer() && getPeer()) scale.createStrip(this);
     UpdateZScale(true);
@@ -113,7 +113,7 @@ void CSurfMathView::dropOutside(CSize whole)
 
 void CSurfMathView::onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    if (((hint & document::hintReloads) != 0 || HasFocus()) && hasStoredPalette()) {
+    if (((hint & document::hintReloads) != 0 || HasFocus()) && mayStorePalette()) {
         paletteDirty = false;
         scale.SyncDelimiters();
         if (const CScale* const common = CScale::GetStaticScale()) scale.SetPaletteId(common->GetPaletteId());

@@ -52,6 +52,7 @@ void CDCView::OnUpdate(CView*, std::uint32_t hint, const hint_object&)
         AdjustParentSize(width, height, true);
         CountDisplayRect();
         createImage(false);
+        hasOpened = true;
         break;
     }
     case newSize:

@@ -77,6 +77,8 @@ public:
     void src2clnt(CPoint* points, int count) const noexcept;
     void clnt2src(CPoint* points, int count) const noexcept;
     void UpdateDisplayRect();
+    /// The first hint 0 is over: what the view shows is that of its document.
+    bool isOpened() const noexcept { return hasOpened; }
     void AdjustContentSize(CSize& size) { size = view::repaired_content(size); }
     /// Gives the view a display of this size, with its frame around it, as far as the frame may change.
     void AdjustParentSize(int cx, int cy, bool adjustContent);
@@ -171,6 +173,7 @@ private:
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
     CRect titledRect; ///< display whose zoom stands in the title
+    bool hasOpened = false, loadingOptions = false;
 };
 
 template <class View>

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <fstream>
 #include <regex>
+#include <utility>
 
 namespace {
 
@@ -36,6 +37,19 @@ constexpr view::option_row commonOptions[] = {
     {"tics.y.length(Y tics length),int,0", "2"},
 };
 
+/// Set while this lives.
+class set_flag {
+public:
+    explicit set_flag(bool& flag_) : flag(flag_), before(std::exchange(flag_, true)) {}
+    set_flag(const set_flag&) = delete;
+    set_flag& operator=(const set_flag&) = delete;
+    ~set_flag() { flag = before; }
+
+private:
+    bool& flag;
+    bool before;
+};
+
 IProfile* profile()
 {
     CWinApp* const app = AfxGetApp();
@@ -61,6 +75,7 @@ void CDCView::LoadOptions(const char* pattern)
     const std::regex wanted(isFiltered ? pattern : "");
     IProfile* const store = profile();
     const std::string section = GetViewSection();
+    const set_flag loading(loadingOptions);
     for (SPMVar& declared : declaredOptions()) {
         const std::string name = declared.get_name();
         if (name.empty() || (isFiltered && !std::regex_search(name, wanted))) continue;
@@ -90,6 +105,8 @@ void CDCView::storeChanged(const std::vector<SPMVar>& changed)
 
 void CDCView::OnFireVariableChange(int index, const SPMVarList* list)
 {
+    // The first hint 0 makes everything as the options say; before it there is nothing that could follow them.
+    if (loadingOptions && !hasOpened) return;
     const SPMVar changed = list->get_var(static_cast<unsigned>(index)); // handlers may change the list
     const std::string name = changed.get_name();
     if (instantSaveOptions.contains(name)) storeChanged({changed});
