@@ -4,6 +4,7 @@
 #include "base/units.h"
 #include "document/ImageBoundView.h"
 #include "document/bitmap_heights.h"
+#include "document/kept_document.h"
 #include "document/update_hints.h"
 #include "platform/View.h"
 #include "platform/WinApp.h"
@@ -199,16 +200,11 @@ void CStorageDoc::revalidateImage(unsigned image)
     kept.dimensionLengths = std::move(lengths);
 }
 
-void CStorageDoc::RemoveImage(unsigned image)
+void CStorageDoc::closeViewsOf(unsigned first, unsigned last)
 {
-    struct restored_flag {
-        bool& flag;
-        bool before;
-        ~restored_flag() { flag = before; }
-    } const restored{autoDelete, std::exchange(autoDelete, false)};
     const auto boundTo = [&](CView* view) {
         auto* bound = dynamic_cast<IImageBoundView*>(view);
-        return bound && bound->getImageNumber() == image ? bound : nullptr;
+        return bound && bound->getImageNumber() >= first && bound->getImageNumber() <= last ? bound : nullptr;
     };
     // Closing a frame may close others, so the walk begins anew after each.
     for (auto view = views().begin(); view != views().end();) {
@@ -216,6 +212,12 @@ void CStorageDoc::RemoveImage(unsigned image)
         if (bound) bound->closeFrame();
         view = bound ? views().begin() : view + 1;
     }
+}
+
+void CStorageDoc::RemoveImage(unsigned image)
+{
+    const kept_document kept(*this);
+    closeViewsOf(image, image);
     if (image < images.size() && image < imageOptions.size()) {
         images.erase(images.begin() + image);
         imageOptions.erase(imageOptions.begin() + image);

@@ -172,7 +172,9 @@ public:
     void Serialize(CArchive& archive) override;
     void DeleteContents() override;
     void SetPathName(const wchar_t* path, int addToMRU) override;
-    /// Reads the file again; the views of every image are told. \return false when it could not be read
+    /// Reads the file again. Windows of images that are gone close, and all other views are told, also where reading
+    /// fails, which empties the document. \return false when the file could not be opened, with nothing changed
+    /// \throws CArchiveException when it cannot be read
     bool Revert();
     /// Moves a view to the head of the list.
     void setFirstView(const CView* view) { moveViewToFront(view); }
@@ -212,7 +214,9 @@ private:
     bool writeBack(unsigned image, const CUndoData& record);
     bool step(unsigned image, history options::* from, history options::* to, unsigned lostText);
     void stepParameterStream(unsigned image, history options::* from, history options::* to, unsigned lostText);
-    bool readOpened(std::istream& in, std::uint64_t size);
+    void readOpened(std::istream& in, std::uint64_t size);
+    /// Closes the windows of images from `first` to `last`.
+    void closeViewsOf(unsigned first, unsigned last);
     std::wstring askSavePath(bool replace) const;
 
     std::vector<SPMDataStream> images;

@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "document/ImageBoundView.h"
 #include "document/StorageDocTemplate.h"
+#include "document/kept_document.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
 #include "resources/strings.h"
@@ -55,18 +56,6 @@ void tell_unshown(CWinApp& app, const CStorageDoc& document, unsigned image, con
                                       base::narrow(document.GetTitle()).c_str(), image, stream.get_description(), count,
                                       count == 1 ? "" : "s", who));
 }
-
-struct kept_document {
-    CDocument& document;
-    bool before;
-    explicit kept_document(CDocument& document_) : document(document_), before(document_.autoDelete)
-    {
-        document.autoDelete = false;
-    }
-    kept_document(const kept_document&) = delete;
-    kept_document& operator=(const kept_document&) = delete;
-    ~kept_document() { document.autoDelete = before; }
-};
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
+#include "document/kept_document.h"
 #include "platform/FrameWnd.h"
 #include "platform/paths.h"
 
@@ -36,11 +37,16 @@ void CStorageDoc::OnFileSaveAs() { DoSave(nullptr, true); }
 
 void CStorageDoc::OnFileRevert()
 {
-    try {
-        Revert();
-    } catch (const CException& failure) {
-        ReportSaveLoadException(GetPathName().c_str(), failure, false);
+    const bool isShown = !views().empty();
+    {
+        const kept_document kept(*this); // until the user knows why its windows went
+        try {
+            Revert();
+        } catch (const CException& failure) {
+            ReportSaveLoadException(GetPathName().c_str(), failure, false);
+        }
     }
+    if (isShown && views().empty() && autoDelete) OnCloseDocument();
 }
 
 void CStorageDoc::OnFileDelete()

@@ -1,13 +1,16 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/kept_document.h"
 #include "document/update_hints.h"
 #include "platform/WinApp.h"
 #include "platform/paths.h"
 #include "resources/strings.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace {
 
@@ -42,6 +45,24 @@ private:
     std::function<bool(double)>* installed = nullptr;
 };
 
+/// Puts the path of a file in place while it is read; it goes back unless that was kept.
+class read_from {
+public:
+    read_from(std::wstring& place_, const std::wstring& path) : place(place_), before(std::exchange(place_, path)) {}
+    read_from(const read_from&) = delete;
+    read_from& operator=(const read_from&) = delete;
+    ~read_from()
+    {
+        if (!isKept) place.swap(before);
+    }
+    void keep() { isKept = true; }
+
+private:
+    std::wstring& place;
+    std::wstring before;
+    bool isKept = false;
+};
+
 } // namespace
 
 bool CStorageDoc::OnNewDocument()
@@ -53,20 +74,18 @@ bool CStorageDoc::OnNewDocument()
 
 bool CStorageDoc::OnOpenDocument(const wchar_t* path)
 {
-    fullPath = platform::full_path(path ? path : L"");
-    fileName = platform::file_name(fullPath);
-    const std::filesystem::path file = platform::to_path(fullPath);
+    const std::wstring full = platform::full_path(path ? path : L"");
+    const std::filesystem::path file = platform::to_path(full);
     std::error_code error;
     errno = 0;
     std::ifstream in(file, std::ios::binary);
     const bool isFolder = std::filesystem::is_directory(file, error);
     if (!in || isFolder) {
-        ReportSaveLoadException(fullPath.c_str(), CFileException(open_error(file), fullPath), false);
+        ReportSaveLoadException(full.c_str(), CFileException(open_error(file), full), false);
         return false;
     }
     // Sets of several files name each other relative to their folder.
     std::filesystem::current_path(file.parent_path(), error);
-    sourcePath = fullPath;
     DeleteContents();
     SetModifiedFlag(true);
     displayTitle.clear();
@@ -76,24 +95,30 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     in.seekg(0, std::ios::end);
     const auto end = in.tellg();
     in.seekg(0);
-    if (!readOpened(in, end > 0 ? static_cast<std::uint64_t>(end) : 0)) return false;
+    const std::uint64_t size = end > 0 ? static_cast<std::uint64_t>(end) : 0;
+    read_from source(sourcePath, full);
+    readOpened(in, size);
+    source.keep();
+    fullPath = full;
+    fileName = platform::file_name(full);
+    fileSizeLow = static_cast<std::uint32_t>(size);
+    fileSizeHigh = static_cast<std::uint32_t>(size >> 32);
     incomplete = false;
     SetModifiedFlag(fileType != FILE_SPMX);
     return true;
 }
 
-bool CStorageDoc::readOpened(std::istream& in, std::uint64_t size)
+/// Fills the document from `sourcePath`, or throws and leaves it empty.
+void CStorageDoc::readOpened(std::istream& in, std::uint64_t size)
 {
-    fileSizeLow = static_cast<std::uint32_t>(size);
-    fileSizeHigh = static_cast<std::uint32_t>(size >> 32);
     std::string reason;
     auto cause = CArchiveException::badIndex;
     try {
         if (size == 0) {
             cause = CArchiveException::endOfFile;
-            reason = base::formatted(string_resource(emptyFileText), base::narrow(fullPath).c_str());
+            reason = base::formatted(string_resource(emptyFileText), base::narrow(sourcePath).c_str());
         } else if (ReadFile(in)) {
-            return true;
+            return;
         } else {
             reason = getReadError();
         }
@@ -103,7 +128,7 @@ bool CStorageDoc::readOpened(std::istream& in, std::uint64_t size)
         reason = failure.what();
     }
     DeleteContents();
-    throw CArchiveException(cause, fullPath, reason);
+    throw CArchiveException(cause, sourcePath, reason);
 }
 
 bool CStorageDoc::doReadFile(std::istream& in) { return VLFileReader::doReadFile(in); }
@@ -117,10 +142,22 @@ bool CStorageDoc::Revert()
         const std::wstring extension = platform::file_extension(path);
         if (base::equal_ignoring_case(base::narrow(extension), ".spm")) path.resize(path.size() - extension.size());
     }
-    if (!OnOpenDocument(path.c_str())) return false;
-    for (unsigned i = 0; i < getImagesNumber(); ++i) {
-        UpdateAllViews(nullptr, document::shape_hint(i));
-        UpdateAllViews(nullptr, document::data_hint(i));
+    const unsigned before = getImagesNumber();
+    const kept_document kept(*this);
+    // First of all what shows an image that is gone has to go; the others may still ask for images that are there.
+    const auto tellViews = [&] {
+        closeViewsOf(getImagesNumber(), unsigned(-1));
+        for (unsigned i = 0; i < std::max(before, getImagesNumber()); ++i) {
+            UpdateAllViews(nullptr, document::shape_hint(i));
+            UpdateAllViews(nullptr, document::data_hint(i));
+        }
+    };
+    try {
+        if (!OnOpenDocument(path.c_str())) return false;
+    } catch (...) {
+        tellViews();
+        throw;
     }
+    tellViews();
     return true;
 }

@@ -61,7 +61,7 @@ void CImageView::OnUpdateClearDecorations(CCmdUI& ui)
 void CImageView::OnViewDisplayparameters()
 {
     CWinApp* const app = AfxGetApp();
-    if (!app || !storageDoc()) return;
+    if (!app || !storageDoc() || imageNumber >= storageDoc()->getImagesNumber()) return;
     const std::string kept = app->profile().readString(GetViewSection(), parametersListKey).value_or("");
     CParDisplayDlg dialog(*storageDoc(), imageNumber, kept);
     if (!app->host().runListChooser(dialog)) return;
@@ -72,7 +72,8 @@ void CImageView::OnViewDisplayparameters()
 void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui)
 {
     // Only where a legend shows what is chosen.
-    ui.Enable(storageDoc() && options.get_var_i("ShowParameters") != unsigned(-1));
+    ui.Enable(storageDoc() && imageNumber < storageDoc()->getImagesNumber() &&
+              options.get_var_i("ShowParameters") != unsigned(-1));
 }
 
 void CImageView::OnViewParameters()
