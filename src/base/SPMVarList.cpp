@@ -53,8 +53,7 @@ unsigned SPMVarList::get_var_i(std::string_view name) const noexcept
 void SPMVarList::set_var(const SPMVar& source)
 {
     unsigned index = get_var_i(source.get_name());
-    const std::uint64_t stamp = source.timestamp; // first: it may be a variable of this list
-    const bool isTold = stamp != get_var(index).timestamp;
+    const std::uint64_t formerStamp = get_var(index).timestamp;
     if (index == unsigned(-1)) {
         index = get_size();
         variables.push_back(source);
@@ -63,16 +62,17 @@ void SPMVarList::set_var(const SPMVar& source)
         variables[index] = source;
     }
     settling.declare(index, variables[index]);
-    settleAndNotify(index, isTold);
+    changed(index, formerStamp);
 }
 
 bool SPMVarList::set_var(const char* name, const char* text)
 {
     const unsigned index = get_var_i(name);
     if (index == unsigned(-1) || !variables[index].from_string(text)) return false;
+    const std::uint64_t formerStamp = variables[index].timestamp;
     variables[index].update_timestamp();
     settling.touch(index);
-    settleAndNotify(index, true);
+    changed(index, formerStamp);
     return true;
 }
 
@@ -93,6 +93,7 @@ void SPMVarList::set_variables(const SPMVar* source, unsigned count)
     variables = std::move(replaced);
     positions = std::move(replacedPositions);
     pending.clear(); // they were positions in the list that is gone
+    changes.clear();
     settling.clear();
     for (unsigned i = 0; i < get_size(); ++i) settling.declare(i, variables[i]);
     settle();
@@ -145,14 +146,28 @@ void SPMVarList::settle()
     settling.settle(variables, [this](std::string_view name) { return get_var_i(name); }, moved);
 }
 
-void SPMVarList::settleAndNotify(unsigned index, bool isTold)
+void SPMVarList::changed(unsigned index, std::uint64_t formerStamp)
+{
+    if (std::ranges::find(changes, index, &set_variable::index) == changes.end())
+        changes.push_back({index, formerStamp});
+    if (batches == 0) settleAndNotify();
+}
+
+void SPMVarList::endBatch()
+{
+    if (--batches == 0 && !changes.empty()) settleAndNotify();
+}
+
+void SPMVarList::settleAndNotify()
 {
     moved.clear();
-    if (isTold) moved.push_back(index);
+    for (const set_variable& each : changes)
+        if (variables[each.index].timestamp != each.formerStamp) moved.push_back(each.index);
+    changes.clear();
     settle();
     std::ranges::sort(moved);
-    for (const unsigned changed : moved)
-        if (std::ranges::find(pending, changed) == pending.end()) pending.push_back(changed);
+    for (const unsigned index : moved)
+        if (std::ranges::find(pending, index) == pending.end()) pending.push_back(index);
     if (!telling) tellHandlers();
 }
 

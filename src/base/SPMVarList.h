@@ -23,9 +23,9 @@ protected:
 
 /// Ordered variables, found by name without allocating. One thread at a time.
 /// Each change settles the list: variables with an evaluation expression follow those that it reads. Handlers run after
-/// that, once per variable that changed, in the order of declaration. A handler may change the list again: it settles
-/// at once, and handlers are told when the present one returns. Handlers that keep changing each other's variables
-/// without end are stopped after 1000 calls per variable.
+/// that, once per variable that changed, in the order of declaration. Changes that belong together are one `batch`. A
+/// handler may change the list again: it settles at once, and handlers are told when the present one returns. Handlers
+/// that keep changing each other's variables without end are stopped after 1000 calls per variable.
 class SPMVarList {
 public:
     SPMVarList();
@@ -49,6 +49,10 @@ public:
     void set_var(const SPMVar& source);
     /// `from_string` on the named variable, then notifies. \return false for an unknown name or unusable text
     bool set_var(const char* name, const char* text);
+    /// Runs `work`, which may change any number of variables, as one change: until the outermost batch ends nothing
+    /// follows and nobody is told, so that a value is never bound by what another one is about to leave.
+    template <class Work>
+    void batch(Work&& work);
     /// Replaces the whole list. Handlers stay and are not told.
     virtual void set_variables(const SPMVar* source, unsigned count);
     /// Copies at most `max` variables to `out` and returns how many; the count when `out` is null.
@@ -70,18 +74,40 @@ private:
         using is_transparent = void;
         std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
     };
+    /// Of a variable that was set, with the stamp that it had.
+    struct set_variable {
+        unsigned index;
+        std::uint64_t formerStamp;
+    };
     void settle();
-    void settleAndNotify(unsigned index, bool isTold);
+    void changed(unsigned index, std::uint64_t formerStamp);
+    void settleAndNotify();
+    void endBatch();
     void tellHandlers();
 
     std::vector<SPMVar> variables;
     std::unordered_map<std::string, unsigned, name_hash, std::equal_to<>> positions;
     base::option_settling settling;
-    std::vector<unsigned> moved;  ///< of the present settling
-    std::deque<unsigned> pending; ///< variables whose handlers wait
+    std::vector<set_variable> changes; ///< since the list was settled
+    unsigned batches = 0;              ///< that run now, one inside the other
+    std::vector<unsigned> moved;       ///< of the present settling
+    std::deque<unsigned> pending;      ///< variables whose handlers wait
     bool telling = false;
     std::vector<SPMVarListHandler*> handlers; ///< null: left while handlers are told
 };
+
+template <class Work>
+void SPMVarList::batch(Work&& work)
+{
+    ++batches;
+    try {
+        work();
+    } catch (...) {
+        endBatch(); // what was changed until then holds
+        throw;
+    }
+    endBatch();
+}
 
 /// A list shared by name across the process and counted: `GetVarList` and `ReleaseList` pair within one function.
 /// The content of a list lives until the process ends, so that releasing the last reference loses no settings.

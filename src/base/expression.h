@@ -87,7 +87,6 @@ public:
 
     /// The names that it reads, each once, without "#".
     const std::vector<std::string>& names() const noexcept { return nameTable; }
-    bool readsOwnValue() const noexcept;
     bool callsFunctions() const noexcept;
 
     /// The step that gives the result, for those who ask what kind of field it makes.

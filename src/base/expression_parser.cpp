@@ -223,11 +223,6 @@ std::optional<expression> expression::compile(std::string_view text, std::string
     }
 }
 
-bool expression::readsOwnValue() const noexcept
-{
-    return std::ranges::any_of(steps, [](const expression_step& step) { return step.what == step_kind::own; });
-}
-
 bool expression::callsFunctions() const noexcept
 {
     return std::ranges::any_of(steps, [](const expression_step& step) { return step.what == step_kind::callFunction; });

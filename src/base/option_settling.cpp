@@ -134,11 +134,25 @@ bool option_settling::former_value::equals(const SPMVar& variable) const
     return number == other.number && text == other.text;
 }
 
+/// As an expression reads it. \param variable  the one it was taken from
+expression_value option_settling::former_value::valueOf(const SPMVar& variable) const
+{
+    if (variable.type == SPM_VAR_STRING) return expression_value::of(text);
+    if (variable.type != SPM_VAR_ENUM) return expression_value::of(number);
+    return expression_value::of(variable.limits.choice.itemValues[static_cast<unsigned>(number)]);
+}
+
+expression_value option_settling::ownValue(unsigned index, const SPMVar& variable) const
+{
+    const auto former = std::ranges::find(formers, index, &former_value::index);
+    return former == formers.end() ? expression_value::of(variable) : former->valueOf(variable);
+}
+
 /// On the way to the settled state a variable may leave its value and come back.
 void option_settling::forgetReturned(std::vector<SPMVar>& variables, std::vector<unsigned>& moved) const
 {
     for (const former_value& former : formers) {
-        if (!former.equals(variables[former.index])) continue;
+        if (former.isTold || !former.equals(variables[former.index])) continue;
         variables[former.index].timestamp = former.timestamp;
         std::erase(moved, former.index);
     }
@@ -167,18 +181,18 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
         for (unsigned i = 0; i < count; ++i) {
             if (!isDue(i) && (round > 0 || !compiled[i].asksFunctions)) continue;
             compiled[i].evaluatedAt = ++clock;
-            const auto result = compiled[i].evaluation->evaluate(
-                {expression_value::of(variables[i]), variables, compiled[i].evaluationInputs});
+            const auto result =
+                compiled[i].evaluation->evaluate({ownValue(i, variables[i]), variables, compiled[i].evaluationInputs});
             if (!result) continue;
             former_value former(i, variables[i]);
             if (!store_evaluated(variables[i], *result)) continue;
             variables[i].update_timestamp();
             touch(i);
-            // Its own move is a reason to evaluate again only for a rule that starts from the value.
-            if (!compiled[i].evaluation->readsOwnValue()) compiled[i].evaluatedAt = clock;
+            compiled[i].evaluatedAt = clock; // its own move is no reason to evaluate again
             isMoving = true;
-            if (std::ranges::find(moved, i) != moved.end()) continue;
-            moved.push_back(i);
+            if (std::ranges::find(formers, i, &former_value::index) != formers.end()) continue;
+            former.isTold = std::ranges::find(moved, i) != moved.end();
+            if (!former.isTold) moved.push_back(i);
             formers.push_back(std::move(former));
         }
     }

@@ -33,8 +33,9 @@ public:
     /// Tells that the variable at `index` has another value.
     void touch(unsigned index) { changedAt[index] = ++clock; }
     /// Evaluates in the order of declaration what reads a changed variable or calls a function and stores the results,
-    /// again and again until nothing moves, at most as many rounds as there are variables. Allocates nothing where
-    /// values are numbers.
+    /// again and again until nothing moves, at most as many rounds as there are variables. "##" is the value from
+    /// before, so that what another variable was on the way leaves no trace. Allocates nothing where values are
+    /// numbers.
     /// \param moved  receives the positions that changed, each once; one that came back to its value did not change
     void settle(std::vector<SPMVar>& variables, const std::function<unsigned(std::string_view)>& position,
                 std::vector<unsigned>& moved);
@@ -48,12 +49,15 @@ private:
         std::uint64_t timestamp;
         double number = 0.0; ///< of an enum its item
         std::string text;
+        bool isTold = false; ///< changed before the settling, wherever that leads
 
         former_value(unsigned index_, const SPMVar& variable);
         bool equals(const SPMVar& variable) const;
+        expression_value valueOf(const SPMVar& variable) const;
     };
 
     bool isDue(unsigned index) const;
+    expression_value ownValue(unsigned index, const SPMVar& variable) const;
     void forgetReturned(std::vector<SPMVar>& variables, std::vector<unsigned>& moved) const;
 
     std::vector<former_value> formers; ///< of the present settling

@@ -94,7 +94,9 @@ int run(const options_options& options)
     for (const std::string& problem : table.problems) complain(problem);
     SPMVarList list;
     list.set_variables(table.variables.data(), static_cast<unsigned>(table.variables.size()));
-    for (const std::string& setting : options.settings) apply(list, setting, complain);
+    list.batch([&] {
+        for (const std::string& setting : options.settings) apply(list, setting, complain);
+    });
     if (options.asJson) {
         json variables = json::array();
         for (const SPMVar& variable : list.all()) variables.push_back(variable_json(list, variable));

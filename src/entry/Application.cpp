@@ -96,7 +96,9 @@ void CVldvApp::OnSettings()
     CVarListDlg dialog;
     dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::settingsLayout, nullptr);
     if (dialog.DoModal() != CVarListDlg::resultOk)
-        for (const SPMVar& variable : before) list.set_var(variable);
+        list.batch([&] {
+            for (const SPMVar& variable : before) list.set_var(variable);
+        });
     for (const std::unique_ptr<CFrameWnd>& frame : frames()) frame->OnResetToolbar();
     host().refreshLooks();
 }

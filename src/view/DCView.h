@@ -160,6 +160,7 @@ private:
     view::view_geometry geometry() const noexcept { return {displayRect, sourceRect}; }
     std::vector<SPMVar> declaredOptions();
     void storeChanged(const std::vector<SPMVar>& changed);
+    void storeOptions(std::vector<SPMVar>& changed, bool tellsAll);
     void drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const wchar_t* format,
                         std::initializer_list<legend_argument> arguments);
     void createImage(bool keepDepth);

@@ -35,7 +35,9 @@ void CDCView::loadOptionsFile()
     });
     if (entries.empty()) return;
     BeginEditOptions();
-    for (const platform::options_entry& entry : entries) setOption(entry.key.c_str(), entry.value.c_str());
+    options.batch([&] {
+        for (const platform::options_entry& entry : entries) setOption(entry.key.c_str(), entry.value.c_str());
+    });
     EndEditOptions();
 }
 

@@ -37,6 +37,12 @@ constexpr view::option_row commonOptions[] = {
     {"tics.y.length(Y tics length),int,0", "2"},
 };
 
+/// The same declaration with the same value.
+bool is_equal(const SPMVar& a, const SPMVar& b)
+{
+    return a.type == b.type && a.as_string() == b.as_string() && a.description() == b.description();
+}
+
 /// Set while this lives.
 class set_flag {
 public:
@@ -75,16 +81,34 @@ void CDCView::LoadOptions(const char* pattern)
     const std::regex wanted(isFiltered ? pattern : "");
     IProfile* const store = profile();
     const std::string section = GetViewSection();
-    const set_flag loading(loadingOptions);
-    for (SPMVar& declared : declaredOptions()) {
-        const std::string name = declared.get_name();
-        if (name.empty() || (isFiltered && !std::regex_search(name, wanted))) continue;
-        if (options.get_var_i(name) != unsigned(-1)) declared.from_string(options[name].as_string().c_str());
+    std::vector<SPMVar> declared = declaredOptions();
+    std::erase_if(declared, [&](const SPMVar& option) {
+        return !*option.get_name() || (isFiltered && !std::regex_search(option.get_name(), wanted));
+    });
+    for (SPMVar& option : declared) {
+        const std::string name = option.get_name();
+        if (options.get_var_i(name) != unsigned(-1)) option.from_string(options[name].as_string().c_str());
         const auto stored = store ? store->readString(section, name) : std::nullopt;
-        if (stored) declared.from_string(stored->c_str());
-        declared.update_timestamp();
-        options.set_var(declared);
+        if (stored) option.from_string(stored->c_str());
     }
+    const set_flag loading(loadingOptions);
+    // A part is asked for when what stands behind it is another, as the axes of an image are.
+    storeOptions(declared, isFiltered);
+}
+
+/// As one change. \param tellsAll  also those that are as they were
+void CDCView::storeOptions(std::vector<SPMVar>& changed, bool tellsAll)
+{
+    options.batch([&] {
+        for (SPMVar& option : changed) {
+            const SPMVar& before = options[option.get_name()];
+            if (!tellsAll && is_equal(option, before))
+                option.timestamp = before.timestamp;
+            else
+                option.update_timestamp();
+            options.set_var(option);
+        }
+    });
 }
 
 void CDCView::SaveOptions()
@@ -146,7 +170,9 @@ bool CDCView::ShowOptionsDlgWithInterface(const char* name)
                              [&](const SPMVar& variable) { return variable.timestamp > start; });
         storeChanged(changed);
     } else {
-        for (const SPMVar& variable : before) options.set_var(variable);
+        options.batch([&] {
+            for (const SPMVar& variable : before) options.set_var(variable);
+        });
     }
     EndEditOptions();
     return result == CVarListDlg::resultOk;
@@ -162,12 +188,10 @@ void CDCView::OnCommandMessage(const char* id, CVarListDlg*)
 
 void CDCView::restoreDefaults()
 {
+    std::vector<SPMVar> declared = declaredOptions();
+    std::erase_if(declared, [](const SPMVar& option) { return !*option.get_description(); });
     BeginEditOptions();
-    for (SPMVar& declared : declaredOptions()) {
-        if (!*declared.get_description()) continue;
-        declared.update_timestamp();
-        options.set_var(declared);
-    }
+    storeOptions(declared, false);
     EndEditOptions();
     SaveOptions();
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
+#include <stdexcept>
 
 namespace {
 
@@ -117,6 +118,63 @@ TEST(OptionList, OnlyWhatDiffersAfterSettlingIsTold)
     EXPECT_EQ(handler.told, (std::vector<std::string>{"a", "y", "z"}));
     EXPECT_EQ(list["x"].timestamp, before);
     EXPECT_STREQ(list["text"].as_string().c_str(), "equal");
+}
+
+/// TextVertSpace is bound by a margin that follows its own option, as in views of curves.
+SPMVarList bound_list()
+{
+    return list_of({{"TextVertSpace(Text Vertical Space),int,20,,,min(##,#BottomMargin)", "20"},
+                    {"BottomMargin,int,0,,,#BottomMarginOpt", "0"},
+                    {"BottomMarginOpt(Bottom Margin),int,20", "45"},
+                    {"other(Other),int", "0"}});
+}
+
+TEST(OptionList, ABatchSettlesOnceAndTellsOnce)
+{
+    SPMVarList list = bound_list();
+    recording_handler handler;
+    list.AddFireVariableChangeHandler(&handler);
+    list.batch([&] {
+        list.set_var("TextVertSpace", "60");
+        list.set_var("other", "1");
+        list.batch([&] { list.set_var("BottomMarginOpt", "50"); });
+        list.set_var("BottomMarginOpt", "80");
+        EXPECT_EQ(int(list["TextVertSpace"]), 60) << "not settled yet";
+        EXPECT_EQ(int(list["BottomMargin"]), 45);
+        EXPECT_TRUE(handler.told.empty());
+    });
+    EXPECT_EQ(int(list["TextVertSpace"]), 60) << "one by one it would be 45";
+    EXPECT_EQ(int(list["BottomMargin"]), 80);
+    EXPECT_EQ(handler.told, (std::vector<std::string>{"TextVertSpace", "BottomMargin", "BottomMarginOpt", "other"}));
+
+    handler.told.clear();
+    list.batch([&] { list.set_var(SPMVar(list["other"])); });
+    EXPECT_TRUE(handler.told.empty()) << "the same stamp";
+    EXPECT_THROW(list.batch([&] {
+        list.set_var("BottomMarginOpt", "30");
+        throw std::runtime_error("half way");
+    }),
+                 std::runtime_error);
+    EXPECT_EQ(int(list["TextVertSpace"]), 30) << "what was changed until then holds";
+    EXPECT_EQ(handler.told, (std::vector<std::string>{"TextVertSpace", "BottomMargin", "BottomMarginOpt"}));
+}
+
+TEST(OptionList, AHandlersBatchIsToldAfterTheHandler)
+{
+    SPMVarList list = bound_list();
+    recording_handler handler;
+    list.AddFireVariableChangeHandler(&handler);
+    handler.onChange = [&](const std::string& name) {
+        if (name != "other") return;
+        list.batch([&] {
+            list.set_var("TextVertSpace", "70");
+            list.set_var("BottomMarginOpt", "90");
+        });
+        EXPECT_EQ(handler.told.size(), 1u);
+    };
+    list.set_var("other", "2");
+    EXPECT_EQ(handler.told, (std::vector<std::string>{"other", "TextVertSpace", "BottomMargin", "BottomMarginOpt"}));
+    EXPECT_EQ(int(list["TextVertSpace"]), 70);
 }
 
 TEST(OptionList, AHandlerMayChangeTheListAgain)

@@ -301,6 +301,27 @@ TEST_F(EntryTest, FramesHaveTheirOwnToolsWhereSettingsSay)
     EXPECT_EQ(window.toolbar, 0u);
 }
 
+TEST_F(EntryTest, CancelledSettingsSettleTogether)
+{
+    VLGlobalVarList* const list = VLGlobalVarList::GetVarList("global_options");
+    for (const char* declaration : {"test.bound(Bound),int,20,,,min(##,#test.free)", "test.free(Free),int,20"}) {
+        SPMVar variable;
+        variable.Init(declaration);
+        list->set_var(variable);
+    }
+    list->set_var("test.free", "80");
+    list->set_var("test.bound", "60");
+    host.onDialog = [&](CVarListDlg& dialog) {
+        list->set_var("test.free", "30");
+        EXPECT_EQ(int((*list)["test.bound"]), 30);
+        dialog.EndDialog(CVarListDlg::resultCancel);
+    };
+    app->OnCmdMsg(10202, nullptr);
+    EXPECT_EQ(int((*list)["test.bound"]), 60);
+    EXPECT_EQ(int((*list)["test.free"]), 80);
+    list->ReleaseList();
+}
+
 TEST_F(EntryTest, SettingsAreKeptAndCancelled)
 {
     host.onDialog = [](CVarListDlg& dialog) {
