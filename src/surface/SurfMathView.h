@@ -129,6 +129,8 @@ private:
     void onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object);
     void onSectionChanged(CView* sender, std::uint32_t hint, const hint_object& object);
     void dropOutside(CSize whole);
+    /// It shows a part of its parent's image in a document of its own.
+    bool isZoomWindow() const { return getParentView() && getParentView()->GetDocument() != GetDocument(); }
     void showMeasure(const std::wstring& text);
     void zoomSource(double factor, CPoint around);
 

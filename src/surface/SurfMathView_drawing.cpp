@@ -25,6 +25,8 @@ int number(const CDCView& view, const char* option) { return static_cast<int>(vi
 void CSurfMathView::render()
 {
     const short* const frame = samples();
+    CountDisplayRect(); // another part of the image may have another shape
+    image.Resize(displayRect.Width(), displayRect.Height());
     if (!image.Ok()) return;
     if (!frame || sourceRect.IsRectEmpty()) {
         std::ranges::fill(image.bits(), std::byte{});

@@ -85,12 +85,17 @@ void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_obje
         width = base::nearest_int(whole.cx * x);
         height = base::nearest_int(whole.cy * y);
         if (isFlat) GetBestSize(width, height);
+        const CSize wanted{width, height};
+        const CSize fitting = isZoomWindow() ? fittingArea(wanted) : view::shrunk_into(wanted, largestDisplay());
+        width = fitting.cx;
+        height = fitting.cy;
     } else {
         // Margins have changed: the picture keeps its size.
         width = displayRect.Width();
         height = displayRect.Height();
     }
     AdjustParentSize(width, height, true);
+    if (changed && isZoomWindow()) bringFrameInside();
     UpdateZScale(true);
     if (changed) dropOutside(whole);
     CImageView::OnUpdate(sender, hint, object);

@@ -12,7 +12,6 @@
 namespace {
 
 constexpr unsigned overlayTabText = 4036;
-constexpr int smallestPicture = 32; ///< pixels of a side
 
 /// "Bitmap" when the image has one to show, then the sub-images, as far as there is a choice.
 std::vector<std::wstring> tab_names(const CStorageDoc& document, unsigned image, bool hasOverlay)
@@ -224,7 +223,7 @@ CSize CChildFrame::insets() const
 CSize CChildFrame::OnGetMinMaxInfo() const
 {
     const CSize around = insets();
-    return {around.cx + smallestPicture, around.cy + smallestPicture};
+    return {around.cx + view::smallestPicture, around.cy + view::smallestPicture};
 }
 
 CRect CChildFrame::OnSizing(int edge, const CRect& wanted) const

@@ -82,6 +82,12 @@ public:
     void AdjustContentSize(CSize& size) { size = view::repaired_content(size); }
     /// Gives the view a display of this size, with its frame around it, as far as the frame may change.
     void AdjustParentSize(int cx, int cy, bool adjustContent);
+    /// Twice the monitors together: no change by itself makes a display larger.
+    static CSize largestDisplay();
+    /// A display of this size, or one of its shape that leaves the frame inside the main window's area.
+    CSize fittingArea(CSize display) const;
+    /// Moves the frame back into that area.
+    void bringFrameInside();
     /// Moves a window beside this view's frame. \param step  offset in caption heights
     void PositionWindowNearby(CWnd* window, int step, LegendOffset offset);
 
@@ -118,6 +124,8 @@ public:
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
     void OnFireVariableChange(int index, const SPMVarList* list) override;
     void OnCommandMessage(const char* id, CVarListDlg* dialog) override;
+    /// The user closes a view that fills the screen: it goes back into its frame.
+    void OnClose() override;
 
     static CRect rtMargin; ///< of printed pages, thousandths of an inch
 
@@ -164,6 +172,7 @@ private:
     void drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const wchar_t* format,
                         std::initializer_list<legend_argument> arguments);
     void createImage(bool keepDepth);
+    CSize marginSize() const;
     print_job printJob(bool asks);
     void enterFullScreen();
     void leaveFullScreen();
@@ -173,7 +182,7 @@ private:
 
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
-    CRect titledRect; ///< display whose zoom stands in the title
+    CRect titledRect, titledSource; ///< display and source whose zoom stands in the title
     bool hasOpened = false, loadingOptions = false;
 };
 

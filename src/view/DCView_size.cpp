@@ -28,8 +28,9 @@ void CDCView::UpdateDisplayRect()
 {
     CountDisplayRect();
     // Painting counts it as well, and may come before the window is told of its size.
-    if (displayRect == titledRect || !IsWindowVisible()) return;
+    if ((displayRect == titledRect && sourceRect == titledSource) || !IsWindowVisible()) return;
     titledRect = displayRect;
+    titledSource = sourceRect;
     if (CFrameWnd* const frame = GetParentFrame()) frame->OnUpdateFrameTitle(true);
 }
 
@@ -72,12 +73,52 @@ void CDCView::AdjustParentSize(int cx, int cy, bool adjustContent)
     if (fullscreenOn) SwitchFullScreen();
     CSize content{cx, cy};
     if (adjustContent) AdjustContentSize(content);
-    const CSize client{content.cx + margin(options, "LeftMargin") + margin(options, "RightMargin"),
-                       content.cy + margin(options, "TopMargin") + margin(options, "BottomMargin")};
     if (!getPeer()) return;
-    const CSize outer = getPeer()->outerSize(client);
+    const CRect shown = displayRect;
+    const CSize before = GetClientRect().Size(), around = marginSize();
+    const CSize outer = getPeer()->outerSize({content.cx + around.cx, content.cy + around.cy});
     SetWindowSize(outer);
     if (CFrameWnd* const frame = GetParentFrame()) frame->fitToView(outer);
+    // A window that keeps its size, as in a maximised frame, is told of nothing, but its margins may be others.
+    if (!hasOpened || GetClientRect().Size() != before) return;
+    CountDisplayRect();
+    if (displayRect != shown) OnSize(before);
+}
+
+CSize CDCView::largestDisplay()
+{
+    CWinApp* const app = AfxGetApp();
+    const IScreen* const screen = app ? app->host().screen() : nullptr;
+    return view::largest_display(screen ? screen->monitors() : std::vector<CRect>());
+}
+
+CSize CDCView::marginSize() const
+{
+    return {margin(options, "LeftMargin") + margin(options, "RightMargin"),
+            margin(options, "TopMargin") + margin(options, "BottomMargin")};
+}
+
+CSize CDCView::fittingArea(CSize display) const
+{
+    CWinApp* const app = AfxGetApp();
+    const CRect area = app ? app->host().frameArea() : CRect();
+    const CFrameWnd* const frame = GetParentFrame();
+    if (area.IsRectEmpty() || !frame) return display;
+    const CSize outer = frame->GetWindowRect().Size(), inside = GetClientRect().Size(), margins = marginSize();
+    return view::shrunk_into(display, {area.Width() - (outer.cx - inside.cx) - margins.cx,
+                                       area.Height() - (outer.cy - inside.cy) - margins.cy});
+}
+
+void CDCView::bringFrameInside()
+{
+    CWinApp* const app = AfxGetApp();
+    const CRect area = app ? app->host().frameArea() : CRect();
+    CFrameWnd* const frame = GetParentFrame();
+    if (area.IsRectEmpty() || !frame) return;
+    const CRect now = frame->GetWindowRect();
+    const CPoint corner{std::max(area.left, std::min(now.left, area.right - now.Width())),
+                        std::max(area.top, std::min(now.top, area.bottom - now.Height()))};
+    if (corner != now.TopLeft()) frame->MoveWindow(CRect(corner, now.Size()));
 }
 
 bool CDCView::OnMouseWheel(unsigned flags, int delta, CPoint point)
@@ -85,12 +126,13 @@ bool CDCView::OnMouseWheel(unsigned flags, int delta, CPoint point)
     const CFrameWnd* const frame = GetParentFrame();
     if (IsIconic() || (frame && (frame->IsIconic() || frame->IsZoomed()))) return false;
     if (flags != MK_SHIFT) return false;
-    const double factor = delta >= 0 ? zoomIn : zoomOut;
-    const CSize client = GetClientRect().Size();
+    const CSize client = GetClientRect().Size(), around = marginSize();
     const CSize corner{margin(options, "LeftMargin"), margin(options, "TopMargin")};
-    const int width = nearest((client.cx - corner.cx - margin(options, "RightMargin")) * factor);
-    const int height = nearest((client.cy - corner.cy - margin(options, "BottomMargin")) * factor);
-    AdjustParentSize(width, height, true);
+    const CSize room{client.cx - around.cx, client.cy - around.cy};
+    const double factor =
+        view::bounded_zoom(delta >= 0 ? zoomIn : zoomOut, room, view::smallestPicture, largestDisplay());
+    if (factor == 1.0) return true; // as far as it goes
+    AdjustParentSize(nearest(room.cx * factor), nearest(room.cy * factor), true);
     if (CWnd* const window = GetParent()) {
         // What is under the pointer stays there.
         const CPoint at = point - corner;
@@ -159,6 +201,11 @@ void CDCView::leaveFullScreen()
     const CPoint middle = beforeFullScreen.window.CenterPoint();
     if (IScreen* const screen = app ? app->host().screen() : nullptr)
         screen->setPointer(parent ? parent->ClientToScreen(middle) : middle);
+}
+
+void CDCView::OnClose()
+{
+    if (fullscreenOn) SwitchFullScreen();
 }
 
 bool CDCView::OnKeyDown(unsigned key)

@@ -1,6 +1,7 @@
 #include "view/view_geometry.h"
 
 #include <cstdint>
+#include <limits>
 
 namespace view {
 
@@ -47,6 +48,28 @@ CSize repaired_content(CSize size) noexcept
     if (size.cx == 0) return {1, 1};
     if (size.cx > 0) return size;
     return {1, static_cast<int>(base::round_half_up(static_cast<double>(size.cy) / size.cx))};
+}
+
+CSize largest_display(const std::vector<CRect>& monitors) noexcept
+{
+    constexpr int unlimited = std::numeric_limits<int>::max();
+    CRect all;
+    for (const CRect& each : monitors) all.UnionRect(CRect(all), each);
+    return all.IsRectEmpty() ? CSize{unlimited, unlimited} : CSize{2 * all.Width(), 2 * all.Height()};
+}
+
+double bounded_zoom(double factor, CSize display, int smallest, CSize largest) noexcept
+{
+    if (display.cx < 1 || display.cy < 1) return factor;
+    if (factor < 1.0) return std::min(1.0, std::max(factor, double(smallest) / std::min(display.cx, display.cy)));
+    const double room = std::min(double(largest.cx) / display.cx, double(largest.cy) / display.cy);
+    return std::max(1.0, std::min(factor, room));
+}
+
+CSize shrunk_into(CSize size, CSize limit) noexcept
+{
+    const CSize box{std::max(limit.cx, 1), std::max(limit.cy, 1)};
+    return size.cx <= box.cx && size.cy <= box.cy ? size : best_size(size, box);
 }
 
 full_screen_place place_full_screen(const std::vector<CRect>& monitors, int mode, int index, const CRect& main)

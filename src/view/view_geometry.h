@@ -49,6 +49,16 @@ CSize best_size(CSize size, CSize limit) noexcept;
 /// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it.
 CSize repaired_content(CSize size) noexcept;
 
+/// No picture is made smaller than this by hand or wheel, pixels of a side.
+constexpr int smallestPicture = 32;
+/// Twice the monitors together: what no wheel goes beyond. Without monitors there is no limit.
+CSize largest_display(const std::vector<CRect>& monitors) noexcept;
+/// The zoom of a display by `factor` as far as it goes: up to `largest`, down until its shorter side is `smallest`. A
+/// display that is beyond stays.
+double bounded_zoom(double factor, CSize display, int smallest, CSize largest) noexcept;
+/// A size that fits into the limit as it is, another one scaled down with its aspect ratio, no side below 1.
+CSize shrunk_into(CSize size, CSize limit) noexcept;
+
 /// How full-screen views choose their place.
 enum full_screen_mode { oneMonitor = 0, nearestMonitor = 1, allMonitors = 2 };
 struct full_screen_place {

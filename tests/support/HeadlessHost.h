@@ -134,7 +134,7 @@ public:
         while (!sizeEvents.empty()) {
             CWnd* const resized = sizeEvents.front();
             sizeEvents.erase(sizeEvents.begin());
-            resized->OnSize(resized->GetClientRect().Size());
+            if (windowOf(*resized).takesNewSize()) resized->OnSize(resized->GetClientRect().Size());
         }
         if (CWinApp* const app = AfxGetApp()) app->freeClosed();
     }

@@ -41,6 +41,18 @@ public:
         rect = wanted;
         if (rect.Size() != before) resized(&logic);
     }
+    /// As the user does. \param rect_  in client coordinates of the parent
+    void maximize(const CRect& rect_)
+    {
+        place(rect_);
+        maximized = true;
+    }
+    /// The window has another size than it was told last: once for several requests, not at all for an equal one.
+    bool takesNewSize()
+    {
+        const CSize now = clientRect().Size();
+        return std::exchange(toldSize, now) != now;
+    }
     CSize outerSize(CSize client) const override { return {client.cx + insets().cx, client.cy + insets().cy}; }
     CPoint clientToScreen(CPoint point) const override
     {
@@ -125,6 +137,8 @@ public:
     CWnd& logic;
 
 private:
+    CSize toldSize{-1, -1};
+
     CSize insets() const noexcept { return kind == window_kind::frame ? CSize{2 * border, border + caption} : CSize{}; }
 
     CWnd* parent;

@@ -197,6 +197,25 @@ TEST_F(SurfaceMouseTest, TheZoomWindowFollowsTheSelectionAndLeavesWithTheSurface
     EXPECT_TRUE(app.frames().empty()) << "it closes with the surface";
 }
 
+TEST_F(SurfaceMouseTest, TheZoomWindowStaysInTheWorkArea)
+{
+    draw({5, 4}, {9, 8});
+    view.OnCmdMsg(10145, nullptr);
+    host.pump();
+    CFrameWnd& frame = *app.frames().back();
+    auto& zoom = dynamic_cast<CSurfMathView&>(*frame.GetActiveView());
+    EXPECT_EQ(zoom.displayRect.Size(), (CSize{512, 512})) << "5 by 5 samples";
+    draw({0, 0}, {38, 18}); // at 102.4 pixels a sample this would be 3994 by 1946
+    host.pump();
+    const CRect place = frame.GetWindowRect();
+    EXPECT_EQ(place.Width(), 1600) << "as large as there is room";
+    EXPECT_GE(place.left, host.area.left);
+    EXPECT_LE(place.right, host.area.right);
+    EXPECT_LE(place.bottom, host.area.bottom);
+    EXPECT_NEAR(static_cast<double>(zoom.displayRect.Width()) / zoom.displayRect.Height(), 39.0 / 19.0, 0.01);
+    EXPECT_LE(zoom.image.width(), 1600);
+}
+
 TEST_F(SurfaceMouseTest, DistanceAndHeightGoToTheClipboardWithAMark)
 {
     choose(3);

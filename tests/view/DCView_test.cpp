@@ -88,6 +88,59 @@ TEST_F(DCViewTest, OnlyShiftAloneZoomsAndThePointStays)
     EXPECT_FALSE(view->OnMouseWheel(MK_SHIFT, 120, {50, 50}));
 }
 
+TEST_F(DCViewTest, TheWheelStopsAtTwiceTheMonitorsAndAtTheSmallestPicture)
+{
+    view->OnInitialUpdate();
+    host.pump();
+    const auto turn = [&](int delta) {
+        for (int i = 0; i < 60; ++i) {
+            EXPECT_TRUE(view->OnMouseWheel(MK_SHIFT, delta, {5, 5}));
+            host.pump();
+        }
+    };
+    turn(120);
+    EXPECT_EQ(view->displayRect.Width(), 3840) << "2 * 1920";
+    const CRect largest = frameWindow().rect;
+    turn(120);
+    EXPECT_EQ(frameWindow().rect, largest) << "it does not wander off either";
+    turn(-120);
+    EXPECT_EQ(std::min(view->displayRect.Width(), view->displayRect.Height()), 32);
+    turn(120);
+    EXPECT_TRUE(view->displayRect.Width() == 3840 || view->displayRect.Height() == 2160) << "and back";
+}
+
+TEST_F(DCViewTest, MarginsOfAMaximisedFrameAreTakenUp)
+{
+    view->OnInitialUpdate();
+    frameWindow().maximize(CRect(0, 0, 1608, 928));
+    host.pump();
+    for (const auto& [name, display] : {std::pair{"LeftMargin", CRect(30, 0, 1600, 900)},
+                                        {"TopMargin", CRect(30, 30, 1600, 900)},
+                                        {"RightMargin", CRect(30, 30, 1570, 900)},
+                                        {"BottomMargin", CRect(30, 30, 1570, 870)}}) {
+        const int before = view->refreshes;
+        view->setOption(name, "30");
+        EXPECT_EQ(view->displayRect, display) << name;
+        EXPECT_EQ(view->image.width(), display.Width()) << name;
+        EXPECT_EQ(view->refreshes, before + 1) << name;
+        host.pump();
+        EXPECT_EQ(view->refreshes, before + 1) << "a window of the same size is told of nothing";
+    }
+}
+
+TEST_F(DCViewTest, ClosingAFullScreenLeavesIt)
+{
+    view->OnInitialUpdate();
+    host.pump();
+    view->OnClose();
+    EXPECT_FALSE(frame->isDestroyed()) << "in its frame it has nothing to close";
+    view->SwitchFullScreen();
+    view->OnClose();
+    EXPECT_FALSE(view->fullscreenOn);
+    EXPECT_FALSE(window().fullScreen);
+    EXPECT_TRUE(frame->IsWindowVisible());
+}
+
 TEST_F(DCViewTest, FullScreenGoesThereAndBack)
 {
     view->OnInitialUpdate();

@@ -26,6 +26,36 @@ TEST(ViewGeometry, MapsSamplesToTheirCentresAndBack)
     EXPECT_EQ(empty.yToSource(1), 8);
 }
 
+TEST(BoundedZoom, StopsAtTheEndsAndNeverTurnsBack)
+{
+    constexpr CSize largest{3840, 2160};
+    const std::tuple<CSize, double, double> cases[] = {
+        {{512, 512}, 1.2, 1.2},          // room enough
+        {{2000, 2000}, 1.2, 1.08},       // up to 2160 rows
+        {{3840, 100}, 1.2, 1.0},         // as wide as it may be
+        {{9000, 9000}, 1.2, 1.0},        // beyond it stays
+        {{512, 512}, 1 / 1.2, 1 / 1.2},  // room enough
+        {{200, 40}, 1 / 1.2, 1 / 1.2},   // 33.3 rows are left
+        {{200, 36}, 1 / 1.2, 32.0 / 36}, // down to 32 rows
+        {{512, 4}, 1 / 1.2, 1.0},        // a line of samples stays
+        {{512, 4}, 1.2, 1.2},            // and may grow
+        {{0, 0}, 1.2, 1.2},              // nothing to compare
+    };
+    for (const auto& [display, factor, bounded] : cases)
+        EXPECT_DOUBLE_EQ(view::bounded_zoom(factor, display, 32, largest), bounded) << display.cx << " " << display.cy;
+    EXPECT_EQ(view::largest_display({CRect(0, 0, 1920, 1080), CRect(1920, -100, 3200, 924)}), (CSize{6400, 2360}))
+        << "twice 3200 by 1180";
+    EXPECT_GT(view::largest_display({}).cx, 1 << 30);
+}
+
+TEST(ShrunkInto, KeepsWhatFitsAndTheShapeOfTheRest)
+{
+    const std::tuple<CSize, CSize> cases[] = {
+        {{300, 200}, {300, 200}}, {{3000, 200}, {1600, 107}}, {{200, 9000}, {20, 900}}, {{90000, 3}, {1600, 1}}};
+    for (const auto& [size, shrunk] : cases) EXPECT_EQ(view::shrunk_into(size, {1600, 900}), shrunk) << size.cx;
+    EXPECT_EQ(view::shrunk_into({40, 20}, {-5, 10}), (CSize{1, 1})) << "no room at all";
+}
+
 TEST(BestSize, FillsTheBoxWithItsShape)
 {
     const std::tuple<CSize, CSize> cases[] = {
