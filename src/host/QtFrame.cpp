@@ -20,12 +20,6 @@ namespace {
 constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew
 constexpr QSize firstSize(560, 400);
 
-bool to_application(unsigned id, CCmdUI* ui)
-{
-    CWinApp* const app = AfxGetApp();
-    return app && app->routeCommand(id, ui);
-}
-
 } // namespace
 
 CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
@@ -137,7 +131,7 @@ int CQtFrame::setToolbar(unsigned id, bool large)
 {
     tools->clear();
     host::size_toolbar(*tools, large);
-    host::fill_toolbar(*tools, toolbar_resource(id), to_application, nullptr);
+    host::fill_toolbar(*tools, toolbar_resource(id), ownRoute(), nullptr);
     tools->setVisible(!tools->actions().isEmpty());
     placeStrips();
     return tools->isHidden() ? 0 : tools->sizeHint().height();
@@ -145,7 +139,16 @@ int CQtFrame::setToolbar(unsigned id, bool large)
 
 void CQtFrame::refreshTools()
 {
-    if (!tools->isHidden()) host::refresh_toolbar(*tools, to_application);
+    if (!tools->isHidden()) host::refresh_toolbar(*tools, ownRoute());
+}
+
+/// The tools of a frame are about its own view, whichever frame is active.
+std::function<bool(unsigned, CCmdUI*)> CQtFrame::ownRoute()
+{
+    return [this](unsigned id, CCmdUI* ui) {
+        CWinApp* const app = AfxGetApp();
+        return logic.OnCmdMsg(id, ui) || (app && app->OnCmdMsg(id, ui));
+    };
 }
 
 bool CQtFrame::eventFilter(QObject* watched, QEvent* event)

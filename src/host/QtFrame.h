@@ -3,6 +3,7 @@
 #include "host/frame_drag.h"
 
 #include <QMdiSubWindow>
+#include <functional>
 
 class CFrameWnd;
 class QMdiArea;
@@ -32,6 +33,7 @@ protected:
 
 private:
     CSize decoration() const;
+    std::function<bool(unsigned, CCmdUI*)> ownRoute();
 
     QPointer<QMdiSubWindow> sub;
     void placeStrips();

@@ -27,6 +27,7 @@ QWidget* widget_of(const CWnd* window)
 
 namespace {
 
+constexpr unsigned keyF4 = VK_F1 + 3;
 constexpr int sizeDelay = 20; // milliseconds; timers rest while a file is read
 
 CPoint point_of(const QPointF& point) { return {qFloor(point.x()), qFloor(point.y())}; }
@@ -81,6 +82,7 @@ void CQtPeer::setTitle(const std::wstring& text) { outer()->setWindowTitle(QStri
 
 void CQtPeer::setFullScreen(bool on, const CRect& screenRect)
 {
+    fillsScreen = on;
     if (on) {
         parentBeforeFullScreen = widget->parentWidget();
         widget->setParent(nullptr, Qt::Window | Qt::FramelessWindowHint);
@@ -202,6 +204,23 @@ bool CQtPeer::handleMouse(QEvent& event)
     }
 }
 
+bool CQtPeer::handleKeyPress(const QKeyEvent& press)
+{
+    const unsigned key = host::key_of(press);
+    // Where no window manager takes the key for itself.
+    if (fillsScreen && key == keyF4 && press.modifiers() == Qt::AltModifier) {
+        closeLater();
+        return true;
+    }
+    return key != 0 && logic.OnKeyDown(key);
+}
+
+/// Between two events: leaving the full screen gives the window another parent.
+void CQtPeer::closeLater()
+{
+    QTimer::singleShot(0, this, [this] { logic.OnClose(); });
+}
+
 bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != widget) return false;
@@ -233,14 +252,19 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
         logic.OnContextMenu({at.x(), at.y()});
         return true;
     }
-    case QEvent::KeyPress: {
-        const unsigned key = host::key_of(*static_cast<QKeyEvent*>(event));
-        return key != 0 && logic.OnKeyDown(key);
-    }
+    case QEvent::KeyPress:
+        return handleKeyPress(static_cast<QKeyEvent&>(*event));
     case QEvent::KeyRelease: {
-        const unsigned key = host::key_of(*static_cast<QKeyEvent*>(event));
+        const auto& release = static_cast<QKeyEvent&>(*event);
+        if (release.isAutoRepeat()) return true; // the key is still down
+        const unsigned key = host::key_of(release);
         return key != 0 && logic.OnKeyUp(key);
     }
+    case QEvent::Close:
+        if (!fillsScreen) return false;
+        event->ignore();
+        closeLater();
+        return true;
     case QEvent::FocusIn:
         logic.OnSetFocus();
         return false;

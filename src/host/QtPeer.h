@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <map>
 
+class QKeyEvent;
 class QTimer;
 
 /// The toolkit's side of a window: one widget and what its logic asks of it. Events go back to the logic; a new size is
@@ -51,13 +52,14 @@ protected:
 
 private:
     bool handleMouse(QEvent& event);
+    bool handleKeyPress(const QKeyEvent& press);
+    void closeLater();
     void paint();
 
     std::map<unsigned, std::unique_ptr<QTimer>> timers;
     CSize toldSize{-1, -1};
-    bool sizePending = false, captured = false, erases = true;
+    bool sizePending = false, captured = false, erases = true, fillsScreen = false;
     QPointer<QWidget> parentBeforeFullScreen;
-    CRect rectBeforeFullScreen;
 };
 
 namespace host {
