@@ -52,7 +52,7 @@ double plain_arithmetic(std::size_t samples) { VLDV_ARITHMETIC(VLDV_LOWER, VLDV_
 double force_arithmetic(std::size_t samples)
 {
 #if defined(__x86_64__)
-    if (primitives::has_vbmi()) return wide_arithmetic(samples);
+    if (primitives::has_avx512()) return wide_arithmetic(samples);
 #endif
     return plain_arithmetic(samples);
 }

@@ -60,7 +60,7 @@ __attribute__((target("avx2"))) void step_avx2(const std::uint64_t* from, std::u
 step_function* widest()
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return step_avx512;
+    if (has_avx512()) return step_avx512;
     if (has_avx2()) return step_avx2;
 #endif
     return step_portable;

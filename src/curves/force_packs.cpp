@@ -54,21 +54,18 @@ using pack_bits = std::int64_t __attribute__((vector_size(8 * packLanes)));
 using samples_16 = std::int16_t __attribute__((vector_size(2 * packLanes)));
 using samples_32 = std::int32_t __attribute__((vector_size(4 * packLanes)));
 
-// What the compiler makes of vectors by itself, for those forms that have nothing better.
-#define VLDV_COMMON_OPERATIONS                                                                                         \
-    VLDV_TARGET pack as_numbers(const std::int16_t* samples) noexcept                                                  \
-    {                                                                                                                  \
-        samples_16 raw;                                                                                                \
-        std::memcpy(&raw, samples, sizeof raw);                                                                        \
-        return __builtin_convertvector(__builtin_convertvector(raw, samples_32), pack);                                \
-    }                                                                                                                  \
-    VLDV_TARGET pack lower(const pack& a, const pack& b) noexcept { return b < a ? b : a; }                            \
-    VLDV_TARGET pack higher(const pack& a, const pack& b) noexcept { return b < a ? a : b; }
-
+// What the compiler makes of vectors by itself.
 namespace plain {
 #define VLDV_TARGET_LAMBDA
 #define VLDV_TARGET inline
-VLDV_COMMON_OPERATIONS
+VLDV_TARGET pack as_numbers(const std::int16_t* samples) noexcept
+{
+    samples_16 raw;
+    std::memcpy(&raw, samples, sizeof raw);
+    return __builtin_convertvector(__builtin_convertvector(raw, samples_32), pack);
+}
+VLDV_TARGET pack lower(const pack& a, const pack& b) noexcept { return b < a ? b : a; }
+VLDV_TARGET pack higher(const pack& a, const pack& b) noexcept { return b < a ? a : b; }
 #include "curves/force_packs_form.inc"
 #undef VLDV_TARGET
 #undef VLDV_TARGET_LAMBDA
@@ -78,7 +75,77 @@ VLDV_COMMON_OPERATIONS
 namespace avx2 {
 #define VLDV_TARGET_LAMBDA __attribute__((target("avx2")))
 #define VLDV_TARGET VLDV_TARGET_LAMBDA inline
-VLDV_COMMON_OPERATIONS
+
+// A vector that is wider than the registers lives in memory, whatever is done with it; its halves do not.
+struct pack_bits {
+    __m256i low, high;
+    VLDV_TARGET friend pack_bits operator+(const pack_bits& a, const pack_bits& b) noexcept
+    {
+        return {_mm256_add_epi64(a.low, b.low), _mm256_add_epi64(a.high, b.high)};
+    }
+    VLDV_TARGET friend pack_bits operator-(const pack_bits& a, const pack_bits& b) noexcept
+    {
+        return {_mm256_sub_epi64(a.low, b.low), _mm256_sub_epi64(a.high, b.high)};
+    }
+    VLDV_TARGET friend pack_bits operator&(const pack_bits& a, const pack_bits& b) noexcept
+    {
+        return {_mm256_and_si256(a.low, b.low), _mm256_and_si256(a.high, b.high)};
+    }
+};
+
+struct pack {
+    __m256d low, high;
+    VLDV_TARGET friend pack operator+(const pack& a, const pack& b) noexcept
+    {
+        return {_mm256_add_pd(a.low, b.low), _mm256_add_pd(a.high, b.high)};
+    }
+    VLDV_TARGET friend pack operator-(const pack& a, const pack& b) noexcept
+    {
+        return {_mm256_sub_pd(a.low, b.low), _mm256_sub_pd(a.high, b.high)};
+    }
+    VLDV_TARGET friend pack operator*(const pack& a, const pack& b) noexcept
+    {
+        return {_mm256_mul_pd(a.low, b.low), _mm256_mul_pd(a.high, b.high)};
+    }
+    VLDV_TARGET friend pack operator+(const pack& a, double b) noexcept { return a + all(b); }
+    VLDV_TARGET friend pack operator*(const pack& a, double b) noexcept { return a * all(b); }
+    VLDV_TARGET friend pack operator/(const pack& a, double b) noexcept
+    {
+        return {_mm256_div_pd(a.low, _mm256_set1_pd(b)), _mm256_div_pd(a.high, _mm256_set1_pd(b))};
+    }
+    VLDV_TARGET pack operator-() const noexcept
+    {
+        const __m256d sign = _mm256_set1_pd(-0.0);
+        return {_mm256_xor_pd(low, sign), _mm256_xor_pd(high, sign)};
+    }
+    VLDV_TARGET pack& operator+=(const pack& b) noexcept { return *this = *this + b; }
+    VLDV_TARGET pack& operator-=(const pack& b) noexcept { return *this = *this - b; }
+    VLDV_TARGET pack& operator*=(double b) noexcept { return *this = *this * b; }
+    VLDV_TARGET friend pack_bits operator<=(const pack& a, const pack& b) noexcept
+    {
+        return {_mm256_castpd_si256(_mm256_cmp_pd(a.low, b.low, _CMP_LE_OQ)),
+                _mm256_castpd_si256(_mm256_cmp_pd(a.high, b.high, _CMP_LE_OQ))};
+    }
+    VLDV_TARGET friend pack_bits operator>=(const pack& a, const pack& b) noexcept { return b <= a; }
+
+private:
+    VLDV_TARGET static pack all(double value) noexcept { return {_mm256_set1_pd(value), _mm256_set1_pd(value)}; }
+};
+
+VLDV_TARGET pack as_numbers(const std::int16_t* samples) noexcept
+{
+    const __m128i raw = _mm_loadu_si128(reinterpret_cast<const __m128i*>(samples));
+    return {_mm256_cvtepi32_pd(_mm_cvtepi16_epi32(raw)),
+            _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(_mm_unpackhi_epi64(raw, raw)))};
+}
+VLDV_TARGET pack lower(const pack& a, const pack& b) noexcept
+{
+    return {_mm256_min_pd(a.low, b.low), _mm256_min_pd(a.high, b.high)};
+}
+VLDV_TARGET pack higher(const pack& a, const pack& b) noexcept
+{
+    return {_mm256_max_pd(a.low, b.low), _mm256_max_pd(a.high, b.high)};
+}
 #include "curves/force_packs_form.inc"
 #undef VLDV_TARGET
 #undef VLDV_TARGET_LAMBDA
@@ -122,7 +189,7 @@ pack_work::pack_work(const curve_smoother& smoother_) : smoother(smoother_)
 void mark_steps(const pack_source& source, const pack_thresholds& thresholds, pack_work& work) noexcept
 {
 #if defined(__x86_64__)
-    if (primitives::has_vbmi()) return mark_steps_avx512(source, thresholds, work);
+    if (primitives::has_avx512()) return mark_steps_avx512(source, thresholds, work);
     if (primitives::has_avx2()) return mark_steps_avx2(source, thresholds, work);
 #endif
     mark_steps_plain(source, thresholds, work);

@@ -24,7 +24,7 @@ void map_heights(std::span<const std::int16_t> heights, byte_window window, std:
         return;
     }
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::map_heights_avx512(heights, window, out);
+    if (has_avx512()) return simd::map_heights_avx512(heights, window, out);
     if (has_avx2()) return simd::map_heights_avx2(heights, window, out);
 #endif
     for (std::size_t i = 0; i < heights.size(); ++i) out[i] = mapped_byte(heights[i], window);
@@ -37,7 +37,7 @@ void map_floats(std::span<const float> values, byte_window window, std::uint8_t*
         return;
     }
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::map_floats_avx512(values, window, out);
+    if (has_avx512()) return simd::map_floats_avx512(values, window, out);
     if (has_avx2()) return simd::map_floats_avx2(values, window, out);
 #endif
     for (std::size_t i = 0; i < values.size(); ++i) out[i] = mapped_byte(values[i], window);
@@ -62,7 +62,7 @@ void paint_32_reference(std::span<const std::uint8_t> bytes, const color_lookup&
 void paint_32(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::paint_32_avx512(bytes, colors, out);
+    if (has_vbmi()) return simd::paint_32_vbmi(bytes, colors, out);
     if (has_avx2()) return simd::paint_32_avx2(bytes, colors, out);
 #endif
     paint_32_reference(bytes, colors, out);
@@ -92,7 +92,7 @@ void paint_24_words(std::span<const std::uint8_t> bytes, const color_lookup& col
 void paint_24(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::paint_24_avx512(bytes, colors, out);
+    if (has_vbmi()) return simd::paint_24_vbmi(bytes, colors, out);
 #endif
     paint_24_words(bytes, colors, out);
 }

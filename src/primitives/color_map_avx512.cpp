@@ -3,8 +3,11 @@
 #if defined(__x86_64__)
 #include <immintrin.h>
 
-#define VLDV_AVX512 __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi"), always_inline)) inline
-#define VLDV_AVX512_ENTRY __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi")))
+#define VLDV_AVX512_ENTRY __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq")))
+#define VLDV_AVX512 __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq"), always_inline)) inline
+// Tables of 256 bytes in registers need the byte permutations.
+#define VLDV_VBMI_ENTRY __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi")))
+#define VLDV_VBMI __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi"), always_inline)) inline
 
 namespace primitives::simd {
 
@@ -51,13 +54,13 @@ struct channel_table {
     __m512i parts[4];
 };
 
-VLDV_AVX512 channel_table load_table(const std::uint8_t* table) noexcept
+VLDV_VBMI channel_table load_table(const std::uint8_t* table) noexcept
 {
     return {{_mm512_load_si512(table), _mm512_load_si512(table + 64), _mm512_load_si512(table + 128),
              _mm512_load_si512(table + 192)}};
 }
 
-VLDV_AVX512 __m512i looked_up(__m512i bytes, __mmask64 upper, const channel_table& table) noexcept
+VLDV_VBMI __m512i looked_up(__m512i bytes, __mmask64 upper, const channel_table& table) noexcept
 {
     const __m512i below = _mm512_permutex2var_epi8(table.parts[0], bytes, table.parts[1]);
     const __m512i above = _mm512_permutex2var_epi8(table.parts[2], bytes, table.parts[3]);
@@ -65,7 +68,7 @@ VLDV_AVX512 __m512i looked_up(__m512i bytes, __mmask64 upper, const channel_tabl
 }
 
 /// Stores 16 pixels around the fourth bytes that are there.
-VLDV_AVX512 void store_pixels(std::uint8_t* out, __m512i pixels) noexcept
+VLDV_VBMI void store_pixels(std::uint8_t* out, __m512i pixels) noexcept
 {
     const __m512i kept = _mm512_set1_epi32(static_cast<int>(0xff000000u));
     const __m512i before = _mm512_loadu_si512(out);
@@ -121,8 +124,8 @@ VLDV_AVX512_ENTRY void map_floats_avx512(std::span<const float> values, byte_win
     for (; i < values.size(); ++i) out[i] = mapped_byte(values[i], window);
 }
 
-VLDV_AVX512_ENTRY void paint_32_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors,
-                                       std::uint8_t* out) noexcept
+VLDV_VBMI_ENTRY void paint_32_vbmi(std::span<const std::uint8_t> bytes, const color_lookup& colors,
+                                   std::uint8_t* out) noexcept
 {
     const channel_table blue = load_table(colors.blue), green = load_table(colors.green), red = load_table(colors.red);
     // Interleaving works within quarters: this order of the 32-bit groups makes its results consecutive.
@@ -143,8 +146,8 @@ VLDV_AVX512_ENTRY void paint_32_avx512(std::span<const std::uint8_t> bytes, cons
     paint_32_reference(bytes.subspan(i), colors, out);
 }
 
-VLDV_AVX512_ENTRY void paint_24_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors,
-                                       std::uint8_t* out) noexcept
+VLDV_VBMI_ENTRY void paint_24_vbmi(std::span<const std::uint8_t> bytes, const color_lookup& colors,
+                                   std::uint8_t* out) noexcept
 {
     static constexpr interleaving order;
     const channel_table blue = load_table(colors.blue), green = load_table(colors.green), red = load_table(colors.red);

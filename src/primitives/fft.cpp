@@ -39,7 +39,7 @@ template <class Number>
 tile_kernels<Number> best_kernels() noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return avx512_kernels<Number>();
+    if (has_avx512()) return avx512_kernels<Number>();
     if (has_avx2()) return avx2_kernels<Number>();
 #endif
     return plain_kernels<Number>();

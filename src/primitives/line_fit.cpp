@@ -11,7 +11,7 @@ namespace primitives {
 row_sums sum_row(std::span<const std::int16_t> row) noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::sum_row_avx512(row);
+    if (has_avx512()) return simd::sum_row_avx512(row);
     if (has_avx2()) return simd::sum_row_avx2(row);
 #endif
     return sum_row_reference(row);
@@ -43,7 +43,7 @@ flattened_range flatten_row(std::span<const std::int16_t> row, float* out, [[may
     // of the definition counts.
     constexpr std::size_t exactWidth = std::size_t{1} << 19;
     if (row.size() <= exactWidth) {
-        if (has_vbmi()) return simd::flatten_row_avx512(row, out, soon);
+        if (has_avx512()) return simd::flatten_row_avx512(row, out, soon);
         if (has_avx2()) return simd::flatten_row_avx2(row, out);
     }
 #endif

@@ -34,7 +34,7 @@ double slope_of(std::int64_t sum, wide_int moment, std::int64_t length, std::int
 std::size_t full_lanes(power_sums& sums, std::span<const std::int16_t> row, double offset, double slope) noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::add_powers_avx512(sums, row, offset, slope);
+    if (has_avx512()) return simd::add_powers_avx512(sums, row, offset, slope);
     if (has_avx2()) return simd::add_powers_avx2(sums, row, offset, slope);
 #endif
     return simd::add_powers_plain(sums, row, offset, slope);

@@ -58,7 +58,7 @@ constexpr int mostRows = 65535;
 void add_rows(const_height_block rows, std::int32_t* sums) noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::add_rows_avx512(rows, sums);
+    if (has_avx512()) return simd::add_rows_avx512(rows, sums);
     if (has_avx2()) return simd::add_rows_avx2(rows, sums);
 #endif
     std::fill_n(sums, rows.width, 0);
@@ -150,7 +150,7 @@ void write_means(std::span<const std::int32_t> sums, const mean_factors& factors
 {
     std::size_t i = 0;
 #if defined(__x86_64__)
-    if (has_vbmi())
+    if (has_avx512())
         i = simd::write_means_avx512(sums, factors.share.data(), factors.shift.data(), out);
     else if (has_avx2())
         i = simd::write_means_avx2(sums, factors.share.data(), factors.shift.data(), out);

@@ -29,8 +29,8 @@ void map_floats_avx2(std::span<const float> values, byte_window window, std::uin
 void paint_32_avx2(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 void map_heights_avx512(std::span<const std::int16_t> heights, byte_window window, std::uint8_t* out) noexcept;
 void map_floats_avx512(std::span<const float> values, byte_window window, std::uint8_t* out) noexcept;
-void paint_32_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
-void paint_24_avx512(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
+void paint_32_vbmi(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
+void paint_24_vbmi(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 
 row_sums sum_row_avx2(std::span<const std::int16_t> row) noexcept;
 row_sums sum_row_avx512(std::span<const std::int16_t> row) noexcept;

@@ -17,7 +17,7 @@ namespace {
 bool run_step(const thinning_step& step) noexcept
 {
 #if defined(__x86_64__)
-    if (has_vbmi()) return simd::thinning_step_avx512(step);
+    if (has_avx512()) return simd::thinning_step_avx512(step);
     if (has_avx2()) return simd::thinning_step_avx2(step);
 #endif
     return thinning_rule::step_mask<std::uint64_t>(step);

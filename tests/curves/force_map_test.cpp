@@ -106,7 +106,7 @@ TEST(ForcePacks, MarkTheSameStepsInEachForm)
     std::vector<form> forms{curves::mark_steps_plain, curves::mark_steps};
 #if defined(__x86_64__)
     if (primitives::has_avx2()) forms.push_back(curves::mark_steps_avx2);
-    if (primitives::has_vbmi()) forms.push_back(curves::mark_steps_avx512);
+    if (primitives::has_avx512()) forms.push_back(curves::mark_steps_avx512);
 #endif
     const curves::pack_thresholds thresholds{0.7, 1.5};
     for (const int n : {8, 9, 15, 63, 64, 65, 129, 256, 257, 320, 777, 1024}) {

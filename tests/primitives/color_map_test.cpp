@@ -159,7 +159,15 @@ protected:
     std::vector<std::uint8_t> bytes;
 };
 
-TEST_F(Paint, WritesThreeOfFourBytes) { expect_pixels(VLDV_FORMS(paint_32), 4); }
+TEST_F(Paint, WritesThreeOfFourBytes)
+{
+    kernel_forms<painter> forms{{"chosen", primitives::paint_32}};
+#if defined(__x86_64__)
+    forms = forms_of(primitives::paint_32, primitives::simd::paint_32_avx2, primitives::simd::paint_32_vbmi,
+                     primitives::has_vbmi());
+#endif
+    expect_pixels(forms, 4);
+}
 
 TEST_F(Paint, WritesThreeBytesAndNotOneMore)
 {

@@ -97,7 +97,7 @@ std::vector<std::pair<std::string, tile_kernels<Number>>> forms()
         {"plain", primitives::fft::plain_kernels<Number>()}};
 #if defined(__x86_64__)
     if (primitives::has_avx2()) out.emplace_back("AVX2", primitives::fft::avx2_kernels<Number>());
-    if (primitives::has_vbmi()) out.emplace_back("AVX-512", primitives::fft::avx512_kernels<Number>());
+    if (primitives::has_avx512()) out.emplace_back("AVX-512", primitives::fft::avx512_kernels<Number>());
 #endif
     return out;
 }

@@ -16,11 +16,12 @@ using kernel_forms = std::vector<kernel_form<Function>>;
 
 /// The chosen form, and those of each instruction set that the machine has (null: there is none).
 template <class Function>
-kernel_forms<Function> forms_of(Function* chosen, Function* avx2, Function* avx512)
+kernel_forms<Function> forms_of(Function* chosen, Function* avx2, Function* avx512,
+                                bool hasWidest = primitives::has_avx512())
 {
     kernel_forms<Function> forms{{"chosen", chosen}};
     if (avx2 && primitives::has_avx2()) forms.push_back({"AVX2", avx2});
-    if (avx512 && primitives::has_vbmi()) forms.push_back({"AVX-512", avx512});
+    if (avx512 && hasWidest) forms.push_back({"AVX-512", avx512});
     return forms;
 }
 #if defined(__x86_64__)

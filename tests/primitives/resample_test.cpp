@@ -74,7 +74,7 @@ TEST(Resample, EveryFormOfItsStepsIsExact)
         adders.push_back({"AVX2", simd::add_rows_avx2});
         writers.push_back({"AVX2", simd::write_means_avx2});
     }
-    if (has_vbmi()) {
+    if (has_avx512()) {
         adders.push_back({"AVX-512", simd::add_rows_avx512});
         writers.push_back({"AVX-512", simd::write_means_avx512});
     }

@@ -181,7 +181,7 @@ TEST(Thinning, EveryFormOfAStepIsThePlainOne)
     kernel_forms<bool(const primitives::thinning_step&) noexcept> forms{{"portable", portable_step}};
 #if defined(__x86_64__)
     if (primitives::has_avx2()) forms.push_back({"AVX2", primitives::simd::thinning_step_avx2});
-    if (primitives::has_vbmi()) forms.push_back({"AVX-512", primitives::simd::thinning_step_avx512});
+    if (primitives::has_avx512()) forms.push_back({"AVX-512", primitives::simd::thinning_step_avx512});
 #endif
     primitives::bit_strips mask;
     mask.assign(300, 77);
