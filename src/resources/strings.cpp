@@ -112,6 +112,7 @@ const string_row stringTable[] = {
     {10142, "Evaluate cyclic structure function S(t)=<(Y(x)-Y(x+t))^2>"},
     {10147, "Build separation curve"},
     {10150, "Build normalized force curve"},
+    {10151, "Duplicate the image, or only its selected part where there is a selection\nDuplicate"},
     {10203, "Select images for operation"},
 
     // The framework's own messages.

@@ -28,6 +28,15 @@ void append_curves(SPMDataStream& target, const SPMDataStream& volume, unsigned 
     target.set_array(column.data(), static_cast<unsigned>(curves * length), target.array_length());
 }
 
+/// "10 x 6": the lengths of a stream.
+std::string shape_text(const SPMDataStream& stream)
+{
+    std::string text;
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i)
+        text += (i ? " x " : "") + std::to_string(stream.get_dimension(i).length);
+    return text;
+}
+
 } // namespace
 
 void CImageView::copy_image(SPMDataStream& target, CImageView& source)
@@ -83,7 +92,12 @@ void CImageView::OnViewClone()
     copy->copyStrings(document, added, imageNumber);
     copy->copyDecorations(*document, added, imageNumber);
     copy->SetModifiedFlag(true);
+    // Who has forgotten a selection takes the part for the whole, and finds out when the whole is gone.
+    const std::string part = shape_text(copy->getImage(added)), whole = shape_text(document->getImage(imageNumber));
+    if (part == whole) return openFrames(*copy);
+    copy->SetTitle((copy->GetTitle() + L" (selection)").c_str());
     openFrames(*copy);
+    SetMessageText(base::widen("Only the selected part is in the copy: " + part + " of " + whole + " samples"));
 }
 
 /// A frame on each image.

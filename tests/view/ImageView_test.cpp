@@ -31,6 +31,11 @@ public:
     {
         if (records[0].kind != SELECTION_RECTANGLE) return;
         target.set_array_len(static_cast<unsigned>(records[0].data[2]));
+        SPMDataStream::dimension side = storageDoc()->getImage(imageNumber).get_dimension(0);
+        for (const unsigned i : {0u, 1u}) {
+            side.length = i == 0 ? target.array_length() : 1;
+            target.set_dimension(i, side);
+        }
     }
 
     int loads = 0;
@@ -392,10 +397,16 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
     EXPECT_EQ(copy.get_decorations_list(nullptr, 0, 0), 1u);
     EXPECT_EQ(app.frames().size(), 3u);
 
-    viewAt(0)->selected = {{36, 1, SELECTION_RECTANGLE, {0, 0, 5, 1, 0, 0}}};
+    EXPECT_EQ(host.statusText, L"") << "it is the whole";
+
+    viewAt(0)->selected = {{36, 1, SELECTION_RECTANGLE, {0, 0, 3, 1, 0, 0}}};
+    viewAt(0)->OnCmdMsg(10151, nullptr);
+    EXPECT_EQ(surfaces.documents().back()->GetTitle(), L"Copy 2 of a (selection)");
+    EXPECT_EQ(app.frames().back()->GetWindowText().substr(0, 24), L"Copy 2 of a (selection)[");
+    EXPECT_EQ(host.statusText, L"Only the selected part is in the copy: 3 x 1 of 4 x 3 samples");
     SPMDataStream cropped;
     CImageView::copy_image(cropped, *viewAt(0));
-    EXPECT_EQ(cropped.array_length(), 5u);
+    EXPECT_EQ(cropped.array_length(), 3u);
     EXPECT_STREQ(cropped.get_name(), "a");
     viewAt(0)->selected[0].kind = SELECTION_POINT;
     SPMDataStream whole;
