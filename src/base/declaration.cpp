@@ -325,6 +325,13 @@ declared_item parse_item(std::string_view text)
     return {std::string(text), std::string(text)};
 }
 
+bool stands_under(const SPMVar& heading, const SPMVar& variable) noexcept
+{
+    const std::string_view over = heading.get_name(), name = variable.get_name();
+    return name.size() > over.size() && name.starts_with(over) &&
+           (name[over.size()] == '.' || name[over.size()] == '_');
+}
+
 const char* type_keyword(SPMVarType type) noexcept
 {
     const auto known = std::ranges::find(typeKeywords, type, &keyword_row::type);
@@ -366,6 +373,7 @@ declaration parse_declaration(std::string_view text, std::string* problem)
         out.label = *label;
     }
     rest = rest.substr(std::min(rest.find_first_not_of(' '), rest.size()));
+    if (rest.empty() && !out.name.empty() && !out.label.empty()) return out; // a heading
     if (!rest.starts_with(',')) return refused("no comma before the type");
     std::optional<std::string_view> fields = rest.substr(1);
     const auto keyword = take_field(fields);

@@ -17,8 +17,8 @@ struct declared_item {
 /// The content of one declaration line, in plain values. docs/declarations.md tells the language.
 struct declaration {
     std::string name;
-    std::string label; ///< empty: the variable is hidden
-    SPMVarType type = SPM_VAR_NONE;
+    std::string label;              ///< empty: the variable is hidden
+    SPMVarType type = SPM_VAR_NONE; ///< none with a label: a heading
     double minimum = -std::numeric_limits<double>::infinity();
     double maximum = std::numeric_limits<double>::infinity();
     double step = 0.0;
@@ -30,6 +30,14 @@ struct declaration {
     std::string options; ///< display and evaluation expressions as written
     bool operator==(const declaration&) const = default;
 };
+
+/// A name and a label without a type stand over the variables behind it whose names begin with that name.
+inline bool is_heading(const SPMVar& variable) noexcept
+{
+    return variable.type == SPM_VAR_NONE && *variable.get_name() && *variable.get_description();
+}
+/// The name of a variable under a heading goes on behind that of the heading with "." or "_".
+bool stands_under(const SPMVar& heading, const SPMVar& variable) noexcept;
 
 /// "double" … "array"; empty for no type.
 const char* type_keyword(SPMVarType type) noexcept;

@@ -43,12 +43,17 @@ json items_json(const SPMVar& variable)
     return items;
 }
 
+const char* kind_of(const SPMVar& variable)
+{
+    return base::is_heading(variable) ? "heading" : base::type_keyword(variable.type);
+}
+
 json variable_json(const SPMVarList& list, const SPMVar& variable)
 {
     const bool hasStep = variable.type == SPM_VAR_DOUBLE && variable.limits.number.step != 0.0;
     return {{"name", variable.get_name()},
             {"label", variable.get_description()},
-            {"type", base::type_keyword(variable.type)},
+            {"type", kind_of(variable)},
             {"value", variable.as_string().c_str()},
             {"shown", base::shown_text(list, variable)},
             {"minimum", limit_json(variable, variable.limits.number.minimum)},
@@ -61,7 +66,7 @@ void print_table(const SPMVarList& list)
 {
     std::vector<std::vector<std::string>> rows = {{"name", "label", "type", "value", "shown"}};
     for (const SPMVar& variable : list.all())
-        rows.push_back({variable.get_name(), variable.get_description(), base::type_keyword(variable.type),
+        rows.push_back({variable.get_name(), variable.get_description(), kind_of(variable),
                         variable.as_string().c_str(), base::shown_text(list, variable)});
     std::cout << aligned(rows);
 }

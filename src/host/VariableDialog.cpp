@@ -37,7 +37,11 @@ CVariableDialog::CVariableDialog(CVarListDlg& model_, QWidget* parent)
     table->setHorizontalHeaderLabels({hasHeadings ? QString::fromStdString(layout.nameHeading) : "Option",
                                       hasHeadings ? QString::fromStdString(layout.valueHeading) : "Value"});
     placeAll();
-    if (QWidget* const first = table->cellWidget(0, 1)) first->setFocus();
+    for (int row = 0; row < table->rowCount(); ++row)
+        if (QWidget* const first = table->cellWidget(row, 1)) {
+            first->setFocus();
+            break;
+        }
     model->setPeer(std::make_unique<closer>(this));
 }
 

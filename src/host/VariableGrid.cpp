@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QToolButton>
 
 CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidget(parent), model(&model_)
 {
@@ -54,22 +55,72 @@ bool CVariableGrid::showsSameRows() const
 void CVariableGrid::rebuild()
 {
     shown.clear();
+    clearSpans();
     setRowCount(0);
     setRowCount(static_cast<int>(model->rowCount()));
     for (unsigned i = 0; i < model->rowCount(); ++i) {
         const SPMVar& variable = model->row(i);
-        auto* const name = new QTableWidgetItem(QString::fromUtf8(variable.get_description()));
-        name->setFlags(Qt::ItemIsEnabled);
-        name->setToolTip(name->text());
-        setItem(static_cast<int>(i), 0, name);
-        const auto store = [this, i](const QString& text) {
-            if (!model) return;
-            model->edit(i, text.toUtf8().constData());
-            refresh(); // shows what was stored, also where the text was not taken
-        };
         shown.push_back({variable.get_name(), variable.get_description(), variable.type,
-                         host::make_variable_editor(*model->GetVarList(), variable, store)});
-        setCellWidget(static_cast<int>(i), 1, shown.back().editor.widget);
+                         model->isHeading(i) ? addHeading(i) : addOption(i)});
+    }
+    showFolds();
+}
+
+host::variable_editor CVariableGrid::addOption(unsigned row)
+{
+    const SPMVar& variable = model->row(row);
+    const QString label = QString::fromUtf8(variable.get_description());
+    const bool isUnder = model->headingOf(row) != unsigned(-1);
+    auto* const name = new QTableWidgetItem(isUnder ? QStringLiteral("    ") + label : label);
+    name->setFlags(Qt::ItemIsEnabled);
+    name->setToolTip(label);
+    setItem(static_cast<int>(row), 0, name);
+    const auto store = [this, row](const QString& text) {
+        if (!model) return;
+        model->edit(row, text.toUtf8().constData());
+        refresh(); // shows what was stored, also where the text was not taken
+    };
+    host::variable_editor editor = host::make_variable_editor(*model->GetVarList(), variable, store);
+    setCellWidget(static_cast<int>(row), 1, editor.widget);
+    return editor;
+}
+
+/// A line across both columns that folds what stands under it.
+host::variable_editor CVariableGrid::addHeading(unsigned row)
+{
+    const SPMVar& variable = model->row(row);
+    auto* const line = new QToolButton;
+    line->setText(QString::fromUtf8(variable.get_description()));
+    line->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    line->setAutoRaise(true);
+    line->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    QFont bold = line->font();
+    bold.setBold(true);
+    line->setFont(bold);
+    connect(line, &QToolButton::clicked, this, [this, name = std::string(variable.get_name())] {
+        if (folded.erase(name) == 0) folded.insert(name);
+        if (model) showFolds();
+    });
+    setItem(static_cast<int>(row), 0, new QTableWidgetItem); // what is scrolled to
+    setSpan(static_cast<int>(row), 0, 1, 2);
+    setCellWidget(static_cast<int>(row), 0, line);
+    return {line, [](const SPMVarList&, const SPMVar&) {}};
+}
+
+void CVariableGrid::showFolds()
+{
+    std::set<unsigned> filled;
+    for (unsigned i = 0; i < shown.size(); ++i) {
+        const unsigned heading = model->headingOf(i);
+        if (heading != unsigned(-1)) filled.insert(heading);
+        setRowHidden(static_cast<int>(i), heading != unsigned(-1) && folded.contains(shown[heading].name));
+    }
+    for (unsigned i = 0; i < shown.size(); ++i) {
+        auto* const line = qobject_cast<QToolButton*>(cellWidget(static_cast<int>(i), 0));
+        if (!line) continue;
+        line->setArrowType(!filled.contains(i)              ? Qt::NoArrow
+                           : folded.contains(shown[i].name) ? Qt::RightArrow
+                                                            : Qt::DownArrow);
     }
 }
 

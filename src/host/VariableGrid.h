@@ -3,6 +3,7 @@
 #include "platform/VarListCtrl.h"
 
 #include <QTableWidget>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,10 +28,15 @@ private:
     };
     bool showsSameRows() const;
     void rebuild();
+    host::variable_editor addOption(unsigned row);
+    host::variable_editor addHeading(unsigned row);
+    /// Hides what stands under headings that the user folded.
+    void showFolds();
     void showValues();
     void followFocus(const QWidget* now);
 
     CVarListCtrl* model;
     std::vector<shown_row> shown;
+    std::set<std::string> folded; ///< names of headings
     bool isShowing = false;
 };

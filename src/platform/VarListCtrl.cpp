@@ -1,5 +1,6 @@
 #include "platform/VarListCtrl.h"
 
+#include "base/declaration.h"
 #include "base/option_display.h"
 
 namespace {
@@ -41,9 +42,26 @@ std::string CVarListCtrl::rowText(unsigned index) const
     return base::shown_text(list_or_none(variables), row(index));
 }
 
+bool CVarListCtrl::isHeading(unsigned index) const { return base::is_heading(row(index)); }
+
+unsigned CVarListCtrl::headingOf(unsigned index) const
+{
+    if (index >= rowCount() || isHeading(index)) return unsigned(-1);
+    unsigned found = unsigned(-1), at = 0;
+    for (const SPMVar& variable : variables->all()) {
+        if (!*variable.get_description()) continue;
+        if (base::is_heading(variable))
+            found = at;
+        else if (found != unsigned(-1) && !base::stands_under(row(found), variable))
+            found = unsigned(-1);
+        if (at++ == index) break;
+    }
+    return found;
+}
+
 bool CVarListCtrl::edit(unsigned index, const char* text)
 {
-    if (index >= rowCount()) return false;
+    if (index >= rowCount() || isHeading(index)) return false;
     SPMVar changed = row(index);
     if (!base::take_shown_text(*variables, changed, text)) return false;
     changed.update_timestamp();

@@ -13,7 +13,7 @@ public:
 };
 
 /// The grid that edits a list of variables: what it shows and what edits do. Rows are the variables with a label, in
-/// the order of the list, which changes with every edit, so that those who listen follow live.
+/// the order of the list, headings among them. The list changes with every edit, so that those who listen follow live.
 class CVarListCtrl : private SPMVarListHandler {
 public:
     CVarListCtrl() = default;
@@ -28,6 +28,11 @@ public:
     unsigned rowCount() const;
     const SPMVar& row(unsigned index) const;
     std::string rowText(unsigned index) const;
+    /// A declaration without a type: its label stands over the rows behind it.
+    bool isHeading(unsigned index) const;
+    /// The row of the heading that a row stands under; `unsigned(-1)` when it stands by itself. What stands under a
+    /// heading follows it without a gap.
+    unsigned headingOf(unsigned index) const;
     /// Stores what the user typed or chose. \return false, with the value as it was, when it cannot be
     bool edit(unsigned index, const char* text);
 

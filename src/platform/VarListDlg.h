@@ -60,6 +60,7 @@ public:
     unsigned rowCount() const { return rows.rowCount(); }
     const SPMVar& row(unsigned index) const { return rows.row(index); }
     std::string rowText(unsigned index) const { return rows.rowText(index); }
+    bool isHeading(unsigned index) const { return rows.isHeading(index); }
     bool edit(unsigned index, const char* text) { return rows.edit(index, text); }
     /// A button of the layout was pressed.
     void press(const platform::layout_button& button);

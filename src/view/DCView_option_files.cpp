@@ -52,7 +52,8 @@ void CDCView::saveOptionsFile()
     if (!path) return;
     platform::options_section section{GetViewSection(), {}};
     for (const SPMVar& option : options.all())
-        if (*option.get_description()) section.entries.push_back({option.get_name(), option.as_string().c_str()});
+        if (option.type != SPM_VAR_NONE && *option.get_description())
+            section.entries.push_back({option.get_name(), option.as_string().c_str()});
     with_file(app->host(), *path,
               [&](const std::filesystem::path& file) { platform::write_options_file(file, section); });
 }

@@ -123,7 +123,7 @@ void CDCView::storeChanged(const std::vector<SPMVar>& changed)
     if (!store) return;
     const std::string section = GetViewSection();
     for (const SPMVar& variable : changed)
-        if (!unsavedOptions.contains(variable.get_name()))
+        if (variable.type != SPM_VAR_NONE && !unsavedOptions.contains(variable.get_name()))
             store->writeString(section, variable.get_name(), variable.as_string().c_str());
 }
 

@@ -61,6 +61,33 @@ INSTANTIATE_TEST_SUITE_P(
         parsed_line{"x(label),double,low,1", SPM_VAR_NONE, "x", "label", -infinity, infinity, 0, ""},
         parsed_line{"", SPM_VAR_NONE, "", "", -infinity, infinity, 0, ""}));
 
+TEST(Declaration, ALabelWithoutATypeIsAHeading)
+{
+    for (const char* text : {"marks(Marks)", " ZScale(Y Scale)  ", "light.scene(Light, scene (all))"}) {
+        std::string problem;
+        const base::declaration heading = base::parse_declaration(text, &problem);
+        EXPECT_EQ(problem, "") << text;
+        EXPECT_EQ(heading.type, SPM_VAR_NONE);
+        EXPECT_EQ(base::parse_declaration(base::write_declaration(heading)), heading) << text;
+        SPMVar variable;
+        variable.Init(text);
+        EXPECT_TRUE(base::is_heading(variable)) << text;
+        EXPECT_FALSE(variable.from_string("1")) << "it has no value";
+        EXPECT_EQ(std::string(variable.description().c_str()), base::write_declaration(heading));
+    }
+    const auto under = [](const char* heading, const char* name) {
+        SPMVar above, below;
+        above.Init(heading);
+        below.Init((std::string(name) + "(Label),int").c_str());
+        return base::stands_under(above, below);
+    };
+    EXPECT_TRUE(under("marks(Marks)", "marks_mode"));
+    EXPECT_TRUE(under("ZScale(Y Scale)", "ZScale.Scaling.fixed.value"));
+    EXPECT_FALSE(under("ZScale(Y Scale)", "ZScale"));
+    EXPECT_FALSE(under("marks(Marks)", "marksman"));
+    EXPECT_FALSE(under("marks(Marks)", "Values"));
+}
+
 TEST(Declaration, SaysWhyItWasNotUnderstood)
 {
     const std::pair<const char*, const char*> cases[] = {

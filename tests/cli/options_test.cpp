@@ -50,6 +50,18 @@ TEST_F(ProgramTest, OptionsAreSettledAndShown)
               std::string::npos);
 }
 
+TEST_F(ProgramTest, HeadingsArePartOfATable)
+{
+    write_file(folder / "table.txt", "marks(Marks)\nmarks_mode(Mode),enum,Lines,None\tNone\n");
+    const program_result result = vldv({"options", "table.txt", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const json variables = json::parse(result.out)["variables"];
+    EXPECT_EQ(variables[0]["type"], "heading");
+    EXPECT_EQ(variables[0]["label"], "Marks");
+    EXPECT_EQ(variables[0]["value"], "");
+    EXPECT_EQ(variables[1]["value"], "None");
+}
+
 TEST_F(ProgramTest, BadDeclarationsAreNamedWithLineAndReason)
 {
     write_file(folder / "bad.txt", "a,int,0,5\tmany\n"

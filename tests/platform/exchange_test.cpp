@@ -54,6 +54,41 @@ SPMVar declared(const char* declaration, const char* text)
     return variable;
 }
 
+TEST(VarListCtrl, RowsStandUnderTheHeadingTheyFollow)
+{
+    constexpr unsigned alone = unsigned(-1);
+    const std::pair<const char*, unsigned> rows[] = {
+        {"marks(Marks)", alone},
+        {"marks_mode(Mode),enum,Vertical Lines,Crossbar,None", 0},
+        {"marks.hidden,int", 0}, // no row
+        {"marks.size(Size),int,1", 0},
+        {"Values(Values),enum,Absolute,Relative", alone},
+        {"marks.color(Color),int", alone}, // behind a gap
+        {"empty(Nothing under it)", alone},
+        {"ZScale(Y Scale)", alone},
+        {"ZScale.zero(Zero level),enum,Min,Absolute", 6},
+    };
+    std::vector<SPMVar> variables;
+    for (const auto& [declaration, heading] : rows) variables.emplace_back().Init(declaration);
+    SPMVarList list;
+    list.set_variables(variables.data(), static_cast<unsigned>(variables.size()));
+    CVarListCtrl grid;
+    grid.SetVarList(&list);
+    ASSERT_EQ(grid.rowCount(), 8u);
+    unsigned row = 0;
+    for (const auto& [declaration, heading] : rows) {
+        if (std::string(declaration).starts_with("marks.hidden")) continue;
+        EXPECT_EQ(grid.headingOf(row), heading) << declaration;
+        EXPECT_EQ(grid.isHeading(row), std::string(declaration).find(',') == std::string::npos) << declaration;
+        ++row;
+    }
+    EXPECT_EQ(grid.headingOf(99), alone);
+    EXPECT_FALSE(grid.edit(0, "text")) << "a heading holds nothing";
+    EXPECT_EQ(grid.rowText(0), "");
+    EXPECT_TRUE(grid.edit(2, "5"));
+    EXPECT_EQ(int(list["marks.size"]), 5);
+}
+
 TEST(VarListExchange, GridTakesVariablesAndGivesBackWhatWasEdited)
 {
     struct counter : IVarListPeer {

@@ -15,6 +15,7 @@ public:
     void GetOptionsList(SPMVar* vars, unsigned* count) override
     {
         static constexpr view::option_row own[] = {
+            {"margins(Margins)", ""},
             {"TextVertSpace(Text Vertical Space),int,20,,,min(##,#BottomMargin)", "20"},
             {"BottomMarginOpt(Bottom Margin),int,20", "45"},
         };
@@ -89,6 +90,20 @@ TEST_F(OptionBatch, DefaultsAndFilesCountAsOneChange)
     host.openPaths = {(folder / "a.opt").wstring()};
     view->OnCommandMessage("load", &dialog);
     expect(70, 95, {{"TextVertSpace", 1}, {"BottomMarginOpt", 1}, {"text_size", 1}});
+}
+
+TEST_F(OptionBatch, AHeadingIsNoOption)
+{
+    view->OnInitialUpdate();
+    EXPECT_EQ(view->options["margins"].type, SPM_VAR_NONE);
+    EXPECT_NE(view->options.get_var_i("margins"), unsigned(-1)) << "it has its place among them";
+    view->SaveOptions();
+    EXPECT_TRUE(host.readString("PlainView", "TextVertSpace"));
+    EXPECT_FALSE(host.readString("PlainView", "margins")) << "nothing to keep";
+    host.savePaths = {(folder / "a.opt").wstring()};
+    CVarListDlg dialog;
+    view->OnCommandMessage("save", &dialog);
+    EXPECT_EQ(file_content(folder / "a.opt").find("margins"), std::string::npos);
 }
 
 } // namespace
