@@ -82,6 +82,9 @@ namespace {
 
 constexpr std::uint64_t deflateLimit = 1032;      // unpacked bytes a stored byte, at the very most
 constexpr std::uint64_t smallestEntryRecord = 46; // of the central directory
+// What may be unpacked at one go: beside the result it takes as much memory as is stored, and nobody can cancel it.
+constexpr std::uint64_t wholeStoredBytes = 32u << 20, wholeBytes = 64u << 20;
+constexpr std::size_t pieceBytes = 4u << 20; // some milliseconds
 
 /// Why an entry's claims cannot be true, or empty.
 std::string refusal(const std::string& name, const zip_stat_t& stat, std::uint64_t fileSize, zip_reader::names allowed)
@@ -175,12 +178,14 @@ const zip_reader::entry* zip_reader::find(const std::string& name) const
     return found == entries.end() ? nullptr : &found->second;
 }
 
-std::string zip_reader::unpack(const entry& which, std::span<std::byte> out) const
+std::string zip_reader::unpack(const entry& which, std::span<std::byte> out, const progress& tell) const
 {
-    return which.isDeflated && out.size() == which.bytes ? unpack_whole(which, out) : unpack_part(which, out);
+    const bool isSmall = which.storedBytes <= wholeStoredBytes && which.bytes <= wholeBytes;
+    return which.isDeflated && isSmall && out.size() == which.bytes ? unpack_whole(which, out)
+                                                                    : unpack_pieces(which, out, tell);
 }
 
-/// An entry that is wanted whole takes one call of the faster inflater, straight into its place.
+/// A small entry that is wanted whole takes one call of the faster inflater, straight into its place.
 std::string zip_reader::unpack_whole(const entry& which, std::span<std::byte> out) const
 {
     const opened_entry file(zip_fopen_index(archive.get(), which.index, ZIP_FL_COMPRESSED));
@@ -194,11 +199,17 @@ std::string zip_reader::unpack_whole(const entry& which, std::span<std::byte> ou
     return libdeflate_crc32(0, out.data(), out.size()) == which.checksum ? "" : "the checksum does not match";
 }
 
-std::string zip_reader::unpack_part(const entry& which, std::span<std::byte> out) const
+std::string zip_reader::unpack_pieces(const entry& which, std::span<std::byte> out, const progress& tell) const
 {
     const opened_entry file(zip_fopen_index(archive.get(), which.index, 0));
     if (!file) return zip_strerror(archive.get());
-    if (const std::string failure = read_all(file.get(), out); !failure.empty()) return failure;
+    for (std::size_t done = 0; done < out.size();) {
+        const std::size_t piece = std::min(pieceBytes, out.size() - done);
+        if (const std::string failure = read_all(file.get(), out.subspan(done, piece)); !failure.empty())
+            return failure;
+        done += piece;
+        if (tell && !tell(done)) return "cancelled";
+    }
     // Only the read that meets the end compares the checksum.
     char beyond;
     if (out.size() == which.bytes && zip_fread(file.get(), &beyond, 1) != 0) return "the checksum does not match";

@@ -3,6 +3,7 @@
 #include "document/formats/source.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <span>
@@ -37,9 +38,12 @@ public:
     const entry* find(const std::string& name) const;
     /// All by name, in the order of their names.
     const std::map<std::string, entry>& all() const noexcept { return entries; }
+    /// Told how many bytes of an entry are unpacked; false gives up.
+    using progress = std::function<bool(std::size_t done)>;
     /// Unpacks the first `out.size()` bytes of an entry, all of it when the sizes are equal; then the checksum is
-    /// verified. \return empty, or what was wrong
-    std::string unpack(const entry& which, std::span<std::byte> out) const;
+    /// verified. A large entry is unpacked piece by piece: it needs 32 MiB beside `out` at the most, and `tell`, which
+    /// may stay empty, hears of each piece. \return empty, or what was wrong
+    std::string unpack(const entry& which, std::span<std::byte> out, const progress& tell = {}) const;
 
 private:
     struct archive_close {
@@ -51,7 +55,7 @@ private:
     struct source_state;
     zip_reader() = default;
     std::string unpack_whole(const entry& which, std::span<std::byte> out) const;
-    std::string unpack_part(const entry& which, std::span<std::byte> out) const;
+    std::string unpack_pieces(const entry& which, std::span<std::byte> out, const progress& tell) const;
 
     std::unique_ptr<source_state> state;
     std::unique_ptr<zip, archive_close> archive; // behind the state: it reads through it until it is closed
