@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "document/spmx_escapes.h"
 #include "document/spmx_layout.h"
+#include "document/spmx_limits.h"
 
 #include <sstream>
 
@@ -36,6 +37,8 @@ public:
 
     void OnXMLUnparsedEntity(const char* entity, const char*, const char* systemId, const char*, const char*) override
     {
+        if (entities.size() >= spmx_limits::streams)
+            return fail(base::formatted("more than %zu entities", spmx_limits::streams));
         std::string file = text(systemId);
         if (file.starts_with("./")) file.erase(0, 2);
         entities[entity] = file;
@@ -70,6 +73,8 @@ private:
     void xmlh_stream(const char*, const attributes& found)
     {
         if (inStream) return fail("a stream inside a stream");
+        if (result.streams.size() >= spmx_limits::streams)
+            return fail(base::formatted("more than %zu streams", spmx_limits::streams));
         result.streams.emplace_back();
         inStream = true;
         const std::string id = attribute(found, "id");
@@ -97,6 +102,7 @@ private:
     }
     void xmlh_var_end(const char*)
     {
+        if (++texts > spmx_limits::texts) return fail(base::formatted("more than %zu texts", spmx_limits::texts));
         (inStream ? current()->strings : result.strings).insert_or_assign(key, collected());
     }
 
@@ -105,6 +111,7 @@ private:
     void xmlh_subimage_end(const char*) { append_name(subimages); }
     void append_name(std::vector<smart_string>& names)
     {
+        if (++nameCount > spmx_limits::names) return fail(base::formatted("more than %zu names", spmx_limits::names));
         const std::string name = collected();
         if (inStream) names.emplace_back(name);
     }
@@ -114,9 +121,13 @@ private:
         if (!inStream) return;
         if (inDimension) return fail("a dimension inside a dimension");
         inDimension = true;
+        SPMDataStream& stream = current()->stream;
+        if (stream.get_dimensions_number() >= spmx_limits::dimensions)
+            return fail(base::formatted("the stream \"%s\" has more than %u dimensions", stream.get_name(),
+                                        spmx_limits::dimensions));
         SPMDataStream::dimension dimension;
         dimension.length = number(found, "length", 1);
-        current()->stream.set_dimension(current()->stream.get_dimensions_number(), dimension);
+        stream.set_dimension(stream.get_dimensions_number(), dimension);
     }
     void xmlh_dimension_end(const char*) { inDimension = false; }
 
@@ -125,6 +136,9 @@ private:
         if (!inStream) return;
         SPMDataStream& stream = current()->stream;
         VLAxesContainer& axes = inDimension ? stream.get_dimension(stream.get_dimensions_number() - 1) : stream.values;
+        if (axes.get_axes_number() >= spmx_limits::axes)
+            return fail(base::formatted("the stream \"%s\" has more than %u axes along one dimension",
+                                        stream.get_name(), spmx_limits::axes));
         const double start = base::leading_number(attribute(found, "start")).value_or(0.0);
         const double scale = base::leading_number(attribute(found, "scale")).value_or(1.0);
         axes.set_axis(axes.get_axes_number(), VLAxis(start, scale, attribute(found, "units").c_str()));
@@ -152,6 +166,7 @@ private:
     bool isRewritten;
     bool inStream = false, inDimension = false;
     std::string key;
+    std::size_t texts = 0, nameCount = 0;
     std::vector<smart_string> dependents, subimages; // of the stream that is being read
     std::map<std::string, std::string> entities;
 };
@@ -160,10 +175,12 @@ private:
 
 base::read_result<spmx_description> parse_spmx_description(std::string_view xml)
 {
-    const std::string utf8 = base::is_utf8(xml) ? std::string(xml) : base::cp1252_to_utf8(xml);
-    const auto rewritten = well_formed_spmx(utf8);
-    spmx_parser parser(rewritten.has_value());
-    std::istringstream in(rewritten ? *rewritten : utf8);
+    std::string converted;
+    if (!base::is_utf8(xml)) xml = converted = base::cp1252_to_utf8(xml);
+    auto rewritten = well_formed_spmx(xml);
+    if (!rewritten) return rewritten.error();
+    spmx_parser parser(rewritten->has_value());
+    std::istringstream in(*rewritten ? std::move(**rewritten) : std::string(xml));
     if (!parser.load_xml(in)) return base::read_error{0, "main.xml is not understood: " + parser.get_error()};
     return std::move(parser.result);
 }

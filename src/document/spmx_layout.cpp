@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/spmx_escapes.h"
+#include "document/spmx_limits.h"
 
 #include <algorithm>
 #include <array>
@@ -13,21 +14,47 @@ namespace document {
 
 namespace {
 
+/// Finds one word again and again from places that only move forward: a walk over the text, however often it is asked.
+class forward_search {
+public:
+    forward_search(std::string_view text_, std::string_view word_) : text(text_), word(word_) {}
+
+    /// The first at or behind `from`, or npos.
+    std::size_t next(std::size_t from)
+    {
+        if (!found || *found < from) found = text.find(word, from);
+        return *found;
+    }
+
+private:
+    std::string_view text, word;
+    std::optional<std::size_t> found;
+};
+
 /// Walks the file from one element of the layout to the next.
 class layout_scanner {
 public:
-    explicit layout_scanner(std::string_view text_) : text(text_) { out.reserve(text.size() + text.size() / 8); }
-
-    std::optional<std::string> run()
+    explicit layout_scanner(std::string_view text_) : text(text_), entityMiddles(text_, entityMiddle)
     {
-        if (!prolog() || !root()) return std::nullopt;
-        while (good && !finished) element();
-        if (!good) return std::nullopt;
-        return std::move(out);
+        out.reserve(text.size() + text.size() / 8);
+    }
+
+    base::read_result<std::optional<std::string>> run()
+    {
+        const bool begins = prolog() && root();
+        if (entities.size() > spmx_limits::streams)
+            return base::read_error{0,
+                                    base::formatted("main.xml declares more than %zu entities", spmx_limits::streams)};
+        while (begins && good && !finished) element();
+        if (!begins || !good) return std::optional<std::string>();
+        return std::optional(std::move(out));
     }
 
 private:
     static constexpr std::size_t maxIdBytes = 4096;
+    /// Places at which an id may end that are looked at; ids that look like more of the format are not found.
+    static constexpr int maxIdEnds = 16;
+    static constexpr std::string_view entityMiddle = " SYSTEM \"./";
     static constexpr std::array<std::string_view, 10> elementStarts = {
         "<var id=\"", "<stream",    "</stream>",    "<depends>", "<subimage>",
         "<axis",      "<dimension", "</dimension>", "<data",     "</spmx>"};
@@ -89,7 +116,7 @@ private:
                 const std::size_t end = text.find('>', position);
                 if (end == std::string_view::npos) return false;
                 position = end + 1;
-            } else if (!accept("<!ENTITY ") || !entity())
+            } else if (!accept("<!ENTITY ") || !entity() || entities.size() > spmx_limits::streams)
                 return false;
         }
     }
@@ -97,15 +124,18 @@ private:
     /// ID SYSTEM "./ID.raw" NDATA spmRaw> with any text for ID: the two copies tell where it ends.
     bool entity()
     {
-        constexpr std::string_view middle = " SYSTEM \"./", end = ".raw\" NDATA spmRaw>";
-        for (std::size_t at = text.find(middle, position); at != std::string_view::npos && at - position <= maxIdBytes;
-             at = text.find(middle, at + 1)) {
+        constexpr std::string_view end = ".raw\" NDATA spmRaw>";
+        std::size_t at = entityMiddles.next(position);
+        for (int i = 0; i < maxIdEnds && at != std::string_view::npos && at - position <= maxIdBytes; ++i) {
             const std::string_view id = text.substr(position, at - position);
-            const std::string_view second = text.substr(at + middle.size());
-            if (!second.starts_with(id) || !second.substr(id.size()).starts_with(end)) continue;
-            declare(id, std::string(id) + ".raw");
-            position = at + middle.size() + id.size() + end.size();
-            return true;
+            const std::string_view second = text.substr(at + entityMiddle.size());
+            if (second.starts_with(id) && second.substr(id.size()).starts_with(end)) {
+                declare(id, std::string(id) + ".raw");
+                position = at + entityMiddle.size() + id.size() + end.size();
+                return true;
+            }
+            at = text.substr(0, std::min(text.size(), position + maxIdBytes + entityMiddle.size()))
+                     .find(entityMiddle, at + 1);
         }
         return foreign_entity();
     }
@@ -268,6 +298,7 @@ private:
     }
 
     std::string_view text;
+    forward_search entityMiddles;
     std::size_t position = 0;
     std::string out;
     std::vector<std::string> entities;
@@ -280,6 +311,9 @@ private:
 
 } // namespace
 
-std::optional<std::string> well_formed_spmx(std::string_view text) { return layout_scanner(text).run(); }
+base::read_result<std::optional<std::string>> well_formed_spmx(std::string_view text)
+{
+    return layout_scanner(text).run();
+}
 
 } // namespace document

@@ -137,6 +137,54 @@ std::string with_directory_field(std::string archive, const std::string& entry, 
     return archive;
 }
 
+std::string repeated(const std::string& text, int count)
+{
+    std::string out;
+    for (int i = 0; i < count; ++i) out += text;
+    return out;
+}
+
+struct greedy_archive {
+    const char* name;
+    std::string entities, streams;
+    const char* reason;
+};
+
+TEST_F(ContainerTest, CountsBeyondAllMeasureAreRefusedByName)
+{
+    const std::string data = "\t\t<data content=\"int16\" ref=\"a\"/>\n";
+    const std::string entity = "\t<!ENTITY a SYSTEM \"./a.raw\" NDATA spmRaw>\n";
+    const std::string share = "\t\t<dimension length=\"400000\">\n\t\t</dimension>\n" + data;
+    std::string sharing;
+    for (int i = 0; i < 400; ++i) sharing += "\t<stream id=\"" + std::to_string(i) + "\">\n" + share + "\t</stream>\n";
+    const greedy_archive cases[] = {
+        {"dimensions", entity, stream_of("", repeated("\t\t<dimension length=\"1\">\n\t\t</dimension>\n", 33) + data),
+         "32 dimensions"},
+        {"axes", entity, stream_of("", repeated("\t\t<axis/>\n", 257) + data), "256 axes"},
+        {"texts", entity, repeated("\t<var id=\"k\"/>\n", 1'000'001) + stream_of("", data), "1000000 texts"},
+        {"entities", repeated("\t<!ENTITY b SYSTEM \"b\">\n", 65'536), stream_of("", data), "65535 entities"},
+        {"streams of one entry", entity, sharing, "more than the file holds"},
+    };
+    for (const greedy_archive& each : cases) {
+        archive_writer(folder / "greedy.spm")
+            .add("main.xml", description_of(each.streams, each.entities))
+            .add("a.raw", "ab");
+        EXPECT_NE(refusal("greedy.spm").find(each.reason), std::string::npos)
+            << each.name << ": " << refusal("greedy.spm");
+    }
+}
+
+TEST_F(ContainerTest, ManyEntitiesTakeNoLongerThanTheyAreMany)
+{
+    // Each of another layout than the writer's: to look for the end of its id through all of the rest takes minutes.
+    archive_writer(folder / "a.spm")
+        .add("main.xml", description_of(stream_of("", "\t\t<data content=\"int16\" ref=\"a\"/>\n"),
+                                        repeated("\t<!ENTITY b SYSTEM \"b.raw\" NDATA spmRaw>\n", 60'000) +
+                                            "\t<!ENTITY a SYSTEM \"./a.raw\" NDATA spmRaw>\n"))
+        .add("a.raw", "ab");
+    EXPECT_EQ(refusal("a.spm"), "");
+}
+
 TEST_F(ContainerTest, SizesThatNoDeflateStreamHoldsAreRefused)
 {
     const SPMDataStream image = heights("a", {8});
