@@ -14,6 +14,10 @@
 #include <type_traits>
 #include <vector>
 
+namespace document {
+struct spmx_content;
+}
+
 /// The document of the workstation: images with their texts and overlays. Images are addressed by position,
 /// sub-images by number; `unsigned(-1)` addresses the document's own text table. Indices are not checked unless said.
 /// Every accessor takes a variable that is not an array for an empty one.
@@ -217,6 +221,8 @@ private:
     void readOpened(std::istream& in, std::uint64_t size);
     /// Closes the windows of images from `first` to `last`.
     void closeViewsOf(unsigned first, unsigned last);
+    /// What a container is written from.
+    document::spmx_content content() const;
     std::wstring askSavePath(bool replace) const;
 
     std::vector<SPMDataStream> images;

@@ -3,6 +3,9 @@
 #include "base/CZLib.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/spmx_limits.h"
+#include "document/spmx_verify.h"
+#include "document/stream_source.h"
 #include "platform/WinApp.h"
 #include "platform/paths.h"
 #include "platform/temporary_file.h"
@@ -68,6 +71,24 @@ void add_stream(CZLib& zip, const SPMDataStream& stream, const smart_string& ent
     add(zip, file, name.c_str(), archive);
 }
 
+/// A file that no reader takes must not replace one that any takes.
+void check_description_size(const std::string& xml, const document::spmx_content& content, const CArchive& archive)
+{
+    if (xml.size() <= document::spmx_limits::descriptionBytes) return;
+    fail(archive,
+         base::formatted("the texts take %zu MiB, of which a file can hold %llu; the longest is ", xml.size() >> 20,
+                         static_cast<unsigned long long>(document::spmx_limits::descriptionBytes >> 20)) +
+             document::longest_text(content));
+}
+
+void verify(const platform::temporary_file& packed, const document::spmx_content& content, const CArchive& archive)
+{
+    std::ifstream in(packed.path(), std::ios::binary);
+    document::stream_source file(in, {});
+    if (const std::string difference = document::spmx_difference(file, content); !difference.empty())
+        fail(archive, difference);
+}
+
 void copy_into(CArchive& archive, const platform::temporary_file& packed)
 {
     std::ifstream in(packed.path(), std::ios::binary);
@@ -95,9 +116,11 @@ void CStorageDoc::Serialize(CArchive& archive)
     const std::unique_ptr<smart_string[]> rawNames(new smart_string[count]);
     std::ostringstream xml;
     const int stored = generateXML(xml, rawNames.get(), static_cast<int>(count), "UTF-8");
+    check_description_size(xml.str(), content(), archive);
     add_description(zip, xml.str(), archive);
     for (int i = 0; i < stored; ++i) add_stream(zip, images[static_cast<unsigned>(i)], rawNames[i], archive);
     if (zip.Close() != 0) fail(archive, "the archive could not be completed (is the disk full?)");
+    verify(packed, content(), archive);
     copy_into(archive, packed);
 }
 

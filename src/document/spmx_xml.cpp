@@ -2,6 +2,7 @@
 // format; the reader in spmx_layout.h counts on them.
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/spmx_write.h"
 
 #include <new>
 #include <ostream>
@@ -13,7 +14,7 @@ constexpr const char* publicId = "-//VLM//SPMx 1.0//EN";
 constexpr const char* documentType = "http://velmira.example/vlvarlist/SPMxFormat.dtd";
 constexpr const char* schema = "http://velmira.example/vlvarlist/SPMxFormat.xsd";
 
-void write_strings(std::ostream& out, const CStorageDoc::string_table& strings, const char* indent)
+void write_strings(std::ostream& out, const document::spmx_texts& strings, const char* indent)
 {
     for (const auto& [key, text] : strings) {
         out << indent << "<var id=\"" << key << '"';
@@ -49,7 +50,7 @@ void write_opening_tag(std::ostream& out, const SPMDataStream& stream)
     out << ">\n";
 }
 
-void write_stream(std::ostream& out, const SPMDataStream& stream, const CStorageDoc::string_table& strings)
+void write_stream(std::ostream& out, const SPMDataStream& stream, const document::spmx_texts& strings)
 {
     write_opening_tag(out, stream);
     write_strings(out, strings, "\t\t");
@@ -67,21 +68,38 @@ void write_stream(std::ostream& out, const SPMDataStream& stream, const CStorage
 
 } // namespace
 
-int CStorageDoc::generateXML(std::ostream& out, smart_string* rawNames, int maxRaw, const char* encoding) const
-try {
+namespace document {
+
+void write_spmx_description(std::ostream& out, const spmx_content& content, const char* encoding)
+{
     out << "<?xml version=\"1.0\" encoding=\"" << encoding << "\" standalone=\"no\" ?>\n"
         << "<!DOCTYPE spmx PUBLIC \"" << publicId << "\" \"" << documentType << "\" [\n"
         << "\t<!NOTATION spmRaw SYSTEM \"velmira.exe\">\n";
-    int stored = 0;
-    for (const SPMDataStream& stream : images) {
-        const std::string raw = std::string(stream.get_name()) + ".raw";
-        out << "\t<!ENTITY " << stream.get_name() << " SYSTEM \"./" << raw << "\" NDATA spmRaw>\n";
-        if (rawNames && stored < maxRaw) rawNames[stored++] = raw;
+    for (const spmx_content::stream& each : content.streams) {
+        const char* const id = each.data->get_name();
+        out << "\t<!ENTITY " << id << " SYSTEM \"./" << id << ".raw\" NDATA spmRaw>\n";
     }
     out << "]>\n<spmx xmlns=\"" << schema << "\">\n";
-    write_strings(out, documentStrings, "\t");
-    for (std::size_t i = 0; i < images.size(); ++i) write_stream(out, images[i], imageOptions[i].strings);
+    write_strings(out, *content.texts, "\t");
+    for (const spmx_content::stream& each : content.streams) write_stream(out, *each.data, *each.texts);
     out << "</spmx>";
+}
+
+} // namespace document
+
+document::spmx_content CStorageDoc::content() const
+{
+    document::spmx_content out{&documentStrings, {}};
+    for (std::size_t i = 0; i < images.size(); ++i) out.streams.push_back({&images[i], &imageOptions[i].strings});
+    return out;
+}
+
+int CStorageDoc::generateXML(std::ostream& out, smart_string* rawNames, int maxRaw, const char* encoding) const
+try {
+    int stored = 0;
+    for (const SPMDataStream& stream : images)
+        if (rawNames && stored < maxRaw) rawNames[stored++] = std::string(stream.get_name()) + ".raw";
+    document::write_spmx_description(out, content(), encoding);
     return stored;
 } catch (const std::bad_alloc&) {
     throw std::runtime_error("spmx_xml (" + std::to_string(__LINE__) +
