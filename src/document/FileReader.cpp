@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/force_order.h"
 #include "document/spmx_read.h"
+#include "document/storable_text.h"
 #include "document/stream_source.h"
 
 namespace {
@@ -114,11 +115,31 @@ bool VLFileReader::readForeign(std::istream& in, const formats::format_row& form
 
 namespace {
 
-/// Foreign keys can hold the mark that ends a key in main.xml, where texts stand without escapes.
-std::string storable_key(std::string key)
+namespace storable_text = document::storable_text;
+
+std::vector<smart_string> storable_names(const std::vector<smart_string>& names)
 {
-    for (std::size_t mark = key.find("\">"); mark != std::string::npos; mark = key.find("\">", mark)) key[mark] = '\'';
-    return key;
+    std::vector<smart_string> out;
+    for (const smart_string& name : names) out.emplace_back(storable_text::content(name.c_str()));
+    return out;
+}
+
+void make_units_storable(VLAxesContainer& axes)
+{
+    for (unsigned i = 0; i < axes.get_axes_number(); ++i) {
+        VLAxis axis = axes.get_axis(i);
+        axis.set_units(storable_text::attribute(axis.get_units()).c_str());
+        axes.set_axis(i, axis);
+    }
+}
+
+/// Texts of a foreign file may be anything.
+void make_storable(SPMDataStream& stream)
+{
+    stream.set_description(storable_text::attribute(stream.get_description()).c_str());
+    stream.set_subimage_names(storable_names(stream.subimage_names()));
+    make_units_storable(stream.values);
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) make_units_storable(stream.get_dimension(i));
 }
 
 } // namespace
@@ -131,10 +152,10 @@ bool VLFileReader::addRecording(formats::recording& recording)
     }
     for (auto& item : recording.items) {
         if (auto* image = std::get_if<formats::recorded_image>(&item)) {
+            make_storable(image->stream);
             makeIdUnique(image->stream); // the ids of pictures are given here, not by the reader
             moveIn(image->stream);
-            for (const auto& [key, text] : image->strings)
-                setString(storable_key(key).c_str(), text.c_str(), getImagesNumber() - 1);
+            for (const auto& [key, text] : image->strings) setForeignText(key, text, getImagesNumber() - 1);
         } else {
             const auto& picture = std::get<formats::picture>(item);
             const RGBQUAD* palette = picture.palette.empty() ? nullptr : picture.palette.data();
@@ -144,9 +165,14 @@ bool VLFileReader::addRecording(formats::recording& recording)
             }
         }
     }
-    for (const auto& [key, text] : recording.strings) setString(storable_key(key).c_str(), text.c_str(), documentTable);
+    for (const auto& [key, text] : recording.strings) setForeignText(key, text, documentTable);
     if (!recording.title.empty()) setDisplayTitle(recording.title);
     return true;
+}
+
+void VLFileReader::setForeignText(const std::string& key, const std::string& text, unsigned image)
+{
+    setString(storable_text::key(key).c_str(), storable_text::content(text).c_str(), image);
 }
 
 /// Adding copies what it is given, and a volume must not be in memory twice: an empty image makes the room.

@@ -61,4 +61,5 @@ private:
     bool readNative(std::istream& in);
     bool readForeign(std::istream& in, const formats::format_row& format);
     void moveIn(SPMDataStream& stream);
+    void setForeignText(const std::string& key, const std::string& text, unsigned image);
 };
