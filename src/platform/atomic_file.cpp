@@ -1,9 +1,11 @@
 #include "platform/atomic_file.h"
 
 #include "platform/Exceptions.h"
+#include "platform/leftover_files.h"
 #include "platform/paths.h"
+#include "platform/unnamed_file.h"
 
-#include <atomic>
+#include <algorithm>
 #include <cassert>
 #include <cerrno>
 #include <fcntl.h>
@@ -52,18 +54,53 @@ int obstacle(const std::filesystem::path& path, const struct stat& status)
     return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
+constexpr int maxAttempts = 1000; // names taken by processes of other machines, or left by killed ones
+
 /// Opens a new file in `folder`; `path` receives its name. \return the descriptor, or -1 with errno
 int create_in(const std::filesystem::path& folder, mode_t mode, std::filesystem::path& path)
 {
-    static std::atomic<unsigned> counter{0};
-    constexpr int maxAttempts = 1000; // names taken by processes of other machines, or left by killed ones
     int file = -1;
     for (int attempt = 0; attempt < maxAttempts && file < 0; ++attempt) {
-        path = folder / (".vldv-" + std::to_string(getpid()) + "-" + std::to_string(counter++));
-        file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        path = folder / unfinished_name();
+        file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (file < 0 && errno != EEXIST) break;
     }
+    if (file >= 0)
+        mark_as_used(file);
+    else
+        path.clear(); // it may be the file of another
     return file;
+}
+
+/// Gives a file without a name one in `folder`. \return 0, or why not
+int link_in(int file, const std::filesystem::path& folder, std::filesystem::path& path)
+{
+    const std::filesystem::path from = path_of_descriptor(file);
+    for (int attempt = 0; attempt < maxAttempts; ++attempt) {
+        path = folder / unfinished_name();
+        if (linkat(AT_FDCWD, from.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0) return 0;
+        if (errno != EEXIST) break;
+    }
+    path.clear();
+    return errno;
+}
+
+/// \return 0, or why not all of it could be copied
+int copy_all(int from, int to)
+{
+    std::vector<char> block(bufferSize);
+    off_t at = 0;
+    for (;;) {
+        const ssize_t got = pread(from, block.data(), block.size(), at);
+        if (got == 0) return 0;
+        if (got < 0 && errno != EINTR) return errno;
+        for (ssize_t done = 0; done < got;) {
+            const ssize_t written = ::write(to, block.data() + done, static_cast<std::size_t>(got - done));
+            if (written < 0 && errno != EINTR) return errno;
+            done += std::max<ssize_t>(written, 0);
+        }
+        at += std::max<ssize_t>(got, 0);
+    }
 }
 
 /// Owner and permissions of the file to be replaced, the owner as far as the system allows it.
@@ -84,23 +121,33 @@ atomic_file::atomic_file(const std::filesystem::path& target_) : given(target_),
     if (error == 0 && old) error = obstacle(target, *old);
     if (error != 0) fail(error);
     pending.reserve(bufferSize);
-    std::filesystem::path name;
-    const mode_t mode = old ? old->st_mode & defaultMode : defaultMode;
-    const auto folder = target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
-    file = create_in(folder, mode, name);
+    mode = old ? old->st_mode & defaultMode : defaultMode;
+    remove_leftovers(folder());
+    file = open_unnamed(folder(), mode);
+    if (file >= 0)
+        mark_as_used(file);
+    else
+        file = create_in(folder(), mode, beside);
     if (file < 0) fail(errno);
-    beside = std::move(name);
     error = old ? take_over(file, *old) : 0;
     if (error == 0) return;
-    close(file);
-    unlink(beside.c_str());
+    discard();
     fail(error);
 }
 
-atomic_file::~atomic_file()
+atomic_file::~atomic_file() { discard(); }
+
+void atomic_file::discard() noexcept
 {
-    if (file >= 0) close(file);
     if (!beside.empty()) unlink(beside.c_str());
+    if (file >= 0) close(file);
+    beside.clear();
+    file = -1;
+}
+
+std::filesystem::path atomic_file::folder() const
+{
+    return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
 }
 
 void atomic_file::write(std::span<const std::byte> bytes)
@@ -118,12 +165,27 @@ void atomic_file::commit()
     assert(file >= 0 && "committed once");
     flush();
     if (fsync(file) != 0) fail(errno);
-    const int closing = file;
-    file = -1;
-    if (close(closing) != 0) fail(errno);
+    if (beside.empty()) giveName();
     if (rename(beside.c_str(), target.c_str()) != 0) fail(errno);
     beside.clear();
+    discard();
     sync_folder();
+}
+
+/// A name cannot change hands without one of its own: only between the link and the renaming does anything stand beside
+/// the target. Where the system names no open file its content is copied into one that has a name.
+void atomic_file::giveName()
+{
+    if (link_in(file, folder(), beside) == 0) return;
+    const int named = create_in(folder(), mode, beside);
+    if (named < 0) fail(errno);
+    struct stat status{};
+    int error = fstat(file, &status) == 0 ? copy_all(file, named) : errno;
+    if (error == 0) error = take_over(named, status);
+    if (error == 0 && fsync(named) != 0) error = errno;
+    close(file);
+    file = named;
+    if (error != 0) fail(error);
 }
 
 void atomic_file::flush()
@@ -147,8 +209,7 @@ void atomic_file::store(std::span<const std::byte> bytes) const
 /// get; only a device that fails is an error.
 void atomic_file::sync_folder() const
 {
-    const auto folder = target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = open(folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
     const int error = fsync(descriptor) == 0 ? 0 : errno;
     close(descriptor);

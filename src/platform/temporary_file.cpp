@@ -2,6 +2,7 @@
 
 #include "platform/Exceptions.h"
 #include "platform/paths.h"
+#include "platform/unnamed_file.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -10,46 +11,53 @@
 
 namespace platform {
 
+namespace {
+
+/// For messages: the path is no name that says anything.
+constexpr const wchar_t* temporaryName = L"a temporary file";
+
+} // namespace
+
 temporary_file::temporary_file()
 {
     std::error_code error;
     const auto folder = std::filesystem::temp_directory_path(error);
     if (error) throw CFileException(error.value(), L"the folder for temporary files");
+    file = open_unnamed(folder, S_IRUSR | S_IWUSR);
+    if (file >= 0) {
+        filePath = path_of_descriptor(file);
+        return;
+    }
     std::string name = (folder / "vldv-XXXXXX").native();
-    const int file = mkstemp(name.data());
+    file = mkostemp(name.data(), O_CLOEXEC);
     if (file < 0) throw CFileException(errno, to_wide(name));
-    close(file);
-    filePath = name;
+    filePath = path_of_descriptor(file);
+    isNamed = access(filePath.c_str(), F_OK) != 0;
+    if (isNamed)
+        filePath = name;
+    else
+        unlink(name.c_str());
 }
 
-temporary_file::~temporary_file() { remove(); }
+temporary_file::~temporary_file()
+{
+    if (isNamed) unlink(filePath.c_str());
+    close(file);
+}
 
 std::wstring temporary_file::wide_path() const { return to_wide(filePath); }
 
 void temporary_file::store(const void* bytes, std::size_t count) const
 {
-    const int file = open(filePath.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
-    if (file < 0) throw CFileException(errno, wide_path());
+    if (ftruncate(file, 0) != 0 || lseek(file, 0, SEEK_SET) != 0) throw CFileException(errno, temporaryName);
     const char* next = static_cast<const char*>(bytes);
-    int failure = 0;
-    while (count > 0 && failure == 0) {
+    while (count > 0) {
         const ssize_t written = write(file, next, count);
-        if (written < 0) {
-            if (errno != EINTR) failure = errno;
-            continue;
-        }
+        if (written < 0 && errno != EINTR) throw CFileException(errno, temporaryName);
+        if (written < 0) continue;
         next += written;
         count -= static_cast<std::size_t>(written);
     }
-    if (close(file) != 0 && failure == 0) failure = errno;
-    if (failure != 0) throw CFileException(failure, wide_path());
-}
-
-void temporary_file::remove() noexcept
-{
-    std::error_code ignored; // somebody may have cleaned the folder: gone is what we want
-    if (!filePath.empty()) std::filesystem::remove(filePath, ignored);
-    filePath.clear();
 }
 
 } // namespace platform

@@ -4,7 +4,8 @@
 
 namespace platform {
 
-/// A file of a name of its own in the system's folder for temporary files, deleted with the object at the latest.
+/// A file in the system's folder for temporary files that no name leads to: it is gone with the object, and with the
+/// process however that ends. Where the system gives no way to such a file it has a name until then.
 class temporary_file {
 public:
     /// Creates it empty. \throws CFileException
@@ -13,15 +14,16 @@ public:
     temporary_file& operator=(const temporary_file&) = delete;
     ~temporary_file();
 
+    /// Leads to the file in this process and while the object lives.
     const std::filesystem::path& path() const noexcept { return filePath; }
     std::wstring wide_path() const;
     /// Replaces the content. \throws CFileException when not all of it could be stored
     void store(const void* bytes, std::size_t count) const;
-    /// Deletes it now.
-    void remove() noexcept;
 
 private:
+    int file = -1;
     std::filesystem::path filePath;
+    bool isNamed = false;
 };
 
 } // namespace platform

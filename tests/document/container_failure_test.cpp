@@ -41,17 +41,20 @@ TEST_F(ContainerTest, AFullDiskLeavesTheOldFileWhole)
     }
 }
 
-TEST_F(ContainerTest, AKilledSaveLeavesTheOldFileWhole)
+TEST_F(ContainerTest, KilledSavesLeaveTheOldFileWholeAndNothingElse)
 {
-    SPMDataStream image = heights("a", {1024, 1024}, 4);
+    const std::filesystem::path scratch = folder / "scratch";
+    std::filesystem::create_directory(scratch);
+    setenv("TMPDIR", scratch.c_str(), 1);
+    SPMDataStream image = heights("a", {512, 512}, 4);
     document.AddNewImages(&image, 1);
     write_file(folder / "a.spm", "old content");
-    for (const useconds_t delay : {500u, 5000u, 20000u, 60000u}) {
+    for (int kills = 0; kills < 30; ++kills) {
         const pid_t child = fork();
         if (child == 0) {
             for (;;) document.DoSave(path("other.spm").c_str(), false);
         }
-        usleep(delay);
+        usleep(static_cast<useconds_t>(500 + kills * 7919 % 60000));
         kill(child, SIGKILL);
         int status = 0;
         waitpid(child, &status, 0);
@@ -59,7 +62,11 @@ TEST_F(ContainerTest, AKilledSaveLeavesTheOldFileWhole)
         if (std::filesystem::exists(folder / "other.spm")) {
             EXPECT_EQ(refusal("other.spm"), "") << "what stands under the name is whole";
         }
+        EXPECT_TRUE(std::filesystem::is_empty(scratch));
     }
+    save("other.spm");
+    EXPECT_EQ(folder.files(), 3u) << "both documents and the folder for temporary files";
+    unsetenv("TMPDIR");
 }
 
 TEST_F(ContainerTest, TemporaryFilesAreNeverLeftBehind)

@@ -2,7 +2,9 @@
 
 #include "platform/Exceptions.h"
 #include "platform/paths.h"
+#include "platform/unnamed_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -12,8 +14,23 @@
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace {
+
+bool linksFail = false;
+
+} // namespace
+
+/// In the place of the library's: file systems that refuse links are hard to come by.
+extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept
+{
+    if (!linksFail) return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
+    errno = EPERM;
+    return -1;
+}
 
 namespace {
 
@@ -45,6 +62,12 @@ int refusal(const fs::path& path, const std::string& text = "new")
     }
     return 0;
 }
+
+struct with_unnamed_files {
+    bool before;
+    explicit with_unnamed_files(bool allowed) : before(platform::allow_unnamed_files(allowed)) {}
+    ~with_unnamed_files() { platform::allow_unnamed_files(before); }
+};
 
 /// A folder of its own with the file "target" holding "old".
 class AtomicFile : public testing::Test {
@@ -89,13 +112,70 @@ TEST_F(AtomicFile, TakesTheTargetsPlaceOnlyWithTheCommit)
 
 TEST_F(AtomicFile, WithoutCommitLeavesNothingBehind)
 {
-    {
-        platform::atomic_file existing(target), fresh(folder / "fresh");
-        existing.write(std::as_bytes(std::span(std::string_view("new"))));
-        EXPECT_EQ(files(), 3);
+    for (const bool unnamed : {true, false}) {
+        const with_unnamed_files mode(unnamed);
+        {
+            platform::atomic_file existing(target), fresh(folder / "fresh");
+            existing.write(std::as_bytes(std::span(std::string_view("new"))));
+            EXPECT_EQ(files(), unnamed ? 1 : 3);
+        }
+        EXPECT_EQ(content_of(target), "old");
+        EXPECT_EQ(files(), 1);
     }
-    EXPECT_EQ(content_of(target), "old");
-    EXPECT_EQ(files(), 1);
+}
+
+TEST_F(AtomicFile, WhatTheSystemWillNotNameIsCopied)
+{
+    ASSERT_EQ(chmod(target.c_str(), 0640), 0);
+    const std::string large(300'000, 'x');
+    linksFail = true;
+    replace(target, large);
+    replace(folder / "fresh", "made");
+    linksFail = false;
+    EXPECT_EQ(content_of(target), large);
+    EXPECT_EQ(mode(target), 0640u);
+    EXPECT_EQ(content_of(folder / "fresh"), "made");
+    EXPECT_EQ(files(), 2);
+}
+
+TEST_F(AtomicFile, RemovesOnlyWhatDeadProcessesLeft)
+{
+    put(folder / ".vldv-999999999-3", "left"); // no system has such a process
+    const std::string alive = ".vldv-" + std::to_string(getppid()) + "-0";
+    for (const std::string& name : {alive, std::string(".vldv-x-1"), std::string(".vldv-999999999"),
+                                    std::string(".vldv-999999999-1.spm"), std::string("vldv-999999999-1")})
+        put(folder / name, "other");
+    const with_unnamed_files mode(false);
+    platform::atomic_file running(folder / "other target");
+    replace(target, "new");
+    EXPECT_EQ(files(), 1 + 5 + 1) << "the target, what is not ours, and what is being written";
+    EXPECT_FALSE(fs::exists(folder / ".vldv-999999999-3"));
+    running.commit();
+    EXPECT_TRUE(fs::exists(folder / "other target"));
+}
+
+TEST_F(AtomicFile, ManyKillsLeaveTheTargetWholeAndTheNextSaveNothing)
+{
+    for (const bool unnamed : {true, false}) {
+        const with_unnamed_files mode(unnamed);
+        std::ptrdiff_t most = 0;
+        for (int kills = 0; kills < 40; ++kills) {
+            const pid_t child = fork();
+            if (child == 0)
+                for (char letter = 'a';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1))
+                    replace(target, std::string(2'000'000, letter));
+            usleep(static_cast<useconds_t>(500 + kills * 397 % 9000));
+            kill(child, SIGKILL);
+            waitpid(child, nullptr, 0);
+            const std::string content = content_of(target);
+            EXPECT_TRUE(content == "old" ||
+                        (content.size() == 2'000'000 && content.find_first_not_of(content[0]) == std::string::npos));
+            most = std::max(most, files() - 1);
+        }
+        EXPECT_LE(most, 1) << "each save removes what the one before left";
+        replace(target, "old");
+        EXPECT_EQ(files(), 1);
+    }
 }
 
 TEST_F(AtomicFile, KeepsPermissionsAndGivesNewFilesTheUsualOnes)
