@@ -167,11 +167,8 @@ void CStorageDoc::AddNewImages(const SPMDataStream* streams, unsigned count)
     }
 }
 
-void CStorageDoc::revalidateImage(unsigned image)
+CStorageDoc::image_shape CStorageDoc::revalidated(SPMDataStream& stream)
 {
-    if (image >= images.size() || image >= imageOptions.size()) return;
-    SPMDataStream& stream = images[image];
-    options& kept = imageOptions[image];
     if (stream.values.get_axes_number() == 0) stream.values.set_axis(0, VLAxis());
 
     std::vector<unsigned> lengths;
@@ -195,9 +192,21 @@ void CStorageDoc::revalidateImage(unsigned image)
 
     if (stream.is_array() && stream.array_type() == SPM_ARRAY_VOID && stream.array_element_size() == 2)
         stream.set_array_type(SPM_ARRAY_INT16);
-    if (lengths != kept.dimensionLengths) kept.overlay.reset();
-    kept.subimageLength = static_cast<unsigned>(product);
-    kept.dimensionLengths = std::move(lengths);
+    return {static_cast<unsigned>(product), std::move(lengths)};
+}
+
+void CStorageDoc::adoptShape(unsigned image, image_shape&& shape) noexcept
+{
+    options& kept = imageOptions[image];
+    if (shape.dimensionLengths != kept.dimensionLengths) kept.overlay.reset();
+    kept.subimageLength = shape.subimageLength;
+    kept.dimensionLengths = std::move(shape.dimensionLengths);
+}
+
+void CStorageDoc::revalidateImage(unsigned image)
+{
+    if (image >= images.size() || image >= imageOptions.size()) return;
+    adoptShape(image, revalidated(images[image]));
 }
 
 void CStorageDoc::closeViewsOf(unsigned first, unsigned last)
@@ -299,6 +308,11 @@ void CStorageDoc::copyStrings(const CStorageDoc* source, unsigned targetImage, u
     const string_table& from = source->strings(targetImage == noIndex ? noIndex : sourceImage);
     string_table& to = table(targetImage);
     if (&from != &to) to = from;
+}
+
+void CStorageDoc::copyOverlay(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)
+{
+    imageOptions[targetImage].overlay.reset(copied_block(source.imageOptions[sourceImage].overlay.get()));
 }
 
 void CStorageDoc::DeleteContents()

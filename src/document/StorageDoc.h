@@ -84,6 +84,8 @@ public:
         const std::ptrdiff_t height = images[image].get_dimension(1).length;
         return point(image, z * width * height + y * width + x, sub);
     }
+    /// Replaces the bitmap of an image by a copy of that of another, of the same shape.
+    void copyOverlay(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage);
     /// The packed bitmap, or null.
     const BITMAPINFOHEADER* getImageOverlay(unsigned image) const noexcept { return imageOptions[image].overlay.get(); }
     /// In range, an array, and with data: may be drawn.
@@ -120,7 +122,7 @@ public:
     void restore(unsigned image);
     /// One step back; the image's parameter stream takes one as well. The last step clears the modified flag, although
     /// it belongs to the whole document. A step that changes only samples needs no memory of the image's size
-    /// but for the way forward. \throws std::bad_alloc with the image as it was and the step kept
+    /// but for the way forward. \throws std::bad_alloc with both images as they were and the steps kept
     void undo(unsigned image);
     /// One step forward again; sets the modified flag.
     void redo(unsigned image);
@@ -213,11 +215,21 @@ private:
     void OnShowAllImages();
     void OnUpdateRevert(CCmdUI& ui);
     string_table& table(unsigned image) noexcept;
-    void takeSnapshot(unsigned image, history& stack, unsigned lostText);
-    /// Gives the image the shape and the bytes of the step, or leaves it as it was. \return whether its shape changed
-    bool writeBack(unsigned image, const CUndoData& record);
-    bool step(unsigned image, history options::* from, history options::* to, unsigned lostText);
-    void stepParameterStream(unsigned image, history options::* from, history options::* to, unsigned lostText);
+    /// A step that leads back to what the image is now. Where there is no memory, `stack` is given up and the user
+    /// warned. \return the step alone, or nothing
+    history snapshot(unsigned image, history& stack, unsigned lostText);
+    struct image_shape {
+        unsigned subimageLength;
+        std::vector<unsigned> dimensionLengths;
+    };
+    /// What `revalidateImage` does to a stream. \return what the document keeps of it
+    static image_shape revalidated(SPMDataStream& stream);
+    void adoptShape(unsigned image, image_shape&& shape) noexcept;
+    class restoration;
+    class history_step;
+    void move(unsigned image, history options::* from, history options::* to, unsigned lostText);
+    /// The other image that `image`, with the names of `stream`, is measured against, or `unsigned(-1)`.
+    unsigned parameterImage(unsigned image, const SPMDataStream& stream) const noexcept;
     void readOpened(std::istream& in, std::uint64_t size);
     /// Closes the windows of images from `first` to `last`.
     void closeViewsOf(unsigned first, unsigned last);

@@ -4,6 +4,7 @@
 #include "resources/strings.h"
 
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,93 +35,138 @@ void warn(unsigned text)
 
 } // namespace
 
-void CStorageDoc::takeSnapshot(unsigned image, history& stack, unsigned lostText)
+CStorageDoc::history CStorageDoc::snapshot(unsigned image, history& stack, unsigned lostText)
 {
+    history taken;
     const SPMDataStream& stream = images[image];
     try {
-        stack.emplace_back(declaration_line(stream).c_str(), GetDataSize(image), stream.array_data());
+        taken.emplace_back(declaration_line(stream).c_str(), GetDataSize(image), stream.array_data());
     } catch (const std::bad_alloc&) {
         // Work goes on without a way back. The steps are freed first: the message needs memory as well.
+        taken.clear();
         stack.clear();
         warn(lostText);
     }
+    return taken;
 }
 
-bool CStorageDoc::writeBack(unsigned image, const CUndoData& record)
-{
-    if (images[image].is_array() && declaration_line(images[image]) == record.description) {
-        // Only samples differ. They need no memory, so this step works where no other copy of the image would fit.
-        revalidateImage(image);
-        copy_samples(record, images[image]);
-        return false;
+/// Shape and bytes of a step on their way back into an image. All that needs memory is done by the constructor, so that
+/// an image is never left half restored.
+class CStorageDoc::restoration {
+public:
+    restoration(CStorageDoc& document_, unsigned image_, const CUndoData& record_)
+        : document(document_), image(image_), record(record_)
+    {
+        SPMDataStream& now = document.images[image];
+        const bool isSameShape = now.is_array() && declaration_line(now) == record.description;
+        if (isSameShape) document.revalidateImage(image);
+        // Where only samples differ they need no memory, so this works where no other copy of the image would fit.
+        isInPlace = isSameShape && record.size <= now.data_size();
+        if (isInPlace) return;
+        restored.Init(record.description);
+        copy_samples(record, restored);
+        shape = revalidated(restored);
+        isNewShape = lengths_of(restored) != lengths_of(now);
     }
-    // Built aside: where memory runs out the image must not be left half restored.
+
+    /// The image with the shape that it will have.
+    const SPMDataStream& result() const noexcept { return isInPlace ? document.images[image] : restored; }
+    void commit() noexcept
+    {
+        if (isInPlace) return copy_samples(record, document.images[image]);
+        std::swap(document.images[image], restored);
+        document.adoptShape(image, std::move(shape));
+    }
+    void tellViews() const
+    {
+        if (isNewShape) document.UpdateAllViews(nullptr, document::shape_hint(image));
+    }
+
+private:
+    CStorageDoc& document;
+    unsigned image;
+    const CUndoData& record;
+    bool isInPlace = false, isNewShape = false;
     SPMDataStream restored;
-    restored.Init(record.description);
-    copy_samples(record, restored);
-    const std::vector<unsigned> before = lengths_of(images[image]), after = lengths_of(restored);
-    std::swap(images[image], restored);
-    try {
-        revalidateImage(image);
-    } catch (...) {
-        std::swap(images[image], restored);
-        throw;
+    image_shape shape{};
+};
+
+/// One step of an image from one of its stacks, with the way back onto the other.
+class CStorageDoc::history_step {
+public:
+    history_step(CStorageDoc& document, unsigned image, history options::* from_, history options::* to_,
+                 unsigned lostText)
+        : from(document.imageOptions[image].*from_),
+          to(document.imageOptions[image].*to_),
+          back(document.snapshot(image, to, lostText)),
+          restored(document, image, from.back())
+    {
     }
-    return after != before;
+
+    void commit() noexcept
+    {
+        restored.commit();
+        to.splice(to.end(), back);
+        from.pop_back();
+    }
+    void tellViews() const { restored.tellViews(); }
+    const SPMDataStream& result() const noexcept { return restored.result(); }
+
+private:
+    history &from, &to;
+    history back;
+    restoration restored;
+};
+
+unsigned CStorageDoc::parameterImage(unsigned image, const SPMDataStream& stream) const noexcept
+{
+    const char* const name = stream.get_parameter_stream();
+    for (unsigned i = 0; name && *name && i < images.size(); ++i)
+        if (i != image && std::string_view(images[i].get_name()) == name) return i;
+    return unsigned(-1);
 }
 
-bool CStorageDoc::step(unsigned image, history options::* from, history options::* to, unsigned lostText)
+/// Both steps are made before one of them is seen: where memory runs out in the second the first has not happened.
+void CStorageDoc::move(unsigned image, history options::* from, history options::* to, unsigned lostText)
 {
-    options& kept = imageOptions[image];
-    if ((kept.*from).empty()) return false;
-    const std::size_t stepsBefore = (kept.*to).size();
-    takeSnapshot(image, kept.*to, lostText);
-    bool hasNewShape = false;
-    try {
-        hasNewShape = writeBack(image, (kept.*from).back());
-    } catch (...) {
-        // Nothing was restored, so there is nothing to come back from either.
-        if ((kept.*to).size() > stepsBefore) (kept.*to).pop_back();
-        throw;
-    }
-    (kept.*from).pop_back();
-    if (hasNewShape) UpdateAllViews(nullptr, document::shape_hint(image));
-    return true;
-}
-
-void CStorageDoc::stepParameterStream(unsigned image, history options::* from, history options::* to, unsigned lostText)
-{
-    const char* const name = images[image].get_parameter_stream();
-    if (!name || !*name) return;
-    for (unsigned i = 0; i < images.size(); ++i) {
-        if (i == image || std::string_view(images[i].get_name()) != name) continue;
-        step(i, from, to, lostText);
-        return;
-    }
+    history_step step(*this, image, from, to, lostText);
+    std::optional<history_step> alongWith;
+    const unsigned parameter = parameterImage(image, step.result());
+    if (parameter < images.size() && !(imageOptions[parameter].*from).empty())
+        alongWith.emplace(*this, parameter, from, to, lostText);
+    step.commit();
+    if (alongWith) alongWith->commit();
+    step.tellViews();
+    if (alongWith) alongWith->tellViews();
 }
 
 void CStorageDoc::pushUndo(unsigned image, bool clearRedo)
 {
     if (image >= images.size()) return;
-    if (clearRedo) imageOptions[image].redoSteps.clear();
-    takeSnapshot(image, imageOptions[image].undoSteps, undoLostText);
+    options& kept = imageOptions[image];
+    if (clearRedo) kept.redoSteps.clear();
+    kept.undoSteps.splice(kept.undoSteps.end(), snapshot(image, kept.undoSteps, undoLostText));
 }
 
 void CStorageDoc::pushRedo(unsigned image)
 {
-    if (image < images.size()) takeSnapshot(image, imageOptions[image].redoSteps, redoLostText);
+    if (image >= images.size()) return;
+    options& kept = imageOptions[image];
+    kept.redoSteps.splice(kept.redoSteps.end(), snapshot(image, kept.redoSteps, redoLostText));
 }
 
 void CStorageDoc::restore(unsigned image)
 {
-    if (canUndo(image) && writeBack(image, imageOptions[image].undoSteps.back()))
-        UpdateAllViews(nullptr, document::shape_hint(image));
+    if (!canUndo(image)) return;
+    restoration restored(*this, image, imageOptions[image].undoSteps.back());
+    restored.commit();
+    restored.tellViews();
 }
 
 void CStorageDoc::undo(unsigned image)
 {
-    if (image >= images.size() || !step(image, &options::undoSteps, &options::redoSteps, redoLostText)) return;
-    stepParameterStream(image, &options::undoSteps, &options::redoSteps, redoLostText);
+    if (!canUndo(image)) return;
+    move(image, &options::undoSteps, &options::redoSteps, redoLostText);
     UpdateAllViews(nullptr, document::data_hint(image));
     // For this image the document is as it was opened, whatever others hold.
     if (!canUndo(image)) SetModifiedFlag(false);
@@ -128,8 +174,8 @@ void CStorageDoc::undo(unsigned image)
 
 void CStorageDoc::redo(unsigned image)
 {
-    if (image >= images.size() || !step(image, &options::redoSteps, &options::undoSteps, undoLostText)) return;
-    stepParameterStream(image, &options::redoSteps, &options::undoSteps, undoLostText);
+    if (!canRedo(image)) return;
+    move(image, &options::redoSteps, &options::undoSteps, undoLostText);
     UpdateAllViews(nullptr, document::data_hint(image));
     SetModifiedFlag(true);
 }

@@ -184,6 +184,7 @@ private:
         const unsigned image = into.getImagesNumber() - 1;
         into.getImage(image).set_name(id.get_name());
         into.copyStrings(&from, image, source);
+        into.copyOverlay(from, image, source);
         newIds.emplace(stream.get_name(), id.get_name());
     }
 

@@ -92,7 +92,7 @@ TEST_F(ContainerTest, ASaveThatSucceedsComesBackWhateverTheTexts)
 {
     std::mt19937 random(7);
     int saved = 0, refused = 0;
-    for (int i = 0; i < 400; ++i) {
+    for (int i = 0; i < 150; ++i) {
         CStorageDoc source;
         SPMDataStream image = heights("a", {2});
         image.set_description(random_text(random).c_str());
@@ -110,14 +110,14 @@ TEST_F(ContainerTest, ASaveThatSucceedsComesBackWhateverTheTexts)
         EXPECT_EQ(read.strings(0), source.strings(0));
         EXPECT_STREQ(read.getImage(0).description().c_str(), source.getImage(0).description().c_str());
     }
-    EXPECT_GT(saved, 100);
-    EXPECT_GT(refused, 3);
+    EXPECT_GT(saved, 40);
+    EXPECT_GT(refused, 0);
 }
 
 TEST_F(ContainerTest, WhateverAForeignFileSaysItCanBeSaved)
 {
     std::mt19937 random(11);
-    for (int i = 0; i < 400; ++i) {
+    for (int i = 0; i < 150; ++i) {
         formats::recording recording;
         formats::recorded_image image;
         image.stream = heights("a", {2});

@@ -3,6 +3,7 @@
 #include "fixtures.h"
 #include "support/allocation_count.h"
 
+#include <cstring>
 #include <new>
 #include <stdexcept>
 
@@ -129,6 +130,28 @@ TEST_F(MergeTest, ImagesThatMeanOtherwiseAreAppendedWithTheirTexts)
     document::merge_documents(into, from);
     EXPECT_EQ(ids(into), (texts{"h", "h1"})) << "an image is joined once";
     EXPECT_EQ(into.getSubImagesNumber(0), 2u);
+}
+
+TEST_F(MergeTest, AnAppendedPictureKeepsItsColours)
+{
+    const std::uint32_t pixels[6] = {0x0000ff, 0x00ff00, 0xff0000, 1, 2, 3};
+    BITMAPINFOHEADER header;
+    header.biWidth = 2;
+    header.biHeight = 1;
+    header.biBitCount = 32;
+    ASSERT_TRUE(document.SetDIB(&header, pixels, nullptr, -1));
+    header.biWidth = 3;
+    header.biHeight = 2;
+    ASSERT_TRUE(other.SetDIB(&header, pixels, nullptr, -1));
+    document::merge_documents(document, other);
+    ASSERT_EQ(document.getImagesNumber(), 2u);
+    const BITMAPINFOHEADER* const overlay = document.getImageOverlay(1);
+    ASSERT_NE(overlay, nullptr);
+    EXPECT_EQ(overlay->biWidth, 3);
+    EXPECT_EQ(std::memcmp(overlay + 1, pixels, sizeof pixels), 0) << "the pixels follow the header";
+    EXPECT_NE(overlay, other.getImageOverlay(0)) << "a copy: the other document goes";
+    ASSERT_NE(document.getImageOverlay(0), nullptr);
+    EXPECT_EQ(document.getImageOverlay(0)->biWidth, 2);
 }
 
 TEST_F(MergeTest, ACurveStaysWithWhatItIsMeasuredAgainst)

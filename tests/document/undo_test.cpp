@@ -219,6 +219,41 @@ TEST_F(UndoTest, AStepWithoutMemoryLeavesImageAndHistory)
     document.AddView(&view);
 }
 
+TEST_F(UndoTest, AStepWithoutMemoryForTheParameterStreamLeavesBoth)
+{
+    document.RemoveView(&view);
+    for (const unsigned width : {4u, 2u}) { // the parameter stream keeps its shape, or changes it
+        bool failed = true;
+        for (std::size_t succeeding = 0; failed; ++succeeding) {
+            SCOPED_TRACE(succeeding);
+            document.DeleteContents();
+            SPMDataStream curve = heights("curve", {4}, 1, 10);
+            curve.set_parameter_stream("position");
+            add(curve);
+            add(heights("position", {4}, 1, 50));
+            setFirst(20, 0);
+            document.pushUndo(1, true);
+            document.getImage(1) = heights("position", {width}, 1, 60);
+            document.revalidateImage(1);
+            bool isDone = true;
+            fail_allocation_after(succeeding);
+            try {
+                document.undo(0);
+            } catch (const std::bad_alloc&) {
+                isDone = false;
+            }
+            failed = allocation_failed();
+            EXPECT_EQ(first(0), isDone ? 10 : 20);
+            EXPECT_EQ(first(1), isDone ? 50 : 60);
+            EXPECT_EQ(document.getSubImageLength(1), isDone ? 4u : width);
+            for (const unsigned image : {0u, 1u}) EXPECT_EQ(document.canUndo(image), !isDone);
+            EXPECT_TRUE(!document.canRedo(0) || isDone) << "what was not done cannot be done again";
+            EXPECT_TRUE(!document.canRedo(1) || isDone);
+        }
+    }
+    document.AddView(&view);
+}
+
 TEST_F(UndoTest, AVariableThatIsNoArrayKeepsItsDeclaration)
 {
     SPMDataStream number;
