@@ -34,9 +34,10 @@ std::optional<unsigned> measuring_image(const CStorageDoc& document, unsigned im
     return std::nullopt;
 }
 
-bool parametrises_another(const CStorageDoc& document, unsigned image)
+bool parametrises_another(const CStorageDoc& document, unsigned image, const std::set<std::string>& parameters)
 {
     const char* const name = document.getImage(image).get_name();
+    if (!parameters.contains(name)) return false; // so that a file of many images is not looked through for each
     for (unsigned i = 0; i < document.getImagesNumber(); ++i)
         if (i != image && text_of(document.getImage(i).get_parameter_stream()) == name) return true;
     return false;
@@ -115,8 +116,9 @@ bool CStorageDocTemplate::CreateFr(const wchar_t*, int makeVisible, CDocument* d
     unsigned created = 0;
     if (storage) {
         const kept_document kept(*document);
+        const std::set<std::string> parameters = parameter_names(*storage);
         for (; openingImage < storage->getImagesNumber(); ++openingImage) {
-            if (parametrises_another(*storage, openingImage)) continue;
+            if (parametrises_another(*storage, openingImage, parameters)) continue;
             CFrameWnd* const frame = shownFrame(*storage, openingImage);
             if (!frame) continue;
             InitialUpdateFrame(frame, document, makeVisible != 0);

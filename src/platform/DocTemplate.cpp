@@ -81,10 +81,10 @@ CFrameWnd* CDocTemplate::CreateNewFrame(CDocument* document, CFrameWnd*) { retur
 void CDocTemplate::InitialUpdateFrame(CFrameWnd* frame, CDocument*, bool makeVisible)
 {
     if (CView* const view = frame->GetActiveView()) view->OnInitialUpdate();
+    frame->OnUpdateFrameTitle(true);
     // With a second frame the first one gets a number as well.
     if (const CDocument* const document = frame->GetActiveView() ? frame->GetActiveView()->GetDocument() : nullptr)
-        for (const CView* view : document->views())
-            if (CFrameWnd* const each = view->GetParentFrame()) each->OnUpdateFrameTitle(true);
+        CFrameWnd::numberFrames(*document);
     if (makeVisible) frame->ActivateFrame();
 }
 

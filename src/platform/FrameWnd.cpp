@@ -3,13 +3,8 @@
 #include "platform/Document.h"
 #include "platform/WinApp.h"
 
-#include <algorithm>
-
-namespace {
-
-CFrameWnd* frame_of(const CView* pane) { return pane->GetParentFrame(); }
-
-} // namespace
+#include <utility>
+#include <vector>
 
 CFrameWnd* CView::GetParentFrame() const noexcept
 {
@@ -40,15 +35,16 @@ void CFrameWnd::ActivateFrame()
     if (CWinApp* const app = AfxGetApp()) app->setActiveFrame(this);
 }
 
-int CFrameWnd::windowNumber() const
+void CFrameWnd::numberFrames(const CDocument& document)
 {
-    if (!pane || !pane->GetDocument()) return 0;
-    std::vector<const CFrameWnd*> frames;
-    for (const CView* each : pane->GetDocument()->views())
-        if (const CFrameWnd* frame = frame_of(each); frame && std::ranges::find(frames, frame) == frames.end())
+    std::vector<CFrameWnd*> frames;
+    for (const CView* each : document.views())
+        if (CFrameWnd* const frame = each->GetParentFrame(); frame && frame->GetActiveView() == each)
             frames.push_back(frame);
-    const auto own = std::ranges::find(frames, this);
-    return frames.size() < 2 || own == frames.end() ? 0 : static_cast<int>(own - frames.begin()) + 1;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const int counted = frames.size() < 2 ? 0 : static_cast<int>(i) + 1;
+        if (std::exchange(frames[i]->numberAmongFrames, counted) != counted) frames[i]->OnUpdateFrameTitle(true);
+    }
 }
 
 void CFrameWnd::OnUpdateFrameTitle(bool addNumber)
@@ -81,8 +77,7 @@ void CFrameWnd::DestroyFrame()
     if (pane) {
         if (CDocument* const document = pane->GetDocument()) {
             document->RemoveView(pane.get());
-            for (const CView* other : document->views())
-                if (CFrameWnd* const each = other->GetParentFrame()) each->OnUpdateFrameTitle(true);
+            numberFrames(*document);
         }
         pane->OnFrameClosed();
     }

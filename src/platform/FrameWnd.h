@@ -4,6 +4,7 @@
 #include <memory>
 
 class CDocTemplate;
+class CDocument;
 
 /// The window around a view, which it owns. The application owns frames; `DestroyFrame` takes it out at once and frees
 /// it later, between two events.
@@ -24,7 +25,9 @@ public:
     /// Title from document and view. \param addNumber  with ":N" behind it where a document has several frames
     virtual void OnUpdateFrameTitle(bool addNumber);
     /// Of this frame among those of its document, from 1; 0 while it is the only one.
-    int windowNumber() const;
+    int windowNumber() const noexcept { return numberAmongFrames; }
+    /// Numbers the frames of a document in the order of their views and renames those whose number changed.
+    static void numberFrames(const CDocument& document);
     /// Which tools the frame shows may have changed.
     virtual void OnResetToolbar() {}
     /// The view's rectangle inside the frame's client area.
@@ -47,5 +50,6 @@ private:
     std::unique_ptr<CView> pane;
     CDocTemplate* docTemplate = nullptr;
     unsigned menu = 0;
+    int numberAmongFrames = 0;
     bool destroyed = false;
 };
