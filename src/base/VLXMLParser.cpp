@@ -10,7 +10,10 @@
 
 namespace {
 
-constexpr int blockBytes = 1 << 16;
+// Expat looks through an unfinished token again with each block. Blocks as large as all before them keep that in
+// proportion to the text, however long a token is.
+constexpr int smallestBlock = 1 << 16, largestBlock = 8 << 20;
+constexpr int maxDepth = 1000;                    ///< of elements inside each other
 constexpr std::size_t maxExpandedText = 1u << 20; ///< bytes
 // expat counts expansions in attributes too, but also each "&lt;" as 1 byte beside its own 4. With these limits it
 // never refuses a document whose entities expand to 1 MiB or less.
@@ -47,6 +50,7 @@ struct VLXMLParser::run_state {
     bool stopped = false; ///< expat may still deliver the other half of an empty element
     bool declaresEntities = false;
     std::size_t expanded = 0; ///< bytes of text from declared entities
+    int depth = 0;            ///< of open elements
 
     template <class Call>
     void guarded(Call&& call) noexcept
@@ -77,13 +81,20 @@ struct VLXMLParser::run_state {
         owner.OnXMLCharacterData(content.data(), static_cast<int>(content.size()));
     }
 
+    void open(const XML_Char* name, const XML_Char** attributes)
+    {
+        if (++depth > maxDepth) return owner.fail(base::formatted("elements are nested more than %d deep", maxDepth));
+        owner.OnXMLStartElement(name, attributes);
+    }
+
     static run_state& of(void* user) { return *static_cast<run_state*>(user); }
     static void start(void* user, const XML_Char* name, const XML_Char** attributes)
     {
-        of(user).guarded([&] { of(user).owner.OnXMLStartElement(name, attributes); });
+        of(user).guarded([&] { of(user).open(name, attributes); });
     }
     static void end(void* user, const XML_Char* name)
     {
+        --of(user).depth;
         of(user).guarded([&] { of(user).owner.OnXMLEndElement(name); });
     }
     static void text(void* user, const XML_Char* content, int length)
@@ -131,7 +142,9 @@ bool VLXMLParser::load_xml(std::istream& in)
 
 void VLXMLParser::feed(std::istream& in, run_state& run)
 {
+    std::streamsize fed = 0;
     for (bool isLast = false; !isLast;) {
+        const int blockBytes = static_cast<int>(std::clamp<std::streamsize>(fed, smallestBlock, largestBlock));
         void* block = XML_GetBuffer(run.parser, blockBytes);
         if (!block) throw std::bad_alloc();
         const bool isReadable = in.good();
@@ -141,6 +154,7 @@ void VLXMLParser::feed(std::istream& in, run_state& run)
             return;
         }
         isLast = !in;
+        fed += in.gcount();
         if (XML_ParseBuffer(run.parser, static_cast<int>(in.gcount()), isLast) == XML_STATUS_OK) continue;
         if (!run.stopped) errorText = XML_ErrorString(XML_GetErrorCode(run.parser)) + run.position();
         return;

@@ -98,6 +98,40 @@ TEST(VLXMLParser, ReadsStreamsOfAnyLengthInBlocks)
     }
 }
 
+std::string nested(int depth)
+{
+    std::string begin, end;
+    for (int i = 0; i < depth; ++i) {
+        begin += "<a>";
+        end += "</a>";
+    }
+    return begin + end;
+}
+
+TEST(VLXMLParser, NestsAThousandDeep)
+{
+    recording_parser parser;
+    EXPECT_TRUE(parser.parse(nested(1000))) << parser.get_error();
+}
+
+/// Expat goes through an unfinished token again with each block.
+TEST(VLXMLParser, ReadsALongTokenInFewBlocks)
+{
+    struct counting_text : std::stringbuf {
+        using std::stringbuf::stringbuf;
+        int reads = 0;
+        std::streamsize xsgetn(char* out, std::streamsize count) override
+        {
+            ++reads;
+            return std::stringbuf::xsgetn(out, count);
+        }
+    } text("<a b='" + std::string(32u << 20, 'x') + "'/>");
+    std::istream in(&text);
+    recording_parser parser;
+    EXPECT_TRUE(parser.load_xml(in)) << parser.get_error();
+    EXPECT_LE(text.reads, 16) << "64 KiB, then twice as much in all each time, at most 8 MiB at once";
+}
+
 TEST(VLXMLParser, ReportsUnparsedEntitiesAndFetchesNothing)
 {
     recording_parser parser;
@@ -132,6 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                     bad_xml{"Twice", "<a/>\n<b/>", "junk after document element in line 2, column 1"},
                     bad_xml{"UnknownEntity", "<a>&who;</a>", "undefined entity in line 1, column 4"},
                     bad_xml{"NoUtf8", "<a>\xff</a>", "not well-formed (invalid token) in line 1, column 4"},
+                    bad_xml{"TooDeep", nested(1001), "elements are nested more than 1000 deep in line 1, column 3001"},
                     bad_xml{"Handler", "<a>\n<refuse/><c later='1'/></a>", "no such thing in line 2, column 1"}),
     [](const auto& each) { return std::string(each.param.name); });
 
