@@ -3,6 +3,7 @@
 #include "entry/Application.h"
 #include "host/QtFrame.h"
 #include "host/QtPaletteBar.h"
+#include "host/path_text.h"
 #include "host/qt_toolbar.h"
 #include "host/tiling.h"
 #include "view/option_rows.h"
@@ -238,5 +239,5 @@ void CMainWindow::dragEnterEvent(QDragEnterEvent* event)
 void CMainWindow::dropEvent(QDropEvent* event)
 {
     for (const QUrl& url : event->mimeData()->urls())
-        if (url.isLocalFile()) app.OpenDocumentFile(url.toLocalFile().toStdWString().c_str());
+        if (url.isLocalFile()) app.OpenDocumentFile(host::path_of_url(url).c_str());
 }

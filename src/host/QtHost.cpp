@@ -11,6 +11,7 @@
 #include "host/VariableDialog.h"
 #include "host/WindowsDialog.h"
 #include "host/file_dialog.h"
+#include "host/path_text.h"
 #include "host/preview_pane.h"
 #include "host/qt_menus.h"
 #include "platform/WinApp.h"
@@ -65,7 +66,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
     host::add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
     std::vector<std::wstring> paths;
-    for (const QString& path : dialog.selectedFiles()) paths.push_back(path.toStdWString());
+    for (const QString& path : dialog.selectedFiles()) paths.push_back(host::path_of_text(path));
     return paths;
 }
 
@@ -77,7 +78,7 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    return dialog.selectedFiles().front().toStdWString();
+    return host::path_of_text(dialog.selectedFiles().front());
 }
 
 void CQtHost::runDialog(CDialog& dialog)

@@ -224,7 +224,10 @@ void CQtPeer::closeLater()
 bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != widget) return false;
-    if (CReadProgress::isShown() && event->type() != QEvent::Resize) return false; // its document may be half read
+    if (CReadProgress::isShown() && event->type() != QEvent::Resize) { // its document may be half read
+        if (event->type() == QEvent::Paint) CReadProgress::repaintLater(*widget);
+        return false;
+    }
     switch (event->type()) {
     case QEvent::Paint:
         paint();

@@ -37,17 +37,11 @@ bool CReadProgress::tell(double done, QWidget* over)
 
 void CReadProgress::show(QWidget* over)
 {
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (!window->updatesEnabled()) continue;
-        window->setUpdatesEnabled(false);
-        resting.emplace_back(window);
-    }
     box = std::make_unique<QProgressDialog>(QStringLiteral("Reading…"), QStringLiteral("Cancel"), 0, steps, over);
     box->setObjectName(QStringLiteral("progress"));
     box->setWindowTitle(QStringLiteral("Velmira"));
     box->setWindowModality(Qt::ApplicationModal);
     box->setAutoReset(false); // it ends with the task, not with the last step
-    box->setUpdatesEnabled(true);
     onScreen = this;
     qApp->installEventFilter(this);
     QApplication::setOverrideCursor(Qt::ArrowCursor); // over that of waiting: there is something to press
@@ -62,8 +56,8 @@ void CReadProgress::end()
     qApp->removeEventFilter(this);
     onScreen = nullptr;
     box.reset();
-    for (const QPointer<QWidget>& window : std::exchange(resting, {}))
-        if (window) window->setUpdatesEnabled(true);
+    for (const QPointer<QWidget>& view : std::exchange(unpainted, {}))
+        if (view) view->update();
 }
 
 // Timers of others tick again later. What else arrives for a window behind the box the toolkit keeps away from it.

@@ -9,8 +9,8 @@ class QProgressDialog;
 class QWidget;
 
 /// How much of a slow task is done, with a button that cancels it. Appears when the task has lasted a while, so that a
-/// quick one shows nothing. While it is there nothing else is told anything: no input, no timer, no repaint, because
-/// what a window shows may be half read.
+/// quick one shows nothing. While it is there no view is told anything: no input, no timer, no repaint, because what it
+/// shows may be half read. The windows themselves, their menus and frames, are painted.
 class CReadProgress : public QObject {
 public:
     CReadProgress();
@@ -25,6 +25,8 @@ public:
     void end();
     /// Whether one is on the screen.
     static bool isShown() noexcept { return onScreen != nullptr; }
+    /// Keeps what a view shows as it is while a progress is on the screen, and has it painted afterwards.
+    static void repaintLater(QWidget& view) { onScreen->unpainted.emplace_back(&view); }
 
 private:
     bool eventFilter(QObject* receiver, QEvent* event) override;
@@ -32,6 +34,6 @@ private:
 
     QElapsedTimer lasting, sinceTold;
     std::unique_ptr<QProgressDialog> box;
-    std::vector<QPointer<QWidget>> resting; ///< windows that are not painted meanwhile
-    static inline const CReadProgress* onScreen = nullptr;
+    std::vector<QPointer<QWidget>> unpainted; ///< views that were to be painted meanwhile
+    static inline CReadProgress* onScreen = nullptr;
 };

@@ -1,10 +1,13 @@
 // velmira: the workstation.
 #include "base/option_functions.h"
+#include "base/text.h"
 #include "entry/Application.h"
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
 #include "host/WorkstationApp.h"
 #include "host/paint/qt_fonts.h"
+#include "host/path_text.h"
+#include "platform/paths.h"
 #include "platform/profile_store.h"
 
 #include <QApplication>
@@ -61,11 +64,13 @@ int main(int count, char** arguments)
                                         QStringLiteral("FILE"));
     options.addOption(screenshot);
     options.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open"), QStringLiteral("[FILE...]"));
-    options.process(toolkit);
+    QStringList words; // the toolkit's own list has lost bytes that are no UTF-8
+    for (int i = 0; i < count; ++i) words << host::text_of_path(base::widen(arguments[i]));
+    options.process(words);
     // Opening a file changes the current folder.
     std::vector<std::wstring> files;
     for (const QString& path : options.positionalArguments())
-        files.push_back(QFileInfo(path).absoluteFilePath().toStdWString());
+        files.push_back(platform::full_path(host::path_of_text(path)));
     QTimer::singleShot(0, &window, [&] {
         for (const std::wstring& file : files) app.OpenDocumentFile(file.c_str());
         window.rebuildMenus();

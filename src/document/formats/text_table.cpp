@@ -69,7 +69,7 @@ base::read_result<number_table> read_rows(const text_content& content, line_curs
     };
     const number_layout likely = detect_layout(text, layoutSample);
     auto table = read(likely);
-    if (table) return table;
+    if (table || !file.progress(0.0)) return table; // who cancelled waits for nothing more
     // The first thousand lines may have looked simpler than the rest: a comma may turn up late.
     const number_layout certain = detect_layout(text, everyLine);
     return certain == likely ? table : read(certain);
