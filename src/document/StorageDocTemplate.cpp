@@ -5,6 +5,7 @@
 #include "document/merge_documents.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
+#include "platform/file_kind.h"
 #include "platform/paths.h"
 #include "resources/strings.h"
 
@@ -29,8 +30,10 @@ SPMVar global_option(const char* name)
     return found;
 }
 
+/// Also what is not there. Opening tells by itself what is no file.
 bool is_empty_file(const wchar_t* path)
 {
+    if (!platform::special_kind(platform::to_path(path)).empty()) return false;
     std::error_code error;
     const auto size = std::filesystem::file_size(platform::to_path(path), error);
     return error || size == 0;
@@ -139,6 +142,7 @@ match_confidence CStorageDocTemplate::MatchDocType(const wchar_t* path, CDocumen
         return match_confidence::alreadyOpen;
     }
     if (suffix.empty()) return match_confidence::maybeForeign;
+    if (!platform::special_kind(platform::to_path(full)).empty()) return match_confidence::yesForeign;
     std::ifstream in(platform::to_path(full), std::ios::binary);
     // Content decides; every file is taken, so that one that cannot be read is named.
     return VLFileReader::GetDocumentType(in) != FILE_UNKNOWN ? match_confidence::yesNative

@@ -3,6 +3,7 @@
 #include "document/kept_document.h"
 #include "document/update_hints.h"
 #include "platform/WinApp.h"
+#include "platform/file_kind.h"
 #include "platform/paths.h"
 #include "resources/strings.h"
 
@@ -76,6 +77,10 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
 {
     const std::wstring full = platform::full_path(path ? path : L"");
     const std::filesystem::path file = platform::to_path(full);
+    if (const std::string kind = platform::special_kind(file); !kind.empty()) {
+        ReportSaveLoadException(full.c_str(), CArchiveException(CArchiveException::generic, full, kind), false);
+        return false;
+    }
     std::error_code error;
     errno = 0;
     std::ifstream in(file, std::ios::binary);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <sys/stat.h>
 
 // Foreign files on their way into a document.
 
@@ -10,6 +11,15 @@ namespace {
 std::wstring small_file()
 {
     return (std::filesystem::path(VLDV_TEST_DATA).parent_path() / "formats/data/mdt/scans.mdt").wstring();
+}
+
+TEST_F(DocumentTest, PipesAndDevicesAreRefusedAndNotWaitedFor)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.spm").c_str(), 0600), 0); // opening it would never return: nobody writes
+    EXPECT_FALSE(document.OnOpenDocument((folder / "pipe.spm").wstring().c_str()));
+    EXPECT_NE(host.messages.back().find("pipe.spm: this is a pipe"), std::string::npos) << host.messages.back();
+    EXPECT_FALSE(document.OnOpenDocument(L"/dev/zero"));
+    EXPECT_NE(host.messages.back().find("/dev/zero: this is a device"), std::string::npos) << host.messages.back();
 }
 
 TEST_F(DocumentTest, ReadingTellsItsProgress)

@@ -10,6 +10,7 @@
 #include "vldv.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -76,6 +77,14 @@ TEST_F(EntryTest, OpenDocumentSortsOpensAndRemembersTheFolder)
     app->frames()[1]->DestroyFrame();
     app->OnCmdMsg(57617, nullptr);
     EXPECT_EQ(app->frames().back()->GetWindowText().substr(0, 2), L"a[");
+}
+
+TEST_F(EntryTest, APipeIsNamedAndNotWaitedFor)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(app->OpenDocumentFile((folder / "pipe").wstring().c_str()), nullptr);
+    ASSERT_FALSE(host.messages.empty());
+    EXPECT_NE(host.messages.back().find("pipe: this is a pipe"), std::string::npos) << host.messages.back();
 }
 
 TEST_F(EntryTest, MoreFilesThanTheDialogCanNameAreRefused)
