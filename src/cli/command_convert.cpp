@@ -36,10 +36,8 @@ int run_to_stream(session& call)
 {
     call.forEachDocument([&](CStorageDoc& document, const std::wstring&) {
         if (call.files().size() > 1) throw std::runtime_error("only one file can go to standard output");
-        const platform::temporary_file container;
-        if (const std::string reason = call.save(document, container.wide_path()); !reason.empty())
-            throw std::runtime_error(reason);
-        put_standard_output(container.path());
+        standard_output_archive container;
+        document.Serialize(container);
     });
     return call.status();
 }

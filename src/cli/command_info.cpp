@@ -33,11 +33,14 @@ json names_json(const std::vector<smart_string>& names)
     return out;
 }
 
-/// An object even when the table is empty.
+/// An object even when the table is empty. Keys of a table are unique: to look for each among all before it would take
+/// a time that grows with the square of their number.
 json strings_json(const CStorageDoc::string_table& strings)
 {
     json out = json::object();
-    for (const auto& [key, text] : strings) out[key] = text;
+    auto& members = out.get_ref<json::object_t&>();
+    members.reserve(strings.size());
+    for (const auto& [key, text] : strings) members.emplace_back(key, text);
     return out;
 }
 

@@ -43,12 +43,9 @@ void put_standard_output(std::span<const std::byte> bytes)
     if (!std::cout.flush()) throw std::runtime_error("standard output could not be written");
 }
 
-void put_standard_output(const std::filesystem::path& file)
+void standard_output_archive::Write(const void* bytes, std::size_t count)
 {
-    refuse_terminal();
-    std::ifstream in(file, std::ios::binary);
-    std::cout << in.rdbuf();
-    if (!in || !std::cout.flush()) throw std::runtime_error("standard output could not be written");
+    put_standard_output({static_cast<const std::byte*>(bytes), count});
 }
 
 } // namespace cli

@@ -1,6 +1,7 @@
 #pragma once
+#include "platform/Archive.h"
+
 #include <cstddef>
-#include <filesystem>
 #include <span>
 
 namespace platform {
@@ -18,7 +19,12 @@ void take_standard_input(const platform::temporary_file& file);
 /// Writes to standard output behind what was printed. \throws std::runtime_error with the reason, also when that is a
 /// terminal, which could not show it
 void put_standard_output(std::span<const std::byte> bytes);
-/// The same for the content of a file.
-void put_standard_output(const std::filesystem::path& file);
+
+/// Standard output as what a document stores itself into.
+class standard_output_archive : public CArchive {
+public:
+    standard_output_archive() : CArchive(L"standard output", true) {}
+    void Write(const void* bytes, std::size_t count) override;
+};
 
 } // namespace cli
