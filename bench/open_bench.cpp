@@ -1,5 +1,7 @@
-// Opening a 4096 x 4096 container against inflating its one entry with zlib, and the memory that it takes.
+// Opening a 4096 x 4096 container against inflating its one entry with zlib, and the memory that it takes; then that of
+// 192 MiB which do not pack, and how often opening them tells its progress.
 #include "document/StorageDoc.h"
+#include "memory_growth.h"
 #include "ratio.h"
 
 #include <cmath>
@@ -20,6 +22,8 @@ namespace {
 
 constexpr unsigned side = 4096;
 constexpr std::size_t arrayBytes = std::size_t{side} * side * sizeof(short);
+constexpr unsigned noiseSide = 1024, noiseDepth = 96;
+constexpr std::size_t noiseBytes = std::size_t{noiseSide} * noiseSide * noiseDepth * sizeof(short);
 
 /// Waves with noise in the lowest bits, as a scan has them.
 SPMDataStream surface()
@@ -39,6 +43,33 @@ SPMDataStream surface()
             *out++ = static_cast<short>(9000.0 * std::sin(x * 0.011) * std::cos(y * 0.007) + (noise >> 28));
         }
     return stream;
+}
+
+/// 192 MiB of plain noise: as much is stored as comes out.
+SPMDataStream noise_volume()
+{
+    SPMDataStream stream;
+    stream.Init("noise", "Noise", SPM_VAR_ARRAY, noiseSide * noiseSide * noiseDepth, 2u);
+    stream.set_array_type(SPM_ARRAY_INT16);
+    SPMDataStream::dimension dimension;
+    for (unsigned i = 0; i < 3; ++i) {
+        dimension.length = i < 2 ? noiseSide : noiseDepth;
+        stream.set_dimension(i, dimension);
+    }
+    auto* const out = static_cast<short*>(stream.array_data());
+    std::uint64_t noise = 1;
+    for (unsigned i = 0; i < stream.array_length(); ++i) {
+        noise = noise * 6364136223846793005u + 1442695040888963407u;
+        out[i] = static_cast<short>(noise >> 48);
+    }
+    return stream;
+}
+
+void save(const SPMDataStream& stream, const std::filesystem::path& path)
+{
+    CStorageDoc document;
+    document.AddNewImages(&stream, 1);
+    if (!document.DoSave(path.wstring().c_str(), false)) throw std::runtime_error("the container was not saved");
 }
 
 /// The packed bytes of the entry, found by the local header in front of its name.
@@ -67,10 +98,14 @@ void inflate_all(std::vector<unsigned char>& packed, std::vector<unsigned char>&
     if (result != Z_STREAM_END) throw std::runtime_error("the entry was not found");
 }
 
-void open_document(const std::filesystem::path& path)
+/// \return how often it told its progress
+int open_document(const std::filesystem::path& path)
 {
     CStorageDoc document;
+    int told = 0;
+    document.onReadProgress = [&told](double) { return ++told > 0; };
     if (!document.OnOpenDocument(path.wstring().c_str())) throw std::runtime_error("the container was not opened");
+    return told;
 }
 
 /// Bytes that opening adds to the peak of a process of its own.
@@ -99,22 +134,25 @@ int main()
 {
     std::string folder = (std::filesystem::temp_directory_path() / "vldv-bench-XXXXXX").native();
     const std::filesystem::path path = std::filesystem::path(mkdtemp(folder.data())) / "surface.spm";
-    {
-        CStorageDoc document;
-        const SPMDataStream stream = surface();
-        document.AddNewImages(&stream, 1);
-        if (!document.DoSave(path.wstring().c_str(), false)) return 2;
-    }
+    save(surface(), path);
     const double grown = peak_bytes(path); // first, while nothing else was ever in memory
     std::vector<unsigned char> packed = packed_samples(path), out(arrayBytes);
     bench::contest contest;
     contest.add("inflate the entry", [&] { inflate_all(packed, out); });
     contest.add("open the container", [&] { open_document(path); });
     contest.run(7);
+    const std::filesystem::path large = path.parent_path() / "noise.spm";
+    save(noise_volume(), large);
+    int told = 0;
+    const double grownByNoise = 1e6 * bench::memory_growth([&] { told = open_document(large); });
     std::filesystem::remove_all(folder);
     bench::verdict verdict;
     verdict.at_most("open / inflate", contest.best("open the container") / contest.best("inflate the entry"), 1.3);
     verdict.at_most("memory / (array + 64 MiB)", grown / static_cast<double>(arrayBytes + (64u << 20)), 1.0);
     verdict.at_least("memory / array (opening was seen)", grown / static_cast<double>(arrayBytes), 0.9);
+    verdict.at_most("memory of noise / (array + 64 MiB)", grownByNoise / static_cast<double>(noiseBytes + (64u << 20)),
+                    1.0);
+    verdict.at_least("memory of noise / array (opening was seen)", grownByNoise / static_cast<double>(noiseBytes), 0.9);
+    verdict.at_least("progress told, times a 4 MiB", told / (static_cast<double>(noiseBytes) / (4u << 20)), 0.9);
     return verdict.exit_status();
 }

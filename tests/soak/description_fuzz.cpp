@@ -1,11 +1,13 @@
 // Any text as main.xml; the archive around it hides it from mutation otherwise.
+#include "reader_target.h"
+
 #include "document/spmx_description.h"
 
-#include <cstdint>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    const time_watch watch(size);
     const auto read = document::parse_spmx_description({reinterpret_cast<const char*>(data), size});
     if (!read && read.error().reason.empty()) std::abort();
     return 0;

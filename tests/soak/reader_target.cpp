@@ -63,11 +63,34 @@ void require_equal(const CStorageDoc& a, const CStorageDoc& b)
     }
 }
 
+time_watch::time_watch(std::size_t bytes, double perByte)
+    : limit(1.0 + perByte * static_cast<double>(bytes)), begin(std::clock())
+{
+}
+
+time_watch::~time_watch()
+{
+    const double taken = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+    if (taken > limit) std::cerr << "took " << taken << " s, " << limit << " s are allowed\n";
+    require(taken <= limit, "the time is in proportion to the bytes");
+}
+
+namespace {
+
+base::read_result<formats::recording> watched(base::read_result<formats::recording> (*read)(formats::source&),
+                                              formats::source& file)
+{
+    const time_watch watch(file.size());
+    return read(file);
+}
+
+} // namespace
+
 int soak_reader(base::read_result<formats::recording> (*read)(formats::source&), const std::uint8_t* data,
                 std::size_t size)
 {
     formats::memory_source file(std::as_bytes(std::span(data, size)));
-    auto recording = read(file);
+    auto recording = watched(read, file);
     if (!recording) {
         require(!recording.error().reason.empty(), "a refusal has a reason");
         return 0;
