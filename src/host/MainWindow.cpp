@@ -23,6 +23,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <utility>
 
 namespace {
 
@@ -177,7 +178,17 @@ void CMainWindow::onActivated(QMdiSubWindow* window)
     // The area also loses its active window when the program itself is left.
     if (found || !window) app.setActiveFrame(found ? found : app.activeFrame());
     if (found && found->GetActiveView()) found->GetActiveView()->SetFocus();
-    rebuildMenus();
+    rebuildMenusSoon();
+}
+
+/// A file of many images activates a frame for each: the menus follow the last one alone.
+void CMainWindow::rebuildMenusSoon()
+{
+    if (std::exchange(menusWait, true)) return;
+    QTimer::singleShot(0, this, [this] {
+        menusWait = false;
+        rebuildMenus();
+    });
 }
 
 void CMainWindow::rebuildMenus()

@@ -36,6 +36,7 @@ private:
     void tile(bool vertically);
     void installShortcuts();
     void rebuildTools();
+    void rebuildMenusSoon();
     /// Frees what was closed and shows the state of commands.
     void idle();
 
@@ -47,4 +48,5 @@ private:
     QLabel* status;                          ///< what views say; descriptions of commands cover it for a while
     std::unique_ptr<CQtPaletteBar> palettes; ///< the scale that all views follow
     unsigned shownMenu = 0;
+    bool menusWait = false; ///< to be rebuilt once the running handler has ended
 };
