@@ -3,6 +3,7 @@
 #include "primitives/cpu.h"
 
 #include <cstring>
+#include <limits>
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif

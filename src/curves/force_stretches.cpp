@@ -15,12 +15,15 @@ curve_smoother::curve_smoother(int samples_) : count(samples_)
 void curve_smoother::smooth(const double* y, double* out) const
 {
     const int n = count;
+    std::vector<double> moved(y, y + n);
+    for (double& value : moved) value -= y[0];
     if (spline) {
         std::vector<double> coefficients(static_cast<std::size_t>(spline->coefficients()));
-        spline->fit(y, coefficients.data());
+        spline->fit(moved.data(), coefficients.data());
         spline->evaluate(coefficients.data(), out);
         return;
     }
+    y = moved.data();
     std::copy_n(y, n, out);
     for (int i = 1; i < n - 1; ++i) {
         const double three = y[i - 1] + y[i] + y[i + 1];
@@ -97,7 +100,7 @@ curve_stretches find_stretches(const double* steps, int n, double spread, double
     std::vector<std::uint64_t> steep(words), flat(words);
     for (int i = 0; i < n; ++i) {
         const auto bit = static_cast<unsigned>(i % 64), word = static_cast<unsigned>(i / 64);
-        steep[word] |= std::uint64_t{slantThreshold * steps[i] <= -spread} << bit;
+        steep[word] |= std::uint64_t{slantThreshold * steps[i] <= -spread && steps[i] != 0.0} << bit;
         flat[word] |= std::uint64_t{std::fabs(steps[i]) <= level} << bit;
     }
     return {find_slant({steep.data(), n}), find_zero({flat.data(), n})};

@@ -25,6 +25,7 @@ public:
     int reach() const noexcept { return spline ? 0 : count <= mostForThree ? 1 : 2; }
     const primitives::uniform_spline* splineOrNull() const noexcept { return spline ? &*spline : nullptr; }
 
+    /// Smoothed values count from the first one, so that equal values are exactly 0 whatever they are.
     /// \param out  as long as the curve, and not the curve itself
     void smooth(const double* y, double* out) const;
 
@@ -43,7 +44,7 @@ double spread_of(const double* values, int n) noexcept;
 /// sqrt(mean of squares - mean^2), with 0 for a rest of rounding below 0.
 double deviation(double meanSquare, double mean) noexcept;
 
-/// Steps that fall by more than the spread over `slantThreshold`: the first run of at least three.
+/// Steps other than 0 that fall by more than the spread over `slantThreshold`: the first run of at least three.
 stretch find_slant(const sample_bits& steep) noexcept;
 /// Steps that stay within the spread times the threshold: the last run that is long enough, from the sample before it.
 /// It must not begin at the start of the curve. Both ends are n when there is none.

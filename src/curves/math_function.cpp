@@ -21,6 +21,26 @@ physical_curves call_function(const profile& section, const VLAxis& values, cons
     return out;
 }
 
+std::int16_t packing::operator()(double value) const noexcept
+{
+    const double steps = std::nearbyint((value - zero) / step);
+    return static_cast<std::int16_t>(steps == steps ? std::clamp(steps, -32768.0, 32767.0) : 0.0);
+}
+
+packing choose_packing(double mean, double least, double most) noexcept
+{
+    const auto step_for = [](double magnitude) {
+        int exponent = 0;
+        if (std::isfinite(magnitude)) std::frexp(std::fabs(magnitude), &exponent);
+        return std::ldexp(1.0, exponent - 15);
+    };
+    if (least == most && std::isfinite(least)) return {least, step_for(least)};
+    const double below = least - mean, above = most - mean;
+    packing out{0.0, step_for(std::fabs(below) <= std::fabs(above) ? above : below)};
+    if (std::isfinite(mean)) out.zero = std::rint(mean / out.step) * out.step;
+    return out;
+}
+
 packed_curves pack_curves(std::span<const float> values)
 {
     packed_curves out;
@@ -29,18 +49,11 @@ packed_curves pack_curves(std::span<const float> values)
     for (const float value : values) sum += static_cast<double>(value);
     const double mean = sum / static_cast<double>(values.size());
     const auto [least, most] = std::ranges::minmax(values);
-    const double below = static_cast<double>(least) - mean, above = static_cast<double>(most) - mean;
-    const double farthest = std::fabs(below) <= std::fabs(above) ? above : below;
-    int exponent = 0;
-    if (std::isfinite(farthest)) std::frexp(std::fabs(farthest), &exponent);
-    out.step = std::ldexp(1.0, exponent - 15);
-    if (std::isfinite(mean)) out.zero = std::rint(mean / out.step) * out.step;
-
+    const packing pack = choose_packing(mean, static_cast<double>(least), static_cast<double>(most));
+    out.zero = pack.zero;
+    out.step = pack.step;
     out.samples.reserve(values.size());
-    for (const float value : values) {
-        const double steps = std::nearbyint((static_cast<double>(value) - out.zero) / out.step);
-        out.samples.push_back(static_cast<std::int16_t>(steps == steps ? std::clamp(steps, -32768.0, 32767.0) : 0.0));
-    }
+    for (const float value : values) out.samples.push_back(pack(static_cast<double>(value)));
     return out;
 }
 

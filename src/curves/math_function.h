@@ -31,8 +31,17 @@ struct packed_curves {
     double zero = 0.0, step = 1.0;
 };
 /// Packs numbers around their mean with one step for all, the power of two with which the number farthest from the
-/// mean takes 2^14 to 2^15 steps; zero is a whole number of steps. Halves go to even. NaN becomes zero.
+/// mean takes 2^14 to 2^15 steps; zero is a whole number of steps. Halves go to even. NaN becomes zero. Equal numbers
+/// are kept exactly: zero is what they are.
 packed_curves pack_curves(std::span<const float> values);
+
+/// A step and a zero for numbers between `least` and `most` with this mean, by the same rule.
+struct packing {
+    double zero = 0.0, step = 1.0;
+    /// The sample of a number.
+    std::int16_t operator()(double value) const noexcept;
+};
+packing choose_packing(double mean, double least, double most) noexcept;
 
 /// The image of curves that were computed from one: named "img0", with its label.
 SPMDataStream curves_stream(const SPMDataStream& source, const physical_curves& curves, const VLAxis& positions);

@@ -7,13 +7,11 @@
 
 namespace {
 
-/// Smoothed steps from sample to sample, freed of spikes. Values count from the first: those that stand still have
-/// steps of exactly 0.
+/// Smoothed steps from sample to sample, freed of spikes; exactly 0 where values stand still.
 std::vector<double> steps_of(const double* values, int n)
 {
-    std::vector<double> steps(static_cast<std::size_t>(n)), moved(values, values + n);
-    for (double& value : moved) value -= values[0];
-    curves::curve_smoother(n).smooth(moved.data(), steps.data());
+    std::vector<double> steps(static_cast<std::size_t>(n));
+    curves::curve_smoother(n).smooth(values, steps.data());
     curves::take_steps(steps.data(), n);
     curves::filter_spikes(steps.data(), n);
     return steps;

@@ -164,6 +164,12 @@ TEST(PackCurves, UsesTheNextPowerOfTwoAroundTheMean)
     const curves::packed_curves constant = curves::pack_curves(floats(5, 1.0f));
     EXPECT_THAT(constant.samples, Each(0));
     EXPECT_EQ(constant.zero, 1.0);
+    for (const float value : {2e-9f, -3.7e-31f, 1.1e22f}) {
+        const curves::packed_curves tiny = curves::pack_curves(floats(7, value));
+        EXPECT_THAT(tiny.samples, Each(0));
+        EXPECT_EQ(tiny.zero, static_cast<double>(value));
+        EXPECT_NE(tiny.step, 0.0);
+    }
     EXPECT_TRUE(curves::pack_curves({}).samples.empty());
 }
 
