@@ -64,6 +64,13 @@ outcome calculate(const section& each, curves::curve_function function)
     return out;
 }
 
+/// A curve of which no sample was measured has no figures.
+void add_unmeasured(unsigned sub, outcome& out)
+{
+    out.lines.push_back({{"subimage", sub}, {"measured", false}});
+    out.text += std::to_string(sub + 1) + "\tnot measured\n";
+}
+
 outcome transform(const section& each, curves::spectrum_mode mode)
 {
     const bool isPower = mode == curves::spectrum_mode::power;
@@ -71,6 +78,10 @@ outcome transform(const section& each, curves::spectrum_mode mode)
     outcome out;
     curves::curve_spectrum spectrum;
     for (unsigned k = each.first; k <= each.last; ++k) {
+        if (each.profile.curve(k).empty()) {
+            add_unmeasured(k, out);
+            continue;
+        }
         curves::evaluate_spectrum(each.profile.curve(k), each.values, mode, spectrum);
         out.lines.push_back({{"subimage", k},
                              {"units", units},
@@ -92,6 +103,10 @@ outcome find_trends(const section& each)
     out.text = "Subimage\tA," + units + "\tB," + units + "\tR^2\tSD," + units + '\n';
     constexpr int digits = 12;
     for (unsigned k = each.first; k <= each.last; ++k) {
+        if (each.profile.curve(k).empty()) {
+            add_unmeasured(k, out);
+            continue;
+        }
         const curves::trend_line trend = curves::fit_trend(each.profile.curve(k), each.values);
         out.lines.push_back({{"subimage", k},
                              {"units", units},

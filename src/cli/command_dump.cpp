@@ -4,10 +4,13 @@
 #include "cli/commands.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "document/formats/curve_lengths.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <iostream>
+#include <span>
+#include <vector>
 
 namespace cli {
 
@@ -30,19 +33,25 @@ std::string raw_text(T sample)
         return base::shortest(static_cast<double>(sample));
 }
 
-/// One line a row; a row runs along dimension 0.
+/// Rows of a sub-image along dimension 0, each as long as it was measured.
+struct sample_rows {
+    std::size_t width = 0;
+    std::span<const std::size_t> lengths;
+};
+
 template <class T>
-void print_rows(const T* samples, std::size_t count, std::size_t width, const VLAxis* values)
+void print_rows(const T* samples, const sample_rows& rows, const VLAxis* values)
 {
     std::string line;
-    for (std::size_t i = 0; i < count; ++i) {
-        line +=
-            values ? base::general(values->at(static_cast<double>(samples[i])), roundTripDigits) : raw_text(samples[i]);
-        const bool endsRow = (i + 1) % width == 0 || i + 1 == count;
-        line += endsRow ? '\n' : '\t';
-        if (!endsRow) continue;
-        std::cout << line;
+    for (const std::size_t length : rows.lengths) {
         line.clear();
+        for (std::size_t i = 0; i < length; ++i) {
+            if (i > 0) line += '\t';
+            line += values ? base::general(values->at(static_cast<double>(samples[i])), roundTripDigits)
+                           : raw_text(samples[i]);
+        }
+        std::cout << line << '\n';
+        samples += rows.width;
     }
 }
 
@@ -54,10 +63,15 @@ std::string print(const CStorageDoc& document, const dump_options& options)
     const SPMDataStream& stream = document.getImage(options.image);
     const std::size_t count = document.getSubImageLength(options.image);
     const std::size_t width = stream.get_dimensions_number() ? stream.get_dimension(0).length : count;
+    std::vector<std::size_t> lengths =
+        formats::curve_lengths(stream, document.getString(formats::curveLengthsKey, options.image));
+    if (lengths.empty()) lengths.assign(document.getSubImagesNumber(options.image), count);
+    const std::size_t rows = width ? count / width : 1;
+    const sample_rows shown{width, std::span(lengths).subspan(options.sub * rows, rows)};
     const VLAxis* values = options.physical ? &document.getAxis(options.image, 0, unsigned(-1)) : nullptr;
     const bool known = base::with_element_type(stream.array_type(), [&](auto* element) {
         using T = std::remove_pointer_t<decltype(element)>;
-        print_rows(static_cast<const T*>(document.getImageDataS(options.image, options.sub)), count, width, values);
+        print_rows(static_cast<const T*>(document.getImageDataS(options.image, options.sub)), shown, values);
     });
     return known ? "" : "the samples have no type";
 }
@@ -78,7 +92,8 @@ int run(const dump_options& options)
 void add_dump(CLI::App& app, int& status)
 {
     auto options = std::make_shared<dump_options>();
-    CLI::App* command = app.add_subcommand("dump", "Print samples, one row a line, row 0 (the lowest) first");
+    CLI::App* command = app.add_subcommand(
+        "dump", "Print samples, one row a line, row 0 (the lowest) first; curves as long as measured");
     command->add_option("file", options->file, "File to open")->required();
     command->add_option("--image", options->image, "Number of the image")
         ->check(whole_number(0))

@@ -4,6 +4,7 @@
 #include "cli/file_reports.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "document/formats/curve_lengths.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -80,7 +81,8 @@ std::vector<section> sections_of(const CStorageDoc& document, const curve_option
     for (unsigned image = 0; image < document.getImagesNumber(); ++image) {
         if (!is_asked_for(document, image, dimensions, options)) continue;
         section made{image, points, {}, {}, {}, 0, 0};
-        curves::take_profile(document.getImage(image), made.points, options.width, made.profile);
+        curves::take_profile(document.getImage(image), made.points, options.width, made.profile,
+                             document.getString(formats::curveLengthsKey, image));
         if (made.profile.isEmpty())
             throw std::runtime_error(base::formatted("the samples of image %u have no type", image));
         made.positions = document.getAxis(image, 0, made.profile.dimension());

@@ -10,13 +10,17 @@ namespace curves {
 physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
                               curve_function function, void* parameter)
 {
-    physical_curves out{physical_floats(section.all(), values), section.length, values.get_units()};
+    physical_curves out{physical_floats(section.all(), values), section.length, values.get_units(), section.lengths};
     // Each curve sees the units of the source; those that the last leaves count.
     const std::string units = out.units;
     for (unsigned k = 0; k < section.curves; ++k) {
         out.units = units;
-        function(out.values.data() + std::size_t{k} * out.length, static_cast<int>(out.length), values, positions,
-                 out.units, parameter);
+        float* const curve = out.values.data() + std::size_t{k} * out.length;
+        const std::uint32_t length = out.lengthOf(k);
+        float none = 0.0f; // the function of a curve that was not measured still tells its units
+        function(length ? curve : &none, std::max(static_cast<int>(length), 1), values, positions, out.units,
+                 parameter);
+        std::fill(curve + length, curve + out.length, length ? curve[length - 1] : 0.0f);
     }
     return out;
 }

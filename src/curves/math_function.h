@@ -13,15 +13,18 @@ namespace curves {
 /// Curves in physical units, one behind the other.
 struct physical_curves {
     std::vector<float> values;
-    std::uint32_t length = 0; ///< of one curve
+    std::uint32_t length = 0; ///< of one curve, with its padding
     std::string units;
+    std::vector<std::uint32_t> lengths; ///< of the curves without padding; empty when all are whole
 
+    std::uint32_t lengthOf(unsigned index) const noexcept { return lengths.empty() ? length : lengths[index]; }
     std::span<const float> curve(unsigned index) const noexcept
     {
-        return {values.data() + std::size_t{index} * length, length};
+        return {values.data() + std::size_t{index} * length, lengthOf(index)};
     }
 };
-/// Applies a function to each curve of a section.
+/// Applies a function to each curve of a section, as far as it was measured; padding repeats its last value, and what
+/// was not measured is 0.
 physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
                               curve_function function, void* parameter);
 

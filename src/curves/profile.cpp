@@ -1,6 +1,7 @@
 #include "curves/profile.h"
 
 #include "base/rounding.h"
+#include "document/formats/curve_lengths.h"
 
 #include <algorithm>
 #include <cmath>
@@ -139,6 +140,28 @@ void read_samples(profile_reader reader, const grid& image, const std::vector<gr
     }
 }
 
+/// Samples of a line that runs along dimension 0 to larger indices, in each sub-image; none for other lines, whose
+/// padding is no tail.
+std::vector<std::uint32_t> lengths_along(const SPMDataStream& stream, const grid& image,
+                                         const std::vector<grid_point>& points, const char* told)
+{
+    if (!told || !*told || points.size() != 2 || points[1][0] < points[0][0]) return {};
+    std::int64_t curve = 0;
+    for (std::size_t d = image.dimensions(); d-- > 1;) {
+        if (points[1][d] != points[0][d]) return {};
+        curve = curve * image.lengths[d] + points[0][d];
+    }
+    const std::vector<std::size_t> all = formats::curve_lengths(stream, told);
+    const std::int64_t first = points[0][0], wanted = points[1][0] - first + std::int64_t{1};
+    std::vector<std::uint32_t> lengths;
+    for (unsigned sub = 0; sub < image.subImages; ++sub) {
+        const auto at = static_cast<std::size_t>(curve + sub * (image.subLength / image.lengths[0]));
+        const auto held = static_cast<std::int64_t>(all[at]) - first;
+        lengths.push_back(static_cast<std::uint32_t>(std::clamp<std::int64_t>(held, 0, wanted)));
+    }
+    return lengths;
+}
+
 } // namespace
 
 grid::grid(const SPMDataStream& stream)
@@ -154,9 +177,11 @@ grid::grid(const SPMDataStream& stream)
     subImages = static_cast<unsigned>(stream.array_length() / product);
 }
 
-void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out)
+void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out,
+                  const char* told)
 {
     out.segmentLengths.clear();
+    out.lengths.clear();
     out.varyingDimensions.clear();
     out.length = out.curves = 0;
     const grid image(stream);
@@ -167,6 +192,7 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     const std::uint64_t count = std::uint64_t{out.length} * image.subImages;
     if (count > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("the curves have too many samples");
     if (out.samples.size() < count) out.samples.resize(count);
+    out.lengths = lengths_along(stream, image, points, told);
 
     if (stream.array_type() == SPM_ARRAY_INT16) {
         out.values = stream.values;

@@ -29,14 +29,19 @@ struct profile {
     std::uint32_t length = 0;                  ///< samples of one curve; a joint of two segments counts once
     std::vector<std::int16_t> samples;         ///< curve behind curve; may hold more than the curves need
     unsigned curves = 0;
+    /// Samples that each curve holds, the rest of it being padding; empty when all are whole.
+    std::vector<std::uint32_t> lengths;
     /// Meaning of the samples: of the image, or of its conversion to 16 bits.
     VLAxesContainer values;
 
     bool isEmpty() const noexcept { return curves == 0; }
+    std::uint32_t lengthOf(unsigned index) const noexcept { return lengths.empty() ? length : lengths[index]; }
+    /// Without padding; empty for a curve that was not measured.
     std::span<const std::int16_t> curve(unsigned index) const noexcept
     {
-        return {samples.data() + std::size_t{index} * length, length};
+        return {samples.data() + std::size_t{index} * length, lengthOf(index)};
     }
+    /// All curves with their padding.
     std::span<const std::int16_t> all() const noexcept { return {samples.data(), std::size_t{curves} * length}; }
     /// The dimension whose axes give the positions.
     unsigned dimension() const noexcept
@@ -51,8 +56,10 @@ struct profile {
 /// nothing is interpolated.
 /// \param halfWidth  in images of two dimensions each sample is the mean of so many on either side, across the line,
 /// and of itself; beyond the edge the last sample repeats
+/// \param told  the image's text of curve lengths, or null: a line along curves ends where they do
 /// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
-void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out);
+void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out,
+                  const char* told = nullptr);
 
 /// The sample of the image under a sample of the curve, between the ends of its segment.
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,

@@ -14,13 +14,17 @@ VLPluginDataSelection record(plugin_selection_kind kind, int a, int b = 0, int c
     return {pluginSelectionSize, pluginSelectionVersion, kind, {a, b, c, d, 0, 0}};
 }
 
-std::vector<VLPluginDataSelection> select_samples(const grid& image, const section_marks& marks)
+/// Ranges end with their curve; those of a curve that was not measured are empty.
+std::vector<VLPluginDataSelection> select_samples(const grid& image, const profile& section, const section_marks& marks)
 {
     std::vector<VLPluginDataSelection> found;
     const auto n = static_cast<int>(image.lengths[0]);
     const auto sample = [&](double mark) { return base::nearest_int((n - 1) * mark); };
     for (int k = 0; k < static_cast<int>(image.subImages); ++k) {
-        const int first = sample(marks.first) + k * n, second = sample(marks.second) + k * n;
+        const auto curve = static_cast<std::size_t>(k);
+        const int held = curve < section.lengths.size() ? static_cast<int>(section.lengths[curve]) : n;
+        const auto inCurve = [&](double mark) { return std::min(sample(mark), std::max(held - 1, 0)) + k * n; };
+        const int first = inCurve(marks.first), second = inCurve(marks.second);
         found.push_back(marks.isCrossbar ? record(SELECTION_POSITION, sample(marks.crossbar)) // the same in every curve
                                          : record(SELECTION_RANGE, std::min(first, second), std::max(first, second)));
     }
@@ -99,7 +103,7 @@ std::vector<VLPluginDataSelection> section_selections(const grid& image, std::sp
                                                       const profile& section, const section_marks& marks)
 {
     if (image.isEmpty()) return {};
-    if (image.dimensions() == 1) return select_samples(image, marks);
+    if (image.dimensions() == 1) return select_samples(image, section, marks);
     if (image.dimensions() == 2 && !section.segmentLengths.empty()) {
         const section_line line(points, section);
         return marks.isCrossbar ? line.atCrossbar(marks.crossbar) : line.betweenMarks(marks.first, marks.second);

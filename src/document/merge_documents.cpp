@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/formats/curve_lengths.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -127,6 +128,22 @@ std::vector<smart_string> joined_names(const CStorageDoc& into, unsigned image, 
     return names;
 }
 
+/// Curve lengths of both images, those that are whole included; empty when no text tells any.
+std::string joined_lengths(const CStorageDoc& into, unsigned image, const CStorageDoc& from, unsigned source)
+{
+    const char* const key = formats::curveLengthsKey;
+    if (!*into.getString(key, image) && !*from.getString(key, source)) return {};
+    std::string text;
+    const auto add = [&](const CStorageDoc& document, unsigned index) {
+        for (const std::size_t length :
+             formats::curve_lengths(document.getImage(index), document.getString(key, index)))
+            text += (text.empty() ? "" : " ") + std::to_string(length);
+    };
+    add(into, image);
+    add(from, source);
+    return text;
+}
+
 /// A merge in two halves: what needs memory, which can be taken back, and then what cannot fail.
 class merge {
 public:
@@ -151,6 +168,8 @@ public:
         for (unsigned source = 0; source < partners.size(); ++source)
             if (partners[source] == noImage) append(source);
         for (unsigned image = present; image < into.getImagesNumber(); ++image) renameReferences(into.getImage(image));
+        for (const join& each : joins)
+            if (!each.lengths.empty()) into.setString(formats::curveLengthsKey, each.lengths.c_str(), each.image);
         isDone = true;
         for (join& each : joins) fill(each);
     }
@@ -161,6 +180,7 @@ private:
         unsigned first, added; ///< elements
         unsigned lengthBefore;
         std::vector<smart_string> names;
+        std::string lengths; ///< of the curves of both; empty when all are whole
     };
 
     void plan(unsigned image, unsigned source)
@@ -171,7 +191,8 @@ private:
         if (first + added > std::numeric_limits<unsigned>::max())
             throw std::length_error("image of over 2^32 elements");
         joins.push_back({image, source, static_cast<unsigned>(first), static_cast<unsigned>(added),
-                         into.getImage(image).array_length(), joined_names(into, image, from, source)});
+                         into.getImage(image).array_length(), joined_names(into, image, from, source),
+                         joined_lengths(into, image, from, source)});
     }
 
     void append(unsigned source)

@@ -130,6 +130,37 @@ TEST_F(CurvesProgram, CurveCalculates)
         std::string::npos);
 }
 
+/// Curves of 4 samples of which the second holds 2 and the third was not measured.
+void write_ragged(const std::filesystem::path& path)
+{
+    CHeadlessHost host;
+    CWinApp app(host);
+    CStorageDoc document;
+    const SPMDataStream streams[] = {heights("Curve", {4}, 3)};
+    document.AddNewImages(streams, 1);
+    document.setString("\\Curve lengths", "4 2 0", 0);
+    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+}
+
+TEST_F(CurvesProgram, PaddingIsNoData)
+{
+    write_ragged(folder / "ragged.spm");
+    const std::string table = vldv({"profile", "ragged.spm"}).out;
+    EXPECT_NE(table.find("Subimage 2\nX,nm\tY,nm\n0\t-0.96\n0.25\t-0.95\nSubimage 3\nX,nm\tY,nm\n"), std::string::npos)
+        << table;
+    EXPECT_EQ(filesOf({"profile", "ragged.spm"})[0]["curves"][1]["raw"], json::array({4, 5}));
+    EXPECT_EQ(vldv({"dump", "ragged.spm", "--sub", "0"}).out, "0\t1\t2\t3\n");
+    EXPECT_EQ(vldv({"dump", "ragged.spm", "--sub", "1"}).out, "4\t5\n");
+    EXPECT_EQ(vldv({"dump", "ragged.spm", "--sub", "2"}).out, "\n");
+    const json spectra = filesOf({"curve", "ragged.spm", "--op", "spectrum"})[0]["curves"];
+    EXPECT_EQ(spectra[1]["spectrum"].size(), 2u); // of two samples: 2 / 2 + 1 bins
+    EXPECT_EQ(spectra[2]["measured"], false);
+    const std::string trends = vldv({"curve", "ragged.spm", "--op", "trend"}).out;
+    EXPECT_NE(trends.find("\n2\t-0.96\t0.01\t1\t"), std::string::npos) << trends;
+    EXPECT_NE(trends.find("\n3\tnot measured\n"), std::string::npos) << trends;
+    EXPECT_EQ(filesOf({"curve", "ragged.spm", "--op", "differentiate"})[0]["curves"][1]["values"].size(), 2u);
+}
+
 TEST_F(CurvesProgram, ForceTellsEveryFigureOfEachCurve)
 {
     const json images = filesOf({"force", "known.spm", "--image", "2", "--window", "5"});

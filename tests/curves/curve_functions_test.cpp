@@ -196,6 +196,23 @@ TEST(PackCurves, SurvivesWhatIsNoNumber)
     EXPECT_EQ(curves::pack_curves(values).samples.size(), 3u);
 }
 
+TEST(CallFunction, StopsAtTheEndOfEachCurve)
+{
+    const SPMDataStream record = heights("Record", {4}, 3);
+    std::vector<curves::grid_point> points;
+    curves::profile section;
+    curves::take_profile(record, points, 0, section, "4 3 0");
+    curves::convolution_kernel kernel = curves::differenceKernel;
+    const curves::physical_curves result = curves::call_function(
+        section, record.values.get_axis(0), record.get_dimension(0).get_axis(0), curves::convolve, &kernel);
+    EXPECT_EQ(result.curve(1).size(), 3u);
+    EXPECT_TRUE(result.curve(2).empty());
+    // Each raw step is 0.01 nm: 0.02 over two samples; the last one of three repeats it, and padding that.
+    const floats expected{0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0, 0, 0, 0};
+    EXPECT_THAT(result.values, Pointwise(FloatNear(1e-6f), expected));
+    EXPECT_EQ(result.units, "nm");
+}
+
 TEST(CallFunction, GivesEachCurveAndTheirCommonImage)
 {
     SPMDataStream record = heights("Record", {4}, 2); // 0 … 3 and 4 … 7, each raw step 0.01 nm from -1

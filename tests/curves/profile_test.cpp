@@ -56,6 +56,32 @@ TEST(Profile, OfARecordIsAllOfItWhateverItsPoints)
     EXPECT_THAT(curve(taken(one, none), 0), ElementsAre(0));
 }
 
+TEST(Profile, OfCurvesEndsWhereTheyDo)
+{
+    const auto lengths = [](const SPMDataStream& stream, points line, const char* told) {
+        profile out;
+        curves::take_profile(stream, line, 0, out, told);
+        std::vector<std::size_t> found;
+        for (unsigned k = 0; k < out.curves; ++k) found.push_back(out.curve(k).size());
+        EXPECT_EQ(out.all().size(), std::size_t{out.curves} * out.length);
+        return found;
+    };
+    const SPMDataStream record = heights("Record", {5}, 3);
+    EXPECT_THAT(lengths(record, {}, "5 2 0"), ElementsAre(5, 2, 0));
+    EXPECT_THAT(lengths(record, {}, "5 2"), ElementsAre(5, 5, 5)) << "a text of another shape";
+    EXPECT_THAT(lengths(record, {}, "9 x -1"), ElementsAre(5, 5, 5));
+    for (const char* nothing : {static_cast<const char*>(nullptr), ""})
+        EXPECT_THAT(lengths(record, {}, nothing), ElementsAre(5, 5, 5));
+
+    const SPMDataStream volume = heights("Volume", {5, 2, 1}, 2); // four curves
+    EXPECT_THAT(lengths(volume, {{0, 1, 0}, {4, 1, 0}}, "5 3 2 1"), ElementsAre(3, 1));
+    EXPECT_THAT(lengths(volume, {{2, 1, 0}, {4, 1, 0}}, "5 3 2 1"), ElementsAre(1, 0));
+    EXPECT_THAT(lengths(volume, {{0, 1, 0}, {1, 1, 0}}, "5 3 2 1"), ElementsAre(2, 1));
+    EXPECT_THAT(lengths(volume, {{0, 0, 0}, {4, 0, 0}}, "4 2"), ElementsAre(4, 2)) << "one for each sub-image";
+    for (const points& line : {points{{4, 1, 0}, {0, 1, 0}}, points{{0, 0, 0}, {4, 1, 0}}}) // padding is no tail
+        EXPECT_THAT(lengths(volume, line, "5 3 2 1"), ElementsAre(5, 5));
+}
+
 TEST(Profile, OfFloatsIsThatOfTheirConversion)
 {
     SPMDataStream record = heights("Record", {4}, 2);

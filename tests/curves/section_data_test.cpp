@@ -24,9 +24,10 @@ struct taken_section {
     points line;
     curves::profile profile;
 
-    taken_section(SPMDataStream source, points through) : stream(std::move(source)), line(std::move(through))
+    taken_section(SPMDataStream source, points through, const char* lengths = nullptr)
+        : stream(std::move(source)), line(std::move(through))
     {
-        curves::take_profile(stream, line, 0, profile);
+        curves::take_profile(stream, line, 0, profile, lengths);
     }
     std::vector<VLPluginDataSelection> selected(const curves::section_marks& marks) const
     {
@@ -66,6 +67,12 @@ TEST(SectionSelection, OfARecordIsARangeInEachCurve)
     const auto at = section.selected({true, 0.0, 1.0, 0.65});
     ASSERT_EQ(at.size(), 2u);
     for (const auto& each : at) EXPECT_THAT(numbers(each, 1), ElementsAre(SELECTION_POSITION, 7));
+
+    const taken_section ragged(heights("Record", {11}, 3), {}, "11 6 0");
+    const auto ends = ragged.selected({false, 0.2, 0.84, 0.0});
+    EXPECT_THAT(numbers(ends[0], 2), ElementsAre(SELECTION_RANGE, 2, 8));
+    EXPECT_THAT(numbers(ends[1], 2), ElementsAre(SELECTION_RANGE, 13, 16)); // the last of six samples
+    EXPECT_THAT(numbers(ends[2], 2), ElementsAre(SELECTION_RANGE, 22, 22));
 }
 
 TEST(SectionSelection, OfALineIsAPointSegmentOrPolyline)

@@ -91,6 +91,23 @@ TEST_F(MergeTest, ImagesOfOneNameBecomeSubImages)
     EXPECT_EQ(subimage_names(document, 0), (texts{"Forward", "first 2", "second Forward", "second 2", "scan.003"}));
 }
 
+TEST_F(MergeTest, JoinedCurvesKeepTheirLengths)
+{
+    const struct {
+        const char *here, *added, *joined;
+    } rows[] = {{"4 2", "", "4 2 4 4"}, {"", "1 4", "4 4 1 4"}, {"3 4", "0 1", "3 4 0 1"}, {"", "", ""}};
+    for (const auto& row : rows) {
+        CStorageDoc into, from;
+        add(into, heights("h", {4}, 2));
+        add(from, heights("h", {4}, 2));
+        if (*row.here) into.setString("\\Curve lengths", row.here, 0);
+        if (*row.added) from.setString("\\Curve lengths", row.added, 0);
+        document::merge_documents(into, from);
+        ASSERT_EQ(into.getSubImagesNumber(0), 4u);
+        EXPECT_STREQ(into.getString("\\Curve lengths", 0), row.joined);
+    }
+}
+
 TEST_F(MergeTest, ImagesThatMeanOtherwiseAreAppendedWithTheirTexts)
 {
     SPMDataStream wide = heights("h", {2, 2}), unsignedHeights = heights("h", {2, 2});

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "base/units.h"
+#include "document/formats/curve_lengths.h"
 
 #include <algorithm>
 #include <cassert>
@@ -193,18 +194,8 @@ void order_as_told_by_forces(recorded_image& image, std::span<const contact_end>
 
 std::vector<std::size_t> curve_lengths_of(const recorded_image& image)
 {
-    const std::size_t points = points_of(image);
-    if (points == 0) return {};
-    std::vector<std::size_t> lengths(image.stream.array_length() / points, points);
-    const auto told = image.strings.find("\\Curve lengths");
-    if (told == image.strings.end()) return lengths;
-    const auto words = base::split(told->second, ' ');
-    // One for each curve, or one for all curves of a sub-image.
-    const std::size_t each = lengths.size() % words.size() ? 0 : lengths.size() / words.size();
-    for (std::size_t i = 0; each != 0 && i < lengths.size(); ++i)
-        if (const auto length = base::whole_integer(words[i / each]); length && *length >= 0)
-            lengths[i] = std::min(points, static_cast<std::size_t>(*length));
-    return lengths;
+    const auto told = image.strings.find(curveLengthsKey);
+    return curve_lengths(image.stream, told == image.strings.end() ? nullptr : told->second.c_str());
 }
 
 force_way way_of_part(std::string_view name) noexcept

@@ -16,7 +16,7 @@ enum class contact_end { unknown, first, last };
 /// What the probe does in a part of a record.
 enum class force_way { unknown, approach, retract };
 
-/// Measured samples of each curve along dimension 0, as "\Curve lengths" tells; all without it.
+/// `curve_lengths` as the image's texts tell them.
 std::vector<std::size_t> curve_lengths_of(const recorded_image& image);
 
 /// The way that the name of a part tells: "Approach", "Retract 2", "Curve 3, Approach".

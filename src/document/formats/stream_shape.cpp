@@ -1,5 +1,7 @@
 #include "document/formats/stream_shape.h"
 
+#include "document/formats/curve_lengths.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
@@ -210,7 +212,7 @@ void note_curve_lengths(recorded_image& image, unsigned points, std::span<const 
         if (!text.empty()) text += ' ';
         text += std::to_string(length);
     }
-    image.strings["\\Curve lengths"] = text;
+    image.strings[curveLengthsKey] = text;
 }
 
 bool is_image_side(std::uint64_t length) noexcept { return length >= 1 && length <= 65536; }
