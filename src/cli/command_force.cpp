@@ -8,12 +8,14 @@
 #include "cli/session.h"
 #include "curves/force_curve.h"
 #include "curves/force_report.h"
-#include "curves/physical.h"
+#include "curves/force_source.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
 
 namespace cli {
 
@@ -27,95 +29,75 @@ struct force_options : curve_options {
     std::string map;
 };
 
-/// One force curve of an image.
-struct force_curve {
-    unsigned sub = 0;
-    int column = -1, row = -1; ///< of a volume's grid
-    std::span<const std::int16_t> samples;
-};
-
-/// The force curves of one image: those of a record, or of the grid of a volume.
-struct force_image {
-    unsigned image = 0;
-    SPMDataStream converted; ///< when the samples are not 16-bit
-    VLAxis positions, values;
-    std::vector<force_curve> curves;
-};
-
-force_image curves_of(const CStorageDoc& document, unsigned image, int wantedSub)
+/// What is analysed unless an image is asked for: forces and deflections, without them curves of no known meaning.
+bool is_asked_for(const CStorageDoc& document, unsigned image, const force_options& options, bool hasForces)
 {
-    force_image out;
-    out.image = image;
-    const SPMDataStream* stream = &document.getImage(image);
-    if (stream->array_type() != SPM_ARRAY_INT16) {
-        out.converted = *stream;
-        out.converted.convert_stream(SPM_ARRAY_INT16);
-        stream = &out.converted;
-        if (stream->array_type() != SPM_ARRAY_INT16)
-            throw std::runtime_error(base::formatted("the samples of image %u have no type", image));
-    }
-    out.positions = document.getAxis(image, 0, 0);
-    out.values = stream->values.get_axis(0);
-    const curves::grid grid(*stream);
-    const auto length = static_cast<std::size_t>(grid.lengths[0]);
-    const bool isVolume = grid.dimensions() == 3;
-    const int columns = isVolume ? static_cast<int>(grid.lengths[1]) : 1;
-    const auto* samples = static_cast<const std::int16_t*>(stream->array_data());
-    for (unsigned sub = 0; sub < grid.subImages; ++sub)
-        for (int i = 0; i < static_cast<int>(grid.subLength / grid.lengths[0]); ++i, samples += length)
-            if (wantedSub < 0 || sub == static_cast<unsigned>(wantedSub))
-                out.curves.push_back(
-                    {sub, isVolume ? i % columns : -1, isVolume ? i / columns : -1, {samples, length}});
-    return out;
+    const SPMDataStream& stream = document.getImage(image);
+    const unsigned dimensions = stream.get_dimensions_number();
+    if (!document.isImageOk(image) || (dimensions != 1 && dimensions != 3)) return false;
+    if (options.image >= 0) return image == static_cast<unsigned>(options.image);
+    return curves::is_force_channel(stream) || (!hasForces && !*document.getAxis(image, 0, unsigned(-1)).get_units());
 }
 
-std::vector<force_image> images_of(const CStorageDoc& document, const force_options& options)
+bool has_forces(const CStorageDoc& document)
 {
-    std::vector<force_image> found;
+    for (unsigned image = 0; image < document.getImagesNumber(); ++image)
+        if (document.isImageOk(image) && document.getImage(image).get_dimensions_number() != 2 &&
+            curves::is_force_channel(document.getImage(image)))
+            return true;
+    return false;
+}
+
+std::vector<curves::force_image> images_of(const CStorageDoc& document, const force_options& options)
+{
+    std::vector<curves::force_image> found;
+    const bool hasForces = has_forces(document);
     for (unsigned image = 0; image < document.getImagesNumber(); ++image) {
-        if (options.image >= 0 && image != static_cast<unsigned>(options.image)) continue;
-        const unsigned dimensions = document.getImage(image).get_dimensions_number();
-        if (!document.isImageOk(image) || (dimensions != 1 && dimensions != 3)) continue;
-        found.push_back(curves_of(document, image, options.sub));
+        if (!is_asked_for(document, image, options, hasForces)) continue;
+        found.push_back(curves::force_curves_of(document, image));
+        std::erase_if(found.back().curves, [&](const curves::placed_curve& each) {
+            return options.sub >= 0 ? each.sub != static_cast<unsigned>(options.sub) : each.isHeld;
+        });
         if (found.back().curves.empty()) found.pop_back();
     }
     if (!found.empty()) return found;
     if (options.image >= 0 || options.sub >= 0)
         throw nothing_to_treat("there are no curves in the image and sub-image that were asked for");
-    throw nothing_to_treat("there are no curves");
+    throw nothing_to_treat("there are no curves of force or deflection; --image takes others");
 }
 
-struct analysis {
-    force_curve_stats stats;
-    curves::force_figures figures;
-    std::vector<double> areas;
-};
-
-analysis analyse(const force_curve& curve, const force_image& image, const force_options& options)
+curves::force_search search_of(const force_options& options)
 {
-    analysis out;
-    const std::vector<double> y = curves::physical_values(curve.samples, image.values);
-    const int n = static_cast<int>(y.size());
-    get_force_curve_stats(y.data(), n, options.zeroThreshold, options.slantThreshold, out.stats);
-    find_loc_fmin(y.data(), n, out.stats, options.window);
-    get_force_curve_valleys(y.data(), n, out.stats);
-    const double step = image.positions.scale;
-    for (std::uint32_t k = 0; k < out.stats.valley_count; ++k)
-        out.areas.push_back(curves::valley_area(curve.samples.data(), {image.values.scale, image.values.start}, step,
-                                                out.stats, out.stats.valleys[k]));
-    out.figures = {curve.sub, curves::force_slope(out.stats, step), step, curves::force_minimum(y.data(), out.stats)};
+    return {options.zeroThreshold, options.slantThreshold, options.window};
+}
+
+bool is_measured(const curves::placed_curve& curve) { return !curve.samples.raw.empty(); }
+
+json place_json(const curves::placed_curve& curve)
+{
+    json out = {{"subimage", curve.sub}};
+    if (curve.column >= 0) out.update({{"x", curve.column}, {"y", curve.row}});
     return out;
 }
 
-json curve_json(const force_curve& curve, const analysis& found)
+json number_or_null(const std::optional<double>& number)
 {
+    return number && std::isfinite(*number) ? json(*number) : json();
+}
+
+json curve_json(const curves::placed_curve& curve, const curves::force_image& image, const force_options& options)
+{
+    json out = place_json(curve);
+    if (!is_measured(curve)) {
+        out["measured"] = false;
+        return out;
+    }
+    const curves::force_analysis found = curves::analyse_force(curve.samples, search_of(options));
     const force_curve_stats& stats = found.stats;
-    json out = {{"subimage", curve.sub}};
-    if (curve.column >= 0) out.update({{"x", curve.column}, {"y", curve.row}});
     json valleys = json::array();
     for (std::uint32_t k = 0; k < stats.valley_count; ++k)
         valleys.push_back({stats.valleys[k].first, stats.valleys[k].second});
-    const bool hasSlope = stats.hasSlant() && std::isfinite(found.figures.slope);
+    const bool isOverLength = curves::slope_name(image.x.get_units()) == std::string_view("dF/dZ");
     out.update({{"slant_a", stats.slant_a},
                 {"slant_b", stats.slant_b},
                 {"slant_rms", stats.slant_rms},
@@ -131,31 +113,43 @@ json curve_json(const force_curve& curve, const analysis& found)
                 {"valley_count", stats.valley_count},
                 {"valleys", valleys},
                 {"areas", found.areas},
-                {"dfdz", hasSlope ? json(found.figures.slope) : json()},
-                {"angle", hasSlope ? json(curves::slope_angle(found.figures.slope)) : json()},
-                {"fmin", found.figures.minimum}});
+                {"slope", number_or_null(found.slope)},
+                {"slope_units", curves::slope_units(image.values.get_units(), image.x)},
+                {"dfdz", isOverLength ? number_or_null(found.slope) : json()},
+                {"angle", found.slope ? json(curves::slope_angle(*found.slope)) : json()},
+                {"fmin", number_or_null(found.minimum)}});
     return out;
 }
 
-json image_json(const force_image& image, const force_options& options, const std::wstring& path)
+json image_json(const curves::force_image& image, const force_options& options, const std::wstring& path)
 {
     json lines = json::array();
-    for (const force_curve& each : image.curves) lines.push_back(curve_json(each, analyse(each, image, options)));
-    return {{"path", base::narrow(path)}, {"image", image.image}, {"curves", lines}};
+    for (const curves::placed_curve& each : image.curves) lines.push_back(curve_json(each, image, options));
+    return {{"path", base::narrow(path)},
+            {"image", image.image},
+            {"units", image.values.get_units()},
+            {"x", {{"parameter", image.parameter}, {"units", image.x.get_units()}}},
+            {"curves", lines}};
 }
 
-std::string image_text(const force_image& image, const force_options& options)
+std::string row_of(const curves::placed_curve& curve, const curves::force_image& image, const force_options& options)
 {
-    std::string text;
-    for (const force_curve& each : image.curves) {
-        if (text.empty()) {
-            const std::string header = curves::force_header(image.values.get_units());
-            text = std::string(each.column >= 0 ? "X\tY\t" : "") + header.substr(0, header.size() - 2) + '\n';
-        }
-        const analysis found = analyse(each, image, options);
-        if (each.column >= 0) text += std::to_string(each.column) + '\t' + std::to_string(each.row) + '\t';
-        text += curves::force_row(found.figures, found.stats) + '\n';
-    }
+    std::string row;
+    if (curve.column >= 0) row = std::to_string(curve.column) + '\t' + std::to_string(curve.row) + '\t';
+    if (!is_measured(curve)) return row + std::to_string(curve.sub + 1) + "\tnot measured\n";
+    const curves::force_analysis found = curves::analyse_force(curve.samples, search_of(options));
+    const double step = image.parameter.empty() ? image.x.scale : 1.0;
+    return row + curves::force_row({curve.sub, found.slope.value_or(0.0), step, found.lowest}, found.stats) + '\n';
+}
+
+std::string image_text(const curves::force_image& image, const force_options& options)
+{
+    const std::string slope = curves::slope_name(image.x.get_units()) + std::string(", ") +
+                              curves::slope_units(image.values.get_units(), image.x);
+    const std::string header = curves::force_header(image.values.get_units(), slope);
+    std::string text =
+        std::string(image.curves.front().column >= 0 ? "X\tY\t" : "") + header.substr(0, header.size() - 2) + '\n';
+    for (const curves::placed_curve& each : image.curves) text += row_of(each, image, options);
     return text;
 }
 
@@ -166,9 +160,9 @@ int run(const force_options& options)
     std::optional<force_map_output> maps;
     if (!options.map.empty()) maps.emplace(call, options.map);
     return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {
-        const std::vector<force_image> images = images_of(document, options);
+        const std::vector<curves::force_image> images = images_of(document, options);
         const bool isOneOfMany = images.size() > 1 || call.files().size() > 1;
-        for (const force_image& each : images) {
+        for (const curves::force_image& each : images) {
             if (options.asJson) {
                 entries.push_back(image_json(each, options, path));
             } else if (!maps) {

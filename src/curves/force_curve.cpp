@@ -66,9 +66,9 @@ double force_slope(const force_curve_stats& stats, double positionScale) noexcep
 
 double slope_angle(double slope) noexcept { return std::atan(std::fabs(slope)) * 180.0 / std::numbers::pi; }
 
-double force_minimum(const double* y, const force_curve_stats& stats) noexcept
+double force_minimum(const double* y, const force_curve_stats& stats, const double* x) noexcept
 {
-    return y[stats.min_index] - stats.zeroAt(stats.min_index);
+    return y[stats.min_index] - stats.zeroAt(x ? x[stats.min_index] : stats.min_index);
 }
 
 double valley_area(const std::int16_t* raw, raw_scale values, double positionScale, const force_curve_stats& stats,
@@ -79,6 +79,15 @@ double valley_area(const std::int16_t* raw, raw_scale values, double positionSca
     for (int i = a + 1; i < b; ++i) sum += stats.zeroAt(i) - (raw[i] * values.scale + values.zero);
     const double ends = stats.zeroAt((a + b) * 0.5) - values.zero - (raw[a] + raw[b]) * values.scale * 0.5;
     return positionScale * (sum + ends);
+}
+
+double valley_area_over(const double* x, const double* y, const force_curve_stats& stats,
+                        force_curve_stats::valley valley) noexcept
+{
+    double area = 0.0;
+    for (int i = valley.first; i < valley.second; ++i)
+        area += 0.5 * (x[i + 1] - x[i]) * (stats.zeroAt(x[i]) - y[i] + stats.zeroAt(x[i + 1]) - y[i + 1]);
+    return area;
 }
 
 } // namespace curves

@@ -11,9 +11,11 @@
 void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
                            force_curve_stats& stats);
 
-/// The same for y over x: stretches are those of dY/dX, lines are fitted over x and their intercepts lie at x = 0.
-/// Steps without a dX belong to no stretch. A curve of fewer than 3 samples leaves `stats` cleared. Thresholds come in
-/// the other order.
+/// The same for y over x: stretches are those of dY/dX away from the contact, whether x rises or falls along the
+/// samples, lines are fitted over x and their intercepts lie at x = 0. The spread of the slopes is that of the steps of
+/// y over the mean step of x, and a step of x counts for half of that mean at least, so that a position that lingers or
+/// trembles neither looks steep nor breaks a stretch. Over even positions all is as above. A curve of fewer than 3
+/// samples leaves `stats` cleared, one whose x does not travel has no stretches. Thresholds come in the other order.
 void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
                                 force_curve_stats& stats);
 
@@ -23,8 +25,8 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
 void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window, const double* x = nullptr);
 
 /// Finds the valleys between the contact and the zero stretch: dips below the zero line, each cut off at equal heights
-/// on both flanks. Without both stretches, or without a valley, `stats` stays as it is.
-void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats);
+/// on both flanks. Without both stretches, or without a valley, `stats` stays as it is. \param x  as above
+void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats, const double* x = nullptr);
 
 namespace curves {
 
@@ -32,8 +34,8 @@ namespace curves {
 double force_slope(const force_curve_stats& stats, double positionScale) noexcept;
 /// The angle of a slope, in degrees.
 double slope_angle(double slope) noexcept;
-/// The smallest value above the zero line: negative for adhesion.
-double force_minimum(const double* y, const force_curve_stats& stats) noexcept;
+/// The smallest value above the zero line: negative for adhesion. \param x  as above
+double force_minimum(const double* y, const force_curve_stats& stats, const double* x = nullptr) noexcept;
 
 /// How raw samples become heights: raw * scale + zero.
 struct raw_scale {
@@ -42,5 +44,8 @@ struct raw_scale {
 /// Area between the zero line and the curve over a valley, in units of values times position.
 double valley_area(const std::int16_t* raw, raw_scale values, double positionScale, const force_curve_stats& stats,
                    force_curve_stats::valley valley) noexcept;
+/// The same over positions, by trapezoids.
+double valley_area_over(const double* x, const double* y, const force_curve_stats& stats,
+                        force_curve_stats::valley valley) noexcept;
 
 } // namespace curves

@@ -5,10 +5,10 @@
 
 namespace curves {
 
-std::string force_header(std::string_view units)
+std::string force_header(std::string_view units, std::string_view slope)
 {
     const std::string shown(units);
-    return "Curve\tdF/dZ\tAng., deg\tLMS eq. A\t+B*X\tRMS, " + shown + "\tFmin, " + shown + "\r\n";
+    return "Curve\t" + std::string(slope) + "\tAng., deg\tLMS eq. A\t+B*X\tRMS, " + shown + "\tFmin, " + shown + "\r\n";
 }
 
 std::string force_row(const force_figures& figures, const force_curve_stats& stats)

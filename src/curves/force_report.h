@@ -11,8 +11,8 @@ struct force_figures {
     unsigned curve = 0; ///< counted from 0
     double slope = 0.0, positionScale = 1.0, minimum = 0.0;
 };
-/// The line over the rows, with its end.
-std::string force_header(std::string_view units);
+/// The line over the rows, with its end. \param slope  its name and unit: "dF/dZ, nN/nm"
+std::string force_header(std::string_view units, std::string_view slope);
 /// The row of a curve, without an end; three digits a number.
 std::string force_row(const force_figures& figures, const force_curve_stats& stats);
 

@@ -11,9 +11,11 @@ namespace {
 /// The search for valleys in one curve.
 class valley_search {
 public:
-    valley_search(const double* y_, int n_, const force_curve_stats& stats) : y(y_), n(n_), end(stats.zero_first)
+    /// \param x_  positions of the samples; null for their numbers
+    valley_search(const double* y_, int n_, const force_curve_stats& stats, const double* x_)
+        : y(y_), x(x_), n(n_), end(stats.zero_first)
     {
-        for (int i = 0; i < n; ++i) rest.push_back(y[i] - stats.zero_a - i * stats.zero_b);
+        for (int i = 0; i < n; ++i) rest.push_back(y[i] - stats.zero_a - place(i) * stats.zero_b);
         start = first_below(first_sample(stats));
         smooth();
     }
@@ -32,6 +34,7 @@ public:
     }
 
 private:
+    double place(int i) const noexcept { return x ? x[i] : i; }
     double r(int i) const noexcept { return rest[static_cast<std::size_t>(i)]; }
     double t(int i) const noexcept { return shape[static_cast<std::size_t>(i)]; }
     double distance(int i, int k) const noexcept { return std::fabs(r(i) - r(k)); }
@@ -40,8 +43,16 @@ private:
     int first_sample(const force_curve_stats& stats) const noexcept
     {
         const double crossing = -(stats.slant_a - stats.zero_a) / (stats.slant_b - stats.zero_b);
-        return std::min(std::clamp(base::nearest_int(crossing), 0, n - 1),
-                        base::nearest_int((stats.slant_first + stats.slant_last) * 0.5));
+        return std::min(sample_at(crossing), base::nearest_int((stats.slant_first + stats.slant_last) * 0.5));
+    }
+
+    /// The sample nearest to a position.
+    int sample_at(double position) const noexcept
+    {
+        if (!x) return std::clamp(base::nearest_int(position), 0, n - 1);
+        const double* const nearest = std::min_element(
+            x, x + n, [&](double a, double b) { return std::fabs(a - position) < std::fabs(b - position); });
+        return static_cast<int>(nearest - x);
     }
 
     /// From there the sample nearest to where the curve goes below the zero line.
@@ -107,17 +118,17 @@ private:
         return {a, b};
     }
 
-    const double* y;
+    const double *y, *x;
     int n, start = 0, end;
     std::vector<double> rest, shape;
 };
 
 } // namespace
 
-void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats)
+void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats, const double* x)
 {
     if (!stats.hasSlant() || !stats.hasZero()) return;
-    const std::vector<force_curve_stats::valley> found = valley_search(y, n, stats).find();
+    const std::vector<force_curve_stats::valley> found = valley_search(y, n, stats, x).find();
     if (found.empty()) return;
     stats.allocate_valleys(static_cast<std::uint32_t>(found.size()));
     std::copy(found.begin(), found.end(), stats.valleys.get());

@@ -3,21 +3,25 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <vector>
 
 namespace {
 
 /// Smoothed steps from sample to sample, freed of spikes; exactly 0 where values stand still.
-std::vector<double> steps_of(const double* values, int n)
-{
-    std::vector<double> steps(static_cast<std::size_t>(n));
-    curves::curve_smoother(n).smooth(values, steps.data());
-    curves::take_steps(steps.data(), n);
-    curves::filter_spikes(steps.data(), n);
-    return steps;
-}
+struct smooth_steps {
+    std::vector<double> values;
+    double travel = 0.0; ///< from the first smoothed value to the last
 
-/// dY/dX, and NaN where there is no dX: it is on neither side of any threshold.
+    smooth_steps(const double* of, int n) : values(static_cast<std::size_t>(n))
+    {
+        curves::curve_smoother(n).smooth(of, values.data());
+        travel = values.back() - values.front();
+        curves::take_steps(values.data(), n);
+        curves::filter_spikes(values.data(), n);
+    }
+};
+
+/// dY over the way of x, which counts positive whether x rises or falls.
 struct curve_slopes {
     std::vector<double> values;
     double spread = 0.0;
@@ -25,21 +29,14 @@ struct curve_slopes {
 
 curve_slopes slopes_of(const double* x, const double* y, int n)
 {
-    curve_slopes out{steps_of(y, n), 0.0};
-    const std::vector<double> along = steps_of(x, n);
-    double sum = 0.0, squares = 0.0, count = 0.0;
-    for (std::size_t i = 0; i < out.values.size(); ++i) {
-        double& slope = out.values[i];
-        slope /= along[i];
-        if (!std::isfinite(slope)) {
-            slope = std::numeric_limits<double>::quiet_NaN();
-            continue;
-        }
-        sum += slope;
-        squares += slope * slope;
-        ++count;
-    }
-    if (count > 0.0) out.spread = curves::deviation(squares / count, sum / count);
+    constexpr double leastStep = 0.5; // of the mean step
+    smooth_steps up(y, n);
+    const smooth_steps along(x, n);
+    const double mean = std::fabs(along.travel) / (n - 1), direction = along.travel < 0.0 ? -1.0 : 1.0;
+    curve_slopes out{{}, curves::spread_of(up.values.data(), n) / mean};
+    for (std::size_t i = 0; i < up.values.size(); ++i)
+        up.values[i] /= std::max(direction * along.values[i], leastStep * mean);
+    out.values = std::move(up.values);
     return out;
 }
 
@@ -80,9 +77,11 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
 {
     stats.clear();
     if (n < 3) return;
+    stats.zero_first = stats.zero_last = n;
+    stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
     const curve_slopes slopes = slopes_of(x, y, n);
+    if (!std::isfinite(slopes.spread)) return; // x does not travel
     const curves::curve_stretches found =
         curves::find_stretches(slopes.values.data(), n, slopes.spread, zeroThreshold, slantThreshold);
     curves::keep_stretches(found, [&](curves::stretch each) { return fit_over(x, y, each); }, stats);
-    stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
 }

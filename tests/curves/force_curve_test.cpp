@@ -274,7 +274,8 @@ TEST(ForceCurveStats, CopiesDeeply)
 
 TEST(ForceReport, SaysWhatCannotBeEvaluated)
 {
-    EXPECT_EQ(curves::force_header("nN"), "Curve\tdF/dZ\tAng., deg\tLMS eq. A\t+B*X\tRMS, nN\tFmin, nN\r\n");
+    EXPECT_EQ(curves::force_header("nN", "dF/dZ, nN/nm"),
+              "Curve\tdF/dZ, nN/nm\tAng., deg\tLMS eq. A\t+B*X\tRMS, nN\tFmin, nN\r\n");
     force_curve_stats stats;
     EXPECT_EQ(curves::force_row({2, 0.0, 1.0, -1.23456}, stats), "3\tcan't evaluate\t\tcan't evaluate\t\t\t-1.23");
     stats.slant_last = 5;
@@ -308,6 +309,68 @@ TEST(ParametricCurve, OfEvenPositionsIsTheForceCurveOverThem)
         EXPECT_NEAR(found.zero_rms, even.zero_rms, 1e-9) << n;
         EXPECT_NEAR(found.slant_rms, even.slant_rms, 1e-7) << n;
     }
+}
+
+TEST(ParametricCurve, FindsTheContactWherePositionsFall)
+{
+    for (const int n : {60, 200, 700}) {
+        const std::vector<double> y = piecewise(n, n / 4, 0.5, 0.5, 0.01);
+        std::vector<double> rising, falling;
+        for (int i = 0; i < n; ++i) rising.push_back(0.25 * i), falling.push_back(-0.25 * i);
+        force_curve_stats up, down;
+        get_parametric_curve_stats(rising.data(), y.data(), n, 1.0, 1.0, up);
+        get_parametric_curve_stats(falling.data(), y.data(), n, 1.0, 1.0, down);
+        ASSERT_TRUE(up.hasSlant() && up.hasZero()) << n;
+        EXPECT_EQ(down.slant_first, up.slant_first) << n;
+        EXPECT_EQ(down.slant_last, up.slant_last) << n;
+        EXPECT_EQ(down.zero_first, up.zero_first) << n;
+        EXPECT_NEAR(down.slant_b, -up.slant_b, 1e-12) << n;
+        EXPECT_NEAR(down.zero_a, up.zero_a, 1e-12) << n;
+    }
+}
+
+TEST(ParametricCurve, APositionThatLingersAtTheContactDoesNotHideIt)
+{
+    // The drive turns round over the first 12 samples: steps of x grow from almost 0. Force follows x all the way.
+    constexpr int n = 200;
+    std::vector<double> x, y;
+    for (int i = 0; i < n; ++i) x.push_back(i < 12 ? 0.5 * i * i / 12.0 : i - 6.0);
+    for (int i = 0; i < n; ++i) y.push_back(x[std::size_t(i)] < 50.0 ? 2.0 * (50.0 - x[std::size_t(i)]) : 0.0);
+    force_curve_stats stats;
+    get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
+    ASSERT_TRUE(stats.hasSlant() && stats.hasZero());
+    EXPECT_NEAR(stats.slant_b, -2.0, 0.05);
+    EXPECT_NEAR(stats.zero_b, 0.0, 0.01);
+}
+
+TEST(ParametricCurve, ValleysLieBetweenTheLinesOverPositions)
+{
+    // A triangle below the zero line 3: from 20 down to -5 at 22 and up again at 24, 0.5 * 4 * 8 = 16.
+    constexpr int n = 250;
+    std::vector<double> x, y;
+    for (int i = 0; i < n; ++i) {
+        const double at = 0.2 * i;
+        x.push_back(-at); // falling along the samples
+        y.push_back(at < 10.0 ? 3.0 + 4.0 * (10.0 - at) : std::min(3.0, -5.0 + 4.0 * std::fabs(at - 22.0)));
+    }
+    force_curve_stats stats;
+    get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
+    ASSERT_TRUE(stats.hasSlant() && stats.hasZero());
+    EXPECT_NEAR(curves::force_minimum(y.data(), stats, x.data()), -8.0, 0.1);
+    get_force_curve_valleys(y.data(), n, stats, x.data());
+    ASSERT_EQ(stats.valley_count, 1u);
+    const auto [first, last] = stats.valleys[0];
+    const double from = 0.2 * first, to = 0.2 * last; // it is cut off at equal heights
+    EXPECT_NEAR(from, 20.0, 0.5);
+    EXPECT_NEAR(to, 24.0, 0.5);
+    // Of the triangle below 3 up to t: 2 (t - 20)^2, behind its middle 16 - 2 (24 - t)^2; and what the line lies off 3.
+    const auto below = [](double t) {
+        return t < 20.0 ? 0.0 : t < 22.0 ? 2.0 * (t - 20.0) * (t - 20.0) : 16.0 - 2.0 * (24.0 - t) * (24.0 - t);
+    };
+    const double line = (stats.zeroAt(-0.5 * (from + to)) - 3.0) * (to - from);
+    EXPECT_NEAR(curves::valley_area_over(x.data(), y.data(), stats, stats.valleys[0]),
+                -(below(to) - below(from) + line),
+                0.01); // x falls
 }
 
 TEST(ParametricCurve, HasNoStretchWherePositionsStandStill)
