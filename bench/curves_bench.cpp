@@ -108,7 +108,7 @@ int main()
     large.add("structure function, 4096, as its sums", [&] { curves::structure_reference(y, out); });
     large.add("arithmetic of a force map", [&] { kept = bench::force_arithmetic(forces.size()); });
     large.add("force map 128 x 128 x 1024, one thread",
-              [&] { kept = curves::map_forces(volume, {1, {}}).rigidity[0]; });
+              [&] { kept = curves::map_forces(volume, {1, {}}).rigidity.samples[0]; });
     large.run(25);
 
     bench::verdict verdict;

@@ -172,10 +172,15 @@ int run(const force_options& options)
         }
         if (!maps) return;
         const force_map_output::written made = maps->write(document, path, options.image, options.sub);
-        if (!options.asJson)
-            std::cout << made.path << '\n';
-        else
-            entries.back().update({{"map", made.path}, {"maps", made.titles}});
+        if (options.asJson) {
+            entries.back().update({{"map", made.path}, {"maps", made.titles}, {"voids", made.voids}});
+            return;
+        }
+        std::cout << made.path << '\n';
+        for (std::size_t i = 0; i < made.titles.size(); ++i)
+            if (made.voids[i] != 0)
+                std::cout << "  " << made.titles[i] << ": " << made.voids[i]
+                          << (made.voids[i] == 1 ? " point" : " points") << " not measured\n";
     });
 }
 

@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "cli/progress.h"
 #include "curves/force_map.h"
+#include "curves/force_source.h"
+#include "document/formats/curve_lengths.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -59,45 +61,59 @@ public:
 
     void add(unsigned image, int wantedSub)
     {
-        const SPMDataStream* volume = &document.getImage(image);
-        SPMDataStream converted;
-        if (volume->array_type() != SPM_ARRAY_INT16) {
-            converted = *volume;
-            converted.convert_stream(SPM_ARRAY_INT16);
-            volume = &converted;
+        SPMDataStream converted, convertedX;
+        const SPMDataStream& volume = as16Bits(document.getImage(image), converted);
+        const unsigned parameter = curves::parameter_of(document, image);
+        const bool hasX = parameter != curves::noImage;
+        const SPMDataStream* const x = hasX ? &as16Bits(document.getImage(parameter), convertedX) : nullptr;
+        const char* const told = document.getString(formats::curveLengthsKey, image);
+        const char* const toldOfX = hasX ? document.getString(formats::curveLengthsKey, parameter) : nullptr;
+        const auto& names = volume.subimage_names();
+        for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub) {
+            const bool isHeld = sub < names.size() && curves::is_held_part(names[sub].c_str());
+            if (wantedSub < 0 ? !isHeld : sub == static_cast<unsigned>(wantedSub))
+                addBoth(volume, curves::volume_of(volume, sub, x, told, toldOfX), sub);
         }
-        if (volume->array_type() != SPM_ARRAY_INT16) throw std::runtime_error("the samples of the volume have no type");
-        for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub)
-            if (wantedSub < 0 || sub == static_cast<unsigned>(wantedSub)) addBoth(*volume, sub);
     }
 
     std::vector<SPMDataStream> streams;
+    std::vector<std::size_t> voids; ///< of each
 
 private:
-    void addBoth(const SPMDataStream& volume, unsigned sub)
+    static const SPMDataStream& as16Bits(const SPMDataStream& stream, SPMDataStream& converted)
+    {
+        if (stream.array_type() == SPM_ARRAY_INT16) return stream;
+        converted = stream;
+        converted.convert_stream(SPM_ARRAY_INT16);
+        if (converted.array_type() == SPM_ARRAY_INT16) return converted;
+        throw std::runtime_error("the samples of the volume have no type");
+    }
+
+    void addBoth(const SPMDataStream& volume, const curves::force_volume& source, unsigned sub)
     {
         std::optional<percent_bar> bar;
         if (showsProgress) bar.emplace();
         curves::map_options options;
         if (bar) options.progress = [&](std::size_t done, std::size_t all) { bar->tell(done, all); };
-        const curves::force_volume source = curves::volume_of(volume, sub);
         const curves::force_maps maps = curves::map_forces(source, options);
-        const auto put = [&](const char* title, std::span<const std::int16_t> map, const VLAxis& values) {
+        const auto put = [&](const char* title, const curves::force_map& map) {
             streams.push_back(curves::map_stream(volume, map, next_name(document, streams).c_str(),
-                                                 base::formatted("%s%u", title, sub + 1).c_str(), values));
+                                                 base::formatted("%s%u", title, sub + 1).c_str()));
+            voids.push_back(map.voids);
         };
-        const std::string slope = source.values.get_units() + std::string("/") + source.position.get_units();
-        put("Rigidity", maps.rigidity, VLAxis(0.0, 0.001, slope.c_str()));
-        put("Adhesion", maps.adhesion, VLAxis(0.0, source.values.scale, source.values.get_units()));
+        put("Rigidity", maps.rigidity);
+        put("Adhesion", maps.adhesion);
     }
 
     const CStorageDoc& document;
     bool showsProgress;
 };
 
-bool is_volume(const CStorageDoc& document, unsigned image)
+/// Unless one is asked for, volumes of forces and deflections.
+bool is_mapped(const CStorageDoc& document, unsigned image, int wanted)
 {
-    return document.isImageOk(image) && document.getImage(image).get_dimensions_number() == 3;
+    if (!document.isImageOk(image) || document.getImage(image).get_dimensions_number() != 3) return false;
+    return wanted < 0 ? curves::is_force_channel(document.getImage(image)) : image == static_cast<unsigned>(wanted);
 }
 
 } // namespace
@@ -121,13 +137,16 @@ force_map_output::written force_map_output::write(CStorageDoc& document, const s
 {
     map_images maps(document, call.files().size() == 1); // else the bar counts files
     for (unsigned i = 0; i < document.getImagesNumber(); ++i)
-        if (is_volume(document, i) && (image < 0 || i == static_cast<unsigned>(image))) maps.add(i, sub);
+        if (is_mapped(document, i, image)) maps.add(i, sub);
     if (maps.streams.empty()) throw nothing_to_treat("there is no volume of force curves to map");
     const fs::path output = outputFor(path);
+    const unsigned first = document.getImagesNumber();
     document.AddNewImages(maps.streams.data(), static_cast<unsigned>(maps.streams.size()));
+    for (unsigned i = 0; i < maps.voids.size(); ++i)
+        if (maps.voids[i] != 0) document.setString("\\Void points", std::to_string(maps.voids[i]).c_str(), first + i);
     const std::string reason = call.save(document, platform::to_wide(output));
     if (!reason.empty()) throw std::runtime_error(reason);
-    written out{output.native(), {}};
+    written out{output.native(), {}, maps.voids};
     for (const SPMDataStream& stream : maps.streams) out.titles.emplace_back(stream.get_description());
     return out;
 }

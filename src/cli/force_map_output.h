@@ -19,9 +19,11 @@ public:
     struct written {
         std::string path;
         std::vector<std::string> titles; ///< of the maps
+        std::vector<std::size_t> voids;  ///< points of each that are not measured
     };
     /// Adds the maps of the volumes that were asked for to the document and saves it; a bar shows how far it is.
-    /// \param image,sub  negative: all \throws std::runtime_error with the reason, and nothing is written
+    /// \param image,sub  negative: all volumes of force or deflection, all parts that approach or leave \throws
+    /// std::runtime_error with the reason, and nothing is written
     written write(CStorageDoc& document, const std::wstring& path, int image, int sub);
 
 private:

@@ -1,9 +1,11 @@
 #include "curves/force_map.h"
 
-#include "base/rounding.h"
+#include "curves/force_analysis.h"
 #include "curves/force_curve.h"
 #include "curves/force_packs.h"
+#include "curves/map_scale.h"
 #include "curves/physical.h"
+#include "document/formats/curve_lengths.h"
 #include "primitives/line_fit.h"
 #include "primitives/range.h"
 
@@ -11,39 +13,44 @@
 #include <atomic>
 #include <cmath>
 #include <cstring>
+#include <exception>
+#include <limits>
 #include <thread>
 
 namespace curves {
 
 namespace {
 
-/// Rounded, halves up, and cut to the lowest 16 bits; what is no number of 63 bits becomes 0.
-std::int16_t wrapped(double value) noexcept
-{
-    const double whole = base::round_half_up(value);
-    if (!(std::fabs(whole) < 9e18)) return 0;
-    return static_cast<std::int16_t>(static_cast<std::uint16_t>(static_cast<std::int64_t>(whole)));
-}
+constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
-/// So close to where rounding turns that the last digits of another order of the sums could turn it.
-/// \param raw   the largest values that were summed, in raw steps
-/// \param step  what a raw step means in the result
-bool is_doubtful(double value, double raw, double step) noexcept
-{
-    const double fraction = value - std::floor(value);
-    const double digits = 1e-9 * (1.0 + std::fabs(value)) + 1e-14 * std::fabs(raw * step);
-    return !(std::fabs(fraction - 0.5) > digits);
-}
+/// Numbers of all curves, in the steps that maps have as a rule; NaN where a line is missing.
+struct map_numbers {
+    std::vector<double> rigidity, adhesion;
+    explicit map_numbers(std::size_t count) : rigidity(count, missing), adhesion(count, missing) {}
+};
 
 /// The analysis of one curve as it is defined.
-void map_curve(const force_volume& volume, std::size_t index, force_maps& out)
+void map_curve(const force_volume& volume, std::size_t index, map_numbers& out)
 {
-    const auto n = static_cast<std::size_t>(volume.length);
-    const std::vector<double> y = physical_values(volume.samples.subspan(index * n, n), volume.values);
+    const std::size_t first = index * static_cast<std::size_t>(volume.length), held = volume.lengthOf(index);
+    out.rigidity[index] = out.adhesion[index] = missing;
+    if (held == 0) return;
+    const int n = static_cast<int>(held);
+    const std::vector<double> y = physical_values(volume.samples.subspan(first, held), volume.values);
+    std::vector<double> x;
+    double scale = 1.0;
     force_curve_stats stats;
-    get_force_curve_stats(y.data(), volume.length, 1.0, 1.0, stats);
-    out.rigidity[index] = wrapped((stats.slant_b - stats.zero_b) * 1000.0 / volume.position.scale);
-    out.adhesion[index] = wrapped(force_minimum(y.data(), stats) / volume.values.scale);
+    if (volume.places.empty()) {
+        scale = volume.position.scale;
+        get_force_curve_stats(y.data(), n, 1.0, 1.0, stats);
+    } else {
+        x = physical_values(volume.places.subspan(first % volume.places.size(), held), volume.position);
+        get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
+    }
+    if (stats.hasSlant()) out.rigidity[index] = (stats.slant_b - stats.zero_b) * 1000.0 / scale;
+    if (stats.hasZero())
+        out.adhesion[index] =
+            force_minimum(y.data(), stats, x.empty() ? nullptr : x.data()) / std::fabs(volume.values.scale);
 }
 
 struct line {
@@ -71,37 +78,44 @@ int lowest(std::span<const std::int16_t> curve, double scale) noexcept
     return static_cast<int>(std::find(curve.begin(), curve.end(), value) - curve.begin());
 }
 
-/// Fills the maps, one block of curves after another, on as many threads as call it.
-class map_maker {
+/// Finds the numbers, one block of curves after another, on as many threads as call it.
+class number_finder {
 public:
-    map_maker(const force_volume& volume_, force_maps& out_)
-        : volume(volume_), out(out_), smoother(volume_.length), doubts(out_.rigidity.size())
+    number_finder(const force_volume& volume_, map_numbers& out_)
+        : volume(volume_), out(out_), smoother(volume_.length), count(volume_.curves())
     {
     }
 
     /// Curves that a thread takes at once.
     static constexpr std::size_t blockLength = 8 * packLanes;
 
-    std::size_t curves() const noexcept { return out.rigidity.size(); }
+    /// Whole curves over their axis go side by side.
+    bool arePacked() const noexcept
+    {
+        return volume.places.empty() && volume.length >= leastPacked && volume.length <= mostPacked;
+    }
     pack_work makeWork() const { return pack_work(smoother); }
 
-    /// \return false when all are taken
-    bool doNext(pack_work& work)
+    /// \param work  null when curves go one by one \return false when all are taken, or another thread failed
+    bool doNext(pack_work* work)
     {
         const std::size_t first = next.fetch_add(blockLength);
-        if (first >= curves()) return false;
-        const std::size_t end = std::min(first + blockLength, curves());
-        for (std::size_t i = first; i < end; i += packLanes) doPack(i, std::min<std::size_t>(packLanes, end - i), work);
+        if (first >= count || hasFailed) return false;
+        const std::size_t end = std::min(first + blockLength, count);
+        try {
+            for (std::size_t i = first; i < end; i += packLanes)
+                doPack(i, std::min<std::size_t>(packLanes, end - i), work);
+        } catch (...) {
+            if (!hasFailed.exchange(true)) failure = std::current_exception();
+        }
         finished += end - first;
         return true;
     }
     std::size_t done() const noexcept { return finished; }
-
-    /// Does once more what must not depend on the order of sums.
-    void settleDoubts()
+    /// When all threads have ended.
+    void rethrow() const
     {
-        for (std::size_t i = 0; i < doubts.size(); ++i)
-            if (doubts[i]) map_curve(volume, i, out);
+        if (failure) std::rethrow_exception(failure);
     }
 
 private:
@@ -111,16 +125,25 @@ private:
         return volume.samples.subspan(index * n, n);
     }
 
-    void doPack(std::size_t first, std::size_t count, pack_work& work) noexcept
+    void doPack(std::size_t first, std::size_t lanes, pack_work* work)
+    {
+        if (work) mark(first, lanes, *work);
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            const std::size_t index = first + lane;
+            const int at = static_cast<int>(lane);
+            if (work && volume.lengthOf(index) == static_cast<std::size_t>(volume.length))
+                put(index, find_slant(work->steepOf(at)), find_zero(work->flatOf(at)));
+            else
+                map_curve(volume, index, out);
+        }
+    }
+
+    void mark(std::size_t first, std::size_t lanes, pack_work& work) const noexcept
     {
         pack_source source{{}, volume.values.scale, volume.values.start};
         for (std::size_t lane = 0; lane < packLanes; ++lane)
-            source.curves[lane] = curve(first + std::min(lane, count - 1)).data();
+            source.curves[lane] = curve(first + std::min(lane, lanes - 1)).data();
         mark_steps(source, {}, work);
-        for (std::size_t lane = 0; lane < count; ++lane) {
-            const int at = static_cast<int>(lane);
-            put(first + lane, find_slant(work.steepOf(at)), find_zero(work.flatOf(at)));
-        }
     }
 
     void put(std::size_t index, stretch slant, stretch zero) noexcept
@@ -129,51 +152,75 @@ private:
         const line contact = fit_raw(samples, slant, volume.values), free = fit_raw(samples, zero, volume.values);
         const int least = lowest(samples, volume.values.scale);
         const double force = volume.values.at(samples[static_cast<std::size_t>(least)]) - (free.a + free.b * least);
-        const double slopeStep = 1000.0 / volume.position.scale, raw = volume.values.start / volume.values.scale;
-        const double rigidity = (contact.b - free.b) * slopeStep, adhesion = force / volume.values.scale;
-        out.rigidity[index] = wrapped(rigidity);
-        out.adhesion[index] = wrapped(adhesion);
-        doubts[index] = is_doubtful(rigidity, raw, volume.values.scale * slopeStep) || is_doubtful(adhesion, raw, 1.0);
+        if (slant.isFound()) out.rigidity[index] = (contact.b - free.b) * (1000.0 / volume.position.scale);
+        if (zero.isFound()) out.adhesion[index] = force / std::fabs(volume.values.scale);
     }
 
     const force_volume& volume;
-    force_maps& out;
+    map_numbers& out;
     curve_smoother smoother;
-    std::vector<std::uint8_t> doubts; ///< one a curve
+    std::size_t count;
     std::atomic<std::size_t> next{0}, finished{0};
+    std::atomic<bool> hasFailed{false};
+    std::exception_ptr failure;
 };
+
+void find_numbers(const force_volume& volume, const map_options& options, map_numbers& out)
+{
+    number_finder finder(volume, out);
+    const std::size_t count = volume.curves();
+    const std::size_t allowed = options.threads ? options.threads : std::thread::hardware_concurrency();
+    const std::size_t wanted = std::clamp<std::size_t>(allowed, 1, count / number_finder::blockLength + 1);
+    std::vector<pack_work> works;
+    // Before any thread starts: what fails, fails here.
+    for (std::size_t i = 0; finder.arePacked() && i < wanted; ++i) works.push_back(finder.makeWork());
+    const auto workOf = [&](std::size_t thread) { return works.empty() ? nullptr : &works[thread]; };
+    std::vector<std::jthread> helpers;
+    for (std::size_t i = 1; i < wanted; ++i)
+        helpers.emplace_back([&finder, work = workOf(i)] {
+            while (finder.doNext(work)) {}
+        });
+    while (finder.doNext(workOf(0)))
+        if (options.progress) options.progress(finder.done(), count);
+    helpers.clear();
+    finder.rethrow();
+}
+
+/// So close to where rounding turns that the last digits of another order of the sums could turn it.
+/// \param raw  largest number that was summed
+bool is_doubtful(double number, double raw, const map_scale& scale) noexcept
+{
+    if (!std::isfinite(number)) return false;
+    const double exact = scale.exactSample(number), fraction = exact - std::floor(exact);
+    const double digits = 1e-9 * (1.0 + std::fabs(number)) + 1e-14 * std::fabs(raw);
+    return !(std::fabs(fraction - 0.5) > digits * std::max(scale.samplesPerNumber(), 1.0));
+}
 
 } // namespace
 
 force_maps map_forces(const force_volume& volume, const map_options& options)
 {
-    const std::size_t count = volume.length > 0 ? volume.samples.size() / static_cast<std::size_t>(volume.length) : 0;
-    force_maps out{std::vector<std::int16_t>(count), std::vector<std::int16_t>(count)};
-    if (volume.length < leastPacked || volume.length > mostPacked) {
-        for (std::size_t i = 0; i < count; ++i) map_curve(volume, i, out);
-        return out;
-    }
-    map_maker maker(volume, out);
-    const std::size_t allowed = options.threads ? options.threads : std::thread::hardware_concurrency();
-    const std::size_t wanted = std::clamp<std::size_t>(allowed, 1, count / map_maker::blockLength + 1);
-    std::vector<pack_work> works;
-    works.reserve(wanted);
-    // Before any thread starts: what fails, fails here.
-    for (std::size_t i = 0; i < wanted; ++i) works.push_back(maker.makeWork());
-    std::vector<std::jthread> helpers;
-    for (std::size_t i = 1; i < wanted; ++i)
-        helpers.emplace_back([&maker, work = &works[i]] {
-            while (maker.doNext(*work)) {}
-        });
-    while (maker.doNext(works[0]))
-        if (options.progress) options.progress(maker.done(), count);
-    helpers.clear();
-    maker.settleDoubts();
-    if (options.progress) options.progress(count, count);
-    return out;
+    constexpr double thousandth = 0.001, coarsest = 100.0;
+    map_numbers numbers(volume.curves());
+    find_numbers(volume, options, numbers);
+    const double valueStep = std::fabs(volume.values.scale);
+    const map_scale rigidity = choose_map_scale(numbers.rigidity, thousandth, coarsest);
+    const map_scale adhesion = choose_map_scale(numbers.adhesion, valueStep, 0.0);
+    // Once more what must not depend on the order of sums.
+    const double offset = volume.values.start / valueStep,
+                 slopeOffset = volume.values.start * 1000.0 / volume.position.scale;
+    for (std::size_t i = 0; volume.places.empty() && i < numbers.rigidity.size(); ++i)
+        if (is_doubtful(numbers.rigidity[i], slopeOffset, rigidity) ||
+            is_doubtful(numbers.adhesion[i], offset, adhesion))
+            map_curve(volume, i, numbers);
+    if (options.progress) options.progress(volume.curves(), volume.curves());
+    const std::string slope = slope_units(volume.values.get_units(), volume.position);
+    return {make_map(numbers.rigidity, rigidity, slope),
+            make_map(numbers.adhesion, adhesion, volume.values.get_units())};
 }
 
-force_volume volume_of(const SPMDataStream& stream, unsigned sub)
+force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataStream* parameter, const char* told,
+                       const char* placesTold)
 {
     force_volume out;
     bool hasSameUnits = false;
@@ -187,20 +234,32 @@ force_volume volume_of(const SPMDataStream& stream, unsigned sub)
         if (!std::strcmp(axis.get_units(), out.position.get_units())) out.values = axis, hasSameUnits = true;
     }
     if (!hasSameUnits && stream.values.get_axes_number() > 0) out.values = stream.values.get_axis(0);
+    const auto lengths_in = [&](const SPMDataStream& from, const char* text, unsigned number) {
+        const std::vector<std::size_t> all = formats::curve_lengths(from, text);
+        const std::size_t each = count / static_cast<std::size_t>(out.length);
+        const auto first = all.begin() + static_cast<std::ptrdiff_t>(number * each);
+        return std::vector<std::size_t>(first, first + static_cast<std::ptrdiff_t>(each));
+    };
+    out.lengths = lengths_in(stream, told, sub);
+    if (!parameter || parameter->get_dimension(0).length != stream.get_dimension(0).length) return out;
+    const unsigned number = parameter->array_length() > count ? sub : 0; // one may serve all
+    out.places = {static_cast<const std::int16_t*>(parameter->array_data()) + number * count, count};
+    out.position = parameter->values.get_axis(0);
+    const std::vector<std::size_t> own = lengths_in(*parameter, placesTold, number);
+    for (std::size_t i = 0; i < own.size(); ++i) out.lengths[i] = std::min(out.lengths[i], own[i]);
     return out;
 }
 
-SPMDataStream map_stream(const SPMDataStream& source, std::span<const std::int16_t> map, const char* name,
-                         const char* label, const VLAxis& values)
+SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, const char* name, const char* label)
 {
     SPMDataStream out;
-    const auto count = static_cast<unsigned>(map.size());
+    const auto count = static_cast<unsigned>(map.samples.size());
     out.Init(name, label, SPM_VAR_ARRAY, count, static_cast<unsigned>(sizeof(std::int16_t)));
     out.set_array_type(SPM_ARRAY_INT16);
-    out.set_array(map.data(), count, 0);
+    out.set_array(map.samples.data(), count, 0);
     out.set_dimension(0, source.get_dimension(1));
     out.set_dimension(1, source.get_dimension(2));
-    out.values.set_axis(0, values);
+    out.values.set_axis(0, map.values);
     return out;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace curves {
@@ -12,14 +13,35 @@ namespace curves {
 struct force_volume {
     std::span<const std::int16_t> samples;
     int length = 0;    ///< of a curve, positive
-    VLAxis position{}; ///< along a curve
+    VLAxis position{}; ///< along a curve, or of `places`
     VLAxis values{};   ///< of the samples
+    /// As many samples of the parameter stream, or of one of its sub-images; empty without one.
+    std::span<const std::int16_t> places{};
+    /// Measured samples of each curve; empty when all are whole.
+    std::vector<std::size_t> lengths{};
+
+    std::size_t curves() const noexcept { return length > 0 ? samples.size() / static_cast<std::size_t>(length) : 0; }
+    /// Measured samples of a curve.
+    std::size_t lengthOf(std::size_t curve) const noexcept
+    {
+        return lengths.empty() ? static_cast<std::size_t>(length) : lengths[curve];
+    }
 };
 
-/// A number for each curve, as 16-bit numbers that wrap.
+/// A number for each curve as a 16-bit sample. Points without the line that the number needs are not measured: they
+/// take the lowest sample.
+struct force_map {
+    std::vector<std::int16_t> samples;
+    VLAxis values; ///< of the samples
+    std::size_t voids = 0;
+};
+
 struct force_maps {
-    std::vector<std::int16_t> rigidity; ///< 1000 times the slope of the contact, in units of values over position
-    std::vector<std::int16_t> adhesion; ///< the smallest value above the zero line, in samples
+    /// Slope of the contact against the zero line, a sample for a thousandth of its unit.
+    force_map rigidity;
+    /// Smallest value above the zero line, in steps of the samples.
+    force_map adhesion;
+    // A map that leaves 16 bits so, and a rigidity of which no sample reached 100, has the step of packed curves.
 };
 
 struct map_options {
@@ -28,16 +50,18 @@ struct map_options {
     std::function<void(std::size_t done, std::size_t all)> progress{};
 };
 
-/// What `get_force_curve_stats` finds in each curve with both thresholds 1, as maps: number for number what one curve
-/// after the other gives. \throws std::bad_alloc
+/// What the analysis with both thresholds 1 finds in each curve, over its parameter stream where there is one, as maps:
+/// number for number what one curve after the other gives. \throws std::bad_alloc
 force_maps map_forces(const force_volume& volume, const map_options& options = {});
 
 /// Sub-image `sub` of an image of force curves: dimension 0 runs along a curve, 1 and 2 over the grid. Positions are
 /// those of the first axis of dimension 0; of the value axes the first with its units counts, else the first.
 /// Samples must be 16-bit.
-force_volume volume_of(const SPMDataStream& stream, unsigned sub);
+/// \param parameter  what the image is measured against, 16-bit and of its shape, or null
+/// \param told, placesTold  the texts of their curve lengths, or null
+force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataStream* parameter = nullptr,
+                       const char* told = nullptr, const char* placesTold = nullptr);
 /// A map of such an image as an image of its own, over the axes of the grid.
-SPMDataStream map_stream(const SPMDataStream& source, std::span<const std::int16_t> map, const char* name,
-                         const char* label, const VLAxis& values);
+SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, const char* name, const char* label);
 
 } // namespace curves

@@ -186,6 +186,89 @@ TEST_F(CurvesProgram, ForceTellsEveryFigureOfEachCurve)
     EXPECT_NE(vldv({"force", "known.spm", "--image", "0"}).out.find("1\tcan't evaluate\t\t"), std::string::npos);
 }
 
+/// Image 0: a deflection in N over time, measured against a sensor in m that falls by 2e-9 a sample, an approach with
+/// contact, a pause and a constant. Image 1: the sensor. Image 2: a volume of 3 curves that measure it so, the last one
+/// constant.
+void write_sensed(const std::filesystem::path& path)
+{
+    CHeadlessHost host;
+    CWinApp app(host);
+    CStorageDoc document;
+    constexpr int n = 100;
+    const auto named = [](SPMDataStream stream, const char* label, const VLAxis& values) {
+        stream.set_description(label);
+        stream.values.set_axis(0, values);
+        SPMDataStream::dimension along = stream.get_dimension(0);
+        along.set_axis(0, VLAxis(0.0, 0.01, "s"));
+        stream.set_dimension(0, along);
+        return stream;
+    };
+    const auto fill = [](SPMDataStream& stream, const auto& value) {
+        auto* const samples = static_cast<short*>(stream.array_data());
+        for (unsigned i = 0; i < stream.array_length(); ++i)
+            samples[i] = static_cast<short>(value(int(i) / n, int(i) % n));
+    };
+    SPMDataStream force = named(heights("f", {n}, 3), "vDeflection", VLAxis(0.0, 1e-12, "N"));
+    SPMDataStream sensor = named(heights("s", {n}, 3), "measuredHeight", VLAxis(0.0, 1e-9, "m"));
+    SPMDataStream volume = named(heights("v", {n, 3, 1}), "vDeflection", VLAxis(0.0, 1e-12, "N"));
+    SPMDataStream heights3 = named(heights("h", {n, 3, 1}), "measuredHeight", VLAxis(0.0, 1e-9, "m"));
+    const auto contact = [](int curve, int i) { return curve == 2 ? 7 : i < 30 ? (curve + 1) * 40 * (30 - i) : 0; };
+    fill(force, contact);
+    fill(volume, contact);
+    fill(sensor, [](int, int i) { return -2 * i; });
+    fill(heights3, [](int, int i) { return -2 * i; });
+    force.set_parameter_stream("s");
+    volume.set_parameter_stream("h");
+    const char* const names[] = {"Approach", "Pause", "Retract"};
+    const char* copies[] = {names[0], names[1], names[2]};
+    force.set_subimage_names(copies, 3);
+    const SPMDataStream streams[] = {force, sensor, volume, heights3};
+    document.AddNewImages(streams, 4);
+    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+}
+
+TEST_F(CurvesProgram, ForceIsMeasuredAgainstItsSensor)
+{
+    write_sensed(folder / "sensed.spm");
+    const json images = filesOf({"force", "sensed.spm"});
+    ASSERT_EQ(images.size(), 2u); // neither sensor
+    EXPECT_EQ(images[0]["x"], json::parse(R"({"parameter":"measuredHeight","units":"m"})"));
+    const json& curves = images[0]["curves"];
+    ASSERT_EQ(curves.size(), 2u); // not the pause
+    // 40e-12 N a sample of -2e-9 m: the force falls where the sensor falls.
+    EXPECT_NEAR(curves[0]["slope"].get<double>(), 0.02, 0.001);
+    EXPECT_EQ(curves[0]["slope_units"], "N/m");
+    EXPECT_EQ(curves[0]["dfdz"], curves[0]["slope"]);
+    EXPECT_TRUE(curves[0]["fmin"].is_number());
+    EXPECT_TRUE(curves[1]["slope"].is_null()); // constant
+    EXPECT_TRUE(curves[1]["fmin"].is_null());
+    const program_result text = vldv({"force", "sensed.spm", "--image", "0"});
+    EXPECT_EQ(text.out.substr(0, text.out.find('\n')),
+              "Curve\tdF/dZ, N/m\tAng., deg\tLMS eq. A\t+B*X\tRMS, N\tFmin, N");
+    EXPECT_EQ(filesOf({"force", "sensed.spm", "--image", "0", "--sub", "1"})[0]["curves"].size(), 1u);
+    // The sensor itself lies over the time.
+    const json sensor = filesOf({"force", "sensed.spm", "--image", "1"})[0]["curves"][0];
+    EXPECT_EQ(sensor["slope_units"], "m/s");
+    EXPECT_TRUE(sensor["dfdz"].is_null());
+    EXPECT_NE(vldv({"force", "sensed.spm", "--image", "1"}).out.find("\tdF/dt, m/s\t"), std::string::npos);
+
+    const json written = filesOf({"force", "sensed.spm", "--map", "maps.spm"}).back();
+    EXPECT_EQ(written["maps"], json::array({"Rigidity1", "Adhesion1"}));
+    EXPECT_EQ(written["voids"], json::array({1, 1}));
+    const json map = info({"maps.spm", "--strings"})["files"][0]["images"][4];
+    EXPECT_EQ(map["label"], "Rigidity1");
+    EXPECT_EQ(map["values"][0]["units"], "N/m");
+    EXPECT_EQ(map["strings"]["\\Void points"], "1");
+    std::istringstream row(vldv({"dump", "maps.spm", "--image", "4", "--physical"}).out);
+    double first = 0.0, second = 0.0, third = 0.0;
+    row >> first >> second >> third;
+    EXPECT_NEAR(first, 0.02, 0.001);
+    EXPECT_NEAR(second, 0.04, 0.002);
+    EXPECT_EQ(third, std::min(first, second)); // not measured
+    EXPECT_NE(vldv({"force", "sensed.spm", "--map", "more.spm"}).out.find("Rigidity1: 1 point not measured"),
+              std::string::npos);
+}
+
 TEST_F(CurvesProgram, ForceWritesTheMapsOfAVolume)
 {
     const json written = filesOf({"force", "known.spm", "--map", "out.spm"});
