@@ -99,6 +99,42 @@ TEST_F(SamplesTest, EveryRecordingConvertsToAContainerThatReadsBackEqual)
     EXPECT_EQ(converted + 13, samples) << result.err;
 }
 
+// Slopes and adhesions as an analysis gives them that was written apart from this program, from the same samples.
+TEST_F(SamplesTest, ApproachAndRetractOfEveryInstrumentGiveSlopeAndAdhesion)
+{
+    struct figures {
+        double slope, minimum;
+    };
+    const struct {
+        const char *file, *units;
+        figures approach, retract;
+    } rows[] = {
+        {"nanoscope/20200904_Egel4-Z1.0_00025.spm", "nN/nm", {0.00221801, -0.0154555}, {0.00407680, -0.974725}},
+        {"nanoscope/BrukerReader_ForceCurve_Sapphire_TAP525.001", "nN/nm", {35.50832, -42.29383}, {41.64156, -107.109}},
+        {"jpk/fmt-jpk-fd_spot3-0192.jpk-force", "N/m", {-0.0174286, -4.86741e-11}, {-0.0194851, -3.84872e-10}},
+        {"jpk/fmt-jpk-fd_flipsign_2015.05.22-15.31.49.352.jpk-force",
+         "N/m",
+         {-0.00682993, -2.07195e-11},
+         {-0.00816329, -7.10490e-10}},
+        {"jpk/fmt-jpk-fd_qi-data-2021.04.13.jpk-qi-series", "N/m", {-4.87870, -3.36429e-9}, {-5.52440, -5.57989e-9}},
+        {"ibw/fmt-igor-fd_SiN_FD_plot.ibw", "m/m", {0.451674, -2.33106e-9}, {0.465886, -1.07832e-8}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.file);
+        const program_result result = vldv({"force", "--json", std::string(VLDV_SAMPLES) + "/" + row.file});
+        ASSERT_EQ(result.status, 0) << result.err;
+        const auto files = nlohmann::json::parse(result.out)["files"];
+        ASSERT_EQ(files.size(), 1u); // the one channel of force or deflection
+        const auto& curves = files[0]["curves"];
+        ASSERT_EQ(curves.size(), 2u);
+        for (const auto& [curve, expected] : {std::pair{curves[0], row.approach}, {curves[1], row.retract}}) {
+            EXPECT_EQ(curve["slope_units"], row.units);
+            EXPECT_NEAR(curve["slope"].get<double>(), expected.slope, 1e-4 * std::fabs(expected.slope));
+            EXPECT_NEAR(curve["fmin"].get<double>(), expected.minimum, 1e-4 * std::fabs(expected.minimum));
+        }
+    }
+}
+
 TEST_F(SamplesTest, InfoIsATableOfWhatTheyHold)
 {
     const std::string folderName = std::string(VLDV_SAMPLES) + "/nanoscope",
