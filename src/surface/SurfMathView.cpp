@@ -134,6 +134,7 @@ void CSurfMathView::LoadData()
 {
     CImageView::LoadData();
     fitter.forget();
+    shownRange.forget();
     overlayBitmap.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
@@ -148,15 +149,8 @@ void CSurfMathView::getBestScale(double* low, double* high, const char** units)
     CRect part;
     if (!drawn.roiActive || !frame || !part.IntersectRect(roiRect(), CRect({0, 0}, imageSize())))
         return CImageView::getBestScale(low, high, units);
-    const auto width = static_cast<std::ptrdiff_t>(getSourceWidth());
-    int least = frame[part.top * width + part.left], most = least;
-    for (int y = part.top; y < part.bottom; ++y)
-        for (int x = part.left; x < part.right; ++x) {
-            const int sample = frame[y * width + x];
-            least = std::min(least, sample);
-            most = std::max(most, sample);
-        }
-    readWell(least, most, low, high, units);
+    const primitives::height_range range = surface::range_keeper().of(frame, imageSize().cx, part);
+    readWell(range.minimum, range.maximum, low, high, units);
 }
 
 void CSurfMathView::showPart(const CRect& window)

@@ -208,6 +208,7 @@ private:
     bool invertedDisplay = false;       ///< the scale runs backwards because of the option "invert"
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
     surface::window_fitter fitter;
+    surface::range_keeper shownRange;
     surface::overlay_bitmap overlayBitmap;
     bool isRenderPending = false;
 };

@@ -10,6 +10,7 @@
 #include "view/AxisLine.h"
 #include "view/SectionSource.h"
 #include "view/VolumeSource.h"
+#include "view/render.h"
 
 #include <cmath>
 
@@ -38,10 +39,22 @@ void CSurfMathView::render()
     const CSize size{image.width(), image.height()};
     const surface::fitted_window shown = fitter.fit(frame, whole.right, window, size);
     RECT region = surface::shown_part(roiRect(), window, size);
-    const bool hasRegion = drawn.roiActive && !CRect(region).IsRectEmpty();
-    scale.DrawImage(image.bits().data(), shown.samples, shown.step, {size.cx, size.cy}, valueAxis(),
-                    number(*this, "scaling.z") == 1, static_cast<bool>(options["highlight"]),
-                    hasRegion ? &region : nullptr, image.header().biBitCount == 32, &displayMin, &displayMax);
+    CRect part = window;
+    const bool hasRegion = drawn.roiActive && part.IntersectRect(roiRect(), window);
+    // The picture may be made of means: the range is that of the samples, whatever the size of the window.
+    const primitives::height_range range = shownRange.of(frame, whole.right, hasRegion ? part : window);
+    scale.DrawImage({.bits = image.bits().data(),
+                     .source = shown.samples,
+                     .sourceStep = shown.step,
+                     .size = {size.cx, size.cy},
+                     .zAxis = &valueAxis(),
+                     .absolute = number(*this, "scaling.z") == 1,
+                     .highlight = static_cast<bool>(options["highlight"]),
+                     .roi = hasRegion ? &region : nullptr,
+                     .rgb32 = image.header().biBitCount == 32,
+                     .lowOut = &displayMin,
+                     .highOut = &displayMax,
+                     .range = &range});
 }
 
 void CSurfMathView::setRegionOfInterest(const CRect& part)

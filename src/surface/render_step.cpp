@@ -50,4 +50,23 @@ fitted_window window_fitter::fit(const std::int16_t* image, int rowLength, const
     return {buffer.data(), size.cx * sampleBytes};
 }
 
+primitives::height_range range_keeper::of(const std::int16_t* image, int rowLength, const CRect& part)
+{
+    if (image == lastImage && part == lastPart) return range;
+    range = {};
+    // Whole rows lie one behind another: all of them are one stretch.
+    const bool isWhole = part.Width() == rowLength;
+    const int rows = isWhole ? 1 : part.Height();
+    const std::size_t length = static_cast<std::size_t>(part.Width()) * (isWhole ? part.Height() : 1);
+    const std::int16_t* row = image + std::ptrdiff_t{part.top} * rowLength + part.left;
+    for (int y = 0; y < rows; ++y, row += rowLength) {
+        const primitives::height_range found = primitives::find_range({row, length});
+        range.minimum = std::min(range.minimum, found.minimum);
+        range.maximum = std::max(range.maximum, found.maximum);
+    }
+    lastImage = image;
+    lastPart = part;
+    return range;
+}
+
 } // namespace surface

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/geometry.h"
+#include "primitives/range.h"
 
 #include <cstdint>
 #include <vector>
@@ -36,6 +37,21 @@ private:
     };
     request last;
     std::vector<std::int16_t> buffer;
+};
+
+/// The range of the samples of a part of an image; the last one is kept, so that what changes colours alone reads none.
+class range_keeper {
+public:
+    /// \param image  samples of the whole frame, rows of `rowLength`
+    /// \param part   inside the image, not empty
+    primitives::height_range of(const std::int16_t* image, int rowLength, const CRect& part);
+    /// The samples have changed.
+    void forget() noexcept { lastImage = nullptr; }
+
+private:
+    const std::int16_t* lastImage = nullptr;
+    CRect lastPart;
+    primitives::height_range range;
 };
 
 } // namespace surface

@@ -61,9 +61,22 @@ const color_table& CScale::table() const noexcept { return m_ColorTable[static_c
 void CScale::DrawImage(void* bits, const short* src, int srcStep, IppiSize size, const VLAxis& zAxis, bool absolute,
                        bool highlight, RECT* roi, bool rgb32, int* lowOut, int* highOut)
 {
-    if (size.width < 1 || size.height < 1) return;
-    view::render_image(*this, table(),
-                       {bits, src, srcStep, size, &zAxis, absolute, highlight, roi, rgb32, lowOut, highOut});
+    DrawImage({.bits = bits,
+               .source = src,
+               .sourceStep = srcStep,
+               .size = size,
+               .zAxis = &zAxis,
+               .absolute = absolute,
+               .highlight = highlight,
+               .roi = roi,
+               .rgb32 = rgb32,
+               .lowOut = lowOut,
+               .highOut = highOut});
+}
+
+void CScale::DrawImage(const view::render_request& request)
+{
+    if (request.size.width >= 1 && request.size.height >= 1) view::render_image(*this, table(), request);
 }
 
 unsigned long CScale::GetColor(int i, int n) const noexcept { return view::color_at(table(), inverse, i, n); }

@@ -10,6 +10,9 @@
 #include <vector>
 
 class CImageView;
+namespace view {
+struct render_request;
+}
 
 /// A colour scale: which values a picture shows and in which colours, and the strip that shows it where it has a
 /// window. All scales of the process share the colour tables, which exist from the first scale to the last; the first
@@ -37,6 +40,9 @@ public:
     /// \throws std::runtime_error when a temporary cannot be had
     void DrawImage(void* bits, const short* src, int srcStep, IppiSize size, const VLAxis& zAxis, bool absolute,
                    bool highlight, RECT* roi, bool rgb32, int* lowOut, int* highOut);
+
+    /// A drawing with all that can be told about it.
+    void DrawImage(const view::render_request& request);
 
     /// Colour of position i of n steps; the table's last entry at i = n.
     unsigned long GetColor(int i, int n) const noexcept;

@@ -147,7 +147,9 @@ void render_image(scale_state& state, const color_table& table, const render_req
         window = paint_per_line_flattened(source, request.size, bytes.data(), painter);
     } else {
         const RECT whole{0, 0, request.size.width, request.size.height};
-        const primitives::height_range range = range_of(source, request.roi ? *request.roi : whole);
+        const bool isKnown = request.range && !request.highlight;
+        const primitives::height_range range =
+            isKnown ? *request.range : range_of(source, request.roi ? *request.roi : whole);
         window = {range.minimum, range.maximum};
         if (mode == fixedScale) window = fixed_window(state, *request.zAxis, range, request.absolute);
         paint_with_window(source, request.size.height, window, bytes.data(), painter);

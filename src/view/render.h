@@ -25,6 +25,9 @@ struct render_request {
     bool rgb32 = true;      ///< 4 bytes a pixel, the fourth left as it is; else 3 and rows padded to 4 bytes
     int* lowOut = nullptr;  ///< the raw limits that were used
     int* highOut = nullptr;
+    /// The global range where it is not that of the source, which may be a reduced picture of more samples; null: it
+    /// is. Slopes are always those of the source.
+    const primitives::height_range* range = nullptr;
 };
 
 /// Draws; a fixed window that does not suit the data is replaced in `state`. \throws std::runtime_error when a

@@ -166,7 +166,8 @@ void render_reference(scale_state& state, const color_table& table, const render
         mode = autoScale;
     }
     const RECT whole{0, 0, request.size.width, request.size.height};
-    const primitives::height_range range = range_of(source, request.roi ? *request.roi : whole);
+    primitives::height_range range = range_of(source, request.roi ? *request.roi : whole);
+    if (request.range && !request.highlight) range = *request.range;
     for (int y = 0; y < request.size.height; ++y)
         std::copy_n(source.row(y), request.size.width,
                     floats.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(request.size.width));

@@ -93,6 +93,26 @@ TEST_F(PictureTest, ALegendStandsAroundThePictureOrOnIt)
     EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
 }
 
+TEST_F(PictureTest, ColoursAreTheSameWithAndWithoutALegend)
+{
+    std::string text = "# Channel: Height\n# Width: 300 nm\n# Height: 300 nm\n# Value units: nm\n";
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 300; ++x) {
+            text += x == 210 && y == 120 ? "400" : x < 150 ? "0" : "100"; // one sample stands out
+            text += x < 299 ? ' ' : '\n';
+        }
+    write_file(folder / "m.txt", text);
+    ASSERT_EQ(vldv({"render", "m.txt", "-o", "plain.png", "--palette", "1"}).status, 0);
+    ASSERT_EQ(
+        vldv({"render", "m.txt", "-o", "legend.png", "--palette", "1", "--legend", "compact", "--size", "100x100"})
+            .status,
+        0);
+    const std::vector<unsigned> plain = pixels("plain.png", 300, 300), legend = pixels("legend.png", 100, 100);
+    ASSERT_FALSE(plain.empty() || legend.empty());
+    EXPECT_EQ(plain[300 * 150 + 290], 0x404040u) << "byte 63.75";
+    EXPECT_EQ(legend[100 * 50 + 90], 0x404040u);
+}
+
 TEST_F(PictureTest, SeveralPicturesGetNamesOfTheirOwn)
 {
     examples();

@@ -86,6 +86,42 @@ TEST_F(SurfaceTest, RendersTheWindowOnShowUpright)
     EXPECT_EQ(lightness(255, 100), whole);
 }
 
+TEST_F(SurfaceTest, TheRangeIsThatOfTheSamplesWhateverTheWindow)
+{
+    // Ground of 0 on the left and 100 on the right, where one sample in 600 x 300 stands at 400.
+    SPMDataStream spike = slope(600, 300);
+    auto* const samples = static_cast<short*>(spike.array_data());
+    for (int i = 0; i < 600 * 300; ++i) samples[i] = i % 600 < 300 ? 0 : 100;
+    samples[600 * 200 + 450] = 400;
+    CSurfMathView& view = open(spike);
+    view.getScale().SetPaletteId(1); // gray
+    view.getScale().SetAutoScaling(view::autoScale);
+    const auto ground = [&view] { // of the lower right corner
+        view.RefreshDisplay();
+        view.flushTimers();
+        return int(view.GetBits()[static_cast<std::size_t>(view.image.width() - 3) * 4]);
+    };
+    constexpr int quarter = 64; // 100 of 400 is byte 63.75
+    for (const int width : {300, 512, 600, 900, 1300}) {
+        view.OnSize({width + 140, width / 2 + 75});
+        EXPECT_EQ(ground(), quarter) << width;
+    }
+    view.getScale().SetAutoScaling(view::fixedScale);
+    view.getScale().setFixedUnits("nm");
+    view.getScale().setRelativeMeanOffset(0.0);
+    view.getScale().setFixedSize(400 * 0.5 * 300); // more than 256 times the range of means, not that of samples
+    view.setOption("scaling.z", "Relative");
+    EXPECT_EQ(ground(), 0);
+    EXPECT_EQ(view.getScale().getFixedSize(), 400 * 0.5) << "replaced by the range of the samples";
+    view.getScale().SetAutoScaling(view::autoScale);
+    view.showPart({400, 0, 600, 150}); // the spike is out of sight
+    EXPECT_EQ(ground(), 0);
+    view.showPart({200, 100, 600, 300});
+    EXPECT_EQ(ground(), quarter);
+    view.setRegionOfInterest({440, 190, 460, 210});
+    EXPECT_EQ(ground(), 0) << "from 100 to 400";
+}
+
 TEST_F(SurfaceTest, TheFullLegendHasAxesFileAndScale)
 {
     CSurfMathView& view = open();
