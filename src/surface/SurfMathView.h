@@ -88,6 +88,8 @@ public:
     /// Takes over what is selected on a similar image.
     void adoptSelection(const surface::selection_state& from);
     void updateStatistics();
+    /// Repaints the panel when it shows other rows of the measurement now.
+    void refreshMeasureRows();
     void refreshZoomWindow();
 
 private:
@@ -110,6 +112,7 @@ private:
     const VLAxis& axis(const char* option, unsigned dimension) const;
     CRect roiRect() const;
     surface::measured_surface measured() const;
+    std::vector<surface::statistics_row> measureRows() const;
     CSize imageSize() const;
     CRect selectionBounds() const;
 
@@ -197,9 +200,10 @@ private:
     surface::cursor_machine machine{drawn, world};
     CScale scale;
     surface::section_pens pens;
-    std::vector<surface::statistics_row> statisticsRows;
-    CSize knownSize;     ///< of the image when it was last looked at
-    CRect sectionBounds; ///< of the section shown last, samples of this image
+    std::vector<surface::statistics_row> statisticsRows; ///< of the frame
+    std::vector<surface::statistics_row> panelRows; ///< of the measurement, as the panel was last told to show them
+    CSize knownSize;                                ///< of the image when it was last looked at
+    CRect sectionBounds;                            ///< of the section shown last, samples of this image
     bool autoRefresh = true;
     bool marksNumbered = true;
     int marksStyle = 0;

@@ -178,6 +178,7 @@ surface::legend_content CSurfMathView::legendContent() const
         });
     }
     content.statistics = statisticsRows;
+    std::ranges::move(measureRows(), std::back_inserter(content.statistics));
     content.drawn = &drawn;
     return content;
 }

@@ -3,6 +3,8 @@
 #include "surface/SurfMathView.h"
 #include "surface/measurement_text.h"
 
+#include <utility>
+
 namespace {
 
 constexpr const char* directionKey = "\\Line direction";
@@ -15,9 +17,22 @@ void CSurfMathView::updateStatistics()
     if (const short* const frame = samples()) {
         const std::size_t count = std::size_t{getSourceWidth()} * getSourceHeight();
         statisticsRows = surface::frame_statistics({frame, count}, static_cast<int>(getSourceWidth()), valueAxis());
-        surface::add_measure_rows(statisticsRows, drawn.measure, static_cast<int>(options["text.compact_length"]));
     }
     Invalidate(true);
+}
+
+std::vector<surface::statistics_row> CSurfMathView::measureRows() const
+{
+    return surface::measure_rows(drawn.measure, static_cast<int>(options["text.compact_length"]));
+}
+
+void CSurfMathView::refreshMeasureRows()
+{
+    std::vector<surface::statistics_row> rows = measureRows();
+    if (std::exchange(panelRows, rows) == rows || !options["ShowStatistics"]) return;
+    CRect panel = GetClientRect();
+    if (!isCompact()) panel.left = panel.right - static_cast<int>(options["ParametersWidth"]);
+    InvalidateRect(panel, true);
 }
 
 std::wstring CSurfMathView::GetClipboardText(bool full)

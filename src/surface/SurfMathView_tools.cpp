@@ -81,6 +81,7 @@ void CSurfMathView::OnCurveToSection()
     drawn.curves.erase(drawn.curves.begin());
     drawn.measure.isVisible = false;
     InvalidateRgn(before, false);
+    refreshMeasureRows();
     world.openSection(points);
 }
 void CSurfMathView::OnUpdateCurveToSection(CCmdUI& ui)

@@ -73,6 +73,7 @@ void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_obje
     if (std::exchange(knownSize, whole) != whole) {
         machine.endDrag();
         drawn.measure.isVisible = false; // what it tells of may be gone
+        refreshMeasureRows();
     }
     // A part as large as the image, but somewhere else, was a part of what the image has been.
     const bool changed = sourceRect != CRect({0, 0}, whole);
@@ -164,4 +165,5 @@ void CSurfMathView::showMeasure(const std::wstring& text)
     drawn.measure.isVisible = true;
     drawn.measure.text = text;
     InvalidateRgn(CRgn::combined(before, GetInvalidateRgn(), RGN_OR), false);
+    refreshMeasureRows();
 }

@@ -11,6 +11,7 @@
 #include "view/DCView.h"
 
 #include <cmath>
+#include <limits>
 
 namespace surface {
 
@@ -65,27 +66,27 @@ void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoi
     if (!isCompact) view.DrawLegendText(&dc, at, next, L" ");
 }
 
-/// A row as it stands, or, where the panel would cut it, with its figure in the unit in which it reads well.
-statistics_row fitting(const CDC& dc, const statistics_row& row, int width)
+/// A row of the panel beside the picture: digits go before anything is cut.
+std::string panel_text(const CDC& dc, const statistics_row& row, int width)
 {
-    const std::string text = row.name + ": " + base::general(row.value) + " " + row.units;
-    return dc.GetTextExtent(base::widen(text)).cx > width ? reading_well(row) : row;
+    const auto width_of = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
+    if (row.name.empty()) return row.units + ":";
+    const std::string text = row_text(row, [&](const std::string& each) { return width_of(each) <= width; });
+    const int needed = width_of(text);
+    return needed > width ? cut_text(text, needed, width) : text;
 }
 
 void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
     const bool isCompact = is_on(view, "CompactLegend");
     const LegendOffset next = isCompact ? legendUp : legendDown;
+    const int width = isCompact ? std::numeric_limits<int>::max() : number(view, "ParametersWidth") - panelGap;
     dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
     if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
     const std::size_t count = content.statistics.size();
     for (std::size_t i = 0; i < count; ++i) {
-        statistics_row row = content.statistics[isCompact ? count - 1 - i : i]; // upwards from the lowest
-        if (!isCompact && !row.name.empty()) row = fitting(dc, row, number(view, "ParametersWidth") - panelGap);
-        if (row.name.empty())
-            view.DrawLegendText(&dc, at, next, L"c:", row.units);
-        else
-            view.DrawLegendText(&dc, at, next, L"c: d c", row.name, row.value, row.units);
+        const statistics_row& row = content.statistics[isCompact ? count - 1 - i : i]; // upwards from the lowest
+        view.DrawLegendText(&dc, at, next, L"c", panel_text(dc, row, width));
     }
 }
 
@@ -168,10 +169,10 @@ std::string cut_text(const std::string& text, int textWidth, double width)
 
 shown_axis shown_span(const char* units, double start, double span, bool isHeight)
 {
-    double shownSpan = span;
-    const char* const unit = isHeight ? default_units_z(units, &shownSpan) : default_units(units, &shownSpan);
+    double reads = span != 0.0 ? span : start;
+    const char* const unit = isHeight ? default_units_z(units, &reads) : default_units(units, &reads);
     const double shownStart = convert_size(units, unit, start);
-    return {shownStart, shownStart + shownSpan, unit};
+    return {shownStart, shownStart + convert_size(units, unit, span), unit};
 }
 
 void draw_measure_text(CDC& dc, CDCView& view, const measure_text& text)
@@ -218,7 +219,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
     style.size = static_cast<double>(view.options["CompactLegend.scale_mark.size"]);
     style.thickness = CorrectDPISize(2);
     const VLAxis& axis = style.isHorizontal ? content.x : content.y;
-    double span = (style.isHorizontal ? view.sourceRect.Width() : view.sourceRect.Height()) * axis.scale;
+    double span = (style.isHorizontal ? view.sourceRect.Width() : view.sourceRect.Height()) * std::fabs(axis.scale);
     const std::string units = default_units(axis.get_units(), &span);
     const int saved = dc.SaveDC();
     dc.SetBkMode(is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options

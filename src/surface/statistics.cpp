@@ -1,6 +1,6 @@
 #include "surface/statistics.h"
 
-#include "base/VLAxis.h"
+#include "base/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "primitives/plane_moments.h"
@@ -39,10 +39,10 @@ std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> sampl
 {
     std::vector<statistics_row> rows{{{}, 0.0, string_resource(statisticsHeading)}};
     if (samples.empty() || width <= 0) return rows;
-    double step = heights.scale;
-    const std::string units = default_units_z(heights.get_units(), &step);
-    const double origin = convert_size(heights.get_units(), units.c_str(), heights.start);
     const auto [range, plane] = primitives::fit_plane(samples, width);
+    const VLAxis shown = readable_axis(heights, range.minimum, range.maximum);
+    const double step = shown.scale, origin = shown.start;
+    const std::string units = shown.get_units();
     const primitives::raw_moments z = primitives::residual_moments(samples, width, plane);
     const double rq = std::sqrt(std::max(z.m2 - z.m1 * z.m1, 0.0));
     const double rsk = rq == 0.0 ? 0.0 : z.m3 / (rq * rq * rq), rku = rq == 0.0 ? 0.0 : z.m4 / (rq * rq * rq * rq);
@@ -62,15 +62,31 @@ statistics_row reading_well(statistics_row row)
     return row;
 }
 
-void add_measure_rows(std::vector<statistics_row>& rows, const measure_text& measure, int compactLength)
+std::string row_text(const statistics_row& row, const std::function<bool(const std::string&)>& fits)
 {
-    if (!measure.isVisible || static_cast<std::int64_t>(measure.text.size()) < compactLength) return;
+    constexpr int allDigits = 6;
+    const double size = std::fabs(row.value);
+    // Fewer than before the point would need an exponent.
+    const int whole = size >= 1.0 && size < 1e6 ? static_cast<int>(std::log10(size)) + 1 : 1;
+    std::string text;
+    for (int digits = allDigits; digits >= whole; --digits) {
+        text = row.name + ": " + base::general(row.value, digits) + " " + row.units;
+        if (fits(text)) break;
+    }
+    return text;
+}
+
+std::vector<statistics_row> measure_rows(const measure_text& measure, int compactLength)
+{
+    std::vector<statistics_row> rows;
+    if (!measure.isVisible || static_cast<std::int64_t>(measure.text.size()) < compactLength) return rows;
     rows.push_back({{}, 0.0, string_resource(measureHeading)});
     const std::string text = base::narrow(measure.text);
     for (std::string_view item : base::split(text, ';')) {
         item = without_leading_blanks(item);
         if (!item.empty()) rows.push_back(measured_row(item));
     }
+    return rows;
 }
 
 } // namespace surface

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,16 +22,19 @@ struct statistics_row {
 
 /// Heights and roughness of a whole frame under their heading: "Zmax", "Zmin" and "Rmax" of the heights as they are,
 /// "Rq", "Ra", "Rsk" and "Rku" of what is left without the best plane, the last two from moments about 0 and without
-/// a subtraction of 3. Values stand in the unit in which the step between two heights reads well.
+/// a subtraction of 3. All heights stand in the unit in which their range reads well.
 /// \param samples  rows of `width`; only the heading for none
 std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights);
 
 /// The same figure in the unit in which it reads well.
 statistics_row reading_well(statistics_row row);
 
-/// Adds what a measurement says under a heading of its own, a row for each item between ";": its name ends at the
-/// first "=", or else ":", then follow number and unit. An item with neither is a name with the value 0. Only a text on
-/// show, of at least `compactLength` characters: shorter ones stay on the picture.
-void add_measure_rows(std::vector<statistics_row>& rows, const measure_text& measure, int compactLength);
+/// The row as "name: value units" with as many of six digits as `fits` lets stand, those before the point in any case.
+std::string row_text(const statistics_row& row, const std::function<bool(const std::string&)>& fits);
+
+/// What a measurement says, under a heading of its own, a row for each item between ";": its name ends at the first
+/// "=", or else ":", then follow number and unit. An item with neither is a name with the value 0. Only a text on show,
+/// of at least `compactLength` characters: shorter ones stay on the picture.
+std::vector<statistics_row> measure_rows(const measure_text& measure, int compactLength);
 
 } // namespace surface

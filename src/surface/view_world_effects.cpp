@@ -12,7 +12,12 @@
 
 namespace surface {
 
-void view_world::invalidate(const CRgn& region, bool erase) { view.InvalidateRgn(region, erase); }
+void view_world::invalidate(const CRgn& region, bool erase)
+{
+    view.InvalidateRgn(region, erase);
+    view.refreshMeasureRows();
+}
+
 void view_world::invalidateAll() { view.Invalidate(true); }
 void view_world::setSourceWindow(const CRect& window) { view.showPart(window); }
 void view_world::showStatus(CPoint source) { view.SetMessageText(view.GetMouseText(source)); }

@@ -244,12 +244,12 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     view.OnDrawLegend(dc);
     const std::vector<std::string> texts = texts_of(dc);
     EXPECT_TRUE(holds(texts, "Statistics:"));
-    EXPECT_TRUE(holds(texts, "Rmax: 204500 pm")) << "0.5 nm * (10 * 39 + 19), in the unit of a step";
-    EXPECT_TRUE(holds(texts, "Rq: 0 pm")) << "a plane";
-    view.setOption("ParametersWidth", "89"); // 84 pixels are left, "Rmax: 204500 pm" has 90
+    EXPECT_TRUE(holds(texts, "Rmax: 204.5 nm")) << "0.5 nm * (10 * 39 + 19)";
+    EXPECT_TRUE(holds(texts, "Rq: 0 nm")) << "a plane";
+    view.setOption("ParametersWidth", "79"); // 74 pixels are left, "Rmax: 204.5 nm" has 84
     RecordingDC narrow(view.GetClientRect().Size());
     view.OnDrawLegend(narrow);
-    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 204.5 nm"));
+    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 204 nm"));
     view.setOption("CompactLegend", "true");
     host.pump();
     RecordingDC compact(view.GetClientRect().Size());
@@ -263,8 +263,57 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
         }
     EXPECT_GT(above, 0);
     const std::wstring copied = view.GetClipboardText(true);
-    EXPECT_NE(copied.find(L"Rmax, pm"), std::wstring::npos);
-    EXPECT_NE(copied.find(L"204500"), std::wstring::npos);
+    EXPECT_NE(copied.find(L"Rmax, nm"), std::wstring::npos);
+    EXPECT_NE(copied.find(L"204.5"), std::wstring::npos);
+}
+
+TEST_F(SurfaceTest, ThePanelFollowsEveryMeasurement)
+{
+    CSurfMathView& view = open();
+    view.setOption("ShowStatistics", "true");
+    view.setOption("text.compact_length", "5");
+    host.pump();
+    view.flushTimers();
+    HeadlessWindow& window = CHeadlessHost::windowOf(view);
+    const auto panel = [&] { // what is written from the rows of the measurement on; the panel was to be repainted
+        const CRect client = view.GetClientRect();
+        const CRgn missing =
+            CRgn::combined(CRgn(CRect(client.right - 100, 0, client.right, client.bottom)), window.invalid, RGN_DIFF);
+        EXPECT_TRUE(missing.isEmpty());
+        window.invalid = CRgn();
+        RecordingDC dc(client.Size());
+        view.OnDrawLegend(dc);
+        std::vector<std::string> texts = texts_of(dc);
+        const auto heading = std::ranges::find(texts, "Text:");
+        return heading == texts.end() ? std::vector<std::string>{} : std::vector(heading + 1, texts.end());
+    };
+    const auto at = [&view](int x, int y) { return CPoint{view.xsrc2clnt(x), view.ysrc2clnt(y)}; };
+    const auto drag = [&](CPoint from, CPoint to) {
+        view.OnLButtonDown(MK_LBUTTON, from);
+        view.OnMouseMove(MK_LBUTTON, to);
+        view.OnLButtonUp(0, to);
+    };
+    const auto rowsHold = [&](const char* text) {
+        return std::ranges::any_of(panel(), [text](const std::string& each) { return each.starts_with(text); });
+    };
+    view.OnCmdMsg(6005, nullptr); // angle
+    drag(at(5, 5), at(25, 5));
+    drag(at(5, 5), at(5, 15));
+    EXPECT_TRUE(rowsHold("Angle: 90 deg"));
+    EXPECT_NE(view.GetClipboardText(true).find(L"Angle, deg"), std::wstring::npos);
+    drag(at(5, 5), at(25, 5));
+    drag(at(5, 5), at(25, 5));
+    EXPECT_TRUE(rowsHold("Angle: 0 deg"));
+    view.OnCmdMsg(6007, nullptr); // curve
+    EXPECT_TRUE(panel().empty()) << "what it told of is gone";
+    EXPECT_EQ(view.GetClipboardText(true).find(L"Angle"), std::wstring::npos);
+    drag(at(10, 10), at(10, 10));
+    drag(at(20, 10), at(20, 10));
+    EXPECT_TRUE(rowsHold("L: 10 nm"));
+    document->UpdateAllViews(nullptr, 12, std::string("L=3 nm"));
+    EXPECT_TRUE(rowsHold("L: 3 nm"));
+    view.OnCmdMsg(10029, nullptr);
+    EXPECT_TRUE(panel().empty());
 }
 
 TEST_F(SurfaceTest, ThePaletteOfAnImageIsRememberedWithIt)

@@ -11,12 +11,10 @@ using surface::statistics_row;
 
 std::vector<statistics_row> rows_of(const std::wstring& text, int compactLength = 1, bool isVisible = true)
 {
-    std::vector<statistics_row> rows;
     surface::measure_text measure;
     measure.text = text;
     measure.isVisible = isVisible;
-    surface::add_measure_rows(rows, measure, compactLength);
-    return rows;
+    return surface::measure_rows(measure, compactLength);
 }
 
 TEST(FrameStatistics, StandInOrderUnderTheirHeading)
@@ -40,12 +38,44 @@ TEST(FrameStatistics, StandInOrderUnderTheirHeading)
     }
 }
 
-TEST(FrameStatistics, OriginAndStepShareTheUnitOfTheStep)
+TEST(FrameStatistics, AllHeightsShareTheUnitInWhichTheirRangeReadsWell)
 {
-    const auto rows = surface::frame_statistics(std::vector<std::int16_t>{0, 100}, 2, VLAxis(1, 0.25, "nm"));
-    EXPECT_EQ(rows[1].units, "pm");
-    EXPECT_NEAR(rows[1].value, 1000.0 + 100 * 250.0, 1e-9);
-    EXPECT_NEAR(rows[2].value, 1000.0, 1e-9);
+    const struct {
+        VLAxis axis;
+        std::int16_t highest;
+        const char* units;
+        double zMax, zMin, rMax;
+    } cases[] = {
+        {VLAxis(1, 0.25, "nm"), 100, "nm", 26, 1, 25},          {VLAxis(1, 0.25, "nm"), 3, "pm", 1750, 1000, 750},
+        {VLAxis(3e-6, 5e-12, "m"), 2000, "nm", 3010, 3000, 10}, // the range, not the offset
+        {VLAxis(2e-6, 5e-12, "m"), 0, "µm", 2, 2, 0},           // one height
+        {VLAxis(1, 0.25, "px"), 4000, "px", 1001, 1, 1000},
+    };
+    for (const auto& each : cases) {
+        const auto rows = surface::frame_statistics(std::vector<std::int16_t>{0, each.highest}, 2, each.axis);
+        for (std::size_t i = 1; i <= 5; ++i) EXPECT_EQ(rows[i].units, each.units) << rows[i].name;
+        EXPECT_NEAR(rows[1].value, each.zMax, 1e-9);
+        EXPECT_NEAR(rows[2].value, each.zMin, 1e-9);
+        EXPECT_NEAR(rows[3].value, each.rMax, 1e-9);
+    }
+}
+
+TEST(StatisticsRow, LosesDigitsBehindThePointFirst)
+{
+    const struct {
+        double value;
+        std::size_t room;
+        const char* text;
+    } cases[] = {
+        {204.512345, 99, "Rq: 204.512 nm"}, {204.512345, 13, "Rq: 204.51 nm"}, {204.512345, 10, "Rq: 205 nm"},
+        {204.512345, 5, "Rq: 205 nm"},      {-0.0625, 10, "Rq: -0.06 nm"},     {0.0, 3, "Rq: 0 nm"},
+        {123456.7, 3, "Rq: 123457 nm"},     {1234567.8, 14, "Rq: 1.2e+06 nm"},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(surface::row_text({"Rq", each.value, "nm"},
+                                    [&](const std::string& text) { return text.size() <= each.room; }),
+                  each.text)
+            << each.value << ' ' << each.room;
 }
 
 TEST(FrameStatistics, ThinFlatAndMissingFramesHaveNoRoughness)
