@@ -64,6 +64,7 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
         return base::formatted("--at %d,%d lies outside of the image of %d x %d samples", seed.x, seed.y, frame.width,
                                frame.height);
     const std::vector<CPoint> contour = surface::trace_isoline(frame, seed);
+    if (contour.empty()) std::cerr << base::narrow(path) << ": " << surface::why_no_isoline(frame, seed) << '\n';
     if (options.json)
         print_json(path, options, frame, contour);
     else

@@ -74,7 +74,9 @@ bool walk_boundary(int startX, int startY, int from, NeighboursOf neighboursOf, 
     }
 }
 
-/// The walk from the first direction, east first, from which it comes back. `restart` is called before each attempt.
+/// The walk from the first direction, east first, from which it comes back. A start that touches the outside by corners
+/// alone, which every walk passes by, gives way to the sample that the first step leads to. `restart` is called before
+/// each attempt.
 /// \return whether there is one; without neighbours, or with all eight, there is none
 template <class NeighboursOf, class Restart, class Visit>
 bool trace_boundary(int startX, int startY, NeighboursOf neighboursOf, Restart restart, Visit visit)
@@ -87,7 +89,9 @@ bool trace_boundary(int startX, int startY, NeighboursOf neighboursOf, Restart r
         if (walk_boundary(startX, startY, from, neighboursOf, visit)) return true;
     }
     restart();
-    return false;
+    const int way = way_back_in(around, 0);
+    return walk_boundary(startX + boundary_steps[way].x, startY + boundary_steps[way].y, (way + 4) & 7, neighboursOf,
+                         visit);
 }
 
 } // namespace primitives

@@ -87,6 +87,7 @@ private:
     void releaseLengthy(CPoint at);
     void finishRegion();
     void traceIsoline(CPoint seed);
+    void showStatus(CPoint at);
 
     void showTotal();
     void showLength();

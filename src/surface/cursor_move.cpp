@@ -23,7 +23,19 @@ void cursor_machine::move(unsigned flags, CPoint client)
     else
         moveItem(at.source);
     repaint(before, false);
-    world.showStatus(at.source);
+    showStatus(at.source);
+}
+
+/// Where an isoline is wanted and there is none, why.
+void cursor_machine::showStatus(CPoint at)
+{
+    const bool isTracing = state.mode == cursor_mode::isoline && state.hotAction == hot_action::none &&
+                           state.combine != combine_mode::move;
+    const char* const reason = isTracing ? why_no_isoline(world.frame(), at) : "";
+    if (*reason)
+        world.showNotice(reason);
+    else
+        world.showStatus(at);
 }
 
 void cursor_machine::moveMode(CPoint at)

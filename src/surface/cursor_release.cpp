@@ -95,6 +95,7 @@ void cursor_machine::releaseRegion()
 void cursor_machine::releaseIsoline(CPoint at)
 {
     const bool isMoved = state.combine == combine_mode::move;
+    if (!isMoved) showStatus(at);
     state.isoline.clear();
     if (!isMoved) traceIsoline(at);
     if (isMoved || (state.isoline.size() >= 3 && is_closed(state.isoline)))

@@ -72,7 +72,8 @@ public:
     virtual void invalidateAll() = 0;                            ///< with erase
     /// Shows another part of the image and renders it.
     virtual void setSourceWindow(const CRect& window) = 0;
-    virtual void showStatus(CPoint source) = 0; ///< what `GetMouseText` says of the point
+    virtual void showStatus(CPoint source) = 0;    ///< what `GetMouseText` says of the point
+    virtual void showNotice(const char* text) = 0; ///< in the same place, in UTF-8
     virtual void rebuildStatistics() = 0;
     virtual void sendHint(std::uint32_t code, CPoint point) = 0; ///< to all views of the document, for this image
     /// The same to the view that enumerates features; nothing where there is none.

@@ -219,6 +219,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
     style.size = static_cast<double>(view.options["CompactLegend.scale_mark.size"]);
     style.thickness = CorrectDPISize(2);
     const VLAxis& axis = style.isHorizontal ? content.x : content.y;
+    // A bar has a length, whichever way the axis runs.
     double span = (style.isHorizontal ? view.sourceRect.Width() : view.sourceRect.Height()) * std::fabs(axis.scale);
     const std::string units = default_units(axis.get_units(), &span);
     const int saved = dc.SaveDC();

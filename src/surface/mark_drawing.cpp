@@ -99,7 +99,7 @@ void draw_marks(CDC& dc, const std::vector<CPoint>& marks, const view::view_geom
     for (std::size_t i = 0; i < marks.size(); ++i) {
         const CPoint at = to_client(marks[i], geometry);
         draw_mark(dc, at, style.drawn);
-        if (!style.isNumbered) continue;
+        if (!style.isNumbered || !geometry.source.PtInRect(marks[i])) continue; // clamping would bring it into sight
         const std::wstring number = std::to_wstring(i + 1);
         const CPoint label =
             clamped_text({at.x + CorrectDPISize(4), at.y + CorrectDPISize(1)}, dc.GetTextExtent(number),

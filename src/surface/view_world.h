@@ -39,6 +39,7 @@ public:
     void invalidateAll() override;
     void setSourceWindow(const CRect& window) override;
     void showStatus(CPoint source) override;
+    void showNotice(const char* text) override;
     void rebuildStatistics() override;
     void sendHint(std::uint32_t code, CPoint point) override;
     void sendToFeatures(std::uint32_t code, CPoint point) override;

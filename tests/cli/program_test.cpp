@@ -80,6 +80,15 @@ TEST_F(ProgramTest, IsolinesAreWalkedAround)
     const json contour = json::parse(vldv({"isoline", "hill.txt", "--at", "2,1", "--json"}).out);
     EXPECT_EQ(contour["contour"], json::parse("[[2,1],[1,1],[2,1]]"));
     EXPECT_EQ(contour["at"], json::parse("[2,1]"));
+    write_file(folder / "flat.txt", "# Channel: H\n# Width: 3 nm\n# Height: 3 nm\n# Value units: nm\n"
+                                    "3 3 3\n3 3 3\n3 3 9\n");
+    const program_result amid = vldv({"isoline", "flat.txt", "--at", "1,1"});
+    EXPECT_EQ(amid.status, 0);
+    EXPECT_EQ(amid.out, "");
+    EXPECT_NE(amid.err.find("flat.txt: No isoline: all samples around are at least as high"), std::string::npos);
+    const program_result alone = vldv({"isoline", "flat.txt", "--at", "2,0", "--json"});
+    EXPECT_TRUE(json::parse(alone.out)["contour"].empty());
+    EXPECT_NE(alone.err.find("all samples around are lower"), std::string::npos) << alone.err;
     const program_result outside = vldv({"isoline", "hill.txt", "--at", "4,1"});
     EXPECT_EQ(outside.status, 1);
     EXPECT_NE(outside.err.find("4,1 lies outside of the image of 4 x 3"), std::string::npos) << outside.err;

@@ -109,10 +109,12 @@ TEST_F(SurfaceTest, TheRangeIsThatOfTheSamplesWhateverTheWindow)
     view.getScale().SetAutoScaling(view::fixedScale);
     view.getScale().setFixedUnits("nm");
     view.getScale().setRelativeMeanOffset(0.0);
-    view.getScale().setFixedSize(400 * 0.5 * 300); // more than 256 times the range of means, not that of samples
+    constexpr double nearlyTooLarge = 250 * 400 * 0.5; // 256 times the range is; four samples' mean has half of it
+    view.getScale().setFixedSize(nearlyTooLarge);
     view.setOption("scaling.z", "Relative");
+    view.OnSize({300 + 140, 150 + 75});
     EXPECT_EQ(ground(), 0);
-    EXPECT_EQ(view.getScale().getFixedSize(), 400 * 0.5) << "replaced by the range of the samples";
+    EXPECT_EQ(view.getScale().getFixedSize(), nearlyTooLarge) << "it suits the samples";
     view.getScale().SetAutoScaling(view::autoScale);
     view.showPart({400, 0, 600, 150}); // the spike is out of sight
     EXPECT_EQ(ground(), 0);
@@ -160,6 +162,30 @@ TEST_F(SurfaceTest, TheCompactLegendStandsOnThePicture)
     EXPECT_EQ(texts[5], "operator: Ada");
     EXPECT_EQ(texts[6], "30 nm") << "the bar: three quarters of 40 nm";
     EXPECT_EQ(dc.all(drawn::kind::text)[0].box.bottom, view.GetClientRect().bottom);
+}
+
+TEST_F(SurfaceTest, TheBarIsTheSameOnAnAxisThatRunsBackwards)
+{
+    CSurfMathView& view = open();
+    view.setOption("CompactLegend", "true");
+    host.pump();
+    for (const char* const direction : {"Vertical", "Horizontal"}) {
+        view.setOption("CompactLegend.scale_mark.direction", direction);
+        const auto drawnBar = [&view] {
+            RecordingDC dc(view.GetClientRect().Size());
+            view.OnDrawLegend(dc);
+            std::vector<std::vector<CPoint>> lines;
+            for (const drawn& each : dc.all(drawn::kind::lines)) lines.push_back(each.points);
+            const std::vector<std::string> texts = texts_of(dc);
+            return std::pair(std::ranges::count(texts, "30 nm"), lines);
+        };
+        const auto forwards = drawnBar();
+        EXPECT_EQ(forwards.first, 1) << "three quarters of 40 nm";
+        EXPECT_FALSE(forwards.second.empty());
+        for (unsigned side = 0; side < 2; ++side) document->setAxis(0, 0, VLAxis(100, -1.0 - side, "nm"), side);
+        EXPECT_EQ(drawnBar(), forwards);
+        for (unsigned side = 0; side < 2; ++side) document->setAxis(0, 0, VLAxis(100, 1.0 + side, "nm"), side);
+    }
 }
 
 TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)

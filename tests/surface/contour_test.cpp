@@ -42,15 +42,37 @@ TEST(Isoline, GoesAroundWithTheLowSideOnTheRight)
 TEST(Isoline, IsNothingWhereThereIsNoLine)
 {
     const picture alone({"...", ".#.", "..."}), flat({"...", "...", "..."});
-    EXPECT_TRUE(surface::trace_isoline(alone.frame(), {1, 1}).empty());
-    EXPECT_TRUE(surface::trace_isoline(flat.frame(), {1, 1}).empty());
-    EXPECT_TRUE(surface::trace_isoline(flat.frame(), {3, 1}).empty());
-    EXPECT_TRUE(surface::trace_isoline({}, {0, 0}).empty());
-    const picture pocket({"#####", "###.#", "#####", "#####", "#####"});
-    EXPECT_TRUE(surface::trace_isoline(pocket.frame(), {2, 2}).empty()) << "it touches the hole by a corner alone";
-    EXPECT_EQ(surface::trace_isoline(pocket.frame(), {2, 3}).size(), 5u);
     const picture single({"#"});
-    EXPECT_TRUE(surface::trace_isoline(single.frame(), {0, 0}).empty());
+    const std::string lower = "No isoline: all samples around are lower",
+                      level = "No isoline: all samples around are at least as high",
+                      outside = "No isoline: the sample lies outside of the image";
+    const struct {
+        surface::sample_frame frame;
+        CPoint seed;
+        std::string reason;
+    } cases[] = {{alone.frame(), {1, 1}, lower},
+                 {single.frame(), {0, 0}, lower},
+                 {flat.frame(), {1, 1}, level},
+                 {flat.frame(), {3, 1}, outside},
+                 {{}, {0, 0}, outside}};
+    for (const auto& each : cases) {
+        EXPECT_TRUE(surface::trace_isoline(each.frame, each.seed).empty());
+        EXPECT_EQ(surface::why_no_isoline(each.frame, each.seed), each.reason);
+    }
+}
+
+TEST(Isoline, BeginsBesideASeedThatTouchesLowerSamplesByACornerAlone)
+{
+    const picture pocket({"#####", "###.#", "#####", "#####", "#####"}); // the hole is 3, 3
+    EXPECT_EQ(surface::trace_isoline(pocket.frame(), {2, 3}).size(), 5u);
+    // From 2, 2 a turn from the east passes the hole in the north-east and leads north, and from there around the hole.
+    EXPECT_EQ(surface::trace_isoline(pocket.frame(), {2, 2}), points({{2, 3}, {3, 4}, {4, 3}, {3, 2}, {2, 3}}));
+    EXPECT_STREQ(surface::why_no_isoline(pocket.frame(), {2, 2}), "");
+    const picture notch({"#####", "#####", "#####", "####."}); // the outside, by the corner of the image
+    const points line = surface::trace_isoline(notch.frame(), {3, 1});
+    EXPECT_EQ(line.front(), (CPoint{4, 1}));
+    EXPECT_EQ(line.size(), 14u) << "12 straight steps and one aslant, and the start";
+    EXPECT_TRUE(surface::is_closed(line));
 }
 
 TEST(Isoline, IsClosedAndConnectedOnAnySamples)
@@ -64,9 +86,11 @@ TEST(Isoline, IsClosedAndConnectedOnAnySamples)
         const CPoint seed{static_cast<int>(random() % static_cast<unsigned>(width)),
                           static_cast<int>(random() % static_cast<unsigned>(height))};
         const points contour = surface::trace_isoline(frame, seed);
+        EXPECT_EQ(contour.empty(), *surface::why_no_isoline(frame, seed) != '\0');
         if (contour.empty()) continue;
         EXPECT_TRUE(surface::is_closed(contour));
-        EXPECT_EQ(contour.front(), seed);
+        const CSize first = contour.front() - seed;
+        EXPECT_LE(std::max(std::abs(first.cx), std::abs(first.cy)), 1);
         for (std::size_t i = 0; i < contour.size(); ++i) {
             ASSERT_TRUE(frame.contains(contour[i]));
             EXPECT_GE(frame.at(contour[i]), frame.at(seed));

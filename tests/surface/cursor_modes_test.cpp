@@ -69,11 +69,15 @@ TEST_F(CursorTest, AnIsolineSelectsAnIsland)
     choose(cursor_mode::isoline);
     press({30, 30}); // in the flat sea, where all around is as high
     EXPECT_TRUE(state.isoline.empty());
+    ASSERT_FALSE(world.notices.empty());
+    EXPECT_EQ(world.notices.back(), "No isoline: all samples around are at least as high");
+    world.notices.clear();
     drag({15, 15});
     EXPECT_GT(world.waits, 0);
     // Around 10 columns and 6 rows: 2 * (9 + 5) steps, and the start again.
     EXPECT_EQ(state.isoline.size(), 29u);
     release({15, 15});
+    EXPECT_TRUE(world.notices.empty());
     EXPECT_TRUE(state.selectionActive);
     // The pixels whose centres lie within the polygon from sample 10, 10 to 19, 15.
     EXPECT_EQ(box(), CRect(10, 10, 19, 15));

@@ -155,6 +155,16 @@ TEST(MarkDrawing, NumbersStayInsideTheDisplay)
     EXPECT_EQ(lines[2].tools.rop2, R2_XORPEN);
 }
 
+TEST(MarkDrawing, MarksOutsideTheZoomedPartHaveNoNumbers)
+{
+    const view::view_geometry zoomed{CRect(100, 50, 300, 150), CRect(5, 2, 15, 7)};
+    RecordingDC dc;
+    surface::draw_marks(dc, {{5, 2}, {4, 3}, {15, 3}, {9, 1}, {9, 7}, {14, 6}}, zoomed, {});
+    std::string numbers;
+    for (const drawn& each : dc.all(drawn::kind::text)) numbers += each.text;
+    EXPECT_EQ(numbers, "16");
+}
+
 TEST(CurveDrawing, VerticesThatWouldCoverEachOtherAreLeftOut)
 {
     RecordingDC dc;

@@ -60,6 +60,7 @@ struct FakeWorld : surface::ICursorWorld {
     std::vector<std::pair<std::size_t, std::size_t>> toggled;
     std::vector<ISection*> fronted;
     std::vector<CPoint> status;
+    std::vector<std::string> notices;
     CRgn repainted;
 
     std::int16_t& sample(int column, int row) { return samples[static_cast<std::size_t>(row * size.cx + column)]; }
@@ -92,6 +93,7 @@ struct FakeWorld : surface::ICursorWorld {
     void invalidateAll() override { ++wholeRepaints; }
     void setSourceWindow(const CRect& window_) override { window = window_; }
     void showStatus(CPoint source) override { status.push_back(source); }
+    void showNotice(const char* text) override { notices.push_back(text); }
     void rebuildStatistics() override { ++statistics; }
     void sendHint(std::uint32_t code, CPoint point) override { hints.push_back({code, point}); }
     void sendToFeatures(std::uint32_t code, CPoint point) override { features.push_back({code, point}); }
