@@ -8,6 +8,7 @@
 #include "surface/SurfMathView.h"
 #include "surface/render_step.h"
 #include "surface/statistics.h"
+#include "view/render.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -52,17 +53,25 @@ void measure_times(bench::verdict& verdict)
     CScale scale;
     scale.SetAutoScaling(view::autoScale);
     surface::window_fitter fitter;
+    surface::range_keeper ranges;
     volatile std::int64_t kept = 0;
     // As the view's render step does it.
     const auto render = [&] {
-        const surface::fitted_window shown =
-            fitter.fit(samples.data(), side, CRect(0, 0, side, side), {pictureWidth, pictureHeight});
-        scale.DrawImage(pixels.data(), shown.samples, shown.step, {pictureWidth, pictureHeight}, heights, true, false,
-                        nullptr, true, nullptr, nullptr);
+        const CRect window(0, 0, side, side);
+        const surface::fitted_window shown = fitter.fit(samples.data(), side, window, {pictureWidth, pictureHeight});
+        const primitives::height_range range = ranges.of(samples.data(), side, window);
+        scale.DrawImage({.bits = pixels.data(),
+                         .source = shown.samples,
+                         .sourceStep = shown.step,
+                         .size = {pictureWidth, pictureHeight},
+                         .zAxis = &heights,
+                         .absolute = true,
+                         .range = &range});
     };
 
     const auto new_means = [&] {
         fitter.forget();
+        ranges.forget();
         render();
     };
 

@@ -49,9 +49,9 @@ frame_features find_features(const CStorageDoc& document, const frame& which, co
     const int height = static_cast<int>(stream.get_dimension(1).length);
     frame_features made;
     made.working = working_rectangle(options.rect, width, height);
-    made.axes = {document.getAxis(which.image, 0, 0), document.getAxis(which.image, 0, 1),
-                 document.getAxis(which.image, 0, unsigned(-1))};
-    const primitives::const_height_block whole{frame_samples(document, which).data(), width, height, 2 * width};
+    const document::rising_heights heights = frame_heights(document, which);
+    made.axes = {document.getAxis(which.image, 0, 0), document.getAxis(which.image, 0, 1), heights.axis()};
+    const primitives::const_height_block whole{heights.samples().data(), width, height, 2 * width};
     const primitives::const_height_block block{whole.row(made.working.top) + made.working.left, made.working.Width(),
                                                made.working.Height(), whole.step};
     made.levels = spectra::find_levels(block, options.level);

@@ -1,5 +1,6 @@
 // vldv histogram: how the heights of images are distributed, and the share between two delimiters.
 #include "base/text.h"
+#include "base/units.h"
 #include "cli/commands.h"
 #include "cli/file_reports.h"
 #include "cli/frame_choice.h"
@@ -29,34 +30,39 @@ struct frame_histogram {
     frame which;
     spectra::height_histogram counted;
     spectra::delimited_share share;
+    std::string units;
 };
+
+/// For machines values stand in the unit of their kind, for people in the one in which their range reads well.
+std::string shown_units(const spectra::height_histogram& counted, const VLAxis& axis, bool forMachines)
+{
+    double range = counted.valueRange;
+    return forMachines ? base_units(axis.get_units(), &range) : default_units_z(axis.get_units(), &range);
+}
 
 std::vector<frame_histogram> histograms(const CStorageDoc& document, const histogram_options& options)
 {
     std::vector<frame_histogram> made;
     for (const frame& each : chosen_frames(document, options.choice, refuse_no_heights)) {
         const auto bars = options.bars ? std::optional(options.bars) : std::nullopt;
-        auto counted =
-            spectra::make_histogram(frame_samples(document, each), document.getAxis(each.image, 0, unsigned(-1)), bars);
+        const document::rising_heights heights = frame_heights(document, each);
+        auto counted = spectra::make_histogram(heights.samples(), heights.axis(), bars);
+        std::string units = shown_units(counted, heights.axis(), options.asJson);
+        counted = spectra::in_units(std::move(counted), heights.axis().get_units(), units.c_str());
         const spectra::delimited_share share = spectra::share_between(counted, options.window);
-        made.push_back({each, std::move(counted), share});
+        made.push_back({each, std::move(counted), share, std::move(units)});
     }
     return made;
-}
-
-const char* units_of(const CStorageDoc& document, const frame& which)
-{
-    return document.getAxis(which.image, 0, unsigned(-1)).get_units();
 }
 
 json document_json(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
 {
     json images = json::array();
-    for (const auto& [which, counted, share] : made)
+    for (const auto& [which, counted, share, units] : made)
         images.push_back({{"id", document.getImage(which.image).get_name()},
                           {"image", which.image},
                           {"subimage", which.sub},
-                          {"units", units_of(document, which)},
+                          {"units", units},
                           {"bins", counted.bins},
                           {"min", counted.valueMin},
                           {"max", counted.valueMax},
@@ -72,9 +78,9 @@ json document_json(const CStorageDoc& document, const std::vector<frame_histogra
 void print_text(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
 {
     std::string text = base::narrow(path) + '\n';
-    for (const auto& [which, counted, share] : made) {
+    for (const auto& [which, counted, share, units] : made) {
         text += "  " + frame_title(document, which) + '\n';
-        text += "    " + spectra::share_text(share, units_of(document, which)) + '\n';
+        text += "    " + spectra::share_text(share, units.c_str()) + '\n';
         const double step = counted.bins.size() > 1 ? counted.valueRange / double(counted.bins.size() - 1) : 0.0;
         for (std::size_t i = 0; i < counted.bins.size(); ++i)
             text += "    " + base::general(counted.valueMin + double(i) * step) + '\t' +

@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "document/rising_heights.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -32,8 +33,7 @@ void print_text(const std::vector<CPoint>& contour)
 
 json to_json(CPoint point) { return json::array({point.x, point.y}); }
 
-void print_json(const std::wstring& path, const isoline_options& options, const surface::sample_frame& frame,
-                const std::vector<CPoint>& contour)
+void print_json(const std::wstring& path, const isoline_options& options, int level, const std::vector<CPoint>& contour)
 {
     const CPoint seed{options.at[0], options.at[1]};
     json points = json::array();
@@ -42,7 +42,7 @@ void print_json(const std::wstring& path, const isoline_options& options, const 
                       {"image", options.image},
                       {"sub", options.sub},
                       {"at", to_json(seed)},
-                      {"level", frame.at(seed)},
+                      {"level", level},
                       {"contour", points}};
     std::cout << out.dump(2) << '\n';
 }
@@ -56,8 +56,9 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
     if (options.sub >= document.getSubImagesNumber(options.image))
         return base::formatted("image %u has no sub-image %u", options.image, options.sub);
     const auto* const samples = static_cast<const std::int16_t*>(document.getImageDataS(options.image, options.sub));
-    const surface::sample_frame frame{{samples, document.getSubImageLength(options.image)},
-                                      static_cast<int>(stream.get_dimension(0).length),
+    const document::rising_heights heights({samples, document.getSubImageLength(options.image)},
+                                           document.getAxis(options.image, 0, unsigned(-1)));
+    const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
                                       static_cast<int>(stream.get_dimension(1).length)};
     const CPoint seed{options.at[0], options.at[1]};
     if (!frame.contains(seed))
@@ -66,7 +67,7 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
     const std::vector<CPoint> contour = surface::trace_isoline(frame, seed);
     if (contour.empty()) std::cerr << base::narrow(path) << ": " << surface::why_no_isoline(frame, seed) << '\n';
     if (options.json)
-        print_json(path, options, frame, contour);
+        print_json(path, options, samples[std::ptrdiff_t{seed.y} * frame.width + seed.x], contour);
     else
         print_text(contour);
     return "";

@@ -7,6 +7,7 @@
 #include "cli/palette_choice.h"
 #include "cli/session.h"
 #include "cli/standard_streams.h"
+#include "document/rising_heights.h"
 #include "output/picture_scaling.h"
 #include "output/picture_writer.h"
 #include "platform/paths.h"
@@ -76,11 +77,12 @@ std::string draw_plain(const CStorageDoc& document, const surface_number& which,
         const std::vector<int> sides = *parse_rectangle(options.roi);
         roi = {sides[0], sides[1], sides[2], sides[3]};
     }
+    const document::rising_heights heights({samples, std::size_t{columns} * rows}, stream->values.get_axis(0));
     CScale scale;
     set_up_scale(scale, options);
-    scale.DrawImage(picture.pixels.data(), samples, picture.width * 2, {picture.width, picture.height},
-                    stream->values.get_axis(0), options.absolute, options.highlight,
-                    options.roi.empty() ? nullptr : &roi, true, nullptr, nullptr);
+    scale.DrawImage(picture.pixels.data(), heights.samples().data(), picture.width * 2, {picture.width, picture.height},
+                    heights.axis(), options.absolute, options.highlight, options.roi.empty() ? nullptr : &roi, true,
+                    nullptr, nullptr);
     return {};
 }
 

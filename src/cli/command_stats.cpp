@@ -40,8 +40,8 @@ std::vector<frame_rows> figures_of(const CStorageDoc& document, const frame_choi
     for (const frame& each : chosen_frames(document, choice, refuse_no_surface)) {
         frame_rows& made = figures.emplace_back(frame_rows{each, {}});
         const auto width = static_cast<int>(document.getImage(each.image).get_dimension(0).length);
-        for (surface::statistics_row& row : surface::frame_statistics(frame_samples(document, each), width,
-                                                                      document.getAxis(each.image, 0, unsigned(-1))))
+        const document::rising_heights heights = frame_heights(document, each);
+        for (surface::statistics_row& row : surface::frame_statistics(heights.samples(), width, heights.axis()))
             if (!row.name.empty()) made.rows.push_back(std::move(row));
     }
     return figures;

@@ -57,8 +57,8 @@ std::vector<frame_steps> find_all(const CStorageDoc& document, const step_option
     std::vector<frame_steps> found;
     for (const frame& each : frames) {
         const SPMDataStream& stream = document.getImage(each.image);
-        const surface::sample_frame frame{frame_samples(document, each),
-                                          static_cast<int>(stream.get_dimension(0).length),
+        const document::rising_heights heights = frame_heights(document, each);
+        const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
                                           static_cast<int>(stream.get_dimension(1).length)};
         const surface::step_settings settings = settings_for(options, frame);
         found.push_back({each, settings, surface::find_steps(frame, settings)});

@@ -54,6 +54,11 @@ std::span<std::int16_t> frame_samples(const CStorageDoc& document, const frame& 
             document.getSubImageLength(which.image)};
 }
 
+document::rising_heights frame_heights(const CStorageDoc& document, const frame& which)
+{
+    return {frame_samples(document, which), document.getAxis(which.image, 0, unsigned(-1))};
+}
+
 std::string frame_title(const CStorageDoc& document, const frame& which)
 {
     const SPMDataStream& stream = document.getImage(which.image);

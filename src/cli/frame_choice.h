@@ -1,5 +1,6 @@
 #pragma once
 #include "document/StorageDoc.h"
+#include "document/rising_heights.h"
 
 #include <cstdint>
 #include <functional>
@@ -37,6 +38,9 @@ std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice
 
 /// Samples of a frame of an image of 16-bit numbers.
 std::span<std::int16_t> frame_samples(const CStorageDoc& document, const frame& which);
+
+/// The same, as larger samples are larger values, with the first value axis. The document must outlive them.
+document::rising_heights frame_heights(const CStorageDoc& document, const frame& which);
 
 /// "image 0: Topo, sub-image 1 "Backward"", for people.
 std::string frame_title(const CStorageDoc& document, const frame& which);

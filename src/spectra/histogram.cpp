@@ -2,6 +2,7 @@
 
 #include "base/rounding.h"
 #include "base/text.h"
+#include "base/units.h"
 #include "primitives/histogram.h"
 #include "resources/strings.h"
 
@@ -66,6 +67,13 @@ height_histogram make_histogram(const height_counts& heights, const VLAxis& axis
 height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis, std::optional<unsigned> bars)
 {
     return make_histogram(count_frame(samples), axis, bars);
+}
+
+height_histogram in_units(height_histogram histogram, const char* from, const char* to)
+{
+    for (double* const value : {&histogram.valueMin, &histogram.valueMax, &histogram.valueRange})
+        *value = convert_size(from, to, *value);
+    return histogram;
 }
 
 unsigned bin_at(const height_histogram& histogram, double share) noexcept

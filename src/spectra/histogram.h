@@ -39,6 +39,9 @@ unsigned automatic_bar_count(std::size_t samples) noexcept;
 [[nodiscard]] height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis,
                                               std::optional<unsigned> bars = {});
 
+/// The histogram with its values in another unit.
+[[nodiscard]] height_histogram in_units(height_histogram histogram, const char* from, const char* to);
+
 /// Two places along the chart, as shares of its width from 0 to 1. They may be crossed.
 struct delimiters {
     double f1 = 0.25, f2 = 0.75;

@@ -2,6 +2,7 @@
 
 #include "base/rounding.h"
 #include "document/StorageDoc.h"
+#include "document/rising_heights.h"
 #include "platform/WinApp.h"
 
 #include <algorithm>
@@ -77,9 +78,30 @@ bool CSurfMathView::hasSamples() const
     return shown > 0 && source->array_length() >= shown; // a third side may be empty
 }
 
-const short* CSurfMathView::samples() const
+const short* CSurfMathView::givenSamples() const
 {
     return hasSamples() ? static_cast<const short*>(storageDoc()->getImageDataS(imageNumber, subImageNumber)) : nullptr;
+}
+
+bool CSurfMathView::isTurned() const { return axis("AxisZ", unsigned(-1)).scale < 0.0; }
+
+const short* CSurfMathView::samples() const
+{
+    const short* const given = givenSamples();
+    if (!given || !isTurned()) return given;
+    const CSize size = imageSize();
+    const std::size_t count = static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy);
+    if (turnedSamples.size() != count) {
+        turnedSamples.resize(count);
+        document::turn_heights({given, count}, turnedSamples.data());
+    }
+    return turnedSamples.data();
+}
+
+const VLAxis& CSurfMathView::valueAxis() const
+{
+    const VLAxis& given = axis("AxisZ", unsigned(-1));
+    return isTurned() ? turnedAxis = document::turned_axis(given) : given;
 }
 
 surface::sample_frame CSurfMathView::shownFrame() const
@@ -135,6 +157,7 @@ void CSurfMathView::LoadData()
     CImageView::LoadData();
     fitter.forget();
     shownRange.forget();
+    turnedSamples.clear();
     overlayBitmap.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
@@ -145,7 +168,7 @@ void CSurfMathView::LoadData()
 
 void CSurfMathView::getBestScale(double* low, double* high, const char** units)
 {
-    const short* const frame = samples();
+    const short* const frame = givenSamples(); // the base takes them with the axis of the document
     CRect part;
     if (!drawn.roiActive || !frame || !part.IntersectRect(roiRect(), CRect({0, 0}, imageSize())))
         return CImageView::getBestScale(low, high, units);

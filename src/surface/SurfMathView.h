@@ -73,7 +73,8 @@ public:
     /// As the options choose.
     const VLAxis& axisX() const { return axis("AxisX", 0); }
     const VLAxis& axisY() const { return axis("AxisY", 1); }
-    const VLAxis& valueAxis() const { return axis("AxisZ", unsigned(-1)); }
+    /// Of the samples shown: an axis that falls is turned with them, so that larger samples are larger values.
+    const VLAxis& valueAxis() const;
     surface::drawing_axes drawingAxes() const;
     /// All sections and profiles on this image and, with "SelectionSynchr", on similar ones.
     std::vector<ISection*> sections() const;
@@ -107,8 +108,11 @@ private:
 
     // Data
     bool hasSamples() const;
-    /// Samples of the active sub-image; null without.
+    /// Samples of the active sub-image as the document has them; null without.
+    const short* givenSamples() const;
+    /// The same, turned when their axis falls.
     const short* samples() const;
+    bool isTurned() const;
     const VLAxis& axis(const char* option, unsigned dimension) const;
     CRect roiRect() const;
     surface::measured_surface measured() const;
@@ -211,6 +215,8 @@ private:
     bool paletteDirty = false;          ///< the scale differs from the one stored with the image
     bool invertedDisplay = false;       ///< the scale runs backwards because of the option "invert"
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
+    mutable std::vector<std::int16_t> turnedSamples; ///< kept until the data change
+    mutable VLAxis turnedAxis;
     surface::window_fitter fitter;
     surface::range_keeper shownRange;
     surface::overlay_bitmap overlayBitmap;

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "document/StorageDoc.h"
+#include "document/rising_heights.h"
 #include "platform/Exceptions.h"
 #include "platform/paths.h"
 #include "view/Scale.h"
@@ -80,10 +81,11 @@ void draw_surface(file_preview& preview, CStorageDoc& document, unsigned image, 
     const CSize size{static_cast<int>(stream.get_dimension(0).length),
                      static_cast<int>(stream.get_dimension(1).length)};
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
+    const document::rising_heights heights({static_cast<const short*>(document.getImageDataS(image, 0)), pixels.size()},
+                                           stream.values.get_axis(0));
     CScale scale;
-    scale.DrawImage(pixels.data(), static_cast<const short*>(document.getImageDataS(image, 0)),
-                    size.cx * static_cast<int>(sizeof(short)), {size.cx, size.cy}, stream.values.get_axis(0), false,
-                    false, nullptr, true, nullptr, nullptr);
+    scale.DrawImage(pixels.data(), heights.samples().data(), size.cx * static_cast<int>(sizeof(short)),
+                    {size.cx, size.cy}, heights.axis(), false, false, nullptr, true, nullptr, nullptr);
     shrink(preview, pixels, size, side);
 }
 

@@ -126,6 +126,7 @@ void CImageView::readWell(int minimum, int maximum, double* low, double* high, c
     const CStorageDoc* const document = storageDoc();
     const VLAxis& axis = document->getAxis(imageNumber, static_cast<unsigned>(int(options["AxisZ"])), unsigned(-1));
     double lowest = minimum * axis.scale + axis.start, highest = maximum * axis.scale + axis.start;
+    if (lowest > highest) std::swap(lowest, highest); // of an axis that falls
     // Both in the unit of the larger, or they could not be compared.
     double larger = std::max(std::fabs(lowest), std::fabs(highest));
     const char* const best = default_units(axis.get_units(), &larger);

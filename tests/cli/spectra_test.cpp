@@ -61,15 +61,25 @@ TEST_F(SpectraProgramTest, HistogramCountsEveryFrame)
     ASSERT_EQ(files.size(), 2u);
     EXPECT_TRUE(files[1].contains("error"));
     ASSERT_EQ(files[0]["images"].size(), 3u);
-    // Raw 9 … 17 are values 3.5 … 7.5; the bins are round((z - 9) * 2 / 8).
-    EXPECT_EQ(files[0]["images"][1], json::parse(R"({"id":"Topo","image":0,"subimage":1,"units":"nm","bins":[2,4,3],
-        "min":3.5,"max":7.5,"total":9,"peak":4,"x0":5.5,"x1":7.5,"selected":7})"));
+    // Raw 9 … 17 are values 3.5 … 7.5 nm; the bins are round((z - 9) * 2 / 8).
+    json told = files[0]["images"][1];
+    for (const auto& [name, value] : {std::pair{"min", 3.5e-9}, {"max", 7.5e-9}, {"x0", 5.5e-9}, {"x1", 7.5e-9}}) {
+        EXPECT_DOUBLE_EQ(told[name].get<double>(), value) << name;
+        told.erase(name);
+    }
+    EXPECT_EQ(told, json::parse(R"({"id":"Topo","image":0,"subimage":1,"units":"m","bins":[2,4,3],"total":9,"peak":4,
+        "selected":7})"));
     EXPECT_EQ(files[0]["images"][2]["bins"], json({1, 2, 2}));
 
     const json one = json::parse(vldv({"histogram", "--json", "--image", "0", "--sub", "1", "h.spm"}).out);
     ASSERT_EQ(one["files"][0]["images"].size(), 1u);
     EXPECT_EQ(one["files"][0]["images"][0]["bins"].size(), 2u) << "half the root of 9, halves up";
     EXPECT_NE(vldv({"histogram", "--bars", "2", "h.spm"}).out.find("    3.5\t4\n    7.5\t5\n"), std::string::npos);
+    surface.values.set_axis(0, VLAxis(2e-6, 5e-10, "m")); // for people in the unit in which 4 nm read well
+    write("m.spm", {surface});
+    EXPECT_NE(
+        vldv({"histogram", "m.spm", "--sub", "1", "--window", "0,1"}).out.find("X0: 2004.5000 nm\tX1: 2008.5000 nm"),
+        std::string::npos);
     EXPECT_EQ(vldv({"histogram", "h.spm", "--image", "7"}).status, 1);
     for (const char* const window : {"0.5", "0.5,1.5", "a,b", "0.1,0.2,0.3"})
         EXPECT_EQ(vldv({"histogram", "h.spm", "--window", window}).status, 2) << window;

@@ -188,6 +188,34 @@ TEST_F(SurfaceTest, TheBarIsTheSameOnAnAxisThatRunsBackwards)
     }
 }
 
+TEST_F(SurfaceTest, HeightsOverAnAxisThatFallsLookTheSame)
+{
+    const auto shown = [this](const SPMDataStream& stream) {
+        CSurfMathView& view = open(stream);
+        view.setOption("ShowStatistics", "true");
+        view.setRegionOfInterest({3, 4, 30, 15});
+        view.flushTimers();
+        RecordingDC dc(view.GetClientRect().Size());
+        view.OnDrawLegend(dc);
+        std::vector<std::string> all = texts_of(dc);
+        double low = 0.0, high = 0.0;
+        view.getBestScale(&low, &high, nullptr);
+        EXPECT_LT(low, high);
+        all.push_back(std::to_string(low) + ' ' + std::to_string(high));
+        all.push_back(base::narrow(view.GetMouseText({7, 8})));
+        const std::span<std::byte> bits = view.GetBits();
+        all.emplace_back(reinterpret_cast<const char*>(bits.data()), bits.size());
+        while (!app.frames().empty()) app.frames().back()->DestroyFrame();
+        app.freeClosed();
+        return all;
+    };
+    SPMDataStream falling = slope();
+    auto* const samples = static_cast<short*>(falling.array_data());
+    for (int i = 0; i < 40 * 20; ++i) samples[i] = static_cast<short>(-1 - samples[i]);
+    falling.values.set_axis(0, VLAxis(2.5, -0.5, "nm")); // 2.5 - 0.5 (-1 - raw) = 3 + 0.5 raw
+    EXPECT_EQ(shown(falling), shown(slope()));
+}
+
 TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
 {
     CSurfMathView& view = open();
