@@ -1,8 +1,8 @@
 #include "base/SPMDataStream.h"
 
 #include "base/declaration.h"
-#include "base/element_range.h"
 #include "base/six_digits.h"
+#include "base/stream_fitting.h"
 #include "base/text.h"
 
 #include <algorithm>
@@ -140,23 +140,34 @@ void SPMDataStream::convert_stream(SPMVarArrayType target)
 {
     if (target == array_type() || element_size(target) == 0 || element_size(array_type()) != array_element_size())
         return;
-    const base::element_range range = base::find_element_range(*this);
-    double lowest = 0.0, highest = 0.0;
-    const bool toInteger = base::integer_limits(target, lowest, highest);
-    const bool fits = range.allWhole && (!range.anyFinite || (range.lowest >= lowest && range.highest <= highest));
-    if (!toInteger || fits) return base::rewrite_elements(*this, target, nullptr);
+    base::fit_stream(*this, target, base::find_element_range(*this));
+}
 
+bool base::fits_as_it_stands(const element_range& range, SPMVarArrayType target) noexcept
+{
+    double lowest = 0.0, highest = 0.0;
+    return integer_limits(target, lowest, highest) && range.allWhole &&
+           (!range.anyFinite || (range.lowest >= lowest && range.highest <= highest));
+}
+
+void base::fit_stream(SPMDataStream& stream, SPMVarArrayType target, const element_range& range)
+{
+    double lowest = 0.0, highest = 0.0;
+    if (!integer_limits(target, lowest, highest) || fits_as_it_stands(range, target))
+        return rewrite_elements(stream, target, nullptr);
+
+    VLAxesContainer& values = stream.values;
     const VLAxis old = values.get_axes_number() ? values.get_axis(0) : VLAxis();
     const double first = old.at(range.lowest), second = old.at(range.highest);
     if (old.scale == 0.0 || !std::isfinite(first) || !std::isfinite(second)) {
         // No physical meaning to keep: the numbers alone are mapped.
-        convert_array(target, nullptr, nullptr);
+        stream.convert_array(target, nullptr, nullptr);
         return;
     }
-    const base::raw_axis axis = base::six_digit_axis(std::min(first, second), std::max(first, second), lowest, highest);
+    const raw_axis axis = six_digit_axis(std::min(first, second), std::max(first, second), lowest, highest);
     // raw = (start + v * scale - newStart) / newScale
-    const base::element_map map{0.0, (old.start - axis.start) / axis.scale, old.scale / axis.scale};
-    base::rewrite_elements(*this, target, &map);
+    const element_map map{0.0, (old.start - axis.start) / axis.scale, old.scale / axis.scale};
+    rewrite_elements(stream, target, &map);
     for (unsigned i = 1; i < values.get_axes_number(); ++i) {
         VLAxis other = values.get_axis(i);
         other.start += other.scale * ((axis.start - old.start) / old.scale);

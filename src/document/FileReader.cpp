@@ -46,6 +46,7 @@ bool VLFileReader::tellProgress(double done)
 bool VLFileReader::ReadFile(std::istream& in)
 {
     readError.clear();
+    readWarnings.clear();
     readCancelled = false;
     const std::vector<std::byte> head = head_of(in);
     const document::stream_source named(in, sourcePath);
@@ -166,6 +167,7 @@ bool VLFileReader::addRecording(formats::recording& recording)
         }
     }
     for (const auto& [key, text] : recording.strings) setForeignText(key, text, documentTable);
+    readWarnings = std::move(recording.warnings);
     if (!recording.title.empty()) setDisplayTitle(recording.title);
     return true;
 }

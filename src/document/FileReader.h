@@ -38,6 +38,8 @@ public:
     static SupportedFileTypes GetDocumentType(std::istream& in);
     /// Why the last `ReadFile` answered false, in words.
     const std::string& getReadError() const noexcept { return readError; }
+    /// What a user has to know of what the last `ReadFile` gave: what was left out or is not as the file meant it.
+    const std::vector<std::string>& getReadWarnings() const noexcept { return readWarnings; }
     /// True when the last `ReadFile` gave up because `onReadProgress` said so.
     bool isReadCancelled() const noexcept { return readCancelled; }
 
@@ -53,6 +55,7 @@ protected:
     virtual void setDisplayTitle(const std::string&) {}
 
     std::string readError;
+    std::vector<std::string> readWarnings;
 
 private:
     bool tellProgress(double done);

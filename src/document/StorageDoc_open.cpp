@@ -25,6 +25,14 @@ int open_error(const std::filesystem::path& path)
     return errno != 0 ? errno : ENOENT;
 }
 
+/// Tells the output pane what a reader has to say.
+void tell_warnings(const std::wstring& path, const std::vector<std::string>& warnings)
+{
+    CWinApp* const app = AfxGetApp();
+    for (const std::string& warning : warnings)
+        if (app) app->host().output(base::narrow(platform::file_name(path)) + ": " + warning);
+}
+
 /// Sends the progress of a file to the host while it lives, where nobody else wants it.
 class shown_progress {
 public:
@@ -109,6 +117,7 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     fileSizeLow = static_cast<std::uint32_t>(size);
     fileSizeHigh = static_cast<std::uint32_t>(size >> 32);
     incomplete = false;
+    tell_warnings(fullPath, getReadWarnings());
     SetModifiedFlag(fileType != FILE_SPMX);
     return true;
 }

@@ -1,5 +1,6 @@
 #include "document/stream_readers.h"
 
+#include "document/formats/finish_recording.h"
 #include "document/formats/pni.h"
 #include "document/formats/sur.h"
 #include "document/stream_source.h"
@@ -13,7 +14,7 @@ bool read_first(base::read_result<formats::recording> (*read)(formats::source&),
                 SPMDataStream& stream)
 {
     document::stream_source file(in, {});
-    auto found = read(file);
+    auto found = formats::finish_recording(read(file));
     if (!found) return false;
     auto* const image = std::get_if<formats::recorded_image>(&found->items.front());
     if (!image) return false;

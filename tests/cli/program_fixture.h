@@ -9,7 +9,8 @@
 inline constexpr const char* smallMatrix =
     "# Channel: Height\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n1 2\n3 4\n";
 
-inline constexpr const char* smallMatrixRaw = "10922\t32767\n-32768\t-10923\n";
+/// Whole numbers stay as they are; the bottom row stands first.
+inline constexpr const char* smallMatrixRaw = "3\t4\n1\t2\n";
 
 /// Runs vldv in a folder of its own.
 class ProgramTest : public testing::Test {

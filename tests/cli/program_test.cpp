@@ -96,10 +96,19 @@ TEST_F(ProgramTest, IsolinesAreWalkedAround)
     EXPECT_EQ(vldv({"isoline", "hill.txt", "--at", "4"}).status, 2);
 }
 
+TEST_F(ProgramTest, InfoTellsWhatAReaderLeftOut)
+{
+    write_file(folder / "short.txt", "1 2 3 4\n5 6 7 8\n9\n");
+    const std::string warning = "The last line, 3, was left out: it has 1 value of 4";
+    EXPECT_NE(vldv({"info", "short.txt"}).out.find("\n  note: " + warning + "\n"), std::string::npos);
+    EXPECT_EQ(info({"short.txt"})["files"][0]["warnings"], json{warning});
+    write_file(folder / "whole.txt", smallMatrix);
+    EXPECT_FALSE(info({"whole.txt"})["files"][0].contains("warnings"));
+}
+
 TEST_F(ProgramTest, DumpPrintsRowsFromTheLowest)
 {
     write_file(folder / "m.txt", smallMatrix);
-    // 1 to 4 over all of 16 bits: 2 lies a third up, at -32768 + 65535 / 3 = -10923, and 3 at 10922.
     EXPECT_EQ(vldv({"dump", "m.txt"}).out, smallMatrixRaw);
     write_file(folder / "f.txt", "# Channel: H\n# Width: 2 nm\n# Height: 1 nm\n# Value units: nm\n0.5 0.25\n");
     const std::string physical = vldv({"dump", "f.txt", "--physical"}).out;

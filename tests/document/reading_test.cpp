@@ -132,6 +132,19 @@ TEST_F(DocumentTest, SamplesOfARecordingAreMovedIn)
     EXPECT_STREQ(document.getImage(1).get_name(), "a1");
 }
 
+TEST_F(DocumentTest, WarningsOfAReaderAreToldAndKeptAsText)
+{
+    write_file(folder / "short.txt", "1.5 2 3 4\n5 6 7 8.5\n9\n");
+    ASSERT_TRUE(document.OnOpenDocument((folder / "short.txt").wstring().c_str()));
+    const std::string warning = "The last line, 3, was left out: it has 1 value of 4";
+    EXPECT_EQ(document.getReadWarnings(), std::vector{warning});
+    EXPECT_STREQ(document.getString("\\Reader note", unsigned(-1)), warning.c_str());
+    EXPECT_EQ(host.outputLines, std::vector{"short.txt: " + warning});
+
+    ASSERT_TRUE(document.OnOpenDocument(small_file().c_str()));
+    EXPECT_TRUE(document.getReadWarnings().empty()) << "those of the file before are gone";
+}
+
 TEST_F(DocumentTest, ContainersCanBeCancelledToo)
 {
     const SPMDataStream images[] = {heights("a", {8, 8}), heights("b", {8, 8})};

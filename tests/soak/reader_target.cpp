@@ -1,5 +1,6 @@
 #include "reader_target.h"
 
+#include "document/formats/finish_recording.h"
 #include "document/spmx_read.h"
 
 #include <cstdlib>
@@ -90,11 +91,14 @@ int soak_reader(base::read_result<formats::recording> (*read)(formats::source&),
                 std::size_t size)
 {
     formats::memory_source file(std::as_bytes(std::span(data, size)));
-    auto recording = watched(read, file);
+    auto recording = formats::finish_recording(watched(read, file));
     if (!recording) {
         require(!recording.error().reason.empty(), "a refusal has a reason");
         return 0;
     }
+    for (const auto& item : recording->items)
+        if (const auto* image = std::get_if<formats::recorded_image>(&item))
+            require(image->stream.values.get_axis(0).scale > 0.0, "steps are positive");
     soak_document source, copy;
     if (!source.addRecording(*recording)) return 0;
     require_unique_ids(source);

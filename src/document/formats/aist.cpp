@@ -15,9 +15,7 @@ namespace {
 
 VLAxis side_axis(double from, double to, unsigned points, const std::string& units)
 {
-    const double size = std::fabs(to - from);
-    if (!(size > 0.0) || !std::isfinite(size)) return {};
-    return VLAxis(std::min(from, to), size / points, units.c_str());
+    return stated_side(std::min(from, to), std::fabs(to - from), points, units);
 }
 
 channel_plane plane_of(const aist_raster& raster)
@@ -125,6 +123,7 @@ base::read_result<recording> read_aist(source& file)
     if (tree->rasters.empty() && tree->curves.empty()) return base::read_error{0, "holds neither an image nor a curve"};
 
     recording result;
+    tree->missing.tell(result);
     std::vector<std::string> ids;
     const auto rasters = planes_of(tree->rasters), curves = planes_of(tree->curves);
     const auto groups = join_directions(rasters);

@@ -76,7 +76,9 @@ public:
     {
         parse_node(0);
         if (reason.empty() && in.failed()) fail("a length in the tree cannot be, or the file is cut short");
-        if (!reason.empty()) return base::read_error{failedAt, reason};
+        if (reason.empty()) return std::move(tree);
+        if (tree.rasters.empty() && tree.curves.empty()) return base::read_error{failedAt, reason};
+        tree.missing.add({failedAt, reason + ", and what follows it"});
         return std::move(tree);
     }
 

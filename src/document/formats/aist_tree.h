@@ -1,5 +1,6 @@
 #pragma once
 #include "base/byte_reader.h"
+#include "document/formats/left_out.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,12 +31,14 @@ struct aist_curve {
 struct aist_tree {
     std::vector<aist_raster> rasters;
     std::vector<aist_curve> curves;
+    left_out missing; ///< why the rest of the tree could not be walked
 };
 
 /// True when the first bytes can be the root of such a tree; there is no mark that is sure.
 bool may_be_aist_tree(std::span<const std::byte> head) noexcept;
 
-/// Walks the tree. What is returned looks into `bytes`.
+/// Walks the tree as far as that can be done; refused when nothing to show stands before its damage. What is returned
+/// looks into `bytes`.
 base::read_result<aist_tree> parse_aist_tree(std::span<const std::byte> bytes);
 
 } // namespace formats

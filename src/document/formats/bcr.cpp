@@ -72,10 +72,11 @@ public:
         const auto found = lines.find(key);
         return found == lines.end() || found->second.empty() ? otherwise : found->second;
     }
+    /// What a key states, NaN for a text that is no number; `otherwise` when it states nothing.
     double number(const std::string& key, double otherwise) const
     {
-        const auto number = base::leading_number(text(key));
-        return number && std::isfinite(*number) ? *number : otherwise;
+        const std::string stated = text(key);
+        return stated.empty() ? otherwise : base::leading_number(stated).value_or(std::nan(""));
     }
     const std::map<std::string, std::string>& all() const noexcept { return lines; }
 
@@ -115,9 +116,9 @@ base::read_result<bcr_layout> read_header(source& file)
 
 VLAxis lateral(const bcr_header& header, const char* length, const char* offset, const char* units, unsigned count)
 {
-    const double size = header.number(length, 0.0);
-    if (!(size > 0)) return {};
-    return {header.number(offset, 0.0), size / count, normal_unit(header.text(units, "nm")).c_str()};
+    if (header.text(length).empty()) return {};
+    return stated_side(header.number(offset, 0.0), header.number(length, 0.0), count,
+                       normal_unit(header.text(units, "nm")));
 }
 
 template <class T>
@@ -201,10 +202,10 @@ base::read_result<recording> read_bcr(source& file)
 
     const std::string units = normal_unit(header.text("zunit", "nm"));
     const double zmin = header.number("zmin", 0.0);
+    if (!std::isfinite(zmin)) return refuse("zmin is no number or infinite");
     const double bit2nm = header.number("bit2nm", 1.0);
-    const value_scale scale = layout->kind.isFloat
-                                  ? value_scale{1.0, 0.0, units, "zunit"}
-                                  : value_scale{bit2nm == 0.0 ? 1.0 : bit2nm, 0.0, units, "bit2nm, zunit"};
+    const value_scale scale =
+        layout->kind.isFloat ? value_scale{1.0, 0.0, units, "zunit"} : value_scale{bit2nm, 0.0, units, "bit2nm, zunit"};
     const extent sides[] = {{width, lateral(header, "xlength", "xoffset", "xunit", width)},
                             {height, lateral(header, "ylength", "yoffset", "yunit", height)}};
     recorded_image image = make_samples("Topography", "Topography", sides, 1, scale, type);

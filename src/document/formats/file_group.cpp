@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/heights.h"
+#include "document/formats/left_out.h"
 
 #include <algorithm>
 #include <iterator>
@@ -78,6 +79,7 @@ void append(recording& whole, recording part, std::vector<std::string>& ids)
             image->stream.set_name(unique_id(image->stream.get_name(), ids).c_str());
         whole.items.push_back(std::move(item));
     }
+    for (const std::string& each : part.warnings) add_warning(whole, each);
     whole.strings.merge(part.strings);
 }
 
@@ -108,6 +110,7 @@ base::read_result<recording> read_file_group(source& file, channel_file_reader r
     const std::size_t tag = find_channel_tag(base::lower_ascii(file.name()));
     recording whole;
     std::vector<std::string> ids, names;
+    left_out missing;
     if (tag != std::string::npos) {
         whole.title = file.name().substr(0, tag);
         names = find_group(file, whole.title);
@@ -117,8 +120,12 @@ base::read_result<recording> read_file_group(source& file, channel_file_reader r
             return base::read_error{0, "reading was cancelled"};
         const auto member = file.sibling(names[i]);
         if (!member) continue;
-        if (auto content = read_member(*member, read)) append(whole, std::move(*content), ids);
+        if (auto content = read_member(*member, read))
+            append(whole, std::move(*content), ids);
+        else
+            missing.add({content.error().offset, names[i] + ": " + content.error().reason});
     }
+    if (!whole.items.empty()) missing.tell(whole);
     if (!whole.items.empty()) return whole;
     auto alone = read_member(file, read);
     if (!alone) return alone.error();

@@ -1,6 +1,7 @@
 #include "document/formats/aist.h"
 #include "document/formats/bcr.h"
 #include "document/formats/bmp.h"
+#include "document/formats/finish_recording.h"
 #include "document/formats/hdf.h"
 #include "document/formats/ibw.h"
 #include "document/formats/img.h"
@@ -42,34 +43,41 @@ bool sniff_container(std::span<const std::byte> head)
            std::memcmp(head.data() + nameAt, entry.data(), entry.size()) == 0;
 }
 
+/// A reader whose recordings are finished: what the table hands out.
+template <base::read_result<recording> (*Read)(source&)>
+base::read_result<recording> finished(source& file)
+{
+    return finish_recording(Read(file));
+}
+
 // In the order of the file dialog. type, name, patterns, sniff, possible, read, underAnyName.
 constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
-     nullptr, read_nanoscope},
-    {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, read_hdf},
-    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, read_jpk, true},
-    {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, read_tmd},
-    {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, read_sm2},
-    {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, read_stp},
-    {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, read_tlk},
-    {FILE_WSXM, "WSxM files", "*.to?;*.ch?", sniff_wsxm, nullptr, read_wsxm},
-    {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, read_mdt},
-    {FILE_IMG, "IMG files", "*.img", sniff_img, possible_img, read_img},
-    {FILE_BCR, "Umka files", "*.bcr", sniff_bcr, nullptr, read_bcr},
-    {FILE_IBW, "IgorPro Files", "*.ibw", sniff_ibw, possible_ibw, read_ibw},
-    {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, read_wip},
-    {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, read_scala},
-    {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, read_nid},
-    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, possible_pni, read_pni_group},
-    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, read_sur_group},
-    {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, read_aist, true},
-    {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, read_opd},
-    {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, read_bmp},
-    {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, read_jpeg},
-    {FILE_PNG, "PNG files", "*.png", sniff_png, nullptr, read_png},
-    {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, read_tiff},
-    {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, read_text_table, true},
+     nullptr, finished<read_nanoscope>},
+    {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, finished<read_hdf>},
+    {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, finished<read_jpk>, true},
+    {FILE_TMD, "Scan 8 files", "*.tmd", sniff_tmd, possible_tmd, finished<read_tmd>},
+    {FILE_SM2, "Smena files", "*.sm2", sniff_sm2, possible_sm2, finished<read_sm2>},
+    {FILE_STP, "Molecular Imaging files", "*.stp", sniff_stp, nullptr, finished<read_stp>},
+    {FILE_TLK, "TLK files", "*.tlk", nullptr, possible_tlk, finished<read_tlk>},
+    {FILE_WSXM, "WSxM files", "*.to?;*.ch?", sniff_wsxm, nullptr, finished<read_wsxm>},
+    {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, finished<read_mdt>},
+    {FILE_IMG, "IMG files", "*.img", sniff_img, possible_img, finished<read_img>},
+    {FILE_BCR, "Umka files", "*.bcr", sniff_bcr, nullptr, finished<read_bcr>},
+    {FILE_IBW, "IgorPro Files", "*.ibw", sniff_ibw, possible_ibw, finished<read_ibw>},
+    {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, finished<read_wip>},
+    {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, finished<read_scala>},
+    {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, finished<read_nid>},
+    {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, possible_pni, finished<read_pni_group>},
+    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, finished<read_sur_group>},
+    {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, finished<read_aist>, true},
+    {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, finished<read_opd>},
+    {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, finished<read_bmp>},
+    {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, finished<read_jpeg>},
+    {FILE_PNG, "PNG files", "*.png", sniff_png, nullptr, finished<read_png>},
+    {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, finished<read_tiff>},
+    {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, finished<read_text_table>, true},
 };
 
 } // namespace

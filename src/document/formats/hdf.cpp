@@ -30,13 +30,6 @@ struct proscan_header {
     std::map<std::string, std::string> strings;
 };
 
-/// The place of `points` samples over `size` micrometres; none when the size is no size.
-VLAxis side_axis(double offset, double size, unsigned points)
-{
-    if (!(size > 0.0) || !std::isfinite(size) || points == 0) return {};
-    return VLAxis(std::isfinite(offset) ? offset : 0.0, size / points, "\u00B5m");
-}
-
 void add_string(proscan_header& header, const char* key, const std::string& value)
 {
     if (!value.empty()) header.strings[key] = value;
@@ -63,8 +56,8 @@ proscan_header parse_header(std::span<const std::byte> bytes)
     header.rows = in.u16();
     in.seek(66);
     const double width = in.f32(), height = in.f32(), left = in.f32(), bottom = in.f32();
-    header.x = side_axis(left, width, header.columns);
-    header.y = side_axis(bottom, height, header.rows);
+    header.x = stated_side(left, width, header.columns, "\u00B5m");
+    header.y = stated_side(bottom, height, header.rows, "\u00B5m");
     add_number(header, "Rotation", in.f32(), "\u00B0");
     in.seek(90);
     add_number(header, "\\Scan rate", in.f32(), "Hz");
@@ -74,8 +67,7 @@ proscan_header parse_header(std::span<const std::byte> bytes)
     add_number(header, "Tip bias", in.f32(), "V");
     const double gain = in.f32();
     const std::string units = normal_unit(fixed_text(in, 8));
-    header.scale.origin = "the numbers as they stand; no usable z gain";
-    if (std::isfinite(gain) && gain != 0.0) header.scale = {gain, 0.0, units, "z gain"};
+    header.scale = {gain, 0.0, units, "z gain"};
     if (bytes.size() > 138) add_string(header, "Comment", header_text(as_text(bytes.subspan(138))));
     return header;
 }

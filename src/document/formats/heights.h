@@ -14,7 +14,7 @@ struct value_scale {
     std::string origin;  ///< header fields that the scale was derived from, for people
 };
 
-/// Where a channel's samples lie in space; a size of 0 or an unusable one gives one unit a sample, without units.
+/// Where a channel's samples lie in space.
 struct image_frame {
     unsigned width = 0, height = 0, frames = 1;
     VLAxis x, y;
@@ -25,10 +25,8 @@ struct image_frame {
 recorded_image make_image(const std::string& id, const std::string& label, const image_frame& frame,
                           const value_scale& scale);
 
-/// As above with samples converted from physical values (row 0 is the bottom row): 16-bit numbers on an axis of at
-/// most six digits, every value within half a step. Not-measured points (NaN, infinite) take the lowest measured value
-/// and are counted in the string "\Void points". `origin` and `units` come from `scale`, whose step and offset are
-/// applied to the values first.
+/// As above with samples made from floating-point numbers (row 0 is the bottom row) that `scale` gives their meaning,
+/// as `settle_samples` makes them 16-bit ones.
 recorded_image make_image_from_values(const std::string& id, const std::string& label, const image_frame& frame,
                                       const value_scale& scale, std::span<const double> values);
 

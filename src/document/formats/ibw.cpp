@@ -6,9 +6,11 @@
 #include "document/formats/ibw_channels.h"
 #include "document/formats/ibw_header.h"
 #include "document/formats/ibw_note.h"
+#include "document/formats/left_out.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace formats {
 
@@ -36,8 +38,12 @@ void set_image_axes(const ibw_wave& wave, image_frame& frame)
     frame.y = axis_of(wave, 1);
     if (!is_mfp3d(wave) || !is_length(wave.dimensionUnits[0]) || !is_length(wave.dimensionUnits[1])) return;
     if (frame.x.start != 0.0 || frame.y.start != 0.0) return;
-    frame.x.start = convert_size("m", frame.x.get_units(), ibw_note_number(wave, "XOffset").value_or(0.0));
-    frame.y.start = convert_size("m", frame.y.get_units(), ibw_note_number(wave, "YOffset").value_or(0.0));
+    const auto start = [&](const char* key, const VLAxis& axis) {
+        if (!wave.note.contains(key)) return 0.0;
+        return convert_size("m", axis.get_units(), ibw_note_number(wave, key).value_or(std::nan("")));
+    };
+    frame.x.start = start("XOffset", frame.x);
+    frame.y.start = start("YOffset", frame.y);
 }
 
 std::string label_of(const ibw_wave& wave, std::size_t dimension, std::size_t item)
@@ -252,7 +258,10 @@ base::read_result<recording> read_ibw(source& file)
     if (wave->isText) return base::read_error{0, "the wave holds texts, there is nothing to show"};
     if (wave->points == 0) return base::read_error{0, "the wave holds no points, there is nothing to show"};
     if (wave->dimensions.size() > 3) return base::read_error{0, "waves of four dimensions cannot be shown"};
-    return is_image(*wave) ? read_images(file, *wave) : read_curves(file, *wave);
+    auto result = is_image(*wave) ? read_images(file, *wave) : read_curves(file, *wave);
+    if (result)
+        for (const std::string& note : wave->notes) add_warning(*result, note);
+    return result;
 }
 
 } // namespace formats

@@ -176,13 +176,16 @@ std::vector<std::string> parse_labels(const std::string& text)
     return labels;
 }
 
-/// Reads the texts behind the data; from one that does not lie in the file on all are left out.
-void read_texts(source& file, std::uint64_t at, const text_sizes& sizes, ibw_wave& wave)
-{
-    constexpr std::int64_t maxTextBytes = 16 << 20;
-    bool isLost = false;
-    const auto take = [&](std::int64_t size) {
+/// Takes the texts behind the data one after another; from one that does not lie in the file on all are lost.
+class text_taker {
+public:
+    text_taker(source& file_, std::uint64_t at_) : file(file_), at(at_) {}
+
+    std::string take(std::int64_t size)
+    {
+        constexpr std::int64_t maxTextBytes = 16 << 20;
         std::string text;
+        if (size == 0) return text;
         isLost = isLost || size < 0 || size > maxTextBytes ||
                  !holds_numbers(file.size(), at, static_cast<std::uint64_t>(size), 1);
         if (isLost) return text;
@@ -190,15 +193,57 @@ void read_texts(source& file, std::uint64_t at, const text_sizes& sizes, ibw_wav
         isLost = !file.read(at, std::as_writable_bytes(std::span(text)));
         at += static_cast<std::uint64_t>(size);
         return isLost ? std::string() : text;
-    };
-    if (wave.version == 5) take(sizes.formula); // in front of the note here, behind it before
-    wave.note = parse_ibw_note(take(sizes.note));
-    if (wave.version != 5) return;
-    if (const std::string units = header_text(take(sizes.dataUnits)); !units.empty()) wave.units = normal_unit(units);
-    for (std::size_t i = 0; i < sizes.dimensionUnits.size(); ++i)
-        if (const std::string units = header_text(take(sizes.dimensionUnits[i])); !units.empty())
-            wave.dimensionUnits[i] = normal_unit(units);
-    for (std::size_t i = 0; i < sizes.labels.size(); ++i) wave.labels[i] = parse_labels(take(sizes.labels[i]));
+    }
+    bool hasLost() const noexcept { return isLost; }
+
+private:
+    source& file;
+    std::uint64_t at;
+    bool isLost = false;
+};
+
+/// The unit in the header is one for all channels, and what says more stands behind the numbers: when that is lost, the
+/// unit may be a wrong one.
+void drop_units(ibw_wave& wave)
+{
+    if (!wave.units.empty())
+        wave.notes.push_back("the file is cut short: the unit \"" + wave.units +
+                             "\" is dropped, since the texts that say whether it holds are lost");
+    wave.units.clear();
+}
+
+void read_texts(source& file, std::uint64_t at, const text_sizes& sizes, ibw_wave& wave)
+{
+    text_taker texts(file, at);
+    if (wave.version == 5) texts.take(sizes.formula); // in front of the note here, behind it before
+    wave.note = parse_ibw_note(texts.take(sizes.note));
+    if (wave.version == 5) {
+        if (const std::string units = header_text(texts.take(sizes.dataUnits)); !units.empty())
+            wave.units = normal_unit(units);
+        for (std::size_t i = 0; i < sizes.dimensionUnits.size(); ++i)
+            if (const std::string units = header_text(texts.take(sizes.dimensionUnits[i])); !units.empty())
+                wave.dimensionUnits[i] = normal_unit(units);
+        for (std::size_t i = 0; i < sizes.labels.size(); ++i)
+            wave.labels[i] = parse_labels(texts.take(sizes.labels[i]));
+    }
+    if (!texts.hasLost()) return;
+    wave.notes.push_back("the file is cut short: the texts behind the numbers are lost");
+    drop_units(wave);
+}
+
+/// Of layers that are not all in the file those that are stay. \return false when there are none
+bool keep_whole_layers(std::uint64_t fileSize, std::uint64_t numberBytes, ibw_wave& wave)
+{
+    if (wave.dimensions.size() != 3 || wave.dataAt > fileSize) return false;
+    const std::uint64_t stated = wave.dimensions[2], layer = wave.points / stated;
+    const std::uint64_t whole = (fileSize - wave.dataAt) / (layer * numberBytes);
+    if (whole == 0) return false;
+    wave.dimensions[2] = whole;
+    wave.points = layer * whole;
+    wave.notes.push_back("the file is cut short: " + std::to_string(whole) + " of " + std::to_string(stated) +
+                         " layers are there");
+    drop_units(wave);
+    return true;
 }
 
 } // namespace
@@ -236,17 +281,14 @@ base::read_result<ibw_wave> read_ibw_wave(source& file)
         return refuse("the wave holds no numbers of its own, it depends on a formula");
     if (size < 0 || static_cast<std::uint64_t>(size) != waveBytes + dataBytes)
         return refuse("the stated size differs from that of header and numbers");
-    if (!holds_numbers(file.size(), wave.dataAt, wave.points, numberBytes))
+    if (!holds_numbers(file.size(), wave.dataAt, wave.points, numberBytes) &&
+        !keep_whole_layers(file.size(), numberBytes, wave))
         return base::read_error{wave.dataAt, "the numbers reach beyond the end of the file"};
     read_texts(file, wave.dataAt + dataBytes + (wave.version == 5 ? 0 : paddingBytes), texts, wave);
     constexpr std::uint64_t footerBytes = 400;
     wave.footer.resize(static_cast<std::size_t>(std::min(file.size() - wave.dataAt, footerBytes)));
     if (!file.read(file.size() - wave.footer.size(), std::as_writable_bytes(std::span(wave.footer))))
         wave.footer.clear();
-    for (std::size_t i = 0; i < 4; ++i) {
-        if (!std::isfinite(wave.step[i]) || wave.step[i] == 0.0) wave.step[i] = 1.0;
-        if (!std::isfinite(wave.start[i])) wave.start[i] = 0.0;
-    }
     return wave;
 }
 

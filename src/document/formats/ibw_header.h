@@ -26,6 +26,7 @@ struct ibw_wave {
     std::map<std::string, std::string> note;        ///< as `parse_ibw_note` gives it
     std::uint32_t created = 0;                      ///< seconds since 1904; 0 when not known
     std::string footer;                             ///< last bytes of the file
+    std::vector<std::string> notes;                 ///< what of the file is lost
 };
 
 /// True when version and checksum are right; `order` receives the order of the bytes.

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/stream_shape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,12 +20,6 @@ constexpr std::size_t ecsSizeAt = 0x2EC;
 base::read_error none(const std::string& reason) { return {0, reason}; }
 
 std::uint64_t image_bytes(unsigned width, unsigned height) { return 2ull * width * height; }
-
-/// Pixels of a side of `length`.
-VLAxis lateral(double start, double length, unsigned count, const char* units)
-{
-    return length > 0 && std::isfinite(length) ? VLAxis(start, length / count, units) : VLAxis();
-}
 
 void add_text(img_layout& layout, const char* key, const std::string& text)
 {
@@ -104,8 +99,8 @@ base::read_result<img_layout> read_burleigh(source& file, std::span<const std::b
     layout.label = type == 0 ? "Current" : "Topography";
     layout.offset = headerBytes;
     layout.isTopFirst = true;
-    layout.x = lateral(0, xRange / factor * nanometre, layout.width, "nm");
-    layout.y = lateral(0, yRange / factor * nanometre, layout.height, "nm");
+    layout.x = stated_side(0, xRange / factor * nanometre, layout.width, "nm");
+    layout.y = stated_side(0, yRange / factor * nanometre, layout.height, "nm");
     layout.scale = {zRange / 4095.0, 0.0, "pA", "z range = " + base::shortest(zRange) + ", raw span = 4095"};
     if (type != 0) {
         layout.scale.step *= nanometre;
@@ -159,8 +154,8 @@ base::read_result<img_layout> read_dme(source& file, std::span<const std::byte> 
     layout.offset = headerBytes;
     layout.isTopFirst = layout.isMirrored = layout.hasLineShifts = true;
     const double x = xCalibration * nanometre, y = yCalibration * nanometre;
-    layout.x = lateral(xOffset * x, xSize * x, columns, "nm");
-    layout.y = lateral(yOffset * y, ySize * y, rows, "nm");
+    layout.x = stated_side(xOffset * x, xSize * x, columns, "nm");
+    layout.y = stated_side(yOffset * y, ySize * y, rows, "nm");
     layout.scale = {factor * zCalibration * nanometre, 0.0, "nm",
                     "height scale factor = " + base::shortest(factor) +
                         ", z calibration = " + base::shortest(zCalibration)};
@@ -198,8 +193,8 @@ base::read_result<img_layout> read_sicm(source& file, std::span<const std::byte>
     add_text(layout, "Mode", mode);
     layout.kind = "IonScope";
     layout.offset = oldHeaderBytes;
-    layout.x = lateral(0, size * 1e-2, layout.width, "\u00B5m"); // from 1e-8 m
-    layout.y = lateral(0, size * 1e-2, layout.height, "\u00B5m");
+    layout.x = stated_side(0, size * 1e-2, layout.width, "\u00B5m"); // from 1e-8 m
+    layout.y = stated_side(0, size * 1e-2, layout.height, "\u00B5m");
     if (mode.starts_with('C')) {
         layout.label = "Current";
         layout.scale = {1.0, 0.0, "", "no scale of currents is known"};
@@ -248,8 +243,8 @@ base::read_result<img_layout> read_ecs(source& file, std::span<const std::byte> 
     if (layout.label.empty()) layout.label = "Topography";
     layout.kind = "ECS";
     layout.offset = oldHeaderBytes;
-    layout.x = lateral(0, *length * nanometre, layout.width, "nm");
-    layout.y = lateral(0, *length * nanometre, layout.height, "nm");
+    layout.x = stated_side(0, *length * nanometre, layout.width, "nm");
+    layout.y = stated_side(0, *length * nanometre, layout.height, "nm");
     layout.scale = {*span * nanometre / 65536.0, 0.0, "nm", "height span of Scan Size, raw span = 65536"};
     return layout;
 }

@@ -1,7 +1,9 @@
 #include "document/formats/jpk.h"
 
+#include "document/formats/finish_recording.h"
 #include "document/formats/jpk_archive.h"
 #include "document/formats/jpk_image.h"
+#include "document/formats/left_out.h"
 #include "document/formats/tiff_directory.h"
 
 #include <algorithm>
@@ -36,11 +38,12 @@ void add_map_image(const jpk_archive& archive, std::vector<std::string>& ids, re
             auto read = read_jpk_image(image, ids);
             if (read) {
                 std::ranges::move(read->items, std::back_inserter(out.items));
+                for (const std::string& each : read->warnings) add_warning(out, each);
                 continue;
             }
             problem = read.error().reason;
         }
-        out.strings["Images left out"] = std::string(name) + ": " + problem;
+        leave_note(out, "Images left out", std::string(name) + ": " + problem);
     }
 }
 

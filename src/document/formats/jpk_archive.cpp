@@ -108,9 +108,12 @@ jpk_grid read_grid(const jpk_properties& header)
         grid.columns = static_cast<unsigned>(columns);
         grid.rows = static_cast<unsigned>(rows);
         grid.isBackAndForth = header.value(pattern + "back-and-forth") == "true";
-        const double width = number("ulength"), height = number("vlength");
-        if (width > 0) grid.x = VLAxis(number("xcenter") - width / 2, width / columns, "m");
-        if (height > 0) grid.y = VLAxis(number("ycenter") - height / 2, height / rows, "m");
+        const auto side = [&](const char* length, const char* centre, unsigned points) {
+            if (header.value(prefix + length).empty()) return VLAxis();
+            return stated_side(number(centre) - number(length) / 2, number(length), points, "m");
+        };
+        grid.x = side("ulength", "xcenter", grid.columns);
+        grid.y = side("vlength", "ycenter", grid.rows);
         return grid;
     }
     return grid;

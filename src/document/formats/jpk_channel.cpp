@@ -48,10 +48,11 @@ public:
         const std::string& own = header.value(prefix + "data." + key);
         return own.empty() ? header.value(prefix + key) : own;
     }
+    /// NaN for a text that is no number.
     double number(const std::string& key, double otherwise) const
     {
-        const auto number = base::whole_number(text(key));
-        return number && std::isfinite(*number) ? *number : otherwise;
+        const std::string& stated = text(key);
+        return stated.empty() ? otherwise : base::whole_number(stated).value_or(std::nan(""));
     }
 
 private:
@@ -137,7 +138,6 @@ jpk_channel read_channel(const jpk_properties& header, const std::string& name)
     }
     channel.encoderFactor = keys.number("encoder.scaling.multiplier", 1.0);
     channel.encoderOffset = keys.number("encoder.scaling.offset", 0.0);
-    if (channel.encoderFactor == 0.0) channel.encoderFactor = 1.0;
     read_slots(keys, channel);
     return channel;
 }

@@ -1,5 +1,6 @@
 #include "base/text.h"
 #include "document/formats/curve_group.h"
+#include "document/formats/finish_recording.h"
 #include "document/formats/force_order.h"
 #include "document/formats/jpk_layout.h"
 #include "document/formats/jpk_strings.h"
@@ -271,7 +272,7 @@ base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& ar
     for (const auto& [name, problem] : problems) missing += (missing.empty() ? "" : "; ") + name + ": " + problem;
     if (result.items.empty())
         return base::read_error{0, missing.empty() ? "no channel of the archive holds samples" : missing};
-    if (!missing.empty()) result.strings["Channels left out"] = missing;
+    if (!missing.empty()) leave_note(result, "Channels left out", missing);
     set_parameter_streams(result);
     return result;
 }

@@ -1,6 +1,7 @@
 #include "document/formats/jpk_image.h"
 
 #include "document/formats/jpk_plane.h"
+#include "document/formats/left_out.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -137,20 +138,26 @@ base::read_result<recording> read_jpk_image(source& file, std::vector<std::strin
     if (directories->empty() || !directories->front().has(jpkGridTag))
         return base::read_error{0, "the grid's length (tag 0x8042) is missing: not an image of this instrument"};
     std::vector<jpk_plane> planes;
+    left_out missing;
     std::uint64_t samplesLeft = file.size(); // directories may claim the same strips
     for (std::size_t i = 0; i < directories->size(); ++i) {
         const tiff_directory& directory = (*directories)[i];
         if (i == 0 && is_jpk_thumbnail(directory)) continue;
         auto plane = describe_jpk_plane(file.size(), directory, directories->front());
-        if (!plane) return base::read_error{0, "channel " + std::to_string(i) + ": " + plane.error().reason};
+        if (!plane) {
+            missing.add({0, "channel " + std::to_string(i) + ": " + plane.error().reason});
+            continue;
+        }
         const std::uint64_t samples = std::uint64_t{plane->plane.frame.width} * plane->plane.frame.height;
         if (samples > samplesLeft) return base::read_error{0, "the channels together exceed the file"};
         samplesLeft -= samples;
         planes.push_back(std::move(*plane));
     }
-    if (planes.empty()) return base::read_error{0, "the file holds a thumbnail alone"};
+    if (planes.empty())
+        return missing.empty() ? base::read_error{0, "the file holds a thumbnail alone"} : missing.first();
     recording result;
     result.strings = jpk_document_texts(directories->front());
+    missing.tell(result);
     for (const plane_group& group : join_directions(joining_keys(planes))) {
         if (!file.progress(static_cast<double>(group.front()) / static_cast<double>(planes.size())))
             return base::read_error{0, "reading was cancelled"};

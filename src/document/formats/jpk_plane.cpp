@@ -64,11 +64,10 @@ std::vector<value_scale> read_calibrations(const tiff_directory& directory)
         const std::string name = directory.text(slotNameTag + base);
         const double factor = directory.number(slotFactorTag + base).value_or(0);
         const double offset = directory.number(slotOffsetTag + base).value_or(0);
-        if (!std::isfinite(factor) || factor == 0.0 || !std::isfinite(offset)) continue;
         const value_scale scale{factor, offset, normal_unit(directory.text(slotUnitsTag + base)), "slot " + name};
         if (name == shown)
             scales.front() = scale;
-        else
+        else if (std::isfinite(factor) && factor != 0.0 && std::isfinite(offset))
             scales.push_back(scale);
     }
     return scales;

@@ -1,6 +1,7 @@
 #include "document/formats/mdt.h"
 
 #include "base/text.h"
+#include "document/formats/finish_recording.h"
 #include "document/formats/mdt_frame.h"
 #include "document/formats/stream_shape.h"
 
@@ -27,7 +28,7 @@ enum frame_type : unsigned {
 };
 
 /// Parts of a file that cannot be shown.
-class left_out {
+class frames_left_out {
 public:
     void add(const std::string& what) { all += (all.empty() ? "" : "; ") + what; }
     const std::string& text() const noexcept { return all; }
@@ -53,7 +54,7 @@ mdt_frame parse_frame(std::span<const std::byte> header, std::uint64_t offset)
 }
 
 /// The frames that lie wholly in the file.
-std::vector<mdt_frame> find_frames(source& file, unsigned claimed, left_out& missing)
+std::vector<mdt_frame> find_frames(source& file, unsigned claimed, frames_left_out& missing)
 {
     std::vector<mdt_frame> frames;
     for (std::uint64_t at = firstFrame; frames.size() < claimed;) {
@@ -189,7 +190,7 @@ base::read_result<recording> read_mdt(source& file)
         return base::read_error{0, "the header of the file is cut short"};
     base::byte_reader in(header);
     in.seek(12);
-    left_out missing;
+    frames_left_out missing;
     mdt_content content;
     for (const mdt_frame& frame : find_frames(file, in.u16() + 1u, missing)) {
         if (!file.progress(frame.done)) return cancelled();
@@ -205,7 +206,7 @@ base::read_result<recording> read_mdt(source& file)
         return base::read_error{firstFrame, missing.text().empty() ? "no frame holds an image or a curve"
                                                                    : "no frame can be shown: " + missing.text()};
     auto result = assemble(file, std::move(content));
-    if (result && !missing.text().empty()) result->strings["Frames left out"] = missing.text();
+    if (result && !missing.text().empty()) leave_note(*result, "Frames left out", missing.text());
     return result;
 }
 

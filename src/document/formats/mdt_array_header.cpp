@@ -89,8 +89,6 @@ bool read_calibration(base::byte_reader& in, mdt_quantity& out)
     out.units = normal_unit(clean_text(cp1251_to_utf8(take_text(in, unitBytes))));
     if (in.failed()) return false;
     if (out.units.empty()) out.units = si_units(siCode);
-    if (!std::isfinite(out.bias)) out.bias = 0.0;
-    if (!std::isfinite(out.scale) || out.scale == 0.0) out.scale = 1.0;
     in.seek(start + total);
     return !in.failed();
 }

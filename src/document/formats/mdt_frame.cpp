@@ -92,8 +92,7 @@ mdt_axis read_mdt_axis(base::byte_reader& in) noexcept
     axis.offset = in.f32();
     axis.step = in.f32();
     const int code = in.i16();
-    if (!std::isfinite(axis.offset)) axis.offset = 0.0;
-    if (!std::isfinite(axis.step) || axis.step == 0.0) axis.step = 1.0;
+    if (axis.step == 0.0) axis.step = 1.0; // not stated
     const mdt_unit unit = mdt_unit_of(code);
     axis.offset *= unit.factor;
     axis.step *= unit.factor;

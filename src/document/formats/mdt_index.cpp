@@ -7,6 +7,7 @@
 #include "document/formats/text_units.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <sstream>
 #include <utility>
@@ -25,7 +26,8 @@ std::string text_of(const attributes& found, const char* key)
 
 double number_of(const attributes& found, const char* key)
 {
-    return base::whole_number(text_of(found, key)).value_or(0);
+    const std::string stated = text_of(found, key);
+    return stated.empty() ? 0.0 : base::whole_number(stated).value_or(std::nan(""));
 }
 
 int index_of(const attributes& found, const char* key)

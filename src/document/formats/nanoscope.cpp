@@ -1,5 +1,6 @@
 #include "document/formats/nanoscope.h"
 
+#include "document/formats/left_out.h"
 #include "document/formats/nanoscope_force.h"
 #include "document/formats/nanoscope_header.h"
 #include "document/formats/nanoscope_image.h"
@@ -66,6 +67,14 @@ base::read_result<nanoscope_header> read_header(source& file)
     return parse_nanoscope_header(text);
 }
 
+/// A header that has lost line ends on its way is shorter than it says, and samples stand where filler should. Such a
+/// file is cut short, too, but none of its images is whole.
+bool has_lost_line_ends(source& file, const nanoscope_header& header)
+{
+    const std::string filler = read_head(file, header.length().value_or(0)).substr(header.textLength);
+    return filler.find_first_not_of(std::string_view(" \r\n\x1A\0", 5)) != std::string::npos;
+}
+
 /// One image with its samples, straight from the file.
 base::read_result<recorded_image> load_group(source& file, const image_group& group, const std::string& id)
 {
@@ -95,24 +104,37 @@ base::read_result<recording> read_binary(source& file)
     const auto header = read_header(file);
     if (!header) return header.error();
     std::vector<nanoscope_image> images;
+    left_out missing;
+    std::size_t number = 0;
     std::uint64_t bytesLeft = file.size() - header->length().value_or(0);
     for (const nanoscope_section& section : header->sections) {
         if (section.kind != nanoscope_list::image) continue;
         nanoscope_image image = describe_nanoscope_image(*header, section);
         std::string problem = place_nanoscope_image(*header, file.size(), image);
+        const std::string title = message_title(number++, image);
+        if (!problem.empty()) {
+            missing.add({image.offset, title + problem});
+            continue;
+        }
         const std::uint64_t bytes = image.samples() * image.sampleBytes;
-        if (problem.empty() && bytes > bytesLeft) problem = "images overlap, together they exceed the file";
-        if (!problem.empty()) return base::read_error{image.offset, message_title(images.size(), image) + problem};
+        if (bytes > bytesLeft)
+            return base::read_error{image.offset, title + "images overlap, together they exceed the file"};
         bytesLeft -= bytes;
         images.push_back(std::move(image));
     }
+    if (!missing.empty() && has_lost_line_ends(file, *header))
+        return base::read_error{missing.first().offset,
+                                missing.first().reason + ", and its line ends were changed in a text transfer"};
     const bool hasForce = header->count(nanoscope_list::force_image) != 0;
-    if (images.empty() && !hasForce) return no_image_error(*header);
+    if (images.empty() && !hasForce) return missing.empty() ? no_image_error(*header) : missing.first();
     auto result = record_images(file, *header, std::move(images), [&](const image_group& group, const std::string& id) {
         return load_group(file, group, id);
     });
-    if (!result || !hasForce) return result;
-    if (auto problem = add_nanoscope_force(file, *header, bytesLeft, *result)) return std::move(*problem);
+    if (!result) return result;
+    if (hasForce)
+        if (auto problem = add_nanoscope_force(file, *header, bytesLeft, missing, *result)) return std::move(*problem);
+    if (result->items.empty() && !missing.empty()) return missing.first();
+    missing.tell(*result);
     return result;
 }
 

@@ -98,15 +98,15 @@ void set_grid_axes(const nanoscope_header& header, nanoscope_force& channel, std
     std::string_view left = *size;
     std::size_t used = 0;
     const auto x = base::leading_number(left, &used);
-    if (!x || !(*x > 0)) return;
+    if (!x) return;
     left.remove_prefix(used);
     const auto y = base::leading_number(left, &used);
     if (y) left.remove_prefix(used);
     const std::string units = nanoscope_units(left);
     const double height = y && *y > 0 ? *y : *x;
     const auto start = [&](const char* key) { return nanoscope_offset(header, *channel.section, key, units); };
-    channel.x = VLAxis(start("x offset"), *x / static_cast<double>(columns), units.c_str());
-    channel.y = VLAxis(start("y offset"), height / static_cast<double>(rows ? rows : channel.rows), units.c_str());
+    channel.x = stated_side(start("x offset"), *x, static_cast<unsigned>(columns), units);
+    channel.y = stated_side(start("y offset"), height, rows ? static_cast<unsigned>(rows) : channel.rows, units);
 }
 
 bool is_height(const nanoscope_section& section)
@@ -200,20 +200,24 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
 }
 
 std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscope_header& header,
-                                                    std::uint64_t bytesLeft, recording& out)
+                                                    std::uint64_t bytesLeft, left_out& missing, recording& out)
 {
     std::vector<std::string> ids;
     for (const auto& item : out.items) ids.emplace_back(std::get<recorded_image>(item).stream.get_name());
     std::vector<placed_channel> channels;
     std::optional<std::size_t> height;
+    std::size_t number = 0;
     for (const nanoscope_section& section : header.sections) {
         if (section.kind != nanoscope_list::force_image) continue;
         nanoscope_force channel;
-        std::string problem = describe_nanoscope_force(header, section, file.size(), channel);
-        if (problem.empty() && channel.length > bytesLeft) problem = "channels overlap, together they exceed the file";
-        if (!problem.empty())
-            return base::read_error{channel.offset, "force channel " + std::to_string(channels.size() + 1) + " (" +
-                                                        channel.channel + "): " + problem};
+        const std::string problem = describe_nanoscope_force(header, section, file.size(), channel);
+        const std::string title = "force channel " + std::to_string(++number) + " (" + channel.channel + "): ";
+        if (!problem.empty()) {
+            missing.add({channel.offset, title + problem});
+            continue;
+        }
+        if (channel.length > bytesLeft)
+            return base::read_error{channel.offset, title + "channels overlap, together they exceed the file"};
         bytesLeft -= channel.length;
         auto images = load_nanoscope_force(file, channel, ids);
         if (!images) return images.error();

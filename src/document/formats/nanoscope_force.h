@@ -1,6 +1,7 @@
 #pragma once
 #include "base/byte_reader.h"
 #include "document/formats/heights.h"
+#include "document/formats/left_out.h"
 #include "document/formats/nanoscope_header.h"
 #include "document/formats/source.h"
 
@@ -63,8 +64,9 @@ recorded_image make_nanoscope_ramp(const nanoscope_force& channel, std::vector<s
 /// Adds all force channels of a file; a measured height becomes the parameter stream of the others. Without one, curves
 /// whose ways have different counts get a stream "Ramp".
 /// \param bytesLeft  that no image claims yet
+/// \param missing  receives the channels that are not whole
 /// \return a reason for refusing the file, or nothing
 std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscope_header& header,
-                                                    std::uint64_t bytesLeft, recording& out);
+                                                    std::uint64_t bytesLeft, left_out& missing, recording& out);
 
 } // namespace formats

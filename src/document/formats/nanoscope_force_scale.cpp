@@ -21,17 +21,17 @@ bool is_deflection(const nanoscope_section& section)
 value_scale volts(const nanoscope_section& section, const nanoscope_value& hard)
 {
     value_scale scale;
-    if (usable(hard.hardScale)) {
+    if (hard.hardScale) {
         scale.step = *hard.hardScale;
         scale.units = nanoscope_units(hard.hardScaleUnits.substr(0, hard.hardScaleUnits.find("/LSB")));
         scale.origin = "hard scale of Z scale = " + base::shortest(scale.step) + " " + hard.hardScaleUnits;
-    } else if (usable(hard.value)) {
+    } else if (hard.value) {
         const double bytes = section.number("bytes/pixel").value_or(2.0);
         scale.step = *hard.value / std::exp2(bytes == 4.0 ? 32.0 : 16.0);
         scale.units = hard.units;
         scale.origin = "Z scale = " + base::shortest(*hard.value) + " " + hard.units;
     } else {
-        scale.origin = "no number in Z scale";
+        scale = {std::nan(""), 0.0, "", "no number in Z scale"};
     }
     return scale;
 }
@@ -43,7 +43,7 @@ std::optional<value_scale> with_sensitivity(const nanoscope_header& header, cons
     const std::string* line = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
     if (!line) return std::nullopt;
     nanoscope_value soft = parse_nanoscope_value(*line);
-    if (!usable(soft.value)) return std::nullopt;
+    if (!soft.value) return std::nullopt;
     const bool isAssumed = soft.units.empty() && is_deflection(section);
     if (isAssumed) soft.units = "nm/V";
     if (soft.units.empty() && *soft.value == 1.0) return std::nullopt; // the volts once more

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "document/formats/nanoscope_scale.h"
+#include "document/formats/stream_shape.h"
 
 #include <cmath>
 #include <optional>
@@ -94,6 +95,7 @@ struct scan_size {
     double x = 0.0, y = 0.0;
     std::string xUnits, yUnits;
     bool hasBoth = false; ///< x and y stand in the header
+    bool isStated = false;
     bool usable() const noexcept { return x > 0.0 && y > 0.0 && std::isfinite(x) && std::isfinite(y); }
 };
 
@@ -102,6 +104,7 @@ scan_size parse_scan_size(const std::string* text)
     scan_size size;
     std::string units;
     const auto numbers = leading_numbers(text, &units);
+    size.isStated = text && !base::trimmed(*text).empty();
     if (numbers.empty()) return size;
     size.x = numbers.front();
     size.hasBoth = numbers.size() > 1;
@@ -159,7 +162,11 @@ void set_axes(const nanoscope_header& header, nanoscope_image& image)
     const bool isCrop = own.usable() && scan.usable() && !same_fast_axis(own, scan);
     const bool takeScan = !own.usable() || (hasSlowAxis && scan.usable() && !isCrop);
     const scan_size& size = takeScan ? scan : own;
-    if (!size.usable()) return;
+    if (!size.usable() && !own.isStated && !scan.isStated) return;
+    if (!size.usable()) { // stated, and no size: such an image is refused
+        image.x = image.y = stated_side(0.0, std::min(size.x, size.y), 1, "");
+        return;
+    }
     const bool isWhole = isCrop || (!takeScan && is_complete_alone(header, image, own));
     const double rows = isWhole ? image.height : rows_of_size(header, image);
     image.x = VLAxis(nanoscope_offset(header, *image.section, "x offset", size.xUnits), size.x / image.width,

@@ -57,6 +57,9 @@ value_scale unknown_scale(const std::string& reason)
     return scale;
 }
 
+/// The scale of a line whose text is no number: no image can be of it.
+value_scale no_scale() { return {std::nan(""), 0.0, "", "no number in Z scale"}; }
+
 /// How many raw steps the hard value spans: 2^(8 * Bytes/pixel), whatever the width of the stored samples.
 double raw_span(const nanoscope_section& image)
 {
@@ -87,12 +90,12 @@ value_scale hard_scale(const nanoscope_section& image, const nanoscope_value& ha
 value_scale typed_scale(const nanoscope_header& header, const nanoscope_section& image, const std::string& text)
 {
     const nanoscope_value hard = parse_nanoscope_value(text);
-    if (!usable(hard.value)) return unknown_scale("no number in Z scale");
+    if (!hard.value) return no_scale();
     value_scale scale = hard_scale(image, hard);
     const nanoscope_value soft = sensitivity_of(header, hard);
     if (!hard.bracket.empty()) {
         double factor = 1.0;
-        if (usable(soft.value)) {
+        if (soft.value) {
             scale.units = multiply_units(hard.units, soft.units, factor);
             scale.step *= *soft.value * factor;
             add_term(scale, term(hard.bracket, *soft.value, soft.units));
@@ -101,7 +104,7 @@ value_scale typed_scale(const nanoscope_header& header, const nanoscope_section&
             add_term(scale, hard.bracket + " not found");
         }
     }
-    const bool isKnown = hard.bracket.empty() || usable(soft.value);
+    const bool isKnown = hard.bracket.empty() || soft.value;
     if (isKnown && hard.units.empty() && soft.units.empty()) scale.units = is_phase(image) ? degree : "V";
     add_term(scale, term("raw span", raw_span(image)));
     return scale;
@@ -112,7 +115,7 @@ value_scale plain_scale(const std::string& text)
 {
     std::string units;
     const auto number = take_number(text.substr(0, text.find('(')), units);
-    if (!usable(number)) return unknown_scale("no number in Z scale");
+    if (!number) return no_scale();
     value_scale scale;
     scale.units = nanoscope_units(units);
     scale.step = *number / 65536.0;
@@ -157,7 +160,7 @@ value_scale old_scale(const nanoscope_header& header, const nanoscope_section& i
         value_scale scale{row.unit, 0.0, row.units, {}};
         const auto apply = [&](const char* key, bool divide) {
             const auto number = old_number(header, image, key);
-            if (!usable(number)) return false;
+            if (!number) return false;
             scale.step *= divide ? 1.0 / *number : *number;
             add_term(scale, term(key, *number));
             return true;
@@ -263,8 +266,9 @@ double nanoscope_offset(const nanoscope_header& header, const nanoscope_section&
     const std::string* line = section.find(key);
     if (!line) line = header.setting(key);
     std::string text;
-    const auto offset = line ? take_number(*line, text) : std::nullopt;
-    if (!usable(offset)) return 0.0;
+    if (!line || base::trimmed(*line).empty()) return 0.0;
+    const auto offset = take_number(*line, text);
+    if (!offset || !std::isfinite(*offset)) return std::nan("");
     const std::string own = nanoscope_units(text);
     if (own == units) return *offset;
     return units_convertable(own.c_str(), units.c_str()) > 0 ? convert_size(own.c_str(), units.c_str(), *offset) : 0.0;

@@ -1,5 +1,6 @@
 #include "document/formats/nanoscope_text.h"
 
+#include "document/formats/left_out.h"
 #include "document/formats/nanoscope_header.h"
 #include "document/formats/nanoscope_image.h"
 #include "document/formats/nanoscope_recording.h"
@@ -73,18 +74,24 @@ base::read_result<recording> read_nanoscope_text(source& file)
     number_reader numbers(text.substr(header.textLength));
     std::vector<double> samples;
     std::vector<nanoscope_image> images;
+    left_out missing;
     for (const nanoscope_section& section : header.sections) {
         if (section.kind != nanoscope_list::image) continue;
         nanoscope_image image = describe_nanoscope_image(header, section);
         std::string problem = shape_nanoscope_image(header, image);
         if (problem.empty()) problem = take_samples(numbers, image, samples);
-        if (!problem.empty()) return base::read_error{header.textLength, message_title(images.size(), image) + problem};
+        if (!problem.empty()) { // the numbers behind it have no place that is known
+            missing.add({header.textLength, message_title(images.size(), image) + problem + ", and what follows it"});
+            break;
+        }
         images.push_back(std::move(image));
     }
-    if (images.empty()) return no_image_error(header);
-    return record_images(file, header, std::move(images), [&](const image_group& group, const std::string& id) {
+    if (images.empty()) return missing.empty() ? no_image_error(header) : missing.first();
+    auto result = record_images(file, header, std::move(images), [&](const image_group& group, const std::string& id) {
         return base::read_result<recorded_image>(load_group(group, id, samples));
     });
+    if (result) missing.tell(*result);
+    return result;
 }
 
 } // namespace formats

@@ -4,6 +4,7 @@
 #include "document/formats/heights.h"
 #include "document/formats/nanoscope_header.h"
 #include "document/formats/nanoscope_samples.h"
+#include "document/formats/stream_shape.h"
 
 #include <map>
 #include <optional>
@@ -32,17 +33,19 @@ key_values parse_lines(std::string_view text)
     return values;
 }
 
+/// NaN for a text that is no number.
 std::optional<double> number_of(const key_values& values, const char* key)
 {
     const auto found = values.find(key);
-    return found == values.end() ? std::nullopt : base::leading_number(found->second);
+    if (found == values.end()) return std::nullopt;
+    return base::leading_number(found->second).value_or(std::nan(""));
 }
 
 value_scale scale_of(const key_values& values)
 {
     value_scale scale;
     const auto height = number_of(values, "z_scale");
-    if (!height || !(*height > 0.0)) {
+    if (!height) {
         scale.origin = "no z_scale in the header";
         return scale;
     }
@@ -79,8 +82,7 @@ base::read_result<recording> read_nanoscope_version2(source& file)
 
     image_frame frame;
     frame.width = frame.height = static_cast<unsigned>(*side);
-    if (const auto size = number_of(values, "scan_sz"); size && *size > 0.0)
-        frame.x = frame.y = VLAxis(0.0, *size / frame.width, "nm");
+    if (const auto size = number_of(values, "scan_sz")) frame.x = frame.y = stated_side(0.0, *size, frame.width, "nm");
     recorded_image image = make_image("Height", "Height", frame, scale_of(values));
     if (!read_samples(file, headerLength, samples_of(image.stream)))
         return base::read_error{headerLength, "samples cannot be read"};

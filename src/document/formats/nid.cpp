@@ -46,6 +46,7 @@ string_table strings_of(const nid_header& header)
 VLAxis image_axis(const nid_section& section, const char* dimension, unsigned points)
 {
     const nid_range range = nid_dimension(section, dimension);
+    if (!section.find(std::string(dimension) + "Range")) return {};
     return VLAxis(range.start, range.range / points, range.units.c_str());
 }
 
@@ -241,9 +242,12 @@ base::read_result<recording> read_nid(source& file)
 {
     const auto header = read_nid_header(file);
     if (!header) return header.error();
-    const auto channels = find_nid_channels(*header, file.size());
+    left_out missing;
+    const auto channels = find_nid_channels(*header, file.size(), missing);
     if (!channels) return channels.error();
-    return nid_loader(file, *header, *channels).load();
+    auto result = nid_loader(file, *header, *channels).load();
+    if (result) missing.tell(*result);
+    return result;
 }
 
 } // namespace formats

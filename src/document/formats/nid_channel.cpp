@@ -80,7 +80,7 @@ std::string read_scale(const nid_section& section, nid_channel& channel)
         if (section.find(key) && !section.number(key)) return std::string(key) + " is no number";
     const nid_range values = nid_dimension(section, "Dim2");
     if (!std::isfinite(values.range) || !std::isfinite(values.start)) return "Dim2Range or Dim2Min is not finite";
-    if (values.range == 0.0) return {}; // no range: raw numbers without units
+    if (section.text("Dim2Range").empty()) return {}; // no range: raw numbers without units
     channel.scale.step = values.range / std::ldexp(1.0, static_cast<int>(channel.sampleBytes) * 8);
     channel.scale.offset = values.start + values.range / 2.0;
     channel.scale.units = values.units;
@@ -139,11 +139,15 @@ bool is_uniform(std::span<const std::byte> samples, std::size_t sampleBytes)
 
 nid_range nid_dimension(const nid_section& section, const std::string& prefix)
 {
-    return {section.number(prefix + "Min").value_or(0.0), section.number(prefix + "Range").value_or(0.0),
-            normal_unit(section.text(prefix + "Unit"))};
+    const auto stated = [&](const char* part) { // NaN for a text that is no number, 0 for none
+        const std::string key = prefix + part;
+        return section.number(key).value_or(section.text(key).empty() ? 0.0 : std::nan(""));
+    };
+    return {stated("Min"), stated("Range"), normal_unit(section.text(prefix + "Unit"))};
 }
 
-base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& header, std::uint64_t fileSize)
+base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& header, std::uint64_t fileSize,
+                                                              left_out& missing)
 {
     const nid_section* set = header.find("DataSet");
     const unsigned groups = set ? set->count("GroupCount").value_or(0) : 0;
@@ -151,6 +155,7 @@ base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& 
     if (groups > maxGroups) return base::read_error{0, "GroupCount is above 1000"};
     std::vector<nid_channel> channels;
     std::uint64_t total = 0;
+    bool isCut = false;
     const std::uint64_t room = fileSize - header.dataStart;
     for (const channel_key& key : channel_keys(*set, groups)) {
         const auto refused = [&](const std::string& why) {
@@ -164,13 +169,17 @@ base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& 
         nid_channel channel;
         channel.sectionName = key.section;
         if (std::string reason = read_channel(*section, channel); !reason.empty()) return refused(reason);
-        if (channel.samples() > (room - total) / channel.sampleBytes)
-            return refused("Points times Lines reach beyond the end of the file, which is cut short");
+        isCut = isCut || channel.samples() > (room - total) / channel.sampleBytes;
+        if (isCut) {
+            missing.add(refused("Points times Lines reach beyond the end of the file, which is cut short"));
+            continue;
+        }
         channel.offset = header.dataStart + total;
         total += channel.samples() * channel.sampleBytes;
         channels.push_back(std::move(channel));
     }
-    if (channels.empty()) return base::read_error{0, "no channel is listed"};
+    if (channels.empty()) return missing.empty() ? base::read_error{0, "no channel is listed"} : missing.first();
+    if (isCut) return channels;
     for (nid_channel& channel : channels) channel.offset += room - total; // samples end with the file
     return channels;
 }

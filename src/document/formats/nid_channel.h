@@ -1,5 +1,6 @@
 #pragma once
 #include "document/formats/directions.h"
+#include "document/formats/left_out.h"
 #include "document/formats/nid_header.h"
 
 #include <cstddef>
@@ -45,6 +46,7 @@ struct nid_range {
 nid_range nid_dimension(const nid_section& section, const std::string& prefix);
 
 /// All channels with the places of their samples. The header must outlive them.
-base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& header, std::uint64_t fileSize);
+base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& header, std::uint64_t fileSize,
+                                                              left_out& missing);
 
 } // namespace formats

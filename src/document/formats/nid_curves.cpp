@@ -42,7 +42,9 @@ base::read_result<std::vector<nid_line>> lines_of(const nid_channel& channel)
             continue;
         }
         const auto number = base::whole_number(value);
-        if (!number || !std::isfinite(*number)) continue;
+        if (!number || !std::isfinite(*number))
+            return base::read_error{channel.offset,
+                                    "section [" + channel.sectionName + "]: " + key + " is no number or infinite"};
         if (split->second == "Min") line.start = *number;
         if (split->second == "Range") line.range = *number;
     }

@@ -116,6 +116,7 @@ line_use table_collector::add(std::string_view line, std::size_t number)
         return line_use::taken;
     case line_content::comment:
         if (stated.linesAreRows) return line_use::ended;
+        if (!wrapped && scanner.isDamagedRow(line, table.columns)) break;
         add_comment(line);
         return line_use::taken;
     case line_content::numbers:
@@ -161,8 +162,8 @@ void table_collector::finish()
 {
     if (oddLine == 0 || wrapped) return;
     table.values.resize(table.columns * table.rows);
-    table.note = "The last line, " + std::to_string(oddLine) + ", was left out: it has " + plural(oddFields, "value") +
-                 " of " + std::to_string(table.columns);
+    table.notes.push_back("The last line, " + std::to_string(oddLine) + ", was left out: it has " +
+                          plural(oddFields, "value") + " of " + std::to_string(table.columns));
 }
 
 std::string table_collector::fit()

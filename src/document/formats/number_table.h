@@ -16,8 +16,8 @@ struct number_table {
     std::vector<double> values; ///< row after row, missing points are NaN
     std::size_t columns = 0;
     std::size_t rows = 0;
-    std::string comments; ///< UTF-8, the lines between the numbers that hold none
-    std::string note;     ///< what was left out; empty when nothing was
+    std::string comments;           ///< UTF-8, the lines between the numbers that hold none
+    std::vector<std::string> notes; ///< what was left out
 
     double at(std::size_t row, std::size_t column) const noexcept { return values[row * columns + column]; }
     std::vector<double> column(std::size_t index) const;

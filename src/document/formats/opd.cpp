@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/left_out.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
@@ -34,7 +35,8 @@ struct opd_block {
     std::uint64_t offset = 0, length = 0;
 };
 
-base::read_result<std::vector<opd_block>> read_directory(source& file)
+/// The blocks that lie wholly in the file.
+base::read_result<std::vector<opd_block>> read_directory(source& file, left_out& missing)
 {
     std::byte first[entryBytes];
     if (!file.read(directoryAt, first)) return base::read_error{0, "the directory is cut short"};
@@ -52,8 +54,11 @@ base::read_result<std::vector<opd_block>> read_directory(source& file)
         const auto name = in.take(16);
         opd_block block{header_text({reinterpret_cast<const char*>(name.data()), name.size()}), in.u16(), at, in.u32()};
         in.skip(2);
-        if (block.length > file.size() - at)
-            return base::read_error{at, "the block \"" + block.name + "\" reaches beyond the end of the file"};
+        if (block.length > file.size() - at) {
+            missing.add(
+                {at, "the block \"" + block.name + "\" reaches beyond the end of the file, with all behind it"});
+            break;
+        }
         at += block.length;
         if (i != 0 && block.length != 0) blocks.push_back(std::move(block));
     }
@@ -96,11 +101,10 @@ struct opd_values {
     std::map<std::string, double> numbers;
     std::map<std::string, std::string> texts;
 
-    double number(const std::string& key, double otherwise) const
+    std::optional<double> number(const std::string& key) const
     {
         const auto found = numbers.find(key);
-        return found != numbers.end() && std::isfinite(found->second) && found->second > 0.0 ? found->second
-                                                                                             : otherwise;
+        return found == numbers.end() ? std::nullopt : std::optional(found->second);
     }
 };
 
@@ -124,10 +128,10 @@ bool holds_intensity(const std::string& name) { return name == "Image" || name =
 value_scale scale_of(const opd_values& values, bool isHeight, bool isFloat)
 {
     if (!isHeight) return {1.0, 0.0, "", "intensity"};
-    const double wavelength = values.number("Wavelength", 0.0);
-    if (wavelength == 0.0) return {1.0, 0.0, "", "no Wavelength in the file"};
-    const double divisor = isFloat ? 1.0 : values.number("Mult", 1.0);
-    value_scale scale{wavelength / divisor, 0.0, "nm", "Wavelength = " + base::shortest(wavelength) + " nm"};
+    const auto wavelength = values.number("Wavelength");
+    if (!wavelength) return {1.0, 0.0, "", "no Wavelength in the file"};
+    const double divisor = isFloat ? 1.0 : values.number("Mult").value_or(1.0);
+    value_scale scale{*wavelength / divisor, 0.0, "nm", "Wavelength = " + base::shortest(*wavelength) + " nm"};
     if (divisor != 1.0) scale.origin += ", Mult = " + base::shortest(divisor);
     return scale;
 }
@@ -167,9 +171,10 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
     const bool isHeight = holds_wyko_heights(block.name);
     const auto title = values.texts.find("Title");
     const std::string label = isHeight && title != values.texts.end() ? title->second : block.name;
-    const double pixel = values.number("Pixel_size", 0.0), aspect = values.number("Aspect", 1.0);
-    const VLAxis x = pixel > 0 ? VLAxis(0.0, pixel, "mm") : VLAxis(),
-                 y = pixel > 0 ? VLAxis(0.0, pixel * aspect, "mm") : VLAxis();
+    const auto pixel = values.number("Pixel_size");
+    const double aspect = values.number("Aspect").value_or(1.0);
+    const VLAxis x = pixel ? stated_side(0.0, *pixel, 1, "mm") : VLAxis(),
+                 y = pixel ? stated_side(0.0, *pixel * aspect, 1, "mm") : VLAxis();
     const extent sides[] = {{columns, x}, {rows, y}};
     const SPMVarArrayType type = bytes == 4 ? SPM_ARRAY_FLOAT32 : bytes == 2 ? SPM_ARRAY_INT16 : SPM_ARRAY_UINT8;
     recorded_image image =
@@ -208,7 +213,8 @@ base::read_result<recording> read_opd(source& file)
     std::byte head[11]{};
     if (file.size() < sizeof head || !file.read(0, head) || !sniff_opd(head))
         return base::read_error{0, "not a directory of WYKO blocks; the later .opdx files cannot be opened"};
-    const auto blocks = read_directory(file);
+    left_out missing;
+    const auto blocks = read_directory(file, missing);
     if (!blocks) return blocks.error();
     const opd_values values = read_values(file, *blocks);
     std::vector<std::string> ids;
@@ -217,12 +223,17 @@ base::read_result<recording> read_opd(source& file)
         for (const opd_block& block : *blocks) {
             if (block.type != arrayBlock || !isWanted(block.name)) continue;
             auto image = read_array(file, block, values, ids);
-            if (!image) return image.error();
-            result.items.emplace_back(std::move(*image));
+            if (image)
+                result.items.emplace_back(std::move(*image));
+            else
+                missing.add(image.error());
         }
-    if (result.items.empty()) return base::read_error{directoryAt, "no block holds heights or intensities"};
+    if (result.items.empty())
+        return missing.empty() ? base::read_error{directoryAt, "no block holds heights or intensities"}
+                               : missing.first();
     result.strings = values.texts;
-    if (values.number("Pixel_size", 0.0) == 0.0) result.strings["\\Reader note"] = no_wyko_pixel_size;
+    missing.tell(result);
+    if (!values.number("Pixel_size")) add_warning(result, no_wyko_pixel_size);
     const auto date = values.texts.find("Date"), time = values.texts.find("Time");
     if (date != values.texts.end())
         result.strings.emplace("\\Date", date->second + (time == values.texts.end() ? "" : " " + time->second));

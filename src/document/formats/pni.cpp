@@ -19,7 +19,6 @@ constexpr std::size_t headerBytes = 7312, shapeAt = 0x90, dataHeaderAt = 0x13CA;
 struct pni_header {
     unsigned columns = 0, rows = 0;
     VLAxis x, y;
-    bool hasSize = true; ///< both sides
     value_scale scale;
     std::string label;
     const char* direction = nullptr; ///< name of the sub-image, when it is known
@@ -52,18 +51,8 @@ const char* channel_name(bool isFirstVersion, std::uint32_t channel) noexcept
     return channel == 0 ? "Z actuator" : channel == 2 ? "Z error" : channel == 3 ? "Phase" : "Image";
 }
 
-bool is_size(double size) noexcept { return size > 0.0 && std::isfinite(size); }
-
-/// A side without a size steps by one micrometre.
-VLAxis side_axis(double size, unsigned points)
-{
-    return points == 0 ? VLAxis() : VLAxis(0.0, is_size(size) ? size / points : 1.0, "\u00B5m");
-}
-
 value_scale make_scale(double step, std::uint32_t kind)
 {
-    if (!std::isfinite(step) || step == 0.0)
-        return {1.0, 0.0, "", "the numbers as they stand; no usable value per LSB"};
     return {step, 0.0, kind == 1 ? "nm" : kind == 4 ? "mV" : "", "value per LSB, value kind"};
 }
 
@@ -83,9 +72,8 @@ pni_header parse_header(std::string_view bytes)
     header.columns = u32_at(shapeAt);
     header.rows = u32_at(shapeAt + 4);
     const double width = f32_at(0xA8), height = f32_at(0xB0);
-    header.hasSize = is_size(width) && is_size(height);
-    header.x = side_axis(width, header.columns);
-    header.y = side_axis(height, header.rows);
+    header.x = stated_side(0.0, width, header.columns, "\u00B5m");
+    header.y = stated_side(0.0, height, header.rows, "\u00B5m");
     header.scale = make_scale(f32_at(0xBC), u32_at(dataHeaderAt + (isFirstVersion ? 0x46 : 0x1B2)));
     header.label = channel_name(isFirstVersion, u32_at(dataHeaderAt + (isFirstVersion ? 0x0A : 0x19E)));
     if (!isFirstVersion) return header;
@@ -135,7 +123,6 @@ base::read_result<formats::recording> pni_reader(formats::source& file)
     }
     to_native(std::as_writable_bytes(samples), 2, byte_order::little);
     if (header.direction) name_subimages(image, std::vector<std::string>{header.direction});
-    if (!header.hasSize) image.strings["Size"] = "not in the file where 1 \u00B5m per pixel is shown";
     recording result;
     result.items.emplace_back(std::move(image));
     return result;

@@ -14,6 +14,8 @@ namespace formats {
 struct recorded_image {
     SPMDataStream stream;
     std::map<std::string, std::string> strings;
+    std::vector<std::string>
+        notes{}; ///< what is to be said of the samples; each becomes a warning that names the image
 };
 
 /// A bitmap, rows bottom-up on 32-bit boundaries, plain or with the standard 5-5-5 or 8-8-8 fields: what the document
@@ -29,6 +31,8 @@ struct recording {
     std::vector<std::variant<recorded_image, picture>> items;
     std::map<std::string, std::string> strings;
     std::string title; ///< overrides the file name as title when not empty
+    /// What the user has to know: what was left out, what is not as the file meant it. A text each, without the file.
+    std::vector<std::string> warnings{};
 };
 
 } // namespace formats

@@ -49,7 +49,8 @@ struct format_row {
     /// True when the bytes do not contradict the format: asked only when the extension fits and no other row is
     /// certain. Null: never by the extension alone.
     bool (*possible)(std::span<const std::byte> head);
-    /// Null for formats whose reader stands elsewhere (the native container).
+    /// Gives a recording that is finished (`finish_recording`). Null for formats whose reader stands elsewhere (the
+    /// native container).
     base::read_result<recording> (*read)(source& file);
     /// Possible content is tried under any name when no other row can read it.
     bool underAnyName = false;

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/directions.h"
 #include "document/formats/file_start.h"
+#include "document/formats/finish_recording.h"
 #include "document/formats/fixed_text.h"
 #include "document/formats/scala_data.h"
 #include "document/formats/scala_parameters.h"
@@ -58,7 +59,7 @@ public:
         result.strings = parameters.values;
         rename("Date", "\\Date");
         rename("Scan Direction", "\\Scan direction");
-        if (!missing.empty()) result.strings["Missing channels"] = missing;
+        if (!missing.empty()) leave_note(result, "Missing channels", missing);
         return std::move(result);
     }
 

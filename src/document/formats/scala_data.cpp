@@ -2,8 +2,10 @@
 
 #include "base/text.h"
 #include "document/formats/sample_numbers.h"
+#include "document/formats/stream_shape.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace formats {
 
@@ -25,10 +27,12 @@ std::unique_ptr<source> find_in_any_case(source& beside, const std::string& name
     return nullptr;
 }
 
-/// Distance of the points of a grid in nm.
-double grid_step(double pixels, double size, unsigned samples, unsigned points)
+/// The place of a grid's points, which are `pixels` apart, or spread over the whole side when that is 0.
+VLAxis grid_axis(double offset, const std::optional<double>& size, double pixels, unsigned samples, unsigned points)
 {
-    return pixels > 0.0 ? pixels * size / samples : size / points;
+    if (!size) return {};
+    const double length = pixels == 0.0 ? std::fabs(*size) : pixels * std::fabs(*size) / samples * points;
+    return stated_side(offset, length, points, "nm");
 }
 
 VLAxis curve_axis(const scala_channel& channel)
@@ -60,16 +64,17 @@ std::unique_ptr<source> find_scala_data(source& beside, const std::string& param
 
 std::vector<extent> scala_extents(const scala_parameters& parameters, const scala_channel& channel)
 {
-    const auto axis = [](double offset, double step) { return VLAxis(offset, step, "nm"); };
     if (!channel.isSpectroscopy)
-        return {{parameters.columns, axis(parameters.xOffset, parameters.width / parameters.columns)},
-                {parameters.rows, axis(parameters.yOffset, parameters.height / parameters.rows)}};
+        return {
+            {parameters.columns,
+             grid_axis(parameters.xOffset, parameters.width, 0.0, parameters.columns, parameters.columns)},
+            {parameters.rows, grid_axis(parameters.yOffset, parameters.height, 0.0, parameters.rows, parameters.rows)}};
     if (channel.points == 0 || !is_image_side(parameters.gridColumns) || !is_image_side(parameters.gridRows)) return {};
     return {{channel.points, curve_axis(channel)},
-            {parameters.gridColumns, axis(parameters.xOffset, grid_step(parameters.gridStepX, parameters.width,
-                                                                        parameters.columns, parameters.gridColumns))},
-            {parameters.gridRows, axis(parameters.yOffset, grid_step(parameters.gridStepY, parameters.height,
-                                                                     parameters.rows, parameters.gridRows))}};
+            {parameters.gridColumns, grid_axis(parameters.xOffset, parameters.width, parameters.gridStepX,
+                                               parameters.columns, parameters.gridColumns)},
+            {parameters.gridRows, grid_axis(parameters.yOffset, parameters.height, parameters.gridStepY,
+                                            parameters.rows, parameters.gridRows)}};
 }
 
 std::string read_scala_samples(source& data, const scala_channel& channel, std::span<std::int16_t> out)

@@ -63,10 +63,12 @@ class block_lines {
 public:
     explicit block_lines(const std::vector<std::string>& lines_) : lines(lines_) {}
     std::string text() { return next < lines.size() ? lines[next++] : std::string(); }
+    /// NaN for a text that is no number, nothing for an empty line.
     std::optional<double> number()
     {
-        const auto value = base::whole_number(text());
-        return value && std::isfinite(*value) ? value : std::nullopt;
+        const std::string stated = text();
+        if (base::trimmed(stated).empty()) return std::nullopt;
+        return base::whole_number(stated).value_or(std::nan(""));
     }
     double number_or_zero() { return number().value_or(0.0); }
 
@@ -81,25 +83,19 @@ scan_direction parse_direction(const std::string& text)
     return base::equal_ignoring_case(text, "Backward") ? scan_direction::reverse : scan_direction::unknown;
 }
 
-/// Numbers whose step is not told stay without units.
-value_scale usable_scale(double step, double offset, const std::string& units, const char* origin)
-{
-    if (!std::isfinite(step) || step == 0.0 || !std::isfinite(offset))
-        return {1.0, 0.0, "", "the numbers as they stand; no usable range or resolution"};
-    return {step, offset, units, origin};
-}
-
-/// Minimum and maximum belong together, raw and physical; without these ranges the resolution is the step.
+/// Minimum and maximum belong together, raw and physical; without these ranges the resolution is the step, without
+/// that the numbers stay without units.
 void read_scales(block_lines& lines, scala_channel& channel)
 {
     const auto minRaw = lines.number(), maxRaw = lines.number(), minValue = lines.number(), maxValue = lines.number();
-    const double resolution = lines.number_or_zero();
+    const auto resolution = lines.number();
     const std::string units = normal_unit(lines.text());
-    channel.lsbScale = usable_scale(resolution, 0.0, units, "Resolution");
+    channel.lsbScale = resolution ? value_scale{*resolution, 0.0, units, "Resolution"}
+                                  : value_scale{1.0, 0.0, "", "the numbers as they stand; no range or resolution"};
     channel.scale = channel.lsbScale;
     if (!minRaw || !maxRaw || !minValue || !maxValue || *maxRaw == *minRaw || *maxValue == *minValue) return;
     const double step = (*maxValue - *minValue) / (*maxRaw - *minRaw);
-    channel.scale = usable_scale(step, *minValue - *minRaw * step, units, "minimum and maximum raw and physical value");
+    channel.scale = {step, *minValue - *minRaw * step, units, "minimum and maximum raw and physical value"};
 }
 
 /// A set may have been moved: folders in front of a name mean nothing here.
@@ -135,11 +131,12 @@ unsigned count_of(const scala_parameters& parameters, const char* key)
     return number && std::fabs(*number) < 1e6 ? static_cast<unsigned>(std::fabs(*number)) : 0;
 }
 
-double number_of(const scala_parameters& parameters, const char* key)
+/// NaN for a text that is no number.
+std::optional<double> number_of(const scala_parameters& parameters, const char* key)
 {
     const auto found = parameters.values.find(key);
-    const auto number = found == parameters.values.end() ? std::nullopt : base::leading_number(found->second);
-    return number && std::isfinite(*number) ? *number : 0.0;
+    if (found == parameters.values.end()) return std::nullopt;
+    return base::leading_number(found->second).value_or(std::nan(""));
 }
 
 /// A key that repeats, as for each of several counters, keeps all its values, a line each.
@@ -154,14 +151,14 @@ void read_geometry(scala_parameters& parameters)
 {
     parameters.columns = count_of(parameters, "Image Size in X");
     parameters.rows = count_of(parameters, "Image Size in Y");
-    parameters.width = std::fabs(number_of(parameters, "Field X Size in nm"));
-    parameters.height = std::fabs(number_of(parameters, "Field Y Size in nm"));
-    parameters.xOffset = number_of(parameters, "X Offset");
-    parameters.yOffset = number_of(parameters, "Y Offset");
+    parameters.width = number_of(parameters, "Field X Size in nm");
+    parameters.height = number_of(parameters, "Field Y Size in nm");
+    parameters.xOffset = number_of(parameters, "X Offset").value_or(0.0);
+    parameters.yOffset = number_of(parameters, "Y Offset").value_or(0.0);
     parameters.gridColumns = count_of(parameters, "Spectroscopy Points in X");
     parameters.gridRows = count_of(parameters, "Spectroscopy Lines in Y");
-    parameters.gridStepX = std::fabs(number_of(parameters, "Spectroscopy Grid Value in X"));
-    parameters.gridStepY = std::fabs(number_of(parameters, "Spectroscopy Grid Value in Y"));
+    parameters.gridStepX = std::fabs(number_of(parameters, "Spectroscopy Grid Value in X").value_or(0.0));
+    parameters.gridStepY = std::fabs(number_of(parameters, "Spectroscopy Grid Value in Y").value_or(0.0));
 }
 
 } // namespace

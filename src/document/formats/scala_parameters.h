@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,7 +32,7 @@ struct scala_channel {
 struct scala_parameters {
     std::map<std::string, std::string> values; ///< "Gap Voltage" = "0.466000 V", the unit from the comment
     unsigned columns = 0, rows = 0;
-    double width = 0.0, height = 0.0;        ///< of the field, nm
+    std::optional<double> width, height;     ///< of the field, nm; a sign says nothing
     double xOffset = 0.0, yOffset = 0.0;     ///< nm
     unsigned gridColumns = 0, gridRows = 0;  ///< points of spectroscopy; 0 without a grid
     double gridStepX = 0.0, gridStepY = 0.0; ///< their distances in pixels

@@ -1,6 +1,7 @@
 #include "document/formats/sm2.h"
 
 #include "document/formats/file_start.h"
+#include "document/formats/finish_recording.h"
 #include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/sm2_page.h"
@@ -120,7 +121,7 @@ base::read_result<recording> read_sm2(source& file)
         result.items.emplace_back(std::move(*image));
     }
     if (!stop.reason.empty())
-        result.strings["Unread pages"] = "from byte " + std::to_string(stop.offset) + ": " + stop.reason;
+        leave_note(result, "Unread pages", "from byte " + std::to_string(stop.offset) + ": " + stop.reason);
     return result;
 }
 

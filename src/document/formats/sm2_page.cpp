@@ -30,6 +30,7 @@ struct field_numbers {
     std::vector<double> numbers;
     std::string rest;
 
+    bool isEmpty() const noexcept { return numbers.empty() && rest.empty(); }
     double number(std::size_t index) const { return index < numbers.size() ? numbers[index] : 0.0; }
     /// 0 for what is no count.
     std::uint64_t count(std::size_t index) const
@@ -87,18 +88,16 @@ const char* kind_name(std::uint64_t kind) noexcept
 /// Images have magnitudes as scales, curves keep the sign: they may run backwards.
 VLAxis page_axis(const field_numbers& field, bool isImage)
 {
+    if (field.isEmpty()) return {};
     const double step = isImage ? std::fabs(field.number(0)) : field.number(0);
-    if (!(std::fabs(step) > 0.0) || !std::isfinite(step)) return {};
-    const double start = std::isfinite(field.number(1)) ? field.number(1) : 0.0;
-    return VLAxis(start, step, page_units(field.rest).c_str());
+    return VLAxis(field.number(1), step, page_units(field.rest).c_str());
 }
 
 value_scale page_scale(const field_numbers& field, bool isImage)
 {
+    if (field.isEmpty()) return {};
     const double step = isImage ? std::fabs(field.number(0)) : field.number(0);
-    if (!(std::fabs(step) > 0.0) || !std::isfinite(step)) return {};
-    return {step, std::isfinite(field.number(1)) ? field.number(1) : 0.0, page_units(field.rest),
-            "Z scale, offset and unit"};
+    return {step, field.number(1), page_units(field.rest), "Z scale, offset and unit"};
 }
 
 /// \return a reason why the page cannot be shown, or an empty text

@@ -3,6 +3,7 @@
 #include "document/formats/file_start.h"
 #include "document/formats/fixed_text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/left_out.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stp_header.h"
 #include "document/formats/stream_shape.h"
@@ -14,19 +15,23 @@ namespace {
 constexpr std::string_view dataMark = "\r\nData_section  \r\n";
 constexpr std::uint64_t longestHeader = 16u << 20;
 
-/// Where each buffer's samples stand: one after another. A reason when the file does not hold them all.
-base::read_result<std::vector<std::uint64_t>> place_buffers(const stp_header& header, std::uint64_t start,
-                                                            std::uint64_t fileSize)
+/// Where each buffer's samples stand: one after another. From the first on that the file does not hold all buffers are
+/// taken out of the header.
+std::vector<std::uint64_t> place_buffers(stp_header& header, std::uint64_t start, std::uint64_t fileSize,
+                                         left_out& missing)
 {
     std::vector<std::uint64_t> offsets;
     for (const stp_buffer& buffer : header.buffers) {
         const std::uint64_t samples = std::uint64_t{buffer.columns} * buffer.rows;
-        if (!holds_numbers(fileSize, start, samples, 2))
-            return base::read_error{start, "samples of buffer " + std::to_string(offsets.size() + 1) +
-                                               " reach beyond the end of the file, which is cut short"};
+        if (!holds_numbers(fileSize, start, samples, 2)) {
+            missing.add({start, "samples from buffer " + std::to_string(offsets.size() + 1) +
+                                    " on reach beyond the end of the file, which is cut short"});
+            break;
+        }
         offsets.push_back(start);
         start += samples * 2;
     }
+    header.buffers.resize(offsets.size());
     return offsets;
 }
 
@@ -75,20 +80,22 @@ base::read_result<recording> read_stp(source& file)
     if (!is_stp_header(read_start(file, 16))) return base::read_error{0, "not a Molecular Imaging header"};
     const auto text = read_text_before(file, dataMark, longestHeader);
     if (!text) return text.error();
-    const auto header = parse_stp_header(*text);
+    auto header = parse_stp_header(*text);
     if (!header) return header.error();
-    const auto offsets = place_buffers(*header, text->size() + dataMark.size(), file.size());
-    if (!offsets) return offsets.error();
+    left_out missing;
+    const auto offsets = place_buffers(*header, text->size() + dataMark.size(), file.size(), missing);
+    if (offsets.empty()) return missing.first();
 
     recording result;
     result.strings = header->strings;
+    missing.tell(result);
     std::vector<std::string> ids;
     const auto groups = join_buffers(*header);
     for (std::size_t i = 0; i < groups.size(); ++i) {
         if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
             return base::read_error{0, "reading was cancelled"};
         const std::string id = unique_id(header->buffers[groups[i].front()].label, ids);
-        auto image = load_group(file, *header, *offsets, groups[i], id);
+        auto image = load_group(file, *header, offsets, groups[i], id);
         if (!image) return image.error();
         result.items.emplace_back(std::move(*image));
     }

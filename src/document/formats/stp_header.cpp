@@ -24,10 +24,12 @@ std::string text_of(const line_table& lines, const char* key)
     return found == lines.end() ? std::string() : found->second;
 }
 
+/// What a line states, NaN for a text that is no number; nothing when there is no such line.
 std::optional<double> number_of(const line_table& lines, const char* key)
 {
-    const auto number = base::leading_number(text_of(lines, key));
-    return number && std::isfinite(*number) ? number : std::nullopt;
+    const std::string stated = text_of(lines, key);
+    if (stated.empty()) return std::nullopt;
+    return base::leading_number(stated).value_or(std::nan(""));
 }
 
 unsigned count_of(const line_table& lines, const char* key)
@@ -54,16 +56,15 @@ std::vector<line_table> split_buffers(std::string_view text)
 
 VLAxis side_axis(const line_table& buffer, const char* key, unsigned points)
 {
-    const double length = number_of(buffer, key).value_or(0.0);
-    if (!(length > 0.0) || points == 0) return {};
-    return VLAxis(0.0, length / points, "\u00C5");
+    const auto length = number_of(buffer, key);
+    return length ? stated_side(0.0, *length, points, "\u00C5") : VLAxis();
 }
 
 void set_topography_scale(const line_table& global, const line_table& lines, stp_buffer& buffer)
 {
     const auto perVolt = number_of(global, "z_v_to_angs"), range = number_of(lines, "servo_range");
     buffer.scale = {1.0 / halfRange, 0.0, "\u00C5", "samples alone"};
-    if (!perVolt || !range || *perVolt * *range == 0.0) return;
+    if (!perVolt || !range) return;
     buffer.scale.step = *perVolt * *range / halfRange;
     buffer.scale.origin = "z_v_to_angs, servo_range";
     buffer.voltage = value_scale{*range / halfRange, 0.0, "V", "servo_range"};
@@ -71,10 +72,10 @@ void set_topography_scale(const line_table& global, const line_table& lines, stp
 
 value_scale external_scale(const line_table& buffer)
 {
-    const double factor = number_of(buffer, "ExSourceZFact").value_or(0.0);
-    if (factor == 0.0) return {};
+    const auto factor = number_of(buffer, "ExSourceZFact");
+    if (!factor) return {};
     const bool isBipolar = base::equal_ignoring_case(text_of(buffer, "ExSourceZBip"), "TRUE");
-    return {factor, isBipolar ? -halfRange * factor : 0.0, normal_unit(text_of(buffer, "ExSourceZUnit")),
+    return {*factor, isBipolar ? -halfRange * *factor : 0.0, normal_unit(text_of(buffer, "ExSourceZUnit")),
             "ExSourceZFact, ExSourceZBip, ExSourceZUnit"};
 }
 

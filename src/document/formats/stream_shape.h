@@ -12,8 +12,12 @@ namespace formats {
 /// One dimension of a stream: how many samples, and where they lie.
 struct extent {
     unsigned length = 0;
-    VLAxis axis; ///< an unusable one becomes one unit a sample
+    VLAxis axis;
 };
+
+/// The place of `points` samples on a side of this length. A stated length that is not above 0 makes an axis that no
+/// finished recording holds.
+VLAxis stated_side(double start, double length, unsigned points, const std::string& units);
 
 /// A stream named `id` and labelled `label` of `frames` sub-images with these dimensions, fastest first, its value
 /// axis and "\Z scale" set. Its elements of `type` are not initialised; numbers that are not 16-bit have to be settled
@@ -33,9 +37,12 @@ struct void_range {
     std::uint64_t first = 0, count = 0;
 };
 
-/// Gives samples that were never measured (`voids`, NaN and infinities) the lowest measured value and counts them in
-/// "\Void points". Numbers of another type then become 16-bit ones: those that all fit stay as they are, others are
-/// fitted onto an axis of six digits, all values within half a step.
+/// Gives samples that are no measurement the lowest measured value and counts them in "\Void points": `voids`, NaN, and
+/// absurd ones, which "\Absurd points" and a note count, too. Absurd are magnitudes from 1e30 up, and samples that are
+/// further from the middle 99.8 % of all than 10^6 times the span of these.
+/// Numbers of another type then become 16-bit ones: whole numbers that fit signed or unsigned 16 bits stay as they are,
+/// others are fitted onto an axis of six digits, all values within half a step. A note says so when a step is more than
+/// a tenth of the middle's span.
 void settle_samples(recorded_image& image, std::span<const void_range> voids = {});
 
 /// As above for 16-bit samples of which some raw numbers mean "not measured".

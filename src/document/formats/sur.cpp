@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/file_group.h"
+#include "document/formats/finish_recording.h"
 #include "document/formats/fixed_text.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/sur_object.h"
@@ -16,10 +17,6 @@ namespace {
 
 value_scale scale_of(const sur_object& object)
 {
-    if (!std::isfinite(object.zStep) || object.zStep == 0.0)
-        return {1.0, 0.0, "", "the numbers as they stand; no usable z step"};
-    if (!std::isfinite(object.zOffset))
-        return {object.zStep, 0.0, object.zUnits, "z step, unit of the z step; no usable z offset"};
     return {object.zStep, object.zOffset, object.zUnits, "z step, z offset, unit of the z step"};
 }
 
@@ -164,23 +161,25 @@ base::read_result<formats::recording> sur_reader(formats::source& file)
     std::byte header[surHeaderBytes];
     std::size_t stated = 1;
     std::uint64_t offset = 0;
+    // What cannot be read ends the file: the length of the object is not known. What stands before it is whole.
+    const auto refuse = [&](base::read_error why) -> base::read_result<recording> {
+        if (result.items.empty()) return why;
+        leave_note(result, "Objects left out", why.reason);
+        return std::move(result);
+    };
     while (has_object(file, offset)) {
-        if (!file.read(offset, header)) return base::read_error{offset, "header cut short"};
+        if (!file.read(offset, header)) return refuse({offset, "header cut short"});
         const auto object = parse_sur_object(header);
-        if (!object && object.error().offset == surKindAt && !result.items.empty()) {
-            result.strings["Objects left out"] = object.error().reason; // and what follows it, as its length is unknown
-            return result;
-        }
-        if (!object) return base::read_error{offset, object.error().reason};
+        if (!object) return refuse({offset, object.error().reason});
         if (offset == 0) stated = stated_objects(*object);
         if (!file.progress(static_cast<double>(offset) / static_cast<double>(file.size())))
             return base::read_error{offset, "reading was cancelled"};
         auto image = read_object(file, *object, unique_id(label_of(*object), ids), offset);
-        if (!image) return image.error();
+        if (!image) return refuse(image.error());
         result.items.emplace_back(std::move(*image));
     }
     if (result.items.size() < stated)
-        return base::read_error{offset, "cut short: " + std::to_string(result.items.size()) + " of " +
-                                            std::to_string(stated) + " objects"};
+        return refuse({offset, "cut short: " + std::to_string(result.items.size()) + " of " + std::to_string(stated) +
+                                   " objects"});
     return result;
 }

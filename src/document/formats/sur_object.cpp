@@ -35,13 +35,6 @@ bool is_known_kind(std::int16_t kind) noexcept
     return false;
 }
 
-/// A start that is no number counts as 0; a step that is none, or 0, leaves points without a place.
-VLAxis make_axis(double start, double step, const std::string& units)
-{
-    if (!(std::fabs(step) > 0.0) || !std::isfinite(step)) return {};
-    return VLAxis(std::isfinite(start) ? start : 0.0, step, units.c_str());
-}
-
 /// Reads the fields in their order. \return the points that the header counts
 std::uint32_t read_fields(base::byte_reader& in, sur_object& object, std::int16_t& kind)
 {
@@ -86,9 +79,9 @@ std::uint32_t read_fields(base::byte_reader& in, sur_object& object, std::int16_
     object.zOffset = in.f32();
     const double spectralStep = in.f32(), spectralOffset = in.f32();
     object.spectralName = fixed_text(in, 13);
-    object.x = make_axis(xOffset, xStep, xUnits);
-    object.y = make_axis(yOffset, yStep, yUnits);
-    object.spectral = make_axis(spectralOffset, spectralStep, units(13));
+    object.x = VLAxis(xOffset, xStep, xUnits.c_str());
+    object.y = VLAxis(yOffset, yStep, yUnits.c_str());
+    object.spectral = VLAxis(spectralOffset, spectralStep, units(13).c_str());
     return points;
 }
 

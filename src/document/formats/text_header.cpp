@@ -91,8 +91,8 @@ void apply_wsxm_matrix(const header_lines& lines, table_header& header)
 {
     header.form = table_header::shape::matrix;
     header.startsAtLowerRight = true;
-    header.width = parse_quantity(value_of(lines, "X Amplitude"));
-    header.height = parse_quantity(value_of(lines, "Y Amplitude"));
+    header.width = stated_quantity(value_of(lines, "X Amplitude"));
+    header.height = stated_quantity(value_of(lines, "Y Amplitude"));
     if (const auto range = parse_quantity(value_of(lines, "Z Amplitude"))) header.units = range->units;
     header.origin = "Z Amplitude";
 }
@@ -113,7 +113,7 @@ void apply_spip(const header_lines& lines, table_header& header)
     header.columns = count_of(value_of(lines, "x-pixels"));
     header.rows = count_of(value_of(lines, "y-pixels"));
     const auto length = [&](const char* key) {
-        auto size = parse_quantity(value_of(lines, key));
+        auto size = stated_quantity(value_of(lines, key));
         if (size && size->units.empty()) size->units = "nm"; // which this writer leaves out
         return size;
     };
@@ -144,11 +144,11 @@ void apply_interferometer(const header_lines& lines, table_header& header)
     header.form = table_header::shape::matrix;
     header.rows = inline_count(lines[0], "h");
     header.columns = inline_count(lines[0], "w");
-    header.pixel = parse_quantity(value_of(lines, "pixel size"));
+    header.pixel = stated_quantity(value_of(lines, "pixel size"));
     header.units = normal_unit(value_of(lines, "data unit"));
     header.origin = "data unit";
-    if (const auto factor = base::whole_number(value_of(lines, factorKey)); factor && std::isfinite(*factor)) {
-        header.factor = *factor;
+    if (const std::string_view factor = value_of(lines, factorKey); !factor.empty()) {
+        header.factor = base::whole_number(factor).value_or(std::nan(""));
         header.units = "m";
         header.origin = factorKey;
     }
@@ -228,6 +228,13 @@ bool is_name(std::string_view text)
            text.find('=') == std::string_view::npos;
 }
 
+/// "l.0", "O.5": letters that stand for digits in a damaged row.
+bool is_damaged_number(std::string_view name)
+{
+    const auto ofNumber = std::ranges::count_if(name, [](char c) { return (c >= '0' && c <= '9') || c == '.'; });
+    return name.find('.') != std::string_view::npos && 2 * static_cast<std::size_t>(ofNumber) > name.size();
+}
+
 /// Names separated by nothing but blanks could as well be a sentence; a unit or an x tells.
 bool names_tell(const std::vector<column_heading>& headings)
 {
@@ -241,6 +248,7 @@ std::vector<column_heading> headings_of_line(std::string_view line, std::size_t 
     for (const char separator : {'\t', ';', ',', ' '}) {
         const auto names = split_names(line, separator);
         if (names.size() != columns || !std::ranges::all_of(names, is_name)) continue;
+        if (std::ranges::all_of(names, is_damaged_number)) continue;
         std::vector<column_heading> headings;
         for (const std::string_view name : names) headings.push_back(parse_heading(name));
         if (separator != ' ' || names_tell(headings)) return headings;

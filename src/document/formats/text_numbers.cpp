@@ -68,6 +68,27 @@ std::optional<double> respelled_number(std::string_view field, bool decimalComma
     return value;
 }
 
+/// "-1,234,567.8e3" without the commas; nothing when these do not part the digits into groups of three.
+std::optional<double> grouped_number(std::string_view field) noexcept
+{
+    std::array<char, 128> buffer;
+    if (field.size() > buffer.size()) return std::nullopt;
+    const std::size_t whole =
+        std::min(field.find_first_not_of("0123456789,", field.find_first_of("0123456789")), field.size());
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        if (field[i] != ',') {
+            buffer[length++] = field[i];
+            continue;
+        }
+        const std::size_t next = std::min(field.find(',', i + 1), whole);
+        const bool isFirst = field.substr(0, i).find(',') == std::string_view::npos;
+        const std::size_t before = i - std::min(field.find_first_of("0123456789"), i);
+        if (i >= whole || next - i != 4 || before == 0 || (isFirst && before > 3)) return std::nullopt;
+    }
+    return number_of_field({buffer.data(), length}, false);
+}
+
 bool is_any_separator(char c) noexcept
 {
     return c == ' ' || c == '\t' || c == ',' || c == ';' || c == '\f' || c == '\v';
@@ -82,9 +103,10 @@ bool starts_comment(std::string_view line) noexcept
 struct mark_survey {
     std::size_t lines = 0;
     std::size_t doubleTabs = 0;
-    bool points = false;     ///< a decimal point stands in a number
-    bool commas = false;     ///< a comma stands somewhere
-    bool loneCommas = false; ///< a comma without a digit on both sides, or two in one blank-separated word
+    bool points = false;                                   ///< a decimal point stands in a number
+    bool commas = false;                                   ///< a comma stands somewhere
+    bool loneCommas = false;                               ///< a comma without a digit on both sides
+    bool manyCommas = false;                               ///< two in one word between blanks
     bool semicolons = false, tabs = false, blanks = false; ///< between two fields
     std::size_t fields = 0;                                ///< of the first line, when commas separate
     bool sameFields = true;
@@ -101,7 +123,8 @@ void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wor
     if (c == ',') {
         commas = true;
         const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
-        if (!between || ++wordCommas > 1) loneCommas = true;
+        loneCommas = loneCommas || !between;
+        manyCommas = manyCommas || (between && ++wordCommas > 1);
     }
     if (c == '.') points = true;
     if (c == ';' && !last) semicolons = true;
@@ -129,11 +152,14 @@ number_layout layout_of(const mark_survey& survey) noexcept
     number_layout layout;
     const bool otherSeparator = survey.semicolons || survey.tabs || survey.blanks;
     // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
-    layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas &&
+    layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas && !survey.manyCommas &&
                           (otherSeparator || !survey.sameFields || survey.fields < 2);
+    // Between tabs or semicolons a comma within digits is part of a number, never a separator.
+    layout.groupedDigits =
+        survey.commas && !survey.loneCommas && !layout.decimalComma && (survey.semicolons || survey.tabs);
     if (survey.semicolons)
         layout.separator = ';';
-    else if (survey.commas && !layout.decimalComma)
+    else if (survey.commas && !layout.decimalComma && !layout.groupedDigits)
         layout.separator = ',';
     else if (survey.tabs && survey.doubleTabs < survey.lines)
         layout.separator = '\t';
@@ -184,20 +210,20 @@ number_layout detect_layout(std::string_view text, std::size_t enough)
     std::string_view line;
     while (lines.next(line)) {
         // Files whose lines hold nothing but digits and commas are judged by all their lines.
-        const bool clear = !survey.commas || survey.points || survey.loneCommas || survey.semicolons || survey.tabs ||
-                           survey.blanks || !survey.sameFields;
+        const bool clear = !survey.commas || survey.points || survey.loneCommas || survey.manyCommas ||
+                           survey.semicolons || survey.tabs || survey.blanks || !survey.sameFields;
         if (survey.lines >= enough && clear) break;
         if (is_number_line(line)) survey.add(line);
     }
     return layout_of(survey);
 }
 
-number_scanner::number_scanner(const number_layout& layout) noexcept : decimalComma(layout.decimalComma)
+number_scanner::number_scanner(const number_layout& layout_) noexcept : layout(layout_)
 {
     roles.fill(role::field);
     for (const char c : {' ', '\t', '\f', '\v', '\x1A'}) roles[static_cast<unsigned char>(c)] = role::blank;
     if (layout.separator == ';') roles[';'] = role::separator; // it starts a comment elsewhere
-    if (!decimalComma) roles[','] = role::separator;
+    if (!layout.decimalComma && !layout.groupedDigits) roles[','] = role::separator;
     if (layout.separator == '\t') roles['\t'] = role::separator;
 }
 
@@ -207,18 +233,46 @@ const char* number_scanner::skip_blanks(const char* at, const char* end) const n
     return at;
 }
 
+std::optional<double> number_scanner::number_of(std::string_view field) const noexcept
+{
+    if (layout.groupedDigits && field.find(',') != std::string_view::npos) return grouped_number(field);
+    return number_of_field(field, layout.decimalComma);
+}
+
+bool number_scanner::isDamagedRow(std::string_view line, std::size_t columns)
+{
+    line = base::trimmed(line);
+    if (line.empty() || columns < 2 || starts_comment(line) || line.front() == ';') return false;
+    std::size_t fields = 0, numbers = 0;
+    const char* const end = line.data() + line.size();
+    for (const char* at = line.data(); at != end;) {
+        const char* last = at;
+        while (last != end && role_of(*last) == role::field) ++last;
+        const std::string_view field(at, static_cast<std::size_t>(last - at));
+        if (field.find_first_of("0123456789") == std::string_view::npos) return false;
+        ++fields;
+        if (number_of(field))
+            ++numbers;
+        else
+            wrongField = field;
+        at = skip_blanks(last, end);
+        if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
+    }
+    return fields == columns && numbers != 0 && numbers != fields;
+}
+
 bool number_scanner::scan_fields(const char* at, const char* end, std::vector<double>& out)
 {
     while (at != end) {
         double value = missing; // stays for an empty field
         const char* last = at;
         if (role_of(*at) != role::separator) {
-            if (!decimalComma) last = plain_number(at, end, value);
+            if (!layout.decimalComma) last = plain_number(at, end, value);
             if (last == at || (last != end && role_of(*last) == role::field)) {
                 last = at;
                 while (last != end && role_of(*last) == role::field) ++last;
                 const std::string_view field(at, static_cast<std::size_t>(last - at));
-                const auto number = number_of_field(field, decimalComma);
+                const auto number = number_of(field);
                 if (!number) {
                     wrongField = field;
                     return false;

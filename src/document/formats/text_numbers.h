@@ -14,6 +14,8 @@ struct number_layout {
     /// The separator that counts each time, so that two in a row have an empty field between them: ';', ',', a tab, or
     /// a blank when there is none.
     char separator = ' ';
+    /// "1,234.5" between tabs or semicolons: the commas group digits by three.
+    bool groupedDigits = false;
     bool operator==(const number_layout&) const noexcept = default;
 };
 
@@ -36,6 +38,9 @@ public:
     explicit number_scanner(const number_layout& layout_) noexcept;
     /// Appends the numbers of `line`, missing points as NaN; a line that is not all numbers appends nothing.
     line_content scan(std::string_view line, std::vector<double>& out);
+    /// True for a line that is one of `columns` numbers but for damaged ones among them: each field has a digit, not
+    /// all are numbers, not none is one. A line of words, names or a comment is none.
+    bool isDamagedRow(std::string_view line, std::size_t columns);
     /// The field that made the last line wrong.
     std::string_view wrong_field() const noexcept { return wrongField; }
 
@@ -44,9 +49,10 @@ private:
     role role_of(char c) const noexcept { return roles[static_cast<unsigned char>(c)]; }
     const char* skip_blanks(const char* at, const char* end) const noexcept;
     bool scan_fields(const char* at, const char* end, std::vector<double>& out);
+    std::optional<double> number_of(std::string_view field) const noexcept;
 
     std::array<role, 256> roles{};
-    bool decimalComma;
+    number_layout layout;
     std::string_view wrongField;
 };
 

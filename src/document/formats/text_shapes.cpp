@@ -2,7 +2,9 @@
 
 #include "base/text.h"
 #include "document/formats/heights.h"
+#include "document/formats/left_out.h"
 #include "document/formats/point_grid.h"
+#include "document/formats/stream_shape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,10 +50,8 @@ value_scale scale_of(const column_heading& heading)
 /// The axis of one side of a matrix; without a stated size one unit a point and no units.
 VLAxis side_axis(const std::optional<quantity>& whole, const std::optional<quantity>& pixel, std::size_t points)
 {
-    const auto usable = [](const std::optional<quantity>& size) { return size && size->value > 0.0; };
-    if (usable(whole)) return VLAxis(0.0, whole->value / static_cast<double>(points), whole->units.c_str());
-    if (usable(pixel)) return VLAxis(0.0, pixel->value, pixel->units.c_str());
-    return VLAxis();
+    if (whole) return stated_side(0.0, whole->value, static_cast<unsigned>(points), whole->units);
+    return pixel ? stated_side(0.0, pixel->value, 1, pixel->units) : VLAxis();
 }
 
 /// Brings the rows into bottom row first. Rows that start at the lower right corner only change direction.
@@ -139,8 +139,7 @@ void drop_rows_without_x(number_table& table, std::size_t xColumn)
         ++kept;
     }
     if (kept == table.rows) return;
-    if (!table.note.empty()) table.note += '\n';
-    table.note += "Points left out because they have no x: " + std::to_string(table.rows - kept);
+    table.notes.push_back("Points left out because they have no x: " + std::to_string(table.rows - kept));
     table.values.resize(kept * table.columns);
     table.rows = kept;
 }
@@ -264,7 +263,8 @@ base::read_result<recording> shape_table(number_table table, const table_header&
                                          const std::vector<column_heading>& headings)
 {
     auto result = shape_by_form(table, header, headings);
-    if (result && !table.note.empty()) result->strings["\\Reader note"] = table.note;
+    if (result)
+        for (const std::string& note : table.notes) add_warning(*result, note);
     return result;
 }
 

@@ -2,7 +2,9 @@
 
 #include "base/text.h"
 #include "document/formats/heights.h"
+#include "document/formats/left_out.h"
 #include "document/formats/number_table.h"
+#include "document/formats/opd.h"
 #include "document/formats/text_header.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_numbers.h"
@@ -75,6 +77,16 @@ base::read_result<number_table> read_rows(const text_content& content, line_curs
     return certain == likely ? table : read(certain);
 }
 
+/// Why the line before the numbers is no heading: a first row that is damaged, or empty.
+std::string first_row_problem(const text_content& content, const text_parts& parts, std::size_t columns)
+{
+    if (parts.header.empty()) return {};
+    const std::string_view text = std::string_view(content.text).substr(parts.numbers.offset());
+    number_scanner scanner(detect_layout(text, layoutSample));
+    if (!scanner.isDamagedRow(parts.header.back(), columns)) return {};
+    return "the line before the numbers: \"" + std::string(scanner.wrong_field().substr(0, 40)) + "\" is no number";
+}
+
 /// Finds the next line of numbers. \param name  receives the last line of text before it
 bool find_next_array(const text_content& content, line_cursor& at, std::string& name)
 {
@@ -95,6 +107,7 @@ base::read_result<recording> read_arrays(const text_content& content, const text
     std::vector<std::string> ids;
     line_cursor at = parts.numbers;
     std::string name;
+    left_out missing;
     do {
         if (!result.items.empty()) {
             if (name.empty()) return base::read_error{at.offset(), "more lines of numbers than X Size states"};
@@ -103,7 +116,10 @@ base::read_result<recording> read_arrays(const text_content& content, const text
             apply_wyko_array(parts.header, name, header);
         }
         auto table = read_rows(content, at, header, file);
-        if (!table) return base::read_error{table.error().offset, header.channel + ": " + table.error().reason};
+        if (!table) {
+            missing.add({table.error().offset, header.channel + ": " + table.error().reason});
+            break; // the arrays before it are whole
+        }
         auto array = shape_table(std::move(*table), header, {});
         if (!array) return array;
         auto& image = std::get<recorded_image>(array->items.front());
@@ -111,7 +127,10 @@ base::read_result<recording> read_arrays(const text_content& content, const text
         result.items.push_back(std::move(array->items.front()));
         name.clear();
     } while (find_next_array(content, at, name));
+    if (result.items.empty()) return missing.first();
     result.strings = wyko_strings(parts.header);
+    missing.tell(result);
+    if (!header.width) add_warning(result, no_wyko_pixel_size);
     result.strings["\\Text format"] = header.writer;
     return result;
 }
@@ -147,6 +166,9 @@ base::read_result<recording> read_text_table(source& file)
     const std::size_t stated = header.countFirst ? take_count(start) : 0;
     auto table = read_rows(*content, start, header, file);
     if (!table) return table.error();
+    if (!header.writer)
+        if (std::string problem = first_row_problem(*content, parts, table->columns); !problem.empty())
+            return base::read_error{0, std::move(problem)};
     if (stated > table->rows)
         return base::read_error{content->text.size(), "cut short: " + std::to_string(table->rows) + " of " +
                                                           std::to_string(stated) + " points"};

@@ -135,12 +135,20 @@ std::optional<quantity> parse_quantity(std::string_view text)
         std::ranges::replace(spelt, ',', '.');
     std::size_t used = 0;
     const auto value = base::leading_number(spelt, &used);
-    if (!value || !std::isfinite(*value)) return std::nullopt;
+    if (!value) return std::nullopt;
+    const bool isWord = used < spelt.size() && spelt[used] != ' '; // that begins like "nan" or "inf"
+    if (!std::isfinite(*value) && isWord) return std::nullopt;
     const std::string_view unit = base::trimmed(std::string_view(spelt).substr(used));
     if (unit.find_first_of(" \t:=") != std::string_view::npos) return std::nullopt;
     if (!unit.empty() && (std::string_view("0123456789.,-+/").find(unit.front()) != std::string_view::npos))
         return std::nullopt;
     return quantity{*value, normal_unit(unit)};
+}
+
+std::optional<quantity> stated_quantity(std::string_view text)
+{
+    if (base::trimmed(text).empty()) return std::nullopt;
+    return parse_quantity(text).value_or(quantity{std::nan(""), {}});
 }
 
 column_heading parse_heading(std::string_view text)

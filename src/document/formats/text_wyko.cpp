@@ -10,14 +10,13 @@ namespace formats {
 
 namespace {
 
-/// The number at the end of the line with this key: type and length may stand between them.
+/// The number at the end of the line with this key, NaN for a text: type and length may stand between them.
 std::optional<double> number_of(const header_lines& lines, std::string_view key)
 {
     for (const std::string& line : lines) {
         const auto fields = base::split(base::trimmed(line), '\t');
         if (fields.size() < 2 || !base::equal_ignoring_case(base::trimmed(fields.front()), key)) continue;
-        const auto number = base::whole_number(fields.back());
-        return number && std::isfinite(*number) ? number : std::nullopt;
+        return base::whole_number(fields.back()).value_or(std::nan(""));
     }
     return std::nullopt;
 }
@@ -54,8 +53,8 @@ void apply_wyko(const header_lines& lines, table_header& header)
     header.columns = count_of(lines, "Y Size"); // numbers of a line
     header.rows = count_of(lines, "X Size");
     apply_wyko_array(lines, lines.back(), header);
-    if (const auto pixel = number_of(lines, "Pixel_size"); pixel && *pixel > 0.0) {
-        const double stated = number_of(lines, "Aspect").value_or(1.0), aspect = stated > 0.0 ? stated : 1.0;
+    if (const auto pixel = number_of(lines, "Pixel_size")) {
+        const double aspect = number_of(lines, "Aspect").value_or(1.0);
         header.width = quantity{*pixel * static_cast<double>(header.rows), "mm"};
         header.height = quantity{*pixel * aspect * static_cast<double>(header.columns), "mm"};
     }
@@ -72,7 +71,7 @@ void apply_wyko_array(const header_lines& lines, const std::string& nameLine, ta
     header.origin = "no Wavelength in the file";
     for (const std::string& line : lines)
         if (key_of(line) == "Title" && !text_after_key(line).empty()) header.channel = text_after_key(line);
-    if (const auto wavelength = number_of(lines, "Wavelength"); wavelength && *wavelength > 0.0) {
+    if (const auto wavelength = number_of(lines, "Wavelength"); wavelength) {
         header.factor = *wavelength;
         header.units = "nm";
         header.origin = "Wavelength";
@@ -88,8 +87,6 @@ std::map<std::string, std::string> wyko_strings(const header_lines& lines)
             strings.emplace(key_of(line), text);
     const auto date = strings.find("Date"), time = strings.find("Time");
     if (date != strings.end()) strings["\\Date"] = date->second + (time == strings.end() ? "" : " " + time->second);
-    const auto pixel = number_of(lines, "Pixel_size");
-    if (!pixel || !(*pixel > 0.0)) strings["\\Reader note"] = no_wyko_pixel_size;
     return strings;
 }
 

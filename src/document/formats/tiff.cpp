@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/jpk_image.h"
+#include "document/formats/left_out.h"
 #include "document/formats/tiff_directory.h"
 #include "document/formats/tiff_page.h"
 #include "document/formats/tiff_pixels.h"
@@ -91,22 +92,34 @@ base::read_result<recording> read_tiff(source& source_)
     const unsigned pages = std::max<unsigned>(TIFFNumberOfDirectories(tiff), 1);
     recording result;
     std::vector<std::string> used;
+    left_out missing;
     for (unsigned number = 0;; ++number) {
         tiff_page page;
         page.progressStart = std::min(static_cast<double>(number) / pages, 1.0);
         page.progressShare = 1.0 / pages;
         file.forget();
+        const std::size_t whole = result.items.size();
         std::string reason = read_tiff_page(file, budget, page);
         if (reason.empty()) reason = append_page(file, page, used, result);
-        if (!reason.empty()) return base::read_error{0, base::formatted("page %u: ", number + 1) + reason};
-        add_texts(tiff, number, result);
-        if (!has_link(file)) return base::read_error{file.bytes().size(), "the list of pages is cut short"};
-        if (TIFFLastDirectory(tiff)) return result;
+        if (reason.empty())
+            add_texts(tiff, number, result);
+        else
+            result.items.resize(whole); // no channels of half a page
+        if (!reason.empty()) missing.add({0, base::formatted("page %u: ", number + 1) + reason});
+        if (reason == readingCancelled) return missing.first();
+        if (!has_link(file)) {
+            missing.add({file.bytes().size(), "the list of pages is cut short"});
+            break;
+        }
+        if (TIFFLastDirectory(tiff)) break;
         file.forget();
-        if (!TIFFReadDirectory(tiff))
-            return base::read_error{0, base::formatted("page %u: ", number + 2) +
-                                           complaint_or(file, "its directory cannot be read")};
+        if (TIFFReadDirectory(tiff)) continue;
+        missing.add({0, base::formatted("page %u: ", number + 2) + complaint_or(file, "its directory cannot be read")});
+        break;
     }
+    if (result.items.empty()) return missing.first();
+    missing.tell(result);
+    return result;
 }
 
 bool sniff_tiff(std::span<const std::byte> head)

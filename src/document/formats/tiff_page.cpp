@@ -138,7 +138,7 @@ std::span<const std::byte> tiff_rows::row(std::uint32_t y)
 
 std::string tiff_rows::reason() const
 {
-    if (isCancelled) return "reading was cancelled";
+    if (isCancelled) return readingCancelled;
     return file.complaint().empty() ? "the pixels are cut short" : file.complaint();
 }
 

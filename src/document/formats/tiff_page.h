@@ -8,6 +8,8 @@
 
 namespace formats {
 
+constexpr const char* readingCancelled = "reading was cancelled";
+
 enum class sample_kind { natural, integer, real };
 
 /// What the tags of a page say about its pixels, checked as far as allocations go.

@@ -93,7 +93,7 @@ std::string append_converted(tiff_file& file, const tiff_page& page, recording& 
     if (!is_dib_size(page.width, page.height, 32)) return tooLarge;
     char why[1024] = "";
     if (!TIFFRGBAImageOK(file.handle(), why)) return why;
-    if (!file.bytes().progress(page.progressStart)) return "reading was cancelled";
+    if (!file.bytes().progress(page.progressStart)) return readingCancelled;
     std::vector<std::uint32_t> pixels(std::size_t{page.width} * page.height);
     file.forget();
     file.setStrict(true);

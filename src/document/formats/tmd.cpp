@@ -15,12 +15,6 @@ namespace {
 constexpr std::string_view magic = "Binary TrueMap Data File v", version2 = "2.0";
 constexpr std::size_t headerBytes = 80, commentAt = 32, shapeAt = 56;
 
-VLAxis side_axis(double offset, double length, unsigned points)
-{
-    if (!(length > 0.0) || !std::isfinite(length)) return {};
-    return VLAxis(std::isfinite(offset) ? offset : 0.0, length / points, "\u00B5m");
-}
-
 } // namespace
 
 bool sniff_tmd(std::span<const std::byte> head) { return as_text(head).starts_with(magic); }
@@ -45,7 +39,8 @@ base::read_result<recording> read_tmd(source& file)
         return base::read_error{shapeAt, "the heights reach beyond the end of the file, which is cut short"};
 
     // The program works in micrometres and states no units.
-    const extent plane[] = {{columns, side_axis(left, width, columns)}, {rows, side_axis(bottom, height, rows)}};
+    const extent plane[] = {{columns, stated_side(left, width, columns, "\u00B5m")},
+                            {rows, stated_side(bottom, height, rows, "\u00B5m")}};
     recorded_image image = make_samples("Height", "Height", plane, 1,
                                         {1.0, 0.0, "\u00B5m", "the unit that TrueMap files are in"}, SPM_ARRAY_FLOAT32);
     const auto heights = elements_of<float>(image);

@@ -1,5 +1,6 @@
 #include "document/formats/wip.h"
 
+#include "document/formats/finish_recording.h"
 #include "document/formats/wip_samples.h"
 #include "document/formats/wip_strings.h"
 
@@ -9,7 +10,8 @@ bool sniff_wip(std::span<const std::byte> head) { return is_wip_head(head); }
 
 base::read_result<recording> read_wip(source& file)
 {
-    const auto tree = read_wip_tree(file);
+    left_out missing;
+    const auto tree = read_wip_tree(file, missing);
     if (!tree) return tree.error();
     const wip_project project(file, *tree);
     recording result;
@@ -30,9 +32,12 @@ base::read_result<recording> read_wip(source& file)
             skipped += (skipped.empty() ? "" : "; ") + object.caption + ": " + images.error().reason;
     }
     if (result.items.empty())
-        return base::read_error{0, skipped.empty() ? "holds neither an image nor a spectrum" : skipped};
+        return !missing.empty()
+                   ? missing.first()
+                   : base::read_error{0, skipped.empty() ? "holds neither an image nor a spectrum" : skipped};
     result.strings = wip_project_strings(file, *tree);
-    if (!skipped.empty()) result.strings["Skipped objects"] = skipped;
+    missing.tell(result);
+    if (!skipped.empty()) leave_note(result, "Skipped objects", skipped);
     return result;
 }
 

@@ -22,10 +22,9 @@ bool all_finite(const std::vector<double>& values)
 /// An axis of `points` through world = origin + step * (index - model), in ascending order.
 VLAxis ascending_axis(double origin, double step, double model, unsigned points, const std::string& units)
 {
-    if (!std::isfinite(step) || step == 0.0) return {};
     const double first = origin - step * model;
     const double start = step > 0.0 ? first : first + step * (points - 1);
-    return VLAxis(std::isfinite(start) ? start : 0.0, std::fabs(step), units.c_str());
+    return VLAxis(start, std::fabs(step), units.c_str());
 }
 
 /// Wavelengths in nm in the unit that the object is shown in.
@@ -99,7 +98,7 @@ std::vector<double> wip_project::numbers(const wip_tag& tag, const std::string& 
 {
     for (const std::string& spelling : {name + "_D", name}) {
         auto found = read_wip_numbers(file, tag.find(spelling));
-        if (found.size() >= count && all_finite(found)) return found;
+        if (found.size() >= count) return found;
     }
     return {};
 }

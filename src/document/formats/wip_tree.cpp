@@ -22,7 +22,7 @@ constexpr std::uint64_t longestValue = 1u << 20; ///< of what is read as text or
 /// Walks the tags and counts them.
 class tree_reader {
 public:
-    explicit tree_reader(source& file_) : file(file_) {}
+    tree_reader(source& file_, left_out& missing_) : file(file_), missing(missing_) {}
 
     /// Reads the tag at `offset`, which has to end at or before `limit`.
     bool read_tag(std::uint64_t offset, std::uint64_t limit, unsigned depth, wip_tag& tag)
@@ -32,6 +32,11 @@ public:
         std::uint64_t behindHeader = 0;
         if (!read_header(offset, limit, tag, behindHeader)) return false;
         if (tag.start < behindHeader) return fail(offset, "tag " + tag.name + " starts before its own header");
+        if (depth == 0 && tag.end > limit) {
+            isCut = true;
+            missing.add({limit, "the file is cut short, what stood behind its end is lost"});
+        }
+        if (isOpen(limit) && tag.type == wip_tag::tags) tag.end = std::min(tag.end, limit);
         if (tag.end < tag.start || tag.end > limit)
             return fail(offset, "tag " + tag.name + " ends outside of the tag that holds it, or the file is cut short");
         return tag.type != wip_tag::tags || read_children(depth, tag);
@@ -40,6 +45,9 @@ public:
     base::read_error error;
 
 private:
+    /// True when what holds a tag goes on behind the end of the file.
+    bool isOpen(std::uint64_t limit) const { return isCut && limit == file.size(); }
+
     bool fail(std::uint64_t offset, const std::string& reason)
     {
         error = {offset, reason};
@@ -70,13 +78,19 @@ private:
     bool read_children(unsigned depth, wip_tag& tag)
     {
         for (std::uint64_t offset = tag.start; offset < tag.end;) {
-            if (!read_tag(offset, tag.end, depth + 1, tag.children.emplace_back())) return false;
+            if (!read_tag(offset, tag.end, depth + 1, tag.children.emplace_back())) {
+                if (!isOpen(tag.end)) return false;
+                tag.children.pop_back();
+                return true;
+            }
             offset = tag.children.back().end;
         }
         return true;
     }
 
     source& file;
+    left_out& missing;
+    bool isCut = false;
     std::size_t count = 0;
 };
 
@@ -114,12 +128,12 @@ bool is_wip_head(std::span<const std::byte> head) noexcept
            std::ranges::any_of(magics, [&](std::string_view magic) { return text.starts_with(magic); });
 }
 
-base::read_result<wip_tag> read_wip_tree(source& file)
+base::read_result<wip_tag> read_wip_tree(source& file, left_out& missing)
 {
     const std::string head = read_start(file, magicBytes);
     if (!is_wip_head(std::as_bytes(std::span(head)))) return base::read_error{0, "not a WITec file"};
     if (head.starts_with(ancientMagic)) return base::read_error{0, "a WITec file of a version too old to be known"};
-    tree_reader reader(file);
+    tree_reader reader(file, missing);
     wip_tag root;
     if (!reader.read_tag(magicBytes, file.size(), 0, root)) return reader.error;
     return root;

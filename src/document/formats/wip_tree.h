@@ -1,5 +1,6 @@
 #pragma once
 #include "base/byte_reader.h"
+#include "document/formats/left_out.h"
 #include "document/formats/source.h"
 
 #include <cstdint>
@@ -37,8 +38,9 @@ struct wip_tag {
 
 bool is_wip_head(std::span<const std::byte> head) noexcept;
 
-/// Reads all tags, without their values. The root is the project.
-base::read_result<wip_tag> read_wip_tree(source& file);
+/// Reads all tags, without their values. The root is the project. Of a file that is cut short the tags that are whole
+/// are read, and `missing` is told.
+base::read_result<wip_tag> read_wip_tree(source& file, left_out& missing);
 
 /// Values of tags. A tag that is null, of another type or too long for a value gives none.
 std::vector<double> read_wip_numbers(source& file, const wip_tag* tag);

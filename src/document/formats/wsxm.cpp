@@ -34,22 +34,25 @@ void add_strings(const wsxm_header& header, std::map<std::string, std::string>& 
 VLAxis lateral(const wsxm_header& header, const std::string& way, unsigned count)
 {
     const auto size = header.measure("Control", way + " Amplitude");
-    if (!size || !(size->value > 0)) return {};
+    if (!size) return {};
     const auto offset = header.measure("Control", way + " Offset");
     double start = 0.0; // of an offset in a unit that says nothing in the size's
-    if (offset && units_convertable(offset->units.c_str(), size->units.c_str()) > 0)
+    if (offset && !std::isfinite(offset->value))
+        start = offset->value;
+    else if (offset && units_convertable(offset->units.c_str(), size->units.c_str()) > 0)
         start = convert_size(offset->units.c_str(), size->units.c_str(), offset->value);
-    return {start, size->value / count, size->units.c_str()};
+    return stated_side(start, size->value, count, size->units);
 }
 
-/// The span of the samples; its unit may be several words ("5 arb. units"). Without a number 0 and no unit.
+/// The span of the samples; its unit may be several words ("5 arb. units"). 0 and no unit when it is not stated.
 quantity amplitude_of(const wsxm_header& header)
 {
-    if (const auto plain = header.measure("General Info", "Z Amplitude")) return *plain;
     const std::string& text = header.value("General Info", "Z Amplitude");
+    if (const auto plain = parse_quantity(text)) return *plain;
     std::size_t used = 0;
     const auto number = base::leading_number(text, &used);
-    return number ? quantity{*number, normal_unit(std::string_view(text).substr(used))} : quantity{};
+    if (!number) return {text.empty() ? 0.0 : std::nan(""), {}};
+    return {*number, normal_unit(std::string_view(text).substr(used))};
 }
 
 /// Units of the heights; "Pi" is a number, and Pi times 1 stands for half a turn in radians.
@@ -67,16 +70,16 @@ SPMVarArrayType element_type(const std::string& name)
     return name == "double" ? SPM_ARRAY_FLOAT64 : name == "float" ? SPM_ARRAY_FLOAT32 : SPM_ARRAY_VOID;
 }
 
-/// 16-bit numbers span the stated amplitude, and 0 is the height 0. Without an amplitude they mean nothing but
+/// 16-bit numbers span the stated amplitude, and 0 is the height 0. Where none is stated they mean nothing but
 /// themselves.
-value_scale scale_of_numbers(std::span<const std::int16_t> samples, const quantity& amplitude)
+value_scale scale_of_numbers(std::span<const std::int16_t> samples, const quantity& amplitude, bool isStated)
 {
     const auto [lowest, highest] = std::minmax_element(samples.begin(), samples.end());
     value_scale scale = units_of(amplitude);
     if (*lowest == *highest) return {1.0, -1.0 * *lowest, scale.units, "flat image"};
-    if (!(amplitude.value > 0)) return {1.0, 0.0, "", "the raw numbers, since Z Amplitude is missing or not above 0"};
+    if (!isStated) return {1.0, 0.0, "", "the raw numbers, since Z Amplitude is missing"};
     const double span = *highest - *lowest;
-    scale.step *= amplitude.value / span;
+    scale.step *= amplitude.value < 0.0 ? 0.0 : amplitude.value / span; // which a finished recording does not hold
     scale.origin +=
         " = " + base::shortest(amplitude.value) + " " + amplitude.units + " over a raw span of " + base::shortest(span);
     return scale;
@@ -115,7 +118,8 @@ base::read_result<recording> read_image(source& file, const wsxm_header& header)
     if (!file.read(header.end, bytes)) return refuse("samples cannot be read");
     if (type == SPM_ARRAY_INT16) {
         turn_rows<std::int16_t>(image, columns);
-        const value_scale scale = scale_of_numbers(elements_of<std::int16_t>(image), amplitude);
+        const value_scale scale = scale_of_numbers(elements_of<std::int16_t>(image), amplitude,
+                                                   !header.value("General Info", "Z Amplitude").empty());
         image.stream.values.set_axis(0, VLAxis(scale.offset, scale.step, scale.units.c_str()));
         image.strings["\\Z scale"] = describe_scale(scale);
         constexpr double voltsPerStep = 10.0 / 32768.0; // of every instrument that writes conversion factors

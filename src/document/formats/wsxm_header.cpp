@@ -23,7 +23,7 @@ std::uint64_t wsxm_header::count(const std::string& section, const std::string& 
 
 std::optional<quantity> wsxm_header::measure(const std::string& section, const std::string& label) const
 {
-    return parse_quantity(value(section, label));
+    return stated_quantity(value(section, label));
 }
 
 base::read_result<wsxm_header> read_wsxm_header(source& file)

@@ -20,6 +20,7 @@ struct wsxm_header {
     const std::string& value(const std::string& section, const std::string& label) const;
     /// Whole numbers above 0 and up to `most`; 0 for all others.
     std::uint64_t count(const std::string& section, const std::string& label, std::uint64_t most) const;
+    /// Nothing when there is none; the number NaN for a text that is no quantity.
     std::optional<quantity> measure(const std::string& section, const std::string& label) const;
 };
 

@@ -1,6 +1,7 @@
 #include "document/formats/hdf.h"
 #include "instrument_fixture.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -79,36 +80,32 @@ TEST(Hdf, OtherElementsDescribeTheImage)
     EXPECT_EQ(image.strings.at("X scan direction"), "1");
     EXPECT_EQ(image.strings.at("Y scan direction"), "0");
 
-    const auto bare = read(formats::read_hdf,
-                           build({{0x8009, header(2, 2, "", 0.0f)}, {0x8001, "\4\0\0\2"s}, labels, {702, samples()}}));
+    const auto bare =
+        read(formats::read_hdf, build({{0x8009, header(2, 2, "")}, {0x8001, "\4\0\0\2"s}, labels, {702, samples()}}));
     EXPECT_STREQ(image_at(bare, 0).stream.get_description(), "Height");
     EXPECT_EQ(image_at(bare, 0).strings.at("ProScan version"), "04 00 00 02");
-    EXPECT_NE(image_at(bare, 0).strings.at("\\Z scale").find("no usable z gain"), std::string::npos);
 }
 
 TEST(Hdf, RefusesWhatCannotBe)
 {
     std::string loop = build({{0x8009, header()}, {702, samples()}});
     loop.replace(6, 4, std::string("\0\0\0\4", 4));
-    const struct {
-        std::string file, reason;
-    } rows[] = {
-        {"\x89HDF\r\n\x1A\n", "an HDF 5 file"},
-        {"\x0E\x03\x13", "not an HDF file"},
-        {build({{702, samples()}}), "of another program than ProScan"},
-        {build({{0x8009, header()}}), "holds no image"},
-        {build({{0x8009, header()}, {0x800A, "x"}}), "spectroscopy, the layout of which is not public"},
-        {build({{0x8009, header().substr(0, 129)}, {702, samples()}}), "shorter than 130 bytes"},
-        {build({{0x8009, header(0, 2)}, {702, samples()}}), "columns or rows are 0"},
-        {build({{0x8009, header(5, 1)}, {702, samples()}}), "columns times rows exceed the image data"},
-        {build({{0x8009, header()}, {702, samples()}, {40, "x"}}), "compressed"},
-        {loop, "directory blocks do not go forward"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(formats::read_hdf, row.file);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(
+        formats::read_hdf,
+        {
+            {build({{0x8009, header(2, 2, "", 0.0f)}, {702, samples()}}), "the scale of the values is 0"},
+            {build({{0x8009, header(2, 2, "", HUGE_VALF)}, {702, samples()}}), "the scale of the values is infinite"},
+            {"\x89HDF\r\n\x1A\n", "an HDF 5 file"},
+            {"\x0E\x03\x13", "not an HDF file"},
+            {build({{702, samples()}}), "of another program than ProScan"},
+            {build({{0x8009, header()}}), "holds no image"},
+            {build({{0x8009, header()}, {0x800A, "x"}}), "spectroscopy, the layout of which is not public"},
+            {build({{0x8009, header().substr(0, 129)}, {702, samples()}}), "shorter than 130 bytes"},
+            {build({{0x8009, header(0, 2)}, {702, samples()}}), "columns or rows are 0"},
+            {build({{0x8009, header(5, 1)}, {702, samples()}}), "columns times rows exceed the image data"},
+            {build({{0x8009, header()}, {702, samples()}, {40, "x"}}), "compressed"},
+            {loop, "directory blocks do not go forward"},
+        });
     expect_cuts_refused(formats::read_hdf, build({{0x8009, header()}, {702, samples()}}));
 }
 

@@ -306,6 +306,39 @@ TEST(Ibw, UnnamedColumnsAreCurvesOfOneImage)
     EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Curve 2");
 }
 
+TEST(Ibw, ACutWaveGivesItsWholeLayersWithoutAUnit)
+{
+    wave made;
+    made.dimensions = {2, 1, 3};
+    made.numbers = floats({1, 2, 5, 6, 3, 4});
+    made.labels[2] = {"HeightTrace", "PhaseTrace", "HeightRetrace"};
+    made.note = "ImagingMode: 1\r";
+    const std::string whole = made.bytes();
+    const std::size_t dataEnd = 384 + 24;
+    const struct {
+        std::size_t length, images;
+        const char* units; ///< of the first image
+        std::size_t warnings;
+    } rows[] = {
+        {whole.size(), 2, "m", 0},
+        {whole.size() - 1, 3, "", 2}, // the names of the channels are lost, and with them what the unit is of
+        {dataEnd + 3, 3, "", 2},
+        {dataEnd - 1, 2, "", 3}, // two whole layers
+        {dataEnd - 9, 1, "", 3},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.length);
+        const std::string bytes = whole.substr(0, row.length);
+        memory_source source(std::as_bytes(std::span(bytes)));
+        const auto result = read_ibw(source);
+        ASSERT_TRUE(result) << result.error().reason;
+        EXPECT_EQ(result->items.size(), row.images);
+        EXPECT_STREQ(item(*result, 0).stream.values.get_axis(0).get_units(), row.units);
+        EXPECT_EQ(physical(item(*result, 0).stream)[1], 2.0);
+        EXPECT_EQ(result->warnings.size(), row.warnings);
+    }
+}
+
 TEST(Ibw, WhatCannotBeIsRefusedWithItsReason)
 {
     wave good;

@@ -43,6 +43,14 @@ using reader = base::read_result<formats::recording> (*)(formats::source&);
 base::read_result<formats::recording> read(reader read, const std::string& bytes, const std::string& name = "file");
 base::read_result<formats::recording> read(reader read, const folder& files, const std::string& name);
 
+/// A file and a part of the reason why it is refused.
+struct refused_file {
+    std::string bytes, reason;
+};
+
+/// Expects that each file is refused for its reason, at the latest when its recording is finished.
+void expect_refused(reader read, const std::vector<refused_file>& rows);
+
 /// What opens a file with this content and name.
 SupportedFileTypes type_of(const std::string& bytes, const std::string& name);
 
@@ -82,7 +90,7 @@ std::vector<std::string> subimages_of(const formats::recorded_image& image);
 /// "start step units" of the first axis of a dimension.
 std::string axis_text(const formats::recorded_image& image, unsigned dimension);
 
-/// Expects that no beginning of the file is read and that each refusal has a reason.
+/// Expects that each beginning of the file is refused with a reason or read in part with a warning.
 void expect_cuts_refused(reader read, const std::string& bytes);
 
 } // namespace instrument_fixture

@@ -197,7 +197,7 @@ const shape_case shapes[] = {
     {"CropKeepsItsOwnSize", "Samps/line: 4|Number of lines: 2|Scan Size: 80 40 nm",
      "Scan Size: 1000 nm|Slow Axis Size: 300 nm|Lines: 8", 4, 2, 20.0, 20.0, "nm"},
     {"TailBehindTheSamples", "Samps/line: 3|Number of lines: 2", "", 3, 2, 1.0, 1.0, ""},
-    {"NoSize", "Samps/line: 4|Number of lines: 2|Scan Size: 0 nm", "", 4, 2, 1.0, 1.0, ""},
+    {"NoSize", "Samps/line: 4|Number of lines: 2|Scan Size: 0 nm", "", 4, 2, 0.0, 0.0, ""}, // which is refused later
 };
 
 INSTANTIATE_TEST_SUITE_P(Headers, NanoscopeShape, testing::ValuesIn(shapes),

@@ -139,10 +139,12 @@ std::vector<std::set<std::string>> dialog_filters()
 TEST(Registry, TheOpenDialogOffersAllThatOpens)
 {
     const auto filters = dialog_filters();
-    ASSERT_GT(filters.size(), formats::format_table().size());
+    ASSERT_GE(filters.size(), formats::format_table().size());
     std::size_t at = 0;
+    std::string_view shown;
     for (const formats::format_row& row : formats::format_table()) {
-        ++at; // behind all known formats, one each
+        if (shown != row.name) ++at; // behind all known formats, one for each name
+        shown = row.name;
         for (const std::string_view pattern : base::split(row.patterns, ';')) {
             EXPECT_TRUE(filters[0].contains(std::string(pattern))) << row.name << ' ' << pattern;
             EXPECT_TRUE(filters[at].contains(std::string(pattern))) << row.name << ' ' << pattern;

@@ -95,22 +95,19 @@ TEST(Stp, DirectionsOfDifferentSourcesStayApart)
 
 TEST(Stp, RefusesWhatCannotBe)
 {
-    const struct {
-        std::string file, reason;
-    } rows[] = {
-        {"UK SOFTWARE\r\n", "not a Molecular Imaging header"},
-        {global + buffer("1"), "the end of the header, \"Data_section\", is missing"},
-        {build("", {1, 2, 3, 4}), "no buffer_id"},
-        {build(buffer("1", "", "0"), {1, 2, 3, 4}), "buffer 1: samples_x or samples_y"},
-        {build(buffer("1", "", "65537"), {1, 2, 3, 4}), "above 65536"},
-        {build(buffer("1") + buffer("1"), {1, 2, 3, 4}), "samples of buffer 2 reach beyond"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(formats::read_stp, row.file);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
-    expect_cuts_refused(formats::read_stp, build(buffer("1"), {1, 2, 3, 4}));
+    expect_refused(formats::read_stp,
+                   {
+                       {build(buffer("1", line("length_y", "0")), {1, 2, 3, 4}), "the scale of axis 2 is 0"},
+                       {build(buffer("1", line("length_y", "wide")), {1, 2, 3, 4}), "the scale of axis 2 is no number"},
+                       {build(buffer("1", line("servo_range", "0")), {1, 2, 3, 4}), "the scale of the values is 0"},
+                       {"UK SOFTWARE\r\n", "not a Molecular Imaging header"},
+                       {global + buffer("1"), "the end of the header, \"Data_section\", is missing"},
+                       {build("", {1, 2, 3, 4}), "no buffer_id"},
+                       {build(buffer("1", "", "0"), {1, 2, 3, 4}), "buffer 1: samples_x or samples_y"},
+                       {build(buffer("1", "", "65537"), {1, 2, 3, 4}), "above 65536"},
+                       {build(buffer("1"), {1, 2, 3}), "samples from buffer 1 on reach beyond"},
+                   });
+    expect_cuts_refused(formats::read_stp, build(buffer("1") + buffer("1"), {1, 2, 3, 4, 5, 6, 7, 8}));
     EXPECT_EQ(type_of(build(buffer("1"), {1, 2, 3, 4}), "a.txt"), FILE_STP);
 }
 

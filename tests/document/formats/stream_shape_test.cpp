@@ -1,71 +1,22 @@
 #include "document/formats/directions.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
-#include "recorded_values.h"
 
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace {
 
 using namespace formats;
 
-/// An image of one row with these numbers and the scale 2 * raw + 1 nm.
-template <class T>
-recorded_image row_of(SPMVarArrayType type, std::initializer_list<T> numbers, double step = 2.0)
+recorded_image row_of(unsigned length)
 {
-    const extent length[] = {{static_cast<unsigned>(numbers.size()), {}}};
-    recorded_image image = make_samples("id", "label", length, 1, {step, 1.0, "nm", {}}, type);
-    std::ranges::copy(numbers, elements_of<T>(image).begin());
-    return image;
+    const extent side[] = {{length, {}}};
+    return make_samples("id", "label", side, 1, {2.0, 1.0, "nm", {}});
 }
 
-TEST(SettledSamples, UnsignedNumbersKeepEveryBit)
-{
-    recorded_image image = row_of<std::uint16_t>(SPM_ARRAY_UINT16, {0, 1, 32768, 65535});
-    settle_samples(image);
-    EXPECT_EQ(physical(image.stream), (std::vector<double>{1.0, 3.0, 65537.0, 131071.0}));
-    EXPECT_EQ(image.stream.array_type(), SPM_ARRAY_INT16);
-}
-
-TEST(SettledSamples, WideNumbersHoldWithinHalfAStep)
-{
-    recorded_image image = row_of<std::int32_t>(SPM_ARRAY_INT32, {-5000000, 123456, 70000000});
-    add_calibration(image, {2.0, 1.0, "nm", {}}, {0.5, -3.0, "V", {}});
-    settle_samples(image);
-    const std::vector<double> nm = physical(image.stream);
-    const double half = 0.5 * image.stream.values.get_axis(0).scale * 1.0001;
-    EXPECT_NEAR(nm[0], -9999999.0, half);
-    EXPECT_NEAR(nm[1], 246913.0, half);
-    EXPECT_NEAR(nm[2], 140000001.0, half);
-    // The second calibration says 0.5 * raw - 3 of the same numbers.
-    const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
-    EXPECT_NEAR(image.stream.values.get_axis(1).at(raw[2]), 0.5 * 70000000 - 3, half / 4);
-}
-
-TEST(SettledSamples, WhatWasNotMeasuredTakesTheLowestValueAndIsCounted)
-{
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    recorded_image reals = row_of<double>(SPM_ARRAY_FLOAT64, {nan, 4.0, 7.0, HUGE_VAL, 1.0});
-    const void_range last[] = {{4, 100}};
-    settle_samples(reals, last);
-    EXPECT_EQ(reals.strings.at("\\Void points"), "3");
-    EXPECT_EQ(physical(reals.stream), (std::vector<double>{9, 9, 15, 9, 9}));
-
-    recorded_image falling = row_of<std::int16_t>(SPM_ARRAY_INT16, {32767, 10, 20, 32766}, -1.0);
-    const std::int16_t markers[] = {32767, 32766};
-    settle_markers(falling, markers);
-    EXPECT_EQ(falling.strings.at("\\Void points"), "2");
-    EXPECT_EQ(physical(falling.stream), (std::vector<double>{-19, -9, -19, -19}));
-
-    recorded_image nothing = row_of<float>(SPM_ARRAY_FLOAT32, {NAN, NAN});
-    settle_samples(nothing);
-    EXPECT_EQ(nothing.strings.at("\\Void points"), "2");
-}
-
-TEST(SettledSamples, MoreThanAnImageCanHoldIsRefused)
+TEST(StreamShape, MoreThanAnImageCanHoldIsRefused)
 {
     const extent sides[] = {{65536, {}}, {65536, {}}};
     EXPECT_THROW(make_samples("id", "label", sides, 1, {}), std::bad_alloc);
@@ -73,7 +24,7 @@ TEST(SettledSamples, MoreThanAnImageCanHoldIsRefused)
 
 TEST(CurveLengths, AreKeptOnlyWhenTheyDiffer)
 {
-    recorded_image image = row_of<std::int16_t>(SPM_ARRAY_INT16, {1, 2, 3, 4});
+    recorded_image image = row_of(4);
     const unsigned whole[] = {2, 2}, ragged[] = {2, 1};
     note_curve_lengths(image, 2, whole);
     EXPECT_EQ(image.strings.count("\\Curve lengths"), 0u);
@@ -143,7 +94,7 @@ TEST(Directions, JoinAxesThatAreRoundedDifferently)
 TEST(Directions, NameThePlaneThatStaysAloneToo)
 {
     const auto names = [](const plane_group& group, scan_direction first) {
-        recorded_image image = row_of<std::int16_t>(SPM_ARRAY_INT16, {1, 2});
+        recorded_image image = row_of(2);
         name_directions(image, group, first);
         std::vector<std::string> result;
         for (const smart_string& name : image.stream.subimage_names()) result.emplace_back(name.c_str());

@@ -88,6 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
         matrix_case("Commas", "1.0,2.0,3.0,4.0\n5.0,6.0,7.0,8.0\n"),
         matrix_case("CommaBlank", "1, 2, 3, 4\n5, 6, 7, 8\n"), matrix_case("IntegerCommas", "1,2,3,4\n5,6,7,8\n"),
         matrix_case("Semicolons", "1;2;3;4;\n5;6;7;8;\n"),
+        matrix_case("GroupsWithinTabs", "0,000,001.0\t2\t3.0\t4\n5\t6\t7\t0,008.0\n"),
         matrix_case("DecimalCommas", "1,0;2,0;3,0;4,0\n5,0;6,0;7,0;8,0\n"),
         matrix_case("CarriageReturns", "1 2 3 4\r5 6 7 8\r"), matrix_case("DosLines", "1 2 3 4\r\n5 6 7 8\r\n\x1A"),
         matrix_case("MixedLines", "1 2 3 4\r\n\r\n5 6 7 8\r# end\n"),

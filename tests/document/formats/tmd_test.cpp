@@ -29,26 +29,20 @@ TEST(Tmd, HeightsStandUprightInMicrometres)
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(physical_of(image).at(i), expected[i], 3 / 65535.0) << i;
     EXPECT_EQ(image.strings.at("\\Void points"), "1");
     EXPECT_EQ(image.strings.at("Comment"), "Created by hand");
-    const auto unplaced = read(formats::read_tmd, build(std::numeric_limits<float>::infinity()));
-    EXPECT_EQ(axis_text(image_at(unplaced, 0), 0), "0 1 ");
 }
 
 TEST(Tmd, RefusesWhatCannotBe)
 {
-    const struct {
-        std::string file, reason;
-    } rows[] = {
-        {"something of another program", "Scan 8 files have no public layout"},
-        {build(4, 2, "1.0"), "only version 2.0"},
-        {build(4, 0), "0 or above 65536"},
-        {build(4, 65537), "0 or above 65536"},
-        {build(4, 3), "beyond the end of the file"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(formats::read_tmd, row.file);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(formats::read_tmd,
+                   {
+                       {build(std::numeric_limits<float>::infinity()), "the scale of axis 1 is infinite"},
+                       {build(0.0f), "the scale of axis 1 is 0"},
+                       {"something of another program", "Scan 8 files have no public layout"},
+                       {build(4, 2, "1.0"), "only version 2.0"},
+                       {build(4, 0), "0 or above 65536"},
+                       {build(4, 65537), "0 or above 65536"},
+                       {build(4, 3), "beyond the end of the file"},
+                   });
     expect_cuts_refused(formats::read_tmd, build());
     EXPECT_EQ(type_of("anything", "a.tmd"), FILE_TMD);
 }
