@@ -75,6 +75,9 @@ constexpr format_note notes[] = {
     {FILE_PNG, "PNG", "`89 50 4E 47 0D 0A 1A 0A`",
      "grey and colour pictures of all depths, interlaced or not; grey levels of 16 bits are heights",
      "transparency; all but the first picture of an animation"},
+    {FILE_PSIA, "PSIA / Park TIFF", "TIFF with the number 0x0E031301 in tag 50432",
+     "the heights in the private tags, with their axes and settings",
+     "line profiles, spectroscopy, compressed, logarithmic and square-root samples; the picture of the page"},
     {FILE_TIFF, "TIFF", "`II*` or `MM*`", "all pages: pictures of 8 bits, heights of 16 and 32 bits and floats", ""},
     {FILE_TEXT, "Text table", "numbers behind a header of lines that are none, after all others, or a known header",
      "matrices, lists of points on a grid, curves of one or more columns; UTF-8, UTF-16 and Latin-1, decimal points "

@@ -13,6 +13,7 @@
 #include "document/formats/opd.h"
 #include "document/formats/png.h"
 #include "document/formats/pni.h"
+#include "document/formats/psia.h"
 #include "document/formats/registry.h"
 #include "document/formats/scala.h"
 #include "document/formats/sm2.h"
@@ -76,6 +77,7 @@ constexpr format_row rows[] = {
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, finished<read_bmp>},
     {FILE_JPEG, "JPEG files", "*.jpg;*.jpeg", sniff_jpeg, nullptr, finished<read_jpeg>},
     {FILE_PNG, "PNG files", "*.png", sniff_png, nullptr, finished<read_png>},
+    {FILE_PSIA, "TIFF files", "*.tif;*.tiff", sniff_psia, nullptr, finished<read_psia>},
     {FILE_TIFF, "TIFF files", "*.tif;*.tiff", sniff_tiff, nullptr, finished<read_tiff>},
     {FILE_TEXT, "Text files", "*.txt;*.dat", sniff_text_table, possible_text_table, finished<read_text_table>, true},
 };

@@ -35,6 +35,7 @@ enum SupportedFileTypes : int {
     FILE_SUR = 23,
     FILE_PNI = 26,
     FILE_PNG = 27,
+    FILE_PSIA = 28,
 };
 
 namespace formats {

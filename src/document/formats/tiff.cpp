@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/jpk_image.h"
 #include "document/formats/left_out.h"
+#include "document/formats/psia.h"
 #include "document/formats/tiff_directory.h"
 #include "document/formats/tiff_page.h"
 #include "document/formats/tiff_pixels.h"
@@ -85,6 +86,7 @@ base::read_result<recording> read_tiff(source& source_)
         std::vector<std::string> ids;
         return read_jpk_image(source_, ids);
     }
+    if (is_psia(source_)) return read_psia(source_);
     tiff_budget budget(source_.size());
     tiff_file file(source_, budget.coded);
     TIFF* tiff = file.handle();

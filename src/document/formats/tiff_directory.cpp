@@ -65,6 +65,12 @@ std::optional<double> tiff_directory::number(unsigned tag) const
     return all.empty() ? std::nullopt : std::optional(all.front());
 }
 
+std::span<const std::byte> tiff_directory::bytes(unsigned tag) const
+{
+    const auto found = entries.find(tag);
+    return found == entries.end() ? std::span<const std::byte>() : std::span(found->second.bytes);
+}
+
 std::string tiff_directory::text(unsigned tag) const
 {
     const auto found = entries.find(tag);
@@ -117,25 +123,29 @@ base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& fil
     return directories;
 }
 
-bool file_has_tiff_tag(source& file, unsigned tag)
+bool file_has_tiff_tag(source& file, unsigned tag) { return first_tiff_value(file, tag).has_value(); }
+
+std::optional<std::uint32_t> first_tiff_value(source& file, unsigned tag)
 {
     std::byte head[8], countBytes[2];
-    if (!file.read(0, head)) return false;
+    if (!file.read(0, head)) return std::nullopt;
     const auto order = order_of(head);
-    if (!order) return false;
+    if (!order) return std::nullopt;
     ordered_reader start(head, *order);
     start.in.skip(4);
     const std::uint64_t at = start.u32();
-    if (!file.read(at, countBytes)) return false;
+    if (!file.read(at, countBytes)) return std::nullopt;
     const std::uint32_t count = ordered_reader(countBytes, *order).u16();
     std::vector<std::byte> table(count * entryBytes);
-    if (!file.read(at + sizeof countBytes, table)) return false;
+    if (!file.read(at + sizeof countBytes, table)) return std::nullopt;
     ordered_reader in(table, *order);
     for (std::uint32_t i = 0; i < count; ++i) {
-        if (in.u16() == tag) return true;
-        in.in.skip(entryBytes - 2);
+        const bool isWanted = in.u16() == tag;
+        in.in.skip(2 + 4); // type and count
+        const std::uint32_t value = in.u32();
+        if (isWanted) return value;
     }
-    return false;
+    return std::nullopt;
 }
 
 bool head_has_tiff_tag(std::span<const std::byte> head, unsigned tag)

@@ -20,6 +20,8 @@ public:
     std::vector<double> numbers(unsigned tag) const;
     /// The first of them.
     std::optional<double> number(unsigned tag) const;
+    /// All bytes of a tag as they stand in the file; empty when it is missing.
+    std::span<const std::byte> bytes(unsigned tag) const;
     /// A text up to its first zero byte, UTF-8; empty when it is missing.
     std::string text(unsigned tag) const;
 
@@ -38,6 +40,9 @@ private:
 /// a chain of directories with a loop.
 base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order);
 
+/// What stands in a tag's place for a value, in the first directory of a classic TIFF file, wherever that lies: the
+/// number itself when four bytes hold it, else its place. Nothing when there is no such tag.
+std::optional<std::uint32_t> first_tiff_value(source& file, unsigned tag);
 /// True when the first directory of a classic TIFF file holds this tag, wherever it lies.
 bool file_has_tiff_tag(source& file, unsigned tag);
 /// True when the first directory lies in `head` and holds this tag.
