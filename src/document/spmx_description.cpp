@@ -6,6 +6,7 @@
 #include "document/spmx_layout.h"
 #include "document/spmx_limits.h"
 
+#include <cmath>
 #include <sstream>
 
 namespace document {
@@ -61,6 +62,16 @@ private:
         const auto value = base::whole_integer(digits);
         if (value && *value >= 0 && *value <= 0xffffffffLL) return static_cast<unsigned>(*value);
         fail(std::string(name) + " \"" + digits + "\" is no number that can be used");
+        return otherwise;
+    }
+    /// A number of an axis. Programs of another system write "1.#QNAN" for what is none.
+    double axis_number(const attributes& found, const char* name, double otherwise)
+    {
+        if (!found.contains(name)) return otherwise;
+        const std::string digits = attribute(found, name);
+        const auto value = base::leading_number(digits);
+        if (value && std::isfinite(*value) && digits.find('#') == std::string::npos) return *value;
+        fail("the " + std::string(name) + " \"" + digits + "\" of an axis is no number that can be used");
         return otherwise;
     }
     described_stream* current() { return inStream ? &result.streams.back() : nullptr; }
@@ -127,6 +138,7 @@ private:
                                         spmx_limits::dimensions));
         SPMDataStream::dimension dimension;
         dimension.length = number(found, "length", 1);
+        if (dimension.length == 0) fail("the length of a dimension is 0");
         stream.set_dimension(stream.get_dimensions_number(), dimension);
     }
     void xmlh_dimension_end(const char*) { inDimension = false; }
@@ -139,8 +151,8 @@ private:
         if (axes.get_axes_number() >= spmx_limits::axes)
             return fail(base::formatted("the stream \"%s\" has more than %u axes along one dimension",
                                         stream.get_name(), spmx_limits::axes));
-        const double start = base::leading_number(attribute(found, "start")).value_or(0.0);
-        const double scale = base::leading_number(attribute(found, "scale")).value_or(1.0);
+        const double start = axis_number(found, "start", 0.0), scale = axis_number(found, "scale", 1.0);
+        if (scale == 0.0) fail("the scale of an axis is 0");
         axes.set_axis(axes.get_axes_number(), VLAxis(start, scale, attribute(found, "units").c_str()));
     }
 

@@ -102,10 +102,23 @@ TEST_F(ContainerTest, WhatLiesIsRefused)
         return text;
     };
     const std::string data = "\t\t<data content=\"int16\" ref=\"a\"/>\n";
+    const auto axis = [](const char* attributes) { return "\t\t<axis " + std::string(attributes) + "/>\n"; };
     const lying_archive cases[] = {
         {"overflow", stream_of("", dims({"65536", "65536", "65536", "65536"}) + data), {{"a.raw", "ab"}}, "2^32"},
         {"too large", stream_of("", dims({"20000", "20000"}) + data), {{"a.raw", "ab"}}, "more than the file holds"},
         {"a length of 33 bits", stream_of("", dims({"4294967306"}) + data), {{"a.raw", "ab"}}, "length"},
+        {"a length of 0", stream_of("", dims({"4", "0"}) + data), {{"a.raw", "ab"}}, "length of a dimension is 0"},
+        {"a scale of 0", stream_of("", axis("scale=\"0\"") + data), {{"a.raw", "ab"}}, "scale of an axis is 0"},
+        {"a scale in words", stream_of("", axis("scale=\"two\"") + data), {{"a.raw", "ab"}}, "the scale \"two\""},
+        {"an infinite scale", stream_of("", axis("scale=\"inf\"") + data), {{"a.raw", "ab"}}, "the scale \"inf\""},
+        {"no number as another system writes it",
+         stream_of("", axis("scale=\"1.#QNAN\"") + data),
+         {{"a.raw", "ab"}},
+         "the scale \"1.#QNAN\""},
+        {"a start that is no number",
+         stream_of("", "\t\t<dimension length=\"1\">\n" + axis("start=\"nan\"") + "\t\t</dimension>\n" + data),
+         {{"a.raw", "ab"}},
+         "the start \"nan\""},
         {"a negative length", stream_of("", dims({"-5"}) + data), {{"a.raw", "ab"}}, "length"},
         {"a size in words", stream_of(" blocksize=\"two\"", data), {{"a.raw", "ab"}}, "blocksize"},
         {"an unknown type", stream_of("", "\t\t<data content=\"float16\" ref=\"a\"/>\n"), {{"a.raw", "ab"}}, "float16"},
