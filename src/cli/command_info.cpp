@@ -82,12 +82,14 @@ json document_json(const CStorageDoc& document, const std::wstring& path)
 {
     json images = json::array();
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) images.push_back(image_json(document, i));
-    return {{"path", base::narrow(path)},
-            {"type", formats::note_of(document.fileType).title},
-            {"size", document.getFileSize()},
-            {"title", base::narrow(document.GetTitle())},
-            {"strings", strings_json(document.strings(unsigned(-1)))},
-            {"images", images}};
+    json out = {{"path", base::narrow(path)},
+                {"type", formats::note_of(document.fileType).title},
+                {"size", document.getFileSize()},
+                {"title", base::narrow(document.GetTitle())},
+                {"strings", strings_json(document.strings(unsigned(-1)))},
+                {"images", images}};
+    if (!document.getReadWarnings().empty()) out["warnings"] = document.getReadWarnings();
+    return out;
 }
 
 struct info_options {

@@ -18,6 +18,7 @@ void print_head(const CStorageDoc& document, const std::wstring& path)
     std::cout << base::narrow(path) << "\n  " << formats::note_of(document.fileType).title << ", "
               << document.getFileSize() << " bytes, " << document.getImagesNumber() << " image"
               << (document.getImagesNumber() == 1 ? "" : "s") << '\n';
+    for (const std::string& warning : document.getReadWarnings()) std::cout << "  note: " << warning << '\n';
 }
 
 void print_strings(const CStorageDoc::string_table& strings, const char* indent)
