@@ -48,6 +48,8 @@ public:
     const CFont& GetCurrentFont() const noexcept { return now.font; }
     colorEntry SetTextColor(colorEntry color);
     colorEntry SetBkColor(colorEntry color);
+    /// Whether transparent text has a rim in the background colour, so that it is read over any picture. \return before
+    bool SetTextRim(bool on);
     int SetBkMode(int mode); ///< TRANSPARENT or OPAQUE: whether text, gaps of lines and hatches cover what is below
     std::uint32_t SetTextAlign(std::uint32_t flags);
     std::uint32_t GetTextAlign() const noexcept { return now.textAlign; }
@@ -157,11 +159,14 @@ protected:
     virtual void drawPixel(CPoint point, colorEntry color) = 0;
     /// One run of text that begins at `left` and stands on `baseline`, without background.
     virtual void drawText(int left, int baseline, std::wstring_view text) = 0;
+    /// What stands around a text that has a rim: the text itself, shifted to all sides.
+    virtual void drawTextRim(int left, int baseline, std::wstring_view text);
     virtual int textWidth(std::wstring_view text) const = 0;
     virtual TEXTMETRIC fontMetrics() const = 0;
 
 private:
     void addFigure(std::span<const CPoint> points, bool closed);
+    void drawRun(int left, int baseline, std::wstring_view text);
     void drawAligned(int x, int y, std::wstring_view text, std::span<const int> stops, int tabOrigin, bool tabs);
     int runsWidth(std::wstring_view text, std::span<const int> stops, int start) const;
 

@@ -26,6 +26,7 @@ struct dc_state {
     colorEntry textColor = 0;
     colorEntry backColor = 0xFFFFFF;
     int backMode = OPAQUE;
+    bool hasTextRim = false; ///< transparent text stands on a rim of one unit in the background colour
     std::uint32_t textAlign = TA_LEFT | TA_TOP;
     int rop2 = R2_COPYPEN;
     poly_fill_mode polyFill = ALTERNATE;

@@ -1,5 +1,6 @@
 #include "platform/DC.h"
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -53,6 +54,21 @@ int CDC::runsWidth(std::wstring_view text, std::span<const int> stops, int start
     }
 }
 
+void CDC::drawTextRim(int left, int baseline, std::wstring_view text)
+{
+    const colorEntry own = std::exchange(now.textColor, now.backColor);
+    for (const int down : {-1, 0, 1})
+        for (const int right : {-1, 0, 1})
+            if (right != 0 || down != 0) drawText(left + right, baseline + down, text);
+    now.textColor = own;
+}
+
+void CDC::drawRun(int left, int baseline, std::wstring_view text)
+{
+    if (now.hasTextRim && now.backMode == TRANSPARENT) drawTextRim(left, baseline, text);
+    drawText(left, baseline, text);
+}
+
 void CDC::drawAligned(int x, int y, std::wstring_view text, std::span<const int> stops, int tabOrigin, bool tabs)
 {
     const TEXTMETRIC metric = fontMetrics();
@@ -68,14 +84,14 @@ void CDC::drawAligned(int x, int y, std::wstring_view text, std::span<const int>
         return addFigure(corners, true);
     }
     if (now.backMode == OPAQUE && !box.IsRectEmpty()) FillSolidRect(box, now.backColor);
-    if (!tabs) return drawText(left, top + metric.tmAscent, text);
+    if (!tabs) return drawRun(left, top + metric.tmAscent, text);
     const int step = std::max(1, charactersATab * metric.tmAveCharWidth);
     int position = x - origin;
     for (bool more = true; more;) {
         more = text.find(L'\t') != std::wstring_view::npos;
         const std::wstring_view run = take_until(text, L'\t');
         if (!run.empty()) {
-            drawText(left + position - (x - origin), top + metric.tmAscent, run);
+            drawRun(left + position - (x - origin), top + metric.tmAscent, run);
             position += textWidth(run);
         }
         if (more) position = next_stop(position, stops, step);

@@ -248,6 +248,7 @@ void CSurfMathView::drawZScale(CDC& dc)
     const int saved = dc.SaveDC();
     const bool isTransparent = isCompact() && static_cast<bool>(options["CompactLegend.transparent"]);
     dc.SetBkMode(isTransparent ? TRANSPARENT : OPAQUE);
+    dc.SetTextRim(true);
     dc.SetBkColor(static_cast<colorEntry>(number(*this, isCompact() ? "legend" : "background")));
     dc.SetTextColor(static_cast<colorEntry>(number(*this, isCompact() ? "background" : "legend")));
     axis_line line;

@@ -93,9 +93,17 @@ void draw_bitmaps(CDC& dc, const document::decoration& drawing, const drawing_ax
     }
 }
 
+/// By the weights of Rec. 709.
+bool is_light(colorEntry color)
+{
+    return 0.2126 * (color & 255u) + 0.7152 * (color >> 8 & 255u) + 0.0722 * (color >> 16 & 255u) > 127.5;
+}
+
 void draw_text(CDC& dc, const document::decoration& drawing, CPoint at)
 {
-    dc.SetTextColor(static_cast<colorEntry>(drawing.color));
+    const auto color = static_cast<colorEntry>(drawing.color);
+    dc.SetTextColor(color);
+    dc.SetBkColor(is_light(color) ? 0x000000 : 0xFFFFFF);
     const std::uint32_t before = dc.SetTextAlign(TA_LEFT | TA_BOTTOM);
     dc.TextOut(at.x + CorrectDPISize(4), at.y - CorrectDPISize(2), base::widen(drawing.text));
     dc.SetTextAlign(before);
@@ -145,6 +153,7 @@ void draw_decorations(CDC& dc, const document::decorations& drawings, const draw
 {
     const int saved = dc.SaveDC();
     dc.SetBkMode(TRANSPARENT);
+    dc.SetTextRim(true);
     for (const auto& [key, group] : drawings.all())
         for (const document::decoration& each : group.members) draw_one(dc, each, axes, geometry);
     dc.RestoreDC(saved);

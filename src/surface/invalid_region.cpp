@@ -114,8 +114,9 @@ private:
     {
         if (!world.marksNumbered()) return {};
         const CPoint at = to_client(state.marks[mark], geometry);
-        return textBox({at.x + CorrectDPISize(4), at.y + CorrectDPISize(1)},
-                       world.textExtent(std::to_wstring(mark + 1)), 0);
+        return inflated(textBox({at.x + CorrectDPISize(4), at.y + CorrectDPISize(1)},
+                                world.textExtent(std::to_wstring(mark + 1)), 0),
+                        1); // the rim
     }
     void addMark(CRgn& region, std::size_t mark) const
     {

@@ -198,6 +198,7 @@ void draw_legend_texts(CDC& dc, CDCView& view, const legend_content& content)
     const bool isCompact = is_on(view, "CompactLegend");
     const CRect client = view.GetClientRect();
     dc.SetBkMode(background_mode_of(view));
+    dc.SetTextRim(true);
     dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
     dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
     CPoint at{0, isCompact ? client.Height() : 0};
@@ -224,6 +225,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
     const std::string units = default_units(axis.get_units(), &span);
     const int saved = dc.SaveDC();
     dc.SetBkMode(is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options
+    dc.SetTextRim(true);
     dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
     dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
     draw_scale_mark(view, dc, view.displayRect, span, units, style);

@@ -50,6 +50,37 @@ INSTANTIATE_TEST_SUITE_P(Flags, TextAlign,
                                          aligned_case{"Baseline", TA_BASELINE, {100, 40, 124, 52}}),
                          [](const auto& test) { return test.param.name; });
 
+/// A rim is the text itself one unit to every side, in the background colour and below it.
+class plain_dc : public RecordingDC {
+protected:
+    void drawTextRim(int left, int baseline, std::wstring_view text) override
+    {
+        CDC::drawTextRim(left, baseline, text);
+    }
+};
+
+TEST(DC, TransparentTextMayHaveARim)
+{
+    plain_dc dc;
+    dc.SetTextColor(0x111111);
+    dc.SetBkColor(0xEEEEEE);
+    EXPECT_FALSE(dc.SetTextRim(true));
+    dc.TextOut(100, 50, L"a");
+    EXPECT_EQ(dc.all(kind::text).size(), 1u) << "opaque text covers what is below it";
+    dc.operations.clear();
+    dc.SetBkMode(TRANSPARENT);
+    dc.TextOut(100, 50, L"a");
+    const std::vector<drawn> runs = dc.all(kind::text);
+    ASSERT_EQ(runs.size(), 9u);
+    for (int i = 0; i < 8; ++i) {
+        const CPoint place = {100 + (i + (i > 3)) % 3 - 1, 60 + (i + (i > 3)) / 3 - 1};
+        EXPECT_EQ(runs[std::size_t(i)].points[0], place) << i;
+        EXPECT_EQ(runs[std::size_t(i)].tools.textColor, 0xEEEEEEu) << i;
+    }
+    EXPECT_EQ(runs[8].points[0], (CPoint{100, 60}));
+    EXPECT_EQ(runs[8].tools.textColor, 0x111111u);
+}
+
 TEST(DC, TabsGoToTheNextStop)
 {
     RecordingDC dc;

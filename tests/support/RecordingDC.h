@@ -8,7 +8,7 @@
 
 /// One operation that reached a drawing surface, with the tools that it used.
 struct drawn {
-    enum class kind { lines, outline, polygons, rectangle, ellipse, region, pixels, pixel, text };
+    enum class kind { lines, outline, polygons, rectangle, ellipse, region, pixels, pixel, text, rim };
     kind what;
     std::vector<CPoint> points; ///< lines: the points; polygons: of all figures; text: left end of the baseline
     CRect box;                  ///< of a shape, region or blit; of a text: its line box
@@ -80,6 +80,11 @@ protected:
         run.points = {{left, baseline}};
         run.box = CRect({left, baseline - ascent}, CSize{textWidth(text), lineHeight});
         run.text = base::narrow(text);
+    }
+    void drawTextRim(int left, int baseline, std::wstring_view text) override
+    {
+        drawText(left, baseline, text);
+        operations.back().what = drawn::kind::rim;
     }
     int textWidth(std::wstring_view text) const override { return characterWidth * static_cast<int>(text.size()); }
     TEXTMETRIC fontMetrics() const override

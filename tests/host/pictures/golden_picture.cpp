@@ -34,13 +34,22 @@ public:
 protected:
     void drawText(int left, int baseline, std::wstring_view text) override
     {
+        if (isRim) return CQtDC::drawText(left, baseline, text);
         const int top = baseline - fontMetrics().tmAscent;
         texts.push_back({std::wstring(text), CRect(left, top, left + textWidth(text), top + fontMetrics().tmHeight)});
         CQtDC::drawText(left, baseline, text);
     }
 
+    void drawTextRim(int left, int baseline, std::wstring_view text) override
+    {
+        isRim = true;
+        CQtDC::drawTextRim(left, baseline, text);
+        isRim = false;
+    }
+
 private:
     std::vector<drawn_text>& texts;
+    bool isRim = false; ///< around a text that comes next
 };
 
 golden_picture::golden_picture(CSize size_, const std::function<void(CDC&)>& draw)
