@@ -25,17 +25,72 @@ QPixmap rimmed(const Draw& draw)
     return picture;
 }
 
-/// A cross with a sign at its lower right.
-QCursor signed_cross(bool isPlus)
+using sign = void (*)(QPainter&);
+
+/// A cross with a sign at its lower right, in a square of nine pixels from 14, 14.
+QCursor signed_cross(sign draw)
 {
-    const QPixmap picture = rimmed([isPlus](QPainter& painter) {
+    const QPixmap picture = rimmed([draw](QPainter& painter) {
         painter.drawLine(middle, 1, middle, 2 * middle - 1);
         painter.drawLine(1, middle, 2 * middle - 1, middle);
-        painter.drawLine(15, 19, 22, 19);
-        if (isPlus) painter.drawLine(18, 15, 18, 22);
+        draw(painter);
     });
     return QCursor(picture, middle, middle);
 }
+
+struct signed_shape {
+    cursor_shape shape;
+    sign draw;
+};
+constexpr signed_shape signedShapes[] = {
+    {cursor_shape::crossPlus,
+     [](QPainter& painter) {
+         painter.drawLine(15, 19, 22, 19);
+         painter.drawLine(18, 15, 18, 22);
+     }},
+    {cursor_shape::crossMinus, [](QPainter& painter) { painter.drawLine(15, 19, 22, 19); }},
+    {cursor_shape::crossRectangle, [](QPainter& painter) { painter.drawRect(14, 15, 8, 6); }},
+    {cursor_shape::crossEllipse, [](QPainter& painter) { painter.drawEllipse(14, 15, 8, 6); }},
+    {cursor_shape::crossSection,
+     [](QPainter& painter) { painter.drawPolyline(QPolygon({{14, 22}, {16, 16}, {19, 20}, {22, 14}})); }},
+    {cursor_shape::crossDistance,
+     [](QPainter& painter) {
+         painter.drawLine(15, 18, 22, 18);
+         painter.drawLine(14, 15, 14, 21);
+         painter.drawLine(22, 15, 22, 21);
+     }},
+    {cursor_shape::crossAngle,
+     [](QPainter& painter) { painter.drawPolyline(QPolygon({{22, 21}, {14, 21}, {21, 14}})); }},
+    {cursor_shape::crossMark,
+     [](QPainter& painter) { painter.drawPolyline(QPolygon({{14, 15}, {18, 22}, {22, 15}})); }},
+    {cursor_shape::crossCurve,
+     [](QPainter& painter) {
+         painter.drawArc(14, 14, 5, 8, 0, 180 * 16); // sixteenths of a degree
+         painter.drawArc(19, 14, 4, 8, 180 * 16, 180 * 16);
+     }},
+    {cursor_shape::crossLine,
+     [](QPainter& painter) {
+         painter.drawLine(14, 18, 22, 18);
+         painter.drawPoint(14, 15);
+         painter.drawPoint(14, 21);
+     }},
+    {cursor_shape::crossColumn,
+     [](QPainter& painter) {
+         painter.drawLine(18, 14, 18, 22);
+         painter.drawPoint(15, 14);
+         painter.drawPoint(21, 14);
+     }},
+    {cursor_shape::crossLengthyObject,
+     [](QPainter& painter) {
+         painter.drawLine(14, 19, 19, 14);
+         painter.drawLine(17, 22, 22, 17);
+     }},
+    {cursor_shape::crossIsoline,
+     [](QPainter& painter) {
+         painter.drawEllipse(14, 14, 8, 8);
+         painter.drawEllipse(17, 17, 2, 2);
+     }},
+};
 
 /// A pencil whose tip is the place.
 QCursor pen()
@@ -58,15 +113,19 @@ QCursor eraser()
     return QCursor(picture, middle, middle);
 }
 
+std::map<cursor_shape, QCursor> drawn_cursors()
+{
+    std::map<cursor_shape, QCursor> out = {{cursor_shape::pen, pen()}, {cursor_shape::eraser, eraser()}};
+    for (const signed_shape& each : signedShapes) out.emplace(each.shape, signed_cross(each.draw));
+    return out;
+}
+
 } // namespace
 
 QCursor qt_cursor(cursor_shape shape)
 {
     // Made once and never freed: the toolkit's application ends before static objects do.
-    static const auto& drawn = *new std::map<cursor_shape, QCursor>{{cursor_shape::pen, pen()},
-                                                                    {cursor_shape::eraser, eraser()},
-                                                                    {cursor_shape::crossPlus, signed_cross(true)},
-                                                                    {cursor_shape::crossMinus, signed_cross(false)}};
+    static const auto& drawn = *new std::map<cursor_shape, QCursor>(drawn_cursors());
     if (const auto found = drawn.find(shape); found != drawn.end()) return found->second;
     constexpr std::array<Qt::CursorShape, 16> shapes = {
         Qt::ArrowCursor,     Qt::CrossCursor,   Qt::PointingHandCursor, Qt::ClosedHandCursor,

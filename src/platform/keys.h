@@ -55,4 +55,16 @@ enum class cursor_shape {
     zoom,
     crossPlus,
     crossMinus,
+    // A cross with the sign of what a press draws.
+    crossRectangle,
+    crossEllipse,
+    crossSection,
+    crossDistance,
+    crossAngle,
+    crossMark,
+    crossCurve,
+    crossLine,
+    crossColumn,
+    crossLengthyObject,
+    crossIsoline,
 };

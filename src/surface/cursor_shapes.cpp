@@ -1,5 +1,7 @@
 #include "surface/cursor_shapes.h"
 
+#include <iterator>
+
 namespace surface {
 
 namespace {
@@ -24,6 +26,19 @@ int mode_cursor(const selection_state& state, modifier_keys keys) noexcept
     default:
         return plain;
     }
+}
+
+/// The sign of a mode that draws; include and exclude have pointers of their own.
+cursor_shape mode_shape(int mode) noexcept
+{
+    constexpr cursor_shape shapes[] = {
+        cursor_shape::crossRectangle,     cursor_shape::crossEllipse, cursor_shape::crossSection,
+        cursor_shape::crossDistance,      cursor_shape::crossAngle,   cursor_shape::crossMark,
+        cursor_shape::crossCurve,         cursor_shape::crossLine,    cursor_shape::crossColumn,
+        cursor_shape::crossLengthyObject, cursor_shape::crossIsoline,
+    };
+    const auto index = static_cast<std::size_t>(mode);
+    return mode >= 0 && index < std::size(shapes) ? shapes[index] : cursor_shape::cross;
 }
 
 } // namespace
@@ -98,7 +113,7 @@ cursor_shape shape_of(int number) noexcept
     case cursorInclude:
         return cursor_shape::pen;
     default:
-        return cursor_shape::cross;
+        return mode_shape(number - cursorFirstMode);
     }
 }
 

@@ -257,7 +257,7 @@ TEST_F(SurfaceMouseTest, KeysChangeThePointerAndProfilesMove)
     HeadlessWindow& window = CHeadlessHost::windowOf(view);
     host.display.place = view.ClientToScreen(client({20, 10}));
     view.OnMouseMove(0, client({20, 10}));
-    EXPECT_EQ(window.cursor, cursor_shape::cross);
+    EXPECT_EQ(window.cursor, cursor_shape::crossRectangle);
     host.display.keys = {VK_CONTROL};
     view.OnKeyDown(VK_CONTROL);
     EXPECT_EQ(window.cursor, cursor_shape::crossPlus);
@@ -269,7 +269,7 @@ TEST_F(SurfaceMouseTest, KeysChangeThePointerAndProfilesMove)
     EXPECT_EQ(window.cursor, cursor_shape::grab);
     host.display.keys.clear();
     view.OnKeyUp(VK_SHIFT);
-    EXPECT_EQ(window.cursor, cursor_shape::cross);
+    EXPECT_EQ(window.cursor, cursor_shape::crossRectangle);
 }
 
 } // namespace
