@@ -120,6 +120,7 @@ public:
     bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    /// Esc and Ctrl+F leave full screen; "+", "-" and "0" zoom.
     bool OnKeyDown(unsigned key) override;
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
     void OnFireVariableChange(int index, const SPMVarList* list) override;
@@ -174,6 +175,7 @@ private:
     void createImage(bool keepDepth);
     CSize marginSize() const;
     print_job printJob(bool asks);
+    bool zoomByKey(unsigned key);
     void enterFullScreen();
     void leaveFullScreen();
     void restoreDefaults();

@@ -212,9 +212,22 @@ bool CDCView::OnKeyDown(unsigned key)
 {
     CWinApp* const app = AfxGetApp();
     const IScreen* const screen = app ? app->host().screen() : nullptr;
-    const bool leaves = key == VK_ESCAPE || (key == 'F' && screen && screen->isKeyDown(VK_CONTROL));
-    if (!fullscreenOn || !leaves) return false;
+    const bool isControl = screen && screen->isKeyDown(VK_CONTROL);
+    const bool leaves = key == VK_ESCAPE || (key == 'F' && isControl);
+    if (!fullscreenOn || !leaves) return !isControl && zoomByKey(key);
     SwitchFullScreen();
+    return true;
+}
+
+/// "+" and "-" are a notch of the wheel about the upper left corner, "0" is the usual size.
+bool CDCView::zoomByKey(unsigned key)
+{
+    constexpr int notch = 120;
+    const CPoint corner{margin(options, "LeftMargin"), margin(options, "TopMargin")};
+    if (key == VK_ADD || key == VK_SUBTRACT) return OnMouseWheel(MK_SHIFT, key == VK_ADD ? notch : -notch, corner);
+    const CFrameWnd* const frame = GetParentFrame();
+    if (key != '0' || (frame && frame->IsZoomed())) return false;
+    CDCView::OnLButtonDblClk(0, corner);
     return true;
 }
 

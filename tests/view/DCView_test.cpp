@@ -141,6 +141,34 @@ TEST_F(DCViewTest, ClosingAFullScreenLeavesIt)
     EXPECT_TRUE(frame->IsWindowVisible());
 }
 
+TEST_F(DCViewTest, PlusAndMinusZoomAndZeroGivesTheUsualSize)
+{
+    view->OnInitialUpdate();
+    host.pump();
+    EXPECT_TRUE(view->OnKeyDown('0'));
+    host.pump();
+    const CRect usual = view->displayRect;
+    const CPoint corner = frameWindow().rect.TopLeft();
+    EXPECT_TRUE(view->OnKeyDown(VK_ADD));
+    host.pump();
+    EXPECT_EQ(view->displayRect.Width(), std::lround(usual.Width() * 1.2));
+    EXPECT_EQ(frameWindow().rect.TopLeft(), corner) << "the window stays where it is";
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(view->OnKeyDown(VK_SUBTRACT));
+        host.pump();
+    }
+    EXPECT_NEAR(view->displayRect.Width(), usual.Width() / 1.2, 1.0);
+    host.display.keys = {VK_CONTROL};
+    EXPECT_FALSE(view->OnKeyDown('0')) << "a shortcut of somebody else";
+    host.display.keys.clear();
+    EXPECT_TRUE(view->OnKeyDown('0'));
+    host.pump();
+    EXPECT_EQ(view->displayRect, usual);
+    frameWindow().maximized = true;
+    for (const unsigned key : {unsigned{VK_ADD}, unsigned{VK_SUBTRACT}, unsigned{'0'}})
+        EXPECT_FALSE(view->OnKeyDown(key)) << key;
+}
+
 TEST_F(DCViewTest, FullScreenGoesThereAndBack)
 {
     view->OnInitialUpdate();
