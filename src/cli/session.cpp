@@ -3,10 +3,10 @@
 #include "base/text.h"
 #include "cli/progress.h"
 #include "cli/standard_streams.h"
+#include "document/recording_folder.h"
 #include "platform/paths.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 
 namespace cli {
@@ -17,34 +17,6 @@ std::filesystem::path identity(const std::filesystem::path& path)
     const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
     return error ? path : real;
 }
-
-namespace {
-
-/// The format that a file claims to be of, by its content or by its name as well; null when there is none.
-const formats::format_row* claimed_format(const std::filesystem::path& file, bool byName)
-{
-    std::ifstream in(file, std::ios::binary);
-    std::vector<std::byte> head(formats::sniffBytes);
-    in.read(reinterpret_cast<char*>(head.data()), static_cast<std::streamsize>(head.size()));
-    head.resize(static_cast<std::size_t>(in.gcount()));
-    return formats::find_format(head, byName ? file.filename().native() : std::string());
-}
-
-/// The recordings in a folder and those below it, by name.
-std::vector<std::filesystem::path> recordings_in(const std::filesystem::path& folder)
-{
-    std::vector<std::filesystem::path> files;
-    std::error_code error, ignored;
-    for (std::filesystem::recursive_directory_iterator
-             entry(folder, std::filesystem::directory_options::skip_permission_denied, error),
-         end;
-         !error && entry != end; entry.increment(error))
-        if (entry->is_regular_file(ignored) && claimed_format(entry->path(), true)) files.push_back(entry->path());
-    std::ranges::sort(files);
-    return files;
-}
-
-} // namespace
 
 void session::setFiles(const std::vector<std::string>& paths)
 {
@@ -60,11 +32,11 @@ void session::setFiles(const std::vector<std::string>& paths)
 
 void session::addFolder(const std::wstring& folder)
 {
-    const std::vector<std::filesystem::path> found = recordings_in(platform::to_path(folder));
+    const std::vector<std::filesystem::path> found = document::recordings_in(platform::to_path(folder));
     if (found.empty()) report(folder, "the folder holds no file that opens");
     for (const std::filesystem::path& file : found) {
         inputs.push_back(platform::to_wide(file));
-        origins.push_back(claimed_format(file, false) ? origin::foundByContent : origin::foundByName);
+        origins.push_back(document::claimed_format(file, false) ? origin::foundByContent : origin::foundByName);
         inputIdentities.insert(identity(file));
     }
 }

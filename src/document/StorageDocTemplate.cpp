@@ -17,9 +17,9 @@ namespace {
 
 constexpr unsigned emptyFileText = 1040, cannotCreateText = 61700;
 
-void warn(const std::string& text)
+void warn(const std::wstring& path, const std::string& text)
 {
-    if (CWinApp* const app = AfxGetApp()) app->host().messageBox(text, message_icon::warning);
+    if (CWinApp* const app = AfxGetApp()) app->reportFailure(path, text);
 }
 
 SPMVar global_option(const char* name)
@@ -52,7 +52,7 @@ CDocument* CStorageDocTemplate::newDocument(int makeVisible)
 {
     CDocument* const document = CreateNewDocument();
     if (!document) {
-        warn(string_resource(cannotCreateText));
+        warn({}, string_resource(cannotCreateText));
         return nullptr;
     }
     ++untitledCount;
@@ -70,19 +70,19 @@ CDocument* CStorageDocTemplate::newDocument(int makeVisible)
 CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
 {
     if (is_empty_file(path)) {
-        warn(base::formatted(string_resource(emptyFileText), base::narrow(path).c_str()));
+        warn(path, base::formatted(string_resource(emptyFileText), base::narrow(path).c_str()));
         return nullptr;
     }
     auto* const document = dynamic_cast<CStorageDoc*>(CreateNewDocument());
     if (!document) {
-        warn(string_resource(cannotCreateText));
+        warn(path, string_resource(cannotCreateText));
         return nullptr;
     }
     const CWaitCursor wait;
     try {
         if (document->OnOpenDocument(path)) return document;
     } catch (const CException& failure) {
-        if (!document->isReadCancelled()) warn(failure.what()); // who cancelled knows
+        if (!document->isReadCancelled()) warn(path, failure.what()); // who cancelled knows
     }
     deleteDocument(document);
     return nullptr;
@@ -165,8 +165,8 @@ std::vector<CStorageDoc*> CStorageDocTemplate::mergeInto(CStorageDoc& first, std
             deleteDocument(other);
         } catch (const std::exception& failure) {
             apart.push_back(other);
-            warn(base::formatted("%s is opened by itself; it could not be merged: %s",
-                                 base::narrow(other->getFullPath()).c_str(), failure.what()));
+            warn(other->getFullPath(), base::formatted("%s is opened by itself; it could not be merged: %s",
+                                                       base::narrow(other->getFullPath()).c_str(), failure.what()));
         }
     }
     return apart;

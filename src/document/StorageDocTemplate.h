@@ -28,6 +28,9 @@ public:
     void ShowAllViews(CStorageDoc* document, bool all);
     void ShowView(CStorageDoc* document, int image);
 
+    /// True when there is a view for images of that many dimensions.
+    static bool showsDimensions(unsigned count);
+
     unsigned getOpeningImage() const noexcept { return openingImage; }
     void setOpeningImage(unsigned image) noexcept { openingImage = image; }
     void ResetWndPos() noexcept { top = left = rowHeight = 0; }
@@ -51,6 +54,7 @@ private:
     bool isMergingOn() const;
     std::wstring extension() const;
     shape_view viewFor(const CStorageDoc& document) const;
+    static shape_view viewFor(unsigned dimensions);
     CFrameWnd* shownFrame(CStorageDoc& document, unsigned image);
 
     int top = 0, left = 0, rowHeight = 0; ///< cascade of quick-view frames

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr unsigned cannotCreateText = 61700;
+constexpr const char *noView = "no view shows", *noQuickView = "the quick view does not show";
 
 std::string text_of(const char* text) { return text ? text : ""; }
 
@@ -49,22 +50,45 @@ bool is_quick_view(const CView* view)
     return bound && bound->isQuickView();
 }
 
-void tell_unshown(CWinApp& app, const CStorageDoc& document, unsigned image, const char* who)
+/// "a: image 2 (Force) has 3 dimensions, which no view shows"
+std::string unshown_text(const CStorageDoc& document, unsigned image, const char* who)
 {
     const SPMDataStream& stream = document.getImage(image);
     const unsigned count = stream.get_dimensions_number();
-    app.host().output(base::formatted("%s: image %u (%s) has %u dimension%s, which %s",
-                                      base::narrow(document.GetTitle()).c_str(), image, stream.get_description(), count,
-                                      count == 1 ? "" : "s", who));
+    const char* const name = *stream.get_description() ? stream.get_description() : stream.get_name();
+    return base::formatted("%s: image %u (%s) has %u dimension%s, which %s", base::narrow(document.GetTitle()).c_str(),
+                           image, name, count, count == 1 ? "" : "s", who);
+}
+
+void tell_unshown(CWinApp& app, const CStorageDoc& document, unsigned image, const char* who)
+{
+    app.host().output(unshown_text(document, image, who));
+}
+
+/// Why a document is not opened of which nothing can be shown: its images by name.
+std::string nothing_shown_text(const CStorageDoc* document, const char* who)
+{
+    std::string text = string_resource(cannotCreateText);
+    for (unsigned i = 0; document && i < document->getImagesNumber(); ++i)
+        text += "\n" + unshown_text(*document, i, who);
+    return text;
 }
 
 } // namespace
 
 CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(const CStorageDoc& document) const
 {
-    switch (document.getImage(openingImage).get_dimensions_number()) {
+    const unsigned count = document.getImage(openingImage).get_dimensions_number();
+    if (count == 1 && measuring_image(document, openingImage)) return {"CParametricCurveView", parametricId};
+    return viewFor(count);
+}
+
+bool CStorageDocTemplate::showsDimensions(unsigned count) { return find_runtime_class(viewFor(count).view) != nullptr; }
+
+CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(unsigned dimensions)
+{
+    switch (dimensions) {
     case 1:
-        if (measuring_image(document, openingImage)) return {"CParametricCurveView", parametricId};
         return {"CSectionView", sectionId};
     case 2:
         return {"CSurfMathView", surfaceId};
@@ -106,11 +130,11 @@ CFrameWnd* CStorageDocTemplate::shownFrame(CStorageDoc& document, unsigned image
     openingImage = image;
     CFrameWnd* const frame = CreateNewFrame(&document, nullptr);
     CWinApp* const app = AfxGetApp();
-    if (!frame && app) tell_unshown(*app, document, image, "no view shows");
+    if (!frame && app) tell_unshown(*app, document, image, noView);
     return frame;
 }
 
-bool CStorageDocTemplate::CreateFr(const wchar_t*, int makeVisible, CDocument* document)
+bool CStorageDocTemplate::CreateFr(const wchar_t* path, int makeVisible, CDocument* document)
 {
     auto* const storage = dynamic_cast<CStorageDoc*>(document);
     unsigned created = 0;
@@ -126,8 +150,7 @@ bool CStorageDocTemplate::CreateFr(const wchar_t*, int makeVisible, CDocument* d
         }
     }
     if (created > 0) return true;
-    if (CWinApp* const app = AfxGetApp())
-        app->host().messageBox(string_resource(cannotCreateText), message_icon::warning);
+    if (CWinApp* const app = AfxGetApp()) app->reportFailure(path ? path : L"", nothing_shown_text(storage, noView));
     deleteDocument(document);
     return false;
 }
@@ -198,7 +221,7 @@ CDocument* CStorageDocTemplate::QuickViewOpenDocumentFile(const wchar_t* path, i
     unsigned created = 0;
     for (unsigned i = 0; i < storage->getImagesNumber(); ++i) {
         if (storage->getImage(i).get_dimensions_number() != 2) {
-            if (app) tell_unshown(*app, *storage, i, "the quick view does not show");
+            if (app) tell_unshown(*app, *storage, i, noQuickView);
             continue;
         }
         CFrameWnd* const frame = createFrame(document, "CQVSurfView", quickViewId, "CQVChildFrame");
@@ -211,6 +234,7 @@ CDocument* CStorageDocTemplate::QuickViewOpenDocumentFile(const wchar_t* path, i
         ++created;
     }
     if (created > 0) return document;
+    if (app) app->reportFailure(path, nothing_shown_text(storage, noQuickView));
     deleteDocument(document);
     return nullptr;
 }

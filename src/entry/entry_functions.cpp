@@ -94,6 +94,7 @@ void VldvOpenDocument(int options)
     const std::vector<std::wstring> paths = chosen_files(options, variables);
     if (!paths.empty()) {
         store_values(*global, variables);
+        const CFailureList together(*app);
         vldvSurfaceTemplate.setFirstMerged();
         for (const std::wstring& path : paths) app->OpenDocumentFile(path.c_str());
         vldvSurfaceTemplate.setLastMerged();
@@ -120,6 +121,7 @@ void VldvOpenQuickView()
     }
     if (static_cast<bool>(asked[1])) close_quick_views(*app);
     vldvSurfaceTemplate.ResetWndPos();
+    const CFailureList together(*app);
     for (const std::wstring& path : paths) vldvSurfaceTemplate.QuickViewOpenDocumentFile(path.c_str(), true);
 }
 

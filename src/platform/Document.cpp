@@ -100,9 +100,14 @@ void CDocument::UpdateAllViews(CView* sender, std::uint32_t hint, const hint_obj
         if (view != sender && std::ranges::find(attached, view) != attached.end()) view->OnUpdate(sender, hint, object);
 }
 
-void CDocument::ReportSaveLoadException(const wchar_t*, const CException& failure, bool)
+void CDocument::ReportSaveLoadException(const wchar_t* path, const CException& failure, bool saving)
 {
-    if (CWinApp* app = AfxGetApp()) app->host().messageBox(failure.what(), message_icon::warning);
+    CWinApp* const app = AfxGetApp();
+    if (!app) return;
+    if (saving)
+        app->host().messageBox(failure.what(), message_icon::warning);
+    else
+        app->reportFailure(path ? path : L"", failure.what());
 }
 
 void CDocument::moveViewToFront(const CView* view)

@@ -83,6 +83,12 @@ struct open_prompt {
     std::vector<SPMVar>* variables = nullptr; ///< shown below the list and changed by the user; null: none
 };
 
+/// A file that could not be opened.
+struct file_failure {
+    std::wstring path;
+    std::string reason; ///< a sentence; may begin with the path
+};
+
 /// What the user chose in the list of windows.
 struct window_choice {
     std::vector<std::size_t> closed;
@@ -114,6 +120,8 @@ public:
     /// The chosen paths, empty when the dialog was cancelled.
     virtual std::vector<std::wstring> askOpenPaths(const open_prompt&) { return {}; }
     virtual bool askYesNo(const std::string&) { return false; }
+    /// Lists several files that could not be opened, each with its reason.
+    virtual void showFailures(const std::vector<file_failure>& failures);
     /// Shows a dialog until it is closed through `CDialog::EndDialog`.
     virtual void runDialog(CDialog&) {}
     /// Shows a variable dialog until it is closed through `CVarListDlg::EndDialog`.

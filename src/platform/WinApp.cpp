@@ -1,5 +1,6 @@
 #include "platform/WinApp.h"
 
+#include "base/text.h"
 #include "platform/DocTemplate.h"
 
 #include <algorithm>
@@ -55,6 +56,34 @@ CDocument* CWinApp::OpenDocumentFile(const wchar_t* path)
         confidence = found;
     }
     return best ? best->OpenDocumentFile(path, 1, 1) : nullptr;
+}
+
+void CWinApp::reportFailure(const std::wstring& path, const std::string& reason)
+{
+    if (failureLists > 0)
+        failures.push_back({path, reason});
+    else
+        machine.messageBox(reason, message_icon::warning);
+}
+
+CFailureList::~CFailureList()
+{
+    if (--app.failureLists > 0) return;
+    const std::vector<file_failure> told = std::exchange(app.failures, {});
+    if (told.size() == 1)
+        app.machine.messageBox(told.front().reason, message_icon::warning);
+    else if (!told.empty())
+        app.machine.showFailures(told);
+}
+
+void IHost::showFailures(const std::vector<file_failure>& failures)
+{
+    std::string text = std::to_string(failures.size()) + " files could not be opened:";
+    for (const file_failure& each : failures) {
+        const std::string name = base::narrow(each.path);
+        text += "\n" + (each.reason.find(name) == std::string::npos ? name + ": " : std::string()) + each.reason;
+    }
+    messageBox(text, message_icon::warning);
 }
 
 CFrameWnd* CWinApp::addFrame(std::unique_ptr<CFrameWnd> frame)

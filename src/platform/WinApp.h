@@ -30,6 +30,9 @@ public:
     /// Opens a file by the template that suits it best, or brings its document to the front when it is open already.
     virtual CDocument* OpenDocumentFile(const wchar_t* path);
 
+    /// Tells the user why a file was not opened: at once, or at the end of a `CFailureList` with the others.
+    void reportFailure(const std::wstring& path, const std::string& reason);
+
     // Frames, in the order of their making.
     CFrameWnd* addFrame(std::unique_ptr<CFrameWnd> frame);
     const std::vector<std::unique_ptr<CFrameWnd>>& frames() const noexcept { return opened; }
@@ -52,7 +55,10 @@ public:
     static constexpr std::size_t maxRecentFiles = 16;
 
 private:
+    friend class CFailureList;
     IHost& machine;
+    int failureLists = 0; ///< that live
+    std::vector<file_failure> failures;
     std::vector<std::wstring> recent;
     std::vector<CDocTemplate*> templates;
     std::vector<std::unique_ptr<CFrameWnd>> opened;
@@ -72,4 +78,17 @@ public:
     CWaitCursor(const CWaitCursor&) = delete;
     CWaitCursor& operator=(const CWaitCursor&) = delete;
     ~CWaitCursor();
+};
+
+/// While it lives, files that cannot be opened are collected; the end of the outermost one tells them in one list, a
+/// single one as ever.
+class CFailureList {
+public:
+    explicit CFailureList(CWinApp& app_) : app(app_) { ++app.failureLists; }
+    CFailureList(const CFailureList&) = delete;
+    CFailureList& operator=(const CFailureList&) = delete;
+    ~CFailureList();
+
+private:
+    CWinApp& app;
 };

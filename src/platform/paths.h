@@ -10,6 +10,9 @@ std::filesystem::path to_path(const std::wstring& path);
 std::wstring to_wide(const std::filesystem::path& path);
 /// Absolute, without "." and ".." steps; relative ones start at the current folder. Empty stays empty.
 std::wstring full_path(const std::wstring& path);
+/// What a user typed, with a leading "~" or "~NAME" replaced by the home folder; as it is where a file of that very
+/// name exists or there is no such home.
+std::wstring expanded_home(const std::wstring& path);
 /// The part behind the last slash.
 std::wstring file_name(const std::wstring& path);
 /// The file name without its last extension; a name that only starts with a dot has none.

@@ -2,6 +2,7 @@
 
 #include "base/SPMVarList.h"
 #include "base/text.h"
+#include "platform/paths.h"
 #include "view/palette_file.h"
 
 #include <algorithm>
@@ -71,7 +72,7 @@ std::filesystem::path palette_folder()
     VLGlobalVarList* options = VLGlobalVarList::GetVarList("global_options");
     const std::string folder = (*options)["directory.palettes"].as_string().c_str();
     options->ReleaseList();
-    return expanded_environment(folder);
+    return platform::to_path(platform::expanded_home(base::widen(expanded_environment(folder))));
 }
 
 std::optional<color_table> load_palette(const std::filesystem::path& path)

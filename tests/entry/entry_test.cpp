@@ -1,5 +1,6 @@
 #include "document/StorageDocTemplate.h"
 #include "entry/Application.h"
+#include "entry/open_files.h"
 #include "platform/FrameWnd.h"
 #include "support/HeadlessHost.h"
 #include "support/interface_file.h"
@@ -9,6 +10,9 @@
 #include "view/TextView.h"
 #include "vldv.h"
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -85,6 +89,56 @@ TEST_F(EntryTest, APipeIsNamedAndNotWaitedFor)
     EXPECT_EQ(app->OpenDocumentFile((folder / "pipe").wstring().c_str()), nullptr);
     ASSERT_FALSE(host.messages.empty());
     EXPECT_NE(host.messages.back().find("pipe: this is a pipe"), std::string::npos) << host.messages.back();
+}
+
+TEST_F(EntryTest, FilesThatFailAreToldInOneList)
+{
+    for (const char* name : {"bad.spm", "empty.spm"}) std::ofstream(folder / name) << (*name == 'b' ? "PK\3\4" : "");
+    const std::wstring bad = (folder / "bad.spm").wstring(), empty = (folder / "empty.spm").wstring();
+    const std::vector<std::wstring> names = {bad, surface("a.spm"), empty, (folder / "gone.spm").wstring()};
+    entry::open_files(*app, names);
+    EXPECT_EQ(app->frames().size(), 1u) << "the good one opens";
+    ASSERT_EQ(host.messages.size(), 1u) << "one box for all";
+    EXPECT_EQ(host.messages[0].find("3 files could not be opened:\n" + (folder / "bad.spm").string() + ": "), 0u)
+        << host.messages[0];
+    EXPECT_NE(host.messages[0].find("\nFile " + (folder / "empty.spm").string() + " is empty."), std::string::npos)
+        << host.messages[0];
+    EXPECT_NE(host.messages[0].find((folder / "gone.spm").string()), std::string::npos);
+
+    host.openPaths = {bad, empty};
+    app->OnCmdMsg(57601, nullptr);
+    ASSERT_EQ(host.messages.size(), 2u) << "from the dialog too";
+    EXPECT_EQ(host.messages[1].find("2 files could"), 0u);
+    entry::open_files(*app, std::span(&empty, 1));
+    EXPECT_EQ(host.messages.back(), "File " + (folder / "empty.spm").string() + " is empty.") << "one alone as ever";
+    app->OpenDocumentFile(empty.c_str());
+    EXPECT_EQ(host.messages.size(), 4u) << "at once";
+}
+
+TEST_F(EntryTest, FoldersAndTheHomeFolderAreUnderstood)
+{
+    std::filesystem::create_directories(folder / "in/deep");
+    surface("in/a.spm");
+    surface("in/deep/b.spm");
+    std::ofstream(folder / "in/notes.md") << "nothing to see";
+    const char* const home = std::getenv("HOME");
+    const std::string before = home ? home : "";
+    setenv("HOME", folder.path.c_str(), 1);
+    const std::wstring names[] = {L"~/in", L"~"};
+    entry::open_files(*app, std::span(names).first(1));
+    EXPECT_EQ(app->frames().size(), 2u);
+    EXPECT_TRUE(host.messages.empty()) << host.messages.front();
+    std::filesystem::create_directories(folder / "none");
+    const std::wstring none = L"~/none";
+    entry::open_files(*app, std::span(&none, 1));
+    EXPECT_EQ(host.messages.back(), (folder / "none").string() + ": the folder holds no file that opens");
+
+    for (int i = 0; i < 19; ++i)
+        std::filesystem::copy_file(folder / "in/a.spm", folder / ("in/" + std::to_string(i) + ".spm"));
+    entry::open_files(*app, std::span(names).last(1));
+    EXPECT_NE(host.messages.back().find("21 recordings"), std::string::npos) << host.messages.back();
+    EXPECT_EQ(app->frames().size(), 2u) << "the user said no";
+    setenv("HOME", before.c_str(), 1);
 }
 
 TEST_F(EntryTest, MoreFilesThanTheDialogCanNameAreRefused)

@@ -200,7 +200,8 @@ TEST_F(ImageViewTest, FailuresOfOpeningShowTheirTexts)
     EXPECT_EQ(app.OpenDocumentFile((folder / "broken.spm").wstring().c_str()), nullptr);
     EXPECT_NE(host.messages.back().find("broken.spm"), std::string::npos);
     EXPECT_EQ(open({stream_of("point", {})}), nullptr);
-    EXPECT_EQ(host.messages.back(), "Failed to create empty document.");
+    EXPECT_EQ(host.messages.back(),
+              "Failed to create empty document.\na: image 0 (Height) has 0 dimensions, which no view shows");
     EXPECT_TRUE(surfaces.documents().empty());
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+#include <span>
+#include <string>
+#include <vector>
+
+class CWinApp;
+
+namespace entry {
+
+/// Opens files by the names that a user gave: "~" is the home folder, a folder stands for the recordings in it. Those
+/// that cannot be opened are told in one list; many files of a folder only after a question.
+void open_files(CWinApp& app, std::span<const std::wstring> names);
+
+} // namespace entry
