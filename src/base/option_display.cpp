@@ -114,6 +114,13 @@ bool take_hexadecimal(SPMVar& variable, const display_function& display, const c
 
 } // namespace
 
+bool is_color(const SPMVarList& list, const SPMVar& variable)
+{
+    if (variable.type != SPM_VAR_INT) return false;
+    return lower_ascii(variable.get_name()).ends_with("color") ||
+           shown_field_of(list, variable).what == shown_field::kind::hexadecimal;
+}
+
 shown_field shown_field_of(const SPMVarList& list, const SPMVar& variable)
 {
     shown_field field;

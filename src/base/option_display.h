@@ -15,6 +15,10 @@ struct shown_field {
     std::vector<std::string> choices; ///< of a list
 };
 
+/// Whether the number is a colour, 0x00BBGGRR: a whole one that is shown in hexadecimal digits, or whose name ends in
+/// "color".
+bool is_color(const SPMVarList& list, const SPMVar& variable);
+
 shown_field shown_field_of(const SPMVarList& list, const SPMVar& variable);
 
 /// The text that the user sees: the evaluated value through the display expression, numbers to 15 digits, an enum's

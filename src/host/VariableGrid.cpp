@@ -1,5 +1,7 @@
 #include "host/VariableGrid.h"
 
+#include "base/option_group.h"
+
 #include <QApplication>
 #include <QHeaderView>
 #include <QToolButton>
@@ -69,8 +71,9 @@ void CVariableGrid::rebuild()
 host::variable_editor CVariableGrid::addOption(unsigned row)
 {
     const SPMVar& variable = model->row(row);
-    const QString label = QString::fromUtf8(variable.get_description());
     const bool isUnder = model->headingOf(row) != unsigned(-1);
+    const QString label = isUnder ? QString::fromUtf8(variable.get_description())
+                                  : QString::fromStdString(base::grouped_label(*model->GetVarList(), variable));
     auto* const name = new QTableWidgetItem(isUnder ? QStringLiteral("    ") + label : label);
     name->setFlags(Qt::ItemIsEnabled);
     name->setToolTip(label);

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPixmap>
 #include <QPointer>
 #include <QToolButton>
@@ -16,6 +17,8 @@
 #include <algorithm>
 
 namespace {
+
+constexpr QSize swatchSize(30, 14); // pixels
 
 using base::shown_field;
 using storing = std::function<void(const QString&)>;
@@ -84,18 +87,28 @@ QColor color_in(const QString& text)
     return {int(bgr & 255), int(bgr >> 8 & 255), int(bgr >> 16 & 255)};
 }
 
-void show_color(QToolButton& button, const QString& text)
+QString text_of(const QColor& color)
 {
-    QPixmap patch(button.iconSize());
-    patch.fill(color_in(text));
+    return QStringLiteral("0x%1").arg(color.red() | color.green() << 8 | color.blue() << 16, 6, 16, QLatin1Char('0'));
+}
+
+/// A patch of the colour in a frame, so that it is seen on any background.
+void show_color(QToolButton& button, const QColor& color)
+{
+    const double ratio = button.devicePixelRatioF();
+    QPixmap patch(button.iconSize() * ratio);
+    patch.setDevicePixelRatio(ratio);
+    patch.fill(color);
+    QPainter painter(&patch);
+    painter.setPen(button.palette().color(QPalette::ButtonText));
+    painter.drawRect(QRectF(0.5, 0.5, button.iconSize().width() - 1.0, button.iconSize().height() - 1.0));
     button.setIcon(patch);
 }
 
-void ask_color(QWidget& above, const QString& before, const storing& store)
+void ask_color(QWidget& above, const QColor& before, const storing& store)
 {
-    const QColor color = QColorDialog::getColor(color_in(before), &above);
-    if (color.isValid())
-        store(QStringLiteral("0x%1").arg(color.red() | color.green() << 8 | color.blue() << 16, 0, 16));
+    const QColor color = QColorDialog::getColor(before, &above);
+    if (color.isValid()) store(text_of(color));
 }
 
 /// The ending that the first pattern of a filter asks for: "Videos (*.avi)|*.avi" gives "avi".
@@ -138,30 +151,55 @@ QLineEdit* make_line(const storing& store)
     return line;
 }
 
-/// A line with a button that asks for a file or a colour.
-host::variable_editor make_line_with_button(const shown_field& field, const storing& store)
+struct line_with_button {
+    QWidget* both;
+    QLineEdit* line;
+    QToolButton* button;
+};
+
+line_with_button make_line_with_button(const storing& store)
 {
     auto* const both = new QWidget;
     auto* const layout = new QHBoxLayout(both);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     auto* const line = make_line(store);
-    auto* const more = new QToolButton;
-    more->setText(QStringLiteral("..."));
+    auto* const button = new QToolButton;
     layout->addWidget(line);
-    layout->addWidget(more);
+    layout->addWidget(button);
     both->setFocusProxy(line);
-    const bool isColor = field.what == shown_field::kind::hexadecimal;
-    QObject::connect(more, &QToolButton::clicked, both, [both = QPointer(both), line, store, field, isColor] {
-        if (isColor)
-            ask_color(*both, line->text(), store);
-        else
-            ask_path(field, line->text(), store);
-    });
-    return {both, [line, more, isColor](const SPMVarList& list, const SPMVar& variable) {
-                const QString text = shown_text(list, variable);
+    return {both, line, button};
+}
+
+/// A path with a button that asks for it.
+host::variable_editor make_path(const shown_field& field, const storing& store)
+{
+    const auto [both, line, button] = make_line_with_button(store);
+    button->setText(QStringLiteral("..."));
+    QObject::connect(button, &QToolButton::clicked, both,
+                     [line = line, store, field] { ask_path(field, line->text(), store); });
+    return {both, [line = line](const SPMVarList& list, const SPMVar& variable) {
+                if (!line->isModified()) line->setText(shown_text(list, variable));
+            }};
+}
+
+/// A colour's digits with a patch of it, which opens the palette of all colours.
+host::variable_editor make_color(const storing& store)
+{
+    const auto [both, line, button] = make_line_with_button(store);
+    button->setIconSize(swatchSize);
+    button->setToolTip(QStringLiteral("Choose a colour"));
+    button->setAccessibleName(button->toolTip());
+    button->setFocusPolicy(Qt::StrongFocus);
+    QObject::connect(button, &QToolButton::clicked, both,
+                     [both = QPointer(both), line = line, store] { ask_color(*both, color_in(line->text()), store); });
+    return {both, [line = line, button = button](const SPMVarList& list, const SPMVar& variable) {
+                // Some are declared as plain numbers.
+                const bool isShown = base::shown_field_of(list, variable).what == shown_field::kind::hexadecimal;
+                const auto bgr = static_cast<unsigned>(static_cast<int>(variable));
+                const QString text = isShown ? shown_text(list, variable) : text_of(color_in(QString::number(bgr)));
                 if (!line->isModified()) line->setText(text);
-                if (isColor) show_color(*more, text);
+                show_color(*button, color_in(text));
             }};
 }
 
@@ -170,7 +208,8 @@ host::variable_editor make_widget(const SPMVarList& list, const SPMVar& variable
     if (variable.type == SPM_VAR_BOOLEAN) return make_check_box(store);
     const shown_field field = base::shown_field_of(list, variable);
     if (variable.type == SPM_VAR_ENUM || field.what == shown_field::kind::list) return make_choice(store);
-    if (field.what != shown_field::kind::value) return make_line_with_button(field, store);
+    if (base::is_color(list, variable)) return make_color(store);
+    if (field.what == shown_field::kind::path) return make_path(field, store);
     auto* const line = make_line(store);
     return {line, [line](const SPMVarList& values, const SPMVar& shown) {
                 if (!line->isModified()) line->setText(shown_text(values, shown));

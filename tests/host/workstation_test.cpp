@@ -245,7 +245,8 @@ TEST_F(WorkstationTest, TheGridKeepsItsEditorsWhileValuesChange)
     EXPECT_EQ(second->text(), "4");
     auto* const patch = dialog->grid()->cellWidget(2, 1)->findChild<QToolButton*>();
     ASSERT_NE(patch, nullptr);
-    EXPECT_EQ(patch->icon().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::red)) << "red in the low byte";
+    const QImage color = patch->icon().pixmap(patch->iconSize()).toImage();
+    EXPECT_EQ(color.pixelColor(color.rect().center()), QColor(Qt::red)) << "red in the low byte";
     rows[0].Init("new(New),boolean");
     list.set_variables(rows.data(), 1);
     model.grid().Refresh();
