@@ -1,6 +1,7 @@
 #pragma once
 #include "document/formats/recording.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,15 @@ struct example {
     std::string title;
     formats::recording content; ///< its strings state the model and its parameters
 };
+
+/// An example before it is made.
+struct example_row {
+    const char *fileName, *title;
+    unsigned dimensions; ///< of the image that is looked at first
+    example (*make)();
+};
+/// All examples in the order in which they are shown.
+std::span<const example_row> example_table() noexcept;
 
 /// All examples in the order in which they are shown. The same numbers on every call.
 std::vector<example> make_examples();

@@ -50,7 +50,7 @@ QWidget* CFormDialog::makeControl(const dialog_control& control)
     }
     default: {
         auto* const button = new QPushButton(text, this);
-        button->setAutoDefault(false);
+        button->setAutoDefault(true); // the Return key presses the one with the focus
         button->setDefault(control.kind == control_kind::defaultButton);
         connect(button, &QPushButton::clicked, this, [this, id] { command(id); });
         return button;

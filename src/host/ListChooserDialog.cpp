@@ -69,6 +69,7 @@ CListChooserDialog::CListChooserDialog(CListChooser& model_, QWidget* parent) : 
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
     layout->addWidget(buttons, rows, 0, 1, 4);
     fillChosen();
 }

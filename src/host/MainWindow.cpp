@@ -1,11 +1,19 @@
 #include "host/MainWindow.h"
 
+#include "document/StorageDocTemplate.h"
+#include "document/examples.h"
 #include "entry/Application.h"
+#include "entry/open_example.h"
+#include "entry/open_files.h"
+#include "host/HelpWindow.h"
 #include "host/QtFrame.h"
 #include "host/QtPaletteBar.h"
+#include "host/StartPage.h"
+#include "host/about.h"
 #include "host/path_text.h"
 #include "host/qt_toolbar.h"
 #include "host/tiling.h"
+#include "platform/paths.h"
 #include "view/option_rows.h"
 
 #include <QAction>
@@ -16,7 +24,6 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QShortcut>
@@ -29,6 +36,8 @@ namespace {
 
 enum command : unsigned {
     cmdOutput = 10205,
+    cmdHelp = 10206,
+    cmdOpen = 57601,
     cmdClose = 57602,
     cmdCascade = 57650,
     cmdTileHorizontally = 57651,
@@ -46,6 +55,7 @@ constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between 
 CMainWindow::CMainWindow(CVldvApp& app_)
     : app(app_),
       frames(new QMdiArea(this)),
+      start(new CStartPage(frames)),
       lines(new QPlainTextEdit),
       pane(new QDockWidget(QStringLiteral("Output"), this)),
       tools(addToolBar(QStringLiteral("Main"))),
@@ -74,6 +84,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     collector->start(idleInterval);
     rebuildMenus();
     installShortcuts();
+    fillStartPage();
 }
 
 CMainWindow::~CMainWindow()
@@ -136,10 +147,10 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
             tools->setVisible(!tools->isVisible());
         return true;
     case cmdAbout:
-        if (!ui)
-            QMessageBox::about(this, QStringLiteral("About Velmira"),
-                               QStringLiteral("Velmira opens, measures and processes what a scanning-probe microscope "
-                                              "recorded."));
+        if (!ui) host::show_about(this);
+        return true;
+    case cmdHelp:
+        if (!ui) showHelp();
         return true;
     default:
         break;
@@ -205,16 +216,47 @@ void CMainWindow::rebuildTools()
     const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
     tools->clear();
     host::size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
-    host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get());
+    // All of them, so that the palette stays where it is.
+    host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get(), host::unhandled::disabled);
     // The view's own tools stand here unless its frame has them.
-    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || toolbar_resource(shownMenu).empty()) return;
+    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || shownMenu == mainMenu ||
+        toolbar_resource(shownMenu).empty())
+        return;
     tools->addSeparator();
     host::fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
+}
+
+void CMainWindow::showHelp()
+{
+    if (!help) {
+        help = new CHelpWindow(this);
+        help->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    help->show();
+    help->raise();
+    help->activateWindow();
+}
+
+void CMainWindow::fillStartPage()
+{
+    std::vector<CStartPage::entry> recent, examples;
+    for (const std::wstring& path : app.recentFiles())
+        recent.push_back({QString::fromStdWString(platform::file_name(path)), QString::fromStdWString(path),
+                          [this, path] { entry::open_files(app, std::span(&path, 1)); }});
+    for (const document::example_row& row : document::example_table())
+        if (CStorageDocTemplate::showsDimensions(row.dimensions))
+            examples.push_back({QString::fromUtf8(row.title), QStringLiteral("Opens the bundled example"),
+                                [this, &row] { entry::open_example(app, row); }});
+    start->setEntries(recent, examples, [this] { app.routeCommand(cmdOpen, nullptr); });
 }
 
 void CMainWindow::idle()
 {
     app.freeClosed();
+    if (const bool isEmpty = app.frames().empty(); isEmpty == start->isHidden()) {
+        if (isEmpty) fillStartPage();
+        start->setVisible(isEmpty);
+    }
     host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
     for (const auto& frame : app.frames())
         if (auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer())) peer->refreshTools();
@@ -249,6 +291,8 @@ void CMainWindow::dragEnterEvent(QDragEnterEvent* event)
 
 void CMainWindow::dropEvent(QDropEvent* event)
 {
+    std::vector<std::wstring> paths;
     for (const QUrl& url : event->mimeData()->urls())
-        if (url.isLocalFile()) app.OpenDocumentFile(host::path_of_url(url).c_str());
+        if (url.isLocalFile()) paths.push_back(host::path_of_url(url));
+    entry::open_files(app, paths);
 }

@@ -2,9 +2,12 @@
 #include "platform/CmdTarget.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <memory>
 
+class CHelpWindow;
 class CQtPaletteBar;
+class CStartPage;
 class CVldvApp;
 class QLabel;
 class QMdiArea;
@@ -37,11 +40,15 @@ private:
     void installShortcuts();
     void rebuildTools();
     void rebuildMenusSoon();
+    void fillStartPage();
+    void showHelp();
     /// Frees what was closed and shows the state of commands.
     void idle();
 
     CVldvApp& app;
     QMdiArea* frames;
+    CStartPage* start; ///< over the area while it has no frame
+    QPointer<CHelpWindow> help;
     QPlainTextEdit* lines;
     QDockWidget* pane;
     QToolBar* tools;

@@ -1,6 +1,7 @@
 #include "host/QtHost.h"
 
 #include "base/text.h"
+#include "host/FailuresDialog.h"
 #include "host/FormDialog.h"
 #include "host/ListChooserDialog.h"
 #include "host/MainWindow.h"
@@ -54,6 +55,12 @@ bool CQtHost::askYesNo(const std::string& text)
 {
     return QMessageBox::question(prompt_parent(main), QStringLiteral("Velmira"), QString::fromStdString(text)) ==
            QMessageBox::Yes;
+}
+
+void CQtHost::showFailures(const std::vector<file_failure>& failures)
+{
+    CFailuresDialog dialog(failures, prompt_parent(main));
+    dialog.exec();
 }
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)

@@ -19,6 +19,7 @@ public:
     IProfile& profile() override { return store; }
     void messageBox(const std::string& text, message_icon icon) override;
     bool askYesNo(const std::string& text) override;
+    void showFailures(const std::vector<file_failure>& failures) override;
     std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override;
     std::optional<std::wstring> askSavePath(const save_prompt& prompt) override;
     void runDialog(CDialog& dialog) override;

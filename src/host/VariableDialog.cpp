@@ -62,7 +62,9 @@ void CVariableDialog::placeAll()
         if (text.isEmpty()) text = row.what == platform::layout_button::kind::ok ? "OK" : "Cancel";
         auto* const button = new QPushButton(text, this);
         button->setGeometry(pixels(row.place));
-        button->setAutoDefault(false); // the Return key takes a value and does not close the dialog
+        // The Return key takes a value that is being typed, and then presses the button with the focus, else OK.
+        button->setAutoDefault(true);
+        button->setDefault(row.what == platform::layout_button::kind::ok);
         all |= button->geometry();
         connect(button, &QPushButton::clicked, this, [this, row] {
             setFocus(); // a value that is being typed counts

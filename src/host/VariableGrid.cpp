@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QToolButton>
 
 CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidget(parent), model(&model_)
@@ -52,6 +53,13 @@ bool CVariableGrid::showsSameRows() const
             return false;
     }
     return true;
+}
+
+/// The Return key is the dialog's; a table keeps it to itself while it holds editors.
+void CVariableGrid::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return event->ignore();
+    QTableWidget::keyPressEvent(event);
 }
 
 void CVariableGrid::rebuild()

@@ -19,6 +19,9 @@ public:
     void detach();
     void refresh();
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     /// What widgets are made for; another value does not make them anew.
     struct shown_row {

@@ -19,6 +19,7 @@ CWindowsDialog::CWindowsDialog(const std::vector<std::wstring>& titles, std::siz
     auto* const rows = new QVBoxLayout(this);
     rows->addWidget(list);
     rows->addWidget(buttons);
+    activate->setDefault(true);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(activate, &QPushButton::clicked, this, &CWindowsDialog::activateCurrent);
     connect(close, &QPushButton::clicked, this, &CWindowsDialog::closeSelected);

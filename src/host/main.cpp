@@ -2,11 +2,14 @@
 #include "base/option_functions.h"
 #include "base/text.h"
 #include "entry/Application.h"
+#include "entry/open_files.h"
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
 #include "host/WorkstationApp.h"
 #include "host/paint/qt_fonts.h"
 #include "host/path_text.h"
+#include "host/termination.h"
+#include "host/window_places.h"
 #include "platform/paths.h"
 #include "platform/profile_store.h"
 
@@ -16,13 +19,16 @@
 #include <QIcon>
 #include <QImage>
 #include <QPixmap>
+#include <QScreen>
 #include <QTimer>
 #include <clocale>
 
 namespace {
 
 constexpr int storeInterval = 2000; // milliseconds
-constexpr int settleTime = 1500;    // milliseconds until everything is laid out and rendered
+constexpr QSize usualSize(1280, 860);
+constexpr int endedBySystem = 128 + 15; // as shells tell of SIGTERM
+constexpr int settleTime = 1500;        // milliseconds until everything is laid out and rendered
 
 /// A dark-to-light strip with a step: heights in colours.
 QIcon program_icon()
@@ -53,8 +59,17 @@ int main(int count, char** arguments)
     CMainWindow window(app);
     machine.setMainWindow(&window);
     toolkit.onFailure = [&machine](const std::string& reason) { machine.messageBox(reason, message_icon::error); };
-    window.resize(1280, 860);
+    if (!host::restore_places(window, profile)) window.resize(usualSize.boundedTo(window.screen()->availableSize()));
     window.show();
+    const auto keep = [&window, &profile] {
+        host::keep_places(window, profile);
+        profile.flush();
+    };
+    // Sessions end without asking.
+    host::on_termination(window, [keep] {
+        keep();
+        QApplication::exit(endedBySystem);
+    });
     QCommandLineParser options;
     options.setApplicationDescription(QStringLiteral("Opens what a scanning-probe microscope recorded."));
     options.addHelpOption();
@@ -70,9 +85,9 @@ int main(int count, char** arguments)
     // Opening a file changes the current folder.
     std::vector<std::wstring> files;
     for (const QString& path : options.positionalArguments())
-        files.push_back(platform::full_path(host::path_of_text(path)));
+        files.push_back(platform::full_path(platform::expanded_home(host::path_of_text(path))));
     QTimer::singleShot(0, &window, [&] {
-        for (const std::wstring& file : files) app.OpenDocumentFile(file.c_str());
+        entry::open_files(app, files);
         window.rebuildMenus();
     });
     const QString picture =
@@ -89,6 +104,7 @@ int main(int count, char** arguments)
     if (!profile.error().empty()) machine.output(profile.error());
     const int status = QApplication::exec();
     toolkit.onFailure = nullptr;
+    keep();
     app.closeAllFrames();
     machine.setMainWindow(nullptr);
     return status;

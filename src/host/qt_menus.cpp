@@ -1,7 +1,7 @@
 #include "host/qt_menus.h"
 
 #include "host/QtMenu.h"
-#include "resources/strings.h"
+#include "host/command_help.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -29,7 +29,7 @@ void add_command(QMenu& menu, unsigned id, const QString& text, const char* shor
     if (!route(id, &state)) return;
     QAction* const action = menu.addAction(state.text ? QString::fromStdString(*state.text) : text);
     action->setEnabled(state.enabled);
-    action->setStatusTip(QString::fromUtf8(string_resource(id)));
+    set_command_help(*action, id, shortcut);
     if (state.checked) {
         action->setCheckable(true);
         action->setChecked(true);

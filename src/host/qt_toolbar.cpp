@@ -1,6 +1,7 @@
 #include "host/qt_toolbar.h"
 
-#include "resources/strings.h"
+#include "host/command_help.h"
+#include "host/command_icon.h"
 #include "view/PaletteBar.h"
 
 #include <QAction>
@@ -9,19 +10,27 @@
 
 namespace {
 
-/// What menus call a command, without mnemonic and dots.
-QString command_text(unsigned id)
+struct menu_text {
+    QString text; ///< without mnemonic and dots
+    const char* shortcut = "";
+};
+
+/// What menus say of a command.
+menu_text menu_text_of(unsigned id)
 {
-    static const std::map<unsigned, QString> texts = [] {
-        std::map<unsigned, QString> out;
+    static const std::map<unsigned, menu_text> texts = [] {
+        std::map<unsigned, menu_text> out;
         for (const unsigned menu : menu_resource_ids())
-            for (const menu_row& row : menu_resource(menu))
-                if (row.kind == menu_kind::command)
-                    out.emplace(row.id, QString::fromUtf8(row.text).remove('&').remove("..."));
+            for (const menu_row& row : menu_resource(menu)) {
+                if (row.kind != menu_kind::command) continue;
+                const QString text = QString::fromUtf8(row.text).remove('&').remove("...");
+                menu_text& known = out.try_emplace(row.id, menu_text{text}).first->second;
+                if (*row.shortcut) known.shortcut = row.shortcut; // context menus have none
+            }
         return out;
     }();
     const auto found = texts.find(id);
-    return found == texts.end() ? QString() : found->second;
+    return found == texts.end() ? menu_text() : found->second;
 }
 
 void show_state(QAction& action, const CCmdUI& state)
@@ -35,7 +44,8 @@ void show_state(QAction& action, const CCmdUI& state)
 
 namespace host {
 
-void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes)
+void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes,
+                  unhandled others)
 {
     bool separates = false;
     const auto add = [&](QAction* action) {
@@ -53,11 +63,16 @@ void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_ro
             continue;
         }
         CCmdUI state{.m_nID = id};
-        if (command_text(id).isEmpty() || !route(id, &state)) continue;
-        auto* const action = new QAction(command_text(id), &bar);
+        const menu_text known = menu_text_of(id);
+        if (known.text.isEmpty()) continue;
+        if (!route(id, &state)) {
+            if (others == unhandled::leftOut) continue;
+            state.enabled = false;
+        }
+        auto* const action = new QAction(command_icon(id), known.text, &bar);
         action->setData(id);
         show_state(*action, state);
-        action->setStatusTip(QString::fromUtf8(string_resource(id)));
+        set_command_help(*action, id, known.shortcut);
         QObject::connect(action, &QAction::triggered, &bar, [route, id] { route(id, nullptr); });
         add(action);
     }
@@ -76,6 +91,8 @@ void refresh_toolbar(QToolBar& bar, const command_route& route)
 void size_toolbar(QToolBar& bar, bool large)
 {
     constexpr double smaller = 0.8;
+    constexpr int largeSide = 24, smallSide = 16; // pixels
+    bar.setIconSize(QSize(1, 1) * (large ? largeSide : smallSide));
     QFont font = QToolBar().font();
     if (!large) font.setPointSizeF(font.pointSizeF() * smaller);
     bar.setFont(font);

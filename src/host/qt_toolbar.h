@@ -8,11 +8,15 @@ class QToolBar;
 
 namespace host {
 
-/// Puts commands into a bar, those that someone handles now. 0 separates; `palettes` stands for the palette bar.
-void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes);
+/// What becomes of commands that nobody handles now.
+enum class unhandled { leftOut, disabled };
+
+/// Puts commands into a bar. 0 separates; `palettes` stands for the palette bar.
+void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes,
+                  unhandled others = unhandled::leftOut);
 /// Shows the state that the handlers give now.
 void refresh_toolbar(QToolBar& bar, const command_route& route);
-/// \param large  as large as texts elsewhere; otherwise smaller
+/// \param large  pictures of 24 pixels and texts as elsewhere; otherwise 16 and smaller ones
 void size_toolbar(QToolBar& bar, bool large);
 
 } // namespace host

@@ -83,6 +83,7 @@ constexpr menu_row window[] = {
 
 constexpr menu_row help[] = {
     popup(0, "&Help"),
+    item(1, 10206, "&Contents", "F1"),
     item(1, 57664, "&About Velmira..."),
 };
 

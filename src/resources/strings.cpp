@@ -134,3 +134,11 @@ std::vector<unsigned> string_resource_ids()
     for (const string_row& row : stringTable) ids.push_back(row.id);
     return ids;
 }
+
+command_prompt command_prompt_of(unsigned id)
+{
+    const std::string text = string_resource(id);
+    const std::size_t end = text.find('\n');
+    if (end == std::string::npos) return {text, {}};
+    return {text.substr(0, end), text.substr(end + 1)};
+}

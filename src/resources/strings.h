@@ -1,7 +1,16 @@
 #pragma once
+#include <string>
 #include <vector>
 
 /// Text of the string table with this number, UTF-8; empty for an unknown one.
 const char* string_resource(unsigned id) noexcept;
 /// All numbers, ascending.
 std::vector<unsigned> string_resource_ids();
+
+/// What is said of a command.
+struct command_prompt {
+    std::string status; ///< in the status bar, a sentence
+    std::string tip;    ///< beside its button, a word or two
+};
+/// The two halves of the string with the command's number, "status\ntip"; where one is missing, it is empty.
+command_prompt command_prompt_of(unsigned id);

@@ -84,6 +84,19 @@ TEST(Examples, HoldTheStatedImagesWithUnitsAndExtents)
     EXPECT_EQ(found, expected);
 }
 
+TEST(Examples, AreWhatTheirTableSays)
+{
+    for (const example_row& row : example_table()) {
+        const example made = row.make();
+        EXPECT_EQ(made.fileName, row.fileName);
+        EXPECT_EQ(made.title, row.title);
+        bool holdsShape = false;
+        for (std::size_t i = 0; i < made.content.items.size(); ++i)
+            holdsShape |= stream_of(made, i).get_dimensions_number() == row.dimensions;
+        EXPECT_TRUE(holdsShape) << row.fileName;
+    }
+}
+
 TEST(Examples, AreTheSameOnEveryCall)
 {
     const auto first = make_examples(), second = make_examples();

@@ -66,6 +66,7 @@ desktop::desktop(const QString& folder, const QStringList& files)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", folder);
+    environment.insert("XDG_DATA_HOME", folder);
     environment.insert("QT_SCALE_FACTOR", "1");
     program.setProcessEnvironment(environment);
     program.setProcessChannelMode(QProcess::ForwardedChannels);
@@ -144,6 +145,12 @@ void desktop::turnWheel(QPoint at, int notches, const QString& modifier) const
 }
 
 int desktop::waitForEnd() { return program.waitForFinished(patience) ? program.exitCode() : -1; }
+
+int desktop::terminate()
+{
+    program.terminate();
+    return waitForEnd();
+}
 
 void desktop::drag(QPoint from, QPoint to, const QString& modifier) const
 {

@@ -34,6 +34,8 @@ public:
 
     /// \return the exit status, or -1 when it did not end
     int waitForEnd();
+    /// As a session does that ends. \return as `waitForEnd`
+    int terminate();
 
 private:
     /// \return false when the tool could not; all that follows from what it did has happened

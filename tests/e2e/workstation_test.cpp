@@ -75,6 +75,26 @@ TEST_F(WorkstationOnScreen, OpensSwitchesZoomsColorsTilesAndCloses)
     EXPECT_EQ(user.waitForEnd(), 0);
 }
 
+bool is_white(QRgb pixel) { return (pixel & 0xffffffu) == 0xffffffu; }
+
+TEST_F(WorkstationOnScreen, PanesAreWhereTheyWereBeforeTheSessionEnded)
+{
+    static constexpr QRect bottom(100, 760, 1000, 40);
+    const auto showsOutput = [](const QImage& shown) { return share_of(shown, bottom, is_white) > 0.9; };
+    const QString settings = QString::fromStdString(folder.path.string());
+    {
+        desktop user(settings, {});
+        user.moveTo({1000, 600});
+        ASSERT_TRUE(user.sees("20-start", [&](const QImage& shown) { return !showsOutput(shown); }));
+        user.press("alt+w");
+        user.press("o");
+        ASSERT_TRUE(user.sees("21-output", showsOutput));
+        EXPECT_EQ(user.terminate(), 128 + 15);
+    }
+    desktop user(settings, {});
+    EXPECT_TRUE(user.sees("22-output-again", showsOutput));
+}
+
 TEST_F(WorkstationOnScreen, OpensRecordingsOfInstruments)
 {
     const QString recording = QStringLiteral(VLDV_SAMPLES "/nanoscope/VeecoNanoscopeIII.000");

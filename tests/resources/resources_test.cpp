@@ -20,6 +20,15 @@ TEST(Strings, AreFoundByNumber)
     EXPECT_STREQ(string_resource(99999), "");
 }
 
+TEST(Strings, OfACommandSpeakInTwoPlaces)
+{
+    EXPECT_EQ(command_prompt_of(6009).status, "Select column");
+    EXPECT_EQ(command_prompt_of(6009).tip, "Column selection");
+    EXPECT_EQ(command_prompt_of(10147).status, "Build separation curve");
+    EXPECT_EQ(command_prompt_of(10147).tip, "");
+    EXPECT_EQ(command_prompt_of(1).status, "");
+}
+
 /// What stands behind the percent signs of a format: "lG", "hs", ...
 std::string specifiers(const std::string& format)
 {

@@ -1,0 +1,15 @@
+#pragma once
+
+class CWinApp;
+
+namespace document {
+struct example_row;
+}
+
+namespace entry {
+
+/// Opens a bundled example from the folder "velmira/examples" in the user's data folder, where it is written first when
+/// it is not there. What a user saved over it stays.
+void open_example(CWinApp& app, const document::example_row& row);
+
+} // namespace entry

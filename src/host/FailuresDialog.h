@@ -1,0 +1,11 @@
+#pragma once
+#include "platform/Host.h"
+
+#include <QDialog>
+#include <vector>
+
+/// The files that could not be opened, each with its reason.
+class CFailuresDialog : public QDialog {
+public:
+    CFailuresDialog(const std::vector<file_failure>& failures, QWidget* parent);
+};

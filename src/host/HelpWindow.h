@@ -1,0 +1,17 @@
+#pragma once
+#include <QDialog>
+
+class QListWidget;
+class QTextBrowser;
+
+/// The pages of the documentation that come with the program, beside the windows that they speak of.
+class CHelpWindow : public QDialog {
+public:
+    explicit CHelpWindow(QWidget* parent);
+
+private:
+    void showPage(int row);
+
+    QListWidget* pages;
+    QTextBrowser* text;
+};

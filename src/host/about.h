@@ -1,0 +1,12 @@
+#pragma once
+
+class QWidget;
+class QString;
+
+namespace host {
+
+/// What the program is: version, licence and the libraries it was built with. Rich text.
+QString about_text();
+void show_about(QWidget* over);
+
+} // namespace host

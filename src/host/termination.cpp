@@ -1,0 +1,32 @@
+#include "host/termination.h"
+
+#include <QSocketNotifier>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+int askedToEnd[2] = {-1, -1}; ///< a pipe: all that a signal handler may do is to write a byte
+
+extern "C" void tell_of_signal(int)
+{
+    const char byte = 0;
+    [[maybe_unused]] const auto written = write(askedToEnd[1], &byte, 1);
+}
+
+} // namespace
+
+void host::on_termination(QObject& owner, const std::function<void()>& then)
+{
+    if (askedToEnd[0] < 0 && pipe2(askedToEnd, O_CLOEXEC | O_NONBLOCK) != 0) return;
+    auto* const notifier = new QSocketNotifier(askedToEnd[0], QSocketNotifier::Read, &owner);
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [then] {
+        char bytes[16];
+        while (read(askedToEnd[0], bytes, sizeof bytes) > 0) {}
+        then();
+    });
+    struct sigaction action{};
+    action.sa_handler = tell_of_signal;
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT}) sigaction(signal, &action, nullptr);
+}

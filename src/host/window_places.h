@@ -1,0 +1,14 @@
+#pragma once
+
+class IProfile;
+class QMainWindow;
+
+namespace host {
+
+// Place and size of the main window, its docks, toolbars and status bar, kept in the profile's section "Workstation".
+
+/// \return false when none are kept or they are of no use
+bool restore_places(QMainWindow& window, const IProfile& profile);
+void keep_places(const QMainWindow& window, IProfile& profile);
+
+} // namespace host

@@ -1,0 +1,332 @@
+// What a user meets first: the start page, tools, prompts and their keys, help.
+#include "document/StorageDoc.h"
+#include "document/examples.h"
+#include "entry/Application.h"
+#include "host/FailuresDialog.h"
+#include "host/FormDialog.h"
+#include "host/HelpWindow.h"
+#include "host/ListChooserDialog.h"
+#include "host/MainWindow.h"
+#include "host/QtHost.h"
+#include "host/VariableDialog.h"
+#include "host/WindowsDialog.h"
+#include "host/about.h"
+#include "host/command_icon.h"
+#include "host/qt_cursors.h"
+#include "host/window_places.h"
+#include "platform/ListChooser.h"
+#include "platform/profile_store.h"
+#include "support/temporary_folder.h"
+#include "view/CustomPaletteDialog.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDockWidget>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace {
+
+void settle()
+{
+    for (int i = 0; i < 20; ++i) {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+class FirstMinutes : public testing::Test {
+protected:
+    FirstMinutes()
+    {
+        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(folder.path.string()));
+        machine.setMainWindow(&window);
+        window.resize(1000, 700);
+        window.show();
+        settle();
+    }
+    ~FirstMinutes() override
+    {
+        app.closeAllFrames();
+        machine.setMainWindow(nullptr);
+        settle();
+    }
+    std::wstring example()
+    {
+        document::example made = document::make_grains();
+        CStorageDoc document;
+        EXPECT_TRUE(document.addRecording(made.content));
+        const std::wstring path = (folder / "a.spm").wstring();
+        EXPECT_TRUE(document.DoSave(path.c_str(), false));
+        return path;
+    }
+    /// Waits until the timer that looks for such things has seen them.
+    void wait(const std::function<bool()>& what)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        while (!what() && clock.elapsed() < 10'000) QApplication::processEvents(QEventLoop::AllEvents, 20);
+        EXPECT_TRUE(what());
+    }
+    QToolBar& tools() { return *window.findChild<QToolBar*>(QStringLiteral("main")); }
+    QAction* tool(unsigned id)
+    {
+        for (QAction* const action : tools().actions())
+            if (action->data().toUInt() == id) return action;
+        return nullptr;
+    }
+    QFrame& page() { return *window.findChild<QFrame*>(QStringLiteral("start")); }
+
+    temporary_folder folder;
+    CProfileStore profile{folder / "profile"};
+    CQtHost machine{profile};
+    CVldvApp app{machine};
+    CMainWindow window{app};
+};
+
+TEST_F(FirstMinutes, ToolsHavePicturesAndThePaletteStaysInItsPlace)
+{
+    const auto named = [&](const char* text) {
+        return std::ranges::count_if(tools().actions(), [text](const QAction* each) { return each->text() == text; });
+    };
+    const auto strip = [&]() -> QRect {
+        for (QAction* const action : tools().actions())
+            if (action->text() == "Palette") return tools().actionGeometry(action);
+        return {};
+    };
+    EXPECT_EQ(named("Open"), 1);
+    const QRect before = strip();
+    EXPECT_FALSE(before.isEmpty());
+    app.OpenDocumentFile(example().c_str());
+    settle();
+    EXPECT_EQ(named("Open"), 1);
+    EXPECT_EQ(strip(), before);
+    ASSERT_TRUE(tool(6009));
+    EXPECT_EQ(tool(6009)->statusTip(), "Select column") << "a sentence in the status bar";
+    EXPECT_EQ(tool(6009)->toolTip(), "Column selection") << "a word beside the button";
+    EXPECT_EQ(tool(57601)->toolTip(), "Open (Ctrl+O)");
+    app.closeAllFrames();
+    settle();
+    EXPECT_EQ(strip(), before);
+}
+
+/// How much of a picture is drawn on, and the mean brightness there.
+std::pair<double, double> coverage(const QIcon& icon, QIcon::Mode mode = QIcon::Normal)
+{
+    const QImage picture = icon.pixmap(QSize(48, 48), mode).toImage();
+    double covered = 0.0, light = 0.0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            covered += color.alphaF();
+            light += color.alphaF() * color.lightnessF();
+        }
+    return {covered / (picture.width() * picture.height()), covered > 0.0 ? light / covered : 0.0};
+}
+
+TEST_F(FirstMinutes, EveryToolHasAPictureInTheColourOfTheTheme)
+{
+    const QPalette before = QApplication::palette();
+    for (const unsigned menu : menu_resource_ids())
+        for (const unsigned id : toolbar_resource(menu)) {
+            if (id == 0 || id == 10012) continue; // separator, strip
+            QPalette theme;
+            theme.setColor(QPalette::ButtonText, Qt::black);
+            QApplication::setPalette(theme);
+            const auto [covered, onLight] = coverage(host::command_icon(id));
+            EXPECT_GT(covered, 0.03) << id;
+            EXPECT_LT(covered, 0.8) << id;
+            theme.setColor(QPalette::ButtonText, Qt::white);
+            QApplication::setPalette(theme);
+            EXPECT_GT(coverage(host::command_icon(id)).second, onLight + 0.1) << id;
+            theme.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::gray);
+            EXPECT_LT(coverage(host::command_icon(id), QIcon::Disabled).first, covered) << id << ": steps back";
+        }
+    QApplication::setPalette(before);
+    EXPECT_TRUE(host::command_icon(1).isNull());
+}
+
+TEST_F(FirstMinutes, TheStartPageOffersRecentFilesAndExamples)
+{
+    ASSERT_TRUE(page().isVisible());
+    const auto button = [&](const QString& name) -> QPushButton* {
+        for (auto* const each : page().findChildren<QPushButton*>())
+            if (each->accessibleName() == name) return each;
+        return nullptr;
+    };
+    ASSERT_TRUE(button("Grains on a tilted plane"));
+    EXPECT_FALSE(button("a.spm"));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(button("Grains on a tilted plane"), &enter);
+    settle();
+    ASSERT_EQ(app.frames().size(), 1u);
+    wait([&] { return page().isHidden(); });
+    app.OpenDocumentFile(example().c_str());
+    app.closeAllFrames();
+    wait([&] { return page().isVisible(); });
+    ASSERT_TRUE(button("a.spm"));
+    EXPECT_EQ(button("a.spm")->toolTip().toStdWString(), (folder / "a.spm").wstring());
+    button("a.spm")->click();
+    settle();
+    ASSERT_EQ(app.frames().size(), 1u);
+    EXPECT_EQ(app.frames()[0]->GetWindowText().substr(0, 2), L"a[");
+}
+
+void press(QWidget& widget, int key)
+{
+    QWidget* const focused = widget.focusWidget();
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(focused ? focused : &widget, &event);
+}
+
+/// Shows a dialog, presses a key and tells how it ended: 1 accepted, 0 rejected, -1 it stands.
+int ended(QDialog& dialog, int key)
+{
+    dialog.show();
+    settle();
+    press(dialog, key);
+    settle();
+    return dialog.isVisible() ? -1 : dialog.result();
+}
+
+TEST_F(FirstMinutes, ReturnAndEscapeEndEveryDialog)
+{
+    for (const int key : {int{Qt::Key_Return}, int{Qt::Key_Enter}, int{Qt::Key_Escape}}) {
+        const int wanted = key == Qt::Key_Escape ? QDialog::Rejected : QDialog::Accepted;
+        CListChooser chooser;
+        chooser.sources = {{"First", {"a"}, ""}};
+        CListChooserDialog lists(chooser, nullptr);
+        EXPECT_EQ(ended(lists, key), wanted) << "lists";
+        CWindowsDialog windows({L"a"}, 0, nullptr);
+        EXPECT_EQ(ended(windows, key), wanted) << "windows";
+        CFailuresDialog failures({{L"/x/a", "/x/a: broken"}, {L"/x/b", "gone"}}, nullptr);
+        EXPECT_EQ(ended(failures, key), wanted) << "failures";
+        CHelpWindow help(nullptr);
+        if (key == Qt::Key_Escape) { EXPECT_EQ(ended(help, key), wanted) << "help"; }
+
+        SPMVar row;
+        row.Init("width(Width),int");
+        SPMVarList list;
+        list.set_variables(&row, 1);
+        CVarListDlg model;
+        model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
+        CVariableDialog variables(model, nullptr);
+        EXPECT_EQ(ended(variables, key), wanted) << "variables, from the field with the focus";
+
+        color_table table(4);
+        CCustomPaletteDialog palette(table, nullptr, nullptr);
+        CFormDialog form(palette, nullptr);
+        form.show();
+        settle();
+        press(form, key);
+        settle();
+        EXPECT_FALSE(form.isVisible()) << "form";
+        EXPECT_EQ(palette.result(), key == Qt::Key_Escape ? CDialog::resultCancel : CDialog::resultOk);
+    }
+}
+
+TEST_F(FirstMinutes, TheListOfFailuresNamesFilesAndReasons)
+{
+    CFailuresDialog dialog({{L"/x/a.spm", "/x/a.spm: main.xml is missing"}, {L"/x/b", "File /x/b is empty."}}, nullptr);
+    auto* const table = dialog.findChild<QTableWidget*>();
+    ASSERT_EQ(table->rowCount(), 2);
+    EXPECT_EQ(table->item(0, 0)->text(), "a.spm");
+    EXPECT_EQ(table->item(0, 1)->text(), "main.xml is missing");
+    EXPECT_EQ(table->item(1, 1)->text(), "File /x/b is empty.");
+}
+
+TEST_F(FirstMinutes, HelpComesWithF1AndAboutTellsWhatTheProgramIs)
+{
+    EXPECT_TRUE(window.route(10206, nullptr));
+    settle();
+    auto* const help = window.findChild<CHelpWindow*>();
+    ASSERT_TRUE(help && help->isVisible());
+    auto* const pages = help->findChild<QListWidget*>();
+    auto* const text = help->findChild<QTextBrowser*>();
+    for (int row = 0; row < pages->count(); ++row) {
+        text->clear();
+        pages->setCurrentRow(row == 0 ? 1 : 0);
+        pages->setCurrentRow(row);
+        EXPECT_GT(text->toPlainText().size(), 500) << row;
+    }
+    EXPECT_TRUE(window.route(10206, nullptr));
+    EXPECT_EQ(window.findChildren<CHelpWindow*>().size(), 1);
+    for (const char* part : {VLDV_TEST_VERSION, "GNU General Public License", "Qt 6", "libpng 1.", "FFTW 3"})
+        EXPECT_TRUE(host::about_text().contains(part)) << part;
+}
+
+TEST_F(FirstMinutes, PlacesAreKept)
+{
+    auto* const output = window.findChild<QDockWidget*>(QStringLiteral("output"));
+    EXPECT_TRUE(output->isHidden());
+    window.addOutput("a line");
+    window.addDockWidget(Qt::RightDockWidgetArea, output);
+    window.resize(900, 640);
+    settle();
+    host::keep_places(window, profile);
+
+    CMainWindow next(app);
+    EXPECT_TRUE(host::restore_places(next, profile));
+    EXPECT_EQ(next.size(), QSize(900, 640));
+    auto* const restored = next.findChild<QDockWidget*>(QStringLiteral("output"));
+    EXPECT_FALSE(restored->isHidden());
+    EXPECT_EQ(next.dockWidgetArea(restored), Qt::RightDockWidgetArea);
+    CProfileStore empty(folder / "other");
+    EXPECT_FALSE(host::restore_places(next, empty));
+}
+
+TEST_F(FirstMinutes, ColoursHaveASwatchAndAPicker)
+{
+    SPMVar rows[2];
+    rows[0].Init("background(Background Color),int,0,(1<<25)-1,hex(##)");
+    rows[1].Init("SelColor(Selection Color),int");
+    rows[1].from_string("0x0064c800)");
+    SPMVarList list;
+    list.set_variables(rows, 2);
+    CVarListDlg model;
+    model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
+    CVariableDialog dialog(model, &window);
+    dialog.show();
+    settle();
+    for (int row = 0; row < 2; ++row) {
+        auto* const swatch = dialog.findChildren<QToolButton*>().at(row);
+        QTimer::singleShot(0, [&] {
+            auto* const picker = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(picker);
+            picker->setCurrentColor(QColor(0x12, 0x34, 0x56));
+            picker->accept();
+        });
+        swatch->click();
+        EXPECT_EQ(int(list.get_var(static_cast<unsigned>(row))), 0x563412) << "red in the low byte";
+        settle();
+        const QImage shown = swatch->icon().pixmap(swatch->iconSize()).toImage();
+        EXPECT_EQ(shown.pixelColor(shown.width() / 2, shown.height() / 2), QColor(0x12, 0x34, 0x56));
+    }
+    EXPECT_EQ(dialog.findChildren<QLineEdit*>().at(1)->text(), "0x563412");
+    dialog.reject();
+}
+
+TEST(Cursors, EachModeHasItsOwnSign)
+{
+    std::vector<QImage> seen;
+    for (auto shape = cursor_shape::crossPlus; shape <= cursor_shape::crossIsoline;
+         shape = static_cast<cursor_shape>(static_cast<int>(shape) + 1)) {
+        const QImage picture = host::qt_cursor(shape).pixmap().toImage();
+        ASSERT_FALSE(picture.isNull());
+        EXPECT_EQ(host::qt_cursor(shape).hotSpot(), QPoint(11, 11));
+        for (const QImage& other : seen) EXPECT_NE(picture, other) << static_cast<int>(shape);
+        seen.push_back(picture);
+    }
+}
+
+} // namespace
