@@ -45,6 +45,8 @@ public:
 
     /// Appends all that a recording holds; its samples are moved out of it. \return as for `ReadFile`
     bool addRecording(formats::recording& recording);
+    /// Adds an image without a copy of its samples; `stream` is left without any.
+    void moveIn(SPMDataStream& stream);
     /// Gives a stream that is to be added an id that no image has yet, by a number at its end.
     void makeIdUnique(SPMDataStream& stream) const;
 
@@ -63,6 +65,5 @@ private:
     bool readCancelled = false;
     bool readNative(std::istream& in);
     bool readForeign(std::istream& in, const formats::format_row& format);
-    void moveIn(SPMDataStream& stream);
     void setForeignText(const std::string& key, const std::string& text, unsigned image);
 };

@@ -107,6 +107,8 @@ void CStorageDoc::setImageDataS(unsigned image, const void* data, unsigned count
     const std::uint64_t element = std::uint64_t{imageOptions[image].subimageLength} * sub + first;
     if (element + count > maxElements) throw std::length_error("image of over 2^32 elements");
     images[image].set_array(data, count, static_cast<unsigned>(element));
+    renumber(image);
+    noteChange();
 }
 
 bool CStorageDoc::isImageOk(unsigned image) const noexcept
@@ -126,6 +128,8 @@ void CStorageDoc::setAxis(unsigned image, unsigned axis, const VLAxis& source, u
     SPMDataStream& stream = images[image];
     VLAxesContainer& axes = dimension == noIndex ? stream.values : stream.get_dimension(dimension);
     axes.set_axis(axis, source);
+    renumber(image);
+    noteChange();
     UpdateAllViews(nullptr, document::axis_hint(dimension, image, axis));
 }
 
@@ -165,6 +169,7 @@ void CStorageDoc::AddNewImages(const SPMDataStream* streams, unsigned count)
         imageOptions.resize(std::min(imageOptions.size(), first));
         throw;
     }
+    noteChange();
 }
 
 CStorageDoc::image_shape CStorageDoc::revalidated(SPMDataStream& stream)
@@ -207,6 +212,7 @@ void CStorageDoc::revalidateImage(unsigned image)
 {
     if (image >= images.size() || image >= imageOptions.size()) return;
     adoptShape(image, revalidated(images[image]));
+    renumber(image);
 }
 
 void CStorageDoc::closeViewsOf(unsigned first, unsigned last)
@@ -230,6 +236,7 @@ void CStorageDoc::RemoveImage(unsigned image)
     if (image < images.size() && image < imageOptions.size()) {
         images.erase(images.begin() + image);
         imageOptions.erase(imageOptions.begin() + image);
+        noteChange();
     }
     std::vector<IImageBoundView*> renumbered;
     for (CView* view : views()) {
@@ -261,6 +268,7 @@ bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const
         const unsigned image = static_cast<unsigned>(index);
         images[image] = std::move(stream);
         revalidateImage(image);
+        noteChange();
         UpdateAllViews(nullptr, document::data_hint(image));
     } else {
         makeIdUnique(stream);
@@ -282,7 +290,12 @@ const CStorageDoc::string_table& CStorageDoc::strings(unsigned image) const noex
 
 void CStorageDoc::setString(const char* key, const char* value, unsigned image)
 {
-    table(image).insert_or_assign(key, value ? value : "");
+    string_table& to = table(image);
+    const auto found = to.find(key);
+    const char* const text = value ? value : "";
+    if (found != to.end() && found->second == text) return;
+    to.insert_or_assign(key, text);
+    textsChanged();
 }
 
 const char* CStorageDoc::getString(const char* key, unsigned image) const
@@ -301,13 +314,20 @@ unsigned CStorageDoc::getStringsNames(std::string* out, unsigned max, unsigned i
     return copied;
 }
 
-void CStorageDoc::clearStrings(unsigned image) { table(image).clear(); }
+void CStorageDoc::clearStrings(unsigned image)
+{
+    if (table(image).empty()) return;
+    table(image).clear();
+    textsChanged();
+}
 
 void CStorageDoc::copyStrings(const CStorageDoc* source, unsigned targetImage, unsigned sourceImage)
 {
     const string_table& from = source->strings(targetImage == noIndex ? noIndex : sourceImage);
     string_table& to = table(targetImage);
-    if (&from != &to) to = from;
+    if (&from == &to || from == to) return;
+    to = from;
+    textsChanged();
 }
 
 void CStorageDoc::copyOverlay(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)

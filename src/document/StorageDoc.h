@@ -3,13 +3,18 @@
 #include "document/FileReader.h"
 #include "document/MinMaxInfo.h"
 #include "document/UndoData.h"
+#include "document/content_state.h"
+#include "document/own_files.h"
 #include "platform/Document.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <ostream>
+#include <span>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -24,8 +29,16 @@ struct spmx_content;
 class CStorageDoc : public CDocument, public VLFileReader {
 public:
     using string_table = std::map<std::string, std::string>;
+    /// What an image was before a change, under its number in `contentState`.
+    struct kept_step : CUndoData {
+        kept_step(const char* declaration, std::size_t bytes, const void* samples, std::uint64_t state_)
+            : CUndoData(declaration, bytes, samples), state(state_)
+        {
+        }
+        std::uint64_t state;
+    };
     /// The newest step is the last. A list moves without memory, which keeps `options` whole where a table grows.
-    using history = std::list<CUndoData>;
+    using history = std::list<kept_step>;
     static_assert(std::is_nothrow_move_constructible_v<history>);
 
     /// What the document keeps beside each image.
@@ -47,6 +60,8 @@ public:
         };
         std::unique_ptr<BITMAPINFOHEADER, block_free> overlay;
         history undoSteps, redoSteps;
+        std::uint64_t state = 0; ///< see document::content_state
+        bool isRestored = false; ///< the samples are those of the last undo step, which is still there
         document::decorations drawings;
     };
 
@@ -173,8 +188,12 @@ public:
     bool OnNewDocument() override;
     bool OnOpenDocument(const wchar_t* path) override;
     bool OnSaveDocument(const wchar_t* path) override;
-    /// Saves to `path`, or asks for one when it is null or empty. With `replace` the document takes the path over.
+    /// Saves to `path`, whatever is there, or asks for one when it is null or empty. With `replace` the document takes
+    /// the path over.
     virtual bool DoSave(const wchar_t* path, int replace);
+    /// Saves where the document is held, as the user's command does: asks for a path when it has none, and what to do
+    /// with a file that it neither read nor wrote.
+    bool Save();
     void Serialize(CArchive& archive) override;
     void DeleteContents() override;
     void SetPathName(const wchar_t* path, int addToMRU) override;
@@ -190,6 +209,25 @@ public:
     void DeriveTitle(CStorageDoc& target);
     /// Writes main.xml and stores the raw entry names of the first `maxRaw` streams. \return how many were stored
     int generateXML(std::ostream& out, smart_string* rawNames, int maxRaw, const char* encoding) const;
+
+    // What has changed
+    /// Differs from what its file held when it was last read or written; a document without a file always does.
+    bool isChanged() const noexcept override;
+    document::content_state contentState() const;
+    /// What the file holds that was last read or written; nothing for a document that never had one.
+    const std::optional<document::content_state>& storedState() const noexcept { return storedContent; }
+    const document::own_files& ownFiles() const noexcept { return knownFiles; }
+    /// The samples of an image in a state, wherever they are now: in the image or in its history. Nothing when they are
+    /// gone. Valid until the next change of the document.
+    std::optional<std::span<const std::byte>> samplesIn(std::uint64_t state) const noexcept;
+    /// The file that `storedState` tells of; null when that content is in no single file.
+    const document::own_files::entry* storedFile() const noexcept { return storedIn ? &*storedIn : nullptr; }
+    /// As if the document had been read from `file` with the content `state`, and was changed since.
+    void setStored(const document::own_files::entry& file, document::content_state state);
+    /// What is here was put together from several files: it counts as unchanged and has no file of its own yet.
+    void becomeUnfiled();
+    /// Gives the images away, their numbers beside them; the document is empty afterwards.
+    std::vector<std::pair<std::uint64_t, SPMDataStream>> releaseImages();
 
     const std::wstring& getFullPath() const noexcept { return fullPath; }
     const std::wstring& getFileName() const noexcept { return fileName; }
@@ -236,6 +274,16 @@ private:
     /// What a container is written from.
     document::spmx_content content() const;
     std::wstring askSavePath(bool replace) const;
+    /// The path to write instead of `target`, where something is that is not this document's; empty: the user
+    /// cancelled.
+    std::wstring confirmedTarget(const std::wstring& target) const;
+    bool saveTo(const std::wstring& target, bool replace);
+    void wasStored(const std::wstring& path);
+    /// The image has other samples now.
+    void renumber(unsigned image) noexcept;
+    void textsChanged();
+    /// Marks the titles, or no longer, when that is news.
+    void noteChange();
 
     std::vector<SPMDataStream> images;
     std::vector<options> imageOptions;
@@ -244,6 +292,11 @@ private:
     std::string baseTitle; ///< inherited by derived documents
     std::wstring fullPath, fileName;
     std::uint32_t fileSizeLow = 0, fileSizeHigh = 0;
-    std::string displayTitle; ///< overrides the file name as title when not empty
-    bool incomplete = false;  ///< the last reading failed or was cancelled: there is nothing worth saving
+    std::string displayTitle;    ///< overrides the file name as title when not empty
+    bool incomplete = false;     ///< the last reading failed or was cancelled: there is nothing worth saving
+    std::uint64_t textState = 0; ///< see document::content_state
+    std::optional<document::content_state> storedContent;
+    std::optional<document::own_files::entry> storedIn;
+    document::own_files knownFiles;
+    bool isMarked = false; ///< titles say that it has changed
 };

@@ -3,9 +3,7 @@
 #include "document/StorageDocTemplate.h"
 #include "document/kept_document.h"
 #include "platform/FrameWnd.h"
-#include "platform/paths.h"
-
-#include <filesystem>
+#include "platform/WinApp.h"
 
 namespace {
 
@@ -31,8 +29,13 @@ bool CStorageDoc::OnCmdMsg(unsigned id, CCmdUI* ui)
     return dispatch_command<CStorageDoc>(*this, rows, id, ui) || CDocument::OnCmdMsg(id, ui);
 }
 
-void CStorageDoc::OnUpdateRevert(CCmdUI& ui) { ui.Enable(IsModified() && !GetPathName().empty()); }
-void CStorageDoc::OnFileSave() { DoSave(GetPathName().c_str(), true); }
+void CStorageDoc::OnUpdateRevert(CCmdUI& ui)
+{
+    // Behind a save, a step back that empties the history clears the flag of a document that differs from its file.
+    ui.Enable((IsModified() || isChanged()) && !GetPathName().empty());
+}
+
+void CStorageDoc::OnFileSave() { Save(); }
 void CStorageDoc::OnFileSaveAs() { DoSave(nullptr, true); }
 
 void CStorageDoc::OnFileRevert()
@@ -51,15 +54,17 @@ void CStorageDoc::OnFileRevert()
 
 void CStorageDoc::OnFileDelete()
 {
-    const std::filesystem::path file = platform::to_path(GetPathName());
+    const std::wstring file = document::file_to_delete(knownFiles, GetPathName());
     SetModifiedFlag(false);
     // The last view takes the document with it, so nothing of it is touched afterwards.
     std::vector<CFrameWnd*> frames;
     for (CView* view : views())
         if (CFrameWnd* frame = view->GetParentFrame()) frames.push_back(frame);
     for (CFrameWnd* frame : frames) frame->DestroyFrame();
-    std::error_code error;
-    std::filesystem::remove(file, error);
+    CWinApp* const app = AfxGetApp();
+    if (!app || file.empty() || app->host().moveToTrash(file)) return;
+    app->host().messageBox(base::narrow(file) + " could not be moved to the trash, and stays where it is.",
+                           message_icon::warning);
 }
 
 void CStorageDoc::OnShowAllImages()

@@ -78,6 +78,9 @@ bool CStorageDoc::OnNewDocument()
 {
     if (!CDocument::OnNewDocument()) return false;
     incomplete = false;
+    storedContent.reset();
+    storedIn.reset();
+    knownFiles.clear();
     return true;
 }
 
@@ -119,6 +122,7 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     incomplete = false;
     tell_warnings(fullPath, getReadWarnings());
     SetModifiedFlag(fileType != FILE_SPMX);
+    wasStored(fullPath);
     return true;
 }
 

@@ -101,6 +101,21 @@ void copy_into(CArchive& archive, const platform::temporary_file& packed)
     if (in.bad() || !in.eof()) fail(archive, "the packed file could not be read again");
 }
 
+enum replace_answer : std::size_t { keepBoth, replaceFile };
+
+question replace_question(const std::wstring& target, const std::wstring& beside, document::own_files::relation found)
+{
+    using relation = document::own_files::relation;
+    const std::string name = base::narrow(platform::file_name(target));
+    const std::string why = found == relation::replaced
+                                ? "has been changed by another program since it was opened here."
+                            : found == relation::foreign ? "exists already, and was not opened here."
+                                                         : "exists already.";
+    return {"\"" + name + "\" " + why + "\n\nKeep both by saving as \"" + base::narrow(platform::file_name(beside)) +
+                "\"?",
+            {"&Keep both", "&Replace", "Cancel"}};
+}
+
 } // namespace
 
 void CStorageDoc::Serialize(CArchive& archive)
@@ -134,7 +149,9 @@ bool CStorageDoc::OnSaveDocument(const wchar_t* path)
                                 true);
         return false;
     }
-    return CDocument::OnSaveDocument(target.c_str());
+    if (!CDocument::OnSaveDocument(target.c_str())) return false;
+    wasStored(target);
+    return true;
 }
 
 std::wstring CStorageDoc::askSavePath(bool replace) const
@@ -148,18 +165,45 @@ std::wstring CStorageDoc::askSavePath(bool replace) const
             GetTitle().substr(0, GetTitle().find_first_of(L" #%;/\\")) + base::widen(filterExtension);
     prompt.extension = "spm";
     prompt.filter = std::string(filterName) + "|*" + filterExtension + "|All Files (*.*)|*.*||";
+    prompt.asksToReplace = false; // asked here, with a way to keep both
     return app->host().askSavePath(prompt).value_or(L"");
+}
+
+std::wstring CStorageDoc::confirmedTarget(const std::wstring& target) const
+{
+    using relation = document::own_files::relation;
+    const relation found = knownFiles.of(target);
+    CWinApp* const app = AfxGetApp();
+    if (!app || found == relation::missing || (found == relation::own && target == GetPathName())) return target;
+    const std::wstring beside = document::free_path(target);
+    const std::optional<std::size_t> answer = app->host().ask(replace_question(target, beside, found));
+    if (answer == keepBoth) return beside;
+    return answer == replaceFile ? target : std::wstring();
 }
 
 bool CStorageDoc::DoSave(const wchar_t* path, int replace)
 {
-    const bool isGiven = path && *path;
     // Absolute from here on: a dialog or a reader may change the current folder.
-    const std::wstring target = platform::full_path(isGiven ? path : askSavePath(replace != 0));
+    if (path && *path) return saveTo(platform::full_path(path), replace != 0);
+    const std::wstring chosen = platform::full_path(askSavePath(replace != 0));
+    return !chosen.empty() && saveTo(confirmedTarget(chosen), replace != 0);
+}
+
+bool CStorageDoc::Save()
+{
+    if (GetPathName().empty()) return DoSave(nullptr, true);
+    return saveTo(confirmedTarget(GetPathName()), true);
+}
+
+bool CStorageDoc::saveTo(const std::wstring& target, bool replace)
+{
     if (target.empty()) return false;
     const CWaitCursor wait;
     // Nothing is left to delete after a failure: the partly written file is not the target but one beside it.
     if (!OnSaveDocument(target.c_str())) return false;
-    if (replace) SetPathName(target.c_str(), true);
+    if (replace) {
+        SetPathName(target.c_str(), true);
+        updateFrameTitles();
+    }
     return true;
 }

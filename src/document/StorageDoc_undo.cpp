@@ -40,7 +40,8 @@ CStorageDoc::history CStorageDoc::snapshot(unsigned image, history& stack, unsig
     history taken;
     const SPMDataStream& stream = images[image];
     try {
-        taken.emplace_back(declaration_line(stream).c_str(), GetDataSize(image), stream.array_data());
+        taken.emplace_back(declaration_line(stream).c_str(), GetDataSize(image), stream.array_data(),
+                           imageOptions[image].state);
     } catch (const std::bad_alloc&) {
         // Work goes on without a way back. The steps are freed first: the message needs memory as well.
         taken.clear();
@@ -96,8 +97,9 @@ class CStorageDoc::history_step {
 public:
     history_step(CStorageDoc& document, unsigned image, history options::* from_, history options::* to_,
                  unsigned lostText)
-        : from(document.imageOptions[image].*from_),
-          to(document.imageOptions[image].*to_),
+        : kept(document.imageOptions[image]),
+          from(kept.*from_),
+          to(kept.*to_),
           back(document.snapshot(image, to, lostText)),
           restored(document, image, from.back())
     {
@@ -107,12 +109,15 @@ public:
     {
         restored.commit();
         to.splice(to.end(), back);
+        kept.state = from.back().state;
+        kept.isRestored = false;
         from.pop_back();
     }
     void tellViews() const { restored.tellViews(); }
     const SPMDataStream& result() const noexcept { return restored.result(); }
 
 private:
+    options& kept;
     history &from, &to;
     history back;
     restoration restored;
@@ -146,6 +151,8 @@ void CStorageDoc::pushUndo(unsigned image, bool clearRedo)
     options& kept = imageOptions[image];
     if (clearRedo) kept.redoSteps.clear();
     kept.undoSteps.splice(kept.undoSteps.end(), snapshot(image, kept.undoSteps, undoLostText));
+    renumber(image);
+    noteChange();
 }
 
 void CStorageDoc::pushRedo(unsigned image)
@@ -160,6 +167,9 @@ void CStorageDoc::restore(unsigned image)
     if (!canUndo(image)) return;
     restoration restored(*this, image, imageOptions[image].undoSteps.back());
     restored.commit();
+    // A number of its own: what is written over it next is no longer what the step holds.
+    renumber(image);
+    imageOptions[image].isRestored = true;
     restored.tellViews();
 }
 
@@ -170,6 +180,7 @@ void CStorageDoc::undo(unsigned image)
     UpdateAllViews(nullptr, document::data_hint(image));
     // For this image the document is as it was opened, whatever others hold.
     if (!canUndo(image)) SetModifiedFlag(false);
+    noteChange();
 }
 
 void CStorageDoc::redo(unsigned image)
@@ -178,11 +189,17 @@ void CStorageDoc::redo(unsigned image)
     move(image, &options::redoSteps, &options::undoSteps, undoLostText);
     UpdateAllViews(nullptr, document::data_hint(image));
     SetModifiedFlag(true);
+    noteChange();
 }
 
 void CStorageDoc::dropUndo(unsigned image)
 {
-    if (canUndo(image)) imageOptions[image].undoSteps.pop_back();
+    if (!canUndo(image)) return;
+    options& kept = imageOptions[image];
+    if (kept.isRestored) kept.state = kept.undoSteps.back().state; // a preview that was taken back
+    kept.isRestored = false;
+    kept.undoSteps.pop_back();
+    noteChange();
 }
 
 void CStorageDoc::dropRedo(unsigned image)

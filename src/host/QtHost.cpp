@@ -18,10 +18,13 @@
 #include "platform/WinApp.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileDialog>
 #include <QMdiArea>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
+#include <algorithm>
 
 namespace {
 
@@ -63,6 +66,26 @@ void CQtHost::showFailures(const std::vector<file_failure>& failures)
     dialog.exec();
 }
 
+std::optional<std::size_t> CQtHost::ask(const question& asked)
+{
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Velmira"), QString::fromStdString(asked.text),
+                    QMessageBox::NoButton, prompt_parent(main));
+    std::vector<QPushButton*> buttons;
+    for (const std::string& answer : asked.answers)
+        buttons.push_back(box.addButton(QString::fromStdString(answer), QMessageBox::ActionRole));
+    if (!buttons.empty()) {
+        box.setDefaultButton(buttons.front());
+        box.setEscapeButton(buttons.back()); // the last one changes nothing
+    }
+    box.exec();
+    const auto chosen = std::ranges::find(buttons, box.clickedButton(),
+                                          [](QPushButton* each) { return static_cast<QAbstractButton*>(each); });
+    if (chosen == buttons.end()) return std::nullopt;
+    return static_cast<std::size_t>(chosen - buttons.begin());
+}
+
+bool CQtHost::moveToTrash(const std::wstring& path) { return QFile::moveToTrash(QString::fromStdWString(path)); }
+
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
@@ -81,6 +104,7 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 {
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    if (!prompt.asksToReplace) dialog.setOption(QFileDialog::DontConfirmOverwrite);
     host::prepare_file_dialog(dialog, prompt.filter);
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));

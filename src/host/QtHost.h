@@ -20,6 +20,8 @@ public:
     void messageBox(const std::string& text, message_icon icon) override;
     bool askYesNo(const std::string& text) override;
     void showFailures(const std::vector<file_failure>& failures) override;
+    std::optional<std::size_t> ask(const question& asked) override;
+    bool moveToTrash(const std::wstring& path) override;
     std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override;
     std::optional<std::wstring> askSavePath(const save_prompt& prompt) override;
     void runDialog(CDialog& dialog) override;

@@ -65,6 +65,7 @@ void CVariableDialog::placeAll()
         // The Return key takes a value that is being typed, and then presses the button with the focus, else OK.
         button->setAutoDefault(true);
         button->setDefault(row.what == platform::layout_button::kind::ok);
+        button->setToolTip(QString::fromStdString(row.tip));
         all |= button->geometry();
         connect(button, &QPushButton::clicked, this, [this, row] {
             setFocus(); // a value that is being typed counts

@@ -1,5 +1,6 @@
 #include "platform/Document.h"
 
+#include "platform/FrameWnd.h"
 #include "platform/View.h"
 #include "platform/WinApp.h"
 #include "platform/atomic_file.h"
@@ -66,6 +67,7 @@ bool CDocument::OnSaveDocument(const wchar_t* path)
 
 void CDocument::OnCloseDocument()
 {
+    if (CWinApp* const app = AfxGetApp()) app->documentCloses(*this);
     DeleteContents();
     if (owner) owner->documentClosed(*this);
 }
@@ -79,6 +81,12 @@ void CDocument::SetPathName(const wchar_t* path, int addToMRU)
 }
 
 void CDocument::SetTitle(const wchar_t* text) { title = text; }
+
+void CDocument::updateFrameTitles() const
+{
+    for (const CView* view : attached)
+        if (CFrameWnd* const frame = view->GetParentFrame()) frame->OnUpdateFrameTitle(true);
+}
 
 void CDocument::AddView(CView* view)
 {

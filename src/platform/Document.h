@@ -45,6 +45,8 @@ public:
     virtual void SetTitle(const wchar_t* text);
     bool IsModified() const noexcept { return modified; }
     virtual void SetModifiedFlag(bool isModified = true) { modified = isModified; }
+    /// Whether the user would lose work by closing; the flag also says that a file is of a foreign format.
+    virtual bool isChanged() const noexcept { return modified; }
 
     void AddView(CView* view);
     /// The last view to leave closes the document unless `autoDelete` is off.
@@ -64,6 +66,8 @@ protected:
     /// Shows why saving or loading failed. The default gives the exception's text to a message box.
     virtual void ReportSaveLoadException(const wchar_t* path, const CException& failure, bool saving);
     void moveViewToFront(const CView* view);
+    /// Has the frames of all views show their titles anew.
+    void updateFrameTitles() const;
 
     std::wstring pathName;
     std::wstring title;

@@ -49,7 +49,9 @@ void CFrameWnd::numberFrames(const CDocument& document)
 
 void CFrameWnd::OnUpdateFrameTitle(bool addNumber)
 {
-    std::wstring text = pane && pane->GetDocument() ? pane->GetDocument()->GetTitle() : GetWindowText();
+    const CDocument* const document = pane ? pane->GetDocument() : nullptr;
+    std::wstring text = document ? document->GetTitle() : GetWindowText();
+    if (document && document->isChanged()) text.insert(0, changedMark);
     if (const int number = windowNumber(); addNumber && number > 0) text += L":" + std::to_wstring(number);
     SetWindowText(text);
 }

@@ -22,6 +22,7 @@ public:
 
     /// Brings it to the front of the main window.
     void ActivateFrame();
+    static constexpr const wchar_t* changedMark = L"*"; ///< before the title of a document with unsaved changes
     /// Title from document and view. \param addNumber  with ":N" behind it where a document has several frames
     virtual void OnUpdateFrameTitle(bool addNumber);
     /// Of this frame among those of its document, from 1; 0 while it is the only one.

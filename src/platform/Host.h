@@ -98,8 +98,15 @@ struct window_choice {
 /// What a save dialog is asked to show.
 struct save_prompt {
     std::wstring suggestedPath;
-    std::string filter;    ///< "name|pattern|name|pattern||"
-    std::string extension; ///< appended to a name without one; empty: none
+    std::string filter;        ///< "name|pattern|name|pattern||"
+    std::string extension;     ///< appended to a name without one; empty: none
+    bool asksToReplace = true; ///< the dialog itself asks before it names a file that exists
+};
+
+/// A question with answers to choose from, the first being the one that loses nothing.
+struct question {
+    std::string text;
+    std::vector<std::string> answers; ///< texts of buttons, "&" in front of the access key
 };
 
 /// A sheet for the printer.
@@ -122,6 +129,10 @@ public:
     virtual bool askYesNo(const std::string&) { return false; }
     /// Lists several files that could not be opened, each with its reason.
     virtual void showFailures(const std::vector<file_failure>& failures);
+    /// The number of the answer that was chosen, or nothing when the user chose none. Without a user it is the first.
+    virtual std::optional<std::size_t> ask(const question&) { return 0; }
+    /// Puts a file where the user can take it back from. \return false when it could not be, and stays
+    virtual bool moveToTrash(const std::wstring&) { return false; }
     /// Shows a dialog until it is closed through `CDialog::EndDialog`.
     virtual void runDialog(CDialog&) {}
     /// Shows a variable dialog until it is closed through `CVarListDlg::EndDialog`.

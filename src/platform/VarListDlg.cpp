@@ -22,6 +22,12 @@ bool CVarListDlg::CreateModalDlg(SPMVarList* list, std::istream* layoutXml, unsi
     return true;
 }
 
+void CVarListDlg::setAcceptTip(const std::string& text)
+{
+    for (platform::layout_button& button : dialogLayout.buttons)
+        if (button.what == platform::layout_button::kind::ok) button.tip = text;
+}
+
 int CVarListDlg::DoModal()
 {
     CWinApp* const app = AfxGetApp();

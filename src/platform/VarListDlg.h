@@ -47,6 +47,8 @@ public:
 
     void setHandler(CVarListDlgHandler* handler_) noexcept { handler = handler_; }
     void setTitle(const std::string& text) { dialogLayout.title = text; }
+    /// What the button that accepts does.
+    void setAcceptTip(const std::string& text);
     void EndDialog(int result);
     int result() const noexcept { return closedBy; }
     bool isOpen() const noexcept { return closedBy == 0; }

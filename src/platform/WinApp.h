@@ -44,6 +44,8 @@ public:
     /// Keeps what has closed until `freeClosed`, which the host calls between two events.
     void disposeFrame(CFrameWnd& frame);
     void disposeDocument(std::unique_ptr<CDocument> document);
+    /// A document is about to lose its content for good; it has no views any more.
+    virtual void documentCloses(CDocument&) {}
     void freeClosed();
 
     /// The active frame's view and document, then the application.

@@ -12,9 +12,10 @@ namespace platform {
 struct layout_button {
     enum class kind { ok, cancel, user };
     kind what = kind::user;
-    RECT place;       ///< dialog units
-    std::string id;   ///< of a user button: what is reported
-    std::string name; ///< empty for a standard button with its usual text
+    RECT place;        ///< dialog units
+    std::string id;    ///< of a user button: what is reported
+    std::string name;  ///< empty for a standard button with its usual text
+    std::string tip{}; ///< what it does, shown while the pointer rests on it; may be empty
 };
 
 /// How the dialog that edits a list of variables is laid out, in dialog units: a quarter of the average character's

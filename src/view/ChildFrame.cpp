@@ -39,7 +39,8 @@ namespace view {
 
 std::wstring title_text(const frame_title& parts)
 {
-    std::string text = base::narrow(parts.document);
+    std::string text = parts.isChanged ? base::narrow(CFrameWnd::changedMark) : std::string();
+    text += base::narrow(parts.document);
     if (parts.isImage) {
         if (!parts.description.empty())
             text += "[" + parts.description;
@@ -181,6 +182,7 @@ void CChildFrame::OnUpdateFrameTitle(bool addNumber)
     const CDocument* const shown = active ? active->GetDocument() : nullptr;
     view::frame_title parts;
     parts.document = shown ? shown->GetTitle() : GetWindowText();
+    parts.isChanged = shown && shown->isChanged();
     CImageView* view = nullptr;
     CStorageDoc* document = nullptr;
     if (GetImageViewAndDoc(view, document)) {

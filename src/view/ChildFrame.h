@@ -23,6 +23,7 @@ namespace view {
 /// What a frame's title is put together from.
 struct frame_title {
     std::wstring document{};
+    bool isChanged = false;    ///< the document differs from its file
     bool isImage = false;      ///< the view shows one image of a document
     std::string description{}; ///< of the image
     unsigned imageIndex = 0, imageCount = 1;

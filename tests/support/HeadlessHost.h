@@ -4,6 +4,7 @@
 #include "platform/ListChooser.h"
 #include "platform/VarListDlg.h"
 #include "platform/WinApp.h"
+#include "platform/paths.h"
 #include "platform/profile_table.h"
 #include "support/HeadlessWindow.h"
 
@@ -69,6 +70,19 @@ public:
     {
         messages.push_back(text);
         return yes;
+    }
+    std::optional<std::size_t> ask(const question& asked) override
+    {
+        questions.push_back(asked);
+        if (answers.empty()) return 0;
+        const std::optional<std::size_t> answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    bool moveToTrash(const std::wstring& path) override
+    {
+        if (hasTrash) trash.push_back(path);
+        return hasTrash && std::filesystem::remove(platform::to_path(path));
     }
     std::vector<std::wstring> askOpenPaths(const open_prompt& prompt) override
     {
@@ -200,6 +214,10 @@ public:
     std::vector<open_prompt> openPrompts;
     std::vector<std::wstring> openPaths; ///< answer of the open dialog
     bool yes = false;                    ///< answer of yes-no boxes
+    std::vector<question> questions;
+    std::deque<std::optional<std::size_t>> answers; ///< to questions; none left: the first one
+    std::vector<std::wstring> trash;                ///< what was moved there
+    bool hasTrash = true;
     std::function<void(const open_prompt&)> onOpen;
     std::function<void(CVarListDlg&)> onDialog;
     std::function<void(CDialog&)> onForm;

@@ -1,0 +1,103 @@
+// What of the document has changed since its file was read or written.
+#include "document/StorageDoc.h"
+
+#include <atomic>
+#include <utility>
+
+namespace {
+
+std::span<const std::byte> bytes_of(const void* data, std::size_t size) noexcept
+{
+    return {static_cast<const std::byte*>(data), size};
+}
+
+/// Never the same twice in a program, so that a document that takes another's place in memory has other numbers.
+std::uint64_t next_state() noexcept
+{
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+} // namespace
+
+bool CStorageDoc::isChanged() const noexcept
+{
+    if (incomplete) return false;
+    if (!storedContent) return !images.empty();
+    return textState != storedContent->texts ||
+           !std::ranges::equal(imageOptions, storedContent->images, {}, &options::state);
+}
+
+document::content_state CStorageDoc::contentState() const
+{
+    document::content_state state{.images = {}, .texts = textState};
+    for (const options& each : imageOptions) state.images.push_back(each.state);
+    return state;
+}
+
+std::optional<std::span<const std::byte>> CStorageDoc::samplesIn(std::uint64_t state) const noexcept
+{
+    for (unsigned image = 0; image < images.size(); ++image) {
+        const options& kept = imageOptions[image];
+        if (kept.state == state) return bytes_of(images[image].array_data(), GetDataSize(image));
+        for (const history* steps : {&kept.undoSteps, &kept.redoSteps})
+            for (const kept_step& each : *steps)
+                if (each.state == state) return bytes_of(each.data, each.size);
+    }
+    return std::nullopt;
+}
+
+void CStorageDoc::renumber(unsigned image) noexcept
+{
+    imageOptions[image].state = next_state();
+    imageOptions[image].isRestored = false;
+}
+
+void CStorageDoc::textsChanged()
+{
+    textState = next_state();
+    noteChange();
+}
+
+void CStorageDoc::noteChange()
+{
+    if (isChanged() == isMarked) return;
+    isMarked = !isMarked;
+    updateFrameTitles();
+}
+
+void CStorageDoc::wasStored(const std::wstring& path)
+{
+    knownFiles.note(path);
+    storedContent = contentState();
+    storedIn.reset();
+    if (const document::own_files::entry* const known = knownFiles.last(); known && known->path == path)
+        storedIn = *known;
+    noteChange();
+}
+
+void CStorageDoc::setStored(const document::own_files::entry& file, document::content_state state)
+{
+    knownFiles.note(file);
+    storedIn = file;
+    storedContent = std::move(state);
+    noteChange();
+}
+
+void CStorageDoc::becomeUnfiled()
+{
+    knownFiles.clear();
+    storedIn.reset();
+    storedContent = contentState();
+    noteChange();
+}
+
+std::vector<std::pair<std::uint64_t, SPMDataStream>> CStorageDoc::releaseImages()
+{
+    std::vector<std::pair<std::uint64_t, SPMDataStream>> released;
+    released.reserve(images.size());
+    for (unsigned i = 0; i < images.size(); ++i) released.emplace_back(imageOptions[i].state, std::move(images[i]));
+    images.clear();
+    imageOptions.clear();
+    return released;
+}

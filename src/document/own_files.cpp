@@ -1,0 +1,48 @@
+#include "document/own_files.h"
+
+#include "platform/paths.h"
+
+#include <algorithm>
+
+namespace document {
+
+void own_files::note(const std::wstring& path)
+{
+    if (const auto stamp = platform::stamp_of(path)) note(entry{path, *stamp});
+}
+
+void own_files::note(const entry& added)
+{
+    std::erase_if(known, [&](const entry& each) { return each.path == added.path; });
+    known.push_back(added);
+}
+
+own_files::relation own_files::of(const std::wstring& path) const
+{
+    std::error_code error;
+    const auto stamp = platform::stamp_of(path);
+    if (!stamp && !std::filesystem::exists(platform::to_path(path), error)) return relation::missing;
+    const auto found = std::ranges::find(known, path, &entry::path);
+    if (found == known.end()) return relation::foreign;
+    return stamp == found->stamp ? relation::own : relation::replaced;
+}
+
+std::wstring free_path(const std::wstring& path)
+{
+    const std::wstring extension = platform::file_extension(path);
+    const std::wstring stem = path.substr(0, path.size() - extension.size());
+    std::error_code error;
+    std::wstring found;
+    for (unsigned number = 2; found.empty() || std::filesystem::exists(platform::to_path(found), error); ++number)
+        found = stem + L" (" + std::to_wstring(number) + L")" + extension;
+    return found;
+}
+
+std::wstring file_to_delete(const own_files& files, const std::wstring& held)
+{
+    if (files.of(held) == own_files::relation::own) return held;
+    const own_files::entry* const last = files.last();
+    return last && files.of(last->path) == own_files::relation::own ? last->path : std::wstring();
+}
+
+} // namespace document

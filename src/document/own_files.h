@@ -1,0 +1,44 @@
+#pragma once
+#include "platform/file_stamp.h"
+
+#include <string>
+#include <vector>
+
+namespace document {
+
+/// The files that a document was read from or written to, each as it was then.
+class own_files {
+public:
+    struct entry {
+        std::wstring path; ///< full
+        platform::file_stamp stamp;
+    };
+    /// How a file stands to the document.
+    enum class relation {
+        missing,  ///< nothing is there
+        own,      ///< as the document read or wrote it
+        replaced, ///< somebody else has written it since
+        foreign   ///< the document never read nor wrote it
+    };
+
+    /// The file is now as the document read or wrote it. Nothing is noted where there is none.
+    void note(const std::wstring& path);
+    void note(const entry& known);
+    void clear() noexcept { known.clear(); }
+    relation of(const std::wstring& path) const;
+    /// The latest one; null when there is none.
+    const entry* last() const noexcept { return known.empty() ? nullptr : &known.back(); }
+
+private:
+    std::vector<entry> known; ///< each path once, the latest last
+};
+
+/// The first of "name (2).ext", "name (3).ext" … beside `path` that does not exist.
+std::wstring free_path(const std::wstring& path);
+
+/// The file that deleting a document takes away: the one at `held`, where the document is saved, when it is the
+/// document's own, else the one that was read or written last. Empty when there is none: what others have written since
+/// stays.
+std::wstring file_to_delete(const own_files& files, const std::wstring& held);
+
+} // namespace document
