@@ -2,6 +2,7 @@
 
 #include "base/SPMVarList.h"
 #include "base/text.h"
+#include "document/earlier_result.h"
 #include "document/merge_documents.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
@@ -98,10 +99,33 @@ void CStorageDocTemplate::adoptPath(CStorageDoc& document, const wchar_t* path, 
     document.SetPathName(held.c_str(), false);
 }
 
-CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* path, int addToMRU, int makeVisible)
+/// The file itself, or what was saved of it earlier when the user wants that; nothing when the user wants neither.
+std::optional<std::wstring> CStorageDocTemplate::fileToOpen(const wchar_t* path)
 {
-    if (!path) return newDocument(makeVisible);
+    enum answer : std::size_t { earlierResult, recording };
+    const std::wstring given = platform::full_path(path);
+    const std::wstring result = document::earlier_result(given, extension());
+    CWinApp* const app = AfxGetApp();
+    if (result.empty() || !app) return given;
+    std::optional<std::size_t> chosen = severalAnswer;
+    if (!chosen) {
+        const std::string name = base::narrow(platform::file_name(result));
+        chosen =
+            app->host().ask({"\"" + name + "\" beside this recording holds what was saved of it earlier.\n\nOpen that?",
+                             {"&Open \"" + name + "\"", "Open the &recording", "Cancel"}});
+    }
+    if (chosen != earlierResult && chosen != recording) return std::nullopt;
+    if (opensSeveral) severalAnswer = chosen;
+    return chosen == earlierResult ? result : given;
+}
+
+CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* given, int addToMRU, int makeVisible)
+{
+    if (!given) return newDocument(makeVisible);
     const bool merging = isMergingOn();
+    const std::optional<std::wstring> chosen = fileToOpen(given);
+    if (!chosen) return nullptr;
+    const wchar_t* const path = chosen->c_str();
     CStorageDoc* const document = readDocument(path);
     if (!document) return nullptr;
     if (merging) {
@@ -151,7 +175,8 @@ match_confidence CStorageDocTemplate::MatchDocType(const wchar_t* path, CDocumen
 
 void CStorageDocTemplate::setFirstMerged()
 {
-    firstMerged = true;
+    firstMerged = opensSeveral = true;
+    severalAnswer.reset();
     mergeList.clear();
 }
 
@@ -182,11 +207,13 @@ void CStorageDocTemplate::nameMerged(CStorageDoc& merged)
     } while (std::filesystem::exists(platform::to_path(path), error));
     merged.SetPathName(path.c_str(), false);
     merged.SetModifiedFlag(true);
+    merged.becomeUnfiled();
 }
 
 void CStorageDocTemplate::setLastMerged()
 {
-    firstMerged = false;
+    firstMerged = opensSeveral = false;
+    severalAnswer.reset();
     const std::vector<CStorageDoc*> merged = std::exchange(mergeList, {});
     if (merged.empty()) return;
     CStorageDoc* const first = merged.front();

@@ -3,6 +3,7 @@
 #include "platform/DocTemplate.h"
 #include "platform/geometry.h"
 
+#include <optional>
 #include <span>
 
 /// The template of storage documents: reads files, merges several into one, and chooses a view for each image by its
@@ -52,6 +53,7 @@ private:
     std::vector<CStorageDoc*> mergeInto(CStorageDoc& first, std::span<CStorageDoc* const> others);
     void nameMerged(CStorageDoc& merged);
     bool isMergingOn() const;
+    std::optional<std::wstring> fileToOpen(const wchar_t* path);
     std::wstring extension() const;
     shape_view viewFor(const CStorageDoc& document) const;
     static shape_view viewFor(unsigned dimensions);
@@ -60,5 +62,7 @@ private:
     int top = 0, left = 0, rowHeight = 0; ///< cascade of quick-view frames
     unsigned openingImage = 0;
     bool firstMerged = false;
+    bool opensSeveral = false;                ///< between `setFirstMerged` and `setLastMerged`
+    std::optional<std::size_t> severalAnswer; ///< what was chosen for one of several holds for the others
     std::vector<CStorageDoc*> mergeList;
 };
