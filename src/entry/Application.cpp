@@ -3,13 +3,11 @@
 #include "base/text.h"
 #include "entry/save_documents.h"
 #include "entry/templates.h"
-#include "platform/DocTemplate.h"
 #include "platform/VarListDlg.h"
 #include "platform/interface_directory.h"
 #include "view/Scale.h"
 #include "vldv.h"
 
-#include <algorithm>
 #include <fstream>
 
 namespace {
@@ -71,7 +69,7 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
     return scale && scale->OnCmdMsg(id, ui);
 }
 
-bool CVldvApp::mayExit() { return entry::save_documents(nullptr) == entry::save_outcome::done; }
+bool CVldvApp::mayExit() { return entry::save_documents(nullptr, true) == entry::save_outcome::done; }
 
 void CVldvApp::OnFileOpen() { VldvOpenDocument(1); }
 void CVldvApp::OnQuickView() { VldvOpenQuickView(); }
@@ -79,12 +77,7 @@ void CVldvApp::OnSaveAll() { VldvSaveAllDocuments(nullptr); }
 void CVldvApp::OnPageSetup() { VldvPageSetup(); }
 void CVldvApp::OnWindows() { VldvSelectView(); }
 
-void CVldvApp::OnUpdateSaveAll(CCmdUI& ui)
-{
-    ui.Enable(std::ranges::any_of(docTemplates(), [](const CDocTemplate* maker) {
-        return std::ranges::any_of(maker->documents(), [](const auto& document) { return document->IsModified(); });
-    }));
-}
+void CVldvApp::OnUpdateSaveAll(CCmdUI& ui) { ui.Enable(!entry::unsaved_documents(*this).empty()); }
 
 void CVldvApp::OnUpdateWindows(CCmdUI& ui) { ui.Enable(!frames().empty()); }
 

@@ -1,6 +1,7 @@
 #include "entry/save_documents.h"
 
 #include "base/text.h"
+#include "document/ImageBoundView.h"
 #include "document/StorageDoc.h"
 #include "platform/DocTemplate.h"
 #include "platform/VarListDlg.h"
@@ -8,25 +9,57 @@
 #include "platform/interface_directory.h"
 #include "vldv.h"
 
+#include <algorithm>
 #include <fstream>
 
 namespace {
 
-std::vector<CDocument*> modified_documents(const CWinApp& app)
+/// A picture to find files by: it is only looked at.
+bool is_thumbnail(const CDocument& document)
 {
-    std::vector<CDocument*> found;
-    for (const CDocTemplate* maker : app.docTemplates())
-        for (const std::unique_ptr<CDocument>& document : maker->documents())
-            if (document->IsModified()) found.push_back(document.get());
-    return found;
+    const auto isQuick = [](const CView* view) {
+        const auto* const bound = dynamic_cast<const IImageBoundView*>(view);
+        return bound && bound->isQuickView();
+    };
+    return !document.views().empty() && std::ranges::all_of(document.views(), isQuick);
 }
 
 /// Under its own path; one that has none, as a copy, asks for it.
 bool save(CDocument& document)
 {
-    if (auto* const storage = dynamic_cast<CStorageDoc*>(&document); storage && document.GetPathName().empty())
-        return storage->DoSave(nullptr, true);
+    if (auto* const storage = dynamic_cast<CStorageDoc*>(&document)) return storage->Save();
     return document.OnSaveDocument(document.GetPathName().c_str());
+}
+
+/// Adds to each label that occurs more than once what `more` says of its document.
+template <class More>
+void tell_apart(std::vector<std::string>& labels, const std::vector<CDocument*>& documents, const More& more)
+{
+    const std::vector<std::string> before = labels;
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        if (std::ranges::count(before, before[i]) > 1)
+            if (const std::string added = more(*documents[i]); !added.empty()) labels[i] += " (" + added + ")";
+}
+
+std::string path_of(const CDocument& document) { return base::narrow(document.GetPathName()); }
+
+std::string source_of(const CDocument& document)
+{
+    const auto* const storage = dynamic_cast<const CStorageDoc*>(&document);
+    const auto* const file = storage ? storage->storedFile() : nullptr;
+    return file ? "from " + base::narrow(file->path) : std::string();
+}
+
+std::vector<SPMVar> dialog_rows(const std::vector<CDocument*>& documents)
+{
+    const std::vector<std::string> labels = entry::telling_labels(documents);
+    std::vector<SPMVar> rows(documents.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i].Init(base::formatted("%p", static_cast<const void*>(documents[i])).c_str(), labels[i].c_str(),
+                     SPM_VAR_BOOLEAN);
+        rows[i] = documents[i]->isChanged() ? 1.0 : 0.0;
+    }
+    return rows;
 }
 
 /// Sets all variables of the dialog for its two buttons.
@@ -45,19 +78,32 @@ public:
 
 namespace entry {
 
-save_outcome save_documents(CWnd* parent)
+std::vector<CDocument*> unsaved_documents(const CWinApp& app)
+{
+    std::vector<CDocument*> found;
+    for (const CDocTemplate* maker : app.docTemplates())
+        for (const std::unique_ptr<CDocument>& document : maker->documents())
+            if ((document->IsModified() || document->isChanged()) && !is_thumbnail(*document))
+                found.push_back(document.get());
+    return found;
+}
+
+std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents)
+{
+    std::vector<std::string> labels;
+    for (const CDocument* document : documents) labels.push_back(base::narrow(document->GetTitle()));
+    tell_apart(labels, documents, path_of);
+    tell_apart(labels, documents, source_of);
+    return labels;
+}
+
+save_outcome save_documents(CWnd* parent, bool thenEnds)
 {
     CWinApp* const app = AfxGetApp();
     if (!app) return save_outcome::done;
-    const std::vector<CDocument*> modified = modified_documents(*app);
-    if (modified.empty()) return save_outcome::done;
-    std::vector<SPMVar> rows;
-    for (const CDocument* document : modified) {
-        SPMVar& row = rows.emplace_back();
-        row.Init(base::formatted("%p", static_cast<const void*>(document)).c_str(),
-                 base::narrow(document->GetTitle()).c_str(), SPM_VAR_BOOLEAN);
-        row = 1.0;
-    }
+    const std::vector<CDocument*> offered = unsaved_documents(*app);
+    if (offered.empty()) return save_outcome::done;
+    const std::vector<SPMVar> rows = dialog_rows(offered);
     SPMVarList list;
     list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
     std::ifstream layout(platform::find_interface_file("save_docs.xml"), std::ios::binary);
@@ -65,10 +111,11 @@ save_outcome save_documents(CWnd* parent)
     CVarListDlg dialog;
     dialog.setHandler(&handler);
     dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::saveFilesLayout, parent);
+    dialog.setAcceptTip(thenEnds ? "Saves the chosen files and ends the program" : "Saves the chosen files");
     if (dialog.DoModal() != CVarListDlg::resultOk) return save_outcome::cancelled;
     bool isDone = true;
-    for (std::size_t i = 0; i < modified.size(); ++i)
-        if (list.get_var(static_cast<unsigned>(i))) isDone &= save(*modified[i]);
+    for (std::size_t i = 0; i < offered.size(); ++i)
+        if (list.get_var(static_cast<unsigned>(i))) isDone &= save(*offered[i]);
     return isDone ? save_outcome::done : save_outcome::failed;
 }
 

@@ -1,5 +1,9 @@
 #pragma once
+#include <string>
+#include <vector>
 
+class CDocument;
+class CWinApp;
 class CWnd;
 
 namespace entry {
@@ -10,7 +14,15 @@ enum class save_outcome {
     cancelled,
 };
 
-/// Offers all modified documents to be saved.
-save_outcome save_documents(CWnd* parent);
+/// Documents that saving is offered for: modified ones, those that differ from their file, but no thumbnails.
+std::vector<CDocument*> unsaved_documents(const CWinApp& app);
+
+/// A text for each that no other has: its title, where needed with the path it is saved to, and where that is not
+/// enough either with the file it was read from.
+std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents);
+
+/// Offers all of them to be saved. Only what the user has changed is chosen from the start.
+/// \param thenEnds  the program ends when that is done
+save_outcome save_documents(CWnd* parent, bool thenEnds = false);
 
 } // namespace entry

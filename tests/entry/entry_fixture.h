@@ -1,0 +1,53 @@
+#pragma once
+#include "document/StorageDocTemplate.h"
+#include "entry/Application.h"
+#include "platform/FrameWnd.h"
+#include "support/HeadlessHost.h"
+#include "support/temporary_folder.h"
+#include "vldv.h"
+
+#include <gtest/gtest.h>
+
+/// The workstation without a screen, with files of its own.
+class EntryTest : public testing::Test {
+protected:
+    std::wstring surface(const char* name, unsigned side = 4)
+    {
+        SPMDataStream stream;
+        stream.Init("height", "Height", SPM_VAR_ARRAY, side * side, 2u);
+        stream.set_array_type(SPM_ARRAY_INT16);
+        SPMDataStream::dimension dimension;
+        dimension.length = side;
+        stream.set_dimension(0, dimension);
+        stream.set_dimension(1, dimension);
+        stream.values.set_axis(0, VLAxis(0, 1, "nm"));
+        for (unsigned i = 0; i < side * side; ++i) static_cast<short*>(stream.array_data())[i] = static_cast<short>(i);
+        CStorageDoc document;
+        document.AddNewImages(&stream, 1);
+        document.setString("\\Date", "Monday", 0);
+        document.setString("operator", "Ada", unsigned(-1));
+        const std::wstring path = (folder / name).wstring();
+        EXPECT_TRUE(document.OnSaveDocument(path.c_str()));
+        return path;
+    }
+    void setGlobal(const char* name, const char* value)
+    {
+        VLGlobalVarList* const list = VLGlobalVarList::GetVarList("global_options");
+        EXPECT_TRUE(list->set_var(name, value));
+        list->ReleaseList();
+    }
+    bool enabled(unsigned id)
+    {
+        CCmdUI ui{.m_nID = id};
+        EXPECT_TRUE(app->routeCommand(id, &ui)) << id;
+        return ui.enabled;
+    }
+    CStorageDoc& document(std::size_t i = 0)
+    {
+        return *dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.documents().at(i).get());
+    }
+
+    temporary_folder folder;
+    CHeadlessHost host;
+    std::unique_ptr<CVldvApp> app = std::make_unique<CVldvApp>(host);
+};

@@ -1,0 +1,269 @@
+// No earlier result and no work of the user is lost by saving, deleting or opening.
+#include "entry_fixture.h"
+
+#include "entry/save_documents.h"
+
+namespace {
+
+constexpr unsigned cmdUndo = 57643, cmdSave = 57603, cmdSaveAs = 57604, cmdDelete = 10026, cmdQuickView = 10200;
+constexpr const char* table = "0 1 2 3\n1 2 3 4\n2 3 4 5\n3 4 5 9\n";
+const std::optional<std::size_t> first = 0, second = 1, third = 2, none = std::nullopt;
+
+class SavingTest : public EntryTest {
+protected:
+    std::wstring recording(const char* name)
+    {
+        write_file(folder / name, table);
+        return (folder / name).wstring();
+    }
+    std::string content(const char* name) { return file_content(folder / name); }
+    /// Opens it and makes its frame active. \return its document
+    CStorageDoc& opened(const std::wstring& path)
+    {
+        CDocument* const made = app->OpenDocumentFile(path.c_str());
+        EXPECT_NE(made, nullptr);
+        app->setActiveFrame(app->frames().back().get());
+        return dynamic_cast<CStorageDoc&>(*made);
+    }
+    void changeSample(CStorageDoc& changed, short to)
+    {
+        changed.pushUndo(0, true);
+        changed.getDataPoint2S(0, 1, 1, 0) = to;
+        changed.SetModifiedFlag(true);
+    }
+    /// Shows the dialog of saving. \return title and tick of each row
+    std::vector<std::pair<std::string, bool>> offered()
+    {
+        std::vector<std::pair<std::string, bool>> rows;
+        host.onDialog = [&](CVarListDlg& dialog) {
+            for (unsigned i = 0; i < dialog.rowCount(); ++i)
+                rows.emplace_back(dialog.row(i).get_description(), static_cast<bool>(dialog.row(i)));
+            for (const platform::layout_button& button : dialog.layout().buttons)
+                if (button.what == platform::layout_button::kind::ok) tip = button.tip;
+            dialog.EndDialog(CVarListDlg::resultCancel);
+        };
+        EXPECT_FALSE(app->mayExit());
+        return rows;
+    }
+    std::string tip;
+};
+
+using row_list = std::vector<std::pair<std::string, bool>>;
+
+TEST_F(SavingTest, OnlyWhatTheUserChangedStartsTicked)
+{
+    opened(recording("untouched.txt"));
+    opened(surface("text.spm")).setString("note", "new", 0);
+    changeSample(opened(surface("samples.spm")), 7);
+    opened(surface("same.spm"));
+    CStorageDoc& undone = opened(surface("undone.spm"));
+    changeSample(undone, 7);
+    undone.undo(0);
+    host.openPaths = {recording("thumbnail.txt")};
+    app->OnCmdMsg(cmdQuickView, nullptr);
+    EXPECT_EQ(offered(), (row_list{{"untouched.txt", false}, {"text", true}, {"samples", true}}));
+    EXPECT_EQ(tip, "Saves the chosen files and ends the program");
+}
+
+TEST_F(SavingTest, DocumentsThatWouldReadAlikeAreToldApart)
+{
+    const std::wstring path = recording("a.txt");
+    opened(path).setString("note", "1", 0);
+    std::filesystem::create_directory(folder / "other");
+    write_file(folder / "other" / "a.txt", table);
+    opened((folder / "other" / "a.txt").wstring()).setString("note", "2", 0);
+    CStorageDoc& same = opened(surface("b.spm"));
+    same.setString("note", "3", 0);
+    same.SetPathName((path + L".spm").c_str(), false); // a third one with the target of the first
+    const std::string target = (folder / "a.txt.spm").string();
+    EXPECT_EQ(offered(), (row_list{{"a.txt (" + target + ") (from " + (folder / "a.txt").string() + ")", true},
+                                   {"a.txt (" + (folder / "other" / "a.txt.spm").string() + ")", true},
+                                   {"a.txt (" + target + ") (from " + (folder / "b.spm").string() + ")", true}}));
+}
+
+struct save_case {
+    const char* name;
+    std::optional<std::size_t> answer;
+    bool keepsEarlier, savesBeside, isSaved;
+};
+
+class SavingOver : public SavingTest, public testing::WithParamInterface<save_case> {};
+
+TEST_P(SavingOver, AnEarlierResultAsksOnce)
+{
+    for (const bool byDialog : {false, true}) {
+        surface("a.txt.spm");
+        std::filesystem::remove(folder / "a.txt (2).spm");
+        const std::string earlier = content("a.txt.spm");
+        host.questions.clear();
+        host.answers = {second, GetParam().answer}; // open the recording itself, then what is tested
+        CStorageDoc& changed = opened(recording("a.txt"));
+        changeSample(changed, 7);
+        host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultOk); };
+        if (byDialog)
+            EXPECT_EQ(app->mayExit(), GetParam().isSaved);
+        else
+            app->routeCommand(cmdSave, nullptr);
+        ASSERT_EQ(host.questions.size(), 2u);
+        EXPECT_EQ(content("a.txt.spm") == earlier, GetParam().keepsEarlier);
+        EXPECT_EQ(std::filesystem::exists(folder / "a.txt (2).spm"), GetParam().savesBeside);
+        EXPECT_EQ(changed.isChanged(), !GetParam().isSaved);
+        if (GetParam().isSaved) {
+            CStorageDoc again;
+            ASSERT_TRUE(again.OnOpenDocument(changed.GetPathName().c_str()));
+            EXPECT_EQ(again.getDataPoint2S(0, 1, 1, 0), 7);
+            changeSample(changed, 8);
+            app->routeCommand(cmdSave, nullptr);
+            EXPECT_EQ(host.questions.size(), 2u) << "the file is its own now";
+            EXPECT_FALSE(changed.isChanged());
+        }
+        app->closeAllFrames();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, SavingOver,
+                         testing::Values(save_case{"KeepBoth", first, true, true, true},
+                                         save_case{"Replace", second, false, false, true},
+                                         save_case{"CancelButton", third, true, false, false},
+                                         save_case{"Escape", none, true, false, false}),
+                         [](const auto& each) { return each.param.name; });
+
+TEST_F(SavingTest, AFileThatAnotherProgramChangedIsNotOverwritten)
+{
+    CStorageDoc& changed = opened(surface("a.spm"));
+    changeSample(changed, 7);
+    surface("a.spm", 8);
+    const std::string theirs = content("a.spm");
+    app->routeCommand(cmdSave, nullptr);
+    ASSERT_EQ(host.questions.size(), 1u);
+    EXPECT_NE(host.questions[0].text.find("changed by another program"), std::string::npos);
+    EXPECT_EQ(content("a.spm"), theirs);
+    EXPECT_EQ(changed.GetPathName(), (folder / "a (2).spm").wstring());
+    EXPECT_EQ(app->frames()[0]->GetWindowText().substr(0, 6), L"a (2)[");
+}
+
+TEST_F(SavingTest, SaveAsNamesTheFileItWouldReplace)
+{
+    changeSample(opened(surface("a.spm")), 7);
+    surface("b.spm", 8);
+    const std::string other = content("b.spm");
+    host.savePaths = {(folder / "b.spm").wstring()};
+    host.answers = {third};
+    app->routeCommand(cmdSaveAs, nullptr);
+    EXPECT_FALSE(host.savePrompts.at(0).asksToReplace) << "one question is enough";
+    ASSERT_EQ(host.questions.size(), 1u);
+    EXPECT_NE(host.questions[0].text.find("\"b.spm\" exists already"), std::string::npos);
+    EXPECT_NE(host.questions[0].text.find("\"b (2).spm\""), std::string::npos);
+    EXPECT_EQ(content("b.spm"), other);
+    EXPECT_TRUE(document().isChanged());
+}
+
+struct open_case {
+    const char* name;
+    std::optional<std::size_t> answer;
+    const char* opened; ///< null: nothing
+};
+
+class OpeningARecording : public SavingTest, public testing::WithParamInterface<open_case> {};
+
+TEST_P(OpeningARecording, OffersWhatWasSavedOfIt)
+{
+    const std::wstring path = recording("a.txt");
+    surface("a.txt.spm");
+    host.answers = {GetParam().answer};
+    const auto* const made = dynamic_cast<CStorageDoc*>(app->OpenDocumentFile(path.c_str()));
+    ASSERT_EQ(host.questions.size(), 1u);
+    EXPECT_EQ(made ? made->getFileName() : L"", GetParam().opened ? base::widen(GetParam().opened) : L"");
+    EXPECT_EQ(app->recentFiles().size(), made ? 1u : 0u);
+    if (!made) return;
+    EXPECT_EQ(made->GetPathName(), (folder / "a.txt.spm").wstring()) << "where it is saved";
+    app->closeAllFrames();
+    host.answers = {GetParam().answer};
+    app->OnCmdMsg(57616, nullptr); // the recent list leads to the same
+    EXPECT_EQ(document().getFileName(), base::widen(GetParam().opened));
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, OpeningARecording,
+                         testing::Values(open_case{"Result", first, "a.txt.spm"},
+                                         open_case{"Recording", second, "a.txt"}, open_case{"Cancel", third, nullptr},
+                                         open_case{"Escape", none, nullptr}),
+                         [](const auto& each) { return each.param.name; });
+
+TEST_F(SavingTest, SeveralRecordingsAreAskedForOnce)
+{
+    for (const char* name : {"a.txt.spm", "b.txt.spm"}) surface(name);
+    host.openPaths = {recording("a.txt"), recording("b.txt"), recording("c.txt")};
+    host.answers = {second};
+    VldvOpenDocument(0);
+    EXPECT_EQ(host.questions.size(), 1u);
+    EXPECT_EQ(document(1).getFileName(), L"b.txt");
+    EXPECT_EQ(vldvSurfaceTemplate.documents().size(), 3u);
+}
+
+TEST_F(SavingTest, DeleteTakesOnlyTheDocumentsOwnFile)
+{
+    const std::wstring path = recording("a.txt"), result = surface("a.txt.spm");
+    host.answers = {second};
+    opened(path);
+    app->routeCommand(cmdDelete, nullptr);
+    EXPECT_EQ(host.trash, std::vector<std::wstring>{path}) << "the earlier result was never opened";
+    EXPECT_TRUE(app->frames().empty());
+
+    CStorageDoc& native = opened(result);
+    changeSample(native, 3);
+    surface("a.txt.spm", 8);
+    app->routeCommand(cmdDelete, nullptr);
+    EXPECT_TRUE(std::filesystem::exists(folder / "a.txt.spm")) << "somebody else has written it meanwhile";
+
+    opened(result);
+    host.hasTrash = false;
+    app->routeCommand(cmdDelete, nullptr);
+    EXPECT_TRUE(std::filesystem::exists(folder / "a.txt.spm"));
+    EXPECT_EQ(host.messages.size(), 1u) << "the user is told that it stays";
+
+    host.hasTrash = true;
+    opened(result);
+    app->routeCommand(cmdDelete, nullptr);
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.txt.spm"));
+}
+
+TEST_F(SavingTest, TitlesTellWhatDiffersFromItsFile)
+{
+    CStorageDoc& marked = opened(surface("a.spm"));
+    const auto isMarked = [&] { return app->frames()[0]->GetWindowText()[0] == L'*'; };
+    const auto save = [&] { EXPECT_TRUE(marked.Save()); };
+    EXPECT_FALSE(isMarked());
+    changeSample(marked, 7);
+    EXPECT_TRUE(isMarked());
+    marked.undo(0);
+    EXPECT_FALSE(isMarked()) << "as in the file again";
+    marked.redo(0);
+    EXPECT_TRUE(isMarked());
+    save();
+    EXPECT_FALSE(isMarked());
+    marked.undo(0);
+    EXPECT_TRUE(isMarked()) << "the file holds the later state";
+    EXPECT_TRUE(enabled(cmdSave)) << "though the flag was cleared with the last step";
+    save();
+    EXPECT_FALSE(isMarked());
+    marked.setString("note", "", 0);
+    EXPECT_TRUE(isMarked());
+    save();
+    marked.setString("note", "", 0);
+    EXPECT_FALSE(isMarked()) << "nothing new";
+    marked.clearStrings(0);
+    EXPECT_TRUE(isMarked());
+    app->routeCommand(10025, nullptr);
+    EXPECT_FALSE(isMarked()) << "read again";
+}
+
+TEST_F(SavingTest, ForeignFilesAreNotMarkedAndCopiesAre)
+{
+    opened(recording("a.txt"));
+    EXPECT_EQ(app->frames()[0]->GetWindowText()[0], L'a');
+    EXPECT_TRUE(document().IsModified()) << "it can be saved as it is";
+    app->routeCommand(10151, nullptr);
+    EXPECT_EQ(app->frames().back()->GetWindowText()[0], L'*') << "a copy is in no file";
+}
+
+} // namespace
