@@ -1,0 +1,156 @@
+#include "recovery/document_copy.h"
+
+#include "platform/Exceptions.h"
+#include "platform/paths.h"
+#include "recovery/background_writer.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <set>
+#include <unistd.h>
+#include <utility>
+
+namespace recovery {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t pieceBytes = std::size_t{1} << 22;
+
+/// Writes at a place of a file that belongs to the user alone. \param cuts  the file ends behind the bytes
+void store(const fs::path& path, std::span<const std::byte> bytes, std::uint64_t at, bool cuts)
+{
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    if (file < 0) throw CFileException(errno, platform::to_wide(path));
+    int error = 0;
+    while (!bytes.empty() && error == 0) {
+        const ssize_t count = pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(at));
+        if (count < 0) {
+            if (errno != EINTR) error = errno;
+            continue;
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+        at += static_cast<std::uint64_t>(count);
+    }
+    if (cuts && error == 0 && ftruncate(file, static_cast<off_t>(at)) != 0) error = errno;
+    if (close(file) != 0 && error == 0) error = errno;
+    if (error != 0) throw CFileException(error, platform::to_wide(path));
+}
+
+void exchange_manifest(const fs::path& folder, std::span<const std::byte> bytes)
+{
+    const fs::path made = folder / "manifest.new", name = folder / manifestName;
+    store(made, bytes, 0, true);
+    if (rename(made.c_str(), name.c_str()) != 0) throw CFileException(errno, platform::to_wide(name));
+}
+
+/// Removes what no manifest names any more.
+void sweep(const fs::path& folder, const std::set<std::string>& used)
+{
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename().native();
+        if (name != manifestName && !used.contains(name)) fs::remove(entry.path(), error);
+    }
+}
+
+} // namespace
+
+document_copy::document_copy(fs::path folder_, std::string names_, background_writer& writer_)
+    : folder(std::move(folder_)), names(std::move(names_)), writer(writer_)
+{
+    writer.give([made = folder, flag = failed] {
+        std::error_code error;
+        fs::create_directories(made, error);
+        *flag = static_cast<bool>(error);
+        if (error) throw CFileException(error.value(), platform::to_wide(made));
+    });
+}
+
+document_copy::document_copy(fs::path folder_, std::string names_, background_writer& writer_,
+                             document::content_state state, std::map<std::uint64_t, std::string> files)
+    : folder(std::move(folder_)),
+      names(std::move(names_)),
+      writer(writer_),
+      written(std::move(files)),
+      committed(std::move(state))
+{
+}
+
+void document_copy::begin(snapshot target)
+{
+    parts.clear();
+    for (std::size_t i = target.kept.images.size(); i-- > 0;) {
+        if (target.isInSource[i]) continue;
+        const std::uint64_t state = target.state.images[i];
+        kept_image& image = target.kept.images[i];
+        const auto found = written.find(state);
+        image.file = found == written.end() ? nameOf(state) : found->second;
+        if (found == written.end()) parts.push_back({state, image.bytes});
+    }
+    current = std::move(target);
+}
+
+std::size_t document_copy::feed(const sample_finder& find, std::size_t budget)
+{
+    std::size_t used = 0;
+    while (current && !parts.empty() && used < budget) {
+        part& next = parts.back();
+        const auto samples = find(next.state);
+        if (!samples || samples->size() != next.size) {
+            current.reset();
+            break;
+        }
+        const std::size_t count = std::min<std::size_t>(pieceBytes, samples->size() - next.done);
+        write(next, samples->subspan(next.done, count));
+        used += count;
+        next.done += count;
+        if (next.done < next.size) continue;
+        written.emplace(next.state, nameOf(next.state));
+        parts.pop_back();
+    }
+    if (current && parts.empty()) commit();
+    return used;
+}
+
+void document_copy::write(const part& to, std::span<const std::byte> piece)
+{
+    const bool isLast = to.done + piece.size() == to.size;
+    writer.give(
+        [path = folder / nameOf(to.state), bytes = std::vector<std::byte>(piece.begin(), piece.end()), at = to.done,
+         isLast, flag = failed] {
+            if (*flag) return;
+            try {
+                store(path, bytes, at, isLast);
+            } catch (...) {
+                *flag = true;
+                throw;
+            }
+        },
+        piece.size());
+}
+
+void document_copy::commit()
+{
+    snapshot done = std::move(*current);
+    current.reset();
+    std::set<std::string> used;
+    for (const kept_image& image : done.kept.images)
+        if (!image.file.empty()) used.insert(image.file);
+    std::erase_if(written, [&](const auto& file) { return !used.contains(file.second); });
+    committed = std::move(done.state);
+    writer.give([in = folder, kept = std::move(done.kept), used = std::move(used), flag = failed] {
+        if (*flag) return;
+        try {
+            exchange_manifest(in, encode(kept));
+        } catch (...) {
+            *flag = true;
+            throw;
+        }
+        sweep(in, used);
+    });
+}
+
+} // namespace recovery

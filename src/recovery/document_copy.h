@@ -1,0 +1,57 @@
+#pragma once
+#include "recovery/snapshot.h"
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <memory>
+
+namespace recovery {
+
+class background_writer;
+
+/// Where the samples of an image in a state are now, or nothing when they are gone. Valid until the caller returns.
+using sample_finder = std::function<std::optional<std::span<const std::byte>>(std::uint64_t state)>;
+
+/// The copy of one document in a folder of its own. Only images whose samples the folder does not hold yet are written.
+/// Interface thread only; the files are made by the writer.
+class document_copy {
+public:
+    /// A new copy. \param names_  begins the names of its files; no other program may use it in this folder
+    document_copy(std::filesystem::path folder_, std::string names_, background_writer& writer_);
+    /// A copy that is there already and holds `state`; `files` tells which of its files has which samples.
+    document_copy(std::filesystem::path folder_, std::string names_, background_writer& writer_,
+                  document::content_state state, std::map<std::uint64_t, std::string> files);
+
+    const std::filesystem::path& path() const noexcept { return folder; }
+    /// The folder holds this state, or will when the writer is done.
+    bool holds(const document::content_state& state) const { return committed == state; }
+    bool isBusy() const noexcept { return current.has_value(); }
+    /// Brings the copy to another state from now on; what it held stays good until that is complete.
+    void begin(snapshot target);
+    /// Hands at most about `budget` bytes of samples on. Gives the state up when samples are gone.
+    /// \return the bytes
+    std::size_t feed(const sample_finder& find, std::size_t budget);
+    /// Writing has failed: the copy stays at an earlier state for good.
+    bool hasFailed() const noexcept { return *failed; }
+
+private:
+    struct part {
+        std::uint64_t state;
+        std::uint64_t size, done = 0;
+    };
+    std::string nameOf(std::uint64_t state) const { return names + std::to_string(state); }
+    void write(const part& to, std::span<const std::byte> piece);
+    void commit();
+
+    std::filesystem::path folder;
+    std::string names;
+    background_writer& writer;
+    std::shared_ptr<std::atomic<bool>> failed = std::make_shared<std::atomic<bool>>(false);
+    std::map<std::uint64_t, std::string> written; ///< complete files by the state whose samples they hold
+    std::optional<document::content_state> committed;
+    std::optional<snapshot> current;
+    std::vector<part> parts; ///< of the current one, that are not written yet; the last is next
+};
+
+} // namespace recovery

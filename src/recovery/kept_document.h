@@ -1,0 +1,46 @@
+#pragma once
+#include "document/own_files.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace recovery {
+
+using text_table = std::map<std::string, std::string>;
+
+/// One image of a kept document.
+struct kept_image {
+    std::string declaration; ///< as `SPMDataStream::description()`
+    text_table texts;
+    std::string file; ///< beside the manifest, with the samples; empty: they are those of an image of `source`
+    std::uint32_t fileImage = 0; ///< its position there
+    std::uint64_t bytes = 0;     ///< of samples
+};
+
+/// What was kept of a document: all but samples.
+struct kept_document {
+    std::int64_t time = 0; ///< of the last change, microseconds since 1970
+    std::wstring title;
+    std::wstring path;                                ///< where it is saved; empty: nowhere yet
+    std::optional<document::own_files::entry> source; ///< the file that it was read from or written to last
+    text_table texts;
+    std::vector<kept_image> images;
+};
+
+constexpr const char* manifestName = "manifest";
+
+/// Little-endian: "VLKEPT1\n", the fields in order with a 32-bit length before each text and list, and the CRC-32 of
+/// all that.
+std::vector<std::byte> encode(const kept_document& kept);
+/// Nothing for bytes that `encode` has not made, or of which some are missing or changed.
+std::optional<kept_document> decode(std::span<const std::byte> bytes);
+/// The manifest in a folder; nothing where there is no good one.
+std::optional<kept_document> read_manifest(const std::filesystem::path& folder);
+
+} // namespace recovery

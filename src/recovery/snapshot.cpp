@@ -1,0 +1,54 @@
+#include "recovery/snapshot.h"
+
+#include "document/StorageDoc.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace recovery {
+
+namespace {
+
+constexpr unsigned documentTable = unsigned(-1);
+
+std::int64_t now()
+{
+    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+kept_image image_of(const CStorageDoc& document, unsigned image)
+{
+    return {.declaration = document.getImage(image).description().c_str(),
+            .texts = document.strings(image),
+            .file = {},
+            .fileImage = 0,
+            .bytes = document.GetDataSize(image)};
+}
+
+} // namespace
+
+snapshot take_snapshot(const CStorageDoc& document)
+{
+    snapshot taken;
+    taken.state = document.contentState();
+    taken.kept.time = now();
+    taken.kept.title = document.GetTitle();
+    taken.kept.path = document.GetPathName();
+    taken.kept.texts = document.strings(documentTable);
+    const auto* const source = document.storedFile();
+    if (source) taken.kept.source = *source;
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
+        kept_image& image = taken.kept.images.emplace_back(image_of(document, i));
+        taken.isInSource.push_back(false);
+        if (!source || !document.storedState()) continue;
+        const auto& stored = document.storedState()->images;
+        const auto found = std::ranges::find(stored, taken.state.images[i]);
+        if (found == stored.end()) continue;
+        image.fileImage = static_cast<std::uint32_t>(found - stored.begin());
+        taken.isInSource.back() = true;
+    }
+    return taken;
+}
+
+} // namespace recovery

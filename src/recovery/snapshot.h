@@ -1,0 +1,19 @@
+#pragma once
+#include "document/content_state.h"
+#include "recovery/kept_document.h"
+
+class CStorageDoc;
+
+namespace recovery {
+
+/// What has to be kept of a document as it is at one moment. Holds texts, but no samples.
+struct snapshot {
+    document::content_state state;
+    /// Images that stand in the document's file as they are refer to it; the others have no `file` yet.
+    kept_document kept;
+    std::vector<bool> isInSource; ///< by image
+};
+
+snapshot take_snapshot(const CStorageDoc& document);
+
+} // namespace recovery

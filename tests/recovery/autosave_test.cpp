@@ -1,0 +1,215 @@
+#include "recovery_fixture.h"
+
+#include <chrono>
+#include <set>
+#include <thread>
+
+namespace {
+
+class AutosaveTest : public RecoveryTest {
+protected:
+    AutosaveTest() { saveThree(document); }
+    void step() { copies->step({&document}); }
+    std::filesystem::path onlyCopy() const
+    {
+        std::filesystem::path found;
+        for (const auto& session : std::filesystem::directory_iterator(state() / "sessions"))
+            for (const auto& entry : std::filesystem::directory_iterator(session))
+                if (entry.is_directory()) found = entry.path();
+        return found;
+    }
+    std::uintmax_t sampleBytes() const
+    {
+        std::uintmax_t sum = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(onlyCopy()))
+            if (entry.path().filename() != "manifest") sum += entry.file_size();
+        return sum;
+    }
+
+    /// Of an image in the copy, as soon as there is one.
+    std::optional<short> keptValue(unsigned image) const
+    {
+        std::optional<recovery::kept_document> kept;
+        for (int tries = 0; tries < 500 && !kept; ++tries) {
+            kept = recovery::read_manifest(onlyCopy());
+            if (!kept) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        CStorageDoc restored;
+        if (kept) recovery::restore(restored, *kept, onlyCopy());
+        return image < restored.getImagesNumber() ? value_of(restored, image) : std::nullopt;
+    }
+
+    CStorageDoc document;
+    std::unique_ptr<recovery::autosave> copies = std::make_unique<recovery::autosave>(state());
+};
+
+TEST_F(AutosaveTest, WritesChangedImagesOnlyAndNothingForWhatIsInItsFile)
+{
+    step();
+    EXPECT_TRUE(onlyCopy().empty());
+    fill_image(document, 1, 7);
+    step();
+    copies->finish();
+    EXPECT_EQ(sampleBytes(), 2000u) << "one of three images";
+    document.setString("note", "new", 0);
+    step();
+    copies->finish();
+    EXPECT_EQ(sampleBytes(), 2000u) << "texts stand in the manifest";
+    document.undo(1);
+    document.clearStrings(0);
+    fill_image(document, 2, 8);
+    step();
+    copies->finish();
+    EXPECT_EQ(sampleBytes(), 2000u) << "image 1 is as in the file again, and its copy is gone";
+    ASSERT_TRUE(document.Save());
+    step();
+    copies->finish();
+    EXPECT_TRUE(onlyCopy().empty()) << "saved";
+}
+
+TEST_F(AutosaveTest, ALargeImageIsHandedOnInPiecesAlsoWhileWorkGoesOn)
+{
+    constexpr unsigned samples = 12u << 20; // 24 MiB: a step and a half
+    const SPMDataStream large = even_image("large", samples, 1);
+    document.AddNewImages(&large, 1);
+    ASSERT_TRUE(document.Save());
+    fill_image(document, 3, 2);
+    step();
+    EXPECT_FALSE(copies->isUpToDate());
+    fill_image(document, 3, 3); // what is half handed on is a step of the history by now
+    step();
+    EXPECT_FALSE(copies->isUpToDate()) << "the new state has only begun";
+    EXPECT_EQ(keptValue(3), 2) << "the first state was completed all the same";
+    copies->finish();
+    EXPECT_EQ(keptValue(3), 3);
+}
+
+TEST_F(AutosaveTest, WhatClosesUnsavedComesBackWhole)
+{
+    fill_image(document, 1, 7);
+    document.setString("note", "</var>\n", 1);
+    document.RemoveImage(0);
+    SPMDataStream::dimension tall;
+    tall.length = 500;
+    document.getImage(0).set_dimension(0, tall);
+    document.revalidateImage(0);
+    const std::string declaration = document.getImage(0).description().c_str();
+    copies->documentCloses(document);
+    EXPECT_EQ(document.getImagesNumber(), 0u) << "images are taken over, not copied";
+    copies.reset();
+    CStorageDoc again;
+    const auto result = restoreLatest(again);
+    EXPECT_TRUE(result.missing.empty());
+    ASSERT_EQ(again.getImagesNumber(), 2u);
+    EXPECT_STREQ(again.getImage(0).description().c_str(), declaration.c_str());
+    EXPECT_EQ(again.getSubImagesNumber(0), 2u);
+    EXPECT_EQ(value_of(again, 0), 7);
+    EXPECT_EQ(value_of(again, 1), 1) << "from the file";
+    EXPECT_STREQ(again.getString("note", 0), "</var>\n");
+    EXPECT_STREQ(again.getString("operator", unsigned(-1)), "Ada");
+    EXPECT_EQ(again.GetPathName(), path);
+    EXPECT_EQ(again.GetTitle(), L"three");
+    EXPECT_TRUE(again.isChanged());
+    EXPECT_EQ(again.ownFiles().of(path), document::own_files::relation::own) << "saved without a question";
+}
+
+TEST_F(AutosaveTest, WhatClosesAsItIsInItsFileIsNotKept)
+{
+    fill_image(document, 0, 9);
+    step();
+    document.undo(0);
+    copies->documentCloses(document);
+    copies.reset();
+    EXPECT_TRUE(recovery::closed_documents(state() / "closed").list().empty());
+    EXPECT_FALSE(std::filesystem::exists(state() / "sessions") && !std::filesystem::is_empty(state() / "sessions"));
+}
+
+TEST_F(AutosaveTest, ARevertThatFailsLosesNothingEither)
+{
+    fill_image(document, 1, 7);
+    step();
+    copies->finish();
+    std::filesystem::copy_file(folder / "three.spm", folder / "kept.spm");
+    write_file(folder / "three.spm", "damaged");
+    EXPECT_THROW(document.Revert(), CException);
+    ASSERT_EQ(document.getImagesNumber(), 0u);
+    step();
+    copies.reset();
+    std::filesystem::rename(folder / "kept.spm", folder / "three.spm");
+    CStorageDoc again;
+    EXPECT_TRUE(restoreLatest(again).missing.empty());
+    ASSERT_EQ(again.getImagesNumber(), 3u);
+    EXPECT_EQ(value_of(again, 1), 7);
+}
+
+TEST_F(AutosaveTest, ImagesWhoseFileHasGoneAreNamedAndTheOthersComeBack)
+{
+    fill_image(document, 1, 7);
+    copies->documentCloses(document);
+    copies.reset();
+    std::filesystem::remove(folder / "three.spm");
+    CStorageDoc again;
+    const auto result = restoreLatest(again);
+    ASSERT_EQ(result.missing.size(), 2u);
+    EXPECT_NE(result.missing[0].find("three.spm"), std::string::npos);
+    ASSERT_EQ(again.getImagesNumber(), 1u);
+    EXPECT_EQ(value_of(again, 0), 7);
+}
+
+TEST_F(AutosaveTest, ACopyThatCannotBeWrittenIsToldAndBegunAnew)
+{
+    fill_image(document, 1, 7);
+    step();
+    copies->finish();
+    const std::filesystem::path first = onlyCopy();
+    std::filesystem::rename(first, folder / "elsewhere");
+    write_file(first, "in the way");
+    fill_image(document, 1, 8);
+    step();
+    copies->finish();
+    EXPECT_NE(copies->takeError(), "");
+    std::filesystem::remove(first);
+    std::filesystem::rename(folder / "elsewhere", first);
+    fill_image(document, 1, 9);
+    step();
+    copies->finish();
+    EXPECT_EQ(copies->takeError(), "");
+    EXPECT_FALSE(std::filesystem::exists(first)) << "only when there is a better one";
+    EXPECT_EQ(keptValue(1), 9);
+}
+
+TEST_F(AutosaveTest, ClosedDocumentsAreBoundedInNumberAndSize)
+{
+    constexpr std::size_t surplus = 3;
+    for (std::size_t i = 0; i < recovery::closed_documents::maxDocuments + surplus; ++i) {
+        CStorageDoc each;
+        ASSERT_TRUE(each.OnOpenDocument(path.c_str()));
+        each.SetTitle(std::to_wstring(i).c_str());
+        fill_image(each, 0, static_cast<short>(i));
+        copies->documentCloses(each);
+    }
+    copies->finish();
+    recovery::closed_documents closed(state() / "closed");
+    ASSERT_EQ(closed.list().size(), recovery::closed_documents::maxDocuments);
+    std::set<std::wstring> titles;
+    for (const auto& each : closed.list()) titles.insert(each.title);
+    EXPECT_FALSE(titles.contains(L"2")) << "the oldest go";
+    EXPECT_TRUE(titles.contains(L"3"));
+    std::uintmax_t one = 0; // they are equal but for two digits of the title
+    for (const auto& file : std::filesystem::directory_iterator(closed.list().front().folder)) one += file.file_size();
+    recovery::prune_closed(state() / "closed", 20, 2 * one + one / 2);
+    EXPECT_EQ(closed.list().size(), 2u);
+    recovery::prune_closed(state() / "closed", 20, 1);
+    EXPECT_EQ(closed.list().size(), 1u) << "the latest stays";
+}
+
+TEST_F(AutosaveTest, OnlyTheDeadAreCollectedFrom)
+{
+    fill_image(document, 0, 9);
+    step();
+    copies->finish();
+    EXPECT_TRUE(recovery::collect_from_the_dead(state() / "sessions", state() / "closed").empty());
+    EXPECT_FALSE(onlyCopy().empty()) << "this program lives";
+}
+
+} // namespace

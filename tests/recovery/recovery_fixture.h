@@ -1,0 +1,73 @@
+#pragma once
+#include "document/StorageDoc.h"
+#include "platform/WinApp.h"
+#include "recovery/autosave.h"
+#include "recovery/closed_documents.h"
+#include "recovery/restore_document.h"
+#include "support/HeadlessHost.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+/// An image of `count` 16-bit samples that are all `value`.
+inline SPMDataStream even_image(const char* id, unsigned count, short value)
+{
+    SPMDataStream stream;
+    stream.Init(id, "Height, \"rough\")", SPM_VAR_ARRAY, count, 2u);
+    stream.set_array_type(SPM_ARRAY_INT16);
+    SPMDataStream::dimension dimension;
+    dimension.length = count;
+    dimension.set_axis(0, VLAxis(1.0 / 3.0, 1e-12, "m"));
+    stream.set_dimension(0, dimension);
+    for (unsigned i = 0; i < count; ++i) static_cast<short*>(stream.array_data())[i] = value;
+    return stream;
+}
+
+/// As an operation of the program does it.
+inline void fill_image(CStorageDoc& document, unsigned image, short value)
+{
+    document.pushUndo(image, true);
+    short* const samples = static_cast<short*>(document.getImageDataS(image, 0));
+    std::fill_n(samples, document.getSubImageLength(image), value);
+    document.SetModifiedFlag(true);
+}
+
+/// The value of all samples; nothing when they differ.
+inline std::optional<short> value_of(const CStorageDoc& document, unsigned image)
+{
+    const auto* const samples = static_cast<const short*>(document.getImageDataS(image, 0));
+    for (unsigned i = 1; i < document.getSubImageLength(image); ++i)
+        if (samples[i] != samples[0]) return std::nullopt;
+    return samples[0];
+}
+
+class RecoveryTest : public testing::Test {
+protected:
+    std::filesystem::path state() const { return folder / "state"; }
+    /// Restores the latest copy of a closed document into `document`.
+    recovery::restored_document restoreLatest(CStorageDoc& restored)
+    {
+        recovery::closed_documents closed(state() / "closed");
+        if (closed.list().empty()) {
+            ADD_FAILURE() << "nothing was kept";
+            return {};
+        }
+        const auto& copy = closed.list().front().folder;
+        return recovery::restore(restored, *recovery::read_manifest(copy), copy);
+    }
+    /// A document of three images that stands in a file.
+    void saveThree(CStorageDoc& made)
+    {
+        for (const char* id : {"a", "b", "c"}) {
+            const SPMDataStream image = even_image(id, 1000, 1);
+            made.AddNewImages(&image, 1);
+        }
+        made.setString("operator", "Ada", unsigned(-1));
+        ASSERT_TRUE(made.DoSave(path.c_str(), true));
+    }
+
+    CHeadlessHost host;
+    CWinApp app{host};
+    temporary_folder folder;
+    std::wstring path = (folder / "three.spm").wstring();
+};
