@@ -17,6 +17,8 @@ enum command : unsigned {
     cmdSaveAll = 10201,
     cmdSettings = 10202,
     cmdWindows = 10204,
+    cmdFirstClosed = 10220,
+    cmdLastClosed = 10239,
     cmdOpen = 57601,
     cmdPageSetup = 57605,
     cmdFirstRecent = 57616,
@@ -24,6 +26,13 @@ enum command : unsigned {
     cmdExit = 57665,
 };
 constexpr const char* recentSection = "Recent File List";
+
+/// In menus a single "&" underlines what follows.
+std::string menu_text(std::string text)
+{
+    for (std::size_t at = 0; (at = text.find('&', at)) != std::string::npos; at += 2) text.insert(at, 1, '&');
+    return text;
+}
 
 std::string recent_key(std::size_t index) { return "File" + std::to_string(index + 1); }
 
@@ -42,6 +51,13 @@ CVldvApp::~CVldvApp()
 {
     // Frames close while settings and templates still stand.
     closeAllFrames();
+    kept.finish();
+}
+
+void CVldvApp::keepWork(const std::filesystem::path& state)
+{
+    kept.begin(state);
+    kept.offerRecovery();
 }
 
 void CVldvApp::AddToRecentFileList(const std::wstring& path)
@@ -61,6 +77,7 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
         {cmdSettings, &CVldvApp::OnSettings},
         {cmdWindows, &CVldvApp::OnWindows, &CVldvApp::OnUpdateWindows},
         {cmdExit, &CVldvApp::OnExit},
+        {cmdFirstClosed, cmdLastClosed, &CVldvApp::OnReopenClosed, &CVldvApp::OnUpdateReopenClosed},
         {cmdFirstRecent, cmdLastRecent, &CVldvApp::OnRecentFile, &CVldvApp::OnUpdateRecentFile},
     };
     if (dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui)) return true;
@@ -114,7 +131,14 @@ void CVldvApp::OnUpdateRecentFile(CCmdUI& ui)
     const std::size_t index = ui.m_nID - cmdFirstRecent;
     ui.Enable(index < recentFiles().size());
     if (index >= recentFiles().size()) return;
-    std::string path = base::narrow(recentFiles()[index]);
-    for (std::size_t at = 0; (at = path.find('&', at)) != std::string::npos; at += 2) path.insert(at, 1, '&');
-    ui.SetText(path.c_str()); // in menus a single one underlines what follows
+    ui.SetText(menu_text(base::narrow(recentFiles()[index])).c_str());
+}
+
+void CVldvApp::OnReopenClosed(unsigned id) { kept.reopen(id - cmdFirstClosed); }
+
+void CVldvApp::OnUpdateReopenClosed(CCmdUI& ui)
+{
+    const std::size_t index = ui.m_nID - cmdFirstClosed;
+    ui.Enable(index < kept.closedCount());
+    if (index < kept.closedCount()) ui.SetText(menu_text(kept.closedLabel(index)).c_str());
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "entry/global_options.h"
+#include "entry/kept_work.h"
 #include "platform/WinApp.h"
 
 /// The workstation: templates, settings and the commands that belong to no document.
@@ -14,6 +15,12 @@ public:
     /// stored
     bool mayExit();
 
+    /// From now on unsaved work is kept in this folder, and what a program left there that died is offered.
+    void keepWork(const std::filesystem::path& state);
+    /// To be called many times a second: keeps what has changed since. Takes a few milliseconds at most.
+    void stepKeeping() { kept.step(); }
+    void documentCloses(CDocument& document) override { kept.documentCloses(document); }
+
 private:
     void OnFileOpen();
     void OnQuickView();
@@ -27,5 +34,9 @@ private:
     void OnRecentFile(unsigned id);
     void OnUpdateRecentFile(CCmdUI& ui);
 
+    void OnReopenClosed(unsigned id);
+    void OnUpdateReopenClosed(CCmdUI& ui);
+
     entry::global_options settings;
+    entry::kept_work kept;
 };

@@ -12,6 +12,7 @@
 #include "host/window_places.h"
 #include "platform/paths.h"
 #include "platform/profile_store.h"
+#include "recovery/state_path.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -26,6 +27,7 @@
 namespace {
 
 constexpr int storeInterval = 2000; // milliseconds
+constexpr int keepInterval = 25;    // milliseconds; the copy of unsaved work is behind by not much more
 constexpr QSize usualSize(1280, 860);
 constexpr int endedBySystem = 128 + 15; // as shells tell of SIGTERM
 constexpr int settleTime = 1500;        // milliseconds until everything is laid out and rendered
@@ -87,6 +89,7 @@ int main(int count, char** arguments)
     for (const QString& path : options.positionalArguments())
         files.push_back(platform::full_path(platform::expanded_home(host::path_of_text(path))));
     QTimer::singleShot(0, &window, [&] {
+        app.keepWork(recovery::state_path());
         entry::open_files(app, files);
         window.rebuildMenus();
     });
@@ -101,6 +104,9 @@ int main(int count, char** arguments)
     QTimer keeper;
     QObject::connect(&keeper, &QTimer::timeout, [&profile] { profile.flush(); });
     keeper.start(storeInterval);
+    QTimer copier;
+    QObject::connect(&copier, &QTimer::timeout, [&app] { app.stepKeeping(); });
+    copier.start(keepInterval);
     if (!profile.error().empty()) machine.output(profile.error());
     const int status = QApplication::exec();
     toolkit.onFailure = nullptr;

@@ -38,6 +38,6 @@ variable_layout built_in_layout(unsigned id);
 /// \param builtIn  number of a layout in the string table
 variable_layout load_variable_layout(const std::string& file, unsigned builtIn);
 
-constexpr unsigned saveFilesLayout = 4998, optionsLayout = 4999, settingsLayout = 5000;
+constexpr unsigned saveFilesLayout = 4998, optionsLayout = 4999, settingsLayout = 5000, recoveryLayout = 5001;
 
 } // namespace platform

@@ -23,6 +23,14 @@ const char* const optionsLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
 </varlist>
 )";
 
+const char* const recoveryLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
+<varlist xmlns="http://velmira.example/vlvarlist/VarList.xsd" name="Recover unsaved work">
+<defaultvarlist left="2" top="2" width="320" height="100" parname="Document" valname="Open"/>
+<button left="2" top="106" width="60" height="14" type="ok" name="&amp;Recover"/>
+<button left="64" top="106" width="60" height="14" type="cancel" name="&amp;Later"/>
+</varlist>
+)";
+
 const char* const settingsLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
 <varlist xmlns="http://velmira.example/vlvarlist/VarList.xsd" name="Settings">
 <defaultvarlist left="2" top="2" width="246" height="120" parname="Setting" valname="Value"/>

@@ -4,3 +4,4 @@
 extern const char* const saveFilesLayoutText;
 extern const char* const optionsLayoutText;
 extern const char* const settingsLayoutText; ///< 5000
+extern const char* const recoveryLayoutText; ///< 5001

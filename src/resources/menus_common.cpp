@@ -12,6 +12,8 @@ constexpr menu_row mainFile[] = {
     item(1, 57605, "Page Set&up..."),
     separator(1),
     dynamic(1, 57616, 57631), // recent files
+    popup(1, "R&eopen Closed"),
+    dynamic(2, 10220, 10239), // unsaved when they were closed
     separator(1),
     item(1, 57665, "E&xit"),
 };
@@ -37,6 +39,8 @@ constexpr menu_row file[] = {
     item(1, 57607, "&Print...", "Ctrl+P"),
     separator(1),
     dynamic(1, 57616, 57631),
+    popup(1, "R&eopen Closed"),
+    dynamic(2, 10220, 10239), // unsaved when they were closed
     separator(1),
     item(1, 57665, "E&xit"),
 };

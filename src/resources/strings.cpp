@@ -85,6 +85,7 @@ const string_row stringTable[] = {
     {4998, saveFilesLayoutText},
     {4999, optionsLayoutText},
     {5000, settingsLayoutText}, // the program's own
+    {5001, recoveryLayoutText},
 
     {6001, "Select rectangular region\nRectangular selection"},
     {6002, "Select elliptic region\nElliptic selection"},

@@ -67,6 +67,7 @@ desktop::desktop(const QString& folder, const QStringList& files)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", folder);
     environment.insert("XDG_DATA_HOME", folder);
+    environment.insert("XDG_STATE_HOME", folder); // or one test recovers what another has left
     environment.insert("QT_SCALE_FACTOR", "1");
     program.setProcessEnvironment(environment);
     program.setProcessChannelMode(QProcess::ForwardedChannels);

@@ -1,0 +1,140 @@
+#include "entry/kept_work.h"
+
+#include "base/text.h"
+#include "document/StorageDocTemplate.h"
+#include "platform/VarListDlg.h"
+#include "platform/WinApp.h"
+#include "platform/paths.h"
+#include "recovery/restore_document.h"
+#include "vldv.h"
+
+#include <ctime>
+
+namespace entry {
+
+namespace {
+
+/// "scan.top (/data/scan.top.spm, 2024-03-01 14:05)"
+std::string label_of(const std::wstring& title, const std::wstring& path, std::int64_t microseconds)
+{
+    const std::time_t time = static_cast<std::time_t>(microseconds / 1'000'000);
+    std::tm parts{};
+    char when[32] = "";
+    if (localtime_r(&time, &parts)) std::strftime(when, sizeof when, "%Y-%m-%d %H:%M", &parts);
+    const std::string place = path.empty() ? "" : base::narrow(path) + ", ";
+    return base::narrow(title) + " (" + place + when + ")";
+}
+
+std::vector<CStorageDoc*> open_documents(const CWinApp& app)
+{
+    std::vector<CStorageDoc*> found;
+    for (const CDocTemplate* maker : app.docTemplates())
+        for (const std::unique_ptr<CDocument>& each : maker->documents())
+            if (auto* const document = dynamic_cast<CStorageDoc*>(each.get())) found.push_back(document);
+    return found;
+}
+
+void warn(const std::string& text)
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().messageBox(text, message_icon::warning);
+}
+
+/// Which of the copies the user wants to have open.
+std::vector<std::filesystem::path> chosen_copies(const std::vector<std::filesystem::path>& found)
+{
+    std::vector<SPMVar> rows(found.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto kept = recovery::read_manifest(found[i]);
+        const std::string label = kept ? label_of(kept->title, kept->path, kept->time) : found[i].native();
+        rows[i].Init(("document" + std::to_string(i)).c_str(), label.c_str(), SPM_VAR_BOOLEAN);
+        rows[i] = 1.0;
+    }
+    SPMVarList list;
+    list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
+    CVarListDlg dialog;
+    dialog.CreateModalDlg(&list, nullptr, platform::recoveryLayout, nullptr);
+    dialog.setAcceptTip("Opens the chosen documents as they were; the others stay in File, Reopen Closed");
+    std::vector<std::filesystem::path> chosen;
+    if (dialog.DoModal() != CVarListDlg::resultOk) return chosen;
+    for (std::size_t i = 0; i < found.size(); ++i)
+        if (list.get_var(static_cast<unsigned>(i))) chosen.push_back(found[i]);
+    return chosen;
+}
+
+} // namespace
+
+void kept_work::begin(const std::filesystem::path& state)
+{
+    if (state.empty()) return;
+    sessions = state / "sessions";
+    try {
+        copies = std::make_unique<recovery::autosave>(state);
+        closed = std::make_unique<recovery::closed_documents>(copies->closedFolder());
+    } catch (const std::exception& failure) {
+        copies.reset();
+        AfxGetApp()->host().output(std::string("Unsaved work is not kept: ") + failure.what());
+    }
+}
+
+void kept_work::step()
+{
+    CWinApp* const app = AfxGetApp();
+    if (!copies || !app) return;
+    copies->step(open_documents(*app));
+    if (const std::string failure = copies->takeError(); !failure.empty())
+        app->host().output("Unsaved work could not be kept: " + failure);
+}
+
+void kept_work::documentCloses(CDocument& document)
+{
+    auto* const storage = dynamic_cast<CStorageDoc*>(&document);
+    if (copies && storage) copies->documentCloses(*storage);
+}
+
+void kept_work::offerRecovery()
+{
+    if (!copies) return;
+    const auto found = recovery::collect_from_the_dead(sessions, copies->closedFolder());
+    if (found.empty()) return;
+    for (const std::filesystem::path& folder : chosen_copies(found)) openCopy(folder);
+}
+
+std::size_t kept_work::closedCount() { return closed ? closed->list().size() : 0; }
+
+std::string kept_work::closedLabel(std::size_t index)
+{
+    const recovery::closed_document& document = closed->list().at(index);
+    return label_of(document.title, document.path, document.time);
+}
+
+void kept_work::reopen(std::size_t index)
+{
+    if (index >= closedCount()) return;
+    openCopy(std::filesystem::path(closed->list()[index].folder));
+}
+
+void kept_work::openCopy(const std::filesystem::path& folder)
+{
+    const auto kept = recovery::read_manifest(folder);
+    const std::filesystem::path taken = kept ? copies->takeCopy(folder) : std::filesystem::path();
+    if (taken.empty()) return warn("This document is not kept any more; another program may have opened it.");
+    const CWaitCursor wait;
+    auto* const document = dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.CreateNewDocument());
+    if (!document) return;
+    auto restored = recovery::restore(*document, *kept, taken);
+    std::string problem = base::narrow(kept->title) + " is not complete:";
+    for (const std::string& reason : restored.missing) problem += "\n" + reason;
+    if (!restored.missing.empty()) warn(problem);
+    vldvSurfaceTemplate.setOpeningImage(0);
+    const bool isShown = vldvSurfaceTemplate.CreateFr(kept->path.c_str(), true, document);
+    if (isShown && restored.missing.empty()) return copies->adopt(*document, taken, std::move(restored.files));
+    std::error_code error; // another time the rest may be there again
+    std::filesystem::rename(taken, folder, error);
+}
+
+void kept_work::finish()
+{
+    if (copies) copies->finish();
+}
+
+} // namespace entry

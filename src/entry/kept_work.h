@@ -1,0 +1,39 @@
+#pragma once
+#include "recovery/autosave.h"
+#include "recovery/closed_documents.h"
+
+#include <memory>
+#include <string>
+
+class CDocument;
+
+namespace entry {
+
+/// The user's unsaved work outside of the program: copies of what is open, and what was closed to be opened again.
+class kept_work {
+public:
+    /// Begins to keep copies in the state folder. Where that is impossible the output pane says why.
+    void begin(const std::filesystem::path& state);
+    /// Many times a second.
+    void step();
+    void documentCloses(CDocument& document);
+    /// Offers what a program had open and modified that died. What the user does not want stays among the closed ones.
+    void offerRecovery();
+
+    /// Closed documents, the latest first.
+    std::size_t closedCount();
+    std::string closedLabel(std::size_t index);
+    /// Opens one of them again, as it was.
+    void reopen(std::size_t index);
+    /// Returns when all is written.
+    void finish();
+
+private:
+    void openCopy(const std::filesystem::path& folder);
+
+    std::unique_ptr<recovery::autosave> copies; ///< null: nothing is kept
+    std::unique_ptr<recovery::closed_documents> closed;
+    std::filesystem::path sessions;
+};
+
+} // namespace entry

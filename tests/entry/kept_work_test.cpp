@@ -1,0 +1,161 @@
+// What was not saved is opened again: after closing, and after the program died.
+#include "entry_fixture.h"
+
+#include <chrono>
+#include <csignal>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+constexpr unsigned cmdSave = 57603, cmdFirstClosed = 10220;
+
+class KeptWorkTest : public EntryTest {
+protected:
+    std::filesystem::path state() const { return folder / "state"; }
+    CStorageDoc& opened(const std::wstring& path)
+    {
+        CDocument* const made = app->OpenDocumentFile(path.c_str());
+        EXPECT_NE(made, nullptr);
+        app->setActiveFrame(app->frames().back().get());
+        return dynamic_cast<CStorageDoc&>(*made);
+    }
+    void change(CStorageDoc& changed, short to)
+    {
+        changed.pushUndo(0, true);
+        changed.getDataPoint2S(0, 1, 1, 0) = to;
+    }
+    /// Text of the closed document at this place of the menu; empty when there is none.
+    std::string closedText(unsigned index = 0)
+    {
+        CCmdUI ui{.m_nID = cmdFirstClosed + index};
+        EXPECT_TRUE(app->OnCmdMsg(ui.m_nID, &ui));
+        EXPECT_EQ(ui.enabled, ui.text.has_value());
+        return ui.text.value_or("");
+    }
+    /// Waits for the writer.
+    template <class Condition>
+    bool comes(const Condition& condition)
+    {
+        for (int i = 0; i < 500; ++i) {
+            app->stepKeeping();
+            if (condition()) return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return false;
+    }
+    bool isKept()
+    {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(state() / "sessions"))
+            if (entry.path().filename() == "manifest") return true;
+        return false;
+    }
+    /// Another program that changes the document and is killed.
+    void runAndKill(const std::wstring& path, short value)
+    {
+        const pid_t child = fork();
+        if (child == 0) {
+            app->keepWork(state());
+            change(opened(path), value);
+            if (!comes([this] { return isKept(); })) _exit(1);
+            kill(getpid(), SIGKILL);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status));
+    }
+};
+
+TEST_F(KeptWorkTest, WhatClosedUnsavedIsReopenedAsItWas)
+{
+    app->keepWork(state());
+    EXPECT_EQ(closedText(), "");
+    const std::wstring path = surface("a & b.spm");
+    change(opened(path), 77);
+    app->frames()[0]->DestroyFrame();
+    host.pump();
+    ASSERT_TRUE(comes([this] { return closedText() != ""; }));
+    EXPECT_EQ(closedText().find("a && b (" + (folder / "a && b.spm").string() + ", 20"), 0u) << closedText();
+    EXPECT_EQ(closedText(1), "");
+
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
+    EXPECT_EQ(app->frames()[0]->GetWindowText()[0], L'*');
+    EXPECT_EQ(closedText(), "") << "it is open";
+    app->setActiveFrame(app->frames()[0].get());
+    app->routeCommand(cmdSave, nullptr);
+    EXPECT_TRUE(host.questions.empty()) << "its own file";
+    EXPECT_FALSE(document().isChanged());
+    app->frames()[0]->DestroyFrame();
+    host.pump();
+    EXPECT_TRUE(comes([this] { return !isKept(); })) << "saved: nothing is left to keep";
+    EXPECT_EQ(closedText(), "");
+}
+
+TEST_F(KeptWorkTest, LeavingTheProgramKeepsWhatWasNotTicked)
+{
+    app->keepWork(state());
+    change(opened(surface("a.spm")), 77);
+    host.onDialog = [](CVarListDlg& dialog) {
+        dialog.press(dialog.layout().buttons[1]); // deselect all
+        dialog.EndDialog(CVarListDlg::resultOk);
+    };
+    EXPECT_TRUE(app->mayExit());
+    app.reset();
+    app = std::make_unique<CVldvApp>(host);
+    app->keepWork(state());
+    EXPECT_NE(closedText(), "");
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
+}
+
+TEST_F(KeptWorkTest, WhatAKilledProgramHadOpenIsOffered)
+{
+    runAndKill(surface("a.spm"), 77);
+    bool isOffered = false;
+    host.onDialog = [&](CVarListDlg& dialog) {
+        isOffered = true;
+        EXPECT_EQ(dialog.layout().title, "Recover unsaved work");
+        ASSERT_EQ(dialog.rowCount(), 1u);
+        EXPECT_EQ(std::string(dialog.row(0).get_description()).substr(0, 3), "a (");
+        EXPECT_TRUE(static_cast<bool>(dialog.row(0)));
+        dialog.EndDialog(CVarListDlg::resultOk);
+    };
+    app->keepWork(state());
+    ASSERT_TRUE(isOffered);
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
+    EXPECT_TRUE(document().isChanged());
+    change(document(), 78); // the copy goes on from where it was
+    app->frames()[0]->DestroyFrame();
+    host.pump();
+    ASSERT_TRUE(comes([this] { return closedText() != ""; }));
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 78);
+}
+
+TEST_F(KeptWorkTest, WhatIsNotWantedAtOnceStaysToBeReopened)
+{
+    runAndKill(surface("a.spm"), 77);
+    host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultCancel); };
+    app->keepWork(state());
+    EXPECT_TRUE(app->frames().empty());
+    ASSERT_NE(closedText(), "");
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
+}
+
+TEST_F(KeptWorkTest, WithoutAStateFolderThereIsAWordAndTheProgramGoesOn)
+{
+    write_file(folder / "state", "a file");
+    app->keepWork(state());
+    ASSERT_EQ(host.outputLines.size(), 1u);
+    EXPECT_EQ(host.outputLines[0].find("Unsaved work is not kept: "), 0u);
+    change(opened(surface("a.spm")), 77);
+    app->stepKeeping();
+    EXPECT_EQ(closedText(), "");
+}
+
+} // namespace
