@@ -189,6 +189,18 @@ INSTANTIATE_TEST_SUITE_P(Answers, OpeningARecording,
                                          open_case{"Escape", none, nullptr}),
                          [](const auto& each) { return each.param.name; });
 
+TEST_F(SavingTest, RevertingARecordingDoesNotLeadToAnEarlierResult)
+{
+    const std::wstring path = recording("a.txt");
+    surface("a.txt.spm");
+    host.answers = {second};
+    CStorageDoc& changed = opened(path);
+    changeSample(changed, 7);
+    app->routeCommand(10025, nullptr);
+    EXPECT_EQ(changed.getFileName(), L"a.txt");
+    EXPECT_FALSE(changed.isChanged());
+}
+
 TEST_F(SavingTest, SeveralRecordingsAreAskedForOnce)
 {
     for (const char* name : {"a.txt.spm", "b.txt.spm"}) surface(name);
