@@ -403,7 +403,7 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
     viewAt(0)->selected = {{36, 1, SELECTION_RECTANGLE, {0, 0, 3, 1, 0, 0}}};
     viewAt(0)->OnCmdMsg(10151, nullptr);
     EXPECT_EQ(surfaces.documents().back()->GetTitle(), L"Copy 2 of a (selection)");
-    EXPECT_EQ(app.frames().back()->GetWindowText().substr(0, 24), L"Copy 2 of a (selection)[");
+    EXPECT_EQ(app.frames().back()->GetWindowText().substr(0, 25), L"*Copy 2 of a (selection)[");
     EXPECT_EQ(host.statusText, L"Only the selected part is in the copy: 3 x 1 of 4 x 3 samples");
     SPMDataStream cropped;
     CImageView::copy_image(cropped, *viewAt(0));
