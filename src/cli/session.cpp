@@ -141,6 +141,7 @@ void session::forEachDocument(const std::function<void(CStorageDoc&, const std::
             if (onFailure) onFailure(inputs[i], failure);
         }
         progress.advance();
+        while (host.interfaceQueue()->runNext()) continue; // what other threads asked for meanwhile
     }
     progress.clear();
     tellPassedOver();

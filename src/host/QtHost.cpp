@@ -40,9 +40,14 @@ QWidget* prompt_parent(QWidget* main)
 
 } // namespace
 
-CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(host::make_clipboard()), display(host::make_screen()) {}
+CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(host::make_clipboard()), display(host::make_screen())
+{
+    interfaceQueue()->open(
+        [this] { QMetaObject::invokeMethod(this, [this] { interfaceQueue()->runNext(); }, Qt::QueuedConnection); });
+}
 
-CQtHost::~CQtHost() = default;
+// First the queue: other threads wake this object.
+CQtHost::~CQtHost() { interfaceQueue()->close(); }
 
 void CQtHost::messageBox(const std::string& text, message_icon icon)
 {
@@ -236,11 +241,13 @@ int CQtHost::systemDpi() const
 void CQtHost::waitCursor(bool on)
 {
     if (on) {
+        interfaceQueue()->hold(); // progress delivers events, and what is read may be half there
         reading.begin();
         QApplication::setOverrideCursor(Qt::WaitCursor);
     } else {
         reading.end(); // first: it has a cursor of its own on top
         QApplication::restoreOverrideCursor();
+        interfaceQueue()->resume();
     }
 }
 

@@ -109,6 +109,7 @@ int main(int count, char** arguments)
     copier.start(keepInterval);
     if (!profile.error().empty()) machine.output(profile.error());
     const int status = QApplication::exec();
+    machine.interfaceQueue()->close();
     toolkit.onFailure = nullptr;
     keep();
     app.closeAllFrames();

@@ -3,11 +3,13 @@
 #include "platform/Clipboard.h"
 #include "platform/Screen.h"
 #include "platform/WindowPeer.h"
+#include "platform/interface_queue.h"
 #include "resources/menus.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -119,7 +121,7 @@ struct print_job {
 /// The machine as the logic sees it. One host lives for the whole program; see `CWinApp`.
 class IHost {
 public:
-    virtual ~IHost() = default;
+    virtual ~IHost() { queue->close(); }
     virtual IProfile& profile() = 0;
     virtual void messageBox(const std::string& text, message_icon icon) = 0;
     /// The path that the user chose, or nothing when the dialog was cancelled.
@@ -172,4 +174,13 @@ public:
     /// Told as often as the task likes; the host decides when it is worth showing.
     /// \return false when the user cancelled
     virtual bool progress(double /*done*/) { return true; }
+
+    /// Runs `work` on the interface thread between two events, in the order of the calls; from any thread, which does
+    /// not wait. \return false when the program is ending: it will not run
+    bool runOnInterfaceThread(std::function<void()> work) { return queue->post(std::move(work)); }
+    /// Behind it; a thread that may outlive the host keeps it and asks it in place of the host.
+    const std::shared_ptr<platform::interface_queue>& interfaceQueue() const noexcept { return queue; }
+
+private:
+    std::shared_ptr<platform::interface_queue> queue = std::make_shared<platform::interface_queue>();
 };

@@ -150,6 +150,7 @@ public:
             sizeEvents.erase(sizeEvents.begin());
             if (windowOf(*resized).takesNewSize()) resized->OnSize(resized->GetClientRect().Size());
         }
+        while (interfaceQueue()->runNext()) continue;
         if (CWinApp* const app = AfxGetApp()) app->freeClosed();
     }
     static HeadlessWindow& windowOf(const CWnd& logic) { return *static_cast<HeadlessWindow*>(logic.getPeer()); }
