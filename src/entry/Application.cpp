@@ -86,6 +86,23 @@ bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
     return scale && scale->OnCmdMsg(id, ui);
 }
 
+bool CVldvApp::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
+{
+    const auto append = [&](const std::string& label) {
+        items.push_back({.id = first + static_cast<unsigned>(items.size()), .text = menu_text(label)});
+    };
+    if (first == cmdFirstRecent) {
+        for (const std::wstring& path : recentFiles()) append(base::narrow(path));
+        return true;
+    }
+    if (first == cmdFirstClosed) {
+        for (std::size_t i = 0; i < kept.closedCount(); ++i) append(kept.closedLabel(i));
+        return true;
+    }
+    CScale* const scale = CScale::GetStaticScale();
+    return scale && scale->AppendMenuItems(first, items);
+}
+
 bool CVldvApp::mayExit() { return entry::save_documents(nullptr, true) == entry::save_outcome::done; }
 
 void CVldvApp::OnFileOpen() { VldvOpenDocument(1); }
@@ -130,8 +147,6 @@ void CVldvApp::OnUpdateRecentFile(CCmdUI& ui)
 {
     const std::size_t index = ui.m_nID - cmdFirstRecent;
     ui.Enable(index < recentFiles().size());
-    if (index >= recentFiles().size()) return;
-    ui.SetText(menu_text(base::narrow(recentFiles()[index])).c_str());
 }
 
 void CVldvApp::OnReopenClosed(unsigned id) { kept.reopen(id - cmdFirstClosed); }
@@ -140,5 +155,4 @@ void CVldvApp::OnUpdateReopenClosed(CCmdUI& ui)
 {
     const std::size_t index = ui.m_nID - cmdFirstClosed;
     ui.Enable(index < kept.closedCount());
-    if (index < kept.closedCount()) ui.SetText(menu_text(kept.closedLabel(index)).c_str());
 }

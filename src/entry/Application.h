@@ -10,6 +10,7 @@ public:
     ~CVldvApp() override;
 
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
     void AddToRecentFileList(const std::wstring& path) override;
     /// Offers to save what was changed. \return false when the program is to go on: cancelled, or something was not
     /// stored

@@ -1,5 +1,6 @@
 #include "host/MainWindow.h"
 
+#include "base/text.h"
 #include "document/StorageDocTemplate.h"
 #include "document/examples.h"
 #include "entry/Application.h"
@@ -10,6 +11,7 @@
 #include "host/QtPaletteBar.h"
 #include "host/StartPage.h"
 #include "host/about.h"
+#include "host/command_door.h"
 #include "host/path_text.h"
 #include "host/qt_toolbar.h"
 #include "host/tiling.h"
@@ -103,7 +105,8 @@ void CMainWindow::addOutput(const QString& line)
 
 bool CMainWindow::route(unsigned id, CCmdUI* ui)
 {
-    const bool handled = app.routeCommand(id, ui) || ownCommand(id, ui);
+    const auto send = [&] { return app.routeCommand(id, ui) || ownCommand(id, ui); };
+    const bool handled = ui ? send() : host::run_command(id, send);
     if (!ui) QTimer::singleShot(freeInterval, this, [this] { app.freeClosed(); });
     return handled;
 }
@@ -158,12 +161,19 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
     const std::size_t index = id - cmdFirstWindow;
     if (id < cmdFirstWindow || index >= app.frames().size()) return false;
     CFrameWnd& frame = *app.frames()[index];
-    if (ui) {
-        ui->SetText(QString::fromStdWString(frame.GetWindowText()).replace('&', "&&").toUtf8().constData());
+    if (ui)
         ui->SetCheck(&frame == active);
-    } else {
+    else
         frame.ActivateFrame();
-    }
+    return true;
+}
+
+bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
+{
+    if (first != cmdFirstWindow) return app.routeMenuItems(first, items);
+    for (const std::unique_ptr<CFrameWnd>& frame : app.frames())
+        items.push_back({.id = first + static_cast<unsigned>(items.size()),
+                         .text = menu_text(base::narrow(frame->GetWindowText()))});
     return true;
 }
 
@@ -206,24 +216,25 @@ void CMainWindow::rebuildMenus()
 {
     const CFrameWnd* const active = app.activeFrame();
     shownMenu = active && active->menuId() ? active->menuId() : mainMenu;
-    host::fill_menu_bar(*menuBar(), menu_resource(shownMenu),
-                        [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    host::fill_menu_bar(
+        *menuBar(), menu_resource(shownMenu),
+        {.route = [this](unsigned id, CCmdUI* ui) { return route(id, ui); },
+         .items = [this](unsigned first, std::vector<menu_item>& items) { return menuItems(first, items); }});
     rebuildTools();
 }
 
 void CMainWindow::rebuildTools()
 {
     const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
-    tools->clear();
+    host::clear_toolbar(*tools);
     host::size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
     // All of them, so that the palette stays where it is.
     host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get(), host::unhandled::disabled);
     // The view's own tools stand here unless its frame has them.
-    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || shownMenu == mainMenu ||
-        toolbar_resource(shownMenu).empty())
-        return;
-    tools->addSeparator();
+    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || shownMenu == mainMenu) return;
+    if (!toolbar_resource(shownMenu).empty()) tools->addSeparator();
     host::fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
+    if (CFrameWnd* const active = app.activeFrame()) host::add_buttons(*tools, active->addedButtons(), toHandler);
 }
 
 void CMainWindow::showHelp()
@@ -294,5 +305,5 @@ void CMainWindow::dropEvent(QDropEvent* event)
     std::vector<std::wstring> paths;
     for (const QUrl& url : event->mimeData()->urls())
         if (url.isLocalFile()) paths.push_back(host::path_of_url(url));
-    entry::open_files(app, paths);
+    host::run_named("Open", [&] { entry::open_files(app, paths); });
 }

@@ -35,6 +35,7 @@ protected:
 
 private:
     bool ownCommand(unsigned id, CCmdUI* ui);
+    bool menuItems(unsigned first, std::vector<menu_item>& items);
     void onActivated(QMdiSubWindow* window);
     void tile(bool vertically);
     void installShortcuts();

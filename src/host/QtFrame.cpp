@@ -1,5 +1,6 @@
 #include "host/QtFrame.h"
 
+#include "host/command_door.h"
 #include "host/qt_toolbar.h"
 #include "platform/WinApp.h"
 #include "view/ChildFrame.h"
@@ -127,11 +128,12 @@ void CQtFrame::placeStrips()
     tools->setGeometry(0, tabs->isHidden() ? 0 : CSubimgSwitch::height, widget->width(), tools->sizeHint().height());
 }
 
-int CQtFrame::setToolbar(unsigned id, bool large)
+int CQtFrame::setToolbar(unsigned id, bool large, const std::vector<toolbar_button>& added)
 {
-    tools->clear();
+    host::clear_toolbar(*tools);
     host::size_toolbar(*tools, large);
     host::fill_toolbar(*tools, toolbar_resource(id), ownRoute(), nullptr);
+    host::add_buttons(*tools, added, ownRoute());
     tools->setVisible(!tools->actions().isEmpty());
     placeStrips();
     return tools->isHidden() ? 0 : tools->sizeHint().height();
@@ -147,7 +149,8 @@ std::function<bool(unsigned, CCmdUI*)> CQtFrame::ownRoute()
 {
     return [this](unsigned id, CCmdUI* ui) {
         CWinApp* const app = AfxGetApp();
-        return logic.OnCmdMsg(id, ui) || (app && app->OnCmdMsg(id, ui));
+        const auto send = [&] { return logic.OnCmdMsg(id, ui) || (app && app->OnCmdMsg(id, ui)); };
+        return ui ? send() : host::run_command(id, send);
     };
 }
 

@@ -22,7 +22,7 @@ public:
     void show(bool on) override;
     void bringToFront() override;
     void setTabs(const std::vector<std::wstring>& names, int selected, bool visible) override;
-    int setToolbar(unsigned id, bool large) override;
+    int setToolbar(unsigned id, bool large, const std::vector<toolbar_button>& added) override;
     /// Shows the state that commands have now.
     void refreshTools();
     QMdiSubWindow* subWindow() const noexcept { return sub; }

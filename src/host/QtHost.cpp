@@ -11,6 +11,7 @@
 #include "host/QtScreen.h"
 #include "host/VariableDialog.h"
 #include "host/WindowsDialog.h"
+#include "host/command_door.h"
 #include "host/file_dialog.h"
 #include "host/path_text.h"
 #include "host/preview_pane.h"
@@ -173,7 +174,14 @@ void CQtHost::quit()
 void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CCmdTarget& target)
 {
     CQtMenu menu(main);
-    host::fill_menu(menu, rows, [&](unsigned id, CCmdUI* ui) { return target.OnCmdMsg(id, ui); });
+    const auto route = [&](unsigned id, CCmdUI* ui) {
+        const auto send = [&] { return target.OnCmdMsg(id, ui); };
+        return ui ? send() : host::run_command(id, send);
+    };
+    const auto supply = [&](unsigned first, std::vector<menu_item>& items) {
+        return target.AppendMenuItems(first, items);
+    };
+    host::fill_menu(menu, rows, {.route = route, .items = supply});
     if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
 }
 

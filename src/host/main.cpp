@@ -6,6 +6,7 @@
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
 #include "host/WorkstationApp.h"
+#include "host/command_door.h"
 #include "host/paint/qt_fonts.h"
 #include "host/path_text.h"
 #include "host/termination.h"
@@ -90,7 +91,7 @@ int main(int count, char** arguments)
         files.push_back(platform::full_path(platform::expanded_home(host::path_of_text(path))));
     QTimer::singleShot(0, &window, [&] {
         app.keepWork(recovery::state_path());
-        entry::open_files(app, files);
+        host::run_named("Open", [&] { entry::open_files(app, files); });
         window.rebuildMenus();
     });
     const QString picture =

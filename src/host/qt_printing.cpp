@@ -52,6 +52,7 @@ bool printing::print(const print_job& job, QWidget* above)
     const bool hasTarget = !asked.outputFileName().isEmpty() || !QPrinterInfo::defaultPrinter().isNull();
     if (job.asks || !hasTarget) {
         QPrintDialog dialog(&asked, above);
+        dialog.setOption(QAbstractPrintDialog::PrintPageRange, false); // pages are counted only while they are drawn
         if (dialog.exec() != QDialog::Accepted) return true;
     }
     return draw_job(asked, job);
@@ -69,8 +70,14 @@ bool draw_job(QPrinter& printer, const print_job& job)
     printer.setDocName(QString::fromStdWString(job.title));
     printer.setFullPage(true);
     CQtDC dc(printer);
-    if (dc.isOk()) job.paint(dc);
-    return dc.isOk();
+    for (int page = 0; dc.isOk(); ++page) {
+        const int saved = dc.SaveDC();
+        const bool hasNext = job.paint(dc, page);
+        dc.RestoreDC(saved);
+        if (!hasNext) return dc.isOk();
+        if (!printer.newPage()) return false;
+    }
+    return false;
 }
 
 } // namespace host

@@ -2,6 +2,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 /// How one command shows in menus and toolbars; a handler that updates it changes what is not as usual.
 struct CCmdUI {
@@ -17,6 +18,8 @@ struct CCmdUI {
     void SetText(const char* replacement) { text = replacement; }
 };
 
+struct menu_item;
+
 /// What takes commands: views, documents, the application.
 class CCmdTarget {
 public:
@@ -25,6 +28,10 @@ public:
     /// Runs a command or, with `ui`, tells how it shows now. A disabled command is not run.
     /// \return false when nobody here knows the command
     virtual bool OnCmdMsg(unsigned id, CCmdUI* ui);
+    /// Appends the entries for which the dynamic row of a menu stands whose commands begin with `first`. Asked once
+    /// each time the menu opens; their state is then asked of `OnCmdMsg`.
+    /// \return false when nobody here knows the row
+    virtual bool AppendMenuItems(unsigned first, std::vector<menu_item>& items);
 };
 
 /// One line of a class's command table: a command, or a range of them, with what runs it and what updates it.

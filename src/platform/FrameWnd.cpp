@@ -15,6 +15,11 @@ CFrameWnd* CView::GetParentFrame() const noexcept
 
 bool CView::OnCmdMsg(unsigned id, CCmdUI* ui) { return attachedTo && attachedTo->OnCmdMsg(id, ui); }
 
+bool CView::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
+{
+    return attachedTo && attachedTo->AppendMenuItems(first, items);
+}
+
 CFrameWnd::~CFrameWnd() = default;
 
 bool CFrameWnd::LoadFrame(CDocTemplate* template_, unsigned menuId, std::unique_ptr<CView> view_)
@@ -87,3 +92,8 @@ void CFrameWnd::DestroyFrame()
 }
 
 bool CFrameWnd::OnCmdMsg(unsigned id, CCmdUI* ui) { return pane && pane->OnCmdMsg(id, ui); }
+
+bool CFrameWnd::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
+{
+    return pane && pane->AppendMenuItems(first, items);
+}

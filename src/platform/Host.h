@@ -111,11 +111,12 @@ struct question {
     std::vector<std::string> answers; ///< texts of buttons, "&" in front of the access key
 };
 
-/// A sheet for the printer.
+/// Sheets for the printer.
 struct print_job {
     std::wstring title;
-    std::function<void(CDC&)> paint; ///< draws on the surface of the whole sheet
-    bool asks = true;                ///< the user chooses printer and copies first
+    /// Draws a page, from 0, on the surface of the whole sheet. \return another one follows
+    std::function<bool(CDC&, int page)> paint;
+    bool asks = true; ///< the user chooses printer and copies first
 };
 
 /// The machine as the logic sees it. One host lives for the whole program; see `CWinApp`.
@@ -141,7 +142,7 @@ public:
     virtual void runVariableDialog(CVarListDlg&) {}
     /// Shows it beside the program. \return false when it cannot
     virtual bool showVariableDialog(CVarListDlg&) { return false; }
-    /// Offers the rows of a popup at a point of the screen; `target` updates and runs them.
+    /// Offers the rows of a popup at a point of the screen; `target` supplies, updates and runs them.
     virtual void trackPopupMenu(const std::vector<menu_row>&, CPoint, CCmdTarget&) {}
     /// Shows the open windows by their titles.
     virtual window_choice chooseWindows(const std::vector<std::wstring>&) { return {}; }

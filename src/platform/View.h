@@ -29,14 +29,27 @@ public:
     /// The frame goes: the view has left its document already and may let others go; its memory is freed later.
     virtual void OnFrameClosed() {}
 
+    /// The view became that of the active frame (`activates`), or is no longer. `activated` and `deactivated` are the
+    /// views of the frames that change, null where there is none; either way both are attached still.
+    virtual void OnActivateView(bool /*activates*/, CView* /*activated*/, CView* /*deactivated*/) {}
+
     /// What kind of pane the host makes for it.
     virtual window_kind kind() const noexcept { return window_kind::view; }
-    /// What the user typed into the search field of a table.
+
+    // What the host tells of a table. Rows and columns count from 0; headings are no row.
+    /// What the user typed into the search field.
     virtual void setFilter(const std::wstring&) {}
+    /// A heading was clicked.
+    virtual void OnTableHeading(unsigned /*column*/) {}
+    /// A row became the current one, by click or key.
+    virtual void OnTableRow(unsigned /*row*/) {}
+    /// A row was clicked twice, or Return pressed on it.
+    virtual void OnTableRowActivated(unsigned /*row*/) {}
 
     void OnPaint(CDC& dc) override { OnDraw(dc); }
     /// The view first, then its document.
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
 
 private:
     friend class CDocument;

@@ -92,9 +92,20 @@ CFrameWnd* CWinApp::addFrame(std::unique_ptr<CFrameWnd> frame)
     return opened.back().get();
 }
 
-void CWinApp::frameLeaves(CFrameWnd& frame) noexcept
+void CWinApp::setActiveFrame(CFrameWnd* frame)
 {
-    if (active == &frame) active = nullptr;
+    CFrameWnd* const before = std::exchange(active, frame);
+    if (before == frame) return;
+    CView* const left = before ? before->GetActiveView() : nullptr;
+    CView* const entered = frame ? frame->GetActiveView() : nullptr;
+    if (left) left->OnActivateView(false, entered, left);
+    // What is told may have chosen another frame, or closed this one.
+    if (entered && active == frame) entered->OnActivateView(true, entered, left);
+}
+
+void CWinApp::frameLeaves(CFrameWnd& frame)
+{
+    if (active == &frame) setActiveFrame(nullptr);
 }
 
 void CWinApp::disposeFrame(CFrameWnd& frame)
@@ -117,6 +128,11 @@ void CWinApp::freeClosed()
 }
 
 bool CWinApp::routeCommand(unsigned id, CCmdUI* ui) { return (active && active->OnCmdMsg(id, ui)) || OnCmdMsg(id, ui); }
+
+bool CWinApp::routeMenuItems(unsigned first, std::vector<menu_item>& items)
+{
+    return (active && active->AppendMenuItems(first, items)) || AppendMenuItems(first, items);
+}
 
 double CWinApp::dpiMultiplier()
 {

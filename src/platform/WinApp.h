@@ -37,10 +37,11 @@ public:
     CFrameWnd* addFrame(std::unique_ptr<CFrameWnd> frame);
     const std::vector<std::unique_ptr<CFrameWnd>>& frames() const noexcept { return opened; }
     CFrameWnd* activeFrame() const noexcept { return active; }
-    void setActiveFrame(CFrameWnd* frame) noexcept { active = frame; }
+    /// Tells the views of both frames where it is another one.
+    void setActiveFrame(CFrameWnd* frame);
     void closeAllFrames();
     /// A frame that closes is not active any more.
-    void frameLeaves(CFrameWnd& frame) noexcept;
+    void frameLeaves(CFrameWnd& frame);
     /// Keeps what has closed until `freeClosed`, which the host calls between two events.
     void disposeFrame(CFrameWnd& frame);
     void disposeDocument(std::unique_ptr<CDocument> document);
@@ -50,6 +51,8 @@ public:
 
     /// The active frame's view and document, then the application.
     bool routeCommand(unsigned id, CCmdUI* ui);
+    /// The same way for the entries of a menu's dynamic row.
+    bool routeMenuItems(unsigned first, std::vector<menu_item>& items);
 
     /// System dots per inch / 96, asked once; 1 when the system cannot tell.
     double dpiMultiplier();

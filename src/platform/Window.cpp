@@ -6,6 +6,8 @@ CWnd::~CWnd() = default;
 
 bool CCmdTarget::OnCmdMsg(unsigned, CCmdUI*) { return false; }
 
+bool CCmdTarget::AppendMenuItems(unsigned, std::vector<menu_item>&) { return false; }
+
 bool CWnd::Create(CWnd* parent_, window_kind kind)
 {
     parentWindow = parent_;

@@ -4,8 +4,10 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class CWnd;
+struct toolbar_button;
 
 /// What a window is for its host.
 enum class window_kind {
@@ -42,11 +44,17 @@ public:
     virtual void setTitle(const std::wstring& text) = 0;
     /// Tabs along the upper edge of a frame, 20 pixels high.
     virtual void setTabs(const std::vector<std::wstring>&, int, bool) {}
-    /// Tools of a frame, below its tabs: a toolbar of the resources, none for 0. \return its height
-    virtual int setToolbar(unsigned, bool) { return 0; }
+    /// Tools of a frame, below its tabs: a toolbar of the resources, none for 0, and the buttons that `added` makes
+    /// behind them. \return its height
+    virtual int setToolbar(unsigned, bool /*large*/, const std::vector<toolbar_button>& /*added*/) { return 0; }
     /// Content of a pane of text, and of a table with its headings in row 0.
     virtual void setText(const std::wstring&) {}
     virtual void setTable(const std::vector<std::vector<std::wstring>>&) {}
+    /// What the user has selected in a pane of text: lines end in "\n"; empty without a selection.
+    virtual std::wstring selectedText() const { return {}; }
+    /// In a table: rows of cells, of the selected columns alone.
+    virtual std::vector<std::vector<std::wstring>> selectedCells() const { return {}; }
+    virtual void selectAll() {}
     /// Over all of a monitor without decoration, or back where it was.
     virtual void setFullScreen(bool on, const CRect& screenRect) = 0;
 

@@ -140,10 +140,18 @@ void CChildFrame::OnResetToolbar()
     const bool isShown = kind != 0 && static_cast<bool>(view->options["toolbar"]);
     const int size = static_cast<int>(view->options["toolbar.size"]);
     const int before = toolbarHeight;
-    toolbarHeight = getPeer()->setToolbar(isShown ? menuId() : 0, size == asMain ? kind == largeTools : size == large);
+    toolbarHeight = getPeer()->setToolbar(isShown ? menuId() : 0, size == asMain ? kind == largeTools : size == large,
+                                          isShown ? addedButtons() : std::vector<toolbar_button>());
     if (toolbarHeight == before) return;
     changeHeight(toolbarHeight - before);
     RecalcLayout();
+}
+
+std::vector<toolbar_button> CChildFrame::addedButtons()
+{
+    std::vector<toolbar_button> buttons;
+    if (auto* const view = dynamic_cast<CDCView*>(GetActiveView())) view->OnResetToolbar(buttons);
+    return buttons;
 }
 
 void CChildFrame::OnSubimageSelChange(int tab)

@@ -157,9 +157,9 @@ void CDCView::oh_text_create_font(const SPMVar&)
     Invalidate(true);
 }
 
-void CDCView::OnPrepareDC(CDC& dc, bool printing)
+void CDCView::OnPrepareDC(CDC& dc, bool toPaper)
 {
-    if (!printing) return;
+    if (!toPaper) return;
     const CSize page = dc.deviceSize(), dpi = dc.dotsPerInch();
     const auto pixels = [](int thousandths, int dotsPerInch) { return dotsPerInch * thousandths / 1000; };
     const CRect client = GetClientRect();

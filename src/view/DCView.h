@@ -14,6 +14,7 @@
 
 class CFrameWnd;
 struct print_job;
+struct toolbar_button;
 
 /// In which direction `DrawLegendText` moves on, and on which side `PositionWindowNearby` puts a window.
 enum LegendOffset : int { legendUp = 0, legendDown = 1, legendRight = 2, legendLeft = 3 };
@@ -44,6 +45,8 @@ public:
     virtual void GetBestSize(int& cx, int& cy);
     virtual long GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third);
     virtual unsigned long GetToolbarStyle() { return 5120; }
+    /// Appends the buttons that the view adds to its toolbar, with pictures of its own. \return not used
+    virtual long OnResetToolbar(std::vector<toolbar_button>&) { return 0; }
     virtual void SwitchFullScreen();
     virtual void OnDrawData(CDC&) {}
     virtual void OnDrawLegend(CDC&) {}
@@ -108,8 +111,10 @@ public:
     const BITMAPINFOHEADER& GetBIH() const noexcept { return image.header(); }
     CDC* GetMemDC() const noexcept { return image.dc(); }
 
+    /// The view is being drawn for paper now: pens are thin, and nothing is started that repaints the window.
+    bool isPrinting() const noexcept { return printing; }
     /// Maps the client area onto the page within the margins, keeping its shape.
-    void OnPrepareDC(CDC& dc, bool printing);
+    void OnPrepareDC(CDC& dc, bool toPaper);
 
     // Framework
     void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
@@ -185,7 +190,7 @@ private:
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
     CRect titledRect, titledSource; ///< display and source whose zoom stands in the title
-    bool hasOpened = false, loadingOptions = false;
+    bool hasOpened = false, loadingOptions = false, printing = false;
 };
 
 template <class View>

@@ -18,6 +18,18 @@ enum command : unsigned {
     cmdCopy = 57634,
 };
 
+/// A view prints for its lifetime, and may throw meanwhile.
+class printing_state {
+public:
+    explicit printing_state(bool& flag_) : flag(flag_) { flag = true; }
+    printing_state(const printing_state&) = delete;
+    printing_state& operator=(const printing_state&) = delete;
+    ~printing_state() { flag = false; }
+
+private:
+    bool& flag;
+};
+
 } // namespace
 
 bool CDCView::OnCmdMsg(unsigned id, CCmdUI* ui)
@@ -58,9 +70,11 @@ print_job CDCView::printJob(bool asks)
 {
     flushTimers(); // what waits to be rendered belongs on the sheet
     const CFrameWnd* const frame = GetParentFrame();
-    const auto paint = [this](CDC& dc) {
+    const auto paint = [this](CDC& dc, int) {
+        const printing_state state(printing);
         OnPrepareDC(dc, true);
         OnDraw(dc);
+        return false;
     };
     return {frame ? frame->GetWindowText() : std::wstring(), paint, asks};
 }

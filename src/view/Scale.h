@@ -113,6 +113,7 @@ public:
 
     /// Palettes (12001 to 12100, the first one edits) and modes.
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
     void OnPaint(CDC& dc) override;
     bool OnEraseBkgnd(CDC&) override { return true; }
     void OnMouseMove(unsigned flags, CPoint point) override;

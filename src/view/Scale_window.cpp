@@ -2,6 +2,7 @@
 #include "platform/DocTemplate.h"
 #include "platform/Document.h"
 #include "platform/WinApp.h"
+#include "platform/menu_item.h"
 #include "view/CustomPaletteDialog.h"
 #include "view/ImageView.h"
 #include "view/Scale.h"
@@ -51,11 +52,7 @@ view::data_range range_of(CImageView& shown)
 /// What the menu calls a palette: built-in ones as in the strip's own menu, others by their file.
 std::string palette_text(int id)
 {
-    if (id >= view::builtInPalettes) {
-        std::string name;
-        for (const char c : CScale::getPaletteName(id)) name += c == '&' ? "&&" : std::string(1, c);
-        return name;
-    }
+    if (id >= view::builtInPalettes) return menu_text(CScale::getPaletteName(id));
     const std::vector<menu_row> rows = menu_resource(scalePopup);
     const auto row = std::ranges::find(rows, cmdFirstPalette + static_cast<unsigned>(id), &menu_row::id);
     return row == rows.end() ? std::string() : row->text;
@@ -112,6 +109,15 @@ bool CScale::OnCmdMsg(unsigned id, CCmdUI* ui)
     return dispatch_command<CScale>(*this, rows, id, ui) || CWnd::OnCmdMsg(id, ui);
 }
 
+bool CScale::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
+{
+    if (first != cmdFirstPalette) return false;
+    const unsigned count = std::min(static_cast<unsigned>(GetPalettesNumber()), cmdLastPalette - cmdFirstPalette + 1);
+    for (unsigned i = 0; i < count; ++i)
+        items.push_back({.id = cmdFirstPalette + i, .text = palette_text(static_cast<int>(i))});
+    return true;
+}
+
 void CScale::OnPalette(unsigned id)
 {
     if (id == cmdFirstPalette)
@@ -125,7 +131,6 @@ void CScale::OnUpdatePalette(CCmdUI& ui)
     const int id = static_cast<int>(ui.m_nID - cmdFirstPalette);
     ui.Enable(id < GetPalettesNumber());
     ui.SetCheck(id == paletteId);
-    if (id < GetPalettesNumber()) ui.SetText(palette_text(id).c_str());
 }
 
 void CScale::OnUpdateMode(CCmdUI& ui)

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/Window.h"
+#include "platform/menu_item.h"
 #include "support/RecordingDC.h"
 
 #include <algorithm>
@@ -72,12 +73,16 @@ public:
         selectedTab = selected;
         tabsShown = shown;
     }
-    int setToolbar(unsigned id, bool large) override
+    int setToolbar(unsigned id, bool large, const std::vector<toolbar_button>& added) override
     {
         toolbar = id;
         toolsAreLarge = large;
-        return id != 0 ? toolsHeight : 0;
+        buttons = added;
+        return id != 0 || !added.empty() ? toolsHeight : 0;
     }
+    std::wstring selectedText() const override { return selection; }
+    std::vector<std::vector<std::wstring>> selectedCells() const override { return cells; }
+    void selectAll() override { isAllSelected = true; }
     void setText(const std::wstring& shown) override { content = shown; }
     void setTable(const std::vector<std::vector<std::wstring>>& shown) override { table = shown; }
     void setFullScreen(bool on, const CRect& screenRect) override
@@ -130,8 +135,11 @@ public:
     std::vector<std::wstring> titles;
     std::vector<std::wstring> tabs;
     int selectedTab = 0;
-    std::wstring content; ///< of a text pane
-    std::vector<std::vector<std::wstring>> table;
+    std::wstring content;                                ///< of a text pane
+    std::vector<std::vector<std::wstring>> table, cells; ///< of a table; `cells` are what the user selected
+    std::wstring selection;                              ///< of the content
+    bool isAllSelected = false;
+    std::vector<toolbar_button> buttons;
     bool tabsShown = false, toolsAreLarge = false;
     unsigned toolbar = 0; ///< resource; 0: none
     CWnd& logic;

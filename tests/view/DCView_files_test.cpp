@@ -80,7 +80,7 @@ TEST_F(DCViewFilesTest, PrintingDrawsTheWindowOnTheSheet)
     ASSERT_EQ(host.previewed.size(), 1u);
     RecordingDC sheet({960, 960});
     const int legends = view->legends;
-    host.previewed[0].paint(sheet);
+    EXPECT_FALSE(host.previewed[0].paint(sheet, 0)) << "one sheet";
     EXPECT_EQ(view->legends, legends + 1);
     ASSERT_EQ(sheet.operations.size(), 1u);
     // The data's 512 by 256 fill the width between the margins of 120 pixels.

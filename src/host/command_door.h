@@ -1,0 +1,18 @@
+#pragma once
+#include <functional>
+#include <string>
+
+namespace host {
+
+/// What menus call a command, without access key and dots: "Duplicate", "Save As". Also of an entry that the program
+/// supplies now; empty for a number that no menu has.
+std::string command_name(unsigned id);
+
+/// The door through which all commands go. When memory runs out the user is told for what, and the program goes on.
+/// \return what `run` returns; true when it was broken off
+bool run_command(unsigned id, const std::function<bool()>& run);
+
+/// The same for what has no number, as a file that is dropped on the window.
+void run_named(const std::string& operation, const std::function<void()>& run);
+
+} // namespace host
