@@ -40,7 +40,6 @@ public:
     /// Bracket the opening of several files that may be merged.
     void setFirstMerged();
     void setLastMerged();
-    static constexpr unsigned sectionId = 101, surfaceId = 102, quickViewId = 107, volumeId = 118, parametricId = 119;
 
 private:
     struct shape_view {

@@ -4,6 +4,7 @@
 #include "document/kept_document.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
+#include "resources/frame_templates.h"
 #include "resources/strings.h"
 
 #include <optional>
@@ -79,7 +80,7 @@ std::string nothing_shown_text(const CStorageDoc* document, const char* who)
 CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(const CStorageDoc& document) const
 {
     const unsigned count = document.getImage(openingImage).get_dimensions_number();
-    if (count == 1 && measuring_image(document, openingImage)) return {"CParametricCurveView", parametricId};
+    if (count == 1 && measuring_image(document, openingImage)) return {"CParametricCurveView", parametricFrame};
     return viewFor(count);
 }
 
@@ -89,11 +90,11 @@ CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(unsigned dimensions
 {
     switch (dimensions) {
     case 1:
-        return {"CSectionView", sectionId};
+        return {"CSectionView", sectionFrame};
     case 2:
-        return {"CSurfMathView", surfaceId};
+        return {"CSurfMathView", surfaceFrame};
     case 3:
-        return {"C3DCloudView", volumeId};
+        return {"C3DCloudView", volumeFrame};
     default:
         return {};
     }
@@ -119,7 +120,8 @@ CFrameWnd* CStorageDocTemplate::CreateNewFrame(CDocument* document, CFrameWnd* o
     if (!frame) return nullptr;
     if (auto* const bound = dynamic_cast<IImageBoundView*>(frame->GetActiveView())) {
         bound->setImageNumber(openingImage);
-        if (frame->menuId() == parametricId && storage) bound->setXDataStream(*measuring_image(*storage, openingImage));
+        if (frame->menuId() == parametricFrame && storage)
+            bound->setXDataStream(*measuring_image(*storage, openingImage));
         bound->LoadOptions();
     }
     return frame;
@@ -224,7 +226,7 @@ CDocument* CStorageDocTemplate::QuickViewOpenDocumentFile(const wchar_t* path, i
             if (app) tell_unshown(*app, *storage, i, noQuickView);
             continue;
         }
-        CFrameWnd* const frame = createFrame(document, "CQVSurfView", quickViewId, "CQVChildFrame");
+        CFrameWnd* const frame = createFrame(document, "CQVSurfView", quickViewFrame, "CQVChildFrame");
         auto* const bound = frame ? dynamic_cast<IImageBoundView*>(frame->GetActiveView()) : nullptr;
         if (!bound) continue;
         bound->setImageNumber(i);

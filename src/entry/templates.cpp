@@ -2,6 +2,7 @@
 
 #include "document/StorageDocTemplate.h"
 #include "platform/WinApp.h"
+#include "resources/frame_templates.h"
 #include "surface/QVSurfView.h"
 #include "view/ChildFrame.h"
 #include "view/ParametersView.h"
@@ -22,22 +23,22 @@ constexpr CRuntimeClass textView = {"CTextView", nullptr, create_object<CTextVie
 /// All templates, in the order of their making. One object, so that start and stop have one order; views that have no
 /// class yet are found by name once there is one.
 struct all_templates {
-    CStorageDocTemplate surface{102, "CStorageDoc", "CChildFrame", "CSurfMathView"};
-    CMultiDocTemplate section{101, "CStorageDoc", "CChildFrame", "CSectionView"};
-    CMultiDocTemplate line{103, "CStorageDoc", "CChildFrame", "CLineView"};
-    CMultiDocTemplate scene{105, "CStorageDoc", "CChildFrame", "C3DView"};
-    CMultiDocTemplate histogram{106, "CStorageDoc", "CChildFrame", "CHistogramView"};
-    CMultiDocTemplate parameters{108, "CDocument", "CChildFrame", "CParametersView"};
-    CMultiDocTemplate fourier{109, "CStorageDoc", "CChildFrame", "CFourierView"};
-    CMultiDocTemplate capture{112, "CVideoPreviewDoc", "CChildFrame", "CVideoPreviewWnd"};
-    CMultiDocTemplate features{113, "CStorageDoc", "CChildFrame", "CFeaturesHistogramView"};
-    CMultiDocTemplate featuresTable{114, "CStorageDoc", "CChildFrame", "CFeaturesTableView"};
-    CMultiDocTemplate text{115, "CDocument", "CChildFrame", "CTextView"};
-    CMultiDocTemplate volume{118, "CStorageDoc", "CChildFrame", "C3DCloudView"};
-    CMultiDocTemplate parametric{119, "CStorageDoc", "CChildFrame", "CParametricCurveView"};
-    CMultiDocTemplate items{120, "CStorageDoc", "CChildFrame", "CItemsHistogramView"};
-    CMultiDocTemplate itemsTable{121, "CStorageDoc", "CChildFrame", "CItemsTableView"};
-    CMultiDocTemplate collage{125, "CCollageDoc", "CChildFrame", "CCollageView"};
+    CStorageDocTemplate surface{surfaceFrame, "CStorageDoc", "CChildFrame", "CSurfMathView"};
+    CMultiDocTemplate section{sectionFrame, "CStorageDoc", "CChildFrame", "CSectionView"};
+    CMultiDocTemplate line{lineFrame, "CStorageDoc", "CChildFrame", "CLineView"};
+    CMultiDocTemplate scene{sceneFrame, "CStorageDoc", "CChildFrame", "C3DView"};
+    CMultiDocTemplate histogram{histogramFrame, "CStorageDoc", "CChildFrame", "CHistogramView"};
+    CMultiDocTemplate parameters{parametersFrame, "CDocument", "CChildFrame", "CParametersView"};
+    CMultiDocTemplate fourier{fourierFrame, "CStorageDoc", "CChildFrame", "CFourierView"};
+    CMultiDocTemplate capture{captureFrame, "CVideoPreviewDoc", "CChildFrame", "CVideoPreviewWnd"};
+    CMultiDocTemplate features{featuresFrame, "CStorageDoc", "CChildFrame", "CFeaturesHistogramView"};
+    CMultiDocTemplate featuresTable{featuresTableFrame, "CStorageDoc", "CChildFrame", "CFeaturesTableView"};
+    CMultiDocTemplate text{textFrame, "CDocument", "CChildFrame", "CTextView"};
+    CMultiDocTemplate volume{volumeFrame, "CStorageDoc", "CChildFrame", "C3DCloudView"};
+    CMultiDocTemplate parametric{parametricFrame, "CStorageDoc", "CChildFrame", "CParametricCurveView"};
+    CMultiDocTemplate items{itemsFrame, "CStorageDoc", "CChildFrame", "CItemsHistogramView"};
+    CMultiDocTemplate itemsTable{itemsTableFrame, "CStorageDoc", "CChildFrame", "CItemsTableView"};
+    CMultiDocTemplate collage{collageFrame, "CCollageDoc", "CChildFrame", "CCollageView"};
 };
 
 all_templates& templates()

@@ -1,5 +1,6 @@
 #include "resources/menus.h"
 
+#include "resources/frame_templates.h"
 #include "resources/menu_parts.h"
 
 #include <algorithm>
@@ -17,16 +18,29 @@ struct bar_row {
 };
 
 constexpr bar_row bars[] = {
-    {101, section_rows, false},    {102, surface_rows, true},           {103, line_rows, false},
-    {105, scene_rows, true},       {106, histogram_rows, false},        {107, plain_view_rows, true},
-    {108, plain_view_rows, false}, {109, fourier_rows, true},           {112, capture_rows, false},
-    {113, features_rows, false},   {114, plain_view_rows, false},       {115, plain_view_rows, false},
-    {118, volume_rows, true},      {119, parametric_curve_rows, false}, {120, histogram_rows, false},
-    {121, plain_view_rows, false}, {125, plain_view_rows, false},
+    {sectionFrame, section_rows, false},
+    {surfaceFrame, surface_rows, true},
+    {lineFrame, line_rows, false},
+    {sceneFrame, scene_rows, true},
+    {histogramFrame, histogram_rows, false},
+    {quickViewFrame, plain_view_rows, true},
+    {parametersFrame, plain_view_rows, false},
+    {fourierFrame, fourier_rows, true},
+    {captureFrame, capture_rows, false},
+    {featuresFrame, features_rows, false},
+    {featuresTableFrame, plain_view_rows, false},
+    {textFrame, plain_view_rows, false},
+    {volumeFrame, volume_rows, true},
+    {parametricFrame, parametric_curve_rows, false},
+    {itemsFrame, histogram_rows, false},
+    {itemsTableFrame, plain_view_rows, false},
+    {collageFrame, plain_view_rows, false},
 };
 
-constexpr unsigned allIds[] = {mainMenu,           101, 102, 103, scalePopup, 105, 106, 107, 108, 109,
-                               cursorModePopup,    112, 113, 114, 115,        118, 119, 120, 121, 125,
+constexpr unsigned allIds[] = {mainMenu,           sectionFrame,    surfaceFrame,   lineFrame,          scalePopup,
+                               sceneFrame,         histogramFrame,  quickViewFrame, parametersFrame,    fourierFrame,
+                               cursorModePopup,    captureFrame,    featuresFrame,  featuresTableFrame, textFrame,
+                               volumeFrame,        parametricFrame, itemsFrame,     itemsTableFrame,    collageFrame,
                                fileOperationsPopup};
 
 constexpr unsigned mainToolbar[] = {57601, 57603, 0, 57607, 0, 57634, 57643, 57644, 0, 10012};

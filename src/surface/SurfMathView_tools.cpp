@@ -36,9 +36,8 @@ unsigned template_of(unsigned command) noexcept
 
 long CSurfMathView::GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third)
 {
-    constexpr unsigned tools = 102;
     const long kind = CImageView::GetToolbarIDs(first, second, third);
-    if (kind != 0 && first) *first = tools;
+    if (kind != 0 && first) *first = surfaceFrame;
     return kind;
 }
 

@@ -3,6 +3,7 @@
 #include "platform/DocTemplate.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
+#include "resources/frame_templates.h"
 #include "view/ImageView.h"
 #include "view/ParDisplayDlg.h"
 
@@ -17,7 +18,6 @@ enum command : unsigned {
     cmdRedo = 57644,
 };
 constexpr const char* parametersListKey = "ParametersList";
-constexpr unsigned parametersTemplate = 108;
 
 } // namespace
 
@@ -79,7 +79,7 @@ void CImageView::OnUpdateViewDisplayparameters(CCmdUI& ui)
 void CImageView::OnViewParameters()
 {
     CWinApp* const app = AfxGetApp();
-    CDocTemplate* const maker = app ? app->findTemplate(parametersTemplate) : nullptr;
+    CDocTemplate* const maker = app ? app->findTemplate(parametersFrame) : nullptr;
     if (!maker) return;
     if (CFrameWnd* const frame = maker->CreateNewFrame(GetDocument(), GetParentFrame()))
         maker->InitialUpdateFrame(frame, GetDocument(), true);

@@ -1,16 +1,12 @@
 #pragma once
+#include "resources/frame_templates.h"
+
 class CImageView;
 
 namespace view {
 
-/// Frames of other kinds that a view of an image opens on it, by the number of their template.
-enum frame_template : unsigned {
-    sectionFrame = 101,
-    lineFrame = 103,
-    sceneFrame = 105,
-    histogramFrame = 106,
-    fourierFrame = 109,
-};
+using enum ::frame_template;
+using ::frame_template;
 
 /// There is such a template, and a class for its view.
 bool can_open(unsigned templateId);

@@ -1,9 +1,12 @@
 #include "entry_fixture.h"
 #include "entry/open_files.h"
+#include "platform/FrameWnd.h"
+#include "resources/frame_templates.h"
 #include "support/interface_file.h"
 #include "surface/QVSurfView.h"
 #include "view/ParametersView.h"
 #include "view/TextView.h"
+#include "view/open_view.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +14,23 @@
 #include <sys/stat.h>
 
 namespace {
+
+TEST_F(EntryTest, EachKindOfWindowHasATemplateOfItsNumber)
+{
+    const unsigned numbers[] = {sectionFrame,    surfaceFrame,       lineFrame,       sceneFrame,
+                                histogramFrame,  parametersFrame,    fourierFrame,    captureFrame,
+                                featuresFrame,   featuresTableFrame, textFrame,       volumeFrame,
+                                parametricFrame, itemsFrame,         itemsTableFrame, collageFrame};
+    EXPECT_EQ(app->docTemplates().size(), std::size(numbers));
+    for (const unsigned number : numbers) {
+        const CDocTemplate* const found = app->findTemplate(number);
+        ASSERT_NE(found, nullptr) << number;
+        EXPECT_NE(found->GetDocString(windowTitle), "") << number;
+        EXPECT_FALSE(menu_resource(number).empty()) << number;
+    }
+    EXPECT_EQ(app->findTemplate(quickViewFrame), nullptr) << "made by the surface template";
+    EXPECT_EQ(view::can_open(view::itemsTableFrame), false) << "its view is not there yet";
+}
 
 TEST_F(EntryTest, OpenDocumentSortsOpensAndRemembersTheFolder)
 {
