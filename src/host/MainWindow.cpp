@@ -7,6 +7,7 @@
 #include "entry/open_example.h"
 #include "entry/open_files.h"
 #include "host/HelpWindow.h"
+#include "host/OutputPane.h"
 #include "host/QtFrame.h"
 #include "host/QtPaletteBar.h"
 #include "host/StartPage.h"
@@ -23,11 +24,11 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QPlainTextEdit>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
@@ -58,7 +59,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     : app(app_),
       frames(new QMdiArea(this)),
       start(new CStartPage(frames)),
-      lines(new QPlainTextEdit),
+      lines(new COutputPane),
       pane(new QDockWidget(QStringLiteral("Output"), this)),
       tools(addToolBar(QStringLiteral("Main"))),
       status(new QLabel),
@@ -71,7 +72,6 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     frames->setAcceptDrops(false);
     frames->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     frames->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    lines->setReadOnly(true);
     pane->setWidget(lines);
     pane->setObjectName(QStringLiteral("output"));
     addDockWidget(Qt::BottomDockWidgetArea, pane);
@@ -80,6 +80,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     tools->setObjectName(QStringLiteral("main"));
     status->setText(QStringLiteral("Ready"));
     statusBar()->addWidget(status, 1);
+    connect(qApp, &QApplication::focusChanged, this, [this] { rememberFocus(); });
     connect(frames, &QMdiArea::subWindowActivated, this, &CMainWindow::onActivated);
     auto* const collector = new QTimer(this);
     connect(collector, &QTimer::timeout, this, [this] { idle(); });
@@ -93,6 +94,7 @@ CMainWindow::~CMainWindow()
 {
     // The area tells of windows that lose their activity while it goes.
     frames->disconnect(this);
+    qApp->disconnect(this); // the focus wanders while widgets go
 }
 
 void CMainWindow::showStatus(const QString& text) { status->setText(text); }
@@ -105,10 +107,23 @@ void CMainWindow::addOutput(const QString& line)
 
 bool CMainWindow::route(unsigned id, CCmdUI* ui)
 {
-    const auto send = [&] { return app.routeCommand(id, ui) || ownCommand(id, ui); };
+    const auto send = [&] { return focusCommand(id, ui) || app.routeCommand(id, ui) || ownCommand(id, ui); };
     const bool handled = ui ? send() : host::run_command(id, send);
     if (!ui) QTimer::singleShot(freeInterval, this, [this] { app.freeClosed(); });
     return handled;
+}
+
+void CMainWindow::rememberFocus()
+{
+    if (QWidget* const now = focusWidget(); now && now != menuBar()) keyboard = now;
+}
+
+bool CMainWindow::focusCommand(unsigned id, CCmdUI* ui)
+{
+    rememberFocus();
+    if (!keyboard || !keyboard->isVisible()) return false;
+    if (auto* const field = qobject_cast<QLineEdit*>(keyboard)) return host::field_command(*field, id, ui);
+    return keyboard == lines && view::pane_command(*lines, id, ui);
 }
 
 bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)

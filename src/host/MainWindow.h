@@ -7,12 +7,12 @@
 
 class CHelpWindow;
 class CQtPaletteBar;
+class COutputPane;
 class CStartPage;
 class CVldvApp;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
-class QPlainTextEdit;
 
 /// The workstation's main window: the area of frames, menus and toolbar of the active one, status bar and output pane.
 class CMainWindow : public QMainWindow {
@@ -35,6 +35,9 @@ protected:
 
 private:
     bool ownCommand(unsigned id, CCmdUI* ui);
+    void rememberFocus();
+    /// Of the widget that has the keys, before those of views.
+    bool focusCommand(unsigned id, CCmdUI* ui);
     bool menuItems(unsigned first, std::vector<menu_item>& items);
     void onActivated(QMdiSubWindow* window);
     void tile(bool vertically);
@@ -50,11 +53,12 @@ private:
     QMdiArea* frames;
     CStartPage* start; ///< over the area while it has no frame
     QPointer<CHelpWindow> help;
-    QPlainTextEdit* lines;
+    COutputPane* lines;
     QDockWidget* pane;
     QToolBar* tools;
     QLabel* status;                          ///< what views say; descriptions of commands cover it for a while
     std::unique_ptr<CQtPaletteBar> palettes; ///< the scale that all views follow
     unsigned shownMenu = 0;
-    bool menusWait = false; ///< to be rebuilt once the running handler has ended
+    bool menusWait = false;     ///< to be rebuilt once the running handler has ended
+    QPointer<QWidget> keyboard; ///< what has the keys, or had them before a menu was opened
 };

@@ -1,15 +1,27 @@
 #pragma once
 #include "host/QtPeer.h"
 
+#include <string>
+#include <vector>
+
 class QLineEdit;
 class QPlainTextEdit;
 class QTableWidget;
+
+namespace host {
+
+/// What is selected, lines ending in "\n".
+QString selected_text(const QPlainTextEdit& editor);
+
+} // namespace host
 
 /// A pane of text that can be selected and copied.
 class CQtTextPane : public CQtPeer {
 public:
     CQtTextPane(CWnd& logic_, QWidget* parent);
     void setText(const std::wstring& text) override;
+    std::wstring selectedText() const override;
+    void selectAll() override;
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override;
@@ -23,11 +35,18 @@ class CQtTablePane : public CQtPeer {
 public:
     CQtTablePane(CWnd& logic_, QWidget* parent);
     void setTable(const std::vector<std::vector<std::wstring>>& rows) override;
+    std::vector<std::vector<std::wstring>> selectedCells() const override;
+    void selectAll() override;
 
 protected:
-    bool eventFilter(QObject*, QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void connectClicks();
+    void tellRow(int row);
+
     QLineEdit* search;
     QTableWidget* table;
+    int toldRow = -1;       ///< by the change of the current row, of which a press may be the cause
+    bool isShowing = false; ///< rows change and nobody clicks
 };

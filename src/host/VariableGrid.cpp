@@ -25,6 +25,13 @@ CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidg
     model->setPeer(std::make_unique<refresher>(this));
 }
 
+// The base takes editors down, and the focus wanders among those that are left.
+CVariableGrid::~CVariableGrid()
+{
+    qApp->disconnect(this);
+    detach();
+}
+
 void CVariableGrid::detach()
 {
     if (CVarListCtrl* const left = std::exchange(model, nullptr)) left->setPeer(nullptr);

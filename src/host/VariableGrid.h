@@ -13,7 +13,7 @@ class CVariableGrid : public QTableWidget {
 public:
     /// \param model_  outlives this or is detached
     explicit CVariableGrid(CVarListCtrl& model_, QWidget* parent = nullptr);
-    ~CVariableGrid() override { detach(); }
+    ~CVariableGrid() override;
 
     /// Asks the model for nothing more.
     void detach();

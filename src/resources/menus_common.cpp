@@ -53,6 +53,8 @@ constexpr menu_row edit[] = {
     item(1, 57634, "&Copy", "Ctrl+C"),
     item(1, 10021, "Copy &Text", "Ctrl+T"),
     item(1, 10022, "&Add Text", "Ctrl+Shift+T"),
+    separator(1),
+    item(1, 57642, "Select A&ll", "Ctrl+A"),
 };
 
 constexpr menu_row palette[] = {

@@ -51,9 +51,8 @@ void CParametersView::show()
 {
     const auto* const document = dynamic_cast<CStorageDoc*>(GetDocument());
     shownRows = document ? view::parameter_rows(*document, filter) : std::vector<view::parameter_row>();
-    if (!getPeer()) return;
     std::vector<std::vector<std::wstring>> table = {{L"Image", L"Parameter", L"Value"}};
     for (const view::parameter_row& row : shownRows)
         table.push_back({base::widen(row.place), base::widen(row.name), base::widen(row.value)});
-    getPeer()->setTable(table);
+    showTable(std::move(table));
 }

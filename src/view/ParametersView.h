@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/View.h"
+#include "view/PaneView.h"
 
 #include <string>
 #include <vector>
@@ -21,9 +21,8 @@ std::vector<parameter_row> parameter_rows(const CStorageDoc& document, const std
 } // namespace view
 
 /// A searchable table of a document's text parameters.
-class CParametersView : public CView {
+class CParametersView : public CTableView {
 public:
-    window_kind kind() const noexcept override { return window_kind::table; }
     void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
     /// What the user searches for.
     void setFilter(const std::wstring& text) override;
@@ -31,6 +30,7 @@ public:
 
 private:
     void show();
+    std::wstring titleSuffix() const override { return L" parameters"; }
 
     std::string filter;
     std::vector<view::parameter_row> shownRows;

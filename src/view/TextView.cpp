@@ -4,10 +4,10 @@
 #include "platform/Document.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
+#include "resources/frame_templates.h"
 
 namespace {
 
-constexpr unsigned textTemplate = 115;
 constexpr std::wstring_view lineEnd = L"\r\n";
 
 std::wstring with_line_ends(const std::wstring& source)
@@ -46,6 +46,8 @@ void CTextView::Clear()
     if (getPeer()) getPeer()->setText(text);
 }
 
+std::wstring CTextView::selectedText() const { return getPeer() ? getPeer()->selectedText() : std::wstring(); }
+
 void CTextView::OnInitialUpdate()
 {
     if (getPeer()) getPeer()->setText(text);
@@ -58,7 +60,7 @@ CTextView* GetTextView(bool* created, CDocument* document)
     for (CView* view : document->views())
         if (auto* found = dynamic_cast<CTextView*>(view)) return found;
     CWinApp* const app = AfxGetApp();
-    CDocTemplate* const maker = app ? app->findTemplate(textTemplate) : nullptr;
+    CDocTemplate* const maker = app ? app->findTemplate(textFrame) : nullptr;
     CFrameWnd* const frame = maker ? maker->CreateNewFrame(document, nullptr) : nullptr;
     if (!frame) return nullptr;
     maker->InitialUpdateFrame(frame, document, true);

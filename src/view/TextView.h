@@ -1,10 +1,10 @@
 #pragma once
-#include "platform/View.h"
+#include "view/PaneView.h"
 
 #include <string>
 
 /// The text window of a document, to which tables of results are appended.
-class CTextView : public CView {
+class CTextView : public CPaneView {
 public:
     /// On a line of its own, with line ends "\r\n"; a first line equal to the first line that is there is left out, so
     /// that the header of a table stands once.
@@ -13,6 +13,8 @@ public:
     void Clear();
 
     window_kind kind() const noexcept override { return window_kind::text; }
+    std::wstring allText() const override { return text; }
+    std::wstring selectedText() const override;
     void OnUpdate(CView*, std::uint32_t, const hint_object&) override {}
     void OnInitialUpdate() override;
 
