@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr view::option_row added[] = {{"default_width,int,32", "192"}, {"default_height,int,32", "192"}};
+constexpr view::option_row added[] = {{"default_width,int,32,2048", "192"}, {"default_height,int,32,2048", "192"}};
 /// Of a surface's options, with another default.
 constexpr view::option_row changed[] = {{"CompactLegend(Compact View),boolean", "true"},
                                         {"ShowAdditionalLegend(Show file info),boolean", "false"}};

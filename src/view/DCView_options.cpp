@@ -10,31 +10,33 @@
 
 namespace {
 
+// What sizes drawing ends where no screen would show it: a file of options may hold any number. The margins are sums of
+// what derived views declare.
 constexpr view::option_row commonOptions[] = {
     {"ShowLegend(Show Legend),boolean", "true"},
-    {"LeftMargin,int,0", "0"},
-    {"RightMargin,int,0", "0"},
-    {"TopMargin,int,0", "0"},
-    {"BottomMargin,int,0", "0"},
+    {"LeftMargin,int,0,4000", "0"},
+    {"RightMargin,int,0,4000", "0"},
+    {"TopMargin,int,0,4000", "0"},
+    {"BottomMargin,int,0,4000", "0"},
     {"background(Background Color),int,0,(1<<25)-1,hex(##)", "0xffffff"},
     {"legend(Legend Color),int,0,(1<<25)-1,hex(##)", "0"},
     {"text_background(Text Background Color),int,0,(1<<25)-1,hex(##)", "0"},
     {"text(Text Color),int,0,(1<<25)-1,hex(##)", "0xffffff"},
-    {"text_size(Text Size),int", "13"},
+    {"text_size(Text Size),int,0,200", "13"},
     {"text_weight(Bold),boolean", "false"},
     {"text_italic(Italic),boolean", "false"},
     {"text_face_list(Font),string,strlistval(##,0),font_list(##)", "\"Arial\""},
     {"text_face,string,,strlistval(#text_face_list,0)", "\"Arial\""},
     {"toolbar(Toolbar),boolean", "true"},
     {"toolbar.size(Size),enum,def(As main),Small,Large", "def"},
-    {"axis_thickness(Axis thickness),int,0", "1"},
+    {"axis_thickness(Axis thickness),int,0,100", "1"},
     {"grid.show(Show grid),enum,None,Horizontal,Vertical,Both", "None"},
     {"grid.line.style(Line style),enum,Solid,Dot,Dash,Dash-dot", "Dot"},
-    {"grid.line.width(Line width),int,0", "0"},
-    {"tics.x.number(X tics number),int,0", "5"},
-    {"tics.x.length(X tics length),int,0", "2"},
-    {"tics.y.number(Y tics number),int,0", "5"},
-    {"tics.y.length(Y tics length),int,0", "2"},
+    {"grid.line.width(Line width),int,0,100", "0"},
+    {"tics.x.number(X tics number),int,0,1000", "5"},
+    {"tics.x.length(X tics length),int,0,500", "2"},
+    {"tics.y.number(Y tics number),int,0,1000", "5"},
+    {"tics.y.length(Y tics length),int,0,500", "2"},
 };
 
 /// The same declaration with the same value.

@@ -45,9 +45,10 @@ CSize best_size(CSize size, CSize limit) noexcept
 
 CSize repaired_content(CSize size) noexcept
 {
+    constexpr int widest = 1 << 24; // no screen is; sums with margins and frames stay inside the numbers
     if (size.cx == 0) return {1, 1};
-    if (size.cx > 0) return size;
-    return {1, static_cast<int>(base::round_half_up(static_cast<double>(size.cy) / size.cx))};
+    if (size.cx > 0) return {std::min(size.cx, widest), std::clamp(size.cy, -widest, widest)};
+    return {1, std::clamp(base::nearest_int(static_cast<double>(size.cy) / size.cx), -widest, widest)};
 }
 
 CSize largest_display(const std::vector<CRect>& monitors) noexcept

@@ -46,7 +46,8 @@ private:
 /// stays as it is.
 CSize best_size(CSize size, CSize limit) noexcept;
 
-/// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it.
+/// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it. Sides end at
+/// 2^24.
 CSize repaired_content(CSize size) noexcept;
 
 /// No picture is made smaller than this by hand or wheel, pixels of a side.

@@ -1,6 +1,7 @@
 #include "view/view_geometry.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -67,6 +68,9 @@ TEST(BestSize, FillsTheBoxWithItsShape)
     EXPECT_EQ(view::repaired_content({0, 40}), (CSize{1, 1}));
     EXPECT_EQ(view::repaired_content({-4, 10}), (CSize{1, -2})) << "10 / -4 is -2.5, and halves go up";
     EXPECT_EQ(view::repaired_content({5, -3}), (CSize{5, -3}));
+    constexpr int most = std::numeric_limits<int>::max(), least = std::numeric_limits<int>::min();
+    EXPECT_EQ(view::repaired_content({most, least}), (CSize{1 << 24, -(1 << 24)})) << "margins are added to it";
+    EXPECT_EQ(view::repaired_content({-1, least}), (CSize{1, 1 << 24}));
 }
 
 TEST(FullScreenPlace, FollowsTheMode)
