@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "cli/aligned.h"
+#include "cli/terminal.h"
 #include "document/formats/format_notes.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ namespace {
 
 void print_head(const CStorageDoc& document, const std::wstring& path)
 {
-    std::cout << base::narrow(path) << "\n  " << formats::note_of(document.fileType).title << ", "
+    std::cout << visible_text(base::narrow(path)) << "\n  " << formats::note_of(document.fileType).title << ", "
               << document.getFileSize() << " bytes, " << document.getImagesNumber() << " image"
               << (document.getImagesNumber() == 1 ? "" : "s") << '\n';
     for (const std::string& warning : document.getReadWarnings()) std::cout << "  note: " << warning << '\n';
@@ -27,13 +28,15 @@ void print_strings(const CStorageDoc::string_table& strings, const char* indent)
     for (const auto& [key, text] : strings) {
         std::string line = text.substr(0, text.find_first_of("\r\n"));
         if (line.size() > shown) line = base::valid_utf8(line.substr(0, shown));
-        std::cout << indent << key << ": " << line << (line.size() < text.size() ? " …" : "") << '\n';
+        std::cout << indent << visible_text(key) << ": " << visible_text(line)
+                  << (line.size() < text.size() ? " …" : "") << '\n';
     }
 }
 
 std::string axis_text(const VLAxis& axis)
 {
-    return "start " + base::general(axis.start) + ", step " + base::general(axis.scale) + " " + axis.get_units();
+    return "start " + base::general(axis.start) + ", step " + base::general(axis.scale) + " " +
+           visible_text(axis.get_units());
 }
 
 void print_axes(const char* what, const VLAxesContainer& axes)
@@ -51,10 +54,10 @@ void print_ranges(const CStorageDoc& document, unsigned image)
         CMinMaxInfo range;
         if (stream.array_type() == SPM_ARRAY_INT16) document.getMinMaxInfo(image, range, sub);
         std::cout << "    sub-image " << sub;
-        if (sub < names.size()) std::cout << " \"" << names[sub].c_str() << '"';
+        if (sub < names.size()) std::cout << " \"" << visible_text(names[sub].c_str()) << '"';
         if (stream.array_type() == SPM_ARRAY_INT16)
             std::cout << ": " << base::general(values.at(range.minimum)) << " to "
-                      << base::general(values.at(range.maximum)) << " " << values.get_units() << " (raw "
+                      << base::general(values.at(range.maximum)) << " " << visible_text(values.get_units()) << " (raw "
                       << range.minimum << " to " << range.maximum << ")";
         std::cout << '\n';
     }
@@ -63,7 +66,8 @@ void print_ranges(const CStorageDoc& document, unsigned image)
 void print_image(const CStorageDoc& document, unsigned image, bool withStrings)
 {
     const SPMDataStream& stream = document.getImage(image);
-    std::cout << "  image " << image << ": " << stream.get_name() << " \"" << stream.get_description() << "\", ";
+    std::cout << "  image " << image << ": " << visible_text(stream.get_name()) << " \""
+              << visible_text(stream.get_description()) << "\", ";
     for (unsigned i = 0; i < stream.get_dimensions_number(); ++i)
         std::cout << (i ? " x " : "") << stream.get_dimension(i).length;
     std::cout << " " << array_type_keyword(stream.array_type()) << '\n';
@@ -71,8 +75,9 @@ void print_image(const CStorageDoc& document, unsigned image, bool withStrings)
         print_axes(base::formatted("axis %u", i).c_str(), stream.get_dimension(i));
     print_axes("values", stream.values);
     if (const char* parameter = stream.get_parameter_stream())
-        std::cout << "    measured against: " << parameter << '\n';
-    for (const smart_string& name : stream.dependent_vars()) std::cout << "    depends: " << name.c_str() << '\n';
+        std::cout << "    measured against: " << visible_text(parameter) << '\n';
+    for (const smart_string& name : stream.dependent_vars())
+        std::cout << "    depends: " << visible_text(name.c_str()) << '\n';
     print_ranges(document, image);
     if (withStrings) print_strings(document.strings(image), "    | ");
 }

@@ -1,7 +1,9 @@
 // vldv: the library for scripts and batches.
 #include "cli/commands.h"
+#include "cli/failure_text.h"
 #include "cli/nearest_name.h"
 #include "cli/session.h"
+#include "cli/terminal.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -9,6 +11,7 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <unistd.h>
 
 namespace {
 
@@ -40,6 +43,8 @@ try {
     // the program ends without a word, also when its parent ignores that signal.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_DFL);
+    const cli::terminal_guard output(std::cout, isatty(STDOUT_FILENO) == 1);
+    const cli::terminal_guard messages(std::cerr, isatty(STDERR_FILENO) == 1);
     CLI::App app("vldv opens what a scanning-probe microscope recorded, tells what it holds and takes it away.");
     app.set_version_flag("--version", "vldv " VLDV_VERSION);
     app.require_subcommand(1);
@@ -61,6 +66,8 @@ try {
     cli::add_examples(app, status);
     cli::add_formats(app, status);
     if (count > 1 && is_refused(app, arguments[1])) return cli::badUsage;
+    for (CLI::App* const each : app.get_subcommands({}))
+        each->preparse_callback([each](std::size_t) { cli::set_operation(each->get_name()); });
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& problem) {
@@ -71,6 +78,6 @@ try {
     std::cerr << "standard output could not be written\n";
     return cli::someFailed;
 } catch (const std::exception& failure) {
-    std::cerr << failure.what() << '\n';
+    std::cerr << cli::visible_lines(cli::failure_text(failure)) << '\n';
     return cli::someFailed;
 }

@@ -1,8 +1,10 @@
 #include "cli/session.h"
 
 #include "base/text.h"
+#include "cli/failure_text.h"
 #include "cli/progress.h"
 #include "cli/standard_streams.h"
+#include "cli/terminal.h"
 #include "document/recording_folder.h"
 #include "platform/paths.h"
 
@@ -91,8 +93,8 @@ void session::report(const std::wstring& path, const std::string& reason)
     failed = true;
     const std::string file = base::narrow(path);
     // Most reasons name the file already.
-    if (reason.find(file) == std::string::npos) std::cerr << file << ": ";
-    std::cerr << reason << '\n';
+    if (reason.find(file) == std::string::npos) std::cerr << visible_text(file) << ": ";
+    std::cerr << visible_lines(reason) << '\n';
 }
 
 void session::openAndUse(std::size_t index, const std::function<void(CStorageDoc&, const std::wstring&)>& use,
@@ -109,7 +111,7 @@ try {
     else
         passOver();
 } catch (const std::exception& thrown) {
-    failure = thrown.what();
+    failure = failure_text(thrown);
 }
 
 void session::tellPassedOver()
