@@ -40,6 +40,15 @@ public:
     /// Gives `target` the shape and data that selections name; leaves it without data when it cannot.
     virtual void getSelectionCopy(SPMDataStream&, const VLPluginDataSelection*, unsigned) {}
 
+    // Export. Derived views add formats behind those of their base.
+    /// Names of formats and their patterns, each followed by a bar.
+    virtual std::wstring GetExportFilters();
+    /// Fills at most `count` pointers to the parameters of a format, from 0. \return how many it has
+    virtual int GetExportParameters(int format, SPMVar** vars, int count);
+    /// Writes a file in the format `filter`, from 1 as file dialogs count, and tells the user of a failure. Does
+    /// nothing for a format that the class does not have.
+    virtual void Export(int filter, const wchar_t* path);
+
     CStorageDoc* storageDoc() const noexcept;
     /// Clamps; a new one reloads the view.
     void setActiveSubimage(unsigned sub);

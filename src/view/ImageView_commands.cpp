@@ -1,11 +1,17 @@
+#include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/DocTemplate.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
+#include "platform/paths.h"
 #include "resources/frame_templates.h"
+#include "resources/strings.h"
 #include "view/ImageView.h"
 #include "view/ParDisplayDlg.h"
+#include "view/picture_export.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -17,6 +23,7 @@ enum command : unsigned {
     cmdUndo = 57643,
     cmdRedo = 57644,
 };
+constexpr unsigned exportFilters = 4026;
 constexpr const char* parametersListKey = "ParametersList";
 
 } // namespace
@@ -32,6 +39,21 @@ bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {cmdRedo, &CImageView::OnEditRedo, &CImageView::OnUpdateEditRedo},
     };
     return dispatch_command<CImageView>(*this, rows, id, ui) || CDCView::OnCmdMsg(id, ui);
+}
+
+std::wstring CImageView::GetExportFilters() { return base::widen(string_resource(exportFilters)); }
+
+int CImageView::GetExportParameters(int format, SPMVar** vars, int count)
+{
+    const std::span<SPMVar* const> all = view::picture_parameters(format);
+    if (vars) std::copy_n(all.begin(), std::clamp<std::ptrdiff_t>(count, 0, std::ssize(all)), vars);
+    return static_cast<int>(all.size());
+}
+
+void CImageView::Export(int filter, const wchar_t* path)
+{
+    if (filter >= view::bitmapFilter && filter <= view::tiffFilter)
+        view::export_picture(*this, filter, platform::to_path(path));
 }
 
 void CImageView::OnEditUndo() { storageDoc()->undo(imageNumber); }
