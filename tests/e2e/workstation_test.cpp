@@ -79,13 +79,14 @@ bool is_white(QRgb pixel) { return (pixel & 0xffffffu) == 0xffffffu; }
 
 TEST_F(WorkstationOnScreen, PanesAreWhereTheyWereBeforeTheSessionEnded)
 {
-    static constexpr QRect bottom(100, 760, 1000, 40);
+    static constexpr QRect bottom(100, 800, 1000, 60);
     const auto showsOutput = [](const QImage& shown) { return share_of(shown, bottom, is_white) > 0.9; };
     const QString settings = QString::fromStdString(folder.path.string());
     {
         desktop user(settings, {});
         user.moveTo({1000, 600});
         ASSERT_TRUE(user.sees("20-start", [&](const QImage& shown) { return !showsOutput(shown); }));
+        user.takeFocus(); // nothing was clicked yet
         user.press("alt+w");
         user.press("o");
         ASSERT_TRUE(user.sees("21-output", showsOutput));
