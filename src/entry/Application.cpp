@@ -27,13 +27,6 @@ enum command : unsigned {
 };
 constexpr const char* recentSection = "Recent File List";
 
-/// In menus a single "&" underlines what follows.
-std::string menu_text(std::string text)
-{
-    for (std::size_t at = 0; (at = text.find('&', at)) != std::string::npos; at += 2) text.insert(at, 1, '&');
-    return text;
-}
-
 std::string recent_key(std::size_t index) { return "File" + std::to_string(index + 1); }
 
 } // namespace
