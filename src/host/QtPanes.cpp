@@ -136,6 +136,8 @@ void CQtTablePane::setTable(const std::vector<std::vector<std::wstring>>& rows)
                 table->setItem(static_cast<int>(row - 1), static_cast<int>(column), item);
         }
     if (isFirst) table->resizeColumnsToContents();
+    // The focus would choose a first cell by itself, and the view would take that for a click.
+    if (!table->currentIndex().isValid()) table->setCurrentCell(0, 0, QItemSelectionModel::NoUpdate);
     isShowing = false;
 }
 

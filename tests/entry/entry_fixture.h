@@ -2,6 +2,7 @@
 #include "document/StorageDocTemplate.h"
 #include "entry/Application.h"
 #include "platform/FrameWnd.h"
+#include "platform/menu_item.h"
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
 #include "vldv.h"
@@ -41,6 +42,15 @@ protected:
         CCmdUI ui{.m_nID = id};
         EXPECT_TRUE(app->routeCommand(id, &ui)) << id;
         return ui.enabled;
+    }
+    /// What a menu that begins with this command is filled with.
+    std::vector<std::string> menuTexts(unsigned first)
+    {
+        std::vector<menu_item> items;
+        EXPECT_TRUE(app->AppendMenuItems(first, items));
+        std::vector<std::string> texts;
+        for (const menu_item& each : items) texts.push_back(each.text);
+        return texts;
     }
     CStorageDoc& document(std::size_t i = 0)
     {

@@ -1,5 +1,5 @@
-#include "entry_fixture.h"
 #include "entry/open_files.h"
+#include "entry_fixture.h"
 #include "platform/FrameWnd.h"
 #include "resources/frame_templates.h"
 #include "support/interface_file.h"
@@ -45,9 +45,7 @@ TEST_F(EntryTest, OpenDocumentSortsOpensAndRemembersTheFolder)
     EXPECT_EQ(host.openPrompts[0].filter.substr(0, 18), "All known formats|");
     EXPECT_EQ(app->recentFiles().front(), surface("b.spm"));
     EXPECT_EQ(host.readString("Recent File List", "File2"), (folder / "a.spm").string());
-    CCmdUI recent{.m_nID = 57617};
-    app->OnCmdMsg(57617, &recent);
-    EXPECT_EQ(recent.text, (folder / "a.spm").string());
+    EXPECT_EQ(menuTexts(57616).at(1), (folder / "a.spm").string());
     EXPECT_FALSE(enabled(57620));
     app->frames()[1]->DestroyFrame();
     app->OnCmdMsg(57617, nullptr);
@@ -193,9 +191,7 @@ TEST_F(EntryTest, ProgramGoesOnUntilWhatWasChosenIsStored)
 TEST_F(EntryTest, RecentFilesShowTheirAmpersands)
 {
     app->OpenDocumentFile(surface("a&b&c.spm").c_str());
-    CCmdUI ui{.m_nID = 57616};
-    app->OnCmdMsg(57616, &ui);
-    EXPECT_EQ(ui.text, (folder / "a&&b&&c.spm").string());
+    EXPECT_EQ(menuTexts(57616).at(0), (folder / "a&&b&&c.spm").string());
 }
 
 TEST_F(EntryTest, WindowsAreListedActivatedAndClosed)

@@ -29,10 +29,9 @@ protected:
     /// Text of the closed document at this place of the menu; empty when there is none.
     std::string closedText(unsigned index = 0)
     {
-        CCmdUI ui{.m_nID = cmdFirstClosed + index};
-        EXPECT_TRUE(app->OnCmdMsg(ui.m_nID, &ui));
-        EXPECT_EQ(ui.enabled, ui.text.has_value());
-        return ui.text.value_or("");
+        const std::vector<std::string> texts = menuTexts(cmdFirstClosed);
+        EXPECT_EQ(enabled(cmdFirstClosed + index), index < texts.size());
+        return index < texts.size() ? texts[index] : "";
     }
     /// Waits for the writer.
     template <class Condition>

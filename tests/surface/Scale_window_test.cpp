@@ -142,9 +142,10 @@ TEST_F(ScaleWindowTest, CommandsChangeTheScaleAndTheViewWithTheFocus)
     leader().OnCmdMsg(12008, nullptr);
     EXPECT_EQ(view(0).hints.size(), 3u) << "nothing new";
 
-    CCmdUI gray{.m_nID = 12002}, none{.m_nID = 12009};
-    leader().OnCmdMsg(12002, &gray);
-    EXPECT_EQ(gray.text, "&Gray");
+    std::vector<menu_item> palettes;
+    ASSERT_TRUE(leader().AppendMenuItems(12001, palettes));
+    EXPECT_EQ(palettes.at(1).text, "&Gray");
+    CCmdUI none{.m_nID = 12009};
     leader().OnCmdMsg(12009, &none);
     EXPECT_FALSE(none.enabled) << "there is no file palette";
     EXPECT_FALSE(none.text);
@@ -384,9 +385,9 @@ TEST_F(ScaleWindowTest, AnotherFolderBringsOtherPalettes)
     options->set_var(directory);
     const color_table* const custom = CScale::getPalette(0);
     CScale::reloadFilePalettes();
-    CCmdUI ui{.m_nID = 12009};
-    leader().OnCmdMsg(12009, &ui);
-    EXPECT_EQ(ui.text, "Sea && sky");
+    std::vector<menu_item> palettes;
+    ASSERT_TRUE(leader().AppendMenuItems(12001, palettes));
+    EXPECT_EQ(palettes.at(8).text, "Sea && sky");
     leader().OnCmdMsg(12009, nullptr);
     EXPECT_EQ(leader().GetPaletteId(), 8);
     directory.set_string("");
