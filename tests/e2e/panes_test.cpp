@@ -41,6 +41,7 @@ TEST(PanesOnScreen, TablesAreSelectedCopiedAndSaved)
     user.moveTo({1000, 600});
     ASSERT_TRUE(user.sees("panes-1-opened", [](const QImage& shown) { return caption(shown).width() > 300; }));
     const QRect surface = caption(user.look());
+    user.takeFocus(); // there is no window manager that would give it
     user.press("alt+f");
     user.press("p"); // the first of several
     user.press("Return");
