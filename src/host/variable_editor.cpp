@@ -174,11 +174,12 @@ line_with_button make_line_with_button(const storing& store)
 /// A path with a button that asks for it.
 host::variable_editor make_path(const shown_field& field, const storing& store)
 {
-    const auto [both, line, button] = make_line_with_button(store);
+    const auto [both, field_line, button] = make_line_with_button(store);
+    QLineEdit* const line = field_line; // closures hold no bindings
     button->setText(QStringLiteral("..."));
     QObject::connect(button, &QToolButton::clicked, both,
-                     [line = line, store, field] { ask_path(field, line->text(), store); });
-    return {both, [line = line](const SPMVarList& list, const SPMVar& variable) {
+                     [line, store, field] { ask_path(field, line->text(), store); });
+    return {both, [line](const SPMVarList& list, const SPMVar& variable) {
                 if (!line->isModified()) line->setText(shown_text(list, variable));
             }};
 }
@@ -186,14 +187,17 @@ host::variable_editor make_path(const shown_field& field, const storing& store)
 /// A colour's digits with a patch of it, which opens the palette of all colours.
 host::variable_editor make_color(const storing& store)
 {
-    const auto [both, line, button] = make_line_with_button(store);
+    const auto [editor, field_line, patch] = make_line_with_button(store);
+    QWidget* const both = editor; // closures hold no bindings
+    QLineEdit* const line = field_line;
+    QToolButton* const button = patch;
     button->setIconSize(swatchSize);
     button->setToolTip(QStringLiteral("Choose a colour"));
     button->setAccessibleName(button->toolTip());
     button->setFocusPolicy(Qt::StrongFocus);
     QObject::connect(button, &QToolButton::clicked, both,
-                     [both = QPointer(both), line = line, store] { ask_color(*both, color_in(line->text()), store); });
-    return {both, [line = line, button = button](const SPMVarList& list, const SPMVar& variable) {
+                     [owner = QPointer(both), line, store] { ask_color(*owner, color_in(line->text()), store); });
+    return {both, [line, button](const SPMVarList& list, const SPMVar& variable) {
                 // Some are declared as plain numbers.
                 const bool isShown = base::shown_field_of(list, variable).what == shown_field::kind::hexadecimal;
                 const auto bgr = static_cast<unsigned>(static_cast<int>(variable));

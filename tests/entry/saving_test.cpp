@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr unsigned cmdUndo = 57643, cmdSave = 57603, cmdSaveAs = 57604, cmdDelete = 10026, cmdQuickView = 10200;
+constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdDelete = 10026, cmdQuickView = 10200;
 constexpr const char* table = "0 1 2 3\n1 2 3 4\n2 3 4 5\n3 4 5 9\n";
 const std::optional<std::size_t> first = 0, second = 1, third = 2, none = std::nullopt;
 
