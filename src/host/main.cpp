@@ -23,7 +23,9 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QTimer>
+#include <algorithm>
 #include <clocale>
+#include <string_view>
 
 namespace {
 
@@ -46,10 +48,36 @@ QIcon program_icon()
     return QIcon(QPixmap::fromImage(picture));
 }
 
+constexpr const char* screenshot = "screenshot";
+
+void declare(QCommandLineParser& options)
+{
+    options.setApplicationDescription(QStringLiteral("Opens what a scanning-probe microscope recorded."));
+    options.addHelpOption();
+    options.addVersionOption();
+    options.addOption({screenshot, QStringLiteral("Saves a picture of the window and ends."), QStringLiteral("FILE")});
+    options.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open"), QStringLiteral("[FILE...]"));
+}
+
+/// Help and version need no display, and without one the toolkit would end the program first.
+void tell_and_end_when_asked(int count, char** arguments)
+{
+    constexpr std::string_view questions[] = {"-h", "--help", "--help-all", "-v", "--version"};
+    char** const end = arguments + count;
+    if (std::find_first_of(arguments, end, std::begin(questions), std::end(questions)) == end) return;
+    QCoreApplication plain(count, arguments);
+    QCoreApplication::setApplicationName(QStringLiteral("velmira"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VLDV_VERSION));
+    QCommandLineParser options;
+    declare(options);
+    options.process(plain);
+}
+
 } // namespace
 
 int main(int count, char** arguments)
 {
+    tell_and_end_when_asked(count, arguments);
     CWorkstationApp toolkit(count, arguments);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("velmira"));
@@ -74,14 +102,7 @@ int main(int count, char** arguments)
         QApplication::exit(endedBySystem);
     });
     QCommandLineParser options;
-    options.setApplicationDescription(QStringLiteral("Opens what a scanning-probe microscope recorded."));
-    options.addHelpOption();
-    options.addVersionOption();
-    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                        QStringLiteral("Saves a picture of the window and ends."),
-                                        QStringLiteral("FILE"));
-    options.addOption(screenshot);
-    options.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("Files to open"), QStringLiteral("[FILE...]"));
+    declare(options);
     QStringList words; // the toolkit's own list has lost bytes that are no UTF-8
     for (int i = 0; i < count; ++i) words << host::text_of_path(base::widen(arguments[i]));
     options.process(words);
