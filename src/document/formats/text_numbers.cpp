@@ -99,6 +99,16 @@ bool starts_comment(std::string_view line) noexcept
     return line.starts_with('#') || line.starts_with('%') || line.starts_with("//");
 }
 
+/// True when the comma at `i` could part thousands as well as be a decimal mark: "1,234", never "0,125" or "12,5".
+bool may_part_thousands(std::string_view line, std::size_t i) noexcept
+{
+    constexpr std::size_t group = 3;
+    std::size_t before = 0, after = 0;
+    while (before < i && is_digit(line[i - before - 1])) ++before;
+    while (i + after + 1 < line.size() && is_digit(line[i + after + 1])) ++after;
+    return after == group && before > 0 && before <= group && line[i - before] != '0';
+}
+
 /// What the commas, tabs and blanks of the lines of numbers tell.
 struct mark_survey {
     std::size_t lines = 0;
@@ -107,12 +117,19 @@ struct mark_survey {
     bool commas = false;                                   ///< a comma stands somewhere
     bool loneCommas = false;                               ///< a comma without a digit on both sides
     bool manyCommas = false;                               ///< two in one word between blanks
+    bool decimalCommas = false;                            ///< a comma that cannot part thousands
     bool semicolons = false, tabs = false, blanks = false; ///< between two fields
     std::size_t fields = 0;                                ///< of the first line, when commas separate
     bool sameFields = true;
 
     void add(std::string_view line) noexcept;
     void look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept;
+    /// False while further lines may tell what the commas are.
+    bool isClear() const noexcept
+    {
+        return !commas || points || loneCommas || manyCommas ||
+               (decimalCommas && (semicolons || tabs || blanks || !sameFields));
+    }
 };
 
 void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept
@@ -125,6 +142,7 @@ void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wor
         const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
         loneCommas = loneCommas || !between;
         manyCommas = manyCommas || (between && ++wordCommas > 1);
+        decimalCommas = decimalCommas || (between && !may_part_thousands(line, i));
     }
     if (c == '.') points = true;
     if (c == ';' && !last) semicolons = true;
@@ -154,6 +172,7 @@ number_layout layout_of(const mark_survey& survey) noexcept
     // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
     layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas && !survey.manyCommas &&
                           (otherSeparator || !survey.sameFields || survey.fields < 2);
+    layout.unsureComma = layout.decimalComma && !survey.decimalCommas;
     // Between tabs or semicolons a comma within digits is part of a number, never a separator.
     layout.groupedDigits =
         survey.commas && !survey.loneCommas && !layout.decimalComma && (survey.semicolons || survey.tabs);
@@ -209,10 +228,7 @@ number_layout detect_layout(std::string_view text, std::size_t enough)
     line_cursor lines(text);
     std::string_view line;
     while (lines.next(line)) {
-        // Files whose lines hold nothing but digits and commas are judged by all their lines.
-        const bool clear = !survey.commas || survey.points || survey.loneCommas || survey.manyCommas ||
-                           survey.semicolons || survey.tabs || survey.blanks || !survey.sameFields;
-        if (survey.lines >= enough && clear) break;
+        if (survey.lines >= enough && survey.isClear()) break;
         if (is_number_line(line)) survey.add(line);
     }
     return layout_of(survey);

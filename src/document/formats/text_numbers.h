@@ -11,6 +11,7 @@ namespace formats {
 /// How the numbers of a text stand on their lines. Blanks always separate, several of them once.
 struct number_layout {
     bool decimalComma = false; ///< "-7999,9482": the comma is the decimal mark
+    bool unsureComma = false;  ///< a decimal mark, but every one could part thousands: "1,234"
     /// The separator that counts each time, so that two in a row have an empty field between them: ';', ',', a tab, or
     /// a blank when there is none.
     char separator = ' ';

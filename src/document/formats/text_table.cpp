@@ -71,6 +71,8 @@ base::read_result<number_table> read_rows(const text_content& content, line_curs
     };
     const number_layout likely = detect_layout(text, layoutSample);
     auto table = read(likely);
+    if (table && likely.unsureComma)
+        table->notes.push_back("every comma could part thousands (\"1,234\"); all were read as decimal marks");
     if (table || !file.progress(0.0)) return table; // who cancelled waits for nothing more
     // The first thousand lines may have looked simpler than the rest: a comma may turn up late.
     const number_layout certain = detect_layout(text, everyLine);

@@ -396,6 +396,17 @@ TEST(TextTable, FindsACommaThatTurnsUpLate)
     EXPECT_NEAR(physical(item(*result, 0).stream).back(), 2.5, 1e-3);
 }
 
+TEST(TextTable, TellsOfCommasThatCouldPartThousands)
+{
+    const auto tells = [](const char* row) {
+        const auto result = read("1,234\t2,345\n3,456\t4,567\n" + std::string(row) + "\t5,678\n");
+        return result && !result->warnings.empty() && result->warnings[0].find("part thousands") != std::string::npos;
+    };
+    for (const char* row : {"7,890", "78", "-999,001"}) EXPECT_TRUE(tells(row)) << row;
+    for (const char* row : {"0,125", "12,5", "1234,567", "1,2345", "1,234.5", "1,234,567"})
+        EXPECT_FALSE(tells(row)) << row;
+}
+
 class cancelled_source : public memory_source {
 public:
     using memory_source::memory_source;
