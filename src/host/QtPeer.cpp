@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QScreen>
 #include <QTimer>
 #include <QWheelEvent>
@@ -173,9 +174,17 @@ void CQtPeer::tellSizeLater()
 
 void CQtPeer::paint()
 {
+    wasPainted = true;
     CQtDC dc(*widget);
     logic.OnEraseBkgnd(dc);
     logic.OnPaint(dc);
+}
+
+/// What was painted before stays; what never was is black without a ground.
+void CQtPeer::paintLater()
+{
+    CReadProgress::repaintLater(*widget);
+    if (!wasPainted) QPainter(widget).fillRect(widget->rect(), widget->palette().window());
 }
 
 bool CQtPeer::handleMouse(QEvent& event)
@@ -225,7 +234,7 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != widget) return false;
     if (CReadProgress::isShown() && event->type() != QEvent::Resize) { // its document may be half read
-        if (event->type() == QEvent::Paint) CReadProgress::repaintLater(*widget);
+        if (event->type() == QEvent::Paint) paintLater();
         return false;
     }
     switch (event->type()) {

@@ -55,10 +55,11 @@ private:
     bool handleKeyPress(const QKeyEvent& press);
     void closeLater();
     void paint();
+    void paintLater();
 
     std::map<unsigned, std::unique_ptr<QTimer>> timers;
     CSize toldSize{-1, -1};
-    bool sizePending = false, captured = false, erases = true, fillsScreen = false;
+    bool sizePending = false, captured = false, erases = true, fillsScreen = false, wasPainted = false;
     QPointer<QWidget> parentBeforeFullScreen;
 };
 
