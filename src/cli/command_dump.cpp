@@ -2,7 +2,7 @@
 #include "base/element_access.h"
 #include "base/text.h"
 #include "cli/commands.h"
-#include "cli/number_limits.h"
+#include "cli/frame_choice.h"
 #include "cli/session.h"
 #include "document/formats/curve_lengths.h"
 
@@ -18,7 +18,7 @@ namespace {
 
 struct dump_options {
     std::string file;
-    unsigned image = 0, sub = 0;
+    frame which{};
     bool raw = false, physical = false;
 };
 
@@ -57,21 +57,23 @@ void print_rows(const T* samples, const sample_rows& rows, const VLAxis* values)
 
 std::string print(const CStorageDoc& document, const dump_options& options)
 {
-    if (options.image >= document.getImagesNumber()) return base::formatted("there is no image %u", options.image);
-    if (options.sub >= document.getSubImagesNumber(options.image))
-        return base::formatted("image %u has no sub-image %u", options.image, options.sub);
-    const SPMDataStream& stream = document.getImage(options.image);
-    const std::size_t count = document.getSubImageLength(options.image);
+    if (options.which.image >= document.getImagesNumber())
+        return base::formatted("there is no image %u", options.which.image);
+    if (options.which.sub >= document.getSubImagesNumber(options.which.image))
+        return base::formatted("image %u has no sub-image %u", options.which.image, options.which.sub);
+    const SPMDataStream& stream = document.getImage(options.which.image);
+    const std::size_t count = document.getSubImageLength(options.which.image);
     const std::size_t width = stream.get_dimensions_number() ? stream.get_dimension(0).length : count;
     std::vector<std::size_t> lengths =
-        formats::curve_lengths(stream, document.getString(formats::curveLengthsKey, options.image));
-    if (lengths.empty()) lengths.assign(document.getSubImagesNumber(options.image), count);
+        formats::curve_lengths(stream, document.getString(formats::curveLengthsKey, options.which.image));
+    if (lengths.empty()) lengths.assign(document.getSubImagesNumber(options.which.image), count);
     const std::size_t rows = width ? count / width : 1;
-    const sample_rows shown{width, std::span(lengths).subspan(options.sub * rows, rows)};
-    const VLAxis* values = options.physical ? &document.getAxis(options.image, 0, unsigned(-1)) : nullptr;
+    const sample_rows shown{width, std::span(lengths).subspan(options.which.sub * rows, rows)};
+    const VLAxis* values = options.physical ? &document.getAxis(options.which.image, 0, unsigned(-1)) : nullptr;
     const bool known = base::with_element_type(stream.array_type(), [&](auto* element) {
         using T = std::remove_pointer_t<decltype(element)>;
-        print_rows(static_cast<const T*>(document.getImageDataS(options.image, options.sub)), shown, values);
+        print_rows(static_cast<const T*>(document.getImageDataS(options.which.image, options.which.sub)), shown,
+                   values);
     });
     return known ? "" : "the samples have no type";
 }
@@ -95,12 +97,7 @@ void add_dump(CLI::App& app, int& status)
     CLI::App* command = app.add_subcommand(
         "dump", "Print samples, one row a line, row 0 (the lowest) first; curves as long as measured");
     command->add_option("file", options->file, "File to open")->required();
-    command->add_option("--image", options->image, "Number of the image")
-        ->check(whole_number(0))
-        ->capture_default_str();
-    command->add_option("--sub", options->sub, "Number of the sub-image")
-        ->check(whole_number(0))
-        ->capture_default_str();
+    add_one_frame(*command, options->which);
     CLI::Option* raw = command->add_flag("--raw", options->raw, "Print the stored numbers (the default)");
     command->add_flag("--physical", options->physical, "Print physical values")->excludes(raw);
     command->callback([options, &status] { status = run(*options); });

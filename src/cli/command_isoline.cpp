@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/frame_choice.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
 #include "document/rising_heights.h"
@@ -18,7 +19,7 @@ namespace {
 struct isoline_options {
     std::string file;
     std::vector<int> at;
-    unsigned image = 0, sub = 0;
+    frame which{};
     bool json = false;
 };
 
@@ -39,8 +40,8 @@ void print_json(const std::wstring& path, const isoline_options& options, int le
     json points = json::array();
     for (const CPoint& point : contour) points.push_back(to_json(point));
     const json out = {{"path", base::valid_utf8(base::narrow(path))},
-                      {"image", options.image},
-                      {"sub", options.sub},
+                      {"image", options.which.image},
+                      {"sub", options.which.sub},
                       {"at", to_json(seed)},
                       {"level", level},
                       {"contour", points}};
@@ -49,15 +50,17 @@ void print_json(const std::wstring& path, const isoline_options& options, int le
 
 std::string print(const CStorageDoc& document, const std::wstring& path, const isoline_options& options)
 {
-    if (options.image >= document.getImagesNumber()) return base::formatted("there is no image %u", options.image);
-    const SPMDataStream& stream = document.getImage(options.image);
+    if (options.which.image >= document.getImagesNumber())
+        return base::formatted("there is no image %u", options.which.image);
+    const SPMDataStream& stream = document.getImage(options.which.image);
     if (stream.array_type() != SPM_ARRAY_INT16 || stream.get_dimensions_number() != 2)
-        return base::formatted("image %u is no surface of 16-bit samples", options.image);
-    if (options.sub >= document.getSubImagesNumber(options.image))
-        return base::formatted("image %u has no sub-image %u", options.image, options.sub);
-    const auto* const samples = static_cast<const std::int16_t*>(document.getImageDataS(options.image, options.sub));
-    const document::rising_heights heights({samples, document.getSubImageLength(options.image)},
-                                           document.getAxis(options.image, 0, unsigned(-1)));
+        return base::formatted("image %u is no surface of 16-bit samples", options.which.image);
+    if (options.which.sub >= document.getSubImagesNumber(options.which.image))
+        return base::formatted("image %u has no sub-image %u", options.which.image, options.which.sub);
+    const auto* const samples =
+        static_cast<const std::int16_t*>(document.getImageDataS(options.which.image, options.which.sub));
+    const document::rising_heights heights({samples, document.getSubImageLength(options.which.image)},
+                                           document.getAxis(options.which.image, 0, unsigned(-1)));
     const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
                                       static_cast<int>(stream.get_dimension(1).length)};
     const CPoint seed{options.at[0], options.at[1]};
@@ -97,12 +100,7 @@ void add_isoline(CLI::App& app, int& status)
         ->expected(2)
         ->check(whole_number(0))
         ->required();
-    command->add_option("--image", options->image, "Number of the image")
-        ->check(whole_number(0))
-        ->capture_default_str();
-    command->add_option("--sub", options->sub, "Number of the sub-image")
-        ->check(whole_number(0))
-        ->capture_default_str();
+    add_one_frame(*command, options->which);
     command->add_flag("--json", options->json, "Print JSON");
     command->callback([options, &status] { status = run(*options); });
 }

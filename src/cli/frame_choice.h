@@ -25,6 +25,8 @@ void add_frame_options(CLI::App& command, frame_choice& choice);
 struct frame {
     unsigned image, sub;
 };
+/// Adds --image and --sub of a command that is about one sub-image.
+void add_one_frame(CLI::App& command, frame& which);
 
 /// Says why an image is none that a command can use, without its number; empty when it is one.
 using image_judge = std::function<std::string(const CStorageDoc&, unsigned image)>;
