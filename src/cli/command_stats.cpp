@@ -110,8 +110,10 @@ public:
             text += csv_line(cells);
         }
     }
+    /// Nothing is written when no file had a row: an earlier table stays.
     void save(const std::string& output) const
     {
+        if (text.empty()) return;
         const std::span bytes = std::as_bytes(std::span(text));
         if (output == standardStream)
             put_standard_output(bytes);
@@ -126,6 +128,8 @@ private:
 
 int run(const stats_options& options)
 {
+    if (options.asJson && options.csv == standardStream)
+        throw CLI::ValidationError("stats", "--json and --csv - would share standard output");
     session call;
     call.setFiles(options.files);
     const std::wstring output = platform::full_path(base::widen(options.csv));

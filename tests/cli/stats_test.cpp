@@ -84,7 +84,10 @@ TEST_F(ProgramTest, StatsWriteATableWithALineForEachSubImage)
     EXPECT_EQ(result.out.substr(firstEnd), line + line) << "one for each file";
     ASSERT_EQ(vldv({"stats", "a,b.spm", "--csv", "t.csv"}).status, 0);
     EXPECT_EQ(std::ranges::count(file_content(folder / "t.csv"), '\n'), 3) << "names and two sub-images";
+    EXPECT_EQ(vldv({"stats", "gone.di", "--csv", "t.csv"}).status, 1);
+    EXPECT_EQ(std::ranges::count(file_content(folder / "t.csv"), '\n'), 3) << "without a row the earlier table stays";
     EXPECT_EQ(vldv({"stats", "a,b.spm", "--csv", "a,b.spm"}).status, 1) << "never over what is read";
+    EXPECT_EQ(vldv({"stats", "a,b.spm", "--json", "--csv", "-"}).status, 2) << "two texts on one output";
     EXPECT_EQ(vldv({"stats", "a,b.spm", "--image", "1"}).status, 1) << "a curve";
 }
 
