@@ -48,7 +48,8 @@ public:
     template <class Step>
     bool attempt(Step step)
     {
-        if (failed || setjmp(leave)) return false;
+        if (failed) return false;
+        if (setjmp(leave)) return false; // a jump's answer may stand in a whole condition only
         step();
         return true;
     }

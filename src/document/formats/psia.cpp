@@ -94,8 +94,12 @@ void add_strings(field_reader& in, std::map<std::string, std::string>& strings)
 
 void add_second_strings(field_reader& in, std::map<std::string, std::string>& strings)
 {
-    strings["Z servo gain"] = base::shortest(in.f64(284));
-    strings["Z scanner range"] = base::shortest(in.f64(292));
+    const auto number = [&](const char* key, std::size_t at) {
+        const double value = in.f64(at);
+        if (std::isfinite(value)) strings[key] = base::shortest(value);
+    };
+    number("Z servo gain", 284);
+    number("Z scanner range", 292);
     constexpr std::pair<const char*, std::size_t> modes[] = {
         {"XY voltage mode", 300}, {"Z voltage mode", 316}, {"XY servo mode", 332}};
     for (const auto& [key, at] : modes)
