@@ -19,12 +19,14 @@
 #include "platform/WinApp.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QStandardPaths>
 #include <algorithm>
 
 namespace {
@@ -90,7 +92,12 @@ std::optional<std::size_t> CQtHost::ask(const question& asked)
     return static_cast<std::size_t>(chosen - buttons.begin());
 }
 
-bool CQtHost::moveToTrash(const std::wstring& path) { return QFile::moveToTrash(QString::fromStdWString(path)); }
+bool CQtHost::moveToTrash(const std::wstring& path)
+{
+    // Without the user's data folder the toolkit finds no trash and makes one beside the file.
+    if (!QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))) return false;
+    return QFile::moveToTrash(QString::fromStdWString(path));
+}
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {

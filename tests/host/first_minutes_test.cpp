@@ -329,4 +329,19 @@ TEST(Cursors, EachModeHasItsOwnSign)
     }
 }
 
+TEST(Trash, IsMadeWhereTheUserHasNoDataFolder)
+{
+    const temporary_folder folder;
+    CProfileStore profile(folder / "profile");
+    CQtHost machine(profile);
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", (folder / "no/such").c_str());
+    std::ofstream(folder / "night.di") << "data";
+    const bool moved = machine.moveToTrash((folder / "night.di").wstring());
+    before.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", before);
+    ASSERT_TRUE(moved);
+    EXPECT_EQ(file_content(folder / "no/such/Trash/files/night.di"), "data");
+    EXPECT_FALSE(std::filesystem::exists(folder / "files")) << "none beside the file";
+}
+
 } // namespace
