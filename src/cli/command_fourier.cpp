@@ -126,20 +126,13 @@ private:
     json told = json::array();
 };
 
-/// A name that is not one of a container is that of a folder.
-output_names container_names(const std::string& output)
-{
-    const bool isContainer = base::equal_ignoring_case(fs::path(output).extension().native(), ".spm");
-    return {isContainer ? output : output + '/', ".spm"};
-}
-
 /// The two kinds of files that a call writes.
 class fourier_outputs {
 public:
     fourier_outputs(session& call_, const fourier_options& options) : call(call_), alone(call_.files().size() == 1)
     {
-        if (!options.output.empty()) edited = container_names(options.output);
-        if (!options.spectrum.empty()) shown = container_names(options.spectrum);
+        if (!options.output.empty()) edited = output_names::of_containers(options.output);
+        if (!options.spectrum.empty()) shown = output_names::of_containers(options.spectrum);
     }
 
     /// \throws std::runtime_error with the reason

@@ -18,13 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A name that is not one of a container is that of a folder.
-output_names container_names(const std::string& output)
-{
-    const bool isContainer = base::equal_ignoring_case(fs::path(output).extension().native(), ".spm");
-    return {isContainer ? output : output + '/', ".spm"};
-}
-
 /// "img%d" with the first number from the count of images on that is not taken.
 std::string next_name(const CStorageDoc& document, std::span<const SPMDataStream> made)
 {
@@ -119,7 +112,7 @@ bool is_mapped(const CStorageDoc& document, unsigned image, int wanted)
 } // namespace
 
 force_map_output::force_map_output(session& call_, const std::string& target)
-    : call(call_), names(container_names(target))
+    : call(call_), names(output_names::of_containers(target))
 {
 }
 

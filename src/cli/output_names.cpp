@@ -1,7 +1,10 @@
 #include "cli/output_names.h"
 
 #include "base/text.h"
+#include "cli/standard_streams.h"
 #include "platform/paths.h"
+
+#include <CLI/Error.hpp>
 
 namespace cli {
 
@@ -10,9 +13,16 @@ namespace fs = std::filesystem;
 output_names::output_names(const std::string& output, std::string extension)
     : target(platform::to_path(platform::full_path(base::widen(output)))), folderExtension(std::move(extension))
 {
+    if (output == standardStream) throw CLI::ValidationError("-", "these results go to files, not to standard output");
     std::error_code error;
     isFolder = output.ends_with('/') || target.extension().empty() || fs::is_directory(target, error);
     if (isFolder) fs::create_directories(target, error);
+}
+
+output_names output_names::of_containers(const std::string& output)
+{
+    const bool isContainer = base::equal_ignoring_case(fs::path(output).extension().native(), ".spm");
+    return {isContainer || output == standardStream ? output : output + '/', ".spm"};
 }
 
 fs::path output_names::next(const std::wstring& input, const std::string& suffix, bool alone)

@@ -44,6 +44,14 @@ TEST_F(ProgramTest, StandardStreamsTakeOneFile)
         EXPECT_EQ(result.status, 1) << each.reason;
         EXPECT_NE(result.err.find(each.reason), std::string::npos) << result.err;
     }
+    for (const std::vector<std::string>& call : {std::vector<std::string>{"features", "m.txt", "--csv", "-"},
+                                                 {"steps", "m.txt", "-o", "-"},
+                                                 {"fourier", "m.txt", "--spectrum", "-"}}) {
+        const program_result result = vldv(call);
+        EXPECT_EQ(result.status, 2) << call[0];
+        EXPECT_NE(result.err.find("not to standard output"), std::string::npos) << result.err;
+        EXPECT_FALSE(std::filesystem::exists(folder / "-")) << "no folder of that name";
+    }
     write_file(folder / "broken.spm", "PK\3\4");
     const std::string broken = piped(folder, {"info", "-"}, "broken.spm").err;
     EXPECT_TRUE(broken.starts_with("-: standard input: ")) << "not the name of a file of ours: " << broken;
