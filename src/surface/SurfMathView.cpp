@@ -9,9 +9,8 @@
 
 namespace {
 
-constexpr unsigned renderTimer = 5, renderDelay = 10;            // milliseconds
-constexpr unsigned statisticsTimer = 213, statisticsDelay = 500; // milliseconds
-constexpr int firstLength = 128, firstWidth = 16;                // of the scale's strip
+constexpr unsigned renderTimer = 5, renderDelay = 10; // milliseconds
+constexpr int firstLength = 128, firstWidth = 16;     // of the scale's strip
 constexpr const char* section = "SurfMathView";
 
 int profile_number(const char* key, int otherwise)
@@ -49,11 +48,13 @@ CSurfMathView::CSurfMathView()
             "CompactLegend.z_scale.position", "FullLegend.z_scale.width"},
            &CSurfMathView::oh_z_scale);
     for (const char* name :
-         {"AxisX", "AxisY", "AxisZ", "scaling.x", "scaling.y", "scaling.z", "SelColor", "SelectionFill", "ShowROI",
-          "SelectionSynchr", "TextVertSpace", "ShowOverlay", "CompactLegend.scale_mark",
-          "CompactLegend.scale_mark.direction", "CompactLegend.scale_mark.position", "CompactLegend.scale_mark.margin",
-          "CompactLegend.scale_mark.size", "CompactLegend.transparent", "FullLegend.scale_mark"})
+         {"AxisX", "AxisY", "scaling.x", "scaling.y", "SelColor", "SelectionFill", "ShowROI", "SelectionSynchr",
+          "TextVertSpace", "ShowOverlay", "CompactLegend.scale_mark", "CompactLegend.scale_mark.direction",
+          "CompactLegend.scale_mark.position", "CompactLegend.scale_mark.margin", "CompactLegend.scale_mark.size",
+          "CompactLegend.transparent", "FullLegend.scale_mark"})
         AddOptionHandler(name, &CSurfMathView::oh_invalidate);
+    handle({"scaling.z"}, &CSurfMathView::oh_z_scaling);
+    handle({"AxisZ"}, &CSurfMathView::oh_z_axis);
     handle({"ShowParameters", "ParametersWidth"}, &CSurfMathView::oh_panel);
     handle({"ShowStatistics"}, &CSurfMathView::oh_statistics);
     handle({"highlight", "invert"}, &CSurfMathView::oh_reload);
@@ -162,7 +163,7 @@ void CSurfMathView::LoadData()
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
     invertDisplay(static_cast<bool>(options["invert"]));
-    if (options["ShowStatistics"]) SetTimer(statisticsTimer, statisticsDelay);
+    if (options["ShowStatistics"]) updateStatisticsLater();
     RefreshDisplay();
 }
 

@@ -89,17 +89,23 @@ public:
     /// Takes over what is selected on a similar image.
     void adoptSelection(const surface::selection_state& from);
     void updateStatistics();
+    /// The same once for all that changes within the delay.
+    void updateStatisticsLater();
     /// Repaints the panel when it shows other rows of the measurement now.
     void refreshMeasureRows();
     void refreshZoomWindow();
 
 private:
+    static constexpr unsigned statisticsTimer = 213;
+
     // Options
     void oh_compact(const SPMVar& changed);
     void oh_additional_legend(const SPMVar& changed);
     void oh_z_scale(const SPMVar& changed);
     void oh_panel(const SPMVar& changed);
     void oh_statistics(const SPMVar& changed);
+    void oh_z_scaling(const SPMVar& changed);
+    void oh_z_axis(const SPMVar& changed);
     void oh_reload(const SPMVar& changed);
     void oh_section_pens(const SPMVar& changed);
     void rebuildSectionPens();

@@ -11,6 +11,12 @@ constexpr const char* directionKey = "\\Line direction";
 
 } // namespace
 
+void CSurfMathView::updateStatisticsLater()
+{
+    constexpr unsigned delay = 500; // milliseconds
+    SetTimer(statisticsTimer, delay);
+}
+
 void CSurfMathView::updateStatistics()
 {
     statisticsRows.clear();

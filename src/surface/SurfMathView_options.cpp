@@ -6,12 +6,6 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr unsigned statisticsTimer = 213, statisticsDelay = 500; // milliseconds
-
-} // namespace
-
 void CSurfMathView::GetOptionsList(SPMVar* vars, unsigned* count)
 {
     unsigned before = 0;
@@ -59,7 +53,20 @@ void CSurfMathView::oh_panel(const SPMVar&)
 void CSurfMathView::oh_statistics(const SPMVar& changed)
 {
     oh_panel(changed);
-    SetTimer(statisticsTimer, statisticsDelay);
+    updateStatisticsLater();
+}
+
+/// The colours of a fixed window, and which heights the strip stands for, depend on it.
+void CSurfMathView::oh_z_scaling(const SPMVar& changed)
+{
+    oh_invalidate(changed);
+    RefreshDisplay();
+}
+
+void CSurfMathView::oh_z_axis(const SPMVar& changed)
+{
+    oh_z_scaling(changed);
+    if (options["ShowStatistics"]) updateStatisticsLater();
 }
 
 void CSurfMathView::oh_reload(const SPMVar&)

@@ -96,6 +96,7 @@ void CDCView::OnFilePrintPreview()
 
 void CDCView::OnEditCopytext()
 {
+    flushTimers(); // what waits to be worked out belongs in the text
     const open_clipboard clipboard;
     if (!clipboard) return;
     clipboard->empty();
@@ -104,6 +105,7 @@ void CDCView::OnEditCopytext()
 
 void CDCView::OnEditAddtext()
 {
+    flushTimers(); // what waits to be worked out belongs in the text
     const open_clipboard clipboard;
     if (!clipboard) return;
     const std::wstring joined = clipboard->text().value_or(std::wstring()) + GetClipboardText(false);

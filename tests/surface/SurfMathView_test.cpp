@@ -216,6 +216,36 @@ TEST_F(SurfaceTest, HeightsOverAnAxisThatFallsLookTheSame)
     EXPECT_EQ(shown(falling), shown(slope()));
 }
 
+TEST_F(SurfaceTest, AnotherMeaningOfHeightsIsSeenInColoursAndFigures)
+{
+    SPMDataStream voltages = slope();
+    voltages.values.set_axis(1, VLAxis(0.01, -0.002, "V")); // 0.01 to -0.808 V
+    CSurfMathView& view = open(voltages);
+    view.setOption("ShowStatistics", "true");
+    const auto lowest = [&view] { // the colour of raw 0
+        view.flushTimers();
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, view.image.bits().data(), sizeof pixel);
+        return pixel & 0xffffffu;
+    };
+    const std::uint32_t dark = lowest();
+    view.setOption("AxisZ", "V");
+    view.OnCmdMsg(10021, nullptr); // the text is asked for before the panel is due
+    EXPECT_NE(host.clips.text().value_or(L"").find(L"Zmax, mV"), std::wstring::npos);
+    EXPECT_NE(lowest(), dark) << "the highest voltage";
+    view.setOption("AxisZ", "nm");
+    EXPECT_EQ(lowest(), dark);
+    view.getScale().SetAutoScaling(view::fixedScale);
+    view.getScale().setFixedStart(-100.0);
+    view.getScale().setFixedSize(200.0);
+    view.getScale().setRelativeMeanOffset(0.0);
+    view.setOption("scaling.z", "Absolute");
+    view.RefreshDisplay();
+    EXPECT_NE(lowest(), dark) << "3 nm in a window from -100 nm";
+    view.setOption("scaling.z", "Relative");
+    EXPECT_EQ(lowest(), dark) << "the window starts at the lowest height";
+}
+
 TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
 {
     CSurfMathView& view = open();
