@@ -103,6 +103,7 @@ constexpr menu_row scalePopupRows[] = {
     item(1, 12006, "&Zebra"),
     item(1, 12007, "Multicolor &1"),
     item(1, 12008, "Multicolor &2"),
+    dynamic(1, 12009, 12100), // palettes of files
     separator(1),
     item(1, 10152, "&Fixed scale"),
     item(1, 10011, "&Autoscaling"),

@@ -1,12 +1,13 @@
 #include "resources/open_filter.h"
 
-#define NANOSCOPE_PATTERNS "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??"
+#define NANOSCOPE_PATTERNS "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??;*.di"
 #define SCALA_PATTERNS "*.par;*.tf?;*.tb?;*.sf?;*.sb?"
 // Tables of numbers open under any name; these are what programs call them.
 #define TABLE_PATTERNS "*.txt;*.dat;*.csv;*.tsv;*.asc;*.xyz"
 
 const char* const openFilterText =
-    "All known formats|*.spm;" NANOSCOPE_PATTERNS ";*.hdf;*.jpk*;*.tmd;*.sm2;*.stp;*.tlk;*.to?;*.ch?;*.mdt;*.img;*.bcr;"
+    "All known formats|*.spm;" NANOSCOPE_PATTERNS
+    ";*.hdf;*.jpk*;*.tmd;*.sm2;*.stp;*.tlk;*.to?;*.ch?;*.mdt;*.img;*.bcr;*.bcrf;"
     "*.ibw;*.wip;" SCALA_PATTERNS
     ";*.nid;*.ezd;*.pni;*.sur;*.pro;*.aist;*.opd;*.bmp;*.jpg;*.jpeg;*.png;*.tif;*.tiff;" TABLE_PATTERNS "|"
     "Velmira files (*.spm)|*.spm|"
@@ -21,7 +22,7 @@ const char* const openFilterText =
     "WSxM files (*.top)|*.to?;*.ch?|"
     "NT-MDT files (*.mdt)|*.mdt|"
     "IMG files (*.img)|*.img|"
-    "Umka files (*.bcr)|*.bcr|"
+    "Umka files (*.bcr)|*.bcr;*.bcrf|"
     "IgorPro Files (*.ibw)|*.ibw|"
     "WITec files (*.wip)|*.wip|"
     "Omicron files (*.par)|" SCALA_PATTERNS "|"

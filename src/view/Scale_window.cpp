@@ -18,6 +18,7 @@ enum command : unsigned {
     cmdPerLine = 10154,
     cmdPerLinePlanefit = 10156,
     cmdFirstPalette = 12001,
+    cmdFirstFilePalette = cmdFirstPalette + view::builtInPalettes,
     cmdLastPalette = 12100,
 };
 /// The scale changed; with the flag, every view takes it, otherwise the one with the focus.
@@ -68,6 +69,10 @@ public:
         const bool follows = id >= cmdFirstPalette && id <= cmdLastPalette ? strip.syncPalette : strip.syncDelimiters;
         return (follows ? *CScale::GetStaticScale() : strip).OnCmdMsg(id, ui);
     }
+    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override
+    {
+        return strip.AppendMenuItems(first, items);
+    }
 
 private:
     CScale& strip;
@@ -111,9 +116,9 @@ bool CScale::OnCmdMsg(unsigned id, CCmdUI* ui)
 
 bool CScale::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
 {
-    if (first != cmdFirstPalette) return false;
+    if (first != cmdFirstPalette && first != cmdFirstFilePalette) return false;
     const unsigned count = std::min(static_cast<unsigned>(GetPalettesNumber()), cmdLastPalette - cmdFirstPalette + 1);
-    for (unsigned i = 0; i < count; ++i)
+    for (unsigned i = first - cmdFirstPalette; i < count; ++i)
         items.push_back({.id = cmdFirstPalette + i, .text = palette_text(static_cast<int>(i))});
     return true;
 }

@@ -108,6 +108,10 @@ public:
     void trackPopupMenu(const std::vector<menu_row>& rows, CPoint, CCmdTarget& target) override
     {
         popups.push_back(rows);
+        std::vector<menu_item> items;
+        for (const menu_row& row : rows)
+            if (row.kind == menu_kind::dynamic) target.AppendMenuItems(row.id, items);
+        popupItems = items.size();
         if (popupChoice != 0) target.OnCmdMsg(popupChoice, nullptr);
     }
     window_choice chooseWindows(const std::vector<std::wstring>& titles) override
@@ -224,7 +228,8 @@ public:
     std::function<void(CDialog&)> onForm;
     int dialogs = 0;
     std::vector<std::vector<menu_row>> popups;
-    unsigned popupChoice = 0; ///< 0: none
+    std::size_t popupItems = 0; ///< that the target supplied to the last one
+    unsigned popupChoice = 0;   ///< 0: none
     std::wstring statusText;
     std::vector<std::wstring> windowTitles;
     window_choice windowAnswer;

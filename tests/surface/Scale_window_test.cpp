@@ -213,7 +213,8 @@ TEST_F(ScaleWindowTest, AFollowersStripChangesWhatItFollows)
     host.popupChoice = fixedCommand;
     strip(0).OnContextMenu({0, 0});
     ASSERT_EQ(host.popups.size(), 1u);
-    EXPECT_EQ(host.popups[0].size(), 13u) << "eight palettes, a separator, four modes";
+    EXPECT_EQ(host.popups[0].size(), 14u) << "eight palettes, those of files, a separator, four modes";
+    EXPECT_EQ(host.popupItems, 0u) << "there is no file palette";
     EXPECT_EQ(leader().GetAutoScaling(), 0);
     EXPECT_EQ(strip(0).GetAutoScaling(), 0);
     // The strip is 502 long: 125 and 377.
@@ -388,7 +389,9 @@ TEST_F(ScaleWindowTest, AnotherFolderBringsOtherPalettes)
     std::vector<menu_item> palettes;
     ASSERT_TRUE(leader().AppendMenuItems(12001, palettes));
     EXPECT_EQ(palettes.at(8).text, "Sea && sky");
-    leader().OnCmdMsg(12009, nullptr);
+    host.popupChoice = 12009;
+    strip(0).OnContextMenu({0, 0});
+    EXPECT_EQ(host.popupItems, 1u) << "behind the eight that it always has";
     EXPECT_EQ(leader().GetPaletteId(), 8);
     directory.set_string("");
     options->set_var(directory);

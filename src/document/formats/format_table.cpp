@@ -54,7 +54,7 @@ base::read_result<recording> finished(source& file)
 // In the order of the file dialog. type, name, patterns, sniff, possible, read, underAnyName.
 constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
-    {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??", sniff_nanoscope,
+    {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??;*.di", sniff_nanoscope,
      nullptr, finished<read_nanoscope>},
     {FILE_HDF, "HDF files", "*.hdf", sniff_hdf, nullptr, finished<read_hdf>},
     {FILE_JPK, "JPK Files", "*.jpk*", sniff_jpk, possible_jpk, finished<read_jpk>, true},
@@ -65,7 +65,7 @@ constexpr format_row rows[] = {
     {FILE_WSXM, "WSxM files", "*.to?;*.ch?", sniff_wsxm, nullptr, finished<read_wsxm>},
     {FILE_MDT, "NT-MDT files", "*.mdt", sniff_mdt, nullptr, finished<read_mdt>},
     {FILE_IMG, "IMG files", "*.img", sniff_img, possible_img, finished<read_img>},
-    {FILE_BCR, "Umka files", "*.bcr", sniff_bcr, nullptr, finished<read_bcr>},
+    {FILE_BCR, "Umka files", "*.bcr;*.bcrf", sniff_bcr, nullptr, finished<read_bcr>},
     {FILE_IBW, "IgorPro Files", "*.ibw", sniff_ibw, possible_ibw, finished<read_ibw>},
     {FILE_WIP, "WITec files", "*.wip", sniff_wip, nullptr, finished<read_wip>},
     {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, finished<read_scala>},

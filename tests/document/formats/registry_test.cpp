@@ -1,7 +1,10 @@
 #include "base/text.h"
 #include "document/formats/format_notes.h"
 #include "resources/strings.h"
+#include "support/manifest.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
@@ -152,6 +155,23 @@ TEST(Registry, TheOpenDialogOffersAllThatOpens)
     }
     for (const char* table : {"*.csv", "*.asc", "*.xyz"})
         EXPECT_TRUE(filters[0].contains(table)) << "tables open under any name";
+}
+
+TEST(Registry, TheOpenDialogListsEverySampleThatOpens)
+{
+    const auto all = dialog_filters().at(0);
+    std::size_t seen = 0;
+    std::error_code error;
+    for (const auto& folder : std::filesystem::directory_iterator(test_support::sample_folder(""), error))
+        for (const test_support::manifest_row& row : test_support::read_manifest(folder.path().filename())) {
+            const std::string file = row.text("file");
+            EXPECT_TRUE(row.text("kind") == "reject" ||
+                        std::ranges::any_of(
+                            all, [&](const std::string& pattern) { return formats::pattern_matches(pattern, file); }))
+                << row.title();
+            ++seen;
+        }
+    if (seen == 0) GTEST_SKIP() << "no sample files";
 }
 
 } // namespace
