@@ -55,7 +55,7 @@ plane_summary summarise(const image_plane& plane)
 void expect_near(const manifest_row& row, const char* column, double actual, double tolerance)
 {
     const auto expected = row.number(column);
-    if (!expected) return;
+    if (!expected || std::isnan(*expected)) return; // not measured there
     EXPECT_NEAR(actual, *expected, tolerance) << column;
 }
 

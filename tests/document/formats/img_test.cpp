@@ -2,7 +2,6 @@
 #include "document/formats/img.h"
 #include "document/formats/registry.h"
 #include "recorded_values.h"
-#include "support/manifest.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -180,13 +179,6 @@ TEST(Img, OtherFilesAreRefusedAndTheirExpectationNamed)
         const auto result = read(bytes);
         ASSERT_FALSE(result);
         EXPECT_NE(result.error().reason.find("none of the .img kinds"), std::string::npos);
-    }
-    for (const auto& row : test_support::manifest_rows("img", "reject")) {
-        const auto bytes = test_support::read_sample("img", row.text("file"));
-        const format_row* found = find_format(std::span(bytes).first(sniffBytes), row.text("file"));
-        ASSERT_TRUE(found && found->type == FILE_IMG);
-        memory_source source(bytes);
-        EXPECT_FALSE(read_img(source));
     }
 }
 

@@ -6,7 +6,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 
 namespace instrument_fixture {
 
@@ -27,6 +30,17 @@ std::vector<std::string> folder_source::siblings()
     for (const auto& [name, bytes] : files) names.push_back(name);
     std::ranges::reverse(names); // no reader may rely on their order
     return names;
+}
+
+folder load_files(const std::string& path)
+{
+    folder files;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(path, error)) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        files[entry.path().filename().string()] = std::string(std::istreambuf_iterator<char>(in), {});
+    }
+    return files;
 }
 
 base::read_result<formats::recording> read(reader read, const std::string& bytes, const std::string& name)

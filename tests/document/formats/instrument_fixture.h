@@ -20,6 +20,9 @@ namespace instrument_fixture {
 /// Files of one folder in memory, by name.
 using folder = std::map<std::string, std::string>;
 
+/// All files of a folder; none when it is not there.
+folder load_files(const std::string& path);
+
 /// One file of a folder; the others are its siblings.
 class folder_source : public formats::source {
 public:

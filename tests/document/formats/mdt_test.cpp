@@ -1,15 +1,12 @@
-#include "base/text.h"
 #include "document/formats/mdt.h"
 #include "mdt_fixture.h"
 #include "recorded_values.h"
-#include "support/sample_checks.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace formats;
-using namespace test_support;
 
 base::read_result<recording> read(const std::string& bytes)
 {
@@ -245,84 +242,6 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
     };
     for (const auto& row : rows)
         EXPECT_NE(reason_of(row.bytes).find(row.reason), std::string::npos) << reason_of(row.bytes);
-}
-
-/// The manifest's reader takes scale * (n - 1) for the size of an array, one pixel less than it covers.
-manifest_row with_whole_pixels(manifest_row row)
-{
-    for (const auto& [size, count] : {std::pair("x_size", "nx"), std::pair("y_size", "ny")})
-        row.cells[size] = base::shortest(*row.number(size) * *row.number(count) / (*row.number(count) - 1));
-    return row;
-}
-
-class MdtSamples : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (read_manifest("mdt").empty()) GTEST_SKIP() << "sample files are not here: " << VLDV_SAMPLES;
-    }
-    static base::read_result<recording> read_file(const std::string& name)
-    {
-        static std::vector<std::byte> bytes;
-        bytes = read_sample("mdt", name);
-        memory_source source(bytes, name);
-        return read_mdt(source);
-    }
-};
-
-TEST_F(MdtSamples, ImagesHaveTheValuesOfTheManifest)
-{
-    for (const manifest_row& row : manifest_rows("mdt", "image")) {
-        SCOPED_TRACE(row.title());
-        const auto result = read_file(row.text("file"));
-        ASSERT_TRUE(result) << result.error().reason;
-        const auto planes = planes_of(*result);
-        // The manifest counts curve sets among the images, and ends names with the number of the frame.
-        const bool hasCurves = row.text("file") == "test_mdt.mdt";
-        const auto index = static_cast<std::size_t>(row.number("object").value_or(-1)) - (hasCurves ? 1 : 0);
-        ASSERT_LT(index, planes.size());
-        expect_plane(hasCurves ? with_whole_pixels(row) : row, planes[index], hasCurves);
-        std::string label = planes[index].image->stream.get_description();
-        if (hasCurves) { // the one title with pass and direction
-            EXPECT_EQ(planes[index].image->strings.at("\\Line direction"), "Forward");
-            EXPECT_EQ(planes[index].image->strings.at("\\Speed"), "2.99976563189274 \u00B5m/s");
-            label = planes[index].image->strings.at("Pass") + "F:" + label;
-        }
-        EXPECT_EQ(row.text("name").substr(0, label.size()), label);
-    }
-}
-
-TEST_F(MdtSamples, SpectraAtPointsAreAllThere)
-{
-    for (const manifest_row& row : manifest_rows("mdt", "curveset")) {
-        const auto result = read_file(row.text("file"));
-        ASSERT_TRUE(result) << result.error().reason;
-        const SPMDataStream& stream = item(*result, 1).stream;
-        ASSERT_EQ(stream.get_dimensions_number(), 1u);
-        EXPECT_EQ(stream.get_dimension(0).length, row.number("nx"));
-        EXPECT_EQ(stream.subimage_names().size(), row.number("ny"));
-        const VLAxis& x = stream.get_dimension(0).get_axis(0);
-        EXPECT_NEAR(x.scale * (*row.number("nx") - 1), *row.number("x_size"), 1e-5 * *row.number("x_size"));
-        EXPECT_NEAR(x.start, -2.99985697, 1e-8); // from the manifest's note
-        double lowest = 1e300, highest = -1e300, sum = 0;
-        const std::vector<double> values = physical(stream);
-        for (const double value : values) {
-            lowest = std::min(lowest, value);
-            highest = std::max(highest, value);
-            sum += value;
-        }
-        const double half = 0.5 * stream.values.get_axis(0).scale; // in nA
-        EXPECT_NEAR(lowest, *row.number("z_min") * 1e9, half);
-        EXPECT_NEAR(highest, *row.number("z_max") * 1e9, half);
-        EXPECT_NEAR(sum / static_cast<double>(values.size()), *row.number("z_mean") * 1e9, half);
-        EXPECT_GT(values[586], 40.0); // the current of the first curve saturates at +3 V and falls with the bias
-        EXPECT_LT(values[0], 0.0);
-        const auto names = stream.subimage_names(); // three passes there and back at each of 25 points
-        EXPECT_STREQ(names[0].text, "Point 1, pass 1, Forward");
-        EXPECT_STREQ(names[5].text, "Point 1, pass 3, Reverse");
-        EXPECT_STREQ(names[6].text, "Point 2, pass 1, Forward");
-        EXPECT_STREQ(names[149].text, "Point 25, pass 3, Reverse");
-    }
 }
 
 } // namespace

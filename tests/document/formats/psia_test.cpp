@@ -4,7 +4,6 @@
 #include "document/formats/registry.h"
 #include "document/formats/tiff.h"
 #include "recorded_values.h"
-#include "support/sample_checks.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -154,23 +153,6 @@ TEST(Psia, RefusesWhatItCannotShow)
     }
     const std::string whole = psia_file().bytes();
     for (std::size_t length = 0; length < whole.size(); ++length) EXPECT_FALSE(read(whole.substr(0, length))) << length;
-}
-
-TEST(Psia, RealFileHasTheHeightsOfItsManifest)
-{
-    std::size_t checked = 0;
-    for (const test_support::manifest_row& row : test_support::manifest_rows("tiff", "image")) {
-        if (!row.text("file").starts_with("Park")) continue;
-        const auto bytes = test_support::read_sample("tiff", row.text("file"));
-        const format_row* found = find_format(std::span(bytes).first(std::min(bytes.size(), sniffBytes)), "");
-        ASSERT_TRUE(found && found->type == FILE_PSIA);
-        memory_source file(bytes);
-        const auto result = found->read(file);
-        ASSERT_TRUE(result) << result.error().reason;
-        test_support::expect_plane(row, test_support::planes_of(*result).at(0), true);
-        ++checked;
-    }
-    if (checked == 0) GTEST_SKIP() << "sample files are not here";
 }
 
 } // namespace
