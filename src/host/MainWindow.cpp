@@ -221,13 +221,20 @@ void CMainWindow::onActivated(QMdiSubWindow* window)
 void CMainWindow::rebuildMenusSoon()
 {
     if (std::exchange(menusWait, true)) return;
-    QTimer::singleShot(0, this, [this] {
-        menusWait = false;
-        rebuildMenus();
+    host::after_commands([self = QPointer(this)] {
+        if (!self) return;
+        self->menusWait = false;
+        self->fillMenus();
     });
 }
 
 void CMainWindow::rebuildMenus()
+{
+    if (host::command_runs()) return rebuildMenusSoon();
+    fillMenus();
+}
+
+void CMainWindow::fillMenus()
 {
     const CFrameWnd* const active = app.activeFrame();
     shownMenu = active && active->menuId() ? active->menuId() : mainMenu;

@@ -44,6 +44,7 @@ private:
     void installShortcuts();
     void rebuildTools();
     void rebuildMenusSoon();
+    void fillMenus();
     void fillStartPage();
     void showHelp();
     /// Frees what was closed and shows the state of commands.

@@ -3,8 +3,10 @@
 #include "platform/WinApp.h"
 #include "platform/menu_item.h"
 
+#include <QTimer>
 #include <map>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -69,6 +71,28 @@ bool guarded(const Run& run, const std::function<std::string()>& operation)
     }
 }
 
+/// Commands that run now, one out of another, and what waits for the last to end.
+struct running_commands {
+    unsigned depth = 0;
+    std::vector<std::function<void()>> waiting;
+
+    void startWaiting()
+    {
+        for (std::function<void()>& work : std::exchange(waiting, {})) QTimer::singleShot(0, std::move(work));
+    }
+};
+running_commands running;
+
+struct running_scope {
+    running_scope() { ++running.depth; }
+    ~running_scope()
+    {
+        if (--running.depth == 0) running.startWaiting();
+    }
+    running_scope(const running_scope&) = delete;
+    running_scope& operator=(const running_scope&) = delete;
+};
+
 } // namespace
 
 std::string command_name(unsigned id)
@@ -85,9 +109,18 @@ std::string command_name(unsigned id)
 
 bool run_command(unsigned id, const std::function<bool()>& run)
 {
+    const running_scope scope;
     bool handled = true;
     guarded([&] { handled = run(); }, [id] { return command_name(id); });
     return handled;
+}
+
+bool command_runs() noexcept { return running.depth != 0; }
+
+void after_commands(std::function<void()> work)
+{
+    running.waiting.push_back(std::move(work));
+    if (running.depth == 0) running.startWaiting();
 }
 
 void run_named(const std::string& operation, const std::function<void()>& run)

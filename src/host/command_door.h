@@ -12,7 +12,14 @@ std::string command_name(unsigned id);
 /// \return what `run` returns; true when it was broken off
 bool run_command(unsigned id, const std::function<bool()>& run);
 
-/// The same for what has no number, as a file that is dropped on the window.
+/// Whether one that went through the door has not returned yet.
+bool command_runs() noexcept;
+
+/// Runs `work` between two events and after all commands that run now: a command's menu must outlive it, also where it
+/// waits for an answer in a loop of its own.
+void after_commands(std::function<void()> work);
+
+/// The same as `run_command` for what has no number, as a file that is dropped on the window.
 void run_named(const std::string& operation, const std::function<void()>& run);
 
 } // namespace host

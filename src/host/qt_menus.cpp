@@ -22,7 +22,7 @@ std::vector<menu_row> content_of(const std::vector<menu_row>& rows, std::size_t 
     return {rows.begin() + static_cast<std::ptrdiff_t>(index) + 1, rows.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
-/// Takes everything out of a menu and gives it back, submenus too; they go later, as one of them may be running.
+/// Takes everything out of a menu and gives it back, submenus too. None of them may be running: see `after_commands`.
 template <class Menu>
 void clear_menu(Menu& menu)
 {

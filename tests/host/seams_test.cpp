@@ -80,12 +80,14 @@ public:
             ++probed[id];
         else
             ran.push_back(id);
+        if (!ui && onRun) onRun();
         return id <= 9194;
     }
 
     int asked = 0;
     std::map<unsigned, int> probed;
     std::vector<unsigned> ran;
+    std::function<void()> onRun; ///< what a command does
 };
 
 class clicked_table : public CTableView {
@@ -177,6 +179,22 @@ TEST_F(SeamsTest, DynamicMenusAreTreesThatAreAskedOnceAnOpening)
     EXPECT_EQ(view.asked, 2) << "as it is now";
     EXPECT_EQ(texts(menu).size(), 3);
     menu.close();
+}
+
+TEST_F(SeamsTest, AMenuOutlivesTheCommandThatWasChosenFromIt)
+{
+    auto& other = open<function_view>(textMenu);
+    auto& view = open<function_view>(surfaceMenu);
+    QPointer<QMenu> menu = &popup("&Mathematics");
+    menu->popup({0, 0});
+    view.onRun = [&] { // another window becomes active, then a box waits for its answer
+        other.GetParentFrame()->ActivateFrame();
+        settle();
+        EXPECT_FALSE(menu.isNull());
+    };
+    menu->actions().front()->trigger();
+    settle();
+    EXPECT_TRUE(menu.isNull()) << "the menus are those of the other window now";
 }
 
 TEST_F(SeamsTest, RecentFilesPalettesAndWindowsStandInTheirMenus)
