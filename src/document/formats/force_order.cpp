@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <cstring>
-#include <optional>
 #include <vector>
 
 namespace formats {
@@ -66,8 +64,11 @@ void count_from_contact(SPMDataStream& stream)
     }
 }
 
+std::string text_of(const char* text) { return text ? text : ""; }
+
 const char* words_for(contact_end end) noexcept
 {
+    if (end == contact_end::unclear) return "not clear, as recorded";
     return end == contact_end::last ? "free end first" : "contact first";
 }
 
@@ -99,139 +100,12 @@ private:
     bool isMixed[3] = {};
 };
 
-double mean_of(std::span<const double> values)
-{
-    double sum = 0.0;
-    for (const double value : values) sum += value;
-    return sum / static_cast<double>(values.size());
-}
-
-std::string text_of(const char* text) { return text ? text : ""; }
-
-bool is_length(const char* units) { return units_convertable(units, "m") > 0; }
-bool is_force(const char* units) { return units_convertable(units, "N") > 0; }
-
-/// Force or vertical deflection along one dimension of which no order is told.
-bool is_unordered_force(const recorded_image& image)
-{
-    const SPMDataStream& stream = image.stream;
-    if (stream.get_dimensions_number() != 1 || stream.values.get_axes_number() == 0 || image.strings.contains(orderKey))
-        return false;
-    const std::string label = base::lower_ascii(stream.get_description());
-    if (label.find("friction") != std::string::npos || label.find("lateral") != std::string::npos) return false;
-    return is_force(stream.values.get_axis(0).get_units()) || is_deflection_name(label);
-}
-
-recorded_image* image_named(recording& content, const char* id)
-{
-    for (auto& item : content.items)
-        if (auto* const image = std::get_if<recorded_image>(&item);
-            id && image && !std::strcmp(image->stream.get_name(), id))
-            return image;
-    return nullptr;
-}
-
-/// A 16-bit sample of a curve in physical units.
-double value_at(const recorded_image& image, std::size_t curve, std::size_t points, std::size_t sample)
-{
-    const auto* const samples = static_cast<const std::int16_t*>(image.stream.array_data());
-    return image.stream.values.get_axis(0).at(samples[curve * points + sample]);
-}
-
-/// A force image and where its samples lie: on its axis, or in a stream of as many samples.
-struct placed_forces {
-    recorded_image& image;
-    recorded_image* positions; ///< null for the axis
-    std::size_t points;
-    std::vector<std::size_t> lengths;
-
-    bool isOverLength() const
-    {
-        const SPMDataStream& stream = image.stream;
-        if (stream.array_type() != SPM_ARRAY_INT16) return false;
-        if (!positions) return is_length(stream.get_dimension(0).get_axis(0).get_units());
-        return positions->stream.array_type() == SPM_ARRAY_INT16 &&
-               positions->stream.array_length() == stream.array_length() &&
-               is_length(positions->stream.values.get_axis(0).get_units());
-    }
-    double positionAt(std::size_t curve, std::size_t sample) const
-    {
-        return positions ? value_at(*positions, curve, points, sample)
-                         : image.stream.get_dimension(0).get_axis(0).at(static_cast<double>(sample));
-    }
-    /// Where the first curve that tells its contact has it.
-    std::optional<double> contact() const
-    {
-        for (std::size_t curve = 0; curve < lengths.size(); ++curve) {
-            std::vector<double> forces;
-            for (std::size_t i = 0; i < lengths[curve]; ++i) forces.push_back(value_at(image, curve, points, i));
-            const contact_end end = contact_by_force(forces);
-            if (end == contact_end::first) return positionAt(curve, 0);
-            if (end == contact_end::last) return positionAt(curve, lengths[curve] - 1);
-        }
-        return std::nullopt;
-    }
-    std::vector<contact_end> ends(double contact) const
-    {
-        std::vector<contact_end> out;
-        for (std::size_t curve = 0; curve < lengths.size(); ++curve) {
-            const std::size_t length = lengths[curve];
-            out.push_back(length == 0
-                              ? contact_end::unknown
-                              : contact_by_position(positionAt(curve, 0), positionAt(curve, length - 1), contact));
-        }
-        return out;
-    }
-};
-
-void order_as_told_by_forces(recorded_image& image, std::span<const contact_end> ends)
-{
-    order_from_contact(image, ends);
-    if (std::string& text = image.strings[orderKey]; !text.empty()) text += ", as the forces tell";
-}
-
 } // namespace
 
 std::vector<std::size_t> curve_lengths_of(const recorded_image& image)
 {
     const auto told = image.strings.find(curveLengthsKey);
     return curve_lengths(image.stream, told == image.strings.end() ? nullptr : told->second.c_str());
-}
-
-force_way way_of_part(std::string_view name) noexcept
-{
-    if (name.find("Approach") != std::string_view::npos) return force_way::approach;
-    return name.find("Retract") != std::string_view::npos ? force_way::retract : force_way::unknown;
-}
-
-contact_end contact_in_time(force_way way) noexcept
-{
-    if (way == force_way::approach) return contact_end::last;
-    return way == force_way::retract ? contact_end::first : contact_end::unknown;
-}
-
-contact_end contact_by_position(double first, double last, double contact) noexcept
-{
-    const double toFirst = std::fabs(first - contact), toLast = std::fabs(last - contact);
-    if (toFirst < toLast) return contact_end::first;
-    return toLast < toFirst ? contact_end::last : contact_end::unknown;
-}
-
-contact_end contact_by_force(std::span<const double> forces)
-{
-    constexpr std::size_t fewest = 20;
-    constexpr double leastShare = 0.2, leastNoise = 10.0;
-    if (forces.size() < fewest) return contact_end::unknown;
-    const std::size_t part = forces.size() / 10;
-    const double difference = mean_of(forces.first(part)) - mean_of(forces.last(part));
-    const auto [lowest, highest] = std::ranges::minmax(forces);
-    std::vector<double> steps;
-    for (std::size_t i = 1; i < forces.size(); ++i) steps.push_back(std::fabs(forces[i] - forces[i - 1]));
-    const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
-    std::ranges::nth_element(steps, middle);
-    if (!(std::fabs(difference) > std::max(leastShare * (highest - lowest), leastNoise * *middle)))
-        return contact_end::unknown;
-    return difference > 0.0 ? contact_end::first : contact_end::last;
 }
 
 void order_from_contact(recorded_image& image, std::span<const contact_end> ends)
@@ -258,28 +132,6 @@ void order_from_contact(recorded_image& image, std::span<const contact_end> ends
     if (const std::string text = orders.text(); !text.empty()) image.strings[orderKey] = text;
 }
 
-void order_by_forces(recording& content)
-{
-    for (auto& item : content.items) {
-        auto* const image = std::get_if<recorded_image>(&item);
-        if (!image || !is_unordered_force(*image)) continue;
-        const char* const parameter = image->stream.get_parameter_stream();
-        const placed_forces forces{*image, image_named(content, parameter), points_of(*image),
-                                   curve_lengths_of(*image)};
-        if ((parameter && !forces.positions) || !forces.isOverLength()) continue;
-        const auto contact = forces.contact();
-        if (!contact) continue;
-        const std::vector<contact_end> ends = forces.ends(*contact);
-        const std::string id = parameter ? parameter : "";
-        if (!forces.positions) order_as_told_by_forces(*image, ends);
-        // Whatever is measured against the same positions turns with them.
-        for (auto& other : content.items)
-            if (auto* const each = std::get_if<recorded_image>(&other); forces.positions && each)
-                if (each == forces.positions || id == text_of(each->stream.get_parameter_stream()))
-                    order_as_told_by_forces(*each, ends);
-    }
-}
-
 bool is_deflection_name(std::string_view label)
 {
     const std::string name = base::lower_ascii(label);
@@ -287,6 +139,16 @@ bool is_deflection_name(std::string_view label)
         name.find("horizontal") != std::string::npos)
         return false;
     return name.find("defl") != std::string::npos || name.find("dfl") != std::string::npos;
+}
+
+bool holds_forces(const SPMDataStream& stream)
+{
+    const std::string name = base::lower_ascii(text_of(stream.get_description()) + " " + text_of(stream.get_name()));
+    for (const char* other : {"friction", "lateral", "torsion", "hdefl", "horizontal"})
+        if (name.find(other) != std::string::npos) return false;
+    const bool isForce =
+        stream.values.get_axes_number() > 0 && units_convertable(stream.values.get_axis(0).get_units(), "N") > 0;
+    return isForce || name.find("force") != std::string::npos || is_deflection_name(name);
 }
 
 void note_deflection_sign(recorded_image& image)

@@ -202,7 +202,7 @@ private:
             recorded_image& image = image_of(item);
             recorded_image* const positions = item.isPosition ? &image : named(image.stream.get_parameter_stream());
             if (!item.isForce) continue;
-            found.emplace_back(&image, nid_contacts(image, positions));
+            found.emplace_back(&image, nid_contacts(image, positions, forcesLike(item)));
             if (recorded_image* const own = item.ownPositions.empty() ? nullptr : named(item.ownPositions.c_str()))
                 found.emplace_back(own, found.back().second);
         }
@@ -210,6 +210,16 @@ private:
             order_from_contact(*image, ends);
             note_deflection_sign(*image);
         }
+    }
+
+    /// The forces or deflections that were taken with a channel; null without them.
+    const recorded_image* forcesLike(const curve_item& item)
+    {
+        for (const curve_item& other : curves)
+            if (const recorded_image& image = image_of(other);
+                other.isForce && other.shape == item.shape && holds_forces(image.stream))
+                return &image;
+        return nullptr;
     }
 
     recorded_image* named(const char* id)

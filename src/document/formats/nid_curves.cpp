@@ -144,6 +144,23 @@ void finish_curves(const nid_curve_layout& layout, recorded_image& image)
     if (!layout.names.empty()) name_subimages(image, layout.names);
 }
 
+/// What the forces tell of the second half of the curves, the retracts; some of many are asked.
+contact_end contact_of_retracts(const recorded_image& image)
+{
+    constexpr std::size_t asked = 64;
+    const std::vector<std::size_t> lengths = curve_lengths_of(image);
+    const std::size_t points = image.stream.get_dimension(0).length, half = lengths.size() / 2;
+    const auto* const samples = static_cast<const std::int16_t*>(image.stream.array_data());
+    std::vector<contact_end> told;
+    for (std::size_t curve = half; curve < lengths.size(); curve += half / asked + 1) {
+        std::vector<double> forces;
+        for (std::size_t i = 0; i < lengths[curve]; ++i)
+            forces.push_back(image.stream.values.get_axis(0).at(samples[curve * points + i]));
+        told.push_back(contact_by_force(forces));
+    }
+    return contact_of_most(told);
+}
+
 } // namespace
 
 nid_places find_nid_places(const nid_header& header)
@@ -223,7 +240,8 @@ base::read_result<recorded_image> read_nid_curves(source& file, std::span<const 
     return image;
 }
 
-std::vector<contact_end> nid_contacts(const recorded_image& image, const recorded_image* positions)
+std::vector<contact_end> nid_contacts(const recorded_image& image, const recorded_image* positions,
+                                      const recorded_image* forces)
 {
     const std::vector<smart_string>& names = image.stream.subimage_names();
     const std::vector<std::size_t> lengths = curve_lengths_of(image);
@@ -233,6 +251,7 @@ std::vector<contact_end> nid_contacts(const recorded_image& image, const recorde
         const auto* const samples = static_cast<const std::int16_t*>(positions->stream.array_data());
         return positions->stream.values.get_axis(0).at(samples[curve * points + sample]);
     };
+    const contact_end byForces = positions || !forces ? contact_end::unknown : contact_of_retracts(*forces);
     std::vector<contact_end> ends;
     for (std::size_t curve = 0; curve < lengths.size(); ++curve) {
         const force_way way =
@@ -241,6 +260,10 @@ std::vector<contact_end> nid_contacts(const recorded_image& image, const recorde
         const std::size_t approach = curve - lengths.size() / 2;
         if (way != force_way::retract || curve < lengths.size() / 2 || lengths[curve] == 0 || lengths[approach] == 0)
             continue;
+        if (is_known(byForces)) {
+            ends.back() = byForces;
+            continue;
+        }
         const contact_end told = contact_by_position(position(curve, 0), position(curve, lengths[curve] - 1),
                                                      position(approach, lengths[approach] - 1));
         if (told != contact_end::unknown) ends.back() = told;

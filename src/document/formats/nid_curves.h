@@ -50,8 +50,11 @@ base::read_result<recorded_image> read_nid_curves(source& file, std::span<const 
                                                   nid_curve_layout& layout, const std::string& id);
 
 /// Where the contact lies in each curve of a force image: approaches run in time, a retract is compared with where its
-/// approach ended. \param positions  null for those of the axis
-std::vector<contact_end> nid_contacts(const recorded_image& image, const recorded_image* positions);
+/// approach ended. An axis that both share says little of how retracts are stored: there the forces tell first.
+/// \param positions  null for those of the axis
+/// \param forces  the image of the same shape that holds forces or deflections, or null
+std::vector<contact_end> nid_contacts(const recorded_image& image, const recorded_image* positions,
+                                      const recorded_image* forces);
 
 /// The positions of all points of curves that have axes of their own.
 recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id);

@@ -1,6 +1,7 @@
 #include "document/formats/force_order.h"
 
 #include "document/formats/curve_group.h"
+#include "document/formats/stream_shape.h"
 #include "recorded_values.h"
 
 #include <cmath>
@@ -100,6 +101,14 @@ std::vector<double> approach(double ripple, double height = 100.0, double share 
     return forces;
 }
 
+/// A retract from a contact of 10 down to an adhesion of -90 over 20 of 200 samples, then free.
+std::vector<double> sticky()
+{
+    std::vector<double> forces;
+    for (int i = 0; i < 200; ++i) forces.push_back((i % 2 ? 0.1 : -0.1) + (i <= 20 ? 10.0 - 5.0 * i : 0.0));
+    return forces;
+}
+
 std::vector<double> reversed(std::vector<double> values)
 {
     std::reverse(values.begin(), values.end());
@@ -113,6 +122,97 @@ TEST(ForceOrder, ForcesTellTheContactOnlyWhenTheyAreClear)
     EXPECT_EQ(contact_by_force(approach(10.0)), unknown); // steps of 20, the tenth is about 80 higher
     EXPECT_EQ(contact_by_force(std::vector<double>(200, 3.0)), unknown);
     EXPECT_EQ(contact_by_force(std::vector<double>{0, 0, 9}), unknown); // too few
+    EXPECT_EQ(contact_by_force(sticky()), first);
+    EXPECT_EQ(contact_by_force(reversed(sticky())), last);
+    EXPECT_EQ(contact_by_force(approach(1.0, -100.0)), unclear);  // an inverted deflection, or it ends in adhesion
+    EXPECT_EQ(contact_by_force(approach(0.0, 100.0, 1.0)), last); // never free: the higher end
+}
+
+struct unordered_case {
+    const char* name;
+    std::vector<std::pair<const char*, std::vector<double>>> columns; ///< labels, and forces
+    VLAxis x;
+    std::vector<bool> turned;
+    const char *units = "nN", *order = ""; ///< of the last column
+};
+
+class OrderByForces : public testing::TestWithParam<unordered_case> {};
+
+TEST_P(OrderByForces, TakesColumnsOverOneAxisTogether)
+{
+    const unordered_case& now = GetParam();
+    recording content;
+    for (const auto& [label, values] : now.columns)
+        content.items.emplace_back(curves({{"", values}}, now.x, now.units, label));
+    order_by_forces(content);
+    for (std::size_t i = 0; i < now.columns.size(); ++i) {
+        const auto& values = now.columns[i].second;
+        const std::vector<double> found = physical(item(content, i).stream),
+                                  meant = now.turned[i] ? reversed(values) : values;
+        for (const std::size_t at : {0u, 3u, 199u}) EXPECT_NEAR(found[at], meant[at], 0.01) << i << ' ' << at;
+    }
+    const auto& texts = item(content, now.columns.size() - 1).strings;
+    EXPECT_EQ(texts.contains(orderKey) ? texts.at(orderKey) : "", now.order);
+    EXPECT_EQ(content.warnings.size(), std::string(now.order).starts_with("not clear") ? 1u : 0u);
+}
+
+const VLAxis nm(0, 1, "nm"), seconds(0, 1, "s");
+
+INSTANTIATE_TEST_SUITE_P(
+    Columns, OrderByForces,
+    testing::Values(
+        unordered_case{"StickyRetract",
+                       {{"Force approach", reversed(approach(0.1, 10.0))}, {"Force retract", sticky()}},
+                       nm,
+                       {false, false},
+                       "nN",
+                       "contact first, as the forces tell"},
+        // What is clear in one curve holds for its partner, which touches hardly.
+        unordered_case{"Partner",
+                       {{"Force approach", approach(0.1, 10.0)}, {"Force retract", approach(0.1, -10.0, 0.05)}},
+                       nm,
+                       {true, true},
+                       "nN",
+                       "free end first, as the forces tell"},
+        unordered_case{"EachInTime",
+                       {{"Force approach", approach(0.1)}, {"Force retract", sticky()}},
+                       nm,
+                       {true, false},
+                       "nN",
+                       "contact first, as forces and names tell"},
+        unordered_case{"Contradiction",
+                       {{"Force retract", approach(0.1)}, {"Force approach", sticky()}},
+                       nm,
+                       {false, false},
+                       "nN",
+                       "not clear, as recorded"},
+        unordered_case{"Inverted", {{"Deflection", approach(0.1, -50.0)}}, nm, {false}, "V", "not clear, as recorded"},
+        unordered_case{
+            "Clock", {{"Force", approach(0.1)}}, seconds, {true}, "nN", "free end first, as forces and names tell"},
+        unordered_case{"NamesOnAClock",
+                       {{"Force approach", std::vector<double>(200, 1.0)}},
+                       seconds,
+                       {true},
+                       "nN",
+                       "free end first, as forces and names tell"},
+        unordered_case{
+            "NamesAgainstForces", {{"Retract force", approach(0.1)}}, seconds, {false}, "nN", "not clear, as recorded"},
+        unordered_case{
+            "NoUnits", {{"Force", approach(0.1)}}, VLAxis(0, 1, ""), {true}, "", "free end first, as the forces tell"}),
+    [](const auto& each) { return each.param.name; });
+
+TEST(ForceOrder, AVolumeIsOrderedByMostOfItsCurves)
+{
+    const extent shape[] = {{200, VLAxis(0, 1, "nm")}, {2, VLAxis(0, 1, "nm")}, {2, VLAxis(0, 1, "nm")}};
+    recorded_image volume = make_samples("Force", "Force", shape, 1, {0.01, 0.0, "nN", "hand"});
+    const std::vector<double> curve = approach(1.0);
+    for (std::size_t i = 0; i < 800; ++i) // the last one tells nothing
+        elements_of<std::int16_t>(volume)[i] = static_cast<std::int16_t>(i < 600 ? 100.0 * curve[i % 200] : 5.0);
+    recording content;
+    content.items.emplace_back(std::move(volume));
+    order_by_forces(content);
+    EXPECT_GT(physical(item(content, 0).stream)[400], 90.0);
+    EXPECT_EQ(item(content, 0).stream.get_dimension(0).get_axis(0), VLAxis(199, -1, "nm"));
 }
 
 recording with_forces(recorded_image image)
@@ -153,11 +253,13 @@ TEST(ForceOrder, WhatIsMeasuredAgainstTheSamePositionsTurnsWithThem)
     recording content = with_forces(curves({{"", up}}, {}, "nm", "Z"));
     content.items.emplace_back(curves({{"", approach(1.0)}}, {}, "V", "DFL"));
     content.items.emplace_back(curves({{"", other}}, {}, "V", "Phase"));
+    content.items.emplace_back(curves({{"", up}}, {}, "nm", "Raw")); // measured beside the positions
     for (const std::size_t k : {1u, 2u}) std::get<recorded_image>(content.items[k]).stream.set_parameter_stream("Z");
     order_by_forces(content);
     EXPECT_NEAR(physical(item(content, 0).stream)[0], 199.1, 0.01);
     EXPECT_GT(physical(item(content, 1).stream)[0], 90.0);
     EXPECT_EQ(physical(item(content, 2).stream)[0], 199.0);
+    EXPECT_NEAR(physical(item(content, 3).stream)[0], 199.1, 0.01);
     EXPECT_EQ(item(content, 1).stream.get_dimension(0).get_axis(0), VLAxis()); // counts samples as before
 }
 

@@ -126,6 +126,28 @@ TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
     EXPECT_EQ(axis_text(image_at(later, 0), 0), "5e-06 -4e-06 m");
 }
 
+TEST(Nid, ForcesTellHowARetractOnASharedAxisIsStored)
+{
+    std::vector<int> approach, retract; // the free end first; the contact first, as time goes
+    for (int i = 0; i < 100; ++i) approach.push_back(i < 60 ? i % 2 : 50 * (i - 60));
+    for (int i = 0; i < 100; ++i) retract.push_back(i < 50 ? 2000 - 50 * i : i % 2);
+    for (const bool isInTime : {true, false}) {
+        const auto stored = isInTime ? retract : std::vector<int>(retract.rbegin(), retract.rend());
+        const auto result = read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 1, approach),
+                                                           spectroscopy("Spec backward", "Deflection", 1, stored),
+                                                           spectroscopy("Spec forward", "Phase", 1, approach),
+                                                           spectroscopy("Spec backward", "Phase", 1, stored)}));
+        ASSERT_TRUE(result) << result.error().reason;
+        for (const std::size_t channel : {0u, 1u}) {
+            const std::vector<int> raw = raw_of(image_at(result, channel));
+            EXPECT_EQ(std::vector<int>(raw.begin() + 100, raw.end()), retract) << isInTime << channel;
+            EXPECT_EQ(image_at(result, channel).strings.at("\\Recorded order"),
+                      std::string("Approach: free end first; Retract: ") +
+                          (isInTime ? "contact first" : "free end first"));
+        }
+    }
+}
+
 TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
 {
     channel_parts retract = spectroscopy("Spec backward", "Deflection", 2, {7, 8, 9, 10});
