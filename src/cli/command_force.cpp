@@ -32,19 +32,17 @@ struct force_options : curve_options {
 /// What is analysed unless an image is asked for: forces and deflections, without them curves of no known meaning.
 bool is_asked_for(const CStorageDoc& document, unsigned image, const force_options& options, bool hasForces)
 {
-    const SPMDataStream& stream = document.getImage(image);
-    const unsigned dimensions = stream.get_dimensions_number();
+    const unsigned dimensions = document.getImage(image).get_dimensions_number();
     if (!document.isImageOk(image) || (dimensions != 1 && dimensions != 3)) return false;
     if (options.image >= 0) return image == static_cast<unsigned>(options.image);
-    return curves::is_force_channel(stream) || (!hasForces && !*document.getAxis(image, 0, unsigned(-1)).get_units());
+    if (hasForces) return curves::is_force_image(document, image);
+    return !*document.getAxis(image, 0, unsigned(-1)).get_units() && !curves::is_parameter(document, image);
 }
 
 bool has_forces(const CStorageDoc& document)
 {
     for (unsigned image = 0; image < document.getImagesNumber(); ++image)
-        if (document.isImageOk(image) && document.getImage(image).get_dimensions_number() != 2 &&
-            curves::is_force_channel(document.getImage(image)))
-            return true;
+        if (curves::is_force_image(document, image)) return true;
     return false;
 }
 

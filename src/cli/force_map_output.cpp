@@ -106,7 +106,7 @@ private:
 bool is_mapped(const CStorageDoc& document, unsigned image, int wanted)
 {
     if (!document.isImageOk(image) || document.getImage(image).get_dimensions_number() != 3) return false;
-    return wanted < 0 ? curves::is_force_channel(document.getImage(image)) : image == static_cast<unsigned>(wanted);
+    return wanted < 0 ? curves::is_force_image(document, image) : image == static_cast<unsigned>(wanted);
 }
 
 } // namespace

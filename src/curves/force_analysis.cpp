@@ -1,25 +1,16 @@
 #include "curves/force_analysis.h"
 
-#include "base/SPMDataStream.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "curves/force_curve.h"
 #include "curves/physical.h"
-#include "document/formats/force_order.h"
 
+#include <algorithm>
 #include <cmath>
-#include <string_view>
 
 namespace curves {
 
 namespace {
-
-bool contains_any(const std::string& text, std::initializer_list<const char*> words)
-{
-    for (const char* word : words)
-        if (text.find(word) != std::string::npos) return true;
-    return false;
-}
 
 std::string per(const char* values, const char* x) { return std::string(*values ? values : "1") + "/" + x; }
 
@@ -80,19 +71,11 @@ const char* slope_name(const char* xUnits) noexcept
     return units_convertable(xUnits, "s") > 0 ? "dF/dt" : "dF/dX";
 }
 
-bool is_force_channel(const SPMDataStream& stream)
-{
-    const auto text_of = [](const char* text) { return base::lower_ascii(text ? text : ""); };
-    const std::string label = text_of(stream.get_description()) + " " + text_of(stream.get_name());
-    if (contains_any(label, {"friction", "lateral", "torsion", "hdefl", "horizontal"})) return false;
-    const bool isForce =
-        stream.values.get_axes_number() > 0 && units_convertable(stream.values.get_axis(0).get_units(), "N") > 0;
-    return isForce || label.find("force") != std::string::npos || formats::is_deflection_name(label);
-}
-
 bool is_held_part(const char* name)
 {
-    return contains_any(base::lower_ascii(name ? name : ""), {"pause", "dwell", "hold", "modulation"});
+    const std::string text = base::lower_ascii(name ? name : "");
+    return std::ranges::any_of(std::initializer_list<const char*>{"pause", "dwell", "hold", "modulation"},
+                               [&](const char* word) { return text.find(word) != std::string::npos; });
 }
 
 } // namespace curves

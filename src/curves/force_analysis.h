@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-class SPMDataStream;
-
 namespace curves {
 
 /// A force curve as it is analysed, contact first: as many raw samples as were measured.
@@ -43,8 +41,6 @@ std::string slope_units(const char* values, const VLAxis& x);
 /// "dF/dZ" over a length, "dF/dt" over a time, else "dF/dX".
 const char* slope_name(const char* xUnits) noexcept;
 
-/// True for images that hold forces or vertical deflections, by unit, label or id; not for friction and the like.
-bool is_force_channel(const SPMDataStream& stream);
 /// True for the name of a part in which the probe is held: "Pause", "Dwell 2", "Hold", "Modulation".
 bool is_held_part(const char* name);
 

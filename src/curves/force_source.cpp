@@ -4,6 +4,7 @@
 #include "curves/profile.h"
 #include "document/StorageDoc.h"
 #include "document/formats/curve_lengths.h"
+#include "document/formats/force_order.h"
 
 #include <algorithm>
 #include <cstring>
@@ -60,6 +61,23 @@ unsigned parameter_of(const CStorageDoc& document, unsigned image)
     for (std::size_t d = 1; d < own.dimensions(); ++d)
         if (own.lengths[d] != other.lengths[d]) return noImage;
     return other.subImages == own.subImages || other.subImages == 1 ? number : noImage;
+}
+
+bool is_parameter(const CStorageDoc& document, unsigned image)
+{
+    const char* const parameter = document.getImage(image).get_parameter_stream();
+    if (parameter && *parameter) return false;
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i)
+        if (i != image && document.isImageOk(i) && parameter_of(document, i) == image) return true;
+    return false;
+}
+
+bool is_force_image(const CStorageDoc& document, unsigned image)
+{
+    if (!document.isImageOk(image)) return false;
+    const SPMDataStream& stream = document.getImage(image);
+    const unsigned dimensions = stream.get_dimensions_number();
+    return (dimensions == 1 || dimensions == 3) && formats::holds_forces(stream) && !is_parameter(document, image);
 }
 
 force_image force_curves_of(const CStorageDoc& document, unsigned image)

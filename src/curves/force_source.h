@@ -32,6 +32,11 @@ constexpr unsigned noImage = unsigned(-1);
 /// sub-image for all. \return `noImage` without one
 unsigned parameter_of(const CStorageDoc& document, unsigned image);
 
+/// True for an image that only tells where another was measured.
+bool is_parameter(const CStorageDoc& document, unsigned image);
+/// True for images of one or three dimensions that hold forces or vertical deflections and are no parameter.
+bool is_force_image(const CStorageDoc& document, unsigned image);
+
 /// \throws std::runtime_error when samples have no type; std::bad_alloc
 force_image force_curves_of(const CStorageDoc& document, unsigned image);
 

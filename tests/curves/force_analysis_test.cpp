@@ -3,6 +3,7 @@
 #include "curves/force_source.h"
 #include "document/StorageDoc.h"
 #include "document/fixtures.h"
+#include "document/formats/force_order.h"
 
 #include <gmock/gmock.h>
 
@@ -35,7 +36,7 @@ TEST(ForceChannels, AreForcesAndVerticalDeflections)
         SPMDataStream stream = heights("id", {4});
         stream.set_description(row.label);
         stream.values.set_axis(0, VLAxis(0, 1, row.units));
-        EXPECT_EQ(curves::is_force_channel(stream), row.isForce) << row.label;
+        EXPECT_EQ(formats::holds_forces(stream), row.isForce) << row.label;
     }
     for (const char* name : {"Pause", "Pause 2", "Dwell", "Hold", "Modulation"})
         EXPECT_TRUE(curves::is_held_part(name)) << name;
@@ -108,6 +109,22 @@ TEST(ForceSource, PairsCurvesWithWhatTheyAreMeasuredAgainst)
     EXPECT_EQ(image.curves[2].samples.x, sensor.values.get_axis(0));
     EXPECT_TRUE(image.curves[1].isHeld);
     EXPECT_FALSE(image.curves[2].isHeld);
+}
+
+TEST(ForceSource, WhatOnlyTellsPlacesIsNoForce)
+{
+    CHeadlessHost host;
+    CWinApp app(host);
+    CStorageDoc document;
+    SPMDataStream force = heights("Deflection", {5}), ramp = heights("Deflection_position", {5}),
+                  sensor = heights("Deflection Sensor", {5}), other = heights("Current", {5});
+    force.set_parameter_stream("Deflection_position");
+    other.set_parameter_stream("Deflection Sensor");
+    const SPMDataStream streams[] = {force, ramp, sensor, other, heights("Force map", {5, 4})};
+    document.AddNewImages(streams, 5);
+    std::vector<bool> found;
+    for (unsigned i = 0; i < 5; ++i) found.push_back(curves::is_force_image(document, i));
+    EXPECT_THAT(found, ElementsAre(true, false, false, false, false));
 }
 
 } // namespace
