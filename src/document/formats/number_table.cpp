@@ -76,7 +76,7 @@ public:
     bool isComplete() const noexcept { return stated.linesAreRows && table.rows == stated.rows; }
     /// Brings the numbers into the rows that the header states. \return why they cannot be, or empty
     std::string fit();
-    /// Leaves out a short last line.
+    /// Leaves out a short last line and tells of lines that may be damaged rows.
     void finish();
 
     number_table table;
@@ -84,11 +84,15 @@ public:
 
 private:
     line_use add_row(std::size_t fields, std::size_t number);
-    void add_comment(std::string_view line);
+    line_use add_comment(std::string_view line, std::size_t number);
     line_use refuse(std::size_t number, const std::string& why)
     {
         reason = "line " + std::to_string(number) + why;
         return line_use::refused;
+    }
+    line_use refuse_field(std::size_t number)
+    {
+        return refuse(number, ": \"" + content.utf8(scanner.wrong_field().substr(0, 40)) + "\" is no number");
     }
     /// Why a line of another length cannot be.
     std::string unlike(std::size_t fields) const
@@ -106,6 +110,7 @@ private:
     std::size_t firstFields = 0;
     std::size_t oddLine = 0; // number of the first line of another length, 0 when there is none
     std::size_t oddFields = 0;
+    std::size_t doubtfulLines = 0, firstDoubtful = 0; ///< comments that may be damaged rows
 };
 
 line_use table_collector::add(std::string_view line, std::size_t number)
@@ -116,15 +121,13 @@ line_use table_collector::add(std::string_view line, std::size_t number)
         return line_use::taken;
     case line_content::comment:
         if (stated.linesAreRows) return line_use::ended;
-        if (!wrapped && scanner.isDamagedRow(line, table.columns)) break;
-        add_comment(line);
-        return line_use::taken;
+        return add_comment(line, number);
     case line_content::numbers:
         return add_row(table.values.size() - before, number);
     case line_content::wrong:
         break;
     }
-    return refuse(number, ": \"" + content.utf8(scanner.wrong_field().substr(0, 40)) + "\" is no number");
+    return refuse_field(number);
 }
 
 line_use table_collector::add_row(std::size_t fields, std::size_t number)
@@ -150,16 +153,23 @@ line_use table_collector::add_row(std::size_t fields, std::size_t number)
     return line_use::taken;
 }
 
-void table_collector::add_comment(std::string_view line)
+line_use table_collector::add_comment(std::string_view line, std::size_t number)
 {
+    const row_likeness likeness = wrapped ? row_likeness::none : scanner.likeness_to_row(line, table.columns);
+    if (likeness == row_likeness::damaged) return refuse_field(number);
+    if (likeness == row_likeness::partly && doubtfulLines++ == 0) firstDoubtful = number;
     const std::string text = content.utf8(base::trimmed(line.substr(0, mostComments)));
-    if (text.empty() || table.comments.size() + text.size() > mostComments) return;
+    if (text.empty() || table.comments.size() + text.size() > mostComments) return line_use::taken;
     if (!table.comments.empty()) table.comments += '\n';
     table.comments += text;
+    return line_use::taken;
 }
 
 void table_collector::finish()
 {
+    if (doubtfulLines != 0)
+        table.notes.push_back("taken for comments although they hold numbers for most columns: " +
+                              plural(doubtfulLines, "line") + ", the first is line " + std::to_string(firstDoubtful));
     if (oddLine == 0 || wrapped) return;
     table.values.resize(table.columns * table.rows);
     table.notes.push_back("The last line, " + std::to_string(oddLine) + ", was left out: it has " +

@@ -68,27 +68,6 @@ std::optional<double> respelled_number(std::string_view field, bool decimalComma
     return value;
 }
 
-/// "-1,234,567.8e3" without the commas; nothing when these do not part the digits into groups of three.
-std::optional<double> grouped_number(std::string_view field) noexcept
-{
-    std::array<char, 128> buffer;
-    if (field.size() > buffer.size()) return std::nullopt;
-    const std::size_t whole =
-        std::min(field.find_first_not_of("0123456789,", field.find_first_of("0123456789")), field.size());
-    std::size_t length = 0;
-    for (std::size_t i = 0; i < field.size(); ++i) {
-        if (field[i] != ',') {
-            buffer[length++] = field[i];
-            continue;
-        }
-        const std::size_t next = std::min(field.find(',', i + 1), whole);
-        const bool isFirst = field.substr(0, i).find(',') == std::string_view::npos;
-        const std::size_t before = i - std::min(field.find_first_of("0123456789"), i);
-        if (i >= whole || next - i != 4 || before == 0 || (isFirst && before > 3)) return std::nullopt;
-    }
-    return number_of_field({buffer.data(), length}, false);
-}
-
 bool is_any_separator(char c) noexcept
 {
     return c == ' ' || c == '\t' || c == ',' || c == ';' || c == '\f' || c == '\v';
@@ -97,92 +76,6 @@ bool is_any_separator(char c) noexcept
 bool starts_comment(std::string_view line) noexcept
 {
     return line.starts_with('#') || line.starts_with('%') || line.starts_with("//");
-}
-
-/// True when the comma at `i` could part thousands as well as be a decimal mark: "1,234", never "0,125" or "12,5".
-bool may_part_thousands(std::string_view line, std::size_t i) noexcept
-{
-    constexpr std::size_t group = 3;
-    std::size_t before = 0, after = 0;
-    while (before < i && is_digit(line[i - before - 1])) ++before;
-    while (i + after + 1 < line.size() && is_digit(line[i + after + 1])) ++after;
-    return after == group && before > 0 && before <= group && line[i - before] != '0';
-}
-
-/// What the commas, tabs and blanks of the lines of numbers tell.
-struct mark_survey {
-    std::size_t lines = 0;
-    std::size_t doubleTabs = 0;
-    bool points = false;                                   ///< a decimal point stands in a number
-    bool commas = false;                                   ///< a comma stands somewhere
-    bool loneCommas = false;                               ///< a comma without a digit on both sides
-    bool manyCommas = false;                               ///< two in one word between blanks
-    bool decimalCommas = false;                            ///< a comma that cannot part thousands
-    bool semicolons = false, tabs = false, blanks = false; ///< between two fields
-    std::size_t fields = 0;                                ///< of the first line, when commas separate
-    bool sameFields = true;
-
-    void add(std::string_view line) noexcept;
-    void look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept;
-    /// False while further lines may tell what the commas are.
-    bool isClear() const noexcept
-    {
-        return !commas || points || loneCommas || manyCommas ||
-               (decimalCommas && (semicolons || tabs || blanks || !sameFields));
-    }
-};
-
-void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept
-{
-    const char c = line[i];
-    const bool last = i + 1 == line.size();
-    if (c == ' ' || c == '\t' || c == ';') wordCommas = 0;
-    if (c == ',') {
-        commas = true;
-        const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
-        loneCommas = loneCommas || !between;
-        manyCommas = manyCommas || (between && ++wordCommas > 1);
-        decimalCommas = decimalCommas || (between && !may_part_thousands(line, i));
-    }
-    if (c == '.') points = true;
-    if (c == ';' && !last) semicolons = true;
-    if (c == '\t') tabs = true;
-    if (c == ' ') blanks = true;
-}
-
-void mark_survey::add(std::string_view line) noexcept
-{
-    line = base::trimmed(line);
-    std::size_t wordCommas = 0;
-    std::size_t commaCount = 0;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        look_at(line, i, wordCommas);
-        if (line[i] == ',' && i + 1 < line.size()) ++commaCount;
-    }
-    if (line.find("\t\t") != std::string_view::npos) ++doubleTabs;
-    if (lines == 0) fields = commaCount + 1;
-    sameFields = sameFields && fields == commaCount + 1;
-    ++lines;
-}
-
-number_layout layout_of(const mark_survey& survey) noexcept
-{
-    number_layout layout;
-    const bool otherSeparator = survey.semicolons || survey.tabs || survey.blanks;
-    // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
-    layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas && !survey.manyCommas &&
-                          (otherSeparator || !survey.sameFields || survey.fields < 2);
-    layout.unsureComma = layout.decimalComma && !survey.decimalCommas;
-    // Between tabs or semicolons a comma within digits is part of a number, never a separator.
-    layout.groupedDigits =
-        survey.commas && !survey.loneCommas && !layout.decimalComma && (survey.semicolons || survey.tabs);
-    if (survey.semicolons)
-        layout.separator = ';';
-    else if (survey.commas && !layout.decimalComma && !layout.groupedDigits)
-        layout.separator = ',';
-    else if (survey.tabs && survey.doubleTabs < survey.lines)
-        layout.separator = '\t';
-    return layout;
 }
 
 } // namespace
@@ -199,6 +92,28 @@ std::optional<double> number_of_field(std::string_view field, bool decimalComma)
     if (word.front() == '-' || word.front() == '+') word.remove_prefix(1);
     if (base::equal_ignoring_case(word, "inf") || base::equal_ignoring_case(word, "infinity")) return missing;
     return std::nullopt;
+}
+
+std::optional<double> grouped_number(std::string_view field, char mark, bool decimalComma) noexcept
+{
+    std::array<char, 128> buffer;
+    if (field.size() > buffer.size()) return std::nullopt;
+    const std::size_t digits = std::min(field.find_first_of("0123456789"), field.size());
+    const auto isInside = [&](char c) { return is_digit(c) || c == mark; };
+    const std::size_t whole = static_cast<std::size_t>(
+        std::find_if_not(field.begin() + static_cast<std::ptrdiff_t>(digits), field.end(), isInside) - field.begin());
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        if (field[i] != mark) {
+            buffer[length++] = field[i];
+            continue;
+        }
+        const std::size_t next = std::min(field.find(mark, i + 1), whole);
+        const bool isFirst = field.substr(0, i).find(mark) == std::string_view::npos;
+        const std::size_t before = i - std::min(digits, i);
+        if (i >= whole || next - i != 4 || before == 0 || (isFirst && before > 3)) return std::nullopt;
+    }
+    return number_of_field({buffer.data(), length}, decimalComma);
 }
 
 bool is_number_line(std::string_view line) noexcept
@@ -222,18 +137,6 @@ bool is_number_line(std::string_view line) noexcept
     return anyNumber || fields > 1; // a lone "-" or "***" is a rule, not a row
 }
 
-number_layout detect_layout(std::string_view text, std::size_t enough)
-{
-    mark_survey survey;
-    line_cursor lines(text);
-    std::string_view line;
-    while (lines.next(line)) {
-        if (survey.lines >= enough && survey.isClear()) break;
-        if (is_number_line(line)) survey.add(line);
-    }
-    return layout_of(survey);
-}
-
 number_scanner::number_scanner(const number_layout& layout_) noexcept : layout(layout_)
 {
     roles.fill(role::field);
@@ -251,30 +154,49 @@ const char* number_scanner::skip_blanks(const char* at, const char* end) const n
 
 std::optional<double> number_scanner::number_of(std::string_view field) const noexcept
 {
-    if (layout.groupedDigits && field.find(',') != std::string_view::npos) return grouped_number(field);
+    if (layout.groupedBlanks && field.find(' ') != std::string_view::npos)
+        return grouped_number(field, ' ', layout.decimalComma);
+    if (layout.groupedDigits && field.find(',') != std::string_view::npos) return grouped_number(field, ',', false);
     return number_of_field(field, layout.decimalComma);
 }
 
-bool number_scanner::isDamagedRow(std::string_view line, std::size_t columns)
+/// Behind the field at `at`: blanks that group digits are part of it, those around it are not.
+const char* number_scanner::field_end(const char* at, const char* end) const noexcept
+{
+    for (const char* last = at;;) {
+        while (last != end && role_of(*last) == role::field) ++last;
+        if (!layout.groupedBlanks) return last;
+        const char* next = skip_blanks(last, end);
+        if (next == end || role_of(*next) != role::field) return last;
+        last = next;
+    }
+}
+
+row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t columns)
 {
     line = base::trimmed(line);
-    if (line.empty() || columns < 2 || starts_comment(line) || line.front() == ';') return false;
-    std::size_t fields = 0, numbers = 0;
+    if (line.empty() || columns < 2 || starts_comment(line) || line.front() == ';') return row_likeness::none;
+    std::size_t fields = 0, numbers = 0, wrong = 0, words = 0;
+    bool startsWithNumber = false, statesSize = false;
     const char* const end = line.data() + line.size();
     for (const char* at = line.data(); at != end;) {
-        const char* last = at;
-        while (last != end && role_of(*last) == role::field) ++last;
+        const char* last = field_end(at, end);
         const std::string_view field(at, static_cast<std::size_t>(last - at));
-        if (field.find_first_of("0123456789") == std::string_view::npos) return false;
-        ++fields;
-        if (number_of(field))
-            ++numbers;
-        else
-            wrongField = field;
+        const auto number = number_of(field);
+        const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;
+        if (number && !std::isnan(*number)) ++numbers;
+        if (fields++ == 0) startsWithNumber = number && !std::isnan(*number);
+        if (!number) wrongField = field;
+        wrong += number ? 0 : 1;
+        words += !number && !hasDigit ? 1 : 0;
+        statesSize = statesSize || base::equal_ignoring_case(field, "x") || base::equal_ignoring_case(field, "by");
         at = skip_blanks(last, end);
         if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
     }
-    return fields == columns && numbers != 0 && numbers != fields;
+    if (fields != columns || numbers == 0 || wrong == 0) return row_likeness::none;
+    if (words == 0) return row_likeness::damaged;
+    if (2 * numbers <= columns || statesSize) return row_likeness::none; // "512 x 512"
+    return startsWithNumber ? row_likeness::damaged : row_likeness::partly;
 }
 
 bool number_scanner::scan_fields(const char* at, const char* end, std::vector<double>& out)
@@ -284,9 +206,8 @@ bool number_scanner::scan_fields(const char* at, const char* end, std::vector<do
         const char* last = at;
         if (role_of(*at) != role::separator) {
             if (!layout.decimalComma) last = plain_number(at, end, value);
-            if (last == at || (last != end && role_of(*last) == role::field)) {
-                last = at;
-                while (last != end && role_of(*last) == role::field) ++last;
+            if (last == at || layout.groupedBlanks || (last != end && role_of(*last) == role::field)) {
+                last = field_end(at, end);
                 const std::string_view field(at, static_cast<std::size_t>(last - at));
                 const auto number = number_of(field);
                 if (!number) {

@@ -67,12 +67,12 @@ base::read_result<number_table> read_rows(const text_content& content, line_curs
     const std::string_view text = std::string_view(content.text).substr(start.offset());
     const auto read = [&](const number_layout& layout) {
         at = start;
-        return read_numbers(content, at, layout, {header.columns, header.rows, header.linesAreColumns}, file);
+        auto table = read_numbers(content, at, layout, {header.columns, header.rows, header.linesAreColumns}, file);
+        if (const char* doubt = told_doubt(layout.doubt); table && doubt) table->notes.emplace_back(doubt);
+        return table;
     };
     const number_layout likely = detect_layout(text, layoutSample);
     auto table = read(likely);
-    if (table && likely.unsureComma)
-        table->notes.push_back("every comma could part thousands (\"1,234\"); all were read as decimal marks");
     if (table || !file.progress(0.0)) return table; // who cancelled waits for nothing more
     // The first thousand lines may have looked simpler than the rest: a comma may turn up late.
     const number_layout certain = detect_layout(text, everyLine);
@@ -85,7 +85,7 @@ std::string first_row_problem(const text_content& content, const text_parts& par
     if (parts.header.empty()) return {};
     const std::string_view text = std::string_view(content.text).substr(parts.numbers.offset());
     number_scanner scanner(detect_layout(text, layoutSample));
-    if (!scanner.isDamagedRow(parts.header.back(), columns)) return {};
+    if (scanner.likeness_to_row(parts.header.back(), columns) != row_likeness::damaged) return {};
     return "the line before the numbers: \"" + std::string(scanner.wrong_field().substr(0, 40)) + "\" is no number";
 }
 

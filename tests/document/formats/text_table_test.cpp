@@ -89,6 +89,8 @@ INSTANTIATE_TEST_SUITE_P(
         matrix_case("CommaBlank", "1, 2, 3, 4\n5, 6, 7, 8\n"), matrix_case("IntegerCommas", "1,2,3,4\n5,6,7,8\n"),
         matrix_case("Semicolons", "1;2;3;4;\n5;6;7;8;\n"),
         matrix_case("GroupsWithinTabs", "0,000,001.0\t2\t3.0\t4\n5\t6\t7\t0,008.0\n"),
+        matrix_case("BlanksWithinSemicolons", "1;2,0; 3;4\n5;6;7;0 008,0\n"),
+        matrix_case("ColumnsWithinTabs", "1 2\t3 4\n5 6\t7 8\n"),
         matrix_case("DecimalCommas", "1,0;2,0;3,0;4,0\n5,0;6,0;7,0;8,0\n"),
         matrix_case("CarriageReturns", "1 2 3 4\r5 6 7 8\r"), matrix_case("DosLines", "1 2 3 4\r\n5 6 7 8\r\n\x1A"),
         matrix_case("MixedLines", "1 2 3 4\r\n\r\n5 6 7 8\r# end\n"),
@@ -402,9 +404,41 @@ TEST(TextTable, TellsOfCommasThatCouldPartThousands)
         const auto result = read("1,234\t2,345\n3,456\t4,567\n" + std::string(row) + "\t5,678\n");
         return result && !result->warnings.empty() && result->warnings[0].find("part thousands") != std::string::npos;
     };
-    for (const char* row : {"7,890", "78", "-999,001"}) EXPECT_TRUE(tells(row)) << row;
+    for (const char* row : {"7,890", "7800", "-999,001"}) EXPECT_TRUE(tells(row)) << row;
     for (const char* row : {"0,125", "12,5", "1234,567", "1,2345", "1,234.5", "1,234,567"})
         EXPECT_FALSE(tells(row)) << row;
+}
+
+TEST(TextTable, MarksOfThousandsNeverSplitNumbers)
+{
+    const struct {
+        const char *rows, *note;
+        std::vector<double> last; ///< values of the last curve
+    } cases[] = {
+        {"10;1 000,5\n11;1 100,5\n12;-12 200,5\n", "", {1000.5, 1100.5, -12200.5}},
+        {"10\t2 370\n11\t2 407\n12\t1 002 500\n", "", {2370, 2407, 1002500}},
+        {"10\t370 237\n11\t407 238\n12\t408 239\n", "blanks within the fields", {370237, 407238, 408239}},
+        {"10\t900\n11\t1,000\n12\t1,100\n", "", {900, 1000, 1100}},
+        {"900\t1,000\n901\t1,007\n902\t1,014\n", "read as parting thousands", {1000, 1007, 1014}},
+        {"9001\t1,000\n9002\t1,007\n9003\t1,014\n", "read as decimal marks", {1, 1.007, 1.014}},
+    };
+    for (const auto& each : cases) {
+        const auto result = read("x\ty\n" + std::string(each.rows));
+        ASSERT_TRUE(result && result->items.size() == 1) << each.rows;
+        expect_values(item(*result, 0).stream, each.last);
+        const std::string note = result->warnings.empty() ? "" : result->warnings[0];
+        EXPECT_TRUE(*each.note ? note.find(each.note) != std::string::npos : note.empty()) << each.rows << note;
+    }
+}
+
+TEST(TextTable, TellsOfCommentsThatMayBeDamagedRows)
+{
+    const auto result = read("y x1 2 3\n1 2 3 4\nfoo 2 3 4\n# 1 2 3\n5 6 7 8\nrow 2 of 3\nl 2 3 4\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->strings.at("\\Reader note"),
+              "taken for comments although they hold numbers for most columns: 2 lines, the first is line 3");
+    for (const char* heading : {"512 x 512 y\n", "Z 1 2 3\n", "4 rows of data\n"})
+        EXPECT_TRUE(read(heading + std::string("1 2 3 4\n5 6 7 8\n"))->warnings.empty()) << heading;
 }
 
 class cancelled_source : public memory_source {

@@ -1,0 +1,188 @@
+#include "base/text.h"
+#include "document/formats/text_lines.h"
+#include "document/formats/text_numbers.h"
+
+#include <algorithm>
+
+// What separates the numbers of a text, what marks their decimals and what groups their digits.
+
+namespace formats {
+
+namespace {
+
+bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+/// True when the comma at `i` could part thousands as well as be a decimal mark: "1,234", never "0,125" or "12,5".
+bool may_part_thousands(std::string_view line, std::size_t i) noexcept
+{
+    constexpr std::size_t group = 3;
+    std::size_t before = 0, after = 0;
+    while (before < i && is_digit(line[i - before - 1])) ++before;
+    while (i + after + 1 < line.size() && is_digit(line[i + after + 1])) ++after;
+    return after == group && before > 0 && before <= group && line[i - before] != '0';
+}
+
+/// What the fields between tabs or semicolons tell.
+struct field_survey {
+    bool blanksPart = false;                               ///< "1 234": blanks that part thousands
+    bool blanksSeparate = false;                           ///< "1 2": blanks that cannot
+    bool zeroGroups = false;                               ///< "1 000": a group that is no number of its own
+    bool smallWholes = false, largeWholes = false;         ///< digits alone, below 1000 or not
+    std::uint64_t commaColumns = 0, smallWholeColumns = 0; ///< a bit for each of the first columns
+
+    void add(std::string_view line) noexcept
+    {
+        constexpr std::size_t mostColumns = 64;
+        for (std::size_t column = 0;; ++column) {
+            const std::size_t end = std::min(line.find_first_of(";\t"), line.size());
+            add_field(base::trimmed(line.substr(0, end)), std::uint64_t{column < mostColumns} << column % mostColumns);
+            if (end == line.size()) return;
+            line.remove_prefix(end + 1);
+        }
+    }
+
+private:
+    void add_field(std::string_view field, std::uint64_t columnBit) noexcept
+    {
+        if (field.find(' ') != std::string_view::npos) {
+            const bool isGrouped = grouped_number(field, ' ', false) || grouped_number(field, ' ', true);
+            (isGrouped ? blanksPart : blanksSeparate) = true;
+            zeroGroups = zeroGroups || (isGrouped && field.find(" 0") != std::string_view::npos);
+        } else if (field.find(',') != std::string_view::npos) {
+            commaColumns |= columnBit;
+        } else if (!field.empty() && std::ranges::all_of(field.substr(field.front() == '-' ? 1 : 0), is_digit)) {
+            const bool isSmall = field.size() - (field.front() == '-' ? 1 : 0) <= 3;
+            (isSmall ? smallWholes : largeWholes) = true;
+            if (isSmall) smallWholeColumns |= columnBit;
+        }
+    }
+};
+
+/// What the commas, tabs and blanks of the lines of numbers tell.
+struct mark_survey {
+    std::size_t lines = 0;
+    std::size_t doubleTabs = 0;
+    bool points = false;                                   ///< a decimal point stands in a number
+    bool commas = false;                                   ///< a comma stands somewhere
+    bool loneCommas = false;                               ///< a comma without a digit on both sides
+    bool manyCommas = false;                               ///< two in one word between blanks
+    bool decimalCommas = false;                            ///< a comma that cannot part thousands
+    bool semicolons = false, tabs = false, blanks = false; ///< between two fields
+    std::size_t fields = 0;                                ///< of the first line, when commas separate
+    bool sameFields = true;
+    field_survey betweenTabs;
+
+    void add(std::string_view line) noexcept;
+    void look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept;
+    /// False while further lines may tell what commas and blanks are.
+    bool isClear() const noexcept
+    {
+        const bool areBlanksClear = !betweenTabs.blanksPart || betweenTabs.blanksSeparate || betweenTabs.zeroGroups;
+        return areBlanksClear && (!commas || points || loneCommas || manyCommas ||
+                                  (decimalCommas && (semicolons || tabs || blanks || !sameFields)));
+    }
+};
+
+void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept
+{
+    const char c = line[i];
+    const bool last = i + 1 == line.size();
+    if (c == ' ' || c == '\t' || c == ';') wordCommas = 0;
+    if (c == ',') {
+        commas = true;
+        const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
+        loneCommas = loneCommas || !between;
+        manyCommas = manyCommas || (between && ++wordCommas > 1);
+        decimalCommas = decimalCommas || (between && !may_part_thousands(line, i));
+    }
+    if (c == '.') points = true;
+    if (c == ';' && !last) semicolons = true;
+    if (c == '\t') tabs = true;
+    if (c == ' ') blanks = true;
+}
+
+void mark_survey::add(std::string_view line) noexcept
+{
+    line = base::trimmed(line);
+    std::size_t wordCommas = 0;
+    std::size_t commaCount = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        look_at(line, i, wordCommas);
+        if (line[i] == ',' && i + 1 < line.size()) ++commaCount;
+    }
+    if (line.find("\t\t") != std::string_view::npos) ++doubleTabs;
+    if (lines == 0) fields = commaCount + 1;
+    sameFields = sameFields && fields == commaCount + 1;
+    betweenTabs.add(line);
+    ++lines;
+}
+
+char separator_of(const mark_survey& survey, bool commasSeparate) noexcept
+{
+    if (survey.semicolons) return ';';
+    if (commasSeparate) return ',';
+    return survey.tabs && survey.doubleTabs < survey.lines ? '\t' : ' ';
+}
+
+/// Commas that could be either: they part thousands where whole numbers below 1000 stand beside them and none above.
+void settle_unsure_commas(const field_survey& fields, number_layout& layout) noexcept
+{
+    layout.doubt = number_doubt::decimalCommas;
+    if (!fields.smallWholes || fields.largeWholes) return;
+    layout.decimalComma = false;
+    layout.groupedDigits = true;
+    const bool shareColumn = (fields.commaColumns & fields.smallWholeColumns) != 0; // "900" above "1,000"
+    layout.doubt = shareColumn ? number_doubt::none : number_doubt::partingCommas;
+}
+
+number_layout layout_of(const mark_survey& survey) noexcept
+{
+    number_layout layout;
+    const field_survey& fields = survey.betweenTabs;
+    const bool hasFields = survey.semicolons || survey.tabs;
+    // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
+    layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas && !survey.manyCommas &&
+                          (hasFields || survey.blanks || !survey.sameFields || survey.fields < 2);
+    // Between tabs or semicolons a comma within digits is part of a number, never a separator.
+    layout.groupedDigits = survey.commas && !survey.loneCommas && !layout.decimalComma && hasFields;
+    layout.separator = separator_of(survey, survey.commas && !layout.decimalComma && !layout.groupedDigits);
+    const bool isFielded = layout.separator == ';' || layout.separator == '\t';
+    layout.groupedBlanks = isFielded && fields.blanksPart && !fields.blanksSeparate;
+    if (layout.groupedBlanks && !fields.zeroGroups)
+        layout.doubt = number_doubt::partingBlanks;
+    else if (layout.decimalComma && !survey.decimalCommas && !layout.groupedBlanks)
+        settle_unsure_commas(isFielded ? fields : field_survey{}, layout);
+    return layout;
+}
+
+} // namespace
+
+number_layout detect_layout(std::string_view text, std::size_t enough)
+{
+    mark_survey survey;
+    line_cursor lines(text);
+    std::string_view line;
+    while (lines.next(line)) {
+        if (survey.lines >= enough && survey.isClear()) break;
+        if (is_number_line(line)) survey.add(line);
+    }
+    return layout_of(survey);
+}
+
+const char* told_doubt(number_doubt doubt) noexcept
+{
+    switch (doubt) {
+    case number_doubt::decimalCommas:
+        return "every comma could part thousands (\"1,234\"); all were read as decimal marks";
+    case number_doubt::partingCommas:
+        return "every comma could be a decimal mark (\"1,234\"); all were read as parting thousands, because whole "
+               "numbers below 1000 stand beside them";
+    case number_doubt::partingBlanks:
+        return "blanks within the fields were read as parting thousands (\"1 234\")";
+    case number_doubt::none:
+        break;
+    }
+    return nullptr;
+}
+
+} // namespace formats
