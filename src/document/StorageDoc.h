@@ -226,6 +226,10 @@ public:
     void setStored(const document::own_files::entry& file, document::content_state state);
     /// What is here was put together from several files: it counts as unchanged and has no file of its own yet.
     void becomeUnfiled();
+    /// The images only show what another document holds, as a magnifier does: they are not the user's work, and nothing
+    /// counts as changed. The next undo step makes a document of its own of it.
+    void setDisplayOnly(bool on);
+    bool isDisplayOnly() const noexcept { return displayOnly; }
     /// Gives the images away, their numbers beside them; the document is empty afterwards.
     std::vector<std::pair<std::uint64_t, SPMDataStream>> releaseImages();
 
@@ -299,4 +303,5 @@ private:
     std::optional<document::own_files::entry> storedIn;
     document::own_files knownFiles;
     bool isMarked = false; ///< titles say that it has changed
+    bool displayOnly = false;
 };

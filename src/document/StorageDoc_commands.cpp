@@ -36,7 +36,8 @@ void CStorageDoc::OnUpdateRevert(CCmdUI& ui)
 }
 
 void CStorageDoc::OnFileSave() { Save(); }
-void CStorageDoc::OnFileSaveAs() { DoSave(nullptr, true); }
+/// What only shows another document goes on doing so: its file is a copy.
+void CStorageDoc::OnFileSaveAs() { DoSave(nullptr, !displayOnly); }
 
 void CStorageDoc::OnFileRevert()
 {

@@ -22,7 +22,7 @@ std::uint64_t next_state() noexcept
 
 bool CStorageDoc::isChanged() const noexcept
 {
-    if (incomplete) return false;
+    if (incomplete || displayOnly) return false;
     if (!storedContent) return !images.empty();
     return textState != storedContent->texts ||
            !std::ranges::equal(imageOptions, storedContent->images, {}, &options::state);
@@ -81,6 +81,12 @@ void CStorageDoc::setStored(const document::own_files::entry& file, document::co
     knownFiles.note(file);
     storedIn = file;
     storedContent = std::move(state);
+    noteChange();
+}
+
+void CStorageDoc::setDisplayOnly(bool on)
+{
+    displayOnly = on;
     noteChange();
 }
 

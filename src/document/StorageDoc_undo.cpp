@@ -152,7 +152,7 @@ void CStorageDoc::pushUndo(unsigned image, bool clearRedo)
     if (clearRedo) kept.redoSteps.clear();
     kept.undoSteps.splice(kept.undoSteps.end(), snapshot(image, kept.undoSteps, undoLostText));
     renumber(image);
-    noteChange();
+    setDisplayOnly(false);
 }
 
 void CStorageDoc::pushRedo(unsigned image)

@@ -14,9 +14,11 @@
 
 namespace {
 
-/// A picture to find files by: it is only looked at.
-bool is_thumbnail(const CDocument& document)
+/// A picture to find files by, or a magnifier: it is only looked at.
+bool is_helper(const CDocument& document)
 {
+    const auto* const storage = dynamic_cast<const CStorageDoc*>(&document);
+    if (storage && storage->isDisplayOnly()) return true;
     const auto isQuick = [](const CView* view) {
         const auto* const bound = dynamic_cast<const IImageBoundView*>(view);
         return bound && bound->isQuickView();
@@ -83,7 +85,7 @@ std::vector<CDocument*> unsaved_documents(const CWinApp& app)
     std::vector<CDocument*> found;
     for (const CDocTemplate* maker : app.docTemplates())
         for (const std::unique_ptr<CDocument>& document : maker->documents())
-            if ((document->IsModified() || document->isChanged()) && !is_thumbnail(*document))
+            if ((document->IsModified() || document->isChanged()) && !is_helper(*document))
                 found.push_back(document.get());
     return found;
 }

@@ -13,7 +13,7 @@ namespace surface {
 CStorageDoc* zoom_document(const CImageView& surface)
 {
     for (const CImageView* const child : surface.getChildViews())
-        if (child->GetDocument() && child->GetDocument() != surface.GetDocument()) return child->storageDoc();
+        if (CStorageDoc* const shown = child->storageDoc(); shown && shown->isDisplayOnly()) return shown;
     return nullptr;
 }
 
@@ -30,6 +30,7 @@ void open_zoom_window(CImageView& surface, const CRect& bounds)
     if (!zoom) return;
     zoom->AddNewImages(&part, 1);
     source->Derive(surface.getImageNumber(), *zoom);
+    zoom->setDisplayOnly(true);
     maker->setOpeningImage(0);
     CFrameWnd* const frame = maker->CreateNewFrame(zoom, surface.GetParentFrame());
     if (!frame) return maker->deleteDocument(zoom);

@@ -6,7 +6,8 @@ struct CRect;
 namespace surface {
 
 /// A window of its own that magnifies the selection of a surface: a document with one image, the samples inside some
-/// bounds. Its view is a child of the surface, so that it goes with it and is found again as long as it is there.
+/// bounds. Its view is a child of the surface, so that it goes with it and is found again as long as it is there. One
+/// that the user has worked on follows the surface no more.
 
 /// The document of the surface's zoom window, or null.
 CStorageDoc* zoom_document(const CImageView& surface);

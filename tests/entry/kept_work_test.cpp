@@ -1,6 +1,8 @@
 // What was not saved is opened again: after closing, and after the program died.
 #include "entry_fixture.h"
 
+#include "entry/save_documents.h"
+
 #include <chrono>
 #include <csignal>
 #include <sys/wait.h>
@@ -9,7 +11,7 @@
 
 namespace {
 
-constexpr unsigned cmdSave = 57603, cmdFirstClosed = 10220;
+constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdFirstClosed = 10220, cmdZoomWindow = 10145;
 
 class KeptWorkTest : public EntryTest {
 protected:
@@ -144,6 +146,35 @@ TEST_F(KeptWorkTest, WhatIsNotWantedAtOnceStaysToBeReopened)
     ASSERT_NE(closedText(), "");
     app->OnCmdMsg(cmdFirstClosed, nullptr);
     EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
+}
+
+TEST_F(KeptWorkTest, AMagnifierIsWorkOnlyWhenItIsWorkedOn)
+{
+    app->keepWork(state());
+    opened(surface("a.spm", 20));
+    CFrameWnd& source = *app->frames()[0];
+    host.savePaths = {(folder / "part.spm").wstring()};
+    for (const bool isWorkedOn : {false, true}) {
+        app->setActiveFrame(&source);
+        ASSERT_TRUE(enabled(cmdZoomWindow));
+        app->routeCommand(cmdZoomWindow, nullptr);
+        CFrameWnd& frame = *app->frames().back();
+        auto& zoom = dynamic_cast<CStorageDoc&>(*frame.GetActiveView()->GetDocument());
+        app->setActiveFrame(&source);
+        if (isWorkedOn) change(zoom, 77);
+        zoom.SetModifiedFlag(true);
+        EXPECT_EQ(frame.GetWindowText()[0] == L'*', isWorkedOn);
+        EXPECT_EQ(enabled(cmdZoomWindow), isWorkedOn) << "another one can follow the surface";
+        EXPECT_EQ(entry::unsaved_documents(*app).size(), isWorkedOn ? 1u : 0u);
+        if (!isWorkedOn) zoom.OnCmdMsg(cmdSaveAs, nullptr);
+        EXPECT_EQ(zoom.GetPathName(), L"") << "the file is a copy";
+        frame.DestroyFrame();
+        host.pump();
+        app->stepKeeping();
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder / "part.spm"));
+    ASSERT_TRUE(comes([this] { return closedText() != ""; }));
+    EXPECT_EQ(closedText(1), "") << "the one that was only looked at is not among them";
 }
 
 TEST_F(KeptWorkTest, WithoutAStateFolderThereIsAWordAndTheProgramGoesOn)

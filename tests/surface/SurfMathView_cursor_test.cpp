@@ -192,6 +192,10 @@ TEST_F(SurfaceMouseTest, TheZoomWindowFollowsTheSelectionAndLeavesWithTheSurface
     document->getDataPoint2S(0, 26, 18, 0) = 1234;
     document->UpdateAllViews(nullptr, document::data_hint(0));
     EXPECT_EQ(zoom->getDataPoint2S(0, 6, 17, 0), 1234) << "and the data";
+    zoom->pushUndo(0, true);
+    draw({5, 4}, {14, 9});
+    host.pump();
+    EXPECT_EQ(zoom->getDataPoint2S(0, 6, 17, 0), 1234) << "what the user works on is not written over";
     app.frames()[0]->DestroyFrame();
     app.freeClosed();
     EXPECT_TRUE(app.frames().empty()) << "it closes with the surface";
