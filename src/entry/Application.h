@@ -20,6 +20,8 @@ public:
     void keepWork(const std::filesystem::path& state);
     /// To be called many times a second: keeps what has changed since. Takes a few milliseconds at most.
     void stepKeeping() { kept.step(); }
+    /// The session ends, and with it the program, without a question: the next start offers what was open and changed.
+    void leaveWork() { kept.leave(); }
     void documentCloses(CDocument& document) override { kept.documentCloses(document); }
 
 private:

@@ -132,6 +132,11 @@ void kept_work::openCopy(const std::filesystem::path& folder)
     std::filesystem::rename(taken, folder, error);
 }
 
+void kept_work::leave()
+{
+    if (CWinApp* const app = AfxGetApp(); app && copies) copies->leave(open_documents(*app));
+}
+
 void kept_work::finish()
 {
     if (copies) copies->finish();

@@ -27,6 +27,8 @@ public:
     void reopen(std::size_t index);
     /// Returns when all is written.
     void finish();
+    /// The program is ended from outside: what is open stays as after a crash, to be offered by the next start.
+    void leave();
 
 private:
     void openCopy(const std::filesystem::path& folder);

@@ -97,8 +97,9 @@ int main(int count, char** arguments)
         profile.flush();
     };
     // Sessions end without asking.
-    host::on_termination(window, [keep] {
+    host::on_termination(window, [keep, &app] {
         keep();
+        app.leaveWork();
         QApplication::exit(endedBySystem);
     });
     QCommandLineParser options;

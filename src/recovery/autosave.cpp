@@ -71,6 +71,7 @@ std::size_t autosave::feed(tracked& entry, std::size_t budget)
 
 void autosave::step(const std::vector<CStorageDoc*>& open)
 {
+    if (hasLeft) return;
     std::erase_if(entries, [&](const tracked& entry) {
         if (!entry.document) return false;
         const auto found = std::ranges::find(open, entry.document);
@@ -102,6 +103,7 @@ bool autosave::isUpToDate() const
 
 void autosave::documentCloses(CStorageDoc& document)
 {
+    if (hasLeft) return;
     const auto found = std::ranges::find(entries, &document, &tracked::document);
     if (!document.isChanged()) {
         if (found == entries.end()) return;
@@ -175,15 +177,32 @@ void autosave::adopt(CStorageDoc& document, const fs::path& folder, std::map<std
     entry.copy = std::make_unique<document_copy>(folder, names, writer, document.contentState(), std::move(files));
 }
 
-void autosave::finish()
+void autosave::feedAll()
 {
     for (tracked& entry : entries)
         while (entry.copy->isBusy()) {
             writer.waitUntilBelow(waitingBytes);
             feed(entry, stepBytes);
         }
+}
+
+void autosave::finish()
+{
+    feedAll();
     settleClosed();
     writer.wait();
+}
+
+void autosave::leave(const std::vector<CStorageDoc*>& open)
+{
+    // The first time completes what was begun for earlier states.
+    for (int pass = 0; pass < 2; ++pass) {
+        step(open);
+        feedAll();
+    }
+    finish();
+    entries.clear();
+    hasLeft = true;
 }
 
 } // namespace recovery

@@ -37,6 +37,9 @@ public:
     void adopt(CStorageDoc& document, const std::filesystem::path& folder, std::map<std::uint64_t, std::string> files);
     /// Returns when everything is written; closed documents are then among the closed ones.
     void finish();
+    /// The program ends and nobody was asked: the copies of what is open are brought up to date and stay, as those of a
+    /// program that died. What closes from now on is the program's own doing.
+    void leave(const std::vector<CStorageDoc*>& open);
     /// Why work is not kept, once; empty while all is well.
     std::string takeError() { return writer.takeError(); }
 
@@ -62,11 +65,13 @@ private:
     void moveToClosed(const tracked& entry);
     /// Those that have closed and are complete.
     void settleClosed();
+    void feedAll();
 
     session_folder session;
     std::filesystem::path closed;
     std::vector<tracked> entries;
     unsigned copies = 0;
+    bool hasLeft = false;
     background_writer writer; ///< the last member: what it still does may use the folders
 };
 

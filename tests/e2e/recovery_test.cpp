@@ -1,4 +1,4 @@
-// The program is killed with unsaved work open; its next start brings it back.
+// The program is killed, or its session ends, with unsaved work open; its next start brings it back.
 #include "document/StorageDoc.h"
 #include "document/examples.h"
 #include "e2e/desktop.h"
@@ -55,11 +55,13 @@ TEST_F(RecoveryOnScreen, WhatAKilledProgramHadOpenComesBack)
     } // killed
     EXPECT_EQ(copies("sessions"), 1u);
     {
-        const desktop user(path(), {});
+        desktop user(path(), {});
         ASSERT_TRUE(user.sees("crash-3-offered", [](const QImage&) { return has_window("Recover unsaved work"); }));
         user.press("alt+r");
         EXPECT_TRUE(user.sees("crash-4-recovered", is_data_shown));
         EXPECT_EQ(copies("sessions"), 1u) << "still in no file";
+        EXPECT_EQ(user.terminate(), 128 + 15) << "as the end of a session does, which asks nobody";
+        EXPECT_EQ(copies("sessions"), 1u) << "not among what the user closed";
     }
     {
         const desktop user(path(), {});

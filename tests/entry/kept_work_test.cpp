@@ -137,6 +137,32 @@ TEST_F(KeptWorkTest, WhatAKilledProgramHadOpenIsOffered)
     EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 78);
 }
 
+TEST_F(KeptWorkTest, WhatWasOpenWhenTheSessionEndedIsOffered)
+{
+    app->keepWork(state());
+    change(opened(surface("a.spm")), 77);
+    app->stepKeeping();
+    change(document(), 78);
+    const std::wstring closedBefore = surface("b.spm");
+    change(opened(closedBefore), 79);
+    app->frames()[1]->DestroyFrame();
+    host.pump();
+    app->leaveWork();
+    app.reset();
+
+    app = std::make_unique<CVldvApp>(host);
+    std::vector<std::string> offered;
+    host.onDialog = [&](CVarListDlg& dialog) {
+        for (unsigned i = 0; i < dialog.rowCount(); ++i) offered.emplace_back(dialog.row(i).get_description());
+        dialog.EndDialog(CVarListDlg::resultOk);
+    };
+    app->keepWork(state());
+    ASSERT_EQ(offered.size(), 1u) << "what the user had closed is no crash";
+    EXPECT_EQ(offered[0].substr(0, 3), "a (");
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 78);
+    EXPECT_EQ(closedText().substr(0, 3), "b (");
+}
+
 TEST_F(KeptWorkTest, WhatIsNotWantedAtOnceStaysToBeReopened)
 {
     runAndKill(surface("a.spm"), 77);
