@@ -6,6 +6,8 @@
 #include "host/qt_keys.h"
 
 #include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -32,6 +34,21 @@ constexpr unsigned keyF4 = VK_F1 + 3;
 constexpr int sizeDelay = 20; // milliseconds; timers rest while a file is read
 
 CPoint point_of(const QPointF& point) { return {qFloor(point.x()), qFloor(point.y())}; }
+
+const QMdiSubWindow* frame_around(const QWidget* widget)
+{
+    while (widget && !qobject_cast<const QMdiSubWindow*>(widget)) widget = widget->parentWidget();
+    return static_cast<const QMdiSubWindow*>(widget);
+}
+
+/// The keys are in the widget's window beside all frames, as in the output pane, and were last in the widget.
+bool is_lent(const QWidget& widget, const QWidget& focused)
+{
+    const QMdiSubWindow* const frame = frame_around(&widget);
+    const QMdiArea* const area = frame ? frame->mdiArea() : nullptr;
+    return area && focused.window() == area->window() && !area->isAncestorOf(&focused) &&
+           area->activeSubWindow() == frame && frame->focusWidget() == &widget;
+}
 
 CSize dpi_of(const QWidget& widget) { return {widget.logicalDpiX(), widget.logicalDpiY()}; }
 
@@ -123,10 +140,13 @@ void CQtPeer::setCapture(bool on)
     if (!on) logic.OnCaptureChanged();
 }
 
-/// While no window of the program is active, the one that gets the focus back has it.
+/// While no window of the program is active, the one that gets the focus back has it. A pane beside the frames takes
+/// the keys alone: what the menus do still concerns the view of the active frame.
 bool CQtPeer::hasFocus() const
 {
-    return widget->hasFocus() || (!QApplication::focusWidget() && widget->window()->focusWidget() == widget);
+    const QWidget* const now =
+        QApplication::focusWidget() ? QApplication::focusWidget() : widget->window()->focusWidget();
+    return now && (now == widget || is_lent(*widget, *now));
 }
 
 void CQtPeer::setCursor(cursor_shape shape) { widget->setCursor(host::qt_cursor(shape)); }

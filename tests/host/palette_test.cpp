@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <QToolBar>
@@ -138,6 +139,19 @@ TEST_F(PaletteWindowTest, ThePaletteMenuShowsEachPaletteAsAPicture)
     palette->actions()[2]->trigger();
     palette->hide();
     EXPECT_EQ(view().getScale().GetPaletteId(), 2);
+}
+
+TEST_F(PaletteWindowTest, ThePictureFollowsWhileTheOutputPaneHasTheKeys)
+{
+    window.addOutput("a line");
+    settle();
+    window.findChild<QPlainTextEdit*>()->setFocus();
+    settle();
+    ASSERT_FALSE(host::widget_of(&view())->hasFocus());
+    EXPECT_TRUE(window.route(12002, nullptr));
+    EXPECT_EQ(view().getScale().GetPaletteId(), 1);
+    EXPECT_EQ(shown(0), QColor(Qt::black));
+    EXPECT_EQ(shown(60).saturation(), 0) << "gray, as the strip is";
 }
 
 TEST_F(PaletteWindowTest, TheEditorIsDrawnInAndCancelled)
