@@ -123,7 +123,7 @@ bool CMainWindow::focusCommand(unsigned id, CCmdUI* ui)
     rememberFocus();
     if (!keyboard || !keyboard->isVisible()) return false;
     if (auto* const field = qobject_cast<QLineEdit*>(keyboard)) return host::field_command(*field, id, ui);
-    return keyboard == lines && view::pane_command(*lines, id, ui);
+    return keyboard == lines && !lines->document()->isEmpty() && view::pane_command(*lines, id, ui);
 }
 
 bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
@@ -281,14 +281,15 @@ void CMainWindow::fillStartPage()
             examples.push_back({QString::fromUtf8(row.title), QStringLiteral("Opens the bundled example"),
                                 [this, &row] { entry::open_example(app, row); }});
     start->setEntries(recent, examples, [this] { app.routeCommand(cmdOpen, nullptr); });
+    start->setFocus(); // or the output pane would have the keys
 }
 
 void CMainWindow::idle()
 {
     app.freeClosed();
     if (const bool isEmpty = app.frames().empty(); isEmpty == start->isHidden()) {
-        if (isEmpty) fillStartPage();
         start->setVisible(isEmpty);
+        if (isEmpty) fillStartPage();
     }
     host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
     for (const auto& frame : app.frames())

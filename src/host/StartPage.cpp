@@ -92,6 +92,7 @@ void CStartPage::setEntries(std::vector<entry> recent, std::vector<entry> exampl
     scroll->setWidget(page);
     layout()->addWidget(scroll);
     content = scroll;
+    setFocusProxy(open);
 }
 
 bool CStartPage::eventFilter(QObject* watched, QEvent* event)

@@ -182,6 +182,29 @@ TEST_F(FirstMinutes, TheStartPageOffersRecentFilesAndExamples)
     EXPECT_EQ(app.frames()[0]->GetWindowText().substr(0, 2), L"a[");
 }
 
+TEST_F(FirstMinutes, TheStartPageHasTheKeysAlsoBesideTheOutputPane)
+{
+    constexpr unsigned save = 57603, print = 57607, copy = 57634;
+    const auto isPossible = [this](unsigned id) {
+        CCmdUI ui{.m_nID = id};
+        return window.route(id, &ui) && ui.enabled;
+    };
+    auto* const lines = window.findChild<QDockWidget*>(QStringLiteral("output"))->widget();
+    lines->parentWidget()->show();
+    settle();
+    EXPECT_TRUE(page().isAncestorOf(window.focusWidget())) << "at the start";
+    lines->setFocus();
+    for (const unsigned id : {save, print, copy}) EXPECT_FALSE(isPossible(id)) << id << ": the pane is empty";
+    window.addOutput("a line");
+    for (const unsigned id : {save, print, copy}) EXPECT_TRUE(isPossible(id)) << id;
+    app.OpenDocumentFile(example().c_str());
+    wait([&] { return page().isHidden(); });
+    app.closeAllFrames();
+    wait([&] { return page().isVisible(); });
+    EXPECT_TRUE(page().isAncestorOf(window.focusWidget())) << "the last window was closed";
+    for (const unsigned id : {save, print, copy}) EXPECT_FALSE(isPossible(id)) << id;
+}
+
 void press(QWidget& widget, int key)
 {
     QWidget* const focused = widget.focusWidget();
