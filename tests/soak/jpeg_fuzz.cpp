@@ -1,7 +1,0 @@
-#include "document/formats/jpeg.h"
-#include "reader_target.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    return soak_reader(formats::read_jpeg, data, size);
-}
