@@ -1,12 +1,13 @@
 #include "bytes.h"
 #include "document/formats/ibw.h"
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 
 /// A wave of version 5, little-endian, with a checksum that fits.
 struct wave {
@@ -61,12 +62,7 @@ std::string floats(std::initializer_list<float> numbers)
     return text;
 }
 
-base::read_result<recording> read(const wave& made)
-{
-    const std::string bytes = made.bytes();
-    memory_source source(std::as_bytes(std::span(bytes)));
-    return read_ibw(source);
-}
+base::read_result<recording> read(const wave& made) { return instrument_fixture::read(read_ibw, made.bytes()); }
 
 TEST(Ibw, LayersAreChannelsAndDirectionsShareAnImage)
 {
@@ -78,13 +74,11 @@ TEST(Ibw, LayersAreChannelsAndDirectionsShareAnImage)
     made.footer = "IsImage:1; 0312 MFP3D";
     made.note = "ScanRate: 2\rDate: 2021-10-11\rTime: 10:00\rScanRate@Line: 4\r";
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 3, 4}));
-    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Reverse");
-    EXPECT_STREQ(item(*result, 0).stream.values.get_axis(0).get_units(), "m");
-    EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "\u00B0");
-    EXPECT_EQ(item(*result, 0).stream.get_dimension(0).get_axis(0), VLAxis(3, 0.5, "m"));
+    expect_image(
+        image_at(result, 0),
+        {.units = "m", .axes = {"3 0.5 m", "3 0.5 m"}, .parts = {"Forward", "Reverse"}, .values = {1, 2, 3, 4}});
+    expect_image(image_at(result, 1), {.units = "\u00B0"});
     EXPECT_EQ(result->strings.at("\\Scan rate"), "2");
     EXPECT_EQ(result->strings.at("\\Date"), "2021-10-11 10:00");
 }
@@ -99,15 +93,13 @@ TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
     made.footer = "Force";
     made.note = "Indexes: 0,3,4,\rDirection: Nan,1,-1,\rSpringConstant: 2\r";
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image& deflection = item(*result, 0);
-    EXPECT_EQ(physical(deflection.stream), (std::vector<double>{3, 2, 1, 2, 1, 1}));
-    EXPECT_EQ(physical(item(*result, 1).stream), (std::vector<double>{30, 20, 10, 25, 15, 15}));
-    EXPECT_EQ(deflection.strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
-    EXPECT_EQ(deflection.strings.at("\\Curve lengths"), "3 2");
-    EXPECT_STREQ(deflection.stream.subimage_names()[0].text, "Approach");
-    EXPECT_STREQ(deflection.stream.subimage_names()[1].text, "Retract");
-    EXPECT_STREQ(deflection.stream.get_parameter_stream(), item(*result, 1).stream.get_name());
+    const recorded_image& deflection = image_at(result, 0);
+    expect_image(deflection, {.parts = {"Approach", "Retract"},
+                              .values = {3, 2, 1, 2, 1, 1},
+                              .strings = {{"\\Recorded order", "Approach: free end first; Retract: contact first"},
+                                          {"\\Curve lengths", "3 2"}},
+                              .over = image_at(result, 1).stream.get_name()});
+    EXPECT_EQ(physical_of(image_at(result, 1)), (std::vector<double>{30, 20, 10, 25, 15, 15}));
     ASSERT_EQ(deflection.stream.values.get_axes_number(), 2u);
     EXPECT_EQ(deflection.stream.values.get_axis(1), VLAxis(0, 2, "N"));
 }
@@ -127,14 +119,16 @@ wave layers(const std::vector<std::string>& labels)
 TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
 {
     const struct {
-        const char *indexes, *directions, *names, *lengths;
+        const char *indexes, *directions;
+        std::vector<std::string> names;
+        const char* lengths; ///< equal ones are not told
     } rows[] = {
-        {"0,3,Nan,6", "NaN,1,0,-1", "Approach,Retract,", "3 3"}, // equal lengths are not told
-        {"0,3,3,5", "NaN,1,0,-1,", "Approach,Retract,", "3 3"},
-        {"0,2,5,3,6", "NaN,1,0,1,-1", "Approach,Dwell,Retract,", "2 3 1"},
-        {"0,2,5,9", "NaN,1,-1,1", "Approach,Retract,Approach 2,", "2 3 1"},
-        {"0,0.5,4,6", "NaN,0,1,-1", "Approach,Retract,", "4 2"},
-        {"0,Nan,5", "NaN,1,-1", "", ""},
+        {"0,3,Nan,6", "NaN,1,0,-1", {"Approach", "Retract"}, ""},
+        {"0,3,3,5", "NaN,1,0,-1,", {"Approach", "Retract"}, ""},
+        {"0,2,5,3,6", "NaN,1,0,1,-1", {"Approach", "Dwell", "Retract"}, "2 3 1"},
+        {"0,2,5,9", "NaN,1,-1,1", {"Approach", "Retract", "Approach 2"}, "2 3 1"},
+        {"0,0.5,4,6", "NaN,0,1,-1", {"Approach", "Retract"}, "4 2"},
+        {"0,Nan,5", "NaN,1,-1", {}, ""},
     };
     for (const auto& row : rows) {
         wave made;
@@ -144,14 +138,9 @@ TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
         made.footer = "Force";
         made.note = std::string("Indexes: ") + row.indexes + "\rDirection: " + row.directions + "\r";
         const auto result = read(made);
-        ASSERT_TRUE(result) << result.error().reason;
-        const recorded_image& image = item(*result, 0);
-        std::string names;
-        for (const auto& name : image.stream.subimage_names()) names += std::string(name.text) + ",";
-        EXPECT_EQ(names, row.names) << row.indexes;
-        const auto lengths = image.strings.find("\\Curve lengths");
-        const std::string told = std::string(row.lengths) == "3 3" ? "" : row.lengths;
-        EXPECT_EQ(lengths == image.strings.end() ? "" : lengths->second, told) << row.indexes;
+        SCOPED_TRACE(row.indexes);
+        EXPECT_EQ(subimages_of(image_at(result, 0)), row.names);
+        expect_image(image_at(result, 0), {.strings = {{"\\Curve lengths", row.lengths}}});
     }
 }
 
@@ -160,7 +149,6 @@ TEST(Ibw, LabelsKeepWhatIsNeitherChannelNorDirection)
     wave made = layers({"HeightTraceMod0", "HeightRetraceMod0", "HeightTraceMod1", "UserIn0TraceMod1"});
     made.note = "UserIn0Unit: nA\r";
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 3u);
     const struct {
         const char *label, *units, *origin;
@@ -168,14 +156,13 @@ TEST(Ibw, LabelsKeepWhatIsNeitherChannelNorDirection)
                 {"HeightMod1", "m", "from the channel's name, Height"},
                 {"UserIn0Mod1", "nA", "from UserIn0Unit"}};
     for (std::size_t i = 0; i < 3; ++i) {
-        const recorded_image& image = item(*result, i);
-        EXPECT_STREQ(image.stream.get_description(), rows[i].label);
-        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), rows[i].units);
+        const recorded_image& image = image_at(result, i);
+        expect_image(image, {.label = rows[i].label, .units = rows[i].units});
         EXPECT_TRUE(image.strings.at("\\Z scale").ends_with(rows[i].origin)) << image.strings.at("\\Z scale");
     }
     made.footer = "";
     made.note = "";
-    EXPECT_TRUE(item(*read(made), 0).strings.at("\\Z scale").ends_with("from wave made"));
+    EXPECT_TRUE(image_at(read(made), 0).strings.at("\\Z scale").ends_with("from wave made"));
 }
 
 TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
@@ -196,8 +183,7 @@ TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
         made.xUnits = made.yUnits = row.units;
         made.footer = row.footer;
         const auto result = read(made);
-        ASSERT_TRUE(result) << result.error().reason;
-        const SPMDataStream& stream = item(*result, 0).stream;
+        const SPMDataStream& stream = image_at(result, 0).stream;
         EXPECT_NEAR(stream.get_dimension(0).get_axis(0).start, row.x, 1e-12) << row.units << row.footer;
         EXPECT_NEAR(stream.get_dimension(1).get_axis(0).start, row.y, 1e-12) << row.units << row.footer;
     }
@@ -208,13 +194,12 @@ TEST(Ibw, DeflectionsHaveForceAndVoltsToo)
     wave made = layers({"DeflectionTrace", "HeightTrace"});
     made.note = "SpringConstant: 2\rInvOLS: 5e-08\r";
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
-    const auto& axes = item(*result, 0).stream.values;
+    const auto& axes = image_at(result, 0).stream.values;
     ASSERT_EQ(axes.get_axes_number(), 3u);
     EXPECT_EQ(axes.get_axis(1), VLAxis(0, 2, "N"));
     EXPECT_STREQ(axes.get_axis(2).get_units(), "V");
     EXPECT_NEAR(axes.get_axis(2).scale, 2e7, 1e-3); // one metre; 50 nm are one volt
-    EXPECT_EQ(item(*result, 1).stream.values.get_axes_number(), 1u);
+    EXPECT_EQ(image_at(result, 1).stream.values.get_axes_number(), 1u);
 }
 
 TEST(Ibw, NotesKeepLinesWithoutKeyAndTheDateComesFromTheHeaderElse)
@@ -255,12 +240,9 @@ TEST(Ibw, ComplexLayersOfTwoDirectionsAreNamedInFull)
     made.type = 3;
     made.numbers = floats({1, 10, 2, 20, 3, 30, 4, 40});
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 10, 20, 3, 4, 30, 40}));
-    const char* names[] = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"};
-    const auto& named = item(*result, 0).stream.subimage_names();
-    ASSERT_EQ(named.size(), 4u);
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_STREQ(named[i].text, names[i]);
+    expect_image(image_at(result, 0),
+                 {.parts = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"},
+                  .values = {1, 2, 10, 20, 3, 4, 30, 40}});
 }
 
 TEST(Ibw, NumbersOfEveryTypeAndComplexOnesAreRead)
@@ -284,15 +266,13 @@ TEST(Ibw, NumbersOfEveryTypeAndComplexOnesAreRead)
         made.type = row.type;
         made.numbers = row.numbers;
         const auto result = read(made);
-        ASSERT_TRUE(result) << row.type << result.error().reason;
-        EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 3})) << row.type;
+        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{1, 2, 3})) << row.type;
     }
     made.type = 3;
     made.numbers = floats({1, 10, 2, 20, 3, 30});
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{1, 2, 3, 10, 20, 30}));
-    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Imaginary");
+    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{1, 2, 3, 10, 20, 30}));
+    EXPECT_STREQ(image_at(result, 0).stream.subimage_names()[1].text, "Imaginary");
 }
 
 TEST(Ibw, UnnamedColumnsAreCurvesOfOneImage)
@@ -301,9 +281,7 @@ TEST(Ibw, UnnamedColumnsAreCurvesOfOneImage)
     made.dimensions = {3, 2};
     made.numbers = floats({1, 2, 3, 4, 5, 6});
     const auto result = read(made);
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(item(*result, 0).stream.get_dimensions_number(), 1u);
-    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[1].text, "Curve 2");
+    expect_image(image_at(result, 0), {.axes = {"3 0.5 "}, .parts = {"Curve 1", "Curve 2"}});
 }
 
 TEST(Ibw, ACutWaveGivesItsWholeLayersWithoutAUnit)
@@ -331,10 +309,9 @@ TEST(Ibw, ACutWaveGivesItsWholeLayersWithoutAUnit)
         const std::string bytes = whole.substr(0, row.length);
         memory_source source(std::as_bytes(std::span(bytes)));
         const auto result = read_ibw(source);
-        ASSERT_TRUE(result) << result.error().reason;
         EXPECT_EQ(result->items.size(), row.images);
-        EXPECT_STREQ(item(*result, 0).stream.values.get_axis(0).get_units(), row.units);
-        EXPECT_EQ(physical(item(*result, 0).stream)[1], 2.0);
+        EXPECT_STREQ(image_at(result, 0).stream.values.get_axis(0).get_units(), row.units);
+        EXPECT_EQ(physical_of(image_at(result, 0))[1], 2.0);
         EXPECT_EQ(result->warnings.size(), row.warnings);
     }
 }
@@ -351,32 +328,24 @@ TEST(Ibw, WhatCannotBeIsRefusedWithItsReason)
     };
     std::string wrongSum = good.bytes();
     wrongSum[100] ^= 1;
-    const struct {
-        std::string bytes, reason;
-    } rows[] = {
-        {wrongSum, "checksum"},
-        {"\7", "version number"},
-        {good.bytes().substr(0, 300), "cut short"},
-        {good.bytes().substr(0, 390), "beyond the end"},
-        {changed([](wave& w) { w.statedPoints = 4; }), "product of the dimensions"},
-        {changed([](wave& w) { w.dimensions = {4}; }), "stated size"},
-        {changed([](wave& w) { w.dimensions = {65536, 65536, 65536}; }), "too large"},
-        {changed([](wave& w) { w.dimensions = {0x80000000u}; }), "negative"},
-        {changed([](wave& w) { w.type = 7; }), "type of the numbers"},
-        {changed([](wave& w) { w.type = 0; }), "texts"},
-        {changed([](wave& w) {
-             w.dimensions = {};
-             w.numbers.clear();
-         }),
-         "no points"},
-        {changed([](wave& w) { w.dimensions = {1, 1, 1, 3}; }), "four dimensions"},
-    };
-    for (const auto& row : rows) {
-        memory_source source(std::as_bytes(std::span(row.bytes)));
-        const auto result = read_ibw(source);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(read_ibw, {
+                                 {wrongSum, "checksum"},
+                                 {"\7", "version number"},
+                                 {good.bytes().substr(0, 300), "cut short"},
+                                 {good.bytes().substr(0, 390), "beyond the end"},
+                                 {changed([](wave& w) { w.statedPoints = 4; }), "product of the dimensions"},
+                                 {changed([](wave& w) { w.dimensions = {4}; }), "stated size"},
+                                 {changed([](wave& w) { w.dimensions = {65536, 65536, 65536}; }), "too large"},
+                                 {changed([](wave& w) { w.dimensions = {0x80000000u}; }), "negative"},
+                                 {changed([](wave& w) { w.type = 7; }), "type of the numbers"},
+                                 {changed([](wave& w) { w.type = 0; }), "texts"},
+                                 {changed([](wave& w) {
+                                      w.dimensions = {};
+                                      w.numbers.clear();
+                                  }),
+                                  "no points"},
+                                 {changed([](wave& w) { w.dimensions = {1, 1, 1, 3}; }), "four dimensions"},
+                             });
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "bytes.h"
 #include "document/formats/img.h"
 #include "document/formats/registry.h"
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -11,12 +11,9 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 
-base::read_result<recording> read(const std::string& bytes)
-{
-    memory_source source(std::as_bytes(std::span(bytes)));
-    return read_img(source);
-}
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_img, bytes); }
 
 /// Writes pieces at their places of a header.
 class header_maker {
@@ -109,18 +106,17 @@ TEST(Img, EveryKindIsToldApartAndScaled)
     };
     for (const auto& row : rows) {
         const auto result = read(row.bytes);
-        ASSERT_TRUE(result) << result.error().reason;
-        const SPMDataStream& stream = item(*result, 0).stream;
-        const std::vector<double> heights = physical(stream);
+        const SPMDataStream& stream = image_at(result, 0).stream;
+        const std::vector<double> heights = physical_of(stream);
         for (std::size_t i = 0; i < row.raw.size(); ++i)
-            EXPECT_NEAR(heights[i], row.raw[i] * row.step, 1e-9) << item(*result, 0).strings.at("Format") << i;
+            EXPECT_NEAR(heights[i], row.raw[i] * row.step, 1e-9) << image_at(result, 0).strings.at("Format") << i;
         EXPECT_STREQ(stream.values.get_axis(0).get_units(), row.units);
         const VLAxis& x = stream.get_dimension(0).get_axis(0);
         EXPECT_NEAR(x.start, row.x.start, 1e-9);
         EXPECT_NEAR(x.scale, row.x.scale, 1e-9);
         EXPECT_STREQ(x.get_units(), row.x.get_units());
     }
-    EXPECT_EQ(item(*read(sicm("topo")), 0).strings.at("\\Date"), "today");
+    EXPECT_EQ(image_at(read(sicm("topo")), 0).strings.at("\\Date"), "today");
 }
 
 TEST(Img, SettingsOfTheHeaderAreKept)
@@ -135,8 +131,7 @@ TEST(Img, SettingsOfTheHeaderAreKept)
     };
     for (const auto& row : rows) {
         const auto result = read(row.bytes);
-        ASSERT_TRUE(result) << result.error().reason;
-        for (const auto& [key, text] : row.settings) EXPECT_EQ(item(*result, 0).strings.at(key), text) << key;
+        for (const auto& [key, text] : row.settings) EXPECT_EQ(image_at(result, 0).strings.at(key), text) << key;
     }
 }
 
@@ -175,18 +170,13 @@ TEST(Img, EveryKindOpensUnderAnyName)
 TEST(Img, OtherFilesAreRefusedAndTheirExpectationNamed)
 {
     for (const std::string& bytes : {std::string("IM and more"), std::string(), burleigh(1) + "x", sicm("topo") + "x",
-                                     ecs("N").substr(1), dme().substr(0, 4060), dme().substr(0, 700)}) {
-        const auto result = read(bytes);
-        ASSERT_FALSE(result);
-        EXPECT_NE(result.error().reason.find("none of the .img kinds"), std::string::npos);
-    }
+                                     ecs("N").substr(1), dme().substr(0, 4060), dme().substr(0, 700)})
+        expect_refused(read_img, {{bytes, "none of the .img kinds"}});
 }
 
 TEST(Img, CutFilesAreRefused)
 {
-    for (const std::string& whole : {burleigh(1), dme(), sicm("topo"), ecs("N")})
-        for (std::size_t length = 0; length < whole.size(); length += length < 100 ? 1 : 37)
-            EXPECT_FALSE(read(std::string(whole.substr(0, length)))) << length;
+    for (const std::string& whole : {burleigh(1), dme(), sicm("topo"), ecs("N")}) expect_cuts_refused(read_img, whole);
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "instrument_fixture.h"
 
 #include "document/formats/finish_recording.h"
+#include "recorded_values.h"
 
 #include "base/text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -104,12 +106,9 @@ std::vector<int> raw_of(const formats::recorded_image& image)
     return {raw, raw + image.stream.array_length()};
 }
 
-std::vector<double> physical_of(const formats::recorded_image& image)
-{
-    std::vector<double> values;
-    for (const int raw : raw_of(image)) values.push_back(image.stream.values.get_axis(0).at(raw));
-    return values;
-}
+std::vector<double> physical_of(const SPMDataStream& stream) { return formats::physical(stream); }
+
+std::vector<double> physical_of(const formats::recorded_image& image) { return formats::physical(image.stream); }
 
 std::vector<std::string> subimages_of(const formats::recorded_image& image)
 {
@@ -123,6 +122,28 @@ std::string axis_text(const formats::recorded_image& image, unsigned dimension)
     if (dimension >= image.stream.get_dimensions_number()) return "none";
     const VLAxis& axis = image.stream.get_dimension(dimension).get_axis(0);
     return base::general(axis.start) + " " + base::general(axis.scale) + " " + axis.get_units();
+}
+
+void expect_image(const formats::recorded_image& image, const expected_image& expected)
+{
+    const SPMDataStream& stream = image.stream;
+    SCOPED_TRACE(stream.get_description());
+    if (expected.label) { EXPECT_STREQ(stream.get_description(), expected.label); }
+    if (expected.units) { EXPECT_STREQ(stream.values.get_axis(0).get_units(), expected.units); }
+    std::vector<std::string> axes;
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) axes.push_back(axis_text(image, i));
+    if (!expected.axes.empty()) { EXPECT_EQ(axes, expected.axes); }
+    if (!expected.parts.empty()) { EXPECT_EQ(subimages_of(image), expected.parts); }
+    if (expected.over) { EXPECT_STREQ(stream.get_parameter_stream(), expected.over); }
+    for (const auto& [key, text] : expected.strings) {
+        const auto found = image.strings.find(key);
+        EXPECT_EQ(found == image.strings.end() ? "" : found->second, text) << key;
+    }
+    if (expected.values.empty()) return;
+    const std::vector<double> values = physical_of(image);
+    ASSERT_EQ(values.size(), expected.values.size());
+    const double error = expected.isFitted ? 0.5001 * std::fabs(stream.values.get_axis(0).scale) : 0.0;
+    for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected.values[i], error) << i;
 }
 
 void expect_cuts_refused(reader read, const std::string& bytes)

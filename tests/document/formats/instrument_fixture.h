@@ -86,12 +86,25 @@ private:
 
 /// The image at this place; an empty one with a failed test when there is none.
 const formats::recorded_image& image_at(const base::read_result<formats::recording>& result, std::size_t index);
+/// Samples and their values by value axis 0, in stored order: bottom row first.
 std::vector<int> raw_of(const formats::recorded_image& image);
-/// Values in stored order, by value axis 0: bottom row first.
 std::vector<double> physical_of(const formats::recorded_image& image);
+std::vector<double> physical_of(const SPMDataStream& stream);
 std::vector<std::string> subimages_of(const formats::recorded_image& image);
 /// "start step units" of the first axis of a dimension.
 std::string axis_text(const formats::recorded_image& image, unsigned dimension);
+
+/// What an image has to say of itself. What is left out is not compared.
+struct expected_image {
+    const char *label = nullptr, *units = nullptr; ///< units: of the first value axis
+    std::vector<std::string> axes = {};            ///< `axis_text` of every dimension
+    std::vector<std::string> parts = {};           ///< names of the sub-images
+    std::vector<double> values = {};
+    std::map<std::string, std::string> strings = {}; ///< those among others; "" for one that must not be there
+    const char* over = nullptr;                      ///< id of the stream that parametrises it
+    bool isFitted = false;                           ///< values may be off by half a step
+};
+void expect_image(const formats::recorded_image& image, const expected_image& expected);
 
 /// Expects that each beginning of the file is refused with a reason or read in part with a warning.
 void expect_cuts_refused(reader read, const std::string& bytes);

@@ -1,6 +1,6 @@
 #pragma once
 #include "document/formats/jpk.h"
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 
 #include <string>
 
@@ -9,8 +9,7 @@ namespace jpk_fixture {
 
 inline base::read_result<formats::recording> read(const std::string& bytes)
 {
-    formats::memory_source source(std::as_bytes(std::span(bytes)));
-    return formats::read_jpk(source);
+    return instrument_fixture::read(formats::read_jpk, bytes);
 }
 
 /// The first image of a label, or null.

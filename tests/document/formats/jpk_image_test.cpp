@@ -1,4 +1,5 @@
 #include "document/formats/tiff.h"
+#include "instrument_fixture.h"
 #include "jpk_fixture.h"
 #include "zip_fixture.h"
 
@@ -8,6 +9,7 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 using jpk_fixture::read;
 
 /// Two channels of 2 by 2 points, raw 1 to 4 and 5 to 8, in either byte order: 2 * raw + 1 nm on a grid of 4 by 2 µm.
@@ -17,14 +19,12 @@ TEST(Jpk, ImagesComeInBothByteOrders)
         SCOPED_TRACE(name);
         std::ifstream in(VLDV_TEST_DATA "/jpk/" + std::string(name), std::ios::binary);
         const auto result = read({std::istreambuf_iterator<char>(in), {}});
-        ASSERT_TRUE(result) << result.error().reason;
         ASSERT_EQ(result->items.size(), 1u);
-        const SPMDataStream& stream = item(*result, 0).stream;
+        const SPMDataStream& stream = image_at(result, 0).stream;
         for (std::size_t i = 0; i < 8; ++i)
-            EXPECT_NEAR(physical(stream)[i], (2.0 * static_cast<double>(i) + 3) * 1e-9, 1e-15);
-        EXPECT_STREQ(stream.subimage_names()[1].text, "Reverse");
-        EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(1e-6, 2e-6, "m"));
-        EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(2e-6, 1e-6, "m"));
+            EXPECT_NEAR(physical_of(stream)[i], (2.0 * static_cast<double>(i) + 3) * 1e-9, 1e-15);
+        expect_image(image_at(result, 0),
+                     {.axes = {"1e-06 2e-06 m", "2e-06 1e-06 m"}, .parts = {"Forward", "Reverse"}});
     }
 }
 
@@ -100,17 +100,15 @@ TEST(Jpk, WideDirectionsOfDifferentScaleJoinAsPhysicalValues)
     const std::string file = tiff_of(body, {sharedTags, plane_of(32, 8, false, 1e-15), plane_of(32, 16, true, 4e-15)});
     memory_source late(std::as_bytes(std::span(file))); // its directories lie behind what is looked at to tell formats
     for (const auto& result : {read(file), read_tiff(late)}) {
-        ASSERT_TRUE(result) << result.error().reason;
         ASSERT_EQ(result->items.size(), 1u);
-        const recorded_image& image = item(*result, 0);
+        const recorded_image& image = image_at(result, 0);
         const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
         const std::vector<double> metres{1e-6, 1.001e-6, 1.001e-6, 1.002e-6};
         for (std::size_t i = 0; i < metres.size(); ++i) {
             EXPECT_NEAR(image.stream.values.get_axis(0).at(raw[i]), metres[i], 2e-14);
             EXPECT_NEAR(image.stream.values.get_axis(1).at(raw[i]), 1e6 * metres[i], 2e-8);
         }
-        EXPECT_STREQ(image.stream.subimage_names()[1].text, "Reverse");
-        EXPECT_EQ(image.strings.at("\\Scan rate"), "1.5");
+        expect_image(image, {.parts = {"Forward", "Reverse"}, .strings = {{"\\Scan rate", "1.5"}}});
         EXPECT_EQ(result->strings.at("Program"), "7");
     }
 }
@@ -119,9 +117,8 @@ TEST(Jpk, DirectionsOfSixteenBitsKeepThemAndTheirScale)
 {
     const std::string body = le16(1) + le16(2) + le16(3) + le16(4);
     const auto result = read(tiff_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 4e-15)}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
-    EXPECT_DOUBLE_EQ(physical(item(*result, 1).stream)[0], 3 * 4e-15 + 1e-6);
+    EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 3 * 4e-15 + 1e-6);
 
     directory crowded = plane_of(16, 8, false, 1e-15);
     crowded[8] = whole(0x8080, 101);

@@ -1,3 +1,4 @@
+#include "instrument_fixture.h"
 #include "jpk_fixture.h"
 #include "zip_fixture.h"
 
@@ -6,6 +7,7 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 using jpk_fixture::find_image;
 using jpk_fixture::read;
 
@@ -58,25 +60,21 @@ TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image* deflection = find_image(*result, "vDeflection");
     ASSERT_TRUE(deflection);
-    EXPECT_EQ(physical(deflection->stream), (std::vector<double>{255, -2, -1, 6, 4, 4})); // raw - 1 nm
-    EXPECT_STREQ(deflection->stream.values.get_axis(0).get_units(), "nm");
     ASSERT_EQ(deflection->stream.values.get_axes_number(), 2u);
     const auto* raw = static_cast<const std::int16_t*>(deflection->stream.array_data());
     EXPECT_DOUBLE_EQ(deflection->stream.values.get_axis(1).at(raw[0]), 129.0); // 0.5 * 256 + 1 V
-    EXPECT_STREQ(deflection->stream.subimage_names()[0].text, "Approach");
-    EXPECT_STREQ(deflection->stream.subimage_names()[1].text, "Retract");
-    EXPECT_EQ(deflection->strings.at("\\Curve lengths"), "3 2");
-    EXPECT_EQ(deflection->strings.at("\\Z scale"), "raw * 1 + -1 [nm] from encoder, conversions distance");
-    ASSERT_TRUE(deflection->stream.get_parameter_stream());
-    EXPECT_STREQ(deflection->stream.get_parameter_stream(), find_image(*result, "height")->stream.get_name());
+    expect_image(*deflection, {.units = "nm",
+                               .parts = {"Approach", "Retract"},
+                               .values = {255, -2, -1, 6, 4, 4}, // raw - 1 nm
+                               .strings = {{"\\Curve lengths", "3 2"},
+                                           {"\\Z scale", "raw * 1 + -1 [nm] from encoder, conversions distance"}},
+                               .over = find_image(*result, "height")->stream.get_name()});
     const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
     ASSERT_TRUE(time);
-    const double half = 0.5001 * time->stream.values.get_axis(0).scale;
-    const std::vector<double> seconds{2, 1, 0, 0, 1, 1};
-    for (std::size_t i = 0; i < seconds.size(); ++i) EXPECT_NEAR(physical(time->stream)[i], seconds[i], half);
+    expect_image(*time, {.values = {2, 1, 0, 0, 1, 1}, .isFitted = true});
     EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
     EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
-    EXPECT_EQ(physical(find_image(*result, "height")->stream), (std::vector<double>{9, 19, 29, 9, 19, 19}));
+    EXPECT_EQ(physical_of(*find_image(*result, "height")), (std::vector<double>{9, 19, 29, 9, 19, 19}));
     for (const recorded_image* image : {deflection, time, find_image(*result, "height")})
         EXPECT_EQ(image->strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
 }
@@ -122,18 +120,15 @@ members back_and_forth_map()
 TEST(Jpk, MapsAreVolumesWithTheCurveFastest)
 {
     const auto result = read(stored_zip(back_and_forth_map()));
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image& image = item(*result, 0);
+    const recorded_image& image = image_at(result, 0);
     ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
     EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
-    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(7, 2, "m"));
-    EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(-1, 1, "m"));
-    // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
-    EXPECT_EQ(physical(image.stream), (std::vector<double>{10, 0, 11, 1, 12, 2, 15, 5, 0, 0, 13, 3}));
-    EXPECT_EQ(image.strings.at("\\Void points"), "2");
-    EXPECT_EQ(image.strings.at("\\Curve lengths"), "2 2 2 2 0 2");
-    EXPECT_STREQ(image.stream.subimage_names()[0].text, "Approach");
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "V");
+    expect_image(image, {.units = "V",
+                         .axes = {"0 1 ", "7 2 m", "-1 1 m"},
+                         .parts = {"Approach"},
+                         // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
+                         .values = {10, 0, 11, 1, 12, 2, 15, 5, 0, 0, 13, 3},
+                         .strings = {{"\\Void points", "2"}, {"\\Curve lengths", "2 2 2 2 0 2"}}});
 }
 
 TEST(Jpk, CalibrationsThatChangeAreApplied)
@@ -144,10 +139,8 @@ TEST(Jpk, CalibrationsThatChangeAreApplied)
                    "vDeflection.data.encoder.scaling.multiplier=1.5");
     const auto result = read(stored_zip(all));
     ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image* image = find_image(*result, "vDeflection");
-    const double half = 0.5001 * image->stream.values.get_axis(0).scale;
-    const std::vector<double> expected{255, -2, -1, 20, 14, 14}; // 2 * (1.5 * 7 + 1) - 3 = 20
-    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], expected[i], half);
+    expect_image(*find_image(*result, "vDeflection"),
+                 {.values = {255, -2, -1, 20, 14, 14}, .isFitted = true}); // 2 * (1.5 * 7 + 1) - 3 = 20
 }
 
 /// Replaces every `from` in the headers of the segments.
@@ -172,11 +165,8 @@ TEST(Jpk, CurvesOfDifferentUnitsAreShownInOnesThatAllHave)
         header.replace(header.find(from), from.size(), to);
     const auto result = read(stored_zip(all));
     ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image* image = find_image(*result, "vDeflection");
-    EXPECT_STREQ(image->stream.values.get_axis(0).get_units(), "V");
-    const double half = 0.5001 * image->stream.values.get_axis(0).scale;
-    const std::vector<double> volts{129, 0.5, 1, 4.5, 3.5, 3.5}; // 0.5 * raw + 1
-    for (std::size_t i = 0; i < volts.size(); ++i) EXPECT_NEAR(physical(image->stream)[i], volts[i], half);
+    expect_image(*find_image(*result, "vDeflection"),
+                 {.units = "V", .values = {129, 0.5, 1, 4.5, 3.5, 3.5}, .isFitted = true}); // 0.5 * raw + 1
 
     const std::string unit = "channel.vDeflection.data.encoder.scaling.unit.unit=V";
     header.replace(header.find(unit), unit.size(), "channel.vDeflection.data.encoder.scaling.unit.unit=A");
@@ -193,7 +183,7 @@ TEST(Jpk, ConversionsThatRunInACircleAreNotApplied)
     const auto result = read(stored_zip(changed_segments(single_curve(), slot + "volts", slot + "distance")));
     ASSERT_TRUE(result) << result.error().reason;
     const recorded_image* image = find_image(*result, "vDeflection");
-    EXPECT_EQ(physical(image->stream), (std::vector<double>{129, 0.5, 1, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
+    EXPECT_EQ(physical_of(*image), (std::vector<double>{129, 0.5, 1, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
     EXPECT_EQ(image->stream.values.get_axes_number(), 1u);
     EXPECT_NE(image->strings.at("\\Z scale").find("conversions of distance run in a circle"), std::string::npos);
 }
@@ -221,13 +211,13 @@ TEST(Jpk, HeadersOfTheCurvesAreKept)
     const auto result = read(stored_zip(all));
     ASSERT_TRUE(result) << result.error().reason;
     EXPECT_EQ(result->strings.at("\\Date"), "2020-02-03 04:05:06 +0100");
-    const auto& strings = find_image(*result, "height")->strings;
-    EXPECT_EQ(strings.at("\\Date"), "2020-02-03 04:05:06 +0100");
-    EXPECT_EQ(strings.at("force-segment-header.settings.segment-settings.style"), "extend / retract");
-    EXPECT_EQ(strings.at("channel.height.data.type"), "short");
-    EXPECT_EQ(strings.count("channel.vDeflection.data.type"), 0u);
-    EXPECT_EQ(strings.at("Sensitivity"), "4 m/V"); // of any name: it is shown as a force
-    EXPECT_EQ(strings.at("Spring Constant"), "0.5 N/m");
+    expect_image(*find_image(*result, "height"),
+                 {.strings = {{"\\Date", "2020-02-03 04:05:06 +0100"},
+                              {"force-segment-header.settings.segment-settings.style", "extend / retract"},
+                              {"channel.height.data.type", "short"},
+                              {"channel.vDeflection.data.type", ""},
+                              {"Sensitivity", "4 m/V"}, // of any name: it is shown as a force
+                              {"Spring Constant", "0.5 N/m"}}});
 
     members map = back_and_forth_map();
     for (const unsigned k : {0u, 2u})
@@ -235,18 +225,16 @@ TEST(Jpk, HeadersOfTheCurvesAreKept)
             "type=force-scan-series\nforce-scan-series.header.position.x=" + std::to_string(k) +
             "E-6\nforce-scan-series.header.position.y=-2.5E-6\n";
     const auto volume = read(stored_zip(map));
-    ASSERT_TRUE(volume) << volume.error().reason;
     EXPECT_EQ(volume->strings.at("Curve places, m"), "0: 0 -2.5e-06\n2: 2e-06 -2.5e-06\n");
     EXPECT_EQ(volume->strings.at("lcd-info.1.unit.unit"), "V");
-    EXPECT_EQ(item(*volume, 0).strings.at("channel.error.unit.unit"), "V"); // the reference resolved
+    EXPECT_EQ(image_at(volume, 0).strings.at("channel.error.unit.unit"), "V"); // the reference resolved
 }
 
 TEST(Jpk, AReferenceAloneStandsForWhatItIsNamedAfter)
 {
     const auto result = read(stored_zip(changed_segments(
         back_and_forth_map(), "force-segment-header.force-segment-header-info.*=0", "force-segment-header-info.*=0")));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_STREQ(item(*result, 0).stream.subimage_names()[0].text, "Approach");
+    EXPECT_STREQ(image_at(result, 0).stream.subimage_names()[0].text, "Approach");
 }
 
 TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
@@ -259,22 +247,15 @@ TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
             all[member] = content;
         return stored_zip(all);
     };
-    const struct {
-        std::string bytes, reason;
-    } rows[] = {
-        {changed("header.properties", ""), "header.properties is missing"},
-        {changed("header.properties", "a=b\n"), "no kind of force data"},
-        {stored_zip({{"header.properties", "type=force-scan-series\n"}}), "no segment"},
-        {changed("segments/0/channels/height.dat", "odd"), "no multiple"},
-        {stored_zip(single_curve()).substr(0, 900), "zip directory"},
-        {std::string("II*\0\10\0\0\0\0\0\0\0\0\0", 14), "0x8042"},
-        {"PK", "cut short"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(row.bytes);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(read_jpk, {
+                                 {changed("header.properties", ""), "header.properties is missing"},
+                                 {changed("header.properties", "a=b\n"), "no kind of force data"},
+                                 {stored_zip({{"header.properties", "type=force-scan-series\n"}}), "no segment"},
+                                 {changed("segments/0/channels/height.dat", "odd"), "no multiple"},
+                                 {stored_zip(single_curve()).substr(0, 900), "zip directory"},
+                                 {std::string("II*\0\10\0\0\0\0\0\0\0\0\0", 14), "0x8042"},
+                                 {"PK", "cut short"},
+                             });
 }
 
 TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)

@@ -1,6 +1,6 @@
 #include "document/formats/mdt.h"
+#include "instrument_fixture.h"
 #include "mdt_fixture.h"
-#include "recorded_values.h"
 
 #include <gtest/gtest.h>
 
@@ -9,12 +9,9 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 
-base::read_result<recording> read(const std::string& bytes)
-{
-    memory_source source(std::as_bytes(std::span(bytes)));
-    return read_mdt(source);
-}
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_mdt, bytes); }
 
 TEST(MdtArrays, OfPairsDrawTheSecondValueOverTheFirst)
 {
@@ -34,12 +31,10 @@ TEST(MdtArrays, OfPairsDrawTheSecondValueOverTheFirst)
         pairs.count = row.count;
         pairs.cellBytes = row.cellBytes;
         const auto result = read(mdt_file({mdt_frame_of(106, pairs.body(), 0)}));
-        ASSERT_TRUE(result) << result.error().reason;
         ASSERT_EQ(result->items.size(), 2u);
-        EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{2.5, 4.5, 6.5}));
-        EXPECT_EQ(physical(item(*result, 1).stream), (std::vector<double>{10, -20, 30}));
-        EXPECT_STREQ(item(*result, 1).stream.get_parameter_stream(), item(*result, 0).stream.get_name());
-        EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "nA");
+        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{2.5, 4.5, 6.5}));
+        expect_image(image_at(result, 1),
+                     {.units = "nA", .values = {10, -20, 30}, .over = image_at(result, 0).stream.get_name()});
     }
 }
 
@@ -62,9 +57,7 @@ TEST(MdtArrays, SayTheirUnitsAndHowTheyWereScanned)
                         2};
         image.comment = "<Frame><Shell>" + std::string(row.comment) + "</Shell></Frame>";
         const auto result = read(mdt_file({mdt_frame_of(106, image.body(), 0)}));
-        ASSERT_TRUE(result) << result.error().reason;
-        EXPECT_STREQ(item(*result, 0).stream.values.get_axis(0).get_units(), row.normal);
-        EXPECT_EQ(item(*result, 0).strings.at(row.key), row.text);
+        expect_image(image_at(result, 0), {.units = row.normal, .strings = {{row.key, row.text}}});
     }
 }
 
@@ -88,9 +81,8 @@ TEST(MdtArrays, OfEveryNumberTypeBecomeImages)
                               {{"Mag", "", 10, 2, 0, 0, row.code}},
                               row.numbers};
         const auto result = read(mdt_file({mdt_frame_of(106, image.body(), 0)}));
-        ASSERT_TRUE(result) << row.code << ' ' << result.error().reason;
-        EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{12, 14, 16, 18})) << row.code;
-        EXPECT_EQ(item(*result, 0).stream.get_dimension(1).get_axis(0), VLAxis(2, 0.25, "\u00B5m"));
+        SCOPED_TRACE(row.code);
+        expect_image(image_at(result, 0), {.axes = {"1 0.5 \u00B5m", "2 0.25 \u00B5m"}, .values = {12, 14, 16, 18}});
     }
 }
 
@@ -110,17 +102,12 @@ TEST(MdtArrays, OfThreeDimensionsAreSpectraAtPoints)
     // The spectrum runs slowest in the file (x, y, wave) and fastest in the volume.
     const mdt_array map{"Raman", {x, y, wave}, measured, numbered_cells(12)};
     const auto result = read(mdt_file({mdt_frame_of(106, map.body(), 0)}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
-    const SPMDataStream& counts = item(*result, 0).stream;
-    EXPECT_STREQ(counts.get_description(), "Raman Counts");
-    ASSERT_EQ(counts.get_dimensions_number(), 3u);
-    EXPECT_EQ(counts.get_dimension(0).get_axis(0), VLAxis(500, 3, "nm"));
-    EXPECT_EQ(counts.get_dimension(1).get_axis(0), VLAxis(1, 0.5, "\u00B5m"));
-    EXPECT_EQ(counts.get_dimension(2).length, 2u);
-    EXPECT_EQ(physical(counts), (std::vector<double>{0, 12, 2, 14, 4, 16, 6, 18, 8, 20, 10, 22}));
-    EXPECT_EQ(physical(item(*result, 1).stream).at(1), 106); // the second value of cell 6
-    EXPECT_STREQ(item(*result, 1).stream.values.get_axis(0).get_units(), "V");
+    expect_image(image_at(result, 0), {.label = "Raman Counts",
+                                       .axes = {"500 3 nm", "1 0.5 \u00B5m", "2 0.25 \u00B5m"},
+                                       .values = {0, 12, 2, 14, 4, 16, 6, 18, 8, 20, 10, 22}});
+    EXPECT_EQ(physical_of(image_at(result, 1)).at(1), 106); // the second value of cell 6
+    EXPECT_STREQ(image_at(result, 1).stream.values.get_axis(0).get_units(), "V");
 
     // Without names the units tell, and without these the order of the file stays.
     const auto anonymous = [](mdt_calibration dimension, const char* units) {
@@ -132,8 +119,7 @@ TEST(MdtArrays, OfThreeDimensionsAreSpectraAtPoints)
         const mdt_array unnamed{
             "Raman", {anonymous(x, "um"), anonymous(y, "um"), anonymous(wave, units)}, measured, numbered_cells(12)};
         const auto found = read(mdt_file({mdt_frame_of(106, unnamed.body(), 0)}));
-        ASSERT_TRUE(found) << found.error().reason;
-        EXPECT_EQ(physical(item(*found, 0).stream).at(1), second) << units;
+        EXPECT_EQ(physical_of(image_at(found, 0)).at(1), second) << units;
     }
 }
 

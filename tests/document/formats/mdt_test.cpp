@@ -1,42 +1,28 @@
 #include "document/formats/mdt.h"
+#include "instrument_fixture.h"
 #include "mdt_fixture.h"
-#include "recorded_values.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 
-base::read_result<recording> read(const std::string& bytes)
-{
-    memory_source source(std::as_bytes(std::span(bytes)));
-    return read_mdt(source);
-}
-
-std::string reason_of(const std::string& bytes)
-{
-    const auto result = read(bytes);
-    return result ? "" : result.error().reason;
-}
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_mdt, bytes); }
 
 TEST(Mdt, DirectionsOfAChannelShareAnImage)
 {
     mdt_image forward{"1F:Height", 3, 2, {1, -2, 3, 4, 5, 6}}, backward{"1B:Height", 3, 2, {6, 5, 4, 3, 2, -1}};
     const auto result = read(mdt_file(
         {mdt_frame_of(0, forward.body()), mdt_frame_of(3, std::string(10, '\0')), mdt_frame_of(0, backward.body())}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 1u);
-    const SPMDataStream& stream = item(*result, 0).stream;
-    EXPECT_EQ(physical(stream), (std::vector<double>{9, 12, 7, 6, 5, 4, 4, 5, 6, 7, 8, 11})); // 10 - raw
-    ASSERT_EQ(stream.subimage_names().size(), 2u);
-    EXPECT_STREQ(stream.subimage_names()[0].text, "Forward");
-    EXPECT_STREQ(stream.subimage_names()[1].text, "Reverse");
-    EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(5.0, 0.5, "\u00B5m"));
-    EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(-1.0, 0.25, "\u00B5m"));
-    EXPECT_STREQ(stream.values.get_axis(0).get_units(), "nm");
-    EXPECT_EQ(item(*result, 0).strings.at("\\Date"), "2020-02-03 04:05:06");
-    EXPECT_EQ(item(*result, 0).strings.at("\\Z scale"), "raw * -1 + 10 [nm] from z axis of frame 1");
+    expect_image(image_at(result, 0), {.units = "nm",
+                                       .axes = {"5 0.5 \u00B5m", "-1 0.25 \u00B5m"},
+                                       .parts = {"Forward", "Reverse"},
+                                       .values = {9, 12, 7, 6, 5, 4, 4, 5, 6, 7, 8, 11}, // 10 - raw
+                                       .strings = {{"\\Date", "2020-02-03 04:05:06"},
+                                                   {"\\Z scale", "raw * -1 + 10 [nm] from z axis of frame 1"}}});
 }
 
 TEST(Mdt, OnlyDirectionsOfOneScanAndPassAreAPair)
@@ -47,7 +33,6 @@ TEST(Mdt, OnlyDirectionsOfOneScanAndPassAreAPair)
     const unsigned all = mdtAxesBytes + mdtSettingsBytes;
     const auto result = read(mdt_file({mdt_frame_of(0, forward, all, 10), mdt_frame_of(0, forward, all, 11),
                                        mdt_frame_of(0, second, all, 10), mdt_frame_of(0, reverse, all, 11)}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 3u);
     const struct {
         std::vector<double> heights;
@@ -55,8 +40,8 @@ TEST(Mdt, OnlyDirectionsOfOneScanAndPassAreAPair)
     } images[] = {
         {{9}, "Height", "1", "Forward"}, {{9, 8}, "Height_2", "1", nullptr}, {{7}, "Height_3", "2", "Reverse"}};
     for (std::size_t i = 0; i < 3; ++i) {
-        const recorded_image& image = item(*result, i);
-        EXPECT_EQ(physical(image.stream), images[i].heights) << i;
+        const recorded_image& image = image_at(result, i);
+        EXPECT_EQ(physical_of(image), images[i].heights) << i;
         EXPECT_STREQ(image.stream.get_description(), "Height");
         EXPECT_STREQ(image.stream.get_name(), images[i].id);
         EXPECT_EQ(image.strings.at("Pass"), images[i].pass);
@@ -86,38 +71,28 @@ TEST(Mdt, SettingsThatAScanLacksAreLeftOut)
         const mdt_image image{"", 3, 1, {1, 2, 3}, whole.substr(0, row.bytes)};
         const auto variableBytes = mdtAxesBytes + static_cast<unsigned>(image.settings.size());
         const auto result = read(mdt_file({mdt_frame_of(0, image.body(), variableBytes)}));
-        ASSERT_TRUE(result) << row.bytes << result.error().reason;
-        const recorded_image& read_ = item(*result, 0);
-        const auto text = [&](const char* key) {
-            const auto found = read_.strings.find(key);
-            return found == read_.strings.end() ? std::string() : found->second;
-        };
-        EXPECT_EQ(physical(read_.stream), (std::vector<double>{9, 8, 7}));
-        EXPECT_STREQ(read_.stream.get_description(), row.channel) << row.bytes;
-        EXPECT_EQ(text("\\Scan direction"), row.direction) << row.bytes;
-        EXPECT_EQ(text("\\Speed"), row.speed) << row.bytes;
-        EXPECT_EQ(text("Bias"), row.bias) << row.bytes;
+        SCOPED_TRACE(row.bytes);
+        expect_image(image_at(result, 0),
+                     {.label = row.channel,
+                      .values = {9, 8, 7},
+                      .strings = {{"\\Scan direction", row.direction}, {"\\Speed", row.speed}, {"Bias", row.bias}}});
     }
 }
 
 TEST(Mdt, CurvesAtPointsArePaddedAndKeepTheirLengths)
 {
     const auto result = read(mdt_file({mdt_frame_of(201, mdt_point_curves({{{1, 2, 3}, {4, 5}}, {{7}, {}}}, -2))}));
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image& image = item(*result, 0);
-    EXPECT_EQ(physical(image.stream), (std::vector<double>{9, 8, 7, 6, 5, 5, 3, 3, 3}));
-    EXPECT_EQ(image.strings.at("\\Curve lengths"), "3 2 1");
-    EXPECT_EQ(image.strings.at("Points"), "0 0 \u00B5m; 1 0.5 \u00B5m");
-    EXPECT_STREQ(image.stream.subimage_names()[1].text, "Point 1, Reverse");
-    EXPECT_STREQ(image.stream.subimage_names()[2].text, "Point 2, Forward");
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(5.0, 0.5, "\u00B5m"));
+    expect_image(image_at(result, 0),
+                 {.axes = {"5 0.5 \u00B5m"},
+                  .parts = {"Point 1, Forward", "Point 1, Reverse", "Point 2, Forward"},
+                  .values = {9, 8, 7, 6, 5, 5, 3, 3, 3},
+                  .strings = {{"\\Curve lengths", "3 2 1"}, {"Points", "0 0 \u00B5m; 1 0.5 \u00B5m"}}});
 }
 
 TEST(Mdt, SingleCurvesPassTheirDots)
 {
     const auto result = read(mdt_file({mdt_frame_of(1, mdt_single_curve({3, 1, 2}, 2))}));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{7, 9, 8}));
+    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{7, 9, 8}));
 }
 
 /// Measurement i is a curve of the two numbers i and i + 10.
@@ -157,20 +132,15 @@ TEST(Mdt, PointsListTheirMeasurements)
     };
     for (const auto& row : rows) {
         const auto result = read(spectra_at_points(3, row.points, row.lists));
-        ASSERT_TRUE(result) << row.points << result.error().reason;
         ASSERT_EQ(result->items.size(), 1u);
-        const recorded_image& image = item(*result, 0);
+        SCOPED_TRACE(row.points);
         // x falls, so that curves are turned round unless they were recorded in reverse.
-        EXPECT_EQ(physical(image.stream), (std::vector<double>{10, 0, 1, 11, 12, 2}));
-        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(3, 2, "\u00B0"));
-        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "\u00B5A");
-        std::vector<std::string> names;
-        for (const smart_string& name : image.stream.subimage_names()) names.emplace_back(name.text);
-        EXPECT_EQ(names, row.names) << row.points;
+        expect_image(image_at(result, 0),
+                     {.units = "\u00B5A", .axes = {"3 2 \u00B0"}, .parts = row.names, .values = {10, 0, 1, 11, 12, 2}});
     }
     const auto placed = read(spectra_at_points(1, two, {}));
     ASSERT_TRUE(placed);
-    EXPECT_EQ(item(*placed, 0).strings.at("Points"), "1 2 \u00B5m; ");
+    EXPECT_EQ(image_at(placed, 0).strings.at("Points"), "1 2 \u00B5m; ");
 }
 
 TEST(Mdt, ReadingCanBeCancelledInEveryFrame)
@@ -222,26 +192,23 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
     mdt_array padded = late, few = late;
     padded.cellBytes = 6;
     few.count = 3;
-    const struct {
-        std::string bytes, reason;
-    } rows[] = {
-        {"\x01\xB0\x93\xFF", "cut short"},
-        {mdt_file({}), "no frame"},
-        {mdt_file({mdt_frame_of(0, short_.body())}), "more samples than the frame holds"},
-        {mdt_file({mdt_frame_of(0, empty.body())}), "columns or rows is 0"},
-        {mdt_file({mdt_frame_of(0, image.body())}).substr(0, 60), "does not fit the file"},
-        {mdt_file({mdt_frame_of(105, image.body())}), "type 105 is not known"},
-        {mdt_file({mdt_frame_of(106, odd.body(), 0)}), "data type 77"},
-        {mdt_file({mdt_frame_of(106, huge.body(), 0)}), "above 65536"},
-        {mdt_file({mdt_frame_of(106, vast.body(), 0)}), "more than 4294967295 cells"},
-        {mdt_file({mdt_frame_of(106, late.body(), 0)}), "more samples than the frame holds"},
-        {mdt_file({mdt_frame_of(106, padded.body(), 0)}), "cell size of 6 bytes is not that of its values, 4"},
-        {mdt_file({mdt_frame_of(106, few.body(), 0)}), "ask for 4 cells, but there are 3"},
-        {mdt_file({mdt_frame_of(190, le32(1u << 30))}), "more blocks"},
-        {mdt_file({mdt_frame_of(190, le32(0))}), "index.xml"},
-    };
-    for (const auto& row : rows)
-        EXPECT_NE(reason_of(row.bytes).find(row.reason), std::string::npos) << reason_of(row.bytes);
+    expect_refused(read_mdt, {
+                                 {"\x01\xB0\x93\xFF", "cut short"},
+                                 {mdt_file({}), "no frame"},
+                                 {mdt_file({mdt_frame_of(0, short_.body())}), "more samples than the frame holds"},
+                                 {mdt_file({mdt_frame_of(0, empty.body())}), "columns or rows is 0"},
+                                 {mdt_file({mdt_frame_of(0, image.body())}).substr(0, 60), "does not fit the file"},
+                                 {mdt_file({mdt_frame_of(105, image.body())}), "type 105 is not known"},
+                                 {mdt_file({mdt_frame_of(106, odd.body(), 0)}), "data type 77"},
+                                 {mdt_file({mdt_frame_of(106, huge.body(), 0)}), "above 65536"},
+                                 {mdt_file({mdt_frame_of(106, vast.body(), 0)}), "more than 4294967295 cells"},
+                                 {mdt_file({mdt_frame_of(106, late.body(), 0)}), "more samples than the frame holds"},
+                                 {mdt_file({mdt_frame_of(106, padded.body(), 0)}),
+                                  "cell size of 6 bytes is not that of its values, 4"},
+                                 {mdt_file({mdt_frame_of(106, few.body(), 0)}), "ask for 4 cells, but there are 3"},
+                                 {mdt_file({mdt_frame_of(190, le32(1u << 30))}), "more blocks"},
+                                 {mdt_file({mdt_frame_of(190, le32(0))}), "index.xml"},
+                             });
 }
 
 } // namespace

@@ -1,23 +1,12 @@
 #include "document/formats/nanoscope_fixture.h"
 
+#include "bytes.h"
 #include "document/formats/nanoscope.h"
-
-#include <stdexcept>
+#include "instrument_fixture.h"
 
 namespace nanoscope_fixture {
 
-namespace {
-
-constexpr std::size_t headerLength = 4096;
-
-std::string little(std::uint32_t value, int bytes)
-{
-    std::string out;
-    for (int i = 0; i < bytes; ++i) out += static_cast<char>(value >> (8 * i) & 0xFFu);
-    return out;
-}
-
-} // namespace
+static constexpr std::size_t headerLength = 4096;
 
 std::string build(const file_parts& parts)
 {
@@ -41,14 +30,14 @@ std::string build(const file_parts& parts)
 std::string samples16(const std::vector<int>& values)
 {
     std::string out;
-    for (const int value : values) out += little(static_cast<std::uint32_t>(value), 2);
+    for (const int value : values) out += formats::le16(static_cast<std::uint16_t>(value));
     return out;
 }
 
 std::string samples32(const std::vector<std::int32_t>& values)
 {
     std::string out;
-    for (const std::int32_t value : values) out += little(static_cast<std::uint32_t>(value), 4);
+    for (const std::int32_t value : values) out += formats::le32(static_cast<std::uint32_t>(value));
     return out;
 }
 
@@ -62,29 +51,7 @@ image_part height_part(const std::string& samples, const std::string& direction)
 
 base::read_result<formats::recording> read(const std::string& file)
 {
-    formats::memory_source source(std::as_bytes(std::span(file)), "made.001");
-    return formats::read_nanoscope(source);
-}
-
-const formats::recorded_image& image_at(const formats::recording& recording, std::size_t index)
-{
-    const auto* image =
-        index < recording.items.size() ? std::get_if<formats::recorded_image>(&recording.items[index]) : nullptr;
-    if (!image) throw std::out_of_range("no image " + std::to_string(index));
-    return *image;
-}
-
-std::vector<int> raw_of(const formats::recorded_image& image)
-{
-    const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
-    return {raw, raw + image.stream.array_length()};
-}
-
-std::vector<double> physical_of(const formats::recorded_image& image)
-{
-    std::vector<double> values;
-    for (const int raw : raw_of(image)) values.push_back(image.stream.values.get_axis(0).at(raw));
-    return values;
+    return instrument_fixture::read(formats::read_nanoscope, file, "made.001");
 }
 
 } // namespace nanoscope_fixture

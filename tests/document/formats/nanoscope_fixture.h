@@ -36,9 +36,4 @@ image_part height_part(const std::string& samples, const std::string& direction 
 
 base::read_result<formats::recording> read(const std::string& file);
 
-/// The image at this place; fails the test when there is none.
-const formats::recorded_image& image_at(const formats::recording& recording, std::size_t index);
-std::vector<int> raw_of(const formats::recorded_image& image);
-std::vector<double> physical_of(const formats::recorded_image& image);
-
 } // namespace nanoscope_fixture

@@ -1,10 +1,12 @@
 #include "document/formats/nanoscope_fixture.h"
+#include "instrument_fixture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
 
+using namespace instrument_fixture;
 using namespace nanoscope_fixture;
 using testing::ElementsAre;
 
@@ -30,19 +32,17 @@ file_parts force_file(const std::vector<image_part>& channels)
 TEST(NanoscopeForce, CurvesRunFromTheContactAndKeepAllTheirScales)
 {
     const auto result = read(build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})})));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 1u);
-    const auto& image = image_at(*result, 0);
+    const auto& image = image_at(result, 0);
     EXPECT_THAT(raw_of(image), ElementsAre(3, 2, 1, 6, 5, 4)); // as stored
-    EXPECT_THAT(physical_of(image), ElementsAre(7.5, 5, 2.5, 15, 12.5, 10));
-    EXPECT_EQ(image.strings.at("\\Recorded order"), "Approach: contact first; Retract: contact first");
     ASSERT_EQ(image.stream.values.get_axes_number(), 3u);
     EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0, 2.5, "nN"));
     EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0, 10, "nm"));
     EXPECT_EQ(image.stream.values.get_axis(2), VLAxis(0, 0.5, "V"));
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(20, -10, "nm"));
-    EXPECT_STREQ(image.stream.subimage_names()[0].text, "Approach");
-    EXPECT_STREQ(image.stream.subimage_names()[1].text, "Retract");
+    expect_image(image, {.axes = {"20 -10 nm"},
+                         .parts = {"Approach", "Retract"},
+                         .values = {7.5, 5, 2.5, 15, 12.5, 10},
+                         .strings = {{"\\Recorded order", "Approach: contact first; Retract: contact first"}}});
 }
 
 TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
@@ -50,8 +50,7 @@ TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
     file_parts parts = force_file({force_part(samples32({70000, 0, 3, 5}), {"\\Samps/line: 2", "\\Bytes/pixel: 2"})});
     parts.fileLines[0] = "\\Version: 0x09200000";
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
-    const auto& image = image_at(*result, 0);
+    const auto& image = image_at(result, 0);
     const double half = 0.5001 * image.stream.values.get_axis(0).scale;
     EXPECT_NEAR(physical_of(image)[0], 175000.0, half);
     EXPECT_NEAR(physical_of(image)[2], 7.5, half);
@@ -65,9 +64,8 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
     parts.scanLines.push_back("\\*Ciao force list");
     parts.scanLines.push_back("\\Hold Samples: 3");
     const auto held = read(build(parts));
-    ASSERT_TRUE(held) << held.error().reason;
     ASSERT_EQ(held->items.size(), 5u); // two of each channel and the ramps
-    const auto &ways = image_at(*held, 0), &hold = image_at(*held, 1), &ramps = image_at(*held, 4);
+    const auto &ways = image_at(held, 0), &hold = image_at(held, 1), &ramps = image_at(held, 4);
     EXPECT_THAT(raw_of(ways), ElementsAre(3, 2, 1, 6, 5, 5));
     EXPECT_EQ(ways.strings.at("\\Curve lengths"), "3 2");
     EXPECT_STREQ(ways.stream.subimage_names()[1].text, "Retract");
@@ -76,7 +74,7 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
     EXPECT_EQ(hold.stream.get_dimension(0).get_axis(0), VLAxis());
     EXPECT_FALSE(hold.stream.get_parameter_stream());
     EXPECT_STREQ(ways.stream.get_parameter_stream(), "Ramp");
-    EXPECT_STREQ(image_at(*held, 2).stream.get_parameter_stream(), "Ramp");
+    EXPECT_STREQ(image_at(held, 2).stream.get_parameter_stream(), "Ramp");
     EXPECT_STREQ(ramps.stream.get_name(), "Ramp");
     const double expected[] = {20, 10, 0, 20, 0, 0}; // 2 V of 10 nm/V on both ways
     for (std::size_t i = 0; i < std::size(expected); ++i)
@@ -84,7 +82,7 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
 
     parts.images[1].lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
     const auto sensed = read(build(parts));
-    EXPECT_STREQ(image_at(*sensed, 0).stream.get_parameter_stream(), image_at(*sensed, 2).stream.get_name());
+    EXPECT_STREQ(image_at(sensed, 0).stream.get_parameter_stream(), image_at(sensed, 2).stream.get_name());
 }
 
 TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
@@ -93,9 +91,8 @@ TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
     parts.scanLines[1] = "\\Operating mode: Force Volume";
     parts.scanLines.insert(parts.scanLines.end(), {"\\X Offset: 2 nm", "\\*Ciao force list", "\\force/line: 1 0"});
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
-    const auto &approach = image_at(*result, 0), &retract = image_at(*result, 1);
+    const auto &approach = image_at(result, 0), &retract = image_at(result, 1);
     EXPECT_THAT(raw_of(approach), ElementsAre(3, 2, 1, 13, 12, 11));
     EXPECT_THAT(raw_of(retract), ElementsAre(6, 5, 16, 15));
     EXPECT_EQ(approach.stream.get_dimension(0).get_axis(0), VLAxis(20, -10, "nm"));
@@ -114,8 +111,7 @@ TEST(NanoscopeForce, VolumesHaveTheCurveFirst)
     parts.scanLines.push_back("\\*Ciao force list");
     parts.scanLines.push_back("\\force/line: 3 0");
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
-    const auto& image = image_at(*result, 0);
+    const auto& image = image_at(result, 0);
     ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
     EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
     EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 2, "nm"));
@@ -134,14 +130,13 @@ TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
     image_part height = force_part(samples16({5, 9}), {"\\Samps/line: 2 0"});
     height.lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
     const auto result = read(build(force_file({bias, time, height})));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(image_at(*result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
-    EXPECT_EQ(image_at(*result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
-    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(1, 2));
-    EXPECT_FALSE(image_at(*result, 0).strings.contains("\\Recorded order")); // no probe moves to a contact
-    EXPECT_THAT(raw_of(image_at(*result, 1)), ElementsAre(2, 1));            // over the time as stored
-    EXPECT_STREQ(image_at(*result, 0).stream.get_parameter_stream(), image_at(*result, 2).stream.get_name());
-    EXPECT_FALSE(image_at(*result, 2).stream.get_parameter_stream());
+    EXPECT_EQ(image_at(result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
+    EXPECT_EQ(image_at(result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
+    EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAre(1, 2));
+    EXPECT_FALSE(image_at(result, 0).strings.contains("\\Recorded order")); // no probe moves to a contact
+    EXPECT_THAT(raw_of(image_at(result, 1)), ElementsAre(2, 1));            // over the time as stored
+    EXPECT_STREQ(image_at(result, 0).stream.get_parameter_stream(), image_at(result, 2).stream.get_name());
+    EXPECT_FALSE(image_at(result, 2).stream.get_parameter_stream());
 }
 
 TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
@@ -152,9 +147,8 @@ TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
     toldInTheFileList.fileLines.push_back("\\Start context: FOLVAR");
     for (const file_parts& parts : {told, toldInTheFileList}) {
         const auto result = read(build(parts));
-        ASSERT_TRUE(result) << result.error().reason;
-        EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
-        EXPECT_EQ(image_at(*result, 0).strings.at("\\Curve lengths"), "2 3");
+        EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
+        EXPECT_EQ(image_at(result, 0).strings.at("\\Curve lengths"), "2 3");
     }
 }
 
@@ -163,7 +157,7 @@ TEST(NanoscopeForce, UnitsAreSpeltAsElsewhere)
     image_part phase = force_part(samples16({2, 1}), {"\\Samps/line: 2 0"});
     phase.lines[3] = "\\@4:Z scale: C (0.5 \xBA/LSB) 180 \xBA";
     const auto result = read(build(force_file({phase})));
-    EXPECT_EQ(image_at(*result, 0).stream.values.get_axis(0), VLAxis(0, 0.5, "\u00B0"));
+    EXPECT_EQ(image_at(result, 0).stream.values.get_axis(0), VLAxis(0, 0.5, "\u00B0"));
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 #include "document/formats/nanoscope_fixture.h"
+#include "instrument_fixture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
 
+using namespace instrument_fixture;
 using namespace nanoscope_fixture;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -18,14 +20,11 @@ TEST(Nanoscope, SixteenBitSamplesStayAsTheyAreBottomRowFirst)
     file_parts parts;
     parts.images = {height_part(samples16(heights))};
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 1u);
-    const auto& image = image_at(*result, 0);
+    const auto& image = image_at(result, 0);
     EXPECT_STREQ(image.stream.get_name(), "Height");
-    EXPECT_STREQ(image.stream.get_description(), "Height");
     EXPECT_THAT(raw_of(image), ElementsAreArray(heights));
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(0.0, 100.0, "nm"));
-    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0.0, 100.0, "nm"));
+    expect_image(image, {.label = "Height", .axes = {"0 100 nm", "0 100 nm"}});
     EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0.0, 20.0 / 65536, "nm"));
     ASSERT_EQ(image.stream.values.get_axes_number(), 2u);
     EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0.0, 1.0 / 65536, "V"));
@@ -40,15 +39,13 @@ TEST(Nanoscope, StringsKeepTheLinesUnderTheNamesThatViewsKnow)
     parts.images = {height_part(samples16(heights))};
     parts.images[0].lines.insert(parts.images[0].lines.end(), {"\\Note: first", "\\Note: second", "\\Empty:"});
     const auto result = read(build(parts));
-    ASSERT_TRUE(result);
-    const auto& strings = image_at(*result, 0).strings;
-    EXPECT_EQ(strings.at("\\Line direction"), "Trace");
-    EXPECT_EQ(strings.at("\\Line Direction"), "Trace");
-    EXPECT_EQ(strings.at("\\Scan rate"), "1.5");
-    EXPECT_EQ(strings.at("\\Date"), "09:57:48 AM Tue Jan 12 2016");
-    EXPECT_EQ(strings.at("@2:Z scale"), "V [Sens. Zsens] (0.005 V/LSB) 1 V");
-    EXPECT_EQ(strings.at("Note"), "first / second");
-    EXPECT_EQ(strings.count("Empty"), 0u);
+    expect_image(image_at(result, 0), {.strings = {{"\\Line direction", "Trace"},
+                                                   {"\\Line Direction", "Trace"},
+                                                   {"\\Scan rate", "1.5"},
+                                                   {"\\Date", "09:57:48 AM Tue Jan 12 2016"},
+                                                   {"@2:Z scale", "V [Sens. Zsens] (0.005 V/LSB) 1 V"},
+                                                   {"Note", "first / second"},
+                                                   {"Empty", ""}}});
     EXPECT_EQ(result->strings.at("Version"), "0x05120000");
     EXPECT_EQ(result->strings.at("\\Scan rate"), "1.5");
     EXPECT_EQ(result->strings.count("@Sens. Zsens"), 0u);
@@ -63,14 +60,13 @@ TEST(Nanoscope, BothDirectionsOfAScanLineShareOneImage)
     const auto result = read(build(parts));
     ASSERT_TRUE(result);
     ASSERT_EQ(result->items.size(), 2u);
-    const auto& both = image_at(*result, 0);
+    const auto& both = image_at(result, 0);
     std::vector<int> expected = heights;
     expected.insert(expected.end(), otherHeights.begin(), otherHeights.end());
     EXPECT_THAT(raw_of(both), ElementsAreArray(expected));
-    EXPECT_THAT(both.stream.subimage_names(), ElementsAre(smart_string("Forward"), smart_string("Reverse")));
-    EXPECT_EQ(both.strings.at("\\Line direction"), "Trace / Retrace");
-    EXPECT_STREQ(image_at(*result, 1).stream.get_name(), "Height_2");
-    EXPECT_THAT(image_at(*result, 1).stream.subimage_names(), ElementsAre(smart_string("Reverse")));
+    expect_image(both, {.parts = {"Forward", "Reverse"}, .strings = {{"\\Line direction", "Trace / Retrace"}}});
+    EXPECT_STREQ(image_at(result, 1).stream.get_name(), "Height_2");
+    expect_image(image_at(result, 1), {.parts = {"Reverse"}});
 }
 
 TEST(Nanoscope, DirectionsOfDifferentScaleStayApart)
@@ -91,14 +87,11 @@ TEST(Nanoscope, ThirtyTwoBitSamplesAreFittedWithinHalfAStep)
     parts.images = {height_part(samples32(wide)), height_part(samples32(wide), "Retrace")};
     for (image_part& image : parts.images) image.lines.push_back("\\Bytes/pixel: 4");
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 1u);
-    const auto& image = image_at(*result, 0);
-    ASSERT_EQ(image.stream.array_length(), 16u);
-    const auto physical = physical_of(image);
-    const double halfStep = 0.5000001 * image.stream.values.get_axis(0).scale;
-    for (std::size_t i = 0; i < 16; ++i) EXPECT_NEAR(physical[i], wide[i % 8] * 20.0 / 4294967296.0, halfStep);
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "nm");
+    const auto& image = image_at(result, 0);
+    std::vector<double> expected;
+    for (std::size_t i = 0; i < 16; ++i) expected.push_back(wide[i % 8] * 20.0 / 4294967296.0);
+    expect_image(image, {.units = "nm", .values = expected, .isFitted = true});
 }
 
 TEST(Nanoscope, WideSamplesThatFitSixteenBitsStayAsTheyAre)
@@ -107,9 +100,8 @@ TEST(Nanoscope, WideSamplesThatFitSixteenBitsStayAsTheyAre)
     parts.fileLines[0] = "\\Version: 0x09200000"; // with two bytes a pixel: that counts for the scale alone
     parts.images = {height_part(samples32({heights.begin(), heights.end()}))};
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAreArray(heights));
-    EXPECT_EQ(image_at(*result, 0).stream.values.get_axis(0), VLAxis(0.0, 20.0 / 65536, "nm"));
+    EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAreArray(heights));
+    EXPECT_EQ(image_at(result, 0).stream.values.get_axis(0), VLAxis(0.0, 20.0 / 65536, "nm"));
 }
 
 TEST(Nanoscope, AWideVersionsOwnShapeGoesBeforeAnotherOfTheUsualWidth)
@@ -119,8 +111,7 @@ TEST(Nanoscope, AWideVersionsOwnShapeGoesBeforeAnotherOfTheUsualWidth)
     parts.scanLines[2] = "\\Samps/line: 2"; // four samples of four bytes are as long as eight of two
     parts.images = {height_part(samples16(heights))};
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAreArray(heights));
+    EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAreArray(heights));
 }
 
 TEST(Nanoscope, OffsetsAreWhereTheAxesStart)
@@ -130,14 +121,8 @@ TEST(Nanoscope, OffsetsAreWhereTheAxesStart)
     parts.images = {height_part(samples16(heights)), height_part(samples16(heights))};
     parts.images[1].lines.insert(parts.images[1].lines.end(), {"\\X offset: 7 nm", "\\Y Offset: 3 V"});
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
-    const auto start = [&](std::size_t image, unsigned side) {
-        return image_at(*result, image).stream.get_dimension(side).get_axis(0).start;
-    };
-    EXPECT_DOUBLE_EQ(start(0, 0), 1500);
-    EXPECT_DOUBLE_EQ(start(0, 1), -2000);
-    EXPECT_DOUBLE_EQ(start(1, 0), 7);
-    EXPECT_DOUBLE_EQ(start(1, 1), 0); // no length
+    expect_image(image_at(result, 0), {.axes = {"1500 100 nm", "-2000 100 nm"}});
+    expect_image(image_at(result, 1), {.axes = {"7 100 nm", "0 100 nm"}}); // 3 V are no length
 }
 
 struct shape_case {
@@ -165,8 +150,7 @@ TEST_P(NanoscopeShape, IsFoundFromTheDataLengthAndTheScanList) // of eight 16-bi
     parts.scanLines = header_lines(std::string("*Ciao scan list|") + GetParam().scan);
     parts.images = {{header_lines(GetParam().image), samples16(heights)}};
     const auto result = read(build(parts));
-    ASSERT_TRUE(result) << result.error().reason;
-    const auto& stream = image_at(*result, 0).stream;
+    const auto& stream = image_at(result, 0).stream;
     EXPECT_EQ(stream.get_dimension(0).length, GetParam().width);
     EXPECT_EQ(stream.get_dimension(1).length, GetParam().height);
     EXPECT_DOUBLE_EQ(stream.get_dimension(0).get_axis(0).scale, GetParam().pixelX);
@@ -217,7 +201,7 @@ TEST(Nanoscope, TheTextVariantGivesTheSameAsTheBinaryOne)
     ASSERT_TRUE(result && binary) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     for (std::size_t i = 0; i < 2; ++i) {
-        const auto &ours = image_at(*result, i), &other = image_at(*binary, i);
+        const auto &ours = image_at(result, i), &other = image_at(binary, i);
         EXPECT_EQ(raw_of(ours), raw_of(other));
         EXPECT_TRUE(ours.stream.values == other.stream.values);
         EXPECT_TRUE(ours.stream.get_dimension(1) == other.stream.get_dimension(1));
@@ -231,12 +215,10 @@ TEST(Nanoscope, Version2HasOneSquareImage)
     file.resize(2048, '\0');
     file += samples16({1, -2, 3, 4});
     const auto result = read(file);
-    ASSERT_TRUE(result) << result.error().reason;
-    const auto& image = image_at(*result, 0);
+    const auto& image = image_at(result, 0);
     EXPECT_THAT(raw_of(image), ElementsAre(1, -2, 3, 4));
     EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0.0, 0.5, "nm"));
-    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0.0, 150.0, "nm"));
-    EXPECT_EQ(image.strings.at("\\Scan rate"), "8.6");
+    expect_image(image, {.axes = {"0 150 nm", "0 150 nm"}, .strings = {{"\\Scan rate", "8.6"}}});
     EXPECT_EQ(result->strings.at("time"), "Mon Aug 12 1991");
 }
 
@@ -249,7 +231,7 @@ TEST(Nanoscope, ImagesOfAForceVolumeAndOfAnElectrochemistryFileAreRead)
     auto result = read(build(parts));
     ASSERT_TRUE(result);
     ASSERT_EQ(result->items.size(), 2u);
-    EXPECT_THAT(raw_of(image_at(*result, 0)), ElementsAreArray(heights));
+    EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAreArray(heights));
     parts.magic = "\\*EC File list";
     EXPECT_TRUE(read(build(parts)));
 }

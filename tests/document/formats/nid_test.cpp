@@ -69,22 +69,18 @@ TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
     narrow.bits = 8;
     narrow.samples = {-128, 0, 1, 127};
     const auto result = read(formats::read_nid, build({{}, back, narrow}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto& height = image_at(result, 0);
     EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8})); // the bottom row stands first
-    EXPECT_EQ(subimages_of(height), (std::vector<std::string>{"Forward", "Reverse"}));
-    EXPECT_EQ(axis_text(height, 0), "1e-06 2e-06 m");
-    EXPECT_EQ(axis_text(height, 1), "0 3e-06 m");
+    expect_image(height, {.axes = {"1e-06 2e-06 m", "0 3e-06 m"},
+                          .parts = {"Forward", "Reverse"},
+                          .strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
     EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 2.0 * (1 + 32768) / 65536);
     EXPECT_NE(height.strings.at("\\Z scale").find("from Dim2Range, Dim2Min, SaveBits"), std::string::npos);
     const auto& phase = image_at(result, 1);
     EXPECT_EQ(raw_of(phase), (std::vector<int>{-128, 0, 1, 127}));
-    EXPECT_EQ(subimages_of(phase), std::vector<std::string>{"Forward"});
-    EXPECT_EQ(height.strings.at("\\Line direction"), "Scan forward / Scan backward");
-    EXPECT_EQ(phase.strings.at("\\Line direction"), "Scan forward");
+    expect_image(phase, {.units = "\u00B0", .parts = {"Forward"}, .strings = {{"\\Line direction", "Scan forward"}}});
     EXPECT_DOUBLE_EQ(physical_of(phase)[0], -1.0);
-    EXPECT_STREQ(phase.stream.values.get_axis(0).get_units(), "\u00B0");
     EXPECT_EQ(result->strings.at("\\Date"), "01-03-2016 18:36:58");
     EXPECT_EQ(result->strings.at("Image size"), "10\u00B5m");
     EXPECT_EQ(result->strings.at("Cantilever Prop0"), "48 N/m");
@@ -108,19 +104,18 @@ TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
     channel_parts retract = spectroscopy("Spec backward", "Deflection", 3, {9, 8, -9, -9, -9, -9});
     approach.extra = retract.extra = "CurLine=0\r\n";
     const auto map = read(formats::read_nid, build({approach, retract}));
-    ASSERT_TRUE(map) << map.error().reason;
     ASSERT_EQ(map->items.size(), 1u);
     // Both ways lie along the same axis, which ends in contact.
     EXPECT_EQ(raw_of(image_at(map, 0)), (std::vector<int>{6, 5, 5, 5, 8, 7, 8, 9, 5, 5, 5, 5}));
-    EXPECT_EQ(axis_text(image_at(map, 0), 0), "5e-06 -4e-06 m");
-    EXPECT_EQ(image_at(map, 0).strings.at("\\Recorded order"), "Approach: free end first; Retract: free end first");
-    EXPECT_EQ(image_at(map, 0).strings.at("\\Void points"), "6");
-    EXPECT_EQ(image_at(map, 0).strings.at("\\Curve lengths"), "2 0 2 2 0 0");
+    expect_image(image_at(map, 0),
+                 {.axes = {"5e-06 -4e-06 m"},
+                  .strings = {{"\\Recorded order", "Approach: free end first; Retract: free end first"},
+                              {"\\Void points", "6"},
+                              {"\\Curve lengths", "2 0 2 2 0 0"}}});
 
     channel_parts first = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4});
     first.extra = "LineDim0Points=0\r\n";
     const auto later = read(formats::read_nid, build({first}));
-    ASSERT_TRUE(later) << later.error().reason;
     ASSERT_EQ(later->items.size(), 1u); // the one curve that was measured decides about the axis
     EXPECT_EQ(raw_of(image_at(later, 0)), (std::vector<int>{3, 3, 4, 3}));
     EXPECT_EQ(axis_text(image_at(later, 0), 0), "5e-06 -4e-06 m");
@@ -154,20 +149,14 @@ TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
     retract.extra = "LineDim0Range=-1e-6\r\nLineDim1Range=-1e-6\r\n";
     const auto result =
         read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 6}), retract}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto &positions = image_at(result, 0), &curves = image_at(result, 1);
     EXPECT_EQ(raw_of(curves), (std::vector<int>{3, 2, 1, 6, 5, 4, 7, 8, 8, 9, 10, 10}));
-    const std::vector<double> expected = {5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6, 1e-6, 0, 0, 1e-6, 0, 0};
-    const std::vector<double> found = physical_of(positions);
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
-    for (const auto* image : {&positions, &curves}) {
-        EXPECT_EQ(image->strings.at("\\Curve lengths"), "3 3 2 2");
-        EXPECT_EQ(image->strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
-        EXPECT_EQ(subimages_of(*image),
-                  (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
-    }
+    expect_image(positions, {.values = {5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6, 1e-6, 0, 0, 1e-6, 0, 0}, .isFitted = true});
+    for (const auto* image : {&positions, &curves})
+        expect_image(*image, {.parts = {"Approach 1", "Approach 2", "Retract 1", "Retract 2"},
+                              .strings = {{"\\Curve lengths", "3 3 2 2"},
+                                          {"\\Recorded order", "Approach: free end first; Retract: contact first"}}});
 }
 
 TEST(Nid, OneScanLineHasItsDirections)
@@ -178,8 +167,8 @@ TEST(Nid, OneScanLineHasItsDirections)
     back.samples = {3, 4};
     const auto result = read(formats::read_nid, build({line, back}));
     EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 2, 3, 4}));
-    EXPECT_EQ(subimages_of(image_at(result, 0)), (std::vector<std::string>{"Forward", "Reverse"}));
-    EXPECT_EQ(image_at(result, 0).strings.at("\\Line direction"), "Scan forward / Scan backward");
+    expect_image(image_at(result, 0),
+                 {.parts = {"Forward", "Reverse"}, .strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
 }
 
 TEST(Nid, OneForceCurveHasApproachAndRetract)
@@ -188,16 +177,14 @@ TEST(Nid, OneForceCurveHasApproachAndRetract)
                                                        spectroscopy("Spec backward", "Deflection", 1, {4, 5, 6}),
                                                        spectroscopy("Spec forward", "Z-Axis Sensor", 1, {7, 8, 9}),
                                                        spectroscopy("Spec backward", "Z-Axis Sensor", 1, {3, 2, 1})}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto& force = image_at(result, 0);
-    EXPECT_EQ(force.stream.get_dimensions_number(), 1u);
     // The sensor tells that the retract began where the approach ended.
     EXPECT_EQ(raw_of(force), (std::vector<int>{3, 2, 1, 4, 5, 6}));
     EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{9, 8, 7, 3, 2, 1}));
-    EXPECT_EQ(subimages_of(force), (std::vector<std::string>{"Approach", "Retract"}));
-    EXPECT_EQ(axis_text(force, 0), "0 2e-06 m"); // of neither way alone: from the contact on
-    EXPECT_STREQ(force.stream.get_parameter_stream(), image_at(result, 1).stream.get_name());
+    expect_image(force, {.axes = {"0 2e-06 m"}, // of neither way alone: from the contact on
+                         .parts = {"Approach", "Retract"},
+                         .over = image_at(result, 1).stream.get_name()});
     EXPECT_EQ(image_at(result, 1).stream.get_parameter_stream(), nullptr);
 }
 
@@ -234,17 +221,14 @@ TEST(Nid, RaggedCurvesAreFilledAndKeepTheirPositions)
     channel_parts back = spectroscopy("Spec backward", "Deflection", 2, {6, 7, 8, 9, 10, 11});
     back.bits = 32;
     const auto result = read(formats::read_nid, build({ragged, back}));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto& curve = image_at(result, 1);
     EXPECT_EQ(raw_of(curve), (std::vector<int>{3, 2, 1, 5, 4, 4, 8, 7, 6, 11, 10, 9}));
-    EXPECT_EQ(curve.strings.at("\\Curve lengths"), "3 2 3 3");
-    EXPECT_EQ(subimages_of(curve), (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
-    EXPECT_STREQ(curve.stream.get_parameter_stream(), image_at(result, 0).stream.get_name());
-    const std::vector<double> expected = {5e-6, 3e-6, 1e-6, 4e-6, 0, 0, 5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6};
-    const std::vector<double> found = physical_of(image_at(result, 0));
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 5e-6 / 65535) << i;
+    expect_image(curve, {.parts = {"Approach 1", "Approach 2", "Retract 1", "Retract 2"},
+                         .strings = {{"\\Curve lengths", "3 2 3 3"}},
+                         .over = image_at(result, 0).stream.get_name()});
+    expect_image(image_at(result, 0),
+                 {.values = {5e-6, 3e-6, 1e-6, 4e-6, 0, 0, 5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6}, .isFitted = true});
 }
 
 TEST(Nid, SamplesEndWithTheFile)

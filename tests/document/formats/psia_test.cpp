@@ -1,9 +1,9 @@
 #include "document/formats/psia.h"
+#include "instrument_fixture.h"
 
 #include "bytes.h"
 #include "document/formats/registry.h"
 #include "document/formats/tiff.h"
-#include "recorded_values.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 using testing::HasSubstr;
 
 constexpr std::uint32_t floats = 2, version1 = 0x01000001, version2 = 0x01000002;
@@ -63,29 +64,20 @@ struct psia_file {
     }
 };
 
-base::read_result<recording> read(const std::string& bytes)
-{
-    memory_source file(std::as_bytes(std::span(bytes)));
-    return read_psia(file);
-}
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_psia, bytes); }
 
 TEST(Psia, HasItsHeightsBottomRowFirstOverTheirSize)
 {
     const auto result = read(psia_file().bytes());
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image& image = item(*result, 0);
-    EXPECT_STREQ(image.stream.get_description(), "Z Detector");
-    EXPECT_EQ(image.stream.get_dimension(0).length, 3u);
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(3.75, 2.0, "\u00B5m"));
-    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(-1.75, 2.0, "\u00B5m"));
-    const VLAxis& values = image.stream.values.get_axis(0);
-    EXPECT_STREQ(values.get_units(), "\u00B5m");
-    const double expected[] = {-1.0, 2.0, -4.0, -0.5, -8.0, 1.5}; // the samples times -2
-    for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(physical(image.stream)[i], expected[i], 0.51 * values.scale);
-    EXPECT_EQ(image.strings.at("Head mode"), "NCM");
-    EXPECT_EQ(image.strings.at("\\Scan rate"), "1.5 Hz");
-    EXPECT_EQ(image.strings.at("\\Line direction"), "Forward");
-    EXPECT_EQ(image.strings.at("\\Frame direction"), "Down");
+    expect_image(image_at(result, 0), {.label = "Z Detector",
+                                       .units = "\u00B5m",
+                                       .axes = {"3.75 2 \u00B5m", "-1.75 2 \u00B5m"},
+                                       .values = {-1.0, 2.0, -4.0, -0.5, -8.0, 1.5}, // the samples times -2
+                                       .strings = {{"Head mode", "NCM"},
+                                                   {"\\Scan rate", "1.5 Hz"},
+                                                   {"\\Line direction", "Forward"},
+                                                   {"\\Frame direction", "Down"}},
+                                       .isFitted = true});
 }
 
 TEST(Psia, HasSamplesOfThreeTypes)
@@ -99,8 +91,7 @@ TEST(Psia, HasSamplesOfThreeTypes)
     for (psia_file* file : {&shorts, &longs, &old}) {
         file->set(220, le_double(-2.0) + le_double(0.5));
         const auto result = read(file->bytes());
-        ASSERT_TRUE(result) << result.error().reason;
-        EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{-1, 2, -3, -4, -5, -6}));
+        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{-1, 2, -3, -4, -5, -6}));
     }
 }
 
@@ -114,8 +105,7 @@ TEST(Psia, IsFoundWhereverItsDirectoryLies)
         EXPECT_EQ(find_format(head, "a.tif")->type, filler == 0 ? FILE_PSIA : FILE_TIFF);
         memory_source file(std::as_bytes(std::span(bytes)));
         const auto result = read_tiff(file);
-        ASSERT_TRUE(result) << result.error().reason;
-        EXPECT_STREQ(item(*result, 0).stream.get_description(), "Z Detector");
+        EXPECT_STREQ(image_at(result, 0).stream.get_description(), "Z Detector");
     }
 }
 
@@ -127,32 +117,24 @@ TEST(Psia, RefusesWhatItCannotShow)
     otherVersion.version = 0x01000003;
     shortHeader.header.resize(351);
     fewSamples.samples.resize(20);
-    const struct {
-        std::string bytes;
-        const char* reason;
-    } rows[] = {
-        {otherMagic.bytes(), "tag 50432"},
-        {otherVersion.bytes(), "tag 50433"},
-        {shortHeader.bytes(), "tag 50435"},
-        {fewSamples.bytes(), "ask for 24 bytes of samples, tag 50434 has 20"},
-        {with(0, le32(1)), "line profiles"},
-        {with(0, le32(2)), "spectroscopy"},
-        {with(0, le32(9)), "kind 9"},
-        {with(100, le32(0)), "width or height"},
-        {with(100, le32(65537)), "width or height"},
-        {with(104, le32(3)), "ask for 36 bytes"},
-        {with(272, le32(1)), "compressed"},
-        {with(276, le32(1)), "logarithmic"},
-        {with(280, le32(1)), "square-root"},
-        {with(348, le32(3)), "sample type"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(row.bytes);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_THAT(result.error().reason, HasSubstr(row.reason));
-    }
+    expect_refused(read_psia, {
+                                  {otherMagic.bytes(), "tag 50432"},
+                                  {otherVersion.bytes(), "tag 50433"},
+                                  {shortHeader.bytes(), "tag 50435"},
+                                  {fewSamples.bytes(), "ask for 24 bytes of samples, tag 50434 has 20"},
+                                  {with(0, le32(1)), "line profiles"},
+                                  {with(0, le32(2)), "spectroscopy"},
+                                  {with(0, le32(9)), "kind 9"},
+                                  {with(100, le32(0)), "width or height"},
+                                  {with(100, le32(65537)), "width or height"},
+                                  {with(104, le32(3)), "ask for 36 bytes"},
+                                  {with(272, le32(1)), "compressed"},
+                                  {with(276, le32(1)), "logarithmic"},
+                                  {with(280, le32(1)), "square-root"},
+                                  {with(348, le32(3)), "sample type"},
+                              });
     const std::string whole = psia_file().bytes();
-    for (std::size_t length = 0; length < whole.size(); ++length) EXPECT_FALSE(read(whole.substr(0, length))) << length;
+    expect_cuts_refused(read_psia, whole);
 }
 
 } // namespace

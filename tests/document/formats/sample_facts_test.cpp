@@ -2,6 +2,7 @@
 #include "document/formats/mdt.h"
 #include "document/formats/nanoscope.h"
 #include "jpk_fixture.h"
+#include "recorded_values.h"
 #include "support/manifest.h"
 
 #include <gtest/gtest.h>

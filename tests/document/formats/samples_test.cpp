@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
+#include <utility>
 
 // Real files against the manifests of their folders, opened as a document opens them: by content, under any name. And
 // each of them, like the small files that fuzzing starts from, damaged: it may be refused, and then with a reason.
@@ -47,22 +48,37 @@ void expect_outcome(const format_row& format, const folder& files, const std::st
     EXPECT_TRUE(result ? !result->items.empty() : !result.error().reason.empty());
 }
 
-/// Reads a file cut at so many places and with many bytes changed.
-void read_damaged(const format_row& format, folder files, const std::string& name, std::size_t cuts)
+void read_cut(const format_row& format, folder files, const std::string& name, std::size_t cuts)
 {
     const std::string whole = files.at(name);
     for (std::size_t cut = 0; cut < cuts; ++cut) {
         files[name] = whole.substr(0, whole.size() * cut / cuts);
         expect_outcome(format, files, name);
     }
+}
+
+void read_changed(const format_row& format, folder files, const std::string& name)
+{
+    std::string& bytes = files.at(name);
     std::mt19937 random(7);
     for (unsigned change = 0; change < 100; ++change) {
-        files[name] = whole;
         // Most bytes are samples; half of the changes go to the beginning, where headers claim what follows.
-        const std::size_t reach = change % 2 ? whole.size() : std::min<std::size_t>(whole.size(), 1024);
-        files[name][random() % reach] = static_cast<char>(random());
+        const std::size_t reach = change % 2 ? bytes.size() : std::min<std::size_t>(bytes.size(), 1024);
+        char& byte = bytes[random() % reach];
+        const char whole = std::exchange(byte, static_cast<char>(random()));
         expect_outcome(format, files, name);
+        byte = whole;
     }
+}
+
+void read_flipped(const format_row& format, folder files, const std::string& name)
+{
+    for (char& byte : files.at(name))
+        for (const int flip : {0xff, 0x01}) {
+            const char whole = std::exchange(byte, static_cast<char>(byte ^ flip));
+            expect_outcome(format, files, name);
+            byte = whole;
+        }
 }
 
 class Samples : public testing::TestWithParam<sample_set> {
@@ -118,7 +134,9 @@ TEST_P(Samples, DamagedOnesGiveAReasonOrARecording)
     for (const manifest_row& row : rows) names.insert(row.text("file"));
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
-        if (files.at(name).size() < 1u << 20) read_damaged(*format, files, name, 40);
+        if (files.at(name).size() >= 1u << 20) continue;
+        read_cut(*format, files, name, 40);
+        read_changed(*format, files, name);
     }
 }
 
@@ -133,7 +151,8 @@ INSTANTIATE_TEST_SUITE_P(
                     sample_set{"tmd", FILE_TMD}, sample_set{"wsxm", FILE_WSXM}),
     [](const auto& each) { return std::string(each.param.folder); });
 
-/// The small files that fuzzing starts from hold every kind of content once: read whole, and cut at every byte.
+/// The small files that fuzzing starts from hold every kind of content once: read whole, cut at every byte and
+/// with every byte changed.
 TEST(Seeds, AreReadWholeAndDamagedAnywhere)
 {
     std::size_t seeds = 0;
@@ -146,11 +165,12 @@ TEST(Seeds, AreReadWholeAndDamagedAnywhere)
             const format_row* format = find_format(head.first(std::min(head.size(), sniffBytes)), name);
             ASSERT_TRUE(format && format->read);
             EXPECT_TRUE(read(format->read, files, name));
-            read_damaged(*format, files, name, whole.size());
+            read_cut(*format, files, name, whole.size());
+            read_flipped(*format, files, name);
             ++seeds;
         }
     }
-    EXPECT_GE(seeds, 40u);
+    EXPECT_GE(seeds, 44u);
 }
 
 } // namespace

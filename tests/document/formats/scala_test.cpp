@@ -47,13 +47,10 @@ TEST(Scala, DirectionsShareAnImageWithTheScaleOfBothRanges)
                           {"a.tb0", samples({6, 5, 4, 3, 2, 1})},
                           {"a.tf1", samples({1, 0, 0, 0, 0, 0})}};
     const auto result = read(formats::read_scala, files, "a.par");
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     const auto& height = image_at(result, 0);
     EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 6, 5, 4, 3, 2, 1}));
-    EXPECT_EQ(subimages_of(height), (std::vector<std::string>{"Forward", "Reverse"}));
-    EXPECT_EQ(axis_text(height, 0), "5 10 nm");
-    EXPECT_EQ(axis_text(height, 1), "-7 10 nm");
+    expect_image(height, {.axes = {"5 10 nm", "-7 10 nm"}, .parts = {"Forward", "Reverse"}});
     EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 4.0 / 20 * 11); // raw -10 is -1, raw 10 is 3
     EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 0.25);  // no range: the resolution
     EXPECT_EQ(result->strings.at("Gap Voltage"), "0.5 V");
@@ -73,7 +70,6 @@ TEST(Scala, ReadsParametersAsTheyAreWritten)
                           {"a.tf0", samples({1, 2, 3, 4, 5, 6})},
                           {"a.tb0", samples({6, 5, 4, 3, 2, 1})}};
     const auto result = formats::finish_recording(read(formats::read_scala, files, "a.par"));
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 2u);
     EXPECT_EQ(subimages_of(image_at(result, 0)), std::vector<std::string>{"Reverse"});
     EXPECT_EQ(subimages_of(image_at(result, 1)), std::vector<std::string>{"Forward"});
@@ -158,20 +154,17 @@ TEST(Scala, CurvesOfSinglePointsAreSubimages)
         "END\n";
     folder files = {{"a.par", head + geometry + spectroscopy("a.cs0")}, {"a.cs0", text}};
     const auto uneven = read(formats::read_scala, files, "a.par");
-    ASSERT_TRUE(uneven) << uneven.error().reason;
     ASSERT_EQ(uneven->items.size(), 2u);
     const auto& curves = image_at(uneven, 1);
     EXPECT_EQ(raw_of(curves), (std::vector<int>{2, 4, 6, 8, 10, 10}));
-    EXPECT_EQ(curves.strings.at("\\Curve lengths"), "3 2");
-    EXPECT_EQ(curves.strings.at("Curve places, nm"), "1.5 2.5\n3 4\n");
-    EXPECT_STREQ(curves.stream.get_parameter_stream(), image_at(uneven, 0).stream.get_name());
+    expect_image(curves, {.strings = {{"\\Curve lengths", "3 2"}, {"Curve places, nm", "1.5 2.5\n3 4\n"}},
+                          .over = image_at(uneven, 0).stream.get_name()});
     EXPECT_EQ(raw_of(image_at(uneven, 0)), (std::vector<int>{-1, 0, 1, -1, 0, 0}));
 
     files["a.cs0"].insert(files["a.cs0"].rfind("END"), "1 12\n");
     const auto even = read(formats::read_scala, files, "a.par");
-    EXPECT_EQ(axis_text(image_at(even, 0), 0), "-1 1 V");
+    expect_image(image_at(even, 0), {.axes = {"-1 1 V"}, .parts = {"Forward 1", "Forward 2"}});
     EXPECT_DOUBLE_EQ(physical_of(image_at(even, 0))[0], 0.5); // 2 steps of the resolution
-    EXPECT_EQ(subimages_of(image_at(even, 0)), (std::vector<std::string>{"Forward 1", "Forward 2"}));
     files["a.cs0"].resize(60);
     EXPECT_FALSE(read(formats::read_scala, files, "a.par"));
 }
@@ -184,17 +177,13 @@ TEST(Scala, DirectionsOfSinglePointsShareAnImage)
     for (const char* name : {"a.par", "a.cs0"}) {
         EXPECT_EQ(type_of(files.at(name), "wrong.ext"), FILE_SCALA);
         const auto result = read(formats::read_scala, files, name);
-        ASSERT_TRUE(result) << result.error().reason;
         ASSERT_EQ(result->items.size(), 2u);
         const auto &ramp = image_at(result, 0), &curves = image_at(result, 1);
         EXPECT_EQ(raw_of(ramp), (std::vector<int>{-1, 0, 0, 1, 0, -1}));
         EXPECT_EQ(raw_of(curves), (std::vector<int>{1, 2, 2, 3, 4, 5}));
-        for (const auto* image : {&ramp, &curves}) {
-            EXPECT_EQ(subimages_of(*image), (std::vector<std::string>{"Forward", "Reverse"}));
-            EXPECT_EQ(image->strings.at("\\Curve lengths"), "2 3");
-        }
-        EXPECT_STREQ(curves.stream.get_parameter_stream(), ramp.stream.get_name());
-        EXPECT_EQ(curves.strings.at("Curve places, nm"), "1 2\n");
+        for (const auto* image : {&ramp, &curves})
+            expect_image(*image, {.parts = {"Forward", "Reverse"}, .strings = {{"\\Curve lengths", "2 3"}}});
+        expect_image(curves, {.strings = {{"Curve places, nm", "1 2\n"}}, .over = ramp.stream.get_name()});
         EXPECT_EQ(result->strings.at("Missing channels"), "I of V (a.cs0): cut short: 1 of 2 curves");
     }
 }
@@ -204,22 +193,17 @@ TEST(Scala, RefusesWhatCannotBe)
     const std::string channel = topography("Z", "Forward", "a.tf0");
     std::string many;
     for (int i = 0; i < 101; ++i) many += channel;
-    const struct {
-        std::string file, reason;
-    } rows[] = {
-        {";\n; Anfatec parameter file\n", "not an Omicron parameter file"},
-        {head + geometry, "no channel is described"},
-        {head + channel, "Image Size in X or Y is missing"},
-        {head + "Image Size in X : 3\nImage Size in Y : 65537\n" + channel, "above 65536"},
-        {head + geometry + many, "more than 100 channels"},
-        {head + geometry + channel, "none of its data files can be read: Z (a.tf0): there is no such file"},
-        {head + geometry + spectroscopy("a.sf0", "-4"), "none of its data files"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(formats::read_scala, row.file, "a.par");
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(
+        formats::read_scala,
+        {
+            {";\n; Anfatec parameter file\n", "not an Omicron parameter file"},
+            {head + geometry, "no channel is described"},
+            {head + channel, "Image Size in X or Y is missing"},
+            {head + "Image Size in X : 3\nImage Size in Y : 65537\n" + channel, "above 65536"},
+            {head + geometry + many, "more than 100 channels"},
+            {head + geometry + channel, "none of its data files can be read: Z (a.tf0): there is no such file"},
+            {head + geometry + spectroscopy("a.sf0", "-4"), "none of its data files"},
+        });
 }
 
 } // namespace

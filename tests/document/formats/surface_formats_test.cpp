@@ -2,7 +2,7 @@
 #include "bytes.h"
 #include "document/formats/bcr.h"
 #include "document/formats/opd.h"
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -11,14 +11,7 @@
 namespace {
 
 using namespace formats;
-
-using reader = base::read_result<recording> (*)(source&);
-
-base::read_result<recording> read_with(reader read, const std::string& bytes)
-{
-    memory_source source(std::as_bytes(std::span(bytes)));
-    return read(source);
-}
+using namespace instrument_fixture;
 
 std::string widened(const std::string& text)
 {
@@ -51,12 +44,10 @@ TEST(Bcr, NumbersOfEitherKindAndOrderAreRead)
         {"bcrf_unicode", "zmin = 11\n", le_float(1) + le_float(2) + le_float(3) + le_float(4), {13, 14, 11, 12}},
     };
     for (const auto& row : rows) {
-        const auto result = read_with(read_bcr, bcr_header(row.kind, row.lines) + row.data);
-        ASSERT_TRUE(result) << row.kind << result.error().reason;
-        const recorded_image& image = item(*result, 0);
-        EXPECT_EQ(physical(image.stream), row.heights) << row.kind << row.lines;
-        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(3, 10, "nm"));
-        EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 3, "\u00B5m"));
+        const auto result = read(read_bcr, bcr_header(row.kind, row.lines) + row.data);
+        const recorded_image& image = image_at(result, 0);
+        SCOPED_TRACE(row.kind);
+        expect_image(image, {.axes = {"3 10 nm", "0 3 \u00B5m"}, .values = row.heights});
         EXPECT_EQ(image.strings.contains("\\Void points"), row.heights[3] == row.heights[2]);
     }
 }
@@ -79,13 +70,12 @@ TEST(Bcr, TheLowestPointIsMovedToZminOnAnAxisOfSixDigits)
         {"bcrstm", "zmin = 1.51\nbit2nm = 0.1\n", whole, "raw * 0.1 + 0 [nm] from bit2nm, zunit", 1.5},
     };
     for (const auto& row : rows) {
-        const auto result = read_with(read_bcr, bcr_header(row.kind, row.lines) + row.data);
-        ASSERT_TRUE(result) << result.error().reason;
-        const recorded_image& image = item(*result, 0);
+        const auto result = read(read_bcr, bcr_header(row.kind, row.lines) + row.data);
+        const recorded_image& image = image_at(result, 0);
         const VLAxis& axis = image.stream.values.get_axis(0);
         const double expected[] = {0, 2.5, 0, 0.5}; // above the lowest; the point without a height takes it
         for (std::size_t i = 0; i < 4; ++i)
-            EXPECT_NEAR(physical(image.stream)[i], row.lowest + expected[i], 0.5 * axis.scale) << row.lines << i;
+            EXPECT_NEAR(physical_of(image)[i], row.lowest + expected[i], 0.5 * axis.scale) << row.lines << i;
         EXPECT_EQ(base::six_digits(axis.start), axis.start) << row.lines;
         EXPECT_EQ(base::six_digits(axis.scale), axis.scale) << row.lines;
         EXPECT_TRUE(image.strings.at("\\Z scale").starts_with(row.scale)) << image.strings.at("\\Z scale");
@@ -103,35 +93,25 @@ TEST(Bcr, HeaderTextsArePaddedByZerosAndMayHaveAnOrderMark)
     marked = "\xFF\xFE" + marked.substr(0, 4094);
     const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
     for (const auto& [header, speed] : {std::pair(padded, "500 nm/s"), std::pair(marked, "5 um/s")}) {
-        const auto result = read_with(read_bcr, header + data);
-        ASSERT_TRUE(result) << result.error().reason;
-        const recorded_image& image = item(*result, 0);
-        EXPECT_EQ(physical(image.stream), (std::vector<double>{1.5, 2, 0.5, 1}));
+        const auto result = read(read_bcr, header + data);
+        const recorded_image& image = image_at(result, 0);
+        expect_image(image, {.values = {1.5, 2, 0.5, 1}, .strings = {{"\\Date", "now then"}, {"\\Speed", speed}}});
         EXPECT_TRUE(image.strings.contains("fileformat"));
-        EXPECT_EQ(image.strings.at("\\Date"), "now then");
-        EXPECT_EQ(image.strings.at("\\Speed"), speed);
     }
 }
 
 TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
 {
     const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
-    const struct {
-        std::string bytes, reason;
-    } rows[] = {
-        {"fileformat = bcrx\n", "not a BCR header"},
-        {bcr_header("bcrstm", "") + data.substr(1), "more samples than the file holds"},
-        {bcr_header("bcrf", "") + data, "more samples than the file holds"},
-        {bcr_header("bcrstm", "headersize = 9999\n") + data, "headersize"},
-        {bcr_header("bcrstm", "headersize = -1\n") + data, "headersize"},
-        {bcr_header("bcrstm", "forcecurve = 1\n") + data, "force curves"},
-        {"fileformat = bcrstm\nxpixels = 2\n" + std::string(2048, ' '), "ypixels"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read_with(read_bcr, row.bytes);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(read_bcr, {
+                                 {"fileformat = bcrx\n", "not a BCR header"},
+                                 {bcr_header("bcrstm", "") + data.substr(1), "more samples than the file holds"},
+                                 {bcr_header("bcrf", "") + data, "more samples than the file holds"},
+                                 {bcr_header("bcrstm", "headersize = 9999\n") + data, "headersize"},
+                                 {bcr_header("bcrstm", "headersize = -1\n") + data, "headersize"},
+                                 {bcr_header("bcrstm", "forcecurve = 1\n") + data, "force curves"},
+                                 {"fileformat = bcrstm\nxpixels = 2\n" + std::string(2048, ' '), "ypixels"},
+                             });
 }
 
 struct opd_piece {
@@ -165,38 +145,35 @@ TEST(Opd, ColumnsRunUpwardsAndHeightsCountInWavelengths)
 {
     const std::string floats = le_float(1) + le_float(2) + le_float(3) + le_float(4) + le_float(1e38f) + le_float(6);
     const std::string shorts = le16(1) + le16(2) + le16(3) + le16(4) + le16(32766) + le16(6);
-    const auto result = read_with(read_opd, opd_file({{"Image", 3, opd_array(1, 2, 1, "\x05\xFF")},
-                                                      pixelSize,
-                                                      wavelength,
-                                                      {"Aspect", 7, le_float(2)},
-                                                      {"Mult", 6, le16(300)},
-                                                      {"Title", 5, "Step"},
-                                                      {"RAW_DATA", 3, opd_array(2, 3, 4, floats)},
-                                                      {"OPD", 3, opd_array(2, 3, 2, shorts)}}));
-    ASSERT_TRUE(result) << result.error().reason;
+    const auto result = read(read_opd, opd_file({{"Image", 3, opd_array(1, 2, 1, "\x05\xFF")},
+                                                 pixelSize,
+                                                 wavelength,
+                                                 {"Aspect", 7, le_float(2)},
+                                                 {"Mult", 6, le16(300)},
+                                                 {"Title", 5, "Step"},
+                                                 {"RAW_DATA", 3, opd_array(2, 3, 4, floats)},
+                                                 {"OPD", 3, opd_array(2, 3, 2, shorts)}}));
     ASSERT_EQ(result->items.size(), 3u);
-    const SPMDataStream& first = item(*result, 0).stream;
-    EXPECT_STREQ(first.get_description(), "Step");
-    // Column 0 is 1, 2, 3 from the bottom; the mark of a missing point takes the lowest height.
-    const std::vector<double> heights = physical(first), expected{600, 2400, 1200, 600, 1800, 3600};
-    for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(heights[i], expected[i], 0.5001 * first.values.get_axis(0).scale);
-    EXPECT_EQ(physical(item(*result, 1).stream), (std::vector<double>{2, 8, 4, 2, 6, 12})); // raw * 600 / 300
-    EXPECT_EQ(item(*result, 1).strings.at("\\Void points"), "1");
-    EXPECT_EQ(physical(item(*result, 2).stream), (std::vector<double>{5, 255}));
-    EXPECT_EQ(first.get_dimension(0).get_axis(0), VLAxis(0, 0.5, "mm"));
-    EXPECT_EQ(first.get_dimension(1).get_axis(0), VLAxis(0, 1, "mm"));
+    expect_image(image_at(result, 0), {.label = "Step",
+                                       .axes = {"0 0.5 mm", "0 1 mm"},
+                                       // Column 0 is 1, 2, 3 from the bottom; the mark of a missing point takes the
+                                       // lowest height.
+                                       .values = {600, 2400, 1200, 600, 1800, 3600},
+                                       .isFitted = true});
+    expect_image(image_at(result, 1),
+                 {.values = {2, 8, 4, 2, 6, 12}, .strings = {{"\\Void points", "1"}}}); // raw * 600 / 300
+    expect_image(image_at(result, 2), {.values = {5, 255}});
     EXPECT_EQ(result->strings.at("Mult"), "300");
 }
 
 TEST(Opd, WhatGivesNoScaleIsNamed)
 {
     const opd_piece heights{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2))};
-    const auto bare = read_with(read_opd, opd_file({heights}));
-    ASSERT_TRUE(bare) << bare.error().reason;
+    const auto bare = read(read_opd, opd_file({heights}));
     EXPECT_EQ(bare->strings.at("\\Reader note"), "no Pixel_size in the file: sides are counted in points");
-    EXPECT_EQ(item(*bare, 0).strings.at("\\Z scale"), "raw * 1 + 0 from no Wavelength in the file");
-    EXPECT_EQ(item(*bare, 0).stream.get_dimension(0).get_axis(0), VLAxis());
-    const auto complete = read_with(read_opd, opd_file({heights, pixelSize, wavelength}));
+    EXPECT_EQ(image_at(bare, 0).strings.at("\\Z scale"), "raw * 1 + 0 from no Wavelength in the file");
+    EXPECT_EQ(image_at(bare, 0).stream.get_dimension(0).get_axis(0), VLAxis());
+    const auto complete = read(read_opd, opd_file({heights, pixelSize, wavelength}));
     ASSERT_TRUE(complete) << complete.error().reason;
     EXPECT_FALSE(complete->strings.contains("\\Reader note"));
 }
@@ -206,23 +183,17 @@ TEST(Opd, WhatCannotBeIsRefusedWithItsReason)
     const std::string good = opd_file({{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2))}});
     std::string odd = good;
     odd[20] = 25;
-    const struct {
-        std::string bytes, reason;
-    } rows[] = {
-        {"VCA DATA and more", ".opdx"},
-        {good.substr(0, 20), "cut short"},
-        {odd, "no multiple of 24"},
-        {good.substr(0, good.size() - 1), "reaches beyond the end"},
-        {opd_file({{"OPD", 3, opd_array(2, 2, 2, le16(1) + le16(2))}}), "more samples than the block holds"},
-        {opd_file({{"OPD", 3, opd_array(2, 1, 3, "abcdef")}}), "bytes per value"},
-        {opd_file({{"OPD", 3, opd_array(0, 1, 1, "")}}), "is 0"},
-        {opd_file({pixelSize, wavelength}), "no block holds heights"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read_with(read_opd, row.bytes);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(read_opd, {
+                                 {"VCA DATA and more", ".opdx"},
+                                 {good.substr(0, 20), "cut short"},
+                                 {odd, "no multiple of 24"},
+                                 {good.substr(0, good.size() - 1), "reaches beyond the end"},
+                                 {opd_file({{"OPD", 3, opd_array(2, 2, 2, le16(1) + le16(2))}}),
+                                  "more samples than the block holds"},
+                                 {opd_file({{"OPD", 3, opd_array(2, 1, 3, "abcdef")}}), "bytes per value"},
+                                 {opd_file({{"OPD", 3, opd_array(0, 1, 1, "")}}), "is 0"},
+                                 {opd_file({pixelSize, wavelength}), "no block holds heights"},
+                             });
 }
 
 } // namespace

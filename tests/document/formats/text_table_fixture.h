@@ -1,5 +1,6 @@
 #pragma once
 #include "document/formats/text_table.h"
+#include "instrument_fixture.h"
 
 #include <span>
 #include <string>
@@ -11,8 +12,7 @@ inline std::span<const std::byte> bytes_of(const std::string& text) { return std
 
 inline base::read_result<formats::recording> read(const std::string& text)
 {
-    formats::memory_source file(bytes_of(text), "table.txt");
-    return formats::read_text_table(file);
+    return instrument_fixture::read(formats::read_text_table, text, "table.txt");
 }
 
 inline std::string reason(const std::string& text)

@@ -1,4 +1,4 @@
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 #include "text_table_fixture.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +7,7 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 using namespace text_table_fixture;
 
 struct bad_table {
@@ -129,7 +130,7 @@ TEST(TextTable, CutAnywhereGivesAPartOrAReason)
             const auto result = read(whole.substr(0, length));
             if (result)
                 for (std::size_t i = 0; i < result->items.size(); ++i)
-                    EXPECT_GT(item(*result, i).stream.array_length(), 0u);
+                    EXPECT_GT(image_at(result, i).stream.array_length(), 0u);
             else
                 EXPECT_NE(result.error().reason, "") << "cut at " << length;
         }

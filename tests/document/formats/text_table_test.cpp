@@ -1,4 +1,4 @@
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 #include "text_table_fixture.h"
 
 #include "base/text.h"
@@ -11,6 +11,7 @@
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 using namespace text_table_fixture;
 
 constexpr const char* um = "\xC2\xB5m";
@@ -24,7 +25,7 @@ double allowed_error(const std::vector<double>& expected)
 
 void expect_values(const SPMDataStream& stream, const std::vector<double>& expected)
 {
-    const std::vector<double> values = physical(stream);
+    const std::vector<double> values = physical_of(stream);
     ASSERT_EQ(values.size(), expected.size());
     const double allowed = allowed_error(expected);
     for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected[i], allowed) << "at " << i;
@@ -53,11 +54,10 @@ TEST_P(TextTableReads, ShapeAxesAndValues)
 {
     const table_case& each = GetParam();
     const auto result = read(each.text);
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), each.values.size());
     std::string labels;
     for (std::size_t i = 0; i < each.values.size(); ++i) {
-        const SPMDataStream& stream = item(*result, i).stream;
+        const SPMDataStream& stream = image_at(result, i).stream;
         ASSERT_EQ(stream.get_dimensions_number(), each.shape.size());
         for (unsigned d = 0; d < each.shape.size(); ++d) {
             EXPECT_EQ(stream.get_dimension(d).length, each.shape[d]);
@@ -301,13 +301,13 @@ TEST(TextTable, AProfilersArraysAreImagesOfTheirOwn)
                 {"Intensity", "", {9, 7, 5, 8, 6, 4}},
                 {"Step", "nm", {600, 600, 600, 600, 600, 1800}}};
     for (std::size_t i = 0; i < 3; ++i) {
-        const SPMDataStream& stream = item(*result, i).stream;
+        const SPMDataStream& stream = image_at(result, i).stream;
         EXPECT_STREQ(stream.get_description(), rows[i].label);
         EXPECT_STREQ(stream.values.get_axis(0).get_units(), rows[i].units);
         expect_values(stream, rows[i].values);
     }
-    EXPECT_STRNE(item(*result, 0).stream.get_name(), item(*result, 2).stream.get_name());
-    EXPECT_EQ(item(*result, 0).strings.at("\\Void points"), "1");
+    EXPECT_STRNE(image_at(result, 0).stream.get_name(), image_at(result, 2).stream.get_name());
+    EXPECT_EQ(image_at(result, 0).strings.at("\\Void points"), "1");
     const std::map<std::string, std::string> expected{{"X Size", "3"},
                                                       {"Y Size", "2"},
                                                       {"Pixel_size", "0.5"},
@@ -337,33 +337,31 @@ TEST(TextTable, AHighTableOverARisingColumnIsNoImage)
     EXPECT_EQ(read(rising(31))->items.size(), 1u); // 4 x 31 could be a tilted surface
     const auto curves = read(rising(100));
     ASSERT_EQ(curves->items.size(), 3u);
-    EXPECT_EQ(item(*curves, 0).stream.get_dimension(0).length, 100u);
+    EXPECT_EQ(image_at(curves, 0).stream.get_dimension(0).length, 100u);
 }
 
 TEST(TextTable, UnevenXBecomesTheParameterOfItsCurves)
 {
     const auto result = read("x [nm]\tForce [nN]\tX [V]\n0\t5\t1\n1\t6\t2\n3\t8\t3\n");
-    ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 3u);
-    const SPMDataStream& x = item(*result, 0).stream;
+    const SPMDataStream& x = image_at(result, 0).stream;
     expect_values(x, {0, 1, 3});
     EXPECT_STREQ(x.values.get_axis(0).get_units(), "nm");
     EXPECT_EQ(x.get_parameter_stream(), nullptr);
     for (std::size_t i = 1; i < 3; ++i) {
-        const SPMDataStream& curve = item(*result, i).stream;
+        const SPMDataStream& curve = image_at(result, i).stream;
         EXPECT_STREQ(curve.get_parameter_stream(), x.get_name());
         EXPECT_EQ(axis_text(curve.get_dimension(0).get_axis(0)), perPoint);
     }
-    expect_values(item(*result, 1).stream, {5, 6, 8});
+    expect_values(image_at(result, 1).stream, {5, 6, 8});
 }
 
 TEST(TextTable, MissingPointsAreCountedAndNeverHeights)
 {
     const auto result = read("1;NaN;-;4\n***;;Bad;-nan(ind)\n7;inf;1.#QNAN;1e999\n9;1e-999;3;2\n");
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image& image = item(*result, 0);
+    const recorded_image& image = image_at(result, 0);
     EXPECT_EQ(image.strings.at("\\Void points"), "9");
-    const std::vector<double> values = physical(image.stream);
+    const std::vector<double> values = physical_of(image);
     EXPECT_NEAR(*std::max_element(values.begin(), values.end()), 9.0, 1e-3);
     EXPECT_NEAR(*std::min_element(values.begin(), values.end()), 0.0, 1e-3);
 }
@@ -371,10 +369,9 @@ TEST(TextTable, MissingPointsAreCountedAndNeverHeights)
 TEST(TextTable, PointsWithoutXAreLeftOutWithANote)
 {
     const auto result = read("0 5\nNaN 6\n2 7\n4 NaN\n");
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(item(*result, 0).stream.get_dimension(0).length, 3u);
+    EXPECT_EQ(image_at(result, 0).stream.get_dimension(0).length, 3u);
     EXPECT_EQ(result->strings.at("\\Reader note"), "Points left out because they have no x: 1");
-    EXPECT_EQ(item(*result, 0).strings.at("\\Void points"), "1");
+    EXPECT_EQ(image_at(result, 0).strings.at("\\Void points"), "1");
 }
 
 TEST(TextTable, KeepsHeaderCommentsAndNotesAsStrings)
@@ -394,8 +391,7 @@ TEST(TextTable, FindsACommaThatTurnsUpLate)
     std::string text;
     for (int i = 0; i < 1500; ++i) text += std::to_string(i) + "\t" + std::to_string(i % 7) + "\n";
     const auto result = read(text + "1500\t2,5\n");
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_NEAR(physical(item(*result, 0).stream).back(), 2.5, 1e-3);
+    EXPECT_NEAR(physical_of(image_at(result, 0)).back(), 2.5, 1e-3);
 }
 
 TEST(TextTable, TellsOfCommasThatCouldPartThousands)

@@ -294,19 +294,4 @@ TEST(Tiff, PagesInFrontOfADamagedOneAreShown)
     EXPECT_THAT(result->warnings[0], testing::HasSubstr("page 2"));
 }
 
-TEST(Tiff, DamageIsRefusedOrHarmless)
-{
-    for (tiff_options page : {pictures[0], pictures[4], heights[2]}) {
-        page.width = 9, page.height = 7;
-        const auto bytes = tiff_file_of({page}, samples_of(page));
-        for (std::size_t i = 0; i < bytes.size(); ++i)
-            for (const std::byte flip : {std::byte{0xff}, std::byte{0x01}, std::byte{0x80}}) {
-                auto damaged = bytes;
-                damaged[i] ^= flip;
-                const auto result = read_bytes(formats::read_tiff, damaged);
-                EXPECT_TRUE(result || !result.error().reason.empty()) << page.name << i;
-            }
-    }
-}
-
 } // namespace

@@ -1,12 +1,13 @@
 #include "bytes.h"
 #include "document/formats/wsxm.h"
-#include "recorded_values.h"
+#include "instrument_fixture.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace formats;
+using namespace instrument_fixture;
 
 std::string file_of(const std::string& kind, const std::string& lines, const std::string& data)
 {
@@ -26,34 +27,25 @@ std::string image(const std::string& extra, const std::string& data)
         data);
 }
 
-base::read_result<recording> read(const std::string& bytes)
-{
-    memory_source source(std::as_bytes(std::span(bytes)));
-    return read_wsxm(source);
-}
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_wsxm, bytes); }
 
 TEST(Wsxm, ImagesStartInTheLowerRightCorner)
 {
     const struct {
         const char* type;
         std::string data;
-        std::vector<double> heights;
     } rows[] = {
         // Raw 10 to 40 span 3 nm: 0.1 nm a step.
-        {"", le16(20) + le16(10) + le16(40) + le16(30), {1, 2, 3, 4}},
-        {"    Image Data Type: short\r\n", le16(20) + le16(10) + le16(40) + le16(30), {1, 2, 3, 4}},
-        {"    Image Data Type: float\r\n", le_float(2) + le_float(1) + le_float(4) + le_float(3), {1, 2, 3, 4}},
-        {"    Image Data Type: double\r\n", le_double(2) + le_double(1) + le_double(4) + le_double(3), {1, 2, 3, 4}},
+        {"", le16(20) + le16(10) + le16(40) + le16(30)},
+        {"    Image Data Type: short\r\n", le16(20) + le16(10) + le16(40) + le16(30)},
+        {"    Image Data Type: float\r\n", le_float(2) + le_float(1) + le_float(4) + le_float(3)},
+        {"    Image Data Type: double\r\n", le_double(2) + le_double(1) + le_double(4) + le_double(3)},
     };
     for (const auto& row : rows) {
         const auto result = read(image(row.type, row.data));
-        ASSERT_TRUE(result) << row.type << result.error().reason;
-        const SPMDataStream& stream = item(*result, 0).stream;
-        const std::vector<double> heights = physical(stream);
-        for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.type << i;
-        EXPECT_EQ(stream.get_dimension(0).get_axis(0), VLAxis(5, 1, "\u00B5m"));
-        EXPECT_EQ(stream.get_dimension(1).get_axis(0), VLAxis(0, 250, "nm"));
-        EXPECT_STREQ(stream.values.get_axis(0).get_units(), "nm");
+        SCOPED_TRACE(row.type);
+        expect_image(image_at(result, 0),
+                     {.units = "nm", .axes = {"5 1 \u00B5m", "0 250 nm"}, .values = {1, 2, 3, 4}, .isFitted = true});
     }
 }
 
@@ -77,9 +69,8 @@ TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
         const auto result = read(file_of(
             "SxM Image file", "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n" + row.amplitude,
             row.data));
-        ASSERT_TRUE(result) << row.amplitude << result.error().reason;
-        const recorded_image& made = item(*result, 0);
-        const std::vector<double> heights = physical(made.stream);
+        const recorded_image& made = image_at(result, 0);
+        const std::vector<double> heights = physical_of(made);
         for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.amplitude << i;
         EXPECT_STREQ(made.stream.values.get_axis(0).get_units(), row.units) << row.amplitude;
         EXPECT_NE(made.strings.at("\\Z scale").find(row.note), std::string::npos) << made.strings.at("\\Z scale");
@@ -97,8 +88,7 @@ TEST(Wsxm, OffsetsAreTakenInTheUnitOfTheSize)
                                          "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + row.offset +
                                              "\r\n[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n",
                                          le16(1) + le16(2)));
-        ASSERT_TRUE(result) << result.error().reason;
-        const VLAxis& x = item(*result, 0).stream.get_dimension(0).get_axis(0);
+        const VLAxis& x = image_at(result, 0).stream.get_dimension(0).get_axis(0);
         EXPECT_NEAR(x.start, row.start, 1e-9) << row.offset;
         EXPECT_EQ(x.scale, 1.0);
         EXPECT_STREQ(x.get_units(), "\u00B5m");
@@ -110,48 +100,37 @@ TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
     const std::string lines = "[General Info]\r\n Number of lines: 2\r\n Number of points: 3\r\n X axis text: Z\r\n"
                               " X axis unit: nm\r\n Y axis text: F\r\n Y axis unit: nN\r\n";
     const auto even = read(file_of("FZ curve file", lines, "0 1 0 4\r\n2.0 2 2 5\r\n4 3 4 6\r\n"));
-    ASSERT_TRUE(even) << even.error().reason;
     ASSERT_EQ(even->items.size(), 1u);
-    EXPECT_EQ(physical(item(*even, 0).stream), (std::vector<double>{1, 2, 3, 4, 5, 6}));
-    EXPECT_EQ(item(*even, 0).stream.get_dimension(0).get_axis(0), VLAxis(0, 2, "nm"));
+    expect_image(image_at(even, 0), {.axes = {"0 2 nm"}, .values = {1, 2, 3, 4, 5, 6}});
     const auto uneven = read(file_of("IZ curve file", lines, "0 1 4 4\r\n3 2 2 5\r\n4 3 0 6\r\n"));
-    ASSERT_TRUE(uneven) << uneven.error().reason;
     ASSERT_EQ(uneven->items.size(), 2u);
-    EXPECT_EQ(physical(item(*uneven, 0).stream), (std::vector<double>{0, 3, 4, 4, 2, 0}));
-    EXPECT_STREQ(item(*uneven, 1).stream.get_parameter_stream(), item(*uneven, 0).stream.get_name());
-    EXPECT_STREQ(item(*uneven, 1).stream.values.get_axis(0).get_units(), "nN");
+    expect_image(image_at(uneven, 0), {.values = {0, 3, 4, 4, 2, 0}});
+    expect_image(image_at(uneven, 1), {.units = "nN", .over = image_at(uneven, 0).stream.get_name()});
 }
 
 TEST(Wsxm, TheLastNumberOfACurveMayEndTheFile)
 {
     const std::string lines = "[General Info]\r\n Number of points: 3\r\n";
     const auto result = read(file_of("FZ curve file", lines, "1 2\n2 3\n3 4"));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(physical(item(*result, 0).stream), (std::vector<double>{2, 3, 4}));
+    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{2, 3, 4}));
 }
 
 TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
 {
     const std::string two = le16(1) + le16(2);
     const std::string points = "[General Info]\r\n Number of points: ";
-    const struct {
-        std::string bytes, reason;
-    } rows[] = {
-        {"WSxM file", "not a WSxM header"},
-        {image("", two), "more samples than the file holds"},
-        {image("", "").substr(0, 200), "[Header end]"},
-        {image("    Image Data Type: quad\r\n", two), "quad"},
-        {file_of("SxM Image file", "", two), "Number of columns"},
-        {file_of("Movie file", "", two), "Movie file"},
-        {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
-        {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
-        {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(row.bytes);
-        ASSERT_FALSE(result) << row.reason;
-        EXPECT_NE(result.error().reason.find(row.reason), std::string::npos) << result.error().reason;
-    }
+    expect_refused(read_wsxm,
+                   {
+                       {"WSxM file", "not a WSxM header"},
+                       {image("", two), "more samples than the file holds"},
+                       {image("", "").substr(0, 200), "[Header end]"},
+                       {image("    Image Data Type: quad\r\n", two), "quad"},
+                       {file_of("SxM Image file", "", two), "Number of columns"},
+                       {file_of("Movie file", "", two), "Movie file"},
+                       {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
+                       {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
+                       {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
+                   });
 }
 
 } // namespace
