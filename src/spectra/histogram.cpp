@@ -34,16 +34,22 @@ height_counts count_frame(std::span<const std::int16_t> samples)
 
 namespace {
 
-/// Sums what falls into each bin; a bin depends on the height alone.
-void fill_bins(height_histogram& made, const height_counts& heights, const VLAxis& axis)
+/// Sums what falls into each bin. Counted in whole numbers: a height half way between two bins has the same one
+/// wherever the axis starts.
+void fill_bins(height_histogram& made, const height_counts& heights)
 {
-    const double last = static_cast<double>(made.bins.size()) - 1.0;
+    const auto last = static_cast<std::int64_t>(made.bins.size()) - 1;
+    const std::int64_t range = std::max(heights.highest - heights.lowest, 1);
+    // From height to height by last / range bins, the rest in halves of 1 / range.
+    std::int64_t part = range;
+    std::size_t bin = 0;
     for (int height = heights.lowest; height <= heights.highest; ++height) {
-        const std::uint32_t count = heights.counts[static_cast<std::size_t>(height + 32768)];
-        if (count == 0) continue;
-        const double place = base::round_half_up((axis.at(height) - made.valueMin) * last / made.valueRange);
-        // A step of 0 gives no number, which goes to the first bin.
-        made.bins[static_cast<std::size_t>(place > 0.0 ? std::min(place, last) : 0.0)] += count;
+        made.bins[bin] += heights.counts[static_cast<std::size_t>(height + 32768)];
+        bin += static_cast<std::size_t>(last / range);
+        part += 2 * (last % range);
+        if (part < 2 * range) continue;
+        part -= 2 * range;
+        ++bin;
     }
 }
 
@@ -59,7 +65,10 @@ height_histogram make_histogram(const height_counts& heights, const VLAxis& axis
     made.valueMax = axis.at(heights.highest);
     made.valueRange = std::max(heights.highest - heights.lowest, 1) * axis.scale;
     if (made.bins.empty()) return made;
-    fill_bins(made, heights, axis);
+    if (std::fabs(axis.scale) > 0.0)
+        fill_bins(made, heights);
+    else
+        made.bins[0] = made.totalCount; // all samples have one value
     made.peakCount = *std::max_element(made.bins.begin(), made.bins.end());
     return made;
 }

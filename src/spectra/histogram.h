@@ -30,8 +30,8 @@ struct height_counts {
 /// round(sqrt(samples) / 2), halves up.
 unsigned automatic_bar_count(std::size_t samples) noexcept;
 
-/// Sample z goes to bin round((value - valueMin) (bars - 1) / valueRange), halves up, kept inside: the first and the
-/// last bin are half as wide as the others. Without samples everything stays 0.
+/// Sample z goes to bin round((value - valueMin) (bars - 1) / valueRange), halves up: the first and the last bin are
+/// half as wide as the others. Without samples everything stays 0.
 /// \param axis  turns raw samples into values
 /// \param bars  how many bins; by default `automatic_bar_count`
 [[nodiscard]] height_histogram make_histogram(const height_counts& heights, const VLAxis& axis,

@@ -52,6 +52,21 @@ TEST(Histogram, RoundsSamplesToBinsBetweenTheExtremes)
     EXPECT_EQ(falling.valueMax, -3.0);
 }
 
+TEST(Histogram, HasTheSameBinsWhereverTheAxisStarts)
+{
+    // Heights 0 … 100 into 11 bins: 5, 15 … 95 lie half way and go up, so that the first bin has 5 and the last 6. Into
+    // 201 bins every other one gets a height.
+    heights samples(101);
+    std::iota(samples.begin(), samples.end(), std::int16_t{0});
+    counts spread(201);
+    for (std::size_t i = 0; i < spread.size(); i += 2) spread[i] = 1;
+    for (const VLAxis& axis : {VLAxis(0, 1, "nm"), VLAxis(-100, 0.01, "um"), VLAxis(12.3, 0.37, "nm"),
+                               VLAxis(1.5e-9, 3e-13, "m"), VLAxis(12, 1e-16, "m"), VLAxis(-7.7, -0.1, "nm")}) {
+        EXPECT_EQ(make_histogram(samples, axis, 11u).bins, (counts{5, 10, 10, 10, 10, 10, 10, 10, 10, 10, 6}));
+        EXPECT_EQ(make_histogram(samples, axis, 201u).bins, spread);
+    }
+}
+
 TEST(Histogram, ChoosesHalfTheRootOfTheSamples)
 {
     EXPECT_EQ(automatic_bar_count(65536), 128u);
