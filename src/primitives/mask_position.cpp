@@ -64,11 +64,12 @@ void lay_mask(const bit_strips& mask, const bit_strips& upright, mask_position p
         for (int y = 0; y < laid.height(); ++y) laid.strip(strip)[y] = mirrored.word(strip, y);
 }
 
-mask_position standard_position(const bit_strips& mask, const bit_strips& upright) noexcept
+mask_position standard_position(const bit_strips& mask, const bit_strips& upright, bool exchangesFirst) noexcept
 {
-    mask_position best{mask.height() > mask.width(), false, false};
-    for (const bool exchanges : {false, true}) {
-        if (exchanges ? mask.width() > mask.height() : mask.height() > mask.width()) continue; // wider than high
+    const int excess = mask.height() - mask.width(); // laid, a mask is wider than high
+    mask_position best{excess > 0 || (excess == 0 && exchangesFirst), false, false};
+    for (const bool exchanges : {exchangesFirst, !exchangesFirst}) { // the first of equal ones stays
+        if (exchanges ? excess < 0 : excess > 0) continue;
         for (const bool mirrorsY : {false, true})
             for (const bool mirrorsX : {false, true}) {
                 const mask_position each{exchanges, mirrorsX, mirrorsY};

@@ -17,7 +17,10 @@ using primitives::connected_runs;
 /// Works out one feature after another; what it needs for that is kept from one to the next.
 class feature_drawer {
 public:
-    feature_drawer(const connected_runs& found_, const feature_source& source_) : found(found_), source(source_) {}
+    feature_drawer(const connected_runs& found_, const feature_source& source_)
+        : found(found_), source(source_), steps(steps_of(source_.axes))
+    {
+    }
 
     Feature draw(const connected_runs::area& area)
     {
@@ -35,8 +38,8 @@ public:
         thin(area);
         collectSkeleton(feature.skeleton);
         trace(feature.skeleton.front() - offset());
-        const feature_figures figures{area.pixels, area.heights, contourLength, length(),
-                                      polygon_area(feature.contour)};
+        const feature_figures figures{area.pixels, area.heights, contourLength, length(), polygon_area(feature.contour),
+                                      steps.area()};
         for (std::size_t i = 0; i < featureMetrics; ++i)
             feature.metrics[i] = feature_metrics()[i].value(figures, source.axes, source.zeroLevel);
         return feature;
@@ -44,7 +47,7 @@ public:
 
 private:
     CSize offset() const noexcept { return {corner.x + source.origin.x, corner.y + source.origin.y}; }
-    double length() const noexcept { return tracing_length(line, source.axes.x.scale, source.axes.y.scale); }
+    double length() const noexcept { return tracing_length(line, steps.x, steps.y); }
     /// The runs of the area as they lie in the mask.
     template <class Use>
     void forEachRun(const connected_runs::area& area, Use use) const
@@ -62,14 +65,15 @@ private:
             [this](int x, int y) { line.push_back(CPoint{x, y} + offset()); });
     }
     /// Thinning takes sides in turn, so that what is left depends on how the mask lies: it is done in the standard
-    /// position, and a mirrored or turned image has the mirrored or turned skeletons.
+    /// position, and a mirrored or turned image has the mirrored or turned skeletons. The skeleton of an area that is
+    /// equal to itself with rows and columns exchanged lies towards the shorter step, also when both change places.
     void thin(const connected_runs::area& area)
     {
         if (mask.height() >= mask.width()) {
             upright.assign(mask.height(), mask.width());
             forEachRun(area, [this](int y, int left, int right) { upright.setUpright(y, left, right); });
         }
-        const primitives::mask_position position = primitives::standard_position(mask, upright);
+        const primitives::mask_position position = primitives::standard_position(mask, upright, steps.y < steps.x);
         primitives::lay_mask(mask, upright, position, laid);
         thinner.thin(laid);
         mask.assign(mask.width(), mask.height());
@@ -94,6 +98,7 @@ private:
 
     const connected_runs& found;
     const feature_source& source;
+    const feature_steps steps;
     bit_strips mask, upright, laid;
     primitives::thinner thinner;
     CPoint corner;

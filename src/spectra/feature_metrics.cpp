@@ -1,6 +1,7 @@
 #include "spectra/feature_metrics.h"
 
 #include "base/rounding.h"
+#include "base/units.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,17 +39,17 @@ double ratio(double a, double b) { return b != 0.0 ? a / b : 0.0; }
 
 double skeleton_length(const figures& of, const axes&, short) { return of.skeletonTracing / 2.0; }
 double perimeter(const figures& of, const axes&, short) { return of.contourLength; }
-double area(const figures& of, const axes& at, short) { return pixel_count(of) * at.x.scale * at.y.scale; }
+double area(const figures& of, const axes&, short) { return pixel_count(of) * of.sampleArea; }
 double volume(const figures& of, const axes& at, short zero)
 {
     const auto above = static_cast<double>(of.heights.sum - std::int64_t{zero} * of.pixels);
-    return (above * at.z.scale + pixel_count(of) * at.z.start) * at.x.scale * at.y.scale;
+    return (above * at.z.scale + pixel_count(of) * at.z.start) * of.sampleArea;
 }
 double roughness(const figures& of, const axes& at, short) { return height_deviation(of) * std::abs(at.z.scale); }
 double roundness(const figures& of, const axes&, short)
 {
     constexpr double rootOfPi = 1.772453850905516;
-    return ratio(2.0 * std::sqrt(of.contourArea) * rootOfPi, of.contourLength);
+    return ratio(2.0 * std::sqrt(of.contourArea * of.sampleArea) * rootOfPi, of.contourLength);
 }
 double slenderness(const figures& of, const axes&, short) { return ratio(of.skeletonTracing, of.contourLength); }
 double height(const figures& of, const axes& at, short zero)
@@ -76,6 +77,11 @@ constexpr feature_metric metrics[] = {
 } // namespace
 
 std::span<const feature_metric, featureMetrics> feature_metrics() noexcept { return metrics; }
+
+feature_steps steps_of(const feature_axes& axes)
+{
+    return {std::abs(axes.x.scale), std::abs(convert_size(axes.y.get_units(), axes.x.get_units(), axes.y.scale))};
+}
 
 double tracing_length(std::span<const CPoint> points, double stepX, double stepY) noexcept
 {

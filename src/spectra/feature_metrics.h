@@ -15,12 +15,20 @@ struct feature_axes {
     VLAxis x, y, z;
 };
 
-/// What the metrics of a feature are made of.
+/// From sample to sample along rows and columns: lengths in the unit of the X axis, whichever way the axes run.
+struct feature_steps {
+    double x = 1.0, y = 1.0;
+    double area() const noexcept { return x * y; }
+};
+feature_steps steps_of(const feature_axes& axes);
+
+/// What the metrics of a feature are made of. Lengths are in the unit of the X axis.
 struct feature_figures {
     std::int64_t pixels = 0;
     primitives::run_sums heights; ///< raw
     double contourLength = 0.0, skeletonTracing = 0.0;
     double contourArea = 0.0; ///< samples
+    double sampleArea = 1.0;  ///< of one of them
 };
 
 /// A measurement of features.

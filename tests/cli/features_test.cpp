@@ -59,12 +59,12 @@ TEST_F(FeatureProgramTest, FeaturesAreToldWithTheirMetrics)
     EXPECT_EQ(features[0]["pixels"], 10);
     EXPECT_EQ(features[0]["first"], json({3, 4}));
     EXPECT_EQ(features[1]["bounds"], json({17, 7, 19, 8}));
-    // Steps of 0.25 nm; heights of 0.01 nm above -1 nm. The outline is 4 + 1 + 4 + 1 steps around an area of 4.
+    // Steps of 0.25 nm; heights of 0.01 nm above -1 nm. The outline is 4 + 1 + 4 + 1 steps around an area of 4 * 1.
     const json& metrics = features[0]["metrics"];
     EXPECT_NEAR(metrics[1].get<double>(), 2.5, 1e-12);
     EXPECT_NEAR(metrics[2].get<double>(), 10 * 0.0625, 1e-12);
     EXPECT_NEAR(metrics[3].get<double>(), 10 * (1.0 - 1.0) * 0.0625, 1e-12) << "100 * 0.01 nm - 1 nm";
-    EXPECT_NEAR(metrics[5].get<double>(), 2.0 * 2.0 * 1.772453850905516 / 2.5, 1e-12);
+    EXPECT_NEAR(metrics[5].get<double>(), 2.0 * (2.0 * 0.25) * 1.772453850905516 / 2.5, 1e-12);
     EXPECT_EQ(images({"features", "bar.spm", "--level", "0.75"})[0]["dropped"], 0) << "50 is not above 75";
     const json part = images({"features", "bar.spm", "--level", "0.25", "--rect", "20,10,5,5"});
     ASSERT_EQ(part[0]["features"].size(), 2u);

@@ -193,6 +193,8 @@ TEST(MaskPosition, TheStandardOneIsTheSameHoweverAnAreaLies)
             const bit_strips turned = laid(area, position_of(number));
             const mask_position position = primitives::standard_position(turned, upright(turned));
             ASSERT_EQ(text_of(laid(turned, position)), text_of(standard)) << round << ' ' << number;
+            const mask_position other = primitives::standard_position(turned, upright(turned), true);
+            ASSERT_EQ(text_of(laid(turned, other)), text_of(standard)) << round << ' ' << number;
             for (int y = 0; y < standard.height(); ++y)
                 for (int x = 0; x < standard.width(); ++x) {
                     const auto [fromX, fromY] = position.source(standard, x, y);

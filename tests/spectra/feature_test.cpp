@@ -73,6 +73,33 @@ TEST(Metrics, OfALineAreItsLengthOnce)
     EXPECT_DOUBLE_EQ(of[RMS_H_av], 0.0);
 }
 
+TEST(Metrics, AreThoseOfTheUnitOfXWhicheverWayTheAxesRun)
+{
+    // A block of 8 x 5 samples whose sides are 7 * 20 = 140 and 4 * 30 = 120 nm long.
+    surface flat(20, 20);
+    for (int y = 3; y < 8; ++y)
+        for (int x = 5; x < 13; ++x) flat.at(x, y) = 2;
+    const struct {
+        VLAxis x, y;
+    } cases[] = {{VLAxis(0, 20, "nm"), VLAxis(0, 30, "nm")},
+                 {VLAxis(0, 20, "nm"), VLAxis(0, 0.03, "um")},
+                 {VLAxis(0, 2e-8, "m"), VLAxis(0, 30, "nm")},
+                 {VLAxis(9, -20, "nm"), VLAxis(5, 0.03, "um")},
+                 {VLAxis(9, -20, "nm"), VLAxis(5, -30, "nm")}};
+    for (const auto& [x, y] : cases) {
+        spectra::feature_source source = source_of(flat);
+        source.axes = {x, y, VLAxis(0, 0.5, "nm")};
+        primitives::bit_image mask;
+        const auto list = spectra::feature_list::above(0, source, mask);
+        const auto& of = list.features.at(0).metrics;
+        const double unit = std::fabs(x.scale) / 20.0; // of a nanometre
+        EXPECT_NEAR(of[P_proj] / unit, 520.0, 1e-9);
+        EXPECT_NEAR(of[S_px] / (unit * unit), 40 * 600.0, 1e-7);
+        EXPECT_NEAR(of[V_px] / (unit * unit), 40 * 600.0, 1e-7) << "1 nm high";
+        EXPECT_NEAR(of[FF_1], 2.0 * std::sqrt(std::numbers::pi * 28 * 600.0) / 520.0, 1e-12) << "a pure number";
+    }
+}
+
 TEST(Metrics, HeightsCountFromTheZeroLevel)
 {
     surface low(6, 3, -100);
