@@ -16,17 +16,15 @@
 #include "host/path_text.h"
 #include "host/preview_pane.h"
 #include "host/qt_menus.h"
+#include "host/trash.h"
 #include "platform/WinApp.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QMdiArea>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
-#include <QStandardPaths>
 #include <algorithm>
 
 namespace {
@@ -92,12 +90,7 @@ std::optional<std::size_t> CQtHost::ask(const question& asked)
     return static_cast<std::size_t>(chosen - buttons.begin());
 }
 
-bool CQtHost::moveToTrash(const std::wstring& path)
-{
-    // Without the user's data folder the toolkit finds no trash and makes one beside the file.
-    if (!QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))) return false;
-    return QFile::moveToTrash(QString::fromStdWString(path));
-}
+bool CQtHost::moveToTrash(const std::wstring& path) { return host::move_to_trash(path); }
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {

@@ -13,8 +13,10 @@
 #include "host/about.h"
 #include "host/command_icon.h"
 #include "host/qt_cursors.h"
+#include "host/trash.h"
 #include "host/window_places.h"
 #include "platform/ListChooser.h"
+#include "platform/paths.h"
 #include "platform/profile_store.h"
 #include "support/temporary_folder.h"
 #include "view/CustomPaletteDialog.h"
@@ -355,16 +357,25 @@ TEST(Cursors, EachModeHasItsOwnSign)
 TEST(Trash, IsMadeWhereTheUserHasNoDataFolder)
 {
     const temporary_folder folder;
-    CProfileStore profile(folder / "profile");
-    CQtHost machine(profile);
-    const QByteArray before = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", (folder / "no/such").c_str());
     std::ofstream(folder / "night.di") << "data";
-    const bool moved = machine.moveToTrash((folder / "night.di").wstring());
-    before.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", before);
+    const bool moved = host::move_to_trash((folder / "night.di").wstring());
+    qunsetenv("XDG_DATA_HOME");
     ASSERT_TRUE(moved);
     EXPECT_EQ(file_content(folder / "no/such/Trash/files/night.di"), "data");
     EXPECT_FALSE(std::filesystem::exists(folder / "files")) << "none beside the file";
+}
+
+TEST(Trash, TakesNamesThatAreNoUtf8)
+{
+    const temporary_folder folder;
+    qputenv("XDG_DATA_HOME", (folder / "data").c_str());
+    const std::filesystem::path file = folder / "night\xFF.di";
+    std::ofstream(file) << "data";
+    const bool moved = host::move_to_trash(platform::to_wide(file));
+    qunsetenv("XDG_DATA_HOME");
+    ASSERT_TRUE(moved);
+    EXPECT_EQ(file_content(folder / "data/Trash/files/night%FF.di"), "data");
 }
 
 } // namespace
