@@ -63,7 +63,7 @@ void CFrameWnd::OnUpdateFrameTitle(bool addNumber)
 
 void CFrameWnd::RecalcLayout()
 {
-    if (pane) pane->MoveWindow(viewRect());
+    if (pane && !pane->isFullScreen()) pane->MoveWindow(viewRect());
 }
 
 void CFrameWnd::fitToView(CSize viewOuter)

@@ -38,7 +38,7 @@ public:
     virtual CRect viewRect() const { return GetClientRect(); }
     /// Makes the frame as large as a view of this outer size needs.
     virtual void fitToView(CSize viewOuter);
-    /// Puts the view where it belongs.
+    /// Puts the view where it belongs. One that fills the screen stays there.
     virtual void RecalcLayout();
 
     /// Takes view and frame out of document, application and screen. Nothing of them may be used after the running

@@ -36,6 +36,9 @@ public:
     /// What kind of pane the host makes for it.
     virtual window_kind kind() const noexcept { return window_kind::view; }
 
+    /// It has left its frame and fills a screen.
+    virtual bool isFullScreen() const noexcept { return false; }
+
     // What the host tells of a table. Rows and columns count from 0; headings are no row.
     /// What the user typed into the search field.
     virtual void setFilter(const std::wstring&) {}

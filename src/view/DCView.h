@@ -121,6 +121,7 @@ public:
     void OnInitialUpdate() override;
     void OnDraw(CDC& dc) override;
     bool OnEraseBkgnd(CDC& dc) override;
+    bool isFullScreen() const noexcept override { return fullscreenOn; }
     void OnSize(CSize size) override;
     bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
