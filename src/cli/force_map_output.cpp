@@ -5,6 +5,7 @@
 #include "curves/force_map.h"
 #include "curves/force_source.h"
 #include "document/formats/curve_lengths.h"
+#include "document/formats/void_points.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -77,7 +78,7 @@ private:
     {
         if (stream.array_type() == SPM_ARRAY_INT16) return stream;
         converted = stream;
-        converted.convert_stream(SPM_ARRAY_INT16);
+        formats::convert_measured(converted);
         if (converted.array_type() == SPM_ARRAY_INT16) return converted;
         throw std::runtime_error("the samples of the volume have no type");
     }

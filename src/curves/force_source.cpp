@@ -5,6 +5,7 @@
 #include "document/StorageDoc.h"
 #include "document/formats/curve_lengths.h"
 #include "document/formats/force_order.h"
+#include "document/formats/void_points.h"
 
 #include <algorithm>
 #include <cstring>
@@ -28,7 +29,7 @@ const SPMDataStream& as_16_bits(const CStorageDoc& document, unsigned image, SPM
     const SPMDataStream& stream = document.getImage(image);
     if (stream.array_type() == SPM_ARRAY_INT16) return stream;
     converted = stream;
-    converted.convert_stream(SPM_ARRAY_INT16);
+    formats::convert_measured(converted);
     if (converted.array_type() != SPM_ARRAY_INT16)
         throw std::runtime_error(base::formatted("the samples of image %u have no type", image));
     return converted;

@@ -2,6 +2,7 @@
 
 #include "base/rounding.h"
 #include "document/formats/curve_lengths.h"
+#include "document/formats/void_points.h"
 
 #include <algorithm>
 #include <cmath>
@@ -200,7 +201,7 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
         return read_samples({stream, image, out}, image, points, halfWidth, out);
     }
     SPMDataStream converted(stream);
-    converted.convert_stream(SPM_ARRAY_INT16);
+    formats::convert_measured(converted);
     if (converted.array_type() != SPM_ARRAY_INT16) return; // samples without a type
     out.values = converted.values;
     out.curves = image.subImages;

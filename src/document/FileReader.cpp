@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/force_order.h"
+#include "document/formats/void_points.h"
 #include "document/spmx_read.h"
 #include "document/storable_text.h"
 #include "document/stream_source.h"
@@ -92,7 +93,25 @@ bool VLFileReader::readNative(std::istream& in)
     source.onProgress = [this](double done) { return tellProgress(done); };
     readError = document::read_spmx(source, *this);
     if (readCancelled) readError = cancelled;
+    if (readError.empty()) warnOfVoids();
     return readError.empty();
+}
+
+/// The document keeps what it has; whatever computes with curves leaves these samples out.
+void VLFileReader::warnOfVoids()
+{
+    for (unsigned i = 0; i < getImagesNumber(); ++i) {
+        const SPMDataStream& stream = getImage(i);
+        const std::size_t count = formats::count_implausible(stream);
+        if (count == 0) continue;
+        const char *label = stream.get_description(), *id = stream.get_name();
+        readWarnings.push_back("\"" +
+                               std::string(label && *label ? label
+                                           : id            ? id
+                                                           : "") +
+                               "\": " + std::to_string(count) + (count == 1 ? " sample was" : " samples were") +
+                               " not measured: no number, or 1e30 and more");
+    }
 }
 
 bool VLFileReader::readForeign(std::istream& in, const formats::format_row& format)

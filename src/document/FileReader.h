@@ -64,6 +64,7 @@ private:
     bool tryFormats(std::istream& in, const std::vector<const formats::format_row*>& rows);
     bool readCancelled = false;
     bool readNative(std::istream& in);
+    void warnOfVoids();
     bool readForeign(std::istream& in, const formats::format_row& format);
     void setForeignText(const std::string& key, const std::string& text, unsigned image);
 };

@@ -17,6 +17,7 @@ void write_document(const std::filesystem::path& path)
     CWinApp app(host);
     CStorageDoc document;
     SPMDataStream volume = heights("Force", {60, 3, 2});
+    volume.set_description("Force");
     auto* samples = static_cast<short*>(volume.array_data());
     for (int curve = 0; curve < 6; ++curve)
         for (int i = 0; i < 60; ++i) *samples++ = static_cast<short>(i < 25 ? (10 + curve) * (20 - i) : 0);

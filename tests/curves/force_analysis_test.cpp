@@ -118,7 +118,8 @@ TEST(ForceSource, WhatOnlyTellsPlacesIsNoForce)
     CStorageDoc document;
     SPMDataStream force = heights("Deflection", {5}), ramp = heights("Deflection_position", {5}),
                   sensor = heights("Deflection Sensor", {5}), other = heights("Current", {5});
-    force.set_parameter_stream("Deflection_position");
+    for (SPMDataStream* each : {&force, &sensor}) each->set_description("Deflection");
+    force.set_parameter_stream("Nobody"); // the id of the ramp tells nothing where there is a label
     other.set_parameter_stream("Deflection Sensor");
     const SPMDataStream streams[] = {force, ramp, sensor, other, heights("Force map", {5, 4})};
     document.AddNewImages(streams, 5);

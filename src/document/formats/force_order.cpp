@@ -143,7 +143,8 @@ bool is_deflection_name(std::string_view label)
 
 bool holds_forces(const SPMDataStream& stream)
 {
-    const std::string name = base::lower_ascii(text_of(stream.get_description()) + " " + text_of(stream.get_name()));
+    const std::string label = text_of(stream.get_description());
+    const std::string name = base::lower_ascii(label.empty() ? text_of(stream.get_name()) : label);
     for (const char* other : {"friction", "lateral", "torsion", "hdefl", "horizontal"})
         if (name.find(other) != std::string::npos) return false;
     const bool isForce =

@@ -30,7 +30,8 @@ void order_by_forces(recording& content);
 /// True for the label of a vertical deflection: "vDeflection", "Deflection Error", "Defl", "DFL".
 bool is_deflection_name(std::string_view label);
 
-/// True for forces and vertical deflections, by unit, label or id; not for friction and the like.
+/// True for forces and vertical deflections, by unit or label, by id where there is no label; not for friction
+/// and the like.
 bool holds_forces(const SPMDataStream& stream);
 
 /// Says in "\Deflection sign" when a further value axis, such as the volts, falls where the first one, such as the

@@ -37,9 +37,10 @@ struct void_range {
     std::uint64_t first = 0, count = 0;
 };
 
-/// Gives samples that are no measurement the lowest measured value and counts them in "\Void points": `voids`, NaN, and
-/// absurd ones, which "\Absurd points" and a note count, too. Absurd are magnitudes from 1e30 up, and samples that are
-/// further from the middle 99.8 % of all than 10^6 times the span of these.
+/// Fills samples that are no measurement and counts them in "\Void points" and a note: `voids`, NaN, and absurd ones,
+/// which "\Absurd points" counts, too. In curves they lie between their neighbours, in surfaces they get the lowest
+/// measured value (void_points.h). Absurd are magnitudes from 1e30 up, and samples that are further from the middle
+/// 99.8 % of all than 10^6 times the span of these.
 /// Numbers of another type then become 16-bit ones: whole numbers that fit signed or unsigned 16 bits stay as they are,
 /// others are fitted onto an axis of six digits, all values within half a step. A note says so when a step is more than
 /// a tenth of the middle's span.

@@ -45,8 +45,9 @@ TEST_P(CutSamples, GiveTheWholeImagesAndAWarning)
     const auto all = row->read(whole), rest = row->read(cut);
     ASSERT_TRUE(all) << all.error().reason;
     ASSERT_TRUE(rest) << rest.error().reason;
-    EXPECT_TRUE(all->warnings.empty());
-    EXPECT_FALSE(rest->warnings.empty());
+    const auto tellsCut = [](const std::string& each) { return each.find("not measured") == std::string::npos; };
+    EXPECT_TRUE(std::ranges::none_of(all->warnings, tellsCut));
+    EXPECT_TRUE(std::ranges::any_of(rest->warnings, tellsCut));
     const auto before = planes_of(*all), after = planes_of(*rest);
     EXPECT_TRUE(after.size() < before.size() || rest->items.size() < all->items.size());
     for (const image_plane& plane : after)

@@ -1,4 +1,5 @@
 #include "document/formats/stream_shape.h"
+#include "document/formats/void_points.h"
 #include "recorded_values.h"
 
 #include <algorithm>
@@ -14,12 +15,13 @@ namespace {
 using namespace formats;
 using testing::HasSubstr;
 
-/// An image of one row with these numbers and the scale step * raw + 1 nm.
+/// A surface of one row, or a curve, of these numbers with the scale step * raw + 1 nm.
 template <class T>
-recorded_image row_of(SPMVarArrayType type, const std::vector<T>& numbers, double step = 2.0)
+recorded_image row_of(SPMVarArrayType type, const std::vector<T>& numbers, double step = 2.0, unsigned dimensions = 2)
 {
-    const extent length[] = {{static_cast<unsigned>(numbers.size()), {}}};
-    recorded_image image = make_samples("id", "label", length, 1, {step, 1.0, "nm", {}}, type);
+    const extent sides[] = {{static_cast<unsigned>(numbers.size()), {}}, {1, {}}};
+    recorded_image image =
+        make_samples("id", "label", std::span(sides).first(dimensions), 1, {step, 1.0, "nm", {}}, type);
     std::ranges::copy(numbers, elements_of<T>(image).begin());
     return image;
 }
@@ -83,7 +85,29 @@ TEST(SettledSamples, WhatWasNotMeasuredTakesTheLowestValueAndIsCounted)
     recorded_image nothing = row_of<float>(SPM_ARRAY_FLOAT32, {NAN, NAN});
     settle_samples(nothing);
     EXPECT_EQ(text_of(nothing, "\\Void points"), "2");
-    EXPECT_TRUE(nothing.notes.empty()) << "marks are no news";
+    EXPECT_THAT(nothing.notes, testing::ElementsAre(HasSubstr("2 samples were not measured")));
+}
+
+TEST(SettledSamples, GapsOfCurvesLieBetweenTheirNeighbours)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::vector<double> numbers = {nan, 40, nan, 1e30, 10, nan, -50, nan},
+                              filled = {40, 40, 30, 20, 10, -20, -50, -50};
+    recorded_image curve = row_of(SPM_ARRAY_FLOAT64, numbers, 1.0, 1);
+    settle_samples(curve);
+    EXPECT_EQ(text_of(curve, "\\Void points"), "5 (on lines between their neighbours)");
+    for (std::size_t i = 0; i < filled.size(); ++i) EXPECT_EQ(physical(curve.stream)[i], filled[i] + 1.0) << i;
+
+    // Two curves of a volume, the second without a sample: it has no neighbours and gets the lowest value.
+    const extent shape[] = {{3, {}}, {2, {}}, {1, {}}};
+    recorded_image volume = make_samples("id", "label", shape, 1, {1.0, 0.0, "nm", {}}, SPM_ARRAY_FLOAT32);
+    std::ranges::copy(std::vector<float>{8, NAN, 4, NAN, NAN, NAN}, elements_of<float>(volume).begin());
+    SPMDataStream native = volume.stream;
+    EXPECT_EQ(count_implausible(native), 4u);
+    convert_measured(native); // what a container holds as it is
+    settle_samples(volume);
+    for (const SPMDataStream* each : {&native, &volume.stream})
+        EXPECT_EQ(physical(*each), (std::vector<double>{8, 6, 4, 4, 4, 4}));
 }
 
 /// 64 x 64 heights from 0 to 4095 thousandths in an order without pattern.

@@ -371,7 +371,7 @@ TEST(TextTable, PointsWithoutXAreLeftOutWithANote)
     const auto result = read("0 5\nNaN 6\n2 7\n4 NaN\n");
     EXPECT_EQ(image_at(result, 0).stream.get_dimension(0).length, 3u);
     EXPECT_EQ(result->strings.at("\\Reader note"), "Points left out because they have no x: 1");
-    EXPECT_EQ(image_at(result, 0).strings.at("\\Void points"), "1");
+    EXPECT_TRUE(image_at(result, 0).strings.at("\\Void points").starts_with("1 "));
 }
 
 TEST(TextTable, KeepsHeaderCommentsAndNotesAsStrings)
