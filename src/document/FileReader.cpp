@@ -1,6 +1,7 @@
 #include "document/FileReader.h"
 
 #include "base/text.h"
+#include "document/document_table.h"
 #include "document/formats/force_order.h"
 #include "document/formats/void_points.h"
 #include "document/spmx_read.h"
@@ -9,7 +10,6 @@
 
 namespace {
 
-constexpr unsigned documentTable = unsigned(-1);
 constexpr const char* cancelled = "reading was cancelled";
 
 /// The first bytes, fewer when the stream is shorter; the position is left at the start.
@@ -185,7 +185,7 @@ bool VLFileReader::addRecording(formats::recording& recording)
             }
         }
     }
-    for (const auto& [key, text] : recording.strings) setForeignText(key, text, documentTable);
+    for (const auto& [key, text] : recording.strings) setForeignText(key, text, document::documentTable);
     readWarnings = std::move(recording.warnings);
     if (!recording.title.empty()) setDisplayTitle(recording.title);
     return true;

@@ -2,9 +2,9 @@
 
 #include "base/text.h"
 #include "base/units.h"
+#include "document/DocumentHold.h"
 #include "document/ImageBoundView.h"
 #include "document/bitmap_heights.h"
-#include "document/kept_document.h"
 #include "document/update_hints.h"
 #include "platform/View.h"
 #include "platform/WinApp.h"
@@ -231,7 +231,7 @@ void CStorageDoc::closeViewsOf(unsigned first, unsigned last)
 
 void CStorageDoc::RemoveImage(unsigned image)
 {
-    const kept_document kept(*this);
+    const CDocumentHold kept(*this);
     closeViewsOf(image, image);
     if (image < images.size() && image < imageOptions.size()) {
         images.erase(images.begin() + image);

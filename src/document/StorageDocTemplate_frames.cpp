@@ -1,7 +1,7 @@
 #include "base/text.h"
+#include "document/DocumentHold.h"
 #include "document/ImageBoundView.h"
 #include "document/StorageDocTemplate.h"
-#include "document/kept_document.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
 #include "resources/frame_templates.h"
@@ -141,7 +141,7 @@ bool CStorageDocTemplate::CreateFr(const wchar_t* path, int makeVisible, CDocume
     auto* const storage = dynamic_cast<CStorageDoc*>(document);
     unsigned created = 0;
     if (storage) {
-        const kept_document kept(*document);
+        const CDocumentHold kept(*document);
         const std::set<std::string> parameters = parameter_names(*storage);
         for (; openingImage < storage->getImagesNumber(); ++openingImage) {
             if (parametrises_another(*storage, openingImage, parameters)) continue;
@@ -167,7 +167,7 @@ void CStorageDocTemplate::ShowAllViews(CStorageDoc* document, bool all)
         if (CFrameWnd* const frame = view->GetParentFrame()) frame->ActivateFrame();
     }
     {
-        const kept_document kept(*document);
+        const CDocumentHold kept(*document);
         for (CView* view : std::vector<CView*>(document->views())) {
             const auto* bound = dynamic_cast<IImageBoundView*>(view);
             if (!is_quick_view(view) || (bound->getImageNumber() < isShown.size() && isShown[bound->getImageNumber()]))

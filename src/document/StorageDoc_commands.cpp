@@ -1,7 +1,7 @@
 #include "base/text.h"
+#include "document/DocumentHold.h"
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
-#include "document/kept_document.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
 
@@ -43,7 +43,7 @@ void CStorageDoc::OnFileRevert()
 {
     const bool isShown = !views().empty();
     {
-        const kept_document kept(*this); // until the user knows why its windows went
+        const CDocumentHold kept(*this); // until the user knows why its windows went
         try {
             Revert();
         } catch (const CException& failure) {

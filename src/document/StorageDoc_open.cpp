@@ -1,6 +1,6 @@
 #include "base/text.h"
+#include "document/DocumentHold.h"
 #include "document/StorageDoc.h"
-#include "document/kept_document.h"
 #include "document/update_hints.h"
 #include "platform/WinApp.h"
 #include "platform/file_kind.h"
@@ -167,7 +167,7 @@ bool CStorageDoc::Revert()
         if (!isThere || isOthers) path = recording;
     }
     const unsigned before = getImagesNumber();
-    const kept_document kept(*this);
+    const CDocumentHold kept(*this);
     // First of all what shows an image that is gone has to go; the others may still ask for images that are there.
     const auto tellViews = [&] {
         closeViewsOf(getImagesNumber(), unsigned(-1));
