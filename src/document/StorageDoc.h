@@ -61,7 +61,6 @@ public:
         std::unique_ptr<BITMAPINFOHEADER, block_free> overlay;
         history undoSteps, redoSteps;
         std::uint64_t state = 0; ///< see document::content_state
-        bool isRestored = false; ///< the samples are those of the last undo step, which is still there
         document::decorations drawings;
     };
 
@@ -141,7 +140,8 @@ public:
     void undo(unsigned image);
     /// One step forward again; sets the modified flag.
     void redo(unsigned image);
-    void dropUndo(unsigned image); ///< forgets the last step
+    /// Forgets the last step. Where the image is as it was before that, it counts as unchanged since.
+    void dropUndo(unsigned image);
     void dropRedo(unsigned image);
     bool canUndo(unsigned image) const noexcept;
     bool canRedo(unsigned image) const noexcept;

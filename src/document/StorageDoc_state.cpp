@@ -47,11 +47,7 @@ std::optional<std::span<const std::byte>> CStorageDoc::samplesIn(std::uint64_t s
     return std::nullopt;
 }
 
-void CStorageDoc::renumber(unsigned image) noexcept
-{
-    imageOptions[image].state = next_state();
-    imageOptions[image].isRestored = false;
-}
+void CStorageDoc::renumber(unsigned image) noexcept { imageOptions[image].state = next_state(); }
 
 void CStorageDoc::textsChanged()
 {

@@ -3,6 +3,7 @@
 #include "platform/WinApp.h"
 #include "resources/strings.h"
 
+#include <cstring>
 #include <new>
 #include <optional>
 #include <string>
@@ -26,6 +27,13 @@ void copy_samples(const CUndoData& record, SPMDataStream& stream)
 {
     if (const unsigned elementSize = stream.array_element_size())
         stream.set_array(record.data, static_cast<unsigned>(record.size / elementSize), 0);
+}
+
+/// The declaration and all samples are those of a step.
+bool is_as_in(const SPMDataStream& stream, const CUndoData& step)
+{
+    return stream.data_size() == step.size && declaration_line(stream) == step.description &&
+           (step.size == 0 || std::memcmp(stream.array_data(), step.data, step.size) == 0);
 }
 
 void warn(unsigned text)
@@ -110,7 +118,6 @@ public:
         restored.commit();
         to.splice(to.end(), back);
         kept.state = from.back().state;
-        kept.isRestored = false;
         from.pop_back();
     }
     void tellViews() const { restored.tellViews(); }
@@ -169,7 +176,6 @@ void CStorageDoc::restore(unsigned image)
     restored.commit();
     // A number of its own: what is written over it next is no longer what the step holds.
     renumber(image);
-    imageOptions[image].isRestored = true;
     restored.tellViews();
 }
 
@@ -196,8 +202,8 @@ void CStorageDoc::dropUndo(unsigned image)
 {
     if (!canUndo(image)) return;
     options& kept = imageOptions[image];
-    if (kept.isRestored) kept.state = kept.undoSteps.back().state; // a preview that was taken back
-    kept.isRestored = false;
+    // A preview that was taken back is no change; whatever was written behind it is.
+    if (is_as_in(images[image], kept.undoSteps.back())) kept.state = kept.undoSteps.back().state;
     kept.undoSteps.pop_back();
     noteChange();
 }

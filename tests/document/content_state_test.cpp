@@ -90,6 +90,11 @@ TEST_F(ContentStateTest, APreviewThatIsTakenBackIsNoChange)
     document.dropUndo(0);
     EXPECT_FALSE(document.isChanged());
     EXPECT_EQ(document.getDataPoint1S(0, 0, 0), 0);
+    change(5);
+    document.restore(0);
+    document.getDataPoint1S(0, 0, 0) = 6; // as a module writes, by a pointer
+    document.dropUndo(0);
+    EXPECT_TRUE(document.isChanged()) << "what is there now is neither in the file nor in the history";
 }
 
 TEST_F(ContentStateTest, ADocumentKnowsItsFiles)
