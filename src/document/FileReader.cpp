@@ -92,6 +92,7 @@ bool VLFileReader::readNative(std::istream& in)
     document::stream_source source(in, sourcePath);
     source.onProgress = [this](double done) { return tellProgress(done); };
     readError = document::read_spmx(source, *this);
+    isOfSeveralFiles = false;
     if (readCancelled) readError = cancelled;
     if (readError.empty()) warnOfVoids();
     return readError.empty();
@@ -119,6 +120,7 @@ bool VLFileReader::readForeign(std::istream& in, const formats::format_row& form
     document::stream_source source(in, sourcePath);
     source.onProgress = [this](double done) { return tellProgress(done); };
     auto recording = format.read(source);
+    isOfSeveralFiles = source.hasOpenedSiblings();
     if (readCancelled) {
         readError = cancelled;
         return false;

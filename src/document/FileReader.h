@@ -58,6 +58,7 @@ protected:
 
     std::string readError;
     std::vector<std::string> readWarnings;
+    bool isOfSeveralFiles = false; ///< files beside the last one that was read were needed as well
 
 private:
     bool tellProgress(double done);

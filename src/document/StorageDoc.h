@@ -282,7 +282,8 @@ private:
     /// cancelled.
     std::wstring confirmedTarget(const std::wstring& target) const;
     bool saveTo(const std::wstring& target, bool replace);
-    void wasStored(const std::wstring& path);
+    /// \param stamp  of the file whose content the document has, which may be another by now; nothing for none
+    void wasStored(const std::wstring& path, const std::optional<platform::file_stamp>& stamp);
     /// The image has other samples now.
     void renumber(unsigned image) noexcept;
     void textsChanged();

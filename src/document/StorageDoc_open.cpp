@@ -93,8 +93,8 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
         return false;
     }
     std::error_code error;
-    errno = 0;
-    std::ifstream in(file, std::ios::binary);
+    std::ifstream in;
+    const auto opened = platform::open_stamped(in, full);
     const bool isFolder = std::filesystem::is_directory(file, error);
     if (!in || isFolder) {
         ReportSaveLoadException(full.c_str(), CFileException(open_error(file), full), false);
@@ -120,9 +120,12 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     fileSizeLow = static_cast<std::uint32_t>(size);
     fileSizeHigh = static_cast<std::uint32_t>(size >> 32);
     incomplete = false;
+    if (platform::stamp_of(full) != opened)
+        readWarnings.push_back("another program changed the file while it was read; open it again to see it as it is");
     tell_warnings(fullPath, getReadWarnings());
     SetModifiedFlag(fileType != FILE_SPMX);
-    wasStored(fullPath);
+    wasStored(fullPath, opened);
+    if (isOfSeveralFiles) storedIn.reset();
     return true;
 }
 

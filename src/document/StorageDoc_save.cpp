@@ -150,7 +150,7 @@ bool CStorageDoc::OnSaveDocument(const wchar_t* path)
         return false;
     }
     if (!CDocument::OnSaveDocument(target.c_str())) return false;
-    if (!displayOnly) wasStored(target);
+    if (!displayOnly) wasStored(target, platform::stamp_of(target));
     return true;
 }
 

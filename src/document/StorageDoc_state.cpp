@@ -62,13 +62,12 @@ void CStorageDoc::noteChange()
     updateFrameTitles();
 }
 
-void CStorageDoc::wasStored(const std::wstring& path)
+void CStorageDoc::wasStored(const std::wstring& path, const std::optional<platform::file_stamp>& stamp)
 {
-    knownFiles.note(path);
     storedContent = contentState();
     storedIn.reset();
-    if (const document::own_files::entry* const known = knownFiles.last(); known && known->path == path)
-        storedIn = *known;
+    if (stamp) storedIn = {path, *stamp};
+    if (storedIn) knownFiles.note(*storedIn);
     noteChange();
 }
 

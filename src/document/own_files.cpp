@@ -6,11 +6,6 @@
 
 namespace document {
 
-void own_files::note(const std::wstring& path)
-{
-    if (const auto stamp = platform::stamp_of(path)) note(entry{path, *stamp});
-}
-
 void own_files::note(const entry& added)
 {
     std::erase_if(known, [&](const entry& each) { return each.path == added.path; });

@@ -21,9 +21,8 @@ public:
         foreign   ///< the document never read nor wrote it
     };
 
-    /// The file is now as the document read or wrote it. Nothing is noted where there is none.
-    void note(const std::wstring& path);
-    void note(const entry& known);
+    /// A file as the document read or wrote it, which is not always as it is by now.
+    void note(const entry& added);
     void clear() noexcept { known.clear(); }
     relation of(const std::wstring& path) const;
     /// The latest one; null when there is none.

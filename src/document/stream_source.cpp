@@ -77,7 +77,9 @@ std::unique_ptr<formats::source> stream_source::sibling(const std::string& sibli
     std::error_code error;
     if (!std::filesystem::is_regular_file(beside, error)) return nullptr;
     auto opened = std::make_unique<file_source>(platform::to_wide(beside));
-    return opened->isOpen() ? std::move(opened) : nullptr;
+    if (!opened->isOpen()) return nullptr;
+    openedSiblings = true;
+    return opened;
 }
 
 std::vector<std::string> stream_source::siblings()

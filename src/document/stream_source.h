@@ -19,6 +19,7 @@ public:
     std::unique_ptr<formats::source> sibling(const std::string& fileName) override;
     std::vector<std::string> siblings() override;
     bool progress(double done) override;
+    bool hasOpenedSiblings() const noexcept { return openedSiblings; }
 
     /// Told how much is done, which never falls; false gives up, and every read fails from then on. May stay empty.
     std::function<bool(double)> onProgress;
@@ -29,7 +30,7 @@ private:
     std::string fileName;
     std::uint64_t bytes = 0, bytesRead = 0, bytesTold = 0;
     double furthest = 0.0;
-    bool isCancelled = false;
+    bool isCancelled = false, openedSiblings = false;
 };
 
 } // namespace document

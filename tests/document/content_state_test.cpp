@@ -97,6 +97,34 @@ TEST_F(ContentStateTest, APreviewThatIsTakenBackIsNoChange)
     EXPECT_TRUE(document.isChanged()) << "what is there now is neither in the file nor in the history";
 }
 
+TEST_F(ContentStateTest, AFileThatChangesWhileItIsReadIsNotTheDocumentsOwn)
+{
+    const std::pair<const char*, std::function<void()>> changes[] = {
+        {"replaced",
+         [&] {
+             CStorageDoc other;
+             const SPMDataStream stream = heights("other", {4});
+             other.AddNewImages(&stream, 1);
+             EXPECT_TRUE(other.OnSaveDocument(path.c_str()));
+         }},
+        {"written to", [&] { std::ofstream(folder / "a.spm", std::ios::app) << "more"; }},
+    };
+    for (const auto& [name, change] : changes) {
+        ASSERT_TRUE(document.OnSaveDocument(path.c_str()));
+        CStorageDoc opened;
+        opened.onReadProgress = [&, act = change](double) mutable {
+            if (act) std::exchange(act, {})();
+            return true;
+        };
+        host.outputLines.clear();
+        ASSERT_TRUE(opened.OnOpenDocument(path.c_str()));
+        EXPECT_STREQ(opened.getImage(0).get_name(), "a") << name;
+        EXPECT_EQ(opened.ownFiles().of(path), document::own_files::relation::replaced) << name;
+        ASSERT_EQ(host.outputLines.size(), 1u) << name;
+        EXPECT_NE(host.outputLines[0].find("while it was read"), std::string::npos) << name;
+    }
+}
+
 TEST_F(ContentStateTest, ADocumentKnowsItsFiles)
 {
     using relation = document::own_files::relation;
