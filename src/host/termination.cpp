@@ -1,6 +1,7 @@
 #include "host/termination.h"
 
 #include <QSocketNotifier>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,8 +12,10 @@ int askedToEnd[2] = {-1, -1}; ///< a pipe: all that a signal handler may do is t
 
 extern "C" void tell_of_signal(int)
 {
+    const int before = errno; // of whatever is interrupted here
     const char byte = 0;
     [[maybe_unused]] const auto written = write(askedToEnd[1], &byte, 1);
+    errno = before;
 }
 
 } // namespace
@@ -28,5 +31,6 @@ void host::on_termination(QObject& owner, const std::function<void()>& then)
     });
     struct sigaction action{};
     action.sa_handler = tell_of_signal;
+    action.sa_flags = SA_RESTART; // a save goes on
     for (const int signal : {SIGTERM, SIGHUP, SIGINT}) sigaction(signal, &action, nullptr);
 }

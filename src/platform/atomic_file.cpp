@@ -103,6 +103,14 @@ int copy_all(int from, int to)
     }
 }
 
+/// \return 0, or why the content is not on the disk
+int sync(int file)
+{
+    while (fsync(file) != 0)
+        if (errno != EINTR) return errno;
+    return 0;
+}
+
 /// Owner and permissions of the file to be replaced, the owner as far as the system allows it.
 int take_over(int file, const struct stat& old)
 {
@@ -122,7 +130,7 @@ atomic_file::atomic_file(const std::filesystem::path& target_) : given(target_),
     if (error != 0) fail(error);
     pending.reserve(bufferSize);
     mode = old ? old->st_mode & defaultMode : defaultMode;
-    remove_leftovers(folder());
+    remove_leftovers_at_times(folder());
     file = open_unnamed(folder(), mode);
     if (file >= 0)
         mark_as_used(file);
@@ -164,7 +172,7 @@ void atomic_file::commit()
 {
     assert(file >= 0 && "committed once");
     flush();
-    if (fsync(file) != 0) fail(errno);
+    if (const int error = sync(file); error != 0) fail(error);
     if (beside.empty()) giveName();
     if (rename(beside.c_str(), target.c_str()) != 0) fail(errno);
     beside.clear();
@@ -182,7 +190,7 @@ void atomic_file::giveName()
     struct stat status{};
     int error = fstat(file, &status) == 0 ? copy_all(file, named) : errno;
     if (error == 0) error = take_over(named, status);
-    if (error == 0 && fsync(named) != 0) error = errno;
+    if (error == 0) error = sync(named);
     close(file);
     file = named;
     if (error != 0) fail(error);
@@ -211,7 +219,7 @@ void atomic_file::sync_folder() const
 {
     const int descriptor = open(folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
-    const int error = fsync(descriptor) == 0 ? 0 : errno;
+    const int error = sync(descriptor);
     close(descriptor);
     if (error == EIO || error == ENOSPC || error == EDQUOT) fail(error);
 }

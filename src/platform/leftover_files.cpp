@@ -6,6 +6,7 @@
 #include <csignal>
 #include <ctime>
 #include <fcntl.h>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <sys/file.h>
@@ -73,6 +74,36 @@ try {
             remove_if_left(entry->path(), process);
 } catch (const std::exception&) {
     // who saves wants the save; the next one tries again
+}
+
+bool leftover_schedule::isDue(const std::filesystem::path& folder, clock::time_point now) const
+{
+    const auto found = due.find(folder);
+    return found == due.end() || now >= found->second;
+}
+
+void leftover_schedule::took(const std::filesystem::path& folder, clock::time_point end, clock::duration cost)
+{
+    constexpr int share = 100;
+    constexpr std::size_t maxFolders = 1000; // forgotten ones are looked through again
+    if (due.size() >= maxFolders) due.clear();
+    due[folder] = end + share * cost;
+}
+
+void remove_leftovers_at_times(const std::filesystem::path& folder) noexcept
+try {
+    static std::mutex guard;
+    static leftover_schedule schedule;
+    using clock = leftover_schedule::clock;
+    const auto start = clock::now();
+    const std::filesystem::path whole = std::filesystem::absolute(folder);
+    const std::lock_guard lock(guard);
+    if (!schedule.isDue(whole, start)) return;
+    remove_leftovers(whole);
+    const auto end = clock::now();
+    schedule.took(whole, end, end - start);
+} catch (const std::exception&) {
+    // as above
 }
 
 } // namespace platform

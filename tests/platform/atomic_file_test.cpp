@@ -1,6 +1,7 @@
 #include "platform/atomic_file.h"
 
 #include "platform/Exceptions.h"
+#include "platform/leftover_files.h"
 #include "platform/paths.h"
 #include "platform/unnamed_file.h"
 
@@ -21,6 +22,7 @@
 namespace {
 
 bool linksFail = false;
+int interruptions = 0; ///< of syncing that are still to come
 
 } // namespace
 
@@ -29,6 +31,14 @@ extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char
 {
     if (!linksFail) return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
     errno = EPERM;
+    return -1;
+}
+
+/// A signal without SA_RESTART does this, at a moment that no test can choose.
+extern "C" int fsync(int file)
+{
+    if (interruptions-- <= 0) return static_cast<int>(syscall(SYS_fsync, file));
+    errno = EINTR;
     return -1;
 }
 
@@ -176,6 +186,27 @@ TEST_F(AtomicFile, ManyKillsLeaveTheTargetWholeAndTheNextSaveNothing)
         replace(target, "old");
         EXPECT_EQ(files(), 1);
     }
+}
+
+TEST_F(AtomicFile, ASignalWhileItIsSyncedEndsNoSave)
+{
+    interruptions = 2;
+    EXPECT_EQ(refusal(target), 0);
+    EXPECT_LT(interruptions, 0) << "it was synced in the end";
+    EXPECT_EQ(content_of(target), "new");
+}
+
+TEST(LeftoverSchedule, LooksAgainWhenAHundredTimesTheCostHasPassed)
+{
+    using namespace std::chrono_literals;
+    using clock = platform::leftover_schedule::clock;
+    platform::leftover_schedule schedule;
+    const clock::time_point start{};
+    EXPECT_TRUE(schedule.isDue("/large", start));
+    schedule.took("/large", start + 30ms, 30ms);
+    EXPECT_FALSE(schedule.isDue("/large", start + 3029ms));
+    EXPECT_TRUE(schedule.isDue("/large", start + 3030ms));
+    EXPECT_TRUE(schedule.isDue("/other", start + 30ms));
 }
 
 TEST_F(AtomicFile, KeepsPermissionsAndGivesNewFilesTheUsualOnes)
