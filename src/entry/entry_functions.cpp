@@ -94,10 +94,11 @@ void VldvOpenDocument(int options)
     const std::vector<std::wstring> paths = chosen_files(options, variables);
     if (!paths.empty()) {
         store_values(*global, variables);
-        const CFailureList together(*app);
-        vldvSurfaceTemplate.setFirstMerged();
-        for (const std::wstring& path : paths) app->OpenDocumentFile(path.c_str());
-        vldvSurfaceTemplate.setLastMerged();
+        tell_failures_together(*app, [&] {
+            vldvSurfaceTemplate.setFirstMerged();
+            for (const std::wstring& path : paths) app->OpenDocumentFile(path.c_str());
+            vldvSurfaceTemplate.setLastMerged();
+        });
     }
     global->ReleaseList();
 }
@@ -121,8 +122,9 @@ void VldvOpenQuickView()
     }
     if (static_cast<bool>(asked[1])) close_quick_views(*app);
     vldvSurfaceTemplate.ResetWndPos();
-    const CFailureList together(*app);
-    for (const std::wstring& path : paths) vldvSurfaceTemplate.QuickViewOpenDocumentFile(path.c_str(), true);
+    tell_failures_together(*app, [&] {
+        for (const std::wstring& path : paths) vldvSurfaceTemplate.QuickViewOpenDocumentFile(path.c_str(), true);
+    });
 }
 
 void VldvPageSetup()

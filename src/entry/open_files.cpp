@@ -26,20 +26,24 @@ std::vector<std::filesystem::path> chosen_of(CWinApp& app, const std::wstring& f
     return files;
 }
 
+void open_one(CWinApp& app, const std::wstring& name)
+{
+    const std::wstring path = platform::full_path(platform::expanded_home(name));
+    std::error_code error;
+    if (!std::filesystem::is_directory(platform::to_path(path), error))
+        app.OpenDocumentFile(path.c_str());
+    else
+        for (const std::filesystem::path& file : chosen_of(app, path))
+            app.OpenDocumentFile(platform::to_wide(file).c_str());
+}
+
 } // namespace
 
 void open_files(CWinApp& app, std::span<const std::wstring> names)
 {
-    const CFailureList together(app);
-    for (const std::wstring& name : names) {
-        const std::wstring path = platform::full_path(platform::expanded_home(name));
-        std::error_code error;
-        if (!std::filesystem::is_directory(platform::to_path(path), error))
-            app.OpenDocumentFile(path.c_str());
-        else
-            for (const std::filesystem::path& file : chosen_of(app, path))
-                app.OpenDocumentFile(platform::to_wide(file).c_str());
-    }
+    tell_failures_together(app, [&] {
+        for (const std::wstring& name : names) open_one(app, name);
+    });
 }
 
 } // namespace entry

@@ -66,8 +66,16 @@ void CWinApp::reportFailure(const std::wstring& path, const std::string& reason)
         machine.messageBox(reason, message_icon::warning);
 }
 
-CFailureList::~CFailureList()
+void tell_failures_together(CWinApp& app, const std::function<void()>& work)
 {
+    ++app.failureLists;
+    try {
+        work();
+    } catch (...) {
+        if (--app.failureLists == 0)
+            for (const file_failure& each : std::exchange(app.failures, {})) app.machine.output(each.reason);
+        throw;
+    }
     if (--app.failureLists > 0) return;
     const std::vector<file_failure> told = std::exchange(app.failures, {});
     if (told.size() == 1)

@@ -2,6 +2,7 @@
 #include "platform/FrameWnd.h"
 #include "platform/Host.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,7 +31,7 @@ public:
     /// Opens a file by the template that suits it best, or brings its document to the front when it is open already.
     virtual CDocument* OpenDocumentFile(const wchar_t* path);
 
-    /// Tells the user why a file was not opened: at once, or at the end of a `CFailureList` with the others.
+    /// Tells the user why a file was not opened: at once, or with the others by `tell_failures_together`.
     void reportFailure(const std::wstring& path, const std::string& reason);
 
     // Frames, in the order of their making.
@@ -60,9 +61,9 @@ public:
     static constexpr std::size_t maxRecentFiles = 16;
 
 private:
-    friend class CFailureList;
+    friend void tell_failures_together(CWinApp& app, const std::function<void()>& work);
     IHost& machine;
-    int failureLists = 0; ///< that live
+    int failureLists = 0; ///< that are being collected
     std::vector<file_failure> failures;
     std::vector<std::wstring> recent;
     std::vector<CDocTemplate*> templates;
@@ -85,15 +86,6 @@ public:
     ~CWaitCursor();
 };
 
-/// While it lives, files that cannot be opened are collected; the end of the outermost one tells them in one list, a
-/// single one as ever.
-class CFailureList {
-public:
-    explicit CFailureList(CWinApp& app_) : app(app_) { ++app.failureLists; }
-    CFailureList(const CFailureList&) = delete;
-    CFailureList& operator=(const CFailureList&) = delete;
-    ~CFailureList();
-
-private:
-    CWinApp& app;
-};
+/// Does `work`; files that cannot be opened meanwhile are told at its end in one list, a single one as ever. Of several
+/// within each other the outermost tells. Where `work` throws there is no dialog: the output pane has the list then.
+void tell_failures_together(CWinApp& app, const std::function<void()>& work);

@@ -1,5 +1,6 @@
 // What was not saved is opened again: after closing, and after the program died.
 #include "entry_fixture.h"
+#include "platform/Exceptions.h"
 
 #include "entry/save_documents.h"
 
@@ -201,6 +202,21 @@ TEST_F(KeptWorkTest, AMagnifierIsWorkOnlyWhenItIsWorkedOn)
     EXPECT_TRUE(std::filesystem::exists(folder / "part.spm"));
     ASSERT_TRUE(comes([this] { return closedText() != ""; }));
     EXPECT_EQ(closedText(1), "") << "the one that was only looked at is not among them";
+}
+
+TEST_F(KeptWorkTest, WhatFailsWhileSeveralFilesAreOpenedIsToldOnce)
+{
+    const auto fail = [this] { app->reportFailure(L"a", "a: no"); };
+    EXPECT_THROW(tell_failures_together(*app,
+                                        [&] {
+                                            fail();
+                                            throw CException("thrown");
+                                        }),
+                 CException);
+    EXPECT_EQ(host.messages, std::vector<std::string>()) << "no dialog in the middle of a failure";
+    EXPECT_EQ(host.outputLines, std::vector<std::string>{"a: no"});
+    tell_failures_together(*app, fail);
+    EXPECT_EQ(host.messages, std::vector<std::string>{"a: no"}) << "what failed before is not told again";
 }
 
 TEST_F(KeptWorkTest, WithoutAStateFolderThereIsAWordAndTheProgramGoesOn)
