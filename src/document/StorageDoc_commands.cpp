@@ -63,7 +63,9 @@ void CStorageDoc::OnFileDelete()
         if (CFrameWnd* frame = view->GetParentFrame()) frames.push_back(frame);
     for (CFrameWnd* frame : frames) frame->DestroyFrame();
     CWinApp* const app = AfxGetApp();
-    if (!app || file.empty() || app->host().moveToTrash(file)) return;
+    if (!app || file.empty()) return;
+    app->fileGoes(file);
+    if (app->host().moveToTrash(file)) return;
     app->host().messageBox(base::narrow(file) + " could not be moved to the trash, and stays where it is.",
                            message_icon::warning);
 }

@@ -23,6 +23,7 @@ public:
     /// The session ends, and with it the program, without a question: the next start offers what was open and changed.
     void leaveWork() { kept.leave(); }
     void documentCloses(CDocument& document) override { kept.documentCloses(document); }
+    void fileGoes(const std::wstring& path) noexcept override { kept.fileGoes(path); }
 
 private:
     void OnFileOpen();

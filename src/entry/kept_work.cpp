@@ -81,8 +81,13 @@ void kept_work::step()
     CWinApp* const app = AfxGetApp();
     if (!copies || !app) return;
     copies->step(open_documents(*app));
-    if (const std::string failure = copies->takeError(); !failure.empty())
-        app->host().output("Unsaved work could not be kept: " + failure);
+    if (std::string failure = copies->takeError(); !failure.empty()) {
+        if (failure != toldFailure) app->host().output("Unsaved work could not be kept: " + failure);
+        toldFailure = std::move(failure);
+    } else if (!toldFailure.empty() && !copies->hasFailed() && copies->isUpToDate()) {
+        app->host().output("Unsaved work is kept again.");
+        toldFailure.clear();
+    }
 }
 
 void kept_work::documentCloses(CDocument& document)
@@ -91,12 +96,25 @@ void kept_work::documentCloses(CDocument& document)
     if (copies && storage) copies->documentCloses(*storage);
 }
 
+void kept_work::fileGoes(const std::wstring& path) noexcept
+try {
+    const std::error_code error = copies ? copies->fileGoes(platform::to_path(path)) : std::error_code();
+    if (error)
+        AfxGetApp()->host().output("Unsaved work that refers to " + base::narrow(path) +
+                                   " could not be completed: " + error.message());
+} catch (const std::exception&) {
+    // no memory for an old copy; the new file is what the user asked for
+}
+
 void kept_work::offerRecovery()
 {
     if (!copies) return;
-    const auto found = recovery::collect_from_the_dead(sessions, copies->closedFolder());
-    if (found.empty()) return;
-    for (const std::filesystem::path& folder : chosen_copies(found)) openCopy(folder);
+    const recovery::left_copies found = recovery::collect_from_the_dead(sessions, copies->closedFolder());
+    std::string unreadable = "Unsaved work is damaged, or of another version of the program. It stays in";
+    for (const std::filesystem::path& folder : found.unreadable) unreadable += "\n" + folder.native();
+    if (!found.unreadable.empty()) warn(unreadable);
+    if (found.good.empty()) return;
+    for (const std::filesystem::path& folder : chosen_copies(found.good)) openCopy(folder);
 }
 
 std::size_t kept_work::closedCount() { return closed ? closed->list().size() : 0; }
@@ -115,21 +133,35 @@ void kept_work::reopen(std::size_t index)
 
 void kept_work::openCopy(const std::filesystem::path& folder)
 {
-    const auto kept = recovery::read_manifest(folder);
+    auto kept = recovery::read_manifest(folder);
+    const source_choice from = kept ? choose_source(*kept, folder) : source_choice();
+    if (!from.isWanted) return;
     const std::filesystem::path taken = kept ? copies->takeCopy(folder) : std::filesystem::path();
     if (taken.empty()) return warn("This document is not kept any more; another program may have opened it.");
+    openTaken(*kept, from, taken, folder);
+}
+
+void kept_work::openTaken(const recovery::kept_document& kept, const source_choice& from,
+                          const std::filesystem::path& taken, const std::filesystem::path& before)
+{
     const CWaitCursor wait;
     auto* const document = dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.CreateNewDocument());
     if (!document) return;
-    auto restored = recovery::restore(*document, *kept, taken);
-    std::string problem = base::narrow(kept->title) + " is not complete:";
+    auto restored = recovery::restore(*document, kept, taken, from.chosen ? from.chosen : find_source(kept, taken));
+    std::string problem = base::narrow(kept.title) + " is not complete:";
     for (const std::string& reason : restored.missing) problem += "\n" + reason;
     if (!restored.missing.empty()) warn(problem);
+    const bool hasImages = document->getImagesNumber() > 0;
     vldvSurfaceTemplate.setOpeningImage(0);
-    const bool isShown = vldvSurfaceTemplate.CreateFr(kept->path.c_str(), true, document);
-    if (isShown && restored.missing.empty()) return copies->adopt(*document, taken, std::move(restored.files));
+    if (!hasImages) {
+        vldvSurfaceTemplate.deleteDocument(document);
+        show_texts(kept);
+    }
+    const bool isShown = hasImages && vldvSurfaceTemplate.CreateFr(kept.path.c_str(), true, document);
+    if (isShown && restored.missing.empty())
+        return copies->adopt(*document, taken, std::move(restored.files), !from.chosen);
     std::error_code error; // another time the rest may be there again
-    std::filesystem::rename(taken, folder, error);
+    std::filesystem::rename(taken, before, error);
 }
 
 void kept_work::leave()

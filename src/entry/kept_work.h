@@ -1,4 +1,5 @@
 #pragma once
+#include "entry/source_choice.h"
 #include "recovery/autosave.h"
 #include "recovery/closed_documents.h"
 
@@ -17,6 +18,8 @@ public:
     /// Many times a second.
     void step();
     void documentCloses(CDocument& document);
+    /// A file is about to be replaced or moved away.
+    void fileGoes(const std::wstring& path) noexcept;
     /// Offers what a program had open and modified that died. What the user does not want stays among the closed ones.
     void offerRecovery();
 
@@ -32,10 +35,13 @@ public:
 
 private:
     void openCopy(const std::filesystem::path& folder);
+    void openTaken(const recovery::kept_document& kept, const source_choice& from, const std::filesystem::path& taken,
+                   const std::filesystem::path& before);
 
     std::unique_ptr<recovery::autosave> copies; ///< null: nothing is kept
     std::unique_ptr<recovery::closed_documents> closed;
     std::filesystem::path sessions;
+    std::string toldFailure; ///< why work is not kept at the moment
 };
 
 } // namespace entry

@@ -52,6 +52,7 @@ bool CDocument::OnSaveDocument(const wchar_t* path)
         platform::atomic_file file(platform::to_path(target));
         file_archive archive(target, file);
         Serialize(archive);
+        if (CWinApp* const app = AfxGetApp()) app->fileGoes(target);
         file.commit();
     } catch (const CException& failure) {
         ReportSaveLoadException(target.c_str(), failure, true);

@@ -48,6 +48,8 @@ public:
     void disposeDocument(std::unique_ptr<CDocument> document);
     /// A document is about to lose its content for good; it has no views any more.
     virtual void documentCloses(CDocument&) {}
+    /// The file at a full path is about to be replaced or moved away. Never throws.
+    virtual void fileGoes(const std::wstring&) noexcept {}
     void freeClosed();
 
     /// The active frame's view and document, then the application.

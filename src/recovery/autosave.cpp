@@ -24,14 +24,22 @@ std::optional<std::span<const std::byte>> samples_in(const std::vector<std::pair
 
 } // namespace
 
-autosave::autosave(const fs::path& root) : session(root / "sessions"), closed(root / "closed")
+autosave::autosave(const fs::path& root_, autosave_pauses pauses_)
+    : root(root_), session(root / "sessions"), closed(root / "closed"), pauses(pauses_)
 {
     std::error_code error;
     fs::create_directories(closed, error);
     if (error) throw CFileException(error.value(), platform::to_wide(closed));
 }
 
-autosave::~autosave() { finish(); }
+autosave::~autosave()
+{
+    try {
+        finish();
+    } catch (const std::exception&) {
+        // the next session offers what is complete
+    }
+}
 
 document_copy autosave::newCopy()
 {
@@ -50,23 +58,55 @@ autosave::tracked& autosave::entryOf(const CStorageDoc& document)
 
 void autosave::replaceFailed(tracked& entry)
 {
+    // What was half written may be what the disk has no room for.
+    writer.give([failed = entry.copy->path()] { remove_unnamed(failed); });
     if (entry.former.empty()) entry.former = entry.copy->path();
     entry.copy = std::make_unique<document_copy>(newCopy());
+    entry.retry = clock::now() + pauses.retry;
 }
 
 std::size_t autosave::feed(tracked& entry, std::size_t budget)
 {
-    const std::size_t used = entry.copy->feed(
+    return entry.copy->feed(
         [&entry](std::uint64_t state) {
             return entry.document ? entry.document->samplesIn(state) : samples_in(entry.held, state);
         },
         budget);
-    if (!entry.copy->isBusy() && !entry.former.empty())
-        writer.give([old = std::exchange(entry.former, {}), now = entry.copy->path()] {
-            std::error_code error;
-            if (read_manifest(now)) fs::remove_all(old, error);
-        });
-    return used;
+}
+
+void autosave::dropFormer(tracked& entry)
+{
+    if (entry.former.empty() || entry.copy->isBusy() || !entry.copy->isStored()) return;
+    writer.give([old = std::exchange(entry.former, {})] {
+        std::error_code error; // what cannot be removed is offered again, which loses nothing
+        fs::remove_all(old, error);
+    });
+}
+
+void autosave::feedAll(tracked& entry)
+{
+    while (entry.copy->isBusy()) {
+        writer.waitUntilBelow(waitingBytes);
+        feed(entry, stepBytes);
+    }
+}
+
+void autosave::keep(const CStorageDoc& document, std::size_t& budget, bool looks)
+{
+    tracked& entry = entryOf(document);
+    const document::content_state state = document.contentState();
+    if (entry.copy->hasFailed()) {
+        if (entry.wanted == state && clock::now() < entry.retry) return;
+        replaceFailed(entry);
+    }
+    if (entry.copy->isBusy()) budget -= std::min(budget, feed(entry, budget));
+    if (entry.copy->isBusy()) return;
+    dropFormer(entry);
+    const bool isIncomplete = looks && entry.copy->needsSource() && has_lost_source(document);
+    if (entry.copy->holds(state) && !isIncomplete) return;
+    entry.wanted = state;
+    entry.copy->begin(take_snapshot(document));
+    budget -= std::min(budget, feed(entry, budget));
 }
 
 void autosave::step(const std::vector<CStorageDoc*>& open)
@@ -79,16 +119,12 @@ void autosave::step(const std::vector<CStorageDoc*>& open)
         if (isOver) letGo(entry, found != open.end() && (*found)->getImagesNumber() == 0);
         return isOver;
     });
+    const bool looks = clock::now() >= nextLook;
+    if (looks) nextLook = clock::now() + pauses.look;
+    retryClosed();
     std::size_t budget = writer.waitingBytes() < waitingBytes ? stepBytes : 0;
-    for (const CStorageDoc* document : open) {
-        if (!document->isChanged()) continue;
-        tracked& entry = entryOf(*document);
-        if (entry.copy->hasFailed() && !entry.copy->holds(document->contentState())) replaceFailed(entry);
-        if (entry.copy->isBusy()) budget -= std::min(budget, feed(entry, budget));
-        if (entry.copy->isBusy() || entry.copy->holds(document->contentState())) continue;
-        entry.copy->begin(take_snapshot(*document));
-        budget -= std::min(budget, feed(entry, budget));
-    }
+    for (const CStorageDoc* document : open)
+        if (document->isChanged()) keep(*document, budget, looks);
     for (tracked& entry : entries)
         if (!entry.document) budget -= std::min(budget, feed(entry, budget));
     settleClosed();
@@ -97,8 +133,14 @@ void autosave::step(const std::vector<CStorageDoc*>& open)
 bool autosave::isUpToDate() const
 {
     return std::ranges::all_of(entries, [](const tracked& entry) {
-        return entry.copy->hasFailed() || (entry.document && entry.copy->holds(entry.document->contentState()));
+        if (entry.copy->hasFailed()) return true;
+        return entry.document && entry.copy->holds(entry.document->contentState()) && entry.copy->isStored();
     });
+}
+
+bool autosave::hasFailed() const
+{
+    return std::ranges::any_of(entries, [](const tracked& entry) { return entry.copy->hasFailed(); });
 }
 
 void autosave::documentCloses(CStorageDoc& document)
@@ -114,21 +156,33 @@ void autosave::documentCloses(CStorageDoc& document)
     tracked& entry = entryOf(document);
     entry.wanted = document.contentState();
     if (entry.copy->hasFailed()) replaceFailed(entry);
-    if (!entry.copy->holds(entry.wanted)) {
-        entry.copy->begin(take_snapshot(document));
+    const bool isHeld = !entry.copy->isBusy() && entry.copy->holds(entry.wanted) &&
+                        !(entry.copy->needsSource() && has_lost_source(document));
+    if (!isHeld || !entry.copy->isStored()) {
+        entry.closing = take_snapshot(document);
+        if (!isHeld) entry.copy->begin(*entry.closing);
         entry.held = document.releaseImages();
     }
     entry.document = nullptr;
     settleClosed();
 }
 
+void autosave::retryClosed()
+{
+    for (tracked& entry : entries) {
+        if (entry.document || !entry.closing || !entry.copy->hasFailed() || clock::now() < entry.retry) continue;
+        replaceFailed(entry);
+        entry.copy->begin(*entry.closing);
+    }
+}
+
 void autosave::settleClosed()
 {
-    std::erase_if(entries, [this](const tracked& entry) {
-        if (entry.document) return false;
-        const bool isOver = entry.copy->holds(entry.wanted) || !entry.copy->isBusy();
-        if (isOver) moveToClosed(entry);
-        return isOver;
+    std::erase_if(entries, [this](tracked& entry) {
+        if (entry.document || entry.copy->isBusy() || !entry.copy->isStored()) return false;
+        dropFormer(entry);
+        moveToClosed(entry);
+        return true;
     });
 }
 
@@ -144,7 +198,7 @@ void autosave::moveToClosed(const tracked& entry)
 {
     writer.give([from = entry.copy->path(), to = closed] {
         std::error_code error;
-        if (!read_manifest(from)) { // nothing came of it
+        if (!fs::exists(from / manifestName, error) && !error) { // nothing came of it
             fs::remove_all(from, error);
             return;
         }
@@ -169,26 +223,37 @@ fs::path autosave::takeCopy(const fs::path& folder)
     return error ? fs::path() : taken;
 }
 
-void autosave::adopt(CStorageDoc& document, const fs::path& folder, std::map<std::uint64_t, std::string> files)
+void autosave::adopt(CStorageDoc& document, const fs::path& folder, std::map<std::uint64_t, std::string> files,
+                     bool isAsKept)
 {
     const std::string names = session.name() + "-" + std::to_string(++copies) + "-";
     tracked& entry = entries.emplace_back();
     entry.document = &document;
-    entry.copy = std::make_unique<document_copy>(folder, names, writer, document.contentState(), std::move(files));
+    const auto state = isAsKept ? std::optional(document.contentState()) : std::nullopt;
+    entry.copy = std::make_unique<document_copy>(folder, names, writer, state, std::move(files));
+}
+
+std::error_code autosave::fileGoes(const fs::path& file)
+{
+    // What is just being closed may refer to it as well.
+    for (tracked& entry : entries)
+        if (!entry.document) feedAll(entry);
+    writer.wait();
+    settleClosed();
+    writer.wait();
+    return keep_source(root, file, session.path());
 }
 
 void autosave::feedAll()
 {
-    for (tracked& entry : entries)
-        while (entry.copy->isBusy()) {
-            writer.waitUntilBelow(waitingBytes);
-            feed(entry, stepBytes);
-        }
+    for (tracked& entry : entries) feedAll(entry);
 }
 
 void autosave::finish()
 {
     feedAll();
+    writer.wait();
+    for (tracked& entry : entries) dropFormer(entry);
     settleClosed();
     writer.wait();
 }

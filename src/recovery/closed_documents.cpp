@@ -1,5 +1,8 @@
 #include "recovery/closed_documents.h"
 
+#include "platform/paths.h"
+#include "recovery/folder_entries.h"
+
 #include <algorithm>
 
 namespace recovery {
@@ -12,9 +15,8 @@ std::vector<closed_document> copies_in(const fs::path& root)
 {
     std::vector<closed_document> found;
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(root, error))
-        if (const auto kept = read_manifest(entry.path()))
-            found.push_back({entry.path(), kept->title, kept->path, kept->time});
+    for (const fs::path& folder : entries_of(root, error))
+        if (const auto kept = read_manifest(folder)) found.push_back({folder, kept->title, kept->path, kept->time});
     std::ranges::sort(found, std::greater<>(), &closed_document::time);
     return found;
 }
@@ -23,8 +25,9 @@ std::uint64_t bytes_in(const fs::path& folder)
 {
     std::uint64_t sum = 0;
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error)) {
-        const auto size = entry.file_size(error);
+    for (const fs::path& entry : entries_of(folder, error)) {
+        const bool isFolder = fs::is_directory(entry, error);
+        const auto size = isFolder ? bytes_in(entry) : fs::file_size(entry, error);
         if (!error) sum += size;
     }
     return sum;
@@ -34,14 +37,14 @@ std::uint64_t bytes_in(const fs::path& folder)
 
 const std::vector<closed_document>& closed_documents::list()
 {
+    // Times are too coarse to tell two changes apart that follow each other.
     std::error_code error;
-    const auto changed = fs::last_write_time(root, error);
-    if (error) {
-        known.clear();
-    } else if (changed != seen) {
-        known = copies_in(root);
-        seen = changed;
-    }
+    copy_stamps now;
+    for (const fs::path& folder : entries_of(root, error))
+        now.emplace(folder, platform::stamp_of(platform::to_wide(folder / manifestName)));
+    if (now == seen) return known;
+    known = copies_in(root);
+    seen = std::move(now);
     return known;
 }
 

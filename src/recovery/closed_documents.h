@@ -19,12 +19,13 @@ public:
     explicit closed_documents(std::filesystem::path root_) : root(std::move(root_)) {}
 
     const std::filesystem::path& path() const noexcept { return root; }
-    /// The latest first. Looks at the disk only when the folder has changed.
+    /// The latest first. Manifests are read only when some have come or gone.
     const std::vector<closed_document>& list();
 
 private:
     std::filesystem::path root;
-    std::filesystem::file_time_type seen{};
+    using copy_stamps = std::map<std::filesystem::path, std::optional<platform::file_stamp>>;
+    copy_stamps seen; ///< of their manifests
     std::vector<closed_document> known;
 };
 

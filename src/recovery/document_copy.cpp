@@ -3,6 +3,7 @@
 #include "platform/Exceptions.h"
 #include "platform/paths.h"
 #include "recovery/background_writer.h"
+#include "recovery/folder_entries.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -34,8 +35,10 @@ void store(const fs::path& path, std::span<const std::byte> bytes, std::uint64_t
         bytes = bytes.subspan(static_cast<std::size_t>(count));
         at += static_cast<std::uint64_t>(count);
     }
-    if (cuts && error == 0 && ftruncate(file, static_cast<off_t>(at)) != 0) error = errno;
-    if (close(file) != 0 && error == 0) error = errno;
+    while (cuts && error == 0 && ftruncate(file, static_cast<off_t>(at)) != 0)
+        if (errno != EINTR) error = errno;
+    // Interrupted, it is closed all the same.
+    if (close(file) != 0 && errno != EINTR && error == 0) error = errno;
     if (error != 0) throw CFileException(error, platform::to_wide(path));
 }
 
@@ -46,17 +49,27 @@ void exchange_manifest(const fs::path& folder, std::span<const std::byte> bytes)
     if (rename(made.c_str(), name.c_str()) != 0) throw CFileException(errno, platform::to_wide(name));
 }
 
-/// Removes what no manifest names any more.
-void sweep(const fs::path& folder, const std::set<std::string>& used)
+/// Removes what the manifest does not name any more.
+void sweep(const fs::path& folder, const kept_document& kept)
 {
+    std::set<std::string> used = {manifestName, sourceFolder};
+    for (const kept_image& image : kept.images) used.insert(image.file);
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error)) {
-        const std::string name = entry.path().filename().native();
-        if (name != manifestName && !used.contains(name)) fs::remove(entry.path(), error);
-    }
+    for (const fs::path& entry : entries_of(folder, error))
+        if (!used.contains(entry.filename().native())) fs::remove(entry, error);
+    drop_source(folder, kept);
 }
 
 } // namespace
+
+void remove_unnamed(const fs::path& folder)
+{
+    std::error_code error;
+    if (const auto kept = read_manifest(folder))
+        sweep(folder, *kept);
+    else if (!fs::exists(folder / manifestName, error) && !error)
+        fs::remove_all(folder, error);
+}
 
 document_copy::document_copy(fs::path folder_, std::string names_, background_writer& writer_)
     : folder(std::move(folder_)), names(std::move(names_)), writer(writer_)
@@ -70,13 +83,19 @@ document_copy::document_copy(fs::path folder_, std::string names_, background_wr
 }
 
 document_copy::document_copy(fs::path folder_, std::string names_, background_writer& writer_,
-                             document::content_state state, std::map<std::uint64_t, std::string> files)
+                             std::optional<document::content_state> state, std::map<std::uint64_t, std::string> files)
     : folder(std::move(folder_)),
       names(std::move(names_)),
       writer(writer_),
       written(std::move(files)),
       committed(std::move(state))
 {
+}
+
+bool document_copy::needsSource() const
+{
+    return committed &&
+           !std::ranges::all_of(committed->images, [this](std::uint64_t state) { return written.contains(state); });
 }
 
 void document_copy::begin(snapshot target)
@@ -141,15 +160,18 @@ void document_copy::commit()
         if (!image.file.empty()) used.insert(image.file);
     std::erase_if(written, [&](const auto& file) { return !used.contains(file.second); });
     committed = std::move(done.state);
-    writer.give([in = folder, kept = std::move(done.kept), used = std::move(used), flag = failed] {
+    ++commits;
+    writer.give([in = folder, kept = std::move(done.kept), known = ofSource, flag = failed, count = stored]() mutable {
         if (*flag) return;
         try {
+            note_checksums(kept, *known);
             exchange_manifest(in, encode(kept));
         } catch (...) {
             *flag = true;
             throw;
         }
-        sweep(in, used);
+        ++*count;
+        sweep(in, kept);
     });
 }
 

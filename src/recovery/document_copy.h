@@ -1,4 +1,5 @@
 #pragma once
+#include "recovery/kept_source.h"
 #include "recovery/snapshot.h"
 
 #include <atomic>
@@ -19,13 +20,18 @@ class document_copy {
 public:
     /// A new copy. \param names_  begins the names of its files; no other program may use it in this folder
     document_copy(std::filesystem::path folder_, std::string names_, background_writer& writer_);
-    /// A copy that is there already and holds `state`; `files` tells which of its files has which samples.
+    /// A copy that is there already and holds `state`, or nothing that is good any more; `files` tells which of its
+    /// files has which samples.
     document_copy(std::filesystem::path folder_, std::string names_, background_writer& writer_,
-                  document::content_state state, std::map<std::uint64_t, std::string> files);
+                  std::optional<document::content_state> state, std::map<std::uint64_t, std::string> files);
 
     const std::filesystem::path& path() const noexcept { return folder; }
     /// The folder holds this state, or will when the writer is done.
-    bool holds(const document::content_state& state) const { return committed == state; }
+    bool holds(const document::content_state& state) const { return committed == state && !hasFailed(); }
+    /// All that the folder holds has been written.
+    bool isStored() const noexcept { return !hasFailed() && *stored == commits; }
+    /// Some of the samples are in the document's file only.
+    bool needsSource() const;
     bool isBusy() const noexcept { return current.has_value(); }
     /// Brings the copy to another state from now on; what it held stays good until that is complete.
     void begin(snapshot target);
@@ -48,10 +54,16 @@ private:
     std::string names;
     background_writer& writer;
     std::shared_ptr<std::atomic<bool>> failed = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<std::atomic<unsigned>> stored = std::make_shared<std::atomic<unsigned>>(0); ///< of the commits
+    unsigned commits = 0;
     std::map<std::uint64_t, std::string> written; ///< complete files by the state whose samples they hold
+    std::shared_ptr<known_images> ofSource = std::make_shared<known_images>(); ///< the writer's alone
     std::optional<document::content_state> committed;
     std::optional<snapshot> current;
     std::vector<part> parts; ///< of the current one, that are not written yet; the last is next
 };
+
+/// Removes what the manifest in a folder does not name: all where there is none.
+void remove_unnamed(const std::filesystem::path& folder);
 
 } // namespace recovery

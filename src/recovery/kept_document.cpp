@@ -11,7 +11,7 @@ namespace recovery {
 
 namespace {
 
-constexpr std::string_view signature = "VLKEPT1\n";
+constexpr std::string_view signature = "VLKEPT2\n";
 
 std::uint32_t checksum(std::span<const std::byte> bytes)
 {
@@ -67,11 +67,13 @@ text_table table_from(base::byte_reader& in)
 kept_image image_from(base::byte_reader& in)
 {
     kept_image image;
+    image.id = text_from(in);
     image.declaration = text_from(in);
     image.texts = table_from(in);
     image.file = text_from(in);
     image.fileImage = in.u32();
     image.bytes = in.u64();
+    if (in.u8() != 0) image.checksum = in.u32();
     return image;
 }
 
@@ -111,11 +113,14 @@ std::vector<std::byte> encode(const kept_document& kept)
     out.table(kept.texts);
     out.number(static_cast<std::uint32_t>(kept.images.size()));
     for (const kept_image& image : kept.images) {
+        out.text(image.id);
         out.text(image.declaration);
         out.table(image.texts);
         out.text(image.file);
         out.number(image.fileImage);
         out.number(image.bytes);
+        out.number(static_cast<std::uint8_t>(image.checksum.has_value()));
+        if (image.checksum) out.number(*image.checksum);
     }
     out.number(checksum(out.bytes));
     return std::move(out.bytes);

@@ -16,11 +16,13 @@ using text_table = std::map<std::string, std::string>;
 
 /// One image of a kept document.
 struct kept_image {
+    std::string id;
     std::string declaration; ///< as `SPMDataStream::description()`
     text_table texts;
     std::string file; ///< beside the manifest, with the samples; empty: they are those of an image of `source`
-    std::uint32_t fileImage = 0; ///< its position there
-    std::uint64_t bytes = 0;     ///< of samples
+    std::uint32_t fileImage = 0;           ///< its position there
+    std::uint64_t bytes = 0;               ///< of samples
+    std::optional<std::uint32_t> checksum; ///< CRC-32 of those in `source`, where that tells it
 };
 
 /// What was kept of a document: all but samples.
@@ -35,7 +37,7 @@ struct kept_document {
 
 constexpr const char* manifestName = "manifest";
 
-/// Little-endian: "VLKEPT1\n", the fields in order with a 32-bit length before each text and list, and the CRC-32 of
+/// Little-endian: "VLKEPT2\n", the fields in order with a 32-bit length before each text and list, and the CRC-32 of
 /// all that.
 std::vector<std::byte> encode(const kept_document& kept);
 /// Nothing for bytes that `encode` has not made, or of which some are missing or changed.

@@ -2,7 +2,9 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/document_table.h"
 #include "platform/Exceptions.h"
+#include "platform/paths.h"
 
 #include <fstream>
 #include <memory>
@@ -14,43 +16,65 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned documentTable = unsigned(-1);
+/// Opening a file changes the current folder, which shall not be one of copies.
+class same_current_folder {
+public:
+    same_current_folder() : before(fs::current_path(error)) {}
+    same_current_folder(const same_current_folder&) = delete;
+    same_current_folder& operator=(const same_current_folder&) = delete;
+    ~same_current_folder()
+    {
+        if (!error) fs::current_path(before, error);
+    }
+
+private:
+    std::error_code error;
+    fs::path before;
+};
 
 /// The file of a kept document, opened when the first image is taken from it.
 class source_images {
 public:
-    explicit source_images(const kept_document& kept_) : kept(kept_) {}
+    source_images(const kept_document& kept_, const std::optional<found_source>& found_) : kept(kept_), found(found_)
+    {
+        if (kept.source) reason = base::narrow(kept.source->path) + " is not there any more, or not as it was";
+    }
 
-    /// Moves the samples of an image into `into`. \throws std::exception when they are not there or do not fit
-    void take(const kept_image& wanted, SPMDataStream& into)
+    /// Moves the samples of an image into `into`. \throws std::exception when they are not there
+    void take(std::size_t image, SPMDataStream& into)
     {
         open();
-        const std::string name = kept.source ? base::narrow(kept.source->path) : "its file";
-        if (!file) throw std::runtime_error(name + ": " + reason);
-        if (wanted.fileImage >= file->getImagesNumber() || file->GetDataSize(wanted.fileImage) != wanted.bytes ||
-            wanted.bytes != into.data_size())
-            throw std::runtime_error(name + ": it is not the file any more that it was");
-        into.set_array(file->getImage(wanted.fileImage).array_data(), into.array_length(), 0);
-        file->getImage(wanted.fileImage) = SPMDataStream(); // no two images are in memory twice
+        const auto place = found && image < found->places.size() ? found->places[image] : std::nullopt;
+        if (!file || !place || *place >= file->getImagesNumber()) throw std::runtime_error(reason);
+        SPMDataStream& there = file->getImage(*place);
+        if (kept.images[image].id != there.get_name() || there.data_size() != kept.images[image].bytes ||
+            there.data_size() != into.data_size())
+            throw std::runtime_error(reason);
+        into.set_array(there.array_data(), into.array_length(), 0);
+        there = SPMDataStream(); // no two images are in memory twice
     }
 
 private:
     void open()
     {
-        if (isOpened || !kept.source) return;
+        if (isOpened || !found) return;
         isOpened = true;
+        const same_current_folder untouched;
         auto opened = std::make_unique<CStorageDoc>();
         try {
-            if (opened->OnOpenDocument(kept.source->path.c_str())) file = std::move(opened);
+            const bool isRead = opened->OnOpenDocument(platform::to_wide(found->file).c_str());
+            // Another program may have replaced it since it was found.
+            if (isRead && opened->ownFiles().last()->stamp == found->stamp) file = std::move(opened);
         } catch (const CException& failure) {
             reason = failure.what();
         }
     }
 
     const kept_document& kept;
+    const std::optional<found_source>& found;
     bool isOpened = false;
     std::unique_ptr<CStorageDoc> file;
-    std::string reason = "it could not be opened";
+    std::string reason = "its samples are nowhere";
 };
 
 /// \throws std::exception when the file does not hold exactly these bytes
@@ -70,17 +94,24 @@ void read_samples(const fs::path& path, const kept_image& image, SPMDataStream& 
 
 restored_document restore(CStorageDoc& document, const kept_document& kept, const fs::path& folder)
 {
+    return restore(document, kept, folder, needs_source(kept) ? find_source(kept, folder) : std::nullopt);
+}
+
+restored_document restore(CStorageDoc& document, const kept_document& kept, const fs::path& folder,
+                          const std::optional<found_source>& from)
+{
     restored_document done;
-    source_images source(kept);
+    source_images source(kept, from);
     // No text has this number: the document stays changed until it is saved.
     document::content_state stored{.images = {}, .texts = ~std::uint64_t{0}};
-    for (const kept_image& image : kept.images) {
+    for (std::size_t i = 0; i < kept.images.size(); ++i) {
+        const kept_image& image = kept.images[i];
         SPMDataStream stream;
         try {
             stream.Init(image.declaration.c_str());
-            if (image.file.empty())
-                source.take(image, stream);
-            else
+            if (image.file.empty() && image.bytes > 0)
+                source.take(i, stream);
+            else if (!image.file.empty())
                 read_samples(folder / image.file, image, stream);
         } catch (const std::exception& failure) {
             done.missing.push_back(std::string(stream.get_description()) + ": " + failure.what());
@@ -97,7 +128,7 @@ restored_document restore(CStorageDoc& document, const kept_document& kept, cons
         if (image.fileImage >= stored.images.size()) stored.images.resize(image.fileImage + 1);
         stored.images[image.fileImage] = state;
     }
-    for (const auto& [key, text] : kept.texts) document.setString(key.c_str(), text.c_str(), documentTable);
+    for (const auto& [key, text] : kept.texts) document.setString(key.c_str(), text.c_str(), document::documentTable);
     if (kept.source) document.setStored(*kept.source, std::move(stored));
     if (!kept.path.empty()) document.SetPathName(kept.path.c_str(), false);
     document.SetTitle(kept.title.c_str());

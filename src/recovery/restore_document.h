@@ -1,5 +1,5 @@
 #pragma once
-#include "recovery/kept_document.h"
+#include "recovery/kept_source.h"
 
 class CStorageDoc;
 
@@ -11,8 +11,11 @@ struct restored_document {
     std::map<std::uint64_t, std::string> files; ///< of the copy, by the state that their images have now
 };
 
-/// Fills an empty document with what `folder` and the file that it refers to hold of `kept`. The document is changed
-/// afterwards, and stands to its file as the one did that was kept.
+/// Fills an empty document with what `folder` and `from` hold of `kept`. The document is changed afterwards, and
+/// stands to its file as the one did that was kept.
+restored_document restore(CStorageDoc& document, const kept_document& kept, const std::filesystem::path& folder,
+                          const std::optional<found_source>& from);
+/// With the file that the copy refers to, wherever `find_source` finds it.
 restored_document restore(CStorageDoc& document, const kept_document& kept, const std::filesystem::path& folder);
 
 } // namespace recovery

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "platform/Exceptions.h"
 #include "platform/paths.h"
+#include "recovery/folder_entries.h"
 #include "recovery/kept_document.h"
 
 #include <algorithm>
@@ -48,23 +49,29 @@ bool is_dead(const std::string& name)
     return process && *process > 0 && kill(static_cast<pid_t>(*process), 0) != 0 && errno == ESRCH;
 }
 
-/// Moves the good copies of a session that nobody holds any more, and removes the rest.
-void collect(const fs::path& session, const fs::path& closed, std::vector<fs::path>& found)
+/// Whether a folder is the copy of a document, good or bad; also where that cannot be told.
+bool is_copy(const fs::path& folder)
+{
+    std::error_code error;
+    return fs::exists(folder / manifestName, error) || error.value() != 0;
+}
+
+/// Moves the copies of a session that nobody holds any more, and removes the rest when all of them have moved.
+void collect(const fs::path& session, const fs::path& closed, left_copies& found)
 {
     const int lock = locked(session / lockName, 0);
     if (lock < 0) return; // it lives, or another program is just doing this
     std::error_code error;
-    std::vector<fs::path> copies;
-    for (const auto& entry : fs::directory_iterator(session, error))
-        if (entry.is_directory(error) && read_manifest(entry.path())) copies.push_back(entry.path());
-    bool isEmptied = true;
-    for (const fs::path& copy : copies) {
+    const std::vector<fs::path> entries = entries_of(session, error);
+    bool isEmptied = !error;
+    for (const fs::path& copy : entries) {
+        if (!is_copy(copy)) continue;
         const fs::path target = closed / copy.filename();
         fs::rename(copy, target, error);
         if (error)
             isEmptied = false;
         else
-            found.push_back(target);
+            (read_manifest(target) ? found.good : found.unreadable).push_back(target);
     }
     if (isEmptied) fs::remove_all(session, error);
     close(lock);
@@ -90,31 +97,33 @@ session_folder::session_folder(const fs::path& root) : ownName(session_name()), 
 
 session_folder::~session_folder()
 {
-    std::error_code error;
-    bool holdsCopies = false;
-    for (const auto& entry : fs::directory_iterator(folder, error)) holdsCopies |= entry.is_directory(error);
-    if (!holdsCopies) fs::remove_all(folder, error);
+    try {
+        std::error_code error;
+        const std::vector<fs::path> entries = entries_of(folder, error);
+        if (!error && std::ranges::none_of(entries, is_copy)) fs::remove_all(folder, error);
+    } catch (const std::exception&) {
+        // another session removes it
+    }
     close(lock);
 }
 
-std::vector<fs::path> collect_from_the_dead(const fs::path& root, const fs::path& closed)
+left_copies collect_from_the_dead(const fs::path& root, const fs::path& closed)
 {
     std::error_code error;
     fs::create_directories(closed, error);
-    std::vector<fs::path> sessions, found;
-    for (const auto& entry : fs::directory_iterator(root, error)) {
-        const std::string name = entry.path().filename().native();
+    left_copies found;
+    for (const fs::path& session : entries_of(root, error)) {
+        const std::string name = session.filename().native();
         if (!name.starts_with(unfinished))
-            sessions.push_back(entry.path());
+            collect(session, closed, found);
         else if (is_dead(name))
-            fs::remove_all(entry.path(), error); // killed before it had anything
+            fs::remove_all(session, error); // killed before it had anything
     }
-    for (const fs::path& session : sessions) collect(session, closed, found);
     const auto time_of = [](const fs::path& copy) {
         const auto kept = read_manifest(copy);
         return kept ? kept->time : 0;
     };
-    std::ranges::sort(found, std::greater<>(), time_of);
+    std::ranges::sort(found.good, std::greater<>(), time_of);
     return found;
 }
 

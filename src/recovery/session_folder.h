@@ -13,7 +13,7 @@ public:
     explicit session_folder(const std::filesystem::path& root);
     session_folder(const session_folder&) = delete;
     session_folder& operator=(const session_folder&) = delete;
-    /// Removes it when it is empty.
+    /// Removes it when it holds no copy.
     ~session_folder();
 
     const std::filesystem::path& path() const noexcept { return folder; }
@@ -26,9 +26,14 @@ private:
     int lock = -1;
 };
 
+/// What programs have left that died.
+struct left_copies {
+    std::vector<std::filesystem::path> good;       ///< the latest first
+    std::vector<std::filesystem::path> unreadable; ///< damaged, or of another version of the program
+};
+
 /// Moves the copies that programs have left that died into `closed`, and removes their folders.
-/// \return the new places of good copies, the latest first
-std::vector<std::filesystem::path> collect_from_the_dead(const std::filesystem::path& root,
-                                                         const std::filesystem::path& closed);
+/// \return the new places
+left_copies collect_from_the_dead(const std::filesystem::path& root, const std::filesystem::path& closed);
 
 } // namespace recovery

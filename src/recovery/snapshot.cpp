@@ -1,6 +1,8 @@
 #include "recovery/snapshot.h"
 
 #include "document/StorageDoc.h"
+#include "document/document_table.h"
+#include "platform/file_stamp.h"
 
 #include <algorithm>
 #include <chrono>
@@ -8,8 +10,6 @@
 namespace recovery {
 
 namespace {
-
-constexpr unsigned documentTable = unsigned(-1);
 
 std::int64_t now()
 {
@@ -19,14 +19,22 @@ std::int64_t now()
 
 kept_image image_of(const CStorageDoc& document, unsigned image)
 {
-    return {.declaration = document.getImage(image).description().c_str(),
+    return {.id = document.getImage(image).get_name(),
+            .declaration = document.getImage(image).description().c_str(),
             .texts = document.strings(image),
             .file = {},
             .fileImage = 0,
-            .bytes = document.GetDataSize(image)};
+            .bytes = document.GetDataSize(image),
+            .checksum = {}};
 }
 
 } // namespace
+
+bool has_lost_source(const CStorageDoc& document)
+{
+    const auto* const source = document.storedFile();
+    return source && platform::stamp_of(source->path) != source->stamp;
+}
 
 snapshot take_snapshot(const CStorageDoc& document)
 {
@@ -35,13 +43,14 @@ snapshot take_snapshot(const CStorageDoc& document)
     taken.kept.time = now();
     taken.kept.title = document.GetTitle();
     taken.kept.path = document.GetPathName();
-    taken.kept.texts = document.strings(documentTable);
+    taken.kept.texts = document.strings(document::documentTable);
     const auto* const source = document.storedFile();
     if (source) taken.kept.source = *source;
+    const bool hasSource = source && !has_lost_source(document);
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
         kept_image& image = taken.kept.images.emplace_back(image_of(document, i));
         taken.isInSource.push_back(false);
-        if (!source || !document.storedState()) continue;
+        if (!hasSource || !document.storedState()) continue;
         const auto& stored = document.storedState()->images;
         const auto found = std::ranges::find(stored, taken.state.images[i]);
         if (found == stored.end()) continue;

@@ -1,6 +1,7 @@
 // What was not saved is opened again: after closing, and after the program died.
 #include "entry_fixture.h"
 #include "platform/Exceptions.h"
+#include "view/TextView.h"
 
 #include "entry/save_documents.h"
 
@@ -33,7 +34,6 @@ protected:
     std::string closedText(unsigned index = 0)
     {
         const std::vector<std::string> texts = menuTexts(cmdFirstClosed);
-        EXPECT_EQ(enabled(cmdFirstClosed + index), index < texts.size());
         return index < texts.size() ? texts[index] : "";
     }
     /// Waits for the writer.
@@ -80,6 +80,8 @@ TEST_F(KeptWorkTest, WhatClosedUnsavedIsReopenedAsItWas)
     ASSERT_TRUE(comes([this] { return closedText() != ""; }));
     EXPECT_EQ(closedText().find("a && b (" + (folder / "a && b.spm").string() + ", 20"), 0u) << closedText();
     EXPECT_EQ(closedText(1), "");
+    EXPECT_TRUE(enabled(cmdFirstClosed));
+    EXPECT_FALSE(enabled(cmdFirstClosed + 1));
 
     app->OnCmdMsg(cmdFirstClosed, nullptr);
     ASSERT_EQ(app->frames().size(), 1u);
@@ -202,6 +204,83 @@ TEST_F(KeptWorkTest, AMagnifierIsWorkOnlyWhenItIsWorkedOn)
     EXPECT_TRUE(std::filesystem::exists(folder / "part.spm"));
     ASSERT_TRUE(comes([this] { return closedText() != ""; }));
     EXPECT_EQ(closedText(1), "") << "the one that was only looked at is not among them";
+}
+
+struct moved_case {
+    const char* name;
+    std::optional<std::size_t> answer;
+    bool findsIt, isShown, hasTexts;
+};
+
+class KeptWorkMoved : public KeptWorkTest, public testing::WithParamInterface<moved_case> {};
+
+TEST_P(KeptWorkMoved, WhatReferredToAFileThatMovedIsReached)
+{
+    app->keepWork(state());
+    const std::wstring path = surface("a.spm"), moved = (folder / "moved.spm").wstring();
+    opened(path).setString("note", "unsaved words", 0);
+    app->frames()[0]->DestroyFrame();
+    host.pump();
+    ASSERT_TRUE(comes([this] { return closedText() != ""; }));
+    std::filesystem::rename(path, moved);
+    host.answers = {GetParam().answer};
+    host.openPaths = {GetParam().findsIt ? moved : surface("other.spm", 5)};
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    ASSERT_EQ(host.questions.size(), 1u);
+    EXPECT_EQ(closedText() == "", GetParam().isShown) << "else it stays";
+    ASSERT_EQ(app->frames().size(), GetParam().isShown || GetParam().hasTexts ? 1u : 0u);
+    if (GetParam().isShown) {
+        EXPECT_STREQ(document().getString("note", 0), "unsaved words");
+        EXPECT_EQ(document().getDataPoint2S(0, 3, 3, 0), 15);
+        app->setActiveFrame(app->frames()[0].get());
+        app->routeCommand(cmdSave, nullptr);
+        EXPECT_EQ(host.questions.size(), 1u) << "it is the document's own file";
+        CStorageDoc again;
+        ASSERT_TRUE(again.OnOpenDocument(moved.c_str()));
+        EXPECT_STREQ(again.getString("note", 0), "unsaved words");
+    }
+    if (GetParam().hasTexts) {
+        const auto* const view = dynamic_cast<const CTextView*>(app->frames()[0]->GetActiveView());
+        ASSERT_NE(view, nullptr);
+        EXPECT_NE(view->GetText().find(L"note: unsaved words"), std::wstring::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, KeptWorkMoved,
+                         testing::Values(moved_case{"Found", 0, true, true, false},
+                                         moved_case{"AnotherFile", 0, false, false, false},
+                                         moved_case{"Without", 1, false, false, true},
+                                         moved_case{"Cancel", 2, false, false, false},
+                                         moved_case{"Escape", std::nullopt, false, false, false}),
+                         [](const auto& each) { return each.param.name; });
+
+TEST_F(KeptWorkTest, WhatWasClosedComesBackAlsoWhenItsFileWasSavedOverSince)
+{
+    app->keepWork(state());
+    const std::wstring path = surface("a.spm");
+    opened(path).setString("note", "first", 0);
+    app->frames()[0]->DestroyFrame(); // it is still being written when the next save comes
+    host.pump();
+    change(opened(path), 99);
+    app->routeCommand(cmdSave, nullptr);
+    app->closeAllFrames();
+    ASSERT_TRUE(comes([this] { return closedText() != ""; }));
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    EXPECT_EQ(host.messages, std::vector<std::string>());
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_STREQ(document().getString("note", 0), "first");
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 5) << "as it was, not as it was saved later";
+}
+
+TEST_F(KeptWorkTest, UnreadableCopiesAreTold)
+{
+    const auto copy = state() / "sessions" / "5-999999999" / "copy";
+    std::filesystem::create_directories(copy);
+    write_file(copy / "manifest", "VLKEPT9");
+    write_file(copy.parent_path() / "lock", "");
+    app->keepWork(state());
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].find((state() / "closed" / "copy").native()), std::string::npos);
 }
 
 TEST_F(KeptWorkTest, WhatFailsWhileSeveralFilesAreOpenedIsToldOnce)

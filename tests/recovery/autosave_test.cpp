@@ -40,7 +40,8 @@ protected:
     }
 
     CStorageDoc document;
-    std::unique_ptr<recovery::autosave> copies = std::make_unique<recovery::autosave>(state());
+    static constexpr recovery::autosave_pauses noPauses{.retry = {}, .look = {}};
+    std::unique_ptr<recovery::autosave> copies = std::make_unique<recovery::autosave>(state(), noPauses);
 };
 
 TEST_F(AutosaveTest, WritesChangedImagesOnlyAndNothingForWhatIsInItsFile)
@@ -178,6 +179,38 @@ TEST_F(AutosaveTest, ACopyThatCannotBeWrittenIsToldAndBegunAnew)
     EXPECT_EQ(keptValue(1), 9);
 }
 
+TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedAgainWithoutAnEdit)
+{
+    for (const bool closes : {false, true}) {
+        fill_image(document, 1, 7);
+        step();
+        copies->finish();
+        const std::filesystem::path first = onlyCopy();
+        std::filesystem::rename(first, folder / "elsewhere");
+        write_file(first, "in the way");
+        fill_image(document, 1, 8);
+        if (closes)
+            copies->documentCloses(document);
+        else
+            step();
+        copies->finish();
+        EXPECT_TRUE(copies->hasFailed());
+        EXPECT_NE(copies->takeError(), "");
+        std::filesystem::remove(first);
+        std::filesystem::rename(folder / "elsewhere", first);
+        copies->step({&document});
+        copies->finish();
+        EXPECT_FALSE(copies->hasFailed());
+        if (!closes) {
+            EXPECT_EQ(keptValue(1), 8);
+            continue;
+        }
+        CStorageDoc again;
+        EXPECT_TRUE(restoreLatest(again).missing.empty());
+        EXPECT_EQ(value_of(again, 1), 8) << "its images were still there";
+    }
+}
+
 TEST_F(AutosaveTest, ClosedDocumentsAreBoundedInNumberAndSize)
 {
     constexpr std::size_t surplus = 3;
@@ -197,7 +230,9 @@ TEST_F(AutosaveTest, ClosedDocumentsAreBoundedInNumberAndSize)
     EXPECT_TRUE(titles.contains(L"3"));
     std::uintmax_t one = 0; // they are equal but for two digits of the title
     for (const auto& file : std::filesystem::directory_iterator(closed.list().front().folder)) one += file.file_size();
+    const auto changed = std::filesystem::last_write_time(state() / "closed");
     recovery::prune_closed(state() / "closed", 20, 2 * one + one / 2);
+    std::filesystem::last_write_time(state() / "closed", changed); // as within one tick of the clock
     EXPECT_EQ(closed.list().size(), 2u);
     recovery::prune_closed(state() / "closed", 20, 1);
     EXPECT_EQ(closed.list().size(), 1u) << "the latest stays";
@@ -208,7 +243,7 @@ TEST_F(AutosaveTest, OnlyTheDeadAreCollectedFrom)
     fill_image(document, 0, 9);
     step();
     copies->finish();
-    EXPECT_TRUE(recovery::collect_from_the_dead(state() / "sessions", state() / "closed").empty());
+    EXPECT_TRUE(recovery::collect_from_the_dead(state() / "sessions", state() / "closed").good.empty());
     EXPECT_FALSE(onlyCopy().empty()) << "this program lives";
 }
 

@@ -10,7 +10,8 @@ recovery::kept_document everything()
     kept.path = L"/data/gr\u00fcn.mdt.spm";
     kept.source = document::own_files::entry{L"/data/gr\u00fcn.mdt", {1, 2, 3, -4, 5}};
     kept.texts = {{"\\Date", "Monday\n"}, {"empty", ""}};
-    kept.images = {{"x(Label),array,2,2", {{"k", std::string("a\0b", 3)}}, "n-1", 0, 4}, {"y,array,0,2", {}, "", 7, 0}};
+    kept.images = {{"x", "x(Label),array,2,2", {{"k", std::string("a\0b", 3)}}, "n-1", 0, 4, {}},
+                   {"y", "y,array,0,2", {}, "", 7, 0, 0x80000001u}};
     return kept;
 }
 
@@ -31,7 +32,10 @@ TEST(KeptDocument, ComesBackAsItWent)
     EXPECT_EQ(back->images[0].texts, kept.images[0].texts);
     EXPECT_EQ(back->images[0].file, "n-1");
     EXPECT_EQ(back->images[0].bytes, 4u);
+    EXPECT_EQ(back->images[0].checksum, std::nullopt);
+    EXPECT_EQ(back->images[1].id, "y");
     EXPECT_EQ(back->images[1].fileImage, 7u);
+    EXPECT_EQ(back->images[1].checksum, 0x80000001u);
 }
 
 TEST(KeptDocument, IsRefusedWhenAnyByteIsLostOrWrong)

@@ -1,0 +1,156 @@
+#include "recovery/kept_source.h"
+
+#include "document/FileReader.h"
+#include "document/spmx_open.h"
+#include "document/stream_source.h"
+#include "platform/paths.h"
+#include "recovery/folder_entries.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace recovery {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// \return empty for other files, and those that cannot be read
+std::vector<stored_image> images_of(std::ifstream& in)
+{
+    if (VLFileReader::GetDocumentType(in) != FILE_SPMX) return {};
+    document::stream_source file(in, {});
+    const auto opened = document::open_spmx(file);
+    std::vector<stored_image> found;
+    for (std::size_t i = 0; opened && i < opened->samples.size(); ++i) {
+        const auto& [entry, elements] = opened->samples[i];
+        const SPMDataStream& stream = opened->description.streams[i].stream;
+        // An entry that is shorter than its image says nothing of what follows.
+        if (entry.bytes == elements * stream.array_element_size())
+            found.push_back({stream.get_name(), entry.bytes, entry.checksum});
+        else
+            found.push_back({});
+    }
+    return found;
+}
+
+bool needs_source(const kept_image& image) { return image.file.empty() && image.bytes > 0; }
+
+std::optional<std::uint32_t> place_of(const kept_image& image, const std::vector<stored_image>& stored)
+{
+    const auto found = std::ranges::find_if(stored, [&](const stored_image& each) {
+        return image.checksum && each.id == image.id && each.bytes == image.bytes && each.checksum == *image.checksum;
+    });
+    if (found == stored.end()) return std::nullopt;
+    return static_cast<std::uint32_t>(found - stored.begin());
+}
+
+std::size_t count_places(const std::optional<found_source>& found)
+{
+    if (!found) return 0;
+    return static_cast<std::size_t>(std::ranges::count_if(found->places, [](const auto& place) { return !!place; }));
+}
+
+/// Makes `file` stand in `folder` as well. A link costs nothing and holds what the file is now, since it is replaced by
+/// another and not written to.
+std::error_code keep_in(const fs::path& folder, const fs::path& file, const fs::path& name, bool linksOnly)
+{
+    std::error_code error;
+    fs::create_directory(folder, error);
+    const fs::path behindLinks = error ? fs::path() : fs::canonical(file, error);
+    if (error) return error;
+    const fs::path made = folder / name, unfinished = folder / "unfinished";
+    fs::create_hard_link(behindLinks, made, error);
+    if (!error || error == std::errc::file_exists || linksOnly) return {};
+    const auto time = fs::last_write_time(file, error);
+    if (!error) fs::copy_file(file, unfinished, fs::copy_options::overwrite_existing, error);
+    if (!error) fs::last_write_time(unfinished, time, error);
+    if (!error) fs::rename(unfinished, made, error);
+    return error;
+}
+
+fs::path own_source(const fs::path& folder, const kept_document& kept)
+{
+    return folder / sourceFolder / platform::to_path(kept.source->path).filename();
+}
+
+/// A copy refers to a file that is as `stamp` tells.
+bool refers_to(const kept_document& kept, const std::optional<platform::file_stamp>& stamp)
+{
+    return stamp && kept.source && needs_source(kept) && kept.source->stamp.isOfSameContent(*stamp);
+}
+
+} // namespace
+
+bool needs_source(const kept_document& kept)
+{
+    return std::ranges::any_of(kept.images, [](const kept_image& image) { return needs_source(image); });
+}
+
+void note_checksums(kept_document& kept, known_images& known)
+{
+    if (!kept.source || !needs_source(kept)) return;
+    if (known.stamp != kept.source->stamp) {
+        std::ifstream in;
+        if (platform::open_stamped(in, kept.source->path) != kept.source->stamp) return;
+        known = {kept.source->stamp, images_of(in)};
+    }
+    for (kept_image& image : kept.images) {
+        if (!needs_source(image) || image.fileImage >= known.images.size()) continue;
+        const stored_image& there = known.images[image.fileImage];
+        if (there.id == image.id && there.bytes == image.bytes) image.checksum = there.checksum;
+    }
+}
+
+std::optional<found_source> source_in(const fs::path& file, const kept_document& kept)
+{
+    std::ifstream in;
+    const auto stamp = platform::open_stamped(in, platform::to_wide(file));
+    if (!stamp) return std::nullopt;
+    found_source found{.file = file, .stamp = *stamp, .places = {}, .isWhole = true};
+    const bool isAsItWas = kept.source && stamp->isOfSameContent(kept.source->stamp);
+    const std::vector<stored_image> stored = isAsItWas ? std::vector<stored_image>() : images_of(in);
+    for (const kept_image& image : kept.images) {
+        auto& place = found.places.emplace_back();
+        if (!needs_source(image)) continue;
+        place = isAsItWas ? std::optional(image.fileImage) : place_of(image, stored);
+        found.isWhole &= place.has_value();
+    }
+    return found;
+}
+
+std::optional<found_source> find_source(const kept_document& kept, const fs::path& folder)
+{
+    if (!kept.source) return std::nullopt;
+    auto own = source_in(own_source(folder, kept), kept);
+    if (own && own->isWhole) return own;
+    auto there = source_in(platform::to_path(kept.source->path), kept);
+    auto& better = count_places(there) > count_places(own) ? there : own;
+    return count_places(better) > 0 ? std::move(better) : std::nullopt;
+}
+
+std::error_code keep_source(const fs::path& state, const fs::path& file, const fs::path& session)
+{
+    const auto stamp = platform::stamp_of(platform::to_wide(file));
+    std::error_code failure, ignored;
+    if (!stamp) return failure;
+    std::vector<fs::path> places = entries_of(state / "sessions", ignored);
+    places.push_back(state / "closed");
+    for (const fs::path& place : places)
+        for (const fs::path& copy : entries_of(place, ignored)) {
+            const auto kept = read_manifest(copy);
+            if (!kept || !refers_to(*kept, stamp)) continue;
+            const auto error = keep_in(copy / sourceFolder, file, own_source(copy, *kept).filename(), place == session);
+            if (error && !failure) failure = error;
+        }
+    return failure;
+}
+
+void drop_source(const fs::path& folder, const kept_document& kept)
+{
+    std::error_code ignored; // it takes room, and is tried again with the next change
+    if (kept.source && refers_to(kept, platform::stamp_of(platform::to_wide(own_source(folder, kept))))) return;
+    fs::remove_all(folder / sourceFolder, ignored);
+}
+
+} // namespace recovery

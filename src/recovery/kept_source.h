@@ -1,0 +1,53 @@
+#pragma once
+#include "recovery/kept_document.h"
+
+#include <filesystem>
+
+namespace recovery {
+
+/// Some image has its samples in the document's file, not in the copy.
+bool needs_source(const kept_document& kept);
+
+/// What a native file says of an image without unpacking it.
+struct stored_image {
+    std::string id;
+    std::uint64_t bytes = 0;
+    std::uint32_t checksum = 0; ///< CRC-32 of the samples
+};
+/// The images of a file as it was once, so that it is not looked into again and again.
+struct known_images {
+    std::optional<platform::file_stamp> stamp;
+    std::vector<stored_image> images;
+};
+/// Notes what tells the samples of such images from others, as far as the file says that itself. Nothing is noted when
+/// the file is not any more what `kept` refers to.
+void note_checksums(kept_document& kept, known_images& known);
+
+/// A file that samples are taken from.
+struct found_source {
+    std::filesystem::path file;
+    platform::file_stamp stamp;
+    std::vector<std::optional<std::uint32_t>> places; ///< by image of the copy: which image of the file it is
+    bool isWhole = false;                             ///< every image has one that needs one
+};
+
+/// What `file` has of the images that `kept` does not hold: all when it is the file that it was then, else those whose
+/// checksums agree. \return nothing when there is no file
+std::optional<found_source> source_in(const std::filesystem::path& file, const kept_document& kept);
+/// The same of the file that lies in the copy's folder or, where that has more, at its place. \return nothing when
+/// neither has any
+std::optional<found_source> find_source(const kept_document& kept, const std::filesystem::path& folder);
+
+/// To be called before `file` is replaced: each copy in the state folder that refers to it as it is now gets it for its
+/// own, as a link, or where file systems know none as a copy of it.
+/// \param session  copies in this folder get a link or nothing: they can still be completed otherwise
+/// \return why one of them could not get it; no error when all is well
+std::error_code keep_source(const std::filesystem::path& state, const std::filesystem::path& file,
+                            const std::filesystem::path& session);
+/// Removes the file that a copy was given unless `kept`, its manifest, refers to it.
+void drop_source(const std::filesystem::path& folder, const kept_document& kept);
+
+/// Name of the folder in a copy that holds its file then.
+constexpr const char* sourceFolder = "source";
+
+} // namespace recovery
