@@ -124,6 +124,7 @@ void CQtTablePane::setTable(const std::vector<std::vector<std::wstring>>& rows)
 {
     isShowing = true;
     const bool isFirst = table->columnCount() == 0;
+    table->clearSelection(); // it counts rows, and they are others now
     const std::size_t columns = rows.empty() ? 0 : rows.front().size();
     table->setColumnCount(static_cast<int>(columns));
     table->setRowCount(rows.empty() ? 0 : static_cast<int>(rows.size() - 1));

@@ -22,18 +22,23 @@ void CVarListCtrl::SetVarList(SPMVarList* list_)
     if (variables) variables->AddFireVariableChangeHandler(this);
 }
 
+bool CVarListCtrl::hasRow(const SPMVar& variable) const
+{
+    return *variable.get_description() && !hidden.contains(variable.get_name());
+}
+
 unsigned CVarListCtrl::rowCount() const
 {
     unsigned count = 0;
     for (const SPMVar& variable : list_or_none(variables).all())
-        if (*variable.get_description()) ++count;
+        if (hasRow(variable)) ++count;
     return count;
 }
 
 const SPMVar& CVarListCtrl::row(unsigned index) const
 {
     for (const SPMVar& variable : list_or_none(variables).all())
-        if (*variable.get_description() && index-- == 0) return variable;
+        if (hasRow(variable) && index-- == 0) return variable;
     return list_or_none(variables).get_var(unsigned(-1));
 }
 
@@ -49,7 +54,7 @@ unsigned CVarListCtrl::headingOf(unsigned index) const
     if (index >= rowCount() || isHeading(index)) return unsigned(-1);
     unsigned found = unsigned(-1), at = 0;
     for (const SPMVar& variable : variables->all()) {
-        if (!*variable.get_description()) continue;
+        if (!hasRow(variable)) continue;
         if (base::is_heading(variable))
             found = at;
         else if (found != unsigned(-1) && !base::stands_under(row(found), variable))

@@ -2,7 +2,9 @@
 #include "base/SPMVarList.h"
 
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 
 /// A window of the host around a grid of variables.
 class IVarListPeer {
@@ -25,6 +27,8 @@ public:
     void SetVarList(SPMVarList* list_);
     SPMVarList* GetVarList() const noexcept { return variables; }
 
+    /// Variables that have a label but get no row.
+    void hideRows(std::set<std::string, std::less<>> names) { hidden = std::move(names); }
     unsigned rowCount() const;
     const SPMVar& row(unsigned index) const;
     std::string rowText(unsigned index) const;
@@ -45,6 +49,9 @@ public:
 private:
     void OnFireVariableChange(int, const SPMVarList*) override { Refresh(); }
 
+    bool hasRow(const SPMVar& variable) const;
+
     SPMVarList* variables = nullptr;
+    std::set<std::string, std::less<>> hidden;
     std::unique_ptr<IVarListPeer> peer;
 };

@@ -47,7 +47,7 @@ public:
     /// Tools of a frame, below its tabs: a toolbar of the resources, none for 0, and the buttons that `added` makes
     /// behind them. \return its height
     virtual int setToolbar(unsigned, bool /*large*/, const std::vector<toolbar_button>& /*added*/) { return 0; }
-    /// Content of a pane of text, and of a table with its headings in row 0.
+    /// Content of a pane of text, and of a table with its headings in row 0. Of new rows none is selected.
     virtual void setText(const std::wstring&) {}
     virtual void setTable(const std::vector<std::vector<std::wstring>>&) {}
     /// What the user has selected in a pane of text: lines end in "\n"; empty without a selection.

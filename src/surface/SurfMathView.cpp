@@ -60,6 +60,8 @@ CSurfMathView::CSurfMathView()
     handle({"highlight", "invert"}, &CSurfMathView::oh_reload);
     handle({"section.line.style", "section.line.solid.width", "section.line.color"}, &CSurfMathView::oh_section_pens);
     unsavedOptions = {"highlight", "invert"};
+    // Files and profiles hold them. The strip of a compact view shows as it does beside a full one, and stays upright.
+    idleOptions = {"CompactLegend.z_scale", "CompactLegend.z_scale.direction", "highlight.x", "highlight.y"};
 }
 
 CSurfMathView::~CSurfMathView() = default;

@@ -188,7 +188,9 @@ void CSurfMathView::zoomSource(double factor, CPoint around)
 {
     const CSize whole = imageSize();
     const auto zoomed = [factor](int low, int length, int all, int at) {
-        const int wanted = std::max(1, std::min(all, static_cast<int>(std::floor(length * factor))));
+        // A few samples that grow by a fifth would stay as many for good.
+        const int least = factor > 1.0 ? length + 1 : 1;
+        const int wanted = std::min(all, std::max(least, static_cast<int>(std::floor(length * factor))));
         const int distance = at - low;
         const int start = std::max(0, std::min(all - wanted, low + distance - base::nearest_int(distance * factor)));
         return std::pair{start, std::max(wanted, std::min(all, start + wanted))};

@@ -165,6 +165,8 @@ protected:
     std::set<std::string> instantSaveOptions;
     /// Options of the moment, which the profile does not keep.
     std::set<std::string> unsavedOptions;
+    /// Options that are declared and kept but change nothing: the dialog does not offer them.
+    std::set<std::string, std::less<>> idleOptions;
     CFont font;
 
 private:
@@ -191,7 +193,7 @@ private:
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
     CRect titledRect, titledSource; ///< display and source whose zoom stands in the title
-    bool hasOpened = false, loadingOptions = false, printing = false;
+    bool hasOpened = false, loadingOptions = false, printing = false, storedDefaults = false;
 };
 
 template <class View>

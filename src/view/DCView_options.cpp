@@ -64,6 +64,32 @@ IProfile* profile()
     return app ? &app->profile() : nullptr;
 }
 
+/// What a section of the profile holds for some options, to be put back.
+class stored_options {
+public:
+    stored_options(IProfile* store_, std::string section_, std::span<const SPMVar> options)
+        : store(store_), section(std::move(section_))
+    {
+        for (const SPMVar& option : options)
+            if (store) texts.emplace_back(option.get_name(), store->readString(section, option.get_name()));
+    }
+    void putBack() const
+    {
+        if (!store) return;
+        const CProfileBatch together(*store);
+        for (const auto& [name, text] : texts)
+            if (!text)
+                store->deleteValue(section, name);
+            else if (store->readString(section, name) != text)
+                store->writeString(section, name, *text);
+    }
+
+private:
+    IProfile* store;
+    std::string section;
+    std::vector<std::pair<std::string, std::optional<std::string>>> texts;
+};
+
 } // namespace
 
 void CDCView::GetOptionsList(SPMVar* vars, unsigned* count) { view::list_options(commonOptions, 0, vars, count); }
@@ -160,8 +186,11 @@ bool CDCView::ShowOptionsDlgWithInterface(const char* name)
     std::ifstream layout(platform::find_interface_file(std::string(name) + ".xml"), std::ios::binary);
     CVarListDlg dialog;
     dialog.setHandler(this);
+    dialog.grid().hideRows(idleOptions);
     dialog.CreateModalDlg(&options, layout ? &layout : nullptr, platform::optionsLayout, this);
     const std::vector<SPMVar> before(options.all().begin(), options.all().end());
+    const stored_options kept(profile(), GetViewSection(), before);
+    storedDefaults = false;
     SPMVar clock;
     const std::uint64_t start = clock.update_timestamp();
     BeginEditOptions();
@@ -175,6 +204,7 @@ bool CDCView::ShowOptionsDlgWithInterface(const char* name)
         options.batch([&] {
             for (const SPMVar& variable : before) options.set_var(variable);
         });
+        if (storedDefaults) kept.putBack();
     }
     EndEditOptions();
     return result == CVarListDlg::resultOk;
@@ -196,6 +226,7 @@ void CDCView::restoreDefaults()
     storeOptions(declared, false);
     EndEditOptions();
     SaveOptions();
+    storedDefaults = true;
 }
 
 long CDCView::GetToolbarIDs(unsigned*, unsigned*, unsigned*)

@@ -55,6 +55,7 @@ std::wstring CTableView::selectedText() const
 
 void CTableView::showTable(table_rows rows)
 {
+    if (rows == shown) return; // so that the user's selection outlasts updates that change nothing here
     shown = std::move(rows);
     if (getPeer()) getPeer()->setTable(shown);
 }

@@ -92,14 +92,12 @@ public:
 
 class clicked_table : public CTableView {
 public:
-    void OnUpdate(CView*, std::uint32_t, const hint_object&) override
-    {
-        showTable({{L"L_skel", L"H"}, {L"1", L"2"}, {L"3", L"4"}, {L"5", L"6"}});
-    }
+    void OnUpdate(CView*, std::uint32_t, const hint_object&) override { showTable(rows); }
     void OnTableHeading(unsigned column) override { told.push_back("heading " + std::to_string(column)); }
     void OnTableRow(unsigned row) override { told.push_back("row " + std::to_string(row)); }
     void OnTableRowActivated(unsigned row) override { told.push_back("activated " + std::to_string(row)); }
     std::vector<std::string> take() { return std::exchange(told, {}); }
+    table_rows rows = {{L"L_skel", L"H"}, {L"1", L"2"}, {L"3", L"4"}, {L"5", L"6"}};
 
 private:
     std::vector<std::string> told;
@@ -316,7 +314,11 @@ TEST_F(SeamsTest, TablesTellTheirViewOfHeadingsAndRows)
     QHeaderView& headings = *table.horizontalHeader();
     click(*headings.viewport(), {headings.sectionViewportPosition(1) + 20, 5});
     EXPECT_EQ(view.take(), std::vector<std::string>{"heading 1"});
+    table.selectAll();
+    view.take();
+    view.rows[1][0] = L"7";
     view.OnUpdate(nullptr, 0, {});
+    EXPECT_EQ(view.selectedText(), L"") << "other rows are not those that were selected";
     EXPECT_EQ(view.take(), std::vector<std::string>{});
 
     table.clearSelection();
@@ -325,7 +327,7 @@ TEST_F(SeamsTest, TablesTellTheirViewOfHeadingsAndRows)
     EXPECT_EQ(view.selectedText(), L"\t2\r\n5\t\r\n");
     window.route(57642, nullptr);
     window.route(57634, nullptr);
-    EXPECT_EQ(QApplication::clipboard()->text(), "1\t2\r\n3\t4\r\n5\t6\r\n");
+    EXPECT_EQ(QApplication::clipboard()->text(), "7\t2\r\n3\t4\r\n5\t6\r\n");
 
     auto& search = *pane.findChild<QLineEdit*>();
     search.setText("H");

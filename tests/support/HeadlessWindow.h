@@ -84,7 +84,11 @@ public:
     std::vector<std::vector<std::wstring>> selectedCells() const override { return cells; }
     void selectAll() override { isAllSelected = true; }
     void setText(const std::wstring& shown) override { content = shown; }
-    void setTable(const std::vector<std::vector<std::wstring>>& shown) override { table = shown; }
+    void setTable(const std::vector<std::vector<std::wstring>>& shown) override
+    {
+        table = shown;
+        cells.clear();
+    }
     void setFullScreen(bool on, const CRect& screenRect) override
     {
         fullScreen = on;

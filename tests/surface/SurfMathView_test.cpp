@@ -5,6 +5,7 @@
 #include "support/RecordingDC.h"
 
 #include <cstring>
+#include <set>
 
 namespace {
 
@@ -84,6 +85,27 @@ TEST_F(SurfaceTest, RendersTheWindowOnShowUpright)
     EXPECT_EQ(view.sourceRect, CRect(0, 0, 40, 20));
     view.flushTimers();
     EXPECT_EQ(lightness(255, 100), whole);
+    for (int i = 0; i < 40; ++i) view.OnMouseWheel(MK_CONTROL, 120, {50, 10});
+    EXPECT_EQ(view.sourceRect.Size(), (CSize{1, 1}));
+    for (int i = 0; i < 40; ++i) view.OnMouseWheel(MK_CONTROL, -120, {50, 10});
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 40, 20)) << "there is a way back";
+}
+
+TEST_F(SurfaceTest, PreferencesOfferOnlyWhatHasAnEffect)
+{
+    CSurfMathView& view = open();
+    std::set<std::string> offered;
+    host.onDialog = [&](CVarListDlg& dialog) {
+        for (unsigned i = 0; i < dialog.rowCount(); ++i) offered.insert(dialog.row(i).get_name());
+        dialog.EndDialog(CVarListDlg::resultCancel);
+    };
+    view.OnCmdMsg(10118, nullptr);
+    EXPECT_TRUE(offered.contains("CompactLegend.z_scale.size") && offered.contains("highlight"));
+    for (const char* idle :
+         {"CompactLegend.z_scale", "CompactLegend.z_scale.direction", "highlight.x", "highlight.y"}) {
+        EXPECT_FALSE(offered.contains(idle)) << idle;
+        EXPECT_STRNE(view.options[idle].get_description(), "") << idle << " is kept in files of options";
+    }
 }
 
 TEST_F(SurfaceTest, TheRangeIsThatOfTheSamplesWhateverTheWindow)

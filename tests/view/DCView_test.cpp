@@ -267,6 +267,29 @@ TEST_F(DCViewTest, TheDialogStoresOnOkAndRestoresOnCancel)
     EXPECT_EQ(host.readString("PlainView", "background"), std::to_string(0xffffff));
 }
 
+TEST_F(DCViewTest, CancelTakesTheDefaultsOutOfTheProfileAgain)
+{
+    host.profile().writeString("PlainView", "text_size", "20");
+    view->OnInitialUpdate();
+    view->setOption("axis_thickness", "4"); // of this window alone
+    view->saveAtOnce("tics.x.length");
+    for (const bool isAccepted : {false, true}) {
+        host.onDialog = [&](CVarListDlg& dialog) {
+            for (const auto& button : dialog.layout().buttons)
+                if (button.id == "default") dialog.press(button);
+            EXPECT_EQ(host.readString("PlainView", "text_size"), "13");
+            view->setOption("tics.x.length", "7");
+            dialog.EndDialog(isAccepted ? CVarListDlg::resultOk : CVarListDlg::resultCancel);
+        };
+        view->OnCmdMsg(10118, nullptr);
+        using text = std::optional<std::string>;
+        EXPECT_EQ(host.readString("PlainView", "text_size"), isAccepted ? "13" : "20");
+        EXPECT_EQ(host.readString("PlainView", "axis_thickness"), isAccepted ? text("1") : text());
+        EXPECT_EQ(host.readString("PlainView", "tics.x.length"), isAccepted ? text("7") : text());
+        EXPECT_EQ(int(view->options["axis_thickness"]), isAccepted ? 1 : 4);
+    }
+}
+
 TEST_F(DCViewTest, LegendLinesMoveTheirPointOn)
 {
     RecordingDC dc;

@@ -58,7 +58,8 @@ TEST(TableView, JoinsCellsAsOtherProgramsTakeThem)
 /// A table of one row.
 class small_table : public CTableView {
 public:
-    void OnUpdate(CView*, std::uint32_t, const hint_object&) override { showTable({{L"X", L"Y"}, {L"1", L"2"}}); }
+    void OnUpdate(CView*, std::uint32_t, const hint_object&) override { showTable({{L"X", L"Y"}, {L"1", value}}); }
+    std::wstring value = L"2";
 };
 
 template <class View>
@@ -132,6 +133,11 @@ TEST_F(TablePaneTest, CopiesTheSelectedCellsOrTheTable)
     window().cells = {{L"2"}};
     view->OnCmdMsg(57634, nullptr);
     EXPECT_EQ(host.clips.content, L"2\r\n");
+    view->OnUpdate(nullptr, 2, {});
+    EXPECT_EQ(view->selectedText(), L"2\r\n") << "nothing has changed";
+    view->value = L"3";
+    view->OnUpdate(nullptr, 2, {});
+    EXPECT_EQ(view->selectedText(), L"");
 }
 
 TEST(ParametersView, IsATableOfItsOwnName)
