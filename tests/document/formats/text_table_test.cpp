@@ -421,7 +421,7 @@ TEST(TextTable, MarksOfThousandsNeverSplitNumbers)
     for (const auto& each : cases) {
         const auto result = read("x\ty\n" + std::string(each.rows));
         ASSERT_TRUE(result && result->items.size() == 1) << each.rows;
-        expect_values(item(*result, 0).stream, each.last);
+        expect_values(image_at(result, 0).stream, each.last);
         const std::string note = result->warnings.empty() ? "" : result->warnings[0];
         EXPECT_TRUE(*each.note ? note.find(each.note) != std::string::npos : note.empty()) << each.rows << note;
     }
