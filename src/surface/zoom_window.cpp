@@ -37,6 +37,7 @@ void open_zoom_window(CImageView& surface, const CRect& bounds)
     if (auto* const shown = dynamic_cast<CImageView*>(frame->GetActiveView())) shown->SetParentView(&surface);
     maker->InitialUpdateFrame(frame, zoom, true);
     surface.PositionWindowNearby(frame, 0, legendRight);
+    if (auto* const shown = dynamic_cast<CDCView*>(frame->GetActiveView())) shown->bringFrameInside();
 }
 
 void refresh_zoom_window(const CImageView& surface, const CRect& bounds)
