@@ -78,7 +78,7 @@ CMainWindow::CMainWindow(CVldvApp& app_)
     resizeDocks({pane}, {outputHeight}, Qt::Vertical);
     pane->hide();
     tools->setObjectName(QStringLiteral("main"));
-    status->setText(QStringLiteral("Ready"));
+    showStatus({});
     statusBar()->addWidget(status, 1);
     connect(qApp, &QApplication::focusChanged, this, [this] { rememberFocus(); });
     connect(frames, &QMdiArea::subWindowActivated, this, &CMainWindow::onActivated);
@@ -97,7 +97,7 @@ CMainWindow::~CMainWindow()
     qApp->disconnect(this); // the focus wanders while widgets go
 }
 
-void CMainWindow::showStatus(const QString& text) { status->setText(text); }
+void CMainWindow::showStatus(const QString& text) { status->setText(text.isEmpty() ? QStringLiteral("Ready") : text); }
 
 void CMainWindow::addOutput(const QString& line)
 {

@@ -21,6 +21,7 @@ public:
     ~CMainWindow() override;
 
     QMdiArea& area() const noexcept { return *frames; }
+    /// \param text  empty: that the program is ready
     void showStatus(const QString& text);
     void addOutput(const QString& line);
     /// Menus and tools of the frame that is active now.

@@ -12,6 +12,7 @@ enum hint_code : std::uint32_t { newData = 0, newSize = 1 };
 } // namespace
 
 CRect CDCView::rtMargin(1250, 1000, 1250, 1000);
+const CDCView* CDCView::placeInStatus = nullptr;
 
 CDCView::CDCView()
 {
@@ -27,7 +28,11 @@ CDCView::CDCView()
     options.AddFireVariableChangeHandler(this);
 }
 
-CDCView::~CDCView() { options.RemoveFireVariableChangeHandler(this); }
+CDCView::~CDCView()
+{
+    forgetPlace();
+    options.RemoveFireVariableChangeHandler(this);
+}
 
 void CDCView::oh_toolbar(const SPMVar&)
 {
@@ -135,7 +140,25 @@ void CDCView::drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const 
 
 void CDCView::SetMessageText(const std::wstring& text)
 {
+    placeInStatus = nullptr;
     if (CWinApp* const app = AfxGetApp()) app->host().setStatusText(text);
+}
+
+void CDCView::SetPlaceText(const std::wstring& text)
+{
+    SetMessageText(text);
+    placeInStatus = this;
+}
+
+void CDCView::OnActivateView(bool activates, CView* entered, CView* left)
+{
+    if (!activates) forgetPlace();
+    CView::OnActivateView(activates, entered, left);
+}
+
+void CDCView::forgetPlace()
+{
+    if (placeInStatus == this) SetMessageText({});
 }
 
 void CDCView::oh_invalidate(const SPMVar&) { Invalidate(true); }

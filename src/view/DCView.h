@@ -106,6 +106,10 @@ public:
     void UpdateView(CView* sender, std::uint32_t hint, const hint_object& object) { OnUpdate(sender, hint, object); }
     /// In the status bar of the main window.
     void SetMessageText(const std::wstring& text);
+    /// The same for what stands under the pointer: it goes with the pointer, and when the view shows something else
+    /// there, stops being the active one or closes.
+    void SetPlaceText(const std::wstring& text);
+    void forgetPlace();
 
     std::span<std::byte> GetBits() const noexcept { return image.bits(); }
     const BITMAPINFOHEADER& GetBIH() const noexcept { return image.header(); }
@@ -125,6 +129,8 @@ public:
     void OnSize(CSize size) override;
     bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnMouseLeave() override { forgetPlace(); }
+    void OnActivateView(bool activates, CView* entered, CView* left) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     /// Esc and Ctrl+F leave full screen; "+", "-" and "0" zoom.
     bool OnKeyDown(unsigned key) override;
@@ -192,7 +198,8 @@ private:
 
     std::map<std::string, std::function<void(const SPMVar&)>, std::less<>> optionHandlers;
     full_screen_memory beforeFullScreen;
-    CRect titledRect, titledSource; ///< display and source whose zoom stands in the title
+    static const CDCView* placeInStatus; ///< of which the status bar tells what is under the pointer; or null
+    CRect titledRect, titledSource;      ///< display and source whose zoom stands in the title
     bool hasOpened = false, loadingOptions = false, printing = false, storedDefaults = false;
 };
 

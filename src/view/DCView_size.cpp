@@ -31,6 +31,7 @@ void CDCView::UpdateDisplayRect()
     if ((displayRect == titledRect && sourceRect == titledSource) || !IsWindowVisible()) return;
     titledRect = displayRect;
     titledSource = sourceRect;
+    forgetPlace(); // something else is under the pointer
     if (CFrameWnd* const frame = GetParentFrame()) frame->OnUpdateFrameTitle(true);
 }
 

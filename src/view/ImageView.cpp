@@ -108,6 +108,7 @@ void CImageView::setActiveSubimage(unsigned sub)
     sub = std::min(sub, count ? count - 1 : 0);
     if (sub == subImageNumber) return;
     subImageNumber = sub;
+    forgetPlace();
     OnUpdate(nullptr, document::data_hint(imageNumber), {});
     UpdateSelections();
 }

@@ -54,6 +54,48 @@ protected:
     }
 };
 
+TEST_F(SurfaceMouseTest, TheZoomWindowOpensInsideTheMainWindow)
+{
+    constexpr unsigned showZoom = 10145;
+    host.area = CRect(0, 0, 900, 800);
+    draw({5, 4}, {14, 9});
+    view.OnCmdMsg(showZoom, nullptr);
+    host.pump();
+    ASSERT_EQ(app.frames().size(), 2u);
+    const CRect zoom = app.frames().back()->GetWindowRect();
+    EXPECT_LE(zoom.right, host.area.right) << "beside its surface it would stick out";
+    EXPECT_GE(zoom.left, 0);
+}
+
+TEST_F(SurfaceMouseTest, TheStatusTellsOfAPlaceAsLongAsItIsUnderThePointer)
+{
+    const auto point = [this](CPoint sample) {
+        view.OnMouseMove(0, client(sample));
+        EXPECT_NE(host.statusText.find(L"X="), std::wstring::npos) << base::narrow(host.statusText);
+    };
+    point({5, 4});
+    view.OnMouseWheel(MK_SHIFT, 120, client({5, 4}));
+    host.pump();
+    EXPECT_EQ(host.statusText, L"") << "another size";
+    point({5, 4});
+    view.showPart({10, 5, 30, 15});
+    EXPECT_EQ(host.statusText, L"") << "another part";
+    point({12, 8});
+    view.OnMouseLeave();
+    EXPECT_EQ(host.statusText, L"") << "the pointer has left";
+    point({12, 8});
+    app.setActiveFrame(nullptr);
+    EXPECT_EQ(host.statusText, L"") << "another window is the active one";
+    point({12, 8});
+    view.SetMessageText(L"a notice");
+    view.showPart({0, 0, 40, 20});
+    EXPECT_EQ(host.statusText, L"a notice") << "which speaks of no place";
+    point({5, 4});
+    app.frames()[0]->DestroyFrame();
+    app.freeClosed();
+    EXPECT_EQ(host.statusText, L"") << "closed";
+}
+
 TEST_F(SurfaceMouseTest, ADragSelectsAndTheStatusFollows)
 {
     draw({5, 4}, {14, 9});
