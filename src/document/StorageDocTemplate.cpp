@@ -31,13 +31,22 @@ SPMVar global_option(const char* name)
     return found;
 }
 
-/// Also what is not there. Opening tells by itself what is no file.
-bool is_empty_file(const wchar_t* path)
+/// What did not open is no entry of the recent files.
+void forget(const wchar_t* path)
 {
-    if (!platform::special_kind(platform::to_path(path)).empty()) return false;
+    if (CWinApp* const app = AfxGetApp()) app->RemoveFromRecentFileList(platform::full_path(path));
+}
+
+/// Why a file counts as empty, also one that is not there; empty when it does not. Opening tells by itself what is no
+/// file.
+std::string emptiness(const wchar_t* path)
+{
+    if (!platform::special_kind(platform::to_path(path)).empty()) return {};
     std::error_code error;
     const auto size = std::filesystem::file_size(platform::to_path(path), error);
-    return error || size == 0;
+    if (!error && size > 0) return {};
+    const std::string text = base::formatted(string_resource(emptyFileText), base::narrow(path).c_str());
+    return error ? text + "\n" + error.message() : text;
 }
 
 } // namespace
@@ -70,8 +79,9 @@ CDocument* CStorageDocTemplate::newDocument(int makeVisible)
 /// Reads a file; the user was told why when it is null.
 CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
 {
-    if (is_empty_file(path)) {
-        warn(path, base::formatted(string_resource(emptyFileText), base::narrow(path).c_str()));
+    if (const std::string reason = emptiness(path); !reason.empty()) {
+        warn(path, reason);
+        forget(path);
         return nullptr;
     }
     auto* const document = dynamic_cast<CStorageDoc*>(CreateNewDocument());
@@ -80,11 +90,14 @@ CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
         return nullptr;
     }
     const CWaitCursor wait;
+    bool isRefused = true;
     try {
         if (document->OnOpenDocument(path)) return document;
     } catch (const CException& failure) {
-        if (!document->isReadCancelled()) warn(path, failure.what()); // who cancelled knows
+        isRefused = !document->isReadCancelled(); // who cancelled knows
+        if (isRefused) warn(path, failure.what());
     }
+    if (isRefused) forget(path);
     deleteDocument(document);
     return nullptr;
 }
@@ -140,7 +153,10 @@ CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* given, int addTo
     adoptPath(*document, path, addToMRU);
     if (!merging) {
         openingImage = 0;
-        if (!CreateFr(path, makeVisible, document)) return nullptr;
+        if (!CreateFr(path, makeVisible, document)) {
+            forget(path);
+            return nullptr;
+        }
     }
     return document;
 }

@@ -51,28 +51,35 @@ bool is_quick_view(const CView* view)
     return bound && bound->isQuickView();
 }
 
-/// "a: image 2 (Force) has 3 dimensions, which no view shows"
+/// "image 2 (Force) has 3 dimensions, which no view shows"
 std::string unshown_text(const CStorageDoc& document, unsigned image, const char* who)
 {
     const SPMDataStream& stream = document.getImage(image);
     const unsigned count = stream.get_dimensions_number();
     const char* const name = *stream.get_description() ? stream.get_description() : stream.get_name();
-    return base::formatted("%s: image %u (%s) has %u dimension%s, which %s", base::narrow(document.GetTitle()).c_str(),
-                           image, name, count, count == 1 ? "" : "s", who);
+    return base::formatted("image %u (%s) has %u dimension%s, which %s", image, name, count, count == 1 ? "" : "s",
+                           who);
 }
 
 void tell_unshown(CWinApp& app, const CStorageDoc& document, unsigned image, const char* who)
 {
-    app.host().output(unshown_text(document, image, who));
+    app.host().output(base::narrow(document.GetTitle()) + ": " + unshown_text(document, image, who));
 }
 
-/// Why a document is not opened of which nothing can be shown: its images by name.
-std::string nothing_shown_text(const CStorageDoc* document, const char* who)
+/// Why a document is not opened of which nothing can be shown: its images by name, behind its file.
+std::string nothing_shown_text(const wchar_t* path, const CStorageDoc* document, const char* who)
 {
-    std::string text = string_resource(cannotCreateText);
+    std::string text;
     for (unsigned i = 0; document && i < document->getImagesNumber(); ++i)
-        text += "\n" + unshown_text(*document, i, who);
-    return text;
+        text += unshown_text(*document, i, who) + "\n";
+    if (!text.empty() && path && *path) text = base::narrow(path) + ": " + text;
+    return text + string_resource(cannotCreateText);
+}
+
+void tell_nothing_shown(const wchar_t* path, const CStorageDoc* document, const char* who)
+{
+    if (CWinApp* const app = AfxGetApp())
+        app->reportFailure(path ? path : L"", nothing_shown_text(path, document, who));
 }
 
 } // namespace
@@ -152,7 +159,7 @@ bool CStorageDocTemplate::CreateFr(const wchar_t* path, int makeVisible, CDocume
         }
     }
     if (created > 0) return true;
-    if (CWinApp* const app = AfxGetApp()) app->reportFailure(path ? path : L"", nothing_shown_text(storage, noView));
+    tell_nothing_shown(path, storage, noView);
     deleteDocument(document);
     return false;
 }
@@ -236,7 +243,7 @@ CDocument* CStorageDocTemplate::QuickViewOpenDocumentFile(const wchar_t* path, i
         ++created;
     }
     if (created > 0) return document;
-    if (app) app->reportFailure(path, nothing_shown_text(storage, noQuickView));
+    tell_nothing_shown(path, storage, noQuickView);
     deleteDocument(document);
     return nullptr;
 }

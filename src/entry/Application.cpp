@@ -56,8 +56,22 @@ void CVldvApp::keepWork(const std::filesystem::path& state)
 void CVldvApp::AddToRecentFileList(const std::wstring& path)
 {
     CWinApp::AddToRecentFileList(path);
+    storeRecentFiles();
+}
+
+void CVldvApp::RemoveFromRecentFileList(const std::wstring& path)
+{
+    CWinApp::RemoveFromRecentFileList(path);
+    storeRecentFiles();
+}
+
+void CVldvApp::storeRecentFiles()
+{
+    const CProfileBatch together(profile());
     for (std::size_t i = 0; i < recentFiles().size(); ++i)
         profile().writeString(recentSection, recent_key(i), base::narrow(recentFiles()[i]));
+    for (std::size_t i = recentFiles().size(); i < maxRecentFiles; ++i)
+        profile().deleteValue(recentSection, recent_key(i));
 }
 
 bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)

@@ -12,6 +12,7 @@ public:
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
     bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
     void AddToRecentFileList(const std::wstring& path) override;
+    void RemoveFromRecentFileList(const std::wstring& path) override;
     /// Offers to save what was changed. \return false when the program is to go on: cancelled, or something was not
     /// stored
     bool mayExit();
@@ -26,6 +27,7 @@ public:
     void fileGoes(const std::wstring& path) noexcept override { kept.fileGoes(path); }
 
 private:
+    void storeRecentFiles();
     void OnFileOpen();
     void OnQuickView();
     void OnSaveAll();

@@ -33,6 +33,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -52,6 +53,14 @@ enum command : unsigned {
 };
 constexpr int outputHeight = 110;                   // pixels
 constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
+
+/// The name of a file, with its folder where another one has the same name.
+std::wstring telling_name(const std::wstring& path, const std::vector<std::wstring>& all)
+{
+    const std::wstring name = platform::file_name(path);
+    const bool isOnly = std::ranges::count(all, name, platform::file_name) == 1;
+    return isOnly ? name : name + L" in " + path.substr(0, path.size() - name.size());
+}
 
 } // namespace
 
@@ -273,8 +282,9 @@ void CMainWindow::showHelp()
 void CMainWindow::fillStartPage()
 {
     std::vector<CStartPage::entry> recent, examples;
-    for (const std::wstring& path : app.recentFiles())
-        recent.push_back({QString::fromStdWString(platform::file_name(path)), QString::fromStdWString(path),
+    shownRecent = app.recentFiles();
+    for (const std::wstring& path : shownRecent)
+        recent.push_back({QString::fromStdWString(telling_name(path, shownRecent)), QString::fromStdWString(path),
                           [this, path] { entry::open_files(app, std::span(&path, 1)); }});
     for (const document::example_row& row : document::example_table())
         if (CStorageDocTemplate::showsDimensions(row.dimensions))
@@ -290,6 +300,8 @@ void CMainWindow::idle()
     if (const bool isEmpty = app.frames().empty(); isEmpty == start->isHidden()) {
         start->setVisible(isEmpty);
         if (isEmpty) fillStartPage();
+    } else if (isEmpty && shownRecent != app.recentFiles()) {
+        fillStartPage(); // a file did not open
     }
     host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
     for (const auto& frame : app.frames())

@@ -53,7 +53,8 @@ private:
 
     CVldvApp& app;
     QMdiArea* frames;
-    CStartPage* start; ///< over the area while it has no frame
+    CStartPage* start;                     ///< over the area while it has no frame
+    std::vector<std::wstring> shownRecent; ///< on the start page
     QPointer<CHelpWindow> help;
     COutputPane* lines;
     QDockWidget* pane;

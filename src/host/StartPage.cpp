@@ -68,7 +68,10 @@ CStartPage::CStartPage(QWidget* area) : QFrame(area)
 
 void CStartPage::setEntries(std::vector<entry> recent, std::vector<entry> examples, std::function<void()> ask)
 {
-    delete content;
+    if (content) {
+        content->hide();
+        content->deleteLater(); // one of its buttons may just have been pressed
+    }
     auto* const page = new QWidget;
     auto* const rows = new QVBoxLayout(page);
     rows->setContentsMargins(40, 30, 40, 30);

@@ -21,6 +21,8 @@ public:
 
     /// Puts a path at the head of the recent-file list, once.
     virtual void AddToRecentFileList(const std::wstring& path);
+    /// Takes a path out of it: the file did not open.
+    virtual void RemoveFromRecentFileList(const std::wstring& path) { std::erase(recent, path); }
     const std::vector<std::wstring>& recentFiles() const noexcept { return recent; }
 
     // Templates; they live longer than the application.

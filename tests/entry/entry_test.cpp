@@ -84,6 +84,23 @@ TEST_F(EntryTest, FilesThatFailAreToldInOneList)
     EXPECT_EQ(host.messages.size(), 4u) << "at once";
 }
 
+TEST_F(EntryTest, AFileThatDoesNotOpenLeavesTheRecentOnes)
+{
+    const std::wstring good = surface("a.spm"), gone = surface("gone.spm"), bad = surface("bad.spm");
+    for (const std::wstring& each : {good, gone, bad}) app->OpenDocumentFile(each.c_str());
+    app->closeAllFrames();
+    ASSERT_EQ(app->recentFiles(), (std::vector{bad, gone, good}));
+    std::filesystem::remove(gone);
+    write_file(bad, "PK\3\4");
+    constexpr unsigned firstRecent = 57616;
+    app->OnCmdMsg(firstRecent, nullptr);
+    app->OnCmdMsg(firstRecent, nullptr);
+    EXPECT_EQ(host.messages.size(), 2u);
+    EXPECT_EQ(app->recentFiles(), std::vector{good});
+    EXPECT_EQ(host.readString("Recent File List", "File1"), base::narrow(good));
+    EXPECT_EQ(host.readString("Recent File List", "File2"), std::nullopt);
+}
+
 TEST_F(EntryTest, FoldersAndTheHomeFolderAreUnderstood)
 {
     std::filesystem::create_directories(folder / "in/deep");

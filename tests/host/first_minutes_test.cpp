@@ -184,6 +184,11 @@ TEST_F(FirstMinutes, TheStartPageOffersRecentFilesAndExamples)
     EXPECT_EQ(app.frames()[0]->GetWindowText().substr(0, 2), L"a[");
 }
 
+    app.AddToRecentFileList((folder / "other" / "a.spm").wstring());
+    const QString home = QString::fromStdString(folder.path.string());
+    wait([&] { return button("a.spm in " + home + "/other/") && button("a.spm in " + home + "/"); });
+    app.RemoveFromRecentFileList((folder / "other" / "a.spm").wstring());
+    wait([&] { return button("a.spm") != nullptr; });
 TEST_F(FirstMinutes, TheStartPageHasTheKeysAlsoBesideTheOutputPane)
 {
     constexpr unsigned save = 57603, print = 57607, copy = 57634;

@@ -195,13 +195,15 @@ TEST_F(ImageViewTest, FailuresOfOpeningShowTheirTexts)
 {
     const std::wstring missing = (folder / "none.spm").wstring();
     EXPECT_EQ(app.OpenDocumentFile(missing.c_str()), nullptr);
-    EXPECT_EQ(host.messages.back(), "File " + (folder / "none.spm").string() + " is empty.");
+    EXPECT_EQ(host.messages.back(), "File " + (folder / "none.spm").string() + " is empty.\nNo such file or directory");
     write_file(folder / "broken.spm", "PK\3\4");
     EXPECT_EQ(app.OpenDocumentFile((folder / "broken.spm").wstring().c_str()), nullptr);
     EXPECT_NE(host.messages.back().find("broken.spm"), std::string::npos);
     EXPECT_EQ(open({stream_of("point", {})}), nullptr);
-    EXPECT_EQ(host.messages.back(),
-              "Failed to create empty document.\na: image 0 (Height) has 0 dimensions, which no view shows");
+    EXPECT_EQ(host.messages.back(), (folder / "a.spm").string() +
+                                        ": image 0 (Height) has 0 dimensions, which no view shows\n" +
+                                        "Failed to create empty document.")
+        << "the reason first";
     EXPECT_TRUE(surfaces.documents().empty());
 }
 
