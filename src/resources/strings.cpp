@@ -1,5 +1,6 @@
 #include "resources/strings.h"
 
+#include "resources/command_prompts.h"
 #include "resources/layouts.h"
 #include "resources/open_filter.h"
 
@@ -140,6 +141,6 @@ command_prompt command_prompt_of(unsigned id)
 {
     const std::string text = string_resource(id);
     const std::size_t end = text.find('\n');
-    if (end == std::string::npos) return {text, {}};
+    if (end == std::string::npos) return {text.empty() ? std::string(command_status(id)) : text, {}};
     return {text.substr(0, end), text.substr(end + 1)};
 }

@@ -12,5 +12,6 @@ struct command_prompt {
     std::string status; ///< in the status bar, a sentence
     std::string tip;    ///< beside its button, a word or two
 };
-/// The two halves of the string with the command's number, "status\ntip"; where one is missing, it is empty.
+/// The two halves of the string with the command's number, "status\ntip"; where one is missing, it is empty. A command
+/// without a string has the program's own sentence (`command_status`).
 command_prompt command_prompt_of(unsigned id);

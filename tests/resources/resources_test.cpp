@@ -27,6 +27,21 @@ TEST(Strings, OfACommandSpeakInTwoPlaces)
     EXPECT_EQ(command_prompt_of(10147).status, "Build separation curve");
     EXPECT_EQ(command_prompt_of(10147).tip, "");
     EXPECT_EQ(command_prompt_of(1).status, "");
+    EXPECT_NE(command_prompt_of(10026).status.find("trash"), std::string::npos) << "one key, and the file is gone";
+}
+
+TEST(Strings, EveryRowOfAMenuSaysWhatItDoes)
+{
+    for (const unsigned menu : menu_resource_ids())
+        for (const menu_row& row : menu_resource(menu)) {
+            const bool isOfModules = row.kind == menu_kind::dynamic && row.id == 9192; // they describe themselves
+            if (row.id == 0 || isOfModules) continue;
+            for (const unsigned id : {row.id, std::max(row.id, row.lastId)})
+                EXPECT_FALSE(command_prompt_of(id).status.empty()) << menu << ": " << id << ' ' << row.text;
+        }
+    for (const unsigned menu : menu_resource_ids())
+        for (const unsigned id : toolbar_resource(menu))
+            EXPECT_TRUE(id == 0 || id == 10012 || !command_prompt_of(id).status.empty()) << id;
 }
 
 /// What stands behind the percent signs of a format: "lG", "hs", ...
