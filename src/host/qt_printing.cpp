@@ -2,9 +2,13 @@
 
 #include "host/paint/QtDC.h"
 
+#include <QAction>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPageSetupDialog>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QPrinterInfo>
 
@@ -22,6 +26,24 @@ CRect to_thousandths(const QMarginsF& margins)
     const auto back = [](double millimetres) { return qRound(millimetres / millimetresPerThousandth); };
     return {back(margins.left()), back(margins.top()), back(margins.right()), back(margins.bottom())};
 }
+
+/// The Return key prints what a preview shows, as OK does elsewhere: the toolkit's dialog has no button for it. Its
+/// fields take the key for themselves.
+class return_prints : public QObject {
+public:
+    explicit return_prints(QPrintPreviewDialog& dialog) : QObject(&dialog) { dialog.installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() != QEvent::KeyPress) return false;
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const auto& dialog = static_cast<QPrintPreviewDialog&>(*watched);
+        if ((key != Qt::Key_Return && key != Qt::Key_Enter) || qobject_cast<QLineEdit*>(dialog.focusWidget()))
+            return false;
+        for (QAction* const action : dialog.findChildren<QAction*>())
+            if (action->text() == QPrintPreviewDialog::tr("Print")) action->trigger();
+        return true;
+    }
+};
 
 } // namespace
 
@@ -61,6 +83,8 @@ bool printing::print(const print_job& job, QWidget* above)
 void printing::preview(const print_job& job, QWidget* above)
 {
     QPrintPreviewDialog dialog(&chosen(), above);
+    new return_prints(dialog);
+    if (auto* const sheets = dialog.findChild<QPrintPreviewWidget*>()) sheets->setFocus(); // not the field of the zoom
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, [&job](QPrinter* page) { draw_job(*page, job); });
     dialog.exec();
 }

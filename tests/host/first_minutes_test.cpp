@@ -30,6 +30,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
 #include <QTableWidget>
 #include <QTextBrowser>
 #include <QTimer>
@@ -268,6 +271,24 @@ TEST_F(FirstMinutes, ReturnAndEscapeEndEveryDialog)
 TEST_F(FirstMinutes, TheListOfFailuresNamesFilesAndReasons)
 {
     CFailuresDialog dialog({{L"/x/a.spm", "/x/a.spm: main.xml is missing"}, {L"/x/b", "File /x/b is empty."}}, nullptr);
+TEST_F(FirstMinutes, ReturnInThePreviewOfASheetAsksToPrint)
+{
+    bool isAsked = false;
+    QTimer::singleShot(0, [&] {
+        auto* const preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(preview);
+        QTimer::singleShot(0, [&] {
+            auto* const asked = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
+            isAsked = asked != nullptr;
+            if (asked) asked->reject();
+        });
+        press(*preview, Qt::Key_Return);
+        preview->reject();
+    });
+    machine.previewPrint({L"a", [](CDC&, int) { return false; }, true});
+    EXPECT_TRUE(isAsked);
+}
+
     auto* const table = dialog.findChild<QTableWidget*>();
     ASSERT_EQ(table->rowCount(), 2);
     EXPECT_EQ(table->item(0, 0)->text(), "a.spm");
