@@ -24,7 +24,7 @@ constexpr const char* paletteFolder = "directory.palettes(Folder of palettes),st
 
 constexpr option_row rows[] = {
     {"open.merged(Merge opened files),boolean", "false"},
-    {"open.filter(Open),enum,0(All images),1(Curves),2(Surfaces),3(Volumes)", "0"},
+    {"open.filter(Images to open),enum,0(All images),1(Curves),2(Surfaces),3(Volumes)", "0"},
     {"fullscreen_mode(Full screen),enum,0(One monitor),1(Nearest monitor),2(All monitors)", "0"},
     {"fullscreen_monitor(Full screen monitor),int,0", "0"},
     {"local_toolbar(Toolbars in windows),enum,0(None),1(As main),2(Small),3(Large)", "0"},

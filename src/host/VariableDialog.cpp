@@ -4,11 +4,15 @@
 #include "host/VariableGrid.h"
 #include "platform/Host.h"
 
+#include <QCheckBox>
 #include <QFileDialog>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -55,25 +59,69 @@ void CVariableDialog::placeAll()
                      QPoint(qRound(units.right * unitX) - 1, qRound(units.bottom * unitY) - 1));
     };
     const platform::variable_layout& layout = model->layout();
-    QRect all = pixels(layout.grid);
+    gridPlace = pixels(layout.grid);
+    QRect all = gridPlace;
     table->setGeometry(all);
     for (const platform::layout_button& row : layout.buttons) {
         QString text = QString::fromStdString(row.name);
         if (text.isEmpty()) text = row.what == platform::layout_button::kind::ok ? "OK" : "Cancel";
         auto* const button = new QPushButton(text, this);
-        button->setGeometry(pixels(row.place));
+        buttons.push_back({button, pixels(row.place)});
         // The Return key takes a value that is being typed, and then presses the button with the focus, else OK.
         button->setAutoDefault(true);
         button->setDefault(row.what == platform::layout_button::kind::ok);
         button->setToolTip(QString::fromStdString(row.tip));
-        all |= button->geometry();
+        all |= buttons.back().place;
         connect(button, &QPushButton::clicked, this, [this, row] {
             setFocus(); // a value that is being typed counts
             if (model) model->press(row);
         });
     }
-    setFixedSize(all.right() + all.left() + 1, all.bottom() + all.top() + 1);
-    table->setColumnWidth(0, table->width() * 11 / 20);
+    leastSize = QSize(all.right() + all.left() + 1, all.bottom() + all.top() + 1);
+    setMinimumSize(leastSize);
+    fitColumns();
+    resize(leastSize + roomForRows());
+    resizeEvent(nullptr); // the toolkit's own comes when the window is shown
+}
+
+/// Check boxes need no more than their column's heading; names take the rest.
+void CVariableDialog::fitColumns()
+{
+    bool hasBoxesOnly = table->rowCount() > 0;
+    for (int row = 0; row < table->rowCount(); ++row)
+        hasBoxesOnly &= qobject_cast<QCheckBox*>(table->cellWidget(row, 1)) != nullptr;
+    if (!hasBoxesOnly) return table->setColumnWidth(0, table->width() * 11 / 20);
+    QHeaderView& header = *table->horizontalHeader();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
+    header.setSectionResizeMode(1, QHeaderView::ResizeToContents);
+}
+
+/// By how much the grid of the layout is too small for its rows and names, as far as the screen allows.
+QSize CVariableDialog::roomForRows() const
+{
+    constexpr int mostRows = 20;
+    constexpr double shareOfScreen = 0.6;
+    const QHeaderView &names = *table->horizontalHeader(), &lines = *table->verticalHeader();
+    const int rows = std::min(lines.length(), mostRows * lines.defaultSectionSize());
+    const int frame = 2 * table->frameWidth();
+    const bool isStretched = names.sectionResizeMode(0) == QHeaderView::Stretch;
+    const int width =
+        isStretched ? table->sizeHintForColumn(0) + table->sizeHintForColumn(1) + 2 * names.fontMetrics().height() : 0;
+    const QSize most = screen()->availableSize() * shareOfScreen - leastSize;
+    return QSize(width + frame - gridPlace.width(), rows + names.sizeHint().height() + frame - gridPlace.height())
+        .boundedTo(most)
+        .expandedTo(QSize(0, 0));
+}
+
+/// What stands beside or below the grid keeps its distance to it.
+void CVariableDialog::resizeEvent(QResizeEvent*)
+{
+    const QSize more = size() - leastSize;
+    table->setGeometry(gridPlace.adjusted(0, 0, more.width(), more.height()));
+    for (const auto& [button, place] : buttons)
+        button->setGeometry(place.translated(place.left() > gridPlace.right() ? more.width() : 0,
+                                             place.top() > gridPlace.bottom() ? more.height() : 0));
 }
 
 void CVariableDialog::finish()

@@ -2,9 +2,11 @@
 #include "platform/VarListDlg.h"
 
 #include <QDialog>
+#include <vector>
 
 class CVariableGrid;
 class QFileDialog;
+class QPushButton;
 struct open_prompt;
 
 /// The widgets of a variable dialog, laid out as its layout says.
@@ -19,12 +21,23 @@ public:
 
 protected:
     void done(int result) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    /// A button and its place in a dialog of the layout's size.
+    struct placed_button {
+        QPushButton* button;
+        QRect place;
+    };
     void placeAll();
+    void fitColumns();
+    QSize roomForRows() const;
 
     CVarListDlg* model; ///< null when it has ended
     CVariableGrid* table;
+    QRect gridPlace; ///< of the layout; what the dialog is larger goes to the grid
+    QSize leastSize;
+    std::vector<placed_button> buttons;
 };
 
 namespace host {

@@ -18,6 +18,7 @@ public:
     /// Asks the model for nothing more.
     void detach();
     void refresh();
+    using QTableWidget::sizeHintForColumn;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

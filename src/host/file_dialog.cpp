@@ -57,6 +57,9 @@ void host::prepare_file_dialog(QFileDialog& dialog, const std::string& filter)
     static name_icons icons; // the dialog does not own it
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setIconProvider(&icons);
-    dialog.setNameFilters(name_filters(filter));
+    const QStringList filters = name_filters(filter);
+    constexpr int mostWithPatterns = 4; // a list of all formats would unfold over the whole screen
+    dialog.setOption(QFileDialog::HideNameFilterDetails, filters.size() > mostWithPatterns);
+    dialog.setNameFilters(filters);
     fit_columns(dialog);
 }

@@ -80,16 +80,26 @@ host::variable_editor make_choice(const storing& store)
             }};
 }
 
-/// What the user sees of a colour; they are kept with red in the low byte.
-QColor color_in(const QString& text)
-{
-    const unsigned bgr = text.toUInt(nullptr, 0);
-    return {int(bgr & 255), int(bgr >> 8 & 255), int(bgr >> 16 & 255)};
-}
+/// Colours are kept with red in the low byte.
+QColor color_of(unsigned bgr) { return {int(bgr & 255), int(bgr >> 8 & 255), int(bgr >> 16 & 255)}; }
 
-QString text_of(const QColor& color)
+QString kept_text(const QColor& color)
 {
     return QStringLiteral("0x%1").arg(color.red() | color.green() << 8 | color.blue() << 16, 6, 16, QLatin1Char('0'));
+}
+
+/// As everywhere else: "#ff0000" is red. Numbers that are no colour stay numbers.
+QString color_text(unsigned bgr)
+{
+    constexpr unsigned white = 0xffffff;
+    return bgr <= white ? color_of(bgr).name() : QStringLiteral("0x%1").arg(bgr, 0, 16);
+}
+
+/// What was typed as a colour, as it is kept; all else, numbers too, as it was typed.
+QString kept_color(const QString& typed)
+{
+    const QColor color(typed.startsWith('#') ? typed : QString());
+    return color.isValid() ? kept_text(color) : typed;
 }
 
 /// A patch of the colour in a frame, so that it is seen on any background.
@@ -108,7 +118,7 @@ void show_color(QToolButton& button, const QColor& color)
 void ask_color(QWidget& above, const QColor& before, const storing& store)
 {
     const QColor color = QColorDialog::getColor(before, &above);
-    if (color.isValid()) store(text_of(color));
+    if (color.isValid()) store(kept_text(color));
 }
 
 /// The ending that the first pattern of a filter asks for: "Videos (*.avi)|*.avi" gives "avi".
@@ -187,7 +197,8 @@ host::variable_editor make_path(const shown_field& field, const storing& store)
 /// A colour's digits with a patch of it, which opens the palette of all colours.
 host::variable_editor make_color(const storing& store)
 {
-    const auto [editor, field_line, patch] = make_line_with_button(store);
+    const auto [editor, field_line, patch] =
+        make_line_with_button([store](const QString& typed) { store(kept_color(typed)); });
     QWidget* const both = editor; // closures hold no bindings
     QLineEdit* const line = field_line;
     QToolButton* const button = patch;
@@ -196,14 +207,11 @@ host::variable_editor make_color(const storing& store)
     button->setAccessibleName(button->toolTip());
     button->setFocusPolicy(Qt::StrongFocus);
     QObject::connect(button, &QToolButton::clicked, both,
-                     [owner = QPointer(both), line, store] { ask_color(*owner, color_in(line->text()), store); });
-    return {both, [line, button](const SPMVarList& list, const SPMVar& variable) {
-                // Some are declared as plain numbers.
-                const bool isShown = base::shown_field_of(list, variable).what == shown_field::kind::hexadecimal;
+                     [owner = QPointer(both), line, store] { ask_color(*owner, QColor(line->text()), store); });
+    return {both, [line, button](const SPMVarList&, const SPMVar& variable) {
                 const auto bgr = static_cast<unsigned>(static_cast<int>(variable));
-                const QString text = isShown ? shown_text(list, variable) : text_of(color_in(QString::number(bgr)));
-                if (!line->isModified()) line->setText(text);
-                show_color(*button, color_in(text));
+                if (!line->isModified()) line->setText(color_text(bgr));
+                show_color(*button, color_of(bgr));
             }};
 }
 

@@ -175,7 +175,9 @@ void CCustomPaletteDialog::OnSave()
 {
     CWinApp* const app = AfxGetApp();
     if (!app) return;
-    const auto path = app->host().askSavePath({.suggestedPath = {}, .filter = filter, .extension = "pal"});
+    // Where the menus look for palettes.
+    const std::wstring suggested = platform::to_wide(view::palette_folder() / "Custom.pal");
+    const auto path = app->host().askSavePath({.suggestedPath = suggested, .filter = filter, .extension = "pal"});
     if (!path) return;
     try {
         platform::atomic_file file(platform::to_path(*path));

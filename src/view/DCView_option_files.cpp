@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "platform/Exceptions.h"
 #include "platform/WinApp.h"
 #include "platform/options_file.h"
@@ -48,6 +49,7 @@ void CDCView::saveOptionsFile()
     save_prompt prompt;
     prompt.filter = optionFilter;
     prompt.extension = "opt";
+    prompt.suggestedPath = base::widen(GetViewSection()) + L".opt";
     const std::optional<std::wstring> path = app->host().askSavePath(prompt);
     if (!path) return;
     platform::options_section section{GetViewSection(), {}};

@@ -2,15 +2,18 @@
 #include "host/ListChooserDialog.h"
 #include "host/WindowsDialog.h"
 #include "host/WorkstationApp.h"
+#include "host/file_dialog.h"
 #include "host/preview_pane.h"
 #include "host/qt_printing.h"
 #include "host/tiling.h"
 #include "platform/DC.h"
 #include "platform/Host.h"
+#include "resources/strings.h"
 #include "support/temporary_folder.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLabel>
@@ -144,6 +147,17 @@ TEST(Tiling, CoversTheAreaWithoutOverlap)
         EXPECT_EQ(covered, 97 * 53) << count;
         EXPECT_EQ(all, QRegion(0, 0, 97, 53)) << count;
     }
+}
+
+TEST(FileDialog, TypesAreNamedWithoutAllTheirPatterns)
+{
+    QFileDialog dialog;
+    host::prepare_file_dialog(dialog, string_resource(1025));
+    const auto* const types = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+    ASSERT_TRUE(types);
+    EXPECT_EQ(types->itemText(0), "All known formats");
+    for (int i = 0; i < types->count(); ++i) EXPECT_LT(types->itemText(i).size(), 40) << i;
+    EXPECT_TRUE(dialog.nameFilters().front().contains("*.ibw")) << "which it still looks for";
 }
 
 TEST(Printing, WritesTheSheetAndTellsWhenItCannot)

@@ -363,7 +363,15 @@ TEST_F(FirstMinutes, ColoursHaveASwatchAndAPicker)
         const QImage shown = swatch->icon().pixmap(swatch->iconSize()).toImage();
         EXPECT_EQ(shown.pixelColor(shown.width() / 2, shown.height() / 2), QColor(0x12, 0x34, 0x56));
     }
-    EXPECT_EQ(dialog.findChildren<QLineEdit*>().at(1)->text(), "0x563412");
+    auto* const digits = dialog.findChildren<QLineEdit*>().at(1);
+    EXPECT_EQ(digits->text(), "#123456");
+    for (const auto& [typed, kept] : {std::pair{"#0a0b0c", 0x0c0b0a}, {"0x0000ff", 0xff}, {"#nonsense", 0xff}}) {
+        digits->setText(typed);
+        digits->setModified(true);
+        emit digits->editingFinished();
+        EXPECT_EQ(int(list.get_var(1)), kept) << typed;
+    }
+    EXPECT_EQ(digits->text(), "#ff0000");
     dialog.reject();
 }
 

@@ -15,6 +15,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QTabBar>
+#include <QPushButton>
 #include <QTableWidget>
 #include <QTimer>
 #include <QToolButton>
@@ -180,6 +181,32 @@ TEST_F(WorkstationTest, TheVariableDialogTakesWhatIsTyped)
 }
 
 /// Runs at the scales of the screen that the build lists.
+TEST_F(WorkstationTest, ADialogOfManyFilesShowsThemAndGrows)
+{
+    constexpr unsigned count = 12;
+    const QString name = QStringLiteral("a recording of a long night, sample 7.spm");
+    std::vector<SPMVar> rows(count);
+    for (unsigned i = 0; i < count; ++i)
+        rows[i].Init(std::to_string(i).c_str(), name.toUtf8().constData(), SPM_VAR_BOOLEAN);
+    SPMVarList list;
+    list.set_variables(rows.data(), count);
+    CVarListDlg model;
+    model.CreateModalDlg(&list, nullptr, platform::saveFilesLayout, nullptr);
+    CVariableDialog dialog(model, &window);
+    dialog.show();
+    settle();
+    QTableWidget& grid = *dialog.grid();
+    EXPECT_GE(grid.columnWidth(0), grid.fontMetrics().horizontalAdvance(name));
+    EXPECT_GE(grid.viewport()->height(), grid.rowViewportPosition(count - 1) + grid.rowHeight(count - 1));
+    const auto* const exit = dialog.findChild<QPushButton*>();
+    const int gap = exit->x() - grid.geometry().right();
+    const QSize before = grid.size();
+    dialog.resize(dialog.size() + QSize(70, 50));
+    settle();
+    EXPECT_EQ(grid.size(), before + QSize(70, 50));
+    EXPECT_EQ(exit->x() - grid.geometry().right(), gap) << "beside the grid as before";
+}
+
 TEST_F(WorkstationTest, ScreenScaleKeepsDataCrispAndScalesTheHandles)
 {
     open("a.spm");

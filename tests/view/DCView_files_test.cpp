@@ -1,4 +1,5 @@
 // What leaves a view: its options as a file, its picture on paper.
+#include "base/text.h"
 #include "support/RecordingDC.h"
 #include "support/temporary_folder.h"
 #include "view_fixture.h"
@@ -28,6 +29,7 @@ TEST_F(DCViewFilesTest, OptionsAreSavedAsASectionAndComeBack)
     ASSERT_EQ(host.savePrompts.size(), 1u);
     EXPECT_EQ(host.savePrompts[0].filter, "Options Files (*.opt)|*.opt||");
     EXPECT_EQ(host.savePrompts[0].extension, "opt");
+    EXPECT_EQ(host.savePrompts[0].suggestedPath, base::widen(view->GetViewSection()) + L".opt");
     const std::string content = file_content(file);
     EXPECT_TRUE(content.starts_with("[Other]\nx=1; mine\n[PlainView]\n; This section was automatically generated\n"));
     EXPECT_NE(content.find("\nlegend=" + std::to_string(0x123456) + ";\n"), std::string::npos);

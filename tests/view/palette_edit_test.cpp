@@ -5,6 +5,7 @@
 #include "support/temporary_folder.h"
 #include "view/CustomPaletteDialog.h"
 #include "view/palette_file.h"
+#include "view/palette_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -197,6 +198,7 @@ TEST_F(PaletteEditorTest, LoadsAndSavesPaletteFiles)
     dialog.OnCommand(5231);
     EXPECT_EQ(file_content(folder / "out.pal"), file_content(folder / "three.pal"));
     EXPECT_EQ(host.savePrompts.back().extension, "pal");
+    EXPECT_EQ(host.savePrompts.back().suggestedPath, (view::palette_folder() / "Custom.pal").wstring());
     const std::size_t files = folder.files();
     dialog.OnCommand(5231);
     EXPECT_EQ(host.messages.size(), 2u) << "the folder is not there";
