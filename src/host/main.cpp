@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "entry/Application.h"
 #include "entry/open_files.h"
+#include "host/BoxStyle.h"
 #include "host/MainWindow.h"
 #include "host/QtHost.h"
 #include "host/WorkstationApp.h"
@@ -78,7 +79,10 @@ void tell_and_end_when_asked(int count, char** arguments)
 int main(int count, char** arguments)
 {
     tell_and_end_when_asked(count, arguments);
+    // Moving a window that lies under another one, the toolkit would copy the pixels of both.
+    qputenv("QT_NO_FAST_MOVE", "1");
     CWorkstationApp toolkit(count, arguments);
+    QApplication::setStyle(new CBoxStyle);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("velmira"));
     QApplication::setApplicationVersion(QStringLiteral(VLDV_VERSION));
@@ -92,6 +96,7 @@ int main(int count, char** arguments)
     toolkit.onFailure = [&machine](const std::string& reason) { machine.messageBox(reason, message_icon::error); };
     if (!host::restore_places(window, profile)) window.resize(usualSize.boundedTo(window.screen()->availableSize()));
     window.show();
+    host::fit_to_screen(window);
     const auto keep = [&window, &profile] {
         host::keep_places(window, profile);
         profile.flush();

@@ -1,5 +1,6 @@
 #include "host/qt_cursors.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <array>
@@ -11,11 +12,22 @@ namespace {
 
 constexpr int side = 24, middle = 11; // pixels
 
+/// A pointer on the screen as large as on one of the usual density. Of X11 the toolkit hands size and hot spot on in
+/// pixels of the device.
+QCursor pointer(const QPixmap& picture, QPoint hotSpot)
+{
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        hotSpot = (QPointF(hotSpot) * picture.devicePixelRatio()).toPoint();
+    return QCursor(picture, hotSpot.x(), hotSpot.y());
+}
+
 /// Draws black lines with a white rim, so that they are seen on any picture.
 template <class Draw>
 QPixmap rimmed(const Draw& draw)
 {
-    QPixmap picture(side, side);
+    const double ratio = qGuiApp->devicePixelRatio(); // of the densest screen
+    QPixmap picture(QSize(side, side) * ratio);
+    picture.setDevicePixelRatio(ratio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     for (const auto& [color, width] : {std::pair{Qt::white, 3}, {Qt::black, 1}}) {
@@ -35,7 +47,7 @@ QCursor signed_cross(sign draw)
         painter.drawLine(1, middle, 2 * middle - 1, middle);
         draw(painter);
     });
-    return QCursor(picture, middle, middle);
+    return pointer(picture, {middle, middle});
 }
 
 struct signed_shape {
@@ -99,7 +111,7 @@ QCursor pen()
         painter.drawPolygon(QPolygon({{2, 21}, {4, 15}, {16, 3}, {20, 7}, {8, 19}}));
         painter.drawLine(4, 15, 8, 19);
     });
-    return QCursor(picture, 2, 21);
+    return pointer(picture, {2, 21});
 }
 
 /// A cross in a ring: what is under it goes.
@@ -110,7 +122,7 @@ QCursor eraser()
         painter.drawLine(middle - 4, middle - 4, middle + 5, middle + 5);
         painter.drawLine(middle - 4, middle + 4, middle + 5, middle - 5);
     });
-    return QCursor(picture, middle, middle);
+    return pointer(picture, {middle, middle});
 }
 
 std::map<cursor_shape, QCursor> drawn_cursors()

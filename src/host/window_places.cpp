@@ -3,7 +3,9 @@
 #include "platform/Host.h"
 
 #include <QMainWindow>
+#include <QScreen>
 #include <QStatusBar>
+#include <algorithm>
 
 namespace {
 
@@ -32,6 +34,18 @@ bool host::restore_places(QMainWindow& window, const IProfile& profile)
     window.restoreState(read(profile, stateKey), layoutVersion);
     window.statusBar()->setVisible(profile.readInt(section, statusBarKey).value_or(1) != 0);
     return isPlaced;
+}
+
+void host::fit_to_screen(QWidget& window)
+{
+    const QRect available = window.screen()->availableGeometry();
+    const QSize frame = window.frameSize() - window.size(), fitting = window.size().boundedTo(available.size() - frame);
+    if (window.isMaximized() || window.isFullScreen() || fitting == window.size()) return;
+    window.resize(fitting);
+    QRect place(window.pos(), fitting + frame);
+    place.moveRight(std::min(place.right(), available.right()));
+    place.moveBottom(std::min(place.bottom(), available.bottom()));
+    window.move(place.topLeft());
 }
 
 void host::keep_places(const QMainWindow& window, IProfile& profile)

@@ -2,6 +2,7 @@
 
 class IProfile;
 class QMainWindow;
+class QWidget;
 
 namespace host {
 
@@ -10,5 +11,8 @@ namespace host {
 /// \return false when none are kept or they are of no use
 bool restore_places(QMainWindow& window, const IProfile& profile);
 void keep_places(const QMainWindow& window, IProfile& profile);
+
+/// Makes a window that is larger than its screen fit, say one whose size was given for another scale.
+void fit_to_screen(QWidget& window);
 
 } // namespace host

@@ -2,6 +2,7 @@
 #include "document/StorageDoc.h"
 #include "document/examples.h"
 #include "entry/Application.h"
+#include "host/BoxStyle.h"
 #include "host/FailuresDialog.h"
 #include "host/FormDialog.h"
 #include "host/HelpWindow.h"
@@ -29,10 +30,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyleOption>
 #include <QTableWidget>
 #include <QTextBrowser>
 #include <QTimer>
@@ -181,17 +184,17 @@ TEST_F(FirstMinutes, TheStartPageOffersRecentFilesAndExamples)
     wait([&] { return page().isVisible(); });
     ASSERT_TRUE(button("a.spm"));
     EXPECT_EQ(button("a.spm")->toolTip().toStdWString(), (folder / "a.spm").wstring());
+    app.AddToRecentFileList((folder / "other" / "a.spm").wstring());
+    const QString home = QString::fromStdString(folder.path.string());
+    wait([&] { return button("a.spm in " + home + "/other/") && button("a.spm in " + home + "/"); });
+    app.RemoveFromRecentFileList((folder / "other" / "a.spm").wstring());
+    wait([&] { return button("a.spm") != nullptr; });
     button("a.spm")->click();
     settle();
     ASSERT_EQ(app.frames().size(), 1u);
     EXPECT_EQ(app.frames()[0]->GetWindowText().substr(0, 2), L"a[");
 }
 
-    app.AddToRecentFileList((folder / "other" / "a.spm").wstring());
-    const QString home = QString::fromStdString(folder.path.string());
-    wait([&] { return button("a.spm in " + home + "/other/") && button("a.spm in " + home + "/"); });
-    app.RemoveFromRecentFileList((folder / "other" / "a.spm").wstring());
-    wait([&] { return button("a.spm") != nullptr; });
 TEST_F(FirstMinutes, TheStartPageHasTheKeysAlsoBesideTheOutputPane)
 {
     constexpr unsigned save = 57603, print = 57607, copy = 57634;
@@ -268,9 +271,6 @@ TEST_F(FirstMinutes, ReturnAndEscapeEndEveryDialog)
     }
 }
 
-TEST_F(FirstMinutes, TheListOfFailuresNamesFilesAndReasons)
-{
-    CFailuresDialog dialog({{L"/x/a.spm", "/x/a.spm: main.xml is missing"}, {L"/x/b", "File /x/b is empty."}}, nullptr);
 TEST_F(FirstMinutes, ReturnInThePreviewOfASheetAsksToPrint)
 {
     bool isAsked = false;
@@ -289,6 +289,9 @@ TEST_F(FirstMinutes, ReturnInThePreviewOfASheetAsksToPrint)
     EXPECT_TRUE(isAsked);
 }
 
+TEST_F(FirstMinutes, TheListOfFailuresNamesFilesAndReasons)
+{
+    CFailuresDialog dialog({{L"/x/a.spm", "/x/a.spm: main.xml is missing"}, {L"/x/b", "File /x/b is empty."}}, nullptr);
     auto* const table = dialog.findChild<QTableWidget*>();
     ASSERT_EQ(table->rowCount(), 2);
     EXPECT_EQ(table->item(0, 0)->text(), "a.spm");
@@ -332,6 +335,11 @@ TEST_F(FirstMinutes, PlacesAreKept)
     auto* const restored = next.findChild<QDockWidget*>(QStringLiteral("output"));
     EXPECT_FALSE(restored->isHidden());
     EXPECT_EQ(next.dockWidgetArea(restored), Qt::RightDockWidgetArea);
+    const QRect screen = next.screen()->availableGeometry();
+    next.resize(screen.size() + QSize(400, 300));
+    next.move(20, 20);
+    host::fit_to_screen(next);
+    EXPECT_TRUE(screen.contains(next.frameGeometry())) << "of another scale";
     CProfileStore empty(folder / "other");
     EXPECT_FALSE(host::restore_places(next, empty));
 }
@@ -373,6 +381,25 @@ TEST_F(FirstMinutes, ColoursHaveASwatchAndAPicker)
     }
     EXPECT_EQ(digits->text(), "#ff0000");
     dialog.reject();
+}
+
+TEST(Boxes, AreSeenOnADarkGround)
+{
+    CBoxStyle style;
+    QPalette dark;
+    dark.setColor(QPalette::Window, QColor(0x2b, 0x2b, 0x2b));
+    dark.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    QStyleOptionButton box;
+    box.rect = QRect(0, 0, 13, 13);
+    box.palette = dark;
+    box.state = QStyle::State_Enabled | QStyle::State_Off;
+    QImage picture(13, 13, QImage::Format_RGB32);
+    picture.fill(dark.color(QPalette::Window));
+    QPainter painter(&picture);
+    style.drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, nullptr);
+    for (const QPoint at : {QPoint(0, 6), QPoint(12, 6), QPoint(6, 0), QPoint(6, 12)})
+        EXPECT_GT(picture.pixelColor(at).lightness(), 0x2b + 80) << at.x() << ' ' << at.y();
 }
 
 TEST(Cursors, EachModeHasItsOwnSign)

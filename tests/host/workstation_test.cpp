@@ -3,6 +3,7 @@
 
 #include "host/VariableDialog.h"
 #include "host/VariableGrid.h"
+#include "host/qt_cursors.h"
 #include "view/ChildFrame.h"
 #include "vldv.h"
 
@@ -14,8 +15,8 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QPointer>
-#include <QTabBar>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTableWidget>
 #include <QTimer>
 #include <QToolButton>
@@ -180,7 +181,6 @@ TEST_F(WorkstationTest, TheVariableDialogTakesWhatIsTyped)
     EXPECT_EQ(model.result(), CVarListDlg::resultOk) << "the key takes the value and is OK";
 }
 
-/// Runs at the scales of the screen that the build lists.
 TEST_F(WorkstationTest, ADialogOfManyFilesShowsThemAndGrows)
 {
     constexpr unsigned count = 12;
@@ -207,6 +207,7 @@ TEST_F(WorkstationTest, ADialogOfManyFilesShowsThemAndGrows)
     EXPECT_EQ(exit->x() - grid.geometry().right(), gap) << "beside the grid as before";
 }
 
+/// Runs at the scales of the screen that the build lists.
 TEST_F(WorkstationTest, ScreenScaleKeepsDataCrispAndScalesTheHandles)
 {
     open("a.spm");
@@ -214,6 +215,7 @@ TEST_F(WorkstationTest, ScreenScaleKeepsDataCrispAndScalesTheHandles)
     settle();
     const int scale = std::max(1, qEnvironmentVariableIntValue("QT_SCALE_FACTOR"));
     ASSERT_EQ(window.devicePixelRatioF(), scale);
+    EXPECT_EQ(host::qt_cursor(cursor_shape::crossPlus).pixmap().size(), QSize(24, 24) * scale) << "pointers, too";
     const QImage picture = shown();
     ASSERT_EQ(picture.size(), QSize(64, 64) * scale);
     const auto sample = [&](int x, int y) { return picture.pixel(x * scale, y * scale); };
