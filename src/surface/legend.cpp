@@ -20,6 +20,7 @@ namespace {
 enum text_id : unsigned { sizesText = 1008, fileText = 1009, imageText = 1010 };
 constexpr double compactTextShare = 0.3;  // of the window's width
 constexpr int panelGap = 5, labelGap = 5; // pixels
+constexpr int usualTextSize = 13;         // of the option
 
 bool is_on(const CDCView& view, const char* option) { return static_cast<bool>(view.options[option]); }
 int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
@@ -36,7 +37,9 @@ void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoi
     const std::wstring label = base::widen(string_resource(imageText));
     dc.SetTextAlign(TA_BOTTOM);
     if (!is_on(view, "CompactLegend")) {
-        at.y = view.GetClientRect().Height() - number(view, "BottomMargin") + number(view, "TextVertSpace");
+        const int larger = std::max(number(view, "text_size") - usualTextSize, 0); // than the space is meant for
+        at.y =
+            view.GetClientRect().Height() - number(view, "BottomMargin") + number(view, "TextVertSpace") + 3 * larger;
         view.DrawLegendText(&dc, at, legendDown, L"C: C", file, path);
         view.DrawLegendText(&dc, at, legendDown, L"C: c", label, content.imageName);
         return;

@@ -94,7 +94,9 @@ void tie_margins(SPMVar* options, unsigned count)
         {"RightMargin", ",if(#CompactLegend,0,#RightMarginOpt+if(#ShowZScale,65,0)+if(#ShowParameters || "
                         "#ShowStatistics,#ParametersWidth,0))"},
         {"TopMargin", ",if(#CompactLegend,0,#TopMarginOpt)"},
-        {"BottomMargin", ",if(#CompactLegend,0,#BottomMarginOpt+if(#ShowAdditionalLegend,#TextVertSpace,0))"},
+        // The usual space holds lines of the usual size: labels of the axis, then two of the file.
+        {"BottomMargin", ",if(#CompactLegend,0,#BottomMarginOpt+if(#ShowAdditionalLegend,#TextVertSpace-"
+                         "4*min(0,13-#text_size),0))"},
     };
     for (const auto& [name, expression] : ties)
         for (unsigned i = 0; i < count; ++i)

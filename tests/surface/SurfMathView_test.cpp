@@ -29,6 +29,10 @@ TEST_F(SurfaceTest, MarginsMakeRoomForWhatIsShown)
                                 int(view.options["RightMargin"]), int(view.options["BottomMargin"])};
     };
     EXPECT_EQ(margins(), (std::vector<int>{50, 10, 25 + 65, 25 + 40}));
+    view.setOption("text_size", "20");
+    EXPECT_EQ(margins()[3], 25 + 40 + 4 * (20 - 13)) << "higher lines";
+    view.setOption("text_size", "10");
+    EXPECT_EQ(margins()[3], 25 + 40) << "never less than the user asks for";
     view.setOption("ShowZScaleOpt", "false");
     EXPECT_EQ(margins()[2], 25);
     view.setOption("ShowParameters", "true");

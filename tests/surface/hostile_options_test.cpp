@@ -60,7 +60,7 @@ TEST_F(HostileOptions, TheLimitsOfTheMarginsHoldTheSumsOfTheirParts)
     view.setOption("ShowParameters", "true");
     EXPECT_EQ(int(view.options["LeftMargin"]), 1000);
     EXPECT_EQ(int(view.options["RightMargin"]), 1000 + 65 + 2000) << "its own, the scale, the panel";
-    EXPECT_EQ(int(view.options["BottomMargin"]), 1000 + 1000);
+    EXPECT_EQ(int(view.options["BottomMargin"]), 1000 + 1000 + 4 * (200 - 13));
 }
 
 TEST_F(HostileOptions, AProfileOfAnyNumbersIsTakenWithinThem)

@@ -76,9 +76,10 @@ TEST_F(MaximisedSurface, EveryOptionThatMovesMarginsMovesThePicture)
         view.setOption(name.c_str(), before.c_str());
         settle();
     }
-    EXPECT_EQ(movers, (std::set<std::string>{"ShowLegend", "CompactLegend", "ShowZScaleOpt", "ShowAdditionalLegend",
-                                             "ShowParameters", "ParametersWidth", "TextVertSpace", "LeftMarginOpt",
-                                             "RightMarginOpt", "TopMarginOpt", "BottomMarginOpt", "highlight"}));
+    EXPECT_EQ(movers,
+              (std::set<std::string>{"ShowLegend", "CompactLegend", "ShowZScaleOpt", "ShowAdditionalLegend",
+                                     "ShowParameters", "ParametersWidth", "TextVertSpace", "LeftMarginOpt",
+                                     "RightMarginOpt", "TopMarginOpt", "BottomMarginOpt", "highlight", "text_size"}));
     view.setOption("ShowParameters", "false");
     settle();
     view.setOption("ShowStatistics", "true"); // the other one that makes room for the panel
