@@ -209,6 +209,8 @@ base::read_result<recording> read_bcr(source& file)
     const extent sides[] = {{width, lateral(header, "xlength", "xoffset", "xunit", width)},
                             {height, lateral(header, "ylength", "yoffset", "yunit", height)}};
     recorded_image image = make_samples("Topography", "Topography", sides, 1, scale, type);
+    for (const char* length : {"xlength", "ylength"})
+        if (!header.text(length).empty()) note_length(image, length, header.number(length, 0.0));
     const std::span bytes(static_cast<std::byte*>(image.stream.array_data()),
                           std::size_t{image.stream.array_length()} * element_size(type));
     if (!file.read(layout->dataAt, bytes)) return refuse("samples cannot be read");

@@ -11,6 +11,8 @@ namespace formats {
 
 namespace {
 
+constexpr double absurdMagnitude = 1e30; ///< no place and no value of any unit is as far
+
 std::string quoted(const recorded_image& image)
 {
     const char *label = image.stream.get_description(), *id = image.stream.get_name();
@@ -24,8 +26,10 @@ std::string axis_problem(const VLAxis& axis, const std::string& name)
     for (const auto& [number, what] : {std::pair{axis.scale, "the scale"}, std::pair{axis.start, "the start"}}) {
         if (std::isnan(number)) return wrong(what, " is no number");
         if (std::isinf(number)) return wrong(what, " is infinite");
+        if (std::fabs(number) >= absurdMagnitude) return wrong(what, " is 1e30 or more");
     }
-    return axis.scale == 0.0 ? wrong("the scale", " is 0") : std::string();
+    if (axis.scale != 0.0) return {};
+    return wrong("the scale", std::signbit(axis.scale) ? " is below 0" : " is 0");
 }
 
 std::string axes_problem(const VLAxesContainer& axes, const std::string& name)
@@ -54,8 +58,9 @@ std::string leave_out_unusable(recording& read)
     std::string first;
     std::erase_if(read.items, [&](const auto& item) {
         const auto* image = std::get_if<recorded_image>(&item);
-        const std::string problem = image ? image_problem(image->stream) : std::string();
+        std::string problem = image ? image_problem(image->stream) : std::string();
         if (problem.empty()) return false;
+        for (const std::string& note : image->notes) problem += (&note == &image->notes.front() ? ": " : "; ") + note;
         if (first.empty()) first = quoted(*image) + ": " + problem;
         add_warning(read, quoted(*image) + " is left out: " + problem);
         return true;

@@ -134,6 +134,8 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<con
             return base::read_error{planes[each]->offset, "samples of " + first.plane.channel + " cannot be read"};
         rest = rest.subspan(frameBytes);
         image.strings.insert(planes[each]->strings.begin(), planes[each]->strings.end());
+        for (const std::string& note : planes[each]->notes)
+            if (std::ranges::find(image.notes, note) == image.notes.end()) image.notes.push_back(note);
     }
     settle_samples(image);
     if (group.size() == 1 && first.plane.direction != scan_direction::unknown)

@@ -131,6 +131,7 @@ base::read_result<mdt_content> read_mdt_curves(source& file, const mdt_frame& fr
     recorded_image image =
         make_curve_group(label, label, VLAxis(shape.x.offset, shape.x.step, shape.x.units.c_str()), scale, curves);
     image.strings.insert(texts.strings.begin(), texts.strings.end());
+    image.notes = notes_on_steps({{"x", &shape.x}, {"z", &shape.y}});
     if (!places.empty()) image.strings["Points"] = places;
     content.emplace_back(std::move(image));
     return content;

@@ -92,12 +92,21 @@ mdt_axis read_mdt_axis(base::byte_reader& in) noexcept
     axis.offset = in.f32();
     axis.step = in.f32();
     const int code = in.i16();
-    if (axis.step == 0.0) axis.step = 1.0; // not stated
+    if (axis.step == 0.0) return {0.0, 1.0, "", false};
     const mdt_unit unit = mdt_unit_of(code);
     axis.offset *= unit.factor;
     axis.step *= unit.factor;
     axis.units = unit.units;
     return axis;
+}
+
+std::vector<std::string> notes_on_steps(std::initializer_list<std::pair<const char*, const mdt_axis*>> axes)
+{
+    std::vector<std::string> notes;
+    for (const auto& [name, axis] : axes)
+        if (!axis->isStated)
+            notes.push_back(std::string("the step of the ") + name + " axis is 0: it counts without a unit");
+    return notes;
 }
 
 mdt_unit mdt_unit_of(int code) noexcept

@@ -5,8 +5,10 @@
 #include "document/formats/source.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -29,6 +31,7 @@ struct mdt_plane {
     std::uint64_t offset = 0; ///< of the first sample, the left one of the bottom row
     SPMVarArrayType type = SPM_ARRAY_INT16;
     std::map<std::string, std::string> strings;
+    std::vector<std::string> notes;
 };
 
 /// What a frame holds: planes that may have to be joined with others, or finished images.
@@ -43,11 +46,15 @@ base::read_result<mdt_content> read_mdt_curves(source& file, const mdt_frame& fr
 base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& frame);  // 106
 base::read_result<mdt_content> read_mdt_points(source& file, const mdt_frame& frame); // 190
 
-/// Axis of an old frame: the unit code is resolved, Angstrom becomes nm.
+/// Axis of an old frame: the unit code is resolved, Angstrom becomes nm. A step of 0 states none: then points, or the
+/// raw numbers, are counted.
 struct mdt_axis {
     double offset = 0.0, step = 1.0;
     std::string units;
+    bool isStated = true;
 };
+/// What is to be said of the axes of a frame that state no step.
+std::vector<std::string> notes_on_steps(std::initializer_list<std::pair<const char*, const mdt_axis*>> axes);
 mdt_axis read_mdt_axis(base::byte_reader& in) noexcept;
 
 /// Unit of a code: what numbers are multiplied with to be in `units`. Angstrom becomes nm; unknown codes have no text.

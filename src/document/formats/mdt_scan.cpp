@@ -105,6 +105,7 @@ base::read_result<mdt_content> read_mdt_scan(source& file, const mdt_frame& fram
     result.strings = texts.strings;
     add_settings(settings, result.strings);
     name_plane(result, texts.title, settings.channel ? channel_name(*settings.channel) : "Image");
+    result.notes = notes_on_steps({{"x", &x}, {"y", &y}, {"z", &z}});
     result.plane.frame = {columns, rows, 1, lateral(x), lateral(y)};
     result.plane.scale = {z.step, z.offset, z.units, "z axis of frame " + std::to_string(frame.number)};
     mdt_content content;

@@ -180,6 +180,7 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
     out.offset = *offset;
     out.length = *length;
     out.scales = nanoscope_force_scales(header, section);
+    out.notes = nanoscope_force_doubts(header, section);
     out.isOverTime = is_nanoscope_time(header, section);
     out.isOverBias = is_nanoscope_bias(header, section);
     const std::string* context = section.find("start context");
@@ -195,6 +196,7 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
     if (!choose_shape(header, out, columns, rows))
         return "Samps/line, Hold Samples and force/line do not fit Data length " + std::to_string(*length);
     out.ramp = nanoscope_ramp(header, section, out.approach);
+    for (std::string& doubt : nanoscope_ramp_doubts(header, section)) out.notes.push_back(std::move(doubt));
     set_grid_axes(header, out, columns, rows);
     return {};
 }
@@ -222,6 +224,8 @@ std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscop
         auto images = load_nanoscope_force(file, channel, ids);
         if (!images) return images.error();
         if (!height && is_height(section)) height = channels.size();
+        if (!images->empty())
+            images->front().notes.insert(images->front().notes.end(), channel.notes.begin(), channel.notes.end());
         channels.push_back({std::move(channel), out.items.size()});
         for (recorded_image& image : *images) {
             add_shared_strings(image.strings, header);

@@ -25,6 +25,7 @@ struct nanoscope_force {
     std::vector<value_scale> scales; ///< the one to show first
     VLAxis ramp;                     ///< of the approach samples: from the contact to the free end, or along a bias
     VLAxis x, y;                     ///< of a force volume
+    std::vector<std::string> notes;  ///< numbers of scales and ramp that are none, and what follows
 
     unsigned samples() const noexcept { return approach + retract + hold; }
     std::uint64_t curves() const noexcept { return columns ? std::uint64_t{columns} * rows : 1; }
@@ -41,6 +42,11 @@ std::string describe_nanoscope_force(const nanoscope_header& header, const nanos
 /// Scales of a force channel, the one to show first: the force where spring constant and sensitivity are known, the
 /// deflection, the volts.
 std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, const nanoscope_section& section);
+
+/// What of these scales is not as the header seems to mean it, because one of its numbers is none or 0.
+std::vector<std::string> nanoscope_force_doubts(const nanoscope_header& header, const nanoscope_section& section);
+/// The same of the ramp.
+std::vector<std::string> nanoscope_ramp_doubts(const nanoscope_header& header, const nanoscope_section& section);
 
 /// True when curves of a channel run over the time instead of the ramp.
 bool is_nanoscope_time(const nanoscope_header& header, const nanoscope_section& section);

@@ -114,6 +114,20 @@ std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, 
     return scales;
 }
 
+std::vector<std::string> nanoscope_force_doubts(const nanoscope_header& header, const nanoscope_section& section)
+{
+    std::vector<std::string> doubts;
+    const std::string* line = section.find_typed("z scale");
+    const nanoscope_value hard = line ? parse_nanoscope_value(*line) : nanoscope_value{};
+    if (hard.statesHardScale && !hard.hardScale && hard.value)
+        doubts.emplace_back("the hard scale in Z scale is no number: values follow from the hard value");
+    if (std::string doubt = nanoscope_sensitivity_doubt(header, section); !doubt.empty())
+        doubts.push_back(std::move(doubt));
+    if (section.find("spring constant") && !usable(section.number("spring constant")) && is_deflection(section))
+        doubts.emplace_back("Spring Constant is 0 or no number: values are no force");
+    return doubts;
+}
+
 bool is_nanoscope_time(const nanoscope_header& header, const nanoscope_section& section)
 {
     const std::string* kind = section.find("x data type");
@@ -125,6 +139,23 @@ bool is_nanoscope_bias(const nanoscope_header& header, const nanoscope_section& 
 {
     const std::string* channel = ramp_line(header, section, "ramp channel");
     return channel && parse_nanoscope_value(*channel).display.find("Bias") != std::string::npos;
+}
+
+std::vector<std::string> nanoscope_ramp_doubts(const nanoscope_header& header, const nanoscope_section& section)
+{
+    std::vector<std::string> doubts;
+    if (is_nanoscope_time(header, section)) return doubts;
+    const bool isBias = is_nanoscope_bias(header, section);
+    const std::string* line = ramp_line(header, section, isBias ? "ramp end" : "ramp size");
+    if (!line) return doubts;
+    const nanoscope_value hard = parse_nanoscope_value(*line);
+    const std::string* soft = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
+    if (soft && !usable(parse_nanoscope_value(*soft).value))
+        doubts.push_back(hard.bracket + " is 0 or no number: the ramp is not converted with it");
+    if (nanoscope_ramp(header, section, 2) == VLAxis())
+        doubts.emplace_back(isBias ? "Ramp Begin and Ramp End are equal or no numbers: samples are counted"
+                                   : "Ramp Size is 0 or no number: samples are counted");
+    return doubts;
 }
 
 VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& section, unsigned points)

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/directions.h"
+#include "document/formats/nanoscope_scale.h"
 #include "document/formats/nanoscope_strings.h"
 #include "document/formats/stream_shape.h"
 
@@ -30,6 +31,8 @@ std::vector<image_group> group_directions(std::vector<nanoscope_image> images)
 void finish_image(const nanoscope_header& header, const image_group& group, recorded_image& image)
 {
     for (const nanoscope_image& part : group) add_section_strings(image.strings, *part.section);
+    if (std::string doubt = nanoscope_sensitivity_doubt(header, *group.front().section); !doubt.empty())
+        image.notes.push_back(std::move(doubt));
     add_shared_strings(image.strings, header);
     if (group.front().volts) add_calibration(image, group.front().scale, *group.front().volts);
     const auto direction = group.front().isTrace     ? scan_direction::forward

@@ -191,6 +191,7 @@ nanoscope_value parse_nanoscope_value(std::string_view text)
     if (text.starts_with('(')) {
         const auto inner = bracketed(text, '(', ')');
         if (!inner) return value;
+        value.statesHardScale = true;
         value.hardScale = take_number(*inner, value.hardScaleUnits);
         text = base::trimmed(text.substr(inner->size() + 2));
     }
@@ -247,6 +248,15 @@ value_scale nanoscope_image_scale(const nanoscope_header& header, const nanoscop
     if (const std::string* typed = image.find_typed("z scale")) return typed_scale(header, image, *typed);
     if (const std::string* plain = image.find("z scale")) return plain_scale(*plain);
     return old_scale(header, image);
+}
+
+std::string nanoscope_sensitivity_doubt(const nanoscope_header& header, const nanoscope_section& section)
+{
+    const std::string* typed = section.find_typed("z scale");
+    const nanoscope_value hard = typed ? parse_nanoscope_value(*typed) : nanoscope_value{};
+    const bool isStated = !hard.bracket.empty() && header.typed_setting(base::lower_ascii(hard.bracket));
+    if (!isStated || sensitivity_of(header, hard).value) return {};
+    return hard.bracket + " is no number: values are not converted with it";
 }
 
 std::optional<value_scale> nanoscope_image_volts(const nanoscope_header& header, const nanoscope_section& image)

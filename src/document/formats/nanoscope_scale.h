@@ -15,6 +15,7 @@ struct nanoscope_value {
     std::string bracket;             ///< soft scale or internal name: "Sens. Zsens", "ZSensor"
     std::optional<double> hardScale; ///< "0.005035400" of "(0.005035400 V/LSB)"
     std::string hardScaleUnits;      ///< "V/LSB"
+    bool statesHardScale = false;    ///< the brackets stand there, whatever is in them
     std::optional<double> value;
     std::string units;   ///< of the value, spelt as this library does
     std::string display; ///< text between double quotes
@@ -34,6 +35,9 @@ std::string nanoscope_channel(const nanoscope_section& image);
 
 /// What a raw sample of an image means. A scale that the header does not tell leaves raw numbers without units.
 value_scale nanoscope_image_scale(const nanoscope_header& header, const nanoscope_section& image);
+
+/// What is to be said of a channel whose sensitivity stands in the header and is no number; empty otherwise.
+std::string nanoscope_sensitivity_doubt(const nanoscope_header& header, const nanoscope_section& section);
 
 /// What the instrument measured, as a rule volts, before a sensitivity made the image's scale of it; nothing when that
 /// is the same.

@@ -172,6 +172,7 @@ void table_collector::finish()
                               plural(doubtfulLines, "line") + ", the first is line " + std::to_string(firstDoubtful));
     if (oddLine == 0 || wrapped) return;
     table.values.resize(table.columns * table.rows);
+    table.isCut = true;
     table.notes.push_back("The last line, " + std::to_string(oddLine) + ", was left out: it has " +
                           plural(oddFields, "value") + " of " + std::to_string(table.columns));
 }

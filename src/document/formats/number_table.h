@@ -18,6 +18,7 @@ struct number_table {
     std::size_t rows = 0;
     std::string comments;           ///< UTF-8, the lines between the numbers that hold none
     std::vector<std::string> notes; ///< what was left out
+    bool isCut = false;             ///< the last line lacks its end
 
     double at(std::size_t row, std::size_t column) const noexcept { return values[row * columns + column]; }
     std::vector<double> column(std::size_t index) const;

@@ -179,6 +179,8 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
     const SPMVarArrayType type = bytes == 4 ? SPM_ARRAY_FLOAT32 : bytes == 2 ? SPM_ARRAY_INT16 : SPM_ARRAY_UINT8;
     recorded_image image =
         make_samples(unique_id(label, ids), label, sides, 1, scale_of(values, isHeight, bytes == 4), type);
+    if (pixel) note_length(image, "Pixel_size", *pixel);
+    note_length(image, "Aspect", aspect);
     if (bytes == 4) {
         fill_rows<float>(image, stored, columns, rows);
         for (float& value : elements_of<float>(image))
@@ -223,6 +225,9 @@ base::read_result<recording> read_opd(source& file)
         for (const opd_block& block : *blocks) {
             if (block.type != arrayBlock || !isWanted(block.name)) continue;
             auto image = read_array(file, block, values, ids);
+            if (image && holds_wyko_heights(block.name) && !values.number("Wavelength"))
+                image->notes.emplace_back(
+                    "no Wavelength in the file: heights are counted in wavelengths, without a unit");
             if (image)
                 result.items.emplace_back(std::move(*image));
             else

@@ -1,5 +1,6 @@
 #include "document/formats/stream_shape.h"
 
+#include "base/text.h"
 #include "document/formats/curve_lengths.h"
 
 #include <algorithm>
@@ -18,7 +19,12 @@ bool is_finite(double value) noexcept { return std::fabs(value) <= std::numeric_
 
 VLAxis stated_side(double start, double length, unsigned points, const std::string& units)
 {
-    return {start, length < 0.0 ? 0.0 : length / points, units.c_str()};
+    return {start, length < 0.0 ? -0.0 : length / points, units.c_str()};
+}
+
+void note_length(recorded_image& image, const std::string& field, double length)
+{
+    if (!is_finite(length) || length <= 0.0) image.notes.push_back(field + " is " + base::general(length));
 }
 
 recorded_image make_samples(const std::string& id, const std::string& label, std::span<const extent> dimensions,

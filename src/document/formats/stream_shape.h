@@ -16,8 +16,10 @@ struct extent {
 };
 
 /// The place of `points` samples on a side of this length. A stated length that is not above 0 makes an axis that no
-/// finished recording holds.
+/// finished recording holds: its scale is 0, -0 for a length below 0.
 VLAxis stated_side(double start, double length, unsigned points, const std::string& units);
+/// Names the header's field of a length that is not above 0 or no number, for the reason why the image is left out.
+void note_length(recorded_image& image, const std::string& field, double length);
 
 /// A stream named `id` and labelled `label` of `frames` sub-images with these dimensions, fastest first, its value
 /// axis and "\Z scale" set. Its elements of `type` are not initialised; numbers that are not 16-bit have to be settled
@@ -43,7 +45,7 @@ struct void_range {
 /// 99.8 % of all than 10^6 times the span of these.
 /// Numbers of another type then become 16-bit ones: whole numbers that fit signed or unsigned 16 bits stay as they are,
 /// others are fitted onto an axis of six digits, all values within half a step. A note says so when a step is more than
-/// a tenth of the middle's span.
+/// a tenth of the middle's span, or than what half of the samples span.
 void settle_samples(recorded_image& image, std::span<const void_range> voids = {});
 
 /// As above for 16-bit samples of which some raw numbers mean "not measured".

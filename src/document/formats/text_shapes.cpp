@@ -88,11 +88,21 @@ base::read_result<recording> matrix_image(number_table& table, const table_heade
     frame.height = static_cast<unsigned>(table.rows);
     frame.x = side_axis(header.width, header.pixel, table.columns);
     frame.y = side_axis(header.height, header.pixel, table.rows);
+    if (table.isCut && header.rows == 0 && header.width && header.height) { // of more rows than are left
+        frame.y = frame.x;
+        table.notes.emplace_back(
+            "the table is cut short and does not state its rows: the step along y is that along x");
+    }
     const std::string label = header.channel.empty() ? "Z" : header.channel;
     std::vector<std::string> used;
+    recorded_image image = make_image_from_values(unique_id(label, used), label, frame, scale_of(header), table.values);
+    const std::pair<const char*, const std::optional<quantity>*> sides[] = {{"the stated width", &header.width},
+                                                                            {"the stated height", &header.height},
+                                                                            {"the stated pixel size", &header.pixel}};
+    for (const auto& [field, size] : sides)
+        if (*size) note_length(image, field, (*size)->value);
     recording result;
-    result.items.emplace_back(
-        make_image_from_values(unique_id(label, used), label, frame, scale_of(header), table.values));
+    result.items.emplace_back(std::move(image));
     return result;
 }
 

@@ -43,6 +43,8 @@ base::read_result<recording> read_tmd(source& file)
                             {rows, stated_side(bottom, height, rows, "\u00B5m")}};
     recorded_image image = make_samples("Height", "Height", plane, 1,
                                         {1.0, 0.0, "\u00B5m", "the unit that TrueMap files are in"}, SPM_ARRAY_FLOAT32);
+    note_length(image, "the width in the header", width);
+    note_length(image, "the height in the header", height);
     const auto heights = elements_of<float>(image);
     for (unsigned row = 0; row < rows; ++row) { // the top row stands first
         const auto line = heights.subspan(std::size_t{rows - 1 - row} * columns, columns);

@@ -130,6 +130,10 @@ base::read_result<recording> read_image(source& file, const wsxm_header& header)
     } else {
         turn_rows<double>(image, columns);
     }
+    for (const char* side : {"X Amplitude", "Y Amplitude"})
+        if (const auto size = header.measure("Control", side)) note_length(image, side, size->value);
+    if (type != SPM_ARRAY_INT16 && std::isnan(amplitude.value))
+        image.notes.emplace_back("Z Amplitude is no number with a unit: values have none");
     settle_samples(image);
     add_strings(header, image.strings);
     recording result;

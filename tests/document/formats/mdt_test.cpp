@@ -25,6 +25,20 @@ TEST(Mdt, DirectionsOfAChannelShareAnImage)
                                                    {"\\Z scale", "raw * -1 + 10 [nm] from z axis of frame 1"}}});
 }
 
+TEST(Mdt, AnAxisThatStatesNoStepCountsWithoutAUnit)
+{
+    std::string body = mdt_image{"Height", 2, 1, {1, -2}}.body();
+    for (const std::size_t step : {4u, 24u}) body.replace(step, 4, le_float(0)); // of x and of z
+    const auto result = read(mdt_file({mdt_frame_of(0, body)}));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image& image = image_at(result, 0);
+    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(0.0, 1.0, ""));
+    EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0.0, 1.0, ""));
+    EXPECT_STREQ(image.stream.get_dimension(1).get_axis(0).get_units(), "\u00B5m");
+    EXPECT_EQ(image.notes, (std::vector<std::string>{"the step of the x axis is 0: it counts without a unit",
+                                                     "the step of the z axis is 0: it counts without a unit"}));
+}
+
 TEST(Mdt, OnlyDirectionsOfOneScanAndPassAreAPair)
 {
     const std::string forward = mdt_image{"1F:Height", 1, 1, {1}}.body(),

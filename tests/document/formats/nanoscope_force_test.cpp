@@ -139,6 +139,37 @@ TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
     EXPECT_FALSE(image_at(result, 2).stream.get_parameter_stream());
 }
 
+TEST(NanoscopeForce, NumbersThatAreNoneAreTold)
+{
+    const struct {
+        const char *from, *to, *note;
+        VLAxis values, ramp;
+    } rows[] = {
+        {"(0.5 V/LSB)",
+         "(abc V/LSB)",
+         "the hard scale in Z scale",
+         {0, 7 * 20 / 65536.0 * 0.25, "nN"},
+         {20, -10, "nm"}},
+        {"Spring Constant: 0.25", "Spring Constant: nan", "Spring Constant is 0 or no", {0, 10, "nm"}, {20, -10, "nm"}},
+        {"DeflSens: V 20 nm/V", "DeflSens: V abc", "Sens. DeflSens is no number", {0, 0.5, "V"}, {20, -10, "nm"}},
+        {"Zsens: V 10 nm/V", "Zsens: V 0 nm/V", "Sens. Zsens is 0 or no number", {0, 2.5, "nN"}, {2, -1, "V"}},
+        {"(0.1 V/LSB) 2 V", "(0.1 V/LSB) 0 V", "Ramp Size is 0 or no number", {0, 2.5, "nN"}, {}},
+    };
+    for (const auto& row : rows) {
+        std::string file = build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})}));
+        const std::string to =
+            std::string(row.to) + std::string(std::string_view(row.from).size() - std::string_view(row.to).size(), ' ');
+        const auto result = read(file.replace(file.find(row.from), to.size(), to));
+        ASSERT_TRUE(result) << row.to << result.error().reason;
+        const auto& image = image_at(result, 0);
+        ASSERT_EQ(image.notes.size(), 1u) << row.to;
+        EXPECT_THAT(image.notes[0], testing::HasSubstr(row.note));
+        EXPECT_NEAR(image.stream.values.get_axis(0).scale, row.values.scale, 1e-9) << row.to;
+        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), row.values.get_units()) << row.to;
+        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), row.ramp) << row.to;
+    }
+}
+
 TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
 {
     const std::string rows = samples16({2, 10, 20, 3, 30, 40, 50});

@@ -64,7 +64,7 @@ TEST(Pni, RefusesWhatCannotBe)
 {
     expect_refused(pni_reader,
                    {
-                       {build("1.0", 1, 1, 0, -1.0f), "the scale of axis 1 is 0"},
+                       {build("1.0", 1, 1, 0, -1.0f), "the scale of axis 1 is below 0"},
                        {std::string(8000, '\0'), "not a Pacific Nanotechnology header"},
                        {build("1.0", 1, 1, 0, 4.0f, 0), "0 or above 65536"},
                        {build("1.0", 1, 1, 0, 4.0f, 70000), "0 or above 65536"},

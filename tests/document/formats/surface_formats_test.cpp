@@ -172,6 +172,8 @@ TEST(Opd, WhatGivesNoScaleIsNamed)
     const auto bare = read(read_opd, opd_file({heights}));
     EXPECT_EQ(bare->strings.at("\\Reader note"), "no Pixel_size in the file: sides are counted in points");
     EXPECT_EQ(image_at(bare, 0).strings.at("\\Z scale"), "raw * 1 + 0 from no Wavelength in the file");
+    EXPECT_EQ(image_at(bare, 0).notes.at(0),
+              "no Wavelength in the file: heights are counted in wavelengths, without a unit");
     EXPECT_EQ(image_at(bare, 0).stream.get_dimension(0).get_axis(0), VLAxis());
     const auto complete = read(read_opd, opd_file({heights, pixelSize, wavelength}));
     ASSERT_TRUE(complete) << complete.error().reason;

@@ -386,6 +386,14 @@ TEST(TextTable, KeepsHeaderCommentsAndNotesAsStrings)
     EXPECT_EQ(result->strings.at("\\Reader note"), "The last line, 8, was left out: it has 1 value of 4");
 }
 
+TEST(TextTable, ACutMatrixIsNotStretchedOverItsHeight)
+{
+    const auto result = read("# Channel: Z\n# Width: 8 um\n# Height: 8 um\n# Value units: m\n1 2 3 4\n5 6 7 8\n9 1");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(image_at(result, 0).stream.get_dimension(1).get_axis(0), VLAxis(0.0, 2.0, um));
+    EXPECT_NE(result->strings.at("\\Reader note").find("the step along y is that along x"), std::string::npos);
+}
+
 TEST(TextTable, FindsACommaThatTurnsUpLate)
 {
     std::string text;

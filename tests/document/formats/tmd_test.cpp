@@ -37,6 +37,7 @@ TEST(Tmd, RefusesWhatCannotBe)
                    {
                        {build(std::numeric_limits<float>::infinity()), "the scale of axis 1 is infinite"},
                        {build(0.0f), "the scale of axis 1 is 0"},
+                       {build(-2.0f), "the scale of axis 1 is below 0: the width in the header is -2"},
                        {"something of another program", "Scan 8 files have no public layout"},
                        {build(4, 2, "1.0"), "only version 2.0"},
                        {build(4, 0), "0 or above 65536"},

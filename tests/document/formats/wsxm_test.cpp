@@ -64,6 +64,7 @@ TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
         {"    Z Amplitude: 1,5 \xB5m\r\n", steps, {0.5, 1, 1.5, 2}, "\u00B5m", "raw span of 30"},
         {"", steps, {10, 20, 30, 40}, "", "Z Amplitude is missing"},
         {"    Image Data Type: float\r\n    Z Amplitude: 0 V\r\n", floats, {1, 2, 3, 4}, "V", "Z Amplitude"},
+        {"    Image Data Type: float\r\n    Z Amplitude: abc\r\n", floats, {1, 2, 3, 4}, "", "Z Amplitude"},
     };
     for (const auto& row : rows) {
         const auto result = read(file_of(
@@ -74,6 +75,7 @@ TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
         for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.amplitude << i;
         EXPECT_STREQ(made.stream.values.get_axis(0).get_units(), row.units) << row.amplitude;
         EXPECT_NE(made.strings.at("\\Z scale").find(row.note), std::string::npos) << made.strings.at("\\Z scale");
+        EXPECT_EQ(made.notes.empty(), row.amplitude.find("abc") == std::string::npos) << row.amplitude;
     }
 }
 
