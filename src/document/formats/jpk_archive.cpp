@@ -74,8 +74,7 @@ public:
         jpk_properties header(otherLines);
         header.resolve(shared);
         segment.name = jpk_segment_name(header);
-        segment.duration = header.number("force-segment-header.duration").value_or(0.0);
-        segment.points = count(header.number("force-segment-header.num-points"));
+        read_time(header, segment);
         auto& known = described[channelLines];
         if (!known) {
             jpk_properties channels(channelLines);
@@ -87,9 +86,17 @@ public:
     }
 
 private:
-    static std::uint64_t count(const std::optional<double>& number)
+    static void read_time(const jpk_properties& header, jpk_segment& segment)
     {
-        return number && *number >= 1 && *number < 1e9 ? static_cast<std::uint64_t>(*number) : 0;
+        const std::string durationKey = "force-segment-header.duration", pointsKey = "force-segment-header.num-points";
+        const auto above_0 = [&](const std::string& key, double least) { // 0 for what is none
+            const double number = header.number(key).value_or(0.0);
+            return number >= least && number < 1e9 ? number : 0.0;
+        };
+        segment.duration = above_0(durationKey, 1e-12);
+        segment.points = static_cast<std::uint64_t>(above_0(pointsKey, 1.0));
+        segment.isTimeDamaged = (segment.duration == 0.0 && header.all().contains(durationKey)) ||
+                                (segment.points == 0 && header.all().contains(pointsKey));
     }
 
     const jpk_properties& shared;
@@ -168,7 +175,7 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
     if (!zip) return zip.error();
     const auto text = unpack_text(*zip, "header.properties");
     if (!text) return base::read_error{0, "not an archive of force curves: " + text.error().reason};
-    jpk_archive archive{std::move(*zip), jpk_properties(*text), {}, {}, {}, {}, {}};
+    jpk_archive archive{std::move(*zip), jpk_properties(*text), {}, {}, {}, {}, {}, {}};
     if (archive_kind(archive.header).empty())
         return base::read_error{0, "header.properties names no kind of force data (jpk-data-file, type)"};
     if (archive.zip.find("shared-data/header.properties")) {
@@ -190,7 +197,11 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
         jpk_curve curve{number, {}};
         for (const auto& [index, folder] : segments) {
             const auto header = unpack_text(archive.zip, folder + std::string(segmentHeader));
-            if (!header) return header.error();
+            if (!header) {
+                archive.lostHeaders.add(header.error().reason);
+                curve.segments.push_back({folder, std::make_shared<const std::vector<jpk_channel>>(), {}});
+                continue;
+            }
             curve.segments.push_back(reader.read(folder, *header));
             if (archive.curves.empty()) keep_segment(archive, *header);
         }

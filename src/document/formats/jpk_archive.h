@@ -14,13 +14,29 @@
 
 namespace formats {
 
+/// Problems of one kind: how many there are, and the first in words.
+struct counted_problem {
+    std::size_t count = 0;
+    std::string first;
+    void add(const std::string& text)
+    {
+        if (count++ == 0) first = text;
+    }
+    void add(const counted_problem& others)
+    {
+        if (count == 0) first = others.first;
+        count += others.count;
+    }
+};
+
 /// One segment of one curve: its channels, and where they lie in the archive.
 struct jpk_segment {
     std::string folder; ///< with "/" at its end
     std::shared_ptr<const std::vector<jpk_channel>> channels;
     std::string name;
-    double duration = 0.0;    ///< s
-    std::uint64_t points = 0; ///< as the header states them
+    double duration = 0.0;      ///< s
+    std::uint64_t points = 0;   ///< as the header states them
+    bool isTimeDamaged = false; ///< duration or points are stated but no numbers above 0
 };
 
 /// One curve; `number` counts in a map, a single curve is 0.
@@ -49,6 +65,7 @@ struct jpk_archive {
     std::vector<jpk_curve> curves; ///< by their number
     std::string places;            ///< of a map's curves, "number: x y" in m, a line each
     jpk_grid grid;
+    counted_problem lostHeaders; ///< of segments, which then have no name and no channels
 };
 
 /// \param done, share  the part of the progress that this takes

@@ -48,22 +48,33 @@ public:
         const std::string& own = header.value(prefix + "data." + key);
         return own.empty() ? header.value(prefix + key) : own;
     }
-    /// NaN for a text that is no number.
+    /// NaN for a text that is no number or empty.
     double number(const std::string& key, double otherwise) const
     {
-        const std::string& stated = text(key);
-        return stated.empty() ? otherwise : base::whole_number(stated).value_or(std::nan(""));
+        return has(key) ? base::whole_number(text(key)).value_or(std::nan("")) : otherwise;
     }
 
 private:
+    bool has(const std::string& key) const
+    {
+        return header.all().contains(prefix + "data." + key) || header.all().contains(prefix + key);
+    }
+
     const jpk_properties& header;
     std::string prefix;
 };
 
+/// True when numbers can be converted with it, and back.
+bool is_usable(const value_scale& scale) noexcept
+{
+    return std::isfinite(scale.step) && scale.step != 0.0 && std::isfinite(scale.offset);
+}
+
 /// Follows the slots from `name` down to the base. \return the scale of numbers in the base slot; nothing when no
-/// conversion is defined or when they never lead there, which `problem` then tells
+/// conversion is defined or when they never lead there, which `problem` then tells, or have no usable numbers, which
+/// puts the name into `damaged`
 std::optional<value_scale> walk_slots(const channel_keys& keys, const std::string& name, const std::string& base,
-                                      std::size_t most, std::string& problem)
+                                      std::size_t most, std::string& problem, std::string& damaged)
 {
     const std::string set = "conversion-set.conversion.";
     value_scale scale{1.0, 0.0, "", ""};
@@ -88,6 +99,10 @@ std::optional<value_scale> walk_slots(const channel_keys& keys, const std::strin
         slot = keys.text(prefix + "base-calibration-slot");
     }
     if (scale.origin.empty()) return std::nullopt;
+    if (!is_usable(scale)) {
+        damaged += (damaged.empty() ? "" : ", ") + name;
+        return std::nullopt;
+    }
     scale.origin = "encoder, conversions " + scale.origin;
     return scale;
 }
@@ -104,14 +119,16 @@ void read_slots(const channel_keys& keys, jpk_channel& channel)
     constexpr std::size_t mostSlots = 20;
     const std::size_t most = std::min(names.size() + 1, mostSlots);
     std::string problem;
-    if (auto first = walk_slots(keys, shown, base, most, problem)) channel.slots.push_back(std::move(*first));
+    std::string& damaged = channel.damagedSlots;
+    if (auto first = walk_slots(keys, shown, base, most, problem, damaged)) channel.slots.push_back(std::move(*first));
     encoded.origin += problem;
     if (channel.slots.empty()) channel.slots.push_back(encoded);
     const bool isBaseShown = channel.slots.front().origin == encoded.origin;
     for (std::size_t i = 0; i < names.size() && i < mostSlots; ++i) {
         const std::string name(base::trimmed(names[i]));
         if (name.empty() || name == shown || name == base) continue;
-        if (auto other = walk_slots(keys, name, base, most, problem)) channel.slots.push_back(std::move(*other));
+        if (auto other = walk_slots(keys, name, base, most, problem, damaged))
+            channel.slots.push_back(std::move(*other));
     }
     if (!isBaseShown) channel.slots.push_back(encoded);
 }
@@ -138,6 +155,10 @@ jpk_channel read_channel(const jpk_properties& header, const std::string& name)
     }
     channel.encoderFactor = keys.number("encoder.scaling.multiplier", 1.0);
     channel.encoderOffset = keys.number("encoder.scaling.offset", 0.0);
+    if (!is_usable({channel.encoderFactor, channel.encoderOffset, {}, {}}))
+        channel.problem = "the multiplier or offset of its encoder is no number, infinite or 0";
+    if (!std::isfinite(channel.start) || !std::isfinite(channel.step))
+        channel.problem = "value, start or step of its data is no number or infinite";
     read_slots(keys, channel);
     return channel;
 }

@@ -18,6 +18,8 @@ struct jpk_channel {
     bool isComputed = false; ///< start + i * step
     double start = 0.0, step = 0.0;
     std::string problem; ///< why it cannot be read, or empty
+    /// Names of conversions that are not among the slots because a number of theirs is none, infinite or 0.
+    std::string damagedSlots;
 
     /// Calibration `slot` for raw numbers.
     value_scale of_raw(const value_scale& slot) const;

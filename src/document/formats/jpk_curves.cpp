@@ -4,6 +4,7 @@
 #include "document/formats/force_order.h"
 #include "document/formats/jpk_layout.h"
 #include "document/formats/jpk_strings.h"
+#include "document/formats/left_out.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/stream_shape.h"
 
@@ -69,9 +70,10 @@ std::vector<std::string> segment_names(const jpk_archive& archive, const jpk_lay
     std::vector<std::string> names;
     std::map<std::string, int> seen;
     for (std::size_t s = 0; s < layout.segments; ++s) {
-        const auto curve = std::find_if(archive.curves.begin(), archive.curves.end(),
-                                        [&](const jpk_curve& each) { return each.segments.size() > s; });
-        std::string name = curve->segments[s].name;
+        const auto curve = std::find_if(archive.curves.begin(), archive.curves.end(), [&](const jpk_curve& each) {
+            return each.segments.size() > s && !each.segments[s].name.empty();
+        });
+        std::string name = curve == archive.curves.end() ? "Segment" : curve->segments[s].name;
         if (const int count = ++seen[name]; count > 1) name += " " + std::to_string(count);
         if (layout.columns || archive.curves.size() == 1) {
             names.push_back(std::move(name));
@@ -89,12 +91,13 @@ VLAxis sample_axis(const jpk_archive& archive)
     double spacing = 0.0;
     for (const jpk_curve& curve : archive.curves)
         for (const jpk_segment& segment : curve.segments) {
+            if (segment.name.empty()) continue; // its header is lost
             if (!(segment.duration > 0) || segment.points == 0) return {};
             const double own = segment.duration / static_cast<double>(segment.points);
             if (spacing == 0.0) spacing = own;
             if (std::fabs(own - spacing) > 1e-4 * spacing) return {};
         }
-    return {0.0, spacing, "s"};
+    return spacing > 0.0 ? VLAxis(0.0, spacing, "s") : VLAxis();
 }
 
 /// Makes the streams of channels.
@@ -109,8 +112,9 @@ public:
     {
     }
 
+    /// \param damaged  receives the parts that cannot be read: they count as not measured
     base::read_result<recorded_image> load(const jpk_channel_parts& parts, const std::string& id, double start,
-                                           double share)
+                                           double share, counted_problem& damaged)
     {
         const jpk_channel& first = *parts.first;
         const bool isRaw = parts.sameEncoding && parts.sameSlots && !first.isComputed;
@@ -131,7 +135,10 @@ public:
                 continue;
             }
             const std::string problem = isRaw ? fill_raw(image, parts, i) : fill_values(image, parts, i, isShown);
-            if (!problem.empty()) return base::read_error{0, problem};
+            if (problem.empty()) continue;
+            damaged.add(problem);
+            voids.push_back({i * parts.longest, parts.longest});
+            lengths.back() = 0;
         }
         clear_voids(image, voids);
         if (!isShown)
@@ -242,13 +249,53 @@ void set_parameter_streams(recording& result)
     }
 }
 
+std::string first_of(const counted_problem& problem)
+{
+    return std::to_string(problem.count) + (problem.count == 1 ? " is" : " are") + ", the first: " + problem.first;
+}
+
+/// Says what of an archive is not shown, or not as the file meant it.
+void tell_problems(const jpk_archive& archive, const jpk_problems& problems, recording& result)
+{
+    std::string missing;
+    for (const auto& [name, reason] : problems.leftOut) missing += (missing.empty() ? "" : "; ") + name + ": " + reason;
+    if (!missing.empty()) leave_note(result, "Channels left out", missing);
+    if (archive.lostHeaders.count != 0)
+        add_warning(result, "headers of segments that cannot be read: " + first_of(archive.lostHeaders));
+    for (const auto& [name, part] : problems.parts)
+        if (!problems.leftOut.contains(name))
+            add_warning(result, name + ": segments that count as not measured: " + first_of(part));
+    for (const auto& [name, conversions] : problems.conversions)
+        add_warning(
+            result,
+            name + ": conversions left out because a multiplier or offset is no number, infinite or 0: " + conversions);
+    for (const jpk_curve& curve : archive.curves)
+        for (const jpk_segment& segment : curve.segments)
+            if (segment.isTimeDamaged)
+                return add_warning(result, "samples are counted: the duration or num-points of " + segment.folder +
+                                               " is no number above 0");
+}
+
+/// Why nothing can be shown.
+std::string why_empty(const jpk_archive& archive, const jpk_problems& problems)
+{
+    if (!problems.leftOut.empty()) return problems.leftOut.begin()->first + ": " + problems.leftOut.begin()->second;
+    return archive.lostHeaders.count == 0 ? "no channel of the archive holds samples" : archive.lostHeaders.first;
+}
+
+std::size_t measured(const jpk_channel_parts& parts)
+{
+    return static_cast<std::size_t>(
+        std::ranges::count_if(parts.parts, [](const jpk_channel_part& part) { return part.points != 0; }));
+}
+
 } // namespace
 
 base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& archive, std::vector<std::string>& ids)
 {
     constexpr double headerShare = 0.2;
     const jpk_layout layout = jpk_layout_of(archive);
-    std::map<std::string, std::string> problems;
+    jpk_problems problems;
     if (const std::string reason = unlikely_jpk_archive(file, archive, layout); !reason.empty())
         return base::read_error{0, reason};
     const std::vector<jpk_channel_parts> channels = collect_jpk_parts(archive, layout, problems);
@@ -258,21 +305,24 @@ base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& ar
     for (std::size_t i = 0; i < channels.size(); ++i) {
         const jpk_channel_parts& parts = channels[i];
         if (!is_modest_padding(parts.longest * parts.parts.size(), parts.samples)) {
-            problems.emplace(parts.name, "curves of too different lengths");
+            problems.leftOut.emplace(parts.name, "curves of too different lengths");
             continue;
         }
         const double share = (1.0 - headerShare) / static_cast<double>(channels.size());
-        auto image =
-            loader.load(parts, unique_id(parts.name, ids), headerShare + share * static_cast<double>(i), share);
+        counted_problem damaged;
+        auto image = loader.load(parts, unique_id(parts.name, ids), headerShare + share * static_cast<double>(i), share,
+                                 damaged);
         if (!image) return image.error();
+        if (damaged.count == measured(parts)) {
+            problems.leftOut.emplace(parts.name, damaged.first);
+            continue;
+        }
+        if (damaged.count != 0) problems.parts[parts.name].add(damaged);
         add_jpk_strings(archive, parts, image->strings);
         result.items.emplace_back(std::move(*image));
     }
-    std::string missing;
-    for (const auto& [name, problem] : problems) missing += (missing.empty() ? "" : "; ") + name + ": " + problem;
-    if (result.items.empty())
-        return base::read_error{0, missing.empty() ? "no channel of the archive holds samples" : missing};
-    if (!missing.empty()) leave_note(result, "Channels left out", missing);
+    if (result.items.empty()) return base::read_error{0, why_empty(archive, problems)};
+    tell_problems(archive, problems, result);
     set_parameter_streams(result);
     return result;
 }

@@ -116,6 +116,9 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<jpk
     return image;
 }
 
+/// " (height)", or nothing for a directory without a name.
+std::string name_in_brackets(const std::string& name) { return name.empty() ? name : " (" + name + ")"; }
+
 /// What has to agree between two directions. Samples of 16 bits keep every bit, so they need one scale; wider ones are
 /// converted in any case, each with its own.
 std::vector<channel_plane> joining_keys(const std::vector<jpk_plane>& planes)
@@ -133,19 +136,20 @@ std::vector<channel_plane> joining_keys(const std::vector<jpk_plane>& planes)
 base::read_result<recording> read_jpk_image(source& file, std::vector<std::string>& ids)
 {
     byte_order order = byte_order::little;
-    const auto directories = read_tiff_directories(file, order);
+    left_out missing;
+    const auto directories = read_tiff_directories(file, order, missing);
     if (!directories) return directories.error();
     if (directories->empty() || !directories->front().has(jpkGridTag))
         return base::read_error{0, "the grid's length (tag 0x8042) is missing: not an image of this instrument"};
     std::vector<jpk_plane> planes;
-    left_out missing;
     std::uint64_t samplesLeft = file.size(); // directories may claim the same strips
     for (std::size_t i = 0; i < directories->size(); ++i) {
         const tiff_directory& directory = (*directories)[i];
         if (i == 0 && is_jpk_thumbnail(directory)) continue;
         auto plane = describe_jpk_plane(file.size(), directory, directories->front());
         if (!plane) {
-            missing.add({0, "channel " + std::to_string(i) + ": " + plane.error().reason});
+            missing.add({0, "channel " + std::to_string(i) + name_in_brackets(jpk_channel_name(directory)) + ": " +
+                                plane.error().reason});
             continue;
         }
         const std::uint64_t samples = std::uint64_t{plane->plane.frame.width} * plane->plane.frame.height;

@@ -94,7 +94,7 @@ std::string unlikely_jpk_archive(source& file, const jpk_archive& archive, const
 }
 
 std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, const jpk_layout& layout,
-                                                 std::map<std::string, std::string>& problems)
+                                                 jpk_problems& problems)
 {
     std::vector<jpk_channel_parts> all;
     std::map<std::string, std::size_t> byName;
@@ -103,7 +103,8 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
         for (std::size_t s = 0; s < archive.curves[c].segments.size(); ++s) {
             const jpk_segment& segment = archive.curves[c].segments[s];
             for (const jpk_channel& channel : *segment.channels) {
-                if (!channel.problem.empty()) problems.emplace(channel.name, channel.problem);
+                if (!channel.problem.empty()) problems.parts[channel.name].add(segment.folder + ": " + channel.problem);
+                if (!channel.damagedSlots.empty()) problems.conversions.emplace(channel.name, channel.damagedSlots);
                 const std::uint64_t points = jpk_points(archive, segment, channel);
                 if (points == 0) absent.emplace(channel.name, absence(archive, segment, channel));
                 if (points == 0 || !channel.problem.empty()) continue;
@@ -120,11 +121,13 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
                 parts.sameSlots = parts.sameSlots && channel.same_slots(*parts.first);
             }
         }
+    for (const auto& [name, part] : problems.parts)
+        if (!byName.contains(name)) problems.leftOut.emplace(name, part.first);
     for (const auto& [name, reason] : absent)
-        if (!byName.contains(name)) problems.emplace(name, reason);
+        if (!byName.contains(name)) problems.leftOut.emplace(name, reason);
     std::erase_if(all, [&](jpk_channel_parts& parts) {
         if (choose_units(parts)) return false;
-        problems.emplace(parts.name, "its curves have no calibration in the same units");
+        problems.leftOut.emplace(parts.name, "its curves have no calibration in the same units");
         return true;
     });
     return all;

@@ -30,14 +30,21 @@ struct jpk_channel_parts {
     std::string units; ///< that all parts are shown in
 };
 
+/// What is wrong with channels, by their names.
+struct jpk_problems {
+    std::map<std::string, std::string> leftOut;     ///< why nothing of a channel is shown
+    std::map<std::string, counted_problem> parts;   ///< segments of curves that hold nothing for a channel
+    std::map<std::string, std::string> conversions; ///< names of the calibrations that cannot be used
+};
+
 /// On the grid, on the measured part of it when the rest would be mostly padding, or one curve after another.
 jpk_layout jpk_layout_of(const jpk_archive& archive);
 
 /// What only an archive made to do harm holds, or empty: sizes that its bytes do not justify.
 std::string unlikely_jpk_archive(source& file, const jpk_archive& archive, const jpk_layout& layout);
 
-/// The channels in the order in which they occur. \param problems  receives why a channel is left out, by its name
+/// The channels in the order in which they occur. \param problems  receives what is not shown of them
 std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, const jpk_layout& layout,
-                                                 std::map<std::string, std::string>& problems);
+                                                 jpk_problems& problems);
 
 } // namespace formats

@@ -52,7 +52,12 @@ constexpr shown_text shownNumbers[] = {{0x8011, "Spring constant"}, {0x8031, "I 
 
 constexpr unsigned maxSlots = 100;
 
-/// Calibrations of a channel, the one to show first; raw numbers when it has no scaling.
+bool is_usable(const value_scale& scale) noexcept
+{
+    return std::isfinite(scale.step) && scale.step != 0.0 && std::isfinite(scale.offset);
+}
+
+/// Calibrations of a channel, the one to show first, usable or not; raw numbers when it has no scaling.
 std::vector<value_scale> read_calibrations(const tiff_directory& directory)
 {
     const std::string shown = directory.text(defaultSlotTag);
@@ -67,7 +72,7 @@ std::vector<value_scale> read_calibrations(const tiff_directory& directory)
         const value_scale scale{factor, offset, normal_unit(directory.text(slotUnitsTag + base)), "slot " + name};
         if (name == shown)
             scales.front() = scale;
-        else if (std::isfinite(factor) && factor != 0.0 && std::isfinite(offset))
+        else if (is_usable(scale))
             scales.push_back(scale);
     }
     return scales;
@@ -111,6 +116,8 @@ std::string check_strips(std::uint64_t fileBytes, const jpk_plane& plane)
 
 } // namespace
 
+std::string jpk_channel_name(const tiff_directory& directory) { return directory.text(channelTag); }
+
 bool is_jpk_thumbnail(const tiff_directory& directory)
 {
     return directory.text(channelTag) == "thumbnail" || directory.number(bitsTag).value_or(8) == 8;
@@ -152,6 +159,8 @@ base::read_result<jpk_plane> describe_jpk_plane(std::uint64_t fileBytes, const t
     result.others = read_calibrations(directory);
     result.plane.scale = result.others.front();
     result.others.erase(result.others.begin());
+    if (!is_usable(result.plane.scale))
+        return refuse("the multiplier or offset of " + result.plane.scale.origin + " is no number, infinite or 0");
     if (!name.empty()) result.strings["Channel"] = name;
     return result;
 }

@@ -20,6 +20,9 @@ struct jpk_plane {
     std::map<std::string, std::string> strings;
 };
 
+/// What the file calls the channel of a directory; may be empty.
+std::string jpk_channel_name(const tiff_directory& directory);
+
 /// True for a small picture of the whole instead of a channel.
 bool is_jpk_thumbnail(const tiff_directory& directory);
 

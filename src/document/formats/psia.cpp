@@ -160,6 +160,8 @@ recorded_image make_heights(const psia_header& header, std::span<const std::byte
     std::memcpy(image.stream.array_data(), samples.data(), samples.size()); // the bottom row first
     to_native({static_cast<std::byte*>(image.stream.array_data()), samples.size()}, element_size(header.type),
               byte_order::little);
+    note_length(image, "the width in the header", header.width);
+    note_length(image, "the height in the header", header.height);
     settle_samples(image);
     image.strings.insert(header.strings.begin(), header.strings.end());
     return image;
@@ -178,7 +180,8 @@ bool sniff_psia(std::span<const std::byte> head)
 base::read_result<recording> read_psia(source& file)
 {
     byte_order order = byte_order::little;
-    const auto directories = read_tiff_directories(file, order);
+    left_out missing; // the heights stand in the first directory
+    const auto directories = read_tiff_directories(file, order, missing);
     if (!directories) return directories.error();
     const auto refuse = [](const std::string& reason) { return base::read_error{0, reason}; };
     if (directories->empty() || directories->front().number(magicTag) != magic)

@@ -74,7 +74,8 @@ bool has_link(tiff_file& file)
 
 std::string complaint_or(const tiff_file& file, const char* text)
 {
-    return file.complaint().empty() ? text : file.complaint();
+    const bool isEmpty = file.complaint().find("(0 elements of") != std::string::npos; // the library ran out of nothing
+    return isEmpty ? "a directory has no entries" : file.complaint().empty() ? text : file.complaint();
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace formats {
 
@@ -78,7 +79,61 @@ std::string tiff_directory::text(unsigned tag) const
     return header_text({reinterpret_cast<const char*>(found->second.bytes.data()), found->second.bytes.size()});
 }
 
-base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order)
+/// Reads the directories of a file one after another.
+class tiff_directory_reader {
+public:
+    tiff_directory_reader(source& file_, byte_order order_) : file(file_), order(order_) {}
+
+    /// The directory at `at`, which moves to the place of the next one, 0 behind the last or when that is not known.
+    base::read_result<tiff_directory> next(std::uint64_t& at)
+    {
+        const std::uint64_t place = std::exchange(at, 0);
+        if (!seen.insert(place).second) return base::read_error{place, "the list of TIFF directories runs in a circle"};
+        std::byte countBytes[2];
+        if (!file.read(place, countBytes)) return base::read_error{place, "a TIFF directory lies outside the file"};
+        const std::uint32_t count = ordered_reader(countBytes, order).u16();
+        std::vector<std::byte> table(count * entryBytes + 4);
+        if (!file.read(place + 2, table)) return base::read_error{place, "a TIFF directory is cut short"};
+        ordered_reader link(std::span<const std::byte>(table).last(4), order);
+        at = link.u32();
+        ordered_reader in(table, order);
+        tiff_directory directory;
+        directory.order = order;
+        for (std::uint32_t i = 0; i < count; ++i)
+            if (std::string reason = read_entry(in, table, directory); !reason.empty())
+                return base::read_error{place, std::move(reason)};
+        return directory;
+    }
+
+private:
+    /// \return empty, or why the directory cannot be used
+    std::string read_entry(ordered_reader& in, std::span<const std::byte> table, tiff_directory& directory)
+    {
+        const unsigned tag = in.u16();
+        tiff_directory::entry entry{in.u16(), in.u32(), {}};
+        const std::size_t valueAt = in.in.offset();
+        const std::uint64_t place = in.u32(), bytes = std::uint64_t{entry.count} * type_bytes(entry.type);
+        if (bytes <= 4) {
+            const auto inside = table.subspan(valueAt, static_cast<std::size_t>(bytes));
+            entry.bytes.assign(inside.begin(), inside.end());
+        } else {
+            if (!holds_numbers(file.size(), place, bytes, 1) || (tagBytes += bytes) > 2 * file.size())
+                return "values of TIFF tag " + std::to_string(tag) + " lie outside the file";
+            entry.bytes.resize(static_cast<std::size_t>(bytes));
+            if (!file.read(place, entry.bytes)) return "values of TIFF tag " + std::to_string(tag) + " cannot be read";
+        }
+        if (type_bytes(entry.type) == 0) entry.count = 0;
+        directory.entries.emplace(tag, std::move(entry));
+        return {};
+    }
+
+    source& file;
+    byte_order order;
+    std::set<std::uint64_t> seen;
+    std::uint64_t tagBytes = 0; ///< of all values: tags may share their bytes
+};
+
+base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order, left_out& missing)
 {
     std::byte head[8];
     if (file.size() < sizeof head || !file.read(0, head)) return base::read_error{0, "TIFF header cut short"};
@@ -88,37 +143,15 @@ base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& fil
     ordered_reader start(head, order);
     start.in.skip(4);
     std::vector<tiff_directory> directories;
-    std::set<std::uint64_t> seen;
-    std::uint64_t tagBytes = 0; // of all values: tags may share their bytes
+    tiff_directory_reader reader(file, order);
     for (std::uint64_t at = start.u32(); at != 0;) {
-        if (!seen.insert(at).second) return base::read_error{at, "the list of TIFF directories runs in a circle"};
-        std::byte countBytes[2];
-        if (!file.read(at, countBytes)) return base::read_error{at, "a TIFF directory lies outside the file"};
-        const std::uint32_t count = ordered_reader(countBytes, order).u16();
-        std::vector<std::byte> table(count * entryBytes + 4);
-        if (!file.read(at + 2, table)) return base::read_error{at, "a TIFF directory is cut short"};
-        ordered_reader in(table, order);
-        tiff_directory directory;
-        directory.order = order;
-        for (std::uint32_t i = 0; i < count; ++i) {
-            const unsigned tag = in.u16();
-            tiff_directory::entry entry{in.u16(), in.u32(), {}};
-            const std::size_t valueAt = in.in.offset();
-            const std::uint64_t place = in.u32(), bytes = std::uint64_t{entry.count} * type_bytes(entry.type);
-            if (bytes <= 4) {
-                const auto inside = std::span(table).subspan(valueAt, static_cast<std::size_t>(bytes));
-                entry.bytes.assign(inside.begin(), inside.end());
-            } else {
-                if (!holds_numbers(file.size(), place, bytes, 1) || (tagBytes += bytes) > 2 * file.size())
-                    return base::read_error{at, "values of TIFF tag " + std::to_string(tag) + " lie outside the file"};
-                entry.bytes.resize(static_cast<std::size_t>(bytes));
-                if (!file.read(place, entry.bytes)) return base::read_error{place, "a TIFF tag cannot be read"};
-            }
-            if (type_bytes(entry.type) == 0) entry.count = 0;
-            directory.entries.emplace(tag, std::move(entry));
-        }
-        at = in.u32();
-        directories.push_back(std::move(directory));
+        auto directory = reader.next(at);
+        if (directory)
+            directories.push_back(std::move(*directory));
+        else if (directories.empty())
+            return directory.error();
+        else
+            missing.add(directory.error());
     }
     return directories;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/byte_reader.h"
+#include "document/formats/left_out.h"
 #include "document/formats/sample_numbers.h"
 #include "document/formats/source.h"
 
@@ -26,7 +27,7 @@ public:
     std::string text(unsigned tag) const;
 
 private:
-    friend base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order);
+    friend class tiff_directory_reader;
     struct entry {
         unsigned type = 0;
         std::uint32_t count = 0;
@@ -36,9 +37,11 @@ private:
     byte_order order = byte_order::little;
 };
 
-/// Directories of a classic TIFF file in their order. A tag whose values do not lie in the file refuses it, and so does
-/// a chain of directories with a loop.
-base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order);
+/// Directories of a classic TIFF file in their order. Those behind the first that are cut short, or have a tag whose
+/// values do not lie in the file, are left out, as is all behind a link that leads nowhere or back. \param missing  is
+/// told of them
+base::read_result<std::vector<tiff_directory>> read_tiff_directories(source& file, byte_order& order,
+                                                                     left_out& missing);
 
 /// What stands in a tag's place for a value, in the first directory of a classic TIFF file, wherever that lies: the
 /// number itself when four bytes hold it, else its place. Nothing when there is no such tag.

@@ -148,9 +148,13 @@ base::read_result<zip_reader> zip_reader::open(source& file, names allowed)
     if (bytes) reader.archive.reset(zip_open_from_source(bytes, ZIP_RDONLY, &error));
     if (!reader.archive) {
         const std::string reason = zip_error_strerror(&error);
+        const bool wasNoArchive = zip_error_code_zip(&error) == ZIP_ER_NOZIP;
         if (bytes) zip_source_free(bytes);
         zip_error_fini(&error);
-        return base::read_error{0, "the zip directory cannot be read (" + reason + ")"};
+        // The directory stands at the end: what begins as an archive and has none lacks its end.
+        const bool isCut = wasNoArchive && file.size() >= 4;
+        return base::read_error{0, "the zip directory cannot be read (" + (isCut ? "the file is cut short" : reason) +
+                                       ")"};
     }
     zip_error_fini(&error);
     const zip_int64_t count = zip_get_num_entries(reader.archive.get(), 0);

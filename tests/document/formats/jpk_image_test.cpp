@@ -3,8 +3,10 @@
 #include "jpk_fixture.h"
 #include "zip_fixture.h"
 
+#include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -120,11 +122,25 @@ TEST(Jpk, DirectionsOfSixteenBitsKeepThemAndTheirScale)
     ASSERT_EQ(result->items.size(), 2u);
     EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 3 * 4e-15 + 1e-6);
 
+    for (const double step : {0.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
+        const auto single =
+            read(tiff_of(body, {sharedTags, plane_of(16, 8, false, step), plane_of(16, 12, true, 4e-15)}));
+        ASSERT_TRUE(single && single->items.size() == 1) << step;
+        EXPECT_STREQ(image_at(single, 0).stream.subimage_names()[0].text, "Reverse");
+        EXPECT_NE(single->warnings.at(0).find("channel 1 (height): the multiplier or offset of slot nominal"),
+                  std::string::npos);
+    }
+    const std::string file = tiff_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 1e-15)});
+    const auto cut = read(file.substr(0, file.size() - 100)); // in the last directory
+    ASSERT_TRUE(cut) << cut.error().reason;
+    EXPECT_STREQ(image_at(cut, 0).stream.subimage_names()[0].text, "Forward");
+    EXPECT_EQ(cut->warnings.at(0), "left out: a TIFF directory is cut short");
+
     directory crowded = plane_of(16, 8, false, 1e-15);
     crowded[8] = whole(0x8080, 101);
     const auto refused = read(tiff_of(body, {sharedTags, crowded}));
     ASSERT_FALSE(refused);
-    EXPECT_EQ(refused.error().reason, "channel 1: more than 100 calibration slots");
+    EXPECT_EQ(refused.error().reason, "channel 1 (height): more than 100 calibration slots");
 }
 
 } // namespace

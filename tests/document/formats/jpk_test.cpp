@@ -188,6 +188,69 @@ TEST(Jpk, ConversionsThatRunInACircleAreNotApplied)
     EXPECT_NE(image->strings.at("\\Z scale").find("conversions of distance run in a circle"), std::string::npos);
 }
 
+/// All reader's notes of an archive, a line each, and the deflection in its first unit.
+std::pair<std::string, std::vector<double>> notes_and_deflection(const members& all)
+{
+    const auto result = read(stored_zip(all));
+    if (!result) return {"refused: " + result.error().reason, {}};
+    const recorded_image* image = find_image(*result, "vDeflection");
+    const auto notes = result->strings.find("\\Reader note");
+    return {notes == result->strings.end() ? "" : notes->second, image ? physical_of(*image) : std::vector<double>()};
+}
+
+TEST(Jpk, NumbersOfOneSegmentThatAreNoneAreTold)
+{
+    const std::string channel = "channel.vDeflection.", slot = channel + "conversion-set.conversion.distance.scaling.";
+    const std::vector<double> volts{129, 0.5, 1, 4.5, 3.5, 3.5}, lost{4, 4, 6, 4}, nm{255, -2, -1, 6, 4, 4};
+    const struct {
+        std::string line, value, note;
+        std::vector<double> values;
+    } rows[] = {
+        {slot + "multiplier=2", "NaN", "conversions left out", volts},
+        {slot + "multiplier=2", "0", "conversions left out", volts},
+        {slot + "multiplier=2", "inf", "conversions left out", volts},
+        {slot + "multiplier=2", "", "conversions left out", volts},
+        {slot + "offset=-3", "abc", "conversions left out", volts},
+        {channel + "data.encoder.scaling.multiplier=0.5", "0", "1 is, the first: segments/0/: the multiplier", lost},
+        {"force-segment-header.duration=2", "-1", "the duration or num-points of segments/0/", nm},
+        {"force-segment-header.num-points=3", "abc", "the duration or num-points of segments/0/", nm},
+    };
+    for (const auto& row : rows) {
+        members all = single_curve();
+        std::string& header = all["segments/0/segment-header.properties"];
+        const std::size_t at = header.find(row.line), value = row.line.find('=') + 1;
+        ASSERT_NE(at, std::string::npos) << row.line;
+        header.replace(at + value, row.line.size() - value, row.value);
+        const auto [notes, values] = notes_and_deflection(all);
+        EXPECT_NE(notes.find(row.note), std::string::npos) << row.line << row.value << ": " << notes;
+        ASSERT_EQ(values.size(), row.values.size()) << row.line << row.value;
+        for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], row.values[i], 1e-2) << row.line << i;
+    }
+}
+
+TEST(Jpk, AMemberThatCannotBeReadCostsItsPart)
+{
+    const std::string file = "segments/0/channels/vDeflection.dat", header = "segments/0/segment-header.properties";
+    const auto damaged = [](const std::string& member) { // its checksum is that of other bytes
+        members all = single_curve();
+        std::string bytes = stored_zip(all);
+        bytes[bytes.find(all.at(member))] ^= 1;
+        return read(bytes);
+    };
+    for (const std::string& member : {file, header}) {
+        const auto result = damaged(member);
+        ASSERT_TRUE(result) << member << result.error().reason;
+        const recorded_image* image = find_image(*result, "vDeflection");
+        ASSERT_TRUE(image) << member;
+        EXPECT_EQ(image->strings.at("\\Void points"), member == file ? "3" : "2") << "as long as the longest";
+        ASSERT_FALSE(result->warnings.empty());
+        EXPECT_NE(result->warnings[0].find("1 is, the first: " + member), std::string::npos) << result->warnings[0];
+    }
+    members odd = single_curve();
+    odd[file] = "odd";
+    EXPECT_NE(notes_and_deflection(odd).first.find("no multiple"), std::string::npos);
+}
+
 TEST(Jpk, AChannelWithoutAnyMemberIsNamed)
 {
     members all = single_curve();
@@ -251,8 +314,8 @@ TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
                                  {changed("header.properties", ""), "header.properties is missing"},
                                  {changed("header.properties", "a=b\n"), "no kind of force data"},
                                  {stored_zip({{"header.properties", "type=force-scan-series\n"}}), "no segment"},
-                                 {changed("segments/0/channels/height.dat", "odd"), "no multiple"},
-                                 {stored_zip(single_curve()).substr(0, 900), "zip directory"},
+                                 {stored_zip(single_curve()).substr(0, 900),
+                                  "zip directory cannot be read (the file is cut short)"},
                                  {std::string("II*\0\10\0\0\0\0\0\0\0\0\0", 14), "0x8042"},
                                  {"PK", "cut short"},
                              });
