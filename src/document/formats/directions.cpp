@@ -13,10 +13,14 @@ namespace formats {
 
 namespace {
 
-/// Headers state sizes rounded: places that differ by less than a millionth of the side are the same.
+bool is_finite(const VLAxis& axis) noexcept { return std::isfinite(axis.start) && std::isfinite(axis.scale); }
+
+/// Headers state sizes rounded: places that differ by less than a millionth of the side are the same. A side that is
+/// nowhere is like no other: its plane is left out, and the other is not to go with it.
 bool are_same(const VLAxis& a, const VLAxis& b, unsigned samples)
 {
     constexpr double rounding = 1e-6;
+    if (!is_finite(a) || !is_finite(b)) return false;
     const double step = std::max(std::fabs(a.scale), std::fabs(b.scale));
     const double reach = std::max({step * samples, std::fabs(a.start), std::fabs(b.start)});
     return std::string_view(a.get_units()) == b.get_units() && std::fabs(a.scale - b.scale) <= rounding * step &&

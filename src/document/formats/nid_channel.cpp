@@ -97,7 +97,8 @@ std::string read_channel(const nid_section& section, nid_channel& channel)
     if (std::string reason = read_storage(section, channel); !reason.empty()) return reason;
     channel.measuredLines = channel.lines;
     if (const auto last = section.count("CurLine"); last && *last < channel.lines) channel.measuredLines = *last + 1;
-    return read_scale(section, channel);
+    channel.scaleProblem = read_scale(section, channel);
+    return {};
 }
 
 } // namespace
@@ -176,7 +177,10 @@ base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& 
         }
         channel.offset = header.dataStart + total;
         total += channel.samples() * channel.sampleBytes;
-        channels.push_back(std::move(channel));
+        if (channel.scaleProblem.empty())
+            channels.push_back(std::move(channel));
+        else
+            missing.add(refused(channel.scaleProblem));
     }
     if (channels.empty()) return missing.empty() ? base::read_error{0, "no channel is listed"} : missing.first();
     if (isCut) return channels;

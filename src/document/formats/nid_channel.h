@@ -22,6 +22,7 @@ struct nid_channel {
     unsigned sampleBytes = 2;   ///< 1, 2 or 4, signed, little-endian
     std::uint64_t offset = 0;   ///< of the first sample in the file
     value_scale scale;
+    std::string scaleProblem; ///< why its numbers have no meaning, or empty
 
     bool is_image() const noexcept;
     bool is_spectroscopy() const noexcept { return frame.starts_with("Spec ") || frame.starts_with("2nd spec "); }

@@ -1,3 +1,4 @@
+#include "document/formats/finish_recording.h"
 #include "document/formats/nid.h"
 #include "instrument_fixture.h"
 
@@ -236,6 +237,24 @@ TEST(Nid, SamplesEndWithTheFile)
     EXPECT_EQ(raw_of(image_at(read(formats::read_nid, build({{}}, "", "gap")), 0)), (std::vector<int>{1, 2, 3, 4}));
     const std::string whole = build({{}, {}});
     expect_cuts_refused(formats::read_nid, whole);
+}
+
+TEST(Nid, ADamagedDirectionLeavesTheOtherOne)
+{
+    channel_parts back{"Scan backward"};
+    back.samples = {5, 6, 7, 8};
+    const std::string plain = build({{}, back});
+    for (const auto& [from, to] : {std::pair<std::string, std::string>{"Dim2Range=2", "Dim2Range=nan"},
+                                   {"Dim2Min=-1", "Dim2Min=abc"},
+                                   {"Dim0Range=4e-6", "Dim0Range=inf"}}) {
+        std::string file = plain;
+        const auto result = read(formats::read_nid, file.replace(file.find(from), from.size(), to));
+        const auto finished = formats::finish_recording(result);
+        ASSERT_TRUE(finished) << to << ": " << finished.error().reason;
+        ASSERT_EQ(finished->items.size(), 1u) << to;
+        EXPECT_EQ(raw_of(image_at(finished, 0)), back.samples) << to;
+        EXPECT_FALSE(finished->warnings.empty()) << to;
+    }
 }
 
 TEST(Nid, RefusesWhatCannotBe)
