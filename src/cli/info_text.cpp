@@ -63,6 +63,13 @@ void print_ranges(const CStorageDoc& document, unsigned image)
     }
 }
 
+/// How many samples of an image count as not measured, as its reader told.
+unsigned long long voids_of(const CStorageDoc& document, unsigned image)
+{
+    const auto count = base::leading_number(document.getString("\\Void points", image));
+    return count && *count > 0 && *count < 1e18 ? static_cast<unsigned long long>(*count) : 0;
+}
+
 void print_image(const CStorageDoc& document, unsigned image, bool withStrings)
 {
     const SPMDataStream& stream = document.getImage(image);
@@ -79,6 +86,8 @@ void print_image(const CStorageDoc& document, unsigned image, bool withStrings)
     for (const smart_string& name : stream.dependent_vars())
         std::cout << "    depends: " << visible_text(name.c_str()) << '\n';
     print_ranges(document, image);
+    if (const unsigned long long voids = voids_of(document, image))
+        std::cout << "    not measured: " << voids << " of " << stream.array_length() << " samples\n";
     if (withStrings) print_strings(document.strings(image), "    | ");
 }
 
@@ -128,7 +137,7 @@ std::string extent_text(const SPMDataStream& stream)
     return with_units(joined(texts, " x "), shareUnits ? sides[0].units : "");
 }
 
-/// "-1.5 to 2 nm" over all sub-images; empty when the samples are no heights.
+/// "-1.5 to 2 nm" over all sub-images, and how many were not measured; empty when the samples are no heights.
 std::string values_text(const CStorageDoc& document, unsigned image)
 {
     const unsigned subs = document.getSubImagesNumber(image);
@@ -146,7 +155,10 @@ std::string values_text(const CStorageDoc& document, unsigned image)
     const auto number = [&](double value) {
         return base::general(convert_size(axis.get_units(), units.c_str(), value), tableDigits);
     };
-    return with_units(number(low) + " to " + number(high), units);
+    const unsigned long long voids = voids_of(document, image);
+    if (voids != 0 && voids >= document.getImage(image).array_length()) return "none measured";
+    return with_units(number(low) + " to " + number(high), units) +
+           (voids ? ", " + std::to_string(voids) + " not measured" : "");
 }
 
 /// Names of the sub-images, or how many there are; what a curve is drawn over; other meanings of the values.

@@ -23,7 +23,9 @@ public:
     /// True when more than a thousandth lies on either side of a stretch of at least `width`.
     bool spreadsOver(double width) const
     {
-        const auto [low, high] = stretchOfSome();
+        const auto some = stretchOfSome(10);
+        if (!some) return false;
+        const auto [low, high] = *some;
         if (!(static_cast<double>(high) - static_cast<double>(low) >= width)) return false;
         const std::size_t enough = outside(samples.size());
         std::size_t below = 0, above = 0;
@@ -48,6 +50,16 @@ public:
         return middle_range{static_cast<double>(lowest), static_cast<double>(*high)};
     }
 
+    /// What `share` (4: a quarter) of some samples lies below, and as many above.
+    std::optional<std::pair<T, T>> stretchOfSome(std::size_t share) const
+    {
+        constexpr std::size_t few = 1000;
+        std::vector<T> some = every(std::max<std::size_t>(samples.size() / few, 1));
+        if (some.size() < leastSamples) return std::nullopt;
+        std::ranges::sort(some);
+        return std::pair(some[some.size() / share], some[some.size() - 1 - some.size() / share]);
+    }
+
 private:
     bool isMeasured(std::size_t i) const { return isVoid.empty() || !isVoid[i]; }
 
@@ -59,16 +71,6 @@ private:
         for (std::size_t i = 0; i < samples.size(); i += distance)
             if (isMeasured(i)) taken.push_back(samples[i]);
         return taken;
-    }
-
-    /// What a tenth of a few samples lies below, and another above.
-    std::pair<T, T> stretchOfSome() const
-    {
-        constexpr std::size_t few = 1000;
-        std::vector<T> some = every(std::max<std::size_t>(samples.size() / few, 1));
-        if (some.empty()) return {};
-        std::ranges::sort(some);
-        return {some[some.size() / 10], some[some.size() - 1 - some.size() / 10]};
     }
 
     std::span<const T> samples;
@@ -90,6 +92,18 @@ std::optional<middle_range> narrow_middle(const SPMDataStream& stream, const std
     });
     if (middle && middle->span() > width) middle.reset();
     return middle;
+}
+
+std::optional<middle_range> half_of_samples(const SPMDataStream& stream, const std::vector<bool>& isVoid)
+{
+    std::optional<middle_range> half;
+    base::with_element_type(stream.array_type(), [&](auto* element) {
+        using T = std::remove_pointer_t<decltype(element)>;
+        const middle_search<T> search({static_cast<const T*>(stream.array_data()), stream.array_length()}, isVoid);
+        if (const auto some = search.stretchOfSome(4))
+            half = middle_range{static_cast<double>(some->first), static_cast<double>(some->second)};
+    });
+    return half;
 }
 
 } // namespace formats

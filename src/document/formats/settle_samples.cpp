@@ -13,7 +13,8 @@ namespace formats {
 namespace {
 
 constexpr const char* bridgedWords = " (on lines between their neighbours)";
-constexpr double coarseStep = 0.1; ///< of the span of the middle
+constexpr double coarseStep = 0.1;   ///< of the span of the middle
+constexpr double coarsestStep = 1.0; ///< of the span of half of the samples
 
 void note_voids(recorded_image& image, const void_count& voids)
 {
@@ -31,14 +32,34 @@ void note_voids(recorded_image& image, const void_count& voids)
     image.notes.push_back(note);
 }
 
-/// Says so when 16 bits cannot resolve what most samples tell. `span` is that of their middle, in the value's unit.
-void note_coarse_step(recorded_image& image, double span)
+/// Physical values that most samples have, before they are rounded.
+struct most_values {
+    const char* share; ///< how many these are
+    double value, span;
+    double mostStep; ///< up to which they are told apart
+};
+
+/// The middle of the samples as physical values; half of them where a middle of so many is not narrow.
+std::optional<most_values> values_of_most(const VLAxis& axis, const filled_samples& samples)
+{
+    const auto physical = [&](const middle_range& part, const char* share, double steps) {
+        const double span = part.span() * std::fabs(axis.scale), value = axis.at(part.lowest);
+        return most_values{share, value, span, steps * (span > 0.0 ? span : std::fabs(value))};
+    };
+    if (samples.middle) return physical(*samples.middle, "the middle 99.8 %", coarseStep);
+    const bool isSpread = samples.half && samples.half->span() > 0.0;
+    return isSpread ? std::optional(physical(*samples.half, "half", coarsestStep)) : std::nullopt;
+}
+
+/// Says so when 16 bits cannot resolve what most samples tell.
+void note_coarse_step(recorded_image& image, const most_values& most)
 {
     const VLAxis& axis = image.stream.values.get_axis(0);
-    if (!(span > 0.0) || !(std::fabs(axis.scale) > coarseStep * span)) return;
+    if (!(std::fabs(axis.scale) > most.mostStep)) return;
     const std::string units = *axis.get_units() ? std::string(" ") + axis.get_units() : std::string();
+    const std::string told = most.span > 0.0 ? "span " + base::general(most.span) : "are " + base::general(most.value);
     image.notes.push_back("values are rounded to steps of " + base::general(std::fabs(axis.scale)) + units +
-                          ", while the middle 99.8 % of them span " + base::general(span) + units);
+                          ", while " + most.share + " of them " + told + units);
 }
 
 /// Whole numbers from 0 to 65535 keep every bit: they move down by 32768 and the axes up.
@@ -74,9 +95,9 @@ void settle_samples(recorded_image& image, std::span<const void_range> ranges)
     const filled_samples filled = fill_unmeasured(stream, ranges);
     note_voids(image, filled.voids);
     if (stream.array_type() == SPM_ARRAY_INT16 || keep_numbers(stream, filled.range)) return;
-    const double span = filled.middle ? filled.middle->span() * std::fabs(stream.values.get_axis(0).scale) : 0.0;
+    const auto most = values_of_most(stream.values.get_axis(0), filled);
     base::fit_stream(stream, SPM_ARRAY_INT16, filled.range);
-    note_coarse_step(image, span);
+    if (most) note_coarse_step(image, *most);
 }
 
 void settle_markers(recorded_image& image, std::span<const std::int16_t> markers)

@@ -195,6 +195,7 @@ filled_samples fill_unmeasured(SPMDataStream& stream, std::span<const void_range
     out.range = base::find_element_range(stream);
     if (stream.array_element_size() > 2)
         out.middle = narrow_middle(stream, voids.all(), out.range.lowest, out.range.highest);
+    if (!out.middle) out.half = half_of_samples(stream, voids.all());
     std::size_t far = 0;
     if (out.middle)
         with_samples(stream, [&](auto samples) {

@@ -24,6 +24,7 @@ struct filled_samples {
     void_count voids;
     base::element_range range;          ///< of all samples then; not for 16-bit ones
     std::optional<middle_range> middle; ///< as of `narrow_middle`
+    std::optional<middle_range> half;   ///< as of `half_of_samples`, where there is no narrow middle
 };
 
 /// Finds and fills them, \see settle_samples.

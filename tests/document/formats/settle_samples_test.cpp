@@ -140,7 +140,8 @@ TEST(SettledSamples, AbsurdOnesDoNotFlattenTheOthers)
         {"not further, but 65535 steps are too few", {4.08e6}, 0, true},
         {"a step of 0.31 is still fine", {2e4}, 0, false},
         {"as many as lie outside of the middle", {1e9, 1e9, -1e9, 1e9}, 4, false},
-        {"more are no single samples", {1e9, 1e9, 1e9, 1e9, 1e9, 1e9}, 0, false},
+        {"more are no single samples", {1e9, 1e9, 1e9, 1e9, 1e9, 1e9}, 0, true},
+        {"half of the heights span more than a step", {5e4, 5e4, 5e4, 5e4, 5e4, 5e4}, 0, false},
     };
     for (const spoilt& row : rows)
         for (const bool isFloat : {true, false}) {
@@ -175,7 +176,14 @@ TEST(SettledSamples, FewSamplesOrASpanOf0HaveNoMiddleToJudgeBy)
     recorded_image flat = row_of(SPM_ARRAY_FLOAT64, mask);
     settle_samples(flat);
     EXPECT_EQ(text_of(flat, "\\Absurd points"), "");
-    EXPECT_TRUE(flat.notes.empty());
+    ASSERT_EQ(flat.notes.size(), 1u);
+    EXPECT_THAT(flat.notes[0], HasSubstr("steps of 30518."));
+    EXPECT_THAT(flat.notes[0], HasSubstr("the middle 99.8 % of them are 2 nm"));
+    std::vector<double> spots(4096, 0.5);
+    spots[9] = 700.25; // steps of 0.01 keep 0.5
+    recorded_image sparse = row_of(SPM_ARRAY_FLOAT64, spots);
+    settle_samples(sparse);
+    EXPECT_TRUE(sparse.notes.empty());
 
     recorded_image few = row_of<double>(SPM_ARRAY_FLOAT64, {0.1, 0.2, 0.3, 1e9});
     settle_samples(few);
