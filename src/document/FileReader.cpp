@@ -8,9 +8,25 @@
 #include "document/storable_text.h"
 #include "document/stream_source.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
 constexpr const char* cancelled = "reading was cancelled";
+
+/// A number above 0 as it is written without leading zeros; 0 for other texts and for one of many digits.
+std::size_t plain_number(std::string_view text) noexcept
+{
+    constexpr std::size_t mostDigits = 9;
+    if (text.empty() || text.size() > mostDigits || text.front() == '0') return 0;
+    std::size_t number = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return 0;
+        number = 10 * number + static_cast<std::size_t>(c - '0');
+    }
+    return number;
+}
 
 /// The first bytes, fewer when the stream is shorter; the position is left at the start.
 std::vector<std::byte> head_of(std::istream& in)
@@ -91,7 +107,7 @@ bool VLFileReader::readNative(std::istream& in)
 {
     document::stream_source source(in, sourcePath);
     source.onProgress = [this](double done) { return tellProgress(done); };
-    readError = document::read_spmx(source, *this);
+    readError = document::read_spmx(source, *this, readWarnings);
     isOfSeveralFiles = false;
     if (readCancelled) readError = cancelled;
     if (readError.empty()) warnOfVoids();
@@ -211,15 +227,19 @@ void VLFileReader::moveIn(SPMDataStream& stream)
 
 void VLFileReader::makeIdUnique(SPMDataStream& stream) const
 {
-    const auto taken = [this](const std::string& id) {
-        for (unsigned i = 0; i < getImagesNumber(); ++i)
-            if (id == getImage(i).get_name()) return true;
-        return false;
-    };
     const std::string wanted = stream.get_name();
-    // A trailing number counts on: img0, img1 …
+    // A trailing number counts on: img0, img1 … In one walk: a file may hold thousands of images.
     const std::string stem = wanted.substr(0, wanted.find_last_not_of("0123456789") + 1);
-    std::string id = wanted;
-    for (unsigned number = 1; taken(id); ++number) id = stem + std::to_string(number);
-    if (id != wanted) stream.set_name(id.c_str());
+    std::vector<bool> isUsed(std::size_t{getImagesNumber()} + 2); // one number from 1 on stays free
+    bool isTaken = false;
+    for (unsigned i = 0; i < getImagesNumber(); ++i) {
+        const std::string_view id = getImage(i).get_name();
+        isTaken = isTaken || id == wanted;
+        if (const std::size_t number = id.starts_with(stem) ? plain_number(id.substr(stem.size())) : 0;
+            number < isUsed.size())
+            isUsed[number] = true;
+    }
+    if (!isTaken) return;
+    const auto free = std::find(isUsed.begin() + 1, isUsed.end(), false);
+    stream.set_name((stem + std::to_string(free - isUsed.begin())).c_str());
 }

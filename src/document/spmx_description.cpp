@@ -70,7 +70,7 @@ private:
         if (!found.contains(name)) return otherwise;
         const std::string digits = attribute(found, name);
         const auto value = base::leading_number(digits);
-        if (value && std::isfinite(*value) && digits.find('#') == std::string::npos) return *value;
+        if (value && std::fabs(*value) < 1e290 && digits.find('#') == std::string::npos) return *value;
         fail("the " + std::string(name) + " \"" + digits + "\" of an axis is no number that can be used");
         return otherwise;
     }

@@ -12,8 +12,9 @@ constexpr const char* cancelled = "reading was cancelled";
 /// Moves the streams of an opened container into a document.
 class spmx_loader {
 public:
-    spmx_loader(opened_spmx& opened_, formats::source& file_, VLFileReader& target_)
-        : opened(opened_), file(file_), target(target_)
+    spmx_loader(opened_spmx& opened_, formats::source& file_, VLFileReader& target_,
+                std::vector<std::string>& warnings_)
+        : opened(opened_), file(file_), target(target_), warnings(warnings_)
     {
         for (const opened_spmx::place& each : opened.samples) bytes += static_cast<double>(each.entry.bytes);
     }
@@ -38,9 +39,24 @@ private:
         if (stream.array_length() != place.elements) stream.set_array_len(static_cast<unsigned>(place.elements));
         target.revalidateImage(image);
         for (const auto& [key, text] : described.strings) target.setString(key.c_str(), text.c_str(), image);
+        tell_of_missing(place, stream);
         std::string failure = unpack(place, stream);
         bytesBefore += static_cast<double>(place.entry.bytes);
         return failure.empty() && !tell(0) ? cancelled : failure;
+    }
+
+    /// Whole sub-images are restored with zeros, which look like samples: the user has to know.
+    void tell_of_missing(const opened_spmx::place& place, const SPMDataStream& stream)
+    {
+        const std::uint64_t wanted = stream.data_size();
+        if (place.entry.bytes == wanted || stream.get_dimensions_number() == 0) return;
+        std::string note = "stream \"" + std::string(stream.get_name()) + "\": its dimensions ask for " +
+                           std::to_string(wanted) + " bytes of samples, " + std::to_string(place.entry.bytes) +
+                           " are there; the rest counts as 0";
+        const std::string before = target.getString("\\Reader note", unsigned(-1));
+        if (before.find(note) == std::string::npos)
+            target.setString("\\Reader note", (before + (before.empty() ? "" : "\n") + note).c_str(), unsigned(-1));
+        warnings.push_back(std::move(note));
     }
 
     std::string unpack(const opened_spmx::place& place, SPMDataStream& stream)
@@ -63,15 +79,16 @@ private:
     opened_spmx& opened;
     formats::source& file;
     VLFileReader& target;
+    std::vector<std::string>& warnings;
     double bytes = 0.0, bytesBefore = 0.0; ///< of all samples, and of the streams that are done
 };
 
 } // namespace
 
-std::string read_spmx(formats::source& file, VLFileReader& target)
+std::string read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings)
 {
     auto opened = open_spmx(file);
-    return opened ? spmx_loader(*opened, file, target).run() : opened.error().reason;
+    return opened ? spmx_loader(*opened, file, target, warnings).run() : opened.error().reason;
 }
 
 } // namespace document

@@ -24,6 +24,18 @@ struct bitmap_case {
     std::vector<short> samples;
 };
 
+TEST_F(DocumentTest, ManyBitmapsTakeNoLongerThanTheyAreMany)
+{
+    const BITMAPINFOHEADER header = header_of(1, 1, 24);
+    constexpr unsigned many = 6000; // cubic: minutes
+    const std::uint8_t pixel[4] = {};
+    for (unsigned i = 0; i < many; ++i) ASSERT_TRUE(document.SetDIB(&header, pixel, nullptr, -1));
+    EXPECT_STREQ(document.getImage(many - 1).get_name(), ("img" + std::to_string(many - 1)).c_str());
+    document.getImage(7).set_name("img07");
+    ASSERT_TRUE(document.SetDIB(&header, pixel, nullptr, -1));
+    EXPECT_STREQ(document.getImage(many).get_name(), "img7") << "the first number that is free";
+}
+
 TEST_F(DocumentTest, BitmapsOfEveryDepthBecomeSumsOfChannels)
 {
     const bitmap_case cases[] = {

@@ -54,6 +54,29 @@ TEST_F(ContainerTest, MissingPartsHaveDefaults)
     EXPECT_EQ(read.getDataPoint1S(0, 1, 1), 0);
 }
 
+TEST_F(ContainerTest, SamplesThatDoNotFillTheirShapeAreTold)
+{
+    const std::string description = description_of(
+        stream_of("", "\t\t<dimension length=\"3\">\n\t\t</dimension>\n\t\t<data content=\"int16\" ref=\"a\"/>\n"));
+    const struct {
+        std::size_t bytes;
+        const char* note;
+    } rows[] = {{6, ""},
+                {12, ""},
+                {5, "6 bytes of samples, 5 are there"},
+                {0, "6 bytes of samples, 0 are there"},
+                {7, "12 bytes of samples, 7 are there"}};
+    for (const auto& row : rows) {
+        archive_writer(folder / "a.spm").add("main.xml", description).add("a.raw", std::string(row.bytes, '\1'));
+        CStorageDoc read;
+        ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str())) << row.bytes;
+        const std::string told = read.getReadWarnings().empty() ? "" : read.getReadWarnings()[0];
+        EXPECT_EQ(told.empty(), *row.note == '\0') << row.bytes << told;
+        EXPECT_NE(told.find(row.note), std::string::npos) << told;
+        EXPECT_EQ(read.getString("\\Reader note", unsigned(-1)), told) << "kept when the file is saved";
+    }
+}
+
 TEST_F(ContainerTest, OtherLayoutsAreReadWhenTheyAreXml)
 {
     archive_writer(folder / "a.spm")

@@ -12,7 +12,8 @@ namespace {
 bool read_watched(formats::source& file, VLFileReader& target)
 {
     const time_watch watch(file.size(), time_watch::packedText);
-    return document::read_spmx(file, target).empty();
+    std::vector<std::string> warnings;
+    return document::read_spmx(file, target, warnings).empty();
 }
 
 } // namespace

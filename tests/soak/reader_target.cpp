@@ -46,7 +46,7 @@ std::string soak_document::stored()
 bool soak_document::readContainer(const std::string& bytes)
 {
     formats::memory_source source(std::as_bytes(std::span(bytes)));
-    const std::string failure = document::read_spmx(source, *this);
+    const std::string failure = document::read_spmx(source, *this, readWarnings);
     if (!failure.empty()) std::cerr << failure << '\n';
     return failure.empty();
 }
