@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/frame_choice.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
@@ -45,7 +46,7 @@ void print_json(const std::wstring& path, const isoline_options& options, int le
                       {"at", to_json(seed)},
                       {"level", level},
                       {"contour", points}};
-    std::cout << out.dump(2) << '\n';
+    cli::print_json(out);
 }
 
 std::string print(const CStorageDoc& document, const std::wstring& path, const isoline_options& options)

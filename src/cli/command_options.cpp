@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "cli/aligned.h"
 #include "cli/commands.h"
+#include "cli/file_reports.h"
 #include "cli/option_table.h"
 #include "cli/session.h"
 #include "platform/paths.h"
@@ -105,7 +106,7 @@ int run(const options_options& options)
     if (options.asJson) {
         json variables = json::array();
         for (const SPMVar& variable : list.all()) variables.push_back(variable_json(list, variable));
-        std::cout << json{{"variables", variables}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+        print_json({{"variables", variables}});
     } else {
         print_table(list);
     }

@@ -1,6 +1,7 @@
 // vldv render: pictures of surfaces, the right way up.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/failure_text.h"
 #include "cli/legend_picture.h"
 #include "cli/number_limits.h"
 #include "cli/output_names.h"
@@ -167,7 +168,7 @@ int run(const picture_options& options)
                                                : write_picture(document, each, options, picture);
                 if (!reason.empty()) call.report(path, where + reason);
             } catch (const std::exception& failure) {
-                call.report(path, where + failure.what());
+                call.report(path, where + failure_text(failure));
             }
         }
     });

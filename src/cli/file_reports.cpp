@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <iostream>
+#include <unistd.h>
 
 namespace cli {
 
@@ -22,8 +23,14 @@ int report_entries(session& call, bool asJson, const entries_treatment& treat)
                          [&](const std::wstring& path, const std::string& reason) {
                              files.push_back({{"path", base::narrow(path)}, {"error", reason}});
                          });
-    if (asJson) std::cout << json{{"files", files}}.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    if (asJson) print_json({{"files", files}});
     return call.status();
+}
+
+void print_json(const json& value)
+{
+    const bool onlyAscii = isatty(STDOUT_FILENO) == 1;
+    std::cout << value.dump(2, ' ', onlyAscii, json::error_handler_t::replace) << '\n';
 }
 
 } // namespace cli

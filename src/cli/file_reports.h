@@ -17,4 +17,7 @@ int report_files(session& call, bool asJson, const file_treatment& treat);
 using entries_treatment = std::function<void(CStorageDoc&, const std::wstring& path, nlohmann::ordered_json& entries)>;
 int report_entries(session& call, bool asJson, const entries_treatment& treat);
 
+/// Prints JSON for machines; on a terminal what would steer it is escaped the way of JSON.
+void print_json(const nlohmann::ordered_json& value);
+
 } // namespace cli

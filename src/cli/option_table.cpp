@@ -22,12 +22,12 @@ std::string expression_problem(const base::declaration& declared)
     const base::option_fields fields = base::split_options(declared.options);
     std::string reason;
     if (!fields.display.empty() && !base::expression::compile(fields.display, &reason))
-        return "display \"" + std::string(fields.display) + "\": " + reason;
+        return "display \"" + base::excerpt(fields.display) + "\": " + reason;
     if (!fields.evaluation.empty() && !base::expression::compile(fields.evaluation, &reason))
-        return "evaluation \"" + std::string(fields.evaluation) + "\": " + reason;
+        return "evaluation \"" + base::excerpt(fields.evaluation) + "\": " + reason;
     for (const base::declared_item& item : declared.items)
         if (base::is_function_item(item) && !base::expression::compile(item.key, &reason))
-            return "items \"" + item.key + "\": " + reason;
+            return "items \"" + base::excerpt(item.key) + "\": " + reason;
     return {};
 }
 
@@ -37,7 +37,7 @@ std::string name_problem(const std::string& name)
     const bool isReadable = std::ranges::all_of(name, [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.';
     });
-    return isReadable ? "" : "the name \"" + name + R"(" holds more than letters, digits, "_" and ".")";
+    return isReadable ? "" : "the name \"" + base::excerpt(name) + R"(" holds more than letters, digits, "_" and ".")";
 }
 
 std::string limits_problem(const base::declaration& declared)

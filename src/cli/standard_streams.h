@@ -13,8 +13,8 @@ namespace cli {
 /// What a call names for standard input and standard output.
 inline constexpr const char* standardStream = "-";
 
-/// Stores all that comes from standard input. \throws std::runtime_error with the reason, also when that is a terminal
-/// or holds nothing
+/// Stores all that comes from standard input. \throws std::runtime_error with the reason, also when that is a terminal,
+/// a device, holds nothing, or more than the file system has room for
 void take_standard_input(const platform::temporary_file& file);
 /// Writes to standard output behind what was printed. \throws std::runtime_error with the reason, also when that is a
 /// terminal, which could not show it

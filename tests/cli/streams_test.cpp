@@ -36,6 +36,7 @@ TEST_F(ProgramTest, StandardStreamsTakeOneFile)
     };
     const refusal refusals[] = {
         {{"info", "-"}, "none.txt", "-: standard input is empty"},
+        {{"info", "-"}, "/dev/zero", "-: standard input is a device: only files and pipes are read"},
         {{"info", "-", "-"}, "m.txt", "-: standard input can be read only once"},
         {{"convert", "-", "m.txt", "-o", "-"}, "m.txt", "only one file can go to standard output"},
         {{"render", "-", "m.txt", "-o", "-"}, "m.txt", "only one picture can go to standard output"}};
