@@ -284,6 +284,7 @@ bool SPMVar::from_string(const char* text)
         const bool isFree =
             type == SPM_VAR_DOUBLE && std::isinf(limits.number.minimum) && std::isinf(limits.number.maximum);
         if (!number || (std::isnan(*number) && !isFree)) return false; // "nan" lies within no limits
+        if (type == SPM_VAR_INT && std::isinf(within_limits(*number, limits.number))) return false;
         assign_number(*number);
         return true;
     }

@@ -155,18 +155,20 @@ std::optional<double> constant(std::string_view text, std::string& problem)
     return result ? std::optional(result->asNumber()) : std::nullopt;
 }
 
-/// Reads a limit or step; one that is not given leaves `value` alone.
-bool take_number(std::optional<std::string_view>& rest, const char* what, double& value, std::string& problem)
+/// Reads a limit or step; one that is not given leaves `value` alone. A limit may be infinite, which is none.
+bool take_number(std::optional<std::string_view>& rest, const char* what, double& value, std::string& problem,
+                 bool mayBeInfinite = true)
 {
     const auto field = take_field(rest);
     if (!field || field->empty()) return true;
     const auto number = constant(*field, problem);
-    if (number && !std::isnan(*number))
+    const bool isNumber = number && !std::isnan(*number) && (mayBeInfinite || std::isfinite(*number));
+    if (isNumber)
         value = *number;
     else
-        problem = std::string("unreadable ") + what + " \"" + std::string(*field) + "\"" +
+        problem = std::string("unreadable ") + what + " \"" + excerpt(*field) + "\"" +
                   (problem.empty() ? "" : ", " + problem);
-    return number && !std::isnan(*number);
+    return isNumber;
 }
 
 bool take_count(std::string_view text, unsigned& value)
@@ -218,7 +220,7 @@ bool parse_type_fields(std::optional<std::string_view> rest, declaration& out, s
     bool good = true;
     if (out.type == SPM_VAR_DOUBLE || out.type == SPM_VAR_INT) {
         good = take_number(rest, "minimum", out.minimum, problem) && take_number(rest, "maximum", out.maximum, problem);
-        if (good && out.type == SPM_VAR_DOUBLE) good = take_number(rest, "step", out.step, problem);
+        if (good && out.type == SPM_VAR_DOUBLE) good = take_number(rest, "step", out.step, problem, false);
     } else if (out.type == SPM_VAR_ENUM) {
         parse_items(rest, out);
     } else if (out.type == SPM_VAR_ARRAY) {

@@ -9,6 +9,9 @@
 
 namespace base {
 
+/// A text as messages quote it: its start when it is long. UTF-8.
+std::string excerpt(std::string_view text);
+
 /// What an expression yields: a number, or a text that reads as a number where one is needed (0 when it is none).
 struct expression_value {
     double number = 0.0;

@@ -66,6 +66,12 @@ struct syntax_error {
 
 } // namespace
 
+std::string excerpt(std::string_view text)
+{
+    constexpr std::size_t most = 80;
+    return text.size() <= most ? std::string(text) : valid_utf8(std::string(text.substr(0, most))) + "…";
+}
+
 /// Recursive descent with the priorities of C; "^" is power and binds closer than any sign in front of it.
 class expression_parser {
 public:
@@ -75,7 +81,7 @@ public:
     {
         if (tokens.current().what == token_kind::end) fail("empty expression");
         out.result = binary(1);
-        if (tokens.current().what != token_kind::end) fail("unexpected \"" + std::string(tokens.current().text) + "\"");
+        if (tokens.current().what != token_kind::end) fail("unexpected \"" + excerpt(tokens.current().text) + "\"");
         return std::move(out);
     }
 
@@ -83,7 +89,7 @@ private:
     [[noreturn]] void fail(std::string reason) const
     {
         if (tokens.current().what == token_kind::broken)
-            reason = "cannot read \"" + std::string(tokens.current().text) + "\"";
+            reason = "cannot read \"" + excerpt(tokens.current().text) + "\"";
         throw syntax_error{tokens.current().column + 1, std::move(reason)};
     }
 

@@ -143,7 +143,8 @@ std::string shown_text(const SPMVarList& list, const SPMVar& variable)
 {
     const SPMVar shown = list.evaluate_var(variable);
     if (!is_numeric(shown) || !display_function(list, variable)) return value_text(shown);
-    return general(static_cast<double>(shown), shownDigits);
+    const double number = static_cast<double>(shown);
+    return std::isnan(number) ? "nan" : general(number, shownDigits); // without the sign that some have
 }
 
 bool take_shown_text(const SPMVarList& list, SPMVar& variable, const char* text)

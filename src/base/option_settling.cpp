@@ -11,6 +11,9 @@ namespace base {
 
 namespace {
 
+/// In place of the number of a former value: the change of this variable is told in any case.
+constexpr unsigned toldBefore = unsigned(-1);
+
 bool store_number(SPMVar& variable, double number)
 {
     if (!std::isfinite(number)) return false;
@@ -144,18 +147,23 @@ expression_value option_settling::former_value::valueOf(const SPMVar& variable) 
 
 expression_value option_settling::ownValue(unsigned index, const SPMVar& variable) const
 {
-    const auto former = std::ranges::find(formers, index, &former_value::index);
-    return former == formers.end() ? expression_value::of(variable) : former->valueOf(variable);
+    const unsigned number = formerNumbers[index];
+    return number == 0 || number == toldBefore ? expression_value::of(variable)
+                                               : formers[number - 1].valueOf(variable);
 }
 
 /// On the way to the settled state a variable may leave its value and come back.
 void option_settling::forgetReturned(std::vector<SPMVar>& variables, std::vector<unsigned>& moved) const
 {
-    for (const former_value& former : formers) {
-        if (former.isTold || !former.equals(variables[former.index])) continue;
-        variables[former.index].timestamp = former.timestamp;
-        std::erase(moved, former.index);
-    }
+    const auto hasReturned = [&](const former_value& former) {
+        return !former.isTold && former.equals(variables[former.index]);
+    };
+    for (const former_value& former : formers)
+        if (hasReturned(former)) variables[former.index].timestamp = former.timestamp;
+    std::erase_if(moved, [&](unsigned index) {
+        const unsigned number = formerNumbers[index];
+        return number != 0 && number != toldBefore && hasReturned(formers[number - 1]);
+    });
 }
 
 bool option_settling::isDue(unsigned index) const
@@ -175,6 +183,8 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
         for (compiled_options& options : compiled) options.bind(position);
     const unsigned count = static_cast<unsigned>(variables.size());
     formers.clear();
+    formerNumbers.assign(count, 0);
+    for (const unsigned index : moved) formerNumbers[index] = toldBefore;
     bool isMoving = true;
     for (unsigned round = 0; isMoving && round < count; ++round) {
         isMoving = false;
@@ -190,10 +200,11 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
             touch(i);
             compiled[i].evaluatedAt = clock; // its own move is no reason to evaluate again
             isMoving = true;
-            if (std::ranges::find(formers, i, &former_value::index) != formers.end()) continue;
-            former.isTold = std::ranges::find(moved, i) != moved.end();
+            if (formerNumbers[i] != 0 && formerNumbers[i] != toldBefore) continue;
+            former.isTold = formerNumbers[i] == toldBefore;
             if (!former.isTold) moved.push_back(i);
             formers.push_back(std::move(former));
+            formerNumbers[i] = static_cast<unsigned>(formers.size());
         }
     }
     forgetReturned(variables, moved);

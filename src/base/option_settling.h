@@ -60,7 +60,8 @@ private:
     expression_value ownValue(unsigned index, const SPMVar& variable) const;
     void forgetReturned(std::vector<SPMVar>& variables, std::vector<unsigned>& moved) const;
 
-    std::vector<former_value> formers; ///< of the present settling
+    std::vector<former_value> formers;   ///< of the present settling
+    std::vector<unsigned> formerNumbers; ///< by index of the variable: which of `formers` is its own, counted from 1
     std::vector<compiled_options> compiled;
     std::vector<std::uint64_t> changedAt; ///< clock of the last change, one a variable
     std::uint64_t clock = 0;

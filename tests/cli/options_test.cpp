@@ -50,6 +50,18 @@ TEST_F(ProgramTest, OptionsAreSettledAndShown)
               std::string::npos);
 }
 
+TEST_F(ProgramTest, NumbersOfOptionsAreFinite)
+{
+    write_file(folder / "table.txt",
+               "a(A),double,0,1,1/0\nb(B),int,,,0/0*##\nc(C),int," + std::string(5000, '(') + "\n");
+    const program_result result = vldv({"options", "table.txt", "--set", "b=inf"});
+    EXPECT_EQ(result.status, 1);
+    for (const char* told : {"line 1: unreadable step \"1/0\"", "--set b=inf: no value of \"b\""})
+        EXPECT_NE(result.err.find(told), std::string::npos) << result.err;
+    EXPECT_LT(result.err.size(), 1000u) << "a long expression is quoted by its start";
+    EXPECT_EQ(result.out.find("-nan"), std::string::npos) << result.out;
+}
+
 TEST_F(ProgramTest, HeadingsArePartOfATable)
 {
     write_file(folder / "table.txt", "marks(Marks)\nmarks_mode(Mode),enum,Lines,None\tNone\n");
