@@ -44,7 +44,8 @@ void map_curve(const force_volume& volume, std::size_t index, map_numbers& out)
         scale = volume.position.scale;
         get_force_curve_stats(y.data(), n, 1.0, 1.0, stats);
     } else {
-        x = physical_values(volume.places.subspan(first % volume.places.size(), held), volume.position);
+        const auto step = static_cast<std::size_t>(volume.placeLength ? volume.placeLength : volume.length);
+        x = physical_values(volume.places.subspan(index * step % volume.places.size(), held), volume.position);
         get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
     }
     if (stats.hasSlant()) out.rigidity[index] = (stats.slant_b - stats.zero_b) * 1000.0 / scale;
@@ -234,16 +235,18 @@ force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataS
         if (!std::strcmp(axis.get_units(), out.position.get_units())) out.values = axis, hasSameUnits = true;
     }
     if (!hasSameUnits && stream.values.get_axes_number() > 0) out.values = stream.values.get_axis(0);
+    const std::size_t each = count / static_cast<std::size_t>(out.length);
     const auto lengths_in = [&](const SPMDataStream& from, const char* text, unsigned number) {
         const std::vector<std::size_t> all = formats::curve_lengths(from, text);
-        const std::size_t each = count / static_cast<std::size_t>(out.length);
         const auto first = all.begin() + static_cast<std::ptrdiff_t>(number * each);
         return std::vector<std::size_t>(first, first + static_cast<std::ptrdiff_t>(each));
     };
     out.lengths = lengths_in(stream, told, sub);
-    if (!parameter || parameter->get_dimension(0).length != stream.get_dimension(0).length) return out;
-    const unsigned number = parameter->array_length() > count ? sub : 0; // one may serve all
-    out.places = {static_cast<const std::int16_t*>(parameter->array_data()) + number * count, count};
+    if (!parameter) return out;
+    out.placeLength = static_cast<int>(parameter->get_dimension(0).length);
+    const std::size_t placed = each * static_cast<std::size_t>(out.placeLength);
+    const unsigned number = parameter->array_length() > placed ? sub : 0; // one may serve all
+    out.places = {static_cast<const std::int16_t*>(parameter->array_data()) + number * placed, placed};
     out.position = parameter->values.get_axis(0);
     const std::vector<std::size_t> own = lengths_in(*parameter, placesTold, number);
     for (std::size_t i = 0; i < own.size(); ++i) out.lengths[i] = std::min(out.lengths[i], own[i]);

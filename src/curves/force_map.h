@@ -15,8 +15,9 @@ struct force_volume {
     int length = 0;    ///< of a curve, positive
     VLAxis position{}; ///< along a curve, or of `places`
     VLAxis values{};   ///< of the samples
-    /// As many samples of the parameter stream, or of one of its sub-images; empty without one.
+    /// Samples of the parameter stream for as many curves, or for those of one of its sub-images; empty without one.
     std::span<const std::int16_t> places{};
+    int placeLength = 0; ///< of a curve of `places`; 0: as many as a curve holds
     /// Measured samples of each curve; empty when all are whole.
     std::vector<std::size_t> lengths{};
 
@@ -29,7 +30,7 @@ struct force_volume {
 };
 
 /// A number for each curve as a 16-bit sample. Points without the line that the number needs are not measured: they
-/// take the lowest sample.
+/// take the median, which nothing takes for the stiffest or stickiest.
 struct force_map {
     std::vector<std::int16_t> samples;
     VLAxis values; ///< of the samples
@@ -41,7 +42,7 @@ struct force_maps {
     force_map rigidity;
     /// Smallest value above the zero line, in steps of the samples.
     force_map adhesion;
-    // A map that leaves 16 bits so, and a rigidity of which no sample reached 100, has the step of packed curves.
+    // A map that leaves 16 bits so, and a rigidity of which no sample reached 100, fills them on an axis of six digits.
 };
 
 struct map_options {
@@ -57,7 +58,7 @@ force_maps map_forces(const force_volume& volume, const map_options& options = {
 /// Sub-image `sub` of an image of force curves: dimension 0 runs along a curve, 1 and 2 over the grid. Positions are
 /// those of the first axis of dimension 0; of the value axes the first with its units counts, else the first.
 /// Samples must be 16-bit.
-/// \param parameter  what the image is measured against, 16-bit and of its shape, or null
+/// \param parameter  what the image is measured against, 16-bit and over its grid, or null; pairs end with the shorter
 /// \param told, placesTold  the texts of their curve lengths, or null
 force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataStream* parameter = nullptr,
                        const char* told = nullptr, const char* placesTold = nullptr);

@@ -23,13 +23,13 @@ struct map_scale {
     std::int16_t sample(double number) const noexcept;
 };
 
-/// Numbers stay samples while they fit 16 bits, else their physical values are packed as those of curves. What is not
-/// finite does not count.
+/// Numbers stay samples while they fit 16 bits, else their physical values lie on the finest axis that a container
+/// keeps, of six digits. What is not finite does not count.
 /// \param step      physical units of a number
 /// \param coarsest  a map that never reaches this sample has too few steps
 map_scale choose_map_scale(std::span<const double> numbers, double step, double coarsest);
 
-/// Samples of the numbers; those that are not finite take the lowest and are counted.
+/// Samples of the numbers; those that are not finite take their median and are counted.
 force_map make_map(std::span<const double> numbers, const map_scale& scale, const std::string& units);
 
 } // namespace curves

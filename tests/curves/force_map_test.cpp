@@ -1,5 +1,8 @@
 #include "curves/force_curve.h"
 #include "curves/force_map.h"
+
+#include "base/six_digits.h"
+#include "curves/force_analysis.h"
 #include "curves/force_packs.h"
 #include "curves/physical.h"
 #include "document/fixtures.h"
@@ -57,11 +60,18 @@ void expect_map(const curves::force_map& map, const std::vector<double>& numbers
 {
     ASSERT_EQ(map.samples.size(), numbers.size());
     const bool isPlain = map.values.start == 0.0 && map.values.scale == step;
+    std::vector<double> finite;
+    std::ranges::copy_if(numbers, std::back_inserter(finite), [](double each) { return std::isfinite(each); });
+    std::ranges::sort(finite);
+    const double middle = finite.empty() ? 0.0 : finite[(finite.size() - 1) / 2] * step;
+    // A container keeps six digits: nothing may move when it does.
+    EXPECT_DOUBLE_EQ(map.values.start, base::six_digits(map.values.start));
+    EXPECT_DOUBLE_EQ(map.values.scale, base::six_digits(map.values.scale));
     std::size_t voids = 0;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         if (!std::isfinite(numbers[i])) {
             ++voids;
-            EXPECT_EQ(map.samples[i], *std::ranges::min_element(map.samples)) << i;
+            EXPECT_NEAR(map.values.at(map.samples[i]), middle, 0.500001 * map.values.scale) << i;
         } else if (isPlain) {
             EXPECT_EQ(map.samples[i], std::floor(numbers[i] + 0.5)) << i;
         } else {
@@ -133,6 +143,26 @@ TEST(ForceMap, GoesOverPositionsThatFall)
     EXPECT_EQ(found.rigidity.samples, expected.rigidity.samples);
     EXPECT_EQ(found.adhesion.samples, expected.adhesion.samples);
     EXPECT_GT(std::ranges::max(found.rigidity.samples), 0); // the force falls where the position falls
+}
+
+TEST(ForceMap, GoesNoFurtherThanItsPositions)
+{
+    constexpr int n = 120, placed = 100;
+    SPMDataStream volume = heights("Force", {n, 3, 2}), sensor = heights("Sensor", {placed, 3, 2});
+    const std::vector<std::int16_t> samples = force_curves(6, n);
+    volume.set_array(samples.data(), 6 * n, 0);
+    auto* place = static_cast<std::int16_t*>(sensor.array_data());
+    for (int i = 0; i < 6 * placed; ++i) place[i] = static_cast<std::int16_t>(4 * (i % placed) + i / placed);
+    const curves::force_volume cut = curves::volume_of(volume, 0, &sensor);
+    EXPECT_EQ(cut.lengths, std::vector<std::size_t>(6, placed));
+    const curves::force_maps maps = curves::map_forces(cut);
+    for (std::size_t i = 0; i < 6; ++i) {
+        const auto curve = std::span(samples).subspan(i * n, placed);
+        const auto x = std::span(place, 6 * placed).subspan(i * placed, placed);
+        const auto found = curves::analyse_force({curve, volume.values.get_axis(0), x, sensor.values.get_axis(0)});
+        ASSERT_TRUE(found.minimum) << i;
+        EXPECT_NEAR(maps.adhesion.values.at(maps.adhesion.samples[i]), *found.minimum, maps.adhesion.values.scale) << i;
+    }
 }
 
 TEST(ForceMap, FindsSlopesAndAdhesion)
