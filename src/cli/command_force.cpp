@@ -115,7 +115,8 @@ json curve_json(const curves::placed_curve& curve, const curves::force_image& im
                 {"slope_units", curves::slope_units(image.values.get_units(), image.x)},
                 {"dfdz", isOverLength ? number_or_null(found.slope) : json()},
                 {"angle", found.slope ? json(curves::slope_angle(*found.slope)) : json()},
-                {"fmin", number_or_null(found.minimum)}});
+                {"fmin", number_or_null(found.minimum)},
+                {"turns_back", found.turnsBack}});
     return out;
 }
 
@@ -137,6 +138,7 @@ std::string row_of(const curves::placed_curve& curve, const curves::force_image&
     if (!is_measured(curve)) return row + std::to_string(curve.sub + 1) + "\tnot measured\n";
     const curves::force_analysis found = curves::analyse_force(curve.samples, search_of(options));
     const double step = image.parameter.empty() ? image.x.scale : 1.0;
+    if (found.turnsBack) return row + std::to_string(curve.sub + 1) + "\tnot analysed: X goes out and back\n";
     return row + curves::force_row({curve.sub, found.slope.value_or(0.0), step, found.lowest}, found.stats) + '\n';
 }
 

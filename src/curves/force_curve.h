@@ -15,9 +15,16 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
 /// samples, lines are fitted over x and their intercepts lie at x = 0. The spread of the slopes is that of the steps of
 /// y over the mean step of x, and a step of x counts for half of that mean at least, so that a position that lingers or
 /// trembles neither looks steep nor breaks a stretch. Over even positions all is as above. A curve of fewer than 3
-/// samples leaves `stats` cleared, one whose x does not travel has no stretches. Thresholds come in the other order.
+/// samples leaves `stats` cleared, one whose x does not travel, or turns back, has no stretches. Thresholds come in the
+/// other order.
 void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
                                 force_curve_stats& stats);
+
+namespace curves {
+/// True when positions go further than they get: their smoothed way reaches beyond its ends by a quarter of what lies
+/// between them. A record of both ways in one series does.
+bool positions_turn_back(const double* x, int n);
+} // namespace curves
 
 /// Appends to `local_minima` the samples that lie lowest, above the zero line, within `window` samples to either side,
 /// from the end of the slant stretch to the begin of the zero stretch. \param x  positions of the samples, along which

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace {
@@ -11,15 +12,20 @@ namespace {
 struct smooth_steps {
     std::vector<double> values;
     double travel = 0.0; ///< from the first smoothed value to the last
+    double reach = 0.0;  ///< from the lowest smoothed value to the highest
 
     smooth_steps(const double* of, int n) : values(static_cast<std::size_t>(n))
     {
         curves::curve_smoother(n).smooth(of, values.data());
         travel = values.back() - values.front();
+        const auto [low, high] = std::ranges::minmax(values);
+        reach = high - low;
         curves::take_steps(values.data(), n);
         curves::filter_spikes(values.data(), n);
     }
 };
+
+constexpr double mostReach = 1.25; ///< of a way that does not turn back, in travels
 
 /// dY over the way of x, which counts positive whether x rises or falls.
 struct curve_slopes {
@@ -33,7 +39,9 @@ curve_slopes slopes_of(const double* x, const double* y, int n)
     smooth_steps up(y, n);
     const smooth_steps along(x, n);
     const double mean = std::fabs(along.travel) / (n - 1), direction = along.travel < 0.0 ? -1.0 : 1.0;
-    curve_slopes out{{}, curves::spread_of(up.values.data(), n) / mean};
+    curve_slopes out{{},
+                     along.reach > mostReach * std::fabs(along.travel) ? std::numeric_limits<double>::infinity()
+                                                                       : curves::spread_of(up.values.data(), n) / mean};
     for (std::size_t i = 0; i < up.values.size(); ++i)
         up.values[i] /= std::max(direction * along.values[i], leastStep * mean);
     out.values = std::move(up.values);
@@ -72,6 +80,13 @@ curves::fitted_line fit_over(const double* x, const double* y, curves::stretch o
 
 } // namespace
 
+bool curves::positions_turn_back(const double* x, int n)
+{
+    if (n < 3) return false;
+    const smooth_steps along(x, n);
+    return along.reach > mostReach * std::fabs(along.travel);
+}
+
 void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
                                 force_curve_stats& stats)
 {
@@ -80,7 +95,7 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
     stats.zero_first = stats.zero_last = n;
     stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
     const curve_slopes slopes = slopes_of(x, y, n);
-    if (!std::isfinite(slopes.spread)) return; // x does not travel
+    if (!std::isfinite(slopes.spread)) return; // x does not travel, or turns back
     const curves::curve_stretches found =
         curves::find_stretches(slopes.values.data(), n, slopes.spread, zeroThreshold, slantThreshold);
     curves::keep_stretches(found, [&](curves::stretch each) { return fit_over(x, y, each); }, stats);

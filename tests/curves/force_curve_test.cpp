@@ -373,6 +373,21 @@ TEST(ParametricCurve, ValleysLieBetweenTheLinesOverPositions)
                 0.01); // x falls
 }
 
+TEST(ParametricCurve, HasNoStretchWherePositionsTurnBack)
+{
+    constexpr int n = 400;
+    const std::vector<double> y = piecewise(n, 80, 0.5, 0.5, 0.01);
+    for (const double back : {0.0, 0.1, 0.5, 1.0}) { // of the way out
+        std::vector<double> x;
+        for (int i = 0; i < n; ++i) x.push_back(i < 200 ? i : 200.0 - back * (i - 200));
+        const bool turns = back >= 0.5;
+        EXPECT_EQ(curves::positions_turn_back(x.data(), n), turns) << back;
+        force_curve_stats stats;
+        get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
+        if (turns) { EXPECT_FALSE(stats.hasSlant() || stats.hasZero()) << back; }
+    }
+}
+
 TEST(ParametricCurve, HasNoStretchWherePositionsStandStill)
 {
     const std::vector<double> y = piecewise(300, 80, 0.5, 0.5, 0.01), still(300, 2.0);
