@@ -47,6 +47,19 @@ constexpr std::pair<const char*, curves::curve_function> functions[] = {
     {"structure-cyclic", curves::cyclic_structure_function},
 };
 
+/// A curve of which no sample was measured, or with gaps where the line crosses others, has no figures.
+bool is_measured(const section& each, unsigned sub)
+{
+    return !each.profile.curve(sub).empty() && !each.profile.hasGaps(sub);
+}
+
+void add_unmeasured(const section& each, unsigned sub, outcome& out)
+{
+    const bool isNone = each.profile.curve(sub).empty();
+    out.lines.push_back({{"subimage", sub}, {"measured", false}});
+    out.text += std::to_string(sub + 1) + (isNone ? "\tnot measured\n" : "\tnot measured throughout\n");
+}
+
 outcome calculate(const section& each, curves::curve_function function)
 {
     curves::convolution_kernel kernel = curves::differenceKernel;
@@ -54,6 +67,10 @@ outcome calculate(const section& each, curves::curve_function function)
         curves::call_function(each.profile, each.values, each.positions, function, &kernel);
     outcome out;
     for (unsigned k = each.first; k <= each.last; ++k) {
+        if (!is_measured(each, k)) {
+            add_unmeasured(each, k, out);
+            continue;
+        }
         const auto values = result.curve(k);
         out.lines.push_back(
             {{"subimage", k}, {"units", result.units}, {"values", std::vector<float>(values.begin(), values.end())}});
@@ -64,13 +81,6 @@ outcome calculate(const section& each, curves::curve_function function)
     return out;
 }
 
-/// A curve of which no sample was measured has no figures.
-void add_unmeasured(unsigned sub, outcome& out)
-{
-    out.lines.push_back({{"subimage", sub}, {"measured", false}});
-    out.text += std::to_string(sub + 1) + "\tnot measured\n";
-}
-
 outcome transform(const section& each, curves::spectrum_mode mode)
 {
     const bool isPower = mode == curves::spectrum_mode::power;
@@ -78,8 +88,8 @@ outcome transform(const section& each, curves::spectrum_mode mode)
     outcome out;
     curves::curve_spectrum spectrum;
     for (unsigned k = each.first; k <= each.last; ++k) {
-        if (each.profile.curve(k).empty()) {
-            add_unmeasured(k, out);
+        if (!is_measured(each, k)) {
+            add_unmeasured(each, k, out);
             continue;
         }
         curves::evaluate_spectrum(each.profile.curve(k), each.values, mode, spectrum);
@@ -103,8 +113,8 @@ outcome find_trends(const section& each)
     out.text = "Subimage\tA," + units + "\tB," + units + "\tR^2\tSD," + units + '\n';
     constexpr int digits = 12;
     for (unsigned k = each.first; k <= each.last; ++k) {
-        if (each.profile.curve(k).empty()) {
-            add_unmeasured(k, out);
+        if (!is_measured(each, k)) {
+            add_unmeasured(each, k, out);
             continue;
         }
         const curves::trend_line trend = curves::fit_trend(each.profile.curve(k), each.values);

@@ -18,7 +18,12 @@ json section_json(const section& each)
     json lines = json::array();
     for (unsigned k = each.first; k <= each.last; ++k) {
         const auto curve = each.profile.curve(k);
-        lines.push_back({{"subimage", k}, {"raw", std::vector<std::int16_t>(curve.begin(), curve.end())}});
+        json raw = json::array();
+        for (std::size_t i = 0; i < curve.size(); ++i)
+            raw.push_back(each.profile.isMeasured(k, i) ? json(curve[i]) : json());
+        json line = {{"subimage", k}, {"raw", std::move(raw)}};
+        if (curve.empty()) line["measured"] = false;
+        lines.push_back(std::move(line));
     }
     return {{"length", each.profile.length},
             {"segments", each.profile.segmentLengths},

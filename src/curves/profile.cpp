@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <stdexcept>
 
@@ -58,8 +59,9 @@ void measure(const std::vector<grid_point>& points, profile& out)
 /// Reads the samples of one stream of 16-bit numbers along segments.
 class profile_reader {
 public:
-    profile_reader(const SPMDataStream& stream, const grid& image_, profile& out_)
-        : samples(static_cast<const std::int16_t*>(stream.array_data())), image(image_), out(out_)
+    /// \param ends_  samples of each curve along dimension 0 where a line may cross their ends, else none
+    profile_reader(const SPMDataStream& stream, const grid& image_, std::span<const std::size_t> ends_, profile& out_)
+        : samples(static_cast<const std::int16_t*>(stream.array_data())), image(image_), ends(ends_), out(out_)
     {
     }
 
@@ -113,13 +115,22 @@ private:
     {
         return samples[index + static_cast<std::int64_t>(sub) * image.subLength];
     }
-    void put(std::int64_t index, std::size_t at) noexcept
+    void put(std::int64_t index, std::size_t at)
     {
-        for (std::size_t k = 0; k < image.subImages; ++k) out.samples[k * out.length + at] = sample(index, k);
+        for (std::size_t k = 0; k < image.subImages; ++k) {
+            out.samples[k * out.length + at] = sample(index, k);
+            if (!ends.empty() && isPadding(index, k)) out.gaps[k * out.length + at] = true;
+        }
+    }
+    bool isPadding(std::int64_t index, std::size_t sub) const noexcept
+    {
+        const auto place = std::lldiv(index + static_cast<std::int64_t>(sub) * image.subLength, image.lengths[0]);
+        return static_cast<std::size_t>(place.rem) >= ends[static_cast<std::size_t>(place.quot)];
     }
 
     const std::int16_t* samples;
     const grid& image;
+    std::span<const std::size_t> ends;
     profile& out;
 };
 
@@ -141,18 +152,16 @@ void read_samples(profile_reader reader, const grid& image, const std::vector<gr
     }
 }
 
-/// Samples of a line that runs along dimension 0 to larger indices, in each sub-image; none for other lines, whose
-/// padding is no tail.
-std::vector<std::uint32_t> lengths_along(const SPMDataStream& stream, const grid& image,
-                                         const std::vector<grid_point>& points, const char* told)
+/// Samples of a line that runs along one curve to larger indices, in each sub-image; none for other lines.
+std::vector<std::uint32_t> lengths_along(std::span<const std::size_t> all, const grid& image,
+                                         const std::vector<grid_point>& points)
 {
-    if (!told || !*told || points.size() != 2 || points[1][0] < points[0][0]) return {};
+    if (points.size() != 2 || points[1][0] < points[0][0]) return {};
     std::int64_t curve = 0;
     for (std::size_t d = image.dimensions(); d-- > 1;) {
         if (points[1][d] != points[0][d]) return {};
         curve = curve * image.lengths[d] + points[0][d];
     }
-    const std::vector<std::size_t> all = formats::curve_lengths(stream, told);
     const std::int64_t first = points[0][0], wanted = points[1][0] - first + std::int64_t{1};
     std::vector<std::uint32_t> lengths;
     for (unsigned sub = 0; sub < image.subImages; ++sub) {
@@ -183,6 +192,7 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
 {
     out.segmentLengths.clear();
     out.lengths.clear();
+    out.gaps.clear();
     out.varyingDimensions.clear();
     out.length = out.curves = 0;
     const grid image(stream);
@@ -193,19 +203,30 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     const std::uint64_t count = std::uint64_t{out.length} * image.subImages;
     if (count > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("the curves have too many samples");
     if (out.samples.size() < count) out.samples.resize(count);
-    out.lengths = lengths_along(stream, image, points, told);
+    std::vector<std::size_t> ends;
+    if (told && *told) ends = formats::curve_lengths(stream, told);
+    if (!ends.empty()) out.lengths = lengths_along(ends, image, points);
+    if (!out.lengths.empty()) ends.clear();
+    if (!ends.empty()) out.gaps.assign(count, false);
 
-    if (stream.array_type() == SPM_ARRAY_INT16) {
-        out.values = stream.values;
-        out.curves = image.subImages;
-        return read_samples({stream, image, out}, image, points, halfWidth, out);
+    SPMDataStream converted;
+    if (stream.array_type() != SPM_ARRAY_INT16) {
+        converted = stream;
+        formats::convert_measured(converted);
+        if (converted.array_type() != SPM_ARRAY_INT16) return; // samples without a type
     }
-    SPMDataStream converted(stream);
-    formats::convert_measured(converted);
-    if (converted.array_type() != SPM_ARRAY_INT16) return; // samples without a type
-    out.values = converted.values;
+    const SPMDataStream& shorts = stream.array_type() == SPM_ARRAY_INT16 ? stream : converted;
+    out.values = shorts.values;
     out.curves = image.subImages;
-    read_samples({converted, image, out}, image, points, halfWidth, out);
+    read_samples({shorts, image, ends, out}, image, points, halfWidth, out);
+    if (std::ranges::find(out.gaps, true) == out.gaps.end()) out.gaps.clear();
+}
+
+bool profile::hasGaps(unsigned index) const
+{
+    for (std::size_t at = 0; at < lengthOf(index); ++at)
+        if (!isMeasured(index, at)) return true;
+    return false;
 }
 
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,

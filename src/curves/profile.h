@@ -31,6 +31,8 @@ struct profile {
     unsigned curves = 0;
     /// Samples that each curve holds, the rest of it being padding; empty when all are whole.
     std::vector<std::uint32_t> lengths;
+    /// Which samples of a line across curves lie behind their ends, curve by curve; empty without any.
+    std::vector<bool> gaps;
     /// Meaning of the samples: of the image, or of its conversion to 16 bits.
     VLAxesContainer values;
 
@@ -41,6 +43,12 @@ struct profile {
     {
         return {samples.data() + std::size_t{index} * length, lengthOf(index)};
     }
+    /// False for a sample behind the end of the curve that the line crosses there.
+    bool isMeasured(unsigned index, std::size_t at) const
+    {
+        return gaps.empty() || !gaps[std::size_t{index} * length + at];
+    }
+    bool hasGaps(unsigned index) const;
     /// All curves with their padding.
     std::span<const std::int16_t> all() const noexcept { return {samples.data(), std::size_t{curves} * length}; }
     /// The dimension whose axes give the positions.
@@ -56,7 +64,8 @@ struct profile {
 /// nothing is interpolated.
 /// \param halfWidth  in images of two dimensions each sample is the mean of so many on either side, across the line,
 /// and of itself; beyond the edge the last sample repeats
-/// \param told  the image's text of curve lengths, or null: a line along curves ends where they do
+/// \param told  the image's text of curve lengths, or null: a line along one curve ends where that does, what lies
+/// behind the ends of others is a gap
 /// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
 void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out,
                   const char* told = nullptr);

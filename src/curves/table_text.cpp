@@ -30,14 +30,26 @@ number_style clipboard_style()
     return style;
 }
 
-std::string table_text(std::span<const std::int16_t> curve, const VLAxis& positions, const VLAxis& values,
-                       const number_style& style)
+namespace {
+
+/// \param isMeasured  of a sample's place in the curve
+template <class Predicate>
+std::string rows_text(std::span<const std::int16_t> curve, const VLAxis& positions, const VLAxis& values,
+                      const number_style& style, Predicate isMeasured)
 {
     std::string text = std::string("X,") + positions.get_units() + "\tY," + values.get_units() + '\n';
     for (std::size_t i = 0; i < curve.size(); ++i)
         text += number_text(static_cast<double>(i) * positions.scale + positions.start, style) + '\t' +
-                number_text(curve[i] * values.scale + values.start, style) + '\n';
+                (isMeasured(i) ? number_text(curve[i] * values.scale + values.start, style) : "nan") + '\n';
     return text;
+}
+
+} // namespace
+
+std::string table_text(std::span<const std::int16_t> curve, const VLAxis& positions, const VLAxis& values,
+                       const number_style& style)
+{
+    return rows_text(curve, positions, values, style, [](std::size_t) { return true; });
 }
 
 std::string section_text(const profile& section, std::span<const grid_point> points, std::size_t dimensions,
@@ -56,7 +68,9 @@ std::string section_text(const profile& section, std::span<const grid_point> poi
         text += "Cross-Section\n";
     }
     for (unsigned k = first; k <= last && k < section.curves; ++k)
-        text += "Subimage " + std::to_string(k + 1) + '\n' + table_text(section.curve(k), positions, values);
+        text +=
+            "Subimage " + std::to_string(k + 1) + '\n' +
+            rows_text(section.curve(k), positions, values, {}, [&](std::size_t i) { return section.isMeasured(k, i); });
     return text;
 }
 

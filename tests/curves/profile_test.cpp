@@ -69,7 +69,9 @@ TEST(Profile, OfCurvesEndsWhereTheyDo)
     const SPMDataStream record = heights("Record", {5}, 3);
     EXPECT_THAT(lengths(record, {}, "5 2 0"), ElementsAre(5, 2, 0));
     EXPECT_THAT(lengths(record, {}, "5 2"), ElementsAre(5, 5, 5)) << "a text of another shape";
-    EXPECT_THAT(lengths(record, {}, "9 x -1"), ElementsAre(5, 5, 5));
+    EXPECT_THAT(lengths(record, {}, "9 x -1"), ElementsAre(5, 5, 0));
+    EXPECT_THAT(lengths(record, {}, " 5\t2  0\n"), ElementsAre(5, 2, 0));
+    EXPECT_THAT(lengths(record, {}, "5, 2, 0"), ElementsAre(5, 2, 0));
     for (const char* nothing : {static_cast<const char*>(nullptr), ""})
         EXPECT_THAT(lengths(record, {}, nothing), ElementsAre(5, 5, 5));
 
@@ -78,8 +80,33 @@ TEST(Profile, OfCurvesEndsWhereTheyDo)
     EXPECT_THAT(lengths(volume, {{2, 1, 0}, {4, 1, 0}}, "5 3 2 1"), ElementsAre(1, 0));
     EXPECT_THAT(lengths(volume, {{0, 1, 0}, {1, 1, 0}}, "5 3 2 1"), ElementsAre(2, 1));
     EXPECT_THAT(lengths(volume, {{0, 0, 0}, {4, 0, 0}}, "4 2"), ElementsAre(4, 2)) << "one for each sub-image";
-    for (const points& line : {points{{4, 1, 0}, {0, 1, 0}}, points{{0, 0, 0}, {4, 1, 0}}}) // padding is no tail
-        EXPECT_THAT(lengths(volume, line, "5 3 2 1"), ElementsAre(5, 5));
+}
+
+TEST(Profile, AcrossCurvesHasGapsBehindTheirEnds)
+{
+    const struct {
+        points line;
+        std::vector<int> measured;                                        ///< of both sub-images
+    } rows[] = {{{{4, 1, 0}, {0, 1, 0}}, {0, 0, 1, 1, 1, 0, 0, 0, 0, 1}}, // down one curve
+                {{{3, 0, 0}, {3, 1, 0}}, {1, 0, 0, 0}},                   // from curve to curve
+                {{{0, 0, 0}, {4, 0, 0}, {4, 1, 0}}, {1, 1, 1, 1, 1, 0, 1, 1, 0, 0, 0, 0}}};
+    const SPMDataStream volume = heights("Volume", {5, 2, 1}, 2); // four curves
+    for (points line : {rows[0].line, rows[1].line, rows[2].line}) {
+        profile out;
+        curves::take_profile(volume, line, 0, out, "5 5 5 5");
+        EXPECT_TRUE(out.gaps.empty());
+    }
+    for (const auto& row : rows) {
+        points line = row.line;
+        profile out;
+        curves::take_profile(volume, line, 0, out, "5 3 2 1");
+        ASSERT_EQ(row.measured.size(), out.curves * out.length);
+        for (std::size_t i = 0; i < row.measured.size(); ++i)
+            EXPECT_EQ(out.isMeasured(static_cast<unsigned>(i / out.length), i % out.length), row.measured[i] == 1) << i;
+        EXPECT_TRUE(out.hasGaps(1));
+        const std::string table = curves::section_text(out, line, 3, VLAxis(), VLAxis(), 1, 1);
+        EXPECT_NE(table.find("\tnan\n"), std::string::npos) << table;
+    }
 }
 
 TEST(Profile, OfFloatsIsThatOfTheirConversion)

@@ -27,6 +27,20 @@ std::size_t rows_of(const SPMDataStream& stream) noexcept
     return rows;
 }
 
+/// What stands between blanks, tabs, line ends and commas.
+std::vector<std::string_view> words_of(std::string_view text)
+{
+    constexpr std::string_view gaps = " \t\r\n,";
+    std::vector<std::string_view> words;
+    for (std::size_t at = text.find_first_not_of(gaps); at != std::string_view::npos;
+         at = text.find_first_not_of(gaps, at)) {
+        const std::size_t end = std::min(text.find_first_of(gaps, at), text.size());
+        words.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return words;
+}
+
 } // namespace
 
 std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* told)
@@ -36,12 +50,12 @@ std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* 
     if (points == 0 || subimages == 0) return {};
     std::vector<std::size_t> lengths(subimages * rows_of(stream), points);
     if (!told || !*told) return lengths;
-    const auto words = base::split(base::trimmed(told), ' ');
+    const std::vector<std::string_view> words = words_of(told);
     if (words.size() != lengths.size() && words.size() != subimages) return lengths; // of another shape
     const std::size_t each = lengths.size() / words.size();
     for (std::size_t i = 0; i < lengths.size(); ++i)
-        if (const auto length = base::whole_integer(words[i / each]); length && *length >= 0)
-            lengths[i] = static_cast<std::size_t>(std::min<long long>(*length, static_cast<long long>(points)));
+        if (const auto length = base::whole_integer(words[i / each]))
+            lengths[i] = static_cast<std::size_t>(std::clamp<long long>(*length, 0, static_cast<long long>(points)));
     return lengths;
 }
 

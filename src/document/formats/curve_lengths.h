@@ -6,13 +6,13 @@
 
 namespace formats {
 
-/// Key of the image text that tells how many samples the curves of an image hold, in stored order, separated by blanks.
-/// What stands behind them in the stream is padding.
+/// Key of the image text that tells how many samples the curves of an image hold, in stored order, separated by blanks
+/// (tabs, line ends and commas will do). What stands behind them in the stream is padding.
 constexpr const char* curveLengthsKey = "\\Curve lengths";
 
 /// Samples of each curve along dimension 0, one curve behind the other through all sub-images: whole curves unless
-/// `told`, the text under `curveLengthsKey` or null, has a number for each of them or for each sub-image. 0: not
-/// measured. Empty for a stream without samples.
+/// `told`, the text under `curveLengthsKey` or null, has a number for each of them or for each sub-image. 0 or less:
+/// not measured. Empty for a stream without samples.
 std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* told);
 
 } // namespace formats

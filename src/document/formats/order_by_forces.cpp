@@ -225,24 +225,24 @@ private:
 
     /// Turns the images; what was measured at the same samples goes with them where they agree, and with positions in a
     /// stream of their own they have to.
-    void turn(image_ends ends, const char* told_by)
+    void turn(image_ends ends, const char* toldBy)
     {
         const bool areAlike = std::ranges::all_of(ends, [&](const auto& each) { return each == ends.front(); });
         if (places && !areAlike) ends.assign(ends.size(), {contact_end::unclear});
-        for (std::size_t i = 0; i < forces.size(); ++i) turnOne(*forces[i], ends[i], told_by);
+        for (std::size_t i = 0; i < forces.size(); ++i) turnOne(*forces[i], ends[i], toldBy);
         for (recorded_image* const each : others)
-            if (areAlike) turnOne(*each, ends.front(), told_by);
+            if (areAlike) turnOne(*each, ends.front(), toldBy);
         if (std::ranges::any_of(ends, [](const auto& each) { return std::ranges::count(each, contact_end::unclear); }))
             add_warning(content, "\"" + text_of(forces.front()->stream.get_description()) +
                                      "\": where the contact lies is not clear, as with inverted deflections; the order "
                                      "stays as recorded");
     }
-    static void turnOne(recorded_image& image, std::span<const contact_end> ends, const char* told_by)
+    static void turnOne(recorded_image& image, std::span<const contact_end> ends, const char* toldBy)
     {
         order_from_contact(image, ends);
         if (const auto text = image.strings.find(orderKey);
             text != image.strings.end() && std::ranges::any_of(ends, is_known))
-            text->second += told_by;
+            text->second += toldBy;
     }
 
     recording& content;
