@@ -6,6 +6,7 @@
 #include "cli/frame_choice.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "document/measured_samples.h"
 #include "spectra/histogram.h"
 
 #include <CLI/CLI.hpp>
@@ -43,9 +44,11 @@ std::string shown_units(const spectra::height_histogram& counted, const VLAxis& 
 std::vector<frame_histogram> histograms(const CStorageDoc& document, const histogram_options& options)
 {
     std::vector<frame_histogram> made;
+    std::optional<document::measured_samples> held;
     for (const frame& each : chosen_frames(document, options.choice, refuse_no_heights)) {
         const auto bars = options.bars ? std::optional(options.bars) : std::nullopt;
-        const document::rising_heights heights = frame_heights(document, each);
+        if (!held || held->imageNumber() != each.image) held.emplace(document, each.image);
+        const document::rising_heights heights(held->of(each.sub), document.getAxis(each.image, 0, unsigned(-1)));
         auto counted = spectra::make_histogram(heights.samples(), heights.axis(), bars);
         std::string units = shown_units(counted, heights.axis(), options.asJson);
         counted = spectra::in_units(std::move(counted), heights.axis().get_units(), units.c_str());
@@ -58,7 +61,11 @@ std::vector<frame_histogram> histograms(const CStorageDoc& document, const histo
 json document_json(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
 {
     json images = json::array();
-    for (const auto& [which, counted, share, units] : made)
+    for (const auto& [which, counted, share, units] : made) {
+        if (counted.totalCount == 0) {
+            images.push_back({{"image", which.image}, {"subimage", which.sub}, {"measured", false}});
+            continue;
+        }
         images.push_back({{"id", document.getImage(which.image).get_name()},
                           {"image", which.image},
                           {"subimage", which.sub},
@@ -71,6 +78,7 @@ json document_json(const CStorageDoc& document, const std::vector<frame_histogra
                           {"x0", share.x0},
                           {"x1", share.x1},
                           {"selected", share.selectedCount}});
+    }
     return {{"path", base::narrow(path)}, {"images", images}};
 }
 
@@ -80,6 +88,10 @@ void print_text(const CStorageDoc& document, const std::vector<frame_histogram>&
     std::string text = base::narrow(path) + '\n';
     for (const auto& [which, counted, share, units] : made) {
         text += "  " + frame_title(document, which) + '\n';
+        if (counted.totalCount == 0) {
+            text += "    not measured\n";
+            continue;
+        }
         text += "    " + spectra::share_text(share, units.c_str()) + '\n';
         const double step = counted.bins.size() > 1 ? counted.valueRange / double(counted.bins.size() - 1) : 0.0;
         for (std::size_t i = 0; i < counted.bins.size(); ++i)

@@ -5,6 +5,7 @@
 #include "cli/info_text.h"
 #include "cli/session.h"
 #include "document/formats/format_notes.h"
+#include "document/measured_samples.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -48,10 +49,10 @@ json ranges_json(const CStorageDoc& document, unsigned image)
 {
     if (document.getImage(image).array_type() != SPM_ARRAY_INT16) return nullptr;
     json out = json::array();
+    document::measured_samples held(document, image);
     for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub) {
-        CMinMaxInfo range;
-        document.getMinMaxInfo(image, range, sub);
-        out.push_back({{"min", range.minimum}, {"max", range.maximum}});
+        const std::optional<CMinMaxInfo> range = held.rangeOf(sub);
+        out.push_back(range ? json{{"min", range->minimum}, {"max", range->maximum}} : json());
     }
     return out;
 }

@@ -5,6 +5,7 @@
 #include "cli/aligned.h"
 #include "cli/terminal.h"
 #include "document/formats/format_notes.h"
+#include "document/measured_samples.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,15 +51,18 @@ void print_ranges(const CStorageDoc& document, unsigned image)
     const SPMDataStream& stream = document.getImage(image);
     const auto& names = stream.subimage_names();
     const VLAxis& values = document.getAxis(image, 0, unsigned(-1));
+    document::measured_samples held(document, image);
     for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub) {
-        CMinMaxInfo range;
-        if (stream.array_type() == SPM_ARRAY_INT16) document.getMinMaxInfo(image, range, sub);
+        const bool isInt16 = stream.array_type() == SPM_ARRAY_INT16;
+        const std::optional<CMinMaxInfo> range = isInt16 ? held.rangeOf(sub) : std::nullopt;
         std::cout << "    sub-image " << sub;
         if (sub < names.size()) std::cout << " \"" << visible_text(names[sub].c_str()) << '"';
-        if (stream.array_type() == SPM_ARRAY_INT16)
-            std::cout << ": " << base::general(values.at(range.minimum)) << " to "
-                      << base::general(values.at(range.maximum)) << " " << visible_text(values.get_units()) << " (raw "
-                      << range.minimum << " to " << range.maximum << ")";
+        if (range)
+            std::cout << ": " << base::general(values.at(range->minimum)) << " to "
+                      << base::general(values.at(range->maximum)) << " " << visible_text(values.get_units()) << " (raw "
+                      << range->minimum << " to " << range->maximum << ")";
+        else if (isInt16)
+            std::cout << ": not measured";
         std::cout << '\n';
     }
 }
@@ -142,12 +146,17 @@ std::string values_text(const CStorageDoc& document, unsigned image)
 {
     const unsigned subs = document.getSubImagesNumber(image);
     if (document.getImage(image).array_type() != SPM_ARRAY_INT16 || subs == 0) return {};
-    CMinMaxInfo range, part;
+    CMinMaxInfo range;
+    bool any = false;
+    document::measured_samples held(document, image);
     for (unsigned sub = 0; sub < subs; ++sub) {
-        document.getMinMaxInfo(image, part, sub);
-        range.minimum = sub ? std::min(range.minimum, part.minimum) : part.minimum;
-        range.maximum = sub ? std::max(range.maximum, part.maximum) : part.maximum;
+        const std::optional<CMinMaxInfo> part = held.rangeOf(sub);
+        if (!part) continue;
+        range.minimum = any ? std::min(range.minimum, part->minimum) : part->minimum;
+        range.maximum = any ? std::max(range.maximum, part->maximum) : part->maximum;
+        any = true;
     }
+    if (!any) return {};
     const VLAxis& axis = document.getAxis(image, 0, unsigned(-1));
     const auto [low, high] = std::minmax({axis.at(range.minimum), axis.at(range.maximum)});
     double larger = std::max(std::fabs(low), std::fabs(high));

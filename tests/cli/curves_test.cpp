@@ -159,7 +159,36 @@ TEST_F(CurvesProgram, PaddingIsNoData)
     const std::string trends = vldv({"curve", "ragged.spm", "--op", "trend"}).out;
     EXPECT_NE(trends.find("\n2\t-0.96\t0.01\t1\t"), std::string::npos) << trends;
     EXPECT_NE(trends.find("\n3\tnot measured\n"), std::string::npos) << trends;
-    EXPECT_EQ(filesOf({"curve", "ragged.spm", "--op", "differentiate"})[0]["curves"][1]["values"].size(), 2u);
+    const json steps = filesOf({"curve", "ragged.spm", "--op", "differentiate"})[0]["curves"];
+    EXPECT_EQ(steps[1]["values"].size(), 2u);
+    EXPECT_EQ(steps[2], json::parse(R"({"subimage":2,"measured":false})"));
+    EXPECT_EQ(filesOf({"profile", "ragged.spm"})[0]["curves"][2],
+              json::parse(R"({"subimage":2,"raw":[],"measured":false})"));
+    const json counted = filesOf({"histogram", "ragged.spm"})[0]["images"];
+    EXPECT_EQ(counted[0]["total"], 4);
+    EXPECT_EQ(counted[1]["total"], 2);
+    EXPECT_EQ(counted[1]["max"], -0.95e-9); // in m
+    EXPECT_EQ(counted[2]["measured"], false);
+    const std::string details = vldv({"info", "--details", "ragged.spm"}).out;
+    EXPECT_NE(details.find("sub-image 1: -0.96 to -0.95 nm (raw 4 to 5)"), std::string::npos) << details;
+    EXPECT_NE(details.find("sub-image 2: not measured"), std::string::npos) << details;
+}
+
+TEST_F(CurvesProgram, LinesAcrossCurvesTellGaps)
+{
+    {
+        CHeadlessHost host;
+        CWinApp app(host);
+        CStorageDoc document;
+        const SPMDataStream streams[] = {heights("Volume", {4, 2, 1})};
+        document.AddNewImages(streams, 1);
+        document.setString("\\Curve lengths", "4 2", 0);
+        ASSERT_TRUE(document.DoSave(platform::to_wide(folder / "volume.spm").c_str(), false));
+    }
+    EXPECT_EQ(filesOf({"profile", "volume.spm", "--points", "3,1,0;0,1,0"})[0]["curves"][0]["raw"],
+              json::array({nullptr, nullptr, 5, 4}));
+    EXPECT_EQ(vldv({"curve", "volume.spm", "--op", "trend", "--points", "3,0,0;3,1,0"}).out,
+              "Subimage\tA,nm\tB,nm\tR^2\tSD,nm\n1\tnot measured throughout\n");
 }
 
 TEST_F(CurvesProgram, ForceTellsEveryFigureOfEachCurve)
