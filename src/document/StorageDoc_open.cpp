@@ -167,7 +167,7 @@ bool CStorageDoc::Revert()
         // What lies there may be of an earlier day, which this document has nothing to do with.
         const bool isOthers = found == document::own_files::relation::foreign &&
                               knownFiles.of(recording) == document::own_files::relation::own;
-        if (!isThere || isOthers) path = recording;
+        if ((!isThere && std::filesystem::exists(platform::to_path(recording), error)) || isOthers) path = recording;
     }
     const unsigned before = getImagesNumber();
     const CDocumentHold kept(*this);

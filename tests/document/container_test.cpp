@@ -232,6 +232,9 @@ TEST_F(ContainerTest, RevertReadsAgainAndTellsTheViews)
     std::filesystem::rename(folder / "a.spm", folder / "b");
     document.SetPathName(path("b.SPM").c_str(), false);
     EXPECT_TRUE(document.Revert()) << "the source stands beside the name with .spm";
+    std::filesystem::remove(folder / "b");
+    EXPECT_FALSE(document.Revert());
+    EXPECT_NE(last().find("b.SPM"), std::string::npos) << "not a file that never was: " << last();
     document.autoDelete = false;
 }
 
