@@ -103,7 +103,7 @@ bool CVldvApp::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
         return true;
     }
     if (first == cmdFirstClosed) {
-        for (std::size_t i = 0; i < kept.closedCount(); ++i) append(kept.closedLabel(i));
+        for (const std::string& label : kept.closedLabels()) append(label);
         return true;
     }
     CScale* const scale = CScale::GetStaticScale();

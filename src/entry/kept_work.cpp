@@ -109,26 +109,33 @@ try {
 void kept_work::offerRecovery()
 {
     if (!copies) return;
-    const recovery::left_copies found = recovery::collect_from_the_dead(sessions, copies->closedFolder());
+    // Until the user has answered, and the chosen ones are open, all stays where the next start finds it.
+    recovery::left_sessions left(sessions);
+    if (!left.copies().good.empty())
+        for (const std::filesystem::path& folder : chosen_copies(left.copies().good)) openCopy(folder);
+    const recovery::left_copies moved = left.moveTo(copies->closedFolder());
     std::string unreadable = "Unsaved work is damaged, or of another version of the program. It stays in";
-    for (const std::filesystem::path& folder : found.unreadable) unreadable += "\n" + folder.native();
-    if (!found.unreadable.empty()) warn(unreadable);
-    if (found.good.empty()) return;
-    for (const std::filesystem::path& folder : chosen_copies(found.good)) openCopy(folder);
+    for (const std::filesystem::path& folder : moved.unreadable) unreadable += "\n" + folder.native();
+    if (!moved.unreadable.empty()) warn(unreadable);
 }
 
 std::size_t kept_work::closedCount() { return closed ? closed->list().size() : 0; }
 
-std::string kept_work::closedLabel(std::size_t index)
+std::vector<std::string> kept_work::closedLabels()
 {
-    const recovery::closed_document& document = closed->list().at(index);
-    return label_of(document.title, document.path, document.time);
+    std::vector<std::string> labels;
+    labelled.clear();
+    if (!closed) return labels;
+    for (const recovery::closed_document& document : closed->list()) {
+        labels.push_back(label_of(document.title, document.path, document.time));
+        labelled.push_back(document.folder);
+    }
+    return labels;
 }
 
 void kept_work::reopen(std::size_t index)
 {
-    if (index >= closedCount()) return;
-    openCopy(std::filesystem::path(closed->list()[index].folder));
+    if (index < labelled.size()) openCopy(std::filesystem::path(labelled[index]));
 }
 
 void kept_work::openCopy(const std::filesystem::path& folder)
@@ -146,7 +153,8 @@ void kept_work::openTaken(const recovery::kept_document& kept, const source_choi
 {
     const CWaitCursor wait;
     auto* const document = dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.CreateNewDocument());
-    if (!document) return;
+    std::error_code error;
+    if (!document) return std::filesystem::rename(taken, before, error);
     auto restored = recovery::restore(*document, kept, taken, from.chosen ? from.chosen : find_source(kept, taken));
     std::string problem = base::narrow(kept.title) + " is not complete:";
     for (const std::string& reason : restored.missing) problem += "\n" + reason;
@@ -160,8 +168,7 @@ void kept_work::openTaken(const recovery::kept_document& kept, const source_choi
     const bool isShown = hasImages && vldvSurfaceTemplate.CreateFr(kept.path.c_str(), true, document);
     if (isShown && restored.missing.empty())
         return copies->adopt(*document, taken, std::move(restored.files), !from.chosen);
-    std::error_code error; // another time the rest may be there again
-    std::filesystem::rename(taken, before, error);
+    std::filesystem::rename(taken, before, error); // another time the rest may be there again
 }
 
 void kept_work::leave()

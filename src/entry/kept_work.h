@@ -25,8 +25,9 @@ public:
 
     /// Closed documents, the latest first.
     std::size_t closedCount();
-    std::string closedLabel(std::size_t index);
-    /// Opens one of them again, as it was.
+    std::vector<std::string> closedLabels();
+    /// Opens one of them again, as it was. \param index  in `closedLabels` as they were given last, whatever closed
+    /// since
     void reopen(std::size_t index);
     /// Returns when all is written.
     void finish();
@@ -41,7 +42,8 @@ private:
     std::unique_ptr<recovery::autosave> copies; ///< null: nothing is kept
     std::unique_ptr<recovery::closed_documents> closed;
     std::filesystem::path sessions;
-    std::string toldFailure; ///< why work is not kept at the moment
+    std::vector<std::filesystem::path> labelled; ///< copies, as the menu shows them
+    std::string toldFailure;                     ///< why work is not kept at the moment
 };
 
 } // namespace entry

@@ -43,6 +43,7 @@ autosave::~autosave()
 
 document_copy autosave::newCopy()
 {
+    session.renew();
     const std::string name = session.name() + "-" + std::to_string(++copies);
     return document_copy(session.path() / name, name + "-", writer);
 }
@@ -58,10 +59,15 @@ autosave::tracked& autosave::entryOf(const CStorageDoc& document)
 
 void autosave::replaceFailed(tracked& entry)
 {
+    const fs::path folder = entry.copy->path();
     // What was half written may be what the disk has no room for.
-    writer.give([failed = entry.copy->path()] { remove_unnamed(failed); });
-    if (entry.former.empty()) entry.former = entry.copy->path();
-    entry.copy = std::make_unique<document_copy>(newCopy());
+    writer.give([folder] { remove_unnamed(folder); });
+    if (const auto kept = read_manifest(folder)) {
+        entry.copy = entry.copy->again(*kept);
+    } else {
+        if (entry.former.empty()) entry.former = folder;
+        entry.copy = std::make_unique<document_copy>(newCopy());
+    }
     entry.retry = clock::now() + pauses.retry;
 }
 
@@ -209,9 +215,10 @@ void autosave::moveToClosed(const tracked& entry)
 
 void autosave::discard(const tracked& entry)
 {
-    writer.give([folder = entry.copy->path()] {
+    writer.give([folder = entry.copy->path(), former = entry.former] {
         std::error_code error; // what cannot be removed is offered again, which loses nothing
         fs::remove_all(folder, error);
+        if (!former.empty()) fs::remove_all(former, error);
     });
 }
 
@@ -241,6 +248,9 @@ std::error_code autosave::fileGoes(const fs::path& file)
     writer.wait();
     settleClosed();
     writer.wait();
+    // What could not be written yet has all images in memory, and will not find them in the file.
+    for (tracked& entry : entries)
+        if (entry.closing) entry.closing->isInSource.assign(entry.closing->isInSource.size(), false);
     return keep_source(root, file, session.path());
 }
 

@@ -72,7 +72,8 @@ private:
         clock::time_point retry;         ///< no sooner, unless the document changes
     };
     void keep(const CStorageDoc& document, std::size_t& budget, bool looks);
-    /// Another place for a copy that could not be written, say because the disk was full.
+    /// A copy that could not be written, say because the disk was full, begins anew: in its folder where that holds an
+    /// earlier state, else in another.
     void replaceFailed(tracked& entry);
     /// Another copy is as good by now.
     void dropFormer(tracked& entry);

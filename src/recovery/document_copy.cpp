@@ -76,7 +76,7 @@ document_copy::document_copy(fs::path folder_, std::string names_, background_wr
 {
     writer.give([made = folder, flag = failed] {
         std::error_code error;
-        fs::create_directories(made, error);
+        fs::create_directory(made, error);
         *flag = static_cast<bool>(error);
         if (error) throw CFileException(error.value(), platform::to_wide(made));
     });
@@ -90,6 +90,14 @@ document_copy::document_copy(fs::path folder_, std::string names_, background_wr
       written(std::move(files)),
       committed(std::move(state))
 {
+}
+
+std::unique_ptr<document_copy> document_copy::again(const kept_document& kept) const
+{
+    std::map<std::uint64_t, std::string> good;
+    for (const auto& [state, file] : written)
+        if (std::ranges::find(kept.images, file, &kept_image::file) != kept.images.end()) good.emplace(state, file);
+    return std::make_unique<document_copy>(folder, names, writer, std::nullopt, std::move(good));
 }
 
 bool document_copy::needsSource() const

@@ -38,6 +38,9 @@ public:
     /// Hands at most about `budget` bytes of samples on. Gives the state up when samples are gone.
     /// \return the bytes
     std::size_t feed(const sample_finder& find, std::size_t budget);
+    /// Begins anew in the same folder, behind a failure, with the samples of its last good state.
+    /// \param kept  that state's manifest
+    std::unique_ptr<document_copy> again(const kept_document& kept) const;
     /// Writing has failed: the copy stays at an earlier state for good.
     bool hasFailed() const noexcept { return *failed; }
 

@@ -12,7 +12,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace recovery {
 
@@ -56,43 +58,62 @@ bool is_copy(const fs::path& folder)
     return fs::exists(folder / manifestName, error) || error.value() != 0;
 }
 
-/// Moves the copies of a session that nobody holds any more, and removes the rest when all of them have moved.
-void collect(const fs::path& session, const fs::path& closed, left_copies& found)
+/// The lock of a session that nobody holds any more. One that has lost its lock file counts as held while a program of
+/// its number lives. \return the descriptor, or -1
+int lock_of_dead(const fs::path& session)
 {
     const int lock = locked(session / lockName, 0);
-    if (lock < 0) return; // it lives, or another program is just doing this
-    std::error_code error;
-    const std::vector<fs::path> entries = entries_of(session, error);
-    bool isEmptied = !error;
-    for (const fs::path& copy : entries) {
-        if (!is_copy(copy)) continue;
-        const fs::path target = closed / copy.filename();
-        fs::rename(copy, target, error);
-        if (error)
-            isEmptied = false;
-        else
-            (read_manifest(target) ? found.good : found.unreadable).push_back(target);
+    if (lock >= 0 || errno != ENOENT || !is_dead(session.filename().native())) return lock;
+    return locked(session / lockName, O_CREAT);
+}
+
+void sort_latest_first(std::vector<fs::path>& copies)
+{
+    std::vector<std::pair<std::int64_t, fs::path>> timed;
+    for (fs::path& copy : copies) {
+        const auto kept = read_manifest(copy);
+        timed.emplace_back(kept ? kept->time : 0, std::move(copy));
     }
-    if (isEmptied) fs::remove_all(session, error);
-    close(lock);
+    std::ranges::sort(timed, std::greater<>());
+    std::ranges::transform(timed, copies.begin(), [](auto& each) { return std::move(each.second); });
 }
 
 } // namespace
 
-session_folder::session_folder(const fs::path& root) : ownName(session_name()), folder(root / ownName)
+session_folder::session_folder(fs::path root_) : root(std::move(root_)), ownName(session_name()), folder(root / ownName)
+{
+    if (const int error = make(); error != 0) throw CFileException(error, platform::to_wide(folder));
+}
+
+int session_folder::make()
 {
     const fs::path made = root / (unfinished + ownName);
     std::error_code error;
     fs::create_directories(made, error);
     if (!error) fs::permissions(made, fs::perms::owner_all, error);
-    if (error) throw CFileException(error.value(), platform::to_wide(made));
+    if (error) return error.value();
     lock = locked(made / lockName, O_CREAT);
-    if (lock < 0) throw CFileException(errno, platform::to_wide(made / lockName));
+    if (lock < 0) return errno;
     // Under its name only now, so that nobody takes it for a dead one.
     fs::rename(made, folder, error);
-    if (!error) return;
-    close(lock);
-    throw CFileException(error.value(), platform::to_wide(folder));
+    if (!error) return 0;
+    close(std::exchange(lock, -1));
+    return error.value();
+}
+
+bool session_folder::isThere() const
+{
+    struct stat held{}, named{};
+    return lock >= 0 && fstat(lock, &held) == 0 && stat((folder / lockName).c_str(), &named) == 0 &&
+           held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+}
+
+void session_folder::renew()
+{
+    if (isThere()) return;
+    if (lock >= 0) close(lock);
+    lock = locked(folder / lockName, O_CREAT); // where only the lock is gone
+    if (lock < 0) make();                      // without it copies fail, and that is told
 }
 
 session_folder::~session_folder()
@@ -104,27 +125,56 @@ session_folder::~session_folder()
     } catch (const std::exception&) {
         // another session removes it
     }
-    close(lock);
+    if (lock >= 0) close(lock);
 }
 
-left_copies collect_from_the_dead(const fs::path& root, const fs::path& closed)
+left_sessions::left_sessions(const fs::path& root)
+{
+    std::error_code error;
+    for (const fs::path& folder : entries_of(root, error)) {
+        const std::string name = folder.filename().native();
+        if (!name.starts_with(unfinished))
+            collect(folder);
+        else if (is_dead(name))
+            fs::remove_all(folder, error); // killed before it had anything
+    }
+    sort_latest_first(found.good);
+}
+
+void left_sessions::collect(const fs::path& folder)
+{
+    const int lock = lock_of_dead(folder);
+    if (lock < 0) return; // it lives, or another program is just doing this
+    sessions.push_back({folder, lock});
+    std::error_code error;
+    for (const fs::path& copy : entries_of(folder, error))
+        if (is_copy(copy)) (read_manifest(copy) ? found.good : found.unreadable).push_back(copy);
+}
+
+left_sessions::~left_sessions()
+{
+    for (const session& each : sessions) close(each.lock);
+}
+
+left_copies left_sessions::moveTo(const fs::path& closed)
 {
     std::error_code error;
     fs::create_directories(closed, error);
-    left_copies found;
-    for (const fs::path& session : entries_of(root, error)) {
-        const std::string name = session.filename().native();
-        if (!name.starts_with(unfinished))
-            collect(session, closed, found);
-        else if (is_dead(name))
-            fs::remove_all(session, error); // killed before it had anything
+    left_copies moved;
+    for (const session& each : sessions) {
+        const std::vector<fs::path> entries = entries_of(each.folder, error);
+        bool isEmptied = !error;
+        for (const fs::path& copy : entries) {
+            if (!is_copy(copy)) continue;
+            const fs::path target = closed / copy.filename();
+            fs::rename(copy, target, error);
+            isEmptied &= !error;
+            if (!error) (read_manifest(target) ? moved.good : moved.unreadable).push_back(target);
+        }
+        if (isEmptied) fs::remove_all(each.folder, error);
     }
-    const auto time_of = [](const fs::path& copy) {
-        const auto kept = read_manifest(copy);
-        return kept ? kept->time : 0;
-    };
-    std::ranges::sort(found.good, std::greater<>(), time_of);
-    return found;
+    sort_latest_first(moved.good);
+    return moved;
 }
 
 } // namespace recovery

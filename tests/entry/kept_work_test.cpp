@@ -166,6 +166,24 @@ TEST_F(KeptWorkTest, WhatWasOpenWhenTheSessionEndedIsOffered)
     EXPECT_EQ(closedText().substr(0, 3), "b (");
 }
 
+TEST_F(KeptWorkTest, WhatIsBeingOfferedWhenTheProgramDiesIsOfferedAgain)
+{
+    runAndKill(surface("a.spm"), 77);
+    const pid_t child = fork();
+    if (child == 0) {
+        host.onDialog = [](CVarListDlg&) { kill(getpid(), SIGKILL); };
+        app->keepWork(state());
+        _exit(1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultOk); };
+    app->keepWork(state());
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
+}
+
 TEST_F(KeptWorkTest, WhatIsNotWantedAtOnceStaysToBeReopened)
 {
     runAndKill(surface("a.spm"), 77);

@@ -169,8 +169,6 @@ TEST_F(AutosaveTest, ACopyThatCannotBeWrittenIsToldAndBegunAnew)
     step();
     copies->finish();
     EXPECT_NE(copies->takeError(), "");
-    std::filesystem::remove(first);
-    std::filesystem::rename(folder / "elsewhere", first);
     fill_image(document, 1, 9);
     step();
     copies->finish();
@@ -188,6 +186,7 @@ TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedAgainWithoutAnEdit)
         const std::filesystem::path first = onlyCopy();
         std::filesystem::rename(first, folder / "elsewhere");
         write_file(first, "in the way");
+        write_file(folder / "elsewhere" / "half written", "debris");
         fill_image(document, 1, 8);
         if (closes)
             copies->documentCloses(document);
@@ -198,11 +197,17 @@ TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedAgainWithoutAnEdit)
         EXPECT_NE(copies->takeError(), "");
         std::filesystem::remove(first);
         std::filesystem::rename(folder / "elsewhere", first);
+        if (closes) {
+            EXPECT_FALSE(copies->fileGoes(folder / "three.spm"));
+            std::filesystem::remove(folder / "three.spm");
+        }
         copies->step({&document});
         copies->finish();
         EXPECT_FALSE(copies->hasFailed());
         if (!closes) {
             EXPECT_EQ(keptValue(1), 8);
+            EXPECT_EQ(onlyCopy(), first) << "with what is good of it";
+            EXPECT_EQ(sampleBytes(), 2000u) << "without what is not";
             continue;
         }
         CStorageDoc again;
@@ -238,12 +243,32 @@ TEST_F(AutosaveTest, ClosedDocumentsAreBoundedInNumberAndSize)
     EXPECT_EQ(closed.list().size(), 1u) << "the latest stays";
 }
 
+TEST_F(AutosaveTest, AStateFolderThatWasRemovedIsMadeAgain)
+{
+    for (const bool hasCopy : {true, false}) {
+        const auto session = std::filesystem::directory_iterator(state() / "sessions")->path();
+        if (hasCopy) fill_image(document, 1, 7);
+        step();
+        copies->finish();
+        std::filesystem::remove_all(state());
+        fill_image(document, 1, 8);
+        for (int tries = 0; tries < 2; ++tries) {
+            step();
+            copies->finish();
+        }
+        EXPECT_EQ(keptValue(1), 8);
+        EXPECT_TRUE(std::filesystem::exists(session / "lock")) << "else the next start would take it for alive";
+        EXPECT_TRUE(leftCopies().good.empty());
+        while (document.canUndo(1)) document.undo(1);
+    }
+}
+
 TEST_F(AutosaveTest, OnlyTheDeadAreCollectedFrom)
 {
     fill_image(document, 0, 9);
     step();
     copies->finish();
-    EXPECT_TRUE(recovery::collect_from_the_dead(state() / "sessions", state() / "closed").good.empty());
+    EXPECT_TRUE(leftCopies().good.empty());
     EXPECT_FALSE(onlyCopy().empty()) << "this program lives";
 }
 

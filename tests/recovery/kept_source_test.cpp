@@ -186,21 +186,19 @@ TEST_F(KeptSourceTest, WhereThereAreNoLinksTheFileIsCopied)
 
 TEST_F(KeptSourceTest, CopiesThatCannotBeReadStay)
 {
-    const fs::path dead = state() / "sessions" / "5-999999999"; // no system has such a process
+    const fs::path dead = state() / "sessions" / "5-999999999"; // no system has such a process, and this one no lock
     for (const char* copy : {"other version", "half"}) {
         fs::create_directories(dead / copy);
         write_file(dead / copy / "manifest", copy == std::string("half") ? "" : "VLKEPT9\nsomething");
         write_file(dead / copy / "samples", "work");
     }
     fs::create_directories(dead / "never finished");
-    write_file(dead / "lock", "");
-    const auto found = recovery::collect_from_the_dead(state() / "sessions", state() / "closed");
+    const auto found = leftCopies();
     EXPECT_TRUE(found.good.empty());
     ASSERT_EQ(found.unreadable.size(), 2u);
     for (const fs::path& each : found.unreadable) EXPECT_EQ(file_content(each / "samples"), "work");
     EXPECT_FALSE(fs::exists(dead));
-    EXPECT_TRUE(recovery::collect_from_the_dead(state() / "sessions", state() / "closed").unreadable.empty())
-        << "told once";
+    EXPECT_TRUE(leftCopies().unreadable.empty()) << "told once";
 
     saveThree(document);
     fill_image(document, 1, 7);

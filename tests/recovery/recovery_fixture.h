@@ -44,6 +44,11 @@ inline std::optional<short> value_of(const CStorageDoc& document, unsigned image
 class RecoveryTest : public testing::Test {
 protected:
     std::filesystem::path state() const { return folder / "state"; }
+    /// What programs have left that died, moved to the closed documents.
+    recovery::left_copies leftCopies() const
+    {
+        return recovery::left_sessions(state() / "sessions").moveTo(state() / "closed");
+    }
     /// Restores the latest copy of a closed document into `document`.
     recovery::restored_document restoreLatest(CStorageDoc& restored)
     {
