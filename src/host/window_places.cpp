@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QScreen>
 #include <QStatusBar>
+#include <QWindow>
 #include <algorithm>
 
 namespace {
@@ -38,14 +39,17 @@ bool host::restore_places(QMainWindow& window, const IProfile& profile)
 
 void host::fit_to_screen(QWidget& window)
 {
+    // The widget hears of a size from the command line only when the window system tells of it.
+    QWindow* const shown = window.windowHandle();
+    if (!shown || window.isMaximized() || window.isFullScreen()) return;
     const QRect available = window.screen()->availableGeometry();
-    const QSize frame = window.frameSize() - window.size(), fitting = window.size().boundedTo(available.size() - frame);
-    if (window.isMaximized() || window.isFullScreen() || fitting == window.size()) return;
-    window.resize(fitting);
-    QRect place(window.pos(), fitting + frame);
-    place.moveRight(std::min(place.right(), available.right()));
-    place.moveBottom(std::min(place.bottom(), available.bottom()));
-    window.move(place.topLeft());
+    const QMargins frame = shown->frameMargins();
+    const QSize fitting = shown->size().boundedTo(available.marginsRemoved(frame).size());
+    if (fitting == shown->size()) return;
+    QRect place(shown->position(), fitting);
+    place.moveRight(std::min(place.right(), available.right() - frame.right()));
+    place.moveBottom(std::min(place.bottom(), available.bottom() - frame.bottom()));
+    shown->setGeometry(place);
 }
 
 void host::keep_places(const QMainWindow& window, IProfile& profile)

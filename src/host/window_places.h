@@ -12,7 +12,7 @@ namespace host {
 bool restore_places(QMainWindow& window, const IProfile& profile);
 void keep_places(const QMainWindow& window, IProfile& profile);
 
-/// Makes a window that is larger than its screen fit, say one whose size was given for another scale.
+/// Makes a shown window that is larger than its screen fit, say one whose size was given for another scale.
 void fit_to_screen(QWidget& window);
 
 } // namespace host

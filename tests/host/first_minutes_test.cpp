@@ -336,9 +336,10 @@ TEST_F(FirstMinutes, PlacesAreKept)
     EXPECT_FALSE(restored->isHidden());
     EXPECT_EQ(next.dockWidgetArea(restored), Qt::RightDockWidgetArea);
     const QRect screen = next.screen()->availableGeometry();
-    next.resize(screen.size() + QSize(400, 300));
-    next.move(20, 20);
+    next.setGeometry(QRect(QPoint(20, 20), screen.size() + QSize(400, 300)));
+    next.show();
     host::fit_to_screen(next);
+    settle();
     EXPECT_TRUE(screen.contains(next.frameGeometry())) << "of another scale";
     CProfileStore empty(folder / "other");
     EXPECT_FALSE(host::restore_places(next, empty));
