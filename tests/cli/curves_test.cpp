@@ -1,6 +1,5 @@
 // `vldv profile`, `curve` and `force` of documents whose curves are known.
 #include "document/fixtures.h"
-#include "platform/paths.h"
 #include "program_fixture.h"
 
 #include <cmath>
@@ -11,31 +10,19 @@ namespace {
 using json = nlohmann::json;
 
 /// A curve of 4 samples in two sub-images, a surface of 5 x 4, a volume of 60 x 3 x 2 contacts.
-void write_document(const std::filesystem::path& path)
+std::vector<SPMDataStream> known()
 {
-    CHeadlessHost host;
-    CWinApp app(host);
-    CStorageDoc document;
     SPMDataStream volume = heights("Force", {60, 3, 2});
     volume.set_description("Force");
     auto* samples = static_cast<short*>(volume.array_data());
     for (int curve = 0; curve < 6; ++curve)
         for (int i = 0; i < 60; ++i) *samples++ = static_cast<short>(i < 25 ? (10 + curve) * (20 - i) : 0);
-    const SPMDataStream streams[] = {heights("Curve", {4}, 2), heights("Topo", {5, 4}), volume};
-    document.AddNewImages(streams, 3);
-    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+    return {heights("Curve", {4}, 2), heights("Topo", {5, 4}), volume};
 }
 
 class CurvesProgram : public ProgramTest {
 protected:
-    void SetUp() override { write_document(folder / "known.spm"); }
-    json filesOf(std::vector<std::string> arguments, int status = 0)
-    {
-        arguments.push_back("--json");
-        const program_result result = vldv(arguments);
-        EXPECT_EQ(result.status, status) << result.err;
-        return json::parse(result.out)["files"];
-    }
+    void SetUp() override { write("known.spm", known()); }
 };
 
 TEST_F(CurvesProgram, ProfilePrintsWhatASectionExports)
@@ -131,21 +118,13 @@ TEST_F(CurvesProgram, CurveCalculates)
         std::string::npos);
 }
 
-/// Curves of 4 samples of which the second holds 2 and the third was not measured.
-void write_ragged(const std::filesystem::path& path)
-{
-    CHeadlessHost host;
-    CWinApp app(host);
-    CStorageDoc document;
-    const SPMDataStream streams[] = {heights("Curve", {4}, 3)};
-    document.AddNewImages(streams, 1);
-    document.setString("\\Curve lengths", "4 2 0", 0);
-    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
-}
-
 TEST_F(CurvesProgram, PaddingIsNoData)
 {
-    write_ragged(folder / "ragged.spm");
+    writeDocument("ragged.spm", [](CStorageDoc& document) { // the second holds 2, the third was not measured
+        const SPMDataStream curves = heights("Curve", {4}, 3);
+        document.AddNewImages(&curves, 1);
+        document.setString("\\Curve lengths", "4 2 0", 0);
+    });
     const std::string table = vldv({"profile", "ragged.spm"}).out;
     EXPECT_NE(table.find("Subimage 2\nX,nm\tY,nm\n0\t-0.96\n0.25\t-0.95\nSubimage 3\nX,nm\tY,nm\n"), std::string::npos)
         << table;
@@ -219,18 +198,13 @@ TEST_F(CurvesProgram, ForceTellsEveryFigureOfEachCurve)
 /// Image 0: a deflection in N over time, measured against a sensor in m that falls by 2e-9 a sample, an approach with
 /// contact, a pause and a constant. Image 1: the sensor. Image 2: a volume of 3 curves that measure it so, the last one
 /// constant.
-void write_sensed(const std::filesystem::path& path)
+std::vector<SPMDataStream> sensed()
 {
-    CHeadlessHost host;
-    CWinApp app(host);
-    CStorageDoc document;
     constexpr int n = 100;
     const auto named = [](SPMDataStream stream, const char* label, const VLAxis& values) {
         stream.set_description(label);
         stream.values.set_axis(0, values);
-        SPMDataStream::dimension along = stream.get_dimension(0);
-        along.set_axis(0, VLAxis(0.0, 0.01, "s"));
-        stream.set_dimension(0, along);
+        stream.get_dimension(0).set_axis(0, VLAxis(0.0, 0.01, "s"));
         return stream;
     };
     const auto fill = [](SPMDataStream& stream, const auto& value) {
@@ -249,17 +223,14 @@ void write_sensed(const std::filesystem::path& path)
     fill(heights3, [](int, int i) { return -2 * i; });
     force.set_parameter_stream("s");
     volume.set_parameter_stream("h");
-    const char* const names[] = {"Approach", "Pause", "Retract"};
-    const char* copies[] = {names[0], names[1], names[2]};
-    force.set_subimage_names(copies, 3);
-    const SPMDataStream streams[] = {force, sensor, volume, heights3};
-    document.AddNewImages(streams, 4);
-    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+    const char* names[] = {"Approach", "Pause", "Retract"};
+    force.set_subimage_names(names, 3);
+    return {force, sensor, volume, heights3};
 }
 
 TEST_F(CurvesProgram, ForceIsMeasuredAgainstItsSensor)
 {
-    write_sensed(folder / "sensed.spm");
+    write("sensed.spm", sensed());
     const json images = filesOf({"force", "sensed.spm"});
     ASSERT_EQ(images.size(), 2u); // neither sensor
     EXPECT_EQ(images[0]["x"], json::parse(R"({"parameter":"measuredHeight","units":"m"})"));
@@ -323,7 +294,7 @@ TEST_F(CurvesProgram, ForceWritesTheMapsOfAVolume)
     }
     EXPECT_EQ(vldv({"force", "known.spm", "--map", "maps"}).status, 0);
     EXPECT_TRUE(std::filesystem::exists(folder / "maps" / "known.spm"));
-    write_document(folder / "again.spm");
+    write("again.spm", known());
     EXPECT_EQ(vldv({"force", "known.spm", "again.spm", "--map", "both.spm"}).status, 0);
     for (const char* name : {"both-known.spm", "both-again.spm"}) EXPECT_TRUE(std::filesystem::exists(folder / name));
 }

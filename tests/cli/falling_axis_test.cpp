@@ -1,24 +1,13 @@
 // The same heights over a value axis that falls: what compares samples must say the same of them.
 #include "document/fixtures.h"
 #include "document/rising_heights.h"
-#include "platform/paths.h"
 #include "program_fixture.h"
 
 #include <algorithm>
 
 namespace {
 
-class FallingAxisTest : public ProgramTest {
-protected:
-    void write(const SPMDataStream& stream) const
-    {
-        CHeadlessHost host;
-        CWinApp app(host);
-        CStorageDoc document;
-        document.AddNewImages(&stream, 1);
-        ASSERT_TRUE(document.DoSave(platform::to_wide(folder / "s.spm").c_str(), false));
-    }
-};
+using FallingAxisTest = ProgramTest;
 
 /// Two hills of different heights on a slope of 0.5 nm a step, with an edge along the rows.
 SPMDataStream hills()
@@ -61,7 +50,7 @@ TEST_F(FallingAxisTest, ChangesNoFigureAndNoColour)
     };
     const char* const files[] = {"t.csv", "m.png", "a.png", "f.png", "l.png"};
     const auto results = [&](const SPMDataStream& stream) {
-        write(stream);
+        write("s.spm", {stream});
         std::vector<std::string> all;
         for (const auto& call : calls) {
             const program_result result = vldv(call);

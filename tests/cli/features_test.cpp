@@ -1,7 +1,6 @@
 // `vldv features` and `vldv steps` of documents whose areas and edges are known.
 #include "document/fixtures.h"
 #include "output/picture_decoders.h"
-#include "platform/paths.h"
 #include "program_fixture.h"
 
 #include <algorithm>
@@ -13,22 +12,8 @@ using json = nlohmann::json;
 
 class FeatureProgramTest : public ProgramTest {
 protected:
-    void write(const std::string& name, const std::vector<SPMDataStream>& streams) const
-    {
-        CHeadlessHost host;
-        CWinApp app(host);
-        CStorageDoc document;
-        document.AddNewImages(streams.data(), static_cast<unsigned>(streams.size()));
-        ASSERT_TRUE(document.DoSave(platform::to_wide(folder / name).c_str(), false));
-    }
     /// The results of the only file.
-    json images(std::vector<std::string> arguments) const
-    {
-        arguments.push_back("--json");
-        const program_result result = vldv(arguments);
-        EXPECT_EQ(result.status, 0) << result.err;
-        return json::parse(result.out)["files"].at(0)["images"];
-    }
+    json images(const std::vector<std::string>& arguments) const { return filesOf(arguments).at(0)["images"]; }
 };
 
 /// 20 x 10 samples at 0, a bar of 5 x 2 at 100 from (3, 4), a sample of 50 at (15, 1) and a pair of 100 at (17, 7).

@@ -1,6 +1,5 @@
 // `vldv info --json` and `vldv dump` of documents whose content is known number by number.
 #include "document/fixtures.h"
-#include "platform/paths.h"
 #include "program_fixture.h"
 
 #include <gmock/gmock.h>
@@ -10,12 +9,9 @@ namespace {
 using json = nlohmann::json;
 using ordered_json = nlohmann::ordered_json;
 
-/// Writes a document with a surface of two sub-images (0 to 11) and a curve of doubles measured against it.
-void write_document(const std::filesystem::path& path)
+/// A surface of two sub-images (0 to 11) and a curve of doubles measured against it.
+void fill_document(CStorageDoc& document)
 {
-    CHeadlessHost host;
-    CWinApp app(host);
-    CStorageDoc document;
     formats::recording content;
     formats::recorded_image surface{heights("Topo", {2, 3}, 2), {{"Tip", "no. \"7\" <new>\r\n"}}};
     const char* directions[] = {"Forward", "Reverse"};
@@ -39,7 +35,6 @@ void write_document(const std::filesystem::path& path)
     content.items.emplace_back(std::move(curve));
     content.strings["Operator"] = "Zoë";
     ASSERT_TRUE(document.addRecording(content));
-    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
 }
 
 std::vector<std::string> keys(const ordered_json& object)
@@ -51,7 +46,7 @@ std::vector<std::string> keys(const ordered_json& object)
 
 TEST_F(ProgramTest, InfoTellsAllThatADocumentHolds)
 {
-    write_document(folder / "known.spm");
+    writeDocument("known.spm", fill_document);
     json expected = json::parse(R"({"files": [{
         "type": "Velmira", "title": "known", "strings": {"Operator": "Zoë"},
         "images": [{
@@ -110,7 +105,7 @@ TEST_F(ProgramTest, InfoOfEveryExampleIsComplete)
 
 TEST_F(ProgramTest, DumpPrintsTheChosenSubImage)
 {
-    write_document(folder / "known.spm");
+    writeDocument("known.spm", fill_document);
     EXPECT_EQ(vldv({"dump", "known.spm"}).out, "0\t1\n2\t3\n4\t5\n");
     EXPECT_EQ(vldv({"dump", "known.spm", "--sub", "1"}).out, "6\t7\n8\t9\n10\t11\n");
     // -1 + 0.01 n in double precision
@@ -129,7 +124,7 @@ TEST_F(ProgramTest, DumpPrintsTheChosenSubImage)
 
 TEST_F(ProgramTest, NativeFilesKeepTheirNameAndContent)
 {
-    write_document(folder / "known.spm");
+    writeDocument("known.spm", fill_document);
     std::filesystem::copy_file(folder / "known.spm", folder / "UPPER.SPM");
     std::filesystem::copy_file(folder / "known.spm", folder / "other.zip");
     ASSERT_EQ(vldv({"convert", "known.spm", "UPPER.SPM", "other.zip", "--to", "out"}).status, 0);

@@ -1,5 +1,9 @@
 #pragma once
+#include "document/StorageDoc.h"
+#include "platform/WinApp.h"
+#include "platform/paths.h"
 #include "program_run.h"
+#include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -29,5 +33,30 @@ protected:
         const program_result result = vldv(arguments);
         EXPECT_EQ(result.status, status) << result.err;
         return nlohmann::json::parse(result.out);
+    }
+    /// What a call tells of each file, or of each image of a kind.
+    nlohmann::json filesOf(std::vector<std::string> arguments, int status = 0) const
+    {
+        arguments.push_back("--json");
+        const program_result result = vldv(arguments);
+        EXPECT_EQ(result.status, status) << result.err;
+        return nlohmann::json::parse(result.out)["files"];
+    }
+    /// A document that a function fills.
+    template <class Fill>
+    void writeDocument(const std::string& name, const Fill& fill) const
+    {
+        CHeadlessHost host;
+        CWinApp app(host);
+        CStorageDoc document;
+        fill(document);
+        ASSERT_TRUE(document.DoSave(platform::to_wide(folder / name).c_str(), false));
+    }
+    /// A document of these streams.
+    void write(const std::string& name, const std::vector<SPMDataStream>& streams) const
+    {
+        writeDocument(name, [&](CStorageDoc& document) {
+            document.AddNewImages(streams.data(), static_cast<unsigned>(streams.size()));
+        });
     }
 };

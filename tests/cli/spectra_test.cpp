@@ -1,6 +1,5 @@
 // `vldv histogram` and `vldv fourier` of documents whose figures are known.
 #include "document/fixtures.h"
-#include "platform/paths.h"
 #include "program_fixture.h"
 
 #include <cmath>
@@ -12,15 +11,6 @@ using json = nlohmann::json;
 
 class SpectraProgramTest : public ProgramTest {
 protected:
-    /// A document of these streams.
-    void write(const std::string& name, std::vector<SPMDataStream> streams) const
-    {
-        CHeadlessHost host;
-        CWinApp app(host);
-        CStorageDoc document;
-        document.AddNewImages(streams.data(), static_cast<unsigned>(streams.size()));
-        ASSERT_TRUE(document.DoSave(platform::to_wide(folder / name).c_str(), false));
-    }
     std::vector<int> samples(const std::string& name, unsigned image, unsigned sub) const
     {
         const program_result result =

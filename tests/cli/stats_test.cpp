@@ -1,6 +1,5 @@
 // `vldv stats` of a document whose figures are known.
 #include "document/fixtures.h"
-#include "platform/paths.h"
 #include "program_fixture.h"
 
 #include <algorithm>
@@ -11,23 +10,18 @@ namespace {
 using json = nlohmann::json;
 
 /// A peak of 9 on nothing in the middle of 3 x 3, then a plane; and a curve, which has no rows.
-void write_surfaces(const std::filesystem::path& path)
+std::vector<SPMDataStream> surfaces()
 {
-    CHeadlessHost host;
-    CWinApp app(host);
-    CStorageDoc document;
     SPMDataStream surface = heights("Topo", {3, 3}, 2);
     surface.values.set_axis(0, VLAxis(-1, 0.002, "um"));
     auto* samples = static_cast<short*>(surface.array_data());
     for (int i = 0; i < 18; ++i) samples[i] = static_cast<short>(i < 9 ? (i == 4 ? 9 : 0) : 10 + i % 3);
-    const SPMDataStream streams[] = {surface, heights("Curve", {5})};
-    document.AddNewImages(streams, 2);
-    ASSERT_TRUE(document.DoSave(platform::to_wide(path).c_str(), false));
+    return {surface, heights("Curve", {5})};
 }
 
 TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
 {
-    write_surfaces(folder / "known.spm");
+    write("known.spm", surfaces());
     const program_result result = vldv({"stats", "--json", "known.spm", "none.spm"});
     EXPECT_EQ(result.status, 1) << "one file is not there";
     const json files = json::parse(result.out)["files"];
@@ -73,7 +67,7 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
 
 TEST_F(ProgramTest, StatsWriteATableWithALineForEachSubImage)
 {
-    write_surfaces(folder / "a,b.spm");
+    write("a,b.spm", surfaces());
     const std::string path = (std::filesystem::canonical(folder.path) / "a,b.spm").native();
     const program_result result = vldv({"stats", "a,b.spm", "a,b.spm", "--image", "0", "--sub", "1", "--csv", "-"});
     ASSERT_EQ(result.status, 0) << result.err;
