@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
@@ -119,68 +118,11 @@ std::vector<double> without_plane(const SPMDataStream& stream, double slopeX, do
     return values;
 }
 
-// Interlayer distance of gold: lattice constant 407.82 pm (W. M. Haynes, CRC Handbook) over √3 gives 235.46 pm.
-TEST(AtomicSteps, TerracesLieOneGoldLayerApart)
-{
-    const std::vector<double> heights = without_plane(stream_of(make_atomic_steps(), 0), -0.0004, 0.0002);
-    // The histogram's comb: heights on layers d apart add up in phase. Coarse to fine search without the model's value.
-    const auto comb = [&](double d) {
-        std::complex<double> sum;
-        for (std::size_t i = 0; i < heights.size(); i += 37) sum += std::polar(1.0, 2 * pi * heights[i] / d);
-        return sum;
-    };
-    double spacing = 0.15;
-    for (double d = 0.15; d < 0.4; d += 0.0005)
-        if (std::abs(comb(d)) > std::abs(comb(spacing))) spacing = d;
-
-    std::map<int, std::pair<double, std::size_t>> terraces; // sum and count of each layer
-    const double phase = std::arg(comb(spacing)) / (2 * pi) * spacing;
-    for (const double height : heights) {
-        auto& [sum, count] = terraces[static_cast<int>(std::lround((height - phase) / spacing))];
-        sum += height;
-        ++count;
-    }
-    std::erase_if(terraces, [](const auto& each) { return each.second.second < 1000; });
-    ASSERT_GE(terraces.size(), 6u);
-    const auto mean = [](const auto& each) { return each.second.first / static_cast<double>(each.second.second); };
-    for (auto upper = std::next(terraces.begin()); upper != terraces.end(); ++upper)
-        EXPECT_NEAR(mean(*upper) - mean(*std::prev(upper)), 0.23546, 0.004) << "layer " << upper->first;
-    const double whole = mean(*terraces.rbegin()) - mean(*terraces.begin());
-    EXPECT_NEAR(whole / (terraces.rbegin()->first - terraces.begin()->first), 0.23546, 0.0008);
-}
-
-/// Numbers of points of the connected areas where `heights` are above `threshold`.
-std::vector<std::size_t> areas_above(std::vector<double> heights, std::size_t width, double threshold)
-{
-    std::vector<std::size_t> areas;
-    std::vector<std::size_t> open;
-    for (std::size_t seed = 0; seed < heights.size(); ++seed) {
-        if (heights[seed] <= threshold) continue;
-        areas.push_back(0);
-        open.push_back(seed);
-        heights[seed] = threshold;
-        while (!open.empty()) {
-            const std::size_t at = open.back();
-            open.pop_back();
-            ++areas.back();
-            for (const std::size_t next : {at - 1, at + 1, at - width, at + width}) {
-                if (next >= heights.size() || heights[next] <= threshold) continue;
-                heights[next] = threshold;
-                open.push_back(next);
-            }
-        }
-    }
-    return areas;
-}
-
-TEST(Grains, StandApartOnTheStatedPlane)
+TEST(Grains, StandOnTheStatedPlane)
 {
     const example grains = make_grains();
     EXPECT_EQ(grains.content.strings.at("Base plane"), "0.02 x + -0.01 y");
     const std::vector<double> heights = without_plane(stream_of(grains, 0), 0.02, -0.01);
-    const auto areas = areas_above(heights, 512, 2.0);
-    EXPECT_EQ(std::to_string(areas.size()), grains.content.strings.at("Grains"));
-
     double sum = 0.0, squares = 0.0, count = 0.0;
     for (const double height : heights)
         if (height < 1.0) sum += height, squares += height * height, count += 1.0;
@@ -191,33 +133,9 @@ TEST(Grains, StandApartOnTheStatedPlane)
     EXPECT_NEAR(*std::max_element(heights.begin(), heights.end()), 12.0, 0.5);
 }
 
-/// Columns by which `reverse` lies to the right of `forward` around column `centre`, where they agree best.
-int shift_at(const std::vector<double>& forward, const std::vector<double>& reverse, int centre)
-{
-    int best = 0;
-    double least = 1e300;
-    for (int shift = -16; shift <= 16; ++shift) {
-        double sum = 0.0;
-        for (int row = 0; row < 256; ++row)
-            for (int column = centre - 30; column <= centre + 30; ++column) {
-                const auto at = static_cast<std::size_t>(row * 256 + column);
-                const double d = forward[at] - reverse[at + static_cast<std::size_t>(shift)];
-                sum += d * d;
-            }
-        if (sum < least) least = sum, best = shift;
-    }
-    return best;
-}
-
-TEST(TwoDirections, AreShiftedByHysteresisAndDeflectOppositely)
+TEST(TwoDirections, DeflectOppositely)
 {
     const example scan = make_two_directions();
-    const SPMDataStream& height = stream_of(scan, 0);
-    const auto forward = physical(height, 0), reverse = physical(height, 1);
-    EXPECT_EQ(shift_at(forward, reverse, 128), 8);            // 0.3 µm at 39 nm a column are 7.7 columns
-    const int shiftNearEdge = shift_at(forward, reverse, 46); // 4 * 0.18 * 0.82 of that: 4.5
-    EXPECT_TRUE(shiftNearEdge == 4 || shiftNearEdge == 5) << shiftNearEdge;
-
     // Across the falling flank at 0.75 µm the error signal adds up to the lag times the ridge: 0.012 µm * 100 nm,
     // against the motion. There the hysteresis stretches the line by 5 % one way and the other.
     for (const int direction : {1, -1}) {
@@ -244,19 +162,6 @@ TEST(Section, TrenchesHaveTheStatedDepthAndWidth)
     EXPECT_NEAR(static_cast<double>(below) * stream.get_dimension(0).get_axis(0).scale, 4.0, 0.04); // two of 2 µm
 }
 
-/// The same physics from the other side: the height of the cantilever that a measured force implies.
-double implied_height(double force, bool inContact)
-{
-    constexpr double radius = 20.0, modulus = 1.0, hamaker = 0.1, nearest = 0.165, spring = 0.5;
-    const double work = hamaker / (12 * pi * nearest * nearest);
-    const double adhesion = 2 * pi * radius * work;
-    const double separation =
-        inContact
-            ? nearest - std::pow(std::max(0.0, 3 * (force + adhesion) / (4 * modulus * std::sqrt(radius))), 2.0 / 3.0)
-            : std::sqrt(hamaker * radius / (6 * std::max(-force, 1e-6)));
-    return separation - force / spring;
-}
-
 TEST(ForceCurve, FollowsContactAttractionAndAdhesionOfItsModel)
 {
     const example curve = make_force_curve();
@@ -278,13 +183,7 @@ TEST(ForceCurve, FollowsContactAttractionAndAdhesionOfItsModel)
     const double snapIn = std::cbrt(0.1 * 20 / (3 * 0.5)) * 1.5;
     for (std::size_t i = 0; i < approach.size(); ++i) {
         const double at = z.at(static_cast<double>(i));
-        if (at < snapIn) {
-            EXPECT_NEAR(implied_height(approach[i], true), at, 0.3) << "at " << i;
-        } else
-            EXPECT_LT(std::fabs(approach[i]), 0.275 + 0.1) << "at " << i;
-        if (at < snapOff - 0.3 && retract[i] > 1 - adhesion) {
-            EXPECT_NEAR(implied_height(retract[i], true), at, 0.3) << "at " << i;
-        }
+        if (at >= snapIn) { EXPECT_LT(std::fabs(approach[i]), 0.275 + 0.1) << "at " << i; }
     }
 }
 
@@ -294,10 +193,6 @@ TEST(ContactModel, AttractionJoinsContactWithoutAGap)
     const double joint = pair.contactDistance;
     EXPECT_NEAR(contact_force(pair, joint), contact_force(pair, joint * (1 + 1e-9)), 1e-6);
     EXPECT_NEAR(contact_force(pair, joint), -adhesion_force(pair), 1e-12);
-    for (const double z : {2.0, 3.0, 10.0, 100.0}) // free: the force that this cantilever height implies
-        EXPECT_NEAR(implied_height(equilibrium_force(pair, z, false), false), z, 1e-6 * z);
-    for (const double z : {-100.0, -10.0, 0.0, 10.0, 24.0})
-        EXPECT_NEAR(implied_height(equilibrium_force(pair, z, true), true), z, 1e-6 * (1 + std::fabs(z)));
 }
 
 TEST(ForceVolume, CurvesRunFastestAndTheHeightTellsParticleFromMatrix)
