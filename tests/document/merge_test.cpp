@@ -221,21 +221,12 @@ TEST_F(MergeTest, WithoutMemoryTheFirstDocumentStaysAsItWas)
         for (unsigned i = 0; i < 3; ++i) each->setString("date", "a text that is too long to need no memory", i);
     }
     const texts before = state(document);
-    bool failed = true;
-    std::size_t succeeding = 0;
-    for (; failed; ++succeeding) {
-        bool isDone = true;
-        fail_allocation_after(succeeding);
-        try {
-            document::merge_documents(document, other);
-        } catch (const std::bad_alloc&) {
-            isDone = false;
-        }
-        failed = allocation_failed();
-        ASSERT_EQ(isDone, !failed);
-        if (failed) { ASSERT_EQ(state(document), before) << succeeding; }
-    }
-    EXPECT_GT(succeeding, 10u) << "allocations of names, images and texts failed in turn";
+    const std::size_t tried = for_each_failing_allocation([] {}, [&] { document::merge_documents(document, other); },
+                                                          [&](bool isDone, bool hasFailed) {
+                                                              ASSERT_EQ(isDone, !hasFailed);
+                                                              if (hasFailed) { ASSERT_EQ(state(document), before); }
+                                                          });
+    EXPECT_GT(tried, 10u) << "allocations of names, images and texts failed in turn";
     EXPECT_EQ(ids(document), (texts{"joined", "curve", "appended", "curve1", "appended1"}));
     EXPECT_EQ(document.getSubImagesNumber(0), 4u);
 }

@@ -173,48 +173,43 @@ TEST_F(UndoTest, RedoGoesOnWhereItCannotBeUndone)
 TEST_F(UndoTest, EveryOtherAllocationMayFailAsWell)
 {
     add(heights("a", {2, 2}, 1, 10));
-    bool failed = true;
-    for (std::size_t succeeding = 0; failed; ++succeeding) {
-        document.pushUndo(0, true);
-        host.messages.clear();
-        fail_allocation_after(succeeding);
-        document.pushUndo(0, false);
-        failed = allocation_failed();
-        ASSERT_EQ(host.messages.size(), failed ? 1u : 0u) << succeeding;
-        if (failed) { EXPECT_EQ(host.messages[0], undoLost); }
-        EXPECT_EQ(document.canUndo(0), !failed);
-        EXPECT_EQ(first(), 10);
-    }
+    for_each_failing_allocation(
+        [&] {
+            document.pushUndo(0, true);
+            host.messages.clear();
+        },
+        [&] { document.pushUndo(0, false); },
+        [&](bool, bool hasFailed) {
+            ASSERT_EQ(host.messages, std::vector<std::string>(hasFailed ? 1 : 0, undoLost));
+            EXPECT_EQ(document.canUndo(0), !hasFailed);
+            EXPECT_EQ(first(), 10);
+        });
 }
 
 TEST_F(UndoTest, AStepWithoutMemoryLeavesImageAndHistory)
 {
     document.RemoveView(&view); // telling views takes memory of its own
     for (const unsigned width : {4u, 2u}) {
-        bool failed = true;
-        for (std::size_t succeeding = 0; failed; ++succeeding) {
-            SCOPED_TRACE(succeeding);
-            document.DeleteContents();
-            add(heights("a", {4, 3}, 1, 10));
-            document.pushUndo(0, true);
-            const SPMDataStream changed = heights("a", {width, 3}, 1, 20);
-            document.getImage(0) = changed;
-            document.revalidateImage(0);
-            bool isDone = true;
-            fail_allocation_after(succeeding);
-            try {
-                document.undo(0);
-            } catch (const std::bad_alloc&) {
-                isDone = false;
-            }
-            failed = allocation_failed();
-            EXPECT_EQ(document.canUndo(0), !isDone);
-            EXPECT_EQ(first(), isDone ? 10 : 20);
-            EXPECT_EQ(document.getSubImageLength(0), isDone ? 12 : width * 3);
-            EXPECT_EQ(document.GetDataSize(0), isDone ? 24 : width * 6);
-            EXPECT_EQ(document.canRedo(0), !failed) << "nothing to come back from, or no memory for it";
-            if (!isDone) { EXPECT_STREQ(document.getImage(0).description().c_str(), changed.description().c_str()); }
-        }
+        const SPMDataStream changed = heights("a", {width, 3}, 1, 20);
+        for_each_failing_allocation(
+            [&] {
+                document.DeleteContents();
+                add(heights("a", {4, 3}, 1, 10));
+                document.pushUndo(0, true);
+                document.getImage(0) = changed;
+                document.revalidateImage(0);
+            },
+            [&] { document.undo(0); },
+            [&](bool isDone, bool hasFailed) {
+                EXPECT_EQ(document.canUndo(0), !isDone);
+                EXPECT_EQ(first(), isDone ? 10 : 20);
+                EXPECT_EQ(document.getSubImageLength(0), isDone ? 12 : width * 3);
+                EXPECT_EQ(document.GetDataSize(0), isDone ? 24 : width * 6);
+                EXPECT_EQ(document.canRedo(0), !hasFailed) << "nothing to come back from, or no memory for it";
+                if (!isDone) {
+                    EXPECT_STREQ(document.getImage(0).description().c_str(), changed.description().c_str());
+                }
+            });
     }
     document.AddView(&view);
 }
@@ -222,35 +217,29 @@ TEST_F(UndoTest, AStepWithoutMemoryLeavesImageAndHistory)
 TEST_F(UndoTest, AStepWithoutMemoryForTheParameterStreamLeavesBoth)
 {
     document.RemoveView(&view);
-    for (const unsigned width : {4u, 2u}) { // the parameter stream keeps its shape, or changes it
-        bool failed = true;
-        for (std::size_t succeeding = 0; failed; ++succeeding) {
-            SCOPED_TRACE(succeeding);
-            document.DeleteContents();
-            SPMDataStream curve = heights("curve", {4}, 1, 10);
-            curve.set_parameter_stream("position");
-            add(curve);
-            add(heights("position", {4}, 1, 50));
-            setFirst(20, 0);
-            document.pushUndo(1, true);
-            document.getImage(1) = heights("position", {width}, 1, 60);
-            document.revalidateImage(1);
-            bool isDone = true;
-            fail_allocation_after(succeeding);
-            try {
-                document.undo(0);
-            } catch (const std::bad_alloc&) {
-                isDone = false;
-            }
-            failed = allocation_failed();
-            EXPECT_EQ(first(0), isDone ? 10 : 20);
-            EXPECT_EQ(first(1), isDone ? 50 : 60);
-            EXPECT_EQ(document.getSubImageLength(1), isDone ? 4u : width);
-            for (const unsigned image : {0u, 1u}) EXPECT_EQ(document.canUndo(image), !isDone);
-            EXPECT_TRUE(!document.canRedo(0) || isDone) << "what was not done cannot be done again";
-            EXPECT_TRUE(!document.canRedo(1) || isDone);
-        }
-    }
+    for (const unsigned width : {4u, 2u}) // the parameter stream keeps its shape, or changes it
+        for_each_failing_allocation(
+            [&] {
+                document.DeleteContents();
+                SPMDataStream curve = heights("curve", {4}, 1, 10);
+                curve.set_parameter_stream("position");
+                add(curve);
+                add(heights("position", {4}, 1, 50));
+                setFirst(20, 0);
+                document.pushUndo(1, true);
+                document.getImage(1) = heights("position", {width}, 1, 60);
+                document.revalidateImage(1);
+            },
+            [&] { document.undo(0); },
+            [&](bool isDone, bool) {
+                EXPECT_EQ(first(0), isDone ? 10 : 20);
+                EXPECT_EQ(first(1), isDone ? 50 : 60);
+                EXPECT_EQ(document.getSubImageLength(1), isDone ? 4u : width);
+                for (const unsigned image : {0u, 1u}) {
+                    EXPECT_EQ(document.canUndo(image), !isDone);
+                    EXPECT_TRUE(!document.canRedo(image) || isDone) << "what was not done cannot be done again";
+                }
+            });
     document.AddView(&view);
 }
 
