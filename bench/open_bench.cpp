@@ -3,6 +3,7 @@
 #include "document/StorageDoc.h"
 #include "memory_growth.h"
 #include "ratio.h"
+#include "support/streams.h"
 
 #include <cmath>
 #include <cstring>
@@ -28,41 +29,21 @@ constexpr std::size_t noiseBytes = std::size_t{noiseSide} * noiseSide * noiseDep
 /// Waves with noise in the lowest bits, as a scan has them.
 SPMDataStream surface()
 {
-    SPMDataStream stream;
-    stream.Init("height", "Height", SPM_VAR_ARRAY, side * side, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    SPMDataStream::dimension dimension;
-    dimension.length = side;
-    stream.set_dimension(0, dimension);
-    stream.set_dimension(1, dimension);
-    auto* out = static_cast<short*>(stream.array_data());
     std::uint32_t noise = 1;
-    for (unsigned y = 0; y < side; ++y)
-        for (unsigned x = 0; x < side; ++x) {
-            noise = noise * 1664525u + 1013904223u;
-            *out++ = static_cast<short>(9000.0 * std::sin(x * 0.011) * std::cos(y * 0.007) + (noise >> 28));
-        }
-    return stream;
+    return test_support::made_stream("height", {{side}, {side}}, {}, [&](unsigned i) {
+        noise = noise * 1664525u + 1013904223u;
+        return 9000.0 * std::sin(i % side * 0.011) * std::cos(i / side * 0.007) + (noise >> 28);
+    });
 }
 
 /// 192 MiB of plain noise: as much is stored as comes out.
 SPMDataStream noise_volume()
 {
-    SPMDataStream stream;
-    stream.Init("noise", "Noise", SPM_VAR_ARRAY, noiseSide * noiseSide * noiseDepth, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    SPMDataStream::dimension dimension;
-    for (unsigned i = 0; i < 3; ++i) {
-        dimension.length = i < 2 ? noiseSide : noiseDepth;
-        stream.set_dimension(i, dimension);
-    }
-    auto* const out = static_cast<short*>(stream.array_data());
     std::uint64_t noise = 1;
-    for (unsigned i = 0; i < stream.array_length(); ++i) {
+    return test_support::made_stream("noise", {{noiseSide}, {noiseSide}, {noiseDepth}}, {}, [&](unsigned) {
         noise = noise * 6364136223846793005u + 1442695040888963407u;
-        out[i] = static_cast<short>(noise >> 48);
-    }
-    return stream;
+        return noise >> 48;
+    });
 }
 
 void save(const SPMDataStream& stream, const std::filesystem::path& path)

@@ -2,6 +2,7 @@
 #include "document/StorageDoc.h"
 #include "ratio.h"
 #include "recovery/autosave.h"
+#include "support/streams.h"
 
 #include <algorithm>
 #include <chrono>
@@ -18,14 +19,8 @@ constexpr double bytes = 2.0 * samples, longestPause = 50.0, toMilliseconds = 10
 
 void add_large_image(CStorageDoc& document)
 {
-    SPMDataStream room;
-    room.Init("height", "Height", SPM_VAR_ARRAY, samples, 2u);
-    room.set_array_type(SPM_ARRAY_INT16);
-    SPMDataStream::dimension dimension;
-    dimension.length = samples;
-    room.set_dimension(0, dimension);
-    auto* const out = static_cast<unsigned short*>(room.array_data());
-    for (unsigned i = 0; i < samples; ++i) out[i] = static_cast<unsigned short>(i * 2654435761u >> 16);
+    SPMDataStream room =
+        test_support::made_stream("height", {{samples}}, {}, [](unsigned i) { return i * 2654435761u >> 16; });
     document.moveIn(room);
 }
 

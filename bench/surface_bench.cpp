@@ -5,6 +5,7 @@
 #include "ratio.h"
 #include "render_floor.h"
 #include "support/HeadlessHost.h"
+#include "support/streams.h"
 #include "surface/SurfMathView.h"
 #include "surface/render_step.h"
 #include "surface/statistics.h"
@@ -111,14 +112,7 @@ void count_repainted_pixels(bench::verdict& verdict)
     CWinApp app(host);
     CStorageDoc document;
     document.autoDelete = false;
-    SPMDataStream stream;
-    stream.Init("height", "Height", SPM_VAR_ARRAY, unsigned{side} * side, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    for (unsigned i = 0; i < 2; ++i) {
-        SPMDataStream::dimension dimension;
-        dimension.length = side;
-        stream.set_dimension(i, dimension);
-    }
+    const SPMDataStream stream = test_support::made_stream("height", {{side}, {side}}, {}, [](unsigned) { return 0; });
     document.AddNewImages(&stream, 1);
     CSurfMathView view;
     document.AddView(&view);

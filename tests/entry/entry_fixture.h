@@ -4,6 +4,7 @@
 #include "platform/FrameWnd.h"
 #include "platform/menu_item.h"
 #include "support/HeadlessHost.h"
+#include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "vldv.h"
 
@@ -14,15 +15,8 @@ class EntryTest : public testing::Test {
 protected:
     std::wstring surface(const char* name, unsigned side = 4)
     {
-        SPMDataStream stream;
-        stream.Init("height", "Height", SPM_VAR_ARRAY, side * side, 2u);
-        stream.set_array_type(SPM_ARRAY_INT16);
-        SPMDataStream::dimension dimension;
-        dimension.length = side;
-        stream.set_dimension(0, dimension);
-        stream.set_dimension(1, dimension);
-        stream.values.set_axis(0, VLAxis(0, 1, "nm"));
-        for (unsigned i = 0; i < side * side; ++i) static_cast<short*>(stream.array_data())[i] = static_cast<short>(i);
+        const SPMDataStream stream =
+            test_support::made_stream("height", {{side}, {side}}, VLAxis(0, 1, "nm"), [](unsigned i) { return i; });
         CStorageDoc document;
         document.AddNewImages(&stream, 1);
         document.setString("\\Date", "Monday", 0);

@@ -5,6 +5,7 @@
 #include "host/QtFrame.h"
 #include "host/QtHost.h"
 #include "platform/profile_store.h"
+#include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "surface/SurfMathView.h"
 
@@ -20,36 +21,41 @@ inline void settle()
     }
 }
 
-/// The real main window on the toolkit's offscreen platform.
-class WorkstationTest : public testing::Test {
+/// The real main window on the toolkit's offscreen platform, over a host of this class.
+template <class Host = CQtHost>
+class MainWindowTest : public testing::Test {
 protected:
-    WorkstationTest()
+    MainWindowTest()
     {
         machine.setMainWindow(&window);
         window.resize(1200, 900);
         window.show();
+        window.activateWindow();
         settle();
     }
-    ~WorkstationTest() override
+    ~MainWindowTest() override
     {
         app.closeAllFrames();
         machine.setMainWindow(nullptr);
         settle();
     }
+
+    temporary_folder folder;
+    CProfileStore profile{folder / "profile"};
+    Host machine{profile};
+    CVldvApp app{machine};
+    CMainWindow window{app};
+};
+
+class WorkstationTest : public MainWindowTest<> {
+protected:
     /// 64 by 64 with two sub-images: one that rises to the right, one that rises upwards.
     CDocument* open(const char* name)
     {
-        SPMDataStream stream;
-        stream.Init("height", "Height", SPM_VAR_ARRAY, 2u * 64 * 64, 2u);
-        stream.set_array_type(SPM_ARRAY_INT16);
-        SPMDataStream::dimension dimension;
-        dimension.length = 64;
-        stream.set_dimension(0, dimension);
-        stream.set_dimension(1, dimension);
+        SPMDataStream stream = test_support::made_stream(
+            "height", {{64}, {64}}, {}, [](unsigned i) { return 100 * (i < 4096 ? i % 64 : i / 64 % 64); }, 2);
         const char* names[] = {"Forward", "Reverse"};
         stream.set_subimage_names(names, 2);
-        for (unsigned i = 0; i < 2u * 64 * 64; ++i)
-            static_cast<short*>(stream.array_data())[i] = static_cast<short>(100 * (i < 4096 ? i % 64 : i / 64 % 64));
         CStorageDoc document;
         document.AddNewImages(&stream, 1);
         const std::wstring path = (folder / name).wstring();
@@ -77,10 +83,4 @@ protected:
         const int scale = std::max(1, qEnvironmentVariableIntValue("QT_SCALE_FACTOR"));
         return all.copy(display.left * scale, display.top * scale, display.Width() * scale, display.Height() * scale);
     }
-
-    temporary_folder folder;
-    CProfileStore profile{folder / "profile"};
-    CQtHost machine{profile};
-    CVldvApp app{machine};
-    CMainWindow window{app};
 };

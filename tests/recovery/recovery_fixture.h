@@ -5,6 +5,7 @@
 #include "recovery/closed_documents.h"
 #include "recovery/restore_document.h"
 #include "support/HeadlessHost.h"
+#include "support/streams.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -12,14 +13,9 @@
 /// An image of `count` 16-bit samples that are all `value`.
 inline SPMDataStream even_image(const char* id, unsigned count, short value)
 {
-    SPMDataStream stream;
-    stream.Init(id, "Height, \"rough\")", SPM_VAR_ARRAY, count, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    SPMDataStream::dimension dimension;
-    dimension.length = count;
-    dimension.set_axis(0, VLAxis(1.0 / 3.0, 1e-12, "m"));
-    stream.set_dimension(0, dimension);
-    for (unsigned i = 0; i < count; ++i) static_cast<short*>(stream.array_data())[i] = value;
+    SPMDataStream stream = test_support::made_stream(id, {{count, VLAxis(1.0 / 3.0, 1e-12, "m")}}, {},
+                                                     [value](unsigned) { return value; });
+    stream.set_description("Height, \"rough\")");
     return stream;
 }
 

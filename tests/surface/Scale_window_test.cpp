@@ -1,10 +1,5 @@
 // Scales with windows: strips beside images, the bar that they follow, commands and hints.
-#include "document/StorageDocTemplate.h"
-#include "platform/RuntimeClass.h"
-#include "support/HeadlessHost.h"
-#include "support/temporary_folder.h"
-#include "surface/SurfMathView.h"
-#include "view/ChildFrame.h"
+#include "surface_fixture.h"
 #include "view/CustomPaletteDialog.h"
 #include "view/PaletteBar.h"
 #include "view/PaletteMenuButton.h"
@@ -34,40 +29,20 @@ public:
     int loads = 0;
 };
 
-const CRuntimeClass classes[] = {
-    {"CStorageDoc", nullptr, create_object<CStorageDoc>},
-    {"CChildFrame", nullptr, create_object<CChildFrame>},
-    {"CSurfMathView", nullptr, create_object<watched_view>},
-};
-
 constexpr unsigned fixedCommand = 10152, autoCommand = 10011, planefitCommand = 10156, customCommand = 12001;
 
 /// Two images, 10 by 10 samples from 0 to 99 nm, and a bar in a toolbar of a window.
-class ScaleWindowTest : public testing::Test {
+class ScaleWindowTest : public SurfaceTest {
 protected:
     ScaleWindowTest()
     {
-        for (const CRuntimeClass& each : classes) register_runtime_class(each);
-        app.AddDocTemplate(&surfaces);
+        static constexpr CRuntimeClass watched{"CSurfMathView", nullptr, create_object<watched_view>};
+        register_runtime_class(watched);
         bar.scale().createStrip(nullptr);
         bar.OnChangeParentWnd(true);
-        SPMDataStream stream;
-        stream.Init("height", "Height", SPM_VAR_ARRAY, 100u, 2u);
-        stream.set_array_type(SPM_ARRAY_INT16);
-        SPMDataStream::dimension dimension;
-        dimension.length = 10;
-        stream.set_dimension(0, dimension);
-        stream.set_dimension(1, dimension);
-        stream.values.set_axis(0, VLAxis(0, 1, "nm"));
-        for (int i = 0; i < 100; ++i) static_cast<short*>(stream.array_data())[i] = static_cast<short>(i);
-        for (const char* name : {"a.spm", "b.spm"}) {
-            CStorageDoc document;
-            document.AddNewImages(&stream, 1);
-            const std::wstring path = (folder / name).wstring();
-            document.OnSaveDocument(path.c_str());
-            app.OpenDocumentFile(path.c_str());
-        }
-        host.pump();
+        const SPMDataStream stream =
+            test_support::made_stream("height", {{10}, {10}}, VLAxis(0, 1, "nm"), [](unsigned i) { return i; });
+        for (const char* name : {"a.spm", "b.spm"}) open(stream, name);
         view(0).SetFocus();
         for (std::size_t i = 0; i < 2; ++i) {
             view(i).flushTimers();
@@ -75,11 +50,7 @@ protected:
             view(i).loads = 0;
         }
     }
-    ~ScaleWindowTest() override
-    {
-        while (!app.frames().empty()) app.frames().back()->DestroyFrame();
-        app.freeClosed();
-    }
+    ~ScaleWindowTest() override { closeFrames(); } // before the bar
     watched_view& view(std::size_t i) { return dynamic_cast<watched_view&>(*app.frames().at(i)->GetActiveView()); }
     CScale& strip(std::size_t i) { return view(i).getScale(); }
     CScale& leader() { return bar.scale(); }
@@ -91,10 +62,6 @@ protected:
         return ui.checked;
     }
 
-    temporary_folder folder;
-    CHeadlessHost host;
-    CWinApp app{host};
-    CStorageDocTemplate surfaces{102, "CStorageDoc", "CChildFrame", "CSurfMathView"};
     CPaletteBar bar;
 };
 

@@ -52,20 +52,11 @@ protected:
 /// A stream with these sides.
 SPMDataStream shaped(const std::vector<unsigned>& lengths, SPMVarArrayType type = SPM_ARRAY_INT16)
 {
-    unsigned count = 1;
-    for (const unsigned length : lengths) count *= length;
-    SPMDataStream stream;
-    stream.Init("height", "Height", SPM_VAR_ARRAY, count, static_cast<unsigned>(type == SPM_ARRAY_INT16 ? 2 : 4));
-    stream.set_array_type(type);
-    for (unsigned i = 0; i < lengths.size(); ++i) {
-        SPMDataStream::dimension dimension;
-        dimension.length = lengths[i];
-        dimension.set_axis(0, VLAxis(0, 0, "nm")); // no step either
-        stream.set_dimension(i, dimension);
-    }
-    stream.values.set_axis(0, VLAxis(0, 1, "nm"));
-    if (type == SPM_ARRAY_INT16)
-        for (unsigned i = 0; i < count; ++i) static_cast<short*>(stream.array_data())[i] = static_cast<short>(i % 7);
+    std::vector<test_support::stream_side> sides;
+    for (const unsigned length : lengths) sides.push_back({length, VLAxis(0, 0, "nm")}); // no step either
+    SPMDataStream stream =
+        test_support::made_stream("height", sides, VLAxis(0, 1, "nm"), [](unsigned i) { return i % 7; });
+    if (type != SPM_ARRAY_INT16) stream.convert_stream(type);
     return stream;
 }
 

@@ -1,4 +1,5 @@
 // The selection as others take it: regions, decoration files, crops, records for modules.
+#include "support/streams.h"
 #include "surface/data_selection.h"
 #include "surface/decoration_text.h"
 #include "surface/image_crop.h"
@@ -82,18 +83,10 @@ TEST(DecorationText, IsReadLenientlyButNeverGuessed)
 /// Two frames of 6 by 4: raw 100 * frame + 10 * row + column.
 SPMDataStream image()
 {
-    SPMDataStream stream;
-    stream.Init("height", "Height", SPM_VAR_ARRAY, 48u, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    for (unsigned i = 0; i < 2; ++i) {
-        SPMDataStream::dimension dimension;
-        dimension.length = i ? 4 : 6;
-        dimension.set_axis(0, VLAxis(10, 2, "nm"));
-        dimension.set_axis(1, VLAxis(0, 1, "line"));
-        stream.set_dimension(i, dimension);
-    }
-    for (unsigned i = 0; i < 48; ++i)
-        static_cast<short*>(stream.array_data())[i] = static_cast<short>(100 * (i / 24) + 10 * (i % 24 / 6) + i % 6);
+    const VLAxis axis(10, 2, "nm");
+    SPMDataStream stream = test_support::made_stream(
+        "height", {{6, axis}, {4, axis}}, {}, [](unsigned i) { return 100 * (i / 24) + 10 * (i % 24 / 6) + i % 6; }, 2);
+    for (const unsigned i : {0u, 1u}) stream.get_dimension(i).set_axis(1, VLAxis(0, 1, "line"));
     return stream;
 }
 
@@ -105,10 +98,7 @@ std::vector<short> samples(const SPMDataStream& stream)
 
 SPMDataStream outline()
 {
-    SPMDataStream stream;
-    stream.Init("height", "Height", SPM_VAR_ARRAY, 0u, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    return stream;
+    return test_support::made_stream("height", {}, {}, [](unsigned) { return 0; }, 0);
 }
 
 TEST(Crop, TakesEverySubImageAndMovesTheAxes)

@@ -1,4 +1,5 @@
 // Steps of terraces: where they are found, how they are followed, what becomes of them.
+#include "support/streams.h"
 #include "surface/step_results.h"
 #include "surface/step_search.h"
 
@@ -192,16 +193,8 @@ TEST(StepSettings, AreProposedFromTheSizeOfTheImage)
 TEST(StepResults, AreImagesOfColumnsOverRows)
 {
     CStorageDoc document;
-    SPMDataStream source;
-    source.Init("Topo", "Topography", SPM_VAR_ARRAY, 20u * 10u, 2u);
-    source.set_array_type(SPM_ARRAY_INT16);
-    SPMDataStream::dimension x, y;
-    x.length = 20;
-    x.set_axis(0, VLAxis(100, 2, "nm"));
-    y.length = 10;
-    y.set_axis(0, VLAxis(50, 3, "nm"));
-    source.set_dimension(0, x);
-    source.set_dimension(1, y);
+    const SPMDataStream source = test_support::made_stream(
+        "Topo", {{20, VLAxis(100, 2, "nm")}, {10, VLAxis(50, 3, "nm")}}, {}, [](unsigned) { return 0; });
     SPMDataStream old = source;
     old.set_name("step7");
     const SPMDataStream streams[] = {old, source, old};

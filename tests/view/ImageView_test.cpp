@@ -3,6 +3,7 @@
 #include "document/StorageDocTemplate.h"
 #include "document/update_hints.h"
 #include "platform/RuntimeClass.h"
+#include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "view/ChildFrame.h"
 #include "view/VolumeSource.h"
@@ -89,20 +90,9 @@ const CRuntimeClass classes[] = {
 
 SPMDataStream stream_of(const char* id, const std::vector<unsigned>& lengths, unsigned subimages = 1)
 {
-    unsigned count = subimages;
-    for (const unsigned length : lengths) count *= length;
-    SPMDataStream stream;
-    stream.Init(id, "Height", SPM_VAR_ARRAY, count, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    for (unsigned i = 0; i < lengths.size(); ++i) {
-        SPMDataStream::dimension dimension;
-        dimension.length = lengths[i];
-        dimension.set_axis(0, VLAxis(0, 1, "nm"));
-        stream.set_dimension(i, dimension);
-    }
-    stream.values.set_axis(0, VLAxis(0, 0.5, "nm"));
-    for (unsigned i = 0; i < count; ++i) static_cast<short*>(stream.array_data())[i] = static_cast<short>(i);
-    return stream;
+    std::vector<test_support::stream_side> sides;
+    for (const unsigned length : lengths) sides.push_back({length, VLAxis(0, 1, "nm")});
+    return test_support::made_stream(id, sides, VLAxis(0, 0.5, "nm"), [](unsigned i) { return i; }, subimages);
 }
 
 class ImageViewTest : public testing::Test {

@@ -2,6 +2,7 @@
 #include "document/StorageDoc.h"
 #include "support/HeadlessHost.h"
 #include "support/RecordingDC.h"
+#include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "view/FilePreview.h"
 #include "view/ParDisplayDlg.h"
@@ -14,21 +15,10 @@ namespace {
 /// Heights that rise to the right, 0 to `columns` - 1; those of the lowest quarter of the rows are 0. No rows: a curve.
 SPMDataStream ramp(unsigned columns, unsigned rows)
 {
-    const unsigned count = columns * std::max(rows, 1u);
-    SPMDataStream stream;
-    stream.Init("ramp", "Height", SPM_VAR_ARRAY, count, 2u);
-    stream.set_array_type(SPM_ARRAY_INT16);
-    for (const unsigned length : {columns, rows}) {
-        if (length == 0) continue;
-        SPMDataStream::dimension dimension;
-        dimension.length = length;
-        dimension.set_axis(0, VLAxis(0, 0.25, "nm"));
-        stream.set_dimension(stream.get_dimensions_number(), dimension);
-    }
-    stream.values.set_axis(0, VLAxis(0, 0.5, "nm"));
-    for (unsigned i = columns * (rows / 4); i < count; ++i)
-        static_cast<short*>(stream.array_data())[i] = static_cast<short>(i % columns);
-    return stream;
+    const VLAxis axis(0, 0.25, "nm");
+    const std::vector<test_support::stream_side> sides = {{columns, axis}, {rows, axis}};
+    return test_support::made_stream("ramp", {sides.begin(), sides.end() - (rows == 0)}, VLAxis(0, 0.5, "nm"),
+                                     [=](unsigned i) { return i < columns * (rows / 4) ? 0 : i % columns; });
 }
 
 TEST(ParDisplayDlg, TakesParametersOfBothTablesInTheUsersOrder)

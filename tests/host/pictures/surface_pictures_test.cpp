@@ -2,6 +2,7 @@
 // its middle 4x + 2 right of and 80 - 4y - 2 below the upper left corner of the picture. Heights rise to the right and,
 // a tenth as much, upwards.
 #include "golden_picture.h"
+#include "support/streams.h"
 #include "surface/surface_fixture.h"
 #include "view/SectionSource.h"
 #include "view/VolumeSource.h"
@@ -39,16 +40,7 @@ public:
 /// A volume of 11 x 11 curves with its mark in the middle of X and at the end of Y.
 class CTestVolume : public CImageView, public IVolumeSource {
 public:
-    CTestVolume()
-    {
-        volume.Init("volume", "Volume", SPM_VAR_ARRAY, 11u * 11u, 2u);
-        for (unsigned i = 0; i < 2; ++i) {
-            SPMDataStream::dimension side;
-            side.length = 11;
-            volume.set_dimension(i, side);
-        }
-        LoadOptions(nullptr);
-    }
+    CTestVolume() { LoadOptions(nullptr); }
     void GetOptionsList(SPMVar* vars, unsigned* count) override
     {
         static constexpr view::option_row rows[] = {{"mark.x,double,0,1", "0.5"}, {"mark.y,double,0,1", "1"}};
@@ -58,7 +50,7 @@ public:
     unsigned getVolumeImage() const override { return 7; }
 
 private:
-    SPMDataStream volume;
+    SPMDataStream volume = test_support::made_stream("volume", {{11}, {11}}, {}, [](unsigned) { return 0; });
 };
 
 class SurfacePictures : public SurfaceTest {
