@@ -1,14 +1,10 @@
 // What a user meets first: the start page, tools, prompts and their keys, help.
-#include "document/StorageDoc.h"
 #include "document/examples.h"
-#include "entry/Application.h"
 #include "host/BoxStyle.h"
 #include "host/FailuresDialog.h"
 #include "host/FormDialog.h"
 #include "host/HelpWindow.h"
 #include "host/ListChooserDialog.h"
-#include "host/MainWindow.h"
-#include "host/QtHost.h"
 #include "host/VariableDialog.h"
 #include "host/WindowsDialog.h"
 #include "host/about.h"
@@ -18,11 +14,9 @@
 #include "host/window_places.h"
 #include "platform/ListChooser.h"
 #include "platform/paths.h"
-#include "platform/profile_store.h"
-#include "support/temporary_folder.h"
 #include "view/CustomPaletteDialog.h"
+#include "workstation_fixture.h"
 
-#include <QApplication>
 #include <QColorDialog>
 #include <QDockWidget>
 #include <QElapsedTimer>
@@ -45,28 +39,12 @@
 
 namespace {
 
-void settle()
-{
-    for (int i = 0; i < 20; ++i) {
-        QApplication::processEvents();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
-
-class FirstMinutes : public testing::Test {
+class FirstMinutes : public MainWindowTest<> {
 protected:
     FirstMinutes()
     {
         qputenv("XDG_DATA_HOME", QByteArray::fromStdString(folder.path.string()));
-        machine.setMainWindow(&window);
         window.resize(1000, 700);
-        window.show();
-        settle();
-    }
-    ~FirstMinutes() override
-    {
-        app.closeAllFrames();
-        machine.setMainWindow(nullptr);
         settle();
     }
     std::wstring example()
@@ -94,12 +72,6 @@ protected:
         return nullptr;
     }
     QFrame& page() { return *window.findChild<QFrame*>(QStringLiteral("start")); }
-
-    temporary_folder folder;
-    CProfileStore profile{folder / "profile"};
-    CQtHost machine{profile};
-    CVldvApp app{machine};
-    CMainWindow window{app};
 };
 
 TEST_F(FirstMinutes, ToolsHavePicturesAndThePaletteStaysInItsPlace)

@@ -1,17 +1,10 @@
 // The colour scale, its menu and its editor in the real main window.
-#include "document/StorageDoc.h"
-#include "entry/Application.h"
 #include "host/FormDialog.h"
-#include "host/MainWindow.h"
-#include "host/QtHost.h"
 #include "host/QtMenu.h"
 #include "host/QtPeer.h"
-#include "platform/profile_store.h"
-#include "support/temporary_folder.h"
-#include "surface/SurfMathView.h"
 #include "view/PaletteBar.h"
+#include "workstation_fixture.h"
 
-#include <QApplication>
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -21,14 +14,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-void settle()
-{
-    for (int i = 0; i < 20; ++i) {
-        QApplication::processEvents();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
 
 void mouse(QWidget& target, QEvent::Type type, QPoint at, Qt::MouseButtons held)
 {
@@ -47,37 +32,9 @@ void drag(QWidget& target, QPoint from, QPoint to)
 }
 
 /// A main window with a surface that rises from 0 to 6300 to the right.
-class PaletteWindowTest : public testing::Test {
+class PaletteWindowTest : public WorkstationTest {
 protected:
-    PaletteWindowTest()
-    {
-        machine.setMainWindow(&window);
-        window.resize(1200, 900);
-        window.show();
-        window.activateWindow();
-        SPMDataStream stream;
-        stream.Init("height", "Height", SPM_VAR_ARRAY, 64u * 64, 2u);
-        stream.set_array_type(SPM_ARRAY_INT16);
-        SPMDataStream::dimension dimension;
-        dimension.length = 64;
-        stream.set_dimension(0, dimension);
-        stream.set_dimension(1, dimension);
-        for (int i = 0; i < 64 * 64; ++i)
-            static_cast<short*>(stream.array_data())[i] = static_cast<short>(100 * (i % 64));
-        CStorageDoc document;
-        document.AddNewImages(&stream, 1);
-        const std::wstring path = (folder / "a.spm").wstring();
-        document.OnSaveDocument(path.c_str());
-        app.OpenDocumentFile(path.c_str());
-        settle();
-    }
-    ~PaletteWindowTest() override
-    {
-        app.closeAllFrames();
-        machine.setMainWindow(nullptr);
-        settle();
-    }
-    CSurfMathView& view() { return *dynamic_cast<CSurfMathView*>(app.frames().at(0)->GetActiveView()); }
+    PaletteWindowTest() { open("a.spm"); }
     QWidget& strip(CWnd& scale) { return *host::widget_of(&scale); }
     /// Colour of the picture at a place between 0, left, and 63.
     QColor shown(int column)
@@ -86,12 +43,6 @@ protected:
         const CPoint corner = view().displayRect.TopLeft();
         return host::widget_of(&view())->grab().toImage().pixelColor(corner.x + 8 * column + 4, corner.y + 100);
     }
-
-    temporary_folder folder;
-    CProfileStore profile{folder / "profile"};
-    CQtHost machine{profile};
-    CVldvApp app{machine};
-    CMainWindow window{app};
 };
 
 TEST_F(PaletteWindowTest, TheBarInTheToolbarLeadsAndTheStripBesideTheImageFollows)

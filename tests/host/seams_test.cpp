@@ -1,20 +1,14 @@
 // Menus, toolbars, panes and commands of the main window over views of the test's own, on the offscreen platform.
 #include "base/text.h"
-#include "entry/Application.h"
-#include "host/MainWindow.h"
 #include "host/OutputPane.h"
-#include "host/QtFrame.h"
-#include "host/QtHost.h"
 #include "host/VariableGrid.h"
 #include "platform/Document.h"
-#include "platform/profile_store.h"
-#include "support/temporary_folder.h"
 #include "view/ChildFrame.h"
 #include "view/DCView.h"
 #include "view/PaneView.h"
 #include "view/TextView.h"
+#include "workstation_fixture.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QDockWidget>
 #include <QHeaderView>
@@ -29,14 +23,6 @@
 namespace {
 
 constexpr unsigned surfaceMenu = 102, textMenu = 115, firstFunction = 9192, lastFunction = 9999, cmdDuplicate = 10151;
-
-void settle()
-{
-    for (int i = 0; i < 20; ++i) {
-        QApplication::processEvents();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-}
 
 class telling_host : public CQtHost {
 public:
@@ -103,22 +89,13 @@ private:
     std::vector<std::string> told;
 };
 
-class SeamsTest : public testing::Test {
+class SeamsTest : public MainWindowTest<telling_host> {
 protected:
-    SeamsTest()
-    {
-        machine.setMainWindow(&window);
-        document.autoDelete = false;
-        window.resize(1200, 900);
-        window.show();
-        window.activateWindow();
-        settle();
-    }
+    SeamsTest() { document.autoDelete = false; }
     ~SeamsTest() override
     {
         app.closeAllFrames();
-        machine.setMainWindow(nullptr);
-        settle();
+        settle(); // views go before their document
     }
     template <class View>
     View& open(unsigned menuId)
@@ -148,12 +125,7 @@ protected:
     }
     QToolBar& tools() { return *window.findChild<QToolBar*>(QStringLiteral("main")); }
 
-    temporary_folder folder;
-    CProfileStore profile{folder / "profile"};
-    telling_host machine{profile};
-    CVldvApp app{machine};
     CDocument document;
-    CMainWindow window{app};
 };
 
 TEST_F(SeamsTest, DynamicMenusAreTreesThatAreAskedOnceAnOpening)

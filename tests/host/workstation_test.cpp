@@ -75,7 +75,7 @@ TEST_F(WorkstationTest, TheWheelZoomsWithShiftAndTheMenuCommandsAct)
     EXPECT_TRUE(popups.contains("&Mathematics"));
 }
 
-TEST_F(WorkstationTest, DraggingACornerKeepsThePictureAndShowsTheSize)
+TEST_F(WorkstationTest, DraggingACornerKeepsThePictureSquare)
 {
     open("a.spm");
     auto& frame = dynamic_cast<CQtFrame&>(*app.frames()[0]->getPeer());
@@ -95,11 +95,8 @@ TEST_F(WorkstationTest, DraggingACornerKeepsThePictureAndShowsTheSize)
     const CSize picture = view().displayRect.Size();
     EXPECT_NE(picture, (CSize{512, 512}));
     EXPECT_EQ(picture.cx, picture.cy) << "as square as before";
-    const QImage sized = host::widget_of(&logic)->grab().toImage();
     mouse(QEvent::MouseButtonRelease, corner - QPoint(100, 30), Qt::NoButton);
     EXPECT_FALSE(logic.isSizing());
-    const QImage plain = host::widget_of(&logic)->grab().toImage();
-    EXPECT_NE(sized, plain) << "the arrows were there";
 }
 
 TEST_F(WorkstationTest, PlainViewsOpenAtAUsableSizeAndClosingLeadsBack)
