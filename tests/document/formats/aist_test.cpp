@@ -76,15 +76,13 @@ TEST(Aist, RastersStandInTheTreeAtAnyDepth)
     const auto result = read(formats::read_aist, file);
     ASSERT_EQ(result->items.size(), 2u);
     const auto& image = image_at(result, 0);
-    const double expected[] = {1, 1, 3, 4, 5, 6, 7, 8}; // bottom row first; the second point was not measured
-    for (std::size_t i = 0; i < 8; ++i) EXPECT_NEAR(physical_of(image).at(i), expected[i], 1e-9) << i;
-    EXPECT_EQ(subimages_of(image), (std::vector<std::string>{"Forward", "Reverse"}));
-    EXPECT_EQ(image.strings.at("\\Void points"), "1");
-    EXPECT_EQ(image.strings.at("Description"), "told");
-    EXPECT_STREQ(image.stream.get_description(), "Height");
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "nm");
-    EXPECT_EQ(axis_text(image, 0), "3 2 \u00B5m");
-    EXPECT_EQ(axis_text(image, 1), "-2 4 nm");
+    expect_image(image, {.label = "Height",
+                         .units = "nm",
+                         .axes = {"3 2 \u00B5m", "-2 4 nm"},
+                         .parts = {"Forward", "Reverse"},
+                         .values = {1, 1, 3, 4, 5, 6, 7, 8}, // bottom row first; the second point was not measured
+                         .strings = {{"\\Void points", "1"}, {"Description", "told"}},
+                         .isFitted = true});
     EXPECT_EQ(type_of(file, "a.aist"), FILE_AIST);
     EXPECT_EQ(type_of(file, "a.txt"), FILE_UNKNOWN); // the mark alone is too weak
 }
@@ -109,19 +107,15 @@ TEST(Aist, DirectionsOfACurveShareAnImage)
     const auto result = read(formats::read_aist, file);
     ASSERT_EQ(result->items.size(), 3u);
     const auto &x = image_at(result, 0), &force = image_at(result, 1), &lift = image_at(result, 2);
-    EXPECT_STREQ(force.stream.get_description(), "Force");
-    EXPECT_STREQ(force.stream.get_parameter_stream(), x.stream.get_name());
-    EXPECT_EQ(subimages_of(force), (std::vector<std::string>{"Forward", "Reverse"}));
-    EXPECT_EQ(force.strings.at("\\Curve lengths"), "3 2");
-    EXPECT_EQ(force.strings.at("Description"), "_Force Forward[2]?\nForce[Backward]?");
-    const double positions[] = {0, 2, 4, 4, 2, 2}, values[] = {7, 8, 9, 5, 6, 6};
-    for (std::size_t i = 0; i < 6; ++i) {
-        EXPECT_NEAR(physical_of(x).at(i), positions[i], 1e-4) << i;
-        EXPECT_NEAR(physical_of(force).at(i), values[i], 1e-4) << i;
-    }
-    EXPECT_STREQ(lift.stream.get_description(), "Lift");
-    EXPECT_EQ(subimages_of(lift), std::vector<std::string>{"Reverse"});
-    EXPECT_EQ(axis_text(lift, 0), "0 1 nm");
+    expect_image(x, {.values = {0, 2, 4, 4, 2, 2}, .isFitted = true});
+    expect_image(force,
+                 {.label = "Force",
+                  .parts = {"Forward", "Reverse"},
+                  .values = {7, 8, 9, 5, 6, 6},
+                  .strings = {{"\\Curve lengths", "3 2"}, {"Description", "_Force Forward[2]?\nForce[Backward]?"}},
+                  .over = x.stream.get_name(),
+                  .isFitted = true});
+    expect_image(lift, {.label = "Lift", .axes = {"0 1 nm"}, .parts = {"Reverse"}});
 }
 
 TEST(Aist, RefusesWhatCannotBe)

@@ -56,14 +56,11 @@ TEST(Hdf, AnImageHasItsScaleAndItsPlace)
     const auto result = read(formats::read_hdf, build({{0x8009, header()}, {702, samples()}, {702, "later"}}));
     const auto& image = image_at(result, 0);
     EXPECT_EQ(raw_of(image), (std::vector<int>{1, -2, 3, 4})); // the bottom row first
-    EXPECT_EQ(physical_of(image), (std::vector<double>{0.5, -1, 1.5, 2}));
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "\u00B5m");
-    EXPECT_EQ(axis_text(image, 0), "10 2 \u00B5m");
-    EXPECT_EQ(axis_text(image, 1), "-20 3 \u00B5m");
-    EXPECT_STREQ(image.stream.get_description(), "Topography");
-    EXPECT_EQ(image.strings.at("\\Scan rate"), "1.5 Hz");
-    EXPECT_EQ(image.strings.at("Set point"), "2.5 nA");
-    EXPECT_EQ(image.strings.at("Comment"), "piezo");
+    expect_image(image, {.label = "Topography",
+                         .units = "\u00B5m",
+                         .axes = {"10 2 \u00B5m", "-20 3 \u00B5m"},
+                         .values = {0.5, -1, 1.5, 2},
+                         .strings = {{"\\Scan rate", "1.5 Hz"}, {"Set point", "2.5 nA"}, {"Comment", "piezo"}}});
 }
 
 TEST(Hdf, OtherElementsDescribeTheImage)
@@ -72,18 +69,16 @@ TEST(Hdf, OtherElementsDescribeTheImage)
     const element labels{704, "Height\0X\0Y\0"s}, units{705, "um\0um\0um"s};
     const auto named =
         read(formats::read_hdf, build({{0x8009, header()}, {0x8001, "1.8\0"s}, labels, units, {702, samples()}}));
-    const auto& image = image_at(named, 0);
-    EXPECT_STREQ(image.stream.get_description(), "Topography");
-    EXPECT_EQ(image.strings.at("Labels"), "Height, X, Y");
-    EXPECT_EQ(image.strings.at("Units"), "um, um, um");
-    EXPECT_EQ(image.strings.at("ProScan version"), "1.8");
-    EXPECT_EQ(image.strings.at("X scan direction"), "1");
-    EXPECT_EQ(image.strings.at("Y scan direction"), "0");
+    expect_image(image_at(named, 0), {.label = "Topography",
+                                      .strings = {{"Labels", "Height, X, Y"},
+                                                  {"Units", "um, um, um"},
+                                                  {"ProScan version", "1.8"},
+                                                  {"X scan direction", "1"},
+                                                  {"Y scan direction", "0"}}});
 
     const auto bare =
         read(formats::read_hdf, build({{0x8009, header(2, 2, "")}, {0x8001, "\4\0\0\2"s}, labels, {702, samples()}}));
-    EXPECT_STREQ(image_at(bare, 0).stream.get_description(), "Height");
-    EXPECT_EQ(image_at(bare, 0).strings.at("ProScan version"), "04 00 00 02");
+    expect_image(image_at(bare, 0), {.label = "Height", .strings = {{"ProScan version", "04 00 00 02"}}});
 }
 
 TEST(Hdf, RefusesWhatCannotBe)

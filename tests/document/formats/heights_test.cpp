@@ -1,4 +1,5 @@
 #include "document/formats/heights.h"
+#include "instrument_fixture.h"
 
 #include "base/six_digits.h"
 
@@ -12,15 +13,6 @@
 namespace {
 
 constexpr double notMeasured = std::numeric_limits<double>::quiet_NaN();
-
-std::vector<double> physical_values(const formats::recorded_image& image)
-{
-    const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
-    std::vector<double> values;
-    for (unsigned i = 0; i < image.stream.array_length(); ++i)
-        values.push_back(image.stream.values.get_axis(0).at(raw[i]));
-    return values;
-}
 
 formats::image_frame frame_of(unsigned width, unsigned height) { return {width, height, 1, VLAxis(), VLAxis()}; }
 
@@ -36,7 +28,7 @@ TEST(Heights, FittedValuesStayWithinHalfAStepOnASixDigitAxis)
             const VLAxis& axis = image.stream.values.get_axis(0);
             EXPECT_EQ(axis.start, base::six_digits(axis.start));
             EXPECT_EQ(axis.scale, base::six_digits(axis.scale));
-            const auto fitted = physical_values(image);
+            const auto fitted = instrument_fixture::physical_of(image);
             for (std::size_t i = 0; i < values.size(); ++i)
                 ASSERT_NEAR(fitted[i], values[i], 0.5000001 * axis.scale) << magnitude << " " << offset;
             EXPECT_EQ(image.strings.count("\\Void points"), 0u);
@@ -48,7 +40,7 @@ TEST(Heights, ScaleIsAppliedBeforeFitting)
     const formats::value_scale scale{-2.0, 10.0, "nm", "Z"};
     const std::vector<double> values = {0.0, 1.0, 2.0, 5.0, 6.0, 3.0};
     const auto image = formats::make_image_from_values("id", "label", frame_of(3, 2), scale, values);
-    const auto fitted = physical_values(image);
+    const auto fitted = instrument_fixture::physical_of(image);
     for (std::size_t i = 0; i < values.size(); ++i)
         EXPECT_EQ(fitted[i], 10.0 - 2.0 * values[i]) << "whole numbers stay";
     EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "nm");
@@ -59,7 +51,7 @@ TEST(Heights, AnImageWithoutAnyMeasuredPointIsZero)
 {
     const std::vector<double> values(6, notMeasured);
     const auto image = formats::make_image_from_values("id", "label", frame_of(3, 2), {2.0, 5.0, "V", ""}, values);
-    for (const double value : physical_values(image)) EXPECT_EQ(value, 0.0);
+    for (const double value : instrument_fixture::physical_of(image)) EXPECT_EQ(value, 0.0);
     EXPECT_EQ(image.strings.at("\\Void points"), "6");
 }
 
@@ -84,7 +76,7 @@ TEST(Heights, CurvesOfEqualLengthBecomeSubimages)
     ASSERT_EQ(curve.stream.get_dimensions_number(), 1u);
     EXPECT_EQ(curve.stream.get_dimension(0).length, 3u);
     EXPECT_EQ(curve.stream.get_dimension(0).get_axis(0), VLAxis(0.0, 0.1, "s"));
-    EXPECT_NEAR(physical_values(curve)[4], 11.0, 1e-3);
+    EXPECT_NEAR(instrument_fixture::physical_of(curve)[4], 11.0, 1e-3);
 }
 
 TEST(Heights, AnImageOfMoreSamplesThanAnArrayHoldsIsRefused)

@@ -40,10 +40,7 @@ TEST(Pni, BothVersionsTellChannelAndUnit)
         const auto& image = image_at(result, 0);
         EXPECT_EQ(raw_of(image), (std::vector<int>{-3, 4, 1, 2})); // the top row was first
         EXPECT_DOUBLE_EQ(physical_of(image).at(0), -1.5);
-        EXPECT_EQ(axis_text(image, 0), "0 2 \u00B5m");
-        EXPECT_EQ(axis_text(image, 1), "0 3 \u00B5m");
-        EXPECT_STREQ(image.stream.get_description(), row.label);
-        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), row.units);
+        expect_image(image, {.label = row.label, .units = row.units, .axes = {"0 2 \u00B5m", "0 3 \u00B5m"}});
         EXPECT_EQ(subimages_of(image), row.subimages);
         EXPECT_EQ(type_of(row.file, "a.txt"), FILE_PNI);
     }

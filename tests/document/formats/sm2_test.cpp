@@ -77,11 +77,8 @@ TEST(Sm2, CurvesKeepTheSignOfTheirAxis)
     curves.data = samples<std::int8_t>({1, 2, 3, -4, 5, 6});
     const auto result = read(formats::read_sm2, build(curves));
     const auto& image = image_at(result, 0);
-    EXPECT_EQ(image.stream.get_dimensions_number(), 1u);
     EXPECT_EQ(raw_of(image), (std::vector<int>{1, 2, 3, -4, 5, 6}));
-    EXPECT_EQ(axis_text(image, 0), "1 -0.5 V");
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "counts/s");
-    EXPECT_STREQ(image.stream.get_description(), "I-V");
+    expect_image(image, {.label = "I-V", .units = "counts/s", .axes = {"1 -0.5 V"}});
 }
 
 TEST(Sm2, WideAndFractionalSamplesTurnWhole)
@@ -91,10 +88,7 @@ TEST(Sm2, WideAndFractionalSamplesTurnWhole)
     wide.z = "Z 1 0 V/\xFBHz";
     wide.data = samples<std::int32_t>({-100000, 100000});
     const auto integers = read(formats::read_sm2, build(wide));
-    const auto found = physical_of(image_at(integers, 0));
-    EXPECT_NEAR(found.at(0), 100000, 200000 / 65535.0);
-    EXPECT_NEAR(found.at(1), -100000, 200000 / 65535.0);
-    EXPECT_STREQ(image_at(integers, 0).stream.values.get_axis(0).get_units(), "V/sqrt(Hz)");
+    expect_image(image_at(integers, 0), {.units = "V/sqrt(Hz)", .values = {100000, -100000}, .isFitted = true});
     wide.shape = "0 0 0 2 1 8 5";
     wide.data = bytes_builder().add(0.5f).add(std::numeric_limits<float>::quiet_NaN()).content;
     const auto floats = read(formats::read_sm2, build(wide));

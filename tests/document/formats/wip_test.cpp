@@ -111,17 +111,14 @@ void expect_values(const base::read_result<formats::recording>& result, std::siz
 TEST(Wip, PicturesLieInTheirCoordinates)
 {
     const auto upright = read(formats::read_wip, build({space(2, 4), height_unit(), picture({1, 2, 3, 4, 5, 6})}));
-    expect_values(upright, 0, {1, 2, 3, 4, 5, 6});
-    const auto& image = image_at(upright, 0);
-    EXPECT_EQ(axis_text(image, 0), "3 2 \u00B5m"); // point 1 lies at 5
-    EXPECT_EQ(axis_text(image, 1), "20 4 \u00B5m");
-    EXPECT_STREQ(image.stream.get_description(), "Topography");
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "nm");
+    expect_image(image_at(upright, 0), {.label = "Topography",
+                                        .units = "nm",
+                                        .axes = {"3 2 \u00B5m", "20 4 \u00B5m"}, // point 1 lies at 5
+                                        .values = {1, 2, 3, 4, 5, 6}});
 
     const auto mirrored = read(formats::read_wip, build({space(-2, -4), height_unit(), picture({1, 2, 3, 4, 5, 6})}));
-    expect_values(mirrored, 0, {6, 5, 4, 3, 2, 1});
-    EXPECT_EQ(axis_text(image_at(mirrored, 0), 0), "3 2 \u00B5m"); // 7, 5, 3
-    EXPECT_EQ(axis_text(image_at(mirrored, 0), 1), "16 4 \u00B5m");
+    expect_image(image_at(mirrored, 0), {.axes = {"3 2 \u00B5m", "16 4 \u00B5m"}, // 7, 5, 3
+                                         .values = {6, 5, 4, 3, 2, 1}});
 
     const auto columnwise =
         read(formats::read_wip, build({space(2, 4), height_unit(), picture({1, 2, 3, 4, 5, 6}, 0)}));
@@ -161,8 +158,8 @@ TEST(Wip, SpectraHaveLinearAxesAndMapsRunBySpectrum)
         read(formats::read_wip, build({linear, space(1, -1), graph(2, 2, 2, {1, 2, 3, 4, 5, 6, 7, 8}, {1, 0})}));
     const auto& volume = image_at(map, 0);
     ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
-    expect_values(map, 0, {1, 1, 1, 1, 1, 2, 3, 4}); // the second line, at the bottom, was not measured
-    EXPECT_EQ(volume.strings.at("\\Void points"), "4");
+    expect_image(volume, {.values = {1, 1, 1, 1, 1, 2, 3, 4}, // the second line, at the bottom, was not measured
+                          .strings = {{"\\Void points", "4"}}});
 }
 
 /// With all angles 0 the grating equation is short: lambda = d / m * sin(-atan(x * (nC - i) / f)).
