@@ -111,14 +111,14 @@ public:
         }
     }
     /// Nothing is written when no file had a row: an earlier table stays.
-    void save(const std::string& output) const
+    void save(const std::filesystem::path& output) const
     {
         if (text.empty()) return;
         const std::span bytes = std::as_bytes(std::span(text));
         if (output == standardStream)
             put_standard_output(bytes);
         else
-            output::save_file_atomically(platform::to_path(platform::full_path(base::widen(output))), bytes);
+            output::save_file_atomically(output, bytes);
     }
 
 private:
@@ -132,8 +132,9 @@ int run(const stats_options& options)
         throw CLI::ValidationError("stats", "--json and --csv - would share standard output");
     session call;
     call.setFiles(options.files);
-    const std::wstring output = platform::full_path(base::widen(options.csv));
-    if (!options.csv.empty() && options.csv != standardStream && call.isInput(platform::to_path(output))) {
+    const bool isFile = !options.csv.empty() && options.csv != standardStream;
+    const std::wstring output = isFile ? platform::full_path(base::widen(options.csv)) : base::widen(options.csv);
+    if (isFile && call.isInput(platform::to_path(output))) {
         call.report(output, "the table is an input of this call");
         return call.status();
     }
@@ -145,7 +146,7 @@ int run(const stats_options& options)
         if (options.csv.empty()) print_figures(document, figures, path);
         return {};
     });
-    if (!options.csv.empty()) table.save(options.csv);
+    if (!options.csv.empty()) table.save(platform::to_path(output));
     return call.status();
 }
 

@@ -6,6 +6,8 @@
 #include "host/paint/windowless_toolkit.h"
 #include "surface/SurfMathView.h"
 
+#include <stdexcept>
+
 namespace cli {
 
 namespace {
@@ -43,7 +45,8 @@ void set_up_view(CSurfMathView& view, const picture_options& options)
 
 void set_up_scale(CScale& scale, const picture_options& options)
 {
-    choose_palette(scale, options.palette);
+    if (const std::string problem = choose_palette(scale, options.palette); !problem.empty())
+        throw std::runtime_error(problem);
     scale.SetAutoScaling(options.mode);
     scale.setInverse(options.inverse);
     if (options.fixed.empty()) return;

@@ -12,7 +12,7 @@ struct surface_number {
     unsigned image, sub;
 };
 
-/// Makes a scale show what was asked for.
+/// Makes a scale show what was asked for. \throws std::runtime_error when its palette has gone
 void set_up_scale(CScale& scale, const picture_options& options);
 
 /// Draws a surface with its legend as its window shows it, in the size that was asked for, else in that in which the

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "cli/failure_text.h"
+#include "cli/folder_keeper.h"
 #include "cli/progress.h"
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
@@ -54,6 +55,7 @@ void session::setFile(const std::string& path)
 std::unique_ptr<CStorageDoc> session::open(const std::wstring& path, std::string& failure)
 {
     if (path == base::widen(standardStream)) return openStandardInput(failure);
+    const folder_keeper kept;
     auto document = std::make_unique<CStorageDoc>();
     if (document->OnOpenDocument(path.c_str())) {
         document->SetPathName(path.c_str(), false);

@@ -33,8 +33,7 @@ class session {
 public:
     session() : app(host) {}
 
-    /// Absolute paths, made before any file is opened: opening one changes the current folder. A folder stands for the
-    /// recordings in it and below it, "-" for standard input.
+    /// A folder stands for the recordings in it and below it, "-" for standard input.
     void setFiles(const std::vector<std::string>& paths);
     /// One path, which is never taken for a folder, or "-".
     void setFile(const std::string& path);
@@ -42,7 +41,7 @@ public:
     /// Whether a name, through links too, is that of a file of the call: such a file is never written.
     bool isInput(const std::filesystem::path& path) const { return inputIdentities.contains(identity(path)); }
 
-    /// The document of a file, or null; `failure` then says why.
+    /// The document of a file, or null; `failure` then says why. The current folder stays what it is.
     std::unique_ptr<CStorageDoc> open(const std::wstring& path, std::string& failure);
     /// Saves without asking. \return empty, or why it failed
     std::string save(CStorageDoc& document, const std::wstring& path);

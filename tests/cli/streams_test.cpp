@@ -11,6 +11,13 @@ program_result piped(const temporary_folder& folder, const std::vector<std::stri
     return run_vldv(folder.path, arguments, {}, folder / input);
 }
 
+/// One entry, pure red: RIFF, its size, "PAL ", "data", a size that is ignored, the colour.
+std::string red_palette()
+{
+    const char red[] = "RIFF\x10\0\0\0PAL data\0\0\0\0\xff\0\0\0";
+    return {red, sizeof red - 1};
+}
+
 TEST_F(ProgramTest, AMinusIsStandardInputAndOutput)
 {
     write_file(folder / "m.txt", smallMatrix);
@@ -99,9 +106,7 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
 TEST_F(ProgramTest, PalettesHaveNames)
 {
     write_file(folder / "m.txt", smallMatrix);
-    // One entry, pure red: RIFF, its size, "PAL ", "data", a size that is ignored, the colour.
-    const char red[] = "RIFF\x10\0\0\0PAL data\0\0\0\0\xff\0\0\0";
-    write_file(folder / "red.pal", std::string(red, sizeof red - 1));
+    write_file(folder / "red.pal", red_palette());
     const auto picture = [&](const char* palette) {
         EXPECT_EQ(vldv({"render", "m.txt", "-o", "x.bmp", "--palette", palette}).status, 0) << palette;
         return file_content(folder / "x.bmp");
@@ -110,6 +115,33 @@ TEST_F(ProgramTest, PalettesHaveNames)
     EXPECT_NE(picture("gray"), picture("blue"));
     const std::string reds = picture("red.pal");
     EXPECT_EQ(reds.substr(reds.size() - 8, 6), std::string("\0\0\xff\0\0\xff", 6)) << "blue, green, red of two pixels";
+}
+
+TEST_F(ProgramTest, PathsOfACallStandForWhatTheyDidWhenItWasMade)
+{
+    std::filesystem::create_directories(folder / "other");
+    write_file(folder / "other/m.txt", smallMatrix);
+    write_file(folder / "other/t.csv", "kept");
+    write_file(folder / "red.pal", red_palette());
+    const auto at = [&](const char* input, std::vector<std::string> call) {
+        const program_result result = piped(folder, call, input);
+        EXPECT_EQ(result.status, 0) << call[0] << ' ' << call[1] << ": " << result.err;
+    };
+    for (const char* input : {"other/m.txt", "-"}) {
+        at("other/m.txt", {"stats", input, "--csv", "t.csv"});
+        EXPECT_TRUE(file_content(folder / "t.csv").starts_with("file,image")) << input;
+        EXPECT_EQ(file_content(folder / "other/t.csv"), "kept");
+        std::filesystem::remove(folder / "t.csv");
+        for (const char* legend : {"", "--legend=full", "--legend=compact"}) {
+            std::vector<std::string> call = {"render", input, "-o", "named.bmp", "--palette", "red.pal"};
+            if (*legend) call.emplace_back(legend);
+            at("other/m.txt", call);
+            call[3] = "full.bmp";
+            call[5] = (folder / "red.pal").native();
+            at("other/m.txt", call);
+            EXPECT_TRUE(file_content(folder / "named.bmp") == file_content(folder / "full.bmp")) << legend << input;
+        }
+    }
 }
 
 TEST_F(ProgramTest, ANameWithoutExtensionIsAFolderOfPictures)
