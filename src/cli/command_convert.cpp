@@ -53,7 +53,7 @@ bool is_other_name(const fs::path& target, const std::string& text)
 int run(const convert_options& options)
 {
     session call;
-    call.setFiles(options.files);
+    call.setFiles(options.files, {options.target});
     if (options.target == standardStream) return run_to_stream(call);
     const fs::path target = platform::to_path(platform::full_path(base::widen(options.target)));
     if (is_other_name(target, options.target)) {

@@ -113,7 +113,7 @@ json treat(const CStorageDoc& document, const std::wstring& path, const feature_
 int run(const feature_options& options)
 {
     session call;
-    call.setFiles(options.files);
+    call.setFiles(options.files, {options.csv, options.mask});
     feature_files outputs(call, options);
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
         return treat(document, path, options, outputs);

@@ -156,7 +156,7 @@ std::string image_text(const curves::force_image& image, const force_options& op
 int run(const force_options& options)
 {
     session call;
-    call.setFiles(options.files);
+    call.setFiles(options.files, {options.map});
     std::optional<force_map_output> maps;
     if (!options.map.empty()) maps.emplace(call, options.map);
     return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {

@@ -176,7 +176,7 @@ json treat(CStorageDoc& document, const std::wstring& path, const fourier_option
 int run(const fourier_options& options)
 {
     session call;
-    call.setFiles(options.files);
+    call.setFiles(options.files, {options.output, options.spectrum});
     fourier_outputs outputs(call, options);
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
         json entry = treat(document, path, options, outputs);

@@ -148,7 +148,7 @@ private:
 int run(const picture_options& options)
 {
     session call;
-    call.setFiles(options.files);
+    call.setFiles(options.files, {options.output});
     picture_names names(options.output);
     const bool oneFile = call.files().size() == 1;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {

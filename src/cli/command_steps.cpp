@@ -143,7 +143,7 @@ json treat(CStorageDoc& document, const std::wstring& path, const step_options& 
 int run(const step_options& options)
 {
     session call;
-    call.setFiles(options.files);
+    call.setFiles(options.files, {options.output});
     std::optional<result_files> outputs;
     if (!options.output.empty()) outputs.emplace(call, options.output, ".spm");
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {

@@ -11,8 +11,15 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 namespace cli {
+
+namespace {
+
+std::wstring full_path(const std::string& path) { return platform::full_path(base::widen(path)); }
+
+} // namespace
 
 std::filesystem::path identity(const std::filesystem::path& path)
 {
@@ -21,25 +28,33 @@ std::filesystem::path identity(const std::filesystem::path& path)
     return error ? path : real;
 }
 
-void session::setFiles(const std::vector<std::string>& paths)
+void session::setFiles(const std::vector<std::string>& paths, const std::vector<std::string>& outputs)
 {
+    std::set<std::filesystem::path> resultFolders;
+    for (const std::string& output : outputs)
+        if (output != standardStream) resultFolders.insert(identity(platform::to_path(full_path(output))));
     for (const std::string& path : paths) {
-        const std::wstring full = platform::full_path(base::widen(path));
+        const std::wstring full = full_path(path);
         std::error_code error;
         if (path != standardStream && std::filesystem::is_directory(platform::to_path(full), error))
-            addFolder(full);
+            addFolder(full, resultFolders);
         else
             setFile(path);
     }
 }
 
-void session::addFolder(const std::wstring& folder)
+void session::addFolder(const std::wstring& folder, const std::set<std::filesystem::path>& resultFolders)
 {
-    const std::vector<std::filesystem::path> found = document::recordings_in(platform::to_path(folder));
-    if (found.empty()) report(folder, "the folder holds no file that opens");
-    for (const std::filesystem::path& file : found) {
+    const document::folder_content found =
+        document::recordings_in(platform::to_path(folder), [&](const std::filesystem::path& below) {
+            return resultFolders.contains(identity(below));
+        });
+    for (const auto& [path, reason] : found.unreadables) knownFailures.push_back({platform::to_wide(path), reason});
+    if (found.recordings.empty() && found.unreadables.empty())
+        knownFailures.push_back({folder, document::why_no_recordings(found)});
+    for (const auto& [file, isCertain] : found.recordings) {
         inputs.push_back(platform::to_wide(file));
-        origins.push_back(document::claimed_format(file, false) ? origin::foundByContent : origin::foundByName);
+        origins.push_back(isCertain ? origin::foundByContent : origin::foundByName);
         inputIdentities.insert(identity(file));
     }
 }
@@ -47,7 +62,7 @@ void session::addFolder(const std::wstring& folder)
 void session::setFile(const std::string& path)
 {
     const bool isStream = path == standardStream;
-    inputs.push_back(isStream ? base::widen(path) : platform::full_path(base::widen(path)));
+    inputs.push_back(isStream ? base::widen(path) : full_path(path));
     origins.push_back(origin::named);
     if (!isStream) inputIdentities.insert(identity(platform::to_path(inputs.back())));
 }
@@ -127,6 +142,11 @@ void session::tellPassedOver()
 void session::forEachDocument(const std::function<void(CStorageDoc&, const std::wstring&)>& use,
                               const std::function<void(const std::wstring&, const std::string&)>& onFailure)
 {
+    const auto fail = [&](const std::wstring& path, const std::string& reason) {
+        report(path, reason);
+        if (onFailure) onFailure(path, reason);
+    };
+    for (const known_failure& each : std::exchange(knownFailures, {})) fail(each.path, each.reason);
     progress_bar progress(inputs.size());
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         host.onProgress = [&](double part) { progress.tell(part); };
@@ -139,11 +159,7 @@ void session::forEachDocument(const std::function<void(CStorageDoc&, const std::
             },
             failure);
         progress.clear();
-        if (!failure.empty()) {
-            failure = withoutKeptName(std::move(failure));
-            report(inputs[i], failure);
-            if (onFailure) onFailure(inputs[i], failure);
-        }
+        if (!failure.empty()) fail(inputs[i], withoutKeptName(std::move(failure)));
         progress.advance();
         while (host.interfaceQueue()->runNext()) continue; // what other threads asked for meanwhile
     }

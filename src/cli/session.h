@@ -34,7 +34,8 @@ public:
     session() : app(host) {}
 
     /// A folder stands for the recordings in it and below it, "-" for standard input.
-    void setFiles(const std::vector<std::string>& paths);
+    /// \param outputs  where results go: such a folder below one of the call holds those of an earlier call, no inputs
+    void setFiles(const std::vector<std::string>& paths, const std::vector<std::string>& outputs = {});
     /// One path, which is never taken for a folder, or "-".
     void setFile(const std::string& path);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
@@ -62,7 +63,13 @@ private:
     /// How a file came into the call. One that is known by its name alone may well be no recording.
     enum class origin { named, foundByContent, foundByName };
 
-    void addFolder(const std::wstring& folder);
+    /// What cannot be opened, known before anything is opened.
+    struct known_failure {
+        std::wstring path;
+        std::string reason;
+    };
+
+    void addFolder(const std::wstring& folder, const std::set<std::filesystem::path>& resultFolders);
     void openAndUse(std::size_t index, const std::function<void(CStorageDoc&, const std::wstring&)>& use,
                     std::string& failure);
     std::unique_ptr<CStorageDoc> openStandardInput(std::string& failure);
@@ -73,6 +80,7 @@ private:
     CWinApp app;
     std::vector<std::wstring> inputs;
     std::vector<origin> origins; ///< one an input
+    std::vector<known_failure> knownFailures;
     std::optional<platform::temporary_file> standardInput;
     std::size_t passedOver = 0;
     std::set<std::filesystem::path> inputIdentities;

@@ -2,14 +2,33 @@
 #include "document/formats/registry.h"
 
 #include <filesystem>
+#include <functional>
+#include <string>
 #include <vector>
 
 namespace document {
 
-/// The format that a file claims to be of, by its content or by its name as well; null when there is none.
-const formats::format_row* claimed_format(const std::filesystem::path& file, bool byName);
-/// The recordings in a folder and those below it, by name: files of whose format content or name speak. Folders that
-/// may not be read are passed over.
-std::vector<std::filesystem::path> recordings_in(const std::filesystem::path& folder);
+/// What a folder and those below it hold, lists in the order of names.
+struct folder_content {
+    struct recording {
+        std::filesystem::path path;
+        bool isCertain; ///< its content tells its format; else only its name does
+    };
+    struct unreadable {
+        std::filesystem::path path; ///< of a file or a folder
+        std::string reason;
+    };
+    std::vector<recording> recordings;   ///< of files that open as one recording the one that stands for them
+    std::vector<unreadable> unreadables; ///< nobody knows what these hold
+    std::size_t others = 0;              ///< files of whose format neither content nor name speaks
+};
+
+/// Looks through a folder. Links to folders are not followed.
+/// \param isLeftOut  asked for each folder below; may stay empty
+folder_content recordings_in(const std::filesystem::path& folder,
+                             const std::function<bool(const std::filesystem::path&)>& isLeftOut = {});
+
+/// Why a folder without recordings, all of which could be read, has nothing to open.
+std::string why_no_recordings(const folder_content& content);
 
 } // namespace document

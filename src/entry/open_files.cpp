@@ -13,17 +13,19 @@ namespace {
 
 constexpr std::size_t manyFiles = 20;
 
-/// \return the recordings of the folder that are to be opened
-std::vector<std::filesystem::path> chosen_of(CWinApp& app, const std::wstring& folder)
+/// \return the recordings of the folder that are to be opened; what could not be read is told
+std::vector<document::folder_content::recording> chosen_of(CWinApp& app, const std::wstring& folder)
 {
-    std::vector<std::filesystem::path> files = document::recordings_in(platform::to_path(folder));
-    if (files.empty())
-        app.reportFailure(folder, base::narrow(folder) + ": the folder holds no file that opens");
-    else if (files.size() > manyFiles &&
-             !app.host().askYesNo(base::formatted("%s holds %zu recordings. Open all of them?",
-                                                  base::narrow(folder).c_str(), files.size())))
+    document::folder_content found = document::recordings_in(platform::to_path(folder));
+    for (const auto& [path, reason] : found.unreadables)
+        app.reportFailure(platform::to_wide(path), path.native() + ": " + reason);
+    if (found.recordings.empty() && found.unreadables.empty())
+        app.reportFailure(folder, base::narrow(folder) + ": " + document::why_no_recordings(found));
+    if (found.recordings.size() > manyFiles &&
+        !app.host().askYesNo(base::formatted("%s holds %zu recordings. Open all of them?", base::narrow(folder).c_str(),
+                                             found.recordings.size())))
         return {};
-    return files;
+    return std::move(found.recordings);
 }
 
 void open_one(CWinApp& app, const std::wstring& name)
@@ -33,8 +35,8 @@ void open_one(CWinApp& app, const std::wstring& name)
     if (!std::filesystem::is_directory(platform::to_path(path), error))
         app.OpenDocumentFile(path.c_str());
     else
-        for (const std::filesystem::path& file : chosen_of(app, path))
-            app.OpenDocumentFile(platform::to_wide(file).c_str());
+        for (const document::folder_content::recording& each : chosen_of(app, path))
+            app.OpenDocumentFile(platform::to_wide(each.path).c_str());
 }
 
 } // namespace

@@ -173,6 +173,32 @@ TEST_F(ProgramTest, FoldersStandForTheRecordingsInThem)
     const program_result none = vldv({"info", "none"});
     EXPECT_EQ(none.status, 1);
     EXPECT_NE(none.err.find("none: the folder holds no file that opens"), std::string::npos) << none.err;
+    std::filesystem::create_symlink("loop.spm", folder / "in/loop.spm");
+    const nlohmann::json told = info({"in"}, 1)["files"];
+    ASSERT_EQ(told.size(), 3u) << "what cannot be read is no less a failure than what cannot be understood";
+    EXPECT_TRUE(std::string(told[0]["path"]).ends_with("in/loop.spm"));
+    EXPECT_EQ(told[0]["error"], "Too many levels of symbolic links");
+}
+
+TEST_F(ProgramTest, ASecondCallDoesNotReadTheResultsOfTheFirst)
+{
+    std::filesystem::create_directories(folder / "in/deep");
+    for (const char* name : {"in/a.txt", "in/deep/b.txt"}) write_file(folder / name, smallMatrix);
+    const std::vector<std::string> calls[] = {{"convert", "in", "--to", "in/out"},
+                                              {"render", "in", "-o", "in/out"},
+                                              {"features", "in", "--mask", "in/out", "--csv", "in/deep/out"},
+                                              {"steps", "in", "-o", "in/deep/../out"},
+                                              {"fourier", "in", "--spectrum", "in/out"}};
+    for (const std::vector<std::string>& call : calls) {
+        const program_result first = vldv(call), second = vldv(call);
+        EXPECT_EQ(first.status, 0) << call[0] << first.err;
+        EXPECT_EQ(second.status, 0) << call[0] << second.err;
+        EXPECT_EQ(second.out, first.out) << call[0];
+        std::filesystem::remove_all(folder / "in/out");
+        std::filesystem::remove_all(folder / "in/deep/out");
+    }
+    ASSERT_EQ(vldv({"convert", "in/a.txt", "--to", "in/deep"}).status, 0);
+    EXPECT_EQ(info({"in/deep"})["files"].size(), 2u) << "a call without results reads them";
 }
 
 /// The page tells what is built in; it is written anew by `vldv formats --markdown > docs/formats.md`.

@@ -95,8 +95,9 @@ TEST_F(SamplesTest, EveryRecordingConvertsToAContainerThatReadsBackEqual)
             }
         }
     }
-    // Ten are marked as rejects in the manifests, three waves hold nothing to show.
-    EXPECT_EQ(converted + 13, samples) << result.err;
+    // Ten are marked as rejects in the manifests, three waves hold nothing to show, and four data files open with the
+    // parameter file beside them.
+    EXPECT_EQ(converted + 17, samples) << result.err;
 }
 
 // Slopes and adhesions as an analysis gives them that was written apart from this program, from the same samples.

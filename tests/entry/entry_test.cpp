@@ -118,6 +118,10 @@ TEST_F(EntryTest, FoldersAndTheHomeFolderAreUnderstood)
     const std::wstring none = L"~/none";
     entry::open_files(*app, std::span(&none, 1));
     EXPECT_EQ(host.messages.back(), (folder / "none").string() + ": the folder holds no file that opens");
+    std::filesystem::create_symlink("loop", folder / "none/loop");
+    entry::open_files(*app, std::span(&none, 1));
+    EXPECT_EQ(host.messages.back(), (folder / "none/loop").string() + ": Too many levels of symbolic links");
+    std::filesystem::remove(folder / "none/loop");
 
     for (int i = 0; i < 19; ++i)
         std::filesystem::copy_file(folder / "in/a.spm", folder / ("in/" + std::to_string(i) + ".spm"));

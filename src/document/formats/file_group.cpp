@@ -133,4 +133,20 @@ base::read_result<recording> read_file_group(source& file, channel_file_reader r
     return whole;
 }
 
+std::string group_leader(const std::string& name, const std::vector<std::string>& names)
+{
+    const std::string lower = base::lower_ascii(name);
+    std::string leader = name;
+    std::size_t soonest = std::string::npos;
+    for (const std::string& each : names) {
+        const std::string other = base::lower_ascii(each);
+        const std::size_t tag = find_channel_tag(other);
+        if (tag >= soonest || extension_of(other) != extension_of(lower) || !lower.starts_with(other.substr(0, tag)))
+            continue;
+        soonest = tag;
+        leader = each;
+    }
+    return leader;
+}
+
 } // namespace formats

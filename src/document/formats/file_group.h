@@ -4,6 +4,7 @@
 #include "document/formats/source.h"
 
 #include <string>
+#include <vector>
 
 namespace formats {
 
@@ -23,5 +24,9 @@ channel_file_name parse_channel_file_name(const std::string& fileName);
 /// image of its own; the common beginning becomes the title. Files that cannot be read are left out. Without a tag,
 /// and when none could be read, the file is read alone.
 base::read_result<recording> read_file_group(source& file, channel_file_reader read);
+
+/// Which of `names`, sorted names of files of one folder, stands for the group that `name` opens in: the first of those
+/// whose tag comes soonest. The name itself where it is in no group.
+std::string group_leader(const std::string& name, const std::vector<std::string>& names);
 
 } // namespace formats

@@ -4,6 +4,7 @@
 #include "document/formats/source.h"
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -55,6 +56,10 @@ struct format_row {
     base::read_result<recording> (*read)(source& file);
     /// Possible content is tried under any name when no other row can read it.
     bool underAnyName = false;
+    /// Of a format whose recordings are several files, any of which opens them all: the one of `names` that stands for
+    /// those that open with `name`. `names` are the files of this format in one folder, sorted, `name` among them.
+    /// Null: each file is a recording of its own.
+    std::string (*leader)(const std::string& name, const std::vector<std::string>& names) = nullptr;
 };
 
 constexpr std::size_t sniffBytes = 4096;

@@ -29,10 +29,8 @@ base::read_result<std::string> read_parameter_text(source& file)
 /// The parameter file of the set that a data file belongs to.
 std::unique_ptr<source> find_parameter_file(source& data)
 {
-    const std::string wanted = data.name().substr(0, data.name().rfind('.')) + ".par";
-    for (const std::string& name : data.siblings())
-        if (base::equal_ignoring_case(name, wanted)) return data.sibling(name);
-    return nullptr;
+    const std::string found = scala_leader(data.name(), data.siblings());
+    return found != data.name() ? data.sibling(found) : nullptr;
 }
 
 /// Reads the channels of a set; what cannot be read is noted and does not stop the others.
@@ -190,6 +188,14 @@ base::read_result<recording> read_scala(source& file)
     if (!beside || base::equal_ignoring_case(beside->name(), file.name()))
         return base::read_error{0, "not an Omicron parameter file, and none with its name lies beside it"};
     return read_set(file, *beside);
+}
+
+std::string scala_leader(const std::string& name, const std::vector<std::string>& names)
+{
+    const std::string wanted = name.substr(0, name.rfind('.')) + ".par";
+    const auto found =
+        std::ranges::find_if(names, [&](const std::string& each) { return base::equal_ignoring_case(each, wanted); });
+    return found != names.end() ? *found : name;
 }
 
 bool sniff_scala(std::span<const std::byte> head)

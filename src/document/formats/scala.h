@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
+#include <vector>
 
 namespace formats {
 
@@ -12,6 +14,9 @@ namespace formats {
 /// image, spectroscopy on a grid as a volume, of single points as curves. A data file opens the whole set, too. Data
 /// files that are missing or damaged are named in the string "Missing channels".
 base::read_result<recording> read_scala(source& file);
+
+/// The parameter file of the set that a file belongs to, or the file itself where there is none.
+std::string scala_leader(const std::string& name, const std::vector<std::string>& names);
 
 bool sniff_scala(std::span<const std::byte> head);
 /// Data files of samples have no mark of their own: their names and the parameter file beside them tell.
