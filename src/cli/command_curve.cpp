@@ -2,13 +2,13 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/curve_source.h"
+#include "cli/word_choice.h"
 #include "curves/curve_spectrum.h"
 #include "curves/math_function.h"
 #include "curves/trend_line.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <map>
 #include <nlohmann/json.hpp>
 
 namespace cli {
@@ -155,11 +155,10 @@ void add_curve(CLI::App& app, int& status)
     CLI::App* command = app.add_subcommand("curve", "Calculate with curves and lines through images");
     std::vector<std::string> operations{"spectrum", "trend"};
     for (const auto& [name, function] : functions) operations.emplace_back(name);
-    command->add_option("--op", options->operation, "What is calculated")->required()->check(CLI::IsMember(operations));
-    const std::map<std::string, curves::spectrum_mode> modes = {{"power", curves::spectrum_mode::power},
-                                                                {"magnitude", curves::spectrum_mode::magnitude}};
-    command->add_option("--mode", options->mode, "Of a spectrum: power (default) or magnitude")
-        ->transform(CLI::CheckedTransformer(modes));
+    take_words(*command->add_option("--op", options->operation, "What is calculated")->required(), operations);
+    take_words<curves::spectrum_mode>(
+        *command->add_option("--mode", options->mode, "Of a spectrum (default: power)"),
+        {{"power", curves::spectrum_mode::power}, {"magnitude", curves::spectrum_mode::magnitude}});
     add_curve_options(*command, *options, true);
     command->callback([options, &status] { status = run(*options); });
 }

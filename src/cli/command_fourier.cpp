@@ -6,7 +6,8 @@
 #include "cli/output_names.h"
 #include "cli/picture_options.h"
 #include "cli/session.h"
-#include "platform/paths.h"
+#include "cli/terminal.h"
+#include "cli/word_choice.h"
 #include "spectra/fourier.h"
 #include "spectra/spectrum_stream.h"
 
@@ -254,10 +255,9 @@ void add_fourier(CLI::App& app, int& status)
     add_edits(*command, options);
     command->add_option("-o,--output", options->output, "File with the edited surfaces; a folder for several");
     command->add_option("--spectrum", options->spectrum, "File with the spectra as shown; a folder for several");
-    const std::map<std::string, spectra::spectrum_mode> modes = {{"power", spectra::spectrum_mode::power},
-                                                                 {"magnitude", spectra::spectrum_mode::magnitude}};
-    command->add_option("--mode", options->mode, "What is shown: power (default) or magnitude")
-        ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case));
+    take_words<spectra::spectrum_mode>(
+        *command->add_option("--mode", options->mode, "What is shown (default: power)"),
+        {{"power", spectra::spectrum_mode::power}, {"magnitude", spectra::spectrum_mode::magnitude}});
     command
         ->add_option_function<std::string>(
             "--contrast", [options](const std::string& text) { options->contrast = *parse_finite(text); },

@@ -8,6 +8,8 @@
 #include "cli/palette_choice.h"
 #include "cli/session.h"
 #include "cli/standard_streams.h"
+#include "cli/terminal.h"
+#include "cli/word_choice.h"
 #include "document/rising_heights.h"
 #include "output/picture_scaling.h"
 #include "output/picture_writer.h"
@@ -198,9 +200,8 @@ void add_render(CLI::App& app, int& status)
     command->add_option("--palette", options->palette, "Palette: " + palette_names() + ", 0 to 7, or a .pal file")
         ->check(palette_problem)
         ->capture_default_str();
-    const std::map<std::string, int> modes = {{"fixed", 0}, {"auto", 1}, {"line", 2}, {"planefit", 3}};
-    command->add_option("--mode", options->mode, "Scale: fixed, auto, line or planefit")
-        ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case));
+    take_words<int>(*command->add_option("--mode", options->mode, "Scale (default: auto)"),
+                    {{"fixed", 0}, {"auto", 1}, {"line", 2}, {"planefit", 3}});
     command->add_flag("--inverse", options->inverse, "Read the palette backwards");
     command->add_flag("--highlight", options->highlight, "Show the slope along the rows");
     command->add_flag("--absolute", options->absolute, "The fixed window starts at a height, not at the lowest point");
@@ -212,10 +213,9 @@ void add_render(CLI::App& app, int& status)
         ->add_option("--size", options->size,
                      "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample; with a legend, that of a window)")
         ->check(must_parse(parse_picture_size, "expected WIDTHxHEIGHT"));
-    command
-        ->add_option("--legend", options->legend,
-                     "Draw it as a window does: full (axes and margins) or compact (on the picture)")
-        ->transform(CLI::IsMember({"full", "compact"}, CLI::ignore_case));
+    take_words(*command->add_option("--legend", options->legend,
+                                    "Draw it as a window does: full (axes and margins) or compact (on the picture)"),
+               {"full", "compact"});
     command->callback([options, &status] {
         if (!options->fixed.empty()) options->mode = 0;
         status = run(*options);

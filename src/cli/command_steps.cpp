@@ -5,12 +5,13 @@
 #include "cli/frame_choice.h"
 #include "cli/number_limits.h"
 #include "cli/result_files.h"
+#include "cli/terminal.h"
+#include "cli/word_choice.h"
 #include "surface/step_results.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <iostream>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
@@ -159,12 +160,10 @@ void add_steps(CLI::App& app, int& status)
     CLI::App* command = app.add_subcommand("steps", "Find and follow the edges of terraces");
     command->add_option("files", options->files, "Files to open")->required();
     add_frame_options(*command, options->choice);
-    const std::map<std::string, surface::steps_direction> directions = {{"ltr", surface::steps_direction::leftToRight},
-                                                                        {"rtl", surface::steps_direction::rightToLeft}};
-    command
-        ->add_option("--direction", options->direction,
-                     "Edges that fall along the rows (ltr), or that rise (rtl, default)")
-        ->transform(CLI::CheckedTransformer(directions, CLI::ignore_case));
+    take_words<surface::steps_direction>(
+        *command->add_option("--direction", options->direction,
+                             "Edges that fall along the rows (ltr), or that rise (rtl, default)"),
+        {{"ltr", surface::steps_direction::leftToRight}, {"rtl", surface::steps_direction::rightToLeft}});
     command
         ->add_option_function<std::string>(
             "--threshold", [options](const std::string& text) { options->threshold = *base::whole_number(text); },

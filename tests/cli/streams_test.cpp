@@ -93,6 +93,14 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         {{"render", "m.txt", "-o", "x.png", "--palette", "gren"}, "no palette \"gren\"; the nearest name is green"},
         {{"render", "m.txt", "-o", "x.png", "--palette", "m.txt"}, "\"m.txt\" is no palette file"},
         {{"convert", "m.txt", "--to", "x.png"}, "x.png: is neither a name of a container (.spm) nor of a folder"}};
+        {{"render", "m.txt", "-o", "x.png", "--mode", "bogus"},
+         "--mode: expected fixed, auto, line or planefit, not \"bogus\""},
+        {{"render", "m.txt", "-o", "x.png", "--legend", "1"}, "--legend: expected full or compact, not \"1\""},
+        {{"steps", "m.txt", "--direction", "up"}, "--direction: expected ltr or rtl, not \"up\""},
+        {{"curve", "m.txt", "--op", "trend", "--mode", "3"}, "--mode: expected power or magnitude, not \"3\""},
+        {{"curve", "m.txt", "--op", "Fit"}, "--op: expected spectrum, trend, differentiate, autocorrelation, "},
+        {{"fourier", "m.txt", "--mode", "x"}, "--mode: expected power or magnitude, not \"x\""},
+        {{"render", "m.txt", "-o", "out.xyz"}, "\"out.xyz\" is neither a picture (png, bmp, jpg, tif) nor a folder"},
     write_file(folder / "m.txt", smallMatrix);
     for (const refusal& each : refusals) {
         const program_result result = vldv(each.arguments);
@@ -101,6 +109,8 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
     EXPECT_EQ(vldv({"--version"}).out, "vldv " VLDV_VERSION "\n");
+    const std::string help = vldv({"render", "--help"}).out;
+    EXPECT_NE(help.find("--mode TEXT:fixed, auto, line or planefit"), std::string::npos) << help;
 }
 
 TEST_F(ProgramTest, PalettesHaveNames)
