@@ -5,6 +5,7 @@
 #include "view/Scale.h"
 #include "view/palette_folder.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <vector>
@@ -22,11 +23,18 @@ struct palette_choice {
     color_table colors; ///< of another
 };
 
+/// Those that come with the program, by name: there are no settings that could name another folder.
+std::vector<view::file_palette> bundled_palettes()
+{
+    std::vector<view::file_palette> palettes = view::read_palette_folder(view::bundled_palette_folder());
+    std::ranges::sort(palettes, {}, &view::file_palette::name);
+    return palettes;
+}
+
 std::vector<std::string> all_names()
 {
     std::vector<std::string> names(builtInNames.begin(), builtInNames.end());
-    for (view::file_palette& each : view::read_palette_folder(view::palette_folder()))
-        names.push_back(std::move(each.name));
+    for (view::file_palette& each : bundled_palettes()) names.push_back(std::move(each.name));
     return names;
 }
 
@@ -41,7 +49,7 @@ std::string find(const std::string& text, palette_choice& found)
             found.builtIn = static_cast<int>(id);
             return {};
         }
-    for (view::file_palette& each : view::read_palette_folder(view::palette_folder()))
+    for (view::file_palette& each : bundled_palettes())
         if (base::equal_ignoring_case(text, each.name)) {
             found.colors = std::move(each.table);
             return {};

@@ -8,8 +8,8 @@ namespace cli {
 
 /// The names that `--palette` takes besides the numbers 0 to 7 and palette files, for its help.
 std::string palette_names();
-/// Gives a scale the palette that a text names: a built-in one by its name or number, one of the folder of palettes by
-/// its name, or a `.pal` file by its path.
+/// Gives a scale the palette that a text names: a built-in one by its name or number, one that comes
+/// with the program by its name, or a `.pal` file by its path.
 /// \return empty, or why there is no such palette
 std::string choose_palette(CScale& scale, const std::string& text);
 /// The same for a text alone, as CLI11's judge of it.

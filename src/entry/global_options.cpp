@@ -2,9 +2,9 @@
 
 #include "base/text.h"
 #include "platform/WinApp.h"
-#include "platform/interface_directory.h"
 #include "platform/paths.h"
 #include "view/Scale.h"
+#include "view/palette_folder.h"
 
 #include <string_view>
 #include <vector>
@@ -38,7 +38,7 @@ constexpr option_row rows[] = {
 std::string default_text(const option_row& row)
 {
     if (row.declaration != paletteFolder) return row.defaultText;
-    return base::narrow(platform::to_wide(get_interface_directory(true) / "palettes"));
+    return base::narrow(platform::to_wide(view::bundled_palette_folder()));
 }
 
 IProfile* profile()

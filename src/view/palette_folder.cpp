@@ -2,6 +2,7 @@
 
 #include "base/SPMVarList.h"
 #include "base/text.h"
+#include "platform/interface_directory.h"
 #include "platform/paths.h"
 #include "view/palette_file.h"
 
@@ -74,6 +75,8 @@ std::filesystem::path palette_folder()
     options->ReleaseList();
     return platform::to_path(platform::expanded_home(base::widen(expanded_environment(folder))));
 }
+
+std::filesystem::path bundled_palette_folder() { return get_interface_directory(true) / "palettes"; }
 
 std::optional<color_table> load_palette(const std::filesystem::path& path)
 {

@@ -17,6 +17,8 @@ struct file_palette {
 /// The folder of the option "directory.palettes" of the list "global_options", environment variables expanded; empty
 /// when there is none.
 std::filesystem::path palette_folder();
+/// The folder of the palettes that come with the program, beside it.
+std::filesystem::path bundled_palette_folder();
 /// A palette file, or nothing when it cannot be read or is none.
 std::optional<color_table> load_palette(const std::filesystem::path& path);
 /// All readable `.pal` files of a folder in the order of its listing; others are passed over.

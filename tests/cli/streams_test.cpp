@@ -124,6 +124,11 @@ TEST_F(ProgramTest, PalettesHaveNames)
     EXPECT_EQ(picture("Zebra"), picture("5"));
     EXPECT_NE(picture("gray"), picture("blue"));
     const std::string reds = picture("red.pal");
+    const std::filesystem::path bundled =
+        std::filesystem::path(VLDV_PROGRAM).parent_path() / "palettes" / "Even fire.pal";
+    EXPECT_EQ(picture("even fire"), picture(bundled.c_str()));
+    EXPECT_NE(picture("Even fire"), picture("brown"));
+    EXPECT_NE(vldv({"render", "--help"}).out.find("multicolor-2, Blue to orange, Blue to yellow, "), std::string::npos);
     EXPECT_EQ(reds.substr(reds.size() - 8, 6), std::string("\0\0\xff\0\0\xff", 6)) << "blue, green, red of two pixels";
 }
 
