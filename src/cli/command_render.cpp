@@ -110,6 +110,8 @@ std::string write_picture(CStorageDoc& document, const surface_number& which, co
     const auto format =
         path == standardStream ? output::picture_format::png : output::picture_format_of(path.filename().native());
     if (!format) return "the extension names no picture format (png, bmp, jpg, tif)";
+    const VLAxis& heights = document.getAxis(which.image, 0, unsigned(-1));
+    if (std::string reason = window_problem(options, heights.get_units()); !reason.empty()) return reason;
     if (!options.legend.empty()) {
         VLDIBImage picture;
         if (std::string reason = draw_with_legend(document, which, options, picture); !reason.empty()) return reason;

@@ -1,6 +1,7 @@
 #include "cli/picture_options.h"
 
 #include "base/text.h"
+#include "base/units.h"
 
 #include <cmath>
 
@@ -26,6 +27,14 @@ std::optional<fixed_window> parse_fixed_window(const std::string& text)
     const auto start = base::whole_number(parts[0]), size = base::whole_number(parts[1]);
     if (!start || !size || !std::isfinite(*start) || !std::isfinite(*size) || *size <= 0.0) return std::nullopt;
     return fixed_window{*start, *size, std::string(base::trimmed(parts[2]))};
+}
+
+std::string window_problem(const picture_options& options, const char* units)
+{
+    const auto window = parse_fixed_window(options.fixed);
+    if (!window || units_convertable(window->units.c_str(), units) > 0) return {};
+    const auto in = [](const std::string& text) { return text.empty() ? "without a unit" : "in " + text; };
+    return "the window of --fixed is " + in(window->units) + ", the heights of the image are " + in(units);
 }
 
 std::optional<picture_size> parse_picture_size(const std::string& text)

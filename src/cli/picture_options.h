@@ -28,6 +28,8 @@ struct picture_size {
 
 /// "START,SIZE,UNITS", finite and the size positive; nothing for another text.
 std::optional<fixed_window> parse_fixed_window(const std::string& text);
+/// Why the window of `--fixed` shows nothing of an image with heights in these units, or empty.
+std::string window_problem(const picture_options& options, const char* units);
 /// "WIDTHxHEIGHT", both positive and at most 32768.
 std::optional<picture_size> parse_picture_size(const std::string& text);
 /// "LEFT,TOP,RIGHT,BOTTOM" in samples.

@@ -150,6 +150,27 @@ TEST_F(PictureTest, APictureNeverReplacesWhatItWasMadeOf)
     }
     EXPECT_EQ(vldv({"render", "scan.bmp", "-o", "again.bmp"}).status, 0);
 }
+TEST_F(PictureTest, AWindowOfAnotherQuantityIsRefused)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    write_file(folder / "counts.txt", "# Channel: Counts\n# Width: 2 nm\n# Height: 2 nm\n1 2\n3 4\n");
+    const struct {
+        const char *file, *window, *reason;
+    } rows[] = {
+        {"m.txt", "0,10,V", "the window of --fixed is in V, the heights of the image are in nm"},
+        {"m.txt", "0,10,", "the window of --fixed is without a unit, the heights of the image are in nm"},
+        {"counts.txt", "0,10,nm", "the window of --fixed is in nm, the heights of the image are without a unit"},
+        {"m.txt", "0,0.01,um", ""},
+        {"counts.txt", "0,10,", ""}};
+    for (const auto& row : rows)
+        for (const char* legend : {"--legend=full", "--highlight"}) {
+            const program_result result = vldv({"render", row.file, "-o", "x.png", "--fixed", row.window, legend});
+            EXPECT_EQ(result.status, *row.reason ? 1 : 0) << row.window;
+            EXPECT_NE(result.err.find(row.reason), std::string::npos) << result.err;
+            EXPECT_EQ(std::filesystem::remove(folder / "x.png"), !*row.reason);
+        }
+}
+
 
 TEST_F(PictureTest, ARegionOutsideTheSurfaceIsCut)
 {
