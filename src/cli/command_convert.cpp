@@ -3,11 +3,13 @@
 #include "cli/commands.h"
 #include "cli/session.h"
 #include "cli/standard_streams.h"
+#include "cli/terminal.h"
 #include "platform/paths.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <set>
+#include <iostream>
+#include <stdexcept>
 
 namespace cli {
 
@@ -69,15 +71,12 @@ int run(const convert_options& options)
         call.report(platform::to_wide(target), error.message());
         return call.status();
     }
-    std::set<fs::path> outputs;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         const fs::path output = output_path(target, isFolder, document, path);
-        if (call.isInput(output))
-            return call.report(path, "the output \"" + output.native() + "\" is an input of this call");
-        if (!outputs.insert(identity(output)).second)
-            return call.report(path, "the output \"" + output.native() + "\" was written by this call already");
-        const std::string reason = call.save(document, platform::to_wide(output));
-        if (!reason.empty()) call.report(path, reason);
+        call.claim(output);
+        if (const std::string reason = call.save(document, platform::to_wide(output)); !reason.empty())
+            throw std::runtime_error(reason);
+        std::cout << path_line(output.native()) << '\n';
     });
     return call.status();
 }

@@ -6,6 +6,7 @@
 #include "cli/frame_choice.h"
 #include "cli/picture_options.h"
 #include "cli/result_files.h"
+#include "cli/terminal.h"
 #include "output/picture_writer.h"
 
 #include <CLI/CLI.hpp>
@@ -67,8 +68,8 @@ class feature_files {
 public:
     feature_files(session& call, const feature_options& options) : oneFile(call.files().size() == 1)
     {
-        if (!options.csv.empty()) tables.emplace(call, options.csv, ".csv");
-        if (!options.mask.empty()) masks.emplace(call, options.mask, ".png");
+        if (!options.csv.empty()) tables.emplace(call, output_names(options.csv, ".csv"));
+        if (!options.mask.empty()) masks.emplace(call, output_names(options.mask, ".png"));
     }
     /// Adds the names of what it wrote.
     void write(const frame_features& made, const frame& which, bool alone, const std::wstring& input, json& entry)
@@ -95,7 +96,7 @@ json treat(const CStorageDoc& document, const std::wstring& path, const feature_
 {
     const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface);
     json images = json::array();
-    std::string text = base::narrow(path) + '\n';
+    std::string text = path_line(base::narrow(path)) + '\n';
     for (const frame& each : frames) {
         const frame_features made = find_features(document, each, options);
         json entry = {{"id", document.getImage(each.image).get_name()}, {"image", each.image}, {"subimage", each.sub}};

@@ -6,6 +6,7 @@
 #include "cli/force_map_output.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "cli/terminal.h"
 #include "curves/force_curve.h"
 #include "curves/force_report.h"
 #include "curves/force_source.h"
@@ -176,7 +177,7 @@ int run(const force_options& options)
             entries.back().update({{"map", made.path}, {"maps", made.titles}, {"voids", made.voids}});
             return;
         }
-        std::cout << made.path << '\n';
+        std::cout << path_line(made.path) << '\n';
         for (std::size_t i = 0; i < made.titles.size(); ++i)
             if (made.voids[i] != 0)
                 std::cout << "  " << made.titles[i] << ": " << made.voids[i]

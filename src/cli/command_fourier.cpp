@@ -3,8 +3,8 @@
 #include "cli/commands.h"
 #include "cli/file_reports.h"
 #include "cli/frame_choice.h"
-#include "cli/output_names.h"
 #include "cli/picture_options.h"
+#include "cli/result_files.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
 #include "cli/word_choice.h"
@@ -23,7 +23,6 @@ namespace cli {
 namespace {
 
 using json = nlohmann::ordered_json;
-namespace fs = std::filesystem;
 
 struct fourier_options {
     std::vector<std::string> files;
@@ -128,34 +127,14 @@ private:
 };
 
 /// The two kinds of files that a call writes.
-class fourier_outputs {
-public:
-    fourier_outputs(session& call_, const fourier_options& options) : call(call_), alone(call_.files().size() == 1)
+struct fourier_outputs {
+    fourier_outputs(session& call, const fourier_options& options)
     {
-        if (!options.output.empty()) edited = output_names::of_containers(options.output);
-        if (!options.spectrum.empty()) shown = output_names::of_containers(options.spectrum);
+        if (!options.output.empty()) edited.emplace(call, output_names::of_containers(options.output));
+        if (!options.spectrum.empty()) shown.emplace(call, output_names::of_containers(options.spectrum));
     }
 
-    /// \throws std::runtime_error with the reason
-    std::string save(std::optional<output_names>& names, CStorageDoc& document, const std::wstring& input,
-                     const char* suffix)
-    {
-        const fs::path path = names->next(input, suffix, alone);
-        if (call.isInput(path))
-            throw std::runtime_error("the output \"" + path.native() + "\" is an input of this call");
-        if (!written.insert(identity(path)).second)
-            throw std::runtime_error("the output \"" + path.native() + "\" was written by this call already");
-        if (const std::string reason = call.save(document, platform::to_wide(path)); !reason.empty())
-            throw std::runtime_error(reason);
-        return path.native();
-    }
-
-    std::optional<output_names> edited, shown;
-
-private:
-    session& call;
-    bool alone;
-    std::set<fs::path> written;
+    std::optional<result_files> edited, shown;
 };
 
 json treat(CStorageDoc& document, const std::wstring& path, const fourier_options& options, fourier_outputs& outputs)
@@ -164,11 +143,11 @@ json treat(CStorageDoc& document, const std::wstring& path, const fourier_option
     document_spectra made(document, options);
     made.run(frames);
     json entry = {{"path", base::narrow(path)}};
-    if (outputs.edited) entry["output"] = outputs.save(outputs.edited, document, path, "");
+    if (outputs.edited) entry["output"] = outputs.edited->save(document, path).native();
     if (outputs.shown) {
         CStorageDoc pictures;
         made.fill(pictures);
-        entry["spectrum"] = outputs.save(outputs.shown, pictures, path, "-spectrum");
+        entry["spectrum"] = outputs.shown->save(pictures, path, "-spectrum").native();
     }
     entry["images"] = made.entries();
     return entry;
@@ -183,7 +162,7 @@ int run(const fourier_options& options)
         json entry = treat(document, path, options, outputs);
         if (!options.asJson)
             for (const char* const kind : {"output", "spectrum"})
-                if (entry.contains(kind)) std::cout << entry[kind].get<std::string>() << '\n';
+                if (entry.contains(kind)) std::cout << path_line(entry[kind].get<std::string>()) << '\n';
         return entry;
     });
 }

@@ -6,6 +6,7 @@
 #include "cli/frame_choice.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "cli/terminal.h"
 #include "document/measured_samples.h"
 #include "spectra/histogram.h"
 
@@ -85,7 +86,7 @@ json document_json(const CStorageDoc& document, const std::vector<frame_histogra
 /// What the view writes under the chart, then a bin a line: the value of its middle and its count.
 void print_text(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
 {
-    std::string text = base::narrow(path) + '\n';
+    std::string text = path_line(base::narrow(path)) + '\n';
     for (const auto& [which, counted, share, units] : made) {
         text += "  " + frame_title(document, which) + '\n';
         if (counted.totalCount == 0) {

@@ -7,6 +7,7 @@
 #include "cli/frame_choice.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "cli/terminal.h"
 #include "document/rising_heights.h"
 
 #include <CLI/CLI.hpp>
@@ -69,7 +70,8 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
         return base::formatted("--at %d,%d lies outside of the image of %d x %d samples", seed.x, seed.y, frame.width,
                                frame.height);
     const std::vector<CPoint> contour = surface::trace_isoline(frame, seed);
-    if (contour.empty()) std::cerr << base::narrow(path) << ": " << surface::why_no_isoline(frame, seed) << '\n';
+    if (contour.empty())
+        std::cerr << visible_text(base::narrow(path)) << ": " << surface::why_no_isoline(frame, seed) << '\n';
     if (options.json)
         print_json(path, options, samples[std::ptrdiff_t{seed.y} * frame.width + seed.x], contour);
     else

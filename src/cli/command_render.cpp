@@ -99,7 +99,7 @@ std::string write_pixels(const output::pixel_view& pixels, output::picture_forma
         return {};
     }
     output::save_file_atomically(path, *encoded);
-    std::cout << path.native() << '\n';
+    std::cout << path_line(path.native()) << '\n';
     return {};
 }
 
@@ -133,7 +133,12 @@ class picture_names {
 public:
     explicit picture_names(const std::string& output)
     {
-        if (output != standardStream) names.emplace(output, ".png");
+        if (output == standardStream) return;
+        names.emplace(output, ".png");
+        if (!names->areInFolder() && !output::picture_format_of(fs::path(output).filename().native()))
+            throw CLI::ValidationError("--output", '"' + visible_text(output) +
+                                                       "\" is neither a picture (png, bmp, jpg, tif) nor a "
+                                                       "folder, which would end with a slash");
     }
     /// \throws std::runtime_error when there is no room for another
     fs::path next(const std::wstring& input, const std::string& suffix, bool alone)
@@ -151,9 +156,9 @@ private:
 
 int run(const picture_options& options)
 {
+    picture_names names(options.output);
     session call;
     call.setFiles(options.files, {options.output});
-    picture_names names(options.output);
     const bool oneFile = call.files().size() == 1;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         std::string skipped;
@@ -167,9 +172,8 @@ int run(const picture_options& options)
             try {
                 const fs::path picture =
                     names.next(path, base::formatted("-%u-%u", each.image, each.sub), oneFile && found.size() == 1);
-                const std::string reason = call.isInput(picture)
-                                               ? "the picture \"" + picture.native() + "\" is an input of this call"
-                                               : write_picture(document, each, options, picture);
+                if (picture != standardStream) call.claim(picture);
+                const std::string reason = write_picture(document, each, options, picture);
                 if (!reason.empty()) call.report(path, where + reason);
             } catch (const std::exception& failure) {
                 call.report(path, where + failure_text(failure));

@@ -7,6 +7,7 @@
 #include "cli/frame_choice.h"
 #include "cli/session.h"
 #include "cli/standard_streams.h"
+#include "cli/terminal.h"
 #include "output/picture_writer.h"
 #include "platform/paths.h"
 #include "surface/statistics.h"
@@ -73,7 +74,7 @@ json document_json(const CStorageDoc& document, const std::vector<frame_rows>& f
 
 void print_figures(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
 {
-    std::cout << base::narrow(path) << '\n';
+    std::cout << path_line(base::narrow(path)) << '\n';
     for (const auto& [which, rows] : figures) {
         std::cout << "  " << frame_title(document, which) << '\n';
         for (const surface::statistics_row& row : rows) {
@@ -132,11 +133,10 @@ int run(const stats_options& options)
         throw CLI::ValidationError("stats", "--json and --csv - would share standard output");
     session call;
     call.setFiles(options.files);
-    const bool isFile = !options.csv.empty() && options.csv != standardStream;
-    const std::wstring output = isFile ? platform::full_path(base::widen(options.csv)) : base::widen(options.csv);
-    if (isFile && call.isInput(platform::to_path(output))) {
-        call.report(output, "the table is an input of this call");
-        return call.status();
+    std::filesystem::path output = options.csv;
+    if (!options.csv.empty() && options.csv != standardStream) {
+        output = platform::to_path(platform::full_path(base::widen(options.csv)));
+        call.claim(output);
     }
     stats_table table;
     report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
@@ -146,7 +146,7 @@ int run(const stats_options& options)
         if (options.csv.empty()) print_figures(document, figures, path);
         return {};
     });
-    if (!options.csv.empty()) table.save(platform::to_path(output));
+    if (!options.csv.empty()) table.save(output);
     return call.status();
 }
 

@@ -131,10 +131,10 @@ json treat(CStorageDoc& document, const std::wstring& path, const step_options& 
     const std::vector<frame_steps> found = find_all(document, options);
     json entry = {{"path", base::narrow(path)}};
     json images = images_json(document, found);
-    const std::string text = base::narrow(path) + '\n' + to_text(document, found);
+    const std::string text = path_line(base::narrow(path)) + '\n' + to_text(document, found);
     if (outputs) {
         store(document, found);
-        entry["output"] = outputs->save(document, path);
+        entry["output"] = outputs->save(document, path).native();
     }
     entry["images"] = std::move(images);
     if (!options.asJson) std::cout << text;
@@ -146,7 +146,7 @@ int run(const step_options& options)
     session call;
     call.setFiles(options.files, {options.output});
     std::optional<result_files> outputs;
-    if (!options.output.empty()) outputs.emplace(call, options.output, ".spm");
+    if (!options.output.empty()) outputs.emplace(call, output_names(options.output, ".spm"));
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
         return treat(document, path, options, outputs);
     });

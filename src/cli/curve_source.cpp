@@ -4,6 +4,7 @@
 #include "cli/file_reports.h"
 #include "cli/number_limits.h"
 #include "cli/session.h"
+#include "cli/terminal.h"
 #include "document/formats/curve_lengths.h"
 
 #include <CLI/CLI.hpp>
@@ -106,7 +107,7 @@ nlohmann::ordered_json axis_json(const VLAxis& axis)
 
 std::string heading(const CStorageDoc& document, const std::wstring& path, unsigned image)
 {
-    return base::formatted("%s, image %u: %s\n", base::narrow(path).c_str(), image,
+    return base::formatted("%s, image %u: %s\n", path_line(base::narrow(path)).c_str(), image,
                            document.getImage(image).get_name());
 }
 

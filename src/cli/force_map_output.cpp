@@ -6,7 +6,6 @@
 #include "curves/force_source.h"
 #include "document/formats/curve_lengths.h"
 #include "document/formats/void_points.h"
-#include "platform/paths.h"
 
 #include <algorithm>
 #include <optional>
@@ -16,8 +15,6 @@
 namespace cli {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// "img%d" with the first number from the count of images on that is not taken.
 std::string next_name(const CStorageDoc& document, std::span<const SPMDataStream> made)
@@ -113,18 +110,8 @@ bool is_mapped(const CStorageDoc& document, unsigned image, int wanted)
 } // namespace
 
 force_map_output::force_map_output(session& call_, const std::string& target)
-    : call(call_), names(output_names::of_containers(target))
+    : call(call_), files(call_, output_names::of_containers(target))
 {
-}
-
-fs::path force_map_output::outputFor(const std::wstring& path)
-{
-    const fs::path output = names.next(path, "", call.files().size() == 1);
-    if (call.isInput(output))
-        throw std::runtime_error("the output \"" + output.native() + "\" is an input of this call");
-    if (!outputs.insert(identity(output)).second)
-        throw std::runtime_error("the output \"" + output.native() + "\" was written by this call already");
-    return output;
 }
 
 force_map_output::written force_map_output::write(CStorageDoc& document, const std::wstring& path, int image, int sub)
@@ -133,14 +120,11 @@ force_map_output::written force_map_output::write(CStorageDoc& document, const s
     for (unsigned i = 0; i < document.getImagesNumber(); ++i)
         if (is_mapped(document, i, image)) maps.add(i, sub);
     if (maps.streams.empty()) throw nothing_to_treat("there is no volume of force curves to map");
-    const fs::path output = outputFor(path);
     const unsigned first = document.getImagesNumber();
     document.AddNewImages(maps.streams.data(), static_cast<unsigned>(maps.streams.size()));
     for (unsigned i = 0; i < maps.voids.size(); ++i)
         if (maps.voids[i] != 0) document.setString("\\Void points", std::to_string(maps.voids[i]).c_str(), first + i);
-    const std::string reason = call.save(document, platform::to_wide(output));
-    if (!reason.empty()) throw std::runtime_error(reason);
-    written out{output.native(), {}, maps.voids};
+    written out{files.save(document, path).native(), {}, maps.voids};
     for (const SPMDataStream& stream : maps.streams) out.titles.emplace_back(stream.get_description());
     return out;
 }

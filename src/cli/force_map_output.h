@@ -1,9 +1,7 @@
 #pragma once
-#include "cli/output_names.h"
+#include "cli/result_files.h"
 #include "cli/session.h"
 
-#include <filesystem>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -27,11 +25,8 @@ public:
     written write(CStorageDoc& document, const std::wstring& path, int image, int sub);
 
 private:
-    std::filesystem::path outputFor(const std::wstring& path);
-
     session& call;
-    output_names names;
-    std::set<std::filesystem::path> outputs;
+    result_files files;
 };
 
 } // namespace cli

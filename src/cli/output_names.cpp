@@ -2,9 +2,11 @@
 
 #include "base/text.h"
 #include "cli/standard_streams.h"
+#include "cli/terminal.h"
 #include "platform/paths.h"
 
 #include <CLI/Error.hpp>
+#include <stdexcept>
 
 namespace cli {
 
@@ -16,7 +18,9 @@ output_names::output_names(const std::string& output, std::string extension)
     if (output == standardStream) throw CLI::ValidationError("-", "these results go to files, not to standard output");
     std::error_code error;
     isFolder = output.ends_with('/') || target.extension().empty() || fs::is_directory(target, error);
+    error.clear();
     if (isFolder) fs::create_directories(target, error);
+    if (error) throw std::runtime_error(visible_text(target.native()) + ": " + error.message());
 }
 
 output_names output_names::of_containers(const std::string& output)

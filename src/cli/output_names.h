@@ -11,9 +11,12 @@ public:
     /// \param output     a folder when it ends with a slash, has no extension or is one, and is made when it is missing
     /// \param extension  of the names in a folder; elsewhere results share that of `output`
     /// \throws CLI::ValidationError  when it is "-": results with names cannot share standard output
+    /// \throws std::runtime_error     when the folder cannot be made, with the reason
     output_names(const std::string& output, std::string extension);
     /// Of native containers; an `output` that is not the name of one is a folder.
     static output_names of_containers(const std::string& output);
+
+    bool areInFolder() const noexcept { return isFolder; }
 
     /// The name of a result of a file: `output` itself for one that is `alone`, in a folder FILE + suffix + extension,
     /// else STEM-FILE + suffix + extension beside it. Never the same twice. A file that has the extension already does

@@ -3,29 +3,25 @@
 #include "cli/session.h"
 
 #include <filesystem>
-#include <set>
 #include <string>
+#include <utility>
 
 namespace cli {
 
-/// Names for the files of one kind that a call writes: never an input of the call, never the same twice.
+/// Names for the files of one kind that a call writes: never an input of the call, never the same file twice.
 class result_files {
 public:
-    /// As for `output_names`.
-    result_files(session& call_, const std::string& output, std::string extension)
-        : call(call_), names(output, std::move(extension))
-    {
-    }
+    result_files(session& call_, output_names names_) : call(call_), names(std::move(names_)) {}
 
     /// \throws std::runtime_error with the reason, where the name cannot be written to
     std::filesystem::path next(const std::wstring& input, const std::string& suffix, bool alone);
-    /// Saves a document under the next name, which has no suffix. \throws std::runtime_error with the reason
-    std::string save(CStorageDoc& document, const std::wstring& input);
+    /// Saves a document under the next name, which is that of the whole call where it has a single file.
+    /// \return where. \throws std::runtime_error with the reason
+    std::filesystem::path save(CStorageDoc& document, const std::wstring& input, const std::string& suffix = {});
 
 private:
     session& call;
     output_names names;
-    std::set<std::filesystem::path> written;
 };
 
 } // namespace cli

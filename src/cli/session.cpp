@@ -19,14 +19,24 @@ namespace {
 
 std::wstring full_path(const std::string& path) { return platform::full_path(base::widen(path)); }
 
-} // namespace
-
+/// Two names of one file give equal paths, also for a file that is not there yet.
 std::filesystem::path identity(const std::filesystem::path& path)
 {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
     return error ? path : real;
 }
+
+/// A message stays on its line whatever path it names.
+std::string with_visible(std::string message, const std::string& path)
+{
+    const std::string shown = visible_text(path);
+    for (std::size_t at = 0; !path.empty() && (at = message.find(path, at)) != std::string::npos; at += shown.size())
+        message.replace(at, path.size(), shown);
+    return message;
+}
+
+} // namespace
 
 void session::setFiles(const std::vector<std::string>& paths, const std::vector<std::string>& outputs)
 {
@@ -67,6 +77,24 @@ void session::setFile(const std::string& path)
     if (!isStream) inputIdentities.insert(identity(platform::to_path(inputs.back())));
 }
 
+void session::claim(const std::filesystem::path& output)
+{
+    const std::filesystem::path real = identity(output);
+    const auto refuse = [&](const char* why) {
+        throw std::runtime_error("the output \"" + visible_text(output.native()) + "\" " + why);
+    };
+    if (inputIdentities.contains(real)) refuse("is an input of this call");
+    if (!outputIdentities.insert(real).second) refuse("was written by this call already");
+}
+
+std::filesystem::path session::readable(const std::wstring& path)
+{
+    if (path != base::widen(standardStream)) return platform::to_path(path);
+    if (standardInput) throw std::runtime_error("standard input can be read only once");
+    take_standard_input(standardInput.emplace());
+    return standardInput->path();
+}
+
 std::unique_ptr<CStorageDoc> session::open(const std::wstring& path, std::string& failure)
 {
     if (path == base::widen(standardStream)) return openStandardInput(failure);
@@ -83,9 +111,8 @@ std::unique_ptr<CStorageDoc> session::open(const std::wstring& path, std::string
 
 std::unique_ptr<CStorageDoc> session::openStandardInput(std::string& failure)
 {
-    if (standardInput) throw std::runtime_error("standard input can be read only once");
-    take_standard_input(standardInput.emplace());
-    std::unique_ptr<CStorageDoc> document = open(standardInput->wide_path(), failure);
+    const std::filesystem::path kept = readable(base::widen(standardStream));
+    std::unique_ptr<CStorageDoc> document = open(platform::to_wide(kept), failure);
     if (document) document->SetPathName(base::widen(standardStream).c_str(), false);
     return document;
 }
@@ -102,7 +129,7 @@ std::string session::save(CStorageDoc& document, const std::wstring& path)
 {
     if (document.DoSave(path.c_str(), false)) return {};
     const std::string reason = host.takeMessages();
-    return reason.empty() ? "could not be saved" : reason;
+    return reason.empty() ? "could not be saved" : with_visible(reason, base::narrow(path));
 }
 
 void session::report(const std::wstring& path, const std::string& reason)
@@ -110,8 +137,8 @@ void session::report(const std::wstring& path, const std::string& reason)
     failed = true;
     const std::string file = base::narrow(path);
     // Most reasons name the file already.
-    if (reason.find(file) == std::string::npos) std::cerr << visible_text(file) << ": ";
-    std::cerr << visible_lines(reason) << '\n';
+    const bool isNamed = file != standardStream && reason.find(file) != std::string::npos;
+    std::cerr << (isNamed ? "" : visible_text(file) + ": ") << visible_lines(with_visible(reason, file)) << '\n';
 }
 
 void session::openAndUse(std::size_t index, const std::function<void(CStorageDoc&, const std::wstring&)>& use,

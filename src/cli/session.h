@@ -18,9 +18,6 @@ namespace cli {
 /// Exit statuses.
 constexpr int allDone = 0, someFailed = 1, badUsage = 2;
 
-/// Two names of one file give equal paths, also for a file that is not there yet.
-std::filesystem::path identity(const std::filesystem::path& path);
-
 /// Thrown where a file holds nothing that the command treats: a failure of a file that was named, while one that was
 /// found in a folder is passed over.
 class nothing_to_treat : public std::runtime_error {
@@ -39,9 +36,12 @@ public:
     /// One path, which is never taken for a folder, or "-".
     void setFile(const std::string& path);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
-    /// Whether a name, through links too, is that of a file of the call: such a file is never written.
-    bool isInput(const std::filesystem::path& path) const { return inputIdentities.contains(identity(path)); }
+    /// Takes a name for a result. A file of the call is never written, nor the same file twice, by whatever name.
+    /// \throws std::runtime_error with the reason
+    void claim(const std::filesystem::path& output);
 
+    /// Where to read a file of the call: itself, or what standard input is kept in. \throws std::runtime_error
+    std::filesystem::path readable(const std::wstring& path);
     /// The document of a file, or null; `failure` then says why. The current folder stays what it is.
     std::unique_ptr<CStorageDoc> open(const std::wstring& path, std::string& failure);
     /// Saves without asking. \return empty, or why it failed
@@ -83,7 +83,7 @@ private:
     std::vector<known_failure> knownFailures;
     std::optional<platform::temporary_file> standardInput;
     std::size_t passedOver = 0;
-    std::set<std::filesystem::path> inputIdentities;
+    std::set<std::filesystem::path> inputIdentities, outputIdentities;
     bool failed = false;
 };
 

@@ -80,6 +80,13 @@ std::string visible(std::string_view text, bool keepsLines)
 std::string visible_text(std::string_view text) { return visible(text, false); }
 std::string visible_lines(std::string_view text) { return visible(text, true); }
 
+std::string path_line(std::string_view path)
+{
+    std::string line;
+    for (const char c : path) line += c == '\n' ? "\\n" : c == '\r' ? "\\r" : std::string(1, c);
+    return line;
+}
+
 visible_buffer::~visible_buffer() { dropPending(); }
 
 bool visible_buffer::dropPending()

@@ -14,6 +14,9 @@ std::string visible_text(std::string_view text);
 /// The same of several lines, whose ends and tabs stay.
 std::string visible_lines(std::string_view text);
 
+/// A path as a line of what is printed, for scripts as well: its line ends are shown, all other bytes stay.
+std::string path_line(std::string_view path);
+
 /// Lets everything that goes to a stream through `visible_lines`, piece by piece.
 class visible_buffer : public std::streambuf {
 public:

