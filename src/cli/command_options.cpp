@@ -7,7 +7,6 @@
 #include "cli/file_reports.h"
 #include "cli/option_table.h"
 #include "cli/session.h"
-#include "platform/paths.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -90,8 +89,9 @@ int run(const options_options& options)
     call.setFile(options.file);
     const std::wstring& path = call.files().front();
     const auto complain = [&](const std::string& problem) { call.report(path, problem); };
+    const std::filesystem::path file = call.readable(path);
     errno = 0;
-    std::ifstream in(platform::to_path(path), std::ios::binary);
+    std::ifstream in(file, std::ios::binary);
     const option_table table = read_option_table(in);
     if (!in.is_open() || in.bad()) {
         complain(errno ? std::strerror(errno) : "cannot be read");

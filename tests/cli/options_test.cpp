@@ -124,4 +124,12 @@ TEST_F(ProgramTest, HostileDeclarationsAreNamedAndTheRestIsDone)
     EXPECT_EQ(variables[1]["value"], "00000000");
 }
 
+TEST_F(ProgramTest, ATableComesFromStandardInput)
+{
+    write_file(folder / "t.txt", "a(A),int\t7\n");
+    const program_result piped = run_vldv(folder.path, {"options", "-"}, {}, folder / "t.txt");
+    EXPECT_EQ(piped.status, 0) << piped.err;
+    EXPECT_EQ(piped.out, vldv({"options", "t.txt"}).out);
+}
+
 } // namespace
