@@ -1,6 +1,8 @@
 // The vldv program as a script meets it.
 #include "program_fixture.h"
 
+#include <algorithm>
+
 namespace {
 
 using json = nlohmann::json;
@@ -32,6 +34,25 @@ TEST_F(ProgramTest, ExamplesHoldWhatTheyPromise)
     const json volume = info({"ex/force-volume.spm"})["files"][0]["images"][0];
     EXPECT_EQ(volume["dimensions"].size(), 3u);
     EXPECT_EQ(volume["dimensions"][0]["axes"][0]["units"], "nm") << "the curve is fastest";
+}
+
+TEST_F(ProgramTest, ExamplesNeverReplaceWhatSomebodyMadeOfThem)
+{
+    examples();
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"convert", "m.txt", "-o", "ex/grains.spm"}).status, 0);
+    write_file(folder / "ex/section.spm", "notes");
+    const std::string grains = file_content(folder / "ex/grains.spm");
+    const program_result again = vldv({"examples", "ex"});
+    EXPECT_EQ(again.status, 0);
+    for (const char* name : {"ex/grains.spm", "ex/section.spm"})
+        EXPECT_NE(again.err.find(std::string(name) + ": stays as it is"), std::string::npos) << again.err;
+    EXPECT_EQ(std::ranges::count(again.err, '\n'), 2) << "the others are as they were written: " << again.err;
+    EXPECT_EQ(std::ranges::count(again.out, '\n'), 4) << again.out;
+    EXPECT_TRUE(file_content(folder / "ex/grains.spm") == grains);
+    EXPECT_EQ(vldv({"examples", "ex", "--force"}).err, "");
+    EXPECT_FALSE(file_content(folder / "ex/grains.spm") == grains);
+    EXPECT_EQ(vldv({"examples", "ex"}).err, "");
 }
 
 TEST_F(ProgramTest, AFailedFileIsNamedAndTheOthersAreDone)
