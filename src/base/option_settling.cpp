@@ -148,8 +148,7 @@ expression_value option_settling::former_value::valueOf(const SPMVar& variable) 
 expression_value option_settling::ownValue(unsigned index, const SPMVar& variable) const
 {
     const unsigned number = formerNumbers[index];
-    return number == 0 || number == toldBefore ? expression_value::of(variable)
-                                               : formers[number - 1].valueOf(variable);
+    return number == 0 || number == toldBefore ? expression_value::of(variable) : formers[number - 1].valueOf(variable);
 }
 
 /// On the way to the settled state a variable may leave its value and come back.
@@ -184,6 +183,7 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
     const unsigned count = static_cast<unsigned>(variables.size());
     formers.clear();
     formerNumbers.assign(count, 0);
+    std::erase_if(moved, [&](unsigned index) { return index >= count; }); // of a longer list that was replaced
     for (const unsigned index : moved) formerNumbers[index] = toldBefore;
     bool isMoving = true;
     for (unsigned round = 0; isMoving && round < count; ++round) {

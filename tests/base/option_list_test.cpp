@@ -159,6 +159,21 @@ TEST(OptionList, ABatchSettlesOnceAndTellsOnce)
     EXPECT_EQ(handler.told, (std::vector<std::string>{"TextVertSpace", "BottomMargin", "BottomMarginOpt"}));
 }
 
+TEST(OptionList, AShorterListForgetsTheChangesOfALongerOne)
+{
+    const SPMVar longer[] = {declared("a(A),int"), declared("b(B),int"), declared("c(C),int")};
+    const SPMVar shorter[] = {declared("a(A),int"), declared("b(B),int,,,,#a+1")};
+    SPMVarList list;
+    list.set_variables(longer, 3);
+    list.set_var("c", "5");
+    list.set_variables(shorter, 2);
+    recording_handler handler;
+    list.AddFireVariableChangeHandler(&handler);
+    list.set_var("a", "4");
+    EXPECT_EQ(int(list["b"]), 5);
+    EXPECT_EQ(handler.told, (std::vector<std::string>{"a", "b"}));
+}
+
 TEST(OptionList, AHandlersBatchIsToldAfterTheHandler)
 {
     SPMVarList list = bound_list();
