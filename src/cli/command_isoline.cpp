@@ -5,14 +5,15 @@
 #include "cli/commands.h"
 #include "cli/file_reports.h"
 #include "cli/frame_choice.h"
-#include "cli/number_limits.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
 #include "document/rising_heights.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 namespace cli {
 
@@ -20,7 +21,7 @@ namespace {
 
 struct isoline_options {
     std::string file;
-    std::vector<int> at;
+    CPoint at;
     frame which{};
     bool json = false;
 };
@@ -38,13 +39,12 @@ json to_json(CPoint point) { return json::array({point.x, point.y}); }
 
 void print_json(const std::wstring& path, const isoline_options& options, int level, const std::vector<CPoint>& contour)
 {
-    const CPoint seed{options.at[0], options.at[1]};
     json points = json::array();
     for (const CPoint& point : contour) points.push_back(to_json(point));
     const json out = {{"path", base::valid_utf8(base::narrow(path))},
                       {"image", options.which.image},
                       {"sub", options.which.sub},
-                      {"at", to_json(seed)},
+                      {"at", to_json(options.at)},
                       {"level", level},
                       {"contour", points}};
     cli::print_json(out);
@@ -65,7 +65,7 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
                                            document.getAxis(options.which.image, 0, unsigned(-1)));
     const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
                                       static_cast<int>(stream.get_dimension(1).length)};
-    const CPoint seed{options.at[0], options.at[1]};
+    const CPoint seed = options.at;
     if (!frame.contains(seed))
         return base::formatted("--at %d,%d lies outside of the image of %d x %d samples", seed.x, seed.y, frame.width,
                                frame.height);
@@ -77,6 +77,19 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
     else
         print_text(contour);
     return "";
+}
+
+/// "X,Y", one word: files may follow.
+std::optional<CPoint> parse_sample(const std::string& text)
+{
+    const auto parts = base::split(text, ',');
+    if (parts.size() != 2) return std::nullopt;
+    const auto x = base::whole_integer(parts[0]), y = base::whole_integer(parts[1]);
+    const auto isPlace = [](const std::optional<long long>& at) {
+        return at && *at >= 0 && *at <= std::numeric_limits<int>::max();
+    };
+    if (!isPlace(x) || !isPlace(y)) return std::nullopt;
+    return CPoint{static_cast<int>(*x), static_cast<int>(*y)};
 }
 
 int run(const isoline_options& options)
@@ -98,10 +111,13 @@ void add_isoline(CLI::App& app, int& status)
     CLI::App* command =
         app.add_subcommand("isoline", "Print the line around what is at least as high as a sample, one point a line");
     command->add_option("file", options->file, "File to open")->required();
-    command->add_option("--at", options->at, "Sample as X,Y; row 0 is the lowest")
-        ->delimiter(',')
-        ->expected(2)
-        ->check(whole_number(0))
+    command
+        ->add_option_function<std::string>(
+            "--at", [options](const std::string& text) { options->at = *parse_sample(text); },
+            "Sample as X,Y; row 0 is the lowest")
+        ->check([](const std::string& text) {
+            return parse_sample(text) ? "" : "expected X,Y, two whole numbers from 0 on, not \"" + text + '"';
+        })
         ->required();
     add_one_frame(*command, options->which);
     command->add_flag("--json", options->json, "Print JSON");

@@ -117,9 +117,9 @@ std::string to_text(const CStorageDoc& document, const std::vector<frame_steps>&
         for (const surface::surface_step& step : each.steps) {
             double sum = 0.0;
             for (const surface::step_point& point : step) sum += point.column;
-            text += base::formatted("    step %zu: rows %d to %d, columns %d to %d, mean %s\n", ++number,
-                                    step.front().row, step.back().row, step.front().column, step.back().column,
-                                    base::general(sum / static_cast<double>(step.size())).c_str());
+            text += base::formatted("    step %zu: rows %d to %d, first column %d, last column %d, mean column %s\n",
+                                    ++number, step.front().row, step.back().row, step.front().column,
+                                    step.back().column, base::general(sum / static_cast<double>(step.size())).c_str());
         }
     }
     return text;

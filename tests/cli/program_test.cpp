@@ -114,7 +114,9 @@ TEST_F(ProgramTest, IsolinesAreWalkedAround)
     EXPECT_EQ(outside.status, 1);
     EXPECT_NE(outside.err.find("4,1 lies outside of the image of 4 x 3"), std::string::npos) << outside.err;
     EXPECT_EQ(vldv({"isoline", "hill.txt"}).status, 2);
-    EXPECT_EQ(vldv({"isoline", "hill.txt", "--at", "4"}).status, 2);
+    EXPECT_EQ(vldv({"isoline", "--at", "1,1", "hill.txt"}).out, "1\t1\n2\t1\n1\t1\n") << "the file comes last";
+    for (const char* const wrong : {"4", "1,1,1", "1,-1", "1,x", "1,1e99"})
+        EXPECT_EQ(vldv({"isoline", "hill.txt", "--at", wrong}).status, 2) << wrong;
 }
 
 TEST_F(ProgramTest, InfoTellsWhatAReaderLeftOut)
