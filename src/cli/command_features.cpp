@@ -4,6 +4,7 @@
 #include "cli/feature_output.h"
 #include "cli/file_reports.h"
 #include "cli/frame_choice.h"
+#include "cli/image_part.h"
 #include "cli/picture_options.h"
 #include "cli/result_files.h"
 #include "cli/terminal.h"
@@ -25,23 +26,10 @@ struct feature_options {
     std::vector<std::string> files;
     frame_choice choice;
     std::optional<double> level; ///< none: automatic
-    std::optional<CRect> rect;   ///< none: the whole image
+    std::vector<int> rect;       ///< none: the whole image
     std::string csv, mask;
     bool asJson = false;
 };
-
-/// \throws std::runtime_error when the rectangle lies outside
-CRect working_rectangle(const std::optional<CRect>& asked, int width, int height)
-{
-    const CRect whole(0, 0, width, height);
-    if (!asked) return whole;
-    CRect rect = *asked, common;
-    rect.NormalizeRect();
-    if (!common.IntersectRect(rect, whole))
-        throw std::runtime_error(base::formatted("--rect %d,%d,%d,%d lies outside of the image of %d x %d samples",
-                                                 rect.left, rect.top, rect.right, rect.bottom, width, height));
-    return common;
-}
 
 frame_features find_features(const CStorageDoc& document, const frame& which, const feature_options& options)
 {
@@ -49,7 +37,8 @@ frame_features find_features(const CStorageDoc& document, const frame& which, co
     const int width = static_cast<int>(stream.get_dimension(0).length);
     const int height = static_cast<int>(stream.get_dimension(1).length);
     frame_features made;
-    made.working = working_rectangle(options.rect, width, height);
+    made.working =
+        options.rect.empty() ? CRect(0, 0, width, height) : part_of_image("--rect", options.rect, {width, height});
     const document::rising_heights heights = frame_heights(document, which);
     made.axes = {document.getAxis(which.image, 0, 0), document.getAxis(which.image, 0, 1), heights.axis()};
     const primitives::const_height_block whole{heights.samples().data(), width, height, 2 * width};
@@ -139,11 +128,7 @@ void add_features(CLI::App& app, int& status)
         });
     command
         ->add_option_function<std::string>(
-            "--rect",
-            [options](const std::string& text) {
-                const auto sides = *parse_rectangle(text);
-                options->rect = CRect(sides[0], sides[1], sides[2], sides[3]);
-            },
+            "--rect", [options](const std::string& text) { options->rect = *parse_rectangle(text); },
             "Part of the image LEFT,TOP,RIGHT,BOTTOM, right and bottom outside (default: all)")
         ->check([](const std::string& text) { return parse_rectangle(text) ? "" : "expected LEFT,TOP,RIGHT,BOTTOM"; });
     command->add_option("--csv", options->csv, "Table for a spreadsheet; a folder for several");

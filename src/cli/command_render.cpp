@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/failure_text.h"
+#include "cli/image_part.h"
 #include "cli/legend_picture.h"
 #include "cli/number_limits.h"
 #include "cli/output_names.h"
@@ -11,10 +12,11 @@
 #include "cli/terminal.h"
 #include "cli/word_choice.h"
 #include "document/rising_heights.h"
-#include "output/picture_scaling.h"
 #include "output/picture_writer.h"
 #include "platform/paths.h"
+#include "surface/render_step.h"
 #include "view/Scale.h"
+#include "view/render.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -45,7 +47,7 @@ std::vector<surface_number> surfaces(const CStorageDoc& document, const picture_
     return found;
 }
 
-/// The pixels of a surface, one a sample: row 0 is the lowest of the surface and the last of the picture.
+/// The pixels of a surface: row 0 is the lowest of the surface and the last of the picture.
 struct plain_picture {
     std::vector<std::byte> pixels;
     int width = 0, height = 0;
@@ -55,6 +57,36 @@ struct plain_picture {
         return {pixels.data() + stride * (height - 1), width, height, -stride, 4};
     }
 };
+
+/// As a window draws them: in another size the samples are reduced, not their colours, and the range is that of all.
+void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis, const picture_options& options,
+                  plain_picture& picture)
+{
+    const auto asked = parse_picture_size(options.size);
+    const CSize size = asked ? CSize{asked->width, asked->height} : image;
+    const CRect whole({0, 0}, image);
+    const bool hasRegion = !options.roi.empty();
+    const CRect part = hasRegion ? part_of_image("--roi", *parse_rectangle(options.roi), image) : whole;
+    RECT region = surface::shown_part(part, whole, size);
+    const primitives::height_range range = surface::range_keeper().of(samples, image.cx, part);
+    surface::window_fitter fitter;
+    const surface::fitted_window shown = fitter.fit(samples, image.cx, whole, size);
+    picture.width = size.cx;
+    picture.height = size.cy;
+    picture.pixels.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);
+    CScale scale;
+    set_up_scale(scale, options);
+    scale.DrawImage({.bits = picture.pixels.data(),
+                     .source = shown.samples,
+                     .sourceStep = shown.step,
+                     .size = {size.cx, size.cy},
+                     .zAxis = &axis,
+                     .absolute = options.absolute,
+                     .highlight = options.highlight,
+                     .roi = hasRegion ? &region : nullptr,
+                     .rgb32 = true,
+                     .range = &range});
+}
 
 /// \return empty, or why there is no picture
 std::string draw_plain(const CStorageDoc& document, const surface_number& which, const picture_options& options,
@@ -71,21 +103,10 @@ std::string draw_plain(const CStorageDoc& document, const surface_number& which,
     const unsigned columns = stream->get_dimension(0).length, rows = stream->get_dimension(1).length;
     constexpr unsigned maxSide = 32768;
     if (columns == 0 || rows == 0 || columns > maxSide || rows > maxSide) return "its size cannot be drawn";
-    picture.width = static_cast<int>(columns);
-    picture.height = static_cast<int>(rows);
     const auto* samples = static_cast<const short*>(stream->array_data()) + std::size_t{columns} * rows * which.sub;
-    picture.pixels.resize(std::size_t{columns} * rows * 4);
-    RECT roi;
-    if (!options.roi.empty()) {
-        const std::vector<int> sides = *parse_rectangle(options.roi);
-        roi = {sides[0], sides[1], sides[2], sides[3]};
-    }
     const document::rising_heights heights({samples, std::size_t{columns} * rows}, stream->values.get_axis(0));
-    CScale scale;
-    set_up_scale(scale, options);
-    scale.DrawImage(picture.pixels.data(), heights.samples().data(), picture.width * 2, {picture.width, picture.height},
-                    heights.axis(), options.absolute, options.highlight, options.roi.empty() ? nullptr : &roi, true,
-                    nullptr, nullptr);
+    const CSize size{static_cast<int>(columns), static_cast<int>(rows)};
+    draw_heights(heights.samples().data(), size, heights.axis(), options, picture);
     return {};
 }
 
@@ -122,10 +143,7 @@ std::string write_picture(CStorageDoc& document, const surface_number& which, co
     }
     plain_picture picture;
     if (std::string reason = draw_plain(document, which, options, picture); !reason.empty()) return reason;
-    const auto size = parse_picture_size(options.size);
-    if (!size) return write_pixels(picture.view(), *format, path);
-    const std::vector<std::byte> scaled = output::scaled_picture(picture.view(), size->width, size->height);
-    return write_pixels({scaled.data(), size->width, size->height, std::ptrdiff_t{size->width} * 3, 3}, *format, path);
+    return write_pixels(picture.view(), *format, path);
 }
 
 /// Names for the pictures of a call; standard output takes a single one.

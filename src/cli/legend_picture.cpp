@@ -1,5 +1,6 @@
 #include "cli/legend_picture.h"
 
+#include "cli/image_part.h"
 #include "cli/palette_choice.h"
 #include "document/StorageDoc.h"
 #include "host/paint/QtDC.h"
@@ -36,8 +37,8 @@ void set_up_view(CSurfMathView& view, const picture_options& options)
     set_up_scale(view.getScale(), options);
     if (options.mode == view::fixedScale) view.setOption("scaling.z", options.absolute ? "Absolute" : "Relative");
     if (options.highlight) view.setOption("highlight", "true");
-    if (const auto sides = parse_rectangle(options.roi); sides && !options.roi.empty())
-        view.setRegionOfInterest(CRect((*sides)[0], (*sides)[1], (*sides)[2], (*sides)[3]));
+    const CSize image{static_cast<int>(view.getSourceWidth()), static_cast<int>(view.getSourceHeight())};
+    if (!options.roi.empty()) view.setRegionOfInterest(part_of_image("--roi", *parse_rectangle(options.roi), image));
     view.setOption("CompactLegend", options.legend == "compact" ? "true" : "false");
 }
 

@@ -61,8 +61,8 @@ public:
     bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
-    /// The samples that give the range of the colours; an empty part, or all of the image: none.
-    void setRegionOfInterest(const CRect& part);
+    /// The samples that give the range of the colours, corners in any order; an empty part, or all of the image: none.
+    void setRegionOfInterest(CRect part);
 
     CScale& getScale() noexcept { return scale; }
     const surface::selection_state& getDrawn() const noexcept { return drawn; }

@@ -57,8 +57,9 @@ void CSurfMathView::render()
                      .range = &range});
 }
 
-void CSurfMathView::setRegionOfInterest(const CRect& part)
+void CSurfMathView::setRegionOfInterest(CRect part)
 {
+    part.NormalizeRect();
     const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
     drawn.roi = {part.left, part.top, part.right, part.bottom};
     drawn.roiActive = !part.IsRectEmpty() && part != whole;

@@ -94,6 +94,9 @@ TEST_F(FeatureProgramTest, WrongCallsAreRefused)
     const program_result outside = vldv({"features", "bar.spm", "--rect", "30,0,40,5"});
     EXPECT_EQ(outside.status, 1);
     EXPECT_NE(outside.err.find("--rect 30,0,40,5 lies outside"), std::string::npos) << outside.err;
+    const program_result empty = vldv({"features", "bar.spm", "--rect", "5,5,5,9"});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_NE(empty.err.find("--rect 5,5,5,9 holds no sample"), std::string::npos) << empty.err;
     const program_result curve = vldv({"features", "curve.spm"});
     EXPECT_EQ(curve.status, 1);
     EXPECT_NE(curve.err.find("it is no surface"), std::string::npos);

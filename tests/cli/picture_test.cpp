@@ -176,8 +176,42 @@ TEST_F(PictureTest, ARegionOutsideTheSurfaceIsCut)
     write_file(folder / "m.txt", smallMatrix);
     ASSERT_EQ(vldv({"render", "m.txt", "-o", "all.bmp", "--palette", "1", "--roi", "-5,-5,99,99"}).status, 0);
     EXPECT_EQ(pixels("all.bmp", 2, 2), (std::vector<unsigned>{0x000000, 0x555555, 0xaaaaaa, 0xffffff}));
-    ASSERT_EQ(vldv({"render", "m.txt", "-o", "none.bmp", "--palette", "1", "--roi", "7,7,9,9"}).status, 0);
-    EXPECT_EQ(pixels("none.bmp", 2, 2).size(), 4u);
+    for (const std::vector<std::string>& legend : {std::vector<std::string>{}, {"--legend", "full"}}) {
+        const auto drawn = [&](const char* region) {
+            std::vector<std::string> call = {"render", "m.txt", "-o", "p.bmp", "--size", "300x300", "--roi", region};
+            call.insert(call.end(), legend.begin(), legend.end());
+            std::filesystem::remove(folder / "p.bmp");
+            return vldv(call);
+        };
+        EXPECT_EQ(drawn("0,0,2,1").status, 0);
+        const std::string inOrder = file_content(folder / "p.bmp");
+        EXPECT_EQ(drawn("2,1,0,0").status, 0);
+        EXPECT_EQ(file_content(folder / "p.bmp"), inOrder) << "crossed corners";
+        for (const auto& [region, why] : {std::pair{"7,7,9,9", "lies outside of the image of 2 x 2 samples"},
+                                          std::pair{"1,0,1,2", "holds no sample"}}) {
+            const program_result refused = drawn(region);
+            EXPECT_EQ(refused.status, 1);
+            EXPECT_NE(refused.err.find(std::string("--roi ") + region + ' ' + why), std::string::npos) << refused.err;
+            EXPECT_FALSE(std::filesystem::exists(folder / "p.bmp"));
+        }
+    }
+}
+
+TEST_F(PictureTest, SmallerPicturesShowMeansOfHeights)
+{
+    const std::string head = "# Channel: Height\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n";
+    write_file(folder / "large.txt", head + "0 200 10 30\n40 0 30 10\n255 1 70 71\n1 255 72 75\n");
+    write_file(folder / "means.txt", head + "60 20\n128 72\n");
+    const auto drawn = [&](const char* input, std::vector<std::string> more) {
+        std::vector<std::string> call = {"render", input, "-o", "p.bmp", "--palette", "zebra"};
+        call.insert(call.end(), more.begin(), more.end());
+        EXPECT_EQ(vldv(call).status, 0);
+        return pixels("p.bmp", 2, 2);
+    };
+    EXPECT_EQ(drawn("large.txt", {"--size", "2x2", "--fixed", "0,255,nm", "--absolute"}),
+              drawn("means.txt", {"--fixed", "0,255,nm", "--absolute"}));
+    EXPECT_EQ(drawn("large.txt", {"--size", "2x2"}), drawn("means.txt", {"--fixed", "0,255,nm", "--absolute"}))
+        << "the range is that of all samples";
 }
 
 } // namespace
