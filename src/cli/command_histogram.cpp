@@ -1,4 +1,6 @@
 // vldv histogram: how the heights of images are distributed, and the share between two delimiters.
+#include "base/axis_units.h"
+#include "base/decimals.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "cli/commands.h"
@@ -11,6 +13,8 @@
 #include "spectra/histogram.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -39,7 +43,7 @@ struct frame_histogram {
 std::string shown_units(const spectra::height_histogram& counted, const VLAxis& axis, bool forMachines)
 {
     double range = counted.valueRange;
-    return forMachines ? base_units(axis.get_units(), &range) : default_units_z(axis.get_units(), &range);
+    return forMachines ? base_units(axis.get_units(), &range) : readable_units(axis.get_units(), range);
 }
 
 std::vector<frame_histogram> histograms(const CStorageDoc& document, const histogram_options& options)
@@ -95,8 +99,10 @@ void print_text(const CStorageDoc& document, const std::vector<frame_histogram>&
         }
         text += "    " + spectra::share_text(share, units.c_str()) + '\n';
         const double step = counted.bins.size() > 1 ? counted.valueRange / double(counted.bins.size() - 1) : 0.0;
+        const int digits =
+            base::telling_digits(std::max(std::fabs(counted.valueMin), std::fabs(counted.valueMax)), step);
         for (std::size_t i = 0; i < counted.bins.size(); ++i)
-            text += "    " + base::general(counted.valueMin + double(i) * step) + '\t' +
+            text += "    " + base::general(counted.valueMin + double(i) * step, digits) + '\t' +
                     std::to_string(counted.bins[i]) + '\n';
     }
     std::cout << text;

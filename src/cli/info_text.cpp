@@ -1,5 +1,6 @@
 #include "cli/info_text.h"
 
+#include "base/decimals.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "cli/aligned.h"
@@ -46,6 +47,13 @@ void print_axes(const char* what, const VLAxesContainer& axes)
         std::cout << "    " << what << ": " << axis_text(axes.get_axis(i)) << '\n';
 }
 
+/// Both ends with as many digits as tell them apart.
+std::string range_text(double low, double high, int fewest = 6)
+{
+    const int digits = base::telling_digits(std::max(std::fabs(low), std::fabs(high)), high - low, fewest);
+    return base::general(low, digits) + " to " + base::general(high, digits);
+}
+
 void print_ranges(const CStorageDoc& document, unsigned image)
 {
     const SPMDataStream& stream = document.getImage(image);
@@ -58,9 +66,9 @@ void print_ranges(const CStorageDoc& document, unsigned image)
         std::cout << "    sub-image " << sub;
         if (sub < names.size()) std::cout << " \"" << visible_text(names[sub].c_str()) << '"';
         if (range)
-            std::cout << ": " << base::general(values.at(range->minimum)) << " to "
-                      << base::general(values.at(range->maximum)) << " " << visible_text(values.get_units()) << " (raw "
-                      << range->minimum << " to " << range->maximum << ")";
+            std::cout << ": " << range_text(values.at(range->minimum), values.at(range->maximum)) << " "
+                      << visible_text(values.get_units()) << " (raw " << range->minimum << " to " << range->maximum
+                      << ")";
         else if (isInt16)
             std::cout << ": not measured";
         std::cout << '\n';
@@ -161,12 +169,10 @@ std::string values_text(const CStorageDoc& document, unsigned image)
     const auto [low, high] = std::minmax({axis.at(range.minimum), axis.at(range.maximum)});
     double larger = std::max(std::fabs(low), std::fabs(high));
     const std::string units = default_units_z(axis.get_units(), &larger);
-    const auto number = [&](double value) {
-        return base::general(convert_size(axis.get_units(), units.c_str(), value), tableDigits);
-    };
+    const auto shown = [&](double value) { return convert_size(axis.get_units(), units.c_str(), value); };
     const unsigned long long voids = voids_of(document, image);
     if (voids != 0 && voids >= document.getImage(image).array_length()) return "none measured";
-    return with_units(number(low) + " to " + number(high), units) +
+    return with_units(range_text(shown(low), shown(high), tableDigits), units) +
            (voids ? ", " + std::to_string(voids) + " not measured" : "");
 }
 

@@ -7,6 +7,7 @@
 #include "surface/decoration_drawing.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
+#include "view/AxisLabels.h"
 #include "view/AxisLine.h"
 #include "view/SectionSource.h"
 #include "view/VolumeSource.h"
@@ -243,8 +244,10 @@ void CSurfMathView::drawZScale(CDC& dc)
     const auto color = static_cast<colorEntry>(number(*this, "legend"));
     const VLAxis& heights = valueAxis();
     const double start = number(*this, "scaling.z") == 0 ? 0.0 : heights.at(displayMin);
+    constexpr int tics = 4;
     const surface::shown_axis shown =
         surface::shown_span(heights.get_units(), start, (displayMax - displayMin) * heights.scale, true);
+    const std::string format = view::label_format(shown.start, shown.end, tics);
     const CPen pen{PS_SOLID | PS_GEOMETRIC, 1, color, {}};
     const int saved = dc.SaveDC();
     const bool isTransparent = isCompact() && static_cast<bool>(options["CompactLegend.transparent"]);
@@ -256,7 +259,7 @@ void CSurfMathView::drawZScale(CDC& dc)
     line.dc = &dc;
     line.axisPen = &pen;
     line.flags = AXIS_VERTICAL | AXIS_LINE | AXIS_TICKS | AXIS_TEXT | (isLeft ? AXIS_OTHER_SIDE : 0u);
-    line.ticNumber = 4;
+    line.ticNumber = tics;
     line.ticLength = 3;
     line.minGap = scaleGap;
     line.x0 = line.x1 = isLeft ? strip.left - 1 : strip.right + 1;
@@ -265,7 +268,7 @@ void CSurfMathView::drawZScale(CDC& dc)
     line.start = shown.start;
     line.end = shown.end;
     line.units = shown.units.c_str();
-    line.format = "%lg";
+    line.format = format.c_str();
     DrawAxisLine(&line);
     scale.DrawScale(dc, strip, tdVertical);
     // An outline on the three sides away from the axis.

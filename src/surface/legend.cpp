@@ -7,6 +7,7 @@
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
 #include "surface/scale_mark.h"
+#include "view/AxisLabels.h"
 #include "view/AxisLine.h"
 #include "view/DCView.h"
 
@@ -121,7 +122,8 @@ void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const side_lin
     axis.start = shown.start;
     axis.end = shown.end;
     axis.units = shown.units.c_str();
-    axis.format = "%lg";
+    const std::string format = view::label_format(shown.start, shown.end, tics);
+    axis.format = format.c_str();
     DrawAxisLine(&axis);
 }
 

@@ -1,7 +1,9 @@
 #include "view/AxisLabels.h"
 
+#include "base/decimals.h"
 #include "base/rounding.h"
 #include "base/text.h"
+#include "view/TickRule.h"
 
 #include <algorithm>
 #include <cmath>
@@ -55,6 +57,15 @@ std::string axis_label(double value, double step, const char* format)
 #pragma GCC diagnostic ignored "-Wformat-security"
     return base::formatted(format, value);
 #pragma GCC diagnostic pop
+}
+
+std::string label_format(double start, double end, int ticNumber)
+{
+    axis_ticks found;
+    find_ticks(start, end, 1, ticNumber, found);
+    // An axis of one value has ticks all the same; they stand for that value.
+    const double step = found.end == end ? found.step : 0.0;
+    return base::formatted("%%.%dlg", base::telling_digits(std::max(std::fabs(start), std::fabs(end)), step));
 }
 
 } // namespace view

@@ -65,6 +65,19 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
     EXPECT_EQ(vldv({"stats"}).status, 2);
 }
 
+TEST_F(ProgramTest, SmallHeightsFarFromZeroAreToldApart)
+{
+    // 12 um and up to 300 pm more.
+    write_file(folder / "far.txt", "# Channel: Height\n# Width: 2 nm\n# Height: 2 nm\n# Value units: m\n"
+                                   "1.2e-5 1.20001e-5\n1.20002e-5 1.20003e-5\n");
+    const std::string bins = vldv({"histogram", "far.txt", "--bars", "4"}).out;
+    for (const char* const middle : {"12000000\t", "12000100\t", "12000200\t", "12000300\t"})
+        EXPECT_NE(bins.find(middle), std::string::npos) << middle << bins;
+    EXPECT_NE(vldv({"info", "far.txt"}).out.find("12 to 12.0003 \u00b5m"), std::string::npos);
+    const std::string figures = vldv({"stats", "far.txt"}).out;
+    EXPECT_NE(figures.find("Zmax: 12.0003 \u00b5m"), std::string::npos) << figures;
+}
+
 TEST_F(ProgramTest, StatsWriteATableWithALineForEachSubImage)
 {
     write("a,b.spm", surfaces());

@@ -171,4 +171,23 @@ TEST(AxisLabels, HaveAsManyDigitsAsTheStepNeeds)
         EXPECT_EQ(view::axis_label(2.5, 0.5, hostile), "2.5") << hostile;
 }
 
+TEST(AxisLabels, TellNeighboursApartWhereTheAxisIsFarFromZero)
+{
+    const std::tuple<double, double, const char*, const char*> cases[] = {
+        // start, end, the first tick of four or more and the one after it
+        {0.0, 1000.0, "0", "200"},                          // %lg does
+        {12000000.0, 12000300.0, "12000030", "12000100"},   // steps of 70
+        {-1200.00055, -1200.0, "-1200.0005", "-1200.0004"}, // steps of 0.0001
+        {12.0, 12.0, "12", "12"},                           // one value
+    };
+    for (const auto& [start, end, first, second] : cases) {
+        view::axis_ticks found;
+        view::find_ticks(start, end, 100, 4, found);
+        ASSERT_GE(found.ticks.size(), 2u);
+        const std::string format = view::label_format(start, end, 4);
+        EXPECT_EQ(view::axis_label(found.ticks[0].value, found.step, format.c_str()), first);
+        EXPECT_EQ(view::axis_label(found.ticks[1].value, found.step, format.c_str()), second);
+    }
+}
+
 } // namespace
