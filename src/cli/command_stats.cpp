@@ -1,4 +1,5 @@
 // vldv stats: heights and roughness of surfaces, for people, spreadsheets or as JSON.
+#include "base/decimals.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "cli/commands.h"
@@ -13,6 +14,7 @@
 #include "surface/statistics.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -72,16 +74,25 @@ json document_json(const CStorageDoc& document, const std::vector<frame_rows>& f
     return {{"path", base::narrow(path)}, {"images", images}};
 }
 
+double range_of(const std::vector<surface::statistics_row>& rows)
+{
+    const auto found = std::ranges::find(rows, "Rmax", &surface::statistics_row::name);
+    return found == rows.end() ? 0.0 : found->value;
+}
+
 void print_figures(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
 {
     std::cout << path_line(base::narrow(path)) << '\n';
     for (const auto& [which, rows] : figures) {
         std::cout << "  " << frame_title(document, which) << '\n';
+        const double range = range_of(rows);
         for (const surface::statistics_row& row : rows) {
-            // For people each number stands in the unit in which it reads well.
+            // For people each number stands in the unit in which it reads well, heights with digits that tell them
+            // apart.
             const surface::statistics_row shown = surface::reading_well(row);
-            std::cout << "    " << shown.name << ": " << base::general(shown.value) << (shown.units.empty() ? "" : " ")
-                      << shown.units << '\n';
+            const int digits = base::telling_digits(row.value, row.isHeight ? range : 0.0);
+            std::cout << "    " << shown.name << ": " << base::general(shown.value, digits)
+                      << (shown.units.empty() ? "" : " ") << shown.units << '\n';
         }
     }
 }

@@ -7,10 +7,12 @@
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
 #include "surface/scale_mark.h"
+#include "surface/statistics_text.h"
 #include "view/AxisLabels.h"
 #include "view/AxisLine.h"
 #include "view/DCView.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -70,27 +72,20 @@ void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoi
     if (!isCompact) view.DrawLegendText(&dc, at, next, L" ");
 }
 
-/// A row of the panel beside the picture: digits go before anything is cut.
-std::string panel_text(const CDC& dc, const statistics_row& row, int width)
-{
-    const auto width_of = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
-    if (row.name.empty()) return row.units + ":";
-    const std::string text = row_text(row, [&](const std::string& each) { return width_of(each) <= width; });
-    const int needed = width_of(text);
-    return needed > width ? cut_text(text, needed, width) : text;
-}
-
 void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
     const bool isCompact = is_on(view, "CompactLegend");
     const LegendOffset next = isCompact ? legendUp : legendDown;
-    const int width = isCompact ? std::numeric_limits<int>::max() : number(view, "ParametersWidth") - panelGap;
+    const int room = isCompact ? std::numeric_limits<int>::max() : number(view, "ParametersWidth") - panelGap;
+    const auto width_of = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
+    std::vector<std::string> texts =
+        row_texts(content.statistics, [&](const std::string& text) { return width_of(text) <= room; });
+    if (isCompact) std::ranges::reverse(texts); // upwards from the lowest
     dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
     if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
-    const std::size_t count = content.statistics.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        const statistics_row& row = content.statistics[isCompact ? count - 1 - i : i]; // upwards from the lowest
-        view.DrawLegendText(&dc, at, next, L"c", panel_text(dc, row, width));
+    for (const std::string& text : texts) {
+        const int width = width_of(text);
+        view.DrawLegendText(&dc, at, next, L"c", width > room ? cut_text(text, width, room) : text);
     }
 }
 

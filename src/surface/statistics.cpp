@@ -46,11 +46,11 @@ std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> sampl
     const primitives::raw_moments z = primitives::residual_moments(samples, width, plane);
     const double rq = std::sqrt(std::max(z.m2 - z.m1 * z.m1, 0.0));
     const double rsk = rq == 0.0 ? 0.0 : z.m3 / (rq * rq * rq), rku = rq == 0.0 ? 0.0 : z.m4 / (rq * rq * rq * rq);
-    rows.push_back({"Zmax", step * range.maximum + origin, units});
-    rows.push_back({"Zmin", step * range.minimum + origin, units});
-    rows.push_back({"Rmax", (range.maximum - range.minimum) * step, units});
-    rows.push_back({"Rq", rq * step, units});
-    rows.push_back({"Ra", z.meanDeviation * step, units});
+    rows.push_back({"Zmax", step * range.maximum + origin, units, true});
+    rows.push_back({"Zmin", step * range.minimum + origin, units, true});
+    rows.push_back({"Rmax", (range.maximum - range.minimum) * step, units, true});
+    rows.push_back({"Rq", rq * step, units, true});
+    rows.push_back({"Ra", z.meanDeviation * step, units, true});
     rows.push_back({"Rsk", rsk, {}});
     rows.push_back({"Rku", rku, {}});
     return rows;
@@ -58,22 +58,10 @@ std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> sampl
 
 statistics_row reading_well(statistics_row row)
 {
-    row.units = default_units_z(row.units.c_str(), &row.value);
+    const std::string units = readable_units(row.units.c_str(), row.value);
+    row.value = convert_size(row.units.c_str(), units.c_str(), row.value);
+    row.units = units;
     return row;
-}
-
-std::string row_text(const statistics_row& row, const std::function<bool(const std::string&)>& fits)
-{
-    constexpr int allDigits = 6;
-    const double size = std::fabs(row.value);
-    // Fewer than before the point would need an exponent.
-    const int whole = size >= 1.0 && size < 1e6 ? static_cast<int>(std::log10(size)) + 1 : 1;
-    std::string text;
-    for (int digits = allDigits; digits >= whole; --digits) {
-        text = row.name + ": " + base::general(row.value, digits) + " " + row.units;
-        if (fits(text)) break;
-    }
-    return text;
 }
 
 std::vector<statistics_row> measure_rows(const measure_text& measure, int compactLength)

@@ -1,6 +1,5 @@
 #pragma once
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +16,7 @@ struct statistics_row {
     std::string name;
     double value = 0.0;
     std::string units;
+    bool isHeight = false; ///< of the frame: all of these share a unit
     bool operator==(const statistics_row&) const = default;
 };
 
@@ -28,9 +28,6 @@ std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> sampl
 
 /// The same figure in the unit in which it reads well.
 statistics_row reading_well(statistics_row row);
-
-/// The row as "name: value units" with as many of six digits as `fits` lets stand, those before the point in any case.
-std::string row_text(const statistics_row& row, const std::function<bool(const std::string&)>& fits);
 
 /// What a measurement says, under a heading of its own, a row for each item between ";": its name ends at the first
 /// "=", or else ":", then follow number and unit. An item with neither is a name with the value 0. Only a text on show,

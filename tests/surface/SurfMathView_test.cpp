@@ -355,11 +355,11 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     const std::vector<std::string> texts = texts_of(dc);
     EXPECT_TRUE(holds(texts, "Statistics:"));
     EXPECT_TRUE(holds(texts, "Rmax: 204.5 nm")) << "0.5 nm * (10 * 39 + 19)";
-    EXPECT_TRUE(holds(texts, "Rq: 0 nm")) << "a plane";
+    EXPECT_TRUE(holds(texts, "Rq: 0.0 nm")) << "a plane";
     view.setOption("ParametersWidth", "79"); // 74 pixels are left, "Rmax: 204.5 nm" has 84
     RecordingDC narrow(view.GetClientRect().Size());
     view.OnDrawLegend(narrow);
-    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 204 nm"));
+    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 205 nm"));
     view.setOption("CompactLegend", "true");
     host.pump();
     RecordingDC compact(view.GetClientRect().Size());

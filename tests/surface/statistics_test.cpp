@@ -1,6 +1,7 @@
 #include "base/VLAxis.h"
 #include "surface/selection_state.h"
 #include "surface/statistics.h"
+#include "surface/statistics_text.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -35,6 +36,7 @@ TEST(FrameStatistics, StandInOrderUnderTheirHeading)
         EXPECT_EQ(rows[i].name, expected[i].name);
         EXPECT_NEAR(rows[i].value, expected[i].value, 1e-9) << rows[i].name;
         EXPECT_EQ(rows[i].units, expected[i].units) << rows[i].name;
+        EXPECT_EQ(rows[i].isHeight, rows[i].units == "nm") << rows[i].name;
     }
 }
 
@@ -60,22 +62,62 @@ TEST(FrameStatistics, AllHeightsShareTheUnitInWhichTheirRangeReadsWell)
     }
 }
 
-TEST(StatisticsRow, LosesDigitsBehindThePointFirst)
+std::vector<std::string> texts_of(const std::vector<statistics_row>& rows, std::size_t room)
+{
+    return surface::row_texts(rows, [room](const std::string& text) { return text.size() <= room; });
+}
+
+TEST(RowTexts, LoseDigitsBehindThePointFirst)
 {
     const struct {
         double value;
         std::size_t room;
         const char* text;
     } cases[] = {
-        {204.512345, 99, "Rq: 204.512 nm"}, {204.512345, 13, "Rq: 204.51 nm"}, {204.512345, 10, "Rq: 205 nm"},
-        {204.512345, 5, "Rq: 205 nm"},      {-0.0625, 10, "Rq: -0.06 nm"},     {0.0, 3, "Rq: 0 nm"},
-        {123456.7, 3, "Rq: 123457 nm"},     {1234567.8, 14, "Rq: 1.2e+06 nm"},
+        {204.512345, 99, "Rq: 204.512 nm"}, {204.512345, 13, "Rq: 204.51 nm"},
+        {204.512345, 10, "Rq: 205 nm"},     {204.512345, 5, "Rq: 205 nm"},
+        {-0.0625, 12, "Rq: -0.06 nm"},      {0.0, 3, "Rq: 0 nm"},
+        {123456.7, 3, "Rq: 123457 nm"},     {1234567.8, 14, "Rq: 1234568 nm"},
+        {1234567.8, 13, "Rq: 1E+06 nm"},    {9.7, 9, "Rq: 10 nm"},
+        {99.97, 11, "Rq: 100 nm"},          {999.6, 11, "Rq: 1000 nm"},
+        {0.00123, 99, "Rq: 0.00123 nm"},    {3e-7, 99, "Rq: 3E-07 nm"},
+        {1.25e20, 13, "Rq: 1E+20 nm"},
     };
     for (const auto& each : cases)
-        EXPECT_EQ(surface::row_text({"Rq", each.value, "nm"},
-                                    [&](const std::string& text) { return text.size() <= each.room; }),
-                  each.text)
-            << each.value << ' ' << each.room;
+        EXPECT_EQ(texts_of({{"Rq", each.value, "nm"}}, each.room).front(), each.text) << each.value;
+    EXPECT_EQ(texts_of({{"", 0, "Statistics"}, {"Rsk", -0.5, ""}}, 99),
+              (std::vector<std::string>{"Statistics:", "Rsk: -0.5"}));
+}
+
+TEST(RowTexts, OfHeightsHaveOneCountOfDecimals)
+{
+    const std::vector<statistics_row> small = {{"Zmax", 204.5, "nm", true},
+                                               {"Zmin", 0.0, "nm", true},
+                                               {"Rmax", 204.5, "nm", true},
+                                               {"Rq", 61.23456, "nm", true},
+                                               {"Rku", 2.5, ""}};
+    using texts = std::vector<std::string>;
+    EXPECT_EQ(texts_of(small, 99),
+              (texts{"Zmax: 204.500 nm", "Zmin: 0.000 nm", "Rmax: 204.500 nm", "Rq: 61.235 nm", "Rku: 2.5"}));
+    EXPECT_EQ(texts_of(small, 14),
+              (texts{"Zmax: 204.5 nm", "Zmin: 0.0 nm", "Rmax: 204.5 nm", "Rq: 61.2 nm", "Rku: 2.5"}));
+    EXPECT_EQ(texts_of(small, 13), (texts{"Zmax: 205 nm", "Zmin: 0 nm", "Rmax: 205 nm", "Rq: 61 nm", "Rku: 2.5"}));
+    const std::vector<statistics_row> far = {{"Zmax", 12000300.0, "pm", true},
+                                             {"Zmin", 12000000.0, "pm", true},
+                                             {"Rmax", 300.0, "pm", true},
+                                             {"Rq", 80.25, "pm", true}};
+    EXPECT_EQ(texts_of(far, 99),
+              (texts{"Zmax: 12000300.00 pm", "Zmin: 12000000.00 pm", "Rmax: 300.00 pm", "Rq: 80.25 pm"}));
+    EXPECT_EQ(texts_of(far, 17), (texts{"Zmax: 12000300 pm", "Zmin: 12000000 pm", "Rmax: 300 pm", "Rq: 80 pm"}));
+    EXPECT_EQ(texts_of(far, 16), (texts{"Zmax: 12 µm", "Zmin: 12 µm", "Rmax: 300.00 pm", "Rq: 80.25 pm"}));
+}
+
+TEST(StatisticsRow, ReadsWellAsItIsWritten)
+{
+    for (const auto& [value, units] : {std::pair{999.9999, "µm"}, {1000.0, "µm"}, {999.99, "nm"}, {0.9999999, "nm"}})
+        EXPECT_EQ(surface::reading_well({"Rmax", value, "nm"}).units, units) << value;
+    const auto rows = surface::frame_statistics(std::vector<std::int16_t>{0, 9999}, 2, VLAxis(0, 0.1000099999, "nm"));
+    EXPECT_EQ(rows[3].units, "µm") << "999.99990";
 }
 
 TEST(FrameStatistics, ThinFlatAndMissingFramesHaveNoRoughness)

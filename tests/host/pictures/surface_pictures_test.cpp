@@ -134,7 +134,7 @@ TEST_F(SurfacePictures, FullLegendWithScaleMarkGridAndPanel)
     ASSERT_EQ(view.displayRect, CRect(50, 10 + 40, 210, 10 + 120));
     const golden_picture picture = drawing(view);
     EXPECT_TRUE(picture.equals("full_legend_panel"));
-    EXPECT_EQ(picture.textBox(L"Rmax: 204 nm").left, 400 - 100 + 5) << "204.5 nm would be cut";
+    EXPECT_EQ(picture.textBox(L"Rmax: 205 nm").left, 400 - 100 + 5) << "with decimals \"Zmax: 207.5 nm\" would be cut";
     // 20 nm are 80 pixels from 16 right of the left edge on, 8 above the lower one: two rows of white, two of black.
     EXPECT_EQ(picture.count(white, CRect(66, 121, 82, 122)), 16);
     EXPECT_EQ(picture.count(white, CRect(83, 121, 114, 122)), 31) << "up to the next line of the grid";
