@@ -1,12 +1,16 @@
 #include "cli/feature_output.h"
 
+#include "base/axis_units.h"
 #include "base/text.h"
+#include "base/units.h"
 #include "cli/csv_text.h"
 #include "output/picture_writer.h"
 #include "spectra/feature_metrics.h"
 
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
+#include <string_view>
 
 namespace cli {
 
@@ -17,11 +21,37 @@ using json = nlohmann::ordered_json;
 /// A row of cells for each feature, names above.
 using table = std::vector<std::vector<std::string>>;
 
-table make_table(const frame_features& made, std::string (*number)(double))
+/// The axes with the units in which the longest outline and the greatest height read well.
+spectra::feature_axes readable_axes(const frame_features& made)
+{
+    double outline = 0.0, height = 0.0;
+    for (const Feature& each : made.list.features) {
+        outline = std::max(outline, each.metrics[spectra::outlineMetric]);
+        height = std::max(height, std::fabs(each.metrics[spectra::heightMetric]));
+    }
+    spectra::feature_axes shown = made.axes;
+    shown.x.set_units(readable_units(made.axes.x.get_units(), outline));
+    shown.z.set_units(readable_units(made.axes.z.get_units(), height));
+    return shown;
+}
+
+/// A metric in other units; those of a volume are an area and a height, "nm^2xnm".
+double converted(double value, const std::string& from, const std::string& to)
+{
+    constexpr std::string_view volumeMark = "^2x";
+    const std::size_t fromMark = from.find(volumeMark), toMark = to.find(volumeMark);
+    if (fromMark == std::string::npos || toMark == std::string::npos)
+        return convert_size(from.c_str(), to.c_str(), value);
+    const std::size_t height = volumeMark.size(), area = height - 1;
+    value = convert_size(from.substr(0, fromMark + area).c_str(), to.substr(0, toMark + area).c_str(), value);
+    return convert_size(from.c_str() + fromMark + height, to.c_str() + toMark + height, value);
+}
+
+table make_table(const frame_features& made, const spectra::feature_axes& shown, std::string (*number)(double))
 {
     table rows{{"left", "top", "right", "bottom", "pixels", "first x", "first y"}};
     for (const spectra::feature_metric& metric : spectra::feature_metrics()) {
-        const std::string units = metric.units(made.axes);
+        const std::string units = metric.units(shown);
         rows[0].push_back(metric.name + (units.empty() ? "" : ", " + units));
     }
     for (const Feature& each : made.list.features) {
@@ -32,7 +62,10 @@ table make_table(const frame_features& made, std::string (*number)(double))
         row.push_back(std::to_string(each.pixels.size()));
         row.push_back(std::to_string(first.x));
         row.push_back(std::to_string(first.y));
-        for (const double value : each.metrics) row.push_back(number(value));
+        for (std::size_t i = 0; i < each.metrics.size(); ++i) {
+            const spectra::feature_metric& metric = spectra::feature_metrics()[i];
+            row.push_back(number(converted(each.metrics[i], metric.units(made.axes), metric.units(shown))));
+        }
     }
     return rows;
 }
@@ -68,7 +101,7 @@ json features_json(const frame_features& made)
 
 std::string features_text(const frame_features& made)
 {
-    const table rows = make_table(made, [](double value) { return base::general(value); });
+    const table rows = make_table(made, readable_axes(made), [](double value) { return base::general(value); });
     std::string text =
         base::formatted("    threshold %d, zero level %d, %zu features, %zu single samples dropped\n",
                         made.levels.threshold, made.levels.zeroLevel, made.list.features.size(), made.list.dropped);
@@ -88,7 +121,7 @@ std::string features_text(const frame_features& made)
 std::string features_csv(const frame_features& made)
 {
     std::string text;
-    for (const auto& row : make_table(made, base::shortest)) text += csv_line(row);
+    for (const auto& row : make_table(made, made.axes, base::shortest)) text += csv_line(row);
     return text;
 }
 

@@ -59,6 +59,25 @@ TEST_F(FeatureProgramTest, FeaturesAreToldWithTheirMetrics)
     EXPECT_NE(text.find("threshold 25, zero level 0, 2 features, 1 single samples dropped"), std::string::npos) << text;
 }
 
+TEST_F(FeatureProgramTest, TablesForPeopleStandInUnitsThatReadWell)
+{
+    SPMDataStream metres = bar_and_pair();
+    for (unsigned side = 0; side < 2; ++side) {
+        SPMDataStream::dimension dimension = metres.get_dimension(side);
+        dimension.set_axis(0, VLAxis(0, 2e-9, "m"));
+        metres.set_dimension(side, dimension);
+    }
+    metres.values.set_axis(0, VLAxis(0, 1e-12, "m"));
+    write("m.spm", {metres});
+    const std::string text = vldv({"features", "m.spm", "--level", "0.25"}).out;
+    for (const char* const head : {"P_proj, nm", "S_px, nm^2", "V_px, nm^2xpm", "RMS_Z, pm", "H_av, pm"})
+        EXPECT_NE(text.find(head), std::string::npos) << head << text;
+    EXPECT_NE(text.find("4000"), std::string::npos) << "10 samples of 4 nm^2, 100 pm high";
+    ASSERT_EQ(vldv({"features", "m.spm", "--level", "0.25", "--csv", "t.csv"}).status, 0);
+    EXPECT_NE(file_content(folder / "t.csv").find("\"V_px, m^2xm\""), std::string::npos);
+    EXPECT_EQ(images({"features", "m.spm"})[0]["metrics"][3]["units"], "m^2xm");
+}
+
 TEST_F(FeatureProgramTest, TablesAndMasksGoWhereTheyAreWanted)
 {
     write("bar.spm", {bar_and_pair()});
