@@ -20,6 +20,7 @@ namespace fs = std::filesystem;
 struct convert_options {
     std::vector<std::string> files;
     std::string target;
+    bool replaces = false;
 };
 
 bool is_container_name(const fs::path& path) { return base::equal_ignoring_case(path.extension().native(), ".spm"); }
@@ -55,6 +56,7 @@ bool is_other_name(const fs::path& target, const std::string& text)
 int run(const convert_options& options)
 {
     session call;
+    call.letReplace(options.replaces);
     call.setFiles(options.files, {options.target});
     if (options.target == standardStream) return run_to_stream(call);
     const fs::path target = platform::to_path(platform::full_path(base::widen(options.target)));
@@ -75,7 +77,7 @@ int run(const convert_options& options)
         const fs::path output = output_path(target, isFolder, document, path);
         call.claim(output);
         if (const std::string reason = call.save(document, platform::to_wide(output)); !reason.empty())
-            throw std::runtime_error(reason);
+            throw std::runtime_error("\"" + visible_text(output.native()) + "\": " + reason);
         std::cout << path_line(output.native()) << '\n';
     });
     return call.status();
@@ -90,6 +92,7 @@ void add_convert(CLI::App& app, int& status)
     command->add_option("files", options->files, "Files to convert")->required();
     command->add_option("-o,--to", options->target, "Folder, or name of one .spm file; - is standard output")
         ->required();
+    command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     command->callback([options, &status] { status = run(*options); });
 }
 

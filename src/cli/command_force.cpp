@@ -28,6 +28,7 @@ struct force_options : curve_options {
     double zeroThreshold = 1.0, slantThreshold = 1.0;
     int window = 100;
     std::string map;
+    bool replaces = false;
 };
 
 /// What is analysed unless an image is asked for: forces and deflections, without them curves of no known meaning.
@@ -157,6 +158,7 @@ std::string image_text(const curves::force_image& image, const force_options& op
 int run(const force_options& options)
 {
     session call;
+    call.letReplace(options.replaces);
     call.setFiles(options.files, {options.map});
     std::optional<force_map_output> maps;
     if (!options.map.empty()) maps.emplace(call, options.map);
@@ -201,6 +203,7 @@ void add_force(CLI::App& app, int& status)
         ->check(whole_number(0))
         ->capture_default_str();
     command->add_option("--map", options->map, "Write volumes with their rigidity and adhesion here: a file or folder");
+    command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     add_curve_options(*command, *options, false);
     command->callback([options, &status] { status = run(*options); });
 }

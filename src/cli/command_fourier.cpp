@@ -33,7 +33,7 @@ struct fourier_options {
     spectra::spectrum_mode mode = spectra::spectrum_mode::power;
     double contrast = 0.5;
     std::string output, spectrum;
-    bool asJson = false;
+    bool asJson = false, replaces = false;
 };
 
 unsigned threads() { return std::max(std::thread::hardware_concurrency(), 1u); }
@@ -156,6 +156,7 @@ json treat(CStorageDoc& document, const std::wstring& path, const fourier_option
 int run(const fourier_options& options)
 {
     session call;
+    call.letReplace(options.replaces);
     call.setFiles(options.files, {options.output, options.spectrum});
     fourier_outputs outputs(call, options);
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
@@ -244,6 +245,7 @@ void add_fourier(CLI::App& app, int& status)
         ->check([](const std::string& text) {
             return parse_finite(text).value_or(0.0) >= 1e-7 ? "" : "expected a number of at least 1e-7";
         });
+    command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, &status] {
         check(*options);

@@ -30,7 +30,7 @@ struct step_options {
     std::optional<int> slope, startRows, gap; ///< none: from the size of the image
     int startRow = 0, endRow = 0;
     std::string output;
-    bool asJson = false;
+    bool asJson = false, replaces = false;
 };
 
 surface::step_settings settings_for(const step_options& options, const surface::sample_frame& frame)
@@ -144,6 +144,7 @@ json treat(CStorageDoc& document, const std::wstring& path, const step_options& 
 int run(const step_options& options)
 {
     session call;
+    call.letReplace(options.replaces);
     call.setFiles(options.files, {options.output});
     std::optional<result_files> outputs;
     if (!options.output.empty()) outputs.emplace(call, output_names(options.output, ".spm"));
@@ -178,6 +179,7 @@ void add_steps(CLI::App& app, int& status)
     command->add_option("--start-row", options->startRow, "First row")->check(whole_number(0));
     command->add_option("--end-row", options->endRow, "Rows left out at the end")->check(whole_number(0));
     command->add_option("-o,--output", options->output, "Document with an image for each step; a folder for several");
+    command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, &status] { status = run(*options); });
 }

@@ -1,6 +1,7 @@
 #include "cli/session.h"
 
 #include "base/text.h"
+#include "cli/existing_container.h"
 #include "cli/failure_text.h"
 #include "cli/folder_keeper.h"
 #include "cli/progress.h"
@@ -127,6 +128,9 @@ std::string session::withoutKeptName(std::string reason) const
 
 std::string session::save(CStorageDoc& document, const std::wstring& path)
 {
+    const existing_file found = replaces ? existing_file::none : look_for_existing(platform::to_path(path), document);
+    if (found == existing_file::same) return {};
+    if (found == existing_file::other) return "the output exists and holds something else; --force replaces it";
     if (document.DoSave(path.c_str(), false)) return {};
     const std::string reason = host.takeMessages();
     return reason.empty() ? "could not be saved" : with_visible(reason, base::narrow(path));

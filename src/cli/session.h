@@ -44,7 +44,9 @@ public:
     std::filesystem::path readable(const std::wstring& path);
     /// The document of a file, or null; `failure` then says why. The current folder stays what it is.
     std::unique_ptr<CStorageDoc> open(const std::wstring& path, std::string& failure);
-    /// Saves without asking. \return empty, or why it failed
+    /// Whether `save` may replace containers that hold something else; from the start it may not.
+    void letReplace(bool on) noexcept { replaces = on; }
+    /// Saves without asking. What lies there already stays when it holds the same, too. \return empty, or why it failed
     std::string save(CStorageDoc& document, const std::wstring& path);
     /// Writes "PATH: REASON" to standard error, once, and remembers that something failed.
     void report(const std::wstring& path, const std::string& reason);
@@ -84,7 +86,7 @@ private:
     std::optional<platform::temporary_file> standardInput;
     std::size_t passedOver = 0;
     std::set<std::filesystem::path> inputIdentities, outputIdentities;
-    bool failed = false;
+    bool failed = false, replaces = false;
 };
 
 } // namespace cli

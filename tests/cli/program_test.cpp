@@ -40,7 +40,7 @@ TEST_F(ProgramTest, ExamplesNeverReplaceWhatSomebodyMadeOfThem)
 {
     examples();
     write_file(folder / "m.txt", smallMatrix);
-    ASSERT_EQ(vldv({"convert", "m.txt", "-o", "ex/grains.spm"}).status, 0);
+    ASSERT_EQ(vldv({"convert", "m.txt", "-o", "ex/grains.spm", "--force"}).status, 0);
     write_file(folder / "ex/section.spm", "notes");
     const std::string grains = file_content(folder / "ex/grains.spm");
     const program_result again = vldv({"examples", "ex"});
@@ -143,11 +143,22 @@ TEST_F(ProgramTest, DumpPrintsRowsFromTheLowest)
 
 TEST_F(ProgramTest, ConvertKeepsSamplesAndNeverOverwritesWhatItReads)
 {
+    examples();
     write_file(folder / "m.txt", smallMatrix);
     ASSERT_EQ(vldv({"convert", "m.txt", "--to", "out"}).status, 0);
     EXPECT_TRUE(std::filesystem::exists(folder / "out/m.txt.spm"));
     EXPECT_EQ(vldv({"dump", "out/m.txt.spm"}).out, vldv({"dump", "m.txt"}).out);
     const std::string before = file_content(folder / "out/m.txt.spm");
+    EXPECT_EQ(vldv({"convert", "m.txt", "--to", "out"}).status, 0) << "the same again";
+
+    // As after an edit: what lies there is not what the recording holds.
+    ASSERT_EQ(vldv({"convert", "ex/grains.spm", "-o", "out/m.txt.spm", "--force"}).status, 0);
+    const std::string edited = file_content(folder / "out/m.txt.spm");
+    const program_result kept = vldv({"convert", "m.txt", "--to", "out"});
+    EXPECT_EQ(kept.status, 1);
+    EXPECT_NE(kept.err.find("exists and holds something else; --force replaces it"), std::string::npos) << kept.err;
+    EXPECT_EQ(file_content(folder / "out/m.txt.spm"), edited);
+    write_file(folder / "out/m.txt.spm", before);
 
     EXPECT_EQ(vldv({"convert", "out/m.txt.spm", "--to", "out"}).status, 1) << "onto itself";
     EXPECT_EQ(file_content(folder / "out/m.txt.spm"), before);

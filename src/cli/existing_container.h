@@ -1,0 +1,14 @@
+#pragma once
+#include "document/StorageDoc.h"
+
+#include <filesystem>
+
+namespace cli {
+
+/// What lies where a container is to be written.
+enum class existing_file { none, same, other };
+
+/// Compares names, sizes and checksums of the entries, so that it does not matter when and how well each was packed.
+existing_file look_for_existing(const std::filesystem::path& path, CStorageDoc& document);
+
+} // namespace cli
