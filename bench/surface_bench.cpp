@@ -54,25 +54,22 @@ void measure_times(bench::verdict& verdict)
     CScale scale;
     scale.SetAutoScaling(view::autoScale);
     surface::window_fitter fitter;
-    surface::range_keeper ranges;
     volatile std::int64_t kept = 0;
     // As the view's render step does it.
     const auto render = [&] {
         const CRect window(0, 0, side, side);
         const surface::fitted_window shown = fitter.fit(samples.data(), side, window, {pictureWidth, pictureHeight});
-        const primitives::height_range range = ranges.of(samples.data(), side, window);
         scale.DrawImage({.bits = pixels.data(),
                          .source = shown.samples,
                          .sourceStep = shown.step,
                          .size = {pictureWidth, pictureHeight},
                          .zAxis = &heights,
                          .absolute = true,
-                         .range = &range});
+                         .range = &shown.range});
     };
 
     const auto new_means = [&] {
         fitter.forget();
-        ranges.forget();
         render();
     };
 

@@ -68,9 +68,10 @@ void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis, 
     const bool hasRegion = !options.roi.empty();
     const CRect part = hasRegion ? part_of_image("--roi", *parse_rectangle(options.roi), image) : whole;
     RECT region = surface::shown_part(part, whole, size);
-    const primitives::height_range range = surface::range_keeper().of(samples, image.cx, part);
     surface::window_fitter fitter;
     const surface::fitted_window shown = fitter.fit(samples, image.cx, whole, size);
+    const primitives::height_range range =
+        hasRegion ? surface::range_keeper().of(samples, image.cx, part) : shown.range;
     picture.width = size.cx;
     picture.height = size.cy;
     picture.pixels.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);

@@ -9,6 +9,12 @@ struct height_range {
     std::int16_t minimum = 32767;
     std::int16_t maximum = -32768;
     bool operator==(const height_range&) const = default;
+    /// Makes it hold `other`, too.
+    constexpr void include(const height_range& other) noexcept
+    {
+        if (other.minimum < minimum) minimum = other.minimum;
+        if (other.maximum > maximum) maximum = other.maximum;
+    }
 };
 
 /// Smallest and largest of `heights`, in one pass. Any length, any alignment; empty in, empty range out.

@@ -55,7 +55,8 @@ constexpr std::int64_t worthAThread = 1 << 22; // samples: some tenths of a mill
 /// Sums of rows, column by column: so many rows of 16-bit numbers fit 32 bits.
 constexpr int mostRows = 65535;
 
-void add_rows(const_height_block rows, std::int32_t* sums) noexcept
+/// \return the range of the rows
+height_range add_rows(const_height_block rows, std::int32_t* sums) noexcept
 {
 #if defined(__x86_64__)
     if (has_avx512()) return simd::add_rows_avx512(rows, sums);
@@ -64,6 +65,7 @@ void add_rows(const_height_block rows, std::int32_t* sums) noexcept
     std::fill_n(sums, rows.width, 0);
     for (int y = 0; y < rows.height; ++y)
         for (int x = 0; x < rows.width; ++x) sums[x] += rows.row(y)[x];
+    return find_block_range(rows);
 }
 
 /// Asks for the rows that the next target takes, line by line behind the column that is being summed: their way into
@@ -167,49 +169,51 @@ struct row_band {
     std::size_t first, end;
 };
 
-/// Rows of means: at least one direction shrinks. `Sum` holds the sum of a target's samples.
+/// Rows of means: at least one direction shrinks. `Sum` holds the sum of a target's samples. \return the range of the
+/// samples in them
 template <class Sum>
-void shrink(const_height_block source, height_block target, const side_map& columns, const side_map& rows,
-            row_band band)
+height_range shrink(const_height_block source, height_block target, const side_map& columns, const side_map& rows,
+                    row_band band)
 {
     const mean_factors factors[] = {{columns, rows.least}, {columns, rows.least + 1}};
     const auto width = static_cast<std::size_t>(target.width), height = band.end;
     std::vector<std::int32_t> columnSums(static_cast<std::size_t>(source.width) + 1); // and one read past the end
     std::vector<Sum> sums(width);
+    height_range range;
     for (std::size_t y = band.first; y < height; ++y) {
         const const_height_block taken = source.rows(rows.first[y], rows.count(y));
         const const_height_block next =
             y + 1 < height ? source.rows(rows.first[y + 1], rows.count(y + 1)) : const_height_block{};
         std::ranges::fill(sums, Sum{0});
         for (int done = 0; done < taken.height; done += mostRows) {
-            add_rows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data());
+            range.include(add_rows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data()));
             add_columns(columnSums.data(), columns, row_fetcher(next), sums.data());
         }
         write_means(std::span<const Sum>(sums), factors[taken.height > rows.least], target.row(static_cast<int>(y)));
     }
+    return range;
 }
 
-void shrink(const_height_block source, height_block target)
+height_range shrink(const_height_block source, height_block target)
 {
     const side_map columns = map_side(source.width, target.width), rows = map_side(source.height, target.height);
     const std::int64_t most = (std::int64_t{columns.least} + 1) * (std::int64_t{rows.least} + 1);
     const auto shrinkBand = [&](row_band band) {
-        if (most <= mostRows)
-            shrink<std::int32_t>(source, target, columns, rows, band);
-        else
-            shrink<std::int64_t>(source, target, columns, rows, band);
+        return most <= mostRows ? shrink<std::int32_t>(source, target, columns, rows, band)
+                                : shrink<std::int64_t>(source, target, columns, rows, band);
     };
     const auto height = static_cast<std::size_t>(target.height);
     const bool isLarge = std::int64_t{source.width} * source.height >= worthAThread && target.height > 1;
     if (!isLarge || std::thread::hardware_concurrency() < 2) return shrinkBand({0, height});
-    std::future<void> upper;
+    std::future<height_range> upper;
     try {
         upper = std::async(std::launch::async, shrinkBand, row_band{height / 2, height});
     } catch (const std::system_error&) { // no thread to be had
         return shrinkBand({0, height});
     }
-    shrinkBand({0, height / 2});
-    upper.get();
+    height_range range = shrinkBand({0, height / 2});
+    range.include(upper.get());
+    return range;
 }
 
 /// Both directions grow, or stay: rows that repeat are copied.
@@ -231,6 +235,17 @@ void enlarge(const_height_block source, height_block target)
 
 } // namespace
 
+height_range find_block_range(const_height_block block) noexcept
+{
+    const auto width = static_cast<std::size_t>(std::max(block.width, 0));
+    // Rows that lie one behind another are one stretch.
+    if (block.height > 1 && block.step == static_cast<std::ptrdiff_t>(width * sizeof(std::int16_t)))
+        return find_range({block.data, width * static_cast<std::size_t>(block.height)});
+    height_range range;
+    for (int y = 0; y < block.height; ++y) range.include(find_range({block.row(y), width}));
+    return range;
+}
+
 void resample_reference(const_height_block source, height_block target) noexcept
 {
     if (source.width <= 0 || source.height <= 0) return;
@@ -248,16 +263,19 @@ void resample_reference(const_height_block source, height_block target) noexcept
         }
 }
 
+height_range resample_and_range(const_height_block source, height_block target)
+{
+    if (source.width <= 0 || source.height <= 0 || target.width <= 0 || target.height <= 0) return {};
+    if (target.width < source.width || target.height < source.height) return shrink(source, target);
+    enlarge(source, target);
+    return find_block_range(source);
+}
+
 } // namespace primitives
 
 void resample(const short* source, int sourceWidth, int sourceHeight, int sourceStep, short* target, int targetWidth,
               int targetHeight, int targetStep)
 {
-    if (sourceWidth <= 0 || sourceHeight <= 0 || targetWidth <= 0 || targetHeight <= 0) return;
-    const primitives::const_height_block from{source, sourceWidth, sourceHeight, sourceStep};
-    const primitives::height_block to{target, targetWidth, targetHeight, targetStep};
-    if (targetWidth < sourceWidth || targetHeight < sourceHeight)
-        primitives::shrink(from, to);
-    else
-        primitives::enlarge(from, to);
+    primitives::resample_and_range({source, sourceWidth, sourceHeight, sourceStep},
+                                   {target, targetWidth, targetHeight, targetStep});
 }

@@ -1,4 +1,6 @@
 #pragma once
+#include "primitives/range.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -21,6 +23,13 @@ struct image_block {
 };
 using const_height_block = image_block<const std::int16_t>;
 using height_block = image_block<std::int16_t>;
+
+/// Smallest and largest of a block, empty for an empty one.
+[[nodiscard]] height_range find_block_range(const_height_block block) noexcept;
+
+/// As `resample`, which reads every sample of the source in any case. \return the range of the source, empty where
+/// nothing is done \throws std::bad_alloc
+height_range resample_and_range(const_height_block source, height_block target);
 
 /// The plain form of `resample`, which defines its answer.
 void resample_reference(const_height_block source, height_block target) noexcept;

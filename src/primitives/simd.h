@@ -52,9 +52,9 @@ void keep_bytes_avx512(const std::uint64_t* words, std::size_t stride, std::uint
 flattened_range flatten_row_avx2(std::span<const std::int16_t> row, float* out) noexcept;
 flattened_range flatten_row_avx512(std::span<const std::int16_t> row, float* out, const void* soon = nullptr) noexcept;
 
-/// Sums of at most 65535 rows, column by column.
-void add_rows_avx2(const_height_block rows, std::int32_t* sums) noexcept;
-void add_rows_avx512(const_height_block rows, std::int32_t* sums) noexcept;
+/// Sums of at most 65535 rows, column by column. \return the range of the rows
+height_range add_rows_avx2(const_height_block rows, std::int32_t* sums) noexcept;
+height_range add_rows_avx512(const_height_block rows, std::int32_t* sums) noexcept;
 /// int(sum * share + shift) - 32768 for as many as fill whole vectors. \return how many that were
 std::size_t write_means_avx2(std::span<const std::int32_t> sums, const double* share, const double* shift,
                              std::int16_t* out) noexcept;

@@ -1,6 +1,6 @@
 #include "surface/render_step.h"
 
-#include "primitives/numeric.h"
+#include "primitives/resample.h"
 
 #include <algorithm>
 
@@ -34,36 +34,40 @@ CRect shown_part(CRect part, const CRect& window, CSize size) noexcept
     return {x.first, y.first, x.end, y.end};
 }
 
+namespace {
+
+primitives::const_height_block block_of(const std::int16_t* image, int rowLength, const CRect& part) noexcept
+{
+    return {image + std::ptrdiff_t{part.top} * rowLength + part.left, part.Width(), part.Height(),
+            rowLength * static_cast<int>(sizeof(std::int16_t))};
+}
+
+} // namespace
+
 fitted_window window_fitter::fit(const std::int16_t* image, int rowLength, const CRect& window, CSize size)
 {
-    constexpr int sampleBytes = sizeof(std::int16_t);
-    const std::int16_t* const first = image + std::ptrdiff_t{window.top} * rowLength + window.left;
-    if (window.Size() == size) return {first, rowLength * sampleBytes};
+    const primitives::const_height_block shown = block_of(image, rowLength, window);
+    const bool isFitting = window.Size() == size;
+    const int step = size.cx * static_cast<int>(sizeof(std::int16_t));
     const request wanted{image, rowLength, window, size};
     if (wanted != last) {
         last = {};
-        buffer.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
-        resample(first, window.Width(), window.Height(), rowLength * sampleBytes, buffer.data(), size.cx, size.cy,
-                 size.cx * sampleBytes);
+        if (isFitting) {
+            range = primitives::find_block_range(shown);
+        } else {
+            buffer.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
+            range = primitives::resample_and_range(shown, {buffer.data(), size.cx, size.cy, step});
+        }
         last = wanted;
     }
-    return {buffer.data(), size.cx * sampleBytes};
+    if (isFitting) return {shown.data, shown.step, range};
+    return {buffer.data(), step, range};
 }
 
 primitives::height_range range_keeper::of(const std::int16_t* image, int rowLength, const CRect& part)
 {
     if (image == lastImage && part == lastPart) return range;
-    range = {};
-    // Whole rows lie one behind another: all of them are one stretch.
-    const bool isWhole = part.Width() == rowLength;
-    const int rows = isWhole ? 1 : part.Height();
-    const std::size_t length = static_cast<std::size_t>(part.Width()) * (isWhole ? part.Height() : 1);
-    const std::int16_t* row = image + std::ptrdiff_t{part.top} * rowLength + part.left;
-    for (int y = 0; y < rows; ++y, row += rowLength) {
-        const primitives::height_range found = primitives::find_range({row, length});
-        range.minimum = std::min(range.minimum, found.minimum);
-        range.maximum = std::max(range.maximum, found.maximum);
-    }
+    range = primitives::find_block_range(block_of(image, rowLength, part));
     lastImage = image;
     lastPart = part;
     return range;

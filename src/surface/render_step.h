@@ -10,7 +10,8 @@ namespace surface {
 /// A window of samples as they are shown: as many as the picture has pixels.
 struct fitted_window {
     const std::int16_t* samples = nullptr;
-    int step = 0; ///< bytes from row to row
+    int step = 0;                   ///< bytes from row to row
+    primitives::height_range range; ///< of all samples of the window
 };
 
 /// Where samples of an image lie in the picture of a window of it: the pixels whose middles show them, at least one in
@@ -36,10 +37,12 @@ private:
         bool operator==(const request&) const = default;
     };
     request last;
+    primitives::height_range range;
     std::vector<std::int16_t> buffer;
 };
 
-/// The range of the samples of a part of an image; the last one is kept, so that what changes colours alone reads none.
+/// The range of the samples of a part of an image, as a region of interest; the last one is kept, so that what changes
+/// colours alone reads none.
 class range_keeper {
 public:
     /// \param image  samples of the whole frame, rows of `rowLength`

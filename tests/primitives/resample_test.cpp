@@ -33,6 +33,18 @@ samples resized(const samples& image, int width, int height, int toWidth, int to
     return out;
 }
 
+/// Sample by sample; those outside of the block are noise, too.
+primitives::height_range range_of(const_height_block block)
+{
+    primitives::height_range out;
+    for (int y = 0; y < block.height; ++y)
+        for (int x = 0; x < block.width; ++x) {
+            out.minimum = std::min(out.minimum, block.row(y)[x]);
+            out.maximum = std::max(out.maximum, block.row(y)[x]);
+        }
+    return out;
+}
+
 TEST(Resample, MatchesHandCounts)
 {
     // Shrinking: (1 + 2 + 5 + 6) / 4 = 3.5 goes up, and so does -3.5.
@@ -58,9 +70,10 @@ TEST(Resample, EqualsItsDefinitionInEveryBit)
             const const_height_block source{image.data() + 1, width, height, 2 * (width + 3)};
             const int row = toWidth + 2;
             samples fast(static_cast<std::size_t>(row) * static_cast<std::size_t>(toHeight), 5), defined = fast;
-            resample(source.data, width, height, source.step, fast.data() + 1, toWidth, toHeight, 2 * row);
+            const auto range = primitives::resample_and_range(source, {fast.data() + 1, toWidth, toHeight, 2 * row});
             primitives::resample_reference(source, {defined.data() + 1, toWidth, toHeight, 2 * row});
             ASSERT_EQ(fast, defined) << width << " x " << height << " to " << toWidth << " x " << toHeight;
+            ASSERT_EQ(range, range_of(source)) << width << " x " << height << " to " << toWidth << " x " << toHeight;
         }
 }
 
@@ -88,8 +101,9 @@ TEST(Resample, EveryFormOfItsStepsIsExact)
                     expected[static_cast<std::size_t>(x)] = 0;
                     for (int y = 0; y < height; ++y) expected[static_cast<std::size_t>(x)] += rows.row(y)[x];
                 }
-                form.run(rows, sums.data());
+                const primitives::height_range range = form.run(rows, sums.data());
                 ASSERT_EQ(sums, expected) << form.name << ": " << width << " x " << height;
+                ASSERT_EQ(range, range_of(rows)) << form.name << ": " << width << " x " << height;
             }
     for (const auto& form : writers)
         for (const int count : {1, 2, 3, 25, 65535}) {
@@ -122,7 +136,12 @@ TEST(Resample, LargeImagesAreSharedBetweenThreadsWithTheSameResult)
     samples defined(toWidth * toHeight);
     primitives::resample_reference({image.data(), width, height, 2 * width},
                                    {defined.data(), toWidth, toHeight, 2 * toWidth});
-    EXPECT_EQ(resized(image, width, height, toWidth, toHeight), defined);
+    samples shared(defined.size());
+    const const_height_block source{image.data(), width, height, 2 * width};
+    const auto range = primitives::resample_and_range(source, {shared.data(), toWidth, toHeight, 2 * toWidth});
+    EXPECT_EQ(shared, defined);
+    EXPECT_EQ(range, range_of(source));
+    EXPECT_EQ(primitives::find_block_range(source), range);
     EXPECT_EQ(resized(image, width, height, 1, 1).size(), 1u) << "one row is not shared";
 }
 
