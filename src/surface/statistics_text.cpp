@@ -37,19 +37,23 @@ int without_zeros(const row_group& rows, int decimals)
     return decimals;
 }
 
+constexpr int smallestPlace = -4; ///< of the first digit of a number that stands plainly
+
+/// Decimals that show so many digits of a number.
+int decimals_for(double value, int digits) { return std::max(digits - 1 - base::decimal_exponent(value), 0); }
+
 /// With how many decimals the rows stand plainly.
 /// \param scale  the number of which at most six digits are shown, and at least the first
 /// \return nothing where plain numbers would be too long for anyone to read
 std::optional<int> plain_decimals(const row_group& rows, double scale, const text_fits& fits)
 {
-    constexpr int longest = 15, smallest = -4; // digits before the point; place of the first digit behind it
-    const int place = base::decimal_exponent(scale);
+    constexpr int longest = 15; // digits before the point
     const auto isPlain = [](const statistics_row* row) {
         return std::isfinite(row->value) && base::decimal_exponent(row->value) < longest;
     };
-    if (place < smallest || !std::ranges::all_of(rows, isPlain)) return std::nullopt;
-    const int least = std::max(-place, 0);
-    int decimals = without_zeros(rows, std::max(allDigits - 1 - place, least));
+    if (base::decimal_exponent(scale) < smallestPlace || !std::ranges::all_of(rows, isPlain)) return std::nullopt;
+    const int least = decimals_for(scale, 1);
+    int decimals = without_zeros(rows, decimals_for(scale, allDigits));
     // What has no room at all takes no digits from the others.
     const auto fitsWith = [&](int count) {
         return [&fits, count](const statistics_row* row) { return fits(plain_text(*row, count)); };
@@ -90,11 +94,31 @@ std::optional<int> height_decimals(std::span<const statistics_row> rows, const t
     return plain_decimals(heights, range != 0.0 ? range : largest, fits);
 }
 
-std::string height_text(const statistics_row& row, std::optional<int> decimals, const text_fits& fits)
+/// Range and roughness count from nothing, so that their own digits matter, not those of the heights.
+bool is_span(const statistics_row& row) { return row.name.starts_with('R'); }
+
+/// Decimals of a span that leave it three digits, fewer where the others are zeros.
+int least_decimals(const statistics_row& row)
 {
-    if (!decimals) return single_text(row, fits);
-    const std::string shared = plain_text(row, *decimals);
-    return fits(shared) ? shared : single_text(reading_well(row), fits);
+    constexpr int readDigits = 3;
+    return std::min(decimals_for(row.value, readDigits), without_zeros({&row}, decimals_for(row.value, allDigits)));
+}
+
+/// A span has at least its own digits.
+std::string shared_text(const statistics_row& row, int shared, const text_fits& fits)
+{
+    if (!is_span(row)) return plain_text(row, shared);
+    if (base::decimal_exponent(row.value) < smallestPlace) return single_text(reading_well(row), fits);
+    const int least = least_decimals(row);
+    const std::string text = plain_text(row, std::max(shared, least));
+    return fits(text) ? text : plain_text(row, least);
+}
+
+/// \param shared  decimals of all heights
+std::string height_text(const statistics_row& row, std::optional<int> shared, const text_fits& fits)
+{
+    const std::string text = shared ? shared_text(row, *shared, fits) : "";
+    return shared && fits(text) ? text : single_text(reading_well(row), fits);
 }
 
 } // namespace

@@ -101,15 +101,36 @@ TEST(RowTexts, OfHeightsHaveOneCountOfDecimals)
               (texts{"Zmax: 204.500 nm", "Zmin: 0.000 nm", "Rmax: 204.500 nm", "Rq: 61.235 nm", "Rku: 2.5"}));
     EXPECT_EQ(texts_of(small, 14),
               (texts{"Zmax: 204.5 nm", "Zmin: 0.0 nm", "Rmax: 204.5 nm", "Rq: 61.2 nm", "Rku: 2.5"}));
-    EXPECT_EQ(texts_of(small, 13), (texts{"Zmax: 205 nm", "Zmin: 0 nm", "Rmax: 205 nm", "Rq: 61 nm", "Rku: 2.5"}));
+    EXPECT_EQ(texts_of(small, 13), (texts{"Zmax: 205 nm", "Zmin: 0 nm", "Rmax: 205 nm", "Rq: 61.2 nm", "Rku: 2.5"}));
     const std::vector<statistics_row> far = {{"Zmax", 12000300.0, "pm", true},
                                              {"Zmin", 12000000.0, "pm", true},
                                              {"Rmax", 300.0, "pm", true},
                                              {"Rq", 80.25, "pm", true}};
     EXPECT_EQ(texts_of(far, 99),
               (texts{"Zmax: 12000300.00 pm", "Zmin: 12000000.00 pm", "Rmax: 300.00 pm", "Rq: 80.25 pm"}));
-    EXPECT_EQ(texts_of(far, 17), (texts{"Zmax: 12000300 pm", "Zmin: 12000000 pm", "Rmax: 300 pm", "Rq: 80 pm"}));
+    EXPECT_EQ(texts_of(far, 17), (texts{"Zmax: 12000300 pm", "Zmin: 12000000 pm", "Rmax: 300 pm", "Rq: 80.3 pm"}));
     EXPECT_EQ(texts_of(far, 16), (texts{"Zmax: 12 µm", "Zmin: 12 µm", "Rmax: 300.00 pm", "Rq: 80.25 pm"}));
+}
+
+TEST(RowTexts, OfSmallRoughnessHaveThreeDigitsOfTheirOwn)
+{
+    const struct {
+        double value;
+        std::size_t room;
+        const char* text;
+    } cases[] = {
+        {0.0243712, 99, "Rq: 0.02437 µm"}, {0.0243712, 14, "Rq: 0.0244 µm"},    {0.0243712, 13, "Rq: 24.371 nm"},
+        {0.0243712, 11, "Rq: 24.4 nm"},    {0.00029951, 99, "Rq: 0.000300 µm"}, {0.00029951, 15, "Rq: 299.51 pm"},
+        {0.00005994, 99, "Rq: 59.94 pm"},  {0.0, 99, "Rq: 0.00000 µm"},         {0.03, 99, "Rq: 0.03000 µm"},
+        {0.03, 14, "Rq: 0.03 µm"},         {0.00025, 99, "Rq: 0.00025 µm"},
+    };
+    for (const auto& [value, room, text] : cases) {
+        const auto texts =
+            texts_of({{"Zmax", 51.59, "µm", true}, {"Rmax", 2.21875, "µm", true}, {"Rq", value, "µm", true}}, room);
+        EXPECT_EQ(texts[2], text) << room;
+    }
+    const auto far = texts_of({{"Zmax", 151.594, "µm", true}, {"Rmax", 2.21875, "µm", true}}, 14);
+    EXPECT_EQ(far, (std::vector<std::string>{"Zmax: 152 µm", "Rmax: 2.22 µm"}));
 }
 
 TEST(StatisticsRow, ReadsWellAsItIsWritten)
