@@ -3,6 +3,7 @@
 #include "document/formats/text_numbers.h"
 
 #include <algorithm>
+#include <cmath>
 
 // What separates the numbers of a text, what marks their decimals and what groups their digits.
 
@@ -22,13 +23,21 @@ bool may_part_thousands(std::string_view line, std::size_t i) noexcept
     return after == group && before > 0 && before <= group && line[i - before] != '0';
 }
 
+/// Digits alone, behind a sign or not.
+bool is_whole_number(std::string_view field) noexcept
+{
+    if (field.starts_with('-')) field.remove_prefix(1);
+    return !field.empty() && std::ranges::all_of(field, is_digit);
+}
+
 /// What the fields between tabs or semicolons tell.
 struct field_survey {
-    bool blanksPart = false;                               ///< "1 234": blanks that part thousands
-    bool blanksSeparate = false;                           ///< "1 2": blanks that cannot
-    bool zeroGroups = false;                               ///< "1 000": a group that is no number of its own
-    bool smallWholes = false, largeWholes = false;         ///< digits alone, below 1000 or not
-    std::uint64_t commaColumns = 0, smallWholeColumns = 0; ///< a bit for each of the first columns
+    bool blanksPart = false;                       ///< "1 234": blanks that part thousands
+    bool blanksSeparate = false;                   ///< "1 2": blanks that cannot
+    bool zeroGroups = false;                       ///< "1 000": a group that is no number of its own
+    bool smallWholes = false, largeWholes = false; ///< digits alone, below 1000 or not
+    /// A bit for each of the first columns: those with whole numbers below 1000, and with groups that end in 0.
+    std::uint64_t smallWholeColumns = 0, roundGroupColumns = 0;
 
     void add(std::string_view line) noexcept
     {
@@ -36,10 +45,13 @@ struct field_survey {
         for (std::size_t column = 0;; ++column) {
             const std::size_t end = std::min(line.find_first_of(";\t"), line.size());
             add_field(base::trimmed(line.substr(0, end)), std::uint64_t{column < mostColumns} << column % mostColumns);
-            if (end == line.size()) return;
+            if (end == line.size()) break;
             line.remove_prefix(end + 1);
         }
+        ++lines;
     }
+    /// "900" above "1,000": whoever writes no decimals of the one writes none of the other.
+    bool showsThousands() const noexcept { return (smallWholeColumns & roundGroupColumns) != 0; }
 
 private:
     void add_field(std::string_view field, std::uint64_t columnBit) noexcept
@@ -48,14 +60,31 @@ private:
             const bool isGrouped = grouped_number(field, ' ', false) || grouped_number(field, ' ', true);
             (isGrouped ? blanksPart : blanksSeparate) = true;
             zeroGroups = zeroGroups || (isGrouped && field.find(" 0") != std::string_view::npos);
-        } else if (field.find(',') != std::string_view::npos) {
-            commaColumns |= columnBit;
-        } else if (!field.empty() && std::ranges::all_of(field.substr(field.front() == '-' ? 1 : 0), is_digit)) {
-            const bool isSmall = field.size() - (field.front() == '-' ? 1 : 0) <= 3;
-            (isSmall ? smallWholes : largeWholes) = true;
-            if (isSmall) smallWholeColumns |= columnBit;
+        } else if (const std::size_t comma = field.find(','); comma != std::string_view::npos) {
+            constexpr std::size_t group = 3;
+            if (comma + group < field.size() && field[comma + group] == '0') roundGroupColumns |= columnBit;
+        } else if (is_whole_number(field)) {
+            add_whole(field, columnBit);
         }
     }
+
+    void add_whole(std::string_view digits, std::uint64_t columnBit) noexcept
+    {
+        const double number = number_of_field(digits, false).value_or(0.0);
+        const bool isSmall = std::fabs(number) < 1000.0;
+        // 0 is written alike everywhere, and the numbers of rows are no values.
+        if (number == 0.0 || (isSmall && columnBit == 1 && isRowNumber(number))) return;
+        (isSmall ? smallWholes : largeWholes) = true;
+        if (isSmall) smallWholeColumns |= columnBit;
+    }
+
+    bool isRowNumber(double number) const noexcept
+    {
+        const auto row = static_cast<double>(lines);
+        return number == row || number == row + 1.0;
+    }
+
+    std::size_t lines = 0;
 };
 
 /// What the commas, tabs and blanks of the lines of numbers tell.
@@ -124,15 +153,16 @@ char separator_of(const mark_survey& survey, bool commasSeparate) noexcept
     return survey.tabs && survey.doubleTabs < survey.lines ? '\t' : ' ';
 }
 
-/// Commas that could be either: they part thousands where whole numbers below 1000 stand beside them and none above.
+/// Commas that could be either. They part thousands where whole numbers below 1000 stand beside them and none above;
+/// but semicolons separate where commas are decimal marks, so there a column has to show it.
 void settle_unsure_commas(const field_survey& fields, number_layout& layout) noexcept
 {
     layout.doubt = number_doubt::decimalCommas;
     if (!fields.smallWholes || fields.largeWholes) return;
+    if (layout.separator == ';' && !fields.showsThousands()) return;
     layout.decimalComma = false;
     layout.groupedDigits = true;
-    const bool shareColumn = (fields.commaColumns & fields.smallWholeColumns) != 0; // "900" above "1,000"
-    layout.doubt = shareColumn ? number_doubt::none : number_doubt::partingCommas;
+    layout.doubt = fields.showsThousands() ? number_doubt::none : number_doubt::partingCommas;
 }
 
 number_layout layout_of(const mark_survey& survey) noexcept

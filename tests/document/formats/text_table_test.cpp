@@ -425,6 +425,12 @@ TEST(TextTable, MarksOfThousandsNeverSplitNumbers)
         {"10\t900\n11\t1,000\n12\t1,100\n", "", {900, 1000, 1100}},
         {"900\t1,000\n901\t1,007\n902\t1,014\n", "read as parting thousands", {1000, 1007, 1014}},
         {"9001\t1,000\n9002\t1,007\n9003\t1,014\n", "read as decimal marks", {1, 1.007, 1.014}},
+        {"1,234\t21,500\n1,345\t-\n1,456\t22,000\n", "read as decimal marks", {21.5, 21.75, 22}},
+        {"1\t1,234\n2\t1,345\n3\t1,450\n", "read as decimal marks", {1.234, 1.345, 1.45}},
+        {"10;1,234\n11;1,345\n12;0\n", "read as decimal marks", {1.234, 1.345, 0}},
+        {"10;900\n11;1,000\n12;1,105\n", "", {900, 1000, 1105}},
+        {"10;1,234\n11;1,345\n12;1,234,567\n", "", {1234, 1345, 1234567}},
+        {"10;1,234\n11;1,345\n12;900.5\n", "", {1234, 1345, 900.5}},
     };
     for (const auto& each : cases) {
         const auto result = read("x\ty\n" + std::string(each.rows));
