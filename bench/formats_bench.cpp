@@ -1,6 +1,8 @@
-// Opening large files of instruments against reading their bytes, or inflating their entries.
+// Opening large files of instruments against reading their bytes, or inflating their entries; finding the sets of files
+// in a large folder against doing so in a small one.
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/formats/file_group.h"
 #include "document/formats/zip_reader.h"
 #include "document/stream_source.h"
 #include "ratio.h"
@@ -194,6 +196,16 @@ void inflate_entries(const path& file)
     }
 }
 
+/// As many files of channels, four a scan.
+std::vector<std::string> names_of_channels(unsigned count)
+{
+    std::vector<std::string> names;
+    for (unsigned i = 0; i < count / 4; ++i)
+        for (const char* const channel : {"phase", "z(err)_fwd", "z(hgt)_fwd", "z(hgt)_rev"})
+            names.push_back(base::formatted("night %05u.%s.sur", i, channel));
+    return names;
+}
+
 } // namespace
 
 int main()
@@ -214,6 +226,9 @@ int main()
     contest.add("open an .mdt", [&] { open_document(mdt); });
     contest.add("inflate the entries of a map", [&] { inflate_entries(map); });
     contest.add("open a map of 4,096 curves", [&] { open_document(map); });
+    const std::vector<std::string> few = names_of_channels(2000), many = names_of_channels(16000);
+    contest.add("sets of 2,000 files", [&] { formats::group_leaders(few); });
+    contest.add("sets of 16,000 files", [&] { formats::group_leaders(many); });
     contest.run(5);
     std::filesystem::remove_all(folder);
     bench::verdict verdict;
@@ -222,5 +237,6 @@ int main()
     verdict.at_most("force volume of 32 bits / read", ratio("open a force volume of 32 bits", "read 64 MiB"), 3.0);
     verdict.at_most(".mdt / read", ratio("open an .mdt", "read 103 MB"), 3.0);
     verdict.at_most("map / inflate", ratio("open a map of 4,096 curves", "inflate the entries of a map"), 3.0);
+    verdict.at_most("sets of 16,000 files / of 2,000", ratio("sets of 16,000 files", "sets of 2,000 files"), 16.0);
     return verdict.exit_status();
 }

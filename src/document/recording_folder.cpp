@@ -86,7 +86,7 @@ private:
             return;
         }
         found.recordings.push_back({file, certain != nullptr});
-        if (format->leader) names[format].push_back(name);
+        if (format->leaders) names[format].push_back(name);
     }
 
     /// Of each set of files in one folder only the one that stands for it stays.
@@ -95,8 +95,9 @@ private:
         std::vector<std::string> led;
         for (auto& [format, members] : names) {
             std::ranges::sort(members);
-            for (const std::string& name : members)
-                if (format->leader(name, members) != name) led.push_back(name);
+            const std::vector<std::string> leaders = format->leaders(members);
+            for (std::size_t i = 0; i < members.size(); ++i)
+                if (leaders[i] != members[i]) led.push_back(members[i]);
         }
         std::ranges::sort(led);
         const auto isLed = [&](const folder_content::recording& each) {

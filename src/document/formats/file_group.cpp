@@ -83,6 +83,28 @@ void append(recording& whole, recording part, std::vector<std::string>& ids)
     whole.strings.merge(part.strings);
 }
 
+/// What the names of a group begin with, behind their extension, which no slash is part of.
+std::string group_key(const std::string& lowerName, std::size_t length)
+{
+    return std::string(extension_of(lowerName)) + '/' + lowerName.substr(0, length);
+}
+
+struct group_start {
+    std::string key;
+    const std::string* leader;
+};
+
+/// Leaves those that begin with no other, the first one of each, sorted: at most one of them begins a name, and that is
+/// the last one that does not come behind it.
+void keep_shortest(std::vector<group_start>& starts)
+{
+    std::ranges::stable_sort(starts, {}, &group_start::key);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < starts.size(); ++i)
+        if (kept == 0 || !starts[i].key.starts_with(starts[kept - 1].key)) std::swap(starts[kept++], starts[i]);
+    starts.resize(kept);
+}
+
 } // namespace
 
 channel_file_name parse_channel_file_name(const std::string& fileName)
@@ -133,20 +155,23 @@ base::read_result<recording> read_file_group(source& file, channel_file_reader r
     return whole;
 }
 
-std::string group_leader(const std::string& name, const std::vector<std::string>& names)
+std::vector<std::string> group_leaders(const std::vector<std::string>& names)
 {
-    const std::string lower = base::lower_ascii(name);
-    std::string leader = name;
-    std::size_t soonest = std::string::npos;
-    for (const std::string& each : names) {
-        const std::string other = base::lower_ascii(each);
-        const std::size_t tag = find_channel_tag(other);
-        if (tag >= soonest || extension_of(other) != extension_of(lower) || !lower.starts_with(other.substr(0, tag)))
-            continue;
-        soonest = tag;
-        leader = each;
+    std::vector<group_start> starts;
+    for (const std::string& name : names) {
+        std::string lower = base::lower_ascii(name);
+        const std::size_t tag = find_channel_tag(lower);
+        if (tag != std::string::npos) starts.push_back({group_key(lower, tag), &name});
     }
-    return leader;
+    keep_shortest(starts);
+    std::vector<std::string> leaders;
+    for (const std::string& name : names) {
+        const std::string key = group_key(base::lower_ascii(name), std::string::npos);
+        const auto behind = std::ranges::upper_bound(starts, key, {}, &group_start::key);
+        const bool isLed = behind != starts.begin() && key.starts_with(std::prev(behind)->key);
+        leaders.push_back(isLed ? *std::prev(behind)->leader : name);
+    }
+    return leaders;
 }
 
 } // namespace formats

@@ -25,8 +25,8 @@ channel_file_name parse_channel_file_name(const std::string& fileName);
 /// and when none could be read, the file is read alone.
 base::read_result<recording> read_file_group(source& file, channel_file_reader read);
 
-/// Which of `names`, sorted names of files of one folder, stands for the group that `name` opens in: the first of those
-/// whose tag comes soonest. The name itself where it is in no group.
-std::string group_leader(const std::string& name, const std::vector<std::string>& names);
+/// Which of `names`, sorted names of files of one folder, stands for the group that each of them opens in: the first of
+/// those whose tag comes soonest. The name itself where it is in no group.
+std::vector<std::string> group_leaders(const std::vector<std::string>& names);
 
 } // namespace formats

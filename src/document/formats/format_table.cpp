@@ -52,7 +52,7 @@ base::read_result<recording> finished(source& file)
     return finish_recording(Read(file));
 }
 
-// In the order of the file dialog. type, name, patterns, sniff, possible, read, underAnyName, leader.
+// In the order of the file dialog. type, name, patterns, sniff, possible, read, underAnyName, leaders.
 constexpr format_row rows[] = {
     {FILE_SPMX, "Velmira files", "*.spm", sniff_container, nullptr, nullptr},
     {FILE_NANOSCOPE, "NanoScope files", "*.0??;*.1??;*.2??;*.3??;*.4??;*.5??;*.6??;*.7??;*.8??;*.9??;*.di;*.pfc",
@@ -70,11 +70,11 @@ constexpr format_row rows[] = {
     {FILE_IBW, "IgorPro Files", "*.ibw", sniff_ibw, possible_ibw, finished<read_ibw>},
     {FILE_WIP, "WITec files", "*.wip;*.wid", sniff_wip, nullptr, finished<read_wip>},
     {FILE_SCALA, "Omicron files", "*.par;*.tf?;*.tb?;*.sf?;*.sb?", sniff_scala, possible_scala, finished<read_scala>,
-     false, scala_leader},
+     false, scala_leaders},
     {FILE_NANOSURF, "Nanosurf files", "*.nid;*.ezd", sniff_nid, nullptr, finished<read_nid>},
     {FILE_PNI, "Pacific Nanotech files", "*.pni", sniff_pni, possible_pni, finished<read_pni_group>, false,
-     group_leader},
-    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, finished<read_sur_group>, false, group_leader},
+     group_leaders},
+    {FILE_SUR, "Digital Surf files", "*.sur;*.pro", sniff_sur, nullptr, finished<read_sur_group>, false, group_leaders},
     {FILE_AIST, "AIST-NT Files", "*.aist", nullptr, possible_aist, finished<read_aist>, true},
     {FILE_OPD, "WYKO Files", "*.opd", sniff_opd, possible_opd, finished<read_opd>},
     {FILE_BMP, "Bitmap files", "*.bmp", sniff_bmp, nullptr, finished<read_bmp>},

@@ -56,10 +56,10 @@ struct format_row {
     base::read_result<recording> (*read)(source& file);
     /// Possible content is tried under any name when no other row can read it.
     bool underAnyName = false;
-    /// Of a format whose recordings are several files, any of which opens them all: the one of `names` that stands for
-    /// those that open with `name`. `names` are the files of this format in one folder, sorted, `name` among them.
+    /// Of a format whose recordings are several files, any of which opens them all: for each of `names` the one that
+    /// stands for those that open with it. `names` are the files of this format in one folder, sorted.
     /// Null: each file is a recording of its own.
-    std::string (*leader)(const std::string& name, const std::vector<std::string>& names) = nullptr;
+    std::vector<std::string> (*leaders)(const std::vector<std::string>& names) = nullptr;
 };
 
 constexpr std::size_t sniffBytes = 4096;

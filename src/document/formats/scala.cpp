@@ -10,6 +10,7 @@
 #include "document/formats/scala_points.h"
 
 #include <algorithm>
+#include <map>
 
 namespace formats {
 
@@ -26,11 +27,20 @@ base::read_result<std::string> read_parameter_text(source& file)
     return text;
 }
 
+/// What the parameter file of a set is called, in lower case.
+std::string lower_parameter_name(const std::string& name)
+{
+    return base::lower_ascii(name.substr(0, name.rfind('.'))) + ".par";
+}
+
 /// The parameter file of the set that a data file belongs to.
 std::unique_ptr<source> find_parameter_file(source& data)
 {
-    const std::string found = scala_leader(data.name(), data.siblings());
-    return found != data.name() ? data.sibling(found) : nullptr;
+    const std::string wanted = lower_parameter_name(data.name());
+    const std::vector<std::string> names = data.siblings();
+    const auto found =
+        std::ranges::find(names, wanted, [](const std::string& each) { return base::lower_ascii(each); });
+    return found != names.end() && *found != data.name() ? data.sibling(*found) : nullptr;
 }
 
 /// Reads the channels of a set; what cannot be read is noted and does not stop the others.
@@ -190,12 +200,16 @@ base::read_result<recording> read_scala(source& file)
     return read_set(file, *beside);
 }
 
-std::string scala_leader(const std::string& name, const std::vector<std::string>& names)
+std::vector<std::string> scala_leaders(const std::vector<std::string>& names)
 {
-    const std::string wanted = name.substr(0, name.rfind('.')) + ".par";
-    const auto found =
-        std::ranges::find_if(names, [&](const std::string& each) { return base::equal_ignoring_case(each, wanted); });
-    return found != names.end() ? *found : name;
+    std::map<std::string, const std::string*> first; // of the names that differ in case alone
+    for (const std::string& name : names) first.try_emplace(base::lower_ascii(name), &name);
+    std::vector<std::string> leaders;
+    for (const std::string& name : names) {
+        const auto found = first.find(lower_parameter_name(name));
+        leaders.push_back(found != first.end() ? *found->second : name);
+    }
+    return leaders;
 }
 
 bool sniff_scala(std::span<const std::byte> head)

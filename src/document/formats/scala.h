@@ -15,8 +15,8 @@ namespace formats {
 /// files that are missing or damaged are named in the string "Missing channels".
 base::read_result<recording> read_scala(source& file);
 
-/// The parameter file of the set that a file belongs to, or the file itself where there is none.
-std::string scala_leader(const std::string& name, const std::vector<std::string>& names);
+/// For each of `names` the parameter file of the set that it belongs to, or itself where there is none.
+std::vector<std::string> scala_leaders(const std::vector<std::string>& names);
 
 bool sniff_scala(std::span<const std::byte> head);
 /// Data files of samples have no mark of their own: their names and the parameter file beside them tell.
