@@ -32,6 +32,20 @@ bool read_rows(source& file, const jpk_plane& plane, byte_order order, std::span
     return true;
 }
 
+/// Adds the samples of a plane that hold its number for "not measured". \param first  place of its first sample
+void find_unmeasured(const jpk_plane& plane, std::span<const std::byte> raw, std::uint64_t first,
+                     std::vector<void_range>& voids)
+{
+    if (!plane.unmeasured) return;
+    std::vector<double> row(plane.plane.frame.width);
+    const std::size_t rowBytes = row.size() * element_size(plane.type);
+    for (; !raw.empty(); raw = raw.subspan(rowBytes), first += row.size()) {
+        decode_numbers(raw.first(rowBytes), plane.type, byte_order::little, row);
+        for (std::size_t i = 0; i < row.size(); ++i)
+            if (row[i] == *plane.unmeasured) voids.push_back({first + i, 1});
+    }
+}
+
 bool same_scale(const value_scale& a, const value_scale& b) noexcept
 {
     return a.step == b.step && a.offset == b.offset && a.units == b.units;
@@ -59,7 +73,7 @@ bool holds_for(const jpk_plane& plane, const value_scale& wanted)
 
 /// Two directions, each with numbers of its own scale: as physical values.
 base::read_result<recorded_image> load_values(source& file, std::span<const jpk_plane* const> planes, byte_order order,
-                                              const std::string& id)
+                                              const std::string& id, std::vector<void_range>& voids)
 {
     const channel_plane& first = planes.front()->plane;
     const extent sides[] = {{first.frame.width, first.frame.x}, {first.frame.height, first.frame.y}};
@@ -72,6 +86,7 @@ base::read_result<recorded_image> load_values(source& file, std::span<const jpk_
     for (const jpk_plane* plane : planes) {
         if (!read_rows(file, *plane, order, raw))
             return base::read_error{0, "samples of " + first.channel + " cannot be read"};
+        find_unmeasured(*plane, raw, image.stream.array_length() - rest.size(), voids);
         const auto values = rest.first(samples);
         decode_numbers(raw, plane->type, byte_order::little, values);
         for (double& value : values) value = value * plane->plane.scale.step + plane->plane.scale.offset;
@@ -85,7 +100,7 @@ base::read_result<recorded_image> load_values(source& file, std::span<const jpk_
 }
 
 base::read_result<recorded_image> load_numbers(source& file, std::span<const jpk_plane* const> planes, byte_order order,
-                                               const std::string& id)
+                                               const std::string& id, std::vector<void_range>& voids)
 {
     const jpk_plane& first = *planes.front();
     const image_frame& frame = first.plane.frame;
@@ -95,9 +110,12 @@ base::read_result<recorded_image> load_numbers(source& file, std::span<const jpk
     const std::span all(static_cast<std::byte*>(image.stream.array_data()),
                         std::size_t{image.stream.array_length()} * element_size(first.type));
     const std::size_t planeBytes = all.size() / planes.size();
-    for (std::size_t i = 0; i < planes.size(); ++i)
-        if (!read_rows(file, *planes[i], order, all.subspan(i * planeBytes, planeBytes)))
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        const auto part = all.subspan(i * planeBytes, planeBytes);
+        if (!read_rows(file, *planes[i], order, part))
             return base::read_error{0, "samples of " + first.plane.channel + " cannot be read"};
+        find_unmeasured(*planes[i], part, i * planeBytes / element_size(first.type), voids);
+    }
     for (const value_scale& other : first.others) add_calibration(image, first.plane.scale, other);
     return image;
 }
@@ -108,9 +126,10 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<jpk
     std::vector<const jpk_plane*> parts;
     for (const std::size_t index : group) parts.push_back(&planes[index]);
     const bool isOneScale = same_scale(parts.front()->plane.scale, parts.back()->plane.scale);
-    auto image = isOneScale ? load_numbers(file, parts, order, id) : load_values(file, parts, order, id);
+    std::vector<void_range> voids;
+    auto image = isOneScale ? load_numbers(file, parts, order, id, voids) : load_values(file, parts, order, id, voids);
     if (!image) return image;
-    settle_samples(*image);
+    settle_samples(*image, voids);
     name_directions(*image, group, parts.front()->plane.direction);
     image->strings.insert(parts.front()->strings.begin(), parts.front()->strings.end());
     return image;

@@ -33,10 +33,12 @@ enum tag : unsigned {
     slotsTag = 0x8080,
     defaultSlotTag = 0x8081,
     slotNameTag = 0x8090,
+    slotEncoderTag = 0x80A1,
     slotUnitsTag = 0x80A2,
     slotKindTag = 0x80A3,
     slotFactorTag = 0x80A4,
     slotOffsetTag = 0x80A5,
+    slotMarkerTag = 0x80AA,
     slotStride = 0x30,
 };
 
@@ -76,6 +78,18 @@ std::vector<value_scale> read_calibrations(const tiff_directory& directory)
             scales.push_back(scale);
     }
     return scales;
+}
+
+/// The raw number of points that were not measured, where the encoder of a slot says that there is one.
+std::optional<double> unmeasured_number(const tiff_directory& directory)
+{
+    const double count = directory.number(slotsTag).value_or(0);
+    for (unsigned i = 0; i < maxSlots && i < count; ++i) {
+        const unsigned base = i * slotStride;
+        if (!directory.text(slotEncoderTag + base).ends_with("WithValidity")) continue;
+        if (const auto number = directory.number(slotMarkerTag + base)) return number;
+    }
+    return std::nullopt;
 }
 
 /// The element type of the samples, or void.
@@ -156,6 +170,7 @@ base::read_result<jpk_plane> describe_jpk_plane(std::uint64_t fileBytes, const t
     result.plane.direction =
         directory.number(retraceTag).value_or(0) != 0 ? scan_direction::reverse : scan_direction::forward;
     result.plane.pass = name + ", " + std::to_string(result.type);
+    result.unmeasured = unmeasured_number(directory);
     result.others = read_calibrations(directory);
     result.plane.scale = result.others.front();
     result.others.erase(result.others.begin());

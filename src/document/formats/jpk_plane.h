@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@ struct jpk_plane {
     channel_plane plane;
     std::vector<value_scale> others; ///< further calibrations
     SPMVarArrayType type = SPM_ARRAY_INT16;
+    std::optional<double> unmeasured; ///< raw number of points that were not measured
     bool isTopFirst = false;
     std::uint32_t rowsPerStrip = 0;
     std::vector<double> offsets, counts;

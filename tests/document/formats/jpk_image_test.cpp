@@ -3,6 +3,7 @@
 #include "jpk_fixture.h"
 #include "zip_fixture.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -112,6 +113,37 @@ TEST(Jpk, WideDirectionsOfDifferentScaleJoinAsPhysicalValues)
         }
         expect_image(image, {.parts = {"Forward", "Reverse"}, .strings = {{"\\Scan rate", "1.5"}}});
         EXPECT_EQ(result->strings.at("Program"), "7");
+    }
+}
+
+/// The second sample holds a number that some encoders name as the one of points without a measurement. 16 bits keep
+/// their numbers, wider ones of two scales become values.
+TEST(Jpk, TheNumberThatAnEncoderNamesIsNotMeasured)
+{
+    struct {
+        unsigned bits;
+        const char* encoder;
+        std::uint32_t marker;
+        const char* voids; ///< "" when all is measured
+        double highest;    ///< m
+    } const rows[] = {
+        {32, "SignedIntegerWithValidity", 2147483647, "2", 1e-6 + 100 * 4e-15},
+        {32, "SignedInteger", 2147483647, "", 1e-6 + 2147483647 * 4e-15},
+        {32, "SignedIntegerWithValidity", 5, "", 1e-6 + 2147483647 * 4e-15},
+        {16, "SignedShortWithValidity", 32767, "1", 1e-6 + 100 * 1e-15},
+        {16, "SignedShort", 32767, "", 1e-6 + 32767 * 1e-15},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(row.encoder) + " " + std::to_string(row.marker));
+        const std::string pair = row.bits == 32 ? le32(100) + le32(2147483647) : le16(100) + le16(32767);
+        directory trace = plane_of(row.bits, 8, false, 1e-15), retrace = plane_of(row.bits, 8, true, 4e-15);
+        for (directory* each : {&trace, &retrace})
+            each->insert(each->end(), {words(0x80D1, row.encoder), whole(0x80DA, row.marker)});
+        const auto result = read(tiff_of(pair, {sharedTags, trace, retrace}));
+        ASSERT_TRUE(result) << result.error().reason;
+        const recorded_image& image = image_at(result, 0);
+        expect_image(image, {.strings = {{"\\Void points", row.voids}}});
+        EXPECT_NEAR(std::ranges::max(physical_of(image)), row.highest, 1e-5 * row.highest);
     }
 }
 

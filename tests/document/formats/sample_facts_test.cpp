@@ -77,6 +77,23 @@ TEST_F(SampleFacts, ForceIsHighWhereNanoscopeCurvesBegin)
     }
 }
 
+/// All but the first of 128 lines of the map hold the number that its encoders name; the other image has measured
+/// points of that very number, and encoders that name none.
+TEST_F(SampleFacts, LinesOfAJpkMapThatWereNotMeasured)
+{
+    const recording& map = read(read_jpk, "jpk", "fmt-jpk-fd_2020.02.07-16.29.05.036.jpk-qi-data");
+    std::size_t images = 0;
+    for (const auto& each : map.items) {
+        const auto& image = std::get<recorded_image>(each);
+        if (image.stream.get_dimensions_number() != 2) continue;
+        EXPECT_EQ(image.strings.at("\\Void points"), std::to_string(127 * 128)) << image.stream.get_name();
+        ++images;
+    }
+    EXPECT_EQ(images, 5u);
+    for (const auto& each : read(read_jpk, "jpk", "file.jpk-qi-image").items)
+        EXPECT_FALSE(std::get<recorded_image>(each).strings.contains("\\Void points"));
+}
+
 TEST_F(SampleFacts, JpkCurvesBeginAtTheContact)
 {
     std::size_t checked = 0;
