@@ -129,11 +129,26 @@ value_scale scale_of(const opd_values& values, bool isHeight, bool isFloat)
 {
     if (!isHeight) return {1.0, 0.0, "", "intensity"};
     const auto wavelength = values.number("Wavelength");
-    if (!wavelength) return {1.0, 0.0, "", "no Wavelength in the file"};
     const double divisor = isFloat ? 1.0 : values.number("Mult").value_or(1.0);
-    value_scale scale{*wavelength / divisor, 0.0, "nm", "Wavelength = " + base::shortest(*wavelength) + " nm"};
+    value_scale scale{wavelength.value_or(1.0) / divisor, 0.0, "", "no Wavelength in the file"};
+    if (wavelength) {
+        scale.units = "nm";
+        scale.origin = "Wavelength = " + base::shortest(*wavelength) + " nm";
+    }
     if (divisor != 1.0) scale.origin += ", Mult = " + base::shortest(divisor);
     return scale;
+}
+
+/// Says what the scale of heights lacks, and which number no scale can be made of.
+void note_scale(recorded_image& image, const opd_values& values, bool isFloat)
+{
+    if (!values.number("Wavelength"))
+        image.notes.emplace_back("no Wavelength in the file: heights are counted in wavelengths, without a unit");
+    if (!isFloat && !values.number("Mult"))
+        image.notes.emplace_back("no Mult in the file: whole numbers count as wavelengths");
+    for (const char* field : {"Wavelength", "Mult"})
+        if (const auto number = values.number(field); number && (*number == 0.0 || !std::isfinite(*number)))
+            image.notes.push_back(std::string(field) + " is " + base::general(*number));
 }
 
 /// From columns that run upwards to rows, the bottom row first.
@@ -181,6 +196,8 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
         make_samples(unique_id(label, ids), label, sides, 1, scale_of(values, isHeight, bytes == 4), type);
     if (pixel) note_length(image, "Pixel_size", *pixel);
     note_length(image, "Aspect", aspect);
+    if (pixel && !values.number("Aspect")) image.notes.emplace_back("no Aspect in the file: points count as square");
+    if (isHeight) note_scale(image, values, bytes == 4);
     if (bytes == 4) {
         fill_rows<float>(image, stored, columns, rows);
         for (float& value : elements_of<float>(image))
@@ -225,9 +242,6 @@ base::read_result<recording> read_opd(source& file)
         for (const opd_block& block : *blocks) {
             if (block.type != arrayBlock || !isWanted(block.name)) continue;
             auto image = read_array(file, block, values, ids);
-            if (image && holds_wyko_heights(block.name) && !values.number("Wavelength"))
-                image->notes.emplace_back(
-                    "no Wavelength in the file: heights are counted in wavelengths, without a unit");
             if (image)
                 result.items.emplace_back(std::move(*image));
             else

@@ -168,16 +168,32 @@ TEST(Opd, ColumnsRunUpwardsAndHeightsCountInWavelengths)
 
 TEST(Opd, WhatGivesNoScaleIsNamed)
 {
-    const opd_piece heights{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2))};
+    const opd_piece heights{"OPD", 3, opd_array(2, 1, 2, le16(118) + le16(236))}, mult{"Mult", 6, le16(236)};
+    const std::string noWavelength = "no Wavelength in the file: heights are counted in wavelengths, without a unit",
+                      noMult = "no Mult in the file: whole numbers count as wavelengths",
+                      noAspect = "no Aspect in the file: points count as square";
     const auto bare = read(read_opd, opd_file({heights}));
     EXPECT_EQ(bare->strings.at("\\Reader note"), "no Pixel_size in the file: sides are counted in points");
     EXPECT_EQ(image_at(bare, 0).strings.at("\\Z scale"), "raw * 1 + 0 from no Wavelength in the file");
-    EXPECT_EQ(image_at(bare, 0).notes.at(0),
-              "no Wavelength in the file: heights are counted in wavelengths, without a unit");
     EXPECT_EQ(image_at(bare, 0).stream.get_dimension(0).get_axis(0), VLAxis());
-    const auto complete = read(read_opd, opd_file({heights, pixelSize, wavelength}));
-    ASSERT_TRUE(complete) << complete.error().reason;
-    EXPECT_FALSE(complete->strings.contains("\\Reader note"));
+    struct {
+        std::vector<opd_piece> pieces;
+        std::vector<double> values;
+        std::vector<std::string> notes;
+    } const rows[] = {
+        {{heights}, {118, 236}, {noWavelength, noMult}},
+        {{heights, mult}, {0.5, 1}, {noWavelength}}, // raw / Mult wavelengths
+        {{heights, wavelength, pixelSize}, {118 * 600, 236 * 600}, {noAspect, noMult}},
+        {{heights, wavelength, pixelSize, mult, {"Aspect", 7, le_float(1)}}, {300, 600}, {}},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(read_opd, opd_file(row.pieces));
+        ASSERT_TRUE(result) << result.error().reason;
+        expect_image(image_at(result, 0), {.values = row.values});
+        EXPECT_EQ(image_at(result, 0).notes, row.notes);
+    }
+    for (const opd_piece& zero : {opd_piece{"Mult", 6, le16(0)}, opd_piece{"Wavelength", 7, le_float(0)}})
+        expect_refused(read_opd, {{opd_file({zero, heights, wavelength, mult}), zero.name + " is 0"}});
 }
 
 TEST(Opd, WhatCannotBeIsRefusedWithItsReason)
