@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
 
@@ -76,7 +77,7 @@ public:
     double number(const std::string& key, double otherwise) const
     {
         const std::string stated = text(key);
-        return stated.empty() ? otherwise : base::leading_number(stated).value_or(std::nan(""));
+        return stated.empty() ? otherwise : stated_number(stated).value_or(std::nan(""));
     }
     const std::map<std::string, std::string>& all() const noexcept { return lines; }
 
@@ -104,7 +105,8 @@ base::read_result<bcr_layout> read_header(source& file)
     bcr_layout layout{*kind, decode(std::string_view(head).substr(0, headerCharacters * characterBytes)),
                       headerCharacters * characterBytes};
     const double stated = layout.header.number("headersize", static_cast<double>(headerCharacters));
-    if (!(stated >= 1 && stated <= 1 << 24)) return base::read_error{0, "headersize is not above 0 or too large"};
+    if (!(stated >= 1 && stated <= 1 << 24))
+        return base::read_error{0, "headersize is no number, not above 0 or too large"};
     layout.dataAt = static_cast<std::uint64_t>(stated) * characterBytes;
     if (layout.dataAt > file.size())
         return base::read_error{file.size(), "headersize reaches beyond the end of the file"};
@@ -175,7 +177,7 @@ void move_numbers(recorded_image& image, const value_scale& scale, double zmin)
 }
 
 /// Speeds are in nm/s; a text that says more than a number is left alone.
-std::string with_speed_units(const std::string& speed) { return base::whole_number(speed) ? speed + " nm/s" : speed; }
+std::string with_speed_units(const std::string& speed) { return lone_number(speed) ? speed + " nm/s" : speed; }
 
 } // namespace
 
@@ -194,7 +196,7 @@ base::read_result<recording> read_bcr(source& file)
         return refuse("force curves of this format (forcecurve = 1) are not known");
     const double columns = header.number("xpixels", 0), rows = header.number("ypixels", 0);
     if (!(columns >= 1 && columns <= 65536 && rows >= 1 && rows <= 65536))
-        return refuse("xpixels or ypixels is missing, 0 or above 65536");
+        return refuse("xpixels or ypixels is missing, no number, 0 or above 65536");
     const auto width = static_cast<unsigned>(columns), height = static_cast<unsigned>(rows);
     const SPMVarArrayType type = layout->kind.isFloat ? SPM_ARRAY_FLOAT32 : SPM_ARRAY_INT16;
     if (!holds_numbers(file.size(), layout->dataAt, std::uint64_t{width} * height, element_size(type)))

@@ -1,6 +1,7 @@
 #include "document/formats/ibw_channels.h"
 
 #include "base/text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
 
@@ -19,7 +20,7 @@ std::vector<double> numbers_of(const ibw_wave& wave, const char* key)
     const auto line = wave.note.find(key);
     if (line == wave.note.end()) return numbers;
     for (const std::string_view each : base::split(line->second, ','))
-        if (!base::trimmed(each).empty()) numbers.push_back(base::whole_number(each).value_or(NAN));
+        if (!base::trimmed(each).empty()) numbers.push_back(lone_number(each).value_or(NAN));
     return numbers;
 }
 
@@ -28,7 +29,7 @@ std::vector<double> numbers_of(const ibw_wave& wave, const char* key)
 std::optional<double> ibw_note_number(const ibw_wave& wave, const char* key)
 {
     const auto line = wave.note.find(key);
-    const auto number = line == wave.note.end() ? std::nullopt : base::leading_number(line->second);
+    const auto number = line == wave.note.end() ? std::nullopt : stated_number(line->second);
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 

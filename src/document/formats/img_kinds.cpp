@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -226,11 +227,8 @@ base::read_result<img_layout> read_ecs(source& file, std::span<const std::byte> 
     if (file.size() != oldHeaderBytes + image_bytes(layout.width, layout.height))
         return none("its size is not 830 bytes and the samples");
     std::string_view rest = std::string_view(size).substr(ecsSizeMark.size());
-    std::size_t used = 0;
-    const auto length = base::leading_number(rest, &used);
-    rest.remove_prefix(used);
-    const auto span = base::leading_number(rest, &used);
-    rest = base::trimmed(rest.substr(span ? used : 0));
+    const auto length = stated_number(rest, &rest), span = stated_number(rest, &rest);
+    rest = base::trimmed(rest);
     if (!length || !span || !(*length > 0) || !std::isfinite(*span)) return none("no numbers behind \"Scan Size: \"");
     // The unit is one character: 0x8F is an Angstrom in code pages of that time.
     const auto bytes = head.subspan(ecsSizeAt + 1, std::to_integer<std::size_t>(head[ecsSizeAt]));

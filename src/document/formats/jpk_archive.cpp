@@ -1,6 +1,7 @@
 #include "document/formats/jpk_archive.h"
 
 #include "base/text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -146,7 +147,7 @@ void keep_segment(jpk_archive& archive, const std::string& text)
 std::optional<double> number_behind(std::string_view text, std::string_view ending)
 {
     const std::size_t at = text.find(ending);
-    return at == std::string_view::npos ? std::nullopt : base::leading_number(text.substr(at + ending.size()));
+    return at == std::string_view::npos ? std::nullopt : stated_number(text.substr(at + ending.size()));
 }
 
 /// "12: 1e-06 2e-06", where the header of a map's curve says that it was measured; empty without.

@@ -1,6 +1,7 @@
 #include "document/formats/jpk_channel.h"
 
 #include "base/text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/text_units.h"
 
 #include <algorithm>
@@ -51,7 +52,7 @@ public:
     /// NaN for a text that is no number or empty.
     double number(const std::string& key, double otherwise) const
     {
-        return has(key) ? base::whole_number(text(key)).value_or(std::nan("")) : otherwise;
+        return has(key) ? lone_number(text(key)).value_or(std::nan("")) : otherwise;
     }
 
 private:

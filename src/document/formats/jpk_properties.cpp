@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/stated_number.h"
 
 #include <vector>
 
@@ -78,7 +79,7 @@ const std::string& jpk_properties::value(const std::string& key) const
     return found == lines.end() ? none : found->second;
 }
 
-std::optional<double> jpk_properties::number(const std::string& key) const { return base::whole_number(value(key)); }
+std::optional<double> jpk_properties::number(const std::string& key) const { return lone_number(value(key)); }
 
 void jpk_properties::resolve(const jpk_properties& shared)
 {

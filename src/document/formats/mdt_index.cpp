@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "document/formats/header_text.h"
 #include "document/formats/sample_numbers.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/text_units.h"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ std::string text_of(const attributes& found, const char* key)
 double number_of(const attributes& found, const char* key)
 {
     const std::string stated = text_of(found, key);
-    return stated.empty() ? 0.0 : base::whole_number(stated).value_or(std::nan(""));
+    return stated.empty() ? 0.0 : lone_number(stated).value_or(std::nan(""));
 }
 
 int index_of(const attributes& found, const char* key)

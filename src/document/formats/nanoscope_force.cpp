@@ -4,6 +4,7 @@
 #include "document/formats/nanoscope_scale.h"
 #include "document/formats/nanoscope_strings.h"
 #include "document/formats/sample_numbers.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -21,12 +22,9 @@ std::vector<std::uint64_t> counts(const std::string* text)
     std::vector<std::uint64_t> numbers;
     if (!text) return numbers;
     std::string_view left = *text;
-    std::size_t used = 0;
-    while (numbers.size() < 2) {
-        const auto number = base::leading_number(left, &used);
-        if (!number || !(*number >= 0) || *number > static_cast<double>(maxSide)) break;
-        numbers.push_back(static_cast<std::uint64_t>(*number));
-        left.remove_prefix(used);
+    for (double number = 0.0; numbers.size() < 2 && take_number(left, number);) {
+        if (!(number >= 0) || number > static_cast<double>(maxSide)) break;
+        numbers.push_back(static_cast<std::uint64_t>(number));
     }
     return numbers;
 }
@@ -96,16 +94,12 @@ void set_grid_axes(const nanoscope_header& header, nanoscope_force& channel, std
     const std::string* size = header.setting("scan size");
     if (!size || channel.columns == 0) return;
     std::string_view left = *size;
-    std::size_t used = 0;
-    const auto x = base::leading_number(left, &used);
-    if (!x) return;
-    left.remove_prefix(used);
-    const auto y = base::leading_number(left, &used);
-    if (y) left.remove_prefix(used);
+    double x = 0.0, y = 0.0;
+    if (!take_number(left, x)) return;
+    const double height = take_number(left, y) && !(y <= 0) ? y : x;
     const std::string units = nanoscope_units(left);
-    const double height = y && *y > 0 ? *y : *x;
     const auto start = [&](const char* key) { return nanoscope_offset(header, *channel.section, key, units); };
-    channel.x = stated_side(start("x offset"), *x, static_cast<unsigned>(columns), units);
+    channel.x = stated_side(start("x offset"), x, static_cast<unsigned>(columns), units);
     channel.y = stated_side(start("y offset"), height, rows ? static_cast<unsigned>(rows) : channel.rows, units);
 }
 

@@ -1,4 +1,5 @@
 #include "document/formats/nanoscope_header.h"
+#include "document/formats/stated_number.h"
 
 #include "base/text.h"
 
@@ -75,10 +76,7 @@ const std::string* find_line(const std::vector<nanoscope_line>& lines, std::stri
     return found == lines.end() ? nullptr : &found->value;
 }
 
-std::optional<double> leading(const std::string* text) noexcept
-{
-    return text ? base::leading_number(*text) : std::nullopt;
-}
+std::optional<double> leading(const std::string* text) { return text ? stated_number(*text) : std::nullopt; }
 
 void index_settings(nanoscope_header& header, nanoscope_list kind)
 {
@@ -98,7 +96,7 @@ const std::string* nanoscope_section::find_typed(std::string_view key) const noe
     return find_line(lines, key, true);
 }
 
-std::optional<double> nanoscope_section::number(std::string_view key) const noexcept { return leading(find(key)); }
+std::optional<double> nanoscope_section::number(std::string_view key) const { return leading(find(key)); }
 
 std::uint32_t nanoscope_header::version() const noexcept
 {
@@ -107,7 +105,7 @@ std::uint32_t nanoscope_header::version() const noexcept
     return number && *number > 0 && *number <= 0xFFFFFFFFll ? static_cast<std::uint32_t>(*number) : 0;
 }
 
-std::optional<std::uint64_t> nanoscope_header::length() const noexcept
+std::optional<std::uint64_t> nanoscope_header::length() const
 {
     const std::string* text = sections.empty() ? nullptr : sections.front().find("data length");
     return text ? leading_count(*text) : std::nullopt;
@@ -119,10 +117,7 @@ const std::string* nanoscope_header::setting(std::string_view key) const noexcep
     return found == settings.end() ? nullptr : &found->second;
 }
 
-std::optional<double> nanoscope_header::setting_number(std::string_view key) const noexcept
-{
-    return leading(setting(key));
-}
+std::optional<double> nanoscope_header::setting_number(std::string_view key) const { return leading(setting(key)); }
 
 const std::string* nanoscope_header::typed_setting(std::string_view key) const noexcept
 {
@@ -167,10 +162,10 @@ nanoscope_header parse_nanoscope_header(std::string_view text)
     return header;
 }
 
-std::optional<std::uint64_t> leading_count(std::string_view text) noexcept
+std::optional<std::uint64_t> leading_count(std::string_view text)
 {
     constexpr double exactLimit = 9007199254740992.0; // 2^53
-    const auto number = base::leading_number(text);
+    const auto number = stated_number(text);
     if (!number || !(*number >= 0.0 && *number <= exactLimit) || *number != std::floor(*number)) return std::nullopt;
     return static_cast<std::uint64_t>(*number);
 }

@@ -35,8 +35,8 @@ struct nanoscope_section {
     const std::string* find(std::string_view key) const noexcept;
     /// As above for lines that began with "@", whatever their group number.
     const std::string* find_typed(std::string_view key) const noexcept;
-    /// The leading number of a plain line.
-    std::optional<double> number(std::string_view key) const noexcept;
+    /// The leading number of a plain line, nothing when it is damaged (stated_number.h).
+    std::optional<double> number(std::string_view key) const;
 };
 
 /// The text part of a file of header version 3 or later. Damaged lines are left out.
@@ -47,10 +47,10 @@ struct nanoscope_header {
     /// 0x05120000 is version 5.12; 0 when the line is missing.
     std::uint32_t version() const noexcept;
     /// `Data length` of the first list: the bytes in front of the samples.
-    std::optional<std::uint64_t> length() const noexcept;
+    std::optional<std::uint64_t> length() const;
     /// Value of a plain line in any list that is no image; the scan list goes first. Null when there is none.
     const std::string* setting(std::string_view key) const noexcept;
-    std::optional<double> setting_number(std::string_view key) const noexcept;
+    std::optional<double> setting_number(std::string_view key) const;
     /// As above for lines that began with "@", such as "sens. zsens".
     const std::string* typed_setting(std::string_view key) const noexcept;
     /// The first list of this lower-case name, or null.
@@ -65,6 +65,6 @@ struct nanoscope_header {
 nanoscope_header parse_nanoscope_header(std::string_view text);
 
 /// A whole number of 0 or more at the start of `text`; nothing when there is none or it is above 2^53.
-std::optional<std::uint64_t> leading_count(std::string_view text) noexcept;
+std::optional<std::uint64_t> leading_count(std::string_view text);
 
 } // namespace formats

@@ -3,8 +3,10 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "document/formats/nanoscope_scale.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <vector>
@@ -21,17 +23,14 @@ struct shape {
     std::uint64_t samples() const noexcept { return columns * rows; }
 };
 
-/// "512 512": NanoScope E writes the rows as second number.
+/// "512 512": NanoScope E writes the rows as second number. None when one of them is damaged.
 std::vector<double> leading_numbers(const std::string* text, std::string* rest = nullptr)
 {
     std::vector<double> numbers;
     if (!text) return numbers;
     std::string_view left = *text;
-    std::size_t used = 0;
-    while (const auto number = base::leading_number(left, &used)) {
-        numbers.push_back(*number);
-        left.remove_prefix(used);
-    }
+    for (double number = 0.0; take_number(left, number);) numbers.push_back(number);
+    if (std::ranges::any_of(numbers, [](double each) { return std::isnan(each); })) numbers.clear();
     if (rest) *rest = base::trimmed(left);
     return numbers;
 }

@@ -1,4 +1,5 @@
 #include "document/formats/nanoscope_scale.h"
+#include "document/formats/stated_number.h"
 
 #include "base/text.h"
 #include "base/units.h"
@@ -25,12 +26,11 @@ std::optional<std::string_view> bracketed(std::string_view text, char open, char
 }
 
 /// A number and the text behind it; text without a number is left alone.
-std::optional<double> take_number(std::string_view text, std::string& units)
+std::optional<double> number_with_units(std::string_view text, std::string& units)
 {
-    std::size_t used = 0;
-    const auto number = base::leading_number(text, &used);
+    const auto number = stated_number(text, &text);
     if (!number) return std::nullopt;
-    units = base::trimmed(text.substr(used));
+    units = base::trimmed(text);
     return number;
 }
 
@@ -114,7 +114,7 @@ value_scale typed_scale(const nanoscope_header& header, const nanoscope_section&
 value_scale plain_scale(const std::string& text)
 {
     std::string units;
-    const auto number = take_number(text.substr(0, text.find('(')), units);
+    const auto number = number_with_units(text.substr(0, text.find('(')), units);
     if (!number) return no_scale();
     value_scale scale;
     scale.units = nanoscope_units(units);
@@ -192,13 +192,13 @@ nanoscope_value parse_nanoscope_value(std::string_view text)
         const auto inner = bracketed(text, '(', ')');
         if (!inner) return value;
         value.statesHardScale = true;
-        value.hardScale = take_number(*inner, value.hardScaleUnits);
+        value.hardScale = number_with_units(*inner, value.hardScaleUnits);
         text = base::trimmed(text.substr(inner->size() + 2));
     }
     const std::size_t open = text.find('"'), close = text.rfind('"');
     if (open < close && close != std::string_view::npos) value.display = text.substr(open + 1, close - open - 1);
     std::string units;
-    value.value = take_number(text, units);
+    value.value = number_with_units(text, units);
     value.units = nanoscope_units(units);
     return value;
 }
@@ -277,7 +277,7 @@ double nanoscope_offset(const nanoscope_header& header, const nanoscope_section&
     if (!line) line = header.setting(key);
     std::string text;
     if (!line || base::trimmed(*line).empty()) return 0.0;
-    const auto offset = take_number(*line, text);
+    const auto offset = number_with_units(*line, text);
     if (!offset || !std::isfinite(*offset)) return std::nan("");
     const std::string own = nanoscope_units(text);
     if (own == units) return *offset;

@@ -4,6 +4,7 @@
 #include "document/formats/heights.h"
 #include "document/formats/nanoscope_header.h"
 #include "document/formats/nanoscope_samples.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 
 #include <map>
@@ -38,7 +39,7 @@ std::optional<double> number_of(const key_values& values, const char* key)
 {
     const auto found = values.find(key);
     if (found == values.end()) return std::nullopt;
-    return base::leading_number(found->second).value_or(std::nan(""));
+    return stated_number(found->second).value_or(std::nan(""));
 }
 
 value_scale scale_of(const key_values& values)

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/sample_numbers.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 
 #include <algorithm>
@@ -41,7 +42,7 @@ base::read_result<std::vector<nid_line>> lines_of(const nid_channel& channel)
             line.points = static_cast<unsigned>(*count);
             continue;
         }
-        const auto number = base::whole_number(value);
+        const auto number = lone_number(value);
         if (!number || !std::isfinite(*number))
             return base::read_error{channel.offset,
                                     "section [" + channel.sectionName + "]: " + key + " is no number or infinite"};
@@ -69,7 +70,7 @@ std::optional<curve_position> parse_position(const std::string& key, const std::
     const auto number = base::whole_integer(std::string_view(key).substr(digits));
     const auto parts = base::split(value, ';');
     if (!number || *number < 0 || *number > 0xFFFFFF || parts.size() < 2) return std::nullopt;
-    const auto x = base::whole_number(parts[0]), y = base::whole_number(parts[1]);
+    const auto x = lone_number(parts[0]), y = lone_number(parts[1]);
     if (!x || !y) return std::nullopt;
     return curve_position{static_cast<unsigned>(*number), *x, *y};
 }

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/formats/file_start.h"
 #include "document/formats/header_text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/text_lines.h"
 
 #include <algorithm>
@@ -33,7 +34,7 @@ std::string nid_section::text(std::string_view key) const
 std::optional<double> nid_section::number(std::string_view key) const
 {
     const std::string* value = find(key);
-    return value ? base::whole_number(*value) : std::nullopt;
+    return value ? lone_number(*value) : std::nullopt;
 }
 
 std::optional<unsigned> nid_section::count(std::string_view key) const

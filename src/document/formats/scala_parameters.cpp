@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_units.h"
@@ -68,7 +69,7 @@ public:
     {
         const std::string stated = text();
         if (base::trimmed(stated).empty()) return std::nullopt;
-        return base::whole_number(stated).value_or(std::nan(""));
+        return lone_number(stated).value_or(std::nan(""));
     }
     double number_or_zero() { return number().value_or(0.0); }
 
@@ -127,7 +128,7 @@ scala_channel read_channel(const parameter_block& block, bool isSpectroscopy)
 unsigned count_of(const scala_parameters& parameters, const char* key)
 {
     const auto found = parameters.values.find(key);
-    const auto number = found == parameters.values.end() ? std::nullopt : base::leading_number(found->second);
+    const auto number = found == parameters.values.end() ? std::nullopt : stated_number(found->second);
     return number && std::fabs(*number) < 1e6 ? static_cast<unsigned>(std::fabs(*number)) : 0;
 }
 
@@ -136,7 +137,7 @@ std::optional<double> number_of(const scala_parameters& parameters, const char* 
 {
     const auto found = parameters.values.find(key);
     if (found == parameters.values.end()) return std::nullopt;
-    return base::leading_number(found->second).value_or(std::nan(""));
+    return stated_number(found->second).value_or(std::nan(""));
 }
 
 /// A key that repeats, as for each of several counters, keeps all its values, a line each.

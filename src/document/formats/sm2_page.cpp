@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/fixed_text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_units.h"
 
@@ -47,11 +48,7 @@ field_numbers parse_field(std::string_view header, std::size_t offset, std::stri
     std::string_view left = text;
     if (left.starts_with(name)) left.remove_prefix(name.size());
     field_numbers field;
-    std::size_t used = 0;
-    while (const auto number = base::leading_number(left, &used)) {
-        field.numbers.push_back(*number);
-        left.remove_prefix(used);
-    }
+    for (double number = 0.0; take_number(left, number);) field.numbers.push_back(number);
     field.rest = base::trimmed(left);
     return field;
 }

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/formats/fixed_text.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/text_lines.h"
 #include "document/formats/text_units.h"
@@ -29,7 +30,7 @@ std::optional<double> number_of(const line_table& lines, const char* key)
 {
     const std::string stated = text_of(lines, key);
     if (stated.empty()) return std::nullopt;
-    return base::leading_number(stated).value_or(std::nan(""));
+    return stated_number(stated).value_or(std::nan(""));
 }
 
 unsigned count_of(const line_table& lines, const char* key)

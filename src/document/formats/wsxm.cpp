@@ -4,6 +4,7 @@
 #include "base/units.h"
 #include "document/formats/curve_group.h"
 #include "document/formats/sample_numbers.h"
+#include "document/formats/stated_number.h"
 #include "document/formats/stream_shape.h"
 #include "document/formats/wsxm_header.h"
 
@@ -44,15 +45,11 @@ VLAxis lateral(const wsxm_header& header, const std::string& way, unsigned count
     return stated_side(start, size->value, count, size->units);
 }
 
-/// The span of the samples; its unit may be several words ("5 arb. units"). 0 and no unit when it is not stated.
+/// The span of the samples. 0 and no unit when it is not stated, NaN when it is no number.
 quantity amplitude_of(const wsxm_header& header)
 {
     const std::string& text = header.value("General Info", "Z Amplitude");
-    if (const auto plain = parse_quantity(text)) return *plain;
-    std::size_t used = 0;
-    const auto number = base::leading_number(text, &used);
-    if (!number) return {text.empty() ? 0.0 : std::nan(""), {}};
-    return {*number, normal_unit(std::string_view(text).substr(used))};
+    return wsxm_quantity(text).value_or(quantity{text.empty() ? 0.0 : std::nan(""), {}});
 }
 
 /// Units of the heights; "Pi" is a number, and Pi times 1 stands for half a turn in radians.
@@ -145,11 +142,9 @@ base::read_result<recording> read_image(source& file, const wsxm_header& header)
 bool parse_numbers(std::string_view text, std::span<double> out)
 {
     for (double& value : out) {
-        std::size_t used = 0;
-        const auto number = base::leading_number(text, &used);
+        const auto number = stated_number(text, &text);
         if (!number) return false;
         value = *number;
-        text.remove_prefix(used);
     }
     return true;
 }

@@ -2,8 +2,10 @@
 
 #include "base/text.h"
 #include "document/formats/header_text.h"
+#include "document/formats/stated_number.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace formats {
 
@@ -23,7 +25,17 @@ std::uint64_t wsxm_header::count(const std::string& section, const std::string& 
 
 std::optional<quantity> wsxm_header::measure(const std::string& section, const std::string& label) const
 {
-    return stated_quantity(value(section, label));
+    const std::string& text = value(section, label);
+    if (text.empty()) return std::nullopt;
+    return wsxm_quantity(text) ? stated_quantity(text) : quantity{std::nan(""), {}};
+}
+
+std::optional<quantity> wsxm_quantity(std::string text)
+{
+    if (text.find('.') == std::string::npos && std::ranges::count(text, ',') == 1) std::ranges::replace(text, ',', '.');
+    std::string_view units;
+    const auto number = stated_number(text, &units);
+    return number ? std::optional(quantity{*number, normal_unit(units)}) : std::nullopt;
 }
 
 base::read_result<wsxm_header> read_wsxm_header(source& file)

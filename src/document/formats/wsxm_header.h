@@ -24,6 +24,10 @@ struct wsxm_header {
     std::optional<quantity> measure(const std::string& section, const std::string& label) const;
 };
 
+/// A number with a point or a comma for the decimals, and a unit that may be several words ("5 arb. units"); nothing
+/// when it is none or damaged.
+std::optional<quantity> wsxm_quantity(std::string text);
+
 base::read_result<wsxm_header> read_wsxm_header(source& file);
 
 } // namespace formats

@@ -86,6 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
         bad_file{"OffsetInHeader", changed("offset: 4096", "offset: 1000"), "inside the header"},
         bad_file{"OffsetBeyond", changed("offset: 4096", "offset: 9096"), "beyond the end of the file"},
         bad_file{"NoOffset", changed("\\Data offset: 4096", "\\Data-offset: 4096"), "Data offset is missing"},
+        bad_file{"OffsetDamaged", changed("offset: 4096\r", "offset: 4096x"), "Data offset is missing or no number"},
         bad_file{"LengthOfNoShape", changed("length: 16\r\n", "length: 12\r\n"), "does not fit Data length 12"},
         bad_file{"Overlap", overlapping_file(), "images overlap"},
         bad_file{"ForceOfNoShape", force_file("\\Samps/line: 5 4"), "do not fit Data length 16"},

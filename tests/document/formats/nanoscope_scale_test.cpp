@@ -31,7 +31,9 @@ TEST(NanoscopeScale, TypedValuesComeApart)
     EXPECT_EQ(parse_nanoscope_value("V 1.000000 ").units, "");
     EXPECT_EQ(parse_nanoscope_value("V (0.0054 \u00BA/LSB) 360 \u00BA").units, "\u00B0");
     EXPECT_EQ(nanoscope_units(" \u00E6m"), "\u00B5m"); // byte 0xE6
-    EXPECT_FALSE(parse_nanoscope_value("V [Sens. Zsens] (\\Data length V/LSB) 151.4807 V").hardScale);
+    for (const char* damaged : {"\\Data length", "0x0003750000", "0.00x3750"})
+        EXPECT_FALSE(parse_nanoscope_value("V [S] (" + std::string(damaged) + " V/LSB) 151.4807 V").hardScale)
+            << damaged;
     for (const char* cut : {"", "V", "V [Sens", "V [S] (0.1", "S [] \"", "S [] \""})
         EXPECT_FALSE(parse_nanoscope_value(cut).value) << cut;
 }
@@ -73,7 +75,8 @@ TEST_P(NanoscopeImageScale, FollowsTheHeader)
 {
     const auto header = parse_nanoscope_header(
         std::string("\\*File list\r\n\\*Scanner list\r\n\\@Sens. Zsens: V 20 nm/V\r\n\\@Sens. One: V 1.0 \r\n"
-                    "\\@Sens. Zero: V 0 nm/V\r\n\\Z sensitivity: 10\r\n\\In sensitivity: 4\r\n\\Z max: 99\r\n"
+                    "\\@Sens. Zero: V 0 nm/V\r\n\\@Sens. Torn: V 24x.1609 nm/V\r\n\\Z sensitivity: 10\r\n\\In "
+                    "sensitivity: 4\r\n\\Z max: 99\r\n"
                     "\\*Controller list\r\n\\Z max: 220\r\n\\In1 max: 10\r\n\\*Ciao image list\r\n") +
         GetParam().image + "\r\n");
     const value_scale scale = nanoscope_image_scale(header, header.sections.back());
@@ -101,6 +104,8 @@ INSTANTIATE_TEST_SUITE_P(
                    "\u00B0", ""},
         scale_case{"SoftScaleMissing", "\\@2:Z scale: V [Sens. Lost] (9 V/LSB) 330 V", 330.0 / 65536, "",
                    "Sens. Lost not found"},
+        scale_case{"SoftScaleDamaged", "\\@2:Z scale: V [Sens. Torn] (9 V/LSB) 330 V", 330.0 / 65536, "",
+                   "Sens. Torn not found"},
         scale_case{"SoftScaleZero", "\\@2:Z scale: V [Sens. Zero] (9 V/LSB) 330 V", 0.0, "nm", "Sens. Zero = 0 nm/V"},
         scale_case{"NoNumber", "\\@2:Z scale: V [Sens. Zsens] (9 V/LSB) V", std::nan(""), "", "no number in Z scale"},
         scale_case{"Version3", "\\Z scale: 312.5 nm (0.1 nm/LSB)", 312.5 / 65536, "nm", "Z scale = 312.5 nm"},

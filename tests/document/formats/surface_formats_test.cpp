@@ -102,6 +102,11 @@ TEST(Bcr, HeaderTextsArePaddedByZerosAndMayHaveAnOrderMark)
 
 TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
 {
+    const auto damaged = [](const char* line) {
+        std::string text = "fileformat = bcrstm\n" + std::string(line) + "\nxpixels = 2\nypixels = 2\n";
+        text.resize(4096, ' ');
+        return text;
+    };
     const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
     expect_refused(read_bcr, {
                                  {"fileformat = bcrx\n", "not a BCR header"},
@@ -109,6 +114,9 @@ TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
                                  {bcr_header("bcrf", "") + data, "more samples than the file holds"},
                                  {bcr_header("bcrstm", "headersize = 9999\n") + data, "headersize"},
                                  {bcr_header("bcrstm", "headersize = -1\n") + data, "headersize"},
+                                 {bcr_header("bcrstm", "headersize = 20x8\n") + data, "headersize is no number"},
+                                 {damaged("xpixels = 2x"), "xpixels or ypixels is missing, no number"},
+                                 {damaged("xlength = 17x7404"), "xlength is nan"},
                                  {bcr_header("bcrstm", "forcecurve = 1\n") + data, "force curves"},
                                  {"fileformat = bcrstm\nxpixels = 2\n" + std::string(2048, ' '), "ypixels"},
                              });

@@ -120,7 +120,8 @@ TEST(Wsxm, TheLastNumberOfACurveMayEndTheFile)
 TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
 {
     const std::string two = le16(1) + le16(2);
-    const std::string points = "[General Info]\r\n Number of points: ";
+    const std::string points = "[General Info]\r\n Number of points: ",
+                      pixels = "[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n";
     expect_refused(read_wsxm,
                    {
                        {"WSxM file", "not a WSxM header"},
@@ -129,8 +130,11 @@ TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
                        {image("    Image Data Type: quad\r\n", two), "quad"},
                        {file_of("SxM Image file", "", two), "Number of columns"},
                        {file_of("Movie file", "", two), "Movie file"},
+                       {file_of("SxM Image file", pixels + " Z Amplitude: 5x.7449 nm\r\n", two), "no number"},
+                       {file_of("SxM Image file", pixels + "[Control]\r\n X Amplitude: 5x nm\r\n", two), "X Amplitude"},
                        {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
                        {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
+                       {file_of("IV curve file", points + "2\r\n", "1 2 3.1.4"), "fewer numbers"},
                        {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
                    });
 }
