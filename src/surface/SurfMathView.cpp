@@ -48,12 +48,13 @@ CSurfMathView::CSurfMathView()
             "CompactLegend.z_scale.position", "FullLegend.z_scale.width"},
            &CSurfMathView::oh_z_scale);
     for (const char* name :
-         {"AxisX", "AxisY", "scaling.x", "scaling.y", "SelColor", "SelectionFill", "ShowROI", "SelectionSynchr",
-          "TextVertSpace", "ShowOverlay", "CompactLegend.scale_mark", "CompactLegend.scale_mark.direction",
+         {"scaling.x", "scaling.y", "SelColor", "SelectionFill", "ShowROI", "SelectionSynchr", "TextVertSpace",
+          "ShowOverlay", "CompactLegend.scale_mark", "CompactLegend.scale_mark.direction",
           "CompactLegend.scale_mark.position", "CompactLegend.scale_mark.margin", "CompactLegend.scale_mark.size",
           "CompactLegend.transparent", "FullLegend.scale_mark"})
         AddOptionHandler(name, &CSurfMathView::oh_invalidate);
     handle({"scaling.z"}, &CSurfMathView::oh_z_scaling);
+    handle({"AxisX", "AxisY"}, &CSurfMathView::oh_length_axis);
     handle({"AxisZ"}, &CSurfMathView::oh_z_axis);
     handle({"ShowParameters", "ParametersWidth"}, &CSurfMathView::oh_panel);
     handle({"ShowStatistics"}, &CSurfMathView::oh_statistics);

@@ -105,6 +105,7 @@ private:
     void oh_panel(const SPMVar& changed);
     void oh_statistics(const SPMVar& changed);
     void oh_z_scaling(const SPMVar& changed);
+    void oh_length_axis(const SPMVar& changed);
     void oh_z_axis(const SPMVar& changed);
     void oh_reload(const SPMVar& changed);
     void oh_section_pens(const SPMVar& changed);
@@ -144,7 +145,8 @@ private:
     void dropOutside(CSize whole);
     /// It shows a part of its parent's image in a document of its own.
     bool isZoomWindow() const { return getParentView() && getParentView()->GetDocument() != GetDocument(); }
-    void showMeasure(const std::wstring& text);
+    void showMeasure(surface::measure_text measure);
+    void remeasure();
     void zoomSource(double factor, CPoint around);
 
     // Palette kept with the image

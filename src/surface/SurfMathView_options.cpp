@@ -63,6 +63,12 @@ void CSurfMathView::oh_z_scaling(const SPMVar& changed)
     RefreshDisplay();
 }
 
+void CSurfMathView::oh_length_axis(const SPMVar& changed)
+{
+    remeasure();
+    oh_invalidate(changed);
+}
+
 void CSurfMathView::oh_z_axis(const SPMVar& changed)
 {
     oh_z_scaling(changed);

@@ -3,6 +3,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "surface/SurfMathView.h"
+#include "surface/measurements.h"
 #include "surface/overlay_drawing.h"
 #include "view/SectionSource.h"
 
@@ -33,7 +34,10 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
         if (isOurs) renewStoredPalette();
         CImageView::OnUpdate(sender, hint, object);
         if (isOurs && (hint & document::hintReloads) != 0) refreshZoomWindow();
-        return;
+        return remeasure();
+    case document::hintAxesChanged:
+        CImageView::OnUpdate(sender, hint, object);
+        return remeasure();
     case document::hintScaleChanged:
         return onScaleChanged(sender, hint, object);
     case document::hintRedraw:
@@ -48,7 +52,13 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
         if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) machine.addMark(*point);
         return;
     case document::hintShowText:
-        if (const auto* const text = std::get_if<std::string>(&object); isOurs && text) showMeasure(base::widen(*text));
+        if (const auto* const text = std::get_if<std::string>(&object); isOurs && text)
+            showMeasure({.isVisible = true,
+                         .text = base::widen(*text),
+                         .position = drawn.measure.position,
+                         .alignment = drawn.measure.alignment,
+                         .thing = surface::measured_thing::other,
+                         .points = {}});
         return;
     default:
         return CImageView::OnUpdate(sender, hint, object);
@@ -159,11 +169,18 @@ void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hi
     CImageView::OnUpdate(sender, hint, object);
 }
 
-void CSurfMathView::showMeasure(const std::wstring& text)
+void CSurfMathView::showMeasure(surface::measure_text measure)
 {
     const CRgn before = GetInvalidateRgn();
-    drawn.measure.isVisible = true;
-    drawn.measure.text = text;
+    drawn.measure = std::move(measure);
     InvalidateRgn(CRgn::combined(before, GetInvalidateRgn(), RGN_OR), false);
     refreshMeasureRows();
+}
+
+/// The steps may be others now.
+void CSurfMathView::remeasure()
+{
+    if (!drawn.measure.isVisible) return;
+    surface::measure_text told = surface::remeasured(drawn.measure, surface::steps_of(axisX(), axisY()));
+    if (told.text != drawn.measure.text) showMeasure(std::move(told));
 }

@@ -22,7 +22,9 @@ measure_text way_text(text_id id, std::span<const CPoint> points, const sample_s
     return {.isVisible = true,
             .text = base::widen(base::formatted(string_resource(id), length, units)),
             .position = place.at,
-            .alignment = place.alignment};
+            .alignment = place.alignment,
+            .thing = id == lengthText ? measured_thing::way : measured_thing::lengthyObject,
+            .points = {points.begin(), points.end()}};
 }
 
 } // namespace
@@ -72,7 +74,30 @@ measure_text lengthy_object_text(std::span<const CPoint> path, const sample_step
 measure_text angle_text(const selection_rect& first, const selection_rect& second, const sample_steps& steps)
 {
     const std::string text = base::formatted(string_resource(angleText), angle_between(first, second, steps));
-    return {.isVisible = true, .text = base::widen(text), .position = second.start(), .alignment = 0};
+    return {.isVisible = true,
+            .text = base::widen(text),
+            .position = second.start(),
+            .alignment = 0,
+            .thing = measured_thing::angle,
+            .points = {first.start(), first.end(), second.start(), second.end()}};
+}
+
+measure_text remeasured(const measure_text& measure, const sample_steps& steps)
+{
+    const auto drag = [&measure](std::size_t from) {
+        const CPoint start = measure.points[from], end = measure.points[from + 1];
+        return selection_rect{start.x, start.y, end.x, end.y};
+    };
+    switch (measure.thing) {
+    case measured_thing::way:
+        return length_text(measure.points, steps);
+    case measured_thing::lengthyObject:
+        return lengthy_object_text(measure.points, steps);
+    case measured_thing::angle:
+        return angle_text(drag(0), drag(2), steps);
+    default:
+        return measure;
+    }
 }
 
 measure_text total_text(std::size_t marks, CSize image)
@@ -81,7 +106,9 @@ measure_text total_text(std::size_t marks, CSize image)
     return {.isVisible = marks > 0,
             .text = base::widen(text),
             .position = {image.cx - 1, 0},
-            .alignment = TA_RIGHT | TA_BOTTOM};
+            .alignment = TA_RIGHT | TA_BOTTOM,
+            .thing = measured_thing::other,
+            .points = {}};
 }
 
 } // namespace surface

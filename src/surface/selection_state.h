@@ -69,12 +69,22 @@ struct selection_rect {
     bool operator==(const selection_rect&) const = default;
 };
 
+/// What a measurement is about.
+enum class measured_thing {
+    other, ///< no steps between samples
+    way,
+    lengthyObject,
+    angle,
+};
+
 /// The latest measurement as it stands on the picture.
 struct measure_text {
     bool isVisible = false;
     std::wstring text;
     CPoint position;             ///< samples
     std::uint32_t alignment = 0; ///< flags of `text_align`
+    measured_thing thing = measured_thing::other;
+    std::vector<CPoint> points; ///< measured along; of an angle the ends of both drags
 };
 
 /// A trace along a ridge: the corners that the user set and the way between them.

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/update_hints.h"
 #include "support/RecordingDC.h"
+#include "surface/resolution.h"
 
 #include <cstring>
 #include <set>
@@ -424,6 +425,44 @@ TEST_F(SurfaceTest, ThePanelFollowsEveryMeasurement)
     EXPECT_TRUE(rowsHold("L: 3 nm"));
     view.OnCmdMsg(10029, nullptr);
     EXPECT_TRUE(panel().empty());
+}
+
+TEST_F(SurfaceTest, AMeasurementFollowsTheStepsOfItsImage)
+{
+    SPMDataStream stream = slope();
+    stream.get_dimension(0).set_axis(1, VLAxis(0, 3, "V"));
+    CSurfMathView& view = open(stream);
+    const auto drag = [&](CPoint from, CPoint to) {
+        const CPoint start{view.xsrc2clnt(from.x), view.ysrc2clnt(from.y)};
+        const CPoint end{view.xsrc2clnt(to.x), view.ysrc2clnt(to.y)};
+        view.OnLButtonDown(MK_LBUTTON, start);
+        view.OnMouseMove(MK_LBUTTON, end);
+        view.OnLButtonUp(0, end);
+    };
+    const auto told = [&view] { return base::narrow(view.getDrawn().measure.text); };
+    const struct {
+        unsigned command;
+        const char *asOpened, *doubled, *overOther;
+    } cases[] = {{6004, "L=14.1421 nm", "L=22.3607 nm", "L=31.6228 V"}, // 5 rows of 2 nm, 10 columns of 1, 2 and 3
+                 {6005, "Angle=45.0 deg", "Angle=26.6 deg", "Angle=18.4 deg"},
+                 {6007, "L=14.1421 nm", "L=22.3607 nm", "L=31.6228 V"}};
+    for (const auto& each : cases) {
+        view.OnCmdMsg(each.command, nullptr);
+        if (each.command == 6005) drag({5, 5}, {15, 5});
+        if (each.command == 6007) drag({5, 5}, {5, 5}), drag({15, 10}, {15, 10});
+        if (each.command != 6007) drag({5, 5}, {15, 10});
+        EXPECT_EQ(told(), each.asOpened);
+        const VLAxis x = document->getAxis(0, 0, 0), y = document->getAxis(0, 0, 1);
+        surface::set_resolution(*document, 0, {0, 0, 0}, {x.start, 2 * x.scale, "nm"}, y, view.valueAxis());
+        EXPECT_EQ(told(), each.doubled);
+        document->undo(0);
+        document->UpdateAllViews(nullptr, document::data_hint(0));
+        EXPECT_EQ(told(), each.asOpened);
+        view.setOption("AxisX", "V");
+        EXPECT_EQ(told(), each.overOther);
+        view.setOption("AxisX", "nm");
+        view.OnCmdMsg(10029, nullptr);
+    }
 }
 
 TEST_F(SurfaceTest, ThePaletteOfAnImageIsRememberedWithIt)
