@@ -7,6 +7,7 @@
 #include "cli/terminal.h"
 #include "document/formats/format_notes.h"
 #include "document/measured_samples.h"
+#include "document/point_counts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -75,13 +76,6 @@ void print_ranges(const CStorageDoc& document, unsigned image)
     }
 }
 
-/// How many samples of an image count as not measured, as its reader told.
-unsigned long long voids_of(const CStorageDoc& document, unsigned image)
-{
-    const auto count = base::leading_number(document.getString("\\Void points", image));
-    return count && *count > 0 && *count < 1e18 ? static_cast<unsigned long long>(*count) : 0;
-}
-
 void print_image(const CStorageDoc& document, unsigned image, bool withStrings)
 {
     const SPMDataStream& stream = document.getImage(image);
@@ -98,7 +92,7 @@ void print_image(const CStorageDoc& document, unsigned image, bool withStrings)
     for (const smart_string& name : stream.dependent_vars())
         std::cout << "    depends: " << visible_text(name.c_str()) << '\n';
     print_ranges(document, image);
-    if (const unsigned long long voids = voids_of(document, image))
+    if (const std::size_t voids = document::unmeasured_points(document, image))
         std::cout << "    not measured: " << voids << " of " << stream.array_length() << " samples\n";
     if (withStrings) print_strings(document.strings(image), "    | ");
 }
@@ -170,7 +164,7 @@ std::string values_text(const CStorageDoc& document, unsigned image)
     double larger = std::max(std::fabs(low), std::fabs(high));
     const std::string units = default_units_z(axis.get_units(), &larger);
     const auto shown = [&](double value) { return convert_size(axis.get_units(), units.c_str(), value); };
-    const unsigned long long voids = voids_of(document, image);
+    const std::size_t voids = document::unmeasured_points(document, image);
     if (voids != 0 && voids >= document.getImage(image).array_length()) return "none measured";
     return with_units(range_text(shown(low), shown(high), tableDigits), units) +
            (voids ? ", " + std::to_string(voids) + " not measured" : "");

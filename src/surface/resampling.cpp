@@ -3,6 +3,7 @@
 #include "base/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/WinApp.h"
 #include "surface/variable_rows.h"
@@ -115,6 +116,7 @@ std::string resample_image(CStorageDoc& document, unsigned image, const resample
     SPMDataStream made;
     if (std::string reason = resample_stream(document.getImage(image), choice, made); !reason.empty()) return reason;
     document.pushUndo(image, true);
+    document::state_counted_points(document, image);
     document.getImage(image) = std::move(made);
     document.revalidateImage(image);
     document.SetModifiedFlag(true);

@@ -1,6 +1,7 @@
 #include "surface/zoom_window.h"
 
 #include "document/StorageDocTemplate.h"
+#include "document/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
@@ -30,6 +31,7 @@ void open_zoom_window(CImageView& surface, const CRect& bounds)
     if (!zoom) return;
     zoom->AddNewImages(&part, 1);
     source->Derive(surface.getImageNumber(), *zoom);
+    document::drop_point_counts(*zoom, 0);
     zoom->setDisplayOnly(true);
     maker->setOpeningImage(0);
     CFrameWnd* const frame = maker->CreateNewFrame(zoom, surface.GetParentFrame());

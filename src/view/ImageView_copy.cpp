@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
+#include "document/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/WinApp.h"
 #include "view/ImageView.h"
@@ -95,6 +96,7 @@ void CImageView::OnViewClone()
     // Who has forgotten a selection takes the part for the whole, and finds out when the whole is gone.
     const std::string part = shape_text(copy->getImage(added)), whole = shape_text(document->getImage(imageNumber));
     if (part == whole) return openFrames(*copy);
+    document::drop_point_counts(*copy, added);
     copy->SetTitle((copy->GetTitle() + L" (selection)").c_str());
     openFrames(*copy);
     SetMessageText(base::widen("Only the selected part is in the copy: " + part + " of " + whole + " samples"));

@@ -213,12 +213,14 @@ TEST_F(SurfaceMouseTest, CurvesBecomeSectionsAndComeBackFromAFile)
 TEST_F(SurfaceMouseTest, TheZoomWindowFollowsTheSelectionAndLeavesWithTheSurface)
 {
     draw({5, 4}, {14, 9});
+    view.storageDoc()->setString("\\Void points", "2", 0);
     EXPECT_TRUE(isEnabled(view, 10145));
     view.OnCmdMsg(10145, nullptr);
     host.pump();
     EXPECT_FALSE(isEnabled(view, 10145));
     CStorageDoc* const zoom = surface::zoom_document(view);
     ASSERT_NE(zoom, nullptr);
+    EXPECT_FALSE(zoom->strings(0).contains("\\Void points")) << "they are those of the whole";
     EXPECT_EQ(zoom->getImage(0).get_dimension(0).length, 10u);
     EXPECT_EQ(zoom->getAxis(0, 0, 0).start, 105);
     EXPECT_EQ(zoom->getDataPoint2S(0, 0, 0, 0), 54);

@@ -1,4 +1,5 @@
 #include "document/fixtures.h"
+#include "document/point_counts.h"
 #include "surface/resampling.h"
 #include "surface/resolution.h"
 
@@ -36,6 +37,7 @@ protected:
 TEST_F(ResamplingTest, FeaturesKeepTheirPlaceAndUndoBringsAllBack)
 {
     const SPMDataStream before = document.getImage(0);
+    document.setString("\\Void points", "5", 0);
     for (const resample_choice& choice : {resample_choice{4, 2, interpolation::nearest},
                                           {4, 2, interpolation::linear},
                                           {16, 8, interpolation::linear},
@@ -44,6 +46,7 @@ TEST_F(ResamplingTest, FeaturesKeepTheirPlaceAndUndoBringsAllBack)
         ASSERT_EQ(resample_image(document, 0, choice), "");
         const SPMDataStream& made = document.getImage(0);
         EXPECT_EQ(document.getSubImagesNumber(0), 2u);
+        EXPECT_EQ(document::unmeasured_points(document, 0), 0u);
         const VLAxis& x = document.getAxis(0, 0, 0);
         const VLAxis& y = document.getAxis(0, 0, 1);
         EXPECT_DOUBLE_EQ(x.scale * choice.width, 2.0) << "the whole stays as wide";
@@ -63,6 +66,7 @@ TEST_F(ResamplingTest, FeaturesKeepTheirPlaceAndUndoBringsAllBack)
         EXPECT_EQ(document.getImage(0).get_dimension(0), before.get_dimension(0));
         EXPECT_EQ(document.getImage(0).get_dimension(1), before.get_dimension(1));
         EXPECT_EQ(document.getDataPoint2S(0, 7, 3, 1), 1440);
+        EXPECT_EQ(document::unmeasured_points(document, 0), 5u);
     }
 }
 
