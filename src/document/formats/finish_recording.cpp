@@ -2,6 +2,7 @@
 
 #include "base/element_access.h"
 #include "document/formats/left_out.h"
+#include "document/formats/stream_shape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,8 +29,8 @@ std::string axis_problem(const VLAxis& axis, const std::string& name)
         if (std::isinf(number)) return wrong(what, " is infinite");
         if (std::fabs(number) >= absurdMagnitude) return wrong(what, " is 1e30 or more");
     }
-    if (axis.scale != 0.0) return {};
-    return wrong("the scale", std::signbit(axis.scale) ? " is below 0" : " is 0");
+    if (axis.scale == sideBelowZero) return wrong("the scale", " is below 0");
+    return axis.scale == 0.0 ? wrong("the scale", " is 0") : std::string();
 }
 
 std::string axes_problem(const VLAxesContainer& axes, const std::string& name)

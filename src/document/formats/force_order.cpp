@@ -5,6 +5,7 @@
 #include "document/formats/curve_lengths.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cmath>
 #include <vector>
@@ -77,10 +78,7 @@ class recorded_orders {
 public:
     void add(force_way way, contact_end end)
     {
-        if (end == contact_end::unknown) return;
-        auto& seen = ends[static_cast<std::size_t>(way)];
-        seen = seen == contact_end::unknown || seen == end ? end : contact_end::unknown;
-        isMixed[static_cast<std::size_t>(way)] |= seen == contact_end::unknown;
+        seen[static_cast<std::size_t>(way)][static_cast<std::size_t>(end)] = true;
     }
     /// "Approach: free end first; Retract: contact first"; empty when nothing is known.
     std::string text() const
@@ -88,16 +86,27 @@ public:
         static constexpr const char* names[] = {"", "Approach: ", "Retract: "};
         std::string out;
         for (std::size_t way = 0; way < std::size(names); ++way) {
-            if (ends[way] == contact_end::unknown && !isMixed[way]) continue;
-            out += (out.empty() ? "" : "; ") + std::string(names[way]) +
-                   (isMixed[way] ? "some free end first, some contact first" : words_for(ends[way]));
+            if (const std::string words = words_of(seen[way]); !words.empty())
+                out += (out.empty() ? "" : "; ") + std::string(names[way]) + words;
         }
         return out;
     }
 
 private:
-    contact_end ends[3] = {};
-    bool isMixed[3] = {};
+    using seen_ends = std::array<bool, 4>; ///< one a value of contact_end
+
+    static std::string words_of(const seen_ends& ends)
+    {
+        std::vector<std::string> words;
+        for (const contact_end end : {contact_end::last, contact_end::first, contact_end::unclear})
+            if (ends[static_cast<std::size_t>(end)]) words.emplace_back(words_for(end));
+        if (words.size() < 2) return words.empty() ? std::string() : words[0];
+        std::string out;
+        for (const std::string& each : words) out += (out.empty() ? "some " : ", some ") + each;
+        return out;
+    }
+
+    std::array<seen_ends, 3> seen{};
 };
 
 } // namespace

@@ -19,7 +19,7 @@ bool is_finite(double value) noexcept { return std::fabs(value) <= std::numeric_
 
 VLAxis stated_side(double start, double length, unsigned points, const std::string& units)
 {
-    return {start, length < 0.0 ? -0.0 : length / points, units.c_str()};
+    return {start, length < 0.0 ? sideBelowZero : length / points, units.c_str()};
 }
 
 void note_length(recorded_image& image, const std::string& field, double length)

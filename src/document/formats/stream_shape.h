@@ -3,6 +3,7 @@
 #include "document/formats/recording.h"
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <vector>
@@ -15,8 +16,11 @@ struct extent {
     VLAxis axis;
 };
 
+/// The scale of a side whose stated length is below 0: no calculation has this number by chance, as it has -0.
+inline constexpr double sideBelowZero = -std::numeric_limits<double>::denorm_min();
+
 /// The place of `points` samples on a side of this length. A stated length that is not above 0 makes an axis that no
-/// finished recording holds: its scale is 0, -0 for a length below 0.
+/// finished recording holds: its scale is 0, or `sideBelowZero`.
 VLAxis stated_side(double start, double length, unsigned points, const std::string& units);
 /// Names the header's field of a length that is not above 0 or no number, for the reason why the image is left out.
 void note_length(recorded_image& image, const std::string& field, double length);

@@ -82,6 +82,7 @@ TEST(FinishedRecording, HasNoAxisThatPlacesNothing)
         {good, {nan, 0.0, "nm", {}}, "the scale of the values is no number"},
         {good, {infinity, 0.0, "nm", {}}, "the scale of the values is infinite"},
         {good, {0.0, 0.0, "nm", {}}, "the scale of the values is 0"},
+        {good, {-0.0, 0.0, "nm", {}}, "the scale of the values is 0"},
         {good, {1.0, nan, "nm", {}}, "the start of the values is no number"},
         {stated_side(0.0, -3.0, 2, "nm"), values, "the scale of axis 1 is below 0"},
         {{0.0, 1.0, "nm"}, {1e300, 0.0, "m", {}}, "the scale of the values is 1e30 or more"},

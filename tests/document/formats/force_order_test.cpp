@@ -69,6 +69,13 @@ INSTANTIATE_TEST_SUITE_P(
                     turned_case{"OtherCount", {last, last, last}, {1, 2, 3, 9, 8, 8}, VLAxis(10, 2, "\u00B5m"), ""}),
     [](const auto& each) { return each.param.name; });
 
+TEST(ForceOrder, TellsEachOrderOfSeveralCurves)
+{
+    recorded_image image = curves({{"Approach", {1, 2}}, {"Approach 2", {1, 2}}}, VLAxis(0, 1, "s"));
+    order_from_contact(image, std::vector{contact_end::unclear, last});
+    EXPECT_EQ(image.strings.at(orderKey), "Approach: some free end first, some not clear, as recorded");
+}
+
 TEST(ForceOrder, CurvesThatWereNotMeasuredNeitherTurnNorCount)
 {
     recorded_image image = curves({{"Approach", {4, 5, 6}}, {"Retract", {}}}, VLAxis(0, 1, "s"));
