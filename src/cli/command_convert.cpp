@@ -75,9 +75,9 @@ int run(const convert_options& options)
     }
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         const fs::path output = output_path(target, isFolder, document, path);
-        call.claim(output);
+        if (call.isFoundItself(output)) throw nothing_to_treat("it is the container that it would become");
         if (const std::string reason = call.save(document, platform::to_wide(output)); !reason.empty())
-            throw std::runtime_error("\"" + visible_text(output.native()) + "\": " + reason);
+            throw std::runtime_error(reason);
         std::cout << path_line(output.native()) << '\n';
     });
     return call.status();

@@ -28,8 +28,9 @@ void write(document::example each, const fs::path& path, bool replaces, session&
     CStorageDoc document;
     const std::string shown = path_line(path.native());
     if (!document.addRecording(each.content)) return call.report(platform::to_wide(path), document.getReadError());
-    if (!replaces && look_for_existing(path, document) == existing_file::other) {
-        std::cerr << shown << ": stays as it is, which is not the example; --force replaces it\n";
+    const existing_file there = replaces ? existing_file::none : look_for_existing(path, document);
+    if (there == existing_file::other || there == existing_file::unreadable) {
+        std::cerr << shown << ": stays as it is: it " << what_is(there) << "; --force replaces it\n";
         return;
     }
     if (const std::string reason = call.save(document, platform::to_wide(path)); !reason.empty())

@@ -34,14 +34,23 @@ bool hold_the_same(formats::source& a, formats::source& b)
 
 } // namespace
 
+const char* what_is(existing_file found) noexcept
+{
+    return found == existing_file::unreadable ? "cannot be read, so that nobody knows what it holds"
+                                              : "holds something else";
+}
+
 existing_file look_for_existing(const std::filesystem::path& path, CStorageDoc& document)
 {
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored)) return existing_file::none; // saving tells what is wrong
+    std::ifstream in(path, std::ios::binary);
+    const bool isRead = in && (in.peek(), !in.bad());
+    if (!isRead) return existing_file::unreadable;
+    in.clear(); // an empty file has ended
     memory_archive made;
     document.Serialize(made);
     formats::memory_source expected(made.bytes);
-    std::ifstream in(path, std::ios::binary);
     document::stream_source found(in, platform::to_wide(path));
     return hold_the_same(found, expected) ? existing_file::same : existing_file::other;
 }

@@ -37,6 +37,11 @@ std::string with_visible(std::string message, const std::string& path)
     return message;
 }
 
+std::string named(const std::filesystem::path& output)
+{
+    return "the output \"" + visible_text(output.native()) + "\" ";
+}
+
 } // namespace
 
 void session::setFiles(const std::vector<std::string>& paths, const std::vector<std::string>& outputs)
@@ -66,7 +71,8 @@ void session::addFolder(const std::wstring& folder, const std::set<std::filesyst
     for (const auto& [file, isCertain] : found.recordings) {
         inputs.push_back(platform::to_wide(file));
         origins.push_back(isCertain ? origin::foundByContent : origin::foundByName);
-        inputIdentities.insert(identity(file));
+        identities.push_back(identity(file));
+        foundAt.try_emplace(identities.back(), inputs.size() - 1);
     }
 }
 
@@ -75,17 +81,40 @@ void session::setFile(const std::string& path)
     const bool isStream = path == standardStream;
     inputs.push_back(isStream ? base::widen(path) : full_path(path));
     origins.push_back(origin::named);
-    if (!isStream) inputIdentities.insert(identity(platform::to_path(inputs.back())));
+    identities.push_back(isStream ? std::filesystem::path() : identity(platform::to_path(inputs.back())));
+    if (!isStream) namedIdentities.insert(identities.back());
 }
 
 void session::claim(const std::filesystem::path& output)
 {
     const std::filesystem::path real = identity(output);
-    const auto refuse = [&](const char* why) {
-        throw std::runtime_error("the output \"" + visible_text(output.native()) + "\" " + why);
-    };
-    if (inputIdentities.contains(real)) refuse("is an input of this call");
-    if (!outputIdentities.insert(real).second) refuse("was written by this call already");
+    if (const char* const why = whyTaken(real)) throw std::runtime_error(named(output) + why);
+    setAside(real);
+    outputIdentities.insert(real);
+}
+
+const char* session::whyTaken(const std::filesystem::path& real) const
+{
+    if (namedIdentities.contains(real) || (foundAt.contains(real) && !isEarlierResult(real)))
+        return "is an input of this call";
+    return outputIdentities.contains(real) ? "is taken by another result of this call" : nullptr;
+}
+
+bool session::isEarlierResult(const std::filesystem::path& real) const
+{
+    const auto found = foundAt.find(real);
+    return current && found != foundAt.end() && found->second > *current &&
+           real.filename().native().starts_with(identities[*current].filename().native());
+}
+
+void session::setAside(const std::filesystem::path& real)
+{
+    if (foundAt.contains(real)) earlierResults.insert(real);
+}
+
+bool session::isFoundItself(const std::filesystem::path& output) const
+{
+    return current && origins[*current] != origin::named && identities[*current] == identity(output);
 }
 
 std::filesystem::path session::readable(const std::wstring& path)
@@ -128,20 +157,27 @@ std::string session::withoutKeptName(std::string reason) const
 
 std::string session::save(CStorageDoc& document, const std::wstring& path)
 {
-    const existing_file found = replaces ? existing_file::none : look_for_existing(platform::to_path(path), document);
-    if (found == existing_file::same) return {};
-    if (found == existing_file::other) return "the output exists and holds something else; --force replaces it";
-    if (document.DoSave(path.c_str(), false)) return {};
-    const std::string reason = host.takeMessages();
-    return reason.empty() ? "could not be saved" : with_visible(reason, base::narrow(path));
+    const std::filesystem::path output = platform::to_path(path), real = identity(output);
+    if (const char* const why = whyTaken(real)) return named(output) + why;
+    setAside(real);
+    const existing_file there = replaces ? existing_file::none : look_for_existing(output, document);
+    const bool isStored = there == existing_file::same;
+    if (!isStored && there != existing_file::none)
+        return named(output) + "exists and " + what_is(there) + "; --force replaces it";
+    if (!isStored && !document.DoSave(path.c_str(), false)) {
+        const std::string reason = host.takeMessages();
+        return reason.empty() ? named(output) + "could not be saved" : with_visible(reason, base::narrow(path));
+    }
+    outputIdentities.insert(real);
+    return {};
 }
 
 void session::report(const std::wstring& path, const std::string& reason)
 {
     failed = true;
     const std::string file = base::narrow(path);
-    // Most reasons name the file already.
-    const bool isNamed = file != standardStream && reason.find(file) != std::string::npos;
+    // Most reasons name the file already; a result may be called FILE.spm.
+    const bool isNamed = file != standardStream && reason.starts_with(file + ':');
     std::cerr << (isNamed ? "" : visible_text(file) + ": ") << visible_lines(with_visible(reason, file)) << '\n';
 }
 
@@ -180,6 +216,8 @@ void session::forEachDocument(const std::function<void(CStorageDoc&, const std::
     for (const known_failure& each : std::exchange(knownFailures, {})) fail(each.path, each.reason);
     progress_bar progress(inputs.size());
     for (std::size_t i = 0; i < inputs.size(); ++i) {
+        if (earlierResults.contains(identities[i])) continue;
+        current = i;
         host.onProgress = [&](double part) { progress.tell(part); };
         std::string failure;
         openAndUse(

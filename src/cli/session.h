@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -36,9 +37,13 @@ public:
     /// One path, which is never taken for a folder, or "-".
     void setFile(const std::string& path);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
-    /// Takes a name for a result. A file of the call is never written, nor the same file twice, by whatever name.
+    /// Takes a name for a result. A file of the call is never written, nor the same file twice, by whatever name. What
+    /// a folder brought into the call behind the present input, under its name and more, is a result of an earlier call
+    /// where such a name is taken, and no input.
     /// \throws std::runtime_error with the reason
     void claim(const std::filesystem::path& output);
+    /// Whether a result would take the place of the present input, which a folder brought into the call.
+    bool isFoundItself(const std::filesystem::path& output) const;
 
     /// Where to read a file of the call: itself, or what standard input is kept in. \throws std::runtime_error
     std::filesystem::path readable(const std::wstring& path);
@@ -46,7 +51,8 @@ public:
     std::unique_ptr<CStorageDoc> open(const std::wstring& path, std::string& failure);
     /// Whether `save` may replace containers that hold something else; from the start it may not.
     void letReplace(bool on) noexcept { replaces = on; }
-    /// Saves without asking. What lies there already stays when it holds the same, too. \return empty, or why it failed
+    /// Saves without asking, under a name that nothing else of the call has. What lies there already stays when it
+    /// holds the same, too. \return empty, or why it failed and where
     std::string save(CStorageDoc& document, const std::wstring& path);
     /// Writes "PATH: REASON" to standard error, once, and remembers that something failed.
     void report(const std::wstring& path, const std::string& reason);
@@ -76,6 +82,9 @@ private:
                     std::string& failure);
     std::unique_ptr<CStorageDoc> openStandardInput(std::string& failure);
     std::string withoutKeptName(std::string reason) const;
+    const char* whyTaken(const std::filesystem::path& identity) const;
+    bool isEarlierResult(const std::filesystem::path& identity) const;
+    void setAside(const std::filesystem::path& identity);
     void tellPassedOver();
 
     CCliHost host;
@@ -85,7 +94,10 @@ private:
     std::vector<known_failure> knownFailures;
     std::optional<platform::temporary_file> standardInput;
     std::size_t passedOver = 0;
-    std::set<std::filesystem::path> inputIdentities, outputIdentities;
+    std::vector<std::filesystem::path> identities; ///< one an input
+    std::set<std::filesystem::path> namedIdentities, outputIdentities, earlierResults;
+    std::map<std::filesystem::path, std::size_t> foundAt; ///< identities of inputs out of folders
+    std::optional<std::size_t> current;                   ///< input
     bool failed = false, replaces = false;
 };
 

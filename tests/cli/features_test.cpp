@@ -125,7 +125,7 @@ TEST_F(FeatureProgramTest, WrongCallsAreRefused)
     EXPECT_EQ(file_content(folder / "bar.spm"), before) << "an input is never written";
     const program_result same = vldv({"features", "bar.spm", "--csv", "same.x", "--mask", "./same.x"});
     EXPECT_EQ(same.status, 1);
-    EXPECT_NE(same.err.find("was written by this call already"), std::string::npos) << same.err;
+    EXPECT_NE(same.err.find("is taken by another result of this call"), std::string::npos) << same.err;
     EXPECT_EQ(file_content(folder / "same.x").find("PNG"), std::string::npos) << "the table stays";
 }
 

@@ -1,0 +1,67 @@
+// Where the results of a call go, and what it says of those that go nowhere.
+#include "document/fixtures.h"
+#include "program_fixture.h"
+
+#include <algorithm>
+
+namespace {
+
+class ResultsTest : public ProgramTest {
+protected:
+    std::vector<std::string> filesIn(const std::string& name) const
+    {
+        std::vector<std::string> names;
+        for (const auto& each : std::filesystem::directory_iterator(folder / name))
+            names.push_back(each.path().filename().native());
+        std::ranges::sort(names);
+        return names;
+    }
+};
+
+TEST_F(ResultsTest, AFolderTakesItsOwnResults)
+{
+    const std::vector<std::string> calls[] = {{"convert", "in", "--to", "in"},
+                                              {"render", "in", "-o", "in"},
+                                              {"steps", "in", "-o", "in"},
+                                              {"fourier", "in", "--spectrum", "in"}};
+    for (const std::vector<std::string>& call : calls) {
+        std::filesystem::create_directories(folder / "in");
+        for (const char* name : {"in/a.txt", "in/b.txt"}) write_file(folder / name, smallMatrix);
+        const program_result first = vldv(call);
+        const std::vector<std::string> made = filesIn("in");
+        const program_result second = vldv(call);
+        EXPECT_EQ(first.status, 0) << call[0] << first.err;
+        EXPECT_EQ(second.status, 0) << call[0] << second.err;
+        EXPECT_EQ(second.out, first.out) << call[0];
+        EXPECT_EQ(filesIn("in"), made) << call[0];
+        EXPECT_EQ(made.size(), 4u) << call[0];
+        std::filesystem::remove_all(folder / "in");
+    }
+    std::filesystem::create_directories(folder / "in");
+    write_file(folder / "in/a.txt", smallMatrix);
+    write("in/a.txt.spm", {heights("Edited", {5})});
+    const program_result edited = vldv({"convert", "in", "--to", "in"});
+    EXPECT_EQ(edited.status, 1);
+    EXPECT_NE(edited.err.find("in/a.txt: the output \""), std::string::npos) << edited.err;
+    EXPECT_EQ(std::ranges::count(edited.err, '\n'), 1) << edited.err;
+    write_file(folder / "in/z.txt", smallMatrix);
+    EXPECT_EQ(vldv({"stats", "in", "--csv", "in/z.txt"}).status, 1) << "a recording, and no earlier result";
+    EXPECT_EQ(file_content(folder / "in/z.txt"), smallMatrix);
+}
+
+TEST_F(ResultsTest, WhyNothingIsWrittenIsTrue)
+{
+    for (const char* name : {"a", "b", "out"}) std::filesystem::create_directories(folder / name);
+    for (const char* name : {"a/x.txt", "b/x.txt"}) write_file(folder / name, smallMatrix);
+    write("out/x.txt.spm", {heights("Edited", {5})});
+    const program_result refused = vldv({"convert", "a/x.txt", "b/x.txt", "--to", "out"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.err.find("taken"), std::string::npos) << "the call wrote nothing: " << refused.err;
+    EXPECT_NE(refused.err.find("b/x.txt: the output \""), std::string::npos) << refused.err;
+    std::filesystem::create_symlink("/proc/self/mem", folder / "shut.spm"); // a file whose first byte is an error
+    const program_result shut = vldv({"convert", "a/x.txt", "--to", "shut.spm"});
+    EXPECT_EQ(shut.status, 1);
+    EXPECT_NE(shut.err.find("shut.spm\" exists and cannot be read"), std::string::npos) << shut.err;
+}
+
+} // namespace
