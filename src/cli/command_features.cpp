@@ -55,12 +55,13 @@ frame_features find_features(const CStorageDoc& document, const frame& which, co
 /// The files that a call writes besides what it prints.
 class feature_files {
 public:
-    feature_files(session& call, const feature_options& options) : oneFile(call.files().size() == 1)
+    feature_files(session& call, const feature_options& options)
+        : oneFile(call.files().size() == 1), asJson(options.asJson)
     {
         if (!options.csv.empty()) tables.emplace(call, output_names(options.csv, ".csv"));
         if (!options.mask.empty()) masks.emplace(call, output_names(options.mask, ".png"));
     }
-    /// Adds the names of what it wrote.
+    /// Adds the name of each file when it is written, and prints it unless the entry is what is printed.
     void write(const frame_features& made, const frame& which, bool alone, const std::wstring& input, json& entry)
     {
         const std::string suffix = base::formatted("-%u-%u", which.image, which.sub);
@@ -68,6 +69,7 @@ public:
             const std::filesystem::path path = files.next(input, suffix, alone && oneFile);
             output::save_file_atomically(path, bytes);
             entry[kind] = path.native();
+            if (!asJson) std::cout << path_line(path.native()) << '\n';
         };
         if (tables) {
             const std::string text = features_csv(made);
@@ -77,27 +79,28 @@ public:
     }
 
 private:
-    bool oneFile;
+    bool oneFile, asJson;
     std::optional<result_files> tables, masks;
 };
 
-json treat(const CStorageDoc& document, const std::wstring& path, const feature_options& options, feature_files& files)
+/// What was found in an image is told before it is written, which may fail.
+void treat(const CStorageDoc& document, const std::wstring& path, const feature_options& options, feature_files& files,
+           json& entries)
 {
     const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface);
-    json images = json::array();
-    std::string text = path_line(base::narrow(path)) + '\n';
+    entries.push_back({{"path", base::narrow(path)}, {"images", json::array()}});
+    if (!options.asJson) std::cout << path_line(base::narrow(path)) << '\n';
     for (const frame& each : frames) {
         const frame_features made = find_features(document, each, options);
-        json entry = {{"id", document.getImage(each.image).get_name()}, {"image", each.image}, {"subimage", each.sub}};
-        files.write(made, each, frames.size() == 1, path, entry);
+        json& images = entries.back()["images"];
+        images.push_back(
+            {{"id", document.getImage(each.image).get_name()}, {"image", each.image}, {"subimage", each.sub}});
         if (options.asJson)
-            entry.update(features_json(made));
+            images.back().update(features_json(made));
         else
-            text += "  " + frame_title(document, each) + '\n' + features_text(made);
-        images.push_back(std::move(entry));
+            std::cout << "  " << frame_title(document, each) << '\n' << features_text(made);
+        files.write(made, each, frames.size() == 1, path, images.back());
     }
-    if (!options.asJson) std::cout << text;
-    return {{"path", base::narrow(path)}, {"images", std::move(images)}};
 }
 
 int run(const feature_options& options)
@@ -105,8 +108,8 @@ int run(const feature_options& options)
     session call;
     call.setFiles(options.files, {options.csv, options.mask});
     feature_files outputs(call, options);
-    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
-        return treat(document, path, options, outputs);
+    return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {
+        treat(document, path, options, outputs, entries);
     });
 }
 

@@ -137,20 +137,23 @@ struct fourier_outputs {
     std::optional<result_files> edited, shown;
 };
 
-json treat(CStorageDoc& document, const std::wstring& path, const fourier_options& options, fourier_outputs& outputs)
+/// Each file is told when it is written: the next one may fail.
+void treat(CStorageDoc& document, const std::wstring& path, const fourier_options& options, fourier_outputs& outputs,
+           json& entries)
 {
     const std::vector<frame> frames = chosen_frames(document, options.choice, refuse_no_surface);
     document_spectra made(document, options);
     made.run(frames);
-    json entry = {{"path", base::narrow(path)}};
-    if (outputs.edited) entry["output"] = outputs.edited->save(document, path).native();
-    if (outputs.shown) {
-        CStorageDoc pictures;
-        made.fill(pictures);
-        entry["spectrum"] = outputs.shown->save(pictures, path, "-spectrum").native();
-    }
-    entry["images"] = made.entries();
-    return entry;
+    entries.push_back({{"path", base::narrow(path)}, {"images", made.entries()}});
+    const auto tell = [&](const char* kind, const std::filesystem::path& output) {
+        entries.back()[kind] = output.native();
+        if (!options.asJson) std::cout << path_line(output.native()) << '\n';
+    };
+    if (outputs.edited) tell("output", outputs.edited->save(document, path));
+    if (!outputs.shown) return;
+    CStorageDoc pictures;
+    made.fill(pictures);
+    tell("spectrum", outputs.shown->save(pictures, path, "-spectrum"));
 }
 
 int run(const fourier_options& options)
@@ -159,12 +162,8 @@ int run(const fourier_options& options)
     call.letReplace(options.replaces);
     call.setFiles(options.files, {options.output, options.spectrum});
     fourier_outputs outputs(call, options);
-    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
-        json entry = treat(document, path, options, outputs);
-        if (!options.asJson)
-            for (const char* const kind : {"output", "spectrum"})
-                if (entry.contains(kind)) std::cout << path_line(entry[kind].get<std::string>()) << '\n';
-        return entry;
+    return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {
+        treat(document, path, options, outputs, entries);
     });
 }
 

@@ -122,15 +122,16 @@ public:
             text += csv_line(cells);
         }
     }
-    /// Nothing is written when no file had a row: an earlier table stays.
-    void save(const std::filesystem::path& output) const
+    /// Nothing is written when no file had a row: an earlier table stays. \return whether it was written
+    bool save(const std::filesystem::path& output) const
     {
-        if (text.empty()) return;
+        if (text.empty()) return false;
         const std::span bytes = std::as_bytes(std::span(text));
         if (output == standardStream)
             put_standard_output(bytes);
         else
             output::save_file_atomically(output, bytes);
+        return true;
     }
 
 private:
@@ -157,7 +158,8 @@ int run(const stats_options& options)
         if (options.csv.empty()) print_figures(document, figures, path);
         return {};
     });
-    if (!options.csv.empty()) table.save(output);
+    if (!options.csv.empty() && table.save(output) && !options.asJson && output != standardStream)
+        std::cout << path_line(output.native()) << '\n';
     return call.status();
 }
 

@@ -125,20 +125,18 @@ std::string to_text(const CStorageDoc& document, const std::vector<frame_steps>&
     return text;
 }
 
-json treat(CStorageDoc& document, const std::wstring& path, const step_options& options,
-           std::optional<result_files>& outputs)
+/// What was found is told before it is stored, which may fail.
+void treat(CStorageDoc& document, const std::wstring& path, const step_options& options,
+           std::optional<result_files>& outputs, json& entries)
 {
     const std::vector<frame_steps> found = find_all(document, options);
-    json entry = {{"path", base::narrow(path)}};
-    json images = images_json(document, found);
-    const std::string text = path_line(base::narrow(path)) + '\n' + to_text(document, found);
-    if (outputs) {
-        store(document, found);
-        entry["output"] = outputs->save(document, path).native();
-    }
-    entry["images"] = std::move(images);
-    if (!options.asJson) std::cout << text;
-    return entry;
+    entries.push_back({{"path", base::narrow(path)}, {"images", images_json(document, found)}});
+    if (!options.asJson) std::cout << path_line(base::narrow(path)) << '\n' << to_text(document, found);
+    if (!outputs) return;
+    store(document, found);
+    const std::string output = outputs->save(document, path).native();
+    entries.back()["output"] = output;
+    if (!options.asJson) std::cout << path_line(output) << '\n';
 }
 
 int run(const step_options& options)
@@ -148,8 +146,8 @@ int run(const step_options& options)
     call.setFiles(options.files, {options.output});
     std::optional<result_files> outputs;
     if (!options.output.empty()) outputs.emplace(call, output_names(options.output, ".spm"));
-    return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) {
-        return treat(document, path, options, outputs);
+    return report_entries(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path, json& entries) {
+        treat(document, path, options, outputs, entries);
     });
 }
 

@@ -19,10 +19,17 @@ int report_files(session& call, bool asJson, const file_treatment& treat)
 int report_entries(session& call, bool asJson, const entries_treatment& treat)
 {
     json files = json::array();
-    call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) { treat(document, path, files); },
-                         [&](const std::wstring& path, const std::string& reason) {
-                             files.push_back({{"path", base::narrow(path)}, {"error", reason}});
-                         });
+    std::size_t done = 0; // entries of files that are done with
+    call.forEachDocument(
+        [&](CStorageDoc& document, const std::wstring& path) {
+            treat(document, path, files);
+            done = files.size();
+        },
+        [&](const std::wstring& path, const std::string& reason) {
+            if (files.size() == done) files.push_back({{"path", base::narrow(path)}});
+            files.back()["error"] = reason;
+            done = files.size();
+        });
     if (asJson) print_json({{"files", files}});
     return call.status();
 }

@@ -9,8 +9,8 @@ namespace cli {
 /// What a call tells of its files, an entry each.
 using file_treatment = std::function<nlohmann::ordered_json(CStorageDoc&, const std::wstring& path)>;
 
-/// Treats each file of a call and prints {"files":[...]} for machines; a file that failed is {"path","error"}.
-/// \return the exit status
+/// Treats each file of a call and prints {"files":[...]} for machines; a file that failed is {"path","error"}, or what
+/// was found before it failed, with the "error" in its last entry. \return the exit status
 int report_files(session& call, bool asJson, const file_treatment& treat);
 
 /// The same, where a file has any number of entries, which `treat` appends to those of the call.

@@ -6,8 +6,18 @@
 
 namespace {
 
+using json = nlohmann::json;
+
 class ResultsTest : public ProgramTest {
 protected:
+    /// A terrace that begins at column 8 of 16.
+    void writeTerrace(const std::string& name) const
+    {
+        SPMDataStream stream = heights("Topo", {16, 16});
+        for (int i = 0; i < 16 * 16; ++i)
+            static_cast<short*>(stream.array_data())[i] = static_cast<short>(i % 16 < 8 ? 0 : 500);
+        write(name, {stream});
+    }
     std::vector<std::string> filesIn(const std::string& name) const
     {
         std::vector<std::string> names;
@@ -17,6 +27,36 @@ protected:
         return names;
     }
 };
+
+TEST_F(ResultsTest, WhatWasFoundIsToldThoughItsFileIsRefused)
+{
+    writeTerrace("t.spm");
+    write("there.spm", {heights("Other", {5})});
+    const struct {
+        std::vector<std::string> call;
+        const char *told, *kind, *output;
+    } cases[] = {
+        {{"steps", "t.spm", "-o", "there.spm"}, "1 steps", "steps", "there.spm\" exists and holds something else"},
+        {{"fourier", "t.spm", "--rect", "1,0,1,0", "--zero-inner", "-o", "e.spm", "--spectrum", "there.spm"},
+         "e.spm\n",
+         "max",
+         "there.spm\" exists and holds something else"},
+        {{"features", "t.spm", "--csv", "f.csv", "--mask", "t.spm"},
+         "f.csv\n",
+         "features",
+         "t.spm\" is an input of this call"},
+    };
+    for (const auto& [call, told, kind, output] : cases) {
+        const program_result text = vldv(call);
+        EXPECT_EQ(text.status, 1);
+        EXPECT_NE(text.out.find(told), std::string::npos) << text.out;
+        EXPECT_NE(text.err.find("t.spm: the output \""), std::string::npos) << text.err;
+        EXPECT_NE(text.err.find(output), std::string::npos) << text.err;
+        const json entry = filesOf(call, 1).at(0);
+        EXPECT_TRUE(entry["images"][0].contains(kind)) << entry;
+        EXPECT_NE(entry["error"].get<std::string>().find(output), std::string::npos) << entry;
+    }
+}
 
 TEST_F(ResultsTest, AFolderTakesItsOwnResults)
 {
