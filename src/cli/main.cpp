@@ -35,6 +35,14 @@ bool is_refused(const CLI::App& app, const std::string& word)
     return true;
 }
 
+/// An empty word, as of a variable of a script that is not set, is neither a name nor a number.
+void refuse_empty_words(CLI::App& command)
+{
+    for (CLI::Option* const option : command.get_options())
+        if (option->get_items_expected_max() > 0)
+            option->check([](const std::string& word) { return word.empty() ? "expected a word, not \"\"" : ""; });
+}
+
 } // namespace
 
 int main(int count, char** arguments)
@@ -66,8 +74,10 @@ try {
     cli::add_examples(app, status);
     cli::add_formats(app, status);
     if (count > 1 && is_refused(app, arguments[1])) return cli::badUsage;
-    for (CLI::App* const each : app.get_subcommands({}))
+    for (CLI::App* const each : app.get_subcommands({})) {
         each->preparse_callback([each](std::size_t) { cli::set_operation(each->get_name()); });
+        refuse_empty_words(*each);
+    }
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& problem) {

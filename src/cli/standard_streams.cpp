@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -47,6 +49,14 @@ std::runtime_error no_room()
     return std::runtime_error("standard input is larger than what the folder for temporary files has room for");
 }
 
+/// \param error  of the write, an errno value
+std::runtime_error not_kept(int error)
+{
+    if (error == ENOSPC) return no_room();
+    return std::runtime_error(std::string("standard input could not be kept in the folder for temporary files: ") +
+                              std::strerror(error ? error : EIO));
+}
+
 } // namespace
 
 void take_standard_input(const platform::temporary_file& file)
@@ -59,10 +69,12 @@ void take_standard_input(const platform::temporary_file& file)
     while (out && std::cin.read(bytes.data(), bytes.size()).gcount() > 0) {
         kept += static_cast<std::uintmax_t>(std::cin.gcount());
         if (kept > room) throw no_room();
+        errno = 0;
         out.write(bytes.data(), std::cin.gcount());
     }
+    if (out) errno = 0;
     out.close();
-    if (!out) throw no_room();
+    if (!out) throw not_kept(errno);
     if (std::cin.bad()) throw std::runtime_error("standard input could not be read");
     if (kept == 0) throw std::runtime_error("standard input is empty");
 }

@@ -66,6 +66,17 @@ TEST_F(ProgramTest, StandardStreamsTakeOneFile)
     EXPECT_TRUE(broken.starts_with("-: standard input: ")) << "not the name of a file of ours: " << broken;
 }
 
+TEST_F(ProgramTest, WhyStandardInputIsNotKeptIsTold)
+{
+    write_file(folder / "m.txt", std::string(smallMatrix) + std::string(100000, '\n'));
+    const std::string command =
+        "cd '" + folder.path.native() + "' && ( ulimit -f 8; '" VLDV_PROGRAM "' info - <m.txt 2>err )";
+    EXPECT_NE(std::system(command.c_str()), 0);
+    EXPECT_NE(file_content(folder / "err").find("could not be kept in the folder for temporary files: File too large"),
+              std::string::npos)
+        << file_content(folder / "err");
+}
+
 TEST_F(ProgramTest, AClosedPipeEndsTheProgramWithoutAWord)
 {
     examples(); // 512 x 512 numbers are far more than a pipe holds
@@ -101,6 +112,8 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         {{"curve", "m.txt", "--op", "Fit"}, "--op: expected spectrum, trend, differentiate, autocorrelation, "},
         {{"fourier", "m.txt", "--mode", "x"}, "--mode: expected power or magnitude, not \"x\""},
         {{"render", "m.txt", "-o", "out.xyz"}, "\"out.xyz\" is neither a picture (png, bmp, jpg, tif) nor a folder"},
+        {{"convert", "m.txt", "-o", ""}, "--to: expected a word, not \"\""},
+        {{"steps", "m.txt", "-o", ""}, "--output: expected a word, not \"\""},
         {{"convert", "m.txt", "--to", "x.png"}, "x.png: is neither a name of a container (.spm) nor of a folder"}};
     write_file(folder / "m.txt", smallMatrix);
     for (const refusal& each : refusals) {
