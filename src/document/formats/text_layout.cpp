@@ -13,14 +13,18 @@ namespace {
 
 bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
 
-/// True when the comma at `i` could part thousands as well as be a decimal mark: "1,234", never "0,125" or "12,5".
+constexpr std::size_t group = 3; ///< digits
+
+/// True when the comma or point at `i` could part thousands as well as be a decimal mark: "1,234", never "0,125",
+/// "12,5" or "1,234e5".
 bool may_part_thousands(std::string_view line, std::size_t i) noexcept
 {
-    constexpr std::size_t group = 3;
     std::size_t before = 0, after = 0;
     while (before < i && is_digit(line[i - before - 1])) ++before;
     while (i + after + 1 < line.size() && is_digit(line[i + after + 1])) ++after;
-    return after == group && before > 0 && before <= group && line[i - before] != '0';
+    const char next = i + after + 1 < line.size() ? line[i + after + 1] : ' ';
+    const bool isExponent = next == 'e' || next == 'E' || next == 'd' || next == 'D';
+    return after == group && before > 0 && before <= group && line[i - before] != '0' && !isExponent;
 }
 
 /// Digits alone, behind a sign or not.
@@ -36,8 +40,9 @@ struct field_survey {
     bool blanksSeparate = false;                   ///< "1 2": blanks that cannot
     bool zeroGroups = false;                       ///< "1 000": a group that is no number of its own
     bool smallWholes = false, largeWholes = false; ///< digits alone, below 1000 or not
-    /// A bit for each of the first columns: those with whole numbers below 1000, and with groups that end in 0.
-    std::uint64_t smallWholeColumns = 0, roundGroupColumns = 0;
+    /// A bit for each of the first columns: those with whole numbers below 1000, with groups that end in 0, with
+    /// points.
+    std::uint64_t smallWholeColumns = 0, roundGroupColumns = 0, pointColumns = 0;
 
     void add(std::string_view line) noexcept
     {
@@ -52,6 +57,7 @@ struct field_survey {
     }
     /// "900" above "1,000": whoever writes no decimals of the one writes none of the other.
     bool showsThousands() const noexcept { return (smallWholeColumns & roundGroupColumns) != 0; }
+    bool hasPointsBesideWholes() const noexcept { return (smallWholeColumns & pointColumns) != 0; }
 
 private:
     void add_field(std::string_view field, std::uint64_t columnBit) noexcept
@@ -60,9 +66,9 @@ private:
             const bool isGrouped = grouped_number(field, ' ', false) || grouped_number(field, ' ', true);
             (isGrouped ? blanksPart : blanksSeparate) = true;
             zeroGroups = zeroGroups || (isGrouped && field.find(" 0") != std::string_view::npos);
-        } else if (const std::size_t comma = field.find(','); comma != std::string_view::npos) {
-            constexpr std::size_t group = 3;
-            if (comma + group < field.size() && field[comma + group] == '0') roundGroupColumns |= columnBit;
+        } else if (const std::size_t mark = field.find_first_of(",."); mark != std::string_view::npos) {
+            if (mark + group < field.size() && field[mark + group] == '0') roundGroupColumns |= columnBit;
+            if (field[mark] == '.') pointColumns |= columnBit;
         } else if (is_whole_number(field)) {
             add_whole(field, columnBit);
         }
@@ -91,54 +97,77 @@ private:
 struct mark_survey {
     std::size_t lines = 0;
     std::size_t doubleTabs = 0;
-    bool points = false;                                   ///< a decimal point stands in a number
-    bool commas = false;                                   ///< a comma stands somewhere
-    bool loneCommas = false;                               ///< a comma without a digit on both sides
+    std::size_t pointLines = 0;                            ///< with a decimal point
+    std::size_t innerLines = 0, loneLines = 0;             ///< with commas between digits, with others
+    std::size_t blankLines = 0;                            ///< with a blank between two words
     bool manyCommas = false;                               ///< two in one word between blanks
-    bool decimalCommas = false;                            ///< a comma that cannot part thousands
+    bool decimalCommas = false, decimalPoints = false;     ///< that cannot part thousands
     bool semicolons = false, tabs = false, blanks = false; ///< between two fields
     std::size_t fields = 0;                                ///< of the first line, when commas separate
     bool sameFields = true;
     field_survey betweenTabs;
 
     void add(std::string_view line) noexcept;
-    void look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept;
+    bool hasCommas() const noexcept { return innerLines != 0 || loneLines != 0; }
+    bool hasFields() const noexcept { return semicolons || tabs; }
+    /// Commas beside blanks and ends separate. A few of them among numbers that something else separates are damage.
+    bool haveLonesMeaning() const noexcept { return loneLines != 0 && !isStray(loneLines); }
+    /// So are a few points among numbers with decimal commas.
+    bool havePointsMeaning() const noexcept { return pointLines != 0 && !(decimalCommas && isStray(pointLines)); }
     /// False while further lines may tell what commas and blanks are.
     bool isClear() const noexcept
     {
         const bool areBlanksClear = !betweenTabs.blanksPart || betweenTabs.blanksSeparate || betweenTabs.zeroGroups;
-        return areBlanksClear && (!commas || points || loneCommas || manyCommas ||
+        return areBlanksClear && (!hasCommas() || pointLines != 0 || loneLines != 0 || manyCommas ||
                                   (decimalCommas && (semicolons || tabs || blanks || !sameFields)));
+    }
+
+private:
+    struct line_marks {
+        std::size_t wordCommas = 0;
+        bool point = false, inner = false, lone = false, blank = false;
+    };
+    void look_at(std::string_view line, std::size_t i, line_marks& marks) noexcept;
+    bool isStray(std::size_t few) const noexcept
+    {
+        return (hasFields() || 2 * blankLines > lines) && 2 * few < innerLines;
     }
 };
 
-void mark_survey::look_at(std::string_view line, std::size_t i, std::size_t& wordCommas) noexcept
+void mark_survey::look_at(std::string_view line, std::size_t i, line_marks& marks) noexcept
 {
     const char c = line[i];
     const bool last = i + 1 == line.size();
-    if (c == ' ' || c == '\t' || c == ';') wordCommas = 0;
+    if (c == ' ' || c == '\t' || c == ';') marks.wordCommas = 0;
     if (c == ',') {
-        commas = true;
         const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
-        loneCommas = loneCommas || !between;
-        manyCommas = manyCommas || (between && ++wordCommas > 1);
+        (between ? marks.inner : marks.lone) = true;
+        manyCommas = manyCommas || (between && ++marks.wordCommas > 1);
         decimalCommas = decimalCommas || (between && !may_part_thousands(line, i));
     }
-    if (c == '.') points = true;
+    if (c == '.') {
+        marks.point = true;
+        decimalPoints = decimalPoints || !may_part_thousands(line, i);
+    }
     if (c == ';' && !last) semicolons = true;
     if (c == '\t') tabs = true;
-    if (c == ' ') blanks = true;
+    if (c == ' ') marks.blank = true;
 }
 
 void mark_survey::add(std::string_view line) noexcept
 {
     line = base::trimmed(line);
-    std::size_t wordCommas = 0;
+    line_marks marks;
     std::size_t commaCount = 0;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        look_at(line, i, wordCommas);
+        look_at(line, i, marks);
         if (line[i] == ',' && i + 1 < line.size()) ++commaCount;
     }
+    pointLines += marks.point;
+    innerLines += marks.inner;
+    loneLines += marks.lone;
+    blankLines += marks.blank;
+    blanks = blanks || marks.blank;
     if (line.find("\t\t") != std::string_view::npos) ++doubleTabs;
     if (lines == 0) fields = commaCount + 1;
     sameFields = sameFields && fields == commaCount + 1;
@@ -165,23 +194,33 @@ void settle_unsure_commas(const field_survey& fields, number_layout& layout) noe
     layout.doubt = fields.showsThousands() ? number_doubt::none : number_doubt::partingCommas;
 }
 
+/// Points that could part thousands: they do where a column shows it, and are told where whole numbers stand beside.
+void settle_unsure_points(const field_survey& fields, number_layout& layout) noexcept
+{
+    layout.groupedPoints = fields.showsThousands();
+    if (!layout.groupedPoints && fields.hasPointsBesideWholes()) layout.doubt = number_doubt::decimalPoints;
+}
+
 number_layout layout_of(const mark_survey& survey) noexcept
 {
     number_layout layout;
     const field_survey& fields = survey.betweenTabs;
-    const bool hasFields = survey.semicolons || survey.tabs;
+    const bool hasFields = survey.hasFields(), hasCommas = survey.hasCommas();
+    const bool mayBeInNumbers = hasCommas && !survey.haveLonesMeaning();
     // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
-    layout.decimalComma = survey.commas && !survey.points && !survey.loneCommas && !survey.manyCommas &&
+    layout.decimalComma = mayBeInNumbers && !survey.havePointsMeaning() && !survey.manyCommas &&
                           (hasFields || survey.blanks || !survey.sameFields || survey.fields < 2);
     // Between tabs or semicolons a comma within digits is part of a number, never a separator.
-    layout.groupedDigits = survey.commas && !survey.loneCommas && !layout.decimalComma && hasFields;
-    layout.separator = separator_of(survey, survey.commas && !layout.decimalComma && !layout.groupedDigits);
+    layout.groupedDigits = mayBeInNumbers && !layout.decimalComma && hasFields;
+    layout.separator = separator_of(survey, hasCommas && !layout.decimalComma && !layout.groupedDigits);
     const bool isFielded = layout.separator == ';' || layout.separator == '\t';
     layout.groupedBlanks = isFielded && fields.blanksPart && !fields.blanksSeparate;
     if (layout.groupedBlanks && !fields.zeroGroups)
         layout.doubt = number_doubt::partingBlanks;
     else if (layout.decimalComma && !survey.decimalCommas && !layout.groupedBlanks)
         settle_unsure_commas(isFielded ? fields : field_survey{}, layout);
+    else if (isFielded && !hasCommas && survey.pointLines != 0 && !survey.decimalPoints && !layout.groupedBlanks)
+        settle_unsure_points(fields, layout);
     return layout;
 }
 
@@ -207,6 +246,10 @@ const char* told_doubt(number_doubt doubt) noexcept
     case number_doubt::partingCommas:
         return "every comma could be a decimal mark (\"1,234\"); all were read as parting thousands, because whole "
                "numbers below 1000 stand beside them";
+    case number_doubt::decimalPoints:
+        return "every point could part thousands (\"1.234\"), beside whole numbers below 1000; all were read as "
+               "decimal "
+               "marks";
     case number_doubt::partingBlanks:
         return "blanks within the fields were read as parting thousands (\"1 234\")";
     case number_doubt::none:

@@ -156,6 +156,7 @@ std::optional<double> number_scanner::number_of(std::string_view field) const no
 {
     if (layout.groupedBlanks && field.find(' ') != std::string_view::npos)
         return grouped_number(field, ' ', layout.decimalComma);
+    if (layout.groupedPoints && field.find('.') != std::string_view::npos) return grouped_number(field, '.', true);
     if (layout.groupedDigits && field.find(',') != std::string_view::npos) return grouped_number(field, ',', false);
     return number_of_field(field, layout.decimalComma);
 }
@@ -206,7 +207,8 @@ bool number_scanner::scan_fields(const char* at, const char* end, std::vector<do
         const char* last = at;
         if (role_of(*at) != role::separator) {
             if (!layout.decimalComma) last = plain_number(at, end, value);
-            if (last == at || layout.groupedBlanks || (last != end && role_of(*last) == role::field)) {
+            if (last == at || layout.groupedBlanks || layout.groupedPoints ||
+                (last != end && role_of(*last) == role::field)) {
                 last = field_end(at, end);
                 const std::string_view field(at, static_cast<std::size_t>(last - at));
                 const auto number = number_of(field);

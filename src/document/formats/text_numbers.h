@@ -13,6 +13,7 @@ enum class number_doubt : std::uint8_t {
     none,
     decimalCommas, ///< "1,234": every comma could part thousands
     partingCommas, ///< "1,234": every comma could be a decimal mark
+    decimalPoints, ///< "1.234": every point could part thousands
     partingBlanks, ///< "1 234": every blank could separate
 };
 /// The doubt in words, with how it was settled; null for none.
@@ -28,6 +29,7 @@ struct number_layout {
     /// "1,234.5" between tabs or semicolons: the commas group digits by three.
     bool groupedDigits = false;
     bool groupedBlanks = false; ///< "1 234.5" between tabs or semicolons: so do the blanks
+    bool groupedPoints = false; ///< "1.234" between tabs or semicolons, never a decimal mark: so do the points
     number_doubt doubt = number_doubt::none;
     bool operator==(const number_layout&) const noexcept = default;
 };

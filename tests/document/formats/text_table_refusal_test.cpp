@@ -71,6 +71,18 @@ INSTANTIATE_TEST_SUITE_P(
         bad_table{"NoX", "NaN 1\nNaN 2\n", "a curve needs at least two points with x"}),
     [](const auto& each) { return std::string(each.param.name); });
 
+TEST(TextTableRefuses, StrayMarksAmongDecimalCommas)
+{
+    for (const char* separator : {"\t", ";", " "})
+        for (const char* damage : {"3,5,", ", 5", "-,-", "3.5"}) {
+            std::string text;
+            for (int i = 1; i <= 40; ++i)
+                text += std::to_string(i) + ",25" + separator + (i == 20 ? damage : "1,5") + separator + "2,75\n";
+            const std::string told = reason(text);
+            EXPECT_TRUE(told.starts_with("line 20: ") && told.ends_with(" is no number")) << damage << told;
+        }
+}
+
 TEST(TextTableRefuses, LinesAndSidesBeyondTheLimits)
 {
     std::string arrays = wyko(2, 1);

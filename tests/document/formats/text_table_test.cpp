@@ -431,6 +431,9 @@ TEST(TextTable, MarksOfThousandsNeverSplitNumbers)
         {"10;900\n11;1,000\n12;1,105\n", "", {900, 1000, 1105}},
         {"10;1,234\n11;1,345\n12;1,234,567\n", "", {1234, 1345, 1234567}},
         {"10;1,234\n11;1,345\n12;900.5\n", "", {1234, 1345, 900.5}},
+        {"10;900\n11;1.000\n12;1.105\n", "", {900, 1000, 1105}},
+        {"10;900\n11;1.234\n12;1.105\n", "every point could part thousands", {900, 1.234, 1.105}},
+        {"10;900\n11;1.234\n12;1.5\n", "", {900, 1.234, 1.5}},
     };
     for (const auto& each : cases) {
         const auto result = read("x\ty\n" + std::string(each.rows));
