@@ -1,6 +1,7 @@
 #include "document/formats/text_header.h"
 
 #include "base/text.h"
+#include "document/formats/text_numbers.h"
 #include "document/formats/text_wyko.h"
 
 #include <algorithm>
@@ -59,21 +60,36 @@ bool has_line(const header_lines& lines, std::size_t index, std::string_view sta
 // Matrix export with "# Channel:", "# Width:", "# Height:" and "# Value units:". The words are translated into the
 // user's language, so the form of the lines decides: a name, then two sizes with units.
 
+bool is_size(std::string_view text)
+{
+    const auto size = parse_quantity(text);
+    return size && !size->units.empty();
+}
+
+/// "1x.00 um": a digit first and a unit last.
+bool is_damaged_size(std::string_view text)
+{
+    const std::size_t gap = text.rfind(' ');
+    return gap != std::string_view::npos && text.front() >= '0' && text.front() <= '9' &&
+           is_known_unit(text.substr(gap));
+}
+
 bool fits_channel_export(const header_lines& lines)
 {
     if (lines.size() < 3) return false;
     for (std::size_t i = 0; i < 3; ++i)
         if (!has_line(lines, i, "# ") || lines[i].find(": ") == std::string::npos) return false;
-    const auto width = parse_quantity(split_key(lines[1]).value), height = parse_quantity(split_key(lines[2]).value);
-    return width && height && !width->units.empty() && !height->units.empty();
+    const std::string_view width = split_key(lines[1]).value, height = split_key(lines[2]).value;
+    const bool hasWidth = is_size(width), hasHeight = is_size(height);
+    return (hasWidth && hasHeight) || (hasWidth && is_damaged_size(height)) || (hasHeight && is_damaged_size(width));
 }
 
 void apply_channel_export(const header_lines& lines, table_header& header)
 {
     header.form = table_header::shape::matrix;
     header.channel = split_key(lines[0]).value;
-    header.width = parse_quantity(split_key(lines[1]).value);
-    header.height = parse_quantity(split_key(lines[2]).value);
+    header.width = stated_quantity(split_key(lines[1]).value);
+    header.height = stated_quantity(split_key(lines[2]).value);
     if (!has_line(lines, 3, "# ")) return;
     const key_value last = split_key(lines[3]);
     if (!last.key.empty()) header.units = normal_unit(last.value);
@@ -235,6 +251,14 @@ bool is_damaged_number(std::string_view name)
     return name.find('.') != std::string_view::npos && 2 * static_cast<std::size_t>(ofNumber) > name.size();
 }
 
+/// "nm", "[V]", "10um".
+bool is_unit_word(std::string_view word)
+{
+    if (word.size() > 2 && (word.front() == '[' || word.front() == '(')) word = word.substr(1, word.size() - 2);
+    const auto size = parse_quantity(word);
+    return is_known_unit(word) || (size && is_known_unit(size->units));
+}
+
 /// Names separated by nothing but blanks could as well be a sentence; a unit or an x tells.
 bool names_tell(const std::vector<column_heading>& headings)
 {
@@ -304,6 +328,26 @@ std::vector<column_heading> find_headings(const header_lines& lines, std::size_t
     auto headings = headings_of_line(lines.back(), columns);
     if (!headings.empty()) used = lines.size() - 1;
     return headings;
+}
+
+bool may_be_heading(std::string_view line)
+{
+    std::vector<std::string_view> names;
+    std::size_t numbers = 0;
+    bool isNumberLast = false;
+    for (line = base::trimmed(line); !line.empty();) {
+        const std::size_t end = std::min(line.find_first_of(" \t;"), line.size());
+        const std::string_view word = line.substr(0, end);
+        isNumberLast = number_of_field(word, false) || number_of_field(word, true);
+        if (isNumberLast)
+            ++numbers;
+        else
+            names.push_back(word);
+        line = base::trimmed(line.substr(std::min(end + 1, line.size())));
+    }
+    if (names.size() == 1 && !isNumberLast) return is_unit_word(names.front());
+    const auto isPlainName = [](std::string_view name) { return is_name(name) && !is_damaged_number(name); };
+    return names.size() > numbers && std::ranges::all_of(names, isPlainName);
 }
 
 std::map<std::string, std::string> header_strings(const header_lines& lines, std::size_t skipped)

@@ -55,6 +55,10 @@ std::string_view header_end_mark(std::string_view text) noexcept;
 /// receives the number of that line in `lines`, or their count.
 std::vector<column_heading> find_headings(const header_lines& lines, std::size_t columns, std::size_t& used);
 
+/// True for a line with digits that heads columns all the same: "100 100 nm", sizes with their unit, and "0 T1 T2",
+/// more names than numbers.
+bool may_be_heading(std::string_view line);
+
 /// "key: value", "key = value" and "key TAB value" lines as strings, all but line `skipped`; what is neither comes
 /// together under "Header", repeated keys keep all their values.
 std::map<std::string, std::string> header_strings(const header_lines& lines, std::size_t skipped);

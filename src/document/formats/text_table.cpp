@@ -85,7 +85,8 @@ std::string first_row_problem(const text_content& content, const text_parts& par
     if (parts.header.empty()) return {};
     const std::string_view text = std::string_view(content.text).substr(parts.numbers.offset());
     number_scanner scanner(detect_layout(text, layoutSample));
-    if (scanner.likeness_to_row(parts.header.back(), columns) != row_likeness::damaged) return {};
+    const std::string& line = parts.header.back();
+    if (scanner.likeness_to_row(line, columns) != row_likeness::damaged || may_be_heading(line)) return {};
     return "the line before the numbers: \"" + std::string(scanner.wrong_field().substr(0, 40)) + "\" is no number";
 }
 
@@ -168,9 +169,8 @@ base::read_result<recording> read_text_table(source& file)
     const std::size_t stated = header.countFirst ? take_count(start) : 0;
     auto table = read_rows(*content, start, header, file);
     if (!table) return table.error();
-    if (!header.writer)
-        if (std::string problem = first_row_problem(*content, parts, table->columns); !problem.empty())
-            return base::read_error{0, std::move(problem)};
+    if (std::string problem = first_row_problem(*content, parts, table->columns); !problem.empty())
+        return base::read_error{0, std::move(problem)};
     if (stated > table->rows)
         return base::read_error{content->text.size(), "cut short: " + std::to_string(table->rows) + " of " +
                                                           std::to_string(stated) + " points"};

@@ -68,6 +68,8 @@ INSTANTIATE_TEST_SUITE_P(
         bad_table{"FirstRowThatBeginsDamaged", "l.0 2.5\n2.0 3.5\n3.0 4.5\n",
                   "the line before the numbers: \"l.0\" is no number"},
         bad_table{"RowThatBeginsDamaged", "1 2 3 4\nx5 6 7 8\n1 2 3 4\n", "line 2: \"x5\" is no number"},
+        bad_table{"DamagedFirstRowBehindAKnownHeader", channelExport + "1.5 x2.5 3.5\n4.5 5.5 6.5\n7.5 8.5 9.5\n",
+                  "the line before the numbers: \"x2.5\" is no number"},
         bad_table{"NoX", "NaN 1\nNaN 2\n", "a curve needs at least two points with x"}),
     [](const auto& each) { return std::string(each.param.name); });
 

@@ -2,6 +2,7 @@
 #include "text_table_fixture.h"
 
 #include "base/text.h"
+#include "document/formats/finish_recording.h"
 
 #include <algorithm>
 #include <cmath>
@@ -441,6 +442,25 @@ TEST(TextTable, MarksOfThousandsNeverSplitNumbers)
         expect_values(image_at(result, 0).stream, each.last);
         const std::string note = result->warnings.empty() ? "" : result->warnings[0];
         EXPECT_TRUE(*each.note ? note.find(each.note) != std::string::npos : note.empty()) << each.rows << note;
+    }
+}
+
+TEST(TextTable, ALineWithDigitsMayHeadColumns)
+{
+    for (const char* heading : {"100 100 nm", "256 256 10um", "5 5 [V]", "0\tT1\tT2"}) {
+        const auto result = read(std::string(heading) + "\n1\t2\t3\n2\t4\t5\n3\t5\t9\n");
+        ASSERT_TRUE(result) << heading << result.error().reason;
+        EXPECT_EQ(result->items.size(), 2u) << heading;
+    }
+}
+
+TEST(TextTable, ADamagedSizeIsNotPassedOver)
+{
+    for (const char* sizes : {"# Width: 1x.00 um\n# Height: 8 um\n", "# Width: 8 um\n# Height: 1x.00 um\n"}) {
+        const auto result =
+            finish_recording(read(std::string("# Channel: Z\n") + sizes + "# Value units: m\n1 2\n3 4\n"));
+        ASSERT_FALSE(result) << sizes;
+        EXPECT_NE(result.error().reason.find(" is no number: the stated "), std::string::npos) << result.error().reason;
     }
 }
 
