@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "document/formats/source.h"
 
+#include <algorithm>
+#include <array>
 #include <string_view>
 #include <vector>
 
@@ -57,6 +59,49 @@ private:
     bool areEqual = true, areWholeRows = true, breakRowsAlike = true;
 };
 
+/// Tells by the last numbers of the lines whether that of a last line without an end has lost some of its characters.
+class last_numbers {
+public:
+    explicit last_numbers(const number_layout& layout)
+        : separators(layout.separator == ',' ? " \t;," : " \t;"), decimalMark(layout.decimalComma ? ',' : '.')
+    {
+    }
+
+    void add(std::string_view line) noexcept { lines[count++ % lines.size()] = line; }
+    /// The last number, when those of the lines before it agree in having more digits behind the mark, or at all.
+    std::string_view cutNumber() const noexcept
+    {
+        constexpr std::size_t fewest = 3; // lines that tell
+        const std::string_view last = number_of(count - 1);
+        if (count <= fewest) return {};
+        for (std::size_t i = count - std::min(count, lines.size()); i + 1 < count; ++i)
+            if (digits_of(number_of(i)) <= digits_of(last) || hasMark(number_of(i)) != hasMark(number_of(count - 2)))
+                return {};
+        return last;
+    }
+
+private:
+    bool hasMark(std::string_view number) const noexcept { return number.find(decimalMark) != std::string_view::npos; }
+    /// Behind the mark, which a cut number may have lost; where there are none, all.
+    std::size_t digits_of(std::string_view number) const noexcept
+    {
+        if (!hasMark(number_of(count - 2))) return number.size();
+        const std::size_t mark = number.find(decimalMark);
+        return mark == std::string_view::npos ? 0 : number.size() - mark;
+    }
+    std::string_view number_of(std::size_t index) const noexcept
+    {
+        std::string_view line = base::trimmed(lines[index % lines.size()]);
+        while (line.find_last_of(separators) + 1 == line.size() && !line.empty()) line.remove_suffix(1);
+        return line.substr(line.find_last_of(separators) + 1);
+    }
+
+    std::string_view separators;
+    char decimalMark;
+    std::array<std::string_view, 16> lines;
+    std::size_t count = 0;
+};
+
 enum class line_use { taken, ended, refused };
 
 /// Collects the rows line by line and keeps the reason why one was refused.
@@ -65,6 +110,7 @@ public:
     table_collector(const text_content& content_, const number_layout& layout_, const stated_table& stated_)
         : content(content_),
           scanner(layout_),
+          ends(layout_),
           stated(stated_),
           wrapped(stated_.columns != 0 && !stated_.linesAreRows),
           breaks(stated_.columns)
@@ -101,8 +147,15 @@ private:
         return " has " + plural(fields, "value") + " where " + other + std::to_string(firstFields);
     }
 
+    bool hasEnd() const noexcept { return content.text.ends_with('\n') || content.text.ends_with('\r'); }
+    bool isLast(std::string_view line) const noexcept
+    {
+        return line.data() + line.size() == content.text.data() + content.text.size();
+    }
+
     const text_content& content;
     number_scanner scanner;
+    last_numbers ends;
     stated_table stated;
     bool wrapped;
     line_breaks breaks;
@@ -110,6 +163,7 @@ private:
     std::size_t firstFields = 0;
     std::size_t oddLine = 0; // number of the first line of another length, 0 when there is none
     std::size_t oddFields = 0;
+    bool isLastRead = false;                          ///< the last line of the text holds numbers
     std::size_t doubtfulLines = 0, firstDoubtful = 0; ///< comments that may be damaged rows
 };
 
@@ -123,9 +177,19 @@ line_use table_collector::add(std::string_view line, std::size_t number)
         if (stated.linesAreRows) return line_use::ended;
         return add_comment(line, number);
     case line_content::numbers:
+        ends.add(line);
+        isLastRead = isLast(line);
         return add_row(table.values.size() - before, number);
     case line_content::wrong:
         break;
+    }
+    // "-4.6792e": the rest of the number is lost with the end of the line.
+    const std::string_view text = base::trimmed(line);
+    if (isLast(line) && !hasEnd() && !table.values.empty() && scanner.wrong_field().end() == text.end()) {
+        table.notes.push_back("The last line, " + std::to_string(number) + ", was left out: its last number, \"" +
+                              content.utf8(scanner.wrong_field().substr(0, 40)) + "\", is cut");
+        table.isCut = true;
+        return line_use::taken;
     }
     return refuse_field(number);
 }
@@ -170,6 +234,10 @@ void table_collector::finish()
     if (doubtfulLines != 0)
         table.notes.push_back("taken for comments although they hold numbers for most columns: " +
                               plural(doubtfulLines, "line") + ", the first is line " + std::to_string(firstDoubtful));
+    const std::string_view cut = isLastRead && !hasEnd() ? ends.cutNumber() : std::string_view();
+    if (oddLine == 0 && !cut.empty())
+        table.notes.push_back("the text ends with \"" + content.utf8(cut) +
+                              "\", which is shorter than the numbers above it: some of its digits may be cut off");
     if (oddLine == 0 || wrapped) return;
     table.values.resize(table.columns * table.rows);
     table.isCut = true;

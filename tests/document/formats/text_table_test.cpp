@@ -445,6 +445,30 @@ TEST(TextTable, MarksOfThousandsNeverSplitNumbers)
     }
 }
 
+TEST(TextTable, TellsOfANumberThatIsCutAtTheEnd)
+{
+    const struct {
+        const char *rows, *end, *note; ///< the end without a line end
+        std::size_t points;
+    } cases[] = {
+        {"0,1\t-7999,9482\n0,2\t-7991,9403\n0,3\t-7983,9323\n", "0,4\t-7975,", "\"-7975,\", which is shorter", 4},
+        {"0 0.003581\n1 0.003584\n2 0.003585\n", "3 -0", "\"-0\", which is shorter", 4},
+        {"0 1.8e-008\n1 1.9e-008\n2 1.7e-008\n", "3 1.5e-0", "\"1.5e-0\", which is shorter", 4},
+        {"0 1.8e-008\n1 1.9e-008\n2 1.7e-008\n", "3 1.5e", "The last line, 5, was left out: its last number, \"1.5e\"",
+         3},
+        {"0 1.25\n1 2.5\n2 3.75\n", "3 1.2", "", 4},
+        {"0 125\n1 130\n2 20\n", "3 20", "", 4},
+    };
+    for (const auto& each : cases) {
+        const auto result = read("x\ty\n" + std::string(each.rows) + each.end);
+        ASSERT_TRUE(result && result->items.size() == 1) << each.end;
+        EXPECT_EQ(image_at(result, 0).stream.get_dimension(0).length, each.points) << each.end;
+        const std::string note = result->warnings.empty() ? "" : result->warnings[0];
+        EXPECT_TRUE(*each.note ? note.find(each.note) != std::string::npos : note.empty()) << each.end << note;
+    }
+    EXPECT_TRUE(read("0 0.003581\n1 0.003584\n2 0.003585\n3 -0\n")->warnings.empty()) << "the line is whole";
+}
+
 TEST(TextTable, ALineWithDigitsMayHeadColumns)
 {
     for (const char* heading : {"100 100 nm", "256 256 10um", "5 5 [V]", "0\tT1\tT2"}) {
