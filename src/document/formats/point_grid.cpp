@@ -77,6 +77,23 @@ std::optional<point_grid> find_grid(std::span<const double> x, std::span<const d
     return grid;
 }
 
+std::size_t points_of_whole_lines(std::span<const double> x, std::span<const double> y)
+{
+    const std::size_t count = x.size();
+    if (count < 4 || y.size() != count) return 0;
+    const bool xIsFast =
+        std::fabs(x[1] - x[0]) / extent_of(x).length() > std::fabs(y[1] - y[0]) / extent_of(y).length();
+    const std::span<const double> fast = xIsFast ? x : y;
+    const std::size_t run = first_run(fast), rest = count % run;
+    const double allowed = tolerance * std::fabs(fast[1] - fast[0]);
+    for (std::size_t i = 0; i < rest; ++i) {
+        const double place = fast[count - rest + i];
+        const bool isOnLine = std::fabs(place - fast[i]) <= allowed || std::fabs(place - fast[run - 1 - i]) <= allowed;
+        if (!isOnLine) return 0;
+    }
+    return rest == 0 ? 0 : count - rest;
+}
+
 std::optional<even_steps> find_even_steps(std::span<const double> values)
 {
     if (values.size() < 2) return std::nullopt;

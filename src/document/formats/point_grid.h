@@ -17,6 +17,8 @@ struct point_grid {
 /// The grid on which points in file order lie: either coordinate may run fast, up, down or to and fro. Coordinates may
 /// be off by 1 % of a step. Nothing when the points do not fill a grid of at least 2 x 2, or a coordinate is missing.
 std::optional<point_grid> find_grid(std::span<const double> x, std::span<const double> y);
+/// How many of these points fill whole lines of a grid, when the last line of it has begun and is not whole; else 0.
+std::size_t points_of_whole_lines(std::span<const double> x, std::span<const double> y);
 
 /// Equal steps from the first value to the last.
 struct even_steps {

@@ -225,9 +225,24 @@ bool look_like_curves(const number_table& table)
     return false;
 }
 
+/// The grid of the points; of a table that ends within a line of it that of the lines before, the rest left out.
+std::optional<point_grid> take_grid(number_table& table)
+{
+    const std::vector<double> x = table.column(0), y = table.column(1);
+    if (auto grid = find_grid(x, y)) return grid;
+    const std::size_t whole = points_of_whole_lines(x, y);
+    auto grid = find_grid(std::span(x).first(whole), std::span(y).first(whole));
+    if (!grid) return grid;
+    table.notes.push_back("The last line of the grid was left out: it has " + std::to_string(table.rows - whole) +
+                          " of its points");
+    table.rows = whole;
+    table.values.resize(table.rows * table.columns);
+    return grid;
+}
+
 base::read_result<recording> points_image(number_table& table, const std::vector<column_heading>& headings)
 {
-    const auto grid = find_grid(table.column(0), table.column(1));
+    const auto grid = take_grid(table);
     if (!grid) return refused("the points x, y do not fill a regular grid");
     if (!fits_image(grid->width, grid->height)) return refused(too_large(grid->width, grid->height));
     return grid_images(table, *grid, headings);
@@ -239,7 +254,8 @@ base::read_result<recording> shape_open(number_table& table, const table_header&
     const bool named = !headings.empty();
     const bool mayBePoints = table.columns > 2 && (!named || are_point_headings(headings) || table.columns == 3);
     if (mayBePoints) {
-        if (const auto grid = find_grid(table.column(0), table.column(1));
+        const bool arePoints = table.columns == 3 || are_point_headings(headings);
+        if (const auto grid = arePoints ? take_grid(table) : find_grid(table.column(0), table.column(1));
             grid && fits_image(grid->width, grid->height))
             return grid_images(table, *grid, named ? headings : plain_headings(table.columns, true));
     }

@@ -488,6 +488,14 @@ TEST(TextTable, ADamagedSizeIsNotPassedOver)
     }
 }
 
+TEST(TextTable, OfACutGridTheWholeLinesAreRead)
+{
+    const auto result = read("0 0 1\n0 1 2\n0 2 3\n1 0 4\n1 1 5\n1 2 6\n2 0 7\n2 1 8\n");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 4, 2, 5, 3, 6}));
+    EXPECT_EQ(result->warnings[0], "The last line of the grid was left out: it has 2 of its points");
+}
+
 TEST(TextTable, TellsOfCommentsThatMayBeDamagedRows)
 {
     const auto result = read("y x1 2 3\n1 2 3 4\nfoo 2 3 4\n# 1 2 3\n5 6 7 8\nrow 2 of 3\nl 2 3 4\n");
