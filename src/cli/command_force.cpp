@@ -118,7 +118,8 @@ json curve_json(const curves::placed_curve& curve, const curves::force_image& im
                 {"dfdz", isOverLength ? number_or_null(found.slope) : json()},
                 {"angle", found.slope ? json(curves::slope_angle(*found.slope)) : json()},
                 {"fmin", number_or_null(found.minimum)},
-                {"turns_back", found.turnsBack}});
+                {"turns_back", found.way == curves::position_way::turnsBack},
+                {"at_rest", found.way == curves::position_way::rests}});
     return out;
 }
 
@@ -140,7 +141,9 @@ std::string row_of(const curves::placed_curve& curve, const curves::force_image&
     if (!is_measured(curve)) return row + std::to_string(curve.sub + 1) + "\tnot measured\n";
     const curves::force_analysis found = curves::analyse_force(curve.samples, search_of(options));
     const double step = image.parameter.empty() ? image.x.scale : 1.0;
-    if (found.turnsBack) return row + std::to_string(curve.sub + 1) + "\tnot analysed: X goes out and back\n";
+    if (found.way != curves::position_way::travels)
+        return row + std::to_string(curve.sub + 1) + "\tnot analysed: X " +
+               (found.way == curves::position_way::rests ? "is at rest\n" : "goes out and back\n");
     return row + curves::force_row({curve.sub, found.slope.value_or(0.0), step, found.lowest}, found.stats) + '\n';
 }
 

@@ -34,7 +34,7 @@ void analyse_places(const std::vector<double>& x, const std::vector<double>& y, 
                     force_analysis& out)
 {
     const int n = static_cast<int>(y.size());
-    out.turnsBack = positions_turn_back(x.data(), n);
+    out.way = way_of_positions(x.data(), n);
     get_parametric_curve_stats(x.data(), y.data(), n, search.slantThreshold, search.zeroThreshold, out.stats);
     find_loc_fmin(y.data(), n, out.stats, search.window, x.data());
     get_force_curve_valleys(y.data(), n, out.stats, x.data());

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "curves/force_curve.h"
 #include "curves/force_curve_stats.h"
 
 #include <optional>
@@ -30,7 +31,7 @@ struct force_analysis {
     std::optional<double> minimum; ///< smallest value above the zero line; nothing without that line
     double lowest = 0.0;           ///< the same, above 0 where there is no line
     std::vector<double> areas;     ///< of the valleys, in values times x
-    bool turnsBack = false;        ///< the parameter stream goes out and back: no lines were looked for
+    position_way way = position_way::travels; ///< of the parameter stream: of any other no lines were looked for
 };
 
 /// Analyses a curve over its parameter stream where it has one, else over its axis. \throws std::bad_alloc

@@ -21,9 +21,11 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
                                 force_curve_stats& stats);
 
 namespace curves {
-/// True when positions go further than they get: their smoothed way reaches beyond its ends by a quarter of what lies
-/// between them. A record of both ways in one series does.
-bool positions_turn_back(const double* x, int n);
+/// What positions do along a record. `turnsBack`: they go further than they get, as in a record of both ways in one
+/// series; their smoothed way reaches beyond its ends by a quarter of what lies between them. `rests`: it reaches no
+/// further than four times the noise of the positions.
+enum class position_way { travels, turnsBack, rests };
+position_way way_of_positions(const double* x, int n);
 } // namespace curves
 
 /// Appends to `local_minima` the samples that lie lowest, above the zero line, within `window` samples to either side,

@@ -13,8 +13,9 @@ struct smooth_steps {
     std::vector<double> values;
     double travel = 0.0; ///< from the first smoothed value to the last
     double reach = 0.0;  ///< from the lowest smoothed value to the highest
+    double noise = 0.0;  ///< of the values, as a standard deviation
 
-    smooth_steps(const double* of, int n) : values(static_cast<std::size_t>(n))
+    smooth_steps(const double* of, int n) : values(static_cast<std::size_t>(n)), noise(noise_of(of, n))
     {
         curves::curve_smoother(n).smooth(of, values.data());
         travel = values.back() - values.front();
@@ -23,9 +24,28 @@ struct smooth_steps {
         curves::take_steps(values.data(), n);
         curves::filter_spikes(values.data(), n);
     }
-};
 
-constexpr double mostReach = 1.25; ///< of a way that does not turn back, in travels
+    curves::position_way way() const noexcept
+    {
+        constexpr double mostReach = 1.25; // of a way that does not turn back, in travels
+        constexpr double leastReach = 4.0; // of a way, in the noise of its positions
+        if (reach <= leastReach * noise) return curves::position_way::rests;
+        return reach > mostReach * std::fabs(travel) ? curves::position_way::turnsBack : curves::position_way::travels;
+    }
+
+private:
+    /// Of what changes from sample to sample: half of the second differences of normal noise are larger than 0.6745
+    /// times sqrt(6) deviations. A way that bends here and there counts for nothing.
+    static double noise_of(const double* of, int n)
+    {
+        constexpr double median = 1.652;
+        std::vector<double> bends;
+        for (int i = 1; i + 1 < n; ++i) bends.push_back(std::fabs(of[i - 1] - 2.0 * of[i] + of[i + 1]));
+        const auto middle = bends.begin() + static_cast<std::ptrdiff_t>(bends.size() / 2);
+        std::ranges::nth_element(bends, middle);
+        return *middle / median;
+    }
+};
 
 /// dY over the way of x, which counts positive whether x rises or falls.
 struct curve_slopes {
@@ -40,8 +60,8 @@ curve_slopes slopes_of(const double* x, const double* y, int n)
     const smooth_steps along(x, n);
     const double mean = std::fabs(along.travel) / (n - 1), direction = along.travel < 0.0 ? -1.0 : 1.0;
     curve_slopes out{{},
-                     along.reach > mostReach * std::fabs(along.travel) ? std::numeric_limits<double>::infinity()
-                                                                       : curves::spread_of(up.values.data(), n) / mean};
+                     along.way() == curves::position_way::travels ? curves::spread_of(up.values.data(), n) / mean
+                                                                  : std::numeric_limits<double>::infinity()};
     for (std::size_t i = 0; i < up.values.size(); ++i)
         up.values[i] /= std::max(direction * along.values[i], leastStep * mean);
     out.values = std::move(up.values);
@@ -80,11 +100,9 @@ curves::fitted_line fit_over(const double* x, const double* y, curves::stretch o
 
 } // namespace
 
-bool curves::positions_turn_back(const double* x, int n)
+curves::position_way curves::way_of_positions(const double* x, int n)
 {
-    if (n < 3) return false;
-    const smooth_steps along(x, n);
-    return along.reach > mostReach * std::fabs(along.travel);
+    return n < 3 ? position_way::travels : smooth_steps(x, n).way();
 }
 
 void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,

@@ -381,7 +381,9 @@ TEST(ParametricCurve, HasNoStretchWherePositionsTurnBack)
         std::vector<double> x;
         for (int i = 0; i < n; ++i) x.push_back(i < 200 ? i : 200.0 - back * (i - 200));
         const bool turns = back >= 0.5;
-        EXPECT_EQ(curves::positions_turn_back(x.data(), n), turns) << back;
+        EXPECT_EQ(curves::way_of_positions(x.data(), n),
+                  turns ? curves::position_way::turnsBack : curves::position_way::travels)
+            << back;
         force_curve_stats stats;
         get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
         if (turns) { EXPECT_FALSE(stats.hasSlant() || stats.hasZero()) << back; }
@@ -399,6 +401,18 @@ TEST(ParametricCurve, HasNoStretchWherePositionsStandStill)
     stats.zero_first = 9;
     get_parametric_curve_stats(still.data(), y.data(), 2, 1.0, 1.0, stats);
     EXPECT_EQ(stats.zero_first, 0) << "too short: cleared";
+    EXPECT_EQ(curves::way_of_positions(still.data(), 300), curves::position_way::rests);
+    for (const int n : {20, 60, 250, 2000}) { // a sensor that only trembles, and one that hardly gets anywhere
+        std::mt19937 random(1);
+        std::normal_distribution<double> noise(0.0, 0.01);
+        std::vector<double> trembling, creeping;
+        for (int i = 0; i < n; ++i) {
+            trembling.push_back(5.0 + noise(random));
+            creeping.push_back(trembling.back() + 0.2 * i / n);
+        }
+        EXPECT_EQ(curves::way_of_positions(trembling.data(), n), curves::position_way::rests) << n;
+        EXPECT_EQ(curves::way_of_positions(creeping.data(), n), curves::position_way::travels) << n;
+    }
 }
 
 } // namespace
