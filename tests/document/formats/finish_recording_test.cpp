@@ -4,6 +4,7 @@
 #include "document/formats/stream_shape.h"
 #include "recorded_values.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -111,6 +112,25 @@ TEST(FinishedRecording, HasNoAxisThatPlacesNothing)
     SPMDataStream::dimension side;
     std::get<recorded_image>(empty.items[0]).stream.set_dimension(0, side);
     EXPECT_EQ(finish_recording(std::move(empty)).error().reason, "\"\": the length of axis 1 is 0");
+}
+
+TEST(FinishedRecording, TellsLittleOfManyParts)
+{
+    left_out many;
+    for (int i = 0; i < 60000; ++i) {
+        many.add({0, "a part is cut short"});
+        many.add({0, "part " + std::to_string(i)});
+    }
+    recording read;
+    many.tell(read);
+    ASSERT_EQ(read.warnings.size(), 21u) << "twenty reasons and what is not told";
+    EXPECT_EQ(read.warnings[0], "left out: a part is cut short (60000 times)");
+    EXPECT_EQ(read.warnings[1], "left out: part 0");
+    EXPECT_EQ(read.warnings[20], "left out: 59981 more parts");
+    for (int i = 0; i < 1000; ++i) add_warning(read, "more");
+    EXPECT_EQ(read.warnings.size(), 101u);
+    EXPECT_EQ(read.warnings.back(), "further notes are not shown");
+    EXPECT_EQ(std::ranges::count(read.strings.at("\\Reader note"), '\n'), 100);
 }
 
 TEST(FinishedRecording, TellsItsWarningsInATextToo)
