@@ -12,8 +12,6 @@ namespace formats {
 
 namespace {
 
-constexpr double absurdMagnitude = 1e30; ///< no place and no value of any unit is as far
-
 std::string quoted(const recorded_image& image)
 {
     const char *label = image.stream.get_description(), *id = image.stream.get_name();
@@ -41,10 +39,22 @@ std::string axes_problem(const VLAxesContainer& axes, const std::string& name)
     return problem;
 }
 
-/// Why an image cannot be used, or empty.
-std::string image_problem(const SPMDataStream& stream)
+/// What the header tells the scale of the values by, as the reader noted it; empty when it did not.
+std::string told_by(const recorded_image& image)
 {
+    constexpr std::string_view mark = " from ";
+    const auto text = image.strings.find("\\Z scale");
+    const std::size_t at = text == image.strings.end() ? std::string::npos : text->second.find(mark);
+    const std::string origin = at == std::string::npos ? std::string() : text->second.substr(at + mark.size());
+    return origin.empty() || origin == unknownOrigin ? std::string() : ": it is told by " + origin;
+}
+
+/// Why an image cannot be used, or empty.
+std::string image_problem(const recorded_image& image)
+{
+    const SPMDataStream& stream = image.stream;
     std::string problem = axes_problem(stream.values, "the values");
+    if (!problem.empty()) problem += told_by(image);
     for (unsigned i = 0; i < stream.get_dimensions_number() && problem.empty(); ++i) {
         const SPMDataStream::dimension& side = stream.get_dimension(i);
         const std::string name = "axis " + std::to_string(i + 1);
@@ -59,7 +69,7 @@ std::string leave_out_unusable(recording& read)
     std::string first;
     std::erase_if(read.items, [&](const auto& item) {
         const auto* image = std::get_if<recorded_image>(&item);
-        std::string problem = image ? image_problem(image->stream) : std::string();
+        std::string problem = image ? image_problem(*image) : std::string();
         if (problem.empty()) return false;
         for (const std::string& note : image->notes) problem += (&note == &image->notes.front() ? ": " : "; ") + note;
         if (first.empty()) first = quoted(*image) + ": " + problem;

@@ -87,7 +87,7 @@ std::string describe_scale(const value_scale& scale)
 {
     std::string text = "raw * " + base::shortest(scale.step) + " + " + base::shortest(scale.offset);
     if (!scale.units.empty()) text += " [" + scale.units + "]";
-    return text + " from " + (scale.origin.empty() ? "the numbers as they stand" : scale.origin);
+    return text + " from " + (scale.origin.empty() ? unknownOrigin : scale.origin);
 }
 
 } // namespace formats

@@ -38,6 +38,8 @@ recorded_image make_curve_from_values(const std::string& id, const std::string& 
 /// never one that `used` holds already. The new id is added to `used`.
 std::string unique_id(const std::string& channel, std::vector<std::string>& used);
 
+/// Stands for an empty origin.
+constexpr const char* unknownOrigin = "the numbers as they stand";
 /// "raw * 1.5 + 0 [nm] from Z scale, Sens. Zsens": how a scale came to be.
 std::string describe_scale(const value_scale& scale);
 

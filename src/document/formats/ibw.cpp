@@ -94,6 +94,8 @@ base::read_result<recorded_image> load_layers(source& file, const ibw_wave& wave
         const auto out = elements_of<double>(image).subspan(static_cast<std::size_t>(i * samples));
         for (std::size_t k = 0; k < pairs.size(); ++k) out[k % 2 * (pairs.size() / 2) + k / 2] = pairs[k];
     }
+    name_axis_fields(image, {{"the step of dimension 1", "the start of dimension 1 or XOffset of the note"},
+                             {"the step of dimension 2", "the start of dimension 2 or YOffset of the note"}});
     if (!wave.isComplex) to_native(all, element_size(wave.type), wave.order);
     settle_samples(image);
     return image;
@@ -205,6 +207,7 @@ base::read_result<recording> read_curves(source& file, const ibw_wave& wave)
     const auto add = [&](const std::string& label, const std::vector<named_curve>& curves) {
         const value_scale scale = ibw_channel_scale(wave, label);
         recorded_image image = make_curve_group(unique_id(label, ids), label, axis_of(wave, 0), scale, curves);
+        name_axis_fields(image, {{"the step of dimension 1", "the start of dimension 1"}});
         add_ibw_deflection(image, wave, label, scale);
         order_in_time(image, curves);
         note_deflection_sign(image);

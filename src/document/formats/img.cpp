@@ -60,6 +60,7 @@ base::read_result<recording> load(source& file, const img_layout& layout)
         turn(samples, layout);
     }
     settle_samples(image);
+    name_axis_fields(image, {{"its size", "its offset"}, {"its size", "its offset"}});
     image.strings.insert(layout.strings.begin(), layout.strings.end());
     image.strings["Format"] = layout.kind;
     recording result;

@@ -130,6 +130,7 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<jpk
     auto image = isOneScale ? load_numbers(file, parts, order, id, voids) : load_values(file, parts, order, id, voids);
     if (!image) return image;
     settle_samples(*image, voids);
+    name_axis_fields(*image, {{"tag 0x8042", "tag 0x8040"}, {"tag 0x8043", "tag 0x8041"}});
     name_directions(*image, group, parts.front()->plane.direction);
     image->strings.insert(parts.front()->strings.begin(), parts.front()->strings.end());
     return image;

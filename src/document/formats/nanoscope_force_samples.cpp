@@ -61,6 +61,8 @@ void make_part_image(const nanoscope_force& channel, bool isOwn, std::vector<std
     }
     out.image = make_samples(unique_id(label, ids), label, dimensions, static_cast<unsigned>(out.parts.size()),
                              channel.scales.front(), channel.sampleBytes == 4 ? SPM_ARRAY_INT32 : SPM_ARRAY_INT16);
+    if (channel.columns)
+        name_axis_fields(out.image, {{"the ramp", "the ramp"}, {"Scan Size", "X Offset"}, {"Scan Size", "Y Offset"}});
     std::vector<std::string> names;
     std::vector<unsigned> lengths;
     for (const curve_part& part : out.parts) {

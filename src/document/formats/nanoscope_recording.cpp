@@ -34,6 +34,7 @@ void finish_image(const nanoscope_header& header, const image_group& group, reco
     if (std::string doubt = nanoscope_sensitivity_doubt(header, *group.front().section); !doubt.empty())
         image.notes.push_back(std::move(doubt));
     add_shared_strings(image.strings, header);
+    name_axis_fields(image, {{"Scan Size or Slow Axis Size", "X Offset"}, {"Scan Size or Slow Axis Size", "Y Offset"}});
     if (group.front().volts) add_calibration(image, group.front().scale, *group.front().volts);
     const auto direction = group.front().isTrace     ? scan_direction::forward
                            : group.front().isRetrace ? scan_direction::reverse

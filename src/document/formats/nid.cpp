@@ -83,6 +83,7 @@ base::read_result<recorded_image> load_image(source& file, const std::vector<con
                             {first.lines, image_axis(*first.section, "Dim1", first.lines)}};
     recorded_image image =
         make_samples(id, first.label(), plane, static_cast<unsigned>(channels.size()), first.scale, first.type());
+    name_axis_fields(image, {{"Dim0Range", "Dim0Min"}, {"Dim1Range", "Dim1Min"}});
     auto* out = static_cast<std::byte*>(image.stream.array_data());
     std::vector<void_range> voids;
     for (std::size_t i = 0; i < channels.size(); ++i) {

@@ -221,6 +221,7 @@ base::read_result<recorded_image> read_nid_curves(source& file, std::span<const 
     const nid_channel& first = *channels.front();
     recorded_image image =
         make_samples(id, first.label(), layout.extents(), layout.subimages(), first.scale, first.type());
+    name_axis_fields(image, {{"Dim0Range", "Dim0Min"}});
     const std::size_t curveBytes = std::size_t{layout.points} * first.sampleBytes;
     const std::span samples(static_cast<std::byte*>(image.stream.array_data()), layout.curves.size() * curveBytes);
     std::vector<std::byte> stored;

@@ -122,6 +122,7 @@ base::read_result<formats::recording> pni_reader(formats::source& file)
             return base::read_error{headerBytes, "samples cannot be read"};
     }
     to_native(std::as_writable_bytes(samples), 2, byte_order::little);
+    name_axis_fields(image, {{"the width at byte 0xA8", nullptr}, {"the height at byte 0xB0", nullptr}});
     if (header.direction) name_subimages(image, std::vector<std::string>{header.direction});
     recording result;
     result.items.emplace_back(std::move(image));

@@ -5,6 +5,7 @@
 #include "document/formats/file_start.h"
 #include "document/formats/finish_recording.h"
 #include "document/formats/fixed_text.h"
+#include "document/formats/left_out.h"
 #include "document/formats/scala_data.h"
 #include "document/formats/scala_parameters.h"
 #include "document/formats/scala_points.h"
@@ -68,6 +69,10 @@ public:
         rename("Date", "\\Date");
         rename("Scan Direction", "\\Scan direction");
         if (!missing.empty()) leave_note(result, "Missing channels", missing);
+        for (const auto& [size, field] : {std::pair(parameters.width, "X"), std::pair(parameters.height, "Y")})
+            if (!size)
+                add_warning(result,
+                            "no Field " + std::string(field) + " Size in nm: " + field + " is counted in points");
         return std::move(result);
     }
 
@@ -152,6 +157,11 @@ private:
         const found_channel& first = found[group.front()];
         recorded_image image = make_samples(unique_id(first.channel->label(), ids), first.channel->label(),
                                             first.extents, static_cast<unsigned>(group.size()), first.channel->scale);
+        const axis_fields x{"Field X Size in nm", "X Offset"}, y{"Field Y Size in nm", "Y Offset"};
+        if (first.channel->isSpectroscopy)
+            name_axis_fields(image, {{"Start, End and increment of the channel", "its Start"}, x, y});
+        else
+            name_axis_fields(image, {x, y});
         const auto samples = elements_of<std::int16_t>(image);
         const std::size_t frame = samples.size() / group.size();
         for (std::size_t i = 0; i < group.size(); ++i) {

@@ -91,6 +91,11 @@ base::read_result<recorded_image> load_group(source& file, const std::vector<pla
         out += bytes;
     }
     settle_samples(image);
+    const axis_fields fieldX{"the field X", "the field X"}, fieldY{"the field Y", "the field Y"};
+    if (first.isImage)
+        name_axis_fields(image, {fieldX, fieldY});
+    else
+        name_axis_fields(image, {fieldX});
     if (first.isImage) name_directions(image, group, first.direction);
     return image;
 }

@@ -66,6 +66,7 @@ base::read_result<recorded_image> load_group(source& file, const stp_header& hea
         join_strings(image.strings, header.buffers[index].strings);
     }
     settle_samples(image);
+    name_axis_fields(image, {{"length_x", nullptr}, {"length_y", nullptr}});
     if (first.voltage) add_calibration(image, first.scale, *first.voltage);
     name_directions(image, group, first.direction);
     return image;

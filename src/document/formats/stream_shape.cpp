@@ -27,6 +27,19 @@ void note_length(recorded_image& image, const std::string& field, double length)
     if (!is_finite(length) || length <= 0.0) image.notes.push_back(field + " is " + base::general(length));
 }
 
+void name_axis_fields(recorded_image& image, std::initializer_list<axis_fields> dimensions)
+{
+    const auto isUsable = [](double number) { return std::fabs(number) < absurdMagnitude; }; // false for NaN
+    unsigned dimension = 0;
+    for (const auto& [scale, start] : dimensions) {
+        const VLAxis axis = image.stream.get_dimension(dimension++).get_axis(0);
+        if (axis.scale == 0.0 || axis.scale == sideBelowZero || !isUsable(axis.scale))
+            image.notes.push_back(std::string("it is told by ") + scale);
+        else if (start && !isUsable(axis.start))
+            image.notes.push_back(std::string("it is told by ") + start);
+    }
+}
+
 recorded_image make_samples(const std::string& id, const std::string& label, std::span<const extent> dimensions,
                             unsigned frames, const value_scale& scale, SPMVarArrayType type)
 {

@@ -3,6 +3,7 @@
 #include "document/formats/recording.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <span>
 #include <string>
@@ -24,6 +25,17 @@ inline constexpr double sideBelowZero = -std::numeric_limits<double>::denorm_min
 VLAxis stated_side(double start, double length, unsigned points, const std::string& units);
 /// Names the header's field of a length that is not above 0 or no number, for the reason why the image is left out.
 void note_length(recorded_image& image, const std::string& field, double length);
+
+/// Magnitudes that no place and no value of any unit has.
+constexpr double absurdMagnitude = 1e30;
+
+/// The header's fields behind an axis.
+struct axis_fields {
+    const char *scale, *start; ///< start: null when it is always 0
+};
+/// Names them for the reason why the image is left out, where an axis of a dimension cannot place anything. The fields
+/// of the values stand in the origin of their scale.
+void name_axis_fields(recorded_image& image, std::initializer_list<axis_fields> dimensions);
 
 /// A stream named `id` and labelled `label` of `frames` sub-images with these dimensions, fastest first, its value
 /// axis and "\Z scale" set. Its elements of `type` are not initialised; numbers that are not 16-bit have to be settled

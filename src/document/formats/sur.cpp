@@ -118,6 +118,13 @@ base::read_result<recorded_image> read_object(source& file, sur_object object, c
                           std::size_t{image.stream.array_length()} * image.stream.array_element_size());
     if (std::string reason = read_sur_values(file, object, offset, bytes); !reason.empty())
         return base::read_error{offset, std::move(reason)};
+    const axis_fields x{"the x step", "the x offset"}, y{"the y step", "the y offset"};
+    if (object.is_map())
+        name_axis_fields(image, {{"the spectral step", "the spectral offset"}, x, y});
+    else if (object.is_curve())
+        name_axis_fields(image, {x});
+    else
+        name_axis_fields(image, {x, y});
     if (object.sampleBits == 16)
         settle<std::int16_t>(object, image);
     else

@@ -1,3 +1,4 @@
+#include "document/formats/finish_recording.h"
 #include "document/formats/tiff.h"
 #include "instrument_fixture.h"
 #include "jpk_fixture.h"
@@ -167,6 +168,12 @@ TEST(Jpk, DirectionsOfSixteenBitsKeepThemAndTheirScale)
     ASSERT_TRUE(cut) << cut.error().reason;
     EXPECT_STREQ(image_at(cut, 0).stream.subimage_names()[0].text, "Forward");
     EXPECT_EQ(cut->warnings.at(0), "left out: a TIFF directory is cut short");
+
+    directory nowhere = sharedTags;
+    nowhere.push_back(real(0x8040, std::nan("")));
+    const std::string misplaced = tiff_of(body, {nowhere, plane_of(16, 8, false, 1e-15)});
+    EXPECT_EQ(finish_recording(read(misplaced)).error().reason,
+              "\"height\": the start of axis 1 is no number: it is told by tag 0x8040");
 
     directory crowded = plane_of(16, 8, false, 1e-15);
     crowded[8] = whole(0x8080, 101);

@@ -1,3 +1,4 @@
+#include "document/formats/finish_recording.h"
 #include "document/formats/nanoscope_fixture.h"
 #include "instrument_fixture.h"
 
@@ -123,6 +124,19 @@ TEST(Nanoscope, OffsetsAreWhereTheAxesStart)
     const auto result = read(build(parts));
     expect_image(image_at(result, 0), {.axes = {"1500 100 nm", "-2000 100 nm"}});
     expect_image(image_at(result, 1), {.axes = {"7 100 nm", "0 100 nm"}}); // 3 V are no length
+
+    for (const char* damaged : {"X Offset: 15x0 nm", "Scan Size: 40x 20 nm"}) {
+        file_parts torn;
+        torn.scanLines.push_back("\\" + std::string(damaged));
+        torn.images = {height_part(samples16(heights))};
+        std::erase_if(torn.images[0].lines, [](const std::string& line) { return line.starts_with("\\Scan Size"); });
+        std::erase(torn.scanLines, "\\Scan Size: 400 nm");
+        torn.scanLines.emplace_back("\\Scan Size: 400 nm");
+        const auto refused = formats::finish_recording(read(build(torn)));
+        ASSERT_FALSE(refused) << damaged;
+        const std::string field(damaged, std::string_view(damaged).find(':'));
+        EXPECT_NE(refused.error().reason.find("it is told by " + field), std::string::npos) << refused.error().reason;
+    }
 }
 
 struct shape_case {

@@ -269,32 +269,33 @@ TEST(Nid, RefusesWhatCannotBe)
         std::string file = plain;
         return file.replace(file.find(from), from.size(), to);
     };
-    expect_refused(formats::read_nid,
-                   {
-                       {with("Dim0Range=4e-6", "Dim0Range=0"), "the scale of axis 1 is 0"},
-                       {with("Dim1Range=6e-6", "Dim1Range=six"), "the scale of axis 2 is no number"},
-                       {with("Dim0Min=1e-006", "Dim0Min=inf"), "the start of axis 1 is "},
-                       {with("Dim2Range=2", "Dim2Range=0"), "the scale of the values is 0"},
-                       {with("GroupCount=2", "GroupCount=1001"), "GroupCount is above 1000"},
-                       {with("GroupCount=2", "GroupCount=-1"), "GroupCount is missing or 0"},
-                       {with("Points=2", "Points=0"), "[DataSet-0:0]: Points or Lines is missing or 0"},
-                       {with("Lines=2", "Lines=70000"), "Points or Lines is above 65536"},
-                       {with("Points=2", "Points=60000"), "reach beyond the end of the file"},
-                       {with("Points=2", "Points=99999999999"), "Points or Lines is missing or 0"},
-                       {with("SaveMode=Binary", "SaveMode=Text"), "SaveMode is not Binary"},
-                       {with("Signed", "Unsigned"), "SaveSign is not Signed"},
-                       {with("Intel", "Motorola"), "SaveOrder is not Intel"},
-                       {with("SaveBits=16", "SaveBits=12"), "SaveBits is not 8, 16 or 32"},
-                       {with("Dim2Range=2", "Dim2Range=inf"), "Dim2Range or Dim2Min is not finite"},
-                       {with("Dim2Range=2", "Dim2Range=2,5"), "Dim2Range is no number"},
-                       {with("Dim2Min=-1", "Dim2Min="), "Dim2Min is no number"},
-                       {with("[DataSet-0:0]", "[DataSet-0:9]"), "[DataSet-0:0]: is missing"},
-                       {with("Ch0=DataSet-0:0", "Ch0="), "Gr0-Ch0 names no section"},
-                       {with("Gr0-Ch0", "Gr0-Cx0"), "no channel is listed"},
-                       {curve_of("3"), "[DataSet-0:0]: LineDim1Points is not from 0 to Points"},
-                       {curve_of("1.5"), "[DataSet-0:0]: LineDim1Points is not from 0 to Points"},
-                       {with("#!", "##"), "the end of the header"},
-                   });
+    expect_refused(
+        formats::read_nid,
+        {
+            {with("Dim0Range=4e-6", "Dim0Range=0"), "the scale of axis 1 is 0: it is told by Dim0Range"},
+            {with("Dim1Range=6e-6", "Dim1Range=six"), "the scale of axis 2 is no number"},
+            {with("Dim0Min=1e-006", "Dim0Min=inf"), "the start of axis 1 is infinite: it is told by Dim0Min"},
+            {with("Dim2Range=2", "Dim2Range=0"), "the scale of the values is 0: it is told by Dim2Range, Dim2Min"},
+            {with("GroupCount=2", "GroupCount=1001"), "GroupCount is above 1000"},
+            {with("GroupCount=2", "GroupCount=-1"), "GroupCount is missing or 0"},
+            {with("Points=2", "Points=0"), "[DataSet-0:0]: Points or Lines is missing or 0"},
+            {with("Lines=2", "Lines=70000"), "Points or Lines is above 65536"},
+            {with("Points=2", "Points=60000"), "reach beyond the end of the file"},
+            {with("Points=2", "Points=99999999999"), "Points or Lines is missing or 0"},
+            {with("SaveMode=Binary", "SaveMode=Text"), "SaveMode is not Binary"},
+            {with("Signed", "Unsigned"), "SaveSign is not Signed"},
+            {with("Intel", "Motorola"), "SaveOrder is not Intel"},
+            {with("SaveBits=16", "SaveBits=12"), "SaveBits is not 8, 16 or 32"},
+            {with("Dim2Range=2", "Dim2Range=inf"), "Dim2Range or Dim2Min is not finite"},
+            {with("Dim2Range=2", "Dim2Range=2,5"), "Dim2Range is no number"},
+            {with("Dim2Min=-1", "Dim2Min="), "Dim2Min is no number"},
+            {with("[DataSet-0:0]", "[DataSet-0:9]"), "[DataSet-0:0]: is missing"},
+            {with("Ch0=DataSet-0:0", "Ch0="), "Gr0-Ch0 names no section"},
+            {with("Gr0-Ch0", "Gr0-Cx0"), "no channel is listed"},
+            {curve_of("3"), "[DataSet-0:0]: LineDim1Points is not from 0 to Points"},
+            {curve_of("1.5"), "[DataSet-0:0]: LineDim1Points is not from 0 to Points"},
+            {with("#!", "##"), "the end of the header"},
+        });
 }
 
 } // namespace

@@ -59,15 +59,16 @@ TEST(Pni, TheFilesOfAScanOpenTogether)
 
 TEST(Pni, RefusesWhatCannotBe)
 {
-    expect_refused(pni_reader,
-                   {
-                       {build("1.0", 1, 1, 0, -1.0f), "the scale of axis 1 is below 0"},
-                       {std::string(8000, '\0'), "not a Pacific Nanotechnology header"},
-                       {build("1.0", 1, 1, 0, 4.0f, 0), "0 or above 65536"},
-                       {build("1.0", 1, 1, 0, 4.0f, 70000), "0 or above 65536"},
-                       {build("1.0", 1, 1, 0, 4.0f, 3), "3 x 2 samples make a file of 7324 bytes, but it has 7320"},
-                       {build("1.0", 1, 1, 0, 4.0f, 65536, 65536), "make a file of"},
-                   });
+    expect_refused(
+        pni_reader,
+        {
+            {build("1.0", 1, 1, 0, -1.0f), "the scale of axis 1 is below 0: it is told by the width at byte 0xA8"},
+            {std::string(8000, '\0'), "not a Pacific Nanotechnology header"},
+            {build("1.0", 1, 1, 0, 4.0f, 0), "0 or above 65536"},
+            {build("1.0", 1, 1, 0, 4.0f, 70000), "0 or above 65536"},
+            {build("1.0", 1, 1, 0, 4.0f, 3), "3 x 2 samples make a file of 7324 bytes, but it has 7320"},
+            {build("1.0", 1, 1, 0, 4.0f, 65536, 65536), "make a file of"},
+        });
     expect_cuts_refused(pni_reader, build("1.0", 1, 1));
     EXPECT_EQ(type_of(build("1.0", 1, 1, 0, 4.0f, 0), "a.pni"), FILE_PNI); // so that its reader tells what is wrong
 }

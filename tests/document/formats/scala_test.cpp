@@ -75,8 +75,24 @@ TEST(Scala, ReadsParametersAsTheyAreWritten)
     EXPECT_EQ(subimages_of(image_at(result, 1)), std::vector<std::string>{"Forward"});
     EXPECT_EQ(result->strings.at("Counter"), "1 Hz\n2");
     const std::string left =
-        "\"I\" is left out: the scale of the values is 0"; // without a minimum the resolution counts
+        "\"I\" is left out: the scale of the values is 0: it is told by Resolution"; // without a minimum the resolution
+                                                                                     // counts
     EXPECT_EQ(result->warnings, std::vector<std::string>{left});
+}
+
+TEST(Scala, NamesTheFieldOfASideThatIsNoneOrMissing)
+{
+    const auto set_with = [](const std::string& size) {
+        std::string text = head + geometry + topography("Z", "Forward", "a.tf0");
+        const std::size_t at = text.find("Field X Size in nm"), colon = text.find(':', at) + 1;
+        text.replace(colon, text.find('\n', colon) - colon, size);
+        const folder files = {{"a.par", text}, {"a.tf0", samples({1, 2, 3, 4, 5, 6})}};
+        return formats::finish_recording(read(formats::read_scala, files, "a.par"));
+    };
+    const auto none = set_with(" wide");
+    ASSERT_FALSE(none);
+    EXPECT_NE(none.error().reason.find("axis 1 is no number: it is told by Field X Size in nm"), std::string::npos);
+    EXPECT_EQ(set_with("")->warnings, std::vector<std::string>{"no Field X Size in nm: X is counted in points"});
 }
 
 TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)

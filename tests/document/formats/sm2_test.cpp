@@ -116,22 +116,23 @@ TEST(Sm2, RefusesWhatCannotBe)
         change(parts);
         return build(parts);
     };
-    expect_refused(formats::read_sm2,
-                   {
-                       {with([](page_parts& p) { p.x = "X 0 3E-9 m"; }), "the scale of axis 1 is 0"},
-                       {with([](page_parts& p) { p.x = "X wide"; }), "the scale of axis 1 is 0"},
-                       {with([](page_parts& p) { p.z = "Z nan 0 m"; }), "the scale of the values is no number"},
-                       {"something of another program", "Smena files have no public layout"},
-                       {with([](page_parts& p) { p.shape = "0 1 0 2 2"; }), "fewer than seven numbers"},
-                       {with([](page_parts& p) { p.shape = "2 1 0 2 2 8 1"; }), "page type is not known"},
-                       {with([](page_parts& p) { p.shape = "0 4 0 2 2 8 1"; }), "data type is not known"},
-                       {with([](page_parts& p) { p.shape = "0 nan 0 2 2 8 1"; }), "data type is not known"},
-                       {with([](page_parts& p) { p.shape = "0 1 0 0 2 8 1"; }), "not above 0"},
-                       {with([](page_parts& p) { p.shape = "0 1 0 2 1e9 8 1"; }), "above 65536"},
-                       {with([](page_parts& p) { p.shape = "0 1 0 2 3 8 1"; }), "beyond the end of the file"},
-                       {with([](page_parts& p) { p.id = "id 5 100"; }), "data offset lies inside the header"},
-                       {with([](page_parts& p) { p.id = "id 5 4294967295"; }), "beyond the end of the file"},
-                   });
+    expect_refused(
+        formats::read_sm2,
+        {
+            {with([](page_parts& p) { p.x = "X 0 3E-9 m"; }), "the scale of axis 1 is 0: it is told by the field X"},
+            {with([](page_parts& p) { p.x = "X wide"; }), "the scale of axis 1 is 0"},
+            {with([](page_parts& p) { p.z = "Z nan 0 m"; }), "the scale of the values is no number"},
+            {"something of another program", "Smena files have no public layout"},
+            {with([](page_parts& p) { p.shape = "0 1 0 2 2"; }), "fewer than seven numbers"},
+            {with([](page_parts& p) { p.shape = "2 1 0 2 2 8 1"; }), "page type is not known"},
+            {with([](page_parts& p) { p.shape = "0 4 0 2 2 8 1"; }), "data type is not known"},
+            {with([](page_parts& p) { p.shape = "0 nan 0 2 2 8 1"; }), "data type is not known"},
+            {with([](page_parts& p) { p.shape = "0 1 0 0 2 8 1"; }), "not above 0"},
+            {with([](page_parts& p) { p.shape = "0 1 0 2 1e9 8 1"; }), "above 65536"},
+            {with([](page_parts& p) { p.shape = "0 1 0 2 3 8 1"; }), "beyond the end of the file"},
+            {with([](page_parts& p) { p.id = "id 5 100"; }), "data offset lies inside the header"},
+            {with([](page_parts& p) { p.id = "id 5 4294967295"; }), "beyond the end of the file"},
+        });
     EXPECT_EQ(type_of("anything", "a.sm2"), FILE_SM2);
 }
 

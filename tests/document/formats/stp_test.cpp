@@ -93,7 +93,8 @@ TEST(Stp, RefusesWhatCannotBe)
 {
     expect_refused(formats::read_stp,
                    {
-                       {build(buffer("1", line("length_y", "0")), {1, 2, 3, 4}), "the scale of axis 2 is 0"},
+                       {build(buffer("1", line("length_y", "0")), {1, 2, 3, 4}),
+                        "the scale of axis 2 is 0: it is told by length_y"},
                        {build(buffer("1", line("length_y", "wide")), {1, 2, 3, 4}), "the scale of axis 2 is no number"},
                        {build(buffer("1", line("servo_range", "0")), {1, 2, 3, 4}), "the scale of the values is 0"},
                        {"UK SOFTWARE\r\n", "not a Molecular Imaging header"},

@@ -15,7 +15,7 @@ struct object_parts {
     bool isPacked = false;
     int objects = 1, kind = 2, hasVoids = 0, pointValues = 0, bits = 16;
     int lowest = -5, width = 2, height = 2, points = -1;
-    float zStep = 0.5f, zOffset = 10.0f;
+    float xStep = 0.25f, zStep = 0.5f, zOffset = 10.0f;
     std::string xUnits = "\xB5m", comment;
     std::string data;
 };
@@ -43,7 +43,7 @@ std::string build(const object_parts& parts)
     out.put(100, std::int32_t(parts.lowest)).put(104, std::int32_t(99));
     out.put(108, std::int32_t(parts.width)).put(112, std::int32_t(parts.height));
     out.put(116, parts.points < 0 ? std::int32_t(parts.width * parts.height) : std::int32_t(parts.points));
-    out.put(120, 0.25f).put(124, 2.0f).put(128, parts.zStep);
+    out.put(120, parts.xStep).put(124, 2.0f).put(128, parts.zStep);
     out.text(132, "X").text(148, "Y").text(164, "Height          ");
     out.text(180, parts.xUnits).text(196, "mm              ").text(212, "nm");
     for (const int part : {1, 2, 3, 4, 5, 2021})
@@ -214,7 +214,8 @@ TEST(Sur, RefusesWhatCannotBe)
     expect_refused(
         sur_reader,
         {
-            {with([](object_parts& p) { p.zStep = 0.0f; }), "the scale of the values is 0"},
+            {with([](object_parts& p) { p.zStep = 0.0f; }), "the scale of the values is 0: it is told by z step"},
+            {with([](object_parts& p) { p.xStep = 0.0f; }), "the scale of axis 1 is 0: it is told by the x step"},
             {with([](object_parts& p) { p.zStep = HUGE_VALF; }), "the scale of the values is infinite"},
             {with([](object_parts& p) { p.width = 0; }), "points per line or number of lines is not above 0"},
             {with([](object_parts& p) { p.height = -2; }), "points per line or number of lines is not above 0"},
