@@ -104,27 +104,59 @@ private:
     std::map<std::string, std::shared_ptr<const std::vector<jpk_channel>>> described;
 };
 
-/// The texts under which the settings of a map stand.
-jpk_grid read_grid(const jpk_properties& header)
-{
-    jpk_grid grid;
-    for (const std::string kind : {"force-scan-map", "quantitative-imaging-map"}) {
-        const std::string pattern = kind + ".position-pattern.", prefix = pattern + "grid.";
-        const auto number = [&](const char* key) { return header.number(prefix + key).value_or(0); };
+/// The grid of a map; 0 by 0 points where none can be used.
+class grid_reader {
+public:
+    grid_reader(const jpk_properties& header_, const std::string& kind)
+        : header(header_), pattern(kind + ".position-pattern."), prefix(pattern + "grid.")
+    {
+    }
+
+    jpk_grid read() const
+    {
+        jpk_grid grid;
         const double columns = number("ilength"), rows = number("jlength");
-        if (!(columns >= 1 && columns <= 65536 && rows >= 1 && rows <= 65536)) continue;
+        if (!(columns >= 1 && columns <= 65536 && rows >= 1 && rows <= 65536)) {
+            grid.doubts.emplace_back("ilength or jlength of the grid is missing or no number from 1 to 65536: curves "
+                                     "stand one after another");
+            return grid;
+        }
         grid.columns = static_cast<unsigned>(columns);
         grid.rows = static_cast<unsigned>(rows);
         grid.isBackAndForth = header.value(pattern + "back-and-forth") == "true";
-        const auto side = [&](const char* length, const char* centre, unsigned points) {
-            if (header.value(prefix + length).empty()) return VLAxis();
-            return stated_side(number(centre) - number(length) / 2, number(length), points, "m");
-        };
-        grid.x = side("ulength", "xcenter", grid.columns);
-        grid.y = side("vlength", "ycenter", grid.rows);
+        grid.x = side("ulength", "xcenter", grid.columns, grid.doubts);
+        grid.y = side("vlength", "ycenter", grid.rows, grid.doubts);
         return grid;
     }
-    return grid;
+
+private:
+    /// 0 for an empty text, NaN for one that is no number.
+    double number(const char* key) const
+    {
+        const std::string& stated = header.value(prefix + key);
+        return stated.empty() ? 0.0 : header.number(prefix + key).value_or(std::nan(""));
+    }
+    VLAxis side(const char* length, const char* centre, unsigned points, std::vector<std::string>& doubts) const
+    {
+        if (!header.value(prefix + length).empty())
+            return stated_side(number(centre) - number(length) / 2, number(length), points, "m");
+        doubts.push_back(std::string(length) + " of the grid is missing: its points are counted");
+        return {};
+    }
+
+    const jpk_properties& header;
+    std::string pattern, prefix;
+};
+
+/// The settings of a map stand under what the archive is; other archives have no grid.
+jpk_grid read_grid(const jpk_properties& header)
+{
+    for (const std::string kind : {"force-scan-map", "quantitative-imaging-map"}) {
+        const std::string start = kind + ".position-pattern.";
+        const auto line = header.all().lower_bound(start);
+        if (line != header.all().end() && line->first.starts_with(start)) return grid_reader(header, kind).read();
+    }
+    return {};
 }
 
 /// What the archive says it is, or empty.
@@ -143,23 +175,26 @@ void keep_segment(jpk_archive& archive, const std::string& text)
     archive.segments.emplace_back(text).resolve(archive.shared);
 }
 
-/// The value of the first line whose key ends so; of a header with hundreds of lines two are of interest.
+/// The value of the first line whose key ends so, NaN for one that is no number; of a header with hundreds of lines two
+/// are of interest.
 std::optional<double> number_behind(std::string_view text, std::string_view ending)
 {
     const std::size_t at = text.find(ending);
-    return at == std::string_view::npos ? std::nullopt : stated_number(text.substr(at + ending.size()));
+    if (at == std::string_view::npos) return std::nullopt;
+    return stated_number(text.substr(at + ending.size())).value_or(std::nan(""));
 }
 
-/// "12: 1e-06 2e-06", where the header of a map's curve says that it was measured; empty without.
-std::string place_line(const zip_reader& zip, std::uint64_t number, const std::string& segmentFolder)
+/// Adds "12: 1e-06 2e-06", where the header of a map's curve says that it was measured.
+void add_place(jpk_archive& archive, std::uint64_t number, const std::string& segmentFolder)
 {
-    const std::string folder = segmentFolder.substr(0, segmentFolder.find("segments/"));
-    if (folder.empty()) return {};
-    const auto header = unpack_text(zip, folder + "header.properties");
-    if (!header) return {};
+    const std::string name = segmentFolder.substr(0, segmentFolder.find("segments/")) + "header.properties";
+    if (segmentFolder.starts_with("segments/") || !archive.zip.find(name)) return;
+    const auto header = unpack_text(archive.zip, name);
+    if (!header) return archive.lostPlaces.add(header.error().reason);
     const auto x = number_behind(*header, ".header.position.x="), y = number_behind(*header, ".header.position.y=");
-    if (!x || !y) return {};
-    return std::to_string(number) + ": " + base::general(*x) + " " + base::general(*y) + "\n";
+    if (!x || !y) return;
+    if (!std::isfinite(*x) || !std::isfinite(*y)) return archive.lostPlaces.add(name + ": its position is no number");
+    archive.places += std::to_string(number) + ": " + base::general(*x) + " " + base::general(*y) + "\n";
 }
 
 } // namespace
@@ -176,7 +211,7 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
     if (!zip) return zip.error();
     const auto text = unpack_text(*zip, "header.properties");
     if (!text) return base::read_error{0, "not an archive of force curves: " + text.error().reason};
-    jpk_archive archive{std::move(*zip), jpk_properties(*text), {}, {}, {}, {}, {}, {}};
+    jpk_archive archive{std::move(*zip), jpk_properties(*text), {}, {}, {}, {}, {}};
     if (archive_kind(archive.header).empty())
         return base::read_error{0, "header.properties names no kind of force data (jpk-data-file, type)"};
     if (archive.zip.find("shared-data/header.properties")) {
@@ -206,7 +241,7 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
             curve.segments.push_back(reader.read(folder, *header));
             if (archive.curves.empty()) keep_segment(archive, *header);
         }
-        archive.places += place_line(archive.zip, number, segments.begin()->second);
+        add_place(archive, number, segments.begin()->second);
         archive.curves.push_back(std::move(curve));
     }
     return archive;

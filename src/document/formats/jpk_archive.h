@@ -50,6 +50,7 @@ struct jpk_grid {
     unsigned columns = 0, rows = 0; ///< 0 for a single curve
     bool isBackAndForth = false;
     VLAxis x, y;
+    std::vector<std::string> doubts{}; ///< what is to be said of the grid
 
     std::uint64_t points() const noexcept { return std::uint64_t{columns} * rows; }
     /// Place of a curve in rows from the bottom.
@@ -65,7 +66,8 @@ struct jpk_archive {
     std::vector<jpk_curve> curves; ///< by their number
     std::string places;            ///< of a map's curves, "number: x y" in m, a line each
     jpk_grid grid;
-    counted_problem lostHeaders; ///< of segments, which then have no name and no channels
+    counted_problem lostHeaders{}; ///< of segments, which then have no name and no channels
+    counted_problem lostPlaces{};  ///< headers of a map's curves, or the places in them
 };
 
 /// \param done, share  the part of the progress that this takes

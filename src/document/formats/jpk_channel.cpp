@@ -55,6 +55,16 @@ public:
         return has(key) ? lone_number(text(key)).value_or(std::nan("")) : otherwise;
     }
 
+    /// True when there are keys that begin so.
+    bool hasAny(const std::string& start) const
+    {
+        const auto found = [&](const std::string& whole) {
+            const auto line = header.all().lower_bound(whole);
+            return line != header.all().end() && line->first.starts_with(whole);
+        };
+        return found(prefix + "data." + start) || found(prefix + start);
+    }
+
 private:
     bool has(const std::string& key) const
     {
@@ -72,20 +82,25 @@ bool is_usable(const value_scale& scale) noexcept
 }
 
 /// Follows the slots from `name` down to the base. \return the scale of numbers in the base slot; nothing when no
-/// conversion is defined or when they never lead there, which `problem` then tells, or have no usable numbers, which
-/// puts the name into `damaged`
+/// conversion is defined or when they never lead there, which `problem` then tells, or are not described or have no
+/// usable numbers, which `damaged` is told of
 std::optional<value_scale> walk_slots(const channel_keys& keys, const std::string& name, const std::string& base,
                                       std::size_t most, std::string& problem, std::string& damaged)
 {
     const std::string set = "conversion-set.conversion.";
     value_scale scale{1.0, 0.0, "", ""};
     std::string slot = name;
+    const auto leave_out = [&](const char* why) {
+        damaged += (damaged.empty() ? "" : ", ") + name + " (" + why + ")";
+        return std::nullopt;
+    };
     for (std::size_t i = 0; slot != base && !slot.empty(); ++i) {
         if (i > most) {
             problem = ", conversions of " + name + " run in a circle";
             return std::nullopt;
         }
         const std::string prefix = set + slot + ".";
+        if (i == 0 && !keys.hasAny(prefix)) return leave_out("it is not described");
         if (keys.text(prefix + "defined") != "false") {
             const double factor = keys.number(prefix + "scaling.multiplier", 1.0);
             const double offset = keys.number(prefix + "scaling.offset", 0.0);
@@ -100,10 +115,7 @@ std::optional<value_scale> walk_slots(const channel_keys& keys, const std::strin
         slot = keys.text(prefix + "base-calibration-slot");
     }
     if (scale.origin.empty()) return std::nullopt;
-    if (!is_usable(scale)) {
-        damaged += (damaged.empty() ? "" : ", ") + name;
-        return std::nullopt;
-    }
+    if (!is_usable(scale)) return leave_out("a multiplier or offset is no number, infinite or 0");
     scale.origin = "encoder, conversions " + scale.origin;
     return scale;
 }

@@ -173,7 +173,11 @@ private:
         } else {
             frames *= static_cast<unsigned>(layout.curves());
         }
-        return make_samples(id, parts.name, dimensions, frames, scale, type);
+        recorded_image image = make_samples(id, parts.name, dimensions, frames, scale, type);
+        const axis_fields samples{"duration and num-points", nullptr};
+        if (layout.columns)
+            name_axis_fields(image, {samples, {"ulength of the grid", "xcenter"}, {"vlength of the grid", "ycenter"}});
+        return image;
     }
 
     std::string fill_raw(recorded_image& image, const jpk_channel_parts& parts, std::size_t i)
@@ -255,8 +259,16 @@ std::string first_of(const counted_problem& problem)
 }
 
 /// Says what of an archive is not shown, or not as the file meant it.
-void tell_problems(const jpk_archive& archive, const jpk_problems& problems, recording& result)
+void tell_problems(const jpk_archive& archive, const jpk_layout& layout, const jpk_problems& problems,
+                   recording& result)
 {
+    for (const std::string& doubt : archive.grid.doubts) add_warning(result, doubt);
+    if (archive.grid.points() > 1 && layout.columns == 0)
+        add_warning(result, "the curves do not fit, or are scattered over, the grid of " +
+                                std::to_string(archive.grid.columns) + " x " + std::to_string(archive.grid.rows) +
+                                " points: they stand one after another");
+    if (archive.lostPlaces.count != 0)
+        add_warning(result, "places of curves that cannot be read: " + first_of(archive.lostPlaces));
     std::string missing;
     for (const auto& [name, reason] : problems.leftOut) missing += (missing.empty() ? "" : "; ") + name + ": " + reason;
     if (!missing.empty()) leave_note(result, "Channels left out", missing);
@@ -266,9 +278,7 @@ void tell_problems(const jpk_archive& archive, const jpk_problems& problems, rec
         if (!problems.leftOut.contains(name))
             add_warning(result, name + ": segments that count as not measured: " + first_of(part));
     for (const auto& [name, conversions] : problems.conversions)
-        add_warning(
-            result,
-            name + ": conversions left out because a multiplier or offset is no number, infinite or 0: " + conversions);
+        add_warning(result, name + ": conversions left out: " + conversions);
     for (const jpk_curve& curve : archive.curves)
         for (const jpk_segment& segment : curve.segments)
             if (segment.isTimeDamaged)
@@ -322,7 +332,7 @@ base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& ar
         result.items.emplace_back(std::move(*image));
     }
     if (result.items.empty()) return base::read_error{0, why_empty(archive, problems)};
-    tell_problems(archive, problems, result);
+    tell_problems(archive, layout, problems, result);
     set_parameter_streams(result);
     return result;
 }

@@ -103,7 +103,11 @@ base::read_result<recording> read_tiff(source& source_)
         file.forget();
         const std::size_t whole = result.items.size();
         std::string reason = read_tiff_page(file, budget, page);
+        const std::string lost = file.take_lost_resolution();
         if (reason.empty()) reason = append_page(file, page, used, result);
+        if (reason.empty() && !lost.empty())
+            add_warning(result,
+                        base::formatted("page %u: ", number + 1) + lost + ": a side without one counts in pixels");
         if (reason.empty())
             add_texts(tiff, number, result);
         else

@@ -62,12 +62,17 @@ try {
     return 1; // the failure itself is reported all the same
 }
 
-int tiff_file::on_warning(TIFF* tiff, void* self, const char* module, const char* format, std::va_list arguments)
-{
+int tiff_file::on_warning(TIFF* tiff, void* self_, const char* module, const char* format, std::va_list arguments)
+try {
+    tiff_file& self = *static_cast<tiff_file*>(self_);
     const std::string_view name = module ? module : "";
     const bool makesUpPixels = name.starts_with("Fax") || name.starts_with("JPEGLib");
-    if (static_cast<tiff_file*>(self)->isStrict && makesUpPixels) on_error(tiff, self, module, format, arguments);
+    if (self.isStrict && makesUpPixels) return on_error(tiff, self_, module, format, arguments);
+    const std::string said = base::valid_utf8(base::formatted_v(format, arguments));
+    if (said.find("Resolution\"") != std::string::npos) self.lostResolution = said;
     return 1;
+} catch (...) {
+    return 1; // a page without a resolution counts in pixels
 }
 
 } // namespace formats

@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <string>
 #include <tiffio.h>
+#include <utility>
 
 namespace formats {
 
@@ -21,6 +22,8 @@ public:
     /// The first complaint since the last `forget`, or empty.
     const std::string& complaint() const noexcept { return text; }
     void forget() noexcept { text.clear(); }
+    /// Takes what the library said of a resolution whose value it could not read; empty when there was nothing.
+    std::string take_lost_resolution() { return std::exchange(lostResolution, {}); }
     /// While pixels are decoded, what a codec only warns of means that it made them up.
     void setStrict(bool isStrict_) noexcept { isStrict = isStrict_; }
 
@@ -34,7 +37,7 @@ private:
 
     source& file;
     std::uint64_t position = 0;
-    std::string text;
+    std::string text, lostResolution;
     bool isStrict = false;
     TIFF* tiff = nullptr;
 };

@@ -1,3 +1,4 @@
+#include "document/formats/finish_recording.h"
 #include "instrument_fixture.h"
 #include "jpk_fixture.h"
 #include "zip_fixture.h"
@@ -131,6 +132,37 @@ TEST(Jpk, MapsAreVolumesWithTheCurveFastest)
                          .strings = {{"\\Void points", "2"}, {"\\Curve lengths", "2 2 2 2 0 2"}}});
 }
 
+TEST(Jpk, AGridThatCannotBeUsedIsTold)
+{
+    const struct {
+        std::string from, to, note;
+        unsigned dimensions;
+    } rows[] = {
+        {"ilength=3", "ilength=abc", "ilength or jlength of the grid is missing or no number from 1 to 65536", 1},
+        {"ilength=3", "ilength=0", "ilength or jlength of the grid is missing or no number from 1 to 65536", 1},
+        {"ilength=3", "ilength=2", "or are scattered over, the grid of 2 x 2 points", 1},
+        {"ulength=6", "u=6", "ulength of the grid is missing: its points are counted", 3},
+        {"ulength=6", "ulength=abc", "axis 2 is no number: it is told by ulength of the grid", 0},
+    };
+    for (const auto& row : rows) {
+        members all = back_and_forth_map();
+        std::string& header = all["header.properties"];
+        header.replace(header.find(row.from), row.from.size(), row.to);
+        const auto result = finish_recording(read(stored_zip(all)));
+        const std::string told = result ? result->strings.at("\\Reader note") : result.error().reason;
+        EXPECT_NE(told.find(row.note), std::string::npos) << told;
+        if (result) { EXPECT_EQ(image_at(result, 0).stream.get_dimensions_number(), row.dimensions) << told; }
+    }
+    for (const auto& [position, isWhole] : {std::pair("1e-6", true), {"1x-6", false}}) {
+        members all = back_and_forth_map();
+        all["index/2/header.properties"] =
+            "a.header.position.x=" + std::string(position) + "\na.header.position.y=2e-6\n";
+        const auto result = read(stored_zip(all));
+        EXPECT_EQ(result->strings.contains("Curve places, m"), isWhole);
+        EXPECT_EQ(result->strings.contains("\\Reader note"), !isWhole) << "the place of curve 2";
+    }
+}
+
 TEST(Jpk, CalibrationsThatChangeAreApplied)
 {
     members all = single_curve();
@@ -211,6 +243,7 @@ TEST(Jpk, NumbersOfOneSegmentThatAreNoneAreTold)
         {slot + "multiplier=2", "inf", "conversions left out", volts},
         {slot + "multiplier=2", "", "conversions left out", volts},
         {slot + "offset=-3", "abc", "conversions left out", volts},
+        {channel + "conversion-set.conversions.default=distance", "other", "left out: other (it is not desc", volts},
         {channel + "data.encoder.scaling.multiplier=0.5", "0", "1 is, the first: segments/0/: the multiplier", lost},
         {"force-segment-header.duration=2", "-1", "the duration or num-points of segments/0/", nm},
         {"force-segment-header.num-points=3", "abc", "the duration or num-points of segments/0/", nm},

@@ -4,10 +4,12 @@
 #include "document/formats/tiff_fixture.h"
 #include "support/sample_checks.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <span>
 
 namespace {
 
@@ -206,6 +208,26 @@ TEST(Tiff, ResolutionBecomesAxesAndHeaderFields)
         EXPECT_EQ(std::string(y.get_units()), test.unitsY);
         EXPECT_EQ(std::get<formats::picture>(result->items[1]).header.biXPelsPerMeter, test.headerX);
     }
+}
+
+TEST(Tiff, AResolutionThatLiesBeyondTheFileIsTold)
+{
+    auto bytes = tiff_file_of({{.name = "deep", .bits = 16}}, samples_of({.name = "deep"}), [](TIFF* tiff) {
+        TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 254.0f);
+        TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 254.0f);
+    });
+    constexpr unsigned char entry[] = {0x1A, 1, 5, 0, 1, 0, 0, 0}; // XResolution: one fraction
+    const auto found = std::ranges::search(bytes, std::as_bytes(std::span(entry)));
+    ASSERT_FALSE(found.empty());
+    const auto place = static_cast<std::size_t>(found.end() - bytes.begin());
+    std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(place), 4, std::byte{0x7F});
+    const auto result = read_bytes(formats::read_tiff, bytes);
+    ASSERT_TRUE(result) << result.error().reason;
+    const auto& stream = std::get<formats::recorded_image>(result->items[0]).stream;
+    EXPECT_STREQ(stream.get_dimension(0).get_axis(0).get_units(), "px");
+    EXPECT_STREQ(stream.get_dimension(1).get_axis(0).get_units(), "\u00B5m");
+    ASSERT_EQ(result->warnings.size(), 1u);
+    EXPECT_NE(result->warnings[0].find("XResolution"), std::string::npos) << result->warnings[0];
 }
 
 TEST(Tiff, CutFilesAreRefusedOrSayWhatIsMissing)
