@@ -213,6 +213,9 @@ base::read_result<recording> read_bcr(source& file)
     recorded_image image = make_samples("Topography", "Topography", sides, 1, scale, type);
     for (const char* length : {"xlength", "ylength"})
         if (!header.text(length).empty()) note_length(image, length, header.number(length, 0.0));
+    const std::uint64_t behind = file.size() - layout->dataAt - std::uint64_t{width} * height * element_size(type);
+    if (behind != 0)
+        image.notes.push_back(std::to_string(behind) + " bytes behind xpixels times ypixels samples are not read");
     const std::span bytes(static_cast<std::byte*>(image.stream.array_data()),
                           std::size_t{image.stream.array_length()} * element_size(type));
     if (!file.read(layout->dataAt, bytes)) return refuse("samples cannot be read");

@@ -100,6 +100,14 @@ TEST(Bcr, HeaderTextsArePaddedByZerosAndMayHaveAnOrderMark)
     }
 }
 
+TEST(Bcr, MoreSamplesThanTheSizesAskForAreTold)
+{
+    const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
+    EXPECT_TRUE(image_at(read(read_bcr, bcr_header("bcrstm", "") + data), 0).notes.empty());
+    EXPECT_EQ(image_at(read(read_bcr, bcr_header("bcrstm", "") + data + data), 0).notes,
+              std::vector<std::string>{"8 bytes behind xpixels times ypixels samples are not read"});
+}
+
 TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
 {
     const auto damaged = [](const char* line) {
