@@ -3,25 +3,32 @@
 #include "document/formats/zip_reader.h"
 #include "document/stream_source.h"
 #include "platform/Archive.h"
+#include "platform/Exceptions.h"
 #include "platform/paths.h"
+#include "platform/temporary_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 
 namespace cli {
 
 namespace {
 
-/// What a document stores itself into.
-class memory_archive : public CArchive {
+/// What a document stores itself into: containers may be as large as memory.
+class temporary_archive : public CArchive {
 public:
-    memory_archive() : CArchive(L"memory", true) {}
+    temporary_archive() : CArchive(L"a temporary file", true), out(file.path(), std::ios::binary) {}
     void Write(const void* data, std::size_t count) override
     {
-        const auto* const first = static_cast<const std::byte*>(data);
-        bytes.insert(bytes.end(), first, first + count);
+        if (!out.write(static_cast<const char*>(data), static_cast<std::streamsize>(count)).flush())
+            throw CFileException(errno, path());
     }
-    std::vector<std::byte> bytes;
+    const std::filesystem::path& stored() const noexcept { return file.path(); }
+
+private:
+    const platform::temporary_file file;
+    std::ofstream out;
 };
 
 bool hold_the_same(formats::source& a, formats::source& b)
@@ -48,10 +55,10 @@ existing_file look_for_existing(const std::filesystem::path& path, CStorageDoc& 
     const bool isRead = in && (in.peek(), !in.bad());
     if (!isRead) return existing_file::unreadable;
     in.clear(); // an empty file has ended
-    memory_archive made;
+    temporary_archive made;
     document.Serialize(made);
-    formats::memory_source expected(made.bytes);
-    document::stream_source found(in, platform::to_wide(path));
+    std::ifstream fresh(made.stored(), std::ios::binary);
+    document::stream_source found(in, platform::to_wide(path)), expected(fresh, {});
     return hold_the_same(found, expected) ? existing_file::same : existing_file::other;
 }
 
