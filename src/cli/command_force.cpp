@@ -119,7 +119,8 @@ json curve_json(const curves::placed_curve& curve, const curves::force_image& im
                 {"angle", found.slope ? json(curves::slope_angle(*found.slope)) : json()},
                 {"fmin", number_or_null(found.minimum)},
                 {"turns_back", found.way == curves::position_way::turnsBack},
-                {"at_rest", found.way == curves::position_way::rests}});
+                {"at_rest", found.way == curves::position_way::rests},
+                {"voids", curve.voids}});
     return out;
 }
 
@@ -147,6 +148,18 @@ std::string row_of(const curves::placed_curve& curve, const curves::force_image&
     return row + curves::force_row({curve.sub, found.slope.value_or(0.0), step, found.lowest}, found.stats) + '\n';
 }
 
+/// What the rows leave out.
+std::string voids_line(const curves::force_image& image)
+{
+    std::size_t samples = 0, curves = 0;
+    for (const curves::placed_curve& each : image.curves) {
+        samples += each.voids;
+        curves += each.voids != 0 ? 1 : 0;
+    }
+    if (samples == 0) return {};
+    return base::formatted("  not measured: %zu samples of %zu of %zu curves\n", samples, curves, image.curves.size());
+}
+
 std::string image_text(const curves::force_image& image, const force_options& options)
 {
     const std::string slope = curves::slope_name(image.x.get_units()) + std::string(", ") +
@@ -155,7 +168,7 @@ std::string image_text(const curves::force_image& image, const force_options& op
     std::string text =
         std::string(image.curves.front().column >= 0 ? "X\tY\t" : "") + header.substr(0, header.size() - 2) + '\n';
     for (const curves::placed_curve& each : image.curves) text += row_of(each, image, options);
-    return text;
+    return text + voids_line(image);
 }
 
 int run(const force_options& options)

@@ -6,6 +6,7 @@
 #include "cli/session.h"
 #include "cli/terminal.h"
 #include "document/formats/curve_lengths.h"
+#include "document/formats/void_ranges.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -83,7 +84,8 @@ std::vector<section> sections_of(const CStorageDoc& document, const curve_option
         if (!is_asked_for(document, image, dimensions, options)) continue;
         section made{image, points, {}, {}, {}, 0, 0};
         curves::take_profile(document.getImage(image), made.points, options.width, made.profile,
-                             document.getString(formats::curveLengthsKey, image));
+                             document.getString(formats::curveLengthsKey, image),
+                             document.getString(formats::voidRangesKey, image));
         if (made.profile.isEmpty())
             throw std::runtime_error(base::formatted("the samples of image %u have no type", image));
         made.positions = document.getAxis(image, 0, made.profile.dimension());

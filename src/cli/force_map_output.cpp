@@ -53,17 +53,18 @@ public:
     void add(unsigned image, int wantedSub)
     {
         SPMDataStream converted, convertedX;
-        const SPMDataStream& volume = as16Bits(document.getImage(image), converted);
+        std::vector<formats::void_range> voidSamples, voidPlaces;
+        const SPMDataStream& volume = as16Bits(image, converted, voidSamples);
         const unsigned parameter = curves::parameter_of(document, image);
         const bool hasX = parameter != curves::noImage;
-        const SPMDataStream* const x = hasX ? &as16Bits(document.getImage(parameter), convertedX) : nullptr;
+        const SPMDataStream* const x = hasX ? &as16Bits(parameter, convertedX, voidPlaces) : nullptr;
         const char* const told = document.getString(formats::curveLengthsKey, image);
         const char* const toldOfX = hasX ? document.getString(formats::curveLengthsKey, parameter) : nullptr;
         const auto& names = volume.subimage_names();
         for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub) {
             const bool isHeld = sub < names.size() && curves::is_held_part(names[sub].c_str());
             if (wantedSub < 0 ? !isHeld : sub == static_cast<unsigned>(wantedSub))
-                addBoth(volume, curves::volume_of(volume, sub, x, told, toldOfX), sub);
+                addBoth(volume, curves::volume_of(volume, sub, x, told, toldOfX, voidSamples, voidPlaces), sub);
         }
     }
 
@@ -71,11 +72,16 @@ public:
     std::vector<std::size_t> voids; ///< of each
 
 private:
-    static const SPMDataStream& as16Bits(const SPMDataStream& stream, SPMDataStream& converted)
+    /// \param voidSamples  gets what was not measured
+    const SPMDataStream& as16Bits(unsigned image, SPMDataStream& converted,
+                                  std::vector<formats::void_range>& voidSamples) const
     {
+        const SPMDataStream& stream = document.getImage(image);
+        const char* const told = document.getString(formats::voidRangesKey, image);
+        voidSamples = formats::void_ranges(stream, told);
         if (stream.array_type() == SPM_ARRAY_INT16) return stream;
         converted = stream;
-        formats::convert_measured(converted);
+        voidSamples = formats::convert_measured(converted, told);
         if (converted.array_type() == SPM_ARRAY_INT16) return converted;
         throw std::runtime_error("the samples of the volume have no type");
     }

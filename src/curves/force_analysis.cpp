@@ -19,7 +19,7 @@ void analyse_samples(const force_samples& curve, const std::vector<double>& y, c
                      force_analysis& out)
 {
     const int n = static_cast<int>(y.size());
-    get_force_curve_stats(y.data(), n, search.zeroThreshold, search.slantThreshold, out.stats);
+    get_force_curve_stats(y.data(), n, search.zeroThreshold, search.slantThreshold, out.stats, curve.gaps);
     find_loc_fmin(y.data(), n, out.stats, search.window);
     get_force_curve_valleys(y.data(), n, out.stats);
     for (std::uint32_t k = 0; k < out.stats.valley_count; ++k)
@@ -30,18 +30,33 @@ void analyse_samples(const force_samples& curve, const std::vector<double>& y, c
 }
 
 /// Over measured positions.
-void analyse_places(const std::vector<double>& x, const std::vector<double>& y, const force_search& search,
-                    force_analysis& out)
+void analyse_places(const std::vector<double>& x, const std::vector<double>& y, const std::vector<bool>& gaps,
+                    const force_search& search, force_analysis& out)
 {
     const int n = static_cast<int>(y.size());
     out.way = way_of_positions(x.data(), n);
-    get_parametric_curve_stats(x.data(), y.data(), n, search.slantThreshold, search.zeroThreshold, out.stats);
+    get_parametric_curve_stats(x.data(), y.data(), n, search.slantThreshold, search.zeroThreshold, out.stats, gaps);
     find_loc_fmin(y.data(), n, out.stats, search.window, x.data());
     get_force_curve_valleys(y.data(), n, out.stats, x.data());
     for (std::uint32_t k = 0; k < out.stats.valley_count; ++k)
         out.areas.push_back(valley_area_over(x.data(), y.data(), out.stats, out.stats.valleys[k]));
     out.slope = force_slope(out.stats, 1.0);
     out.lowest = force_minimum(y.data(), out.stats, x.data());
+}
+
+/// Numbers samples by their place in the whole curve. \param runsOverSamples  lines count them, too
+void count_from_begin(int first, bool runsOverSamples, force_curve_stats& stats)
+{
+    for (std::int32_t* const each :
+         {&stats.slant_first, &stats.slant_last, &stats.zero_first, &stats.zero_last, &stats.min_index})
+        *each += first;
+    if (!stats.hasSlant()) stats.slant_first = stats.slant_last = 0;
+    for (std::int32_t& each : stats.local_minima) each += first;
+    for (std::uint32_t k = 0; k < stats.valley_count; ++k)
+        stats.valleys[k] = {stats.valleys[k].first + first, stats.valleys[k].second + first};
+    if (!runsOverSamples) return;
+    stats.slant_a -= stats.slant_b * first;
+    stats.zero_a -= stats.zero_b * first;
 }
 
 } // namespace
@@ -54,9 +69,10 @@ force_analysis analyse_force(const force_samples& curve, const force_search& sea
     if (curve.places.empty())
         analyse_samples(curve, y, search, out);
     else
-        analyse_places(physical_values(curve.places, curve.x), y, search, out);
+        analyse_places(physical_values(curve.places, curve.x), y, curve.gaps, search, out);
     if (!out.stats.hasSlant() || !std::isfinite(*out.slope)) out.slope.reset();
     if (out.stats.hasZero()) out.minimum = out.lowest;
+    if (curve.first != 0) count_from_begin(static_cast<int>(curve.first), curve.places.empty(), out.stats);
     return out;
 }
 

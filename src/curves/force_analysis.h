@@ -10,12 +10,14 @@
 
 namespace curves {
 
-/// A force curve as it is analysed, contact first: as many raw samples as were measured.
+/// A force curve as it is analysed, contact first: the raw samples from the first to the last that was measured.
 struct force_samples {
     std::span<const std::int16_t> raw;
     VLAxis values;                        ///< of the samples
     std::span<const std::int16_t> places; ///< as many samples of the parameter stream; empty without one
     VLAxis x;                             ///< of `places`, else along the curve
+    std::size_t first = 0;                ///< number of the first in the curve
+    std::vector<bool> gaps{};             ///< which of them were not measured; empty for none
 };
 
 /// Thresholds as of `get_force_curve_stats`, and samples on either side of a local minimum.
@@ -24,7 +26,7 @@ struct force_search {
     int window = 100;
 };
 
-/// Everything that the analysis says of a curve.
+/// Everything that the analysis says of a curve, whose samples are numbered from its own beginning.
 struct force_analysis {
     force_curve_stats stats;       ///< lines over the position of a parameter stream, else over the samples' numbers
     std::optional<double> slope;   ///< of the contact against the zero line; nothing without contact

@@ -25,7 +25,7 @@ curves::fitted_line fit_stretch(const double* y, curves::stretch of, double* res
 } // namespace
 
 void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
-                           force_curve_stats& stats)
+                           force_curve_stats& stats, const std::vector<bool>& gaps)
 {
     stats.clear();
     if (n <= 0) return;
@@ -34,7 +34,8 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
     curves::take_steps(work.data(), n);
     curves::filter_spikes(work.data(), n);
     const double spread = curves::spread_of(work.data(), n);
-    const curves::curve_stretches found = curves::find_stretches(work.data(), n, spread, zeroThreshold, slantThreshold);
+    const curves::curve_stretches found =
+        curves::find_stretches(work.data(), n, spread, zeroThreshold, slantThreshold, gaps);
     curves::keep_stretches(found, [&](curves::stretch each) { return fit_stretch(y, each, work.data()); }, stats);
     stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
 }

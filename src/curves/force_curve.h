@@ -7,9 +7,10 @@
 /// up to 256, else a spline of a span for each 64) for the search alone; lines are fitted to the values as they are.
 /// Thresholds multiply what the steps between samples are compared with: a larger `slantThreshold` takes gentler steps
 /// for contact, a larger `zeroThreshold` rougher ones for the free stretch. A zero stretch that reaches sample 0 is
-/// refused. All of `stats` is replaced. \throws std::bad_alloc
+/// refused. All of `stats` is replaced. \param gaps  which samples were not measured and lie between neighbours: a
+/// stretch of mostly such is none; empty where all were \throws std::bad_alloc
 void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
-                           force_curve_stats& stats);
+                           force_curve_stats& stats, const std::vector<bool>& gaps = {});
 
 /// The same for y over x: stretches are those of dY/dX away from the contact, whether x rises or falls along the
 /// samples, lines are fitted over x and their intercepts lie at x = 0. The spread of the slopes is that of the steps of
@@ -18,7 +19,7 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
 /// samples leaves `stats` cleared, one whose x does not travel, or turns back, has no stretches. Thresholds come in the
 /// other order.
 void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
-                                force_curve_stats& stats);
+                                force_curve_stats& stats, const std::vector<bool>& gaps = {});
 
 namespace curves {
 /// What positions do along a record. `turnsBack`: they go further than they get, as in a record of both ways in one

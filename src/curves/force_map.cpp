@@ -32,7 +32,9 @@ struct map_numbers {
 /// The analysis of one curve as it is defined.
 void map_curve(const force_volume& volume, std::size_t index, map_numbers& out)
 {
-    const std::size_t first = index * static_cast<std::size_t>(volume.length), held = volume.lengthOf(index);
+    const formats::measured_part part = volume.partOf(index);
+    const std::size_t first = index * static_cast<std::size_t>(volume.length) + part.first,
+                      held = part.end - part.first;
     out.rigidity[index] = out.adhesion[index] = missing;
     if (held == 0) return;
     const int n = static_cast<int>(held);
@@ -42,11 +44,10 @@ void map_curve(const force_volume& volume, std::size_t index, map_numbers& out)
     force_curve_stats stats;
     if (volume.places.empty()) {
         scale = volume.position.scale;
-        get_force_curve_stats(y.data(), n, 1.0, 1.0, stats);
+        get_force_curve_stats(y.data(), n, 1.0, 1.0, stats, part.gaps);
     } else {
-        const auto step = static_cast<std::size_t>(volume.placeLength ? volume.placeLength : volume.length);
-        x = physical_values(volume.places.subspan(index * step % volume.places.size(), held), volume.position);
-        get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
+        x = physical_values(volume.places.subspan(volume.placesOf(index) + part.first, held), volume.position);
+        get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats, part.gaps);
     }
     if (stats.hasSlant()) out.rigidity[index] = (stats.slant_b - stats.zero_b) * 1000.0 / scale;
     if (stats.hasZero())
@@ -120,6 +121,11 @@ public:
     }
 
 private:
+    bool isWhole(std::size_t index) const
+    {
+        return volume.lengthOf(index) == static_cast<std::size_t>(volume.length) &&
+               (volume.voids.empty() || volume.partOf(index).voids == 0);
+    }
     std::span<const std::int16_t> curve(std::size_t index) const noexcept
     {
         const auto n = static_cast<std::size_t>(volume.length);
@@ -132,7 +138,7 @@ private:
         for (std::size_t lane = 0; lane < lanes; ++lane) {
             const std::size_t index = first + lane;
             const int at = static_cast<int>(lane);
-            if (work && volume.lengthOf(index) == static_cast<std::size_t>(volume.length))
+            if (work && isWhole(index))
                 put(index, find_slant(work->steepOf(at)), find_zero(work->flatOf(at)));
             else
                 map_curve(volume, index, out);
@@ -220,8 +226,25 @@ force_maps map_forces(const force_volume& volume, const map_options& options)
             make_map(numbers.adhesion, adhesion, volume.values.get_units())};
 }
 
+namespace {
+
+/// The ranges as they are numbered from `begin` on, as far as they lie behind it.
+std::vector<formats::void_range> ranges_from(std::span<const formats::void_range> all, std::uint64_t begin)
+{
+    std::vector<formats::void_range> out;
+    for (const formats::void_range& each : all)
+        if (const std::uint64_t end = each.first + each.count; end > begin) {
+            const std::uint64_t first = std::max(each.first, begin);
+            out.push_back({first - begin, end - first});
+        }
+    return out;
+}
+
+} // namespace
+
 force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataStream* parameter, const char* told,
-                       const char* placesTold)
+                       const char* placesTold, std::span<const formats::void_range> voids,
+                       std::span<const formats::void_range> placeVoids)
 {
     force_volume out;
     bool hasSameUnits = false;
@@ -242,12 +265,14 @@ force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataS
         return std::vector<std::size_t>(first, first + static_cast<std::ptrdiff_t>(each));
     };
     out.lengths = lengths_in(stream, told, sub);
+    out.voids = ranges_from(voids, sub * count);
     if (!parameter) return out;
     out.placeLength = static_cast<int>(parameter->get_dimension(0).length);
     const std::size_t placed = each * static_cast<std::size_t>(out.placeLength);
     const unsigned number = parameter->array_length() > placed ? sub : 0; // one may serve all
     out.places = {static_cast<const std::int16_t*>(parameter->array_data()) + number * placed, placed};
     out.position = parameter->values.get_axis(0);
+    out.placeVoids = ranges_from(placeVoids, number * placed);
     const std::vector<std::size_t> own = lengths_in(*parameter, placesTold, number);
     for (std::size_t i = 0; i < own.size(); ++i) out.lengths[i] = std::min(out.lengths[i], own[i]);
     return out;

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
+#include "document/formats/void_ranges.h"
 
 #include <cstdint>
 #include <functional>
@@ -20,12 +21,25 @@ struct force_volume {
     int placeLength = 0; ///< of a curve of `places`; 0: as many as a curve holds
     /// Measured samples of each curve; empty when all are whole.
     std::vector<std::size_t> lengths{};
+    /// What was not measured among `samples` and among `places`, in rising order.
+    std::vector<formats::void_range> voids{}, placeVoids{};
 
     std::size_t curves() const noexcept { return length > 0 ? samples.size() / static_cast<std::size_t>(length) : 0; }
     /// Measured samples of a curve.
     std::size_t lengthOf(std::size_t curve) const noexcept
     {
         return lengths.empty() ? static_cast<std::size_t>(length) : lengths[curve];
+    }
+    /// Where the samples of `places` for a curve begin.
+    std::size_t placesOf(std::size_t curve) const noexcept
+    {
+        return places.empty() ? 0
+                              : curve * static_cast<std::size_t>(placeLength ? placeLength : length) % places.size();
+    }
+    formats::measured_part partOf(std::size_t curve) const
+    {
+        return formats::measured_part_of(
+            lengthOf(curve), {{voids, curve * static_cast<std::size_t>(length)}, {placeVoids, placesOf(curve)}});
     }
 };
 
@@ -60,8 +74,11 @@ force_maps map_forces(const force_volume& volume, const map_options& options = {
 /// Samples must be 16-bit.
 /// \param parameter  what the image is measured against, 16-bit and over its grid, or null; pairs end with the shorter
 /// \param told, placesTold  the texts of their curve lengths, or null
+/// \param voids, placeVoids  what of the streams was not measured, as `void_ranges` and `convert_measured` tell it
 force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataStream* parameter = nullptr,
-                       const char* told = nullptr, const char* placesTold = nullptr);
+                       const char* told = nullptr, const char* placesTold = nullptr,
+                       std::span<const formats::void_range> voids = {},
+                       std::span<const formats::void_range> placeVoids = {});
 /// A map of such an image as an image of its own, over the axes of the grid.
 SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, const char* name, const char* label);
 

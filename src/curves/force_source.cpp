@@ -24,12 +24,16 @@ unsigned image_named(const CStorageDoc& document, const char* name, unsigned exc
 }
 
 /// A stream of 16-bit samples: itself, or its conversion.
-const SPMDataStream& as_16_bits(const CStorageDoc& document, unsigned image, SPMDataStream& converted)
+/// \param voids  gets what of its curves was not measured
+const SPMDataStream& as_16_bits(const CStorageDoc& document, unsigned image, SPMDataStream& converted,
+                                std::vector<formats::void_range>& voids)
 {
     const SPMDataStream& stream = document.getImage(image);
+    const char* const told = document.getString(formats::voidRangesKey, image);
+    voids = formats::void_ranges(stream, told);
     if (stream.array_type() == SPM_ARRAY_INT16) return stream;
     converted = stream;
-    formats::convert_measured(converted);
+    voids = formats::convert_measured(converted, told);
     if (converted.array_type() != SPM_ARRAY_INT16)
         throw std::runtime_error(base::formatted("the samples of image %u have no type", image));
     return converted;
@@ -40,15 +44,39 @@ struct curve_rows {
     const std::int16_t* samples;
     std::size_t points;
     std::vector<std::size_t> lengths;
+    std::vector<formats::void_range> voids;
 
-    curve_rows(const CStorageDoc& document, unsigned image, const SPMDataStream& stream)
-        : samples(static_cast<const std::int16_t*>(stream.array_data())),
-          points(stream.get_dimension(0).length),
-          lengths(formats::curve_lengths(stream, document.getString(formats::curveLengthsKey, image)))
+    /// \param converted  takes the samples when they are not 16-bit
+    curve_rows(const CStorageDoc& document, unsigned image, SPMDataStream& converted)
     {
+        const SPMDataStream& stream = as_16_bits(document, image, converted, voids);
+        samples = static_cast<const std::int16_t*>(stream.array_data());
+        points = stream.get_dimension(0).length;
+        lengths = formats::curve_lengths(stream, document.getString(formats::curveLengthsKey, image));
+        values = stream.values.get_axis(0);
     }
-    std::span<const std::int16_t> at(std::size_t curve) const { return {samples + curve * points, lengths[curve]}; }
+    VLAxis values;
+    std::span<const std::int16_t> at(std::size_t curve, std::size_t first, std::size_t end) const
+    {
+        return {samples + curve * points + first, end - first};
+    }
+    formats::curve_voids voidsOf(std::size_t curve) const { return {voids, curve * points}; }
 };
+
+/// What both a curve and, where there are any, its places have. Pairs end with the shorter of both.
+void take_curve(const curve_rows& rows, std::size_t curve, const curve_rows* places, placed_curve& out)
+{
+    const std::size_t place = places ? curve % places->lengths.size() : 0;
+    const std::size_t length = places ? std::min(rows.lengths[curve], places->lengths[place]) : rows.lengths[curve];
+    const formats::curve_voids none;
+    formats::measured_part part =
+        formats::measured_part_of(length, {rows.voidsOf(curve), places ? places->voidsOf(place) : none});
+    out.samples.raw = rows.at(curve, part.first, part.end);
+    if (places) out.samples.places = places->at(place, part.first, part.end);
+    out.samples.first = part.first;
+    out.samples.gaps = std::move(part.gaps);
+    out.voids = part.voids;
+}
 
 } // namespace
 
@@ -85,17 +113,16 @@ force_image force_curves_of(const CStorageDoc& document, unsigned image)
 {
     force_image out;
     out.image = image;
-    const SPMDataStream& stream = as_16_bits(document, image, out.converted);
-    out.values = stream.values.get_axis(0);
+    const SPMDataStream& stream = document.getImage(image);
+    const curve_rows rows(document, image, out.converted);
+    out.values = rows.values;
     out.x = document.getAxis(image, 0, 0);
     const grid grid(stream);
-    const curve_rows rows(document, image, stream);
     std::optional<curve_rows> places;
     if (const unsigned number = parameter_of(document, image); number != noImage) {
-        const SPMDataStream& parameter = as_16_bits(document, number, out.convertedX);
-        places.emplace(document, number, parameter);
-        out.parameter = parameter.get_description();
-        out.x = parameter.values.get_axis(0);
+        places.emplace(document, number, out.convertedX);
+        out.parameter = document.getImage(number).get_description();
+        out.x = places->values;
     }
     const auto each = static_cast<std::size_t>(grid.subLength / grid.lengths[0]);
     const bool isVolume = grid.dimensions() == 3;
@@ -109,14 +136,10 @@ force_image force_curves_of(const CStorageDoc& document, unsigned image)
             curve.row = static_cast<int>(i % each / columns);
         }
         curve.isHeld = curve.sub < names.size() && is_held_part(names[curve.sub].c_str());
-        curve.samples = {rows.at(i), out.values, {}, out.x};
-        if (places) { // pairs end with the shorter of both
-            curve.samples.places = places->at(i % places->lengths.size());
-            const std::size_t both = std::min(curve.samples.raw.size(), curve.samples.places.size());
-            curve.samples.raw = curve.samples.raw.first(both);
-            curve.samples.places = curve.samples.places.first(both);
-        }
-        out.curves.push_back(curve);
+        curve.samples.values = out.values;
+        curve.samples.x = out.x;
+        take_curve(rows, i, places ? &*places : nullptr, curve);
+        out.curves.push_back(std::move(curve));
     }
     return out;
 }

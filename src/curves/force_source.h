@@ -15,6 +15,7 @@ struct placed_curve {
     int column = -1, row = -1; ///< of a volume's grid
     bool isHeld = false;       ///< the probe neither approaches nor leaves
     force_samples samples;     ///< none when it was not measured
+    std::size_t voids = 0;     ///< samples that were not measured
 };
 
 /// The force curves of an image of one or three dimensions, each as long as it was measured, and what they are measured

@@ -2,6 +2,7 @@
 
 #include "base/rounding.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -93,7 +94,30 @@ stretch find_zero(const sample_bits& flat) noexcept
     return {n, n};
 }
 
-curve_stretches find_stretches(const double* steps, int n, double spread, double zeroThreshold, double slantThreshold)
+namespace {
+
+bool is_mostly_gap(stretch of, const std::vector<bool>& gaps)
+{
+    if (gaps.empty() || !of.isFound()) return false;
+    const auto voids = std::count(gaps.begin() + of.first, gaps.begin() + of.last + 1, true);
+    return 2 * voids > of.last - of.first + 1;
+}
+
+/// What `find` finds among the bits outside of gaps.
+template <typename Find>
+stretch find_measured(std::vector<std::uint64_t>& bits, int n, const std::vector<bool>& gaps, const Find& find)
+{
+    stretch found = find({bits.data(), n});
+    for (; is_mostly_gap(found, gaps); found = find({bits.data(), n}))
+        for (int i = found.first; i <= found.last; ++i)
+            bits[static_cast<std::size_t>(i / 64)] &= ~(std::uint64_t{1} << (i % 64));
+    return found;
+}
+
+} // namespace
+
+curve_stretches find_stretches(const double* steps, int n, double spread, double zeroThreshold, double slantThreshold,
+                               const std::vector<bool>& gaps)
 {
     const double level = spread * zeroThreshold;
     const auto words = static_cast<std::size_t>(sample_bits::wordsFor(n));
@@ -103,7 +127,7 @@ curve_stretches find_stretches(const double* steps, int n, double spread, double
         steep[word] |= std::uint64_t{slantThreshold * steps[i] <= -spread && steps[i] != 0.0} << bit;
         flat[word] |= std::uint64_t{std::fabs(steps[i]) <= level} << bit;
     }
-    return {find_slant({steep.data(), n}), find_zero({flat.data(), n})};
+    return {find_measured(steep, n, gaps, find_slant), find_measured(flat, n, gaps, find_zero)};
 }
 
 } // namespace curves

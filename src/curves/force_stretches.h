@@ -4,6 +4,7 @@
 #include "primitives/uniform_spline.h"
 
 #include <optional>
+#include <vector>
 
 /// How the stretches of a force curve are found: it is smoothed, its steps from sample to sample are freed of spikes,
 /// and those that are steep and those that are flat, measured by their spread, form runs.
@@ -55,7 +56,9 @@ struct curve_stretches {
 };
 /// Both stretches of a curve. \param steps  freed of spikes; NaN is neither steep nor flat
 /// \param spread  of the steps
-curve_stretches find_stretches(const double* steps, int n, double spread, double zeroThreshold, double slantThreshold);
+/// \param gaps  which samples were not measured; a run of mostly such is none. Empty: all were
+curve_stretches find_stretches(const double* steps, int n, double spread, double zeroThreshold, double slantThreshold,
+                               const std::vector<bool>& gaps = {});
 
 struct fitted_line {
     double a = 0.0, b = 0.0, rms = 0.0; ///< a + b x, and the deviation from it

@@ -106,7 +106,7 @@ curves::position_way curves::way_of_positions(const double* x, int n)
 }
 
 void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
-                                force_curve_stats& stats)
+                                force_curve_stats& stats, const std::vector<bool>& gaps)
 {
     stats.clear();
     if (n < 3) return;
@@ -115,6 +115,6 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
     const curve_slopes slopes = slopes_of(x, y, n);
     if (!std::isfinite(slopes.spread)) return; // x does not travel, or turns back
     const curves::curve_stretches found =
-        curves::find_stretches(slopes.values.data(), n, slopes.spread, zeroThreshold, slantThreshold);
+        curves::find_stretches(slopes.values.data(), n, slopes.spread, zeroThreshold, slantThreshold, gaps);
     curves::keep_stretches(found, [&](curves::stretch each) { return fit_over(x, y, each); }, stats);
 }

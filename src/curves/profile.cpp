@@ -3,6 +3,7 @@
 #include "base/rounding.h"
 #include "document/formats/curve_lengths.h"
 #include "document/formats/void_points.h"
+#include "document/formats/void_ranges.h"
 
 #include <algorithm>
 #include <cmath>
@@ -60,13 +61,26 @@ void measure(const std::vector<grid_point>& points, profile& out)
 class profile_reader {
 public:
     /// \param ends_  samples of each curve along dimension 0 where a line may cross their ends, else none
-    profile_reader(const SPMDataStream& stream, const grid& image_, std::span<const std::size_t> ends_, profile& out_)
-        : samples(static_cast<const std::int16_t*>(stream.array_data())), image(image_), ends(ends_), out(out_)
+    /// \param voids_  samples that were not measured
+    profile_reader(const SPMDataStream& stream, const grid& image_, std::span<const std::size_t> ends_,
+                   std::span<const formats::void_range> voids_, profile& out_)
+        : samples(static_cast<const std::int16_t*>(stream.array_data())),
+          image(image_),
+          ends(ends_),
+          voids(voids_),
+          out(out_)
     {
     }
 
     /// One-dimensional curves as they stand.
-    void readWhole() { std::copy_n(samples, std::size_t{out.curves} * out.length, out.samples.begin()); }
+    void readWhole()
+    {
+        const std::size_t count = std::size_t{out.curves} * out.length;
+        std::copy_n(samples, count, out.samples.begin());
+        for (const formats::void_range& each : voids)
+            for (std::uint64_t i = each.first; i < std::min<std::uint64_t>(each.first + each.count, count); ++i)
+                out.gaps[i] = true;
+    }
 
     /// \param at  position in a curve of the first sample; moved behind the last
     void readLine(const segment& line, std::int64_t first, std::size_t& at)
@@ -120,7 +134,13 @@ private:
         for (std::size_t k = 0; k < image.subImages; ++k) {
             out.samples[k * out.length + at] = sample(index, k);
             if (!ends.empty() && isPadding(index, k)) out.gaps[k * out.length + at] = true;
+            if (!voids.empty() && isVoid(index, k)) out.gaps[k * out.length + at] = true;
         }
+    }
+    bool isVoid(std::int64_t index, std::size_t sub) const
+    {
+        const auto at = static_cast<std::uint64_t>(index + static_cast<std::int64_t>(sub) * image.subLength);
+        return formats::measured_part_of(1, {{voids, at}}).voids != 0;
     }
     bool isPadding(std::int64_t index, std::size_t sub) const noexcept
     {
@@ -131,6 +151,7 @@ private:
     const std::int16_t* samples;
     const grid& image;
     std::span<const std::size_t> ends;
+    std::span<const formats::void_range> voids;
     profile& out;
 };
 
@@ -150,6 +171,14 @@ void read_samples(profile_reader reader, const grid& image, const std::vector<gr
         else
             reader.readLine(line, first, at);
     }
+}
+
+bool is_along_curve(const std::vector<grid_point>& points)
+{
+    const auto isOnFirst = [&](const grid_point& each) {
+        return std::equal(each.begin() + 1, each.end(), points.front().begin() + 1);
+    };
+    return std::ranges::all_of(points, isOnFirst);
 }
 
 /// Samples of a line that runs along one curve to larger indices, in each sub-image; none for other lines.
@@ -188,7 +217,7 @@ grid::grid(const SPMDataStream& stream)
 }
 
 void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out,
-                  const char* told)
+                  const char* told, const char* toldVoids)
 {
     out.segmentLengths.clear();
     out.lengths.clear();
@@ -207,23 +236,25 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     if (told && *told) ends = formats::curve_lengths(stream, told);
     if (!ends.empty()) out.lengths = lengths_along(ends, image, points);
     if (!out.lengths.empty()) ends.clear();
-    if (!ends.empty()) out.gaps.assign(count, false);
-
     SPMDataStream converted;
+    std::vector<formats::void_range> voids = formats::void_ranges(stream, toldVoids);
     if (stream.array_type() != SPM_ARRAY_INT16) {
         converted = stream;
-        formats::convert_measured(converted);
+        voids = formats::convert_measured(converted, toldVoids);
         if (converted.array_type() != SPM_ARRAY_INT16) return; // samples without a type
     }
     const SPMDataStream& shorts = stream.array_type() == SPM_ARRAY_INT16 ? stream : converted;
     out.values = shorts.values;
     out.curves = image.subImages;
-    read_samples({shorts, image, ends, out}, image, points, halfWidth, out);
+    out.areBridged = ends.empty() && is_along_curve(points);
+    if (!ends.empty() || !voids.empty()) out.gaps.assign(count, false);
+    read_samples({shorts, image, ends, voids, out}, image, points, halfWidth, out);
     if (std::ranges::find(out.gaps, true) == out.gaps.end()) out.gaps.clear();
 }
 
 bool profile::hasGaps(unsigned index) const
 {
+    if (areBridged) return false;
     for (std::size_t at = 0; at < lengthOf(index); ++at)
         if (!isMeasured(index, at)) return true;
     return false;

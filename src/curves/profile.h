@@ -31,8 +31,10 @@ struct profile {
     unsigned curves = 0;
     /// Samples that each curve holds, the rest of it being padding; empty when all are whole.
     std::vector<std::uint32_t> lengths;
-    /// Which samples of a line across curves lie behind their ends, curve by curve; empty without any.
+    /// Which samples were not measured, or lie behind the ends of curves that the line crosses, curve by curve; empty
+    /// without any.
     std::vector<bool> gaps;
+    bool areBridged = false; ///< gaps hold numbers between their neighbours on the line
     /// Meaning of the samples: of the image, or of its conversion to 16 bits.
     VLAxesContainer values;
 
@@ -43,11 +45,11 @@ struct profile {
     {
         return {samples.data() + std::size_t{index} * length, lengthOf(index)};
     }
-    /// False for a sample behind the end of the curve that the line crosses there.
     bool isMeasured(unsigned index, std::size_t at) const
     {
         return gaps.empty() || !gaps[std::size_t{index} * length + at];
     }
+    /// Whether there are gaps without numbers to compute with.
     bool hasGaps(unsigned index) const;
     /// All curves with their padding.
     std::span<const std::int16_t> all() const noexcept { return {samples.data(), std::size_t{curves} * length}; }
@@ -66,9 +68,10 @@ struct profile {
 /// and of itself; beyond the edge the last sample repeats
 /// \param told  the image's text of curve lengths, or null: a line along one curve ends where that does, what lies
 /// behind the ends of others is a gap
+/// \param toldVoids  the image's text of samples of curves that were not measured, or null
 /// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
 void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out,
-                  const char* told = nullptr);
+                  const char* told = nullptr, const char* toldVoids = nullptr);
 
 /// The sample of the image under a sample of the curve, between the ends of its segment.
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/formats/curve_lengths.h"
+#include "document/formats/void_ranges.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -144,6 +145,18 @@ std::string joined_lengths(const CStorageDoc& into, unsigned image, const CStora
     return text;
 }
 
+/// What was not measured in both images, as the text of `samples` together says it, those of `from` from `first` on.
+std::string joined_voids(const CStorageDoc& into, unsigned image, const CStorageDoc& from, unsigned source,
+                         std::uint64_t first, std::uint64_t samples)
+{
+    const auto voids_of = [](const CStorageDoc& document, unsigned index) {
+        return formats::void_ranges(document.getImage(index), document.getString(formats::voidRangesKey, index));
+    };
+    std::vector<formats::void_range> all = voids_of(into, image);
+    for (const formats::void_range& each : voids_of(from, source)) all.push_back({first + each.first, each.count});
+    return formats::void_ranges_text(samples, std::move(all));
+}
+
 /// A merge in two halves: what needs memory, which can be taken back, and then what cannot fail.
 class merge {
 public:
@@ -168,8 +181,10 @@ public:
         for (unsigned source = 0; source < partners.size(); ++source)
             if (partners[source] == noImage) append(source);
         for (unsigned image = present; image < into.getImagesNumber(); ++image) renameReferences(into.getImage(image));
-        for (const join& each : joins)
+        for (const join& each : joins) {
             if (!each.lengths.empty()) into.setString(formats::curveLengthsKey, each.lengths.c_str(), each.image);
+            if (!each.voids.empty()) into.setString(formats::voidRangesKey, each.voids.c_str(), each.image);
+        }
         isDone = true;
         for (join& each : joins) fill(each);
     }
@@ -181,6 +196,7 @@ private:
         unsigned lengthBefore;
         std::vector<smart_string> names;
         std::string lengths; ///< of the curves of both; empty when all are whole
+        std::string voids;   ///< of the curves of both; empty without any
     };
 
     void plan(unsigned image, unsigned source)
@@ -192,7 +208,8 @@ private:
             throw std::length_error("image of over 2^32 elements");
         joins.push_back({image, source, static_cast<unsigned>(first), static_cast<unsigned>(added),
                          into.getImage(image).array_length(), joined_names(into, image, from, source),
-                         joined_lengths(into, image, from, source)});
+                         joined_lengths(into, image, from, source),
+                         joined_voids(into, image, from, source, first, first + added)});
     }
 
     void append(unsigned source)

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/formats/void_ranges.h"
 
 #include <string>
 #include <string_view>
@@ -29,7 +30,7 @@ std::size_t unmeasured_points(const CStorageDoc& document, unsigned image)
 void drop_point_counts(CStorageDoc& document, unsigned image)
 {
     auto kept = document.strings(image);
-    if (kept.erase(keys[0]) + kept.erase(keys[1]) == 0) return;
+    if (kept.erase(keys[0]) + kept.erase(keys[1]) + kept.erase(formats::voidRangesKey) == 0) return;
     document.clearStrings(image);
     for (const auto& [key, text] : kept) document.setString(key.c_str(), text.c_str(), image);
 }

@@ -153,6 +153,20 @@ TEST_F(CurvesProgram, PaddingIsNoData)
     EXPECT_NE(details.find("sub-image 2: not measured"), std::string::npos) << details;
 }
 
+TEST_F(CurvesProgram, ForceSaysWhatWasNotMeasured)
+{
+    std::string table = "Z (nm)\tForce (nN)\n"; // contact to 37.5 nm, a dip behind it, the free end is missing
+    for (int i = 0; i < 200; ++i)
+        table += std::to_string(0.5 * i) + '\t' +
+                 (i < 90 ? std::to_string(i < 75 ? 60 - 0.8 * i : i - 90.0) : std::string("nan")) + '\n';
+    std::ofstream(folder / "tail.txt") << table;
+    const json curve = filesOf({"force", "tail.txt"})[0]["curves"][0];
+    EXPECT_EQ(curve["voids"], 110);
+    EXPECT_TRUE(curve["fmin"].is_null()) << curve;
+    const std::string text = vldv({"force", "tail.txt"}).out;
+    EXPECT_NE(text.find("\n  not measured: 110 samples of 1 of 1 curves\n"), std::string::npos) << text;
+}
+
 TEST_F(CurvesProgram, LinesAcrossCurvesTellGaps)
 {
     {

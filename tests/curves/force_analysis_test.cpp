@@ -1,5 +1,6 @@
 #include "curves/force_analysis.h"
 
+#include "curves/force_map.h"
 #include "curves/force_source.h"
 #include "document/StorageDoc.h"
 #include "document/fixtures.h"
@@ -109,6 +110,63 @@ TEST(ForceSource, PairsCurvesWithWhatTheyAreMeasuredAgainst)
     EXPECT_EQ(image.curves[2].samples.x, sensor.values.get_axis(0));
     EXPECT_TRUE(image.curves[1].isHeld);
     EXPECT_FALSE(image.curves[2].isHeld);
+}
+
+TEST(ForceSource, WhatWasNotMeasuredIsNotAnalysed)
+{
+    struct void_case {
+        int first, last;
+        bool hasContact, isFree;
+    };
+    // Falls by 0.8 nN a nm from 60 nN down to 0 at 75 nm; what is missing lies on a line between its ends.
+    const void_case cases[] = {{0, 0, true, true}, {0, 39, true, true}, {70, 199, true, false}, {3, 120, false, true}};
+    CHeadlessHost host;
+    CWinApp app(host);
+    SPMDataStream volume = heights("Force", {200, 4, 1}), places = heights("Height", {200, 4, 1});
+    std::string told = "of 800:";
+    std::vector<formats::void_range> ranges;
+    for (int k = 0; k < 4; ++k) {
+        auto* const y = static_cast<short*>(volume.array_data()) + 200 * k;
+        auto* const x = static_cast<short*>(places.array_data()) + 200 * k;
+        const auto [first, last, hasContact, isFree] = cases[k];
+        for (int i = 0; i < 200; ++i) {
+            x[i] = static_cast<short>(i);
+            y[i] = static_cast<short>(std::max(600 - 8 * i, 0));
+        }
+        const int from = first ? y[first - 1] : y[last + 1], to = last < 199 ? y[last + 1] : from;
+        for (int i = first; i <= last; ++i)
+            y[i] = static_cast<short>(std::lround(from + (to - from) * (i - first + 1.0) / (last - first + 2.0)));
+        ranges.push_back({static_cast<std::uint64_t>(200 * k + first), static_cast<std::uint64_t>(last - first + 1)});
+        told += " " + std::to_string(200 * k + first) + "-" + std::to_string(200 * k + last);
+    }
+    volume.values.set_axis(0, VLAxis(0, 0.1, "nN"));
+    places.values.set_axis(0, VLAxis(0, 1, "nm"));
+    volume.get_dimension(0).set_axis(0, VLAxis(0, 1, "nm"));
+    SPMDataStream over = volume;
+    over.set_name("Over");
+    over.set_parameter_stream("Height");
+    const SPMDataStream streams[] = {volume, over, places};
+    CStorageDoc document;
+    document.AddNewImages(streams, 3);
+    for (const unsigned image : {0u, 1u}) {
+        document.setString("\\Void samples", told.c_str(), image);
+        const curves::force_image read = curves::force_curves_of(document, image);
+        for (std::size_t k = 0; k < 4; ++k) {
+            const curves::force_analysis found = curves::analyse_force(read.curves[k].samples);
+            EXPECT_EQ(read.curves[k].voids, static_cast<std::size_t>(cases[k].last - cases[k].first + 1));
+            ASSERT_EQ(found.slope.has_value(), cases[k].hasContact) << k;
+            EXPECT_EQ(found.minimum.has_value(), cases[k].isFree) << k;
+            if (!found.slope) continue;
+            EXPECT_NEAR(*found.slope, -0.8, 0.02) << k;
+            EXPECT_NEAR(found.stats.slant_a, 60.0, 1.0) << k;
+            EXPECT_GT(found.stats.slant_first, k == 1 ? 39 : -1);
+        }
+        const SPMDataStream* const x = image == 1 ? &places : nullptr;
+        const curves::force_maps maps = curves::map_forces(curves::volume_of(volume, 0, x, nullptr, nullptr, ranges));
+        EXPECT_EQ(maps.rigidity.voids, 1u);
+        EXPECT_EQ(maps.adhesion.voids, 1u);
+        EXPECT_NEAR(maps.rigidity.values.at(maps.rigidity.samples[1]), -0.8, 0.02);
+    }
 }
 
 TEST(ForceSource, WhatOnlyTellsPlacesIsNoForce)

@@ -82,6 +82,25 @@ TEST(Profile, OfCurvesEndsWhereTheyDo)
     EXPECT_THAT(lengths(volume, {{0, 0, 0}, {4, 0, 0}}, "4 2"), ElementsAre(4, 2)) << "one for each sub-image";
 }
 
+TEST(Profile, TellsWhatWasNotMeasured)
+{
+    const SPMDataStream volume = heights("Volume", {5, 2, 1}, 2); // 20 samples
+    for (const bool isAcross : {true, false}) {
+        points line = isAcross ? points{{3, 0, 0}, {3, 1, 0}} : points{{0, 0, 0}, {4, 0, 0}};
+        profile out;
+        curves::take_profile(volume, line, 0, out, nullptr, "of 20: 3-4 18-18");
+        const auto measured = [&](unsigned sub, std::size_t at) { return out.isMeasured(sub, at); };
+        EXPECT_FALSE(measured(0, isAcross ? 0 : 3));
+        EXPECT_TRUE(measured(0, isAcross ? 1 : 2));
+        EXPECT_EQ(measured(1, isAcross ? 1 : 3), !isAcross);
+        EXPECT_EQ(out.hasGaps(0), isAcross) << "along a curve there are numbers to go on with";
+        for (const char* other : {"of 21: 3-4", "of 20: 3-20", "of 20: 4-3", "of 20: 5-6 3-4", "3-4"}) {
+            curves::take_profile(volume, line, 0, out, nullptr, other);
+            EXPECT_TRUE(out.gaps.empty()) << other;
+        }
+    }
+}
+
 TEST(Profile, AcrossCurvesHasGapsBehindTheirEnds)
 {
     const struct {

@@ -102,9 +102,12 @@ TEST_F(MergeTest, JoinedCurvesKeepTheirLengths)
         add(from, heights("h", {4}, 2));
         if (*row.here) into.setString("\\Curve lengths", row.here, 0);
         if (*row.added) from.setString("\\Curve lengths", row.added, 0);
+        into.setString("\\Void samples", "of 8: 1-2", 0);
+        from.setString("\\Void samples", "of 8: 0-0 7-7", 0);
         document::merge_documents(into, from);
         ASSERT_EQ(into.getSubImagesNumber(0), 4u);
         EXPECT_STREQ(into.getString("\\Curve lengths", 0), row.joined);
+        EXPECT_STREQ(into.getString("\\Void samples", 0), "of 16: 1-2 8-8 15-15");
     }
 }
 

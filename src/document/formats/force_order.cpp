@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "document/formats/curve_lengths.h"
+#include "document/formats/void_ranges.h"
 
 #include <algorithm>
 #include <array>
@@ -67,6 +68,15 @@ void count_from_contact(SPMDataStream& stream)
 
 std::string text_of(const char* text) { return text ? text : ""; }
 
+void turn_voids(recorded_image& image, const std::vector<bool>& turned, std::span<const std::size_t> lengths)
+{
+    const auto told = image.strings.find(voidRangesKey);
+    if (told == image.strings.end()) return;
+    const std::vector<void_range> ranges = void_ranges(image.stream, told->second.c_str());
+    told->second =
+        void_ranges_text(image.stream.array_length(), turned_ranges(ranges, turned, lengths, points_of(image)));
+}
+
 const char* words_for(contact_end end) noexcept
 {
     if (end == contact_end::unclear) return "not clear, as recorded";
@@ -128,6 +138,7 @@ void order_from_contact(recorded_image& image, std::span<const contact_end> ends
         return names.empty() ? force_way::unknown : way_of_part(text_of(names[curve * names.size() / curves].text));
     };
     recorded_orders orders;
+    std::vector<bool> turned(curves);
     bool anyTurned = false, allTurned = true;
     for (std::size_t i = 0; i < curves; ++i) {
         if (lengths[i] == 0) continue; // not measured
@@ -135,8 +146,10 @@ void order_from_contact(recorded_image& image, std::span<const contact_end> ends
         orders.add(way_of(i), end);
         anyTurned |= end == contact_end::last;
         allTurned &= end == contact_end::last;
-        if (end == contact_end::last) turn_curve(image.stream, i, lengths[i], points);
+        turned[i] = end == contact_end::last;
+        if (turned[i]) turn_curve(image.stream, i, lengths[i], points);
     }
+    if (anyTurned) turn_voids(image, turned, lengths);
     if (anyTurned) allTurned ? turn_axes(image.stream) : count_from_contact(image.stream);
     if (const std::string text = orders.text(); !text.empty()) image.strings[orderKey] = text;
 }

@@ -1,6 +1,7 @@
 #include "base/units.h"
 #include "document/formats/force_order.h"
 #include "document/formats/left_out.h"
+#include "document/formats/void_ranges.h"
 
 #include <algorithm>
 #include <cstring>
@@ -55,21 +56,27 @@ struct curve_table {
     std::size_t points;
     std::vector<std::size_t> lengths;
     std::size_t each; ///< curves of a sub-image
+    std::vector<void_range> voids;
 
     explicit curve_table(const recorded_image& image_)
         : image(image_), points(image_.stream.get_dimension(0).length), lengths(curve_lengths_of(image_)), each(1)
     {
         for (unsigned d = 1; d < dimensions_of(image); ++d) each *= image.stream.get_dimension(d).length;
+        if (const auto told = image.strings.find(voidRangesKey); told != image.strings.end())
+            voids = void_ranges(image.stream, told->second.c_str());
     }
     double value(std::size_t curve, std::size_t sample) const
     {
         const auto* const samples = static_cast<const std::int16_t*>(image.stream.array_data());
         return image.stream.values.get_axis(0).at(samples[curve * points + sample]);
     }
+    /// Of the measured samples.
     std::vector<double> values(std::size_t curve) const
     {
+        const measured_part part = measured_part_of(lengths[curve], {{voids, curve * points}});
         std::vector<double> out;
-        for (std::size_t i = 0; i < lengths[curve]; ++i) out.push_back(value(curve, i));
+        for (std::size_t i = part.first; i < part.end; ++i)
+            if (part.gaps.empty() || !part.gaps[i - part.first]) out.push_back(value(curve, i));
         return out;
     }
     /// The way that the name of a curve's sub-image tells, else that of the image.

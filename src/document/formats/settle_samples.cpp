@@ -21,6 +21,8 @@ void note_voids(recorded_image& image, const void_count& voids)
     if (voids.all == 0) return;
     const bool isOne = voids.all == 1;
     image.strings["\\Void points"] = std::to_string(voids.all) + (voids.areBridged ? bridgedWords : "");
+    if (const std::string told = void_ranges_text(image.stream.array_length(), voids.ranges); !told.empty())
+        image.strings[voidRangesKey] = told;
     std::string note = std::to_string(voids.all) + (isOne ? " sample was" : " samples were") + " not measured and " +
                        (isOne ? "lies" : "lie") +
                        (voids.areBridged ? " on the line between measured neighbours" : " at the lowest value");

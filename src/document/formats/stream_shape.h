@@ -1,6 +1,7 @@
 #pragma once
 #include "document/formats/heights.h"
 #include "document/formats/recording.h"
+#include "document/formats/void_ranges.h"
 
 #include <cstdint>
 #include <initializer_list>
@@ -50,12 +51,8 @@ std::span<T> elements_of(recorded_image& image) noexcept
     return {static_cast<T*>(image.stream.array_data()), image.stream.array_length()};
 }
 
-/// Samples that were not measured.
-struct void_range {
-    std::uint64_t first = 0, count = 0;
-};
-
-/// Fills samples that are no measurement and counts them in "\Void points" and a note: `voids`, NaN, and absurd ones,
+/// Fills samples that are no measurement and counts them in "\Void points" and a note; of curves "\Void samples" tells
+/// them, too: `voids`, NaN, and absurd ones,
 /// which "\Absurd points" counts, too. In curves they lie between their neighbours, in surfaces they get the lowest
 /// measured value (void_points.h). Absurd are magnitudes from 1e30 up, and samples that are further from the middle
 /// 99.8 % of all than 10^6 times the span of these.

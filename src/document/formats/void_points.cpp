@@ -42,6 +42,16 @@ public:
         return static_cast<std::size_t>(std::count(begin, begin + static_cast<std::ptrdiff_t>(many), true));
     }
     const std::vector<bool>& all() const noexcept { return flags; }
+    std::vector<void_range> ranges() const
+    {
+        std::vector<void_range> out;
+        for (auto at = std::ranges::find(flags, true); at != flags.end();) {
+            const auto end = std::find(at, flags.end(), false);
+            out.push_back({static_cast<std::uint64_t>(at - flags.begin()), static_cast<std::uint64_t>(end - at)});
+            at = std::find(end, flags.end(), true);
+        }
+        return out;
+    }
 
 private:
     std::size_t length, counted = 0;
@@ -131,6 +141,11 @@ bool bridge(std::span<T> curve, Predicate isVoid)
     return true;
 }
 
+bool holds_curves(const SPMDataStream& stream) noexcept
+{
+    return stream.get_dimensions_number() == 1 || stream.get_dimensions_number() == 3;
+}
+
 template <class T>
 std::span<T> elements_of(SPMDataStream& stream) noexcept
 {
@@ -144,8 +159,7 @@ bool fill_voids(SPMDataStream& stream, const void_mask& voids)
     if (voids.count() == 0) return false;
     const std::span<T> samples = elements_of<T>(stream);
     const T lowest = lowest_number<T>(stream, samples, [&](std::size_t i) { return voids[i]; });
-    const unsigned dimensions = stream.get_dimensions_number();
-    const bool areCurves = dimensions == 1 || dimensions == 3;
+    const bool areCurves = holds_curves(stream);
     const std::size_t points = areCurves ? stream.get_dimension(0).length : samples.size();
     bool anyBridged = false;
     for (std::size_t first = 0; points != 0 && first + points <= samples.size(); first += points) {
@@ -177,6 +191,7 @@ void fill_voids_of_type(SPMDataStream& stream, const void_mask& voids, void_coun
         count.areBridged |= fill_voids<typename decltype(samples)::element_type>(stream, voids);
     });
     count.all = voids.count();
+    if (holds_curves(stream)) count.ranges = voids.ranges();
 }
 
 } // namespace
@@ -220,12 +235,14 @@ void_count fill_marked(SPMDataStream& stream, std::span<const std::int16_t> mark
     return count;
 }
 
-void convert_measured(SPMDataStream& stream)
+std::vector<void_range> convert_measured(SPMDataStream& stream, const char* told)
 {
+    std::vector<void_range> ranges = void_ranges(stream, told);
     if (stream.array_type() == SPM_ARRAY_INT16 || element_size(stream.array_type()) != stream.array_element_size())
-        return;
-    const filled_samples filled = fill_unmeasured(stream);
+        return ranges;
+    const filled_samples filled = fill_unmeasured(stream, ranges);
     base::fit_stream(stream, SPM_ARRAY_INT16, filled.range);
+    return filled.voids.ranges;
 }
 
 std::size_t count_implausible(const SPMDataStream& stream)

@@ -85,6 +85,19 @@ TEST(ForceOrder, CurvesThatWereNotMeasuredNeitherTurnNorCount)
     EXPECT_EQ(image.strings.at(orderKey), "Approach: free end first");
 }
 
+TEST(ForceOrder, WhatWasNotMeasuredTurnsWithItsCurve)
+{
+    const struct {
+        std::vector<contact_end> ends;
+        const char* voids; ///< the first of either curve before
+    } cases[] = {{{first, first}, "of 6: 0-0 3-3"}, {{last, first}, "of 6: 2-2 3-3"}, {{first, last}, "of 6: 0-0 4-4"}};
+    for (const auto& each : cases) {
+        recorded_image image = curves({{"Approach", {NAN, 5, 6}}, {"Retract", {NAN, 8}}});
+        order_from_contact(image, each.ends);
+        EXPECT_EQ(image.strings.at("\\Void samples"), each.voids);
+    }
+}
+
 TEST(ForceOrder, AContactIsFoundFromNamesAndPositions)
 {
     EXPECT_EQ(contact_in_time(way_of_part("Approach")), last);
@@ -227,6 +240,16 @@ recording with_forces(recorded_image image)
     recording content;
     content.items.emplace_back(std::move(image));
     return content;
+}
+
+TEST(ForceOrder, WhatWasNotMeasuredTellsNothing)
+{
+    std::vector<double> falling; // contact first; a fifth of it is missing, which a line would make look at rest
+    for (int i = 0; i < 100; ++i) falling.push_back(i < 20 ? NAN : std::max(60.0 - i, 0.0) + 0.01 * (i % 3));
+    recording content;
+    content.items.emplace_back(curves({{"", falling}}, VLAxis(0, 1, "nm")));
+    order_by_forces(content);
+    EXPECT_EQ(std::get<recorded_image>(content.items[0]).strings[orderKey], "contact first, as the forces tell");
 }
 
 TEST(ForceOrder, WhatNoFileTellsIsTakenFromTheForces)

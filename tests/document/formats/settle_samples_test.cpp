@@ -96,6 +96,7 @@ TEST(SettledSamples, GapsOfCurvesLieBetweenTheirNeighbours)
     recorded_image curve = row_of(SPM_ARRAY_FLOAT64, numbers, 1.0, 1);
     settle_samples(curve);
     EXPECT_EQ(text_of(curve, "\\Void points"), "5 (on lines between their neighbours)");
+    EXPECT_EQ(text_of(curve, "\\Void samples"), "of 8: 0-0 2-3 5-5 7-7");
     for (std::size_t i = 0; i < filled.size(); ++i) EXPECT_EQ(physical(curve.stream)[i], filled[i] + 1.0) << i;
 
     // Two curves of a volume, the second without a sample: it has no neighbours and gets the lowest value.
@@ -104,7 +105,7 @@ TEST(SettledSamples, GapsOfCurvesLieBetweenTheirNeighbours)
     std::ranges::copy(std::vector<float>{8, NAN, 4, NAN, NAN, NAN}, elements_of<float>(volume).begin());
     SPMDataStream native = volume.stream;
     EXPECT_EQ(count_implausible(native), 4u);
-    convert_measured(native); // what a container holds as it is
+    EXPECT_EQ(convert_measured(native), (std::vector<void_range>{{1, 1}, {3, 3}})); // a container holds them so
     settle_samples(volume);
     for (const SPMDataStream* each : {&native, &volume.stream})
         EXPECT_EQ(physical(*each), (std::vector<double>{8, 6, 4, 4, 4, 4}));
