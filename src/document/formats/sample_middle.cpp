@@ -10,7 +10,8 @@ namespace formats {
 namespace {
 
 constexpr double muchFurther = 5000.0;
-constexpr std::size_t leastSamples = 16, outsideShare = 1000;
+constexpr std::size_t leastSamples = 8, outsideShare = 1000;
+constexpr std::size_t leastOfHalf = 4;
 
 /// How many of `count` samples lie below the middle, and as many above.
 std::size_t outside(std::size_t count) noexcept { return std::max<std::size_t>(count / outsideShare, 1); }
@@ -55,7 +56,7 @@ public:
     {
         constexpr std::size_t few = 1000;
         std::vector<T> some = every(std::max<std::size_t>(samples.size() / few, 1));
-        if (some.size() < leastSamples) return std::nullopt;
+        if (some.size() < leastOfHalf) return std::nullopt;
         std::ranges::sort(some);
         return std::pair(some[some.size() / share], some[some.size() - 1 - some.size() / share]);
     }

@@ -189,13 +189,18 @@ TEST(SettledSamples, FewSamplesOrASpanOf0HaveNoMiddleToJudgeBy)
     recorded_image few = row_of<double>(SPM_ARRAY_FLOAT64, {0.1, 0.2, 0.3, 1e9});
     settle_samples(few);
     EXPECT_EQ(text_of(few, "\\Absurd points"), "");
+    ASSERT_EQ(few.notes.size(), 1u);
+    EXPECT_THAT(few.notes[0], HasSubstr("while half of them span 0.2 nm")); // 0.1 of two steps
 
-    std::vector<double> curve(16);
-    for (std::size_t i = 0; i < curve.size(); ++i) curve[i] = 0.1 * static_cast<double>(i);
-    curve[3] = 1e9; // one of sixteen
-    recorded_image short_curve = row_of(SPM_ARRAY_FLOAT64, curve);
-    settle_samples(short_curve);
-    EXPECT_EQ(text_of(short_curve, "\\Absurd points"), "1");
+    for (const std::size_t count : {7u, 8u, 12u, 16u}) { // all but the lowest and the highest are the middle
+        std::vector<double> curve(count);
+        for (std::size_t i = 0; i < count; ++i) curve[i] = 0.1 * static_cast<double>(i);
+        curve[3] = 1e25;
+        recorded_image short_curve = row_of(SPM_ARRAY_FLOAT64, curve);
+        settle_samples(short_curve);
+        EXPECT_EQ(text_of(short_curve, "\\Absurd points"), count < 8 ? "" : "1");
+        EXPECT_EQ(short_curve.notes.size(), 1u) << "samples left out, or coarse steps";
+    }
 }
 
 TEST(SettledSamples, WideWholeNumbersAreJudgedLikeFloatingOnes)
