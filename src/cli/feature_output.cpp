@@ -1,6 +1,7 @@
 #include "cli/feature_output.h"
 
 #include "base/axis_units.h"
+#include "base/decimals.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "cli/csv_text.h"
@@ -21,18 +22,36 @@ using json = nlohmann::ordered_json;
 /// A row of cells for each feature, names above.
 using table = std::vector<std::vector<std::string>>;
 
-/// The axes with the units in which the longest outline and the greatest height read well.
+/// The longest outline, and how far the highest feature rises, wherever the axis starts.
+struct feature_extent {
+    double outline = 0.0, rise = 0.0;
+};
+feature_extent extent_of(const frame_features& made)
+{
+    feature_extent out;
+    for (const Feature& each : made.list.features) {
+        out.outline = std::max(out.outline, each.metrics[spectra::outlineMetric]);
+        out.rise = std::max(out.rise, std::fabs(each.metrics[spectra::heightMetric] - made.axes.z.start));
+    }
+    return out;
+}
+
+/// The axes with the units in which these read well.
 spectra::feature_axes readable_axes(const frame_features& made)
 {
-    double outline = 0.0, height = 0.0;
-    for (const Feature& each : made.list.features) {
-        outline = std::max(outline, each.metrics[spectra::outlineMetric]);
-        height = std::max(height, std::fabs(each.metrics[spectra::heightMetric]));
-    }
+    const feature_extent extent = extent_of(made);
     spectra::feature_axes shown = made.axes;
-    shown.x.set_units(readable_units(made.axes.x.get_units(), outline));
-    shown.z.set_units(readable_units(made.axes.z.get_units(), height));
+    shown.x.set_units(readable_units(made.axes.x.get_units(), extent.outline));
+    shown.z.set_units(readable_units(made.axes.z.get_units(), extent.rise));
     return shown;
+}
+
+/// As many digits as tell a thousandth of the highest rise.
+int digits_of_heights(const frame_features& made)
+{
+    constexpr double told = 1e-3;
+    const double rise = extent_of(made).rise;
+    return base::telling_digits(std::fabs(made.axes.z.start) + rise, told * rise);
 }
 
 /// A metric in other units; those of a volume are an area and a height, "nm^2xnm".
@@ -47,7 +66,9 @@ double converted(double value, const std::string& from, const std::string& to)
     return convert_size(from.c_str() + fromMark + height, to.c_str() + toMark + height, value);
 }
 
-table make_table(const frame_features& made, const spectra::feature_axes& shown, std::string (*number)(double))
+/// \param number  the text of a metric's value
+template <class Number>
+table make_table(const frame_features& made, const spectra::feature_axes& shown, const Number& number)
 {
     table rows{{"left", "top", "right", "bottom", "pixels", "first x", "first y"}};
     for (const spectra::feature_metric& metric : spectra::feature_metrics()) {
@@ -64,7 +85,7 @@ table make_table(const frame_features& made, const spectra::feature_axes& shown,
         row.push_back(std::to_string(first.y));
         for (std::size_t i = 0; i < each.metrics.size(); ++i) {
             const spectra::feature_metric& metric = spectra::feature_metrics()[i];
-            row.push_back(number(converted(each.metrics[i], metric.units(made.axes), metric.units(shown))));
+            row.push_back(number(i, converted(each.metrics[i], metric.units(made.axes), metric.units(shown))));
         }
     }
     return rows;
@@ -101,7 +122,13 @@ json features_json(const frame_features& made)
 
 std::string features_text(const frame_features& made)
 {
-    const table rows = make_table(made, readable_axes(made), [](double value) { return base::general(value); });
+    const int digits = digits_of_heights(made);
+    const auto isHeight = [](std::size_t metric) {
+        return metric == spectra::heightMetric || metric == spectra::meanHeightMetric;
+    };
+    const table rows = make_table(made, readable_axes(made), [&](std::size_t metric, double value) {
+        return isHeight(metric) ? base::general(value, digits) : base::general(value);
+    });
     std::string text =
         base::formatted("    threshold %d, zero level %d, %zu features, %zu single samples dropped\n",
                         made.levels.threshold, made.levels.zeroLevel, made.list.features.size(), made.list.dropped);
@@ -121,7 +148,8 @@ std::string features_text(const frame_features& made)
 std::string features_csv(const frame_features& made)
 {
     std::string text;
-    for (const auto& row : make_table(made, made.axes, base::shortest)) text += csv_line(row);
+    for (const auto& row : make_table(made, made.axes, [](std::size_t, double value) { return base::shortest(value); }))
+        text += csv_line(row);
     return text;
 }
 

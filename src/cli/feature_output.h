@@ -19,7 +19,8 @@ struct frame_features {
 
 /// "threshold", "zero_level", "metrics", "features" and "dropped".
 nlohmann::ordered_json features_json(const frame_features& made);
-/// A table with a feature a line, in columns: lengths in one unit, and heights, in which the largest reads well.
+/// A table with a feature a line, in columns: lengths in one unit in which the longest reads well, and heights in one
+/// in which the highest rise reads well, with as many digits as tell them apart.
 std::string features_text(const frame_features& made);
 /// The same for a spreadsheet: comma-separated values, names in the first line.
 std::string features_csv(const frame_features& made);

@@ -39,8 +39,8 @@ struct feature_metric {
 };
 /// All of them, in the order of `Feature::metrics`.
 std::span<const feature_metric, featureMetrics> feature_metrics() noexcept;
-/// "P_proj" and "H" among them.
-constexpr std::size_t outlineMetric = 1, heightMetric = 7;
+/// "P_proj", "H" and "H_av" among them.
+constexpr std::size_t outlineMetric = 1, heightMetric = 7, meanHeightMetric = 8;
 
 /// The length of a line whose points are neighbours or the same; 0 for fewer than two.
 double tracing_length(std::span<const CPoint> points, double stepX, double stepY) noexcept;

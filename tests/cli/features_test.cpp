@@ -78,6 +78,16 @@ TEST_F(FeatureProgramTest, TablesForPeopleStandInUnitsThatReadWell)
     EXPECT_EQ(images({"features", "m.spm"})[0]["metrics"][3]["units"], "m^2xm");
 }
 
+TEST_F(FeatureProgramTest, HeightsFarFromZeroAreToldApart)
+{
+    SPMDataStream far = bar_and_pair();
+    far.values.set_axis(0, VLAxis(12000, 1e-6, "nm")); // 12 µm and up to 100 fm
+    write("far.spm", {far});
+    const std::string text = vldv({"features", "far.spm", "--level", "0.25"}).out;
+    EXPECT_NE(text.find("H, fm"), std::string::npos) << text;
+    EXPECT_NE(text.find(" 12000000100 "), std::string::npos) << text;
+}
+
 TEST_F(FeatureProgramTest, TablesAndMasksGoWhereTheyAreWanted)
 {
     write("bar.spm", {bar_and_pair()});
