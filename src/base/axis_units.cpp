@@ -3,10 +3,16 @@
 #include "base/text.h"
 #include "base/units.h"
 
-const char* readable_units(const char* units, double value)
+const char* readable_units(const char* units, double value, int digits)
 {
-    double rounded = base::leading_number(base::general(value)).value_or(value);
+    double rounded = base::leading_number(base::general(value, digits)).value_or(value);
     return default_units_z(units, &rounded);
+}
+
+readable_number read_well(const char* units, double value, int digits)
+{
+    const char* const chosen = readable_units(units, value, digits);
+    return {convert_size(units, chosen, value), chosen};
 }
 
 VLAxis readable_axis(const VLAxis& axis, double lowest, double highest)

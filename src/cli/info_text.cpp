@@ -1,5 +1,6 @@
 #include "cli/info_text.h"
 
+#include "base/axis_units.h"
 #include "base/decimals.h"
 #include "base/text.h"
 #include "base/units.h"
@@ -132,9 +133,9 @@ std::string extent_text(const SPMDataStream& stream)
     for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) {
         const VLAxis axis = stream.get_dimension(i).get_axes_number() ? stream.get_dimension(i).get_axis(0) : VLAxis();
         isCounted = isCounted && axis.scale == 1.0 && !*axis.get_units();
-        double size = std::fabs(axis.scale) * stream.get_dimension(i).length;
-        const std::string units = default_units(axis.get_units(), &size);
-        sides.push_back({base::general(size, tableDigits), units});
+        const readable_number size =
+            read_well(axis.get_units(), std::fabs(axis.scale) * stream.get_dimension(i).length, tableDigits);
+        sides.push_back({base::general(size.value, tableDigits), size.units});
     }
     if (isCounted) return {};
     const bool shareUnits = std::ranges::all_of(sides, [&](const side& each) { return each.units == sides[0].units; });
@@ -161,8 +162,8 @@ std::string values_text(const CStorageDoc& document, unsigned image)
     if (!any) return {};
     const VLAxis& axis = document.getAxis(image, 0, unsigned(-1));
     const auto [low, high] = std::minmax({axis.at(range.minimum), axis.at(range.maximum)});
-    double larger = std::max(std::fabs(low), std::fabs(high));
-    const std::string units = default_units_z(axis.get_units(), &larger);
+    const double larger = std::max(std::fabs(low), std::fabs(high));
+    const std::string units = readable_units(axis.get_units(), larger, tableDigits);
     const auto shown = [&](double value) { return convert_size(axis.get_units(), units.c_str(), value); };
     const std::size_t voids = document::unmeasured_points(document, image);
     if (voids != 0 && voids >= document.getImage(image).array_length()) return "none measured";

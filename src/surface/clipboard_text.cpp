@@ -1,5 +1,5 @@
+#include "base/axis_units.h"
 #include "base/text.h"
-#include "base/units.h"
 #include "resources/strings.h"
 #include "surface/legend.h"
 #include "surface/measurement_text.h"
@@ -37,9 +37,8 @@ private:
 
 void add_side(cell_table& cells, unsigned name, const VLAxis& axis, int samples)
 {
-    double length = samples * axis.scale;
-    const std::string units = default_units(axis.get_units(), &length);
-    cells.add(std::string(string_resource(name)) + ", " + units, length);
+    const readable_number length = read_well(axis.get_units(), samples * axis.scale);
+    cells.add(std::string(string_resource(name)) + ", " + length.units, length.value);
 }
 
 /// The characters of a measurement that are, or are not, among `characters`.

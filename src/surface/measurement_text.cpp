@@ -1,5 +1,6 @@
 #include "surface/measurement_text.h"
 
+#include "base/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/Clipboard.h"
@@ -21,21 +22,7 @@ enum text_id : unsigned {
     lineText = 1007
 };
 
-/// A number in the unit in which it reads well.
-struct readable {
-    double value;
-    const char* units;
-};
-readable readable_length(const VLAxis& axis, double value)
-{
-    const char* const units = default_units(axis.get_units(), &value);
-    return {value, units};
-}
-readable readable_height(const VLAxis& axis, double value)
-{
-    const char* const units = default_units_z(axis.get_units(), &value);
-    return {value, units};
-}
+readable_number readable_on(const VLAxis& axis, double value) { return read_well(axis.get_units(), value); }
 
 CPoint inside(const measured_surface& surface, CPoint point)
 {
@@ -53,24 +40,24 @@ double position(const VLAxis& axis, int index, bool isAbsolute)
     return index * axis.scale + (isAbsolute ? axis.start : 0.0);
 }
 
-std::string position_text(const measured_surface& surface, CPoint at, const readable& z)
+std::string position_text(const measured_surface& surface, CPoint at, const readable_number& z)
 {
-    const readable x = readable_length(surface.x, position(surface.x, at.x, surface.isAbsoluteX));
-    const readable y = readable_length(surface.y, position(surface.y, at.y, surface.isAbsoluteY));
+    const readable_number x = readable_on(surface.x, position(surface.x, at.x, surface.isAbsoluteX));
+    const readable_number y = readable_on(surface.y, position(surface.y, at.y, surface.isAbsoluteY));
     return base::formatted(string_resource(positionText), x.value, x.units, y.value, y.units, z.value, z.units);
 }
 
-std::string size_text(const measured_surface& surface, const selection_rect& drag, const readable& z)
+std::string size_text(const measured_surface& surface, const selection_rect& drag, const readable_number& z)
 {
-    const readable w = readable_length(surface.x, drag.dx() * surface.x.scale);
-    const readable h = readable_length(surface.y, drag.dy() * surface.y.scale);
+    const readable_number w = readable_on(surface.x, drag.dx() * surface.x.scale);
+    const readable_number h = readable_on(surface.y, drag.dy() * surface.y.scale);
     return base::formatted(string_resource(sizeText), w.value, w.units, h.value, h.units, z.value, z.units);
 }
 
-std::string distance_text(const measured_surface& surface, const selection_rect& drag, const readable& z)
+std::string distance_text(const measured_surface& surface, const selection_rect& drag, const readable_number& z)
 {
-    const readable r = readable_length(surface.x, drag_length(surface, drag));
-    const readable dz = readable_height(surface.z, drag_height(surface, drag));
+    const readable_number r = readable_on(surface.x, drag_length(surface, drag));
+    const readable_number dz = readable_on(surface.z, drag_height(surface, drag));
     return base::formatted(string_resource(distanceText), r.value, r.units, dz.value, dz.units, z.value, z.units);
 }
 
@@ -97,7 +84,7 @@ std::wstring status_text(const measured_surface& surface, const selection_state&
 {
     if (surface.isEmpty()) return {};
     const CPoint at = inside(surface, source);
-    const readable z = readable_height(surface.z, raw_at(surface, at) * surface.z.scale + surface.z.start);
+    const readable_number z = readable_on(surface.z, raw_at(surface, at) * surface.z.scale + surface.z.start);
     if (!drawn.selectionActive || drawn.mode == cursor_mode::isoline) return base::widen(position_text(surface, at, z));
     switch (drawn.mode) {
     case cursor_mode::rectangle:

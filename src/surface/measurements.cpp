@@ -1,5 +1,6 @@
 #include "surface/measurements.h"
 
+#include "base/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/drawing.h"
@@ -16,11 +17,10 @@ enum text_id : unsigned { angleText = 1005, lengthText = 1006, totalText = 1012,
 
 measure_text way_text(text_id id, std::span<const CPoint> points, const sample_steps& steps)
 {
-    double length = path_length(points, steps);
-    const char* const units = default_units(steps.units.c_str(), &length);
+    const readable_number length = read_well(steps.units.c_str(), path_length(points, steps));
     const text_place place = text_output_point(points);
     return {.isVisible = true,
-            .text = base::widen(base::formatted(string_resource(id), length, units)),
+            .text = base::widen(base::formatted(string_resource(id), length.value, length.units)),
             .position = place.at,
             .alignment = place.alignment,
             .thing = id == lengthText ? measured_thing::way : measured_thing::lengthyObject,

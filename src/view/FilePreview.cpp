@@ -1,7 +1,7 @@
 #include "view/FilePreview.h"
 
+#include "base/axis_units.h"
 #include "base/text.h"
-#include "base/units.h"
 #include "document/StorageDoc.h"
 #include "document/rising_heights.h"
 #include "platform/Exceptions.h"
@@ -29,9 +29,8 @@ protected:
 
 std::string length_text(const VLAxis& axis, unsigned length)
 {
-    double physical = std::fabs(axis.scale) * length;
-    const char* const units = default_units(axis.get_units(), &physical);
-    return base::general(std::round(physical * 1000.0) / 1000.0) + " " + units;
+    const readable_number physical = read_well(axis.get_units(), std::fabs(axis.scale) * length);
+    return base::general(std::round(physical.value * 1000.0) / 1000.0) + " " + physical.units;
 }
 
 /// "Height: 512 x 256, 3.2 um x 1.6 um, 2 sub-images"

@@ -38,6 +38,7 @@ TEST(Decimals, OfTheRoundedNumberChooseTheUnit)
 {
     EXPECT_STREQ(readable_units("nm", 999.9999), "µm") << "six digits make it 1000 nm";
     EXPECT_STREQ(readable_units("nm", -999.999), "nm");
+    EXPECT_STREQ(readable_units("nm", -999.97, 4), "µm") << "of four digits";
     EXPECT_STREQ(readable_units("m", 9.999999e-7), "µm");
     EXPECT_STREQ(readable_units("nm", 0.0), "nm");
     EXPECT_STREQ(readable_units("px", 1e9), "px");

@@ -44,6 +44,18 @@ std::vector<std::string> keys(const ordered_json& object)
     return out;
 }
 
+TEST_F(ProgramTest, InfoTakesTheUnitOfNumbersAsItWritesThem)
+{
+    SPMDataStream wide = heights("Wide", {4, 5});
+    for (unsigned side : {0u, 1u})
+        wide.get_dimension(side).set_axis(0, VLAxis(0, 999.97 / wide.get_dimension(side).length, "nm"));
+    wide.values.set_axis(0, VLAxis(0, 999.97 / 19, "mV")); // samples from 0 to 19
+    write("wide.spm", {wide});
+    const std::string text = vldv({"info", "wide.spm"}).out;
+    EXPECT_NE(text.find("1 x 1 µm"), std::string::npos) << text;
+    EXPECT_NE(text.find("0 to 1 V"), std::string::npos) << text;
+}
+
 TEST_F(ProgramTest, InfoTellsAllThatADocumentHolds)
 {
     writeDocument("known.spm", fill_document);

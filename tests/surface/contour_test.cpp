@@ -190,6 +190,8 @@ TEST(Measurements, LengthsReadWell)
     EXPECT_NEAR(surface::path_length(points{{0, 0}, {3, 0}, {3, 4}}, steps), 0.06 + 0.12, 1e-12);
     EXPECT_EQ(surface::path_length(points{{3, 4}}, steps), 0.0);
     EXPECT_EQ(surface::length_text(points{{0, 0}, {3, 0}, {3, 4}}, steps).text, L"L=180 nm");
+    EXPECT_EQ(surface::length_text(points{{0, 0}, {3, 0}}, {333.3333333, 1.0, "nm"}).text, L"L=1 \u00B5m")
+        << "999.9999999";
     EXPECT_FALSE(surface::total_text(0, {10, 10}).isVisible);
 }
 

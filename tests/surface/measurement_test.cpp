@@ -45,6 +45,9 @@ TEST_F(MeasurementTest, StatusTellsWhereTheCursorIs)
     map.isAbsoluteX = true;
     EXPECT_EQ(status_text(map, drawn, {1, 0}).substr(0, 6), L"X=1.1 ");
     EXPECT_EQ(status_text({}, drawn, {0, 0}), L"");
+    map.isAbsoluteX = false;
+    map.x.scale = 333.3333333;
+    EXPECT_EQ(status_text(map, drawn, {3, 0}).substr(0, 6), L"X=1 \u00B5m") << "999.9999999 nm";
 }
 
 TEST_F(MeasurementTest, StatusTellsWhatADragMeasures)
