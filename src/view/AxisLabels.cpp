@@ -40,6 +40,14 @@ bool takes_one_number(const char* format) noexcept
     return conversions == 1;
 }
 
+/// Digits with which numbers of this size stand without an exponent; 0 where one makes them shorter.
+int plain_digits(double largest, double step) noexcept
+{
+    constexpr int exponent = 4; // "e+07"
+    const int place = base::decimal_exponent(largest), told = place - base::decimal_exponent(step) + 1;
+    return step != 0.0 && place < 15 && place + 1 < told + (told > 1 ? 1 : 0) + exponent ? place + 1 : 0;
+}
+
 } // namespace
 
 std::string axis_label(double value, double step)
@@ -65,7 +73,8 @@ std::string label_format(double start, double end, int ticNumber)
     find_ticks(start, end, 1, ticNumber, found);
     // An axis of one value has ticks all the same; they stand for that value.
     const double step = found.end == end ? found.step : 0.0;
-    return base::formatted("%%.%dlg", base::telling_digits(std::max(std::fabs(start), std::fabs(end)), step));
+    const double largest = std::max(std::fabs(start), std::fabs(end));
+    return base::formatted("%%.%dlg", std::max(base::telling_digits(largest, step), plain_digits(largest, step)));
 }
 
 } // namespace view

@@ -177,6 +177,7 @@ TEST(AxisLabels, TellNeighboursApartWhereTheAxisIsFarFromZero)
         // start, end, the first tick of four or more and the one after it
         {0.0, 1000.0, "0", "200"},                          // %lg does
         {12000000.0, 12000300.0, "12000030", "12000100"},   // steps of 70
+        {12000000.0, 12000900.0, "12000000", "12000200"},   // shorter than 1.20002e+07
         {-1200.00055, -1200.0, "-1200.0005", "-1200.0004"}, // steps of 0.0001
         {12.0, 12.0, "12", "12"},                           // one value
     };
