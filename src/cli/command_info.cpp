@@ -3,7 +3,9 @@
 #include "cli/commands.h"
 #include "cli/file_reports.h"
 #include "cli/info_text.h"
+#include "cli/reader_notes.h"
 #include "cli/session.h"
+#include "document/document_table.h"
 #include "document/formats/format_notes.h"
 #include "document/measured_samples.h"
 
@@ -87,9 +89,9 @@ json document_json(const CStorageDoc& document, const std::wstring& path)
                 {"type", formats::note_of(document.fileType).title},
                 {"size", document.getFileSize()},
                 {"title", base::narrow(document.GetTitle())},
-                {"strings", strings_json(document.strings(unsigned(-1)))},
+                {"strings", strings_json(document.strings(document::documentTable))},
                 {"images", images}};
-    if (!document.getReadWarnings().empty()) out["warnings"] = document.getReadWarnings();
+    if (std::vector<std::string> notes = notes_of(document); !notes.empty()) out["warnings"] = std::move(notes);
     return out;
 }
 
@@ -101,6 +103,7 @@ struct info_options {
 int run(const info_options& options)
 {
     session call;
+    call.letTellNotes(false); // they are part of what is printed
     call.setFiles(options.files);
     return report_files(call, options.asJson, [&](CStorageDoc& document, const std::wstring& path) -> json {
         if (options.asJson) return document_json(document, path);

@@ -5,7 +5,9 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "cli/aligned.h"
+#include "cli/reader_notes.h"
 #include "cli/terminal.h"
+#include "document/document_table.h"
 #include "document/formats/format_notes.h"
 #include "document/measured_samples.h"
 #include "document/point_counts.h"
@@ -23,7 +25,7 @@ void print_head(const CStorageDoc& document, const std::wstring& path)
     std::cout << visible_text(base::narrow(path)) << "\n  " << formats::note_of(document.fileType).title << ", "
               << document.getFileSize() << " bytes, " << document.getImagesNumber() << " image"
               << (document.getImagesNumber() == 1 ? "" : "s") << '\n';
-    for (const std::string& warning : document.getReadWarnings()) std::cout << "  note: " << warning << '\n';
+    for (const std::string& note : notes_of(document)) std::cout << "  note: " << note << '\n';
 }
 
 void print_strings(const CStorageDoc::string_table& strings, const char* indent)
@@ -198,7 +200,7 @@ std::string remarks(const CStorageDoc& document, unsigned image)
 void print_info_details(const CStorageDoc& document, const std::wstring& path, bool withStrings)
 {
     print_head(document, path);
-    if (withStrings) print_strings(document.strings(unsigned(-1)), "  | ");
+    if (withStrings) print_strings(document.strings(document::documentTable), "  | ");
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) print_image(document, i, withStrings);
 }
 

@@ -5,6 +5,7 @@
 #include "cli/failure_text.h"
 #include "cli/folder_keeper.h"
 #include "cli/progress.h"
+#include "cli/reader_notes.h"
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
 #include "document/recording_folder.h"
@@ -198,6 +199,13 @@ try {
     failure = failure_text(thrown);
 }
 
+void session::tellNotes(const CStorageDoc& document, const std::wstring& path) const
+{
+    if (!tellsNotes) return;
+    for (const std::string& note : notes_of(document))
+        std::cerr << visible_text(base::narrow(path)) << ", note: " << visible_text(note) << '\n';
+}
+
 void session::tellPassedOver()
 {
     if (passedOver == 0) return;
@@ -224,6 +232,7 @@ void session::forEachDocument(const std::function<void(CStorageDoc&, const std::
             i,
             [&](CStorageDoc& document, const std::wstring& path) {
                 progress.clear();
+                tellNotes(document, path);
                 use(document, path);
             },
             failure);

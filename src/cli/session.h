@@ -51,6 +51,8 @@ public:
     std::unique_ptr<CStorageDoc> open(const std::wstring& path, std::string& failure);
     /// Whether `save` may replace containers that hold something else; from the start it may not.
     void letReplace(bool on) noexcept { replaces = on; }
+    /// Whether what readers left out or had to change is told on standard error before a file is used; at first it is.
+    void letTellNotes(bool on) noexcept { tellsNotes = on; }
     /// Saves without asking, under a name that nothing else of the call has. What lies there already stays when it
     /// holds the same, too. \return empty, or why it failed and where
     std::string save(CStorageDoc& document, const std::wstring& path);
@@ -86,6 +88,7 @@ private:
     bool isEarlierResult(const std::filesystem::path& identity) const;
     void setAside(const std::filesystem::path& identity);
     void tellPassedOver();
+    void tellNotes(const CStorageDoc& document, const std::wstring& path) const;
 
     CCliHost host;
     CWinApp app;
@@ -98,7 +101,7 @@ private:
     std::set<std::filesystem::path> namedIdentities, outputIdentities, earlierResults;
     std::map<std::filesystem::path, std::size_t> foundAt; ///< identities of inputs out of folders
     std::optional<std::size_t> current;                   ///< input
-    bool failed = false, replaces = false;
+    bool failed = false, replaces = false, tellsNotes = true;
 };
 
 } // namespace cli

@@ -125,6 +125,11 @@ TEST_F(ProgramTest, InfoTellsWhatAReaderLeftOut)
     const std::string warning = "The last line, 3, was left out: it has 1 value of 4";
     EXPECT_NE(vldv({"info", "short.txt"}).out.find("\n  note: " + warning + "\n"), std::string::npos);
     EXPECT_EQ(info({"short.txt"})["files"][0]["warnings"], json{warning});
+    const program_result converted = vldv({"convert", "short.txt", "--to", "short.spm"});
+    EXPECT_EQ(converted.status, 0);
+    EXPECT_NE(converted.err.find("short.txt, note: " + warning + "\n"), std::string::npos) << converted.err;
+    EXPECT_EQ(info({"short.spm"})["files"][0]["warnings"], json{warning}) << "what was lost stays lost";
+    EXPECT_NE(vldv({"stats", "short.spm"}).err.find("short.spm, note: " + warning), std::string::npos);
     write_file(folder / "whole.txt", smallMatrix);
     EXPECT_FALSE(info({"whole.txt"})["files"][0].contains("warnings"));
 }
