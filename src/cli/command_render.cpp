@@ -233,11 +233,11 @@ void add_render(CLI::App& app, int& status)
     command->add_option("--roi", options->roi, "Samples that give the range: LEFT,TOP,RIGHT,BOTTOM")
         ->check(must_parse(parse_rectangle, "expected LEFT,TOP,RIGHT,BOTTOM"));
     command->add_option("--fixed", options->fixed, "Window of mode fixed: START,SIZE,UNITS")
-        ->check(must_parse(parse_fixed_window, "expected START,SIZE,UNITS"));
+        ->check(must_parse(parse_fixed_window, "expected START,SIZE,UNITS with a SIZE above 0"));
     command
         ->add_option("--size", options->size,
                      "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample; with a legend, that of a window)")
-        ->check(must_parse(parse_picture_size, "expected WIDTHxHEIGHT"));
+        ->check(must_parse(parse_picture_size, "expected WIDTHxHEIGHT, each from 1 to 32768"));
     take_words(*command->add_option("--legend", options->legend,
                                     "Draw it as a window does: full (axes and margins) or compact (on the picture)"),
                {"full", "compact"});

@@ -112,7 +112,8 @@ std::string to_text(const CStorageDoc& document, const std::vector<frame_steps>&
 {
     std::string text;
     for (const frame_steps& each : found) {
-        text += "  " + frame_title(document, each.which) + base::formatted(", %zu steps\n", each.steps.size());
+        text += "  " + frame_title(document, each.which) +
+                base::formatted(each.steps.size() == 1 ? ", %zu step\n" : ", %zu steps\n", each.steps.size());
         std::size_t number = 0;
         for (const surface::surface_step& step : each.steps) {
             double sum = 0.0;

@@ -98,6 +98,11 @@ std::size_t width_of(const std::string& text)
         std::count_if(text.begin(), text.end(), [](char each) { return (each & 0xC0) != 0x80; }));
 }
 
+std::string counted(std::size_t count, const char* thing)
+{
+    return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+}
+
 } // namespace
 
 json features_json(const frame_features& made)
@@ -130,8 +135,9 @@ std::string features_text(const frame_features& made)
         return isHeight(metric) ? base::general(value, digits) : base::general(value);
     });
     std::string text =
-        base::formatted("    threshold %d, zero level %d, %zu features, %zu single samples dropped\n",
-                        made.levels.threshold, made.levels.zeroLevel, made.list.features.size(), made.list.dropped);
+        base::formatted("    threshold %d, zero level %d, ", made.levels.threshold, made.levels.zeroLevel) +
+        counted(made.list.features.size(), "feature") + ", " + counted(made.list.dropped, "single sample") +
+        " dropped\n";
     if (made.list.features.empty()) return text;
     std::vector<std::size_t> widths(rows[0].size());
     for (const auto& row : rows)

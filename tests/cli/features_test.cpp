@@ -56,7 +56,7 @@ TEST_F(FeatureProgramTest, FeaturesAreToldWithTheirMetrics)
     EXPECT_EQ(part[0]["features"][0]["bounds"], json({5, 5, 8, 6}));
     EXPECT_EQ(part[0]["dropped"], 0);
     const std::string text = vldv({"features", "bar.spm", "--level", "0.25"}).out;
-    EXPECT_NE(text.find("threshold 25, zero level 0, 2 features, 1 single samples dropped"), std::string::npos) << text;
+    EXPECT_NE(text.find("threshold 25, zero level 0, 2 features, 1 single sample dropped"), std::string::npos) << text;
 }
 
 TEST_F(FeatureProgramTest, TablesForPeopleStandInUnitsThatReadWell)

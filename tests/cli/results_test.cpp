@@ -36,7 +36,7 @@ TEST_F(ResultsTest, WhatWasFoundIsToldThoughItsFileIsRefused)
         std::vector<std::string> call;
         const char *told, *kind, *output;
     } cases[] = {
-        {{"steps", "t.spm", "-o", "there.spm"}, "1 steps", "steps", "there.spm\" exists and holds something else"},
+        {{"steps", "t.spm", "-o", "there.spm"}, "1 step\n", "steps", "there.spm\" exists and holds something else"},
         {{"fourier", "t.spm", "--rect", "1,0,1,0", "--zero-inner", "-o", "e.spm", "--spectrum", "there.spm"},
          "e.spm\n",
          "max",

@@ -104,6 +104,8 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         {{"histogram", "m.txt", "--bars", "1"}, "--bars: expected a whole number from 2 to 16777216, not \"1\""},
         {{"render", "m.txt", "-o", "x.png", "--palette", "gren"}, "no palette \"gren\"; the nearest name is green"},
         {{"render", "m.txt", "-o", "x.png", "--palette", "m.txt"}, "\"m.txt\" is no palette file"},
+        {{"render", "m.txt", "-o", "x.png", "--size", "65536x1"}, "expected WIDTHxHEIGHT, each from 1 to 32768"},
+        {{"render", "m.txt", "-o", "x.png", "--fixed", "0,-1,nm"}, "expected START,SIZE,UNITS with a SIZE above 0"},
         {{"render", "m.txt", "-o", "x.png", "--mode", "bogus"},
          "--mode: expected fixed, auto, line or planefit, not \"bogus\""},
         {{"render", "m.txt", "-o", "x.png", "--legend", "1"}, "--legend: expected full or compact, not \"1\""},
