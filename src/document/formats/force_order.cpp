@@ -15,8 +15,6 @@ namespace formats {
 
 namespace {
 
-constexpr const char* orderKey = "\\Recorded order";
-
 std::size_t points_of(const recorded_image& image) noexcept
 {
     return image.stream.get_dimensions_number() ? image.stream.get_dimension(0).length : 0;
@@ -151,7 +149,7 @@ void order_from_contact(recorded_image& image, std::span<const contact_end> ends
     }
     if (anyTurned) turn_voids(image, turned, lengths);
     if (anyTurned) allTurned ? turn_axes(image.stream) : count_from_contact(image.stream);
-    if (const std::string text = orders.text(); !text.empty()) image.strings[orderKey] = text;
+    if (const std::string text = orders.text(); !text.empty()) image.strings[recordedOrderKey] = text;
 }
 
 bool is_deflection_name(std::string_view label)

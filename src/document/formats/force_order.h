@@ -11,6 +11,9 @@
 
 namespace formats {
 
+/// The text that tells how a file has the curves of an image.
+inline constexpr const char* recordedOrderKey = "\\Recorded order";
+
 /// `curve_lengths` as the image's texts tell them.
 std::vector<std::size_t> curve_lengths_of(const recorded_image& image);
 

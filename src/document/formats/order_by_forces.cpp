@@ -13,8 +13,6 @@ namespace formats {
 
 namespace {
 
-constexpr const char* orderKey = "\\Recorded order";
-
 std::string text_of(const char* text) { return text ? text : ""; }
 
 unsigned dimensions_of(const recorded_image& image) { return image.stream.get_dimensions_number(); }
@@ -23,7 +21,7 @@ unsigned dimensions_of(const recorded_image& image) { return image.stream.get_di
 bool is_unordered_force(const recorded_image& image)
 {
     return (dimensions_of(image) == 1 || dimensions_of(image) == 3) && image.stream.array_type() == SPM_ARRAY_INT16 &&
-           image.stream.values.get_axes_number() != 0 && !image.strings.contains(orderKey) &&
+           image.stream.values.get_axes_number() != 0 && !image.strings.contains(recordedOrderKey) &&
            holds_forces(image.stream);
 }
 
@@ -107,7 +105,7 @@ public:
         if (positions && !isLost) places.emplace(*positions);
         for (auto& item : content.items) {
             auto* const image = std::get_if<recorded_image>(&item);
-            if (!image || image->strings.contains(orderKey)) continue;
+            if (!image || image->strings.contains(recordedOrderKey)) continue;
             if (image != positions && !is_of_same_samples(first, *image)) continue;
             const bool isForce =
                 is_unordered_force(*image) && text_of(image->stream.get_parameter_stream()) == text_of(parameter);
@@ -247,7 +245,7 @@ private:
     static void turnOne(recorded_image& image, std::span<const contact_end> ends, const char* toldBy)
     {
         order_from_contact(image, ends);
-        if (const auto text = image.strings.find(orderKey);
+        if (const auto text = image.strings.find(recordedOrderKey);
             text != image.strings.end() && std::ranges::any_of(ends, is_known))
             text->second += toldBy;
     }

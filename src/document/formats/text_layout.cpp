@@ -11,8 +11,6 @@ namespace formats {
 
 namespace {
 
-bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
-
 constexpr std::size_t group = 3; ///< digits
 
 /// True when the comma or point at `i` could part thousands as well as be a decimal mark: "1,234", never "0,125",

@@ -14,8 +14,6 @@ namespace {
 
 constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
-bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
-
 bool is_missing_word(std::string_view field) noexcept
 {
     if (field == "-" || field == "--" || base::equal_ignoring_case(field, "bad")) return true;

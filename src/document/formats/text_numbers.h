@@ -34,6 +34,8 @@ struct number_layout {
     bool operator==(const number_layout&) const noexcept = default;
 };
 
+constexpr bool is_digit(char c) noexcept { return c >= '0' && c <= '9'; }
+
 /// One field as a number: decimal, exponent after e, E, d or D. NaN for the words that mark a missing point (NaN, Bad,
 /// "-", asterisks) and for numbers too large for a double. Nothing when it is neither.
 std::optional<double> number_of_field(std::string_view field, bool decimalComma) noexcept;

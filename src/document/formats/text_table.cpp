@@ -1,6 +1,7 @@
 #include "document/formats/text_table.h"
 
 #include "base/text.h"
+#include "document/formats/fixed_text.h"
 #include "document/formats/heights.h"
 #include "document/formats/left_out.h"
 #include "document/formats/number_table.h"
@@ -138,11 +139,6 @@ base::read_result<recording> read_arrays(const text_content& content, const text
     return result;
 }
 
-std::string text_of(std::span<const std::byte> bytes)
-{
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 header_lines first_lines(const text_content& content)
 {
     header_lines lines;
@@ -193,13 +189,13 @@ base::read_result<recording> read_text_table(source& file)
 
 bool sniff_text_table(std::span<const std::byte> head)
 {
-    const auto content = decode_text(text_of(head));
+    const auto content = decode_text(std::string(as_text(head)));
     return content && is_certain_header(first_lines(*content));
 }
 
 bool possible_text_table(std::span<const std::byte> head)
 {
-    const auto content = decode_text(text_of(head));
+    const auto content = decode_text(std::string(as_text(head)));
     return content && content->text.find_first_of("0123456789") != std::string::npos &&
            !is_foreign_header(first_lines(*content));
 }
