@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <tuple>
 
 namespace formats {
 
@@ -98,7 +99,8 @@ struct group_start {
 /// the last one that does not come behind it.
 void keep_shortest(std::vector<group_start>& starts)
 {
-    std::ranges::stable_sort(starts, {}, &group_start::key);
+    // Equal ones stay in the order of the names, which lie one behind the other.
+    std::ranges::sort(starts, {}, [](const group_start& each) { return std::tie(each.key, each.leader); });
     std::size_t kept = 0;
     for (std::size_t i = 0; i < starts.size(); ++i)
         if (kept == 0 || !starts[i].key.starts_with(starts[kept - 1].key)) std::swap(starts[kept++], starts[i]);
