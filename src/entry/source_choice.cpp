@@ -37,7 +37,7 @@ std::optional<recovery::found_source> pointed_at(CWinApp& app, const recovery::k
 /// A file that was only moved is the document's own at its new place.
 void move_along(recovery::kept_document& kept, const recovery::found_source& found)
 {
-    if (!kept.source || !kept.source->stamp.isOfSameContent(found.stamp)) return;
+    if (!found.isAsItWas) return;
     const std::wstring before = std::exchange(kept.source->path, platform::to_wide(found.file));
     kept.source->stamp = found.stamp;
     if (kept.path.starts_with(before)) kept.path.replace(0, before.size(), kept.source->path);

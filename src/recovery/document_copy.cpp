@@ -172,7 +172,7 @@ void document_copy::commit()
     writer.give([in = folder, kept = std::move(done.kept), known = ofSource, flag = failed, count = stored]() mutable {
         if (*flag) return;
         try {
-            note_checksums(kept, *known);
+            note_source(kept, *known);
             exchange_manifest(in, encode(kept));
         } catch (...) {
             *flag = true;

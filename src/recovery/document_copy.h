@@ -60,7 +60,7 @@ private:
     std::shared_ptr<std::atomic<unsigned>> stored = std::make_shared<std::atomic<unsigned>>(0); ///< of the commits
     unsigned commits = 0;
     std::map<std::uint64_t, std::string> written; ///< complete files by the state whose samples they hold
-    std::shared_ptr<known_images> ofSource = std::make_shared<known_images>(); ///< the writer's alone
+    std::shared_ptr<known_source> ofSource = std::make_shared<known_source>(); ///< the writer's alone
     std::optional<document::content_state> committed;
     std::optional<snapshot> current;
     std::vector<part> parts; ///< of the current one, that are not written yet; the last is next

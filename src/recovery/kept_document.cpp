@@ -122,6 +122,7 @@ std::vector<std::byte> encode(const kept_document& kept)
         out.number(static_cast<std::uint8_t>(image.checksum.has_value()));
         if (image.checksum) out.number(*image.checksum);
     }
+    if (kept.sourcePrint) out.number(*kept.sourcePrint);
     out.number(checksum(out.bytes));
     return std::move(out.bytes);
 }
@@ -141,6 +142,7 @@ std::optional<kept_document> decode(std::span<const std::byte> bytes)
     if (in.u8() != 0) kept.source = file_from(in);
     kept.texts = table_from(in);
     for (std::uint32_t count = in.u32(); count > 0 && !in.failed(); --count) kept.images.push_back(image_from(in));
+    if (in.remaining() > 0) kept.sourcePrint = in.u32();
     if (in.failed() || in.remaining() > 0) return std::nullopt;
     return kept;
 }

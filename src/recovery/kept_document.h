@@ -31,14 +31,15 @@ struct kept_document {
     std::wstring title;
     std::wstring path;                                ///< where it is saved; empty: nowhere yet
     std::optional<document::own_files::entry> source; ///< the file that it was read from or written to last
+    std::optional<std::uint32_t> sourcePrint;         ///< of its content, see `print_of`
     text_table texts;
     std::vector<kept_image> images;
 };
 
 constexpr const char* manifestName = "manifest";
 
-/// Little-endian: "VLKEPT2\n", the fields in order with a 32-bit length before each text and list, and the CRC-32 of
-/// all that.
+/// Little-endian: "VLKEPT2\n", the fields in order with a 32-bit length before each text and list, the print where
+/// there is one, and the CRC-32 of all that.
 std::vector<std::byte> encode(const kept_document& kept);
 /// Nothing for bytes that `encode` has not made, or of which some are missing or changed.
 std::optional<kept_document> decode(std::span<const std::byte> bytes);

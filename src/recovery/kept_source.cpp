@@ -4,6 +4,7 @@
 #include "document/spmx_open.h"
 #include "document/stream_source.h"
 #include "platform/paths.h"
+#include "recovery/file_print.h"
 #include "recovery/folder_entries.h"
 
 #include <algorithm>
@@ -59,13 +60,16 @@ std::error_code keep_in(const fs::path& folder, const fs::path& file, const fs::
     fs::create_directory(folder, error);
     const fs::path behindLinks = error ? fs::path() : fs::canonical(file, error);
     if (error) return error;
-    const fs::path made = folder / name, unfinished = folder / "unfinished";
-    fs::create_hard_link(behindLinks, made, error);
-    if (!error || error == std::errc::file_exists || linksOnly) return {};
-    const auto time = fs::last_write_time(file, error);
-    if (!error) fs::copy_file(file, unfinished, fs::copy_options::overwrite_existing, error);
-    if (!error) fs::last_write_time(unfinished, time, error);
-    if (!error) fs::rename(unfinished, made, error);
+    const fs::path unfinished = folder / "unfinished";
+    fs::remove(unfinished, error);
+    fs::create_hard_link(behindLinks, unfinished, error);
+    if (error) {
+        if (linksOnly) return {};
+        const auto time = fs::last_write_time(file, error);
+        if (!error) fs::copy_file(file, unfinished, fs::copy_options::overwrite_existing, error);
+        if (!error) fs::last_write_time(unfinished, time, error);
+    }
+    if (!error) fs::rename(unfinished, folder / name, error);
     return error;
 }
 
@@ -74,11 +78,40 @@ fs::path own_source(const fs::path& folder, const kept_document& kept)
     return folder / sourceFolder / platform::to_path(kept.source->path).filename();
 }
 
-/// A copy refers to a file that is as `stamp` tells.
-bool refers_to(const kept_document& kept, const std::optional<platform::file_stamp>& stamp)
-{
-    return stamp && kept.source && needs_source(kept) && kept.source->stamp.isOfSameContent(*stamp);
-}
+/// A file that may be the one that copies refer to, wherever it lies.
+class candidate {
+public:
+    explicit candidate(const fs::path& file_) : file(file_), stamp(platform::open_stamped(in, platform::to_wide(file)))
+    {
+    }
+
+    /// Nothing when there is no such file.
+    const std::optional<platform::file_stamp>& stampThen() const noexcept { return stamp; }
+    std::ifstream& stream() noexcept { return in; }
+
+    /// The content tells it where a print was taken of all of it. In a larger file something may have changed between
+    /// the pieces, so that the time has to agree as well.
+    bool isSourceOf(const kept_document& kept)
+    {
+        if (!stamp || !kept.source || stamp->size != kept.source->stamp.size || !needs_source(kept)) return false;
+        const bool isOfThatTime = stamp->isOfSameContent(kept.source->stamp);
+        if (!kept.sourcePrint) // a copy of an earlier version
+            return isOfThatTime && file.filename() == platform::to_path(kept.source->path).filename();
+        return (isOfThatTime || is_printed_whole(stamp->size)) && printed() == kept.sourcePrint;
+    }
+
+private:
+    const std::optional<std::uint32_t>& printed()
+    {
+        if (!print) print = print_of(in, stamp->size);
+        return print;
+    }
+
+    fs::path file;
+    std::ifstream in;
+    std::optional<platform::file_stamp> stamp;
+    std::optional<std::uint32_t> print;
+};
 
 } // namespace
 
@@ -87,14 +120,15 @@ bool needs_source(const kept_document& kept)
     return std::ranges::any_of(kept.images, [](const kept_image& image) { return needs_source(image); });
 }
 
-void note_checksums(kept_document& kept, known_images& known)
+void note_source(kept_document& kept, known_source& known)
 {
     if (!kept.source || !needs_source(kept)) return;
     if (known.stamp != kept.source->stamp) {
         std::ifstream in;
         if (platform::open_stamped(in, kept.source->path) != kept.source->stamp) return;
-        known = {kept.source->stamp, images_of(in)};
+        known = {kept.source->stamp, print_of(in, kept.source->stamp.size), images_of(in)};
     }
+    kept.sourcePrint = known.print;
     for (kept_image& image : kept.images) {
         if (!needs_source(image) || image.fileImage >= known.images.size()) continue;
         const stored_image& there = known.images[image.fileImage];
@@ -104,16 +138,18 @@ void note_checksums(kept_document& kept, known_images& known)
 
 std::optional<found_source> source_in(const fs::path& file, const kept_document& kept)
 {
-    std::ifstream in;
-    const auto stamp = platform::open_stamped(in, platform::to_wide(file));
-    if (!stamp) return std::nullopt;
-    found_source found{.file = file, .stamp = *stamp, .places = {}, .isWhole = true};
-    const bool isAsItWas = kept.source && stamp->isOfSameContent(kept.source->stamp);
-    const std::vector<stored_image> stored = isAsItWas ? std::vector<stored_image>() : images_of(in);
+    candidate opened(file);
+    if (!opened.stampThen()) return std::nullopt;
+    found_source found{.file = file,
+                       .stamp = *opened.stampThen(),
+                       .places = {},
+                       .isAsItWas = opened.isSourceOf(kept),
+                       .isWhole = true};
+    const std::vector<stored_image> stored = found.isAsItWas ? std::vector<stored_image>() : images_of(opened.stream());
     for (const kept_image& image : kept.images) {
         auto& place = found.places.emplace_back();
         if (!needs_source(image)) continue;
-        place = isAsItWas ? std::optional(image.fileImage) : place_of(image, stored);
+        place = found.isAsItWas ? std::optional(image.fileImage) : place_of(image, stored);
         found.isWhole &= place.has_value();
     }
     return found;
@@ -121,7 +157,7 @@ std::optional<found_source> source_in(const fs::path& file, const kept_document&
 
 std::optional<found_source> find_source(const kept_document& kept, const fs::path& folder)
 {
-    if (!kept.source) return std::nullopt;
+    if (!kept.source || !needs_source(kept)) return std::nullopt;
     auto own = source_in(own_source(folder, kept), kept);
     if (own && own->isWhole) return own;
     auto there = source_in(platform::to_path(kept.source->path), kept);
@@ -131,16 +167,18 @@ std::optional<found_source> find_source(const kept_document& kept, const fs::pat
 
 std::error_code keep_source(const fs::path& state, const fs::path& file, const fs::path& session)
 {
-    const auto stamp = platform::stamp_of(platform::to_wide(file));
+    candidate going(file);
     std::error_code failure, ignored;
-    if (!stamp) return failure;
+    if (!going.stampThen()) return failure;
     std::vector<fs::path> places = entries_of(state / "sessions", ignored);
     places.push_back(state / "closed");
     for (const fs::path& place : places)
         for (const fs::path& copy : entries_of(place, ignored)) {
             const auto kept = read_manifest(copy);
-            if (!kept || !refers_to(*kept, stamp)) continue;
-            const auto error = keep_in(copy / sourceFolder, file, own_source(copy, *kept).filename(), place == session);
+            if (!kept || !going.isSourceOf(*kept)) continue;
+            const fs::path own = own_source(copy, *kept);
+            if (candidate(own).isSourceOf(*kept)) continue;
+            const auto error = keep_in(own.parent_path(), file, own.filename(), place == session);
             if (error && !failure) failure = error;
         }
     return failure;
@@ -149,7 +187,7 @@ std::error_code keep_source(const fs::path& state, const fs::path& file, const f
 void drop_source(const fs::path& folder, const kept_document& kept)
 {
     std::error_code ignored; // it takes room, and is tried again with the next change
-    if (kept.source && refers_to(kept, platform::stamp_of(platform::to_wide(own_source(folder, kept))))) return;
+    if (kept.source && candidate(own_source(folder, kept)).isSourceOf(kept)) return;
     fs::remove_all(folder / sourceFolder, ignored);
 }
 

@@ -14,20 +14,22 @@ struct stored_image {
     std::uint64_t bytes = 0;
     std::uint32_t checksum = 0; ///< CRC-32 of the samples
 };
-/// The images of a file as it was once, so that it is not looked into again and again.
-struct known_images {
+/// A file as it was once, so that it is not looked into again and again.
+struct known_source {
     std::optional<platform::file_stamp> stamp;
+    std::optional<std::uint32_t> print; ///< see `print_of`
     std::vector<stored_image> images;
 };
-/// Notes what tells the samples of such images from others, as far as the file says that itself. Nothing is noted when
-/// the file is not any more what `kept` refers to.
-void note_checksums(kept_document& kept, known_images& known);
+/// Notes what tells the file from others, and the samples of such images, as far as the file says that itself. Nothing
+/// is noted when the file is not any more what `kept` refers to.
+void note_source(kept_document& kept, known_source& known);
 
 /// A file that samples are taken from.
 struct found_source {
     std::filesystem::path file;
     platform::file_stamp stamp;
     std::vector<std::optional<std::uint32_t>> places; ///< by image of the copy: which image of the file it is
+    bool isAsItWas = false;                           ///< it is the document's file, wherever it lies
     bool isWhole = false;                             ///< every image has one that needs one
 };
 

@@ -9,6 +9,7 @@ recovery::kept_document everything()
     kept.title = L"Copy 1 of grün";
     kept.path = L"/data/gr\u00fcn.mdt.spm";
     kept.source = document::own_files::entry{L"/data/gr\u00fcn.mdt", {1, 2, 3, -4, 5}};
+    kept.sourcePrint = 0xfedcba98u;
     kept.texts = {{"\\Date", "Monday\n"}, {"empty", ""}};
     kept.images = {{"x", "x(Label),array,2,2", {{"k", std::string("a\0b", 3)}}, "n-1", 0, 4, {}},
                    {"y", "y,array,0,2", {}, "", 7, 0, 0x80000001u}};
@@ -26,6 +27,7 @@ TEST(KeptDocument, ComesBackAsItWent)
     ASSERT_TRUE(back->source);
     EXPECT_EQ(back->source->path, kept.source->path);
     EXPECT_EQ(back->source->stamp, kept.source->stamp);
+    EXPECT_EQ(back->sourcePrint, kept.sourcePrint);
     EXPECT_EQ(back->texts, kept.texts);
     ASSERT_EQ(back->images.size(), 2u);
     EXPECT_EQ(back->images[0].declaration, kept.images[0].declaration);
@@ -36,6 +38,7 @@ TEST(KeptDocument, ComesBackAsItWent)
     EXPECT_EQ(back->images[1].id, "y");
     EXPECT_EQ(back->images[1].fileImage, 7u);
     EXPECT_EQ(back->images[1].checksum, 0x80000001u);
+    EXPECT_FALSE(recovery::decode(recovery::encode({}))->sourcePrint) << "as of an earlier version";
 }
 
 TEST(KeptDocument, IsRefusedWhenAnyByteIsLostOrWrong)

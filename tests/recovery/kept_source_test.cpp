@@ -1,7 +1,12 @@
 // Images that stand in the document's file only come back as they were, or are named as missing.
 #include "recovery_fixture.h"
 
+#include "recovery/file_print.h"
+
+#include <cmath>
 #include <functional>
+#include <set>
+#include <sstream>
 #include <stdlib.h>
 #include <sys/stat.h>
 
@@ -120,6 +125,68 @@ TEST_F(KeptSourceTest, ARecordingThatChangedIsNotTheOneThatItWas)
         }
         CStorageDoc back;
         EXPECT_EQ(restoreLatest(back).missing.size(), isReplaced ? 1u : 0u);
+    }
+}
+
+TEST_F(KeptSourceTest, AFileOfEqualSizeAndTimeIsNotTakenForIt)
+{
+    const fs::path file = folder / "a.txt", neighbour = folder / "b.txt", moved = folder / "c.txt";
+    const auto time = fs::file_time_type::clock::now();
+    for (const auto& [name, corner] : {std::pair(file, '1'), {neighbour, '9'}}) {
+        write_file(name, "2 3 4 5\n4 5 6 7\n7 8 9 9\n" + std::string(1, corner) + " 8 7 6\n");
+        fs::last_write_time(name, time);
+    }
+    const auto corner_of = [](const CStorageDoc& shown) {
+        if (shown.getImagesNumber() == 0) return 0.0;
+        const VLAxis& heights = shown.getAxis(0, 0, unsigned(-1));
+        return std::round(heights.start + heights.scale * shown.getDataPoint2S(0, 0, 0, 0));
+    };
+    recovery::autosave copies(state());
+    ASSERT_TRUE(document.OnOpenDocument(file.wstring().c_str()));
+    constexpr double corner = 1.0;
+    document.setString("note", "new", 0);
+    copies.documentCloses(document);
+    ASSERT_FALSE(copies.fileGoes(neighbour));
+    const fs::path copy = only_copy(state() / "closed");
+    const auto restoredCorner = [&] {
+        CStorageDoc back;
+        recovery::restore(back, *recovery::read_manifest(copy), copy);
+        return corner_of(back);
+    };
+    EXPECT_EQ(restoredCorner(), corner) << "the other one went";
+    fs::create_directory(copy / recovery::sourceFolder);
+    fs::copy_file(neighbour, copy / recovery::sourceFolder / "a.txt");
+    fs::last_write_time(copy / recovery::sourceFolder / "a.txt", time);
+    EXPECT_EQ(restoredCorner(), corner) << "wherever a wrong one lies";
+
+    fs::rename(file, moved);
+    EXPECT_EQ(restoredCorner(), 0.0);
+    const recovery::kept_document kept = *recovery::read_manifest(copy);
+    EXPECT_FALSE(recovery::source_in(neighbour, kept)->isWhole);
+    fs::last_write_time(moved, time + std::chrono::hours(1));
+    EXPECT_TRUE(recovery::source_in(moved, kept)->isAsItWas) << "under another name, with another time";
+    ASSERT_FALSE(copies.fileGoes(moved));
+    fs::remove(moved);
+    EXPECT_EQ(restoredCorner(), corner) << "kept, in the place of the wrong one";
+}
+
+TEST_F(KeptSourceTest, APrintChangesWithEachByteOfASmallFileAndTheEndsOfALargeOne)
+{
+    for (const std::size_t size : {1u, 200'000u, 65u << 20}) {
+        std::string bytes(size, 'a');
+        std::set<std::optional<std::uint32_t>> prints;
+        const auto take = [&] {
+            std::istringstream in(bytes);
+            prints.insert(recovery::print_of(in, size));
+            EXPECT_FALSE(recovery::print_of(in, size + 1)) << "cut short";
+        };
+        take();
+        const std::set<std::size_t> places = {0, size - 1, recovery::is_printed_whole(size) ? size * 2 / 3 : 0};
+        for (const std::size_t place : places) {
+            bytes[place] = 'b';
+            take();
+        }
+        EXPECT_EQ(prints.size(), 1 + places.size()) << size;
     }
 }
 
