@@ -112,7 +112,9 @@ void kept_work::offerRecovery()
     // Until the user has answered, and the chosen ones are open, all stays where the next start finds it.
     recovery::left_sessions left(sessions);
     if (!left.copies().good.empty())
-        for (const std::filesystem::path& folder : chosen_copies(left.copies().good)) openCopy(folder);
+        for (const std::filesystem::path& folder : chosen_copies(left.copies().good))
+            if (!hasLeft) openCopy(folder);
+    if (hasLeft) return; // the system answered, not the user
     const recovery::left_copies moved = left.moveTo(copies->closedFolder());
     std::string unreadable = "Unsaved work is damaged, or of another version of the program. It stays in";
     for (const std::filesystem::path& folder : moved.unreadable) unreadable += "\n" + folder.native();
@@ -173,6 +175,7 @@ void kept_work::openTaken(const recovery::kept_document& kept, const source_choi
 
 void kept_work::leave()
 {
+    hasLeft = true;
     if (CWinApp* const app = AfxGetApp(); app && copies) copies->leave(open_documents(*app));
 }
 

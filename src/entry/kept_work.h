@@ -31,7 +31,8 @@ public:
     void reopen(std::size_t index);
     /// Returns when all is written.
     void finish();
-    /// The program is ended from outside: what is open stays as after a crash, to be offered by the next start.
+    /// The program is ended from outside: what is open, and what is just being offered, stays as after a crash, to be
+    /// offered by the next start.
     void leave();
 
 private:
@@ -44,6 +45,7 @@ private:
     std::filesystem::path sessions;
     std::vector<std::filesystem::path> labelled; ///< copies, as the menu shows them
     std::string toldFailure;                     ///< why work is not kept at the moment
+    bool hasLeft = false;
 };
 
 } // namespace entry

@@ -46,6 +46,21 @@ protected:
         for (const menu_item& each : items) texts.push_back(each.text);
         return texts;
     }
+    /// Opens it and makes its frame active. \return its document
+    CStorageDoc& opened(const std::wstring& path)
+    {
+        CDocument* const made = app->OpenDocumentFile(path.c_str());
+        EXPECT_NE(made, nullptr);
+        app->setActiveFrame(app->frames().back().get());
+        return dynamic_cast<CStorageDoc&>(*made);
+    }
+    /// A sample, as an operation does.
+    void change(CStorageDoc& changed, short to)
+    {
+        changed.pushUndo(0, true);
+        changed.getDataPoint2S(0, 1, 1, 0) = to;
+        changed.SetModifiedFlag(true);
+    }
     CStorageDoc& document(std::size_t i = 0)
     {
         return *dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.documents().at(i).get());

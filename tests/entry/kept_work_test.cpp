@@ -18,17 +18,10 @@ constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdFirstClosed = 10220, c
 class KeptWorkTest : public EntryTest {
 protected:
     std::filesystem::path state() const { return folder / "state"; }
-    CStorageDoc& opened(const std::wstring& path)
+    void closeFrame(std::size_t index = 0)
     {
-        CDocument* const made = app->OpenDocumentFile(path.c_str());
-        EXPECT_NE(made, nullptr);
-        app->setActiveFrame(app->frames().back().get());
-        return dynamic_cast<CStorageDoc&>(*made);
-    }
-    void change(CStorageDoc& changed, short to)
-    {
-        changed.pushUndo(0, true);
-        changed.getDataPoint2S(0, 1, 1, 0) = to;
+        app->frames()[index]->DestroyFrame();
+        host.pump();
     }
     /// Text of the closed document at this place of the menu; empty when there is none.
     std::string closedText(unsigned index = 0)
@@ -56,12 +49,20 @@ protected:
     /// Another program that changes the document and is killed.
     void runAndKill(const std::wstring& path, short value)
     {
-        const pid_t child = fork();
-        if (child == 0) {
+        runApart([&] {
             app->keepWork(state());
             change(opened(path), value);
-            if (!comes([this] { return isKept(); })) _exit(1);
-            kill(getpid(), SIGKILL);
+            if (comes([this] { return isKept(); })) kill(getpid(), SIGKILL);
+        });
+    }
+    /// In another program, which is to be killed.
+    template <class Run>
+    void runApart(const Run& run)
+    {
+        const pid_t child = fork();
+        if (child == 0) {
+            run();
+            _exit(1);
         }
         int status = 0;
         waitpid(child, &status, 0);
@@ -75,8 +76,7 @@ TEST_F(KeptWorkTest, WhatClosedUnsavedIsReopenedAsItWas)
     EXPECT_EQ(closedText(), "");
     const std::wstring path = surface("a & b.spm");
     change(opened(path), 77);
-    app->frames()[0]->DestroyFrame();
-    host.pump();
+    closeFrame();
     ASSERT_TRUE(comes([this] { return closedText() != ""; }));
     EXPECT_EQ(closedText().find("a && b (" + (folder / "a && b.spm").string() + ", 20"), 0u) << closedText();
     EXPECT_EQ(closedText(1), "");
@@ -92,10 +92,28 @@ TEST_F(KeptWorkTest, WhatClosedUnsavedIsReopenedAsItWas)
     app->routeCommand(cmdSave, nullptr);
     EXPECT_TRUE(host.questions.empty()) << "its own file";
     EXPECT_FALSE(document().isChanged());
-    app->frames()[0]->DestroyFrame();
-    host.pump();
+    closeFrame();
     EXPECT_TRUE(comes([this] { return !isKept(); })) << "saved: nothing is left to keep";
     EXPECT_EQ(closedText(), "");
+}
+
+TEST_F(KeptWorkTest, TheMenuOpensWhatItShowsWhateverClosedSince)
+{
+    app->keepWork(state());
+    const auto closesAs = [this](const std::wstring& path, std::ptrdiff_t number) {
+        change(opened(path), 77);
+        closeFrame();
+        const std::filesystem::directory_iterator end;
+        return comes(
+            [&] { return std::distance(std::filesystem::directory_iterator(state() / "closed"), end) == number; });
+    };
+    const std::wstring path = surface("first.spm");
+    ASSERT_TRUE(closesAs(path, 1));
+    ASSERT_NE(closedText(), "");
+    ASSERT_TRUE(closesAs(surface("second.spm"), 2));
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    ASSERT_EQ(app->frames().size(), 1u);
+    EXPECT_EQ(document().GetPathName(), path) << "the menu was filled before the second one closed";
 }
 
 TEST_F(KeptWorkTest, LeavingTheProgramKeepsWhatWasNotTicked)
@@ -133,8 +151,7 @@ TEST_F(KeptWorkTest, WhatAKilledProgramHadOpenIsOffered)
     EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 77);
     EXPECT_TRUE(document().isChanged());
     change(document(), 78); // the copy goes on from where it was
-    app->frames()[0]->DestroyFrame();
-    host.pump();
+    closeFrame();
     ASSERT_TRUE(comes([this] { return closedText() != ""; }));
     app->OnCmdMsg(cmdFirstClosed, nullptr);
     EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 78);
@@ -148,8 +165,7 @@ TEST_F(KeptWorkTest, WhatWasOpenWhenTheSessionEndedIsOffered)
     change(document(), 78);
     const std::wstring closedBefore = surface("b.spm");
     change(opened(closedBefore), 79);
-    app->frames()[1]->DestroyFrame();
-    host.pump();
+    closeFrame(1);
     app->leaveWork();
     app.reset();
 
@@ -166,18 +182,20 @@ TEST_F(KeptWorkTest, WhatWasOpenWhenTheSessionEndedIsOffered)
     EXPECT_EQ(closedText().substr(0, 3), "b (");
 }
 
-TEST_F(KeptWorkTest, WhatIsBeingOfferedWhenTheProgramDiesIsOfferedAgain)
+TEST_F(KeptWorkTest, WhatIsBeingOfferedWhenTheProgramEndsIsOfferedAgain)
 {
     runAndKill(surface("a.spm"), 77);
-    const pid_t child = fork();
-    if (child == 0) {
+    runApart([this] {
         host.onDialog = [](CVarListDlg&) { kill(getpid(), SIGKILL); };
         app->keepWork(state());
-        _exit(1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFSIGNALED(status));
+    });
+    host.onDialog = [this](CVarListDlg& dialog) {
+        app->leaveWork(); // the session ends, and all its dialogs
+        dialog.EndDialog(CVarListDlg::resultCancel);
+    };
+    app->keepWork(state());
+    app.reset();
+    app = std::make_unique<CVldvApp>(host);
     host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultOk); };
     app->keepWork(state());
     ASSERT_EQ(app->frames().size(), 1u);
@@ -237,8 +255,7 @@ TEST_P(KeptWorkMoved, WhatReferredToAFileThatMovedIsReached)
     app->keepWork(state());
     const std::wstring path = surface("a.spm"), moved = (folder / "moved.spm").wstring();
     opened(path).setString("note", "unsaved words", 0);
-    app->frames()[0]->DestroyFrame();
-    host.pump();
+    closeFrame();
     ASSERT_TRUE(comes([this] { return closedText() != ""; }));
     std::filesystem::rename(path, moved);
     host.answers = {GetParam().answer};
@@ -277,8 +294,7 @@ TEST_F(KeptWorkTest, WhatWasClosedComesBackAlsoWhenItsFileWasSavedOverSince)
     app->keepWork(state());
     const std::wstring path = surface("a.spm");
     opened(path).setString("note", "first", 0);
-    app->frames()[0]->DestroyFrame(); // it is still being written when the next save comes
-    host.pump();
+    closeFrame(); // it is still being written when the next save comes
     change(opened(path), 99);
     app->routeCommand(cmdSave, nullptr);
     app->closeAllFrames();

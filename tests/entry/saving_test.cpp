@@ -17,20 +17,6 @@ protected:
         return (folder / name).wstring();
     }
     std::string content(const char* name) { return file_content(folder / name); }
-    /// Opens it and makes its frame active. \return its document
-    CStorageDoc& opened(const std::wstring& path)
-    {
-        CDocument* const made = app->OpenDocumentFile(path.c_str());
-        EXPECT_NE(made, nullptr);
-        app->setActiveFrame(app->frames().back().get());
-        return dynamic_cast<CStorageDoc&>(*made);
-    }
-    void changeSample(CStorageDoc& changed, short to)
-    {
-        changed.pushUndo(0, true);
-        changed.getDataPoint2S(0, 1, 1, 0) = to;
-        changed.SetModifiedFlag(true);
-    }
     /// Shows the dialog of saving. \return title and tick of each row
     std::vector<std::pair<std::string, bool>> offered()
     {
@@ -54,10 +40,10 @@ TEST_F(SavingTest, OnlyWhatTheUserChangedStartsTicked)
 {
     opened(recording("untouched.txt"));
     opened(surface("text.spm")).setString("note", "new", 0);
-    changeSample(opened(surface("samples.spm")), 7);
+    change(opened(surface("samples.spm")), 7);
     opened(surface("same.spm"));
     CStorageDoc& undone = opened(surface("undone.spm"));
-    changeSample(undone, 7);
+    change(undone, 7);
     undone.undo(0);
     host.openPaths = {recording("thumbnail.txt")};
     app->OnCmdMsg(cmdQuickView, nullptr);
@@ -98,7 +84,7 @@ TEST_P(SavingOver, AnEarlierResultAsksOnce)
         host.questions.clear();
         host.answers = {second, GetParam().answer}; // open the recording itself, then what is tested
         CStorageDoc& changed = opened(recording("a.txt"));
-        changeSample(changed, 7);
+        change(changed, 7);
         host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultOk); };
         if (byDialog)
             EXPECT_EQ(app->mayExit(), GetParam().isSaved);
@@ -112,7 +98,7 @@ TEST_P(SavingOver, AnEarlierResultAsksOnce)
             CStorageDoc again;
             ASSERT_TRUE(again.OnOpenDocument(changed.GetPathName().c_str()));
             EXPECT_EQ(again.getDataPoint2S(0, 1, 1, 0), 7);
-            changeSample(changed, 8);
+            change(changed, 8);
             app->routeCommand(cmdSave, nullptr);
             EXPECT_EQ(host.questions.size(), 2u) << "the file is its own now";
             EXPECT_FALSE(changed.isChanged());
@@ -131,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(Answers, SavingOver,
 TEST_F(SavingTest, AFileThatAnotherProgramChangedIsNotOverwritten)
 {
     CStorageDoc& changed = opened(surface("a.spm"));
-    changeSample(changed, 7);
+    change(changed, 7);
     surface("a.spm", 8);
     const std::string theirs = content("a.spm");
     app->routeCommand(cmdSave, nullptr);
@@ -144,7 +130,7 @@ TEST_F(SavingTest, AFileThatAnotherProgramChangedIsNotOverwritten)
 
 TEST_F(SavingTest, SaveAsNamesTheFileItWouldReplace)
 {
-    changeSample(opened(surface("a.spm")), 7);
+    change(opened(surface("a.spm")), 7);
     surface("b.spm", 8);
     const std::string other = content("b.spm");
     host.savePaths = {(folder / "b.spm").wstring()};
@@ -195,7 +181,7 @@ TEST_F(SavingTest, RevertingARecordingDoesNotLeadToAnEarlierResult)
     surface("a.txt.spm");
     host.answers = {second};
     CStorageDoc& changed = opened(path);
-    changeSample(changed, 7);
+    change(changed, 7);
     app->routeCommand(10025, nullptr);
     EXPECT_EQ(changed.getFileName(), L"a.txt");
     EXPECT_FALSE(changed.isChanged());
@@ -222,7 +208,7 @@ TEST_F(SavingTest, DeleteTakesOnlyTheDocumentsOwnFile)
     EXPECT_TRUE(app->frames().empty());
 
     CStorageDoc& native = opened(result);
-    changeSample(native, 3);
+    change(native, 3);
     surface("a.txt.spm", 8);
     app->routeCommand(cmdDelete, nullptr);
     EXPECT_TRUE(std::filesystem::exists(folder / "a.txt.spm")) << "somebody else has written it meanwhile";
@@ -245,7 +231,7 @@ TEST_F(SavingTest, TitlesTellWhatDiffersFromItsFile)
     const auto isMarked = [&] { return app->frames()[0]->GetWindowText()[0] == L'*'; };
     const auto save = [&] { EXPECT_TRUE(marked.Save()); };
     EXPECT_FALSE(isMarked());
-    changeSample(marked, 7);
+    change(marked, 7);
     EXPECT_TRUE(isMarked());
     marked.undo(0);
     EXPECT_FALSE(isMarked()) << "as in the file again";
