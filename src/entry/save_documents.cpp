@@ -48,7 +48,7 @@ std::string path_of(const CDocument& document) { return base::narrow(document.Ge
 std::string source_of(const CDocument& document)
 {
     const auto* const storage = dynamic_cast<const CStorageDoc*>(&document);
-    const auto* const file = storage ? storage->storedFile() : nullptr;
+    const auto* const file = storage ? storage->ownFiles().last() : nullptr; // of several the one that was opened
     return file ? "from " + base::narrow(file->path) : std::string();
 }
 

@@ -67,6 +67,28 @@ TEST_F(SavingTest, DocumentsThatWouldReadAlikeAreToldApart)
                                    {"a.txt (" + target + ") (from " + (folder / "b.spm").string() + ")", true}}));
 }
 
+TEST_F(SavingTest, ADocumentOfSeveralFilesIsToldApartByTheOneThatWasOpened)
+{
+    const auto opened_set = [this](const char* place) -> CStorageDoc& {
+        std::filesystem::create_directory(folder / place);
+        write_file(folder / place / "a.tf0", "\1\2\3\4\5\6\7\1\2\3\4\5");
+        write_file(folder / place / "a.par", ";\n;  Omicron SPM Control.\n;  Parameter file for SPM data.\n;\n"
+                                             "Field X Size in nm : 30\nField Y Size in nm : 20\n"
+                                             "Image Size in X : 3\nImage Size in Y : 2\n\n"
+                                             "Topographic Channel : Z ;Channel\n Forward \n -10\n 10\n -1\n 3\n"
+                                             " 9.5 ;Resolution\n nm ;Unit\n a.tf0  ;Filename\n\n");
+        CStorageDoc& set = opened((folder / place / "a.par").wstring());
+        set.setString("note", "1", 0);
+        EXPECT_EQ(set.storedFile(), nullptr);
+        return set;
+    };
+    opened_set("one");
+    opened_set("other").SetPathName((folder / "one" / "a.par.spm").wstring().c_str(), false);
+    const std::string target = "a.par (" + (folder / "one" / "a.par.spm").string() + ") (from ";
+    EXPECT_EQ(offered(), (row_list{{target + (folder / "one" / "a.par").string() + ")", true},
+                                   {target + (folder / "other" / "a.par").string() + ")", true}}));
+}
+
 struct save_case {
     const char* name;
     std::optional<std::size_t> answer;
