@@ -169,7 +169,7 @@ void CStorageDoc::AddNewImages(const SPMDataStream* streams, unsigned count)
         imageOptions.resize(std::min(imageOptions.size(), first));
         throw;
     }
-    noteChange();
+    setDisplayOnly(false);
 }
 
 CStorageDoc::image_shape CStorageDoc::revalidated(SPMDataStream& stream)

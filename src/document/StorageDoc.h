@@ -227,7 +227,8 @@ public:
     /// What is here was put together from several files: it counts as unchanged and has no file of its own yet.
     void becomeUnfiled();
     /// The images only show what another document holds, as a magnifier does: they are not the user's work, and nothing
-    /// counts as changed. The next undo step makes a document of its own of it.
+    /// counts as changed, nor do texts, which say how it is shown. The next undo step or added image makes a document
+    /// of its own of it.
     void setDisplayOnly(bool on);
     bool isDisplayOnly() const noexcept { return displayOnly; }
     /// Gives the images away, their numbers beside them; the document is empty afterwards.
