@@ -29,7 +29,8 @@ private:
     std::vector<closed_document> known;
 };
 
-/// Removes the oldest copies in `root` until as many and as much are left as may be.
+/// Removes the oldest copies in `root` until as many and as much are left as may be; of those that cannot be read as
+/// many and as much more.
 void prune_closed(const std::filesystem::path& root, std::size_t maxDocuments = closed_documents::maxDocuments,
                   std::uint64_t maxBytes = closed_documents::maxBytes);
 

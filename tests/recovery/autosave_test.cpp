@@ -10,6 +10,21 @@ class AutosaveTest : public RecoveryTest {
 protected:
     AutosaveTest() { saveThree(document); }
     void step() { copies->step({&document}); }
+    void stepAndFinish()
+    {
+        step();
+        copies->finish();
+    }
+    /// Where the document has a copy that cannot be written any more: it lies "elsewhere".
+    std::filesystem::path blockedCopy()
+    {
+        fill_image(document, 1, 7);
+        stepAndFinish();
+        const std::filesystem::path copy = onlyCopy();
+        std::filesystem::rename(copy, folder / "elsewhere");
+        write_file(copy, "in the way");
+        return copy;
+    }
     std::filesystem::path onlyCopy() const
     {
         std::filesystem::path found;
@@ -49,22 +64,18 @@ TEST_F(AutosaveTest, WritesChangedImagesOnlyAndNothingForWhatIsInItsFile)
     step();
     EXPECT_TRUE(onlyCopy().empty());
     fill_image(document, 1, 7);
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_EQ(sampleBytes(), 2000u) << "one of three images";
     document.setString("note", "new", 0);
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_EQ(sampleBytes(), 2000u) << "texts stand in the manifest";
     document.undo(1);
     document.clearStrings(0);
     fill_image(document, 2, 8);
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_EQ(sampleBytes(), 2000u) << "image 1 is as in the file again, and its copy is gone";
     ASSERT_TRUE(document.Save());
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_TRUE(onlyCopy().empty()) << "saved";
 }
 
@@ -128,8 +139,7 @@ TEST_F(AutosaveTest, WhatClosesAsItIsInItsFileIsNotKept)
 TEST_F(AutosaveTest, ARevertThatFailsLosesNothingEither)
 {
     fill_image(document, 1, 7);
-    step();
-    copies->finish();
+    stepAndFinish();
     std::filesystem::copy_file(folder / "three.spm", folder / "kept.spm");
     write_file(folder / "three.spm", "damaged");
     EXPECT_THROW(document.Revert(), CException);
@@ -159,19 +169,12 @@ TEST_F(AutosaveTest, ImagesWhoseFileHasGoneAreNamedAndTheOthersComeBack)
 
 TEST_F(AutosaveTest, ACopyThatCannotBeWrittenIsToldAndBegunAnew)
 {
-    fill_image(document, 1, 7);
-    step();
-    copies->finish();
-    const std::filesystem::path first = onlyCopy();
-    std::filesystem::rename(first, folder / "elsewhere");
-    write_file(first, "in the way");
+    const std::filesystem::path first = blockedCopy();
     fill_image(document, 1, 8);
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_NE(copies->takeError(), "");
     fill_image(document, 1, 9);
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_EQ(copies->takeError(), "");
     EXPECT_FALSE(std::filesystem::exists(first)) << "only when there is a better one";
     EXPECT_EQ(keptValue(1), 9);
@@ -180,12 +183,7 @@ TEST_F(AutosaveTest, ACopyThatCannotBeWrittenIsToldAndBegunAnew)
 TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedAgainWithoutAnEdit)
 {
     for (const bool closes : {false, true}) {
-        fill_image(document, 1, 7);
-        step();
-        copies->finish();
-        const std::filesystem::path first = onlyCopy();
-        std::filesystem::rename(first, folder / "elsewhere");
-        write_file(first, "in the way");
+        const std::filesystem::path first = blockedCopy();
         write_file(folder / "elsewhere" / "half written", "debris");
         fill_image(document, 1, 8);
         if (closes)
@@ -201,8 +199,7 @@ TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedAgainWithoutAnEdit)
             EXPECT_FALSE(copies->fileGoes(folder / "three.spm"));
             std::filesystem::remove(folder / "three.spm");
         }
-        copies->step({&document});
-        copies->finish();
+        stepAndFinish();
         EXPECT_FALSE(copies->hasFailed());
         if (!closes) {
             EXPECT_EQ(keptValue(1), 8);
@@ -243,19 +240,43 @@ TEST_F(AutosaveTest, ClosedDocumentsAreBoundedInNumberAndSize)
     EXPECT_EQ(closed.list().size(), 1u) << "the latest stays";
 }
 
+TEST_F(AutosaveTest, LinksCountOnceAndOnlyWhereNothingElseHoldsTheFileAndUnreadableCopiesAreBoundedToo)
+{
+    const std::filesystem::path closed = state() / "closed", large = folder / "large";
+    write_file(large, std::string(100'000, 'x'));
+    for (const char* name : {"a", "b", "damaged", "other version"}) {
+        std::filesystem::create_directories(closed / name / recovery::sourceFolder);
+        std::filesystem::create_hard_link(large, closed / name / recovery::sourceFolder / "large");
+        recovery::kept_document kept;
+        kept.time = *name; // "b" is the later one
+        const auto manifest = recovery::encode(kept);
+        const bool isGood = *name < 'd';
+        write_file(closed / name / recovery::manifestName,
+                   isGood ? std::string(reinterpret_cast<const char*>(manifest.data()), manifest.size()) : "?");
+    }
+    const auto left = [&](std::size_t maxDocuments, std::uint64_t maxBytes) {
+        recovery::prune_closed(closed, maxDocuments, maxBytes);
+        return std::distance(std::filesystem::directory_iterator(closed), std::filesystem::directory_iterator());
+    };
+    EXPECT_EQ(left(20, 5'000), 4) << "the file costs nothing while it lies elsewhere too";
+    EXPECT_EQ(left(1, 5'000), 2) << "one that can be read and one that cannot";
+    EXPECT_TRUE(std::filesystem::exists(closed / "b"));
+    std::filesystem::create_directories(closed / "a" / recovery::sourceFolder);
+    std::filesystem::rename(large, closed / "a" / recovery::sourceFolder / "large");
+    std::filesystem::copy_file(closed / "b" / recovery::manifestName, closed / "a" / recovery::manifestName);
+    EXPECT_EQ(left(20, 150'000), 3) << "two links, one file";
+    EXPECT_EQ(left(20, 50'000), 2);
+}
+
 TEST_F(AutosaveTest, AStateFolderThatWasRemovedIsMadeAgain)
 {
     for (const bool hasCopy : {true, false}) {
         const auto session = std::filesystem::directory_iterator(state() / "sessions")->path();
         if (hasCopy) fill_image(document, 1, 7);
-        step();
-        copies->finish();
+        stepAndFinish();
         std::filesystem::remove_all(state());
         fill_image(document, 1, 8);
-        for (int tries = 0; tries < 2; ++tries) {
-            step();
-            copies->finish();
-        }
+        for (int tries = 0; tries < 2; ++tries) stepAndFinish();
         EXPECT_EQ(keptValue(1), 8);
         EXPECT_TRUE(std::filesystem::exists(session / "lock")) << "else the next start would take it for alive";
         EXPECT_TRUE(leftCopies().good.empty());
@@ -266,8 +287,7 @@ TEST_F(AutosaveTest, AStateFolderThatWasRemovedIsMadeAgain)
 TEST_F(AutosaveTest, OnlyTheDeadAreCollectedFrom)
 {
     fill_image(document, 0, 9);
-    step();
-    copies->finish();
+    stepAndFinish();
     EXPECT_TRUE(leftCopies().good.empty());
     EXPECT_FALSE(onlyCopy().empty()) << "this program lives";
 }
