@@ -1,6 +1,8 @@
 #include "document/spmx_read.h"
 
 #include "document/FileReader.h"
+#include "document/document_table.h"
+#include "document/formats/left_out.h"
 #include "document/spmx_open.h"
 
 namespace document {
@@ -22,7 +24,7 @@ public:
     std::string run()
     {
         for (const auto& [key, text] : opened.description.strings)
-            target.setString(key.c_str(), text.c_str(), unsigned(-1));
+            target.setString(key.c_str(), text.c_str(), documentTable);
         for (std::size_t i = 0; i < opened.samples.size(); ++i)
             if (std::string failure = load(opened.description.streams[i], opened.samples[i]); !failure.empty())
                 return failure;
@@ -53,9 +55,9 @@ private:
         std::string note = "stream \"" + std::string(stream.get_name()) + "\": its dimensions ask for " +
                            std::to_string(wanted) + " bytes of samples, " + std::to_string(place.entry.bytes) +
                            " are there; the rest counts as 0";
-        const std::string before = target.getString("\\Reader note", unsigned(-1));
-        if (before.find(note) == std::string::npos)
-            target.setString("\\Reader note", (before + (before.empty() ? "" : "\n") + note).c_str(), unsigned(-1));
+        const std::string before = target.getString(formats::readerNote, documentTable);
+        if (before.find(note) == std::string::npos) // it stands in a file that was saved like that
+            target.setString(formats::readerNote, formats::with_note(before, note).c_str(), documentTable);
         warnings.push_back(std::move(note));
     }
 

@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
+#include "document/document_table.h"
 #include "document/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/WinApp.h"
@@ -89,7 +90,7 @@ void CImageView::OnViewClone()
     copy->AddNewImages(&own, 1);
     const unsigned added = copy->getImagesNumber() - 1;
     document->DeriveTitle(*copy);
-    copy->copyStrings(document, unsigned(-1), unsigned(-1));
+    copy->copyStrings(document, document::documentTable, document::documentTable);
     copy->copyStrings(document, added, imageNumber);
     copy->copyDecorations(*document, added, imageNumber);
     copy->SetModifiedFlag(true);

@@ -1,6 +1,7 @@
 #include "view/ParDisplayDlg.h"
 
 #include "document/StorageDoc.h"
+#include "document/document_table.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ CParDisplayDlg::CParDisplayDlg(const CStorageDoc& document, unsigned image, std:
 {
     title = "Display Parameters";
     chosenHeading = "Parameters to Display";
-    sources = {{"Global Parameters", offered_names(document, unsigned(-1)), ""},
+    sources = {{"Global Parameters", offered_names(document, document::documentTable), ""},
                {"Local Parameters", offered_names(document, image), " (local)"}};
     while (!list.empty()) {
         const std::size_t end = std::min(list.find(separator), list.size());

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/document_table.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -29,7 +30,7 @@ std::vector<parameter_row> parameter_rows(const CStorageDoc& document, const std
             if (lower(name).find(searched) != std::wstring::npos || lower(value).find(searched) != std::wstring::npos)
                 rows.push_back({place, name, value});
     };
-    add("Document", document.strings(unsigned(-1)));
+    add("Document", document.strings(document::documentTable));
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
         const char* const label = document.getImage(i).get_description();
         add(*label ? label : document.getImage(i).get_name(), document.strings(i));

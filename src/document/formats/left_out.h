@@ -10,15 +10,24 @@
 
 namespace formats {
 
-/// Tells the user something of what was read: as a warning, and as a line of the text "\Reader note". Only a damaged or
-/// hostile file gives more than the first hundred, which nobody reads.
+/// The text that tells what a reader left out or changed, a line each.
+constexpr const char* readerNote = "\\Reader note";
+
+/// \return `notes` with a line more
+inline std::string with_note(const std::string& notes, const std::string& added)
+{
+    return notes.empty() ? added : notes + "\n" + added;
+}
+
+/// Tells the user something of what was read: as a warning, and as a line of `readerNote`. Only a damaged or hostile
+/// file gives more than the first hundred, which nobody reads.
 inline void add_warning(recording& out, const std::string& text)
 {
     constexpr std::size_t most = 100;
     if (out.warnings.size() > most) return;
     out.warnings.push_back(out.warnings.size() < most ? text : "further notes are not shown");
-    std::string& all = out.strings["\\Reader note"];
-    all += (all.empty() ? "" : "\n") + out.warnings.back();
+    std::string& notes = out.strings[readerNote];
+    notes = with_note(notes, out.warnings.back());
 }
 
 /// Parts of a file that cannot be read, as a rule because the file is cut short: what is whole is shown all the same,
