@@ -179,9 +179,11 @@ void kept_work::leave()
     if (CWinApp* const app = AfxGetApp(); app && copies) copies->leave(open_documents(*app));
 }
 
-void kept_work::finish()
-{
+void kept_work::finish() noexcept
+try {
     if (copies) copies->finish();
+} catch (const std::exception&) {
+    // no memory: it is tried once more when the copies go
 }
 
 } // namespace entry

@@ -29,8 +29,8 @@ public:
     /// Opens one of them again, as it was. \param index  in `closedLabels` as they were given last, whatever closed
     /// since
     void reopen(std::size_t index);
-    /// Returns when all is written.
-    void finish();
+    /// Returns when all is written, or cannot be: then it stays as after a crash.
+    void finish() noexcept;
     /// The program is ended from outside: what is open, and what is just being offered, stays as after a crash, to be
     /// offered by the next start.
     void leave();

@@ -76,9 +76,11 @@ struct running_commands {
     unsigned depth = 0;
     std::vector<std::function<void()>> waiting;
 
-    void startWaiting()
-    {
-        for (std::function<void()>& work : std::exchange(waiting, {})) QTimer::singleShot(0, std::move(work));
+    /// What there is no memory to start now goes on waiting.
+    void startWaiting() noexcept
+    try {
+        for (; !waiting.empty(); waiting.erase(waiting.begin())) QTimer::singleShot(0, waiting.front());
+    } catch (const std::bad_alloc&) {
     }
 };
 running_commands running;

@@ -36,6 +36,8 @@ autosave::~autosave()
 {
     try {
         finish();
+        retryClosed(clock::time_point::max()); // the last time that there is something to write
+        finish();
     } catch (const std::exception&) {
         // the next session offers what is complete
     }
@@ -115,19 +117,24 @@ void autosave::keep(const CStorageDoc& document, std::size_t& budget, bool looks
     budget -= std::min(budget, feed(entry, budget));
 }
 
+void autosave::dropUnchanged(const std::vector<CStorageDoc*>& open)
+{
+    for (auto entry = entries.begin(); entry != entries.end();) {
+        const auto found = std::ranges::find(open, entry->document);
+        const CStorageDoc* const document = entry->document && found != open.end() ? *found : nullptr;
+        const bool stays = !entry->document || (document && document->isChanged());
+        if (!stays) letGo(*entry, document && document->getImagesNumber() == 0);
+        entry = stays ? entry + 1 : entries.erase(entry);
+    }
+}
+
 void autosave::step(const std::vector<CStorageDoc*>& open)
 {
     if (hasLeft) return;
-    std::erase_if(entries, [&](const tracked& entry) {
-        if (!entry.document) return false;
-        const auto found = std::ranges::find(open, entry.document);
-        const bool isOver = found == open.end() || !(*found)->isChanged();
-        if (isOver) letGo(entry, found != open.end() && (*found)->getImagesNumber() == 0);
-        return isOver;
-    });
+    dropUnchanged(open);
     const bool looks = clock::now() >= nextLook;
     if (looks) nextLook = clock::now() + pauses.look;
-    retryClosed();
+    retryClosed(clock::now());
     std::size_t budget = writer.waitingBytes() < waitingBytes ? stepBytes : 0;
     for (const CStorageDoc* document : open)
         if (document->isChanged()) keep(*document, budget, looks);
@@ -173,10 +180,10 @@ void autosave::documentCloses(CStorageDoc& document)
     settleClosed();
 }
 
-void autosave::retryClosed()
+void autosave::retryClosed(clock::time_point now)
 {
     for (tracked& entry : entries) {
-        if (entry.document || !entry.closing || !entry.copy->hasFailed() || clock::now() < entry.retry) continue;
+        if (entry.document || !entry.closing || !entry.copy->hasFailed() || now < entry.retry) continue;
         replaceFailed(entry);
         entry.copy->begin(*entry.closing);
     }
@@ -184,12 +191,14 @@ void autosave::retryClosed()
 
 void autosave::settleClosed()
 {
-    std::erase_if(entries, [this](tracked& entry) {
-        if (entry.document || entry.copy->isBusy() || !entry.copy->isStored()) return false;
-        dropFormer(entry);
-        moveToClosed(entry);
-        return true;
-    });
+    for (auto entry = entries.begin(); entry != entries.end();) {
+        const bool isSettled = !entry->document && !entry->copy->isBusy() && entry->copy->isStored();
+        if (isSettled) {
+            dropFormer(*entry);
+            moveToClosed(*entry);
+        }
+        entry = isSettled ? entries.erase(entry) : entry + 1;
+    }
 }
 
 void autosave::letGo(const tracked& entry, bool isEmptied)

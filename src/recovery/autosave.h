@@ -71,6 +71,7 @@ private:
         std::filesystem::path former;    ///< a copy that could not be kept up, until there is a better one
         clock::time_point retry;         ///< no sooner, unless the document changes
     };
+    void dropUnchanged(const std::vector<CStorageDoc*>& open);
     void keep(const CStorageDoc& document, std::size_t& budget, bool looks);
     /// A copy that could not be written, say because the disk was full, begins anew: in its folder where that holds an
     /// earlier state, else in another.
@@ -79,7 +80,7 @@ private:
     void dropFormer(tracked& entry);
     /// Everything that is still in memory of it.
     void feedAll(tracked& entry);
-    void retryClosed();
+    void retryClosed(clock::time_point now);
     tracked& entryOf(const CStorageDoc& document);
     document_copy newCopy();
     std::size_t feed(tracked& entry, std::size_t budget);

@@ -77,8 +77,9 @@ document_copy::document_copy(fs::path folder_, std::string names_, background_wr
     writer.give([made = folder, flag = failed] {
         std::error_code error;
         fs::create_directory(made, error);
-        *flag = static_cast<bool>(error);
-        if (error) throw CFileException(error.value(), platform::to_wide(made));
+        if (!error) return;
+        *flag = true;
+        throw CFileException(error.value(), platform::to_wide(made));
     });
 }
 
@@ -121,7 +122,7 @@ void document_copy::begin(snapshot target)
 }
 
 std::size_t document_copy::feed(const sample_finder& find, std::size_t budget)
-{
+try {
     std::size_t used = 0;
     while (current && !parts.empty() && used < budget) {
         part& next = parts.back();
@@ -140,6 +141,9 @@ std::size_t document_copy::feed(const sample_finder& find, std::size_t budget)
     }
     if (current && parts.empty()) commit();
     return used;
+} catch (const std::exception&) {
+    *failed = true; // no memory: what was not given to the writer is begun anew
+    throw;
 }
 
 void document_copy::write(const part& to, std::span<const std::byte> piece)

@@ -1,6 +1,7 @@
 // What was not saved is opened again: after closing, and after the program died.
 #include "entry_fixture.h"
 #include "platform/Exceptions.h"
+#include "support/allocation_count.h"
 #include "view/TextView.h"
 
 #include "entry/save_documents.h"
@@ -311,6 +312,28 @@ TEST_F(KeptWorkTest, WhatWasClosedComesBackAlsoWhenItsFileWasSavedOverSince)
     ASSERT_EQ(app->frames().size(), 1u);
     EXPECT_STREQ(document().getString("note", 0), "first");
     EXPECT_EQ(document().getDataPoint2S(0, 1, 1, 0), 5) << "as it was, not as it was saved later";
+}
+
+TEST_F(KeptWorkTest, WithoutMemoryAtItsEndTheProgramKeepsItsWorkAllTheSame)
+{
+    const std::wstring path = surface("a.spm");
+    std::unique_ptr<entry::kept_work> kept;
+    const auto close = [&] {
+        std::filesystem::remove_all(state());
+        kept = std::make_unique<entry::kept_work>();
+        kept->begin(state());
+        CStorageDoc closing;
+        ASSERT_TRUE(closing.OnOpenDocument(path.c_str()));
+        change(closing, 77);
+        kept->documentCloses(closing);
+    };
+    const auto check = [&](bool isDone, bool) {
+        EXPECT_TRUE(isDone) << "a destructor calls it";
+        kept.reset();
+        const std::size_t left = recovery::left_sessions(state() / "sessions").copies().good.size();
+        EXPECT_EQ(recovery::closed_documents(state() / "closed").list().size() + left, 1u);
+    };
+    EXPECT_GT(for_each_failing_allocation(close, [&] { kept->finish(); }, check), 1u);
 }
 
 TEST_F(KeptWorkTest, UnreadableCopiesAreTold)

@@ -2,7 +2,9 @@
 #include "base/text.h"
 #include "host/OutputPane.h"
 #include "host/VariableGrid.h"
+#include "host/command_door.h"
 #include "platform/Document.h"
+#include "support/allocation_count.h"
 #include "view/ChildFrame.h"
 #include "view/DCView.h"
 #include "view/PaneView.h"
@@ -317,6 +319,22 @@ TEST_F(SeamsTest, RunningOutOfMemoryNamesTheOperation)
     EXPECT_TRUE(window.route(9193, nullptr));
     EXPECT_EQ(machine.messages, (std::vector<std::string>{"There is not enough memory for \"Duplicate\".",
                                                           "There is not enough memory for \"Median\"."}));
+}
+
+TEST_F(SeamsTest, WhatThereIsNoMemoryToStartBehindACommandWaitsForTheNext)
+{
+    int started = 0;
+    host::run_command(cmdDuplicate, [&] {
+        host::after_commands([&started] { ++started; });
+        fail_allocation_after(0);
+        return true;
+    });
+    EXPECT_TRUE(allocation_failed());
+    settle();
+    EXPECT_EQ(started, 0);
+    host::run_command(cmdDuplicate, [] { return true; });
+    settle();
+    EXPECT_EQ(started, 1);
 }
 
 TEST_F(SeamsTest, WorkOfOtherThreadsRunsBetweenTwoEvents)

@@ -213,6 +213,20 @@ TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedAgainWithoutAnEdit)
     }
 }
 
+TEST_F(AutosaveTest, WhatCouldNotBeWrittenIsTriedALastTimeAtTheEnd)
+{
+    copies = std::make_unique<recovery::autosave>(state()); // it waits between two tries
+    blockedCopy();
+    fill_image(document, 1, 8);
+    copies->documentCloses(document);
+    copies->finish();
+    EXPECT_TRUE(copies->hasFailed());
+    copies.reset();
+    CStorageDoc again;
+    EXPECT_TRUE(restoreLatest(again).missing.empty());
+    EXPECT_EQ(value_of(again, 1), 8);
+}
+
 TEST_F(AutosaveTest, ClosedDocumentsAreBoundedInNumberAndSize)
 {
     constexpr std::size_t surplus = 3;

@@ -3,12 +3,14 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 constexpr std::size_t never = std::size_t(-1);
 std::atomic<std::size_t> allocations{0};
-std::atomic<std::size_t> failing{never}; ///< number of the allocation that throws
-std::atomic<bool> hasFailed{false};
+// Of each thread: what fails elsewhere is another test.
+thread_local std::size_t untilFailure = never;
+thread_local bool hasFailed = false;
 } // namespace
 
 std::size_t allocation_count() noexcept { return allocations; }
@@ -16,18 +18,19 @@ std::size_t allocation_count() noexcept { return allocations; }
 void fail_allocation_after(std::size_t succeeding) noexcept
 {
     hasFailed = false;
-    failing = allocations + succeeding;
+    untilFailure = succeeding;
 }
 
 bool allocation_failed() noexcept
 {
-    failing = never;
-    return hasFailed.exchange(false);
+    untilFailure = never;
+    return std::exchange(hasFailed, false);
 }
 
 void* operator new(std::size_t size)
 {
-    if (allocations++ == failing) {
+    ++allocations;
+    if (untilFailure != never && untilFailure-- == 0) {
         hasFailed = true;
         throw std::bad_alloc();
     }
