@@ -231,6 +231,8 @@ public:
     /// of its own of it.
     void setDisplayOnly(bool on);
     bool isDisplayOnly() const noexcept { return displayOnly; }
+    /// A file is just being read: what is here is half there.
+    bool isBeingRead() const noexcept { return reading; }
     /// Gives the images away, their numbers beside them; the document is empty afterwards.
     std::vector<std::pair<std::uint64_t, SPMDataStream>> releaseImages();
 
@@ -300,6 +302,7 @@ private:
     std::uint32_t fileSizeLow = 0, fileSizeHigh = 0;
     std::string displayTitle;    ///< overrides the file name as title when not empty
     bool incomplete = false;     ///< the last reading failed or was cancelled: there is nothing worth saving
+    bool reading = false;
     std::uint64_t textState = 0; ///< see document::content_state
     std::optional<document::content_state> storedContent;
     std::optional<document::own_files::entry> storedIn;

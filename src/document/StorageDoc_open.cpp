@@ -57,11 +57,16 @@ private:
 /// Puts the path of a file in place while it is read; it goes back unless that was kept.
 class read_from {
 public:
-    read_from(std::wstring& place_, const std::wstring& path) : place(place_), before(std::exchange(place_, path)) {}
+    read_from(std::wstring& place_, const std::wstring& path, bool& reading_)
+        : place(place_), before(std::exchange(place_, path)), reading(reading_)
+    {
+        reading = true;
+    }
     read_from(const read_from&) = delete;
     read_from& operator=(const read_from&) = delete;
     ~read_from()
     {
+        reading = false;
         if (!isKept) place.swap(before);
     }
     void keep() { isKept = true; }
@@ -69,6 +74,7 @@ public:
 private:
     std::wstring& place;
     std::wstring before;
+    bool& reading;
     bool isKept = false;
 };
 
@@ -112,7 +118,7 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     const auto end = in.tellg();
     in.seekg(0);
     const std::uint64_t size = end > 0 ? static_cast<std::uint64_t>(end) : 0;
-    read_from source(sourcePath, full);
+    read_from source(sourcePath, full, reading);
     readOpened(in, size);
     source.keep();
     fullPath = full;

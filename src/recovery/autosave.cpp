@@ -122,7 +122,8 @@ void autosave::dropUnchanged(const std::vector<CStorageDoc*>& open)
     for (auto entry = entries.begin(); entry != entries.end();) {
         const auto found = std::ranges::find(open, entry->document);
         const CStorageDoc* const document = entry->document && found != open.end() ? *found : nullptr;
-        const bool stays = !entry->document || (document && document->isChanged());
+        // What is being read again may yet be refused, or given up.
+        const bool stays = !entry->document || (document && (document->isChanged() || document->isBeingRead()));
         if (!stays) letGo(*entry, document && document->getImagesNumber() == 0);
         entry = stays ? entry + 1 : entries.erase(entry);
     }

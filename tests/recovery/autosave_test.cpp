@@ -153,6 +153,31 @@ TEST_F(AutosaveTest, ARevertThatFailsLosesNothingEither)
     EXPECT_EQ(value_of(again, 1), 7);
 }
 
+TEST_F(AutosaveTest, ARevertThatIsGivenUpLosesNothing)
+{
+    for (const bool leaves : {false, true}) {
+        fill_image(document, 1, 7);
+        stepAndFinish();
+        document.onReadProgress = [&](double) {
+            EXPECT_GT(document.getImagesNumber(), 0u) << "half read";
+            leaves ? copies->leave({&document}) : step();
+            return false;
+        };
+        EXPECT_THROW(document.Revert(), CException);
+        document.onReadProgress = nullptr;
+        step();
+        copies.reset();
+        EXPECT_EQ(leftCopies().good.size(), leaves ? 1u : 0u) << "offered by the next start";
+        CStorageDoc again;
+        EXPECT_TRUE(restoreLatest(again).missing.empty());
+        ASSERT_EQ(again.getImagesNumber(), 3u);
+        EXPECT_EQ(value_of(again, 1), 7);
+        std::filesystem::remove_all(state());
+        copies = std::make_unique<recovery::autosave>(state(), noPauses);
+        ASSERT_TRUE(document.OnOpenDocument(path.c_str()));
+    }
+}
+
 TEST_F(AutosaveTest, ImagesWhoseFileHasGoneAreNamedAndTheOthersComeBack)
 {
     fill_image(document, 1, 7);
