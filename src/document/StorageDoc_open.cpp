@@ -162,19 +162,7 @@ bool CStorageDoc::doReadFile(std::istream& in) { return VLFileReader::doReadFile
 
 bool CStorageDoc::Revert()
 {
-    std::wstring path = GetPathName();
-    const auto found = knownFiles.of(path);
-    std::error_code error;
-    const bool isThere = std::filesystem::is_regular_file(platform::to_path(path), error);
-    // A foreign file is held under its name with ".spm" appended until it is saved.
-    const std::wstring extension = platform::file_extension(path);
-    if (base::equal_ignoring_case(base::narrow(extension), ".spm")) {
-        const std::wstring recording = path.substr(0, path.size() - extension.size());
-        // What lies there may be of an earlier day, which this document has nothing to do with.
-        const bool isOthers = found == document::own_files::relation::foreign &&
-                              knownFiles.of(recording) == document::own_files::relation::own;
-        if ((!isThere && std::filesystem::exists(platform::to_path(recording), error)) || isOthers) path = recording;
-    }
+    const std::wstring path = document::file_to_revert(knownFiles, GetPathName());
     const unsigned before = getImagesNumber();
     const CDocumentHold kept(*this);
     // First of all what shows an image that is gone has to go; the others may still ask for images that are there.

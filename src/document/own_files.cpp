@@ -1,5 +1,6 @@
 #include "document/own_files.h"
 
+#include "base/text.h"
 #include "platform/paths.h"
 
 #include <algorithm>
@@ -22,6 +23,11 @@ own_files::relation own_files::of(const std::wstring& path) const
     return stamp == found->stamp ? relation::own : relation::replaced;
 }
 
+bool own_files::knows(const std::wstring& path) const noexcept
+{
+    return std::ranges::find(known, path, &entry::path) != known.end();
+}
+
 std::wstring free_path(const std::wstring& path)
 {
     const std::wstring extension = platform::file_extension(path);
@@ -31,6 +37,17 @@ std::wstring free_path(const std::wstring& path)
     for (unsigned number = 2; found.empty() || std::filesystem::exists(platform::to_path(found), error); ++number)
         found = stem + L" (" + std::to_wstring(number) + L")" + extension;
     return found;
+}
+
+std::wstring file_to_revert(const own_files& files, const std::wstring& held)
+{
+    const std::wstring extension = platform::file_extension(held);
+    if (!base::equal_ignoring_case(base::narrow(extension), ".spm")) return held;
+    const std::wstring recording = held.substr(0, held.size() - extension.size());
+    const bool isThere = platform::stamp_of(held).has_value(), isRecorded = platform::stamp_of(recording).has_value();
+    if (files.knows(held) && (isThere || !files.knows(recording))) return held;
+    if (files.knows(recording)) return isThere || isRecorded ? recording : held;
+    return !isThere && isRecorded ? recording : held;
 }
 
 std::wstring file_to_delete(const own_files& files, const std::wstring& held)

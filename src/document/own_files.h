@@ -25,6 +25,8 @@ public:
     void note(const entry& added);
     void clear() noexcept { known.clear(); }
     relation of(const std::wstring& path) const;
+    /// The document read or wrote it once, whatever became of it.
+    bool knows(const std::wstring& path) const noexcept;
     /// The latest one; null when there is none.
     const entry* last() const noexcept { return known.empty() ? nullptr : &known.back(); }
 
@@ -34,6 +36,11 @@ private:
 
 /// The first of "name (2).ext", "name (3).ext" … beside `path` that does not exist.
 std::wstring free_path(const std::wstring& path);
+
+/// The file that is read again for a document that is held at `held`: the one there, or where that is gone the
+/// recording of the same name without ".spm". What the document neither read nor wrote is never put in the place of
+/// what it did.
+std::wstring file_to_revert(const own_files& files, const std::wstring& held);
 
 /// The file that deleting a document takes away: the one at `held`, where the document is saved, when it is the
 /// document's own, else the one that was read or written last. Empty when there is none: what others have written since

@@ -45,7 +45,8 @@ snapshot take_snapshot(const CStorageDoc& document)
     taken.kept.path = document.GetPathName();
     taken.kept.texts = document.strings(document::documentTable);
     const auto* const source = document.storedFile();
-    if (source) taken.kept.source = *source;
+    // A set of several files has none that holds it all; it is still known where it came from.
+    if (const auto* const opened = source ? source : document.ownFiles().last()) taken.kept.source = *opened;
     const bool hasSource = source && !has_lost_source(document);
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
         kept_image& image = taken.kept.images.emplace_back(image_of(document, i));

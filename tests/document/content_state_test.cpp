@@ -142,6 +142,30 @@ TEST_F(ContentStateTest, ADocumentKnowsItsFiles)
     EXPECT_EQ(document::file_to_delete(document.ownFiles(), path), other) << "never what is somebody else's";
 }
 
+TEST_F(ContentStateTest, RevertReadsWhatTheDocumentKnows)
+{
+    constexpr bool no = false, yes = true;
+    const struct {
+        bool knowsHeld, isHeldThere, knowsRecording, isRecordingThere, readsRecording;
+    } cases[] = {
+        {yes, yes, no, yes, no}, {yes, yes, yes, yes, no}, {yes, no, yes, yes, yes},
+        {yes, no, yes, no, no},  {yes, no, no, yes, no},   // a neighbour that only has such a name
+        {no, no, yes, yes, yes}, {no, yes, yes, yes, yes}, // an older result
+        {no, yes, yes, no, yes},                           // its recording is gone, and the result still no other's
+        {no, no, yes, no, no},   {no, yes, no, yes, no},   {no, no, no, yes, yes},
+    };
+    const std::wstring held = (folder / "t.di.spm").wstring(), recording = (folder / "t.di").wstring();
+    for (const auto& each : cases) {
+        document::own_files files;
+        if (each.knowsHeld) files.note({held, {}}); // whatever it was then
+        if (each.knowsRecording) files.note({recording, {}});
+        for (const char* name : {"t.di.spm", "t.di"}) std::filesystem::remove(folder / name);
+        if (each.isHeldThere) write_file(held, "x");
+        if (each.isRecordingThere) write_file(recording, "x");
+        EXPECT_EQ(document::file_to_revert(files, held), each.readsRecording ? recording : held) << &each - cases;
+    }
+}
+
 TEST_F(ContentStateTest, FreePathsCountBeforeTheExtension)
 {
     write_file(folder / "a.top.spm", "");

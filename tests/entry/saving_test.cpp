@@ -1,5 +1,6 @@
 // No earlier result and no work of the user is lost by saving, deleting or opening.
 #include "entry_fixture.h"
+#include "support/omicron_set.h"
 
 #include "entry/save_documents.h"
 
@@ -70,14 +71,7 @@ TEST_F(SavingTest, DocumentsThatWouldReadAlikeAreToldApart)
 TEST_F(SavingTest, ADocumentOfSeveralFilesIsToldApartByTheOneThatWasOpened)
 {
     const auto opened_set = [this](const char* place) -> CStorageDoc& {
-        std::filesystem::create_directory(folder / place);
-        write_file(folder / place / "a.tf0", "\1\2\3\4\5\6\7\1\2\3\4\5");
-        write_file(folder / place / "a.par", ";\n;  Omicron SPM Control.\n;  Parameter file for SPM data.\n;\n"
-                                             "Field X Size in nm : 30\nField Y Size in nm : 20\n"
-                                             "Image Size in X : 3\nImage Size in Y : 2\n\n"
-                                             "Topographic Channel : Z ;Channel\n Forward \n -10\n 10\n -1\n 3\n"
-                                             " 9.5 ;Resolution\n nm ;Unit\n a.tf0  ;Filename\n\n");
-        CStorageDoc& set = opened((folder / place / "a.par").wstring());
+        CStorageDoc& set = opened(write_omicron_set(folder / place).wstring());
         set.setString("note", "1", 0);
         EXPECT_EQ(set.storedFile(), nullptr);
         return set;

@@ -1,5 +1,6 @@
 // Images that stand in the document's file only come back as they were, or are named as missing.
 #include "recovery_fixture.h"
+#include "support/omicron_set.h"
 
 #include "recovery/file_print.h"
 
@@ -188,6 +189,20 @@ TEST_F(KeptSourceTest, APrintChangesWithEachByteOfASmallFileAndTheEndsOfALargeOn
         }
         EXPECT_EQ(prints.size(), 1 + places.size()) << size;
     }
+}
+
+TEST_F(KeptSourceTest, ASetOfSeveralFilesKnowsWhereItCameFrom)
+{
+    const std::wstring set = write_omicron_set(folder / "set").wstring();
+    ASSERT_TRUE(document.OnOpenDocument(set.c_str()));
+    document.setString("note", "new", 0);
+    recovery::autosave copies(state());
+    copies.documentCloses(document);
+    copies.finish();
+    fs::remove(folder / "set" / "a.tf0");
+    CStorageDoc back;
+    EXPECT_TRUE(restoreLatest(back).missing.empty()) << "no single file holds it";
+    EXPECT_TRUE(back.ownFiles().knows(set)) << "so that it is what Revert reads, not an older result beside it";
 }
 
 TEST_F(KeptSourceTest, AnOpenDocumentIsKeptWholeWhenItsFileGoes)
