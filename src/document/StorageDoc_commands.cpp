@@ -15,6 +15,11 @@ enum command : unsigned {
     cmdSaveAs = 57604,
 };
 
+void warn(const std::wstring& file, const char* what)
+{
+    if (CWinApp* const app = AfxGetApp()) app->host().messageBox(base::narrow(file) + what, message_icon::warning);
+}
+
 } // namespace
 
 bool CStorageDoc::OnCmdMsg(unsigned id, CCmdUI* ui)
@@ -56,6 +61,9 @@ void CStorageDoc::OnFileRevert()
 void CStorageDoc::OnFileDelete()
 {
     const std::wstring file = document::file_to_delete(knownFiles, GetPathName());
+    const std::wstring changed = document::changed_file(knownFiles, GetPathName());
+    if (file.empty() && !changed.empty())
+        return warn(changed, " has been changed since this document was opened or saved, and is not deleted.");
     SetModifiedFlag(false);
     // The last view takes the document with it, so nothing of it is touched afterwards.
     std::vector<CFrameWnd*> frames;
@@ -65,9 +73,7 @@ void CStorageDoc::OnFileDelete()
     CWinApp* const app = AfxGetApp();
     if (!app || file.empty()) return;
     app->fileGoes(file);
-    if (app->host().moveToTrash(file)) return;
-    app->host().messageBox(base::narrow(file) + " could not be moved to the trash, and stays where it is.",
-                           message_icon::warning);
+    if (!app->host().moveToTrash(file)) warn(file, " could not be moved to the trash, and stays where it is.");
 }
 
 void CStorageDoc::OnShowAllImages()

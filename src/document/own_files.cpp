@@ -50,11 +50,26 @@ std::wstring file_to_revert(const own_files& files, const std::wstring& held)
     return !isThere && isRecorded ? recording : held;
 }
 
+namespace {
+
+/// Of the file at `held` and the one that was read or written last the first that stands so to the document.
+std::wstring file_that_is(own_files::relation wanted, const own_files& files, const std::wstring& held)
+{
+    if (files.of(held) == wanted) return held;
+    const own_files::entry* const last = files.last();
+    return last && files.of(last->path) == wanted ? last->path : std::wstring();
+}
+
+} // namespace
+
 std::wstring file_to_delete(const own_files& files, const std::wstring& held)
 {
-    if (files.of(held) == own_files::relation::own) return held;
-    const own_files::entry* const last = files.last();
-    return last && files.of(last->path) == own_files::relation::own ? last->path : std::wstring();
+    return file_that_is(own_files::relation::own, files, held);
+}
+
+std::wstring changed_file(const own_files& files, const std::wstring& held)
+{
+    return file_that_is(own_files::relation::replaced, files, held);
 }
 
 } // namespace document

@@ -46,5 +46,7 @@ std::wstring file_to_revert(const own_files& files, const std::wstring& held);
 /// document's own, else the one that was read or written last. Empty when there is none: what others have written since
 /// stays.
 std::wstring file_to_delete(const own_files& files, const std::wstring& held);
+/// The one of these two that others have written since; empty when there is none.
+std::wstring changed_file(const own_files& files, const std::wstring& held);
 
 } // namespace document

@@ -228,12 +228,16 @@ TEST_F(SavingTest, DeleteTakesOnlyTheDocumentsOwnFile)
     surface("a.txt.spm", 8);
     app->routeCommand(cmdDelete, nullptr);
     EXPECT_TRUE(std::filesystem::exists(folder / "a.txt.spm")) << "somebody else has written it meanwhile";
+    EXPECT_EQ(app->frames().size(), 1u) << "and nothing closes";
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].find("a.txt.spm has been changed"), std::string::npos);
+    app->closeAllFrames();
 
     opened(result);
     host.hasTrash = false;
     app->routeCommand(cmdDelete, nullptr);
     EXPECT_TRUE(std::filesystem::exists(folder / "a.txt.spm"));
-    EXPECT_EQ(host.messages.size(), 1u) << "the user is told that it stays";
+    EXPECT_EQ(host.messages.size(), 2u) << "the user is told that it stays";
 
     host.hasTrash = true;
     opened(result);
