@@ -107,8 +107,7 @@ question replace_question(const std::wstring& target, const std::wstring& beside
 {
     using relation = document::own_files::relation;
     const std::string name = base::narrow(platform::file_name(target));
-    const std::string why = found == relation::replaced
-                                ? "has been changed by another program since it was opened here."
+    const std::string why = found == relation::replaced  ? "has been changed since this document was opened or saved."
                             : found == relation::foreign ? "exists already, and was not opened here."
                                                          : "exists already.";
     return {"\"" + name + "\" " + why + "\n\nKeep both by saving as \"" + base::narrow(platform::file_name(beside)) +

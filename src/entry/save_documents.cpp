@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 
 namespace {
 
@@ -41,6 +42,16 @@ void tell_apart(std::vector<std::string>& labels, const std::vector<CDocument*>&
     for (std::size_t i = 0; i < labels.size(); ++i)
         if (std::ranges::count(before, before[i]) > 1)
             if (const std::string added = more(*documents[i]); !added.empty()) labels[i] += " (" + added + ")";
+}
+
+/// Where nothing else does: "(1 of 2)", in the order in which they were opened.
+void number_equal(std::vector<std::string>& labels)
+{
+    const std::vector<std::string> before = labels;
+    std::map<std::string, std::ptrdiff_t> numbers;
+    for (std::string& label : labels)
+        if (const auto count = std::ranges::count(before, label); count > 1)
+            label += base::formatted(" (%td of %td)", ++numbers[label], count);
 }
 
 std::string path_of(const CDocument& document) { return base::narrow(document.GetPathName()); }
@@ -96,6 +107,7 @@ std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents
     for (const CDocument* document : documents) labels.push_back(base::narrow(document->GetTitle()));
     tell_apart(labels, documents, path_of);
     tell_apart(labels, documents, source_of);
+    number_equal(labels);
     return labels;
 }
 

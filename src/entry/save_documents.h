@@ -17,8 +17,8 @@ enum class save_outcome {
 /// Documents that saving is offered for: modified ones, those that differ from their file, but no thumbnails.
 std::vector<CDocument*> unsaved_documents(const CWinApp& app);
 
-/// A text for each that no other has: its title, where needed with the path it is saved to, and where that is not
-/// enough either with the file it was read from.
+/// A text for each that no other has: its title, where needed with the path it is saved to, where that is not enough
+/// either with the file it was read from, and at last with a number.
 std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents);
 
 /// Offers all of them to be saved. Only what the user has changed is chosen from the start.

@@ -83,6 +83,20 @@ TEST_F(SavingTest, ADocumentOfSeveralFilesIsToldApartByTheOneThatWasOpened)
                                    {target + (folder / "other" / "a.par").string() + ")", true}}));
 }
 
+TEST_F(SavingTest, WhatNothingElseTellsApartIsNumbered)
+{
+    const std::wstring path = surface("a.spm");
+    opened(path).setString("note", "1", 0);
+    // The same file once more, as where a closed document is opened again.
+    auto* const again = dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.CreateNewDocument());
+    ASSERT_TRUE(again->OnOpenDocument(path.c_str()));
+    again->SetPathName(path.c_str(), false);
+    again->setString("note", "2", 0);
+    const std::string label = "a (" + (folder / "a.spm").string() + ") (from " + (folder / "a.spm").string() + ")";
+    EXPECT_EQ(offered(), (row_list{{label + " (1 of 2)", true}, {label + " (2 of 2)", true}}));
+    vldvSurfaceTemplate.deleteDocument(again);
+}
+
 struct save_case {
     const char* name;
     std::optional<std::size_t> answer;
@@ -138,7 +152,7 @@ TEST_F(SavingTest, AFileThatAnotherProgramChangedIsNotOverwritten)
     const std::string theirs = content("a.spm");
     app->routeCommand(cmdSave, nullptr);
     ASSERT_EQ(host.questions.size(), 1u);
-    EXPECT_NE(host.questions[0].text.find("changed by another program"), std::string::npos);
+    EXPECT_NE(host.questions[0].text.find("has been changed since"), std::string::npos);
     EXPECT_EQ(content("a.spm"), theirs);
     EXPECT_EQ(changed.GetPathName(), (folder / "a (2).spm").wstring());
     EXPECT_EQ(app->frames()[0]->GetWindowText().substr(0, 6), L"a (2)[");
