@@ -3,6 +3,8 @@
 #include "document/FileReader.h"
 #include "document/spmx_open.h"
 #include "document/stream_source.h"
+#include "platform/Exceptions.h"
+#include "platform/atomic_file.h"
 #include "platform/paths.h"
 #include "recovery/file_print.h"
 #include "recovery/folder_entries.h"
@@ -15,6 +17,8 @@ namespace recovery {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::size_t copyBlock = std::size_t{1} << 20;
 
 /// \return empty for other files, and those that cannot be read
 std::vector<stored_image> images_of(std::ifstream& in)
@@ -52,6 +56,27 @@ std::size_t count_places(const std::optional<found_source>& found)
     return static_cast<std::size_t>(std::ranges::count_if(found->places, [](const auto& place) { return !!place; }));
 }
 
+/// A copy with the time of `file`, or nothing of it.
+std::error_code copy_to(const fs::path& made, const fs::path& file)
+try {
+    std::error_code error;
+    const auto time = fs::last_write_time(file, error);
+    std::ifstream in(file, std::ios::binary);
+    if (error || !in) return error ? error : std::make_error_code(std::errc::io_error);
+    platform::atomic_file out(made);
+    std::vector<char> block(copyBlock);
+    while (in) {
+        in.read(block.data(), static_cast<std::streamsize>(block.size()));
+        out.write(std::as_bytes(std::span(block).first(static_cast<std::size_t>(in.gcount()))));
+    }
+    if (!in.eof()) return std::make_error_code(std::errc::io_error);
+    out.commit();
+    fs::last_write_time(made, time, error);
+    return {};
+} catch (const CFileException& failure) {
+    return {failure.osError, std::generic_category()};
+}
+
 /// Makes `file` stand in `folder` as well. A link costs nothing and holds what the file is now, since it is replaced by
 /// another and not written to.
 std::error_code keep_in(const fs::path& folder, const fs::path& file, const fs::path& name, bool linksOnly)
@@ -63,14 +88,11 @@ std::error_code keep_in(const fs::path& folder, const fs::path& file, const fs::
     const fs::path unfinished = folder / "unfinished";
     fs::remove(unfinished, error);
     fs::create_hard_link(behindLinks, unfinished, error);
-    if (error) {
-        if (linksOnly) return {};
-        const auto time = fs::last_write_time(file, error);
-        if (!error) fs::copy_file(file, unfinished, fs::copy_options::overwrite_existing, error);
-        if (!error) fs::last_write_time(unfinished, time, error);
+    if (!error) {
+        fs::rename(unfinished, folder / name, error);
+        return error;
     }
-    if (!error) fs::rename(unfinished, folder / name, error);
-    return error;
+    return linksOnly ? std::error_code() : copy_to(folder / name, file);
 }
 
 fs::path own_source(const fs::path& folder, const kept_document& kept)

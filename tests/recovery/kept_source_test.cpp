@@ -5,10 +5,12 @@
 #include "recovery/file_print.h"
 
 #include <cmath>
+#include <csignal>
 #include <functional>
 #include <set>
 #include <sstream>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {
@@ -24,6 +26,28 @@ fs::path only_copy(const fs::path& place)
         if (entry.is_directory()) found = entry.path();
     return found;
 }
+
+/// As on a disk that is nearly full.
+class small_files_only {
+public:
+    small_files_only()
+    {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit small{100, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    small_files_only(const small_files_only&) = delete;
+    small_files_only& operator=(const small_files_only&) = delete;
+    ~small_files_only()
+    {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+
+private:
+    rlimit before{};
+    void (*handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
 
 class KeptSourceTest : public RecoveryTest {
 protected:
@@ -261,6 +285,12 @@ TEST_F(KeptSourceTest, WhereThereAreNoLinksTheFileIsCopied)
     fill_image(document, 1, 7);
     recovery::autosave copies(state());
     copies.documentCloses(document);
+    copies.finish();
+    {
+        const small_files_only full;
+        EXPECT_EQ(copies.fileGoes(path), std::errc::file_too_large) << "in words that tell";
+    }
+    EXPECT_TRUE(fs::is_empty(only_copy(state() / "closed") / recovery::sourceFolder)) << "and no debris";
     ASSERT_FALSE(copies.fileGoes(path));
     fs::remove_all(name);
     EXPECT_EQ(fromClosed(), (values{1, 7, 1}));
