@@ -39,6 +39,24 @@ QWidget* prompt_parent(QWidget* main)
     return active ? active : main;
 }
 
+/// While something is read or saved the pointer is busy; what comes up meanwhile needs one to answer with.
+class answering_pointer {
+public:
+    answering_pointer() : isBusy(QApplication::overrideCursor() != nullptr)
+    {
+        if (isBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    answering_pointer(const answering_pointer&) = delete;
+    answering_pointer& operator=(const answering_pointer&) = delete;
+    ~answering_pointer()
+    {
+        if (isBusy) QApplication::restoreOverrideCursor();
+    }
+
+private:
+    bool isBusy;
+};
+
 } // namespace
 
 CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(host::make_clipboard()), display(host::make_screen())
@@ -52,6 +70,7 @@ CQtHost::~CQtHost() { interfaceQueue()->close(); }
 
 void CQtHost::messageBox(const std::string& text, message_icon icon)
 {
+    const answering_pointer pointer;
     const QMessageBox::Icon shown = icon == message_icon::error     ? QMessageBox::Critical
                                     : icon == message_icon::warning ? QMessageBox::Warning
                                                                     : QMessageBox::Information;
@@ -62,18 +81,21 @@ void CQtHost::messageBox(const std::string& text, message_icon icon)
 
 bool CQtHost::askYesNo(const std::string& text)
 {
+    const answering_pointer pointer;
     return QMessageBox::question(prompt_parent(main), QStringLiteral("Velmira"), QString::fromStdString(text)) ==
            QMessageBox::Yes;
 }
 
 void CQtHost::showFailures(const std::vector<file_failure>& failures)
 {
+    const answering_pointer pointer;
     CFailuresDialog dialog(failures, prompt_parent(main));
     dialog.exec();
 }
 
 std::optional<std::size_t> CQtHost::ask(const question& asked)
 {
+    const answering_pointer pointer;
     QMessageBox box(QMessageBox::Question, QStringLiteral("Velmira"), QString::fromStdString(asked.text),
                     QMessageBox::NoButton, prompt_parent(main));
     std::vector<QPushButton*> buttons;
@@ -94,6 +116,7 @@ bool CQtHost::moveToTrash(const std::wstring& path) { return host::move_to_trash
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {
+    const answering_pointer pointer;
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     host::prepare_file_dialog(dialog, prompt.filter);
@@ -108,6 +131,7 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 
 std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 {
+    const answering_pointer pointer;
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     if (!prompt.asksToReplace) dialog.setOption(QFileDialog::DontConfirmOverwrite);
@@ -120,12 +144,14 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 
 void CQtHost::runDialog(CDialog& dialog)
 {
+    const answering_pointer pointer;
     CFormDialog window(dialog, prompt_parent(main));
     window.exec();
 }
 
 void CQtHost::runVariableDialog(CVarListDlg& dialog)
 {
+    const answering_pointer pointer;
     CVariableDialog window(dialog, prompt_parent(main));
     window.exec();
 }

@@ -1,5 +1,6 @@
 // Widgets of dialogs, driven as a user does, and paper.
 #include "host/ListChooserDialog.h"
+#include "host/QtHost.h"
 #include "host/WindowsDialog.h"
 #include "host/WorkstationApp.h"
 #include "host/file_dialog.h"
@@ -8,6 +9,7 @@
 #include "host/tiling.h"
 #include "platform/DC.h"
 #include "platform/Host.h"
+#include "platform/profile_store.h"
 #include "resources/strings.h"
 #include "support/temporary_folder.h"
 
@@ -21,6 +23,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QRegion>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace {
@@ -101,6 +104,25 @@ TEST(WorkstationApp, WhatAHandlerThrowsIsToldOnceAndEndsNothing)
     QApplication::postEvent(&receiver, new QEvent(QEvent::User));
     EXPECT_TRUE(waits_for([&] { return told.size() == 2; })) << "the next one is told again";
     toolkit.onFailure = nullptr;
+}
+
+TEST(Host, AQuestionWhileTheProgramIsBusyHasAPointerToAnswerWith)
+{
+    const temporary_folder folder;
+    CProfileStore profile(folder / "profile");
+    CQtHost machine(profile);
+    const auto shape = [] { return QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : -1; };
+    machine.waitCursor(true);
+    int asked = -1;
+    QTimer::singleShot(0, [&] {
+        asked = shape();
+        QApplication::activeModalWidget()->close();
+    });
+    machine.messageBox("It could not be saved.", message_icon::warning);
+    EXPECT_EQ(asked, Qt::ArrowCursor);
+    EXPECT_EQ(shape(), Qt::WaitCursor);
+    machine.waitCursor(false);
+    EXPECT_EQ(shape(), -1);
 }
 
 TEST(PreviewPane, ShowsTheFileOnWhichTheUserStays)
