@@ -31,10 +31,13 @@ SPMVar global_option(const char* name)
     return found;
 }
 
-/// What did not open is no entry of the recent files.
+/// What did not open is no entry of the recent files, unless its drive is only away for now.
 void forget(const wchar_t* path)
 {
-    if (CWinApp* const app = AfxGetApp()) app->RemoveFromRecentFileList(platform::full_path(path));
+    const std::wstring full = platform::full_path(path);
+    std::error_code error;
+    const bool isFolderThere = std::filesystem::is_directory(platform::to_path(full).parent_path(), error);
+    if (CWinApp* const app = AfxGetApp(); app && isFolderThere) app->RemoveFromRecentFileList(full);
 }
 
 /// Why a file counts as empty, also one that is not there; empty when it does not. Opening tells by itself what is no

@@ -99,6 +99,14 @@ TEST_F(EntryTest, AFileThatDoesNotOpenLeavesTheRecentOnes)
     EXPECT_EQ(app->recentFiles(), std::vector{good});
     EXPECT_EQ(host.readString("Recent File List", "File1"), base::narrow(good));
     EXPECT_EQ(host.readString("Recent File List", "File2"), std::nullopt);
+
+    std::filesystem::create_directory(folder / "drive");
+    const std::wstring away = surface("drive/a.spm");
+    app->OpenDocumentFile(away.c_str());
+    app->closeAllFrames();
+    std::filesystem::rename(folder / "drive", folder / "unplugged");
+    app->OnCmdMsg(firstRecent, nullptr);
+    EXPECT_EQ(app->recentFiles().front(), away) << "it will be back";
 }
 
 TEST_F(EntryTest, FoldersAndTheHomeFolderAreUnderstood)
