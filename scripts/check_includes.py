@@ -9,7 +9,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent / "src"
-FOLDER = re.compile(r"vldv_folder\((\w+)\s+(.*?)\bSOURCES\b", re.S)
+FOLDER = re.compile(r"vldv_folder\(([\w/]+)\s+(.*?)\bSOURCES\b", re.S)
 MAY_USE = re.compile(r"\bMAY_USE\b([^)]*)")
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 
