@@ -2,9 +2,9 @@
 // in a large folder against doing so in a small one.
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "document/formats/file_group.h"
-#include "document/formats/zip_reader.h"
 #include "document/stream_source.h"
+#include "formats/shared/file_group.h"
+#include "formats/shared/zip_reader.h"
 #include "ratio.h"
 
 #include <bit>

@@ -4,7 +4,7 @@
 #include "cli/commands.h"
 #include "cli/frame_choice.h"
 #include "cli/session.h"
-#include "document/formats/curve_lengths.h"
+#include "formats/shared/curve_lengths.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>

@@ -3,7 +3,7 @@
 #include "cli/aligned.h"
 #include "cli/commands.h"
 #include "cli/session.h"
-#include "document/formats/format_notes.h"
+#include "formats/shared/format_notes.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>

@@ -6,8 +6,8 @@
 #include "cli/reader_notes.h"
 #include "cli/session.h"
 #include "document/document_table.h"
-#include "document/formats/format_notes.h"
 #include "document/measured_samples.h"
+#include "formats/shared/format_notes.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>

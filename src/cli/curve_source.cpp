@@ -5,8 +5,8 @@
 #include "cli/number_limits.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
-#include "document/formats/curve_lengths.h"
-#include "document/formats/void_ranges.h"
+#include "formats/shared/curve_lengths.h"
+#include "formats/shared/void_ranges.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>

@@ -1,7 +1,7 @@
 #include "cli/existing_container.h"
 
-#include "document/formats/zip_reader.h"
 #include "document/stream_source.h"
+#include "formats/shared/zip_reader.h"
 #include "platform/Archive.h"
 #include "platform/Exceptions.h"
 #include "platform/paths.h"

@@ -4,8 +4,8 @@
 #include "cli/progress.h"
 #include "curves/force_map.h"
 #include "curves/force_source.h"
-#include "document/formats/curve_lengths.h"
-#include "document/formats/void_points.h"
+#include "formats/shared/curve_lengths.h"
+#include "formats/shared/void_points.h"
 
 #include <algorithm>
 #include <optional>

@@ -8,9 +8,9 @@
 #include "cli/reader_notes.h"
 #include "cli/terminal.h"
 #include "document/document_table.h"
-#include "document/formats/format_notes.h"
 #include "document/measured_samples.h"
 #include "document/point_counts.h"
+#include "formats/shared/format_notes.h"
 
 #include <algorithm>
 #include <cmath>

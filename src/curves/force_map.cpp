@@ -5,7 +5,7 @@
 #include "curves/force_packs.h"
 #include "curves/map_scale.h"
 #include "curves/physical.h"
-#include "document/formats/curve_lengths.h"
+#include "formats/shared/curve_lengths.h"
 #include "primitives/line_fit.h"
 #include "primitives/range.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "document/formats/void_ranges.h"
+#include "formats/shared/void_ranges.h"
 
 #include <cstdint>
 #include <functional>

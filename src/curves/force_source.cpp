@@ -3,9 +3,9 @@
 #include "base/text.h"
 #include "curves/profile.h"
 #include "document/StorageDoc.h"
-#include "document/formats/curve_lengths.h"
-#include "document/formats/force_order.h"
-#include "document/formats/void_points.h"
+#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force_order.h"
+#include "formats/shared/void_points.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,9 +1,9 @@
 #include "curves/profile.h"
 
 #include "base/rounding.h"
-#include "document/formats/curve_lengths.h"
-#include "document/formats/void_points.h"
-#include "document/formats/void_ranges.h"
+#include "formats/shared/curve_lengths.h"
+#include "formats/shared/void_points.h"
+#include "formats/shared/void_ranges.h"
 
 #include <algorithm>
 #include <cmath>

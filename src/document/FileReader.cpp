@@ -2,11 +2,11 @@
 
 #include "base/text.h"
 #include "document/document_table.h"
-#include "document/formats/force_order.h"
-#include "document/formats/void_points.h"
 #include "document/spmx_read.h"
 #include "document/storable_text.h"
 #include "document/stream_source.h"
+#include "formats/shared/force_order.h"
+#include "formats/shared/void_points.h"
 
 #include <algorithm>
 #include <string_view>

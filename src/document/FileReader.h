@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "document/formats/registry.h"
+#include "formats/registry.h"
 #include "platform/bitmap.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "document/examples.h"
-#include "document/formats/heights.h"
+#include "formats/shared/heights.h"
 
 #include <cstdint>
 #include <initializer_list>

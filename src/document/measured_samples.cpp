@@ -1,7 +1,7 @@
 #include "document/measured_samples.h"
 
 #include "document/StorageDoc.h"
-#include "document/formats/curve_lengths.h"
+#include "formats/shared/curve_lengths.h"
 
 #include <algorithm>
 

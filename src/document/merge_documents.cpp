@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "document/formats/curve_lengths.h"
-#include "document/formats/void_ranges.h"
+#include "formats/shared/curve_lengths.h"
+#include "formats/shared/void_ranges.h"
 #include "platform/paths.h"
 
 #include <algorithm>

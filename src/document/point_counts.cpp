@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "document/formats/void_ranges.h"
+#include "formats/shared/void_ranges.h"
 
 #include <string>
 #include <string_view>

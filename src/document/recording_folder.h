@@ -1,5 +1,5 @@
 #pragma once
-#include "document/formats/registry.h"
+#include "formats/registry.h"
 
 #include <filesystem>
 #include <functional>

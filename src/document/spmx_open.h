@@ -1,7 +1,7 @@
 #pragma once
 #include "base/byte_reader.h"
-#include "document/formats/zip_reader.h"
 #include "document/spmx_description.h"
+#include "formats/shared/zip_reader.h"
 
 #include <cstdint>
 #include <vector>

@@ -2,8 +2,8 @@
 
 #include "document/FileReader.h"
 #include "document/document_table.h"
-#include "document/formats/left_out.h"
 #include "document/spmx_open.h"
+#include "formats/shared/left_out.h"
 
 namespace document {
 

@@ -1,6 +1,6 @@
 #pragma once
-#include "document/formats/source.h"
 #include "document/spmx_write.h"
+#include "formats/source.h"
 
 #include <string>
 

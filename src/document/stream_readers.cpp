@@ -1,9 +1,9 @@
 #include "document/stream_readers.h"
 
-#include "document/formats/finish_recording.h"
-#include "document/formats/pni.h"
-#include "document/formats/sur.h"
 #include "document/stream_source.h"
+#include "formats/shared/finish_recording.h"
+#include "formats/single/pni.h"
+#include "formats/sur/sur.h"
 
 #include <utility>
 #include <variant>

@@ -1,5 +1,5 @@
 #pragma once
-#include "document/formats/source.h"
+#include "formats/source.h"
 
 #include <functional>
 #include <istream>

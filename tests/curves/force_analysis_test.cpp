@@ -4,7 +4,7 @@
 #include "curves/force_source.h"
 #include "document/StorageDoc.h"
 #include "document/fixtures.h"
-#include "document/formats/force_order.h"
+#include "formats/shared/force_order.h"
 
 #include <gmock/gmock.h>
 

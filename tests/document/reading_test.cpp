@@ -10,7 +10,7 @@ namespace {
 
 std::wstring small_file()
 {
-    return (std::filesystem::path(VLDV_TEST_DATA).parent_path() / "formats/data/mdt/scans.mdt").wstring();
+    return (std::filesystem::path(VLDV_TEST_DATA).parent_path().parent_path() / "formats/data/mdt/scans.mdt").wstring();
 }
 
 TEST_F(DocumentTest, PipesAndDevicesAreRefusedAndNotWaitedFor)

@@ -1,7 +1,7 @@
 #include "reader_target.h"
 
-#include "document/formats/finish_recording.h"
 #include "document/spmx_read.h"
+#include "formats/shared/finish_recording.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 #include "document/StorageDoc.h"
-#include "document/formats/source.h"
+#include "formats/source.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "document/formats/scala.h"
+#include "formats/scala/scala.h"
 #include "reader_target.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // Lengths and form factors of features do not depend on how the image lies.
-#include "document/formats/registry.h"
 #include "feature_fixture.h"
+#include "formats/registry.h"
 #include "spectra/feature_levels.h"
 #include "support/sample_checks.h"
 

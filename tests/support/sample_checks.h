@@ -1,5 +1,5 @@
 #pragma once
-#include "document/formats/recording.h"
+#include "formats/recording.h"
 #include "support/manifest.h"
 
 #include <string>

@@ -1,0 +1,24 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "formats/recording.h"
+#include "formats/source.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace formats {
+
+bool sniff_opd(std::span<const std::byte> head);
+/// True for the later kind of file that only shares the name: the reader says so.
+bool possible_opd(std::span<const std::byte> head);
+
+/// True for the names of blocks whose numbers are heights.
+bool holds_wyko_heights(const std::string& name);
+/// What the document is told then.
+constexpr const char* no_wyko_pixel_size = "no Pixel_size in the file: sides are counted in points";
+
+/// Reads heights, then intensities, of an interferometer's file.
+base::read_result<recording> read_opd(source& file);
+
+} // namespace formats

@@ -1,0 +1,16 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "formats/recording.h"
+#include "formats/source.h"
+
+#include <cstddef>
+#include <span>
+
+namespace formats {
+
+/// Molecular Imaging files: a text header and buffers of unsigned 16-bit samples.
+base::read_result<recording> read_stp(source& file);
+
+bool sniff_stp(std::span<const std::byte> head);
+
+} // namespace formats

@@ -1,0 +1,293 @@
+#include "formats/text/number_table.h"
+
+#include "base/text.h"
+#include "formats/source.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <vector>
+
+namespace formats {
+
+namespace {
+
+constexpr std::size_t mostFields = 100'000;
+constexpr std::size_t mostComments = 64 * 1024; // bytes
+constexpr std::size_t progressStep = std::size_t{1} << 20;
+
+std::string plural(std::size_t count, const char* thing)
+{
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+/// Where the lines break rows of known width.
+class line_breaks {
+public:
+    explicit line_breaks(std::size_t columns_) : columns(columns_) {}
+
+    void add(std::size_t fields)
+    {
+        if (ofFirst == 0) ofFirst = fields;
+        // The last line may be shorter; one behind lines that are longer than a row has lost or won numbers.
+        const bool mayBeLast = fields < ofFirst && ofFirst <= columns;
+        areEqual = areEqual && !hasShortLine && (fields == ofFirst || mayBeLast);
+        hasShortLine = hasShortLine || fields < ofFirst;
+        areWholeRows = areWholeRows && fields % columns == 0;
+        add_to_row(fields);
+    }
+    bool areOrderly() const noexcept { return areEqual || areWholeRows || breakRowsAlike; }
+
+private:
+    void add_to_row(std::size_t fields)
+    {
+        if (!breakRowsAlike) return;
+        if (!isFirstRowWhole) firstRow.push_back(fields);
+        breakRowsAlike = firstRow[lineOfRow] == fields;
+        ++lineOfRow;
+        inRow += fields;
+        if (inRow < columns) return;
+        breakRowsAlike = breakRowsAlike && inRow == columns;
+        isFirstRowWhole = true;
+        inRow = lineOfRow = 0;
+    }
+
+    std::size_t columns, ofFirst = 0;
+    std::vector<std::size_t> firstRow; ///< numbers of its lines
+    std::size_t lineOfRow = 0, inRow = 0;
+    bool isFirstRowWhole = false, hasShortLine = false;
+    bool areEqual = true, areWholeRows = true, breakRowsAlike = true;
+};
+
+/// Tells by the last numbers of the lines whether that of a last line without an end has lost some of its characters.
+class last_numbers {
+public:
+    explicit last_numbers(const number_layout& layout)
+        : separators(layout.separator == ',' ? " \t;," : " \t;"), decimalMark(layout.decimalComma ? ',' : '.')
+    {
+    }
+
+    void add(std::string_view line) noexcept { lines[count++ % lines.size()] = line; }
+    /// The last number, when those of the lines before it agree in having more digits behind the mark, or at all.
+    std::string_view cutNumber() const noexcept
+    {
+        constexpr std::size_t fewest = 3; // lines that tell
+        const std::string_view last = number_of(count - 1);
+        if (count <= fewest) return {};
+        for (std::size_t i = count - std::min(count, lines.size()); i + 1 < count; ++i)
+            if (digits_of(number_of(i)) <= digits_of(last) || hasMark(number_of(i)) != hasMark(number_of(count - 2)))
+                return {};
+        return last;
+    }
+
+private:
+    bool hasMark(std::string_view number) const noexcept { return number.find(decimalMark) != std::string_view::npos; }
+    /// Behind the mark, which a cut number may have lost; where there are none, all.
+    std::size_t digits_of(std::string_view number) const noexcept
+    {
+        if (!hasMark(number_of(count - 2))) return number.size();
+        const std::size_t mark = number.find(decimalMark);
+        return mark == std::string_view::npos ? 0 : number.size() - mark;
+    }
+    std::string_view number_of(std::size_t index) const noexcept
+    {
+        std::string_view line = base::trimmed(lines[index % lines.size()]);
+        while (line.find_last_of(separators) + 1 == line.size() && !line.empty()) line.remove_suffix(1);
+        return line.substr(line.find_last_of(separators) + 1);
+    }
+
+    std::string_view separators;
+    char decimalMark;
+    std::array<std::string_view, 16> lines;
+    std::size_t count = 0;
+};
+
+enum class line_use { taken, ended, refused };
+
+/// Collects the rows line by line and keeps the reason why one was refused.
+class table_collector {
+public:
+    table_collector(const text_content& content_, const number_layout& layout_, const stated_table& stated_)
+        : content(content_),
+          scanner(layout_),
+          ends(layout_),
+          stated(stated_),
+          wrapped(stated_.columns != 0 && !stated_.linesAreRows),
+          breaks(stated_.columns)
+    {
+        if (stated.linesAreRows) table.columns = stated.columns;
+    }
+
+    line_use add(std::string_view line, std::size_t number);
+    bool isComplete() const noexcept { return stated.linesAreRows && table.rows == stated.rows; }
+    /// Brings the numbers into the rows that the header states. \return why they cannot be, or empty
+    std::string fit();
+    /// Leaves out a short last line and tells of lines that may be damaged rows.
+    void finish();
+
+    number_table table;
+    std::string reason;
+
+private:
+    line_use add_row(std::size_t fields, std::size_t number);
+    line_use add_comment(std::string_view line, std::size_t number);
+    line_use refuse(std::size_t number, const std::string& why)
+    {
+        reason = "line " + std::to_string(number) + why;
+        return line_use::refused;
+    }
+    line_use refuse_field(std::size_t number)
+    {
+        return refuse(number, ": \"" + content.utf8(scanner.wrong_field().substr(0, 40)) + "\" is no number");
+    }
+    /// Why a line of another length cannot be.
+    std::string unlike(std::size_t fields) const
+    {
+        const std::string other = firstLine == 0 ? "the header states " : "line " + std::to_string(firstLine) + " has ";
+        return " has " + plural(fields, "value") + " where " + other + std::to_string(firstFields);
+    }
+
+    bool hasEnd() const noexcept { return content.text.ends_with('\n') || content.text.ends_with('\r'); }
+    bool isLast(std::string_view line) const noexcept
+    {
+        return line.data() + line.size() == content.text.data() + content.text.size();
+    }
+
+    const text_content& content;
+    number_scanner scanner;
+    last_numbers ends;
+    stated_table stated;
+    bool wrapped;
+    line_breaks breaks;
+    std::size_t firstLine = 0; // of numbers; 0 when the header states how many stand on a line
+    std::size_t firstFields = 0;
+    std::size_t oddLine = 0; // number of the first line of another length, 0 when there is none
+    std::size_t oddFields = 0;
+    bool isLastRead = false;                          ///< the last line of the text holds numbers
+    std::size_t doubtfulLines = 0, firstDoubtful = 0; ///< comments that may be damaged rows
+};
+
+line_use table_collector::add(std::string_view line, std::size_t number)
+{
+    const std::size_t before = table.values.size();
+    switch (scanner.scan(line, table.values)) {
+    case line_content::blank:
+        return line_use::taken;
+    case line_content::comment:
+        if (stated.linesAreRows) return line_use::ended;
+        return add_comment(line, number);
+    case line_content::numbers:
+        ends.add(line);
+        isLastRead = isLast(line);
+        return add_row(table.values.size() - before, number);
+    case line_content::wrong:
+        break;
+    }
+    // "-4.6792e": the rest of the number is lost with the end of the line.
+    const std::string_view text = base::trimmed(line);
+    if (isLast(line) && !hasEnd() && !table.values.empty() && scanner.wrong_field().end() == text.end()) {
+        table.notes.push_back("The last line, " + std::to_string(number) + ", was left out: its last number, \"" +
+                              content.utf8(scanner.wrong_field().substr(0, 40)) + "\", is cut");
+        table.isCut = true;
+        return line_use::taken;
+    }
+    return refuse_field(number);
+}
+
+line_use table_collector::add_row(std::size_t fields, std::size_t number)
+{
+    if (fields > mostFields) return refuse(number, " has more than " + std::to_string(mostFields) + " values");
+    if (firstFields == 0) {
+        firstFields = stated.linesAreRows ? stated.columns : fields;
+        firstLine = stated.linesAreRows ? 0 : number;
+        if (table.columns == 0) table.columns = fields;
+    }
+    const bool isOdd = fields != firstFields;
+    const bool isAfterShort = oddLine != 0 && oddFields < firstFields;
+    if (isOdd && oddLine == 0) {
+        oddLine = number;
+        oddFields = fields;
+    }
+    if (wrapped) {
+        breaks.add(fields);
+        return line_use::taken;
+    }
+    if (isAfterShort || fields > firstFields) return refuse(oddLine, unlike(oddFields));
+    if (!isOdd) ++table.rows; // a short line is allowed when it turns out to be the last
+    return line_use::taken;
+}
+
+line_use table_collector::add_comment(std::string_view line, std::size_t number)
+{
+    const row_likeness likeness = wrapped ? row_likeness::none : scanner.likeness_to_row(line, table.columns);
+    if (likeness == row_likeness::damaged) return refuse_field(number);
+    if (likeness == row_likeness::partly && doubtfulLines++ == 0) firstDoubtful = number;
+    const std::string text = content.utf8(base::trimmed(line.substr(0, mostComments)));
+    if (text.empty() || table.comments.size() + text.size() > mostComments) return line_use::taken;
+    if (!table.comments.empty()) table.comments += '\n';
+    table.comments += text;
+    return line_use::taken;
+}
+
+void table_collector::finish()
+{
+    if (doubtfulLines != 0)
+        table.notes.push_back("taken for comments although they hold numbers for most columns: " +
+                              plural(doubtfulLines, "line") + ", the first is line " + std::to_string(firstDoubtful));
+    const std::string_view cut = isLastRead && !hasEnd() ? ends.cutNumber() : std::string_view();
+    if (oddLine == 0 && !cut.empty())
+        table.notes.push_back("the text ends with \"" + content.utf8(cut) +
+                              "\", which is shorter than the numbers above it: some of its digits may be cut off");
+    if (oddLine == 0 || wrapped) return;
+    table.values.resize(table.columns * table.rows);
+    table.isCut = true;
+    table.notes.push_back("The last line, " + std::to_string(oddLine) + ", was left out: it has " +
+                          plural(oddFields, "value") + " of " + std::to_string(table.columns));
+}
+
+std::string table_collector::fit()
+{
+    const std::size_t count = table.values.size(), columns = stated.columns;
+    table.columns = columns;
+    table.rows = stated.rows == 0 ? count / columns : stated.rows;
+    if (table.rows == 0 || count % columns != 0 || count / columns != table.rows)
+        return "the header states " + std::to_string(columns) + " x " + std::to_string(table.rows) + " values, but " +
+               std::to_string(count) + " follow";
+    if (wrapped && !breaks.areOrderly()) return "line " + std::to_string(oddLine) + unlike(oddFields);
+    return {};
+}
+
+} // namespace
+
+std::vector<double> number_table::column(std::size_t index) const
+{
+    std::vector<double> result(rows);
+    for (std::size_t row = 0; row < rows; ++row) result[row] = at(row, index);
+    return result;
+}
+
+base::read_result<number_table> read_numbers(const text_content& content, line_cursor& at, const number_layout& layout,
+                                             const stated_table& stated, source& file)
+{
+    table_collector collector(content, layout, stated);
+    std::size_t reported = at.offset();
+    std::string_view line;
+    for (line_cursor ahead = at; !collector.isComplete() && ahead.next(line); at = ahead) {
+        const line_use use = collector.add(line, ahead.number());
+        if (use == line_use::refused) return base::read_error{ahead.offset(), collector.reason};
+        if (use == line_use::ended) break;
+        if (ahead.offset() - reported < progressStep) continue;
+        reported = ahead.offset();
+        const double done = static_cast<double>(reported) / static_cast<double>(content.text.size());
+        if (!file.progress(done)) return base::read_error{reported, "cancelled"};
+    }
+    collector.finish();
+    number_table& table = collector.table;
+    if (table.values.empty()) return base::read_error{0, "the text holds no lines of numbers"};
+    if (stated.columns != 0)
+        if (std::string reason = collector.fit(); !reason.empty())
+            return base::read_error{at.offset(), std::move(reason)};
+    return std::move(table);
+}
+
+} // namespace formats

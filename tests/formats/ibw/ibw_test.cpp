@@ -1,0 +1,351 @@
+#include "formats/ibw/ibw.h"
+#include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace formats;
+using namespace instrument_fixture;
+
+/// A wave of version 5, little-endian, with a checksum that fits.
+struct wave {
+    unsigned type = 2;
+    std::vector<unsigned> dimensions;
+    std::string numbers, units = "m", xUnits, yUnits, note, footer;
+    std::vector<std::string> labels[4]; ///< of the items
+    int statedPoints = -1;
+    double step = 0.5, start = 3;
+    unsigned created = 0;
+
+    std::string bytes() const
+    {
+        unsigned points = dimensions.empty() ? 0 : 1;
+        for (const unsigned each : dimensions) points *= each;
+        std::string labelTexts, labelSizes;
+        for (const auto& each : labels) {
+            std::string text(each.empty() ? 0 : 32, '\0');
+            for (std::string label : each) {
+                label.resize(32, '\0');
+                text += label;
+            }
+            labelSizes += le32(text.size());
+            labelTexts += text;
+        }
+        const auto padded = [](const std::string& text, std::size_t size) {
+            return text + std::string(size - text.size(), '\0');
+        };
+        std::string head = le16(5) + le16(0) + le32(320 + numbers.size()) + le32(0) + le32(note.size()) + le32(0) +
+                           std::string(16, '\0') + labelSizes + std::string(12, '\0');
+        head = padded(head, 64 + 4) + le32(created);
+        head =
+            padded(head, 64 + 12) + le32(statedPoints < 0 ? points : static_cast<unsigned>(statedPoints)) + le16(type);
+        head = padded(head, 92) + padded("made", 40);
+        for (std::size_t i = 0; i < 4; ++i) head += le32(i < dimensions.size() ? dimensions[i] : 0);
+        for (int i = 0; i < 4; ++i) head += le_double(step);
+        for (int i = 0; i < 4; ++i) head += le_double(start);
+        head += padded(units, 4) + padded(xUnits, 4) + padded(yUnits, 4);
+        head = padded(head, 384);
+        unsigned sum = 0;
+        for (std::size_t i = 0; i < head.size(); i += 2)
+            sum += static_cast<unsigned char>(head[i]) + 256u * static_cast<unsigned char>(head[i + 1]);
+        head.replace(2, 2, le16(0x10000u - (sum & 0xFFFF)));
+        return head + numbers + note + labelTexts + footer;
+    }
+};
+
+std::string floats(std::initializer_list<float> numbers)
+{
+    std::string text;
+    for (const float number : numbers) text += le_float(number);
+    return text;
+}
+
+base::read_result<recording> read(const wave& made) { return instrument_fixture::read(read_ibw, made.bytes()); }
+
+TEST(Ibw, LayersAreChannelsAndDirectionsShareAnImage)
+{
+    wave made;
+    made.dimensions = {2, 1, 3};
+    made.numbers = floats({1, 2, 5, 6, 3, 4});
+    made.labels[2] = {"HeightTrace", "PhaseTrace", "HeightRetrace"};
+    made.xUnits = made.yUnits = "m";
+    made.footer = "IsImage:1; 0312 MFP3D";
+    made.note = "ScanRate: 2\rDate: 2021-10-11\rTime: 10:00\rScanRate@Line: 4\r";
+    const auto result = read(made);
+    ASSERT_EQ(result->items.size(), 2u);
+    expect_image(
+        image_at(result, 0),
+        {.units = "m", .axes = {"3 0.5 m", "3 0.5 m"}, .parts = {"Forward", "Reverse"}, .values = {1, 2, 3, 4}});
+    expect_image(image_at(result, 1), {.units = "\u00B0"});
+    EXPECT_EQ(result->strings.at("\\Scan rate"), "2");
+    EXPECT_EQ(result->strings.at("\\Date"), "2021-10-11 10:00");
+}
+
+TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
+{
+    wave made;
+    made.dimensions = {5, 2};
+    made.numbers = floats({1, 2, 3, 2, 1, 10, 20, 30, 25, 15});
+    made.labels[1] = {"Defl", "ZSnsr"};
+    made.xUnits = "s";
+    made.footer = "Force";
+    made.note = "Indexes: 0,3,4,\rDirection: Nan,1,-1,\rSpringConstant: 2\r";
+    const auto result = read(made);
+    const recorded_image& deflection = image_at(result, 0);
+    expect_image(deflection, {.parts = {"Approach", "Retract"},
+                              .values = {3, 2, 1, 2, 1, 1},
+                              .strings = {{"\\Recorded order", "Approach: free end first; Retract: contact first"},
+                                          {"\\Curve lengths", "3 2"}},
+                              .over = image_at(result, 1).stream.get_name()});
+    EXPECT_EQ(physical_of(image_at(result, 1)), (std::vector<double>{30, 20, 10, 25, 15, 15}));
+    ASSERT_EQ(deflection.stream.values.get_axes_number(), 2u);
+    EXPECT_EQ(deflection.stream.values.get_axis(1), VLAxis(0, 2, "N"));
+}
+
+/// Layers of two points of the microscope's program, a number each.
+wave layers(const std::vector<std::string>& labels)
+{
+    wave made;
+    made.dimensions = {2, 1, static_cast<unsigned>(labels.size())};
+    for (std::size_t i = 0; i < 2 * labels.size(); ++i) made.numbers += le_float(static_cast<float>(i));
+    made.labels[2] = labels;
+    made.xUnits = made.yUnits = "m";
+    made.footer = "MFP3D";
+    return made;
+}
+
+TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
+{
+    const struct {
+        const char *indexes, *directions;
+        std::vector<std::string> names;
+        const char* lengths; ///< equal ones are not told
+    } rows[] = {
+        {"0,3,Nan,6", "NaN,1,0,-1", {"Approach", "Retract"}, ""},
+        {"0,3,3,5", "NaN,1,0,-1,", {"Approach", "Retract"}, ""},
+        {"0,2,5,3,6", "NaN,1,0,1,-1", {"Approach", "Dwell", "Retract"}, "2 3 1"},
+        {"0,2,5,9", "NaN,1,-1,1", {"Approach", "Retract", "Approach 2"}, "2 3 1"},
+        {"0,0.5,4,6", "NaN,0,1,-1", {"Approach", "Retract"}, "4 2"},
+        {"0,Nan,5", "NaN,1,-1", {}, ""},
+    };
+    for (const auto& row : rows) {
+        wave made;
+        made.dimensions = {6, 1};
+        made.numbers = floats({1, 2, 3, 4, 5, 6});
+        made.labels[1] = {"Defl"};
+        made.footer = "Force";
+        made.note = std::string("Indexes: ") + row.indexes + "\rDirection: " + row.directions + "\r";
+        const auto result = read(made);
+        SCOPED_TRACE(row.indexes);
+        EXPECT_EQ(subimages_of(image_at(result, 0)), row.names);
+        expect_image(image_at(result, 0), {.strings = {{"\\Curve lengths", row.lengths}}});
+    }
+}
+
+TEST(Ibw, LabelsKeepWhatIsNeitherChannelNorDirection)
+{
+    wave made = layers({"HeightTraceMod0", "HeightRetraceMod0", "HeightTraceMod1", "UserIn0TraceMod1"});
+    made.note = "UserIn0Unit: nA\r";
+    const auto result = read(made);
+    ASSERT_EQ(result->items.size(), 3u);
+    const struct {
+        const char *label, *units, *origin;
+    } rows[] = {{"HeightMod0", "m", "from the channel's name, Height"},
+                {"HeightMod1", "m", "from the channel's name, Height"},
+                {"UserIn0Mod1", "nA", "from UserIn0Unit"}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const recorded_image& image = image_at(result, i);
+        expect_image(image, {.label = rows[i].label, .units = rows[i].units});
+        EXPECT_TRUE(image.strings.at("\\Z scale").ends_with(rows[i].origin)) << image.strings.at("\\Z scale");
+    }
+    made.footer = "";
+    made.note = "";
+    EXPECT_TRUE(image_at(read(made), 0).strings.at("\\Z scale").ends_with("from wave made"));
+}
+
+TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
+{
+    const struct {
+        double start;
+        const char *units, *footer;
+        double x, y; ///< starts of the axes
+    } rows[] = {{0, "m", "MFP3D", 2e-6, -3e-6},
+                {0, "um", "MFP3D", 2, -3},
+                {1, "m", "MFP3D", 1, 1},
+                {0, "s", "MFP3D", 0, 0},
+                {0, "m", "", 0, 0}};
+    for (const auto& row : rows) {
+        wave made = layers({"HeightTrace"});
+        made.note = "XOffset: 2e-06\rYOffset: -3e-06\r";
+        made.start = row.start;
+        made.xUnits = made.yUnits = row.units;
+        made.footer = row.footer;
+        const auto result = read(made);
+        const SPMDataStream& stream = image_at(result, 0).stream;
+        EXPECT_NEAR(stream.get_dimension(0).get_axis(0).start, row.x, 1e-12) << row.units << row.footer;
+        EXPECT_NEAR(stream.get_dimension(1).get_axis(0).start, row.y, 1e-12) << row.units << row.footer;
+    }
+}
+
+TEST(Ibw, DeflectionsHaveForceAndVoltsToo)
+{
+    wave made = layers({"DeflectionTrace", "HeightTrace"});
+    made.note = "SpringConstant: 2\rInvOLS: 5e-08\r";
+    const auto result = read(made);
+    const auto& axes = image_at(result, 0).stream.values;
+    ASSERT_EQ(axes.get_axes_number(), 3u);
+    EXPECT_EQ(axes.get_axis(1), VLAxis(0, 2, "N"));
+    EXPECT_STREQ(axes.get_axis(2).get_units(), "V");
+    EXPECT_NEAR(axes.get_axis(2).scale, 2e7, 1e-3); // one metre; 50 nm are one volt
+    EXPECT_EQ(image_at(result, 1).stream.values.get_axes_number(), 1u);
+}
+
+TEST(Ibw, NotesKeepLinesWithoutKeyAndTheDateComesFromTheHeaderElse)
+{
+    const struct {
+        const char* note;
+        std::map<std::string, std::string> strings;
+    } rows[] = {
+        {"Rate: 2\nBase: a:b\nTime:3:52:01 PM\n",
+         {{"Rate", "2"}, {"Base", "a:b"}, {"Time", "3:52:01 PM"}, {"\\Date", "1904-01-02 01:02:03"}}},
+        {"A scan\r\nof 22:53:08\r\n\r\nDate: 1\r\nTime: 2",
+         {{"Note", "A scan\nof 22:53:08"}, {"Date", "1"}, {"Time", "2"}, {"\\Date", "1 2"}}},
+        {"2021-10-11T22:53:08\rNote: own\r10:2",
+         {{"Note", "own\n2021-10-11T22:53:08\n10:2"}, {"\\Date", "1904-01-02 01:02:03"}}},
+    };
+    for (const auto& row : rows) {
+        wave made;
+        made.dimensions = {1};
+        made.numbers = floats({1});
+        made.note = row.note;
+        made.created = 86400 + 3600 + 2 * 60 + 3;
+        const auto result = read(made);
+        ASSERT_TRUE(result) << result.error().reason;
+        EXPECT_EQ(result->strings, row.strings) << row.note;
+    }
+    wave made;
+    made.dimensions = {1};
+    made.numbers = floats({1});
+    made.created = 3716812321; // "Date:2021-10-11", "Time:3:52:01 PM" of a recording
+    EXPECT_EQ(read(made)->strings.at("\\Date"), "2021-10-11 15:52:01");
+    made.created = 0;
+    EXPECT_FALSE(read(made)->strings.contains("\\Date"));
+}
+
+TEST(Ibw, ComplexLayersOfTwoDirectionsAreNamedInFull)
+{
+    wave made = layers({"HeightTrace", "HeightRetrace"});
+    made.type = 3;
+    made.numbers = floats({1, 10, 2, 20, 3, 30, 4, 40});
+    const auto result = read(made);
+    expect_image(image_at(result, 0),
+                 {.parts = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"},
+                  .values = {1, 2, 10, 20, 3, 4, 30, 40}});
+}
+
+TEST(Ibw, NumbersOfEveryTypeAndComplexOnesAreRead)
+{
+    const struct {
+        unsigned type;
+        std::string numbers;
+    } rows[] = {
+        {2, floats({1, 2, 3})},
+        {4, le_double(1) + le_double(2) + le_double(3)},
+        {8, "\1\2\3"},
+        {72, "\1\2\3"},
+        {16, le16(1) + le16(2) + le16(3)},
+        {80, le16(1) + le16(2) + le16(3)},
+        {32, le32(1) + le32(2) + le32(3)},
+        {96, le32(1) + le32(2) + le32(3)},
+    };
+    wave made;
+    made.dimensions = {3};
+    for (const auto& row : rows) {
+        made.type = row.type;
+        made.numbers = row.numbers;
+        const auto result = read(made);
+        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{1, 2, 3})) << row.type;
+    }
+    made.type = 3;
+    made.numbers = floats({1, 10, 2, 20, 3, 30});
+    const auto result = read(made);
+    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{1, 2, 3, 10, 20, 30}));
+    EXPECT_STREQ(image_at(result, 0).stream.subimage_names()[1].text, "Imaginary");
+}
+
+TEST(Ibw, UnnamedColumnsAreCurvesOfOneImage)
+{
+    wave made;
+    made.dimensions = {3, 2};
+    made.numbers = floats({1, 2, 3, 4, 5, 6});
+    const auto result = read(made);
+    expect_image(image_at(result, 0), {.axes = {"3 0.5 "}, .parts = {"Curve 1", "Curve 2"}});
+}
+
+TEST(Ibw, ACutWaveGivesItsWholeLayersWithoutAUnit)
+{
+    wave made;
+    made.dimensions = {2, 1, 3};
+    made.numbers = floats({1, 2, 5, 6, 3, 4});
+    made.labels[2] = {"HeightTrace", "PhaseTrace", "HeightRetrace"};
+    made.note = "ImagingMode: 1\r";
+    const std::string whole = made.bytes();
+    const std::size_t dataEnd = 384 + 24;
+    const struct {
+        std::size_t length, images;
+        const char* units; ///< of the first image
+        std::size_t warnings;
+    } rows[] = {
+        {whole.size(), 2, "m", 0},
+        {whole.size() - 1, 3, "", 2}, // the names of the channels are lost, and with them what the unit is of
+        {dataEnd + 3, 3, "", 2},
+        {dataEnd - 1, 2, "", 3}, // two whole layers
+        {dataEnd - 9, 1, "", 3},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.length);
+        const std::string bytes = whole.substr(0, row.length);
+        memory_source source(std::as_bytes(std::span(bytes)));
+        const auto result = read_ibw(source);
+        EXPECT_EQ(result->items.size(), row.images);
+        EXPECT_STREQ(image_at(result, 0).stream.values.get_axis(0).get_units(), row.units);
+        EXPECT_EQ(physical_of(image_at(result, 0))[1], 2.0);
+        EXPECT_EQ(result->warnings.size(), row.warnings);
+    }
+}
+
+TEST(Ibw, WhatCannotBeIsRefusedWithItsReason)
+{
+    wave good;
+    good.dimensions = {3};
+    good.numbers = floats({1, 2, 3});
+    const auto changed = [&](auto change) {
+        wave copy = good;
+        change(copy);
+        return copy.bytes();
+    };
+    std::string wrongSum = good.bytes();
+    wrongSum[100] ^= 1;
+    expect_refused(read_ibw, {
+                                 {wrongSum, "checksum"},
+                                 {"\7", "version number"},
+                                 {good.bytes().substr(0, 300), "cut short"},
+                                 {good.bytes().substr(0, 390), "beyond the end"},
+                                 {changed([](wave& w) { w.statedPoints = 4; }), "product of the dimensions"},
+                                 {changed([](wave& w) { w.dimensions = {4}; }), "stated size"},
+                                 {changed([](wave& w) { w.dimensions = {65536, 65536, 65536}; }), "too large"},
+                                 {changed([](wave& w) { w.dimensions = {0x80000000u}; }), "negative"},
+                                 {changed([](wave& w) { w.type = 7; }), "type of the numbers"},
+                                 {changed([](wave& w) { w.type = 0; }), "texts"},
+                                 {changed([](wave& w) {
+                                      w.dimensions = {};
+                                      w.numbers.clear();
+                                  }),
+                                  "no points"},
+                                 {changed([](wave& w) { w.dimensions = {1, 1, 1, 3}; }), "four dimensions"},
+                             });
+}
+
+} // namespace

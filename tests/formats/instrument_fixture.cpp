@@ -1,0 +1,158 @@
+#include "instrument_fixture.h"
+
+#include "formats/shared/finish_recording.h"
+#include "recorded_values.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+
+namespace instrument_fixture {
+
+bool folder_source::read(std::uint64_t offset, std::span<std::byte> out)
+{
+    return formats::memory_source(std::as_bytes(std::span(files.at(fileName)))).read(offset, out);
+}
+
+std::unique_ptr<formats::source> folder_source::sibling(const std::string& other)
+{
+    if (!files.contains(other)) return nullptr;
+    return std::make_unique<folder_source>(files, other);
+}
+
+std::vector<std::string> folder_source::siblings()
+{
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : files) names.push_back(name);
+    std::ranges::reverse(names); // no reader may rely on their order
+    return names;
+}
+
+folder load_files(const std::string& path)
+{
+    folder files;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(path, error)) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        files[entry.path().filename().string()] = std::string(std::istreambuf_iterator<char>(in), {});
+    }
+    return files;
+}
+
+base::read_result<formats::recording> read(reader read, const std::string& bytes, const std::string& name)
+{
+    // A block of its own, so that the sanitizer sees its end.
+    const std::vector<char> copy(bytes.begin(), bytes.end());
+    formats::memory_source file(std::as_bytes(std::span(copy)), name);
+    return read(file);
+}
+
+base::read_result<formats::recording> read(reader read, const folder& files, const std::string& name)
+{
+    folder_source file(files, name);
+    return read(file);
+}
+
+void expect_refused(reader read_, const std::vector<refused_file>& rows)
+{
+    for (const refused_file& row : rows) {
+        const auto result = formats::finish_recording(read(read_, row.bytes));
+        EXPECT_NE((result ? "it was read" : result.error().reason).find(row.reason), std::string::npos)
+            << row.reason << " is not what was told: " << (result ? "it was read" : result.error().reason);
+    }
+}
+
+SupportedFileTypes type_of(const std::string& bytes, const std::string& name)
+{
+    const auto head = std::as_bytes(std::span(bytes)).first(std::min(bytes.size(), formats::sniffBytes));
+    const formats::format_row* row = formats::find_format(head, name);
+    return row ? row->type : FILE_UNKNOWN;
+}
+
+bytes_builder& bytes_builder::text(std::string_view bytes)
+{
+    if (content.size() < position + bytes.size()) content.resize(position + bytes.size());
+    std::copy(bytes.begin(), bytes.end(), content.begin() + static_cast<std::ptrdiff_t>(position));
+    position += bytes.size();
+    return *this;
+}
+
+bytes_builder& bytes_builder::seek(std::size_t offset)
+{
+    if (content.size() < offset) content.resize(offset);
+    position = offset;
+    return *this;
+}
+
+const formats::recorded_image& image_at(const base::read_result<formats::recording>& result, std::size_t index)
+{
+    static const formats::recorded_image none;
+    EXPECT_TRUE(result) << result.error().reason;
+    if (!result) return none;
+    EXPECT_LT(index, result->items.size());
+    return index < result->items.size() ? std::get<formats::recorded_image>(result->items[index]) : none;
+}
+
+std::vector<int> raw_of(const formats::recorded_image& image)
+{
+    if (image.stream.array_type() != SPM_ARRAY_INT16) return {};
+    const auto* raw = static_cast<const std::int16_t*>(image.stream.array_data());
+    return {raw, raw + image.stream.array_length()};
+}
+
+std::vector<double> physical_of(const SPMDataStream& stream) { return formats::physical(stream); }
+
+std::vector<double> physical_of(const formats::recorded_image& image) { return formats::physical(image.stream); }
+
+std::vector<std::string> subimages_of(const formats::recorded_image& image)
+{
+    std::vector<std::string> names;
+    for (const smart_string& name : image.stream.subimage_names()) names.emplace_back(name.text ? name.text : "");
+    return names;
+}
+
+std::string axis_text(const formats::recorded_image& image, unsigned dimension)
+{
+    if (dimension >= image.stream.get_dimensions_number()) return "none";
+    const VLAxis& axis = image.stream.get_dimension(dimension).get_axis(0);
+    return base::general(axis.start) + " " + base::general(axis.scale) + " " + axis.get_units();
+}
+
+void expect_image(const formats::recorded_image& image, const expected_image& expected)
+{
+    const SPMDataStream& stream = image.stream;
+    SCOPED_TRACE(stream.get_description());
+    if (expected.label) { EXPECT_STREQ(stream.get_description(), expected.label); }
+    if (expected.units) { EXPECT_STREQ(stream.values.get_axis(0).get_units(), expected.units); }
+    std::vector<std::string> axes;
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) axes.push_back(axis_text(image, i));
+    if (!expected.axes.empty()) { EXPECT_EQ(axes, expected.axes); }
+    if (!expected.parts.empty()) { EXPECT_EQ(subimages_of(image), expected.parts); }
+    if (expected.over) { EXPECT_STREQ(stream.get_parameter_stream(), expected.over); }
+    for (const auto& [key, text] : expected.strings) {
+        const auto found = image.strings.find(key);
+        EXPECT_EQ(found == image.strings.end() ? "" : found->second, text) << key;
+    }
+    if (expected.values.empty()) return;
+    const std::vector<double> values = physical_of(image);
+    ASSERT_EQ(values.size(), expected.values.size());
+    const double error = expected.isFitted ? 0.5001 * std::fabs(stream.values.get_axis(0).scale) : 0.0;
+    for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected.values[i], error) << i;
+}
+
+void expect_cuts_refused(reader read, const std::string& bytes)
+{
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        const auto result = instrument_fixture::read(read, bytes.substr(0, length));
+        ASSERT_FALSE(result && result->warnings.empty()) << length << " of " << bytes.size() << " bytes were taken";
+        ASSERT_FALSE(!result && result.error().reason.empty()) << length;
+    }
+}
+
+} // namespace instrument_fixture

@@ -1,0 +1,112 @@
+#pragma once
+#include "base/byte_reader.h"
+#include "formats/recording.h"
+#include "formats/registry.h"
+#include "formats/source.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace instrument_fixture {
+
+/// Files of one folder in memory, by name.
+using folder = std::map<std::string, std::string>;
+
+/// All files of a folder; none when it is not there.
+folder load_files(const std::string& path);
+
+/// One file of a folder; the others are its siblings.
+class folder_source : public formats::source {
+public:
+    folder_source(const folder& files_, std::string name_) : files(files_), fileName(std::move(name_)) {}
+    std::uint64_t size() const override { return files.at(fileName).size(); }
+    bool read(std::uint64_t offset, std::span<std::byte> out) override;
+    const std::string& name() const override { return fileName; }
+    std::unique_ptr<formats::source> sibling(const std::string& other) override;
+    std::vector<std::string> siblings() override;
+    bool progress(double) override { return !isCancelled; }
+
+    bool isCancelled = false;
+
+private:
+    const folder& files;
+    std::string fileName;
+};
+
+using reader = base::read_result<formats::recording> (*)(formats::source&);
+
+base::read_result<formats::recording> read(reader read, const std::string& bytes, const std::string& name = "file");
+base::read_result<formats::recording> read(reader read, const folder& files, const std::string& name);
+
+/// A file and a part of the reason why it is refused.
+struct refused_file {
+    std::string bytes, reason;
+};
+
+/// Expects that each file is refused for its reason, at the latest when its recording is finished.
+void expect_refused(reader read, const std::vector<refused_file>& rows);
+
+/// What opens a file with this content and name.
+SupportedFileTypes type_of(const std::string& bytes, const std::string& name);
+
+/// Builds a file from numbers and texts; what is written past the end is filled with zeros in between.
+class bytes_builder {
+public:
+    template <class T>
+    bytes_builder& add(T value, std::endian order = std::endian::little)
+    {
+        char raw[sizeof(T)];
+        std::memcpy(raw, &value, sizeof(T));
+        if (order != std::endian::native) std::reverse(raw, raw + sizeof(T));
+        return text({raw, sizeof(T)});
+    }
+    template <class T>
+    bytes_builder& put(std::size_t offset, T value, std::endian order = std::endian::little)
+    {
+        seek(offset);
+        return add(value, order);
+    }
+    bytes_builder& text(std::string_view bytes);
+    bytes_builder& text(std::size_t offset, std::string_view bytes) { return seek(offset).text(bytes); }
+    bytes_builder& seek(std::size_t offset);
+
+    std::string content;
+
+private:
+    std::size_t position = 0;
+};
+
+/// The image at this place; an empty one with a failed test when there is none.
+const formats::recorded_image& image_at(const base::read_result<formats::recording>& result, std::size_t index);
+/// Samples and their values by value axis 0, in stored order: bottom row first.
+std::vector<int> raw_of(const formats::recorded_image& image);
+std::vector<double> physical_of(const formats::recorded_image& image);
+std::vector<double> physical_of(const SPMDataStream& stream);
+std::vector<std::string> subimages_of(const formats::recorded_image& image);
+/// "start step units" of the first axis of a dimension.
+std::string axis_text(const formats::recorded_image& image, unsigned dimension);
+
+/// What an image has to say of itself. What is left out is not compared.
+struct expected_image {
+    const char *label = nullptr, *units = nullptr; ///< units: of the first value axis
+    std::vector<std::string> axes = {};            ///< `axis_text` of every dimension
+    std::vector<std::string> parts = {};           ///< names of the sub-images
+    std::vector<double> values = {};
+    std::map<std::string, std::string> strings = {}; ///< those among others; "" for one that must not be there
+    const char* over = nullptr;                      ///< id of the stream that parametrises it
+    bool isFitted = false;                           ///< values may be off by half a step
+};
+void expect_image(const formats::recorded_image& image, const expected_image& expected);
+
+/// Expects that each beginning of the file is refused with a reason or read in part with a warning.
+void expect_cuts_refused(reader read, const std::string& bytes);
+
+} // namespace instrument_fixture

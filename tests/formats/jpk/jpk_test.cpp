@@ -1,0 +1,375 @@
+#include "formats/instrument_fixture.h"
+#include "formats/shared/finish_recording.h"
+#include "formats/shared/zip_fixture.h"
+#include "jpk_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace formats;
+using namespace instrument_fixture;
+using jpk_fixture::find_image;
+using jpk_fixture::read;
+
+/// Settings of a channel whose default slot is 2 * (0.5 * raw + 1) - 3 = raw - 1 nm, base volts 0.5 * raw + 1.
+std::string channel_lines(const std::string& name, const std::string& type, const std::string& encoder)
+{
+    const std::string c = "channel." + name + ".", s = c + "conversion-set.conversion";
+    return c + "data.file.name=channels/" + name + ".dat\n" + c + "data.type=" + type + "\n" + c +
+           "data.encoder.type=" + encoder + "\n" + c + "data.encoder.scaling.multiplier=0.5\n" + c +
+           "data.encoder.scaling.offset=1\n" + c + "data.encoder.scaling.unit.unit=V\n" + s + "s.list=distance\n" + s +
+           "s.base=volts\n" + s + "s.default=distance\n" + s + ".volts.defined=false\n" + s +
+           ".distance.base-calibration-slot=volts\n" + s + ".distance.scaling.multiplier=2\n" + s +
+           ".distance.scaling.offset=-3\n" + s + ".distance.scaling.unit.unit=nm\n";
+}
+
+std::string segment_lines(const std::string& style, unsigned points)
+{
+    return "#comment\r\nforce-segment-header.settings.segment-settings.style=" + style +
+           "\nforce-segment-header.duration=2\nforce-segment-header.num-points=" + std::to_string(points) + "\n";
+}
+
+std::string big_shorts(std::initializer_list<int> numbers)
+{
+    std::string text;
+    for (const int number : numbers) text += be16(static_cast<std::uint16_t>(number));
+    return text;
+}
+
+using members = std::map<std::string, std::string>;
+
+/// A single curve of two channels; the retract is one point shorter.
+members single_curve()
+{
+    const std::string channels = "channels.list=height vDeflection time\n" +
+                                 channel_lines("height", "short", "signedshort") +
+                                 channel_lines("vDeflection", "short", "signedshort-limited") +
+                                 "channel.time.data.type=raster-data\nchannel.time.data.step=1\n";
+    return {{"header.properties", "type=force-scan-series\nforce-scan-series.header.name=\\u00B5 and \\: ok\n"},
+            {"segments/0/segment-header.properties", segment_lines("extend", 3) + channels},
+            {"segments/0/channels/height.dat", big_shorts({30, 20, 10})},
+            {"segments/0/channels/vDeflection.dat", big_shorts({0, -1, 256})},
+            {"segments/1/segment-header.properties", segment_lines("retract", 3) + channels},
+            {"segments/1/channels/height.dat", big_shorts({10, 20})},
+            {"segments/1/channels/vDeflection.dat", big_shorts({7, 5})}};
+}
+
+TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
+{
+    const auto result = read(stored_zip(single_curve()));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image* deflection = find_image(*result, "vDeflection");
+    ASSERT_TRUE(deflection);
+    ASSERT_EQ(deflection->stream.values.get_axes_number(), 2u);
+    const auto* raw = static_cast<const std::int16_t*>(deflection->stream.array_data());
+    EXPECT_DOUBLE_EQ(deflection->stream.values.get_axis(1).at(raw[0]), 129.0); // 0.5 * 256 + 1 V
+    expect_image(*deflection, {.units = "nm",
+                               .parts = {"Approach", "Retract"},
+                               .values = {255, -2, -1, 6, 4, 4}, // raw - 1 nm
+                               .strings = {{"\\Curve lengths", "3 2"},
+                                           {"\\Z scale", "raw * 1 + -1 [nm] from encoder, conversions distance"}},
+                               .over = find_image(*result, "height")->stream.get_name()});
+    const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
+    ASSERT_TRUE(time);
+    expect_image(*time, {.values = {2, 1, 0, 0, 1, 1}, .isFitted = true});
+    EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
+    EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
+    EXPECT_EQ(physical_of(*find_image(*result, "height")), (std::vector<double>{9, 19, 29, 9, 19, 19}));
+    for (const recorded_image* image : {deflection, time, find_image(*result, "height")})
+        EXPECT_EQ(image->strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
+}
+
+TEST(Jpk, ASensitivityBelowZeroIsTold)
+{
+    const auto found = [](const std::string& multiplier) {
+        const std::string key = "channel.vDeflection.conversion-set.conversion.distance.scaling.multiplier=";
+        members all = single_curve();
+        for (auto& [name, text] : all)
+            if (const std::size_t at = text.find(key + "2"); at != std::string::npos)
+                text.replace(at, key.size() + 1, key + multiplier);
+        const auto result = read(stored_zip(all));
+        return result ? find_image(*result, "vDeflection")->strings : std::map<std::string, std::string>();
+    };
+    EXPECT_EQ(found("-2").at("\\Deflection sign"), "V falls where nm rises: the sensitivity is below 0");
+    EXPECT_FALSE(found("2").contains("\\Deflection sign"));
+}
+
+/// A map of 3 by 2 points, driven back and forth, in which point 4 was not measured. Curve k holds k, k + 10.
+members back_and_forth_map()
+{
+    const std::string prefix = "force-scan-map.position-pattern.";
+    members all{{"header.properties", "jpk-data-file=force-scan-map\n" + prefix + "back-and-forth=true\n" + prefix +
+                                          "grid.ilength=3\n" + prefix + "grid.jlength=2\n" + prefix +
+                                          "grid.ulength=6\n" + prefix + "grid.vlength=2\n" + prefix +
+                                          "grid.xcenter=10\n" + prefix + "grid.ycenter=0\n"},
+                {"shared-data/header.properties",
+                 "lcd-info.10.data.type=wrong\nlcd-info.1.type=integer-data\n"
+                 "lcd-info.1.encoder.type=signedinteger\n"
+                 "lcd-info.1.unit.unit=V\nforce-segment-header-info.0.settings.style=extend\n"}};
+    for (unsigned k = 0; k < 6; ++k) {
+        if (k == 4) continue;
+        const std::string folder = "index/" + std::to_string(k) + "/segments/0/";
+        all[folder + "segment-header.properties"] =
+            "force-segment-header.force-segment-header-info.*=0\nchannels.list=error\n"
+            "channel.error.lcd-info.*=1\nchannel.error.data.file.name=e.dat\n";
+        all[folder + "e.dat"] = be32(k) + be32(k + 10);
+    }
+    return all;
+}
+
+TEST(Jpk, MapsAreVolumesWithTheCurveFastest)
+{
+    const auto result = read(stored_zip(back_and_forth_map()));
+    const recorded_image& image = image_at(result, 0);
+    ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
+    expect_image(image, {.units = "V",
+                         .axes = {"0 1 ", "7 2 m", "-1 1 m"},
+                         .parts = {"Approach"},
+                         // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
+                         .values = {10, 0, 11, 1, 12, 2, 15, 5, 0, 0, 13, 3},
+                         .strings = {{"\\Void points", "2"}, {"\\Curve lengths", "2 2 2 2 0 2"}}});
+}
+
+TEST(Jpk, AGridThatCannotBeUsedIsTold)
+{
+    const struct {
+        std::string from, to, note;
+        unsigned dimensions;
+    } rows[] = {
+        {"ilength=3", "ilength=abc", "ilength or jlength of the grid is missing or no number from 1 to 65536", 1},
+        {"ilength=3", "ilength=0", "ilength or jlength of the grid is missing or no number from 1 to 65536", 1},
+        {"ilength=3", "ilength=2", "or are scattered over, the grid of 2 x 2 points", 1},
+        {"ulength=6", "u=6", "ulength of the grid is missing: its points are counted", 3},
+        {"ulength=6", "ulength=abc", "axis 2 is no number: it is told by ulength of the grid", 0},
+    };
+    for (const auto& row : rows) {
+        members all = back_and_forth_map();
+        std::string& header = all["header.properties"];
+        header.replace(header.find(row.from), row.from.size(), row.to);
+        const auto result = finish_recording(read(stored_zip(all)));
+        const std::string told = result ? result->strings.at("\\Reader note") : result.error().reason;
+        EXPECT_NE(told.find(row.note), std::string::npos) << told;
+        if (result) { EXPECT_EQ(image_at(result, 0).stream.get_dimensions_number(), row.dimensions) << told; }
+    }
+    for (const auto& [position, isWhole] : {std::pair("1e-6", true), {"1x-6", false}}) {
+        members all = back_and_forth_map();
+        all["index/2/header.properties"] =
+            "a.header.position.x=" + std::string(position) + "\na.header.position.y=2e-6\n";
+        const auto result = read(stored_zip(all));
+        EXPECT_EQ(result->strings.contains("Curve places, m"), isWhole);
+        EXPECT_EQ(result->strings.contains("\\Reader note"), !isWhole) << "the place of curve 2";
+    }
+}
+
+TEST(Jpk, CalibrationsThatChangeAreApplied)
+{
+    members all = single_curve();
+    std::string& header = all["segments/1/segment-header.properties"];
+    header.replace(header.find("vDeflection.data.encoder.scaling.multiplier=0.5"), 47,
+                   "vDeflection.data.encoder.scaling.multiplier=1.5");
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    expect_image(*find_image(*result, "vDeflection"),
+                 {.values = {255, -2, -1, 20, 14, 14}, .isFitted = true}); // 2 * (1.5 * 7 + 1) - 3 = 20
+}
+
+/// Replaces every `from` in the headers of the segments.
+members changed_segments(members all, const std::string& from, const std::string& to)
+{
+    std::size_t count = 0;
+    for (auto& [name, text] : all)
+        if (name.ends_with("segment-header.properties"))
+            for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size(), ++count)
+                text.replace(at, from.size(), to);
+    EXPECT_NE(count, 0u) << from;
+    return all;
+}
+
+TEST(Jpk, CurvesOfDifferentUnitsAreShownInOnesThatAllHave)
+{
+    members all = single_curve();
+    std::string& header = all["segments/1/segment-header.properties"]; // without a calibration to nm
+    const std::string set = "channel.vDeflection.conversion-set.conversions.";
+    for (const auto& [from, to] :
+         {std::pair{set + "default=distance", set + "default=volts"}, {set + "list=distance", set + "list="}})
+        header.replace(header.find(from), from.size(), to);
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    expect_image(*find_image(*result, "vDeflection"),
+                 {.units = "V", .values = {129, 0.5, 1, 4.5, 3.5, 3.5}, .isFitted = true}); // 0.5 * raw + 1
+
+    const std::string unit = "channel.vDeflection.data.encoder.scaling.unit.unit=V";
+    header.replace(header.find(unit), unit.size(), "channel.vDeflection.data.encoder.scaling.unit.unit=A");
+    const auto apart = read(stored_zip(all));
+    ASSERT_TRUE(apart) << apart.error().reason;
+    EXPECT_FALSE(find_image(*apart, "vDeflection"));
+    EXPECT_NE(apart->strings.at("Channels left out").find("vDeflection: its curves have no calibration"),
+              std::string::npos);
+}
+
+TEST(Jpk, ConversionsThatRunInACircleAreNotApplied)
+{
+    const std::string slot = "channel.vDeflection.conversion-set.conversion.distance.base-calibration-slot=";
+    const auto result = read(stored_zip(changed_segments(single_curve(), slot + "volts", slot + "distance")));
+    ASSERT_TRUE(result) << result.error().reason;
+    const recorded_image* image = find_image(*result, "vDeflection");
+    EXPECT_EQ(physical_of(*image), (std::vector<double>{129, 0.5, 1, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
+    EXPECT_EQ(image->stream.values.get_axes_number(), 1u);
+    EXPECT_NE(image->strings.at("\\Z scale").find("conversions of distance run in a circle"), std::string::npos);
+}
+
+/// All reader's notes of an archive, a line each, and the deflection in its first unit.
+std::pair<std::string, std::vector<double>> notes_and_deflection(const members& all)
+{
+    const auto result = read(stored_zip(all));
+    if (!result) return {"refused: " + result.error().reason, {}};
+    const recorded_image* image = find_image(*result, "vDeflection");
+    const auto notes = result->strings.find("\\Reader note");
+    return {notes == result->strings.end() ? "" : notes->second, image ? physical_of(*image) : std::vector<double>()};
+}
+
+TEST(Jpk, NumbersOfOneSegmentThatAreNoneAreTold)
+{
+    const std::string channel = "channel.vDeflection.", slot = channel + "conversion-set.conversion.distance.scaling.";
+    const std::vector<double> volts{129, 0.5, 1, 4.5, 3.5, 3.5}, lost{4, 4, 6, 4}, nm{255, -2, -1, 6, 4, 4};
+    const struct {
+        std::string line, value, note;
+        std::vector<double> values;
+    } rows[] = {
+        {slot + "multiplier=2", "NaN", "conversions left out", volts},
+        {slot + "multiplier=2", "0", "conversions left out", volts},
+        {slot + "multiplier=2", "inf", "conversions left out", volts},
+        {slot + "multiplier=2", "", "conversions left out", volts},
+        {slot + "offset=-3", "abc", "conversions left out", volts},
+        {channel + "conversion-set.conversions.default=distance", "other", "left out: other (it is not desc", volts},
+        {channel + "data.encoder.scaling.multiplier=0.5", "0", "1 is, the first: segments/0/: the multiplier", lost},
+        {"force-segment-header.duration=2", "-1", "the duration or num-points of segments/0/", nm},
+        {"force-segment-header.num-points=3", "abc", "the duration or num-points of segments/0/", nm},
+    };
+    for (const auto& row : rows) {
+        members all = single_curve();
+        std::string& header = all["segments/0/segment-header.properties"];
+        const std::size_t at = header.find(row.line), value = row.line.find('=') + 1;
+        ASSERT_NE(at, std::string::npos) << row.line;
+        header.replace(at + value, row.line.size() - value, row.value);
+        const auto [notes, values] = notes_and_deflection(all);
+        EXPECT_NE(notes.find(row.note), std::string::npos) << row.line << row.value << ": " << notes;
+        ASSERT_EQ(values.size(), row.values.size()) << row.line << row.value;
+        for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], row.values[i], 1e-2) << row.line << i;
+    }
+}
+
+TEST(Jpk, AMemberThatCannotBeReadCostsItsPart)
+{
+    const std::string file = "segments/0/channels/vDeflection.dat", header = "segments/0/segment-header.properties";
+    const auto damaged = [](const std::string& member) { // its checksum is that of other bytes
+        members all = single_curve();
+        std::string bytes = stored_zip(all);
+        bytes[bytes.find(all.at(member))] ^= 1;
+        return read(bytes);
+    };
+    for (const std::string& member : {file, header}) {
+        const auto result = damaged(member);
+        ASSERT_TRUE(result) << member << result.error().reason;
+        const recorded_image* image = find_image(*result, "vDeflection");
+        ASSERT_TRUE(image) << member;
+        EXPECT_EQ(image->strings.at("\\Void points"), member == file ? "3" : "2") << "as long as the longest";
+        ASSERT_FALSE(result->warnings.empty());
+        EXPECT_NE(result->warnings[0].find("1 is, the first: " + member), std::string::npos) << result->warnings[0];
+    }
+    members odd = single_curve();
+    odd[file] = "odd";
+    EXPECT_NE(notes_and_deflection(odd).first.find("no multiple"), std::string::npos);
+}
+
+TEST(Jpk, AChannelWithoutAnyMemberIsNamed)
+{
+    members all = single_curve();
+    all.erase("segments/0/channels/height.dat");
+    all.erase("segments/1/channels/height.dat");
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->strings.at("Channels left out"), "height: its member is missing");
+}
+
+TEST(Jpk, HeadersOfTheCurvesAreKept)
+{
+    members all = single_curve();
+    all["segments/0/segment-header.properties"] += "force-segment-header.time-stamp=2020-02-03 04\\:05\\:06 +0100\n";
+    all = changed_segments(all, "scaling.unit.unit=nm", "scaling.unit.unit=N"); // makes a force of it
+    all = changed_segments(all, "s.list=distance", "s.list=distance bend");
+    const std::string bend = "channel.height.conversion-set.conversion.bend.";
+    for (const char* segment : {"segments/0/segment-header.properties", "segments/1/segment-header.properties"})
+        all[segment] +=
+            bend + "base-calibration-slot=volts\n" + bend + "scaling.multiplier=4\n" + bend + "scaling.unit.unit=m\n";
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->strings.at("\\Date"), "2020-02-03 04:05:06 +0100");
+    expect_image(*find_image(*result, "height"),
+                 {.strings = {{"\\Date", "2020-02-03 04:05:06 +0100"},
+                              {"force-segment-header.settings.segment-settings.style", "extend / retract"},
+                              {"channel.height.data.type", "short"},
+                              {"channel.vDeflection.data.type", ""},
+                              {"Sensitivity", "4 m/V"}, // of any name: it is shown as a force
+                              {"Spring Constant", "0.5 N/m"}}});
+
+    members map = back_and_forth_map();
+    for (const unsigned k : {0u, 2u})
+        map["index/" + std::to_string(k) + "/header.properties"] =
+            "type=force-scan-series\nforce-scan-series.header.position.x=" + std::to_string(k) +
+            "E-6\nforce-scan-series.header.position.y=-2.5E-6\n";
+    const auto volume = read(stored_zip(map));
+    EXPECT_EQ(volume->strings.at("Curve places, m"), "0: 0 -2.5e-06\n2: 2e-06 -2.5e-06\n");
+    EXPECT_EQ(volume->strings.at("lcd-info.1.unit.unit"), "V");
+    EXPECT_EQ(image_at(volume, 0).strings.at("channel.error.unit.unit"), "V"); // the reference resolved
+}
+
+TEST(Jpk, AReferenceAloneStandsForWhatItIsNamedAfter)
+{
+    const auto result = read(stored_zip(changed_segments(
+        back_and_forth_map(), "force-segment-header.force-segment-header-info.*=0", "force-segment-header-info.*=0")));
+    EXPECT_STREQ(image_at(result, 0).stream.subimage_names()[0].text, "Approach");
+}
+
+TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
+{
+    const auto changed = [](const std::string& member, const std::string& content) {
+        members all = single_curve();
+        if (content.empty())
+            all.erase(member);
+        else
+            all[member] = content;
+        return stored_zip(all);
+    };
+    expect_refused(read_jpk, {
+                                 {changed("header.properties", ""), "header.properties is missing"},
+                                 {changed("header.properties", "a=b\n"), "no kind of force data"},
+                                 {stored_zip({{"header.properties", "type=force-scan-series\n"}}), "no segment"},
+                                 {stored_zip(single_curve()).substr(0, 900),
+                                  "zip directory cannot be read (the file is cut short)"},
+                                 {std::string("II*\0\10\0\0\0\0\0\0\0\0\0", 14), "0x8042"},
+                                 {"PK", "cut short"},
+                             });
+}
+
+TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)
+{
+    members all = single_curve();
+    for (const char* segment : {"segments/0/segment-header.properties", "segments/1/segment-header.properties"})
+        all[segment].replace(all[segment].find("signedshort"), 11, "squareroots");
+    const auto result = read(stored_zip(all));
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->items.size(), 2u);
+    EXPECT_NE(result->strings.at("Channels left out").find("squareroots"), std::string::npos);
+}
+
+TEST(Jpk, AnyArchiveMayBeOne)
+{
+    for (const std::string start : {"PK\3\4", "PK\5\6", "PK\7\x8"})
+        EXPECT_TRUE(possible_jpk(std::as_bytes(std::span(start)))) << start;
+    EXPECT_FALSE(possible_jpk({}));
+}
+
+} // namespace

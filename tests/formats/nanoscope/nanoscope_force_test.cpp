@@ -1,0 +1,194 @@
+#include "formats/instrument_fixture.h"
+#include "formats/nanoscope/nanoscope_fixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace instrument_fixture;
+using namespace nanoscope_fixture;
+using testing::ElementsAre;
+
+/// 0.5 V a raw step, 20 nm/V, 0.25 N/m: 2.5 nN a step. The ramp is 2 V times 10 nm/V.
+image_part force_part(const std::string& samples, std::vector<std::string> lines)
+{
+    lines.insert(lines.end(), {"\\Spring Constant: 0.25", "\\@4:Image Data: S [DeflectionError] \"Deflection Error\"",
+                               "\\@4:Z scale: V [Sens. DeflSens] (0.5 V/LSB) 7 V",
+                               "\\@4:Ramp size: V [Sens. Zsens] (0.1 V/LSB) 2 V"});
+    return {lines, samples, "\\*Ciao force image list"};
+}
+
+file_parts force_file(const std::vector<image_part>& channels)
+{
+    file_parts parts;
+    parts.magic = "\\*Force file list";
+    parts.scanLines = {"\\*Ciao scan list", "\\Operating mode: Force",   "\\Scan Size: 6 nm",
+                       "\\Lines: 2",        "\\@Sens. Zsens: V 10 nm/V", "\\@Sens. DeflSens: V 20 nm/V"};
+    parts.images = channels;
+    return parts;
+}
+
+TEST(NanoscopeForce, CurvesRunFromTheContactAndKeepAllTheirScales)
+{
+    const auto result = read(build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})})));
+    ASSERT_EQ(result->items.size(), 1u);
+    const auto& image = image_at(result, 0);
+    EXPECT_THAT(raw_of(image), ElementsAre(3, 2, 1, 6, 5, 4)); // as stored
+    ASSERT_EQ(image.stream.values.get_axes_number(), 3u);
+    EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0, 2.5, "nN"));
+    EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0, 10, "nm"));
+    EXPECT_EQ(image.stream.values.get_axis(2), VLAxis(0, 0.5, "V"));
+    expect_image(image, {.axes = {"20 -10 nm"},
+                         .parts = {"Approach", "Retract"},
+                         .values = {7.5, 5, 2.5, 15, 12.5, 10},
+                         .strings = {{"\\Recorded order", "Approach: contact first; Retract: contact first"}}});
+}
+
+TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
+{
+    file_parts parts = force_file({force_part(samples32({70000, 0, 3, 5}), {"\\Samps/line: 2", "\\Bytes/pixel: 2"})});
+    parts.fileLines[0] = "\\Version: 0x09200000";
+    const auto result = read(build(parts));
+    const auto& image = image_at(result, 0);
+    const double half = 0.5001 * image.stream.values.get_axis(0).scale;
+    EXPECT_NEAR(physical_of(image)[0], 175000.0, half);
+    EXPECT_NEAR(physical_of(image)[2], 7.5, half);
+}
+
+TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStandsAlone)
+{
+    const image_part deflection = force_part(samples16({3, 2, 1, 6, 5, 7, 8, 9}), {"\\Samps/line: 3 2"});
+    ASSERT_FALSE(read(build(force_file({deflection})))); // hold samples are told in the force list
+    file_parts parts = force_file({deflection, deflection});
+    parts.scanLines.push_back("\\*Ciao force list");
+    parts.scanLines.push_back("\\Hold Samples: 3");
+    const auto held = read(build(parts));
+    ASSERT_EQ(held->items.size(), 5u); // two of each channel and the ramps
+    const auto &ways = image_at(held, 0), &hold = image_at(held, 1), &ramps = image_at(held, 4);
+    EXPECT_THAT(raw_of(ways), ElementsAre(3, 2, 1, 6, 5, 5));
+    EXPECT_EQ(ways.strings.at("\\Curve lengths"), "3 2");
+    EXPECT_STREQ(ways.stream.subimage_names()[1].text, "Retract");
+    EXPECT_THAT(raw_of(hold), ElementsAre(7, 8, 9)); // as stored, though as long as the approach
+    EXPECT_STREQ(hold.stream.get_description(), "Deflection Error Hold");
+    EXPECT_EQ(hold.stream.get_dimension(0).get_axis(0), VLAxis());
+    EXPECT_FALSE(hold.stream.get_parameter_stream());
+    EXPECT_STREQ(ways.stream.get_parameter_stream(), "Ramp");
+    EXPECT_STREQ(image_at(held, 2).stream.get_parameter_stream(), "Ramp");
+    EXPECT_STREQ(ramps.stream.get_name(), "Ramp");
+    const double expected[] = {20, 10, 0, 20, 0, 0}; // 2 V of 10 nm/V on both ways
+    for (std::size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_NEAR(physical_of(ramps).at(i), expected[i], 20.0 / 65535);
+
+    parts.images[1].lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
+    const auto sensed = read(build(parts));
+    EXPECT_STREQ(image_at(sensed, 0).stream.get_parameter_stream(), image_at(sensed, 2).stream.get_name());
+}
+
+TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
+{
+    file_parts parts = force_file({force_part(samples16({3, 2, 1, 6, 5, 13, 12, 11, 16, 15}), {"\\Samps/line: 3 2"})});
+    parts.scanLines[1] = "\\Operating mode: Force Volume";
+    parts.scanLines.insert(parts.scanLines.end(), {"\\X Offset: 2 nm", "\\*Ciao force list", "\\force/line: 1 0"});
+    const auto result = read(build(parts));
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto &approach = image_at(result, 0), &retract = image_at(result, 1);
+    EXPECT_THAT(raw_of(approach), ElementsAre(3, 2, 1, 13, 12, 11));
+    EXPECT_THAT(raw_of(retract), ElementsAre(6, 5, 16, 15));
+    EXPECT_EQ(approach.stream.get_dimension(0).get_axis(0), VLAxis(20, -10, "nm"));
+    EXPECT_EQ(retract.stream.get_dimension(0).get_axis(0), VLAxis(20, -20, "nm")); // the same ramp
+    EXPECT_EQ(approach.stream.get_dimension(1).get_axis(0), VLAxis(2, 6, "nm"));
+    EXPECT_EQ(approach.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
+}
+
+TEST(NanoscopeForce, VolumesHaveTheCurveFirst)
+{
+    file_parts parts = force_file({
+        force_part(samples16({2, 1, 12, 11, 4, 3, 14, 13, 6, 5, 16, 15, 8, 7, 18, 17, 2, 2, 2, 2, 3, 3, 3, 3}),
+                   {"\\Samps/line: 2 2"}),
+    });
+    parts.scanLines[1] = "\\Operating mode: Force Volume";
+    parts.scanLines.push_back("\\*Ciao force list");
+    parts.scanLines.push_back("\\force/line: 3 0");
+    const auto result = read(build(parts));
+    const auto& image = image_at(result, 0);
+    ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
+    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 2, "nm"));
+    EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
+    EXPECT_THAT(raw_of(image),
+                ElementsAre(2, 1, 4, 3, 6, 5, 8, 7, 2, 2, 3, 3, 12, 11, 14, 13, 16, 15, 18, 17, 2, 2, 3, 3));
+}
+
+TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
+{
+    image_part bias =
+        force_part(samples16({2, 1}), {"\\Samps/line: 2 0", "\\@4:Ramp channel: S [DCBias] \"DC Sample Bias\"",
+                                       "\\@4:Ramp Begin DC Sample Bias: V (0.1 V/LSB) -1 V",
+                                       "\\@4:Ramp End DC Sample Bias: V (0.1 V/LSB) 3 V"});
+    image_part time = force_part(samples16({2, 1}), {"\\Samps/line: 2 0", "\\X Data Type: Time"});
+    image_part height = force_part(samples16({5, 9}), {"\\Samps/line: 2 0"});
+    height.lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
+    const auto result = read(build(force_file({bias, time, height})));
+    EXPECT_EQ(image_at(result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
+    EXPECT_EQ(image_at(result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
+    EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAre(1, 2));
+    EXPECT_FALSE(image_at(result, 0).strings.contains("\\Recorded order")); // no probe moves to a contact
+    EXPECT_THAT(raw_of(image_at(result, 1)), ElementsAre(2, 1));            // over the time as stored
+    EXPECT_STREQ(image_at(result, 0).stream.get_parameter_stream(), image_at(result, 2).stream.get_name());
+    EXPECT_FALSE(image_at(result, 2).stream.get_parameter_stream());
+}
+
+TEST(NanoscopeForce, NumbersThatAreNoneAreTold)
+{
+    const struct {
+        const char *from, *to, *note;
+        VLAxis values, ramp;
+    } rows[] = {
+        {"(0.5 V/LSB)",
+         "(abc V/LSB)",
+         "the hard scale in Z scale",
+         {0, 7 * 20 / 65536.0 * 0.25, "nN"},
+         {20, -10, "nm"}},
+        {"Spring Constant: 0.25", "Spring Constant: nan", "Spring Constant is 0 or no", {0, 10, "nm"}, {20, -10, "nm"}},
+        {"DeflSens: V 20 nm/V", "DeflSens: V abc", "Sens. DeflSens is no number", {0, 0.5, "V"}, {20, -10, "nm"}},
+        {"Zsens: V 10 nm/V", "Zsens: V 0 nm/V", "Sens. Zsens is 0 or no number", {0, 2.5, "nN"}, {2, -1, "V"}},
+        {"(0.1 V/LSB) 2 V", "(0.1 V/LSB) 0 V", "Ramp Size is 0 or no number", {0, 2.5, "nN"}, {}},
+    };
+    for (const auto& row : rows) {
+        std::string file = build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})}));
+        const std::string to =
+            std::string(row.to) + std::string(std::string_view(row.from).size() - std::string_view(row.to).size(), ' ');
+        const auto result = read(file.replace(file.find(row.from), to.size(), to));
+        ASSERT_TRUE(result) << row.to << result.error().reason;
+        const auto& image = image_at(result, 0);
+        ASSERT_EQ(image.notes.size(), 1u) << row.to;
+        EXPECT_THAT(image.notes[0], testing::HasSubstr(row.note));
+        EXPECT_NEAR(image.stream.values.get_axis(0).scale, row.values.scale, 1e-9) << row.to;
+        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), row.values.get_units()) << row.to;
+        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), row.ramp) << row.to;
+    }
+}
+
+TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
+{
+    const std::string rows = samples16({2, 10, 20, 3, 30, 40, 50});
+    const file_parts told = force_file({force_part(rows, {"\\Start context: FOLVAR"})});
+    file_parts toldInTheFileList = force_file({force_part(rows, {})});
+    toldInTheFileList.fileLines.push_back("\\Start context: FOLVAR");
+    for (const file_parts& parts : {told, toldInTheFileList}) {
+        const auto result = read(build(parts));
+        EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
+        EXPECT_EQ(image_at(result, 0).strings.at("\\Curve lengths"), "2 3");
+    }
+}
+
+TEST(NanoscopeForce, UnitsAreSpeltAsElsewhere)
+{
+    image_part phase = force_part(samples16({2, 1}), {"\\Samps/line: 2 0"});
+    phase.lines[3] = "\\@4:Z scale: C (0.5 \xBA/LSB) 180 \xBA";
+    const auto result = read(build(force_file({phase})));
+    EXPECT_EQ(image_at(result, 0).stream.values.get_axis(0), VLAxis(0, 0.5, "\u00B0"));
+}
+
+} // namespace

@@ -1,0 +1,225 @@
+#include "formats/instrument_fixture.h"
+#include "formats/scala/scala.h"
+#include "formats/shared/finish_recording.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace instrument_fixture;
+
+const std::string head = ";\n;  Omicron SPM Control.\n;  Parameter file for SPM data.\n;\n";
+const std::string geometry = "Date : 04.06.2012\nField X Size in nm : 30 ;[nm]\nField Y Size in nm : 20 ;[nm]\n"
+                             "Image Size in X : -3\nImage Size in Y : 2\nX Offset : 5 ;[nm]\nY Offset : -7 ;[nm]\n"
+                             "Gap Voltage : 0.5 ;[V] as set\nComment : a\x01"
+                             "b \xB0\n\n";
+
+std::string topography(const std::string& name, const std::string& direction, const std::string& file,
+                       const std::string& range = "-10\n 10\n -1\n 3\n 9.5")
+{
+    return "Topographic Channel : " + name + " ;Channel\n " + direction + " \n " + range +
+           " ;Resolution\n nm ;Unit\n " + file + "  ;Filename\n\n";
+}
+
+const std::string grid =
+    "Spectroscopy Points in X : 2\nSpectroscopy Lines in Y : 1\nSpectroscopy Grid Value in X : 2\n\n";
+
+std::string spectroscopy(const std::string& file, const std::string& points = "3",
+                         const std::string& direction = "Forward", const std::string& range = "-1\n 1\n 1")
+{
+    return grid + "Spectroscopy Channel : I(V)\n V ;Parameter\n " + direction + "\n 0\n 10\n 1\n 6\n 0.25\n nA\n " +
+           points + "\n " + range + "\n 10\n 20\n On\n " + file + "\n I of V\n\n";
+}
+
+std::string samples(const std::vector<int>& values)
+{
+    bytes_builder out;
+    for (const int value : values) out.add(static_cast<std::int16_t>(value), std::endian::big);
+    return out.content;
+}
+
+TEST(Scala, DirectionsShareAnImageWithTheScaleOfBothRanges)
+{
+    const folder files = {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0") +
+                                        topography("Z", "Backward", "a.tb0") +
+                                        topography("F", "Forward", "a.tf1", "4\n 4\n 0\n 1\n 0.25")},
+                          {"a.tf0", samples({1, 2, 3, 4, 5, 6})},
+                          {"a.tb0", samples({6, 5, 4, 3, 2, 1})},
+                          {"a.tf1", samples({1, 0, 0, 0, 0, 0})}};
+    const auto result = read(formats::read_scala, files, "a.par");
+    ASSERT_EQ(result->items.size(), 2u);
+    const auto& height = image_at(result, 0);
+    EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 6, 5, 4, 3, 2, 1}));
+    expect_image(height, {.axes = {"5 10 nm", "-7 10 nm"}, .parts = {"Forward", "Reverse"}});
+    EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 4.0 / 20 * 11); // raw -10 is -1, raw 10 is 3
+    EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 0.25);  // no range: the resolution
+    EXPECT_EQ(result->strings.at("Gap Voltage"), "0.5 V");
+    EXPECT_EQ(result->strings.at("\\Date"), "04.06.2012");
+    EXPECT_EQ(result->strings.at("Comment"), "a b \u00B0"); // native files hold no control characters
+}
+
+TEST(Scala, ReadsParametersAsTheyAreWritten)
+{
+    // Comments and blank lines stand inside a block, one key twice; a direction has no partner, another scale or none.
+    std::string broken = topography("Z", "Backward", "a.tb0");
+    broken.insert(broken.find(" Backward"), "; Range\n\n");
+    const folder files = {{"a.par", head + geometry + "Counter : 1 ;[Hz]\n" + broken +
+                                        topography("Z", "Forward", "a.tf0", "-9\n 10\n -1\n 3\n 9.5") +
+                                        topography("I", "Backward", "a.tb0", "0\n 10\n \t;minimum\n 3\n 0") +
+                                        "Counter : 2\n"},
+                          {"a.tf0", samples({1, 2, 3, 4, 5, 6})},
+                          {"a.tb0", samples({6, 5, 4, 3, 2, 1})}};
+    const auto result = formats::finish_recording(read(formats::read_scala, files, "a.par"));
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_EQ(subimages_of(image_at(result, 0)), std::vector<std::string>{"Reverse"});
+    EXPECT_EQ(subimages_of(image_at(result, 1)), std::vector<std::string>{"Forward"});
+    EXPECT_EQ(result->strings.at("Counter"), "1 Hz\n2");
+    const std::string left =
+        "\"I\" is left out: the scale of the values is 0: it is told by Resolution"; // without a minimum the resolution
+                                                                                     // counts
+    EXPECT_EQ(result->warnings, std::vector<std::string>{left});
+}
+
+TEST(Scala, NamesTheFieldOfASideThatIsNoneOrMissing)
+{
+    const auto set_with = [](const std::string& size) {
+        std::string text = head + geometry + topography("Z", "Forward", "a.tf0");
+        const std::size_t at = text.find("Field X Size in nm"), colon = text.find(':', at) + 1;
+        text.replace(colon, text.find('\n', colon) - colon, size);
+        const folder files = {{"a.par", text}, {"a.tf0", samples({1, 2, 3, 4, 5, 6})}};
+        return formats::finish_recording(read(formats::read_scala, files, "a.par"));
+    };
+    const auto none = set_with(" wide");
+    ASSERT_FALSE(none);
+    EXPECT_NE(none.error().reason.find("axis 1 is no number: it is told by Field X Size in nm"), std::string::npos);
+    EXPECT_EQ(set_with("")->warnings, std::vector<std::string>{"no Field X Size in nm: X is counted in points"});
+}
+
+TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)
+{
+    const std::string data = samples({1, 2, 3, 4, 5, 6});
+    const folder sets[] = {
+        {{"a.par", head + geometry + topography("Z", "Forward", "A.TF0")}, {"a.tf0", data}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0")}, {"A.TF0", data}},
+        {{"new.par", head + geometry + topography("Z", "Forward", "old.tf0")}, {"new.tf0", data}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "C:\\scans\\a.tf0")}, {"a.tf0", data}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "../../b/a.tf0")}, {"a.tf0", data}},
+    };
+    for (const folder& files : sets)
+        for (const auto& [name, bytes] : files) {
+            const auto result = read(formats::read_scala, files, name); // from the data file, too
+            EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 2, 3, 4, 5, 6})) << name;
+        }
+    EXPECT_EQ(type_of(data, "a.tf0"), FILE_SCALA);
+    EXPECT_EQ(type_of("[Parameters]\r\n", "a.par"), FILE_UNKNOWN); // of another instrument
+    const auto alone = read(formats::read_scala, folder{{"a.tf0", data}}, "a.tf0");
+    ASSERT_FALSE(alone);
+    EXPECT_NE(alone.error().reason.find("none with its name lies beside it"), std::string::npos);
+}
+
+TEST(Scala, AMissingDataFileDoesNotLoseTheOthers)
+{
+    folder files = {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0") +
+                                  topography("I", "Forward", "a.tf1") + topography("F", "Forward", "a.tf2")},
+                    {"a.tf1", samples({1, 2, 3, 4, 5, 6})},
+                    {"a.tf2", samples({1, 2, 3})}};
+    const auto result = read(formats::read_scala, files, "a.par");
+    ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(result->items.size(), 1u);
+    EXPECT_EQ(result->strings.at("Missing channels"),
+              "Z (a.tf0): there is no such file; F (a.tf2): the file is cut short");
+    files.erase("a.tf1");
+    EXPECT_FALSE(read(formats::read_scala, files, "a.par"));
+}
+
+TEST(Scala, SpectroscopyOnAGridIsAVolume)
+{
+    // Three points of two curves, each point a map of its own.
+    const folder files = {{"a.par", head + geometry + spectroscopy("a.sf0")}, {"a.sf0", samples({1, 2, 3, 4, 5, 6})}};
+    const auto result = read(formats::read_scala, files, "a.par");
+    const auto& volume = image_at(result, 0);
+    ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(raw_of(volume), (std::vector<int>{1, 3, 5, 2, 4, 6}));
+    EXPECT_EQ(axis_text(volume, 0), "-1 1 V");
+    EXPECT_EQ(axis_text(volume, 1), "5 20 nm"); // a curve at every second pixel of 10 nm
+    EXPECT_STREQ(volume.stream.get_description(), "I of V");
+    EXPECT_DOUBLE_EQ(physical_of(volume)[0], 1.5); // raw 0 is 1, raw 10 is 6
+
+    // The increment lacks the sign of the way back; only without an end does it count.
+    const struct {
+        const char *range, *axis;
+    } rows[] = {{"1\n -1\n 0.5", "1 -1 V"}, {"2\n 2\n 0.5", "2 0.5 V"}, {"-1\n 1\n 0", "-1 1 V"}};
+    for (const auto& row : rows) {
+        const folder ranged = {{"a.par", head + geometry + spectroscopy("a.sb0", "3", "Backward", row.range)},
+                               {"a.sb0", samples({1, 2, 3, 4, 5, 6})}};
+        const auto back = read(formats::read_scala, ranged, "a.par");
+        EXPECT_EQ(axis_text(image_at(back, 0), 0), row.axis);
+        EXPECT_EQ(subimages_of(image_at(back, 0)), std::vector<std::string>{"Reverse"});
+    }
+    const folder longer = {{"a.par", head + geometry + spectroscopy("a.sf0")},
+                           {"a.sf0", samples({1, 2, 3, 4, 5, 6, 7})}};
+    const auto refused = read(formats::read_scala, longer, "a.par");
+    ASSERT_FALSE(refused);
+    EXPECT_NE(refused.error().reason.find("longer than its points take"), std::string::npos);
+}
+
+TEST(Scala, CurvesOfSinglePointsAreSubimages)
+{
+    const std::string text =
+        ";n_curves : 2\nBEGIN COORD\n1.5 2.5\n3 4\nEND\nBEGIN\n-1 2\n0 4\n1 6\nEND\nBEGIN\n-1 8\n0 10\n"
+        "END\n";
+    folder files = {{"a.par", head + geometry + spectroscopy("a.cs0")}, {"a.cs0", text}};
+    const auto uneven = read(formats::read_scala, files, "a.par");
+    ASSERT_EQ(uneven->items.size(), 2u);
+    const auto& curves = image_at(uneven, 1);
+    EXPECT_EQ(raw_of(curves), (std::vector<int>{2, 4, 6, 8, 10, 10}));
+    expect_image(curves, {.strings = {{"\\Curve lengths", "3 2"}, {"Curve places, nm", "1.5 2.5\n3 4\n"}},
+                          .over = image_at(uneven, 0).stream.get_name()});
+    EXPECT_EQ(raw_of(image_at(uneven, 0)), (std::vector<int>{-1, 0, 1, -1, 0, 0}));
+
+    files["a.cs0"].insert(files["a.cs0"].rfind("END"), "1 12\n");
+    const auto even = read(formats::read_scala, files, "a.par");
+    expect_image(image_at(even, 0), {.axes = {"-1 1 V"}, .parts = {"Forward 1", "Forward 2"}});
+    EXPECT_DOUBLE_EQ(physical_of(image_at(even, 0))[0], 0.5); // 2 steps of the resolution
+    files["a.cs0"].resize(60);
+    EXPECT_FALSE(read(formats::read_scala, files, "a.par"));
+}
+
+TEST(Scala, DirectionsOfSinglePointsShareAnImage)
+{
+    const folder files = {{"a.par", head + geometry + spectroscopy("a.cs0") + spectroscopy("b.cs0", "3", "Backward")},
+                          {"a.cs0", ";n_curves : 2\nBEGIN COORD\n1 2\nEND\nBEGIN\n-1 1\n0 2\nEND\n"},
+                          {"b.cs0", "; n_curves : 1\nBEGIN COORD\n1 2\nEND\nBEGIN\n1 3\n0 4\n-1 5\nEND\n"}};
+    for (const char* name : {"a.par", "a.cs0"}) {
+        EXPECT_EQ(type_of(files.at(name), "wrong.ext"), FILE_SCALA);
+        const auto result = read(formats::read_scala, files, name);
+        ASSERT_EQ(result->items.size(), 2u);
+        const auto &ramp = image_at(result, 0), &curves = image_at(result, 1);
+        EXPECT_EQ(raw_of(ramp), (std::vector<int>{-1, 0, 0, 1, 0, -1}));
+        EXPECT_EQ(raw_of(curves), (std::vector<int>{1, 2, 2, 3, 4, 5}));
+        for (const auto* image : {&ramp, &curves})
+            expect_image(*image, {.parts = {"Forward", "Reverse"}, .strings = {{"\\Curve lengths", "2 3"}}});
+        expect_image(curves, {.strings = {{"Curve places, nm", "1 2\n"}}, .over = ramp.stream.get_name()});
+        EXPECT_EQ(result->strings.at("Missing channels"), "I of V (a.cs0): cut short: 1 of 2 curves");
+    }
+}
+
+TEST(Scala, RefusesWhatCannotBe)
+{
+    const std::string channel = topography("Z", "Forward", "a.tf0");
+    std::string many;
+    for (int i = 0; i < 101; ++i) many += channel;
+    expect_refused(
+        formats::read_scala,
+        {
+            {";\n; Anfatec parameter file\n", "not an Omicron parameter file"},
+            {head + geometry, "no channel is described"},
+            {head + channel, "Image Size in X or Y is missing"},
+            {head + "Image Size in X : 3\nImage Size in Y : 65537\n" + channel, "above 65536"},
+            {head + geometry + many, "more than 100 channels"},
+            {head + geometry + channel, "none of its data files can be read: Z (a.tf0): there is no such file"},
+            {head + geometry + spectroscopy("a.sf0", "-4"), "none of its data files"},
+        });
+}
+
+} // namespace

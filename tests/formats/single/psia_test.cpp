@@ -1,0 +1,140 @@
+#include "formats/instrument_fixture.h"
+#include "formats/single/psia.h"
+
+#include "formats/pictures/tiff.h"
+#include "formats/registry.h"
+#include "formats/shared/bytes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+// TIFF files with calibrated data in private tags.
+
+namespace {
+
+using namespace formats;
+using namespace instrument_fixture;
+using testing::HasSubstr;
+
+constexpr std::uint32_t floats = 2, version1 = 0x01000001, version2 = 0x01000002;
+
+/// UTF-16, filled up with zeros.
+std::string wide(const std::string& text, std::size_t characters)
+{
+    std::string out;
+    for (const char c : text) out += std::string{c, '\0'};
+    out.resize(2 * characters);
+    return out;
+}
+
+/// A file of 3 x 2 samples over 6 x 4 micrometres, the parts of which can be changed before it is made.
+struct psia_file {
+    std::uint32_t magic = 0x0E031301, version = version2;
+    std::string header = std::string(352, '\0');
+    std::string samples =
+        le_float(0.5f) + le_float(-1.0f) + le_float(2.0f) + le_float(0.25f) + le_float(4.0f) + le_float(-0.75f);
+    std::size_t filler = 0; ///< bytes between the head of the file and its directory
+
+    psia_file()
+    {
+        set(4, wide("Z Detector", 32));
+        set(68, wide("NCM", 8));
+        set(100, le32(3) + le32(2));
+        set(128, le32(1));
+        set(140, le_double(6.0) + le_double(4.0) + le_double(3.75) + le_double(-1.75) + le_double(1.5));
+        set(220, le_double(-2.0) + le_double(0.0)); // a Z scale of 0 counts as 1
+        set(244, wide("um", 8));
+        set(348, le32(floats));
+    }
+    psia_file& set(std::size_t at, const std::string& bytes)
+    {
+        header.replace(at, bytes.size(), bytes);
+        return *this;
+    }
+    std::string bytes() const
+    {
+        const auto tag = [](unsigned number, unsigned type, std::size_t count, std::size_t value) {
+            return le16(number) + le16(type) + le32(count) + le32(value);
+        };
+        const std::size_t directoryAt = 8 + filler, samplesAt = directoryAt + 2 + 6 * 12 + 4;
+        return std::string("II*\0", 4) + le32(directoryAt) + std::string(filler, ' ') + le16(6) + tag(256, 4, 1, 1) +
+               tag(257, 4, 1, 1) + tag(50432, 4, 1, magic) + tag(50433, 4, 1, version) +
+               tag(50434, 1, samples.size(), samplesAt) + tag(50435, 7, header.size(), samplesAt + samples.size()) +
+               le32(0) + samples + header;
+    }
+};
+
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_psia, bytes); }
+
+TEST(Psia, HasItsHeightsBottomRowFirstOverTheirSize)
+{
+    const auto result = read(psia_file().bytes());
+    expect_image(image_at(result, 0), {.label = "Z Detector",
+                                       .units = "\u00B5m",
+                                       .axes = {"3.75 2 \u00B5m", "-1.75 2 \u00B5m"},
+                                       .values = {-1.0, 2.0, -4.0, -0.5, -8.0, 1.5}, // the samples times -2
+                                       .strings = {{"Head mode", "NCM"},
+                                                   {"\\Scan rate", "1.5 Hz"},
+                                                   {"\\Line direction", "Forward"},
+                                                   {"\\Frame direction", "Down"}},
+                                       .isFitted = true});
+}
+
+TEST(Psia, HasSamplesOfThreeTypes)
+{
+    psia_file shorts, longs, old;
+    shorts.set(348, le32(0)).samples = le16(1) + le16(0xFFFE) + le16(3) + le16(4) + le16(5) + le16(6);
+    longs.set(348, le32(1)).samples = le32(1) + le32(0xFFFFFFFE) + le32(3) + le32(4) + le32(5) + le32(6);
+    old.samples = shorts.samples; // of 16 bits, whatever stands where a later version has the type
+    old.version = version1;
+    old.header.resize(284);
+    for (psia_file* file : {&shorts, &longs, &old}) {
+        file->set(220, le_double(-2.0) + le_double(0.5));
+        const auto result = read(file->bytes());
+        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{-1, 2, -3, -4, -5, -6}));
+    }
+}
+
+TEST(Psia, IsFoundWhereverItsDirectoryLies)
+{
+    for (const std::size_t filler : {std::size_t{0}, 2 * sniffBytes}) {
+        psia_file parts;
+        parts.filler = filler;
+        const std::string bytes = parts.bytes();
+        const auto head = std::as_bytes(std::span(bytes)).first(std::min(bytes.size(), sniffBytes));
+        EXPECT_EQ(find_format(head, "a.tif")->type, filler == 0 ? FILE_PSIA : FILE_TIFF);
+        memory_source file(std::as_bytes(std::span(bytes)));
+        const auto result = read_tiff(file);
+        EXPECT_STREQ(image_at(result, 0).stream.get_description(), "Z Detector");
+    }
+}
+
+TEST(Psia, RefusesWhatItCannotShow)
+{
+    const auto with = [](std::size_t at, const std::string& field) { return psia_file().set(at, field).bytes(); };
+    psia_file otherMagic, otherVersion, shortHeader, fewSamples;
+    otherMagic.magic = 7;
+    otherVersion.version = 0x01000003;
+    shortHeader.header.resize(351);
+    fewSamples.samples.resize(20);
+    expect_refused(read_psia, {
+                                  {otherMagic.bytes(), "tag 50432"},
+                                  {otherVersion.bytes(), "tag 50433"},
+                                  {shortHeader.bytes(), "tag 50435"},
+                                  {fewSamples.bytes(), "ask for 24 bytes of samples, tag 50434 has 20"},
+                                  {with(0, le32(1)), "line profiles"},
+                                  {with(0, le32(2)), "spectroscopy"},
+                                  {with(0, le32(9)), "kind 9"},
+                                  {with(100, le32(0)), "width or height"},
+                                  {with(100, le32(65537)), "width or height"},
+                                  {with(104, le32(3)), "ask for 36 bytes"},
+                                  {with(272, le32(1)), "compressed"},
+                                  {with(276, le32(1)), "logarithmic"},
+                                  {with(280, le32(1)), "square-root"},
+                                  {with(348, le32(3)), "sample type"},
+                              });
+    const std::string whole = psia_file().bytes();
+    expect_cuts_refused(read_psia, whole);
+}
+
+} // namespace

@@ -1,0 +1,111 @@
+#include "formats/instrument_fixture.h"
+#include "formats/single/stp.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace instrument_fixture;
+
+/// "key" filled up to 14 columns, the value, a line end.
+std::string line(std::string key, const std::string& value)
+{
+    key.resize(14, ' ');
+    return key + value + "\r\n";
+}
+
+std::string buffer(const std::string& mode, const std::string& extra = {}, const std::string& columns = "2")
+{
+    return line("buffer_id", "7") + line("samples_x", columns) + line("samples_y", "2") + line("length_x", "200") +
+           line("source_mode", mode) + " a remark\r\n\r\n" + extra;
+}
+
+const std::string global = "UK SOFT\r\n" + line("software", "Scan 4") + line("z_v_to_angs", "60");
+
+std::string build(const std::string& buffers, const std::vector<int>& samples)
+{
+    bytes_builder out;
+    out.text(global + buffers + "Data_section  \r\n");
+    for (const int sample : samples) out.add(static_cast<std::uint16_t>(sample));
+    return out.content;
+}
+
+TEST(Stp, UnsignedSamplesKeepEveryBitAndTheirHeights)
+{
+    const auto servo = line("servo_range", "2") + line("Date", "01/02/99") + line("time", "12:00") +
+                       line("scan_dir", "1") + line("line_freq", "3.5");
+    const auto result = read(formats::read_stp, build(buffer("1", servo + line("collect_mode", "1")) +
+                                                          buffer("1", servo + line("collect_mode", "2")),
+                                                      {0, 1, 32768, 65535, 5, 6, 7, 8}));
+    ASSERT_EQ(result->items.size(), 1u);
+    const auto& image = image_at(result, 0);
+    EXPECT_EQ(raw_of(image), (std::vector<int>{-32768, -32767, 0, 32767, -32763, -32762, -32761, -32760}));
+    const auto heights = physical_of(image);
+    for (const auto& [index, raw] : {std::pair{0, 0}, {2, 32768}, {3, 65535}})
+        EXPECT_NEAR(heights.at(static_cast<std::size_t>(index)), raw * 60.0 * 2 / 32768, 1e-6) << raw;
+    ASSERT_EQ(image.stream.values.get_axes_number(), 2u);
+    EXPECT_NEAR(image.stream.values.get_axis(1).at(0), 2.0, 1e-6); // raw 32768 is the servo's range of 2 V
+    EXPECT_STREQ(image.stream.values.get_axis(1).get_units(), "V");
+    expect_image(image,
+                 {.units = "\u00C5",
+                  .axes = {"0 100 \u00C5", "0 1 "}, // no length, no guess
+                  .parts = {"Forward", "Reverse"},
+                  .strings = {{"\\Date", "01/02/99 12:00"}, {"\\Frame direction", "Up"}, {"\\Scan rate", "3.5"}}});
+    EXPECT_EQ(result->strings.at("software"), "Scan 4");
+}
+
+TEST(Stp, EachSourceHasItsScale)
+{
+    const struct {
+        std::string buffer;
+        double low, middle; // of raw 0 and raw 32768
+        const char *units, *label;
+    } rows[] = {
+        {buffer("9"), 0, 1, "\u00C5", "Topography"},
+        {buffer("2"), -10, 0, "V", "Current, deflection or amplitude"},
+        {buffer("17"), -10, 0, "V", "Input 17"},
+        {buffer("99", line("ExSourceZFact", "0.5") + line("ExSourceZBip", "TRUE") + line("ExSourceZUnit", "nA")),
+         -16384, 0, "nA", "External"},
+        {buffer("99", line("ExSourceZFact", "0.5") + line("ExSourceZUnit", "nA")), 0, 16384, "nA", "External"},
+        {buffer("55"), 0, 32768, "", "Source 55"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(formats::read_stp, build(row.buffer, {0, 32768, 1, 1}));
+        const auto& image = image_at(result, 0);
+        EXPECT_NEAR(physical_of(image).at(0), row.low, 1e-9) << row.label;
+        EXPECT_NEAR(physical_of(image).at(1), row.middle, 1e-9) << row.label;
+        expect_image(image, {.label = row.label, .units = row.units});
+    }
+}
+
+TEST(Stp, DirectionsOfDifferentSourcesStayApart)
+{
+    const auto buffers = buffer("1", line("collect_mode", "1")) + buffer("9", line("collect_mode", "1")) +
+                         buffer("9", line("collect_mode", "2")) + buffer("1", line("collect_mode", "2"));
+    const auto result = read(formats::read_stp, build(buffers, {1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4, 4, 4}));
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 1, 1, 1, 4, 4, 4, 4})); // both of source 1
+    EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{2, 2, 2, 2, 3, 3, 3, 3}));
+    EXPECT_EQ(image_at(result, 0).strings.at("collect_mode"), "1 / 2");
+}
+
+TEST(Stp, RefusesWhatCannotBe)
+{
+    expect_refused(formats::read_stp,
+                   {
+                       {build(buffer("1", line("length_y", "0")), {1, 2, 3, 4}),
+                        "the scale of axis 2 is 0: it is told by length_y"},
+                       {build(buffer("1", line("length_y", "wide")), {1, 2, 3, 4}), "the scale of axis 2 is no number"},
+                       {build(buffer("1", line("servo_range", "0")), {1, 2, 3, 4}), "the scale of the values is 0"},
+                       {"UK SOFTWARE\r\n", "not a Molecular Imaging header"},
+                       {global + buffer("1"), "the end of the header, \"Data_section\", is missing"},
+                       {build("", {1, 2, 3, 4}), "no buffer_id"},
+                       {build(buffer("1", "", "0"), {1, 2, 3, 4}), "buffer 1: samples_x or samples_y"},
+                       {build(buffer("1", "", "65537"), {1, 2, 3, 4}), "above 65536"},
+                       {build(buffer("1"), {1, 2, 3}), "samples from buffer 1 on reach beyond"},
+                   });
+    expect_cuts_refused(formats::read_stp, build(buffer("1") + buffer("1"), {1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(type_of(build(buffer("1"), {1, 2, 3, 4}), "a.txt"), FILE_STP);
+}
+
+} // namespace

@@ -1,0 +1,142 @@
+#include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
+#include "formats/single/wsxm.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace formats;
+using namespace instrument_fixture;
+
+std::string file_of(const std::string& kind, const std::string& lines, const std::string& data)
+{
+    return "WSxM file copyright Nanotec Electronica\r\n" + kind + "\r\nImage header size: 0\r\n\r\n" + lines +
+           "[Header end]\r\n" + data;
+}
+
+/// Two columns of two rows, 3 nm high.
+std::string image(const std::string& extra, const std::string& data)
+{
+    return file_of(
+        "SxM Image file",
+        "[Control]\r\n    X Amplitude: 2 \xB5m\r\n    X Offset: 5 \xB5m\r\n    Y Amplitude: 500 nm\r\n[General "
+        "Info]\r\n    Acquisition channel: Height\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n"
+        "    Z Amplitude: 3 nm\r\n" +
+            extra,
+        data);
+}
+
+base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_wsxm, bytes); }
+
+TEST(Wsxm, ImagesStartInTheLowerRightCorner)
+{
+    const struct {
+        const char* type;
+        std::string data;
+    } rows[] = {
+        // Raw 10 to 40 span 3 nm: 0.1 nm a step.
+        {"", le16(20) + le16(10) + le16(40) + le16(30)},
+        {"    Image Data Type: short\r\n", le16(20) + le16(10) + le16(40) + le16(30)},
+        {"    Image Data Type: float\r\n", le_float(2) + le_float(1) + le_float(4) + le_float(3)},
+        {"    Image Data Type: double\r\n", le_double(2) + le_double(1) + le_double(4) + le_double(3)},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(image(row.type, row.data));
+        SCOPED_TRACE(row.type);
+        expect_image(image_at(result, 0),
+                     {.units = "nm", .axes = {"5 1 \u00B5m", "0 250 nm"}, .values = {1, 2, 3, 4}, .isFitted = true});
+    }
+}
+
+TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
+{
+    const std::string steps = le16(20) + le16(10) + le16(40) + le16(30), flat = le16(7) + le16(7) + le16(7) + le16(7);
+    const std::string floats = le_float(2) + le_float(1) + le_float(4) + le_float(3);
+    const struct {
+        std::string amplitude, data;
+        std::vector<double> heights;
+        const char *units, *note;
+    } rows[] = {
+        {"    Z Amplitude: 3 nm\r\n", flat, {0, 0, 0, 0}, "nm", "flat image"},
+        {"    Z Amplitude: 0 nm\r\n", flat, {0, 0, 0, 0}, "nm", "flat image"},
+        {"    Z Amplitude: 60 arb. units\r\n", steps, {20, 40, 60, 80}, "arb. units", "60 arb. units over a raw"},
+        {"    Z Amplitude: 1,5 \xB5m\r\n", steps, {0.5, 1, 1.5, 2}, "\u00B5m", "raw span of 30"},
+        {"", steps, {10, 20, 30, 40}, "", "Z Amplitude is missing"},
+        {"    Image Data Type: float\r\n    Z Amplitude: 0 V\r\n", floats, {1, 2, 3, 4}, "V", "Z Amplitude"},
+        {"    Image Data Type: float\r\n    Z Amplitude: abc\r\n", floats, {1, 2, 3, 4}, "", "Z Amplitude"},
+    };
+    for (const auto& row : rows) {
+        const auto result = read(file_of(
+            "SxM Image file", "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n" + row.amplitude,
+            row.data));
+        const recorded_image& made = image_at(result, 0);
+        const std::vector<double> heights = physical_of(made);
+        for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.amplitude << i;
+        EXPECT_STREQ(made.stream.values.get_axis(0).get_units(), row.units) << row.amplitude;
+        EXPECT_NE(made.strings.at("\\Z scale").find(row.note), std::string::npos) << made.strings.at("\\Z scale");
+        EXPECT_EQ(made.notes.empty(), row.amplitude.find("abc") == std::string::npos) << row.amplitude;
+    }
+}
+
+TEST(Wsxm, OffsetsAreTakenInTheUnitOfTheSize)
+{
+    const struct {
+        std::string offset;
+        double start; ///< in micrometres
+    } rows[] = {{"-905.5 nm", -0.9055}, {"1.5 \xB5m", 1.5}, {"2 mm", 2000}, {"20 \xC5", 0.002}, {"3 V", 0}, {"4", 0}};
+    for (const auto& row : rows) {
+        const auto result = read(file_of("SxM Image file",
+                                         "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + row.offset +
+                                             "\r\n[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n",
+                                         le16(1) + le16(2)));
+        const VLAxis& x = image_at(result, 0).stream.get_dimension(0).get_axis(0);
+        EXPECT_NEAR(x.start, row.start, 1e-9) << row.offset;
+        EXPECT_EQ(x.scale, 1.0);
+        EXPECT_STREQ(x.get_units(), "\u00B5m");
+    }
+}
+
+TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
+{
+    const std::string lines = "[General Info]\r\n Number of lines: 2\r\n Number of points: 3\r\n X axis text: Z\r\n"
+                              " X axis unit: nm\r\n Y axis text: F\r\n Y axis unit: nN\r\n";
+    const auto even = read(file_of("FZ curve file", lines, "0 1 0 4\r\n2.0 2 2 5\r\n4 3 4 6\r\n"));
+    ASSERT_EQ(even->items.size(), 1u);
+    expect_image(image_at(even, 0), {.axes = {"0 2 nm"}, .values = {1, 2, 3, 4, 5, 6}});
+    const auto uneven = read(file_of("IZ curve file", lines, "0 1 4 4\r\n3 2 2 5\r\n4 3 0 6\r\n"));
+    ASSERT_EQ(uneven->items.size(), 2u);
+    expect_image(image_at(uneven, 0), {.values = {0, 3, 4, 4, 2, 0}});
+    expect_image(image_at(uneven, 1), {.units = "nN", .over = image_at(uneven, 0).stream.get_name()});
+}
+
+TEST(Wsxm, TheLastNumberOfACurveMayEndTheFile)
+{
+    const std::string lines = "[General Info]\r\n Number of points: 3\r\n";
+    const auto result = read(file_of("FZ curve file", lines, "1 2\n2 3\n3 4"));
+    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{2, 3, 4}));
+}
+
+TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
+{
+    const std::string two = le16(1) + le16(2);
+    const std::string points = "[General Info]\r\n Number of points: ",
+                      pixels = "[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n";
+    expect_refused(read_wsxm,
+                   {
+                       {"WSxM file", "not a WSxM header"},
+                       {image("", two), "more samples than the file holds"},
+                       {image("", "").substr(0, 200), "[Header end]"},
+                       {image("    Image Data Type: quad\r\n", two), "quad"},
+                       {file_of("SxM Image file", "", two), "Number of columns"},
+                       {file_of("Movie file", "", two), "Movie file"},
+                       {file_of("SxM Image file", pixels + " Z Amplitude: 5x.7449 nm\r\n", two), "no number"},
+                       {file_of("SxM Image file", pixels + "[Control]\r\n X Amplitude: 5x nm\r\n", two), "X Amplitude"},
+                       {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
+                       {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
+                       {file_of("IV curve file", points + "2\r\n", "1 2 3.1.4"), "fewer numbers"},
+                       {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
+                   });
+}
+
+} // namespace

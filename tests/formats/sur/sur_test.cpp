@@ -1,0 +1,245 @@
+#include "formats/instrument_fixture.h"
+#include "formats/sur/sur.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numeric>
+#include <zlib.h>
+
+namespace {
+
+using namespace instrument_fixture;
+
+/// Fields of one object that the cases change.
+struct object_parts {
+    bool isPacked = false;
+    int objects = 1, kind = 2, hasVoids = 0, pointValues = 0, bits = 16;
+    int lowest = -5, width = 2, height = 2, points = -1;
+    float xStep = 0.25f, zStep = 0.5f, zOffset = 10.0f;
+    std::string xUnits = "\xB5m", comment;
+    std::string data;
+};
+
+std::string samples16(const std::vector<int>& values)
+{
+    bytes_builder out;
+    for (const int value : values) out.add(static_cast<std::int16_t>(value));
+    return out.content;
+}
+
+std::string samples32(const std::vector<int>& values)
+{
+    bytes_builder out;
+    for (const int value : values) out.add(static_cast<std::int32_t>(value));
+    return out.content;
+}
+
+std::string build(const object_parts& parts)
+{
+    bytes_builder out;
+    out.text(parts.isPacked ? "DSCOMPRESSED" : "DIGITAL SURF").put(14, std::int16_t(parts.objects));
+    out.put(18, std::int16_t(parts.kind)).text(20, "Grain").put(86, std::int16_t(parts.hasVoids));
+    out.put(94, std::int32_t(parts.pointValues)).put(98, std::int16_t(parts.bits));
+    out.put(100, std::int32_t(parts.lowest)).put(104, std::int32_t(99));
+    out.put(108, std::int32_t(parts.width)).put(112, std::int32_t(parts.height));
+    out.put(116, parts.points < 0 ? std::int32_t(parts.width * parts.height) : std::int32_t(parts.points));
+    out.put(120, parts.xStep).put(124, 2.0f).put(128, parts.zStep);
+    out.text(132, "X").text(148, "Y").text(164, "Height          ");
+    out.text(180, parts.xUnits).text(196, "mm              ").text(212, "nm");
+    for (const int part : {1, 2, 3, 4, 5, 2021})
+        out.put(306 + 2 * std::size_t(part > 6 ? 5 : part - 1), std::int16_t(part));
+    out.put(334, std::uint16_t(parts.comment.size())).put(336, std::uint16_t(3));
+    out.put(466, 7.0f).put(470, -1.0f).put(474, parts.zOffset).put(478, 0.5f).put(482, 400.0f).text(499, "nm");
+    out.seek(512).text(parts.comment).text("prv").text(parts.data);
+    return out.content;
+}
+
+/// The data of a packed object in two streams, cut in the middle of a number.
+std::string packed(const std::string& raw)
+{
+    const std::string halves[] = {raw.substr(0, 3), raw.substr(3)};
+    bytes_builder out;
+    out.add(std::uint32_t{2});
+    std::string streams;
+    for (const std::string& half : halves) {
+        uLongf length = compressBound(half.size());
+        std::string stream(length, '\0');
+        compress(reinterpret_cast<Bytef*>(stream.data()), &length, reinterpret_cast<const Bytef*>(half.data()),
+                 half.size());
+        out.add(std::uint32_t(half.size())).add(std::uint32_t(length));
+        streams += stream.substr(0, length);
+    }
+    return out.text(streams).content;
+}
+
+TEST(Sur, SixteenBitSurfacesKeepEveryBitAndStandUpright)
+{
+    object_parts parts;
+    parts.data = samples16({1, 2, -3, 4}); // the top row first
+    parts.comment = "a note";
+    for (const bool isPacked : {false, true}) {
+        parts.isPacked = isPacked;
+        object_parts stored = parts;
+        if (isPacked) stored.data = packed(parts.data);
+        const auto result = read(sur_reader, build(stored));
+        const auto& image = image_at(result, 0);
+        EXPECT_EQ(raw_of(image), (std::vector<int>{-3, 4, 1, 2}));
+        expect_image(image, {.label = "Grain",
+                             .axes = {"7 0.25 \u00B5m", "-1 2 mm"},
+                             .values = {8.5, 12, 10.5, 11},
+                             .strings = {{"\\Z scale", "raw * 0.5 + 10 [nm] from z step, z offset, unit of the z step"},
+                                         {"\\Date", "2021-05-04 03:02:01"},
+                                         {"Comment", "a note"}}});
+    }
+}
+
+TEST(Sur, NotMeasuredPointsTakeTheLowestValue)
+{
+    object_parts parts;
+    parts.hasVoids = 1;
+    parts.data = samples16({-7, 2, 3, -4}); // -7 is the lowest of the header less 2
+    const auto narrow = read(sur_reader, build(parts));
+    EXPECT_EQ(raw_of(image_at(narrow, 0)), (std::vector<int>{3, -4, -4, 2}));
+    EXPECT_EQ(image_at(narrow, 0).strings.at("\\Void points"), "1");
+    parts.hasVoids = 0;
+    EXPECT_EQ(raw_of(image_at(read(sur_reader, build(parts)), 0)), (std::vector<int>{3, -4, -7, 2}));
+
+    parts.hasVoids = 1;
+    parts.bits = 32;
+    parts.lowest = -100000;
+    parts.data = samples32({-100002, 100000, 0, -50000});
+    const auto wide = read(sur_reader, build(parts));
+    expect_image(image_at(wide, 0), {.values = {10, -24990, -24990, 50010}, .isFitted = true});
+}
+
+TEST(Sur, LinesOfAProfileSeriesAreSubimages)
+{
+    object_parts parts;
+    parts.kind = 4;
+    parts.width = 3;
+    parts.data = samples16({1, 2, 3, 4, 5, 6});
+    const auto result = read(sur_reader, build(parts));
+    const auto& image = image_at(result, 0);
+    EXPECT_EQ(image.stream.get_dimensions_number(), 1u);
+    EXPECT_EQ(raw_of(image), (std::vector<int>{1, 2, 3, 4, 5, 6}));
+}
+
+TEST(Sur, SpectraOfAMapRunFastest)
+{
+    object_parts parts;
+    parts.kind = 21;
+    parts.pointValues = 3;
+    parts.data.resize(24);
+    std::vector<int> values(12);
+    std::iota(values.begin(), values.end(), 0);
+    parts.data = samples16(values);
+    const auto result = read(sur_reader, build(parts));
+    const auto& image = image_at(result, 0);
+    expect_image(image, {.axes = {"400 0.5 nm", "7 0.25 \u00B5m", "-1 2 mm"}});
+    EXPECT_EQ(raw_of(image), (std::vector<int>{6, 7, 8, 9, 10, 11, 0, 1, 2, 3, 4, 5}));
+}
+
+TEST(Sur, ObjectsFollowOneAnother)
+{
+    object_parts first, second;
+    first.objects = 2;
+    first.data = samples16({1, 2, 3, 4});
+    second.objects = 0;
+    second.kind = 10;
+    second.data = samples16({5, 6, 7, 8});
+    const std::string two = build(first) + build(second);
+    const auto result = read(sur_reader, two + "trailing");
+    ASSERT_TRUE(result);
+    ASSERT_EQ(result->items.size(), 2u);
+    EXPECT_STREQ(image_at(result, 1).stream.get_name(), "Grain_2");
+    EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{7, 8, 5, 6}));
+    expect_cuts_refused(sur_reader, two);
+}
+
+TEST(Sur, ValuesPerPointCountWhereTheDataHaveThem)
+{
+    object_parts parts;
+    parts.pointValues = 2;
+    parts.data = samples16({1, 2, 3, 4, 5, 6, 7, 8});
+    const auto surface = read(sur_reader, build(parts));
+    EXPECT_EQ(image_at(surface, 0).stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(raw_of(image_at(surface, 0)), (std::vector<int>{5, 6, 7, 8, 1, 2, 3, 4}));
+    parts.data = samples16({1, 2, 3, 4});
+    const auto stray = read(sur_reader, build(parts));
+    EXPECT_EQ(raw_of(image_at(stray, 0)), (std::vector<int>{3, 4, 1, 2}));
+}
+
+TEST(Sur, CompositeFilesHoldAllTheirParts)
+{
+    object_parts first, other;
+    first.data = other.data = samples16({1, 2, 3, 4});
+    const struct {
+        int kind, stated, parts; ///< parts that the file needs
+    } rows[] = {{12, 1, 3}, {12, 3, 3}, {13, 1, 4}, {16, 1, 2}, {2, -1, 1}};
+    const auto warnings = [](const std::string& file) { return read(sur_reader, file)->warnings.size(); };
+    for (const auto& row : rows) {
+        first.kind = row.kind;
+        first.objects = row.stated;
+        std::string file = build(first);
+        for (int i = 1; i < row.parts; ++i) {
+            EXPECT_EQ(warnings(file), 1u) << row.kind;
+            file += build(other);
+        }
+        EXPECT_EQ(warnings(file), 0u) << row.kind;
+        EXPECT_EQ(warnings(file + build(other).substr(0, 300)), 1u) << row.kind;
+    }
+}
+
+TEST(Sur, ObjectsBehindAnUnknownKindAreNamed)
+{
+    object_parts good, unknown;
+    good.data = unknown.data = samples16({1, 2, 3, 4});
+    good.objects = 3;
+    unknown.kind = 36;
+    const auto result = read(sur_reader, build(good) + build(unknown) + build(good));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->items.size(), 1u);
+    EXPECT_EQ(result->strings.at("Objects left out"), "object type 36 has no layout that is known");
+}
+
+TEST(Sur, RefusesWhatCannotBe)
+{
+    const std::string data = samples16({1, 2, 3, 4});
+    const auto with = [&](auto change) {
+        object_parts parts;
+        parts.data = data;
+        change(parts);
+        return build(parts);
+    };
+    expect_refused(
+        sur_reader,
+        {
+            {with([](object_parts& p) { p.zStep = 0.0f; }), "the scale of the values is 0: it is told by z step"},
+            {with([](object_parts& p) { p.xStep = 0.0f; }), "the scale of axis 1 is 0: it is told by the x step"},
+            {with([](object_parts& p) { p.zStep = HUGE_VALF; }), "the scale of the values is infinite"},
+            {with([](object_parts& p) { p.width = 0; }), "points per line or number of lines is not above 0"},
+            {with([](object_parts& p) { p.height = -2; }), "points per line or number of lines is not above 0"},
+            {with([](object_parts& p) { p.points = 5; }), "the number of points, 5,"},
+            {with([](object_parts& p) { p.bits = 24; }), "24 bits per value"},
+            {with([](object_parts& p) { p.kind = 36; }), "object type 36 has no layout"},
+            {with([](object_parts& p) { p.width = 65537, p.height = 1; }), "above 65536"},
+            {with([](object_parts& p) { p.kind = 21, p.pointValues = 0x7FFFFFFF; }), "more than 4294967295 values"},
+            {with([](object_parts& p) { p.isPacked = true; }), "packed streams"},
+            {with([&](object_parts& p) { p.isPacked = true, p.data = packed(data + "x"); }), "hold 9 bytes"},
+            {with([&](object_parts& p) { p.isPacked = true, p.data = packed(data), p.data[30] ^= 1; }), "damaged"},
+            {with([&](object_parts& p) { p.isPacked = true, p.data = std::string(8, '\0'); }), "packed streams, 0,"},
+        });
+}
+
+TEST(Sur, AGroupOpensFromAnyOfItsFiles)
+{
+    object_parts parts;
+    parts.data = samples16({1, 2, 3, 4});
+    const folder files = {{"s.z(hgt)_fwd.sur", build(parts)}, {"s.z(hgt)_rev.sur", build(parts)}};
+    const auto result = read(formats::read_sur_group, files, "s.z(hgt)_rev.sur");
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->items.size(), 2u);
+    EXPECT_EQ(subimages_of(image_at(result, 1)), std::vector<std::string>{"Reverse"});
+}
+
+} // namespace

@@ -1,0 +1,52 @@
+#pragma once
+#include "formats/instrument_fixture.h"
+#include "formats/text/text_table.h"
+
+#include <span>
+#include <string>
+
+/// What the tests of text tables share.
+namespace text_table_fixture {
+
+inline std::span<const std::byte> bytes_of(const std::string& text) { return std::as_bytes(std::span(text)); }
+
+inline base::read_result<formats::recording> read(const std::string& text)
+{
+    return instrument_fixture::read(formats::read_text_table, text, "table.txt");
+}
+
+inline std::string reason(const std::string& text)
+{
+    const auto result = read(text);
+    return result ? "it was read" : result.error().reason;
+}
+
+inline std::string utf16(const std::string& ascii, bool bigEndian)
+{
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char c : ascii) {
+        if (bigEndian) bytes += '\0';
+        bytes += c;
+        if (!bigEndian) bytes += '\0';
+    }
+    return bytes;
+}
+
+/// Header of a matrix of a stated size whose lines may break its rows.
+inline std::string spip(int columns, int rows)
+{
+    return "# File Format = ASCII\n# x-pixels = " + std::to_string(columns) + "\n# y-pixels = " + std::to_string(rows) +
+           "\n# Start of Data:\n";
+}
+
+/// Header of arrays that stand by columns.
+inline std::string wyko(int height, int width)
+{
+    return "Wyko ASCII Data File Format\t0\t0\t1\nX Size\t" + std::to_string(width) + "\nY Size\t" +
+           std::to_string(height) + "\n";
+}
+
+inline const std::string channelExport =
+    "# Kanal: Topografie\n# Breite: 12.34 \xC2\xB5m\n# H\xC3\xB6he: 5678.9 nm\n# Werteinheit: m\n";
+
+} // namespace text_table_fixture
