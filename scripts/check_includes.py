@@ -2,7 +2,7 @@
 """Checks that every #include under src/ follows an arrow that the folder's CMakeLists.txt names in MAY_USE.
 
 A file may include headers of its own folder and of the folders named there. Headers of the desktop toolkit stand only
-in src/host. Prints each wrong line and exits with 1 when there is one.
+in src/host and src/paint. Prints each wrong line and exits with 1 when there is one.
 """
 import pathlib
 import re
@@ -44,8 +44,8 @@ def faults(arrows):
                 continue
             header = match.group(1) or match.group(2)
             target = folder_of(header, arrows)
-            if match.group(2) and re.match(r"Q[A-Z]", header) and not own.startswith("host/"):
-                yield f"src/{own}:{number}: {header} belongs to src/host alone"
+            if match.group(2) and re.match(r"Q[A-Z]", header) and not own.startswith(("host/", "paint/")):
+                yield f"src/{own}:{number}: {header} belongs to src/host and src/paint alone"
             if folder is None:
                 yield f"src/{own}:{number}: the folder has no vldv_folder"
             elif target is not None and target not in arrows[folder]:

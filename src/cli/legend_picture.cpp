@@ -3,8 +3,8 @@
 #include "cli/image_part.h"
 #include "cli/palette_choice.h"
 #include "document/StorageDoc.h"
-#include "host/paint/QtDC.h"
-#include "host/paint/windowless_toolkit.h"
+#include "paint/QtDC.h"
+#include "paint/windowless_toolkit.h"
 #include "surface/SurfMathView.h"
 
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "host/QtMenu.h"
 
 #include "host/QtPeer.h"
-#include "host/paint/QtDC.h"
+#include "paint/QtDC.h"
 #include "view/PaletteMenuButton.h"
 
 #include <QAction>

@@ -1,9 +1,9 @@
 #include "host/QtPeer.h"
 
 #include "host/ReadProgress.h"
-#include "host/paint/QtDC.h"
 #include "host/qt_cursors.h"
 #include "host/qt_keys.h"
+#include "paint/QtDC.h"
 
 #include <QApplication>
 #include <QMdiArea>

@@ -1,6 +1,6 @@
 #include "host/qt_printing.h"
 
-#include "host/paint/QtDC.h"
+#include "paint/QtDC.h"
 
 #include <QAction>
 #include <QKeyEvent>

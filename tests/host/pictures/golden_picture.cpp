@@ -1,9 +1,9 @@
 #include "golden_picture.h"
 
 #include "base/text.h"
-#include "host/paint/QtDC.h"
 #include "output/picture_decoders.h"
 #include "output/picture_writer.h"
+#include "paint/QtDC.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,0 +1,33 @@
+#include "paint/device_size.h"
+
+#include <QPaintDevice>
+#include <cmath>
+
+namespace host {
+
+namespace {
+
+/// Pictures tell their size in their own pixels, windows in those of the interface.
+bool counts_own_pixels(const QPaintDevice& device)
+{
+    return device.devType() == QInternal::Image || device.devType() == QInternal::Pixmap;
+}
+
+CSize scaled_size(const QPaintDevice& device, double by)
+{
+    return {static_cast<int>(std::lround(device.width() * by)), static_cast<int>(std::lround(device.height() * by))};
+}
+
+} // namespace
+
+CSize pixel_size(const QPaintDevice& device)
+{
+    return scaled_size(device, counts_own_pixels(device) ? 1.0 : device.devicePixelRatioF());
+}
+
+CSize logical_size(const QPaintDevice& device)
+{
+    return scaled_size(device, counts_own_pixels(device) ? 1.0 / device.devicePixelRatioF() : 1.0);
+}
+
+} // namespace host

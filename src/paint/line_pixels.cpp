@@ -1,0 +1,105 @@
+#include "paint/line_pixels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace host {
+
+namespace {
+
+constexpr int coordinateLimit = 1 << 29;
+
+/// One stretch of a line, stepped pixel by pixel along its longer side.
+struct pixel_steps {
+    CPoint from;
+    std::int64_t dx, dy, count;
+
+    pixel_steps(CPoint from_, CPoint to)
+        : from(from_),
+          dx(std::int64_t{to.x} - from_.x),
+          dy(std::int64_t{to.y} - from_.y),
+          count(std::max(std::abs(dx), std::abs(dy)))
+    {
+    }
+
+    CPoint at(std::int64_t step) const noexcept
+    {
+        const auto moved = [&](int start, std::int64_t way) {
+            const std::int64_t a = 2 * step * way + count, b = 2 * count;
+            return static_cast<int>(start + (a >= 0 ? a / b : -((-a + b - 1) / b)));
+        };
+        return {moved(from.x, dx), moved(from.y, dy)};
+    }
+
+    /// Steps begin … end - 1 as spans.
+    void add(std::int64_t begin, std::int64_t end, std::vector<platform::pixel_span>& out) const
+    {
+        bool continues = false;
+        for (std::int64_t step = begin; step < end; ++step) {
+            const CPoint pixel = at(step);
+            if (continues && out.back().y == pixel.y) {
+                out.back().left = std::min(out.back().left, pixel.x);
+                out.back().right = std::max(out.back().right, pixel.x + 1);
+            } else {
+                out.push_back({pixel.y, pixel.x, pixel.x + 1});
+            }
+            continues = true;
+        }
+    }
+};
+
+CPoint within_limit(CPoint point) noexcept
+{
+    return {std::clamp(point.x, -coordinateLimit, coordinateLimit),
+            std::clamp(point.y, -coordinateLimit, coordinateLimit)};
+}
+
+} // namespace
+
+visible_part find_visible_part(double fromX, double fromY, double toX, double toY, double length, const CRect& bounds,
+                               double margin)
+{
+    visible_part out{0.0, length};
+    const auto limit = [&](double from, double to, double low, double high) {
+        const double way = to - from;
+        if (way == 0.0) {
+            if (from < low || from > high) out.last = out.first;
+            return;
+        }
+        const double a = (low - from) / way * length, b = (high - from) / way * length;
+        out.first = std::max(out.first, std::min(a, b));
+        out.last = std::min(out.last, std::max(a, b));
+    };
+    limit(fromX, toX, bounds.left - margin, bounds.right + margin);
+    limit(fromY, toY, bounds.top - margin, bounds.bottom + margin);
+    return out;
+}
+
+line_spans thin_line(std::span<const CPoint> points, bool closed, const device_pen& pen, const CRect& bounds)
+{
+    line_spans out;
+    if (points.empty()) return out;
+    dash_walk dashes(pen.pattern);
+    std::int64_t steps = 0;
+    for (std::size_t i = 0; i + (closed ? 0 : 1) < points.size(); ++i) {
+        const CPoint from = within_limit(points[i]), to = within_limit(points[(i + 1) % points.size()]);
+        const pixel_steps stretch(from, to);
+        if (stretch.count == 0) continue;
+        steps += stretch.count;
+        const auto length = static_cast<double>(stretch.count);
+        constexpr double slack = 2.0;
+        const visible_part part = find_visible_part(from.x, from.y, to.x, to.y, length, bounds, slack);
+        const auto first = static_cast<std::int64_t>(std::floor(part.first));
+        const auto end = static_cast<std::int64_t>(std::ceil(part.last));
+        dashes.advance(length, part.first, part.last, [&](bool on, double begin, double until) {
+            stretch.add(std::max(first, static_cast<std::int64_t>(std::ceil(begin))),
+                        std::min(end, static_cast<std::int64_t>(std::ceil(until))), on ? out.line : out.gaps);
+        });
+    }
+    // A closed outline without length is still a pixel.
+    if (closed && steps == 0) out.line.push_back({points[0].y, points[0].x, points[0].x + 1});
+    return out;
+}
+
+} // namespace host
