@@ -4,7 +4,7 @@
 #include "curves/force_packs.h"
 #include "curves_floor.h"
 #include "document/contact_model.h"
-#include "primitives/fftw_plans.h"
+#include "primitives/fft/fftw_plans.h"
 #include "ratio.h"
 
 #include <cmath>

@@ -1,10 +1,10 @@
 // Features of a 4096 x 4096 surface and skeletons of a 2048 x 2048 mask, against what reading and arithmetic alone cost
 // and against OpenCV.
 #include "memory_growth.h"
-#include "primitives/byte_mask.h"
-#include "primitives/connected_runs.h"
+#include "primitives/map/byte_mask.h"
+#include "primitives/mask/connected_runs.h"
+#include "primitives/mask/thinning.h"
 #include "primitives/numeric.h"
-#include "primitives/thinning.h"
 #include "ratio.h"
 #include "render_floor.h"
 #include "thinning_floor.h"

@@ -1,6 +1,6 @@
 // The path from samples to pixels, 4096 x 4096, against what its bytes alone cost and against OpenCV on one thread.
 #include "primitives/cpu.h"
-#include "primitives/range.h"
+#include "primitives/map/range.h"
 #include "primitives/simd.h"
 #include "ratio.h"
 #include "render_floor.h"

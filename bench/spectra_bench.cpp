@@ -1,6 +1,6 @@
 // Transforms and histograms of images against what their bytes and their arithmetic alone cost, and against FFTW.
-#include "primitives/fft.h"
-#include "primitives/histogram.h"
+#include "primitives/fft/fft.h"
+#include "primitives/map/histogram.h"
 #include "ratio.h"
 #include "spectra/histogram.h"
 

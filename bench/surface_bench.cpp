@@ -1,7 +1,7 @@
 // A surface of 4096 x 4096 samples in a window: its picture, its figures and what a drag repaints, against what the
 // bytes alone cost.
 #include "document/StorageDoc.h"
-#include "primitives/plane_moments.h"
+#include "primitives/fit/plane_moments.h"
 #include "ratio.h"
 #include "render_floor.h"
 #include "support/HeadlessHost.h"

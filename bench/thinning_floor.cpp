@@ -1,8 +1,8 @@
 #include "thinning_floor.h"
 
 #include "primitives/cpu.h"
-#include "primitives/thinning.h"
-#include "primitives/thinning_rule.h"
+#include "primitives/mask/thinning.h"
+#include "primitives/mask/thinning_rule.h"
 
 #include <cstddef>
 

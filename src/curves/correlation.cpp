@@ -1,6 +1,6 @@
 #include "curves/correlation.h"
 
-#include "primitives/spectrum_1d.h"
+#include "primitives/fft/spectrum_1d.h"
 
 #include <algorithm>
 #include <cassert>

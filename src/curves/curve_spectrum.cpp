@@ -1,8 +1,8 @@
 #include "curves/curve_spectrum.h"
 
 #include "curves/physical.h"
-#include "primitives/linear_fit.h"
-#include "primitives/spectrum_1d.h"
+#include "primitives/fft/spectrum_1d.h"
+#include "primitives/fit/linear_fit.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "curves/force_curve.h"
 
 #include "curves/force_stretches.h"
-#include "primitives/linear_fit.h"
+#include "primitives/fit/linear_fit.h"
 
 #include <algorithm>
 #include <cmath>

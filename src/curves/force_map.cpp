@@ -6,8 +6,8 @@
 #include "curves/map_scale.h"
 #include "curves/physical.h"
 #include "formats/shared/curve_lengths.h"
-#include "primitives/line_fit.h"
-#include "primitives/range.h"
+#include "primitives/fit/line_fit.h"
+#include "primitives/map/range.h"
 
 #include <algorithm>
 #include <atomic>

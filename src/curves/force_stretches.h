@@ -1,7 +1,7 @@
 #pragma once
 #include "curves/force_curve_stats.h"
 #include "curves/sample_bits.h"
-#include "primitives/uniform_spline.h"
+#include "primitives/spline/uniform_spline.h"
 
 #include <optional>
 #include <vector>

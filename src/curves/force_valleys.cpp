@@ -1,7 +1,7 @@
 #include "curves/force_curve.h"
 
 #include "base/rounding.h"
-#include "primitives/uniform_spline.h"
+#include "primitives/spline/uniform_spline.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 #pragma once
-#include "primitives/linear_fit.h"
+#include "primitives/fit/linear_fit.h"
 
 #include <cstdint>
 #include <span>

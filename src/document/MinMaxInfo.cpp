@@ -1,6 +1,6 @@
 #include "document/MinMaxInfo.h"
 
-#include "primitives/range.h"
+#include "primitives/map/range.h"
 
 #include <algorithm>
 #include <limits>

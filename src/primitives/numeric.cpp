@@ -1,6 +1,6 @@
 #include "primitives/numeric.h"
 
-#include "primitives/line_fit.h"
+#include "primitives/fit/line_fit.h"
 
 void planefit_line_32f(float* row, int width) noexcept
 {

@@ -1,6 +1,6 @@
 #pragma once
-#include "primitives/spline.h"
-#include "primitives/uniform_spline.h"
+#include "primitives/spline/spline.h"
+#include "primitives/spline/uniform_spline.h"
 
 /// Takes the straight line that fits best out of a row, in place: with i = 0 … width - 1, the mean m of the values and
 /// the slope s = sum((i - c) * (z[i] - m)) / sum((i - c)^2), c = (width - 1) / 2, each z[i] becomes

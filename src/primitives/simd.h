@@ -1,12 +1,12 @@
 #pragma once
-#include "primitives/byte_mask.h"
-#include "primitives/color_map.h"
-#include "primitives/line_fit.h"
-#include "primitives/plane_moments.h"
-#include "primitives/range.h"
-#include "primitives/resample.h"
-#include "primitives/thinning.h"
-#include "primitives/threshold.h"
+#include "primitives/fit/line_fit.h"
+#include "primitives/fit/plane_moments.h"
+#include "primitives/map/byte_mask.h"
+#include "primitives/map/color_map.h"
+#include "primitives/map/range.h"
+#include "primitives/map/threshold.h"
+#include "primitives/mask/thinning.h"
+#include "primitives/resample/resample.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/geometry.h"
-#include "primitives/connected_runs.h"
+#include "primitives/mask/connected_runs.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/geometry.h"
-#include "primitives/bit_image.h"
+#include "primitives/mask/bit_image.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 
 #include "base/rounding.h"
 #include "base/text.h"
-#include "primitives/range.h"
+#include "primitives/map/range.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "primitives/resample.h"
+#include "primitives/resample/resample.h"
 #include "spectra/feature.h"
 
 #include <optional>

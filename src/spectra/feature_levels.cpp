@@ -1,9 +1,9 @@
 #include "spectra/feature_levels.h"
 
 #include "base/rounding.h"
+#include "primitives/map/range.h"
+#include "primitives/map/threshold.h"
 #include "primitives/numeric.h"
-#include "primitives/range.h"
-#include "primitives/threshold.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 #pragma once
-#include "primitives/resample.h"
+#include "primitives/resample/resample.h"
 
 #include <optional>
 

@@ -1,9 +1,9 @@
 #include "spectra/feature_list.h"
 
-#include "primitives/boundary.h"
-#include "primitives/mask_position.h"
+#include "primitives/mask/boundary.h"
+#include "primitives/mask/mask_position.h"
+#include "primitives/mask/thinning.h"
 #include "primitives/parallel.h"
-#include "primitives/thinning.h"
 
 #include <bit>
 

@@ -1,6 +1,6 @@
 #pragma once
-#include "primitives/bit_image.h"
-#include "primitives/resample.h"
+#include "primitives/mask/bit_image.h"
+#include "primitives/resample/resample.h"
 #include "spectra/feature.h"
 #include "spectra/feature_metrics.h"
 

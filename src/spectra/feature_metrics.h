@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "platform/geometry.h"
-#include "primitives/threshold.h"
+#include "primitives/map/threshold.h"
 #include "spectra/feature.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "spectra/fourier.h"
 
-#include "primitives/fft.h"
+#include "primitives/fft/fft.h"
 
 #include <algorithm>
 #include <cassert>

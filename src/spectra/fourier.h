@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/geometry.h"
-#include "primitives/plane_moments.h"
+#include "primitives/fit/plane_moments.h"
 #include "spectra/fourier_selection.h"
 
 #include <cstdint>

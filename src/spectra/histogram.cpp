@@ -3,7 +3,7 @@
 #include "base/rounding.h"
 #include "base/text.h"
 #include "base/units.h"
-#include "primitives/histogram.h"
+#include "primitives/map/histogram.h"
 #include "resources/strings.h"
 
 #include <algorithm>

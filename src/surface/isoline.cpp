@@ -1,6 +1,6 @@
 #include "surface/isoline.h"
 
-#include "primitives/boundary.h"
+#include "primitives/mask/boundary.h"
 
 namespace surface {
 

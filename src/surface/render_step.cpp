@@ -1,6 +1,6 @@
 #include "surface/render_step.h"
 
-#include "primitives/resample.h"
+#include "primitives/resample/resample.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/geometry.h"
-#include "primitives/range.h"
+#include "primitives/map/range.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "primitives/resample.h"
+#include "primitives/resample/resample.h"
 
 #include <string>
 

@@ -3,7 +3,7 @@
 #include "base/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
-#include "primitives/plane_moments.h"
+#include "primitives/fit/plane_moments.h"
 #include "resources/strings.h"
 #include "surface/selection_state.h"
 

@@ -2,7 +2,7 @@
 #include "view/render.h"
 
 #include "base/rounding.h"
-#include "primitives/line_fit.h"
+#include "primitives/fit/line_fit.h"
 
 #include <algorithm>
 #include <cmath>

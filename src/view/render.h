@@ -1,8 +1,8 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "platform/geometry.h"
-#include "primitives/color_map.h"
-#include "primitives/range.h"
+#include "primitives/map/color_map.h"
+#include "primitives/map/range.h"
 #include "view/ColorTable.h"
 #include "view/scale_state.h"
 

@@ -2,7 +2,7 @@
 #include "curves/force_report.h"
 #include "curves/force_stretches.h"
 #include "document/contact_model.h"
-#include "primitives/linear_fit.h"
+#include "primitives/fit/linear_fit.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

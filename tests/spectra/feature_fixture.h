@@ -1,5 +1,5 @@
 #pragma once
-#include "primitives/bit_image.h"
+#include "primitives/mask/bit_image.h"
 #include "spectra/feature_list.h"
 
 #include <cmath>

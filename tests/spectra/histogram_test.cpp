@@ -1,7 +1,7 @@
 // Bins, delimiters and cutoff, counted by hand.
 #include "spectra/histogram.h"
 
-#include "primitives/histogram.h"
+#include "primitives/map/histogram.h"
 
 #include <gtest/gtest.h>
 #include <numeric>

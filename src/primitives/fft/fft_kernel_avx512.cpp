@@ -1,0 +1,15 @@
+#define VLDV_VECTOR_BYTES 64
+#include "primitives/fft/fft_kernel.h"
+
+namespace primitives::fft {
+
+template <class Number>
+tile_kernels<Number> avx512_kernels() noexcept
+{
+    return {transform_rows<Number>, transform_columns<Number>};
+}
+
+template tile_kernels<float> avx512_kernels() noexcept;
+template tile_kernels<double> avx512_kernels() noexcept;
+
+} // namespace primitives::fft

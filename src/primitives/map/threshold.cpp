@@ -1,0 +1,48 @@
+#include "primitives/map/threshold.h"
+
+#include "primitives/cpu.h"
+#include "primitives/mask/bit_image.h"
+#include "primitives/simd.h"
+
+#include <algorithm>
+
+namespace primitives {
+
+void threshold_row_reference(std::span<const std::int16_t> heights, std::int16_t threshold,
+                             std::uint64_t* bits) noexcept
+{
+    constexpr std::size_t wordBits = bitsOfWord;
+    for (std::size_t first = 0; first < heights.size(); first += wordBits) {
+        std::uint64_t word = 0;
+        const std::size_t count = std::min(wordBits, heights.size() - first);
+        for (std::size_t i = 0; i < count; ++i) word |= static_cast<std::uint64_t>(heights[first + i] > threshold) << i;
+        bits[first / wordBits] = word;
+    }
+}
+
+void threshold_row(std::span<const std::int16_t> heights, std::int16_t threshold, std::uint64_t* bits) noexcept
+{
+#if defined(__x86_64__)
+    if (has_avx512()) return simd::threshold_row_avx512(heights, threshold, bits);
+    if (has_avx2()) return simd::threshold_row_avx2(heights, threshold, bits);
+#endif
+    threshold_row_reference(heights, threshold, bits);
+}
+
+run_sums sum_run_reference(std::span<const std::int16_t> heights) noexcept
+{
+    run_sums total;
+    for (const std::int16_t height : heights) total.add({height, std::int64_t{height} * height, height});
+    return total;
+}
+
+run_sums sum_run(std::span<const std::int16_t> heights) noexcept
+{
+#if defined(__x86_64__)
+    if (has_avx512()) return simd::sum_run_avx512(heights);
+    if (has_avx2()) return simd::sum_run_avx2(heights);
+#endif
+    return sum_run_reference(heights);
+}
+
+} // namespace primitives

@@ -1,0 +1,43 @@
+#pragma once
+#include "primitives/mask/bit_strips.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace primitives {
+
+/// Thins masks to their skeletons, lines one sample wide: the parallel rule of Z. Guo and R. W. Hall (Communications of
+/// the ACM 32 (1989) 359, algorithm A1), which takes layers off in turn from two sides, and at its end the corners that
+/// no connection needs. Areas stay connected over sides and corners as they were, holes stay open, ends stay.
+/// Keeps its memory from call to call.
+class thinner {
+public:
+    /// In place.
+    void thin(bit_strips& mask);
+
+private:
+    bool takeCorners(bit_strips& mask);
+    void findOccupied(const bit_strips& mask, int firstRow);
+
+    std::vector<std::uint32_t> awake; ///< of each tile with a border: the last step that may change it
+    std::vector<std::uint64_t> scratch, occupied;
+};
+/// The plain form that defines the answer: samples of rows, 1 set and 0 clear.
+void thin_reference(std::uint8_t* samples, int width, int height);
+
+/// One step of the rule on a whole mask.
+struct thinning_step {
+    bit_strips* mask;
+    std::uint64_t* scratch;
+    std::uint32_t* awake; ///< (strips + 2) times (tiles + 2), strip by strip with the border
+    std::uint32_t number; ///< from 1 on; the rule's two sides alternate
+
+    /// Room for two strips as they were, with a tile more before and behind each, and for the changes of a strip.
+    static std::size_t scratchWords(const bit_strips& mask) noexcept
+    {
+        const auto tiles = static_cast<std::size_t>(mask.tilesOfStrip()) + 2;
+        return 2 * tiles * bit_strips::tileRows + tiles;
+    }
+};
+
+} // namespace primitives
