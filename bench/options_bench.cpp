@@ -1,7 +1,7 @@
 // One change in a list of 60 options against what it replaces: compiling the expressions anew for every evaluation.
 // The floor is to read each of the 60 options by its name once.
 #include "base/SPMVarList.h"
-#include "base/declaration.h"
+#include "base/variables/declaration.h"
 #include "ratio.h"
 
 #include <string>

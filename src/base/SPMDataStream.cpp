@@ -1,9 +1,9 @@
 #include "base/SPMDataStream.h"
 
-#include "base/declaration.h"
-#include "base/six_digits.h"
-#include "base/stream_fitting.h"
+#include "base/streams/stream_fitting.h"
 #include "base/text.h"
+#include "base/text/six_digits.h"
+#include "base/variables/declaration.h"
 
 #include <algorithm>
 #include <cassert>

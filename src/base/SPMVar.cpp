@@ -1,9 +1,9 @@
 #include "base/SPMVar.h"
 
-#include "base/array_memory.h"
-#include "base/declaration.h"
-#include "base/enum_items.h"
+#include "base/streams/array_memory.h"
 #include "base/text.h"
+#include "base/variables/declaration.h"
+#include "base/variables/enum_items.h"
 
 #include <array>
 #include <atomic>

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAllocator.h"
-#include "base/rounding.h"
 #include "base/smart_string.h"
+#include "base/streams/rounding.h"
 
 #include <cmath>
 #include <cstdint>
@@ -131,8 +131,8 @@ public:
     unsigned get_enum_size() const noexcept;
     const char* get_enum_key(unsigned item) const noexcept;
     const char* get_enum_label(unsigned item) const noexcept;
-    /// Another label for a choice, as for another language; an item past the end is passed over. The declaration follows,
-    /// but not for items that a function supplied.
+    /// Another label for a choice, as for another language; an item past the end is passed over. The declaration
+    /// follows, but not for items that a function supplied.
     void set_enum_label(unsigned item, const char* label);
 
     /// Replaces the text of a `string` variable. \return the stored text, null for other types

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
-#include "base/option_settling.h"
+#include "base/variables/option_settling.h"
 
 #include <deque>
 #include <span>

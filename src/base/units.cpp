@@ -1,6 +1,6 @@
 #include "base/units.h"
 
-#include "base/unit_table.h"
+#include "base/text/unit_table.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // vldv dump: the samples of one sub-image as text.
-#include "base/element_access.h"
+#include "base/streams/element_access.h"
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/frame_choice.h"

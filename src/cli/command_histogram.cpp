@@ -1,7 +1,7 @@
 // vldv histogram: how the heights of images are distributed, and the share between two delimiters.
-#include "base/axis_units.h"
-#include "base/decimals.h"
+#include "base/streams/axis_units.h"
 #include "base/text.h"
+#include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/commands.h"
 #include "cli/file_reports.h"

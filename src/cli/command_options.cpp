@@ -1,7 +1,7 @@
 // vldv options: a table of option declarations, settled and shown, for those who write one.
-#include "base/declaration.h"
-#include "base/option_display.h"
 #include "base/text.h"
+#include "base/variables/declaration.h"
+#include "base/variables/option_display.h"
 #include "cli/aligned.h"
 #include "cli/commands.h"
 #include "cli/file_reports.h"

@@ -1,6 +1,6 @@
 // vldv stats: heights and roughness of surfaces, for people, spreadsheets or as JSON.
-#include "base/decimals.h"
 #include "base/text.h"
+#include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/commands.h"
 #include "cli/csv_text.h"

@@ -1,8 +1,8 @@
 #include "cli/feature_output.h"
 
-#include "base/axis_units.h"
-#include "base/decimals.h"
+#include "base/streams/axis_units.h"
 #include "base/text.h"
+#include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/csv_text.h"
 #include "output/picture_writer.h"

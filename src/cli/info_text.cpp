@@ -1,8 +1,8 @@
 #include "cli/info_text.h"
 
-#include "base/axis_units.h"
-#include "base/decimals.h"
+#include "base/streams/axis_units.h"
 #include "base/text.h"
+#include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/aligned.h"
 #include "cli/reader_notes.h"

@@ -1,8 +1,8 @@
 #include "cli/option_table.h"
 
-#include "base/declaration.h"
-#include "base/expression.h"
 #include "base/text.h"
+#include "base/variables/declaration.h"
+#include "base/variables/expression.h"
 
 #include <algorithm>
 #include <cmath>

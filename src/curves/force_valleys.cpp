@@ -1,6 +1,6 @@
 #include "curves/force_curve.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "primitives/spline/uniform_spline.h"
 
 #include <algorithm>

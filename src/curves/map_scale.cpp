@@ -1,7 +1,7 @@
 #include "curves/map_scale.h"
 
-#include "base/rounding.h"
-#include "base/six_digits.h"
+#include "base/streams/rounding.h"
+#include "base/text/six_digits.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "curves/profile.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "formats/shared/curve_lengths.h"
 #include "formats/shared/void_points.h"
 #include "formats/shared/void_ranges.h"

@@ -1,6 +1,6 @@
 #include "curves/section_selection.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <algorithm>
 #include <utility>

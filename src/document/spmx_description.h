@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 
 #include <map>
 #include <string>

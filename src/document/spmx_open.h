@@ -1,5 +1,5 @@
 #pragma once
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "document/spmx_description.h"
 #include "formats/shared/zip_reader.h"
 

@@ -1,6 +1,6 @@
 #include "host/VariableDialog.h"
 
-#include "base/option_display.h"
+#include "base/variables/option_display.h"
 #include "host/VariableGrid.h"
 #include "platform/Host.h"
 

@@ -1,6 +1,6 @@
 #include "host/VariableGrid.h"
 
-#include "base/option_group.h"
+#include "base/variables/option_group.h"
 
 #include <QApplication>
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 // velmira: the workstation.
-#include "base/option_functions.h"
 #include "base/text.h"
+#include "base/variables/option_functions.h"
 #include "entry/Application.h"
 #include "entry/open_files.h"
 #include "host/BoxStyle.h"

@@ -1,6 +1,6 @@
 #include "host/variable_editor.h"
 
-#include "base/option_display.h"
+#include "base/variables/option_display.h"
 #include "platform/WinApp.h"
 
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #include "paint/qt_fonts.h"
 
-#include "base/option_functions.h"
-#include "base/text_list.h"
+#include "base/text/text_list.h"
+#include "base/variables/option_functions.h"
 
 #include <QFontDatabase>
 #include <QFontMetrics>

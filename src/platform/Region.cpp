@@ -1,6 +1,6 @@
 #include "platform/Region.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "platform/polygon_spans.h"
 
 #include <pixman.h>

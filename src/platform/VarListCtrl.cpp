@@ -1,7 +1,7 @@
 #include "platform/VarListCtrl.h"
 
-#include "base/declaration.h"
-#include "base/option_display.h"
+#include "base/variables/declaration.h"
+#include "base/variables/option_display.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "platform/DC.h"
 
 #include <cmath>

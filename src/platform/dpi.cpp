@@ -1,6 +1,6 @@
 #include "platform/dpi.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "platform/WinApp.h"
 
 double GetSystemDPIMultiplyer()

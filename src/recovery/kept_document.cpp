@@ -1,6 +1,6 @@
 #include "recovery/kept_document.h"
 
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "base/text.h"
 
 #include <fstream>

@@ -1,6 +1,6 @@
 #include "spectra/feature_brush.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "spectra/feature_edit.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
 #include "primitives/map/range.h"
 

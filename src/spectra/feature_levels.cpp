@@ -1,6 +1,6 @@
 #include "spectra/feature_levels.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "primitives/map/range.h"
 #include "primitives/map/threshold.h"
 #include "primitives/numeric.h"

@@ -1,6 +1,6 @@
 #include "spectra/feature_metrics.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/units.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "spectra/histogram.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "primitives/map/histogram.h"

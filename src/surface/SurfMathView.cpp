@@ -1,6 +1,6 @@
 #include "surface/SurfMathView.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "document/StorageDoc.h"
 #include "document/rising_heights.h"
 #include "platform/WinApp.h"

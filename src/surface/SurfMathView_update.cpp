@@ -1,4 +1,4 @@
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"

@@ -1,4 +1,4 @@
-#include "base/axis_units.h"
+#include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "resources/strings.h"
 #include "surface/legend.h"

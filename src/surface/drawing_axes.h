@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "document/Decorations.h"
 #include "platform/geometry.h"
 

@@ -1,6 +1,6 @@
 #include "surface/hit_test.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "platform/keys.h"
 #include "view/ImageView.h"
 #include "view/SectionSource.h"

@@ -1,6 +1,6 @@
 #include "surface/measurement_text.h"
 
-#include "base/axis_units.h"
+#include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/Clipboard.h"

@@ -1,6 +1,6 @@
 #include "surface/resampling.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/point_counts.h"

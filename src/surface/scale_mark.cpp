@@ -1,6 +1,6 @@
 #include "surface/scale_mark.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/units.h"
 #include "view/DCView.h"
 

@@ -1,7 +1,7 @@
 #include "surface/statistics_text.h"
 
-#include "base/decimals.h"
 #include "base/text.h"
+#include "base/text/decimals.h"
 
 #include <algorithm>
 #include <cmath>

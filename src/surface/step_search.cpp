@@ -1,6 +1,6 @@
 #include "surface/step_search.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <algorithm>
 #include <cmath>

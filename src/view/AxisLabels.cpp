@@ -1,8 +1,8 @@
 #include "view/AxisLabels.h"
 
-#include "base/decimals.h"
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
+#include "base/text/decimals.h"
 #include "view/TickRule.h"
 
 #include <algorithm>

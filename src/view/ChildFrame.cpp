@@ -1,6 +1,6 @@
 #include "view/ChildFrame.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "platform/WinApp.h"

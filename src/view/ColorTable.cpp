@@ -1,6 +1,6 @@
 #include "view/ColorTable.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <cmath>
 #include <cstdlib>

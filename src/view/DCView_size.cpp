@@ -1,4 +1,4 @@
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "platform/FrameWnd.h"
 #include "platform/WinApp.h"
 #include "platform/dpi.h"

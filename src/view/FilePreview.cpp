@@ -1,6 +1,6 @@
 #include "view/FilePreview.h"
 
-#include "base/axis_units.h"
+#include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/rising_heights.h"

@@ -1,6 +1,6 @@
 #include "view/PaletteBar.h"
 
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 
 #include <bit>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "view/palette_edit.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // A drawing in one pass: each row is mapped and painted while it is in the cache.
 #include "view/render.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "primitives/fit/line_fit.h"
 
 #include <algorithm>

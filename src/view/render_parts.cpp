@@ -1,4 +1,4 @@
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/units.h"
 #include "view/render.h"
 

@@ -2,7 +2,7 @@
 #include "primitives/numeric.h"
 #include "view/render.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 #pragma once
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "platform/geometry.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "curves/force_curve.h"
 #include "curves/force_map.h"
 
-#include "base/six_digits.h"
+#include "base/text/six_digits.h"
 #include "curves/force_analysis.h"
 #include "curves/force_packs.h"
 #include "curves/physical.h"

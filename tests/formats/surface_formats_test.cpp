@@ -1,4 +1,4 @@
-#include "base/six_digits.h"
+#include "base/text/six_digits.h"
 #include "formats/shared/bytes.h"
 #include "formats/single/bcr.h"
 #include "formats/single/opd.h"

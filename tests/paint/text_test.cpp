@@ -1,5 +1,5 @@
-#include "base/option_functions.h"
-#include "base/text_list.h"
+#include "base/text/text_list.h"
+#include "base/variables/option_functions.h"
 #include "canvas.h"
 #include "paint/qt_fonts.h"
 

@@ -1,7 +1,7 @@
 // Any text as a table of option declarations, settled, shown and typed back; its first line also as a dialog layout.
 #include "base/SPMVarList.h"
-#include "base/declaration.h"
-#include "base/option_display.h"
+#include "base/variables/declaration.h"
+#include "base/variables/option_display.h"
 #include "platform/variable_layout.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 #pragma once
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "formats/nanoscope/nanoscope_image.h"
 #include "formats/recording.h"
 #include "formats/source.h"

@@ -1,6 +1,6 @@
 #include "formats/pictures/bmp_rle.h"
 
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "base/text.h"
 #include "formats/pictures/dib.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "formats/shared/left_out.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/source.h"

@@ -1,6 +1,6 @@
 #include "formats/shared/finish_recording.h"
 
-#include "base/element_access.h"
+#include "base/streams/element_access.h"
 #include "formats/shared/left_out.h"
 #include "formats/shared/stream_shape.h"
 

@@ -1,6 +1,6 @@
 #include "formats/shared/sample_middle.h"
 
-#include "base/element_access.h"
+#include "base/streams/element_access.h"
 
 #include <algorithm>
 #include <span>

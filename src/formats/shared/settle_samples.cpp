@@ -1,4 +1,4 @@
-#include "base/stream_fitting.h"
+#include "base/streams/stream_fitting.h"
 #include "base/text.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/shared/void_points.h"

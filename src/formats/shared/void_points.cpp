@@ -1,7 +1,7 @@
 #include "formats/shared/void_points.h"
 
-#include "base/element_access.h"
-#include "base/stream_fitting.h"
+#include "base/streams/element_access.h"
+#include "base/streams/stream_fitting.h"
 
 #include <algorithm>
 #include <cmath>

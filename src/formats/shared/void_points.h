@@ -1,5 +1,5 @@
 #pragma once
-#include "base/element_range.h"
+#include "base/streams/element_range.h"
 #include "formats/shared/sample_middle.h"
 #include "formats/shared/void_ranges.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "formats/recording.h"
 #include "formats/source.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "formats/source.h"
 #include "formats/text/text_units.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 
 #include <array>
 #include <cstddef>

@@ -1,5 +1,5 @@
 #pragma once
-#include "base/byte_reader.h"
+#include "base/streams/byte_reader.h"
 #include "formats/recording.h"
 #include "formats/text/number_table.h"
 #include "formats/text/text_header.h"

@@ -1,7 +1,7 @@
 #include "formats/instrument_fixture.h"
 #include "formats/shared/heights.h"
 
-#include "base/six_digits.h"
+#include "base/text/six_digits.h"
 
 #include <cmath>
 #include <cstdint>

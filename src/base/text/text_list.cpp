@@ -1,4 +1,4 @@
-#include "base/text_list.h"
+#include "base/text/text_list.h"
 
 #include "base/text.h"
 

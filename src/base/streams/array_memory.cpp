@@ -1,4 +1,4 @@
-#include "base/array_memory.h"
+#include "base/streams/array_memory.h"
 
 #include <cstdlib>
 #include <cstring>

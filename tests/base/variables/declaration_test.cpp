@@ -1,4 +1,4 @@
-#include "base/declaration.h"
+#include "base/variables/declaration.h"
 
 #include "base/SPMDataStream.h"
 

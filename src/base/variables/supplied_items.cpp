@@ -1,6 +1,6 @@
-#include "base/declaration.h"
-#include "base/expression.h"
 #include "base/text.h"
+#include "base/variables/declaration.h"
+#include "base/variables/expression.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "base/option_functions.h"
+#include "base/variables/option_functions.h"
 
-#include "base/text_list.h"
+#include "base/text/text_list.h"
 
 #include <algorithm>
 #include <array>

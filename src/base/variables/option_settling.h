@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
-#include "base/expression.h"
+#include "base/variables/expression.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,4 +1,4 @@
-#include "base/expression.h"
+#include "base/variables/expression.h"
 
 #include "base/SPMVarList.h"
 

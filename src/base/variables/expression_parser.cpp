@@ -1,6 +1,6 @@
-#include "base/expression.h"
-#include "base/expression_tokens.h"
 #include "base/text.h"
+#include "base/variables/expression.h"
+#include "base/variables/expression_tokens.h"
 
 #include <algorithm>
 #include <array>

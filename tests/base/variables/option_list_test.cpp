@@ -1,5 +1,5 @@
 #include "base/SPMVarList.h"
-#include "base/option_functions.h"
+#include "base/variables/option_functions.h"
 #include "support/allocation_count.h"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
-#include "base/option_settling.h"
+#include "base/variables/option_settling.h"
 
-#include "base/declaration.h"
 #include "base/text.h"
+#include "base/variables/declaration.h"
 
 #include <algorithm>
 #include <cmath>

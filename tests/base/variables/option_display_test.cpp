@@ -1,6 +1,6 @@
-#include "base/option_display.h"
+#include "base/variables/option_display.h"
 
-#include "base/monotone_inverse.h"
+#include "base/streams/monotone_inverse.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "base/expression_tokens.h"
+#include "base/variables/expression_tokens.h"
 
 #include "base/text.h"
 

@@ -1,4 +1,4 @@
-#include "base/six_digits.h"
+#include "base/text/six_digits.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
-#include "base/option_display.h"
+#include "base/variables/option_display.h"
 
-#include "base/monotone_inverse.h"
-#include "base/option_settling.h"
+#include "base/streams/monotone_inverse.h"
 #include "base/text.h"
-#include "base/text_list.h"
+#include "base/text/text_list.h"
+#include "base/variables/option_settling.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "base/element_range.h"
+#include "base/streams/element_range.h"
 
 namespace base {
 

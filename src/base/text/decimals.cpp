@@ -1,6 +1,6 @@
-#include "base/decimals.h"
+#include "base/text/decimals.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 #include "base/text.h"
 
 #include <algorithm>

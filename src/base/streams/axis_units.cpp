@@ -1,4 +1,4 @@
-#include "base/axis_units.h"
+#include "base/streams/axis_units.h"
 
 #include "base/text.h"
 #include "base/units.h"

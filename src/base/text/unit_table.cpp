@@ -1,4 +1,4 @@
-#include "base/unit_table.h"
+#include "base/text/unit_table.h"
 
 #include <array>
 #include <numbers>

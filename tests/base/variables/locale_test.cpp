@@ -1,6 +1,6 @@
 #include "base/SPMVar.h"
-#include "base/six_digits.h"
 #include "base/text.h"
+#include "base/text/six_digits.h"
 #include "support/temporary_folder.h"
 
 #include <clocale>

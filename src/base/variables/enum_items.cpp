@@ -1,4 +1,4 @@
-#include "base/enum_items.h"
+#include "base/variables/enum_items.h"
 
 #include "base/text.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
-#include "base/declaration.h"
+#include "base/variables/declaration.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "base/monotone_inverse.h"
+#include "base/streams/monotone_inverse.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "base/six_digits.h"
+#include "base/text/six_digits.h"
 
-#include "base/rounding.h"
+#include "base/streams/rounding.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "base/option_group.h"
+#include "base/variables/option_group.h"
 
 #include <gtest/gtest.h>
 #include <vector>

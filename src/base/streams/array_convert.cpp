@@ -1,7 +1,7 @@
-#include "base/array_memory.h"
-#include "base/element_access.h"
-#include "base/element_range.h"
-#include "base/rounding.h"
+#include "base/streams/array_memory.h"
+#include "base/streams/element_access.h"
+#include "base/streams/element_range.h"
+#include "base/streams/rounding.h"
 
 #include <algorithm>
 #include <cmath>

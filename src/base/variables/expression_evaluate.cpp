@@ -1,7 +1,7 @@
-#include "base/expression.h"
-#include "base/option_functions.h"
 #include "base/text.h"
-#include "base/text_list.h"
+#include "base/text/text_list.h"
+#include "base/variables/expression.h"
+#include "base/variables/option_functions.h"
 
 #include <algorithm>
 #include <cmath>

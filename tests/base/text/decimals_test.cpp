@@ -1,5 +1,5 @@
-#include "base/axis_units.h"
-#include "base/decimals.h"
+#include "base/streams/axis_units.h"
+#include "base/text/decimals.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
