@@ -1,6 +1,6 @@
 #pragma once
 #include "cli/CliWindow.h"
-#include "platform/Host.h"
+#include "platform/app/Host.h"
 
 #include <functional>
 #include <string>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Window.h"
+#include "platform/app/Window.h"
 
 #include <set>
 

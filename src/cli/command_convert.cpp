@@ -4,7 +4,7 @@
 #include "cli/session.h"
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>

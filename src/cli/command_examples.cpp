@@ -5,7 +5,7 @@
 #include "cli/session.h"
 #include "cli/terminal.h"
 #include "document/examples.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>

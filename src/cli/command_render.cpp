@@ -13,7 +13,7 @@
 #include "cli/word_choice.h"
 #include "document/rising_heights.h"
 #include "output/picture_writer.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 #include "surface/render_step.h"
 #include "view/Scale.h"
 #include "view/render.h"

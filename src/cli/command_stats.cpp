@@ -10,7 +10,7 @@
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
 #include "output/picture_writer.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 #include "surface/statistics.h"
 
 #include <CLI/CLI.hpp>

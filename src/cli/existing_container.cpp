@@ -2,10 +2,10 @@
 
 #include "document/stream_source.h"
 #include "formats/shared/zip_reader.h"
-#include "platform/Archive.h"
-#include "platform/Exceptions.h"
-#include "platform/paths.h"
-#include "platform/temporary_file.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/Archive.h"
+#include "platform/files/paths.h"
+#include "platform/files/temporary_file.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <CLI/Error.hpp>
 #include <stdexcept>

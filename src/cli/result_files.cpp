@@ -1,6 +1,6 @@
 #include "cli/result_files.h"
 
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <stdexcept>
 

@@ -9,7 +9,7 @@
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
 #include "document/recording_folder.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <algorithm>
 #include <iostream>

@@ -1,8 +1,8 @@
 #pragma once
 #include "cli/CliHost.h"
 #include "document/StorageDoc.h"
-#include "platform/WinApp.h"
-#include "platform/temporary_file.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/temporary_file.h"
 
 #include <filesystem>
 #include <functional>

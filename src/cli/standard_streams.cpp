@@ -1,6 +1,6 @@
 #include "cli/standard_streams.h"
 
-#include "platform/temporary_file.h"
+#include "platform/files/temporary_file.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Archive.h"
+#include "platform/files/Archive.h"
 
 #include <cstddef>
 #include <span>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Document.h"
+#include "platform/app/Document.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/SPMDataStream.h"
 #include "formats/registry.h"
-#include "platform/bitmap.h"
+#include "platform/draw/bitmap.h"
 
 #include <functional>
 #include <istream>

@@ -1,6 +1,6 @@
 #include "document/ProcessParser.h"
 
-#include "platform/interface_directory.h"
+#include "platform/files/interface_directory.h"
 
 #include <fstream>
 

@@ -6,9 +6,9 @@
 #include "document/ImageBoundView.h"
 #include "document/bitmap_heights.h"
 #include "document/update_hints.h"
-#include "platform/View.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/View.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
 #include "resources/strings.h"
 
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include "document/UndoData.h"
 #include "document/content_state.h"
 #include "document/own_files.h"
-#include "platform/Document.h"
+#include "platform/app/Document.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -300,8 +300,8 @@ private:
     std::string baseTitle; ///< inherited by derived documents
     std::wstring fullPath, fileName;
     std::uint32_t fileSizeLow = 0, fileSizeHigh = 0;
-    std::string displayTitle;    ///< overrides the file name as title when not empty
-    bool incomplete = false;     ///< the last reading failed or was cancelled: there is nothing worth saving
+    std::string displayTitle; ///< overrides the file name as title when not empty
+    bool incomplete = false;  ///< the last reading failed or was cancelled: there is nothing worth saving
     bool reading = false;
     std::uint64_t textState = 0; ///< see document::content_state
     std::optional<document::content_state> storedContent;

@@ -4,10 +4,10 @@
 #include "base/text.h"
 #include "document/earlier_result.h"
 #include "document/merge_documents.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
-#include "platform/file_kind.h"
-#include "platform/paths.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/file_kind.h"
+#include "platform/files/paths.h"
 #include "resources/strings.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 #pragma once
 #include "document/StorageDoc.h"
-#include "platform/DocTemplate.h"
-#include "platform/geometry.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/draw/geometry.h"
 
 #include <optional>
 #include <span>

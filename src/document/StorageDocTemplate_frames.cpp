@@ -2,8 +2,8 @@
 #include "document/DocumentHold.h"
 #include "document/ImageBoundView.h"
 #include "document/StorageDocTemplate.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
 #include "resources/strings.h"
 

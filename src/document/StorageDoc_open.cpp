@@ -2,9 +2,9 @@
 #include "document/DocumentHold.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "platform/WinApp.h"
-#include "platform/file_kind.h"
-#include "platform/paths.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/file_kind.h"
+#include "platform/files/paths.h"
 #include "resources/strings.h"
 
 #include <algorithm>

@@ -6,9 +6,9 @@
 #include "document/spmx_limits.h"
 #include "document/spmx_verify.h"
 #include "document/stream_source.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
-#include "platform/temporary_file.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
+#include "platform/files/temporary_file.h"
 
 #include <algorithm>
 #include <fstream>

@@ -1,6 +1,6 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "resources/strings.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "document/UndoData.h"
 
-#include "platform/Exceptions.h"
+#include "platform/app/Exceptions.h"
 
 #include <cstdlib>
 #include <cstring>

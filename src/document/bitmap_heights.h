@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/bitmap.h"
+#include "platform/draw/bitmap.h"
 
 #include <cstdint>
 #include <span>

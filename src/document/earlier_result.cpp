@@ -2,8 +2,8 @@
 
 #include "document/FileReader.h"
 #include "document/merge_documents.h"
-#include "platform/file_stamp.h"
-#include "platform/paths.h"
+#include "platform/files/file_stamp.h"
+#include "platform/files/paths.h"
 
 #include <fstream>
 

@@ -4,7 +4,7 @@
 #include "document/StorageDoc.h"
 #include "formats/shared/curve_lengths.h"
 #include "formats/shared/void_ranges.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,7 +1,7 @@
 #include "document/own_files.h"
 
 #include "base/text.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <algorithm>
 

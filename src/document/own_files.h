@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/file_stamp.h"
+#include "platform/files/file_stamp.h"
 
 #include <string>
 #include <vector>

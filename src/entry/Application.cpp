@@ -3,8 +3,8 @@
 #include "base/text.h"
 #include "entry/save_documents.h"
 #include "entry/templates.h"
-#include "platform/VarListDlg.h"
-#include "platform/interface_directory.h"
+#include "platform/dialogs/VarListDlg.h"
+#include "platform/files/interface_directory.h"
 #include "view/Scale.h"
 #include "vldv.h"
 

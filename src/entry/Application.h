@@ -1,7 +1,7 @@
 #pragma once
 #include "entry/global_options.h"
 #include "entry/kept_work.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 
 /// The workstation: templates, settings and the commands that belong to no document.
 class CVldvApp : public CWinApp {

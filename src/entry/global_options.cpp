@@ -1,8 +1,8 @@
 #include "entry/global_options.h"
 
 #include "base/text.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
 #include "view/Scale.h"
 #include "view/palette_folder.h"
 

@@ -2,9 +2,9 @@
 
 #include "base/text.h"
 #include "document/StorageDocTemplate.h"
-#include "platform/VarListDlg.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/WinApp.h"
+#include "platform/dialogs/VarListDlg.h"
+#include "platform/files/paths.h"
 #include "recovery/restore_document.h"
 #include "vldv.h"
 

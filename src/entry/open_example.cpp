@@ -2,8 +2,8 @@
 
 #include "document/StorageDoc.h"
 #include "document/examples.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "document/recording_folder.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
 
 #include <filesystem>
 

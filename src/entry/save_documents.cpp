@@ -3,10 +3,10 @@
 #include "base/text.h"
 #include "document/ImageBoundView.h"
 #include "document/StorageDoc.h"
-#include "platform/DocTemplate.h"
-#include "platform/VarListDlg.h"
-#include "platform/WinApp.h"
-#include "platform/interface_directory.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/WinApp.h"
+#include "platform/dialogs/VarListDlg.h"
+#include "platform/files/interface_directory.h"
 #include "vldv.h"
 
 #include <algorithm>

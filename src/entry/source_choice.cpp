@@ -1,9 +1,9 @@
 #include "entry/source_choice.h"
 
 #include "base/text.h"
-#include "platform/DocTemplate.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
 #include "resources/frame_templates.h"
 #include "view/TextView.h"
 

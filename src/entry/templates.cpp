@@ -1,7 +1,7 @@
 #include "entry/templates.h"
 
 #include "document/StorageDocTemplate.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
 #include "surface/QVSurfView.h"
 #include "view/ChildFrame.h"

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "platform/bitmap.h"
+#include "platform/draw/bitmap.h"
 
 #include <cstddef>
 #include <map>

@@ -16,7 +16,7 @@
 #include "host/path_text.h"
 #include "host/qt_toolbar.h"
 #include "host/tiling.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 #include "view/option_rows.h"
 
 #include <QAction>

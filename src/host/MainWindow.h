@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/CmdTarget.h"
+#include "platform/app/CmdTarget.h"
 
 #include <QMainWindow>
 #include <QPointer>

@@ -2,7 +2,7 @@
 
 #include "host/command_door.h"
 #include "host/qt_toolbar.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "view/ChildFrame.h"
 
 #include <QAction>

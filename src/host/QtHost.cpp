@@ -17,7 +17,7 @@
 #include "host/preview_pane.h"
 #include "host/qt_menus.h"
 #include "host/trash.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 
 #include <QApplication>
 #include <QFileDialog>

@@ -1,6 +1,6 @@
 #include "host/QtPanes.h"
 
-#include "platform/View.h"
+#include "platform/app/View.h"
 
 #include <QEvent>
 #include <QFontDatabase>

@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/Clipboard.h"
-#include "platform/Screen.h"
+#include "platform/app/Clipboard.h"
+#include "platform/app/Screen.h"
 
 #include <memory>
 

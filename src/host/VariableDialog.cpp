@@ -2,7 +2,7 @@
 
 #include "base/variables/option_display.h"
 #include "host/VariableGrid.h"
-#include "platform/Host.h"
+#include "platform/app/Host.h"
 
 #include <QCheckBox>
 #include <QFileDialog>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/VarListDlg.h"
+#include "platform/dialogs/VarListDlg.h"
 
 #include <QDialog>
 #include <vector>

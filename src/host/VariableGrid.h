@@ -1,6 +1,6 @@
 #pragma once
 #include "host/variable_editor.h"
-#include "platform/VarListCtrl.h"
+#include "platform/dialogs/VarListCtrl.h"
 
 #include <QTableWidget>
 #include <set>

@@ -1,7 +1,7 @@
 #include "host/command_door.h"
 
-#include "platform/WinApp.h"
-#include "platform/menu_item.h"
+#include "platform/app/WinApp.h"
+#include "platform/app/menu_item.h"
 
 #include <QTimer>
 #include <map>

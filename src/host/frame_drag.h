@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 
 #include <QRect>
 #include <optional>

@@ -12,8 +12,8 @@
 #include "host/termination.h"
 #include "host/window_places.h"
 #include "paint/qt_fonts.h"
-#include "platform/paths.h"
-#include "platform/profile_store.h"
+#include "platform/files/paths.h"
+#include "platform/profile/profile_store.h"
 #include "recovery/state_path.h"
 
 #include <QApplication>

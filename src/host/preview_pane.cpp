@@ -1,6 +1,6 @@
 #include "host/preview_pane.h"
 
-#include "platform/Host.h"
+#include "platform/app/Host.h"
 
 #include <QCheckBox>
 #include <QFileDialog>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/keys.h"
+#include "platform/app/keys.h"
 
 #include <QKeyEvent>
 

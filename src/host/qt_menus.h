@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/CmdTarget.h"
-#include "platform/menu_item.h"
+#include "platform/app/CmdTarget.h"
+#include "platform/app/menu_item.h"
 #include "resources/menus.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 #include "host/qt_menus.h"
-#include "platform/menu_item.h"
+#include "platform/app/menu_item.h"
 
 #include <span>
 

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "host/path_text.h"
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 
 #include <QDir>
 #include <QFile>

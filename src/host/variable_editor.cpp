@@ -1,7 +1,7 @@
 #include "host/variable_editor.h"
 
 #include "base/variables/option_display.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 
 #include <QCheckBox>
 #include <QColorDialog>

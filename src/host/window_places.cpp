@@ -1,6 +1,6 @@
 #include "host/window_places.h"
 
-#include "platform/Host.h"
+#include "platform/app/Host.h"
 
 #include <QMainWindow>
 #include <QScreen>

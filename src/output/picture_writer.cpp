@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "output/encoders.h"
-#include "platform/atomic_file.h"
+#include "platform/files/atomic_file.h"
 
 #include <cassert>
 #include <cmath>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 
 class QPaintDevice;
 class QPainter;

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Region.h"
+#include "platform/draw/Region.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 #include "paint/raster_op.h"
-#include "platform/dc_state.h"
+#include "platform/draw/dc_state.h"
 
 #include <QTransform>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/drawing.h"
-#include "platform/polygon_spans.h"
+#include "platform/draw/drawing.h"
+#include "platform/draw/polygon_spans.h"
 
 #include <span>
 #include <vector>

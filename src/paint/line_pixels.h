@@ -1,6 +1,6 @@
 #pragma once
 #include "paint/pen_pattern.h"
-#include "platform/polygon_spans.h"
+#include "platform/draw/polygon_spans.h"
 
 #include <span>
 #include <vector>

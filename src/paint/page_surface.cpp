@@ -5,7 +5,7 @@
 #include "paint/raster_surface.h"
 #include "paint/stretch.h"
 #include "paint/wide_line.h"
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 
 #include <QImage>
 #include <QPainterPath>

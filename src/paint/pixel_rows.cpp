@@ -1,6 +1,6 @@
 #include "paint/pixel_rows.h"
 
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 
 namespace host {
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/bitmap.h"
+#include "platform/draw/bitmap.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 #include "paint/raster_op.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 
 #include <cstddef>
 #include <span>

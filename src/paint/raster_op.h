@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/color.h"
-#include "platform/drawing.h"
+#include "platform/draw/color.h"
+#include "platform/draw/drawing.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 #include "paint/raster_surface.h"
 #include "paint/scan_convert.h"
 #include "paint/stretch.h"
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 
 #include <QFont>
 #include <QFontMetrics>

@@ -2,7 +2,7 @@
 #include "paint/clip_bands.h"
 #include "paint/drawing_surface.h"
 #include "paint/pixel_sink.h"
-#include "platform/polygon_spans.h"
+#include "platform/draw/polygon_spans.h"
 
 #include <QPolygonF>
 #include <memory>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/polygon_spans.h"
+#include "platform/draw/polygon_spans.h"
 
 #include <cstdint>
 #include <span>

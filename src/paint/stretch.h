@@ -1,6 +1,6 @@
 #pragma once
 #include "paint/pixel_rows.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 
 #include <vector>
 

@@ -1,8 +1,8 @@
 #include "recovery/autosave.h"
 
 #include "document/StorageDoc.h"
-#include "platform/Exceptions.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/paths.h"
 #include "recovery/closed_documents.h"
 
 #include <algorithm>

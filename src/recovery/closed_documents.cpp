@@ -1,6 +1,6 @@
 #include "recovery/closed_documents.h"
 
-#include "platform/paths.h"
+#include "platform/files/paths.h"
 #include "recovery/folder_entries.h"
 
 #include <algorithm>

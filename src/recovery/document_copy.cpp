@@ -1,7 +1,7 @@
 #include "recovery/document_copy.h"
 
-#include "platform/Exceptions.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/paths.h"
 #include "recovery/background_writer.h"
 #include "recovery/folder_entries.h"
 

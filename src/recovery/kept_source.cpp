@@ -3,9 +3,9 @@
 #include "document/FileReader.h"
 #include "document/spmx_open.h"
 #include "document/stream_source.h"
-#include "platform/Exceptions.h"
-#include "platform/atomic_file.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/atomic_file.h"
+#include "platform/files/paths.h"
 #include "recovery/file_print.h"
 #include "recovery/folder_entries.h"
 

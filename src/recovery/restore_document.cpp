@@ -3,8 +3,8 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/document_table.h"
-#include "platform/Exceptions.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/paths.h"
 
 #include <fstream>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "recovery/session_folder.h"
 
 #include "base/text.h"
-#include "platform/Exceptions.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/paths.h"
 #include "recovery/folder_entries.h"
 #include "recovery/kept_document.h"
 

@@ -2,7 +2,7 @@
 
 #include "document/StorageDoc.h"
 #include "document/document_table.h"
-#include "platform/file_stamp.h"
+#include "platform/files/file_stamp.h"
 
 #include <algorithm>
 #include <chrono>

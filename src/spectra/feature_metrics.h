@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 #include "primitives/map/threshold.h"
 #include "spectra/feature.h"
 

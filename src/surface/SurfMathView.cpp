@@ -3,7 +3,7 @@
 #include "base/streams/rounding.h"
 #include "document/StorageDoc.h"
 #include "document/rising_heights.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "base/units.h"
-#include "platform/Clipboard.h"
-#include "platform/WinApp.h"
+#include "platform/app/Clipboard.h"
+#include "platform/app/WinApp.h"
 #include "surface/variable_rows.h"
 #include "view/TextView.h"
 

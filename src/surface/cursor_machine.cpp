@@ -1,7 +1,7 @@
 #include "surface/cursor_machine.h"
 
-#include "platform/dpi.h"
-#include "platform/keys.h"
+#include "platform/app/keys.h"
+#include "platform/draw/dpi.h"
 #include "surface/cursor_shapes.h"
 #include "surface/hit_test.h"
 #include "surface/invalid_region.h"

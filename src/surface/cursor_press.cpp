@@ -1,6 +1,6 @@
 // What a press does: by what is under the cursor, or else by the mode.
-#include "platform/dpi.h"
-#include "platform/keys.h"
+#include "platform/app/keys.h"
+#include "platform/draw/dpi.h"
 #include "surface/cursor_machine.h"
 #include "surface/cursor_shapes.h"
 #include "surface/hit_test.h"

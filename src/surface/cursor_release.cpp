@@ -1,5 +1,5 @@
 // What a release leaves behind.
-#include "platform/keys.h"
+#include "platform/app/keys.h"
 #include "surface/cursor_machine.h"
 #include "surface/isoline.h"
 #include "surface/lengthy_object.h"

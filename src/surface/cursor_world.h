@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/Region.h"
+#include "platform/draw/Region.h"
 #include "surface/drawing_axes.h"
 #include "surface/sample_frame.h"
 #include "view/view_geometry.h"

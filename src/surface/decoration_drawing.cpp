@@ -1,7 +1,7 @@
 #include "surface/decoration_drawing.h"
 
 #include "base/text.h"
-#include "platform/dpi.h"
+#include "platform/draw/dpi.h"
 #include "surface/overlay_drawing.h"
 
 #include <algorithm>

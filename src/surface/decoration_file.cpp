@@ -1,10 +1,10 @@
 #include "surface/decoration_file.h"
 
 #include "base/text.h"
-#include "platform/Exceptions.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
-#include "platform/text_file.h"
+#include "platform/app/Exceptions.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
+#include "platform/files/text_file.h"
 #include "resources/strings.h"
 
 namespace surface {

@@ -2,7 +2,7 @@
 #include "base/VLAxis.h"
 #include "base/streams/rounding.h"
 #include "document/Decorations.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #include "surface/hit_test.h"
 
 #include "base/streams/rounding.h"
-#include "platform/keys.h"
+#include "platform/app/keys.h"
 #include "view/ImageView.h"
 #include "view/SectionSource.h"
 

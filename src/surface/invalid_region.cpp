@@ -1,6 +1,6 @@
 #include "surface/invalid_region.h"
 
-#include "platform/dpi.h"
+#include "platform/draw/dpi.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
 

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "base/units.h"
-#include "platform/dpi.h"
+#include "platform/draw/dpi.h"
 #include "resources/strings.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"

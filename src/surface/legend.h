@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 #include "surface/selection_state.h"
 #include "surface/statistics.h"
 

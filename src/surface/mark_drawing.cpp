@@ -1,6 +1,6 @@
 #include "surface/mark_drawing.h"
 
-#include "platform/dpi.h"
+#include "platform/draw/dpi.h"
 #include "surface/overlay_drawing.h"
 
 #include <array>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 #include "surface/selection_state.h"
 #include "view/view_geometry.h"
 

@@ -3,7 +3,7 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
-#include "platform/Clipboard.h"
+#include "platform/app/Clipboard.h"
 #include "resources/strings.h"
 #include "surface/measurements.h"
 

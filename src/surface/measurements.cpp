@@ -3,7 +3,7 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
-#include "platform/drawing.h"
+#include "platform/draw/drawing.h"
 #include "resources/strings.h"
 
 #include <cmath>

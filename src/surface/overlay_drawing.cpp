@@ -1,6 +1,6 @@
 #include "surface/overlay_drawing.h"
 
-#include "platform/dpi.h"
+#include "platform/draw/dpi.h"
 
 namespace surface {
 

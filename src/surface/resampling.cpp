@@ -5,7 +5,7 @@
 #include "document/StorageDoc.h"
 #include "document/point_counts.h"
 #include "document/update_hints.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "surface/variable_rows.h"
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "surface/measurement_text.h"
 #include "surface/variable_rows.h"
 

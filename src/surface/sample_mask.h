@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "document/plugin_decoration.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 
 #include <span>
 #include <vector>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/drawing.h"
+#include "platform/draw/drawing.h"
 
 namespace surface {
 

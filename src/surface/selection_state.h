@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/Region.h"
-#include "platform/geometry.h"
+#include "platform/draw/Region.h"
+#include "platform/draw/geometry.h"
 
 #include <cstddef>
 #include <string>

@@ -1,7 +1,7 @@
 #include "surface/variable_rows.h"
 
 #include "base/text.h"
-#include "platform/VarListDlg.h"
+#include "platform/dialogs/VarListDlg.h"
 
 namespace surface {
 

@@ -2,7 +2,7 @@
 #include "surface/view_world.h"
 
 #include "document/StorageDoc.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "surface/SurfMathView.h"
 #include "surface/cursor_shapes.h"
 #include "view/SectionSource.h"

@@ -2,7 +2,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "platform/FrameWnd.h"
+#include "platform/app/FrameWnd.h"
 #include "surface/SurfMathView.h"
 #include "surface/lengthy_object.h"
 #include "surface/view_world.h"

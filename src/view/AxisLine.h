@@ -1,9 +1,9 @@
 #pragma once
-#include "platform/DC.h"
-#include "platform/DataExchange.h"
-#include "platform/dpi.h"
-#include "platform/interface_directory.h"
-#include "platform/profile_double.h"
+#include "platform/dialogs/DataExchange.h"
+#include "platform/draw/DC.h"
+#include "platform/draw/dpi.h"
+#include "platform/files/interface_directory.h"
+#include "platform/profile/profile_double.h"
 
 #include <cstdint>
 

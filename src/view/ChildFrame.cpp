@@ -3,7 +3,7 @@
 #include "base/streams/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
 

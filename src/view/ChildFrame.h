@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/FrameWnd.h"
+#include "platform/app/FrameWnd.h"
 #include "view/SizeLine.h"
 
 #include <string>

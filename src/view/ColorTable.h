@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/color.h"
+#include "platform/draw/color.h"
 
 #include <vector>
 

@@ -1,9 +1,9 @@
 #include "view/CustomPaletteDialog.h"
 
-#include "platform/Exceptions.h"
-#include "platform/WinApp.h"
-#include "platform/atomic_file.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/atomic_file.h"
+#include "platform/files/paths.h"
 #include "view/palette_file.h"
 #include "view/palette_folder.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Dialog.h"
+#include "platform/dialogs/Dialog.h"
 #include "view/ScaleSync.h"
 #include "view/palette_edit.h"
 

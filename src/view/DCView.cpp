@@ -1,8 +1,8 @@
 #include "view/DCView.h"
 
 #include "base/text.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
 
 namespace {
 

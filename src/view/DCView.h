@@ -1,7 +1,7 @@
 #pragma once
 #include "base/SPMVarList.h"
-#include "platform/VarListDlg.h"
-#include "platform/View.h"
+#include "platform/app/View.h"
+#include "platform/dialogs/VarListDlg.h"
 #include "view/DIBImage.h"
 #include "view/option_rows.h"
 #include "view/view_geometry.h"

@@ -1,6 +1,6 @@
-#include "platform/Clipboard.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
+#include "platform/app/Clipboard.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
 #include "view/DCView.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #include "base/text.h"
-#include "platform/Exceptions.h"
-#include "platform/WinApp.h"
-#include "platform/options_file.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/app/WinApp.h"
+#include "platform/dialogs/options_file.h"
+#include "platform/files/paths.h"
 #include "view/DCView.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "base/text.h"
-#include "platform/WinApp.h"
-#include "platform/interface_directory.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/interface_directory.h"
 #include "view/DCView.h"
 
 #include <algorithm>

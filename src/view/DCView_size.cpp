@@ -1,7 +1,7 @@
 #include "base/streams/rounding.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
-#include "platform/dpi.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
+#include "platform/draw/dpi.h"
 #include "view/DCView.h"
 
 namespace {

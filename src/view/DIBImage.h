@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/DC.h"
-#include "platform/pixel_memory.h"
+#include "platform/draw/DC.h"
+#include "platform/draw/pixel_memory.h"
 
 #include <cstddef>
 #include <memory>

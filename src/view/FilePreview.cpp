@@ -4,8 +4,8 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/rising_heights.h"
-#include "platform/Exceptions.h"
-#include "platform/paths.h"
+#include "platform/app/Exceptions.h"
+#include "platform/files/paths.h"
 #include "view/Scale.h"
 
 #include <algorithm>

@@ -4,9 +4,9 @@
 #include "base/units.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "platform/DocTemplate.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
 #include "view/ChildFrame.h"
 #include "view/VolumeSource.h"
 

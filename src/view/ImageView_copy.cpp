@@ -4,7 +4,7 @@
 #include "document/document_table.h"
 #include "document/point_counts.h"
 #include "document/update_hints.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "view/ImageView.h"
 #include "view/VolumeSource.h"
 #include "view/stream_outline.h"

@@ -1,7 +1,7 @@
 #include "view/PaneView.h"
 
-#include "platform/Document.h"
-#include "platform/paths.h"
+#include "platform/app/Document.h"
+#include "platform/files/paths.h"
 
 #include <utility>
 

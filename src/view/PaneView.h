@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/View.h"
+#include "platform/app/View.h"
 #include "view/pane_commands.h"
 
 #include <string>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/ListChooser.h"
+#include "platform/dialogs/ListChooser.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #include "view/Scale.h"
 
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "view/palette_folder.h"
 #include "view/palette_profile.h"
 #include "view/render.h"

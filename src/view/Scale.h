@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/Window.h"
+#include "platform/app/Window.h"
 #include "view/ColorTable.h"
 #include "view/ScaleSync.h"
 #include "view/scale_state.h"

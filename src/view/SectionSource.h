@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/drawing.h"
-#include "platform/geometry.h"
+#include "platform/draw/drawing.h"
+#include "platform/draw/geometry.h"
 
 class CDC;
 class CImageView;

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Window.h"
+#include "platform/app/Window.h"
 
 /// Shows width and height of the view under it while the user drags the frame: a double arrow along each with the
 /// number of pixels beside it.

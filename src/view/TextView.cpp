@@ -1,9 +1,9 @@
 #include "view/TextView.h"
 
-#include "platform/DocTemplate.h"
-#include "platform/Document.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/Document.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
 
 namespace {

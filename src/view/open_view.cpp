@@ -1,10 +1,10 @@
 #include "view/open_view.h"
 
 #include "document/StorageDoc.h"
-#include "platform/DocTemplate.h"
-#include "platform/FrameWnd.h"
-#include "platform/RuntimeClass.h"
-#include "platform/WinApp.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/RuntimeClass.h"
+#include "platform/app/WinApp.h"
 #include "view/ImageView.h"
 
 namespace view {

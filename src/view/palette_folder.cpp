@@ -2,8 +2,8 @@
 
 #include "base/SPMVarList.h"
 #include "base/text.h"
-#include "platform/interface_directory.h"
-#include "platform/paths.h"
+#include "platform/files/interface_directory.h"
+#include "platform/files/paths.h"
 #include "view/palette_file.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/Host.h"
+#include "platform/app/Host.h"
 #include "view/ColorTable.h"
 #include "view/scale_state.h"
 

@@ -1,8 +1,8 @@
 #include "view/picture_export.h"
 
 #include "output/picture_writer.h"
-#include "platform/Exceptions.h"
-#include "platform/WinApp.h"
+#include "platform/app/Exceptions.h"
+#include "platform/app/WinApp.h"
 #include "view/DCView.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 #include "primitives/map/color_map.h"
 #include "primitives/map/range.h"
 #include "view/ColorTable.h"

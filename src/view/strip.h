@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 #include "view/ColorTable.h"
 #include "view/scale_state.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/streams/rounding.h"
-#include "platform/geometry.h"
+#include "platform/draw/geometry.h"
 
 #include <algorithm>
 #include <vector>

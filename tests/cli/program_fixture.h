@@ -1,7 +1,7 @@
 #pragma once
 #include "document/StorageDoc.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
 #include "program_run.h"
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"

@@ -1,6 +1,6 @@
 // The program on the folder of real recordings.
 #include "document/StorageDoc.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "program_fixture.h"
 #include "support/HeadlessHost.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 #include "document/ImageBoundView.h"
 #include "document/StorageDoc.h"
-#include "platform/View.h"
-#include "platform/WinApp.h"
+#include "platform/app/View.h"
+#include "platform/app/WinApp.h"
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"

@@ -1,6 +1,6 @@
 // The layouts and labels that are delivered can be used.
 #include "document/ProcessParser.h"
-#include "platform/variable_layout.h"
+#include "platform/dialogs/variable_layout.h"
 
 #include <filesystem>
 #include <fstream>

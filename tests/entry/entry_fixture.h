@@ -1,8 +1,8 @@
 #pragma once
 #include "document/StorageDocTemplate.h"
 #include "entry/Application.h"
-#include "platform/FrameWnd.h"
-#include "platform/menu_item.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/menu_item.h"
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"

@@ -1,6 +1,6 @@
 #include "entry/open_files.h"
 #include "entry_fixture.h"
-#include "platform/FrameWnd.h"
+#include "platform/app/FrameWnd.h"
 #include "resources/frame_templates.h"
 #include "support/interface_file.h"
 #include "surface/QVSurfView.h"

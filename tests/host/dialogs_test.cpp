@@ -7,9 +7,9 @@
 #include "host/preview_pane.h"
 #include "host/qt_printing.h"
 #include "host/tiling.h"
-#include "platform/DC.h"
-#include "platform/Host.h"
-#include "platform/profile_store.h"
+#include "platform/app/Host.h"
+#include "platform/draw/DC.h"
+#include "platform/profile/profile_store.h"
 #include "resources/strings.h"
 #include "support/temporary_folder.h"
 

@@ -12,8 +12,8 @@
 #include "host/qt_cursors.h"
 #include "host/trash.h"
 #include "host/window_places.h"
-#include "platform/ListChooser.h"
-#include "platform/paths.h"
+#include "platform/dialogs/ListChooser.h"
+#include "platform/files/paths.h"
 #include "view/CustomPaletteDialog.h"
 #include "workstation_fixture.h"
 

@@ -1,7 +1,7 @@
 // The box that tells how far a slow read is, on the toolkit's offscreen platform.
 #include "host/QtHost.h"
 #include "host/QtPeer.h"
-#include "platform/profile_store.h"
+#include "platform/profile/profile_store.h"
 #include "support/temporary_folder.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "host/OutputPane.h"
 #include "host/VariableGrid.h"
 #include "host/command_door.h"
-#include "platform/Document.h"
+#include "platform/app/Document.h"
 #include "support/allocation_count.h"
 #include "view/ChildFrame.h"
 #include "view/DCView.h"

@@ -4,7 +4,7 @@
 #include "host/MainWindow.h"
 #include "host/QtFrame.h"
 #include "host/QtHost.h"
-#include "platform/profile_store.h"
+#include "platform/profile/profile_store.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "surface/SurfMathView.h"

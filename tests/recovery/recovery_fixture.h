@@ -1,6 +1,6 @@
 #pragma once
 #include "document/StorageDoc.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "recovery/autosave.h"
 #include "recovery/closed_documents.h"
 #include "recovery/restore_document.h"

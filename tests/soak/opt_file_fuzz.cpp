@@ -1,5 +1,5 @@
 // Any text as an option file: each section is written back as it was read, the others stay as they were.
-#include "platform/options_file.h"
+#include "platform/dialogs/options_file.h"
 
 #include <algorithm>
 #include <cstdint>

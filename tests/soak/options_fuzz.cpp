@@ -2,7 +2,7 @@
 #include "base/SPMVarList.h"
 #include "base/variables/declaration.h"
 #include "base/variables/option_display.h"
-#include "platform/variable_layout.h"
+#include "platform/dialogs/variable_layout.h"
 
 #include <cstdint>
 #include <cstdlib>

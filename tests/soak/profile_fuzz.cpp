@@ -1,5 +1,5 @@
 // Any bytes as a profile: what is read is read again from what is written, and changes touch nothing else.
-#include "platform/profile_changes.h"
+#include "platform/profile/profile_changes.h"
 
 #include <cstdint>
 #include <cstdlib>

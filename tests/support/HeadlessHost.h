@@ -1,11 +1,11 @@
 #pragma once
-#include "platform/Dialog.h"
-#include "platform/Host.h"
-#include "platform/ListChooser.h"
-#include "platform/VarListDlg.h"
-#include "platform/WinApp.h"
-#include "platform/paths.h"
-#include "platform/profile_table.h"
+#include "platform/app/Host.h"
+#include "platform/app/WinApp.h"
+#include "platform/dialogs/Dialog.h"
+#include "platform/dialogs/ListChooser.h"
+#include "platform/dialogs/VarListDlg.h"
+#include "platform/files/paths.h"
+#include "platform/profile/profile_table.h"
 #include "support/HeadlessWindow.h"
 
 #include <deque>

@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/Window.h"
-#include "platform/menu_item.h"
+#include "platform/app/Window.h"
+#include "platform/app/menu_item.h"
 #include "support/RecordingDC.h"
 
 #include <algorithm>

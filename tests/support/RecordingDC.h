@@ -1,6 +1,6 @@
 #pragma once
 #include "base/text.h"
-#include "platform/DC.h"
+#include "platform/draw/DC.h"
 
 #include <string>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMVarList.h"
-#include "platform/interface_directory.h"
+#include "platform/files/interface_directory.h"
 
 #include <filesystem>
 #include <fstream>

@@ -2,7 +2,7 @@
 #include "surface_fixture.h"
 
 #include "document/update_hints.h"
-#include "platform/DocTemplate.h"
+#include "platform/app/DocTemplate.h"
 #include "surface/zoom_window.h"
 #include "view/SectionSource.h"
 

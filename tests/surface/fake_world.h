@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/keys.h"
+#include "platform/app/keys.h"
 #include "surface/cursor_machine.h"
 #include "surface/overlay_drawing.h"
 #include "view/ImageView.h"

@@ -2,7 +2,7 @@
 #include "surface_fixture.h"
 
 #include "document/update_hints.h"
-#include "platform/keys.h"
+#include "platform/app/keys.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "document/StorageDocTemplate.h"
-#include "platform/RuntimeClass.h"
+#include "platform/app/RuntimeClass.h"
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"

@@ -2,7 +2,7 @@
 
 #include "document/StorageDocTemplate.h"
 #include "document/update_hints.h"
-#include "platform/RuntimeClass.h"
+#include "platform/app/RuntimeClass.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "view/ChildFrame.h"

@@ -1,7 +1,7 @@
 #include "view/Scale.h"
 
 #include "base/SPMVarList.h"
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
 #include "view/palette_file.h"

@@ -1,5 +1,5 @@
 // What frames, applications and views tell each other: who is active, what menus and toolbars take from a view.
-#include "platform/menu_item.h"
+#include "platform/app/menu_item.h"
 #include "view/ChildFrame.h"
 #include "view_fixture.h"
 

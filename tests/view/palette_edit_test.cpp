@@ -1,6 +1,6 @@
 #include "view/palette_edit.h"
 
-#include "platform/WinApp.h"
+#include "platform/app/WinApp.h"
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
 #include "view/CustomPaletteDialog.h"

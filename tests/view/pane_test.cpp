@@ -1,6 +1,6 @@
 // Texts and tables: their commands, their sheets of paper, and what tables tell of clicks.
 #include "document/StorageDoc.h"
-#include "platform/DocTemplate.h"
+#include "platform/app/DocTemplate.h"
 #include "support/temporary_folder.h"
 #include "view/PaneView.h"
 #include "view/ParametersView.h"

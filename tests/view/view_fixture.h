@@ -1,7 +1,7 @@
 #pragma once
-#include "platform/Document.h"
-#include "platform/FrameWnd.h"
-#include "platform/WinApp.h"
+#include "platform/app/Document.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
 #include "support/HeadlessHost.h"
 #include "view/DCView.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/streams/byte_reader.h"
 #include "formats/source.h"
-#include "platform/bitmap.h"
+#include "platform/draw/bitmap.h"
 
 #include <array>
 #include <cstdint>

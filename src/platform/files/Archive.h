@@ -1,0 +1,22 @@
+#pragma once
+#include "platform/app/Exceptions.h"
+
+#include <cstddef>
+#include <string>
+
+/// A forward stream of bytes into or out of a file, as `CDocument::Serialize` gets it.
+class CArchive {
+public:
+    explicit CArchive(const std::wstring& path_, bool storing_) : filePath(path_), storing(storing_) {}
+    virtual ~CArchive() = default;
+
+    bool IsStoring() const noexcept { return storing; }
+    bool IsLoading() const noexcept { return !storing; }
+    const std::wstring& path() const noexcept { return filePath; }
+    /// \throws CFileException when the bytes cannot be stored
+    virtual void Write(const void* bytes, std::size_t count) = 0;
+
+private:
+    std::wstring filePath;
+    bool storing;
+};

@@ -1,8 +1,0 @@
-#include "platform/menu_item.h"
-
-std::string menu_text(const std::string& shown)
-{
-    std::string out;
-    for (const char c : shown) out += c == '&' ? "&&" : std::string(1, c);
-    return out;
-}
