@@ -2,7 +2,7 @@
 // in a large folder against doing so in a small one.
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "document/stream_source.h"
+#include "document/container/stream_source.h"
 #include "formats/shared/file_group.h"
 #include "formats/shared/zip_reader.h"
 #include "ratio.h"

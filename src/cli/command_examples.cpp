@@ -4,7 +4,7 @@
 #include "cli/existing_container.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "platform/files/paths.h"
 
 #include <CLI/CLI.hpp>

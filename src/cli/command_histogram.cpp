@@ -9,7 +9,7 @@
 #include "cli/number_limits.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
-#include "document/measured_samples.h"
+#include "document/samples/measured_samples.h"
 #include "spectra/histogram.h"
 
 #include <CLI/CLI.hpp>

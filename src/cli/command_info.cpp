@@ -6,7 +6,7 @@
 #include "cli/reader_notes.h"
 #include "cli/session.h"
 #include "document/document_table.h"
-#include "document/measured_samples.h"
+#include "document/samples/measured_samples.h"
 #include "formats/shared/format_notes.h"
 
 #include <CLI/CLI.hpp>

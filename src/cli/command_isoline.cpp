@@ -7,7 +7,7 @@
 #include "cli/frame_choice.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
-#include "document/rising_heights.h"
+#include "document/samples/rising_heights.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>

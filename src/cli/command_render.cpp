@@ -11,7 +11,7 @@
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
 #include "cli/word_choice.h"
-#include "document/rising_heights.h"
+#include "document/samples/rising_heights.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
 #include "surface/render_step.h"

@@ -1,6 +1,6 @@
 #include "cli/existing_container.h"
 
-#include "document/stream_source.h"
+#include "document/container/stream_source.h"
 #include "formats/shared/zip_reader.h"
 #include "platform/app/Exceptions.h"
 #include "platform/files/Archive.h"

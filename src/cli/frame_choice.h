@@ -1,6 +1,6 @@
 #pragma once
 #include "document/StorageDoc.h"
-#include "document/rising_heights.h"
+#include "document/samples/rising_heights.h"
 
 #include <cstdint>
 #include <functional>

@@ -8,8 +8,8 @@
 #include "cli/reader_notes.h"
 #include "cli/terminal.h"
 #include "document/document_table.h"
-#include "document/measured_samples.h"
-#include "document/point_counts.h"
+#include "document/samples/measured_samples.h"
+#include "document/samples/point_counts.h"
 #include "formats/shared/format_notes.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@
 #include "cli/reader_notes.h"
 #include "cli/standard_streams.h"
 #include "cli/terminal.h"
-#include "document/recording_folder.h"
+#include "document/container/recording_folder.h"
 #include "platform/files/paths.h"
 
 #include <algorithm>

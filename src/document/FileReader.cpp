@@ -1,10 +1,10 @@
 #include "document/FileReader.h"
 
 #include "base/text.h"
+#include "document/container/spmx_read.h"
+#include "document/container/storable_text.h"
+#include "document/container/stream_source.h"
 #include "document/document_table.h"
-#include "document/spmx_read.h"
-#include "document/storable_text.h"
-#include "document/stream_source.h"
 #include "formats/shared/force_order.h"
 #include "formats/shared/void_points.h"
 

@@ -2,9 +2,9 @@
 
 #include "base/text.h"
 #include "base/units.h"
-#include "document/DocumentHold.h"
 #include "document/ImageBoundView.h"
-#include "document/bitmap_heights.h"
+#include "document/history/DocumentHold.h"
+#include "document/samples/bitmap_heights.h"
 #include "document/update_hints.h"
 #include "platform/app/View.h"
 #include "platform/app/WinApp.h"

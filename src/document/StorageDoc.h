@@ -3,8 +3,8 @@
 #include "document/FileReader.h"
 #include "document/MinMaxInfo.h"
 #include "document/UndoData.h"
-#include "document/content_state.h"
-#include "document/own_files.h"
+#include "document/history/content_state.h"
+#include "document/history/own_files.h"
 #include "platform/app/Document.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 #include "base/SPMVarList.h"
 #include "base/text.h"
-#include "document/earlier_result.h"
-#include "document/merge_documents.h"
+#include "document/history/earlier_result.h"
+#include "document/history/merge_documents.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/file_kind.h"

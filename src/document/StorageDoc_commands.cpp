@@ -1,7 +1,7 @@
 #include "base/text.h"
-#include "document/DocumentHold.h"
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
+#include "document/history/DocumentHold.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 

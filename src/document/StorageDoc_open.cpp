@@ -1,6 +1,6 @@
 #include "base/text.h"
-#include "document/DocumentHold.h"
 #include "document/StorageDoc.h"
+#include "document/history/DocumentHold.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/file_kind.h"

@@ -1,6 +1,6 @@
 #include "document/stream_readers.h"
 
-#include "document/stream_source.h"
+#include "document/container/stream_source.h"
 #include "formats/shared/finish_recording.h"
 #include "formats/single/pni.h"
 #include "formats/sur/sur.h"

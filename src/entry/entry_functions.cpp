@@ -2,7 +2,7 @@
 #include "document/ImageBoundView.h"
 #include "document/ProcessParser.h"
 #include "document/StorageDocTemplate.h"
-#include "document/merge_documents.h"
+#include "document/history/merge_documents.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"

@@ -1,7 +1,7 @@
 #include "entry/open_example.h"
 
 #include "document/StorageDoc.h"
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 

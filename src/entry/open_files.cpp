@@ -1,7 +1,7 @@
 #include "entry/open_files.h"
 
 #include "base/text.h"
-#include "document/recording_folder.h"
+#include "document/container/recording_folder.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 

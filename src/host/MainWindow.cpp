@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDocTemplate.h"
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "entry/Application.h"
 #include "entry/open_example.h"
 #include "entry/open_files.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "document/own_files.h"
+#include "document/history/own_files.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "recovery/kept_source.h"
 
 #include "document/FileReader.h"
-#include "document/spmx_open.h"
-#include "document/stream_source.h"
+#include "document/container/spmx_open.h"
+#include "document/container/stream_source.h"
 #include "platform/app/Exceptions.h"
 #include "platform/files/atomic_file.h"
 #include "platform/files/paths.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "document/content_state.h"
+#include "document/history/content_state.h"
 #include "recovery/kept_document.h"
 
 class CStorageDoc;

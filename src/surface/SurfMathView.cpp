@@ -2,7 +2,7 @@
 
 #include "base/streams/rounding.h"
 #include "document/StorageDoc.h"
-#include "document/rising_heights.h"
+#include "document/samples/rising_heights.h"
 #include "platform/app/WinApp.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "surface/overlay_bitmap.h"
 
-#include "document/bitmap_heights.h"
+#include "document/samples/bitmap_heights.h"
 
 #include <array>
 #include <cstring>

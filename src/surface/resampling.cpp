@@ -3,7 +3,7 @@
 #include "base/streams/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "document/point_counts.h"
+#include "document/samples/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "surface/variable_rows.h"

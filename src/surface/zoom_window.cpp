@@ -1,7 +1,7 @@
 #include "surface/zoom_window.h"
 
 #include "document/StorageDocTemplate.h"
-#include "document/point_counts.h"
+#include "document/samples/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"

@@ -3,7 +3,7 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "document/rising_heights.h"
+#include "document/samples/rising_heights.h"
 #include "platform/app/Exceptions.h"
 #include "platform/files/paths.h"
 #include "view/Scale.h"

@@ -2,7 +2,7 @@
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
 #include "document/document_table.h"
-#include "document/point_counts.h"
+#include "document/samples/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "view/ImageView.h"

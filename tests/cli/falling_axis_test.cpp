@@ -1,6 +1,6 @@
 // The same heights over a value axis that falls: what compares samples must say the same of them.
 #include "document/fixtures.h"
-#include "document/rising_heights.h"
+#include "document/samples/rising_heights.h"
 #include "program_fixture.h"
 
 #include <algorithm>

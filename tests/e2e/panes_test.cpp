@@ -1,6 +1,6 @@
 // Texts and tables in the hands of a user, judged by the clipboard and by the files that come out.
 #include "document/StorageDoc.h"
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "e2e/desktop.h"
 #include "e2e/screen.h"
 #include "support/temporary_folder.h"

@@ -1,6 +1,6 @@
 // The program is killed, or its session ends, with unsaved work open; its next start brings it back.
 #include "document/StorageDoc.h"
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "e2e/desktop.h"
 #include "e2e/screen.h"
 #include "support/temporary_folder.h"

@@ -1,6 +1,6 @@
 // A user's way through the workstation, judged by what stands on the screen.
 #include "document/StorageDoc.h"
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "e2e/desktop.h"
 #include "e2e/screen.h"
 #include "support/temporary_folder.h"

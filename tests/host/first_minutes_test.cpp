@@ -1,5 +1,5 @@
 // What a user meets first: the start page, tools, prompts and their keys, help.
-#include "document/examples.h"
+#include "document/examples/examples.h"
 #include "host/BoxStyle.h"
 #include "host/FailuresDialog.h"
 #include "host/FormDialog.h"

@@ -1,7 +1,7 @@
 // Any bytes as a native container: refused, or a document that is the same when it is stored and read again.
 #include "reader_target.h"
 
-#include "document/spmx_read.h"
+#include "document/container/spmx_read.h"
 
 #include <cstdlib>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 // Any text as main.xml; the archive around it hides it from mutation otherwise.
 #include "reader_target.h"
 
-#include "document/spmx_description.h"
+#include "document/container/spmx_description.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "reader_target.h"
 
-#include "document/spmx_read.h"
+#include "document/container/spmx_read.h"
 #include "formats/shared/finish_recording.h"
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
 #include "document/fixtures.h"
-#include "document/point_counts.h"
+#include "document/samples/point_counts.h"
 #include "surface/resampling.h"
 #include "surface/resolution.h"
 

@@ -1,0 +1,96 @@
+#include "document/container/spmx_read.h"
+
+#include "document/FileReader.h"
+#include "document/container/spmx_open.h"
+#include "document/document_table.h"
+#include "formats/shared/left_out.h"
+
+namespace document {
+
+namespace {
+
+constexpr const char* cancelled = "reading was cancelled";
+
+/// Moves the streams of an opened container into a document.
+class spmx_loader {
+public:
+    spmx_loader(opened_spmx& opened_, formats::source& file_, VLFileReader& target_,
+                std::vector<std::string>& warnings_)
+        : opened(opened_), file(file_), target(target_), warnings(warnings_)
+    {
+        for (const opened_spmx::place& each : opened.samples) bytes += static_cast<double>(each.entry.bytes);
+    }
+
+    std::string run()
+    {
+        for (const auto& [key, text] : opened.description.strings)
+            target.setString(key.c_str(), text.c_str(), documentTable);
+        for (std::size_t i = 0; i < opened.samples.size(); ++i)
+            if (std::string failure = load(opened.description.streams[i], opened.samples[i]); !failure.empty())
+                return failure;
+        return {};
+    }
+
+private:
+    /// Added without samples and grown in place: an image is never in memory twice.
+    std::string load(const described_stream& described, const opened_spmx::place& place)
+    {
+        target.AddNewImages(&described.stream, 1);
+        const unsigned image = target.getImagesNumber() - 1;
+        SPMDataStream& stream = target.getImage(image);
+        if (stream.array_length() != place.elements) stream.set_array_len(static_cast<unsigned>(place.elements));
+        target.revalidateImage(image);
+        for (const auto& [key, text] : described.strings) target.setString(key.c_str(), text.c_str(), image);
+        tell_of_missing(place, stream);
+        std::string failure = unpack(place, stream);
+        bytesBefore += static_cast<double>(place.entry.bytes);
+        return failure.empty() && !tell(0) ? cancelled : failure;
+    }
+
+    /// Whole sub-images are restored with zeros, which look like samples: the user has to know.
+    void tell_of_missing(const opened_spmx::place& place, const SPMDataStream& stream)
+    {
+        const std::uint64_t wanted = stream.data_size();
+        if (place.entry.bytes == wanted || stream.get_dimensions_number() == 0) return;
+        std::string note = "stream \"" + std::string(stream.get_name()) + "\": its dimensions ask for " +
+                           std::to_string(wanted) + " bytes of samples, " + std::to_string(place.entry.bytes) +
+                           " are there; the rest counts as 0";
+        const std::string before = target.getString(formats::readerNote, documentTable);
+        if (before.find(note) == std::string::npos) // it stands in a file that was saved like that
+            target.setString(formats::readerNote, formats::with_note(before, note).c_str(), documentTable);
+        warnings.push_back(std::move(note));
+    }
+
+    std::string unpack(const opened_spmx::place& place, SPMDataStream& stream)
+    {
+        const std::size_t count = std::min<std::uint64_t>(place.entry.bytes, stream.data_size());
+        if (count == 0) return {};
+        const std::span out(static_cast<std::byte*>(stream.array_data()), count);
+        const std::string failure =
+            opened.archive.unpack(place.entry, out, [this](std::size_t done) { return tell(done); });
+        if (failure.empty()) return {};
+        return "the samples of stream \"" + std::string(stream.get_name()) + "\" cannot be unpacked: " + failure;
+    }
+
+    /// \param done  bytes of the stream that is being unpacked
+    bool tell(std::size_t done)
+    {
+        return file.progress((bytesBefore + static_cast<double>(done)) / std::max(bytes, 1.0));
+    }
+
+    opened_spmx& opened;
+    formats::source& file;
+    VLFileReader& target;
+    std::vector<std::string>& warnings;
+    double bytes = 0.0, bytesBefore = 0.0; ///< of all samples, and of the streams that are done
+};
+
+} // namespace
+
+std::string read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings)
+{
+    auto opened = open_spmx(file);
+    return opened ? spmx_loader(*opened, file, target, warnings).run() : opened.error().reason;
+}
+
+} // namespace document
