@@ -5,7 +5,7 @@
 #include "ratio.h"
 #include "render_floor.h"
 #include "view/Scale.h"
-#include "view/render.h"
+#include "view/scale/render.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -9,7 +9,7 @@
 #include "surface/SurfMathView.h"
 #include "surface/render_step.h"
 #include "surface/statistics.h"
-#include "view/render.h"
+#include "view/scale/render.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -16,7 +16,7 @@
 #include "platform/files/paths.h"
 #include "surface/render_step.h"
 #include "view/Scale.h"
-#include "view/render.h"
+#include "view/scale/render.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>

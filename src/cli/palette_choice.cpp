@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "cli/nearest_name.h"
 #include "view/Scale.h"
-#include "view/palette_folder.h"
+#include "view/scale/palette_folder.h"
 
 #include <algorithm>
 #include <array>

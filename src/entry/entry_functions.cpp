@@ -8,7 +8,7 @@
 #include "platform/files/paths.h"
 #include "resources/strings.h"
 #include "view/DCView.h"
-#include "view/FilePreview.h"
+#include "view/image/FilePreview.h"
 #include "vldv.h"
 
 #include <filesystem>

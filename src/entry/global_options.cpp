@@ -4,7 +4,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 #include "view/Scale.h"
-#include "view/palette_folder.h"
+#include "view/scale/palette_folder.h"
 
 #include <string_view>
 #include <vector>

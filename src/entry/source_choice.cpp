@@ -5,7 +5,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 #include "resources/frame_templates.h"
-#include "view/TextView.h"
+#include "view/panes/TextView.h"
 
 namespace entry {
 

@@ -5,8 +5,8 @@
 #include "resources/frame_templates.h"
 #include "surface/QVSurfView.h"
 #include "view/ChildFrame.h"
-#include "view/ParametersView.h"
-#include "view/TextView.h"
+#include "view/panes/ParametersView.h"
+#include "view/panes/TextView.h"
 #include "vldv.h"
 
 namespace {

@@ -17,7 +17,7 @@
 #include "host/qt_toolbar.h"
 #include "host/tiling.h"
 #include "platform/files/paths.h"
-#include "view/option_rows.h"
+#include "view/frame/option_rows.h"
 
 #include <QAction>
 #include <QApplication>

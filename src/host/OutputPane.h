@@ -1,5 +1,5 @@
 #pragma once
-#include "view/pane_commands.h"
+#include "view/panes/pane_commands.h"
 
 #include <QPlainTextEdit>
 

@@ -2,7 +2,7 @@
 
 #include "host/QtPeer.h"
 #include "paint/QtDC.h"
-#include "view/PaletteMenuButton.h"
+#include "view/scale/PaletteMenuButton.h"
 
 #include <QAction>
 #include <QPaintEvent>

@@ -1,5 +1,5 @@
 #pragma once
-#include "view/PaletteBar.h"
+#include "view/scale/PaletteBar.h"
 
 #include <QWidgetAction>
 

@@ -3,7 +3,7 @@
 #include "host/command_door.h"
 #include "host/command_help.h"
 #include "host/command_icon.h"
-#include "view/PaletteBar.h"
+#include "view/scale/PaletteBar.h"
 
 #include <QAction>
 #include <QIcon>

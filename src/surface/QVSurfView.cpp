@@ -1,6 +1,6 @@
 #include "surface/QVSurfView.h"
 
-#include "view/option_rows.h"
+#include "view/frame/option_rows.h"
 
 #include <algorithm>
 #include <cstring>

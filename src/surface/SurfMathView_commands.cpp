@@ -6,7 +6,7 @@
 #include "platform/app/WinApp.h"
 #include "resources/menus.h"
 #include "surface/SurfMathView.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "surface/data_selection.h"
 #include "surface/region_edit.h"
 #include "surface/zoom_window.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 #include <cstring>

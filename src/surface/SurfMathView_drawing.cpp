@@ -7,11 +7,11 @@
 #include "surface/decoration_drawing.h"
 #include "surface/mark_drawing.h"
 #include "surface/overlay_drawing.h"
-#include "view/AxisLabels.h"
 #include "view/AxisLine.h"
-#include "view/SectionSource.h"
-#include "view/VolumeSource.h"
-#include "view/render.h"
+#include "view/axes/AxisLabels.h"
+#include "view/image/SectionSource.h"
+#include "view/image/VolumeSource.h"
+#include "view/scale/render.h"
 
 #include <cmath>
 

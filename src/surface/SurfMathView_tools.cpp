@@ -7,8 +7,8 @@
 #include "surface/resampling.h"
 #include "surface/resolution.h"
 #include "surface/zoom_window.h"
-#include "view/SectionSource.h"
-#include "view/open_view.h"
+#include "view/frame/open_view.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 #include <climits>

@@ -5,7 +5,7 @@
 #include "surface/SurfMathView.h"
 #include "surface/measurements.h"
 #include "surface/overlay_drawing.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 #include <utility>

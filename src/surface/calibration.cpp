@@ -5,7 +5,7 @@
 #include "platform/app/Clipboard.h"
 #include "platform/app/WinApp.h"
 #include "surface/variable_rows.h"
-#include "view/TextView.h"
+#include "view/panes/TextView.h"
 
 #include <cmath>
 

@@ -10,7 +10,7 @@
 #include "surface/region_edit.h"
 #include "surface/snapping.h"
 #include "view/ImageView.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 #include "surface/hit_test.h"
 #include "surface/isoline.h"
 #include "surface/lengthy_object.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 

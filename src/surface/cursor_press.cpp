@@ -5,7 +5,7 @@
 #include "surface/cursor_shapes.h"
 #include "surface/hit_test.h"
 #include "surface/lengthy_object.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 

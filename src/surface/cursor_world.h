@@ -3,7 +3,7 @@
 #include "platform/draw/Region.h"
 #include "surface/drawing_axes.h"
 #include "surface/sample_frame.h"
-#include "view/view_geometry.h"
+#include "view/axes/view_geometry.h"
 
 #include <optional>
 #include <span>

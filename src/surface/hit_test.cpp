@@ -3,7 +3,7 @@
 #include "base/streams/rounding.h"
 #include "platform/app/keys.h"
 #include "view/ImageView.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <algorithm>
 #include <cmath>

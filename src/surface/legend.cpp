@@ -8,9 +8,9 @@
 #include "surface/overlay_drawing.h"
 #include "surface/scale_mark.h"
 #include "surface/statistics_text.h"
-#include "view/AxisLabels.h"
 #include "view/AxisLine.h"
 #include "view/DCView.h"
+#include "view/axes/AxisLabels.h"
 
 #include <algorithm>
 #include <cmath>

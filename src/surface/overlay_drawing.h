@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/draw/DC.h"
 #include "surface/selection_state.h"
-#include "view/view_geometry.h"
+#include "view/axes/view_geometry.h"
 
 namespace surface {
 

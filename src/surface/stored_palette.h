@@ -1,6 +1,6 @@
 #pragma once
-#include "view/ColorTable.h"
-#include "view/scale_state.h"
+#include "view/scale/ColorTable.h"
+#include "view/scale/scale_state.h"
 
 #include <optional>
 #include <string>

@@ -5,8 +5,8 @@
 #include "platform/app/WinApp.h"
 #include "surface/SurfMathView.h"
 #include "surface/cursor_shapes.h"
-#include "view/SectionSource.h"
-#include "view/VolumeSource.h"
+#include "view/image/SectionSource.h"
+#include "view/image/VolumeSource.h"
 
 namespace surface {
 

@@ -6,9 +6,9 @@
 #include "surface/SurfMathView.h"
 #include "surface/lengthy_object.h"
 #include "surface/view_world.h"
-#include "view/SectionSource.h"
-#include "view/VolumeSource.h"
-#include "view/open_view.h"
+#include "view/frame/open_view.h"
+#include "view/image/SectionSource.h"
+#include "view/image/VolumeSource.h"
 
 namespace surface {
 

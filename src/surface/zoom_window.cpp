@@ -7,7 +7,7 @@
 #include "platform/app/WinApp.h"
 #include "surface/image_crop.h"
 #include "view/ImageView.h"
-#include "view/stream_outline.h"
+#include "view/image/stream_outline.h"
 
 namespace surface {
 

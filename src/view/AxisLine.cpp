@@ -1,8 +1,8 @@
 #include "view/AxisLine.h"
 
 #include "base/text.h"
-#include "view/AxisLabels.h"
-#include "view/TickRule.h"
+#include "view/axes/AxisLabels.h"
+#include "view/axes/TickRule.h"
 
 #include <algorithm>
 #include <cstdlib>

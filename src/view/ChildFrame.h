@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/app/FrameWnd.h"
-#include "view/SizeLine.h"
+#include "view/axes/SizeLine.h"
 
 #include <string>
 #include <vector>

@@ -3,8 +3,8 @@
 #include "platform/app/View.h"
 #include "platform/dialogs/VarListDlg.h"
 #include "view/DIBImage.h"
-#include "view/option_rows.h"
-#include "view/view_geometry.h"
+#include "view/axes/view_geometry.h"
+#include "view/frame/option_rows.h"
 
 #include <functional>
 #include <map>

@@ -8,7 +8,7 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "view/ChildFrame.h"
-#include "view/VolumeSource.h"
+#include "view/image/VolumeSource.h"
 
 #include <algorithm>
 #include <cmath>

@@ -8,8 +8,8 @@
 #include "resources/frame_templates.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
-#include "view/ParDisplayDlg.h"
-#include "view/picture_export.h"
+#include "view/image/picture_export.h"
+#include "view/panes/ParDisplayDlg.h"
 
 #include <algorithm>
 

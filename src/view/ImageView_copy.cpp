@@ -6,8 +6,8 @@
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "view/ImageView.h"
-#include "view/VolumeSource.h"
-#include "view/stream_outline.h"
+#include "view/image/VolumeSource.h"
+#include "view/image/stream_outline.h"
 
 #include <algorithm>
 #include <cstring>

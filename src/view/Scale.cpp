@@ -1,10 +1,10 @@
 #include "view/Scale.h"
 
 #include "platform/app/WinApp.h"
-#include "view/palette_folder.h"
-#include "view/palette_profile.h"
-#include "view/render.h"
-#include "view/strip.h"
+#include "view/scale/palette_folder.h"
+#include "view/scale/palette_profile.h"
+#include "view/scale/render.h"
+#include "view/scale/strip.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "platform/app/Window.h"
-#include "view/ColorTable.h"
-#include "view/ScaleSync.h"
-#include "view/scale_state.h"
+#include "view/scale/ColorTable.h"
+#include "view/scale/ScaleSync.h"
+#include "view/scale/scale_state.h"
 
 #include <deque>
 #include <string>

@@ -3,10 +3,10 @@
 #include "platform/app/Document.h"
 #include "platform/app/WinApp.h"
 #include "platform/app/menu_item.h"
-#include "view/CustomPaletteDialog.h"
 #include "view/ImageView.h"
 #include "view/Scale.h"
-#include "view/strip.h"
+#include "view/scale/CustomPaletteDialog.h"
+#include "view/scale/strip.h"
 
 #include <algorithm>
 

@@ -4,9 +4,9 @@
 #include "resources/frame_templates.h"
 #include "support/interface_file.h"
 #include "surface/QVSurfView.h"
-#include "view/ParametersView.h"
-#include "view/TextView.h"
-#include "view/open_view.h"
+#include "view/frame/open_view.h"
+#include "view/panes/ParametersView.h"
+#include "view/panes/TextView.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -2,7 +2,7 @@
 #include "entry_fixture.h"
 #include "platform/app/Exceptions.h"
 #include "support/allocation_count.h"
-#include "view/TextView.h"
+#include "view/panes/TextView.h"
 
 #include "entry/save_documents.h"
 

@@ -14,7 +14,7 @@
 #include "host/window_places.h"
 #include "platform/dialogs/ListChooser.h"
 #include "platform/files/paths.h"
-#include "view/CustomPaletteDialog.h"
+#include "view/scale/CustomPaletteDialog.h"
 #include "workstation_fixture.h"
 
 #include <QColorDialog>

@@ -2,7 +2,7 @@
 #include "host/FormDialog.h"
 #include "host/QtMenu.h"
 #include "host/QtPeer.h"
-#include "view/PaletteBar.h"
+#include "view/scale/PaletteBar.h"
 #include "workstation_fixture.h"
 
 #include <QMenuBar>

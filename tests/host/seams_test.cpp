@@ -7,8 +7,8 @@
 #include "support/allocation_count.h"
 #include "view/ChildFrame.h"
 #include "view/DCView.h"
-#include "view/PaneView.h"
-#include "view/TextView.h"
+#include "view/panes/PaneView.h"
+#include "view/panes/TextView.h"
 #include "workstation_fixture.h"
 
 #include <QClipboard>

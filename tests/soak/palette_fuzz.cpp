@@ -1,6 +1,6 @@
 // Any bytes as a palette file: what was read is written and read again, and editing stays within the table.
-#include "view/palette_edit.h"
-#include "view/palette_file.h"
+#include "view/scale/palette_edit.h"
+#include "view/scale/palette_file.h"
 
 #include <algorithm>
 #include <cstdlib>

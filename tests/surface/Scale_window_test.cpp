@@ -1,9 +1,9 @@
 // Scales with windows: strips beside images, the bar that they follow, commands and hints.
 #include "surface_fixture.h"
-#include "view/CustomPaletteDialog.h"
-#include "view/PaletteBar.h"
-#include "view/PaletteMenuButton.h"
-#include "view/palette_file.h"
+#include "view/scale/CustomPaletteDialog.h"
+#include "view/scale/PaletteBar.h"
+#include "view/scale/PaletteMenuButton.h"
+#include "view/scale/palette_file.h"
 
 #include <gtest/gtest.h>
 

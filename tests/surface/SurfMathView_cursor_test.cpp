@@ -4,7 +4,7 @@
 #include "document/update_hints.h"
 #include "platform/app/DocTemplate.h"
 #include "surface/zoom_window.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <fstream>
 #include <sstream>

@@ -3,7 +3,7 @@
 #include "surface/cursor_machine.h"
 #include "surface/overlay_drawing.h"
 #include "view/ImageView.h"
-#include "view/SectionSource.h"
+#include "view/image/SectionSource.h"
 
 #include <gtest/gtest.h>
 #include <map>

@@ -2,7 +2,7 @@
 #include "surface_fixture.h"
 
 #include "document/update_hints.h"
-#include "view/PaletteBar.h"
+#include "view/scale/PaletteBar.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "platform/app/WinApp.h"
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
-#include "view/palette_file.h"
+#include "view/scale/palette_file.h"
 
 #include <gtest/gtest.h>
 #include <memory>

@@ -4,8 +4,8 @@
 #include "golden_picture.h"
 #include "support/streams.h"
 #include "surface/surface_fixture.h"
-#include "view/SectionSource.h"
-#include "view/VolumeSource.h"
+#include "view/image/SectionSource.h"
+#include "view/image/VolumeSource.h"
 
 namespace {
 

@@ -1,0 +1,53 @@
+#include "view/frame/open_view.h"
+
+#include "document/StorageDoc.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/RuntimeClass.h"
+#include "platform/app/WinApp.h"
+#include "view/ImageView.h"
+
+namespace view {
+
+namespace {
+
+CDocTemplate* template_of(unsigned id)
+{
+    const CWinApp* const app = AfxGetApp();
+    return app ? app->findTemplate(id) : nullptr;
+}
+
+} // namespace
+
+bool can_open(unsigned templateId)
+{
+    const CDocTemplate* const maker = template_of(templateId);
+    return maker && find_runtime_class(maker->viewClass());
+}
+
+CImageView* open_view(CImageView& from, unsigned templateId)
+{
+    if (!from.GetDocument() || !can_open(templateId)) return nullptr;
+    CDocTemplate& maker = *template_of(templateId);
+    CFrameWnd* const frame = maker.CreateNewFrame(from.GetDocument(), from.GetParentFrame());
+    if (!frame) return nullptr;
+    auto* const opened = dynamic_cast<CImageView*>(frame->GetActiveView());
+    if (!opened) {
+        frame->DestroyFrame();
+        return nullptr;
+    }
+    opened->setImageNumber(from.getImageNumber());
+    opened->setSubImageNumber(from.getSubImageNumber());
+    opened->CDCView::LoadOptions(nullptr);
+    opened->SetParentView(&from);
+    return opened;
+}
+
+void show_opened(CImageView& opened)
+{
+    CFrameWnd* const frame = opened.GetParentFrame();
+    if (frame && frame->GetDocTemplate())
+        frame->GetDocTemplate()->InitialUpdateFrame(frame, opened.GetDocument(), true);
+}
+
+} // namespace view

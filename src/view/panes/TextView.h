@@ -1,0 +1,26 @@
+#pragma once
+#include "view/panes/PaneView.h"
+
+#include <string>
+
+/// The text window of a document, to which tables of results are appended.
+class CTextView : public CPaneView {
+public:
+    /// On a line of its own, with line ends "\r\n"; a first line equal to the first line that is there is left out, so
+    /// that the header of a table stands once.
+    void AppendText(const std::wstring& more);
+    const std::wstring& GetText() const noexcept { return text; }
+    void Clear();
+
+    window_kind kind() const noexcept override { return window_kind::text; }
+    std::wstring allText() const override { return text; }
+    std::wstring selectedText() const override;
+    void OnUpdate(CView*, std::uint32_t, const hint_object&) override {}
+    void OnInitialUpdate() override;
+
+private:
+    std::wstring text;
+};
+
+/// The text window of a document, opened when there is none. \param created  may be null \return null when it cannot be
+CTextView* GetTextView(bool* created, CDocument* document);

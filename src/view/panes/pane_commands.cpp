@@ -1,0 +1,85 @@
+#include "view/panes/pane_commands.h"
+
+#include "base/text.h"
+#include "platform/app/Clipboard.h"
+#include "platform/app/Exceptions.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/paths.h"
+#include "platform/files/text_file.h"
+#include "resources/strings.h"
+#include "view/DCView.h"
+#include "view/panes/text_pages.h"
+
+#include <memory>
+
+namespace view {
+
+namespace {
+
+enum command : unsigned {
+    cmdSave = 57603,
+    cmdSaveAs = 57604,
+    cmdPrint = 57607,
+    cmdPrintDirect = 57608,
+    cmdPrintPreview = 57609,
+    cmdCopy = 57634,
+    cmdSelectAll = 57642,
+};
+constexpr unsigned textFilter = 4029;
+constexpr const char* extension = "txt";
+
+void copy(const IPaneContent& content)
+{
+    const open_clipboard clipboard;
+    if (!clipboard) return;
+    const std::wstring selected = content.selectedText();
+    clipboard->empty();
+    clipboard->setText(selected.empty() ? content.allText() : selected);
+}
+
+std::wstring suggested_path(const IPaneContent& content)
+{
+    std::wstring name = content.paneTitle();
+    for (wchar_t& c : name)
+        if (c == L'/') c = L'_';
+    const std::wstring folder = content.paneFolder();
+    return (folder.empty() ? name : folder + L'/' + name) + L'.' + base::widen(extension);
+}
+
+void save(const IPaneContent& content, IHost& host)
+{
+    const auto path = host.askSavePath(
+        {.suggestedPath = suggested_path(content), .filter = string_resource(textFilter), .extension = extension});
+    if (!path) return;
+    try {
+        platform::write_text_file(platform::to_path(*path), base::narrow(content.allText()));
+    } catch (const CException& failure) {
+        host.messageBox(failure.what(), message_icon::error);
+    }
+}
+
+/// The text is taken now: the pane may change, or go, while the sheets are looked at.
+print_job job_of(const IPaneContent& content, bool asks)
+{
+    const auto pages = std::make_shared<text_pages>(content.allText(), content.paneTitle(), CDCView::rtMargin);
+    return {content.paneTitle(), [pages](CDC& dc, int page) { return pages->draw(dc, page); }, asks};
+}
+
+} // namespace
+
+bool pane_command(IPaneContent& content, unsigned id, CCmdUI* ui)
+{
+    CWinApp* const app = AfxGetApp();
+    const bool isKnown = id == cmdSave || id == cmdSaveAs || id == cmdPrint || id == cmdPrintDirect ||
+                         id == cmdPrintPreview || id == cmdCopy || id == cmdSelectAll;
+    if (!app || !isKnown) return false;
+    if (ui) return true;
+    if (id == cmdCopy) copy(content);
+    if (id == cmdSelectAll) content.selectAll();
+    if (id == cmdSave || id == cmdSaveAs) save(content, app->host());
+    if (id == cmdPrint || id == cmdPrintDirect) app->host().print(job_of(content, id == cmdPrint));
+    if (id == cmdPrintPreview) app->host().previewPrint(job_of(content, false));
+    return true;
+}
+
+} // namespace view
