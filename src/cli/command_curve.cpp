@@ -3,9 +3,9 @@
 #include "cli/commands.h"
 #include "cli/curve_source.h"
 #include "cli/word_choice.h"
-#include "curves/curve_spectrum.h"
-#include "curves/math_function.h"
-#include "curves/trend_line.h"
+#include "curves/figures/curve_spectrum.h"
+#include "curves/figures/math_function.h"
+#include "curves/figures/trend_line.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

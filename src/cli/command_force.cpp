@@ -7,9 +7,9 @@
 #include "cli/number_limits.h"
 #include "cli/session.h"
 #include "cli/terminal.h"
-#include "curves/force_curve.h"
-#include "curves/force_report.h"
-#include "curves/force_source.h"
+#include "curves/figures/force_curve.h"
+#include "curves/figures/force_report.h"
+#include "curves/figures/force_source.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>

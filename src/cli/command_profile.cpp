@@ -2,7 +2,7 @@
 #include "cli/commands.h"
 #include "cli/curve_source.h"
 #include "cli/number_limits.h"
-#include "curves/table_text.h"
+#include "curves/figures/table_text.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>

@@ -1,5 +1,5 @@
 #pragma once
-#include "curves/profile.h"
+#include "curves/figures/profile.h"
 #include "document/StorageDoc.h"
 
 #include <functional>

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "cli/progress.h"
-#include "curves/force_map.h"
-#include "curves/force_source.h"
+#include "curves/figures/force_map.h"
+#include "curves/figures/force_source.h"
 #include "formats/shared/curve_lengths.h"
 #include "formats/shared/void_points.h"
 

@@ -1,0 +1,52 @@
+#pragma once
+#include "base/SPMDataStream.h"
+#include "curves/figures/curve_functions.h"
+#include "curves/figures/profile.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace curves {
+
+/// Curves in physical units, one behind the other.
+struct physical_curves {
+    std::vector<float> values;
+    std::uint32_t length = 0; ///< of one curve, with its padding
+    std::string units;
+    std::vector<std::uint32_t> lengths; ///< of the curves without padding; empty when all are whole
+
+    std::uint32_t lengthOf(unsigned index) const noexcept { return lengths.empty() ? length : lengths[index]; }
+    std::span<const float> curve(unsigned index) const noexcept
+    {
+        return {values.data() + std::size_t{index} * length, lengthOf(index)};
+    }
+};
+/// Applies a function to each curve of a section, as far as it was measured; padding repeats its last value, and what
+/// was not measured is 0.
+physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
+                              curve_function function, void* parameter);
+
+/// Numbers as 16-bit samples: value = zero + sample * step.
+struct packed_curves {
+    std::vector<std::int16_t> samples;
+    double zero = 0.0, step = 1.0;
+};
+/// Packs numbers around their mean with one step for all, the power of two with which the number farthest from the
+/// mean takes 2^14 to 2^15 steps; zero is a whole number of steps. Halves go to even. NaN becomes zero. Equal numbers
+/// are kept exactly: zero is what they are.
+packed_curves pack_curves(std::span<const float> values);
+
+/// A step and a zero for numbers between `least` and `most` with this mean, by the same rule.
+struct packing {
+    double zero = 0.0, step = 1.0;
+    /// The sample of a number.
+    std::int16_t operator()(double value) const noexcept;
+};
+packing choose_packing(double mean, double least, double most) noexcept;
+
+/// The image of curves that were computed from one: named "img0", with its label.
+SPMDataStream curves_stream(const SPMDataStream& source, const physical_curves& curves, const VLAxis& positions);
+
+} // namespace curves
