@@ -2,7 +2,7 @@
 #include "primitives/fft/fft.h"
 #include "primitives/map/histogram.h"
 #include "ratio.h"
-#include "spectra/histogram.h"
+#include "spectra/figures/histogram.h"
 
 #include <cmath>
 #include <fftw3.h>

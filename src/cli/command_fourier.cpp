@@ -8,8 +8,8 @@
 #include "cli/session.h"
 #include "cli/terminal.h"
 #include "cli/word_choice.h"
-#include "spectra/fourier.h"
-#include "spectra/spectrum_stream.h"
+#include "spectra/figures/fourier.h"
+#include "spectra/figures/spectrum_stream.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>

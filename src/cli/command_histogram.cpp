@@ -10,7 +10,7 @@
 #include "cli/session.h"
 #include "cli/terminal.h"
 #include "document/samples/measured_samples.h"
-#include "spectra/histogram.h"
+#include "spectra/figures/histogram.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

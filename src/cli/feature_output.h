@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/draw/geometry.h"
-#include "spectra/feature_levels.h"
-#include "spectra/feature_list.h"
+#include "spectra/figures/feature_levels.h"
+#include "spectra/figures/feature_list.h"
 
 #include <nlohmann/json.hpp>
 #include <string>

@@ -1,4 +1,4 @@
-#include "spectra/fourier.h"
+#include "spectra/figures/fourier.h"
 
 #include <algorithm>
 #include <cassert>

@@ -1,8 +1,8 @@
 #pragma once
 #include "primitives/mask/bit_image.h"
 #include "primitives/resample/resample.h"
-#include "spectra/feature.h"
-#include "spectra/feature_metrics.h"
+#include "spectra/figures/feature.h"
+#include "spectra/figures/feature_metrics.h"
 
 #include <memory>
 #include <vector>

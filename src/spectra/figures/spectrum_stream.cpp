@@ -1,6 +1,6 @@
-#include "spectra/spectrum_stream.h"
+#include "spectra/figures/spectrum_stream.h"
 
-#include "spectra/fourier.h"
+#include "spectra/figures/fourier.h"
 
 #include <algorithm>
 #include <string>

@@ -1,5 +1,5 @@
 // Spectra of frames whose transform is known, edits and the way back.
-#include "spectra/fourier.h"
+#include "spectra/figures/fourier.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Bins, delimiters and cutoff, counted by hand.
-#include "spectra/histogram.h"
+#include "spectra/figures/histogram.h"
 
 #include "primitives/map/histogram.h"
 

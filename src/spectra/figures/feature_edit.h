@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "primitives/resample/resample.h"
-#include "spectra/feature.h"
+#include "spectra/figures/feature.h"
 
 #include <optional>
 #include <span>

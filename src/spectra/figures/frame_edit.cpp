@@ -1,4 +1,4 @@
-#include "spectra/frame_edit.h"
+#include "spectra/figures/frame_edit.h"
 
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"

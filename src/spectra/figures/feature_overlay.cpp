@@ -1,4 +1,4 @@
-#include "spectra/feature_overlay.h"
+#include "spectra/figures/feature_overlay.h"
 
 namespace spectra {
 

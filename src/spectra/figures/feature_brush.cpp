@@ -1,4 +1,4 @@
-#include "spectra/feature_brush.h"
+#include "spectra/figures/feature_brush.h"
 
 #include "base/streams/rounding.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "primitives/mask/bit_image.h"
-#include "spectra/feature_list.h"
+#include "spectra/figures/feature_list.h"
 
 #include <cmath>
 #include <string>

@@ -1,4 +1,4 @@
-#include "spectra/feature_filter.h"
+#include "spectra/figures/feature_filter.h"
 
 #include "base/streams/rounding.h"
 

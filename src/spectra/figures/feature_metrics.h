@@ -2,7 +2,7 @@
 #include "base/VLAxis.h"
 #include "platform/draw/geometry.h"
 #include "primitives/map/threshold.h"
-#include "spectra/feature.h"
+#include "spectra/figures/feature.h"
 
 #include <cstdint>
 #include <span>

@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/draw/geometry.h"
 #include "primitives/fit/plane_moments.h"
-#include "spectra/fourier_selection.h"
+#include "spectra/figures/fourier_selection.h"
 
 #include <cstdint>
 #include <span>

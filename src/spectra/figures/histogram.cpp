@@ -1,4 +1,4 @@
-#include "spectra/histogram.h"
+#include "spectra/figures/histogram.h"
 
 #include "base/streams/rounding.h"
 #include "base/text.h"

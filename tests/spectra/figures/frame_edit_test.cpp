@@ -1,5 +1,5 @@
 // What an edit of a spectrum leaves in its document.
-#include "spectra/frame_edit.h"
+#include "spectra/figures/frame_edit.h"
 
 #include "document/fixtures.h"
 

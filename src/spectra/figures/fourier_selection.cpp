@@ -1,4 +1,4 @@
-#include "spectra/fourier_selection.h"
+#include "spectra/figures/fourier_selection.h"
 
 #include <algorithm>
 #include <cmath>

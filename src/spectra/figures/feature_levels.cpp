@@ -1,4 +1,4 @@
-#include "spectra/feature_levels.h"
+#include "spectra/figures/feature_levels.h"
 
 #include "base/streams/rounding.h"
 #include "primitives/map/range.h"

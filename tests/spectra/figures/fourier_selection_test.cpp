@@ -1,5 +1,5 @@
 // Which numbers of a packed spectrum rectangles select, against the definition on the full spectrum.
-#include "spectra/fourier_selection.h"
+#include "spectra/figures/fourier_selection.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // What is done with features: filter, brush, removal, holes, heights of profiles, drawings.
 #include "feature_fixture.h"
-#include "spectra/feature_brush.h"
-#include "spectra/feature_edit.h"
-#include "spectra/feature_filter.h"
-#include "spectra/feature_overlay.h"
+#include "spectra/figures/feature_brush.h"
+#include "spectra/figures/feature_edit.h"
+#include "spectra/figures/feature_filter.h"
+#include "spectra/figures/feature_overlay.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #pragma once
-#include "spectra/feature.h"
+#include "spectra/figures/feature.h"
 
 #include <cstdint>
 #include <optional>

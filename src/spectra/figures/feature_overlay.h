@@ -2,7 +2,7 @@
 #include "base/VLAxis.h"
 #include "document/plugin_decoration.h"
 #include "primitives/mask/bit_image.h"
-#include "spectra/feature.h"
+#include "spectra/figures/feature.h"
 
 #include <cstdint>
 #include <functional>
