@@ -6,9 +6,9 @@
 #include "render_floor.h"
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
-#include "surface/SurfMathView.h"
-#include "surface/render_step.h"
-#include "surface/statistics.h"
+#include "surface/figures/render_step.h"
+#include "surface/figures/statistics.h"
+#include "surface/views/SurfMathView.h"
 #include "view/scale/render.h"
 
 #include <cmath>

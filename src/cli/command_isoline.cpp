@@ -1,5 +1,5 @@
 // vldv isoline: the line around the samples that are as high as one of them.
-#include "surface/isoline.h"
+#include "surface/figures/isoline.h"
 
 #include "base/text.h"
 #include "cli/commands.h"

@@ -14,7 +14,7 @@
 #include "document/samples/rising_heights.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
-#include "surface/render_step.h"
+#include "surface/figures/render_step.h"
 #include "view/Scale.h"
 #include "view/scale/render.h"
 

@@ -11,7 +11,7 @@
 #include "cli/terminal.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
-#include "surface/statistics.h"
+#include "surface/figures/statistics.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -7,7 +7,7 @@
 #include "cli/result_files.h"
 #include "cli/terminal.h"
 #include "cli/word_choice.h"
-#include "surface/step_results.h"
+#include "surface/figures/step_results.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>

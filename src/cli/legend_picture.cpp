@@ -5,7 +5,7 @@
 #include "document/StorageDoc.h"
 #include "paint/QtDC.h"
 #include "paint/windowless_toolkit.h"
-#include "surface/SurfMathView.h"
+#include "surface/views/SurfMathView.h"
 
 #include <stdexcept>
 

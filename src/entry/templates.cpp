@@ -3,7 +3,7 @@
 #include "document/StorageDocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
-#include "surface/QVSurfView.h"
+#include "surface/views/QVSurfView.h"
 #include "view/ChildFrame.h"
 #include "view/panes/ParametersView.h"
 #include "view/panes/TextView.h"

@@ -3,7 +3,7 @@
 #include "platform/app/FrameWnd.h"
 #include "resources/frame_templates.h"
 #include "support/interface_file.h"
-#include "surface/QVSurfView.h"
+#include "surface/views/QVSurfView.h"
 #include "view/frame/open_view.h"
 #include "view/panes/ParametersView.h"
 #include "view/panes/TextView.h"

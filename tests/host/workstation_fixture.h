@@ -7,7 +7,7 @@
 #include "platform/profile/profile_store.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"
-#include "surface/SurfMathView.h"
+#include "surface/views/SurfMathView.h"
 
 #include <QApplication>
 #include <QImage>

@@ -1,5 +1,5 @@
 // Any bytes as a decoration file: what was read is written and read again.
-#include "surface/decoration_text.h"
+#include "surface/figures/decoration_text.h"
 
 #include <cstdint>
 #include <cstdlib>

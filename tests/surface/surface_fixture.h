@@ -4,7 +4,7 @@
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"
-#include "surface/SurfMathView.h"
+#include "surface/views/SurfMathView.h"
 #include "view/ChildFrame.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,61 @@
+#include "surface/figures/lengthy_object.h"
+
+#include "surface/figures/ridge_path.h"
+
+namespace surface {
+
+namespace {
+
+constexpr std::uint32_t maskColor = 0x00FF00, customColorIndex = 6;
+
+const document::decoration* kept_mask(const document::decorations* kept)
+{
+    if (!kept) return nullptr;
+    const auto group = kept->all().find(lengthyMaskKey);
+    return group == kept->all().end() || group->second.members.empty() ? nullptr : &group->second.members.front();
+}
+
+} // namespace
+
+lengthy_trace extended(const lengthy_trace& done, const sample_frame& frame, CPoint to)
+{
+    if (!frame.contains(to)) return {};
+    if (done.path.empty()) return {{to}, {to}};
+    lengthy_trace trace = done;
+    const std::vector<CPoint> way = ridge_path(frame, done.path.back(), to);
+    if (way.size() < 2) return trace;
+    trace.path.insert(trace.path.end(), way.begin() + 1, way.end());
+    trace.corners.push_back(to);
+    return trace;
+}
+
+lengthy_trace finished(const lengthy_trace& trace, double radius)
+{
+    if (!(radius > 0.0)) return trace;
+    lengthy_trace kept{simplified(trace.path, radius), {}};
+    for (std::size_t i = 0; i < kept.corners.size(); ++i) {
+        const std::vector<CPoint> line = straight_path(kept.corners[i ? i - 1 : 0], kept.corners[i]);
+        kept.path.insert(kept.path.end(), line.begin() + (i ? 1 : 0), line.end());
+    }
+    return kept;
+}
+
+lengthy_mask::lengthy_mask(const document::decorations* kept, CSize image_) : sample_mask(image_)
+{
+    const document::decoration* const mask = kept_mask(kept);
+    if (!mask || mask->elements.empty()) return;
+    const document::decoration::element& before = mask->elements.front();
+    assign({static_cast<int>(before.width), static_cast<int>(before.height)}, before.bytes);
+}
+
+void lengthy_mask::add(std::span<const CPoint> path) noexcept
+{
+    for (const CPoint& at : path) set(at);
+}
+
+VLPluginDecoration lengthy_mask::record(const VLAxis& x, const VLAxis& y)
+{
+    return sample_mask::record(x, y, lengthyMaskKey, customColorIndex, maskColor);
+}
+
+} // namespace surface

@@ -1,0 +1,126 @@
+#include "surface/figures/measurement_text.h"
+
+#include "base/streams/axis_units.h"
+#include "base/text.h"
+#include "base/units.h"
+#include "platform/app/Clipboard.h"
+#include "resources/strings.h"
+#include "surface/figures/measurements.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace surface {
+
+namespace {
+
+enum text_id : unsigned {
+    positionText = 1001,
+    sizeText = 1002,
+    distanceText = 1003,
+    angleText = 1004,
+    lineText = 1007
+};
+
+readable_number readable_on(const VLAxis& axis, double value) { return read_well(axis.get_units(), value); }
+
+CPoint inside(const measured_surface& surface, CPoint point)
+{
+    return {std::clamp(point.x, 0, surface.width - 1), std::clamp(point.y, 0, surface.height - 1)};
+}
+
+int raw_at(const measured_surface& surface, CPoint point)
+{
+    const CPoint at = inside(surface, point);
+    return surface.samples[std::ptrdiff_t{at.y} * surface.width + at.x];
+}
+
+double position(const VLAxis& axis, int index, bool isAbsolute)
+{
+    return index * axis.scale + (isAbsolute ? axis.start : 0.0);
+}
+
+std::string position_text(const measured_surface& surface, CPoint at, const readable_number& z)
+{
+    const readable_number x = readable_on(surface.x, position(surface.x, at.x, surface.isAbsoluteX));
+    const readable_number y = readable_on(surface.y, position(surface.y, at.y, surface.isAbsoluteY));
+    return base::formatted(string_resource(positionText), x.value, x.units, y.value, y.units, z.value, z.units);
+}
+
+std::string size_text(const measured_surface& surface, const selection_rect& drag, const readable_number& z)
+{
+    const readable_number w = readable_on(surface.x, drag.dx() * surface.x.scale);
+    const readable_number h = readable_on(surface.y, drag.dy() * surface.y.scale);
+    return base::formatted(string_resource(sizeText), w.value, w.units, h.value, h.units, z.value, z.units);
+}
+
+std::string distance_text(const measured_surface& surface, const selection_rect& drag, const readable_number& z)
+{
+    const readable_number r = readable_on(surface.x, drag_length(surface, drag));
+    const readable_number dz = readable_on(surface.z, drag_height(surface, drag));
+    return base::formatted(string_resource(distanceText), r.value, r.units, dz.value, dz.units, z.value, z.units);
+}
+
+} // namespace
+
+double drag_length(const measured_surface& surface, const selection_rect& drag)
+{
+    const double dx = drag.dx() * surface.x.scale;
+    const double dy = convert_size(surface.y.get_units(), surface.x.get_units(), drag.dy() * surface.y.scale);
+    return std::sqrt(dx * dx + dy * dy);
+}
+
+double drag_height(const measured_surface& surface, const selection_rect& drag)
+{
+    return surface.isEmpty() ? 0.0 : (raw_at(surface, drag.end()) - raw_at(surface, drag.start())) * surface.z.scale;
+}
+
+double angle_between(const measured_surface& surface, const selection_rect& first, const selection_rect& second)
+{
+    return angle_between(first, second, steps_of(surface.x, surface.y));
+}
+
+std::wstring status_text(const measured_surface& surface, const selection_state& drawn, CPoint source)
+{
+    if (surface.isEmpty()) return {};
+    const CPoint at = inside(surface, source);
+    const readable_number z = readable_on(surface.z, raw_at(surface, at) * surface.z.scale + surface.z.start);
+    if (!drawn.selectionActive || drawn.mode == cursor_mode::isoline) return base::widen(position_text(surface, at, z));
+    switch (drawn.mode) {
+    case cursor_mode::rectangle:
+    case cursor_mode::ellipse:
+        return base::widen(size_text(surface, drawn.selection, z));
+    case cursor_mode::section:
+    case cursor_mode::distance:
+        return base::widen(distance_text(surface, drawn.selection, z));
+    case cursor_mode::angle:
+        return base::widen(base::formatted(string_resource(angleText),
+                                           angle_between(surface, drawn.firstArm, drawn.selection), z.value, z.units));
+    case cursor_mode::lineProfile:
+    case cursor_mode::columnProfile:
+        return base::widen(base::formatted(string_resource(lineText), at.x, z.value, z.units));
+    default:
+        return {};
+    }
+}
+
+std::wstring distance_table_text(const measured_surface& surface, const selection_state& drawn)
+{
+    std::string text;
+    if (drawn.marks.empty())
+        text = base::formatted("Distance, %s\tHeight, %s\r\n", surface.x.get_units(), surface.z.get_units());
+    text +=
+        base::formatted("%4G\t%4G\r\n", drag_length(surface, drawn.selection), drag_height(surface, drawn.selection));
+    return base::widen(text);
+}
+
+bool append_to_clipboard(const std::wstring& text)
+{
+    const open_clipboard clipboard;
+    if (!clipboard) return false;
+    const std::wstring all = clipboard->text().value_or(L"") + text;
+    clipboard->empty();
+    return clipboard->setText(all);
+}
+
+} // namespace surface

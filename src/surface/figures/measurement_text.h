@@ -1,0 +1,48 @@
+#pragma once
+#include "base/VLAxis.h"
+#include "surface/figures/selection_state.h"
+
+#include <cstdint>
+#include <string>
+
+/// What a surface measures under the cursor and between the ends of a drag, as numbers and as texts.
+namespace surface {
+
+struct legend_content;
+
+/// A frame with the axes that the user chose for it.
+struct measured_surface {
+    const std::int16_t* samples = nullptr; ///< rows of `width`
+    int width = 0, height = 0;
+    VLAxis x, y, z;
+    bool isAbsoluteX = false,
+         isAbsoluteY = false; ///< positions count from the axis's origin, not from the first sample
+    bool isEmpty() const noexcept { return !samples || width <= 0 || height <= 0; }
+};
+
+/// Length of a drag in units of the X axis, through the steps of both axes.
+double drag_length(const measured_surface& surface, const selection_rect& drag);
+/// Height at the end of a drag less that at its start, in units of the Z axis. Ends outside count as at the edge.
+double drag_height(const measured_surface& surface, const selection_rect& drag);
+/// Angle between two drags, 0 to 180 degrees, both scaled by the steps of the axes.
+double angle_between(const measured_surface& surface, const selection_rect& first, const selection_rect& second);
+
+/// The line of the status bar for the cursor at `source`, which may lie outside: where it is and what a drag has
+/// measured so far, each number in the unit in which it reads well. Empty without samples and in modes that measure
+/// nothing.
+std::wstring status_text(const measured_surface& surface, const selection_state& drawn, CPoint source);
+
+/// The line "distance, height" of a drag, numbers in the units of the axes; before the first mark with its header.
+std::wstring distance_table_text(const measured_surface& surface, const selection_state& drawn);
+/// Appends to the text on the clipboard. \return false when the clipboard cannot be had
+bool append_to_clipboard(const std::wstring& text);
+
+/// What the legends show as two lines of cells between tabs, names and values: file, parameters, statistics and the
+/// measurement on show. Empty when nothing is shown.
+/// \param withFile    path, sides and image first
+/// \param direction   of the image's lines, in brackets behind the image's name
+/// \param withHeader  the line of names too
+std::wstring clipboard_text(const legend_content& content, bool withFile, const std::string& direction,
+                            bool withHeader);
+
+} // namespace surface

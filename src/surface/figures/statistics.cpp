@@ -1,0 +1,80 @@
+#include "surface/figures/statistics.h"
+
+#include "base/streams/axis_units.h"
+#include "base/text.h"
+#include "base/units.h"
+#include "primitives/fit/plane_moments.h"
+#include "resources/strings.h"
+#include "surface/figures/selection_state.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace surface {
+
+namespace {
+
+enum text_id : unsigned { measureHeading = 1070, statisticsHeading = 1084 };
+
+std::string_view without_leading_blanks(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(" \t\r\n\v\f");
+    return first == std::string_view::npos ? std::string_view{} : text.substr(first);
+}
+
+statistics_row measured_row(std::string_view item)
+{
+    std::size_t end = item.find('=');
+    if (end == std::string_view::npos) end = item.find(':');
+    if (end == std::string_view::npos) return {std::string(item), 0.0, {}};
+    const std::string_view rest = item.substr(end + 1);
+    std::size_t used = 0;
+    const double value = base::leading_number(rest, &used).value_or(0.0);
+    return {std::string(item.substr(0, end)), value, std::string(without_leading_blanks(rest.substr(used)))};
+}
+
+} // namespace
+
+std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights)
+{
+    std::vector<statistics_row> rows{{{}, 0.0, string_resource(statisticsHeading)}};
+    if (samples.empty() || width <= 0) return rows;
+    const auto [range, plane] = primitives::fit_plane(samples, width);
+    const VLAxis shown = readable_axis(heights, range.minimum, range.maximum);
+    const double step = shown.scale, origin = shown.start;
+    const std::string units = shown.get_units();
+    const primitives::raw_moments z = primitives::residual_moments(samples, width, plane);
+    const double rq = std::sqrt(std::max(z.m2 - z.m1 * z.m1, 0.0));
+    const double rsk = rq == 0.0 ? 0.0 : z.m3 / (rq * rq * rq), rku = rq == 0.0 ? 0.0 : z.m4 / (rq * rq * rq * rq);
+    rows.push_back({"Zmax", step * range.maximum + origin, units, true});
+    rows.push_back({"Zmin", step * range.minimum + origin, units, true});
+    rows.push_back({"Rmax", (range.maximum - range.minimum) * step, units, true});
+    rows.push_back({"Rq", rq * step, units, true});
+    rows.push_back({"Ra", z.meanDeviation * step, units, true});
+    rows.push_back({"Rsk", rsk, {}});
+    rows.push_back({"Rku", rku, {}});
+    return rows;
+}
+
+statistics_row reading_well(statistics_row row)
+{
+    const std::string units = readable_units(row.units.c_str(), row.value);
+    row.value = convert_size(row.units.c_str(), units.c_str(), row.value);
+    row.units = units;
+    return row;
+}
+
+std::vector<statistics_row> measure_rows(const measure_text& measure, int compactLength)
+{
+    std::vector<statistics_row> rows;
+    if (!measure.isVisible || static_cast<std::int64_t>(measure.text.size()) < compactLength) return rows;
+    rows.push_back({{}, 0.0, string_resource(measureHeading)});
+    const std::string text = base::narrow(measure.text);
+    for (std::string_view item : base::split(text, ';')) {
+        item = without_leading_blanks(item);
+        if (!item.empty()) rows.push_back(measured_row(item));
+    }
+    return rows;
+}
+
+} // namespace surface

@@ -1,0 +1,83 @@
+#include "surface/figures/step_results.h"
+
+#include "base/text.h"
+
+#include <string_view>
+
+namespace surface {
+
+namespace {
+
+constexpr std::uint32_t maskColorIndex = 192;
+constexpr const char* lineUnits = "line";
+
+} // namespace
+
+step_mask::step_mask(const std::deque<surface_step>& steps, CSize image_) : sample_mask(image_)
+{
+    for (const surface_step& step : steps)
+        for (const auto [row, column] : step) set({column, row});
+}
+
+VLPluginDecoration step_mask::record(const VLAxis& x, const VLAxis& y)
+{
+    return sample_mask::record(x, y, stepsMaskName, maskColorIndex, 0);
+}
+
+std::vector<std::pair<std::string, std::string>> step_variables(const step_settings& settings)
+{
+    return {{"stepsearch.invert", std::to_string(static_cast<int>(settings.direction))},
+            {"stepsearch.threshold", base::shortest(settings.threshold)},
+            {"stepsearch.leftBorder", std::to_string(settings.leftBorder)},
+            {"stepsearch.search_rows", std::to_string(settings.searchRows)},
+            {"stepsearch.gap", std::to_string(settings.gap)},
+            {"stepsearch.start_row", std::to_string(settings.startRow)},
+            {"stepsearch.end_row", std::to_string(settings.endRow)}};
+}
+
+SPMDataStream make_step_stream(const surface_step& step, unsigned number, steps_direction direction, int width,
+                               const VLAxis& x, const VLAxis& y)
+{
+    SPMDataStream stream;
+    const std::string id = base::formatted("step%u", number), label = base::formatted("Step %u", number + 1);
+    stream.Init(id.c_str(), label.c_str(), SPM_VAR_ARRAY, static_cast<unsigned>(step.size()), 2u);
+    stream.set_array_type(SPM_ARRAY_INT16);
+    auto* to = static_cast<std::int16_t*>(stream.array_data());
+    for (const auto [row, column] : step)
+        *to++ = static_cast<std::int16_t>(direction == steps_direction::rightToLeft ? width - column - 1 : column);
+    VLAxis columns = x;
+    columns.scale = 1.0;
+    columns.set_units(lineUnits);
+    stream.values.set_axis(0, x);
+    stream.values.set_axis(1, columns);
+    const double first = step.empty() ? 0.0 : static_cast<double>(step.front().row);
+    SPMDataStream::dimension rows;
+    rows.length = static_cast<unsigned>(step.size());
+    rows.set_axis(0, VLAxis(first * y.scale, y.scale, y.get_units()));
+    rows.set_axis(1, VLAxis(first, 1.0, lineUnits));
+    stream.set_dimension(0, rows);
+    return stream;
+}
+
+void remove_step_images(CStorageDoc& document)
+{
+    for (unsigned image = document.getImagesNumber(); image-- > 0;)
+        if (std::string_view(document.getImage(image).get_name()).starts_with("step")) document.RemoveImage(image);
+}
+
+unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
+                         const step_settings& settings, unsigned firstNumber, unsigned axisX, unsigned axisY)
+{
+    const int width = static_cast<int>(document.getImage(image).get_dimension(0).length);
+    const VLAxis x = document.getAxis(image, axisX, 0), y = document.getAxis(image, axisY, 1);
+    unsigned number = firstNumber;
+    for (const surface_step& step : steps) {
+        const SPMDataStream stream = make_step_stream(step, number++, settings.direction, width, x, y);
+        document.AddNewImages(&stream, 1);
+        for (const auto& [name, value] : step_variables(settings))
+            document.setString(name.c_str(), value.c_str(), document.getImagesNumber() - 1);
+    }
+    return number;
+}
+
+} // namespace surface

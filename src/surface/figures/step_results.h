@@ -1,0 +1,40 @@
+#pragma once
+#include "base/SPMDataStream.h"
+#include "document/StorageDoc.h"
+#include "surface/figures/sample_mask.h"
+#include "surface/figures/step_search.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace surface {
+
+inline constexpr const char* stepsMaskName = "steps_mask";
+
+/// The steps of an image as one drawing: a bitmap over it with 1 where a step runs.
+class step_mask : public sample_mask {
+public:
+    step_mask(const std::deque<surface_step>& steps, CSize image_);
+    VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
+};
+
+/// The settings as the dialog's variables, name and value.
+std::vector<std::pair<std::string, std::string>> step_variables(const step_settings& settings);
+
+/// The columns of a step along the rows, over axes like those of its image and over lines: "step0" for number 0. Steps
+/// that are met from the right count their columns from there.
+/// \param width  columns of the image
+SPMDataStream make_step_stream(const surface_step& step, unsigned number, steps_direction direction, int width,
+                               const VLAxis& x, const VLAxis& y);
+
+/// Removes what earlier searches left: the images whose names begin with "step".
+void remove_step_images(CStorageDoc& document);
+/// Appends an image for each step of an image, numbered from `firstNumber`; the settings become its strings.
+/// \param axisX, axisY  axes of the image that the columns and the rows are measured with
+/// \return the number that follows
+unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
+                         const step_settings& settings, unsigned firstNumber = 0, unsigned axisX = 0,
+                         unsigned axisY = 0);
+
+} // namespace surface

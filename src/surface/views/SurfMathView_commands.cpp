@@ -1,0 +1,205 @@
+#include "base/streams/rounding.h"
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/FrameWnd.h"
+#include "platform/app/WinApp.h"
+#include "resources/menus.h"
+#include "surface/views/SurfMathView.h"
+#include "view/image/SectionSource.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+enum command : unsigned {
+    cmdAutoRefresh = 10014,
+    cmdScene = 10015,
+    cmdRefresh = 10016,
+    cmdNormalize = 10017,
+    cmdFileInfo = 10023,
+    cmdRemoveMarks = 10027,
+    cmdNumbered = 10028,
+    cmdRemoveCurves = 10029,
+    cmdHistogram = 10031,
+    cmdFourier = 10045,
+    cmdResolution = 10080,
+    cmdCompact = 10082,
+    cmdShowZScale = 10084,
+    cmdCurveToSection = 10088,
+    cmdSaveDecorations = 10094,
+    cmdLoadDecorations = 10095,
+    cmdCalibrationCurve = 10096,
+    cmdResample = 10097,
+    cmdMeasureDistance = 10100,
+    cmdSelectRoi = 10101,
+    cmdClearRoi = 10102,
+    cmdRememberPalette = 10112,
+    cmdInverseSelection = 10143,
+    cmdZoomWindow = 10145,
+    cmdHighlight = 10191,
+    cmdInvert = 10192,
+    cmdFirstMode = 6001,
+    cmdLastMode = 6100,
+    cmdFirstMarkStyle = 6101,
+    cmdLastMarkStyle = 6102,
+};
+constexpr const char* profileSection = "SurfMathView";
+
+void keep(const char* key, int value)
+{
+    if (CWinApp* const app = AfxGetApp()) app->profile().writeInt(profileSection, key, value);
+}
+
+} // namespace
+
+bool CSurfMathView::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    using view_class = CSurfMathView;
+    static constexpr command_row<CSurfMathView> rows[] = {
+        {cmdAutoRefresh, &view_class::OnAutoRefresh, &view_class::OnUpdateAutoRefresh},
+        {cmdRefresh, &view_class::OnRefresh},
+        {cmdNormalize, &view_class::OnNormalize},
+        {cmdFileInfo, &view_class::OnFileInfo, &view_class::OnUpdateFileInfo},
+        {cmdRemoveMarks, &view_class::OnRemoveMarks, &view_class::OnUpdateRemoveMarks},
+        {cmdNumbered, &view_class::OnNumbered, &view_class::OnUpdateNumbered},
+        {cmdRemoveCurves, &view_class::OnRemoveCurves, &view_class::OnUpdateRemoveCurves},
+        {cmdCompact, &view_class::OnCompact, &view_class::OnUpdateCompact},
+        {cmdShowZScale, &view_class::OnShowZScale, &view_class::OnUpdateShowZScale},
+        {cmdSelectRoi, &view_class::OnSelectRoi},
+        {cmdClearRoi, &view_class::OnClearRoi, &view_class::OnUpdateClearRoi},
+        {cmdRememberPalette, &view_class::OnRememberPalette, &view_class::OnUpdateRememberPalette},
+        {cmdHighlight, &view_class::OnHighlight, &view_class::OnUpdateHighlight},
+        {cmdInvert, &view_class::OnInvert, &view_class::OnUpdateInvert},
+        {cmdFirstMode, cmdLastMode, &view_class::OnCursorMode, &view_class::OnUpdateCursorMode},
+        {cmdInverseSelection, &view_class::OnInverseSelection, &view_class::OnUpdateInverseSelection},
+        {cmdCurveToSection, &view_class::OnCurveToSection, &view_class::OnUpdateCurveToSection},
+        {cmdMeasureDistance, &view_class::OnMeasureDistance, &view_class::OnUpdateMeasureDistance},
+        {cmdSaveDecorations, &view_class::OnSaveDecorations, &view_class::OnUpdateHasSamples},
+        {cmdLoadDecorations, &view_class::OnLoadDecorations, &view_class::OnUpdateHasSamples},
+        {cmdZoomWindow, &view_class::OnZoomWindow, &view_class::OnUpdateZoomWindow},
+        {cmdScene, cmdScene, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {cmdHistogram, cmdHistogram, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {cmdFourier, cmdFourier, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {cmdResolution, &view_class::OnResolution, &view_class::OnUpdateHasSamples},
+        {cmdCalibrationCurve, &view_class::OnCalibrationCurve, &view_class::OnUpdateCalibrationCurve},
+        {cmdResample, &view_class::OnResample, &view_class::OnUpdateHasSamples},
+        {cmdFirstMarkStyle, cmdLastMarkStyle, &view_class::OnMarkStyle, &view_class::OnUpdateMarkStyle},
+    };
+    return dispatch_command<CSurfMathView>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
+}
+
+void CSurfMathView::OnAutoRefresh()
+{
+    autoRefresh = !autoRefresh;
+    keep("AutoRefresh", autoRefresh);
+}
+void CSurfMathView::OnUpdateAutoRefresh(CCmdUI& ui) { ui.SetCheck(autoRefresh); }
+void CSurfMathView::OnRefresh() { RefreshDisplay(); }
+
+/// The size in which images open.
+void CSurfMathView::OnNormalize()
+{
+    int width = static_cast<int>(getSourceWidth()), height = static_cast<int>(getSourceHeight());
+    GetBestSize(width, height);
+    AdjustParentSize(width, height, true);
+}
+
+void CSurfMathView::OnFileInfo() { toggle_option("ShowAdditionalLegend"); }
+void CSurfMathView::OnUpdateFileInfo(CCmdUI& ui)
+{
+    ui.Enable(static_cast<bool>(options["ShowLegend"]));
+    ui.SetCheck(static_cast<bool>(options["ShowAdditionalLegend"]));
+}
+void CSurfMathView::OnShowZScale() { toggle_option("ShowZScaleOpt"); }
+void CSurfMathView::OnUpdateShowZScale(CCmdUI& ui)
+{
+    ui.Enable(static_cast<bool>(options["ShowLegend"]));
+    ui.SetCheck(static_cast<bool>(options["ShowZScaleOpt"]));
+}
+void CSurfMathView::OnCompact() { toggle_option("CompactLegend"); }
+void CSurfMathView::OnUpdateCompact(CCmdUI& ui) { ui.SetCheck(isCompact()); }
+void CSurfMathView::OnHighlight() { toggle_option("highlight"); }
+void CSurfMathView::OnUpdateHighlight(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["highlight"])); }
+void CSurfMathView::OnInvert() { toggle_option("invert"); }
+void CSurfMathView::OnUpdateInvert(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["invert"])); }
+
+void CSurfMathView::OnRemoveMarks() { machine.removeMarks(); }
+void CSurfMathView::OnUpdateRemoveMarks(CCmdUI& ui) { ui.Enable(!drawn.marks.empty()); }
+void CSurfMathView::OnRemoveCurves() { machine.removeCurves(); }
+void CSurfMathView::OnUpdateRemoveCurves(CCmdUI& ui) { ui.Enable(!drawn.curves.empty()); }
+
+void CSurfMathView::OnNumbered()
+{
+    marksNumbered = !marksNumbered;
+    keep("MarksNumbered", marksNumbered);
+    Invalidate(true);
+}
+void CSurfMathView::OnUpdateNumbered(CCmdUI& ui) { ui.SetCheck(marksNumbered); }
+
+void CSurfMathView::OnMarkStyle(unsigned id)
+{
+    marksStyle = std::clamp(static_cast<int>(id - cmdFirstMarkStyle), 0, 1);
+    keep("MarksStyle", marksStyle);
+    Invalidate(true);
+}
+void CSurfMathView::OnUpdateMarkStyle(CCmdUI& ui)
+{
+    ui.SetRadio(static_cast<int>(ui.m_nID - cmdFirstMarkStyle) == marksStyle);
+}
+
+void CSurfMathView::OnSelectRoi()
+{
+    const CRect bounds = selectionBounds();
+    drawn.roi = {bounds.left, bounds.top, bounds.right, bounds.bottom};
+    drawn.roiActive = bounds != CRect({0, 0}, imageSize()) && !bounds.IsRectEmpty();
+    GetDocument()->UpdateAllViews(nullptr, document::data_hint(imageNumber));
+}
+void CSurfMathView::OnClearRoi()
+{
+    drawn.roiActive = false;
+    GetDocument()->UpdateAllViews(nullptr, document::data_hint(imageNumber));
+}
+void CSurfMathView::OnUpdateClearRoi(CCmdUI& ui) { ui.Enable(drawn.roiActive); }
+
+void CSurfMathView::OnContextMenu(CPoint point)
+{
+    const auto isOn = [this](const char* option) { return static_cast<bool>(options[option]); };
+    const std::vector<menu_row> rows = surface_context_menu(
+        isOn("context_menu.cursor_mode"), isOn("context_menu.file_operations"), isOn("context_menu.filters"));
+    CWinApp* const app = AfxGetApp();
+    if (rows.empty() || !app) return OnViewPreferences();
+    app->host().trackPopupMenu(rows, point, *this);
+}
+
+bool CSurfMathView::OnMouseWheel(unsigned flags, int delta, CPoint point)
+{
+    const CFrameWnd* const frame = GetParentFrame();
+    const bool isAlone = fullscreenOn || (frame && frame->IsZoomed());
+    constexpr unsigned modifiers = MK_SHIFT | MK_CONTROL;
+    if (IsIconic() || !(isAlone || (flags & modifiers) == MK_CONTROL))
+        return CImageView::OnMouseWheel(flags, delta, point);
+    zoomSource(delta < 0 ? 1.2 : 1.0 / 1.2, {xclnt2src(point.x), yclnt2src(point.y)});
+    return true;
+}
+
+void CSurfMathView::zoomSource(double factor, CPoint around)
+{
+    const CSize whole = imageSize();
+    const auto zoomed = [factor](int low, int length, int all, int at) {
+        // A few samples that grow by a fifth would stay as many for good.
+        const int least = factor > 1.0 ? length + 1 : 1;
+        const int wanted = std::min(all, std::max(least, static_cast<int>(std::floor(length * factor))));
+        const int distance = at - low;
+        const int start = std::max(0, std::min(all - wanted, low + distance - base::nearest_int(distance * factor)));
+        return std::pair{start, std::max(wanted, std::min(all, start + wanted))};
+    };
+    const auto [left, right] = zoomed(sourceRect.left, sourceRect.Width(), whole.cx, around.x);
+    const auto [top, bottom] = zoomed(sourceRect.top, sourceRect.Height(), whole.cy, around.y);
+    const CRect window(left, top, right, bottom);
+    if (window == sourceRect) return;
+    showPart(window);
+    Invalidate(true);
+    if (!getChildViews().empty()) getChildViews().front()->RefreshDisplay();
+}

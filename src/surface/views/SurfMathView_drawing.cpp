@@ -1,0 +1,280 @@
+#include "base/streams/rounding.h"
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "platform/app/WinApp.h"
+#include "platform/draw/dpi.h"
+#include "surface/tools/decoration_drawing.h"
+#include "surface/tools/mark_drawing.h"
+#include "surface/tools/overlay_drawing.h"
+#include "surface/views/SurfMathView.h"
+#include "view/AxisLine.h"
+#include "view/axes/AxisLabels.h"
+#include "view/image/SectionSource.h"
+#include "view/image/VolumeSource.h"
+#include "view/scale/render.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr int scaleGap = 5; // pixels around the strip
+constexpr const char* parametersListKey = "ParametersList";
+
+int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
+
+} // namespace
+
+void CSurfMathView::render()
+{
+    const short* const frame = samples();
+    CountDisplayRect(); // another part of the image may have another shape
+    image.Resize(displayRect.Width(), displayRect.Height());
+    if (!image.Ok()) return;
+    if (!frame || sourceRect.IsRectEmpty()) {
+        std::ranges::fill(image.bits(), std::byte{});
+        return;
+    }
+    const CRect whole({0, 0}, imageSize());
+    CRect window;
+    if (!window.IntersectRect(sourceRect, whole)) return;
+    const CSize size{image.width(), image.height()};
+    const surface::fitted_window shown = fitter.fit(frame, whole.right, window, size);
+    RECT region = surface::shown_part(roiRect(), window, size);
+    CRect part = window;
+    const bool hasRegion = drawn.roiActive && part.IntersectRect(roiRect(), window);
+    // The picture may be made of means: the range is that of the samples, whatever the size of the window.
+    const primitives::height_range range = hasRegion ? shownRange.of(frame, whole.right, part) : shown.range;
+    scale.DrawImage({.bits = image.bits().data(),
+                     .source = shown.samples,
+                     .sourceStep = shown.step,
+                     .size = {size.cx, size.cy},
+                     .zAxis = &valueAxis(),
+                     .absolute = number(*this, "scaling.z") == 1,
+                     .highlight = static_cast<bool>(options["highlight"]),
+                     .roi = hasRegion ? &region : nullptr,
+                     .rgb32 = image.header().biBitCount == 32,
+                     .lowOut = &displayMin,
+                     .highOut = &displayMax,
+                     .range = &range});
+}
+
+void CSurfMathView::setRegionOfInterest(CRect part)
+{
+    part.NormalizeRect();
+    const CRect whole(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
+    drawn.roi = {part.left, part.top, part.right, part.bottom};
+    drawn.roiActive = !part.IsRectEmpty() && part != whole;
+    RefreshDisplay();
+}
+
+void CSurfMathView::drawPicture(CDC& dc)
+{
+    const BITMAPINFOHEADER* const overlay = storageDoc() ? storageDoc()->getImageOverlay(imageNumber) : nullptr;
+    if (overlay && static_cast<bool>(options["ShowOverlay"])) return drawOverlay(dc, *overlay);
+    if (!image.Ok()) return dc.FillSolidRect(displayRect, static_cast<colorEntry>(number(*this, "background")));
+    const CBitmap bitmap{.header = image.header(), .bits = image.bits().data()};
+    const CRect all(0, 0, image.width(), image.height());
+    // Until the next rendering a picture of another size stands in.
+    dc.StretchDIBits(displayRect, bitmap, all, SRCCOPY);
+}
+
+void CSurfMathView::drawOverlay(CDC& dc, const BITMAPINFOHEADER& overlay)
+{
+    const auto sourceWidth = static_cast<std::uint64_t>(getSourceWidth());
+    const auto sourceHeight = static_cast<std::uint64_t>(getSourceHeight());
+    const auto width = static_cast<std::uint64_t>(std::abs(overlay.biWidth));
+    const auto height = static_cast<std::uint64_t>(std::abs(overlay.biHeight));
+    const auto part = [](std::uint64_t length, std::uint64_t pixels, std::uint64_t samples_) {
+        return static_cast<int>(length * pixels / samples_);
+    };
+    const int left = part(static_cast<std::uint64_t>(sourceRect.left), width, sourceWidth);
+    const int bottom = part(static_cast<std::uint64_t>(sourceRect.top), height, sourceHeight);
+    const CSize size{part(static_cast<std::uint64_t>(sourceRect.Width()), width, sourceWidth),
+                     part(static_cast<std::uint64_t>(sourceRect.Height()), height, sourceHeight)};
+    // Rows of the bitmap count from the top here, those of the source from the bottom.
+    const CRect from({left, static_cast<int>(height) - bottom - size.cy}, size);
+    dc.StretchDIBits(displayRect, overlayBitmap.of(overlay), from, SRCCOPY);
+}
+
+std::vector<ISection*> CSurfMathView::sections() const
+{
+    std::vector<ISection*> found;
+    if (!storageDoc()) return found;
+    const bool together = static_cast<bool>(options["SelectionSynchr"]);
+    for (CView* const view : storageDoc()->views()) {
+        auto* const each = dynamic_cast<ISection*>(view);
+        if (!each) continue;
+        const unsigned of = each->sectionView().getImageNumber();
+        if (of == imageNumber || (together && storageDoc()->similar_images(of, imageNumber))) found.push_back(each);
+    }
+    return found;
+}
+
+void CSurfMathView::drawSections(CDC& dc)
+{
+    const int shadow = number(*this, "profile.width"), width = number(*this, "section.line.solid.width");
+    bool isFirst = true;
+    for (ISection* const each : sections())
+        each->drawOn(*this, dc, shadow, width, pens.line, pens.under, std::exchange(isFirst, false));
+}
+
+void CSurfMathView::drawVolumeCross(CDC& dc)
+{
+    const IVolumeSource* const cloud = Get3DCloudView();
+    const auto* const view = dynamic_cast<const CDCView*>(cloud);
+    if (!view || cloud->getVolume().get_dimensions_number() < 2) return;
+    const auto place = [&](const char* mark, unsigned dimension, unsigned own) {
+        const double size = cloud->getVolume().get_dimension(dimension).length;
+        if (size == 0.0) return 0;
+        const double at = base::nearest_int((size - 1.0) * static_cast<double>(view->options[mark]));
+        return static_cast<int>(at * own / size);
+    };
+    const CPoint sample{place("mark.x", 0, getSourceWidth()), place("mark.y", 1, getSourceHeight())};
+    surface::draw_cross(dc, {xsrc2clnt(sample.x), ysrc2clnt(sample.y)});
+}
+
+void CSurfMathView::OnDrawData(CDC& dc)
+{
+    CountDisplayRect();
+    drawPicture(dc);
+    const int saved = dc.SaveDC();
+    dc.IntersectClipRect(displayRect);
+    dc.SetBkColor(0xFFFFFF);
+    dc.SelectObject(font);
+    const view::view_geometry geometry{displayRect, sourceRect};
+    if (static_cast<bool>(options["ShowROI"])) surface::draw_region_of_interest(dc, drawn, geometry);
+    surface::draw_selection(dc, drawn, geometry,
+                            {number(*this, "SelectionFill"), static_cast<colorEntry>(number(*this, "SelColor"))});
+    dc.SetBkColor(0xFFFFFF);
+    drawSections(dc);
+    drawVolumeCross(dc);
+    surface::draw_marks(dc, drawn.marks, geometry,
+                        {marksStyle, marksNumbered, static_cast<colorEntry>(number(*this, "text")),
+                         static_cast<colorEntry>(number(*this, "text_background"))});
+    surface::draw_curves(dc, drawn.curves, geometry);
+    surface::draw_trace(dc, drawn, geometry);
+    if (stream()) surface::draw_decorations(dc, storageDoc()->decorations(imageNumber), drawingAxes(), geometry);
+    dc.RestoreDC(saved);
+}
+
+surface::legend_content CSurfMathView::legendContent() const
+{
+    const CStorageDoc& document = *storageDoc();
+    surface::legend_content content;
+    content.path = base::narrow(document.GetPathName());
+    content.imageName = document.getImage(imageNumber).get_description();
+    content.x = axis("AxisX", 0);
+    content.y = axis("AxisY", 1);
+    content.z = valueAxis();
+    const SPMDataStream& shown = document.getImage(imageNumber);
+    const auto length = [&shown](unsigned dimension) {
+        return dimension < shown.get_dimensions_number() ? static_cast<int>(shown.get_dimension(dimension).length) : 1;
+    };
+    content.samples = {length(0), length(1)};
+    CWinApp* const app = AfxGetApp();
+    if (app && static_cast<bool>(options["ShowParameters"])) {
+        const auto list =
+            app->profile().readString(const_cast<CSurfMathView*>(this)->GetViewSection(), parametersListKey);
+        content.parameters = surface::listed_parameters(list.value_or(""), [&](const std::string& name, bool global) {
+            return std::string(document.getString(name.c_str(), global ? unsigned(-1) : imageNumber));
+        });
+    }
+    content.statistics = statisticsRows;
+    std::ranges::move(measureRows(), std::back_inserter(content.statistics));
+    content.drawn = &drawn;
+    return content;
+}
+
+void CSurfMathView::OnDrawLegend(CDC& dc)
+{
+    const int saved = dc.SaveDC();
+    dc.SelectObject(font);
+    surface::draw_measure_text(dc, *this, drawn.measure);
+    if (stream()) {
+        const surface::legend_content content = legendContent();
+        surface::draw_legend_texts(dc, *this, content);
+        surface::draw_legend_scale_mark(dc, *this, content);
+        surface::draw_legend_axes(dc, *this, content);
+        if (static_cast<bool>(options["ShowZScale"])) drawZScale(dc);
+    }
+    dc.RestoreDC(saved);
+}
+
+/// Where the strip stands: beside the picture, or in a corner of it when the legend is compact.
+CRect CSurfMathView::scaleStrip() const
+{
+    const CRect client = GetClientRect();
+    const int top = number(*this, "TopMargin"), left = number(*this, "LeftMargin");
+    if (!isCompact()) {
+        const double share = static_cast<double>(options["FullLegend.z_scale.width"]);
+        const int width = static_cast<int>(std::lround(displayRect.Width() * share));
+        const int height = client.Height() - top - number(*this, "BottomMargin") - 2 * scaleGap;
+        const bool hasPanel =
+            static_cast<bool>(options["ShowParameters"]) || static_cast<bool>(options["ShowStatistics"]);
+        const int right = client.right - (hasPanel ? number(*this, "ParametersWidth") : 0) - scaleGap;
+        return {{right - width, top + scaleGap}, CSize{width, height}};
+    }
+    const int position = number(*this, "CompactLegend.z_scale.position");
+    const double margin = static_cast<double>(options["CompactLegend.z_scale.margin"]);
+    const double length = static_cast<double>(options["CompactLegend.z_scale.size"]);
+    const double width = static_cast<double>(options["CompactLegend.z_scale.width"]);
+    const bool isBottom = (position & 1) != 0, isRight = (position & 2) != 0;
+    const CPoint corner{left + base::nearest_int(displayRect.Width() * (isRight ? 1.0 - margin - width : margin)),
+                        top + base::nearest_int(displayRect.Height() * (isBottom ? 1.0 - margin - length : margin))};
+    return {corner,
+            CSize{base::nearest_int(displayRect.Width() * width), base::nearest_int(displayRect.Height() * length)}};
+}
+
+void CSurfMathView::UpdateZScale(bool reposition)
+{
+    if (!scale.getPeer()) return;
+    const CRect place = scaleStrip();
+    scale.SetDimensions(place.Height(), place.Width());
+    scale.MoveWindow(place);
+    if (!reposition) return;
+    scale.ShowWindow(static_cast<bool>(options["ShowZScale"]));
+    scale.Invalidate(true);
+}
+
+void CSurfMathView::drawZScale(CDC& dc)
+{
+    const CRect strip = scaleStrip();
+    if (strip.IsRectEmpty()) return;
+    const bool isLeft = !isCompact() || (displayRect.left + displayRect.right) / 2 < strip.right;
+    const auto color = static_cast<colorEntry>(number(*this, "legend"));
+    const VLAxis& heights = valueAxis();
+    const double start = number(*this, "scaling.z") == 0 ? 0.0 : heights.at(displayMin);
+    constexpr int tics = 4;
+    const surface::shown_axis shown =
+        surface::shown_span(heights.get_units(), start, (displayMax - displayMin) * heights.scale, true);
+    const std::string format = view::label_format(shown.start, shown.end, tics);
+    const CPen pen{PS_SOLID | PS_GEOMETRIC, 1, color, {}};
+    const int saved = dc.SaveDC();
+    const bool isTransparent = isCompact() && static_cast<bool>(options["CompactLegend.transparent"]);
+    dc.SetBkMode(isTransparent ? TRANSPARENT : OPAQUE);
+    dc.SetTextRim(true);
+    dc.SetBkColor(static_cast<colorEntry>(number(*this, isCompact() ? "legend" : "background")));
+    dc.SetTextColor(static_cast<colorEntry>(number(*this, isCompact() ? "background" : "legend")));
+    axis_line line;
+    line.dc = &dc;
+    line.axisPen = &pen;
+    line.flags = AXIS_VERTICAL | AXIS_LINE | AXIS_TICKS | AXIS_TEXT | (isLeft ? AXIS_OTHER_SIDE : 0u);
+    line.ticNumber = tics;
+    line.ticLength = 3;
+    line.minGap = scaleGap;
+    line.x0 = line.x1 = isLeft ? strip.left - 1 : strip.right + 1;
+    line.y0 = strip.bottom;
+    line.y1 = strip.top;
+    line.start = shown.start;
+    line.end = shown.end;
+    line.units = shown.units.c_str();
+    line.format = format.c_str();
+    DrawAxisLine(&line);
+    scale.DrawScale(dc, strip, tdVertical);
+    // An outline on the three sides away from the axis.
+    dc.SelectObject(pen);
+    const int far = isLeft ? strip.right : strip.left - 1, near = isLeft ? strip.left - 1 : strip.right;
+    const CPoint outline[] = {{near, strip.top - 1}, {far, strip.top - 1}, {far, strip.bottom}, {near, strip.bottom}};
+    dc.Polyline(outline);
+    dc.RestoreDC(saved);
+}

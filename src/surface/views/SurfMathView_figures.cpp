@@ -1,0 +1,51 @@
+// The view's share of figures: it fetches, calls and shows.
+#include "document/StorageDoc.h"
+#include "surface/figures/measurement_text.h"
+#include "surface/views/SurfMathView.h"
+
+#include <utility>
+
+namespace {
+
+constexpr const char* directionKey = "\\Line direction";
+
+} // namespace
+
+void CSurfMathView::updateStatisticsLater()
+{
+    constexpr unsigned delay = 500; // milliseconds
+    SetTimer(statisticsTimer, delay);
+}
+
+void CSurfMathView::updateStatistics()
+{
+    statisticsRows.clear();
+    if (const short* const frame = samples()) {
+        const std::size_t count = std::size_t{getSourceWidth()} * getSourceHeight();
+        statisticsRows = surface::frame_statistics({frame, count}, static_cast<int>(getSourceWidth()), valueAxis());
+    }
+    Invalidate(true);
+}
+
+std::vector<surface::statistics_row> CSurfMathView::measureRows() const
+{
+    return surface::measure_rows(drawn.measure, static_cast<int>(options["text.compact_length"]));
+}
+
+void CSurfMathView::refreshMeasureRows()
+{
+    std::vector<surface::statistics_row> rows = measureRows();
+    if (std::exchange(panelRows, rows) == rows || !options["ShowStatistics"]) return;
+    CRect panel = GetClientRect();
+    if (!isCompact()) panel.left = panel.right - static_cast<int>(options["ParametersWidth"]);
+    InvalidateRect(panel, true);
+}
+
+std::wstring CSurfMathView::GetClipboardText(bool full)
+{
+    if (!hasSamples()) return {};
+    surface::legend_content content = legendContent();
+    if (!options["ShowStatistics"]) content.statistics.clear();
+    const bool withFile = options["ShowLegend"] && options["ShowAdditionalLegend"];
+    return surface::clipboard_text(content, withFile, storageDoc()->getString(directionKey, imageNumber), full);
+}

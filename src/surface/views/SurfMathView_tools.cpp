@@ -1,0 +1,159 @@
+// Commands of the mouse, and those that open other views and dialogs.
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "surface/figures/decoration_file.h"
+#include "surface/figures/resampling.h"
+#include "surface/figures/resolution.h"
+#include "surface/views/SurfMathView.h"
+#include "surface/views/calibration.h"
+#include "surface/views/zoom_window.h"
+#include "view/frame/open_view.h"
+#include "view/image/SectionSource.h"
+
+#include <algorithm>
+#include <climits>
+
+namespace {
+
+using surface::cursor_mode;
+
+constexpr unsigned firstMode = 6001;
+constexpr std::size_t fewestLines = 3; // of a grating, to fit a line through
+
+unsigned template_of(unsigned command) noexcept
+{
+    switch (command) {
+    case 10015:
+        return view::sceneFrame;
+    case 10031:
+        return view::histogramFrame;
+    default:
+        return view::fourierFrame;
+    }
+}
+
+} // namespace
+
+long CSurfMathView::GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third)
+{
+    const long kind = CImageView::GetToolbarIDs(first, second, third);
+    if (kind != 0 && first) *first = surfaceFrame;
+    return kind;
+}
+
+void CSurfMathView::OnCursorMode(unsigned id) { machine.setMode(static_cast<int>(id - firstMode)); }
+
+void CSurfMathView::OnUpdateCursorMode(CCmdUI& ui)
+{
+    const auto mode = static_cast<cursor_mode>(ui.m_nID - firstMode);
+    ui.SetCheck(mode == drawn.mode);
+    switch (mode) {
+    case cursor_mode::section:
+        return ui.Enable(hasSamples() && view::can_open(view::sectionFrame));
+    case cursor_mode::lineProfile:
+    case cursor_mode::columnProfile:
+        return ui.Enable(hasSamples() && view::can_open(view::lineFrame));
+    case cursor_mode::includeFeatures:
+    case cursor_mode::excludeFeatures:
+        return ui.Enable(featuresView() != nullptr);
+    default:
+        return ui.Enable(hasSamples());
+    }
+}
+
+void CSurfMathView::OnUpdateHasSamples(CCmdUI& ui) { ui.Enable(hasSamples()); }
+
+void CSurfMathView::OnInverseSelection()
+{
+    machine.inverseSelection();
+    refreshZoomWindow();
+}
+void CSurfMathView::OnUpdateInverseSelection(CCmdUI& ui)
+{
+    ui.Enable(surface::is_region_mode(drawn.mode) && drawn.selectionActive);
+}
+
+void CSurfMathView::OnCurveToSection()
+{
+    const CRgn before = machine.invalidateRgn(cursor_mode::curve);
+    const std::vector<CPoint> points = drawn.curves.front();
+    drawn.curves.erase(drawn.curves.begin());
+    drawn.measure.isVisible = false;
+    InvalidateRgn(before, false);
+    refreshMeasureRows();
+    world.openSection(points);
+}
+void CSurfMathView::OnUpdateCurveToSection(CCmdUI& ui)
+{
+    ui.Enable(!drawn.curves.empty() && drawn.curves.front().size() > 1 && view::can_open(view::sectionFrame));
+}
+
+void CSurfMathView::OnMeasureDistance()
+{
+    const surface::measured_surface shown = measured();
+    if (shown.isEmpty() || !drawn.selectionActive) return;
+    if (!surface::append_to_clipboard(surface::distance_table_text(shown, drawn))) return;
+    machine.addMark(drawn.selection.end());
+}
+void CSurfMathView::OnUpdateMeasureDistance(CCmdUI& ui) { ui.Enable(drawn.mode == cursor_mode::distance); }
+
+void CSurfMathView::OnSaveDecorations()
+{
+    surface::decoration_lists lists{drawn.curves, drawn.marks, {}};
+    for (CView* const each : storageDoc()->views()) {
+        const auto* const section = dynamic_cast<const ISection*>(each);
+        if (!section) continue;
+        std::vector<CPoint>& points = lists.profiles.emplace_back();
+        for (unsigned i = 0; i < section->getPointsNumber(); ++i) points.push_back(section->getSectionPoint(i));
+    }
+    surface::save_decorations(storageDoc()->GetPathName(), lists);
+}
+
+void CSurfMathView::OnLoadDecorations()
+{
+    std::optional<surface::decoration_lists> lists = surface::load_decorations();
+    if (!lists) return;
+    if (const std::size_t dropped = surface::drop_outside(*lists, imageSize()))
+        SetMessageText(base::widen(base::formatted("Points outside of the image that were left out: %d",
+                                                   static_cast<int>(std::min<std::size_t>(dropped, INT_MAX)))));
+    drawn.curves.insert(drawn.curves.end(), lists->curves.begin(), lists->curves.end());
+    drawn.marks.insert(drawn.marks.end(), lists->marks.begin(), lists->marks.end());
+    Invalidate(true);
+    for (const std::vector<CPoint>& points : lists->profiles) world.openSection(points);
+}
+
+void CSurfMathView::OnZoomWindow() { surface::open_zoom_window(*this, selectionBounds()); }
+void CSurfMathView::OnUpdateZoomWindow(CCmdUI& ui)
+{
+    const bool isSurface = hasSamples() && stream()->get_dimensions_number() == 2;
+    ui.Enable(isSurface && !surface::zoom_document(*this));
+}
+
+void CSurfMathView::OnOpenView(unsigned id)
+{
+    if (CImageView* const opened = view::open_view(*this, template_of(id))) view::show_opened(*opened);
+}
+void CSurfMathView::OnUpdateOpenView(CCmdUI& ui) { ui.Enable(hasSamples() && view::can_open(template_of(ui.m_nID))); }
+
+void CSurfMathView::OnResolution()
+{
+    const auto chosen = [this](const char* option) { return static_cast<unsigned>(static_cast<int>(options[option])); };
+    const bool hasDistance = drawn.mode == cursor_mode::distance && drawn.selectionActive;
+    surface::run_resolution(*storageDoc(), imageNumber, {chosen("AxisX"), chosen("AxisY"), chosen("AxisZ")},
+                            hasDistance ? std::optional(drawn.selection) : std::nullopt, this);
+}
+
+void CSurfMathView::OnCalibrationCurve()
+{
+    surface::run_calibration(*storageDoc(), measured(), drawn.curves.front(), this);
+}
+void CSurfMathView::OnUpdateCalibrationCurve(CCmdUI& ui)
+{
+    ui.Enable(hasSamples() && !drawn.curves.empty() && drawn.curves.front().size() >= fewestLines);
+}
+
+void CSurfMathView::OnResample()
+{
+    const auto chosen = [this](const char* option) { return static_cast<unsigned>(static_cast<int>(options[option])); };
+    surface::run_resample(*storageDoc(), imageNumber, chosen("AxisX"), chosen("AxisY"), this);
+}

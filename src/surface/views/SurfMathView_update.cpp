@@ -1,0 +1,186 @@
+#include "base/streams/rounding.h"
+#include "base/text.h"
+#include "document/StorageDoc.h"
+#include "document/update_hints.h"
+#include "surface/figures/measurements.h"
+#include "surface/tools/overlay_drawing.h"
+#include "surface/views/SurfMathView.h"
+#include "view/image/SectionSource.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+bool is_inside(CPoint point, CSize size) noexcept
+{
+    return point.x >= 0 && point.y >= 0 && point.x < size.cx && point.y < size.cy;
+}
+
+} // namespace
+
+void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    if (!stream()) return;
+    const bool isOurs = hint >> 16 == imageNumber;
+    switch (hint & 0xffu) {
+    case document::hintNewData:
+        return onNewData(sender, hint, object);
+    case document::hintNewSize:
+        if (isOurs) onNewSize(sender, hint, object);
+        return;
+    case document::hintDataChanged:
+        paletteDirty = !hasStoredPalette();
+        if (isOurs) renewStoredPalette();
+        CImageView::OnUpdate(sender, hint, object);
+        if (isOurs && (hint & document::hintReloads) != 0) refreshZoomWindow();
+        return remeasure();
+    case document::hintAxesChanged:
+        CImageView::OnUpdate(sender, hint, object);
+        return remeasure();
+    case document::hintScaleChanged:
+        return onScaleChanged(sender, hint, object);
+    case document::hintRedraw:
+        CImageView::OnUpdate(sender, hint, object);
+        return Invalidate(true);
+    case document::hintSectionChanged:
+        return onSectionChanged(sender, hint, object);
+    case document::hintClearMarks:
+        if (isOurs) machine.removeMarks();
+        return;
+    case document::hintAddMark:
+        if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) machine.addMark(*point);
+        return;
+    case document::hintShowText:
+        if (const auto* const text = std::get_if<std::string>(&object); isOurs && text)
+            showMeasure({.isVisible = true,
+                         .text = base::widen(*text),
+                         .position = drawn.measure.position,
+                         .alignment = drawn.measure.alignment,
+                         .thing = surface::measured_thing::other,
+                         .points = {}});
+        return;
+    default:
+        return CImageView::OnUpdate(sender, hint, object);
+    }
+}
+
+void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    knownSize = imageSize();
+    sourceRect = CRect({0, 0}, knownSize);
+    scale.SyncWithStatic();
+    loadStoredPalette(CScale::GetStaticScale());
+    CImageView::OnUpdate(sender, hint, object);
+    if (!scale.getPeer() && getPeer()) scale.createStrip(this);
+    UpdateZScale(true);
+    rebuildSectionPens();
+}
+
+void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    const CSize whole = imageSize();
+    if (std::exchange(knownSize, whole) != whole) {
+        machine.endDrag();
+        drawn.measure.isVisible = false; // what it tells of may be gone
+        refreshMeasureRows();
+    }
+    // A part as large as the image, but somewhere else, was a part of what the image has been.
+    const bool changed = sourceRect != CRect({0, 0}, whole);
+    int width = whole.cx, height = whole.cy;
+    if (changed) {
+        double x = 1.0, y = 1.0;
+        const bool isFlat = whole.cx == 1 || whole.cy == 1;
+        if (!isFlat) GetAspectRatio(x, y);
+        sourceRect = CRect({0, 0}, whole);
+        width = base::nearest_int(whole.cx * x);
+        height = base::nearest_int(whole.cy * y);
+        if (isFlat) GetBestSize(width, height);
+        const CSize wanted{width, height};
+        const CSize fitting = isZoomWindow() ? fittingArea(wanted) : view::shrunk_into(wanted, largestDisplay());
+        width = fitting.cx;
+        height = fitting.cy;
+    } else {
+        // Margins have changed: the picture keeps its size.
+        width = displayRect.Width();
+        height = displayRect.Height();
+    }
+    AdjustParentSize(width, height, true);
+    if (changed && isZoomWindow()) bringFrameInside();
+    UpdateZScale(true);
+    if (changed) dropOutside(whole);
+    CImageView::OnUpdate(sender, hint, object);
+}
+
+/// The image has fewer samples: what lies outside of it goes.
+void CSurfMathView::dropOutside(CSize whole)
+{
+    const auto isOutside = [whole](CPoint point) { return !is_inside(point, whole); };
+    drawn.selectionActive = false;
+    std::erase_if(drawn.marks, isOutside);
+    std::erase_if(drawn.isoline, isOutside);
+    for (std::vector<CPoint>& curve : drawn.curves) std::erase_if(curve, isOutside);
+    std::erase_if(drawn.curves, [](const std::vector<CPoint>& curve) { return curve.empty(); });
+    drawn.lengthy = {}; // its samples are those of the image as it was
+    surface::selection_rect& rect = drawn.selection;
+    for (int* const x : {&rect.left, &rect.right}) *x = std::clamp(*x, 0, whole.cx);
+    for (int* const y : {&rect.top, &rect.bottom}) *y = std::clamp(*y, 0, whole.cy);
+}
+
+void CSurfMathView::onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    if (((hint & document::hintReloads) != 0 || HasFocus()) && mayStorePalette()) {
+        paletteDirty = false;
+        scale.SyncDelimiters();
+        if (const CScale* const common = CScale::GetStaticScale()) scale.SetPaletteId(common->GetPaletteId());
+        storePalette();
+    }
+    if (autoRefresh) CImageView::OnUpdate(sender, hint, object);
+}
+
+void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hint_object& object)
+{
+    CView* const* const view = std::get_if<CView*>(&object);
+    auto* const changed = view ? dynamic_cast<ISection*>(*view) : nullptr;
+    if (changed && changed->getPointsNumber() > 0) {
+        const CSize theirs = changed->sourceSize();
+        const CSize ours = imageSize();
+        CRect bounds;
+        for (unsigned i = 0; i < changed->getPointsNumber(); ++i) {
+            const CPoint point = changed->getSectionPoint(i);
+            const CPoint here{theirs.cx ? point.x * ours.cx / theirs.cx : point.x,
+                              theirs.cy ? point.y * ours.cy / theirs.cy : point.y};
+            const CRect at(here.x, here.y, here.x + 1, here.y + 1);
+            bounds.UnionRect(bounds, at);
+        }
+        const std::vector<ISection*> all = sections();
+        if ((!all.empty() && all.front() != changed) || bounds != sectionBounds) {
+            const int pen = static_cast<int>(options["section.line.solid.width"]) + 1;
+            for (const CRect& each : {sectionBounds, bounds}) {
+                CRect area = surface::scaled({each.left, each.top, each.right, each.bottom}, {displayRect, sourceRect});
+                area.NormalizeRect();
+                area.InflateRect(pen, pen);
+                InvalidateRect(area, false);
+            }
+            sectionBounds = bounds;
+            UpdateSelections();
+        }
+    }
+    CImageView::OnUpdate(sender, hint, object);
+}
+
+void CSurfMathView::showMeasure(surface::measure_text measure)
+{
+    const CRgn before = GetInvalidateRgn();
+    drawn.measure = std::move(measure);
+    InvalidateRgn(CRgn::combined(before, GetInvalidateRgn(), RGN_OR), false);
+    refreshMeasureRows();
+}
+
+/// The steps may be others now.
+void CSurfMathView::remeasure()
+{
+    if (!drawn.measure.isVisible) return;
+    surface::measure_text told = surface::remeasured(drawn.measure, surface::steps_of(axisX(), axisY()));
+    if (told.text != drawn.measure.text) showMeasure(std::move(told));
+}

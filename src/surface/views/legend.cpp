@@ -1,0 +1,274 @@
+#include "surface/views/legend.h"
+
+#include "base/text.h"
+#include "base/units.h"
+#include "platform/draw/dpi.h"
+#include "resources/strings.h"
+#include "surface/figures/statistics_text.h"
+#include "surface/tools/mark_drawing.h"
+#include "surface/tools/overlay_drawing.h"
+#include "surface/views/scale_mark.h"
+#include "view/AxisLine.h"
+#include "view/DCView.h"
+#include "view/axes/AxisLabels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace surface {
+
+namespace {
+
+enum text_id : unsigned { sizesText = 1008, fileText = 1009, imageText = 1010 };
+constexpr double compactTextShare = 0.3;  // of the window's width
+constexpr int panelGap = 5, labelGap = 5; // pixels
+constexpr int usualTextSize = 13;         // of the option
+
+bool is_on(const CDCView& view, const char* option) { return static_cast<bool>(view.options[option]); }
+int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
+colorEntry color(const CDCView& view, const char* option) { return static_cast<colorEntry>(number(view, option)); }
+
+int background_mode_of(const CDCView& view)
+{
+    return is_on(view, "CompactLegend") && is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE;
+}
+
+void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
+{
+    const std::wstring file = base::widen(string_resource(fileText)), path = base::widen(content.path);
+    const std::wstring label = base::widen(string_resource(imageText));
+    dc.SetTextAlign(TA_BOTTOM);
+    if (!is_on(view, "CompactLegend")) {
+        const int larger = std::max(number(view, "text_size") - usualTextSize, 0); // than the space is meant for
+        at.y =
+            view.GetClientRect().Height() - number(view, "BottomMargin") + number(view, "TextVertSpace") + 3 * larger;
+        view.DrawLegendText(&dc, at, legendDown, L"C: C", file, path);
+        view.DrawLegendText(&dc, at, legendDown, L"C: c", label, content.imageName);
+        return;
+    }
+    double width = content.samples.cx * content.x.scale, height = content.samples.cy * content.y.scale;
+    default_units(content.x.get_units(), &width);
+    default_units(content.y.get_units(), &height);
+    view.DrawLegendText(&dc, at, legendUp, base::widen(string_resource(sizesText)).c_str(), width, height);
+    view.DrawLegendText(&dc, at, legendUp, L"C: c", label, content.imageName);
+    view.DrawLegendText(&dc, at, legendUp, L"C: C", file, path);
+}
+
+void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
+{
+    const bool isCompact = is_on(view, "CompactLegend");
+    const double room = isCompact ? compactTextShare * view.GetClientRect().Width() : number(view, "ParametersWidth");
+    const LegendOffset next = isCompact ? legendUp : legendDown;
+    dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
+    if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
+    const std::size_t count = content.parameters.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const parameter_line& line = content.parameters[isCompact ? count - 1 - i : i];
+        const std::string text = line.name + ": " + line.value;
+        const int width = dc.GetTextExtent(base::widen(text)).cx;
+        view.DrawLegendText(&dc, at, next, L"c", cut_text(text, width, room));
+    }
+    if (!isCompact) view.DrawLegendText(&dc, at, next, L" ");
+}
+
+void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
+{
+    const bool isCompact = is_on(view, "CompactLegend");
+    const LegendOffset next = isCompact ? legendUp : legendDown;
+    const int room = isCompact ? std::numeric_limits<int>::max() : number(view, "ParametersWidth") - panelGap;
+    const auto width_of = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
+    std::vector<std::string> texts =
+        row_texts(content.statistics, [&](const std::string& text) { return width_of(text) <= room; });
+    if (isCompact) std::ranges::reverse(texts); // upwards from the lowest
+    dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
+    if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
+    for (const std::string& text : texts) {
+        const int width = width_of(text);
+        view.DrawLegendText(&dc, at, next, L"c", width > room ? cut_text(text, width, room) : text);
+    }
+}
+
+/// A side of the picture: its axis, the samples on show and whether heights count from the image's own zero.
+shown_axis side_of(const CDCView& view, const VLAxis& axis, int first, int last, const char* scaling)
+{
+    const double start = number(view, scaling) == 0 ? 0.0 : first * axis.scale + axis.start;
+    return shown_span(axis.get_units(), start, (last - first) * axis.scale, false);
+}
+
+struct side_line {
+    CPoint from, to;
+    std::uint32_t flags;
+};
+
+void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const side_line& side, int tics, int ticLength)
+{
+    axis_line axis;
+    axis.dc = &dc;
+    axis.axisPen = &pen;
+    axis.flags = side.flags;
+    axis.ticNumber = tics;
+    axis.ticLength = ticLength;
+    axis.minGap = labelGap;
+    axis.x0 = side.from.x;
+    axis.y0 = side.from.y;
+    axis.x1 = side.to.x;
+    axis.y1 = side.to.y;
+    axis.start = shown.start;
+    axis.end = shown.end;
+    axis.units = shown.units.c_str();
+    const std::string format = view::label_format(shown.start, shown.end, tics);
+    axis.format = format.c_str();
+    DrawAxisLine(&axis);
+}
+
+CPen grid_pen(const CDCView& view)
+{
+    const int width = number(view, "grid.line.width");
+    const auto w = static_cast<std::uint32_t>(std::max(width, 0));
+    constexpr std::uint32_t patterned = PS_USERSTYLE | PS_GEOMETRIC | PS_ENDCAP_FLAT;
+    switch (number(view, "grid.line.style")) {
+    case 1:
+        return {patterned, width, color(view, "legend"), {1, 2 * w}};
+    case 2:
+        return {patterned, width, color(view, "legend"), {2 * w + 2, 2 * w + 2}};
+    case 3:
+        return {patterned, width, color(view, "legend"), {2 * w + 2, 2 * w, 1, 2 * w}};
+    default:
+        return {PS_SOLID | PS_GEOMETRIC, width, color(view, "legend"), {}};
+    }
+}
+
+} // namespace
+
+std::vector<parameter_line> listed_parameters(std::string_view list,
+                                              const std::function<std::string(const std::string&, bool)>& value)
+{
+    std::vector<parameter_line> lines;
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find('|'), list.size());
+        const std::string_view entry = list.substr(0, end);
+        list.remove_prefix(std::min(end + 1, list.size()));
+        if (entry.size() < 2) continue;
+        const std::string name(entry.substr(0, entry.size() - 1));
+        lines.push_back({name, value(name, entry.back() == '+')});
+    }
+    return lines;
+}
+
+std::string cut_text(const std::string& text, int textWidth, double width)
+{
+    const std::wstring wide = base::widen(text);
+    if (textWidth <= 0) return text;
+    const double length = static_cast<double>(wide.size());
+    const double fitting = std::trunc(width / textWidth * length - 1.0);
+    if (fitting >= length) return text;
+    constexpr double dots = 3.0;
+    return base::narrow(wide.substr(0, static_cast<std::size_t>(std::max(fitting - dots, 0.0)))) + "...";
+}
+
+shown_axis shown_span(const char* units, double start, double span, bool isHeight)
+{
+    double reads = span != 0.0 ? span : start;
+    const char* const unit = isHeight ? default_units_z(units, &reads) : default_units(units, &reads);
+    const double shownStart = convert_size(units, unit, start);
+    return {shownStart, shownStart + convert_size(units, unit, span), unit};
+}
+
+void draw_measure_text(CDC& dc, CDCView& view, const measure_text& text)
+{
+    if (!text.isVisible) return;
+    const auto longText = static_cast<std::size_t>(std::max(number(view, "text.compact_length"), 0));
+    if (is_on(view, "ShowStatistics") && text.text.size() >= longText) return; // it stands in the panel
+    const int saved = dc.SaveDC();
+    dc.SetBkMode(OPAQUE);
+    dc.SetTextColor(color(view, "text"));
+    dc.SetBkColor(color(view, "text_background"));
+    dc.SetTextAlign(text.alignment);
+    const CPoint at{view.xsrc2clnt(text.position.x), view.ysrc2clnt(text.position.y)};
+    const CPoint clamped =
+        clamped_text(at, dc.GetTextExtent(text.text), text.alignment, dc.GetTextMetrics().tmAscent, view.displayRect);
+    dc.TextOut(clamped.x, clamped.y, text.text);
+    dc.RestoreDC(saved);
+}
+
+void draw_legend_texts(CDC& dc, CDCView& view, const legend_content& content)
+{
+    const int saved = dc.SaveDC();
+    const bool isCompact = is_on(view, "CompactLegend");
+    const CRect client = view.GetClientRect();
+    dc.SetBkMode(background_mode_of(view));
+    dc.SetTextRim(true);
+    dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
+    dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
+    CPoint at{0, isCompact ? client.Height() : 0};
+    if (is_on(view, "ShowAdditionalLegend")) draw_file_texts(dc, view, content, at);
+    if (!isCompact) at = {client.Width() - number(view, "ParametersWidth") + panelGap, number(view, "TopMargin")};
+    if (is_on(view, "ShowParameters")) draw_parameters(dc, view, content, at);
+    if (is_on(view, "ShowStatistics")) draw_statistics(dc, view, content, at);
+    dc.RestoreDC(saved);
+}
+
+void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& content)
+{
+    const bool isCompact = is_on(view, "CompactLegend");
+    if (!is_on(view, isCompact ? "CompactLegend.scale_mark" : "FullLegend.scale_mark")) return;
+    scale_mark_style style;
+    style.isHorizontal = number(view, "CompactLegend.scale_mark.direction") == 1;
+    style.position = number(view, "CompactLegend.scale_mark.position");
+    style.margin = static_cast<double>(view.options["CompactLegend.scale_mark.margin"]);
+    style.size = static_cast<double>(view.options["CompactLegend.scale_mark.size"]);
+    style.thickness = CorrectDPISize(2);
+    const VLAxis& axis = style.isHorizontal ? content.x : content.y;
+    // A bar has a length, whichever way the axis runs.
+    double span = (style.isHorizontal ? view.sourceRect.Width() : view.sourceRect.Height()) * std::fabs(axis.scale);
+    const std::string units = default_units(axis.get_units(), &span);
+    const int saved = dc.SaveDC();
+    dc.SetBkMode(is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options
+    dc.SetTextRim(true);
+    dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
+    dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
+    draw_scale_mark(view, dc, view.displayRect, span, units, style);
+    dc.RestoreDC(saved);
+}
+
+void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content)
+{
+    if (is_on(view, "CompactLegend")) return;
+    const int saved = dc.SaveDC();
+    dc.SetBkMode(OPAQUE);
+    dc.SetBkColor(color(view, "background"));
+    dc.SetTextColor(color(view, "legend"));
+    const CPen pen{PS_SOLID | PS_GEOMETRIC | PS_ENDCAP_SQUARE | PS_JOIN_MITER,
+                   number(view, "axis_thickness"),
+                   color(view, "legend"),
+                   {}};
+    const CRect& display = view.displayRect;
+    const bool hasMark = is_on(view, "FullLegend.scale_mark");
+    constexpr std::uint32_t labelled = AXIS_TICKS | AXIS_TEXT;
+    const shown_axis y = side_of(view, content.y, view.sourceRect.top, view.sourceRect.bottom, "scaling.y");
+    const int yTics = number(view, "tics.y.number"), yLength = number(view, "tics.y.length");
+    const std::uint32_t vertical = AXIS_VERTICAL | AXIS_LINE;
+    draw_side(
+        dc, pen, y,
+        {{display.left, display.bottom}, display.TopLeft(), vertical | AXIS_OTHER_SIDE | (hasMark ? 0u : labelled)},
+        yTics, yLength);
+    draw_side(dc, pen, y, {display.BottomRight(), {display.right, display.top}, vertical | (hasMark ? 0u : AXIS_TICKS)},
+              yTics, yLength);
+    const shown_axis x = side_of(view, content.x, view.sourceRect.left, view.sourceRect.right, "scaling.x");
+    const int xTics = number(view, "tics.x.number"), xLength = number(view, "tics.x.length");
+    draw_side(dc, pen, x,
+              {{display.left, display.bottom}, display.BottomRight(), AXIS_LINE | (hasMark ? 0u : labelled)}, xTics,
+              xLength);
+    draw_side(
+        dc, pen, x,
+        {display.TopLeft(), {display.right, display.top}, AXIS_LINE | AXIS_OTHER_SIDE | (hasMark ? 0u : AXIS_TICKS)},
+        xTics, xLength);
+    if (const int grid = number(view, "grid.show")) {
+        dc.SelectObject(grid_pen(view));
+        DrawGrid(&dc, display, grid, x.start, x.end, y.start, y.end, false, xTics, yTics);
+    }
+    dc.RestoreDC(saved);
+}
+
+} // namespace surface
