@@ -1,8 +1,8 @@
 // Headings in the grid of a dialog: seen, read, folded.
 #include "workstation_fixture.h"
 
-#include "host/VariableDialog.h"
-#include "host/VariableGrid.h"
+#include "host/dialogs/VariableDialog.h"
+#include "host/dialogs/VariableGrid.h"
 
 #include <QCheckBox>
 #include <QLineEdit>

@@ -1,7 +1,7 @@
 // The colour scale, its menu and its editor in the real main window.
-#include "host/FormDialog.h"
-#include "host/QtMenu.h"
-#include "host/QtPeer.h"
+#include "host/dialogs/FormDialog.h"
+#include "host/peer/QtPeer.h"
+#include "host/window/QtMenu.h"
 #include "view/scale/PaletteBar.h"
 #include "workstation_fixture.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 #include "document/StorageDocTemplate.h"
 #include "entry/Application.h"
-#include "host/MainWindow.h"
-#include "host/QtFrame.h"
-#include "host/QtHost.h"
+#include "host/peer/QtHost.h"
+#include "host/window/MainWindow.h"
+#include "host/window/QtFrame.h"
 #include "platform/profile/profile_store.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"

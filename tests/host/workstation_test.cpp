@@ -1,9 +1,9 @@
 // What the workstation shows and does.
 #include "workstation_fixture.h"
 
-#include "host/VariableDialog.h"
-#include "host/VariableGrid.h"
-#include "host/qt_cursors.h"
+#include "host/dialogs/VariableDialog.h"
+#include "host/dialogs/VariableGrid.h"
+#include "host/peer/qt_cursors.h"
 #include "view/ChildFrame.h"
 #include "vldv.h"
 

@@ -1,0 +1,159 @@
+#include "host/dialogs/VariableGrid.h"
+
+#include "base/variables/option_group.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QToolButton>
+
+CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidget(parent), model(&model_)
+{
+    /// Tells the widget of changes of the list.
+    struct refresher : IVarListPeer {
+        explicit refresher(CVariableGrid* grid_) : grid(grid_) {}
+        void refresh() override { grid->refresh(); }
+        CVariableGrid* grid;
+    };
+    setColumnCount(2);
+    setSelectionMode(NoSelection);
+    setFocusPolicy(Qt::NoFocus); // the Tab key goes from editor to editor
+    verticalHeader()->hide();
+    horizontalHeader()->setStretchLastSection(true);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { followFocus(now); });
+    rebuild();
+    model->setPeer(std::make_unique<refresher>(this));
+}
+
+// The base takes editors down, and the focus wanders among those that are left.
+CVariableGrid::~CVariableGrid()
+{
+    qApp->disconnect(this);
+    detach();
+}
+
+void CVariableGrid::detach()
+{
+    if (CVarListCtrl* const left = std::exchange(model, nullptr)) left->setPeer(nullptr);
+}
+
+void CVariableGrid::refresh()
+{
+    if (!model || isShowing) return;
+    if (showsSameRows()) return showValues();
+    // Between two events: the editor that caused the change is still running.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (model && !showsSameRows()) rebuild();
+        },
+        Qt::QueuedConnection);
+}
+
+bool CVariableGrid::showsSameRows() const
+{
+    if (shown.size() != model->rowCount()) return false;
+    for (unsigned i = 0; i < shown.size(); ++i) {
+        const SPMVar& variable = model->row(i);
+        if (shown[i].name != variable.get_name() || shown[i].label != variable.get_description() ||
+            shown[i].type != variable.type)
+            return false;
+    }
+    return true;
+}
+
+/// The Return key is the dialog's; a table keeps it to itself while it holds editors.
+void CVariableGrid::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return event->ignore();
+    QTableWidget::keyPressEvent(event);
+}
+
+void CVariableGrid::rebuild()
+{
+    shown.clear();
+    clearSpans();
+    setRowCount(0);
+    setRowCount(static_cast<int>(model->rowCount()));
+    for (unsigned i = 0; i < model->rowCount(); ++i) {
+        const SPMVar& variable = model->row(i);
+        shown.push_back({variable.get_name(), variable.get_description(), variable.type,
+                         model->isHeading(i) ? addHeading(i) : addOption(i)});
+    }
+    showFolds();
+}
+
+host::variable_editor CVariableGrid::addOption(unsigned row)
+{
+    const SPMVar& variable = model->row(row);
+    const bool isUnder = model->headingOf(row) != unsigned(-1);
+    const QString label = isUnder ? QString::fromUtf8(variable.get_description())
+                                  : QString::fromStdString(base::grouped_label(*model->GetVarList(), variable));
+    auto* const name = new QTableWidgetItem(isUnder ? QStringLiteral("    ") + label : label);
+    name->setFlags(Qt::ItemIsEnabled);
+    name->setToolTip(label);
+    setItem(static_cast<int>(row), 0, name);
+    const auto store = [this, row](const QString& text) {
+        if (!model) return;
+        model->edit(row, text.toUtf8().constData());
+        refresh(); // shows what was stored, also where the text was not taken
+    };
+    host::variable_editor editor = host::make_variable_editor(*model->GetVarList(), variable, store);
+    setCellWidget(static_cast<int>(row), 1, editor.widget);
+    return editor;
+}
+
+/// A line across both columns that folds what stands under it.
+host::variable_editor CVariableGrid::addHeading(unsigned row)
+{
+    const SPMVar& variable = model->row(row);
+    auto* const line = new QToolButton;
+    line->setText(QString::fromUtf8(variable.get_description()));
+    line->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    line->setAutoRaise(true);
+    line->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    QFont bold = line->font();
+    bold.setBold(true);
+    line->setFont(bold);
+    connect(line, &QToolButton::clicked, this, [this, name = std::string(variable.get_name())] {
+        if (folded.erase(name) == 0) folded.insert(name);
+        if (model) showFolds();
+    });
+    setItem(static_cast<int>(row), 0, new QTableWidgetItem); // what is scrolled to
+    setSpan(static_cast<int>(row), 0, 1, 2);
+    setCellWidget(static_cast<int>(row), 0, line);
+    return {line, [](const SPMVarList&, const SPMVar&) {}};
+}
+
+void CVariableGrid::showFolds()
+{
+    std::set<unsigned> filled;
+    for (unsigned i = 0; i < shown.size(); ++i) {
+        const unsigned heading = model->headingOf(i);
+        if (heading != unsigned(-1)) filled.insert(heading);
+        setRowHidden(static_cast<int>(i), heading != unsigned(-1) && folded.contains(shown[heading].name));
+    }
+    for (unsigned i = 0; i < shown.size(); ++i) {
+        auto* const line = qobject_cast<QToolButton*>(cellWidget(static_cast<int>(i), 0));
+        if (!line) continue;
+        line->setArrowType(!filled.contains(i)              ? Qt::NoArrow
+                           : folded.contains(shown[i].name) ? Qt::RightArrow
+                                                            : Qt::DownArrow);
+    }
+}
+
+void CVariableGrid::showValues()
+{
+    isShowing = true;
+    for (unsigned i = 0; i < shown.size(); ++i) shown[i].editor.show(*model->GetVarList(), model->row(i));
+    isShowing = false;
+}
+
+/// The row whose editor gets the focus is scrolled into sight.
+void CVariableGrid::followFocus(const QWidget* now)
+{
+    for (std::size_t i = 0; now && i < shown.size(); ++i) {
+        const QWidget* const editor = shown[i].editor.widget;
+        if (editor == now || editor->isAncestorOf(now)) return scrollTo(indexFromItem(item(static_cast<int>(i), 0)));
+    }
+}

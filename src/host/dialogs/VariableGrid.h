@@ -1,0 +1,46 @@
+#pragma once
+#include "host/dialogs/variable_editor.h"
+#include "platform/dialogs/VarListCtrl.h"
+
+#include <QTableWidget>
+#include <set>
+#include <string>
+#include <vector>
+
+/// The widget of a grid of variables: a row each with its label and what edits it. Values that change elsewhere appear
+/// in the widgets that are there, so that focus and what is being typed stay.
+class CVariableGrid : public QTableWidget {
+public:
+    /// \param model_  outlives this or is detached
+    explicit CVariableGrid(CVarListCtrl& model_, QWidget* parent = nullptr);
+    ~CVariableGrid() override;
+
+    /// Asks the model for nothing more.
+    void detach();
+    void refresh();
+    using QTableWidget::sizeHintForColumn;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    /// What widgets are made for; another value does not make them anew.
+    struct shown_row {
+        std::string name, label;
+        SPMVarType type;
+        host::variable_editor editor;
+    };
+    bool showsSameRows() const;
+    void rebuild();
+    host::variable_editor addOption(unsigned row);
+    host::variable_editor addHeading(unsigned row);
+    /// Hides what stands under headings that the user folded.
+    void showFolds();
+    void showValues();
+    void followFocus(const QWidget* now);
+
+    CVarListCtrl* model;
+    std::vector<shown_row> shown;
+    std::set<std::string> folded; ///< names of headings
+    bool isShowing = false;
+};

@@ -1,0 +1,29 @@
+#include "host/dialogs/about.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace {
+
+constexpr int pictureSide = 64; // pixels
+
+} // namespace
+
+QString host::about_text()
+{
+    const QString libraries = QStringLiteral("Qt ") + qVersion() + QStringLiteral(", " VLDV_LIBRARIES);
+    return QStringLiteral("<h3>Velmira %1</h3>"
+                          "<p>Opens, measures and processes what a scanning-probe microscope recorded.</p>"
+                          "<p>Free software under the GNU General Public License, version 3 or later, without any "
+                          "warranty. The licence stands under Help, Contents.</p>"
+                          "<p>Built with %2.</p>")
+        .arg(QStringLiteral(VLDV_VERSION), libraries.toHtmlEscaped());
+}
+
+void host::show_about(QWidget* over)
+{
+    QMessageBox box(QMessageBox::NoIcon, QStringLiteral("About Velmira"), about_text(), QMessageBox::Ok, over);
+    box.setTextFormat(Qt::RichText);
+    box.setIconPixmap(QApplication::windowIcon().pixmap(pictureSide));
+    box.exec();
+}

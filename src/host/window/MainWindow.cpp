@@ -1,0 +1,344 @@
+#include "host/window/MainWindow.h"
+
+#include "base/text.h"
+#include "document/StorageDocTemplate.h"
+#include "document/examples/examples.h"
+#include "entry/Application.h"
+#include "entry/open_example.h"
+#include "entry/open_files.h"
+#include "host/dialogs/HelpWindow.h"
+#include "host/dialogs/about.h"
+#include "host/peer/path_text.h"
+#include "host/window/OutputPane.h"
+#include "host/window/QtFrame.h"
+#include "host/window/QtPaletteBar.h"
+#include "host/window/StartPage.h"
+#include "host/window/command_door.h"
+#include "host/window/qt_toolbar.h"
+#include "host/window/tiling.h"
+#include "platform/files/paths.h"
+#include "view/frame/option_rows.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+enum command : unsigned {
+    cmdOutput = 10205,
+    cmdHelp = 10206,
+    cmdOpen = 57601,
+    cmdClose = 57602,
+    cmdCascade = 57650,
+    cmdTileHorizontally = 57651,
+    cmdTileVertically = 57652,
+    cmdAbout = 57664,
+    cmdToolbar = 59392,
+    cmdStatusBar = 59393,
+    cmdFirstWindow = 65280,
+};
+constexpr int outputHeight = 110;                   // pixels
+constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
+
+/// The name of a file, with its folder where another one has the same name.
+std::wstring telling_name(const std::wstring& path, const std::vector<std::wstring>& all)
+{
+    const std::wstring name = platform::file_name(path);
+    const bool isOnly = std::ranges::count(all, name, platform::file_name) == 1;
+    return isOnly ? name : name + L" in " + path.substr(0, path.size() - name.size());
+}
+
+} // namespace
+
+CMainWindow::CMainWindow(CVldvApp& app_)
+    : app(app_),
+      frames(new QMdiArea(this)),
+      start(new CStartPage(frames)),
+      lines(new COutputPane),
+      pane(new QDockWidget(QStringLiteral("Output"), this)),
+      tools(addToolBar(QStringLiteral("Main"))),
+      status(new QLabel),
+      palettes(std::make_unique<CQtPaletteBar>(*tools))
+{
+    setWindowTitle(QStringLiteral("Velmira"));
+    setCentralWidget(frames);
+    setAcceptDrops(true);
+    frames->setActivationOrder(QMdiArea::ActivationHistoryOrder); // closing one leads back to the one before
+    frames->setAcceptDrops(false);
+    frames->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    frames->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    pane->setWidget(lines);
+    pane->setObjectName(QStringLiteral("output"));
+    addDockWidget(Qt::BottomDockWidgetArea, pane);
+    resizeDocks({pane}, {outputHeight}, Qt::Vertical);
+    pane->hide();
+    tools->setObjectName(QStringLiteral("main"));
+    showStatus({});
+    statusBar()->addWidget(status, 1);
+    connect(qApp, &QApplication::focusChanged, this, [this] { rememberFocus(); });
+    connect(frames, &QMdiArea::subWindowActivated, this, &CMainWindow::onActivated);
+    auto* const collector = new QTimer(this);
+    connect(collector, &QTimer::timeout, this, [this] { idle(); });
+    collector->start(idleInterval);
+    rebuildMenus();
+    installShortcuts();
+    fillStartPage();
+}
+
+CMainWindow::~CMainWindow()
+{
+    // The area tells of windows that lose their activity while it goes.
+    frames->disconnect(this);
+    qApp->disconnect(this); // the focus wanders while widgets go
+}
+
+void CMainWindow::showStatus(const QString& text) { status->setText(text.isEmpty() ? QStringLiteral("Ready") : text); }
+
+void CMainWindow::addOutput(const QString& line)
+{
+    lines->appendPlainText(line);
+    pane->show();
+}
+
+bool CMainWindow::route(unsigned id, CCmdUI* ui)
+{
+    const auto send = [&] { return focusCommand(id, ui) || app.routeCommand(id, ui) || ownCommand(id, ui); };
+    const bool handled = ui ? send() : host::run_command(id, send);
+    if (!ui) QTimer::singleShot(freeInterval, this, [this] { app.freeClosed(); });
+    return handled;
+}
+
+void CMainWindow::rememberFocus()
+{
+    if (QWidget* const now = focusWidget(); now && now != menuBar()) keyboard = now;
+}
+
+bool CMainWindow::focusCommand(unsigned id, CCmdUI* ui)
+{
+    rememberFocus();
+    if (!keyboard || !keyboard->isVisible()) return false;
+    if (auto* const field = qobject_cast<QLineEdit*>(keyboard)) return host::field_command(*field, id, ui);
+    return keyboard == lines && !lines->document()->isEmpty() && view::pane_command(*lines, id, ui);
+}
+
+bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
+{
+    CFrameWnd* const active = app.activeFrame();
+    switch (id) {
+    case cmdClose:
+        if (ui)
+            ui->Enable(active != nullptr);
+        else if (active)
+            active->OnClose();
+        return active != nullptr;
+    case cmdCascade:
+    case cmdTileHorizontally:
+    case cmdTileVertically:
+        if (ui)
+            ui->Enable(!frames->subWindowList().isEmpty());
+        else if (id == cmdCascade)
+            frames->cascadeSubWindows();
+        else
+            tile(id == cmdTileVertically);
+        return true;
+    case cmdOutput:
+        if (ui)
+            ui->SetCheck(pane->isVisible());
+        else
+            pane->setVisible(!pane->isVisible());
+        return true;
+    case cmdStatusBar:
+        if (ui)
+            ui->SetCheck(statusBar()->isVisible());
+        else
+            statusBar()->setVisible(!statusBar()->isVisible());
+        return true;
+    case cmdToolbar:
+        if (ui)
+            ui->SetCheck(tools->isVisible());
+        else
+            tools->setVisible(!tools->isVisible());
+        return true;
+    case cmdAbout:
+        if (!ui) host::show_about(this);
+        return true;
+    case cmdHelp:
+        if (!ui) showHelp();
+        return true;
+    default:
+        break;
+    }
+    const std::size_t index = id - cmdFirstWindow;
+    if (id < cmdFirstWindow || index >= app.frames().size()) return false;
+    CFrameWnd& frame = *app.frames()[index];
+    if (ui)
+        ui->SetCheck(&frame == active);
+    else
+        frame.ActivateFrame();
+    return true;
+}
+
+bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
+{
+    if (first != cmdFirstWindow) return app.routeMenuItems(first, items);
+    for (const std::unique_ptr<CFrameWnd>& frame : app.frames())
+        items.push_back({.id = first + static_cast<unsigned>(items.size()),
+                         .text = menu_text(base::narrow(frame->GetWindowText()))});
+    return true;
+}
+
+void CMainWindow::tile(bool vertically)
+{
+    QList<QMdiSubWindow*> shown;
+    for (QMdiSubWindow* const window : frames->subWindowList())
+        if (window->isVisible() && !window->isMinimized()) shown << window;
+    const std::vector<QRect> places =
+        host::tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
+    for (qsizetype i = 0; i < shown.size(); ++i) {
+        if (shown[i]->isMaximized()) shown[i]->showNormal();
+        shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
+    }
+}
+
+void CMainWindow::onActivated(QMdiSubWindow* window)
+{
+    CFrameWnd* found = nullptr;
+    for (const auto& frame : app.frames())
+        if (const auto* peer = dynamic_cast<CQtFrame*>(frame->getPeer()); peer && peer->subWindow() == window)
+            found = frame.get();
+    // The area also loses its active window when the program itself is left.
+    if (found || !window) app.setActiveFrame(found ? found : app.activeFrame());
+    if (found && found->GetActiveView()) found->GetActiveView()->SetFocus();
+    rebuildMenusSoon();
+}
+
+/// A file of many images activates a frame for each: the menus follow the last one alone.
+void CMainWindow::rebuildMenusSoon()
+{
+    if (std::exchange(menusWait, true)) return;
+    host::after_commands([self = QPointer(this)] {
+        if (!self) return;
+        self->menusWait = false;
+        self->fillMenus();
+    });
+}
+
+void CMainWindow::rebuildMenus()
+{
+    if (host::command_runs()) return rebuildMenusSoon();
+    fillMenus();
+}
+
+void CMainWindow::fillMenus()
+{
+    const CFrameWnd* const active = app.activeFrame();
+    shownMenu = active && active->menuId() ? active->menuId() : mainMenu;
+    host::fill_menu_bar(
+        *menuBar(), menu_resource(shownMenu),
+        {.route = [this](unsigned id, CCmdUI* ui) { return route(id, ui); },
+         .items = [this](unsigned first, std::vector<menu_item>& items) { return menuItems(first, items); }});
+    rebuildTools();
+}
+
+void CMainWindow::rebuildTools()
+{
+    const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
+    host::clear_toolbar(*tools);
+    host::size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
+    // All of them, so that the palette stays where it is.
+    host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get(), host::unhandled::disabled);
+    // The view's own tools stand here unless its frame has them.
+    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || shownMenu == mainMenu) return;
+    if (!toolbar_resource(shownMenu).empty()) tools->addSeparator();
+    host::fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
+    if (CFrameWnd* const active = app.activeFrame()) host::add_buttons(*tools, active->addedButtons(), toHandler);
+}
+
+void CMainWindow::showHelp()
+{
+    if (!help) {
+        help = new CHelpWindow(this);
+        help->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    help->show();
+    help->raise();
+    help->activateWindow();
+}
+
+void CMainWindow::fillStartPage()
+{
+    std::vector<CStartPage::entry> recent, examples;
+    shownRecent = app.recentFiles();
+    for (const std::wstring& path : shownRecent)
+        recent.push_back({QString::fromStdWString(telling_name(path, shownRecent)), QString::fromStdWString(path),
+                          [this, path] { entry::open_files(app, std::span(&path, 1)); }});
+    for (const document::example_row& row : document::example_table())
+        if (CStorageDocTemplate::showsDimensions(row.dimensions))
+            examples.push_back({QString::fromUtf8(row.title), QStringLiteral("Opens the bundled example"),
+                                [this, &row] { entry::open_example(app, row); }});
+    start->setEntries(recent, examples, [this] { app.routeCommand(cmdOpen, nullptr); });
+    start->setFocus(); // or the output pane would have the keys
+}
+
+void CMainWindow::idle()
+{
+    app.freeClosed();
+    if (const bool isEmpty = app.frames().empty(); isEmpty == start->isHidden()) {
+        start->setVisible(isEmpty);
+        if (isEmpty) fillStartPage();
+    } else if (isEmpty && shownRecent != app.recentFiles()) {
+        fillStartPage(); // a file did not open
+    }
+    host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    for (const auto& frame : app.frames())
+        if (auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer())) peer->refreshTools();
+}
+
+/// Shortcuts of all menus, each sent to whoever handles it now.
+void CMainWindow::installShortcuts()
+{
+    std::map<QString, unsigned> keys;
+    for (const unsigned menu : menu_resource_ids())
+        for (const menu_row& row : menu_resource(menu))
+            if (*row.shortcut) keys.emplace(QString::fromLatin1(row.shortcut), row.id);
+    for (const auto& [keySequence, id] : keys) {
+        if (keySequence.size() == 1) continue; // plain letters belong to the view
+        auto* const shortcut = new QShortcut(QKeySequence(keySequence), this);
+        shortcut->setContext(Qt::ApplicationShortcut); // a view in full screen is a window of its own
+        connect(shortcut, &QShortcut::activated, this, [this, sent = id] { route(sent, nullptr); });
+    }
+}
+
+void CMainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!app.mayExit()) return event->ignore();
+    app.closeAllFrames();
+    event->accept();
+}
+
+void CMainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void CMainWindow::dropEvent(QDropEvent* event)
+{
+    std::vector<std::wstring> paths;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile()) paths.push_back(host::path_of_url(url));
+    host::run_named("Open", [&] { entry::open_files(app, paths); });
+}

@@ -1,0 +1,14 @@
+#include "host/window/command_help.h"
+
+#include "resources/strings.h"
+
+#include <QAction>
+
+void host::set_command_help(QAction& action, unsigned id, const char* shortcut)
+{
+    const command_prompt prompt = command_prompt_of(id);
+    action.setStatusTip(QString::fromStdString(prompt.status));
+    QString tip = prompt.tip.empty() ? action.text().remove('&').remove("...") : QString::fromStdString(prompt.tip);
+    if (*shortcut) tip += " (" + QString::fromLatin1(shortcut) + ")";
+    action.setToolTip(tip);
+}
