@@ -1,9 +1,9 @@
 // vldv: the library for scripts and batches.
+#include "cli/choice/nearest_name.h"
 #include "cli/commands.h"
-#include "cli/failure_text.h"
-#include "cli/nearest_name.h"
+#include "cli/output/failure_text.h"
+#include "cli/output/terminal.h"
 #include "cli/session.h"
-#include "cli/terminal.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -1,13 +1,13 @@
 #include "cli/session.h"
 
 #include "base/text.h"
-#include "cli/existing_container.h"
-#include "cli/failure_text.h"
 #include "cli/folder_keeper.h"
-#include "cli/progress.h"
+#include "cli/output/existing_container.h"
+#include "cli/output/failure_text.h"
+#include "cli/output/progress.h"
+#include "cli/output/standard_streams.h"
+#include "cli/output/terminal.h"
 #include "cli/reader_notes.h"
-#include "cli/standard_streams.h"
-#include "cli/terminal.h"
 #include "document/container/recording_folder.h"
 #include "platform/files/paths.h"
 
