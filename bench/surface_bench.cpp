@@ -6,10 +6,10 @@
 #include "render_floor.h"
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
-#include "surface/figures/render_step.h"
 #include "surface/figures/statistics.h"
 #include "surface/views/SurfMathView.h"
 #include "view/scale/render.h"
+#include "view/scale/render_step.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -53,12 +53,12 @@ void measure_times(bench::verdict& verdict)
     const VLAxis heights(0.0, 0.01, "nm");
     CScale scale;
     scale.SetAutoScaling(view::autoScale);
-    surface::window_fitter fitter;
+    view::window_fitter fitter;
     volatile std::int64_t kept = 0;
     // As the view's render step does it.
     const auto render = [&] {
         const CRect window(0, 0, side, side);
-        const surface::fitted_window shown = fitter.fit(samples.data(), side, window, {pictureWidth, pictureHeight});
+        const view::fitted_window shown = fitter.fit(samples.data(), side, window, {pictureWidth, pictureHeight});
         scale.DrawImage({.bits = pixels.data(),
                          .source = shown.samples,
                          .sourceStep = shown.step,

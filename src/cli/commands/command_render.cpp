@@ -14,9 +14,9 @@
 #include "document/samples/rising_heights.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
-#include "surface/figures/render_step.h"
 #include "view/Scale.h"
 #include "view/scale/render.h"
+#include "view/scale/render_step.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -67,11 +67,10 @@ void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis, 
     const CRect whole({0, 0}, image);
     const bool hasRegion = !options.roi.empty();
     const CRect part = hasRegion ? part_of_image("--roi", *parse_rectangle(options.roi), image) : whole;
-    RECT region = surface::shown_part(part, whole, size);
-    surface::window_fitter fitter;
-    const surface::fitted_window shown = fitter.fit(samples, image.cx, whole, size);
-    const primitives::height_range range =
-        hasRegion ? surface::range_keeper().of(samples, image.cx, part) : shown.range;
+    RECT region = view::shown_part(part, whole, size);
+    view::window_fitter fitter;
+    const view::fitted_window shown = fitter.fit(samples, image.cx, whole, size);
+    const primitives::height_range range = hasRegion ? view::range_keeper().of(samples, image.cx, part) : shown.range;
     picture.width = size.cx;
     picture.height = size.cy;
     picture.pixels.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);

@@ -176,7 +176,7 @@ void CSurfMathView::getBestScale(double* low, double* high, const char** units)
     CRect part;
     if (!drawn.roiActive || !frame || !part.IntersectRect(roiRect(), CRect({0, 0}, imageSize())))
         return CImageView::getBestScale(low, high, units);
-    const primitives::height_range range = surface::range_keeper().of(frame, imageSize().cx, part);
+    const primitives::height_range range = view::range_keeper().of(frame, imageSize().cx, part);
     readWell(range.minimum, range.maximum, low, high, units);
 }
 

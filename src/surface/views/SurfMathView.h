@@ -1,7 +1,6 @@
 #pragma once
 #include "surface/figures/measurement_text.h"
 #include "surface/figures/overlay_bitmap.h"
-#include "surface/figures/render_step.h"
 #include "surface/figures/section_pens.h"
 #include "surface/figures/selection_state.h"
 #include "surface/figures/statistics.h"
@@ -10,6 +9,7 @@
 #include "surface/views/view_world.h"
 #include "view/ImageView.h"
 #include "view/Scale.h"
+#include "view/scale/render_step.h"
 
 #include <memory>
 #include <vector>
@@ -225,8 +225,8 @@ private:
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
     mutable std::vector<std::int16_t> turnedSamples; ///< kept until the data change
     mutable VLAxis turnedAxis;
-    surface::window_fitter fitter;
-    surface::range_keeper shownRange;
+    view::window_fitter fitter;
+    view::range_keeper shownRange;
     surface::overlay_bitmap overlayBitmap;
     bool isRenderPending = false;
 };

@@ -9,6 +9,7 @@
 #include "surface/views/SurfMathView.h"
 #include "view/AxisLine.h"
 #include "view/axes/AxisLabels.h"
+#include "view/axes/chart_axes.h"
 #include "view/image/SectionSource.h"
 #include "view/image/VolumeSource.h"
 #include "view/scale/render.h"
@@ -38,8 +39,8 @@ void CSurfMathView::render()
     CRect window;
     if (!window.IntersectRect(sourceRect, whole)) return;
     const CSize size{image.width(), image.height()};
-    const surface::fitted_window shown = fitter.fit(frame, whole.right, window, size);
-    RECT region = surface::shown_part(roiRect(), window, size);
+    const view::fitted_window shown = fitter.fit(frame, whole.right, window, size);
+    RECT region = view::shown_part(roiRect(), window, size);
     CRect part = window;
     const bool hasRegion = drawn.roiActive && part.IntersectRect(roiRect(), window);
     // The picture may be made of means: the range is that of the samples, whatever the size of the window.
@@ -245,8 +246,8 @@ void CSurfMathView::drawZScale(CDC& dc)
     const VLAxis& heights = valueAxis();
     const double start = number(*this, "scaling.z") == 0 ? 0.0 : heights.at(displayMin);
     constexpr int tics = 4;
-    const surface::shown_axis shown =
-        surface::shown_span(heights.get_units(), start, (displayMax - displayMin) * heights.scale, true);
+    const view::shown_axis shown =
+        view::shown_span(heights.get_units(), start, (displayMax - displayMin) * heights.scale, true);
     const std::string format = view::label_format(shown.start, shown.end, tics);
     const CPen pen{PS_SOLID | PS_GEOMETRIC, 1, color, {}};
     const int saved = dc.SaveDC();

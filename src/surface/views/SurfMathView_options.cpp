@@ -1,6 +1,7 @@
 #include "document/update_hints.h"
 #include "surface/views/SurfMathView.h"
 #include "surface/views/surface_options.h"
+#include "view/axes/axis_options.h"
 
 #include "document/StorageDoc.h"
 
@@ -17,7 +18,7 @@ void CSurfMathView::GetOptionsList(SPMVar* vars, unsigned* count)
         return;
     }
     CImageView::GetOptionsList(vars, count);
-    surface::tie_margins(vars, std::min(before, *count));
+    view::tie_margins(vars, std::min(before, *count));
     for (unsigned i = before; i < std::min(all, *count); ++i) vars[i] = own[i - before];
 }
 

@@ -8,9 +8,8 @@
 #include "surface/tools/mark_drawing.h"
 #include "surface/tools/overlay_drawing.h"
 #include "surface/views/scale_mark.h"
-#include "view/AxisLine.h"
 #include "view/DCView.h"
-#include "view/axes/AxisLabels.h"
+#include "view/axes/chart_axes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,9 +20,9 @@ namespace surface {
 namespace {
 
 enum text_id : unsigned { sizesText = 1008, fileText = 1009, imageText = 1010 };
-constexpr double compactTextShare = 0.3;  // of the window's width
-constexpr int panelGap = 5, labelGap = 5; // pixels
-constexpr int usualTextSize = 13;         // of the option
+constexpr double compactTextShare = 0.3; // of the window's width
+constexpr int panelGap = 5;              // pixels
+constexpr int usualTextSize = 13;        // of the option
 
 bool is_on(const CDCView& view, const char* option) { return static_cast<bool>(view.options[option]); }
 int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
@@ -90,53 +89,10 @@ void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoi
 }
 
 /// A side of the picture: its axis, the samples on show and whether heights count from the image's own zero.
-shown_axis side_of(const CDCView& view, const VLAxis& axis, int first, int last, const char* scaling)
+view::shown_axis side_of(const CDCView& view, const VLAxis& axis, int first, int last, const char* scaling)
 {
     const double start = number(view, scaling) == 0 ? 0.0 : first * axis.scale + axis.start;
-    return shown_span(axis.get_units(), start, (last - first) * axis.scale, false);
-}
-
-struct side_line {
-    CPoint from, to;
-    std::uint32_t flags;
-};
-
-void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const side_line& side, int tics, int ticLength)
-{
-    axis_line axis;
-    axis.dc = &dc;
-    axis.axisPen = &pen;
-    axis.flags = side.flags;
-    axis.ticNumber = tics;
-    axis.ticLength = ticLength;
-    axis.minGap = labelGap;
-    axis.x0 = side.from.x;
-    axis.y0 = side.from.y;
-    axis.x1 = side.to.x;
-    axis.y1 = side.to.y;
-    axis.start = shown.start;
-    axis.end = shown.end;
-    axis.units = shown.units.c_str();
-    const std::string format = view::label_format(shown.start, shown.end, tics);
-    axis.format = format.c_str();
-    DrawAxisLine(&axis);
-}
-
-CPen grid_pen(const CDCView& view)
-{
-    const int width = number(view, "grid.line.width");
-    const auto w = static_cast<std::uint32_t>(std::max(width, 0));
-    constexpr std::uint32_t patterned = PS_USERSTYLE | PS_GEOMETRIC | PS_ENDCAP_FLAT;
-    switch (number(view, "grid.line.style")) {
-    case 1:
-        return {patterned, width, color(view, "legend"), {1, 2 * w}};
-    case 2:
-        return {patterned, width, color(view, "legend"), {2 * w + 2, 2 * w + 2}};
-    case 3:
-        return {patterned, width, color(view, "legend"), {2 * w + 2, 2 * w, 1, 2 * w}};
-    default:
-        return {PS_SOLID | PS_GEOMETRIC, width, color(view, "legend"), {}};
-    }
+    return view::shown_span(axis.get_units(), start, (last - first) * axis.scale, false);
 }
 
 } // namespace
@@ -165,14 +121,6 @@ std::string cut_text(const std::string& text, int textWidth, double width)
     if (fitting >= length) return text;
     constexpr double dots = 3.0;
     return base::narrow(wide.substr(0, static_cast<std::size_t>(std::max(fitting - dots, 0.0)))) + "...";
-}
-
-shown_axis shown_span(const char* units, double start, double span, bool isHeight)
-{
-    double reads = span != 0.0 ? span : start;
-    const char* const unit = isHeight ? default_units_z(units, &reads) : default_units(units, &reads);
-    const double shownStart = convert_size(units, unit, start);
-    return {shownStart, shownStart + convert_size(units, unit, span), unit};
 }
 
 void draw_measure_text(CDC& dc, CDCView& view, const measure_text& text)
@@ -239,33 +187,31 @@ void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content)
     dc.SetBkMode(OPAQUE);
     dc.SetBkColor(color(view, "background"));
     dc.SetTextColor(color(view, "legend"));
-    const CPen pen{PS_SOLID | PS_GEOMETRIC | PS_ENDCAP_SQUARE | PS_JOIN_MITER,
-                   number(view, "axis_thickness"),
-                   color(view, "legend"),
-                   {}};
+    const CPen pen = view::axis_pen(view);
     const CRect& display = view.displayRect;
     const bool hasMark = is_on(view, "FullLegend.scale_mark");
     constexpr std::uint32_t labelled = AXIS_TICKS | AXIS_TEXT;
-    const shown_axis y = side_of(view, content.y, view.sourceRect.top, view.sourceRect.bottom, "scaling.y");
+    const view::shown_axis y = side_of(view, content.y, view.sourceRect.top, view.sourceRect.bottom, "scaling.y");
     const int yTics = number(view, "tics.y.number"), yLength = number(view, "tics.y.length");
     const std::uint32_t vertical = AXIS_VERTICAL | AXIS_LINE;
-    draw_side(
+    view::draw_side(
         dc, pen, y,
         {{display.left, display.bottom}, display.TopLeft(), vertical | AXIS_OTHER_SIDE | (hasMark ? 0u : labelled)},
         yTics, yLength);
-    draw_side(dc, pen, y, {display.BottomRight(), {display.right, display.top}, vertical | (hasMark ? 0u : AXIS_TICKS)},
-              yTics, yLength);
-    const shown_axis x = side_of(view, content.x, view.sourceRect.left, view.sourceRect.right, "scaling.x");
+    view::draw_side(dc, pen, y,
+                    {display.BottomRight(), {display.right, display.top}, vertical | (hasMark ? 0u : AXIS_TICKS)},
+                    yTics, yLength);
+    const view::shown_axis x = side_of(view, content.x, view.sourceRect.left, view.sourceRect.right, "scaling.x");
     const int xTics = number(view, "tics.x.number"), xLength = number(view, "tics.x.length");
-    draw_side(dc, pen, x,
-              {{display.left, display.bottom}, display.BottomRight(), AXIS_LINE | (hasMark ? 0u : labelled)}, xTics,
-              xLength);
-    draw_side(
+    view::draw_side(dc, pen, x,
+                    {{display.left, display.bottom}, display.BottomRight(), AXIS_LINE | (hasMark ? 0u : labelled)},
+                    xTics, xLength);
+    view::draw_side(
         dc, pen, x,
         {display.TopLeft(), {display.right, display.top}, AXIS_LINE | AXIS_OTHER_SIDE | (hasMark ? 0u : AXIS_TICKS)},
         xTics, xLength);
     if (const int grid = number(view, "grid.show")) {
-        dc.SelectObject(grid_pen(view));
+        dc.SelectObject(view::grid_pen(view));
         DrawGrid(&dc, display, grid, x.start, x.end, y.start, y.end, false, xTics, yTics);
     }
     dc.RestoreDC(saved);

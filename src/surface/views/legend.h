@@ -43,11 +43,4 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
 /// Axes and grid of the full legend.
 void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content);
 
-/// The ends of an axis as the user reads them, both in the unit in which the span, or else the start, reads well.
-struct shown_axis {
-    double start = 0.0, end = 0.0;
-    std::string units;
-};
-shown_axis shown_span(const char* units, double start, double span, bool isHeight);
-
 } // namespace surface

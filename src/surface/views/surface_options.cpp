@@ -1,11 +1,7 @@
 #include "surface/views/surface_options.h"
 
+#include "view/axes/axis_options.h"
 #include "view/frame/option_rows.h"
-
-#include <algorithm>
-#include <string>
-#include <string_view>
-#include <utility>
 
 namespace surface {
 
@@ -63,15 +59,6 @@ constexpr view::option_row rows[] = {
     {"cursor_snap.radius(Snap radius),int,1,1000", "10"},
 };
 
-/// A choice among the axes of a container: items "x0(nm)", "x1(V)" …, the first chosen.
-SPMVar axis_choice(const char* declaration, char letter, const VLAxesContainer& axes)
-{
-    std::string text = declaration;
-    for (unsigned i = 0; i < axes.get_axes_number(); ++i)
-        text += std::string(",") + letter + std::to_string(i) + "(" + axes.get_axis(i).get_units() + ")";
-    return view::declared_option({text.c_str(), axes.get_axes_number() ? axes.get_axis(0).get_units() : ""});
-}
-
 } // namespace
 
 std::vector<SPMVar> surface_options(const SPMDataStream* stream)
@@ -80,27 +67,11 @@ std::vector<SPMVar> surface_options(const SPMDataStream* stream)
     for (const view::option_row& row : rows) out.push_back(view::declared_option(row));
     if (!stream) return out;
     if (stream->get_dimensions_number() > 0)
-        out.push_back(axis_choice("AxisX(Axis X),enum", 'x', stream->get_dimension(0)));
+        out.push_back(view::axis_choice("AxisX(Axis X),enum", 'x', stream->get_dimension(0)));
     if (stream->get_dimensions_number() > 1)
-        out.push_back(axis_choice("AxisY(Axis Y),enum", 'y', stream->get_dimension(1)));
-    out.push_back(axis_choice("AxisZ(Axis Z),enum", 'z', stream->values));
+        out.push_back(view::axis_choice("AxisY(Axis Y),enum", 'y', stream->get_dimension(1)));
+    out.push_back(view::axis_choice("AxisZ(Axis Z),enum", 'z', stream->values));
     return out;
-}
-
-void tie_margins(SPMVar* options, unsigned count)
-{
-    constexpr std::pair<std::string_view, const char*> ties[] = {
-        {"LeftMargin", ",if(#CompactLegend,0,#LeftMarginOpt)"},
-        {"RightMargin", ",if(#CompactLegend,0,#RightMarginOpt+if(#ShowZScale,65,0)+if(#ShowParameters || "
-                        "#ShowStatistics,#ParametersWidth,0))"},
-        {"TopMargin", ",if(#CompactLegend,0,#TopMarginOpt)"},
-        // The usual space holds lines of the usual size: labels of the axis, then two of the file.
-        {"BottomMargin", ",if(#CompactLegend,0,#BottomMarginOpt+if(#ShowAdditionalLegend,#TextVertSpace-"
-                         "4*min(0,13-#text_size),0))"},
-    };
-    for (const auto& [name, expression] : ties)
-        for (unsigned i = 0; i < count; ++i)
-            if (options[i].get_name() == name) options[i].set_options(expression);
 }
 
 } // namespace surface

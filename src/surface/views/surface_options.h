@@ -11,8 +11,4 @@ namespace surface {
 /// \param stream  the image; null for none
 std::vector<SPMVar> surface_options(const SPMDataStream* stream);
 
-/// Makes the four margins follow the options that the user sets for them: 0 in the compact view, and wider where
-/// scale, panels and file information stand.
-void tie_margins(SPMVar* options, unsigned count);
-
 } // namespace surface

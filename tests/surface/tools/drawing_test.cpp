@@ -1,9 +1,9 @@
 // What is drawn over the picture, operation by operation.
 #include "support/RecordingDC.h"
 #include "surface/figures/overlay_bitmap.h"
-#include "surface/figures/render_step.h"
 #include "surface/tools/mark_drawing.h"
 #include "surface/tools/overlay_drawing.h"
+#include "view/scale/render_step.h"
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ TEST(RenderStep, PartsOfTheImageAreFoundInThePicture)
         {{0, 0, 5, 5}, {5, 0, 10, 10}, {50, 100}, {}}, // out of sight
     };
     for (const part_case& each : cases)
-        EXPECT_EQ(surface::shown_part(each.part, each.window, each.size), each.shown) << each.part.left;
+        EXPECT_EQ(view::shown_part(each.part, each.window, each.size), each.shown) << each.part.left;
 }
 
 TEST(SelectionDrawing, ARegionIsCarriedToTheWindowUpsideDown)

@@ -2,6 +2,7 @@
 #include "surface/figures/section_pens.h"
 #include "surface/views/legend.h"
 #include "surface/views/scale_mark.h"
+#include "view/axes/chart_axes.h"
 
 #include <gtest/gtest.h>
 
@@ -78,11 +79,11 @@ TEST(Legend, LongTextsAreCutByTheirAverageCharacter)
 
 TEST(Legend, AxesReadInOneUnit)
 {
-    const surface::shown_axis level = surface::shown_span("m", 2e-6, 0.0, true);
+    const view::shown_axis level = view::shown_span("m", 2e-6, 0.0, true);
     EXPECT_EQ(level.units, "µm") << "all samples are equal";
     EXPECT_NEAR(level.start, 2.0, 1e-12);
     EXPECT_EQ(level.end, level.start);
-    const surface::shown_axis far = surface::shown_span("nm", 500.0, 3000.0, false);
+    const view::shown_axis far = view::shown_span("nm", 500.0, 3000.0, false);
     EXPECT_EQ(far.units, "\u00b5m");
     EXPECT_DOUBLE_EQ(far.start, 0.5);
     EXPECT_DOUBLE_EQ(far.end, 3.5);

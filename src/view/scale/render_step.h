@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace surface {
+namespace view {
 
 /// A window of samples as they are shown: as many as the picture has pixels.
 struct fitted_window {
@@ -57,4 +57,4 @@ private:
     primitives::height_range range;
 };
 
-} // namespace surface
+} // namespace view

@@ -1,10 +1,10 @@
-#include "surface/figures/render_step.h"
+#include "view/scale/render_step.h"
 
 #include "primitives/resample/resample.h"
 
 #include <algorithm>
 
-namespace surface {
+namespace view {
 
 namespace {
 
@@ -73,4 +73,4 @@ primitives::height_range range_keeper::of(const std::int16_t* image, int rowLeng
     return range;
 }
 
-} // namespace surface
+} // namespace view

@@ -1,0 +1,74 @@
+#include "view/axes/chart_axes.h"
+
+#include "base/units.h"
+#include "view/DCView.h"
+#include "view/axes/AxisLabels.h"
+
+#include <algorithm>
+
+namespace view {
+
+namespace {
+
+constexpr int labelGap = 5; // pixels
+
+int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
+colorEntry legend_color(const CDCView& view) { return static_cast<colorEntry>(number(view, "legend")); }
+
+} // namespace
+
+shown_axis shown_span(const char* units, double start, double span, bool isHeight)
+{
+    double reads = span != 0.0 ? span : start;
+    const char* const unit = isHeight ? default_units_z(units, &reads) : default_units(units, &reads);
+    const double shownStart = convert_size(units, unit, start);
+    return {shownStart, shownStart + convert_size(units, unit, span), unit};
+}
+
+void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const chart_side& side, int tics, int ticLength)
+{
+    axis_line axis;
+    axis.dc = &dc;
+    axis.axisPen = &pen;
+    axis.flags = side.flags;
+    axis.ticNumber = tics;
+    axis.ticLength = ticLength;
+    axis.minGap = labelGap;
+    axis.x0 = side.from.x;
+    axis.y0 = side.from.y;
+    axis.x1 = side.to.x;
+    axis.y1 = side.to.y;
+    axis.start = shown.start;
+    axis.end = shown.end;
+    axis.units = shown.units.c_str();
+    const std::string format = label_format(shown.start, shown.end, tics);
+    axis.format = format.c_str();
+    DrawAxisLine(&axis);
+}
+
+CPen axis_pen(const CDCView& view)
+{
+    return {PS_SOLID | PS_GEOMETRIC | PS_ENDCAP_SQUARE | PS_JOIN_MITER,
+            number(view, "axis_thickness"),
+            legend_color(view),
+            {}};
+}
+
+CPen grid_pen(const CDCView& view)
+{
+    const int width = number(view, "grid.line.width");
+    const auto w = static_cast<std::uint32_t>(std::max(width, 0));
+    constexpr std::uint32_t patterned = PS_USERSTYLE | PS_GEOMETRIC | PS_ENDCAP_FLAT;
+    switch (number(view, "grid.line.style")) {
+    case 1:
+        return {patterned, width, legend_color(view), {1, 2 * w}};
+    case 2:
+        return {patterned, width, legend_color(view), {2 * w + 2, 2 * w + 2}};
+    case 3:
+        return {patterned, width, legend_color(view), {2 * w + 2, 2 * w, 1, 2 * w}};
+    default:
+        return {PS_SOLID | PS_GEOMETRIC, width, legend_color(view), {}};
+    }
+}
+
+} // namespace view
