@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Checks that every #include under src/ follows an arrow that the folder's CMakeLists.txt names in MAY_USE.
 
-A file may include headers of its own folder and of the folders named there. Headers of the desktop toolkit stand only
-in src/host and src/paint. Prints each wrong line and exits with 1 when there is one.
+A file may include headers of its own folder and of the folders named there, and each of those has to be used. Headers of
+the desktop toolkit stand only in src/host and src/paint. A folder holds at most 30 units, a unit being a source with its
+header. Prints each fault and exits with 1 when there is one.
 """
 import pathlib
 import re
@@ -11,6 +12,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent / "src"
 FOLDER = re.compile(r"vldv_folder\(([\w/]+)\s+(.*?)\bSOURCES\b", re.S)
 MAY_USE = re.compile(r"\bMAY_USE\b([^)]*)")
+MOST_UNITS = 30
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 
 
@@ -32,10 +34,13 @@ def folder_of(header, arrows):
     return max(found, key=len) if found else None
 
 
+def sources():
+    return [path for path in sorted(ROOT.rglob("*")) if path.suffix in (".h", ".cpp", ".inc")]
+
+
 def faults(arrows):
-    for source in sorted(ROOT.rglob("*")):
-        if source.suffix not in (".h", ".cpp"):
-            continue
+    used = set()
+    for source in sources():
         own = source.relative_to(ROOT).as_posix()
         folder = folder_of(own, arrows)
         for number, line in enumerate(source.read_text(encoding="utf-8").splitlines(), 1):
@@ -50,10 +55,24 @@ def faults(arrows):
                 yield f"src/{own}:{number}: the folder has no vldv_folder"
             elif target is not None and target not in arrows[folder]:
                 yield f"src/{own}:{number}: {folder} may not use {target}"
+            used.add((folder, target))
+    for folder, names in sorted(arrows.items()):
+        for name in sorted(names - {folder}):
+            if (folder, name) not in used:
+                yield f"src/{folder}/CMakeLists.txt: MAY_USE names {name}, which nothing includes"
+
+
+def crowds():
+    units = {}
+    for source in sources():
+        units.setdefault(source.parent, set()).add(source.stem)
+    for folder, names in sorted(units.items()):
+        if len(names) > MOST_UNITS:
+            yield f"src/{folder.relative_to(ROOT).as_posix()}: {len(names)} units want rooms; at most {MOST_UNITS}"
 
 
 def main():
-    found = list(faults(read_arrows()))
+    found = [*faults(read_arrows()), *crowds()]
     print("\n".join(found), end="\n" if found else "")
     return 1 if found else 0
 
