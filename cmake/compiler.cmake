@@ -4,7 +4,10 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
-add_compile_options(-ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow -Werror)
+add_compile_options(-ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow)
+if(VLDV_WERROR)
+  add_compile_options(-Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 reports overlapping copies and out-of-bounds reads inside inlined std::string code that cannot happen.
   add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow)

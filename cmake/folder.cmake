@@ -32,7 +32,7 @@ function(vldv_test name)
   target_link_libraries(test_${name} PRIVATE GTest::gmock GTest::gtest_main ${TEST_LIBRARIES})
   target_compile_definitions(test_${name} PRIVATE
     VLDV_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
-    VLDV_SAMPLES="${PROJECT_SOURCE_DIR}/../shared/samples")
+    VLDV_SAMPLES="${VLDV_SAMPLES}")
   if(NOT VLDV_SANITIZE)
     target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
   endif()
