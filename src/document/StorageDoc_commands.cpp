@@ -4,16 +4,9 @@
 #include "document/history/DocumentHold.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
+#include "resources/commands.h"
 
 namespace {
-
-enum command : unsigned {
-    cmdRevert = 10025,
-    cmdDelete = 10026,
-    cmdShowAll = 10060,
-    cmdSave = 57603,
-    cmdSaveAs = 57604,
-};
 
 void warn(const std::wstring& file, const char* what)
 {
@@ -25,11 +18,11 @@ void warn(const std::wstring& file, const char* what)
 bool CStorageDoc::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     static constexpr command_row<CStorageDoc> rows[] = {
-        {cmdSave, &CStorageDoc::OnFileSave, &CStorageDoc::OnUpdateRevert},
-        {cmdSaveAs, &CStorageDoc::OnFileSaveAs},
-        {cmdRevert, &CStorageDoc::OnFileRevert, &CStorageDoc::OnUpdateRevert},
-        {cmdDelete, &CStorageDoc::OnFileDelete},
-        {cmdShowAll, &CStorageDoc::OnShowAllImages},
+        {commands::save, &CStorageDoc::OnFileSave, &CStorageDoc::OnUpdateRevert},
+        {commands::saveAs, &CStorageDoc::OnFileSaveAs},
+        {commands::revert, &CStorageDoc::OnFileRevert, &CStorageDoc::OnUpdateRevert},
+        {commands::deleteFile, &CStorageDoc::OnFileDelete},
+        {commands::showAll, &CStorageDoc::OnShowAllImages},
     };
     return dispatch_command<CStorageDoc>(*this, rows, id, ui) || CDocument::OnCmdMsg(id, ui);
 }

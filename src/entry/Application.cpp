@@ -5,6 +5,7 @@
 #include "entry/templates.h"
 #include "platform/dialogs/VarListDlg.h"
 #include "platform/files/interface_directory.h"
+#include "resources/commands.h"
 #include "view/Scale.h"
 #include "vldv.h"
 
@@ -12,19 +13,6 @@
 
 namespace {
 
-enum command : unsigned {
-    cmdQuickView = 10200,
-    cmdSaveAll = 10201,
-    cmdSettings = 10202,
-    cmdWindows = 10204,
-    cmdFirstClosed = 10220,
-    cmdLastClosed = 10239,
-    cmdOpen = 57601,
-    cmdPageSetup = 57605,
-    cmdFirstRecent = 57616,
-    cmdLastRecent = 57631,
-    cmdExit = 57665,
-};
 constexpr const char* recentSection = "Recent File List";
 
 std::string recent_key(std::size_t index) { return "File" + std::to_string(index + 1); }
@@ -77,15 +65,15 @@ void CVldvApp::storeRecentFiles()
 bool CVldvApp::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     static constexpr command_row<CVldvApp> rows[] = {
-        {cmdOpen, &CVldvApp::OnFileOpen},
-        {cmdQuickView, &CVldvApp::OnQuickView},
-        {cmdSaveAll, &CVldvApp::OnSaveAll, &CVldvApp::OnUpdateSaveAll},
-        {cmdPageSetup, &CVldvApp::OnPageSetup},
-        {cmdSettings, &CVldvApp::OnSettings},
-        {cmdWindows, &CVldvApp::OnWindows, &CVldvApp::OnUpdateWindows},
-        {cmdExit, &CVldvApp::OnExit},
-        {cmdFirstClosed, cmdLastClosed, &CVldvApp::OnReopenClosed, &CVldvApp::OnUpdateReopenClosed},
-        {cmdFirstRecent, cmdLastRecent, &CVldvApp::OnRecentFile, &CVldvApp::OnUpdateRecentFile},
+        {commands::open, &CVldvApp::OnFileOpen},
+        {commands::quickView, &CVldvApp::OnQuickView},
+        {commands::saveAll, &CVldvApp::OnSaveAll, &CVldvApp::OnUpdateSaveAll},
+        {commands::pageSetup, &CVldvApp::OnPageSetup},
+        {commands::settings, &CVldvApp::OnSettings},
+        {commands::windows, &CVldvApp::OnWindows, &CVldvApp::OnUpdateWindows},
+        {commands::exit, &CVldvApp::OnExit},
+        {commands::firstClosed, commands::lastClosed, &CVldvApp::OnReopenClosed, &CVldvApp::OnUpdateReopenClosed},
+        {commands::firstRecent, commands::lastRecent, &CVldvApp::OnRecentFile, &CVldvApp::OnUpdateRecentFile},
     };
     if (dispatch_command<CVldvApp>(*this, rows, id, ui) || CWinApp::OnCmdMsg(id, ui)) return true;
     // Palettes and modes belong to the scale that the others follow.
@@ -98,11 +86,11 @@ bool CVldvApp::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
     const auto append = [&](const std::string& label) {
         items.push_back({.id = first + static_cast<unsigned>(items.size()), .text = menu_text(label)});
     };
-    if (first == cmdFirstRecent) {
+    if (first == commands::firstRecent) {
         for (const std::wstring& path : recentFiles()) append(base::narrow(path));
         return true;
     }
-    if (first == cmdFirstClosed) {
+    if (first == commands::firstClosed) {
         for (const std::string& label : kept.closedLabels()) append(label);
         return true;
     }
@@ -144,7 +132,7 @@ void CVldvApp::OnExit()
 
 void CVldvApp::OnRecentFile(unsigned id)
 {
-    const std::size_t index = id - cmdFirstRecent;
+    const std::size_t index = id - commands::firstRecent;
     if (index >= recentFiles().size()) return;
     const std::wstring path = recentFiles()[index]; // opening moves it to the front
     OpenDocumentFile(path.c_str());
@@ -152,14 +140,14 @@ void CVldvApp::OnRecentFile(unsigned id)
 
 void CVldvApp::OnUpdateRecentFile(CCmdUI& ui)
 {
-    const std::size_t index = ui.m_nID - cmdFirstRecent;
+    const std::size_t index = ui.m_nID - commands::firstRecent;
     ui.Enable(index < recentFiles().size());
 }
 
-void CVldvApp::OnReopenClosed(unsigned id) { kept.reopen(id - cmdFirstClosed); }
+void CVldvApp::OnReopenClosed(unsigned id) { kept.reopen(id - commands::firstClosed); }
 
 void CVldvApp::OnUpdateReopenClosed(CCmdUI& ui)
 {
-    const std::size_t index = ui.m_nID - cmdFirstClosed;
+    const std::size_t index = ui.m_nID - commands::firstClosed;
     ui.Enable(index < kept.closedCount());
 }

@@ -14,9 +14,6 @@ constexpr menu_row dynamic(std::uint8_t depth, unsigned first, unsigned last)
     return {depth, menu_kind::dynamic, first, last, "", ""};
 }
 
-/// Commands of the functions of modules, in the order of the catalogue, and of the macros behind them.
-constexpr unsigned firstMathCommand = 9192, lastMathCommand = 9999;
-
 using menu_rows = std::span<const menu_row>;
 
 menu_rows file_rows();      ///< the popup "File" of a frame with a document

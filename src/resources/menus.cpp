@@ -1,5 +1,6 @@
 #include "resources/menus.h"
 
+#include "resources/commands.h"
 #include "resources/frame_templates.h"
 #include "resources/menu_parts.h"
 
@@ -43,12 +44,36 @@ constexpr unsigned allIds[] = {mainMenu,           sectionFrame,    surfaceFrame
                                volumeFrame,        parametricFrame, itemsFrame,     itemsTableFrame,    collageFrame,
                                fileOperationsPopup};
 
-constexpr unsigned mainToolbar[] = {57601, 57603, 0, 57607, 0, 57634, 57643, 57644, 0, 10012};
-constexpr unsigned surfaceToolbar[] = {6001, 6002, 6011,  6003,  6004,  6005,  6006, 6007,  6008, 6009,
-                                       6010, 0,    10015, 10031, 10045, 10064, 0,    10191, 10192};
-constexpr unsigned fourierToolbar[] = {6201, 6202, 0, 10046, 10047, 10098, 10099, 0, 10048, 10049, 10050};
-constexpr unsigned featuresToolbar[] = {6012, 6013, 0, 10067, 10171, 10136, 10104, 10068};
-constexpr unsigned captureToolbar[] = {10164, 10165, 0, 10072, 10078};
+constexpr unsigned mainToolbar[] = {commands::open, commands::save, 0, commands::print,       0, commands::copy,
+                                    commands::undo, commands::redo, 0, commands::paletteStrip};
+constexpr unsigned surfaceToolbar[] = {commands::firstMode,
+                                       commands::ellipse,
+                                       commands::isoline,
+                                       commands::section,
+                                       commands::distance,
+                                       commands::angle,
+                                       commands::marks,
+                                       commands::curve,
+                                       commands::lineProfile,
+                                       commands::columnProfile,
+                                       commands::lengthyObject,
+                                       0,
+                                       commands::scene,
+                                       commands::histogram,
+                                       commands::fourier,
+                                       commands::enumFeatures,
+                                       0,
+                                       commands::highlight,
+                                       commands::invert};
+constexpr unsigned fourierToolbar[] = {
+    commands::selectSpectrum, commands::markSpectrum, 0, commands::zeroInner,    commands::zeroOuter,
+    commands::increase,       commands::decrease,     0, commands::moreContrast, commands::lessContrast,
+    commands::restoreContrast};
+constexpr unsigned featuresToolbar[] = {commands::includeFeatures,  commands::excludeFeatures,  0,
+                                        commands::filteredFeatures, commands::selectedFeatures, commands::fillFeatures,
+                                        commands::excludeFiltered,  commands::profileHeight};
+constexpr unsigned captureToolbar[] = {commands::record, commands::stopRecord, 0, commands::captureFrame,
+                                       commands::captureFrames};
 
 std::vector<menu_row> joined(std::initializer_list<menu_rows> parts)
 {
@@ -92,13 +117,13 @@ std::span<const unsigned> toolbar_resource(unsigned id)
     switch (id) {
     case mainMenu:
         return mainToolbar;
-    case 102:
+    case surfaceFrame:
         return surfaceToolbar;
-    case 109:
+    case fourierFrame:
         return fourierToolbar;
-    case 112:
+    case captureFrame:
         return captureToolbar;
-    case 113:
+    case featuresFrame:
         return featuresToolbar;
     default:
         return {};

@@ -1,22 +1,10 @@
 #include "platform/app/Clipboard.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
+#include "resources/commands.h"
 #include "view/DCView.h"
 
 namespace {
-
-enum command : unsigned {
-    cmdShowLegend = 10020,
-    cmdCopyText = 10021,
-    cmdAddText = 10022,
-    cmdPreferences = 10118,
-    cmdActualPixels = 10121,
-    cmdFullScreen = 10138,
-    cmdPrint = 57607,
-    cmdPrintDirect = 57608,
-    cmdPrintPreview = 57609,
-    cmdCopy = 57634,
-};
 
 /// A view prints for its lifetime, and may throw meanwhile.
 class printing_state {
@@ -35,16 +23,16 @@ private:
 bool CDCView::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     static constexpr command_row<CDCView> rows[] = {
-        {cmdShowLegend, &CDCView::OnShowLegend, &CDCView::OnUpdateShowLegend},
-        {cmdCopy, &CDCView::OnEditCopy},
-        {cmdCopyText, &CDCView::OnEditCopytext},
-        {cmdAddText, &CDCView::OnEditAddtext},
-        {cmdPreferences, &CDCView::OnViewPreferences},
-        {cmdFullScreen, &CDCView::OnFullScreen},
-        {cmdPrint, &CDCView::OnFilePrint},
-        {cmdPrintDirect, &CDCView::OnFilePrintDirect},
-        {cmdPrintPreview, &CDCView::OnFilePrintPreview},
-        {cmdActualPixels, &CDCView::OnViewActualpixels, &CDCView::OnUpdateViewActualpixels},
+        {commands::showLegend, &CDCView::OnShowLegend, &CDCView::OnUpdateShowLegend},
+        {commands::copy, &CDCView::OnEditCopy},
+        {commands::copyText, &CDCView::OnEditCopytext},
+        {commands::addText, &CDCView::OnEditAddtext},
+        {commands::preferences, &CDCView::OnViewPreferences},
+        {commands::fullScreen, &CDCView::OnFullScreen},
+        {commands::print, &CDCView::OnFilePrint},
+        {commands::printDirect, &CDCView::OnFilePrintDirect},
+        {commands::printPreview, &CDCView::OnFilePrintPreview},
+        {commands::actualPixels, &CDCView::OnViewActualpixels, &CDCView::OnUpdateViewActualpixels},
     };
     return dispatch_command<CDCView>(*this, rows, id, ui) || CView::OnCmdMsg(id, ui);
 }

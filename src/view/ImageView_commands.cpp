@@ -5,6 +5,7 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
+#include "resources/commands.h"
 #include "resources/frame_templates.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
@@ -15,14 +16,6 @@
 
 namespace {
 
-enum command : unsigned {
-    cmdParameters = 10041,
-    cmdDuplicate = 10151,
-    cmdDisplayParameters = 10157,
-    cmdClearDecorations = 10166,
-    cmdUndo = 57643,
-    cmdRedo = 57644,
-};
 constexpr unsigned exportFilters = 4026;
 constexpr const char* parametersListKey = "ParametersList";
 
@@ -31,12 +24,12 @@ constexpr const char* parametersListKey = "ParametersList";
 bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     static constexpr command_row<CImageView> rows[] = {
-        {cmdParameters, &CImageView::OnViewParameters},
-        {cmdDuplicate, &CImageView::OnViewClone},
-        {cmdDisplayParameters, &CImageView::OnViewDisplayparameters, &CImageView::OnUpdateViewDisplayparameters},
-        {cmdClearDecorations, &CImageView::OnClearDecorations, &CImageView::OnUpdateClearDecorations},
-        {cmdUndo, &CImageView::OnEditUndo, &CImageView::OnUpdateEditUndo},
-        {cmdRedo, &CImageView::OnEditRedo, &CImageView::OnUpdateEditRedo},
+        {commands::parameters, &CImageView::OnViewParameters},
+        {commands::duplicate, &CImageView::OnViewClone},
+        {commands::displayParameters, &CImageView::OnViewDisplayparameters, &CImageView::OnUpdateViewDisplayparameters},
+        {commands::clearDecorations, &CImageView::OnClearDecorations, &CImageView::OnUpdateClearDecorations},
+        {commands::undo, &CImageView::OnEditUndo, &CImageView::OnUpdateEditUndo},
+        {commands::redo, &CImageView::OnEditRedo, &CImageView::OnUpdateEditRedo},
     };
     return dispatch_command<CImageView>(*this, rows, id, ui) || CDCView::OnCmdMsg(id, ui);
 }

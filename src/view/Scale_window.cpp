@@ -3,6 +3,7 @@
 #include "platform/app/Document.h"
 #include "platform/app/WinApp.h"
 #include "platform/app/menu_item.h"
+#include "resources/commands.h"
 #include "view/ImageView.h"
 #include "view/Scale.h"
 #include "view/scale/CustomPaletteDialog.h"
@@ -12,15 +13,7 @@
 
 namespace {
 
-enum command : unsigned {
-    cmdAutoscaling = 10011,
-    cmdFixedScale = 10152,
-    cmdPerLine = 10154,
-    cmdPerLinePlanefit = 10156,
-    cmdFirstPalette = 12001,
-    cmdFirstFilePalette = cmdFirstPalette + view::builtInPalettes,
-    cmdLastPalette = 12100,
-};
+constexpr unsigned firstFilePalette = commands::firstPalette + view::builtInPalettes;
 /// The scale changed; with the flag, every view takes it, otherwise the one with the focus.
 constexpr std::uint32_t scaleHint = 4, everyView = 0x100;
 
@@ -55,7 +48,7 @@ std::string palette_text(int id)
 {
     if (id >= view::builtInPalettes) return menu_text(CScale::getPaletteName(id));
     const std::vector<menu_row> rows = menu_resource(scalePopup);
-    const auto row = std::ranges::find(rows, cmdFirstPalette + static_cast<unsigned>(id), &menu_row::id);
+    const auto row = std::ranges::find(rows, commands::firstPalette + static_cast<unsigned>(id), &menu_row::id);
     return row == rows.end() ? std::string() : row->text;
 }
 
@@ -66,7 +59,8 @@ public:
     explicit strip_commands(CScale& strip_) : strip(strip_) {}
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override
     {
-        const bool follows = id >= cmdFirstPalette && id <= cmdLastPalette ? strip.syncPalette : strip.syncDelimiters;
+        const bool follows =
+            id >= commands::firstPalette && id <= commands::lastPalette ? strip.syncPalette : strip.syncDelimiters;
         return (follows ? *CScale::GetStaticScale() : strip).OnCmdMsg(id, ui);
     }
     bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override
@@ -105,45 +99,46 @@ void CScale::OnPaint(CDC& dc) { DrawScale(dc, GetClientRect()); }
 bool CScale::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     static constexpr command_row<CScale> rows[] = {
-        {cmdFirstPalette, cmdLastPalette, &CScale::OnPalette, &CScale::OnUpdatePalette},
-        {cmdFixedScale, &CScale::OnScaleFixedscale, &CScale::OnUpdateMode},
-        {cmdAutoscaling, &CScale::OnScaleAutoscaling, &CScale::OnUpdateMode},
-        {cmdPerLine, &CScale::OnScalePerLineAutoscaling, &CScale::OnUpdateMode},
-        {cmdPerLinePlanefit, &CScale::OnScalePerLineAutoscalingWithPlanefit, &CScale::OnUpdateMode},
+        {commands::firstPalette, commands::lastPalette, &CScale::OnPalette, &CScale::OnUpdatePalette},
+        {commands::fixedScale, &CScale::OnScaleFixedscale, &CScale::OnUpdateMode},
+        {commands::autoscaling, &CScale::OnScaleAutoscaling, &CScale::OnUpdateMode},
+        {commands::perLine, &CScale::OnScalePerLineAutoscaling, &CScale::OnUpdateMode},
+        {commands::perLinePlanefit, &CScale::OnScalePerLineAutoscalingWithPlanefit, &CScale::OnUpdateMode},
     };
     return dispatch_command<CScale>(*this, rows, id, ui) || CWnd::OnCmdMsg(id, ui);
 }
 
 bool CScale::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
 {
-    if (first != cmdFirstPalette && first != cmdFirstFilePalette) return false;
-    const unsigned count = std::min(static_cast<unsigned>(GetPalettesNumber()), cmdLastPalette - cmdFirstPalette + 1);
-    for (unsigned i = first - cmdFirstPalette; i < count; ++i)
-        items.push_back({.id = cmdFirstPalette + i, .text = palette_text(static_cast<int>(i))});
+    if (first != commands::firstPalette && first != firstFilePalette) return false;
+    const unsigned count =
+        std::min(static_cast<unsigned>(GetPalettesNumber()), commands::lastPalette - commands::firstPalette + 1);
+    for (unsigned i = first - commands::firstPalette; i < count; ++i)
+        items.push_back({.id = commands::firstPalette + i, .text = palette_text(static_cast<int>(i))});
     return true;
 }
 
 void CScale::OnPalette(unsigned id)
 {
-    if (id == cmdFirstPalette)
+    if (id == commands::firstPalette)
         OnCustomPalette(nullptr); // the main window is its parent
     else
-        SetPaletteId(static_cast<int>(id - cmdFirstPalette));
+        SetPaletteId(static_cast<int>(id - commands::firstPalette));
 }
 
 void CScale::OnUpdatePalette(CCmdUI& ui)
 {
-    const int id = static_cast<int>(ui.m_nID - cmdFirstPalette);
+    const int id = static_cast<int>(ui.m_nID - commands::firstPalette);
     ui.Enable(id < GetPalettesNumber());
     ui.SetCheck(id == paletteId);
 }
 
 void CScale::OnUpdateMode(CCmdUI& ui)
 {
-    const int mode = ui.m_nID == cmdFixedScale    ? view::fixedScale
-                     : ui.m_nID == cmdAutoscaling ? view::autoScale
-                     : ui.m_nID == cmdPerLine     ? view::perLine
-                                                  : view::perLinePlanefit;
+    const int mode = ui.m_nID == commands::fixedScale    ? view::fixedScale
+                     : ui.m_nID == commands::autoscaling ? view::autoScale
+                     : ui.m_nID == commands::perLine     ? view::perLine
+                                                         : view::perLinePlanefit;
     ui.SetCheck(mode == autoScaling);
 }
 

@@ -17,6 +17,7 @@
 #include "host/window/qt_toolbar.h"
 #include "host/window/tiling.h"
 #include "platform/files/paths.h"
+#include "resources/commands.h"
 #include "view/frame/option_rows.h"
 
 #include <QAction>
@@ -38,19 +39,6 @@
 
 namespace {
 
-enum command : unsigned {
-    cmdOutput = 10205,
-    cmdHelp = 10206,
-    cmdOpen = 57601,
-    cmdClose = 57602,
-    cmdCascade = 57650,
-    cmdTileHorizontally = 57651,
-    cmdTileVertically = 57652,
-    cmdAbout = 57664,
-    cmdToolbar = 59392,
-    cmdStatusBar = 59393,
-    cmdFirstWindow = 65280,
-};
 constexpr int outputHeight = 110;                   // pixels
 constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
 
@@ -139,51 +127,51 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
 {
     CFrameWnd* const active = app.activeFrame();
     switch (id) {
-    case cmdClose:
+    case commands::close:
         if (ui)
             ui->Enable(active != nullptr);
         else if (active)
             active->OnClose();
         return active != nullptr;
-    case cmdCascade:
-    case cmdTileHorizontally:
-    case cmdTileVertically:
+    case commands::cascade:
+    case commands::tileHorizontally:
+    case commands::tileVertically:
         if (ui)
             ui->Enable(!frames->subWindowList().isEmpty());
-        else if (id == cmdCascade)
+        else if (id == commands::cascade)
             frames->cascadeSubWindows();
         else
-            tile(id == cmdTileVertically);
+            tile(id == commands::tileVertically);
         return true;
-    case cmdOutput:
+    case commands::output:
         if (ui)
             ui->SetCheck(pane->isVisible());
         else
             pane->setVisible(!pane->isVisible());
         return true;
-    case cmdStatusBar:
+    case commands::statusBar:
         if (ui)
             ui->SetCheck(statusBar()->isVisible());
         else
             statusBar()->setVisible(!statusBar()->isVisible());
         return true;
-    case cmdToolbar:
+    case commands::toolbar:
         if (ui)
             ui->SetCheck(tools->isVisible());
         else
             tools->setVisible(!tools->isVisible());
         return true;
-    case cmdAbout:
+    case commands::about:
         if (!ui) host::show_about(this);
         return true;
-    case cmdHelp:
+    case commands::help:
         if (!ui) showHelp();
         return true;
     default:
         break;
     }
-    const std::size_t index = id - cmdFirstWindow;
-    if (id < cmdFirstWindow || index >= app.frames().size()) return false;
+    const std::size_t index = id - commands::firstWindow;
+    if (id < commands::firstWindow || index >= app.frames().size()) return false;
     CFrameWnd& frame = *app.frames()[index];
     if (ui)
         ui->SetCheck(&frame == active);
@@ -194,7 +182,7 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
 
 bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
 {
-    if (first != cmdFirstWindow) return app.routeMenuItems(first, items);
+    if (first != commands::firstWindow) return app.routeMenuItems(first, items);
     for (const std::unique_ptr<CFrameWnd>& frame : app.frames())
         items.push_back({.id = first + static_cast<unsigned>(items.size()),
                          .text = menu_text(base::narrow(frame->GetWindowText()))});
@@ -290,7 +278,7 @@ void CMainWindow::fillStartPage()
         if (CStorageDocTemplate::showsDimensions(row.dimensions))
             examples.push_back({QString::fromUtf8(row.title), QStringLiteral("Opens the bundled example"),
                                 [this, &row] { entry::open_example(app, row); }});
-    start->setEntries(recent, examples, [this] { app.routeCommand(cmdOpen, nullptr); });
+    start->setEntries(recent, examples, [this] { app.routeCommand(commands::open, nullptr); });
     start->setFocus(); // or the output pane would have the keys
 }
 

@@ -1,6 +1,7 @@
 #include "host/window/OutputPane.h"
 
 #include "host/window/QtPanes.h"
+#include "resources/commands.h"
 
 #include <QLineEdit>
 
@@ -10,15 +11,14 @@ std::wstring COutputPane::selectedText() const { return host::selected_text(*thi
 
 bool host::field_command(QLineEdit& field, unsigned id, CCmdUI* ui)
 {
-    enum command : unsigned { cmdCopy = 57634, cmdSelectAll = 57642, cmdUndo = 57643, cmdRedo = 57644 };
-    const bool isPossible = id == cmdCopy        ? field.hasSelectedText()
-                            : id == cmdSelectAll ? !field.text().isEmpty()
-                            : id == cmdUndo      ? field.isUndoAvailable()
-                                                 : id == cmdRedo && field.isRedoAvailable();
+    const bool isPossible = id == commands::copy        ? field.hasSelectedText()
+                            : id == commands::selectAll ? !field.text().isEmpty()
+                            : id == commands::undo      ? field.isUndoAvailable()
+                                                        : id == commands::redo && field.isRedoAvailable();
     if (!isPossible || ui) return isPossible;
-    if (id == cmdCopy) field.copy();
-    if (id == cmdSelectAll) field.selectAll();
-    if (id == cmdUndo) field.undo();
-    if (id == cmdRedo) field.redo();
+    if (id == commands::copy) field.copy();
+    if (id == commands::selectAll) field.selectAll();
+    if (id == commands::undo) field.undo();
+    if (id == commands::redo) field.redo();
     return true;
 }

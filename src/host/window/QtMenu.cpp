@@ -2,6 +2,7 @@
 
 #include "host/peer/QtPeer.h"
 #include "paint/QtDC.h"
+#include "resources/commands.h"
 #include "view/scale/PaletteMenuButton.h"
 
 #include <QAction>
@@ -9,8 +10,6 @@
 #include <QStyle>
 
 namespace {
-
-constexpr unsigned firstPalette = 12001;
 
 } // namespace
 
@@ -41,7 +40,7 @@ void CQtMenu::paintEvent(QPaintEvent* event)
     for (QAction* const action : actions()) {
         if (!action->data().isValid() || !event->rect().intersects(actionGeometry(action))) continue;
         const unsigned command = action->data().toUInt();
-        const CPaletteMenuButton button(static_cast<int>(command - firstPalette), command,
+        const CPaletteMenuButton button(static_cast<int>(command - commands::firstPalette), command,
                                         action->text().toStdWString().c_str(), -1);
         CQtDC dc(*this);
         button.OnDraw(dc, host::rect_of(actionGeometry(action)), now, true);

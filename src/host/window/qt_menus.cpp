@@ -2,6 +2,7 @@
 
 #include "host/window/QtMenu.h"
 #include "host/window/command_help.h"
+#include "resources/commands.h"
 
 #include <QAction>
 #include <QMenu>
@@ -11,8 +12,6 @@
 namespace host {
 
 namespace {
-
-constexpr unsigned firstPalette = 12001, lastPalette = 12100;
 
 /// The rows below the popup at `index`, and the index behind them.
 std::vector<menu_row> content_of(const std::vector<menu_row>& rows, std::size_t index, std::size_t& end)
@@ -107,7 +106,7 @@ private:
             action->setChecked(true);
         }
         auto* const pictures = dynamic_cast<CQtMenu*>(&menu);
-        if (pictures && id >= firstPalette && id <= lastPalette) pictures->addPalette(*action, id);
+        if (pictures && id >= commands::firstPalette && id <= commands::lastPalette) pictures->addPalette(*action, id);
         if (*shortcut) action->setText(action->text() + "\t" + QString::fromLatin1(shortcut));
         QObject::connect(action, &QAction::triggered, &menu, [route = source.route, id] { route(id, nullptr); });
     }

@@ -4,6 +4,7 @@
 #include "platform/app/DocTemplate.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
+#include "resources/commands.h"
 #include "resources/menus.h"
 #include "surface/views/SurfMathView.h"
 #include "view/image/SectionSource.h"
@@ -13,38 +14,6 @@
 
 namespace {
 
-enum command : unsigned {
-    cmdAutoRefresh = 10014,
-    cmdScene = 10015,
-    cmdRefresh = 10016,
-    cmdNormalize = 10017,
-    cmdFileInfo = 10023,
-    cmdRemoveMarks = 10027,
-    cmdNumbered = 10028,
-    cmdRemoveCurves = 10029,
-    cmdHistogram = 10031,
-    cmdFourier = 10045,
-    cmdResolution = 10080,
-    cmdCompact = 10082,
-    cmdShowZScale = 10084,
-    cmdCurveToSection = 10088,
-    cmdSaveDecorations = 10094,
-    cmdLoadDecorations = 10095,
-    cmdCalibrationCurve = 10096,
-    cmdResample = 10097,
-    cmdMeasureDistance = 10100,
-    cmdSelectRoi = 10101,
-    cmdClearRoi = 10102,
-    cmdRememberPalette = 10112,
-    cmdInverseSelection = 10143,
-    cmdZoomWindow = 10145,
-    cmdHighlight = 10191,
-    cmdInvert = 10192,
-    cmdFirstMode = 6001,
-    cmdLastMode = 6100,
-    cmdFirstMarkStyle = 6101,
-    cmdLastMarkStyle = 6102,
-};
 constexpr const char* profileSection = "SurfMathView";
 
 void keep(const char* key, int value)
@@ -58,34 +27,34 @@ bool CSurfMathView::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     using view_class = CSurfMathView;
     static constexpr command_row<CSurfMathView> rows[] = {
-        {cmdAutoRefresh, &view_class::OnAutoRefresh, &view_class::OnUpdateAutoRefresh},
-        {cmdRefresh, &view_class::OnRefresh},
-        {cmdNormalize, &view_class::OnNormalize},
-        {cmdFileInfo, &view_class::OnFileInfo, &view_class::OnUpdateFileInfo},
-        {cmdRemoveMarks, &view_class::OnRemoveMarks, &view_class::OnUpdateRemoveMarks},
-        {cmdNumbered, &view_class::OnNumbered, &view_class::OnUpdateNumbered},
-        {cmdRemoveCurves, &view_class::OnRemoveCurves, &view_class::OnUpdateRemoveCurves},
-        {cmdCompact, &view_class::OnCompact, &view_class::OnUpdateCompact},
-        {cmdShowZScale, &view_class::OnShowZScale, &view_class::OnUpdateShowZScale},
-        {cmdSelectRoi, &view_class::OnSelectRoi},
-        {cmdClearRoi, &view_class::OnClearRoi, &view_class::OnUpdateClearRoi},
-        {cmdRememberPalette, &view_class::OnRememberPalette, &view_class::OnUpdateRememberPalette},
-        {cmdHighlight, &view_class::OnHighlight, &view_class::OnUpdateHighlight},
-        {cmdInvert, &view_class::OnInvert, &view_class::OnUpdateInvert},
-        {cmdFirstMode, cmdLastMode, &view_class::OnCursorMode, &view_class::OnUpdateCursorMode},
-        {cmdInverseSelection, &view_class::OnInverseSelection, &view_class::OnUpdateInverseSelection},
-        {cmdCurveToSection, &view_class::OnCurveToSection, &view_class::OnUpdateCurveToSection},
-        {cmdMeasureDistance, &view_class::OnMeasureDistance, &view_class::OnUpdateMeasureDistance},
-        {cmdSaveDecorations, &view_class::OnSaveDecorations, &view_class::OnUpdateHasSamples},
-        {cmdLoadDecorations, &view_class::OnLoadDecorations, &view_class::OnUpdateHasSamples},
-        {cmdZoomWindow, &view_class::OnZoomWindow, &view_class::OnUpdateZoomWindow},
-        {cmdScene, cmdScene, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
-        {cmdHistogram, cmdHistogram, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
-        {cmdFourier, cmdFourier, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
-        {cmdResolution, &view_class::OnResolution, &view_class::OnUpdateHasSamples},
-        {cmdCalibrationCurve, &view_class::OnCalibrationCurve, &view_class::OnUpdateCalibrationCurve},
-        {cmdResample, &view_class::OnResample, &view_class::OnUpdateHasSamples},
-        {cmdFirstMarkStyle, cmdLastMarkStyle, &view_class::OnMarkStyle, &view_class::OnUpdateMarkStyle},
+        {commands::autoRefresh, &view_class::OnAutoRefresh, &view_class::OnUpdateAutoRefresh},
+        {commands::refresh, &view_class::OnRefresh},
+        {commands::normalize, &view_class::OnNormalize},
+        {commands::fileInfo, &view_class::OnFileInfo, &view_class::OnUpdateFileInfo},
+        {commands::removeMarks, &view_class::OnRemoveMarks, &view_class::OnUpdateRemoveMarks},
+        {commands::numbered, &view_class::OnNumbered, &view_class::OnUpdateNumbered},
+        {commands::removeCurves, &view_class::OnRemoveCurves, &view_class::OnUpdateRemoveCurves},
+        {commands::compact, &view_class::OnCompact, &view_class::OnUpdateCompact},
+        {commands::showZScale, &view_class::OnShowZScale, &view_class::OnUpdateShowZScale},
+        {commands::selectRoi, &view_class::OnSelectRoi},
+        {commands::clearRoi, &view_class::OnClearRoi, &view_class::OnUpdateClearRoi},
+        {commands::rememberPalette, &view_class::OnRememberPalette, &view_class::OnUpdateRememberPalette},
+        {commands::highlight, &view_class::OnHighlight, &view_class::OnUpdateHighlight},
+        {commands::invert, &view_class::OnInvert, &view_class::OnUpdateInvert},
+        {commands::firstMode, commands::lastMode, &view_class::OnCursorMode, &view_class::OnUpdateCursorMode},
+        {commands::inverseSelection, &view_class::OnInverseSelection, &view_class::OnUpdateInverseSelection},
+        {commands::curveToSection, &view_class::OnCurveToSection, &view_class::OnUpdateCurveToSection},
+        {commands::measureDistance, &view_class::OnMeasureDistance, &view_class::OnUpdateMeasureDistance},
+        {commands::saveDecorations, &view_class::OnSaveDecorations, &view_class::OnUpdateHasSamples},
+        {commands::loadDecorations, &view_class::OnLoadDecorations, &view_class::OnUpdateHasSamples},
+        {commands::zoomWindow, &view_class::OnZoomWindow, &view_class::OnUpdateZoomWindow},
+        {commands::scene, commands::scene, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {commands::histogram, commands::histogram, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {commands::fourier, commands::fourier, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {commands::resolution, &view_class::OnResolution, &view_class::OnUpdateHasSamples},
+        {commands::calibrationCurve, &view_class::OnCalibrationCurve, &view_class::OnUpdateCalibrationCurve},
+        {commands::resample, &view_class::OnResample, &view_class::OnUpdateHasSamples},
+        {commands::firstMarkStyle, commands::lastMarkStyle, &view_class::OnMarkStyle, &view_class::OnUpdateMarkStyle},
     };
     return dispatch_command<CSurfMathView>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
 }
@@ -140,13 +109,13 @@ void CSurfMathView::OnUpdateNumbered(CCmdUI& ui) { ui.SetCheck(marksNumbered); }
 
 void CSurfMathView::OnMarkStyle(unsigned id)
 {
-    marksStyle = std::clamp(static_cast<int>(id - cmdFirstMarkStyle), 0, 1);
+    marksStyle = std::clamp(static_cast<int>(id - commands::firstMarkStyle), 0, 1);
     keep("MarksStyle", marksStyle);
     Invalidate(true);
 }
 void CSurfMathView::OnUpdateMarkStyle(CCmdUI& ui)
 {
-    ui.SetRadio(static_cast<int>(ui.m_nID - cmdFirstMarkStyle) == marksStyle);
+    ui.SetRadio(static_cast<int>(ui.m_nID - commands::firstMarkStyle) == marksStyle);
 }
 
 void CSurfMathView::OnSelectRoi()

@@ -1,6 +1,7 @@
 // Commands of the mouse, and those that open other views and dialogs.
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "resources/commands.h"
 #include "surface/figures/decoration_file.h"
 #include "surface/figures/resampling.h"
 #include "surface/figures/resolution.h"
@@ -17,7 +18,6 @@ namespace {
 
 using surface::cursor_mode;
 
-constexpr unsigned firstMode = 6001;
 constexpr std::size_t fewestLines = 3; // of a grating, to fit a line through
 
 unsigned template_of(unsigned command) noexcept
@@ -41,11 +41,11 @@ long CSurfMathView::GetToolbarIDs(unsigned* first, unsigned* second, unsigned* t
     return kind;
 }
 
-void CSurfMathView::OnCursorMode(unsigned id) { machine.setMode(static_cast<int>(id - firstMode)); }
+void CSurfMathView::OnCursorMode(unsigned id) { machine.setMode(static_cast<int>(id - commands::firstMode)); }
 
 void CSurfMathView::OnUpdateCursorMode(CCmdUI& ui)
 {
-    const auto mode = static_cast<cursor_mode>(ui.m_nID - firstMode);
+    const auto mode = static_cast<cursor_mode>(ui.m_nID - commands::firstMode);
     ui.SetCheck(mode == drawn.mode);
     switch (mode) {
     case cursor_mode::section:

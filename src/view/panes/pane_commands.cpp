@@ -6,6 +6,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 #include "platform/files/text_file.h"
+#include "resources/commands.h"
 #include "resources/strings.h"
 #include "view/DCView.h"
 #include "view/panes/text_pages.h"
@@ -16,15 +17,6 @@ namespace view {
 
 namespace {
 
-enum command : unsigned {
-    cmdSave = 57603,
-    cmdSaveAs = 57604,
-    cmdPrint = 57607,
-    cmdPrintDirect = 57608,
-    cmdPrintPreview = 57609,
-    cmdCopy = 57634,
-    cmdSelectAll = 57642,
-};
 constexpr unsigned textFilter = 4029;
 constexpr const char* extension = "txt";
 
@@ -70,15 +62,16 @@ print_job job_of(const IPaneContent& content, bool asks)
 bool pane_command(IPaneContent& content, unsigned id, CCmdUI* ui)
 {
     CWinApp* const app = AfxGetApp();
-    const bool isKnown = id == cmdSave || id == cmdSaveAs || id == cmdPrint || id == cmdPrintDirect ||
-                         id == cmdPrintPreview || id == cmdCopy || id == cmdSelectAll;
+    const bool isKnown = id == commands::save || id == commands::saveAs || id == commands::print ||
+                         id == commands::printDirect || id == commands::printPreview || id == commands::copy ||
+                         id == commands::selectAll;
     if (!app || !isKnown) return false;
     if (ui) return true;
-    if (id == cmdCopy) copy(content);
-    if (id == cmdSelectAll) content.selectAll();
-    if (id == cmdSave || id == cmdSaveAs) save(content, app->host());
-    if (id == cmdPrint || id == cmdPrintDirect) app->host().print(job_of(content, id == cmdPrint));
-    if (id == cmdPrintPreview) app->host().previewPrint(job_of(content, false));
+    if (id == commands::copy) copy(content);
+    if (id == commands::selectAll) content.selectAll();
+    if (id == commands::save || id == commands::saveAs) save(content, app->host());
+    if (id == commands::print || id == commands::printDirect) app->host().print(job_of(content, id == commands::print));
+    if (id == commands::printPreview) app->host().previewPrint(job_of(content, false));
     return true;
 }
 
