@@ -1,10 +1,10 @@
 #pragma once
 #include <cstdint>
 
-/// What `UpdateAllViews` carries: the code in the low byte, a reload flag in the next, the image index above.
+/// What `UpdateAllViews` carries.
 namespace document {
 
-/// Low byte of a hint: what happened.
+/// What happened; families of views have codes of their own above these.
 enum hint_code : std::uint32_t {
     hintNewData = 0,
     hintNewSize = 1,
@@ -19,19 +19,46 @@ enum hint_code : std::uint32_t {
     hintAddMark = 11,  ///< the object is its point, samples
     hintShowText = 12, ///< the object is a measurement
 };
-/// In the second byte: views reload.
-constexpr std::uint32_t hintReloads = 0x100;
+/// A hint in its parts: the code is the low byte of the number that travels, the next one is not 0 where views
+/// reload, and the image stands in the upper half.
+struct hint {
+    std::uint32_t code = hintNewData;
+    unsigned image = 0; ///< below 65536
+    bool reloads = false;
+
+    constexpr std::uint32_t packed() const noexcept { return image << 16 | (reloads ? 0x100u : 0u) | code; }
+    static constexpr hint unpacked(std::uint32_t bits) noexcept
+    {
+        return {bits & 0xffu, bits >> 16, (bits >> 8 & 0xffu) != 0};
+    }
+};
+
+/// The parts of `hintAxesChanged`, each of 8 bits above the code.
+struct axis_change {
+    unsigned dimension = 0; ///< `unsigned(-1)` for a value axis
+    unsigned image = 0, axis = 0;
+
+    constexpr std::uint32_t packed() const noexcept
+    {
+        return dimension << 24 | (image & 0xffu) << 16 | (axis & 0xffu) << 8 | hintAxesChanged;
+    }
+    /// Whether such a hint is of an image, as far as its 8 bits tell.
+    static constexpr bool is_of(std::uint32_t bits, unsigned image_) noexcept
+    {
+        return (bits >> 16 & 0xffu) == (image_ & 0xffu);
+    }
+};
 
 /// The shape of the image changed: views rebuild their geometry.
-constexpr std::uint32_t shape_hint(unsigned image) noexcept { return image << 16 | 1u; }
+constexpr std::uint32_t shape_hint(unsigned image) noexcept { return hint{hintNewSize, image}.packed(); }
 /// The data of the image changed: views reload and redraw.
-constexpr std::uint32_t data_hint(unsigned image) noexcept { return image << 16 | 258u; }
+constexpr std::uint32_t data_hint(unsigned image) noexcept { return hint{hintDataChanged, image, true}.packed(); }
 /// What is drawn over the image changed: views redraw.
-constexpr std::uint32_t drawing_hint(unsigned image) noexcept { return image << 16 | 2u; }
-/// An axis changed. `dimension` is `unsigned(-1)` for a value axis; each part has 8 bits.
+constexpr std::uint32_t drawing_hint(unsigned image) noexcept { return hint{hintDataChanged, image}.packed(); }
+/// An axis changed, see `axis_change`.
 constexpr std::uint32_t axis_hint(unsigned dimension, unsigned image, unsigned axis) noexcept
 {
-    return dimension << 24 | (image & 0xffu) << 16 | (axis & 0xffu) << 8 | 3u;
+    return axis_change{dimension, image, axis}.packed();
 }
 
 } // namespace document

@@ -1,15 +1,9 @@
 #include "view/DCView.h"
 
 #include "base/text.h"
+#include "document/update_hints.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
-
-namespace {
-
-/// Low byte of a hint.
-enum hint_code : std::uint32_t { newData = 0, newSize = 1 };
-
-} // namespace
 
 CRect CDCView::rtMargin(1250, 1000, 1250, 1000);
 const CDCView* CDCView::placeInStatus = nullptr;
@@ -48,8 +42,8 @@ void CDCView::OnInitialUpdate()
 
 void CDCView::OnUpdate(CView*, std::uint32_t hint, const hint_object&)
 {
-    switch (hint & 0xffu) {
-    case newData: {
+    switch (document::hint::unpacked(hint).code) {
+    case document::hintNewData: {
         image.Clear();
         sourceRect = CRect(0, 0, static_cast<int>(getSourceWidth()), static_cast<int>(getSourceHeight()));
         int width = sourceRect.Width(), height = sourceRect.Height();
@@ -60,7 +54,7 @@ void CDCView::OnUpdate(CView*, std::uint32_t hint, const hint_object&)
         hasOpened = true;
         break;
     }
-    case newSize:
+    case document::hintNewSize:
         createImage(true);
         break;
     default:

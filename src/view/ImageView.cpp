@@ -40,9 +40,9 @@ void CImageView::GetOptionsList(SPMVar* vars, unsigned* count)
 
 void CImageView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    const bool reloads = (hint & document::hintReloads) != 0;
-    const bool isOurs = hint >> 16 == imageNumber;
-    switch (hint & 0xffu) {
+    const document::hint told = document::hint::unpacked(hint);
+    const bool isOurs = told.image == imageNumber;
+    switch (told.code) {
     case document::hintNewData:
         CDCView::OnUpdate(sender, hint, object);
         InitImageView();
@@ -54,14 +54,14 @@ void CImageView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& 
         break;
     case document::hintDataChanged:
         if (!isOurs) break;
-        if (reloads) LoadData();
+        if (told.reloads) LoadData();
         Invalidate(true);
         break;
     case document::hintAxesChanged:
-        if ((hint >> 16 & 0xffu) == (imageNumber & 0xffu)) LoadOptions("^Axis[XYZ]$");
+        if (document::axis_change::is_of(hint, imageNumber)) LoadOptions("^Axis[XYZ]$");
         break;
     case document::hintScaleChanged:
-        if (!(hint >> 8 & 0xffu) && !HasFocus()) break;
+        if (!told.reloads && !HasFocus()) break;
         LoadData();
         Invalidate(true);
         break;

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "document/update_hints.h"
 #include "platform/app/DocTemplate.h"
 #include "platform/app/Document.h"
 #include "platform/app/WinApp.h"
@@ -14,15 +15,15 @@
 namespace {
 
 constexpr unsigned firstFilePalette = commands::firstPalette + view::builtInPalettes;
-/// The scale changed; with the flag, every view takes it, otherwise the one with the focus.
-constexpr std::uint32_t scaleHint = 4, everyView = 0x100;
 
-void tell_documents(std::uint32_t hint)
+/// The scale changed, for every view or for the one with the focus.
+void tell_documents(bool everyView)
 {
     const CWinApp* const app = AfxGetApp();
     if (!app) return;
     for (const CDocTemplate* maker : app->docTemplates())
-        for (const std::unique_ptr<CDocument>& document : maker->documents()) document->UpdateAllViews(nullptr, hint);
+        for (const std::unique_ptr<CDocument>& document : maker->documents())
+            document->UpdateAllViews(nullptr, document::hint{document::hintScaleChanged, 0, everyView}.packed());
 }
 
 /// The view that a strip serves: the one with the keyboard focus, or null.
@@ -81,11 +82,11 @@ bool CScale::createStrip(CWnd* parent_)
     return true;
 }
 
-void CScale::UpdateActiveView() { tell_documents(scaleHint); }
+void CScale::UpdateActiveView() { tell_documents(false); }
 
 void CScale::SyncScale()
 {
-    tell_documents(scaleHint | everyView);
+    tell_documents(true);
     Invalidate(false);
 }
 

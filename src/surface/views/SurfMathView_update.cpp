@@ -22,8 +22,9 @@ bool is_inside(CPoint point, CSize size) noexcept
 void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
 {
     if (!stream()) return;
-    const bool isOurs = hint >> 16 == imageNumber;
-    switch (hint & 0xffu) {
+    const document::hint told = document::hint::unpacked(hint);
+    const bool isOurs = told.image == imageNumber;
+    switch (told.code) {
     case document::hintNewData:
         return onNewData(sender, hint, object);
     case document::hintNewSize:
@@ -33,7 +34,7 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
         paletteDirty = !hasStoredPalette();
         if (isOurs) renewStoredPalette();
         CImageView::OnUpdate(sender, hint, object);
-        if (isOurs && (hint & document::hintReloads) != 0) refreshZoomWindow();
+        if (isOurs && told.reloads) refreshZoomWindow();
         return remeasure();
     case document::hintAxesChanged:
         CImageView::OnUpdate(sender, hint, object);
@@ -129,7 +130,7 @@ void CSurfMathView::dropOutside(CSize whole)
 
 void CSurfMathView::onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    if (((hint & document::hintReloads) != 0 || HasFocus()) && mayStorePalette()) {
+    if ((document::hint::unpacked(hint).reloads || HasFocus()) && mayStorePalette()) {
         paletteDirty = false;
         scale.SyncDelimiters();
         if (const CScale* const common = CScale::GetStaticScale()) scale.SetPaletteId(common->GetPaletteId());

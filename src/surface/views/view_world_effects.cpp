@@ -26,13 +26,13 @@ void view_world::rebuildStatistics() { view.updateStatistics(); }
 
 void view_world::sendHint(std::uint32_t code, CPoint point)
 {
-    view.GetDocument()->UpdateAllViews(nullptr, view.getImageNumber() << 16 | code, point);
+    view.GetDocument()->UpdateAllViews(nullptr, document::hint{code, view.getImageNumber()}.packed(), point);
 }
 
 void view_world::sendToFeatures(std::uint32_t code, CPoint point)
 {
     if (CImageView* const features = view.featuresView())
-        features->UpdateView(&view, view.getImageNumber() << 16 | code, point);
+        features->UpdateView(&view, document::hint{code, view.getImageNumber()}.packed(), point);
 }
 
 void view_world::toggleDecoration(std::size_t group, std::size_t member)

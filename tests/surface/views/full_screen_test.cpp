@@ -19,7 +19,8 @@ TEST_F(SurfaceTest, AFullScreenStaysThroughChangesOfDataAndFrame)
     const std::pair<const char*, std::function<void()>> changes[] = {
         {"another sub-image", [&] { view.OnKeyDown(VK_TAB); }},
         {"samples", [&] { document->UpdateAllViews(nullptr, document::data_hint(0)); }},
-        {"scale", [&] { document->UpdateAllViews(nullptr, document::hintReloads | 4u); }},
+        {"scale",
+         [&] { document->UpdateAllViews(nullptr, document::hint{document::hintScaleChanged, 0, true}.packed()); }},
         {"option", [&] { view.setOption("invert", "true"); }},
         {"fewer tabs",
          [&] {
