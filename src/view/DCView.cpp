@@ -36,7 +36,7 @@ void CDCView::oh_toolbar(const SPMVar&)
 void CDCView::OnInitialUpdate()
 {
     LoadOptions(nullptr);
-    oh_text_create_font(options["text_face"]);
+    oh_text_create_font(option("text_face"));
     CView::OnInitialUpdate();
 }
 
@@ -79,7 +79,7 @@ bool CDCView::OnEraseBkgnd(CDC& dc)
 {
     CountDisplayRect();
     const CRect client = GetClientRect();
-    const auto color = static_cast<colorEntry>(static_cast<int>(options["background"]));
+    const auto color = colorOption("background");
     const CRect bands[] = {{client.left, client.top, client.right, displayRect.top},
                            {client.left, displayRect.bottom, client.right, client.bottom},
                            {client.left, displayRect.top, displayRect.left, displayRect.bottom},
@@ -93,7 +93,7 @@ void CDCView::OnDraw(CDC& dc)
 {
     const int saved = dc.SaveDC();
     OnDrawData(dc);
-    if (options["ShowLegend"]) OnDrawLegend(dc);
+    if (isOptionOn("ShowLegend")) OnDrawLegend(dc);
     dc.RestoreDC(saved);
 }
 
@@ -166,11 +166,11 @@ void CDCView::oh_margin(const SPMVar&)
 
 void CDCView::oh_text_create_font(const SPMVar&)
 {
-    font = {.height = -static_cast<int>(options["text_size"]),
-            .weight = options["text_weight"] ? 700 : 400,
-            .italic = static_cast<bool>(options["text_italic"]),
+    font = {.height = -intOption("text_size"),
+            .weight = isOptionOn("text_weight") ? 700 : 400,
+            .italic = isOptionOn("text_italic"),
             .fixedPitch = false,
-            .face = options["text_face"].as_string().c_str()};
+            .face = option("text_face").as_string().c_str()};
     Invalidate(true);
 }
 

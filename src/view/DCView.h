@@ -140,6 +140,13 @@ public:
     /// The user closes a view that fills the screen: it goes back into its frame.
     void OnClose() override;
 
+    /// An option that the view has: a build with assertions stops at a name that no row declares.
+    const SPMVar& option(const char* name) const;
+    bool isOptionOn(const char* name) const { return static_cast<bool>(option(name)); }
+    int intOption(const char* name) const { return static_cast<int>(option(name)); }
+    double doubleOption(const char* name) const { return static_cast<double>(option(name)); }
+    colorEntry colorOption(const char* name) const { return static_cast<colorEntry>(intOption(name)); }
+
     static CRect rtMargin; ///< of printed pages, thousandths of an inch
 
     CRect displayRect; ///< client area without the margins: where data are shown
@@ -155,7 +162,7 @@ protected:
     void oh_text_create_font(const SPMVar& changed);
 
     void OnShowLegend() { toggle_option("ShowLegend"); }
-    void OnUpdateShowLegend(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["ShowLegend"])); }
+    void OnUpdateShowLegend(CCmdUI& ui) { ui.SetCheck(isOptionOn("ShowLegend")); }
     void OnEditCopy();
     void OnEditCopytext();
     void OnEditAddtext();

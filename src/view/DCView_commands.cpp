@@ -48,7 +48,7 @@ void CDCView::OnEditCopy()
     picture.Init(reference.get());
     if (!picture.Create(client.Width(), client.Height(), false)) return;
     CDC& dc = *picture.dc();
-    dc.FillSolidRect(client, static_cast<colorEntry>(static_cast<int>(options["background"])));
+    dc.FillSolidRect(client, colorOption("background"));
     OnDraw(dc);
     clipboard->empty();
     clipboard->setBitmap(*dc.selectedBitmap());

@@ -4,6 +4,7 @@
 #include "view/DCView.h"
 
 #include <algorithm>
+#include <cassert>
 #include <fstream>
 #include <regex>
 #include <utility>
@@ -91,6 +92,12 @@ private:
 };
 
 } // namespace
+
+const SPMVar& CDCView::option(const char* name) const
+{
+    assert(options.get_var_i(name) != unsigned(-1));
+    return options[name];
+}
 
 void CDCView::GetOptionsList(SPMVar* vars, unsigned* count) { view::list_options(commonOptions, 0, vars, count); }
 

@@ -60,6 +60,7 @@ void CDCView::GetAspectRatio(double& x, double& y)
 
 void CDCView::GetBestSize(int& cx, int& cy)
 {
+    // Some views alone have these options.
     CSize limit{CorrectDPISize(static_cast<int>(options["default_width"])),
                 CorrectDPISize(static_cast<int>(options["default_height"]))};
     if (limit.cx <= 0) limit.cx = CorrectDPISize(usualLimit);

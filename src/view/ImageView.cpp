@@ -125,7 +125,9 @@ void CImageView::getBestScale(double* low, double* high, const char** units)
 void CImageView::readWell(int minimum, int maximum, double* low, double* high, const char** units) const
 {
     const CStorageDoc* const document = storageDoc();
-    const VLAxis& axis = document->getAxis(imageNumber, static_cast<unsigned>(int(options["AxisZ"])), unsigned(-1));
+    // Views that do not let choose an axis have no such option: they show the first.
+    const auto chosen = static_cast<unsigned>(static_cast<int>(options["AxisZ"]));
+    const VLAxis& axis = document->getAxis(imageNumber, chosen, unsigned(-1));
     double lowest = minimum * axis.scale + axis.start, highest = maximum * axis.scale + axis.start;
     if (lowest > highest) std::swap(lowest, highest); // of an axis that falls
     // Both in the unit of the larger, or they could not be compared.

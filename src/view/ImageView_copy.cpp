@@ -72,7 +72,7 @@ void CImageView::OnViewClone()
     IVolumeSource* const cloud =
         document->getImage(imageNumber).get_dimensions_number() == 2 ? Get3DCloudView() : nullptr;
     if (cloud && !choosesVolumeCopy()) return;
-    const int kind = cloud ? static_cast<int>(options["duplicate_3d_cloud"]) : onlyImage;
+    const int kind = cloud ? intOption("duplicate_3d_cloud") : onlyImage;
     if (kind >= curvesOnly) {
         if (CStorageDoc* const curves = extract_curves(*cloud)) openFrames(*curves);
         return;
@@ -121,7 +121,7 @@ CStorageDoc* CImageView::extract_curves(IVolumeSource& cloud)
     const auto sourceHeight = static_cast<std::int64_t>(getSourceHeight());
     if (sourceWidth == 0 || sourceHeight == 0) return nullptr;
     const std::int64_t countX = volume.get_dimension(0).length, countY = volume.get_dimension(1).length;
-    const bool merge = static_cast<bool>(options["merge_extracted_fv_curves"]);
+    const bool merge = isOptionOn("merge_extracted_fv_curves");
     CStorageDoc* target = nullptr;
     for (const VLPluginDataSelection& each : selections()) {
         if (each.kind != SELECTION_RECTANGLE) continue;

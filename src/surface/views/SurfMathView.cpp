@@ -127,7 +127,7 @@ const VLAxis& CSurfMathView::axis(const char* option, unsigned dimension) const
     const SPMDataStream* const source = stream();
     const bool isThere = source && (dimension == unsigned(-1) || dimension < source->get_dimensions_number());
     if (!isThere) return indices;
-    return storageDoc()->getAxis(imageNumber, static_cast<unsigned>(static_cast<int>(options[option])), dimension);
+    return storageDoc()->getAxis(imageNumber, static_cast<unsigned>(intOption(option)), dimension);
 }
 
 /// The display keeps the shape of the source, in the middle of the room that the margins leave.
@@ -165,8 +165,8 @@ void CSurfMathView::LoadData()
     overlayBitmap.forget();
     if (!hasSamples()) return;
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
-    invertDisplay(static_cast<bool>(options["invert"]));
-    if (options["ShowStatistics"]) updateStatisticsLater();
+    invertDisplay(isOptionOn("invert"));
+    if (isOptionOn("ShowStatistics")) updateStatisticsLater();
     RefreshDisplay();
 }
 

@@ -110,7 +110,7 @@ private:
     void oh_reload(const SPMVar& changed);
     void oh_section_pens(const SPMVar& changed);
     void rebuildSectionPens();
-    bool isCompact() const { return static_cast<bool>(options["CompactLegend"]); }
+    bool isCompact() const { return isOptionOn("CompactLegend"); }
     void sendShapeHint();
 
     // Data

@@ -78,21 +78,21 @@ void CSurfMathView::OnNormalize()
 void CSurfMathView::OnFileInfo() { toggle_option("ShowAdditionalLegend"); }
 void CSurfMathView::OnUpdateFileInfo(CCmdUI& ui)
 {
-    ui.Enable(static_cast<bool>(options["ShowLegend"]));
-    ui.SetCheck(static_cast<bool>(options["ShowAdditionalLegend"]));
+    ui.Enable(isOptionOn("ShowLegend"));
+    ui.SetCheck(isOptionOn("ShowAdditionalLegend"));
 }
 void CSurfMathView::OnShowZScale() { toggle_option("ShowZScaleOpt"); }
 void CSurfMathView::OnUpdateShowZScale(CCmdUI& ui)
 {
-    ui.Enable(static_cast<bool>(options["ShowLegend"]));
-    ui.SetCheck(static_cast<bool>(options["ShowZScaleOpt"]));
+    ui.Enable(isOptionOn("ShowLegend"));
+    ui.SetCheck(isOptionOn("ShowZScaleOpt"));
 }
 void CSurfMathView::OnCompact() { toggle_option("CompactLegend"); }
 void CSurfMathView::OnUpdateCompact(CCmdUI& ui) { ui.SetCheck(isCompact()); }
 void CSurfMathView::OnHighlight() { toggle_option("highlight"); }
-void CSurfMathView::OnUpdateHighlight(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["highlight"])); }
+void CSurfMathView::OnUpdateHighlight(CCmdUI& ui) { ui.SetCheck(isOptionOn("highlight")); }
 void CSurfMathView::OnInvert() { toggle_option("invert"); }
-void CSurfMathView::OnUpdateInvert(CCmdUI& ui) { ui.SetCheck(static_cast<bool>(options["invert"])); }
+void CSurfMathView::OnUpdateInvert(CCmdUI& ui) { ui.SetCheck(isOptionOn("invert")); }
 
 void CSurfMathView::OnRemoveMarks() { machine.removeMarks(); }
 void CSurfMathView::OnUpdateRemoveMarks(CCmdUI& ui) { ui.Enable(!drawn.marks.empty()); }
@@ -134,7 +134,7 @@ void CSurfMathView::OnUpdateClearRoi(CCmdUI& ui) { ui.Enable(drawn.roiActive); }
 
 void CSurfMathView::OnContextMenu(CPoint point)
 {
-    const auto isOn = [this](const char* option) { return static_cast<bool>(options[option]); };
+    const auto isOn = [this](const char* option) { return isOptionOn(option); };
     const std::vector<menu_row> rows = surface_context_menu(
         isOn("context_menu.cursor_mode"), isOn("context_menu.file_operations"), isOn("context_menu.filters"));
     CWinApp* const app = AfxGetApp();

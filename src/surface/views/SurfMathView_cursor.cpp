@@ -49,8 +49,8 @@ surface::measured_surface CSurfMathView::measured() const
             .x = axisX(),
             .y = axisY(),
             .z = valueAxis(),
-            .isAbsoluteX = static_cast<int>(options["scaling.x"]) == 1,
-            .isAbsoluteY = static_cast<int>(options["scaling.y"]) == 1};
+            .isAbsoluteX = intOption("scaling.x") == 1,
+            .isAbsoluteY = intOption("scaling.y") == 1};
 }
 
 surface::drawing_axes CSurfMathView::drawingAxes() const

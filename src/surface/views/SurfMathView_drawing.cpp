@@ -21,8 +21,6 @@ namespace {
 constexpr int scaleGap = 5; // pixels around the strip
 constexpr const char* parametersListKey = "ParametersList";
 
-int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
-
 } // namespace
 
 void CSurfMathView::render()
@@ -50,8 +48,8 @@ void CSurfMathView::render()
                      .sourceStep = shown.step,
                      .size = {size.cx, size.cy},
                      .zAxis = &valueAxis(),
-                     .absolute = number(*this, "scaling.z") == 1,
-                     .highlight = static_cast<bool>(options["highlight"]),
+                     .absolute = intOption("scaling.z") == 1,
+                     .highlight = isOptionOn("highlight"),
                      .roi = hasRegion ? &region : nullptr,
                      .rgb32 = image.header().biBitCount == 32,
                      .lowOut = &displayMin,
@@ -71,8 +69,8 @@ void CSurfMathView::setRegionOfInterest(CRect part)
 void CSurfMathView::drawPicture(CDC& dc)
 {
     const BITMAPINFOHEADER* const overlay = storageDoc() ? storageDoc()->getImageOverlay(imageNumber) : nullptr;
-    if (overlay && static_cast<bool>(options["ShowOverlay"])) return drawOverlay(dc, *overlay);
-    if (!image.Ok()) return dc.FillSolidRect(displayRect, static_cast<colorEntry>(number(*this, "background")));
+    if (overlay && isOptionOn("ShowOverlay")) return drawOverlay(dc, *overlay);
+    if (!image.Ok()) return dc.FillSolidRect(displayRect, colorOption("background"));
     const CBitmap bitmap{.header = image.header(), .bits = image.bits().data()};
     const CRect all(0, 0, image.width(), image.height());
     // Until the next rendering a picture of another size stands in.
@@ -101,7 +99,7 @@ std::vector<ISection*> CSurfMathView::sections() const
 {
     std::vector<ISection*> found;
     if (!storageDoc()) return found;
-    const bool together = static_cast<bool>(options["SelectionSynchr"]);
+    const bool together = isOptionOn("SelectionSynchr");
     for (CView* const view : storageDoc()->views()) {
         auto* const each = dynamic_cast<ISection*>(view);
         if (!each) continue;
@@ -113,10 +111,11 @@ std::vector<ISection*> CSurfMathView::sections() const
 
 void CSurfMathView::drawSections(CDC& dc)
 {
-    const int shadow = number(*this, "profile.width"), width = number(*this, "section.line.solid.width");
+    const int width = intOption("section.line.solid.width");
     bool isFirst = true;
     for (ISection* const each : sections())
-        each->drawOn(*this, dc, shadow, width, pens.line, pens.under, std::exchange(isFirst, false));
+        each->drawOn(*this, dc, static_cast<int>(each->sectionView().options["profile.width"]), width, pens.line,
+                     pens.under, std::exchange(isFirst, false));
 }
 
 void CSurfMathView::drawVolumeCross(CDC& dc)
@@ -143,15 +142,13 @@ void CSurfMathView::OnDrawData(CDC& dc)
     dc.SetBkColor(0xFFFFFF);
     dc.SelectObject(font);
     const view::view_geometry geometry{displayRect, sourceRect};
-    if (static_cast<bool>(options["ShowROI"])) surface::draw_region_of_interest(dc, drawn, geometry);
-    surface::draw_selection(dc, drawn, geometry,
-                            {number(*this, "SelectionFill"), static_cast<colorEntry>(number(*this, "SelColor"))});
+    if (isOptionOn("ShowROI")) surface::draw_region_of_interest(dc, drawn, geometry);
+    surface::draw_selection(dc, drawn, geometry, {intOption("SelectionFill"), colorOption("SelColor")});
     dc.SetBkColor(0xFFFFFF);
     drawSections(dc);
     drawVolumeCross(dc);
     surface::draw_marks(dc, drawn.marks, geometry,
-                        {marksStyle, marksNumbered, static_cast<colorEntry>(number(*this, "text")),
-                         static_cast<colorEntry>(number(*this, "text_background"))});
+                        {marksStyle, marksNumbered, colorOption("text"), colorOption("text_background")});
     surface::draw_curves(dc, drawn.curves, geometry);
     surface::draw_trace(dc, drawn, geometry);
     if (stream()) surface::draw_decorations(dc, storageDoc()->decorations(imageNumber), drawingAxes(), geometry);
@@ -173,7 +170,7 @@ surface::legend_content CSurfMathView::legendContent() const
     };
     content.samples = {length(0), length(1)};
     CWinApp* const app = AfxGetApp();
-    if (app && static_cast<bool>(options["ShowParameters"])) {
+    if (app && isOptionOn("ShowParameters")) {
         const auto list =
             app->profile().readString(const_cast<CSurfMathView*>(this)->GetViewSection(), parametersListKey);
         content.parameters = surface::listed_parameters(list.value_or(""), [&](const std::string& name, bool global) {
@@ -196,7 +193,7 @@ void CSurfMathView::OnDrawLegend(CDC& dc)
         surface::draw_legend_texts(dc, *this, content);
         surface::draw_legend_scale_mark(dc, *this, content);
         surface::draw_legend_axes(dc, *this, content);
-        if (static_cast<bool>(options["ShowZScale"])) drawZScale(dc);
+        if (isOptionOn("ShowZScale")) drawZScale(dc);
     }
     dc.RestoreDC(saved);
 }
@@ -205,20 +202,19 @@ void CSurfMathView::OnDrawLegend(CDC& dc)
 CRect CSurfMathView::scaleStrip() const
 {
     const CRect client = GetClientRect();
-    const int top = number(*this, "TopMargin"), left = number(*this, "LeftMargin");
+    const int top = intOption("TopMargin"), left = intOption("LeftMargin");
     if (!isCompact()) {
-        const double share = static_cast<double>(options["FullLegend.z_scale.width"]);
+        const double share = doubleOption("FullLegend.z_scale.width");
         const int width = static_cast<int>(std::lround(displayRect.Width() * share));
-        const int height = client.Height() - top - number(*this, "BottomMargin") - 2 * scaleGap;
-        const bool hasPanel =
-            static_cast<bool>(options["ShowParameters"]) || static_cast<bool>(options["ShowStatistics"]);
-        const int right = client.right - (hasPanel ? number(*this, "ParametersWidth") : 0) - scaleGap;
+        const int height = client.Height() - top - intOption("BottomMargin") - 2 * scaleGap;
+        const bool hasPanel = isOptionOn("ShowParameters") || isOptionOn("ShowStatistics");
+        const int right = client.right - (hasPanel ? intOption("ParametersWidth") : 0) - scaleGap;
         return {{right - width, top + scaleGap}, CSize{width, height}};
     }
-    const int position = number(*this, "CompactLegend.z_scale.position");
-    const double margin = static_cast<double>(options["CompactLegend.z_scale.margin"]);
-    const double length = static_cast<double>(options["CompactLegend.z_scale.size"]);
-    const double width = static_cast<double>(options["CompactLegend.z_scale.width"]);
+    const int position = intOption("CompactLegend.z_scale.position");
+    const double margin = doubleOption("CompactLegend.z_scale.margin");
+    const double length = doubleOption("CompactLegend.z_scale.size");
+    const double width = doubleOption("CompactLegend.z_scale.width");
     const bool isBottom = (position & 1) != 0, isRight = (position & 2) != 0;
     const CPoint corner{left + base::nearest_int(displayRect.Width() * (isRight ? 1.0 - margin - width : margin)),
                         top + base::nearest_int(displayRect.Height() * (isBottom ? 1.0 - margin - length : margin))};
@@ -233,7 +229,7 @@ void CSurfMathView::UpdateZScale(bool reposition)
     scale.SetDimensions(place.Height(), place.Width());
     scale.MoveWindow(place);
     if (!reposition) return;
-    scale.ShowWindow(static_cast<bool>(options["ShowZScale"]));
+    scale.ShowWindow(isOptionOn("ShowZScale"));
     scale.Invalidate(true);
 }
 
@@ -242,20 +238,20 @@ void CSurfMathView::drawZScale(CDC& dc)
     const CRect strip = scaleStrip();
     if (strip.IsRectEmpty()) return;
     const bool isLeft = !isCompact() || (displayRect.left + displayRect.right) / 2 < strip.right;
-    const auto color = static_cast<colorEntry>(number(*this, "legend"));
+    const auto color = colorOption("legend");
     const VLAxis& heights = valueAxis();
-    const double start = number(*this, "scaling.z") == 0 ? 0.0 : heights.at(displayMin);
+    const double start = intOption("scaling.z") == 0 ? 0.0 : heights.at(displayMin);
     constexpr int tics = 4;
     const view::shown_axis shown =
         view::shown_span(heights.get_units(), start, (displayMax - displayMin) * heights.scale, true);
     const std::string format = view::label_format(shown.start, shown.end, tics);
     const CPen pen{PS_SOLID | PS_GEOMETRIC, 1, color, {}};
     const int saved = dc.SaveDC();
-    const bool isTransparent = isCompact() && static_cast<bool>(options["CompactLegend.transparent"]);
+    const bool isTransparent = isCompact() && isOptionOn("CompactLegend.transparent");
     dc.SetBkMode(isTransparent ? TRANSPARENT : OPAQUE);
     dc.SetTextRim(true);
-    dc.SetBkColor(static_cast<colorEntry>(number(*this, isCompact() ? "legend" : "background")));
-    dc.SetTextColor(static_cast<colorEntry>(number(*this, isCompact() ? "background" : "legend")));
+    dc.SetBkColor(static_cast<colorEntry>(intOption(isCompact() ? "legend" : "background")));
+    dc.SetTextColor(static_cast<colorEntry>(intOption(isCompact() ? "background" : "legend")));
     axis_line line;
     line.dc = &dc;
     line.axisPen = &pen;

@@ -29,15 +29,15 @@ void CSurfMathView::updateStatistics()
 
 std::vector<surface::statistics_row> CSurfMathView::measureRows() const
 {
-    return surface::measure_rows(drawn.measure, static_cast<int>(options["text.compact_length"]));
+    return surface::measure_rows(drawn.measure, intOption("text.compact_length"));
 }
 
 void CSurfMathView::refreshMeasureRows()
 {
     std::vector<surface::statistics_row> rows = measureRows();
-    if (std::exchange(panelRows, rows) == rows || !options["ShowStatistics"]) return;
+    if (std::exchange(panelRows, rows) == rows || !isOptionOn("ShowStatistics")) return;
     CRect panel = GetClientRect();
-    if (!isCompact()) panel.left = panel.right - static_cast<int>(options["ParametersWidth"]);
+    if (!isCompact()) panel.left = panel.right - intOption("ParametersWidth");
     InvalidateRect(panel, true);
 }
 
@@ -45,7 +45,7 @@ std::wstring CSurfMathView::GetClipboardText(bool full)
 {
     if (!hasSamples()) return {};
     surface::legend_content content = legendContent();
-    if (!options["ShowStatistics"]) content.statistics.clear();
-    const bool withFile = options["ShowLegend"] && options["ShowAdditionalLegend"];
+    if (!isOptionOn("ShowStatistics")) content.statistics.clear();
+    const bool withFile = isOptionOn("ShowLegend") && isOptionOn("ShowAdditionalLegend");
     return surface::clipboard_text(content, withFile, storageDoc()->getString(directionKey, imageNumber), full);
 }

@@ -73,7 +73,7 @@ void CSurfMathView::oh_length_axis(const SPMVar& changed)
 void CSurfMathView::oh_z_axis(const SPMVar& changed)
 {
     oh_z_scaling(changed);
-    if (options["ShowStatistics"]) updateStatisticsLater();
+    if (isOptionOn("ShowStatistics")) updateStatisticsLater();
 }
 
 void CSurfMathView::oh_reload(const SPMVar&)
@@ -89,7 +89,6 @@ void CSurfMathView::oh_section_pens(const SPMVar&)
 
 void CSurfMathView::rebuildSectionPens()
 {
-    pens = surface::make_section_pens(static_cast<int>(options["section.line.style"]),
-                                      static_cast<int>(options["section.line.solid.width"]),
-                                      static_cast<colorEntry>(static_cast<int>(options["section.line.color"])));
+    pens = surface::make_section_pens(intOption("section.line.style"), intOption("section.line.solid.width"),
+                                      colorOption("section.line.color"));
 }

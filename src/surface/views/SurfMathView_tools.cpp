@@ -137,7 +137,7 @@ void CSurfMathView::OnUpdateOpenView(CCmdUI& ui) { ui.Enable(hasSamples() && vie
 
 void CSurfMathView::OnResolution()
 {
-    const auto chosen = [this](const char* option) { return static_cast<unsigned>(static_cast<int>(options[option])); };
+    const auto chosen = [this](const char* option) { return static_cast<unsigned>(intOption(option)); };
     const bool hasDistance = drawn.mode == cursor_mode::distance && drawn.selectionActive;
     surface::run_resolution(*storageDoc(), imageNumber, {chosen("AxisX"), chosen("AxisY"), chosen("AxisZ")},
                             hasDistance ? std::optional(drawn.selection) : std::nullopt, this);
@@ -154,6 +154,6 @@ void CSurfMathView::OnUpdateCalibrationCurve(CCmdUI& ui)
 
 void CSurfMathView::OnResample()
 {
-    const auto chosen = [this](const char* option) { return static_cast<unsigned>(static_cast<int>(options[option])); };
+    const auto chosen = [this](const char* option) { return static_cast<unsigned>(intOption(option)); };
     surface::run_resample(*storageDoc(), imageNumber, chosen("AxisX"), chosen("AxisY"), this);
 }

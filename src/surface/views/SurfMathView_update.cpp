@@ -156,7 +156,7 @@ void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hi
         }
         const std::vector<ISection*> all = sections();
         if ((!all.empty() && all.front() != changed) || bounds != sectionBounds) {
-            const int pen = static_cast<int>(options["section.line.solid.width"]) + 1;
+            const int pen = intOption("section.line.solid.width") + 1;
             for (const CRect& each : {sectionBounds, bounds}) {
                 CRect area = surface::scaled({each.left, each.top, each.right, each.bottom}, {displayRect, sourceRect});
                 area.NormalizeRect();

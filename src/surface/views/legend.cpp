@@ -24,13 +24,9 @@ constexpr double compactTextShare = 0.3; // of the window's width
 constexpr int panelGap = 5;              // pixels
 constexpr int usualTextSize = 13;        // of the option
 
-bool is_on(const CDCView& view, const char* option) { return static_cast<bool>(view.options[option]); }
-int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
-colorEntry color(const CDCView& view, const char* option) { return static_cast<colorEntry>(number(view, option)); }
-
 int background_mode_of(const CDCView& view)
 {
-    return is_on(view, "CompactLegend") && is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE;
+    return view.isOptionOn("CompactLegend") && view.isOptionOn("CompactLegend.transparent") ? TRANSPARENT : OPAQUE;
 }
 
 void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
@@ -38,10 +34,10 @@ void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoi
     const std::wstring file = base::widen(string_resource(fileText)), path = base::widen(content.path);
     const std::wstring label = base::widen(string_resource(imageText));
     dc.SetTextAlign(TA_BOTTOM);
-    if (!is_on(view, "CompactLegend")) {
-        const int larger = std::max(number(view, "text_size") - usualTextSize, 0); // than the space is meant for
-        at.y =
-            view.GetClientRect().Height() - number(view, "BottomMargin") + number(view, "TextVertSpace") + 3 * larger;
+    if (!view.isOptionOn("CompactLegend")) {
+        const int larger = std::max(view.intOption("text_size") - usualTextSize, 0); // than the space is meant for
+        at.y = view.GetClientRect().Height() - view.intOption("BottomMargin") + view.intOption("TextVertSpace") +
+               3 * larger;
         view.DrawLegendText(&dc, at, legendDown, L"C: C", file, path);
         view.DrawLegendText(&dc, at, legendDown, L"C: c", label, content.imageName);
         return;
@@ -56,8 +52,8 @@ void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoi
 
 void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
-    const bool isCompact = is_on(view, "CompactLegend");
-    const double room = isCompact ? compactTextShare * view.GetClientRect().Width() : number(view, "ParametersWidth");
+    const bool isCompact = view.isOptionOn("CompactLegend");
+    const double room = isCompact ? compactTextShare * view.GetClientRect().Width() : view.intOption("ParametersWidth");
     const LegendOffset next = isCompact ? legendUp : legendDown;
     dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
     if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
@@ -73,9 +69,9 @@ void draw_parameters(CDC& dc, CDCView& view, const legend_content& content, CPoi
 
 void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
-    const bool isCompact = is_on(view, "CompactLegend");
+    const bool isCompact = view.isOptionOn("CompactLegend");
     const LegendOffset next = isCompact ? legendUp : legendDown;
-    const int room = isCompact ? std::numeric_limits<int>::max() : number(view, "ParametersWidth") - panelGap;
+    const int room = isCompact ? std::numeric_limits<int>::max() : view.intOption("ParametersWidth") - panelGap;
     const auto width_of = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
     std::vector<std::string> texts =
         row_texts(content.statistics, [&](const std::string& text) { return width_of(text) <= room; });
@@ -91,7 +87,7 @@ void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoi
 /// A side of the picture: its axis, the samples on show and whether heights count from the image's own zero.
 view::shown_axis side_of(const CDCView& view, const VLAxis& axis, int first, int last, const char* scaling)
 {
-    const double start = number(view, scaling) == 0 ? 0.0 : first * axis.scale + axis.start;
+    const double start = view.intOption(scaling) == 0 ? 0.0 : first * axis.scale + axis.start;
     return view::shown_span(axis.get_units(), start, (last - first) * axis.scale, false);
 }
 
@@ -126,12 +122,12 @@ std::string cut_text(const std::string& text, int textWidth, double width)
 void draw_measure_text(CDC& dc, CDCView& view, const measure_text& text)
 {
     if (!text.isVisible) return;
-    const auto longText = static_cast<std::size_t>(std::max(number(view, "text.compact_length"), 0));
-    if (is_on(view, "ShowStatistics") && text.text.size() >= longText) return; // it stands in the panel
+    const auto longText = static_cast<std::size_t>(std::max(view.intOption("text.compact_length"), 0));
+    if (view.isOptionOn("ShowStatistics") && text.text.size() >= longText) return; // it stands in the panel
     const int saved = dc.SaveDC();
     dc.SetBkMode(OPAQUE);
-    dc.SetTextColor(color(view, "text"));
-    dc.SetBkColor(color(view, "text_background"));
+    dc.SetTextColor(view.colorOption("text"));
+    dc.SetBkColor(view.colorOption("text_background"));
     dc.SetTextAlign(text.alignment);
     const CPoint at{view.xsrc2clnt(text.position.x), view.ysrc2clnt(text.position.y)};
     const CPoint clamped =
@@ -143,56 +139,56 @@ void draw_measure_text(CDC& dc, CDCView& view, const measure_text& text)
 void draw_legend_texts(CDC& dc, CDCView& view, const legend_content& content)
 {
     const int saved = dc.SaveDC();
-    const bool isCompact = is_on(view, "CompactLegend");
+    const bool isCompact = view.isOptionOn("CompactLegend");
     const CRect client = view.GetClientRect();
     dc.SetBkMode(background_mode_of(view));
     dc.SetTextRim(true);
-    dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
-    dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
+    dc.SetBkColor(view.colorOption(isCompact ? "legend" : "background"));
+    dc.SetTextColor(view.colorOption(isCompact ? "background" : "legend"));
     CPoint at{0, isCompact ? client.Height() : 0};
-    if (is_on(view, "ShowAdditionalLegend")) draw_file_texts(dc, view, content, at);
-    if (!isCompact) at = {client.Width() - number(view, "ParametersWidth") + panelGap, number(view, "TopMargin")};
-    if (is_on(view, "ShowParameters")) draw_parameters(dc, view, content, at);
-    if (is_on(view, "ShowStatistics")) draw_statistics(dc, view, content, at);
+    if (view.isOptionOn("ShowAdditionalLegend")) draw_file_texts(dc, view, content, at);
+    if (!isCompact) at = {client.Width() - view.intOption("ParametersWidth") + panelGap, view.intOption("TopMargin")};
+    if (view.isOptionOn("ShowParameters")) draw_parameters(dc, view, content, at);
+    if (view.isOptionOn("ShowStatistics")) draw_statistics(dc, view, content, at);
     dc.RestoreDC(saved);
 }
 
 void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& content)
 {
-    const bool isCompact = is_on(view, "CompactLegend");
-    if (!is_on(view, isCompact ? "CompactLegend.scale_mark" : "FullLegend.scale_mark")) return;
+    const bool isCompact = view.isOptionOn("CompactLegend");
+    if (!view.isOptionOn(isCompact ? "CompactLegend.scale_mark" : "FullLegend.scale_mark")) return;
     scale_mark_style style;
-    style.isHorizontal = number(view, "CompactLegend.scale_mark.direction") == 1;
-    style.position = number(view, "CompactLegend.scale_mark.position");
-    style.margin = static_cast<double>(view.options["CompactLegend.scale_mark.margin"]);
-    style.size = static_cast<double>(view.options["CompactLegend.scale_mark.size"]);
+    style.isHorizontal = view.intOption("CompactLegend.scale_mark.direction") == 1;
+    style.position = view.intOption("CompactLegend.scale_mark.position");
+    style.margin = view.doubleOption("CompactLegend.scale_mark.margin");
+    style.size = view.doubleOption("CompactLegend.scale_mark.size");
     style.thickness = CorrectDPISize(2);
     const VLAxis& axis = style.isHorizontal ? content.x : content.y;
     // A bar has a length, whichever way the axis runs.
     double span = (style.isHorizontal ? view.sourceRect.Width() : view.sourceRect.Height()) * std::fabs(axis.scale);
     const std::string units = default_units(axis.get_units(), &span);
     const int saved = dc.SaveDC();
-    dc.SetBkMode(is_on(view, "CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options
+    dc.SetBkMode(view.isOptionOn("CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options
     dc.SetTextRim(true);
-    dc.SetBkColor(color(view, isCompact ? "legend" : "background"));
-    dc.SetTextColor(color(view, isCompact ? "background" : "legend"));
+    dc.SetBkColor(view.colorOption(isCompact ? "legend" : "background"));
+    dc.SetTextColor(view.colorOption(isCompact ? "background" : "legend"));
     draw_scale_mark(view, dc, view.displayRect, span, units, style);
     dc.RestoreDC(saved);
 }
 
 void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content)
 {
-    if (is_on(view, "CompactLegend")) return;
+    if (view.isOptionOn("CompactLegend")) return;
     const int saved = dc.SaveDC();
     dc.SetBkMode(OPAQUE);
-    dc.SetBkColor(color(view, "background"));
-    dc.SetTextColor(color(view, "legend"));
+    dc.SetBkColor(view.colorOption("background"));
+    dc.SetTextColor(view.colorOption("legend"));
     const CPen pen = view::axis_pen(view);
     const CRect& display = view.displayRect;
-    const bool hasMark = is_on(view, "FullLegend.scale_mark");
+    const bool hasMark = view.isOptionOn("FullLegend.scale_mark");
     constexpr std::uint32_t labelled = AXIS_TICKS | AXIS_TEXT;
     const view::shown_axis y = side_of(view, content.y, view.sourceRect.top, view.sourceRect.bottom, "scaling.y");
-    const int yTics = number(view, "tics.y.number"), yLength = number(view, "tics.y.length");
+    const int yTics = view.intOption("tics.y.number"), yLength = view.intOption("tics.y.length");
     const std::uint32_t vertical = AXIS_VERTICAL | AXIS_LINE;
     view::draw_side(
         dc, pen, y,
@@ -202,7 +198,7 @@ void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content)
                     {display.BottomRight(), {display.right, display.top}, vertical | (hasMark ? 0u : AXIS_TICKS)},
                     yTics, yLength);
     const view::shown_axis x = side_of(view, content.x, view.sourceRect.left, view.sourceRect.right, "scaling.x");
-    const int xTics = number(view, "tics.x.number"), xLength = number(view, "tics.x.length");
+    const int xTics = view.intOption("tics.x.number"), xLength = view.intOption("tics.x.length");
     view::draw_side(dc, pen, x,
                     {{display.left, display.bottom}, display.BottomRight(), AXIS_LINE | (hasMark ? 0u : labelled)},
                     xTics, xLength);
@@ -210,7 +206,7 @@ void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content)
         dc, pen, x,
         {display.TopLeft(), {display.right, display.top}, AXIS_LINE | AXIS_OTHER_SIDE | (hasMark ? 0u : AXIS_TICKS)},
         xTics, xLength);
-    if (const int grid = number(view, "grid.show")) {
+    if (const int grid = view.intOption("grid.show")) {
         dc.SelectObject(view::grid_pen(view));
         DrawGrid(&dc, display, grid, x.start, x.end, y.start, y.end, false, xTics, yTics);
     }

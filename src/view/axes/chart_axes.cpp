@@ -12,9 +12,6 @@ namespace {
 
 constexpr int labelGap = 5; // pixels
 
-int number(const CDCView& view, const char* option) { return static_cast<int>(view.options[option]); }
-colorEntry legend_color(const CDCView& view) { return static_cast<colorEntry>(number(view, "legend")); }
-
 } // namespace
 
 shown_axis shown_span(const char* units, double start, double span, bool isHeight)
@@ -49,25 +46,25 @@ void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const chart_si
 CPen axis_pen(const CDCView& view)
 {
     return {PS_SOLID | PS_GEOMETRIC | PS_ENDCAP_SQUARE | PS_JOIN_MITER,
-            number(view, "axis_thickness"),
-            legend_color(view),
+            view.intOption("axis_thickness"),
+            view.colorOption("legend"),
             {}};
 }
 
 CPen grid_pen(const CDCView& view)
 {
-    const int width = number(view, "grid.line.width");
+    const int width = view.intOption("grid.line.width");
     const auto w = static_cast<std::uint32_t>(std::max(width, 0));
     constexpr std::uint32_t patterned = PS_USERSTYLE | PS_GEOMETRIC | PS_ENDCAP_FLAT;
-    switch (number(view, "grid.line.style")) {
+    switch (view.intOption("grid.line.style")) {
     case 1:
-        return {patterned, width, legend_color(view), {1, 2 * w}};
+        return {patterned, width, view.colorOption("legend"), {1, 2 * w}};
     case 2:
-        return {patterned, width, legend_color(view), {2 * w + 2, 2 * w + 2}};
+        return {patterned, width, view.colorOption("legend"), {2 * w + 2, 2 * w + 2}};
     case 3:
-        return {patterned, width, legend_color(view), {2 * w + 2, 2 * w, 1, 2 * w}};
+        return {patterned, width, view.colorOption("legend"), {2 * w + 2, 2 * w, 1, 2 * w}};
     default:
-        return {PS_SOLID | PS_GEOMETRIC, width, legend_color(view), {}};
+        return {PS_SOLID | PS_GEOMETRIC, width, view.colorOption("legend"), {}};
     }
 }
 
