@@ -2,12 +2,12 @@
 
 #include "platform/app/keys.h"
 #include "platform/draw/dpi.h"
-#include "surface/figures/measurements.h"
 #include "surface/figures/region_edit.h"
 #include "surface/figures/snapping.h"
 #include "surface/tools/cursor_shapes.h"
-#include "surface/tools/hit_test.h"
+#include "surface/tools/hot_tools.h"
 #include "surface/tools/invalid_region.h"
+#include "surface/tools/marks_tool.h"
 #include "surface/tools/overlay_drawing.h"
 #include "view/ImageView.h"
 #include "view/image/SectionSource.h"
@@ -41,17 +41,6 @@ int line_step(unsigned key) noexcept
     }
 }
 
-bool is_of_mark(hot_action action) noexcept
-{
-    return action == hot_action::moveMark || action == hot_action::deleteMark;
-}
-
-bool is_of_curve(hot_action action) noexcept
-{
-    return action == hot_action::moveVertex || action == hot_action::deleteVertex ||
-           action == hot_action::insertVertex || action == hot_action::activateCurve;
-}
-
 bool is_modifier(unsigned key) noexcept { return key == VK_SHIFT || key == VK_CONTROL || key == VK_MENU; }
 
 bool shows_modifiers(cursor_mode mode) noexcept { return is_region_mode(mode) || mode == cursor_mode::lengthyObject; }
@@ -81,19 +70,11 @@ int cursor_machine::tolerance(CPoint client, int pixels) const
     return std::max(std::abs(there.x - here.x), std::abs(there.y - here.y));
 }
 
-/// The section under the cursor, if it is still there.
-ISection* cursor_machine::hotSection() const
-{
-    for (ISection* const section : world.sections())
-        if (static_cast<CView*>(&section->sectionView()) == state.hotItem.view) return section;
-    return nullptr;
-}
-
 /// The mode in whose manner the state changes: marks and curves are taken hold of in every mode.
 cursor_mode cursor_machine::changedMode() const
 {
-    if (is_of_mark(state.hotAction)) return cursor_mode::marks;
-    return is_of_curve(state.hotAction) ? cursor_mode::curve : state.mode;
+    const hot_tool* const held = hot_tool_of(state.hotAction);
+    return held ? held->changedMode(state.mode) : state.mode;
 }
 
 CRgn cursor_machine::invalidateRgn(cursor_mode mode) const { return invalid_region(state, world, mode); }
@@ -107,13 +88,8 @@ void cursor_machine::repaint(const CRgn& before, bool erase)
 void cursor_machine::hoverTest(unsigned flags, CPoint client)
 {
     if (state.tracking) return;
-    constexpr unsigned both = MK_SHIFT | MK_CONTROL;
-    hit found{hot_action::pan, {}};
-    if ((flags & both) != both) {
-        const int pixels = static_cast<int>(world.option("section.line.solid.width")) * CorrectDPISize(2);
-        found = world.frame().isEmpty() ? hit{}
-                                        : find_hit(state, world, toSource(client), tolerance(client, pixels), flags);
-    }
+    const int pixels = static_cast<int>(world.option("section.line.solid.width")) * CorrectDPISize(2);
+    const hit found = find_hit(state, world, {toSource(client), flags, tolerance(client, pixels)});
     state.hotAction = found.action;
     state.hotItem = found.item;
     setDefaultCursor();
@@ -122,9 +98,10 @@ void cursor_machine::hoverTest(unsigned flags, CPoint client)
 void cursor_machine::setDefaultCursor()
 {
     if (!world.pointer()) return;
-    world.setCursor(cursor_of(
-        state,
-        {.control = world.isKeyDown(VK_CONTROL), .alt = world.isKeyDown(VK_MENU), .shift = world.isKeyDown(VK_SHIFT)}));
+    const modifier_keys keys{
+        .control = world.isKeyDown(VK_CONTROL), .alt = world.isKeyDown(VK_MENU), .shift = world.isKeyDown(VK_SHIFT)};
+    const hot_tool* const held = hot_tool_of(state.hotAction);
+    world.setCursor(held ? held->pointerFor(state.hotAction, keys) : mode_pointer(state, keys));
 }
 
 bool cursor_machine::keyDown(unsigned key)
@@ -159,7 +136,7 @@ void cursor_machine::modifierChanged(unsigned key)
 void cursor_machine::captureLost()
 {
     if (!state.tracking) return;
-    if (state.hotAction == hot_action::volumeMark) world.endVolumeDrag();
+    if (const hot_tool* const held = hot_tool_of(state.hotAction)) held->end(world);
     const CRgn before = invalidateRgn();
     state.tracking = false;
     if (state.hotAction == hot_action::none) {
@@ -190,7 +167,7 @@ void cursor_machine::setMode(int number)
     if (!staysRegion) state.selectionActive = false;
     state.measure.isVisible = false;
     if (mode == cursor_mode::angle) state.angleFirstArmPending = true;
-    if (mode == cursor_mode::marks) showTotal();
+    if (mode == cursor_mode::marks) show_total(state, world);
     setDefaultCursor();
     world.invalidate(CRgn::combined(before, invalidateRgn(mode), RGN_OR), true);
 }
@@ -204,7 +181,7 @@ void cursor_machine::inverseSelection()
 void cursor_machine::removeMarks()
 {
     const CRgn area = marks_region(state, world);
-    if (is_of_mark(state.hotAction)) endDrag(); // others go on
+    if (hot_marks().does(state.hotAction)) endDrag(); // others go on
     state.marks.clear();
     state.measure.isVisible = false;
     if (!area.isEmpty()) world.invalidate(area, false);
@@ -213,7 +190,7 @@ void cursor_machine::removeMarks()
 void cursor_machine::removeCurves()
 {
     const CRgn area = invalidateRgn(cursor_mode::curve);
-    if (is_of_curve(state.hotAction)) endDrag();
+    if (hot_curves().does(state.hotAction)) endDrag();
     state.curves.clear();
     state.measure.isVisible = false;
     if (!area.isEmpty()) world.invalidate(area, false);
@@ -223,7 +200,7 @@ void cursor_machine::addMark(CPoint mark)
 {
     const CRgn before = invalidateRgn(cursor_mode::marks);
     state.marks.push_back(mark);
-    showTotal();
+    show_total(state, world);
     world.invalidate(CRgn::combined(before, invalidateRgn(cursor_mode::marks), RGN_OR), false);
 }
 
@@ -242,15 +219,6 @@ void cursor_machine::moveLineView(int delta)
     line->setSectionPoint(0, from);
     line->setSectionPoint(1, to);
     line->reloadSection();
-}
-
-void cursor_machine::showTotal() { state.measure = total_text(state.marks.size(), world.frame().size()); }
-
-/// How long the active curve is.
-void cursor_machine::showLength()
-{
-    if (state.curves.empty()) return;
-    state.measure = length_text(state.curves.front(), steps_of(world.axisX(), world.axisY()));
 }
 
 } // namespace surface

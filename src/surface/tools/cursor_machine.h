@@ -1,6 +1,5 @@
 #pragma once
-#include "surface/figures/selection_state.h"
-#include "surface/tools/cursor_world.h"
+#include "surface/tools/tool_context.h"
 
 namespace surface {
 
@@ -34,8 +33,6 @@ public:
     /// Moves the document's first line profile; by 0, to where the selection is.
     void moveLineView(int delta);
 
-    /// What a press would do at this client point, and the cursor for it.
-    void hoverTest(unsigned flags, CPoint client);
     void setDefaultCursor();
     /// What the state draws in this mode, client pixels. Whoever changes the state invalidates it before and after.
     CRgn invalidateRgn(cursor_mode mode) const;
@@ -50,31 +47,21 @@ private:
     event_point snapped(CPoint client) const;
     int tolerance(CPoint client, int pixels) const;
     CPoint toSource(CPoint client) const;
-    ISection* hotSection() const;
+    tool_context context() noexcept { return {state, world, drag}; }
     cursor_mode changedMode() const;
+    /// What a press would do at this client point, and the cursor for it.
+    void hoverTest(unsigned flags, CPoint client);
     void repaint(const CRgn& before, bool erase);
     void modifierChanged(unsigned key);
 
     // press
-    void pressItem(unsigned flags, event_point at, int reach);
+    void holdToPan(const tool_event& event);
     void pressMode(unsigned flags, event_point at);
     void pressRegion(unsigned flags, event_point at);
-    void pressMarkMove(CPoint at, int reach);
-    void pressMarkDelete(CPoint at, int reach);
-    void pressVertexMove(CPoint at, int reach);
-    void pressVertexDelete(unsigned flags, CPoint at, int reach);
-    void pressSegment(CPoint at, int reach);
-    void pressCurve(CPoint at, int reach);
-    void pressSection(CPoint at);
     void spanLine(CPoint at);
 
     // move
-    void moveItem(CPoint at);
     void moveMode(CPoint at);
-    void moveSectionVertex(CPoint at);
-    void moveSection(CPoint at);
-    void moveVolume(CPoint at);
-    void pan(CPoint at);
 
     // release
     void releaseMode(unsigned flags, CPoint at);
@@ -89,15 +76,10 @@ private:
     void traceIsoline(CPoint seed);
     void showStatus(CPoint at);
 
-    void showTotal();
-    void showLength();
-
     selection_state& state;
     ICursorWorld& world;
-    CPoint panAnchor;                 ///< sample that stays under the cursor
-    CPoint dragAnchor;                ///< where the drag of a section began
-    std::vector<CPoint> savedSection; ///< its points then
-    lengthy_trace finishedLengthy;    ///< what a drag continues
+    drag_memory drag;
+    lengthy_trace finishedLengthy; ///< what a drag continues
 };
 
 } // namespace surface

@@ -4,143 +4,36 @@
 #include "surface/figures/lengthy_object.h"
 #include "surface/tools/cursor_machine.h"
 #include "surface/tools/cursor_shapes.h"
-#include "surface/tools/hit_test.h"
-#include "view/image/SectionSource.h"
-
-#include <algorithm>
+#include "surface/tools/hot_tools.h"
 
 namespace surface {
 
 void cursor_machine::press(unsigned flags, CPoint client)
 {
     if (world.frame().isEmpty()) return world.setCapture(true);
-    CRgn before = invalidateRgn();
+    const CRgn before = invalidateRgn();
     const event_point at = snapped(client);
     state.tracking = true;
     world.setCapture(true);
-    constexpr unsigned both = MK_SHIFT | MK_CONTROL;
-    if ((flags & both) == both) {
-        state.hotAction = hot_action::pan;
-        state.hotItem = {};
-        panAnchor = at.source;
-        return;
-    }
-    if (state.hotAction == hot_action::pan) state.hotAction = hot_action::none; // the keys were let go without a move
-    if (state.hotAction == hot_action::none)
-        pressMode(flags, at);
+    drag = {};
+    const tool_event event{at.source, flags, tolerance(at.client, CorrectDPISize(2))};
+    holdToPan(event);
+    const hot_tool* const held = hot_tool_of(state.hotAction);
+    if (held)
+        held->press(context(), event);
     else
-        pressItem(flags, at, tolerance(at.client, CorrectDPISize(2)));
-    repaint(before, false);
+        pressMode(flags, at);
+    if (held && held->movesOnPress()) move(flags, at.client);
+    if (state.hotAction != hot_action::pan) repaint(before, false); // nothing that is drawn has changed
 }
 
-void cursor_machine::pressItem(unsigned flags, event_point at, int reach)
+/// The keys that pan count at the press, also when they went down or up without a move.
+void cursor_machine::holdToPan(const tool_event& event)
 {
-    switch (state.hotAction) {
-    case hot_action::sectionVertex:
-        if (ISection* const section = hotSection()) world.bringToFront(*section);
-        return move(flags, at.client);
-    case hot_action::moveMark:
-        return pressMarkMove(at.source, reach);
-    case hot_action::deleteMark:
-        return pressMarkDelete(at.source, reach);
-    case hot_action::moveVertex:
-        return pressVertexMove(at.source, reach);
-    case hot_action::deleteVertex:
-        return pressVertexDelete(flags, at.source, reach);
-    case hot_action::volumeMark:
-        world.beginVolumeDrag();
-        return moveVolume(at.source);
-    case hot_action::insertVertex:
-        return pressSegment(at.source, reach);
-    case hot_action::activateCurve:
-        return pressCurve(at.source, reach);
-    case hot_action::decoration:
-        return world.toggleDecoration(state.hotItem.list, state.hotItem.point);
-    case hot_action::moveSection:
-        return pressSection(at.source);
-    default:
-        return;
-    }
-}
-
-void cursor_machine::pressMarkMove(CPoint at, int reach)
-{
-    state.hotItem = {.point = find_vertex(state.marks, at, reach)};
-}
-
-void cursor_machine::pressMarkDelete(CPoint at, int reach)
-{
-    const std::size_t found = find_vertex(state.marks, at, reach);
-    if (found == hot_item::none) return;
-    const CPoint mark = state.marks[found];
-    state.marks.erase(state.marks.begin() + static_cast<std::ptrdiff_t>(found));
-    state.hotItem = {};
-    showTotal();
-    world.sendHint(hintMarkRemoved, mark);
-}
-
-void cursor_machine::pressVertexMove(CPoint at, int reach)
-{
-    state.hotItem.point = hot_item::none;
-    for (std::vector<CPoint>& curve : state.curves) {
-        const std::size_t vertex = find_vertex(curve, at, reach);
-        if (vertex == hot_item::none) continue;
-        curve.swap(state.curves.front());
-        state.hotItem = {.list = 0, .point = vertex};
-        return;
-    }
-}
-
-void cursor_machine::pressVertexDelete(unsigned flags, CPoint at, int reach)
-{
-    for (std::size_t i = 0; i < state.curves.size(); ++i) {
-        std::vector<CPoint>& curve = state.curves[i];
-        const std::size_t vertex = find_vertex(curve, at, reach);
-        if (vertex == hot_item::none) continue;
-        const auto place = curve.begin() + static_cast<std::ptrdiff_t>(vertex);
-        const bool deletesRest = vertex == 0 || (flags & MK_CONTROL) != 0;
-        curve.erase(place, deletesRest ? curve.end() : place + 1);
-        state.hotItem = {};
-        if (!curve.empty()) return showLength();
-        state.measure.isVisible = false;
-        if (i == 0) state.selectionActive = false;
-        state.curves.erase(state.curves.begin() + static_cast<std::ptrdiff_t>(i));
-        return;
-    }
-}
-
-void cursor_machine::pressSegment(CPoint at, int reach)
-{
-    for (std::vector<CPoint>& curve : state.curves) {
-        const std::size_t end = find_segment(curve, at, reach);
-        if (end == hot_item::none) continue;
-        curve.insert(curve.begin() + static_cast<std::ptrdiff_t>(end), at);
-        curve.swap(state.curves.front());
-        state.hotAction = hot_action::moveVertex;
-        state.hotItem = {.list = 0, .point = end};
-        return;
-    }
-}
-
-void cursor_machine::pressCurve(CPoint at, int reach)
-{
-    const auto isHit = [=](const std::vector<CPoint>& curve) {
-        return find_vertex(curve, at, reach) != hot_item::none || find_segment(curve, at, reach) != hot_item::none;
-    };
-    const auto found = std::ranges::find_if(state.curves, isHit);
-    if (found != state.curves.end()) found->swap(state.curves.front());
-    showLength();
-}
-
-void cursor_machine::pressSection(CPoint at)
-{
-    ISection* const section = hotSection();
-    if (!section) return;
-    world.bringToFront(*section);
-    savedSection.clear();
-    for (unsigned i = 0; i < section->getPointsNumber(); ++i) savedSection.push_back(section->getSectionPoint(i));
-    dragAnchor = at;
-    world.invalidateAll();
+    const hit found = hot_pan().find(state, world, event);
+    if (found.action == hot_action::none && state.hotAction != hot_action::pan) return;
+    state.hotAction = found.action;
+    state.hotItem = found.item;
 }
 
 void cursor_machine::pressMode(unsigned flags, event_point at)

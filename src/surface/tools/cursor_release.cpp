@@ -5,6 +5,9 @@
 #include "surface/figures/measurements.h"
 #include "surface/figures/region_edit.h"
 #include "surface/tools/cursor_machine.h"
+#include "surface/tools/curve_tool.h"
+#include "surface/tools/hot_tools.h"
+#include "surface/tools/marks_tool.h"
 
 #include <array>
 #include <cstdlib>
@@ -35,8 +38,10 @@ void cursor_machine::release(unsigned flags, CPoint client)
     state.tracking = false; // before the capture goes, which is told at once
     world.setCapture(false);
     if (world.frame().isEmpty()) return;
-    if (state.hotAction == hot_action::volumeMark) world.endVolumeDrag();
-    if (state.hotAction == hot_action::none) releaseMode(flags, at.source);
+    if (const hot_tool* const held = hot_tool_of(state.hotAction))
+        held->end(world);
+    else
+        releaseMode(flags, at.source);
     repaint(before, false);
 }
 
@@ -59,7 +64,7 @@ void cursor_machine::releaseMode(unsigned flags, CPoint at)
     case cursor_mode::marks:
         state.marks.push_back(at);
         state.selectionActive = false;
-        return showTotal();
+        return show_total(state, world);
     case cursor_mode::curve:
         return releaseCurve(flags, at);
     case cursor_mode::lineProfile:
@@ -142,7 +147,7 @@ void cursor_machine::releaseCurve(unsigned flags, CPoint at)
 {
     if (state.curves.empty() || (flags & MK_CONTROL)) state.curves.insert(state.curves.begin(), std::vector<CPoint>());
     state.curves.front().push_back(at);
-    showLength();
+    show_length(state, world);
     state.selectionActive = false;
 }
 

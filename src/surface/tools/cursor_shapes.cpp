@@ -6,30 +6,10 @@ namespace surface {
 
 namespace {
 
-int mode_cursor(const selection_state& state, modifier_keys keys) noexcept
-{
-    const int plain = cursorFirstMode + static_cast<int>(state.mode);
-    const combine_mode combine = state.tracking ? state.combine : combine_of(keys);
-    const int combining = static_cast<int>(combine) - static_cast<int>(combine_mode::add);
-    switch (state.mode) {
-    case cursor_mode::rectangle:
-    case cursor_mode::ellipse:
-        return combine == combine_mode::replace ? plain : cursorAdd + combining;
-    case cursor_mode::isoline:
-        return combine == combine_mode::replace ? static_cast<int>(cursorIsoline) : cursorIsolineAdd + combining;
-    case cursor_mode::lengthyObject:
-        return keys.control ? static_cast<int>(cursorContinueObject) : plain;
-    case cursor_mode::includeFeatures:
-        return cursorInclude;
-    case cursor_mode::excludeFeatures:
-        return cursorExclude;
-    default:
-        return plain;
-    }
-}
+constexpr int firstNumber = 5001, isolineNumber = 5011; // one for each mode
 
-/// The sign of a mode that draws; include and exclude have pointers of their own.
-cursor_shape mode_shape(int mode) noexcept
+/// The sign of a mode that draws.
+cursor_shape mode_shape(cursor_mode mode) noexcept
 {
     constexpr cursor_shape shapes[] = {
         cursor_shape::crossRectangle,     cursor_shape::crossEllipse, cursor_shape::crossSection,
@@ -38,83 +18,46 @@ cursor_shape mode_shape(int mode) noexcept
         cursor_shape::crossLengthyObject, cursor_shape::crossIsoline,
     };
     const auto index = static_cast<std::size_t>(mode);
-    return mode >= 0 && index < std::size(shapes) ? shapes[index] : cursor_shape::cross;
+    return index < std::size(shapes) ? shapes[index] : cursor_shape::cross;
+}
+
+/// \param first  of the three pointers, for adding
+tool_pointer combining(int first, combine_mode combine) noexcept
+{
+    constexpr cursor_shape shapes[] = {cursor_shape::crossPlus, cursor_shape::crossMinus, cursor_shape::move};
+    const int index = static_cast<int>(combine) - static_cast<int>(combine_mode::add);
+    return {first + index, shapes[index]};
 }
 
 } // namespace
+
+tool_pointer mode_pointer(const selection_state& state, modifier_keys keys) noexcept
+{
+    const tool_pointer plain{firstNumber + static_cast<int>(state.mode), mode_shape(state.mode)};
+    const combine_mode combine = state.tracking ? state.combine : combine_of(keys);
+    switch (state.mode) {
+    case cursor_mode::rectangle:
+    case cursor_mode::ellipse:
+        return combine == combine_mode::replace ? plain : combining(5034, combine);
+    case cursor_mode::isoline:
+        return combine == combine_mode::replace ? tool_pointer{isolineNumber, cursor_shape::crossIsoline}
+                                                : combining(5037, combine);
+    case cursor_mode::lengthyObject:
+        return keys.control ? tool_pointer{5041, cursor_shape::crossPlus} : plain;
+    case cursor_mode::includeFeatures:
+        return {5046, cursor_shape::pen};
+    case cursor_mode::excludeFeatures:
+        return {5047, cursor_shape::eraser};
+    default:
+        return plain;
+    }
+}
 
 combine_mode combine_of(modifier_keys keys) noexcept
 {
     if (keys.control) return combine_mode::add;
     if (keys.alt) return combine_mode::subtract;
     return keys.shift ? combine_mode::move : combine_mode::replace;
-}
-
-int cursor_of(const selection_state& state, modifier_keys keys) noexcept
-{
-    switch (state.hotAction) {
-    case hot_action::sectionVertex:
-        return cursorSectionVertex;
-    case hot_action::moveMark:
-        return cursorMoveMark;
-    case hot_action::deleteMark:
-        return cursorDeleteMark;
-    case hot_action::moveVertex:
-        return cursorMoveVertex;
-    case hot_action::deleteVertex:
-        return keys.control ? cursorDeleteRest : cursorDeleteVertex;
-    case hot_action::volumeMark:
-        return cursorVolumeMark;
-    case hot_action::insertVertex:
-        return cursorInsertVertex;
-    case hot_action::activateCurve:
-        return cursorActivateCurve;
-    case hot_action::decoration:
-        return cursorDecoration;
-    case hot_action::pan:
-        return cursorPan;
-    case hot_action::moveSection:
-        return cursorMoveSection;
-    case hot_action::none:
-        break;
-    }
-    return mode_cursor(state, keys);
-}
-
-cursor_shape shape_of(int number) noexcept
-{
-    switch (number) {
-    case cursorSectionVertex:
-    case cursorMoveMark:
-    case cursorMoveVertex:
-    case cursorVolumeMark:
-    case cursorMoveSection:
-    case cursorMove:
-    case cursorIsolineMove:
-        return cursor_shape::move;
-    case cursorDeleteMark:
-    case cursorDeleteVertex:
-    case cursorDeleteRest:
-    case cursorExclude:
-        return cursor_shape::eraser;
-    case cursorAdd:
-    case cursorIsolineAdd:
-    case cursorInsertVertex:
-    case cursorContinueObject:
-        return cursor_shape::crossPlus;
-    case cursorSubtract:
-    case cursorIsolineSubtract:
-        return cursor_shape::crossMinus;
-    case cursorActivateCurve:
-    case cursorDecoration:
-        return cursor_shape::hand;
-    case cursorPan:
-        return cursor_shape::grab;
-    case cursorInclude:
-        return cursor_shape::pen;
-    default:
-        return mode_shape(number - cursorFirstMode);
-    }
 }
 
 } // namespace surface

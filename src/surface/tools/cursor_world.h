@@ -3,6 +3,7 @@
 #include "platform/draw/Region.h"
 #include "surface/figures/drawing_axes.h"
 #include "surface/figures/sample_frame.h"
+#include "surface/tools/tool_pointer.h"
 #include "view/axes/view_geometry.h"
 
 #include <optional>
@@ -64,8 +65,8 @@ public:
     /// Client point of the pointer while it is inside the client area.
     virtual std::optional<CPoint> pointer() const = 0;
     virtual void setCapture(bool on) = 0;
-    virtual void setCursor(int number) = 0; ///< a number of `cursor_shapes.h`
-    virtual void showWait(bool on) = 0;     ///< what follows takes long
+    virtual void setCursor(const tool_pointer& shown) = 0;
+    virtual void showWait(bool on) = 0; ///< what follows takes long
 
     // What the machine causes
     virtual void invalidate(const CRgn& region, bool erase) = 0; ///< client pixels

@@ -1,6 +1,8 @@
 #pragma once
-#include "surface/figures/selection_state.h"
-#include "surface/tools/cursor_world.h"
+#include "platform/draw/geometry.h"
+
+#include <cstddef>
+#include <vector>
 
 namespace surface {
 
@@ -16,15 +18,5 @@ std::size_t find_segment(const std::vector<CPoint>& points, CPoint at, int reach
 
 /// A point of one image as it lies on an image of another size; cut towards zero.
 CPoint rescaled(CPoint point, CSize from, CSize to) noexcept;
-/// Where a volume's mark lies on an image of this size.
-CPoint mark_sample(const volume_mark& mark, CSize image) noexcept;
-
-struct hit {
-    hot_action action = hot_action::none;
-    hot_item item;
-};
-/// What lies at a sample: decorations, marks, curves, vertices of sections, their segments, the mark of a volume; the
-/// first of these that is hit.
-hit find_hit(const selection_state& state, const ICursorWorld& world, CPoint at, int reach, unsigned flags);
 
 } // namespace surface

@@ -3,7 +3,6 @@
 
 #include "document/StorageDoc.h"
 #include "platform/app/WinApp.h"
-#include "surface/tools/cursor_shapes.h"
 #include "surface/views/SurfMathView.h"
 #include "view/image/SectionSource.h"
 #include "view/image/VolumeSource.h"
@@ -96,7 +95,7 @@ void view_world::setCapture(bool on)
         view.ReleaseCapture();
 }
 
-void view_world::setCursor(int number) { view.SetCursor(shape_of(number)); }
+void view_world::setCursor(const tool_pointer& shown) { view.SetCursor(shown.shape); }
 
 void view_world::showWait(bool on)
 {

@@ -31,7 +31,7 @@ public:
     bool isKeyDown(unsigned key) const override;
     std::optional<CPoint> pointer() const override;
     void setCapture(bool on) override;
-    void setCursor(int number) override;
+    void setCursor(const tool_pointer& shown) override;
     void showWait(bool on) override;
 
     // What the machine causes

@@ -1,6 +1,5 @@
 // For every mode what a user does with it, by mouse and keys.
 #include "fake_world.h"
-#include "surface/tools/cursor_shapes.h"
 #include "surface/tools/hit_test.h"
 
 namespace {

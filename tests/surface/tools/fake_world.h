@@ -87,7 +87,7 @@ struct FakeWorld : surface::ICursorWorld {
     bool isKeyDown(unsigned key) const override { return keys.contains(key); }
     std::optional<CPoint> pointer() const override { return at; }
     void setCapture(bool on) override { isCaptured = on; }
-    void setCursor(int number) override { cursor = number; }
+    void setCursor(const surface::tool_pointer& pointer_) override { cursor = pointer_.number; }
     void showWait(bool on) override { waits += on; }
     void invalidate(const CRgn& region, bool) override { repainted.CombineRgn(repainted, region, RGN_OR); }
     void invalidateAll() override { ++wholeRepaints; }

@@ -1,0 +1,10 @@
+#pragma once
+#include "surface/figures/selection_state.h"
+#include "surface/tools/cursor_world.h"
+
+namespace surface {
+
+/// Shows how many marks there are.
+void show_total(selection_state& state, const ICursorWorld& world);
+
+} // namespace surface

@@ -1,0 +1,17 @@
+#pragma once
+#include "platform/app/keys.h"
+
+namespace surface {
+
+/// The pointer over a surface: it tells what a press does.
+struct tool_pointer {
+    int number = 0; ///< of the resource
+    cursor_shape shape = cursor_shape::cross;
+};
+
+/// Which keys are down.
+struct modifier_keys {
+    bool control = false, alt = false, shift = false;
+};
+
+} // namespace surface
