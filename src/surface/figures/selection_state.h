@@ -66,6 +66,11 @@ struct selection_rect {
     int dy() const noexcept { return bottom - top; }
     CPoint start() const noexcept { return {left, top}; }
     CPoint end() const noexcept { return {right, bottom}; }
+    void endAt(CPoint at) noexcept
+    {
+        right = at.x;
+        bottom = at.y;
+    }
     bool operator==(const selection_rect&) const = default;
 };
 

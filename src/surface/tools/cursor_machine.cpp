@@ -4,13 +4,12 @@
 #include "platform/draw/dpi.h"
 #include "surface/figures/region_edit.h"
 #include "surface/figures/snapping.h"
-#include "surface/tools/cursor_shapes.h"
+#include "surface/tools/cursor_tools.h"
 #include "surface/tools/hot_tools.h"
-#include "surface/tools/invalid_region.h"
 #include "surface/tools/marks_tool.h"
+#include "surface/tools/overlay_area.h"
 #include "surface/tools/overlay_drawing.h"
-#include "view/ImageView.h"
-#include "view/image/SectionSource.h"
+#include "surface/tools/overlay_geometry.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -19,31 +18,7 @@ namespace surface {
 
 namespace {
 
-constexpr int lastMode = static_cast<int>(cursor_mode::excludeFeatures);
-constexpr int pageStep = 10; // rows or columns
-
-/// How far a key moves a profile; 0 for other keys.
-int line_step(unsigned key) noexcept
-{
-    switch (key) {
-    case VK_PRIOR:
-        return pageStep;
-    case VK_NEXT:
-        return -pageStep;
-    case VK_LEFT:
-    case VK_DOWN:
-        return -1;
-    case VK_UP:
-    case VK_RIGHT:
-        return 1;
-    default:
-        return 0;
-    }
-}
-
 bool is_modifier(unsigned key) noexcept { return key == VK_SHIFT || key == VK_CONTROL || key == VK_MENU; }
-
-bool shows_modifiers(cursor_mode mode) noexcept { return is_region_mode(mode) || mode == cursor_mode::lengthyObject; }
 
 } // namespace
 
@@ -77,12 +52,77 @@ cursor_mode cursor_machine::changedMode() const
     return held ? held->changedMode(state.mode) : state.mode;
 }
 
-CRgn cursor_machine::invalidateRgn(cursor_mode mode) const { return invalid_region(state, world, mode); }
+CRgn cursor_machine::invalidateRgn(cursor_mode shown) const { return drawn_area(state, world, shown); }
+
+const cursor_tool& cursor_machine::mode() const noexcept { return tool_of(state.mode); }
+
+/// What the mouse is over or holds; nothing of that: the mode.
+const mouse_tool& cursor_machine::acting() const noexcept
+{
+    if (const hot_tool* const held = hot_tool_of(state.hotAction)) return *held;
+    return mode();
+}
 
 void cursor_machine::repaint(const CRgn& before, bool erase)
 {
     const CRgn area = CRgn::combined(before, invalidateRgn(), RGN_OR);
     if (!area.isEmpty()) world.invalidate(area, erase);
+}
+
+void cursor_machine::press(unsigned flags, CPoint client)
+{
+    if (world.frame().isEmpty()) return world.setCapture(true);
+    const CRgn before = invalidateRgn();
+    const event_point at = snapped(client);
+    state.tracking = true;
+    world.setCapture(true);
+    begin({at.source, flags, tolerance(at.client, CorrectDPISize(2))}, at.client);
+    if (state.hotAction != hot_action::pan) repaint(before, false); // of panning nothing shows yet
+}
+
+void cursor_machine::begin(const tool_event& event, CPoint client)
+{
+    drag = {};
+    holdToPan(event);
+    const mouse_tool& tool = acting();
+    tool.press(context(), event);
+    if (tool.movesOnPress()) move(event.flags, client);
+}
+
+/// The keys that pan count at the press, also when they went down or up without a move.
+void cursor_machine::holdToPan(const tool_event& event)
+{
+    const hit found = hot_pan().find(state, world, event);
+    if (found.action == hot_action::none && state.hotAction != hot_action::pan) return;
+    state.hotAction = found.action;
+    state.hotItem = found.item;
+}
+
+void cursor_machine::move(unsigned flags, CPoint client)
+{
+    if (world.frame().isEmpty()) return;
+    const event_point at = snapped(client);
+    if (!state.tracking) {
+        hoverTest(flags, at.client); // where a press would act
+        return world.showStatus(at.source);
+    }
+    const CRgn before = invalidateRgn();
+    const mouse_tool& tool = acting();
+    tool.move(context(), at.source);
+    repaint(before, false);
+    tool.showStatus(context(), at.source);
+}
+
+void cursor_machine::release(unsigned flags, CPoint client)
+{
+    if (!state.tracking) return world.setCapture(false);
+    const event_point at = snapped(client);
+    const CRgn before = invalidateRgn();
+    state.tracking = false; // before the capture goes, which is told at once
+    world.setCapture(false);
+    if (world.frame().isEmpty()) return;
+    acting().release(context(), {at.source, flags});
+    repaint(before, false);
 }
 
 void cursor_machine::hoverTest(unsigned flags, CPoint client)
@@ -100,19 +140,12 @@ void cursor_machine::setDefaultCursor()
     if (!world.pointer()) return;
     const modifier_keys keys{
         .control = world.isKeyDown(VK_CONTROL), .alt = world.isKeyDown(VK_MENU), .shift = world.isKeyDown(VK_SHIFT)};
-    const hot_tool* const held = hot_tool_of(state.hotAction);
-    world.setCursor(held ? held->pointerFor(state.hotAction, keys) : mode_pointer(state, keys));
+    world.setCursor(acting().pointerFor(state, keys));
 }
 
 bool cursor_machine::keyDown(unsigned key)
 {
-    if (const int step = line_step(key);
-        step != 0 && (state.mode == cursor_mode::lineProfile || state.mode == cursor_mode::columnProfile)) {
-        moveLineView(step);
-        if (const ISection* const line = world.firstLine(); line && line->getPointsNumber() > 0)
-            world.showStatus(line->getSectionPoint(0));
-        return true;
-    }
+    if (mode().key(context(), key)) return true;
     if (is_modifier(key)) modifierChanged(key);
     return false;
 }
@@ -121,7 +154,7 @@ void cursor_machine::keyUp(unsigned key)
 {
     if (!is_modifier(key)) return;
     modifierChanged(key);
-    if (shows_modifiers(state.mode) && state.tracking && state.combine != combine_mode::replace) world.invalidateAll();
+    if (mode().showsModifiers() && state.tracking && state.combine != combine_mode::replace) world.invalidateAll();
 }
 
 void cursor_machine::modifierChanged(unsigned key)
@@ -130,19 +163,15 @@ void cursor_machine::modifierChanged(unsigned key)
     if (pointer && key != VK_MENU && !world.frame().isEmpty())
         hoverTest((world.isKeyDown(VK_SHIFT) ? MK_SHIFT : 0u) | (world.isKeyDown(VK_CONTROL) ? MK_CONTROL : 0u),
                   snapped(*pointer).client);
-    if (shows_modifiers(state.mode)) setDefaultCursor();
+    if (mode().showsModifiers()) setDefaultCursor();
 }
 
 void cursor_machine::captureLost()
 {
     if (!state.tracking) return;
-    if (const hot_tool* const held = hot_tool_of(state.hotAction)) held->end(world);
     const CRgn before = invalidateRgn();
     state.tracking = false;
-    if (state.hotAction == hot_action::none) {
-        state.selectionActive = is_region_mode(state.mode) && !state.region.isEmpty();
-        state.angleFirstArmPending = true;
-    }
+    acting().abandon(context());
     state.combine = combine_mode::replace;
     repaint(before, false);
 }
@@ -159,17 +188,15 @@ void cursor_machine::endDrag()
 
 void cursor_machine::setMode(int number)
 {
-    const auto mode = static_cast<cursor_mode>(std::clamp(number, 0, lastMode));
+    const cursor_mode chosen = mode_of(number);
     if (state.tracking) endDrag(); // by a key: what one mode began the other cannot finish
     const CRgn before = invalidateRgn(state.mode);
-    const bool staysRegion = is_region_mode(state.mode) && is_region_mode(mode);
-    state.mode = mode;
-    if (!staysRegion) state.selectionActive = false;
+    if (!is_region_mode(state.mode) || !is_region_mode(chosen)) state.selectionActive = false;
+    state.mode = chosen;
     state.measure.isVisible = false;
-    if (mode == cursor_mode::angle) state.angleFirstArmPending = true;
-    if (mode == cursor_mode::marks) show_total(state, world);
+    mode().enter(context());
     setDefaultCursor();
-    world.invalidate(CRgn::combined(before, invalidateRgn(mode), RGN_OR), true);
+    world.invalidate(CRgn::combined(before, invalidateRgn(chosen), RGN_OR), true);
 }
 
 void cursor_machine::inverseSelection()
@@ -180,7 +207,9 @@ void cursor_machine::inverseSelection()
 
 void cursor_machine::removeMarks()
 {
-    const CRgn area = marks_region(state, world);
+    CRgn area;
+    add_marks(area, state, world);
+    add_measure(area, state, world);
     if (hot_marks().does(state.hotAction)) endDrag(); // others go on
     state.marks.clear();
     state.measure.isVisible = false;
@@ -202,23 +231,6 @@ void cursor_machine::addMark(CPoint mark)
     state.marks.push_back(mark);
     show_total(state, world);
     world.invalidate(CRgn::combined(before, invalidateRgn(cursor_mode::marks), RGN_OR), false);
-}
-
-void cursor_machine::moveLineView(int delta)
-{
-    ISection* const line = world.firstLine();
-    const CSize size = world.frame().size();
-    if (!line || line->getPointsNumber() < 2 || size.cx <= 0 || size.cy <= 0) return;
-    const CPoint first = line->getSectionPoint(0), last = line->getSectionPoint(1);
-    CPoint from, to{size.cx - 1, size.cy - 1};
-    if (line->isHorizontal())
-        from.y = to.y = std::clamp(delta ? first.y + delta : state.selection.top, 0, size.cy - 1);
-    else
-        from.x = to.x = std::clamp(delta ? first.x + delta : state.selection.left, 0, size.cx - 1);
-    if (first == from && last == to) return;
-    line->setSectionPoint(0, from);
-    line->setSectionPoint(1, to);
-    line->reloadSection();
 }
 
 } // namespace surface

@@ -3,6 +3,9 @@
 
 namespace surface {
 
+class cursor_tool;
+class mouse_tool;
+
 /// What mouse and keyboard do on a surface: select, draw and measure in samples of its image. It changes the state and
 /// tells the world what follows from that; it knows no window. Client points and `mouse_flags` come in as the host
 /// tells them.
@@ -15,7 +18,7 @@ public:
     void press(unsigned flags, CPoint client);
     void move(unsigned flags, CPoint client);
     void release(unsigned flags, CPoint client);
-    /// \return the key moved a line profile
+    /// \return whether the key is one of the mode's, as those that move a profile
     bool keyDown(unsigned key);
     void keyUp(unsigned key);
     /// The mouse went to another window in the middle of a drag: what the drag began stays as it is.
@@ -30,12 +33,10 @@ public:
     void removeMarks();
     void removeCurves();
     void addMark(CPoint mark);
-    /// Moves the document's first line profile; by 0, to where the selection is.
-    void moveLineView(int delta);
 
     void setDefaultCursor();
     /// What the state draws in this mode, client pixels. Whoever changes the state invalidates it before and after.
-    CRgn invalidateRgn(cursor_mode mode) const;
+    CRgn invalidateRgn(cursor_mode shown) const;
     CRgn invalidateRgn() const { return invalidateRgn(changedMode()); }
 
 private:
@@ -48,38 +49,20 @@ private:
     int tolerance(CPoint client, int pixels) const;
     CPoint toSource(CPoint client) const;
     tool_context context() noexcept { return {state, world, drag}; }
+    const cursor_tool& mode() const noexcept;
+    const mouse_tool& acting() const noexcept;
     cursor_mode changedMode() const;
     /// What a press would do at this client point, and the cursor for it.
     void hoverTest(unsigned flags, CPoint client);
     void repaint(const CRgn& before, bool erase);
     void modifierChanged(unsigned key);
 
-    // press
+    void begin(const tool_event& event, CPoint client);
     void holdToPan(const tool_event& event);
-    void pressMode(unsigned flags, event_point at);
-    void pressRegion(unsigned flags, event_point at);
-    void spanLine(CPoint at);
-
-    // move
-    void moveMode(CPoint at);
-
-    // release
-    void releaseMode(unsigned flags, CPoint at);
-    void releaseRegion();
-    void releaseIsoline(CPoint at);
-    void releaseSection();
-    void releaseDistance();
-    void releaseAngle();
-    void releaseCurve(unsigned flags, CPoint at);
-    void releaseLengthy(CPoint at);
-    void finishRegion();
-    void traceIsoline(CPoint seed);
-    void showStatus(CPoint at);
 
     selection_state& state;
     ICursorWorld& world;
     drag_memory drag;
-    lengthy_trace finishedLengthy; ///< what a drag continues
 };
 
 } // namespace surface

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "platform/draw/dpi.h"
-#include "surface/tools/overlay_drawing.h"
+#include "surface/tools/overlay_geometry.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -85,7 +85,7 @@ public:
                action == hot_action::insertVertex || action == hot_action::activateCurve;
     }
     hit find(const selection_state& state, const ICursorWorld& world, const tool_event& event) const override;
-    tool_pointer pointerFor(hot_action action, modifier_keys keys) const noexcept override;
+    tool_pointer pointerFor(const selection_state& state, modifier_keys keys) const noexcept override;
     void press(const tool_context& on, const tool_event& event) const override;
     void move(const tool_context& on, CPoint at) const override;
     cursor_mode changedMode(cursor_mode) const noexcept override { return cursor_mode::curve; }
@@ -106,9 +106,9 @@ hit curves_tool::find(const selection_state& state, const ICursorWorld&, const t
     return {};
 }
 
-tool_pointer curves_tool::pointerFor(hot_action action, modifier_keys keys) const noexcept
+tool_pointer curves_tool::pointerFor(const selection_state& state, modifier_keys keys) const noexcept
 {
-    switch (action) {
+    switch (state.hotAction) {
     case hot_action::moveVertex:
         return moveVertexPointer;
     case hot_action::deleteVertex:

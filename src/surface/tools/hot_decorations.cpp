@@ -20,7 +20,10 @@ class decoration_tool final : public hot_tool {
 public:
     bool does(hot_action action) const noexcept override { return action == hot_action::decoration; }
     hit find(const selection_state& state, const ICursorWorld& world, const tool_event& event) const override;
-    tool_pointer pointerFor(hot_action, modifier_keys) const noexcept override { return {5043, cursor_shape::hand}; }
+    tool_pointer pointerFor(const selection_state&, modifier_keys) const noexcept override
+    {
+        return {5043, cursor_shape::hand};
+    }
     void press(const tool_context& on, const tool_event&) const override
     {
         on.world.toggleDecoration(on.state.hotItem.list, on.state.hotItem.point);

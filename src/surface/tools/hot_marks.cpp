@@ -33,9 +33,9 @@ public:
         if (mark == hot_item::none) return {};
         return {event.flags & MK_SHIFT ? hot_action::moveMark : hot_action::deleteMark, {.point = mark}};
     }
-    tool_pointer pointerFor(hot_action action, modifier_keys) const noexcept override
+    tool_pointer pointerFor(const selection_state& state, modifier_keys) const noexcept override
     {
-        return action == hot_action::moveMark ? movePointer : deletePointer;
+        return state.hotAction == hot_action::moveMark ? movePointer : deletePointer;
     }
     void press(const tool_context& on, const tool_event& event) const override
     {

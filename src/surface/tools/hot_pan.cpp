@@ -15,7 +15,10 @@ public:
         constexpr unsigned both = MK_SHIFT | MK_CONTROL;
         return {(event.flags & both) == both ? hot_action::pan : hot_action::none, {}};
     }
-    tool_pointer pointerFor(hot_action, modifier_keys) const noexcept override { return {5044, cursor_shape::grab}; }
+    tool_pointer pointerFor(const selection_state&, modifier_keys) const noexcept override
+    {
+        return {5044, cursor_shape::grab};
+    }
     void press(const tool_context& on, const tool_event& event) const override { on.drag.anchor = event.at; }
     void move(const tool_context& on, CPoint at) const override;
 };

@@ -29,7 +29,10 @@ class point_tool final : public hot_tool {
 public:
     bool does(hot_action action) const noexcept override { return action == hot_action::sectionVertex; }
     hit find(const selection_state& state, const ICursorWorld& world, const tool_event& event) const override;
-    tool_pointer pointerFor(hot_action, modifier_keys) const noexcept override { return {5014, cursor_shape::move}; }
+    tool_pointer pointerFor(const selection_state&, modifier_keys) const noexcept override
+    {
+        return {5014, cursor_shape::move};
+    }
     void press(const tool_context& on, const tool_event&) const override
     {
         if (ISection* const section = held_section(on)) on.world.bringToFront(*section);
@@ -70,7 +73,10 @@ public:
                 return {hot_action::moveSection, {.view = &section->sectionView()}};
         return {};
     }
-    tool_pointer pointerFor(hot_action, modifier_keys) const noexcept override { return {5045, cursor_shape::move}; }
+    tool_pointer pointerFor(const selection_state&, modifier_keys) const noexcept override
+    {
+        return {5045, cursor_shape::move};
+    }
     void press(const tool_context& on, const tool_event& event) const override;
     void move(const tool_context& on, CPoint at) const override;
 };

@@ -23,14 +23,17 @@ public:
         if (!mark || !is_vertex_hit(place_of(*mark, world.frame().size()), event.at, event.reach)) return {};
         return {hot_action::volumeMark, {.view = mark->view}};
     }
-    tool_pointer pointerFor(hot_action, modifier_keys) const noexcept override { return {5019, cursor_shape::move}; }
+    tool_pointer pointerFor(const selection_state&, modifier_keys) const noexcept override
+    {
+        return {5019, cursor_shape::move};
+    }
     void press(const tool_context& on, const tool_event& event) const override
     {
         on.world.beginVolumeDrag();
         move(on, event.at);
     }
     void move(const tool_context& on, CPoint at) const override;
-    void end(ICursorWorld& world) const override { world.endVolumeDrag(); }
+    void abandon(const tool_context& on) const override { on.world.endVolumeDrag(); }
 };
 
 void volume_tool::move(const tool_context& on, CPoint at) const

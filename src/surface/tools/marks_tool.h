@@ -6,5 +6,7 @@ namespace surface {
 
 /// Shows how many marks there are.
 void show_total(selection_state& state, const ICursorWorld& world);
+/// All marks with their numbers, client pixels.
+void add_marks(CRgn& area, const selection_state& state, const ICursorWorld& world);
 
 } // namespace surface

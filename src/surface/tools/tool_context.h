@@ -10,6 +10,7 @@ namespace surface {
 struct drag_memory {
     CPoint anchor;               ///< sample that was pressed on
     std::vector<CPoint> section; ///< points of the section that is moved, as they were at the press
+    lengthy_trace object;        ///< what the trace of a lengthy object goes on from
 };
 
 /// What tools work on: they keep nothing themselves.

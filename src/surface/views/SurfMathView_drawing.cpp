@@ -6,6 +6,7 @@
 #include "surface/tools/decoration_drawing.h"
 #include "surface/tools/mark_drawing.h"
 #include "surface/tools/overlay_drawing.h"
+#include "surface/tools/overlay_shapes.h"
 #include "surface/views/SurfMathView.h"
 #include "view/AxisLine.h"
 #include "view/axes/AxisLabels.h"
@@ -150,7 +151,7 @@ void CSurfMathView::OnDrawData(CDC& dc)
     surface::draw_marks(dc, drawn.marks, geometry,
                         {marksStyle, marksNumbered, colorOption("text"), colorOption("text_background")});
     surface::draw_curves(dc, drawn.curves, geometry);
-    surface::draw_trace(dc, drawn, geometry);
+    surface::draw_above(dc, drawn, geometry);
     if (stream()) surface::draw_decorations(dc, storageDoc()->decorations(imageNumber), drawingAxes(), geometry);
     dc.RestoreDC(saved);
 }

@@ -5,6 +5,7 @@
 #include "surface/figures/decoration_file.h"
 #include "surface/figures/resampling.h"
 #include "surface/figures/resolution.h"
+#include "surface/tools/cursor_tools.h"
 #include "surface/views/SurfMathView.h"
 #include "surface/views/calibration.h"
 #include "surface/views/zoom_window.h"
@@ -45,18 +46,16 @@ void CSurfMathView::OnCursorMode(unsigned id) { machine.setMode(static_cast<int>
 
 void CSurfMathView::OnUpdateCursorMode(CCmdUI& ui)
 {
-    const auto mode = static_cast<cursor_mode>(ui.m_nID - commands::firstMode);
-    ui.SetCheck(mode == drawn.mode);
-    switch (mode) {
-    case cursor_mode::section:
+    const auto number = static_cast<int>(ui.m_nID - commands::firstMode);
+    ui.SetCheck(number == static_cast<int>(drawn.mode));
+    switch (surface::tool_of(surface::mode_of(number)).needs()) {
+    case surface::tool_need::sections:
         return ui.Enable(hasSamples() && view::can_open(view::sectionFrame));
-    case cursor_mode::lineProfile:
-    case cursor_mode::columnProfile:
+    case surface::tool_need::lines:
         return ui.Enable(hasSamples() && view::can_open(view::lineFrame));
-    case cursor_mode::includeFeatures:
-    case cursor_mode::excludeFeatures:
+    case surface::tool_need::features:
         return ui.Enable(featuresView() != nullptr);
-    default:
+    case surface::tool_need::samples:
         return ui.Enable(hasSamples());
     }
 }

@@ -6,7 +6,7 @@
 #include "resources/strings.h"
 #include "surface/figures/statistics_text.h"
 #include "surface/tools/mark_drawing.h"
-#include "surface/tools/overlay_drawing.h"
+#include "surface/tools/overlay_geometry.h"
 #include "surface/views/scale_mark.h"
 #include "view/DCView.h"
 #include "view/axes/chart_axes.h"

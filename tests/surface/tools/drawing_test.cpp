@@ -3,6 +3,7 @@
 #include "surface/figures/overlay_bitmap.h"
 #include "surface/tools/mark_drawing.h"
 #include "surface/tools/overlay_drawing.h"
+#include "surface/tools/overlay_geometry.h"
 #include "view/scale/render_step.h"
 
 #include <gtest/gtest.h>

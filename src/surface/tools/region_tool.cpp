@@ -1,0 +1,164 @@
+// Rectangles and ellipses, and what all modes have in common that select a region.
+#include "surface/tools/region_tool.h"
+
+#include "surface/figures/region_edit.h"
+#include "surface/tools/cursor_tools.h"
+#include "surface/tools/drag_tool.h"
+#include "surface/tools/overlay_area.h"
+#include "surface/tools/overlay_geometry.h"
+#include "surface/tools/overlay_shapes.h"
+
+#include <cstdlib>
+
+namespace surface {
+
+namespace {
+
+const CBrush hatchBrush = CBrush::hatched(HS_FDIAGONAL, lineColor);
+
+/// How a new shape joins the region with these keys: Ctrl before Alt before Shift.
+combine_mode combine_of(modifier_keys keys) noexcept
+{
+    if (keys.control) return combine_mode::add;
+    if (keys.alt) return combine_mode::subtract;
+    return keys.shift ? combine_mode::move : combine_mode::replace;
+}
+
+bool is_narrow(const selection_rect& drag) noexcept
+{
+    return std::abs(drag.dx()) < shortDrag || std::abs(drag.dy()) < shortDrag;
+}
+
+/// The region as a drag of its own moves it.
+CRgn moved_region(const selection_state& state)
+{
+    CRgn moved = state.region;
+    moved.OffsetRgn(state.selection.dx(), state.selection.dy());
+    return moved;
+}
+
+/// The pixels of the drag, its last column and row inside.
+CRect drawn_box(const selection_state& state, const view::view_geometry& geometry)
+{
+    CRect box = scaled(state.selection, geometry);
+    box.NormalizeRect();
+    ++box.right;
+    ++box.bottom;
+    return box;
+}
+
+void fill_region(CDC& dc, const CRgn& region, const view::view_geometry& geometry, const selection_style& style)
+{
+    if (style.filled == selection_style::none) return;
+    const CRgn filled =
+        CRgn::combined(CRgn(geometry.display), region, style.filled == selection_style::inner ? RGN_AND : RGN_DIFF);
+    if (filled.isEmpty()) return;
+    const int before = dc.SetBkMode(TRANSPARENT);
+    dc.FillRgn(filled, CBrush::hatched(HS_BDIAGONAL, style.color));
+    dc.SetBkMode(before);
+}
+
+class rectangle final : public region_tool {
+    const pointer_row& pointers() const noexcept override
+    {
+        static constexpr pointer_row row = {{5001, cursor_shape::crossRectangle},
+                                            {5034, cursor_shape::crossPlus},
+                                            {5035, cursor_shape::crossMinus},
+                                            {5036, cursor_shape::move}};
+        return row;
+    }
+    void drawShape(CDC& dc, const selection_state& state, const view::view_geometry& geometry) const override
+    {
+        dc.FrameRect(drawn_box(state, geometry), hatchBrush);
+        draw_handle(dc, to_client(state.selection.start(), geometry), startColor);
+        draw_handle(dc, to_client(state.selection.end(), geometry), endColor);
+    }
+};
+
+class ellipse final : public region_tool {
+    const pointer_row& pointers() const noexcept override
+    {
+        static constexpr pointer_row row = {{5002, cursor_shape::crossEllipse},
+                                            {5034, cursor_shape::crossPlus},
+                                            {5035, cursor_shape::crossMinus},
+                                            {5036, cursor_shape::move}};
+        return row;
+    }
+    void drawShape(CDC& dc, const selection_state& state, const view::view_geometry& geometry) const override
+    {
+        dc.FrameRgn(CRgn::ellipse(drawn_box(state, geometry)), hatchBrush, 1, 1);
+    }
+};
+
+constexpr rectangle rectangleTool;
+constexpr ellipse ellipseTool;
+
+} // namespace
+
+void region_tool::press(const tool_context& on, const tool_event& event) const
+{
+    selection_state& state = on.state;
+    state.combine = combine_of({.control = (event.flags & MK_CONTROL) != 0,
+                                .alt = on.world.isKeyDown(VK_MENU),
+                                .shift = (event.flags & MK_SHIFT) != 0});
+    // A region that was selected before the mode changed twice is not seen and takes no part.
+    if (state.combine == combine_mode::replace || !state.selectionActive) state.region = CRgn();
+    state.isoline.clear();
+    begin_drag(state, event.at);
+}
+
+void region_tool::finish(const tool_context& on, const tool_event&) const
+{
+    selection_state& state = on.state;
+    if (is_narrow(state.selection) && state.combine == combine_mode::replace) {
+        state.region = CRgn();
+        state.selectionActive = false;
+    } else {
+        join(on);
+    }
+    share(on.world);
+}
+
+void region_tool::join(const tool_context& on)
+{
+    finish_region(on.state, on.world.frame().size());
+    on.world.refreshZoomWindow();
+}
+
+void region_tool::share(ICursorWorld& world)
+{
+    if (world.option("SelectionSynchr") != 0.0) world.shareSelection();
+}
+
+tool_pointer region_tool::pointerFor(const selection_state& state, modifier_keys keys) const noexcept
+{
+    return pointers()[static_cast<int>(state.tracking ? state.combine : combine_of(keys))];
+}
+
+void region_tool::draw(CDC& dc, const selection_state& state, const view::view_geometry& geometry,
+                       const selection_style& style) const
+{
+    const bool isMoved = state.tracking && state.combine == combine_mode::move;
+    if (state.tracking && !isMoved) drawShape(dc, state, geometry);
+    const CRgn region = to_client(isMoved ? moved_region(state) : state.region, geometry);
+    dc.FrameRgn(region, hatchBrush, 1, 1);
+    if (!state.tracking) fill_region(dc, region, geometry, style);
+}
+
+void region_tool::addArea(CRgn& area, const selection_state& state, const ICursorWorld& world) const
+{
+    const view::view_geometry geometry = world.geometry();
+    add(area, drag_area(state.selection, geometry));
+    const bool isMoved = state.tracking && state.combine == combine_mode::move;
+    if (state.tracking && !isMoved) return;
+    const bool fillsOutside = static_cast<int>(world.option("SelectionFill")) == selection_style::outer;
+    if (!isMoved && fillsOutside && state.selectionActive)
+        add(area, geometry.display);
+    else
+        area.CombineRgn(area, to_client(isMoved ? moved_region(state) : state.region, geometry), RGN_OR);
+}
+
+const cursor_tool& rectangle_tool() noexcept { return rectangleTool; }
+const cursor_tool& ellipse_tool() noexcept { return ellipseTool; }
+
+} // namespace surface
