@@ -4,7 +4,29 @@ namespace surface {
 
 namespace {
 
-CRect covered_rect(const selection_rect& drag)
+CRgn joined(const selection_state& state, const CRgn& drawn, CSize image)
+{
+    if (!state.selectionActive) return drawn;
+    switch (state.combine) {
+    case combine_mode::add:
+        return CRgn::combined(state.region, drawn, RGN_OR);
+    case combine_mode::subtract: {
+        const CRgn whole(CRect({0, 0}, image));
+        return CRgn::combined(state.region.isEmpty() ? whole : state.region, drawn, RGN_DIFF);
+    }
+    case combine_mode::move: {
+        CRgn moved = state.region;
+        moved.OffsetRgn(state.selection.dx(), state.selection.dy());
+        return moved;
+    }
+    default:
+        return drawn;
+    }
+}
+
+} // namespace
+
+CRect covered_rect(const selection_rect& drag) noexcept
 {
     CRect rect(drag.left, drag.top, drag.right, drag.bottom);
     rect.NormalizeRect();
@@ -13,43 +35,9 @@ CRect covered_rect(const selection_rect& drag)
     return rect;
 }
 
-CRgn joined(const selection_state& state, CSize image)
+void finish_region(selection_state& state, const CRgn& drawn, CSize image)
 {
-    if (!state.selectionActive) return drawn_shape(state);
-    switch (state.combine) {
-    case combine_mode::add:
-        return CRgn::combined(state.region, drawn_shape(state), RGN_OR);
-    case combine_mode::subtract: {
-        const CRgn whole(CRect({0, 0}, image));
-        return CRgn::combined(state.region.isEmpty() ? whole : state.region, drawn_shape(state), RGN_DIFF);
-    }
-    case combine_mode::move: {
-        CRgn moved = state.region;
-        moved.OffsetRgn(state.selection.dx(), state.selection.dy());
-        return moved;
-    }
-    default:
-        return drawn_shape(state);
-    }
-}
-
-} // namespace
-
-CRgn drawn_shape(const selection_state& state)
-{
-    switch (state.mode) {
-    case cursor_mode::ellipse:
-        return CRgn::ellipse(covered_rect(state.selection));
-    case cursor_mode::isoline:
-        return state.isoline.size() < 3 ? CRgn() : CRgn::polygon(state.isoline, ALTERNATE);
-    default:
-        return CRgn(covered_rect(state.selection));
-    }
-}
-
-void finish_region(selection_state& state, CSize image)
-{
-    state.region = joined(state, image);
+    state.region = joined(state, drawn, image);
     if (state.combine != combine_mode::replace) {
         state.selection.left = state.selection.right;
         state.selection.top = state.selection.bottom;

@@ -48,6 +48,11 @@ private:
                                             {5039, cursor_shape::move}};
         return row;
     }
+    /// By the odd-even rule; no pixel below 3 points.
+    CRgn shape(const selection_state& state) const override
+    {
+        return state.isoline.size() < 3 ? CRgn() : CRgn::polygon(state.isoline, ALTERNATE);
+    }
     void drawShape(CDC& dc, const selection_state& state, const view::view_geometry& geometry) const override
     {
         if (state.isoline.size() > 2) dc.Polyline(to_client(state.isoline, geometry));

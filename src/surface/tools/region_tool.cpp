@@ -1,8 +1,6 @@
-// Rectangles and ellipses, and what all modes have in common that select a region.
 #include "surface/tools/region_tool.h"
 
 #include "surface/figures/region_edit.h"
-#include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 #include "surface/tools/overlay_geometry.h"
@@ -13,8 +11,6 @@
 namespace surface {
 
 namespace {
-
-const CBrush hatchBrush = CBrush::hatched(HS_FDIAGONAL, lineColor);
 
 /// How a new shape joins the region with these keys: Ctrl before Alt before Shift.
 combine_mode combine_of(modifier_keys keys) noexcept
@@ -37,16 +33,6 @@ CRgn moved_region(const selection_state& state)
     return moved;
 }
 
-/// The pixels of the drag, its last column and row inside.
-CRect drawn_box(const selection_state& state, const view::view_geometry& geometry)
-{
-    CRect box = scaled(state.selection, geometry);
-    box.NormalizeRect();
-    ++box.right;
-    ++box.bottom;
-    return box;
-}
-
 void fill_region(CDC& dc, const CRgn& region, const view::view_geometry& geometry, const selection_style& style)
 {
     if (style.filled == selection_style::none) return;
@@ -58,42 +44,9 @@ void fill_region(CDC& dc, const CRgn& region, const view::view_geometry& geometr
     dc.SetBkMode(before);
 }
 
-class rectangle final : public region_tool {
-    const pointer_row& pointers() const noexcept override
-    {
-        static constexpr pointer_row row = {{5001, cursor_shape::crossRectangle},
-                                            {5034, cursor_shape::crossPlus},
-                                            {5035, cursor_shape::crossMinus},
-                                            {5036, cursor_shape::move}};
-        return row;
-    }
-    void drawShape(CDC& dc, const selection_state& state, const view::view_geometry& geometry) const override
-    {
-        dc.FrameRect(drawn_box(state, geometry), hatchBrush);
-        draw_handle(dc, to_client(state.selection.start(), geometry), startColor);
-        draw_handle(dc, to_client(state.selection.end(), geometry), endColor);
-    }
-};
-
-class ellipse final : public region_tool {
-    const pointer_row& pointers() const noexcept override
-    {
-        static constexpr pointer_row row = {{5002, cursor_shape::crossEllipse},
-                                            {5034, cursor_shape::crossPlus},
-                                            {5035, cursor_shape::crossMinus},
-                                            {5036, cursor_shape::move}};
-        return row;
-    }
-    void drawShape(CDC& dc, const selection_state& state, const view::view_geometry& geometry) const override
-    {
-        dc.FrameRgn(CRgn::ellipse(drawn_box(state, geometry)), hatchBrush, 1, 1);
-    }
-};
-
-constexpr rectangle rectangleTool;
-constexpr ellipse ellipseTool;
-
 } // namespace
+
+CBrush region_brush() { return CBrush::hatched(HS_FDIAGONAL, lineColor); }
 
 void region_tool::press(const tool_context& on, const tool_event& event) const
 {
@@ -119,9 +72,9 @@ void region_tool::finish(const tool_context& on, const tool_event&) const
     share(on.world);
 }
 
-void region_tool::join(const tool_context& on)
+void region_tool::join(const tool_context& on) const
 {
-    finish_region(on.state, on.world.frame().size());
+    finish_region(on.state, shape(on.state), on.world.frame().size());
     on.world.refreshZoomWindow();
 }
 
@@ -141,7 +94,7 @@ void region_tool::draw(CDC& dc, const selection_state& state, const view::view_g
     const bool isMoved = state.tracking && state.combine == combine_mode::move;
     if (state.tracking && !isMoved) drawShape(dc, state, geometry);
     const CRgn region = to_client(isMoved ? moved_region(state) : state.region, geometry);
-    dc.FrameRgn(region, hatchBrush, 1, 1);
+    dc.FrameRgn(region, region_brush(), 1, 1);
     if (!state.tracking) fill_region(dc, region, geometry, style);
 }
 
@@ -157,8 +110,5 @@ void region_tool::addArea(CRgn& area, const selection_state& state, const ICurso
     else
         area.CombineRgn(area, to_client(isMoved ? moved_region(state) : state.region, geometry), RGN_OR);
 }
-
-const cursor_tool& rectangle_tool() noexcept { return rectangleTool; }
-const cursor_tool& ellipse_tool() noexcept { return ellipseTool; }
 
 } // namespace surface

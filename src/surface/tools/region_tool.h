@@ -3,6 +3,9 @@
 
 namespace surface {
 
+/// What regions and new shapes are framed with.
+CBrush region_brush();
+
 /// A mode that selects a region: new shapes join it, leave it, replace it or move it, as the keys at the press say.
 class region_tool : public cursor_tool {
 public:
@@ -22,10 +25,12 @@ protected:
     /// One for each `combine_mode`.
     using pointer_row = tool_pointer[4];
     virtual const pointer_row& pointers() const noexcept = 0;
+    /// The shape, in samples.
+    virtual CRgn shape(const selection_state& state) const = 0;
     /// Draws the shape that the drag has reached.
     virtual void drawShape(CDC& dc, const selection_state& state, const view::view_geometry& geometry) const = 0;
     /// Joins the drawn shape to the region.
-    static void join(const tool_context& on);
+    void join(const tool_context& on) const;
     /// Similar images take the selection over, where the user wants it.
     static void share(ICursorWorld& world);
 };

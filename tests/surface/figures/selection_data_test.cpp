@@ -19,13 +19,13 @@ TEST(Regions, StayInsideTheImage)
     const CSize image{50, 30};
     surface::selection_state state;
     for (int round = 0; round < 400; ++round) {
-        state.mode = random() % 2 ? cursor_mode::rectangle : cursor_mode::ellipse;
         state.combine = static_cast<surface::combine_mode>(random() % 4);
         const auto any = [&](int length) { return static_cast<int>(random() % static_cast<unsigned>(length)); };
         state.selection = {any(50), any(30), any(50), any(30)};
         state.selectionActive = true;
         if (random() % 10 == 0) surface::invert_region(state, image);
-        surface::finish_region(state, image);
+        const CRect drawn = surface::covered_rect(state.selection);
+        surface::finish_region(state, random() % 2 ? CRgn(drawn) : CRgn::ellipse(drawn), image);
         const CRect box = state.region.GetRgnBox();
         EXPECT_TRUE(box.left >= 0 && box.top >= 0 && box.right <= 49 && box.bottom <= 29);
         EXPECT_EQ(state.selectionActive, !state.region.isEmpty());
@@ -45,7 +45,7 @@ TEST(Regions, ReplaceWhereNothingWasSelected)
     state.region = CRgn(CRect(0, 0, 5, 5));
     state.combine = surface::combine_mode::add;
     state.selection = {10, 10, 12, 12};
-    surface::finish_region(state, {50, 30});
+    surface::finish_region(state, CRgn(surface::covered_rect(state.selection)), {50, 30});
     EXPECT_EQ(state.region.GetRgnBox(), CRect(10, 10, 13, 13));
 }
 
