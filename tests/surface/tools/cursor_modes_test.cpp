@@ -271,6 +271,14 @@ TEST_F(CursorTest, BrushesOfFeaturesAreToldOfEveryStroke)
     EXPECT_EQ(state.mode, cursor_mode::excludeFeatures);
 }
 
+TEST_F(CursorTest, EveryModeHasAPointerOfItsOwn)
+{
+    for (int mode = 0; mode <= 12; ++mode) {
+        machine.setMode(mode);
+        EXPECT_EQ(world.cursor, mode <= 10 ? 5001 + mode : 5046 + mode - 11) << mode;
+    }
+}
+
 TEST_F(CursorTest, CursorsShowWhatAModifierDoes)
 {
     struct {
