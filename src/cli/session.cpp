@@ -7,7 +7,7 @@
 #include "cli/output/progress.h"
 #include "cli/output/standard_streams.h"
 #include "cli/output/terminal.h"
-#include "cli/reader_notes.h"
+#include "cli/output/reader_notes.h"
 #include "document/container/recording_folder.h"
 #include "platform/files/paths.h"
 

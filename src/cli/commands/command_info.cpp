@@ -3,7 +3,7 @@
 #include "cli/commands.h"
 #include "cli/commands/info_text.h"
 #include "cli/output/file_reports.h"
-#include "cli/reader_notes.h"
+#include "cli/output/reader_notes.h"
 #include "cli/session.h"
 #include "document/document_table.h"
 #include "document/samples/measured_samples.h"

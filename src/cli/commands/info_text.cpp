@@ -6,7 +6,7 @@
 #include "base/units.h"
 #include "cli/output/aligned.h"
 #include "cli/output/terminal.h"
-#include "cli/reader_notes.h"
+#include "cli/output/reader_notes.h"
 #include "document/document_table.h"
 #include "document/samples/measured_samples.h"
 #include "document/samples/point_counts.h"

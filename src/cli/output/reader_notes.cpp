@@ -1,4 +1,4 @@
-#include "cli/reader_notes.h"
+#include "cli/output/reader_notes.h"
 
 #include "base/text.h"
 #include "document/document_table.h"
