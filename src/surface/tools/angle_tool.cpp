@@ -1,9 +1,9 @@
 // The angle between two lines, one drag each.
 #include "surface/figures/measurements.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/overlay_shapes.h"
 
 namespace surface {
 

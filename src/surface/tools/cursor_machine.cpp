@@ -4,12 +4,12 @@
 #include "platform/draw/dpi.h"
 #include "surface/figures/region_edit.h"
 #include "surface/figures/snapping.h"
+#include "surface/overlay/overlay_geometry.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/hot_tools.h"
 #include "surface/tools/marks_tool.h"
 #include "surface/tools/overlay_area.h"
 #include "surface/tools/overlay_drawing.h"
-#include "surface/tools/overlay_geometry.h"
 
 #include <algorithm>
 #include <cstdlib>

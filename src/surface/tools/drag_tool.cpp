@@ -1,8 +1,8 @@
 #include "surface/tools/drag_tool.h"
 
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
 
 #include <cstdlib>
 

@@ -1,9 +1,9 @@
 // The region inside the line of equal height through the sample under the mouse.
 #include "surface/figures/isoline.h"
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
 #include "surface/tools/region_tool.h"
 
 namespace surface {

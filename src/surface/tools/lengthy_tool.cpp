@@ -1,11 +1,11 @@
 // Fibres and the like: every drag traces the ridge on from the last corner, and the object is kept with the image.
 #include "surface/figures/lengthy_object.h"
 #include "surface/figures/measurements.h"
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
 
 namespace surface {
 

@@ -3,12 +3,12 @@
 
 #include "platform/draw/dpi.h"
 #include "surface/figures/measurements.h"
+#include "surface/overlay/mark_drawing.h"
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"
-#include "surface/tools/mark_drawing.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
 
 namespace surface {
 

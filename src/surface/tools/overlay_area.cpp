@@ -1,8 +1,8 @@
 #include "surface/tools/overlay_area.h"
 
-#include "surface/tools/mark_drawing.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
+#include "surface/overlay/mark_drawing.h"
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 
 namespace surface {
 

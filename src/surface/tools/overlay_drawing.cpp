@@ -1,9 +1,9 @@
 #include "surface/tools/overlay_drawing.h"
 
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
 
 namespace surface {
 

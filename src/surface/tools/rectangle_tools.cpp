@@ -1,8 +1,8 @@
 // Rectangles and ellipses between two corners.
 #include "surface/figures/region_edit.h"
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
 #include "surface/tools/region_tool.h"
 
 namespace surface {

@@ -3,7 +3,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "surface/figures/measurements.h"
-#include "surface/tools/overlay_geometry.h"
+#include "surface/overlay/overlay_geometry.h"
 #include "surface/views/SurfMathView.h"
 #include "view/image/SectionSource.h"
 

@@ -1,9 +1,9 @@
 // What is drawn over the picture, operation by operation.
 #include "support/RecordingDC.h"
 #include "surface/figures/overlay_bitmap.h"
-#include "surface/tools/mark_drawing.h"
+#include "surface/overlay/mark_drawing.h"
+#include "surface/overlay/overlay_geometry.h"
 #include "surface/tools/overlay_drawing.h"
-#include "surface/tools/overlay_geometry.h"
 #include "view/scale/render_step.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/app/keys.h"
+#include "surface/overlay/overlay_geometry.h"
 #include "surface/tools/cursor_machine.h"
-#include "surface/tools/overlay_geometry.h"
 #include "view/ImageView.h"
 #include "view/image/SectionSource.h"
 

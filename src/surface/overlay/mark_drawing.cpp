@@ -1,8 +1,8 @@
-#include "surface/tools/mark_drawing.h"
+#include "surface/overlay/mark_drawing.h"
 
 #include "platform/draw/dpi.h"
-#include "surface/tools/overlay_geometry.h"
-#include "surface/tools/overlay_shapes.h"
+#include "surface/overlay/overlay_geometry.h"
+#include "surface/overlay/overlay_shapes.h"
 
 #include <array>
 #include <cstdlib>

@@ -1,8 +1,8 @@
-#include "surface/tools/decoration_drawing.h"
+#include "surface/overlay/decoration_drawing.h"
 
 #include "base/text.h"
 #include "platform/draw/dpi.h"
-#include "surface/tools/overlay_geometry.h"
+#include "surface/overlay/overlay_geometry.h"
 
 #include <algorithm>
 #include <cstdlib>

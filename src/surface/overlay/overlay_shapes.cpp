@@ -1,7 +1,7 @@
-#include "surface/tools/overlay_shapes.h"
+#include "surface/overlay/overlay_shapes.h"
 
 #include "platform/draw/dpi.h"
-#include "surface/tools/overlay_geometry.h"
+#include "surface/overlay/overlay_geometry.h"
 
 namespace surface {
 

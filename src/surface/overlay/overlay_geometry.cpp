@@ -1,4 +1,4 @@
-#include "surface/tools/overlay_geometry.h"
+#include "surface/overlay/overlay_geometry.h"
 
 namespace surface {
 
