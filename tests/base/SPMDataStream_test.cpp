@@ -50,16 +50,6 @@ TEST(SPMDataStream, DescriptionRebuildsTheShape)
     EXPECT_STREQ(rebuilt.description().c_str(), source.description().c_str());
 }
 
-TEST(SPMDataStream, NamesAreCountedAndCopiedUpToTheMaximum)
-{
-    const SPMDataStream stream = sample_stream();
-    EXPECT_EQ(stream.get_subimage_names(nullptr, 0), 3u);
-    smart_string out[3] = {"", "", "untouched"};
-    EXPECT_EQ(stream.get_subimage_names(out, 2), 2u);
-    EXPECT_STREQ(out[0].c_str(), "Forward");
-    EXPECT_STREQ(out[2].c_str(), "untouched");
-}
-
 SPMDataStream stream_of(const std::vector<double>& values, const VLAxis& axis)
 {
     SPMDataStream stream;
@@ -94,16 +84,6 @@ TEST(SPMDataStream, ConversionKeepsPhysicalValuesWithinHalfAStep)
             ASSERT_NEAR(second.at(raw), 1.0 + 2.0 * values[i], std::abs(second.scale) / 2 + otherSlack) << round;
         }
     }
-}
-
-TEST(SPMDataStream, NumbersThatFitStayAsTheyAre)
-{
-    SPMDataStream stream = stream_of({-32768, 5, 32767}, VLAxis(2, 0.1, "V"));
-    stream.convert_stream(SPM_ARRAY_INT16);
-    EXPECT_EQ(static_cast<const short*>(stream.array_data())[0], -32768);
-    EXPECT_EQ(stream.values.get_axis(0), VLAxis(2, 0.1, "V"));
-    stream.convert_stream(SPM_ARRAY_FLOAT64);
-    EXPECT_EQ(static_cast<const double*>(stream.array_data())[2], 32767.0);
 }
 
 TEST(SPMDataStream, UnmeasuredPointsDoNotStretchTheRange)

@@ -25,16 +25,6 @@ SPMVarList list_of(std::initializer_list<const char*> declarations)
     return list;
 }
 
-TEST(SPMVarList, UnknownNamesReadAsNothing)
-{
-    const SPMVarList list = list_of({"a,int,3"});
-    EXPECT_EQ(double(list["b"]), 0.0);
-    EXPECT_EQ(list.get_var("b").type, SPM_VAR_NONE);
-    EXPECT_EQ(list.get_var_i("b"), unsigned(-1));
-    EXPECT_EQ(list.get_var(9).type, SPM_VAR_NONE);
-    EXPECT_EQ(double(list["a"]), 3.0);
-}
-
 TEST(SPMVarList, LookupsByTextAllocateNothing)
 {
     const SPMVarList list = list_of({"a.name.that.is.longer.than.a.short.string,int,3"});
@@ -76,27 +66,6 @@ TEST(SPMVarList, HandlersMayLeaveWhileTheyAreTold)
     list.set_var("a", "2");
     EXPECT_EQ(first.told.size(), 1u);
     EXPECT_EQ(second.told.size(), 2u);
-}
-
-TEST(SPMVarList, TheLastOfEqualNamesCounts)
-{
-    const SPMVarList list = list_of({"a,int,1", "b,int", "a,int,9"});
-    EXPECT_EQ(list.get_size(), 2u);
-    EXPECT_EQ(int(list["a"]), 9);
-    EXPECT_EQ(list.get_var_i("a"), 0u);
-}
-
-TEST(SPMVarList, AppendsAndCopiesOut)
-{
-    SPMVarList list = list_of({"a,int"});
-    SPMVar extra;
-    extra.Init("z,int,4");
-    list.set_var(extra);
-    EXPECT_EQ(list.get_variables(nullptr, 0), 2u);
-    SPMVar out[2];
-    EXPECT_EQ(list.get_variables(out, 1), 1u);
-    EXPECT_EQ(out[1].type, SPM_VAR_NONE);
-    EXPECT_EQ(int(list.get_var(1)), 4);
 }
 
 TEST(VLGlobalVarList, IsOneListForAllWhoNameIt)

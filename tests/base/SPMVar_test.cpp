@@ -45,15 +45,6 @@ TEST(SPMVarNumber, TakesTheNearestAllowedValue)
     }
 }
 
-TEST(SPMVarNumber, StartsAtZeroOrAtItsMinimum)
-{
-    EXPECT_EQ(double(declared("x,double")), 0.0);
-    EXPECT_EQ(double(declared("x,double,2,5")), 2.0);
-    EXPECT_EQ(double(declared("x,double,-9,-5")), -9.0);
-    EXPECT_EQ(double(declared("x,double,,-5")), -5.0);
-    EXPECT_EQ(double(declared("n,int,20,")), 20.0);
-}
-
 TEST(SPMVar, ReadsByItsType)
 {
     SPMVar text = declared("s,string");
@@ -170,21 +161,6 @@ TEST(SPMVar, CopiesAreDeepAndMovesLeaveNothing)
     EXPECT_STREQ(other.as_string().c_str(), "B");
 }
 
-TEST(SPMVar, TypedFormsEqualTheirDeclarations)
-{
-    SPMVar x, n, e, a;
-    x.Init("x", "An x", SPM_VAR_DOUBLE, 1.0, 2.0, 0.5);
-    n.Init("n", nullptr, SPM_VAR_INT, -3, 4);
-    e.Init("e", "Pick", SPM_VAR_ENUM, "One", "two(Two)", static_cast<const char*>(nullptr));
-    a.Init("a", "Data", SPM_VAR_ARRAY, 4u, 8u);
-    EXPECT_STREQ(x.description().c_str(), declared("x(An x),double,1,2,0.5").description().c_str());
-    EXPECT_STREQ(n.description().c_str(), "n,int,-3,4");
-    EXPECT_STREQ(e.description().c_str(), "e(Pick),enum,One,two(Two)");
-    EXPECT_STREQ(e.get_enum_label(1), "Two");
-    EXPECT_EQ(a.data_size(), 32u);
-    EXPECT_EQ(a.array_type(), SPM_ARRAY_VOID);
-}
-
 TEST(SPMVarArray, GrowsOnlyWhenItMust)
 {
     SPMVar a = declared("a,array,4,2 int16");
@@ -239,13 +215,6 @@ TEST(SPMVarArray, SixtyFourBitIntegersKeepTheirEnds)
     a.convert_array(SPM_ARRAY_INT64, &lo, &hi);
     EXPECT_EQ(static_cast<std::int64_t*>(a.array_data())[0], std::numeric_limits<std::int64_t>::min());
     EXPECT_EQ(static_cast<std::int64_t*>(a.array_data())[1], std::numeric_limits<std::int64_t>::max());
-}
-
-TEST(SPMVar, StampsGrow)
-{
-    SPMVar a, b;
-    const auto first = a.update_timestamp();
-    EXPECT_GT(b.update_timestamp(), first);
 }
 
 TEST(SPMVar, ConvertedNumbersRoundHalvesUpAndStayWithinTheirType)

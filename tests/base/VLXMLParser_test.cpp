@@ -70,32 +70,12 @@ TEST(VLXMLParser, CallsTheBoundHandlers)
     EXPECT_EQ(parser.get_error(), "");
 }
 
-TEST(VLXMLParser, IsReadyForTheNextText)
-{
-    recording_parser parser;
-    EXPECT_FALSE(parser.parse("<a>never ended"));
-    parser.log = parser.texts = "";
-    EXPECT_TRUE(parser.parse("<b>x</b>"));
-    EXPECT_EQ(parser.texts, "b:x;");
-    EXPECT_EQ(parser.get_error(), "");
-}
-
 TEST(VLXMLParser, ReadsTextInUtf8WhateverTheFileHas)
 {
     recording_parser parser;
     EXPECT_TRUE(parser.parse("<?xml version='1.0' encoding='ISO-8859-1'?><a>5 \xb5m</a>"));
     EXPECT_TRUE(parser.parse(std::string("\xff\xfe<\0b\0>\0\xb5\0<\0/\0b\0>\0", 18)));
     EXPECT_EQ(parser.texts, "a:5 µm;b:µ;");
-}
-
-TEST(VLXMLParser, ReadsStreamsOfAnyLengthInBlocks)
-{
-    for (const std::size_t length : {65536u - 7, 65536u, 65536u + 1, 1000000u}) {
-        const std::string text(length, 'x');
-        recording_parser parser;
-        ASSERT_TRUE(parser.parse("<a>" + text + "</a>")) << parser.get_error();
-        EXPECT_EQ(parser.texts, "a:" + text + ";");
-    }
 }
 
 std::string nested(int depth)
@@ -106,12 +86,6 @@ std::string nested(int depth)
         end += "</a>";
     }
     return begin + end;
-}
-
-TEST(VLXMLParser, NestsAThousandDeep)
-{
-    recording_parser parser;
-    EXPECT_TRUE(parser.parse(nested(1000))) << parser.get_error();
 }
 
 /// Expat goes through an unfinished token again with each block.
@@ -190,11 +164,6 @@ TEST(VLXMLParser, BoundsWhatEntitiesExpandTo)
     EXPECT_FALSE(parser.parse(laughs(5))); // 10 MB
     EXPECT_NE(parser.get_error().find("1 MiB"), std::string::npos) << parser.get_error();
     EXPECT_FALSE(parser.parse(laughs(12)));
-    for (const int uses : {15, 40}) { // 750 kB and 2 MB out of a long entity
-        std::string text = "<!DOCTYPE a [<!ENTITY e '" + std::string(50000, 'y') + "'>]><a>";
-        for (int i = 0; i < uses; ++i) text += "&e;";
-        EXPECT_EQ(parser.parse(text + "</a>"), uses == 15) << parser.get_error();
-    }
     std::string attributes = laughs(7);
     attributes.replace(attributes.find("<a>"), std::string::npos, "<a k='&e7;'/>");
     EXPECT_FALSE(parser.parse(attributes));
@@ -248,7 +217,7 @@ TEST(VLXMLParser, LetsExceptionsOfHandlersThrough)
     EXPECT_THROW(parser.parse("<a><throw/><b/></a>"), std::runtime_error);
     EXPECT_EQ(parser.log, "<a>"); // nothing was delivered behind it
     EXPECT_THROW(parser.parse("<a><throw-late></throw-late></a>"), int);
-    EXPECT_TRUE(parser.parse("<a/>"));
+    EXPECT_TRUE(parser.parse(nested(1000))) << parser.get_error();
 }
 
 TEST(VLXMLParser, RefusesWhatCannotBeRead)

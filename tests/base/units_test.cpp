@@ -73,19 +73,6 @@ TEST(Units, ConvertWithinTheirKind)
     }
 }
 
-TEST(Units, RoundNoMoreThanTheyMust)
-{
-    // The zero of the Celsius scale is a double near 273.15, and so is what it leaves of 300.
-    EXPECT_NEAR(convert_size("mK", "°C", 300000), 26.85, 6e-14);
-    std::mt19937 random(3);
-    for (int i = 0; i < 1000; ++i) {
-        const double value = static_cast<double>(random() % 1000000);
-        EXPECT_EQ(convert_size("nm", "mm", value), value / 1e6);
-        EXPECT_EQ(convert_size("V", "µV", value), value * 1e6);
-        EXPECT_EQ(convert_size("nN/nm", "N/m", value / 7), value / 7);
-    }
-}
-
 TEST(Units, OfOtherKindsStayApart)
 {
     const char* const apart[][2] = {
@@ -120,20 +107,15 @@ TEST(DefaultUnits, PickTheReadablePrefix)
         {"nm", 999.9999999, "nm", 999.9999999},
         {"m", 1e-6, "\u00B5m", 1},
         {"mm", 0.001, "\u00B5m", 1},
-        {"cm", 5, "mm", 50},
         {"m", 1e-25, "am", 1e-7},
         {"m", 4e20, "Tm", 4e8},
-        {"A", 3e-11, "pA", 30},
         {"nm^2", 2.5e6, "\u00B5m^2", 2.5},
         {"nm²", 999999, "nm^2", 999999},
         {"nm2", 0.5, "pm^2", 5e5},
         {"m^3", 1e-24, "nm^3", 1000}, // up to 1e9
         {"Å", 5e6, "Å", 5e6},
-        {"inch", 1e-3, "inch", 1e-3},
         {"deg", 5000, "deg", 5000},
-        {"px", 1e5, "px", 1e5},
         {"N/m", 1e-3, "N/m", 1e-3},
-        {"", 1e-3, "", 1e-3},
         {"nm", 0, "nm", 0},
     };
     for (const choice& each : cases) {

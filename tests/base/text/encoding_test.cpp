@@ -77,17 +77,6 @@ TEST(Encoding, ReplacesWideCharactersThatAreNone)
     EXPECT_EQ(taken(wchar2char(wide)), "a" + wrong + wrong + wrong + "\x80" + wrong); // U+DC80 stands for a byte
 }
 
-TEST(Encoding, TurnsNullIntoAnEmptyText)
-{
-    EXPECT_EQ(taken(char2wchar(nullptr)), L"");
-    EXPECT_EQ(taken(wchar2char(nullptr)), "");
-    EXPECT_EQ(taken(char2char(nullptr)), "");
-    EXPECT_EQ(taken(wchar2wchar(nullptr)), L"");
-    EXPECT_EQ(taken(char2char("\xff x")), "\xff x");
-    EXPECT_EQ(taken(wchar2wchar(L"\x10ffff")), L"\x10ffff");
-    vlutl_free(nullptr);
-}
-
 TEST(Encoding, ReadsTheEncodingsOfInstrumentFiles)
 {
     EXPECT_EQ(base::latin1_to_utf8("5 \xb5m \xb0 \x80"), "5 µm ° \xc2\x80");

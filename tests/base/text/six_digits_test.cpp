@@ -117,36 +117,6 @@ TEST(SixDigitAxis, KeepsEveryValueOfAnyRange)
     }
 }
 
-TEST(SixDigitAxis, IsAsFineAsItCanBe)
-{
-    std::mt19937_64 random(21);
-    std::uniform_real_distribution<double> exponent(-250, 250), far(-3, 3), part(0.1, 1);
-    for (int round = 0; round < 10000; ++round) {
-        // Centred on what six digits can say, the range fills the raw numbers.
-        const double step = std::pow(10.0, exponent(random));
-        const double centre = base::six_digits(step * std::pow(10.0, 5 + far(random)));
-        const double half = step * 32767.5 * part(random);
-        const double lo = centre - half, hi = centre + half, ideal = (hi - lo) / 65535;
-        const base::raw_axis axis = axis_of(lo, hi, int16);
-        EXPECT_GE(axis.scale, ideal);
-        EXPECT_LE(axis.scale, ideal * (1 + 1.1e-5)) << lo << " " << hi;
-    }
-    for (int round = 0; round < 10000; ++round) {
-        // Elsewhere no axis one per mille finer around any six-digit start holds the range.
-        const double lo = part(random) * 1e6, hi = lo + part(random) * std::pow(10.0, far(random));
-        const base::raw_axis axis = axis_of(lo, hi, int16);
-        const double finer = axis.scale * 0.999;
-        if (finer < (hi - lo) / 65535) continue;
-        for (int i = -40; i <= 40; ++i) {
-            const double digit = lo < 99999.0 ? 0.1 : 1.0;
-            const base::raw_axis other{base::six_digits(base::six_digits(lo) + i * digit), finer};
-            EXPECT_FALSE(other.raw(lo) >= int16.lowest && other.raw(hi) <= int16.highest)
-                << lo << " " << hi << " scale " << axis.scale << " start " << other.start;
-        }
-        if (HasFailure()) return;
-    }
-}
-
 /// Whether some start of six digits lets a step of `scale` hold [lo, hi]: the one nearest to the middle of those that
 /// would do with any number of digits.
 bool could_hold(double scale, double lo, double hi, const raw_range& raw)

@@ -133,22 +133,6 @@ TEST(Declaration, ReadsItemsKeysAndLabels)
     }
 }
 
-TEST(Declaration, ReadsArrays)
-{
-    const base::declaration bytes = base::parse_declaration("video.camera.config,array,0,1");
-    EXPECT_EQ(bytes.type, SPM_VAR_ARRAY);
-    EXPECT_EQ(bytes.elementSize, 1u);
-    EXPECT_EQ(bytes.elementType, SPM_ARRAY_VOID);
-    const base::declaration heights = base::parse_declaration("h,array,12,2 int16 dimension 4,,#x");
-    EXPECT_EQ(heights.length, 12u);
-    EXPECT_EQ(heights.elementType, SPM_ARRAY_INT16);
-    EXPECT_EQ(heights.shape, "dimension 4");
-    EXPECT_EQ(heights.options, ",#x");
-    EXPECT_EQ(base::parse_declaration("h,array,-1,2").type, SPM_VAR_NONE);
-    EXPECT_EQ(base::parse_declaration("h,array,5000000000,2").type, SPM_VAR_NONE);
-    EXPECT_EQ(base::parse_declaration("h,array,1,wide").type, SPM_VAR_NONE);
-}
-
 /// Texts out of the characters that the grammar uses itself.
 std::string awkward_text(std::mt19937& random)
 {
