@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -90,6 +92,23 @@ bytes_builder& bytes_builder::seek(std::size_t offset)
     return *this;
 }
 
+bytes_builder& bytes_builder::replace(std::string_view from, std::string_view to)
+{
+    const std::size_t at = content.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    if (at != std::string::npos) content.replace(at, from.size(), to);
+    return *this;
+}
+
+bytes_builder seed(const std::string& path)
+{
+    std::ifstream in(VLDV_TEST_DATA "/" + path, std::ios::binary);
+    bytes_builder file;
+    file.content.assign(std::istreambuf_iterator<char>(in), {});
+    EXPECT_FALSE(file.content.empty()) << path;
+    return file;
+}
+
 const formats::recorded_image& image_at(const base::read_result<formats::recording>& result, std::size_t index)
 {
     static const formats::recorded_image none;
@@ -124,6 +143,66 @@ std::string axis_text(const formats::recorded_image& image, unsigned dimension)
     return base::general(axis.start) + " " + base::general(axis.scale) + " " + axis.get_units();
 }
 
+namespace {
+
+/// The shortest decimal within `error` of a value.
+std::string shortest_within(double value, double error)
+{
+    char text[32];
+    double rounded = value;
+    for (int digits = 1; digits <= 15; ++digits) {
+        std::snprintf(text, sizeof text, "%.*g", digits, value);
+        rounded = std::strtod(text, nullptr);
+        if (std::fabs(rounded - value) <= error) break;
+    }
+    std::snprintf(text, sizeof text, "%.15g", rounded); // 10, not 1e+01
+    return text;
+}
+
+std::string values_told(const formats::recorded_image& image)
+{
+    const std::vector<double> values = physical_of(image);
+    if (values.empty()) return {};
+    const auto [low, high] = std::ranges::minmax(values);
+    const double step = std::fabs(image.stream.values.get_axis(0).scale);
+    const bool isFitted = step < 1e-4 * (high - low);
+    const double error = isFitted ? 0.5001 * step : 1e-9 * std::max(std::fabs(low), std::fabs(high));
+    std::string text = ":";
+    for (const double value : values) text += " " + (std::fabs(value) <= error ? "0" : shortest_within(value, error));
+    return text;
+}
+
+} // namespace
+
+std::string told(const formats::recorded_image& image)
+{
+    const SPMDataStream& stream = image.stream;
+    const auto unit = [](const VLAxis& axis) { return std::string(axis.get_units()); };
+    std::string text = stream.get_description();
+    if (const std::string values = unit(stream.values.get_axis(0)); !values.empty()) text += " [" + values + "]";
+    for (unsigned i = 0; i < stream.get_dimensions_number(); ++i) {
+        const VLAxis& axis = stream.get_dimension(i).get_axis(0);
+        text += (i == 0 ? " (" : "; ") + std::to_string(stream.get_dimension(i).length);
+        if (axis == VLAxis()) continue;
+        text += ": " + base::general(axis.start) + " + " + base::general(axis.scale);
+        if (!unit(axis).empty()) text += " " + unit(axis);
+    }
+    text += ")";
+    const std::vector<std::string> parts = subimages_of(image);
+    for (std::size_t i = 0; i < parts.size(); ++i) text += (i == 0 ? " {" : ", ") + parts[i];
+    if (!parts.empty()) text += "}";
+    if (const char* over = stream.get_parameter_stream()) text += " over " + std::string(over);
+    return text + values_told(image);
+}
+
+std::string told(const base::read_result<formats::recording>& result)
+{
+    if (!result) return result.error().reason;
+    std::string text;
+    for (std::size_t i = 0; i < result->items.size(); ++i) text += (i == 0 ? "" : "\n") + told(image_at(result, i));
+    return text;
+}
+
 void expect_image(const formats::recorded_image& image, const expected_image& expected)
 {
     const SPMDataStream& stream = image.stream;
@@ -146,9 +225,9 @@ void expect_image(const formats::recorded_image& image, const expected_image& ex
     for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected.values[i], error) << i;
 }
 
-void expect_cuts_refused(reader read, const std::string& bytes)
+void expect_cuts_refused(reader read, const std::string& bytes, std::size_t spare)
 {
-    for (std::size_t length = 0; length < bytes.size(); ++length) {
+    for (std::size_t length = 0; length + spare < bytes.size(); ++length) {
         const auto result = instrument_fixture::read(read, bytes.substr(0, length));
         ASSERT_FALSE(result && result->warnings.empty()) << length << " of " << bytes.size() << " bytes were taken";
         ASSERT_FALSE(!result && result.error().reason.empty()) << length;

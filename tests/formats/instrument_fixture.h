@@ -77,12 +77,17 @@ public:
     bytes_builder& text(std::string_view bytes);
     bytes_builder& text(std::size_t offset, std::string_view bytes) { return seek(offset).text(bytes); }
     bytes_builder& seek(std::size_t offset);
+    /// Puts other bytes in the place of the first `from`, which has to be there.
+    bytes_builder& replace(std::string_view from, std::string_view to);
 
     std::string content;
 
 private:
     std::size_t position = 0;
 };
+
+/// One of the small files that fuzzing starts from ("tmd/heights.tmd"), to be changed.
+bytes_builder seed(const std::string& path);
 
 /// The image at this place; an empty one with a failed test when there is none.
 const formats::recorded_image& image_at(const base::read_result<formats::recording>& result, std::size_t index);
@@ -93,6 +98,13 @@ std::vector<double> physical_of(const SPMDataStream& stream);
 std::vector<std::string> subimages_of(const formats::recorded_image& image);
 /// "start step units" of the first axis of a dimension.
 std::string axis_text(const formats::recorded_image& image, unsigned dimension);
+
+/// An image in a line: `label [unit] (count: start + step unit; ...) {sub-images} over id: values`. Axes that count
+/// points are their count alone; what an image lacks is left out. Values that were fitted are told as exactly as they
+/// were kept.
+std::string told(const formats::recorded_image& image);
+/// All images of a recording, a line each, or why there is none.
+std::string told(const base::read_result<formats::recording>& result);
 
 /// What an image has to say of itself. What is left out is not compared.
 struct expected_image {
@@ -107,6 +119,7 @@ struct expected_image {
 void expect_image(const formats::recorded_image& image, const expected_image& expected);
 
 /// Expects that each beginning of the file is refused with a reason or read in part with a warning.
-void expect_cuts_refused(reader read, const std::string& bytes);
+/// \param spare  bytes at the end that a file may lack
+void expect_cuts_refused(reader read, const std::string& bytes, std::size_t spare = 0);
 
 } // namespace instrument_fixture
