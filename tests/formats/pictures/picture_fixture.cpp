@@ -9,12 +9,6 @@ std::ostream& operator<<(std::ostream& out, const colour& value)
     return out << value.red << ',' << value.green << ',' << value.blue;
 }
 
-base::read_result<formats::recording> read_bytes(reader read, std::span<const std::byte> bytes)
-{
-    formats::memory_source source(bytes);
-    return read(source);
-}
-
 colour pixel_of(const formats::picture& picture, int x, int fromTop)
 {
     const BITMAPINFOHEADER& header = picture.header;
@@ -57,37 +51,6 @@ formats::picture only_picture(const base::read_result<formats::recording>& resul
     const auto* picture = result->items.empty() ? nullptr : std::get_if<formats::picture>(&result->items.front());
     EXPECT_NE(picture, nullptr);
     return picture ? *picture : formats::picture();
-}
-
-void expect_cuts_refused(reader read, std::span<const std::byte> bytes, std::size_t whole)
-{
-    for (std::size_t length = 0; length < bytes.size(); ++length) {
-        const auto result = read_bytes(read, bytes.first(length));
-        EXPECT_TRUE(result || !result.error().reason.empty()) << "cut after " << length;
-        EXPECT_FALSE(result && length < whole && result->warnings.empty()) << "no word of a cut after " << length;
-    }
-}
-
-byte_writer& byte_writer::u8(unsigned value)
-{
-    bytes.push_back(static_cast<std::byte>(value));
-    return *this;
-}
-
-byte_writer& byte_writer::u16(unsigned value) { return u8(value & 255).u8(value >> 8 & 255); }
-
-byte_writer& byte_writer::u32(std::uint32_t value) { return u16(value & 0xffff).u16(value >> 16); }
-
-byte_writer& byte_writer::add(std::initializer_list<unsigned> values)
-{
-    for (const unsigned value : values) u8(value);
-    return *this;
-}
-
-byte_writer& byte_writer::add(const std::vector<std::byte>& values)
-{
-    bytes.insert(bytes.end(), values.begin(), values.end());
-    return *this;
 }
 
 } // namespace test_support
