@@ -1,7 +1,7 @@
 #include "formats/instrument_fixture.h"
 #include "formats/pictures/tiff.h"
 #include "formats/shared/finish_recording.h"
-#include "formats/shared/zip_fixture.h"
+#include "formats/shared/tiff_builder.h"
 #include "jpk_fixture.h"
 
 #include <algorithm>
@@ -15,6 +15,7 @@ namespace {
 using namespace formats;
 using namespace instrument_fixture;
 using jpk_fixture::read;
+using namespace tiff_builder;
 
 /// Two channels of 2 by 2 points, raw 1 to 4 and 5 to 8, in either byte order: 2 * raw + 1 nm on a grid of 4 by 2 µm.
 TEST(Jpk, ImagesComeInBothByteOrders)
@@ -30,43 +31,6 @@ TEST(Jpk, ImagesComeInBothByteOrders)
         expect_image(image_at(result, 0),
                      {.axes = {"1e-06 2e-06 m", "2e-06 1e-06 m"}, .parts = {"Forward", "Reverse"}});
     }
-}
-
-struct tag_value {
-    unsigned tag, type;
-    std::string bytes;
-};
-
-tag_value whole(unsigned tag, std::uint32_t number) { return {tag, 4, le32(number)}; }
-tag_value real(unsigned tag, double number) { return {tag, 12, le_double(number)}; }
-tag_value words(unsigned tag, std::string text) { return {tag, 2, text + '\0'}; }
-
-using directory = std::vector<tag_value>;
-
-/// A little-endian TIFF file whose directories stand behind `body`, which begins at byte 8.
-std::string tiff_of(const std::string& body, const std::vector<directory>& directories)
-{
-    std::string values = body, tables;
-    std::size_t valueBytes = body.size(), tableAt = 8;
-    for (const directory& each : directories)
-        for (const tag_value& tag : each) valueBytes += tag.bytes.size() > 4 ? tag.bytes.size() : 0;
-    tableAt += valueBytes;
-    for (const directory& each : directories) {
-        tables += le16(each.size());
-        for (const tag_value& tag : each) {
-            constexpr unsigned bytes[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
-            tables += le16(tag.tag) + le16(tag.type) + le32(tag.bytes.size() / bytes[tag.type]);
-            if (tag.bytes.size() > 4) {
-                tables += le32(8 + values.size());
-                values += tag.bytes;
-            } else {
-                tables += tag.bytes + std::string(4 - tag.bytes.size(), '\0');
-            }
-        }
-        const bool isLast = &each == &directories.back();
-        tables += le32(isLast ? 0 : tableAt + tables.size() + 4);
-    }
-    return std::string("II*\0", 4) + le32(tableAt) + values + tables;
 }
 
 /// What all share: a grid of 4 by 2 µm, a program that is a number, a rate.
@@ -101,7 +65,7 @@ directory plane_of(unsigned bits, unsigned offset, bool isRetrace, double step)
 TEST(Jpk, WideDirectionsOfDifferentScaleJoinAsPhysicalValues)
 {
     const std::string body = le32(0) + le32(1'000'000) + le32(250'000) + le32(500'000) + std::string(5000, '\0');
-    const std::string file = tiff_of(body, {sharedTags, plane_of(32, 8, false, 1e-15), plane_of(32, 16, true, 4e-15)});
+    const std::string file = file_of(body, {sharedTags, plane_of(32, 8, false, 1e-15), plane_of(32, 16, true, 4e-15)});
     memory_source late(std::as_bytes(std::span(file))); // its directories lie behind what is looked at to tell formats
     for (const auto& result : {read(file), read_tiff(late)}) {
         ASSERT_EQ(result->items.size(), 1u);
@@ -140,7 +104,7 @@ TEST(Jpk, TheNumberThatAnEncoderNamesIsNotMeasured)
         directory trace = plane_of(row.bits, 8, false, 1e-15), retrace = plane_of(row.bits, 8, true, 4e-15);
         for (directory* each : {&trace, &retrace})
             each->insert(each->end(), {words(0x80D1, row.encoder), whole(0x80DA, row.marker)});
-        const auto result = read(tiff_of(pair, {sharedTags, trace, retrace}));
+        const auto result = read(file_of(pair, {sharedTags, trace, retrace}));
         ASSERT_TRUE(result) << result.error().reason;
         const recorded_image& image = image_at(result, 0);
         expect_image(image, {.strings = {{"\\Void points", row.voids}}});
@@ -151,19 +115,19 @@ TEST(Jpk, TheNumberThatAnEncoderNamesIsNotMeasured)
 TEST(Jpk, DirectionsOfSixteenBitsKeepThemAndTheirScale)
 {
     const std::string body = le16(1) + le16(2) + le16(3) + le16(4);
-    const auto result = read(tiff_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 4e-15)}));
+    const auto result = read(file_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 4e-15)}));
     ASSERT_EQ(result->items.size(), 2u);
     EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 3 * 4e-15 + 1e-6);
 
     for (const double step : {0.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
         const auto single =
-            read(tiff_of(body, {sharedTags, plane_of(16, 8, false, step), plane_of(16, 12, true, 4e-15)}));
+            read(file_of(body, {sharedTags, plane_of(16, 8, false, step), plane_of(16, 12, true, 4e-15)}));
         ASSERT_TRUE(single && single->items.size() == 1) << step;
         EXPECT_STREQ(image_at(single, 0).stream.subimage_names()[0].text, "Reverse");
         EXPECT_NE(single->warnings.at(0).find("channel 1 (height): the multiplier or offset of slot nominal"),
                   std::string::npos);
     }
-    const std::string file = tiff_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 1e-15)});
+    const std::string file = file_of(body, {sharedTags, plane_of(16, 8, false, 1e-15), plane_of(16, 12, true, 1e-15)});
     const auto cut = read(file.substr(0, file.size() - 100)); // in the last directory
     ASSERT_TRUE(cut) << cut.error().reason;
     EXPECT_STREQ(image_at(cut, 0).stream.subimage_names()[0].text, "Forward");
@@ -171,13 +135,13 @@ TEST(Jpk, DirectionsOfSixteenBitsKeepThemAndTheirScale)
 
     directory nowhere = sharedTags;
     nowhere.push_back(real(0x8040, std::nan("")));
-    const std::string misplaced = tiff_of(body, {nowhere, plane_of(16, 8, false, 1e-15)});
+    const std::string misplaced = file_of(body, {nowhere, plane_of(16, 8, false, 1e-15)});
     EXPECT_EQ(finish_recording(read(misplaced)).error().reason,
               "\"height\": the start of axis 1 is no number: it is told by tag 0x8040");
 
     directory crowded = plane_of(16, 8, false, 1e-15);
     crowded[8] = whole(0x8080, 101);
-    const auto refused = read(tiff_of(body, {sharedTags, crowded}));
+    const auto refused = read(file_of(body, {sharedTags, crowded}));
     ASSERT_FALSE(refused);
     EXPECT_EQ(refused.error().reason, "channel 1 (height): more than 100 calibration slots");
 }

@@ -55,44 +55,57 @@ members single_curve()
             {"segments/1/channels/vDeflection.dat", big_shorts({7, 5})}};
 }
 
+/// The archive with every `from` in the headers of its segments, or of one of them, replaced.
+members changed_segments(members all, const std::string& from, const std::string& to, const std::string& part = {})
+{
+    std::size_t count = 0;
+    for (auto& [name, text] : all)
+        if (name.ends_with(part + "segment-header.properties"))
+            for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size(), ++count)
+                text.replace(at, from.size(), to);
+    EXPECT_NE(count, 0u) << from;
+    return all;
+}
+
+/// A channel of an archive in a line, or why there is none; and all notes of the reader.
+std::string channel_told(const base::read_result<recording>& result, const std::string& channel)
+{
+    if (!result) return "refused: " + result.error().reason;
+    const recorded_image* image = find_image(*result, channel);
+    return image ? told(*image) : "none";
+}
+
+std::string notes_of(const base::read_result<recording>& result)
+{
+    if (!result) return "refused: " + result.error().reason;
+    const auto notes = result->strings.find("\\Reader note");
+    return notes == result->strings.end() ? "" : notes->second;
+}
+
+const std::string inVolts =
+    "vDeflection [V] (3: 0 + 0.666667 s) {Approach, Retract} over height: 129 0.5 1 4.5 3.5 3.5";
+const std::string deflection = "channel.vDeflection.", slot = deflection + "conversion-set.conversion.distance.";
+
 TEST(Jpk, SegmentsOfACurveAreSubimagesOverTheHeight)
 {
     const auto result = read(stored_zip(single_curve()));
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image* deflection = find_image(*result, "vDeflection");
-    ASSERT_TRUE(deflection);
-    ASSERT_EQ(deflection->stream.values.get_axes_number(), 2u);
-    const auto* raw = static_cast<const std::int16_t*>(deflection->stream.array_data());
-    EXPECT_DOUBLE_EQ(deflection->stream.values.get_axis(1).at(raw[0]), 129.0); // 0.5 * 256 + 1 V
-    expect_image(*deflection, {.units = "nm",
-                               .parts = {"Approach", "Retract"},
-                               .values = {255, -2, -1, 6, 4, 4}, // raw - 1 nm
-                               .strings = {{"\\Curve lengths", "3 2"},
-                                           {"\\Z scale", "raw * 1 + -1 [nm] from encoder, conversions distance"}},
-                               .over = find_image(*result, "height")->stream.get_name()});
-    const recorded_image* time = find_image(*result, "time"); // computed: a raster of step 1
-    ASSERT_TRUE(time);
-    expect_image(*time, {.values = {2, 1, 0, 0, 1, 1}, .isFitted = true});
+    const std::string line = " (3: 0 + 0.666667 s) {Approach, Retract}";
+    EXPECT_EQ(channel_told(result, "vDeflection"),
+              "vDeflection [nm]" + line + " over height: 255 -2 -1 6 4 4"); // raw - 1
+    EXPECT_EQ(channel_told(result, "height"), "height [nm]" + line + ": 9 19 29 9 19 19");
+    EXPECT_EQ(channel_told(result, "time"),
+              "time" + line + " over height: 2 1 0 0 1 1"); // computed: a raster of step 1
+    const recorded_image* image = find_image(*result, "vDeflection");
+    EXPECT_DOUBLE_EQ(image->stream.values.get_axis(1).at(256), 129.0); // 0.5 * 256 + 1 V
+    expect_image(*image, {.strings = {{"\\Curve lengths", "3 2"},
+                                      {"\\Recorded order", "Approach: free end first; Retract: contact first"},
+                                      {"\\Z scale", "raw * 1 + -1 [nm] from encoder, conversions distance"},
+                                      {"\\Deflection sign", ""}}});
     EXPECT_EQ(result->strings.at("force-scan-series.header.name"), "\u00B5 and : ok");
-    EXPECT_NEAR(deflection->stream.get_dimension(0).get_axis(0).scale, 2.0 / 3, 1e-12);
-    EXPECT_EQ(physical_of(*find_image(*result, "height")), (std::vector<double>{9, 19, 29, 9, 19, 19}));
-    for (const recorded_image* image : {deflection, time, find_image(*result, "height")})
-        EXPECT_EQ(image->strings.at("\\Recorded order"), "Approach: free end first; Retract: contact first");
-}
-
-TEST(Jpk, ASensitivityBelowZeroIsTold)
-{
-    const auto found = [](const std::string& multiplier) {
-        const std::string key = "channel.vDeflection.conversion-set.conversion.distance.scaling.multiplier=";
-        members all = single_curve();
-        for (auto& [name, text] : all)
-            if (const std::size_t at = text.find(key + "2"); at != std::string::npos)
-                text.replace(at, key.size() + 1, key + multiplier);
-        const auto result = read(stored_zip(all));
-        return result ? find_image(*result, "vDeflection")->strings : std::map<std::string, std::string>();
-    };
-    EXPECT_EQ(found("-2").at("\\Deflection sign"), "V falls where nm rises: the sensitivity is below 0");
-    EXPECT_FALSE(found("2").contains("\\Deflection sign"));
+    const auto falling = read(
+        stored_zip(changed_segments(single_curve(), slot + "scaling.multiplier=2", slot + "scaling.multiplier=-2")));
+    EXPECT_EQ(find_image(*falling, "vDeflection")->strings.at("\\Deflection sign"),
+              "V falls where nm rises: the sensitivity is below 0");
 }
 
 /// A map of 3 by 2 points, driven back and forth, in which point 4 was not measured. Curve k holds k, k + 10.
@@ -121,15 +134,13 @@ members back_and_forth_map()
 TEST(Jpk, MapsAreVolumesWithTheCurveFastest)
 {
     const auto result = read(stored_zip(back_and_forth_map()));
-    const recorded_image& image = image_at(result, 0);
-    ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
-    expect_image(image, {.units = "V",
-                         .axes = {"0 1 ", "7 2 m", "-1 1 m"},
-                         .parts = {"Approach"},
-                         // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
-                         .values = {10, 0, 11, 1, 12, 2, 15, 5, 0, 0, 13, 3},
-                         .strings = {{"\\Void points", "2"}, {"\\Curve lengths", "2 2 2 2 0 2"}}});
+    // Row 0: 0, 1, 2; row 1 runs back: 5, (4), 3. What is missing takes the lowest value.
+    const std::string expected = "error [V] (2; 3: 7 + 2 m; 2: -1 + 1 m) {Approach}: 10 0 11 1 12 2 15 5 0 0 13 3";
+    EXPECT_EQ(told(result), expected);
+    expect_image(image_at(result, 0), {.strings = {{"\\Void points", "2"}, {"\\Curve lengths", "2 2 2 2 0 2"}}});
+    const std::string info = "force-segment-header-info.*=0"; // a reference alone stands for what it is named after
+    EXPECT_EQ(told(read(stored_zip(changed_segments(back_and_forth_map(), "force-segment-header." + info, info)))),
+              expected);
 }
 
 TEST(Jpk, AGridThatCannotBeUsedIsTold)
@@ -165,133 +176,74 @@ TEST(Jpk, AGridThatCannotBeUsedIsTold)
 
 TEST(Jpk, CalibrationsThatChangeAreApplied)
 {
-    members all = single_curve();
-    std::string& header = all["segments/1/segment-header.properties"];
-    header.replace(header.find("vDeflection.data.encoder.scaling.multiplier=0.5"), 47,
-                   "vDeflection.data.encoder.scaling.multiplier=1.5");
-    const auto result = read(stored_zip(all));
-    ASSERT_TRUE(result) << result.error().reason;
+    const std::string gain = deflection + "data.encoder.scaling.multiplier=",
+                      set = deflection + "conversion-set.conversions.";
+    const auto result = read(stored_zip(changed_segments(single_curve(), gain + "0.5", gain + "1.5", "1/")));
     expect_image(*find_image(*result, "vDeflection"),
                  {.values = {255, -2, -1, 20, 14, 14}, .isFitted = true}); // 2 * (1.5 * 7 + 1) - 3 = 20
-}
 
-/// Replaces every `from` in the headers of the segments.
-members changed_segments(members all, const std::string& from, const std::string& to)
-{
-    std::size_t count = 0;
-    for (auto& [name, text] : all)
-        if (name.ends_with("segment-header.properties"))
-            for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size(), ++count)
-                text.replace(at, from.size(), to);
-    EXPECT_NE(count, 0u) << from;
-    return all;
-}
-
-TEST(Jpk, CurvesOfDifferentUnitsAreShownInOnesThatAllHave)
-{
-    members all = single_curve();
-    std::string& header = all["segments/1/segment-header.properties"]; // without a calibration to nm
-    const std::string set = "channel.vDeflection.conversion-set.conversions.";
-    for (const auto& [from, to] :
-         {std::pair{set + "default=distance", set + "default=volts"}, {set + "list=distance", set + "list="}})
-        header.replace(header.find(from), from.size(), to);
-    const auto result = read(stored_zip(all));
-    ASSERT_TRUE(result) << result.error().reason;
-    expect_image(*find_image(*result, "vDeflection"),
-                 {.units = "V", .values = {129, 0.5, 1, 4.5, 3.5, 3.5}, .isFitted = true}); // 0.5 * raw + 1
-
-    const std::string unit = "channel.vDeflection.data.encoder.scaling.unit.unit=V";
-    header.replace(header.find(unit), unit.size(), "channel.vDeflection.data.encoder.scaling.unit.unit=A");
-    const auto apart = read(stored_zip(all));
-    ASSERT_TRUE(apart) << apart.error().reason;
-    EXPECT_FALSE(find_image(*apart, "vDeflection"));
+    members all = changed_segments(single_curve(), set + "default=distance", set + "default=volts", "1/");
+    all = changed_segments(all, set + "list=distance", set + "list=", "1/"); // what has no nm is shown in volts
+    EXPECT_EQ(channel_told(read(stored_zip(all)), "vDeflection"), inVolts);
+    const std::string unit = deflection + "data.encoder.scaling.unit.unit=";
+    const auto apart = read(stored_zip(changed_segments(all, unit + "V", unit + "A", "1/")));
+    EXPECT_EQ(channel_told(apart, "vDeflection"), "none");
     EXPECT_NE(apart->strings.at("Channels left out").find("vDeflection: its curves have no calibration"),
               std::string::npos);
-}
 
-TEST(Jpk, ConversionsThatRunInACircleAreNotApplied)
-{
-    const std::string slot = "channel.vDeflection.conversion-set.conversion.distance.base-calibration-slot=";
-    const auto result = read(stored_zip(changed_segments(single_curve(), slot + "volts", slot + "distance")));
-    ASSERT_TRUE(result) << result.error().reason;
-    const recorded_image* image = find_image(*result, "vDeflection");
-    EXPECT_EQ(physical_of(*image), (std::vector<double>{129, 0.5, 1, 4.5, 3.5, 3.5})); // 0.5 * raw + 1 V
-    EXPECT_EQ(image->stream.values.get_axes_number(), 1u);
-    EXPECT_NE(image->strings.at("\\Z scale").find("conversions of distance run in a circle"), std::string::npos);
-}
-
-/// All reader's notes of an archive, a line each, and the deflection in its first unit.
-std::pair<std::string, std::vector<double>> notes_and_deflection(const members& all)
-{
-    const auto result = read(stored_zip(all));
-    if (!result) return {"refused: " + result.error().reason, {}};
-    const recorded_image* image = find_image(*result, "vDeflection");
-    const auto notes = result->strings.find("\\Reader note");
-    return {notes == result->strings.end() ? "" : notes->second, image ? physical_of(*image) : std::vector<double>()};
+    const std::string base = slot + "base-calibration-slot=";
+    const auto circle = read(stored_zip(changed_segments(single_curve(), base + "volts", base + "distance")));
+    EXPECT_EQ(channel_told(circle, "vDeflection"), inVolts);
+    EXPECT_NE(
+        find_image(*circle, "vDeflection")->strings.at("\\Z scale").find("conversions of distance run in a circle"),
+        std::string::npos);
 }
 
 TEST(Jpk, NumbersOfOneSegmentThatAreNoneAreTold)
 {
-    const std::string channel = "channel.vDeflection.", slot = channel + "conversion-set.conversion.distance.scaling.";
     const std::vector<double> volts{129, 0.5, 1, 4.5, 3.5, 3.5}, lost{4, 4, 6, 4}, nm{255, -2, -1, 6, 4, 4};
     const struct {
         std::string line, value, note;
         std::vector<double> values;
     } rows[] = {
-        {slot + "multiplier=2", "NaN", "conversions left out", volts},
-        {slot + "multiplier=2", "0", "conversions left out", volts},
-        {slot + "multiplier=2", "inf", "conversions left out", volts},
-        {slot + "multiplier=2", "", "conversions left out", volts},
-        {slot + "offset=-3", "abc", "conversions left out", volts},
-        {channel + "conversion-set.conversions.default=distance", "other", "left out: other (it is not desc", volts},
-        {channel + "data.encoder.scaling.multiplier=0.5", "0", "1 is, the first: segments/0/: the multiplier", lost},
+        {slot + "scaling.multiplier=2", "NaN", "conversions left out", volts},
+        {slot + "scaling.multiplier=2", "0", "conversions left out", volts},
+        {slot + "scaling.multiplier=2", "", "conversions left out", volts},
+        {slot + "scaling.offset=-3", "abc", "conversions left out", volts},
+        {deflection + "conversion-set.conversions.default=distance", "other", "left out: other (it is not desc", volts},
+        {deflection + "data.encoder.scaling.multiplier=0.5", "0", "1 is, the first: segments/0/: the multiplier", lost},
         {"force-segment-header.duration=2", "-1", "the duration or num-points of segments/0/", nm},
         {"force-segment-header.num-points=3", "abc", "the duration or num-points of segments/0/", nm},
     };
     for (const auto& row : rows) {
-        members all = single_curve();
-        std::string& header = all["segments/0/segment-header.properties"];
-        const std::size_t at = header.find(row.line), value = row.line.find('=') + 1;
-        ASSERT_NE(at, std::string::npos) << row.line;
-        header.replace(at + value, row.line.size() - value, row.value);
-        const auto [notes, values] = notes_and_deflection(all);
-        EXPECT_NE(notes.find(row.note), std::string::npos) << row.line << row.value << ": " << notes;
-        ASSERT_EQ(values.size(), row.values.size()) << row.line << row.value;
-        for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], row.values[i], 1e-2) << row.line << i;
+        SCOPED_TRACE(row.line + row.value);
+        const std::string changed = row.line.substr(0, row.line.find('=') + 1) + row.value;
+        const auto result = read(stored_zip(changed_segments(single_curve(), row.line, changed, "0/")));
+        EXPECT_NE(notes_of(result).find(row.note), std::string::npos) << notes_of(result);
+        expect_image(*find_image(*result, "vDeflection"), {.values = row.values, .isFitted = true});
     }
 }
 
 TEST(Jpk, AMemberThatCannotBeReadCostsItsPart)
 {
     const std::string file = "segments/0/channels/vDeflection.dat", header = "segments/0/segment-header.properties";
-    const auto damaged = [](const std::string& member) { // its checksum is that of other bytes
-        members all = single_curve();
-        std::string bytes = stored_zip(all);
-        bytes[bytes.find(all.at(member))] ^= 1;
-        return read(bytes);
-    };
     for (const std::string& member : {file, header}) {
-        const auto result = damaged(member);
+        std::string bytes = stored_zip(single_curve());
+        bytes[bytes.find(single_curve().at(member))] ^= 1; // its checksum is that of other bytes
+        const auto result = read(bytes);
         ASSERT_TRUE(result) << member << result.error().reason;
-        const recorded_image* image = find_image(*result, "vDeflection");
-        ASSERT_TRUE(image) << member;
-        EXPECT_EQ(image->strings.at("\\Void points"), member == file ? "3" : "2") << "as long as the longest";
-        ASSERT_FALSE(result->warnings.empty());
-        EXPECT_NE(result->warnings[0].find("1 is, the first: " + member), std::string::npos) << result->warnings[0];
+        EXPECT_EQ(find_image(*result, "vDeflection")->strings.at("\\Void points"), member == file ? "3" : "2")
+            << "as long as the longest";
+        EXPECT_NE(notes_of(result).find("1 is, the first: " + member), std::string::npos) << notes_of(result);
     }
-    members odd = single_curve();
+    members odd = single_curve(), bare = single_curve();
     odd[file] = "odd";
-    EXPECT_NE(notes_and_deflection(odd).first.find("no multiple"), std::string::npos);
-}
-
-TEST(Jpk, AChannelWithoutAnyMemberIsNamed)
-{
-    members all = single_curve();
-    all.erase("segments/0/channels/height.dat");
-    all.erase("segments/1/channels/height.dat");
-    const auto result = read(stored_zip(all));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(result->strings.at("Channels left out"), "height: its member is missing");
+    EXPECT_NE(notes_of(read(stored_zip(odd))).find("no multiple"), std::string::npos);
+    for (const char* segment : {"0", "1"}) bare.erase("segments/" + std::string(segment) + "/channels/height.dat");
+    EXPECT_EQ(read(stored_zip(bare))->strings.at("Channels left out"), "height: its member is missing");
+    const auto unknown = read(stored_zip(changed_segments(single_curve(), "signedshort\n", "squareroots\n")));
+    EXPECT_EQ(unknown->items.size(), 2u);
+    EXPECT_NE(unknown->strings.at("Channels left out").find("squareroots"), std::string::npos);
 }
 
 TEST(Jpk, HeadersOfTheCurvesAreKept)
@@ -326,13 +278,6 @@ TEST(Jpk, HeadersOfTheCurvesAreKept)
     EXPECT_EQ(image_at(volume, 0).strings.at("channel.error.unit.unit"), "V"); // the reference resolved
 }
 
-TEST(Jpk, AReferenceAloneStandsForWhatItIsNamedAfter)
-{
-    const auto result = read(stored_zip(changed_segments(
-        back_and_forth_map(), "force-segment-header.force-segment-header-info.*=0", "force-segment-header-info.*=0")));
-    EXPECT_STREQ(image_at(result, 0).stream.subimage_names()[0].text, "Approach");
-}
-
 TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
 {
     const auto changed = [](const std::string& member, const std::string& content) {
@@ -352,17 +297,6 @@ TEST(Jpk, WhatCannotBeIsRefusedWithItsReason)
                                  {std::string("II*\0\10\0\0\0\0\0\0\0\0\0", 14), "0x8042"},
                                  {"PK", "cut short"},
                              });
-}
-
-TEST(Jpk, UnknownEncodersAreNamedAndTheRestIsShown)
-{
-    members all = single_curve();
-    for (const char* segment : {"segments/0/segment-header.properties", "segments/1/segment-header.properties"})
-        all[segment].replace(all[segment].find("signedshort"), 11, "squareroots");
-    const auto result = read(stored_zip(all));
-    ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_EQ(result->items.size(), 2u);
-    EXPECT_NE(result->strings.at("Channels left out").find("squareroots"), std::string::npos);
 }
 
 TEST(Jpk, AnyArchiveMayBeOne)
