@@ -2,33 +2,20 @@
 #include "formats/instrument_fixture.h"
 #include "formats/text/text_table.h"
 
-#include <span>
 #include <string>
 
 /// What the tests of text tables share.
 namespace text_table_fixture {
-
-inline std::span<const std::byte> bytes_of(const std::string& text) { return std::as_bytes(std::span(text)); }
 
 inline base::read_result<formats::recording> read(const std::string& text)
 {
     return instrument_fixture::read(formats::read_text_table, text, "table.txt");
 }
 
-inline std::string reason(const std::string& text)
-{
-    const auto result = read(text);
-    return result ? "it was read" : result.error().reason;
-}
-
 inline std::string utf16(const std::string& ascii, bool bigEndian)
 {
     std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
-    for (const char c : ascii) {
-        if (bigEndian) bytes += '\0';
-        bytes += c;
-        if (!bigEndian) bytes += '\0';
-    }
+    for (const char c : ascii) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
     return bytes;
 }
 
@@ -48,5 +35,6 @@ inline std::string wyko(int height, int width)
 
 inline const std::string channelExport =
     "# Kanal: Topografie\n# Breite: 12.34 \xC2\xB5m\n# H\xC3\xB6he: 5678.9 nm\n# Werteinheit: m\n";
+inline const std::string wsxmPoints = "WSxM file copyright UAM\nWSxM ASCII XYZ file\nX[nm]\tY[nm]\tZ[\xC5]\n\n";
 
 } // namespace text_table_fixture
