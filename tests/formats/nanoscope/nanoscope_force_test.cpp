@@ -32,28 +32,17 @@ file_parts force_file(const std::vector<image_part>& channels)
 TEST(NanoscopeForce, CurvesRunFromTheContactAndKeepAllTheirScales)
 {
     const auto result = read(build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})})));
-    ASSERT_EQ(result->items.size(), 1u);
+    EXPECT_EQ(told(result), "Deflection Error [nN] (3: 20 + -10 nm) {Approach, Retract}: 7.5 5 2.5 15 12.5 10");
     const auto& image = image_at(result, 0);
-    EXPECT_THAT(raw_of(image), ElementsAre(3, 2, 1, 6, 5, 4)); // as stored
     ASSERT_EQ(image.stream.values.get_axes_number(), 3u);
-    EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(0, 2.5, "nN"));
     EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0, 10, "nm"));
     EXPECT_EQ(image.stream.values.get_axis(2), VLAxis(0, 0.5, "V"));
-    expect_image(image, {.axes = {"20 -10 nm"},
-                         .parts = {"Approach", "Retract"},
-                         .values = {7.5, 5, 2.5, 15, 12.5, 10},
-                         .strings = {{"\\Recorded order", "Approach: contact first; Retract: contact first"}}});
-}
+    EXPECT_EQ(image.strings.at("\\Recorded order"), "Approach: contact first; Retract: contact first");
 
-TEST(NanoscopeForce, WideSamplesOfNewVersionsAreTaken)
-{
     file_parts parts = force_file({force_part(samples32({70000, 0, 3, 5}), {"\\Samps/line: 2", "\\Bytes/pixel: 2"})});
-    parts.fileLines[0] = "\\Version: 0x09200000";
-    const auto result = read(build(parts));
-    const auto& image = image_at(result, 0);
-    const double half = 0.5001 * image.stream.values.get_axis(0).scale;
-    EXPECT_NEAR(physical_of(image)[0], 175000.0, half);
-    EXPECT_NEAR(physical_of(image)[2], 7.5, half);
+    parts.fileLines[0] = "\\Version: 0x09200000"; // has wide samples
+    const auto wide = read(build(parts));
+    expect_image(image_at(wide, 0), {.values = {175000, 0, 7.5, 12.5}, .isFitted = true});
 }
 
 TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStandsAlone)
@@ -67,18 +56,15 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
     ASSERT_EQ(held->items.size(), 5u); // two of each channel and the ramps
     const auto &ways = image_at(held, 0), &hold = image_at(held, 1), &ramps = image_at(held, 4);
     EXPECT_THAT(raw_of(ways), ElementsAre(3, 2, 1, 6, 5, 5));
-    EXPECT_EQ(ways.strings.at("\\Curve lengths"), "3 2");
-    EXPECT_STREQ(ways.stream.subimage_names()[1].text, "Retract");
-    EXPECT_THAT(raw_of(hold), ElementsAre(7, 8, 9)); // as stored, though as long as the approach
+    expect_image(ways, {.parts = {"Approach", "Retract"}, .strings = {{"\\Curve lengths", "3 2"}}, .over = "Ramp"});
+    // As stored, though as long as the approach.
+    EXPECT_THAT(raw_of(hold), ElementsAre(7, 8, 9));
     EXPECT_STREQ(hold.stream.get_description(), "Deflection Error Hold");
     EXPECT_EQ(hold.stream.get_dimension(0).get_axis(0), VLAxis());
     EXPECT_FALSE(hold.stream.get_parameter_stream());
-    EXPECT_STREQ(ways.stream.get_parameter_stream(), "Ramp");
     EXPECT_STREQ(image_at(held, 2).stream.get_parameter_stream(), "Ramp");
     EXPECT_STREQ(ramps.stream.get_name(), "Ramp");
-    const double expected[] = {20, 10, 0, 20, 0, 0}; // 2 V of 10 nm/V on both ways
-    for (std::size_t i = 0; i < std::size(expected); ++i)
-        EXPECT_NEAR(physical_of(ramps).at(i), expected[i], 20.0 / 65535);
+    expect_image(ramps, {.values = {20, 10, 0, 20, 0, 0}, .isFitted = true}); // 2 V of 10 nm/V on both ways
 
     parts.images[1].lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
     const auto sensed = read(build(parts));
@@ -181,14 +167,6 @@ TEST(NanoscopeForce, TrenchRowsKeepTheirLengths)
         EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAre(10, 20, 20, 30, 40, 50));
         EXPECT_EQ(image_at(result, 0).strings.at("\\Curve lengths"), "2 3");
     }
-}
-
-TEST(NanoscopeForce, UnitsAreSpeltAsElsewhere)
-{
-    image_part phase = force_part(samples16({2, 1}), {"\\Samps/line: 2 0"});
-    phase.lines[3] = "\\@4:Z scale: C (0.5 \xBA/LSB) 180 \xBA";
-    const auto result = read(build(force_file({phase})));
-    EXPECT_EQ(image_at(result, 0).stream.values.get_axis(0), VLAxis(0, 0.5, "\u00B0"));
 }
 
 } // namespace
