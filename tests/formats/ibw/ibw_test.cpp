@@ -64,35 +64,47 @@ std::string floats(std::initializer_list<float> numbers)
 
 base::read_result<recording> read(const wave& made) { return instrument_fixture::read(read_ibw, made.bytes()); }
 
-TEST(Ibw, LayersAreChannelsAndDirectionsShareAnImage)
+/// Layers of two points of the microscope's program, the numbers 0, 1, 2 …
+wave layers(const std::vector<std::string>& labels, const std::string& note = {})
 {
     wave made;
-    made.dimensions = {2, 1, 3};
-    made.numbers = floats({1, 2, 5, 6, 3, 4});
-    made.labels[2] = {"HeightTrace", "PhaseTrace", "HeightRetrace"};
+    made.dimensions = {2, 1, static_cast<unsigned>(labels.size())};
+    for (std::size_t i = 0; i < 2 * labels.size(); ++i) made.numbers += le_float(static_cast<float>(i));
+    made.labels[2] = labels;
     made.xUnits = made.yUnits = "m";
     made.footer = "IsImage:1; 0312 MFP3D";
-    made.note = "ScanRate: 2\rDate: 2021-10-11\rTime: 10:00\rScanRate@Line: 4\r";
-    const auto result = read(made);
-    ASSERT_EQ(result->items.size(), 2u);
-    expect_image(
-        image_at(result, 0),
-        {.units = "m", .axes = {"3 0.5 m", "3 0.5 m"}, .parts = {"Forward", "Reverse"}, .values = {1, 2, 3, 4}});
-    expect_image(image_at(result, 1), {.units = "\u00B0"});
+    made.note = note;
+    return made;
+}
+
+/// Columns of force curves over the time.
+wave forces(unsigned points, const std::vector<std::string>& labels, const std::string& numbers,
+            const std::string& note)
+{
+    wave made;
+    made.dimensions = {points, static_cast<unsigned>(labels.size())};
+    made.numbers = numbers;
+    made.labels[1] = labels;
+    made.xUnits = "s";
+    made.footer = "Force";
+    made.note = note;
+    return made;
+}
+
+TEST(Ibw, LayersAreChannelsAndDirectionsShareAnImage)
+{
+    const auto result = read(layers({"HeightTrace", "PhaseTrace", "HeightRetrace"},
+                                    "ScanRate: 2\rDate: 2021-10-11\rTime: 10:00\rScanRate@Line: 4\r"));
+    EXPECT_EQ(told(result), "Height [m] (2: 3 + 0.5 m; 1: 3 + 0.5 m) {Forward, Reverse}: 0 1 4 5\n"
+                            "Phase [\u00B0] (2: 3 + 0.5 m; 1: 3 + 0.5 m) {Forward}: 2 3");
     EXPECT_EQ(result->strings.at("\\Scan rate"), "2");
     EXPECT_EQ(result->strings.at("\\Date"), "2021-10-11 10:00");
 }
 
 TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
 {
-    wave made;
-    made.dimensions = {5, 2};
-    made.numbers = floats({1, 2, 3, 2, 1, 10, 20, 30, 25, 15});
-    made.labels[1] = {"Defl", "ZSnsr"};
-    made.xUnits = "s";
-    made.footer = "Force";
-    made.note = "Indexes: 0,3,4,\rDirection: Nan,1,-1,\rSpringConstant: 2\r";
-    const auto result = read(made);
+    const auto result = read(forces(5, {"Defl", "ZSnsr"}, floats({1, 2, 3, 2, 1, 10, 20, 30, 25, 15}),
+                                    "Indexes: 0,3,4,\rDirection: Nan,1,-1,\rSpringConstant: 2\r"));
     const recorded_image& deflection = image_at(result, 0);
     expect_image(deflection, {.parts = {"Approach", "Retract"},
                               .values = {3, 2, 1, 2, 1, 1},
@@ -104,22 +116,10 @@ TEST(Ibw, ForceCurvesAreCutIntoTheirSegments)
     EXPECT_EQ(deflection.stream.values.get_axis(1), VLAxis(0, 2, "N"));
 }
 
-/// Layers of two points of the microscope's program, a number each.
-wave layers(const std::vector<std::string>& labels)
-{
-    wave made;
-    made.dimensions = {2, 1, static_cast<unsigned>(labels.size())};
-    for (std::size_t i = 0; i < 2 * labels.size(); ++i) made.numbers += le_float(static_cast<float>(i));
-    made.labels[2] = labels;
-    made.xUnits = made.yUnits = "m";
-    made.footer = "MFP3D";
-    return made;
-}
-
 TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
 {
     const struct {
-        const char *indexes, *directions;
+        std::string indexes, directions;
         std::vector<std::string> names;
         const char* lengths; ///< equal ones are not told
     } rows[] = {
@@ -131,13 +131,8 @@ TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
         {"0,Nan,5", "NaN,1,-1", {}, ""},
     };
     for (const auto& row : rows) {
-        wave made;
-        made.dimensions = {6, 1};
-        made.numbers = floats({1, 2, 3, 4, 5, 6});
-        made.labels[1] = {"Defl"};
-        made.footer = "Force";
-        made.note = std::string("Indexes: ") + row.indexes + "\rDirection: " + row.directions + "\r";
-        const auto result = read(made);
+        const auto result = read(forces(6, {"Defl"}, floats({1, 2, 3, 4, 5, 6}),
+                                        "Indexes: " + row.indexes + "\rDirection: " + row.directions + "\r"));
         SCOPED_TRACE(row.indexes);
         EXPECT_EQ(subimages_of(image_at(result, 0)), row.names);
         expect_image(image_at(result, 0), {.strings = {{"\\Curve lengths", row.lengths}}});
@@ -146,22 +141,19 @@ TEST(Ibw, BadIndexesDoNotLoseTheOtherSegments)
 
 TEST(Ibw, LabelsKeepWhatIsNeitherChannelNorDirection)
 {
-    wave made = layers({"HeightTraceMod0", "HeightRetraceMod0", "HeightTraceMod1", "UserIn0TraceMod1"});
-    made.note = "UserIn0Unit: nA\r";
+    wave made =
+        layers({"HeightTraceMod0", "HeightRetraceMod0", "HeightTraceMod1", "UserIn0TraceMod1"}, "UserIn0Unit: nA\r");
     const auto result = read(made);
     ASSERT_EQ(result->items.size(), 3u);
     const struct {
-        const char *label, *units, *origin;
-    } rows[] = {{"HeightMod0", "m", "from the channel's name, Height"},
-                {"HeightMod1", "m", "from the channel's name, Height"},
-                {"UserIn0Mod1", "nA", "from UserIn0Unit"}};
-    for (std::size_t i = 0; i < 3; ++i) {
-        const recorded_image& image = image_at(result, i);
-        expect_image(image, {.label = rows[i].label, .units = rows[i].units});
-        EXPECT_TRUE(image.strings.at("\\Z scale").ends_with(rows[i].origin)) << image.strings.at("\\Z scale");
-    }
-    made.footer = "";
-    made.note = "";
+        const char *label, *units, *scale;
+    } rows[] = {{"HeightMod0", "m", "raw * 1 + 0 [m] from the channel's name, Height"},
+                {"HeightMod1", "m", "raw * 1 + 0 [m] from the channel's name, Height"},
+                {"UserIn0Mod1", "nA", "raw * 1 + 0 [nA] from UserIn0Unit"}};
+    for (std::size_t i = 0; i < 3; ++i)
+        expect_image(image_at(result, i),
+                     {.label = rows[i].label, .units = rows[i].units, .strings = {{"\\Z scale", rows[i].scale}}});
+    made.footer = made.note = "";
     EXPECT_TRUE(image_at(read(made), 0).strings.at("\\Z scale").ends_with("from wave made"));
 }
 
@@ -177,8 +169,7 @@ TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
                 {0, "s", "MFP3D", 0, 0},
                 {0, "m", "", 0, 0}};
     for (const auto& row : rows) {
-        wave made = layers({"HeightTrace"});
-        made.note = "XOffset: 2e-06\rYOffset: -3e-06\r";
+        wave made = layers({"HeightTrace"}, "XOffset: 2e-06\rYOffset: -3e-06\r");
         made.start = row.start;
         made.xUnits = made.yUnits = row.units;
         made.footer = row.footer;
@@ -191,9 +182,7 @@ TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
 
 TEST(Ibw, DeflectionsHaveForceAndVoltsToo)
 {
-    wave made = layers({"DeflectionTrace", "HeightTrace"});
-    made.note = "SpringConstant: 2\rInvOLS: 5e-08\r";
-    const auto result = read(made);
+    const auto result = read(layers({"DeflectionTrace", "HeightTrace"}, "SpringConstant: 2\rInvOLS: 5e-08\r"));
     const auto& axes = image_at(result, 0).stream.values;
     ASSERT_EQ(axes.get_axes_number(), 3u);
     EXPECT_EQ(axes.get_axis(1), VLAxis(0, 2, "N"));
@@ -204,93 +193,72 @@ TEST(Ibw, DeflectionsHaveForceAndVoltsToo)
 
 TEST(Ibw, NotesKeepLinesWithoutKeyAndTheDateComesFromTheHeaderElse)
 {
+    const unsigned second = 86400 + 3600 + 2 * 60 + 3;
     const struct {
+        unsigned created; ///< seconds since 1904
         const char* note;
         std::map<std::string, std::string> strings;
     } rows[] = {
-        {"Rate: 2\nBase: a:b\nTime:3:52:01 PM\n",
+        {second,
+         "Rate: 2\nBase: a:b\nTime:3:52:01 PM\n",
          {{"Rate", "2"}, {"Base", "a:b"}, {"Time", "3:52:01 PM"}, {"\\Date", "1904-01-02 01:02:03"}}},
-        {"A scan\r\nof 22:53:08\r\n\r\nDate: 1\r\nTime: 2",
+        {second,
+         "A scan\r\nof 22:53:08\r\n\r\nDate: 1\r\nTime: 2",
          {{"Note", "A scan\nof 22:53:08"}, {"Date", "1"}, {"Time", "2"}, {"\\Date", "1 2"}}},
-        {"2021-10-11T22:53:08\rNote: own\r10:2",
+        {second,
+         "2021-10-11T22:53:08\rNote: own\r10:2",
          {{"Note", "own\n2021-10-11T22:53:08\n10:2"}, {"\\Date", "1904-01-02 01:02:03"}}},
+        {3716812321, "", {{"\\Date", "2021-10-11 15:52:01"}}}, // of a recording of 3:52:01 PM
+        {0, "", {}},
     };
     for (const auto& row : rows) {
         wave made;
         made.dimensions = {1};
         made.numbers = floats({1});
         made.note = row.note;
-        made.created = 86400 + 3600 + 2 * 60 + 3;
+        made.created = row.created;
         const auto result = read(made);
         ASSERT_TRUE(result) << result.error().reason;
         EXPECT_EQ(result->strings, row.strings) << row.note;
     }
-    wave made;
-    made.dimensions = {1};
-    made.numbers = floats({1});
-    made.created = 3716812321; // "Date:2021-10-11", "Time:3:52:01 PM" of a recording
-    EXPECT_EQ(read(made)->strings.at("\\Date"), "2021-10-11 15:52:01");
-    made.created = 0;
-    EXPECT_FALSE(read(made)->strings.contains("\\Date"));
-}
-
-TEST(Ibw, ComplexLayersOfTwoDirectionsAreNamedInFull)
-{
-    wave made = layers({"HeightTrace", "HeightRetrace"});
-    made.type = 3;
-    made.numbers = floats({1, 10, 2, 20, 3, 30, 4, 40});
-    const auto result = read(made);
-    expect_image(image_at(result, 0),
-                 {.parts = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"},
-                  .values = {1, 2, 10, 20, 3, 4, 30, 40}});
 }
 
 TEST(Ibw, NumbersOfEveryTypeAndComplexOnesAreRead)
 {
-    const struct {
-        unsigned type;
-        std::string numbers;
-    } rows[] = {
-        {2, floats({1, 2, 3})},
-        {4, le_double(1) + le_double(2) + le_double(3)},
-        {8, "\1\2\3"},
-        {72, "\1\2\3"},
-        {16, le16(1) + le16(2) + le16(3)},
-        {80, le16(1) + le16(2) + le16(3)},
-        {32, le32(1) + le32(2) + le32(3)},
-        {96, le32(1) + le32(2) + le32(3)},
-    };
+    const std::string shorts = le16(1) + le16(2) + le16(3), longs = le32(1) + le32(2) + le32(3);
     wave made;
     made.dimensions = {3};
-    for (const auto& row : rows) {
-        made.type = row.type;
-        made.numbers = row.numbers;
-        const auto result = read(made);
-        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{1, 2, 3})) << row.type;
+    for (const auto& [type, numbers] : std::map<unsigned, std::string>{{2, floats({1, 2, 3})},
+                                                                       {4, le_double(1) + le_double(2) + le_double(3)},
+                                                                       {8, "\1\2\3"},
+                                                                       {72, "\1\2\3"},
+                                                                       {16, shorts},
+                                                                       {80, shorts},
+                                                                       {32, longs},
+                                                                       {96, longs}}) {
+        made.type = type;
+        made.numbers = numbers;
+        EXPECT_EQ(told(read(made)), "made [m] (3: 3 + 0.5): 1 2 3") << type;
     }
+    wave complex = layers({"HeightTrace", "HeightRetrace"});
+    complex.type = 3;
+    complex.numbers = floats({1, 10, 2, 20, 3, 30, 4, 40});
+    const auto result = read(complex);
+    expect_image(image_at(result, 0),
+                 {.parts = {"Forward Real", "Forward Imaginary", "Reverse Real", "Reverse Imaginary"},
+                  .values = {1, 2, 10, 20, 3, 4, 30, 40}});
     made.type = 3;
     made.numbers = floats({1, 10, 2, 20, 3, 30});
-    const auto result = read(made);
-    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{1, 2, 3, 10, 20, 30}));
-    EXPECT_STREQ(image_at(result, 0).stream.subimage_names()[1].text, "Imaginary");
-}
-
-TEST(Ibw, UnnamedColumnsAreCurvesOfOneImage)
-{
-    wave made;
-    made.dimensions = {3, 2};
-    made.numbers = floats({1, 2, 3, 4, 5, 6});
-    const auto result = read(made);
-    expect_image(image_at(result, 0), {.axes = {"3 0.5 "}, .parts = {"Curve 1", "Curve 2"}});
+    EXPECT_EQ(told(read(made)), "made [m] (3: 3 + 0.5) {Real, Imaginary}: 1 2 3 10 20 30");
+    made.type = 2;
+    made.dimensions = {3, 2}; // columns without names
+    EXPECT_EQ(told(read(made)), "made [m] (3: 3 + 0.5) {Curve 1, Curve 2}: 1 10 2 20 3 30");
 }
 
 TEST(Ibw, ACutWaveGivesItsWholeLayersWithoutAUnit)
 {
-    wave made;
-    made.dimensions = {2, 1, 3};
-    made.numbers = floats({1, 2, 5, 6, 3, 4});
-    made.labels[2] = {"HeightTrace", "PhaseTrace", "HeightRetrace"};
-    made.note = "ImagingMode: 1\r";
+    wave made = layers({"HeightTrace", "PhaseTrace", "HeightRetrace"}, "ImagingMode: 1\r");
+    made.footer = "";
     const std::string whole = made.bytes();
     const std::size_t dataEnd = 384 + 24;
     const struct {
@@ -300,51 +268,45 @@ TEST(Ibw, ACutWaveGivesItsWholeLayersWithoutAUnit)
     } rows[] = {
         {whole.size(), 2, "m", 0},
         {whole.size() - 1, 3, "", 2}, // the names of the channels are lost, and with them what the unit is of
-        {dataEnd + 3, 3, "", 2},
-        {dataEnd - 1, 2, "", 3}, // two whole layers
+        {dataEnd - 1, 2, "", 3},      // two whole layers
         {dataEnd - 9, 1, "", 3},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.length);
-        const std::string bytes = whole.substr(0, row.length);
-        memory_source source(std::as_bytes(std::span(bytes)));
-        const auto result = read_ibw(source);
+        const auto result = instrument_fixture::read(read_ibw, whole.substr(0, row.length));
         EXPECT_EQ(result->items.size(), row.images);
         EXPECT_STREQ(image_at(result, 0).stream.values.get_axis(0).get_units(), row.units);
-        EXPECT_EQ(physical_of(image_at(result, 0))[1], 2.0);
+        EXPECT_EQ(physical_of(image_at(result, 0))[1], 1.0);
         EXPECT_EQ(result->warnings.size(), row.warnings);
     }
 }
 
 TEST(Ibw, WhatCannotBeIsRefusedWithItsReason)
 {
-    wave good;
-    good.dimensions = {3};
-    good.numbers = floats({1, 2, 3});
-    const auto changed = [&](auto change) {
-        wave copy = good;
-        change(copy);
-        return copy.bytes();
+    const auto with = [](auto change) {
+        wave made;
+        made.dimensions = {3};
+        made.numbers = floats({1, 2, 3});
+        change(made);
+        return made.bytes();
     };
-    std::string wrongSum = good.bytes();
+    const auto sized = [&](std::vector<unsigned> sides) { return with([&](wave& w) { w.dimensions = sides; }); };
+    const std::string good = with([](wave&) {});
+    std::string wrongSum = good;
     wrongSum[100] ^= 1;
     expect_refused(read_ibw, {
                                  {wrongSum, "checksum"},
                                  {"\7", "version number"},
-                                 {good.bytes().substr(0, 300), "cut short"},
-                                 {good.bytes().substr(0, 390), "beyond the end"},
-                                 {changed([](wave& w) { w.statedPoints = 4; }), "product of the dimensions"},
-                                 {changed([](wave& w) { w.dimensions = {4}; }), "stated size"},
-                                 {changed([](wave& w) { w.dimensions = {65536, 65536, 65536}; }), "too large"},
-                                 {changed([](wave& w) { w.dimensions = {0x80000000u}; }), "negative"},
-                                 {changed([](wave& w) { w.type = 7; }), "type of the numbers"},
-                                 {changed([](wave& w) { w.type = 0; }), "texts"},
-                                 {changed([](wave& w) {
-                                      w.dimensions = {};
-                                      w.numbers.clear();
-                                  }),
-                                  "no points"},
-                                 {changed([](wave& w) { w.dimensions = {1, 1, 1, 3}; }), "four dimensions"},
+                                 {good.substr(0, 300), "cut short"},
+                                 {good.substr(0, 390), "beyond the end"},
+                                 {with([](wave& w) { w.statedPoints = 4; }), "product of the dimensions"},
+                                 {sized({4}), "stated size"},
+                                 {sized({65536, 65536, 65536}), "too large"},
+                                 {sized({0x80000000u}), "negative"},
+                                 {with([](wave& w) { w.type = 7; }), "type of the numbers"},
+                                 {with([](wave& w) { w.type = 0; }), "texts"},
+                                 {with([](wave& w) { w.dimensions = {}, w.numbers = ""; }), "no points"},
+                                 {sized({1, 1, 1, 3}), "four dimensions"},
                              });
 }
 
