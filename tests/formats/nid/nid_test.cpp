@@ -1,5 +1,6 @@
 #include "formats/instrument_fixture.h"
 #include "formats/nid/nid.h"
+#include "formats/shared/bytes.h"
 #include "formats/shared/finish_recording.h"
 
 #include <gtest/gtest.h>
@@ -36,15 +37,9 @@ std::string build(const std::vector<channel_parts>& channels, const std::string&
     }
     for (std::size_t group = 0; group < 2; ++group)
         for (std::size_t i = group; i < channels.size(); i += 2) {
-            bytes_builder samples;
             for (const int sample : channels[i].samples)
-                if (channels[i].bits == 8)
-                    samples.add(static_cast<std::int8_t>(sample));
-                else if (channels[i].bits == 16)
-                    samples.add(static_cast<std::int16_t>(sample));
-                else
-                    samples.add(static_cast<std::int32_t>(sample));
-            data += samples.content;
+                data +=
+                    formats::little_endian(static_cast<unsigned>(sample), static_cast<unsigned>(channels[i].bits) / 8);
         }
     return set +
            "SetInfos=DataSet-Info\r\n\r\n[DataSet-Info]\r\n-- Scan --=--------\r\nImage size=10\xB5m\r\n"
@@ -53,58 +48,78 @@ std::string build(const std::vector<channel_parts>& channels, const std::string&
            extra + sections + "\r\n\r\n#!" + data;
 }
 
-channel_parts spectroscopy(const std::string& frame, const std::string& name, int lines, std::vector<int> samples)
+channel_parts spectroscopy(const std::string& frame, const std::string& name, int lines, std::vector<int> samples,
+                           const std::string& extra = {})
 {
     channel_parts parts{frame, name};
     parts.points = static_cast<int>(samples.size()) / lines;
     parts.lines = lines;
     parts.samples = std::move(samples);
+    parts.extra = extra;
     return parts;
+}
+
+/// Lines of deflections on one of both ways.
+channel_parts approach_of(int lines, std::vector<int> samples, const std::string& extra = {})
+{
+    return spectroscopy("Spec forward", "Deflection", lines, std::move(samples), extra);
+}
+
+channel_parts retract_of(int lines, std::vector<int> samples, const std::string& extra = {})
+{
+    return spectroscopy("Spec backward", "Deflection", lines, std::move(samples), extra);
+}
+
+base::read_result<formats::recording> read(const std::vector<channel_parts>& channels, const std::string& extra = {},
+                                           const std::string& gap = {})
+{
+    return instrument_fixture::read(formats::read_nid, build(channels, extra, gap));
 }
 
 TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
 {
-    channel_parts back{"Scan backward"};
+    channel_parts back{"Scan backward"}, narrow{"Scan forward", "Phase", "\xB0"};
     back.samples = {5, 6, 7, 8};
-    channel_parts narrow{"Scan forward", "Phase", "\xB0"};
     narrow.bits = 8;
     narrow.samples = {-128, 0, 1, 127};
-    const auto result = read(formats::read_nid, build({{}, back, narrow}));
+    const auto result = read({{}, back, narrow});
     ASSERT_EQ(result->items.size(), 2u);
-    const auto& height = image_at(result, 0);
+    const auto &height = image_at(result, 0), &phase = image_at(result, 1);
     EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8})); // the bottom row stands first
+    EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 2.0 * (1 + 32768) / 65536);
     expect_image(height, {.axes = {"1e-06 2e-06 m", "0 3e-06 m"},
                           .parts = {"Forward", "Reverse"},
                           .strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
-    EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 2.0 * (1 + 32768) / 65536);
-    EXPECT_NE(height.strings.at("\\Z scale").find("from Dim2Range, Dim2Min, SaveBits"), std::string::npos);
-    const auto& phase = image_at(result, 1);
     EXPECT_EQ(raw_of(phase), (std::vector<int>{-128, 0, 1, 127}));
-    expect_image(phase, {.units = "\u00B0", .parts = {"Forward"}, .strings = {{"\\Line direction", "Scan forward"}}});
     EXPECT_DOUBLE_EQ(physical_of(phase)[0], -1.0);
+    expect_image(phase, {.units = "\u00B0", .parts = {"Forward"}, .strings = {{"\\Line direction", "Scan forward"}}});
     EXPECT_EQ(result->strings.at("\\Date"), "01-03-2016 18:36:58");
     EXPECT_EQ(result->strings.at("Image size"), "10\u00B5m");
     EXPECT_EQ(result->strings.at("Cantilever Prop0"), "48 N/m");
+
+    channel_parts line, lineBack{"Scan backward"}; // one scan line, which is no spectrum
+    line.lines = lineBack.lines = 1;
+    line.samples = {1, 2}, lineBack.samples = {3, 4};
+    const auto lines = read({line, lineBack}, "", "gap"); // samples end with the file
+    EXPECT_EQ(raw_of(image_at(lines, 0)), (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_EQ(subimages_of(image_at(lines, 0)), (std::vector<std::string>{"Forward", "Reverse"}));
+    expect_cuts_refused(formats::read_nid, build({{}, {}}));
 }
 
-TEST(Nid, LinesThatWereNotScannedTakeTheLowestValue)
+TEST(Nid, WhatWasNotMeasuredTakesTheLowestValue)
 {
-    channel_parts half;
+    const std::string firstLine = "CurLine=0\r\n";
+    channel_parts half; // its second line holds nothing, the third the scan before
     half.lines = 3;
-    half.samples = {5, 4, 0, 0, 6, 7}; // the second line holds nothing, the third the scan before
-    half.extra = "CurLine=0\r\n";
-    const auto result = read(formats::read_nid, build({half}));
-    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{5, 4, 4, 4, 6, 7}));
-    EXPECT_EQ(image_at(result, 0).strings.at("\\Void points"), "2");
-}
+    half.samples = {5, 4, 0, 0, 6, 7};
+    half.extra = firstLine;
+    const auto scan = read({half});
+    EXPECT_EQ(raw_of(image_at(scan, 0)), (std::vector<int>{5, 4, 4, 4, 6, 7}));
+    EXPECT_EQ(image_at(scan, 0).strings.at("\\Void points"), "2");
 
-TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
-{
     // The third curve of the approach comes after the last one measured, but holds something.
-    channel_parts approach = spectroscopy("Spec forward", "Deflection", 3, {5, 6, 4, 4, 7, 8});
-    channel_parts retract = spectroscopy("Spec backward", "Deflection", 3, {9, 8, -9, -9, -9, -9});
-    approach.extra = retract.extra = "CurLine=0\r\n";
-    const auto map = read(formats::read_nid, build({approach, retract}));
+    const auto map =
+        read({approach_of(3, {5, 6, 4, 4, 7, 8}, firstLine), retract_of(3, {9, 8, -9, -9, -9, -9}, firstLine)});
     ASSERT_EQ(map->items.size(), 1u);
     // Both ways lie along the same axis, which ends in contact.
     EXPECT_EQ(raw_of(image_at(map, 0)), (std::vector<int>{6, 5, 5, 5, 8, 7, 8, 9, 5, 5, 5, 5}));
@@ -113,10 +128,7 @@ TEST(Nid, CurvesThatWereNotMeasuredTakeTheLowestValue)
                   .strings = {{"\\Recorded order", "Approach: free end first; Retract: free end first"},
                               {"\\Void points", "6"},
                               {"\\Curve lengths", "2 0 2 2 0 0"}}});
-
-    channel_parts first = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4});
-    first.extra = "LineDim0Points=0\r\n";
-    const auto later = read(formats::read_nid, build({first}));
+    const auto later = read({approach_of(2, {1, 2, 3, 4}, "LineDim0Points=0\r\n")});
     ASSERT_EQ(later->items.size(), 1u); // the one curve that was measured decides about the axis
     EXPECT_EQ(raw_of(image_at(later, 0)), (std::vector<int>{3, 3, 4, 3}));
     EXPECT_EQ(axis_text(image_at(later, 0), 0), "5e-06 -4e-06 m");
@@ -129,10 +141,9 @@ TEST(Nid, ForcesTellHowARetractOnASharedAxisIsStored)
     for (int i = 0; i < 100; ++i) retract.push_back(i < 50 ? 2000 - 50 * i : i % 2);
     for (const bool isInTime : {true, false}) {
         const auto stored = isInTime ? retract : std::vector<int>(retract.rbegin(), retract.rend());
-        const auto result = read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 1, approach),
-                                                           spectroscopy("Spec backward", "Deflection", 1, stored),
-                                                           spectroscopy("Spec forward", "Phase", 1, approach),
-                                                           spectroscopy("Spec backward", "Phase", 1, stored)}));
+        const auto result =
+            read({approach_of(1, approach), retract_of(1, stored), spectroscopy("Spec forward", "Phase", 1, approach),
+                  spectroscopy("Spec backward", "Phase", 1, stored)});
         ASSERT_TRUE(result) << result.error().reason;
         for (const std::size_t channel : {0u, 1u}) {
             const std::vector<int> raw = raw_of(image_at(result, channel));
@@ -146,10 +157,8 @@ TEST(Nid, ForcesTellHowARetractOnASharedAxisIsStored)
 
 TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
 {
-    channel_parts retract = spectroscopy("Spec backward", "Deflection", 2, {7, 8, 9, 10});
-    retract.extra = "LineDim0Range=-1e-6\r\nLineDim1Range=-1e-6\r\n";
-    const auto result =
-        read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 6}), retract}));
+    const auto result = read({approach_of(2, {1, 2, 3, 4, 5, 6}),
+                              retract_of(2, {7, 8, 9, 10}, "LineDim0Range=-1e-6\r\nLineDim1Range=-1e-6\r\n")});
     ASSERT_EQ(result->items.size(), 2u);
     const auto &positions = image_at(result, 0), &curves = image_at(result, 1);
     EXPECT_EQ(raw_of(curves), (std::vector<int>{3, 2, 1, 6, 5, 4, 7, 8, 8, 9, 10, 10}));
@@ -158,26 +167,24 @@ TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
         expect_image(*image, {.parts = {"Approach 1", "Approach 2", "Retract 1", "Retract 2"},
                               .strings = {{"\\Curve lengths", "3 3 2 2"},
                                           {"\\Recorded order", "Approach: free end first; Retract: contact first"}}});
-}
 
-TEST(Nid, OneScanLineHasItsDirections)
-{
-    channel_parts line, back{"Scan backward"};
-    line.lines = back.lines = 1;
-    line.samples = {1, 2};
-    back.samples = {3, 4};
-    const auto result = read(formats::read_nid, build({line, back}));
-    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 2, 3, 4}));
-    expect_image(image_at(result, 0),
-                 {.parts = {"Forward", "Reverse"}, .strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
+    channel_parts ragged =
+        approach_of(2, {1, 2, 3, 4, 5, 2000000000}, "LineDim1Min=0\r\nLineDim1Range=4e-6\r\nLineDim1Points=2\r\n");
+    channel_parts back = retract_of(2, {6, 7, 8, 9, 10, 11});
+    ragged.bits = back.bits = 32; // what stands behind the end of a curve must not coarsen the others
+    const auto uneven = read({ragged, back});
+    ASSERT_EQ(uneven->items.size(), 2u);
+    EXPECT_EQ(raw_of(image_at(uneven, 1)), (std::vector<int>{3, 2, 1, 5, 4, 4, 8, 7, 6, 11, 10, 9}));
+    EXPECT_EQ(image_at(uneven, 1).strings.at("\\Curve lengths"), "3 2 3 3");
+    expect_image(image_at(uneven, 0),
+                 {.values = {5e-6, 3e-6, 1e-6, 4e-6, 0, 0, 5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6}, .isFitted = true});
 }
 
 TEST(Nid, OneForceCurveHasApproachAndRetract)
 {
-    const auto result = read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 1, {1, 2, 3}),
-                                                       spectroscopy("Spec backward", "Deflection", 1, {4, 5, 6}),
-                                                       spectroscopy("Spec forward", "Z-Axis Sensor", 1, {7, 8, 9}),
-                                                       spectroscopy("Spec backward", "Z-Axis Sensor", 1, {3, 2, 1})}));
+    const auto result = read({approach_of(1, {1, 2, 3}), retract_of(1, {4, 5, 6}),
+                              spectroscopy("Spec forward", "Z-Axis Sensor", 1, {7, 8, 9}),
+                              spectroscopy("Spec backward", "Z-Axis Sensor", 1, {3, 2, 1})});
     ASSERT_EQ(result->items.size(), 2u);
     const auto& force = image_at(result, 0);
     // The sensor tells that the retract began where the approach ended.
@@ -194,49 +201,17 @@ TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
     // Points are visited from the upper right corner.
     const std::string positions = "[DataSet\\SpecInfos\\Points]\r\nPos0=2e-6;1e-6;0\r\nPos1=1e-6;1e-6;0\r\n"
                                   "Pos2=2e-6;0;0\r\nPos3=1e-6;0;0\r\n\r\n";
-    const auto result = read(
-        formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 4, {1, 2, 3, 4, 5, 6, 7, 8})}, positions));
-    const auto& volume = image_at(result, 0);
-    ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(raw_of(volume), (std::vector<int>{8, 7, 6, 5, 4, 3, 2, 1}));
-    EXPECT_EQ(subimages_of(volume), std::vector<std::string>{"Approach"});
-
-    const auto loose =
-        read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 4, {1, 2, 3, 4, 5, 6, 7, 8})}));
-    EXPECT_EQ(image_at(loose, 0).stream.get_dimensions_number(), 1u);
-    EXPECT_EQ(subimages_of(image_at(loose, 0)),
-              (std::vector<std::string>{"Approach 1", "Approach 2", "Approach 3", "Approach 4"}));
-
-    const auto scattered =
-        read(formats::read_nid, build({spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4})},
-                                      "[DataSet\\SpecInfos0]\r\nP1=5e-6;9e-6;0\r\nP0=1e-6;2.5e-6;0\r\n\r\n"));
-    EXPECT_EQ(scattered->strings.at("Curve places"), "1e-06 2.5e-06\n5e-06 9e-06\n");
+    const channel_parts four = approach_of(4, {1, 2, 3, 4, 5, 6, 7, 8});
+    const auto result = read({four}, positions), loose = read({four}),
+               scattered = read({approach_of(2, {1, 2, 3, 4})},
+                                "[DataSet\\SpecInfos0]\r\nP1=5e-6;9e-6;0\r\nP0=1e-6;2.5e-6;0\r\n\r\n");
+    EXPECT_EQ(image_at(result, 0).stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{8, 7, 6, 5, 4, 3, 2, 1}));
+    EXPECT_EQ(subimages_of(image_at(result, 0)), std::vector<std::string>{"Approach"});
     EXPECT_FALSE(result->strings.contains("Curve places")); // the axes of the volume tell
-}
-
-TEST(Nid, RaggedCurvesAreFilledAndKeepTheirPositions)
-{
-    channel_parts ragged = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4, 5, 2000000000});
-    ragged.bits = 32; // what stands behind the end of a curve must not coarsen the others
-    ragged.extra = "LineDim1Min=0\r\nLineDim1Range=4e-6\r\nLineDim1Points=2\r\n";
-    channel_parts back = spectroscopy("Spec backward", "Deflection", 2, {6, 7, 8, 9, 10, 11});
-    back.bits = 32;
-    const auto result = read(formats::read_nid, build({ragged, back}));
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto& curve = image_at(result, 1);
-    EXPECT_EQ(raw_of(curve), (std::vector<int>{3, 2, 1, 5, 4, 4, 8, 7, 6, 11, 10, 9}));
-    expect_image(curve, {.parts = {"Approach 1", "Approach 2", "Retract 1", "Retract 2"},
-                         .strings = {{"\\Curve lengths", "3 2 3 3"}},
-                         .over = image_at(result, 0).stream.get_name()});
-    expect_image(image_at(result, 0),
-                 {.values = {5e-6, 3e-6, 1e-6, 4e-6, 0, 0, 5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6}, .isFitted = true});
-}
-
-TEST(Nid, SamplesEndWithTheFile)
-{
-    EXPECT_EQ(raw_of(image_at(read(formats::read_nid, build({{}}, "", "gap")), 0)), (std::vector<int>{1, 2, 3, 4}));
-    const std::string whole = build({{}, {}});
-    expect_cuts_refused(formats::read_nid, whole);
+    EXPECT_EQ(image_at(loose, 0).stream.get_dimensions_number(), 1u);
+    EXPECT_EQ(subimages_of(image_at(loose, 0)).at(3), "Approach 4");
+    EXPECT_EQ(scattered->strings.at("Curve places"), "1e-06 2.5e-06\n5e-06 9e-06\n");
 }
 
 TEST(Nid, ADamagedDirectionLeavesTheOtherOne)
@@ -248,8 +223,8 @@ TEST(Nid, ADamagedDirectionLeavesTheOtherOne)
                                    {"Dim2Min=-1", "Dim2Min=abc"},
                                    {"Dim0Range=4e-6", "Dim0Range=inf"}}) {
         std::string file = plain;
-        const auto result = read(formats::read_nid, file.replace(file.find(from), from.size(), to));
-        const auto finished = formats::finish_recording(result);
+        const auto finished = formats::finish_recording(
+            instrument_fixture::read(formats::read_nid, file.replace(file.find(from), from.size(), to)));
         ASSERT_TRUE(finished) << to << ": " << finished.error().reason;
         ASSERT_EQ(finished->items.size(), 1u) << to;
         EXPECT_EQ(raw_of(image_at(finished, 0)), back.samples) << to;
@@ -261,9 +236,7 @@ TEST(Nid, RefusesWhatCannotBe)
 {
     const std::string plain = build({{}});
     const auto curve_of = [](const std::string& points) {
-        channel_parts curve = spectroscopy("Spec forward", "Deflection", 2, {1, 2, 3, 4});
-        curve.extra = "LineDim1Points=" + points + "\r\n";
-        return build({curve});
+        return build({approach_of(2, {1, 2, 3, 4}, "LineDim1Points=" + points + "\r\n")});
     };
     const auto with = [&](const std::string& from, const std::string& to) {
         std::string file = plain;
