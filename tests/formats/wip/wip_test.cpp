@@ -100,32 +100,21 @@ object picture(const std::vector<double>& heights, int version = 1, int columns 
                values<float>("Data", 7, heights)}}}};
 }
 
-void expect_values(const base::read_result<formats::recording>& result, std::size_t index,
-                   const std::vector<double>& expected)
+base::read_result<formats::recording> read(const std::vector<object>& objects)
 {
-    const auto found = physical_of(image_at(result, index));
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(found[i], expected[i], 1e-4) << i;
+    return instrument_fixture::read(formats::read_wip, build(objects));
 }
 
 TEST(Wip, PicturesLieInTheirCoordinates)
 {
-    const auto upright = read(formats::read_wip, build({space(2, 4), height_unit(), picture({1, 2, 3, 4, 5, 6})}));
-    expect_image(image_at(upright, 0), {.label = "Topography",
-                                        .units = "nm",
-                                        .axes = {"3 2 \u00B5m", "20 4 \u00B5m"}, // point 1 lies at 5
-                                        .values = {1, 2, 3, 4, 5, 6}});
-
-    const auto mirrored = read(formats::read_wip, build({space(-2, -4), height_unit(), picture({1, 2, 3, 4, 5, 6})}));
-    expect_image(image_at(mirrored, 0), {.axes = {"3 2 \u00B5m", "16 4 \u00B5m"}, // 7, 5, 3
-                                         .values = {6, 5, 4, 3, 2, 1}});
-
-    const auto columnwise =
-        read(formats::read_wip, build({space(2, 4), height_unit(), picture({1, 2, 3, 4, 5, 6}, 0)}));
-    expect_values(columnwise, 0, {1, 3, 5, 2, 4, 6});
-    const auto unplaced = read(formats::read_wip, build({picture({1, 2, 3, 4, 5, 6})})); // the top row first
-    expect_values(unplaced, 0, {4, 5, 6, 1, 2, 3});
-    EXPECT_EQ(axis_text(image_at(unplaced, 0), 0), "0 1 ");
+    const object heights = picture({1, 2, 3, 4, 5, 6});
+    EXPECT_EQ(told(read({space(2, 4), height_unit(), heights})), // point 1 lies at 5
+              "Topography [nm] (3: 3 + 2 \u00B5m; 2: 20 + 4 \u00B5m): 1 2 3 4 5 6");
+    EXPECT_EQ(told(read({space(-2, -4), height_unit(), heights})), // 7, 5, 3
+              "Topography [nm] (3: 3 + 2 \u00B5m; 2: 16 + 4 \u00B5m): 6 5 4 3 2 1");
+    EXPECT_EQ(told(read({space(2, 4), height_unit(), picture({1, 2, 3, 4, 5, 6}, 0)})), // by columns
+              "Topography [nm] (3: 3 + 2 \u00B5m; 2: 20 + 4 \u00B5m): 1 3 5 2 4 6");
+    EXPECT_EQ(told(read({heights})), "Topography (3; 2): 4 5 6 1 2 3"); // the top row first
 }
 
 object graph(int columns, int rows, int points, const std::vector<double>& counts, std::vector<double> valid = {})
@@ -150,16 +139,11 @@ TEST(Wip, SpectraHaveLinearAxesAndMapsRunBySpectrum)
                         "X",
                         {f64("ModelOrigin_D", {10}), f64("WorldOrigin_D", {0}), f64("Scale_D", {0.5})},
                         "s"};
-    const auto single = read(formats::read_wip, build({linear, graph(1, 1, 3, {7, 8, 40000})}));
-    EXPECT_EQ(axis_text(image_at(single, 0), 0), "-5 0.5 s");
-    expect_values(single, 0, {7, 8, 40000});
-
-    const auto map =
-        read(formats::read_wip, build({linear, space(1, -1), graph(2, 2, 2, {1, 2, 3, 4, 5, 6, 7, 8}, {1, 0})}));
-    const auto& volume = image_at(map, 0);
-    ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
-    expect_image(volume, {.values = {1, 1, 1, 1, 1, 2, 3, 4}, // the second line, at the bottom, was not measured
-                          .strings = {{"\\Void points", "4"}}});
+    EXPECT_EQ(told(read({linear, graph(1, 1, 3, {7, 8, 40000})})), "Raman (3: -5 + 0.5 s): 7 8 40000");
+    const auto map = read({linear, space(1, -1), graph(2, 2, 2, {1, 2, 3, 4, 5, 6, 7, 8}, {1, 0})});
+    EXPECT_EQ(image_at(map, 0).stream.get_dimensions_number(), 3u);
+    expect_image(image_at(map, 0), {.values = {1, 1, 1, 1, 1, 2, 3, 4}, // the bottom line was not measured
+                                    .strings = {{"\\Void points", "4"}}});
 }
 
 /// With all angles 0 the grating equation is short: lambda = d / m * sin(-atan(x * (nC - i) / f)).
@@ -169,54 +153,40 @@ TEST(Wip, GratingsGiveUnevenAxes)
                                   f64("Delta", {0}), f64("m", {1}),       f64("d", {1000}),
                                   f64("x", {1}),     f64("f", {2}),       i32("SpectralTransformationType", 1)};
     const object grating{"TDSpectralTransformation", 21, "X", own};
-    const auto expected = [](double i) { return 1000 * (i - 3) / std::sqrt((i - 3) * (i - 3) + 4); };
-    const auto result = read(formats::read_wip, build({grating, graph(1, 1, 3, {7, 8, 9})}));
-    ASSERT_TRUE(result);
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto places = physical_of(image_at(result, 0));
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(places.at(i), expected(static_cast<double>(i)), 0.01) << i;
-    EXPECT_STREQ(image_at(result, 0).stream.values.get_axis(0).get_units(), "nm");
-    EXPECT_STREQ(image_at(result, 1).stream.get_parameter_stream(), image_at(result, 0).stream.get_name());
-
     const object raman{
         "TDSpectralInterpretation", 22, "Shift", {i32("UnitIndex", 3), f64("ExcitationWaveLength", {532})}};
-    const auto shifted = read(formats::read_wip, build({grating, raman, graph(1, 1, 3, {7, 8, 9})}));
-    const auto shifts = physical_of(image_at(shifted, 0));
-    for (std::size_t i = 0; i < 3; ++i)
-        EXPECT_NEAR(shifts.at(i), 1e7 / 532 - 1e7 / expected(static_cast<double>(i)), 0.3) << i;
+    const auto plain = read({grating, graph(1, 1, 3, {7, 8, 9})}),
+               shifted = read({grating, raman, graph(1, 1, 3, {7, 8, 9})});
+    ASSERT_TRUE(plain && plain->items.size() == 2 && shifted);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const double steps = static_cast<double>(i) - 3, nm = 1000 * steps / std::sqrt(steps * steps + 4);
+        EXPECT_NEAR(physical_of(image_at(plain, 0)).at(i), nm, 0.01) << i;
+        EXPECT_NEAR(physical_of(image_at(shifted, 0)).at(i), 1e7 / 532 - 1e7 / nm, 0.3) << i;
+    }
+    EXPECT_STREQ(image_at(plain, 0).stream.values.get_axis(0).get_units(), "nm");
     EXPECT_STREQ(image_at(shifted, 0).stream.values.get_axis(0).get_units(), "1/cm");
+    EXPECT_STREQ(image_at(plain, 1).stream.get_parameter_stream(), image_at(plain, 0).stream.get_name());
 }
 
 TEST(Wip, PolynomialsAndTablesGiveAxesToo)
 {
-    const object nanometres{"TDSpectralInterpretation", 22, "nm", {i32("UnitIndex", 0)}};
-    const auto read_with = [&](const object& axis) {
-        return read(formats::read_wip, build({axis, nanometres, graph(1, 1, 4, {7, 8, 9, 10})}));
+    const auto axis_with = [&](const object& axis) {
+        const object nanometres{"TDSpectralInterpretation", 22, "nm", {i32("UnitIndex", 0)}};
+        const auto result = read({axis, nanometres, graph(1, 1, 4, {7, 8, 9, 10})});
+        return told(image_at(result, 0));
     };
-    const auto polynomial = [](const std::vector<double>& factors, int first, int last) {
+    const auto polynomial = [](const std::vector<double>& factors) {
         return object{"TDSpectralTransformation",
                       21,
                       "X",
-                      {i32("SpectralTransformationType", 2), f64("FreePolynom", factors),
-                       i32("FreePolynomStartBin", first), i32("FreePolynomStopBin", last)}};
+                      {i32("SpectralTransformationType", 2), f64("FreePolynom", factors), i32("FreePolynomStartBin", 0),
+                       i32("FreePolynomStopBin", 3)}};
     };
-    const auto curved = read_with(polynomial({500, 10, 1}, 0, 3)); // 500, 511, 524, 539 nm
-    ASSERT_TRUE(curved);
-    ASSERT_EQ(curved->items.size(), 2u);
-    const auto places = physical_of(image_at(curved, 0));
-    const double expected[] = {500, 511, 524, 539}, halfStep = 0.5 * 39 / 65534;
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(places.at(i), expected[i], halfStep) << i;
-    const auto straight = read_with(polynomial({500, 0.5}, 0, 3));
-    EXPECT_EQ(axis_text(image_at(straight, 0), 0), "500 0.5 nm");
-    const auto turning = read_with(polynomial({500, -3, 1}, 0, 3)); // 500, 498, 498, 500
-    ASSERT_EQ(turning->items.size(), 1u);
-    EXPECT_EQ(axis_text(image_at(turning, 0), 0), "0 1 ");
-
-    const object table{"TDLUTTransformation", 21, "X", {i32("LUTSize", 4), f64("LUT", {1, 2, 4, 8})}, "s"};
-    const auto looked = read_with(table);
-    ASSERT_EQ(looked->items.size(), 2u);
-    expect_values(looked, 0, {1, 2, 4, 8});
-    EXPECT_STREQ(image_at(looked, 0).stream.values.get_axis(0).get_units(), "s");
+    EXPECT_EQ(axis_with(polynomial({500, 10, 1})), "Raman axis [nm] (4): 500 511 524 539");
+    EXPECT_EQ(axis_with(polynomial({500, 0.5})), "Raman (4: 500 + 0.5 nm): 7 8 9 10");
+    EXPECT_EQ(axis_with(polynomial({500, -3, 1})), "Raman (4): 7 8 9 10"); // 500, 498, 498, 500
+    EXPECT_EQ(axis_with({"TDLUTTransformation", 21, "X", {i32("LUTSize", 4), f64("LUT", {1, 2, 4, 8})}, "s"}),
+              "Raman axis [s] (4): 1 2 4 8");
 }
 
 TEST(Wip, ExtendedNumbersAreRead)
@@ -228,7 +198,7 @@ TEST(Wip, ExtendedNumbersAreRead)
         numbers.add(std::uint64_t{mantissa}).add(static_cast<std::uint16_t>(power));
     object extended = graph(1, 1, 3, {});
     extended.own.back().children = {i32("DataType", 11), {"Data", 7, numbers.content, {}}};
-    expect_values(read(formats::read_wip, build({extended})), 0, {1.5, -2, 0});
+    EXPECT_EQ(told(read({extended})), "Raman (3): 1.5 -2 0");
 }
 
 using strings = std::map<std::string, std::string>;
@@ -241,7 +211,7 @@ TEST(Wip, TextsDatesAndSingleNumbersComeAlong)
     scan.own.push_back({"Never", 6, std::string(4, '\0')}); // a date that is none
     scan.own.push_back(text("Long", std::string(5000, 'x')));
     const object interpretation{"TDSpectralInterpretation", 11, "Z", {f64("ExcitationWaveLength", {532.25})}};
-    const auto result = read(formats::read_wip, build({interpretation, scan}));
+    const auto result = read({interpretation, scan});
     const strings expected{{"Class", "TDImage"},
                            {"Caption", "Topography"},
                            {"ID", "12"},
@@ -257,18 +227,15 @@ TEST(Wip, TextsDatesAndSingleNumbersComeAlong)
 
     object endless = picture({1, 2, 3, 4, 5, 6});
     for (int i = 0; i < 200; ++i) endless.own.push_back(i32("n" + std::to_string(i), i));
-    EXPECT_LE(image_at(read(formats::read_wip, build({endless})), 0).strings.size(), 66u);
+    EXPECT_LE(image_at(read({endless}), 0).strings.size(), 66u);
 }
 
 TEST(Wip, ADamagedObjectDoesNotLoseTheOthers)
 {
     object wrongType = picture({1, 2, 3, 4, 5, 6});
     wrongType.own[5].children[1] = i32("DataType", 12);
-    const auto result = read(formats::read_wip, build({picture({1, 2, 3}),
-                                                       picture({1, 2, 3, 4, 5, 6}, 1, 3, 4),
-                                                       wrongType,
-                                                       {"TDText", 30, "Notes", {}},
-                                                       picture({1, 2, 3, 4, 5, 6})}));
+    const object whole = picture({1, 2, 3, 4, 5, 6}), wide = picture({1, 2, 3, 4, 5, 6}, 1, 3, 4);
+    const auto result = read({picture({1, 2, 3}), wide, wrongType, {"TDText", 30, "Notes", {}}, whole});
     ASSERT_TRUE(result);
     EXPECT_EQ(result->items.size(), 1u);
     EXPECT_EQ(result->strings.at("Skipped objects"),
@@ -300,7 +267,8 @@ TEST(Wip, RefusesWhatCannotBe)
                                           {nested.content, "deeper than 64 levels"},
                                       });
     expect_cuts_refused(formats::read_wip, build({picture({1, 2, 3, 4, 5, 6}), picture({1, 2, 3, 4, 5, 6})}));
-    EXPECT_EQ(read(formats::read_wip, with(start + 8, std::uint64_t{1} << 40))->warnings.size(), 1u);
+    EXPECT_EQ(instrument_fixture::read(formats::read_wip, with(start + 8, std::uint64_t{1} << 40))->warnings.size(),
+              1u);
     EXPECT_EQ(type_of(whole, "a.txt"), FILE_WIP);
 }
 
