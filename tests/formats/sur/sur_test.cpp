@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <numeric>
 #include <zlib.h>
 
 namespace {
@@ -17,22 +16,18 @@ struct object_parts {
     int lowest = -5, width = 2, height = 2, points = -1;
     float xStep = 0.25f, zStep = 0.5f, zOffset = 10.0f;
     std::string xUnits = "\xB5m", comment;
-    std::string data;
+    std::string data = std::string("\1\0\2\0\3\0\4\0", 8); ///< 1, 2 over 3, 4
 };
 
-std::string samples16(const std::vector<int>& values)
+template <class T>
+std::string numbers(const std::vector<int>& values)
 {
     bytes_builder out;
-    for (const int value : values) out.add(static_cast<std::int16_t>(value));
+    for (const int value : values) out.add(static_cast<T>(value));
     return out.content;
 }
 
-std::string samples32(const std::vector<int>& values)
-{
-    bytes_builder out;
-    for (const int value : values) out.add(static_cast<std::int32_t>(value));
-    return out.content;
-}
+std::string samples16(const std::vector<int>& values) { return numbers<std::int16_t>(values); }
 
 std::string build(const object_parts& parts)
 {
@@ -46,8 +41,7 @@ std::string build(const object_parts& parts)
     out.put(120, parts.xStep).put(124, 2.0f).put(128, parts.zStep);
     out.text(132, "X").text(148, "Y").text(164, "Height          ");
     out.text(180, parts.xUnits).text(196, "mm              ").text(212, "nm");
-    for (const int part : {1, 2, 3, 4, 5, 2021})
-        out.put(306 + 2 * std::size_t(part > 6 ? 5 : part - 1), std::int16_t(part));
+    out.text(306, samples16({1, 2, 3, 4, 5, 2021}));
     out.put(334, std::uint16_t(parts.comment.size())).put(336, std::uint16_t(3));
     out.put(466, 7.0f).put(470, -1.0f).put(474, parts.zOffset).put(478, 0.5f).put(482, 400.0f).text(499, "nm");
     out.seek(512).text(parts.comment).text("prv").text(parts.data);
@@ -77,102 +71,90 @@ TEST(Sur, SixteenBitSurfacesKeepEveryBitAndStandUpright)
     object_parts parts;
     parts.data = samples16({1, 2, -3, 4}); // the top row first
     parts.comment = "a note";
-    for (const bool isPacked : {false, true}) {
-        parts.isPacked = isPacked;
-        object_parts stored = parts;
-        if (isPacked) stored.data = packed(parts.data);
-        const auto result = read(sur_reader, build(stored));
-        const auto& image = image_at(result, 0);
-        EXPECT_EQ(raw_of(image), (std::vector<int>{-3, 4, 1, 2}));
-        expect_image(image, {.label = "Grain",
-                             .axes = {"7 0.25 \u00B5m", "-1 2 mm"},
-                             .values = {8.5, 12, 10.5, 11},
-                             .strings = {{"\\Z scale", "raw * 0.5 + 10 [nm] from z step, z offset, unit of the z step"},
-                                         {"\\Date", "2021-05-04 03:02:01"},
-                                         {"Comment", "a note"}}});
+    object_parts small = parts;
+    small.isPacked = true;
+    small.data = packed(parts.data);
+    for (const object_parts& each : {parts, small}) {
+        const auto result = read(sur_reader, build(each));
+        EXPECT_EQ(told(result), "Grain [nm] (2: 7 + 0.25 \u00B5m; 2: -1 + 2 mm): 8.5 12 10.5 11");
+        EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{-3, 4, 1, 2}));
+        expect_image(image_at(result, 0),
+                     {.strings = {{"\\Z scale", "raw * 0.5 + 10 [nm] from z step, z offset, unit of the z step"},
+                                  {"\\Date", "2021-05-04 03:02:01"},
+                                  {"Comment", "a note"}}});
     }
 }
 
 TEST(Sur, NotMeasuredPointsTakeTheLowestValue)
 {
     object_parts parts;
-    parts.hasVoids = 1;
     parts.data = samples16({-7, 2, 3, -4}); // -7 is the lowest of the header less 2
-    const auto narrow = read(sur_reader, build(parts));
-    EXPECT_EQ(raw_of(image_at(narrow, 0)), (std::vector<int>{3, -4, -4, 2}));
-    EXPECT_EQ(image_at(narrow, 0).strings.at("\\Void points"), "1");
-    parts.hasVoids = 0;
-    EXPECT_EQ(raw_of(image_at(read(sur_reader, build(parts)), 0)), (std::vector<int>{3, -4, -7, 2}));
-
-    parts.hasVoids = 1;
+    for (const int hasVoids : {0, 1}) {
+        parts.hasVoids = hasVoids;
+        const auto narrow = read(sur_reader, build(parts));
+        EXPECT_EQ(raw_of(image_at(narrow, 0)), (std::vector<int>{3, -4, hasVoids ? -4 : -7, 2}));
+        expect_image(image_at(narrow, 0), {.strings = {{"\\Void points", hasVoids ? "1" : ""}}});
+    }
     parts.bits = 32;
     parts.lowest = -100000;
-    parts.data = samples32({-100002, 100000, 0, -50000});
+    parts.data = numbers<std::int32_t>({-100002, 100000, 0, -50000});
     const auto wide = read(sur_reader, build(parts));
     expect_image(image_at(wide, 0), {.values = {10, -24990, -24990, 50010}, .isFitted = true});
 }
 
-TEST(Sur, LinesOfAProfileSeriesAreSubimages)
+TEST(Sur, KindsAndValuesPerPointMakeTheShape)
 {
-    object_parts parts;
-    parts.kind = 4;
-    parts.width = 3;
-    parts.data = samples16({1, 2, 3, 4, 5, 6});
-    const auto result = read(sur_reader, build(parts));
-    const auto& image = image_at(result, 0);
-    EXPECT_EQ(image.stream.get_dimensions_number(), 1u);
-    EXPECT_EQ(raw_of(image), (std::vector<int>{1, 2, 3, 4, 5, 6}));
-}
-
-TEST(Sur, SpectraOfAMapRunFastest)
-{
-    object_parts parts;
-    parts.kind = 21;
-    parts.pointValues = 3;
-    parts.data.resize(24);
-    std::vector<int> values(12);
-    std::iota(values.begin(), values.end(), 0);
-    parts.data = samples16(values);
-    const auto result = read(sur_reader, build(parts));
-    const auto& image = image_at(result, 0);
-    expect_image(image, {.axes = {"400 0.5 nm", "7 0.25 \u00B5m", "-1 2 mm"}});
-    EXPECT_EQ(raw_of(image), (std::vector<int>{6, 7, 8, 9, 10, 11, 0, 1, 2, 3, 4, 5}));
+    object_parts series, map, several, stray;
+    series.kind = 4; // of profiles
+    series.width = 3;
+    series.data = samples16({1, 2, 3, 4, 5, 6});
+    map.kind = 21; // of spectra, which run fastest
+    map.pointValues = 3;
+    map.data = samples16({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
+    several.pointValues = stray.pointValues = 2; // which count where the data have them
+    several.data = samples16({1, 2, 3, 4, 5, 6, 7, 8});
+    const struct {
+        object_parts parts;
+        std::vector<int> raw;
+        unsigned dimensions;
+    } rows[] = {{series, {1, 2, 3, 4, 5, 6}, 1},
+                {map, {6, 7, 8, 9, 10, 11, 0, 1, 2, 3, 4, 5}, 3},
+                {several, {5, 6, 7, 8, 1, 2, 3, 4}, 3},
+                {stray, {3, 4, 1, 2}, 2}};
+    for (const auto& row : rows) {
+        const auto result = read(sur_reader, build(row.parts));
+        EXPECT_EQ(image_at(result, 0).stream.get_dimensions_number(), row.dimensions);
+        EXPECT_EQ(raw_of(image_at(result, 0)), row.raw);
+    }
+    const auto spectra = read(sur_reader, build(map));
+    EXPECT_EQ(axis_text(image_at(spectra, 0), 0), "400 0.5 nm");
+    EXPECT_EQ(axis_text(image_at(spectra, 0), 2), "-1 2 mm");
 }
 
 TEST(Sur, ObjectsFollowOneAnother)
 {
-    object_parts first, second;
+    object_parts first, second, unknown;
     first.objects = 2;
-    first.data = samples16({1, 2, 3, 4});
     second.objects = 0;
     second.kind = 10;
     second.data = samples16({5, 6, 7, 8});
     const std::string two = build(first) + build(second);
     const auto result = read(sur_reader, two + "trailing");
-    ASSERT_TRUE(result);
     ASSERT_EQ(result->items.size(), 2u);
     EXPECT_STREQ(image_at(result, 1).stream.get_name(), "Grain_2");
     EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{7, 8, 5, 6}));
     expect_cuts_refused(sur_reader, two);
-}
 
-TEST(Sur, ValuesPerPointCountWhereTheDataHaveThem)
-{
-    object_parts parts;
-    parts.pointValues = 2;
-    parts.data = samples16({1, 2, 3, 4, 5, 6, 7, 8});
-    const auto surface = read(sur_reader, build(parts));
-    EXPECT_EQ(image_at(surface, 0).stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(raw_of(image_at(surface, 0)), (std::vector<int>{5, 6, 7, 8, 1, 2, 3, 4}));
-    parts.data = samples16({1, 2, 3, 4});
-    const auto stray = read(sur_reader, build(parts));
-    EXPECT_EQ(raw_of(image_at(stray, 0)), (std::vector<int>{3, 4, 1, 2}));
+    unknown.kind = 36;
+    first.objects = 3;
+    const auto part = read(sur_reader, build(first) + build(unknown) + build(first));
+    EXPECT_EQ(part->items.size(), 1u);
+    EXPECT_EQ(part->strings.at("Objects left out"), "object type 36 has no layout that is known");
 }
 
 TEST(Sur, CompositeFilesHoldAllTheirParts)
 {
     object_parts first, other;
-    first.data = other.data = samples16({1, 2, 3, 4});
     const struct {
         int kind, stated, parts; ///< parts that the file needs
     } rows[] = {{12, 1, 3}, {12, 3, 3}, {13, 1, 4}, {16, 1, 2}, {2, -1, 1}};
@@ -190,24 +172,11 @@ TEST(Sur, CompositeFilesHoldAllTheirParts)
     }
 }
 
-TEST(Sur, ObjectsBehindAnUnknownKindAreNamed)
-{
-    object_parts good, unknown;
-    good.data = unknown.data = samples16({1, 2, 3, 4});
-    good.objects = 3;
-    unknown.kind = 36;
-    const auto result = read(sur_reader, build(good) + build(unknown) + build(good));
-    ASSERT_TRUE(result);
-    EXPECT_EQ(result->items.size(), 1u);
-    EXPECT_EQ(result->strings.at("Objects left out"), "object type 36 has no layout that is known");
-}
-
 TEST(Sur, RefusesWhatCannotBe)
 {
     const std::string data = samples16({1, 2, 3, 4});
-    const auto with = [&](auto change) {
+    const auto with = [](auto change) {
         object_parts parts;
-        parts.data = data;
         change(parts);
         return build(parts);
     };
@@ -233,9 +202,7 @@ TEST(Sur, RefusesWhatCannotBe)
 
 TEST(Sur, AGroupOpensFromAnyOfItsFiles)
 {
-    object_parts parts;
-    parts.data = samples16({1, 2, 3, 4});
-    const folder files = {{"s.z(hgt)_fwd.sur", build(parts)}, {"s.z(hgt)_rev.sur", build(parts)}};
+    const folder files = {{"s.z(hgt)_fwd.sur", build({})}, {"s.z(hgt)_rev.sur", build({})}};
     const auto result = read(formats::read_sur_group, files, "s.z(hgt)_rev.sur");
     ASSERT_TRUE(result);
     EXPECT_EQ(result->items.size(), 2u);
