@@ -38,15 +38,21 @@ std::string samples(const std::vector<int>& values)
     return out.content;
 }
 
+const std::string six = samples({1, 2, 3, 4, 5, 6});
+
+/// What opens of a parameter file with these channels and the files beside it.
+base::read_result<formats::recording> read_set(const std::string& channels, folder files)
+{
+    files["a.par"] = head + geometry + channels;
+    return formats::finish_recording(read(formats::read_scala, files, "a.par"));
+}
+
 TEST(Scala, DirectionsShareAnImageWithTheScaleOfBothRanges)
 {
-    const folder files = {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0") +
-                                        topography("Z", "Backward", "a.tb0") +
-                                        topography("F", "Forward", "a.tf1", "4\n 4\n 0\n 1\n 0.25")},
-                          {"a.tf0", samples({1, 2, 3, 4, 5, 6})},
-                          {"a.tb0", samples({6, 5, 4, 3, 2, 1})},
-                          {"a.tf1", samples({1, 0, 0, 0, 0, 0})}};
-    const auto result = read(formats::read_scala, files, "a.par");
+    const auto result =
+        read_set(topography("Z", "Forward", "a.tf0") + topography("Z", "Backward", "a.tb0") +
+                     topography("F", "Forward", "a.tf1", "4\n 4\n 0\n 1\n 0.25"),
+                 {{"a.tf0", six}, {"a.tb0", samples({6, 5, 4, 3, 2, 1})}, {"a.tf1", samples({1, 0, 0, 0, 0, 0})}});
     ASSERT_EQ(result->items.size(), 2u);
     const auto& height = image_at(result, 0);
     EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 6, 5, 4, 3, 2, 1}));
@@ -63,104 +69,84 @@ TEST(Scala, ReadsParametersAsTheyAreWritten)
     // Comments and blank lines stand inside a block, one key twice; a direction has no partner, another scale or none.
     std::string broken = topography("Z", "Backward", "a.tb0");
     broken.insert(broken.find(" Backward"), "; Range\n\n");
-    const folder files = {{"a.par", head + geometry + "Counter : 1 ;[Hz]\n" + broken +
-                                        topography("Z", "Forward", "a.tf0", "-9\n 10\n -1\n 3\n 9.5") +
-                                        topography("I", "Backward", "a.tb0", "0\n 10\n \t;minimum\n 3\n 0") +
-                                        "Counter : 2\n"},
-                          {"a.tf0", samples({1, 2, 3, 4, 5, 6})},
-                          {"a.tb0", samples({6, 5, 4, 3, 2, 1})}};
-    const auto result = formats::finish_recording(read(formats::read_scala, files, "a.par"));
+    const auto result =
+        read_set("Counter : 1 ;[Hz]\n" + broken + topography("Z", "Forward", "a.tf0", "-9\n 10\n -1\n 3\n 9.5") +
+                     topography("I", "Backward", "a.tb0", "0\n 10\n \t;minimum\n 3\n 0") + "Counter : 2\n",
+                 {{"a.tf0", six}, {"a.tb0", six}});
     ASSERT_EQ(result->items.size(), 2u);
     EXPECT_EQ(subimages_of(image_at(result, 0)), std::vector<std::string>{"Reverse"});
     EXPECT_EQ(subimages_of(image_at(result, 1)), std::vector<std::string>{"Forward"});
     EXPECT_EQ(result->strings.at("Counter"), "1 Hz\n2");
-    const std::string left =
-        "\"I\" is left out: the scale of the values is 0: it is told by Resolution"; // without a minimum the resolution
-                                                                                     // counts
-    EXPECT_EQ(result->warnings, std::vector<std::string>{left});
-}
+    EXPECT_EQ(result->warnings,
+              std::vector<std::string>{"\"I\" is left out: the scale of the values is 0: it is told by Resolution"});
 
-TEST(Scala, NamesTheFieldOfASideThatIsNoneOrMissing)
-{
-    const auto set_with = [](const std::string& size) {
-        std::string text = head + geometry + topography("Z", "Forward", "a.tf0");
-        const std::size_t at = text.find("Field X Size in nm"), colon = text.find(':', at) + 1;
-        text.replace(colon, text.find('\n', colon) - colon, size);
-        const folder files = {{"a.par", text}, {"a.tf0", samples({1, 2, 3, 4, 5, 6})}};
+    const std::string channel = topography("Z", "Forward", "a.tf0"), key = "Field X Size in nm";
+    std::string wide = geometry, missing = geometry;
+    wide.replace(wide.find(key) + key.size(), 5, " : wide");
+    missing.replace(missing.find(key), key.size(), "Other");
+    const folder data = {{"a.tf0", six}};
+    const auto set_of = [&](const std::string& lines) {
+        folder files = data;
+        files["a.par"] = head + lines + channel;
         return formats::finish_recording(read(formats::read_scala, files, "a.par"));
     };
-    const auto none = set_with(" wide");
-    ASSERT_FALSE(none);
-    EXPECT_NE(none.error().reason.find("axis 1 is no number: it is told by Field X Size in nm"), std::string::npos);
-    EXPECT_EQ(set_with("")->warnings, std::vector<std::string>{"no Field X Size in nm: X is counted in points"});
+    EXPECT_NE(told(set_of(wide)).find("axis 1 is no number: it is told by Field X Size in nm"), std::string::npos);
+    EXPECT_EQ(set_of(missing)->warnings, std::vector<std::string>{"no Field X Size in nm: X is counted in points"});
 }
 
 TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)
 {
-    const std::string data = samples({1, 2, 3, 4, 5, 6});
     const folder sets[] = {
-        {{"a.par", head + geometry + topography("Z", "Forward", "A.TF0")}, {"a.tf0", data}},
-        {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0")}, {"A.TF0", data}},
-        {{"new.par", head + geometry + topography("Z", "Forward", "old.tf0")}, {"new.tf0", data}},
-        {{"a.par", head + geometry + topography("Z", "Forward", "C:\\scans\\a.tf0")}, {"a.tf0", data}},
-        {{"a.par", head + geometry + topography("Z", "Forward", "../../b/a.tf0")}, {"a.tf0", data}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "A.TF0")}, {"a.tf0", six}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0")}, {"A.TF0", six}},
+        {{"new.par", head + geometry + topography("Z", "Forward", "old.tf0")}, {"new.tf0", six}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "C:\\scans\\a.tf0")}, {"a.tf0", six}},
+        {{"a.par", head + geometry + topography("Z", "Forward", "../../b/a.tf0")}, {"a.tf0", six}},
     };
     for (const folder& files : sets)
         for (const auto& [name, bytes] : files) {
             const auto result = read(formats::read_scala, files, name); // from the data file, too
             EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{1, 2, 3, 4, 5, 6})) << name;
         }
-    EXPECT_EQ(type_of(data, "a.tf0"), FILE_SCALA);
+    EXPECT_EQ(type_of(six, "a.tf0"), FILE_SCALA);
     EXPECT_EQ(type_of("[Parameters]\r\n", "a.par"), FILE_UNKNOWN); // of another instrument
-    const auto alone = read(formats::read_scala, folder{{"a.tf0", data}}, "a.tf0");
-    ASSERT_FALSE(alone);
-    EXPECT_NE(alone.error().reason.find("none with its name lies beside it"), std::string::npos);
+    EXPECT_NE(
+        told(read(formats::read_scala, folder{{"a.tf0", six}}, "a.tf0")).find("none with its name lies beside it"),
+        std::string::npos);
 }
 
 TEST(Scala, AMissingDataFileDoesNotLoseTheOthers)
 {
-    folder files = {{"a.par", head + geometry + topography("Z", "Forward", "a.tf0") +
-                                  topography("I", "Forward", "a.tf1") + topography("F", "Forward", "a.tf2")},
-                    {"a.tf1", samples({1, 2, 3, 4, 5, 6})},
-                    {"a.tf2", samples({1, 2, 3})}};
-    const auto result = read(formats::read_scala, files, "a.par");
+    const std::string channels =
+        topography("Z", "Forward", "a.tf0") + topography("I", "Forward", "a.tf1") + topography("F", "Forward", "a.tf2");
+    const auto result = read_set(channels, {{"a.tf1", six}, {"a.tf2", samples({1, 2, 3})}});
     ASSERT_TRUE(result) << result.error().reason;
     EXPECT_EQ(result->items.size(), 1u);
     EXPECT_EQ(result->strings.at("Missing channels"),
               "Z (a.tf0): there is no such file; F (a.tf2): the file is cut short");
-    files.erase("a.tf1");
-    EXPECT_FALSE(read(formats::read_scala, files, "a.par"));
+    EXPECT_FALSE(read_set(channels, {{"a.tf2", samples({1, 2, 3})}}));
 }
 
 TEST(Scala, SpectroscopyOnAGridIsAVolume)
 {
-    // Three points of two curves, each point a map of its own.
-    const folder files = {{"a.par", head + geometry + spectroscopy("a.sf0")}, {"a.sf0", samples({1, 2, 3, 4, 5, 6})}};
-    const auto result = read(formats::read_scala, files, "a.par");
-    const auto& volume = image_at(result, 0);
-    ASSERT_EQ(volume.stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(raw_of(volume), (std::vector<int>{1, 3, 5, 2, 4, 6}));
-    EXPECT_EQ(axis_text(volume, 0), "-1 1 V");
-    EXPECT_EQ(axis_text(volume, 1), "5 20 nm"); // a curve at every second pixel of 10 nm
-    EXPECT_STREQ(volume.stream.get_description(), "I of V");
-    EXPECT_DOUBLE_EQ(physical_of(volume)[0], 1.5); // raw 0 is 1, raw 10 is 6
-
+    // Three points of two curves, each point a map of its own; a curve at every second pixel of 10 nm. Raw 0 is 1, raw
+    // 10 is 6.
+    const auto forward = read_set(spectroscopy("a.sf0"), {{"a.sf0", six}});
+    expect_image(image_at(forward, 0), {.label = "I of V", .values = {1.5, 2.5, 3.5, 2, 3, 4}});
+    ASSERT_EQ(image_at(forward, 0).stream.get_dimensions_number(), 3u);
+    EXPECT_EQ(axis_text(image_at(forward, 0), 0), "-1 1 V");
+    EXPECT_EQ(axis_text(image_at(forward, 0), 1), "5 20 nm");
     // The increment lacks the sign of the way back; only without an end does it count.
     const struct {
         const char *range, *axis;
     } rows[] = {{"1\n -1\n 0.5", "1 -1 V"}, {"2\n 2\n 0.5", "2 0.5 V"}, {"-1\n 1\n 0", "-1 1 V"}};
     for (const auto& row : rows) {
-        const folder ranged = {{"a.par", head + geometry + spectroscopy("a.sb0", "3", "Backward", row.range)},
-                               {"a.sb0", samples({1, 2, 3, 4, 5, 6})}};
-        const auto back = read(formats::read_scala, ranged, "a.par");
+        const auto back = read_set(spectroscopy("a.sb0", "3", "Backward", row.range), {{"a.sb0", six}});
         EXPECT_EQ(axis_text(image_at(back, 0), 0), row.axis);
         EXPECT_EQ(subimages_of(image_at(back, 0)), std::vector<std::string>{"Reverse"});
     }
-    const folder longer = {{"a.par", head + geometry + spectroscopy("a.sf0")},
-                           {"a.sf0", samples({1, 2, 3, 4, 5, 6, 7})}};
-    const auto refused = read(formats::read_scala, longer, "a.par");
-    ASSERT_FALSE(refused);
-    EXPECT_NE(refused.error().reason.find("longer than its points take"), std::string::npos);
+    EXPECT_NE(told(read_set(spectroscopy("a.sf0"), {{"a.sf0", six + "xx"}})).find("longer than its points take"),
+              std::string::npos);
 }
 
 TEST(Scala, CurvesOfSinglePointsAreSubimages)
