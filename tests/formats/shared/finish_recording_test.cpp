@@ -28,42 +28,40 @@ recorded_image row_with(const VLAxis& side, const value_scale& scale, const std:
 }
 
 template <class T>
-struct step_of : testing::Test {};
-using sample_types = testing::Types<std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t, std::uint32_t,
-                                    std::int64_t, std::uint64_t, float, double>;
-TYPED_TEST_SUITE(step_of, sample_types);
-
-template <class T>
-constexpr SPMVarArrayType type_of()
+void expect_turned(SPMVarArrayType type)
 {
-    if constexpr (std::is_floating_point_v<T>) return sizeof(T) == 4 ? SPM_ARRAY_FLOAT32 : SPM_ARRAY_FLOAT64;
-    constexpr SPMVarArrayType types[] = {SPM_ARRAY_INT8,  SPM_ARRAY_UINT8,  SPM_ARRAY_INT16, SPM_ARRAY_UINT16,
-                                         SPM_ARRAY_INT32, SPM_ARRAY_UINT32, SPM_ARRAY_INT64, SPM_ARRAY_UINT64};
-    return types[2 * (std::bit_width(sizeof(T)) - 1) + (std::is_signed_v<T> ? 0 : 1)];
-}
-
-TYPED_TEST(step_of, ValuesBecomesPositiveAndEverySampleKeepsItsValue)
-{
-    using T = TypeParam;
+    SCOPED_TRACE(type);
     const T numbers[] = {std::numeric_limits<T>::lowest(), T{0}, T{1}, T{100}, std::numeric_limits<T>::max()};
     const extent length[] = {{5, {}}};
     const value_scale falling{-0.25, 8.0, "nm", {}}; // exact in binary, so that the sums are, too
-    recorded_image image = make_samples("id", "label", length, 1, falling, type_of<T>());
+    recorded_image image = make_samples("id", "label", length, 1, falling, type);
     add_calibration(image, falling, {0.5, 0.0, "V", {}});
     std::ranges::copy(numbers, elements_of<T>(image).begin());
     make_step_positive(image.stream);
     const VLAxis nm = image.stream.values.get_axis(0), volts = image.stream.values.get_axis(1);
     EXPECT_EQ(nm.scale, 0.25);
     EXPECT_EQ(volts.scale, -0.5);
-    const double largest = static_cast<double>(std::numeric_limits<T>::max());
-    const double tolerance =
-        std::is_integral_v<T> && sizeof(T) == 8 ? 1e-15 * largest : 0.0; // doubles do not count so far
+    // Doubles do not count as far as 64 bits.
+    const double error = std::is_integral_v<T> && sizeof(T) == 8 ? 1e-15 * static_cast<double>(numbers[4]) : 0.0;
     for (int i = 0; i < 5; ++i) {
         const double raw = static_cast<double>(elements_of<T>(image)[i]), before = static_cast<double>(numbers[i]);
-        EXPECT_NEAR(nm.at(raw), 8.0 - 0.25 * before, tolerance) << i;
-        EXPECT_NEAR(volts.at(raw), 0.5 * before, tolerance) << i;
+        EXPECT_NEAR(nm.at(raw), 8.0 - 0.25 * before, error) << i;
+        EXPECT_NEAR(volts.at(raw), 0.5 * before, error) << i;
     }
-    if (type_of<T>() == SPM_ARRAY_INT16) { EXPECT_EQ(elements_of<T>(image)[2], T(-2)) << "-1 - raw"; }
+}
+
+TEST(FinishedRecording, RisesAndEverySampleKeepsItsValue)
+{
+    expect_turned<std::int8_t>(SPM_ARRAY_INT8);
+    expect_turned<std::uint8_t>(SPM_ARRAY_UINT8);
+    expect_turned<std::int16_t>(SPM_ARRAY_INT16);
+    expect_turned<std::uint16_t>(SPM_ARRAY_UINT16);
+    expect_turned<std::int32_t>(SPM_ARRAY_INT32);
+    expect_turned<std::uint32_t>(SPM_ARRAY_UINT32);
+    expect_turned<std::int64_t>(SPM_ARRAY_INT64);
+    expect_turned<std::uint64_t>(SPM_ARRAY_UINT64);
+    expect_turned<float>(SPM_ARRAY_FLOAT32);
+    expect_turned<double>(SPM_ARRAY_FLOAT64);
 }
 
 TEST(FinishedRecording, HasNoAxisThatPlacesNothing)
@@ -76,18 +74,14 @@ TEST(FinishedRecording, HasNoAxisThatPlacesNothing)
         const char* reason;
     } rows[] = {
         {{0.0, nan, "nm"}, values, "the scale of axis 1 is no number"},
-        {{0.0, -infinity, "nm"}, values, "the scale of axis 1 is infinite"},
         {{0.0, 0.0, "nm"}, values, "the scale of axis 1 is 0"},
         {{nan, 1.0, "nm"}, values, "the start of axis 1 is no number"},
         {{infinity, 1.0, "nm"}, values, "the start of axis 1 is infinite"},
         {good, {nan, 0.0, "nm", {}}, "the scale of the values is no number"},
-        {good, {infinity, 0.0, "nm", {}}, "the scale of the values is infinite"},
         {good, {0.0, 0.0, "nm", {}}, "the scale of the values is 0"},
-        {good, {-0.0, 0.0, "nm", {}}, "the scale of the values is 0"},
         {good, {1.0, nan, "nm", {}}, "the start of the values is no number"},
         {stated_side(0.0, -3.0, 2, "nm"), values, "the scale of axis 1 is below 0"},
         {{0.0, 1.0, "nm"}, {1e300, 0.0, "m", {}}, "the scale of the values is 1e30 or more"},
-        {stated_side(0.0, nan, 2, "nm"), values, "the scale of axis 1 is no number"},
     };
     for (const auto& row : rows) {
         recording alone;
@@ -99,7 +93,6 @@ TEST(FinishedRecording, HasNoAxisThatPlacesNothing)
         recording two;
         two.items.emplace_back(row_with(row.side, row.values));
         two.items.emplace_back(row_with(good, values, "Phase"));
-        item(two, 1);
         std::get<recorded_image>(two.items[1]).stream.set_parameter_stream("Height");
         const auto rest = finish_recording(std::move(two));
         ASSERT_TRUE(rest);

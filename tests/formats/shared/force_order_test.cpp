@@ -20,54 +20,41 @@ recorded_image curves(const std::vector<named_curve>& parts, const VLAxis& x = {
     return make_curve_group(label, label, x, {1.0, 0.0, units, "hand"}, parts);
 }
 
-struct turned_case {
-    const char* name;
-    std::vector<contact_end> ends;
-    std::vector<double> values;
-    VLAxis axis;
-    std::string order; ///< empty: no text
-};
-
-class OrderFromContact : public testing::TestWithParam<turned_case> {};
-
-// An approach of 1 2 3 and a retract of 9 8, on an axis of 10 12 14 µm.
-TEST_P(OrderFromContact, TurnsWhatEndsInContact)
+std::string text_of(const recorded_image& image, const char* key)
 {
-    recorded_image image = curves({{"Approach", {1, 2, 3}}, {"Retract", {9, 8}}}, VLAxis(10, 2, "\u00B5m"));
-    order_from_contact(image, GetParam().ends);
-    EXPECT_EQ(physical(image.stream), GetParam().values);
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), GetParam().axis);
-    EXPECT_EQ(image.strings.contains(orderKey) ? image.strings.at(orderKey) : "", GetParam().order);
-    EXPECT_EQ(image.strings.at("\\Curve lengths"), "3 2");
+    const auto found = image.strings.find(key);
+    return found == image.strings.end() ? "" : found->second;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ends, OrderFromContact,
-    testing::Values(turned_case{"Unknown", {unknown, unknown}, {1, 2, 3, 9, 8, 8}, VLAxis(10, 2, "\u00B5m"), ""},
-                    turned_case{"Stored",
-                                {first, first},
-                                {1, 2, 3, 9, 8, 8},
-                                VLAxis(10, 2, "\u00B5m"),
-                                "Approach: contact first; Retract: contact first"},
-                    // Positions stay with their samples: 3 lies at 14 µm.
-                    turned_case{"Both",
-                                {last, last},
-                                {3, 2, 1, 8, 9, 9},
-                                VLAxis(14, -2, "\u00B5m"),
-                                "Approach: free end first; Retract: free end first"},
-                    turned_case{"ForAllAtOnce",
-                                {last},
-                                {3, 2, 1, 8, 9, 9},
-                                VLAxis(14, -2, "\u00B5m"),
-                                "Approach: free end first; Retract: free end first"},
-                    // No axis could keep the positions of both.
-                    turned_case{"InTime",
-                                {last, first},
-                                {3, 2, 1, 9, 8, 8},
-                                VLAxis(0, 2, "\u00B5m"),
-                                "Approach: free end first; Retract: contact first"},
-                    turned_case{"OtherCount", {last, last, last}, {1, 2, 3, 9, 8, 8}, VLAxis(10, 2, "\u00B5m"), ""}),
-    [](const auto& each) { return each.param.name; });
+// An approach of 1 2 3 and a retract of 9 8, on an axis of 10 12 14 µm. Positions stay with their samples.
+TEST(ForceOrder, TurnsWhatEndsInContact)
+{
+    const std::vector<double> stored{1, 2, 3, 9, 8, 8}, turned{3, 2, 1, 8, 9, 9};
+    const std::string freeFirst = "Approach: free end first; Retract: free end first";
+    const VLAxis axis(10, 2, "\u00B5m"), backwards(14, -2, "\u00B5m"), fromContact(0, 2, "\u00B5m");
+    const struct {
+        std::vector<contact_end> ends;
+        std::vector<double> values;
+        VLAxis axis;
+        std::string order;
+    } rows[] = {
+        {{unknown, unknown}, stored, axis, ""},
+        {{first, first}, stored, axis, "Approach: contact first; Retract: contact first"},
+        {{last, last}, turned, backwards, freeFirst},
+        {{last}, turned, backwards, freeFirst}, // for all at once
+        // No axis could keep the positions of both.
+        {{last, first}, {3, 2, 1, 9, 8, 8}, fromContact, "Approach: free end first; Retract: contact first"},
+        {{last, last, last}, stored, axis, ""}, // another count
+    };
+    for (const auto& row : rows) {
+        recorded_image image = curves({{"Approach", {1, 2, 3}}, {"Retract", {9, 8}}}, axis);
+        order_from_contact(image, row.ends);
+        EXPECT_EQ(physical(image.stream), row.values) << row.order;
+        EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), row.axis) << row.order;
+        EXPECT_EQ(text_of(image, orderKey), row.order);
+        EXPECT_EQ(text_of(image, "\\Curve lengths"), "3 2");
+    }
+}
 
 TEST(ForceOrder, TellsEachOrderOfSeveralCurves)
 {
@@ -148,78 +135,61 @@ TEST(ForceOrder, ForcesTellTheContactOnlyWhenTheyAreClear)
     EXPECT_EQ(contact_by_force(approach(0.0, 100.0, 1.0)), last); // never free: the higher end
 }
 
-struct unordered_case {
-    const char* name;
-    std::vector<std::pair<const char*, std::vector<double>>> columns; ///< labels, and forces
-    VLAxis x;
-    std::vector<bool> turned;
-    const char *units = "nN", *order = ""; ///< of the last column
-};
-
-class OrderByForces : public testing::TestWithParam<unordered_case> {};
-
-TEST_P(OrderByForces, TakesColumnsOverOneAxisTogether)
+recording over_one_axis(const std::vector<std::pair<const char*, std::vector<double>>>& columns, const VLAxis& x,
+                        const char* units)
 {
-    const unordered_case& now = GetParam();
     recording content;
-    for (const auto& [label, values] : now.columns)
-        content.items.emplace_back(curves({{"", values}}, now.x, now.units, label));
-    order_by_forces(content);
-    for (std::size_t i = 0; i < now.columns.size(); ++i) {
-        const auto& values = now.columns[i].second;
-        const std::vector<double> found = physical(item(content, i).stream),
-                                  meant = now.turned[i] ? reversed(values) : values;
-        for (const std::size_t at : {0u, 3u, 199u}) EXPECT_NEAR(found[at], meant[at], 0.01) << i << ' ' << at;
-    }
-    const auto& texts = item(content, now.columns.size() - 1).strings;
-    EXPECT_EQ(texts.contains(orderKey) ? texts.at(orderKey) : "", now.order);
-    EXPECT_EQ(content.warnings.size(), std::string(now.order).starts_with("not clear") ? 1u : 0u);
+    for (const auto& [label, values] : columns) content.items.emplace_back(curves({{"", values}}, x, units, label));
+    return content;
 }
 
-const VLAxis nm(0, 1, "nm"), seconds(0, 1, "s");
-
-INSTANTIATE_TEST_SUITE_P(
-    Columns, OrderByForces,
-    testing::Values(
-        unordered_case{"StickyRetract",
-                       {{"Force approach", reversed(approach(0.1, 10.0))}, {"Force retract", sticky()}},
-                       nm,
-                       {false, false},
-                       "nN",
-                       "contact first, as the forces tell"},
+TEST(ForceOrder, ColumnsOverOneAxisAreTakenTogether)
+{
+    const VLAxis nm(0, 1, "nm"), seconds(0, 1, "s"), bare(0, 1, "");
+    const std::string unclearOrder = "not clear, as recorded", named = ", as forces and names tell";
+    const struct {
+        std::vector<std::pair<const char*, std::vector<double>>> columns; ///< labels, and forces
+        VLAxis x;
+        const char* units;
+        std::vector<bool> turned;
+        std::string order; ///< of the last column
+    } rows[] = {
+        {{{"Force approach", reversed(approach(0.1, 10.0))}, {"Force retract", sticky()}},
+         nm,
+         "nN",
+         {false, false},
+         "contact first, as the forces tell"},
         // What is clear in one curve holds for its partner, which touches hardly.
-        unordered_case{"Partner",
-                       {{"Force approach", approach(0.1, 10.0)}, {"Force retract", approach(0.1, -10.0, 0.05)}},
-                       nm,
-                       {true, true},
-                       "nN",
-                       "free end first, as the forces tell"},
-        unordered_case{"EachInTime",
-                       {{"Force approach", approach(0.1)}, {"Force retract", sticky()}},
-                       nm,
-                       {true, false},
-                       "nN",
-                       "contact first, as forces and names tell"},
-        unordered_case{"Contradiction",
-                       {{"Force retract", approach(0.1)}, {"Force approach", sticky()}},
-                       nm,
-                       {false, false},
-                       "nN",
-                       "not clear, as recorded"},
-        unordered_case{"Inverted", {{"Deflection", approach(0.1, -50.0)}}, nm, {false}, "V", "not clear, as recorded"},
-        unordered_case{
-            "Clock", {{"Force", approach(0.1)}}, seconds, {true}, "nN", "free end first, as forces and names tell"},
-        unordered_case{"NamesOnAClock",
-                       {{"Force approach", std::vector<double>(200, 1.0)}},
-                       seconds,
-                       {true},
-                       "nN",
-                       "free end first, as forces and names tell"},
-        unordered_case{
-            "NamesAgainstForces", {{"Retract force", approach(0.1)}}, seconds, {false}, "nN", "not clear, as recorded"},
-        unordered_case{
-            "NoUnits", {{"Force", approach(0.1)}}, VLAxis(0, 1, ""), {true}, "", "free end first, as the forces tell"}),
-    [](const auto& each) { return each.param.name; });
+        {{{"Force approach", approach(0.1, 10.0)}, {"Force retract", approach(0.1, -10.0, 0.05)}},
+         nm,
+         "nN",
+         {true, true},
+         "free end first, as the forces tell"},
+        {{{"Force approach", approach(0.1)}, {"Force retract", sticky()}},
+         nm,
+         "nN",
+         {true, false},
+         "contact first" + named}, // each in time
+        {{{"Force retract", approach(0.1)}, {"Force approach", sticky()}}, nm, "nN", {false, false}, unclearOrder},
+        {{{"Deflection", approach(0.1, -50.0)}}, nm, "V", {false}, unclearOrder}, // inverted
+        {{{"Force", approach(0.1)}}, seconds, "nN", {true}, "free end first" + named},
+        {{{"Force approach", std::vector<double>(200, 1.0)}}, seconds, "nN", {true}, "free end first" + named},
+        {{{"Retract force", approach(0.1)}}, seconds, "nN", {false}, unclearOrder},
+        {{{"Force", approach(0.1)}}, bare, "", {true}, "free end first, as the forces tell"},
+    };
+    for (const auto& row : rows) {
+        recording content = over_one_axis(row.columns, row.x, row.units);
+        order_by_forces(content);
+        SCOPED_TRACE(row.columns[0].first + row.order);
+        for (std::size_t i = 0; i < row.columns.size(); ++i) {
+            const std::vector<double>& values = row.columns[i].second;
+            const auto found = physical(item(content, i).stream), meant = row.turned[i] ? reversed(values) : values;
+            for (const std::size_t at : {0u, 3u, 199u}) EXPECT_NEAR(found[at], meant[at], 0.01) << i << ' ' << at;
+        }
+        EXPECT_EQ(text_of(item(content, row.columns.size() - 1), orderKey), row.order);
+        EXPECT_EQ(content.warnings.size(), row.order == unclearOrder ? 1u : 0u);
+    }
+}
 
 TEST(ForceOrder, AVolumeIsOrderedByMostOfItsCurves)
 {
@@ -242,38 +212,32 @@ recording with_forces(recorded_image image)
     return content;
 }
 
-TEST(ForceOrder, WhatWasNotMeasuredTellsNothing)
-{
-    std::vector<double> falling; // contact first; a fifth of it is missing, which a line would make look at rest
-    for (int i = 0; i < 100; ++i) falling.push_back(i < 20 ? NAN : std::max(60.0 - i, 0.0) + 0.01 * (i % 3));
-    recording content;
-    content.items.emplace_back(curves({{"", falling}}, VLAxis(0, 1, "nm")));
-    order_by_forces(content);
-    EXPECT_EQ(std::get<recorded_image>(content.items[0]).strings[orderKey], "contact first, as the forces tell");
-}
-
 TEST(ForceOrder, WhatNoFileTellsIsTakenFromTheForces)
 {
+    const VLAxis nm(0, 1, "nm");
     const std::vector<named_curve> parts{{"Forward", approach(1.0)}, {"Reverse", approach(1.0, 80.0)}};
-    recording told = with_forces(curves(parts, VLAxis(0, 1, "nm")));
+    recording told = with_forces(curves(parts, nm));
     order_by_forces(told);
-    const recorded_image& image = item(told, 0);
-    EXPECT_GT(physical(image.stream)[0], 90.0);
-    EXPECT_GT(physical(image.stream)[200], 70.0);
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(199, -1, "nm"));
-    EXPECT_EQ(image.strings.at(orderKey), "free end first, as the forces tell");
+    EXPECT_GT(physical(item(told, 0).stream)[0], 90.0);
+    EXPECT_GT(physical(item(told, 0).stream)[200], 70.0);
+    EXPECT_EQ(item(told, 0).stream.get_dimension(0).get_axis(0), VLAxis(199, -1, "nm"));
 
-    const std::vector<double> before = physical(curves(parts).stream);
-    recorded_image ordered = curves(parts, VLAxis(0, 1, "nm"));
+    recorded_image ordered = curves(parts, nm);
     ordered.strings[orderKey] = "contact first";
-    recorded_image others[] = {curves(parts, VLAxis(0, 1, "V")),                    // no ramp of the probe
-                               curves(parts, VLAxis(0, 1, "nm"), "V", "Amplitude"), // no force
-                               curves(parts, VLAxis(0, 1, "nm"), "N", "Friction force"), std::move(ordered)};
+    recorded_image others[] = {curves(parts, VLAxis(0, 1, "V")), // no ramp of the probe
+                               curves(parts, nm, "V", "Amplitude"), curves(parts, nm, "N", "Friction force"),
+                               std::move(ordered)};
     for (recorded_image& each : others) {
         recording content = with_forces(std::move(each));
         order_by_forces(content);
-        EXPECT_EQ(physical(item(content, 0).stream), before) << item(content, 0).stream.get_description();
+        EXPECT_EQ(physical(item(content, 0).stream), physical(curves(parts).stream));
     }
+
+    std::vector<double> falling; // contact first; a fifth of it is missing, which a line would make look at rest
+    for (int i = 0; i < 100; ++i) falling.push_back(i < 20 ? NAN : std::max(60.0 - i, 0.0) + 0.01 * (i % 3));
+    recording gap = with_forces(curves({{"", falling}}, nm));
+    order_by_forces(gap);
+    EXPECT_EQ(text_of(item(gap, 0), orderKey), "contact first, as the forces tell");
 }
 
 TEST(ForceOrder, WhatIsMeasuredAgainstTheSamePositionsTurnsWithThem)

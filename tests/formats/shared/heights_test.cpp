@@ -3,16 +3,12 @@
 
 #include "base/text/six_digits.h"
 
-#include <cmath>
-#include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
 #include <vector>
 
 namespace {
-
-constexpr double notMeasured = std::numeric_limits<double>::quiet_NaN();
 
 formats::image_frame frame_of(unsigned width, unsigned height) { return {width, height, 1, VLAxis(), VLAxis()}; }
 
@@ -35,48 +31,26 @@ TEST(Heights, FittedValuesStayWithinHalfAStepOnASixDigitAxis)
         }
 }
 
-TEST(Heights, ScaleIsAppliedBeforeFitting)
+TEST(Heights, ImagesAndCurvesHaveTheirAxesAndTheScaleAsGiven)
 {
+    using instrument_fixture::told;
     const formats::value_scale scale{-2.0, 10.0, "nm", "Z"};
     const std::vector<double> values = {0.0, 1.0, 2.0, 5.0, 6.0, 3.0};
-    const auto image = formats::make_image_from_values("id", "label", frame_of(3, 2), scale, values);
-    const auto fitted = instrument_fixture::physical_of(image);
-    for (std::size_t i = 0; i < values.size(); ++i)
-        EXPECT_EQ(fitted[i], 10.0 - 2.0 * values[i]) << "whole numbers stay";
-    EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), "nm");
+    const auto image = formats::make_image_from_values("id", "Height", frame_of(3, 2), scale, values);
+    EXPECT_EQ(told(image), "Height [nm] (3; 2): 10 8 6 0 -2 4"); // whole numbers stay
     EXPECT_EQ(image.strings.at("\\Z scale"), "raw * -2 + 10 [nm] from Z");
-}
-
-TEST(Heights, AnImageWithoutAnyMeasuredPointIsZero)
-{
-    const std::vector<double> values(6, notMeasured);
-    const auto image = formats::make_image_from_values("id", "label", frame_of(3, 2), {2.0, 5.0, "V", ""}, values);
-    for (const double value : instrument_fixture::physical_of(image)) EXPECT_EQ(value, 0.0);
-    EXPECT_EQ(image.strings.at("\\Void points"), "6");
-}
-
-TEST(Heights, AnImageHasItsAxesAndTheScaleAsGiven)
-{
-    formats::image_frame frame{4, 3, 2, VLAxis(1.0, 0.5, "nm"), VLAxis(0.0, 2.0, "nm")};
-    const auto image = formats::make_image("id", "A label", frame, {0.25, -1.0, "\u00B0", "Z scale"});
-    EXPECT_STREQ(image.stream.get_name(), "id");
-    EXPECT_STREQ(image.stream.get_description(), "A label");
-    EXPECT_EQ(image.stream.array_type(), SPM_ARRAY_INT16);
-    EXPECT_EQ(image.stream.array_length(), 24u);
-    ASSERT_EQ(image.stream.get_dimensions_number(), 2u);
-    EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(1.0, 0.5, "nm"));
-    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0.0, 2.0, "nm"));
-    EXPECT_EQ(image.stream.values.get_axis(0), VLAxis(-1.0, 0.25, "\u00B0"));
-}
-
-TEST(Heights, CurvesOfEqualLengthBecomeSubimages)
-{
-    const std::vector<double> values = {0.0, 1.0, 2.0, 10.0, 11.0, 12.0};
     const auto curve = formats::make_curve_from_values("c", "Curve", 3, VLAxis(0.0, 0.1, "s"), {}, values);
-    ASSERT_EQ(curve.stream.get_dimensions_number(), 1u);
-    EXPECT_EQ(curve.stream.get_dimension(0).length, 3u);
-    EXPECT_EQ(curve.stream.get_dimension(0).get_axis(0), VLAxis(0.0, 0.1, "s"));
-    EXPECT_NEAR(instrument_fixture::physical_of(curve)[4], 11.0, 1e-3);
+    EXPECT_EQ(told(curve), "Curve (3: 0 + 0.1 s): 0 1 2 5 6 3");
+    formats::image_frame frame{2, 1, 2, VLAxis(1.0, 0.5, "nm"), VLAxis(0.0, 2.0, "nm")};
+    const auto empty = formats::make_image("id", "A label", frame, {0.25, -1.0, "\u00B0", "Z scale"});
+    EXPECT_EQ(empty.stream.array_length(), 4u);
+    EXPECT_EQ(empty.stream.values.get_axis(0), VLAxis(-1.0, 0.25, "\u00B0"));
+    instrument_fixture::expect_image(empty, {.label = "A label", .axes = {"1 0.5 nm", "0 2 nm"}});
+
+    const std::vector<double> gaps(2, std::numeric_limits<double>::quiet_NaN());
+    const auto unmeasured = formats::make_image_from_values("id", "Height", frame_of(2, 1), {2.0, 5.0, "V", ""}, gaps);
+    EXPECT_EQ(told(unmeasured), "Height [V] (2; 1): 0 0");
+    EXPECT_EQ(unmeasured.strings.at("\\Void points"), "2");
 }
 
 TEST(Heights, AnImageOfMoreSamplesThanAnArrayHoldsIsRefused)

@@ -1,3 +1,4 @@
+#include "formats/instrument_fixture.h"
 #include "formats/shared/directions.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
@@ -93,18 +94,18 @@ TEST(Directions, JoinAxesThatAreRoundedDifferently)
 
 TEST(Directions, NameThePlaneThatStaysAloneToo)
 {
-    const auto names = [](const plane_group& group, scan_direction first) {
+    const struct {
+        plane_group group;
+        scan_direction first;
+        std::vector<std::string> names;
+    } rows[] = {{{3, 1}, scan_direction::forward, {"Forward", "Reverse"}},
+                {{1}, scan_direction::reverse, {"Reverse"}},
+                {{1}, scan_direction::unknown, {}}};
+    for (const auto& row : rows) {
         recorded_image image = row_of(2);
-        name_directions(image, group, first);
-        std::vector<std::string> result;
-        for (const smart_string& name : image.stream.subimage_names()) result.emplace_back(name.c_str());
-        return result;
-    };
-    using texts = std::vector<std::string>;
-    EXPECT_EQ(names({3, 1}, scan_direction::forward), (texts{"Forward", "Reverse"}));
-    EXPECT_EQ(names({1}, scan_direction::forward), texts{"Forward"});
-    EXPECT_EQ(names({1}, scan_direction::reverse), texts{"Reverse"});
-    EXPECT_EQ(names({1}, scan_direction::unknown), texts{});
+        name_directions(image, row.group, row.first);
+        EXPECT_EQ(instrument_fixture::subimages_of(image), row.names);
+    }
 }
 
 TEST(SampleNumbers, AreCheckedBeforeTheyAreCounted)
