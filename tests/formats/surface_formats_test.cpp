@@ -30,44 +30,44 @@ std::string bcr_header(const std::string& kind, const std::string& lines)
     return kind.ends_with("unicode") ? widened(text) : text;
 }
 
+const std::string shorts = le16(1) + le16(2) + le16(3) + le16(4),
+                  floats = le_float(1) + le_float(2) + le_float(3) + le_float(4);
+
 TEST(Bcr, NumbersOfEitherKindAndOrderAreRead)
 {
+    const std::string voids = le_float(1) + le_float(3.4e38f) + le_float(3) + le_float(4);
     const struct {
         const char *kind, *lines;
-        std::string data;
-        std::vector<double> heights; ///< from the bottom row
+        std::string data, heights; ///< heights from the bottom row
     } rows[] = {
-        {"bcrstm", "bit2nm = 0.5\n", le16(1) + le16(2) + le16(3) + le16(4), {1.5, 2, 0.5, 1}},
-        {"bcrstm_unicode", "intelmode = 0\n", be16(1) + be16(2) + be16(3) + be16(4), {3, 4, 1, 2}},
-        {"bcrstm", "", le16(1) + le16(32767) + le16(3) + le16(4), {3, 4, 1, 1}},
-        {"bcrf", "bit2nm = 7\n", le_float(1) + le_float(3.4e38f) + le_float(3) + le_float(4), {3, 4, 1, 1}},
-        {"bcrf_unicode", "zmin = 11\n", le_float(1) + le_float(2) + le_float(3) + le_float(4), {13, 14, 11, 12}},
+        {"bcrstm", "bit2nm = 0.5\n", shorts, "1.5 2 0.5 1"},
+        {"bcrstm_unicode", "intelmode = 0\n", be16(1) + be16(2) + be16(3) + be16(4), "3 4 1 2"},
+        {"bcrstm", "", le16(1) + le16(32767) + le16(3) + le16(4), "3 4 1 1"}, // one that was not measured
+        {"bcrf", "bit2nm = 7\n", voids, "3 4 1 1"},
+        {"bcrf_unicode", "zmin = 11\n", floats, "13 14 11 12"},
     };
     for (const auto& row : rows) {
         const auto result = read(read_bcr, bcr_header(row.kind, row.lines) + row.data);
-        const recorded_image& image = image_at(result, 0);
-        SCOPED_TRACE(row.kind);
-        expect_image(image, {.axes = {"3 10 nm", "0 3 \u00B5m"}, .values = row.heights});
-        EXPECT_EQ(image.strings.contains("\\Void points"), row.heights[3] == row.heights[2]);
+        EXPECT_EQ(told(result), "Topography [nm] (2: 3 + 10 nm; 2: 0 + 3 \u00B5m): " + row.heights) << row.kind;
+        EXPECT_EQ(image_at(result, 0).strings.contains("\\Void points"), row.heights == "3 4 1 1");
     }
 }
 
 TEST(Bcr, TheLowestPointIsMovedToZminOnAnAxisOfSixDigits)
 {
-    const std::string floats = le_float(1.5f) + le_float(2) + le_float(3.4e38f) + le_float(4),
-                      whole = le16(15) + le16(20) + le16(32767) + le16(40);
+    const std::string heights = le_float(1.5f) + le_float(2) + le_float(3.4e38f) + le_float(4),
+                      whole = le16(15) + le16(20) + le16(32767) + le16(40), zunit = "[nm] from zunit";
     const struct {
         const char *kind, *lines;
         std::string data, scale;
         double lowest;
     } rows[] = {
-        {"bcrf", "zmin = 7.7654321\nzunit = um\n", floats, "raw * 1 + 6.2654321 [\u00B5m] from zunit, lowest",
-         7.7654321},
-        {"bcrf", "zmin = 1.50001\n", floats, "raw * 1 + 0 [nm] from zunit", 1.5}, // nearer than half of 2.5 / 65535
-        {"bcrf", "zmin = -3\n", floats, "raw * 1 + 0 [nm] from zunit", 1.5},
-        {"bcrf", "zmin = 100000.5\n", floats, "raw * 1 + 99999 [nm] from zunit, lowest", 100000.5},
-        {"bcrstm", "zmin = 7.5\nbit2nm = 0.1\n", whole, "raw * 0.1 + 6 [nm] from bit2nm, zunit, lowest", 7.5},
-        {"bcrstm", "zmin = 1.51\nbit2nm = 0.1\n", whole, "raw * 0.1 + 0 [nm] from bit2nm, zunit", 1.5},
+        {"bcrf", "zmin = 7.7654321\nzunit = um\n", heights, "1 + 6.2654321 [\u00B5m] from zunit, lowest", 7.7654321},
+        {"bcrf", "zmin = 1.50001\n", heights, "1 + 0 " + zunit, 1.5}, // nearer than half of 2.5 / 65535
+        {"bcrf", "zmin = -3\n", heights, "1 + 0 " + zunit, 1.5},
+        {"bcrf", "zmin = 100000.5\n", heights, "1 + 99999 " + zunit + ", lowest", 100000.5},
+        {"bcrstm", "zmin = 7.5\nbit2nm = 0.1\n", whole, "0.1 + 6 [nm] from bit2nm, zunit, lowest", 7.5},
+        {"bcrstm", "zmin = 1.51\nbit2nm = 0.1\n", whole, "0.1 + 0 [nm] from bit2nm, zunit", 1.5},
     };
     for (const auto& row : rows) {
         const auto result = read(read_bcr, bcr_header(row.kind, row.lines) + row.data);
@@ -78,8 +78,7 @@ TEST(Bcr, TheLowestPointIsMovedToZminOnAnAxisOfSixDigits)
             EXPECT_NEAR(physical_of(image)[i], row.lowest + expected[i], 0.5 * axis.scale) << row.lines << i;
         EXPECT_EQ(base::six_digits(axis.start), axis.start) << row.lines;
         EXPECT_EQ(base::six_digits(axis.scale), axis.scale) << row.lines;
-        EXPECT_TRUE(image.strings.at("\\Z scale").starts_with(row.scale)) << image.strings.at("\\Z scale");
-        EXPECT_EQ(image.strings.at("\\Void points"), "1");
+        EXPECT_TRUE(image.strings.at("\\Z scale").starts_with("raw * " + row.scale)) << image.strings.at("\\Z scale");
     }
 }
 
@@ -91,20 +90,15 @@ TEST(Bcr, HeaderTextsArePaddedByZerosAndMayHaveAnOrderMark)
     padded.resize(2048, '\0');
     std::string marked = bcr_header("bcrstm_unicode", "bit2nm = 0.5\nscanspeed = 5 um/s\nstarttime = now then\n");
     marked = "\xFF\xFE" + marked.substr(0, 4094);
-    const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
     for (const auto& [header, speed] : {std::pair(padded, "500 nm/s"), std::pair(marked, "5 um/s")}) {
-        const auto result = read(read_bcr, header + data);
-        const recorded_image& image = image_at(result, 0);
-        expect_image(image, {.values = {1.5, 2, 0.5, 1}, .strings = {{"\\Date", "now then"}, {"\\Speed", speed}}});
-        EXPECT_TRUE(image.strings.contains("fileformat"));
+        const auto result = read(read_bcr, header + shorts);
+        expect_image(image_at(result, 0),
+                     {.values = {1.5, 2, 0.5, 1}, .strings = {{"\\Date", "now then"}, {"\\Speed", speed}}});
+        EXPECT_TRUE(image_at(result, 0).strings.contains("fileformat"));
     }
-}
-
-TEST(Bcr, MoreSamplesThanTheSizesAskForAreTold)
-{
-    const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
-    EXPECT_TRUE(image_at(read(read_bcr, bcr_header("bcrstm", "") + data), 0).notes.empty());
-    EXPECT_EQ(image_at(read(read_bcr, bcr_header("bcrstm", "") + data + data), 0).notes,
+    const std::string bare = bcr_header("bcrstm", "");
+    EXPECT_TRUE(image_at(read(read_bcr, bare + shorts), 0).notes.empty());
+    EXPECT_EQ(image_at(read(read_bcr, bare + shorts + shorts), 0).notes,
               std::vector<std::string>{"8 bytes behind xpixels times ypixels samples are not read"});
 }
 
@@ -115,17 +109,16 @@ TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
         text.resize(4096, ' ');
         return text;
     };
-    const std::string data = le16(1) + le16(2) + le16(3) + le16(4);
     expect_refused(read_bcr, {
                                  {"fileformat = bcrx\n", "not a BCR header"},
-                                 {bcr_header("bcrstm", "") + data.substr(1), "more samples than the file holds"},
-                                 {bcr_header("bcrf", "") + data, "more samples than the file holds"},
-                                 {bcr_header("bcrstm", "headersize = 9999\n") + data, "headersize"},
-                                 {bcr_header("bcrstm", "headersize = -1\n") + data, "headersize"},
-                                 {bcr_header("bcrstm", "headersize = 20x8\n") + data, "headersize is no number"},
+                                 {bcr_header("bcrstm", "") + shorts.substr(1), "more samples than the file holds"},
+                                 {bcr_header("bcrf", "") + shorts, "more samples than the file holds"},
+                                 {bcr_header("bcrstm", "headersize = 9999\n") + shorts, "headersize"},
+                                 {bcr_header("bcrstm", "headersize = -1\n") + shorts, "headersize"},
+                                 {bcr_header("bcrstm", "headersize = 20x8\n") + shorts, "headersize is no number"},
                                  {damaged("xpixels = 2x"), "xpixels or ypixels is missing, no number"},
                                  {damaged("xlength = 17x7404"), "xlength is nan"},
-                                 {bcr_header("bcrstm", "forcecurve = 1\n") + data, "force curves"},
+                                 {bcr_header("bcrstm", "forcecurve = 1\n") + shorts, "force curves"},
                                  {"fileformat = bcrstm\nxpixels = 2\n" + std::string(2048, ' '), "ypixels"},
                              });
 }
@@ -159,26 +152,13 @@ const opd_piece pixelSize{"Pixel_size", 7, le_float(0.5f)}, wavelength{"Waveleng
 
 TEST(Opd, ColumnsRunUpwardsAndHeightsCountInWavelengths)
 {
-    const std::string floats = le_float(1) + le_float(2) + le_float(3) + le_float(4) + le_float(1e38f) + le_float(6);
-    const std::string shorts = le16(1) + le16(2) + le16(3) + le16(4) + le16(32766) + le16(6);
-    const auto result = read(read_opd, opd_file({{"Image", 3, opd_array(1, 2, 1, "\x05\xFF")},
-                                                 pixelSize,
-                                                 wavelength,
-                                                 {"Aspect", 7, le_float(2)},
-                                                 {"Mult", 6, le16(300)},
-                                                 {"Title", 5, "Step"},
-                                                 {"RAW_DATA", 3, opd_array(2, 3, 4, floats)},
-                                                 {"OPD", 3, opd_array(2, 3, 2, shorts)}}));
-    ASSERT_EQ(result->items.size(), 3u);
-    expect_image(image_at(result, 0), {.label = "Step",
-                                       .axes = {"0 0.5 mm", "0 1 mm"},
-                                       // Column 0 is 1, 2, 3 from the bottom; the mark of a missing point takes the
-                                       // lowest height.
-                                       .values = {600, 2400, 1200, 600, 1800, 3600},
-                                       .isFitted = true});
-    expect_image(image_at(result, 1),
-                 {.values = {2, 8, 4, 2, 6, 12}, .strings = {{"\\Void points", "1"}}}); // raw * 600 / 300
-    expect_image(image_at(result, 2), {.values = {5, 255}});
+    // RAW_DATA are wavelengths of 600 nm, OPD 300ths of them: column 0 is 1, 2, 3 from the bottom. The mark of a
+    // missing point, the middle one of column 1, takes the lowest height.
+    const auto result = read(read_opd, seed("opd/heights.opd").content);
+    EXPECT_EQ(told(result), "Step [nm] (2: 0 + 0.5 mm; 3: 0 + 1 mm): 600 2400 1200 600 1800 3600\n"
+                            "Step [nm] (2: 0 + 0.5 mm; 3: 0 + 1 mm): 2 8 4 2 6 12\n"
+                            "Image (1: 0 + 0.5 mm; 2: 0 + 1 mm): 5 255");
+    EXPECT_EQ(image_at(result, 1).strings.at("\\Void points"), "1");
     EXPECT_EQ(result->strings.at("Mult"), "300");
 }
 

@@ -75,36 +75,25 @@ TEST(Aist, RastersStandInTheTreeAtAnyDepth)
                      raster("Phase", {0, 0, 0, 90})});
     const auto result = read(formats::read_aist, file);
     ASSERT_EQ(result->items.size(), 2u);
-    const auto& image = image_at(result, 0);
-    expect_image(image, {.label = "Height",
-                         .units = "nm",
-                         .axes = {"3 2 \u00B5m", "-2 4 nm"},
-                         .parts = {"Forward", "Reverse"},
-                         .values = {1, 1, 3, 4, 5, 6, 7, 8}, // bottom row first; the second point was not measured
-                         .strings = {{"\\Void points", "1"}, {"Description", "told"}},
-                         .isFitted = true});
+    // The bottom row first; the second point was not measured.
+    EXPECT_EQ(told(image_at(result, 0)),
+              "Height [nm] (2: 3 + 2 \u00B5m; 2: -2 + 4 nm) {Forward, Reverse}: 1 1 3 4 5 6 7 8");
+    expect_image(image_at(result, 0), {.strings = {{"\\Void points", "1"}, {"Description", "told"}}});
     EXPECT_EQ(type_of(file, "a.aist"), FILE_AIST);
     EXPECT_EQ(type_of(file, "a.txt"), FILE_UNKNOWN); // the mark alone is too weak
 }
 
-TEST(Aist, CurvesRunEvenlyOrKeepTheirPositions)
+TEST(Aist, CurvesRunEvenlyOrKeepTheirPositionsAndDirectionsShareAnImage)
 {
-    const auto even = read(formats::read_aist, curve({0, 2, 4, 7, 8, 9}, 3));
-    EXPECT_EQ(axis_text(image_at(even, 0), 0), "0 2 nm");
-    EXPECT_NEAR(physical_of(image_at(even, 0)).at(2), 9, 1e-4);
+    EXPECT_EQ(told(read(formats::read_aist, curve({0, 2, 4, 7, 8, 9}, 3))), "Force [nN] (3: 0 + 2 nm): 7 8 9");
     const auto uneven = read(formats::read_aist, curve({0, 3, 4, 7, 8, 9}, 3));
-    ASSERT_TRUE(uneven);
     ASSERT_EQ(uneven->items.size(), 2u);
     EXPECT_STREQ(image_at(uneven, 1).stream.get_parameter_stream(), image_at(uneven, 0).stream.get_name());
     EXPECT_NEAR(physical_of(image_at(uneven, 0)).at(1), 3, 1e-4);
-}
 
-TEST(Aist, DirectionsOfACurveShareAnImage)
-{
-    const std::string file =
-        folder_node({curve({0, 2, 4, 7, 8, 9}, 3, "_Force Forward[2]"), curve({0, 1, 5, 6}, 2, "Lift Backward"),
-                     curve({4, 2, 5, 6}, 2, "Force[Backward]")});
-    const auto result = read(formats::read_aist, file);
+    const auto result = read(formats::read_aist, folder_node({curve({0, 2, 4, 7, 8, 9}, 3, "_Force Forward[2]"),
+                                                              curve({0, 1, 5, 6}, 2, "Lift Backward"),
+                                                              curve({4, 2, 5, 6}, 2, "Force[Backward]")}));
     ASSERT_EQ(result->items.size(), 3u);
     const auto &x = image_at(result, 0), &force = image_at(result, 1), &lift = image_at(result, 2);
     expect_image(x, {.values = {0, 2, 4, 4, 2, 2}, .isFitted = true});

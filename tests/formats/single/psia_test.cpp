@@ -3,7 +3,7 @@
 
 #include "formats/pictures/tiff.h"
 #include "formats/registry.h"
-#include "formats/shared/bytes.h"
+#include "formats/shared/tiff_builder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,14 +53,10 @@ struct psia_file {
     }
     std::string bytes() const
     {
-        const auto tag = [](unsigned number, unsigned type, std::size_t count, std::size_t value) {
-            return le16(number) + le16(type) + le32(count) + le32(value);
-        };
-        const std::size_t directoryAt = 8 + filler, samplesAt = directoryAt + 2 + 6 * 12 + 4;
-        return std::string("II*\0", 4) + le32(directoryAt) + std::string(filler, ' ') + le16(6) + tag(256, 4, 1, 1) +
-               tag(257, 4, 1, 1) + tag(50432, 4, 1, magic) + tag(50433, 4, 1, version) +
-               tag(50434, 1, samples.size(), samplesAt) + tag(50435, 7, header.size(), samplesAt + samples.size()) +
-               le32(0) + samples + header;
+        using namespace tiff_builder;
+        return file_of(std::string(filler, ' '),
+                       {{whole(256, 1), whole(257, 1), whole(50432, magic), whole(50433, version),
+                         blob(50434, 1, samples), blob(50435, 7, header)}});
     }
 };
 
@@ -69,15 +65,12 @@ base::read_result<recording> read(const std::string& bytes) { return instrument_
 TEST(Psia, HasItsHeightsBottomRowFirstOverTheirSize)
 {
     const auto result = read(psia_file().bytes());
-    expect_image(image_at(result, 0), {.label = "Z Detector",
-                                       .units = "\u00B5m",
-                                       .axes = {"3.75 2 \u00B5m", "-1.75 2 \u00B5m"},
-                                       .values = {-1.0, 2.0, -4.0, -0.5, -8.0, 1.5}, // the samples times -2
-                                       .strings = {{"Head mode", "NCM"},
+    EXPECT_EQ(told(result), // the samples times -2
+              "Z Detector [\u00B5m] (3: 3.75 + 2 \u00B5m; 2: -1.75 + 2 \u00B5m): -1 2 -4 -0.5 -8 1.5");
+    expect_image(image_at(result, 0), {.strings = {{"Head mode", "NCM"},
                                                    {"\\Scan rate", "1.5 Hz"},
                                                    {"\\Line direction", "Forward"},
-                                                   {"\\Frame direction", "Down"}},
-                                       .isFitted = true});
+                                                   {"\\Frame direction", "Down"}}});
 }
 
 TEST(Psia, HasSamplesOfThreeTypes)
@@ -117,7 +110,10 @@ TEST(Psia, RefusesWhatItCannotShow)
     otherVersion.version = 0x01000003;
     shortHeader.header.resize(351);
     fewSamples.samples.resize(20);
+    std::string torn = psia_file().bytes();
+    torn.replace(torn.find(formats::le16(50435)) + 8, 4, formats::le32(1u << 30)); // where the header stands
     expect_refused(read_psia, {
+                                  {torn, "tag 50435"},
                                   {otherMagic.bytes(), "tag 50432"},
                                   {otherVersion.bytes(), "tag 50433"},
                                   {shortHeader.bytes(), "tag 50435"},
@@ -133,8 +129,7 @@ TEST(Psia, RefusesWhatItCannotShow)
                                   {with(280, le32(1)), "square-root"},
                                   {with(348, le32(3)), "sample type"},
                               });
-    const std::string whole = psia_file().bytes();
-    expect_cuts_refused(read_psia, whole);
+    expect_cuts_refused(read_psia, psia_file().bytes());
 }
 
 } // namespace

@@ -22,7 +22,7 @@ std::string buffer(const std::string& mode, const std::string& extra = {}, const
 
 const std::string global = "UK SOFT\r\n" + line("software", "Scan 4") + line("z_v_to_angs", "60");
 
-std::string build(const std::string& buffers, const std::vector<int>& samples)
+std::string build(const std::string& buffers, const std::vector<int>& samples = {1, 2, 3, 4})
 {
     bytes_builder out;
     out.text(global + buffers + "Data_section  \r\n");
@@ -32,19 +32,12 @@ std::string build(const std::string& buffers, const std::vector<int>& samples)
 
 TEST(Stp, UnsignedSamplesKeepEveryBitAndTheirHeights)
 {
-    const auto servo = line("servo_range", "2") + line("Date", "01/02/99") + line("time", "12:00") +
-                       line("scan_dir", "1") + line("line_freq", "3.5");
-    const auto result = read(formats::read_stp, build(buffer("1", servo + line("collect_mode", "1")) +
-                                                          buffer("1", servo + line("collect_mode", "2")),
-                                                      {0, 1, 32768, 65535, 5, 6, 7, 8}));
-    ASSERT_EQ(result->items.size(), 1u);
+    const auto result = read(formats::read_stp, seed("stp/heights.stp").content); // 0 1 32768 65535, 5 6 7 8 back
     const auto& image = image_at(result, 0);
     EXPECT_EQ(raw_of(image), (std::vector<int>{-32768, -32767, 0, 32767, -32763, -32762, -32761, -32760}));
-    const auto heights = physical_of(image);
-    for (const auto& [index, raw] : {std::pair{0, 0}, {2, 32768}, {3, 65535}})
-        EXPECT_NEAR(heights.at(static_cast<std::size_t>(index)), raw * 60.0 * 2 / 32768, 1e-6) << raw;
-    ASSERT_EQ(image.stream.values.get_axes_number(), 2u);
-    EXPECT_NEAR(image.stream.values.get_axis(1).at(0), 2.0, 1e-6); // raw 32768 is the servo's range of 2 V
+    EXPECT_NEAR(physical_of(image).at(3), 65535 * 60.0 * 2 / 32768, 1e-6); // 60 Angstrom a volt, 2 V a half range
+    EXPECT_NEAR(physical_of(image).at(0), 0, 1e-6);
+    EXPECT_NEAR(image.stream.values.get_axis(1).at(0), 2.0, 1e-6);
     EXPECT_STREQ(image.stream.values.get_axis(1).get_units(), "V");
     expect_image(image,
                  {.units = "\u00C5",
@@ -56,26 +49,20 @@ TEST(Stp, UnsignedSamplesKeepEveryBitAndTheirHeights)
 
 TEST(Stp, EachSourceHasItsScale)
 {
+    const std::string external = line("ExSourceZFact", "0.5") + line("ExSourceZUnit", "nA"),
+                      shape = " (2: 0 + 100 \u00C5; 2): ";
     const struct {
-        std::string buffer;
-        double low, middle; // of raw 0 and raw 32768
-        const char *units, *label;
+        std::string buffer, label, values; ///< of raw 0, 32768, 0, 0
     } rows[] = {
-        {buffer("9"), 0, 1, "\u00C5", "Topography"},
-        {buffer("2"), -10, 0, "V", "Current, deflection or amplitude"},
-        {buffer("17"), -10, 0, "V", "Input 17"},
-        {buffer("99", line("ExSourceZFact", "0.5") + line("ExSourceZBip", "TRUE") + line("ExSourceZUnit", "nA")),
-         -16384, 0, "nA", "External"},
-        {buffer("99", line("ExSourceZFact", "0.5") + line("ExSourceZUnit", "nA")), 0, 16384, "nA", "External"},
-        {buffer("55"), 0, 32768, "", "Source 55"},
+        {buffer("9"), "Topography [\u00C5]", "0 1 0 0"},
+        {buffer("2"), "Current, deflection or amplitude [V]", "-10 0 -10 -10"},
+        {buffer("17"), "Input 17 [V]", "-10 0 -10 -10"},
+        {buffer("99", external + line("ExSourceZBip", "TRUE")), "External [nA]", "-16384 0 -16384 -16384"},
+        {buffer("99", external), "External [nA]", "0 16384 0 0"},
+        {buffer("55"), "Source 55", "0 32768 0 0"},
     };
-    for (const auto& row : rows) {
-        const auto result = read(formats::read_stp, build(row.buffer, {0, 32768, 1, 1}));
-        const auto& image = image_at(result, 0);
-        EXPECT_NEAR(physical_of(image).at(0), row.low, 1e-9) << row.label;
-        EXPECT_NEAR(physical_of(image).at(1), row.middle, 1e-9) << row.label;
-        expect_image(image, {.label = row.label, .units = row.units});
-    }
+    for (const auto& row : rows)
+        EXPECT_EQ(told(read(formats::read_stp, build(row.buffer, {0, 32768, 0, 0}))), row.label + shape + row.values);
 }
 
 TEST(Stp, DirectionsOfDifferentSourcesStayApart)
@@ -93,19 +80,18 @@ TEST(Stp, RefusesWhatCannotBe)
 {
     expect_refused(formats::read_stp,
                    {
-                       {build(buffer("1", line("length_y", "0")), {1, 2, 3, 4}),
-                        "the scale of axis 2 is 0: it is told by length_y"},
-                       {build(buffer("1", line("length_y", "wide")), {1, 2, 3, 4}), "the scale of axis 2 is no number"},
-                       {build(buffer("1", line("servo_range", "0")), {1, 2, 3, 4}), "the scale of the values is 0"},
+                       {build(buffer("1", line("length_y", "0"))), "the scale of axis 2 is 0: it is told by length_y"},
+                       {build(buffer("1", line("length_y", "wide"))), "the scale of axis 2 is no number"},
+                       {build(buffer("1", line("servo_range", "0"))), "the scale of the values is 0"},
                        {"UK SOFTWARE\r\n", "not a Molecular Imaging header"},
                        {global + buffer("1"), "the end of the header, \"Data_section\", is missing"},
-                       {build("", {1, 2, 3, 4}), "no buffer_id"},
-                       {build(buffer("1", "", "0"), {1, 2, 3, 4}), "buffer 1: samples_x or samples_y"},
-                       {build(buffer("1", "", "65537"), {1, 2, 3, 4}), "above 65536"},
+                       {build(""), "no buffer_id"},
+                       {build(buffer("1", "", "0")), "buffer 1: samples_x or samples_y"},
+                       {build(buffer("1", "", "65537")), "above 65536"},
                        {build(buffer("1"), {1, 2, 3}), "samples from buffer 1 on reach beyond"},
                    });
     expect_cuts_refused(formats::read_stp, build(buffer("1") + buffer("1"), {1, 2, 3, 4, 5, 6, 7, 8}));
-    EXPECT_EQ(type_of(build(buffer("1"), {1, 2, 3, 4}), "a.txt"), FILE_STP);
+    EXPECT_EQ(type_of(build(buffer("1")), "a.txt"), FILE_STP);
 }
 
 } // namespace

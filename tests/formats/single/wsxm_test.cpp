@@ -29,30 +29,25 @@ std::string image(const std::string& extra, const std::string& data)
 
 base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_wsxm, bytes); }
 
+const std::string lineOf2 = "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 1\r\n",
+                  square = "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n",
+                  shorts = le16(20) + le16(10) + le16(40) + le16(30), // over 30 steps
+    floats = le_float(2) + le_float(1) + le_float(4) + le_float(3);
+
 TEST(Wsxm, ImagesStartInTheLowerRightCorner)
 {
-    const struct {
-        const char* type;
-        std::string data;
-    } rows[] = {
-        // Raw 10 to 40 span 3 nm: 0.1 nm a step.
-        {"", le16(20) + le16(10) + le16(40) + le16(30)},
-        {"    Image Data Type: short\r\n", le16(20) + le16(10) + le16(40) + le16(30)},
-        {"    Image Data Type: float\r\n", le_float(2) + le_float(1) + le_float(4) + le_float(3)},
-        {"    Image Data Type: double\r\n", le_double(2) + le_double(1) + le_double(4) + le_double(3)},
-    };
-    for (const auto& row : rows) {
-        const auto result = read(image(row.type, row.data));
-        SCOPED_TRACE(row.type);
-        expect_image(image_at(result, 0),
-                     {.units = "nm", .axes = {"5 1 \u00B5m", "0 250 nm"}, .values = {1, 2, 3, 4}, .isFitted = true});
+    const std::string doubles = le_double(2) + le_double(1) + le_double(4) + le_double(3);
+    const std::pair<std::string, std::string> rows[] = {
+        {"", shorts}, {"short", shorts}, {"float", floats}, {"double", doubles}};
+    for (const auto& [type, data] : rows) {
+        const std::string line = type.empty() ? "" : "    Image Data Type: " + type + "\r\n";
+        EXPECT_EQ(told(read(image(line, data))), "Height [nm] (2: 5 + 1 \u00B5m; 2: 0 + 250 nm): 1 2 3 4") << type;
     }
 }
 
 TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
 {
-    const std::string steps = le16(20) + le16(10) + le16(40) + le16(30), flat = le16(7) + le16(7) + le16(7) + le16(7);
-    const std::string floats = le_float(2) + le_float(1) + le_float(4) + le_float(3);
+    const std::string flat = le16(7) + le16(7) + le16(7) + le16(7);
     const struct {
         std::string amplitude, data;
         std::vector<double> heights;
@@ -60,16 +55,14 @@ TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
     } rows[] = {
         {"    Z Amplitude: 3 nm\r\n", flat, {0, 0, 0, 0}, "nm", "flat image"},
         {"    Z Amplitude: 0 nm\r\n", flat, {0, 0, 0, 0}, "nm", "flat image"},
-        {"    Z Amplitude: 60 arb. units\r\n", steps, {20, 40, 60, 80}, "arb. units", "60 arb. units over a raw"},
-        {"    Z Amplitude: 1,5 \xB5m\r\n", steps, {0.5, 1, 1.5, 2}, "\u00B5m", "raw span of 30"},
-        {"", steps, {10, 20, 30, 40}, "", "Z Amplitude is missing"},
+        {"    Z Amplitude: 60 arb. units\r\n", shorts, {20, 40, 60, 80}, "arb. units", "60 arb. units over a raw"},
+        {"    Z Amplitude: 1,5 \xB5m\r\n", shorts, {0.5, 1, 1.5, 2}, "\u00B5m", "raw span of 30"},
+        {"", shorts, {10, 20, 30, 40}, "", "Z Amplitude is missing"},
         {"    Image Data Type: float\r\n    Z Amplitude: 0 V\r\n", floats, {1, 2, 3, 4}, "V", "Z Amplitude"},
         {"    Image Data Type: float\r\n    Z Amplitude: abc\r\n", floats, {1, 2, 3, 4}, "", "Z Amplitude"},
     };
     for (const auto& row : rows) {
-        const auto result = read(file_of(
-            "SxM Image file", "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n" + row.amplitude,
-            row.data));
+        const auto result = read(file_of("SxM Image file", square + row.amplitude, row.data));
         const recorded_image& made = image_at(result, 0);
         const std::vector<double> heights = physical_of(made);
         for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(heights[i], row.heights[i], 1e-9) << row.amplitude << i;
@@ -86,10 +79,8 @@ TEST(Wsxm, OffsetsAreTakenInTheUnitOfTheSize)
         double start; ///< in micrometres
     } rows[] = {{"-905.5 nm", -0.9055}, {"1.5 \xB5m", 1.5}, {"2 mm", 2000}, {"20 \xC5", 0.002}, {"3 V", 0}, {"4", 0}};
     for (const auto& row : rows) {
-        const auto result = read(file_of("SxM Image file",
-                                         "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + row.offset +
-                                             "\r\n[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n",
-                                         le16(1) + le16(2)));
+        const std::string place = "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + row.offset + "\r\n";
+        const auto result = read(file_of("SxM Image file", place + lineOf2, le16(1) + le16(2)));
         const VLAxis& x = image_at(result, 0).stream.get_dimension(0).get_axis(0);
         EXPECT_NEAR(x.start, row.start, 1e-9) << row.offset;
         EXPECT_EQ(x.scale, 1.0);
@@ -108,35 +99,30 @@ TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
     ASSERT_EQ(uneven->items.size(), 2u);
     expect_image(image_at(uneven, 0), {.values = {0, 3, 4, 4, 2, 0}});
     expect_image(image_at(uneven, 1), {.units = "nN", .over = image_at(uneven, 0).stream.get_name()});
-}
-
-TEST(Wsxm, TheLastNumberOfACurveMayEndTheFile)
-{
-    const std::string lines = "[General Info]\r\n Number of points: 3\r\n";
-    const auto result = read(file_of("FZ curve file", lines, "1 2\n2 3\n3 4"));
-    EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{2, 3, 4}));
+    const auto open = read(file_of("FZ curve file", "[General Info]\r\n Number of points: 3\r\n", "1 2\n2 3\n3 4"));
+    EXPECT_EQ(physical_of(image_at(open, 0)), (std::vector<double>{2, 3, 4})) << "its last number ends the file";
 }
 
 TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
 {
     const std::string two = le16(1) + le16(2);
-    const std::string points = "[General Info]\r\n Number of points: ",
-                      pixels = "[General Info]\r\n Number of columns: 2\r\n Number of rows: 1\r\n";
-    expect_refused(read_wsxm,
-                   {
-                       {"WSxM file", "not a WSxM header"},
-                       {image("", two), "more samples than the file holds"},
-                       {image("", "").substr(0, 200), "[Header end]"},
-                       {image("    Image Data Type: quad\r\n", two), "quad"},
-                       {file_of("SxM Image file", "", two), "Number of columns"},
-                       {file_of("Movie file", "", two), "Movie file"},
-                       {file_of("SxM Image file", pixels + " Z Amplitude: 5x.7449 nm\r\n", two), "no number"},
-                       {file_of("SxM Image file", pixels + "[Control]\r\n X Amplitude: 5x nm\r\n", two), "X Amplitude"},
-                       {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
-                       {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
-                       {file_of("IV curve file", points + "2\r\n", "1 2 3.1.4"), "fewer numbers"},
-                       {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
-                   });
+    const std::string points = "[General Info]\r\n Number of points: ";
+    expect_refused(
+        read_wsxm,
+        {
+            {"WSxM file", "not a WSxM header"},
+            {image("", two), "more samples than the file holds"},
+            {image("", "").substr(0, 200), "[Header end]"},
+            {image("    Image Data Type: quad\r\n", two), "quad"},
+            {file_of("SxM Image file", "", two), "Number of columns"},
+            {file_of("Movie file", "", two), "Movie file"},
+            {file_of("SxM Image file", lineOf2 + " Z Amplitude: 5x.7449 nm\r\n", two), "no number"},
+            {file_of("SxM Image file", lineOf2 + "[Control]\r\n X Amplitude: 5x nm\r\n", two), "X Amplitude"},
+            {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
+            {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
+            {file_of("IV curve file", points + "2\r\n", "1 2 3.1.4"), "fewer numbers"},
+            {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
+        });
 }
 
 } // namespace
