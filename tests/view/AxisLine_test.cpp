@@ -156,21 +156,7 @@ TEST(AxisLine, ZeroLineAndTickAtZero)
         DrawAxisLine(&axis);
     }
     EXPECT_TRUE(dc.operations.empty()) << "no value has a place on an endless axis";
-}
-
-TEST(AxisLine, RepeatedLabelsAndFormats)
-{
-    RecordingDC dc;
-    axis_line axis = horizontal(dc, AXIS_TEXT | AXIS_NO_REPEATS);
-    axis.units = nullptr;
-    axis.end = 1.0;
-    axis.ticNumber = 4; // steps of 0.2; rounded: 0 0 0 1 1 1 and 1 after the last
-    axis.format = "%.0lf";
-    DrawAxisLine(&axis);
-    EXPECT_EQ(labels_of(dc), (std::vector<placed>{{"0", {87, 205}}}));
     DrawAxisLine(nullptr);
-    axis.dc = nullptr;
-    DrawAxisLine(&axis);
 }
 
 TEST(Grid, CrossesTheWholeRectangle)

@@ -17,18 +17,6 @@ protected:
     CWinApp app{host};
 };
 
-TEST_F(ScaleTest, StartsWithItsDefaults)
-{
-    const CScale scale;
-    EXPECT_EQ(scale.paletteId, 3);
-    EXPECT_EQ(scale.autoScaling, 1);
-    EXPECT_EQ(scale.fixedUnits, "nm");
-    EXPECT_EQ(scale.GetSize(), (CSize{256, 22}));
-    EXPECT_EQ(scale.upperDelimiter, 64);
-    EXPECT_EQ(scale.lowerDelimiter, 192);
-    EXPECT_FALSE(scale.IsActive());
-}
-
 TEST_F(ScaleTest, SelectsPalettesWithinWhatThereIs)
 {
     CScale scale;
@@ -108,19 +96,6 @@ TEST_F(ScaleTest, FollowersTakeWhatTheStaticScaleHas)
     EXPECT_EQ(first.getFixedStart(), 7);
 }
 
-TEST_F(ScaleTest, SizesFollowTheDirection)
-{
-    CScale scale;
-    scale.SetDimensions(101, 27);
-    EXPECT_EQ(scale.upperDelimiter, 25);
-    EXPECT_EQ(scale.lowerDelimiter, 76);
-    EXPECT_EQ(scale.stripRect, (RECT{0, 0, 101, 27}));
-    scale.SetDirection(tdVertical);
-    EXPECT_EQ(scale.GetSize(), (CSize{27, 101}));
-    EXPECT_EQ(scale.stripRect, (RECT{0, 0, 27, 101}));
-    EXPECT_EQ(scale.upperDelimiter, 25);
-}
-
 TEST_F(ScaleTest, PaletteFilesFollowTheBuiltInOnes)
 {
     temporary_folder folder;
@@ -144,19 +119,6 @@ TEST_F(ScaleTest, PaletteFilesFollowTheBuiltInOnes)
     directory.set_string("");
     options->set_var(directory);
     options->ReleaseList();
-}
-
-TEST_F(ScaleTest, DrawsThroughItsPalette)
-{
-    CScale scale;
-    scale.SetPaletteId(1);
-    const short samples[] = {3, 4};
-    std::uint8_t pixels[8] = {};
-    int low = 0, high = 0;
-    scale.DrawImage(pixels, samples, 4, {2, 1}, VLAxis(), false, false, nullptr, true, &low, &high);
-    EXPECT_EQ(pixels[4], 255);
-    EXPECT_EQ(low, 3);
-    EXPECT_EQ(high, 4);
 }
 
 TEST(ScaleDrawing, AnEmptyImageDrawsNothingInAnyMode)

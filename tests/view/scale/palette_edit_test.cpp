@@ -150,34 +150,6 @@ TEST_F(PaletteEditorTest, EveryMoveOfThePenReachesTheTableAndItsFollowers)
     EXPECT_EQ(table, before);
 }
 
-TEST_F(PaletteEditorTest, OkKeepsAndCancelTakesBack)
-{
-    host.onForm = [&](CDialog& shown) {
-        lines().OnLButtonDown(MK_LBUTTON, {0, 255});
-        lines().OnMouseMove(MK_LBUTTON, {0, 0});
-        EXPECT_NE(table, before);
-        shown.OnCommand(2);
-    };
-    EXPECT_EQ(dialog.DoModal(), CDialog::resultCancel);
-    EXPECT_EQ(table, before);
-    host.onForm = [](CDialog& shown) { shown.OnCommand(1); };
-    EXPECT_EQ(dialog.DoModal(), CDialog::resultOk);
-    EXPECT_EQ(table[0], 255u) << "the working copy, with the stroke";
-    host.onForm = nullptr;
-    EXPECT_EQ(dialog.DoModal(), CDialog::resultCancel) << "a host that cannot show it";
-}
-
-TEST_F(PaletteEditorTest, TheSelectedLineLiesOnTop)
-{
-    dialog.OnGreen();
-    RecordingDC dc;
-    HeadlessWindow& window = CHeadlessHost::windowOf(lines());
-    window.logic.OnPaint(dc);
-    std::vector<std::pair<colorEntry, int>> pens;
-    for (const drawn& line : dc.all(drawn::kind::lines)) pens.push_back({line.tools.pen.color, line.tools.pen.width});
-    EXPECT_EQ(pens, (std::vector<std::pair<colorEntry, int>>{{0xff, 1}, {0xc00000, 1}, {0xc000, 2}}));
-}
-
 TEST_F(PaletteEditorTest, LoadsAndSavesPaletteFiles)
 {
     temporary_folder folder;

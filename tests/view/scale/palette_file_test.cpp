@@ -29,13 +29,6 @@ TEST(PaletteFile, TakesTheCountFromTheRiffSizeAndDropsFlags)
     EXPECT_EQ(*table, (color_table{0x030201, 0xfdfeff}));
 }
 
-TEST(PaletteFile, TakesForeignHeaderWordsForAColour)
-{
-    const auto table = read("RIFF" + le32(20) + "PAL data" + le32(8) + std::string("\0\3\1\0", 4) + "abcd");
-    ASSERT_TRUE(table);
-    EXPECT_EQ((*table)[0], 0x010300u);
-}
-
 struct bad_palette {
     const char* name;
     std::string bytes;
