@@ -15,23 +15,6 @@
 
 namespace {
 
-TEST_F(EntryTest, EachKindOfWindowHasATemplateOfItsNumber)
-{
-    const unsigned numbers[] = {sectionFrame,    surfaceFrame,       lineFrame,       sceneFrame,
-                                histogramFrame,  parametersFrame,    fourierFrame,    captureFrame,
-                                featuresFrame,   featuresTableFrame, textFrame,       volumeFrame,
-                                parametricFrame, itemsFrame,         itemsTableFrame, collageFrame};
-    EXPECT_EQ(app->docTemplates().size(), std::size(numbers));
-    for (const unsigned number : numbers) {
-        const CDocTemplate* const found = app->findTemplate(number);
-        ASSERT_NE(found, nullptr) << number;
-        EXPECT_NE(found->GetDocString(windowTitle), "") << number;
-        EXPECT_FALSE(menu_resource(number).empty()) << number;
-    }
-    EXPECT_EQ(app->findTemplate(quickViewFrame), nullptr) << "made by the surface template";
-    EXPECT_EQ(view::can_open(view::itemsTableFrame), false) << "its view is not there yet";
-}
-
 TEST_F(EntryTest, OpenDocumentSortsOpensAndRemembersTheFolder)
 {
     host.openPaths = {surface("b.spm"), surface("a.spm"), surface("B.spm")};
@@ -217,12 +200,6 @@ TEST_F(EntryTest, ProgramGoesOnUntilWhatWasChosenIsStored)
     EXPECT_TRUE(std::filesystem::exists(folder / "copy.spm"));
 }
 
-TEST_F(EntryTest, RecentFilesShowTheirAmpersands)
-{
-    app->OpenDocumentFile(surface("a&b&c.spm").c_str());
-    EXPECT_EQ(menuTexts(57616).at(0), (folder / "a&&b&&c.spm").string());
-}
-
 TEST_F(EntryTest, WindowsAreListedActivatedAndClosed)
 {
     for (const char* name : {"a.spm", "b.spm", "c.spm"}) app->OpenDocumentFile(surface(name).c_str());
@@ -310,21 +287,6 @@ TEST_F(EntryTest, TextIsAppendedLineByLine)
     EXPECT_EQ(CHeadlessHost::windowOf(*text).content, text->GetText());
     EXPECT_EQ(GetTextView(&created, &document()), text);
     EXPECT_FALSE(created);
-}
-
-TEST_F(EntryTest, ASurfaceIsRenderedOnceAfterABurst)
-{
-    app->OpenDocumentFile(surface("a.spm").c_str());
-    auto& view = *dynamic_cast<CSurfMathView*>(app->frames()[0]->GetActiveView());
-    host.pump();
-    EXPECT_EQ(CHeadlessHost::windowOf(view).timers.at(5), 10u);
-    view.RefreshDisplay();
-    view.flushTimers();
-    EXPECT_TRUE(CHeadlessHost::windowOf(view).timers.empty());
-    RecordingDC dc;
-    view.OnDrawData(dc);
-    ASSERT_EQ(dc.operations.size(), 1u);
-    EXPECT_EQ(dc.operations[0].box, view.displayRect);
 }
 
 TEST_F(EntryTest, FramesHaveTheirOwnToolsWhereSettingsSay)
