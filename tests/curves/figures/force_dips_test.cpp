@@ -1,9 +1,7 @@
 // What lies between contact and free stretch: local minima and valleys.
 #include "curves/figures/force_curve.h"
 
-#include <cmath>
 #include <gmock/gmock.h>
-#include <limits>
 #include <random>
 
 namespace {
@@ -45,21 +43,6 @@ TEST(LocalMinima, AreLowestOnBothSidesBetweenTheStretches)
         }
         EXPECT_EQ(stats.local_minima, expected) << round;
     }
-}
-
-TEST(LocalMinima, NeedRoomForTheirWindow)
-{
-    std::vector<double> y(100, 1.0);
-    y[50] = 0.0;
-    force_curve_stats stats;
-    stats.slant_last = 40;
-    stats.zero_first = 60;
-    find_loc_fmin(y.data(), 100, stats, 5);
-    EXPECT_THAT(stats.local_minima, ElementsAre(50));
-    stats.local_minima.clear();
-    find_loc_fmin(y.data(), 100, stats, 60);
-    find_loc_fmin(y.data(), 100, stats, std::numeric_limits<int>::max());
-    EXPECT_TRUE(stats.local_minima.empty());
 }
 
 /// A curve over the line 0: contact down to 0 at sample 10, then dips, straight from corner to corner, then 0.
@@ -105,24 +88,6 @@ TEST(Valleys, OfLongStretchesAreFoundOnTheSplineOfTheCurve)
     const std::vector<valley> found = wide.find();
     ASSERT_FALSE(found.empty());
     EXPECT_THAT(found[0], Pair(10, 110));
-}
-
-TEST(Valleys, StayAsTheyWereWithoutAFind)
-{
-    dip_curve none({{10, 0}, {15, -5}, {20, 0}}, 40, 30);
-    none.stats.allocate_valleys(1);
-    none.stats.valleys[0] = {3, 4};
-    none.stats.zero_last = none.stats.zero_first;
-    EXPECT_THAT(none.find(), ElementsAre(Pair(3, 4)));
-    none.stats.zero_last = 39;
-    none.stats.slant_last = 0;
-    EXPECT_THAT(none.find(), ElementsAre(Pair(3, 4)));
-    none.stats.slant_last = 8;
-    none.stats.zero_first = 2; // no room between the stretches
-    EXPECT_THAT(none.find(), ElementsAre(Pair(3, 4)));
-    none.stats.zero_first = 30;
-    none.stats.slant_b = 0.0; // parallel lines cross nowhere
-    EXPECT_FALSE(none.find().empty());
 }
 
 TEST(ValleyArea, IsTheTrapezesUnderTheZeroLine)

@@ -146,44 +146,29 @@ TEST(Profile, OfFloatsIsThatOfTheirConversion)
     EXPECT_EQ(record.values, before.values);
 }
 
-TEST(Profile, CountsAJointOnce)
+TEST(Profile, FollowsTheNearestSamplesOfItsLine)
 {
-    points line{{0, 0}, {10, 0}, {10, 5}};
-    const profile found = taken(slope(), line);
-    EXPECT_THAT(found.segmentLengths, ElementsAre(11, 6));
-    EXPECT_EQ(found.length, 16u);
-    EXPECT_THAT(found.varyingDimensions, ElementsAre(0, 1));
-    EXPECT_EQ(found.dimension(), 0u);
-    EXPECT_THAT(curve(found, 0), ElementsAre(0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 200, 300, 400, 500, 600));
-    EXPECT_EQ(curve(found, 1).front(), 7);
-}
-
-TEST(Profile, TakesTheNearestSamples)
-{
-    points line{{1, 1}, {4, 2}}; // sqrt(10) rounds to 3: samples a step of (1, 1/3) apart
-    EXPECT_THAT(curve(taken(slope(), line), 0), ElementsAre(110, 120, 230, 240));
-    points upwards{{3, 2}, {3, 5}};
-    const profile found = taken(slope(), upwards);
-    EXPECT_EQ(found.dimension(), 1u);
-    EXPECT_THAT(curve(found, 0), ElementsAre(230, 330, 430, 530));
-}
-
-TEST(Profile, BringsPointsIntoTheImage)
-{
-    points line{{-5, 30}, {100, 30}};
-    const profile found = taken(slope(), line);
-    EXPECT_EQ(line, (points{{0, 11}, {19, 11}}));
-    EXPECT_EQ(found.length, 20u);
-    EXPECT_EQ(curve(found, 0).back(), 1290);
-}
-
-TEST(Profile, BetweenEqualPointsIsOneSample)
-{
-    for (const unsigned width : {0u, 2u}) {
-        points line{{3, 3}, {3, 3}};
-        const profile found = taken(slope(), line, width);
-        EXPECT_THAT(found.segmentLengths, ElementsAre(1));
-        EXPECT_THAT(curve(found, 0), ElementsAre(330));
+    const SPMDataStream volume = heights("Volume", {6, 3, 4}, 2);
+    const struct {
+        points line;
+        unsigned halfWidth, subImage, dimension;
+        std::vector<int> samples;
+    } rows[] = {
+        {{{0, 0}, {4, 0}, {4, 2}}, 0, 0, 0, {0, 10, 20, 30, 40, 140, 240}}, // a joint counts once
+        {{{1, 1}, {4, 2}}, 0, 0, 0, {110, 120, 230, 240}},                  // sqrt(10) rounds to 3: a step of (1, 1/3)
+        {{{3, 2}, {3, 5}}, 0, 0, 1, {230, 330, 430, 530}},
+        {{{17, 30}, {100, 30}}, 0, 0, 0, {1270, 1280, 1290}}, // brought into the image
+        {{{3, 3}, {3, 3}}, 2, 0, 0, {330}},
+        {{{2, 3}, {4, 3}, {4, 5}}, 1, 0, 0, {320, 330, 340, 440, 540}}, // a joint is that of the first segment
+        {{{0, 0}, {3, 0}}, 2, 1, 0, {67, 77, 87, 97}},                  // rows -2 ... 2, three of them row 0: 300 / 5
+        {{{0, 1, 2}, {5, 1, 2}}, 0, 0, 0, {42, 43, 44, 45, 46, 47}},    // (2 * 3 + 1) * 6
+        {{{2, 0, 0}, {2, 0, 3}}, 3, 1, 2, {74, 92, 110, 128}},          // volumes have no width
+    };
+    for (const auto& row : rows) {
+        points line = row.line;
+        const profile found = taken(line[0].size() == 3 ? volume : slope(), line, row.halfWidth);
+        EXPECT_EQ(curve(found, row.subImage), row.samples);
+        EXPECT_EQ(found.dimension(), row.dimension);
     }
 }
 
@@ -199,29 +184,6 @@ TEST(Profile, IsEmptyWithoutALineOrSamples)
     SPMDataStream untyped = slope();
     untyped.set_array_type(SPM_ARRAY_VOID);
     EXPECT_TRUE(taken(untyped, line).isEmpty());
-}
-
-TEST(Profile, ReadsAVolumeAlongAnyLine)
-{
-    const SPMDataStream volume = heights("Volume", {6, 3, 4}, 2);
-    points along{{0, 1, 2}, {5, 1, 2}};
-    EXPECT_THAT(curve(taken(volume, along), 0), ElementsAre(42, 43, 44, 45, 46, 47)); // (2 * 3 + 1) * 6
-    points across{{2, 0, 0}, {2, 0, 3}};
-    const profile found = taken(volume, across, 3); // volumes have no width
-    EXPECT_EQ(found.dimension(), 2u);
-    EXPECT_THAT(curve(found, 1), ElementsAre(74, 92, 110, 128));
-}
-
-TEST(Profile, OfAWidthIsAMeanAcrossTheLine)
-{
-    points row{{2, 3}, {6, 3}};
-    EXPECT_THAT(curve(taken(slope(), row, 1), 0), ElementsAre(320, 330, 340, 350, 360));
-    // Five lines at rows -2 … 2, of which three are row 0: (0 + 0 + 0 + 100 + 200) / 5.
-    points edge{{0, 0}, {3, 0}};
-    EXPECT_THAT(curve(taken(slope(), edge, 2), 1), ElementsAre(67, 77, 87, 97));
-    // A joint is that of the first segment.
-    points corner{{2, 3}, {6, 3}, {6, 5}};
-    EXPECT_THAT(curve(taken(slope(), corner, 1), 0), ElementsAre(320, 330, 340, 350, 360, 460, 560));
 }
 
 TEST(Profile, OfAWidthStepsByTheStepOfTheLine)
