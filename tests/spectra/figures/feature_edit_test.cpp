@@ -121,23 +121,6 @@ std::vector<const Feature*> pointers_to(const spectra::feature_list& list)
     return out;
 }
 
-TEST(FeatureEdit, FillsWhatPixelsEncloseAlsoOverCorners)
-{
-    surface of({".......", //
-                "..#....", //
-                ".#.#..#", //
-                "..#..##", //
-                "......."});
-    of.at(2, 2) = -30;
-    const auto list = features_of(of);
-    ASSERT_EQ(list.features.size(), 2u);
-    const std::vector<short> before = of.samples;
-    spectra::fill_inner_areas(of.block(), pointers_to(list));
-    EXPECT_EQ(of.at(2, 2), 1) << "the box holds 4 * 10 - 30, over 9 samples 1.1";
-    of.at(2, 2) = -30;
-    EXPECT_EQ(of.samples, before) << "nothing else";
-}
-
 TEST(FeatureEdit, FillsHolesAlikeInAnyOrderOfFeatures)
 {
     // A ring around a ring, and a third one that reaches into the corner of the outer one's box.

@@ -51,28 +51,6 @@ TEST(Features, LieWhereTheirRectangleLies)
     EXPECT_EQ(list.features[0].skeleton.back(), (CPoint{27, 17}));
 }
 
-TEST(Metrics, OfALineAreItsLengthOnce)
-{
-    surface flat(50, 10);
-    for (int x = 5; x < 45; ++x) flat.at(x, 4) = 100;
-    spectra::feature_source source = source_of(flat);
-    source.axes = {VLAxis(7, 2, "nm"), VLAxis(-1, 3, "nm"), VLAxis(50, 0.5, "pm")};
-    source.zeroLevel = 20;
-    primitives::bit_image mask;
-    const auto list = spectra::feature_list::above(0, source, mask);
-    const auto& of = list.features.at(0).metrics;
-    EXPECT_DOUBLE_EQ(of[L_skel], 39 * 2.0);
-    EXPECT_DOUBLE_EQ(of[P_proj], 2 * 39 * 2.0);
-    EXPECT_DOUBLE_EQ(of[S_px], 40 * 6.0);
-    EXPECT_DOUBLE_EQ(of[V_px], 40 * (80 * 0.5 + 50) * 6.0);
-    EXPECT_DOUBLE_EQ(of[RMS_Z], 0.0);
-    EXPECT_DOUBLE_EQ(of[FF_1], 0.0) << "a line encloses no area";
-    EXPECT_DOUBLE_EQ(of[FF_2], 1.0);
-    EXPECT_DOUBLE_EQ(of[H], 80 * 0.5 + 50);
-    EXPECT_DOUBLE_EQ(of[H_av], 80 * 0.5 + 50);
-    EXPECT_DOUBLE_EQ(of[RMS_H_av], 0.0);
-}
-
 TEST(Metrics, AreThoseOfTheUnitOfXWhicheverWayTheAxesRun)
 {
     // A block of 8 x 5 samples whose sides are 7 * 20 = 140 and 4 * 30 = 120 nm long.
@@ -181,26 +159,6 @@ TEST(Features, MoveWithTheImage)
             EXPECT_EQ(shifted(a.skeleton), b.skeleton);
             EXPECT_EQ(a.metrics, b.metrics);
         }
-    }
-}
-
-TEST(Features, MirrorWithTheImage)
-{
-    surface caps(200, 90), mirrored(200, 90);
-    for (const auto& [x, y, r] : {std::array{30.3, 40.1, 25.0}, {100.0, 30.0, 20.0}, {150.7, 55.2, 30.0}})
-        caps.addCap(x, y, r, 10);
-    for (int y = 0; y < 90; ++y)
-        for (int x = 0; x < 200; ++x) mirrored.at(x, y) = caps.at(199 - x, y);
-    const auto a = features_of(caps), b = features_of(mirrored);
-    ASSERT_EQ(a.features.size(), 3u);
-    ASSERT_EQ(b.features.size(), 3u);
-    for (const Feature& of : a.features) {
-        const auto other = std::find_if(b.features.begin(), b.features.end(), [&](const Feature& each) {
-            return each.bounds == CRect(200 - of.bounds.right, of.bounds.top, 200 - of.bounds.left, of.bounds.bottom);
-        });
-        ASSERT_NE(other, b.features.end());
-        for (const std::size_t each : {P_proj, S_px, V_px, RMS_Z, FF_1, H, H_av, RMS_H_av})
-            EXPECT_NEAR(other->metrics[each], of.metrics[each], 1e-9) << each;
     }
 }
 

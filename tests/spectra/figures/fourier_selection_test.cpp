@@ -34,15 +34,6 @@ TEST(SelectionParts, LieInTheRightHalfPlaneOnOneSideOfRow0)
     for (const auto& [rect, parts] : cases) EXPECT_EQ(parts_of(rect), parts) << rect.left << ", " << rect.top;
 }
 
-TEST(SelectionPoints, GoThroughTheOriginAndWrapRows)
-{
-    EXPECT_EQ(normalize_point({3, 2}, 8), (CPoint{3, 2}));
-    EXPECT_EQ(normalize_point({3, -2}, 8), (CPoint{3, 6}));
-    EXPECT_EQ(normalize_point({-3, 2}, 8), (CPoint{3, 6}));
-    EXPECT_EQ(normalize_point({-3, -2}, 8), (CPoint{3, 2}));
-    EXPECT_EQ(mirror_rect({1, 2, 3, 4}), (CRect{-1, -2, -3, -4}));
-}
-
 int wrapped(int value, int count) { return (value % count + count) % count; }
 
 /// Where the packed form keeps a bin of the full spectrum, or its mirror image: one number or two.

@@ -221,23 +221,6 @@ TEST(SpectrumEdits, StandScalingBeyondAllMeasure)
     restore_frame(spectrum, picture);
 }
 
-TEST(SpectrumEdits, MoveWithTheFrame)
-{
-    // A frame of waves, shifted along itself: so is what is left of it.
-    const auto wave = [](int x, int y) { return slow_wave(x) + fast_wave(x, y) + 40.0 * ((x * 7 + y * 3) % 5); };
-    constexpr int dx = 20, dy = 8; // a whole period of both waves, so that the plane stays
-    const heights still = make_frame(60, 40, wave);
-    const heights moved = make_frame(60, 40, [&](int x, int y) { return wave((x + dx) % 60, (y + dy) % 40); });
-    const std::vector<CRect> drawn = {{-3, -6, 12, 6}};
-    const heights a = edited(still, 60, 40, drawn, selection_shape::elliptic, {zeroOuter});
-    const heights b = edited(moved, 60, 40, drawn, selection_shape::elliptic, {zeroOuter});
-    for (int y = 0; y < 40; ++y)
-        for (int x = 0; x < 60; ++x)
-            ASSERT_NEAR(b[static_cast<std::size_t>(y * 60 + x)],
-                        a[static_cast<std::size_t>((y + dy) % 40 * 60 + (x + dx) % 60)], 2.0)
-                << x << ", " << y;
-}
-
 TEST(FrameSpectrum, DoesNotDependOnTheNumberOfThreads)
 {
     const heights samples = rough_frame(203, 117);
