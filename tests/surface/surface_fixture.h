@@ -48,6 +48,28 @@ protected:
         view.flushTimers();
         return view;
     }
+    // The mouse, by samples.
+    static CPoint client(CDCView& view, CPoint sample) { return {view.xsrc2clnt(sample.x), view.ysrc2clnt(sample.y)}; }
+    static void choose(CSurfMathView& view, unsigned mode) { view.OnCmdMsg(6001 + mode, nullptr); }
+    static void press(CSurfMathView& view, CPoint at, unsigned flags = 0)
+    {
+        view.OnMouseMove(flags, client(view, at));
+        view.OnLButtonDown(flags | MK_LBUTTON, client(view, at));
+    }
+    static void drag(CSurfMathView& view, CPoint to, unsigned flags = 0)
+    {
+        view.OnMouseMove(flags | MK_LBUTTON, client(view, to));
+    }
+    static void release(CSurfMathView& view, CPoint at, unsigned flags = 0)
+    {
+        view.OnLButtonUp(flags, client(view, at));
+    }
+    static void draw(CSurfMathView& view, CPoint from, CPoint to)
+    {
+        press(view, from);
+        drag(view, to);
+        release(view, to);
+    }
     bool isEnabled(CSurfMathView& view, unsigned id)
     {
         CCmdUI ui{.m_nID = id};

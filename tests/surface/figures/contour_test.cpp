@@ -1,13 +1,11 @@
 // Lines traced on samples: isolines, ridges, and what is measured along them.
 #include "surface/figures/isoline.h"
 #include "surface/figures/lengthy_object.h"
-#include "surface/figures/measurements.h"
 #include "surface/figures/ridge_path.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
-#include <set>
 
 namespace {
 
@@ -123,30 +121,6 @@ TEST(RidgePath, FollowsTheHighGround)
     EXPECT_TRUE(surface::ridge_path(bend.frame(), {3, 3}, {10, 3}).empty());
 }
 
-TEST(RidgePath, LongWaysAreSearchedInPieces)
-{
-    const int side = 3000;
-    std::vector<std::int16_t> samples(static_cast<std::size_t>(side) * side);
-    const surface::sample_frame frame{samples, side, side};
-    const points path = surface::ridge_path(frame, {5, 5}, {2990, 2500});
-    EXPECT_EQ(path.size(), 2986u);
-    for (std::size_t i = 1; i < path.size(); ++i) {
-        const CSize step = path[i] - path[i - 1];
-        ASSERT_EQ(std::max(std::abs(step.cx), std::abs(step.cy)), 1) << i;
-    }
-}
-
-TEST(LengthyObject, IsSimplifiedWithinTheRadius)
-{
-    const points path = {{0, 0}, {1, 0}, {2, 1}, {3, 0}, {4, 0}, {4, 1}, {4, 2}, {4, 3}};
-    EXPECT_EQ(surface::simplified(path, 0.0), path);
-    EXPECT_EQ(surface::simplified(path, 1.0), points({{0, 0}, {4, 0}, {4, 3}}));
-    EXPECT_EQ(surface::simplified(path, 100.0), points({{0, 0}, {4, 3}}));
-    const surface::lengthy_trace kept = surface::finished({{{0, 0}, {4, 3}}, path}, 1.0);
-    EXPECT_EQ(kept.path, points({{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}, {4, 1}, {4, 2}, {4, 3}}));
-    EXPECT_EQ(surface::straight_path({0, 0}, {-4, 2}), points({{0, 0}, {-1, 1}, {-2, 1}, {-3, 2}, {-4, 2}}));
-}
-
 TEST(LengthyObject, ObjectsOfAnImageShareOneMask)
 {
     document::decorations kept;
@@ -165,34 +139,6 @@ TEST(LengthyObject, ObjectsOfAnImageShareOneMask)
     store({{0, 0}}, {2, 2});
     EXPECT_EQ(kept.all().at(surface::lengthyMaskKey).members.at(0).elements.at(0).bytes,
               std::vector<unsigned char>({1, 0, 0, 0}));
-}
-
-TEST(Measurements, AnglesFoldToHalfATurn)
-{
-    struct {
-        CPoint first, second;
-        double x, y, degrees;
-    } const cases[] = {{{1, 0}, {0, 1}, 1, 1, 90},  {{0, 1}, {1, 0}, 1, 1, 90},   {{1, 0}, {-1, 0}, 1, 1, 180},
-                       {{1, 1}, {1, -1}, 1, 1, 90}, {{1, 0}, {1, 0}, 1, 1, 0},    {{-1, -1}, {-1, 1}, 1, 1, 90},
-                       {{1, 0}, {3, 1}, 1, 3, 45},  {{1, 0}, {-3, 4}, 4, 3, 135}, {{-3, -1}, {-3, 1}, 1, 3, 90}};
-    for (const auto& each : cases)
-        EXPECT_NEAR(surface::angle_between({0, 0, each.first.x, each.first.y},
-                                           {5, 5, 5 + each.second.x, 5 + each.second.y}, {each.x, each.y, "nm"}),
-                    each.degrees, 1e-9)
-            << each.first.x << ',' << each.first.y << " to " << each.second.x << ',' << each.second.y;
-}
-
-TEST(Measurements, LengthsReadWell)
-{
-    const surface::sample_steps steps = surface::steps_of(VLAxis(0, 0.02, "um"), VLAxis(0, 30, "nm"));
-    EXPECT_EQ(steps.units, "um");
-    EXPECT_NEAR(steps.y, 0.03, 1e-12);
-    EXPECT_NEAR(surface::path_length(points{{0, 0}, {3, 0}, {3, 4}}, steps), 0.06 + 0.12, 1e-12);
-    EXPECT_EQ(surface::path_length(points{{3, 4}}, steps), 0.0);
-    EXPECT_EQ(surface::length_text(points{{0, 0}, {3, 0}, {3, 4}}, steps).text, L"L=180 nm");
-    EXPECT_EQ(surface::length_text(points{{0, 0}, {3, 0}}, {333.3333333, 1.0, "nm"}).text, L"L=1 \u00B5m")
-        << "999.9999999";
-    EXPECT_FALSE(surface::total_text(0, {10, 10}).isVisible);
 }
 
 } // namespace

@@ -66,20 +66,6 @@ TEST_F(MeasurementTest, StatusTellsWhatADragMeasures)
     EXPECT_EQ(status(cursor_mode::angle, {2, 2, 0, 2}), L"Angle=180.0 deg, Z=28 nm");
 }
 
-TEST_F(MeasurementTest, DistancesGatherOnTheClipboard)
-{
-    CHeadlessHost host;
-    CWinApp app(host);
-    drawn.selection = {0, 0, 3, 2};
-    EXPECT_TRUE(append_to_clipboard(distance_table_text(map, drawn)));
-    drawn.marks = {{3, 2}};
-    drawn.selection = {3, 0, 3, 0};
-    EXPECT_TRUE(append_to_clipboard(distance_table_text(map, drawn)));
-    EXPECT_EQ(host.clips.content, L"Distance, nm\tHeight, nm\r\n 500\t  22\r\n   0\t   0\r\n");
-    host.clips.busy = true;
-    EXPECT_FALSE(append_to_clipboard(L"more"));
-}
-
 TEST_F(MeasurementTest, ClipboardTakesWhatTheLegendsShow)
 {
     legend_content content;

@@ -11,7 +11,6 @@
 namespace {
 
 using surface::cursor_mode;
-using points = std::vector<CPoint>;
 
 TEST(Regions, StayInsideTheImage)
 {
@@ -37,25 +36,6 @@ TEST(Regions, StayInsideTheImage)
     }
     state.mode = cursor_mode::distance;
     EXPECT_EQ(surface::selection_bounds(state, CRect(10, 5, 30, 20), image), CRect(0, 0, 50, 30));
-}
-
-TEST(Regions, ReplaceWhereNothingWasSelected)
-{
-    surface::selection_state state;
-    state.region = CRgn(CRect(0, 0, 5, 5));
-    state.combine = surface::combine_mode::add;
-    state.selection = {10, 10, 12, 12};
-    surface::finish_region(state, CRgn(surface::covered_rect(state.selection)), {50, 30});
-    EXPECT_EQ(state.region.GetRgnBox(), CRect(10, 10, 13, 13));
-}
-
-TEST(DecorationText, IsWrittenAndReadBack)
-{
-    const surface::decoration_lists lists{{{{1, 2}, {3, 4}}, {{-5, 6}}}, {{7, 8}}, {{{9, 10}, {11, 12}}}};
-    const std::string text = surface::decoration_text(lists);
-    EXPECT_EQ(text, "\\Curve 1: 1,2;3,4;\r\n\\Curve 2: -5,6;\r\n\\Marks: 7,8;\r\n\\Curve profile 1: 9,10;11,12;\r\n");
-    EXPECT_EQ(surface::read_decoration_text(text), lists);
-    EXPECT_EQ(surface::decoration_text({}), "");
 }
 
 TEST(DecorationText, IsReadLenientlyButNeverGuessed)

@@ -67,28 +67,6 @@ std::vector<std::string> texts_of(const std::vector<statistics_row>& rows, std::
     return surface::row_texts(rows, [room](const std::string& text) { return text.size() <= room; });
 }
 
-TEST(RowTexts, LoseDigitsBehindThePointFirst)
-{
-    const struct {
-        double value;
-        std::size_t room;
-        const char* text;
-    } cases[] = {
-        {204.512345, 99, "Rq: 204.512 nm"}, {204.512345, 13, "Rq: 204.51 nm"},
-        {204.512345, 10, "Rq: 205 nm"},     {204.512345, 5, "Rq: 205 nm"},
-        {-0.0625, 12, "Rq: -0.06 nm"},      {0.0, 3, "Rq: 0 nm"},
-        {123456.7, 3, "Rq: 123457 nm"},     {1234567.8, 14, "Rq: 1234568 nm"},
-        {1234567.8, 13, "Rq: 1E+06 nm"},    {9.7, 9, "Rq: 10 nm"},
-        {99.97, 11, "Rq: 100 nm"},          {999.6, 11, "Rq: 1000 nm"},
-        {0.00123, 99, "Rq: 0.00123 nm"},    {3e-7, 99, "Rq: 3E-07 nm"},
-        {1.25e20, 13, "Rq: 1E+20 nm"},
-    };
-    for (const auto& each : cases)
-        EXPECT_EQ(texts_of({{"Rq", each.value, "nm"}}, each.room).front(), each.text) << each.value;
-    EXPECT_EQ(texts_of({{"", 0, "Statistics"}, {"Rsk", -0.5, ""}}, 99),
-              (std::vector<std::string>{"Statistics:", "Rsk: -0.5"}));
-}
-
 TEST(RowTexts, OfHeightsHaveOneCountOfDecimals)
 {
     const std::vector<statistics_row> small = {{"Zmax", 204.5, "nm", true},
@@ -131,14 +109,6 @@ TEST(RowTexts, OfSmallRoughnessHaveThreeDigitsOfTheirOwn)
     }
     const auto far = texts_of({{"Zmax", 151.594, "µm", true}, {"Rmax", 2.21875, "µm", true}}, 14);
     EXPECT_EQ(far, (std::vector<std::string>{"Zmax: 152 µm", "Rmax: 2.22 µm"}));
-}
-
-TEST(StatisticsRow, ReadsWellAsItIsWritten)
-{
-    for (const auto& [value, units] : {std::pair{999.9999, "µm"}, {1000.0, "µm"}, {999.99, "nm"}, {0.9999999, "nm"}})
-        EXPECT_EQ(surface::reading_well({"Rmax", value, "nm"}).units, units) << value;
-    const auto rows = surface::frame_statistics(std::vector<std::int16_t>{0, 9999}, 2, VLAxis(0, 0.1000099999, "nm"));
-    EXPECT_EQ(rows[3].units, "µm") << "999.99990";
 }
 
 TEST(FrameStatistics, ThinFlatAndMissingFramesHaveNoRoughness)

@@ -41,26 +41,6 @@ surface::step_settings settings_of(int border, int rows, int gap,
     return made;
 }
 
-TEST(StepSearch, FindsTheEdgesOfTerraces)
-{
-    terraces of(120, 60);
-    const auto straight = [](int) { return 30; };
-    const auto slanted = [](int y) { return 70 + y / 3; };
-    of.addEdge(straight, 300, 0, 59);
-    of.addEdge(slanted, 500, 0, 59);
-    const auto steps = surface::find_steps(of.frame(), settings_of(5, 10, 2));
-    ASSERT_EQ(steps.size(), 2u);
-    for (int y = 0; y < 60; ++y) {
-        // The slope at a sample is that between its neighbours: it is as steep on either side of an edge, and the
-        // first counts.
-        const auto row = static_cast<std::size_t>(y);
-        EXPECT_EQ(steps[0][row], (surface::step_point{y, 29}));
-        EXPECT_EQ(steps[1][row], (surface::step_point{y, slanted(y) - 1}));
-    }
-    EXPECT_TRUE(surface::find_steps(of.frame(), settings_of(5, 10, 2, steps_direction::leftToRight)).empty())
-        << "all of them rise";
-}
-
 TEST(StepSearch, MovesAndMirrorsWithTheImage)
 {
     std::mt19937 random(3);
@@ -125,31 +105,6 @@ TEST(StepSearch, HonoursRowsAndLength)
     EXPECT_EQ(rows(), std::pair(-1, -1)) << "it begins behind the first five rows";
 }
 
-TEST(StepSearch, NeedsSlopesAboveTheThreshold)
-{
-    terraces flat(50, 30);
-    EXPECT_TRUE(surface::find_steps(flat.frame(), settings_of(3, 2, 1)).empty());
-    EXPECT_TRUE(surface::find_steps({}, settings_of(3, 2, 1)).empty());
-    // A low edge among high ones: 2 of 50 slopes of each row are 400, 2 are 40.
-    flat.addEdge([](int) { return 12; }, 400, 0, 29);
-    flat.addEdge([](int) { return 35; }, 40, 0, 29);
-    surface::step_settings settings = settings_of(3, 2, 1);
-    EXPECT_EQ(surface::find_steps(flat.frame(), settings).size(), 1u) << "mean 17.6, deviation 78.4";
-    settings.threshold = 0.25;
-    EXPECT_EQ(surface::find_steps(flat.frame(), settings).size(), 2u) << "17.6 + 19.6 is below 40";
-    settings.threshold = 1e300;
-    EXPECT_TRUE(surface::find_steps(flat.frame(), settings).empty());
-}
-
-TEST(StepSearch, WithoutABorderEveryColumnIsAStep)
-{
-    terraces of(5, 4);
-    const auto steps = surface::find_steps(of.frame(), settings_of(0, 2, 1));
-    ASSERT_EQ(steps.size(), 5u);
-    for (std::int32_t c = 0; c < 5; ++c)
-        EXPECT_EQ(steps[static_cast<std::size_t>(c)], (surface::surface_step{{0, c}, {1, c}, {2, c}, {3, c}}));
-}
-
 /// The window by window definition, with the jumps from one to the next.
 std::vector<std::int32_t> windowed(const std::vector<std::int32_t>& values, std::int32_t floor, int reach)
 {
@@ -178,18 +133,6 @@ TEST(StepSearch, PeaksAreThoseOfSlidingWindows)
     }
 }
 
-TEST(StepSettings, AreProposedFromTheSizeOfTheImage)
-{
-    const auto of = surface::step_settings::proposed(496, 350);
-    EXPECT_EQ(of.leftBorder, 16) << "15.5";
-    EXPECT_EQ(of.searchRows, 27) << "26.9";
-    EXPECT_EQ(of.gap, 4) << "3.5";
-    const auto tiny = surface::step_settings::proposed(1, 1);
-    EXPECT_EQ(tiny.leftBorder, 0);
-    EXPECT_EQ(tiny.searchRows, 1);
-    EXPECT_EQ(tiny.gap, 1);
-}
-
 TEST(StepResults, AreImagesOfColumnsOverRows)
 {
     CStorageDoc document;
@@ -207,8 +150,6 @@ TEST(StepResults, AreImagesOfColumnsOverRows)
     EXPECT_EQ(surface::add_step_images(document, 0, steps, settings), 2u);
     ASSERT_EQ(document.getImagesNumber(), 3u);
     const SPMDataStream& made = document.getImage(1);
-    EXPECT_STREQ(made.get_name(), "step0");
-    EXPECT_STREQ(made.get_description(), "Step 1");
     EXPECT_STREQ(document.getImage(2).get_name(), "step1");
     const auto* const values = static_cast<const short*>(made.array_data());
     EXPECT_EQ(values[0], 12) << "20 - 7 - 1";
@@ -219,9 +160,6 @@ TEST(StepResults, AreImagesOfColumnsOverRows)
     EXPECT_EQ(made.get_dimension(0).get_axis(0), VLAxis(12, 3, "nm"));
     EXPECT_EQ(made.get_dimension(0).get_axis(1), VLAxis(4, 1, "line"));
     EXPECT_STREQ(document.getString("stepsearch.leftBorder", 1), "5");
-    EXPECT_STREQ(document.getString("stepsearch.threshold", 2), "1");
-    EXPECT_EQ(document.strings(1).size(), 7u);
-
     const auto forward = surface::make_step_stream(steps[0], 3, steps_direction::leftToRight, 20, {}, {});
     EXPECT_EQ(static_cast<const short*>(forward.array_data())[0], 7);
     surface::step_mask mask(steps, {20, 10});

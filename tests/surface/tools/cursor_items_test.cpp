@@ -96,28 +96,6 @@ TEST_F(CursorTest, WhatLiesAboveIsHitFirst)
     EXPECT_EQ(found({5, 5}), hot_action::none);
 }
 
-TEST(HotTools, EveryActionHasItsPointer)
-{
-    struct {
-        hot_action action;
-        int plain, withControl;
-    } const cases[] = {{hot_action::sectionVertex, 5014, 5014}, {hot_action::moveMark, 5015, 5015},
-                       {hot_action::deleteMark, 5016, 5016},    {hot_action::moveVertex, 5017, 5017},
-                       {hot_action::deleteVertex, 5018, 5042},  {hot_action::volumeMark, 5019, 5019},
-                       {hot_action::insertVertex, 5020, 5020},  {hot_action::activateCurve, 5040, 5040},
-                       {hot_action::decoration, 5043, 5043},    {hot_action::pan, 5044, 5044},
-                       {hot_action::moveSection, 5045, 5045}};
-    for (const auto& each : cases) {
-        const surface::hot_tool* const tool = surface::hot_tool_of(each.action);
-        ASSERT_NE(tool, nullptr) << static_cast<int>(each.action);
-        surface::selection_state state;
-        state.hotAction = each.action;
-        EXPECT_EQ(tool->pointerFor(state, {}).number, each.plain);
-        EXPECT_EQ(tool->pointerFor(state, {.control = true}).number, each.withControl);
-    }
-    EXPECT_EQ(surface::hot_tool_of(hot_action::none), nullptr);
-}
-
 TEST_F(CursorTest, SectionsAreDraggedByVertexAndByLine)
 {
     FakeSection section({120, 80}, {{10, 10}, {100, 10}});

@@ -47,21 +47,6 @@ TEST_F(CursorTest, SubtractingFromNothingLeavesTheRestOfTheImage)
     EXPECT_FALSE(state.region.PtInRegion({10, 25}));
 }
 
-TEST_F(CursorTest, ARegionOfAnEarlierVisitTakesNoPart)
-{
-    choose(cursor_mode::rectangle);
-    draw({5, 5}, {10, 10});
-    choose(cursor_mode::marks);
-    choose(cursor_mode::ellipse);
-    EXPECT_FALSE(state.selectionActive);
-    draw({20, 20}, {29, 25}, MK_CONTROL);
-    EXPECT_EQ(box(), CRect(20, 20, 30, 26));
-    EXPECT_LT(state.region.area(), 60) << "corners lie outside of an ellipse";
-    EXPECT_NEAR(static_cast<double>(state.region.area()), 3.14159 / 4 * 10 * 6, 5);
-    choose(cursor_mode::isoline);
-    EXPECT_TRUE(state.selectionActive) << "region modes share the region";
-}
-
 TEST_F(CursorTest, AnIsolineSelectsAnIsland)
 {
     raise({10, 10, 20, 16});
@@ -84,53 +69,6 @@ TEST_F(CursorTest, AnIsolineSelectsAnIsland)
     EXPECT_EQ(box(), CRect(13, 13, 22, 18)) << "moved";
     draw({40, 2}, {50, 2});
     EXPECT_FALSE(state.selectionActive);
-}
-
-TEST_F(CursorTest, ASectionOpensFromADrag)
-{
-    choose(cursor_mode::section);
-    draw({5, 5}, {7, 7});
-    EXPECT_TRUE(world.openedSections.empty()) << "too short on both axes";
-    draw({5, 5}, {5, 30});
-    EXPECT_EQ(world.openedSections, std::vector<points>({{{5, 5}, {5, 30}}}));
-    EXPECT_FALSE(state.selectionActive);
-}
-
-TEST_F(CursorTest, ADistanceIsMeasuredInPhysicalUnits)
-{
-    choose(cursor_mode::distance);
-    draw({10, 10}, {12, 11});
-    EXPECT_FALSE(state.selectionActive);
-    draw({10, 10}, {16, 18});
-    EXPECT_TRUE(state.selectionActive) << "it stays on the picture";
-    // 6 * 2 nm and 8 * 3 nm: sqrt(144 + 576) = 26.8328.
-    EXPECT_EQ(state.measure.text, L"L=26.8328 nm");
-    EXPECT_EQ(state.measure.position, (CPoint{16, 18}));
-    EXPECT_EQ(world.statistics, 0) << "12 characters";
-    world.y = VLAxis(0, 0.003, "um");
-    draw({10, 10}, {16, 18});
-    EXPECT_EQ(state.measure.text, L"L=26.8328 nm") << "rows in the unit of columns";
-    world.options["text.compact_length"] = 12;
-    draw({10, 10}, {16, 18});
-    EXPECT_EQ(world.statistics, 1);
-}
-
-TEST_F(CursorTest, AnAngleTakesTwoDrags)
-{
-    world.y = world.x;
-    choose(cursor_mode::angle);
-    draw({10, 10}, {20, 10});
-    EXPECT_FALSE(state.measure.isVisible);
-    EXPECT_FALSE(state.angleFirstArmPending);
-    draw({10, 10}, {10, 2});
-    EXPECT_EQ(state.measure.text, L"Angle=90.0 deg");
-    EXPECT_EQ(state.measure.position, (CPoint{10, 10}));
-    EXPECT_TRUE(state.angleFirstArmPending);
-    draw({10, 10}, {20, 10});
-    EXPECT_FALSE(state.measure.isVisible);
-    draw({10, 10}, {11, 11});
-    EXPECT_FALSE(state.selectionActive) << "too short: it begins anew";
-    EXPECT_TRUE(state.angleFirstArmPending);
 }
 
 TEST_F(CursorTest, MarksAreSetMovedAndTakenAway)
@@ -269,44 +207,6 @@ TEST_F(CursorTest, BrushesOfFeaturesAreToldOfEveryStroke)
     EXPECT_FALSE(state.selectionActive);
     machine.setMode(99);
     EXPECT_EQ(state.mode, cursor_mode::excludeFeatures);
-}
-
-TEST_F(CursorTest, EveryModeHasAPointerOfItsOwn)
-{
-    for (int mode = 0; mode <= 12; ++mode) {
-        machine.setMode(mode);
-        EXPECT_EQ(world.cursor, mode <= 10 ? 5001 + mode : 5046 + mode - 11) << mode;
-    }
-}
-
-TEST_F(CursorTest, CursorsShowWhatAModifierDoes)
-{
-    struct {
-        cursor_mode mode;
-        std::set<unsigned> keys;
-        int cursor;
-    } const cases[] = {{cursor_mode::rectangle, {}, 5001},
-                       {cursor_mode::ellipse, {VK_CONTROL, VK_MENU}, 5034},
-                       {cursor_mode::ellipse, {VK_MENU, VK_SHIFT}, 5035},
-                       {cursor_mode::rectangle, {VK_SHIFT}, 5036},
-                       {cursor_mode::section, {VK_CONTROL}, 5003},
-                       {cursor_mode::isoline, {}, 5011},
-                       {cursor_mode::isoline, {VK_MENU}, 5038},
-                       {cursor_mode::lengthyObject, {VK_CONTROL}, 5041},
-                       {cursor_mode::lengthyObject, {VK_SHIFT}, 5010}};
-    for (const auto& each : cases) {
-        choose(each.mode);
-        world.keys = each.keys;
-        machine.keyDown(VK_MENU);
-        machine.setDefaultCursor();
-        EXPECT_EQ(world.cursor, each.cursor) << static_cast<int>(each.mode);
-    }
-    choose(cursor_mode::ellipse);
-    world.keys.clear();
-    press({5, 5}, MK_CONTROL);
-    machine.keyUp(VK_CONTROL);
-    EXPECT_EQ(world.cursor, 5034) << "a drag goes on as it began";
-    EXPECT_EQ(world.wholeRepaints, 1);
 }
 
 TEST_F(CursorTest, ADragRepaintsOnlyWhereItIs)

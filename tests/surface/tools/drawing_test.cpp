@@ -46,12 +46,6 @@ TEST(RenderStep, PartsOfTheImageAreFoundInThePicture)
         EXPECT_EQ(view::shown_part(each.part, each.window, each.size), each.shown) << each.part.left;
 }
 
-TEST(SelectionDrawing, ARegionIsCarriedToTheWindowUpsideDown)
-{
-    const CRgn region = surface::to_client(CRgn(CRect(2, 1, 5, 3)), geometry);
-    EXPECT_EQ(region.GetRgnBox(), CRect(120, 120, 150, 140));
-}
-
 TEST(SelectionDrawing, RegionsAreFramedAndFilledWhenTheDragIsOver)
 {
     surface::selection_state state = dragging(cursor_mode::rectangle);

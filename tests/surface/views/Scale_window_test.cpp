@@ -2,8 +2,6 @@
 #include "surface/surface_fixture.h"
 #include "view/scale/CustomPaletteDialog.h"
 #include "view/scale/PaletteBar.h"
-#include "view/scale/PaletteMenuButton.h"
-#include "view/scale/palette_file.h"
 
 #include <gtest/gtest.h>
 
@@ -152,29 +150,6 @@ TEST_F(ScaleWindowTest, DraggingADelimiterStretchesTheWindowLive)
     EXPECT_FALSE(leader().IsActive());
 }
 
-TEST_F(ScaleWindowTest, AWindowOffTheDataStartsFromTheirRange)
-{
-    leader().SetAutoScaling(0);
-    leader().setFixedUnits("V");
-    leader().OnMouseMove(0, {64, 10});
-    leader().OnLButtonDown(MK_LBUTTON, {64, 10});
-    EXPECT_STREQ(leader().getFixedUnits(), "nm");
-    EXPECT_EQ(leader().getFixedStart(), 0.0);
-    EXPECT_EQ(leader().getFixedSize(), 99.0);
-    EXPECT_EQ(view(0).hints, (std::vector<std::uint32_t>{4}));
-    leader().OnLButtonUp(0, {64, 10});
-    leader().setFixedSize(50.0);
-    leader().OnLButtonDblClk(MK_LBUTTON, {5, 5});
-    EXPECT_EQ(leader().getFixedSize(), 99.0) << "a double click always";
-    host.focus = nullptr;
-    leader().setFixedUnits("V");
-    leader().OnLButtonDblClk(MK_LBUTTON, {5, 5});
-    EXPECT_STREQ(leader().getFixedUnits(), "V") << "no view to take it from";
-    leader().SetAutoScaling(1);
-    leader().OnMouseMove(0, {64, 10});
-    EXPECT_FALSE(leader().IsActive()) << "in fixed mode only";
-}
-
 TEST_F(ScaleWindowTest, AFollowersStripChangesWhatItFollows)
 {
     host.popupChoice = fixedCommand;
@@ -211,32 +186,6 @@ TEST_F(ScaleWindowTest, APressThatMovesNothingBelongsToTheView)
     EXPECT_EQ(view(0).presses[0], (std::pair{unsigned{MK_LBUTTON | MK_SHIFT}, CPoint{652 - 21 + 3, 15 + 20}}));
     leader().OnLButtonDown(MK_LBUTTON, {3, 20}); // has no parent window
     EXPECT_EQ(view(0).presses.size(), 1u);
-}
-
-TEST_F(ScaleWindowTest, TheEditorShowsItsStrokesInAllViews)
-{
-    leader().SetPaletteId(5);
-    host.onForm = [&](CDialog& shown) {
-        EXPECT_EQ(leader().GetPaletteId(), 0);
-        host.focus = nullptr; // the dialog has it
-        view(1).hints.clear();
-        CWnd& lines = *shown.pane(CCustomPaletteDialog::linesPane);
-        lines.Create(nullptr, window_kind::child);
-        lines.MoveWindow({0, 0, 100, 256});
-        lines.OnLButtonDown(MK_LBUTTON, {99, 200});
-        lines.OnMouseMove(MK_LBUTTON, {99, 0});
-        for (std::size_t i = 0; i < 2; ++i) {
-            EXPECT_EQ(strip(i).GetPaletteId(), 0);
-            // Entry 2047 * 99 / 100 of the zebra, whose level there is |(2026 + 255) % 510 - 255|.
-            EXPECT_EQ(strip(i).GetColor(2026, 2047), 255u | 14u << 8 | 14u << 16) << "red";
-        }
-        EXPECT_EQ(view(1).hints, (std::vector<std::uint32_t>{0x104}));
-        shown.OnCommand(2);
-    };
-    leader().OnCmdMsg(customCommand, nullptr);
-    EXPECT_EQ(leader().GetPaletteId(), 5) << "cancelled";
-    EXPECT_EQ(strip(1).GetPaletteId(), 5);
-    EXPECT_EQ(*CScale::getPalette(0), color_table(255)) << "as it was";
 }
 
 TEST_F(ScaleWindowTest, TheEditorBeginsWithThePaletteInUse)
@@ -300,8 +249,6 @@ TEST_F(ScaleWindowTest, TheBarKeepsItsStateAsBytes)
     ASSERT_EQ(bytes.size(), 5 * 4 + 3 * 8 + 4 + 3u);
     EXPECT_EQ(bytes[0], std::byte{30}) << "the width of the upright strip";
     EXPECT_EQ(bytes[4], std::byte{300 - 256});
-    EXPECT_EQ(bytes[5], std::byte{1});
-    EXPECT_EQ(bytes[44], std::byte{3});
     CPaletteBar target;
     for (std::size_t length = 0; length < bytes.size(); ++length)
         EXPECT_FALSE(target.Serialize(std::span(bytes).first(length)));
@@ -311,61 +258,16 @@ TEST_F(ScaleWindowTest, TheBarKeepsItsStateAsBytes)
     EXPECT_EQ(target.scale().GetSize(), (CSize{256, 27})) << "nothing changed";
     ASSERT_TRUE(target.Serialize(bytes));
     EXPECT_EQ(target.scale().GetPaletteId(), 6);
+    EXPECT_EQ(target.scale().getFixedStart(), -2.0);
+    EXPECT_EQ(target.scale().getRelativeMeanOffset(), 0.25);
     EXPECT_EQ(target.scale().GetDirection(), tdVertical);
     EXPECT_STREQ(target.scale().getFixedUnits(), "µm");
-    EXPECT_EQ(target.scale().getRelativeMeanOffset(), 0.25);
     CPaletteBar copy;
     copy.CopyFrom(source);
     EXPECT_EQ(copy.scale().GetPaletteId(), 6);
     EXPECT_EQ(copy.scale().getFixedStart(), -2.0);
     EXPECT_EQ(copy.OnCalculateSize({40, 50}, false), (CSize{40, 256}));
     EXPECT_EQ(bar.OnCalculateSize({40, 50}, true), (CSize{256, 50}));
-    EXPECT_EQ(CScale::GetStaticScale(), &bar.scale());
-    EXPECT_EQ(copy.GetHwnd(), nullptr);
-    EXPECT_EQ(bar.GetHwnd(), &bar.scale());
-}
-
-TEST_F(ScaleWindowTest, AMenuItemShowsItsPaletteBehindItsName)
-{
-    const menu_metrics metrics{.imageWidth = 16, .imageMargin = 2, .textMargin = 3, .textHeight = 12, .widestText = 90};
-    const CPaletteMenuButton button(1, 12002, L"&Gray", 0);
-    RecordingDC dc;
-    button.OnDraw(dc, {100, 40, 300, 60}, metrics, true);
-    const std::vector<drawn> lines = dc.all(drawn::kind::lines);
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.front().points.front(), (CPoint{100 + 16 + 6 + 90 + 10, 41}));
-    EXPECT_EQ(lines.back().points.front(), (CPoint{295, 41}));
-    EXPECT_EQ(lines.back().points.back().y, 58);
-    EXPECT_EQ(lines.back().tools.pen.color, 0xffffffu);
-    const menu_metrics narrow{.imageWidth = 16, .imageMargin = 2, .textMargin = 3, .textHeight = 12, .widestText = 0};
-    EXPECT_EQ(CPaletteMenuButton::stripArea({0, 0, 100, 20}, narrow), CRect(54, 1, 95, 18)) << "10 + 2 * 22";
-    EXPECT_EQ(CPaletteMenuButton::OnCalculateSize(narrow), (CSize{62, 16}));
-}
-
-TEST_F(ScaleWindowTest, AnotherFolderBringsOtherPalettes)
-{
-    const auto bytes = view::write_palette_file({1, 2});
-    write_file(folder / "Sea & sky.pal", {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    SPMVar directory;
-    directory.Init("directory.palettes,string");
-    VLGlobalVarList* const options = VLGlobalVarList::GetVarList("global_options");
-    directory.set_string(folder.path.c_str());
-    options->set_var(directory);
-    const color_table* const custom = CScale::getPalette(0);
-    CScale::reloadFilePalettes();
-    std::vector<menu_item> palettes;
-    ASSERT_TRUE(leader().AppendMenuItems(12001, palettes));
-    EXPECT_EQ(palettes.at(8).text, "Sea && sky");
-    host.popupChoice = 12009;
-    strip(0).OnContextMenu({0, 0});
-    EXPECT_EQ(host.popupItems, 1u) << "behind the eight that it always has";
-    EXPECT_EQ(leader().GetPaletteId(), 8);
-    directory.set_string("");
-    options->set_var(directory);
-    options->ReleaseList();
-    CScale::reloadFilePalettes();
-    EXPECT_EQ(leader().GetPaletteId(), 7) << "the last that is left";
-    EXPECT_EQ(CScale::getPalette(0), custom);
 }
 
 } // namespace

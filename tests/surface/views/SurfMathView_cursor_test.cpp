@@ -36,15 +36,9 @@ class SurfaceMouseTest : public SurfaceTest {
 protected:
     CSurfMathView& view = open();
 
-    CPoint client(CPoint sample) const { return {view.xsrc2clnt(sample.x), view.ysrc2clnt(sample.y)}; }
-    void choose(unsigned mode) { view.OnCmdMsg(6001 + mode, nullptr); }
-    void draw(CPoint from, CPoint to, unsigned flags = 0)
-    {
-        view.OnMouseMove(flags, client(from));
-        view.OnLButtonDown(flags | MK_LBUTTON, client(from));
-        view.OnMouseMove(flags | MK_LBUTTON, client(to));
-        view.OnLButtonUp(flags, client(to));
-    }
+    CPoint client(CPoint sample) { return SurfaceTest::client(view, sample); }
+    void choose(unsigned mode) { SurfaceTest::choose(view, mode); }
+    void draw(CPoint from, CPoint to) { SurfaceTest::draw(view, from, to); }
     std::vector<plain_section*> sections() const
     {
         std::vector<plain_section*> found;
@@ -53,19 +47,6 @@ protected:
         return found;
     }
 };
-
-TEST_F(SurfaceMouseTest, TheZoomWindowOpensInsideTheMainWindow)
-{
-    constexpr unsigned showZoom = 10145;
-    host.area = CRect(0, 0, 900, 800);
-    draw({5, 4}, {14, 9});
-    view.OnCmdMsg(showZoom, nullptr);
-    host.pump();
-    ASSERT_EQ(app.frames().size(), 2u);
-    const CRect zoom = app.frames().back()->GetWindowRect();
-    EXPECT_LE(zoom.right, host.area.right) << "beside its surface it would stick out";
-    EXPECT_GE(zoom.left, 0);
-}
 
 TEST_F(SurfaceMouseTest, TheStatusTellsOfAPlaceAsLongAsItIsUnderThePointer)
 {
@@ -98,6 +79,11 @@ TEST_F(SurfaceMouseTest, TheStatusTellsOfAPlaceAsLongAsItIsUnderThePointer)
 
 TEST_F(SurfaceMouseTest, ADragSelectsAndTheStatusFollows)
 {
+    view.OnLButtonDown(MK_LBUTTON, client({5, 4}));
+    view.OnMouseMove(MK_LBUTTON, client({20, 9}));
+    EXPECT_TRUE(CHeadlessHost::windowOf(view).timers.empty()) << "the picture is not rendered again";
+    view.OnCaptureChanged();
+    EXPECT_FALSE(view.getDrawn().tracking);
     draw({5, 4}, {14, 9});
     EXPECT_EQ(view.getDrawn().region.GetRgnBox(), CRect(5, 4, 15, 10));
     EXPECT_FALSE(CHeadlessHost::windowOf(view).captured);
@@ -122,20 +108,6 @@ TEST_F(SurfaceMouseTest, ADragSelectsAndTheStatusFollows)
     EXPECT_TRUE(view.getDrawn().region.PtInRegion({30, 15}));
 }
 
-TEST_F(SurfaceMouseTest, ADragRepaintsItsOwnRegionOnly)
-{
-    HeadlessWindow& window = CHeadlessHost::windowOf(view);
-    const CPoint from = client({5, 4}), to = client({14, 9});
-    view.OnLButtonDown(MK_LBUTTON, from);
-    window.invalid = CRgn();
-    view.OnMouseMove(MK_LBUTTON, to);
-    // The box of both corners and half a handle around; 13 pixels a sample.
-    EXPECT_LE(window.invalid.area(), (to.x - from.x + 8) * (from.y - to.y + 8));
-    EXPECT_TRUE(window.timers.empty()) << "the picture is not rendered again";
-    view.OnCaptureChanged();
-    EXPECT_FALSE(view.getDrawn().tracking);
-}
-
 TEST_F(SurfaceMouseTest, OtherViewsOfTheDocumentTakeTheSelectionOver)
 {
     const SPMDataStream phase = [] {
@@ -155,17 +127,6 @@ TEST_F(SurfaceMouseTest, OtherViewsOfTheDocumentTakeTheSelectionOver)
     view.setOption("SelectionSynchr", "false");
     draw({20, 4}, {30, 9});
     EXPECT_NE(other.getDrawn().region, view.getDrawn().region);
-}
-
-TEST_F(SurfaceMouseTest, SectionsNeedTheirClass)
-{
-    EXPECT_FALSE(isEnabled(view, 6003));
-    EXPECT_FALSE(isEnabled(view, 6008));
-    EXPECT_FALSE(isEnabled(view, 6012)) << "no features are shown";
-    EXPECT_FALSE(isEnabled(view, 10015));
-    EXPECT_TRUE(isEnabled(view, 6007));
-    choose(2);
-    EXPECT_NE(view.getDrawn().mode, surface::cursor_mode::section);
 }
 
 TEST_F(SurfaceMouseTest, CurvesBecomeSectionsAndComeBackFromAFile)

@@ -14,24 +14,6 @@ using points = std::vector<CPoint>;
 
 class SurfaceLimits : public SurfaceTest {
 protected:
-    CPoint client(CDCView& view, CPoint sample) const { return {view.xsrc2clnt(sample.x), view.ysrc2clnt(sample.y)}; }
-    void press(CSurfMathView& view, CPoint at, unsigned flags = 0)
-    {
-        view.OnMouseMove(flags, client(view, at));
-        view.OnLButtonDown(flags | MK_LBUTTON, client(view, at));
-    }
-    void drag(CSurfMathView& view, CPoint to, unsigned flags = 0)
-    {
-        view.OnMouseMove(flags | MK_LBUTTON, client(view, to));
-    }
-    void release(CSurfMathView& view, CPoint at, unsigned flags = 0) { view.OnLButtonUp(flags, client(view, at)); }
-    void draw(CSurfMathView& view, CPoint from, CPoint to)
-    {
-        press(view, from);
-        drag(view, to);
-        release(view, to);
-    }
-    void choose(CSurfMathView& view, unsigned mode) { view.OnCmdMsg(6001 + mode, nullptr); }
     /// Another picture in the document's first image.
     void replace(const SPMDataStream& stream)
     {
@@ -98,17 +80,6 @@ TEST_F(SurfaceLimits, ImagesOfAnyShapeAreShownAndDrawnOn)
     }
 }
 
-TEST_F(SurfaceLimits, APartThatTheImageBecameIsShownWhole)
-{
-    CSurfMathView& view = open();
-    view.showPart({10, 5, 30, 15});
-    replace(slope(20, 10)); // as large as the part on show
-    EXPECT_EQ(view.sourceRect, CRect(0, 0, 20, 10));
-    choose(view, 5);
-    draw(view, {19, 9}, {19, 9});
-    EXPECT_EQ(view.getDrawn().marks, points({{19, 9}}));
-}
-
 TEST_F(SurfaceLimits, ADragEndsWhenItsImageGetsAnotherShape)
 {
     CSurfMathView& view = open();
@@ -147,23 +118,6 @@ TEST_F(SurfaceLimits, FramesAndImagesMayCloseInADrag)
             if (removesImage) document->OnCloseDocument();
             host.pump();
         }
-}
-
-TEST_F(SurfaceLimits, AnotherSubImageMayComeInADrag)
-{
-    SPMDataStream stream = slope();
-    stream.set_array_len(2 * 800);
-    auto* const second = static_cast<short*>(stream.array_data()) + 800;
-    std::fill(second, second + 800, short{3});
-    CSurfMathView& view = open(stream);
-    choose(view, 10);
-    press(view, {30, 10});
-    EXPECT_FALSE(view.getDrawn().isoline.empty());
-    view.setActiveSubimage(1);
-    drag(view, {20, 10});
-    EXPECT_TRUE(view.getDrawn().isoline.empty()) << "the second frame is level";
-    release(view, {20, 10});
-    EXPECT_FALSE(view.getDrawn().selectionActive);
 }
 
 TEST_F(SurfaceLimits, UndoOfAResampleDropsWhatLiesOutside)

@@ -22,34 +22,6 @@ bool holds(const std::vector<std::string>& all, const std::string& text)
     return std::ranges::find(all, text) != all.end();
 }
 
-TEST_F(SurfaceTest, MarginsMakeRoomForWhatIsShown)
-{
-    CSurfMathView& view = open();
-    const auto margins = [&] {
-        return std::vector<int>{int(view.options["LeftMargin"]), int(view.options["TopMargin"]),
-                                int(view.options["RightMargin"]), int(view.options["BottomMargin"])};
-    };
-    EXPECT_EQ(margins(), (std::vector<int>{50, 10, 25 + 65, 25 + 40}));
-    view.setOption("text_size", "20");
-    EXPECT_EQ(margins()[3], 25 + 40 + 4 * (20 - 13)) << "higher lines";
-    view.setOption("text_size", "10");
-    EXPECT_EQ(margins()[3], 25 + 40) << "never less than the user asks for";
-    view.setOption("ShowZScaleOpt", "false");
-    EXPECT_EQ(margins()[2], 25);
-    view.setOption("ShowParameters", "true");
-    EXPECT_EQ(margins()[2], 25 + 100);
-    view.setOption("ShowStatistics", "true");
-    EXPECT_EQ(margins()[2], 25 + 100) << "one panel for both";
-    view.setOption("ShowAdditionalLegend", "false");
-    EXPECT_EQ(margins()[3], 25);
-    view.setOption("ShowZScaleOpt", "true");
-    view.setOption("highlight", "true");
-    EXPECT_FALSE(static_cast<bool>(view.options["ShowZScale"])) << "a slope has no heights";
-    view.setOption("CompactLegend", "true");
-    EXPECT_EQ(margins(), (std::vector<int>{0, 0, 0, 0}));
-    EXPECT_STREQ(view.options["AxisY"].get_enum_label(0), "nm");
-}
-
 TEST_F(SurfaceTest, ThePictureKeepsItsShapeAndSizeWhenLegendsComeAndGo)
 {
     CSurfMathView& view = open();
@@ -273,40 +245,6 @@ TEST_F(SurfaceTest, AnotherMeaningOfHeightsIsSeenInColoursAndFigures)
     EXPECT_EQ(lowest(), dark) << "the window starts at the lowest height";
 }
 
-TEST_F(SurfaceTest, ARegionOfInterestGivesTheRange)
-{
-    CSurfMathView& view = open();
-    EXPECT_FALSE(isEnabled(view, 10102));
-    double low = 0, high = 0;
-    const char* units = nullptr;
-    view.getBestScale(&low, &high, &units);
-    EXPECT_EQ(low, 3);
-    EXPECT_EQ(high, 207.5);
-    view.OnCmdMsg(10101, nullptr);
-    EXPECT_FALSE(view.getDrawn().roiActive) << "nothing is selected";
-}
-
-TEST_F(SurfaceTest, ADragRepaintsItsOwnPixelsAndRendersNothing)
-{
-    CSurfMathView& view = open(slope(200, 100));
-    view.setOption("CompactLegend", "true");
-    host.pump();
-    view.flushTimers();
-    HeadlessWindow& window = CHeadlessHost::windowOf(view);
-    view.OnLButtonDown(MK_LBUTTON, {100, 100});
-    for (int end = 110; end <= 160; end += 10) {
-        window.invalid = CRgn();
-        view.OnMouseMove(MK_LBUTTON, {end, end});
-        int pixels = 0;
-        for (const CRect& part : window.invalid.rectangles()) pixels += part.Width() * part.Height();
-        const int side = end - 100;
-        EXPECT_GE(pixels, side * side) << "the shape itself";
-        EXPECT_LE(pixels, (side + 12) * (side + 12)) << "half a sample and a handle around it, of 131072 pixels";
-        EXPECT_FALSE(window.timers.contains(5)) << "the picture stays";
-    }
-    view.OnLButtonUp(MK_LBUTTON, {160, 160});
-}
-
 TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
 {
     CSurfMathView& view = open();
@@ -398,28 +336,22 @@ TEST_F(SurfaceTest, ThePanelFollowsEveryMeasurement)
         const auto heading = std::ranges::find(texts, "Text:");
         return heading == texts.end() ? std::vector<std::string>{} : std::vector(heading + 1, texts.end());
     };
-    const auto at = [&view](int x, int y) { return CPoint{view.xsrc2clnt(x), view.ysrc2clnt(y)}; };
-    const auto drag = [&](CPoint from, CPoint to) {
-        view.OnLButtonDown(MK_LBUTTON, from);
-        view.OnMouseMove(MK_LBUTTON, to);
-        view.OnLButtonUp(0, to);
-    };
     const auto rowsHold = [&](const char* text) {
         return std::ranges::any_of(panel(), [text](const std::string& each) { return each.starts_with(text); });
     };
     view.OnCmdMsg(6005, nullptr); // angle
-    drag(at(5, 5), at(25, 5));
-    drag(at(5, 5), at(5, 15));
+    draw(view, {5, 5}, {25, 5});
+    draw(view, {5, 5}, {5, 15});
     EXPECT_TRUE(rowsHold("Angle: 90 deg"));
     EXPECT_NE(view.GetClipboardText(true).find(L"Angle, deg"), std::wstring::npos);
-    drag(at(5, 5), at(25, 5));
-    drag(at(5, 5), at(25, 5));
+    draw(view, {5, 5}, {25, 5});
+    draw(view, {5, 5}, {25, 5});
     EXPECT_TRUE(rowsHold("Angle: 0 deg"));
     view.OnCmdMsg(6007, nullptr); // curve
     EXPECT_TRUE(panel().empty()) << "what it told of is gone";
     EXPECT_EQ(view.GetClipboardText(true).find(L"Angle"), std::wstring::npos);
-    drag(at(10, 10), at(10, 10));
-    drag(at(20, 10), at(20, 10));
+    draw(view, {10, 10}, {10, 10});
+    draw(view, {20, 10}, {20, 10});
     EXPECT_TRUE(rowsHold("L: 10 nm"));
     document->UpdateAllViews(nullptr, 12, std::string("L=3 nm"));
     EXPECT_TRUE(rowsHold("L: 3 nm"));
@@ -432,13 +364,6 @@ TEST_F(SurfaceTest, AMeasurementFollowsTheStepsOfItsImage)
     SPMDataStream stream = slope();
     stream.get_dimension(0).set_axis(1, VLAxis(0, 3, "V"));
     CSurfMathView& view = open(stream);
-    const auto drag = [&](CPoint from, CPoint to) {
-        const CPoint start{view.xsrc2clnt(from.x), view.ysrc2clnt(from.y)};
-        const CPoint end{view.xsrc2clnt(to.x), view.ysrc2clnt(to.y)};
-        view.OnLButtonDown(MK_LBUTTON, start);
-        view.OnMouseMove(MK_LBUTTON, end);
-        view.OnLButtonUp(0, end);
-    };
     const auto told = [&view] { return base::narrow(view.getDrawn().measure.text); };
     const struct {
         unsigned command;
@@ -448,9 +373,9 @@ TEST_F(SurfaceTest, AMeasurementFollowsTheStepsOfItsImage)
                  {6007, "L=14.1421 nm", "L=22.3607 nm", "L=31.6228 V"}};
     for (const auto& each : cases) {
         view.OnCmdMsg(each.command, nullptr);
-        if (each.command == 6005) drag({5, 5}, {15, 5});
-        if (each.command == 6007) drag({5, 5}, {5, 5}), drag({15, 10}, {15, 10});
-        if (each.command != 6007) drag({5, 5}, {15, 10});
+        if (each.command == 6005) draw(view, {5, 5}, {15, 5});
+        if (each.command == 6007) draw(view, {5, 5}, {5, 5}), draw(view, {15, 10}, {15, 10});
+        if (each.command != 6007) draw(view, {5, 5}, {15, 10});
         EXPECT_EQ(told(), each.asOpened);
         const VLAxis x = document->getAxis(0, 0, 0), y = document->getAxis(0, 0, 1);
         surface::set_resolution(*document, 0, {0, 0, 0}, {x.start, 2 * x.scale, "nm"}, y, view.valueAxis());
@@ -463,23 +388,6 @@ TEST_F(SurfaceTest, AMeasurementFollowsTheStepsOfItsImage)
         view.setOption("AxisX", "nm");
         view.OnCmdMsg(10029, nullptr);
     }
-}
-
-TEST_F(SurfaceTest, ThePaletteOfAnImageIsRememberedWithIt)
-{
-    CSurfMathView& view = open();
-    EXPECT_FALSE(isChecked(view, 10112));
-    view.getScale().SetPaletteId(4);
-    document->SetModifiedFlag(false);
-    view.OnCmdMsg(10112, nullptr);
-    EXPECT_TRUE(isChecked(view, 10112));
-    EXPECT_TRUE(document->IsModified());
-    EXPECT_EQ(std::string(document->getString("palette", 0)).substr(0, 2), "4,");
-    view.getScale().SetPaletteId(1);
-    view.OnSetFocus();
-    EXPECT_EQ(view.getScale().GetPaletteId(), 4) << "it comes back with the window";
-    view.OnCmdMsg(10112, nullptr);
-    EXPECT_FALSE(isChecked(view, 10112));
 }
 
 TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
@@ -506,6 +414,9 @@ TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
     view.OnCmdMsg(10192, nullptr);
     EXPECT_FALSE(view.getScale().getInverse());
     EXPECT_EQ(lowest(), before);
+    EXPECT_TRUE(isChecked(view, 10112));
+    view.OnCmdMsg(10112, nullptr);
+    EXPECT_FALSE(isChecked(view, 10112)) << "the palette is forgotten again";
 }
 
 } // namespace

@@ -56,18 +56,6 @@ TEST(SectionPens, TheOnePaintsWhatTheOtherLeavesOut)
         }
 }
 
-TEST(Legend, ParametersComeFromWhereTheirFlagSays)
-{
-    const auto lines =
-        surface::listed_parameters("abc+|abc|gain-|+|Last word", [](const std::string& name, bool global) {
-            return name + (global ? " of the document" : " of the image");
-        });
-    std::vector<std::string> shown;
-    for (const surface::parameter_line& each : lines) shown.push_back(each.name + "=" + each.value);
-    EXPECT_EQ(shown, (std::vector<std::string>{"abc=abc of the document", "ab=ab of the image",
-                                               "gain=gain of the image", "Last wor=Last wor of the image"}));
-}
-
 TEST(Legend, LongTextsAreCutByTheirAverageCharacter)
 {
     EXPECT_EQ(surface::cut_text("Gain: 12", 48, 60.0), "Gain: 12") << "60 / 48 * 8 - 1 = 9";

@@ -86,16 +86,6 @@ TEST_F(MaximisedSurface, EveryOptionThatMovesMarginsMovesThePicture)
     expectPictureFits();
 }
 
-TEST_F(MaximisedSurface, TheScaleStaysInItsMargin)
-{
-    view.setOption("RightMarginOpt", "200");
-    view.flushTimers();
-    const CRect strip = CHeadlessHost::windowOf(view.getScale()).rect;
-    EXPECT_GT(strip.left, view.displayRect.right);
-    EXPECT_LE(strip.right, view.GetClientRect().right);
-    EXPECT_GE(view.GetClientRect().right - view.displayRect.right, 200 + 65);
-}
-
 TEST_F(MaximisedSurface, ZoomingThePartShowsItsShapeAndItsZoom)
 {
     const std::wstring before = app.frames().front()->GetWindowText();
