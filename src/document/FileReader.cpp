@@ -65,6 +65,7 @@ bool VLFileReader::ReadFile(std::istream& in)
     readError.clear();
     readWarnings.clear();
     readCancelled = false;
+    isDamaged = false;
     const std::vector<std::byte> head = head_of(in);
     const document::stream_source named(in, sourcePath);
     if (tryFormats(in, formats::formats_to_try(head, named.name()))) return true;
@@ -107,7 +108,9 @@ bool VLFileReader::readNative(std::istream& in)
 {
     document::stream_source source(in, sourcePath);
     source.onProgress = [this](double done) { return tellProgress(done); };
-    readError = document::read_spmx(source, *this, readWarnings);
+    document::spmx_reading reading = document::read_spmx(source, *this, readWarnings);
+    readError = std::move(reading.failure);
+    isDamaged = !reading.isWhole;
     isOfSeveralFiles = false;
     if (readCancelled) readError = cancelled;
     if (readError.empty()) warnOfVoids();

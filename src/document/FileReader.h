@@ -59,6 +59,7 @@ protected:
     std::string readError;
     std::vector<std::string> readWarnings;
     bool isOfSeveralFiles = false; ///< files beside the last one that was read were needed as well
+    bool isDamaged = false;        ///< images of the container that was read last were left out
 
 private:
     bool tellProgress(double done);

@@ -233,6 +233,9 @@ public:
     bool isDisplayOnly() const noexcept { return displayOnly; }
     /// A file is just being read: what is here is half there.
     bool isBeingRead() const noexcept { return reading; }
+    /// Damaged images of the file that was read last were left out, and no save has followed. The document has no claim
+    /// on that file: nothing may replace it without being asked.
+    bool isOfDamagedFile() const noexcept { return !damagedFile.empty(); }
     /// Gives the images away, their numbers beside them; the document is empty afterwards.
     std::vector<std::pair<std::uint64_t, SPMDataStream>> releaseImages();
 
@@ -306,6 +309,7 @@ private:
     std::uint64_t textState = 0; ///< see document::content_state
     std::optional<document::content_state> storedContent;
     std::optional<document::own_files::entry> storedIn;
+    std::wstring damagedFile; ///< of which images were left out when it was read; empty: none
     document::own_files knownFiles;
     bool isMarked = false; ///< titles say that it has changed
     bool displayOnly = false;

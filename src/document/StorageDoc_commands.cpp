@@ -57,6 +57,9 @@ void CStorageDoc::OnFileDelete()
     const std::wstring changed = document::changed_file(knownFiles, GetPathName());
     if (file.empty() && !changed.empty())
         return warn(changed, " has been changed since this document was opened or saved, and is not deleted.");
+    if (file.empty() && isOfDamagedFile() && GetPathName() == damagedFile)
+        return warn(damagedFile,
+                    " is damaged, and what could not be read of it may yet be rescued. It is not deleted.");
     SetModifiedFlag(false);
     // The last view takes the document with it, so nothing of it is touched afterwards.
     std::vector<CFrameWnd*> frames;

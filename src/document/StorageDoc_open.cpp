@@ -86,6 +86,7 @@ bool CStorageDoc::OnNewDocument()
     incomplete = false;
     storedContent.reset();
     storedIn.reset();
+    damagedFile.clear();
     knownFiles.clear();
     return true;
 }
@@ -130,7 +131,9 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
         readWarnings.push_back("another program changed the file while it was read; open it again to see it as it is");
     tell_warnings(fullPath, getReadWarnings());
     SetModifiedFlag(fileType != FILE_SPMX);
-    wasStored(fullPath, opened);
+    damagedFile = isDamaged ? full : std::wstring();
+    if (isDamaged) knownFiles.forget(full); // a save would end what may yet be rescued there
+    wasStored(fullPath, isDamaged ? std::nullopt : opened);
     if (isOfSeveralFiles) storedIn.reset();
     return true;
 }

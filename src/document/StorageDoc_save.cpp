@@ -103,13 +103,15 @@ void copy_into(CArchive& archive, const platform::temporary_file& packed)
 
 enum replace_answer : std::size_t { keepBoth, replaceFile };
 
-question replace_question(const std::wstring& target, const std::wstring& beside, document::own_files::relation found)
+question replace_question(const std::wstring& target, const std::wstring& beside, document::own_files::relation found,
+                          bool isDamaged)
 {
     using relation = document::own_files::relation;
     const std::string name = base::narrow(platform::file_name(target));
-    const std::string why = found == relation::replaced  ? "has been changed since this document was opened or saved."
-                            : found == relation::foreign ? "exists already, and was not opened here."
-                                                         : "exists already.";
+    const std::string why = isDamaged                     ? "is damaged, and what could not be read of it is not here."
+                            : found == relation::replaced ? "has been changed since this document was opened or saved."
+                            : found == relation::foreign  ? "exists already, and was not opened here."
+                                                          : "exists already.";
     return {"\"" + name + "\" " + why + "\n\nKeep both by saving as \"" + base::narrow(platform::file_name(beside)) +
                 "\"?",
             {"&Keep both", "&Replace", "Cancel"}};
@@ -149,7 +151,9 @@ bool CStorageDoc::OnSaveDocument(const wchar_t* path)
         return false;
     }
     if (!CDocument::OnSaveDocument(target.c_str())) return false;
-    if (!displayOnly) wasStored(target, platform::stamp_of(target));
+    if (displayOnly) return true;
+    damagedFile.clear();
+    wasStored(target, platform::stamp_of(target));
     return true;
 }
 
@@ -175,7 +179,8 @@ std::wstring CStorageDoc::confirmedTarget(const std::wstring& target) const
     CWinApp* const app = AfxGetApp();
     if (!app || found == relation::missing || (found == relation::own && target == GetPathName())) return target;
     const std::wstring beside = document::free_path(target);
-    const std::optional<std::size_t> answer = app->host().ask(replace_question(target, beside, found));
+    const std::optional<std::size_t> answer =
+        app->host().ask(replace_question(target, beside, found, target == damagedFile));
     if (answer == keepBoth) return beside;
     return answer == replaceFile ? target : std::wstring();
 }

@@ -14,6 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The reading that dropped the changes gave less than the document had.
+bool lost_images(const CStorageDoc& document) { return document.getImagesNumber() == 0 || document.isOfDamagedFile(); }
+
 std::optional<std::span<const std::byte>> samples_in(const std::vector<std::pair<std::uint64_t, SPMDataStream>>& images,
                                                      std::uint64_t state)
 {
@@ -124,7 +127,7 @@ void autosave::dropUnchanged(const std::vector<CStorageDoc*>& open)
         const CStorageDoc* const document = entry->document && found != open.end() ? *found : nullptr;
         // What is being read again may yet be refused, or given up.
         const bool stays = !entry->document || (document && (document->isChanged() || document->isBeingRead()));
-        if (!stays) letGo(*entry, document && document->getImagesNumber() == 0);
+        if (!stays) letGo(*entry, document && lost_images(*document));
         entry = stays ? entry + 1 : entries.erase(entry);
     }
 }
@@ -163,7 +166,7 @@ void autosave::documentCloses(CStorageDoc& document)
     const auto found = std::ranges::find(entries, &document, &tracked::document);
     if (!document.isChanged()) {
         if (found == entries.end()) return;
-        letGo(*found, document.getImagesNumber() == 0);
+        letGo(*found, lost_images(document));
         entries.erase(found);
         return;
     }
@@ -202,9 +205,9 @@ void autosave::settleClosed()
     }
 }
 
-void autosave::letGo(const tracked& entry, bool isEmptied)
+void autosave::letGo(const tracked& entry, bool lostImages)
 {
-    if (isEmptied)
+    if (lostImages)
         moveToClosed(entry);
     else
         discard(entry);

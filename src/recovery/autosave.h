@@ -84,8 +84,9 @@ private:
     tracked& entryOf(const CStorageDoc& document);
     document_copy newCopy();
     std::size_t feed(tracked& entry, std::size_t budget);
-    /// The document does not differ from its file any more; of one that a failed reading has emptied the copy stays.
-    void letGo(const tracked& entry, bool isEmptied);
+    /// The document does not differ from its file any more.
+    /// \param lostImages  a reading that failed is why, or one that gave not all: the copy stays
+    void letGo(const tracked& entry, bool lostImages);
     void discard(const tracked& entry);
     void moveToClosed(const tracked& entry);
     /// Those that have closed and are complete.

@@ -28,10 +28,10 @@ std::vector<stored_image> images_of(std::ifstream& in)
     const auto opened = document::open_spmx(file);
     std::vector<stored_image> found;
     for (std::size_t i = 0; opened && i < opened->samples.size(); ++i) {
-        const auto& [entry, elements] = opened->samples[i];
+        const auto& [entry, elements, missing] = opened->samples[i];
         const SPMDataStream& stream = opened->description.streams[i].stream;
         // An entry that is shorter than its image says nothing of what follows.
-        if (entry.bytes == elements * stream.array_element_size())
+        if (missing.empty() && entry.bytes == elements * stream.array_element_size())
             found.push_back({stream.get_name(), entry.bytes, entry.checksum});
         else
             found.push_back({});

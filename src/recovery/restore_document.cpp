@@ -63,8 +63,11 @@ private:
         auto opened = std::make_unique<CStorageDoc>();
         try {
             const bool isRead = opened->OnOpenDocument(platform::to_wide(found->file).c_str());
+            // One of which images had to be left out is none of its own, and counts them otherwise.
+            const auto* const own = opened->ownFiles().last();
+            if (isRead && opened->isOfDamagedFile()) reason = found->file.native() + " is damaged";
             // Another program may have replaced it since it was found.
-            if (isRead && opened->ownFiles().last()->stamp == found->stamp) file = std::move(opened);
+            if (isRead && own && own->stamp == found->stamp) file = std::move(opened);
         } catch (const CException& failure) {
             reason = failure.what();
         }
@@ -129,7 +132,8 @@ restored_document restore(CStorageDoc& document, const kept_document& kept, cons
         stored.images[image.fileImage] = state;
     }
     for (const auto& [key, text] : kept.texts) document.setString(key.c_str(), text.c_str(), document::documentTable);
-    if (kept.source) document.setStored(*kept.source, std::move(stored));
+    // What lacks a part must not take the place of the file that may have it, without being asked.
+    if (kept.source && done.missing.empty()) document.setStored(*kept.source, std::move(stored));
     if (!kept.path.empty()) document.SetPathName(kept.path.c_str(), false);
     document.SetTitle(kept.title.c_str());
     document.SetModifiedFlag(true);

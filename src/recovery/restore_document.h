@@ -12,7 +12,7 @@ struct restored_document {
 };
 
 /// Fills an empty document with what `folder` and `from` hold of `kept`. The document is changed afterwards, and
-/// stands to its file as the one did that was kept.
+/// stands to its file as the one did that was kept; where something is missing it has no claim on that file.
 restored_document restore(CStorageDoc& document, const kept_document& kept, const std::filesystem::path& folder,
                           const std::optional<found_source>& from);
 /// With the file that the copy refers to, wherever `find_source` finds it.

@@ -132,6 +132,47 @@ TEST_F(KeptSourceTest, SamplesOfAnotherStateAreNeverTaken)
     }
 }
 
+TEST_F(KeptSourceTest, AFileThatWasDamagedSinceIsNotTakenAndNotReplaced)
+{
+    recovery::autosave copies(state());
+    saveThree(document);
+    fill_image(document, 1, 7);
+    copies.documentCloses(document);
+    copies.finish();
+    const auto time = fs::last_write_time(path);
+    std::string bytes = file_content(path);
+    const std::size_t header = bytes.find("a.raw") - 30;
+    const std::size_t samples = header + 35 + std::size_t(bytes[header + 28]);
+    bytes[samples + 4] = static_cast<char>(bytes[samples + 4] ^ 0x10);
+    write_file(path, bytes);
+    fs::last_write_time(path, time);
+    CStorageDoc back;
+    const auto done = restoreLatest(back);
+    EXPECT_EQ(restored(done, back), (values{{}, 7, {}}));
+    EXPECT_NE(done.missing.at(0).find("is damaged"), std::string::npos) << done.missing[0];
+    EXPECT_EQ(back.ownFiles().of(path), document::own_files::relation::foreign) << "saving asks";
+}
+
+TEST_F(KeptSourceTest, ARevertThatGivesLessLeavesTheCopy)
+{
+    recovery::autosave copies(state());
+    saveThree(document);
+    fill_image(document, 1, 7);
+    copies.step({&document});
+    copies.finish();
+    std::string bytes = file_content(path);
+    const std::size_t header = bytes.find("c.raw") - 30;
+    bytes[header + 35 + std::size_t(bytes[header + 28]) + 4] ^= 0x10;
+    write_file(path, bytes);
+    ASSERT_TRUE(document.Revert());
+    ASSERT_EQ(document.getImagesNumber(), 2u);
+    copies.step({&document});
+    copies.finish();
+    CStorageDoc back;
+    restoreLatest(back);
+    EXPECT_EQ(value_of(back, 0), 7) << "its image was not in the file";
+}
+
 TEST_F(KeptSourceTest, ARecordingThatChangedIsNotTheOneThatItWas)
 {
     const fs::path table = folder / "table.txt";

@@ -13,7 +13,7 @@ bool read_watched(formats::source& file, VLFileReader& target)
 {
     const time_watch watch(file.size(), time_watch::packedText);
     std::vector<std::string> warnings;
-    return document::read_spmx(file, target, warnings).empty();
+    return document::read_spmx(file, target, warnings).failure.empty();
 }
 
 } // namespace

@@ -46,9 +46,9 @@ std::string soak_document::stored()
 bool soak_document::readContainer(const std::string& bytes)
 {
     formats::memory_source source(std::as_bytes(std::span(bytes)));
-    const std::string failure = document::read_spmx(source, *this, readWarnings);
+    const auto [failure, isWhole] = document::read_spmx(source, *this, readWarnings);
     if (!failure.empty()) std::cerr << failure << '\n';
-    return failure.empty();
+    return failure.empty() && isWhole;
 }
 
 void require_equal(const CStorageDoc& a, const CStorageDoc& b)

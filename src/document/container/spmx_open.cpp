@@ -43,7 +43,11 @@ public:
         const std::string name = quoted(each.stream);
         if (!ids.insert(each.stream.get_name()).second) return "two streams have the id " + name;
         const zip_reader::entry* const entry = archive.find(each.rawEntry);
-        if (!entry) return "the samples of stream " + name + " are missing (entry \"" + each.rawEntry + "\")";
+        if (!entry) {
+            samples.push_back(
+                {.missing = "the samples of stream " + name + " are missing (entry \"" + each.rawEntry + "\")"});
+            return {};
+        }
         const auto inShape = shape_elements(each.stream);
         if (!inShape) return "the dimensions of stream " + name + " multiply to more than 2^32 samples";
         const std::uint64_t size = each.stream.array_element_size();
@@ -55,7 +59,7 @@ public:
                                                     : elements * size;
         if (padding > spmx_limits::paddingBytes)
             return "the dimensions of stream " + name + " ask for more than the file holds";
-        samples.push_back({*entry, elements});
+        samples.push_back({*entry, elements, {}});
         return {};
     }
 

@@ -13,8 +13,9 @@ namespace document {
 struct opened_spmx {
     /// Of one stream, checked.
     struct place {
-        formats::zip_reader::entry entry;
-        std::uint64_t elements; ///< that the array will have: those of the entry in whole sub-images, at least one
+        formats::zip_reader::entry entry{};
+        std::uint64_t elements = 0; ///< that the array will have: those of the entry in whole sub-images, at least one
+        std::string missing;        ///< why there are no samples at all; empty when there are some
     };
 
     formats::zip_reader archive;

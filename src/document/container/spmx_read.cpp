@@ -5,6 +5,9 @@
 #include "document/document_table.h"
 #include "formats/shared/left_out.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace document {
 
 namespace {
@@ -21,40 +24,57 @@ public:
         for (const opened_spmx::place& each : opened.samples) bytes += static_cast<double>(each.entry.bytes);
     }
 
-    std::string run()
+    spmx_reading run()
     {
         for (const auto& [key, text] : opened.description.strings)
             target.setString(key.c_str(), text.c_str(), documentTable);
-        for (std::size_t i = 0; i < opened.samples.size(); ++i)
-            if (std::string failure = load(opened.description.streams[i], opened.samples[i]); !failure.empty())
-                return failure;
-        return {};
+        for (std::size_t i = 0; i < opened.samples.size(); ++i) {
+            const std::string damage = load(opened.description.streams[i], opened.samples[i]);
+            if (!tell(0)) return {.failure = cancelled};
+            if (!damage.empty()) damaged.add({0, damage});
+        }
+        if (damaged.empty()) return {};
+        if (target.getImagesNumber() == 0) return {.failure = damaged.first().reason};
+        tellOfDamaged();
+        return {.isWhole = false};
     }
 
 private:
-    /// Added without samples and grown in place: an image is never in memory twice.
-    std::string load(const described_stream& described, const opened_spmx::place& place)
+    /// The image is moved in when all of it is there, and never in memory twice. \return empty, or what is wrong with
+    /// it
+    std::string load(described_stream& described, const opened_spmx::place& place)
     {
-        target.AddNewImages(&described.stream, 1);
-        const unsigned image = target.getImagesNumber() - 1;
-        SPMDataStream& stream = target.getImage(image);
+        if (!place.missing.empty()) return place.missing;
+        SPMDataStream stream = std::move(described.stream);
         if (stream.array_length() != place.elements) stream.set_array_len(static_cast<unsigned>(place.elements));
-        target.revalidateImage(image);
-        for (const auto& [key, text] : described.strings) target.setString(key.c_str(), text.c_str(), image);
-        tell_of_missing(place, stream);
-        std::string failure = unpack(place, stream);
+        std::string damage = unpack(place, stream);
         bytesBefore += static_cast<double>(place.entry.bytes);
-        return failure.empty() && !tell(0) ? cancelled : failure;
+        if (!damage.empty()) return damage;
+        tellOfMissing(place, stream);
+        target.moveIn(stream);
+        const unsigned image = target.getImagesNumber() - 1;
+        for (const auto& [key, text] : described.strings) target.setString(key.c_str(), text.c_str(), image);
+        return {};
     }
 
     /// Whole sub-images are restored with zeros, which look like samples: the user has to know.
-    void tell_of_missing(const opened_spmx::place& place, const SPMDataStream& stream)
+    void tellOfMissing(const opened_spmx::place& place, const SPMDataStream& stream)
     {
         const std::uint64_t wanted = stream.data_size();
         if (place.entry.bytes == wanted || stream.get_dimensions_number() == 0) return;
-        std::string note = "stream \"" + std::string(stream.get_name()) + "\": its dimensions ask for " +
-                           std::to_string(wanted) + " bytes of samples, " + std::to_string(place.entry.bytes) +
-                           " are there; the rest counts as 0";
+        warn("stream \"" + std::string(stream.get_name()) + "\": its dimensions ask for " + std::to_string(wanted) +
+             " bytes of samples, " + std::to_string(place.entry.bytes) + " are there; the rest counts as 0");
+    }
+
+    void tellOfDamaged()
+    {
+        formats::recording told;
+        damaged.tell(told);
+        for (std::string& note : told.warnings) warn(std::move(note));
+    }
+
+    void warn(std::string note)
+    {
         const std::string before = target.getString(formats::readerNote, documentTable);
         if (before.find(note) == std::string::npos) // it stands in a file that was saved like that
             target.setString(formats::readerNote, formats::with_note(before, note).c_str(), documentTable);
@@ -75,22 +95,26 @@ private:
     /// \param done  bytes of the stream that is being unpacked
     bool tell(std::size_t done)
     {
-        return file.progress((bytesBefore + static_cast<double>(done)) / std::max(bytes, 1.0));
+        isCancelled = isCancelled || !file.progress((bytesBefore + static_cast<double>(done)) / std::max(bytes, 1.0));
+        return !isCancelled;
     }
 
     opened_spmx& opened;
     formats::source& file;
     VLFileReader& target;
     std::vector<std::string>& warnings;
+    formats::left_out damaged;
+    bool isCancelled = false;
     double bytes = 0.0, bytesBefore = 0.0; ///< of all samples, and of the streams that are done
 };
 
 } // namespace
 
-std::string read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings)
+spmx_reading read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings)
 {
     auto opened = open_spmx(file);
-    return opened ? spmx_loader(*opened, file, target, warnings).run() : opened.error().reason;
+    if (!opened) return {.failure = opened.error().reason};
+    return spmx_loader(*opened, file, target, warnings).run();
 }
 
 } // namespace document

@@ -8,8 +8,15 @@ class VLFileReader;
 
 namespace document {
 
-/// Reads a native container into `target`, samples straight into the images. \return empty, or why it was refused
-/// \param warnings  is told of streams whose samples do not fill their dimensions: what is missing counts as 0
-std::string read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings);
+struct spmx_reading {
+    std::string failure = {}; ///< why the container was refused; empty when it was not
+    bool isWhole = true;      ///< no image was left out
+};
+
+/// Reads a native container into `target`. An image whose samples are damaged or missing is left out; when none is
+/// whole the container is refused.
+/// \param warnings  is told of images that are left out, and of streams whose samples do not fill their dimensions:
+/// what is missing there counts as 0. So is the text `formats::readerNote`
+spmx_reading read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings);
 
 } // namespace document

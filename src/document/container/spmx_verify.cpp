@@ -153,7 +153,7 @@ std::string failing_part(const spmx_content& content)
 std::string missing_samples(const spmx_content& written, const opened_spmx& read)
 {
     for (std::size_t i = 0; i < written.streams.size(); ++i)
-        if (written.streams[i].data->data_size() != read.samples[i].entry.bytes)
+        if (!read.samples[i].missing.empty() || written.streams[i].data->data_size() != read.samples[i].entry.bytes)
             return "the samples of " + id_of(*written.streams[i].data);
     return {};
 }

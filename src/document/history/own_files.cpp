@@ -9,8 +9,13 @@ namespace document {
 
 void own_files::note(const entry& added)
 {
-    std::erase_if(known, [&](const entry& each) { return each.path == added.path; });
+    forget(added.path);
     known.push_back(added);
+}
+
+void own_files::forget(const std::wstring& path)
+{
+    std::erase_if(known, [&](const entry& each) { return each.path == path; });
 }
 
 own_files::relation own_files::of(const std::wstring& path) const

@@ -23,6 +23,7 @@ public:
 
     /// A file as the document read or wrote it, which is not always as it is by now.
     void note(const entry& added);
+    void forget(const std::wstring& path);
     void clear() noexcept { known.clear(); }
     relation of(const std::wstring& path) const;
     /// The document read or wrote it once, whatever became of it.

@@ -1,5 +1,6 @@
 // Containers that this program did not write: other layouts, missing parts, and claims that are not true.
 #include "container_fixture.h"
+#include "resources/commands.h"
 
 #include <memory>
 #include <zip.h>
@@ -107,6 +108,95 @@ TEST_F(ContainerTest, CutAnywhereTheFileIsRefused)
     damaged[samples + 20] = static_cast<char>(damaged[samples + 20] ^ 0x10);
     write_file(folder / "damaged.spm", damaged);
     EXPECT_NE(refusal("damaged.spm"), "");
+}
+
+/// Turns a bit of the samples of an entry over.
+void damage_samples(const std::filesystem::path& file, const std::string& entry)
+{
+    std::string bytes = file_content(file);
+    const std::size_t header = bytes.find(entry) - 30; // its name, an extra field and its samples stand behind it
+    const std::size_t samples = header + 30 + entry.size() + std::size_t(bytes[header + 28]);
+    bytes[samples + 4] = static_cast<char>(bytes[samples + 4] ^ 0x10);
+    write_file(file, bytes);
+}
+
+class DamagedContainerTest : public ContainerTest {
+protected:
+    DamagedContainerTest()
+    {
+        const SPMDataStream images[] = {heights("aa", {8, 8}), heights("bb", {8, 8}), heights("cc", {8, 8}, 1, 5)};
+        document.AddNewImages(images, 3);
+        document.setString("k", "of c", 2);
+        save("a.spm");
+    }
+    std::filesystem::path file() const { return folder / "a.spm"; }
+    void damage(std::initializer_list<const char*> entries)
+    {
+        const auto time = std::filesystem::last_write_time(file());
+        for (const char* entry : entries) damage_samples(file(), entry);
+        std::filesystem::last_write_time(file(), time); // a disk that loses bits says nothing of it
+    }
+};
+
+TEST_F(DamagedContainerTest, GivesTheWholeImagesAndNamesTheOthers)
+{
+    damage({"bb.raw"});
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str()));
+    ASSERT_EQ(read.getImagesNumber(), 2u);
+    EXPECT_STREQ(read.getImage(0).get_name(), "aa");
+    EXPECT_STREQ(read.getImage(1).get_name(), "cc");
+    EXPECT_EQ(read.getDataPoint2S(1, 1, 0, 0), 6);
+    EXPECT_STREQ(read.getString("k", 1), "of c");
+    ASSERT_EQ(read.getReadWarnings().size(), 1u);
+    EXPECT_NE(read.getReadWarnings()[0].find("left out: the samples of stream \"bb\""), std::string::npos);
+    EXPECT_EQ(read.getString("\\Reader note", unsigned(-1)), read.getReadWarnings()[0]) << "in a saved copy, too";
+    ASSERT_EQ(host.outputLines.size(), 1u);
+    EXPECT_TRUE(host.outputLines[0].starts_with("a.spm: ")) << host.outputLines[0];
+    EXPECT_FALSE(read.isChanged());
+    damage({"aa.raw", "cc.raw"});
+    EXPECT_NE(refusal("a.spm").find("\"aa\" cannot be unpacked"), std::string::npos) << "none is whole";
+}
+
+TEST_F(DamagedContainerTest, WithoutAnEntryIsReadAsFarAsItGoes)
+{
+    std::string bytes = file_content(file());
+    for (std::size_t at = bytes.find("aa.raw"); at != std::string::npos; at = bytes.find("aa.raw", at))
+        bytes.replace(at, 2, "xx");
+    write_file(file(), bytes);
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str()));
+    ASSERT_EQ(read.getImagesNumber(), 2u);
+    EXPECT_STREQ(read.getImage(0).get_name(), "bb");
+    EXPECT_NE(read.getReadWarnings().at(0).find("\"aa\" are missing"), std::string::npos);
+}
+
+TEST_F(DamagedContainerTest, IsNotReplacedUnasked)
+{
+    CStorageDoc read;
+    ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str()));
+    read.SetPathName(path("a.spm").c_str(), false);
+    damage({"bb.raw"});
+    const std::string before = file_content(file());
+    ASSERT_TRUE(read.Revert()) << "the file that it knew as its own";
+    EXPECT_TRUE(read.isOfDamagedFile());
+    EXPECT_EQ(read.storedFile(), nullptr);
+    read.setString("k", "new", 0);
+    read.OnCmdMsg(commands::deleteFile, nullptr);
+    EXPECT_NE(last().find("It is not deleted"), std::string::npos);
+    EXPECT_EQ(file_content(file()), before);
+    host.answers = {2};
+    EXPECT_FALSE(read.Save()) << "given up";
+    ASSERT_EQ(host.questions.size(), 1u);
+    EXPECT_NE(host.questions[0].text.find("\"a.spm\" is damaged"), std::string::npos) << host.questions[0].text;
+    ASSERT_TRUE(read.Save()) << "the first answer keeps both";
+    EXPECT_EQ(read.GetPathName(), path("a (2).spm"));
+    EXPECT_EQ(file_content(file()), before);
+    EXPECT_FALSE(read.isOfDamagedFile());
+    EXPECT_EQ(host.questions.size(), 2u);
+    ASSERT_TRUE(read.Save());
+    EXPECT_EQ(host.questions.size(), 2u) << "its own by now";
+    EXPECT_EQ(document::file_to_delete(read.ownFiles(), path("a.spm")), path("a (2).spm"));
 }
 
 struct lying_archive {
