@@ -8,6 +8,7 @@
 #include <new>
 #include <span>
 #include <stdexcept>
+#include <utility>
 
 namespace document {
 
@@ -157,6 +158,26 @@ void* data_block(const decoration& source, std::uint32_t& count)
     }
 }
 
+/// The bytes of an element are as many as its lengths say, or none.
+bool has_its_bytes(const decoration::element& element, std::uint32_t type) noexcept
+{
+    const std::uint64_t area = std::uint64_t{element.width} * (type == DECORATION_BLOCK ? 1 : element.height);
+    const std::uint64_t depth = type == DECORATION_VOLUME ? element.depth : 1;
+    return element.bytes.empty() || (depth != 0 && area <= maxBytes / depth && area * depth == element.bytes.size());
+}
+
+/// The coordinates are those of a decoration of this type.
+bool is_whole(const decoration& each) noexcept
+{
+    if (each.type == DECORATION_END || each.tupleLength != tuple_length(each.type)) return false;
+    const bool hasElements = each.type >= DECORATION_BLOCK && each.tupleLength > 0;
+    if (!hasElements)
+        return each.elements.empty() &&
+               (each.tupleLength == 0 ? each.coordinates.empty() : each.coordinates.size() % each.tupleLength == 0);
+    return each.coordinates.size() == std::size_t{2} * each.tupleLength * each.elements.size() &&
+           std::ranges::all_of(each.elements, [&](const auto& element) { return has_its_bytes(element, each.type); });
+}
+
 const char* text_or_null(const std::string& text) noexcept { return text.empty() ? nullptr : text.c_str(); }
 
 } // namespace
@@ -173,6 +194,13 @@ void decorations::set(std::string_view key, const VLPluginDecoration* list, unsi
     for (unsigned i = 0; i < count; ++i)
         if (list[i].type != DECORATION_END && list[i].data) built.members.push_back(stored(list[i]));
     groups.insert_or_assign(std::string(key), std::move(built));
+}
+
+bool decorations::put(std::string key, group made)
+{
+    if (!std::ranges::all_of(made.members, is_whole)) return false;
+    groups.insert_or_assign(std::move(key), std::move(made));
+    return true;
 }
 
 VLPluginDecoration* decorations::copy(std::string_view key, unsigned* count, DecImageType* type) const

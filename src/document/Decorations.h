@@ -69,9 +69,13 @@ public:
     std::uint32_t flags(std::string_view name) const noexcept;
     /// \return whether a decoration of that name changed
     bool apply(ObjectActionType action, std::string_view name);
-    /// Flips the selected bit. \param place, member  of the group in the order of the keys, and in it \return it is there
+    /// Flips the selected bit. \param place, member  of the group in the order of the keys, and in it \return it is
+    /// there
     bool toggle(std::size_t place, std::size_t member) noexcept;
     void clear() noexcept { groups.clear(); }
+    /// Puts a whole group in place, as it is. \return false, with nothing changed, for one that `set` could not have
+    /// made
+    bool put(std::string key, group made);
 
     const std::map<std::string, group, std::less<>>& all() const noexcept { return groups; }
 

@@ -12,7 +12,6 @@
 #include "resources/strings.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <stdexcept>
 #include <utility>
@@ -21,35 +20,6 @@ namespace {
 
 constexpr unsigned noIndex = unsigned(-1);
 constexpr std::uint64_t maxElements = 0xffffffffu;
-
-std::size_t packed_size(const BITMAPINFOHEADER& header) noexcept
-{
-    return sizeof header + std::size_t{header.biClrUsed} * sizeof(RGBQUAD) + header.biSizeImage;
-}
-
-BITMAPINFOHEADER* copied_block(const BITMAPINFOHEADER* source)
-{
-    if (!source) return nullptr;
-    void* block = std::malloc(packed_size(*source));
-    if (!block) throw std::bad_alloc();
-    return static_cast<BITMAPINFOHEADER*>(std::memcpy(block, source, packed_size(*source)));
-}
-
-/// The bitmap with palette and pixels in one block. The size fields are made true first.
-BITMAPINFOHEADER* packed_bitmap(BITMAPINFOHEADER header, const void* bits, const RGBQUAD* palette)
-{
-    header.biSize = sizeof header;
-    header.biSizeImage =
-        static_cast<std::uint32_t>(document::bitmap_row_bytes(header) * static_cast<std::size_t>(header.biHeight));
-    header.biClrUsed = palette ? document::bitmap_palette_entries(header) : 0;
-    char* block = static_cast<char*>(std::malloc(packed_size(header)));
-    if (!block) throw std::bad_alloc();
-    std::memcpy(block, &header, sizeof header);
-    const std::size_t paletteBytes = std::size_t{header.biClrUsed} * sizeof(RGBQUAD);
-    if (paletteBytes) std::memcpy(block + sizeof header, palette, paletteBytes);
-    std::memcpy(block + sizeof header + paletteBytes, bits, header.biSizeImage);
-    return reinterpret_cast<BITMAPINFOHEADER*>(block);
-}
 
 bool same_coordinate(const VLAxis& a, const VLAxis& b)
 {
@@ -80,10 +50,12 @@ CStorageDoc::options::options(const options& other)
     : subimageLength(other.subimageLength),
       dimensionLengths(other.dimensionLengths),
       strings(other.strings),
-      overlay(copied_block(other.overlay.get())),
+      overlay(other.overlay),
       undoSteps(other.undoSteps),
       redoSteps(other.redoSteps),
-      drawings(other.drawings)
+      drawings(other.drawings),
+      overlayState(other.overlayState),
+      drawingState(other.drawingState)
 {
 }
 
@@ -203,7 +175,7 @@ CStorageDoc::image_shape CStorageDoc::revalidated(SPMDataStream& stream)
 void CStorageDoc::adoptShape(unsigned image, image_shape&& shape) noexcept
 {
     options& kept = imageOptions[image];
-    if (shape.dimensionLengths != kept.dimensionLengths) kept.overlay.reset();
+    if (shape.dimensionLengths != kept.dimensionLengths) setOverlay(image, nullptr);
     kept.subimageLength = shape.subimageLength;
     kept.dimensionLengths = std::move(shape.dimensionLengths);
 }
@@ -263,7 +235,7 @@ bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const
     stream.values.set_axis(0, VLAxis(0.0, 1.0 / 3.0, "RGB"));
     document::bitmap_heights(*header, static_cast<const std::uint8_t*>(bits), palette,
                              {static_cast<std::int16_t*>(stream.array_data()), count});
-    std::unique_ptr<BITMAPINFOHEADER, options::block_free> overlay(packed_bitmap(*header, bits, palette));
+    document::packed_bitmap overlay = document::pack_bitmap(*header, bits, palette);
     if (replaces) {
         const unsigned image = static_cast<unsigned>(index);
         images[image] = std::move(stream);
@@ -274,7 +246,7 @@ bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const
         makeIdUnique(stream);
         AddNewImages(&stream, 1);
     }
-    imageOptions.back().overlay = std::move(overlay);
+    setOverlay(getImagesNumber() - 1, std::move(overlay));
     return true;
 }
 
@@ -330,11 +302,6 @@ void CStorageDoc::copyStrings(const CStorageDoc* source, unsigned targetImage, u
     textsChanged();
 }
 
-void CStorageDoc::copyOverlay(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)
-{
-    imageOptions[targetImage].overlay.reset(copied_block(source.imageOptions[sourceImage].overlay.get()));
-}
-
 void CStorageDoc::DeleteContents()
 {
     images.clear();
@@ -364,4 +331,11 @@ void CStorageDoc::Derive(unsigned sourceImage, CStorageDoc& target)
     DeriveTitle(target);
     target.copyStrings(this, noIndex, noIndex);
     target.copyStrings(this, 0, sourceImage);
+}
+
+void CStorageDoc::setTitleParts(const title_parts& parts)
+{
+    baseTitle = parts.base;
+    displayTitle = parts.display;
+    derivedCount = parts.derived;
 }

@@ -1,14 +1,14 @@
 #pragma once
-#include "document/Decorations.h"
 #include "document/FileReader.h"
 #include "document/MinMaxInfo.h"
 #include "document/UndoData.h"
 #include "document/history/content_state.h"
 #include "document/history/own_files.h"
+#include "document/samples/packed_bitmap.h"
+#include "document/shared_decorations.h"
 #include "platform/app/Document.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <list>
 #include <map>
 #include <memory>
@@ -54,14 +54,10 @@ public:
         unsigned subimageLength = 0;            ///< elements
         std::vector<unsigned> dimensionLengths; ///< as of the last `revalidateImage`
         string_table strings;
-        /// A packed bitmap in one block: BITMAPINFOHEADER, biClrUsed RGBQUADs, pixels. Null when there is none.
-        struct block_free {
-            void operator()(BITMAPINFOHEADER* block) const noexcept { std::free(block); }
-        };
-        std::unique_ptr<BITMAPINFOHEADER, block_free> overlay;
+        document::packed_bitmap overlay; ///< null when there is none
         history undoSteps, redoSteps;
-        std::uint64_t state = 0; ///< see document::content_state
-        document::decorations drawings;
+        document::shared_decorations drawings;
+        std::uint64_t state = 0, overlayState = 0, drawingState = 0; ///< see document::content_state
     };
 
     CStorageDoc();
@@ -99,7 +95,13 @@ public:
         return point(image, z * width * height + y * width + x, sub);
     }
     /// Replaces the bitmap of an image by a copy of that of another, of the same shape.
-    void copyOverlay(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage);
+    void copyOverlay(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)
+    {
+        setOverlay(targetImage, source.sharedOverlay(sourceImage));
+    }
+    void setOverlay(unsigned image, document::packed_bitmap overlay) noexcept;
+    /// The packed bitmap, or null. It never changes: another one takes its place.
+    const document::packed_bitmap& sharedOverlay(unsigned image) const noexcept { return imageOptions[image].overlay; }
     /// The packed bitmap, or null.
     const BITMAPINFOHEADER* getImageOverlay(unsigned image) const noexcept { return imageOptions[image].overlay.get(); }
     /// In range, an array, and with data: may be drawn.
@@ -159,11 +161,17 @@ public:
     unsigned get_decorations_list(std::string* out, unsigned max, unsigned image) const;
     void clear_decorations(unsigned image);
     /// Replaces the drawings of an image by a copy of those of another.
-    void copyDecorations(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)
+    void copyDecorations(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage);
+    void setDecorations(unsigned image, document::decorations drawings);
+    const document::decorations& decorations(unsigned image) const noexcept
     {
-        imageOptions[targetImage].drawings = source.imageOptions[sourceImage].drawings;
+        return imageOptions[image].drawings.get();
     }
-    const document::decorations& decorations(unsigned image) const noexcept { return imageOptions[image].drawings; }
+    /// As they are now, which stays so; may be null when there are none.
+    std::shared_ptr<const document::decorations> sharedDecorations(unsigned image) const noexcept
+    {
+        return imageOptions[image].drawings.share();
+    }
     /// State word of the first decoration of this name.
     unsigned GetObjectFlags(unsigned image, const char* name) const noexcept;
     /// \return whether a decoration of this name changed; views are not told
@@ -243,6 +251,14 @@ public:
     const std::wstring& getFileName() const noexcept { return fileName; }
     std::uint64_t getFileSize() const noexcept { return std::uint64_t{fileSizeHigh} << 32 | fileSizeLow; }
     const std::string& getBaseTitle() const noexcept { return baseTitle; }
+    /// What titles are made of.
+    struct title_parts {
+        std::string base, display; ///< see the members of the document
+        unsigned derived = 0;      ///< copies made of it
+        bool operator==(const title_parts&) const = default;
+    };
+    title_parts titleParts() const { return {baseTitle, displayTitle, derivedCount}; }
+    void setTitleParts(const title_parts& parts);
 
 protected:
     bool doReadFile(std::istream& in) override;
@@ -292,7 +308,9 @@ private:
     void wasStored(const std::wstring& path, const std::optional<platform::file_stamp>& stamp);
     /// The image has other samples now.
     void renumber(unsigned image) noexcept;
+    void drawingsChanged(unsigned image) noexcept;
     void textsChanged();
+    static std::uint64_t newState() noexcept;
     /// Marks the titles, or no longer, when that is news.
     void noteChange();
 

@@ -1,11 +1,14 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 
+#include <utility>
+
 void CStorageDoc::set_decoration(const char* key, const VLPluginDecoration* list, unsigned count, DecImageType type,
                                  unsigned image)
 {
     if (image >= imageOptions.size() || (count > 0 && !list)) return;
-    imageOptions[image].drawings.set(key ? key : "", list, count, type);
+    imageOptions[image].drawings.edit().set(key ? key : "", list, count, type);
+    drawingsChanged(image);
     UpdateAllViews(nullptr, document::drawing_hint(image));
 }
 
@@ -13,7 +16,7 @@ VLPluginDecoration* CStorageDoc::get_decorations(const char* key, unsigned* outC
                                                  unsigned image) const
 {
     if (image >= imageOptions.size()) return nullptr;
-    return imageOptions[image].drawings.copy(key ? key : "", outCount, outType);
+    return decorations(image).copy(key ? key : "", outCount, outType);
 }
 
 void CStorageDoc::free_decorations(VLPluginDecoration* copy) const noexcept { document::decorations::free_copy(copy); }
@@ -21,30 +24,45 @@ void CStorageDoc::free_decorations(VLPluginDecoration* copy) const noexcept { do
 unsigned CStorageDoc::get_decorations_list(std::string* out, unsigned max, unsigned image) const
 {
     if (image >= imageOptions.size()) return 0;
-    const auto& groups = imageOptions[image].drawings.all();
+    const auto& groups = decorations(image).all();
     if (!out) return static_cast<unsigned>(groups.size());
     unsigned copied = 0;
     for (auto group = groups.begin(); group != groups.end() && copied < max; ++group) out[copied++] = group->first;
     return copied;
 }
 
+void CStorageDoc::copyDecorations(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage)
+{
+    imageOptions[targetImage].drawings = source.imageOptions[sourceImage].drawings;
+    drawingsChanged(targetImage);
+}
+
+void CStorageDoc::setDecorations(unsigned image, document::decorations drawings)
+{
+    imageOptions[image].drawings.edit() = std::move(drawings);
+    drawingsChanged(image);
+}
+
 void CStorageDoc::clear_decorations(unsigned image)
 {
-    if (image < imageOptions.size()) imageOptions[image].drawings.clear();
+    if (image < imageOptions.size()) setDecorations(image, {});
 }
 
 unsigned CStorageDoc::GetObjectFlags(unsigned image, const char* name) const noexcept
 {
-    return image < imageOptions.size() && name ? imageOptions[image].drawings.flags(name) : 0;
+    return image < imageOptions.size() && name ? decorations(image).flags(name) : 0;
 }
 
 bool CStorageDoc::ObjectAction(unsigned image, ObjectActionType action, const char* name)
 {
-    return image < imageOptions.size() && name && imageOptions[image].drawings.apply(action, name);
+    if (image >= imageOptions.size() || !name || !imageOptions[image].drawings.edit().apply(action, name)) return false;
+    drawingsChanged(image);
+    return true;
 }
 
 void CStorageDoc::toggleDecoration(unsigned image, std::size_t group, std::size_t member)
 {
-    if (image < imageOptions.size() && imageOptions[image].drawings.toggle(group, member))
-        UpdateAllViews(nullptr, document::drawing_hint(image));
+    if (image >= imageOptions.size() || !imageOptions[image].drawings.edit().toggle(group, member)) return;
+    drawingsChanged(image);
+    UpdateAllViews(nullptr, document::drawing_hint(image));
 }

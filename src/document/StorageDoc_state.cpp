@@ -11,14 +11,14 @@ std::span<const std::byte> bytes_of(const void* data, std::size_t size) noexcept
     return {static_cast<const std::byte*>(data), size};
 }
 
+} // namespace
+
 /// Never the same twice in a program, so that a document that takes another's place in memory has other numbers.
-std::uint64_t next_state() noexcept
+std::uint64_t CStorageDoc::newState() noexcept
 {
     static std::atomic<std::uint64_t> last{0};
     return ++last;
 }
-
-} // namespace
 
 bool CStorageDoc::isChanged() const noexcept
 {
@@ -31,7 +31,11 @@ bool CStorageDoc::isChanged() const noexcept
 document::content_state CStorageDoc::contentState() const
 {
     document::content_state state{.images = {}, .texts = textState};
-    for (const options& each : imageOptions) state.images.push_back(each.state);
+    for (const options& each : imageOptions) {
+        state.images.push_back(each.state);
+        state.overlays.push_back(each.overlayState);
+        state.drawings.push_back(each.drawingState);
+    }
     return state;
 }
 
@@ -47,11 +51,24 @@ std::optional<std::span<const std::byte>> CStorageDoc::samplesIn(std::uint64_t s
     return std::nullopt;
 }
 
-void CStorageDoc::renumber(unsigned image) noexcept { imageOptions[image].state = next_state(); }
+void CStorageDoc::renumber(unsigned image) noexcept { imageOptions[image].state = newState(); }
+
+void CStorageDoc::setOverlay(unsigned image, document::packed_bitmap overlay) noexcept
+{
+    options& kept = imageOptions[image];
+    if (kept.overlay == overlay) return;
+    kept.overlay = std::move(overlay);
+    kept.overlayState = kept.overlay ? newState() : 0;
+}
+
+void CStorageDoc::drawingsChanged(unsigned image) noexcept
+{
+    imageOptions[image].drawingState = decorations(image).all().empty() ? 0 : newState();
+}
 
 void CStorageDoc::textsChanged()
 {
-    textState = next_state();
+    textState = newState();
     noteChange();
 }
 

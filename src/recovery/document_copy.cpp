@@ -4,6 +4,7 @@
 #include "platform/files/paths.h"
 #include "recovery/background_writer.h"
 #include "recovery/folder_entries.h"
+#include "recovery/kept_drawings.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -52,8 +53,8 @@ void exchange_manifest(const fs::path& folder, std::span<const std::byte> bytes)
 /// Removes what the manifest does not name any more.
 void sweep(const fs::path& folder, const kept_document& kept)
 {
-    std::set<std::string> used = {manifestName, sourceFolder};
-    for (const kept_image& image : kept.images) used.insert(image.file);
+    std::set<std::string> used = files_of(kept);
+    used.insert({manifestName, sourceFolder});
     std::error_code error;
     for (const fs::path& entry : entries_of(folder, error))
         if (!used.contains(entry.filename().native())) fs::remove(entry, error);
@@ -95,9 +96,10 @@ document_copy::document_copy(fs::path folder_, std::string names_, background_wr
 
 std::unique_ptr<document_copy> document_copy::again(const kept_document& kept) const
 {
+    const std::set<std::string> named = files_of(kept);
     std::map<std::uint64_t, std::string> good;
     for (const auto& [state, file] : written)
-        if (std::ranges::find(kept.images, file, &kept_image::file) != kept.images.end()) good.emplace(state, file);
+        if (named.contains(file)) good.emplace(state, file);
     return std::make_unique<document_copy>(folder, names, writer, std::nullopt, std::move(good));
 }
 
@@ -163,13 +165,39 @@ void document_copy::write(const part& to, std::span<const std::byte> piece)
         piece.size());
 }
 
+/// \param bytes  gives them, on the writer's thread
+template <class Bytes>
+std::string document_copy::fileOf(std::uint64_t state, Bytes bytes)
+{
+    const auto found = written.find(state);
+    if (found != written.end()) return found->second;
+    writer.give([path = folder / nameOf(state), bytes = std::move(bytes), flag = failed] {
+        if (*flag) return;
+        try {
+            store(path, bytes(), 0, true);
+        } catch (...) {
+            *flag = true;
+            throw;
+        }
+    });
+    return written.emplace(state, nameOf(state)).first->second;
+}
+
+void document_copy::storeBeside(snapshot& done, std::size_t image)
+{
+    kept_image& kept = done.kept.images[image];
+    if (const std::uint64_t state = done.state.overlays[image]; state != 0)
+        kept.overlayFile = fileOf(state, [held = done.overlays[image]] { return document::bytes_of(*held); });
+    if (const std::uint64_t state = done.state.drawings[image]; state != 0)
+        kept.drawingsFile = fileOf(state, [held = done.drawings[image]] { return encode(*held); });
+}
+
 void document_copy::commit()
 {
     snapshot done = std::move(*current);
     current.reset();
-    std::set<std::string> used;
-    for (const kept_image& image : done.kept.images)
-        if (!image.file.empty()) used.insert(image.file);
+    for (std::size_t i = 0; i < done.kept.images.size(); ++i) storeBeside(done, i);
+    const std::set<std::string> used = files_of(done.kept);
     std::erase_if(written, [&](const auto& file) { return !used.contains(file.second); });
     committed = std::move(done.state);
     ++commits;

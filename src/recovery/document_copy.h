@@ -52,6 +52,10 @@ private:
     std::string nameOf(std::uint64_t state) const { return names + std::to_string(state); }
     void write(const part& to, std::span<const std::byte> piece);
     void commit();
+    /// Makes the writer store what the image has beside its samples, where the folder does not hold it yet.
+    void storeBeside(snapshot& done, std::size_t image);
+    template <class Bytes>
+    std::string fileOf(std::uint64_t state, Bytes bytes);
 
     std::filesystem::path folder;
     std::string names;
@@ -59,7 +63,7 @@ private:
     std::shared_ptr<std::atomic<bool>> failed = std::make_shared<std::atomic<bool>>(false);
     std::shared_ptr<std::atomic<unsigned>> stored = std::make_shared<std::atomic<unsigned>>(0); ///< of the commits
     unsigned commits = 0;
-    std::map<std::uint64_t, std::string> written; ///< complete files by the state whose samples they hold
+    std::map<std::uint64_t, std::string> written; ///< complete files by the state that they hold
     std::shared_ptr<known_source> ofSource = std::make_shared<known_source>(); ///< the writer's alone
     std::optional<document::content_state> committed;
     std::optional<snapshot> current;

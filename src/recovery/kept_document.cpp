@@ -1,57 +1,27 @@
 #include "recovery/kept_document.h"
 
-#include "base/streams/byte_reader.h"
 #include "base/text.h"
+#include "recovery/sealed_bytes.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <zlib.h>
 
 namespace recovery {
 
 namespace {
 
-constexpr std::string_view signature = "VLKEPT2\n";
+constexpr std::string_view signature = "VLKEPT3\n", formerSignature = "VLKEPT2\n";
+// A place in a file is kept in a list of as many; no container has so many images.
+constexpr std::uint32_t mostFileImages = 1u << 20;
 
-std::uint32_t checksum(std::span<const std::byte> bytes)
+void write(byte_writer& out, const text_table& texts)
 {
-    return static_cast<std::uint32_t>(
-        crc32_z(crc32_z(0, nullptr, 0), reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
-}
-
-class byte_writer {
-public:
-    template <class T>
-    void number(T value)
-    {
-        for (std::size_t i = 0; i < sizeof(T); ++i)
-            bytes.push_back(static_cast<std::byte>(static_cast<std::uint64_t>(value) >> (8 * i) & 0xff));
+    out.number(static_cast<std::uint32_t>(texts.size()));
+    for (const auto& [key, value] : texts) {
+        out.text(key);
+        out.text(value);
     }
-    void plain(std::string_view text)
-    {
-        const auto* const first = reinterpret_cast<const std::byte*>(text.data());
-        bytes.insert(bytes.end(), first, first + text.size());
-    }
-    void text(std::string_view text)
-    {
-        number(static_cast<std::uint32_t>(text.size()));
-        plain(text);
-    }
-    void table(const text_table& texts)
-    {
-        number(static_cast<std::uint32_t>(texts.size()));
-        for (const auto& [key, value] : texts) {
-            text(key);
-            text(value);
-        }
-    }
-    std::vector<std::byte> bytes;
-};
-
-std::string text_from(base::byte_reader& in)
-{
-    const auto found = in.take(in.u32());
-    return {reinterpret_cast<const char*>(found.data()), found.size()};
 }
 
 text_table table_from(base::byte_reader& in)
@@ -64,7 +34,21 @@ text_table table_from(base::byte_reader& in)
     return texts;
 }
 
-kept_image image_from(base::byte_reader& in)
+void write(byte_writer& out, const kept_image& image)
+{
+    out.text(image.id);
+    out.text(image.declaration);
+    write(out, image.texts);
+    out.text(image.file);
+    out.number(image.fileImage);
+    out.number(image.bytes);
+    out.number(static_cast<std::uint8_t>(image.checksum.has_value()));
+    if (image.checksum) out.number(*image.checksum);
+    out.text(image.overlayFile);
+    out.text(image.drawingsFile);
+}
+
+kept_image image_from(base::byte_reader& in, bool isFormer)
 {
     kept_image image;
     image.id = text_from(in);
@@ -74,6 +58,9 @@ kept_image image_from(base::byte_reader& in)
     image.fileImage = in.u32();
     image.bytes = in.u64();
     if (in.u8() != 0) image.checksum = in.u32();
+    if (isFormer) return image;
+    image.overlayFile = text_from(in);
+    image.drawingsFile = text_from(in);
     return image;
 }
 
@@ -85,6 +72,17 @@ void write(byte_writer& out, const document::own_files::entry& file)
     out.number(file.stamp.size);
     out.number(file.stamp.seconds);
     out.number(file.stamp.nanoseconds);
+}
+
+/// Names files in its folder only, and no places beyond measure.
+bool is_of_copy(const kept_document& kept)
+{
+    const auto isPlain = [](const std::string& name) {
+        return name.find('/') == std::string::npos && name.find('\0') == std::string::npos && name != "." &&
+               name != ".." && name != manifestName && name != sourceFolder;
+    };
+    return std::ranges::all_of(files_of(kept), isPlain) &&
+           std::ranges::all_of(kept.images, [](const auto& image) { return image.fileImage < mostFileImages; });
 }
 
 document::own_files::entry file_from(base::byte_reader& in)
@@ -110,41 +108,47 @@ std::vector<std::byte> encode(const kept_document& kept)
     out.text(base::narrow(kept.path));
     out.number(static_cast<std::uint8_t>(kept.source.has_value()));
     if (kept.source) write(out, *kept.source);
-    out.table(kept.texts);
+    write(out, kept.texts);
     out.number(static_cast<std::uint32_t>(kept.images.size()));
-    for (const kept_image& image : kept.images) {
-        out.text(image.id);
-        out.text(image.declaration);
-        out.table(image.texts);
-        out.text(image.file);
-        out.number(image.fileImage);
-        out.number(image.bytes);
-        out.number(static_cast<std::uint8_t>(image.checksum.has_value()));
-        if (image.checksum) out.number(*image.checksum);
-    }
+    for (const kept_image& image : kept.images) write(out, image);
+    out.text(kept.baseTitle);
+    out.text(kept.displayTitle);
+    out.number(kept.derived);
     if (kept.sourcePrint) out.number(*kept.sourcePrint);
-    out.number(checksum(out.bytes));
-    return std::move(out.bytes);
+    return out.sealed();
 }
 
 std::optional<kept_document> decode(std::span<const std::byte> bytes)
 {
-    constexpr std::size_t sumBytes = sizeof(std::uint32_t);
-    if (bytes.size() < signature.size() + sumBytes) return std::nullopt;
-    const auto content = bytes.first(bytes.size() - sumBytes);
-    if (base::byte_reader(bytes.last(sumBytes)).u32() != checksum(content)) return std::nullopt;
-    base::byte_reader in(content);
-    if (!in.tag(signature)) return std::nullopt;
+    const auto content = unsealed(bytes);
+    base::byte_reader in(content.value_or(std::span<const std::byte>()));
+    const bool isFormer = in.tag(formerSignature);
+    if (!isFormer && !in.tag(signature)) return std::nullopt;
     kept_document kept;
     kept.time = in.little<std::int64_t>();
     kept.title = base::widen(text_from(in));
     kept.path = base::widen(text_from(in));
     if (in.u8() != 0) kept.source = file_from(in);
     kept.texts = table_from(in);
-    for (std::uint32_t count = in.u32(); count > 0 && !in.failed(); --count) kept.images.push_back(image_from(in));
+    for (std::uint32_t count = in.u32(); count > 0 && !in.failed(); --count)
+        kept.images.push_back(image_from(in, isFormer));
+    if (!isFormer) {
+        kept.baseTitle = text_from(in);
+        kept.displayTitle = text_from(in);
+        kept.derived = in.u32();
+    }
     if (in.remaining() > 0) kept.sourcePrint = in.u32();
-    if (in.failed() || in.remaining() > 0) return std::nullopt;
+    if (in.failed() || in.remaining() > 0 || !is_of_copy(kept)) return std::nullopt;
     return kept;
+}
+
+std::set<std::string> files_of(const kept_document& kept)
+{
+    std::set<std::string> names;
+    for (const kept_image& image : kept.images)
+        for (const std::string& name : {image.file, image.overlayFile, image.drawingsFile})
+            if (!name.empty()) names.insert(name);
+    return names;
 }
 
 std::optional<kept_document> read_manifest(const std::filesystem::path& folder)

@@ -49,7 +49,4 @@ std::error_code keep_source(const std::filesystem::path& state, const std::files
 /// Removes the file that a copy was given unless `kept`, its manifest, refers to it.
 void drop_source(const std::filesystem::path& folder, const kept_document& kept);
 
-/// Name of the folder in a copy that holds its file then.
-constexpr const char* sourceFolder = "source";
-
 } // namespace recovery

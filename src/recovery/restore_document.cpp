@@ -5,10 +5,12 @@
 #include "document/document_table.h"
 #include "platform/app/Exceptions.h"
 #include "platform/files/paths.h"
+#include "recovery/kept_drawings.h"
 
 #include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace recovery {
 
@@ -93,6 +95,58 @@ void read_samples(const fs::path& path, const kept_image& image, SPMDataStream& 
     if (!in && size > 0) throw std::runtime_error(path.native() + " cannot be read");
 }
 
+/// \throws std::exception when it cannot be read
+std::vector<std::byte> content_of(const fs::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::vector<std::byte> bytes(fs::file_size(path));
+    in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    if (!in) throw std::runtime_error(path.native() + " cannot be read");
+    return bytes;
+}
+
+/// What the last image of the document had over it.
+class restored_overlay {
+public:
+    restored_overlay(CStorageDoc& document_, const fs::path& folder_, restored_document& done_)
+        : document(document_), folder(folder_), done(done_), image(document.getImagesNumber() - 1)
+    {
+    }
+
+    void take(const kept_image& kept)
+    {
+        attempt(kept.overlayFile, [&](std::span<const std::byte> bytes) {
+            document.setOverlay(image, document::packed_bitmap_of(bytes));
+            return document.contentState().overlays[image];
+        });
+        attempt(kept.drawingsFile, [&](std::span<const std::byte> bytes) {
+            if (auto drawings = decode_drawings(bytes)) document.setDecorations(image, std::move(*drawings));
+            return document.contentState().drawings[image];
+        });
+    }
+
+private:
+    /// \param put  gives the number that the content of the file has in the document now, 0 when it is damaged
+    template <class Put>
+    void attempt(const std::string& file, Put put)
+    {
+        if (file.empty()) return;
+        try {
+            const std::uint64_t state = put(content_of(folder / file));
+            if (state == 0) throw std::runtime_error((folder / file).native() + " is damaged");
+            done.files.emplace(state, file);
+        } catch (const std::exception& failure) {
+            done.missing.push_back("what is drawn over " + std::string(document.getImage(image).get_description()) +
+                                   ": " + failure.what());
+        }
+    }
+
+    CStorageDoc& document;
+    const fs::path& folder;
+    restored_document& done;
+    unsigned image;
+};
+
 } // namespace
 
 restored_document restore(CStorageDoc& document, const kept_document& kept, const fs::path& folder)
@@ -122,6 +176,7 @@ restored_document restore(CStorageDoc& document, const kept_document& kept, cons
         }
         document.moveIn(stream);
         const unsigned added = document.getImagesNumber() - 1;
+        restored_overlay(document, folder, done).take(image);
         for (const auto& [key, text] : image.texts) document.setString(key.c_str(), text.c_str(), added);
         const std::uint64_t state = document.contentState().images[added];
         if (!image.file.empty()) {
@@ -135,6 +190,7 @@ restored_document restore(CStorageDoc& document, const kept_document& kept, cons
     // What lacks a part must not take the place of the file that may have it, without being asked.
     if (kept.source && done.missing.empty()) document.setStored(*kept.source, std::move(stored));
     if (!kept.path.empty()) document.SetPathName(kept.path.c_str(), false);
+    document.setTitleParts({.base = kept.baseTitle, .display = kept.displayTitle, .derived = kept.derived});
     document.SetTitle(kept.title.c_str());
     document.SetModifiedFlag(true);
     return done;

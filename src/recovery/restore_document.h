@@ -7,8 +7,9 @@ namespace recovery {
 
 /// What came of a restoration.
 struct restored_document {
-    std::vector<std::string> missing;           ///< why, for each image whose samples are nowhere any more
-    std::map<std::uint64_t, std::string> files; ///< of the copy, by the state that their images have now
+    /// Why, for each image whose samples are nowhere any more, and each bitmap or drawing over one that is damaged.
+    std::vector<std::string> missing;
+    std::map<std::uint64_t, std::string> files; ///< of the copy, by the state that they hold now
 };
 
 /// Fills an empty document with what `folder` and `from` hold of `kept`. The document is changed afterwards, and

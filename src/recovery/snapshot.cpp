@@ -25,7 +25,9 @@ kept_image image_of(const CStorageDoc& document, unsigned image)
             .file = {},
             .fileImage = 0,
             .bytes = document.GetDataSize(image),
-            .checksum = {}};
+            .checksum = {},
+            .overlayFile = {},
+            .drawingsFile = {}};
 }
 
 } // namespace
@@ -42,6 +44,10 @@ snapshot take_snapshot(const CStorageDoc& document)
     taken.state = document.contentState();
     taken.kept.time = now();
     taken.kept.title = document.GetTitle();
+    const CStorageDoc::title_parts titles = document.titleParts();
+    taken.kept.baseTitle = titles.base;
+    taken.kept.displayTitle = titles.display;
+    taken.kept.derived = titles.derived;
     taken.kept.path = document.GetPathName();
     taken.kept.texts = document.strings(document::documentTable);
     const auto* const source = document.storedFile();
@@ -51,6 +57,8 @@ snapshot take_snapshot(const CStorageDoc& document)
     for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
         kept_image& image = taken.kept.images.emplace_back(image_of(document, i));
         taken.isInSource.push_back(false);
+        taken.overlays.push_back(document.sharedOverlay(i));
+        taken.drawings.push_back(document.sharedDecorations(i));
         if (!hasSource || !document.storedState()) continue;
         const auto& stored = document.storedState()->images;
         const auto found = std::ranges::find(stored, taken.state.images[i]);

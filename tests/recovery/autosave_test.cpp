@@ -125,6 +125,94 @@ TEST_F(AutosaveTest, WhatClosesUnsavedComesBackWhole)
     EXPECT_EQ(again.ownFiles().of(path), document::own_files::relation::own) << "saved without a question";
 }
 
+TEST_F(AutosaveTest, WhatLiesOverImagesComesBackToo)
+{
+    CStorageDoc made; // of a file that it was never saved to
+    const SPMDataStream images[] = {even_image("a", 4, 1), even_image("b", 4, 2)};
+    made.AddNewImages(images, 2);
+    made.setOverlay(1, numbered_bitmap(258));
+    draw_number(made, 1, 5);
+    document.DeriveTitle(made);
+    copies->documentCloses(made);
+    copies->finish();
+    CStorageDoc again;
+    EXPECT_TRUE(restoreLatest(again).missing.empty());
+    ASSERT_EQ(again.getImagesNumber(), 2u);
+    EXPECT_EQ(over(again, 0), "");
+    EXPECT_EQ(over(again, 1), "258 lines 5/1");
+    EXPECT_EQ(again.decorations(1).all().at("lines").members[0].coordinates.back(), 1.0 / 3.0);
+    CStorageDoc copy;
+    again.DeriveTitle(copy);
+    EXPECT_EQ(copy.GetTitle(), L"Copy 2 of three") << "what it was made of";
+}
+
+TEST_F(AutosaveTest, WhatLiesOverImagesIsWrittenWhenItChanges)
+{
+    fill_image(document, 1, 7);
+    document.setOverlay(0, numbered_bitmap(3));
+    draw_number(document, 0, 4);
+    stepAndFinish();
+    const auto names = [&] {
+        const recovery::kept_image kept = recovery::read_manifest(onlyCopy())->images[0];
+        return std::pair(kept.overlayFile, kept.drawingsFile);
+    };
+    const auto [overlay, drawings] = names();
+    document.setString("note", "new", 0);
+    stepAndFinish();
+    EXPECT_EQ(names(), std::pair(overlay, drawings)) << "as they were";
+    document.toggleDecoration(0, 0, 0);
+    stepAndFinish();
+    EXPECT_EQ(names().first, overlay);
+    EXPECT_NE(names().second, drawings) << "no longer selected";
+    EXPECT_FALSE(std::filesystem::exists(onlyCopy() / drawings));
+    document.setOverlay(0, nullptr);
+    document.clear_decorations(0);
+    stepAndFinish();
+    EXPECT_EQ(names(), std::pair(std::string(), std::string()));
+    EXPECT_EQ(sampleBytes(), 2000u) << "of image 1 only";
+}
+
+TEST_F(AutosaveTest, ACopyThatIsOpenAgainKeepsWhatLiesOverImages)
+{
+    fill_image(document, 1, 7);
+    document.setOverlay(0, numbered_bitmap(3));
+    draw_number(document, 0, 4);
+    copies->documentCloses(document);
+    copies->finish();
+    const std::filesystem::path folderOfCopy = recovery::closed_documents(state() / "closed").list().front().folder;
+    const std::filesystem::path taken = copies->takeCopy(folderOfCopy);
+    CStorageDoc again;
+    auto done = recovery::restore(again, *recovery::read_manifest(taken), taken);
+    copies->adopt(again, taken, std::move(done.files), true);
+    again.setString("note", "new", 0);
+    copies->step({&again});
+    copies->finish();
+    CStorageDoc third;
+    EXPECT_TRUE(recovery::restore(third, *recovery::read_manifest(taken), taken).missing.empty());
+    EXPECT_EQ(over(third, 0), "3 lines 4/1");
+    EXPECT_STREQ(third.getString("note", 0), "new");
+}
+
+TEST_F(AutosaveTest, ADamagedBitmapOrDrawingIsNamedAndTheRestComesBack)
+{
+    document.setOverlay(0, numbered_bitmap(3));
+    draw_number(document, 0, 4);
+    fill_image(document, 1, 7);
+    copies->documentCloses(document);
+    copies->finish();
+    const std::filesystem::path copy = recovery::closed_documents(state() / "closed").list().front().folder;
+    const recovery::kept_image kept = recovery::read_manifest(copy)->images[0];
+    std::filesystem::resize_file(copy / kept.overlayFile, 41);
+    std::filesystem::resize_file(copy / kept.drawingsFile, 20);
+    CStorageDoc again;
+    const auto result = restoreLatest(again);
+    EXPECT_EQ(result.missing.size(), 2u);
+    ASSERT_EQ(again.getImagesNumber(), 3u);
+    EXPECT_EQ(value_of(again, 1), 7);
+    EXPECT_EQ(over(again, 0), "");
+    EXPECT_EQ(again.ownFiles().of(path), document::own_files::relation::foreign) << "a save asks";
+}
+
 TEST_F(AutosaveTest, WhatClosesAsItIsInItsFileIsNotKept)
 {
     fill_image(document, 0, 9);

@@ -37,6 +37,8 @@ short expected(unsigned image, int last)
         }
         fill_image(document, image, static_cast<short>(n));
         document.setString("operation", std::to_string(n).c_str(), unsigned(-1));
+        document.setOverlay(0, numbered_bitmap(n));
+        draw_number(document, 0, n);
         copies.step({&document});
         if (random() % 5 != 0) continue;
         while (!copies.isUpToDate()) copies.step({&document});
@@ -82,6 +84,8 @@ TEST_F(RecoveryTest, AProgramThatIsKilledAtAnyMomentLeavesWholeStates)
             const int last = std::atoi(restored.getString("operation", unsigned(-1)));
             EXPECT_GE(last, known) << "round " << round;
             ASSERT_EQ(restored.getImagesNumber(), images);
+            const std::string number = std::to_string(last);
+            EXPECT_EQ(over(restored, 0), last > 0 ? number + " lines " + number + "/1" : "") << "round " << round;
             for (unsigned i = 0; i < images; ++i) {
                 const std::optional<short> value = value_of(restored, i);
                 const bool isPassing = value == passing && i == static_cast<unsigned>(last + 1) % images;

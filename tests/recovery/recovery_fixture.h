@@ -37,6 +37,45 @@ inline std::optional<short> value_of(const CStorageDoc& document, unsigned image
     return samples[0];
 }
 
+/// A bitmap of one pixel, with the number in its colours.
+inline document::packed_bitmap numbered_bitmap(int number)
+{
+    BITMAPINFOHEADER header;
+    header.biWidth = header.biHeight = 1;
+    header.biBitCount = 24;
+    const unsigned char pixel[4] = {static_cast<unsigned char>(number), static_cast<unsigned char>(number >> 8), 0, 0};
+    return document::pack_bitmap(header, pixel, nullptr);
+}
+
+/// Draws a selected line over an image, with the number for its text.
+inline void draw_number(CStorageDoc& document, unsigned image, int number)
+{
+    document::decorations::group group;
+    document::decoration& line = group.members.emplace_back();
+    line.type = DECORATION_POLYLINE;
+    line.tupleLength = 2;
+    line.coordinates = {0.0, 1.0, 2.0, 1.0 / 3.0};
+    line.text = std::to_string(number);
+    line.state = DECORATION_SELECTED;
+    document::decorations made;
+    made.put("lines", std::move(group));
+    document.setDecorations(image, std::move(made));
+}
+
+/// The numbers over an image as text: bitmap, drawing and its state.
+inline std::string over(const CStorageDoc& document, unsigned image)
+{
+    std::string told;
+    if (const BITMAPINFOHEADER* const bitmap = document.getImageOverlay(image)) {
+        const auto bytes = document::bytes_of(*bitmap).subspan(sizeof *bitmap);
+        told = std::to_string(std::to_integer<int>(bytes[0]) + 256 * std::to_integer<int>(bytes[1]));
+    }
+    for (const auto& [key, group] : document.decorations(image).all())
+        for (const document::decoration& each : group.members)
+            told += " " + key + " " + each.text + "/" + std::to_string(each.state);
+    return told;
+}
+
 class RecoveryTest : public testing::Test {
 protected:
     std::filesystem::path state() const { return folder / "state"; }

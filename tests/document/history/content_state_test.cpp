@@ -97,6 +97,52 @@ TEST_F(ContentStateTest, APreviewThatIsTakenBackIsNoChange)
     EXPECT_TRUE(document.isChanged()) << "what is there now is neither in the file nor in the history";
 }
 
+TEST_F(ContentStateTest, WhatLiesOverAnImageHasAStateButIsInNoFile)
+{
+    BITMAPINFOHEADER header;
+    header.biWidth = header.biHeight = 1;
+    header.biBitCount = 24;
+    double points[] = {1, 2};
+    VLPluginDecoration record{DECORATION_POINTS, 1, 0, 0, nullptr, "n", points};
+    const document::content_state empty = document.contentState();
+    const std::pair<const char*, std::function<void()>> actions[] = {
+        {"bitmap", [&] { document.setOverlay(0, document::pack_bitmap(header, "abc", nullptr)); }},
+        {"drawing", [&] { document.set_decoration("k", &record, 1, DEC_IMAGE_ANY, 0); }},
+        {"selection", [&] { document.toggleDecoration(0, 0, 0); }},
+        {"selection by name", [&] { document.ObjectAction(0, OBJECT_DESELECT, "n"); }},
+        {"copy of itself", [&] { document.copyDecorations(document, 0, 0); }},
+    };
+    for (const auto& [name, act] : actions) {
+        const auto before = document.contentState();
+        act();
+        EXPECT_NE(document.contentState(), before) << name;
+        EXPECT_FALSE(document.isChanged()) << name;
+    }
+    document.ObjectAction(0, OBJECT_DELETE, "n");
+    document.setOverlay(0, nullptr);
+    EXPECT_EQ(document.contentState(), empty);
+}
+
+TEST_F(ContentStateTest, SharedDrawingsStayAsTheyWere)
+{
+    double points[] = {1, 2};
+    VLPluginDecoration record{DECORATION_POINTS, 1, 0, 0, nullptr, "n", points};
+    document.set_decoration("k", &record, 1, DEC_IMAGE_ANY, 0);
+    const auto held = document.sharedDecorations(0);
+    document.toggleDecoration(0, 0, 0);
+    EXPECT_EQ(held->flags("n"), 0u);
+    EXPECT_EQ(document.GetObjectFlags(0, "n"), DECORATION_SELECTED);
+    const auto* const own = &document.decorations(0);
+    document.toggleDecoration(0, 0, 0);
+    EXPECT_EQ(&document.decorations(0), own) << "nobody else holds these: no further copy";
+    CStorageDoc other;
+    const SPMDataStream stream = heights("b", {4});
+    other.AddNewImages(&stream, 1);
+    other.copyDecorations(document, 0, 0);
+    document.clear_decorations(0);
+    EXPECT_EQ(other.get_decorations_list(nullptr, 0, 0), 1u);
+}
+
 TEST_F(ContentStateTest, AFileThatChangesWhileItIsReadIsNotTheDocumentsOwn)
 {
     const std::pair<const char*, std::function<void()>> changes[] = {

@@ -165,11 +165,11 @@ TEST_F(MergeTest, AnAppendedPictureKeepsItsColours)
     ASSERT_TRUE(other.SetDIB(&header, pixels, nullptr, -1));
     document::merge_documents(document, other);
     ASSERT_EQ(document.getImagesNumber(), 2u);
+    other.DeleteContents();
     const BITMAPINFOHEADER* const overlay = document.getImageOverlay(1);
     ASSERT_NE(overlay, nullptr);
     EXPECT_EQ(overlay->biWidth, 3);
     EXPECT_EQ(std::memcmp(overlay + 1, pixels, sizeof pixels), 0) << "the pixels follow the header";
-    EXPECT_NE(overlay, other.getImageOverlay(0)) << "a copy: the other document goes";
     ASSERT_NE(document.getImageOverlay(0), nullptr);
     EXPECT_EQ(document.getImageOverlay(0)->biWidth, 2);
 }

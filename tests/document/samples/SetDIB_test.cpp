@@ -143,4 +143,27 @@ TEST_F(DocumentTest, IdsOfPicturesAndImagesOfOneFileStayApart)
     EXPECT_STREQ(document.getImage(2).get_name(), "img2");
 }
 
+TEST_F(DocumentTest, ABitmapComesBackFromItsBytesAndOnlyFromAllOfThem)
+{
+    const BITMAPINFOHEADER header = header_of(3, 2, 8, 4);
+    const std::uint8_t bits[8] = {1, 2, 3, 0, 4, 5, 6, 0};
+    const RGBQUAD palette[4] = {{1, 2, 3, 0}};
+    const document::packed_bitmap packed = document::pack_bitmap(header, bits, palette);
+    const auto whole = document::bytes_of(*packed);
+    ASSERT_EQ(whole.size(), 40u + 4 * 4 + 2 * 4);
+    const document::packed_bitmap back = document::packed_bitmap_of(whole);
+    ASSERT_TRUE(back);
+    EXPECT_TRUE(std::ranges::equal(document::bytes_of(*back), whole));
+    for (std::size_t length = 0; length < whole.size(); ++length)
+        EXPECT_FALSE(document::packed_bitmap_of(whole.first(length))) << length;
+    // Fields of the header: size, width, height, bit count, compression, bytes of the pixels, colours.
+    const std::pair<std::size_t, int> flips[] = {{0, 0},  {4, 7},  {4 + 3, 7}, {8, 0},  {8 + 3, 7}, {14, 0},
+                                                 {14, 4}, {16, 0}, {20, 0},    {32, 0}, {32 + 3, 7}};
+    for (const auto& [byte, bit] : flips) {
+        std::vector<std::byte> wrong(whole.begin(), whole.end());
+        wrong[byte] ^= static_cast<std::byte>(1 << bit);
+        EXPECT_FALSE(document::packed_bitmap_of(wrong)) << byte << ", " << bit;
+    }
+}
+
 } // namespace
