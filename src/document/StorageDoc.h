@@ -29,6 +29,7 @@ struct spmx_content;
 class CStorageDoc : public CDocument, public VLFileReader {
 public:
     using string_table = std::map<std::string, std::string>;
+    using text_changes = std::map<std::string, std::optional<std::string>>; ///< by key; nothing: no such text
     /// What an image was before a change, under its number in `contentState`.
     struct kept_step : CUndoData {
         kept_step(const char* declaration, std::size_t bytes, const void* samples, std::uint64_t state_)
@@ -36,6 +37,8 @@ public:
         {
         }
         std::uint64_t state;
+        text_changes texts = {};                       ///< that changed with the step, as they were before
+        std::uint64_t textsBefore = 0, textsAfter = 0; ///< numbers in `contentState`
     };
     /// The newest step is the last. A list moves without memory, which keeps `options` whole where a table grows.
     using history = std::list<kept_step>;
@@ -134,6 +137,8 @@ public:
     // on.
     void pushUndo(unsigned image, bool clearRedo);
     void pushRedo(unsigned image);
+    /// Changes texts of the image as a part of the last undo step: that brings them back as well.
+    void changeTexts(unsigned image, const text_changes& changes);
     /// Writes the last undo step back and keeps it, as a live preview does again and again.
     void restore(unsigned image);
     /// One step back; the image's parameter stream takes one as well. The last step clears the modified flag, although

@@ -36,6 +36,21 @@ bool is_as_in(const SPMDataStream& stream, const CUndoData& step)
            (step.size == 0 || std::memcmp(stream.array_data(), step.data, step.size) == 0);
 }
 
+/// Makes the changes in a table. \return those that lead back
+CStorageDoc::text_changes exchanged(const CStorageDoc::text_changes& changes, CStorageDoc::string_table& texts)
+{
+    CStorageDoc::text_changes before;
+    for (const auto& [key, text] : changes) {
+        const auto found = texts.find(key);
+        before.emplace(key, found == texts.end() ? std::nullopt : std::optional(found->second));
+        if (text)
+            texts.insert_or_assign(key, *text);
+        else
+            texts.erase(key);
+    }
+    return before;
+}
+
 void warn(unsigned text)
 {
     if (CWinApp* const app = AfxGetApp()) app->host().messageBox(string_resource(text), message_icon::warning);
@@ -103,19 +118,25 @@ private:
 /// One step of an image from one of its stacks, with the way back onto the other.
 class CStorageDoc::history_step {
 public:
-    history_step(CStorageDoc& document, unsigned image, history options::* from_, history options::* to_,
+    history_step(CStorageDoc& document_, unsigned image, history options::* from_, history options::* to_,
                  unsigned lostText)
-        : kept(document.imageOptions[image]),
+        : document(document_),
+          kept(document.imageOptions[image]),
           from(kept.*from_),
           to(kept.*to_),
           back(document.snapshot(image, to, lostText)),
           restored(document, image, from.back())
     {
+        if (from.back().texts.empty()) return;
+        texts = kept.strings;
+        text_changes forth = exchanged(from.back().texts, texts);
+        if (!back.empty()) back.front().texts = std::move(forth);
     }
 
     void commit() noexcept
     {
         restored.commit();
+        if (!from.back().texts.empty()) commitTexts();
         to.splice(to.end(), back);
         kept.state = from.back().state;
         from.pop_back();
@@ -124,10 +145,24 @@ public:
     const SPMDataStream& result() const noexcept { return restored.result(); }
 
 private:
+    /// They have the number again that they had, unless others were changed meanwhile.
+    void commitTexts() noexcept
+    {
+        const kept_step& step = from.back();
+        const std::uint64_t now = document.textState;
+        kept.strings.swap(texts);
+        document.textState = now == step.textsAfter ? step.textsBefore : newState();
+        if (back.empty()) return;
+        back.front().textsBefore = now;
+        back.front().textsAfter = document.textState;
+    }
+
+    CStorageDoc& document;
     options& kept;
     history &from, &to;
     history back;
     restoration restored;
+    string_table texts; ///< of the image afterwards, where they change
 };
 
 unsigned CStorageDoc::parameterImage(unsigned image, const SPMDataStream& stream) const noexcept
@@ -160,6 +195,20 @@ void CStorageDoc::pushUndo(unsigned image, bool clearRedo)
     kept.undoSteps.splice(kept.undoSteps.end(), snapshot(image, kept.undoSteps, undoLostText));
     renumber(image);
     setDisplayOnly(false);
+}
+
+void CStorageDoc::changeTexts(unsigned image, const text_changes& changes)
+{
+    if (image >= images.size() || changes.empty()) return;
+    options& kept = imageOptions[image];
+    text_changes before = exchanged(changes, kept.strings);
+    const std::uint64_t stateBefore = textState;
+    textsChanged();
+    if (kept.undoSteps.empty()) return; // there was no memory for the step
+    kept_step& step = kept.undoSteps.back();
+    if (step.texts.empty()) step.textsBefore = stateBefore;
+    step.texts.merge(before); // what was changed twice has been what it was before the first time
+    step.textsAfter = textState;
 }
 
 void CStorageDoc::pushRedo(unsigned image)

@@ -10,6 +10,9 @@ class CChildFrame;
 class CStorageDoc;
 class IVolumeSource;
 class SPMDataStream;
+namespace document {
+class extracted_texts;
+}
 
 /// Base of the views bound to one image of a document and one of its sub-images. Keeps the tree of views that were
 /// opened from each other, reacts to the document's hints, and holds the commands common to views of data.
@@ -109,6 +112,9 @@ protected:
     unsigned subImageNumber = 0;
 
 private:
+    document::extracted_texts textsOf(IVolumeSource& cloud) const;
+    CStorageDoc* extractCurve(IVolumeSource& cloud, const document::extracted_texts& texts, int x, int y,
+                              CStorageDoc* target, bool merge);
     std::vector<VLPluginDataSelection> selections();
     bool choosesVolumeCopy();
     void openFrames(CStorageDoc& document);

@@ -2,6 +2,7 @@
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
 #include "document/document_table.h"
+#include "document/samples/extracted_texts.h"
 #include "document/samples/point_counts.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
@@ -122,6 +123,7 @@ CStorageDoc* CImageView::extract_curves(IVolumeSource& cloud)
     if (sourceWidth == 0 || sourceHeight == 0) return nullptr;
     const std::int64_t countX = volume.get_dimension(0).length, countY = volume.get_dimension(1).length;
     const bool merge = isOptionOn("merge_extracted_fv_curves");
+    const document::extracted_texts texts = textsOf(cloud);
     CStorageDoc* target = nullptr;
     for (const VLPluginDataSelection& each : selections()) {
         if (each.kind != SELECTION_RECTANGLE) continue;
@@ -133,13 +135,27 @@ CStorageDoc* CImageView::extract_curves(IVolumeSource& cloud)
         };
         for (std::int64_t y = cellY(each.data[1]); y < cellY(each.data[3]); ++y)
             for (std::int64_t x = cellX(each.data[0]); x < cellX(each.data[2]); ++x)
-                target = ExtractCurveFrom3DCloud(cloud, static_cast<int>(x), static_cast<int>(y), target, merge);
+                target = extractCurve(cloud, texts, static_cast<int>(x), static_cast<int>(y), target, merge);
     }
     if (target) target->UpdateAllViews(nullptr, document::data_hint(target->getImagesNumber() - 1));
     return target;
 }
 
+document::extracted_texts CImageView::textsOf(IVolumeSource& cloud) const
+{
+    const CStorageDoc* const document = storageDoc();
+    const bool isThere = document && cloud.getVolumeImage() < document->getImagesNumber();
+    return isThere ? document::extracted_texts(*document, cloud.getVolumeImage(), cloud.getVolume())
+                   : document::extracted_texts();
+}
+
 CStorageDoc* CImageView::ExtractCurveFrom3DCloud(IVolumeSource& cloud, int x, int y, CStorageDoc* target, bool merge)
+{
+    return extractCurve(cloud, textsOf(cloud), x, y, target, merge);
+}
+
+CStorageDoc* CImageView::extractCurve(IVolumeSource& cloud, const document::extracted_texts& texts, int x, int y,
+                                      CStorageDoc* target, bool merge)
 {
     const SPMDataStream& volume = cloud.getVolume();
     if (volume.get_dimensions_number() != 3 || volume.array_length() == 0) return target;
@@ -169,6 +185,7 @@ CStorageDoc* CImageView::ExtractCurveFrom3DCloud(IVolumeSource& cloud, int x, in
         append_curves(target->getImage(count - 1), volume, static_cast<unsigned>(x), static_cast<unsigned>(y));
         target->revalidateImage(count - 1);
     }
+    texts.addTo(*target, target->getImagesNumber() - 1, static_cast<unsigned>(x), static_cast<unsigned>(y));
     if (merge) {
         SPMDataStream& stream = target->getImage(target->getImagesNumber() - 1);
         std::vector<smart_string> names = stream.subimage_names();

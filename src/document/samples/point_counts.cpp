@@ -37,12 +37,13 @@ void drop_point_counts(CStorageDoc& document, unsigned image)
 
 void state_counted_points(CStorageDoc& document, unsigned image)
 {
+    CStorageDoc::text_changes changes;
     for (const char* key : keys) {
         const std::string text = document.getString(key, image);
         if (text.empty() || text.find(totalMark) != std::string::npos) continue;
-        const auto samples = document.getImage(image).array_length();
-        document.setString(key, (text + std::string(totalMark) + std::to_string(samples)).c_str(), image);
+        changes.emplace(key, text + std::string(totalMark) + std::to_string(document.getImage(image).array_length()));
     }
+    document.changeTexts(image, changes);
 }
 
 } // namespace document

@@ -14,8 +14,8 @@ std::size_t unmeasured_points(const CStorageDoc& document, unsigned image);
 /// Takes the texts from an image that is a part of the one whose samples were counted.
 void drop_point_counts(CStorageDoc& document, unsigned image);
 
-/// Adds to the texts how many samples were counted, "3 of 32": before an image gets another size in a step that can be
-/// undone.
+/// Adds to the texts how many samples were counted, "3 of 32", as a part of the last undo step: before an image gets
+/// another size in it.
 void state_counted_points(CStorageDoc& document, unsigned image);
 
 } // namespace document

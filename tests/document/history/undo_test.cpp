@@ -99,6 +99,27 @@ TEST_F(UndoTest, BringsShapeAxesAndNamesBack)
     EXPECT_EQ(view.hints, (std::vector<std::uint32_t>{1, 258, 1, 258}));
 }
 
+TEST_F(UndoTest, BringsTextsOfTheStepBackAndNoOthers)
+{
+    add(heights("a", {4}));
+    document.setString("changed", "before", 0);
+    document.setString("removed", "there", 0);
+    document.pushUndo(0, true);
+    document.changeTexts(0, {{"changed", "between"}});
+    document.changeTexts(0, {{"changed", "after"}, {"removed", std::nullopt}, {"added", "new"}});
+    const auto after = document.strings(0);
+    EXPECT_EQ(after, (CStorageDoc::string_table{{"added", "new"}, {"changed", "after"}}));
+    document.setString("note", "of the user", 0);
+    document.undo(0);
+    EXPECT_EQ(document.strings(0),
+              (CStorageDoc::string_table{{"changed", "before"}, {"note", "of the user"}, {"removed", "there"}}));
+    document.redo(0);
+    EXPECT_STREQ(document.getString("changed", 0), "after");
+    EXPECT_FALSE(document.strings(0).contains("removed"));
+    document.undo(0);
+    EXPECT_STREQ(document.getString("removed", 0), "there");
+}
+
 TEST_F(UndoTest, TakesTheParameterStreamAlongOnce)
 {
     SPMDataStream curve = heights("curve", {3}, 1, 1), position = heights("position", {3}, 1, 5),

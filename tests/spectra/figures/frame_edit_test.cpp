@@ -2,6 +2,7 @@
 #include "spectra/figures/frame_edit.h"
 
 #include "document/fixtures.h"
+#include "document/samples/point_counts.h"
 
 namespace {
 
@@ -38,7 +39,13 @@ TEST_F(FrameEditTest, ChangesOneFrameAndCanBeUndone)
 TEST_F(FrameEditTest, GivesTheImageTheShapeOfTheFrame)
 {
     view.hints.clear();
+    document.setString("\\Void points", "5", 1);
+    spectra::replace_frame(document, 1, 0, samples{0, 1, 2, 3, 4, 5}, 3, 2);
+    EXPECT_EQ(document::unmeasured_points(document, 1), 5u) << "of equal size";
+    document.undo(1);
+    view.hints.clear();
     spectra::replace_frame(document, 1, 0, samples(20, 3), 5, 4);
+    EXPECT_EQ(document::unmeasured_points(document, 1), 0u) << "those of another size are counted";
     EXPECT_EQ(document.getImage(1).get_dimension(0).length, 5u);
     EXPECT_EQ(document.getImage(1).get_dimension(1).length, 4u);
     EXPECT_EQ(document.getSubImagesNumber(1), 1u);
@@ -47,6 +54,7 @@ TEST_F(FrameEditTest, GivesTheImageTheShapeOfTheFrame)
     document.undo(1);
     EXPECT_EQ(document.getImage(1).get_dimension(0).length, 3u);
     EXPECT_EQ(document.getSubImagesNumber(1), 2u);
+    EXPECT_STREQ(document.getString("\\Void points", 1), "5");
 }
 
 } // namespace

@@ -38,6 +38,7 @@ TEST_F(ResamplingTest, FeaturesKeepTheirPlaceAndUndoBringsAllBack)
 {
     const SPMDataStream before = document.getImage(0);
     document.setString("\\Void points", "5", 0);
+    const auto textsBefore = document.contentState().texts;
     for (const resample_choice& choice : {resample_choice{4, 2, interpolation::nearest},
                                           {4, 2, interpolation::linear},
                                           {16, 8, interpolation::linear},
@@ -67,6 +68,11 @@ TEST_F(ResamplingTest, FeaturesKeepTheirPlaceAndUndoBringsAllBack)
         EXPECT_EQ(document.getImage(0).get_dimension(1), before.get_dimension(1));
         EXPECT_EQ(document.getDataPoint2S(0, 7, 3, 1), 1440);
         EXPECT_EQ(document::unmeasured_points(document, 0), 5u);
+        EXPECT_STREQ(document.getString("\\Void points", 0), "5");
+        EXPECT_EQ(document.contentState().texts, textsBefore) << "as in its file";
+        document.redo(0);
+        EXPECT_EQ(document::unmeasured_points(document, 0), 0u);
+        document.undo(0);
     }
 }
 

@@ -391,6 +391,31 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
     EXPECT_EQ(whole.array_length(), 24u) << "a selection without data copies all";
 }
 
+TEST_F(ImageViewTest, ExtractedCurvesKeepTheirLengthsAndWhatWasNotMeasured)
+{
+    CStorageDoc* const document = open({stream_of("map", {4, 2}), stream_of("fv", {3, 4, 2}, 2)});
+    // Of 16 curves of 3 samples: number 8 sub + 4 y + x.
+    document->setString("\\Curve lengths", "3 3 3 3 3 2 1 3 3 3 3 3 3 3 0 3", 1);
+    document->setString("\\Void samples", "of 48: 16-17 43-45", 1);
+    counting_view& map = *viewAt(0);
+    auto& cloud = *viewAt<fake_volume>(1);
+    cloud.volume = stream_of("fv", {4, 2, 3}, 2);
+    map.selected = {{36, 1, SELECTION_RECTANGLE, {1, 1, 3, 2, 0, 0}}}; // (1, 1) and (2, 1): numbers 5, 13, 6, 14
+    map.setOption("merge_extracted_fv_curves", "true");
+    CStorageDoc* const merged = map.extract_curves(cloud);
+    ASSERT_NE(merged, nullptr);
+    EXPECT_STREQ(merged->getString("\\Curve lengths", 0), "2 3 1 0");
+    EXPECT_STREQ(merged->getString("\\Void samples", 0), "of 12: 1-2 10-11");
+    map.setOption("merge_extracted_fv_curves", "false");
+    CStorageDoc* const single = map.extract_curves(cloud);
+    ASSERT_EQ(single->getImagesNumber(), 2u);
+    EXPECT_STREQ(single->getString("\\Curve lengths", 1), "1 0");
+    EXPECT_STREQ(single->getString("\\Void samples", 0), "of 6: 1-2");
+    EXPECT_STREQ(single->getString("\\Void samples", 1), "of 6: 4-5");
+    cloud.volume = stream_of("fv", {2, 4, 3}, 2);
+    EXPECT_STREQ(map.extract_curves(cloud)->getString("\\Curve lengths", 0), "") << "curves of another grid";
+}
+
 TEST_F(ImageViewTest, ExtractsTheCurvesUnderARectangle)
 {
     open({stream_of("map", {4, 2}), stream_of("fv", {3, 2, 2}, 2)});
