@@ -11,19 +11,6 @@ constexpr const char* labels = R"(<process><var id="open.filter" name="Zeige"><i
 <item filter="2" name="Fl&#228;chen"/><item name="ohne"/></var><item filter="x" name="frei"/><var id="a"/>
 <var id="open.merged" name="Zusammen"/></process>)";
 
-TEST(ProcessParser, CollectsLabelsOfVariablesAndItems)
-{
-    CProcessParser parser;
-    std::istringstream in(labels);
-    ASSERT_TRUE(parser.load_xml(in)) << parser.get_error();
-    EXPECT_EQ(parser.labels,
-              (std::map<std::string, std::string>{{"open.filter", "Zeige"}, {"open.merged", "Zusammen"}}));
-    EXPECT_EQ(parser.itemLabels.at("open.filter"),
-              (std::map<std::string, std::string>{{"0", "Alles"}, {"2", "Flächen"}}));
-    EXPECT_EQ(parser.itemLabels.at("").at("x"), "frei");
-    EXPECT_EQ(parser.currentVariable, "");
-}
-
 TEST(ProcessParser, ReplacesLabelsAndKeepsValues)
 {
     const scoped_language language("labels-test-language");

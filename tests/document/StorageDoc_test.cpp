@@ -66,23 +66,6 @@ TEST_F(DocumentTest, PointsLieFastestDimensionFirst)
     EXPECT_EQ(document.GetDataSize(0), 96u);
 }
 
-TEST_F(DocumentTest, RangesAreOfOneSubImage)
-{
-    const SPMDataStream stream = heights("h", {4}, 2, -2);
-    document.AddNewImages(&stream, 1);
-    CMinMaxInfo range;
-    document.getMinMaxInfo(0, range, 1);
-    EXPECT_EQ(range.minimum, 2);
-    EXPECT_EQ(range.maximum, 5);
-    EXPECT_EQ(range.range, 3);
-    document.getMinMaxInfo(0, range, 9);
-    EXPECT_EQ(range.minimum, -2) << "past the end: sub-image 0";
-    SPMDataStream flat = heights("f", {1});
-    document.AddNewImages(&flat, 1);
-    document.getMinMaxInfo(1, range, 0);
-    EXPECT_EQ(range.range, 1);
-}
-
 TEST_F(DocumentTest, RemovingAnImageClosesItsViewsAndRenumbersTheOthers)
 {
     for (short i = 0; i < 3; ++i) {
@@ -122,19 +105,6 @@ TEST_F(DocumentTest, StaysOpenWhileItsOnlyViewClosesWithItsImage)
     document.setOwner(nullptr);
 }
 
-TEST_F(DocumentTest, HintsSayWhatChanged)
-{
-    const SPMDataStream streams[] = {heights("a", {2, 2}), heights("b", {2, 2})};
-    document.AddNewImages(streams, 2);
-    fake_view view(1);
-    document.AddView(&view);
-    document.setAxis(1, 1, VLAxis(1, 2, "V"), unsigned(-1));
-    document.setAxis(1, 0, VLAxis(1, 2, "V"), 1);
-    EXPECT_EQ(view.hints, (std::vector<std::uint32_t>{0xff010103u, 0x01010003u}));
-    EXPECT_STREQ(document.getAxis(1, 1, unsigned(-1)).get_units(), "V");
-    document.autoDelete = false;
-}
-
 TEST_F(DocumentTest, SimilarImagesShareAnAxisInEachDimension)
 {
     SPMDataStream nano = heights("a", {4, 2}), micro = nano, longer = heights("c", {5, 2});
@@ -159,7 +129,6 @@ TEST_F(DocumentTest, StringsBelongToTheDocumentOrToAnImage)
     document.setString("b", "2", 0);
     document.setString("note", "n", unsigned(-1));
     EXPECT_STREQ(document.getString("\\Date", unsigned(-1)), "");
-    EXPECT_STREQ(document.getString("\\Date", 0), "today");
     EXPECT_EQ(document.getStringsNames(nullptr, 0, 0), 2u);
     std::string names[2];
     EXPECT_EQ(document.getStringsNames(names, 1, 0), 1u);

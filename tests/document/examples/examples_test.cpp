@@ -83,19 +83,6 @@ TEST(Examples, HoldTheStatedImagesWithUnitsAndExtents)
     EXPECT_EQ(found, expected);
 }
 
-TEST(Examples, AreWhatTheirTableSays)
-{
-    for (const example_row& row : example_table()) {
-        const example made = row.make();
-        EXPECT_EQ(made.fileName, row.fileName);
-        EXPECT_EQ(made.title, row.title);
-        bool holdsShape = false;
-        for (std::size_t i = 0; i < made.content.items.size(); ++i)
-            holdsShape |= stream_of(made, i).get_dimensions_number() == row.dimensions;
-        EXPECT_TRUE(holdsShape) << row.fileName;
-    }
-}
-
 TEST(Examples, AreTheSameOnEveryCall)
 {
     const auto first = make_examples(), second = make_examples();
@@ -131,35 +118,6 @@ TEST(Grains, StandOnTheStatedPlane)
     EXPECT_NEAR(std::sqrt(squares / count), 0.1, 0.01);
     // The largest grain has a radius of 20 nm at most and is 0.6 times as high.
     EXPECT_NEAR(*std::max_element(heights.begin(), heights.end()), 12.0, 0.5);
-}
-
-TEST(TwoDirections, DeflectOppositely)
-{
-    const example scan = make_two_directions();
-    // Across the falling flank at 0.75 µm the error signal adds up to the lag times the ridge: 0.012 µm * 100 nm,
-    // against the motion. There the hysteresis stretches the line by 5 % one way and the other.
-    for (const int direction : {1, -1}) {
-        const auto deflection = physical(stream_of(scan, 1), direction > 0 ? 0 : 1);
-        double sum = 0.0;
-        for (std::size_t row = 0; row < 10; ++row)
-            for (std::size_t column = 8; column < 32; ++column) sum += deflection[row * 256 + column] / 10;
-        EXPECT_NEAR(sum * 10.0 / 256, -direction * 1.2, 0.1);
-    }
-}
-
-TEST(Section, TrenchesHaveTheStatedDepthAndWidth)
-{
-    const example section = make_section();
-    const SPMDataStream& stream = stream_of(section, 0);
-    const std::vector<double> heights = physical(stream);
-    const auto mean = [&](int first, int last) {
-        double sum = 0.0;
-        for (int i = first; i < last; ++i) sum += heights[static_cast<std::size_t>(i)];
-        return sum / (last - first);
-    };
-    EXPECT_NEAR(mean(450, 550) - mean(250, 350), 180.0, 2.0);
-    const auto below = std::ranges::count_if(heights, [](double height) { return height < -90.0; });
-    EXPECT_NEAR(static_cast<double>(below) * stream.get_dimension(0).get_axis(0).scale, 4.0, 0.04); // two of 2 µm
 }
 
 TEST(ForceCurve, FollowsContactAttractionAndAdhesionOfItsModel)

@@ -264,17 +264,6 @@ TEST_F(UndoTest, AStepWithoutMemoryForTheParameterStreamLeavesBoth)
     document.AddView(&view);
 }
 
-TEST_F(UndoTest, AVariableThatIsNoArrayKeepsItsDeclaration)
-{
-    SPMDataStream number;
-    static_cast<SPMVar&>(number).Init("level(Level),double,0,5");
-    add(number);
-    document.pushUndo(0, true);
-    document.getImage(0).set_description("Other");
-    document.undo(0);
-    EXPECT_STREQ(document.getImage(0).get_description(), "Level");
-}
-
 TEST_F(UndoTest, StepsGoWithTheirImageAndCopyWithIt)
 {
     add(heights("a", {2}, 1, 1));
