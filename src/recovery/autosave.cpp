@@ -1,5 +1,6 @@
 #include "recovery/autosave.h"
 
+#include "base/text.h"
 #include "document/StorageDoc.h"
 #include "platform/app/Exceptions.h"
 #include "platform/files/paths.h"
@@ -58,6 +59,7 @@ autosave::tracked& autosave::entryOf(const CStorageDoc& document)
     const auto found = std::ranges::find(entries, &document, &tracked::document);
     tracked& entry = found == entries.end() ? entries.emplace_back() : *found;
     entry.document = &document;
+    entry.title = document.GetTitle();
     if (!entry.copy) entry.copy = std::make_unique<document_copy>(newCopy());
     return entry;
 }
@@ -65,6 +67,7 @@ autosave::tracked& autosave::entryOf(const CStorageDoc& document)
 void autosave::replaceFailed(tracked& entry)
 {
     const fs::path folder = entry.copy->path();
+    failedTitles.insert(entry.title);
     // What was half written may be what the disk has no room for.
     writer.give([folder] { remove_unnamed(folder); });
     if (const auto kept = read_manifest(folder)) {
@@ -153,6 +156,18 @@ bool autosave::isUpToDate() const
         if (entry.copy->hasFailed()) return true;
         return entry.document && entry.copy->holds(entry.document->contentState()) && entry.copy->isStored();
     });
+}
+
+std::string autosave::takeError()
+{
+    const std::string error = writer.takeError();
+    if (error.empty()) return error;
+    std::set<std::wstring> titles = std::exchange(failedTitles, {});
+    for (const tracked& entry : entries)
+        if (entry.copy->hasFailed()) titles.insert(entry.title);
+    std::string named;
+    for (const std::wstring& title : titles) named += (named.empty() ? "\"" : ", \"") + base::narrow(title) + "\"";
+    return named.empty() ? error : named + ": " + error;
 }
 
 bool autosave::hasFailed() const

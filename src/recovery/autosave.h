@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,8 +55,8 @@ public:
     /// The program ends and nobody was asked: the copies of what is open are brought up to date and stay, as those of a
     /// program that died. What closes from now on is the program's own doing.
     void leave(const std::vector<CStorageDoc*>& open);
-    /// Why work is not kept, once; empty while all is well.
-    std::string takeError() { return writer.takeError(); }
+    /// Why work is not kept, once, behind the titles of the documents; empty while all is well.
+    std::string takeError();
 
     static constexpr std::size_t stepBytes = std::size_t{16} << 20;    ///< of samples that one step copies
     static constexpr std::size_t waitingBytes = std::size_t{64} << 20; ///< that the writer may be behind
@@ -64,6 +65,7 @@ private:
     using clock = std::chrono::steady_clock;
     struct tracked {
         const CStorageDoc* document = nullptr; ///< null: closed, and `held` has its images
+        std::wstring title;
         std::vector<std::pair<std::uint64_t, SPMDataStream>> held;
         std::unique_ptr<document_copy> copy;
         document::content_state wanted;  ///< that was begun last
@@ -99,6 +101,7 @@ private:
     autosave_pauses pauses;
     clock::time_point nextLook;
     std::vector<tracked> entries;
+    std::set<std::wstring> failedTitles; ///< of copies that began anew since the last error was taken
     unsigned copies = 0;
     bool hasLeft = false;
     background_writer writer; ///< the last member: what it still does may use the folders
