@@ -40,6 +40,16 @@ std::string shape_text(const SPMDataStream& stream)
     return text;
 }
 
+/// In all views of an image. Nothing where the document went, as one does that no window shows.
+void show_sub_image(const CDocTemplate& maker, const CStorageDoc* document, unsigned image, unsigned sub)
+{
+    const auto& open = maker.documents();
+    if (std::ranges::none_of(open, [document](const auto& each) { return each.get() == document; })) return;
+    for (CView* const each : document->views())
+        if (auto* const shown = dynamic_cast<CImageView*>(each); shown && shown->getImageNumber() == image)
+            shown->setActiveSubimage(sub);
+}
+
 } // namespace
 
 void CImageView::copy_image(SPMDataStream& target, CImageView& source)
@@ -97,10 +107,14 @@ void CImageView::OnViewClone()
     copy->SetModifiedFlag(true);
     // Who has forgotten a selection takes the part for the whole, and finds out when the whole is gone.
     const std::string part = shape_text(copy->getImage(added)), whole = shape_text(document->getImage(imageNumber));
-    if (part == whole) return openFrames(*copy);
+    if (part == whole) {
+        openFrames(*copy);
+        return show_sub_image(*maker, copy, added, subImageNumber);
+    }
     document::drop_point_counts(*copy, added);
     copy->SetTitle((copy->GetTitle() + L" (selection)").c_str());
     openFrames(*copy);
+    show_sub_image(*maker, copy, added, subImageNumber);
     SetMessageText(base::widen("Only the selected part is in the copy: " + part + " of " + whole + " samples"));
 }
 

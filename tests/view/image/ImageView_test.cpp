@@ -389,6 +389,9 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
     SPMDataStream whole;
     CImageView::copy_image(whole, *viewAt(0));
     EXPECT_EQ(whole.array_length(), 24u) << "a selection without data copies all";
+    viewAt(0)->setActiveSubimage(1);
+    viewAt(0)->OnCmdMsg(10151, nullptr);
+    EXPECT_EQ(viewAt(app.frames().size() - 1)->getSubImageNumber(), 1u) << "as the one that it was made of";
 }
 
 TEST_F(ImageViewTest, ExtractedCurvesKeepTheirLengthsAndWhatWasNotMeasured)
