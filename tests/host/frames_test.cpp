@@ -78,6 +78,24 @@ TEST_F(FramesTest, ClosingAFullScreenLeavesItAndKeepsTheView)
     expectBack("the key in a frame, which is not the view's");
 }
 
+TEST_F(FramesTest, ActivatingAFrameWhoseViewFillsTheScreenShowsTheView)
+{
+    open("a.spm");
+    open("b.spm");
+    view(0).SwitchFullScreen();
+    settle();
+    QWidget* const widget = host::widget_of(&view(0));
+    window.activateWindow();
+    app.frames()[1]->ActivateFrame();
+    settle();
+    ASSERT_FALSE(widget->isActiveWindow());
+    app.frames()[0]->ActivateFrame(); // as its row of the Window menu does
+    settle();
+    EXPECT_TRUE(widget->isActiveWindow());
+    view(0).SwitchFullScreen();
+    settle();
+}
+
 /// Counts the keys that reach it.
 class key_view : public CDCView {
 public:

@@ -93,6 +93,7 @@ CPoint CQtPeer::clientToScreen(CPoint point) const
 void CQtPeer::bringToFront()
 {
     outer()->raise();
+    if (fillsScreen) widget->activateWindow();
     widget->setFocus();
 }
 

@@ -107,6 +107,10 @@ void CQtFrame::show(bool on)
 void CQtFrame::bringToFront()
 {
     if (QMdiArea* const area = sub->mdiArea()) area->setActiveSubWindow(sub);
+    // A view that fills the screen is a window beside the main one, and its frame is empty.
+    const auto* const frame = dynamic_cast<const CFrameWnd*>(&logic);
+    const CView* const view = frame ? frame->GetActiveView() : nullptr;
+    if (view && view->isFullScreen() && view->getPeer()) view->getPeer()->bringToFront();
 }
 
 void CQtFrame::setTabs(const std::vector<std::wstring>& names, int selected, bool visible)
