@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
+#include <utility>
 
 namespace {
 
@@ -41,7 +42,8 @@ void tell_apart(std::vector<std::string>& labels, const std::vector<CDocument*>&
     const std::vector<std::string> before = labels;
     for (std::size_t i = 0; i < labels.size(); ++i)
         if (std::ranges::count(before, before[i]) > 1)
-            if (const std::string added = more(*documents[i]); !added.empty()) labels[i] += " (" + added + ")";
+            if (const std::string added = documents[i] ? more(*documents[i]) : std::string(); !added.empty())
+                labels[i] += " (" + added + ")";
 }
 
 /// Where nothing else does: "(1 of 2)", in the order in which they were opened.
@@ -105,6 +107,11 @@ std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents
 {
     std::vector<std::string> labels;
     for (const CDocument* document : documents) labels.push_back(base::narrow(document->GetTitle()));
+    return telling_labels(std::move(labels), documents);
+}
+
+std::vector<std::string> telling_labels(std::vector<std::string> labels, const std::vector<CDocument*>& documents)
+{
     tell_apart(labels, documents, path_of);
     tell_apart(labels, documents, source_of);
     number_equal(labels);

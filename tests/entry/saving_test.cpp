@@ -298,4 +298,14 @@ TEST_F(SavingTest, ForeignFilesAreNotMarkedAndCopiesAre)
     EXPECT_EQ(app->frames().back()->GetWindowText()[0], L'*') << "a copy is in no file";
 }
 
+TEST(TellingLabels, TellTextsApartByTheirDocuments)
+{
+    CStorageDoc one, other;
+    one.SetPathName(L"/data/one/a.spm", false);
+    other.SetPathName(L"/data/two/a.spm", false);
+    using texts = std::vector<std::string>;
+    EXPECT_EQ(entry::telling_labels(texts{"a[Height]", "a[Height]", "Text", "Text"}, {&one, &other, nullptr, nullptr}),
+              (texts{"a[Height] (/data/one/a.spm)", "a[Height] (/data/two/a.spm)", "Text (1 of 2)", "Text (2 of 2)"}));
+}
+
 } // namespace

@@ -6,6 +6,7 @@
 #include "entry/Application.h"
 #include "entry/open_example.h"
 #include "entry/open_files.h"
+#include "entry/save_documents.h"
 #include "host/dialogs/HelpWindow.h"
 #include "host/dialogs/about.h"
 #include "host/peer/path_text.h"
@@ -183,9 +184,14 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
 bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
 {
     if (first != commands::firstWindow) return app.routeMenuItems(first, items);
-    for (const std::unique_ptr<CFrameWnd>& frame : app.frames())
-        items.push_back({.id = first + static_cast<unsigned>(items.size()),
-                         .text = menu_text(base::narrow(frame->GetWindowText()))});
+    std::vector<std::string> titles;
+    std::vector<CDocument*> documents;
+    for (const std::unique_ptr<CFrameWnd>& frame : app.frames()) {
+        titles.push_back(base::narrow(frame->GetWindowText()));
+        documents.push_back(frame->GetActiveView() ? frame->GetActiveView()->GetDocument() : nullptr);
+    }
+    for (const std::string& label : entry::telling_labels(std::move(titles), documents))
+        items.push_back({.id = first + static_cast<unsigned>(items.size()), .text = menu_text(label)});
     return true;
 }
 
