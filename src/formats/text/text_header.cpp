@@ -66,33 +66,51 @@ bool is_size(std::string_view text)
     return size && !size->units.empty();
 }
 
-/// "1x.00 um": a digit first and a unit last.
-bool is_damaged_size(std::string_view text)
+/// "1x.00 um", "abc um", "um": a unit last.
+bool ends_with_unit(std::string_view text) { return is_known_unit(text.substr(text.rfind(' ') + 1)); }
+
+bool is_export_field(const header_lines& lines, std::size_t index)
 {
-    const std::size_t gap = text.rfind(' ');
-    return gap != std::string_view::npos && text.front() >= '0' && text.front() <= '9' &&
-           is_known_unit(text.substr(gap));
+    return has_line(lines, index, "# ") &&
+           (lines[index].find(": ") != std::string::npos || lines[index].ends_with(':'));
 }
 
+/// One size may be damaged, with the unit of the values behind it in whatever way; both, when a number or a unit is
+/// left.
 bool fits_channel_export(const header_lines& lines)
 {
-    if (lines.size() < 3) return false;
     for (std::size_t i = 0; i < 3; ++i)
-        if (!has_line(lines, i, "# ") || lines[i].find(": ") == std::string::npos) return false;
+        if (!is_export_field(lines, i)) return false;
     const std::string_view width = split_key(lines[1]).value, height = split_key(lines[2]).value;
     const bool hasWidth = is_size(width), hasHeight = is_size(height);
-    return (hasWidth && hasHeight) || (hasWidth && is_damaged_size(height)) || (hasHeight && is_damaged_size(width));
+    if (hasWidth && hasHeight) return true;
+    const bool hasSize = hasWidth || hasHeight;
+    if (is_export_field(lines, 3) && is_known_unit(split_key(lines[3]).value)) {
+        const auto isLeft = [](std::string_view text) {
+            return ends_with_unit(text) || (!text.empty() && is_digit(text.front()));
+        };
+        return hasSize || (isLeft(width) && isLeft(height));
+    }
+    return hasSize && ends_with_unit(hasWidth ? height : width);
+}
+
+/// A size that is missing has no number, as one that is none.
+quantity export_size(std::string_view text)
+{
+    return stated_quantity(text).value_or(quantity{std::nan(""), {}, std::string()});
 }
 
 void apply_channel_export(const header_lines& lines, table_header& header)
 {
     header.form = table_header::shape::matrix;
     header.channel = split_key(lines[0]).value;
-    header.width = stated_quantity(split_key(lines[1]).value);
-    header.height = stated_quantity(split_key(lines[2]).value);
+    header.width = export_size(split_key(lines[1]).value);
+    header.height = export_size(split_key(lines[2]).value);
     if (!has_line(lines, 3, "# ")) return;
     const key_value last = split_key(lines[3]);
     if (!last.key.empty()) header.units = normal_unit(last.value);
+    if (!last.key.empty() && !is_known_unit(last.value))
+        header.notes.push_back("the unit of the values, \"" + std::string(last.value) + "\", is not known");
     header.origin = last.key;
 }
 

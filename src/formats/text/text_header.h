@@ -33,6 +33,7 @@ struct table_header {
     std::string units;                     ///< of the values
     std::string origin;                    ///< header fields that factor and units come from
     std::vector<column_heading> headings;  ///< when the header itself fixes the columns
+    std::vector<std::string> notes;        ///< of fields that are damaged
     const char* writer = nullptr;          ///< the dialect, for people; null for plain tables
 };
 

@@ -76,6 +76,20 @@ void turn_columns(number_table& table)
     std::swap(table.columns, table.rows);
 }
 
+/// Says what a header states of a size where that is no length, or has no unit.
+void note_size(recorded_image& image, const std::string& field, const quantity& size, number_table& table)
+{
+    if (!size.text)
+        note_length(image, field, size.value);
+    else if (std::isnan(size.value))
+        image.notes.push_back(field + " is \"" + *size.text + "\"");
+    else {
+        note_length(image, field, size.value);
+        if (!is_known_unit(size.units))
+            table.notes.push_back("the unit of " + field + ", \"" + *size.text + "\", is not known");
+    }
+}
+
 base::read_result<recording> matrix_image(number_table& table, const table_header& header)
 {
     if (!fits_image(table.columns, table.rows)) return refused(too_large(table.columns, table.rows));
@@ -100,7 +114,7 @@ base::read_result<recording> matrix_image(number_table& table, const table_heade
                                                                             {"the stated height", &header.height},
                                                                             {"the stated pixel size", &header.pixel}};
     for (const auto& [field, size] : sides)
-        if (*size) note_length(image, field, (*size)->value);
+        if (*size) note_size(image, field, **size, table);
     recording result;
     result.items.emplace_back(std::move(image));
     return result;
@@ -289,8 +303,9 @@ base::read_result<recording> shape_table(number_table table, const table_header&
                                          const std::vector<column_heading>& headings)
 {
     auto result = shape_by_form(table, header, headings);
-    if (result)
-        for (const std::string& note : table.notes) add_warning(*result, note);
+    if (!result) return result;
+    for (const std::string& note : header.notes) add_warning(*result, note);
+    for (const std::string& note : table.notes) add_warning(*result, note);
     return result;
 }
 

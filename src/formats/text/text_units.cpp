@@ -148,7 +148,9 @@ std::optional<quantity> parse_quantity(std::string_view text)
 std::optional<quantity> stated_quantity(std::string_view text)
 {
     if (base::trimmed(text).empty()) return std::nullopt;
-    return parse_quantity(text).value_or(quantity{std::nan(""), {}});
+    quantity stated = parse_quantity(text).value_or(quantity{std::nan(""), {}});
+    stated.text = base::trimmed(text);
+    return stated;
 }
 
 column_heading parse_heading(std::string_view text)

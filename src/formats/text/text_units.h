@@ -14,7 +14,8 @@ bool is_known_unit(std::string_view text);
 /// A number with a unit, as headers state sizes.
 struct quantity {
     double value = 0.0;
-    std::string units; ///< normal, may be empty
+    std::string units;                 ///< normal, may be empty
+    std::optional<std::string> text{}; ///< as a header states it
 };
 
 /// "12.34 µm", "5678.9nm", "3.7e-7 m", "12,5 µm", "1000": the whole text must be a number and at most one word that

@@ -1,7 +1,7 @@
 #include "text_table_fixture.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -254,9 +254,26 @@ TEST(TextTable, ALineWithDigitsMayHeadColumns)
 
 TEST(TextTable, ADamagedSizeIsNotPassedOver)
 {
-    for (const std::string sizes : {"# Width: 1x.00 um\n# Height: 8 um\n", "# Width: 8 um\n# Height: 1x.00 um\n"})
-        expect_refused(read_text_table,
-                       {{"# Channel: Z\n" + sizes + "# Value units: m\n1 2\n3 4\n", "no number: the stated"}});
+    for (const std::string damaged : {"1x.00 um", "abc um", "um", "10.00 5m", "wide", ""})
+        for (const std::string sides : {"the stated width", "the stated height"}) {
+            const bool isWidth = sides.ends_with("width");
+            const std::string header = "# Channel: Z\n# Width: " + (isWidth ? damaged : "8 um") +
+                                       "\n# Height: " + (isWidth ? "8 um" : damaged) + "\n# Value units: m\n";
+            expect_refused(read_text_table,
+                           {{header + "1 2\n3 4\n", "no number: " + sides + " is \"" + damaged + "\""}});
+        }
+    expect_refused(read_text_table, {{"# Channel: Z\n# Width: abc um\n# Height: 8y um\n# Value units: m\n1 2\n3 4\n",
+                                      "no number: the stated width is \"abc um\""}});
+}
+
+TEST(TextTable, TellsOfUnitsThatAreNone)
+{
+    const auto one = read("# Channel: T\n# Width: 8 umm\n# Height: 4\n# Value units: m\n1 2\n3 4\n");
+    EXPECT_EQ(told(one), "T [m] (2: 0 + 4 umm; 2: 0 + 2): 3 4 1 2");
+    EXPECT_THAT(one->warnings, testing::ElementsAre("the unit of the stated width, \"8 umm\", is not known",
+                                                    "the unit of the stated height, \"4\", is not known"));
+    const auto values = read("# Channel: T\n# Width: 8 um\n# Height: 4 um\n# Value units: 5m\n1 2\n3 4\n");
+    EXPECT_THAT(values->warnings, testing::ElementsAre("the unit of the values, \"5m\", is not known"));
 }
 
 TEST(TextTable, TellsOfCommentsThatMayBeDamagedRows)
