@@ -115,7 +115,7 @@ public:
           wrapped(stated_.columns != 0 && !stated_.linesAreRows),
           breaks(stated_.columns)
     {
-        if (stated.linesAreRows) table.columns = stated.columns;
+        table.columns = stated.linesAreRows ? stated.columns : stated.rowFields;
     }
 
     line_use add(std::string_view line, std::size_t number);
@@ -129,7 +129,14 @@ public:
     std::string reason;
 
 private:
+    line_use add_numbers(std::string_view line, std::size_t fields, std::size_t number)
+    {
+        ends.add(line);
+        isLastRead = isLast(line);
+        return add_row(fields, number);
+    }
     line_use add_row(std::size_t fields, std::size_t number);
+    line_use add_damaged(std::string_view line, std::size_t number);
     line_use add_comment(std::string_view line, std::size_t number);
     line_use refuse(std::size_t number, const std::string& why)
     {
@@ -165,6 +172,7 @@ private:
     std::size_t oddFields = 0;
     bool isLastRead = false;                          ///< the last line of the text holds numbers
     std::size_t doubtfulLines = 0, firstDoubtful = 0; ///< comments that may be damaged rows
+    std::size_t damagedLines = 0, firstDamaged = 0;   ///< rows of a matrix that lack numbers
 };
 
 line_use table_collector::add(std::string_view line, std::size_t number)
@@ -177,9 +185,7 @@ line_use table_collector::add(std::string_view line, std::size_t number)
         if (stated.linesAreRows) return line_use::ended;
         return add_comment(line, number);
     case line_content::numbers:
-        ends.add(line);
-        isLastRead = isLast(line);
-        return add_row(table.values.size() - before, number);
+        return add_numbers(line, table.values.size() - before, number);
     case line_content::wrong:
         break;
     }
@@ -217,10 +223,21 @@ line_use table_collector::add_row(std::size_t fields, std::size_t number)
     return line_use::taken;
 }
 
+/// A row of a matrix keeps its place and the numbers that it has.
+line_use table_collector::add_damaged(std::string_view line, std::size_t number)
+{
+    if (damagedLines++ == 0) firstDamaged = number;
+    const std::size_t before = table.values.size();
+    scanner.scan_damaged(line, table.values);
+    return add_numbers(line, table.values.size() - before, number);
+}
+
 line_use table_collector::add_comment(std::string_view line, std::size_t number)
 {
-    const row_likeness likeness = wrapped ? row_likeness::none : scanner.likeness_to_row(line, table.columns);
+    const row_likeness likeness =
+        wrapped ? row_likeness::none : scanner.likeness_to_row(line, table.columns, stated.isMatrix);
     if (likeness == row_likeness::damaged) return refuse_field(number);
+    if (likeness == row_likeness::partly && stated.isMatrix) return add_damaged(line, number);
     if (likeness == row_likeness::partly && doubtfulLines++ == 0) firstDoubtful = number;
     const std::string text = content.utf8(base::trimmed(line.substr(0, mostComments)));
     if (text.empty() || table.comments.size() + text.size() > mostComments) return line_use::taken;
@@ -234,6 +251,9 @@ void table_collector::finish()
     if (doubtfulLines != 0)
         table.notes.push_back("taken for comments although they hold numbers for most columns: " +
                               plural(doubtfulLines, "line") + ", the first is line " + std::to_string(firstDoubtful));
+    if (damagedLines != 0)
+        table.notes.push_back("rows with words where numbers belong, which count as not measured: " +
+                              plural(damagedLines, "line") + ", the first is line " + std::to_string(firstDamaged));
     const std::string_view cut = isLastRead && !hasEnd() ? ends.cutNumber() : std::string_view();
     if (oddLine == 0 && !cut.empty())
         table.notes.push_back("the text ends with \"" + content.utf8(cut) +

@@ -29,6 +29,10 @@ struct stated_table {
     std::size_t columns = 0, rows = 0;
     /// Every line is a row, `rows` of them are read, and a line that holds no numbers ends them.
     bool linesAreRows = false;
+    /// The lines are rows of an image: one that is a comment or a word but for as many numbers as belong there has lost
+    /// some, which count as missing.
+    bool isMatrix = false;
+    std::size_t rowFields = 0; ///< of such a row when it comes first; 0 when none does
 };
 
 /// Reads the lines of numbers behind `at`, which moves behind the last one read. Without stated columns all lines must

@@ -171,16 +171,32 @@ const char* number_scanner::field_end(const char* at, const char* end) const noe
     }
 }
 
-row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t columns)
+template <typename Take>
+void number_scanner::each_field(std::string_view line, const Take& take) const
 {
-    line = base::trimmed(line);
-    if (line.empty() || columns < 2 || starts_comment(line) || line.front() == ';') return row_likeness::none;
-    std::size_t fields = 0, numbers = 0, wrong = 0, words = 0;
-    bool startsWithNumber = false, statesSize = false;
     const char* const end = line.data() + line.size();
     for (const char* at = line.data(); at != end;) {
         const char* last = field_end(at, end);
-        const std::string_view field(at, static_cast<std::size_t>(last - at));
+        take(std::string_view(at, static_cast<std::size_t>(last - at)));
+        at = skip_blanks(last, end);
+        if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
+    }
+}
+
+void number_scanner::scan_damaged(std::string_view line, std::vector<double>& out) const
+{
+    each_field(base::trimmed(line), [&](std::string_view field) { out.push_back(number_of(field).value_or(missing)); });
+}
+
+row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t columns, bool inMatrix)
+{
+    line = base::trimmed(line);
+    if (line.empty() || columns < 2) return row_likeness::none;
+    const bool hasMark = starts_comment(line) || line.front() == ';';
+    if (hasMark && !inMatrix) return row_likeness::none;
+    std::size_t fields = 0, numbers = 0, wrong = 0, words = 0;
+    bool startsWithNumber = false, statesSize = false;
+    each_field(line, [&](std::string_view field) {
         const auto number = number_of(field);
         const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;
         if (number && !std::isnan(*number)) ++numbers;
@@ -189,11 +205,9 @@ row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t 
         wrong += number ? 0 : 1;
         words += !number && !hasDigit ? 1 : 0;
         statesSize = statesSize || base::equal_ignoring_case(field, "x") || base::equal_ignoring_case(field, "by");
-        at = skip_blanks(last, end);
-        if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
-    }
+    });
     if (fields != columns || numbers == 0 || wrong == 0) return row_likeness::none;
-    if (words == 0) return row_likeness::damaged;
+    if (words == 0 && !hasMark) return row_likeness::damaged;
     if (2 * numbers <= columns || statesSize) return row_likeness::none; // "512 x 512"
     return startsWithNumber ? row_likeness::damaged : row_likeness::partly;
 }

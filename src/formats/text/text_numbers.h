@@ -65,7 +65,10 @@ public:
     explicit number_scanner(const number_layout& layout_) noexcept;
     /// Appends the numbers of `line`, missing points as NaN; a line that is not all numbers appends nothing.
     line_content scan(std::string_view line, std::vector<double>& out);
-    row_likeness likeness_to_row(std::string_view line, std::size_t columns);
+    /// \param inMatrix  a comment mark may stand for a number, too: such a line looks like a row partly
+    row_likeness likeness_to_row(std::string_view line, std::size_t columns, bool inMatrix = false);
+    /// Appends the numbers of a line that looks like a row, what is none as NaN.
+    void scan_damaged(std::string_view line, std::vector<double>& out) const;
     /// The field that made the last line wrong.
     std::string_view wrong_field() const noexcept { return wrongField; }
 
@@ -74,6 +77,9 @@ private:
     role role_of(char c) const noexcept { return roles[static_cast<unsigned char>(c)]; }
     const char* skip_blanks(const char* at, const char* end) const noexcept;
     const char* field_end(const char* at, const char* end) const noexcept;
+    /// Calls `take` with each field of a trimmed line.
+    template <typename Take>
+    void each_field(std::string_view line, const Take& take) const;
     bool scan_fields(const char* at, const char* end, std::vector<double>& out);
     std::optional<double> number_of(std::string_view field) const noexcept;
 

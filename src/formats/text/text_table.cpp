@@ -27,7 +27,8 @@ constexpr std::size_t everyLine = std::numeric_limits<std::size_t>::max();
 /// A text cut into its header and the numbers behind it.
 struct text_parts {
     header_lines header;
-    line_cursor numbers; ///< before the first line of numbers
+    std::vector<line_cursor> starts; ///< of the lines of the header
+    line_cursor numbers;             ///< before the first line of numbers
 };
 
 text_parts split_header(const text_content& content)
@@ -35,14 +36,16 @@ text_parts split_header(const text_content& content)
     const std::string_view text = content.text;
     const std::string_view endMark = header_end_mark(text);
     bool mayEnd = endMark.empty();
-    text_parts parts{{}, line_cursor(text)};
-    line_cursor lines(text);
+    text_parts parts{{}, {}, line_cursor(text)};
+    line_cursor lines(text), start(text);
     std::string_view line;
-    while (lines.next(line)) {
+    for (; lines.next(line); start = lines) {
         if (mayEnd && is_number_line(line)) break;
         mayEnd = mayEnd || line.starts_with(endMark);
-        if (const std::string_view plain = base::trimmed(line); !plain.empty())
+        if (const std::string_view plain = base::trimmed(line); !plain.empty()) {
             parts.header.push_back(content.utf8(line));
+            parts.starts.push_back(start);
+        }
         parts.numbers = lines;
     }
     return parts;
@@ -60,15 +63,24 @@ std::size_t take_count(line_cursor& numbers)
     return static_cast<std::size_t>(*count);
 }
 
-/// \param at  moves behind the numbers
+/// A known header says that all lines below it are rows of an image, but not how many.
+bool is_plain_matrix(const table_header& header) noexcept
+{
+    return header.form == table_header::shape::matrix && header.columns == 0;
+}
+
+/// \param at         moves behind the numbers
+/// \param rowFields  of the first row when it is damaged
 base::read_result<number_table> read_rows(const text_content& content, line_cursor& at, const table_header& header,
-                                          source& file)
+                                          source& file, std::size_t rowFields = 0)
 {
     const line_cursor start = at;
     const std::string_view text = std::string_view(content.text).substr(start.offset());
     const auto read = [&](const number_layout& layout) {
         at = start;
-        auto table = read_numbers(content, at, layout, {header.columns, header.rows, header.linesAreColumns}, file);
+        auto table = read_numbers(
+            content, at, layout,
+            {header.columns, header.rows, header.linesAreColumns, is_plain_matrix(header), rowFields}, file);
         if (const char* doubt = told_doubt(layout.doubt); table && doubt) table->notes.emplace_back(doubt);
         return table;
     };
@@ -80,14 +92,36 @@ base::read_result<number_table> read_rows(const text_content& content, line_curs
     return certain == likely ? table : read(certain);
 }
 
+number_scanner scanner_of(const text_content& content, const text_parts& parts)
+{
+    return number_scanner(detect_layout(std::string_view(content.text).substr(parts.numbers.offset()), layoutSample));
+}
+
+/// Takes the first rows of a matrix out of the header that have words where numbers belong. \return whether any has
+bool take_damaged_rows(const text_content& content, text_parts& parts, std::size_t columns)
+{
+    number_scanner scanner = scanner_of(content, parts);
+    bool anyRow = false;
+    while (!parts.header.empty() &&
+           scanner.likeness_to_row(parts.header.back(), columns, true) == row_likeness::partly) {
+        parts.numbers = parts.starts.back();
+        parts.starts.pop_back();
+        parts.header.pop_back();
+        anyRow = true;
+    }
+    return anyRow;
+}
+
 /// Why the line before the numbers is no heading: a first row that is damaged, or empty.
-std::string first_row_problem(const text_content& content, const text_parts& parts, std::size_t columns)
+std::string first_row_problem(const text_content& content, const text_parts& parts, std::size_t columns, bool inMatrix)
 {
     if (parts.header.empty()) return {};
-    const std::string_view text = std::string_view(content.text).substr(parts.numbers.offset());
-    number_scanner scanner(detect_layout(text, layoutSample));
+    number_scanner scanner = scanner_of(content, parts);
     const std::string& line = parts.header.back();
-    if (scanner.likeness_to_row(line, columns) != row_likeness::damaged || may_be_heading(line)) return {};
+    std::vector<double> ignored;
+    const bool isDamaged = scanner.likeness_to_row(line, columns) == row_likeness::damaged ||
+                           (inMatrix && scanner.scan(line, ignored) == line_content::wrong);
+    if (!isDamaged || may_be_heading(line)) return {};
     return "the line before the numbers: \"" + std::string(scanner.wrong_field().substr(0, 40)) + "\" is no number";
 }
 
@@ -155,7 +189,7 @@ base::read_result<recording> read_text_table(source& file)
 {
     const auto content = read_text(file);
     if (!content) return content.error();
-    const text_parts parts = split_header(*content);
+    text_parts parts = split_header(*content);
     if (is_foreign_header(parts.header))
         return base::read_error{0, "a text export that is not a table: " + parts.header[0]};
 
@@ -164,8 +198,13 @@ base::read_result<recording> read_text_table(source& file)
     line_cursor start = parts.numbers;
     const std::size_t stated = header.countFirst ? take_count(start) : 0;
     auto table = read_rows(*content, start, header, file);
+    const bool isMatrix = is_plain_matrix(header);
+    if (table && isMatrix && take_damaged_rows(*content, parts, table->columns)) {
+        start = parts.numbers;
+        table = read_rows(*content, start, header, file, table->columns);
+    }
     if (!table) return table.error();
-    if (std::string problem = first_row_problem(*content, parts, table->columns); !problem.empty())
+    if (std::string problem = first_row_problem(*content, parts, table->columns, isMatrix); !problem.empty())
         return base::read_error{0, std::move(problem)};
     if (stated > table->rows)
         return base::read_error{content->text.size(), "cut short: " + std::to_string(table->rows) + " of " +

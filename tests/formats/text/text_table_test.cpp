@@ -276,6 +276,31 @@ TEST(TextTable, TellsOfUnitsThatAreNone)
     EXPECT_THAT(values->warnings, testing::ElementsAre("the unit of the values, \"5m\", is not known"));
 }
 
+TEST(TextTable, ADamagedRowOfAMatrixKeepsItsPlace)
+{
+    const std::string rows[] = {"1 2 3 4\n", "5 6 7 8\n", "9 10 11 12\n"};
+    for (const std::string first : {"abc", "?", "#", "#1", "//", ";"})
+        for (int at = 0; at < 3; ++at) {
+            std::string text = channelExport;
+            for (int row = 0; row < 3; ++row)
+                text += row == at ? first + rows[row].substr(rows[row].find(' ')) : rows[row];
+            const auto result = read(text);
+            ASSERT_TRUE(result) << first << result.error().reason;
+            const auto& image = image_at(result, 0);
+            EXPECT_EQ(image.stream.get_dimension(1).length, 3u) << first << at;
+            const auto values = physical_of(image);
+            EXPECT_NEAR(values[static_cast<std::size_t>(4 * (2 - at) + 3)], 4 * at + 4, 1e-3) << first; // bottom first
+            EXPECT_EQ(result->warnings.at(0),
+                      "rows with words where numbers belong, which count as not measured: 1 line, the first is line " +
+                          std::to_string(5 + at));
+            EXPECT_EQ(result->warnings.size(), 1u) << first;
+        }
+    const auto two = read(channelExport + "a 2 3 4\nb 6 7 8\n9 10 11 12\n");
+    EXPECT_EQ(image_at(two, 0).stream.get_dimension(1).length, 3u);
+    EXPECT_EQ(told(read(channelExport + "1\t2\t3\tabc\t\n5\t6\t7\t8\t9\n1\t2\t3\t4\t5\n")),
+              "the line before the numbers: \"abc\" is no number");
+}
+
 TEST(TextTable, TellsOfCommentsThatMayBeDamagedRows)
 {
     const auto result = read("y x1 2 3\n1 2 3 4\nfoo 2 3 4\n# 1 2 3\n5 6 7 8\nrow 2 of 3\nl 2 3 4\n");
