@@ -169,6 +169,71 @@ TEST(ForceSource, WhatWasNotMeasuredIsNotAnalysed)
     }
 }
 
+/// The figures of a curve that has samples before and behind it that were not measured. Over positions when there are.
+curves::force_analysis between_voids(std::vector<short> y, std::vector<short> x, int head, int tail, double step)
+{
+    const auto length = static_cast<unsigned>(head + static_cast<int>(y.size()) + tail);
+    const auto put = [&](std::vector<short>& row, SPMDataStream& stream) {
+        row.insert(row.begin(), static_cast<std::size_t>(head), row.front());
+        row.resize(length, row.back());
+        std::ranges::copy(row, static_cast<short*>(stream.array_data()));
+    };
+    SPMDataStream force = heights("Force", {length}, 1), height = heights("Height", {length}, 1);
+    put(y, force);
+    force.values.set_axis(0, VLAxis(0, 0.1, "nN"));
+    height.values.set_axis(0, VLAxis(0, 0.25, "nm"));
+    force.get_dimension(0).set_axis(0, VLAxis(3, step, "nm"));
+    if (!x.empty()) {
+        put(x, height);
+        force.set_parameter_stream("Height");
+    }
+    const SPMDataStream streams[] = {force, height};
+    CStorageDoc document;
+    document.AddNewImages(streams, 2);
+    std::string told = "of " + std::to_string(length) + ":";
+    if (head) told += " 0-" + std::to_string(head - 1);
+    if (tail) told += " " + std::to_string(length - static_cast<unsigned>(tail)) + "-" + std::to_string(length - 1);
+    if (head + tail) document.setString("\\Void samples", told.c_str(), 0);
+    return curves::analyse_force(curves::force_curves_of(document, 0).curves.at(0).samples, {1.0, 1.0, 5});
+}
+
+TEST(ForceSource, AVoidHeadOrTailChangesNoFigure)
+{
+    CHeadlessHost host;
+    CWinApp app(host);
+    int compared = 0;
+    for (const int n : {60, 200, 320})
+        for (const int dip : {0, 12}) // below the free stretch, as of a retract
+            for (const double step : {0.5, -0.5})
+                for (const bool isOver : {false, true}) {
+                    std::vector<short> y, x;
+                    for (int i = 0; i < n; ++i) {
+                        y.push_back(static_cast<short>((i < n / 3 + dip ? 20 * (n / 3 - i) : 0) + i * 7 % 5));
+                        if (isOver) x.push_back(static_cast<short>((step < 0 ? -1 : 1) * (4 * i + i % 2)));
+                    }
+                    const curves::force_analysis cut = between_voids(y, x, 0, 0, step);
+                    if (!cut.slope || !cut.minimum) continue; // the shortest, with a dip
+                    ++compared;
+                    for (const auto& [head, tail] : {std::pair{1, 0}, {9, 0}, {0, 30}, {80, 0}, {70, 300}}) {
+                        const curves::force_analysis all = between_voids(y, x, head, tail, step);
+                        EXPECT_EQ(all.slope, cut.slope) << n << dip << isOver << head;
+                        EXPECT_EQ(all.minimum, cut.minimum);
+                        EXPECT_EQ(all.areas, cut.areas);
+                        EXPECT_EQ(all.stats.zero_rms, cut.stats.zero_rms);
+                        const double shift = isOver ? 0.0 : head; // of the numbers that lines run over
+                        EXPECT_EQ(all.stats.slant_a, cut.stats.slant_a - cut.stats.slant_b * shift);
+                        EXPECT_EQ(all.stats.zero_a, cut.stats.zero_a - cut.stats.zero_b * shift);
+                        EXPECT_EQ(all.stats.slant_first, cut.stats.slant_first + head);
+                        EXPECT_EQ(all.stats.zero_first, cut.stats.zero_first + head);
+                        EXPECT_EQ(all.stats.min_index, cut.stats.min_index + head);
+                        ASSERT_EQ(all.stats.local_minima.size(), cut.stats.local_minima.size());
+                        for (std::size_t k = 0; k < all.stats.local_minima.size(); ++k)
+                            EXPECT_EQ(all.stats.local_minima[k], cut.stats.local_minima[k] + head);
+                    }
+                }
+    EXPECT_GE(compared, 20); // of 24
+}
+
 TEST(ForceSource, WhatOnlyTellsPlacesIsNoForce)
 {
     CHeadlessHost host;
