@@ -4,6 +4,8 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
+# Nobody puts functions of his own before those of the library, so that they may be called and inlined directly.
+add_compile_options(-fno-semantic-interposition)
 add_compile_options(-ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow)
 if(VLDV_WERROR)
   add_compile_options(-Werror)

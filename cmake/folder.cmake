@@ -1,9 +1,11 @@
-# vldv_folder(name MAY_USE folders... SOURCES files... [LIBRARIES packages...])
+# vldv_folder(name [APART] MAY_USE folders... SOURCES files... [LIBRARIES packages...])
 #
-# One folder of src/ as a link target; one below another has both names, with a stroke between. MAY_USE names every folder whose headers it may include; what is missing there
-# is a link error, and scripts/check_includes.py reads the same list to check the headers.
+# One folder of src/ as a link target; one below another has both names, with a stroke between. MAY_USE names every
+# folder whose headers it may include; what is missing there is a link error of its tests, and
+# scripts/check_includes.py reads the same list to check the headers. The objects of all folders that do not stand
+# APART make libvldv.so.
 function(vldv_folder name)
-  cmake_parse_arguments(FOLDER "" "" "MAY_USE;SOURCES;LIBRARIES;PCH" ${ARGN})
+  cmake_parse_arguments(FOLDER "APART" "" "MAY_USE;SOURCES;LIBRARIES;PCH" ${ARGN})
   string(REPLACE "/" "_" target vldv_${name})
   add_library(${target} STATIC ${FOLDER_SOURCES})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
@@ -13,6 +15,10 @@ function(vldv_folder name)
     target_link_libraries(${target} PUBLIC vldv_${used})
   endforeach()
   target_link_libraries(${target} PRIVATE ${FOLDER_LIBRARIES})
+  if(NOT FOLDER_APART)
+    set_property(GLOBAL APPEND PROPERTY VLDV_LIBRARY_FOLDERS ${target})
+    set_property(GLOBAL APPEND PROPERTY VLDV_LIBRARY_PACKAGES ${FOLDER_LIBRARIES})
+  endif()
   if(FOLDER_PCH)
     target_precompile_headers(${target} PRIVATE ${FOLDER_PCH})
   endif()

@@ -1,4 +1,5 @@
 #pragma once
+#include "vldv_api.h"
 
 // What a host program calls and registers.
 
@@ -6,19 +7,19 @@ class CMultiDocTemplate;
 class CStorageDocTemplate;
 class CWnd;
 
-extern CStorageDocTemplate& vldvSurfaceTemplate;
-extern CMultiDocTemplate& vldv3DTemplate;
-extern CMultiDocTemplate& vldv3DCloudTemplate;
-extern CMultiDocTemplate& vldvVideoCaptureTemplate;
+VLDV_API extern CStorageDocTemplate& vldvSurfaceTemplate;
+VLDV_API extern CMultiDocTemplate& vldv3DTemplate;
+VLDV_API extern CMultiDocTemplate& vldv3DCloudTemplate;
+VLDV_API extern CMultiDocTemplate& vldvVideoCaptureTemplate;
 
 /// Shows the open dialog and opens what was chosen; several files become one document when "open.merged" is on.
 /// \param options  of the dialog: bit 0 a preview
-void VldvOpenDocument(int options);
+VLDV_API void VldvOpenDocument(int options);
 /// The same in quick-view frames.
-void VldvOpenQuickView();
+VLDV_API void VldvOpenQuickView();
 /// Margins and paper of printed pages, shared by all views.
-void VldvPageSetup();
+VLDV_API void VldvPageSetup();
 /// The list of open windows, to activate one or close several.
-void VldvSelectView();
+VLDV_API void VldvSelectView();
 /// Offers all modified documents to be saved. \return false when the user cancelled
-bool VldvSaveAllDocuments(CWnd* parent);
+VLDV_API bool VldvSaveAllDocuments(CWnd* parent);

@@ -1,7 +1,8 @@
 #pragma once
+#include "vldv_api.h"
 
 /// Writer of zip archives (zip64 when needed).
-class CZLib {
+class VLDV_API CZLib {
 public:
     enum open_mode { createNew = 0 };
 

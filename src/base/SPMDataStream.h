@@ -1,6 +1,7 @@
 #pragma once
 #include "base/SPMVar.h"
 #include "base/VLAxis.h"
+#include "vldv_api.h"
 
 #include <utility>
 #include <vector>
@@ -8,7 +9,7 @@
 /// An image, curve or volume: an array variable with dimensions, value axes and the names of what belongs to it.
 /// Dimensions stand fastest-varying first: element (x, y) is at y * length(0) + x. The product of their lengths is one
 /// sub-image; the array holds a whole number of them, one after another.
-class SPMDataStream : public SPMVar {
+class VLDV_API SPMDataStream : public SPMVar {
 public:
     class dimension : public VLAxesContainer {
     public:

@@ -2,6 +2,7 @@
 #include "base/VLAllocator.h"
 #include "base/smart_string.h"
 #include "base/streams/rounding.h"
+#include "vldv_api.h"
 
 #include <cmath>
 #include <cstdint>
@@ -41,14 +42,14 @@ enum SPMVarArrayType : std::uint32_t {
 /// Bytes of one element; 0 for `void` and for numbers that are no type.
 unsigned element_size(SPMVarArrayType type) noexcept;
 /// "void", "int8" … "float64"; empty for numbers above 10.
-const char* array_type_keyword(SPMVarArrayType type) noexcept;
+VLDV_INTERNAL_API const char* array_type_keyword(SPMVarArrayType type) noexcept;
 /// Inverse of `array_type_keyword`; false leaves `type` alone.
 bool array_type_from_keyword(const char* keyword, SPMVarArrayType& type) noexcept;
 
 /// A tagged value: number, text, choice or block of samples, with its declaration (name, label, limits, expressions).
 /// Copies and moves are deep. Fields are public because the accessors that decide every option are inlined into all
 /// callers: one test of the tag and one load.
-class SPMVar : public VLAllocator {
+class VLDV_API SPMVar : public VLAllocator {
 public:
     struct number_value {
         double value;

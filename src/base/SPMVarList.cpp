@@ -196,7 +196,8 @@ void SPMVarList::tellHandlers()
 
 VLGlobalVarList* VLGlobalVarList::GetVarList(const char* name)
 {
-    static std::map<std::string, std::unique_ptr<VLGlobalVarList>, std::less<>> lists;
+    // Never destroyed: statics of programs and modules may ask for a list on their way out.
+    static auto& lists = *new std::map<std::string, std::unique_ptr<VLGlobalVarList>, std::less<>>;
     auto found = lists.find(std::string_view(name ? name : ""));
     if (found == lists.end())
         found = lists.emplace(name ? name : "", std::unique_ptr<VLGlobalVarList>(new VLGlobalVarList)).first;

@@ -1,6 +1,7 @@
 #pragma once
 #include "base/SPMVar.h"
 #include "base/variables/option_settling.h"
+#include "vldv_api.h"
 
 #include <deque>
 #include <span>
@@ -12,7 +13,7 @@
 class SPMVarList;
 
 /// Told by a list that one of its variables changed.
-class SPMVarListHandler {
+class VLDV_API SPMVarListHandler {
 public:
     /// \param index  of the changed variable in `list`
     virtual void OnFireVariableChange(int index, const SPMVarList* list) = 0;
@@ -26,7 +27,7 @@ protected:
 /// that, once per variable that changed, in the order of declaration. Changes that belong together are one `batch`. A
 /// handler may change the list again: it settles at once, and handlers are told when the present one returns. Handlers
 /// that keep changing each other's variables without end are stopped after 1000 calls per variable.
-class SPMVarList {
+class VLDV_API SPMVarList {
 public:
     SPMVarList();
     SPMVarList(const SPMVarList& other);
@@ -111,7 +112,7 @@ void SPMVarList::batch(Work&& work)
 
 /// A list shared by name across the process and counted: `GetVarList` and `ReleaseList` pair within one function.
 /// The content of a list lives until the process ends, so that releasing the last reference loses no settings.
-class VLGlobalVarList : public SPMVarList {
+class VLDV_API VLGlobalVarList : public SPMVarList {
 public:
     /// The list of that name, its reference count raised; created empty on first use.
     static VLGlobalVarList* GetVarList(const char* name);

@@ -1,11 +1,12 @@
 #pragma once
 #include "base/VLAllocator.h"
+#include "vldv_api.h"
 
 #include <vector>
 
 /// A linear coordinate: sample i lies at start + i * scale, in `units`.
 /// A default axis starts at 0, steps by 1 and has no units.
-class VLAxis {
+class VLDV_API VLAxis {
 public:
     VLAxis() noexcept = default;
     VLAxis(double start_, double scale_, const char* units_);
@@ -32,7 +33,7 @@ private:
 };
 
 /// Ordered axes of one dimension or of the values: the same samples measured in different quantities.
-class VLAxesContainer : public VLAllocator {
+class VLDV_API VLAxesContainer : public VLAllocator {
 public:
     virtual ~VLAxesContainer() = default;
     VLAxesContainer() = default;

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <functional>
 #include <istream>
 #include <map>
@@ -17,7 +19,7 @@
 /// Texts reach handlers in UTF-8. Nothing external is fetched. Entities that a document declares may expand to 1 MiB of
 /// text (in attributes to 3 MiB, or to the document's own size); "&lt;" and its like cost nothing. Elements may be
 /// nested 1,000 deep.
-class VLXMLParser {
+class VLDV_API VLXMLParser {
 public:
     using attributes = std::map<std::string, const char*>;
 

@@ -1,10 +1,11 @@
 #pragma once
 #include "base/VLAllocator.h"
+#include "vldv_api.h"
 
 #include <string>
 
 /// Owned text that crosses library boundaries: the class header and one pointer, which callers read directly.
-class smart_string : public VLAllocator {
+class VLDV_API smart_string : public VLAllocator {
 public:
     smart_string() noexcept = default;
     smart_string(const smart_string& other);

@@ -2,6 +2,7 @@
 #include "base/SPMDataStream.h"
 #include "formats/registry.h"
 #include "platform/draw/bitmap.h"
+#include "vldv_api.h"
 
 #include <functional>
 #include <istream>
@@ -9,7 +10,7 @@
 #include <vector>
 
 /// What a file is read into: the image interface of a document, and the reader that fills it.
-class VLFileReader {
+class VLDV_API VLFileReader {
 public:
     virtual ~VLFileReader();
     virtual unsigned getImagesNumber() const = 0;

@@ -1,7 +1,8 @@
 #pragma once
+#include "vldv_api.h"
 
 /// A view that is bound to one image of a document, as far as the document needs to know it.
-class IImageBoundView {
+class VLDV_API IImageBoundView {
 public:
     virtual unsigned getImageNumber() const = 0;
     virtual void setImageNumber(unsigned image) = 0;

@@ -1,7 +1,8 @@
 #pragma once
+#include "vldv_api.h"
 
 /// Range of 16-bit data. Cleared: empty, with range 1.
-class CMinMaxInfo {
+class VLDV_API CMinMaxInfo {
 public:
     CMinMaxInfo() noexcept { Clear(); }
     CMinMaxInfo(const CMinMaxInfo&) = default;
@@ -20,7 +21,7 @@ public:
 };
 
 /// Range of floating-point data. Cleared: range 1.0, maximum the lowest `double`, minimum the largest.
-class CMinMaxDoubleInfo {
+class VLDV_API CMinMaxDoubleInfo {
 public:
     CMinMaxDoubleInfo() noexcept { Clear(); }
     CMinMaxDoubleInfo(const CMinMaxDoubleInfo&) = default;

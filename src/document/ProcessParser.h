@@ -1,6 +1,7 @@
 #pragma once
 #include "base/SPMVar.h"
 #include "base/VLXMLParser.h"
+#include "vldv_api.h"
 
 #include <map>
 #include <string>
@@ -8,7 +9,7 @@
 /// Reads the small files that give variables and enum items their labels in the language of the installation: `var`
 /// with `id` and `name`, in it `item` with `filter` and `name`. An element that lacks one of its attributes is passed
 /// over; an `item` outside of a `var` belongs to the empty id.
-class CProcessParser : public VLXMLParser {
+class VLDV_API CProcessParser : public VLXMLParser {
 public:
     CProcessParser();
 

@@ -7,6 +7,7 @@
 #include "document/samples/packed_bitmap.h"
 #include "document/shared_decorations.h"
 #include "platform/app/Document.h"
+#include "vldv_api.h"
 
 #include <algorithm>
 #include <list>
@@ -26,7 +27,7 @@ struct spmx_content;
 /// The document of the workstation: images with their texts and overlays. Images are addressed by position,
 /// sub-images by number; `unsigned(-1)` addresses the document's own text table. Indices are not checked unless said.
 /// Every accessor takes a variable that is not an array for an empty one.
-class CStorageDoc : public CDocument, public VLFileReader {
+class VLDV_API CStorageDoc : public CDocument, public VLFileReader {
 public:
     using string_table = std::map<std::string, std::string>;
     using text_changes = std::map<std::string, std::optional<std::string>>; ///< by key; nothing: no such text

@@ -2,13 +2,14 @@
 #include "document/StorageDoc.h"
 #include "platform/app/DocTemplate.h"
 #include "platform/draw/geometry.h"
+#include "vldv_api.h"
 
 #include <optional>
 #include <span>
 
 /// The template of storage documents: reads files, merges several into one, and chooses a view for each image by its
 /// shape. Views that it has no class of stay closed, and the output pane says so.
-class CStorageDocTemplate : public CMultiDocTemplate {
+class VLDV_API CStorageDocTemplate : public CMultiDocTemplate {
 public:
     using CMultiDocTemplate::CMultiDocTemplate;
 

@@ -1,9 +1,11 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstddef>
 
 /// One step of an image's history: its declaration with dimensions and axes, and a copy of its bytes. Both live on the
 /// C heap. \throws CMemoryException where there is no memory
-class CUndoData {
+class VLDV_API CUndoData {
 public:
     /// Copies both. `data_` may be null when `size_` is 0.
     CUndoData(const char* description_, std::size_t size_, const void* data_);

@@ -2,9 +2,10 @@
 #include "entry/global_options.h"
 #include "entry/kept_work.h"
 #include "platform/app/WinApp.h"
+#include "vldv_api.h"
 
 /// The workstation: templates, settings and the commands that belong to no document.
-class CVldvApp : public CWinApp {
+class VLDV_API CVldvApp : public CWinApp {
 public:
     explicit CVldvApp(IHost& host_);
     ~CVldvApp() override;

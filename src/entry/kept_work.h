@@ -2,6 +2,7 @@
 #include "entry/source_choice.h"
 #include "recovery/autosave.h"
 #include "recovery/closed_documents.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <string>
@@ -11,7 +12,7 @@ class CDocument;
 namespace entry {
 
 /// The user's unsaved work outside of the program: copies of what is open, and what was closed to be opened again.
-class kept_work {
+class VLDV_INTERNAL_API kept_work {
 public:
     /// Begins to keep copies in the state folder. Where that is impossible the output pane says why.
     void begin(const std::filesystem::path& state);

@@ -1,4 +1,5 @@
 #pragma once
+#include "vldv_api.h"
 
 class CWinApp;
 
@@ -10,6 +11,6 @@ namespace entry {
 
 /// Opens a bundled example from the folder "velmira/examples" in the user's data folder, where it is written first when
 /// it is not there. What a user saved over it stays.
-void open_example(CWinApp& app, const document::example_row& row);
+VLDV_INTERNAL_API void open_example(CWinApp& app, const document::example_row& row);
 
 } // namespace entry

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <span>
 #include <string>
 #include <vector>
@@ -9,6 +11,6 @@ namespace entry {
 
 /// Opens files by the names that a user gave: "~" is the home folder, a folder stands for the recordings in it. Those
 /// that cannot be opened are told in one list; many files of a folder only after a question.
-void open_files(CWinApp& app, std::span<const std::wstring> names);
+VLDV_INTERNAL_API void open_files(CWinApp& app, std::span<const std::wstring> names);
 
 } // namespace entry

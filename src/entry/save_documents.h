@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <string>
 #include <vector>
 
@@ -21,7 +23,8 @@ std::vector<CDocument*> unsaved_documents(const CWinApp& app);
 /// either with the file it was read from, and at last with a number.
 std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents);
 /// The same for other texts than titles. \param documents  of each text; null: of none
-std::vector<std::string> telling_labels(std::vector<std::string> labels, const std::vector<CDocument*>& documents);
+VLDV_INTERNAL_API std::vector<std::string> telling_labels(std::vector<std::string> labels,
+                                                          const std::vector<CDocument*>& documents);
 
 /// Offers all of them to be saved. Only what the user has changed is chosen from the start.
 /// \param thenEnds  the program ends when that is done

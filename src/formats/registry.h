@@ -2,6 +2,7 @@
 #include "base/streams/byte_reader.h"
 #include "formats/recording.h"
 #include "formats/source.h"
+#include "vldv_api.h"
 
 #include <span>
 #include <string>
@@ -65,7 +66,7 @@ struct format_row {
 constexpr std::size_t sniffBytes = 4096;
 
 /// All rows, in the order of the file dialog.
-std::span<const format_row> format_table() noexcept;
+VLDV_INTERNAL_API std::span<const format_row> format_table() noexcept;
 /// The row that reads these bytes: the first that is certain of them, else the first possible one whose patterns fit
 /// the name, else null.
 const format_row* find_format(std::span<const std::byte> head, std::string_view fileName) noexcept;

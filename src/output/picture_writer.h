@@ -1,5 +1,6 @@
 #pragma once
 #include "base/streams/byte_reader.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -32,12 +33,13 @@ struct picture_settings {
 using picture_bytes = base::read_result<std::vector<std::byte>>;
 
 /// The format that the extension of a file name asks for, in any case of letters.
-std::optional<picture_format> picture_format_of(std::string_view fileName) noexcept;
+VLDV_INTERNAL_API std::optional<picture_format> picture_format_of(std::string_view fileName) noexcept;
 
 /// Every format but JPEG gives back exactly the pixels that went in.
-picture_bytes encode_picture(picture_format format, const pixel_view& pixels, const picture_settings& settings = {});
+VLDV_INTERNAL_API picture_bytes encode_picture(picture_format format, const pixel_view& pixels,
+                                               const picture_settings& settings = {});
 
 /// Puts a file in place whole or not at all. \throws CFileException, with an old file of that name as it was
-void save_file_atomically(const std::filesystem::path& path, std::span<const std::byte> bytes);
+VLDV_INTERNAL_API void save_file_atomically(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
 } // namespace output

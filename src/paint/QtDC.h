@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/draw/DC.h"
+#include "vldv_api.h"
 
 class QPaintDevice;
 class QPainter;
@@ -15,7 +16,7 @@ struct resolved_font;
 /// page, or bitmap memory. Device units are logical pixels of the interface; on a screen of high density lines, shapes
 /// and text use all its pixels and stretched data stays crisp. Memory and windows show the same pixels, without
 /// smoothing but in text; a page gets lines, shapes and text as such.
-class CQtDC : public CDC {
+class VLDV_INTERNAL_API CQtDC : public CDC {
 public:
     /// Paints on `device` until this is destroyed.
     explicit CQtDC(QPaintDevice& device);

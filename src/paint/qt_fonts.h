@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/draw/drawing.h"
+#include "vldv_api.h"
 
 #include <QFont>
 #include <string>
@@ -22,6 +23,6 @@ QFont qt_font(const CFont& font, const font_scale& scale);
 std::string font_family_list();
 
 /// Lets option declarations ask for them: "vldv:GetFontList*FreeSettingsString".
-void register_fonts();
+VLDV_INTERNAL_API void register_fonts();
 
 } // namespace host

@@ -1,5 +1,6 @@
 #pragma once
 #include "document/plugin_decoration.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -34,7 +35,7 @@ static_assert(sizeof(VLPluginDataSelection) == 36 && offsetof(VLPluginDataSelect
 constexpr std::uint32_t pluginSelectionSize = 36, pluginSelectionVersion = 1;
 
 /// Shows a line of text, UTF-8, to the user.
-class IPluginReportCallback {
+class VLDV_API IPluginReportCallback {
 public:
     virtual void Report(const char* text) = 0;
 
@@ -46,7 +47,7 @@ protected:
 enum VLPluginDecorationTarget : std::int32_t { DECORATE_SOURCE = 0, DECORATE_RESULT = 1 };
 
 /// Stores drawings with a source or result of the function that runs.
-class IPluginDecorationsCallback {
+class VLDV_API IPluginDecorationsCallback {
 public:
     virtual void Decorate(const VLPluginDecoration* list, unsigned count, int imageType,
                           VLPluginDecorationTarget target, int index) = 0;
@@ -56,7 +57,7 @@ protected:
 };
 
 /// A table of columns of numbers; texts are UTF-8 and live as long as the table.
-class IPluginTable {
+class VLDV_API IPluginTable {
 public:
     virtual unsigned columns() const = 0;
     virtual unsigned rows() const = 0;
@@ -69,7 +70,7 @@ protected:
 };
 
 /// Shows a table as a histogram.
-class IPluginTableCallback {
+class VLDV_API IPluginTableCallback {
 public:
     virtual void PlotHistogram(IPluginTable* table) = 0;
 

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -23,7 +25,7 @@ struct menu_row {
 /// The rows of a menu by number: the bar of a frame (101 to 125 as its template), of the main window without a
 /// document (`mainMenu`), or a popup (104 the colour scale's, 111 cursor modes, 126 file operations). Empty for an
 /// unknown number.
-std::vector<menu_row> menu_resource(unsigned id);
+VLDV_INTERNAL_API std::vector<menu_row> menu_resource(unsigned id);
 
 constexpr unsigned mainMenu = 100, scalePopup = 104, cursorModePopup = 111, fileOperationsPopup = 126;
 
@@ -32,7 +34,7 @@ constexpr unsigned mainMenu = 100, scalePopup = 104, cursorModePopup = 111, file
 std::vector<menu_row> surface_context_menu(bool hasCursorModes, bool hasFileOperations, bool hasFilters);
 
 /// The commands of a toolbar by the number of its frame's template, 0 for a separator; `mainMenu` is the main one.
-std::span<const unsigned> toolbar_resource(unsigned id);
+VLDV_INTERNAL_API std::span<const unsigned> toolbar_resource(unsigned id);
 
 /// Numbers of all menus.
-std::span<const unsigned> menu_resource_ids() noexcept;
+VLDV_INTERNAL_API std::span<const unsigned> menu_resource_ids() noexcept;

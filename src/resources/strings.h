@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <string>
 #include <vector>
 
@@ -14,4 +16,4 @@ struct command_prompt {
 };
 /// The two halves of the string with the command's number, "status\ntip"; where one is missing, it is empty. A command
 /// without a string has the program's own sentence (`command_status`).
-command_prompt command_prompt_of(unsigned id);
+VLDV_INTERNAL_API command_prompt command_prompt_of(unsigned id);

@@ -4,6 +4,7 @@
 #include "platform/draw/dpi.h"
 #include "platform/files/interface_directory.h"
 #include "platform/profile/profile_double.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 
@@ -38,10 +39,10 @@ struct axis_line {
 
 /// Draws line, ticks, labels and unit as the flags say. Pen and text alignment are as before afterwards; text colour,
 /// font and background are the caller's.
-void DrawAxisLine(const axis_line* axis);
+VLDV_API void DrawAxisLine(const axis_line* axis);
 
 /// Draws lines across `rect` at the ticks of axes that start in its lower left corner, with the selected pen.
 /// \param mode  bit 0: lines of constant y, bit 1: of constant x
 /// \param xTics, yTics  wanted steps, 0: 5
-void DrawGrid(CDC* dc, const CRect& rect, int mode, double xStart, double xEnd, double yStart, double yEnd,
-              bool noZeroLine, int xTics, int yTics);
+VLDV_API void DrawGrid(CDC* dc, const CRect& rect, int mode, double xStart, double xEnd, double yStart, double yEnd,
+                       bool noZeroLine, int xTics, int yTics);

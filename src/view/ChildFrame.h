@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/app/FrameWnd.h"
 #include "view/axes/SizeLine.h"
+#include "vldv_api.h"
 
 #include <string>
 #include <vector>
@@ -54,7 +55,7 @@ CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, d
 
 /// The frame of every document window: titles it with image, sub-image and zoom, has the tabs that choose a sub-image,
 /// and ties its size to the view's margins and shape.
-class CChildFrame : public CFrameWnd {
+class VLDV_API CChildFrame : public CFrameWnd {
 public:
     /// Frame and view are there: fills the tabs.
     void OnInitImageView(CImageView* view);
@@ -96,4 +97,4 @@ private:
 };
 
 /// The frame of the quick view.
-class CQVChildFrame : public CChildFrame {};
+class VLDV_API CQVChildFrame : public CChildFrame {};

@@ -5,6 +5,7 @@
 #include "view/DIBImage.h"
 #include "view/axes/view_geometry.h"
 #include "view/frame/option_rows.h"
+#include "vldv_api.h"
 
 #include <functional>
 #include <map>
@@ -24,7 +25,7 @@ using legend_argument = std::variant<std::wstring, std::string, double>;
 
 /// Base of every view: typed options with their dialog and profile section, a client area of margins and display, a
 /// picture in memory, painting in data and legend, and the commands common to all views. It has no data of its own.
-class CDCView : public CView, public SPMVarListHandler, public CVarListDlgHandler {
+class VLDV_API CDCView : public CView, public SPMVarListHandler, public CVarListDlgHandler {
 public:
     CDCView();
     ~CDCView() override;

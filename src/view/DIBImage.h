@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/draw/DC.h"
 #include "platform/draw/pixel_memory.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <memory>
@@ -8,7 +9,7 @@
 
 /// The picture in memory that a view draws before anything reaches the window: 24 bits a pixel, or 32 with alpha, and a
 /// drawing surface on top of it. Interface thread only.
-class VLDIBImage {
+class VLDV_API VLDIBImage {
 public:
     VLDIBImage() = default;
     VLDIBImage(const VLDIBImage&) = delete;

@@ -3,6 +3,7 @@
 #include "document/ImageBoundView.h"
 #include "plugins/PluginRequest.h"
 #include "view/DCView.h"
+#include "vldv_api.h"
 
 #include <vector>
 
@@ -16,11 +17,11 @@ class extracted_texts;
 
 /// Base of the views bound to one image of a document and one of its sub-images. Keeps the tree of views that were
 /// opened from each other, reacts to the document's hints, and holds the commands common to views of data.
-class CImageView : public CDCView,
-                   public IImageBoundView,
-                   public IPluginReportCallback,
-                   public IPluginDecorationsCallback,
-                   public IPluginTableCallback {
+class VLDV_API CImageView : public CDCView,
+                            public IImageBoundView,
+                            public IPluginReportCallback,
+                            public IPluginDecorationsCallback,
+                            public IPluginTableCallback {
 public:
     CImageView() = default;
     ~CImageView() override;

@@ -4,6 +4,7 @@
 #include "view/scale/ColorTable.h"
 #include "view/scale/ScaleSync.h"
 #include "view/scale/scale_state.h"
+#include "vldv_api.h"
 
 #include <deque>
 #include <string>
@@ -17,7 +18,7 @@ struct render_request;
 /// A colour scale: which values a picture shows and in which colours, and the strip that shows it where it has a
 /// window. All scales of the process share the colour tables, which exist from the first scale to the last; the first
 /// in the list is the static scale that others follow. Interface thread only.
-class CScale : public CWnd, public view::scale_state, public IScaleSync {
+class VLDV_API CScale : public CWnd, public view::scale_state, public IScaleSync {
 public:
     /// The first one computes the tables and reads palette, mode and window from the profile.
     CScale();

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <string>
 
 namespace base {
@@ -13,6 +15,6 @@ std::string with_decimals(double value, int decimals);
 /// How many significant digits tell numbers `difference` apart from each other, with one to spare; `fewest` for a
 /// difference of 0, never more than a double has.
 /// \param largest  of their magnitudes
-int telling_digits(double largest, double difference, int fewest = 6) noexcept;
+VLDV_INTERNAL_API int telling_digits(double largest, double difference, int fewest = 6) noexcept;
 
 } // namespace base

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,7 +12,7 @@ namespace base {
 // and a backslash; an entry without quotes reaches to the next comma, blanks around it do not count.
 
 std::vector<std::string> parse_list(std::string_view text);
-std::string write_list(const std::vector<std::string>& entries);
+VLDV_INTERNAL_API std::string write_list(const std::vector<std::string>& entries);
 /// Entry `index`, from 0; nothing when the list is shorter.
 std::optional<std::string> list_entry(std::string_view text, std::size_t index);
 

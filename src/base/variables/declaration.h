@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
+#include "vldv_api.h"
 
 #include <limits>
 #include <string>
@@ -40,12 +41,12 @@ inline bool is_heading(const SPMVar& variable) noexcept
 bool stands_under(const SPMVar& heading, const SPMVar& variable) noexcept;
 
 /// "double" … "array"; empty for no type.
-const char* type_keyword(SPMVarType type) noexcept;
+VLDV_INTERNAL_API const char* type_keyword(SPMVarType type) noexcept;
 
 /// Never fails: what is not understood gives a declaration of type 0, with the name and label as far as they were.
 /// Limits may be expressions; there is no list behind them, so that names in them read 0.
 /// \param problem  receives the reason why the type is 0
-declaration parse_declaration(std::string_view text, std::string* problem = nullptr);
+VLDV_INTERNAL_API declaration parse_declaration(std::string_view text, std::string* problem = nullptr);
 /// The inverse: parsing the text gives an equal declaration, for any content.
 std::string write_declaration(const declaration& source);
 
@@ -53,10 +54,10 @@ std::string write_declaration(const declaration& source);
 struct option_fields {
     std::string_view display, evaluation;
 };
-option_fields split_options(std::string_view text);
+VLDV_INTERNAL_API option_fields split_options(std::string_view text);
 
 /// True for an item that stands for those that a function supplies, "call_function(…)".
-bool is_function_item(const declared_item& item);
+VLDV_INTERNAL_API bool is_function_item(const declared_item& item);
 /// The items that the function of such an item returns: "(key:label)", "(name)" or plain texts, separated by commas.
 /// None when it cannot be called.
 std::vector<declared_item> supplied_items(const declared_item& item);

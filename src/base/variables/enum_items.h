@@ -1,7 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
 #include "base/variables/declaration.h"
-
 #include <vector>
 
 /// What an enum offers. Items that a function supplies are fetched when the variable is declared.

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
+#include "vldv_api.h"
 
 #include <optional>
 #include <span>
@@ -10,7 +11,7 @@
 namespace base {
 
 /// A text as messages quote it: its start when it is long. UTF-8.
-std::string excerpt(std::string_view text);
+VLDV_INTERNAL_API std::string excerpt(std::string_view text);
 
 /// What an expression yields: a number, or a text that reads as a number where one is needed (0 when it is none).
 struct expression_value {
@@ -79,7 +80,7 @@ struct expression_step {
 
 /// A display or evaluation expression, or a limit, in compiled form. docs/declarations.md tells the language.
 /// Evaluating one that yields numbers allocates nothing.
-class expression {
+class VLDV_INTERNAL_API expression {
 public:
     /// \param problem  receives the reason, with the column counted from 1, when the text is no expression
     /// \return nothing for a broken or empty text

@@ -15,7 +15,8 @@ constexpr std::size_t maxArguments = 4;
 
 std::map<std::string, any_function, std::less<>>& registered()
 {
-    static std::map<std::string, any_function, std::less<>> functions;
+    // Never destroyed: a module takes its functions back when it is unloaded, which may be at the very end.
+    static auto& functions = *new std::map<std::string, any_function, std::less<>>;
     return functions;
 }
 

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <optional>
 #include <span>
 #include <string>
@@ -14,7 +16,7 @@ using text_release = void (*)(char*);
 
 /// Enters a function that declarations call as "module:name"; a second one of that name replaces the first, a null
 /// function removes it. Interface thread only.
-void register_option_function(std::string_view module, std::string_view name, any_function function);
+VLDV_INTERNAL_API void register_option_function(std::string_view module, std::string_view name, any_function function);
 
 /// Calls "module:function[@d]*freeFunction" and frees the text that it returns; a null one counts as empty.
 /// \param arguments  truncated to integers, for a function with "@d"; others get none

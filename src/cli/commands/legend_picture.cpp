@@ -2,9 +2,8 @@
 
 #include "cli/choice/image_part.h"
 #include "cli/choice/palette_choice.h"
+#include "cli/commands/memory_surface.h"
 #include "document/StorageDoc.h"
-#include "paint/QtDC.h"
-#include "paint/windowless_toolkit.h"
 #include "surface/views/SurfMathView.h"
 
 #include <stdexcept>
@@ -67,7 +66,7 @@ std::string draw_with_legend(CStorageDoc& document, const surface_number& which,
         document.revalidateImage(which.image);
     }
     if (document.getImage(which.image).array_type() != SPM_ARRAY_INT16) return "its samples have no type";
-    host::start_windowless_toolkit();
+    const std::unique_ptr<CDC> reference = make_memory_surface(dotsAnInch);
     const document_keeper keeper(document);
     CSurfMathView view;
     document.AddView(&view);
@@ -83,8 +82,7 @@ std::string draw_with_legend(CStorageDoc& document, const surface_number& which,
     if (options.legend == "compact" && view.displayRect != client) view.setOption("CompactLegend.transparent", "false");
     if (view.displayRect.IsRectEmpty()) return "the size leaves no room for the picture inside its margins";
     view.flushTimers();
-    CQtDC reference(dotsAnInch);
-    picture.Init(&reference);
+    picture.Init(reference.get());
     if (!picture.Create(client.Width(), client.Height(), false)) return "there is no memory for a picture of this size";
     picture.dc()->FillSolidRect(client, static_cast<colorEntry>(static_cast<int>(view.options["background"])));
     view.DrawView(picture.dc());

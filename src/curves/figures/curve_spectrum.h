@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -17,7 +19,7 @@ struct curve_spectrum {
     float max = 1.0f;          ///< of the values; 1 when all are 0
 };
 /// The transform is divided by the number of samples. Memory of `out` is used again. An empty curve has no spectrum.
-void evaluate_spectrum(std::span<const std::int16_t> curve, const VLAxis& values, spectrum_mode mode,
-                       curve_spectrum& out);
+VLDV_INTERNAL_API void evaluate_spectrum(std::span<const std::int16_t> curve, const VLAxis& values, spectrum_mode mode,
+                                         curve_spectrum& out);
 
 } // namespace curves

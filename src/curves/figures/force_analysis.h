@@ -2,6 +2,7 @@
 #include "base/VLAxis.h"
 #include "curves/figures/force_curve.h"
 #include "curves/figures/force_curve_stats.h"
+#include "vldv_api.h"
 
 #include <optional>
 #include <span>
@@ -37,15 +38,15 @@ struct force_analysis {
 };
 
 /// Analyses a curve over its parameter stream where it has one, else over its axis. \throws std::bad_alloc
-force_analysis analyse_force(const force_samples& curve, const force_search& search = {});
+VLDV_INTERNAL_API force_analysis analyse_force(const force_samples& curve, const force_search& search = {});
 
 /// "nN/nm"; what is measured against mere numbers counts for a sample, "nN/sample", or for a step of an unnamed x,
 /// "nN/x". Never ends in "/". \param x  the axis or parameter stream
-std::string slope_units(const char* values, const VLAxis& x);
+VLDV_INTERNAL_API std::string slope_units(const char* values, const VLAxis& x);
 /// "dF/dZ" over a length, "dF/dt" over a time, else "dF/dX".
-const char* slope_name(const char* xUnits) noexcept;
+VLDV_INTERNAL_API const char* slope_name(const char* xUnits) noexcept;
 
 /// True for the name of a part in which the probe is held: "Pause", "Dwell 2", "Hold", "Modulation".
-bool is_held_part(const char* name);
+VLDV_INTERNAL_API bool is_held_part(const char* name);
 
 } // namespace curves

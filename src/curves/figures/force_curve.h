@@ -1,5 +1,6 @@
 #pragma once
 #include "curves/figures/force_curve_stats.h"
+#include "vldv_api.h"
 
 // Analysis of force curves: functions on physical values in order of the samples, contact first.
 
@@ -9,8 +10,8 @@
 /// for contact, a larger `zeroThreshold` rougher ones for the free stretch. A zero stretch that reaches sample 0 is
 /// refused. All of `stats` is replaced. \param gaps  which samples were not measured and lie between neighbours: a
 /// stretch of mostly such is none; empty where all were \throws std::bad_alloc
-void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
-                           force_curve_stats& stats, const std::vector<bool>& gaps = {});
+VLDV_API void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
+                                    force_curve_stats& stats, const std::vector<bool>& gaps = {});
 
 /// The same for y over x: stretches are those of dY/dX away from the contact, whether x rises or falls along the
 /// samples, lines are fitted over x and their intercepts lie at x = 0. The spread of the slopes is that of the steps of
@@ -18,8 +19,9 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
 /// trembles neither looks steep nor breaks a stretch. Over even positions all is as above. A curve of fewer than 3
 /// samples leaves `stats` cleared, one whose x does not travel, or turns back, has no stretches. Thresholds come in the
 /// other order.
-void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold, double zeroThreshold,
-                                force_curve_stats& stats, const std::vector<bool>& gaps = {});
+VLDV_API void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold,
+                                         double zeroThreshold, force_curve_stats& stats,
+                                         const std::vector<bool>& gaps = {});
 
 namespace curves {
 /// What positions do along a record. `turnsBack`: they go further than they get, as in a record of both ways in one
@@ -32,18 +34,18 @@ position_way way_of_positions(const double* x, int n);
 /// Appends to `local_minima` the samples that lie lowest, above the zero line, within `window` samples to either side,
 /// from the end of the slant stretch to the begin of the zero stretch. \param x  positions of the samples, along which
 /// the zero line then runs; null for their numbers
-void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window, const double* x = nullptr);
+VLDV_API void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window, const double* x = nullptr);
 
 /// Finds the valleys between the contact and the zero stretch: dips below the zero line, each cut off at equal heights
 /// on both flanks. Without both stretches, or without a valley, `stats` stays as it is. \param x  as above
-void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats, const double* x = nullptr);
+VLDV_API void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats, const double* x = nullptr);
 
 namespace curves {
 
 /// Slope of the contact against the zero line, in units of the values over those of the position.
 double force_slope(const force_curve_stats& stats, double positionScale) noexcept;
 /// The angle of a slope, in degrees.
-double slope_angle(double slope) noexcept;
+VLDV_INTERNAL_API double slope_angle(double slope) noexcept;
 /// The smallest value above the zero line: negative for adhesion. \param x  as above
 double force_minimum(const double* y, const force_curve_stats& stats, const double* x = nullptr) noexcept;
 

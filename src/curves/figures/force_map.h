@@ -1,6 +1,7 @@
 #pragma once
 #include "base/SPMDataStream.h"
 #include "formats/shared/void_ranges.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <functional>
@@ -67,7 +68,7 @@ struct map_options {
 
 /// What the analysis with both thresholds 1 finds in each curve, over its parameter stream where there is one, as maps:
 /// number for number what one curve after the other gives. \throws std::bad_alloc
-force_maps map_forces(const force_volume& volume, const map_options& options = {});
+VLDV_INTERNAL_API force_maps map_forces(const force_volume& volume, const map_options& options = {});
 
 /// Sub-image `sub` of an image of force curves: dimension 0 runs along a curve, 1 and 2 over the grid. Positions are
 /// those of the first axis of dimension 0; of the value axes the first with its units counts, else the first.
@@ -75,11 +76,13 @@ force_maps map_forces(const force_volume& volume, const map_options& options = {
 /// \param parameter  what the image is measured against, 16-bit and over its grid, or null; pairs end with the shorter
 /// \param told, placesTold  the texts of their curve lengths, or null
 /// \param voids, placeVoids  what of the streams was not measured, as `void_ranges` and `convert_measured` tell it
-force_volume volume_of(const SPMDataStream& stream, unsigned sub, const SPMDataStream* parameter = nullptr,
-                       const char* told = nullptr, const char* placesTold = nullptr,
-                       std::span<const formats::void_range> voids = {},
-                       std::span<const formats::void_range> placeVoids = {});
+VLDV_INTERNAL_API force_volume volume_of(const SPMDataStream& stream, unsigned sub,
+                                         const SPMDataStream* parameter = nullptr, const char* told = nullptr,
+                                         const char* placesTold = nullptr,
+                                         std::span<const formats::void_range> voids = {},
+                                         std::span<const formats::void_range> placeVoids = {});
 /// A map of such an image as an image of its own, over the axes of the grid.
-SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, const char* name, const char* label);
+VLDV_INTERNAL_API SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, const char* name,
+                                           const char* label);
 
 } // namespace curves

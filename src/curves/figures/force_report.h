@@ -1,5 +1,6 @@
 #pragma once
 #include "curves/figures/force_curve_stats.h"
+#include "vldv_api.h"
 
 #include <string>
 #include <string_view>
@@ -12,8 +13,8 @@ struct force_figures {
     double slope = 0.0, positionScale = 1.0, minimum = 0.0;
 };
 /// The line over the rows, with its end. \param slope  its name and unit: "dF/dZ, nN/nm"
-std::string force_header(std::string_view units, std::string_view slope);
+VLDV_INTERNAL_API std::string force_header(std::string_view units, std::string_view slope);
 /// The row of a curve, without an end; three digits a number.
-std::string force_row(const force_figures& figures, const force_curve_stats& stats);
+VLDV_INTERNAL_API std::string force_row(const force_figures& figures, const force_curve_stats& stats);
 
 } // namespace curves

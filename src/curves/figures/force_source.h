@@ -1,6 +1,7 @@
 #pragma once
 #include "base/SPMDataStream.h"
 #include "curves/figures/force_analysis.h"
+#include "vldv_api.h"
 
 #include <string>
 #include <vector>
@@ -31,14 +32,14 @@ struct force_image {
 constexpr unsigned noImage = unsigned(-1);
 /// The image that holds what another is measured against, when it is there and fits: as many curves, or those of one
 /// sub-image for all. \return `noImage` without one
-unsigned parameter_of(const CStorageDoc& document, unsigned image);
+VLDV_INTERNAL_API unsigned parameter_of(const CStorageDoc& document, unsigned image);
 
 /// True for an image that only tells where another was measured.
-bool is_parameter(const CStorageDoc& document, unsigned image);
+VLDV_INTERNAL_API bool is_parameter(const CStorageDoc& document, unsigned image);
 /// True for images of one or three dimensions that hold forces or vertical deflections and are no parameter.
-bool is_force_image(const CStorageDoc& document, unsigned image);
+VLDV_INTERNAL_API bool is_force_image(const CStorageDoc& document, unsigned image);
 
 /// \throws std::runtime_error when samples have no type; std::bad_alloc
-force_image force_curves_of(const CStorageDoc& document, unsigned image);
+VLDV_INTERNAL_API force_image force_curves_of(const CStorageDoc& document, unsigned image);
 
 } // namespace curves

@@ -2,6 +2,7 @@
 #include "base/SPMDataStream.h"
 #include "curves/figures/curve_functions.h"
 #include "curves/figures/profile.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <span>
@@ -25,8 +26,8 @@ struct physical_curves {
 };
 /// Applies a function to each curve of a section, as far as it was measured; padding repeats its last value, and what
 /// was not measured is 0.
-physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
-                              curve_function function, void* parameter);
+VLDV_INTERNAL_API physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
+                                                curve_function function, void* parameter);
 
 /// Numbers as 16-bit samples: value = zero + sample * step.
 struct packed_curves {

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <set>
@@ -23,7 +24,7 @@ struct grid {
 };
 
 /// The curves along a line through an image, one a sub-image.
-struct profile {
+struct VLDV_INTERNAL_API profile {
     std::vector<std::uint32_t> segmentLengths; ///< samples from each point to the next, both included
     std::set<std::int32_t> varyingDimensions;  ///< those along which the line runs
     std::uint32_t length = 0;                  ///< samples of one curve; a joint of two segments counts once
@@ -70,8 +71,8 @@ struct profile {
 /// behind the ends of others is a gap
 /// \param toldVoids  the image's text of samples of curves that were not measured, or null
 /// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
-void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth, profile& out,
-                  const char* told = nullptr, const char* toldVoids = nullptr);
+VLDV_INTERNAL_API void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth,
+                                    profile& out, const char* told = nullptr, const char* toldVoids = nullptr);
 
 /// The sample of the image under a sample of the curve, between the ends of its segment.
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,

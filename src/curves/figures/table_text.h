@@ -1,6 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "curves/figures/profile.h"
+#include "vldv_api.h"
 
 #include <span>
 #include <string>
@@ -22,7 +23,8 @@ std::string table_text(std::span<const std::int16_t> curve, const VLAxis& positi
 
 /// A section as it is exported: what it is, where it runs when the image has more than one dimension, and the table of
 /// each curve under its number, from 1. \param first,last  numbers of the curves, from 0, both included
-std::string section_text(const profile& section, std::span<const grid_point> points, std::size_t dimensions,
-                         const VLAxis& positions, const VLAxis& values, unsigned first, unsigned last);
+VLDV_INTERNAL_API std::string section_text(const profile& section, std::span<const grid_point> points,
+                                           std::size_t dimensions, const VLAxis& positions, const VLAxis& values,
+                                           unsigned first, unsigned last);
 
 } // namespace curves

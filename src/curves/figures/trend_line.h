@@ -1,5 +1,6 @@
 #pragma once
 #include "primitives/fit/linear_fit.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <span>
@@ -14,7 +15,7 @@ struct trend_line {
     double r2 = 1.0; ///< share of the variance that the line explains; 1 for a curve without any
     double sd = 0.0; ///< standard deviation from the line, over n - 1
 };
-trend_line fit_trend(std::span<const double> y);
-trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values);
+VLDV_INTERNAL_API trend_line fit_trend(std::span<const double> y);
+VLDV_INTERNAL_API trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values);
 
 } // namespace curves

@@ -1,5 +1,6 @@
 #pragma once
 #include "formats/registry.h"
+#include "vldv_api.h"
 
 #include <filesystem>
 #include <functional>
@@ -25,10 +26,10 @@ struct folder_content {
 
 /// Looks through a folder. Links to folders are not followed.
 /// \param isLeftOut  asked for each folder below; may stay empty
-folder_content recordings_in(const std::filesystem::path& folder,
-                             const std::function<bool(const std::filesystem::path&)>& isLeftOut = {});
+VLDV_INTERNAL_API folder_content recordings_in(const std::filesystem::path& folder,
+                                               const std::function<bool(const std::filesystem::path&)>& isLeftOut = {});
 
 /// Why a folder without recordings, all of which could be read, has nothing to open.
-std::string why_no_recordings(const folder_content& content);
+VLDV_INTERNAL_API std::string why_no_recordings(const folder_content& content);
 
 } // namespace document

@@ -1,5 +1,6 @@
 #pragma once
 #include "formats/source.h"
+#include "vldv_api.h"
 
 #include <functional>
 #include <istream>
@@ -9,7 +10,7 @@ namespace document {
 
 /// A source on an input stream that can seek. Files beside it are found in the folder of `path_`, which may be empty.
 /// Reading tells its progress by itself, by the bytes that were read so far; a reader that knows better tells more.
-class stream_source : public formats::source {
+class VLDV_INTERNAL_API stream_source : public formats::source {
 public:
     stream_source(std::istream& in_, const std::wstring& path_);
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "formats/recording.h"
+#include "vldv_api.h"
 
 #include <span>
 #include <string>
@@ -21,10 +22,10 @@ struct example_row {
     example (*make)();
 };
 /// All examples in the order in which they are shown.
-std::span<const example_row> example_table() noexcept;
+VLDV_INTERNAL_API std::span<const example_row> example_table() noexcept;
 
 /// All examples in the order in which they are shown. The same numbers on every call.
-std::vector<example> make_examples();
+VLDV_INTERNAL_API std::vector<example> make_examples();
 
 // One by one.
 

@@ -1,6 +1,5 @@
 #pragma once
 #include "platform/app/Document.h"
-
 #include <utility>
 
 /// Keeps a document open for its time, although its last view may leave it.

@@ -1,5 +1,6 @@
 #pragma once
 #include "document/MinMaxInfo.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <optional>
@@ -12,7 +13,7 @@ namespace document {
 
 /// The 16-bit samples of an image without what stands behind the ends of its curves. The document must outlive this and
 /// not change.
-class measured_samples {
+class VLDV_INTERNAL_API measured_samples {
 public:
     measured_samples(const CStorageDoc& document_, unsigned image_);
 

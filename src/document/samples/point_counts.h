@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstddef>
 
 class CStorageDoc;
@@ -9,7 +11,7 @@ namespace document {
 
 /// How many samples of an image count as not measured, as its reader told; 0 when the text counts those of another
 /// size.
-std::size_t unmeasured_points(const CStorageDoc& document, unsigned image);
+VLDV_INTERNAL_API std::size_t unmeasured_points(const CStorageDoc& document, unsigned image);
 
 /// Takes the texts from an image that is a part of the one whose samples were counted.
 void drop_point_counts(CStorageDoc& document, unsigned image);

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <span>
@@ -13,7 +14,7 @@ void turn_heights(std::span<const std::int16_t> samples, std::int16_t* out) noex
 
 /// Heights of which larger samples are larger values, for all that compares samples as they are: those that are given,
 /// or, where their axis has a negative step, a turned copy.
-class rising_heights {
+class VLDV_INTERNAL_API rising_heights {
 public:
     /// The samples must outlive this. \throws std::bad_alloc
     rising_heights(std::span<const std::int16_t> given, const VLAxis& givenAxis);

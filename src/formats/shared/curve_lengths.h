@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <vector>
@@ -13,6 +14,6 @@ constexpr const char* curveLengthsKey = "\\Curve lengths";
 /// Samples of each curve along dimension 0, one curve behind the other through all sub-images: whole curves unless
 /// `told`, the text under `curveLengthsKey` or null, has a number for each of them or for each sub-image. 0 or less:
 /// not measured. Empty for a stream without samples.
-std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* told);
+VLDV_INTERNAL_API std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* told);
 
 } // namespace formats

@@ -1,5 +1,6 @@
 #pragma once
 #include "formats/registry.h"
+#include "vldv_api.h"
 
 namespace formats {
 
@@ -14,6 +15,6 @@ struct format_note {
 };
 
 /// The note of a format; every row of the registry has one.
-const format_note& note_of(SupportedFileTypes type) noexcept;
+VLDV_INTERNAL_API const format_note& note_of(SupportedFileTypes type) noexcept;
 
 } // namespace formats

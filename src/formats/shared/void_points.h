@@ -2,6 +2,7 @@
 #include "base/streams/element_range.h"
 #include "formats/shared/sample_middle.h"
 #include "formats/shared/void_ranges.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -36,7 +37,7 @@ void_count fill_marked(SPMDataStream& stream, std::span<const std::int16_t> mark
 
 /// `convert_stream` to 16 bits of what was measured; samples without a type stay. \return which samples of curves were
 /// not, with those that `told` says, the text under `voidRangesKey` or null \throws std::bad_alloc
-std::vector<void_range> convert_measured(SPMDataStream& stream, const char* told = nullptr);
+VLDV_INTERNAL_API std::vector<void_range> convert_measured(SPMDataStream& stream, const char* told = nullptr);
 
 /// How many numbers are NaN, infinite or of absurd magnitude.
 std::size_t count_implausible(const SPMDataStream& stream);

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -24,7 +25,7 @@ constexpr const char* voidRangesKey = "\\Void samples";
 
 /// As `told` says, the text under that key or null: in rising order. None when it speaks of another count of samples
 /// or is damaged.
-std::vector<void_range> void_ranges(const SPMDataStream& stream, const char* told);
+VLDV_INTERNAL_API std::vector<void_range> void_ranges(const SPMDataStream& stream, const char* told);
 /// The text of a stream of so many samples; of very many ranges the longest. Empty for none.
 std::string void_ranges_text(std::uint64_t samples, std::vector<void_range> ranges);
 

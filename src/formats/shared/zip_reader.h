@@ -1,6 +1,7 @@
 #pragma once
 #include "base/streams/byte_reader.h"
 #include "formats/source.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <functional>
@@ -15,7 +16,7 @@ struct libdeflate_decompressor;
 namespace formats {
 
 /// Reads entries of a zip archive on a source. What an archive claims is checked before anything is allocated for it.
-class zip_reader {
+class VLDV_INTERNAL_API zip_reader {
 public:
     struct entry {
         std::uint64_t index;

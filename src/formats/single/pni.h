@@ -2,12 +2,13 @@
 #include "base/streams/byte_reader.h"
 #include "formats/recording.h"
 #include "formats/source.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <span>
 
 /// Reads one Pacific Nanotechnology file (.pni): one channel in one direction.
-base::read_result<formats::recording> pni_reader(formats::source& file);
+VLDV_API base::read_result<formats::recording> pni_reader(formats::source& file);
 
 namespace formats {
 

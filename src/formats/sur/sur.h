@@ -2,13 +2,14 @@
 #include "base/streams/byte_reader.h"
 #include "formats/recording.h"
 #include "formats/source.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <span>
 
 /// Reads one Digital Surf file (.sur, .pro): each object as an image, profiles and spectra as curves, a spectral map
 /// as a volume with the spectrum as its fastest dimension.
-base::read_result<formats::recording> sur_reader(formats::source& file);
+VLDV_API base::read_result<formats::recording> sur_reader(formats::source& file);
 
 namespace formats {
 

@@ -1,11 +1,12 @@
 #pragma once
 #include "platform/draw/DC.h"
+#include "vldv_api.h"
 
 #include <optional>
 #include <string>
 
 /// The clipboard of the window system: opened, changed, closed.
-class IClipboard {
+class VLDV_API IClipboard {
 public:
     virtual ~IClipboard() = default;
     /// \return false while another program holds it
@@ -19,7 +20,7 @@ public:
 };
 
 /// Opens the clipboard of the application for its lifetime.
-class open_clipboard {
+class VLDV_API open_clipboard {
 public:
     open_clipboard();
     open_clipboard(const open_clipboard&) = delete;

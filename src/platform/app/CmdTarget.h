@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <optional>
 #include <span>
 #include <string>
@@ -21,7 +23,7 @@ struct CCmdUI {
 struct menu_item;
 
 /// What takes commands: views, documents, the application.
-class CCmdTarget {
+class VLDV_API CCmdTarget {
 public:
     virtual ~CCmdTarget() = default;
 

@@ -2,6 +2,7 @@
 #include "platform/app/CmdTarget.h"
 #include "platform/app/Document.h"
 #include "platform/app/RuntimeClass.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <string>
@@ -24,7 +25,7 @@ enum class match_confidence {
 
 /// Ties a document class to a frame and a view class, under the number of their strings and menu, and owns the open
 /// documents. The view class may be one that is not there yet: it is found by name when a frame is made.
-class CDocTemplate : public CCmdTarget, public IDocumentOwner {
+class VLDV_API CDocTemplate : public CCmdTarget, public IDocumentOwner {
 public:
     CDocTemplate(unsigned id_, std::string documentClass_, std::string frameClass_, std::string viewClass_);
     ~CDocTemplate() override;
@@ -64,7 +65,7 @@ private:
 };
 
 /// A template whose frames show documents that others opened; it opens no files itself.
-class CMultiDocTemplate : public CDocTemplate {
+class VLDV_API CMultiDocTemplate : public CDocTemplate {
 public:
     using CDocTemplate::CDocTemplate;
     CDocument* OpenDocumentFile(const wchar_t*, int, int) override { return nullptr; }

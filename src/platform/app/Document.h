@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/app/View.h"
 #include "platform/files/Archive.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <string>
@@ -10,7 +11,7 @@ class CDocTemplate;
 class CDocument;
 
 /// Who holds documents; told when one has closed and may be destroyed (later, never inside its own operation).
-class IDocumentOwner {
+class VLDV_API IDocumentOwner {
 public:
     virtual void documentClosed(CDocument& document) = 0;
 
@@ -19,7 +20,7 @@ protected:
 };
 
 /// Path, title, modified flag and views of one document. Interface thread only.
-class CDocument : public CCmdTarget {
+class VLDV_API CDocument : public CCmdTarget {
 public:
     CDocument() = default;
     CDocument(const CDocument&) = delete;

@@ -1,22 +1,24 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <new>
 #include <stdexcept>
 #include <string>
 
 /// Base of the framework's exceptions; `what()` is a sentence for the user.
-class CException : public std::runtime_error {
+class VLDV_API CException : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
 /// There is no memory.
-class CMemoryException : public std::bad_alloc {
+class VLDV_API CMemoryException : public std::bad_alloc {
 public:
     const char* what() const noexcept override { return "out of memory"; }
 };
 
 /// Reading or writing a document's bytes failed.
-class CArchiveException : public CException {
+class VLDV_API CArchiveException : public CException {
 public:
     enum cause_code { none = 0, generic = 1, readOnly = 2, endOfFile = 3, writeOnly = 4, badIndex = 5 };
     /// \param reason  may be empty; otherwise what was wrong, in words
@@ -27,7 +29,7 @@ public:
 };
 
 /// The operating system refused a file.
-class CFileException : public CException {
+class VLDV_API CFileException : public CException {
 public:
     /// \param error  an errno value
     CFileException(int error, const std::wstring& path_);

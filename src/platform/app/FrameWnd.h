@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/app/View.h"
 #include "platform/app/menu_item.h"
+#include "vldv_api.h"
 
 #include <memory>
 
@@ -9,7 +10,7 @@ class CDocument;
 
 /// The window around a view, which it owns. The application owns frames; `DestroyFrame` takes it out at once and frees
 /// it later, between two events.
-class CFrameWnd : public CWnd {
+class VLDV_API CFrameWnd : public CWnd {
 public:
     ~CFrameWnd() override;
 

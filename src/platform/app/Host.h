@@ -5,6 +5,7 @@
 #include "platform/app/WindowPeer.h"
 #include "platform/app/interface_queue.h"
 #include "resources/menus.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,7 +22,7 @@ enum class message_icon { information, warning, error };
 
 /// Values kept for the user between runs, by section and key: any bytes, case counts. A section exists as long as it
 /// holds values; a backslash in its name puts it below the one that is named by what stands in front.
-class IProfile {
+class VLDV_API IProfile {
 public:
     virtual ~IProfile() = default;
     /// Also a text that is an integer; no other value is read as one of another type.
@@ -120,7 +121,7 @@ struct print_job {
 };
 
 /// The machine as the logic sees it. One host lives for the whole program; see `CWinApp`.
-class IHost {
+class VLDV_API IHost {
 public:
     virtual ~IHost() { queue->close(); }
     virtual IProfile& profile() = 0;

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <memory>
 #include <string_view>
 
@@ -27,6 +29,6 @@ std::unique_ptr<CCmdTarget> create_object()
 }
 
 /// Enters a class to be found by name, for the lifetime of the program.
-void register_runtime_class(const CRuntimeClass& entry);
+VLDV_API void register_runtime_class(const CRuntimeClass& entry);
 /// Null when no class of that name is entered.
-const CRuntimeClass* find_runtime_class(std::string_view name) noexcept;
+VLDV_API const CRuntimeClass* find_runtime_class(std::string_view name) noexcept;

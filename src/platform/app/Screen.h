@@ -1,10 +1,11 @@
 #pragma once
 #include "platform/draw/geometry.h"
+#include "vldv_api.h"
 
 #include <vector>
 
 /// Monitors, pointer and keyboard. Coordinates are those of the whole screen.
-class IScreen {
+class VLDV_API IScreen {
 public:
     virtual ~IScreen() = default;
     /// In the system's order, at least one.

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/app/Window.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <string>
@@ -14,7 +15,7 @@ using hint_object = std::variant<std::monostate, CView*, CPoint, std::string, do
 
 /// What shows a document, in the pane of a frame. Attached by `CDocument::AddView`, detached by `RemoveView` or by its
 /// destructor.
-class CView : public CWnd {
+class VLDV_API CView : public CWnd {
 public:
     ~CView() override;
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/app/FrameWnd.h"
 #include "platform/app/Host.h"
+#include "vldv_api.h"
 
 #include <functional>
 #include <memory>
@@ -9,7 +10,7 @@
 #include <vector>
 
 /// The application: what a program has one of. Created by the host program before any document, current until it ends.
-class CWinApp : public CCmdTarget {
+class VLDV_API CWinApp : public CCmdTarget {
 public:
     explicit CWinApp(IHost& host_);
     CWinApp(const CWinApp&) = delete;
@@ -79,10 +80,10 @@ private:
 };
 
 /// The current application, or null before it is created and after it is gone.
-CWinApp* AfxGetApp() noexcept;
+VLDV_API CWinApp* AfxGetApp() noexcept;
 
 /// Shows the wait cursor for its lifetime; does nothing without an application.
-class CWaitCursor {
+class VLDV_API CWaitCursor {
 public:
     CWaitCursor();
     CWaitCursor(const CWaitCursor&) = delete;

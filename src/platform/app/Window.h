@@ -1,10 +1,11 @@
 #pragma once
 #include "platform/app/CmdTarget.h"
 #include "platform/app/WindowPeer.h"
+#include "vldv_api.h"
 
 /// A window: logic that a host shows. Everything works without a peer, as before it is created and after it is gone:
 /// rectangles are empty then, requests do nothing. Interface thread only.
-class CWnd : public CCmdTarget {
+class VLDV_API CWnd : public CCmdTarget {
 public:
     CWnd() = default;
     CWnd(const CWnd&) = delete;

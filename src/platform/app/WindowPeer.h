@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/app/keys.h"
 #include "platform/draw/DC.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <string>
@@ -23,7 +24,7 @@ enum class window_kind {
 /// The host's side of a window. Sizes and points are logical pixels. A geometry request is carried out at once, as far
 /// as the window system allows, so that it can be read back; the window is told of a new size once, after the handler
 /// that runs now, and not at all for an equal size or while it is maximised.
-class IWindowPeer {
+class VLDV_API IWindowPeer {
 public:
     virtual ~IWindowPeer() = default;
 

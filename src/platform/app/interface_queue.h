@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -7,7 +9,7 @@ namespace platform {
 
 /// What other threads want done on the interface thread. Threads share it with the host (`IHost::interfaceQueue`), so
 /// that it is there for one that outlives the program's windows; from `close` on it takes nothing more.
-class interface_queue {
+class VLDV_INTERNAL_API interface_queue {
 public:
     /// Keeps `work` for the interface thread. From any thread; the thread does not wait.
     /// \return false when the program is ending: `work` will not run

@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/draw/geometry.h"
 #include "resources/menus.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <string>
@@ -31,4 +32,4 @@ struct toolbar_button {
 };
 
 /// Text from outside for a menu: a "&" in it is shown.
-std::string menu_text(const std::string& shown);
+VLDV_INTERNAL_API std::string menu_text(const std::string& shown);

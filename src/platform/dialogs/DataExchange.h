@@ -1,11 +1,13 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <string>
 
 class CVarListCtrl;
 class SPMVar;
 
 /// One exchange between the controls of a dialog and the values behind them, in one direction.
-class CDataExchange {
+class VLDV_API CDataExchange {
 public:
     explicit CDataExchange(bool saveAndValidate) : m_bSaveAndValidate(saveAndValidate) {}
     virtual ~CDataExchange() = default;
@@ -21,7 +23,7 @@ public:
 /// Exchanges a number: up to 256 characters of the control's text are read, and a text that is no number leaves the
 /// value. Written are `precision` decimals for magnitudes of 1e-7 to 1e7, else (0 and negative numbers among them)
 /// `precision` digits.
-void DDX_DoublePrecText(CDataExchange* exchange, int id, double& value, int precision);
+VLDV_API void DDX_DoublePrecText(CDataExchange* exchange, int id, double& value, int precision);
 
 /// Exchanges variables with a grid, by their names. Towards the grid they become its list.
-void DDX_VarList(CDataExchange* exchange, unsigned id, SPMVar* variables, int count);
+VLDV_API void DDX_VarList(CDataExchange* exchange, unsigned id, SPMVar* variables, int count);

@@ -1,10 +1,11 @@
 #pragma once
 #include "platform/app/Window.h"
 #include "resources/dialogs.h"
+#include "vldv_api.h"
 
 /// A modal dialog whose controls stand in the resources. A host makes the widgets and tells what the user does; panes
 /// are windows that the dialog draws.
-class CDialog {
+class VLDV_API CDialog {
 public:
     static constexpr int resultOk = 1, resultCancel = 2; ///< also the numbers of the two buttons
 

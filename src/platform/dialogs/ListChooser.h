@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstddef>
 #include <span>
 #include <string>
@@ -6,7 +8,7 @@
 
 /// A dialog in which entries of several lists are taken into one of the user's own order: what it holds and what its
 /// buttons do. A host makes the widgets.
-class CListChooser {
+class VLDV_API CListChooser {
 public:
     struct source {
         std::string heading;

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMVarList.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <set>
@@ -7,7 +8,7 @@
 #include <utility>
 
 /// A window of the host around a grid of variables.
-class IVarListPeer {
+class VLDV_API IVarListPeer {
 public:
     virtual ~IVarListPeer() = default;
     /// Shows the present values.
@@ -16,7 +17,7 @@ public:
 
 /// The grid that edits a list of variables: what it shows and what edits do. Rows are the variables with a label, in
 /// the order of the list, headings among them. The list changes with every edit, so that those who listen follow live.
-class CVarListCtrl : private SPMVarListHandler {
+class VLDV_API CVarListCtrl : private SPMVarListHandler {
 public:
     CVarListCtrl() = default;
     CVarListCtrl(const CVarListCtrl&) = delete;

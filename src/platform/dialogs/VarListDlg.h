@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/dialogs/VarListCtrl.h"
 #include "platform/dialogs/variable_layout.h"
+#include "vldv_api.h"
 
 #include <istream>
 #include <memory>
@@ -10,7 +11,7 @@ class CVarListDlg;
 class CWnd;
 
 /// Told of the user buttons of a variable dialog.
-class CVarListDlgHandler {
+class VLDV_API CVarListDlgHandler {
 public:
     virtual void OnCommandMessage(const char* id, CVarListDlg* dialog) = 0;
 
@@ -19,7 +20,7 @@ protected:
 };
 
 /// A window of the host around a variable dialog.
-class IVarListDialogPeer {
+class VLDV_API IVarListDialogPeer {
 public:
     virtual ~IVarListDialogPeer() = default;
     /// The dialog has ended: the window goes and asks for nothing more.
@@ -27,7 +28,7 @@ public:
 };
 
 /// The dialog that edits a list of variables in a grid, with the buttons of its layout. A host makes the widgets.
-class CVarListDlg {
+class VLDV_API CVarListDlg {
 public:
     static constexpr int resultOk = 1, resultCancel = 2;
 

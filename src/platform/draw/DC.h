@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/draw/bitmap.h"
 #include "platform/draw/dc_state.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <memory>
@@ -19,7 +20,7 @@ struct CBitmap {
 /// the primitives at the end. All coordinates are logical units (see `SetMapMode`; device pixels at first), y grows
 /// downwards, right and bottom sides lie outside. A setter returns what was set before. Lines leave out their last
 /// point. While a path is open, outlines and lines go to the path and nothing is drawn.
-class CDC {
+class VLDV_API CDC {
 public:
     CDC();
     CDC(const CDC&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/draw/geometry.h"
 #include "platform/draw/polygon_spans.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <span>
@@ -23,7 +24,7 @@ enum poly_fill_mode : int {
 
 /// A set of pixels, kept as bands of rectangles: set arithmetic is exact and needs no window. A pixel belongs to a
 /// shape when its centre does. A value: copies are deep.
-class CRgn {
+class VLDV_API CRgn {
 public:
     CRgn();                          ///< no pixel
     explicit CRgn(const RECT& rect); ///< corners in any order

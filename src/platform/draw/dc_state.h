@@ -1,13 +1,14 @@
 #pragma once
 #include "platform/draw/Region.h"
 #include "platform/draw/drawing.h"
+#include "vldv_api.h"
 
 #include <optional>
 
 namespace platform {
 
 /// How logical units become device pixels: the world map first, then the window onto the viewport.
-struct dc_mapping {
+struct VLDV_INTERNAL_API dc_mapping {
     int mode = MM_TEXT;
     CPoint windowOrigin, viewportOrigin;
     CSize windowExtent{1, 1}, viewportExtent{1, 1};

@@ -1,6 +1,5 @@
 #pragma once
 #include "platform/draw/color.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/draw/geometry.h"
+#include "vldv_api.h"
 
 #include <limits>
 #include <span>
@@ -18,7 +19,7 @@ struct edge_crossing {
     int direction; ///< 1 down, -1 up
 };
 /// The pixels between crossings that come by rows and in each row from left to right.
-std::vector<pixel_span> spans_between(std::span<const edge_crossing> crossings, bool winding);
+VLDV_INTERNAL_API std::vector<pixel_span> spans_between(std::span<const edge_crossing> crossings, bool winding);
 
 /// The pixels whose centres lie inside closed polygons, exactly; a centre on a left or upper edge is inside. With
 /// `winding` a point counts that the edges go round at least once, else one that an odd number of edges surrounds.
@@ -27,7 +28,8 @@ std::vector<pixel_span> polygon_spans(std::span<const std::vector<CPoint>> figur
 
 /// The pixels whose centres lie in or on the ellipse that touches the sides of `rect`, exactly; of rows firstRow …
 /// endRow - 1 only.
-std::vector<pixel_span> ellipse_spans(const CRect& rect, int firstRow = std::numeric_limits<int>::min(),
-                                      int endRow = std::numeric_limits<int>::max());
+VLDV_INTERNAL_API std::vector<pixel_span> ellipse_spans(const CRect& rect,
+                                                        int firstRow = std::numeric_limits<int>::min(),
+                                                        int endRow = std::numeric_limits<int>::max());
 
 } // namespace platform

@@ -1,11 +1,12 @@
 #pragma once
 #include "platform/app/Exceptions.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <string>
 
 /// A forward stream of bytes into or out of a file, as `CDocument::Serialize` gets it.
-class CArchive {
+class VLDV_API CArchive {
 public:
     explicit CArchive(const std::wstring& path_, bool storing_) : filePath(path_), storing(storing_) {}
     virtual ~CArchive() = default;

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <filesystem>
 #include <string>
 
@@ -6,15 +8,15 @@ namespace platform {
 
 // Paths as wide text. Bytes that are no UTF-8 survive the way there and back.
 
-std::filesystem::path to_path(const std::wstring& path);
-std::wstring to_wide(const std::filesystem::path& path);
+VLDV_INTERNAL_API std::filesystem::path to_path(const std::wstring& path);
+VLDV_INTERNAL_API std::wstring to_wide(const std::filesystem::path& path);
 /// Absolute, without "." and ".." steps; relative ones start at the current folder. Empty stays empty.
-std::wstring full_path(const std::wstring& path);
+VLDV_INTERNAL_API std::wstring full_path(const std::wstring& path);
 /// What a user typed, with a leading "~" or "~NAME" replaced by the home folder; as it is where a file of that very
 /// name exists or there is no such home.
-std::wstring expanded_home(const std::wstring& path);
+VLDV_INTERNAL_API std::wstring expanded_home(const std::wstring& path);
 /// The part behind the last slash.
-std::wstring file_name(const std::wstring& path);
+VLDV_INTERNAL_API std::wstring file_name(const std::wstring& path);
 /// The file name without its last extension; a name that only starts with a dot has none.
 std::wstring file_stem(const std::wstring& path);
 /// The last extension with its dot, or empty.

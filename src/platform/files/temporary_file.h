@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <filesystem>
 #include <string>
 
@@ -6,7 +8,7 @@ namespace platform {
 
 /// A file in the system's folder for temporary files that no name leads to: it is gone with the object, and with the
 /// process however that ends. Where the system gives no way to such a file it has a name until then.
-class temporary_file {
+class VLDV_INTERNAL_API temporary_file {
 public:
     /// Creates it empty. \throws CFileException
     temporary_file();

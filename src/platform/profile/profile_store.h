@@ -2,6 +2,7 @@
 #include "platform/app/Host.h"
 #include "platform/profile/profile_changes.h"
 #include "platform/profile/profile_table.h"
+#include "vldv_api.h"
 
 #include <filesystem>
 
@@ -9,7 +10,7 @@ namespace platform {
 
 /// File of the user's settings: "velmira/profile" in $XDG_CONFIG_HOME, or in ".config" of the home folder. Empty when
 /// the user has neither.
-std::filesystem::path profile_path();
+VLDV_INTERNAL_API std::filesystem::path profile_path();
 
 } // namespace platform
 
@@ -19,7 +20,7 @@ std::filesystem::path profile_path();
 /// stays, and this program sees it with its next start. A write that changes nothing is no change.
 /// Writes tell false when the settings cannot be stored as things stand; the value then holds for this run, and every
 /// flush tries again. Interface thread only.
-class CProfileStore : public IProfile {
+class VLDV_API CProfileStore : public IProfile {
 public:
     /// \param file_  may be missing, its folders too; empty for settings that cannot be kept
     explicit CProfileStore(std::filesystem::path file_);

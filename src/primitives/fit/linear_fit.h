@@ -1,4 +1,5 @@
 #pragma once
+#include "vldv_api.h"
 
 /// The plane A + B * column + C * row; of a curve, which has one row, the line A + B * index.
 struct linear_fit {
@@ -8,10 +9,10 @@ struct linear_fit {
 /// The least-squares plane through rows of numbers. A direction with one number only has no slope. Without numbers all
 /// is 0. A plane of whole numbers and a constant come out exactly.
 /// \param out  may be null
-void fit_plane(const double* data, int rows, int columns, linear_fit* out) noexcept;
+VLDV_API void fit_plane(const double* data, int rows, int columns, linear_fit* out) noexcept;
 /// Fits the plane and subtracts it. \param out  the plane; may be null
-void remove_plane(double* data, int rows, int columns, linear_fit* out) noexcept;
+VLDV_API void remove_plane(double* data, int rows, int columns, linear_fit* out) noexcept;
 /// The same for floats: fitted in double precision, subtracted in single.
-void remove_plane_32f(float* data, int rows, int columns, linear_fit* out) noexcept;
+VLDV_API void remove_plane_32f(float* data, int rows, int columns, linear_fit* out) noexcept;
 /// out[k] is the mean of x^(k + 1), k = 0 … order - 1; 0 without numbers.
-void moments(double* out, int order, const double* data, int columns, int rows) noexcept;
+VLDV_API void moments(double* out, int order, const double* data, int columns, int rows) noexcept;

@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <array>
 #include <cstddef>
 #include <vector>
@@ -51,4 +53,4 @@ private:
 /// Smooths a row in place: it becomes the uniform cubic B-spline of `spans` spans from its first sample to its last
 /// that fits it best in the sense of least squares. Fewer than 4 samples stay as they are; `spans` is brought into
 /// 1 … n - 3. A cubic polynomial stays what it is, to rounding. \throws std::bad_alloc
-void b_spline_1d(double* values, int n, int spans);
+VLDV_API void b_spline_1d(double* values, int n, int spans);

@@ -3,6 +3,7 @@
 #include "primitives/resample/resample.h"
 #include "spectra/figures/feature.h"
 #include "spectra/figures/feature_metrics.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <vector>
@@ -18,7 +19,7 @@ struct feature_source {
 };
 
 /// The features of a mask, measured. Movable; features may be sorted and taken out of the list, but live no longer.
-class feature_list {
+class VLDV_INTERNAL_API feature_list {
 public:
     /// The connected areas of a mask over the block. \throws std::bad_alloc
     /// \param threads  how many work on contours and skeletons; the result does not depend on it

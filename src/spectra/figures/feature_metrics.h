@@ -3,6 +3,7 @@
 #include "platform/draw/geometry.h"
 #include "primitives/map/threshold.h"
 #include "spectra/figures/feature.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <span>
@@ -38,7 +39,7 @@ struct feature_metric {
     double (*value)(const feature_figures& of, const feature_axes& axes, short zeroLevel);
 };
 /// All of them, in the order of `Feature::metrics`.
-std::span<const feature_metric, featureMetrics> feature_metrics() noexcept;
+VLDV_INTERNAL_API std::span<const feature_metric, featureMetrics> feature_metrics() noexcept;
 /// "P_proj", "H" and "H_av" among them.
 constexpr std::size_t outlineMetric = 1, heightMetric = 7, meanHeightMetric = 8;
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/draw/geometry.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +21,7 @@ CPoint normalize_point(CPoint point, int height) noexcept;
 
 /// Adds the parts of a rectangle, corners in any order, to the list. What lies left of 0 is mirrored through the
 /// origin, and no part crosses the row 0: each has left >= 0, and either bottom < 0 or top >= 0.
-void split_rect(CRect rect, std::vector<CRect>& list);
+VLDV_INTERNAL_API void split_rect(CRect rect, std::vector<CRect>& list);
 
 /// Sets the bytes of all numbers of the packed spectrum (primitives/fft.h) that belong to selected bins or to their
 /// mirror images to 1, the others to 0. Bins beyond the spectrum do not count. An ellipse fills its stored part.

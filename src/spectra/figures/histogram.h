@@ -1,5 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <optional>
@@ -34,13 +35,13 @@ unsigned automatic_bar_count(std::size_t samples) noexcept;
 /// half as wide as the others. Without samples everything stays 0.
 /// \param axis  turns raw samples into values
 /// \param bars  how many bins; by default `automatic_bar_count`
-[[nodiscard]] height_histogram make_histogram(const height_counts& heights, const VLAxis& axis,
-                                              std::optional<unsigned> bars = {});
-[[nodiscard]] height_histogram make_histogram(std::span<const std::int16_t> samples, const VLAxis& axis,
-                                              std::optional<unsigned> bars = {});
+[[nodiscard]] VLDV_INTERNAL_API height_histogram make_histogram(const height_counts& heights, const VLAxis& axis,
+                                                                std::optional<unsigned> bars = {});
+[[nodiscard]] VLDV_INTERNAL_API height_histogram make_histogram(std::span<const std::int16_t> samples,
+                                                                const VLAxis& axis, std::optional<unsigned> bars = {});
 
 /// The histogram with its values in another unit.
-[[nodiscard]] height_histogram in_units(height_histogram histogram, const char* from, const char* to);
+[[nodiscard]] VLDV_INTERNAL_API height_histogram in_units(height_histogram histogram, const char* from, const char* to);
 
 /// Two places along the chart, as shares of its width from 0 to 1. They may be crossed.
 struct delimiters {
@@ -54,11 +55,12 @@ struct delimited_share {
     double percent;              ///< of all samples
 };
 /// All 0 without samples.
-[[nodiscard]] delimited_share share_between(const height_histogram& histogram, delimiters at) noexcept;
+[[nodiscard]] VLDV_INTERNAL_API delimited_share share_between(const height_histogram& histogram,
+                                                              delimiters at) noexcept;
 /// The bin at a share of the chart's width: cut off, not rounded. There must be a bin.
 [[nodiscard]] unsigned bin_at(const height_histogram& histogram, double share) noexcept;
 /// "X0: … %: …", a line of tab-separated columns.
-[[nodiscard]] std::string share_text(const delimited_share& share, const char* units);
+[[nodiscard]] VLDV_INTERNAL_API std::string share_text(const delimited_share& share, const char* units);
 
 /// Raw samples at the delimiters, halves up.
 struct raw_window {

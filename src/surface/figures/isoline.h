@@ -1,5 +1,6 @@
 #pragma once
 #include "surface/figures/sample_frame.h"
+#include "vldv_api.h"
 
 #include <vector>
 
@@ -9,11 +10,11 @@ namespace surface {
 /// neighbouring sample with the lower ones on the right hand as rows count upwards. Beyond the edge all is lower. Where
 /// only corners of the seed touch lower samples, the line begins beside it.
 /// \return nothing where `why_no_isoline` says why
-std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed);
+VLDV_INTERNAL_API std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed);
 
 /// Why there is no line: the seed lies outside the frame, alone, or amid samples that are as high; empty where there
 /// is.
-const char* why_no_isoline(const sample_frame& frame, CPoint seed);
+VLDV_INTERNAL_API const char* why_no_isoline(const sample_frame& frame, CPoint seed);
 
 /// The first point is the last one too.
 inline bool is_closed(const std::vector<CPoint>& contour) noexcept

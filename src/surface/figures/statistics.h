@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -24,10 +26,11 @@ struct statistics_row {
 /// "Rq", "Ra", "Rsk" and "Rku" of what is left without the best plane, the last two from moments about 0 and without
 /// a subtraction of 3. All heights stand in the unit in which their range reads well.
 /// \param samples  rows of `width`; only the heading for none
-std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights);
+VLDV_INTERNAL_API std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width,
+                                                               const VLAxis& heights);
 
 /// The same figure in the unit in which it reads well.
-statistics_row reading_well(statistics_row row);
+VLDV_INTERNAL_API statistics_row reading_well(statistics_row row);
 
 /// What a measurement says, under a heading of its own, a row for each item between ";": its name ends at the first
 /// "=", or else ":", then follow number and unit. An item with neither is a name with the value 0. Only a text on show,

@@ -3,6 +3,7 @@
 #include "document/StorageDoc.h"
 #include "surface/figures/sample_mask.h"
 #include "surface/figures/step_search.h"
+#include "vldv_api.h"
 
 #include <string>
 #include <utility>
@@ -29,12 +30,12 @@ SPMDataStream make_step_stream(const surface_step& step, unsigned number, steps_
                                const VLAxis& x, const VLAxis& y);
 
 /// Removes what earlier searches left: the images whose names begin with "step".
-void remove_step_images(CStorageDoc& document);
+VLDV_INTERNAL_API void remove_step_images(CStorageDoc& document);
 /// Appends an image for each step of an image, numbered from `firstNumber`; the settings become its strings.
 /// \param axisX, axisY  axes of the image that the columns and the rows are measured with
 /// \return the number that follows
-unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
-                         const step_settings& settings, unsigned firstNumber = 0, unsigned axisX = 0,
-                         unsigned axisY = 0);
+VLDV_INTERNAL_API unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
+                                           const step_settings& settings, unsigned firstNumber = 0, unsigned axisX = 0,
+                                           unsigned axisY = 0);
 
 } // namespace surface

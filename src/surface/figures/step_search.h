@@ -1,5 +1,6 @@
 #pragma once
 #include "surface/figures/sample_frame.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <deque>
@@ -11,7 +12,7 @@ namespace surface {
 enum class steps_direction { leftToRight = 0, rightToLeft = 1 };
 
 /// What steps are looked for in an image whose rows are scan lines.
-struct step_settings {
+struct VLDV_INTERNAL_API step_settings {
     steps_direction direction = steps_direction::rightToLeft;
     double threshold = 1.0; ///< how many standard deviations above the mean a slope has to be
     int leftBorder = 0;     ///< columns to either side of a slope's middle in which no other may be steeper
@@ -35,7 +36,7 @@ using surface_step = std::vector<step_point>;
 /// Finds the places of steps row by row, where steps begin, and follows each from row to row; gaps are bridged by
 /// straight lines. Sequences found twice are both there. Settings below their least value count as that.
 /// \throws std::bad_alloc
-std::deque<surface_step> find_steps(const sample_frame& frame, const step_settings& settings);
+VLDV_INTERNAL_API std::deque<surface_step> find_steps(const sample_frame& frame, const step_settings& settings);
 
 /// The columns that hold more than `floor` and more than each of the `reach` before, and no less than the `reach`
 /// behind; all of them with a reach of 0.

@@ -1,8 +1,9 @@
 #pragma once
 #include "surface/views/SurfMathView.h"
+#include "vldv_api.h"
 
 /// A surface in the quick view: small, with its scale mark alone unless its own options say more.
-class CQVSurfView : public CSurfMathView {
+class VLDV_API CQVSurfView : public CSurfMathView {
 public:
     const char* viewKind() const override { return "CQVSurfView"; }
     bool isQuickView() const override { return true; }

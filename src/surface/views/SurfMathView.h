@@ -10,6 +10,7 @@
 #include "view/ImageView.h"
 #include "view/Scale.h"
 #include "view/scale/render_step.h"
+#include "vldv_api.h"
 
 #include <memory>
 #include <vector>
@@ -18,7 +19,7 @@ class ISection;
 
 /// The view of a surface: its heights in colours with axes, scale and legends, and over them what the user selects,
 /// draws and measures.
-class CSurfMathView : public CImageView {
+class VLDV_API CSurfMathView : public CImageView {
 public:
     CSurfMathView();
     ~CSurfMathView() override;

@@ -1,9 +1,10 @@
 #pragma once
 #include "platform/app/Window.h"
+#include "vldv_api.h"
 
 /// Shows width and height of the view under it while the user drags the frame: a double arrow along each with the
 /// number of pixels beside it.
-class CSizeLine : public CWnd {
+class VLDV_API CSizeLine : public CWnd {
 public:
     void OnPaint(CDC& dc) override;
 };

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
+#include "vldv_api.h"
 
 #include <span>
 #include <string>
@@ -21,6 +22,6 @@ SPMVar declared_option(const option_row& row);
 void list_options(std::span<const option_row> own, unsigned before, SPMVar* vars, unsigned* count);
 
 /// A variable of "global_options"; type 0 when there is none of that name.
-SPMVar global_option(const char* name);
+VLDV_INTERNAL_API SPMVar global_option(const char* name);
 
 } // namespace view

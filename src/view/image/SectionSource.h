@@ -1,12 +1,13 @@
 #pragma once
 #include "platform/draw/drawing.h"
 #include "platform/draw/geometry.h"
+#include "vldv_api.h"
 
 class CDC;
 class CImageView;
 
 /// A section or line profile as the surface under it sees it. Points are samples of the section's own image.
-class ISection {
+class VLDV_API ISection {
 public:
     /// The view that shows the profile; it lives as long as this.
     virtual CImageView& sectionView() = 0;

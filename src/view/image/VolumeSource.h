@@ -1,9 +1,10 @@
 #pragma once
+#include "vldv_api.h"
 
 class SPMDataStream;
 
 /// A view that shows a volume of curves, as far as other views need to know it.
-class IVolumeSource {
+class VLDV_API IVolumeSource {
 public:
     /// The volume ordered by slices: dimension 0 is X, 1 is Y, 2 runs along a curve.
     virtual const SPMDataStream& getVolume() const = 0;

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMVar.h"
+#include "vldv_api.h"
 
 #include <filesystem>
 #include <span>
@@ -7,7 +8,7 @@
 class CDCView;
 
 /// How many formats a filter list names: pairs of a name and its patterns, each followed by a bar. 0 for null.
-int CountExportFormats(const wchar_t* filters) noexcept;
+VLDV_API int CountExportFormats(const wchar_t* filters) noexcept;
 
 namespace view {
 

@@ -1,12 +1,13 @@
 #pragma once
 #include "platform/app/View.h"
 #include "view/panes/pane_commands.h"
+#include "vldv_api.h"
 
 #include <string>
 #include <vector>
 
 /// Base of views whose pane the host fills: it has the commands of texts and tables before those of its document.
-class CPaneView : public CView, public IPaneContent {
+class VLDV_API CPaneView : public CView, public IPaneContent {
 public:
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
     void selectAll() override;
@@ -20,7 +21,7 @@ private:
 
 /// Base of tables. A derived class answers what the host tells of them: `setFilter`, `OnTableHeading`, `OnTableRow`,
 /// `OnTableRowActivated`.
-class CTableView : public CPaneView {
+class VLDV_API CTableView : public CPaneView {
 public:
     using table_rows = std::vector<std::vector<std::wstring>>;
 

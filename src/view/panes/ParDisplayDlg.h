@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/dialogs/ListChooser.h"
+#include "vldv_api.h"
 
 #include <string_view>
 
@@ -9,7 +10,7 @@ class CStorageDoc;
 ///
 /// The choice is kept as one text: for each parameter its name, "+" for the document's or "-" for the image's, and "|".
 /// A name with "|" in it cannot stand there and is not offered.
-class CParDisplayDlg : public CListChooser {
+class VLDV_API CParDisplayDlg : public CListChooser {
 public:
     static constexpr std::size_t global = 0, local = 1; ///< the two sources
 

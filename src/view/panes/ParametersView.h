@@ -1,5 +1,6 @@
 #pragma once
 #include "view/panes/PaneView.h"
+#include "vldv_api.h"
 
 #include <string>
 #include <vector>
@@ -21,7 +22,7 @@ std::vector<parameter_row> parameter_rows(const CStorageDoc& document, const std
 } // namespace view
 
 /// A searchable table of a document's text parameters.
-class CParametersView : public CTableView {
+class VLDV_API CParametersView : public CTableView {
 public:
     void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
     /// What the user searches for.

@@ -1,10 +1,11 @@
 #pragma once
 #include "view/panes/PaneView.h"
+#include "vldv_api.h"
 
 #include <string>
 
 /// The text window of a document, to which tables of results are appended.
-class CTextView : public CPaneView {
+class VLDV_API CTextView : public CPaneView {
 public:
     /// On a line of its own, with line ends "\r\n"; a first line equal to the first line that is there is left out, so
     /// that the header of a table stands once.
@@ -23,4 +24,4 @@ private:
 };
 
 /// The text window of a document, opened when there is none. \param created  may be null \return null when it cannot be
-CTextView* GetTextView(bool* created, CDocument* document);
+VLDV_API CTextView* GetTextView(bool* created, CDocument* document);

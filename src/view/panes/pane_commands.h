@@ -1,10 +1,12 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <string>
 
 struct CCmdUI;
 
 /// A pane of text or a table, as far as its commands look at it. Lines end in "\r\n" or "\n".
-class IPaneContent {
+class VLDV_API IPaneContent {
 public:
     /// All of it; cells of a table are joined by tabs, under the headings.
     virtual std::wstring allText() const = 0;
@@ -24,6 +26,6 @@ namespace view {
 
 /// "Copy" (the selection, or all), "Select All", "Save" and "Save As" (the text, to a file that the user names) and the
 /// three commands of printing. \return false when it is none of these
-bool pane_command(IPaneContent& content, unsigned id, CCmdUI* ui);
+VLDV_INTERNAL_API bool pane_command(IPaneContent& content, unsigned id, CCmdUI* ui);
 
 } // namespace view

@@ -2,12 +2,13 @@
 #include "platform/dialogs/Dialog.h"
 #include "view/scale/ScaleSync.h"
 #include "view/scale/palette_edit.h"
+#include "vldv_api.h"
 
 #include <functional>
 
 /// The editor of the custom palette: one channel at a time is drawn with a pen over three lines. Every change goes into
 /// the table at once and to who follows it; Cancel takes all of them back.
-class CCustomPaletteDialog : public CDialog {
+class VLDV_API CCustomPaletteDialog : public CDialog {
 public:
     static constexpr unsigned linesPane = 5232, samplePane = 5233;
 

@@ -1,12 +1,13 @@
 #pragma once
 #include "view/Scale.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <span>
 #include <vector>
 
 /// The colour scale in a toolbar, which all views follow: once it stands in one it is the static scale.
-class CPaletteBar {
+class VLDV_API CPaletteBar {
 public:
     static constexpr unsigned commandId = 10012;
     static constexpr int length = 256, width = 27; ///< pixels

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/draw/DC.h"
+#include "vldv_api.h"
 
 #include <string>
 
@@ -14,7 +15,7 @@ struct menu_metrics {
 
 /// An item of the palette menu: the host draws the ordinary item with its name, this one a strip of the palette beside
 /// it.
-class CPaletteMenuButton {
+class VLDV_API CPaletteMenuButton {
 public:
     /// \param image  not used
     CPaletteMenuButton(int paletteId_, unsigned commandId_, const wchar_t* text_, int image);

@@ -1,7 +1,8 @@
 #pragma once
+#include "vldv_api.h"
 
 /// Who follows edits of the custom palette while they are made.
-class IScaleSync {
+class VLDV_API IScaleSync {
 public:
     virtual void SyncScale() = 0;
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "view/scale/ColorTable.h"
+#include "vldv_api.h"
 
 #include <filesystem>
 #include <optional>
@@ -18,11 +19,11 @@ struct file_palette {
 /// when there is none.
 std::filesystem::path palette_folder();
 /// The folder of the palettes that come with the program, beside it.
-std::filesystem::path bundled_palette_folder();
+VLDV_INTERNAL_API std::filesystem::path bundled_palette_folder();
 /// A palette file, or nothing when it cannot be read or is none.
-std::optional<color_table> load_palette(const std::filesystem::path& path);
+VLDV_INTERNAL_API std::optional<color_table> load_palette(const std::filesystem::path& path);
 /// All readable `.pal` files of a folder in the order of its listing; others are passed over.
-std::vector<file_palette> read_palette_folder(const std::filesystem::path& folder);
+VLDV_INTERNAL_API std::vector<file_palette> read_palette_folder(const std::filesystem::path& folder);
 /// Replaces $NAME, ${NAME} and %NAME% by the environment; unknown names stay as they are.
 std::string expanded_environment(const std::string& text);
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "platform/draw/geometry.h"
 #include "primitives/map/range.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <vector>
@@ -16,11 +17,11 @@ struct fitted_window {
 
 /// Where samples of an image lie in the picture of a window of it: the pixels whose middles show them, at least one in
 /// each direction; empty where the window shows none. `window` and `size` are not empty.
-CRect shown_part(CRect part, const CRect& window, CSize size) noexcept;
+VLDV_INTERNAL_API CRect shown_part(CRect part, const CRect& window, CSize size) noexcept;
 
 /// Brings windows of an image to the size of a picture and keeps the last one: what changes colours alone needs no new
 /// one.
-class window_fitter {
+class VLDV_INTERNAL_API window_fitter {
 public:
     /// \param image   samples of the whole frame, rows of `rowLength`
     /// \param window  the part on show; inside the image
@@ -43,7 +44,7 @@ private:
 
 /// The range of the samples of a part of an image, as a region of interest; the last one is kept, so that what changes
 /// colours alone reads none.
-class range_keeper {
+class VLDV_INTERNAL_API range_keeper {
 public:
     /// \param image  samples of the whole frame, rows of `rowLength`
     /// \param part   inside the image, not empty
