@@ -2,6 +2,9 @@
 
 #include "base/SPMVarList.h"
 
+#include <dlfcn.h>
+#include <vector>
+
 namespace {
 
 std::string language()
@@ -26,11 +29,33 @@ std::filesystem::path get_interface_directory(bool noLanguage)
 
 namespace platform {
 
+namespace {
+
+/// The folder of shared data of the prefix below which this code lies, as a program or in the library; empty when there
+/// is none, as in a build folder.
+std::filesystem::path installed_folder()
+{
+    Dl_info own{};
+    if (!dladdr(reinterpret_cast<const void*>(&installed_folder), &own) || !own.dli_fname) return {};
+    std::error_code unknown, absent;
+    std::filesystem::path above = std::filesystem::canonical(own.dli_fname, unknown).parent_path();
+    for (; above.has_relative_path(); above = above.parent_path())
+        if (const auto folder = above / "share" / "vldv"; std::filesystem::is_directory(folder, absent)) return folder;
+    return {};
+}
+
+} // namespace
+
 std::filesystem::path find_interface_file(const std::string& name)
 {
-    std::error_code error;
-    const std::filesystem::path translated = get_interface_directory(false) / name;
-    return std::filesystem::exists(translated, error) ? translated : get_interface_directory(true) / name;
+    static const std::filesystem::path installed = installed_folder();
+    const std::filesystem::path translated = get_interface_directory(false), plain = get_interface_directory(true);
+    std::vector<std::filesystem::path> folders{translated, plain};
+    if (!installed.empty()) folders.insert(folders.end(), {installed / translated.lexically_relative(plain), installed});
+    std::error_code absent;
+    for (const std::filesystem::path& folder : folders)
+        if (std::filesystem::exists(folder / name, absent)) return folder / name;
+    return plain / name;
 }
 
 } // namespace platform

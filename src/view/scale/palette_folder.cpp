@@ -76,7 +76,7 @@ std::filesystem::path palette_folder()
     return platform::to_path(platform::expanded_home(base::widen(expanded_environment(folder))));
 }
 
-std::filesystem::path bundled_palette_folder() { return get_interface_directory(true) / "palettes"; }
+std::filesystem::path bundled_palette_folder() { return platform::find_interface_file("palettes"); }
 
 std::optional<color_table> load_palette(const std::filesystem::path& path)
 {
