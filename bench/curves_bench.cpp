@@ -13,6 +13,8 @@
 #include <random>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int curveLength = 4096, volumeSide = 128, forceLength = 1024;

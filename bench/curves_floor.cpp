@@ -7,7 +7,7 @@
 #include <immintrin.h>
 #endif
 
-namespace bench {
+namespace vldv::bench {
 
 namespace {
 
@@ -57,4 +57,4 @@ double force_arithmetic(std::size_t samples)
     return plain_arithmetic(samples);
 }
 
-} // namespace bench
+} // namespace vldv::bench

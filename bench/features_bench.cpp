@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 constexpr double covered = 0.3;

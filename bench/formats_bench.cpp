@@ -16,6 +16,8 @@
 #include <stdlib.h>
 #include <zlib.h>
 
+using namespace vldv;
+
 namespace {
 
 using path = std::filesystem::path;

@@ -3,7 +3,7 @@
 #include <malloc.h>
 #include <string>
 
-namespace bench {
+namespace vldv::bench {
 
 /// A row of /proc/self/status in MB (10^6 bytes).
 inline double memory_of_process(const std::string& row)
@@ -34,4 +34,4 @@ double memory_growth(Run run)
     return grown;
 }
 
-} // namespace bench
+} // namespace vldv::bench

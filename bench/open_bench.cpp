@@ -19,6 +19,8 @@
 #include <vector>
 #include <zlib.h>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned side = 4096;

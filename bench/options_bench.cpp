@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int optionCount = 60;

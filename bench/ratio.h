@@ -10,7 +10,7 @@
 
 /// Benchmarks that judge by ratios: all contestants run in turn, several times, and the best time of each counts, so
 /// that a busy or a slow machine changes the times but hardly their ratio.
-namespace bench {
+namespace vldv::bench {
 
 /// Processor time of this thread: what other programs take from the machine does not count.
 inline double thread_milliseconds()
@@ -92,4 +92,4 @@ private:
     bool missed = false;
 };
 
-} // namespace bench
+} // namespace vldv::bench

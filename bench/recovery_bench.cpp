@@ -12,6 +12,8 @@
 #include <sys/resource.h>
 #include <thread>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned samples = 256u << 20; // 512 MiB

@@ -15,6 +15,8 @@
 #include <opencv2/imgproc.hpp>
 #include <span>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int side = 4096;

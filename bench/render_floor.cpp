@@ -10,7 +10,7 @@
 #define VLDV_EACH_SET
 #endif
 
-namespace bench {
+namespace vldv::bench {
 
 VLDV_EACH_SET std::int64_t read_all(std::span<const std::int16_t> samples)
 {
@@ -73,4 +73,4 @@ void stream_pixels(std::span<const std::int16_t> samples, std::uint8_t* out)
     }
 }
 
-} // namespace bench
+} // namespace vldv::bench

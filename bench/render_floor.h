@@ -4,7 +4,7 @@
 #include <span>
 
 /// What the bytes of an operation alone cost on this machine: loops that move them and do nothing else.
-namespace bench {
+namespace vldv::bench {
 
 /// Reads every sample with the widest loads there are. \return something that depends on all of them
 std::int64_t read_all(std::span<const std::int16_t> samples);
@@ -14,4 +14,4 @@ std::int64_t plain_range(std::span<const std::int16_t> samples);
 /// number of samples a multiple of 32.
 void stream_pixels(std::span<const std::int16_t> samples, std::uint8_t* out);
 
-} // namespace bench
+} // namespace vldv::bench

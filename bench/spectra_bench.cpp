@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 template <class Number>

@@ -15,6 +15,8 @@
 #include <cstdlib>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int side = 4096, pictureWidth = 1000, pictureHeight = 800;

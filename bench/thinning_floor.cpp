@@ -6,7 +6,7 @@
 
 #include <cstddef>
 
-namespace bench {
+namespace vldv::bench {
 
 namespace {
 
@@ -115,4 +115,4 @@ void thinning_floor::run(int steps)
     }
 }
 
-} // namespace bench
+} // namespace vldv::bench

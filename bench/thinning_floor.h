@@ -4,7 +4,7 @@
 #include <vector>
 
 /// What thinning costs by its arithmetic alone, and its rule sample by sample.
-namespace bench {
+namespace vldv::bench {
 
 /// Whether a set sample goes, by its neighbours: bit k for direction k of `primitives::boundary_steps`.
 bool is_thinned(unsigned neighbours, bool isOdd);
@@ -26,4 +26,4 @@ private:
     std::vector<line> words, others;
 };
 
-} // namespace bench
+} // namespace vldv::bench

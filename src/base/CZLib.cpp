@@ -9,6 +9,8 @@
 #include <fstream>
 #include <minizip/zip.h>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int failed = -1;

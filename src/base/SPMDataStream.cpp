@@ -9,6 +9,8 @@
 #include <cassert>
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 unsigned copy_names(const std::vector<smart_string>& names, smart_string* out, unsigned max)

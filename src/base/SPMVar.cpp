@@ -14,6 +14,8 @@
 #include <stdexcept>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 struct array_type_row {

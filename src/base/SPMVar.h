@@ -9,7 +9,7 @@
 #include <limits>
 #include <string>
 
-namespace base {
+namespace vldv::base {
 struct declaration;
 }
 
@@ -194,7 +194,7 @@ public:
 
 protected:
     /// Replaces everything by what a parsed declaration says.
-    void declare(const base::declaration& source);
+    void declare(const vldv::base::declaration& source);
     /// The words in an array declaration's size field behind element size and type; the base has none.
     virtual std::string shape_words() const { return {}; }
 
@@ -243,7 +243,7 @@ inline double SPMVar::within_limits(double x, const number_limits& limits) noexc
     if (x > limits.maximum) x = limits.maximum;
     if (limits.step != 0.0 && !std::isnan(limits.step) && std::isfinite(x)) {
         const double origin = std::isfinite(limits.minimum) ? limits.minimum : 0.0;
-        x = limits.step * base::round_half_up((x - origin) / limits.step) + origin;
+        x = limits.step * vldv::base::round_half_up((x - origin) / limits.step) + origin;
     }
     if (x < limits.minimum) x = limits.minimum;
     if (x > limits.maximum) x = limits.maximum;

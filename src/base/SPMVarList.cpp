@@ -5,6 +5,8 @@
 #include <map>
 #include <memory>
 
+using namespace vldv;
+
 namespace {
 
 const SPMVar& unknown_variable() noexcept

@@ -88,7 +88,7 @@ private:
 
     std::vector<SPMVar> variables;
     std::unordered_map<std::string, unsigned, name_hash, std::equal_to<>> positions;
-    base::option_settling settling;
+    vldv::base::option_settling settling;
     std::vector<set_variable> changes; ///< since the list was settled
     unsigned batches = 0;              ///< that run now, one inside the other
     std::vector<unsigned> moved;       ///< of the present settling

@@ -8,6 +8,8 @@
 #define XML_DTD // for the limits of entity expansion
 #include <expat.h>
 
+using namespace vldv;
+
 namespace {
 
 // Expat looks through an unfinished token again with each block. Blocks as large as all before them keep that in

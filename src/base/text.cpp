@@ -7,7 +7,7 @@
 #include <limits>
 #include <locale.h>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -201,4 +201,4 @@ std::vector<std::string_view> split(std::string_view text, char separator)
     return pieces;
 }
 
-} // namespace base
+} // namespace vldv::base

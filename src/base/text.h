@@ -26,7 +26,7 @@ VLDV_API wchar_t* wchar2wchar(const wchar_t* text);
 /// Position of the first `c` at or behind `start` that is not inside "double" or 'single' quotes, or -1.
 VLDV_API int untokenized_find(const char* text, char c, int start);
 
-namespace base {
+namespace vldv::base {
 
 /// The same conversions on values.
 VLDV_INTERNAL_API std::wstring widen(std::string_view text);     // char2wchar
@@ -65,4 +65,4 @@ VLDV_INTERNAL_API bool equal_ignoring_case(std::string_view a, std::string_view 
 /// Splits at every `separator`; an empty text gives one empty piece.
 VLDV_INTERNAL_API std::vector<std::string_view> split(std::string_view text, char separator);
 
-} // namespace base
+} // namespace vldv::base

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
+using namespace vldv;
+
 namespace {
 
 /// A unit, or one over another; the latter is then a plain 1 without `hasUnder`.

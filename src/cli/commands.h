@@ -3,7 +3,7 @@ namespace CLI {
 class App;
 }
 
-namespace cli {
+namespace vldv::cli {
 
 // Each adds one sub-command, which leaves its exit status in `status` when it has run.
 void add_formats(CLI::App& app, int& status);
@@ -23,4 +23,4 @@ void add_features(CLI::App& app, int& status);
 void add_steps(CLI::App& app, int& status);
 void add_examples(CLI::App& app, int& status);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace cli {
+namespace vldv::cli {
 
 folder_keeper::folder_keeper() noexcept : folder(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)) {}
 
@@ -15,4 +15,4 @@ folder_keeper::~folder_keeper()
     close(folder);
 }
 
-} // namespace cli
+} // namespace vldv::cli

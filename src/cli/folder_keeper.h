@@ -1,6 +1,6 @@
 #pragma once
 
-namespace cli {
+namespace vldv::cli {
 
 /// Puts the current folder back in the end. A document that is opened makes that of its file the current one, and the
 /// paths of a call stand for what they did when the call was made.
@@ -15,4 +15,4 @@ private:
     int folder; ///< a descriptor, good also for a folder that is moved or that has no path
 };
 
-} // namespace cli
+} // namespace vldv::cli

@@ -13,6 +13,8 @@
 #include <iostream>
 #include <unistd.h>
 
+using namespace vldv;
+
 namespace {
 
 std::vector<std::string> command_names(const CLI::App& app)

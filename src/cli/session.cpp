@@ -5,9 +5,9 @@
 #include "cli/output/existing_container.h"
 #include "cli/output/failure_text.h"
 #include "cli/output/progress.h"
+#include "cli/output/reader_notes.h"
 #include "cli/output/standard_streams.h"
 #include "cli/output/terminal.h"
-#include "cli/output/reader_notes.h"
 #include "document/container/recording_folder.h"
 #include "platform/files/paths.h"
 
@@ -15,7 +15,7 @@
 #include <iostream>
 #include <utility>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -246,4 +246,4 @@ void session::forEachDocument(const std::function<void(CStorageDoc&, const std::
     host.onProgress = nullptr;
 }
 
-} // namespace cli
+} // namespace vldv::cli

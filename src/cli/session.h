@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 /// Exit statuses.
 constexpr int allDone = 0, someFailed = 1, badUsage = 2;
@@ -104,4 +104,4 @@ private:
     bool failed = false, replaces = false, tellsNotes = true;
 };
 
-} // namespace cli
+} // namespace vldv::cli

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -279,4 +279,4 @@ bool decorations::apply(ObjectActionType action, std::string_view name)
     return changed;
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -30,7 +30,7 @@ enum decoration_state : std::uint32_t {
     DECORATION_HIT_TESTABLE = 4,
 };
 
-namespace document {
+namespace vldv::document {
 
 /// One drawing as it is kept.
 struct decoration {
@@ -83,4 +83,4 @@ private:
     std::map<std::string, group, std::less<>> groups;
 };
 
-} // namespace document
+} // namespace vldv::document

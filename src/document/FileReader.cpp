@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <string_view>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* cancelled = "reading was cancelled";

@@ -45,7 +45,7 @@ public:
     bool isReadCancelled() const noexcept { return readCancelled; }
 
     /// Appends all that a recording holds; its samples are moved out of it. \return as for `ReadFile`
-    bool addRecording(formats::recording& recording);
+    bool addRecording(vldv::formats::recording& recording);
     /// Adds an image without a copy of its samples; `stream` is left without any.
     void moveIn(SPMDataStream& stream);
     /// Gives a stream that is to be added an id that no image has yet, by a number at its end.
@@ -64,10 +64,10 @@ protected:
 
 private:
     bool tellProgress(double done);
-    bool tryFormats(std::istream& in, const std::vector<const formats::format_row*>& rows);
+    bool tryFormats(std::istream& in, const std::vector<const vldv::formats::format_row*>& rows);
     bool readCancelled = false;
     bool readNative(std::istream& in);
     void warnOfVoids();
-    bool readForeign(std::istream& in, const formats::format_row& format);
+    bool readForeign(std::istream& in, const vldv::formats::format_row& format);
     void setForeignText(const std::string& key, const std::string& text, unsigned image);
 };

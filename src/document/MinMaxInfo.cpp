@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace vldv;
+
 void CMinMaxInfo::Clear() noexcept
 {
     range = 1;

@@ -4,6 +4,8 @@
 
 #include <fstream>
 
+using namespace vldv;
+
 CProcessParser::CProcessParser() = default;
 
 bool CProcessParser::loadInterfaceFile(const std::string& name)

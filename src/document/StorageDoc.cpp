@@ -16,6 +16,8 @@
 #include <stdexcept>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned noIndex = unsigned(-1);

@@ -20,7 +20,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 struct spmx_content;
 }
 
@@ -58,9 +58,9 @@ public:
         unsigned subimageLength = 0;            ///< elements
         std::vector<unsigned> dimensionLengths; ///< as of the last `revalidateImage`
         string_table strings;
-        document::packed_bitmap overlay; ///< null when there is none
+        vldv::document::packed_bitmap overlay; ///< null when there is none
         history undoSteps, redoSteps;
-        document::shared_decorations drawings;
+        vldv::document::shared_decorations drawings;
         std::uint64_t state = 0, overlayState = 0, drawingState = 0; ///< see document::content_state
     };
 
@@ -103,9 +103,12 @@ public:
     {
         setOverlay(targetImage, source.sharedOverlay(sourceImage));
     }
-    void setOverlay(unsigned image, document::packed_bitmap overlay) noexcept;
+    void setOverlay(unsigned image, vldv::document::packed_bitmap overlay) noexcept;
     /// The packed bitmap, or null. It never changes: another one takes its place.
-    const document::packed_bitmap& sharedOverlay(unsigned image) const noexcept { return imageOptions[image].overlay; }
+    const vldv::document::packed_bitmap& sharedOverlay(unsigned image) const noexcept
+    {
+        return imageOptions[image].overlay;
+    }
     /// The packed bitmap, or null.
     const BITMAPINFOHEADER* getImageOverlay(unsigned image) const noexcept { return imageOptions[image].overlay.get(); }
     /// In range, an array, and with data: may be drawn.
@@ -168,13 +171,13 @@ public:
     void clear_decorations(unsigned image);
     /// Replaces the drawings of an image by a copy of those of another.
     void copyDecorations(const CStorageDoc& source, unsigned targetImage, unsigned sourceImage);
-    void setDecorations(unsigned image, document::decorations drawings);
-    const document::decorations& decorations(unsigned image) const noexcept
+    void setDecorations(unsigned image, vldv::document::decorations drawings);
+    const vldv::document::decorations& decorations(unsigned image) const noexcept
     {
         return imageOptions[image].drawings.get();
     }
     /// As they are now, which stays so; may be null when there are none.
-    std::shared_ptr<const document::decorations> sharedDecorations(unsigned image) const noexcept
+    std::shared_ptr<const vldv::document::decorations> sharedDecorations(unsigned image) const noexcept
     {
         return imageOptions[image].drawings.share();
     }
@@ -227,17 +230,17 @@ public:
     // What has changed
     /// Differs from what its file held when it was last read or written; a document without a file always does.
     bool isChanged() const noexcept override;
-    document::content_state contentState() const;
+    vldv::document::content_state contentState() const;
     /// What the file holds that was last read or written; nothing for a document that never had one.
-    const std::optional<document::content_state>& storedState() const noexcept { return storedContent; }
-    const document::own_files& ownFiles() const noexcept { return knownFiles; }
+    const std::optional<vldv::document::content_state>& storedState() const noexcept { return storedContent; }
+    const vldv::document::own_files& ownFiles() const noexcept { return knownFiles; }
     /// The samples of an image in a state, wherever they are now: in the image or in its history. Nothing when they are
     /// gone. Valid until the next change of the document.
     std::optional<std::span<const std::byte>> samplesIn(std::uint64_t state) const noexcept;
     /// The file that `storedState` tells of; null when that content is in no single file.
-    const document::own_files::entry* storedFile() const noexcept { return storedIn ? &*storedIn : nullptr; }
+    const vldv::document::own_files::entry* storedFile() const noexcept { return storedIn ? &*storedIn : nullptr; }
     /// As if the document had been read from `file` with the content `state`, and was changed since.
-    void setStored(const document::own_files::entry& file, document::content_state state);
+    void setStored(const vldv::document::own_files::entry& file, vldv::document::content_state state);
     /// What is here was put together from several files: it counts as unchanged and has no file of its own yet.
     void becomeUnfiled();
     /// The images only show what another document holds, as a magnifier does: they are not the user's work, and nothing
@@ -304,14 +307,14 @@ private:
     /// Closes the windows of images from `first` to `last`.
     void closeViewsOf(unsigned first, unsigned last);
     /// What a container is written from.
-    document::spmx_content content() const;
+    vldv::document::spmx_content content() const;
     std::wstring askSavePath(bool replace) const;
     /// The path to write instead of `target`, where something is that is not this document's; empty: the user
     /// cancelled.
     std::wstring confirmedTarget(const std::wstring& target) const;
     bool saveTo(const std::wstring& target, bool replace);
     /// \param stamp  of the file whose content the document has, which may be another by now; nothing for none
-    void wasStored(const std::wstring& path, const std::optional<platform::file_stamp>& stamp);
+    void wasStored(const std::wstring& path, const std::optional<vldv::platform::file_stamp>& stamp);
     /// The image has other samples now.
     void renumber(unsigned image) noexcept;
     void drawingsChanged(unsigned image) noexcept;
@@ -331,10 +334,10 @@ private:
     bool incomplete = false;  ///< the last reading failed or was cancelled: there is nothing worth saving
     bool reading = false;
     std::uint64_t textState = 0; ///< see document::content_state
-    std::optional<document::content_state> storedContent;
-    std::optional<document::own_files::entry> storedIn;
+    std::optional<vldv::document::content_state> storedContent;
+    std::optional<vldv::document::own_files::entry> storedIn;
     std::wstring damagedFile; ///< of which images were left out when it was read; empty: none
-    document::own_files knownFiles;
+    vldv::document::own_files knownFiles;
     bool isMarked = false; ///< titles say that it has changed
     bool displayOnly = false;
 };

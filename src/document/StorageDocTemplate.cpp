@@ -14,6 +14,8 @@
 #include <fstream>
 #include <span>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned emptyFileText = 1040, cannotCreateText = 61700;

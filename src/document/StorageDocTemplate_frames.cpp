@@ -10,6 +10,8 @@
 #include <optional>
 #include <set>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned cannotCreateText = 61700;

@@ -6,6 +6,8 @@
 #include "platform/app/WinApp.h"
 #include "resources/commands.h"
 
+using namespace vldv;
+
 namespace {
 
 void warn(const std::wstring& file, const char* what)

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+using namespace vldv;
+
 void CStorageDoc::set_decoration(const char* key, const VLPluginDecoration* list, unsigned count, DecImageType type,
                                  unsigned image)
 {

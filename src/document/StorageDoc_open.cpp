@@ -13,6 +13,8 @@
 #include <fstream>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned emptyFileText = 1040;

@@ -15,6 +15,8 @@
 #include <set>
 #include <sstream>
 
+using namespace vldv;
+
 namespace {
 
 constexpr std::size_t copyBlock = 0x400000;

@@ -4,6 +4,8 @@
 #include <atomic>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 std::span<const std::byte> bytes_of(const void* data, std::size_t size) noexcept

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned undoLostText = 1028, redoLostText = 1059;

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 document::heap_function heap = std::malloc;

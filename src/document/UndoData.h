@@ -20,7 +20,7 @@ public:
     void* data = nullptr; ///< null for no bytes
 };
 
-namespace document {
+namespace vldv::document {
 
 using heap_function = void* (*)(std::size_t);
 
@@ -28,4 +28,4 @@ using heap_function = void* (*)(std::size_t);
 /// Blocks are given back to free. \return the function before
 heap_function set_undo_heap(heap_function heap) noexcept;
 
-} // namespace document
+} // namespace vldv::document

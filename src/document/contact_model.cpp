@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -57,4 +57,4 @@ double equilibrium_force(const contact& pair, double z, bool touching) noexcept
     return contact_force(pair, d);
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace document {
+namespace vldv::document {
 
 /// Probe and sample of a force curve. Lengths in nm, forces in nN, moduli in GPa (nN/nm²), energies in nN·nm (1e-18 J).
 struct contact {
@@ -31,4 +31,4 @@ double snap_off_position(const contact& pair) noexcept;
 /// z = d - F(d)/k. Of the two stable states near the surface the one that `touching` asks for, if it exists at `z`.
 double equilibrium_force(const contact& pair, double z, bool touching) noexcept;
 
-} // namespace document
+} // namespace vldv::document

@@ -1,8 +1,8 @@
 #pragma once
 
-namespace document {
+namespace vldv::document {
 
 /// Stands where an image's number is asked for, and means the texts of the document itself.
 constexpr unsigned documentTable = unsigned(-1);
 
-} // namespace document
+} // namespace vldv::document

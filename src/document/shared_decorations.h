@@ -3,7 +3,7 @@
 
 #include <memory>
 
-namespace document {
+namespace vldv::document {
 
 /// Drawings that others may hold as they are at one moment, at no cost: the next edit then works on a copy of them. One
 /// thread edits and shares, any other may look at what it was given.
@@ -44,4 +44,4 @@ private:
     mutable bool isShared = false;
 };
 
-} // namespace document
+} // namespace vldv::document

@@ -8,6 +8,8 @@
 #include <utility>
 #include <variant>
 
+using namespace vldv;
+
 namespace {
 
 bool read_first(base::read_result<formats::recording> (*read)(formats::source&), std::istream& in,

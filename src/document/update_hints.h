@@ -2,7 +2,7 @@
 #include <cstdint>
 
 /// What `UpdateAllViews` carries.
-namespace document {
+namespace vldv::document {
 
 /// What happened; families of views have codes of their own above these.
 enum hint_code : std::uint32_t {
@@ -61,4 +61,4 @@ constexpr std::uint32_t axis_hint(unsigned dimension, unsigned image, unsigned a
     return axis_change{dimension, image, axis}.packed();
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -11,6 +11,8 @@
 
 #include <fstream>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* recentSection = "Recent File List";

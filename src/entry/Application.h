@@ -44,6 +44,6 @@ private:
     void OnReopenClosed(unsigned id);
     void OnUpdateReopenClosed(CCmdUI& ui);
 
-    entry::global_options settings;
-    entry::kept_work kept;
+    vldv::entry::global_options settings;
+    vldv::entry::kept_work kept;
 };

@@ -13,6 +13,8 @@
 
 #include <filesystem>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* folderSection = "MRU";

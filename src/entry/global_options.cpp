@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace entry {
+namespace vldv::entry {
 
 namespace {
 
@@ -77,4 +77,4 @@ void global_options::OnFireVariableChange(int index, const SPMVarList* list)
     if (std::string_view(changed.get_name()) == "directory.palettes") CScale::reloadFilePalettes();
 }
 
-} // namespace entry
+} // namespace vldv::entry

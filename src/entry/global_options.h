@@ -1,7 +1,7 @@
 #pragma once
 #include "base/SPMVarList.h"
 
-namespace entry {
+namespace vldv::entry {
 
 /// Settings common to all views, "global_options": declared with their defaults, read from the profile, and written
 /// back whenever one changes, for the lifetime of this object.
@@ -20,4 +20,4 @@ private:
     VLGlobalVarList* options;
 };
 
-} // namespace entry
+} // namespace vldv::entry

@@ -10,7 +10,7 @@
 
 #include <ctime>
 
-namespace entry {
+namespace vldv::entry {
 
 namespace {
 
@@ -186,4 +186,4 @@ try {
     // no memory: it is tried once more when the copies go
 }
 
-} // namespace entry
+} // namespace vldv::entry

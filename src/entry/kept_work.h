@@ -9,7 +9,7 @@
 
 class CDocument;
 
-namespace entry {
+namespace vldv::entry {
 
 /// The user's unsaved work outside of the program: copies of what is open, and what was closed to be opened again.
 class VLDV_INTERNAL_API kept_work {
@@ -49,4 +49,4 @@ private:
     bool hasLeft = false;
 };
 
-} // namespace entry
+} // namespace vldv::entry

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-namespace entry {
+namespace vldv::entry {
 
 namespace {
 
@@ -36,4 +36,4 @@ void open_example(CWinApp& app, const document::example_row& row)
     app.OpenDocumentFile(path.c_str());
 }
 
-} // namespace entry
+} // namespace vldv::entry

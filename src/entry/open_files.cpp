@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-namespace entry {
+namespace vldv::entry {
 
 namespace {
 
@@ -48,4 +48,4 @@ void open_files(CWinApp& app, std::span<const std::wstring> names)
     });
 }
 
-} // namespace entry
+} // namespace vldv::entry

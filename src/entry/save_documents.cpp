@@ -14,6 +14,8 @@
 #include <map>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 /// A picture to find files by, or a magnifier: it is only looked at.
@@ -91,7 +93,7 @@ public:
 
 } // namespace
 
-namespace entry {
+namespace vldv::entry {
 
 std::vector<CDocument*> unsaved_documents(const CWinApp& app)
 {
@@ -140,6 +142,6 @@ save_outcome save_documents(CWnd* parent, bool thenEnds)
     return isDone ? save_outcome::done : save_outcome::failed;
 }
 
-} // namespace entry
+} // namespace vldv::entry
 
 bool VldvSaveAllDocuments(CWnd* parent) { return entry::save_documents(parent) != entry::save_outcome::cancelled; }

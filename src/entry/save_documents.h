@@ -8,7 +8,7 @@ class CDocument;
 class CWinApp;
 class CWnd;
 
-namespace entry {
+namespace vldv::entry {
 
 enum class save_outcome {
     done,   ///< all that was chosen is stored
@@ -30,4 +30,4 @@ VLDV_INTERNAL_API std::vector<std::string> telling_labels(std::vector<std::strin
 /// \param thenEnds  the program ends when that is done
 save_outcome save_documents(CWnd* parent, bool thenEnds = false);
 
-} // namespace entry
+} // namespace vldv::entry

@@ -7,7 +7,7 @@
 #include "resources/frame_templates.h"
 #include "view/panes/TextView.h"
 
-namespace entry {
+namespace vldv::entry {
 
 namespace {
 
@@ -81,4 +81,4 @@ void show_texts(const recovery::kept_document& kept)
         if (!image.texts.empty()) view->AppendText(base::widen(image.id) + L"\n" + lines_of(image.texts));
 }
 
-} // namespace entry
+} // namespace vldv::entry

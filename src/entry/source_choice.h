@@ -1,7 +1,7 @@
 #pragma once
 #include "recovery/kept_source.h"
 
-namespace entry {
+namespace vldv::entry {
 
 /// What the user wants where a copy refers to a file that is not there any more, or not as it was.
 struct source_choice {
@@ -15,4 +15,4 @@ source_choice choose_source(recovery::kept_document& kept, const std::filesystem
 /// A window with the texts of a copy of which no image is left.
 void show_texts(const recovery::kept_document& kept);
 
-} // namespace entry
+} // namespace vldv::entry

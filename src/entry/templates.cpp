@@ -54,7 +54,7 @@ CMultiDocTemplate& vldv3DTemplate = templates().scene;
 CMultiDocTemplate& vldv3DCloudTemplate = templates().volume;
 CMultiDocTemplate& vldvVideoCaptureTemplate = templates().capture;
 
-namespace entry {
+namespace vldv::entry {
 
 void register_classes()
 {
@@ -73,4 +73,4 @@ void add_templates(CWinApp& app)
         app.AddDocTemplate(each);
 }
 
-} // namespace entry
+} // namespace vldv::entry

@@ -30,7 +30,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -89,4 +89,4 @@ constexpr format_row rows[] = {
 
 std::span<const format_row> format_table() noexcept { return rows; }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One channel of a file: samples with their axes, and the text parameters that belong to it.
 struct recorded_image {
@@ -35,4 +35,4 @@ struct recording {
     std::vector<std::string> warnings{};
 };
 
-} // namespace formats
+} // namespace vldv::formats

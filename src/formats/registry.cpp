@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -79,4 +79,4 @@ bool pattern_matches(std::string_view pattern, std::string_view fileName) noexce
     return pattern.find_first_not_of('*', p) == std::string_view::npos;
 }
 
-} // namespace formats
+} // namespace vldv::formats

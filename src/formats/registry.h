@@ -40,7 +40,7 @@ enum SupportedFileTypes : int {
     FILE_PSIA = 28,
 };
 
-namespace formats {
+namespace vldv::formats {
 
 /// Row of the table of foreign formats.
 struct format_row {
@@ -77,4 +77,4 @@ std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, s
 /// Case-insensitive match of one pattern with "*" and "?" against a file name.
 bool pattern_matches(std::string_view pattern, std::string_view fileName) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

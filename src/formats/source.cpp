@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace formats {
+namespace vldv::formats {
 
 bool source::read_all(std::vector<std::byte>& out)
 {
@@ -17,4 +17,4 @@ bool memory_source::read(std::uint64_t offset, std::span<std::byte> out)
     return true;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What a reader reads from: bytes of known number, by position. Knows no file system; a file, a stream or a block of
 /// memory stands behind it.
@@ -48,4 +48,4 @@ private:
     std::string fileName;
 };
 
-} // namespace formats
+} // namespace vldv::formats

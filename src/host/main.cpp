@@ -28,6 +28,8 @@
 #include <clocale>
 #include <string_view>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int storeInterval = 2000; // milliseconds
@@ -88,7 +90,7 @@ int main(int count, char** arguments)
     QApplication::setApplicationVersion(QStringLiteral(VLDV_VERSION));
     QApplication::setWindowIcon(program_icon());
     CProfileStore profile(platform::profile_path());
-    host::register_fonts();
+    paint::register_fonts();
     CQtHost machine(profile);
     CVldvApp app(machine);
     CMainWindow window(app);

@@ -6,6 +6,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace vldv;
+
 namespace {
 
 int askedToEnd[2] = {-1, -1}; ///< a pipe: all that a signal handler may do is to write a byte

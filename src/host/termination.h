@@ -3,10 +3,10 @@
 
 class QObject;
 
-namespace host {
+namespace vldv::host {
 
 /// Calls `then` in the event loop when the system asks the program to end (SIGTERM, SIGHUP, SIGINT), for the lifetime
 /// of `owner`. Once in a program.
 void on_termination(QObject& owner, const std::function<void()>& then);
 
-} // namespace host
+} // namespace vldv::host

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-namespace output {
+namespace vldv::output {
 
 namespace {
 
@@ -59,4 +59,4 @@ picture_bytes encode_bmp(const pixel_view& pixels, const picture_settings& setti
     return bytes;
 }
 
-} // namespace output
+} // namespace vldv::output

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace output {
+namespace vldv::output {
 
 // The encoders behind `encode_picture`, which has checked that there are pixels.
 
@@ -40,4 +40,4 @@ private:
     std::byte* next;
 };
 
-} // namespace output
+} // namespace vldv::output

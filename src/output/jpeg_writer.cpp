@@ -8,7 +8,7 @@
 
 #include <jpeglib.h>
 
-namespace output {
+namespace vldv::output {
 
 namespace {
 
@@ -104,4 +104,4 @@ picture_bytes encode_jpeg(const pixel_view& pixels, const picture_settings& sett
     return std::vector(encoder.bytes().begin(), encoder.bytes().end());
 }
 
-} // namespace output
+} // namespace vldv::output

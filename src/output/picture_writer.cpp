@@ -8,7 +8,7 @@
 #include <cmath>
 #include <new>
 
-namespace output {
+namespace vldv::output {
 
 namespace {
 
@@ -73,4 +73,4 @@ void save_file_atomically(const std::filesystem::path& path, std::span<const std
     file.commit();
 }
 
-} // namespace output
+} // namespace vldv::output

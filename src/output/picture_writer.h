@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace output {
+namespace vldv::output {
 
 /// Pixels that somebody else owns, the top row first. A stride below 0 shows a bottom-up bitmap the right way up.
 struct pixel_view {
@@ -42,4 +42,4 @@ VLDV_INTERNAL_API picture_bytes encode_picture(picture_format format, const pixe
 /// Puts a file in place whole or not at all. \throws CFileException, with an old file of that name as it was
 VLDV_INTERNAL_API void save_file_atomically(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
-} // namespace output
+} // namespace vldv::output

@@ -4,7 +4,7 @@
 #include <png.h>
 #include <string>
 
-namespace output {
+namespace vldv::output {
 
 namespace {
 
@@ -94,4 +94,4 @@ picture_bytes encode_png(const pixel_view& pixels, const picture_settings& setti
     return std::move(encoder.bytes);
 }
 
-} // namespace output
+} // namespace vldv::output

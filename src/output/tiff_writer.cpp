@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace output {
+namespace vldv::output {
 
 namespace {
 
@@ -162,4 +162,4 @@ picture_bytes encode_tiff(const pixel_view& pixels, const picture_settings& sett
     return bytes;
 }
 
-} // namespace output
+} // namespace vldv::output

@@ -5,12 +5,12 @@
 class QPaintDevice;
 class QPainter;
 
-namespace host {
+namespace vldv::paint {
 
 class drawing_surface;
 struct resolved_font;
 
-} // namespace host
+} // namespace vldv::paint
 
 /// The drawing surface of the desktop: a window while it handles its paint event, a picture, a printer or document
 /// page, or bitmap memory. Device units are logical pixels of the interface; on a screen of high density lines, shapes
@@ -50,10 +50,10 @@ protected:
 private:
     std::vector<CPoint> toUnits(std::span<const CPoint> points) const;
     CRgn toUnits(const CRgn& region) const;
-    const host::resolved_font& font() const;
+    const vldv::paint::resolved_font& font() const;
 
     std::unique_ptr<QPainter> painter; ///< none in memory
-    std::unique_ptr<host::drawing_surface> surface;
+    std::unique_ptr<vldv::paint::drawing_surface> surface;
     CSize dpi;
-    mutable std::unique_ptr<host::resolved_font> lastFont;
+    mutable std::unique_ptr<vldv::paint::resolved_font> lastFont;
 };

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <numbers>
 
+using namespace vldv;
+
 namespace {
 
 /// Pixels of the surface a logical unit, each along its own direction; flips of window onto viewport apart.
@@ -50,13 +52,13 @@ int units_of(int pixels, double scale)
 
 } // namespace
 
-const host::resolved_font& CQtDC::font() const
+const paint::resolved_font& CQtDC::font() const
 {
     const double ratio = surface ? surface->ratio() : 1.0;
-    const host::font_scale scale{text_scale_of(state().mapping, ratio).down,
-                                 static_cast<int>(std::lround(dpi.cy * ratio)), IsPrinting()};
+    const paint::font_scale scale{text_scale_of(state().mapping, ratio).down,
+                                  static_cast<int>(std::lround(dpi.cy * ratio)), IsPrinting()};
     if (!lastFont || lastFont->asked != state().font || lastFont->scale != scale)
-        lastFont = std::make_unique<host::resolved_font>(state().font, scale);
+        lastFont = std::make_unique<paint::resolved_font>(state().font, scale);
     return *lastFont;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 CRect scaled_rect(const CRect& rect, CPoint origin, double ratio) noexcept
 {
@@ -27,4 +27,4 @@ clip_bands::clip_bands(const std::optional<CRgn>& clip, CSize surface, CPoint or
     for (const CRect& band : bands) extent.UnionRect(extent, band);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-namespace host {
+namespace vldv::paint {
 
 /// The pixels of a surface that may be drawn on, as the rectangles of a region from top to bottom.
 class clip_bands {
@@ -33,4 +33,4 @@ private:
 /// A rectangle of the surface's units in pixels, of which a unit has `ratio`.
 CRect scaled_rect(const CRect& rect, CPoint origin, double ratio) noexcept;
 
-} // namespace host
+} // namespace vldv::paint

@@ -3,7 +3,7 @@
 #include <QPaintDevice>
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -30,4 +30,4 @@ CSize logical_size(const QPaintDevice& device)
     return scaled_size(device, counts_own_pixels(device) ? 1.0 / device.devicePixelRatioF() : 1.0);
 }
 
-} // namespace host
+} // namespace vldv::paint

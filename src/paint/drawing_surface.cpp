@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 double scale_of(const platform::dc_state& state) noexcept
 {
@@ -17,4 +17,4 @@ QTransform turn_of(const blit& picture)
     return {x.x(), x.y(), y.x(), y.y(), start.x(), start.y()};
 }
 
-} // namespace host
+} // namespace vldv::paint

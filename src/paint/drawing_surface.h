@@ -11,7 +11,7 @@ class QFont;
 class QString;
 struct CBitmap;
 
-namespace host {
+namespace vldv::paint {
 
 /// A brush that fills with an operation.
 struct fill_tool {
@@ -66,4 +66,4 @@ public:
 /// Pixels a logical unit.
 double scale_of(const platform::dc_state& state) noexcept;
 
-} // namespace host
+} // namespace vldv::paint

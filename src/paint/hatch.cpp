@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -53,4 +53,4 @@ hatched_spans split_by_hatch(std::span<const platform::pixel_span> area, hatch_s
     return out;
 }
 
-} // namespace host
+} // namespace vldv::paint

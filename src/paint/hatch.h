@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace host {
+namespace vldv::paint {
 
 /// Pixels of an area that a hatch splits.
 struct hatched_spans {
@@ -16,4 +16,4 @@ struct hatched_spans {
 hatched_spans split_by_hatch(std::span<const platform::pixel_span> area, hatch_style style, CPoint origin,
                              double ratio);
 
-} // namespace host
+} // namespace vldv::paint

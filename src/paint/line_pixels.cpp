@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -102,4 +102,4 @@ line_spans thin_line(std::span<const CPoint> points, bool closed, const device_p
     return out;
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace host {
+namespace vldv::paint {
 
 /// Pixels of a line and of the gaps of its pattern. A pixel may appear twice where the line meets itself.
 struct line_spans {
@@ -25,4 +25,4 @@ struct visible_part {
 visible_part find_visible_part(double fromX, double fromY, double toX, double toY, double length, const CRect& bounds,
                                double margin);
 
-} // namespace host
+} // namespace vldv::paint

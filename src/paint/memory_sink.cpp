@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -99,4 +99,4 @@ void memory_sink::blend(const pixel_block& block, const CRect& part)
                   rows.bytes);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -2,7 +2,7 @@
 #include "paint/pixel_rows.h"
 #include "paint/pixel_sink.h"
 
-namespace host {
+namespace vldv::paint {
 
 /// Writes pixels straight into memory.
 class memory_sink : public pixel_sink {
@@ -19,4 +19,4 @@ private:
     pixel_rows rows;
 };
 
-} // namespace host
+} // namespace vldv::paint

@@ -3,9 +3,11 @@
 #include "paint/QtDC.h"
 #include "paint/windowless_toolkit.h"
 
+using namespace vldv;
+
 extern "C" VLDV_INTERNAL_API CDC* vldv_make_memory_surface(CSize dotsAnInch)
 {
-    host::start_windowless_toolkit();
+    paint::start_windowless_toolkit();
     return new CQtDC(dotsAnInch);
 }
 

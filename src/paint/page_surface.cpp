@@ -11,7 +11,7 @@
 #include <QPainterPath>
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -292,4 +292,4 @@ void page_surface::text(const platform::dc_state& state, const text_run& run)
          });
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -6,7 +6,7 @@
 
 class QPainterPath;
 
-namespace host {
+namespace vldv::paint {
 
 class raster_surface;
 
@@ -44,4 +44,4 @@ private:
     std::vector<drawing> drawn;
 };
 
-} // namespace host
+} // namespace vldv::paint

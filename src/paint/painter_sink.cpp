@@ -6,7 +6,7 @@
 #include <array>
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -72,4 +72,4 @@ void painter_sink::blend(const pixel_block& block, const CRect& part)
     drawBlock(block, part, QImage::Format_ARGB32_Premultiplied);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -3,7 +3,7 @@
 
 #include <QPainter>
 
-namespace host {
+namespace vldv::paint {
 
 /// Paints pixels on a window or picture while a painter is active on it. A logical pixel may be several here.
 class painter_sink : public pixel_sink {
@@ -23,4 +23,4 @@ private:
     CSize pixels;
 };
 
-} // namespace host
+} // namespace vldv::paint

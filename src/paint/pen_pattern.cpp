@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numeric>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -68,4 +68,4 @@ dash_walk::place dash_walk::at(double along) const
     return {index, std::max(pattern[index] - rest, 0.0)};
 }
 
-} // namespace host
+} // namespace vldv::paint

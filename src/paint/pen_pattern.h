@@ -3,7 +3,7 @@
 
 #include <vector>
 
-namespace host {
+namespace vldv::paint {
 
 /// A pen in pixels of the surface.
 struct device_pen {
@@ -60,4 +60,4 @@ void dash_walk::advance(double length, double first, double last, F&& piece)
     position += length;
 }
 
-} // namespace host
+} // namespace vldv::paint

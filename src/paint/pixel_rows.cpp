@@ -2,7 +2,7 @@
 
 #include "platform/draw/DC.h"
 
-namespace host {
+namespace vldv::paint {
 
 pixel_rows rows_of(const CBitmap& bitmap) noexcept
 {
@@ -14,4 +14,4 @@ pixel_rows rows_of(const CBitmap& bitmap) noexcept
     return {bitmap.bits + (header.biHeight - 1) * stride, -stride, header.biWidth, header.biHeight, bytes};
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -6,7 +6,7 @@
 
 struct CBitmap;
 
-namespace host {
+namespace vldv::paint {
 
 /// Pixels in memory, addressed from the upper left corner whichever way their rows run: here alone they are flipped.
 struct pixel_rows {
@@ -21,4 +21,4 @@ struct pixel_rows {
 /// Of a bitmap with 24 or 32 bits; no pixels for any other.
 pixel_rows rows_of(const CBitmap& bitmap) noexcept;
 
-} // namespace host
+} // namespace vldv::paint

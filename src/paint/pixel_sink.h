@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-namespace host {
+namespace vldv::paint {
 
 /// A block of pixels 0xAARRGGBB, rows from the top downwards.
 struct pixel_block {
@@ -33,4 +33,4 @@ public:
     virtual void blend(const pixel_block& block, const CRect& part) = 0;
 };
 
-} // namespace host
+} // namespace vldv::paint

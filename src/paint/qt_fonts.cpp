@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -77,4 +77,4 @@ void register_fonts()
     base::register_option_function("vldv", "FreeSettingsString", reinterpret_cast<base::any_function>(free_text));
 }
 
-} // namespace host
+} // namespace vldv::paint

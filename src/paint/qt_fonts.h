@@ -5,7 +5,7 @@
 #include <QFont>
 #include <string>
 
-namespace host {
+namespace vldv::paint {
 
 /// How fonts are asked for on a surface.
 struct font_scale {
@@ -25,4 +25,4 @@ std::string font_family_list();
 /// Lets option declarations ask for them: "vldv:GetFontList*FreeSettingsString".
 VLDV_INTERNAL_API void register_fonts();
 
-} // namespace host
+} // namespace vldv::paint

@@ -2,7 +2,7 @@
 #include "platform/draw/color.h"
 #include "platform/draw/drawing.h"
 
-namespace host {
+namespace vldv::paint {
 
 /// A bitwise operation of a source S and the destination D as its truth table: bit 2 S + D is the result.
 struct raster_op {
@@ -64,4 +64,4 @@ constexpr std::uint32_t pixel_of(colorEntry color) noexcept
     return (color & 0xFFu) << 16 | (color & 0xFF00u) | (color >> 16 & 0xFFu);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -12,7 +12,7 @@
 #include <QtMath>
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -123,4 +123,4 @@ void raster_surface::text(const platform::dc_state& state, const text_run& run)
     clip.each(place, [&](const CRect& part) { sink->blend(block, part); });
 }
 
-} // namespace host
+} // namespace vldv::paint

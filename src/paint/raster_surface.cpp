@@ -8,7 +8,7 @@
 #include <QtMath>
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -210,4 +210,4 @@ void raster_surface::fill(const platform::dc_state& state, const CRgn& region, c
     brushOver(state, area, tool, clip);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -7,7 +7,7 @@
 #include <QPolygonF>
 #include <memory>
 
-namespace host {
+namespace vldv::paint {
 
 struct line_spans;
 
@@ -46,4 +46,4 @@ private:
     std::vector<std::uint32_t> buffer; ///< some rows of a picture
 };
 
-} // namespace host
+} // namespace vldv::paint

@@ -3,7 +3,7 @@
 
 #include <QFontMetrics>
 
-namespace host {
+namespace vldv::paint {
 
 /// A font value with what the toolkit made of it.
 struct resolved_font {
@@ -18,4 +18,4 @@ struct resolved_font {
     }
 };
 
-} // namespace host
+} // namespace vldv::paint

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -99,4 +99,4 @@ void join_spans(std::vector<pixel_span>& spans)
     spans.resize(kept);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace host {
+namespace vldv::paint {
 
 /// A point to 1/256 of a pixel.
 struct fixed_point {
@@ -23,4 +23,4 @@ std::vector<platform::pixel_span> scan_convert(std::span<const fixed_figure> fig
 /// Puts spans in order and joins those that touch or overlap, so that each pixel appears once.
 void join_spans(std::vector<platform::pixel_span>& spans);
 
-} // namespace host
+} // namespace vldv::paint

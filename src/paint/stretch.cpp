@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -156,4 +156,4 @@ void stretched_picture::meanRow(int y, std::uint32_t* out)
     }
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace host {
+namespace vldv::paint {
 
 /// Which pixels of a source make each of `size` pixels along one axis: those that it covers, or, where it covers less
 /// than one, the two that it lies between. Positions are counted in 1/256 of a source pixel.
@@ -57,4 +57,4 @@ private:
 /// What fits the arithmetic: sizes beyond are no picture that anyone looks at.
 inline constexpr int largestSource = 1 << 24, largestPicture = 1 << 28;
 
-} // namespace host
+} // namespace vldv::paint

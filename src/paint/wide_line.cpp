@@ -4,7 +4,7 @@
 #include <QPainterPathStroker>
 #include <cmath>
 
-namespace host {
+namespace vldv::paint {
 
 namespace {
 
@@ -121,4 +121,4 @@ line_spans nib_line(const QPolygonF& points, bool closed, const device_pen& pen,
     return {scan_convert(line, true, bounds), scan_convert(gaps, true, bounds)};
 }
 
-} // namespace host
+} // namespace vldv::paint

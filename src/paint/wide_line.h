@@ -4,7 +4,7 @@
 
 #include <QPolygonF>
 
-namespace host {
+namespace vldv::paint {
 
 /// A line wider than a pixel through points in pixels, whose middles lie at halves.
 /// \param style  ends and joins of the pen
@@ -20,4 +20,4 @@ fixed_figure fixed_figure_of(const QPolygonF& polygon);
 Qt::PenCapStyle cap_of(std::uint32_t style) noexcept;
 Qt::PenJoinStyle join_of(std::uint32_t style) noexcept;
 
-} // namespace host
+} // namespace vldv::paint

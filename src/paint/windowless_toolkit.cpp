@@ -2,7 +2,7 @@
 
 #include <QGuiApplication>
 
-namespace host {
+namespace vldv::paint {
 
 void start_windowless_toolkit()
 {
@@ -17,4 +17,4 @@ void start_windowless_toolkit()
     qInstallMessageHandler(before);
 }
 
-} // namespace host
+} // namespace vldv::paint

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// Whether the processor has AVX-512 as servers have had it from the first: F, BW, DQ and VL.
 inline bool has_avx512() noexcept
@@ -35,4 +35,4 @@ inline bool has_avx2() noexcept
 #endif
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

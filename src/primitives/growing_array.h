@@ -4,7 +4,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// A list of plain records that grows block by block: what it holds never moves, and it never takes the memory of two.
 template <class Item>
@@ -31,4 +31,4 @@ private:
     std::size_t used = 0;
 };
 
-} // namespace primitives
+} // namespace vldv::primitives

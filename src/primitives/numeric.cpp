@@ -2,6 +2,8 @@
 
 #include "primitives/fit/line_fit.h"
 
+using namespace vldv;
+
 void planefit_line_32f(float* row, int width) noexcept
 {
     if (width <= 0) return;

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// Shares `count` items out among threads, `together` at a time. Every thread calls `makeWorker` once and then its
 /// worker with ranges [first, end); a worker keeps what it needs from range to range. Each item is worked on once, by
@@ -37,4 +37,4 @@ void parallel_blocks(std::size_t count, std::size_t together, unsigned threads, 
     if (failure) std::rethrow_exception(failure);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -13,7 +13,7 @@
 #include <span>
 
 /// Forms of the kernels for one instruction set each; only to be called where the processor has it.
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 /// Adds the powers of a row without the line offset + slope * column, for as many as fill all lanes; see the forms
 /// below, which give the same in every bit. \return how many that were
@@ -66,4 +66,4 @@ std::size_t add_powers_avx512(power_sums& total, std::span<const std::int16_t> r
                               double slope) noexcept;
 #endif
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -308,4 +308,4 @@ void autosave::leave(const std::vector<CStorageDoc*>& open)
     hasLeft = true;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

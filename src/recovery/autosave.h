@@ -13,7 +13,7 @@
 class CStorageDoc;
 class SPMDataStream;
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// How long `autosave::step` waits before it does again what costs something.
 struct autosave_pauses {
@@ -107,4 +107,4 @@ private:
     background_writer writer; ///< the last member: what it still does may use the folders
 };
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 background_writer::background_writer() : thread([this] { run(); }) {}
 
@@ -73,4 +73,4 @@ void background_writer::run()
     }
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -7,7 +7,7 @@
 #include <string>
 #include <thread>
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// Does what it is given on a thread of its own, one after the other. What a task throws ends that task alone.
 class background_writer {
@@ -45,4 +45,4 @@ private:
     std::thread thread; ///< the last member: it uses the others
 };
 
-} // namespace recovery
+} // namespace vldv::recovery

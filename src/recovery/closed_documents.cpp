@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -111,4 +111,4 @@ void prune_closed(const fs::path& root, std::size_t maxDocuments, std::uint64_t 
     for (const auto& copies : kinds) prune(copies, room, maxDocuments, maxBytes);
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

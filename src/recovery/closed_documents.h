@@ -1,7 +1,7 @@
 #pragma once
 #include "recovery/kept_document.h"
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// One copy of a document that was closed with unsaved work.
 struct closed_document {
@@ -34,4 +34,4 @@ private:
 void prune_closed(const std::filesystem::path& root, std::size_t maxDocuments = closed_documents::maxDocuments,
                   std::uint64_t maxBytes = closed_documents::maxBytes);
 
-} // namespace recovery
+} // namespace vldv::recovery

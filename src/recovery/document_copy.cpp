@@ -13,7 +13,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -215,4 +215,4 @@ void document_copy::commit()
     });
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

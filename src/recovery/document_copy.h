@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 
-namespace recovery {
+namespace vldv::recovery {
 
 class background_writer;
 
@@ -73,4 +73,4 @@ private:
 /// Removes what the manifest in a folder does not name: all where there is none.
 void remove_unnamed(const std::filesystem::path& folder);
 
-} // namespace recovery
+} // namespace vldv::recovery

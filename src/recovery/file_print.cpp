@@ -5,7 +5,7 @@
 #include <vector>
 #include <zlib.h>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -34,4 +34,4 @@ std::optional<std::uint32_t> print_of(std::istream& in, std::uint64_t size)
     return isRead ? std::optional(static_cast<std::uint32_t>(sum)) : std::nullopt;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

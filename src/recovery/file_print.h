@@ -3,7 +3,7 @@
 #include <iosfwd>
 #include <optional>
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// Tells the content of a file from others of its size: the CRC-32 of 1024 pieces of 64 KiB that lie evenly from its
 /// begin to its end, so that a large one is told quickly as well.
@@ -13,4 +13,4 @@ std::optional<std::uint32_t> print_of(std::istream& in, std::uint64_t size);
 /// The print of such a file is one of all its bytes.
 bool is_printed_whole(std::uint64_t size) noexcept;
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -1,6 +1,6 @@
 #include "recovery/folder_entries.h"
 
-namespace recovery {
+namespace vldv::recovery {
 
 std::vector<std::filesystem::path> entries_of(const std::filesystem::path& folder, std::error_code& error)
 {
@@ -11,4 +11,4 @@ std::vector<std::filesystem::path> entries_of(const std::filesystem::path& folde
     return found;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -159,4 +159,4 @@ std::optional<kept_document> read_manifest(const std::filesystem::path& folder)
     return decode(std::as_bytes(std::span(content)));
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

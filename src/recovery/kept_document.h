@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace recovery {
+namespace vldv::recovery {
 
 using text_table = std::map<std::string, std::string>;
 
@@ -55,4 +55,4 @@ std::set<std::string> files_of(const kept_document& kept);
 /// The manifest in a folder; nothing where there is no good one.
 std::optional<kept_document> read_manifest(const std::filesystem::path& folder);
 
-} // namespace recovery
+} // namespace vldv::recovery

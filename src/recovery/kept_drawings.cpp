@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -92,4 +92,4 @@ std::optional<document::decorations> decode_drawings(std::span<const std::byte> 
     return drawings;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <fstream>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -213,4 +213,4 @@ void drop_source(const fs::path& folder, const kept_document& kept)
     fs::remove_all(folder / sourceFolder, ignored);
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

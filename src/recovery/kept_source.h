@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// Some image has its samples in the document's file, not in the copy.
 bool needs_source(const kept_document& kept);
@@ -49,4 +49,4 @@ std::error_code keep_source(const std::filesystem::path& state, const std::files
 /// Removes the file that a copy was given unless `kept`, its manifest, refers to it.
 void drop_source(const std::filesystem::path& folder, const kept_document& kept);
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -196,4 +196,4 @@ restored_document restore(CStorageDoc& document, const kept_document& kept, cons
     return done;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -3,7 +3,7 @@
 
 class CStorageDoc;
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// What came of a restoration.
 struct restored_document {
@@ -19,4 +19,4 @@ restored_document restore(CStorageDoc& document, const kept_document& kept, cons
 /// With the file that the copy refers to, wherever `find_source` finds it.
 restored_document restore(CStorageDoc& document, const kept_document& kept, const std::filesystem::path& folder);
 
-} // namespace recovery
+} // namespace vldv::recovery

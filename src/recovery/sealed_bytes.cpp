@@ -3,7 +3,7 @@
 #include <utility>
 #include <zlib.h>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -37,4 +37,4 @@ std::optional<std::span<const std::byte>> unsealed(std::span<const std::byte> by
     return content;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

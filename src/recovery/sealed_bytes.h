@@ -10,7 +10,7 @@
 #include <vector>
 
 // Numbers and texts as bytes, little-endian, closed by the CRC-32 of all that.
-namespace recovery {
+namespace vldv::recovery {
 
 class byte_writer {
 public:
@@ -40,4 +40,4 @@ std::string text_from(base::byte_reader& in);
 /// What stands before the checksum; nothing when that is another.
 std::optional<std::span<const std::byte>> unsealed(std::span<const std::byte> bytes);
 
-} // namespace recovery
+} // namespace vldv::recovery

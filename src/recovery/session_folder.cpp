@@ -16,7 +16,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -177,4 +177,4 @@ left_copies left_sessions::moveTo(const fs::path& closed)
     return moved;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// The folder in which a running program keeps copies of its documents, locked as long as this object and the program
 /// live.
@@ -64,4 +64,4 @@ private:
     left_copies found;
 };
 
-} // namespace recovery
+} // namespace vldv::recovery

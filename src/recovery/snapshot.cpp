@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <chrono>
 
-namespace recovery {
+namespace vldv::recovery {
 
 namespace {
 
@@ -69,4 +69,4 @@ snapshot take_snapshot(const CStorageDoc& document)
     return taken;
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

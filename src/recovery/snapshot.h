@@ -9,7 +9,7 @@
 
 class CStorageDoc;
 
-namespace recovery {
+namespace vldv::recovery {
 
 /// What has to be kept of a document as it is at one moment. Holds texts, but no samples, and what never changes of the
 /// rest.
@@ -29,4 +29,4 @@ bool has_lost_source(const CStorageDoc& document);
 
 snapshot take_snapshot(const CStorageDoc& document);
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-namespace recovery {
+namespace vldv::recovery {
 
 std::filesystem::path state_path()
 {
@@ -13,4 +13,4 @@ std::filesystem::path state_path()
     return {};
 }
 
-} // namespace recovery
+} // namespace vldv::recovery

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+using namespace vldv;
+
 namespace {
 
 struct prompt_row {

@@ -1,7 +1,7 @@
 #pragma once
 
 /// Numbers of commands: menus, toolbars, prompts and handlers name them, and so do files of macros.
-namespace commands {
+namespace vldv::commands {
 
 enum number : unsigned {
     // What the cursor draws on a surface, in the order of `cursor_mode`; then how marks look.
@@ -161,4 +161,4 @@ enum number : unsigned {
     firstWindow = 65280,
 };
 
-} // namespace commands
+} // namespace vldv::commands

@@ -8,6 +8,8 @@
 #include <initializer_list>
 #include <iterator>
 
+using namespace vldv;
+
 namespace {
 
 using rows_of = menu_rows (*)();

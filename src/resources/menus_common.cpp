@@ -1,6 +1,8 @@
 #include "resources/commands.h"
 #include "resources/menu_parts.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr menu_row mainFile[] = {

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <optional>
 
+using namespace vldv;
+
 namespace {
 
 /// Pixels along an axis that a text takes.

@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned overlayTabText = 4036;
@@ -35,7 +37,7 @@ bool has_overlay(CImageView& view, const CStorageDoc& document)
 
 } // namespace
 
-namespace view {
+namespace vldv::view {
 
 std::wstring title_text(const frame_title& parts)
 {
@@ -87,7 +89,7 @@ CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, d
     return out;
 }
 
-} // namespace view
+} // namespace vldv::view
 
 bool CChildFrame::GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) const
 {

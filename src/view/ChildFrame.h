@@ -19,7 +19,7 @@ struct CSubimgSwitch {
     bool operator==(const CSubimgSwitch&) const = default;
 };
 
-namespace view {
+namespace vldv::view {
 
 /// What a frame's title is put together from.
 struct frame_title {
@@ -51,7 +51,7 @@ enum sizing_edge {
 /// picture of `aspect` (width over height) inside `insets` around it.
 CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, double aspect);
 
-} // namespace view
+} // namespace vldv::view
 
 /// The frame of every document window: titles it with image, sub-image and zoom, has the tabs that choose a sub-image,
 /// and ties its size to the view's margins and shape.

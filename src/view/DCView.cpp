@@ -5,6 +5,8 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 
+using namespace vldv;
+
 CRect CDCView::rtMargin(1250, 1000, 1250, 1000);
 const CDCView* CDCView::placeInStatus = nullptr;
 

@@ -83,7 +83,7 @@ public:
     void UpdateDisplayRect();
     /// The first hint 0 is over: what the view shows is that of its document.
     bool isOpened() const noexcept { return hasOpened; }
-    void AdjustContentSize(CSize& size) { size = view::repaired_content(size); }
+    void AdjustContentSize(CSize& size) { size = vldv::view::repaired_content(size); }
     /// Gives the view a display of this size, with its frame around it, as far as the frame may change.
     void AdjustParentSize(int cx, int cy, bool adjustContent);
     /// Twice the monitors together: no change by itself makes a display larger.
@@ -188,7 +188,7 @@ private:
         CRect window; ///< in client coordinates of the parent
         CSize source;
     };
-    view::view_geometry geometry() const noexcept { return {displayRect, sourceRect}; }
+    vldv::view::view_geometry geometry() const noexcept { return {displayRect, sourceRect}; }
     std::vector<SPMVar> declaredOptions();
     void storeChanged(const std::vector<SPMVar>& changed);
     void storeOptions(std::vector<SPMVar>& changed, bool tellsAll);

@@ -4,6 +4,8 @@
 #include "resources/commands.h"
 #include "view/DCView.h"
 
+using namespace vldv;
+
 namespace {
 
 /// A view prints for its lifetime, and may throw meanwhile.

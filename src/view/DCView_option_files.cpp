@@ -5,6 +5,8 @@
 #include "platform/files/paths.h"
 #include "view/DCView.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* optionFilter = "Options Files (*.opt)|*.opt||";

@@ -9,6 +9,8 @@
 #include <regex>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 // What sizes drawing ends where no screen would show it: a file of options may hold any number. The margins are sums of

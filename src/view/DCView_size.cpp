@@ -4,6 +4,8 @@
 #include "platform/draw/dpi.h"
 #include "view/DCView.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr int usualLimit = 512; ///< pixels of a display side, at 96 dots per inch

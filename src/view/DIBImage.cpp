@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <limits>
 
+using namespace vldv;
+
 namespace {
 
 std::uint64_t row_bytes(int width, int bitsPerPixel)

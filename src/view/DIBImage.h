@@ -44,7 +44,7 @@ private:
     void deleteBitmap();
 
     std::unique_ptr<CDC> surface;
-    platform::pixel_memory pixels;
+    vldv::platform::pixel_memory pixels;
     CBitmap bitmap{.header = {.biBitCount = 24}, .bits = nullptr};
     CBitmap* heldBefore = nullptr; ///< by the surface
     bool initialized = false, selected = false;

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 constexpr view::option_row imageOptions[] = {

@@ -11,7 +11,7 @@ class CChildFrame;
 class CStorageDoc;
 class IVolumeSource;
 class SPMDataStream;
-namespace document {
+namespace vldv::document {
 class extracted_texts;
 }
 
@@ -113,8 +113,8 @@ protected:
     unsigned subImageNumber = 0;
 
 private:
-    document::extracted_texts textsOf(IVolumeSource& cloud) const;
-    CStorageDoc* extractCurve(IVolumeSource& cloud, const document::extracted_texts& texts, int x, int y,
+    vldv::document::extracted_texts textsOf(IVolumeSource& cloud) const;
+    CStorageDoc* extractCurve(IVolumeSource& cloud, const vldv::document::extracted_texts& texts, int x, int y,
                               CStorageDoc* target, bool merge);
     std::vector<VLPluginDataSelection> selections();
     bool choosesVolumeCopy();

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned exportFilters = 4026;

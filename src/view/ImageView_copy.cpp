@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace vldv;
+
 namespace {
 
 enum volume_copy { onlyImage = 0, withVolume = 1, curvesOnly = 2 };

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 std::deque<color_table> CScale::m_ColorTable;
 std::vector<std::string> CScale::file_names;
 std::vector<CScale*> CScale::m_PalList;

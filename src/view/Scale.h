@@ -11,14 +11,14 @@
 #include <vector>
 
 class CImageView;
-namespace view {
+namespace vldv::view {
 struct render_request;
 }
 
 /// A colour scale: which values a picture shows and in which colours, and the strip that shows it where it has a
 /// window. All scales of the process share the colour tables, which exist from the first scale to the last; the first
 /// in the list is the static scale that others follow. Interface thread only.
-class VLDV_API CScale : public CWnd, public view::scale_state, public IScaleSync {
+class VLDV_API CScale : public CWnd, public vldv::view::scale_state, public IScaleSync {
 public:
     /// The first one computes the tables and reads palette, mode and window from the profile.
     CScale();
@@ -43,7 +43,7 @@ public:
                    bool highlight, RECT* roi, bool rgb32, int* lowOut, int* highOut);
 
     /// A drawing with all that can be told about it.
-    void DrawImage(const view::render_request& request);
+    void DrawImage(const vldv::view::render_request& request);
 
     /// Colour of position i of n steps; the table's last entry at i = n.
     unsigned long GetColor(int i, int n) const noexcept;
@@ -132,13 +132,13 @@ private:
 
     void OnPalette(unsigned id);
     void OnUpdatePalette(CCmdUI& ui);
-    void OnScaleFixedscale() { setMode(view::fixedScale); }
-    void OnScaleAutoscaling() { setMode(view::autoScale); }
-    void OnScalePerLineAutoscaling() { setMode(view::perLine); }
-    void OnScalePerLineAutoscalingWithPlanefit() { setMode(view::perLinePlanefit); }
+    void OnScaleFixedscale() { setMode(vldv::view::fixedScale); }
+    void OnScaleAutoscaling() { setMode(vldv::view::autoScale); }
+    void OnScalePerLineAutoscaling() { setMode(vldv::view::perLine); }
+    void OnScalePerLineAutoscalingWithPlanefit() { setMode(vldv::view::perLinePlanefit); }
     void OnUpdateMode(CCmdUI& ui);
     void setMode(int mode);
-    bool takesMouse() const noexcept { return active && autoScaling == view::fixedScale; }
+    bool takesMouse() const noexcept { return active && autoScaling == vldv::view::fixedScale; }
     void showResizeCursor();
     void takeWindowOf(CImageView& view);
     void tellWindow();

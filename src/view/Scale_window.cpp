@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned firstFilePalette = commands::firstPalette + view::builtInPalettes;

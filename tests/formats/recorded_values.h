@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// An image of a recording by its place; throws when there is none or it is a picture.
 inline const recorded_image& item(const recording& content, std::size_t index)
@@ -21,4 +21,4 @@ inline std::vector<double> physical(const SPMDataStream& stream)
     return values;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -92,7 +92,7 @@ TEST(FontHeights, AreOfCharactersBelowZeroAndOfTheLineAbove)
 
 TEST(FontFamilies, AreAListThatDeclarationsCanAskFor)
 {
-    host::register_fonts();
+    paint::register_fonts();
     const auto list = base::call_option_function("vldv:GetFontList*FreeSettingsString", {});
     ASSERT_TRUE(list);
     std::size_t count = 0;

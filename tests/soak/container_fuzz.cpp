@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+using namespace vldv;
+
 namespace {
 
 /// \return whether it was read

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace vldv;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const surface::decoration_lists lists = surface::read_decoration_text({reinterpret_cast<const char*>(data), size});

@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+using namespace vldv;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const time_watch watch(size);

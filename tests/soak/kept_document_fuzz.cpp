@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <zlib.h>
 
+using namespace vldv;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     std::string bytes = "VLKEPT2\n" + std::string(reinterpret_cast<const char*>(data), size);

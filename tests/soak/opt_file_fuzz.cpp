@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace vldv;
+
 namespace {
 
 /// The first section of a name counts.

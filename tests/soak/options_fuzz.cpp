@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 /// A declaration that is understood says the same when it is written and read again.

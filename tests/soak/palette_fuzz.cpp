@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+using namespace vldv;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     auto table = view::read_palette_file(std::as_bytes(std::span(data, size)));

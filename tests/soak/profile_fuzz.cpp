@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace vldv;
+
 namespace {
 
 void expect(bool holds)

@@ -8,6 +8,8 @@
 #include <iostream>
 #include <set>
 
+using namespace vldv;
+
 namespace {
 
 /// Keeps what a document writes.

@@ -39,5 +39,5 @@ void require_equal(const CStorageDoc& a, const CStorageDoc& b);
 
 /// Any bytes: the reader gives a recording or a reason, in a time in proportion to them. What it gives becomes a
 /// document, which is stored, read again and compared.
-int soak_reader(base::read_result<formats::recording> (*read)(formats::source&), const std::uint8_t* data,
-                std::size_t size);
+int soak_reader(vldv::base::read_result<vldv::formats::recording> (*read)(vldv::formats::source&),
+                const std::uint8_t* data, std::size_t size);

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 /// A parameter file with the same bytes under the name of every data file.

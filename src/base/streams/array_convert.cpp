@@ -7,7 +7,9 @@
 #include <cmath>
 #include <type_traits>
 
-namespace base {
+using namespace vldv;
+
+namespace vldv::base {
 
 namespace {
 
@@ -128,7 +130,7 @@ void rewrite_elements(SPMVar& array, SPMVarArrayType target, const element_map* 
     block.elementSize = element_size(target);
 }
 
-} // namespace base
+} // namespace vldv::base
 
 void SPMVar::convert_array(SPMVarArrayType target, double* lo, double* hi)
 {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <new>
 
-namespace base {
+namespace vldv::base {
 
 void* zeroed_array(std::size_t bytes)
 {
@@ -37,4 +37,4 @@ void* resize_array(void* block, std::size_t oldBytes, std::size_t newBytes, bool
 
 void free_array(void* block) noexcept { std::free(block); }
 
-} // namespace base
+} // namespace vldv::base

@@ -1,7 +1,7 @@
 #pragma once
 #include <cstddef>
 
-namespace base {
+namespace vldv::base {
 
 // The memory of array variables. A size of 0 gives a null pointer. All throw std::bad_alloc.
 
@@ -12,4 +12,4 @@ void* copy_array(const void* source, std::size_t bytes);
 void* resize_array(void* block, std::size_t oldBytes, std::size_t newBytes, bool zeroed);
 void free_array(void* block) noexcept;
 
-} // namespace base
+} // namespace vldv::base

@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "base/units.h"
 
+using namespace vldv;
+
 const char* readable_units(const char* units, double value, int digits)
 {
     double rounded = base::leading_number(base::general(value, digits)).value_or(value);

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <variant>
 
-namespace base {
+namespace vldv::base {
 
 /// Where and why bytes were refused. `reason` names the field; the caller adds the file.
 struct read_error {
@@ -107,4 +107,4 @@ private:
     bool hasFailed = false;
 };
 
-} // namespace base
+} // namespace vldv::base

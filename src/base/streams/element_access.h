@@ -6,7 +6,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace base {
+namespace vldv::base {
 
 /// Calls `use` with a null pointer of the element's C++ type. \return false for `void` and unknown types
 template <class Use>
@@ -64,4 +64,4 @@ T element_from(double v) noexcept
     }
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/SPMVar.h"
 
-namespace base {
+namespace vldv::base {
 
 /// What an array's elements span, in double precision.
 struct element_range {
@@ -28,4 +28,4 @@ struct element_map {
 /// \throws std::bad_alloc with the array unchanged
 void rewrite_elements(SPMVar& array, SPMVarArrayType target, const element_map* map);
 
-} // namespace base
+} // namespace vldv::base

@@ -5,7 +5,7 @@
 #include <limits>
 #include <numeric>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -84,4 +84,4 @@ std::optional<double> invert_monotone(const std::function<double(double)>& funct
     return lowIsNearer ? ends.low : ends.high;
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -2,7 +2,7 @@
 #include <functional>
 #include <optional>
 
-namespace base {
+namespace vldv::base {
 
 /// Where to look for the argument of a monotone function.
 struct search_range {
@@ -18,4 +18,4 @@ struct search_range {
 std::optional<double> invert_monotone(const std::function<double(double)>& function, double wanted,
                                       const search_range& range);
 
-} // namespace base
+} // namespace vldv::base

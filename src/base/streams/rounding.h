@@ -1,7 +1,7 @@
 #pragma once
 #include <cmath>
 
-namespace base {
+namespace vldv::base {
 
 /// Nearest integer, halves up also below zero: 0.5 gives 1, -0.5 gives 0.
 inline double round_half_up(double v) noexcept
@@ -18,4 +18,4 @@ inline int nearest_int(double v) noexcept
     return v >= limit ? 1 << 30 : static_cast<int>(round_half_up(v));
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace base {
+namespace vldv::base {
 
 int decimal_exponent(double value) noexcept
 {
@@ -29,4 +29,4 @@ int telling_digits(double largest, double difference, int fewest) noexcept
     return std::max(fewest, std::min(needed, digitsOfDouble));
 }
 
-} // namespace base
+} // namespace vldv::base

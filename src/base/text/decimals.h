@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace base {
+namespace vldv::base {
 
 /// The power of ten of a number's first digit: 2 for 204.5, -1 for -0.3; 0 for zero and what is no finite number.
 int decimal_exponent(double value) noexcept;
@@ -17,4 +17,4 @@ std::string with_decimals(double value, int decimals);
 /// \param largest  of their magnitudes
 VLDV_INTERNAL_API int telling_digits(double largest, double difference, int fewest = 6) noexcept;
 
-} // namespace base
+} // namespace vldv::base

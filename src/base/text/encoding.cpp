@@ -4,6 +4,8 @@
 #include <cstring>
 #include <new>
 
+using namespace vldv;
+
 namespace {
 
 constexpr char32_t replacement = 0xfffd;
@@ -136,7 +138,7 @@ int untokenized_find(const char* text, char c, int start)
     return -1;
 }
 
-namespace base {
+namespace vldv::base {
 
 std::wstring widen(std::string_view text)
 {
@@ -216,4 +218,4 @@ bool is_utf8(std::string_view bytes) noexcept
     return true;
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -8,7 +8,7 @@
 #include <limits>
 #include <string_view>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -118,4 +118,4 @@ raw_axis six_digit_axis(double lo, double hi, double rawMin, double rawMax) noex
     return range.holds(axis) ? axis : coarser_axis(range, finest);
 }
 
-} // namespace base
+} // namespace vldv::base

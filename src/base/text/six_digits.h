@@ -1,6 +1,6 @@
 #pragma once
 
-namespace base {
+namespace vldv::base {
 
 /// A value axis for integer samples: physical = start + raw * scale.
 struct raw_axis {
@@ -20,4 +20,4 @@ double six_digits(double value) noexcept;
 /// The scale is positive and normal, never 0.
 raw_axis six_digit_axis(double lo, double hi, double rawMin, double rawMax) noexcept;
 
-} // namespace base
+} // namespace vldv::base

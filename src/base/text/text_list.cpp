@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -58,4 +58,4 @@ std::optional<std::string> list_entry(std::string_view text, std::size_t index)
     return std::nullopt;
 }
 
-} // namespace base
+} // namespace vldv::base

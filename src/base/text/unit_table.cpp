@@ -4,7 +4,7 @@
 #include <numbers>
 #include <string_view>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -187,4 +187,4 @@ const char* kind_unit(const known_unit& unit, known_unit& out) noexcept
     return prefixed_unit(first, withoutPrefix, out);
 }
 
-} // namespace base
+} // namespace vldv::base

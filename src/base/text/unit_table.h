@@ -2,7 +2,7 @@
 #include <optional>
 #include <string_view>
 
-namespace base {
+namespace vldv::base {
 
 /// A unit of the table with its prefix and power resolved: 1 of it is factor * 10^exponent + zero base units.
 struct known_unit {
@@ -28,4 +28,4 @@ const char* prefixed_unit(const known_unit& unit, int step, known_unit& out) noe
 /// `out` receives it resolved.
 const char* kind_unit(const known_unit& unit, known_unit& out) noexcept;
 
-} // namespace base
+} // namespace vldv::base

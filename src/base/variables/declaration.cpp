@@ -8,7 +8,7 @@
 #include <cmath>
 #include <optional>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -402,4 +402,4 @@ std::string write_declaration(const declaration& source)
     return out + "," + source.options;
 }
 
-} // namespace base
+} // namespace vldv::base

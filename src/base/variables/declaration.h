@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace base {
+namespace vldv::base {
 
 struct declared_item {
     std::string key;
@@ -70,4 +70,4 @@ std::string encode_word(std::string_view text);
 /// Reads a word from the front of `text`, ending at a blank, and removes it with the blanks around it.
 std::string take_word(std::string_view& text);
 
-} // namespace base
+} // namespace vldv::base

@@ -2,6 +2,8 @@
 
 #include "base/text.h"
 
+using namespace vldv;
+
 SPMVar::enum_items::enum_items(const std::vector<base::declared_item>& source) : declared(source)
 {
     for (const base::declared_item& item : declared) {

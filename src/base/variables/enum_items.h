@@ -5,9 +5,9 @@
 
 /// What an enum offers. Items that a function supplies are fetched when the variable is declared.
 struct SPMVar::enum_items {
-    std::vector<base::declared_item> declared; ///< as in the declaration, with the functions that supply items
-    std::vector<base::declared_item> texts;    ///< what there is to choose
+    std::vector<vldv::base::declared_item> declared; ///< as in the declaration, with the functions that supply items
+    std::vector<vldv::base::declared_item> texts;    ///< what there is to choose
     std::vector<double> numbers; ///< one a choice, never empty: its key when that is a number, else its place
 
-    explicit enum_items(const std::vector<base::declared_item>& source);
+    explicit enum_items(const std::vector<vldv::base::declared_item>& source);
 };

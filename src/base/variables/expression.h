@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace base {
+namespace vldv::base {
 
 /// A text as messages quote it: its start when it is long. UTF-8.
 VLDV_INTERNAL_API std::string excerpt(std::string_view text);
@@ -116,4 +116,4 @@ private:
     unsigned result = 0;
 };
 
-} // namespace base
+} // namespace vldv::base

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -182,4 +182,4 @@ std::optional<expression_value> expression::evaluate(const expression_inputs& in
     return value;
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -251,4 +251,4 @@ bool expression::isOwnValue(const expression_step& step, unsigned i) const noexc
     return i < step.count && operand(step, i).what == step_kind::own;
 }
 
-} // namespace base
+} // namespace vldv::base

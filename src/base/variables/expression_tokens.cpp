@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -62,4 +62,4 @@ void expression_tokens::advance()
     take(signs.find(c) != std::string_view::npos ? kind::sign : kind::broken, rest.substr(0, 1), 1);
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-namespace base {
+namespace vldv::base {
 
 /// A piece of an expression's text.
 struct expression_token {
@@ -31,4 +31,4 @@ private:
     expression_token token;
 };
 
-} // namespace base
+} // namespace vldv::base

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <limits>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -168,4 +168,4 @@ bool take_shown_text(const SPMVarList& list, SPMVar& variable, const char* text)
     return wanted && take_number(variable, display, *wanted);
 }
 
-} // namespace base
+} // namespace vldv::base

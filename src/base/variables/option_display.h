@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace base {
+namespace vldv::base {
 
 /// How the field of a variable looks to the one who edits it.
 struct shown_field {
@@ -32,4 +32,4 @@ VLDV_INTERNAL_API std::string shown_text(const SPMVarList& list, const SPMVar& v
 /// \return false, with the value as it was, for text that cannot be read or a number that the display never reaches
 VLDV_INTERNAL_API bool take_shown_text(const SPMVarList& list, SPMVar& variable, const char* text);
 
-} // namespace base
+} // namespace vldv::base

@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::string font_list(std::string_view list)
     return write_list(entries);
 }
 
-} // namespace base
+} // namespace vldv::base

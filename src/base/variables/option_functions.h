@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace base {
+namespace vldv::base {
 
 /// A C function as a module exports it, whatever its type.
 using any_function = void (*)();
@@ -27,4 +27,4 @@ std::optional<std::string> call_option_function(std::string_view target, std::sp
 /// then all others. Only entry 0 where no such function is registered.
 std::string font_list(std::string_view list);
 
-} // namespace base
+} // namespace vldv::base

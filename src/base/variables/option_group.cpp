@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -70,4 +70,4 @@ std::string grouped_label(const SPMVarList& list, const SPMVar& variable)
     return out.empty() ? label : out + ": " + label;
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <utility>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -210,4 +210,4 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
     forgetReturned(variables, moved);
 }
 
-} // namespace base
+} // namespace vldv::base

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace base {
+namespace vldv::base {
 
 /// A variable's expressions in compiled form. One that is broken or not given is nothing.
 struct compiled_options {
@@ -75,4 +75,4 @@ bool store_evaluated(SPMVar& variable, const expression_value& result);
 /// Gives `variable` the value that people are shown, limits not applying; a text makes it a `string`.
 void show_value(SPMVar& variable, const expression_value& shown);
 
-} // namespace base
+} // namespace vldv::base

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace base {
+namespace vldv::base {
 
 namespace {
 
@@ -53,4 +53,4 @@ std::vector<declared_item> supplied_items(const declared_item& item)
     return items;
 }
 
-} // namespace base
+} // namespace vldv::base

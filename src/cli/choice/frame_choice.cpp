@@ -6,7 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 void add_frame_options(CLI::App& command, frame_choice& choice)
 {
@@ -74,4 +74,4 @@ std::string frame_title(const CStorageDoc& document, const frame& which)
     return title;
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -12,7 +12,7 @@ namespace CLI {
 class App;
 }
 
-namespace cli {
+namespace vldv::cli {
 
 /// Which images and sub-images a call is about; -1: all.
 struct frame_choice {
@@ -47,4 +47,4 @@ document::rising_heights frame_heights(const CStorageDoc& document, const frame&
 /// "image 0: Topo, sub-image 1 "Backward"", for people.
 std::string frame_title(const CStorageDoc& document, const frame& which);
 
-} // namespace cli
+} // namespace vldv::cli

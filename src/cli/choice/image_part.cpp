@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 CRect part_of_image(const char* option, const std::vector<int>& sides, CSize image)
 {
@@ -17,4 +17,4 @@ CRect part_of_image(const char* option, const std::vector<int>& sides, CSize ima
                              base::formatted("lies outside of the image of %d x %d samples", image.cx, image.cy));
 }
 
-} // namespace cli
+} // namespace vldv::cli

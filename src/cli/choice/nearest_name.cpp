@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 int edit_distance(std::string_view a, std::string_view b)
 {
@@ -32,4 +32,4 @@ std::string nearest_name(std::string_view word, std::span<const std::string> nam
     return nearest != names.end() ? *nearest : std::string();
 }
 
-} // namespace cli
+} // namespace vldv::cli

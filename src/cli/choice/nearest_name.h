@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace cli {
+namespace vldv::cli {
 
 /// How many letters have to be inserted, left out, replaced or swapped with their neighbour to make one word of the
 /// other; no letter is touched twice (optimal string alignment).
@@ -13,4 +13,4 @@ int edit_distance(std::string_view a, std::string_view b);
 /// nearer than all that do not.
 std::string nearest_name(std::string_view word, std::span<const std::string> names);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -5,7 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -59,4 +59,4 @@ CLI::Validator number_above(double least)
         "number above " + base::general(least));
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -5,7 +5,7 @@ namespace CLI {
 class Validator;
 }
 
-namespace cli {
+namespace vldv::cli {
 
 /// Limits of numbers on the command line. A refusal says in words what is allowed: "expected a whole number, 0 or more,
 /// not "-1"". None takes infinities or what is no number.
@@ -13,4 +13,4 @@ CLI::Validator whole_number(long long least, long long most = std::numeric_limit
 CLI::Validator number_at_least(double least);
 CLI::Validator number_above(double limit);
 
-} // namespace cli
+} // namespace vldv::cli

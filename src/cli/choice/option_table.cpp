@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -84,4 +84,4 @@ option_table read_option_table(std::istream& in)
     return table;
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 /// A table of options as a module author writes it, in one list.
 struct option_table {
@@ -16,4 +16,4 @@ struct option_table {
 /// One declaration a line, behind a tab its default; empty lines do not count.
 option_table read_option_table(std::istream& in);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -92,4 +92,4 @@ std::string palette_problem(const std::string& text)
     return find(text, found);
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -4,7 +4,7 @@
 
 class CScale;
 
-namespace cli {
+namespace vldv::cli {
 
 /// The names that `--palette` takes besides the numbers 0 to 7 and palette files, for its help.
 std::string palette_names();
@@ -15,4 +15,4 @@ std::string choose_palette(CScale& scale, const std::string& text);
 /// The same for a text alone, as CLI11's judge of it.
 std::string palette_problem(const std::string& text);
 
-} // namespace cli
+} // namespace vldv::cli

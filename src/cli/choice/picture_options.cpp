@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -58,4 +58,4 @@ std::optional<std::vector<int>> parse_rectangle(const std::string& text)
     return sides;
 }
 
-} // namespace cli
+} // namespace vldv::cli

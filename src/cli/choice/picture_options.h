@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 /// What `vldv render` was asked for.
 struct picture_options {
@@ -35,4 +35,4 @@ std::optional<picture_size> parse_picture_size(const std::string& text);
 /// "LEFT,TOP,RIGHT,BOTTOM" in samples.
 std::optional<std::vector<int>> parse_rectangle(const std::string& text);
 
-} // namespace cli
+} // namespace vldv::cli

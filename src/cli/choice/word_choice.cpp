@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -39,4 +39,4 @@ void take_words_for(CLI::Option& option, const std::vector<std::pair<std::string
     option.transform(CLI::Validator(put, listed(words)))->type_name("TEXT");
 }
 
-} // namespace cli
+} // namespace vldv::cli

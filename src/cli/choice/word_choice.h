@@ -8,7 +8,7 @@ namespace CLI {
 class Option;
 }
 
-namespace cli {
+namespace vldv::cli {
 
 /// Lets an option take these words alone, in any case of letters. A refusal names them all: "expected power or
 /// magnitude, not "amplitude"".
@@ -26,4 +26,4 @@ void take_words(CLI::Option& option, std::initializer_list<std::pair<const char*
     take_words_for(option, texts);
 }
 
-} // namespace cli
+} // namespace vldv::cli

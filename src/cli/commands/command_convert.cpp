@@ -11,7 +11,7 @@
 #include <iostream>
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -96,4 +96,4 @@ void add_convert(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

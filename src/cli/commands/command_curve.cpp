@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -163,4 +163,4 @@ void add_curve(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -12,7 +12,7 @@
 #include <span>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -103,4 +103,4 @@ void add_dump(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -12,7 +12,7 @@
 #include <iostream>
 #include <utility>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -67,4 +67,4 @@ void add_examples(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -16,7 +16,7 @@
 #include <span>
 #include <thread>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -140,4 +140,4 @@ void add_features(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -18,7 +18,7 @@
 #include <optional>
 #include <string_view>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -224,4 +224,4 @@ void add_force(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -8,7 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -72,4 +72,4 @@ void add_formats(CLI::App& app, int& status)
     });
 }
 
-} // namespace cli
+} // namespace vldv::cli

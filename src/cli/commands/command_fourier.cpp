@@ -18,7 +18,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -252,4 +252,4 @@ void add_fourier(CLI::App& app, int& status)
     });
 }
 
-} // namespace cli
+} // namespace vldv::cli

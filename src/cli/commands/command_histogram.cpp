@@ -18,7 +18,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -151,4 +151,4 @@ void add_histogram(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

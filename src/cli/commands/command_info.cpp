@@ -13,7 +13,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -128,4 +128,4 @@ void add_info(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -15,7 +15,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -124,4 +124,4 @@ void add_isoline(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

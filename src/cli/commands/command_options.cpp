@@ -17,7 +17,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -127,4 +127,4 @@ void add_options(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

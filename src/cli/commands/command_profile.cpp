@@ -7,7 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -51,4 +51,4 @@ void add_profile(CLI::App& app, int& status)
     command->callback([options, &status] { status = print_sections(*options, {section_json, section_table}); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -23,7 +23,7 @@
 #include <iostream>
 #include <utility>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -246,4 +246,4 @@ void add_render(CLI::App& app, int& status)
     });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -16,7 +16,7 @@
 #include <optional>
 #include <string_view>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -183,4 +183,4 @@ void add_steps(CLI::App& app, int& status)
     command->callback([options, &status] { status = run(*options); });
 }
 
-} // namespace cli
+} // namespace vldv::cli

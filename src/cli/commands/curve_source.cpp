@@ -14,7 +14,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -134,4 +134,4 @@ int print_sections(const curve_options& options, const section_output& output)
     });
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -13,7 +13,7 @@ namespace CLI {
 class App;
 }
 
-namespace cli {
+namespace vldv::cli {
 
 /// Which curves of the files a call is about.
 struct curve_options {
@@ -53,4 +53,4 @@ struct section_output {
 /// Opens the files and prints what is said of their sections. \return the exit status
 int print_sections(const curve_options& options, const section_output& output);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -180,4 +180,4 @@ std::vector<std::byte> features_png(const frame_features& made)
     return std::move(*encoded);
 }
 
-} // namespace cli
+} // namespace vldv::cli

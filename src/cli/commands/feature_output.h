@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 /// The features of a frame, as every output tells them.
 struct frame_features {
@@ -28,4 +28,4 @@ std::string features_csv(const frame_features& made);
 /// \throws std::runtime_error with the reason
 std::vector<std::byte> features_png(const frame_features& made);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -12,7 +12,7 @@
 #include <span>
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -135,4 +135,4 @@ force_map_output::written force_map_output::write(CStorageDoc& document, const s
     return out;
 }
 
-} // namespace cli
+} // namespace vldv::cli

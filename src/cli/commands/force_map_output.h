@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 /// Writes volumes of force curves with their maps: to one file, or to a folder or beside each other under the names of
 /// their files.
@@ -29,4 +29,4 @@ private:
     result_files files;
 };
 
-} // namespace cli
+} // namespace vldv::cli

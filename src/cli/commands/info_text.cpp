@@ -5,8 +5,8 @@
 #include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/output/aligned.h"
-#include "cli/output/terminal.h"
 #include "cli/output/reader_notes.h"
+#include "cli/output/terminal.h"
 #include "document/document_table.h"
 #include "document/samples/measured_samples.h"
 #include "document/samples/point_counts.h"
@@ -16,7 +16,7 @@
 #include <cmath>
 #include <iostream>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -216,4 +216,4 @@ void print_info_table(const CStorageDoc& document, const std::wstring& path)
     if (rows.size() > 1) std::cout << aligned(rows, "  ");
 }
 
-} // namespace cli
+} // namespace vldv::cli

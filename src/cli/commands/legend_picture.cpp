@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -89,4 +89,4 @@ std::string draw_with_legend(CStorageDoc& document, const surface_number& which,
     return {};
 }
 
-} // namespace cli
+} // namespace vldv::cli

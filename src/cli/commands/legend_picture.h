@@ -5,7 +5,7 @@
 class CScale;
 class CStorageDoc;
 
-namespace cli {
+namespace vldv::cli {
 
 /// One surface of a document.
 struct surface_number {
@@ -21,4 +21,4 @@ void set_up_scale(CScale& scale, const picture_options& options);
 std::string draw_with_legend(CStorageDoc& document, const surface_number& which, const picture_options& options,
                              VLDIBImage& picture);
 
-} // namespace cli
+} // namespace vldv::cli

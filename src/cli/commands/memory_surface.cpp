@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -27,4 +27,4 @@ std::unique_ptr<CDC> make_memory_surface(CSize dotsAnInch)
     return std::unique_ptr<CDC>(make(dotsAnInch));
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -33,4 +33,4 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows, const std
     return text;
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -1,6 +1,6 @@
 #include "cli/output/csv_text.h"
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -21,4 +21,4 @@ std::string csv_line(const std::vector<std::string>& cells)
     return line + '\n';
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <fstream>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -62,4 +62,4 @@ existing_file look_for_existing(const std::filesystem::path& path, CStorageDoc& 
     return hold_the_same(found, expected) ? existing_file::same : existing_file::other;
 }
 
-} // namespace cli
+} // namespace vldv::cli

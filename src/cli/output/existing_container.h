@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-namespace cli {
+namespace vldv::cli {
 
 /// What lies where a container is to be written.
 enum class existing_file { none, same, other, unreadable };
@@ -14,4 +14,4 @@ const char* what_is(existing_file found) noexcept;
 /// Compares names, sizes and checksums of the entries, so that it does not matter when and how well each was packed.
 existing_file look_for_existing(const std::filesystem::path& path, CStorageDoc& document);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -2,7 +2,7 @@
 
 #include <new>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -22,4 +22,4 @@ std::string failure_text(const std::exception& failure)
     return operation().empty() ? "not enough memory" : "not enough memory for " + operation();
 }
 
-} // namespace cli
+} // namespace vldv::cli

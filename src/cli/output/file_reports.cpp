@@ -5,7 +5,7 @@
 #include <iostream>
 #include <unistd.h>
 
-namespace cli {
+namespace vldv::cli {
 
 using json = nlohmann::ordered_json;
 
@@ -40,4 +40,4 @@ void print_json(const json& value)
     std::cout << value.dump(2, ' ', onlyAscii, json::error_handler_t::replace) << '\n';
 }
 
-} // namespace cli
+} // namespace vldv::cli

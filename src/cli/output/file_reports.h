@@ -4,7 +4,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
-namespace cli {
+namespace vldv::cli {
 
 /// What a call tells of its files, an entry each.
 using file_treatment = std::function<nlohmann::ordered_json(CStorageDoc&, const std::wstring& path)>;
@@ -20,4 +20,4 @@ int report_entries(session& call, bool asJson, const entries_treatment& treat);
 /// Prints JSON for machines; on a terminal what would steer it is escaped the way of JSON.
 void print_json(const nlohmann::ordered_json& value);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -8,7 +8,7 @@
 #include <CLI/Error.hpp>
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace fs = std::filesystem;
 
@@ -44,4 +44,4 @@ fs::path output_names::next(const std::wstring& input, const std::string& suffix
     return path;
 }
 
-} // namespace cli
+} // namespace vldv::cli

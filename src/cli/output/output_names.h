@@ -3,7 +3,7 @@
 #include <set>
 #include <string>
 
-namespace cli {
+namespace vldv::cli {
 
 /// Where the results of a call go: into one file, or into a folder or beside each other with a name for each.
 class output_names {
@@ -30,4 +30,4 @@ private:
     std::set<std::filesystem::path> used;
 };
 
-} // namespace cli
+} // namespace vldv::cli

@@ -4,7 +4,7 @@
 #include <string>
 #include <unistd.h>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -58,4 +58,4 @@ void progress_bar::draw(double part)
     drawnColumns = columns;
 }
 
-} // namespace cli
+} // namespace vldv::cli

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdio>
 
-namespace cli {
+namespace vldv::cli {
 
 /// A bar on a terminal: how many of several steps are done, and how much of a slow one. A single step that is done
 /// within `patience` shows nothing, and without a terminal nothing is ever shown.
@@ -32,4 +32,4 @@ private:
     std::size_t drawnColumns = 0;
 };
 
-} // namespace cli
+} // namespace vldv::cli

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace cli {
+namespace vldv::cli {
 
 std::vector<std::string> notes_of(const CStorageDoc& document)
 {
@@ -17,4 +17,4 @@ std::vector<std::string> notes_of(const CStorageDoc& document)
     return notes;
 }
 
-} // namespace cli
+} // namespace vldv::cli

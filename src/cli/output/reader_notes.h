@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace vldv::cli {
 
 /// What readers left out or had to change: when the file was read, and, of a container, when what it holds was.
 std::vector<std::string> notes_of(const CStorageDoc& document);
 
-} // namespace cli
+} // namespace vldv::cli

@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-namespace cli {
+namespace vldv::cli {
 
 std::filesystem::path result_files::next(const std::wstring& input, const std::string& suffix, bool alone)
 {
@@ -21,4 +21,4 @@ std::filesystem::path result_files::save(CStorageDoc& document, const std::wstri
     return path;
 }
 
-} // namespace cli
+} // namespace vldv::cli

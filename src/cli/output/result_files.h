@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-namespace cli {
+namespace vldv::cli {
 
 /// Names for the files of one kind that a call writes: never an input of the call, never the same file twice.
 class result_files {
@@ -24,4 +24,4 @@ private:
     output_names names;
 };
 
-} // namespace cli
+} // namespace vldv::cli

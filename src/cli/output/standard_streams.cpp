@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -91,4 +91,4 @@ void standard_output_archive::Write(const void* bytes, std::size_t count)
     put_standard_output({static_cast<const std::byte*>(bytes), count});
 }
 
-} // namespace cli
+} // namespace vldv::cli

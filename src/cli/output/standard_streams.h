@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <span>
 
-namespace platform {
+namespace vldv::platform {
 class temporary_file;
 }
 
-namespace cli {
+namespace vldv::cli {
 
 /// What a call names for standard input and standard output.
 inline constexpr const char* standardStream = "-";
@@ -27,4 +27,4 @@ public:
     void Write(const void* bytes, std::size_t count) override;
 };
 
-} // namespace cli
+} // namespace vldv::cli

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace cli {
+namespace vldv::cli {
 
 namespace {
 
@@ -125,4 +125,4 @@ terminal_guard::~terminal_guard()
     if (buffer) stream.rdbuf(before);
 }
 
-} // namespace cli
+} // namespace vldv::cli

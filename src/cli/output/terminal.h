@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace cli {
+namespace vldv::cli {
 
 /// Text from files with what would steer a terminal made visible: control characters as \x1B (line ends, tabs and
 /// returns as \n, \t, \r), bytes that are no UTF-8 as \x9B, characters that change the direction of writing or have no
@@ -50,4 +50,4 @@ private:
     std::unique_ptr<visible_buffer> buffer;
 };
 
-} // namespace cli
+} // namespace vldv::cli

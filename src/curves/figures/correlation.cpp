@@ -7,7 +7,7 @@
 #include <numeric>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -128,4 +128,4 @@ void structure_cyclic_reference(std::span<const float> y, std::span<float> out)
     }
 }
 
-} // namespace curves
+} // namespace vldv::curves

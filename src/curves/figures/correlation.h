@@ -3,7 +3,7 @@
 
 /// How a curve resembles itself over a distance. Each writes one number a sample of the curve into `out`, which may be
 /// the curve itself; distances k run from 0. All take O(n log n).
-namespace curves {
+namespace vldv::curves {
 
 /// Mean of y[i] y[i + k] over all pairs, the mean of y not removed, over its value at k = 0 unless that is 0.
 void autocorrelate(std::span<const float> y, std::span<float> out);
@@ -19,4 +19,4 @@ void structure_cyclic(std::span<const float> y, std::span<float> out);
 void structure_reference(std::span<const float> y, std::span<float> out);
 void structure_cyclic_reference(std::span<const float> y, std::span<float> out);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -65,4 +65,4 @@ int cyclic_structure_function(float* samples, int count, const VLAxis&, const VL
     return 0;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,7 +6,7 @@
 
 class VLAxis;
 
-namespace curves {
+namespace vldv::curves {
 
 /// A calculation on a curve, in place.
 /// \param samples    physical values
@@ -36,4 +36,4 @@ VLDV_INTERNAL_API int structure_function(float* samples, int count, const VLAxis
 VLDV_INTERNAL_API int cyclic_structure_function(float* samples, int count, const VLAxis& values,
                                                 const VLAxis& positions, std::string& units, void* parameter);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace curves {
+namespace vldv::curves {
 
 void evaluate_spectrum(std::span<const std::int16_t> curve, const VLAxis& values, spectrum_mode mode,
                        curve_spectrum& out)
@@ -31,4 +31,4 @@ void evaluate_spectrum(std::span<const std::int16_t> curve, const VLAxis& values
     if (largest != 0.0f) out.max = largest;
 }
 
-} // namespace curves
+} // namespace vldv::curves

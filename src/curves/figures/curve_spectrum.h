@@ -7,7 +7,7 @@
 
 class VLAxis;
 
-namespace curves {
+namespace vldv::curves {
 
 /// "spectrum_mode"
 enum class spectrum_mode { power = 0, magnitude = 1 };
@@ -22,4 +22,4 @@ struct curve_spectrum {
 VLDV_INTERNAL_API void evaluate_spectrum(std::span<const std::int16_t> curve, const VLAxis& values, spectrum_mode mode,
                                          curve_spectrum& out);
 
-} // namespace curves
+} // namespace vldv::curves

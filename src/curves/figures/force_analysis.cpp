@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -95,4 +95,4 @@ bool is_held_part(const char* name)
                                [&](const char* word) { return text.find(word) != std::string::npos; });
 }
 
-} // namespace curves
+} // namespace vldv::curves

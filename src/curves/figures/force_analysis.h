@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 /// A force curve as it is analysed, contact first: the raw samples from the first to the last that was measured.
 struct force_samples {
@@ -49,4 +49,4 @@ VLDV_INTERNAL_API const char* slope_name(const char* xUnits) noexcept;
 /// True for the name of a part in which the probe is held: "Pause", "Dwell 2", "Hold", "Modulation".
 VLDV_INTERNAL_API bool is_held_part(const char* name);
 
-} // namespace curves
+} // namespace vldv::curves

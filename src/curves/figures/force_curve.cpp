@@ -7,6 +7,8 @@
 #include <cmath>
 #include <numbers>
 
+using namespace vldv;
+
 namespace {
 
 /// The line through the values of a stretch, both ends included. \param rest  room for as many
@@ -58,7 +60,7 @@ void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window,
     }
 }
 
-namespace curves {
+namespace vldv::curves {
 
 double force_slope(const force_curve_stats& stats, double positionScale) noexcept
 {
@@ -91,4 +93,4 @@ double valley_area_over(const double* x, const double* y, const force_curve_stat
     return area;
 }
 
-} // namespace curves
+} // namespace vldv::curves

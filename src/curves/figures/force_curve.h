@@ -23,13 +23,13 @@ VLDV_API void get_parametric_curve_stats(const double* x, const double* y, int n
                                          double zeroThreshold, force_curve_stats& stats,
                                          const std::vector<bool>& gaps = {});
 
-namespace curves {
+namespace vldv::curves {
 /// What positions do along a record. `turnsBack`: they go further than they get, as in a record of both ways in one
 /// series; their smoothed way reaches beyond its ends by a quarter of what lies between them. `rests`: it reaches no
 /// further than four times the noise of the positions.
 enum class position_way { travels, turnsBack, rests };
 position_way way_of_positions(const double* x, int n);
-} // namespace curves
+} // namespace vldv::curves
 
 /// Appends to `local_minima` the samples that lie lowest, above the zero line, within `window` samples to either side,
 /// from the end of the slant stretch to the begin of the zero stretch. \param x  positions of the samples, along which
@@ -40,7 +40,7 @@ VLDV_API void find_loc_fmin(const double* y, int n, force_curve_stats& stats, in
 /// on both flanks. Without both stretches, or without a valley, `stats` stays as it is. \param x  as above
 VLDV_API void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats, const double* x = nullptr);
 
-namespace curves {
+namespace vldv::curves {
 
 /// Slope of the contact against the zero line, in units of the values over those of the position.
 double force_slope(const force_curve_stats& stats, double positionScale) noexcept;
@@ -60,4 +60,4 @@ double valley_area(const std::int16_t* raw, raw_scale values, double positionSca
 double valley_area_over(const double* x, const double* y, const force_curve_stats& stats,
                         force_curve_stats::valley valley) noexcept;
 
-} // namespace curves
+} // namespace vldv::curves

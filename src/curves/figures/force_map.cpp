@@ -17,7 +17,7 @@
 #include <limits>
 #include <thread>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -291,4 +291,4 @@ SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, cons
     return out;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 /// Force curves at the points of a grid, one behind the other.
 struct force_volume {
@@ -85,4 +85,4 @@ VLDV_INTERNAL_API force_volume volume_of(const SPMDataStream& stream, unsigned s
 VLDV_INTERNAL_API SPMDataStream map_stream(const SPMDataStream& source, const force_map& map, const char* name,
                                            const char* label);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -8,7 +8,7 @@
 #include <immintrin.h>
 #endif
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -215,4 +215,4 @@ mark_steps_avx512(const pack_source& source, const pack_thresholds& thresholds, 
 }
 #endif
 
-} // namespace curves
+} // namespace vldv::curves

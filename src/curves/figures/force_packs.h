@@ -7,7 +7,7 @@
 
 /// The search of `find_stretches` in several curves side by side, one a lane of a vector. Bit for bit what one curve by
 /// itself gives.
-namespace curves {
+namespace vldv::curves {
 
 constexpr int packLanes = 8;
 /// Shorter curves are not worth a pack, and longer ones not its memory.
@@ -50,4 +50,4 @@ void mark_steps_avx2(const pack_source& source, const pack_thresholds& threshold
 void mark_steps_avx512(const pack_source& source, const pack_thresholds& thresholds, pack_work& work) noexcept;
 #endif
 
-} // namespace curves
+} // namespace vldv::curves

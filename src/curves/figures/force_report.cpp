@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "curves/figures/force_curve.h"
 
-namespace curves {
+namespace vldv::curves {
 
 std::string force_header(std::string_view units, std::string_view slope)
 {
@@ -22,4 +22,4 @@ std::string force_row(const force_figures& figures, const force_curve_stats& sta
     return row + base::general(figures.minimum, 3);
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace curves {
+namespace vldv::curves {
 
 /// What the analysis of a curve says, as its row in the text window.
 struct force_figures {
@@ -17,4 +17,4 @@ VLDV_INTERNAL_API std::string force_header(std::string_view units, std::string_v
 /// The row of a curve, without an end; three digits a number.
 VLDV_INTERNAL_API std::string force_row(const force_figures& figures, const force_curve_stats& stats);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -12,7 +12,7 @@
 #include <optional>
 #include <stdexcept>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -144,4 +144,4 @@ force_image force_curves_of(const CStorageDoc& document, unsigned image)
     return out;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -8,7 +8,7 @@
 
 class CStorageDoc;
 
-namespace curves {
+namespace vldv::curves {
 
 /// One force curve of an image.
 struct placed_curve {
@@ -42,4 +42,4 @@ VLDV_INTERNAL_API bool is_force_image(const CStorageDoc& document, unsigned imag
 /// \throws std::runtime_error when samples have no type; std::bad_alloc
 VLDV_INTERNAL_API force_image force_curves_of(const CStorageDoc& document, unsigned image);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 curve_smoother::curve_smoother(int samples_) : count(samples_)
 {
@@ -130,4 +130,4 @@ curve_stretches find_stretches(const double* steps, int n, double spread, double
     return {find_measured(steep, n, gaps, find_slant), find_measured(flat, n, gaps, find_zero)};
 }
 
-} // namespace curves
+} // namespace vldv::curves

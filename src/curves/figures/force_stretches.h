@@ -8,7 +8,7 @@
 
 /// How the stretches of a force curve are found: it is smoothed, its steps from sample to sample are freed of spikes,
 /// and those that are steep and those that are flat, measured by their spread, form runs.
-namespace curves {
+namespace vldv::curves {
 
 /// A run of samples; first and last are equal when there is none.
 struct stretch {
@@ -87,4 +87,4 @@ void keep_stretches(const curve_stretches& found, const Fit& fit, force_curve_st
     }
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 /// The search for valleys in one curve.

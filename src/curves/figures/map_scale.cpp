@@ -8,7 +8,7 @@
 #include <iterator>
 #include <limits>
 
-namespace curves {
+namespace vldv::curves {
 
 std::int16_t map_scale::sample(double number) const noexcept
 {
@@ -69,4 +69,4 @@ force_map make_map(std::span<const double> numbers, const map_scale& scale, cons
     return out;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-namespace curves {
+namespace vldv::curves {
 
 /// How the numbers of a map become samples.
 struct map_scale {
@@ -32,4 +32,4 @@ map_scale choose_map_scale(std::span<const double> numbers, double step, double 
 /// Samples of the numbers; those that are not finite take their median and are counted.
 force_map make_map(std::span<const double> numbers, const map_scale& scale, const std::string& units);
 
-} // namespace curves
+} // namespace vldv::curves

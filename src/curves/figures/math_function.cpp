@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace curves {
+namespace vldv::curves {
 
 physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
                               curve_function function, void* parameter)
@@ -77,4 +77,4 @@ SPMDataStream curves_stream(const SPMDataStream& source, const physical_curves& 
     return out;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 /// Curves in physical units, one behind the other.
 struct physical_curves {
@@ -50,4 +50,4 @@ packing choose_packing(double mean, double least, double most) noexcept;
 /// The image of curves that were computed from one: named "img0", with its label.
 SPMDataStream curves_stream(const SPMDataStream& source, const physical_curves& curves, const VLAxis& positions);
 
-} // namespace curves
+} // namespace vldv::curves

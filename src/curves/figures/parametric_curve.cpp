@@ -6,6 +6,8 @@
 #include <limits>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 /// Smoothed steps from sample to sample, freed of spikes; exactly 0 where values stand still.

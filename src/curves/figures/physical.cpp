@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace curves {
+namespace vldv::curves {
 
 std::vector<float> physical_floats(std::span<const std::int16_t> raw, const VLAxis& values)
 {
@@ -21,4 +21,4 @@ std::vector<double> physical_values(std::span<const std::int16_t> raw, const VLA
     return out;
 }
 
-} // namespace curves
+} // namespace vldv::curves

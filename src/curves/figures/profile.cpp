@@ -11,7 +11,7 @@
 #include <limits>
 #include <stdexcept>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -278,4 +278,4 @@ grid_point point_of_sample(std::span<const grid_point> points, std::span<const s
     return points.empty() ? grid_point() : points.front();
 }
 
-} // namespace curves
+} // namespace vldv::curves

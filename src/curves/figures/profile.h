@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 /// A sample of a stream: one index a dimension, in the stream's order.
 using grid_point = std::vector<std::int32_t>;
@@ -78,4 +78,4 @@ VLDV_INTERNAL_API void take_profile(const SPMDataStream& stream, std::vector<gri
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,
                            std::int64_t sample);
 
-} // namespace curves
+} // namespace vldv::curves

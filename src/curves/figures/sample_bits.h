@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace curves {
+namespace vldv::curves {
 
 /// One bit a sample, 64 in a word, the first lowest. Searches run over whole words. Looks at words that belong to
 /// another; bits behind the last sample are 0.
@@ -46,4 +46,4 @@ private:
     int samples, stride;
 };
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -175,4 +175,4 @@ void copy_section(SPMDataStream& target, const SPMDataStream& source, std::span<
     if (target.array_length() == 0) copy_curves(target, source, section);
 }
 
-} // namespace curves
+} // namespace vldv::curves

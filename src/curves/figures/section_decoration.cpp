@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -55,4 +55,4 @@ bool Decoration_at_Section(std::span<const double> xy, const axes_xy& axes, std:
     return true;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 struct axes_xy {
     VLAxis x, y;
@@ -19,4 +19,4 @@ struct axes_xy {
 bool Decoration_at_Section(std::span<const double> xy, const axes_xy& axes, std::span<const grid_point> points,
                            std::span<const std::uint32_t> segmentLengths, std::vector<std::uint32_t>* positions);
 
-} // namespace curves
+} // namespace vldv::curves

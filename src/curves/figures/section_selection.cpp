@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -123,4 +123,4 @@ unsigned write_selections(std::span<const VLPluginDataSelection> found, std::siz
     return written;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace curves {
+namespace vldv::curves {
 
 /// "marks_mode", and where the marks stand: fractions of the curve from 0 to 1.
 struct section_marks {
@@ -29,4 +29,4 @@ unsigned write_selections(std::span<const VLPluginDataSelection> found, std::siz
 void copy_section(SPMDataStream& target, const SPMDataStream& source, std::span<const VLPluginDataSelection> selected,
                   const profile& section);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -5,7 +5,7 @@
 #include <langinfo.h>
 #include <locale.h>
 
-namespace curves {
+namespace vldv::curves {
 
 namespace {
 
@@ -74,4 +74,4 @@ std::string section_text(const profile& section, std::span<const grid_point> poi
     return text;
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-namespace curves {
+namespace vldv::curves {
 
 /// How numbers are written in a table.
 struct number_style {
@@ -27,4 +27,4 @@ VLDV_INTERNAL_API std::string section_text(const profile& section, std::span<con
                                            std::size_t dimensions, const VLAxis& positions, const VLAxis& values,
                                            unsigned first, unsigned last);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace curves {
+namespace vldv::curves {
 
 trend_line fit_trend(std::span<const double> y)
 {
@@ -31,4 +31,4 @@ trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values)
     return fit_trend(physical_values(curve, values));
 }
 
-} // namespace curves
+} // namespace vldv::curves

@@ -7,7 +7,7 @@
 
 class VLAxis;
 
-namespace curves {
+namespace vldv::curves {
 
 /// The line A + B * sample through a curve.
 struct trend_line {
@@ -18,4 +18,4 @@ struct trend_line {
 VLDV_INTERNAL_API trend_line fit_trend(std::span<const double> y);
 VLDV_INTERNAL_API trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values);
 
-} // namespace curves
+} // namespace vldv::curves

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <map>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -128,4 +128,4 @@ std::string why_no_recordings(const folder_content& content)
         content.others);
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// What a folder and those below it hold, lists in the order of names.
 struct folder_content {
@@ -32,4 +32,4 @@ VLDV_INTERNAL_API folder_content recordings_in(const std::filesystem::path& fold
 /// Why a folder without recordings, all of which could be read, has nothing to open.
 VLDV_INTERNAL_API std::string why_no_recordings(const folder_content& content);
 
-} // namespace document
+} // namespace vldv::document

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <sstream>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -197,4 +197,4 @@ base::read_result<spmx_description> parse_spmx_description(std::string_view xml)
     return std::move(parser.result);
 }
 
-} // namespace document
+} // namespace vldv::document

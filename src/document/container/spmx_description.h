@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// One stream as main.xml describes it. The array's type, axes and names are set; its length is 0.
 struct described_stream {
@@ -26,4 +26,4 @@ struct spmx_description {
 /// attributes have defaults; bytes that are no UTF-8 are taken for code page 1252.
 base::read_result<spmx_description> parse_spmx_description(std::string_view xml);
 
-} // namespace document
+} // namespace vldv::document

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 
-namespace document::spmx_escapes {
+namespace vldv::document::spmx_escapes {
 
 namespace {
 
@@ -102,4 +102,4 @@ std::string restored(std::string_view escaped)
     return out;
 }
 
-} // namespace document::spmx_escapes
+} // namespace vldv::document::spmx_escapes

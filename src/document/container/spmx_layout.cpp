@@ -10,7 +10,7 @@
 #include <span>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -316,4 +316,4 @@ base::read_result<std::optional<std::string>> well_formed_spmx(std::string_view 
     return layout_scanner(text).run();
 }
 
-} // namespace document
+} // namespace vldv::document

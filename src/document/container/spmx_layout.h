@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace document {
+namespace vldv::document {
 
 /// Texts in main.xml stand without escapes. This scanner knows the file's layout (an element a line, fixed attributes)
 /// and rewrites it as well-formed XML of the same content: texts escaped, entities renamed e0, e1 …, line ends kept as
@@ -14,4 +14,4 @@ namespace document {
 /// \return nothing when the text has another layout; it may be proper XML then. An error for too many entities
 base::read_result<std::optional<std::string>> well_formed_spmx(std::string_view text);
 
-} // namespace document
+} // namespace vldv::document

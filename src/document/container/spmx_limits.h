@@ -4,7 +4,7 @@
 
 /// What a native container may hold. A few kilobytes of archive can describe a great deal; each limit is far above what
 /// instruments record, and the reader names the one that a file exceeds.
-namespace document::spmx_limits {
+namespace vldv::document::spmx_limits {
 
 constexpr std::uint64_t descriptionBytes = 64u << 20; ///< of main.xml
 constexpr std::size_t streams = 65'535;               ///< and entities
@@ -15,4 +15,4 @@ constexpr unsigned axes = 256;                        ///< of a dimension, or of
 constexpr std::uint64_t paddingBytes = 256u << 20;    ///< that shapes may ask for beyond what the file holds
 constexpr std::uint64_t elements = 0xffffffffu;       ///< of a stream
 
-} // namespace document::spmx_limits
+} // namespace vldv::document::spmx_limits

@@ -6,7 +6,7 @@
 #include <optional>
 #include <set>
 
-namespace document {
+namespace vldv::document {
 
 using formats::zip_reader;
 
@@ -100,4 +100,4 @@ base::read_result<opened_spmx> open_spmx(formats::source& file)
     return opened_spmx{std::move(*archive), std::move(*description), std::move(plan.samples)};
 }
 
-} // namespace document
+} // namespace vldv::document

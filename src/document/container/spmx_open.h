@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// A native container that was looked through: what it describes, and where the samples of each stream stand. Nothing
 /// of their size is in memory yet. Reads through the source that it was opened on.
@@ -26,4 +26,4 @@ struct opened_spmx {
 /// Opens a container and checks all that it claims. \return it, or why it is refused
 base::read_result<opened_spmx> open_spmx(formats::source& file);
 
-} // namespace document
+} // namespace vldv::document

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -117,4 +117,4 @@ spmx_reading read_spmx(formats::source& file, VLFileReader& target, std::vector<
     return spmx_loader(*opened, file, target, warnings).run();
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 
 class VLFileReader;
 
-namespace document {
+namespace vldv::document {
 
 struct spmx_reading {
     std::string failure = {}; ///< why the container was refused; empty when it was not
@@ -19,4 +19,4 @@ struct spmx_reading {
 /// what is missing there counts as 0. So is the text `formats::readerNote`
 spmx_reading read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings);
 
-} // namespace document
+} // namespace vldv::document

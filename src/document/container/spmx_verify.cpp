@@ -7,7 +7,7 @@
 #include <cmath>
 #include <sstream>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -192,4 +192,4 @@ std::string longest_text(const spmx_content& content)
     return name;
 }
 
-} // namespace document
+} // namespace vldv::document

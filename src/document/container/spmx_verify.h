@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace document {
+namespace vldv::document {
 
 /// Reads a container that was just packed as any reader would, without unpacking samples, and compares ids, labels,
 /// dimensions, axes, names, texts and the sizes of the samples with what it was packed from. Numbers of axes count as
@@ -15,4 +15,4 @@ std::string spmx_difference(formats::source& packed, const spmx_content& content
 /// The longest text of all, by its name: what to shorten where a description is too large.
 std::string longest_text(const spmx_content& content);
 
-} // namespace document
+} // namespace vldv::document

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 using spmx_texts = std::map<std::string, std::string>;
 
@@ -24,4 +24,4 @@ struct spmx_content {
 /// Writes main.xml in the layout that spmx_layout.h knows. `encoding` goes into its first line.
 void write_spmx_description(std::ostream& out, const spmx_content& content, const char* encoding);
 
-} // namespace document
+} // namespace vldv::document

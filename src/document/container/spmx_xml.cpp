@@ -8,6 +8,8 @@
 #include <ostream>
 #include <stdexcept>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* publicId = "-//VLM//SPMx 1.0//EN";
@@ -68,7 +70,7 @@ void write_stream(std::ostream& out, const SPMDataStream& stream, const document
 
 } // namespace
 
-namespace document {
+namespace vldv::document {
 
 void write_spmx_description(std::ostream& out, const spmx_content& content, const char* encoding)
 {
@@ -85,7 +87,7 @@ void write_spmx_description(std::ostream& out, const spmx_content& content, cons
     out << "</spmx>";
 }
 
-} // namespace document
+} // namespace vldv::document
 
 document::spmx_content CStorageDoc::content() const
 {

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-namespace document::storable_text {
+namespace vldv::document::storable_text {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::string content(std::string text)
     return text;
 }
 
-} // namespace document::storable_text
+} // namespace vldv::document::storable_text

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <fstream>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::vector<std::string> stream_source::siblings()
     return names;
 }
 
-} // namespace document
+} // namespace vldv::document

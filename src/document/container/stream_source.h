@@ -6,7 +6,7 @@
 #include <istream>
 #include <string>
 
-namespace document {
+namespace vldv::document {
 
 /// A source on an input stream that can seek. Files beside it are found in the folder of `path_`, which may be empty.
 /// Reading tells its progress by itself, by the bytes that were read so far; a reader that knows better tells more.
@@ -34,4 +34,4 @@ private:
     bool isCancelled = false, openedSiblings = false;
 };
 
-} // namespace document
+} // namespace vldv::document

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -124,4 +124,4 @@ example make_force_volume()
     return result;
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 
-namespace document {
+namespace vldv::document {
 
 std::uint64_t random_numbers::next() noexcept
 {
@@ -70,4 +70,4 @@ example empty_example(const char* fileName, const char* title, const std::string
 
 std::string with_unit(double value, const char* unit) { return base::shortest(value) + " " + unit; }
 
-} // namespace document
+} // namespace vldv::document

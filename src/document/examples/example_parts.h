@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// Random numbers that are the same on every machine: splitmix64 (G. L. Steele, D. Lea, C. H. Flood, OOPSLA 2014).
 class random_numbers {
@@ -50,4 +50,4 @@ example empty_example(const char* fileName, const char* title, const std::string
 /// "0.23545 nm"
 std::string with_unit(double value, const char* unit);
 
-} // namespace document
+} // namespace vldv::document

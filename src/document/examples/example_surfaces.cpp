@@ -5,7 +5,7 @@
 #include <numbers>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -170,4 +170,4 @@ example make_two_directions()
     return result;
 }
 
-} // namespace document
+} // namespace vldv::document

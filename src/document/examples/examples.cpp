@@ -1,6 +1,6 @@
 #include "document/examples/examples.h"
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -24,4 +24,4 @@ std::vector<example> make_examples()
     return all;
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// A bundled document of synthetic data, for a first look and for tests that need known numbers.
 struct example {
@@ -42,4 +42,4 @@ example make_force_curve();
 /// Force curves on a grid over particles in a softer matrix, and the height under them.
 example make_force_volume();
 
-} // namespace document
+} // namespace vldv::document

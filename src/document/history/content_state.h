@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// Tells the content of a document at one moment from that at others, without holding any of it. Each change of an
 /// image or of the texts gives a number that no document had before; a step back brings the earlier number back with
@@ -15,4 +15,4 @@ struct content_state {
     bool operator==(const content_state&) const = default;
 };
 
-} // namespace document
+} // namespace vldv::document

@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -26,4 +26,4 @@ std::wstring earlier_result(const std::wstring& path, const std::wstring& extens
     return held != path && is_native(held) ? held : std::wstring();
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-namespace document {
+namespace vldv::document {
 
 /// The native file beside a recording in which it is saved when it was opened from here, if there is one; empty for a
 /// native file and where there is none.
@@ -9,4 +9,4 @@ namespace document {
 /// \param extension  of native files, with its dot
 std::wstring earlier_result(const std::wstring& path, const std::wstring& extension);
 
-} // namespace document
+} // namespace vldv::document

@@ -15,7 +15,7 @@
 #include <map>
 #include <stdexcept>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -289,4 +289,4 @@ std::wstring merged_path(const std::wstring& first, unsigned number, const std::
 
 void sort_paths(std::vector<std::wstring>& paths) { std::ranges::sort(paths); }
 
-} // namespace document
+} // namespace vldv::document

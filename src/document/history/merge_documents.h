@@ -4,7 +4,7 @@
 
 class CStorageDoc;
 
-namespace document {
+namespace vldv::document {
 
 /// Adds the images of `from`, another document, to `into`, which has no views yet.
 /// One joins the image of the same name as further sub-images when its samples mean the same there: equal lengths,
@@ -33,4 +33,4 @@ std::wstring merged_path(const std::wstring& first, unsigned number, const std::
 /// By code point; equal ones keep their order.
 void sort_paths(std::vector<std::wstring>& paths);
 
-} // namespace document
+} // namespace vldv::document

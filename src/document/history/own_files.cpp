@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace document {
+namespace vldv::document {
 
 void own_files::note(const entry& added)
 {
@@ -77,4 +77,4 @@ std::wstring changed_file(const own_files& files, const std::wstring& held)
     return file_that_is(own_files::relation::replaced, files, held);
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// The files that a document was read from or written to, each as it was then.
 class own_files {
@@ -50,4 +50,4 @@ std::wstring file_to_delete(const own_files& files, const std::wstring& held);
 /// The one of these two that others have written since; empty when there is none.
 std::wstring changed_file(const own_files& files, const std::wstring& held);
 
-} // namespace document
+} // namespace vldv::document

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -112,4 +112,4 @@ void bitmap_heights(const BITMAPINFOHEADER& header, const std::uint8_t* bits, co
     }
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 #include <span>
 
 /// How a device-independent bitmap becomes heights: a sample is the sum of the colour channels.
-namespace document {
+namespace vldv::document {
 
 /// Bytes of one row, padded to 32 bits. The width must not be negative.
 std::size_t bitmap_row_bytes(const BITMAPINFOHEADER& header) noexcept;
@@ -24,4 +24,4 @@ VLAxis bitmap_axis(std::int32_t pixelsPerMetre);
 void bitmap_heights(const BITMAPINFOHEADER& header, const std::uint8_t* bits, const RGBQUAD* palette,
                     std::span<std::int16_t> out);
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <string>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -71,4 +71,4 @@ void extracted_texts::addVoids(CStorageDoc& target, unsigned image, std::size_t 
     if (!ranges.empty()) target.setString(formats::voidRangesKey, (head_of(samples) + ranges).c_str(), image);
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 
 class CStorageDoc;
 
-namespace document {
+namespace vldv::document {
 
 /// What `\Curve lengths` and `\Void samples` of a volume say of curves that are taken out of it.
 class extracted_texts {
@@ -28,4 +28,4 @@ private:
     std::vector<formats::void_range> voids;
 };
 
-} // namespace document
+} // namespace vldv::document

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace document {
+namespace vldv::document {
 
 measured_samples::measured_samples(const CStorageDoc& document_, unsigned image_) : document(document_), image(image_)
 {
@@ -44,4 +44,4 @@ std::optional<CMinMaxInfo> measured_samples::rangeOf(unsigned sub)
     return range;
 }
 
-} // namespace document
+} // namespace vldv::document

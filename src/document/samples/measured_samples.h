@@ -9,7 +9,7 @@
 
 class CStorageDoc;
 
-namespace document {
+namespace vldv::document {
 
 /// The 16-bit samples of an image without what stands behind the ends of its curves. The document must outlive this and
 /// not change.
@@ -32,4 +32,4 @@ private:
     std::vector<std::int16_t> copy;
 };
 
-} // namespace document
+} // namespace vldv::document

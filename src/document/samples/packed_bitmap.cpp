@@ -6,7 +6,7 @@
 #include <cstring>
 #include <new>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::span<const std::byte> bytes_of(const BITMAPINFOHEADER& packed) noexcept
     return {reinterpret_cast<const std::byte*>(&packed), sizeof packed + palette_bytes(packed) + packed.biSizeImage};
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 #include <span>
 
 // A bitmap in one block of the C heap: BITMAPINFOHEADER, biClrUsed RGBQUADs, pixels.
-namespace document {
+namespace vldv::document {
 
 using packed_bitmap = std::shared_ptr<const BITMAPINFOHEADER>;
 
@@ -18,4 +18,4 @@ packed_bitmap packed_bitmap_of(std::span<const std::byte> bytes);
 /// All bytes of a packed bitmap, as long as it lives.
 std::span<const std::byte> bytes_of(const BITMAPINFOHEADER& packed) noexcept;
 
-} // namespace document
+} // namespace vldv::document

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace document {
+namespace vldv::document {
 
 namespace {
 
@@ -46,4 +46,4 @@ void state_counted_points(CStorageDoc& document, unsigned image)
     document.changeTexts(image, changes);
 }
 
-} // namespace document
+} // namespace vldv::document

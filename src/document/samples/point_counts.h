@@ -7,7 +7,7 @@ class CStorageDoc;
 
 // The texts that count samples without a measurement: "\Void points" and, of those, "\Absurd points".
 
-namespace document {
+namespace vldv::document {
 
 /// How many samples of an image count as not measured, as its reader told; 0 when the text counts those of another
 /// size.
@@ -20,4 +20,4 @@ void drop_point_counts(CStorageDoc& document, unsigned image);
 /// another size in it.
 void state_counted_points(CStorageDoc& document, unsigned image);
 
-} // namespace document
+} // namespace vldv::document

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace document {
+namespace vldv::document {
 
 VLAxis turned_axis(const VLAxis& axis) { return {axis.start - axis.scale, -axis.scale, axis.get_units()}; }
 
@@ -21,4 +21,4 @@ rising_heights::rising_heights(std::span<const std::int16_t> given, const VLAxis
     shownAxis = turned_axis(givenAxis);
 }
 
-} // namespace document
+} // namespace vldv::document

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace document {
+namespace vldv::document {
 
 /// The same values over raw numbers that are counted the other way: raw' = -1 - raw.
 VLAxis turned_axis(const VLAxis& axis);
@@ -30,4 +30,4 @@ private:
     VLAxis shownAxis;
 };
 
-} // namespace document
+} // namespace vldv::document

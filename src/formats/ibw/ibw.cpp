@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -267,4 +267,4 @@ base::read_result<recording> read_ibw(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

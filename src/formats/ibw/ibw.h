@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True when version and checksum say that this is an Igor binary wave.
 bool sniff_ibw(std::span<const std::byte> head);
@@ -16,4 +16,4 @@ bool possible_ibw(std::span<const std::byte> head);
 /// Reads waves of versions 1, 2, 3 and 5 as images or curves, with the names, units and segments of the MFP-3D.
 base::read_result<recording> read_ibw(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -108,4 +108,4 @@ std::vector<ibw_segment> ibw_segments(const ibw_wave& wave, std::size_t points)
     return segments;
 }
 
-} // namespace formats
+} // namespace vldv::formats

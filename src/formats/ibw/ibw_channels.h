@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True when the MFP-3D's program wrote the wave: names, units and segments then follow its conventions.
 bool is_mfp3d(const ibw_wave& wave);
@@ -38,4 +38,4 @@ struct ibw_segment {
 /// The segments that "Indexes" and "Direction" of the note cut a curve of `points` into; the whole without them.
 std::vector<ibw_segment> ibw_segments(const ibw_wave& wave, std::size_t points);
 
-} // namespace formats
+} // namespace vldv::formats

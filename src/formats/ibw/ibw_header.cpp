@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -292,4 +292,4 @@ base::read_result<ibw_wave> read_ibw_wave(source& file)
     return wave;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What the headers and texts of a wave say; sizes are checked against the file.
 struct ibw_wave {
@@ -34,4 +34,4 @@ bool is_ibw_header(std::span<const std::byte> head, byte_order& order, unsigned&
 
 base::read_result<ibw_wave> read_ibw_wave(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::string ibw_date(std::uint32_t seconds)
            two_digits(rest / 60 % 60) + ":" + two_digits(rest % 60);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -96,4 +96,4 @@ base::read_result<recording> read_img(source& file)
     return base::read_error{0, "none of the .img kinds that can be told apart: " + reasons};
 }
 
-} // namespace formats
+} // namespace vldv::formats

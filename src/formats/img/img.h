@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True for the kinds that begin with a word or a number of their own (Burleigh, DME) and for headers full of the
 /// texts of the other two.
@@ -17,4 +17,4 @@ bool possible_img(std::span<const std::byte> head);
 /// Reads the image of the four kinds of .img files of probe microscopes that can be told apart.
 base::read_result<recording> read_img(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -267,4 +267,4 @@ bool looks_like_ecs(std::span<const std::byte> head)
     return hasMark && in.tag(ecsSizeMark);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <map>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What the header of an .img file tells; the samples are 16-bit.
 struct img_layout {
@@ -39,4 +39,4 @@ double read_real48(base::byte_reader& in) noexcept;
 /// A text behind its length in one byte; `room` bytes follow that byte.
 std::string read_pascal_text(base::byte_reader& in, std::size_t room);
 
-} // namespace formats
+} // namespace vldv::formats

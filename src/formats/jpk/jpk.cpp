@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -75,4 +75,4 @@ base::read_result<recording> read_jpk(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True for an image (a TIFF with the grid's size in a private tag) and for an archive of force curves whose first
 /// entries lie in `head`.
@@ -17,4 +17,4 @@ bool possible_jpk(std::span<const std::byte> head);
 /// Reads images with their calibrations, single force curves, maps and series.
 base::read_result<recording> read_jpk(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -260,4 +260,4 @@ std::uint64_t jpk_points(const jpk_archive& archive, const jpk_segment& segment,
     return points;
 }
 
-} // namespace formats
+} // namespace vldv::formats

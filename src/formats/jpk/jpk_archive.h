@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Problems of one kind: how many there are, and the first in words.
 struct counted_problem {
@@ -79,4 +79,4 @@ std::uint64_t jpk_points(const jpk_archive& archive, const jpk_segment& segment,
 /// Makes the images of all channels. \param ids  in use already
 base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& archive, std::vector<std::string>& ids);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -228,4 +228,4 @@ std::string jpk_segment_name(const jpk_properties& header)
     return style.empty() ? "Segment" : style;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What a segment's header says about one of its channels.
 struct jpk_channel {
@@ -35,4 +35,4 @@ std::vector<jpk_channel> read_jpk_channels(const jpk_properties& header);
 /// "Approach", "Retract", "Pause", "Modulation", or what the header calls it.
 std::string jpk_segment_name(const jpk_properties& header);
 
-} // namespace formats
+} // namespace vldv::formats

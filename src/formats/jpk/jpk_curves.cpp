@@ -13,7 +13,7 @@
 
 // Turns the segments of an archive into images: one a channel, one sub-image a segment.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -337,4 +337,4 @@ base::read_result<recording> read_jpk_curves(source& file, const jpk_archive& ar
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

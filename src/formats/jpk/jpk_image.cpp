@@ -8,7 +8,7 @@
 #include <cmath>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -195,4 +195,4 @@ base::read_result<recording> read_jpk_image(source& file, std::vector<std::strin
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

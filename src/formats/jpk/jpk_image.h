@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Tag of the grid's length along the fast axis: what makes a TIFF file an image of this instrument.
 constexpr unsigned jpkGridTag = 0x8042;
@@ -15,4 +15,4 @@ constexpr unsigned jpkGridTag = 0x8042;
 /// \param ids  those that are in use; the new ones are added
 base::read_result<recording> read_jpk_image(source& file, std::vector<std::string>& ids);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -133,4 +133,4 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
     return all;
 }
 
-} // namespace formats
+} // namespace vldv::formats

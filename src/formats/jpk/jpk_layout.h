@@ -1,7 +1,7 @@
 #pragma once
 #include "formats/jpk/jpk_archive.h"
 
-namespace formats {
+namespace vldv::formats {
 
 /// Where the curves of an archive go in the images.
 struct jpk_layout {
@@ -47,4 +47,4 @@ std::string unlikely_jpk_archive(source& file, const jpk_archive& archive, const
 std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, const jpk_layout& layout,
                                                  jpk_problems& problems);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -197,4 +197,4 @@ std::map<std::string, std::string> jpk_document_texts(const tiff_directory& firs
     return strings;
 }
 
-} // namespace formats
+} // namespace vldv::formats

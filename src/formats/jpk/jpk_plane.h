@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One directory of an image file: a channel in one direction.
 struct jpk_plane {
@@ -35,4 +35,4 @@ base::read_result<jpk_plane> describe_jpk_plane(std::uint64_t fileBytes, const t
 /// Texts of the file, from its first directory.
 std::map<std::string, std::string> jpk_document_texts(const tiff_directory& first);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -103,4 +103,4 @@ void jpk_properties::resolve(const jpk_properties& shared)
     for (auto& [key, text] : added) lines.emplace(std::move(key), std::move(text));
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A text of lines `key=value`: comments are left out, escapes resolved, values UTF-8. The first of equal keys counts.
 class jpk_properties {
@@ -25,4 +25,4 @@ private:
     std::map<std::string, std::string, std::less<>> lines;
 };
 
-} // namespace formats
+} // namespace vldv::formats

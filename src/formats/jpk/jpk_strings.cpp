@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "formats/shared/header_text.h"
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -66,4 +66,4 @@ void add_jpk_strings(const jpk_archive& archive, const jpk_channel_parts& parts,
     for (const jpk_properties& segment : archive.segments) join_strings(strings, lines_for(segment, parts.name));
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Texts of an archive as a whole: its header, what its curves share, the date and the places of a map's curves.
 std::map<std::string, std::string> jpk_document_strings(const jpk_archive& archive);
@@ -14,4 +14,4 @@ std::map<std::string, std::string> jpk_document_strings(const jpk_archive& archi
 void add_jpk_strings(const jpk_archive& archive, const jpk_channel_parts& parts,
                      std::map<std::string, std::string>& strings);
 
-} // namespace formats
+} // namespace vldv::formats

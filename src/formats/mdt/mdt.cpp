@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -212,4 +212,4 @@ base::read_result<recording> read_mdt(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

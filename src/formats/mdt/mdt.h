@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 bool sniff_mdt(std::span<const std::byte> head);
 
@@ -14,4 +14,4 @@ bool sniff_mdt(std::span<const std::byte> head);
 /// out and named in the string "Frames left out"; the file is refused only when no frame is left.
 base::read_result<recording> read_mdt(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

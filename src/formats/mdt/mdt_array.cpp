@@ -6,7 +6,7 @@
 
 // Frames of described arrays: calibrated dimensions, and one or more calibrated values a cell.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -113,4 +113,4 @@ base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& fra
     return content;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -3,7 +3,7 @@
 #include "formats/mdt/mdt_frame.h"
 #include "formats/shared/heights.h"
 
-namespace formats {
+namespace vldv::formats {
 
 /// Meaning of a dimension's index or of a measured value.
 struct mdt_quantity {
@@ -37,4 +37,4 @@ base::read_result<mdt_described_array> read_mdt_array_header(source& file, const
 /// Spectra at the points of a plane: a volume for each measured value. The frame holds all cells.
 base::read_result<mdt_content> read_mdt_cube(source& file, const mdt_described_array& array);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 
 // The description of an array frame: texts, then a record for every dimension and every measured value.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -167,4 +167,4 @@ base::read_result<mdt_described_array> read_mdt_array_header(source& file, const
     return header;
 }
 
-} // namespace formats
+} // namespace vldv::formats

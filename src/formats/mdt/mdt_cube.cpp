@@ -9,7 +9,7 @@
 
 // Arrays of three dimensions: a spectrum at each point of a plane.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -119,4 +119,4 @@ base::read_result<mdt_content> read_mdt_cube(source& file, const mdt_described_a
     return content;
 }
 
-} // namespace formats
+} // namespace vldv::formats

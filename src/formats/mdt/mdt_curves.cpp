@@ -7,7 +7,7 @@
 
 // Frames of curves in the old manner: one curve, or a forward and a backward one at each of several points.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -137,4 +137,4 @@ base::read_result<mdt_content> read_mdt_curves(source& file, const mdt_frame& fr
     return content;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -147,4 +147,4 @@ void name_plane(mdt_plane& plane, const std::string& title, const std::string& o
     if (!parts.pass.empty()) plane.strings["Pass"] = parts.pass;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -12,7 +12,7 @@
 #include <variant>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One frame of an .mdt file: where it lies and what its header says.
 struct mdt_frame {
@@ -82,4 +82,4 @@ mdt_title split_mdt_title(const std::string& title);
 /// Gives a plane channel, pass and direction by its title, `otherwise` without one, and keeps what it took off.
 void name_plane(mdt_plane& plane, const std::string& title, const std::string& otherwise);
 
-} // namespace formats
+} // namespace vldv::formats

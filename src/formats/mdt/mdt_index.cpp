@@ -13,7 +13,7 @@
 #include <sstream>
 #include <utility>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -175,4 +175,4 @@ std::vector<std::size_t> points_of_measurements(source& file, const mdt_blocks& 
     return numbers;
 }
 
-} // namespace formats
+} // namespace vldv::formats

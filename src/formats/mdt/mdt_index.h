@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Where a named block of a frame lies in the file.
 struct mdt_block {
@@ -61,4 +61,4 @@ base::read_result<mdt_index> read_mdt_index(source& file, const mdt_frame& frame
 /// of measurements as 32-bit numbers, from its offset in its block to that of the next point or to the end.
 std::vector<std::size_t> points_of_measurements(source& file, const mdt_blocks& blocks, const mdt_index& index);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -11,7 +11,7 @@
 
 // Frames of spectra at points in the new manner: named blocks, one of which, index.xml, tells what the others hold.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -123,4 +123,4 @@ base::read_result<mdt_content> read_mdt_points(source& file, const mdt_frame& fr
     return content;
 }
 
-} // namespace formats
+} // namespace vldv::formats

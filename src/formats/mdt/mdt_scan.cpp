@@ -8,7 +8,7 @@
 
 // Frames of scanned images: three axes, the scanner's settings, 16-bit samples.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -113,4 +113,4 @@ base::read_result<mdt_content> read_mdt_scan(source& file, const mdt_frame& fram
     return content;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -13,7 +13,7 @@
 #include <optional>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -157,4 +157,4 @@ base::read_result<recording> read_nanoscope(source& file)
     return magic.starts_with('?') ? read_nanoscope_text(file) : read_binary(file);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True for the first bytes of a NanoScope file, also of one whose line ends were damaged in a text-mode transfer:
 /// the reader then says so.
@@ -18,4 +18,4 @@ bool sniff_nanoscope(std::span<const std::byte> head);
 /// force volume has the curve as its first dimension.
 base::read_result<recording> read_nanoscope(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -231,4 +231,4 @@ std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscop
     return std::nullopt;
 }
 
-} // namespace formats
+} // namespace vldv::formats

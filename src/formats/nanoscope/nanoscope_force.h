@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One channel of force curves: what its list, with the help of the force and scan lists, says about the samples.
 struct nanoscope_force {
@@ -75,4 +75,4 @@ recorded_image make_nanoscope_ramp(const nanoscope_force& channel, std::vector<s
 std::optional<base::read_error> add_nanoscope_force(source& file, const nanoscope_header& header,
                                                     std::uint64_t bytesLeft, left_out& missing, recording& out);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 
 // Turns the samples of a force channel into images.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -213,4 +213,4 @@ recorded_image make_nanoscope_ramp(const nanoscope_force& channel, std::vector<s
                             curves);
 }
 
-} // namespace formats
+} // namespace vldv::formats

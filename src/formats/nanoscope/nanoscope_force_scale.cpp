@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -173,4 +173,4 @@ VLAxis nanoscope_ramp(const nanoscope_header& header, const nanoscope_section& s
     return {length, -length / (points - 1), size.units.c_str()};
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -170,4 +170,4 @@ std::optional<std::uint64_t> leading_count(std::string_view text)
     return static_cast<std::uint64_t>(*number);
 }
 
-} // namespace formats
+} // namespace vldv::formats

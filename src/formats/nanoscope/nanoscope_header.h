@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One line of a header, `\Samps/line: 512` or `\@2:Z scale: V [Sens. Zsens] (0.005 V/LSB) 330 V`.
 struct nanoscope_line {
@@ -67,4 +67,4 @@ nanoscope_header parse_nanoscope_header(std::string_view text);
 /// A whole number of 0 or more at the start of `text`; nothing when there is none or it is above 2^53.
 std::optional<std::uint64_t> leading_count(std::string_view text);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -233,4 +233,4 @@ bool are_two_directions(const nanoscope_image& a, const nanoscope_image& b)
            a.scale.offset == b.scale.offset && a.scale.units == b.scale.units;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One image of a file: what its list, with the help of the scan list, says about the samples.
 struct nanoscope_image {
@@ -38,4 +38,4 @@ std::string shape_nanoscope_image(const nanoscope_header& header, nanoscope_imag
 /// True when both are the two directions of the same scan line and can share one stream.
 bool are_two_directions(const nanoscope_image& a, const nanoscope_image& b);
 
-} // namespace formats
+} // namespace vldv::formats

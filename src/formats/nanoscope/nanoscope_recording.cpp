@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -80,4 +80,4 @@ base::read_error no_image_error(const nanoscope_header& header)
                         : "no image list in the header, which is damaged or empty"};
 }
 
-} // namespace formats
+} // namespace vldv::formats

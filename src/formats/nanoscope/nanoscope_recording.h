@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Images that share a stream: one, or the forward and the reverse direction.
 using image_group = std::vector<nanoscope_image>;
@@ -29,4 +29,4 @@ std::string message_title(std::size_t index, const nanoscope_image& image);
 /// Why a header without any image cannot be shown.
 base::read_error no_image_error(const nanoscope_header& header);
 
-} // namespace formats
+} // namespace vldv::formats

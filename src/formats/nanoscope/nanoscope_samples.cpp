@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-namespace formats {
+namespace vldv::formats {
 
 static_assert(std::endian::native == std::endian::little, "samples are read as they stand in the file");
 
@@ -42,4 +42,4 @@ recorded_image make_image_from_raw(const std::string& id, const std::string& lab
     return image;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The 16-bit samples of a stream, writable.
 std::span<std::int16_t> samples_of(SPMDataStream& stream) noexcept;
@@ -24,4 +24,4 @@ bool read_wide_samples(source& file, std::uint64_t offset, std::uint64_t count, 
 recorded_image make_image_from_raw(const std::string& id, const std::string& label, const image_frame& frame,
                                    const value_scale& scale, std::span<const double> raw);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -284,4 +284,4 @@ double nanoscope_offset(const nanoscope_header& header, const nanoscope_section&
     return units_convertable(own.c_str(), units.c_str()) > 0 ? convert_size(own.c_str(), units.c_str(), *offset) : 0.0;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The right side of an `\@n:Key:` line, "V [soft scale] (hard scale) hard value" or `S [internal name] "display
 /// name"`.
@@ -47,4 +47,4 @@ std::optional<value_scale> nanoscope_image_volts(const nanoscope_header& header,
 double nanoscope_offset(const nanoscope_header& header, const nanoscope_section& section, const char* key,
                         const std::string& units);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -57,4 +57,4 @@ string_table document_strings(const nanoscope_header& header)
     return strings;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Text parameters of an image or a document. The keys that views look up start with a backslash and have one spelling
 /// ("\Scan rate"); all others are the instrument's own without it.
@@ -20,4 +20,4 @@ void add_shared_strings(string_table& strings, const nanoscope_header& header);
 /// Lines with "@", many hundreds of them, are controller settings that mean nothing outside the instrument.
 string_table document_strings(const nanoscope_header& header);
 
-} // namespace formats
+} // namespace vldv::formats

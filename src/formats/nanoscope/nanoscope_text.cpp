@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -94,4 +94,4 @@ base::read_result<recording> read_nanoscope_text(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

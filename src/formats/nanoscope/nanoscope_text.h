@@ -3,10 +3,10 @@
 #include "formats/recording.h"
 #include "formats/source.h"
 
-namespace formats {
+namespace vldv::formats {
 
 /// Reads a file that starts "?*File list": the usual header, then the samples of all images as decimal numbers, one
 /// image after another.
 base::read_result<recording> read_nanoscope_text(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

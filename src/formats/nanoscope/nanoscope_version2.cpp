@@ -11,7 +11,7 @@
 #include <optional>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -95,4 +95,4 @@ base::read_result<recording> read_nanoscope_version2(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -261,4 +261,4 @@ base::read_result<recording> read_nid(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

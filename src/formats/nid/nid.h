@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Nanosurf files, .nid and the older .ezd: scans as images, spectroscopy as curves or, on a grid of points, as
 /// volumes, sweeps and spectra as curves.
@@ -14,4 +14,4 @@ base::read_result<recording> read_nid(source& file);
 
 bool sniff_nid(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -188,4 +188,4 @@ base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& 
     return channels;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One block of samples of a Nanosurf file and what its section says about it.
 struct nid_channel {
@@ -50,4 +50,4 @@ nid_range nid_dimension(const nid_section& section, const std::string& prefix);
 base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& header, std::uint64_t fileSize,
                                                               left_out& missing);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -293,4 +293,4 @@ recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_chan
     return image;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Where the curves of a spectroscopy file were taken.
 struct nid_places {
@@ -59,4 +59,4 @@ std::vector<contact_end> nid_contacts(const recorded_image& image, const recorde
 /// The positions of all points of curves that have axes of their own.
 recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_channel& channel, const std::string& id);
 
-} // namespace formats
+} // namespace vldv::formats

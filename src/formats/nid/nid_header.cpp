@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -79,4 +79,4 @@ base::read_result<nid_header> read_nid_header(source& file)
     return header;
 }
 
-} // namespace formats
+} // namespace vldv::formats

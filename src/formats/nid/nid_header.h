@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Lines "key=value" of one section, in order, as UTF-8.
 struct nid_section {
@@ -39,4 +39,4 @@ bool is_nid_header(std::string_view head) noexcept;
 
 base::read_result<nid_header> read_nid_header(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <bit>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -136,4 +136,4 @@ bool sniff_bmp(std::span<const std::byte> head)
     return hasTag && !in.failed() && is_bmp_header_size(headerBytes);
 }
 
-} // namespace formats
+} // namespace vldv::formats

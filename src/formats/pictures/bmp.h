@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Windows and OS/2 bitmaps of 1, 4, 8, 16, 24 and 32 bits, plain, with bit fields or run-length coded, either way up.
 /// Indexed pixels keep their palette; plain pixels of any depth stay as they are, 5-5-5 fields too. Other fields become
@@ -15,4 +15,4 @@ base::read_result<recording> read_bmp(source& file);
 
 bool sniff_bmp(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <bit>
 #include <cstdlib>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -177,4 +177,4 @@ base::read_result<bmp_header> read_bmp_header(source& file)
     return header;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 enum class bmp_coding { plain, fields, rle8, rle4 };
 
@@ -27,4 +27,4 @@ struct bmp_header {
 bool is_bmp_header_size(std::uint32_t size) noexcept;
 base::read_result<bmp_header> read_bmp_header(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

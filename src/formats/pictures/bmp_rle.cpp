@@ -6,7 +6,7 @@
 
 #include <cassert>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -92,4 +92,4 @@ std::string decode_bmp_rle(std::span<const std::byte> code, picture& out)
     return {};
 }
 
-} // namespace formats
+} // namespace vldv::formats

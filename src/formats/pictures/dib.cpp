@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -76,4 +76,4 @@ VLAxis resolution_axis(double pixelsPerMetre)
     return {0.0, 1e6 / pixelsPerMetre, "µm"};
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <vector>
 
 /// What the picture readers share: bitmaps with rows bottom-up on 32-bit boundaries.
-namespace formats {
+namespace vldv::formats {
 
 /// Bytes of one row of a bitmap, padded to 32 bits.
 std::uint64_t dib_row_bytes(std::uint64_t width, unsigned bitCount) noexcept;
@@ -27,4 +27,4 @@ std::int32_t header_resolution(double pixelsPerMetre) noexcept;
 /// "px" with one unit a sample for a resolution that is not positive and finite.
 VLAxis resolution_axis(double pixelsPerMetre);
 
-} // namespace formats
+} // namespace vldv::formats

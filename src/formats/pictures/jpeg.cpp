@@ -10,7 +10,7 @@
 #include <jpeglib.h>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -211,4 +211,4 @@ bool sniff_jpeg(std::span<const std::byte> head)
     return head.size() >= sizeof start && std::equal(std::begin(start), std::end(start), head.begin());
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// JPEG pictures: grey ones as 8-bit indices on a grey palette, colours (also the inks of print files) as 24 bits. The
 /// resolution is that of the JFIF header. A damaged or cut picture is refused.
@@ -14,4 +14,4 @@ base::read_result<recording> read_jpeg(source& file);
 
 bool sniff_jpeg(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <bit>
 #include <functional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -183,4 +183,4 @@ base::read_result<recording> read_png(source& file)
 
 bool sniff_png(std::span<const std::byte> head) { return base::byte_reader(head).tag("\x89PNG\r\n\x1a\n"); }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// PNG pictures. Grey levels of 16 bits are heights: raw numbers that are the levels less 32768. Fewer bits, indices
 /// and colours are a picture, colours of 16 bits with their upper eight; transparency is dropped. The resolution is
@@ -15,4 +15,4 @@ base::read_result<recording> read_png(source& file);
 
 bool sniff_png(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

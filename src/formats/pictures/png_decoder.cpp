@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace formats {
+namespace vldv::formats {
 
 png_decoder::png_decoder(std::span<const std::byte> bytes_)
     : rest(bytes_), png(png_create_read_struct(PNG_LIBPNG_VER_STRING, this, on_error, on_warning))
@@ -37,4 +37,4 @@ void png_decoder::on_read(png_structp png_, png_bytep out, std::size_t size)
     self.rest = self.rest.subspan(size);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The library's decoder over bytes in memory. It reports errors by a jump, so `attempt` runs it only over frames
 /// without destructors.
@@ -46,4 +46,4 @@ private:
     bool failed = false;
 };
 
-} // namespace formats
+} // namespace vldv::formats

@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -137,4 +137,4 @@ bool sniff_tiff(std::span<const std::byte> head)
                                [&](std::string_view signature) { return base::byte_reader(head).tag(signature); });
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// All pages of a TIFF file, classic or BigTIFF. Grey levels and palettes of up to 8 bits and colours become pictures;
 /// grey of more bits, signed and floating samples become height images, one for each channel, with axes from the
@@ -15,4 +15,4 @@ base::read_result<recording> read_tiff(source& file);
 
 bool sniff_tiff(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

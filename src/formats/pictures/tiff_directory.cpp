@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -196,4 +196,4 @@ bool head_has_tiff_tag(std::span<const std::byte> head, unsigned tag)
     return false;
 }
 
-} // namespace formats
+} // namespace vldv::formats

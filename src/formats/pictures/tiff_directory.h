@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The tags of one directory of a TIFF file as they stand there, for formats that keep what matters in private tags.
 class tiff_directory {
@@ -51,4 +51,4 @@ bool file_has_tiff_tag(source& file, unsigned tag);
 /// True when the first directory lies in `head` and holds this tag.
 bool head_has_tiff_tag(std::span<const std::byte> head, unsigned tag);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <new>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 tiff_file::tiff_file(source& file_, std::uint64_t memory_) : file(file_)
 {
@@ -75,4 +75,4 @@ try {
     return 1; // a page without a resolution counts in pixels
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <tiffio.h>
 #include <utility>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A TIFF file that the library reads through a source. What the library says is kept, nothing is printed.
 class tiff_file {
@@ -42,4 +42,4 @@ private:
     TIFF* tiff = nullptr;
 };
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include "formats/pictures/tiff_samples.h"
 #include "formats/shared/heights.h"
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -108,4 +108,4 @@ std::string append_heights(tiff_file& file, const tiff_page& page, std::vector<s
     return {};
 }
 
-} // namespace formats
+} // namespace vldv::formats

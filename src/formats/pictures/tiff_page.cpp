@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -183,4 +183,4 @@ bool tiff_rows::load_tiles()
     return true;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 constexpr const char* readingCancelled = "reading was cancelled";
 
@@ -65,4 +65,4 @@ private:
     bool isCancelled = false;
 };
 
-} // namespace formats
+} // namespace vldv::formats

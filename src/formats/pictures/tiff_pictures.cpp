@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -116,4 +116,4 @@ std::string append_converted(tiff_file& file, const tiff_page& page, recording& 
     return {};
 }
 
-} // namespace formats
+} // namespace vldv::formats

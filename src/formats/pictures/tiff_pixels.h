@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 // Each appends what it makes of the current page and returns an error text, or empty.
 
@@ -21,4 +21,4 @@ bool holds_heights(const tiff_page& page) noexcept;
 /// One height image a channel. \param used ids given so far
 std::string append_heights(tiff_file& file, const tiff_page& page, std::vector<std::string>& used, recording& out);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -3,7 +3,7 @@
 #include <bit>
 #include <cstring>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -84,4 +84,4 @@ void read_values(std::span<const std::byte> row, const channel_layout& layout, s
         out[i] = isSigned ? static_cast<double>(with_sign(samples[i], layout.bits)) : static_cast<double>(samples[i]);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The place of one channel in a decoded row.
 struct channel_layout {
@@ -25,4 +25,4 @@ void read_values(std::span<const std::byte> row, const channel_layout& layout, s
 /// `value` with its highest bit, of `bits`, as the sign.
 std::int32_t with_sign(std::uint32_t value, unsigned bits) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

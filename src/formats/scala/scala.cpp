@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <map>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -236,4 +236,4 @@ bool possible_scala(std::span<const std::byte> head)
     });
 }
 
-} // namespace formats
+} // namespace vldv::formats

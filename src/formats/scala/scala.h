@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Omicron SCALA measurements: a parameter file with the data files beside it, both directions of a channel as one
 /// image, spectroscopy on a grid as a volume, of single points as curves. A data file opens the whole set, too. Data
@@ -22,4 +22,4 @@ bool sniff_scala(std::span<const std::byte> head);
 /// Data files of samples have no mark of their own: their names and the parameter file beside them tell.
 bool possible_scala(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::string scala_parameter_units(const scala_channel& channel)
     return channel.parameter == "V" ? "V" : channel.parameter == "Z" ? "nm" : "";
 }
 
-} // namespace formats
+} // namespace vldv::formats

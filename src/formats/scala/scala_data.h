@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The data file of a channel, beside the parameter file of name `parameterName`: under the name that is written
 /// there, or, in a renamed set, under the set's own name with the same extension. Null when there is none.
@@ -25,4 +25,4 @@ std::string read_scala_samples(source& data, const scala_channel& channel, std::
 /// "V" for a voltage, "nm" for a distance, else nothing.
 std::string scala_parameter_units(const scala_channel& channel);
 
-} // namespace formats
+} // namespace vldv::formats

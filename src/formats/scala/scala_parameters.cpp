@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -190,4 +190,4 @@ base::read_result<scala_parameters> parse_scala_parameters(std::string_view text
     return parameters;
 }
 
-} // namespace formats
+} // namespace vldv::formats

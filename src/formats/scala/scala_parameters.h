@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A channel of an Omicron SCALA measurement as its parameter file describes it.
 struct scala_channel {
@@ -44,4 +44,4 @@ bool is_scala_header(std::string_view head) noexcept;
 
 base::read_result<scala_parameters> parse_scala_parameters(std::string_view text);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -138,4 +138,4 @@ base::read_result<std::vector<recorded_image>> make_scala_points(std::span<scala
     return images;
 }
 
-} // namespace formats
+} // namespace vldv::formats

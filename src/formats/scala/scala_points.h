@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Curves that were taken at single points in one direction.
 struct scala_points {
@@ -34,4 +34,4 @@ base::read_result<scala_points> read_scala_points(source& data, const scala_chan
 base::read_result<std::vector<recorded_image>> make_scala_points(std::span<scala_points> parts,
                                                                  std::vector<std::string>& ids);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -98,4 +98,4 @@ contact_end contact_of_most(std::span<const contact_end> told) noexcept
     return all ? contact_end::unclear : contact_end::unknown;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 
 // What tells at which end of a force curve probe and sample touch. Nothing here depends on a format.
 
-namespace formats {
+namespace vldv::formats {
 
 /// Where the contact lies in a record as a file stores it. `unclear`: what tells it contradicts itself.
 enum class contact_end { unknown, first, last, unclear };
@@ -35,4 +35,4 @@ contact_end contact_by_force(std::span<const double> forces);
 /// What most curves tell, three of four of those that tell anything; `unclear` when they do not agree so far.
 contact_end contact_of_most(std::span<const contact_end> told) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

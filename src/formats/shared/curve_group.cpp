@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cassert>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -82,4 +82,4 @@ std::vector<recorded_image> make_curves_over(const curve_positions& positions, c
     return images;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A curve among others of the same channel.
 struct named_curve {
@@ -39,4 +39,4 @@ std::vector<recorded_image> make_curves_over(const curve_positions& positions, c
                                              const value_scale& scale, std::span<const named_curve> curves,
                                              std::vector<std::string>& ids);
 
-} // namespace formats
+} // namespace vldv::formats

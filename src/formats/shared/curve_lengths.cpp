@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* 
     return lengths;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Key of the image text that tells how many samples the curves of an image hold, in stored order, separated by blanks
 /// (tabs, line ends and commas will do). What stands behind them in the stream is padding.
@@ -16,4 +16,4 @@ constexpr const char* curveLengthsKey = "\\Curve lengths";
 /// not measured. Empty for a stream without samples.
 VLDV_INTERNAL_API std::vector<std::size_t> curve_lengths(const SPMDataStream& stream, const char* told);
 
-} // namespace formats
+} // namespace vldv::formats

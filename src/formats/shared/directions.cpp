@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -97,4 +97,4 @@ directed_name split_direction(const std::string& name)
     return {std::string(base::trimmed(name)), scan_direction::unknown};
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Along which way of the fast axis a plane was recorded.
 enum class scan_direction { unknown, forward, reverse };
@@ -40,4 +40,4 @@ struct directed_name {
 /// around them.
 directed_name split_direction(const std::string& name);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <tuple>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -176,4 +176,4 @@ std::vector<std::string> group_leaders(const std::vector<std::string>& names)
     return leaders;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Reads one file of a group by itself.
 using channel_file_reader = base::read_result<recording> (*)(source& file);
@@ -29,4 +29,4 @@ base::read_result<recording> read_file_group(source& file, channel_file_reader r
 /// those whose tag comes soonest. The name itself where it is in no group.
 std::vector<std::string> group_leaders(const std::vector<std::string>& names);
 
-} // namespace formats
+} // namespace vldv::formats

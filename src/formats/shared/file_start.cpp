@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 base::read_result<std::string> read_text_before(source& file, std::string_view endMark, std::uint64_t longest)
 {
@@ -29,4 +29,4 @@ std::string read_start(source& file, std::uint64_t bytes)
     return text;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The text header of a binary file: all before the first `endMark`, which has to stand within `longest` bytes. Reads
 /// on until it is found, so that the samples need not be looked at. The reason for a failure names the mark.
@@ -15,4 +15,4 @@ base::read_result<std::string> read_text_before(source& file, std::string_view e
 /// The first bytes of a file, fewer when it is shorter; empty when they cannot be read.
 std::string read_start(source& file, std::uint64_t bytes);
 
-} // namespace formats
+} // namespace vldv::formats

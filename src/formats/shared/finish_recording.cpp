@@ -8,7 +8,7 @@
 #include <cmath>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -152,4 +152,4 @@ base::read_result<recording> finish_recording(base::read_result<recording> read)
     return read;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What each recording goes through before it leaves the readers:
 /// - an image with an axis whose start or scale is infinite or no number, or whose scale is 0, or with a dimension
@@ -22,4 +22,4 @@ void make_step_positive(SPMDataStream& stream);
 /// Says what is not as it should be in the text `key`, "Frames left out", and in a warning.
 void leave_note(recording& out, const std::string& key, const std::string& text);
 
-} // namespace formats
+} // namespace vldv::formats

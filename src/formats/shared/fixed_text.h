@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Bytes as text, as they stand.
 inline std::string_view as_text(std::span<const std::byte> bytes) noexcept
@@ -17,4 +17,4 @@ inline std::string_view as_text(std::span<const std::byte> bytes) noexcept
 /// A text of a binary header that fills `width` bytes, as `header_text` gives it.
 inline std::string fixed_text(base::byte_reader& in, std::size_t width) { return header_text(as_text(in.take(width))); }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -185,4 +185,4 @@ void note_deflection_sign(recorded_image& image)
         falling + " falls where " + values.get_axis(0).get_units() + " rises: the sensitivity is below 0";
 }
 
-} // namespace formats
+} // namespace vldv::formats

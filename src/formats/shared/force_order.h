@@ -9,7 +9,7 @@
 // Force records start at the contact: sample 0 of approach and retract is where probe and sample touch, the last one is
 // the free end. What is told here does not depend on a format.
 
-namespace formats {
+namespace vldv::formats {
 
 /// The text that tells how a file has the curves of an image.
 inline constexpr const char* recordedOrderKey = "\\Recorded order";
@@ -41,4 +41,4 @@ bool holds_forces(const SPMDataStream& stream);
 /// force, rises: the sensitivity is below 0 then. Only for deflections.
 void note_deflection_sign(recorded_image& image);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -95,4 +95,4 @@ const format_note& note_of(SupportedFileTypes type) noexcept
     return found == std::end(notes) ? unknown : *found;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -2,7 +2,7 @@
 #include "formats/registry.h"
 #include "vldv_api.h"
 
-namespace formats {
+namespace vldv::formats {
 
 /// What people are told of a format: its own name, and what of it is read. The registry's row has the name that the
 /// file dialog shows, which for some extensions is that of another program.
@@ -17,4 +17,4 @@ struct format_note {
 /// The note of a format; every row of the registry has one.
 VLDV_INTERNAL_API const format_note& note_of(SupportedFileTypes type) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

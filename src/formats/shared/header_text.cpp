@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -101,4 +101,4 @@ void add_xml_strings(std::string_view utf8, std::map<std::string, std::string>& 
     leaf_collector(strings).load_xml(in);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A text of a header as documents keep it: UTF-8 (bytes that are none are taken for code page 1252), control
 /// characters as blanks, up to the first zero byte, without blanks around it.
@@ -23,4 +23,4 @@ void join_strings(std::map<std::string, std::string>& strings, const std::map<st
 /// "Scan.Common.Date". \param utf8  with or without declaration; what is not well-formed is used as far as it goes
 void add_xml_strings(std::string_view utf8, std::map<std::string, std::string>& strings);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <cassert>
 #include <limits>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -90,4 +90,4 @@ std::string describe_scale(const value_scale& scale)
     return text + " from " + (scale.origin.empty() ? unknownOrigin : scale.origin);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// How the samples of one channel turn into physical values.
 struct value_scale {
@@ -43,4 +43,4 @@ constexpr const char* unknownOrigin = "the numbers as they stand";
 /// "raw * 1.5 + 0 [nm] from Z scale, Sens. Zsens": how a scale came to be.
 std::string describe_scale(const value_scale& scale);
 
-} // namespace formats
+} // namespace vldv::formats

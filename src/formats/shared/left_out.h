@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The text that tells what a reader left out or changed, a line each.
 constexpr const char* readerNote = "\\Reader note";
@@ -63,4 +63,4 @@ private:
     std::size_t others = 0;
 };
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 
 // Where the contact lies in records of which the file does not say it.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -273,4 +273,4 @@ void order_by_forces(recording& content)
     }
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -115,4 +115,4 @@ bool is_strictly_monotonic(std::span<const double> values) noexcept
     return true;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Points that fill a regular rectangular grid, each node once.
 struct point_grid {
@@ -33,4 +33,4 @@ std::optional<even_steps> find_even_steps(std::span<const double> values);
 /// True when every value is greater than the one before, or every value smaller.
 bool is_strictly_monotonic(std::span<const double> values) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

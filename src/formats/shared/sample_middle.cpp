@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -107,4 +107,4 @@ std::optional<middle_range> half_of_samples(const SPMDataStream& stream, const s
     return half;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Between which raw numbers the middle 99.8 % of a set lie: a thousandth of the samples, at least one, is below, as
 /// many above.
@@ -24,4 +24,4 @@ std::optional<middle_range> narrow_middle(const SPMDataStream& stream, const std
 /// that are spread over all. Nothing for fewer than 4 measured ones.
 std::optional<middle_range> half_of_samples(const SPMDataStream& stream, const std::vector<bool>& isVoid);
 
-} // namespace formats
+} // namespace vldv::formats

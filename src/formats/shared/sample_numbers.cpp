@@ -5,7 +5,7 @@
 #include <cassert>
 #include <cstring>
 
-namespace formats {
+namespace vldv::formats {
 
 static_assert(std::endian::native == std::endian::little, "samples of little-endian files are read as they stand");
 
@@ -96,4 +96,4 @@ bool holds_numbers(std::uint64_t size, std::uint64_t offset, std::uint64_t count
     return offset <= size && numberBytes != 0 && count <= (size - offset) / numberBytes;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 enum class byte_order { little, big };
 
@@ -25,4 +25,4 @@ bool read_numbers(source& file, std::uint64_t offset, std::uint64_t count, SPMVa
 /// True when `count` numbers of `numberBytes` stand from `offset` on in `size` bytes. No sum or product wraps round.
 bool holds_numbers(std::uint64_t size, std::uint64_t offset, std::uint64_t count, std::uint64_t numberBytes) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 
 // How the numbers of files become 16-bit samples.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -107,4 +107,4 @@ void settle_markers(recorded_image& image, std::span<const std::int16_t> markers
     note_voids(image, fill_marked(image.stream, markers));
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -51,4 +51,4 @@ bool take_number(std::string_view& text, double& number)
     return true;
 }
 
-} // namespace formats
+} // namespace vldv::formats

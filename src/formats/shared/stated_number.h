@@ -5,7 +5,7 @@
 // Numbers in the texts of headers. They are decimal, and nothing but a blank or a unit may touch them: "24x.16 nm/V",
 // "0x03" and "1.5.2" are damaged, not 24, 3 and 1.5.
 
-namespace formats {
+namespace vldv::formats {
 
 /// The number at the front of a text, behind blanks, and in `rest` what follows it. Nothing when
 /// there is none or it is damaged. The number may be NaN or infinite.
@@ -18,4 +18,4 @@ std::optional<double> lone_number(std::string_view text);
 /// and takes all.
 bool take_number(std::string_view& text, double& number);
 
-} // namespace formats
+} // namespace vldv::formats

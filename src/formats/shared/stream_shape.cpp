@@ -9,7 +9,7 @@
 #include <limits>
 #include <new>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -94,4 +94,4 @@ void note_curve_lengths(recorded_image& image, unsigned points, std::span<const 
 
 bool is_image_side(std::uint64_t length) noexcept { return length >= 1 && length <= 65536; }
 
-} // namespace formats
+} // namespace vldv::formats

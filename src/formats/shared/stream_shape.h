@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One dimension of a stream: how many samples, and where they lie.
 struct extent {
@@ -78,4 +78,4 @@ void note_curve_lengths(recorded_image& image, unsigned points, std::span<const 
 /// True for a side from 1 to 65536.
 bool is_image_side(std::uint64_t length) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

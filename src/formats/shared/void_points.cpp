@@ -9,7 +9,7 @@
 
 // What happens to samples that are no measurement.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -259,4 +259,4 @@ std::size_t count_implausible(const SPMDataStream& stream)
     return count;
 }
 
-} // namespace formats
+} // namespace vldv::formats

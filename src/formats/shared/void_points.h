@@ -15,7 +15,7 @@
 // ends at the value of the nearest, so that an analysis finds nothing in them; curves without any sample, and surfaces,
 // get the lowest measured value.
 
-namespace formats {
+namespace vldv::formats {
 
 struct void_count {
     std::size_t all = 0, absurd = 0;
@@ -42,4 +42,4 @@ VLDV_INTERNAL_API std::vector<void_range> convert_measured(SPMDataStream& stream
 /// How many numbers are NaN, infinite or of absurd magnitude.
 std::size_t count_implausible(const SPMDataStream& stream);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -103,4 +103,4 @@ std::vector<void_range> turned_ranges(std::span<const void_range> ranges, const 
     return out;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -11,7 +11,7 @@
 
 // Which samples of curves were not measured. They hold numbers, see void_points.h, that no analysis may take for data.
 
-namespace formats {
+namespace vldv::formats {
 
 /// Samples that were not measured, numbered through a whole stream.
 struct void_range {
@@ -48,4 +48,4 @@ measured_part measured_part_of(std::size_t length, std::initializer_list<curve_v
 std::vector<void_range> turned_ranges(std::span<const void_range> ranges, const std::vector<bool>& turned,
                                       std::span<const std::size_t> lengths, std::size_t points);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <vector>
 #include <zip.h>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What libzip's callback needs between two calls.
 struct zip_reader::source_state {
@@ -220,4 +220,4 @@ std::string zip_reader::unpack_pieces(const entry& which, std::span<std::byte> o
     return {};
 }
 
-} // namespace formats
+} // namespace vldv::formats

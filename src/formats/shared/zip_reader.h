@@ -13,7 +13,7 @@
 struct zip;
 struct libdeflate_decompressor;
 
-namespace formats {
+namespace vldv::formats {
 
 /// Reads entries of a zip archive on a source. What an archive claims is checked before anything is allocated for it.
 class VLDV_INTERNAL_API zip_reader {
@@ -64,4 +64,4 @@ private:
     std::map<std::string, entry> entries;
 };
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -137,4 +137,4 @@ base::read_result<recording> read_aist(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -183,4 +183,4 @@ base::read_result<aist_tree> parse_aist_tree(std::span<const std::byte> bytes)
     return tree_parser(bytes).parse();
 }
 
-} // namespace formats
+} // namespace vldv::formats

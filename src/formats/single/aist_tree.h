@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A picture of an AIST-NT file. The samples stay in the bytes of the file.
 struct aist_raster {
@@ -41,4 +41,4 @@ bool may_be_aist_tree(std::span<const std::byte> head) noexcept;
 /// looks into `bytes`.
 base::read_result<aist_tree> parse_aist_tree(std::span<const std::byte> bytes);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -13,7 +13,7 @@
 #include <map>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -241,4 +241,4 @@ base::read_result<recording> read_bcr(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

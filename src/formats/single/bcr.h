@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True for BCR files of whole numbers and of floating-point numbers, their header in ASCII or UTF-16.
 bool sniff_bcr(std::span<const std::byte> head);
@@ -14,4 +14,4 @@ bool sniff_bcr(std::span<const std::byte> head);
 /// Reads the image of a BCR file; points marked as not measured take the lowest value.
 base::read_result<recording> read_bcr(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -191,4 +191,4 @@ base::read_result<recording> read_hdf(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Images of the ProScan program: HDF 4 files with a header block of its own. Other HDF files are refused by name.
 base::read_result<recording> read_hdf(source& file);
@@ -14,4 +14,4 @@ base::read_result<recording> read_hdf(source& file);
 /// True for any HDF file, so that the others are told apart with a reason.
 bool sniff_hdf(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

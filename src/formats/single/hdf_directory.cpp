@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -70,4 +70,4 @@ base::read_result<std::vector<std::byte>> read_hdf_element(source& file, const h
     return bytes;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// One entry of the directory of an HDF 4 file: what a piece of it is and where it lies.
 struct hdf_element {
@@ -31,4 +31,4 @@ base::read_result<hdf_directory> read_hdf_directory(source& file);
 base::read_result<std::vector<std::byte>> read_hdf_element(source& file, const hdf_element& element,
                                                            std::uint64_t most);
 
-} // namespace formats
+} // namespace vldv::formats

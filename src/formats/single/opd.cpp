@@ -12,7 +12,7 @@
 #include <limits>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -259,4 +259,4 @@ base::read_result<recording> read_opd(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

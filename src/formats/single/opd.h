@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 bool sniff_opd(std::span<const std::byte> head);
 /// True for the later kind of file that only shares the name: the reader says so.
@@ -21,4 +21,4 @@ constexpr const char* no_wyko_pixel_size = "no Pixel_size in the file: sides are
 /// Reads heights, then intensities, of an interferometer's file.
 base::read_result<recording> read_opd(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

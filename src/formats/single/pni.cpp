@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+using namespace vldv;
+
+namespace vldv::formats {
 
 namespace {
 
@@ -96,7 +98,7 @@ bool sniff_pni(std::span<const std::byte> head)
     return is_image_side(in.u32()) && is_image_side(in.u32());
 }
 
-} // namespace formats
+} // namespace vldv::formats
 
 base::read_result<formats::recording> pni_reader(formats::source& file)
 {

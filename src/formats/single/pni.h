@@ -8,9 +8,9 @@
 #include <span>
 
 /// Reads one Pacific Nanotechnology file (.pni): one channel in one direction.
-VLDV_API base::read_result<formats::recording> pni_reader(formats::source& file);
+VLDV_API vldv::base::read_result<vldv::formats::recording> pni_reader(vldv::formats::source& file);
 
-namespace formats {
+namespace vldv::formats {
 
 /// A Pacific Nanotechnology file with the other channels of the same scan.
 base::read_result<recording> read_pni_group(source& file);
@@ -20,4 +20,4 @@ bool sniff_pni(std::span<const std::byte> head);
 /// The version alone, of a file whose name says what it is.
 bool possible_pni(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

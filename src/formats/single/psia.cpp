@@ -10,7 +10,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -205,4 +205,4 @@ base::read_result<recording> read_psia(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The heights that PSIA and Park microscopes keep in private tags of a TIFF file, the page of which is no more than a
 /// picture of them. Line profiles, spectroscopy and packed samples are refused.
@@ -16,4 +16,4 @@ bool sniff_psia(std::span<const std::byte> head);
 /// As above for a directory that lies anywhere in the file.
 bool is_psia(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -130,4 +130,4 @@ base::read_result<recording> read_sm2(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

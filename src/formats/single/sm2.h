@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// RHK SPM32 files: pages of images and curves. Behind the first page, one that cannot be read ends the file; the
 /// string "Unread pages" says why. Files of the name that are another program's have no layout that is public.
@@ -16,4 +16,4 @@ bool sniff_sm2(std::span<const std::byte> head);
 /// Any file: the reader tells what cannot be opened.
 bool possible_sm2(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

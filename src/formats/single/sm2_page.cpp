@@ -10,7 +10,7 @@
 #include <limits>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -172,4 +172,4 @@ base::read_result<sm2_page> parse_sm2_page(std::span<const std::byte> bytes)
     return page;
 }
 
-} // namespace formats
+} // namespace vldv::formats

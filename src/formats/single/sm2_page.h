@@ -8,7 +8,7 @@
 #include <span>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 constexpr std::size_t sm2HeaderBytes = 512;
 
@@ -34,4 +34,4 @@ bool is_sm2_page(std::span<const std::byte> head) noexcept;
 /// Reads the text header of a page from its 512 bytes.
 base::read_result<sm2_page> parse_sm2_page(std::span<const std::byte> header);
 
-} // namespace formats
+} // namespace vldv::formats

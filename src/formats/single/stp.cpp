@@ -8,7 +8,7 @@
 #include "formats/shared/stream_shape.h"
 #include "formats/single/stp_header.h"
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -103,4 +103,4 @@ base::read_result<recording> read_stp(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,11 +6,11 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Molecular Imaging files: a text header and buffers of unsigned 16-bit samples.
 base::read_result<recording> read_stp(source& file);
 
 bool sniff_stp(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

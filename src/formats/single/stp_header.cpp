@@ -10,7 +10,7 @@
 #include <cmath>
 #include <optional>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -160,4 +160,4 @@ base::read_result<stp_header> parse_stp_header(std::string_view text)
     return header;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// An image of a Molecular Imaging file.
 struct stp_buffer {
@@ -33,4 +33,4 @@ bool is_stp_header(std::string_view head) noexcept;
 /// Reads the lines before the data.
 base::read_result<stp_header> parse_stp_header(std::string_view text);
 
-} // namespace formats
+} // namespace vldv::formats

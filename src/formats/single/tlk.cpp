@@ -4,7 +4,7 @@
 #include "formats/shared/file_start.h"
 #include "formats/text/text_table.h"
 
-namespace formats {
+namespace vldv::formats {
 
 bool possible_tlk(std::span<const std::byte>) { return true; }
 
@@ -16,4 +16,4 @@ base::read_result<recording> read_tlk(source& file)
     return base::read_error{0, "TLK files have no public layout and are not supported"};
 }
 
-} // namespace formats
+} // namespace vldv::formats

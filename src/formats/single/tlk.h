@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// TLK files: their layout is not public. What is a text table by its content opens as one, all others are refused
 /// with a reason that says so.
@@ -15,4 +15,4 @@ base::read_result<recording> read_tlk(source& file);
 /// Any file that no other format is certain of.
 bool possible_tlk(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

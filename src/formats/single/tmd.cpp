@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -62,4 +62,4 @@ base::read_result<recording> read_tmd(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

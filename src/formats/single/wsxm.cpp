@@ -12,7 +12,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -232,4 +232,4 @@ base::read_result<recording> read_wsxm(source& file)
     return base::read_error{0, "files of the kind \"" + header->kind + "\" cannot be opened, only images and curves"};
 }
 
-} // namespace formats
+} // namespace vldv::formats

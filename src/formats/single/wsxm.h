@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// True for a WSxM file; its exports as tables are text tables and not meant.
 bool sniff_wsxm(std::span<const std::byte> head);
@@ -14,4 +14,4 @@ bool sniff_wsxm(std::span<const std::byte> head);
 /// Reads images of all number types and curve files; the other kinds are refused by name.
 base::read_result<recording> read_wsxm(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 const std::string& wsxm_header::value(const std::string& section, const std::string& label) const
 {
@@ -66,4 +66,4 @@ base::read_result<wsxm_header> read_wsxm_header(source& file)
     return header;
 }
 
-} // namespace formats
+} // namespace vldv::formats

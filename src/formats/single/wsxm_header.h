@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The text part of a WSxM file.
 struct wsxm_header {
@@ -30,4 +30,4 @@ std::optional<quantity> wsxm_quantity(std::string text);
 
 base::read_result<wsxm_header> read_wsxm_header(source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+using namespace vldv;
+
+namespace vldv::formats {
 
 namespace {
 
@@ -158,7 +160,7 @@ base::read_result<recording> read_sur_group(source& file) { return read_file_gro
 
 bool sniff_sur(std::span<const std::byte> head) { return is_sur_header(head); }
 
-} // namespace formats
+} // namespace vldv::formats
 
 base::read_result<formats::recording> sur_reader(formats::source& file)
 {

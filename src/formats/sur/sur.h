@@ -9,13 +9,13 @@
 
 /// Reads one Digital Surf file (.sur, .pro): each object as an image, profiles and spectra as curves, a spectral map
 /// as a volume with the spectrum as its fastest dimension.
-VLDV_API base::read_result<formats::recording> sur_reader(formats::source& file);
+VLDV_API vldv::base::read_result<vldv::formats::recording> sur_reader(vldv::formats::source& file);
 
-namespace formats {
+namespace vldv::formats {
 
 /// A Digital Surf file with the other channels of the same scan.
 base::read_result<recording> read_sur_group(source& file);
 
 bool sniff_sur(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -130,4 +130,4 @@ base::read_result<sur_object> parse_sur_object(std::span<const std::byte> header
     return object;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 constexpr std::size_t surHeaderBytes = 512;
 constexpr std::uint64_t surKindAt = 18; ///< an object of a kind without a known layout is refused there
@@ -67,4 +67,4 @@ bool is_sur_header(std::span<const std::byte> bytes) noexcept;
 /// Reads and checks the header of an object from its 512 bytes.
 base::read_result<sur_object> parse_sur_object(std::span<const std::byte> header);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 
 #include <libdeflate.h>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -102,4 +102,4 @@ std::string read_sur_values(source& file, const sur_object& object, std::uint64_
     return {};
 }
 
-} // namespace formats
+} // namespace vldv::formats

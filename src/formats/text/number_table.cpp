@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -310,4 +310,4 @@ base::read_result<number_table> read_numbers(const text_content& content, line_c
     return std::move(table);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 class source;
 
@@ -42,4 +42,4 @@ struct stated_table {
 base::read_result<number_table> read_numbers(const text_content& content, line_cursor& at, const number_layout& layout,
                                              const stated_table& stated, source& file);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -382,4 +382,4 @@ std::map<std::string, std::string> header_strings(const header_lines& lines, std
     return strings;
 }
 
-} // namespace formats
+} // namespace vldv::formats

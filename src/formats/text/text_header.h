@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What a header says about the numbers below it.
 struct table_header {
@@ -64,4 +64,4 @@ bool may_be_heading(std::string_view line);
 /// together under "Header", repeated keys keep all their values.
 std::map<std::string, std::string> header_strings(const header_lines& lines, std::size_t skipped);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 
 // What separates the numbers of a text, what marks their decimals and what groups their digits.
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -256,4 +256,4 @@ const char* told_doubt(number_doubt doubt) noexcept
     return nullptr;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -99,4 +99,4 @@ bool line_cursor::next(std::string_view& line) noexcept
     return true;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 class source;
 
@@ -42,4 +42,4 @@ private:
     bool lineFeedKnown = false;
 };
 
-} // namespace formats
+} // namespace vldv::formats

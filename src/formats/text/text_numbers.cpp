@@ -8,7 +8,7 @@
 #include <cmath>
 #include <limits>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -258,4 +258,4 @@ line_content number_scanner::scan(std::string_view line, std::vector<double>& ou
     return startsWithNumber || is_digit(*at) ? line_content::wrong : line_content::comment;
 }
 
-} // namespace formats
+} // namespace vldv::formats

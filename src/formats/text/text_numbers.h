@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What could be read in another way.
 enum class number_doubt : std::uint8_t {
@@ -88,4 +88,4 @@ private:
     std::string_view wrongField;
 };
 
-} // namespace formats
+} // namespace vldv::formats

@@ -10,7 +10,7 @@
 #include <cmath>
 #include <limits>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -309,4 +309,4 @@ base::read_result<recording> shape_table(number_table table, const table_header&
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

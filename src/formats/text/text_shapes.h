@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Turns a table of numbers into the images or curves it stands for, after the header and, where that leaves it open,
 /// after the numbers: a wide table is the rows of an image; x, y and values on a grid are an image for each value;
@@ -15,4 +15,4 @@ namespace formats {
 base::read_result<recording> shape_table(number_table table, const table_header& header,
                                          const std::vector<column_heading>& headings);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -16,7 +16,7 @@
 #include <limits>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -239,4 +239,4 @@ bool possible_text_table(std::span<const std::byte> head)
            !is_foreign_header(first_lines(*content));
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// Text tables: images as matrices or as points on a grid, curves in columns, with or without a header, in any of the
 /// usual encodings, separators and decimal marks.
@@ -17,4 +17,4 @@ bool sniff_text_table(std::span<const std::byte> head);
 /// True for what looks like text and holds a number.
 bool possible_text_table(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <array>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -171,4 +171,4 @@ column_heading parse_heading(std::string_view text)
     return {tidy_name(text, {}), {}};
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A unit as this system writes it: every spelling of micro becomes U+00B5, words like "microns" or "sec" their
 /// symbol, Angstrom U+00C5. Text that is no known unit comes back trimmed and else unchanged.
@@ -32,4 +32,4 @@ struct column_heading {
 };
 column_heading parse_heading(std::string_view text);
 
-} // namespace formats
+} // namespace vldv::formats

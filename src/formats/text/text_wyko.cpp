@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string_view>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -90,4 +90,4 @@ std::map<std::string, std::string> wyko_strings(const header_lines& lines)
     return strings;
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -1,7 +1,7 @@
 #pragma once
 #include "formats/text/text_header.h"
 
-namespace formats {
+namespace vldv::formats {
 
 /// Text exports of optical profilers, "Wyko ASCII Data File Format": heights in wavelengths, a line for each column
 /// from the bottom up. Further arrays of the same size may follow, each behind a line that begins with its name.
@@ -12,4 +12,4 @@ void apply_wyko_array(const header_lines& lines, const std::string& nameLine, ta
 /// The values of the header under their keys, without the types and lengths that stand between them.
 std::map<std::string, std::string> wyko_strings(const header_lines& lines);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include "formats/wip/wip_samples.h"
 #include "formats/wip/wip_strings.h"
 
-namespace formats {
+namespace vldv::formats {
 
 bool sniff_wip(std::span<const std::byte> head) { return is_wip_head(head); }
 
@@ -41,4 +41,4 @@ base::read_result<recording> read_wip(source& file)
     return result;
 }
 
-} // namespace formats
+} // namespace vldv::formats

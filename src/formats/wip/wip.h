@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 /// WITec projects: pictures as images, single spectra as curves, spectral maps as volumes with the spectrum fastest.
 /// An object that cannot be read is named in the string "Skipped objects" and does not stop the others.
@@ -14,4 +14,4 @@ base::read_result<recording> read_wip(source& file);
 
 bool sniff_wip(std::span<const std::byte> head);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <span>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -232,4 +232,4 @@ std::vector<double> wip_project::table(const wip_object& transformation, unsigne
     return {};
 }
 
-} // namespace formats
+} // namespace vldv::formats

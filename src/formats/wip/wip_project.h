@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A data object of a project.
 struct wip_object {
@@ -61,4 +61,4 @@ private:
     std::map<long long, std::size_t> byNumber;
 };
 
-} // namespace formats
+} // namespace vldv::formats

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -225,4 +225,4 @@ base::read_result<std::vector<recorded_image>> read_wip_object(source& file, con
                                          : read_graph(file, project, object, ids);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// The images that an object makes: none with a reason, else the object's own and, before it, the places of its
 /// values where these are not even. `ids` holds the ids given so far.
@@ -15,4 +15,4 @@ base::read_result<std::vector<recorded_image>> read_wip_object(source& file, con
 /// True for the classes that are read.
 bool is_wip_data(const wip_object& object) noexcept;
 
-} // namespace formats
+} // namespace vldv::formats

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -68,4 +68,4 @@ std::map<std::string, std::string> wip_project_strings(source& file, const wip_t
     return strings;
 }
 
-} // namespace formats
+} // namespace vldv::formats

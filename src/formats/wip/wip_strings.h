@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-namespace formats {
+namespace vldv::formats {
 
 /// What the tags of an object say in texts, dates and single numbers: under their names, with "Class", and
 /// "Excitation wavelength" of its interpretation. Dates are the numbers that stand in the file.
@@ -14,4 +14,4 @@ std::map<std::string, std::string> wip_object_strings(source& file, const wip_pr
 /// The same for what stands in a project itself, outside of its data: "SystemInformation.SystemID".
 std::map<std::string, std::string> wip_project_strings(source& file, const wip_tag& root);
 
-} // namespace formats
+} // namespace vldv::formats

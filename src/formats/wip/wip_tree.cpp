@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace formats {
+namespace vldv::formats {
 
 namespace {
 
@@ -166,4 +166,4 @@ std::string read_wip_text(source& file, const wip_tag* tag)
     return fixed_text(in, length);
 }
 
-} // namespace formats
+} // namespace vldv::formats

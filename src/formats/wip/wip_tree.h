@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A tag of a WITec file: its value lies at `start` … `end` of the file, or is made of further tags.
 struct wip_tag {
@@ -48,4 +48,4 @@ std::optional<double> read_wip_number(source& file, const wip_tag* tag);
 /// The first text, as UTF-8.
 std::string read_wip_text(source& file, const wip_tag* tag);
 
-} // namespace formats
+} // namespace vldv::formats

@@ -7,6 +7,8 @@
 #include <QListWidget>
 #include <QTextBrowser>
 
+using namespace vldv;
+
 namespace {
 
 constexpr QSize usualSize(820, 620);

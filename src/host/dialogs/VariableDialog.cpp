@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 /// Ends the window with its dialog.

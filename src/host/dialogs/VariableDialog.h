@@ -40,9 +40,9 @@ private:
     std::vector<placed_button> buttons;
 };
 
-namespace host {
+namespace vldv::host {
 
 /// Shows the variables of a prompt below the list of files.
 void add_open_options(QFileDialog& dialog, const open_prompt& prompt);
 
-} // namespace host
+} // namespace vldv::host

@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QToolButton>
 
+using namespace vldv;
+
 CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidget(parent), model(&model_)
 {
     /// Tells the widget of changes of the list.

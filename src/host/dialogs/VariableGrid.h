@@ -28,12 +28,12 @@ private:
     struct shown_row {
         std::string name, label;
         SPMVarType type;
-        host::variable_editor editor;
+        vldv::host::variable_editor editor;
     };
     bool showsSameRows() const;
     void rebuild();
-    host::variable_editor addOption(unsigned row);
-    host::variable_editor addHeading(unsigned row);
+    vldv::host::variable_editor addOption(unsigned row);
+    vldv::host::variable_editor addHeading(unsigned row);
     /// Hides what stands under headings that the user folded.
     void showFolds();
     void showValues();

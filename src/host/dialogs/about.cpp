@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QMessageBox>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int pictureSide = 64; // pixels

@@ -6,6 +6,8 @@
 #include <QHeaderView>
 #include <QTreeView>
 
+using namespace vldv;
+
 namespace {
 
 /// Pictures and types by the name alone. The toolkit would read the begin of each file for them, in the thread that

@@ -3,9 +3,9 @@
 
 class QFileDialog;
 
-namespace host {
+namespace vldv::host {
 
 /// What all file dialogs have in common. \param filter  "name|*.a;*.b|name|*.c||"
 void prepare_file_dialog(QFileDialog& dialog, const std::string& filter);
 
-} // namespace host
+} // namespace vldv::host

@@ -16,6 +16,8 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr QSize swatchSize(30, 14); // pixels

@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <functional>
 
-namespace host {
+namespace vldv::host {
 
 /// The widget that edits one variable, and how it is told of another value.
 struct variable_editor {
@@ -18,4 +18,4 @@ struct variable_editor {
 variable_editor make_variable_editor(const SPMVarList& list, const SPMVar& variable,
                                      const std::function<void(const QString&)>& store);
 
-} // namespace host
+} // namespace vldv::host

@@ -27,6 +27,8 @@
 #include <QScreen>
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr QSize openDialogSize(960, 560);

@@ -50,6 +50,6 @@ private:
     CMainWindow* main = nullptr;
     std::unique_ptr<IClipboard> clips;
     std::unique_ptr<IScreen> display;
-    host::printing printer;
+    vldv::host::printing printer;
     CReadProgress reading; ///< during the innermost wait cursor: what went wrong is told under the next one
 };

@@ -15,7 +15,9 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-namespace host {
+using namespace vldv;
+
+namespace vldv::host {
 
 QRect qt_rect(const CRect& rect) { return {rect.left, rect.top, rect.Width(), rect.Height()}; }
 CRect rect_of(const QRect& rect) { return CRect({rect.x(), rect.y()}, CSize{rect.width(), rect.height()}); }
@@ -26,7 +28,7 @@ QWidget* widget_of(const CWnd* window)
     return peer ? peer->content() : nullptr;
 }
 
-} // namespace host
+} // namespace vldv::host
 
 namespace {
 

@@ -63,11 +63,11 @@ private:
     QPointer<QWidget> parentBeforeFullScreen;
 };
 
-namespace host {
+namespace vldv::host {
 
 QRect qt_rect(const CRect& rect);
 CRect rect_of(const QRect& rect);
 /// Null or a peer's content widget.
 QWidget* widget_of(const CWnd* window);
 
-} // namespace host
+} // namespace vldv::host

@@ -10,6 +10,8 @@
 #include <QScreen>
 #include <QStyle>
 
+using namespace vldv;
+
 namespace {
 
 class qt_clipboard : public IClipboard {

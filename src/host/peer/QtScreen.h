@@ -4,9 +4,9 @@
 
 #include <memory>
 
-namespace host {
+namespace vldv::host {
 
 std::unique_ptr<IClipboard> make_clipboard();
 std::unique_ptr<IScreen> make_screen();
 
-} // namespace host
+} // namespace vldv::host

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 
-namespace host {
+namespace vldv::host {
 
 QString text_of_path(const std::wstring& path) { return QString::fromStdWString(path); }
 
@@ -23,4 +23,4 @@ std::wstring path_of_url(const QUrl& url)
     return base::widen(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString());
 }
 
-} // namespace host
+} // namespace vldv::host

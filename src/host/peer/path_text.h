@@ -3,7 +3,7 @@
 #include <QUrl>
 #include <string>
 
-namespace host {
+namespace vldv::host {
 
 // Paths between the logic and the toolkit. A byte that is no UTF-8 is a lone surrogate (U+DC80 … U+DCFF) in both; the
 // toolkit's own conversions would replace it, and the file would not be found.
@@ -13,4 +13,4 @@ std::wstring path_of_text(const QString& text);
 /// The file that a local URL names.
 std::wstring path_of_url(const QUrl& url);
 
-} // namespace host
+} // namespace vldv::host

@@ -6,7 +6,7 @@
 #include <array>
 #include <map>
 
-namespace host {
+namespace vldv::host {
 
 namespace {
 
@@ -149,4 +149,4 @@ QCursor qt_cursor(cursor_shape shape)
     return index < shapes.size() ? shapes[index] : Qt::ArrowCursor;
 }
 
-} // namespace host
+} // namespace vldv::host

@@ -3,9 +3,9 @@
 
 #include <QCursor>
 
-namespace host {
+namespace vldv::host {
 
 /// The pointer of the toolkit, or a drawn one where it has none.
 QCursor qt_cursor(cursor_shape shape);
 
-} // namespace host
+} // namespace vldv::host

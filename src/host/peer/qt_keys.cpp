@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace host {
+namespace vldv::host {
 
 namespace {
 
@@ -41,4 +41,4 @@ unsigned mouse_flags_of(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifier
     return flags;
 }
 
-} // namespace host
+} // namespace vldv::host

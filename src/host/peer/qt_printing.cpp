@@ -47,7 +47,7 @@ public:
 
 } // namespace
 
-namespace host {
+namespace vldv::host {
 
 printing::printing() = default;
 printing::~printing() = default;
@@ -104,4 +104,4 @@ bool draw_job(QPrinter& printer, const print_job& job)
     return false;
 }
 
-} // namespace host
+} // namespace vldv::host

@@ -6,7 +6,7 @@
 class QPrinter;
 class QWidget;
 
-namespace host {
+namespace vldv::host {
 
 /// The printer that the user chose, for all views.
 class printing {
@@ -28,4 +28,4 @@ private:
 /// Draws the job on whole sheets: margins are the job's own. \return false when the printer refused
 bool draw_job(QPrinter& printer, const print_job& job);
 
-} // namespace host
+} // namespace vldv::host

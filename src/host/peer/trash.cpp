@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace host {
+namespace vldv::host {
 
 namespace {
 
@@ -48,4 +48,4 @@ bool move_to_trash(const std::wstring& path)
     return false;
 }
 
-} // namespace host
+} // namespace vldv::host

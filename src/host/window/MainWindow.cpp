@@ -38,6 +38,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int outputHeight = 110;                   // pixels

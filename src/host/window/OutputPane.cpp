@@ -5,6 +5,8 @@
 
 #include <QLineEdit>
 
+using namespace vldv;
+
 COutputPane::COutputPane(QWidget* parent) : QPlainTextEdit(parent) { setReadOnly(true); }
 
 std::wstring COutputPane::selectedText() const { return host::selected_text(*this).toStdWString(); }

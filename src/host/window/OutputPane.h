@@ -16,9 +16,9 @@ public:
     std::wstring paneTitle() const override { return L"Output"; }
 };
 
-namespace host {
+namespace vldv::host {
 
 /// "Copy", "Select All", "Undo" and "Redo" of a field for typing. \return false for others, and where it cannot
 bool field_command(QLineEdit& field, unsigned id, CCmdUI* ui);
 
-} // namespace host
+} // namespace vldv::host

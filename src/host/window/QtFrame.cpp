@@ -16,6 +16,8 @@
 #include <QTimer>
 #include <QToolBar>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew

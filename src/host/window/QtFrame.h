@@ -40,5 +40,5 @@ private:
 
     QTabBar* tabs;
     QToolBar* tools;
-    host::frame_drag drag;
+    vldv::host::frame_drag drag;
 };

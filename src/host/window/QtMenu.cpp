@@ -9,6 +9,8 @@
 #include <QPaintEvent>
 #include <QStyle>
 
+using namespace vldv;
+
 namespace {
 
 } // namespace

@@ -12,6 +12,8 @@
 #include <map>
 #include <set>
 
+using namespace vldv;
+
 CQtTextPane::CQtTextPane(CWnd& logic_, QWidget* parent)
     : CQtPeer(logic_, new QWidget(parent)), editor(new QPlainTextEdit(widget))
 {

@@ -8,12 +8,12 @@ class QLineEdit;
 class QPlainTextEdit;
 class QTableWidget;
 
-namespace host {
+namespace vldv::host {
 
 /// What is selected, lines ending in "\n".
 QString selected_text(const QPlainTextEdit& editor);
 
-} // namespace host
+} // namespace vldv::host
 
 /// A pane of text that can be selected and copied.
 class CQtTextPane : public CQtPeer {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace host {
+namespace vldv::host {
 
 namespace {
 
@@ -130,4 +130,4 @@ void run_named(const std::string& operation, const std::function<void()>& run)
     guarded(run, [&] { return operation; });
 }
 
-} // namespace host
+} // namespace vldv::host

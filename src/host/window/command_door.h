@@ -2,7 +2,7 @@
 #include <functional>
 #include <string>
 
-namespace host {
+namespace vldv::host {
 
 /// What menus call a command, without access key and dots: "Duplicate", "Save As". Also of an entry that the program
 /// supplies now; empty for a number that no menu has.
@@ -22,4 +22,4 @@ void after_commands(std::function<void()> work);
 /// The same as `run_command` for what has no number, as a file that is dropped on the window.
 void run_named(const std::string& operation, const std::function<void()>& run);
 
-} // namespace host
+} // namespace vldv::host

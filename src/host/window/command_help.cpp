@@ -4,6 +4,8 @@
 
 #include <QAction>
 
+using namespace vldv;
+
 void host::set_command_help(QAction& action, unsigned id, const char* shortcut)
 {
     const command_prompt prompt = command_prompt_of(id);

@@ -7,6 +7,8 @@
 #include <QPalette>
 #include <QSvgRenderer>
 
+using namespace vldv;
+
 // Resources of a static library are entered by hand, outside of any namespace.
 static void enter_resources() { Q_INIT_RESOURCE(workstation); }
 

@@ -7,7 +7,7 @@
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 
-namespace host {
+namespace vldv::host {
 
 int dragged_edge(const QRect& from, const QRect& to)
 {
@@ -52,4 +52,4 @@ bool frame_drag::handle(QEvent& event, QMdiSubWindow& window, const QRect& conte
     }
 }
 
-} // namespace host
+} // namespace vldv::host

@@ -8,7 +8,7 @@ class CChildFrame;
 class QEvent;
 class QMdiSubWindow;
 
-namespace host {
+namespace vldv::host {
 
 /// Follows the user's hand at the border and caption of a frame: tells the frame when it begins and ends, and keeps
 /// the shape that the frame wants meanwhile.
@@ -27,4 +27,4 @@ private:
 /// The edge, a `view::sizing_edge`, whose drag led from one rectangle to the other; 0 for none.
 int dragged_edge(const QRect& from, const QRect& to);
 
-} // namespace host
+} // namespace vldv::host

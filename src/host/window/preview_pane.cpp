@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int paneWidth = 220, settleTime = 150; // pixels; milliseconds before a file is read: the user may walk on

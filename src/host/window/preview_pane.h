@@ -3,9 +3,9 @@
 class QFileDialog;
 struct open_prompt;
 
-namespace host {
+namespace vldv::host {
 
 /// Shows beside the list of files what the chosen one holds, with a box to switch it off.
 void add_preview(QFileDialog& dialog, const open_prompt& prompt);
 
-} // namespace host
+} // namespace vldv::host

@@ -9,7 +9,7 @@
 #include <QMenuBar>
 #include <algorithm>
 
-namespace host {
+namespace vldv::host {
 
 namespace {
 
@@ -157,4 +157,4 @@ void fill_menu_bar(QMenuBar& bar, const std::vector<menu_row>& rows, const menu_
     }
 }
 
-} // namespace host
+} // namespace vldv::host

@@ -9,7 +9,7 @@
 class QMenu;
 class QMenuBar;
 
-namespace host {
+namespace vldv::host {
 
 using command_route = std::function<bool(unsigned id, CCmdUI* ui)>;
 
@@ -26,4 +26,4 @@ void fill_menu(QMenu& menu, const std::vector<menu_row>& rows, const menu_source
 /// The same for a bar, whose popups are filled each time they open. Popups that stood there before are given back.
 void fill_menu_bar(QMenuBar& bar, const std::vector<menu_row>& rows, const menu_source& source);
 
-} // namespace host
+} // namespace vldv::host

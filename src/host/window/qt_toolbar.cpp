@@ -12,6 +12,8 @@
 #include <QToolBar>
 #include <map>
 
+using namespace vldv;
+
 namespace {
 
 void show_state(QAction& action, const CCmdUI& state)
@@ -98,7 +100,7 @@ private:
 
 } // namespace
 
-namespace host {
+namespace vldv::host {
 
 void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes,
                   unhandled others)
@@ -154,4 +156,4 @@ void size_toolbar(QToolBar& bar, bool large)
     bar.setFont(font);
 }
 
-} // namespace host
+} // namespace vldv::host

@@ -7,7 +7,7 @@
 class QAction;
 class QToolBar;
 
-namespace host {
+namespace vldv::host {
 
 /// What becomes of commands that nobody handles now.
 enum class unhandled { leftOut, disabled };
@@ -24,4 +24,4 @@ void refresh_toolbar(QToolBar& bar, const command_route& route);
 /// \param large  pictures of 24 pixels and texts as elsewhere; otherwise 16 and smaller ones
 void size_toolbar(QToolBar& bar, bool large);
 
-} // namespace host
+} // namespace vldv::host

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace host {
+namespace vldv::host {
 
 std::vector<QRect> tiles(int count, const QSize& area, bool vertically)
 {
@@ -23,4 +23,4 @@ std::vector<QRect> tiles(int count, const QSize& area, bool vertically)
     return out;
 }
 
-} // namespace host
+} // namespace vldv::host

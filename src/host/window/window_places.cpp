@@ -8,6 +8,8 @@
 #include <QWindow>
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char *section = "Workstation", *geometryKey = "Geometry", *stateKey = "State",

@@ -4,7 +4,7 @@ class IProfile;
 class QMainWindow;
 class QWidget;
 
-namespace host {
+namespace vldv::host {
 
 // Place and size of the main window, its docks, toolbars and status bar, kept in the profile's section "Workstation".
 
@@ -15,4 +15,4 @@ void keep_places(const QMainWindow& window, IProfile& profile);
 /// Makes a shown window that is larger than its screen fit, say one whose size was given for another scale.
 void fit_to_screen(QWidget& window);
 
-} // namespace host
+} // namespace vldv::host

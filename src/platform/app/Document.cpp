@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <span>
 
+using namespace vldv;
+
 namespace {
 
 class file_archive : public CArchive {

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+using namespace vldv;
+
 namespace {
 
 std::string sentence(CArchiveException::cause_code cause, const std::wstring& path, const std::string& reason)

@@ -181,8 +181,8 @@ public:
     /// not wait. \return false when the program is ending: it will not run
     bool runOnInterfaceThread(std::function<void()> work) { return queue->post(std::move(work)); }
     /// Behind it; a thread that may outlive the host keeps it and asks it in place of the host.
-    const std::shared_ptr<platform::interface_queue>& interfaceQueue() const noexcept { return queue; }
+    const std::shared_ptr<vldv::platform::interface_queue>& interfaceQueue() const noexcept { return queue; }
 
 private:
-    std::shared_ptr<platform::interface_queue> queue = std::make_shared<platform::interface_queue>();
+    std::shared_ptr<vldv::platform::interface_queue> queue = std::make_shared<vldv::platform::interface_queue>();
 };

@@ -7,6 +7,8 @@
 #include <cassert>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 CWinApp* current = nullptr;

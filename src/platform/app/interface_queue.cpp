@@ -3,7 +3,7 @@
 #include <cassert>
 #include <utility>
 
-namespace platform {
+namespace vldv::platform {
 
 bool interface_queue::post(std::function<void()> work)
 {
@@ -56,4 +56,4 @@ void interface_queue::close()
     dropped.swap(waiting);
 }
 
-} // namespace platform
+} // namespace vldv::platform

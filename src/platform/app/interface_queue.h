@@ -5,7 +5,7 @@
 #include <functional>
 #include <mutex>
 
-namespace platform {
+namespace vldv::platform {
 
 /// What other threads want done on the interface thread. Threads share it with the host (`IHost::interfaceQueue`), so
 /// that it is there for one that outlives the program's windows; from `close` on it takes nothing more.
@@ -36,4 +36,4 @@ private:
     std::size_t missed = 0; ///< calls of `runNext` while works were held back
 };
 
-} // namespace platform
+} // namespace vldv::platform

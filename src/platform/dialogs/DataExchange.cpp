@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 constexpr std::size_t longestNumber = 256;

@@ -3,6 +3,8 @@
 #include "base/variables/declaration.h"
 #include "base/variables/option_display.h"
 
+using namespace vldv;
+
 namespace {
 
 const SPMVarList& no_variables()

@@ -2,6 +2,8 @@
 
 #include "platform/app/WinApp.h"
 
+using namespace vldv;
+
 CVarListDlg::~CVarListDlg()
 {
     if (isOpen()) EndDialog(resultCancel);

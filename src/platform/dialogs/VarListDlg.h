@@ -54,7 +54,7 @@ public:
     int result() const noexcept { return closedBy; }
     bool isOpen() const noexcept { return closedBy == 0; }
 
-    const platform::variable_layout& layout() const noexcept { return dialogLayout; }
+    const vldv::platform::variable_layout& layout() const noexcept { return dialogLayout; }
     CVarListCtrl& grid() noexcept { return rows; }
     SPMVarList& list() const noexcept { return *rows.GetVarList(); }
     CWnd* parent() const noexcept { return owner; }
@@ -66,7 +66,7 @@ public:
     bool isHeading(unsigned index) const { return rows.isHeading(index); }
     bool edit(unsigned index, const char* text) { return rows.edit(index, text); }
     /// A button of the layout was pressed.
-    void press(const platform::layout_button& button);
+    void press(const vldv::platform::layout_button& button);
 
     void setPeer(std::unique_ptr<IVarListDialogPeer> peer_) { peer = std::move(peer_); }
 
@@ -74,7 +74,7 @@ private:
     void setUp(SPMVarList* list, std::istream* layoutXml, unsigned fallback, CWnd* parent);
 
     CVarListCtrl rows;
-    platform::variable_layout dialogLayout;
+    vldv::platform::variable_layout dialogLayout;
     CVarListDlgHandler* handler = nullptr;
     CWnd* owner = nullptr;
     int closedBy = 0;

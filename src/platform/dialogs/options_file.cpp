@@ -9,7 +9,7 @@
 #include <optional>
 #include <span>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -207,4 +207,4 @@ void write_options_file(const std::filesystem::path& file, const options_section
     write_text_file(file, text);
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
+namespace vldv::platform {
 
 struct options_entry {
     std::string key, value;
@@ -45,4 +45,4 @@ std::vector<options_entry> read_options_file(const std::filesystem::path& file, 
 /// \throws CFileException with the file as it was, also when what it holds cannot be read
 void write_options_file(const std::filesystem::path& file, const options_section& section);
 
-} // namespace platform
+} // namespace vldv::platform

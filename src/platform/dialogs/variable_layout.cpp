@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -109,4 +109,4 @@ variable_layout load_variable_layout(const std::string& file, unsigned builtIn)
     return built_in_layout(builtIn);
 }
 
-} // namespace platform
+} // namespace vldv::platform

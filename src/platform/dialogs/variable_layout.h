@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace platform {
+namespace vldv::platform {
 
 /// A button of a variable dialog. `name` holds "&" in front of its access key.
 struct layout_button {
@@ -40,4 +40,4 @@ variable_layout load_variable_layout(const std::string& file, unsigned builtIn);
 
 constexpr unsigned saveFilesLayout = 4998, optionsLayout = 4999, settingsLayout = 5000, recoveryLayout = 5001;
 
-} // namespace platform
+} // namespace vldv::platform

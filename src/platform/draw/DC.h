@@ -58,7 +58,7 @@ public:
     poly_fill_mode SetPolyFillMode(poly_fill_mode mode);
     int SetStretchBltMode(int mode);
     CPoint SetBrushOrg(CPoint devicePoint);
-    const platform::dc_state& state() const noexcept { return now; }
+    const vldv::platform::dc_state& state() const noexcept { return now; }
 
     /// Remembers all settings. \return the number of this state, from 1 up
     int SaveDC();
@@ -176,8 +176,8 @@ private:
         bool open = false;      ///< between BeginPath and EndPath
         bool continues = false; ///< the next LineTo goes on with the last figure
     };
-    platform::dc_state now;
-    std::vector<platform::dc_state> saved;
+    vldv::platform::dc_state now;
+    std::vector<vldv::platform::dc_state> saved;
     path outline;
     CBitmap* target = nullptr;
 };

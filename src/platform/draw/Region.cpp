@@ -5,6 +5,8 @@
 
 #include <pixman.h>
 
+using namespace vldv;
+
 struct CRgn::bands {
     pixman_region32_t region;
 

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <utility>
 
-namespace platform {
+using namespace vldv;
+
+namespace vldv::platform {
 
 XFORM dc_mapping::toDevice() const noexcept
 {
@@ -27,7 +29,7 @@ XFORM dc_mapping::toDevice() const noexcept
     return world.then(page);
 }
 
-} // namespace platform
+} // namespace vldv::platform
 
 namespace {
 

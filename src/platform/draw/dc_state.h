@@ -5,7 +5,7 @@
 
 #include <optional>
 
-namespace platform {
+namespace vldv::platform {
 
 /// How logical units become device pixels: the world map first, then the window onto the viewport.
 struct VLDV_INTERNAL_API dc_mapping {
@@ -38,4 +38,4 @@ struct dc_state {
     std::optional<CRgn> clip; ///< device pixels; nothing: no clip
 };
 
-} // namespace platform
+} // namespace vldv::platform

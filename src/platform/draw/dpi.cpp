@@ -3,6 +3,8 @@
 #include "base/streams/rounding.h"
 #include "platform/app/WinApp.h"
 
+using namespace vldv;
+
 double GetSystemDPIMultiplyer()
 {
     CWinApp* const app = AfxGetApp();

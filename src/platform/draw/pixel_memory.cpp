@@ -6,7 +6,7 @@
 #include <sys/mman.h>
 #endif
 
-namespace platform {
+namespace vldv::platform {
 
 pixel_memory allocate_pixels(std::size_t bytes) noexcept
 {
@@ -23,4 +23,4 @@ pixel_memory allocate_pixels(std::size_t bytes) noexcept
     return block;
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
-namespace platform {
+namespace vldv::platform {
 
 struct pixel_release {
     void operator()(std::byte* block) const noexcept { std::free(block); }
@@ -15,4 +15,4 @@ using pixel_memory = std::unique_ptr<std::byte, pixel_release>;
 /// \return null for no bytes or when there is no memory
 pixel_memory allocate_pixels(std::size_t bytes) noexcept;
 
-} // namespace platform
+} // namespace vldv::platform

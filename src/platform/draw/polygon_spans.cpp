@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::vector<pixel_span> ellipse_spans(const CRect& rect, int firstRow, int endRo
     return out;
 }
 
-} // namespace platform
+} // namespace vldv::platform

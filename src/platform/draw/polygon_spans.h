@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace platform {
+namespace vldv::platform {
 
 /// Pixels left … right - 1 of row y.
 struct pixel_span {
@@ -32,4 +32,4 @@ VLDV_INTERNAL_API std::vector<pixel_span> ellipse_spans(const CRect& rect,
                                                         int firstRow = std::numeric_limits<int>::min(),
                                                         int endRow = std::numeric_limits<int>::max());
 
-} // namespace platform
+} // namespace vldv::platform

@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -226,4 +226,4 @@ void atomic_file::sync_folder() const
 
 void atomic_file::fail(int error) const { throw CFileException(error, to_wide(given)); }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -5,7 +5,7 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace platform {
+namespace vldv::platform {
 
 /// Replaces a file in one step. The bytes go to a file in the target's folder that has no name yet, or where the file
 /// system knows no such files to one of a name of its own; the target's name is touched only by the rename of `commit`,
@@ -44,4 +44,4 @@ private:
     int file = -1;
 };
 
-} // namespace platform
+} // namespace vldv::platform

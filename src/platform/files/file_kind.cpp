@@ -1,6 +1,6 @@
 #include "platform/files/file_kind.h"
 
-namespace platform {
+namespace vldv::platform {
 
 std::string special_kind(const std::filesystem::path& path)
 {
@@ -18,4 +18,4 @@ std::string special_kind(const std::filesystem::path& path)
     }
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -9,7 +9,7 @@
 #include <thread>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -44,4 +44,4 @@ file_lock::file_lock(const std::filesystem::path& file, std::chrono::millisecond
 
 file_lock::~file_lock() { close(descriptor); }
 
-} // namespace platform
+} // namespace vldv::platform

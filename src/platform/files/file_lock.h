@@ -2,7 +2,7 @@
 #include <chrono>
 #include <filesystem>
 
-namespace platform {
+namespace vldv::platform {
 
 /// Keeps other processes that do the same out while it lives; the system ends it with the process. The empty file
 /// stays, since deleting it would let two processes lock different files of one name.
@@ -19,4 +19,4 @@ private:
     int descriptor;
 };
 
-} // namespace platform
+} // namespace vldv::platform

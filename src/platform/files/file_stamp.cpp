@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sys/stat.h>
 
-namespace platform {
+namespace vldv::platform {
 
 std::optional<file_stamp> stamp_of(const std::wstring& path)
 {
@@ -31,4 +31,4 @@ std::optional<file_stamp> open_stamped(std::ifstream& in, const std::wstring& pa
     return before;
 }
 
-} // namespace platform
+} // namespace vldv::platform

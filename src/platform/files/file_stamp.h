@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace platform {
+namespace vldv::platform {
 
 /// What tells one state of a file from others: a file that was replaced or written to has another.
 struct file_stamp {
@@ -24,4 +24,4 @@ std::optional<file_stamp> stamp_of(const std::wstring& path);
 /// \return what the opened file was at that moment; nothing when it is no regular file
 std::optional<file_stamp> open_stamped(std::ifstream& in, const std::wstring& path);
 
-} // namespace platform
+} // namespace vldv::platform

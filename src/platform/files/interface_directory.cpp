@@ -27,7 +27,7 @@ std::filesystem::path get_interface_directory(bool noLanguage)
     return folder / "";
 }
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -51,11 +51,12 @@ std::filesystem::path find_interface_file(const std::string& name)
     static const std::filesystem::path installed = installed_folder();
     const std::filesystem::path translated = get_interface_directory(false), plain = get_interface_directory(true);
     std::vector<std::filesystem::path> folders{translated, plain};
-    if (!installed.empty()) folders.insert(folders.end(), {installed / translated.lexically_relative(plain), installed});
+    if (!installed.empty())
+        folders.insert(folders.end(), {installed / translated.lexically_relative(plain), installed});
     std::error_code absent;
     for (const std::filesystem::path& folder : folders)
         if (std::filesystem::exists(folder / name, absent)) return folder / name;
     return plain / name;
 }
 
-} // namespace platform
+} // namespace vldv::platform

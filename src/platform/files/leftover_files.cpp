@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -106,4 +106,4 @@ try {
     // as above
 }
 
-} // namespace platform
+} // namespace vldv::platform

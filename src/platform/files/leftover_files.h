@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <map>
 
-namespace platform {
+namespace vldv::platform {
 
 /// Name for a file that stands beside others until it takes the place of one; it tells the process, and never repeats
 /// within it.
@@ -27,4 +27,4 @@ private:
     std::map<std::filesystem::path, clock::time_point> due;
 };
 
-} // namespace platform
+} // namespace vldv::platform

@@ -7,7 +7,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 std::filesystem::path to_path(const std::wstring& path) { return base::narrow(path); }
 
@@ -45,4 +45,4 @@ std::wstring file_stem(const std::wstring& path) { return to_wide(to_path(path).
 
 std::wstring file_extension(const std::wstring& path) { return to_wide(to_path(path).extension()); }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-namespace platform {
+namespace vldv::platform {
 
 // Paths as wide text. Bytes that are no UTF-8 survive the way there and back.
 
@@ -22,4 +22,4 @@ std::wstring file_stem(const std::wstring& path);
 /// The last extension with its dot, or empty.
 std::wstring file_extension(const std::wstring& path);
 
-} // namespace platform
+} // namespace vldv::platform

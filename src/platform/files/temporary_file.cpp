@@ -9,7 +9,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -60,4 +60,4 @@ void temporary_file::store(const void* bytes, std::size_t count) const
     }
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-namespace platform {
+namespace vldv::platform {
 
 /// A file in the system's folder for temporary files that no name leads to: it is gone with the object, and with the
 /// process however that ends. Where the system gives no way to such a file it has a name until then.
@@ -28,4 +28,4 @@ private:
     bool isNamed = false;
 };
 
-} // namespace platform
+} // namespace vldv::platform

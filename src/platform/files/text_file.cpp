@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <fstream>
 
-namespace platform {
+namespace vldv::platform {
 
 std::string read_text_file(const std::filesystem::path& file, std::size_t maxBytes)
 {
@@ -30,4 +30,4 @@ void write_text_file(const std::filesystem::path& file, std::string_view text)
     out.commit();
 }
 
-} // namespace platform
+} // namespace vldv::platform

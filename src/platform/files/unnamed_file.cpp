@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -27,4 +27,4 @@ int open_unnamed(const std::filesystem::path& folder, mode_t mode)
     return -1;
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -2,7 +2,7 @@
 #include <filesystem>
 #include <sys/types.h>
 
-namespace platform {
+namespace vldv::platform {
 
 /// Opens an empty file in `folder` that has no name, for reading and writing; it vanishes when the descriptor is
 /// closed, also by the end of the process. \return the descriptor, or -1 where the file system or the system has none
@@ -15,4 +15,4 @@ bool allow_unnamed_files(bool allowed) noexcept;
 /// What leads to an open file by its descriptor, in this process.
 std::filesystem::path path_of_descriptor(int file);
 
-} // namespace platform
+} // namespace vldv::platform

@@ -1,6 +1,6 @@
 #include "platform/profile/profile_changes.h"
 
-namespace platform {
+namespace vldv::platform {
 
 void profile_changes::set(const std::string& section, const std::string& key, const profile_value& value)
 {
@@ -43,4 +43,4 @@ void profile_changes::apply(profile_table& table) const
     }
 }
 
-} // namespace platform
+} // namespace vldv::platform

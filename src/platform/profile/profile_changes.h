@@ -4,7 +4,7 @@
 #include <list>
 #include <map>
 
-namespace platform {
+namespace vldv::platform {
 
 /// What was done to a table since it was last stored, to be done again to another one in the same order. A value that
 /// is set many times takes the room of one.
@@ -30,4 +30,4 @@ private:
     std::map<std::pair<std::string, std::string>, std::list<step>::iterator> lastSet;
 };
 
-} // namespace platform
+} // namespace vldv::platform

@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "platform/app/WinApp.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr int allDigits = 17;

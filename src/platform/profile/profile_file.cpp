@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -116,4 +116,4 @@ void expect_storable(const std::filesystem::path& file)
     if (error != 0) fail(error, folder);
 }
 
-} // namespace platform
+} // namespace vldv::platform

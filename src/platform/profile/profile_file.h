@@ -2,7 +2,7 @@
 #include <filesystem>
 #include <string>
 
-namespace platform {
+namespace vldv::platform {
 
 // The file behind a profile. All throw CException with the path and the reason.
 
@@ -15,4 +15,4 @@ void make_profile_folder(const std::filesystem::path& file);
 /// Throws when it can be told beforehand that storing will fail; changes nothing.
 void expect_storable(const std::filesystem::path& file);
 
-} // namespace platform
+} // namespace vldv::platform

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <limits>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -211,4 +211,4 @@ std::string write_entry_line(const profile_entry& entry)
     return escaped_key(entry.key) + '=' + std::visit([](const auto& value) { return value_text(value); }, entry.value);
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-namespace platform {
+namespace vldv::platform {
 
 // Lines of a profile, without their line feed:
 //
@@ -35,4 +35,4 @@ std::string write_section_line(std::string_view name);
 std::optional<profile_entry> read_entry_line(std::string_view line);
 std::string write_entry_line(const profile_entry& entry);
 
-} // namespace platform
+} // namespace vldv::platform

@@ -9,6 +9,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+using namespace vldv;
+
 namespace {
 
 /// Another program writes for milliseconds; one that was stopped must not stop this one too.

@@ -6,13 +6,13 @@
 
 #include <filesystem>
 
-namespace platform {
+namespace vldv::platform {
 
 /// File of the user's settings: "velmira/profile" in $XDG_CONFIG_HOME, or in ".config" of the home folder. Empty when
 /// the user has neither.
 VLDV_INTERNAL_API std::filesystem::path profile_path();
 
-} // namespace platform
+} // namespace vldv::platform
 
 /// The user's settings in a file that several running programs share; see platform/profile_line.h for its form.
 /// The file is read once. Changes are collected until `flush` or the end of a batch: then the file is read again under
@@ -48,14 +48,14 @@ public:
     bool endBatch() override;
 
 private:
-    bool write(const std::string& section, const std::string& key, const platform::profile_value& value);
+    bool write(const std::string& section, const std::string& key, const vldv::platform::profile_value& value);
     void before_change();
     void merge() const;
     bool store() noexcept;
 
     std::filesystem::path file;
-    platform::profile_table values;
-    platform::profile_changes changes; ///< not yet in the file
+    vldv::platform::profile_table values;
+    vldv::platform::profile_changes changes; ///< not yet in the file
     std::string problem;
     int batches = 0; ///< open ones
 };

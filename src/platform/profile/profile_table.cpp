@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace platform {
+namespace vldv::platform {
 
 namespace {
 
@@ -198,4 +198,4 @@ bool profile_table::erase_section(const std::string& section)
     return changed;
 }
 
-} // namespace platform
+} // namespace vldv::platform

@@ -4,7 +4,7 @@
 #include <list>
 #include <unordered_map>
 
-namespace platform {
+namespace vldv::platform {
 
 /// The values of a profile by section and key, and every other line of its file in its place. Sections and the keys in
 /// them keep the order in which they came; all lookups are by hash.
@@ -63,4 +63,4 @@ private:
 /// True for the section itself and those below it, as "A\B" is below "A".
 bool is_within(std::string_view section, std::string_view root);
 
-} // namespace platform
+} // namespace vldv::platform

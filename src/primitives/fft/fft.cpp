@@ -8,7 +8,7 @@
 #include <cassert>
 #include <thread>
 
-namespace primitives {
+namespace vldv::primitives {
 
 namespace fft {
 
@@ -106,4 +106,4 @@ void inverse_fft(std::span<double> spectrum, int width, int height, unsigned thr
     run(spectrum, width, height, true, threads);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

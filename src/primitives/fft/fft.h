@@ -10,7 +10,7 @@
 /// - so does column W / 2 of an even W, in column W - 1.
 /// F(W - c, H - r) = conj F(c, r) gives the rest. Any size will do; sizes whose prime factors are at most 13 cost
 /// least.
-namespace primitives {
+namespace vldv::primitives {
 
 /// F / (W H): a constant image z gives F(0, 0) = z, a sine of amplitude a gives two bins of magnitude a / 2.
 /// \param image    rows of `width`, `width` times `height` numbers
@@ -22,4 +22,4 @@ void forward_fft(std::span<double> image, int width, int height, unsigned thread
 void inverse_fft(std::span<float> spectrum, int width, int height, unsigned threads = 1);
 void inverse_fft(std::span<double> spectrum, int width, int height, unsigned threads = 1);
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -2,7 +2,7 @@
 #pragma once
 #include "primitives/fft/fft_passes.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 namespace {
 
 /// Columns of the half spectrum in a group of tiles, and in a free lane of the last tile of all the columns that mirror
@@ -155,4 +155,4 @@ private:
 };
 
 } // namespace
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

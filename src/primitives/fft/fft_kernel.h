@@ -3,7 +3,7 @@
 #include "primitives/fft/fft_columns.h"
 #include "primitives/fft/fft_rows.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 namespace {
 
 template <class Number>
@@ -30,4 +30,4 @@ void transform_columns(const image_step<Number>& step, int number, Number* space
 }
 
 } // namespace
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

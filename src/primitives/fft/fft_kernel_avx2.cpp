@@ -1,7 +1,7 @@
 #define VLDV_VECTOR_BYTES 32
 #include "primitives/fft/fft_kernel.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 
 template <class Number>
 tile_kernels<Number> avx2_kernels() noexcept
@@ -12,4 +12,4 @@ tile_kernels<Number> avx2_kernels() noexcept
 template tile_kernels<float> avx2_kernels() noexcept;
 template tile_kernels<double> avx2_kernels() noexcept;
 
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

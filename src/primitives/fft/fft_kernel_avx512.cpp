@@ -1,7 +1,7 @@
 #define VLDV_VECTOR_BYTES 64
 #include "primitives/fft/fft_kernel.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 
 template <class Number>
 tile_kernels<Number> avx512_kernels() noexcept
@@ -12,4 +12,4 @@ tile_kernels<Number> avx512_kernels() noexcept
 template tile_kernels<float> avx512_kernels() noexcept;
 template tile_kernels<double> avx512_kernels() noexcept;
 
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

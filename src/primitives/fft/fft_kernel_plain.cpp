@@ -1,7 +1,7 @@
 #define VLDV_VECTOR_BYTES 16
 #include "primitives/fft/fft_kernel.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 
 template <class Number>
 tile_kernels<Number> plain_kernels() noexcept
@@ -12,4 +12,4 @@ tile_kernels<Number> plain_kernels() noexcept
 template tile_kernels<float> plain_kernels() noexcept;
 template tile_kernels<double> plain_kernels() noexcept;
 
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

@@ -2,7 +2,7 @@
 #pragma once
 #include "primitives/fft/fft_vector.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 namespace {
 
 /// x times -i.
@@ -215,4 +215,4 @@ struct part_order {
 };
 
 } // namespace
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

@@ -7,7 +7,7 @@
 #include <numbers>
 #include <stdexcept>
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 
 namespace {
 
@@ -161,4 +161,4 @@ std::size_t plan<Number>::tileNumbers() const noexcept
 template class plan<float>;
 template class plan<double>;
 
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

@@ -4,7 +4,7 @@
 #include <vector>
 
 /// How lines of one length are transformed, and what the work on tiles of them needs to know.
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 
 /// The lines of a tile lie side by side: each of its rows holds the real parts of one element of all lines, a cache
 /// line of them, and then their imaginary parts.
@@ -73,4 +73,4 @@ private:
 extern template class plan<float>;
 extern template class plan<double>;
 
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

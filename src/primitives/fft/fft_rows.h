@@ -2,7 +2,7 @@
 #pragma once
 #include "primitives/fft/fft_passes.h"
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 namespace {
 
 /// The rows of the image in a tile: of two rows that share a lane the first is its real part, the second its imaginary
@@ -171,4 +171,4 @@ private:
 };
 
 } // namespace
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

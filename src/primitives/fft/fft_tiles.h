@@ -4,7 +4,7 @@
 /// The two steps of an image's transform. A step falls into tasks that do not touch each other's numbers: a tile of
 /// `rowNumbers` rows of the image, or a group of tiles of `lanes` columns of the half spectrum, where the columns that
 /// mirror themselves share the last lane.
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 
 template <class Number>
 struct image_step {
@@ -58,4 +58,4 @@ void transform_image(const tile_kernels<Number>& kernels, Number* image, int wid
 extern template void transform_image(const tile_kernels<float>&, float*, int, int, bool, unsigned);
 extern template void transform_image(const tile_kernels<double>&, double*, int, int, bool, unsigned);
 
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <utility>
 
-namespace primitives::fft {
+namespace vldv::primitives::fft {
 namespace {
 
 template <class Number>
@@ -88,4 +88,4 @@ inline void transpose(vec<Number> (&v)[wide<Number>])
 }
 
 } // namespace
-} // namespace primitives::fft
+} // namespace vldv::primitives::fft

@@ -1,7 +1,7 @@
 #pragma once
 #include <mutex>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// To be held wherever a plan of FFTW is made or destroyed, in any precision: its planner is one for the whole process
 /// and not safe between threads. Executing plans needs no lock.
@@ -11,4 +11,4 @@ inline std::mutex& fftw_planner() noexcept
     return planner;
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

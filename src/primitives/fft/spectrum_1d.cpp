@@ -9,7 +9,7 @@
 #include <map>
 #include <stdexcept>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// Both directions of one length; estimated, so that planning takes no time and always ends the same.
 struct real_transform::plans {
@@ -109,4 +109,4 @@ void autocorrelation(std::span<const double> y, std::span<double> out)
     for (std::size_t k = 0; k < n; ++k) out[k] = transform.values()[k] * share;
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -7,7 +7,7 @@
 
 /// One-dimensional Fourier transforms of real numbers in double precision; any length. Results do not depend on what
 /// was transformed before.
-namespace primitives {
+namespace vldv::primitives {
 
 /// A row of real numbers and its spectrum, which are transformed into each other. The first use of a length plans it;
 /// plans are shared by the process. One object belongs to one thread.
@@ -37,4 +37,4 @@ private:
 /// \param out  as long as `y`
 void autocorrelation(std::span<const double> y, std::span<double> out);
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace primitives {
+namespace vldv::primitives {
 
 row_sums sum_row(std::span<const std::int16_t> row) noexcept
 {
@@ -50,4 +50,4 @@ flattened_range flatten_row(std::span<const std::int16_t> row, float* out, [[may
     return flatten_row_reference(row, out);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <span>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// offset + slope * i.
 struct fitted_line {
@@ -39,4 +39,4 @@ flattened_range flatten_row(std::span<const std::int16_t> row, float* out, const
 /// The plain form that defines the answer.
 flattened_range flatten_row_reference(std::span<const std::int16_t> row, float* out) noexcept;
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <immintrin.h>
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -149,5 +149,5 @@ __attribute__((target("avx2"))) flattened_range flatten_row_avx2(std::span<const
     return flatten_rest(row, i, line, out, collected(lowest, highest));
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

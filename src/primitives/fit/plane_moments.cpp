@@ -8,7 +8,7 @@
 #include <cmath>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 namespace {
 
@@ -147,4 +147,4 @@ raw_moments residual_moments_reference(std::span<const std::int16_t> samples, in
     return out;
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

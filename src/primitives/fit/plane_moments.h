@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// offset + slopeX * column + slopeY * row.
 struct fitted_plane {
@@ -41,4 +41,4 @@ struct power_sums {
 [[nodiscard]] raw_moments residual_moments_reference(std::span<const std::int16_t> samples, int width,
                                                      const fitted_plane& plane);
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -10,7 +10,7 @@
 // lane k, then all from lane 0 on. Every form does the same operations in the same order, so that figures do not depend
 // on the machine.
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -137,4 +137,4 @@ __attribute__((target("avx2"))) std::size_t add_powers_avx2(power_sums& total, s
 }
 #endif
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd

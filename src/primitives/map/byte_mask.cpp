@@ -4,7 +4,7 @@
 #include "primitives/mask/bit_image.h"
 #include "primitives/simd.h"
 
-namespace primitives {
+namespace vldv::primitives {
 
 void pack_bytes_reference(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept
 {
@@ -40,4 +40,4 @@ void keep_bytes(const std::uint64_t* words, std::size_t stride, std::uint8_t* by
     keep_bytes_reference(words, stride, bytes, width);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// One bit a byte, 1 where it is not 0; the words lie `stride` words apart, bits past the width are 0.
 void pack_bytes(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept;
@@ -12,4 +12,4 @@ void pack_bytes_reference(const std::uint8_t* bytes, int width, std::uint64_t* w
 void keep_bytes(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
 void keep_bytes_reference(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
 
-} // namespace primitives
+} // namespace vldv::primitives

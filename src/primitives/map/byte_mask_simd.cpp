@@ -5,7 +5,7 @@
 
 #include <immintrin.h>
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 __attribute__((target("avx512f,avx512bw"))) void pack_bytes_avx512(const std::uint8_t* bytes, int width,
                                                                    std::uint64_t* words, std::size_t stride) noexcept
@@ -59,5 +59,5 @@ __attribute__((target("avx2"))) void keep_bytes_avx2(const std::uint64_t* words,
     keep_bytes_reference(words, stride, bytes, width);
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace primitives {
+namespace vldv::primitives {
 
 std::uint8_t mapped_byte(float value, byte_window window) noexcept
 {
@@ -97,4 +97,4 @@ void paint_24(std::span<const std::uint8_t> bytes, const color_lookup& colors, s
     paint_24_words(bytes, colors, out);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

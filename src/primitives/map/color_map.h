@@ -3,7 +3,7 @@
 #include <span>
 
 /// From samples to bytes and from bytes to pixels, a row at a time. Kernels own nothing and allocate nothing.
-namespace primitives {
+namespace vldv::primitives {
 
 /// The values that are shown: `low` and below become byte 0, `high` and above byte 255.
 struct byte_window {
@@ -39,4 +39,4 @@ void paint_24_reference(std::span<const std::uint8_t> bytes, const color_lookup&
 /// By whole words of little-endian machines, where there is nothing wider.
 void paint_24_words(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 
-} // namespace primitives
+} // namespace vldv::primitives

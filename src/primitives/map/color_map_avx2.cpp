@@ -7,7 +7,7 @@
 #define VLDV_AVX2 __attribute__((target("avx2"), always_inline)) inline
 #define VLDV_AVX2_ENTRY __attribute__((target("avx2")))
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -93,5 +93,5 @@ VLDV_AVX2_ENTRY void paint_32_avx2(std::span<const std::uint8_t> bytes, const co
     paint_32_reference(bytes.subspan(i), colors, out);
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

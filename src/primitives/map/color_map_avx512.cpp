@@ -9,7 +9,7 @@
 #define VLDV_VBMI_ENTRY __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi")))
 #define VLDV_VBMI __attribute__((target("avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi"), always_inline)) inline
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -166,5 +166,5 @@ VLDV_VBMI_ENTRY void paint_24_vbmi(std::span<const std::uint8_t> bytes, const co
     paint_24_reference(bytes.subspan(i), colors, out);
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

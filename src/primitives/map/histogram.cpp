@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace primitives {
+namespace vldv::primitives {
 
 namespace {
 
@@ -42,4 +42,4 @@ void count_heights(std::span<const std::int16_t> heights, std::span<std::uint32_
     for (const std::int16_t height : heights.subspan(4 * quarter)) ++table[static_cast<std::size_t>(height + 32768)];
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

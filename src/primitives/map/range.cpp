@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace primitives {
+namespace vldv::primitives {
 
 height_range find_range_reference(std::span<const std::int16_t> heights) noexcept
 {
@@ -26,4 +26,4 @@ height_range find_range(std::span<const std::int16_t> heights) noexcept
     return find_range_reference(heights);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

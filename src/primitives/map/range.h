@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <span>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// Smallest and largest of a block; empty (minimum above maximum) for an empty one.
 struct height_range {
@@ -22,4 +22,4 @@ struct height_range {
 /// The plain loop that defines the answer. Every faster path equals it in every bit.
 [[nodiscard]] height_range find_range_reference(std::span<const std::int16_t> heights) noexcept;
 
-} // namespace primitives
+} // namespace vldv::primitives

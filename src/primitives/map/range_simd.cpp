@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <immintrin.h>
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -70,5 +70,5 @@ find_range_avx512(std::span<const std::int16_t> heights) noexcept
     return merged(collected(lowest, highest), find_range_reference({next, left}));
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

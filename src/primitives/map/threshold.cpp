@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace primitives {
+namespace vldv::primitives {
 
 void threshold_row_reference(std::span<const std::int16_t> heights, std::int16_t threshold,
                              std::uint64_t* bits) noexcept
@@ -45,4 +45,4 @@ run_sums sum_run(std::span<const std::int16_t> heights) noexcept
     return sum_run_reference(heights);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

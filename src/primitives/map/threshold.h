@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <span>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// One bit a height, 1 where it is strictly above the threshold; bits past the last are 0. `bits` has a word for every
 /// 64 heights begun.
@@ -26,4 +26,4 @@ struct run_sums {
 run_sums sum_run(std::span<const std::int16_t> heights) noexcept;
 run_sums sum_run_reference(std::span<const std::int16_t> heights) noexcept;
 
-} // namespace primitives
+} // namespace vldv::primitives

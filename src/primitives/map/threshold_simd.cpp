@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <immintrin.h>
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -146,5 +146,5 @@ __attribute__((target("avx2"))) run_sums sum_run_avx2(std::span<const std::int16
     return total;
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

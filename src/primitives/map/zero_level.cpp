@@ -9,6 +9,8 @@
 #include <span>
 #include <vector>
 
+using namespace vldv;
+
 namespace {
 
 using bins = std::span<const unsigned>;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 constexpr int bitsOfWord = 64;
 constexpr int words_for(int bits) noexcept { return (bits + bitsOfWord - 1) / bitsOfWord; }
@@ -63,4 +63,4 @@ inline void bit_image::fill(int y, int first, int last, bool value) noexcept
     }
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

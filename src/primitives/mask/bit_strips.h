@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// A mask in upright strips of 64 columns, the rows of a strip one word after another, with a border of clear bits all
 /// around: eight rows of a strip are one wide register, and a narrow area is one short column of words.
@@ -91,4 +91,4 @@ inline unsigned bit_strips::neighbours(int x, int y) const noexcept
            (below & 2) << 5 | (below & 4) << 5;
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

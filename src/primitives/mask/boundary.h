@@ -2,7 +2,7 @@
 #include <bit>
 #include <cstdint>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// A way from a sample to one of its eight neighbours.
 struct boundary_step {
@@ -94,4 +94,4 @@ bool trace_boundary(int startX, int startY, NeighboursOf neighboursOf, Restart r
                          visit);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -2,7 +2,7 @@
 
 #include <bit>
 
-namespace primitives {
+namespace vldv::primitives {
 
 namespace {
 
@@ -129,4 +129,4 @@ void connected_runs::finish() noexcept
     }
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

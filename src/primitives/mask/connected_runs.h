@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// What connects samples.
 enum class neighbours { overSides, overSidesAndCorners };
@@ -57,4 +57,4 @@ private:
     std::int32_t gap = 0;                 ///< what runs that touch have in common at least: 0 where corners count
 };
 
-} // namespace primitives
+} // namespace vldv::primitives

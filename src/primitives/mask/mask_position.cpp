@@ -1,6 +1,6 @@
 #include "primitives/mask/mask_position.h"
 
-namespace primitives {
+namespace vldv::primitives {
 
 namespace {
 
@@ -79,4 +79,4 @@ mask_position standard_position(const bit_strips& mask, const bit_strips& uprigh
     return best;
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

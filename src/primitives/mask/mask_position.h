@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// One of the eight positions that a mask can be laid in: rows and columns exchanged or not, and then mirrored along
 /// rows and along columns or not.
@@ -31,4 +31,4 @@ void lay_mask(const bit_strips& mask, const bit_strips& upright, mask_position p
 mask_position standard_position(const bit_strips& mask, const bit_strips& upright,
                                 bool exchangesFirst = false) noexcept;
 
-} // namespace primitives
+} // namespace vldv::primitives

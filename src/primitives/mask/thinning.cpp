@@ -10,7 +10,9 @@
 #include <array>
 #include <bit>
 
-namespace primitives {
+using namespace vldv;
+
+namespace vldv::primitives {
 
 namespace {
 
@@ -172,7 +174,7 @@ void thin_reference(std::uint8_t* samples, int width, int height)
     while (field.sweep(samples, [](unsigned around) { return isIdleCorner[around]; })) {}
 }
 
-} // namespace primitives
+} // namespace vldv::primitives
 
 void findSkeletonByThinning(unsigned char* image, int stride, int width, int height, int)
 {

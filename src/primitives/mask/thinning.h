@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// Thins masks to their skeletons, lines one sample wide: the parallel rule of Z. Guo and R. W. Hall (Communications of
 /// the ACM 32 (1989) 359, algorithm A1), which takes layers off in turn from two sides, and at its end the corners that
@@ -40,4 +40,4 @@ struct thinning_step {
     }
 };
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -6,7 +6,7 @@
 #include <utility>
 
 /// The rule of `thinner` on words of any width: a 64-bit number, or a vector of them for several rows of a strip.
-namespace primitives::thinning_rule {
+namespace vldv::primitives::thinning_rule {
 
 template <class Word>
 struct around {
@@ -183,4 +183,4 @@ template <class Word>
     return everywhere != 0;
 }
 
-} // namespace primitives::thinning_rule
+} // namespace vldv::primitives::thinning_rule

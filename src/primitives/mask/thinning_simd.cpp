@@ -5,7 +5,7 @@
 
 #include <immintrin.h>
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -24,5 +24,5 @@ __attribute__((target("avx512f,avx512bw,avx512vl"))) bool thinning_step_avx512(c
     return thinning_rule::step_mask<eight_words>(step);
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

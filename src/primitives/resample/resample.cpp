@@ -11,7 +11,9 @@
 #include <thread>
 #include <vector>
 
-namespace primitives {
+using namespace vldv;
+
+namespace vldv::primitives {
 
 namespace {
 
@@ -271,7 +273,7 @@ height_range resample_and_range(const_height_block source, height_block target)
     return find_block_range(source);
 }
 
-} // namespace primitives
+} // namespace vldv::primitives
 
 void resample(const short* source, int sourceWidth, int sourceHeight, int sourceStep, short* target, int targetWidth,
               int targetHeight, int targetStep)

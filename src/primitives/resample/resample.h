@@ -6,7 +6,7 @@
 #include <type_traits>
 
 /// Images in another size. `resample` itself, means and nearest samples, stands in numeric.h.
-namespace primitives {
+namespace vldv::primitives {
 
 /// A block of samples; `step` bytes from row to row.
 template <class Sample>
@@ -45,4 +45,4 @@ enum class interpolation {
 /// repeat the last; results are rounded, halves up, and kept within 16 bits. \throws std::bad_alloc
 void resample_smooth(const_height_block source, height_block target, interpolation kind);
 
-} // namespace primitives
+} // namespace vldv::primitives

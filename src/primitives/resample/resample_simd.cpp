@@ -6,7 +6,7 @@
 #include <immintrin.h>
 #include <iterator>
 
-namespace primitives::simd {
+namespace vldv::primitives::simd {
 
 namespace {
 
@@ -150,5 +150,5 @@ __attribute__((target("avx2"))) std::size_t write_means_avx2(std::span<const std
     return i;
 }
 
-} // namespace primitives::simd
+} // namespace vldv::primitives::simd
 #endif

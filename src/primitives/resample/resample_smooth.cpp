@@ -5,7 +5,7 @@
 #include <cmath>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 namespace {
 
@@ -80,4 +80,4 @@ void resample_smooth(const_height_block source, height_block target, interpolati
     }
 }
 
-} // namespace primitives
+} // namespace vldv::primitives

@@ -4,7 +4,9 @@
 #include <cassert>
 #include <cstdint>
 
-namespace primitives {
+using namespace vldv;
+
+namespace vldv::primitives {
 
 namespace {
 
@@ -91,7 +93,7 @@ void uniform_spline::evaluate(const double* coefficient, double* row) const noex
         }
 }
 
-} // namespace primitives
+} // namespace vldv::primitives
 
 void b_spline_1d(double* values, int n, int spans)
 {

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace primitives {
+namespace vldv::primitives {
 
 /// Least-squares fits of a uniform cubic B-spline to rows of equally spaced numbers, the first and the last of which
 /// lie on the ends of the first and of the last span. All that depends on the lengths alone is made once, so that one
@@ -48,7 +48,7 @@ private:
     std::vector<factor> factors;
 };
 
-} // namespace primitives
+} // namespace vldv::primitives
 
 /// Smooths a row in place: it becomes the uniform cubic B-spline of `spans` spans from its first sample to its last
 /// that fits it best in the sense of least squares. Fewer than 4 samples stay as they are; `spans` is brought into

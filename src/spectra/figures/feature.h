@@ -7,7 +7,7 @@
 #include <iterator>
 #include <vector>
 
-namespace spectra {
+namespace vldv::spectra {
 
 constexpr std::size_t featureMetrics = 10;
 
@@ -78,13 +78,13 @@ private:
     CPoint origin;
 };
 
-} // namespace spectra
+} // namespace vldv::spectra
 
 /// A connected area of the mask. All points are in source coordinates, row 0 being the lowest.
 struct Feature {
     CRect bounds; ///< right and bottom lie outside
-    spectra::pixel_list pixels;
+    vldv::spectra::pixel_list pixels;
     std::vector<CPoint> contour;  ///< from the first pixel around and back to it
     std::vector<CPoint> skeleton; ///< row by row
-    std::array<double, spectra::featureMetrics> metrics{};
+    std::array<double, vldv::spectra::featureMetrics> metrics{};
 };

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace spectra {
+namespace vldv::spectra {
 
 feature_brush::feature_brush(int radius)
 {
@@ -33,4 +33,4 @@ void feature_brush::stamp(primitives::bit_image& mask, CPoint from, CPoint to, b
     }
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// A disc that paints a mask.
 class feature_brush {
@@ -19,4 +19,4 @@ private:
     std::vector<int> halfWidths; ///< of the rows, from the lowest: samples to either side of the middle
 };
 
-} // namespace spectra
+} // namespace vldv::spectra

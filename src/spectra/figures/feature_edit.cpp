@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -117,4 +117,4 @@ std::string profile_height_text(double average, short zeroLevel, const VLAxis& h
     return std::string("<H>, ") + heights.get_units() + ": " + base::general((average - zeroLevel) * heights.scale);
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -8,7 +8,7 @@
 #include <string>
 
 /// What is done to an image by its features. Features must lie inside the block of heights, which is the whole image.
-namespace spectra {
+namespace vldv::spectra {
 
 /// Every pixel gets the level.
 void flatten_feature(primitives::height_block image, const Feature& feature, short level);
@@ -29,4 +29,4 @@ void fill_inner_areas(primitives::height_block image, std::span<const Feature* c
 /// "<H>, nm: 12.5": an average of raw heights above the zero level.
 [[nodiscard]] std::string profile_height_text(double average, short zeroLevel, const VLAxis& heights);
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -7,7 +7,7 @@
 #include <numeric>
 #include <utility>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -81,4 +81,4 @@ void sort_features(std::vector<Feature>& features, std::size_t metric, bool isDe
     features = std::move(sorted);
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// How many features have which value of a metric.
 struct feature_distribution {
@@ -34,4 +34,4 @@ struct feature_filter {
 /// By a metric; features of equal values keep their order.
 void sort_features(std::vector<Feature>& features, std::size_t metric, bool isDescending);
 
-} // namespace spectra
+} // namespace vldv::spectra

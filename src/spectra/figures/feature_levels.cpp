@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -47,4 +47,4 @@ feature_levels find_levels(primitives::const_height_block heights, std::optional
     return {zero, raw_level(std::min((of.highest + of.mean) * 0.5, zero + 2.0 * of.deviation))};
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// Where features begin.
 struct feature_levels {
@@ -18,4 +18,4 @@ struct feature_levels {
 [[nodiscard]] VLDV_INTERNAL_API feature_levels find_levels(primitives::const_height_block heights,
                                                            std::optional<double> level = {});
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -7,7 +7,7 @@
 
 #include <bit>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -139,4 +139,4 @@ void feature_list::measure(const feature_source& source, unsigned threads)
     });
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// A block of an image's heights, where it lies, and how it is measured.
 struct feature_source {
@@ -36,4 +36,4 @@ private:
     std::unique_ptr<primitives::connected_runs> found = std::make_unique<primitives::connected_runs>();
 };
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -107,4 +107,4 @@ double polygon_area(std::span<const CPoint> points) noexcept
     return base::round_half_up(static_cast<double>(std::abs(twice)) / 2.0);
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

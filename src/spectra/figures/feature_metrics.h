@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// Axes of the image that features are measured with.
 struct feature_axes {
@@ -48,4 +48,4 @@ double tracing_length(std::span<const CPoint> points, double stepX, double stepY
 /// The area of a polygon in samples, halves up; 0 for fewer than three points.
 double polygon_area(std::span<const CPoint> points) noexcept;
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -1,6 +1,6 @@
 #include "spectra/figures/feature_overlay.h"
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -68,4 +68,4 @@ feature_overlay draw_mask(const primitives::bit_image& mask, const CRect& workin
     return made;
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

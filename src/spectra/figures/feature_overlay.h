@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// How features are shown on the surface.
 enum class feature_mask_type { none, mask, contour, skeleton };
@@ -48,4 +48,4 @@ feature_overlays draw_features(std::span<const Feature> features, const std::fun
 /// Where a mask that is being painted is clear, as 1.
 feature_overlay draw_mask(const primitives::bit_image& mask, const CRect& working);
 
-} // namespace spectra
+} // namespace vldv::spectra

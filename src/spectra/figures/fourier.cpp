@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cassert>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -65,4 +65,4 @@ bool edit_spectrum(frame_spectrum& spectrum, std::span<const CRect> selection, s
     return true;
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

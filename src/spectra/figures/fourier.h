@@ -9,7 +9,7 @@
 #include <vector>
 
 /// The spectrum of a frame: forward, edits, back.
-namespace spectra {
+namespace vldv::spectra {
 
 /// The transform of a frame of W x H samples without its best plane.
 struct frame_spectrum {
@@ -58,4 +58,4 @@ constexpr int zero_frequency(int length) noexcept { return (length + 1) >> 1; }
 VLDV_INTERNAL_API void draw_spectrum(std::span<const float> magnitudes, int width, int height, float largest,
                                      double contrast, std::span<std::int16_t> out);
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -4,7 +4,7 @@
 #include <cassert>
 #include <cmath>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -88,4 +88,4 @@ void draw_spectrum(std::span<const float> magnitudes, int width, int height, flo
     }
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

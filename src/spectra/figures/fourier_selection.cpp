@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace spectra {
+namespace vldv::spectra {
 
 CRect mirror_rect(const CRect& rect) noexcept { return {-rect.left, -rect.top, -rect.right, -rect.bottom}; }
 
@@ -134,4 +134,4 @@ void fill_selection_mask(std::span<const CRect> list, selection_shape shape, int
         }
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

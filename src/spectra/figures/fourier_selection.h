@@ -9,7 +9,7 @@
 
 /// Areas of a spectrum in centred frequency coordinates: x and y count bins from the zero frequency, up to half the
 /// width and height on both sides. Sides of rectangles are inclusive here: (1, 1, 1, 1) is one bin.
-namespace spectra {
+namespace vldv::spectra {
 
 enum class selection_shape { rectangular, elliptic };
 
@@ -31,4 +31,4 @@ VLDV_INTERNAL_API void split_rect(CRect rect, std::vector<CRect>& list);
 void fill_selection_mask(std::span<const CRect> list, selection_shape shape, int width, int height, std::uint8_t* mask,
                          std::size_t stride);
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -7,7 +7,7 @@
 #include <cassert>
 #include <stdexcept>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -53,4 +53,4 @@ void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::spa
     tell(document, image);
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

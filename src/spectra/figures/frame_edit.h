@@ -4,7 +4,7 @@
 
 class CStorageDoc;
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// Replaces the samples of a sub-image as a step that can be undone, and tells the views to load again.
 /// \throws std::length_error or std::bad_alloc
@@ -14,4 +14,4 @@ void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::spa
 void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::span<const std::int16_t> samples,
                    unsigned width, unsigned height);
 
-} // namespace spectra
+} // namespace vldv::spectra

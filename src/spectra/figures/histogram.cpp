@@ -10,7 +10,7 @@
 #include <cmath>
 #include <numeric>
 
-namespace spectra {
+namespace vldv::spectra {
 
 unsigned automatic_bar_count(std::size_t samples) noexcept
 {
@@ -132,4 +132,4 @@ void cut_off(std::span<std::int16_t> samples, raw_window window) noexcept
     for (std::int16_t& sample : samples) sample = std::min(std::max(sample, low), high);
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -9,7 +9,7 @@
 #include <vector>
 
 /// The distribution of a frame's heights.
-namespace spectra {
+namespace vldv::spectra {
 
 struct height_histogram {
     std::vector<std::uint32_t> bins;
@@ -70,4 +70,4 @@ struct raw_window {
 /// Raises samples below `low`, and then lowers those above `high`: all become `high` where it is below `low`.
 void cut_off(std::span<std::int16_t> samples, raw_window window) noexcept;
 
-} // namespace spectra
+} // namespace vldv::spectra

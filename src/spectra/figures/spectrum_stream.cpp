@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-namespace spectra {
+namespace vldv::spectra {
 
 namespace {
 
@@ -47,4 +47,4 @@ SPMDataStream make_spectrum_stream(const SPMDataStream& surface, std::span<const
     return stream;
 }
 
-} // namespace spectra
+} // namespace vldv::spectra

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace spectra {
+namespace vldv::spectra {
 
 /// Pictures of spectra (`draw_spectrum`) of sub-images of a surface, as an image of its own: its dimensions are
 /// frequencies, 0 where the zero frequency stands, in reciprocal units; its values go from 0 to 1.
@@ -15,4 +15,4 @@ namespace spectra {
                                                                    std::span<const unsigned> subs,
                                                                    std::span<const std::vector<std::int16_t>> pictures);
 
-} // namespace spectra
+} // namespace vldv::spectra

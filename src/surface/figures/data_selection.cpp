@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -80,4 +80,4 @@ void copy_selected(SPMDataStream& target, const SPMDataStream& source, std::span
     write_crop(target, source, box);
 }
 
-} // namespace surface
+} // namespace vldv::surface

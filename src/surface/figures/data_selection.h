@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// What is selected, as modules are told, by the mode: the rectangles that make up a region, from the lowest row on;
 /// the measured segment or the arms of an angle; marks; corners of curves, the active one first, or of the traced
@@ -17,4 +17,4 @@ std::vector<VLPluginDataSelection> data_selections(const selection_state& state,
 /// it as it is without any.
 void copy_selected(SPMDataStream& target, const SPMDataStream& source, std::span<const VLPluginDataSelection> selected);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -7,7 +7,7 @@
 #include "platform/files/text_file.h"
 #include "resources/strings.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::optional<decoration_lists> load_decorations()
     }
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -103,4 +103,4 @@ std::size_t drop_outside(decoration_lists& lists, CSize image)
     return dropped;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// What a decoration file holds, in samples.
 struct decoration_lists {
@@ -26,4 +26,4 @@ decoration_lists read_decoration_text(std::string_view text);
 /// Keeps the points inside an image of this size; curves and profiles left without any go. \return points dropped
 std::size_t drop_outside(decoration_lists& lists, CSize image);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// The axes in which drawings over an image give their points: the first of each dimension, whatever a view shows.
 struct drawing_axes {
@@ -28,4 +28,4 @@ inline std::vector<CPoint> samples_of(const document::decoration& drawing, const
     return points;
 }
 
-} // namespace surface
+} // namespace vldv::surface

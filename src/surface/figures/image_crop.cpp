@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -49,4 +49,4 @@ bool write_crop(SPMDataStream& target, const SPMDataStream& source, const CRect&
     return isReshaped;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -2,7 +2,7 @@
 #include "base/SPMDataStream.h"
 #include "platform/draw/geometry.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// Gives `target` the samples of `source` inside `bounds`, of all sub-images, with the axes of both dimensions
 /// beginning at its corner; all else of `target` stays. `bounds` is cut to the image. Used for copies of a selection
@@ -11,4 +11,4 @@ namespace surface {
 /// \throws std::bad_alloc with `target` unchanged
 bool write_crop(SPMDataStream& target, const SPMDataStream& source, const CRect& bounds);
 
-} // namespace surface
+} // namespace vldv::surface

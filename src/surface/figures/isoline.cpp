@@ -2,7 +2,7 @@
 
 #include "primitives/mask/boundary.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -38,4 +38,4 @@ const char* why_no_isoline(const sample_frame& frame, CPoint seed)
     return around == 0xFF ? "No isoline: all samples around are at least as high" : "";
 }
 
-} // namespace surface
+} // namespace vldv::surface

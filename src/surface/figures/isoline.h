@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// The line around the samples that are at least as high as that of `seed`, beginning and ending at it, from sample to
 /// neighbouring sample with the lower ones on the right hand as rows count upwards. Beyond the edge all is lower. Where
@@ -22,4 +22,4 @@ inline bool is_closed(const std::vector<CPoint>& contour) noexcept
     return !contour.empty() && contour.front() == contour.back();
 }
 
-} // namespace surface
+} // namespace vldv::surface

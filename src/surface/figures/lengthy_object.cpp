@@ -2,7 +2,7 @@
 
 #include "surface/figures/ridge_path.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -58,4 +58,4 @@ VLPluginDecoration lengthy_mask::record(const VLAxis& x, const VLAxis& y)
     return sample_mask::record(x, y, lengthyMaskKey, customColorIndex, maskColor);
 }
 
-} // namespace surface
+} // namespace vldv::surface

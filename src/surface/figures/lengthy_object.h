@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// `done`, gone on along the ridge from its last corner to `to`; a new object there where `done` is empty. Empty when
 /// the point lies outside the frame.
@@ -29,4 +29,4 @@ public:
     VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -123,4 +123,4 @@ bool append_to_clipboard(const std::wstring& text)
     return clipboard->setText(all);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -6,7 +6,7 @@
 #include <string>
 
 /// What a surface measures under the cursor and between the ends of a drag, as numbers and as texts.
-namespace surface {
+namespace vldv::surface {
 
 struct legend_content;
 
@@ -45,4 +45,4 @@ bool append_to_clipboard(const std::wstring& text);
 std::wstring clipboard_text(const legend_content& content, bool withFile, const std::string& direction,
                             bool withHeader);
 
-} // namespace surface
+} // namespace vldv::surface

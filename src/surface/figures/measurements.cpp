@@ -9,7 +9,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -111,4 +111,4 @@ measure_text total_text(std::size_t marks, CSize image)
             .points = {}};
 }
 
-} // namespace surface
+} // namespace vldv::surface

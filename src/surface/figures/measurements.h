@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-namespace surface {
+namespace vldv::surface {
 
 /// The steps from sample to sample, both in the unit of the X axis.
 struct sample_steps {
@@ -35,4 +35,4 @@ measure_text remeasured(const measure_text& measure, const sample_steps& steps);
 /// The number of marks, in the lower right corner; nothing for none.
 measure_text total_text(std::size_t marks, CSize image);
 
-} // namespace surface
+} // namespace vldv::surface

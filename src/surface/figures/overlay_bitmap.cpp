@@ -5,7 +5,7 @@
 #include <array>
 #include <cstring>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -75,4 +75,4 @@ CBitmap overlay_bitmap::of(const BITMAPINFOHEADER& packed)
     return {.header = header, .bits = pixels.data()};
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// An image's overlay as drawing surfaces take it, with 24 or 32 bits a pixel. Fewer are looked up in the overlay's
 /// palette, or without one spread from black to white, and kept until `forget`.
@@ -21,4 +21,4 @@ private:
     std::vector<std::byte> pixels;
 };
 
-} // namespace surface
+} // namespace vldv::surface

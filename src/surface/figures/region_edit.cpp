@@ -1,6 +1,6 @@
 #include "surface/figures/region_edit.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -63,4 +63,4 @@ CRect selection_bounds(const selection_state& state, const CRect& sourceWindow, 
     return CRect({0, 0}, image);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/figures/selection_state.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// The samples between the corners of a drag, its last column and row inside.
 CRect covered_rect(const selection_rect& drag) noexcept;
@@ -13,4 +13,4 @@ void invert_region(selection_state& state, CSize image);
 /// The box of the selected region within the window on show; the whole image without one.
 CRect selection_bounds(const selection_state& state, const CRect& sourceWindow, CSize image);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -145,4 +145,4 @@ bool run_resample(CStorageDoc& document, unsigned image, unsigned axisX, unsigne
     return reason.empty();
 }
 
-} // namespace surface
+} // namespace vldv::surface

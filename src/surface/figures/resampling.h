@@ -7,7 +7,7 @@
 class CStorageDoc;
 class CWnd;
 
-namespace surface {
+namespace vldv::surface {
 
 /// What a user chooses for an image that is to have another size.
 struct resample_choice {
@@ -29,4 +29,4 @@ std::string resample_image(CStorageDoc& document, unsigned image, const resample
 /// \return whether the image was changed
 bool run_resample(CStorageDoc& document, unsigned image, unsigned axisX, unsigned axisY, CWnd* parent);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -133,4 +133,4 @@ bool run_resolution(CStorageDoc& document, unsigned image, const shown_axes& cho
     return true;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -7,7 +7,7 @@
 class CStorageDoc;
 class CWnd;
 
-namespace surface {
+namespace vldv::surface {
 
 /// Which axes of an image a view shows.
 struct shown_axes {
@@ -24,4 +24,4 @@ void set_resolution(CStorageDoc& document, unsigned image, const shown_axes& axe
 bool run_resolution(CStorageDoc& document, unsigned image, const shown_axes& axes,
                     const std::optional<selection_rect>& distance, CWnd* parent);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -168,4 +168,4 @@ std::vector<CPoint> simplified(const std::vector<CPoint>& path, double radius)
     return corners;
 }
 
-} // namespace surface
+} // namespace vldv::surface

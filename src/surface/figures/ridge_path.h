@@ -3,7 +3,7 @@
 
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// The way from one sample to another that stays highest: every step costs its length times 1 on the highest sample
 /// around to 64 on the lowest. The search covers the box of both points and a margin of half its longer side, 16 at
@@ -18,4 +18,4 @@ std::vector<CPoint> straight_path(CPoint from, CPoint to);
 /// radius of 0 keeps all points.
 std::vector<CPoint> simplified(const std::vector<CPoint>& path, double radius);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace surface {
+namespace vldv::surface {
 
 /// The 16-bit samples of one frame, row by row from the lowest. Without samples both sides are 0.
 struct sample_frame {
@@ -25,4 +25,4 @@ struct sample_frame {
     }
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -48,4 +48,4 @@ VLPluginDecoration sample_mask::record(const VLAxis& x, const VLAxis& y, const c
             .data = &bitmap};
 }
 
-} // namespace surface
+} // namespace vldv::surface

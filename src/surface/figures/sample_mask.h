@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// A bitmap over a whole image, 1 where something runs: what a drawing of samples is kept as.
 class sample_mask {
@@ -30,4 +30,4 @@ private:
     decoration_bitmap bitmap{};
 };
 
-} // namespace surface
+} // namespace vldv::surface

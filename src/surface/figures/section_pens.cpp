@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 section_pens make_section_pens(int style, int width, colorEntry color)
 {
@@ -35,4 +35,4 @@ section_pens make_section_pens(int style, int width, colorEntry color)
             {PS_USERSTYLE | PS_GEOMETRIC | PS_ENDCAP_FLAT, width, white, complement}};
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/draw/drawing.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// The two pens of a section's line: `under` paints, in white, exactly what `line` leaves out, so that the line is seen
 /// on any picture.
@@ -13,4 +13,4 @@ struct section_pens {
 /// \param style  0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot
 section_pens make_section_pens(int style, int width, colorEntry color);
 
-} // namespace surface
+} // namespace vldv::surface

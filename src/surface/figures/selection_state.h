@@ -8,7 +8,7 @@
 
 class CView;
 
-namespace surface {
+namespace vldv::surface {
 
 /// What the mouse draws: the number of the command less 6001.
 enum class cursor_mode {
@@ -119,4 +119,4 @@ struct selection_state {
     selection_rect roi; ///< region of interest
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 CPoint snapped_point(const sample_frame& frame, CPoint at, snap_mode mode, int radius) noexcept
 {
@@ -24,4 +24,4 @@ CPoint snapped_point(const sample_frame& frame, CPoint at, snap_mode mode, int r
     return best;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/figures/sample_frame.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// What the cursor is drawn to; the numbers are those of the option.
 enum class snap_mode { off = 0, toMaximum = 1, toMinimum = 2 };
@@ -11,4 +11,4 @@ enum class snap_mode { off = 0, toMaximum = 1, toMinimum = 2 };
 /// cursor's own sample the point stays. A point outside the frame stays too.
 CPoint snapped_point(const sample_frame& frame, CPoint at, snap_mode mode, int radius) noexcept;
 
-} // namespace surface
+} // namespace vldv::surface

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -77,4 +77,4 @@ std::vector<statistics_row> measure_rows(const measure_text& measure, int compac
     return rows;
 }
 
-} // namespace surface
+} // namespace vldv::surface

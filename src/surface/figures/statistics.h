@@ -9,7 +9,7 @@
 
 class VLAxis;
 
-namespace surface {
+namespace vldv::surface {
 
 struct measure_text;
 
@@ -37,4 +37,4 @@ VLDV_INTERNAL_API statistics_row reading_well(statistics_row row);
 /// of at least `compactLength` characters: shorter ones stay on the picture.
 std::vector<statistics_row> measure_rows(const measure_text& measure, int compactLength);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -135,4 +135,4 @@ std::vector<std::string> row_texts(std::span<const statistics_row> rows, const t
     return texts;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// Whether a row's text has room.
 using text_fits = std::function<bool(const std::string&)>;
@@ -17,4 +17,4 @@ using text_fits = std::function<bool(const std::string&)>;
 /// unit in which it reads well by itself, another number with an exponent. What fits in no way comes out as it is.
 std::vector<std::string> row_texts(std::span<const statistics_row> rows, const text_fits& fits);
 
-} // namespace surface
+} // namespace vldv::surface

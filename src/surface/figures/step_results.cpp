@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -80,4 +80,4 @@ unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque
     return number;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 inline constexpr const char* stepsMaskName = "steps_mask";
 
@@ -38,4 +38,4 @@ VLDV_INTERNAL_API unsigned add_step_images(CStorageDoc& document, unsigned image
                                            const step_settings& settings, unsigned firstNumber = 0, unsigned axisX = 0,
                                            unsigned axisY = 0);
 
-} // namespace surface
+} // namespace vldv::surface

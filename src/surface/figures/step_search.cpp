@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -191,4 +191,4 @@ std::deque<surface_step> find_steps(const sample_frame& frame, const step_settin
     return step_finder(frame, sound).run();
 }
 
-} // namespace surface
+} // namespace vldv::surface

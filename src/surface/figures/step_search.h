@@ -6,7 +6,7 @@
 #include <deque>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// Which way steps are met: from the left they go down as columns grow, from the right up.
 enum class steps_direction { leftToRight = 0, rightToLeft = 1 };
@@ -43,4 +43,4 @@ VLDV_INTERNAL_API std::deque<surface_step> find_steps(const sample_frame& frame,
 void find_first_maxima(std::span<const std::int32_t> values, std::int32_t floor, int reach,
                        std::vector<std::int32_t>& columns);
 
-} // namespace surface
+} // namespace vldv::surface

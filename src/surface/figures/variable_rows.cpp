@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "platform/dialogs/VarListDlg.h"
 
-namespace surface {
+namespace vldv::surface {
 
 std::vector<SPMVar> declared(const std::vector<variable_row>& rows)
 {
@@ -46,4 +46,4 @@ void tied_variables::OnFireVariableChange(int index, const SPMVarList*)
     userChanged(name);
 }
 
-} // namespace surface
+} // namespace vldv::surface

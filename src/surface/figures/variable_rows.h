@@ -7,7 +7,7 @@
 
 class CWnd;
 
-namespace surface {
+namespace vldv::surface {
 
 /// A row of a dialog: declaration, label and value. An empty label keeps that of the declaration.
 struct variable_row {
@@ -40,4 +40,4 @@ private:
     std::map<std::string, double> written; ///< by `put`, whose changes are told later
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -159,4 +159,4 @@ void draw_decorations(CDC& dc, const document::decorations& drawings, const draw
     dc.RestoreDC(saved);
 }
 
-} // namespace surface
+} // namespace vldv::surface

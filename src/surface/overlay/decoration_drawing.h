@@ -3,7 +3,7 @@
 #include "surface/figures/drawing_axes.h"
 #include "view/axes/view_geometry.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// Draws what functions and modules have drawn over an image, group by group: points as squares, lines and curves,
 /// bitmaps by the samples that are not 0, each in its colour; selected ones stand out. A text stands at the first
@@ -16,4 +16,4 @@ void draw_decorations(CDC& dc, const document::decorations& drawings, const draw
 /// \param place  of the bitmap, samples of the image
 CRgn mask_region(const document::decoration::element& mask, const CRect& place, const view::view_geometry& geometry);
 
-} // namespace surface
+} // namespace vldv::surface

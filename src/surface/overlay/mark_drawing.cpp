@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -124,4 +124,4 @@ void draw_curves(CDC& dc, const std::vector<std::vector<CPoint>>& curves, const 
     dc.RestoreDC(saved);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -3,7 +3,7 @@
 #include "surface/figures/selection_state.h"
 #include "view/axes/view_geometry.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// How marks look.
 struct mark_style {
@@ -27,4 +27,4 @@ void draw_marks(CDC& dc, const std::vector<CPoint>& marks, const view::view_geom
 /// All curves, the first as the active one.
 void draw_curves(CDC& dc, const std::vector<std::vector<CPoint>>& curves, const view::view_geometry& geometry);
 
-} // namespace surface
+} // namespace vldv::surface

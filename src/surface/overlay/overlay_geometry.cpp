@@ -1,6 +1,6 @@
 #include "surface/overlay/overlay_geometry.h"
 
-namespace surface {
+namespace vldv::surface {
 
 CPoint to_client(CPoint sample, const view::view_geometry& geometry) noexcept
 {
@@ -32,4 +32,4 @@ CRgn to_client(const CRgn& region, const view::view_geometry& geometry)
     return region.transformed({.m11 = scaleX, .m22 = scaleY, .dx = dx, .dy = dy});
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// From samples to client pixels.
 CPoint to_client(CPoint sample, const view::view_geometry& geometry) noexcept;
@@ -15,4 +15,4 @@ CRgn to_client(const CRgn& region, const view::view_geometry& geometry);
 /// The corners as client pixels: left and right, and for rows, which count upwards, bottom and top.
 CRect scaled(const selection_rect& rect, const view::view_geometry& geometry) noexcept;
 
-} // namespace surface
+} // namespace vldv::surface

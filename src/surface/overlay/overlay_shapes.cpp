@@ -3,7 +3,7 @@
 #include "platform/draw/dpi.h"
 #include "surface/overlay/overlay_geometry.h"
 
-namespace surface {
+namespace vldv::surface {
 
 int handle_size() { return CorrectDPISize(2); }
 
@@ -38,4 +38,4 @@ void draw_cross(CDC& dc, CPoint center)
     cross(endColor, 0);
 }
 
-} // namespace surface
+} // namespace vldv::surface

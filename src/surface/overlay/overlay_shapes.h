@@ -3,7 +3,7 @@
 #include "surface/figures/selection_state.h"
 #include "view/axes/view_geometry.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// Colours as drawn over any picture.
 constexpr colorEntry startColor = 0x0000FF, endColor = 0x00FF00, lineColor = 0xFF0000;
@@ -16,4 +16,4 @@ void draw_drag(CDC& dc, const selection_rect& drag, const view::view_geometry& g
 /// Where a volume shows its curve: a cross with shadow and highlight.
 void draw_cross(CDC& dc, CPoint center);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -53,4 +53,4 @@ constexpr angle tool;
 
 const cursor_tool& angle_tool() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

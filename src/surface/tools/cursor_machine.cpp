@@ -14,7 +14,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -233,4 +233,4 @@ void cursor_machine::addMark(CPoint mark)
     world.invalidate(CRgn::combined(before, invalidateRgn(cursor_mode::marks), RGN_OR), false);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/tool_context.h"
 
-namespace surface {
+namespace vldv::surface {
 
 class cursor_tool;
 class mouse_tool;
@@ -65,4 +65,4 @@ private:
     drag_memory drag;
 };
 
-} // namespace surface
+} // namespace vldv::surface

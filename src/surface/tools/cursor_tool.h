@@ -2,7 +2,7 @@
 #include "platform/draw/DC.h"
 #include "surface/tools/mouse_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// What the selected region is filled with.
 struct selection_style {
@@ -47,4 +47,4 @@ protected:
     ~cursor_tool() = default;
 };
 
-} // namespace surface
+} // namespace vldv::surface

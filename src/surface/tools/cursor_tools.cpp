@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -45,4 +45,4 @@ cursor_mode mode_of(int number) noexcept
     return static_cast<cursor_mode>(std::clamp(number, 0, static_cast<int>(std::size(rows)) - 1));
 }
 
-} // namespace surface
+} // namespace vldv::surface

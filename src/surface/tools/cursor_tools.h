@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/cursor_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 // Modes that are alike share a file: regions, distances, profiles, features.
 const cursor_tool& rectangle_tool() noexcept;
@@ -22,4 +22,4 @@ const cursor_tool& tool_of(cursor_mode mode) noexcept;
 /// The mode of this number; the nearest one for others.
 cursor_mode mode_of(int number) noexcept;
 
-} // namespace surface
+} // namespace vldv::surface

@@ -15,7 +15,7 @@
 class CView;
 class ISection;
 
-namespace surface {
+namespace vldv::surface {
 
 /// Where a volume shows its curve, as fractions of its sides.
 struct volume_mark {
@@ -100,4 +100,4 @@ protected:
     ~ICursorWorld() = default;
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -7,7 +7,7 @@
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -50,4 +50,4 @@ void show_length(selection_state& state, const ICursorWorld& world)
 
 const cursor_tool& curve_tool() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

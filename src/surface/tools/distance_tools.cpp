@@ -5,7 +5,7 @@
 
 #include <array>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -54,4 +54,4 @@ constexpr distance distanceTool;
 const cursor_tool& section_tool() noexcept { return sectionTool; }
 const cursor_tool& distance_tool() noexcept { return distanceTool; }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -6,7 +6,7 @@
 
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 void activate(selection_state& state) noexcept
 {
@@ -42,4 +42,4 @@ void point_tool::draw(CDC& dc, const selection_state& state, const view::view_ge
     draw_handle(dc, to_client(state.selection.end(), geometry), endColor);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/cursor_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// Something is selected or measured from now on, and what was measured before goes.
 void activate(selection_state& state) noexcept;
@@ -35,4 +35,4 @@ protected:
     ~point_tool() = default;
 };
 
-} // namespace surface
+} // namespace vldv::surface

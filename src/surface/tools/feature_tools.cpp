@@ -2,7 +2,7 @@
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/overlay_area.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -46,4 +46,4 @@ constexpr feature_tool
 const cursor_tool& include_tool() noexcept { return includeTool; }
 const cursor_tool& exclude_tool() noexcept { return excludeTool; }
 
-} // namespace surface
+} // namespace vldv::surface

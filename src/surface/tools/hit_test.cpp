@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -52,4 +52,4 @@ CPoint rescaled(CPoint point, CSize from, CSize to) noexcept
     return {scaled(point.x, from.cx, to.cx), scaled(point.y, from.cy, to.cy)};
 }
 
-} // namespace surface
+} // namespace vldv::surface

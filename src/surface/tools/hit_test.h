@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// Within `reach` samples on each axis.
 bool is_vertex_hit(CPoint vertex, CPoint at, int reach) noexcept;
@@ -19,4 +19,4 @@ std::size_t find_segment(const std::vector<CPoint>& points, CPoint at, int reach
 /// A point of one image as it lies on an image of another size; cut towards zero.
 CPoint rescaled(CPoint point, CSize from, CSize to) noexcept;
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -149,4 +149,4 @@ constexpr curves_tool tool;
 
 const hot_tool& hot_curves() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

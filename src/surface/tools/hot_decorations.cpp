@@ -2,7 +2,7 @@
 #include "surface/tools/hit_test.h"
 #include "surface/tools/hot_tools.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -49,4 +49,4 @@ constexpr decoration_tool tool;
 
 const hot_tool& hot_decorations() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

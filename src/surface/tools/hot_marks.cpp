@@ -3,7 +3,7 @@
 #include "surface/tools/hot_tools.h"
 #include "surface/tools/marks_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -57,4 +57,4 @@ constexpr mark_tool tool;
 
 const hot_tool& hot_marks() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -42,4 +42,4 @@ constexpr pan_tool tool;
 
 const hot_tool& hot_pan() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

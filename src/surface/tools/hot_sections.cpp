@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -115,4 +115,4 @@ constexpr line_tool lineTool;
 const hot_tool& hot_section_points() noexcept { return pointTool; }
 const hot_tool& hot_section_lines() noexcept { return lineTool; }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/mouse_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// What a press would do, and with what.
 struct hit {
@@ -29,4 +29,4 @@ protected:
     ~hot_tool() = default;
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,6 +1,6 @@
 #include "surface/tools/hot_tools.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -25,4 +25,4 @@ hit find_hit(const selection_state& state, const ICursorWorld& world, const tool
     return {};
 }
 
-} // namespace surface
+} // namespace vldv::surface

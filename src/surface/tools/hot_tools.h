@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/hot_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 // Each kind stands in a file of its name.
 const hot_tool& hot_pan() noexcept; ///< both keys down: of all things the whole picture
@@ -17,4 +17,4 @@ const hot_tool* hot_tool_of(hot_action action) noexcept;
 /// What lies under the mouse: of the kinds in their order, the first that is hit.
 hit find_hit(const selection_state& state, const ICursorWorld& world, const tool_event& event);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -3,7 +3,7 @@
 #include "surface/tools/hit_test.h"
 #include "surface/tools/hot_tools.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -53,4 +53,4 @@ constexpr volume_tool tool;
 
 const hot_tool& hot_volume_mark() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

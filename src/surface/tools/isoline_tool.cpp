@@ -6,7 +6,7 @@
 #include "surface/tools/overlay_area.h"
 #include "surface/tools/region_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -89,4 +89,4 @@ constexpr isoline tool;
 
 const cursor_tool& isoline_tool() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -7,7 +7,7 @@
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -74,4 +74,4 @@ constexpr lengthy tool;
 
 const cursor_tool& lengthy_tool() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

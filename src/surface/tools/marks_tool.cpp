@@ -10,7 +10,7 @@
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -76,4 +76,4 @@ void add_marks(CRgn& area, const selection_state& state, const ICursorWorld& wor
 
 const cursor_tool& marks_tool() noexcept { return tool; }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -2,7 +2,7 @@
 #include "surface/tools/tool_context.h"
 #include "surface/tools/tool_pointer.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// What the left button does where it is pressed. The machine snaps, tracks, captures and repaints around each call;
 /// tools keep nothing themselves. Points are samples.
@@ -24,4 +24,4 @@ protected:
     ~mouse_tool() = default;
 };
 
-} // namespace surface
+} // namespace vldv::surface

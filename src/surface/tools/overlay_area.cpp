@@ -4,7 +4,7 @@
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
 
-namespace surface {
+namespace vldv::surface {
 
 CRect inflated(CRect rect, int by)
 {
@@ -56,4 +56,4 @@ void add_measure(CRgn& area, const selection_state& state, const ICursorWorld& w
     add(area, text_area(at, state.measure.text, state.measure.alignment, world));
 }
 
-} // namespace surface
+} // namespace vldv::surface

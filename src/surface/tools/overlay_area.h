@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// Boxes of what is drawn over the picture, client pixels; of nothing, empty.
-namespace surface {
+namespace vldv::surface {
 
 CRect inflated(CRect rect, int by);
 void add(CRgn& area, const CRect& box);
@@ -20,4 +20,4 @@ CRect text_area(CPoint client, std::wstring_view text, std::uint32_t alignment, 
 /// The measurement, while one is shown.
 void add_measure(CRgn& area, const selection_state& state, const ICursorWorld& world);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/overlay_area.h"
 
-namespace surface {
+namespace vldv::surface {
 
 void draw_selection(CDC& dc, const selection_state& state, const view::view_geometry& geometry,
                     const selection_style& style)
@@ -36,4 +36,4 @@ CRgn drawn_area(const selection_state& state, const ICursorWorld& world, cursor_
     return area;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/cursor_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// What is being selected or measured, in the manner of the mode: region, line, angle or point with its handles.
 void draw_selection(CDC& dc, const selection_state& state, const view::view_geometry& geometry,
@@ -12,4 +12,4 @@ void draw_region_of_interest(CDC& dc, const selection_state& state, const view::
 /// The smallest region that covers what the mode and the measurement draw, client pixels.
 CRgn drawn_area(const selection_state& state, const ICursorWorld& world, cursor_mode mode);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -120,4 +120,4 @@ constexpr column_profile columnTool;
 const cursor_tool& line_profile_tool() noexcept { return lineTool; }
 const cursor_tool& column_profile_tool() noexcept { return columnTool; }
 
-} // namespace surface
+} // namespace vldv::surface

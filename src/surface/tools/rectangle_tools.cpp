@@ -5,7 +5,7 @@
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/region_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -61,4 +61,4 @@ constexpr ellipse ellipseTool;
 const cursor_tool& rectangle_tool() noexcept { return rectangleTool; }
 const cursor_tool& ellipse_tool() noexcept { return ellipseTool; }
 
-} // namespace surface
+} // namespace vldv::surface

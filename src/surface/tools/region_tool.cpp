@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -111,4 +111,4 @@ void region_tool::addArea(CRgn& area, const selection_state& state, const ICurso
         area.CombineRgn(area, to_client(isMoved ? moved_region(state) : state.region, geometry), RGN_OR);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "surface/tools/cursor_tool.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// What regions and new shapes are framed with.
 CBrush region_brush();
@@ -35,4 +35,4 @@ protected:
     static void share(ICursorWorld& world);
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// What a drag has to remember from its press until the button goes up; every press begins a new one.
 struct drag_memory {
@@ -27,4 +27,4 @@ struct tool_event {
     int reach = 0;      ///< what lies so near on each axis is hit
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/app/keys.h"
 
-namespace surface {
+namespace vldv::surface {
 
 /// The pointer over a surface: it tells what a press does.
 struct tool_pointer {
@@ -14,4 +14,4 @@ struct modifier_keys {
     bool control = false, alt = false, shift = false;
 };
 
-} // namespace surface
+} // namespace vldv::surface

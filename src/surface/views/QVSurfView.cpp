@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace vldv;
+
 namespace {
 
 constexpr view::option_row added[] = {{"default_width,int,32,2048", "192"}, {"default_height,int,32,2048", "192"}};

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 constexpr unsigned renderTimer = 5, renderDelay = 10; // milliseconds

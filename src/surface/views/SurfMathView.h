@@ -66,17 +66,17 @@ public:
     void setRegionOfInterest(CRect part);
 
     CScale& getScale() noexcept { return scale; }
-    const surface::selection_state& getDrawn() const noexcept { return drawn; }
+    const vldv::surface::selection_state& getDrawn() const noexcept { return drawn; }
     /// The stream shown, or null.
     const SPMDataStream* stream() const;
     /// The samples of the active sub-image; empty without.
-    surface::sample_frame shownFrame() const;
+    vldv::surface::sample_frame shownFrame() const;
     /// As the options choose.
     const VLAxis& axisX() const { return axis("AxisX", 0); }
     const VLAxis& axisY() const { return axis("AxisY", 1); }
     /// Of the samples shown: an axis that falls is turned with them, so that larger samples are larger values.
     const VLAxis& valueAxis() const;
-    surface::drawing_axes drawingAxes() const;
+    vldv::surface::drawing_axes drawingAxes() const;
     /// All sections and profiles on this image and, with "SelectionSynchr", on similar ones.
     std::vector<ISection*> sections() const;
     /// The view of the document that enumerates features, or null.
@@ -88,7 +88,7 @@ public:
     /// Shows another part of the image.
     void showPart(const CRect& window);
     /// Takes over what is selected on a similar image.
-    void adoptSelection(const surface::selection_state& from);
+    void adoptSelection(const vldv::surface::selection_state& from);
     void updateStatistics();
     /// The same once for all that changes within the delay.
     void updateStatisticsLater();
@@ -123,8 +123,8 @@ private:
     bool isTurned() const;
     const VLAxis& axis(const char* option, unsigned dimension) const;
     CRect roiRect() const;
-    surface::measured_surface measured() const;
-    std::vector<surface::statistics_row> measureRows() const;
+    vldv::surface::measured_surface measured() const;
+    std::vector<vldv::surface::statistics_row> measureRows() const;
     CSize imageSize() const;
     CRect selectionBounds() const;
 
@@ -136,7 +136,7 @@ private:
     void drawVolumeCross(CDC& dc);
     CRect scaleStrip() const;
     void drawZScale(CDC& dc);
-    surface::legend_content legendContent() const;
+    vldv::surface::legend_content legendContent() const;
 
     // What other changes mean
     void onNewData(CView* sender, std::uint32_t hint, const hint_object& object);
@@ -146,7 +146,7 @@ private:
     void dropOutside(CSize whole);
     /// It shows a part of its parent's image in a document of its own.
     bool isZoomWindow() const { return getParentView() && getParentView()->GetDocument() != GetDocument(); }
-    void showMeasure(surface::measure_text measure);
+    void showMeasure(vldv::surface::measure_text measure);
     void remeasure();
     void zoomSource(double factor, CPoint around);
 
@@ -208,15 +208,16 @@ private:
     void OnRememberPalette();
     void OnUpdateRememberPalette(CCmdUI& ui);
 
-    surface::selection_state drawn;
-    surface::view_world world{*this};
-    surface::cursor_machine machine{drawn, world};
+    vldv::surface::selection_state drawn;
+    vldv::surface::view_world world{*this};
+    vldv::surface::cursor_machine machine{drawn, world};
     CScale scale;
-    surface::section_pens pens;
-    std::vector<surface::statistics_row> statisticsRows; ///< of the frame
-    std::vector<surface::statistics_row> panelRows; ///< of the measurement, as the panel was last told to show them
-    CSize knownSize;                                ///< of the image when it was last looked at
-    CRect sectionBounds;                            ///< of the section shown last, samples of this image
+    vldv::surface::section_pens pens;
+    std::vector<vldv::surface::statistics_row> statisticsRows; ///< of the frame
+    std::vector<vldv::surface::statistics_row>
+        panelRows;       ///< of the measurement, as the panel was last told to show them
+    CSize knownSize;     ///< of the image when it was last looked at
+    CRect sectionBounds; ///< of the section shown last, samples of this image
     bool autoRefresh = true;
     bool marksNumbered = true;
     int marksStyle = 0;
@@ -226,8 +227,8 @@ private:
     int displayMin = 0, displayMax = 0; ///< raw samples with the first and last colour
     mutable std::vector<std::int16_t> turnedSamples; ///< kept until the data change
     mutable VLAxis turnedAxis;
-    view::window_fitter fitter;
-    view::range_keeper shownRange;
-    surface::overlay_bitmap overlayBitmap;
+    vldv::view::window_fitter fitter;
+    vldv::view::range_keeper shownRange;
+    vldv::surface::overlay_bitmap overlayBitmap;
     bool isRenderPending = false;
 };

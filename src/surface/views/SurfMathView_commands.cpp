@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* profileSection = "SurfMathView";

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace vldv;
+
 void CSurfMathView::OnLButtonDown(unsigned flags, CPoint point)
 {
     machine.press(flags, point);

@@ -17,6 +17,8 @@
 
 #include <cmath>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int scaleGap = 5; // pixels around the strip

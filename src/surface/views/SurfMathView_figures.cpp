@@ -5,6 +5,8 @@
 
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 constexpr const char* directionKey = "\\Line direction";

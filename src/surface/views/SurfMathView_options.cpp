@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 void CSurfMathView::GetOptionsList(SPMVar* vars, unsigned* count)
 {
     unsigned before = 0;

@@ -2,6 +2,8 @@
 #include "surface/views/SurfMathView.h"
 #include "surface/views/stored_palette.h"
 
+using namespace vldv;
+
 namespace {
 
 int applying = 0; ///< scales are being given what an image keeps

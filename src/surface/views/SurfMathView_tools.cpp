@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <climits>
 
+using namespace vldv;
+
 namespace {
 
 using surface::cursor_mode;

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 bool is_inside(CPoint point, CSize size) noexcept

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -107,4 +107,4 @@ bool run_calibration(CDocument& document, const measured_surface& surface, const
     return true;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -8,7 +8,7 @@
 class CDocument;
 class CWnd;
 
-namespace surface {
+namespace vldv::surface {
 
 /// Points set on the lines of a grating against its nominal pitch: where each lies, where it should lie, and what the
 /// best line through all leaves.
@@ -35,4 +35,4 @@ std::wstring calibration_text(const calibration_table& table, const std::string&
 bool run_calibration(CDocument& document, const measured_surface& surface, const std::vector<CPoint>& curve,
                      CWnd* parent);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -4,7 +4,7 @@
 #include "surface/figures/measurement_text.h"
 #include "surface/views/legend.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -72,4 +72,4 @@ std::wstring clipboard_text(const legend_content& content, bool withFile, const 
     return cells.text(withHeader);
 }
 
-} // namespace surface
+} // namespace vldv::surface

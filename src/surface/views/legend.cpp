@@ -15,7 +15,7 @@
 #include <cmath>
 #include <limits>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -213,4 +213,4 @@ void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content)
     dc.RestoreDC(saved);
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -10,7 +10,7 @@
 
 class CDCView;
 
-namespace surface {
+namespace vldv::surface {
 
 /// A line of the parameter panel.
 struct parameter_line {
@@ -43,4 +43,4 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
 /// Axes and grid of the full legend.
 void draw_legend_axes(CDC& dc, CDCView& view, const legend_content& content);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -65,4 +65,4 @@ void draw_scale_mark(CDCView& view, CDC& dc, const CRect& display, double span, 
     dc.RestoreDC(saved);
 }
 
-} // namespace surface
+} // namespace vldv::surface

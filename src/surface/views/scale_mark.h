@@ -7,7 +7,7 @@
 class CDC;
 class CDCView;
 
-namespace surface {
+namespace vldv::surface {
 
 /// Where and how the bar of known length is drawn.
 struct scale_mark_style {
@@ -27,4 +27,4 @@ double scale_bar_length(double span, const char* units, double wantedNm, double 
 void draw_scale_mark(CDCView& view, CDC& dc, const CRect& display, double span, const std::string& units,
                      const scale_mark_style& style);
 
-} // namespace surface
+} // namespace vldv::surface

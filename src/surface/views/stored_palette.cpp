@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -121,4 +121,4 @@ bool apply_palette(std::string_view text, CScale& own, CScale* followed)
     return true;
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -8,7 +8,7 @@
 
 class CScale;
 
-namespace surface {
+namespace vldv::surface {
 
 /// The palette that an image keeps among its texts, under `storedPaletteKey`: palette, direction, size and start of the
 /// fixed window, its units, and for the custom palette its colours, between commas. Colours are the bytes of 32-bit
@@ -34,4 +34,4 @@ stored_palette palette_of(const view::scale_state& scale, const color_table& cus
 /// with both as they were
 bool apply_palette(std::string_view text, CScale& own, CScale* followed);
 
-} // namespace surface
+} // namespace vldv::surface

@@ -3,7 +3,7 @@
 #include "view/axes/axis_options.h"
 #include "view/frame/option_rows.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -74,4 +74,4 @@ std::vector<SPMVar> surface_options(const SPMDataStream* stream)
     return out;
 }
 
-} // namespace surface
+} // namespace vldv::surface

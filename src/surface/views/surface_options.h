@@ -4,11 +4,11 @@
 
 #include <vector>
 
-namespace surface {
+namespace vldv::surface {
 
 /// The options that a surface adds to those of every image view, with their defaults. Last come the choices of axes of
 /// the image, as many as it has.
 /// \param stream  the image; null for none
 std::vector<SPMVar> surface_options(const SPMDataStream* stream);
 
-} // namespace surface
+} // namespace vldv::surface

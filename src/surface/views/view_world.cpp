@@ -7,7 +7,7 @@
 #include "view/image/SectionSource.h"
 #include "view/image/VolumeSource.h"
 
-namespace surface {
+namespace vldv::surface {
 
 namespace {
 
@@ -102,4 +102,4 @@ void view_world::showWait(bool on)
     if (CWinApp* const app = AfxGetApp()) app->host().waitCursor(on);
 }
 
-} // namespace surface
+} // namespace vldv::surface

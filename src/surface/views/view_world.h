@@ -3,7 +3,7 @@
 
 class CSurfMathView;
 
-namespace surface {
+namespace vldv::surface {
 
 /// A surface view and its document as the world of a cursor machine.
 class view_world final : public ICursorWorld {
@@ -60,4 +60,4 @@ private:
     CSurfMathView& view;
 };
 
-} // namespace surface
+} // namespace vldv::surface

@@ -10,7 +10,7 @@
 #include "view/image/SectionSource.h"
 #include "view/image/VolumeSource.h"
 
-namespace surface {
+namespace vldv::surface {
 
 void view_world::invalidate(const CRgn& region, bool erase)
 {
@@ -113,4 +113,4 @@ void view_world::storeLengthyObject(std::span<const CPoint> path)
     view.storageDoc()->set_decoration(lengthyMaskKey, &record, 1, DEC_IMAGE_SURFACE, view.getImageNumber());
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -9,7 +9,7 @@
 #include "view/ImageView.h"
 #include "view/image/stream_outline.h"
 
-namespace surface {
+namespace vldv::surface {
 
 CStorageDoc* zoom_document(const CImageView& surface)
 {
@@ -53,4 +53,4 @@ void refresh_zoom_window(const CImageView& surface, const CRect& bounds)
     zoom->UpdateAllViews(nullptr, document::data_hint(0));
 }
 
-} // namespace surface
+} // namespace vldv::surface

@@ -3,7 +3,7 @@ class CImageView;
 class CStorageDoc;
 struct CRect;
 
-namespace surface {
+namespace vldv::surface {
 
 /// A window of its own that magnifies the selection of a surface: a document with one image, the samples inside some
 /// bounds. Its view is a child of the surface, so that it goes with it and is found again as long as it is there. One
@@ -16,4 +16,4 @@ void open_zoom_window(CImageView& surface, const CRect& bounds);
 /// Writes the samples of the bounds into it, if it is open, and tells its views.
 void refresh_zoom_window(const CImageView& surface, const CRect& bounds);
 
-} // namespace surface
+} // namespace vldv::surface

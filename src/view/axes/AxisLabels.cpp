@@ -9,7 +9,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -77,4 +77,4 @@ std::string label_format(double start, double end, int ticNumber)
     return base::formatted("%%.%dlg", std::max(base::telling_digits(largest, step), plain_digits(largest, step)));
 }
 
-} // namespace view
+} // namespace vldv::view

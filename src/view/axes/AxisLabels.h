@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-namespace view {
+namespace vldv::view {
 
 /// Text of a tick without a format: so many digits that neighbours differ, at least 3; numbers below 1e-06 read "0".
 /// \param step  from tick to tick, of either sign
@@ -12,4 +12,4 @@ std::string axis_label(double value, double step, const char* format);
 /// "%lg", or with as many digits as tell neighbouring ticks of the axis apart.
 std::string label_format(double start, double end, int ticNumber);
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -79,4 +79,4 @@ void find_ticks(double start, double end, int pixels, int ticNumber, axis_ticks&
     }
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -1,7 +1,7 @@
 #pragma once
 #include <vector>
 
-namespace view {
+namespace vldv::view {
 
 struct axis_tick {
     double value;
@@ -26,4 +26,4 @@ struct axis_ticks {
 /// \param out  keeps its memory; no ticks when the span is not finite
 void find_ticks(double start, double end, int pixels, int ticNumber, axis_ticks& out);
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-namespace view {
+namespace vldv::view {
 
 SPMVar axis_choice(const char* declaration, char letter, const VLAxesContainer& axes)
 {
@@ -32,4 +32,4 @@ void tie_margins(SPMVar* options, unsigned count)
             if (options[i].get_name() == name) options[i].set_options(expression);
 }
 
-} // namespace view
+} // namespace vldv::view

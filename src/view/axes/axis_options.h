@@ -3,7 +3,7 @@
 #include "base/VLAxis.h"
 
 /// Options that views with axes around them share.
-namespace view {
+namespace vldv::view {
 
 /// A choice among the axes of a container: items "x0(nm)", "x1(V)" …, the first chosen.
 SPMVar axis_choice(const char* declaration, char letter, const VLAxesContainer& axes);
@@ -12,4 +12,4 @@ SPMVar axis_choice(const char* declaration, char letter, const VLAxesContainer& 
 /// scale, panels and file information stand.
 void tie_margins(SPMVar* options, unsigned count);
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -68,4 +68,4 @@ CPen grid_pen(const CDCView& view)
     }
 }
 
-} // namespace view
+} // namespace vldv::view

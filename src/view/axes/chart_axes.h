@@ -7,7 +7,7 @@
 class CDCView;
 
 /// What charts and the legends of surfaces have in common: axes along the sides of a picture, and their grid.
-namespace view {
+namespace vldv::view {
 
 /// The ends of an axis as the user reads them, both in the unit in which the span, or else the start, reads well.
 struct shown_axis {
@@ -28,4 +28,4 @@ void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const chart_si
 CPen axis_pen(const CDCView& view);
 CPen grid_pen(const CDCView& view);
 
-} // namespace view
+} // namespace vldv::view

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -89,4 +89,4 @@ full_screen_place place_full_screen(const std::vector<CRect>& monitors, int mode
     return {mode == allMonitors ? all : selected, selected.CenterPoint()};
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace view {
+namespace vldv::view {
 
 /// Where source samples lie on a window. Source y grows upwards and client y downwards; a sample is the square around
 /// its centre. Towards the window nothing is clamped, towards the samples results stay inside `source`.
@@ -70,4 +70,4 @@ struct full_screen_place {
 /// \param main      the main window, of which mode 1 takes the monitor
 full_screen_place place_full_screen(const std::vector<CRect>& monitors, int mode, int index, const CRect& main);
 
-} // namespace view
+} // namespace vldv::view

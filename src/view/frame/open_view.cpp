@@ -7,7 +7,7 @@
 #include "platform/app/WinApp.h"
 #include "view/ImageView.h"
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -50,4 +50,4 @@ void show_opened(CImageView& opened)
         frame->GetDocTemplate()->InitialUpdateFrame(frame, opened.GetDocument(), true);
 }
 
-} // namespace view
+} // namespace vldv::view

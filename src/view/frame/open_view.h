@@ -3,7 +3,7 @@
 
 class CImageView;
 
-namespace view {
+namespace vldv::view {
 
 using enum ::frame_template;
 using ::frame_template;
@@ -17,4 +17,4 @@ CImageView* open_view(CImageView& from, unsigned templateId);
 /// Gives the view its first update and shows its frame.
 void show_opened(CImageView& opened);
 
-} // namespace view
+} // namespace vldv::view

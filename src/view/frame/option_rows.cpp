@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cassert>
 
-namespace view {
+namespace vldv::view {
 
 SPMVar declared_option(const option_row& row)
 {
@@ -34,4 +34,4 @@ SPMVar global_option(const char* name)
     return found;
 }
 
-} // namespace view
+} // namespace vldv::view

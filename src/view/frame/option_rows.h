@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-namespace view {
+namespace vldv::view {
 
 /// One option of a view: its declaration and the text of its default.
 struct option_row {
@@ -24,4 +24,4 @@ void list_options(std::span<const option_row> own, unsigned before, SPMVar* vars
 /// A variable of "global_options"; type 0 when there is none of that name.
 VLDV_INTERNAL_API SPMVar global_option(const char* name);
 
-} // namespace view
+} // namespace vldv::view

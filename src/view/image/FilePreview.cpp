@@ -12,7 +12,7 @@
 #include <cmath>
 #include <filesystem>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -118,4 +118,4 @@ file_preview preview_file(const std::wstring& path, int side)
     return preview;
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -15,7 +15,7 @@ int CountExportFormats(const wchar_t* filters) noexcept
     return static_cast<int>(std::ranges::count(text, L'|') / 2);
 }
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -113,4 +113,4 @@ bool export_picture(CDCView& view, int filter, const std::filesystem::path& path
     return true;
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -10,7 +10,7 @@ class CDCView;
 /// How many formats a filter list names: pairs of a name and its patterns, each followed by a bar. 0 for null.
 VLDV_API int CountExportFormats(const wchar_t* filters) noexcept;
 
-namespace view {
+namespace vldv::view {
 
 /// Pictures that every view of an image exports, as the filters of string 4026 name them, from 1.
 enum picture_filter { bitmapFilter = 1, jpegFilter, tiffFilter };
@@ -22,4 +22,4 @@ std::span<SPMVar* const> picture_parameters(int format);
 /// to the user, with the file as it was. \return a file was written
 bool export_picture(CDCView& view, int filter, const std::filesystem::path& path);
 
-} // namespace view
+} // namespace vldv::view

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/SPMDataStream.h"
 
-namespace view {
+namespace vldv::view {
 
 /// Gives `target` name, label, value axes and sub-image names of `source`, without its shape and samples.
 inline void copy_outline(SPMDataStream& target, const SPMDataStream& source)
@@ -13,4 +13,4 @@ inline void copy_outline(SPMDataStream& target, const SPMDataStream& source)
     target.set_subimage_names(names.data(), static_cast<unsigned>(names.size()));
 }
 
-} // namespace view
+} // namespace vldv::view

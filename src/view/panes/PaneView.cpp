@@ -5,6 +5,8 @@
 
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 std::wstring cell_text(const std::wstring& cell)

@@ -3,6 +3,8 @@
 #include "document/StorageDoc.h"
 #include "document/document_table.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr char separator = '|', globalFlag = '+', localFlag = '-';

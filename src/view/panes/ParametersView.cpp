@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cwctype>
 
-namespace view {
+using namespace vldv;
+
+namespace vldv::view {
 
 namespace {
 
@@ -38,7 +40,7 @@ std::vector<parameter_row> parameter_rows(const CStorageDoc& document, const std
     return rows;
 }
 
-} // namespace view
+} // namespace vldv::view
 
 void CParametersView::OnUpdate(CView*, std::uint32_t, const hint_object&) { show(); }
 

@@ -7,7 +7,7 @@
 
 class CStorageDoc;
 
-namespace view {
+namespace vldv::view {
 
 /// One text parameter of a document or of an image.
 struct parameter_row {
@@ -19,7 +19,7 @@ struct parameter_row {
 /// The document's texts, then those of each image, of which name or value holds `wanted` without regard to case.
 std::vector<parameter_row> parameter_rows(const CStorageDoc& document, const std::string& wanted);
 
-} // namespace view
+} // namespace vldv::view
 
 /// A searchable table of a document's text parameters.
 class VLDV_API CParametersView : public CTableView {
@@ -27,12 +27,12 @@ public:
     void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
     /// What the user searches for.
     void setFilter(const std::wstring& text) override;
-    const std::vector<view::parameter_row>& rows() const noexcept { return shownRows; }
+    const std::vector<vldv::view::parameter_row>& rows() const noexcept { return shownRows; }
 
 private:
     void show();
     std::wstring titleSuffix() const override { return L" parameters"; }
 
     std::string filter;
-    std::vector<view::parameter_row> shownRows;
+    std::vector<vldv::view::parameter_row> shownRows;
 };

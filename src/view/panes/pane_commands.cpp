@@ -13,7 +13,7 @@
 
 #include <memory>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -75,4 +75,4 @@ bool pane_command(IPaneContent& content, unsigned id, CCmdUI* ui)
     return true;
 }
 
-} // namespace view
+} // namespace vldv::view

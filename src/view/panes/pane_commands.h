@@ -22,10 +22,10 @@ protected:
     ~IPaneContent() = default;
 };
 
-namespace view {
+namespace vldv::view {
 
 /// "Copy" (the selection, or all), "Select All", "Save" and "Save As" (the text, to a file that the user names) and the
 /// three commands of printing. \return false when it is none of these
 VLDV_INTERNAL_API bool pane_command(IPaneContent& content, unsigned id, CCmdUI* ui);
 
-} // namespace view
+} // namespace vldv::view

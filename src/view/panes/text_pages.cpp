@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -115,4 +115,4 @@ bool text_pages::draw(CDC& dc, int page)
     return last < broken.size();
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace view {
+namespace vldv::view {
 
 /// Lines of a text as they stand on paper: cells between tabs below each other in every run of lines that have some,
 /// two blanks apart; a line end of any kind ends a line.
@@ -32,4 +32,4 @@ private:
     CRect margins;
 };
 
-} // namespace view
+} // namespace vldv::view

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -86,4 +86,4 @@ colorEntry color_at(const color_table& table, bool inverse, int i, int n, double
     return table[static_cast<std::size_t>(std::fmax(0.0, std::fmin(index, last)))];
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 /// Colours from the lowest value to the highest. Tables differ in length.
 using color_table = std::vector<colorEntry>;
 
-namespace view {
+namespace vldv::view {
 
 constexpr int builtInPalettes = 8;
 constexpr int customPalette = 0;
@@ -28,4 +28,4 @@ colorEntry color_at(const color_table& table, bool inverse, int i, int n) noexce
 /// The same through a gamma curve, rounded halves up.
 colorEntry color_at(const color_table& table, bool inverse, int i, int n, double gamma) noexcept;
 
-} // namespace view
+} // namespace vldv::view

@@ -23,9 +23,9 @@ public:
     bool isChecked(unsigned id) const override;
     CWnd* pane(unsigned id) override;
 
-    void OnRed() { selectChannel(view::color_channel::red); }
-    void OnGreen() { selectChannel(view::color_channel::green); }
-    void OnBlue() { selectChannel(view::color_channel::blue); }
+    void OnRed() { selectChannel(vldv::view::color_channel::red); }
+    void OnGreen() { selectChannel(vldv::view::color_channel::green); }
+    void OnBlue() { selectChannel(vldv::view::color_channel::blue); }
     void OnSmooth();
     /// The custom palette as it was before; where there was none, the colours that the dialog began with.
     void OnRestore();
@@ -52,7 +52,7 @@ private:
         CPoint last;
     };
 
-    void selectChannel(view::color_channel channel);
+    void selectChannel(vldv::view::color_channel channel);
     void DrawLines(CDC& dc, CSize size) const;
     void DrawPalette(CDC& dc, CSize size) const;
     void UpdatePalette();
@@ -63,7 +63,7 @@ private:
     color_table edited;
     const color_table restored; ///< what the table held before
     const color_table begun;    ///< what the dialog began with
-    view::color_channel selected = view::color_channel::red;
+    vldv::view::color_channel selected = vldv::view::color_channel::red;
     pen_pane lines;
     drawn_pane sample;
 };

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <concepts>
 
+using namespace vldv;
+
 namespace {
 
 constexpr int maxSide = 1 << 14; // pixels; no screen is as large

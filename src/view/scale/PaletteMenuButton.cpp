@@ -3,6 +3,8 @@
 #include "view/Scale.h"
 #include "view/scale/strip.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr int gap = 10, smallestStrip = 50;

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -88,4 +88,4 @@ std::vector<CPoint> channel_line(const color_table& table, color_channel channel
     return points;
 }
 
-} // namespace view
+} // namespace vldv::view

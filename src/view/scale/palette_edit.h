@@ -5,7 +5,7 @@
 #include <vector>
 
 /// What the palette editor does to a table, on plain values. The table has at least one entry everywhere.
-namespace view {
+namespace vldv::view {
 
 enum class color_channel : unsigned { red = 0, green = 8, blue = 16 }; ///< bits below it
 
@@ -29,4 +29,4 @@ std::vector<CPoint> channel_line(const color_table& table, color_channel channel
 /// Entry that column `x` of `width` shows.
 colorEntry column_color(const color_table& table, int x, int width) noexcept;
 
-} // namespace view
+} // namespace vldv::view

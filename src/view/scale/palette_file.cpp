@@ -1,6 +1,6 @@
 #include "view/scale/palette_file.h"
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -49,4 +49,4 @@ std::vector<std::byte> write_palette_file(const color_table& table)
     return out;
 }
 
-} // namespace view
+} // namespace vldv::view

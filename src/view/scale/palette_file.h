@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace view {
+namespace vldv::view {
 
 /// Reads a `.pal` palette file: little-endian RIFF, four bytes an entry (red, green, blue, flags).
 /// \param bytes  the whole file; may be empty, cut short or hostile
@@ -18,4 +18,4 @@ base::read_result<color_table> read_palette_file(std::span<const std::byte> byte
 /// The file for a table: 20 bytes of headers, then whole entries, the top byte as flags.
 std::vector<std::byte> write_palette_file(const color_table& table);
 
-} // namespace view
+} // namespace vldv::view

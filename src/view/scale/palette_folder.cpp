@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iterator>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -101,4 +101,4 @@ std::vector<file_palette> read_palette_folder(const std::filesystem::path& folde
     return palettes;
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace view {
+namespace vldv::view {
 
 /// A palette that stands in a file of its own.
 struct file_palette {
@@ -27,4 +27,4 @@ VLDV_INTERNAL_API std::vector<file_palette> read_palette_folder(const std::files
 /// Replaces $NAME, ${NAME} and %NAME% by the environment; unknown names stay as they are.
 std::string expanded_environment(const std::string& text);
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -87,4 +87,4 @@ bool write_custom_palette(IProfile& profile, const color_table& table)
            profile.writeBinary(section, tableKey, std::as_bytes(std::span(table)));
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 #include <string>
 
 /// The section "Palette" of the profile: "Values", "CustomMaxColorN", "CustomColorTable".
-namespace view {
+namespace vldv::view {
 
 /// Reads palette, mode and window into a state; what is absent or unreadable stays as it is. The palette is one of the
 /// built-in ones afterwards, the mode one of the four.
@@ -19,4 +19,4 @@ color_table read_custom_palette(const IProfile& profile);
 /// Saves it, its length first. \return false at the first value that the profile refuses
 bool write_custom_palette(IProfile& profile, const color_table& table);
 
-} // namespace view
+} // namespace vldv::view

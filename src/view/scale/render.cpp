@@ -9,7 +9,7 @@
 #include <optional>
 #include <span>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -158,4 +158,4 @@ void render_image(scale_state& state, const color_table& table, const render_req
     if (request.highOut) *request.highOut = window.high;
 }
 
-} // namespace view
+} // namespace vldv::view

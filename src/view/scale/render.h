@@ -10,7 +10,7 @@
 
 /// From 16-bit samples to pixels through a scale. The result is defined by `render_reference`, step by step over whole
 /// arrays; `render_image` gives the same bits with one pass over the samples.
-namespace view {
+namespace vldv::view {
 
 /// One drawing. Rows of the picture are in the order of the source.
 struct render_request {
@@ -84,4 +84,4 @@ private:
     T* block;
 };
 
-} // namespace view
+} // namespace vldv::view

@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -107,4 +107,4 @@ void free_temporary(void* block) noexcept { std::free(block); }
 
 void set_temporary_allocator(void* (*allocate)(std::size_t)) noexcept { allocator = allocate; }
 
-} // namespace view
+} // namespace vldv::view

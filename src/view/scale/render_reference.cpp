@@ -9,7 +9,7 @@
 #include <cstring>
 #include <optional>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -194,4 +194,4 @@ void render_reference(scale_state& state, const color_table& table, const render
     copy_channels(channels.data(), count, out);
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -73,4 +73,4 @@ primitives::height_range range_keeper::of(const std::int16_t* image, int rowLeng
     return range;
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace view {
+namespace vldv::view {
 
 /// A window of samples as they are shown: as many as the picture has pixels.
 struct fitted_window {
@@ -58,4 +58,4 @@ private:
     primitives::height_range range;
 };
 
-} // namespace view
+} // namespace vldv::view

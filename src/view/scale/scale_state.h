@@ -6,7 +6,7 @@
 /// Which way a strip runs.
 enum tdTileDirection : int { tdOwn = -1, tdHorizontal = 0, tdVertical = 1 };
 
-namespace view {
+namespace vldv::view {
 
 /// What `autoScaling` says.
 enum scale_mode : int { fixedScale = 0, autoScale = 1, perLine = 2, perLinePlanefit = 3 };
@@ -35,4 +35,4 @@ struct scale_state {
     bool disableScaleCheck = false; ///< never replace the fixed window by the range of the data
 };
 
-} // namespace view
+} // namespace vldv::view

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace view {
+namespace vldv::view {
 
 namespace {
 
@@ -171,4 +171,4 @@ void take_window(scale_state& state, const data_range& data)
     state.relativeMeanOffset = 0.0;
 }
 
-} // namespace view
+} // namespace vldv::view

@@ -5,7 +5,7 @@
 
 /// The strip that shows a scale's colours, and the two handles on it that move and stretch the fixed window: arithmetic
 /// on a plain state, for windows, menus and legends alike.
-namespace view {
+namespace vldv::view {
 
 /// What `hotDelimiter` says. The upper one comes first along the strip.
 enum strip_delimiter : int { noDelimiter = 0, upperOne = 1, lowerOne = 2 };
@@ -52,4 +52,4 @@ bool window_suits(const scale_state& state, const data_range& data, bool absolut
 /// Makes the fixed window the range of the data.
 void take_window(scale_state& state, const data_range& data);
 
-} // namespace view
+} // namespace vldv::view

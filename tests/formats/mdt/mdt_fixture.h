@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace formats {
+namespace vldv::formats {
 
 /// A file of these frames.
 inline std::string mdt_file(const std::vector<std::string>& frames)
@@ -119,4 +119,4 @@ inline std::string mdt_named_blocks(const std::vector<std::pair<std::string, std
     return mdt_frame_of(190, table + names + content, 0);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -4,7 +4,7 @@
 #include <string>
 
 /// Little- and big-endian numbers as bytes, for files that tests make.
-namespace formats {
+namespace vldv::formats {
 
 inline std::string little_endian(std::uint64_t number, unsigned bytes)
 {
@@ -24,4 +24,4 @@ inline std::string be16(std::uint64_t number) { return reversed(le16(number)); }
 inline std::string be32(std::uint64_t number) { return reversed(le32(number)); }
 inline std::string be_double(double number) { return reversed(le_double(number)); }
 
-} // namespace formats
+} // namespace vldv::formats

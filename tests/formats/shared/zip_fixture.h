@@ -5,7 +5,7 @@
 #include <string>
 #include <zlib.h>
 
-namespace formats {
+namespace vldv::formats {
 
 /// An archive of these members, stored.
 inline std::string stored_zip(const std::map<std::string, std::string>& members)
@@ -22,4 +22,4 @@ inline std::string stored_zip(const std::map<std::string, std::string>& members)
            le32(directory.size()) + le32(body.size()) + le16(0);
 }
 
-} // namespace formats
+} // namespace vldv::formats

@@ -9,7 +9,7 @@
 #include <random>
 #include <unistd.h>
 
-namespace platform {
+namespace vldv::platform {
 
 // For messages of failed comparisons.
 static void PrintTo(const options_section& section, std::ostream* out)
@@ -18,7 +18,7 @@ static void PrintTo(const options_section& section, std::ostream* out)
     for (const options_entry& each : section.entries) *out << " {" << each.key << "} = {" << each.value << '}';
 }
 
-} // namespace platform
+} // namespace vldv::platform
 
 namespace {
 
