@@ -3,7 +3,7 @@
 
 A file may include headers of its own folder and of the folders named there, and each of those has to be used. Headers of
 the desktop toolkit stand only in src/host and src/paint. A folder holds at most 30 units, a unit being a source with its
-header. Prints each fault and exits with 1 when there is one.
+header. The namespaces of folders stand below vldv::. Prints each fault and exits with 1 when there is one.
 """
 import pathlib
 import re
@@ -13,6 +13,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent / "src"
 FOLDER = re.compile(r"vldv_folder\(([\w/]+)\s+(.*?)\bSOURCES\b", re.S)
 MAY_USE = re.compile(r"\bMAY_USE\b([^)]*)")
 MOST_UNITS = 30
+NAMESPACE = re.compile(r"^namespace (?!vldv\b)(\w+)", re.M)
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 
 
@@ -73,8 +74,15 @@ def crowds():
             yield f"src/{folder.relative_to(ROOT).as_posix()}: {len(names)} units want rooms; at most {MOST_UNITS}"
 
 
+def stray_namespaces():
+    folders = {path.name for path in ROOT.iterdir() if path.is_dir()}
+    for source in sources():
+        for name in folders.intersection(NAMESPACE.findall(source.read_text(encoding="utf-8"))):
+            yield f"src/{source.relative_to(ROOT).as_posix()}: namespace {name} stands beside vldv::"
+
+
 def main():
-    found = [*faults(read_arrows()), *crowds()]
+    found = [*faults(read_arrows()), *crowds(), *stray_namespaces()]
     print("\n".join(found), end="\n" if found else "")
     return 1 if found else 0
 
