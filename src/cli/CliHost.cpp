@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace vldv::cli {
+
 void CCliHost::messageBox(const std::string& text, message_icon)
 {
     if (!messages.empty()) messages += '\n';
@@ -9,3 +11,5 @@ void CCliHost::messageBox(const std::string& text, message_icon)
 }
 
 std::string CCliHost::takeMessages() { return std::exchange(messages, {}); }
+
+} // namespace vldv::cli

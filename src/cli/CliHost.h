@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 
+namespace vldv::cli {
+
 /// The machine of the command line: windows that nobody sees, no dialogs, no settings that outlive the program.
 /// Messages are kept for the command that caused them.
 class CCliHost : public IHost, private IProfile {
@@ -51,3 +53,5 @@ private:
 
     std::string messages;
 };
+
+} // namespace vldv::cli

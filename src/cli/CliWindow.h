@@ -3,6 +3,8 @@
 
 #include <set>
 
+namespace vldv::cli {
+
 /// A window that has a size and timers and is never seen: what a view needs to lay itself out. Sizes are not told; who
 /// gives one calls `OnSize`.
 class CCliWindow : public IWindowPeer {
@@ -43,3 +45,5 @@ private:
     CRect rect;
     std::set<unsigned> waiting;
 };
+
+} // namespace vldv::cli

@@ -4,6 +4,8 @@
 #include <new>
 #include <utility>
 
+namespace vldv::host {
+
 bool CWorkstationApp::notify(QObject* receiver, QEvent* event)
 {
     std::string reason;
@@ -23,3 +25,5 @@ bool CWorkstationApp::notify(QObject* receiver, QEvent* event)
     });
     return false;
 }
+
+} // namespace vldv::host

@@ -3,6 +3,8 @@
 #include <functional>
 #include <string>
 
+namespace vldv::host {
+
 /// The toolkit's application. What a handler throws, say for want of memory, ends that handler alone: the user is told
 /// and the open documents stay, so that they can be saved.
 class CWorkstationApp : public QApplication {
@@ -17,3 +19,5 @@ public:
 private:
     bool isTold = false;
 };
+
+} // namespace vldv::host

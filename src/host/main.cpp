@@ -83,17 +83,17 @@ int main(int count, char** arguments)
     tell_and_end_when_asked(count, arguments);
     // Moving a window that lies under another one, the toolkit would copy the pixels of both.
     qputenv("QT_NO_FAST_MOVE", "1");
-    CWorkstationApp toolkit(count, arguments);
-    QApplication::setStyle(new CBoxStyle);
+    host::CWorkstationApp toolkit(count, arguments);
+    QApplication::setStyle(new host::CBoxStyle);
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("velmira"));
     QApplication::setApplicationVersion(QStringLiteral(VLDV_VERSION));
     QApplication::setWindowIcon(program_icon());
     CProfileStore profile(platform::profile_path());
     paint::register_fonts();
-    CQtHost machine(profile);
+    host::CQtHost machine(profile);
     CVldvApp app(machine);
-    CMainWindow window(app);
+    host::CMainWindow window(app);
     machine.setMainWindow(&window);
     toolkit.onFailure = [&machine](const std::string& reason) { machine.messageBox(reason, message_icon::error); };
     if (!host::restore_places(window, profile)) window.resize(usualSize.boundedTo(window.screen()->availableSize()));

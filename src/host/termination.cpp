@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -22,7 +22,7 @@ extern "C" void tell_of_signal(int)
 
 } // namespace
 
-void host::on_termination(QObject& owner, const std::function<void()>& then)
+void on_termination(QObject& owner, const std::function<void()>& then)
 {
     if (askedToEnd[0] < 0 && pipe2(askedToEnd, O_CLOEXEC | O_NONBLOCK) != 0) return;
     auto* const notifier = new QSocketNotifier(askedToEnd[0], QSocketNotifier::Read, &owner);
@@ -36,3 +36,5 @@ void host::on_termination(QObject& owner, const std::function<void()>& then)
     action.sa_flags = SA_RESTART; // a save goes on
     for (const int signal : {SIGTERM, SIGHUP, SIGINT}) sigaction(signal, &action, nullptr);
 }
+
+} // namespace vldv::host

@@ -12,7 +12,7 @@
 #include <cmath>
 #include <numbers>
 
-using namespace vldv;
+namespace vldv::paint {
 
 namespace {
 
@@ -35,10 +35,10 @@ CQtDC::CQtDC(QPaintDevice& device)
 {
     if (!painter->isActive()) return;
     if (has_pixels(*painter))
-        surface = std::make_unique<paint::raster_surface>(std::make_unique<paint::painter_sink>(*painter),
-                                                          device.devicePixelRatioF());
+        surface =
+            std::make_unique<raster_surface>(std::make_unique<painter_sink>(*painter), device.devicePixelRatioF());
     else
-        surface = std::make_unique<paint::page_surface>(*painter);
+        surface = std::make_unique<page_surface>(*painter);
 }
 
 CQtDC::CQtDC(CSize dpi_) : dpi(dpi_) {}
@@ -48,7 +48,7 @@ CQtDC::~CQtDC() = default;
 bool CQtDC::newPage()
 {
     auto* const pages = painter ? dynamic_cast<QPagedPaintDevice*>(painter->device()) : nullptr;
-    auto* const page = dynamic_cast<paint::page_surface*>(surface.get());
+    auto* const page = dynamic_cast<page_surface*>(surface.get());
     if (!pages || !page || !pages->newPage()) return false;
     page->forget();
     return true;
@@ -62,8 +62,8 @@ void CQtDC::bitmapSelected()
 {
     if (painter) return;
     surface.reset();
-    const paint::pixel_rows rows = selectedBitmap() ? paint::rows_of(*selectedBitmap()) : paint::pixel_rows();
-    if (rows.top) surface = std::make_unique<paint::raster_surface>(std::make_unique<paint::memory_sink>(rows), 1.0);
+    const pixel_rows rows = selectedBitmap() ? rows_of(*selectedBitmap()) : pixel_rows();
+    if (rows.top) surface = std::make_unique<raster_surface>(std::make_unique<memory_sink>(rows), 1.0);
 }
 
 std::vector<CPoint> CQtDC::toUnits(std::span<const CPoint> points) const
@@ -125,13 +125,13 @@ void CQtDC::paintEllipse(const CRect& rect)
 
 void CQtDC::fillRegion(const CRgn& region, const CBrush& brush, raster_op3 operation)
 {
-    if (surface) surface->fill(state(), toUnits(region), {brush, paint::brush_op_of(operation)});
+    if (surface) surface->fill(state(), toUnits(region), {brush, brush_op_of(operation)});
 }
 
 void CQtDC::drawPixels(const CRect& to, const CBitmap& bitmap, const CRect& from, raster_op3 operation)
 {
     if (!surface) return;
-    const paint::raster_op op = paint::blit_op_of(operation);
+    const raster_op op = blit_op_of(operation);
     if (!op.readsSource()) return fillRegion(CRgn(to), state().brush, operation);
     surface->pixels(state(), {bitmap, from, LPtoDP(to.TopLeft()), LPtoDP(CPoint{to.right, to.top}),
                               LPtoDP(CPoint{to.left, to.bottom}), op});
@@ -141,3 +141,5 @@ void CQtDC::drawPixel(CPoint point, colorEntry color)
 {
     if (surface) surface->fill(state(), CRgn(CRect(LPtoDP(point), CSize{1, 1})), {CBrush::solid(color), {}});
 }
+
+} // namespace vldv::paint

@@ -10,8 +10,6 @@ namespace vldv::paint {
 class drawing_surface;
 struct resolved_font;
 
-} // namespace vldv::paint
-
 /// The drawing surface of the desktop: a window while it handles its paint event, a picture, a printer or document
 /// page, or bitmap memory. Device units are logical pixels of the interface; on a screen of high density lines, shapes
 /// and text use all its pixels and stretched data stays crisp. Memory and windows show the same pixels, without
@@ -50,10 +48,12 @@ protected:
 private:
     std::vector<CPoint> toUnits(std::span<const CPoint> points) const;
     CRgn toUnits(const CRgn& region) const;
-    const vldv::paint::resolved_font& font() const;
+    const resolved_font& font() const;
 
     std::unique_ptr<QPainter> painter; ///< none in memory
-    std::unique_ptr<vldv::paint::drawing_surface> surface;
+    std::unique_ptr<drawing_surface> surface;
     CSize dpi;
-    mutable std::unique_ptr<vldv::paint::resolved_font> lastFont;
+    mutable std::unique_ptr<resolved_font> lastFont;
 };
+
+} // namespace vldv::paint

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <numbers>
 
-using namespace vldv;
+namespace vldv::paint {
 
 namespace {
 
@@ -52,13 +52,13 @@ int units_of(int pixels, double scale)
 
 } // namespace
 
-const paint::resolved_font& CQtDC::font() const
+const resolved_font& CQtDC::font() const
 {
     const double ratio = surface ? surface->ratio() : 1.0;
-    const paint::font_scale scale{text_scale_of(state().mapping, ratio).down,
-                                  static_cast<int>(std::lround(dpi.cy * ratio)), IsPrinting()};
+    const font_scale scale{text_scale_of(state().mapping, ratio).down, static_cast<int>(std::lround(dpi.cy * ratio)),
+                           IsPrinting()};
     if (!lastFont || lastFont->asked != state().font || lastFont->scale != scale)
-        lastFont = std::make_unique<paint::resolved_font>(state().font, scale);
+        lastFont = std::make_unique<resolved_font>(state().font, scale);
     return *lastFont;
 }
 
@@ -92,3 +92,5 @@ TEXTMETRIC CQtDC::fontMetrics() const
     out.tmExternalLeading = units_of(std::max(0, metrics.leading()), scale);
     return out;
 }
+
+} // namespace vldv::paint

@@ -42,7 +42,7 @@ TEST(ListChooserDialog, ButtonsMoveEntriesBetweenTheLists)
     model.title = "Choose";
     model.chosenHeading = "Chosen";
     model.sources = {{"First", {"a", "b"}, ""}, {"Second", {"c"}, " (2)"}};
-    CListChooserDialog dialog(model, nullptr);
+    host::CListChooserDialog dialog(model, nullptr);
     dialog.show();
     auto* const first = dialog.findChild<QListWidget*>(QStringLiteral("First"));
     auto* const chosen = dialog.findChild<QListWidget*>(QStringLiteral("Chosen"));
@@ -70,14 +70,14 @@ TEST(ListChooserDialog, ButtonsMoveEntriesBetweenTheLists)
 TEST(WindowsDialog, ActivatesOneOrClosesSeveral)
 {
     const std::vector<std::wstring> titles = {L"a", L"b", L"c"};
-    const auto press = [](const CWindowsDialog& dialog, const char* text) {
+    const auto press = [](const host::CWindowsDialog& dialog, const char* text) {
         for (QPushButton* button : dialog.findChildren<QPushButton*>())
             if (button->text() == text) button->click();
     };
-    CWindowsDialog first(titles, 1, nullptr);
+    host::CWindowsDialog first(titles, 1, nullptr);
     press(first, "&Activate");
     EXPECT_EQ(first.choice().activated, 1u) << "the active one is chosen already";
-    CWindowsDialog second(titles, titles.size(), nullptr);
+    host::CWindowsDialog second(titles, titles.size(), nullptr);
     auto* const list = second.findChild<QListWidget*>();
     list->item(0)->setSelected(true);
     list->item(2)->setSelected(true);
@@ -95,7 +95,7 @@ TEST(WorkstationApp, WhatAHandlerThrowsIsToldOnceAndEndsNothing)
             return QObject::event(event);
         }
     } receiver;
-    auto& toolkit = dynamic_cast<CWorkstationApp&>(*qApp);
+    auto& toolkit = dynamic_cast<host::CWorkstationApp&>(*qApp);
     std::vector<std::string> told;
     toolkit.onFailure = [&](const std::string& reason) { told.push_back(reason); };
     for (int i = 0; i < 3; ++i) QApplication::postEvent(&receiver, new QEvent(QEvent::User));
@@ -110,7 +110,7 @@ TEST(Host, AQuestionWhileTheProgramIsBusyHasAPointerToAnswerWith)
 {
     const temporary_folder folder;
     CProfileStore profile(folder / "profile");
-    CQtHost machine(profile);
+    host::CQtHost machine(profile);
     const auto shape = [] { return QApplication::overrideCursor() ? QApplication::overrideCursor()->shape() : -1; };
     machine.waitCursor(true);
     int asked = -1;

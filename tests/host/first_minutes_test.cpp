@@ -213,13 +213,13 @@ TEST_F(FirstMinutes, ReturnAndEscapeEndEveryDialog)
         const int wanted = key == Qt::Key_Escape ? QDialog::Rejected : QDialog::Accepted;
         CListChooser chooser;
         chooser.sources = {{"First", {"a"}, ""}};
-        CListChooserDialog lists(chooser, nullptr);
+        host::CListChooserDialog lists(chooser, nullptr);
         EXPECT_EQ(ended(lists, key), wanted) << "lists";
-        CWindowsDialog windows({L"a"}, 0, nullptr);
+        host::CWindowsDialog windows({L"a"}, 0, nullptr);
         EXPECT_EQ(ended(windows, key), wanted) << "windows";
-        CFailuresDialog failures({{L"/x/a", "/x/a: broken"}, {L"/x/b", "gone"}}, nullptr);
+        host::CFailuresDialog failures({{L"/x/a", "/x/a: broken"}, {L"/x/b", "gone"}}, nullptr);
         EXPECT_EQ(ended(failures, key), wanted) << "failures";
-        CHelpWindow help(nullptr);
+        host::CHelpWindow help(nullptr);
         if (key == Qt::Key_Escape) { EXPECT_EQ(ended(help, key), wanted) << "help"; }
 
         SPMVar row;
@@ -228,12 +228,12 @@ TEST_F(FirstMinutes, ReturnAndEscapeEndEveryDialog)
         list.set_variables(&row, 1);
         CVarListDlg model;
         model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
-        CVariableDialog variables(model, nullptr);
+        host::CVariableDialog variables(model, nullptr);
         EXPECT_EQ(ended(variables, key), wanted) << "variables, from the field with the focus";
 
         color_table table(4);
         CCustomPaletteDialog palette(table, nullptr, nullptr);
-        CFormDialog form(palette, nullptr);
+        host::CFormDialog form(palette, nullptr);
         form.show();
         settle();
         press(form, key);
@@ -263,7 +263,8 @@ TEST_F(FirstMinutes, ReturnInThePreviewOfASheetAsksToPrint)
 
 TEST_F(FirstMinutes, TheListOfFailuresNamesFilesAndReasons)
 {
-    CFailuresDialog dialog({{L"/x/a.spm", "/x/a.spm: main.xml is missing"}, {L"/x/b", "File /x/b is empty."}}, nullptr);
+    host::CFailuresDialog dialog({{L"/x/a.spm", "/x/a.spm: main.xml is missing"}, {L"/x/b", "File /x/b is empty."}},
+                                 nullptr);
     auto* const table = dialog.findChild<QTableWidget*>();
     ASSERT_EQ(table->rowCount(), 2);
     EXPECT_EQ(table->item(0, 0)->text(), "a.spm");
@@ -275,7 +276,7 @@ TEST_F(FirstMinutes, HelpComesWithF1AndAboutTellsWhatTheProgramIs)
 {
     EXPECT_TRUE(window.route(10206, nullptr));
     settle();
-    auto* const help = window.findChild<CHelpWindow*>();
+    auto* const help = window.findChild<host::CHelpWindow*>();
     ASSERT_TRUE(help && help->isVisible());
     auto* const pages = help->findChild<QListWidget*>();
     auto* const text = help->findChild<QTextBrowser*>();
@@ -286,7 +287,7 @@ TEST_F(FirstMinutes, HelpComesWithF1AndAboutTellsWhatTheProgramIs)
         EXPECT_GT(text->toPlainText().size(), 500) << row;
     }
     EXPECT_TRUE(window.route(10206, nullptr));
-    EXPECT_EQ(window.findChildren<CHelpWindow*>().size(), 1);
+    EXPECT_EQ(window.findChildren<host::CHelpWindow*>().size(), 1);
     for (const char* part : {VLDV_TEST_VERSION, "GNU General Public License", "Qt 6", "libpng 1.", "FFTW 3"})
         EXPECT_TRUE(host::about_text().contains(part)) << part;
 }
@@ -301,7 +302,7 @@ TEST_F(FirstMinutes, PlacesAreKept)
     settle();
     host::keep_places(window, profile);
 
-    CMainWindow next(app);
+    host::CMainWindow next(app);
     EXPECT_TRUE(host::restore_places(next, profile));
     EXPECT_EQ(next.size(), QSize(900, 640));
     auto* const restored = next.findChild<QDockWidget*>(QStringLiteral("output"));
@@ -327,7 +328,7 @@ TEST_F(FirstMinutes, ColoursHaveASwatchAndAPicker)
     list.set_variables(rows, 2);
     CVarListDlg model;
     model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
-    CVariableDialog dialog(model, &window);
+    host::CVariableDialog dialog(model, &window);
     dialog.show();
     settle();
     for (int row = 0; row < 2; ++row) {
@@ -358,7 +359,7 @@ TEST_F(FirstMinutes, ColoursHaveASwatchAndAPicker)
 
 TEST(Boxes, AreSeenOnADarkGround)
 {
-    CBoxStyle style;
+    host::CBoxStyle style;
     QPalette dark;
     dark.setColor(QPalette::Window, QColor(0x2b, 0x2b, 0x2b));
     dark.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));

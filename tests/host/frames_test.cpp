@@ -44,7 +44,7 @@ TEST_F(FramesTest, TheToolsOfAFrameAskItsOwnView)
     tool(0, inverted)->trigger();
     EXPECT_TRUE(static_cast<bool>(view(0).options["invert"]));
     EXPECT_FALSE(static_cast<bool>(view(1).options["invert"])) << "which is the active one";
-    for (const auto& frame : app.frames()) dynamic_cast<CQtFrame&>(*frame->getPeer()).refreshTools();
+    for (const auto& frame : app.frames()) dynamic_cast<host::CQtFrame&>(*frame->getPeer()).refreshTools();
     EXPECT_TRUE(tool(0, inverted)->isChecked());
     EXPECT_FALSE(tool(1, inverted)->isChecked());
 }
@@ -108,7 +108,7 @@ TEST_F(FramesTest, AKeyThatRepeatsIsHeldDown)
 {
     key_view watched;
     QWidget parent;
-    CQtPeer* const peer = new CQtPeer(watched, new QWidget(&parent));
+    host::CQtPeer* const peer = new host::CQtPeer(watched, new QWidget(&parent));
     watched.setPeer(std::unique_ptr<IWindowPeer>(peer));
     sendKey(peer->content(), QEvent::KeyPress, Qt::Key_Left, {});
     for (int i = 0; i < 3; ++i) {

@@ -20,10 +20,10 @@ protected:
         for (const char* declaration : declarations) rows.emplace_back().Init(declaration);
         list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
         model.CreateModelessDlg(&list, nullptr, platform::optionsLayout, nullptr);
-        dialog = window.findChild<CVariableDialog*>();
+        dialog = window.findChild<host::CVariableDialog*>();
         settle();
     }
-    CVariableGrid& grid() { return *dialog->grid(); }
+    host::CVariableGrid& grid() { return *dialog->grid(); }
     QToolButton* heading(int row) { return qobject_cast<QToolButton*>(grid().cellWidget(row, 0)); }
     std::vector<bool> hidden()
     {
@@ -33,7 +33,7 @@ protected:
     }
     SPMVarList list;
     CVarListDlg model;
-    CVariableDialog* dialog = nullptr;
+    host::CVariableDialog* dialog = nullptr;
 };
 
 TEST_F(GridHeadings, StandAcrossTheColumnsAndFoldTheirRows)

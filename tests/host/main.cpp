@@ -7,6 +7,6 @@ int main(int count, char** arguments)
     // Windows without a display.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&count, arguments);
-    const CWorkstationApp toolkit(count, arguments);
+    const host::CWorkstationApp toolkit(count, arguments);
     return RUN_ALL_TESTS();
 }

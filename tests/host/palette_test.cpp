@@ -109,7 +109,7 @@ TEST_F(PaletteWindowTest, TheEditorIsDrawnInAndCancelled)
 {
     bool wasShown = false;
     QTimer::singleShot(0, [&] {
-        auto* const dialog = dynamic_cast<CFormDialog*>(QApplication::activeModalWidget());
+        auto* const dialog = dynamic_cast<host::CFormDialog*>(QApplication::activeModalWidget());
         ASSERT_NE(dialog, nullptr);
         wasShown = true;
         QWidget* lines = nullptr;

@@ -41,7 +41,7 @@ protected:
 
     temporary_folder folder;
     CProfileStore profile{folder / "profile"};
-    CQtHost machine{profile};
+    host::CQtHost machine{profile};
 };
 
 TEST_F(ReadProgressTest, AQuickReadShowsNothing)
@@ -67,7 +67,7 @@ TEST_F(ReadProgressTest, ASlowOneCanBeCancelledAndNothingElseHappensMeanwhile)
     auto* const content = new QWidget(&window);
     content->setGeometry(0, 0, 50, 50);
     content->show();
-    CQtPeer peer(view, content);
+    host::CQtPeer peer(view, content);
     int ticks = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });

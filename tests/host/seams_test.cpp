@@ -26,9 +26,9 @@ namespace {
 
 constexpr unsigned surfaceMenu = 102, textMenu = 115, firstFunction = 9192, lastFunction = 9999, cmdDuplicate = 10151;
 
-class telling_host : public CQtHost {
+class telling_host : public host::CQtHost {
 public:
-    using CQtHost::CQtHost;
+    using host::CQtHost::CQtHost;
     void messageBox(const std::string& text, message_icon) override { messages.push_back(text); }
     std::vector<std::string> messages;
 };
@@ -361,7 +361,7 @@ TEST(Host, RefusesWorkOfThreadsThatOutliveIt)
 {
     const temporary_folder folder;
     CProfileStore profile(folder / "profile");
-    auto machine = std::make_unique<CQtHost>(profile);
+    auto machine = std::make_unique<host::CQtHost>(profile);
     const auto queue = machine->interfaceQueue();
     bool ran = false;
     EXPECT_TRUE(queue->post([&] { ran = true; }));
@@ -389,7 +389,7 @@ TEST(VariableGridEnd, ListensToTheFocusNoMoreWhenItsEditorsGo)
     CVarListCtrl model;
     model.SetVarList(&list);
     const int before = focus_listeners();
-    auto grid = std::make_unique<CVariableGrid>(model);
+    auto grid = std::make_unique<host::CVariableGrid>(model);
     EXPECT_EQ(focus_listeners(), before + 1);
     int then = -1;
     // The base takes the editors down when the rows of the grid are gone.

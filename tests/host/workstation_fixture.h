@@ -22,7 +22,7 @@ inline void settle()
 }
 
 /// The real main window on the toolkit's offscreen platform, over a host of this class.
-template <class Host = CQtHost>
+template <class Host = host::CQtHost>
 class MainWindowTest : public testing::Test {
 protected:
     MainWindowTest()
@@ -44,7 +44,7 @@ protected:
     CProfileStore profile{folder / "profile"};
     Host machine{profile};
     CVldvApp app{machine};
-    CMainWindow window{app};
+    host::CMainWindow window{app};
 };
 
 class WorkstationTest : public MainWindowTest<> {

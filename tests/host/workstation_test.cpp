@@ -34,7 +34,7 @@ TEST_F(WorkstationTest, ShowsTheSurfaceTheRightWayUpAndSwitchesSubImages)
     EXPECT_LT(picture.pixelColor(10, 256).lightness() + 50, picture.pixelColor(500, 256).lightness());
     EXPECT_EQ(picture.pixelColor(256, 10), picture.pixelColor(256, 500));
 
-    auto& frame = dynamic_cast<CQtFrame&>(*app.frames()[0]->getPeer());
+    auto& frame = dynamic_cast<host::CQtFrame&>(*app.frames()[0]->getPeer());
     auto* const tabs = frame.content()->findChild<QTabBar*>();
     ASSERT_NE(tabs, nullptr);
     EXPECT_TRUE(tabs->isVisible());
@@ -78,7 +78,7 @@ TEST_F(WorkstationTest, TheWheelZoomsWithShiftAndTheMenuCommandsAct)
 TEST_F(WorkstationTest, DraggingACornerKeepsThePictureSquare)
 {
     open("a.spm");
-    auto& frame = dynamic_cast<CQtFrame&>(*app.frames()[0]->getPeer());
+    auto& frame = dynamic_cast<host::CQtFrame&>(*app.frames()[0]->getPeer());
     QMdiSubWindow& sub = *frame.subWindow();
     auto& logic = dynamic_cast<CChildFrame&>(*app.frames()[0]);
     const auto mouse = [&](QEvent::Type type, const QPoint& at, Qt::MouseButtons held) {
@@ -156,7 +156,7 @@ TEST_F(WorkstationTest, TheVariableDialogTakesWhatIsTyped)
     list.set_variables(rows.data(), 3);
     CVarListDlg model;
     model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
-    CVariableDialog dialog(model, &window);
+    host::CVariableDialog dialog(model, &window);
     dialog.show();
     ASSERT_EQ(dialog.grid()->rowCount(), 2);
     auto* const line = qobject_cast<QLineEdit*>(dialog.grid()->cellWidget(0, 1));
@@ -189,7 +189,7 @@ TEST_F(WorkstationTest, ADialogOfManyFilesShowsThemAndGrows)
     list.set_variables(rows.data(), count);
     CVarListDlg model;
     model.CreateModalDlg(&list, nullptr, platform::saveFilesLayout, nullptr);
-    CVariableDialog dialog(model, &window);
+    host::CVariableDialog dialog(model, &window);
     dialog.show();
     settle();
     QTableWidget& grid = *dialog.grid();
@@ -247,9 +247,9 @@ TEST_F(WorkstationTest, TheGridKeepsItsEditorsWhileValuesChange)
     list.set_variables(rows.data(), 3);
     CVarListDlg model;
     model.CreateModelessDlg(&list, nullptr, platform::optionsLayout, nullptr);
-    auto* const dialog = window.findChild<CVariableDialog*>();
+    auto* const dialog = window.findChild<host::CVariableDialog*>();
     ASSERT_NE(dialog, nullptr);
-    const QPointer<CVariableDialog> alive(dialog);
+    const QPointer<host::CVariableDialog> alive(dialog);
     auto* const first = qobject_cast<QLineEdit*>(dialog->grid()->cellWidget(0, 1));
     auto* const second = qobject_cast<QLineEdit*>(dialog->grid()->cellWidget(1, 1));
     ASSERT_TRUE(first && second);
@@ -292,7 +292,7 @@ TEST_F(WorkstationTest, APathIsAskedForWithItsFilter)
     list.set_variables(rows.data(), 1);
     CVarListDlg model;
     model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
-    CVariableDialog dialog(model, &window);
+    host::CVariableDialog dialog(model, &window);
     QStringList filters;
     QTimer::singleShot(0, [&] {
         auto* const asked = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());

@@ -76,5 +76,5 @@ public:
 
     std::vector<std::byte> memory;
     CBitmap bitmap;
-    CQtDC dc;
+    paint::CQtDC dc;
 };

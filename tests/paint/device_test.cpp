@@ -51,7 +51,7 @@ TEST(Windows, AndMemoryShowTheSamePixels)
     QImage image(100, 80, QImage::Format_RGB32);
     image.fill(Qt::white);
     {
-        CQtDC dc(image);
+        paint::CQtDC dc(image);
         EXPECT_EQ(dc.deviceSize(), (CSize{100, 80}));
         EXPECT_FALSE(dc.IsPrinting());
         paint_all(dc, picture.bitmap);
@@ -77,7 +77,7 @@ TEST(DenseScreens, KeepLogicalUnitsAndCrispData)
         image.fill(Qt::white);
         const chequered picture;
         {
-            CQtDC dc(image);
+            paint::CQtDC dc(image);
             EXPECT_EQ(dc.deviceSize(), (CSize{20, 16}));
             EXPECT_EQ(dc.GetClipBox(), CRect(0, 0, 20, 16));
             dc.IntersectClipRect({0, 0, 20, 15});
@@ -111,7 +111,7 @@ TEST(DenseScreens, DrawSlantedLinesAndShapesInTheirFullResolution)
     image.setDevicePixelRatio(2.0);
     image.fill(Qt::white);
     {
-        CQtDC dc(image);
+        paint::CQtDC dc(image);
         dc.SelectObject(CPen::null());
         dc.SelectObject(CBrush::solid(black));
         dc.Ellipse({2, 3, 19, 18});
@@ -128,7 +128,7 @@ TEST(FractionsOfPixels, LeaveNoSeams)
     image.setDevicePixelRatio(1.25);
     image.fill(Qt::white);
     {
-        CQtDC dc(image);
+        paint::CQtDC dc(image);
         ASSERT_EQ(dc.deviceSize(), (CSize{40, 40}));
         dc.SetROP2(R2_NOT);
         for (int y = 0; y < 40; y += 3)

@@ -32,7 +32,7 @@ std::string streams_of(const QByteArray& pdf)
 bool holds(const std::string& content, const std::string& part) { return content.find(part) != std::string::npos; }
 bool holds(const QByteArray& pdf, const std::string& part) { return holds(pdf.toStdString(), part); }
 
-QByteArray document(const std::function<void(CQtDC&)>& paint)
+QByteArray document(const std::function<void(paint::CQtDC&)>& paint)
 {
     QByteArray pdf;
     QBuffer buffer(&pdf);
@@ -42,7 +42,7 @@ QByteArray document(const std::function<void(CQtDC&)>& paint)
     writer.setPageSize(QPageSize(QSizeF(200, 100), QPageSize::Point));
     writer.setPageMargins({});
     {
-        CQtDC dc(writer);
+        paint::CQtDC dc(writer);
         EXPECT_TRUE(dc.isOk());
         EXPECT_TRUE(dc.IsPrinting());
         EXPECT_EQ(dc.deviceSize(), (CSize{200, 100}));
@@ -56,7 +56,7 @@ TEST(Pages, HoldTextAsTextLinesAsLinesAndPicturesWithoutLoss)
 {
     canvas picture(40, 30);
     picture.dc.FillSolidRect({0, 0, 20, 30}, red);
-    const QByteArray pdf = document([&](CQtDC& dc) {
+    const QByteArray pdf = document([&](paint::CQtDC& dc) {
         dc.SetBkMode(TRANSPARENT);
         dc.TextOut(10, 10, L"Roughness");
         dc.SelectObject(CPen::dotted(black));
@@ -77,7 +77,7 @@ TEST(Pages, HoldTextAsTextLinesAsLinesAndPicturesWithoutLoss)
 
 TEST(Pages, CarryOutOperationsOnWhatIsThereByAPicture)
 {
-    const QByteArray pdf = document([&](CQtDC& dc) {
+    const QByteArray pdf = document([&](paint::CQtDC& dc) {
         dc.FillSolidRect({20, 20, 60, 60}, 0x000080);
         dc.SelectObject(CBrush::solid(0x808080));
         dc.PatBlt({20, 20, 28, 24}, PATINVERT);
@@ -96,7 +96,7 @@ TEST(Pages, CarryOutOperationsOnWhatIsThereByAPicture)
 
 TEST(Pages, BeginEmptyOneAfterTheOther)
 {
-    const QByteArray pdf = document([&](CQtDC& dc) {
+    const QByteArray pdf = document([&](paint::CQtDC& dc) {
         dc.FillSolidRect({0, 0, 200, 100}, black);
         EXPECT_TRUE(dc.newPage());
         dc.InvertRect({0, 0, 10, 10});
@@ -111,7 +111,7 @@ TEST(Pages, BeginEmptyOneAfterTheOther)
 TEST(Pages, ThatCannotBeWrittenTakeDrawingInSilence)
 {
     QPdfWriter writer(QStringLiteral("/no such folder/page.pdf"));
-    CQtDC dc(writer);
+    paint::CQtDC dc(writer);
     EXPECT_FALSE(dc.isOk());
     dc.FillSolidRect({0, 0, 10, 10}, black);
     dc.TextOut(0, 0, L"nothing");

@@ -186,7 +186,7 @@ TEST(Pictures, OfOtherDepthsAreNeitherDrawnNorDrawnInto)
     canvas paper(4, 4);
     paper.dc.StretchDIBits({0, 0, 4, 4}, eight, {0, 0, 4, 4}, SRCCOPY);
     EXPECT_TRUE(paper.touched().isEmpty());
-    CQtDC dc({96, 96});
+    paint::CQtDC dc({96, 96});
     dc.FillSolidRect({0, 0, 4, 4}, white);
     dc.SelectObject(&eight);
     dc.FillSolidRect({0, 0, 4, 4}, white);

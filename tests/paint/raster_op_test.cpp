@@ -63,7 +63,7 @@ TEST_P(RasterModes, MeetWhatIsThereBitByBit)
         QImage image(20, 20, format);
         image.fill(Qt::white);
         {
-            CQtDC dc(image);
+            paint::CQtDC dc(image);
             scene(dc);
         }
         for (const CPoint at : inside) {
@@ -121,7 +121,7 @@ TEST_P(RasterOperations, MeetWhatIsThereBitByBit)
     EXPECT_EQ(memory.at(10, 2), below);
     QImage image(12, 4, QImage::Format_RGB32);
     {
-        CQtDC dc(image);
+        paint::CQtDC dc(image);
         scene(dc);
     }
     EXPECT_EQ(image.pixelColor(2, 2).rgb() & 0xFFFFFFu,

@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-void plain_shape(CQtDC& dc, const CPen& pen, const CBrush& brush)
+void plain_shape(paint::CQtDC& dc, const CPen& pen, const CBrush& brush)
 {
     dc.SelectObject(pen);
     dc.SelectObject(brush);

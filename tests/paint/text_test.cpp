@@ -26,7 +26,7 @@ class Texts : public testing::TestWithParam<text_case> {};
 TEST_P(Texts, LandInTheBoxThatTheirExtentTells)
 {
     canvas paper(300, 120);
-    CQtDC& dc = paper.dc;
+    paint::CQtDC& dc = paper.dc;
     dc.SelectObject(GetParam().font);
     dc.SetBkMode(TRANSPARENT);
     GetParam().prepare(dc);

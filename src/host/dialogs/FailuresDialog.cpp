@@ -10,6 +10,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+namespace vldv::host {
+
 namespace {
 
 constexpr QSize usualSize(760, 360);
@@ -62,3 +64,5 @@ CFailuresDialog::CFailuresDialog(const std::vector<file_failure>& failures, QWid
     buttons->button(QDialogButtonBox::Ok)->setDefault(true);
     buttons->button(QDialogButtonBox::Ok)->setFocus();
 }
+
+} // namespace vldv::host

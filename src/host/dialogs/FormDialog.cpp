@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+namespace vldv::host {
+
 CFormDialog::CFormDialog(CDialog& model_, QWidget* parent) : QDialog(parent), model(model_)
 {
     setWindowTitle(QString::fromUtf8(model.layout().title));
@@ -70,3 +72,5 @@ void CFormDialog::done(int result)
     if (model.isOpen()) model.OnCancel();
     QDialog::done(result);
 }
+
+} // namespace vldv::host

@@ -3,6 +3,8 @@
 
 #include <QDialog>
 
+namespace vldv::host {
+
 /// The widgets of a dialog whose controls stand in the resources.
 class CFormDialog : public QDialog {
 public:
@@ -18,3 +20,5 @@ private:
 
     CDialog& model;
 };
+
+} // namespace vldv::host

@@ -7,7 +7,7 @@
 #include <QListWidget>
 #include <QTextBrowser>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -27,7 +27,7 @@ constexpr help_page helpPages[] = {
 
 CHelpWindow::CHelpWindow(QWidget* parent) : QDialog(parent), pages(new QListWidget(this)), text(new QTextBrowser(this))
 {
-    host::command_icon(0); // enters the resources
+    command_icon(0); // enters the resources
     setWindowTitle(QStringLiteral("Velmira Help"));
     resize(usualSize);
     pages->setFixedWidth(listWidth);
@@ -54,3 +54,5 @@ void CHelpWindow::showPage(int row)
     else
         text->setPlainText(content);
 }
+
+} // namespace vldv::host

@@ -4,6 +4,8 @@
 class QListWidget;
 class QTextBrowser;
 
+namespace vldv::host {
+
 /// The pages of the documentation that come with the program, beside the windows that they speak of.
 class CHelpWindow : public QDialog {
 public:
@@ -15,3 +17,5 @@ private:
     QListWidget* pages;
     QTextBrowser* text;
 };
+
+} // namespace vldv::host

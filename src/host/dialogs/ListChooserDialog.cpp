@@ -8,6 +8,8 @@
 #include <QVBoxLayout>
 #include <functional>
 
+namespace vldv::host {
+
 namespace {
 
 std::vector<std::size_t> selected_rows(const QListWidget& list)
@@ -99,3 +101,5 @@ void CListChooserDialog::fillChosen()
     chosen->clear();
     for (std::size_t i = 0; i < model.chosen.size(); ++i) chosen->addItem(QString::fromStdString(model.chosenText(i)));
 }
+
+} // namespace vldv::host

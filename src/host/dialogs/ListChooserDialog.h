@@ -6,6 +6,8 @@
 class QGridLayout;
 class QListWidget;
 
+namespace vldv::host {
+
 /// The widgets of a list chooser: the sources above each other at the left, the chosen list at the right.
 class CListChooserDialog : public QDialog {
 public:
@@ -18,3 +20,5 @@ private:
     CListChooser& model;
     QListWidget* chosen;
 };
+
+} // namespace vldv::host

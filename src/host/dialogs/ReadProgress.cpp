@@ -6,6 +6,8 @@
 #include <QWindow>
 #include <cmath>
 
+namespace vldv::host {
+
 namespace {
 
 constexpr qint64 patience = 500, lookPause = 50; // milliseconds until it appears, and between two looks at the user
@@ -65,3 +67,5 @@ bool CReadProgress::eventFilter(QObject* receiver, QEvent* event)
 {
     return event->type() == QEvent::Timer && !is_of(*box, receiver);
 }
+
+} // namespace vldv::host

@@ -8,6 +8,8 @@
 class QProgressDialog;
 class QWidget;
 
+namespace vldv::host {
+
 /// How much of a slow task is done, with a button that cancels it. Appears when the task has lasted a while, so that a
 /// quick one shows nothing. While it is there no view is told anything: no input, no timer, no repaint, because what it
 /// shows may be half read. The windows themselves, their menus and frames, are painted.
@@ -37,3 +39,5 @@ private:
     std::vector<QPointer<QWidget>> unpainted; ///< views that were to be painted meanwhile
     static inline CReadProgress* onScreen = nullptr;
 };
+
+} // namespace vldv::host

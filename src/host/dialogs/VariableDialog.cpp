@@ -15,7 +15,7 @@
 #include <algorithm>
 #include <utility>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -139,7 +139,7 @@ void CVariableDialog::done(int result)
     if (model) model->EndDialog(result == Accepted ? CVarListDlg::resultOk : CVarListDlg::resultCancel);
 }
 
-void host::add_open_options(QFileDialog& dialog, const open_prompt& prompt)
+void add_open_options(QFileDialog& dialog, const open_prompt& prompt)
 {
     auto* const layout = qobject_cast<QGridLayout*>(dialog.layout());
     if (!layout || !prompt.variables || prompt.variables->empty()) return;
@@ -158,3 +158,5 @@ void host::add_open_options(QFileDialog& dialog, const open_prompt& prompt)
     inside->addStretch();
     layout->addWidget(row, layout->rowCount(), 0, 1, layout->columnCount());
 }
+
+} // namespace vldv::host

@@ -4,10 +4,13 @@
 #include <QDialog>
 #include <vector>
 
-class CVariableGrid;
 class QFileDialog;
 class QPushButton;
 struct open_prompt;
+
+namespace vldv::host {
+
+class CVariableGrid;
 
 /// The widgets of a variable dialog, laid out as its layout says.
 class CVariableDialog : public QDialog {
@@ -39,8 +42,6 @@ private:
     QSize leastSize;
     std::vector<placed_button> buttons;
 };
-
-namespace vldv::host {
 
 /// Shows the variables of a prompt below the list of files.
 void add_open_options(QFileDialog& dialog, const open_prompt& prompt);

@@ -7,7 +7,7 @@
 #include <QKeyEvent>
 #include <QToolButton>
 
-using namespace vldv;
+namespace vldv::host {
 
 CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidget(parent), model(&model_)
 {
@@ -85,7 +85,7 @@ void CVariableGrid::rebuild()
     showFolds();
 }
 
-host::variable_editor CVariableGrid::addOption(unsigned row)
+variable_editor CVariableGrid::addOption(unsigned row)
 {
     const SPMVar& variable = model->row(row);
     const bool isUnder = model->headingOf(row) != unsigned(-1);
@@ -100,13 +100,13 @@ host::variable_editor CVariableGrid::addOption(unsigned row)
         model->edit(row, text.toUtf8().constData());
         refresh(); // shows what was stored, also where the text was not taken
     };
-    host::variable_editor editor = host::make_variable_editor(*model->GetVarList(), variable, store);
+    variable_editor editor = make_variable_editor(*model->GetVarList(), variable, store);
     setCellWidget(static_cast<int>(row), 1, editor.widget);
     return editor;
 }
 
 /// A line across both columns that folds what stands under it.
-host::variable_editor CVariableGrid::addHeading(unsigned row)
+variable_editor CVariableGrid::addHeading(unsigned row)
 {
     const SPMVar& variable = model->row(row);
     auto* const line = new QToolButton;
@@ -159,3 +159,5 @@ void CVariableGrid::followFocus(const QWidget* now)
         if (editor == now || editor->isAncestorOf(now)) return scrollTo(indexFromItem(item(static_cast<int>(i), 0)));
     }
 }
+
+} // namespace vldv::host

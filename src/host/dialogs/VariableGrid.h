@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace vldv::host {
+
 /// The widget of a grid of variables: a row each with its label and what edits it. Values that change elsewhere appear
 /// in the widgets that are there, so that focus and what is being typed stay.
 class CVariableGrid : public QTableWidget {
@@ -28,12 +30,12 @@ private:
     struct shown_row {
         std::string name, label;
         SPMVarType type;
-        vldv::host::variable_editor editor;
+        variable_editor editor;
     };
     bool showsSameRows() const;
     void rebuild();
-    vldv::host::variable_editor addOption(unsigned row);
-    vldv::host::variable_editor addHeading(unsigned row);
+    variable_editor addOption(unsigned row);
+    variable_editor addHeading(unsigned row);
     /// Hides what stands under headings that the user folded.
     void showFolds();
     void showValues();
@@ -44,3 +46,5 @@ private:
     std::set<std::string> folded; ///< names of headings
     bool isShowing = false;
 };
+
+} // namespace vldv::host

@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace vldv::host {
+
 CWindowsDialog::CWindowsDialog(const std::vector<std::wstring>& titles, std::size_t active, QWidget* owner)
     : QDialog(owner), list(new QListWidget(this))
 {
@@ -38,3 +40,5 @@ void CWindowsDialog::closeSelected()
         chosen.closed.push_back(static_cast<std::size_t>(list->row(item)));
     accept();
 }
+
+} // namespace vldv::host

@@ -7,6 +7,8 @@
 
 class QListWidget;
 
+namespace vldv::host {
+
 /// The list of open windows: one is activated, several are closed.
 class CWindowsDialog : public QDialog {
 public:
@@ -21,3 +23,5 @@ private:
     QListWidget* list;
     window_choice chosen;
 };
+
+} // namespace vldv::host

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -11,7 +11,7 @@ constexpr int pictureSide = 64; // pixels
 
 } // namespace
 
-QString host::about_text()
+QString about_text()
 {
     const QString libraries = QStringLiteral("Qt ") + qVersion() + QStringLiteral(", " VLDV_LIBRARIES);
     return QStringLiteral("<h3>Velmira %1</h3>"
@@ -22,10 +22,12 @@ QString host::about_text()
         .arg(QStringLiteral(VLDV_VERSION), libraries.toHtmlEscaped());
 }
 
-void host::show_about(QWidget* over)
+void show_about(QWidget* over)
 {
     QMessageBox box(QMessageBox::NoIcon, QStringLiteral("About Velmira"), about_text(), QMessageBox::Ok, over);
     box.setTextFormat(Qt::RichText);
     box.setIconPixmap(QApplication::windowIcon().pixmap(pictureSide));
     box.exec();
 }
+
+} // namespace vldv::host

@@ -6,7 +6,7 @@
 #include <QHeaderView>
 #include <QTreeView>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -54,7 +54,7 @@ void fit_columns(const QFileDialog& dialog)
 
 } // namespace
 
-void host::prepare_file_dialog(QFileDialog& dialog, const std::string& filter)
+void prepare_file_dialog(QFileDialog& dialog, const std::string& filter)
 {
     static name_icons icons; // the dialog does not own it
     dialog.setOption(QFileDialog::DontUseNativeDialog);
@@ -65,3 +65,5 @@ void host::prepare_file_dialog(QFileDialog& dialog, const std::string& filter)
     dialog.setNameFilters(filters);
     fit_columns(dialog);
 }
+
+} // namespace vldv::host

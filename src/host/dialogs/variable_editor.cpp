@@ -16,7 +16,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -54,7 +54,7 @@ QStringList choices_of(const SPMVarList& list, const SPMVar& variable)
     return out;
 }
 
-host::variable_editor make_check_box(const storing& store)
+variable_editor make_check_box(const storing& store)
 {
     auto* const box = new QCheckBox;
     QObject::connect(box, &QCheckBox::toggled, box, [store](bool on) { store(on ? "true" : "false"); });
@@ -64,7 +64,7 @@ host::variable_editor make_check_box(const storing& store)
             }};
 }
 
-host::variable_editor make_choice(const storing& store)
+variable_editor make_choice(const storing& store)
 {
     auto* const box = new calm_list;
     QObject::connect(box, &QComboBox::textActivated, box, store);
@@ -184,7 +184,7 @@ line_with_button make_line_with_button(const storing& store)
 }
 
 /// A path with a button that asks for it.
-host::variable_editor make_path(const shown_field& field, const storing& store)
+variable_editor make_path(const shown_field& field, const storing& store)
 {
     const auto [both, field_line, button] = make_line_with_button(store);
     QLineEdit* const line = field_line; // closures hold no bindings
@@ -197,7 +197,7 @@ host::variable_editor make_path(const shown_field& field, const storing& store)
 }
 
 /// A colour's digits with a patch of it, which opens the palette of all colours.
-host::variable_editor make_color(const storing& store)
+variable_editor make_color(const storing& store)
 {
     const auto [editor, field_line, patch] =
         make_line_with_button([store](const QString& typed) { store(kept_color(typed)); });
@@ -217,7 +217,7 @@ host::variable_editor make_color(const storing& store)
             }};
 }
 
-host::variable_editor make_widget(const SPMVarList& list, const SPMVar& variable, const storing& store)
+variable_editor make_widget(const SPMVarList& list, const SPMVar& variable, const storing& store)
 {
     if (variable.type == SPM_VAR_BOOLEAN) return make_check_box(store);
     const shown_field field = base::shown_field_of(list, variable);
@@ -232,9 +232,11 @@ host::variable_editor make_widget(const SPMVarList& list, const SPMVar& variable
 
 } // namespace
 
-host::variable_editor host::make_variable_editor(const SPMVarList& list, const SPMVar& variable, const storing& store)
+variable_editor make_variable_editor(const SPMVarList& list, const SPMVar& variable, const storing& store)
 {
     variable_editor editor = make_widget(list, variable, store);
     editor.show(list, variable);
     return editor;
 }
+
+} // namespace vldv::host

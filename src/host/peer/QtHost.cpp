@@ -27,7 +27,7 @@
 #include <QScreen>
 #include <algorithm>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -61,7 +61,7 @@ private:
 
 } // namespace
 
-CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(host::make_clipboard()), display(host::make_screen())
+CQtHost::CQtHost(IProfile& profile_) : store(profile_), clips(make_clipboard()), display(make_screen())
 {
     interfaceQueue()->open(
         [this] { QMetaObject::invokeMethod(this, [this] { interfaceQueue()->runNext(); }, Qt::QueuedConnection); });
@@ -114,20 +114,20 @@ std::optional<std::size_t> CQtHost::ask(const question& asked)
     return static_cast<std::size_t>(chosen - buttons.begin());
 }
 
-bool CQtHost::moveToTrash(const std::wstring& path) { return host::move_to_trash(path); }
+bool CQtHost::moveToTrash(const std::wstring& path) { return move_to_trash(path); }
 
 std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 {
     const answering_pointer pointer;
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
-    host::prepare_file_dialog(dialog, prompt.filter);
+    prepare_file_dialog(dialog, prompt.filter);
     dialog.resize(openDialogSize); // names, sizes and dates beside the preview
-    host::add_preview(dialog, prompt);
-    host::add_open_options(dialog, prompt);
+    add_preview(dialog, prompt);
+    add_open_options(dialog, prompt);
     if (dialog.exec() != QDialog::Accepted) return {};
     std::vector<std::wstring> paths;
-    for (const QString& path : dialog.selectedFiles()) paths.push_back(host::path_of_text(path));
+    for (const QString& path : dialog.selectedFiles()) paths.push_back(path_of_text(path));
     return paths;
 }
 
@@ -137,11 +137,11 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     if (!prompt.asksToReplace) dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    host::prepare_file_dialog(dialog, prompt.filter);
+    prepare_file_dialog(dialog, prompt.filter);
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    return host::path_of_text(dialog.selectedFiles().front());
+    return path_of_text(dialog.selectedFiles().front());
 }
 
 void CQtHost::runDialog(CDialog& dialog)
@@ -204,12 +204,12 @@ void CQtHost::trackPopupMenu(const std::vector<menu_row>& rows, CPoint point, CC
     CQtMenu menu(main);
     const auto route = [&](unsigned id, CCmdUI* ui) {
         const auto send = [&] { return target.OnCmdMsg(id, ui); };
-        return ui ? send() : host::run_command(id, send);
+        return ui ? send() : run_command(id, send);
     };
     const auto supply = [&](unsigned first, std::vector<menu_item>& items) {
         return target.AppendMenuItems(first, items);
     };
-    host::fill_menu(menu, rows, {.route = route, .items = supply});
+    fill_menu(menu, rows, {.route = route, .items = supply});
     if (!menu.isEmpty()) menu.exec(QPoint(point.x, point.y));
 }
 
@@ -230,7 +230,7 @@ void CQtHost::output(const std::string& line)
 
 std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, window_kind kind)
 {
-    QWidget* const inside = host::widget_of(parent);
+    QWidget* const inside = widget_of(parent);
     switch (kind) {
     case window_kind::frame:
         if (!main) return nullptr;
@@ -288,3 +288,5 @@ void CQtHost::waitCursor(bool on)
 }
 
 bool CQtHost::progress(double done) { return reading.tell(done, prompt_parent(main)); }
+
+} // namespace vldv::host

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <memory>
 
+namespace vldv::host {
+
 class CMainWindow;
 
 /// The machine as a desktop: windows, prompts, clipboard and screen of the toolkit.
@@ -50,6 +52,8 @@ private:
     CMainWindow* main = nullptr;
     std::unique_ptr<IClipboard> clips;
     std::unique_ptr<IScreen> display;
-    vldv::host::printing printer;
+    printing printer;
     CReadProgress reading; ///< during the innermost wait cursor: what went wrong is told under the next one
 };
+
+} // namespace vldv::host

@@ -15,8 +15,6 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-using namespace vldv;
-
 namespace vldv::host {
 
 QRect qt_rect(const CRect& rect) { return {rect.left, rect.top, rect.Width(), rect.Height()}; }
@@ -27,8 +25,6 @@ QWidget* widget_of(const CWnd* window)
     const auto* peer = window ? dynamic_cast<const CQtPeer*>(window->getPeer()) : nullptr;
     return peer ? peer->content() : nullptr;
 }
-
-} // namespace vldv::host
 
 namespace {
 
@@ -82,7 +78,7 @@ CRect CQtPeer::windowRect() const
 void CQtPeer::place(const CRect& rect)
 {
     if (isMaximized()) return;
-    outer()->setGeometry(host::qt_rect(rect));
+    outer()->setGeometry(qt_rect(rect));
     tellSizeLater();
 }
 
@@ -107,12 +103,12 @@ void CQtPeer::setFullScreen(bool on, const CRect& screenRect)
     if (on) {
         parentBeforeFullScreen = widget->parentWidget();
         widget->setParent(nullptr, Qt::Window | Qt::FramelessWindowHint);
-        widget->setGeometry(host::qt_rect(screenRect));
+        widget->setGeometry(qt_rect(screenRect));
         widget->show();
         widget->activateWindow();
     } else {
         widget->setParent(parentBeforeFullScreen, Qt::Widget);
-        widget->setGeometry(host::qt_rect(screenRect));
+        widget->setGeometry(qt_rect(screenRect));
         widget->show();
     }
     widget->setFocus();
@@ -124,13 +120,13 @@ void CQtPeer::invalidate(const CRgn* region, bool erase)
     erases |= erase;
     if (!region) return widget->update();
     QRegion changed;
-    for (const CRect& rect : region->rectangles()) changed += host::qt_rect(rect);
+    for (const CRect& rect : region->rectangles()) changed += qt_rect(rect);
     widget->update(changed);
 }
 
 void CQtPeer::update() { widget->repaint(); }
 
-std::unique_ptr<CDC> CQtPeer::clientDC() { return std::make_unique<CQtDC>(dpi_of(*widget)); }
+std::unique_ptr<CDC> CQtPeer::clientDC() { return std::make_unique<paint::CQtDC>(dpi_of(*widget)); }
 
 void CQtPeer::setCapture(bool on)
 {
@@ -152,7 +148,7 @@ bool CQtPeer::hasFocus() const
     return now && (now == widget || is_lent(*widget, *now));
 }
 
-void CQtPeer::setCursor(cursor_shape shape) { widget->setCursor(host::qt_cursor(shape)); }
+void CQtPeer::setCursor(cursor_shape shape) { widget->setCursor(qt_cursor(shape)); }
 
 void CQtPeer::setTimer(unsigned id, unsigned milliseconds)
 {
@@ -198,7 +194,7 @@ void CQtPeer::tellSizeLater()
 void CQtPeer::paint()
 {
     wasPainted = true;
-    CQtDC dc(*widget);
+    paint::CQtDC dc(*widget);
     logic.OnEraseBkgnd(dc);
     logic.OnPaint(dc);
 }
@@ -213,7 +209,7 @@ void CQtPeer::paintLater()
 bool CQtPeer::handleMouse(QEvent& event)
 {
     auto& mouse = static_cast<QMouseEvent&>(event);
-    const unsigned flags = host::mouse_flags_of(mouse.buttons(), mouse.modifiers());
+    const unsigned flags = mouse_flags_of(mouse.buttons(), mouse.modifiers());
     const CPoint at = point_of(mouse.position());
     const Qt::MouseButton button = mouse.button();
     switch (event.type()) {
@@ -238,7 +234,7 @@ bool CQtPeer::handleMouse(QEvent& event)
 
 bool CQtPeer::handleKeyPress(const QKeyEvent& press)
 {
-    const unsigned key = host::key_of(press);
+    const unsigned key = key_of(press);
     // Where no window manager takes the key for itself.
     if (fillsScreen && key == keyF4 && press.modifiers() == Qt::AltModifier) {
         closeLater();
@@ -279,7 +275,7 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
         const auto& wheel = static_cast<QWheelEvent&>(*event);
         // With Alt or Shift some systems turn the wheel sideways.
         const int delta = wheel.angleDelta().y() ? wheel.angleDelta().y() : wheel.angleDelta().x();
-        return logic.OnMouseWheel(host::mouse_flags_of(wheel.buttons(), wheel.modifiers()), delta,
+        return logic.OnMouseWheel(mouse_flags_of(wheel.buttons(), wheel.modifiers()), delta,
                                   point_of(wheel.position()));
     }
     case QEvent::ContextMenu: {
@@ -292,7 +288,7 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
     case QEvent::KeyRelease: {
         const auto& release = static_cast<QKeyEvent&>(*event);
         if (release.isAutoRepeat()) return true; // the key is still down
-        const unsigned key = host::key_of(release);
+        const unsigned key = key_of(release);
         return key != 0 && logic.OnKeyUp(key);
     }
     case QEvent::Close:
@@ -310,3 +306,5 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
         return false;
     }
 }
+
+} // namespace vldv::host

@@ -8,6 +8,8 @@
 class QKeyEvent;
 class QTimer;
 
+namespace vldv::host {
+
 /// The toolkit's side of a window: one widget and what its logic asks of it. Events go back to the logic; a new size is
 /// told once, after the handler that runs.
 class CQtPeer : public QObject, public IWindowPeer {
@@ -62,8 +64,6 @@ private:
     bool sizePending = false, captured = false, erases = true, fillsScreen = false, wasPainted = false;
     QPointer<QWidget> parentBeforeFullScreen;
 };
-
-namespace vldv::host {
 
 QRect qt_rect(const CRect& rect);
 CRect rect_of(const QRect& rect);

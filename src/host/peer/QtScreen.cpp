@@ -10,7 +10,7 @@
 #include <QScreen>
 #include <QStyle>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -46,7 +46,7 @@ public:
     std::vector<CRect> monitors() const override
     {
         std::vector<CRect> out;
-        for (const QScreen* screen : QApplication::screens()) out.push_back(host::rect_of(screen->geometry()));
+        for (const QScreen* screen : QApplication::screens()) out.push_back(rect_of(screen->geometry()));
         return out;
     }
     CPoint pointer() const override { return {QCursor::pos().x(), QCursor::pos().y()}; }
@@ -70,5 +70,7 @@ public:
 
 } // namespace
 
-std::unique_ptr<IClipboard> host::make_clipboard() { return std::make_unique<qt_clipboard>(); }
-std::unique_ptr<IScreen> host::make_screen() { return std::make_unique<qt_screen>(); }
+std::unique_ptr<IClipboard> make_clipboard() { return std::make_unique<qt_clipboard>(); }
+std::unique_ptr<IScreen> make_screen() { return std::make_unique<qt_screen>(); }
+
+} // namespace vldv::host

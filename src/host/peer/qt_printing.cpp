@@ -12,6 +12,8 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 
+namespace vldv::host {
+
 namespace {
 
 constexpr double millimetresPerThousandth = 0.0254; // of an inch
@@ -46,8 +48,6 @@ public:
 };
 
 } // namespace
-
-namespace vldv::host {
 
 printing::printing() = default;
 printing::~printing() = default;
@@ -93,7 +93,7 @@ bool draw_job(QPrinter& printer, const print_job& job)
 {
     printer.setDocName(QString::fromStdWString(job.title));
     printer.setFullPage(true);
-    CQtDC dc(printer);
+    paint::CQtDC dc(printer);
     for (int page = 0; dc.isOk(); ++page) {
         const int saved = dc.SaveDC();
         const bool hasNext = job.paint(dc, page);

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+namespace vldv::host {
+
 void CBoxStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const
 {
@@ -17,3 +19,5 @@ void CBoxStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
     painter->restore();
 }
+
+} // namespace vldv::host

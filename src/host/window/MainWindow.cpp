@@ -38,7 +38,7 @@
 #include <algorithm>
 #include <utility>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -108,7 +108,7 @@ void CMainWindow::addOutput(const QString& line)
 bool CMainWindow::route(unsigned id, CCmdUI* ui)
 {
     const auto send = [&] { return focusCommand(id, ui) || app.routeCommand(id, ui) || ownCommand(id, ui); };
-    const bool handled = ui ? send() : host::run_command(id, send);
+    const bool handled = ui ? send() : run_command(id, send);
     if (!ui) QTimer::singleShot(freeInterval, this, [this] { app.freeClosed(); });
     return handled;
 }
@@ -122,7 +122,7 @@ bool CMainWindow::focusCommand(unsigned id, CCmdUI* ui)
 {
     rememberFocus();
     if (!keyboard || !keyboard->isVisible()) return false;
-    if (auto* const field = qobject_cast<QLineEdit*>(keyboard)) return host::field_command(*field, id, ui);
+    if (auto* const field = qobject_cast<QLineEdit*>(keyboard)) return field_command(*field, id, ui);
     return keyboard == lines && !lines->document()->isEmpty() && view::pane_command(*lines, id, ui);
 }
 
@@ -165,7 +165,7 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
             tools->setVisible(!tools->isVisible());
         return true;
     case commands::about:
-        if (!ui) host::show_about(this);
+        if (!ui) show_about(this);
         return true;
     case commands::help:
         if (!ui) showHelp();
@@ -202,8 +202,7 @@ void CMainWindow::tile(bool vertically)
     QList<QMdiSubWindow*> shown;
     for (QMdiSubWindow* const window : frames->subWindowList())
         if (window->isVisible() && !window->isMinimized()) shown << window;
-    const std::vector<QRect> places =
-        host::tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
+    const std::vector<QRect> places = tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
     for (qsizetype i = 0; i < shown.size(); ++i) {
         if (shown[i]->isMaximized()) shown[i]->showNormal();
         shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
@@ -226,7 +225,7 @@ void CMainWindow::onActivated(QMdiSubWindow* window)
 void CMainWindow::rebuildMenusSoon()
 {
     if (std::exchange(menusWait, true)) return;
-    host::after_commands([self = QPointer(this)] {
+    after_commands([self = QPointer(this)] {
         if (!self) return;
         self->menusWait = false;
         self->fillMenus();
@@ -235,7 +234,7 @@ void CMainWindow::rebuildMenusSoon()
 
 void CMainWindow::rebuildMenus()
 {
-    if (host::command_runs()) return rebuildMenusSoon();
+    if (command_runs()) return rebuildMenusSoon();
     fillMenus();
 }
 
@@ -243,25 +242,24 @@ void CMainWindow::fillMenus()
 {
     const CFrameWnd* const active = app.activeFrame();
     shownMenu = active && active->menuId() ? active->menuId() : mainMenu;
-    host::fill_menu_bar(
-        *menuBar(), menu_resource(shownMenu),
-        {.route = [this](unsigned id, CCmdUI* ui) { return route(id, ui); },
-         .items = [this](unsigned first, std::vector<menu_item>& items) { return menuItems(first, items); }});
+    fill_menu_bar(*menuBar(), menu_resource(shownMenu),
+                  {.route = [this](unsigned id, CCmdUI* ui) { return route(id, ui); },
+                   .items = [this](unsigned first, std::vector<menu_item>& items) { return menuItems(first, items); }});
     rebuildTools();
 }
 
 void CMainWindow::rebuildTools()
 {
     const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
-    host::clear_toolbar(*tools);
-    host::size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
+    clear_toolbar(*tools);
+    size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
     // All of them, so that the palette stays where it is.
-    host::fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get(), host::unhandled::disabled);
+    fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get(), unhandled::disabled);
     // The view's own tools stand here unless its frame has them.
     if (static_cast<int>(view::global_option("local_toolbar")) != 0 || shownMenu == mainMenu) return;
     if (!toolbar_resource(shownMenu).empty()) tools->addSeparator();
-    host::fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
-    if (CFrameWnd* const active = app.activeFrame()) host::add_buttons(*tools, active->addedButtons(), toHandler);
+    fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
+    if (CFrameWnd* const active = app.activeFrame()) add_buttons(*tools, active->addedButtons(), toHandler);
 }
 
 void CMainWindow::showHelp()
@@ -299,7 +297,7 @@ void CMainWindow::idle()
     } else if (isEmpty && shownRecent != app.recentFiles()) {
         fillStartPage(); // a file did not open
     }
-    host::refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
+    refresh_toolbar(*tools, [this](unsigned id, CCmdUI* ui) { return route(id, ui); });
     for (const auto& frame : app.frames())
         if (auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer())) peer->refreshTools();
 }
@@ -335,6 +333,8 @@ void CMainWindow::dropEvent(QDropEvent* event)
 {
     std::vector<std::wstring> paths;
     for (const QUrl& url : event->mimeData()->urls())
-        if (url.isLocalFile()) paths.push_back(host::path_of_url(url));
-    host::run_named("Open", [&] { entry::open_files(app, paths); });
+        if (url.isLocalFile()) paths.push_back(path_of_url(url));
+    run_named("Open", [&] { entry::open_files(app, paths); });
 }
+
+} // namespace vldv::host

@@ -5,14 +5,17 @@
 #include <QPointer>
 #include <memory>
 
-class CHelpWindow;
-class CQtPaletteBar;
-class COutputPane;
-class CStartPage;
 class CVldvApp;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
+
+namespace vldv::host {
+
+class CHelpWindow;
+class CQtPaletteBar;
+class COutputPane;
+class CStartPage;
 
 /// The workstation's main window: the area of frames, menus and toolbar of the active one, status bar and output pane.
 class CMainWindow : public QMainWindow {
@@ -65,3 +68,5 @@ private:
     bool menusWait = false;     ///< to be rebuilt once the running handler has ended
     QPointer<QWidget> keyboard; ///< what has the keys, or had them before a menu was opened
 };
+
+} // namespace vldv::host

@@ -5,13 +5,13 @@
 
 #include <QLineEdit>
 
-using namespace vldv;
+namespace vldv::host {
 
 COutputPane::COutputPane(QWidget* parent) : QPlainTextEdit(parent) { setReadOnly(true); }
 
-std::wstring COutputPane::selectedText() const { return host::selected_text(*this).toStdWString(); }
+std::wstring COutputPane::selectedText() const { return selected_text(*this).toStdWString(); }
 
-bool host::field_command(QLineEdit& field, unsigned id, CCmdUI* ui)
+bool field_command(QLineEdit& field, unsigned id, CCmdUI* ui)
 {
     const bool isPossible = id == commands::copy        ? field.hasSelectedText()
                             : id == commands::selectAll ? !field.text().isEmpty()
@@ -24,3 +24,5 @@ bool host::field_command(QLineEdit& field, unsigned id, CCmdUI* ui)
     if (id == commands::redo) field.redo();
     return true;
 }
+
+} // namespace vldv::host

@@ -5,6 +5,8 @@
 
 class QLineEdit;
 
+namespace vldv::host {
+
 /// The lines that views and modules tell; they can be copied, saved and printed.
 class COutputPane : public QPlainTextEdit, public IPaneContent {
 public:
@@ -15,8 +17,6 @@ public:
     void selectAll() override { QPlainTextEdit::selectAll(); }
     std::wstring paneTitle() const override { return L"Output"; }
 };
-
-namespace vldv::host {
 
 /// "Copy", "Select All", "Undo" and "Redo" of a field for typing. \return false for others, and where it cannot
 bool field_command(QLineEdit& field, unsigned id, CCmdUI* ui);

@@ -16,7 +16,7 @@
 #include <QTimer>
 #include <QToolBar>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -85,7 +85,7 @@ void CQtFrame::place(const CRect& rect)
 {
     if (isMaximized()) return;
     // Frames have no parent window, so that their place is told in coordinates of the screen.
-    QRect inside = host::qt_rect(rect);
+    QRect inside = qt_rect(rect);
     if (const QWidget* const parent = sub->parentWidget()) inside.moveTopLeft(parent->mapFromGlobal(inside.topLeft()));
     sub->setGeometry(inside);
     // So that the new size can be read back: the window lays its content out only when it is shown.
@@ -136,10 +136,10 @@ void CQtFrame::placeStrips()
 
 int CQtFrame::setToolbar(unsigned id, bool large, const std::vector<toolbar_button>& added)
 {
-    host::clear_toolbar(*tools);
-    host::size_toolbar(*tools, large);
-    host::fill_toolbar(*tools, toolbar_resource(id), ownRoute(), nullptr);
-    host::add_buttons(*tools, added, ownRoute());
+    clear_toolbar(*tools);
+    size_toolbar(*tools, large);
+    fill_toolbar(*tools, toolbar_resource(id), ownRoute(), nullptr);
+    add_buttons(*tools, added, ownRoute());
     tools->setVisible(!tools->actions().isEmpty());
     placeStrips();
     return tools->isHidden() ? 0 : tools->sizeHint().height();
@@ -147,7 +147,7 @@ int CQtFrame::setToolbar(unsigned id, bool large, const std::vector<toolbar_butt
 
 void CQtFrame::refreshTools()
 {
-    if (!tools->isHidden()) host::refresh_toolbar(*tools, ownRoute());
+    if (!tools->isHidden()) refresh_toolbar(*tools, ownRoute());
 }
 
 /// The tools of a frame are about its own view, whichever frame is active.
@@ -156,7 +156,7 @@ std::function<bool(unsigned, CCmdUI*)> CQtFrame::ownRoute()
     return [this](unsigned id, CCmdUI* ui) {
         CWinApp* const app = AfxGetApp();
         const auto send = [&] { return logic.OnCmdMsg(id, ui) || (app && app->OnCmdMsg(id, ui)); };
-        return ui ? send() : host::run_command(id, send);
+        return ui ? send() : run_command(id, send);
     };
 }
 
@@ -189,3 +189,5 @@ bool CQtFrame::eventFilter(QObject* watched, QEvent* event)
     }
     return CQtPeer::eventFilter(watched, event);
 }
+
+} // namespace vldv::host

@@ -10,6 +10,8 @@ class QMdiArea;
 class QTabBar;
 class QToolBar;
 
+namespace vldv::host {
+
 /// A document's frame: a window in the main window's area, its content being tabs and the view.
 class CQtFrame : public CQtPeer {
 public:
@@ -40,5 +42,7 @@ private:
 
     QTabBar* tabs;
     QToolBar* tools;
-    vldv::host::frame_drag drag;
+    frame_drag drag;
 };
+
+} // namespace vldv::host

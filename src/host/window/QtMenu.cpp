@@ -9,7 +9,7 @@
 #include <QPaintEvent>
 #include <QStyle>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -44,7 +44,9 @@ void CQtMenu::paintEvent(QPaintEvent* event)
         const unsigned command = action->data().toUInt();
         const CPaletteMenuButton button(static_cast<int>(command - commands::firstPalette), command,
                                         action->text().toStdWString().c_str(), -1);
-        CQtDC dc(*this);
-        button.OnDraw(dc, host::rect_of(actionGeometry(action)), now, true);
+        paint::CQtDC dc(*this);
+        button.OnDraw(dc, rect_of(actionGeometry(action)), now, true);
     }
 }
+
+} // namespace vldv::host

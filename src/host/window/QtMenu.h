@@ -3,6 +3,8 @@
 
 struct menu_metrics;
 
+namespace vldv::host {
+
 /// A menu that shows a strip of each palette beside its name.
 class CQtMenu : public QMenu {
 public:
@@ -16,3 +18,5 @@ protected:
 private:
     menu_metrics metrics() const;
 };
+
+} // namespace vldv::host

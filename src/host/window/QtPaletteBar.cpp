@@ -4,6 +4,8 @@
 
 #include <QToolBar>
 
+namespace vldv::host {
+
 CQtPaletteBar::CQtPaletteBar(QToolBar& bar_) : QWidgetAction(nullptr), bar(bar_)
 {
     setText(QStringLiteral("Palette"));
@@ -26,3 +28,5 @@ void CQtPaletteBar::fit()
     const CSize size = content.OnCalculateSize({CPaletteBar::width, CPaletteBar::width}, isHorizontal);
     defaultWidget()->setFixedSize(size.cx, size.cy);
 }
+
+} // namespace vldv::host

@@ -5,6 +5,8 @@
 
 class QToolBar;
 
+namespace vldv::host {
+
 /// The palette bar as an entry of a toolbar, which may leave and join it again.
 class CQtPaletteBar : public QWidgetAction {
 public:
@@ -19,3 +21,5 @@ private:
     QToolBar& bar;
     CPaletteBar content;
 };
+
+} // namespace vldv::host

@@ -12,7 +12,7 @@
 #include <map>
 #include <set>
 
-using namespace vldv;
+namespace vldv::host {
 
 CQtTextPane::CQtTextPane(CWnd& logic_, QWidget* parent)
     : CQtPeer(logic_, new QWidget(parent)), editor(new QPlainTextEdit(widget))
@@ -32,7 +32,7 @@ void CQtTextPane::setText(const std::wstring& text)
     editor->moveCursor(QTextCursor::End);
 }
 
-QString host::selected_text(const QPlainTextEdit& editor)
+QString selected_text(const QPlainTextEdit& editor)
 {
     return editor.textCursor()
         .selectedText()
@@ -40,7 +40,7 @@ QString host::selected_text(const QPlainTextEdit& editor)
         .replace(QChar::LineSeparator, '\n');
 }
 
-std::wstring CQtTextPane::selectedText() const { return host::selected_text(*editor).toStdWString(); }
+std::wstring CQtTextPane::selectedText() const { return selected_text(*editor).toStdWString(); }
 
 void CQtTextPane::selectAll()
 {
@@ -151,3 +151,5 @@ bool CQtTablePane::eventFilter(QObject* watched, QEvent* event)
     if (!isPane && event->type() == QEvent::MouseButtonPress) toldRow = -1;
     return false;
 }
+
+} // namespace vldv::host

@@ -13,8 +13,6 @@ namespace vldv::host {
 /// What is selected, lines ending in "\n".
 QString selected_text(const QPlainTextEdit& editor);
 
-} // namespace vldv::host
-
 /// A pane of text that can be selected and copied.
 class CQtTextPane : public CQtPeer {
 public:
@@ -50,3 +48,5 @@ private:
     int toldRow = -1;       ///< by the change of the current row, of which a press may be the cause
     bool isShowing = false; ///< rows change and nobody clicks
 };
+
+} // namespace vldv::host

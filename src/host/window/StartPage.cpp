@@ -7,6 +7,8 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+namespace vldv::host {
+
 namespace {
 
 constexpr double headingSize = 1.6, columnHeadingSize = 1.15; // of the usual font
@@ -103,3 +105,5 @@ bool CStartPage::eventFilter(QObject* watched, QEvent* event)
     if (watched == parent() && event->type() == QEvent::Resize) setGeometry(parentWidget()->rect());
     return false;
 }
+
+} // namespace vldv::host

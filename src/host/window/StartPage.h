@@ -3,6 +3,8 @@
 #include <functional>
 #include <vector>
 
+namespace vldv::host {
+
 /// What stands in the main window while no file is open: recent files and the bundled examples, each a click away.
 class CStartPage : public QFrame {
 public:
@@ -23,3 +25,5 @@ protected:
 private:
     QWidget* content = nullptr;
 };
+
+} // namespace vldv::host

@@ -4,9 +4,9 @@
 
 #include <QAction>
 
-using namespace vldv;
+namespace vldv::host {
 
-void host::set_command_help(QAction& action, unsigned id, const char* shortcut)
+void set_command_help(QAction& action, unsigned id, const char* shortcut)
 {
     const command_prompt prompt = command_prompt_of(id);
     action.setStatusTip(QString::fromStdString(prompt.status));
@@ -14,3 +14,5 @@ void host::set_command_help(QAction& action, unsigned id, const char* shortcut)
     if (*shortcut) tip += " (" + QString::fromLatin1(shortcut) + ")";
     action.setToolTip(tip);
 }
+
+} // namespace vldv::host

@@ -7,10 +7,10 @@
 #include <QPalette>
 #include <QSvgRenderer>
 
-using namespace vldv;
-
 // Resources of a static library are entered by hand, outside of any namespace.
 static void enter_resources() { Q_INIT_RESOURCE(workstation); }
+
+namespace vldv::host {
 
 namespace {
 
@@ -45,9 +45,11 @@ private:
 
 } // namespace
 
-QIcon host::command_icon(unsigned id)
+QIcon command_icon(unsigned id)
 {
     [[maybe_unused]] static const bool entered = (enter_resources(), true);
     QFile file(QStringLiteral(":/icons/%1").arg(id));
     return file.open(QFile::ReadOnly) ? QIcon(new line_icon(file.readAll())) : QIcon();
 }
+
+} // namespace vldv::host

@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -76,7 +76,7 @@ private:
 
 } // namespace
 
-void host::add_preview(QFileDialog& dialog, const open_prompt& prompt)
+void add_preview(QFileDialog& dialog, const open_prompt& prompt)
 {
     auto* const layout = qobject_cast<QGridLayout*>(dialog.layout());
     if (!layout || !prompt.preview) return;
@@ -85,3 +85,5 @@ void host::add_preview(QFileDialog& dialog, const open_prompt& prompt)
     QObject::connect(&dialog, &QFileDialog::currentChanged, pane, [pane](const QString& path) { pane->choose(path); });
     dialog.resize(dialog.width() + paneWidth, dialog.height());
 }
+
+} // namespace vldv::host

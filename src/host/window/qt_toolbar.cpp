@@ -12,7 +12,7 @@
 #include <QToolBar>
 #include <map>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -51,7 +51,7 @@ const char* shortcut_of(unsigned id)
 /// What stands in a bar, entry by entry; what separates appears only between entries.
 class bar_filling {
 public:
-    bar_filling(QToolBar& bar_, const host::command_route& route_) : bar(bar_), route(route_) {}
+    bar_filling(QToolBar& bar_, const command_route& route_) : bar(bar_), route(route_) {}
 
     void separator() { separates = true; }
     void entry(QAction* action)
@@ -60,29 +60,29 @@ public:
         separates = false;
         bar.addAction(action);
     }
-    void command(unsigned id, host::unhandled others)
+    void command(unsigned id, unhandled others)
     {
-        const QString text = QString::fromStdString(menu_text(host::command_name(id)));
-        if (QAction* const action = add(id, text, host::command_icon(id), others))
-            host::set_command_help(*action, id, shortcut_of(id));
+        const QString text = QString::fromStdString(menu_text(command_name(id)));
+        if (QAction* const action = add(id, text, command_icon(id), others))
+            set_command_help(*action, id, shortcut_of(id));
     }
     void button(const toolbar_button& made)
     {
         QAction* const action =
-            add(made.id, QString::fromStdString(made.text), icon_of(made.picture), host::unhandled::leftOut);
+            add(made.id, QString::fromStdString(made.text), icon_of(made.picture), unhandled::leftOut);
         if (!action) return;
-        host::set_command_help(*action, made.id, "");
+        set_command_help(*action, made.id, "");
         if (!made.hint.empty()) action->setStatusTip(QString::fromStdString(made.hint));
     }
 
 private:
     /// Null for a command that is left out.
-    QAction* add(unsigned id, const QString& text, const QIcon& icon, host::unhandled others)
+    QAction* add(unsigned id, const QString& text, const QIcon& icon, unhandled others)
     {
         CCmdUI state{.m_nID = id};
         if (text.isEmpty()) return nullptr;
         if (!route(id, &state)) {
-            if (others == host::unhandled::leftOut) return nullptr;
+            if (others == unhandled::leftOut) return nullptr;
             state.enabled = false;
         }
         auto* const action = new QAction(icon, text, &bar);
@@ -94,13 +94,11 @@ private:
     }
 
     QToolBar& bar;
-    const host::command_route& route;
+    const command_route& route;
     bool separates = false;
 };
 
 } // namespace
-
-namespace vldv::host {
 
 void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_route& route, QAction* palettes,
                   unhandled others)

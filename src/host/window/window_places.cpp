@@ -8,7 +8,7 @@
 #include <QWindow>
 #include <algorithm>
 
-using namespace vldv;
+namespace vldv::host {
 
 namespace {
 
@@ -31,7 +31,7 @@ void write(IProfile& profile, const char* key, const QByteArray& bytes)
 
 } // namespace
 
-bool host::restore_places(QMainWindow& window, const IProfile& profile)
+bool restore_places(QMainWindow& window, const IProfile& profile)
 {
     const bool isPlaced = window.restoreGeometry(read(profile, geometryKey));
     window.restoreState(read(profile, stateKey), layoutVersion);
@@ -39,7 +39,7 @@ bool host::restore_places(QMainWindow& window, const IProfile& profile)
     return isPlaced;
 }
 
-void host::fit_to_screen(QWidget& window)
+void fit_to_screen(QWidget& window)
 {
     // The widget hears of a size from the command line only when the window system tells of it.
     QWindow* const shown = window.windowHandle();
@@ -54,7 +54,7 @@ void host::fit_to_screen(QWidget& window)
     shown->setGeometry(place);
 }
 
-void host::keep_places(const QMainWindow& window, IProfile& profile)
+void keep_places(const QMainWindow& window, IProfile& profile)
 {
     const CProfileBatch together(profile);
     write(profile, geometryKey, window.saveGeometry());
@@ -62,3 +62,5 @@ void host::keep_places(const QMainWindow& window, IProfile& profile)
     const auto* const status = window.findChild<QStatusBar*>();
     profile.writeInt(section, statusBarKey, !status || !status->isHidden());
 }
+
+} // namespace vldv::host

@@ -27,23 +27,23 @@ test_support::decoded_picture read(const fs::path& path)
 
 } // namespace
 
-class golden_picture::recording_surface : public CQtDC {
+class golden_picture::recording_surface : public paint::CQtDC {
 public:
-    explicit recording_surface(std::vector<drawn_text>& texts_) : CQtDC(CSize{96, 96}), texts(texts_) {}
+    explicit recording_surface(std::vector<drawn_text>& texts_) : paint::CQtDC(CSize{96, 96}), texts(texts_) {}
 
 protected:
     void drawText(int left, int baseline, std::wstring_view text) override
     {
-        if (isRim) return CQtDC::drawText(left, baseline, text);
+        if (isRim) return paint::CQtDC::drawText(left, baseline, text);
         const int top = baseline - fontMetrics().tmAscent;
         texts.push_back({std::wstring(text), CRect(left, top, left + textWidth(text), top + fontMetrics().tmHeight)});
-        CQtDC::drawText(left, baseline, text);
+        paint::CQtDC::drawText(left, baseline, text);
     }
 
     void drawTextRim(int left, int baseline, std::wstring_view text) override
     {
         isRim = true;
-        CQtDC::drawTextRim(left, baseline, text);
+        paint::CQtDC::drawTextRim(left, baseline, text);
         isRim = false;
     }
 
