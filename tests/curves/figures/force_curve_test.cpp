@@ -254,6 +254,24 @@ TEST(ParametricCurve, OfEvenPositionsIsTheForceCurveOverThem)
     }
 }
 
+TEST(ParametricCurve, FindsTheContactWherePositionsFall)
+{
+    for (const int n : {60, 200, 700}) {
+        const std::vector<double> y = piecewise(n, n / 4, 0.5, 0.5, 0.01);
+        std::vector<double> rising, falling;
+        for (int i = 0; i < n; ++i) rising.push_back(0.25 * i), falling.push_back(-0.25 * i);
+        force_curve_stats up, down;
+        get_parametric_curve_stats(rising.data(), y.data(), n, 1.0, 1.0, up);
+        get_parametric_curve_stats(falling.data(), y.data(), n, 1.0, 1.0, down);
+        ASSERT_TRUE(up.hasSlant() && up.hasZero()) << n;
+        EXPECT_EQ(down.slant_first, up.slant_first) << n;
+        EXPECT_EQ(down.slant_last, up.slant_last) << n;
+        EXPECT_EQ(down.zero_first, up.zero_first) << n;
+        EXPECT_NEAR(down.slant_b, -up.slant_b, 1e-12) << n;
+        EXPECT_NEAR(down.zero_a, up.zero_a, 1e-12) << n;
+    }
+}
+
 TEST(ParametricCurve, APositionThatLingersAtTheContactDoesNotHideIt)
 {
     // The drive turns round over the first 12 samples: steps of x grow from almost 0. Force follows x all the way.

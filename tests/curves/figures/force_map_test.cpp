@@ -165,6 +165,21 @@ TEST(ForceMap, GoesNoFurtherThanItsPositions)
     }
 }
 
+TEST(ForceMap, FindsSlopesAndAdhesion)
+{
+    // 20 raw steps of 0.5 nN over 2000 nm: -5 thousandths. 300 raw steps below the free line before the probe leaves.
+    constexpr int n = 250;
+    std::vector<std::int16_t> samples;
+    for (int i = 0; i < n; ++i) samples.push_back(static_cast<std::int16_t>(i < 100 ? 20 * (85 - i) - 20 : 0));
+    const curves::force_volume volume{samples, n, VLAxis(0.0, 2000.0, "nm"), VLAxis(7.0, 0.5, "nN")};
+    const curves::force_maps maps = curves::map_forces(volume);
+    ASSERT_EQ(maps.rigidity.samples.size(), 1u);
+    // A handful of thousandths is too coarse: the slope comes as it is.
+    EXPECT_NEAR(maps.rigidity.values.at(maps.rigidity.samples[0]), -0.005, 0.0005);
+    // The first sample of the zero stretch still lies in the jump, which tilts the line a little.
+    EXPECT_NEAR(maps.adhesion.samples[0], -300, 15);
+}
+
 TEST(ForceMap, TellsItsProgressAndSurvivesOddVolumes)
 {
     const std::vector<std::int16_t> samples = force_curves(1000, 16);

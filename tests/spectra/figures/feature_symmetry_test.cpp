@@ -1,6 +1,8 @@
 // Lengths and form factors of features do not depend on how the image lies.
 #include "feature_fixture.h"
+#include "formats/registry.h"
 #include "spectra/figures/feature_levels.h"
+#include "support/sample_checks.h"
 
 #include <algorithm>
 #include <array>
@@ -75,6 +77,63 @@ TEST(FeatureShapes, OfRandomAreasStayWhenTheImageIsTurned)
             count += expect_same_shapes(of, static_cast<short>(radius == 0 ? 1300 : 1020));
         }
     EXPECT_GT(count, 1000u);
+}
+
+surface surface_of(const test_support::image_plane& plane)
+{
+    surface of(static_cast<int>(plane.width()), static_cast<int>(plane.height()));
+    const auto* const samples = static_cast<const short*>(plane.image->stream.array_data());
+    std::copy_n(samples + of.samples.size() * plane.subimage, of.samples.size(), of.samples.begin());
+    return of;
+}
+
+TEST(FeatureShapes, OfRecordedSurfacesStayWhenTheImageIsTurned)
+{
+    constexpr std::array<std::array<const char*, 2>, 6> files{{{"jpk", "file.jpk"},
+                                                               {"nanoscope", "di-1.di"},
+                                                               {"mdt", "test_structure.mdt"},
+                                                               {"nid", "NanoSurf_20160301.nid"},
+                                                               {"hdf", "VeecoHDF.hdf"},
+                                                               {"text", "matrix-3.txt"}}};
+    std::size_t count = 0;
+    for (const auto& [folder, name] : files) {
+        const std::vector<std::byte> bytes = test_support::read_sample(folder, name);
+        if (bytes.empty()) GTEST_SKIP() << "sample files are not here: " << VLDV_SAMPLES;
+        formats::memory_source source(bytes, name);
+        const formats::format_row* const format =
+            formats::find_format(std::span(bytes).first(std::min(bytes.size(), formats::sniffBytes)), name);
+        ASSERT_TRUE(format) << name;
+        const auto content = format->read(source);
+        ASSERT_TRUE(content) << name;
+        for (const test_support::image_plane& plane : test_support::planes_of(*content)) {
+            const surface of = surface_of(plane);
+            for (const auto level : {std::optional<double>{}, std::optional(0.5)}) {
+                SCOPED_TRACE(name);
+                count += expect_same_shapes(of, spectra::find_levels(of.heights(), level).threshold);
+            }
+        }
+    }
+    EXPECT_GT(count, 3000u);
+}
+
+TEST(FeatureShapes, ThatLookTheSameExchangedStayWithTheirSteps)
+{
+    for (int radius = 1; radius <= 20; ++radius) {
+        surface disc(50, 45);
+        for (int y = -radius; y <= radius; ++y)
+            for (int x = -radius; x <= radius; ++x)
+                if (x * x + y * y <= radius * radius) disc.at(25 + x, 21 + y) = 10;
+        EXPECT_EQ(expect_same_shapes(disc, 0), 1u);
+    }
+    const surface picture({"............", //
+                           ".#..##.###..", //
+                           ".##.##.###..", // two that are equal to themselves about one diagonal or the other
+                           ".......###..", //
+                           ".###........", //
+                           ".##.........", //
+                           ".#..........", //
+                           "............"});
+    EXPECT_EQ(expect_same_shapes(picture, 0), 4u);
 }
 
 TEST(FeatureShapes, OfThinLinesAreTheirLengthTwice)

@@ -41,6 +41,26 @@ surface::step_settings settings_of(int border, int rows, int gap,
     return made;
 }
 
+TEST(StepSearch, FindsTheEdgesOfTerraces)
+{
+    terraces of(120, 60);
+    const auto straight = [](int) { return 30; };
+    const auto slanted = [](int y) { return 70 + y / 3; };
+    of.addEdge(straight, 300, 0, 59);
+    of.addEdge(slanted, 500, 0, 59);
+    const auto steps = surface::find_steps(of.frame(), settings_of(5, 10, 2));
+    ASSERT_EQ(steps.size(), 2u);
+    for (int y = 0; y < 60; ++y) {
+        // The slope at a sample is that between its neighbours: it is as steep on either side of an edge, and the
+        // first counts.
+        const auto row = static_cast<std::size_t>(y);
+        EXPECT_EQ(steps[0][row], (surface::step_point{y, 29}));
+        EXPECT_EQ(steps[1][row], (surface::step_point{y, slanted(y) - 1}));
+    }
+    EXPECT_TRUE(surface::find_steps(of.frame(), settings_of(5, 10, 2, steps_direction::leftToRight)).empty())
+        << "all of them rise";
+}
+
 TEST(StepSearch, MovesAndMirrorsWithTheImage)
 {
     std::mt19937 random(3);

@@ -72,6 +72,20 @@ TEST(BundledPalettes, LightnessRisesEvenly)
     }
 }
 
+TEST(BundledPalettes, CubehelixIsThatOfItsPaper)
+{
+    // By hand, t = 0.5: angle 2 pi (1/6 + 1 - 0.75), its cosine -0.86603 and sine 0.5, amplitude 1/8; r = 0.5 +
+    // (0.14861 * 0.86603 + 1.78277 * 0.5) / 8 = 0.62751, g = 0.47497, b = 0.28642; 255 levels, t = 127.5 / 255.
+    const color_table table = bundled().at("Cubehelix");
+    const three wanted = {0.62751 * 255, 0.47497 * 255, 0.28642 * 255};
+    for (int i = 0; i < 3; ++i) {
+        const auto channel = [i](colorEntry color) { return double(color >> 8 * i & 255u); };
+        EXPECT_NEAR((channel(table[127]) + channel(table[128])) / 2, wanted[static_cast<std::size_t>(i)], 1.0);
+    }
+    EXPECT_EQ(table.front(), 0u);
+    EXPECT_EQ(table.back(), 0xffffffu);
+}
+
 TEST(BundledPalettes, ColourBlindEyesTellHeightsApart)
 {
     constexpr std::size_t apart = 64;         // a quarter of the heights
