@@ -9,36 +9,62 @@
 #include "view/panes/TextView.h"
 #include "vldv.h"
 
+#include <algorithm>
+#include <deque>
+
 namespace {
 
-constexpr CRuntimeClass storageDoc = {"CStorageDoc", nullptr, create_object<CStorageDoc>};
-constexpr CRuntimeClass plainDoc = {"CDocument", nullptr, create_object<CDocument>};
+// What can be made by its name; first those that others are derived from.
 constexpr CRuntimeClass childFrame = {"CChildFrame", nullptr, create_object<CChildFrame>};
-constexpr CRuntimeClass quickFrame = {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>};
 constexpr CRuntimeClass surfaceView = {"CSurfMathView", nullptr, create_object<CSurfMathView>};
-constexpr CRuntimeClass quickView = {"CQVSurfView", &surfaceView, create_object<CQVSurfView>};
-constexpr CRuntimeClass parametersView = {"CParametersView", nullptr, create_object<CParametersView>};
-constexpr CRuntimeClass textView = {"CTextView", nullptr, create_object<CTextView>};
 
-/// All templates, in the order of their making. One object, so that start and stop have one order; views that have no
-/// class yet are found by name once there is one.
+constexpr CRuntimeClass classes[] = {
+    {"CStorageDoc", nullptr, create_object<CStorageDoc>},
+    {"CDocument", nullptr, create_object<CDocument>},
+    {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>},
+    {"CQVSurfView", &surfaceView, create_object<CQVSurfView>},
+    {"CParametersView", nullptr, create_object<CParametersView>},
+    {"CTextView", nullptr, create_object<CTextView>},
+};
+
+/// One kind of window. A view that has no class yet is found by its name once there is one.
+struct template_row {
+    frame_template number;
+    const char *document, *view;
+};
+
+constexpr template_row behindTheSurface[] = {
+    {sectionFrame, "CStorageDoc", "CSectionView"},
+    {lineFrame, "CStorageDoc", "CLineView"},
+    {sceneFrame, "CStorageDoc", "C3DView"},
+    {histogramFrame, "CStorageDoc", "CHistogramView"},
+    {parametersFrame, "CDocument", "CParametersView"},
+    {fourierFrame, "CStorageDoc", "CFourierView"},
+    {captureFrame, "CVideoPreviewDoc", "CVideoPreviewWnd"},
+    {featuresFrame, "CStorageDoc", "CFeaturesHistogramView"},
+    {featuresTableFrame, "CStorageDoc", "CFeaturesTableView"},
+    {textFrame, "CDocument", "CTextView"},
+    {volumeFrame, "CStorageDoc", "C3DCloudView"},
+    {parametricFrame, "CStorageDoc", "CParametricCurveView"},
+    {itemsFrame, "CStorageDoc", "CItemsHistogramView"},
+    {itemsTableFrame, "CStorageDoc", "CItemsTableView"},
+    {collageFrame, "CCollageDoc", "CCollageView"},
+};
+
+/// All templates, in the order of their making. One object, so that start and stop have one order.
 struct all_templates {
     CStorageDocTemplate surface{surfaceFrame, "CStorageDoc", "CChildFrame", "CSurfMathView"};
-    CMultiDocTemplate section{sectionFrame, "CStorageDoc", "CChildFrame", "CSectionView"};
-    CMultiDocTemplate line{lineFrame, "CStorageDoc", "CChildFrame", "CLineView"};
-    CMultiDocTemplate scene{sceneFrame, "CStorageDoc", "CChildFrame", "C3DView"};
-    CMultiDocTemplate histogram{histogramFrame, "CStorageDoc", "CChildFrame", "CHistogramView"};
-    CMultiDocTemplate parameters{parametersFrame, "CDocument", "CChildFrame", "CParametersView"};
-    CMultiDocTemplate fourier{fourierFrame, "CStorageDoc", "CChildFrame", "CFourierView"};
-    CMultiDocTemplate capture{captureFrame, "CVideoPreviewDoc", "CChildFrame", "CVideoPreviewWnd"};
-    CMultiDocTemplate features{featuresFrame, "CStorageDoc", "CChildFrame", "CFeaturesHistogramView"};
-    CMultiDocTemplate featuresTable{featuresTableFrame, "CStorageDoc", "CChildFrame", "CFeaturesTableView"};
-    CMultiDocTemplate text{textFrame, "CDocument", "CChildFrame", "CTextView"};
-    CMultiDocTemplate volume{volumeFrame, "CStorageDoc", "CChildFrame", "C3DCloudView"};
-    CMultiDocTemplate parametric{parametricFrame, "CStorageDoc", "CChildFrame", "CParametricCurveView"};
-    CMultiDocTemplate items{itemsFrame, "CStorageDoc", "CChildFrame", "CItemsHistogramView"};
-    CMultiDocTemplate itemsTable{itemsTableFrame, "CStorageDoc", "CChildFrame", "CItemsTableView"};
-    CMultiDocTemplate collage{collageFrame, "CCollageDoc", "CChildFrame", "CCollageView"};
+    std::deque<CMultiDocTemplate> others; ///< a row each
+
+    all_templates()
+    {
+        for (const template_row& row : behindTheSurface)
+            others.emplace_back(row.number, row.document, "CChildFrame", row.view);
+    }
+    CMultiDocTemplate& of(frame_template number)
+    {
+        return *std::ranges::find(others, static_cast<unsigned>(number), &CMultiDocTemplate::resourceId);
+    }
 };
 
 all_templates& templates()
@@ -50,27 +76,24 @@ all_templates& templates()
 } // namespace
 
 CStorageDocTemplate& vldvSurfaceTemplate = templates().surface;
-CMultiDocTemplate& vldv3DTemplate = templates().scene;
-CMultiDocTemplate& vldv3DCloudTemplate = templates().volume;
-CMultiDocTemplate& vldvVideoCaptureTemplate = templates().capture;
+CMultiDocTemplate& vldv3DTemplate = templates().of(sceneFrame);
+CMultiDocTemplate& vldv3DCloudTemplate = templates().of(volumeFrame);
+CMultiDocTemplate& vldvVideoCaptureTemplate = templates().of(captureFrame);
 
 namespace vldv::entry {
 
 void register_classes()
 {
-    for (const CRuntimeClass* each :
-         {&storageDoc, &plainDoc, &childFrame, &quickFrame, &surfaceView, &quickView, &parametersView, &textView})
-        register_runtime_class(*each);
+    register_runtime_class(childFrame);
+    register_runtime_class(surfaceView);
+    for (const CRuntimeClass& each : classes) register_runtime_class(each);
 }
 
 void add_templates(CWinApp& app)
 {
     all_templates& all = templates();
-    for (CDocTemplate* each : std::initializer_list<CDocTemplate*>{
-             &all.surface, &all.section, &all.line, &all.scene, &all.histogram, &all.parameters, &all.fourier,
-             &all.capture, &all.features, &all.featuresTable, &all.text, &all.volume, &all.parametric, &all.items,
-             &all.itemsTable, &all.collage})
-        app.AddDocTemplate(each);
+    app.AddDocTemplate(&all.surface);
+    for (CMultiDocTemplate& each : all.others) app.AddDocTemplate(&each);
 }
 
 } // namespace vldv::entry
