@@ -1,8 +1,9 @@
-# vldv_shared(target name folders...) : the objects of folders as a shared object of the library's version.
+# vldv_shared(target name folders...) : the objects of folders as a shared object of the library's version. While the
+# first number is 0 a new second one may change the contract.
 function(vldv_shared target name)
   add_library(${target} SHARED)
   set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name} VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} LINKER_LANGUAGE CXX)
   foreach(folder IN LISTS ARGN)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:${folder}>)
   endforeach()
