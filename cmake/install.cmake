@@ -50,5 +50,6 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/vldv-config-version
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vldv-config.cmake ${CMAKE_CURRENT_BINARY_DIR}/vldv-config-version.cmake
   DESTINATION ${package_folder})
 
+file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/vldv.pc.in ${CMAKE_CURRENT_BINARY_DIR}/vldv.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vldv.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
