@@ -129,15 +129,25 @@ public:
     std::string reason;
 
 private:
-    line_use add_numbers(std::string_view line, std::size_t fields, std::size_t number)
+    line_use add_numbers(std::string_view line, std::size_t before, std::size_t number)
     {
         ends.add(line);
         isLastRead = isLast(line);
-        return add_row(fields, number);
+        table.gaps.close(false);
+        const std::size_t fields = table.values.size() - before;
+        if (!hasGaps() || fields >= table.columns) return add_row(fields, number);
+        const auto shortRow = table.values.begin() + static_cast<std::ptrdiff_t>(before);
+        const std::vector<double> numbers(shortRow, table.values.end());
+        table.values.resize(before);
+        if (!scanner.scan_with_empty_ends(line, table.columns, table.values))
+            table.values.insert(table.values.end(), numbers.begin(), numbers.end());
+        return add_row(table.values.size() - before, number);
     }
     line_use add_row(std::size_t fields, std::size_t number);
-    line_use add_damaged(std::string_view line, std::size_t number);
     line_use add_comment(std::string_view line, std::size_t number);
+    void add_blank(std::string_view line, std::size_t number);
+    void add_gap_row(std::string_view line, std::size_t number, row_likeness likeness);
+    void keep_comment(std::string_view line);
     line_use refuse(std::size_t number, const std::string& why)
     {
         reason = "line " + std::to_string(number) + why;
@@ -154,6 +164,8 @@ private:
         return " has " + plural(fields, "value") + " where " + other + std::to_string(firstFields);
     }
 
+    /// Between rows whose number the header does not state, some may be lost.
+    bool hasGaps() const noexcept { return stated.columns == 0 && (table.rows != 0 || stated.rowFields != 0); }
     bool hasEnd() const noexcept { return content.text.ends_with('\n') || content.text.ends_with('\r'); }
     bool isLast(std::string_view line) const noexcept
     {
@@ -170,9 +182,7 @@ private:
     std::size_t firstFields = 0;
     std::size_t oddLine = 0; // number of the first line of another length, 0 when there is none
     std::size_t oddFields = 0;
-    bool isLastRead = false;                          ///< the last line of the text holds numbers
-    std::size_t doubtfulLines = 0, firstDoubtful = 0; ///< comments that may be damaged rows
-    std::size_t damagedLines = 0, firstDamaged = 0;   ///< rows of a matrix that lack numbers
+    bool isLastRead = false; ///< the last line of the text holds numbers
 };
 
 line_use table_collector::add(std::string_view line, std::size_t number)
@@ -180,12 +190,13 @@ line_use table_collector::add(std::string_view line, std::size_t number)
     const std::size_t before = table.values.size();
     switch (scanner.scan(line, table.values)) {
     case line_content::blank:
+        add_blank(line, number);
         return line_use::taken;
     case line_content::comment:
         if (stated.linesAreRows) return line_use::ended;
         return add_comment(line, number);
     case line_content::numbers:
-        return add_numbers(line, table.values.size() - before, number);
+        return add_numbers(line, before, number);
     case line_content::wrong:
         break;
     }
@@ -223,37 +234,69 @@ line_use table_collector::add_row(std::size_t fields, std::size_t number)
     return line_use::taken;
 }
 
-/// A row of a matrix keeps its place and the numbers that it has.
-line_use table_collector::add_damaged(std::string_view line, std::size_t number)
+/// A row of a table that is separated by tabs may have nothing but these.
+void table_collector::add_blank(std::string_view line, std::size_t number)
 {
-    if (damagedLines++ == 0) firstDamaged = number;
-    const std::size_t before = table.values.size();
-    scanner.scan_damaged(line, table.values);
-    return add_numbers(line, table.values.size() - before, number);
+    if (!hasGaps()) return;
+    row_gap& gap = table.gaps.open(table.rows, number);
+    if (table.columns < 2 || !scanner.scan_with_empty_ends(line, table.columns, gap.values)) {
+        ++gap.blanks;
+        return;
+    }
+    if (gap.rowLine == 0) gap.rowLine = number;
+    gap.mayBeTail = true;
+}
+
+void table_collector::add_gap_row(std::string_view line, std::size_t number, row_likeness likeness)
+{
+    row_gap& gap = table.gaps.open(table.rows, number);
+    scanner.scan_damaged(line, gap.values);
+    if (gap.rowLine == 0) gap.rowLine = number;
+    gap.partly += likeness == row_likeness::partly;
+    gap.mayBeTail = gap.mayBeTail || likeness == row_likeness::sentence;
+}
+
+/// True for a comment and for "key: value", which stand between the rows on purpose.
+bool is_remark(std::string_view line)
+{
+    constexpr std::string_view marks = "#%;/";
+    const bool hasMark = line.find_first_of(marks) == 0;
+    return (hasMark && line.find_first_not_of(marks) != std::string_view::npos) ||
+           line.find_first_of(":=") != std::string_view::npos;
 }
 
 line_use table_collector::add_comment(std::string_view line, std::size_t number)
 {
+    line = base::trimmed(line);
     const row_likeness likeness =
         wrapped ? row_likeness::none : scanner.likeness_to_row(line, table.columns, stated.isMatrix);
     if (likeness == row_likeness::damaged) return refuse_field(number);
-    if (likeness == row_likeness::partly && stated.isMatrix) return add_damaged(line, number);
-    if (likeness == row_likeness::partly && doubtfulLines++ == 0) firstDoubtful = number;
-    const std::string text = content.utf8(base::trimmed(line.substr(0, mostComments)));
-    if (text.empty() || table.comments.size() + text.size() > mostComments) return line_use::taken;
+    const bool isRow = likeness == row_likeness::partly || likeness == row_likeness::words ||
+                       (likeness == row_likeness::sentence && stated.isMatrix);
+    if (isRow && stated.isMatrix && oddLine != 0) return refuse(oddLine, unlike(oddFields));
+    if (hasGaps()) {
+        if (isRow)
+            add_gap_row(line, number, likeness);
+        else if (is_remark(line))
+            ++table.gaps.open(table.rows, number).remarks;
+        else
+            ++table.gaps.open(table.rows, number).words;
+    }
+    if (!isRow || !stated.isMatrix) keep_comment(line);
+    return line_use::taken;
+}
+
+void table_collector::keep_comment(std::string_view line)
+{
+    const std::string text = content.utf8(line.substr(0, mostComments));
+    if (text.empty() || table.comments.size() + text.size() > mostComments) return;
     if (!table.comments.empty()) table.comments += '\n';
     table.comments += text;
-    return line_use::taken;
 }
 
 void table_collector::finish()
 {
-    if (doubtfulLines != 0)
-        table.notes.push_back("taken for comments although they hold numbers for most columns: " +
-                              plural(doubtfulLines, "line") + ", the first is line " + std::to_string(firstDoubtful));
-    if (damagedLines != 0)
-        table.notes.push_back("rows with words where numbers belong, which count as not measured: " +
-                              plural(damagedLines, "line") + ", the first is line " + std::to_string(firstDamaged));
+    table.gaps.close(true);
     const std::string_view cut = isLastRead && !hasEnd() ? ends.cutNumber() : std::string_view();
     if (oddLine == 0 && !cut.empty())
         table.notes.push_back("the text ends with \"" + content.utf8(cut) +

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/streams/byte_reader.h"
+#include "formats/text/row_gaps.h"
 #include "formats/text/text_lines.h"
 #include "formats/text/text_numbers.h"
 
@@ -19,6 +20,7 @@ struct number_table {
     std::string comments;           ///< UTF-8, the lines between the numbers that hold none
     std::vector<std::string> notes; ///< what was left out
     bool isCut = false;             ///< the last line lacks its end
+    row_gaps gaps;                  ///< between the rows of a table of which the header does not state the size
 
     double at(std::size_t row, std::size_t column) const noexcept { return values[row * columns + column]; }
     std::vector<double> column(std::size_t index) const;
@@ -29,8 +31,7 @@ struct stated_table {
     std::size_t columns = 0, rows = 0;
     /// Every line is a row, `rows` of them are read, and a line that holds no numbers ends them.
     bool linesAreRows = false;
-    /// The lines are rows of an image: one that is a comment or a word but for as many numbers as belong there has lost
-    /// some, which count as missing.
+    /// The lines are rows of an image: a comment mark or a word in one stands for a number that is lost.
     bool isMatrix = false;
     std::size_t rowFields = 0; ///< of such a row when it comes first; 0 when none does
 };

@@ -188,28 +188,79 @@ void number_scanner::scan_damaged(std::string_view line, std::vector<double>& ou
     each_field(base::trimmed(line), [&](std::string_view field) { out.push_back(number_of(field).value_or(missing)); });
 }
 
+bool number_scanner::scan_with_empty_ends(std::string_view line, std::size_t columns, std::vector<double>& out) const
+{
+    if (layout.separator == ' ') return false;
+    const auto marks = static_cast<std::size_t>(std::ranges::count(line, layout.separator));
+    const bool hasMarkAtEnd = marks == columns && line.ends_with(layout.separator);
+    if (marks + 1 != columns && !hasMarkAtEnd) return false;
+    const std::size_t before = out.size();
+    for (std::size_t column = 0; column < columns; ++column) {
+        const std::size_t end = std::min(line.find(layout.separator), line.size());
+        const std::string_view field = base::trimmed(line.substr(0, end));
+        const auto number = field.empty() ? missing : number_of(field);
+        if (!number) {
+            out.resize(before);
+            return false;
+        }
+        out.push_back(*number);
+        line.remove_prefix(std::min(end + 1, line.size()));
+    }
+    return true;
+}
+
+/// What the fields of a line are.
+struct number_scanner::field_census {
+    std::size_t fields = 0, numbers = 0;
+    std::size_t wrong = 0; ///< neither number nor missing point
+    std::size_t words = 0; ///< of these without any digit
+    std::size_t likeFirst = 0;
+    std::string_view first;
+    bool startsWithNumber = false; ///< of which something is left
+    bool statesSize = false;       ///< "512 x 512"
+
+    void add(std::string_view field, std::optional<double> number)
+    {
+        const bool isNumber = number && !std::isnan(*number);
+        const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;
+        if (fields++ == 0) {
+            first = field;
+            startsWithNumber = isNumber;
+        }
+        numbers += isNumber;
+        wrong += !number;
+        words += !number && !hasDigit;
+        likeFirst += field == first;
+        statesSize = statesSize || base::equal_ignoring_case(field, "x") || base::equal_ignoring_case(field, "by");
+    }
+    bool areMostNumbers() const noexcept
+    {
+        constexpr std::size_t mostOfSizes = 5; // fields of "512 x 512 x 3"
+        return 2 * numbers > fields && !(statesSize && fields <= mostOfSizes);
+    }
+};
+
 row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t columns, bool inMatrix)
 {
     line = base::trimmed(line);
-    if (line.empty() || columns < 2) return row_likeness::none;
+    if (line.empty() || columns == 0) return row_likeness::none;
     const bool hasMark = starts_comment(line) || line.front() == ';';
     if (hasMark && !inMatrix) return row_likeness::none;
-    std::size_t fields = 0, numbers = 0, wrong = 0, words = 0;
-    bool startsWithNumber = false, statesSize = false;
+    field_census census;
     each_field(line, [&](std::string_view field) {
         const auto number = number_of(field);
-        const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;
-        if (number && !std::isnan(*number)) ++numbers;
-        if (fields++ == 0) startsWithNumber = number && !std::isnan(*number);
         if (!number) wrongField = field;
-        wrong += number ? 0 : 1;
-        words += !number && !hasDigit ? 1 : 0;
-        statesSize = statesSize || base::equal_ignoring_case(field, "x") || base::equal_ignoring_case(field, "by");
+        census.add(field, number);
     });
-    if (fields != columns || numbers == 0 || wrong == 0) return row_likeness::none;
-    if (words == 0 && !hasMark) return row_likeness::damaged;
-    if (2 * numbers <= columns || statesSize) return row_likeness::none; // "512 x 512"
-    return startsWithNumber ? row_likeness::damaged : row_likeness::partly;
+    if (census.fields != columns) return row_likeness::none;
+    if (columns == 1) return hasMark ? row_likeness::none : row_likeness::words;
+    if (census.wrong == 0) return row_likeness::none;
+    if (census.numbers != 0 && census.words == 0 && !hasMark) return row_likeness::damaged;
+    if (census.areMostNumbers()) return census.startsWithNumber ? row_likeness::damaged : row_likeness::partly;
+    if (hasMark || line.find_first_of(":=") != std::string_view::npos) return row_likeness::none;
+    const bool isParted =
+        layout.separator != ' ' && static_cast<std::size_t>(std::ranges::count(line, layout.separator)) + 1 >= columns;
+    return isParted || census.likeFirst == columns ? row_likeness::words : row_likeness::sentence;
 }
 
 bool number_scanner::scan_fields(const char* at, const char* end, std::vector<double>& out)

@@ -54,9 +54,11 @@ enum class line_content { blank, comment, numbers, wrong };
 
 /// How much a line that is not all numbers looks like a row of a table.
 enum class row_likeness {
-    none,    ///< words, names, a comment
-    partly,  ///< as many fields as columns, most of them numbers, behind a word: a heading or a damaged row
-    damaged, ///< as many fields as columns, a number or a digit in each or numbers from the first on
+    none,     ///< words, names, a comment
+    sentence, ///< as many words as columns, between blanks
+    words,    ///< as many fields as columns, all alike or between the separators of the table
+    partly,   ///< as many fields as columns, most of them numbers, behind a word: a heading or a damaged row
+    damaged,  ///< as many fields as columns, a number or a digit in each or numbers from the first on
 };
 
 /// Splits lines into numbers without allocating, apart from the growth of the result.
@@ -66,13 +68,18 @@ public:
     /// Appends the numbers of `line`, missing points as NaN; a line that is not all numbers appends nothing.
     line_content scan(std::string_view line, std::vector<double>& out);
     /// \param inMatrix  a comment mark may stand for a number, too: such a line looks like a row partly
+    /// A single column is one of words, whatever they are.
     row_likeness likeness_to_row(std::string_view line, std::size_t columns, bool inMatrix = false);
     /// Appends the numbers of a line that looks like a row, what is none as NaN.
     void scan_damaged(std::string_view line, std::vector<double>& out) const;
+    /// Appends the numbers of a line whose first or last fields are empty, these as NaN. \return false, with nothing
+    /// appended, when its separators do not make it a row of so many columns
+    bool scan_with_empty_ends(std::string_view line, std::size_t columns, std::vector<double>& out) const;
     /// The field that made the last line wrong.
     std::string_view wrong_field() const noexcept { return wrongField; }
 
 private:
+    struct field_census;
     enum class role : std::uint8_t { field, blank, separator };
     role role_of(char c) const noexcept { return roles[static_cast<unsigned char>(c)]; }
     const char* skip_blanks(const char* at, const char* end) const noexcept;

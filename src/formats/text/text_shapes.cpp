@@ -92,6 +92,7 @@ void note_size(recorded_image& image, const std::string& field, const quantity& 
 
 base::read_result<recording> matrix_image(number_table& table, const table_header& header)
 {
+    restore_rows(table, header.form == shape::matrix);
     if (!fits_image(table.columns, table.rows)) return refused(too_large(table.columns, table.rows));
     if (header.linesAreColumns)
         turn_columns(table);
@@ -210,8 +211,9 @@ base::read_result<recording> curves_over_first(number_table& table, const std::v
     return curves(table, xColumn, headings);
 }
 
-base::read_result<recording> single_column(const number_table& table, const table_header& header)
+base::read_result<recording> single_column(number_table& table, const table_header& header)
 {
+    restore_rows(table, false);
     if (table.rows < 2) return refused("the text holds a single number");
     const std::string label = header.channel.empty() ? "Y" : header.channel;
     std::vector<std::string> used;
@@ -304,6 +306,7 @@ base::read_result<recording> shape_table(number_table table, const table_header&
 {
     auto result = shape_by_form(table, header, headings);
     if (!result) return result;
+    tell_gaps(table);
     for (const std::string& note : header.notes) add_warning(*result, note);
     for (const std::string& note : table.notes) add_warning(*result, note);
     return result;

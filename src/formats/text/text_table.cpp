@@ -102,8 +102,11 @@ bool take_damaged_rows(const text_content& content, text_parts& parts, std::size
 {
     number_scanner scanner = scanner_of(content, parts);
     bool anyRow = false;
-    while (!parts.header.empty() &&
-           scanner.likeness_to_row(parts.header.back(), columns, true) == row_likeness::partly) {
+    const auto isRow = [&](const std::string& line) {
+        const row_likeness likeness = scanner.likeness_to_row(line, columns, true);
+        return likeness == row_likeness::partly || (likeness == row_likeness::words && columns > 1);
+    };
+    while (!parts.header.empty() && isRow(parts.header.back())) {
         parts.numbers = parts.starts.back();
         parts.starts.pop_back();
         parts.header.pop_back();

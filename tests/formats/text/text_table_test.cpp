@@ -290,9 +290,9 @@ TEST(TextTable, ADamagedRowOfAMatrixKeepsItsPlace)
             EXPECT_EQ(image.stream.get_dimension(1).length, 3u) << first << at;
             const auto values = physical_of(image);
             EXPECT_NEAR(values[static_cast<std::size_t>(4 * (2 - at) + 3)], 4 * at + 4, 1e-3) << first; // bottom first
-            EXPECT_EQ(result->warnings.at(0),
-                      "rows with words where numbers belong, which count as not measured: 1 line, the first is line " +
-                          std::to_string(5 + at));
+            EXPECT_EQ(result->warnings.at(0), "rows with words or nothing where numbers belong, which count as not "
+                                              "measured: 1 line, the first is line " +
+                                                  std::to_string(5 + at));
             EXPECT_EQ(result->warnings.size(), 1u) << first;
         }
     const auto two = read(channelExport + "a 2 3 4\nb 6 7 8\n9 10 11 12\n");
@@ -305,8 +305,10 @@ TEST(TextTable, TellsOfCommentsThatMayBeDamagedRows)
 {
     const auto result = read("y x1 2 3\n1 2 3 4\nfoo 2 3 4\n# 1 2 3\n5 6 7 8\nrow 2 of 3\nl 2 3 4\n");
     ASSERT_TRUE(result) << result.error().reason;
+    EXPECT_EQ(told(result), "Z (4; 3): 5 6 7 8 1 2 3 4 1 2 3 4"); // between rows it is one, whose first is not measured
     EXPECT_EQ(result->strings.at("\\Reader note"),
-              "taken for comments although they hold numbers for most columns: 2 lines, the first is line 3");
+              "rows with words or nothing where numbers belong, which count as not measured: 1 line, the first is "
+              "line 3\ntaken for comments although they hold numbers for most columns: 1 line, the first is line 7");
     for (const std::string heading : {"512 x 512 y\n", "Z 1 2 3\n", "4 rows of data\n"})
         EXPECT_TRUE(read(heading + "1 2 3 4\n5 6 7 8\n")->warnings.empty()) << heading;
 }
