@@ -134,6 +134,12 @@ TEST_F(ProgramTest, InfoTellsWhatAReaderLeftOut)
     EXPECT_FALSE(info({"whole.txt"})["files"][0].contains("warnings"));
 }
 
+TEST_F(ProgramTest, InfoLendsNoSideTheUnitOfTheOther)
+{
+    write_file(folder / "m.txt", "# Channel: T\n# Width: 10.00\n# Height: 10.00 um\n# Value units: m\n1 2\n3 4\n");
+    EXPECT_NE(vldv({"info", "m.txt"}).out.find("  10 (no unit) x 10 \u00B5m  "), std::string::npos);
+}
+
 TEST_F(ProgramTest, DumpPrintsRowsFromTheLowest)
 {
     write_file(folder / "m.txt", smallMatrix);

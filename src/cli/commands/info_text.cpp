@@ -124,7 +124,7 @@ std::string samples_text(const SPMDataStream& stream)
     return stream.array_type() == SPM_ARRAY_INT16 ? text : text + " " + array_type_keyword(stream.array_type());
 }
 
-/// "2 x 1.5 µm", each in the unit that reads best; empty where the samples are only counted.
+/// "2 x 1.5 µm", "2 (no unit) x 1.5 µm", each in the unit that reads best; empty where the samples are only counted.
 std::string extent_text(const SPMDataStream& stream)
 {
     struct side {
@@ -142,7 +142,9 @@ std::string extent_text(const SPMDataStream& stream)
     if (isCounted) return {};
     const bool shareUnits = std::ranges::all_of(sides, [&](const side& each) { return each.units == sides[0].units; });
     std::vector<std::string> texts;
-    for (const side& each : sides) texts.push_back(with_units(each.number, shareUnits ? "" : each.units));
+    for (const side& each : sides)
+        texts.push_back(shareUnits ? each.number
+                                   : with_units(each.number, each.units.empty() ? "(no unit)" : each.units));
     return with_units(joined(texts, " x "), shareUnits ? sides[0].units : "");
 }
 
