@@ -100,6 +100,8 @@ struct mark_survey {
     std::size_t blankLines = 0;                            ///< with a blank between two words
     bool manyCommas = false;                               ///< two in one word between blanks
     bool decimalCommas = false, decimalPoints = false;     ///< that cannot part thousands
+    bool pointsBeforeComma = false;                        ///< "1.234,5": the points part thousands
+    bool commasBeforePoint = false;                        ///< "1,234.5": the commas do
     bool semicolons = false, tabs = false, blanks = false; ///< between two fields
     std::size_t fields = 0;                                ///< of the first line, when commas separate
     bool sameFields = true;
@@ -112,6 +114,11 @@ struct mark_survey {
     bool haveLonesMeaning() const noexcept { return loneLines != 0 && !isStray(loneLines); }
     /// So are a few points among numbers with decimal commas.
     bool havePointsMeaning() const noexcept { return pointLines != 0 && !(decimalCommas && isStray(pointLines)); }
+    /// True when some field tells that points part thousands before a decimal comma, and none that they do not.
+    bool havePartingPoints() const noexcept
+    {
+        return pointsBeforeComma && !commasBeforePoint && !decimalPoints && !manyCommas && !haveLonesMeaning();
+    }
     /// False while further lines may tell what commas and blanks are.
     bool isClear() const noexcept
     {
@@ -123,6 +130,7 @@ struct mark_survey {
 private:
     struct line_marks {
         std::size_t wordCommas = 0;
+        bool wordPoint = false; ///< since the last blank, tab or semicolon
         bool point = false, inner = false, lone = false, blank = false;
     };
     void look_at(std::string_view line, std::size_t i, line_marks& marks) noexcept;
@@ -136,15 +144,20 @@ void mark_survey::look_at(std::string_view line, std::size_t i, line_marks& mark
 {
     const char c = line[i];
     const bool last = i + 1 == line.size();
-    if (c == ' ' || c == '\t' || c == ';') marks.wordCommas = 0;
+    if (c == ' ' || c == '\t' || c == ';') {
+        marks.wordCommas = 0;
+        marks.wordPoint = false;
+    }
     if (c == ',') {
+        pointsBeforeComma = pointsBeforeComma || marks.wordPoint;
         const bool between = i > 0 && is_digit(line[i - 1]) && !last && is_digit(line[i + 1]);
         (between ? marks.inner : marks.lone) = true;
         manyCommas = manyCommas || (between && ++marks.wordCommas > 1);
         decimalCommas = decimalCommas || (between && !may_part_thousands(line, i));
     }
     if (c == '.') {
-        marks.point = true;
+        marks.point = marks.wordPoint = true;
+        commasBeforePoint = commasBeforePoint || marks.wordCommas != 0;
         decimalPoints = decimalPoints || !may_part_thousands(line, i);
     }
     if (c == ';' && !last) semicolons = true;
@@ -205,9 +218,11 @@ number_layout layout_of(const mark_survey& survey) noexcept
     const field_survey& fields = survey.betweenTabs;
     const bool hasFields = survey.hasFields(), hasCommas = survey.hasCommas();
     const bool mayBeInNumbers = hasCommas && !survey.haveLonesMeaning();
+    layout.groupedPoints = mayBeInNumbers && survey.havePartingPoints() && (hasFields || survey.blanks);
     // Without any other separator "1,5" could be either; it is two fields only when all lines agree.
-    layout.decimalComma = mayBeInNumbers && !survey.havePointsMeaning() && !survey.manyCommas &&
-                          (hasFields || survey.blanks || !survey.sameFields || survey.fields < 2);
+    const bool areDecimal = mayBeInNumbers && !survey.havePointsMeaning() && !survey.manyCommas &&
+                            (hasFields || survey.blanks || !survey.sameFields || survey.fields < 2);
+    layout.decimalComma = layout.groupedPoints || areDecimal;
     // Between tabs or semicolons a comma within digits is part of a number, never a separator.
     layout.groupedDigits = mayBeInNumbers && !layout.decimalComma && hasFields;
     layout.separator = separator_of(survey, hasCommas && !layout.decimalComma && !layout.groupedDigits);
@@ -215,7 +230,7 @@ number_layout layout_of(const mark_survey& survey) noexcept
     layout.groupedBlanks = isFielded && fields.blanksPart && !fields.blanksSeparate;
     if (layout.groupedBlanks && !fields.zeroGroups)
         layout.doubt = number_doubt::partingBlanks;
-    else if (layout.decimalComma && !survey.decimalCommas && !layout.groupedBlanks)
+    else if (layout.decimalComma && !layout.groupedPoints && !survey.decimalCommas && !layout.groupedBlanks)
         settle_unsure_commas(isFielded ? fields : field_survey{}, layout);
     else if (isFielded && !hasCommas && survey.pointLines != 0 && !survey.decimalPoints && !layout.groupedBlanks)
         settle_unsure_points(fields, layout);

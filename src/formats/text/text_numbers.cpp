@@ -126,7 +126,9 @@ bool is_number_line(std::string_view line) noexcept
         }
         std::size_t end = i;
         while (end < line.size() && !is_any_separator(line[end])) ++end;
-        const auto value = number_of_field(line.substr(i, end - i), false);
+        const std::string_view field = line.substr(i, end - i);
+        auto value = number_of_field(field, false);
+        if (!value) value = grouped_number(field, '.', true); // "1.234.567"
         if (!value) return false;
         anyNumber = anyNumber || !std::isnan(*value);
         ++fields;

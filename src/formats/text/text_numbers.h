@@ -29,7 +29,8 @@ struct number_layout {
     /// "1,234.5" between tabs or semicolons: the commas group digits by three.
     bool groupedDigits = false;
     bool groupedBlanks = false; ///< "1 234.5" between tabs or semicolons: so do the blanks
-    bool groupedPoints = false; ///< "1.234" between tabs or semicolons, never a decimal mark: so do the points
+    /// "1.234" between tabs or semicolons, never a decimal mark, and "1.234,5": so do the points.
+    bool groupedPoints = false;
     number_doubt doubt = number_doubt::none;
     bool operator==(const number_layout&) const noexcept = default;
 };
