@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "formats/text/text_units.h"
 
+#include <charconv>
 #include <cmath>
 
 namespace vldv::formats {
@@ -40,6 +41,17 @@ std::optional<double> lone_number(std::string_view text)
     std::string_view rest;
     const auto number = stated_number(text, &rest);
     return base::trimmed(rest).empty() ? number : std::nullopt;
+}
+
+std::optional<std::uint64_t> stated_count(std::string_view text, std::uint64_t most) noexcept
+{
+    while (!text.empty() && blanks.find(text.front()) != std::string_view::npos) text.remove_prefix(1);
+    text = text.substr(0, text.find_last_not_of(blanks) + 1);
+    if (text.starts_with('+')) text.remove_prefix(1);
+    std::uint64_t count = 0;
+    const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), count);
+    if (problem != std::errc() || end != text.data() + text.size() || count > most) return std::nullopt;
+    return count;
 }
 
 bool take_number(std::string_view& text, double& number)

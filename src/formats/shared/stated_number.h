@@ -1,4 +1,6 @@
 #pragma once
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -13,6 +15,10 @@ std::optional<double> stated_number(std::string_view text, std::string_view* res
 
 /// The same for a text that holds no more than the number.
 std::optional<double> lone_number(std::string_view text);
+
+/// A whole number of decimal digits and nothing else but blanks around them; nothing above `most`. "0x10" is no count.
+std::optional<std::uint64_t> stated_count(std::string_view text,
+                                          std::uint64_t most = std::numeric_limits<std::int64_t>::max()) noexcept;
 
 /// Takes the number at the front away from `text`; false, with nothing taken, when none is left. A damaged one is NaN
 /// and takes all.

@@ -1,6 +1,9 @@
 #include "formats/text/text_header.h"
 
 #include "base/text.h"
+#include "formats/shared/stated_number.h"
+#include "formats/text/channel_export.h"
+#include "formats/text/header_keys.h"
 #include "formats/text/text_numbers.h"
 #include "formats/text/text_wyko.h"
 
@@ -14,104 +17,30 @@ namespace {
 constexpr std::string_view nanonisMark = "[DATA]";
 constexpr std::string_view spipMark = "# Start of Data:";
 
-struct key_value {
-    std::string_view key, value;
-};
-
-std::string_view without_comment_mark(std::string_view line) noexcept
+/// "z-unit, "qq","
+std::string quoted_field(const char* key, std::string_view text)
 {
-    line = base::trimmed(line);
-    while (!line.empty() && std::string_view("#%;").find(line.front()) != std::string_view::npos) line.remove_prefix(1);
-    if (line.starts_with("//")) line.remove_prefix(2);
-    return base::trimmed(line);
+    return std::string(key) + ", \"" + std::string(text) + "\",";
 }
 
-/// Splits at the first tab, colon or equals sign; an empty key when there is none.
-key_value split_key(std::string_view line) noexcept
+std::size_t count_of(std::string_view text) { return static_cast<std::size_t>(stated_count(text).value_or(0)); }
+
+/// The unit of the values, which is told when it is none.
+void take_units(table_header& header, const char* key, std::string_view text)
 {
-    line = without_comment_mark(line);
-    std::size_t at = line.find('\t');
-    if (at == std::string_view::npos) at = line.find_first_of(":=");
-    if (at == std::string_view::npos) return {{}, line};
-    std::string_view key = base::trimmed(line.substr(0, at));
-    if (key.ends_with(':')) key.remove_suffix(1);
-    return {key, base::trimmed(line.substr(at + 1))};
+    header.units = normal_unit(text);
+    header.origin = key;
+    if (!text.empty() && !is_known_unit(text)) header.notes.push_back(quoted_field(key, text) + " is no known unit");
 }
 
-/// The value of the first line with this key, in any case; empty when there is none.
-std::string_view value_of(const header_lines& lines, std::string_view key)
+/// A count that is stated must be one.
+std::size_t take_count(table_header& header, const header_lines& lines, const char* key)
 {
-    for (const std::string& line : lines)
-        if (const key_value pair = split_key(line); base::equal_ignoring_case(pair.key, key)) return pair.value;
-    return {};
-}
-
-std::size_t count_of(std::string_view text)
-{
-    const auto count = base::whole_integer(text);
-    return count && *count > 0 ? static_cast<std::size_t>(*count) : 0;
-}
-
-bool has_line(const header_lines& lines, std::size_t index, std::string_view start)
-{
-    return index < lines.size() && std::string_view(lines[index]).starts_with(start);
-}
-
-// Matrix export with "# Channel:", "# Width:", "# Height:" and "# Value units:". The words are translated into the
-// user's language, so the form of the lines decides: a name, then two sizes with units.
-
-bool is_size(std::string_view text)
-{
-    const auto size = parse_quantity(text);
-    return size && !size->units.empty();
-}
-
-/// "1x.00 um", "abc um", "um": a unit last.
-bool ends_with_unit(std::string_view text) { return is_known_unit(text.substr(text.rfind(' ') + 1)); }
-
-bool is_export_field(const header_lines& lines, std::size_t index)
-{
-    return has_line(lines, index, "# ") &&
-           (lines[index].find(": ") != std::string::npos || lines[index].ends_with(':'));
-}
-
-/// One size may be damaged, with the unit of the values behind it in whatever way; both, when a number or a unit is
-/// left.
-bool fits_channel_export(const header_lines& lines)
-{
-    for (std::size_t i = 0; i < 3; ++i)
-        if (!is_export_field(lines, i)) return false;
-    const std::string_view width = split_key(lines[1]).value, height = split_key(lines[2]).value;
-    const bool hasWidth = is_size(width), hasHeight = is_size(height);
-    if (hasWidth && hasHeight) return true;
-    const bool hasSize = hasWidth || hasHeight;
-    if (is_export_field(lines, 3) && is_known_unit(split_key(lines[3]).value)) {
-        const auto isLeft = [](std::string_view text) {
-            return ends_with_unit(text) || (!text.empty() && is_digit(text.front()));
-        };
-        return hasSize || (isLeft(width) && isLeft(height));
-    }
-    return hasSize && ends_with_unit(hasWidth ? height : width);
-}
-
-/// A size that is missing has no number, as one that is none.
-quantity export_size(std::string_view text)
-{
-    return stated_quantity(text).value_or(quantity{std::nan(""), {}, std::string()});
-}
-
-void apply_channel_export(const header_lines& lines, table_header& header)
-{
-    header.form = table_header::shape::matrix;
-    header.channel = split_key(lines[0]).value;
-    header.width = export_size(split_key(lines[1]).value);
-    header.height = export_size(split_key(lines[2]).value);
-    if (!has_line(lines, 3, "# ")) return;
-    const key_value last = split_key(lines[3]);
-    if (!last.key.empty()) header.units = normal_unit(last.value);
-    if (!last.key.empty() && !is_known_unit(last.value))
-        header.notes.push_back("the unit of the values, \"" + std::string(last.value) + "\", is not known");
-    header.origin = last.key;
+    const std::string_view text = value_of(lines, key);
+    const std::size_t count = count_of(text);
+    if (count == 0 && !text.empty())
+        header.notes.push_back(quoted_field(key, text) + " is no count: the lines of numbers decide");
+    return count;
 }
 
 bool fits_wsxm(const header_lines& lines, std::string_view kind)
@@ -127,8 +56,11 @@ void apply_wsxm_matrix(const header_lines& lines, table_header& header)
     header.startsAtLowerRight = true;
     header.width = stated_quantity(value_of(lines, "X Amplitude"));
     header.height = stated_quantity(value_of(lines, "Y Amplitude"));
-    if (const auto range = parse_quantity(value_of(lines, "Z Amplitude"))) header.units = range->units;
-    header.origin = "Z Amplitude";
+    const std::string_view range = value_of(lines, "Z Amplitude");
+    if (const auto size = parse_quantity(range))
+        take_units(header, "Z Amplitude", size->units);
+    else if (!range.empty())
+        header.notes.push_back(quoted_field("Z Amplitude", range) + " is no number with a unit: values have none");
 }
 
 bool fits_wsxm_grid(const header_lines& lines) { return fits_wsxm(lines, "WSxM ASCII XYZ file"); }
@@ -144,8 +76,8 @@ bool fits_spip(const header_lines& lines)
 void apply_spip(const header_lines& lines, table_header& header)
 {
     header.form = table_header::shape::matrix;
-    header.columns = count_of(value_of(lines, "x-pixels"));
-    header.rows = count_of(value_of(lines, "y-pixels"));
+    header.columns = take_count(header, lines, "x-pixels");
+    header.rows = take_count(header, lines, "y-pixels");
     const auto length = [&](const char* key) {
         auto size = stated_quantity(value_of(lines, key));
         if (size && size->units.empty()) size->units = "nm"; // which this writer leaves out
@@ -153,8 +85,7 @@ void apply_spip(const header_lines& lines, table_header& header)
     };
     header.width = length("x-length");
     header.height = length("y-length");
-    header.units = normal_unit(value_of(lines, "z-unit"));
-    header.origin = "z-unit";
+    take_units(header, "z-unit", value_of(lines, "z-unit"));
 }
 
 /// "h=305 w=75": the number behind `key` and "=".
@@ -179,10 +110,9 @@ void apply_interferometer(const header_lines& lines, table_header& header)
     header.rows = inline_count(lines[0], "h");
     header.columns = inline_count(lines[0], "w");
     header.pixel = stated_quantity(value_of(lines, "pixel size"));
-    header.units = normal_unit(value_of(lines, "data unit"));
-    header.origin = "data unit";
+    take_units(header, "data unit", value_of(lines, "data unit"));
     if (const std::string_view factor = value_of(lines, factorKey); !factor.empty()) {
-        header.factor = base::whole_number(factor).value_or(std::nan(""));
+        header.factor = lone_number(factor).value_or(std::nan(""));
         header.units = "m";
         header.origin = factorKey;
     }

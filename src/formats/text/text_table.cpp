@@ -4,6 +4,7 @@
 #include "formats/shared/fixed_text.h"
 #include "formats/shared/heights.h"
 #include "formats/shared/left_out.h"
+#include "formats/shared/stated_number.h"
 #include "formats/single/opd.h"
 #include "formats/text/number_table.h"
 #include "formats/text/text_header.h"
@@ -57,8 +58,8 @@ std::size_t take_count(line_cursor& numbers)
     line_cursor ahead = numbers;
     std::string_view line;
     if (!ahead.next(line)) return 0;
-    const auto count = base::whole_integer(line);
-    if (!count || *count <= 0) return 0;
+    const auto count = stated_count(line);
+    if (!count || *count == 0) return 0;
     numbers = ahead;
     return static_cast<std::size_t>(*count);
 }
@@ -196,7 +197,7 @@ base::read_result<recording> read_text_table(source& file)
     if (is_foreign_header(parts.header))
         return base::read_error{0, "a text export that is not a table: " + parts.header[0]};
 
-    const table_header header = parse_header(parts.header);
+    table_header header = parse_header(parts.header);
     if (header.linesAreColumns) return read_arrays(*content, parts, header, file);
     line_cursor start = parts.numbers;
     const std::size_t stated = header.countFirst ? take_count(start) : 0;
@@ -204,6 +205,7 @@ base::read_result<recording> read_text_table(source& file)
     const bool isMatrix = is_plain_matrix(header);
     if (table && isMatrix && take_damaged_rows(*content, parts, table->columns)) {
         start = parts.numbers;
+        header = parse_header(parts.header);
         table = read_rows(*content, start, header, file, table->columns);
     }
     if (!table) return table.error();

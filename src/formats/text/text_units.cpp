@@ -135,7 +135,7 @@ std::optional<quantity> parse_quantity(std::string_view text)
         std::ranges::replace(spelt, ',', '.');
     std::size_t used = 0;
     const auto value = base::leading_number(spelt, &used);
-    if (!value) return std::nullopt;
+    if (!value || spelt.substr(0, used).find_first_of("xX") != std::string::npos) return std::nullopt; // "0x10"
     const bool isWord = used < spelt.size() && spelt[used] != ' '; // that begins like "nan" or "inf"
     if (!std::isfinite(*value) && isWord) return std::nullopt;
     const std::string_view unit = base::trimmed(std::string_view(spelt).substr(used));

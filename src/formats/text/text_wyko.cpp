@@ -1,6 +1,7 @@
 #include "formats/text/text_wyko.h"
 
 #include "base/text.h"
+#include "formats/shared/stated_number.h"
 #include "formats/single/opd.h"
 
 #include <cmath>
@@ -16,7 +17,7 @@ std::optional<double> number_of(const header_lines& lines, std::string_view key)
     for (const std::string& line : lines) {
         const auto fields = base::split(base::trimmed(line), '\t');
         if (fields.size() < 2 || !base::equal_ignoring_case(base::trimmed(fields.front()), key)) continue;
-        return base::whole_number(fields.back()).value_or(std::nan(""));
+        return lone_number(fields.back()).value_or(std::nan(""));
     }
     return std::nullopt;
 }
