@@ -91,6 +91,8 @@ bool text_as_bytes(std::string_view text, std::vector<unsigned char>& out)
 
 } // namespace
 
+namespace vldv {
+
 unsigned element_size(SPMVarArrayType type) noexcept { return type < arrayTypes.size() ? arrayTypes[type].size : 0; }
 
 const char* array_type_keyword(SPMVarArrayType type) noexcept
@@ -107,6 +109,8 @@ bool array_type_from_keyword(const char* keyword, SPMVarArrayType& type) noexcep
     }
     return false;
 }
+
+} // namespace vldv
 
 SPMVar::SPMVar() noexcept
 {

@@ -39,12 +39,16 @@ enum SPMVarArrayType : std::uint32_t {
     SPM_ARRAY_FLOAT64 = 10,
 };
 
+namespace vldv {
+
 /// Bytes of one element; 0 for `void` and for numbers that are no type.
 unsigned element_size(SPMVarArrayType type) noexcept;
 /// "void", "int8" … "float64"; empty for numbers above 10.
 VLDV_INTERNAL_API const char* array_type_keyword(SPMVarArrayType type) noexcept;
 /// Inverse of `array_type_keyword`; false leaves `type` alone.
 bool array_type_from_keyword(const char* keyword, SPMVarArrayType& type) noexcept;
+
+} // namespace vldv
 
 /// A tagged value: number, text, choice or block of samples, with its declaration (name, label, limits, expressions).
 /// Copies and moves are deep. Fields are public because the accessors that decide every option are inlined into all

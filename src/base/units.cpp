@@ -100,6 +100,8 @@ const char* default_units(const char* units, double* value)
     return chosen;
 }
 
+namespace vldv {
+
 std::string base_units(const char* units, double* value)
 {
     quotient given, target;
@@ -111,5 +113,7 @@ std::string base_units(const char* units, double* value)
     *value = converted(given, target, *value);
     return name;
 }
+
+} // namespace vldv
 
 const char* default_units_z(const char* units, double* value) { return default_units(units, value); }

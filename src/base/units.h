@@ -19,7 +19,12 @@ VLDV_API double convert_size(const char* from, const char* to, double value);
 VLDV_API const char* default_units(const char* units, double* value);
 /// The same for height values, which additionally never leave the family of the given unit (Angstrom, inch).
 VLDV_API const char* default_units_z(const char* units, double* value);
+
+namespace vldv {
+
 /// Rewrites *value into the unit in which all quantities of its kind are measured (m, N, V, m^2, N/m, deg …), so that
 /// figures of different files can be compared as they are. Scales whose zero lies elsewhere (degrees Celsius) and
 /// unknown units stay as they are.
 VLDV_INTERNAL_API std::string base_units(const char* units, double* value);
+
+} // namespace vldv

@@ -24,11 +24,15 @@ enum ObjectActionType : std::uint32_t {
     OBJECT_DELETE = 3,
 };
 
+namespace vldv {
+
 /// Bits of a decoration's state word.
 enum decoration_state : std::uint32_t {
     DECORATION_SELECTED = 1,
     DECORATION_HIT_TESTABLE = 4,
 };
+
+} // namespace vldv
 
 namespace vldv::document {
 

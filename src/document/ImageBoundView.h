@@ -1,6 +1,8 @@
 #pragma once
 #include "vldv_api.h"
 
+namespace vldv {
+
 /// A view that is bound to one image of a document, as far as the document needs to know it.
 class VLDV_API IImageBoundView {
 public:
@@ -20,3 +22,5 @@ public:
 protected:
     ~IImageBoundView() = default;
 };
+
+} // namespace vldv

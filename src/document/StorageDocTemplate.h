@@ -18,7 +18,7 @@ public:
     CDocument* OpenDocumentFileNoMRU(const wchar_t* path, int makeVisible);
     /// In quick-view frames.
     CDocument* QuickViewOpenDocumentFile(const wchar_t* path, int makeVisible);
-    match_confidence MatchDocType(const wchar_t* path, CDocument*& match) override;
+    vldv::match_confidence MatchDocType(const wchar_t* path, CDocument*& match) override;
 
     /// A frame on each image from the opening image on, except those that only parametrise another.
     /// \return false, with the document deleted, when there is none

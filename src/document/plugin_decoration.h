@@ -17,6 +17,8 @@ struct VLPluginDecoration {
 static_assert(sizeof(VLPluginDecoration) == 40 && offsetof(VLPluginDecoration, text) == 16 &&
               offsetof(VLPluginDecoration, data) == 32);
 
+namespace vldv {
+
 enum decoration_type : std::uint32_t {
     DECORATION_END = 0,
     DECORATION_X = 1,           ///< one double a point
@@ -59,3 +61,5 @@ struct decoration_volume {
 };
 static_assert(sizeof(decoration_volume) == 72 && offsetof(decoration_volume, mode) == 60 &&
               offsetof(decoration_volume, bytes) == 64);
+
+} // namespace vldv

@@ -11,7 +11,7 @@
 
 #include <fstream>
 
-using namespace vldv;
+namespace vldv {
 
 namespace {
 
@@ -153,3 +153,5 @@ void CVldvApp::OnUpdateReopenClosed(CCmdUI& ui)
     const std::size_t index = ui.m_nID - commands::firstClosed;
     ui.Enable(index < kept.closedCount());
 }
+
+} // namespace vldv

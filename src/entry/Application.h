@@ -4,6 +4,8 @@
 #include "platform/app/WinApp.h"
 #include "vldv_api.h"
 
+namespace vldv {
+
 /// The workstation: templates, settings and the commands that belong to no document.
 class VLDV_API CVldvApp : public CWinApp {
 public:
@@ -47,3 +49,5 @@ private:
     vldv::entry::global_options settings;
     vldv::entry::kept_work kept;
 };
+
+} // namespace vldv

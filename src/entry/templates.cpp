@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <deque>
 
+using namespace vldv;
+
 namespace {
 
 // What can be made by its name; first those that others are derived from.

@@ -12,6 +12,8 @@ class SPMDataStream;
 class SPMVarList;
 class SPMVarListHandler;
 
+namespace vldv {
+
 /// What is selected in a view.
 enum plugin_selection_kind : std::uint32_t {
     SELECTION_POSITION = 0,     ///< sample of a curve: x
@@ -24,6 +26,8 @@ enum plugin_selection_kind : std::uint32_t {
     SELECTION_POLYLINE_END = 8, ///< x, y of the last corner
 };
 
+} // namespace vldv
+
 /// One selection, in samples of the source.
 struct VLPluginDataSelection {
     std::uint32_t size;    ///< 36
@@ -32,7 +36,12 @@ struct VLPluginDataSelection {
     std::int32_t data[6];  ///< as its kind says
 };
 static_assert(sizeof(VLPluginDataSelection) == 36 && offsetof(VLPluginDataSelection, data) == 12);
+
+namespace vldv {
+
 constexpr std::uint32_t pluginSelectionSize = 36, pluginSelectionVersion = 1;
+
+} // namespace vldv
 
 /// Shows a line of text, UTF-8, to the user.
 class VLDV_API IPluginReportCallback {
@@ -78,6 +87,8 @@ protected:
     ~IPluginTableCallback() = default;
 };
 
+namespace vldv {
+
 /// What a call asks for.
 enum plugin_operation : std::uint32_t {
     PLUGIN_DESCRIBE = 0,        ///< fill source count, result count, version
@@ -87,6 +98,8 @@ enum plugin_operation : std::uint32_t {
     PLUGIN_PERFORM = 6,         ///< compute; 0: done
     PLUGIN_PREPARE = 7,         ///< make `parameters`, name the results; 0: done
 };
+
+} // namespace vldv
 
 /// The record of every call.
 struct VLPluginRequest {
@@ -113,7 +126,12 @@ static_assert(sizeof(VLPluginRequest) == 128 && offsetof(VLPluginRequest, source
               offsetof(VLPluginRequest, window) == 56 && offsetof(VLPluginRequest, reportCallback) == 80 &&
               offsetof(VLPluginRequest, resultCount) == 96 && offsetof(VLPluginRequest, parameterStream) == 104 &&
               offsetof(VLPluginRequest, tableCallback) == 120);
+
+namespace vldv {
+
 constexpr std::uint32_t pluginRequestSize = 68;
+
+} // namespace vldv
 
 /// A function of a module, exported by name.
 using VLPluginFunction = int (*)(VLPluginRequest* request);

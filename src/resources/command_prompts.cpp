@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-using namespace vldv;
+namespace vldv {
 
 namespace {
 
@@ -142,3 +142,5 @@ std::string_view command_status(unsigned id) noexcept
         std::ranges::find_if(ranges, [id](const range_row& row) { return row.first <= id && id <= row.last; });
     return range != std::end(ranges) ? range->text : "";
 }
+
+} // namespace vldv

@@ -1,5 +1,7 @@
 #include "resources/dialogs.h"
 
+namespace vldv {
+
 namespace {
 
 constexpr dialog_control customPalette[] = {
@@ -23,3 +25,5 @@ dialog_layout dialog_resource(unsigned id)
     if (id == customPaletteDialog) return {"Custom Palette Editor", customPalette};
     return {};
 }
+
+} // namespace vldv

@@ -2,6 +2,8 @@
 #include <cstdint>
 #include <span>
 
+namespace vldv {
+
 enum class control_kind : std::uint8_t {
     button,
     defaultButton, ///< the one of the Return key
@@ -27,3 +29,5 @@ struct dialog_layout {
 dialog_layout dialog_resource(unsigned id);
 
 constexpr unsigned customPaletteDialog = 3006;
+
+} // namespace vldv

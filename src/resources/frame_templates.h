@@ -1,5 +1,7 @@
 #pragma once
 
+namespace vldv {
+
 /// Templates by the number of their strings and frame menu: each kind of window has one.
 enum frame_template : unsigned {
     sectionFrame = 101,
@@ -20,3 +22,5 @@ enum frame_template : unsigned {
     itemsTableFrame = 121,
     collageFrame = 125,
 };
+
+} // namespace vldv

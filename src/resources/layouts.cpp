@@ -1,5 +1,7 @@
 #include "resources/layouts.h"
 
+namespace vldv {
+
 // Dialog units; "&" marks the access key.
 
 const char* const saveFilesLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
@@ -38,3 +40,5 @@ const char* const settingsLayoutText = R"(<?xml version="1.0" encoding="utf-8"?>
 <button left="43" top="126" width="40" height="12" type="cancel"/>
 </varlist>
 )";
+
+} // namespace vldv

@@ -1,6 +1,8 @@
 #pragma once
 #include "resources/menus.h"
 
+namespace vldv {
+
 // Pieces that menus are put together from.
 
 constexpr menu_row popup(std::uint8_t depth, const char* text) { return {depth, menu_kind::popup, 0, 0, text, ""}; }
@@ -41,3 +43,5 @@ menu_rows cursor_popup_rows();
 menu_rows file_popup_rows();
 menu_rows preferences_popup_rows(); ///< tail of a surface's context menu
 menu_rows filters_popup_rows();
+
+} // namespace vldv

@@ -8,7 +8,7 @@
 #include <initializer_list>
 #include <iterator>
 
-using namespace vldv;
+namespace vldv {
 
 namespace {
 
@@ -133,3 +133,5 @@ std::span<const unsigned> toolbar_resource(unsigned id)
 }
 
 std::span<const unsigned> menu_resource_ids() noexcept { return allIds; }
+
+} // namespace vldv

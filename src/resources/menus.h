@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+namespace vldv {
+
 enum class menu_kind : std::uint8_t {
     popup,     ///< a submenu: the rows one level deeper that follow are its content
     command,   ///< sends `id`
@@ -38,3 +40,5 @@ VLDV_INTERNAL_API std::span<const unsigned> toolbar_resource(unsigned id);
 
 /// Numbers of all menus.
 VLDV_INTERNAL_API std::span<const unsigned> menu_resource_ids() noexcept;
+
+} // namespace vldv

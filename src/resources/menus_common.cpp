@@ -1,7 +1,7 @@
 #include "resources/commands.h"
 #include "resources/menu_parts.h"
 
-using namespace vldv;
+namespace vldv {
 
 namespace {
 
@@ -153,3 +153,5 @@ menu_rows scale_popup_rows() { return scalePopupRows; }
 menu_rows file_popup_rows() { return filePopupRows; }
 menu_rows preferences_popup_rows() { return preferencesPopup; }
 menu_rows filters_popup_rows() { return filtersPopup; }
+
+} // namespace vldv

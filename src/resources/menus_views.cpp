@@ -1,7 +1,7 @@
 #include "resources/commands.h"
 #include "resources/menu_parts.h"
 
-using namespace vldv;
+namespace vldv {
 
 namespace {
 
@@ -276,3 +276,5 @@ menu_rows histogram_rows() { return histogram; }
 menu_rows fourier_rows() { return fourier; }
 menu_rows features_rows() { return features; }
 menu_rows capture_rows() { return capture; }
+
+} // namespace vldv

@@ -5,6 +5,8 @@
 // Tables of numbers open under any name; these are what programs call them.
 #define TABLE_PATTERNS "*.txt;*.dat;*.csv;*.tsv;*.asc;*.xyz"
 
+namespace vldv {
+
 const char* const openFilterText =
     "All known formats|*.spm;" NANOSCOPE_PATTERNS
     ";*.hdf;*.jpk*;*.tmd;*.sm2;*.stp;*.tlk;*.to?;*.ch?;*.cur;*.adh;*.mdt;*.img;*.bcr;*.bcrf;"
@@ -37,3 +39,5 @@ const char* const openFilterText =
     "TIFF files (*.tif)|*.tif;*.tiff|"
     "Text files (*.txt, *.dat)|" TABLE_PATTERNS "|"
     "All files (*.*)|*.*||";
+
+} // namespace vldv

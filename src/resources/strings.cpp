@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace vldv {
+
 namespace {
 
 struct string_row {
@@ -144,3 +146,5 @@ command_prompt command_prompt_of(unsigned id)
     if (end == std::string::npos) return {text.empty() ? std::string(command_status(id)) : text, {}};
     return {text.substr(0, end), text.substr(end + 1)};
 }
+
+} // namespace vldv

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace vldv {
+
 /// Text of the string table with this number, UTF-8; empty for an unknown one.
 const char* string_resource(unsigned id) noexcept;
 /// All numbers, ascending.
@@ -17,3 +19,5 @@ struct command_prompt {
 /// The two halves of the string with the command's number, "status\ntip"; where one is missing, it is empty. A command
 /// without a string has the program's own sentence (`command_status`).
 VLDV_INTERNAL_API command_prompt command_prompt_of(unsigned id);
+
+} // namespace vldv

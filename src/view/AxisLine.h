@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+namespace vldv {
+
 /// What `axis_line::flags` is made of.
 enum axis_flags : std::uint32_t {
     AXIS_VERTICAL = 1,
@@ -37,9 +39,11 @@ struct axis_line {
     const char* format = nullptr; ///< printf format of a label with one number, UTF-8; null: digits by the step
 };
 
+} // namespace vldv
+
 /// Draws line, ticks, labels and unit as the flags say. Pen and text alignment are as before afterwards; text colour,
 /// font and background are the caller's.
-VLDV_API void DrawAxisLine(const axis_line* axis);
+VLDV_API void DrawAxisLine(const vldv::axis_line* axis);
 
 /// Draws lines across `rect` at the ticks of axes that start in its lower left corner, with the selected pen.
 /// \param mode  bit 0: lines of constant y, bit 1: of constant x

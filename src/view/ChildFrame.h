@@ -70,7 +70,7 @@ public:
 
     void OnUpdateFrameTitle(bool addNumber) override;
     void OnResetToolbar() override;
-    std::vector<toolbar_button> addedButtons() override;
+    std::vector<vldv::toolbar_button> addedButtons() override;
     CRect viewRect() const override;
     /// Smallest outer size: the margins and a small picture.
     CSize OnGetMinMaxInfo() const;

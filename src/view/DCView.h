@@ -14,14 +14,21 @@
 #include <variant>
 
 class CFrameWnd;
+
+namespace vldv {
 struct print_job;
 struct toolbar_button;
+} // namespace vldv
 
 /// In which direction `DrawLegendText` moves on, and on which side `PositionWindowNearby` puts a window.
 enum LegendOffset : int { legendUp = 0, legendDown = 1, legendRight = 2, legendLeft = 3 };
 
+namespace vldv {
+
 /// One argument of a legend's format.
 using legend_argument = std::variant<std::wstring, std::string, double>;
+
+} // namespace vldv
 
 /// Base of every view: typed options with their dialog and profile section, a client area of margins and display, a
 /// picture in memory, painting in data and legend, and the commands common to all views. It has no data of its own.
@@ -47,7 +54,7 @@ public:
     virtual long GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third);
     virtual unsigned long GetToolbarStyle() { return 5120; }
     /// Appends the buttons that the view adds to its toolbar, with pictures of its own. \return not used
-    virtual long OnResetToolbar(std::vector<toolbar_button>&) { return 0; }
+    virtual long OnResetToolbar(std::vector<vldv::toolbar_button>&) { return 0; }
     virtual void SwitchFullScreen();
     virtual void OnDrawData(CDC&) {}
     virtual void OnDrawLegend(CDC&) {}
@@ -101,10 +108,13 @@ public:
     void DrawLegendText(CDC* dc, CPoint& point, LegendOffset offset, const wchar_t* format,
                         const Arguments&... arguments)
     {
-        drawLegendLine(*dc, point, offset, format, {legend_argument(arguments)...});
+        drawLegendLine(*dc, point, offset, format, {vldv::legend_argument(arguments)...});
     }
     void DrawView(CDC* dc) { OnDraw(*dc); }
-    void UpdateView(CView* sender, std::uint32_t hint, const hint_object& object) { OnUpdate(sender, hint, object); }
+    void UpdateView(CView* sender, std::uint32_t hint, const vldv::hint_object& object)
+    {
+        OnUpdate(sender, hint, object);
+    }
     /// In the status bar of the main window.
     void SetMessageText(const std::wstring& text);
     /// The same for what stands under the pointer: it goes with the pointer, and when the view shows something else
@@ -122,7 +132,7 @@ public:
     void OnPrepareDC(CDC& dc, bool toPaper);
 
     // Framework
-    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) override;
     void OnInitialUpdate() override;
     void OnDraw(CDC& dc) override;
     bool OnEraseBkgnd(CDC& dc) override;
@@ -193,10 +203,10 @@ private:
     void storeChanged(const std::vector<SPMVar>& changed);
     void storeOptions(std::vector<SPMVar>& changed, bool tellsAll);
     void drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const wchar_t* format,
-                        std::initializer_list<legend_argument> arguments);
+                        std::initializer_list<vldv::legend_argument> arguments);
     void createImage(bool keepDepth);
     CSize marginSize() const;
-    print_job printJob(bool asks);
+    vldv::print_job printJob(bool asks);
     bool zoomByKey(unsigned key);
     void enterFullScreen();
     void leaveFullScreen();

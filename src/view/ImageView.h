@@ -9,7 +9,11 @@
 
 class CChildFrame;
 class CStorageDoc;
+
+namespace vldv {
 class IVolumeSource;
+}
+
 class SPMDataStream;
 namespace vldv::document {
 class extracted_texts;
@@ -18,7 +22,7 @@ class extracted_texts;
 /// Base of the views bound to one image of a document and one of its sub-images. Keeps the tree of views that were
 /// opened from each other, reacts to the document's hints, and holds the commands common to views of data.
 class VLDV_API CImageView : public CDCView,
-                            public IImageBoundView,
+                            public vldv::IImageBoundView,
                             public IPluginReportCallback,
                             public IPluginDecorationsCallback,
                             public IPluginTableCallback {
@@ -67,12 +71,12 @@ public:
     /// A copy of what `source` shows: cropped to its selection where it has one.
     static void copy_image(SPMDataStream& target, CImageView& source);
     /// The document's first view of a volume, or null.
-    IVolumeSource* Get3DCloudView() const;
+    vldv::IVolumeSource* Get3DCloudView() const;
     /// Takes the curves under the selected rectangles into a new document. \return null when nothing is selected
-    CStorageDoc* extract_curves(IVolumeSource& cloud);
+    CStorageDoc* extract_curves(vldv::IVolumeSource& cloud);
     /// Takes the curve at (x, y), of every sub-image, into `target`, or a new document for null: as further sub-images
     /// of its last stream with `merge`, else as a stream of its own. \return the document
-    CStorageDoc* ExtractCurveFrom3DCloud(IVolumeSource& cloud, int x, int y, CStorageDoc* target, bool merge);
+    CStorageDoc* ExtractCurveFrom3DCloud(vldv::IVolumeSource& cloud, int x, int y, CStorageDoc* target, bool merge);
     /// A dialog that works on this view's image is open.
     virtual bool isOperationOpen() const { return false; }
 
@@ -88,7 +92,7 @@ public:
     void PlotHistogram(IPluginTable* table) override;
 
     void GetOptionsList(SPMVar* vars, unsigned* count) override;
-    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) override;
     void OnFrameClosed() override;
     bool OnKeyDown(unsigned key) override;
     void OnLButtonUp(unsigned flags, CPoint point) override;
@@ -113,8 +117,8 @@ protected:
     unsigned subImageNumber = 0;
 
 private:
-    vldv::document::extracted_texts textsOf(IVolumeSource& cloud) const;
-    CStorageDoc* extractCurve(IVolumeSource& cloud, const vldv::document::extracted_texts& texts, int x, int y,
+    vldv::document::extracted_texts textsOf(vldv::IVolumeSource& cloud) const;
+    CStorageDoc* extractCurve(vldv::IVolumeSource& cloud, const vldv::document::extracted_texts& texts, int x, int y,
                               CStorageDoc* target, bool merge);
     std::vector<VLPluginDataSelection> selections();
     bool choosesVolumeCopy();

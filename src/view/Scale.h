@@ -63,7 +63,7 @@ public:
     /// Name of a file palette; empty for the built-in ones and unknown ids.
     static std::string getPaletteName(int id);
     /// Null for unknown ids; good until the palettes change.
-    static const color_table* getPalette(int id) noexcept;
+    static const vldv::color_table* getPalette(int id) noexcept;
     /// Reads the palette files again: their folder is another now. Scales keep to the palettes that are left.
     static void reloadFilePalettes();
     /// Replaces the custom palette of all scales. At least one colour.
@@ -114,7 +114,7 @@ public:
 
     /// Palettes (12001 to 12100, the first one edits) and modes.
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
-    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
+    bool AppendMenuItems(unsigned first, std::vector<vldv::menu_item>& items) override;
     void OnPaint(CDC& dc) override;
     bool OnEraseBkgnd(CDC&) override { return true; }
     void OnMouseMove(unsigned flags, CPoint point) override;
@@ -125,7 +125,7 @@ public:
     void OnContextMenu(CPoint point) override;
 
 private:
-    const color_table& table() const noexcept;
+    const vldv::color_table& table() const noexcept;
     void updateStripRect();
     void InitColorTable();
     void DestroyColorTable();
@@ -143,7 +143,7 @@ private:
     void takeWindowOf(CImageView& view);
     void tellWindow();
 
-    static std::deque<color_table> m_ColorTable; ///< whose places stay while file palettes come and go
+    static std::deque<vldv::color_table> m_ColorTable; ///< whose places stay while file palettes come and go
     static std::vector<std::string> file_names;
     static std::vector<CScale*> m_PalList;
 };

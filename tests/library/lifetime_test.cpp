@@ -49,8 +49,8 @@ TEST(Lifetime, TemplatesStandBeforeMain) { EXPECT_EQ(settings.documentsAtStart, 
 
 [[noreturn]] void end_with_an_open_document()
 {
-    static constexpr CRuntimeClass documents = {"CStorageDoc", nullptr, create_object<CStorageDoc>};
-    register_runtime_class(documents);
+    static constexpr CRuntimeClass documents = {"CStorageDoc", nullptr, vldv::create_object<CStorageDoc>};
+    vldv::register_runtime_class(documents);
     const SPMDataStream stream;
     auto* const document = dynamic_cast<CStorageDoc*>(vldvSurfaceTemplate.CreateNewDocument());
     if (document) document->AddNewImages(&stream, 1);

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 
-using namespace vldv;
+namespace vldv {
 
 const char* readable_units(const char* units, double value, int digits)
 {
@@ -24,3 +24,5 @@ VLAxis readable_axis(const VLAxis& axis, double lowest, double highest)
     return {convert_size(axis.get_units(), units, axis.start), convert_size(axis.get_units(), units, axis.scale),
             units};
 }
+
+} // namespace vldv

@@ -2,6 +2,8 @@
 #include "platform/app/Document.h"
 #include <utility>
 
+namespace vldv {
+
 /// Keeps a document open for its time, although its last view may leave it.
 class CDocumentHold {
 public:
@@ -17,3 +19,5 @@ private:
     CDocument& document;
     bool before;
 };
+
+} // namespace vldv

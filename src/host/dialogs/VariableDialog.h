@@ -6,7 +6,10 @@
 
 class QFileDialog;
 class QPushButton;
+
+namespace vldv {
 struct open_prompt;
+}
 
 namespace vldv::host {
 

@@ -5,7 +5,10 @@
 #include <QPointer>
 #include <memory>
 
+namespace vldv {
 class CVldvApp;
+}
+
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;

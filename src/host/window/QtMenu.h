@@ -1,7 +1,9 @@
 #pragma once
 #include <QMenu>
 
+namespace vldv {
 struct menu_metrics;
+}
 
 namespace vldv::host {
 

@@ -1,7 +1,10 @@
 #pragma once
 
 class QFileDialog;
+
+namespace vldv {
 struct open_prompt;
+}
 
 namespace vldv::host {
 

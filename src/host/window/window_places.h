@@ -1,6 +1,9 @@
 #pragma once
 
+namespace vldv {
 class IProfile;
+}
+
 class QMainWindow;
 class QWidget;
 

@@ -2,6 +2,8 @@
 
 #include "platform/app/WinApp.h"
 
+namespace vldv {
+
 open_clipboard::open_clipboard()
 {
     CWinApp* const app = AfxGetApp();
@@ -13,3 +15,5 @@ open_clipboard::~open_clipboard()
 {
     if (clipboard) clipboard->close();
 }
+
+} // namespace vldv

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace vldv {
+
 /// The clipboard of the window system: opened, changed, closed.
 class VLDV_API IClipboard {
 public:
@@ -34,3 +36,5 @@ public:
 private:
     IClipboard* clipboard = nullptr;
 };
+
+} // namespace vldv

@@ -20,7 +20,9 @@ struct CCmdUI {
     void SetText(const char* replacement) { text = replacement; }
 };
 
+namespace vldv {
 struct menu_item;
+}
 
 /// What takes commands: views, documents, the application.
 class VLDV_API CCmdTarget {
@@ -33,8 +35,10 @@ public:
     /// Appends the entries for which the dynamic row of a menu stands whose commands begin with `first`. Asked once
     /// each time the menu opens; their state is then asked of `OnCmdMsg`.
     /// \return false when nobody here knows the row
-    virtual bool AppendMenuItems(unsigned first, std::vector<menu_item>& items);
+    virtual bool AppendMenuItems(unsigned first, std::vector<vldv::menu_item>& items);
 };
+
+namespace vldv {
 
 /// One line of a class's command table: a command, or a range of them, with what runs it and what updates it.
 template <class Target>
@@ -73,3 +77,5 @@ bool dispatch_command(Target& target, std::span<const command_row<Target>> rows,
     }
     return false;
 }
+
+} // namespace vldv

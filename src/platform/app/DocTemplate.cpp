@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace vldv;
+
 namespace {
 
 template <class T>

@@ -10,6 +10,8 @@
 
 class CFrameWnd;
 
+namespace vldv {
+
 /// Fields of a document string, a line each.
 enum document_string { windowTitle, docName, fileNewName, filterName, filterExt, regFileTypeId, regFileTypeName };
 
@@ -23,16 +25,18 @@ enum class match_confidence {
     alreadyOpen = 5
 };
 
+} // namespace vldv
+
 /// Ties a document class to a frame and a view class, under the number of their strings and menu, and owns the open
 /// documents. The view class may be one that is not there yet: it is found by name when a frame is made.
-class VLDV_API CDocTemplate : public CCmdTarget, public IDocumentOwner {
+class VLDV_API CDocTemplate : public CCmdTarget, public vldv::IDocumentOwner {
 public:
     CDocTemplate(unsigned id_, std::string documentClass_, std::string frameClass_, std::string viewClass_);
     ~CDocTemplate() override;
 
     unsigned resourceId() const noexcept { return id; }
     /// One line of the document string, from the string table.
-    std::string GetDocString(document_string field) const;
+    std::string GetDocString(vldv::document_string field) const;
     const std::vector<std::unique_ptr<CDocument>>& documents() const noexcept { return opened; }
     const std::string& viewClass() const noexcept { return viewName; }
     const std::string& frameClass() const noexcept { return frameName; }
@@ -47,7 +51,7 @@ public:
     virtual void InitialUpdateFrame(CFrameWnd* frame, CDocument* document, bool makeVisible);
     /// A null path makes an empty document. \return null when nothing was opened; the user was told
     virtual CDocument* OpenDocumentFile(const wchar_t* path, int addToMRU, int makeVisible) = 0;
-    virtual match_confidence MatchDocType(const wchar_t* path, CDocument*& match);
+    virtual vldv::match_confidence MatchDocType(const wchar_t* path, CDocument*& match);
 
     void documentClosed(CDocument& document) override;
 

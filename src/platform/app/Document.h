@@ -10,6 +10,8 @@
 class CDocTemplate;
 class CDocument;
 
+namespace vldv {
+
 /// Who holds documents; told when one has closed and may be destroyed (later, never inside its own operation).
 class VLDV_API IDocumentOwner {
 public:
@@ -18,6 +20,8 @@ public:
 protected:
     ~IDocumentOwner() = default;
 };
+
+} // namespace vldv
 
 /// Path, title, modified flag and views of one document. Interface thread only.
 class VLDV_API CDocument : public CCmdTarget {
@@ -54,9 +58,9 @@ public:
     void RemoveView(CView* view);
     const std::vector<CView*>& views() const noexcept { return attached; }
     /// Tells all views but the sender. A view that leaves meanwhile is skipped, one that joins is not told.
-    void UpdateAllViews(CView* sender, std::uint32_t hint = 0, const hint_object& object = {});
+    void UpdateAllViews(CView* sender, std::uint32_t hint = 0, const vldv::hint_object& object = {});
 
-    void setOwner(IDocumentOwner* owner_) noexcept { owner = owner_; }
+    void setOwner(vldv::IDocumentOwner* owner_) noexcept { owner = owner_; }
     void setTemplate(CDocTemplate* template_) noexcept { docTemplate = template_; }
     /// Null for a document outside of a workstation.
     CDocTemplate* GetDocTemplate() const noexcept { return docTemplate; }
@@ -77,6 +81,6 @@ protected:
 private:
     bool modified = false;
     std::vector<CView*> attached;
-    IDocumentOwner* owner = nullptr;
+    vldv::IDocumentOwner* owner = nullptr;
     CDocTemplate* docTemplate = nullptr;
 };

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+using namespace vldv;
+
 CFrameWnd* CView::GetParentFrame() const noexcept
 {
     for (CWnd* at = GetParent(); at; at = at->GetParent())

@@ -34,7 +34,7 @@ public:
     /// Which tools the frame shows may have changed.
     virtual void OnResetToolbar() {}
     /// Buttons that the view adds to those of its toolbar's resource, made now.
-    virtual std::vector<toolbar_button> addedButtons() { return {}; }
+    virtual std::vector<vldv::toolbar_button> addedButtons() { return {}; }
     /// The view's rectangle inside the frame's client area.
     virtual CRect viewRect() const { return GetClientRect(); }
     /// Makes the frame as large as a view of this outer size needs.
@@ -50,7 +50,7 @@ public:
     void OnSize(CSize) override { RecalcLayout(); }
     void OnClose() override { DestroyFrame(); }
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
-    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
+    bool AppendMenuItems(unsigned first, std::vector<vldv::menu_item>& items) override;
 
 private:
     std::unique_ptr<CView> pane;

@@ -17,6 +17,14 @@
 #include <utility>
 #include <vector>
 
+class CCmdTarget;
+class CDialog;
+class CVarListDlg;
+
+namespace vldv {
+
+class CListChooser;
+
 /// Icons of a message box.
 enum class message_icon { information, warning, error };
 
@@ -64,11 +72,6 @@ public:
 private:
     IProfile* profile; ///< null when it has ended
 };
-
-class CCmdTarget;
-class CDialog;
-class CListChooser;
-class CVarListDlg;
 
 /// What a dialog shows of a file before it is opened.
 struct file_preview {
@@ -186,3 +189,5 @@ public:
 private:
     std::shared_ptr<vldv::platform::interface_queue> queue = std::make_shared<vldv::platform::interface_queue>();
 };
+
+} // namespace vldv

@@ -3,6 +3,8 @@
 #include <map>
 #include <string>
 
+namespace vldv {
+
 namespace {
 
 std::map<std::string, const CRuntimeClass*, std::less<>>& classes()
@@ -20,3 +22,5 @@ const CRuntimeClass* find_runtime_class(std::string_view name) noexcept
     const auto found = classes().find(name);
     return found == classes().end() ? nullptr : found->second;
 }
+
+} // namespace vldv

@@ -21,6 +21,8 @@ struct CRuntimeClass {
     }
 };
 
+namespace vldv {
+
 /// The runtime class of a C++ class that has a default constructor.
 template <class Class>
 std::unique_ptr<CCmdTarget> create_object()
@@ -32,3 +34,5 @@ std::unique_ptr<CCmdTarget> create_object()
 VLDV_API void register_runtime_class(const CRuntimeClass& entry);
 /// Null when no class of that name is entered.
 VLDV_API const CRuntimeClass* find_runtime_class(std::string_view name) noexcept;
+
+} // namespace vldv

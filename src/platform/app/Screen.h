@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace vldv {
+
 /// Monitors, pointer and keyboard. Coordinates are those of the whole screen.
 class VLDV_API IScreen {
 public:
@@ -17,3 +19,5 @@ public:
     /// Height of a window's caption.
     virtual int captionHeight() const = 0;
 };
+
+} // namespace vldv

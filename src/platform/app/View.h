@@ -10,8 +10,12 @@ class CDocument;
 class CFrameWnd;
 class CView;
 
+namespace vldv {
+
 /// What goes along with an update hint: nothing, a view, a point, a text or a number.
 using hint_object = std::variant<std::monostate, CView*, CPoint, std::string, double>;
+
+} // namespace vldv
 
 /// What shows a document, in the pane of a frame. Attached by `CDocument::AddView`, detached by `RemoveView` or by its
 /// destructor.
@@ -22,7 +26,7 @@ public:
     CDocument* GetDocument() const noexcept { return attachedTo; }
     CFrameWnd* GetParentFrame() const noexcept;
     /// Something changed. \param sender  the view that changed it, or null; \param hint  what, see `CDocument`
-    virtual void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) = 0;
+    virtual void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) = 0;
     /// The view has its document, frame and window. Passes hint 0 to the view.
     virtual void OnInitialUpdate() { OnUpdate(nullptr, 0, {}); }
     /// Draws for the window or the printer.
@@ -35,7 +39,7 @@ public:
     virtual void OnActivateView(bool /*activates*/, CView* /*activated*/, CView* /*deactivated*/) {}
 
     /// What kind of pane the host makes for it.
-    virtual window_kind kind() const noexcept { return window_kind::view; }
+    virtual vldv::window_kind kind() const noexcept { return vldv::window_kind::view; }
 
     /// It has left its frame and fills a screen.
     virtual bool isFullScreen() const noexcept { return false; }
@@ -53,7 +57,7 @@ public:
     void OnPaint(CDC& dc) override { OnDraw(dc); }
     /// The view first, then its document.
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
-    bool AppendMenuItems(unsigned first, std::vector<menu_item>& items) override;
+    bool AppendMenuItems(unsigned first, std::vector<vldv::menu_item>& items) override;
 
 private:
     friend class CDocument;

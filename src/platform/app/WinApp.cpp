@@ -68,6 +68,8 @@ void CWinApp::reportFailure(const std::wstring& path, const std::string& reason)
         machine.messageBox(reason, message_icon::warning);
 }
 
+namespace vldv {
+
 void tell_failures_together(CWinApp& app, const std::function<void()>& work)
 {
     ++app.failureLists;
@@ -85,6 +87,8 @@ void tell_failures_together(CWinApp& app, const std::function<void()>& work)
     else if (!told.empty())
         app.machine.showFailures(told);
 }
+
+} // namespace vldv
 
 void IHost::showFailures(const std::vector<file_failure>& failures)
 {

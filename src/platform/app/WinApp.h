@@ -9,16 +9,26 @@
 #include <string>
 #include <vector>
 
+class CWinApp;
+
+namespace vldv {
+
+/// Does `work`; files that cannot be opened meanwhile are told at its end in one list, a single one as ever. Of several
+/// within each other the outermost tells. Where `work` throws there is no dialog: the output pane has the list then.
+void tell_failures_together(CWinApp& app, const std::function<void()>& work);
+
+} // namespace vldv
+
 /// The application: what a program has one of. Created by the host program before any document, current until it ends.
 class VLDV_API CWinApp : public CCmdTarget {
 public:
-    explicit CWinApp(IHost& host_);
+    explicit CWinApp(vldv::IHost& host_);
     CWinApp(const CWinApp&) = delete;
     CWinApp& operator=(const CWinApp&) = delete;
     ~CWinApp() override;
 
-    IHost& host() noexcept { return machine; }
-    IProfile& profile() { return machine.profile(); }
+    vldv::IHost& host() noexcept { return machine; }
+    vldv::IProfile& profile() { return machine.profile(); }
 
     /// Puts a path at the head of the recent-file list, once.
     virtual void AddToRecentFileList(const std::wstring& path);
@@ -58,7 +68,7 @@ public:
     /// The active frame's view and document, then the application.
     bool routeCommand(unsigned id, CCmdUI* ui);
     /// The same way for the entries of a menu's dynamic row.
-    bool routeMenuItems(unsigned first, std::vector<menu_item>& items);
+    bool routeMenuItems(unsigned first, std::vector<vldv::menu_item>& items);
 
     /// System dots per inch / 96, asked once; 1 when the system cannot tell.
     double dpiMultiplier();
@@ -66,10 +76,10 @@ public:
     static constexpr std::size_t maxRecentFiles = 16;
 
 private:
-    friend void tell_failures_together(CWinApp& app, const std::function<void()>& work);
-    IHost& machine;
+    friend void vldv::tell_failures_together(CWinApp& app, const std::function<void()>& work);
+    vldv::IHost& machine;
     int failureLists = 0; ///< that are being collected
-    std::vector<file_failure> failures;
+    std::vector<vldv::file_failure> failures;
     std::vector<std::wstring> recent;
     std::vector<CDocTemplate*> templates;
     std::vector<std::unique_ptr<CFrameWnd>> opened;
@@ -90,7 +100,3 @@ public:
     CWaitCursor& operator=(const CWaitCursor&) = delete;
     ~CWaitCursor();
 };
-
-/// Does `work`; files that cannot be opened meanwhile are told at its end in one list, a single one as ever. Of several
-/// within each other the outermost tells. Where `work` throws there is no dialog: the output pane has the list then.
-void tell_failures_together(CWinApp& app, const std::function<void()>& work);

@@ -2,6 +2,8 @@
 
 #include "platform/app/WinApp.h"
 
+using namespace vldv;
+
 CWnd::~CWnd() = default;
 
 bool CCmdTarget::OnCmdMsg(unsigned, CCmdUI*) { return false; }

@@ -14,9 +14,9 @@ public:
 
     /// Asks the application's host for a window inside `parent_`, or on its own for null.
     /// \return false when the host has no windows
-    bool Create(CWnd* parent_, window_kind kind);
-    void setPeer(std::unique_ptr<IWindowPeer> peer_) { peer = std::move(peer_); }
-    IWindowPeer* getPeer() const noexcept { return peer.get(); }
+    bool Create(CWnd* parent_, vldv::window_kind kind);
+    void setPeer(std::unique_ptr<vldv::IWindowPeer> peer_) { peer = std::move(peer_); }
+    vldv::IWindowPeer* getPeer() const noexcept { return peer.get(); }
     /// Gives the window back to the host; the logic stays.
     void DestroyWindow() { peer.reset(); }
     CWnd* GetParent() const noexcept { return parentWindow; }
@@ -46,7 +46,7 @@ public:
     bool HasCapture() const { return peer && peer->hasCapture(); }
     void SetFocus();
     bool HasFocus() const { return peer && peer->hasFocus(); }
-    void SetCursor(cursor_shape shape);
+    void SetCursor(vldv::cursor_shape shape);
     void SetTimer(unsigned id, unsigned milliseconds);
     void KillTimer(unsigned id);
     void flushTimers();
@@ -80,7 +80,7 @@ public:
     virtual void OnClose() {}
 
 private:
-    std::unique_ptr<IWindowPeer> peer;
+    std::unique_ptr<vldv::IWindowPeer> peer;
     CWnd* parentWindow = nullptr;
     std::wstring title;
 };

@@ -8,6 +8,9 @@
 #include <vector>
 
 class CWnd;
+
+namespace vldv {
+
 struct toolbar_button;
 
 /// What a window is for its host.
@@ -78,3 +81,5 @@ public:
     /// Lets all timers that wait elapse now.
     virtual void flushTimers() = 0;
 };
+
+} // namespace vldv

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace vldv {
+
 /// Keys by the numbers that stored shortcuts use; letters and digits are their upper-case characters.
 enum key_code : unsigned {
     VK_BACK = 0x08,
@@ -68,3 +70,8 @@ enum class cursor_shape {
     crossLengthyObject,
     crossIsoline,
 };
+
+} // namespace vldv
+
+using enum vldv::mouse_flags;
+using enum vldv::key_code;

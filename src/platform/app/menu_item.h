@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace vldv {
+
 /// An entry that the program puts into a menu when it opens: a command, a separator, or a submenu.
 struct menu_item {
     menu_kind kind = menu_kind::command;
@@ -33,3 +35,5 @@ struct toolbar_button {
 
 /// Text from outside for a menu: a "&" in it is shown.
 VLDV_INTERNAL_API std::string menu_text(const std::string& shown);
+
+} // namespace vldv

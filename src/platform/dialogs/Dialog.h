@@ -10,12 +10,12 @@ public:
     static constexpr int resultOk = 1, resultCancel = 2; ///< also the numbers of the two buttons
 
     /// \param parent_  null: the main window
-    CDialog(unsigned resource, CWnd* parent_) : content(dialog_resource(resource)), owner(parent_) {}
+    CDialog(unsigned resource, CWnd* parent_) : content(vldv::dialog_resource(resource)), owner(parent_) {}
     CDialog(const CDialog&) = delete;
     CDialog& operator=(const CDialog&) = delete;
     virtual ~CDialog() = default;
 
-    const dialog_layout& layout() const noexcept { return content; }
+    const vldv::dialog_layout& layout() const noexcept { return content; }
     CWnd* parent() const noexcept { return owner; }
     /// Runs it until it is closed. \return resultOk or resultCancel
     int DoModal();
@@ -33,7 +33,7 @@ public:
     virtual CWnd* pane(unsigned) { return nullptr; }
 
 private:
-    dialog_layout content;
+    vldv::dialog_layout content;
     CWnd* owner;
     int closedBy = 0;
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace vldv {
+
 std::string CListChooser::chosenText(std::size_t index) const
 {
     const entry& shown = chosen[index];
@@ -36,3 +38,5 @@ std::size_t CListChooser::move(std::size_t index, int by)
     std::swap(chosen[index], chosen[to]);
     return to;
 }
+
+} // namespace vldv

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace vldv {
+
 /// A dialog in which entries of several lists are taken into one of the user's own order: what it holds and what its
 /// buttons do. A host makes the widgets.
 class VLDV_API CListChooser {
@@ -35,3 +37,5 @@ public:
     /// One place up (-1) or down (1). \return where the entry is now
     std::size_t move(std::size_t index, int by);
 };
+
+} // namespace vldv

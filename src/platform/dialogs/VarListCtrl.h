@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+namespace vldv {
+
 /// A window of the host around a grid of variables.
 class VLDV_API IVarListPeer {
 public:
@@ -14,6 +16,8 @@ public:
     /// Shows the present values.
     virtual void refresh() = 0;
 };
+
+} // namespace vldv
 
 /// The grid that edits a list of variables: what it shows and what edits do. Rows are the variables with a label, in
 /// the order of the list, headings among them. The list changes with every edit, so that those who listen follow live.
@@ -41,7 +45,7 @@ public:
     /// Stores what the user typed or chose. \return false, with the value as it was, when it cannot be
     bool edit(unsigned index, const char* text);
 
-    void setPeer(std::unique_ptr<IVarListPeer> peer_) { peer = std::move(peer_); }
+    void setPeer(std::unique_ptr<vldv::IVarListPeer> peer_) { peer = std::move(peer_); }
     void Refresh()
     {
         if (peer) peer->refresh();
@@ -54,5 +58,5 @@ private:
 
     SPMVarList* variables = nullptr;
     std::set<std::string, std::less<>> hidden;
-    std::unique_ptr<IVarListPeer> peer;
+    std::unique_ptr<vldv::IVarListPeer> peer;
 };

@@ -19,6 +19,8 @@ protected:
     ~CVarListDlgHandler() = default;
 };
 
+namespace vldv {
+
 /// A window of the host around a variable dialog.
 class VLDV_API IVarListDialogPeer {
 public:
@@ -26,6 +28,8 @@ public:
     /// The dialog has ended: the window goes and asks for nothing more.
     virtual void close() = 0;
 };
+
+} // namespace vldv
 
 /// The dialog that edits a list of variables in a grid, with the buttons of its layout. A host makes the widgets.
 class VLDV_API CVarListDlg {
@@ -68,7 +72,7 @@ public:
     /// A button of the layout was pressed.
     void press(const vldv::platform::layout_button& button);
 
-    void setPeer(std::unique_ptr<IVarListDialogPeer> peer_) { peer = std::move(peer_); }
+    void setPeer(std::unique_ptr<vldv::IVarListDialogPeer> peer_) { peer = std::move(peer_); }
 
 private:
     void setUp(SPMVarList* list, std::istream* layoutXml, unsigned fallback, CWnd* parent);
@@ -78,5 +82,5 @@ private:
     CVarListDlgHandler* handler = nullptr;
     CWnd* owner = nullptr;
     int closedBy = 0;
-    std::unique_ptr<IVarListDialogPeer> peer;
+    std::unique_ptr<vldv::IVarListDialogPeer> peer;
 };

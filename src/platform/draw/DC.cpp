@@ -4,6 +4,8 @@
 #include <numbers>
 #include <utility>
 
+using namespace vldv;
+
 namespace {
 
 /// An ellipse as a polygon that no pixel tells from it.

@@ -55,7 +55,7 @@ public:
     std::uint32_t SetTextAlign(std::uint32_t flags);
     std::uint32_t GetTextAlign() const noexcept { return now.textAlign; }
     int SetROP2(int mode);
-    poly_fill_mode SetPolyFillMode(poly_fill_mode mode);
+    vldv::poly_fill_mode SetPolyFillMode(vldv::poly_fill_mode mode);
     int SetStretchBltMode(int mode);
     CPoint SetBrushOrg(CPoint devicePoint);
     const vldv::platform::dc_state& state() const noexcept { return now; }
@@ -81,7 +81,7 @@ public:
     CRect DPtoLP(const CRect& rect) const noexcept;
 
     // Clip: nothing is drawn outside. It stays where it is when the mapping changes later.
-    void SelectClipRgn(const CRgn* region, region_mode mode = RGN_COPY); ///< null: no clip
+    void SelectClipRgn(const CRgn* region, vldv::region_mode mode = RGN_COPY); ///< null: no clip
     void IntersectClipRect(const CRect& rect);
     void ExcludeClipRect(const CRect& rect);
     /// The smallest rectangle around all that can be drawn on.
@@ -111,18 +111,18 @@ public:
     void FrameRgn(const CRgn& region, const CBrush& brush, int width, int height); ///< inside its edge
     void InvertRgn(const CRgn& region);
     /// Fills with the brush through a raster operation without source.
-    void PatBlt(const CRect& rect, raster_op3 operation);
+    void PatBlt(const CRect& rect, vldv::raster_op3 operation);
 
     // Pixels
     void SetPixel(CPoint point, colorEntry color);
     /// Of a surface in memory; black outside of it.
     colorEntry GetPixel(CPoint point) const;
     /// From another surface in memory, at its logical `from`, to `to` here, in the same size.
-    void BitBlt(const CRect& to, const CDC& source, CPoint from, raster_op3 operation);
+    void BitBlt(const CRect& to, const CDC& source, CPoint from, vldv::raster_op3 operation);
     /// The same, stretched by `SetStretchBltMode`.
-    void StretchBlt(const CRect& to, const CDC& source, const CRect& from, raster_op3 operation);
+    void StretchBlt(const CRect& to, const CDC& source, const CRect& from, vldv::raster_op3 operation);
     /// Part `from` of a bitmap, counted in pixels from its upper left corner.
-    void StretchDIBits(const CRect& to, const CBitmap& bitmap, const CRect& from, raster_op3 operation);
+    void StretchDIBits(const CRect& to, const CBitmap& bitmap, const CRect& from, vldv::raster_op3 operation);
 
     // Text, in wide characters. A line end is a character like others but for `DrawText`.
     void TextOut(int x, int y, std::wstring_view text);
@@ -155,8 +155,8 @@ protected:
     virtual void paintRectangle(const CRect& rect) = 0;
     virtual void paintEllipse(const CRect& rect) = 0;
     /// The region with a brush through an operation without source.
-    virtual void fillRegion(const CRgn& region, const CBrush& brush, raster_op3 operation) = 0;
-    virtual void drawPixels(const CRect& to, const CBitmap& bitmap, const CRect& from, raster_op3 operation) = 0;
+    virtual void fillRegion(const CRgn& region, const CBrush& brush, vldv::raster_op3 operation) = 0;
+    virtual void drawPixels(const CRect& to, const CBitmap& bitmap, const CRect& from, vldv::raster_op3 operation) = 0;
     virtual void drawPixel(CPoint point, colorEntry color) = 0;
     /// One run of text that begins at `left` and stands on `baseline`, without background.
     virtual void drawText(int left, int baseline, std::wstring_view text) = 0;

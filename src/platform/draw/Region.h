@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+namespace vldv {
+
 /// How two regions become one.
 enum region_mode : int {
     RGN_AND = 1,
@@ -21,6 +23,11 @@ enum poly_fill_mode : int {
     ALTERNATE = 1, ///< points that an odd number of edges surrounds
     WINDING = 2,   ///< points that edges go round at least once
 };
+
+} // namespace vldv
+
+using enum vldv::poly_fill_mode;
+using enum vldv::region_mode;
 
 /// A set of pixels, kept as bands of rectangles: set arithmetic is exact and needs no window. A pixel belongs to a
 /// shape when its centre does. A value: copies are deep.
@@ -40,13 +47,13 @@ public:
     /// The ellipse that touches the sides of `rect`.
     static CRgn ellipse(const RECT& rect);
     /// The closed polygon through the points; coordinates are clamped to +-2^26.
-    static CRgn polygon(std::span<const CPoint> points, poly_fill_mode mode);
+    static CRgn polygon(std::span<const CPoint> points, vldv::poly_fill_mode mode);
     /// Several closed polygons taken together: the odd-even rule makes holes.
-    static CRgn polygons(std::span<const std::vector<CPoint>> figures, poly_fill_mode mode);
-    static CRgn combined(const CRgn& a, const CRgn& b, region_mode mode);
+    static CRgn polygons(std::span<const std::vector<CPoint>> figures, vldv::poly_fill_mode mode);
+    static CRgn combined(const CRgn& a, const CRgn& b, vldv::region_mode mode);
 
     /// Makes this the combination of `a` and `b`, either of which may be this region. \return there is a pixel in it
-    bool CombineRgn(const CRgn& a, const CRgn& b, region_mode mode);
+    bool CombineRgn(const CRgn& a, const CRgn& b, vldv::region_mode mode);
     void OffsetRgn(int dx, int dy);
     void SetRectRgn(const RECT& rect) { *this = CRgn(rect); }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace vldv {
+
 // The tools that a drawing surface works with, as plain values. Numbers are those that stored options and tables use.
 
 /// Style bits of a pen: a line style, an end, a join and a type.
@@ -31,6 +33,10 @@ enum pen_style : std::uint32_t {
     PS_GEOMETRIC = 0x10000,
 };
 
+} // namespace vldv
+
+using enum vldv::pen_style;
+
 /// A cosmetic pen is as wide as it says in device pixels whatever the mapping, and its patterned lines are one pixel
 /// wide; a geometric pen has width and pattern in logical units, with ends and joins. Gaps of the fixed patterns show
 /// the background colour in opaque mode, the gaps of a user pattern never do.
@@ -48,6 +54,8 @@ struct CPen {
     static CPen dotted(colorEntry color) { return {PS_DOT, 1, color, {}}; }
 };
 
+namespace vldv {
+
 enum hatch_style : int {
     HS_HORIZONTAL = 0,
     HS_VERTICAL = 1,
@@ -57,17 +65,21 @@ enum hatch_style : int {
     HS_DIAGCROSS = 5,
 };
 
+} // namespace vldv
+
+using enum vldv::hatch_style;
+
 /// Lines of a hatch are one pixel wide and eight apart; what lies between shows the background in opaque mode.
 struct CBrush {
     enum class fill { none, solid, hatch };
     fill kind = fill::solid;
     colorEntry color = 0xFFFFFF;
-    hatch_style hatch = HS_HORIZONTAL;
+    vldv::hatch_style hatch = HS_HORIZONTAL;
     bool operator==(const CBrush&) const = default;
 
     static CBrush null() { return {fill::none, 0, HS_HORIZONTAL}; }
     static CBrush solid(colorEntry color) { return {fill::solid, color, HS_HORIZONTAL}; }
-    static CBrush hatched(hatch_style style, colorEntry color) { return {fill::hatch, color, style}; }
+    static CBrush hatched(vldv::hatch_style style, colorEntry color) { return {fill::hatch, color, style}; }
 };
 
 struct CFont {
@@ -88,6 +100,8 @@ struct TEXTMETRIC {
     int tmAveCharWidth = 0;    ///< a tab is eight of them
     int tmExternalLeading = 0; ///< between two lines
 };
+
+namespace vldv {
 
 /// Which point of a text stands at the given position: one horizontal and one vertical flag.
 enum text_align : std::uint32_t {
@@ -164,3 +178,13 @@ enum mapping_mode : int {
     MM_ISOTROPIC = 7,   ///< window onto viewport, equal scales: the viewport shrinks on one side
     MM_ANISOTROPIC = 8, ///< window onto viewport
 };
+
+} // namespace vldv
+
+using enum vldv::mapping_mode;
+using enum vldv::stretch_mode;
+using enum vldv::raster_op3;
+using enum vldv::raster_op2;
+using enum vldv::background_mode;
+using enum vldv::draw_text_format;
+using enum vldv::text_align;

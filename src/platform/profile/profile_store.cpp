@@ -59,6 +59,8 @@ std::filesystem::path platform::profile_path()
     return folder / "velmira" / "profile";
 }
 
+namespace vldv {
+
 CProfileStore::CProfileStore(std::filesystem::path file_) : file(std::move(file_))
 {
     succeeds(problem, [this] {
@@ -178,3 +180,5 @@ bool CProfileStore::endBatch()
     --batches;
     return flush();
 }
+
+} // namespace vldv

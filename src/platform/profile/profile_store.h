@@ -14,6 +14,8 @@ VLDV_INTERNAL_API std::filesystem::path profile_path();
 
 } // namespace vldv::platform
 
+namespace vldv {
+
 /// The user's settings in a file that several running programs share; see platform/profile_line.h for its form.
 /// The file is read once. Changes are collected until `flush` or the end of a batch: then the file is read again under
 /// a lock, the changed keys alone are replaced in it, and it is exchanged in one step. What others wrote meanwhile
@@ -59,3 +61,5 @@ private:
     std::string problem;
     int batches = 0; ///< open ones
 };
+
+} // namespace vldv

@@ -13,7 +13,10 @@
 #include <vector>
 
 class CView;
+
+namespace vldv {
 class ISection;
+}
 
 namespace vldv::surface {
 

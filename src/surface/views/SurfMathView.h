@@ -15,7 +15,9 @@
 #include <memory>
 #include <vector>
 
+namespace vldv {
 class ISection;
+}
 
 /// The view of a surface: its heights in colours with axes, scale and legends, and over them what the user selects,
 /// draws and measures.
@@ -48,7 +50,7 @@ public:
     /// The line of the status bar for the cursor over a sample.
     std::wstring GetMouseText(CPoint source) const;
 
-    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) override;
     void OnSize(CSize size) override;
     void OnTimer(unsigned id) override;
     void OnSetFocus() override;
@@ -78,7 +80,7 @@ public:
     const VLAxis& valueAxis() const;
     vldv::surface::drawing_axes drawingAxes() const;
     /// All sections and profiles on this image and, with "SelectionSynchr", on similar ones.
-    std::vector<ISection*> sections() const;
+    std::vector<vldv::ISection*> sections() const;
     /// The view of the document that enumerates features, or null.
     CImageView* featuresView() const;
     bool areMarksNumbered() const noexcept { return marksNumbered; }
@@ -139,10 +141,10 @@ private:
     vldv::surface::legend_content legendContent() const;
 
     // What other changes mean
-    void onNewData(CView* sender, std::uint32_t hint, const hint_object& object);
-    void onNewSize(CView* sender, std::uint32_t hint, const hint_object& object);
-    void onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object);
-    void onSectionChanged(CView* sender, std::uint32_t hint, const hint_object& object);
+    void onNewData(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
+    void onNewSize(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
+    void onScaleChanged(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
+    void onSectionChanged(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
     void dropOutside(CSize whole);
     /// It shows a part of its parent's image in a document of its own.
     bool isZoomWindow() const { return getParentView() && getParentView()->GetDocument() != GetDocument(); }

@@ -27,11 +27,11 @@ unsigned template_of(unsigned command) noexcept
 {
     switch (command) {
     case 10015:
-        return view::sceneFrame;
+        return sceneFrame;
     case 10031:
-        return view::histogramFrame;
+        return histogramFrame;
     default:
-        return view::fourierFrame;
+        return fourierFrame;
     }
 }
 
@@ -52,9 +52,9 @@ void CSurfMathView::OnUpdateCursorMode(CCmdUI& ui)
     ui.SetCheck(number == static_cast<int>(drawn.mode));
     switch (surface::tool_of(surface::mode_of(number)).needs()) {
     case surface::tool_need::sections:
-        return ui.Enable(hasSamples() && view::can_open(view::sectionFrame));
+        return ui.Enable(hasSamples() && view::can_open(sectionFrame));
     case surface::tool_need::lines:
-        return ui.Enable(hasSamples() && view::can_open(view::lineFrame));
+        return ui.Enable(hasSamples() && view::can_open(lineFrame));
     case surface::tool_need::features:
         return ui.Enable(featuresView() != nullptr);
     case surface::tool_need::samples:
@@ -86,7 +86,7 @@ void CSurfMathView::OnCurveToSection()
 }
 void CSurfMathView::OnUpdateCurveToSection(CCmdUI& ui)
 {
-    ui.Enable(!drawn.curves.empty() && drawn.curves.front().size() > 1 && view::can_open(view::sectionFrame));
+    ui.Enable(!drawn.curves.empty() && drawn.curves.front().size() > 1 && view::can_open(sectionFrame));
 }
 
 void CSurfMathView::OnMeasureDistance()

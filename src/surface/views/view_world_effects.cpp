@@ -58,12 +58,12 @@ void view_world::openProfile(unsigned templateId, std::span<const CPoint> points
     view.PositionWindowNearby(opened->GetParentFrame(), alike - 1, legendRight);
 }
 
-void view_world::openSection(std::span<const CPoint> points) { openProfile(view::sectionFrame, points); }
+void view_world::openSection(std::span<const CPoint> points) { openProfile(sectionFrame, points); }
 
 void view_world::openLine(CPoint from, CPoint to)
 {
     const CPoint ends[] = {from, to};
-    openProfile(view::lineFrame, ends);
+    openProfile(lineFrame, ends);
 }
 
 void view_world::bringToFront(ISection& section)

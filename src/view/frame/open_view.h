@@ -5,9 +5,6 @@ class CImageView;
 
 namespace vldv::view {
 
-using enum ::frame_template;
-using ::frame_template;
-
 /// There is such a template, and a class for its view.
 bool can_open(unsigned templateId);
 /// A frame on the document of `from`, whose view is bound to the same image and sub-image, has its options and is a

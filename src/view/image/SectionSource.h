@@ -6,6 +6,8 @@
 class CDC;
 class CImageView;
 
+namespace vldv {
+
 /// A section or line profile as the surface under it sees it. Points are samples of the section's own image.
 class VLDV_API ISection {
 public:
@@ -32,3 +34,5 @@ public:
 protected:
     ~ISection() = default;
 };
+
+} // namespace vldv

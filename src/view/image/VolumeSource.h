@@ -3,6 +3,8 @@
 
 class SPMDataStream;
 
+namespace vldv {
+
 /// A view that shows a volume of curves, as far as other views need to know it.
 class VLDV_API IVolumeSource {
 public:
@@ -17,3 +19,5 @@ public:
 protected:
     ~IVolumeSource() = default;
 };
+
+} // namespace vldv

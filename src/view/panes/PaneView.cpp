@@ -5,7 +5,7 @@
 
 #include <utility>
 
-using namespace vldv;
+namespace vldv {
 
 namespace {
 
@@ -61,3 +61,5 @@ void CTableView::showTable(table_rows rows)
     shown = std::move(rows);
     if (getPeer()) getPeer()->setTable(shown);
 }
+
+} // namespace vldv

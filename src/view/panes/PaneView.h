@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace vldv {
+
 /// Base of views whose pane the host fills: it has the commands of texts and tables before those of its document.
 class VLDV_API CPaneView : public CView, public IPaneContent {
 public:
@@ -39,3 +41,5 @@ protected:
 private:
     table_rows shown;
 };
+
+} // namespace vldv

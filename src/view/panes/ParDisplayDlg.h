@@ -10,7 +10,7 @@ class CStorageDoc;
 ///
 /// The choice is kept as one text: for each parameter its name, "+" for the document's or "-" for the image's, and "|".
 /// A name with "|" in it cannot stand there and is not offered.
-class VLDV_API CParDisplayDlg : public CListChooser {
+class VLDV_API CParDisplayDlg : public vldv::CListChooser {
 public:
     static constexpr std::size_t global = 0, local = 1; ///< the two sources
 

@@ -22,9 +22,9 @@ std::vector<parameter_row> parameter_rows(const CStorageDoc& document, const std
 } // namespace vldv::view
 
 /// A searchable table of a document's text parameters.
-class VLDV_API CParametersView : public CTableView {
+class VLDV_API CParametersView : public vldv::CTableView {
 public:
-    void OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object) override;
+    void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) override;
     /// What the user searches for.
     void setFilter(const std::wstring& text) override;
     const std::vector<vldv::view::parameter_row>& rows() const noexcept { return shownRows; }

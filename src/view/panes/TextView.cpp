@@ -6,6 +6,8 @@
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
 
+using namespace vldv;
+
 namespace {
 
 constexpr std::wstring_view lineEnd = L"\r\n";

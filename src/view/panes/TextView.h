@@ -5,7 +5,7 @@
 #include <string>
 
 /// The text window of a document, to which tables of results are appended.
-class VLDV_API CTextView : public CPaneView {
+class VLDV_API CTextView : public vldv::CPaneView {
 public:
     /// On a line of its own, with line ends "\r\n"; a first line equal to the first line that is there is left out, so
     /// that the header of a table stands once.
@@ -13,10 +13,10 @@ public:
     const std::wstring& GetText() const noexcept { return text; }
     void Clear();
 
-    window_kind kind() const noexcept override { return window_kind::text; }
+    vldv::window_kind kind() const noexcept override { return vldv::window_kind::text; }
     std::wstring allText() const override { return text; }
     std::wstring selectedText() const override;
-    void OnUpdate(CView*, std::uint32_t, const hint_object&) override {}
+    void OnUpdate(CView*, std::uint32_t, const vldv::hint_object&) override {}
     void OnInitialUpdate() override;
 
 private:

@@ -5,6 +5,8 @@
 
 struct CCmdUI;
 
+namespace vldv {
+
 /// A pane of text or a table, as far as its commands look at it. Lines end in "\r\n" or "\n".
 class VLDV_API IPaneContent {
 public:
@@ -21,6 +23,8 @@ public:
 protected:
     ~IPaneContent() = default;
 };
+
+} // namespace vldv
 
 namespace vldv::view {
 

@@ -3,8 +3,12 @@
 
 #include <vector>
 
+namespace vldv {
+
 /// Colours from the lowest value to the highest. Tables differ in length.
 using color_table = std::vector<colorEntry>;
+
+} // namespace vldv
 
 namespace vldv::view {
 

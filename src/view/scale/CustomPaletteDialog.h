@@ -15,7 +15,8 @@ public:
     /// \param table_  with at least one entry; must outlive this and changes in place
     /// \param sync_   null: nobody follows
     /// \param start   the colours to begin with, which the table takes; null: its own
-    CCustomPaletteDialog(color_table& table_, IScaleSync* sync_, CWnd* parent_, const color_table* start = nullptr);
+    CCustomPaletteDialog(vldv::color_table& table_, IScaleSync* sync_, CWnd* parent_,
+                         const vldv::color_table* start = nullptr);
 
     void OnCommand(unsigned id) override;
     void OnOK() override;
@@ -32,7 +33,7 @@ public:
     void OnLoad();
     void OnSave();
 
-    const color_table& working() const noexcept { return edited; }
+    const vldv::color_table& working() const noexcept { return edited; }
 
 private:
     /// A pane that leaves what it does to the dialog.
@@ -58,11 +59,11 @@ private:
     void UpdatePalette();
     void changed();
 
-    color_table& table;
+    vldv::color_table& table;
     IScaleSync* sync;
-    color_table edited;
-    const color_table restored; ///< what the table held before
-    const color_table begun;    ///< what the dialog began with
+    vldv::color_table edited;
+    const vldv::color_table restored; ///< what the table held before
+    const vldv::color_table begun;    ///< what the dialog began with
     vldv::view::color_channel selected = vldv::view::color_channel::red;
     pen_pane lines;
     drawn_pane sample;

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace vldv {
+
 /// Sizes of a menu's items, pixels.
 struct menu_metrics {
     int imageWidth = 16; ///< of an item's picture
@@ -12,6 +14,8 @@ struct menu_metrics {
     int textHeight = 12;
     int widestText = 0; ///< of the palettes in this menu
 };
+
+} // namespace vldv
 
 /// An item of the palette menu: the host draws the ordinary item with its name, this one a strip of the palette beside
 /// it.
@@ -23,10 +27,10 @@ public:
     unsigned commandId() const noexcept { return command; }
     const std::wstring& text() const noexcept { return name; }
     /// The smallest item.
-    static CSize OnCalculateSize(const menu_metrics& metrics);
+    static CSize OnCalculateSize(const vldv::menu_metrics& metrics);
     /// Where the strip stands in an item, right of its text; in a vertical menu bar too.
-    static CRect stripArea(const CRect& item, const menu_metrics& metrics);
-    void OnDraw(CDC& dc, const CRect& item, const menu_metrics& metrics, bool isHorizontal) const;
+    static CRect stripArea(const CRect& item, const vldv::menu_metrics& metrics);
+    void OnDraw(CDC& dc, const CRect& item, const vldv::menu_metrics& metrics, bool isHorizontal) const;
 
 private:
     int paletteId;
