@@ -113,7 +113,7 @@ void CImageView::OnViewClone()
         openFrames(*copy);
         return show_sub_image(*maker, copy, added, subImageNumber);
     }
-    document::drop_point_counts(*copy, added);
+    document::keep_part_of_points(*copy, added, *document, imageNumber);
     copy->SetTitle((copy->GetTitle() + L" (selection)").c_str());
     openFrames(*copy);
     show_sub_image(*maker, copy, added, subImageNumber);

@@ -7,7 +7,8 @@
 
 namespace vldv::document {
 
-measured_samples::measured_samples(const CStorageDoc& document_, unsigned image_) : document(document_), image(image_)
+measured_samples::measured_samples(const CStorageDoc& document_, unsigned image_)
+    : document(document_), image(image_), voids(document_, image_)
 {
     const char* const told = document.getString(formats::curveLengthsKey, image);
     if (!told || !*told) return;
@@ -21,12 +22,17 @@ std::span<const std::int16_t> measured_samples::of(unsigned sub)
 {
     const std::span all(static_cast<const std::int16_t*>(document.getImageDataS(image, sub)),
                         document.getSubImageLength(image));
-    if (lengths.empty()) return all;
+    const std::vector<primitives::sample_run> leftOut = voids.of(sub);
+    if (lengths.empty() && leftOut.empty()) return all;
     copy.clear();
-    const std::size_t curves = all.size() / points;
+    const std::size_t curves = lengths.empty() ? 1 : all.size() / points;
+    const std::size_t each = lengths.empty() ? all.size() : points;
     for (std::size_t i = 0; i < curves; ++i) {
-        const auto curve = all.subspan(i * points, lengths[sub * curves + i]);
-        copy.insert(copy.end(), curve.begin(), curve.end());
+        const std::size_t begin = i * each, length = lengths.empty() ? each : lengths[sub * curves + i];
+        primitives::for_each_kept(begin, begin + length, leftOut, [&](std::size_t first, std::size_t count) {
+            const auto kept = all.subspan(first, count);
+            copy.insert(copy.end(), kept.begin(), kept.end());
+        });
     }
     return copy;
 }
@@ -34,7 +40,7 @@ std::span<const std::int16_t> measured_samples::of(unsigned sub)
 std::optional<CMinMaxInfo> measured_samples::rangeOf(unsigned sub)
 {
     CMinMaxInfo range;
-    if (lengths.empty()) {
+    if (lengths.empty() && voids.of(sub).empty()) {
         document.getMinMaxInfo(image, range, sub);
         return range;
     }

@@ -2,10 +2,15 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/samples/unmeasured_samples.h"
 #include "formats/shared/void_ranges.h"
 
+#include <cmath>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace vldv::document {
 
@@ -27,12 +32,74 @@ std::size_t unmeasured_points(const CStorageDoc& document, unsigned image)
     return isOfOtherSize ? 0 : static_cast<std::size_t>(*count);
 }
 
+namespace {
+
 void drop_point_counts(CStorageDoc& document, unsigned image)
 {
     auto kept = document.strings(image);
     if (kept.erase(keys[0]) + kept.erase(keys[1]) + kept.erase(formats::voidRangesKey) == 0) return;
     document.clearStrings(image);
     for (const auto& [key, text] : kept) document.setString(key.c_str(), text.c_str(), image);
+}
+
+/// The first sample of the part along a dimension, as its axis starts there.
+std::optional<std::size_t> place_in(const SPMDataStream::dimension& part, const SPMDataStream::dimension& whole)
+{
+    if (part.get_axes_number() == 0 || whole.get_axes_number() == 0) return std::nullopt;
+    const VLAxis inside = part.get_axis(0), all = whole.get_axis(0);
+    const double place = std::round((inside.start - all.start) / all.scale);
+    if (inside.scale != all.scale || !(place >= 0.0) || place + part.length > whole.length) return std::nullopt;
+    return static_cast<std::size_t>(place);
+}
+
+/// What of the whole's runs lies in the rows of a part, numbered through the part.
+std::vector<primitives::sample_run> runs_inside(const SPMDataStream& part, const CStorageDoc& whole, unsigned from)
+{
+    const SPMDataStream& source = whole.getImage(from);
+    std::vector<primitives::sample_run> out;
+    if (part.get_dimensions_number() != 2 || source.get_dimensions_number() != 2) return out;
+    const auto left = place_in(part.get_dimension(0), source.get_dimension(0));
+    const auto top = place_in(part.get_dimension(1), source.get_dimension(1));
+    if (!left || !top) return out;
+    const std::size_t width = part.get_dimension(0).length, height = part.get_dimension(1).length;
+    const std::size_t row = source.get_dimension(0).length;
+    const unmeasured_samples voids(whole, from);
+    const std::size_t frames = width * height == 0 ? 0 : part.array_length() / (width * height);
+    if (frames != whole.getSubImagesNumber(from)) return out;
+    for (unsigned sub = 0; sub < frames && !voids.isEmpty(); ++sub) {
+        const std::vector<primitives::sample_run> own = voids.of(sub);
+        for (std::size_t y = 0; y < height; ++y) {
+            const std::size_t first = (*top + y) * row + *left, to = (sub * height + y) * width;
+            for (const primitives::sample_run& each : primitives::runs_within(first, first + width, own))
+                out.push_back({each.first - first + to, each.count});
+        }
+    }
+    return primitives::joined_runs(std::move(out));
+}
+
+std::string void_text(std::size_t samples, std::span<const primitives::sample_run> runs)
+{
+    std::vector<formats::void_range> ranges;
+    for (const primitives::sample_run& each : runs) ranges.push_back({each.first, each.count});
+    return formats::void_ranges_text(samples, std::move(ranges));
+}
+
+} // namespace
+
+void keep_part_of_points(CStorageDoc& part, unsigned image, const CStorageDoc& whole, unsigned from)
+{
+    const auto runs = runs_inside(part.getImage(image), whole, from);
+    drop_point_counts(part, image);
+    if (runs.empty()) return;
+    part.setString(keys[0], std::to_string(primitives::count_of(runs)).c_str(), image);
+    part.setString(formats::voidRangesKey, void_text(part.getImage(image).array_length(), runs).c_str(), image);
+}
+
+void replace_points(CStorageDoc& document, unsigned image, std::size_t samples,
+                    std::span<const primitives::sample_run> unmeasured)
+{
+    document.changeTexts(image, {{keys[0], std::to_string(primitives::count_of(unmeasured))},
+                                 {formats::voidRangesKey, void_text(samples, unmeasured)}});
 }
 
 void state_counted_points(CStorageDoc& document, unsigned image)

@@ -51,14 +51,13 @@ std::span<T> elements_of(recorded_image& image) noexcept
     return {static_cast<T*>(image.stream.array_data()), image.stream.array_length()};
 }
 
-/// Fills samples that are no measurement and counts them in "\Void points" and a note; of curves "\Void samples" tells
-/// them, too: `voids`, NaN, and absurd ones,
-/// which "\Absurd points" counts, too. In curves they lie between their neighbours, in surfaces they get the lowest
-/// measured value (void_points.h). Absurd are magnitudes from 1e30 up, and samples that are further from the middle
-/// 99.8 % of all than 10^6 times the span of these.
-/// Numbers of another type then become 16-bit ones: whole numbers that fit signed or unsigned 16 bits stay as they are,
-/// others are fitted onto an axis of six digits, all values within half a step. A note says so when a step is more than
-/// a tenth of the middle's span, or than what half of the samples span.
+/// Fills samples that are no measurement, counts them in "\Void points" and a note and tells in "\Void samples" which
+/// they are: `voids`, NaN, and absurd ones, which "\Absurd points" counts, too. In curves they lie between their
+/// neighbours, in surfaces they get the lowest measured value (void_points.h). Absurd are magnitudes from 1e30 up, and
+/// samples that are further from the middle 99.8 % of all than 10^6 times the span of these. Numbers of another type
+/// then become 16-bit ones: whole numbers that fit signed or unsigned 16 bits stay as they are, others are fitted onto
+/// an axis of six digits, all values within half a step. A note says so when a step is more than a tenth of the
+/// middle's span, or than what half of the samples span.
 void settle_samples(recorded_image& image, std::span<const void_range> voids = {});
 
 /// As above for 16-bit samples of which some raw numbers mean "not measured".

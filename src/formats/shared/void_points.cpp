@@ -191,7 +191,7 @@ void fill_voids_of_type(SPMDataStream& stream, const void_mask& voids, void_coun
         count.areBridged |= fill_voids<typename decltype(samples)::element_type>(stream, voids);
     });
     count.all = voids.count();
-    if (holds_curves(stream)) count.ranges = voids.ranges();
+    count.ranges = voids.ranges();
 }
 
 } // namespace

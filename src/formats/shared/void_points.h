@@ -20,7 +20,7 @@ namespace vldv::formats {
 struct void_count {
     std::size_t all = 0, absurd = 0;
     bool areBridged = false;        ///< some lie between neighbours
-    std::vector<void_range> ranges; ///< which; of curves only
+    std::vector<void_range> ranges; ///< which
 };
 
 struct filled_samples {
@@ -35,7 +35,7 @@ filled_samples fill_unmeasured(SPMDataStream& stream, std::span<const void_range
 /// Fills 16-bit samples whose number is one of `markers`.
 void_count fill_marked(SPMDataStream& stream, std::span<const std::int16_t> markers);
 
-/// `convert_stream` to 16 bits of what was measured; samples without a type stay. \return which samples of curves were
+/// `convert_stream` to 16 bits of what was measured; samples without a type stay. \return which samples were
 /// not, with those that `told` says, the text under `voidRangesKey` or null \throws std::bad_alloc
 VLDV_INTERNAL_API std::vector<void_range> convert_measured(SPMDataStream& stream, const char* told = nullptr);
 

@@ -8,7 +8,7 @@ namespace vldv::formats {
 
 namespace {
 
-constexpr std::size_t mostTold = 10000; ///< texts have to stay readable
+constexpr std::size_t mostTold = 100000; ///< about 1.5 MB of text
 
 bool is_before(const void_range& a, const void_range& b) noexcept { return a.first < b.first; }
 

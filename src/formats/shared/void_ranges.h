@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// Which samples of curves were not measured. They hold numbers, see void_points.h, that no analysis may take for data.
+// Which samples were not measured. They hold numbers, see void_points.h, that no analysis may take for data.
 
 namespace vldv::formats {
 
@@ -27,7 +27,7 @@ constexpr const char* voidRangesKey = "\\Void samples";
 /// or is damaged.
 VLDV_INTERNAL_API std::vector<void_range> void_ranges(const SPMDataStream& stream, const char* told);
 /// The text of a stream of so many samples; of very many ranges the longest. Empty for none.
-std::string void_ranges_text(std::uint64_t samples, std::vector<void_range> ranges);
+VLDV_INTERNAL_API std::string void_ranges_text(std::uint64_t samples, std::vector<void_range> ranges);
 
 /// What of a curve was measured.
 struct measured_part {

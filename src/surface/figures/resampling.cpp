@@ -4,12 +4,15 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/samples/point_counts.h"
+#include "document/samples/unmeasured_samples.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "surface/figures/variable_rows.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace vldv::surface {
 
@@ -85,6 +88,29 @@ std::vector<SPMVar> size_variables(const SPMDataStream& stream, const VLAxis& x,
     });
 }
 
+/// New samples to which one that was not measured adds anything.
+std::vector<primitives::sample_run> resampled_voids(const CStorageDoc& document, unsigned image,
+                                                    const resample_choice& choice)
+{
+    std::vector<primitives::sample_run> out;
+    const document::unmeasured_samples voids(document, image);
+    const SPMDataStream& stream = document.getImage(image);
+    const auto width = static_cast<int>(stream.get_dimension(0).length);
+    const auto height = static_cast<int>(stream.get_dimension(1).length);
+    const std::size_t size = static_cast<std::size_t>(choice.width) * static_cast<std::size_t>(choice.height);
+    std::vector<std::int16_t> mask, made(size);
+    for (unsigned sub = 0; sub < document.getSubImagesNumber(image) && !voids.isEmpty(); ++sub) {
+        mask.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
+        for (const primitives::sample_run& each : voids.of(sub))
+            std::fill_n(mask.begin() + static_cast<std::ptrdiff_t>(each.first), each.count, std::int16_t{32767});
+        primitives::resample_smooth({mask.data(), width, height, 2 * width},
+                                    {made.data(), choice.width, choice.height, 2 * choice.width}, choice.method);
+        for (std::size_t i = 0; i < size; ++i)
+            if (made[i] != 0) out.push_back({sub * size + i, 1});
+    }
+    return primitives::joined_runs(std::move(out));
+}
+
 } // namespace
 
 std::string resample_stream(const SPMDataStream& source, const resample_choice& choice, SPMDataStream& target)
@@ -115,8 +141,12 @@ std::string resample_image(CStorageDoc& document, unsigned image, const resample
 {
     SPMDataStream made;
     if (std::string reason = resample_stream(document.getImage(image), choice, made); !reason.empty()) return reason;
+    const std::vector<primitives::sample_run> voids = resampled_voids(document, image, choice);
     document.pushUndo(image, true);
-    document::state_counted_points(document, image);
+    if (voids.empty())
+        document::state_counted_points(document, image);
+    else
+        document::replace_points(document, image, made.array_length(), voids);
     document.getImage(image) = std::move(made);
     document.revalidateImage(image);
     document.SetModifiedFlag(true);

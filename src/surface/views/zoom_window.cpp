@@ -31,7 +31,7 @@ void open_zoom_window(CImageView& surface, const CRect& bounds)
     if (!zoom) return;
     zoom->AddNewImages(&part, 1);
     source->Derive(surface.getImageNumber(), *zoom);
-    document::drop_point_counts(*zoom, 0);
+    document::keep_part_of_points(*zoom, 0, *source, surface.getImageNumber());
     zoom->setDisplayOnly(true);
     maker->setOpeningImage(0);
     CFrameWnd* const frame = maker->CreateNewFrame(zoom, surface.GetParentFrame());
@@ -48,6 +48,7 @@ void refresh_zoom_window(const CImageView& surface, const CRect& bounds)
     const CStorageDoc* const source = surface.storageDoc();
     if (!zoom || zoom->getImagesNumber() == 0 || !source->isImageOk(surface.getImageNumber())) return;
     const bool isReshaped = write_crop(zoom->getImage(0), source->getImage(surface.getImageNumber()), bounds);
+    document::keep_part_of_points(*zoom, 0, *source, surface.getImageNumber());
     zoom->revalidateImage(0);
     if (isReshaped) zoom->UpdateAllViews(nullptr, document::shape_hint(0));
     zoom->UpdateAllViews(nullptr, document::data_hint(0));

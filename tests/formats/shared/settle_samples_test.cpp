@@ -80,6 +80,7 @@ TEST(SettledSamples, WhatWasNotMeasuredTakesTheLowestValueAndIsCounted)
     const std::int16_t markers[] = {32767, 32766};
     settle_markers(falling, markers);
     EXPECT_EQ(text_of(falling, "\\Void points"), "2");
+    EXPECT_EQ(text_of(falling, "\\Void samples"), "of 4: 0-0 3-3");
     EXPECT_EQ(physical(falling.stream), (std::vector<double>{-19, -9, -19, -19}));
 
     recorded_image nothing = row_of<float>(SPM_ARRAY_FLOAT32, {NAN, NAN});

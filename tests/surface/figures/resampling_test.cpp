@@ -76,6 +76,19 @@ TEST_F(ResamplingTest, FeaturesKeepTheirPlaceAndUndoBringsAllBack)
     }
 }
 
+TEST_F(ResamplingTest, WhatWasNotMeasuredStaysKnown)
+{
+    document.setString("\\Void points", "3", 0);
+    document.setString("\\Void samples", "of 64: 9-9 62-63", 0); // (1, 1), and (6, 3), (7, 3) of the second
+    ASSERT_EQ(resample_image(document, 0, resample_choice{16, 8, interpolation::nearest}), "");
+    EXPECT_STREQ(document.getString("\\Void points", 0), "12") << "four each";
+    EXPECT_STREQ(document.getString("\\Void samples", 0), "of 256: 34-35 50-51 236-239 252-255");
+    document.undo(0);
+    EXPECT_STREQ(document.getString("\\Void samples", 0), "of 64: 9-9 62-63");
+    ASSERT_EQ(resample_image(document, 0, resample_choice{16, 8, interpolation::linear}), "");
+    EXPECT_EQ(document::unmeasured_points(document, 0), 4u * 4u + 3u * 5u) << "all to which one of them adds";
+}
+
 TEST_F(ResamplingTest, RefusalsNameTheReasonAndChangeNothing)
 {
     EXPECT_EQ(resample_image(document, 0, {0, 4, {}}), "Columns: 0 is not between 1 and 32768");

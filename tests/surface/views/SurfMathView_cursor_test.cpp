@@ -174,14 +174,16 @@ TEST_F(SurfaceMouseTest, CurvesBecomeSectionsAndComeBackFromAFile)
 TEST_F(SurfaceMouseTest, TheZoomWindowFollowsTheSelectionAndLeavesWithTheSurface)
 {
     draw({5, 4}, {14, 9});
-    view.storageDoc()->setString("\\Void points", "2", 0);
+    view.storageDoc()->setString("\\Void points", "7", 0);
+    view.storageDoc()->setString("\\Void samples", "of 800: 210-216", 0); // row 5, columns 10 to 16
     EXPECT_TRUE(isEnabled(view, 10145));
     view.OnCmdMsg(10145, nullptr);
     host.pump();
     EXPECT_FALSE(isEnabled(view, 10145));
     CStorageDoc* const zoom = surface::zoom_document(view);
     ASSERT_NE(zoom, nullptr);
-    EXPECT_FALSE(zoom->strings(0).contains("\\Void points")) << "they are those of the whole";
+    EXPECT_STREQ(zoom->getString("\\Void points", 0), "5") << "columns 10 to 14 of 5 to 14";
+    EXPECT_STREQ(zoom->getString("\\Void samples", 0), "of 60: 15-19");
     EXPECT_EQ(zoom->getImage(0).get_dimension(0).length, 10u);
     EXPECT_EQ(zoom->getAxis(0, 0, 0).start, 105);
     EXPECT_EQ(zoom->getDataPoint2S(0, 0, 0, 0), 54);
@@ -193,6 +195,7 @@ TEST_F(SurfaceMouseTest, TheZoomWindowFollowsTheSelectionAndLeavesWithTheSurface
     host.pump();
     EXPECT_EQ(zoom->getImage(0).get_dimension(0).length, 7u);
     EXPECT_EQ(zoom->getImage(0).get_dimension(1).length, 18u);
+    EXPECT_FALSE(zoom->strings(0).contains("\\Void samples")) << "all of them lie outside";
     EXPECT_EQ(zoom->getDataPoint2S(0, 6, 17, 0), 278);
     document->getDataPoint2S(0, 26, 18, 0) = 1234;
     document->UpdateAllViews(nullptr, document::data_hint(0));

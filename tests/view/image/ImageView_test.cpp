@@ -360,7 +360,7 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
     const VLPluginDecoration mark{2, 1, 5, 0, nullptr, "n", point};
     document->set_decoration("marks", &mark, 1, DEC_IMAGE_SURFACE, 1);
     for (const unsigned image : {0u, 1u}) document->setString("\\Void points", "2", image);
-    document->setString("\\Void samples", "of 12: 0-1", 0);
+    document->setString("\\Void samples", "of 24: 2-6 14-14", 0);
     viewAt(1)->OnCmdMsg(10151, nullptr);
     ASSERT_EQ(surfaces.documents().size(), 2u);
     auto& copy = *dynamic_cast<CStorageDoc*>(surfaces.documents().back().get());
@@ -378,7 +378,8 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
     viewAt(0)->OnCmdMsg(10151, nullptr);
     EXPECT_EQ(surfaces.documents().back()->GetTitle(), L"Copy 2 of a (selection)");
     for (const char* ofWhole : {"\\Void points", "\\Void samples"})
-        EXPECT_FALSE(dynamic_cast<CStorageDoc&>(*surfaces.documents().back()).strings(0).contains(ofWhole));
+        EXPECT_FALSE(dynamic_cast<CStorageDoc&>(*surfaces.documents().back()).strings(0).contains(ofWhole))
+            << "of two sub-images, and the part has one";
     EXPECT_EQ(app.frames().back()->GetWindowText().substr(0, 25), L"*Copy 2 of a (selection)[");
     EXPECT_EQ(host.statusText, L"Only the selected part is in the copy: 3 x 1 of 4 x 3 samples");
     SPMDataStream cropped;
