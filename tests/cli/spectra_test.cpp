@@ -57,8 +57,9 @@ TEST_F(SpectraProgramTest, HistogramCountsEveryFrame)
         EXPECT_DOUBLE_EQ(told[name].get<double>(), value) << name;
         told.erase(name);
     }
-    EXPECT_EQ(told, json::parse(R"({"id":"Topo","image":0,"subimage":1,"units":"m","bins":[2,4,3],"total":9,"peak":4,
-        "selected":7})"));
+    EXPECT_EQ(told, json::parse(
+                        R"({"id":"Topo","image":0,"subimage":1,"units":"m","bins":[2,4,3],"total":9,"peak":4,
+        "selected":7,"not_measured":0,"not_measured_included":0})"));
     EXPECT_EQ(files[0]["images"][2]["bins"], json({1, 2, 2}));
 
     const json one = json::parse(vldv({"histogram", "--json", "--image", "0", "--sub", "1", "h.spm"}).out);

@@ -85,7 +85,8 @@ TEST_F(ProgramTest, StatsWriteATableWithALineForEachSubImage)
     const program_result result = vldv({"stats", "a,b.spm", "a,b.spm", "--image", "0", "--sub", "1", "--csv", "-"});
     ASSERT_EQ(result.status, 0) << result.err;
     const std::size_t firstEnd = result.out.find('\n') + 1;
-    EXPECT_EQ(result.out.substr(0, firstEnd), "file,image,id,subimage,name,units,Zmax,Zmin,Rmax,Rq,Ra,Rsk,Rku\n");
+    EXPECT_EQ(result.out.substr(0, firstEnd), "file,image,id,subimage,name,units,Zmax,Zmin,Rmax,Rq,Ra,Rsk,Rku,"
+                                              "not_measured,not_measured_included\n");
     const std::string line = result.out.substr(firstEnd, result.out.find('\n', firstEnd) + 1 - firstEnd);
     EXPECT_TRUE(line.starts_with('"' + path + "\",0,Topo,1,,m,-9.76e-07,")) << line;
     EXPECT_EQ(result.out.substr(firstEnd), line + line) << "one for each file";

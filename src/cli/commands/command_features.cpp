@@ -9,6 +9,7 @@
 #include "cli/output/result_files.h"
 #include "cli/output/terminal.h"
 #include "output/picture_writer.h"
+#include "spectra/figures/measured_block.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -42,13 +43,14 @@ frame_features find_features(const CStorageDoc& document, const frame& which, co
     const document::rising_heights heights = frame_heights(document, which);
     made.axes = {document.getAxis(which.image, 0, 0), document.getAxis(which.image, 0, 1), heights.axis()};
     const primitives::const_height_block whole{heights.samples().data(), width, height, 2 * width};
-    const primitives::const_height_block block{whole.row(made.working.top) + made.working.left, made.working.Width(),
-                                               made.working.Height(), whole.step};
-    made.levels = spectra::find_levels(block, options.level);
+    made.voids = voids_of(document, which);
+    const spectra::measured_block block(whole, made.working, made.voids.runs);
+    made.voids.leftOut = block.leftOut();
+    made.levels = spectra::find_levels(block.measured(), options.level);
     primitives::bit_image mask;
-    made.list = spectra::feature_list::above(made.levels.threshold,
-                                             {block, made.working.TopLeft(), made.axes, made.levels.zeroLevel}, mask,
-                                             std::max(std::thread::hardware_concurrency(), 1u));
+    made.list = spectra::feature_list::above(
+        made.levels.threshold, {block.heights(), made.working.TopLeft(), made.axes, made.levels.zeroLevel}, mask,
+        std::max(std::thread::hardware_concurrency(), 1u));
     return made;
 }
 

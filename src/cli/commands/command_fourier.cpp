@@ -1,6 +1,7 @@
 // vldv fourier: edits the spectra of surfaces, and shows them.
 #include "base/text.h"
 #include "cli/choice/frame_choice.h"
+#include "cli/choice/frame_voids.h"
 #include "cli/choice/picture_options.h"
 #include "cli/choice/word_choice.h"
 #include "cli/commands.h"
@@ -85,6 +86,9 @@ public:
                 spectra::restore_frame(spectrum, samples, threads());
             }
             json entry = {{"id", stream.get_name()}, {"image", each.image}, {"subimage", each.sub}};
+            const frame_voids voids = all_included(voids_of(document, each));
+            add_voids(entry, voids);
+            if (voids.included != 0) remarks += "  " + frame_title(document, each) + '\n' + voids_text(voids);
             if (!options.spectrum.empty()) {
                 float largest = 0.0f;
                 pictures[each.image].subs.push_back(each.sub);
@@ -105,6 +109,8 @@ public:
     }
 
     const json& entries() const { return told; }
+    /// What has to be said of the spectra, in lines.
+    const std::string& text() const { return remarks; }
 
 private:
     void edit(spectra::frame_spectrum& spectrum) const
@@ -124,6 +130,7 @@ private:
     const fourier_options& options;
     std::map<unsigned, image_pictures> pictures;
     json told = json::array();
+    std::string remarks;
 };
 
 /// The two kinds of files that a call writes.
@@ -145,6 +152,7 @@ void treat(CStorageDoc& document, const std::wstring& path, const fourier_option
     document_spectra made(document, options);
     made.run(frames);
     entries.push_back({{"path", base::narrow(path)}, {"images", made.entries()}});
+    if (!options.asJson && !made.text().empty()) std::cout << path_line(base::narrow(path)) << '\n' << made.text();
     const auto tell = [&](const char* kind, const std::filesystem::path& output) {
         entries.back()[kind] = output.native();
         if (!options.asJson) std::cout << path_line(output.native()) << '\n';

@@ -4,6 +4,7 @@
 #include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/choice/frame_choice.h"
+#include "cli/choice/frame_voids.h"
 #include "cli/choice/number_limits.h"
 #include "cli/commands.h"
 #include "cli/output/file_reports.h"
@@ -37,6 +38,7 @@ struct frame_histogram {
     spectra::height_histogram counted;
     spectra::delimited_share share;
     std::string units;
+    frame_voids voids;
 };
 
 /// For machines values stand in the unit of their kind, for people in the one in which their range reads well.
@@ -58,7 +60,7 @@ std::vector<frame_histogram> histograms(const CStorageDoc& document, const histo
         std::string units = shown_units(counted, heights.axis(), options.asJson);
         counted = spectra::in_units(std::move(counted), heights.axis().get_units(), units.c_str());
         const spectra::delimited_share share = spectra::share_between(counted, options.window);
-        made.push_back({each, std::move(counted), share, std::move(units)});
+        made.push_back({each, std::move(counted), share, std::move(units), voids_of(document, each)});
     }
     return made;
 }
@@ -66,9 +68,10 @@ std::vector<frame_histogram> histograms(const CStorageDoc& document, const histo
 json document_json(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
 {
     json images = json::array();
-    for (const auto& [which, counted, share, units] : made) {
+    for (const auto& [which, counted, share, units, voids] : made) {
         if (counted.totalCount == 0) {
             images.push_back({{"image", which.image}, {"subimage", which.sub}, {"measured", false}});
+            add_voids(images.back(), voids);
             continue;
         }
         images.push_back({{"id", document.getImage(which.image).get_name()},
@@ -83,6 +86,7 @@ json document_json(const CStorageDoc& document, const std::vector<frame_histogra
                           {"x0", share.x0},
                           {"x1", share.x1},
                           {"selected", share.selectedCount}});
+        add_voids(images.back(), voids);
     }
     return {{"path", base::narrow(path)}, {"images", images}};
 }
@@ -91,13 +95,13 @@ json document_json(const CStorageDoc& document, const std::vector<frame_histogra
 void print_text(const CStorageDoc& document, const std::vector<frame_histogram>& made, const std::wstring& path)
 {
     std::string text = path_line(base::narrow(path)) + '\n';
-    for (const auto& [which, counted, share, units] : made) {
+    for (const auto& [which, counted, share, units, voids] : made) {
         text += "  " + frame_title(document, which) + '\n';
         if (counted.totalCount == 0) {
             text += "    not measured\n";
             continue;
         }
-        text += "    " + spectra::share_text(share, units.c_str()) + '\n';
+        text += "    " + spectra::share_text(share, units.c_str()) + '\n' + voids_text(voids);
         const double step = counted.bins.size() > 1 ? counted.valueRange / double(counted.bins.size() - 1) : 0.0;
         const int digits =
             base::telling_digits(std::max(std::fabs(counted.valueMin), std::fabs(counted.valueMax)), step);

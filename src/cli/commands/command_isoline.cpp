@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "cli/choice/frame_choice.h"
+#include "cli/choice/frame_voids.h"
 #include "cli/commands.h"
 #include "cli/output/file_reports.h"
 #include "cli/output/terminal.h"
@@ -10,6 +11,7 @@
 #include "document/samples/rising_heights.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -69,6 +71,13 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
     if (!frame.contains(seed))
         return base::formatted("--at %d,%d lies outside of the image of %d x %d samples", seed.x, seed.y, frame.width,
                                frame.height);
+    const auto at =
+        static_cast<std::size_t>(seed.y) * static_cast<std::size_t>(frame.width) + static_cast<std::size_t>(seed.x);
+    const auto voids = voids_of(document, options.which).runs;
+    const auto holdsSeed = [at](const primitives::sample_run& each) {
+        return each.first <= at && at - each.first < each.count;
+    };
+    if (std::ranges::any_of(voids, holdsSeed)) return base::formatted("--at %d,%d was not measured", seed.x, seed.y);
     const std::vector<CPoint> contour = surface::trace_isoline(frame, seed);
     if (contour.empty())
         std::cerr << visible_text(base::narrow(path)) << ": " << surface::why_no_isoline(frame, seed) << '\n';

@@ -3,6 +3,7 @@
 #include "base/text/decimals.h"
 #include "base/units.h"
 #include "cli/choice/frame_choice.h"
+#include "cli/choice/frame_voids.h"
 #include "cli/commands.h"
 #include "cli/output/csv_text.h"
 #include "cli/output/file_reports.h"
@@ -34,17 +35,19 @@ struct stats_options {
 /// The figures of a sub-image of a surface, without headings.
 struct frame_rows {
     frame which;
-    std::vector<surface::statistics_row> rows;
+    std::vector<surface::statistics_row> rows; ///< none when nothing was measured
+    frame_voids voids;
 };
 
 std::vector<frame_rows> figures_of(const CStorageDoc& document, const frame_choice& choice)
 {
     std::vector<frame_rows> figures;
     for (const frame& each : chosen_frames(document, choice, refuse_no_surface)) {
-        frame_rows& made = figures.emplace_back(frame_rows{each, {}});
+        frame_rows& made = figures.emplace_back(frame_rows{each, {}, voids_of(document, each)});
         const auto width = static_cast<int>(document.getImage(each.image).get_dimension(0).length);
         const document::rising_heights heights = frame_heights(document, each);
-        for (surface::statistics_row& row : surface::frame_statistics(heights.samples(), width, heights.axis()))
+        for (surface::statistics_row& row :
+             surface::frame_statistics(heights.samples(), width, heights.axis(), made.voids.runs))
             if (!row.name.empty()) made.rows.push_back(std::move(row));
     }
     return figures;
@@ -60,7 +63,7 @@ surface::statistics_row in_base_units(surface::statistics_row row)
 json document_json(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
 {
     json images = json::array();
-    for (const auto& [which, rows] : figures) {
+    for (const auto& [which, rows, voids] : figures) {
         json told = json::array();
         for (const surface::statistics_row& row : rows) {
             const surface::statistics_row shown = in_base_units(row);
@@ -70,6 +73,7 @@ json document_json(const CStorageDoc& document, const std::vector<frame_rows>& f
                           {"image", which.image},
                           {"subimage", which.sub},
                           {"rows", told}});
+        add_voids(images.back(), voids);
     }
     return {{"path", base::narrow(path)}, {"images", images}};
 }
@@ -83,7 +87,7 @@ double range_of(const std::vector<surface::statistics_row>& rows)
 void print_figures(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
 {
     std::cout << path_line(base::narrow(path)) << '\n';
-    for (const auto& [which, rows] : figures) {
+    for (const auto& [which, rows, voids] : figures) {
         std::cout << "  " << frame_title(document, which) << '\n';
         const double range = range_of(rows);
         for (const surface::statistics_row& row : rows) {
@@ -94,33 +98,17 @@ void print_figures(const CStorageDoc& document, const std::vector<frame_rows>& f
             std::cout << "    " << shown.name << ": " << base::general(shown.value, digits)
                       << (shown.units.empty() ? "" : " ") << shown.units << '\n';
         }
+        std::cout << voids_text(voids);
     }
 }
 
-/// A table for spreadsheets with one line a sub-image; the names of the figures come from the first.
+/// A table for spreadsheets with one line a sub-image; figures of one without a measured sample are empty.
 class stats_table {
 public:
     void add(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
     {
-        for (const auto& [which, rows] : figures) {
-            const SPMDataStream& stream = document.getImage(which.image);
-            const auto& names = stream.subimage_names();
-            std::vector<std::string> cells = {base::narrow(path),
-                                              std::to_string(which.image),
-                                              stream.get_name(),
-                                              std::to_string(which.sub),
-                                              which.sub < names.size() ? names[which.sub].c_str() : "",
-                                              ""};
-            std::vector<std::string> heads = {"file", "image", "id", "subimage", "name", "units"};
-            for (const surface::statistics_row& row : rows) {
-                const surface::statistics_row shown = in_base_units(row);
-                if (cells[unitsColumn].empty()) cells[unitsColumn] = shown.units;
-                cells.push_back(base::shortest(shown.value));
-                heads.push_back(shown.name);
-            }
-            if (text.empty()) text = csv_line(heads);
-            text += csv_line(cells);
-        }
+        if (text.empty()) text = csv_line(heads());
+        for (const frame_rows& each : figures) text += csv_line(cellsOf(document, each, path));
     }
     /// Nothing is written when no file had a row: an earlier table stays. \return whether it was written
     bool save(const std::filesystem::path& output) const
@@ -135,6 +123,36 @@ public:
     }
 
 private:
+    static std::vector<std::string> heads()
+    {
+        std::vector<std::string> made = {"file", "image", "id", "subimage", "name", "units"};
+        const auto figures = surface::figure_names();
+        made.insert(made.end(), figures.begin(), figures.end());
+        made.insert(made.end(), {"not_measured", "not_measured_included"});
+        return made;
+    }
+    static std::vector<std::string> cellsOf(const CStorageDoc& document, const frame_rows& each,
+                                            const std::wstring& path)
+    {
+        const SPMDataStream& stream = document.getImage(each.which.image);
+        const auto& names = stream.subimage_names();
+        std::vector<std::string> cells = {base::narrow(path),
+                                          std::to_string(each.which.image),
+                                          stream.get_name(),
+                                          std::to_string(each.which.sub),
+                                          each.which.sub < names.size() ? names[each.which.sub].c_str() : "",
+                                          ""};
+        for (const surface::statistics_row& row : each.rows) {
+            const surface::statistics_row shown = in_base_units(row);
+            if (cells[unitsColumn].empty()) cells[unitsColumn] = shown.units;
+            cells.push_back(base::shortest(shown.value));
+        }
+        cells.resize(unitsColumn + 1 + surface::figure_names().size());
+        cells.push_back(std::to_string(each.voids.leftOut));
+        cells.push_back(std::to_string(each.voids.included));
+        return cells;
+    }
+
     static constexpr std::size_t unitsColumn = 5; ///< of the heights; the other figures have none
     std::string text;
 };

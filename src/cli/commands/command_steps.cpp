@@ -1,6 +1,7 @@
 // vldv steps: the edges of terraces, followed from scan line to scan line.
 #include "base/text.h"
 #include "cli/choice/frame_choice.h"
+#include "cli/choice/frame_voids.h"
 #include "cli/choice/number_limits.h"
 #include "cli/choice/word_choice.h"
 #include "cli/commands.h"
@@ -50,6 +51,7 @@ struct frame_steps {
     frame which;
     surface::step_settings settings;
     std::deque<surface::surface_step> steps;
+    frame_voids voids;
 };
 
 std::vector<frame_steps> find_all(const CStorageDoc& document, const step_options& options)
@@ -62,7 +64,7 @@ std::vector<frame_steps> find_all(const CStorageDoc& document, const step_option
         const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
                                           static_cast<int>(stream.get_dimension(1).length)};
         const surface::step_settings settings = settings_for(options, frame);
-        found.push_back({each, settings, surface::find_steps(frame, settings)});
+        found.push_back({each, settings, surface::find_steps(frame, settings), all_included(voids_of(document, each))});
     }
     return found;
 }
@@ -104,6 +106,7 @@ json images_json(const CStorageDoc& document, const std::vector<frame_steps>& fo
                           {"image", each.which.image},
                           {"subimage", each.which.sub},
                           {"steps", std::move(steps)}});
+        add_voids(images.back(), each.voids);
     }
     return images;
 }
@@ -113,7 +116,8 @@ std::string to_text(const CStorageDoc& document, const std::vector<frame_steps>&
     std::string text;
     for (const frame_steps& each : found) {
         text += "  " + frame_title(document, each.which) +
-                base::formatted(each.steps.size() == 1 ? ", %zu step\n" : ", %zu steps\n", each.steps.size());
+                base::formatted(each.steps.size() == 1 ? ", %zu step\n" : ", %zu steps\n", each.steps.size()) +
+                voids_text(each.voids);
         std::size_t number = 0;
         for (const surface::surface_step& step : each.steps) {
             double sum = 0.0;

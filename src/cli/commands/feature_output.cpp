@@ -118,11 +118,13 @@ json features_json(const frame_features& made)
              {"first", json::array({first.x, first.y})},
              {"metrics", each.metrics}});
     }
-    return {{"threshold", made.levels.threshold},
-            {"zero_level", made.levels.zeroLevel},
-            {"metrics", std::move(metrics)},
-            {"features", std::move(features)},
-            {"dropped", made.list.dropped}};
+    json out = {{"threshold", made.levels.threshold},
+                {"zero_level", made.levels.zeroLevel},
+                {"metrics", std::move(metrics)},
+                {"features", std::move(features)},
+                {"dropped", made.list.dropped}};
+    add_voids(out, made.voids);
+    return out;
 }
 
 std::string features_text(const frame_features& made)
@@ -137,7 +139,7 @@ std::string features_text(const frame_features& made)
     std::string text =
         base::formatted("    threshold %d, zero level %d, ", made.levels.threshold, made.levels.zeroLevel) +
         counted(made.list.features.size(), "feature") + ", " + counted(made.list.dropped, "single sample") +
-        " dropped\n";
+        " dropped\n" + voids_text(made.voids);
     if (made.list.features.empty()) return text;
     std::vector<std::size_t> widths(rows[0].size());
     for (const auto& row : rows)

@@ -1,4 +1,5 @@
 #pragma once
+#include "cli/choice/frame_voids.h"
 #include "platform/draw/geometry.h"
 #include "spectra/figures/feature_levels.h"
 #include "spectra/figures/feature_list.h"
@@ -15,9 +16,10 @@ struct frame_features {
     spectra::feature_axes axes;
     spectra::feature_levels levels;
     spectra::feature_list list;
+    frame_voids voids;
 };
 
-/// "threshold", "zero_level", "metrics", "features" and "dropped".
+/// "threshold", "zero_level", "metrics", "features", "dropped" and what was not measured.
 nlohmann::ordered_json features_json(const frame_features& made);
 /// A table with a feature a line, in columns: lengths in one unit in which the longest reads well, and heights in one
 /// in which the highest rise reads well, with as many digits as tell them apart.

@@ -69,7 +69,8 @@ public:
     }
 
     std::vector<SPMDataStream> streams;
-    std::vector<std::size_t> voids; ///< of each
+    std::vector<std::size_t> voids;     ///< of each
+    std::vector<std::string> voidTexts; ///< which points they are; empty for none
 
 private:
     /// \param voidSamples  gets what was not measured
@@ -97,6 +98,7 @@ private:
             streams.push_back(curves::map_stream(volume, map, next_name(document, streams).c_str(),
                                                  base::formatted("%s%u", title, sub + 1).c_str()));
             voids.push_back(map.voids);
+            voidTexts.push_back(formats::void_ranges_text(map.samples.size(), map.voidRanges));
         };
         put("Rigidity", maps.rigidity);
         put("Adhesion", maps.adhesion);
@@ -128,8 +130,11 @@ force_map_output::written force_map_output::write(CStorageDoc& document, const s
     if (maps.streams.empty()) throw nothing_to_treat("there is no volume of force curves to map");
     const unsigned first = document.getImagesNumber();
     document.AddNewImages(maps.streams.data(), static_cast<unsigned>(maps.streams.size()));
-    for (unsigned i = 0; i < maps.voids.size(); ++i)
-        if (maps.voids[i] != 0) document.setString("\\Void points", std::to_string(maps.voids[i]).c_str(), first + i);
+    for (unsigned i = 0; i < maps.voids.size(); ++i) {
+        if (maps.voids[i] == 0) continue;
+        document.setString("\\Void points", std::to_string(maps.voids[i]).c_str(), first + i);
+        document.setString(formats::voidRangesKey, maps.voidTexts[i].c_str(), first + i);
+    }
     written out{files.save(document, path).native(), {}, maps.voids};
     for (const SPMDataStream& stream : maps.streams) out.titles.emplace_back(stream.get_description());
     return out;

@@ -50,6 +50,7 @@ struct force_map {
     std::vector<std::int16_t> samples;
     VLAxis values; ///< of the samples
     std::size_t voids = 0;
+    std::vector<formats::void_range> voidRanges{}; ///< which points these are, in rising order
 };
 
 struct force_maps {

@@ -64,7 +64,13 @@ force_map make_map(std::span<const double> numbers, const map_scale& scale, cons
     for (const double number : numbers) {
         const bool isMeasured = std::isfinite(number);
         out.samples.push_back(isMeasured ? scale.sample(number) : middle);
-        out.voids += isMeasured ? 0 : 1;
+        if (isMeasured) continue;
+        ++out.voids;
+        const std::uint64_t at = out.samples.size() - 1;
+        if (!out.voidRanges.empty() && out.voidRanges.back().first + out.voidRanges.back().count == at)
+            ++out.voidRanges.back().count;
+        else
+            out.voidRanges.push_back({at, 1});
     }
     return out;
 }

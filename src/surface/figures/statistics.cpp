@@ -3,12 +3,14 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
+#include "primitives/fit/partial_plane.h"
 #include "primitives/fit/plane_moments.h"
 #include "resources/strings.h"
 #include "surface/figures/selection_state.h"
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace vldv::surface {
 
@@ -35,24 +37,47 @@ statistics_row measured_row(std::string_view item)
 
 } // namespace
 
-std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights)
+std::span<const char* const> figure_names() noexcept
+{
+    static constexpr const char* names[] = {"Zmax", "Zmin", "Rmax", "Rq", "Ra", "Rsk", "Rku"};
+    return names;
+}
+
+std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights,
+                                             std::span<const primitives::sample_run> unmeasured)
 {
     std::vector<statistics_row> rows{{{}, 0.0, string_resource(statisticsHeading)}};
-    if (samples.empty() || width <= 0) return rows;
-    const auto [range, plane] = primitives::fit_plane(samples, width);
+    if (samples.empty() || width <= 0 || primitives::count_of(unmeasured) >= samples.size()) return rows;
+    const bool isWhole = unmeasured.empty();
+    const auto [range, plane] =
+        isWhole ? primitives::fit_plane(samples, width) : primitives::fit_partial_plane(samples, width, unmeasured);
     const VLAxis shown = readable_axis(heights, range.minimum, range.maximum);
     const double step = shown.scale, origin = shown.start;
     const std::string units = shown.get_units();
-    const primitives::raw_moments z = primitives::residual_moments(samples, width, plane);
+    const primitives::raw_moments z = isWhole ? primitives::residual_moments(samples, width, plane)
+                                              : primitives::partial_moments(samples, width, plane, unmeasured);
     const double rq = std::sqrt(std::max(z.m2 - z.m1 * z.m1, 0.0));
     const double rsk = rq == 0.0 ? 0.0 : z.m3 / (rq * rq * rq), rku = rq == 0.0 ? 0.0 : z.m4 / (rq * rq * rq * rq);
-    rows.push_back({"Zmax", step * range.maximum + origin, units, true});
-    rows.push_back({"Zmin", step * range.minimum + origin, units, true});
-    rows.push_back({"Rmax", (range.maximum - range.minimum) * step, units, true});
-    rows.push_back({"Rq", rq * step, units, true});
-    rows.push_back({"Ra", z.meanDeviation * step, units, true});
-    rows.push_back({"Rsk", rsk, {}});
-    rows.push_back({"Rku", rku, {}});
+    const double figures[] = {step * range.maximum + origin,
+                              step * range.minimum + origin,
+                              (range.maximum - range.minimum) * step,
+                              rq * step,
+                              z.meanDeviation * step,
+                              rsk,
+                              rku};
+    constexpr std::size_t heightFigures = 5; // the first of them
+    for (std::size_t i = 0; i < std::size(figures); ++i) {
+        const bool isHeight = i < heightFigures;
+        rows.push_back({figure_names()[i], figures[i], isHeight ? units : std::string(), isHeight});
+    }
+    return rows;
+}
+
+std::vector<statistics_row> unmeasured_rows(std::size_t leftOut, std::size_t counted)
+{
+    std::vector<statistics_row> rows;
+    if (leftOut) rows.push_back({"Not measured", static_cast<double>(leftOut), {}});
+    if (counted) rows.push_back({"Not measured, counted", static_cast<double>(counted), {}});
     return rows;
 }
 

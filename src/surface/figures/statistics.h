@@ -1,4 +1,5 @@
 #pragma once
+#include "primitives/map/sample_runs.h"
 #include "vldv_api.h"
 
 #include <cstdint>
@@ -25,9 +26,16 @@ struct statistics_row {
 /// Heights and roughness of a whole frame under their heading: "Zmax", "Zmin" and "Rmax" of the heights as they are,
 /// "Rq", "Ra", "Rsk" and "Rku" of what is left without the best plane, the last two from moments about 0 and without
 /// a subtraction of 3. All heights stand in the unit in which their range reads well.
-/// \param samples  rows of `width`; only the heading for none
+/// \param samples     rows of `width`; only the heading for none
+/// \param unmeasured  samples that do not count, in rising order: the plane is the best one of the others
 VLDV_INTERNAL_API std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width,
-                                                               const VLAxis& heights);
+                                                               const VLAxis& heights,
+                                                               std::span<const primitives::sample_run> unmeasured = {});
+/// The names of its rows behind the heading.
+VLDV_INTERNAL_API std::span<const char* const> figure_names() noexcept;
+/// What the panel says below the figures of samples that were left out of them, and of those that could not be, since
+/// no text of the image tells which they are. No rows for none.
+VLDV_INTERNAL_API std::vector<statistics_row> unmeasured_rows(std::size_t leftOut, std::size_t counted);
 
 /// The same figure in the unit in which it reads well.
 VLDV_INTERNAL_API statistics_row reading_well(statistics_row row);

@@ -1,5 +1,6 @@
 // The view's share of figures: it fetches, calls and shows.
 #include "document/StorageDoc.h"
+#include "document/samples/unmeasured_samples.h"
 #include "surface/figures/measurement_text.h"
 #include "surface/views/SurfMathView.h"
 
@@ -24,7 +25,12 @@ void CSurfMathView::updateStatistics()
     statisticsRows.clear();
     if (const short* const frame = samples()) {
         const std::size_t count = std::size_t{getSourceWidth()} * getSourceHeight();
-        statisticsRows = surface::frame_statistics({frame, count}, static_cast<int>(getSourceWidth()), valueAxis());
+        const document::unmeasured_samples voids(*storageDoc(), imageNumber);
+        const auto leftOut = voids.of(subImageNumber);
+        statisticsRows =
+            surface::frame_statistics({frame, count}, static_cast<int>(getSourceWidth()), valueAxis(), leftOut);
+        for (auto& row : surface::unmeasured_rows(primitives::count_of(leftOut), voids.unplaced()))
+            statisticsRows.push_back(std::move(row));
     }
     Invalidate(true);
 }

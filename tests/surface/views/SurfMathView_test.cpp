@@ -316,6 +316,24 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     EXPECT_NE(copied.find(L"204.5"), std::wstring::npos);
 }
 
+TEST_F(SurfaceTest, StatisticsLeaveOutWhatWasNotMeasured)
+{
+    SPMDataStream stream = slope(); // a plane
+    auto* const samples = static_cast<short*>(stream.array_data());
+    for (const int spoilt : {100, 101, 417}) samples[spoilt] = 0;
+    CSurfMathView& view = open(stream);
+    view.storageDoc()->setString("\\Void points", "3", 0);
+    view.storageDoc()->setString("\\Void samples", "of 800: 100-101 417-417", 0);
+    view.setOption("ShowStatistics", "true");
+    view.flushTimers();
+    RecordingDC dc(view.GetClientRect().Size());
+    view.OnDrawLegend(dc);
+    const std::vector<std::string> texts = texts_of(dc);
+    EXPECT_TRUE(holds(texts, "Rq: 0.0 nm")) << "nothing beside the plane";
+    EXPECT_TRUE(holds(texts, "Not measured: 3"));
+    EXPECT_NE(view.GetClipboardText(true).find(L"Not measured"), std::wstring::npos);
+}
+
 TEST_F(SurfaceTest, ThePanelFollowsEveryMeasurement)
 {
     CSurfMathView& view = open();

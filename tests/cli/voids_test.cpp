@@ -1,0 +1,128 @@
+// What the commands tell of images of which some samples were not measured.
+#include "document/fixtures.h"
+#include "program_fixture.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using json = nlohmann::json;
+
+constexpr const char* head = "# Channel: Height\n# Width: 3 nm\n# Height: 3 nm\n# Value units: nm\n";
+
+class VoidsTest : public ProgramTest {
+protected:
+    /// Four corners of 3 x 3, 0 but one of 4: the best plane leaves 1, -1, -1, 1.
+    void corners() const { write_file(folder / "corners.txt", head + std::string("0 nan 4\nnan nan nan\n0 nan 0\n")); }
+    json image(std::vector<std::string> arguments) const { return filesOf(std::move(arguments)).at(0)["images"][0]; }
+};
+
+TEST_F(VoidsTest, StatisticsLeaveThemOutAndSaySo)
+{
+    corners();
+    const json told = image({"stats", "corners.txt"});
+    EXPECT_EQ(told["not_measured"], 5);
+    EXPECT_EQ(told["not_measured_included"], 0);
+    const double expected[] = {4e-9, 0.0, 4e-9, 1e-9, 1e-9, 0.0, 1.0}; // Zmax, Zmin, Rmax, Rq, Ra, Rsk, Rku
+    ASSERT_EQ(told["rows"].size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_NEAR(told["rows"][i]["value"].get<double>(), expected[i], 1e-12 * (expected[i] == 1.0 ? 1 : 1e-6)) << i;
+    const std::string text = vldv({"stats", "corners.txt"}).out;
+    EXPECT_NE(text.find("    Rq: 1 nm\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("    not measured, left out: 5\n"), std::string::npos) << text;
+
+    ASSERT_EQ(vldv({"convert", "corners.txt", "-o", "corners.spm"}).status, 0);
+    EXPECT_EQ(image({"stats", "corners.spm"}), told) << "a container keeps which they are";
+    write_file(folder / "none.txt", head + std::string("nan nan\nnan nan\n"));
+    const std::string csv = vldv({"stats", "none.txt", "corners.spm", "--csv", "-"}).out;
+    EXPECT_NE(csv.find(",,,,,,,,4,0\n"), std::string::npos) << "no figures of what was not measured at all\n" << csv;
+    EXPECT_TRUE(csv.ends_with(",5,0\n")) << csv;
+}
+
+TEST_F(VoidsTest, HistogramsCountWhatWasMeasured)
+{
+    corners();
+    const json told = image({"histogram", "corners.txt", "--bars", "3"});
+    EXPECT_EQ(told["bins"], json({3, 0, 1}));
+    EXPECT_EQ(told["total"], 4);
+    EXPECT_EQ(told["not_measured"], 5);
+    EXPECT_NE(vldv({"histogram", "corners.txt"}).out.find("    not measured, left out: 5\n"), std::string::npos);
+}
+
+TEST_F(VoidsTest, FeaturesAndTheirLevelsKnowMeasuredHeightsOnly)
+{
+    // 12 samples of 100 and 2 of 300: mean 128.57, (300 + mean) / 2 = 214.29; with ten more of 100 it were 208.33.
+    write_file(folder / "pair.txt", head + std::string("100 100 100 100 100 100\n100 300 300 100 100 100\n"
+                                                       "100 100 nan nan nan nan\nnan nan nan nan nan nan\n"));
+    json told = image({"features", "pair.txt"});
+    EXPECT_EQ(told["threshold"], 214);
+    EXPECT_EQ(told["zero_level"], 100);
+    EXPECT_EQ(told["not_measured"], 10);
+    EXPECT_EQ(told["features"].size(), 1u);
+    EXPECT_EQ(image({"features", "pair.txt", "--rect", "0,2,6,4"})["not_measured"], 0) << "rows are counted from below";
+
+    // Marked samples that hold the highest number, as those of a container may: 2 beside a pair, 2 on their own.
+    writeDocument("marked.spm", [](CStorageDoc& document) {
+        SPMDataStream stream = heights("Topo", {8, 2});
+        std::ranges::copy(std::vector<short>{0, 50, 50, 90, 90, 0, 0, 0, 0, 0, 0, 0, 0, 90, 90, 0},
+                          static_cast<short*>(stream.array_data()));
+        document.AddNewImages(&stream, 1);
+        document.setString("\\Void points", "4", 0);
+        document.setString("\\Void samples", "of 16: 3-4 13-14", 0);
+    });
+    told = image({"features", "marked.spm", "--level", "0.5"});
+    EXPECT_EQ(told["threshold"], 25) << "half of 50";
+    ASSERT_EQ(told["features"].size(), 1u);
+    EXPECT_EQ(told["features"][0]["bounds"], json({1, 0, 3, 1}));
+    EXPECT_NEAR(told["features"][0]["metrics"][7].get<double>(), 50 * 0.01 - 1.0, 1e-12);
+}
+
+TEST_F(VoidsTest, WhatCannotLeaveThemOutSaysThatTheyWentIn)
+{
+    corners();
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"steps", "corners.txt"}, {"fourier", "corners.txt", "--spectrum", "s.spm"}}) {
+        const program_result result = vldv(command);
+        EXPECT_NE(result.out.find("    not measured, but counted: 5\n"), std::string::npos) << result.out << result.err;
+        const json told = image(command);
+        EXPECT_EQ(told["not_measured"], 0) << told;
+        EXPECT_EQ(told["not_measured_included"], 5) << told;
+    }
+    // A container that tells how many and not which.
+    writeDocument("old.spm", [](CStorageDoc& document) {
+        const SPMDataStream stream = heights("Topo", {3, 3});
+        document.AddNewImages(&stream, 1);
+        document.setString("\\Void points", "2", 0);
+    });
+    for (const char* const command : {"stats", "histogram", "features"}) {
+        EXPECT_EQ(image({command, "old.spm"})["not_measured_included"], 2) << command;
+        EXPECT_NE(vldv({command, "old.spm"}).out.find("    not measured, but counted: 2\n"), std::string::npos);
+    }
+    const program_result line = vldv({"isoline", "corners.txt", "--at", "1,1"});
+    EXPECT_EQ(line.status, 1);
+    EXPECT_NE(line.err.find("--at 1,1 was not measured"), std::string::npos) << line.err;
+}
+
+TEST_F(VoidsTest, TrendsOfCurvesLeaveThemOut)
+{
+    const auto curve = [&](const char* name, const std::string& rows) {
+        write_file(folder / name, "Z (nm)\tForce (nN)\n" + rows);
+    };
+    curve("gap.txt", "0\t0\n1\t2\n2\tnan\n3\tnan\n4\t1\n5\t3\n6\tnan\n7\tnan\n");
+    // By hand over i = 0, 1, 4, 5: means 2.5 and 1.5, Sxx 17, Sxy 6, SST 5, SSE 5 - 36 / 17.
+    const json told = filesOf({"curve", "--op", "trend", "gap.txt"}).at(0)["curves"][0];
+    EXPECT_EQ(told["not_measured"], 4);
+    EXPECT_NEAR(told["b"].get<double>(), 6.0 / 17.0, 1e-4) << "within the steps of the samples";
+    EXPECT_NEAR(told["a"].get<double>(), 1.5 - 2.5 * 6.0 / 17.0, 1e-4);
+    EXPECT_NEAR(told["r2"].get<double>(), 36.0 / 17.0 / 5.0, 1e-4);
+    EXPECT_NEAR(told["sd"].get<double>(), std::sqrt((5.0 - 36.0 / 17.0) / 3.0), 1e-4);
+    for (const char* const operation : {"spectrum", "differentiate", "structure"})
+        EXPECT_EQ(filesOf({"curve", "--op", operation, "gap.txt"}).at(0)["curves"][0],
+                  json::parse(R"({"subimage":0,"measured":false,"not_measured":4})"))
+            << operation;
+    EXPECT_NE(vldv({"curve", "--op", "trend", "gap.txt"}).out.find("\n\tnot measured, left out: 4\n"),
+              std::string::npos);
+}
+
+} // namespace
