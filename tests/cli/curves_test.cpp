@@ -181,7 +181,7 @@ TEST_F(CurvesProgram, LinesAcrossCurvesTellGaps)
     EXPECT_EQ(filesOf({"profile", "volume.spm", "--points", "3,1,0;0,1,0"})[0]["curves"][0]["raw"],
               json::array({nullptr, nullptr, 5, 4}));
     EXPECT_EQ(vldv({"curve", "volume.spm", "--op", "trend", "--points", "3,0,0;3,1,0"}).out,
-              "Subimage\tA,nm\tB,nm\tR^2\tSD,nm\n1\tnot measured throughout\n");
+              "Subimage\tA,nm\tB,nm\tR^2\tSD,nm\n1\t-0.97\t0\t1\t0\n\tnot measured, left out: 1\n");
 }
 
 TEST_F(CurvesProgram, ForceTellsEveryFigureOfEachCurve)

@@ -47,16 +47,23 @@ constexpr std::pair<const char*, curves::curve_function> functions[] = {
     {"structure-cyclic", curves::cyclic_structure_function},
 };
 
-/// A curve of which no sample was measured, or with gaps where the line crosses others, has no figures.
-bool is_measured(const section& each, unsigned sub)
+/// Samples of a curve that were not measured.
+std::size_t count_gaps(const section& each, unsigned sub)
 {
-    return !each.profile.curve(sub).empty() && !each.profile.hasGaps(sub);
+    return static_cast<std::size_t>(std::ranges::count(each.profile.gapsOf(sub), true));
 }
+
+bool has_samples(const section& each, unsigned sub) { return count_gaps(each, sub) < each.profile.curve(sub).size(); }
+
+/// What looks at neighbours or pairs of samples has no figures of a curve with gaps.
+bool is_whole(const section& each, unsigned sub) { return has_samples(each, sub) && count_gaps(each, sub) == 0; }
 
 void add_unmeasured(const section& each, unsigned sub, outcome& out)
 {
-    const bool isNone = each.profile.curve(sub).empty();
+    const bool isNone = !has_samples(each, sub);
+    const std::size_t missing = count_gaps(each, sub);
     out.lines.push_back({{"subimage", sub}, {"measured", false}});
+    if (missing != 0) out.lines.back()["not_measured"] = missing;
     out.text += std::to_string(sub + 1) + (isNone ? "\tnot measured\n" : "\tnot measured throughout\n");
 }
 
@@ -67,7 +74,7 @@ outcome calculate(const section& each, curves::curve_function function)
         curves::call_function(each.profile, each.values, each.positions, function, &kernel);
     outcome out;
     for (unsigned k = each.first; k <= each.last; ++k) {
-        if (!is_measured(each, k)) {
+        if (!is_whole(each, k)) {
             add_unmeasured(each, k, out);
             continue;
         }
@@ -88,7 +95,7 @@ outcome transform(const section& each, curves::spectrum_mode mode)
     outcome out;
     curves::curve_spectrum spectrum;
     for (unsigned k = each.first; k <= each.last; ++k) {
-        if (!is_measured(each, k)) {
+        if (!is_whole(each, k)) {
             add_unmeasured(each, k, out);
             continue;
         }
@@ -113,18 +120,21 @@ outcome find_trends(const section& each)
     out.text = "Subimage\tA," + units + "\tB," + units + "\tR^2\tSD," + units + '\n';
     constexpr int digits = 12;
     for (unsigned k = each.first; k <= each.last; ++k) {
-        if (!is_measured(each, k)) {
+        if (!has_samples(each, k)) {
             add_unmeasured(each, k, out);
             continue;
         }
-        const curves::trend_line trend = curves::fit_trend(each.profile.curve(k), each.values);
+        const std::size_t missing = count_gaps(each, k);
+        const curves::trend_line trend = curves::fit_trend(each.profile.curve(k), each.values, each.profile.gapsOf(k));
         out.lines.push_back({{"subimage", k},
                              {"units", units},
                              {"a", trend.line.A},
                              {"b", trend.line.B},
                              {"r2", trend.r2},
-                             {"sd", trend.sd}});
+                             {"sd", trend.sd},
+                             {"not_measured", missing}});
         out.text += std::to_string(k + 1) + '\t' + row_of({trend.line.A, trend.line.B, trend.r2, trend.sd}, digits);
+        if (missing != 0) out.text += base::formatted("\tnot measured, left out: %zu\n", missing);
     }
     return out;
 }

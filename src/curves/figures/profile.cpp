@@ -99,19 +99,31 @@ public:
     {
         const auto count = static_cast<std::size_t>(line.count - first);
         const double stepX = line.step(0), stepY = line.step(1);
-        const float weight = 1.0f / static_cast<float>(2 * halfWidth + 1);
+        const std::int64_t lines = 2 * halfWidth + 1;
+        const float weight = 1.0f / static_cast<float>(lines);
         std::vector<float> sums(count * image.subImages);
+        std::vector<std::int64_t> missing(voids.empty() ? 0 : sums.size()); // that were not measured, of each mean
         for (std::int64_t across = -halfWidth; across <= halfWidth; ++across)
             for (std::size_t i = 0; i < count; ++i) {
                 const double along = static_cast<double>(first) + static_cast<double>(i);
                 const double offset = static_cast<double>(across);
                 const std::int64_t x = inside(along * stepX - offset * stepY + line.from[0], image.lengths[0]);
                 const std::int64_t y = inside(along * stepY + offset * stepX + line.from[1], image.lengths[1]);
+                const std::int64_t index = y * image.lengths[0] + x;
                 for (std::size_t k = 0; k < image.subImages; ++k)
-                    sums[k * count + i] += static_cast<float>(sample(y * image.lengths[0] + x, k)) * weight;
+                    if (!voids.empty() && isVoid(index, k))
+                        ++missing[k * count + i];
+                    else
+                        sums[k * count + i] += static_cast<float>(sample(index, k)) * weight;
             }
         for (std::size_t k = 0; k < image.subImages; ++k)
-            for (std::size_t i = 0; i < count; ++i) out.samples[k * out.length + at + i] = nearest(sums[k * count + i]);
+            for (std::size_t i = 0; i < count; ++i) {
+                const std::size_t to = k * out.length + at + i, from = k * count + i;
+                if (!missing.empty() && missing[from] != 0)
+                    putPartial(to, sums[from] / weight, lines - missing[from]);
+                else
+                    out.samples[to] = nearest(sums[from]);
+            }
         at += count;
     }
 
@@ -128,6 +140,12 @@ private:
     std::int16_t sample(std::int64_t index, std::size_t sub) const noexcept
     {
         return samples[index + static_cast<std::int64_t>(sub) * image.subLength];
+    }
+    /// The mean of what was measured across the line; a gap where nothing was.
+    void putPartial(std::size_t at, float sum, std::int64_t measured)
+    {
+        if (measured == 0) out.gaps[at] = true;
+        out.samples[at] = measured == 0 ? std::int16_t{0} : nearest(sum / static_cast<float>(measured));
     }
     void put(std::int64_t index, std::size_t at)
     {
@@ -171,14 +189,6 @@ void read_samples(profile_reader reader, const grid& image, const std::vector<gr
         else
             reader.readLine(line, first, at);
     }
-}
-
-bool is_along_curve(const std::vector<grid_point>& points)
-{
-    const auto isOnFirst = [&](const grid_point& each) {
-        return std::equal(each.begin() + 1, each.end(), points.front().begin() + 1);
-    };
-    return std::ranges::all_of(points, isOnFirst);
 }
 
 /// Samples of a line that runs along one curve to larger indices, in each sub-image; none for other lines.
@@ -246,18 +256,17 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     const SPMDataStream& shorts = stream.array_type() == SPM_ARRAY_INT16 ? stream : converted;
     out.values = shorts.values;
     out.curves = image.subImages;
-    out.areBridged = ends.empty() && is_along_curve(points);
     if (!ends.empty() || !voids.empty()) out.gaps.assign(count, false);
     read_samples({shorts, image, ends, voids, out}, image, points, halfWidth, out);
     if (std::ranges::find(out.gaps, true) == out.gaps.end()) out.gaps.clear();
 }
 
-bool profile::hasGaps(unsigned index) const
+std::vector<bool> profile::gapsOf(unsigned index) const
 {
-    if (areBridged) return false;
-    for (std::size_t at = 0; at < lengthOf(index); ++at)
-        if (!isMeasured(index, at)) return true;
-    return false;
+    if (gaps.empty()) return {};
+    const auto begin = gaps.begin() + static_cast<std::ptrdiff_t>(std::size_t{index} * length);
+    const auto end = begin + static_cast<std::ptrdiff_t>(lengthOf(index));
+    return std::find(begin, end, true) == end ? std::vector<bool>() : std::vector<bool>(begin, end);
 }
 
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,

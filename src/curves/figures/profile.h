@@ -35,7 +35,6 @@ struct VLDV_INTERNAL_API profile {
     /// Which samples were not measured, or lie behind the ends of curves that the line crosses, curve by curve; empty
     /// without any.
     std::vector<bool> gaps;
-    bool areBridged = false; ///< gaps hold numbers between their neighbours on the line
     /// Meaning of the samples: of the image, or of its conversion to 16 bits.
     VLAxesContainer values;
 
@@ -50,8 +49,8 @@ struct VLDV_INTERNAL_API profile {
     {
         return gaps.empty() || !gaps[std::size_t{index} * length + at];
     }
-    /// Whether there are gaps without numbers to compute with.
-    bool hasGaps(unsigned index) const;
+    /// Which samples of a curve were not measured, one entry for each; empty when all were.
+    std::vector<bool> gapsOf(unsigned index) const;
     /// All curves with their padding.
     std::span<const std::int16_t> all() const noexcept { return {samples.data(), std::size_t{curves} * length}; }
     /// The dimension whose axes give the positions.
@@ -66,10 +65,10 @@ struct VLDV_INTERNAL_API profile {
 /// 3 of them is taken from its first sample to its last, and `points` says so afterwards. The nearest sample counts,
 /// nothing is interpolated.
 /// \param halfWidth  in images of two dimensions each sample is the mean of so many on either side, across the line,
-/// and of itself; beyond the edge the last sample repeats
+/// and of itself; beyond the edge the last sample repeats, and samples that were not measured do not count
 /// \param told  the image's text of curve lengths, or null: a line along one curve ends where that does, what lies
 /// behind the ends of others is a gap
-/// \param toldVoids  the image's text of samples of curves that were not measured, or null
+/// \param toldVoids  the image's text of samples that were not measured, or null
 /// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
 VLDV_INTERNAL_API void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth,
                                     profile& out, const char* told = nullptr, const char* toldVoids = nullptr);

@@ -31,4 +31,54 @@ trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values)
     return fit_trend(physical_values(curve, values));
 }
 
+namespace {
+
+/// Places and values of what was measured.
+struct measured_values {
+    std::vector<double> x, y;
+};
+
+double mean_of(const std::vector<double>& numbers)
+{
+    double excess = 0.0;
+    for (const double each : numbers) excess += each - numbers[0];
+    return numbers[0] + excess / static_cast<double>(numbers.size());
+}
+
+trend_line fit_places(const measured_values& of)
+{
+    trend_line out;
+    const double meanX = mean_of(of.x), meanY = mean_of(of.y);
+    double xx = 0.0, xy = 0.0, total = 0.0, rest = 0.0;
+    for (std::size_t i = 0; i < of.x.size(); ++i) {
+        xx += (of.x[i] - meanX) * (of.x[i] - meanX);
+        xy += (of.x[i] - meanX) * (of.y[i] - meanY);
+        total += (of.y[i] - meanY) * (of.y[i] - meanY);
+    }
+    out.line.B = xx > 0.0 ? xy / xx : 0.0;
+    out.line.A = meanY - out.line.B * meanX;
+    for (std::size_t i = 0; i < of.x.size(); ++i) {
+        const double missed = of.y[i] - out.line.A - of.x[i] * out.line.B;
+        rest += missed * missed;
+    }
+    if (total != 0.0) out.r2 = 1.0 - rest / total;
+    if (of.x.size() > 1 && rest > 0.0) out.sd = std::sqrt(rest / (static_cast<double>(of.x.size()) - 1.0));
+    return out;
+}
+
+} // namespace
+
+trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values, const std::vector<bool>& gaps)
+{
+    const std::vector<double> all = physical_values(curve, values);
+    if (gaps.empty()) return fit_trend(all);
+    measured_values kept;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (gaps[i]) continue;
+        kept.x.push_back(static_cast<double>(i));
+        kept.y.push_back(all[i]);
+    }
+    return kept.x.empty() ? trend_line() : fit_places(kept);
+}
+
 } // namespace vldv::curves

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 class VLAxis;
 
@@ -17,5 +18,9 @@ struct trend_line {
 };
 VLDV_INTERNAL_API trend_line fit_trend(std::span<const double> y);
 VLDV_INTERNAL_API trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values);
+/// The line through the samples that `gaps` does not mark, by least squares; all stay where they stand.
+/// \param gaps  one entry a sample, or empty; must leave one
+VLDV_INTERNAL_API trend_line fit_trend(std::span<const std::int16_t> curve, const VLAxis& values,
+                                       const std::vector<bool>& gaps);
 
 } // namespace vldv::curves

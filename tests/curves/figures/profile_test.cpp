@@ -93,12 +93,26 @@ TEST(Profile, TellsWhatWasNotMeasured)
         EXPECT_FALSE(measured(0, isAcross ? 0 : 3));
         EXPECT_TRUE(measured(0, isAcross ? 1 : 2));
         EXPECT_EQ(measured(1, isAcross ? 1 : 3), !isAcross);
-        EXPECT_EQ(out.hasGaps(0), isAcross) << "along a curve there are numbers to go on with";
+        EXPECT_EQ(out.gapsOf(0),
+                  isAcross ? std::vector<bool>({true, false}) : std::vector<bool>({false, false, false, true, true}));
         for (const char* other : {"of 21: 3-4", "of 20: 3-20", "of 20: 4-3", "of 20: 5-6 3-4", "3-4"}) {
             curves::take_profile(volume, line, 0, out, nullptr, other);
             EXPECT_TRUE(out.gaps.empty()) << other;
         }
     }
+}
+
+TEST(Profile, MeansAcrossALineLeaveOutWhatWasNotMeasured)
+{
+    SPMDataStream surface = heights("Topo", {3, 3});
+    auto* const samples = static_cast<short*>(surface.array_data());
+    std::ranges::copy(std::vector<short>{1, -900, 3, 10, -900, -900, 34, -900, 8}, samples);
+    points line = {{0, 1}, {2, 1}};
+    profile out;
+    curves::take_profile(surface, line, 1, out, nullptr, "of 9: 1-1 4-5 7-7");
+    EXPECT_EQ(out.gapsOf(0), (std::vector<bool>{false, true, false}));
+    EXPECT_EQ(out.samples[0], 15) << "(1 + 10 + 34) / 3";
+    EXPECT_EQ(out.samples[2], 6) << "(3 + 8) / 2, halves to even";
 }
 
 TEST(Profile, AcrossCurvesHasGapsBehindTheirEnds)
@@ -122,7 +136,7 @@ TEST(Profile, AcrossCurvesHasGapsBehindTheirEnds)
         ASSERT_EQ(row.measured.size(), out.curves * out.length);
         for (std::size_t i = 0; i < row.measured.size(); ++i)
             EXPECT_EQ(out.isMeasured(static_cast<unsigned>(i / out.length), i % out.length), row.measured[i] == 1) << i;
-        EXPECT_TRUE(out.hasGaps(1));
+        EXPECT_FALSE(out.gapsOf(1).empty());
         const std::string table = curves::section_text(out, line, 3, VLAxis(), VLAxis(), 1, 1);
         EXPECT_NE(table.find("\tnan\n"), std::string::npos) << table;
     }
