@@ -181,8 +181,9 @@ std::string remarks(const CStorageDoc& document, unsigned image)
     constexpr std::size_t mostNames = 4;
     const SPMDataStream& stream = document.getImage(image);
     std::vector<std::string> parts, names, others;
-    for (const smart_string& name : stream.subimage_names()) names.emplace_back(name.c_str());
     const unsigned subs = document.getSubImagesNumber(image);
+    for (const smart_string& name : stream.subimage_names())
+        if (names.size() < subs) names.emplace_back(name.c_str());
     if (!names.empty() && names.size() <= mostNames)
         parts.push_back(joined(names, ", "));
     else if (subs > 1)

@@ -53,6 +53,7 @@ private:
         tellOfMissing(place, stream);
         target.moveIn(stream);
         const unsigned image = target.getImagesNumber() - 1;
+        tellOfNames(image);
         for (const auto& [key, text] : described.strings) target.setString(key.c_str(), text.c_str(), image);
         return {};
     }
@@ -64,6 +65,16 @@ private:
         if (place.entry.bytes == wanted || stream.get_dimensions_number() == 0) return;
         warn("stream \"" + std::string(stream.get_name()) + "\": its dimensions ask for " + std::to_string(wanted) +
              " bytes of samples, " + std::to_string(place.entry.bytes) + " are there; the rest counts as 0");
+    }
+
+    /// Samples that end where a sub-image does look whole: only the names tell that there were more.
+    void tellOfNames(unsigned image)
+    {
+        const SPMDataStream& stream = target.getImage(image);
+        const std::size_t named = stream.subimage_names().size(), held = target.getSubImagesNumber(image);
+        if (stream.get_dimensions_number() != 0 && named > held)
+            warn("stream \"" + std::string(stream.get_name()) + "\": " + std::to_string(named) +
+                 " sub-images are named, the samples of " + std::to_string(held) + " are there");
     }
 
     void tellOfDamaged()

@@ -16,7 +16,7 @@ struct spmx_reading {
 /// Reads a native container into `target`. An image whose samples are damaged or missing is left out; when none is
 /// whole the container is refused.
 /// \param warnings  is told of images that are left out, and of streams whose samples do not fill their dimensions:
-/// what is missing there counts as 0. So is the text `formats::readerNote`
+/// what is missing there counts as 0, or hold fewer sub-images than they name. So is the text `formats::readerNote`
 spmx_reading read_spmx(formats::source& file, VLFileReader& target, std::vector<std::string>& warnings);
 
 } // namespace vldv::document

@@ -57,18 +57,29 @@ TEST_F(ContainerTest, MissingPartsHaveDefaults)
 
 TEST_F(ContainerTest, SamplesThatDoNotFillTheirShapeAreTold)
 {
-    const std::string description = description_of(
-        stream_of("", "\t\t<dimension length=\"3\">\n\t\t</dimension>\n\t\t<data content=\"int16\" ref=\"a\"/>\n"));
+    const std::string name = "\t\t<subimage>N</subimage>\n";
+    const auto with_names = [&](std::size_t names) {
+        std::string all;
+        for (std::size_t i = 0; i < names; ++i) all += name;
+        return description_of(stream_of(
+            "", all + "\t\t<dimension length=\"3\">\n\t\t</dimension>\n\t\t<data content=\"int16\" ref=\"a\"/>\n"));
+    };
     const struct {
-        std::size_t bytes;
+        std::size_t names, bytes;
         const char* note;
-    } rows[] = {{6, ""},
-                {12, ""},
-                {5, "6 bytes of samples, 5 are there"},
-                {0, "6 bytes of samples, 0 are there"},
-                {7, "12 bytes of samples, 7 are there"}};
+    } rows[] = {{0, 6, ""},
+                {0, 12, ""},
+                {2, 12, ""},
+                {1, 12, ""},
+                {2, 6, "2 sub-images are named, the samples of 1 are there"},
+                {3, 12, "3 sub-images are named, the samples of 2 are there"},
+                {0, 5, "6 bytes of samples, 5 are there"},
+                {0, 0, "6 bytes of samples, 0 are there"},
+                {0, 7, "12 bytes of samples, 7 are there"}};
     for (const auto& row : rows) {
-        archive_writer(folder / "a.spm").add("main.xml", description).add("a.raw", std::string(row.bytes, '\1'));
+        archive_writer(folder / "a.spm")
+            .add("main.xml", with_names(row.names))
+            .add("a.raw", std::string(row.bytes, '\1'));
         CStorageDoc read;
         ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str())) << row.bytes;
         const std::string told = read.getReadWarnings().empty() ? "" : read.getReadWarnings()[0];
