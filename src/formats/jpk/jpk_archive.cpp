@@ -35,10 +35,9 @@ std::optional<std::uint64_t> take_number(std::string_view& path)
 {
     const std::size_t slash = path.find('/');
     if (slash == std::string_view::npos) return std::nullopt;
-    const auto number = base::whole_integer(path.substr(0, slash));
-    if (!number || *number < 0) return std::nullopt;
-    path.remove_prefix(slash + 1);
-    return static_cast<std::uint64_t>(*number);
+    const auto number = stated_count(path.substr(0, slash));
+    if (number) path.remove_prefix(slash + 1);
+    return number;
 }
 
 std::optional<segment_place> place_of(std::string_view path)
@@ -197,6 +196,24 @@ void add_place(jpk_archive& archive, std::uint64_t number, const std::string& se
     archive.places += std::to_string(number) + ": " + base::general(*x) + " " + base::general(*y) + "\n";
 }
 
+/// One of which nothing can be read keeps the place between the others.
+jpk_segment empty_segment(const std::string& folder)
+{
+    return {folder, std::make_shared<const std::vector<jpk_channel>>(), {}};
+}
+
+/// Segments are numbered through: those that are missing before `index` leave their places empty.
+/// \param folder  of the segment with that number
+void add_lost_segments(jpk_archive& archive, jpk_curve& curve, std::uint64_t index, const std::string& folder)
+{
+    const std::string parent = folder.substr(0, folder.find("segments/"));
+    for (std::uint64_t lost = curve.segments.size(); lost < index; ++lost) {
+        const std::string own = parent + "segments/" + std::to_string(lost) + "/";
+        archive.lostHeaders.add(own + std::string(segmentHeader) + " is missing");
+        curve.segments.push_back(empty_segment(own));
+    }
+}
+
 } // namespace
 
 std::uint64_t jpk_grid::place(std::uint64_t number) const noexcept
@@ -232,10 +249,12 @@ base::read_result<jpk_archive> open_jpk_archive(source& file, double share)
             return base::read_error{0, "reading was cancelled"};
         jpk_curve curve{number, {}};
         for (const auto& [index, folder] : segments) {
+            add_lost_segments(archive, curve, std::min<std::uint64_t>(index, curve.segments.size() + segments.size()),
+                              folder);
             const auto header = unpack_text(archive.zip, folder + std::string(segmentHeader));
             if (!header) {
                 archive.lostHeaders.add(header.error().reason);
-                curve.segments.push_back({folder, std::make_shared<const std::vector<jpk_channel>>(), {}});
+                curve.segments.push_back(empty_segment(folder));
                 continue;
             }
             curve.segments.push_back(reader.read(folder, *header));

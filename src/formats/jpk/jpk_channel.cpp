@@ -75,12 +75,6 @@ private:
     std::string prefix;
 };
 
-/// True when numbers can be converted with it, and back.
-bool is_usable(const value_scale& scale) noexcept
-{
-    return std::isfinite(scale.step) && scale.step != 0.0 && std::isfinite(scale.offset);
-}
-
 /// Follows the slots from `name` down to the base. \return the scale of numbers in the base slot; nothing when no
 /// conversion is defined or when they never lead there, which `problem` then tells, or are not described or have no
 /// usable numbers, which `damaged` is told of
@@ -177,6 +171,11 @@ jpk_channel read_channel(const jpk_properties& header, const std::string& name)
 }
 
 } // namespace
+
+bool is_usable(const value_scale& scale) noexcept
+{
+    return std::isfinite(scale.step) && scale.step != 0.0 && std::isfinite(scale.offset);
+}
 
 value_scale jpk_channel::of_raw(const value_scale& slot) const
 {

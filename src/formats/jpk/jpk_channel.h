@@ -29,6 +29,9 @@ struct jpk_channel {
     bool same_slots(const jpk_channel& other) const noexcept;
 };
 
+/// True when numbers can be converted with it, and back.
+bool is_usable(const value_scale& scale) noexcept;
+
 /// The channels of a segment; references in `header` are resolved already.
 std::vector<jpk_channel> read_jpk_channels(const jpk_properties& header);
 

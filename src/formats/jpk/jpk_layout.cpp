@@ -98,7 +98,8 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
 {
     std::vector<jpk_channel_parts> all;
     std::map<std::string, std::size_t> byName;
-    std::map<std::string, std::string> absent; // why a channel may hold nothing
+    std::map<std::string, std::string> absent;   // why a channel may hold nothing
+    std::map<std::string, counted_problem> gaps; // segments whose member of a channel is lost
     for (std::size_t c = 0; c < archive.curves.size(); ++c)
         for (std::size_t s = 0; s < archive.curves[c].segments.size(); ++s) {
             const jpk_segment& segment = archive.curves[c].segments[s];
@@ -107,6 +108,8 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
                 if (!channel.damagedSlots.empty()) problems.conversions.emplace(channel.name, channel.damagedSlots);
                 const std::uint64_t points = jpk_points(archive, segment, channel);
                 if (points == 0) absent.emplace(channel.name, absence(archive, segment, channel));
+                if (points == 0 && channel.problem.empty() && !channel.isComputed)
+                    gaps[channel.name].add(segment.folder + ": " + absence(archive, segment, channel));
                 if (points == 0 || !channel.problem.empty()) continue;
                 const auto [found, isNew] = byName.emplace(channel.name, all.size());
                 if (isNew) {
@@ -123,6 +126,8 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
         }
     for (const auto& [name, part] : problems.parts)
         if (!byName.contains(name)) problems.leftOut.emplace(name, part.first);
+    for (const auto& [name, gap] : gaps)
+        if (byName.contains(name)) problems.parts[name].add(gap);
     for (const auto& [name, reason] : absent)
         if (!byName.contains(name)) problems.leftOut.emplace(name, reason);
     std::erase_if(all, [&](jpk_channel_parts& parts) {

@@ -1,6 +1,7 @@
 #include "formats/jpk/jpk_plane.h"
 
 #include "base/text.h"
+#include "formats/jpk/jpk_channel.h"
 #include "formats/jpk/jpk_image.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/text/text_units.h"
@@ -53,11 +54,6 @@ constexpr shown_text shownNumbers[] = {{0x8011, "Spring constant"}, {0x8031, "I 
                                        {0x8033, "Setpoint"},        {0x8044, "Rotation"}, {0x8049, "\\Scan rate"}};
 
 constexpr unsigned maxSlots = 100;
-
-bool is_usable(const value_scale& scale) noexcept
-{
-    return std::isfinite(scale.step) && scale.step != 0.0 && std::isfinite(scale.offset);
-}
 
 /// Calibrations of a channel, the one to show first, usable or not; raw numbers when it has no scaling.
 std::vector<value_scale> read_calibrations(const tiff_directory& directory)

@@ -236,6 +236,17 @@ TEST(Jpk, AMemberThatCannotBeReadCostsItsPart)
             << "as long as the longest";
         EXPECT_NE(notes_of(result).find("1 is, the first: " + member), std::string::npos) << notes_of(result);
     }
+    for (const std::string& member : {file, header}) { // not there at all: the retract stays the second segment
+        members lost = single_curve();
+        lost.erase(member);
+        const auto result = read(stored_zip(lost));
+        ASSERT_TRUE(result) << member << result.error().reason;
+        const recorded_image* image = find_image(*result, "vDeflection");
+        EXPECT_EQ(image->strings.at("\\Void points"), "2") << "as long as the retract, which is left";
+        EXPECT_STREQ(image->stream.subimage_names().at(1).c_str(), "Retract");
+        const std::string told = member == file ? "segments/0/: its member is missing" : header + " is missing";
+        EXPECT_NE(notes_of(result).find("1 is, the first: " + told), std::string::npos) << notes_of(result);
+    }
     members odd = single_curve(), bare = single_curve();
     odd[file] = "odd";
     EXPECT_NE(notes_of(read(stored_zip(odd))).find("no multiple"), std::string::npos);
