@@ -126,6 +126,10 @@ base::read_result<recording> read_binary(source& file)
         return base::read_error{missing.first().offset,
                                 missing.first().reason + ", and its line ends were changed in a text transfer"};
     const bool hasForce = header->count(nanoscope_list::force_image) != 0;
+    const bool hasLostImage = !hasForce && missing.empty() && !images.empty() &&
+                              std::ranges::all_of(images, [&](const nanoscope_image& image) {
+                                  return bytesLeft >= image.samples() * image.sampleBytes && image.doubt.empty();
+                              });
     if (images.empty() && !hasForce) return missing.empty() ? no_image_error(*header) : missing.first();
     auto result = record_images(file, *header, std::move(images), [&](const image_group& group, const std::string& id) {
         return load_group(file, group, id);
@@ -135,6 +139,9 @@ base::read_result<recording> read_binary(source& file)
         if (auto problem = add_nanoscope_force(file, *header, bytesLeft, missing, *result)) return std::move(*problem);
     if (result->items.empty() && !missing.empty()) return missing.first();
     missing.tell(*result);
+    if (hasLostImage)
+        add_warning(*result,
+                    std::to_string(bytesLeft) + " bytes of samples belong to no image list: an image may be lost");
     return result;
 }
 

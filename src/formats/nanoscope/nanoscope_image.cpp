@@ -210,6 +210,11 @@ std::string place_nanoscope_image(const nanoscope_header& header, std::uint64_t 
     if (offers.empty()) return "Samps/line or Number of lines is missing, 0 or above 65536";
     if (!choose_shape(offers, *length, expected, image))
         return "Samps/line times Number of lines does not fit Data length " + std::to_string(*length);
+    const std::uint64_t bytes = image.samples() * image.sampleBytes;
+    if (bytes != *length)
+        image.doubt = "Samps/line times Number of lines, " + std::to_string(image.width) + " x " +
+                      std::to_string(image.height) + ", takes " + std::to_string(bytes) +
+                      " bytes, Data length states " + std::to_string(*length);
     image.offset = *offset;
     set_axes(header, image);
     return {};

@@ -21,6 +21,7 @@ struct nanoscope_image {
     VLAxis x, y;
     value_scale scale;
     std::optional<value_scale> volts; ///< before the sensitivity
+    std::string doubt;                ///< of its shape, for people; mostly empty
 
     std::uint64_t samples() const noexcept { return std::uint64_t{width} * height; }
 };

@@ -30,7 +30,10 @@ std::vector<image_group> group_directions(std::vector<nanoscope_image> images)
 
 void finish_image(const nanoscope_header& header, const image_group& group, recorded_image& image)
 {
-    for (const nanoscope_image& part : group) add_section_strings(image.strings, *part.section);
+    for (const nanoscope_image& part : group) {
+        add_section_strings(image.strings, *part.section);
+        if (!part.doubt.empty()) image.notes.push_back(part.doubt);
+    }
     if (std::string doubt = nanoscope_sensitivity_doubt(header, *group.front().section); !doubt.empty())
         image.notes.push_back(std::move(doubt));
     add_shared_strings(image.strings, header);

@@ -20,13 +20,14 @@ class number_reader {
 public:
     explicit number_reader(std::string_view text_) noexcept : text(text_) {}
 
+    bool isAtEnd() const noexcept { return text.find_first_not_of(blanks) == std::string_view::npos; }
+
     /// More cannot be there, since each takes a digit and a blank.
     std::size_t most_numbers() const noexcept { return (text.size() + 1) / 2; }
 
     /// False at the end and at what is no whole number.
     bool next(double& value) noexcept
     {
-        constexpr std::string_view blanks(" \t\r\n\x1A\0", 6);
         text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
         std::int32_t number = 0;
         const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -37,6 +38,8 @@ public:
     }
 
 private:
+    static constexpr std::string_view blanks{" \t\r\n\x1A\0", 6};
+
     std::string_view text;
 };
 
@@ -90,7 +93,10 @@ base::read_result<recording> read_nanoscope_text(source& file)
     auto result = record_images(file, header, std::move(images), [&](const image_group& group, const std::string& id) {
         return base::read_result<recorded_image>(load_group(group, id, samples));
     });
-    if (result) missing.tell(*result);
+    if (!result) return result;
+    if (missing.empty() && !numbers.isAtEnd())
+        add_warning(*result, "more numbers stand behind the last image than Samps/line and Number of lines ask for");
+    missing.tell(*result);
     return result;
 }
 

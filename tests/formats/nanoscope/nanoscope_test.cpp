@@ -177,6 +177,26 @@ TEST(Nanoscope, TheTextVariantGivesTheSameAsTheBinaryOne)
     EXPECT_EQ(told(result), told(binary));
 }
 
+TEST(Nanoscope, TellsOfSamplesThatNoImageTakes)
+{
+    file_parts longer;
+    longer.images = {height_part(samples16(heights) + samples16({1, 2, 3, 4}))}; // 4 x 2 of 12 samples
+    EXPECT_THAT(image_at(read(build(longer)), 0).notes,
+                testing::ElementsAre("Samps/line times Number of lines, 4 x 2, takes 16 bytes, Data length states 24"));
+    file_parts lost;
+    lost.images = {height_part(samples16(heights)), height_part(samples16(otherHeights), "Retrace")};
+    EXPECT_TRUE(read(build(lost))->warnings.empty());
+    lost.images[1].list = "\\*Ciao imxge list";
+    EXPECT_THAT(read(build(lost))->warnings,
+                testing::ElementsAre("16 bytes of samples belong to no image list: an image may be lost"));
+    file_parts text = longer;
+    text.magic = "?*File list";
+    text.images[0].samples.clear();
+    const std::string header = build(text).substr(0, 4096), numbers = "1 2 3 4 5 6 7 8 ";
+    EXPECT_TRUE(read(header + numbers)->warnings.empty());
+    EXPECT_EQ(read(header + numbers + "9 ")->warnings.size(), 1u);
+}
+
 TEST(Nanoscope, Version2HasOneSquareImage)
 {
     std::string file = "Data_File_Type 7\r\nnum_samp = 2\r\nscan_sz = 300\r\nz_scale = 8192\r\nscan_rate = 8.6\r\n"
