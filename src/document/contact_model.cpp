@@ -41,6 +41,13 @@ double adhesion_force(const contact& pair) noexcept
     return pair.hamaker * pair.tipRadius / (6.0 * pair.contactDistance * pair.contactDistance);
 }
 
+double contact_stiffness(const contact& pair, double load) noexcept
+{
+    const double root = std::sqrt(pair.tipRadius), pressing = load + adhesion_force(pair);
+    const double indentation = std::pow(0.75 * pressing / (pair.modulus * root), 2.0 / 3.0);
+    return 2.0 * pair.modulus * root * std::sqrt(indentation);
+}
+
 double snap_in_position(const contact& pair) noexcept { return cantilever_position(pair, snap_in_separation(pair)); }
 
 double snap_off_position(const contact& pair) noexcept { return cantilever_position(pair, pair.contactDistance); }

@@ -20,6 +20,10 @@ double contact_force(const contact& pair, double d) noexcept;
 /// The force that separates the surfaces: HR/(6 a0²), which is 2πRw with the work of adhesion w = H/(12π a0²).
 double adhesion_force(const contact& pair) noexcept;
 
+/// The gradient of the repulsion under a load, 2 E* √(R δ) in N/m, with the δ at which contact_force is the load; not
+/// below -adhesion. In series with the spring it is the slope of a force curve in contact, k kc / (k + kc).
+double contact_stiffness(const contact& pair, double load) noexcept;
+
 /// The position of the unbent cantilever above the surface, nm, at which the probe jumps into contact when it comes
 /// nearer: where the gradient of the attraction, HR/(3 d³), exceeds the spring.
 double snap_in_position(const contact& pair) noexcept;

@@ -313,4 +313,72 @@ TEST_F(CurvesProgram, ForceWritesTheMapsOfAVolume)
     for (const char* name : {"both-known.spm", "both-again.spm"}) EXPECT_TRUE(std::filesystem::exists(folder / name));
 }
 
+/// A sphere of 20 nm on a half space, forces in nN and lengths in nm: Hertz on top of a constant adhesion.
+struct model_contact {
+    double modulus, hamaker, spring = 1.0; // GPa, nN nm, N/m
+    double adhesion() const { return hamaker * 20.0 / (6.0 * 0.165 * 0.165); }
+    double pressed(double indentation) const
+    {
+        return 4.0 / 3.0 * modulus * std::sqrt(20.0) * std::pow(indentation, 1.5);
+    }
+    double stiffness(double load) const // of the contact alone
+    {
+        return 2.0 * modulus * std::sqrt(20.0) * std::cbrt(0.75 * (load + adhesion()) / (modulus * std::sqrt(20.0)));
+    }
+    /// Of the probe on the sample, with the cantilever at z.
+    double force(double z) const
+    {
+        double shallow = 0.0, deep = 200.0; // z falls while the indentation grows
+        for (int i = 0; i < 100; ++i) {
+            const double middle = 0.5 * (shallow + deep);
+            (0.165 - middle - (pressed(middle) - adhesion()) / spring > z ? shallow : deep) = middle;
+        }
+        return pressed(shallow) - adhesion();
+    }
+    /// Of the line through its forces at samples `first` to `last`, a nm.
+    double slope(int first, int last, double start, double step) const
+    {
+        const double mean = 0.5 * (first + last);
+        double squares = 0.0, products = 0.0;
+        for (int i = first; i <= last; ++i) {
+            squares += (i - mean) * (i - mean);
+            products += (i - mean) * force(start + step * i);
+        }
+        return products / squares / step;
+    }
+};
+
+TEST_F(CurvesProgram, TheBundledForceVolumeGivesWhatItWasMadeWith)
+{
+    examples();
+    const json volume = filesOf({"force", "ex/force-volume.spm"}).at(0);
+    const json read = info({"ex/force-volume.spm"})["files"][0];
+    const json& z = read["images"][0]["dimensions"][0]["axes"][0];
+    const double start = z["start"], step = z["scale"], noise = 0.05;
+    std::istringstream heights(vldv({"dump", "ex/force-volume.spm", "--image", "1", "--physical"}).out);
+    std::vector<double> height(256);
+    for (double& each : height) heights >> each;
+    const model_contact matrix{0.5, 0.08}, particle{5.0, 0.04};
+    ASSERT_EQ(volume["curves"].size(), 512u);
+    for (const json& curve : volume["curves"]) {
+        const bool isRetract = curve["subimage"] == 1;
+        const bool isParticle = height[curve["y"].get<std::size_t>() * 16 + curve["x"].get<std::size_t>()] > 0.0;
+        const model_contact& contact = isParticle ? particle : matrix;
+        ASSERT_TRUE(curve["slope"].is_number()) << curve;
+        ASSERT_TRUE(curve["fmin"].is_number()) << curve;
+        const int first = curve["slant_first"], last = curve["slant_last"];
+        const double deviation = noise / (step * std::sqrt(std::pow(last - first + 1, 3) / 12.0));
+        EXPECT_NEAR(curve["slope"].get<double>(), contact.slope(first, last, start, step), 6.0 * deviation) << curve;
+        EXPECT_GT(last - first, 80) << "40 nm of contact";
+        if (!isRetract) continue;
+        // The last sample before the jump off lies within a step of it.
+        EXPECT_LT(-curve["fmin"].get<double>(), contact.adhesion() + 5.0 * noise) << curve;
+        EXPECT_GT(-curve["fmin"].get<double>(), contact.adhesion() - contact.spring * step - 5.0 * noise) << curve;
+    }
+    const std::string stated = read["strings"]["Contact stiffness"];
+    EXPECT_NEAR(std::stod(stated), matrix.stiffness(25.0), 1e-6) << stated;
+    EXPECT_NEAR(std::stod(stated.substr(stated.find("particles ") + 10)), particle.stiffness(25.0), 1e-6) << stated;
+    EXPECT_EQ(read["strings"]["Spring constant"], "1 N/m");
+}
+
 } // namespace

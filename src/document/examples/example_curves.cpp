@@ -92,8 +92,11 @@ example make_force_volume()
 {
     constexpr unsigned points = 256;
     constexpr square area{16, 1000.0, "nm"};
-    constexpr double noise = 0.03; // nN
-    const contact matrix{20.0, 0.5, 0.1, 0.165, 0.5}, inParticle{20.0, 5.0, 0.04, 0.165, 0.5};
+    constexpr double noise = 0.05, statedLoad = 25.0; // nN
+    // A spring so stiff that the steps in contact stand out beside the jump off, as the analysis measures steps by
+    // their spread: they are k z' = 0.45 nN a sample, the jump of 10 nN over the five samples that are smoothed makes
+    // 0.27.
+    const contact matrix{20.0, 0.5, 0.08, 0.165, 1.0}, inParticle{20.0, 5.0, 0.04, 0.165, 1.0};
     const VLAxis z(-60.0, 0.5, "nm");
     example result = empty_example("force-volume.spm", "Force volume",
                                    "force curves over stiff particles in a softer, stickier matrix; heights count from "
@@ -102,6 +105,10 @@ example make_force_volume()
     result.content.strings["Reduced modulus"] = with_unit(matrix.modulus, "GPa, particles 5 GPa");
     result.content.strings["Adhesion force"] =
         with_unit(adhesion_force(matrix), "nN, particles ") + with_unit(adhesion_force(inParticle), "nN");
+    result.content.strings["Contact stiffness"] = with_unit(contact_stiffness(matrix, statedLoad), "N/m, particles ") +
+                                                  with_unit(contact_stiffness(inParticle, statedLoad), "N/m") +
+                                                  ", at a load of " + with_unit(statedLoad, "nN");
+    result.content.strings["Noise (rms)"] = with_unit(noise, "nN");
 
     random_numbers random(6);
     std::vector<double> forces, heights;
