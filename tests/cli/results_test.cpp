@@ -104,4 +104,27 @@ TEST_F(ResultsTest, WhyNothingIsWrittenIsTrue)
     EXPECT_NE(shut.err.find("shut.spm\" exists and cannot be read"), std::string::npos) << shut.err;
 }
 
+TEST_F(ResultsTest, ADamagedContainerIsNeverTakenForTheSame)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    ASSERT_EQ(vldv({"convert", "m.txt", "--to", "m.spm"}).status, 0);
+    const std::string whole = file_content(folder / "m.spm");
+    std::string flipped = whole; // in the data of the first entry, behind its local header of 30 bytes and two texts
+    const auto length = [&](std::size_t at) {
+        return static_cast<unsigned char>(whole[at]) + 256u * static_cast<unsigned char>(whole[at + 1]);
+    };
+    flipped[30 + length(26) + length(28) + 3] ^= 0x55;
+    for (const std::string& there : {flipped, whole.substr(0, whole.size() / 2), std::string("words"), std::string()}) {
+        write_file(folder / "m.spm", there);
+        const program_result kept = vldv({"convert", "m.txt", "--to", "m.spm"});
+        EXPECT_EQ(kept.status, 1) << there.size();
+        EXPECT_NE(kept.err.find("m.spm\" exists and is damaged or no container; --force replaces it"),
+                  std::string::npos)
+            << kept.err;
+        EXPECT_EQ(file_content(folder / "m.spm"), there) << "left for whoever can save something of it";
+        EXPECT_EQ(vldv({"convert", "m.txt", "--to", "m.spm", "--force"}).status, 0);
+        EXPECT_EQ(vldv({"dump", "m.spm"}).out, smallMatrixRaw) << there.size();
+    }
+}
+
 } // namespace

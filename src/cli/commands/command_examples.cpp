@@ -29,7 +29,7 @@ void write(document::example each, const fs::path& path, bool replaces, session&
     const std::string shown = path_line(path.native());
     if (!document.addRecording(each.content)) return call.report(platform::to_wide(path), document.getReadError());
     const existing_file there = replaces ? existing_file::none : look_for_existing(path, document);
-    if (there == existing_file::other || there == existing_file::unreadable) {
+    if (there != existing_file::none && there != existing_file::same) {
         std::cerr << shown << ": stays as it is: it " << what_is(there) << "; --force replaces it\n";
         return;
     }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
+#include <vector>
 
 namespace vldv::cli {
 
@@ -31,18 +32,33 @@ private:
     std::ofstream out;
 };
 
-bool hold_the_same(formats::source& a, formats::source& b)
+/// Whether each entry unpacks to what its checksum says.
+bool is_whole(const formats::zip_reader& archive)
 {
-    const auto first = formats::zip_reader::open(a), second = formats::zip_reader::open(b);
-    return first && second && std::ranges::equal(first->all(), second->all(), [](const auto& x, const auto& y) {
-               return x.first == y.first && x.second.bytes == y.second.bytes && x.second.checksum == y.second.checksum;
-           });
+    std::vector<std::byte> content;
+    return std::ranges::all_of(archive.all(), [&](const auto& each) {
+        content.resize(static_cast<std::size_t>(each.second.bytes));
+        return archive.unpack(each.second, content).empty();
+    });
+}
+
+existing_file compare(formats::source& there, formats::source& made)
+{
+    const auto first = formats::zip_reader::open(there), second = formats::zip_reader::open(made);
+    if (!first || first->all().empty()) return existing_file::damaged; // an empty file counts as an empty archive
+    const bool isAlike =
+        second && std::ranges::equal(first->all(), second->all(), [](const auto& x, const auto& y) {
+            return x.first == y.first && x.second.bytes == y.second.bytes && x.second.checksum == y.second.checksum;
+        });
+    if (!isAlike) return existing_file::other;
+    return is_whole(*first) ? existing_file::same : existing_file::damaged;
 }
 
 } // namespace
 
 const char* what_is(existing_file found) noexcept
 {
+    if (found == existing_file::damaged) return "is damaged or no container";
     return found == existing_file::unreadable ? "cannot be read, so that nobody knows what it holds"
                                               : "holds something else";
 }
@@ -59,7 +75,7 @@ existing_file look_for_existing(const std::filesystem::path& path, CStorageDoc& 
     document.Serialize(made);
     std::ifstream fresh(made.stored(), std::ios::binary);
     document::stream_source found(in, platform::to_wide(path)), expected(fresh, {});
-    return hold_the_same(found, expected) ? existing_file::same : existing_file::other;
+    return compare(found, expected);
 }
 
 } // namespace vldv::cli
