@@ -1,5 +1,7 @@
 // vldv: the library for scripts and batches.
 #include "cli/choice/nearest_name.h"
+#include "cli/choice/path_words.h"
+#include "cli/choice/usage_text.h"
 #include "cli/commands.h"
 #include "cli/output/failure_text.h"
 #include "cli/output/terminal.h"
@@ -78,8 +80,12 @@ try {
     if (count > 1 && is_refused(app, arguments[1])) return cli::badUsage;
     for (CLI::App* const each : app.get_subcommands({})) {
         each->preparse_callback([each](std::size_t) { cli::set_operation(each->get_name()); });
+        cli::understand_paths(*each);
         refuse_empty_words(*each);
     }
+    app.failure_message([](const CLI::App* parsed, const CLI::Error& problem) {
+        return cli::visible_lines(cli::usage_text(*parsed, problem));
+    });
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& problem) {

@@ -1,6 +1,8 @@
 // vldv options as a module author meets it.
 #include "program_fixture.h"
 
+#include <cstdlib>
+
 namespace {
 
 using json = nlohmann::json;
@@ -130,6 +132,53 @@ TEST_F(ProgramTest, ATableComesFromStandardInput)
     const program_result piped = run_vldv(folder.path, {"options", "-"}, {}, folder / "t.txt");
     EXPECT_EQ(piped.status, 0) << piped.err;
     EXPECT_EQ(piped.out, vldv({"options", "t.txt"}).out);
+}
+
+TEST_F(ProgramTest, WrongCallsNameTheOptionAndTheNearestOne)
+{
+    const struct {
+        std::vector<std::string> call;
+        const char* told;
+    } cases[] = {
+        {{"stats", "--jsn", "x"}, "vldv stats has no option --jsn; the nearest is --json\nRun vldv stats --help"},
+        {{"histogram", "--bar=7", "x"}, "vldv histogram has no option --bar; the nearest is --bars\n"},
+        {{"stats", "--unheard-of", "x"}, "vldv stats has no option --unheard-of\n"},
+        {{"stats"}, "vldv stats needs a file or more\n"},
+        {{"isoline", "--at", "1,1"}, "vldv isoline needs a file\n"},
+        {{"isoline", "a", "b", "--at", "1,1"}, "vldv isoline takes no further word: \"b\"\n"},
+        {{"render", "x"}, "vldv render needs --output\n"},
+        {{"histogram", "x", "--bars"}, "vldv histogram: --bars needs a value\n"},
+        {{"stats", "x", "--sub", "0", "--sub", "1"}, "vldv stats: --sub may be given once only\n"},
+        {{"fourier", "x", "--zero-inner", "--scale", "2"},
+         "vldv fourier takes one of --zero-inner, --zero-outer, --scale, not several\n"},
+        {{"fourier", "x"}, "vldv fourier: one of -o and --spectrum is needed, or both\n"},
+        {{"curve", "x", "--op", "trend", "--mode", "max"},
+         "vldv curve: --mode: expected power or magnitude, not \"max\"\n"},
+        {{}, "vldv needs a sub-command\nRun vldv --help"},
+    };
+    for (const auto& [call, told] : cases) {
+        const program_result result = vldv(call);
+        EXPECT_EQ(result.status, 2) << told;
+        EXPECT_TRUE(result.err.starts_with(told)) << result.err << "instead of\n" << told;
+    }
+}
+
+TEST_F(ProgramTest, ResultsGoToTheHomeFolderAndToStandardOutputByName)
+{
+    write_file(folder / "m.txt", smallMatrix);
+    const std::string home = std::getenv("HOME") ? std::getenv("HOME") : "";
+    std::filesystem::create_directories(folder / "home");
+    setenv("HOME", (folder / "home").c_str(), 1);
+    const program_result converted = vldv({"convert", "m.txt", "--to=~/c"});
+    const program_result table = vldv({"stats", "m.txt", "--csv=~/t.csv"});
+    setenv("HOME", home.c_str(), 1);
+    EXPECT_EQ(converted.status, 0) << converted.err;
+    EXPECT_TRUE(std::filesystem::exists(folder / "home/c/m.txt.spm"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "~"));
+    EXPECT_EQ(table.status, 0) << table.err;
+    EXPECT_EQ(file_content(folder / "home/t.csv"), vldv({"stats", "m.txt", "--csv", "-"}).out);
+    EXPECT_EQ(vldv({"stats", "m.txt", "--csv", "/dev/stdout"}).out, file_content(folder / "home/t.csv"));
+    EXPECT_EQ(vldv({"stats", "m.txt", "--json", "--csv=/dev/stdout"}).status, 2) << "two texts on one output";
 }
 
 } // namespace

@@ -197,7 +197,7 @@ std::string is_finite(const std::string& text) { return parse_finite(text) ? "" 
 void check(const fourier_options& options)
 {
     if (options.output.empty() && options.spectrum.empty())
-        throw CLI::ValidationError("fourier", "needs -o, --spectrum or both");
+        throw CLI::ValidationError("fourier", "one of -o and --spectrum is needed, or both");
     if (options.edit.has_value() != !options.rects.empty())
         throw CLI::ValidationError("fourier", "--rect goes with one of --zero-inner, --zero-outer and --scale");
     if (!options.output.empty() && !options.edit) throw CLI::ValidationError("fourier", "-o needs --rect and an edit");
