@@ -116,8 +116,8 @@ TEST(Bcr, WhatCannotBeIsRefusedWithItsReason)
                                  {bcr_header("bcrstm", "headersize = 9999\n") + shorts, "headersize"},
                                  {bcr_header("bcrstm", "headersize = -1\n") + shorts, "headersize"},
                                  {bcr_header("bcrstm", "headersize = 20x8\n") + shorts, "headersize is no number"},
-                                 {damaged("xpixels = 2x"), "xpixels or ypixels is missing, no number"},
-                                 {damaged("xlength = 17x7404"), "xlength is nan"},
+                                 {damaged("xpixels = 2x"), "xpixels or ypixels is missing, no whole number"},
+                                 {damaged("xlength = 17x7404"), "xlength is \"17x7404\""},
                                  {bcr_header("bcrstm", "forcecurve = 1\n") + shorts, "force curves"},
                                  {"fileformat = bcrstm\nxpixels = 2\n" + std::string(2048, ' '), "ypixels"},
                              });
@@ -190,6 +190,12 @@ TEST(Opd, WhatGivesNoScaleIsNamed)
     }
     for (const opd_piece& zero : {opd_piece{"Mult", 6, le16(0)}, opd_piece{"Wavelength", 7, le_float(0)}})
         expect_refused(read_opd, {{opd_file({zero, heights, wavelength, mult}), zero.name + " is 0"}});
+}
+
+TEST(Opd, TellsOfABlockThatHoldsMoreThanItsArray)
+{
+    const auto result = read(read_opd, opd_file({{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2) + le16(3))}}));
+    EXPECT_EQ(image_at(result, 0).notes.at(0), "columns times rows take 4 bytes of the 6 that are there");
 }
 
 TEST(Opd, WhatCannotBeIsRefusedWithItsReason)

@@ -33,14 +33,13 @@ double number_of(const attributes& found, const char* key)
 
 int index_of(const attributes& found, const char* key)
 {
-    const auto number = base::whole_integer(text_of(found, key));
-    return number && *number >= 0 && *number < 1000000 ? static_cast<int>(*number) : -1;
+    const auto number = stated_count(text_of(found, key), 999'999);
+    return number ? static_cast<int>(*number) : -1;
 }
 
 std::uint64_t count_of(const attributes& found, const char* key)
 {
-    const auto number = base::whole_integer(text_of(found, key));
-    return number && *number >= 0 ? static_cast<std::uint64_t>(*number) : 0;
+    return stated_count(text_of(found, key)).value_or(0);
 }
 
 class index_parser : public VLXMLParser {

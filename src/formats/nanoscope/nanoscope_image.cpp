@@ -37,7 +37,8 @@ std::vector<double> leading_numbers(const std::string* text, std::string* rest =
 
 std::uint64_t count_or_zero(double number) noexcept
 {
-    return number >= 1.0 && number <= static_cast<double>(maxSide) ? static_cast<std::uint64_t>(number) : 0;
+    const bool isCount = number >= 1.0 && number <= static_cast<double>(maxSide) && number == std::floor(number);
+    return isCount ? static_cast<std::uint64_t>(number) : 0;
 }
 
 shape shape_of(const std::string* samplesPerLine, const std::string* lines, std::uint64_t otherRows)

@@ -1,6 +1,7 @@
 #include "formats/nid/nid_channel.h"
 
 #include "base/text.h"
+#include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/text/text_units.h"
 
@@ -77,7 +78,8 @@ std::string read_storage(const nid_section& section, nid_channel& channel)
 std::string read_scale(const nid_section& section, nid_channel& channel)
 {
     for (const char* key : {"Dim2Range", "Dim2Min"})
-        if (section.find(key) && !section.number(key)) return std::string(key) + " is no number";
+        if (section.find(key) && !section.number(key))
+            return std::string(key) + ", \"" + section.text(key) + "\", is no number";
     const nid_range values = nid_dimension(section, "Dim2");
     if (!std::isfinite(values.range) || !std::isfinite(values.start)) return "Dim2Range or Dim2Min is not finite";
     if (section.text("Dim2Range").empty()) return {}; // no range: raw numbers without units
@@ -184,6 +186,8 @@ base::read_result<std::vector<nid_channel>> find_nid_channels(const nid_header& 
     }
     if (channels.empty()) return missing.empty() ? base::read_error{0, "no channel is listed"} : missing.first();
     if (isCut) return channels;
+    if (const std::string surplus = told_surplus("Points times Lines of all channels", total, room); !surplus.empty())
+        missing.add({header.dataStart, surplus});
     for (nid_channel& channel : channels) channel.offset += room - total; // samples end with the file
     return channels;
 }

@@ -35,8 +35,8 @@ base::read_result<std::vector<nid_line>> lines_of(const nid_channel& channel)
         if (!split || split->first >= channel.lines) continue;
         nid_line& line = lines[split->first];
         if (split->second == "Points") {
-            const auto count = base::whole_integer(value);
-            if (!count || *count < 0 || *count > channel.points)
+            const auto count = stated_count(value, channel.points);
+            if (!count)
                 return base::read_error{channel.offset,
                                         "section [" + channel.sectionName + "]: " + key + " is not from 0 to Points"};
             line.points = static_cast<unsigned>(*count);

@@ -40,9 +40,8 @@ std::optional<double> nid_section::number(std::string_view key) const
 std::optional<unsigned> nid_section::count(std::string_view key) const
 {
     const std::string* value = find(key);
-    const auto number = value ? base::whole_integer(*value) : std::nullopt;
-    if (!number || *number < 0 || *number > std::numeric_limits<unsigned>::max()) return std::nullopt;
-    return static_cast<unsigned>(*number);
+    const auto number = value ? stated_count(*value, std::numeric_limits<unsigned>::max()) : std::nullopt;
+    return number ? std::optional(static_cast<unsigned>(*number)) : std::nullopt;
 }
 
 const nid_section* nid_header::find(std::string_view name) const

@@ -144,6 +144,9 @@ private:
             if (points->raw.size() < points->stated)
                 note(channel, "cut short: " + std::to_string(points->raw.size()) + " of " +
                                   std::to_string(points->stated) + " curves");
+            else if (points->stated != 0 && points->raw.size() > points->stated)
+                note(channel, "n_curves states " + std::to_string(points->stated) + " curves, there are " +
+                                  std::to_string(points->raw.size()));
             parts.push_back(std::move(*points));
         }
         if (parts.empty()) return;

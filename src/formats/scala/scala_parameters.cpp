@@ -112,8 +112,7 @@ scala_channel read_channel(const parameter_block& block, bool isSpectroscopy)
     channel.direction = parse_direction(lines.text());
     read_scales(lines, channel);
     if (isSpectroscopy) {
-        const auto points = base::whole_integer(lines.text());
-        channel.points = points && *points > 0 && *points <= 0xFFFFFF ? static_cast<unsigned>(*points) : 0;
+        channel.points = static_cast<unsigned>(stated_count(lines.text(), 0xFFFFFF).value_or(0));
         channel.start = lines.number_or_zero();
         channel.end = lines.number_or_zero();
         channel.increment = lines.number_or_zero();
@@ -129,7 +128,8 @@ unsigned count_of(const scala_parameters& parameters, const char* key)
 {
     const auto found = parameters.values.find(key);
     const auto number = found == parameters.values.end() ? std::nullopt : stated_number(found->second);
-    return number && std::fabs(*number) < 1e6 ? static_cast<unsigned>(std::fabs(*number)) : 0;
+    const bool isCount = number && std::fabs(*number) < 1e6 && *number == std::floor(*number);
+    return isCount ? static_cast<unsigned>(std::fabs(*number)) : 0;
 }
 
 /// NaN for a text that is no number.

@@ -4,6 +4,7 @@
 #include "formats/scala/scala_data.h"
 #include "formats/shared/curve_group.h"
 #include "formats/shared/header_text.h"
+#include "formats/shared/stated_number.h"
 #include "formats/text/text_lines.h"
 #include "formats/text/text_numbers.h"
 
@@ -25,8 +26,7 @@ void read_stated_count(std::string_view line, scala_points& points)
     line = base::trimmed(line.substr(std::min(line.find_first_not_of(';'), line.size())));
     const std::size_t colon = line.find(':');
     if (!line.starts_with(key) || colon == std::string_view::npos) return;
-    const auto count = base::whole_integer(line.substr(colon + 1));
-    if (count && *count > 0) points.stated = static_cast<std::size_t>(*count);
+    points.stated = static_cast<std::size_t>(stated_count(line.substr(colon + 1)).value_or(points.stated));
 }
 
 base::read_result<scala_points> parse_curves(const std::string& text)

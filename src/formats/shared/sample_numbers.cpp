@@ -96,4 +96,10 @@ bool holds_numbers(std::uint64_t size, std::uint64_t offset, std::uint64_t count
     return offset <= size && numberBytes != 0 && count <= (size - offset) / numberBytes;
 }
 
+std::string told_surplus(const std::string& counts, std::uint64_t taken, std::uint64_t there)
+{
+    if (taken >= there) return {};
+    return counts + " take " + std::to_string(taken) + " bytes of the " + std::to_string(there) + " that are there";
+}
+
 } // namespace vldv::formats

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace vldv::formats {
@@ -24,5 +25,9 @@ bool read_numbers(source& file, std::uint64_t offset, std::uint64_t count, SPMVa
 
 /// True when `count` numbers of `numberBytes` stand from `offset` on in `size` bytes. No sum or product wraps round.
 bool holds_numbers(std::uint64_t size, std::uint64_t offset, std::uint64_t count, std::uint64_t numberBytes) noexcept;
+
+/// "columns times rows take 8 bytes of the 10 that are there", since one of the counts may be damaged; empty when the
+/// samples take all. \param counts  the header's fields that the samples follow from
+std::string told_surplus(const std::string& counts, std::uint64_t taken, std::uint64_t there);
 
 } // namespace vldv::formats

@@ -22,9 +22,12 @@ VLAxis stated_side(double start, double length, unsigned points, const std::stri
     return {start, length < 0.0 ? sideBelowZero : length / points, units.c_str()};
 }
 
-void note_length(recorded_image& image, const std::string& field, double length)
+void note_length(recorded_image& image, const std::string& field, double length, const std::string& text)
 {
-    if (!is_finite(length) || length <= 0.0) image.notes.push_back(field + " is " + base::general(length));
+    if (std::isnan(length) && !text.empty())
+        image.notes.push_back(field + " is \"" + text + "\"");
+    else if (!is_finite(length) || length <= 0.0)
+        image.notes.push_back(field + " is " + base::general(length));
 }
 
 void name_axis_fields(recorded_image& image, std::initializer_list<axis_fields> dimensions)

@@ -25,7 +25,8 @@ inline constexpr double sideBelowZero = -std::numeric_limits<double>::denorm_min
 /// finished recording holds: its scale is 0, or `sideBelowZero`.
 VLAxis stated_side(double start, double length, unsigned points, const std::string& units);
 /// Names the header's field of a length that is not above 0 or no number, for the reason why the image is left out.
-void note_length(recorded_image& image, const std::string& field, double length);
+/// \param text  of the field, for one that is no number
+void note_length(recorded_image& image, const std::string& field, double length, const std::string& text = {});
 
 /// Magnitudes that no place and no value of any unit has.
 constexpr double absurdMagnitude = 1e30;

@@ -195,8 +195,9 @@ base::read_result<recording> read_bcr(source& file)
     if (header.number("forcecurve", 0) == 1)
         return refuse("force curves of this format (forcecurve = 1) are not known");
     const double columns = header.number("xpixels", 0), rows = header.number("ypixels", 0);
-    if (!(columns >= 1 && columns <= 65536 && rows >= 1 && rows <= 65536))
-        return refuse("xpixels or ypixels is missing, no number, 0 or above 65536");
+    const auto isSide = [](double count) { return count >= 1 && count <= 65536 && count == std::floor(count); };
+    if (!isSide(columns) || !isSide(rows))
+        return refuse("xpixels or ypixels is missing, no whole number, 0 or above 65536");
     const auto width = static_cast<unsigned>(columns), height = static_cast<unsigned>(rows);
     const SPMVarArrayType type = layout->kind.isFloat ? SPM_ARRAY_FLOAT32 : SPM_ARRAY_INT16;
     if (!holds_numbers(file.size(), layout->dataAt, std::uint64_t{width} * height, element_size(type)))
@@ -212,7 +213,7 @@ base::read_result<recording> read_bcr(source& file)
                             {height, lateral(header, "ylength", "yoffset", "yunit", height)}};
     recorded_image image = make_samples("Topography", "Topography", sides, 1, scale, type);
     for (const char* length : {"xlength", "ylength"})
-        if (!header.text(length).empty()) note_length(image, length, header.number(length, 0.0));
+        if (!header.text(length).empty()) note_length(image, length, header.number(length, 0.0), header.text(length));
     const std::uint64_t behind = file.size() - layout->dataAt - std::uint64_t{width} * height * element_size(type);
     if (behind != 0)
         image.notes.push_back(std::to_string(behind) + " bytes behind xpixels times ypixels samples are not read");

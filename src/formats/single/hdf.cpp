@@ -183,6 +183,8 @@ base::read_result<recording> read_hdf(source& file)
     const auto bytes = std::as_writable_bytes(elements_of<std::int16_t>(image));
     if (!file.read(samples->offset, bytes)) return base::read_error{samples->offset, "image data cannot be read"};
     to_native(bytes, 2, byte_order::little);
+    if (std::string surplus = told_surplus("columns times rows", bytes.size(), samples->length); !surplus.empty())
+        image.notes.push_back(std::move(surplus));
     name_axis_fields(image, {{"the width in the header", "the left side in the header"},
                              {"the height in the header", "the lower side in the header"}});
     image.strings.merge(std::map(header->strings));

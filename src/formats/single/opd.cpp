@@ -197,6 +197,9 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
     if (pixel) note_length(image, "Pixel_size", *pixel);
     note_length(image, "Aspect", aspect);
     if (pixel && !values.number("Aspect")) image.notes.emplace_back("no Aspect in the file: points count as square");
+    if (std::string surplus = told_surplus("columns times rows", stored.size(), block.length - sizeof head);
+        !surplus.empty())
+        image.notes.push_back(std::move(surplus));
     if (isHeight) note_scale(image, values, bytes == 4);
     if (bytes == 4) {
         fill_rows<float>(image, stored, columns, rows);

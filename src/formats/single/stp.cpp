@@ -15,6 +15,11 @@ namespace {
 constexpr std::string_view dataMark = "\r\nData_section  \r\n";
 constexpr std::uint64_t longestHeader = 16u << 20;
 
+std::uint64_t end_of(const stp_buffer& buffer, std::uint64_t offset) noexcept
+{
+    return offset + std::uint64_t{2} * buffer.columns * buffer.rows;
+}
+
 /// Where each buffer's samples stand: one after another. From the first on that the file does not hold all buffers are
 /// taken out of the header.
 std::vector<std::uint64_t> place_buffers(stp_header& header, std::uint64_t start, std::uint64_t fileSize,
@@ -90,6 +95,10 @@ base::read_result<recording> read_stp(source& file)
     recording result;
     result.strings = header->strings;
     missing.tell(result);
+    const std::uint64_t start = offsets.front(), end = end_of(header->buffers.back(), offsets.back());
+    if (const std::string surplus = told_surplus("samples_x times samples_y", end - start, file.size() - start);
+        missing.empty() && !surplus.empty())
+        add_warning(result, surplus);
     std::vector<std::string> ids;
     const auto groups = join_buffers(*header);
     for (std::size_t i = 0; i < groups.size(); ++i) {

@@ -36,7 +36,7 @@ std::optional<double> number_of(const line_table& lines, const char* key)
 unsigned count_of(const line_table& lines, const char* key)
 {
     const double number = number_of(lines, key).value_or(0.0);
-    return number >= 1.0 && number <= 1e6 ? static_cast<unsigned>(number) : 0;
+    return number >= 1.0 && number <= 1e6 && number == std::floor(number) ? static_cast<unsigned>(number) : 0;
 }
 
 /// The lines before the first "buffer_id", then those of each buffer. A key that comes again keeps its first value.

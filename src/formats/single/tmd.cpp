@@ -45,6 +45,9 @@ base::read_result<recording> read_tmd(source& file)
                                         {1.0, 0.0, "\u00B5m", "the unit that TrueMap files are in"}, SPM_ARRAY_FLOAT32);
     note_length(image, "the width in the header", width);
     note_length(image, "the height in the header", height);
+    const std::uint64_t bytes = std::uint64_t{4} * columns * rows;
+    if (std::string surplus = told_surplus("columns times rows", bytes, file.size() - headerBytes); !surplus.empty())
+        image.notes.push_back(std::move(surplus));
     const auto heights = elements_of<float>(image);
     for (unsigned row = 0; row < rows; ++row) { // the top row stands first
         const auto line = heights.subspan(std::size_t{rows - 1 - row} * columns, columns);

@@ -92,12 +92,27 @@ void turn_rows(recorded_image& image, unsigned width)
                      samples.begin() + static_cast<std::ptrdiff_t>(at + width));
 }
 
+/// Why there is no count in a field of this text.
+std::string no_count(const std::string& text)
+{
+    return text.empty() ? " is missing" : ", \"" + text + "\", is no number from 1 to 65536";
+}
+
+/// Pi stands for half a turn.
+void note_unit(recorded_image& image, const std::string& field, const quantity& stated, const std::string& text)
+{
+    if (std::isfinite(stated.value) && !text.empty() && stated.units != "Pi" && !is_known_unit(stated.units))
+        image.notes.push_back("the unit of " + field + ", \"" + text + "\", is not known");
+}
+
 base::read_result<recording> read_image(source& file, const wsxm_header& header)
 {
     const auto refuse = [&](const std::string& reason) { return base::read_error{header.end, reason}; };
     const auto columns = static_cast<unsigned>(header.count("General Info", "Number of columns", 65536));
     const auto rows = static_cast<unsigned>(header.count("General Info", "Number of rows", 65536));
-    if (columns == 0 || rows == 0) return refuse("Number of columns or Number of rows is missing, 0 or above 65536");
+    for (const char* count : {"Number of columns", "Number of rows"})
+        if (header.count("General Info", count, 65536) == 0)
+            return refuse(count + no_count(header.value("General Info", count)));
     const std::string& typeName = header.value("General Info", "Image Data Type");
     const SPMVarArrayType type = element_type(typeName);
     if (type == SPM_ARRAY_VOID) return refuse("Image Data Type \"" + typeName + "\" is not known");
@@ -128,7 +143,15 @@ base::read_result<recording> read_image(source& file, const wsxm_header& header)
         turn_rows<double>(image, columns);
     }
     for (const char* side : {"X Amplitude", "Y Amplitude"})
-        if (const auto size = header.measure("Control", side)) note_length(image, side, size->value);
+        if (const auto size = header.measure("Control", side)) {
+            note_length(image, side, size->value, header.value("Control", side));
+            note_unit(image, side, *size, header.value("Control", side));
+        }
+    note_unit(image, "Z Amplitude", amplitude, header.value("General Info", "Z Amplitude"));
+    const std::string surplus = told_surplus("Number of columns times Number of rows, " + std::to_string(columns) +
+                                                 " x " + std::to_string(rows) + ",",
+                                             bytes.size(), file.size() - header.end);
+    if (!surplus.empty()) image.notes.push_back(surplus);
     if (type != SPM_ARRAY_INT16 && std::isnan(amplitude.value))
         image.notes.emplace_back("Z Amplitude is no number with a unit: values have none");
     settle_samples(image);
@@ -138,8 +161,8 @@ base::read_result<recording> read_image(source& file, const wsxm_header& header)
     return result;
 }
 
-/// Numbers between blanks. \return false when there are fewer than `out` holds
-bool parse_numbers(std::string_view text, std::span<double> out)
+/// Takes numbers between blanks. \return false when there are fewer than `out` holds
+bool parse_numbers(std::string_view& text, std::span<double> out)
 {
     for (double& value : out) {
         const auto number = stated_number(text, &text);
@@ -178,7 +201,8 @@ base::read_result<recording> read_curves(source& file, const wsxm_header& header
     std::string text(static_cast<std::size_t>(bytes), '\0');
     if (!file.read(header.end, std::as_writable_bytes(std::span(text)))) return refuse("samples cannot be read");
     std::vector<double> numbers(static_cast<std::size_t>(points * lines * 2));
-    if (!parse_numbers(text, numbers)) return refuse("fewer numbers than Number of points and Number of lines tell");
+    std::string_view rest = text;
+    if (!parse_numbers(rest, numbers)) return refuse("fewer numbers than Number of points and Number of lines tell");
 
     std::vector<named_curve> x(static_cast<std::size_t>(lines)), y = x;
     for (std::size_t line = 0; line < lines; ++line) {
@@ -205,6 +229,12 @@ base::read_result<recording> read_curves(source& file, const wsxm_header& header
     }
     recorded_image image = make_curve_group(unique_id(yLabel, ids), yLabel, axis.value_or(VLAxis()), yScale, y);
     if (!axis) image.stream.set_parameter_stream(parameter.c_str());
+    if (!base::trimmed(rest).empty())
+        image.notes.push_back("more numbers than Number of points, " + std::to_string(points) +
+                              ", and Number of lines, " + std::to_string(lines) + ", ask for");
+    for (const char* unit : {"X axis unit", "Y axis unit"})
+        if (const std::string& stated = header.value(section, unit); !stated.empty() && !is_known_unit(stated))
+            image.notes.push_back(std::string(unit) + ", \"" + stated + "\", is not known");
     add_strings(header, image.strings);
     result.items.emplace_back(std::move(image));
     return result;

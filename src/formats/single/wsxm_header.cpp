@@ -18,9 +18,7 @@ const std::string& wsxm_header::value(const std::string& section, const std::str
 
 std::uint64_t wsxm_header::count(const std::string& section, const std::string& label, std::uint64_t most) const
 {
-    const auto number = base::whole_integer(value(section, label));
-    return number && *number > 0 && static_cast<std::uint64_t>(*number) <= most ? static_cast<std::uint64_t>(*number)
-                                                                                : 0;
+    return stated_count(value(section, label), most).value_or(0);
 }
 
 std::optional<quantity> wsxm_header::measure(const std::string& section, const std::string& label) const

@@ -4,6 +4,8 @@
 #include "formats/shared/file_group.h"
 #include "formats/shared/finish_recording.h"
 #include "formats/shared/fixed_text.h"
+#include "formats/shared/left_out.h"
+#include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/sur/sur_object.h"
 #include "formats/sur/sur_samples.h"
@@ -187,6 +189,8 @@ base::read_result<formats::recording> sur_reader(formats::source& file)
         if (!image) return refuse(image.error());
         result.items.emplace_back(std::move(*image));
     }
+    if (const std::string surplus = told_surplus("the objects", offset, file.size()); !surplus.empty())
+        add_warning(result, surplus);
     if (result.items.size() < stated)
         return refuse({offset, "cut short: " + std::to_string(result.items.size()) + " of " + std::to_string(stated) +
                                    " objects"});

@@ -61,6 +61,7 @@ constexpr std::string_view wholes[] = {"\xC2\xB0",
                                        "dB",
                                        "a.u.",
                                        "arb",
+                                       "arb. units",
                                        "\xC2\xB0"
                                        "C",
                                        "min",

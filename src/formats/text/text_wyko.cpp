@@ -25,7 +25,7 @@ std::optional<double> number_of(const header_lines& lines, std::string_view key)
 std::size_t count_of(const header_lines& lines, std::string_view key)
 {
     const double number = number_of(lines, key).value_or(0.0);
-    return number >= 1.0 && number <= 1e9 ? static_cast<std::size_t>(number) : 0;
+    return number >= 1.0 && number <= 1e9 && number == std::floor(number) ? static_cast<std::size_t>(number) : 0;
 }
 
 /// The text of a line "key TAB type TAB length TAB value" or "key TAB value"; empty when there is none.

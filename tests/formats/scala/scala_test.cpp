@@ -167,6 +167,10 @@ TEST(Scala, CurvesOfSinglePointsAreSubimages)
     const auto even = read(formats::read_scala, files, "a.par");
     expect_image(image_at(even, 0), {.axes = {"-1 1 V"}, .parts = {"Forward 1", "Forward 2"}});
     EXPECT_DOUBLE_EQ(physical_of(image_at(even, 0))[0], 0.5); // 2 steps of the resolution
+    EXPECT_TRUE(even->warnings.empty());
+    files["a.cs0"].replace(files["a.cs0"].find("n_curves : 2"), 12, "n_curves : 1");
+    EXPECT_NE(read(formats::read_scala, files, "a.par")->warnings.at(0).find("n_curves states 1 curves, there are 2"),
+              std::string::npos);
     files["a.cs0"].resize(60);
     EXPECT_FALSE(read(formats::read_scala, files, "a.par"));
 }

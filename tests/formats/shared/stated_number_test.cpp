@@ -40,4 +40,27 @@ TEST(StatedNumber, IsFollowedByABlankOrAUnitAlone)
     }
 }
 
+TEST(StatedCount, IsWholeDecimalAndInItsRange)
+{
+    const struct {
+        const char* text;
+        std::optional<std::uint64_t> count;
+    } rows[] = {
+        {"10", 10},
+        {" +512\t", 512},
+        {"010", 10},
+        {"0", 0},
+        {"1000", 1000},
+        {"1001", {}},
+        {"0x10", {}},
+        {"-1", {}},
+        {"2.5", {}},
+        {"1e3", {}},
+        {"5 px", {}},
+        {"", {}},
+        {"18446744073709551616", {}},
+    };
+    for (const auto& row : rows) EXPECT_EQ(stated_count(row.text, 1000), row.count) << row.text;
+}
+
 } // namespace

@@ -52,6 +52,13 @@ TEST(Hdf, AnImageHasItsScaleAndItsPlace)
                  {.strings = {{"\\Scan rate", "1.5 Hz"}, {"Set point", "2.5 nA"}, {"Comment", "piezo"}}});
 }
 
+TEST(Hdf, TellsOfSamplesBeyondItsColumnsAndRows)
+{
+    const auto result =
+        read(formats::read_hdf, build({{parameters, header().content}, {raster, samples.bytes + "\5\0"s}}));
+    EXPECT_EQ(image_at(result, 0).notes.at(0), "columns times rows take 8 bytes of the 10 that are there");
+}
+
 TEST(Hdf, OtherElementsDescribeTheImage)
 {
     const element names{labels, "Height\0X\0Y\0"s}, units{705, "um\0um\0um"s};

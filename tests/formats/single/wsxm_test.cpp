@@ -2,7 +2,7 @@
 #include "formats/shared/bytes.h"
 #include "formats/single/wsxm.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -103,6 +103,26 @@ TEST(Wsxm, CurvesShareAnAxisOrHaveOne)
     EXPECT_EQ(physical_of(image_at(open, 0)), (std::vector<double>{2, 3, 4})) << "its last number ends the file";
 }
 
+TEST(Wsxm, TellsOfWhatItsHeaderMayNotMean)
+{
+    const auto notes = [](const std::string& bytes) {
+        const auto result = read(bytes);
+        return image_at(result, result->items.size() - 1).notes;
+    };
+    EXPECT_TRUE(notes(image("", shorts)).empty());
+    EXPECT_THAT(
+        notes(file_of("SxM Image file", square + "    Z Amplitude: 3 qq\r\n[Control]\r\n X Amplitude: 5 qm\r\n",
+                      shorts + "\1")),
+        testing::ElementsAre("the unit of X Amplitude, \"5 qm\", is not known",
+                             "the unit of Z Amplitude, \"3 qq\", is not known",
+                             "Number of columns times Number of rows, 2 x 2, take 8 bytes of the 9 that are there"));
+    const std::string points = "[General Info]\r\n Number of points: 2\r\n";
+    EXPECT_TRUE(notes(file_of("FZ curve file", points + " Y axis unit: nN\r\n", "1 2\n2 3\n")).empty());
+    EXPECT_THAT(notes(file_of("FZ curve file", points + " Y axis unit: qN\r\n", "1 2\n2 3\n3 4\n")),
+                testing::ElementsAre("more numbers than Number of points, 2, and Number of lines, 1, ask for",
+                                     "Y axis unit, \"qN\", is not known"));
+}
+
 TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
 {
     const std::string two = le16(1) + le16(2);
@@ -115,9 +135,14 @@ TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
             {image("", "").substr(0, 200), "[Header end]"},
             {image("    Image Data Type: quad\r\n", two), "quad"},
             {file_of("SxM Image file", "", two), "Number of columns"},
+            {file_of("SxM Image file", "[General Info]\r\n Number of columns: 0x1\r\n Number of rows: 1\r\n", two),
+             "Number of columns, \"0x1\", is no number from 1 to 65536"},
+            {file_of("SxM Image file", "[General Info]\r\n Number of columns: 1\r\n Number of rows: 2.5\r\n", two),
+             "Number of rows, \"2.5\", is no number from 1 to 65536"},
             {file_of("Movie file", "", two), "Movie file"},
             {file_of("SxM Image file", lineOf2 + " Z Amplitude: 5x.7449 nm\r\n", two), "no number"},
-            {file_of("SxM Image file", lineOf2 + "[Control]\r\n X Amplitude: 5x nm\r\n", two), "X Amplitude"},
+            {file_of("SxM Image file", lineOf2 + "[Control]\r\n X Amplitude: 5x nm\r\n", two),
+             "X Amplitude is \"5x nm\""},
             {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
             {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
             {file_of("IV curve file", points + "2\r\n", "1 2 3.1.4"), "fewer numbers"},
