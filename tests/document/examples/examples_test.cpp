@@ -158,14 +158,16 @@ TEST(ForceVolume, CurvesRunFastestAndTheHeightTellsParticleFromMatrix)
     const example volume = make_force_volume();
     const auto retract = physical(stream_of(volume, 0), 1);
     const auto heights = physical(stream_of(volume, 1));
-    // F_ad = HR/6a0²: 0.1 aJ gives 12.24 nN, 0.04 aJ 4.90 nN.
+    // F_ad = HR/6a0²: 0.08 aJ gives 9.79 nN, 0.04 aJ 4.90 nN. Sampled each 0.5 nm on a spring of 1 N/m the minimum is
+    // met within 0.5 nN, and five deviations of the noise.
+    constexpr double noise = 5 * 0.05;
     std::set<bool> seen;
     for (std::size_t point = 0; point < 256; ++point) {
         const auto first = retract.begin() + static_cast<std::ptrdiff_t>(point * 256);
         const bool isParticle = heights[point] > 1.0;
-        EXPECT_NEAR(-*std::min_element(first, first + 256), isParticle ? 4.897 : 12.243, 0.25 + 0.15) << point;
+        EXPECT_NEAR(-*std::min_element(first, first + 256), isParticle ? 4.897 : 9.795, 0.5 + noise) << point;
         EXPECT_GT(*first, 20.0); // pressed in at its start
-        EXPECT_NEAR(*(first + 255), 0.0, 0.15);
+        EXPECT_NEAR(*(first + 255), 0.0, noise);
         seen.insert(isParticle);
     }
     EXPECT_EQ(seen.size(), 2u);
