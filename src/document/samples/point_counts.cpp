@@ -110,6 +110,8 @@ void state_counted_points(CStorageDoc& document, unsigned image)
         if (text.empty() || text.find(totalMark) != std::string::npos) continue;
         changes.emplace(key, text + std::string(totalMark) + std::to_string(document.getImage(image).array_length()));
     }
+    // Nor does a sample keep its number in another shape, of as many samples or not.
+    if (*document.getString(formats::voidRangesKey, image)) changes.emplace(formats::voidRangesKey, std::nullopt);
     document.changeTexts(image, changes);
 }
 

@@ -40,9 +40,14 @@ TEST_F(FrameEditTest, GivesTheImageTheShapeOfTheFrame)
 {
     view.hints.clear();
     document.setString("\\Void points", "5", 1);
+    document.setString("\\Void samples", "of 6: 0-4", 1);
     spectra::replace_frame(document, 1, 0, samples{0, 1, 2, 3, 4, 5}, 3, 2);
     EXPECT_EQ(document::unmeasured_points(document, 1), 5u) << "of equal size";
     document.undo(1);
+    spectra::replace_frame(document, 1, 0, samples{0, 1, 2, 3, 4, 5}, 2, 3);
+    EXPECT_FALSE(document.strings(1).contains("\\Void samples")) << "in another shape they lie elsewhere";
+    document.undo(1);
+    EXPECT_STREQ(document.getString("\\Void samples", 1), "of 6: 0-4");
     view.hints.clear();
     spectra::replace_frame(document, 1, 0, samples(20, 3), 5, 4);
     EXPECT_EQ(document::unmeasured_points(document, 1), 0u) << "those of another size are counted";
