@@ -37,8 +37,9 @@ void print_list()
 constexpr const char* pageHead = R"(# Files that open
 
 Content decides what a file is; its name only breaks ties, so that a file with a wrong extension opens as what it is. A
-file that cannot be read is refused with the field and the reason. Written by `vldv formats --markdown`; a test holds it
-against the formats that are built in.
+file that cannot be read is refused with the field and the reason. `vldv info` tells what of others is missing or in
+doubt: parts that are named but not there, rows without numbers, counts that take fewer samples than the file holds,
+units that are not known. Written by `vldv formats --markdown`; a test holds it against the formats that are built in.
 
 | format | in dialogs | names | told by |
 |---|---|---|---|

@@ -81,9 +81,10 @@ constexpr format_note notes[] = {
     {FILE_TIFF, "TIFF", "`II*` or `MM*`", "all pages: pictures of 8 bits, heights of 16 and 32 bits and floats", ""},
     {FILE_TEXT, "Text table", "numbers behind a header of lines that are none, after all others, or a known header",
      "matrices, lists of points on a grid, curves of one or more columns; UTF-8, UTF-16 and Latin-1, decimal points "
-     "and commas (\"1,234\" between semicolons is 1.234 unless the file shows otherwise), units from headings and from "
-     "the headers of several programs",
-     "points that lie on no grid, ragged matrices"},
+     "and commas (\"1,234\" between semicolons is 1.234 unless the file shows otherwise; \"1.234,5\" is 1234.5), units "
+     "from headings and from the headers of several programs; a row of an image that lost its numbers keeps its place, "
+     "not measured",
+     "points that lie on no grid, ragged matrices, tables with a number that is damaged"},
 };
 
 } // namespace
