@@ -2,9 +2,10 @@
 
 #include "base/text.h"
 #include "formats/source.h"
+#include "formats/text/last_numbers.h"
+#include "formats/text/line_breaks.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 #include <vector>
 
@@ -13,94 +14,14 @@ namespace vldv::formats {
 namespace {
 
 constexpr std::size_t mostFields = 100'000;
-constexpr std::size_t mostComments = 64 * 1024; // bytes
+constexpr std::size_t mostComments = 64 * 1024;        // bytes
+constexpr std::size_t mostGaps = std::size_t{1} << 20; // each takes more memory than its line does
 constexpr std::size_t progressStep = std::size_t{1} << 20;
 
 std::string plural(std::size_t count, const char* thing)
 {
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
-
-/// Where the lines break rows of known width.
-class line_breaks {
-public:
-    explicit line_breaks(std::size_t columns_) : columns(columns_) {}
-
-    void add(std::size_t fields)
-    {
-        if (ofFirst == 0) ofFirst = fields;
-        // The last line may be shorter; one behind lines that are longer than a row has lost or won numbers.
-        const bool mayBeLast = fields < ofFirst && ofFirst <= columns;
-        areEqual = areEqual && !hasShortLine && (fields == ofFirst || mayBeLast);
-        hasShortLine = hasShortLine || fields < ofFirst;
-        areWholeRows = areWholeRows && fields % columns == 0;
-        add_to_row(fields);
-    }
-    bool areOrderly() const noexcept { return areEqual || areWholeRows || breakRowsAlike; }
-
-private:
-    void add_to_row(std::size_t fields)
-    {
-        if (!breakRowsAlike) return;
-        if (!isFirstRowWhole) firstRow.push_back(fields);
-        breakRowsAlike = firstRow[lineOfRow] == fields;
-        ++lineOfRow;
-        inRow += fields;
-        if (inRow < columns) return;
-        breakRowsAlike = breakRowsAlike && inRow == columns;
-        isFirstRowWhole = true;
-        inRow = lineOfRow = 0;
-    }
-
-    std::size_t columns, ofFirst = 0;
-    std::vector<std::size_t> firstRow; ///< numbers of its lines
-    std::size_t lineOfRow = 0, inRow = 0;
-    bool isFirstRowWhole = false, hasShortLine = false;
-    bool areEqual = true, areWholeRows = true, breakRowsAlike = true;
-};
-
-/// Tells by the last numbers of the lines whether that of a last line without an end has lost some of its characters.
-class last_numbers {
-public:
-    explicit last_numbers(const number_layout& layout)
-        : separators(layout.separator == ',' ? " \t;," : " \t;"), decimalMark(layout.decimalComma ? ',' : '.')
-    {
-    }
-
-    void add(std::string_view line) noexcept { lines[count++ % lines.size()] = line; }
-    /// The last number, when those of the lines before it agree in having more digits behind the mark, or at all.
-    std::string_view cutNumber() const noexcept
-    {
-        constexpr std::size_t fewest = 3; // lines that tell
-        const std::string_view last = number_of(count - 1);
-        if (count <= fewest) return {};
-        for (std::size_t i = count - std::min(count, lines.size()); i + 1 < count; ++i)
-            if (digits_of(number_of(i)) <= digits_of(last) || hasMark(number_of(i)) != hasMark(number_of(count - 2)))
-                return {};
-        return last;
-    }
-
-private:
-    bool hasMark(std::string_view number) const noexcept { return number.find(decimalMark) != std::string_view::npos; }
-    /// Behind the mark, which a cut number may have lost; where there are none, all.
-    std::size_t digits_of(std::string_view number) const noexcept
-    {
-        if (!hasMark(number_of(count - 2))) return number.size();
-        const std::size_t mark = number.find(decimalMark);
-        return mark == std::string_view::npos ? 0 : number.size() - mark;
-    }
-    std::string_view number_of(std::size_t index) const noexcept
-    {
-        std::string_view line = base::trimmed(lines[index % lines.size()]);
-        while (line.find_last_of(separators) + 1 == line.size() && !line.empty()) line.remove_suffix(1);
-        return line.substr(line.find_last_of(separators) + 1);
-    }
-
-    std::string_view separators;
-    char decimalMark;
-    std::array<std::string_view, 16> lines;
-    std::size_t count = 0;
-};
 
 enum class line_use { taken, ended, refused };
 
@@ -275,6 +196,7 @@ line_use table_collector::add_comment(std::string_view line, std::size_t number)
                        (likeness == row_likeness::sentence && stated.isMatrix);
     if (isRow && stated.isMatrix && oddLine != 0) return refuse(oddLine, unlike(oddFields));
     if (hasGaps()) {
+        if (table.gaps.all().size() >= mostGaps) return refuse(number, " is one of too many that hold no numbers");
         if (isRow)
             add_gap_row(line, number, likeness);
         else if (is_remark(line))

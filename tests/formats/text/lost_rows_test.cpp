@@ -156,6 +156,9 @@ TEST(LostRow, CostsNoMoreThanTheFileHolds)
     for (int column = 0; column < 4000; ++column) text += "1\t";
     text += std::string(200'000, '\n') + text.substr(channelExport.size()) + "\n"; // 3 GB if each line were a row
     EXPECT_EQ(height_of(read(text)), 2u);
+    std::string gaps;
+    for (int row = 0; row <= 1 << 20; ++row) gaps += "1\nx\n";
+    EXPECT_EQ(told(read(gaps)), "line 2097154 is one of too many that hold no numbers");
 }
 
 } // namespace
