@@ -42,11 +42,11 @@ enum SPMVarArrayType : std::uint32_t {
 namespace vldv {
 
 /// Bytes of one element; 0 for `void` and for numbers that are no type.
-unsigned element_size(SPMVarArrayType type) noexcept;
+VLDV_API unsigned element_size(SPMVarArrayType type) noexcept;
 /// "void", "int8" … "float64"; empty for numbers above 10.
 VLDV_INTERNAL_API const char* array_type_keyword(SPMVarArrayType type) noexcept;
 /// Inverse of `array_type_keyword`; false leaves `type` alone.
-bool array_type_from_keyword(const char* keyword, SPMVarArrayType& type) noexcept;
+VLDV_API bool array_type_from_keyword(const char* keyword, SPMVarArrayType& type) noexcept;
 
 } // namespace vldv
 

@@ -33,11 +33,11 @@ VLDV_INTERNAL_API std::wstring widen(std::string_view text);     // char2wchar
 VLDV_INTERNAL_API std::string narrow(std::wstring_view text);    // wchar2char
 VLDV_INTERNAL_API std::string valid_utf8(std::string_view text); // char2utf8
 /// Every byte is one character below 256 (ISO 8859-1).
-std::string latin1_to_utf8(std::string_view text);
+VLDV_API std::string latin1_to_utf8(std::string_view text);
 /// As Latin-1, with the printable characters of code page 1252 in 0x80 … 0x9F.
-std::string cp1252_to_utf8(std::string_view text);
+VLDV_API std::string cp1252_to_utf8(std::string_view text);
 /// UTF-16 without its byte order mark; an odd last byte is dropped, lone surrogates become U+FFFD.
-std::string utf16_to_utf8(std::string_view bytes, bool bigEndian);
+VLDV_API std::string utf16_to_utf8(std::string_view bytes, bool bigEndian);
 /// True when the bytes are valid UTF-8 (no overlong forms, no surrogates).
 VLDV_INTERNAL_API bool is_utf8(std::string_view bytes) noexcept;
 
@@ -46,7 +46,7 @@ VLDV_INTERNAL_API bool is_utf8(std::string_view bytes) noexcept;
 /// A number at the start of `text`, after blanks: decimal with optional exponent (e or E), "inf", "nan", or
 /// hexadecimal after "0x". What follows is ignored, `used` receives how many bytes were read; a word that only begins
 /// like "inf" or "nan" is no number. Too large gives infinity, too small 0.
-std::optional<double> leading_number(std::string_view text, std::size_t* used = nullptr) noexcept;
+VLDV_API std::optional<double> leading_number(std::string_view text, std::size_t* used = nullptr) noexcept;
 /// The whole of `text`, blanks around it allowed.
 VLDV_INTERNAL_API std::optional<double> whole_number(std::string_view text) noexcept;
 /// The whole of `text` as an integer that fits 64 bits, decimal or hexadecimal.
@@ -57,10 +57,10 @@ VLDV_INTERNAL_API std::string shortest(double value);
 VLDV_INTERNAL_API std::string general(double value, int digits = 6);
 /// printf into a string, always with a decimal point.
 [[gnu::format(printf, 1, 2)]] VLDV_INTERNAL_API std::string formatted(const char* format, ...);
-std::string formatted_v(const char* format, std::va_list arguments);
+VLDV_API std::string formatted_v(const char* format, std::va_list arguments);
 
 VLDV_INTERNAL_API std::string_view trimmed(std::string_view text) noexcept;
-std::string lower_ascii(std::string_view text);
+VLDV_API std::string lower_ascii(std::string_view text);
 VLDV_INTERNAL_API bool equal_ignoring_case(std::string_view a, std::string_view b) noexcept;
 /// Splits at every `separator`; an empty text gives one empty piece.
 VLDV_INTERNAL_API std::vector<std::string_view> split(std::string_view text, char separator);

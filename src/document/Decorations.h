@@ -1,5 +1,6 @@
 #pragma once
 #include "document/plugin_decoration.h"
+#include "vldv_api.h"
 
 #include <cstdint>
 #include <deque>
@@ -53,7 +54,7 @@ struct decoration {
 };
 
 /// The drawings of one image, in named groups. A value; knows no document.
-class decorations {
+class VLDV_API decorations {
 public:
     struct group {
         std::deque<decoration> members;

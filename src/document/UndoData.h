@@ -26,6 +26,6 @@ using heap_function = void* (*)(std::size_t);
 
 /// Lets records take their memory from another function, to try what happens when there is none; null: from malloc.
 /// Blocks are given back to free. \return the function before
-heap_function set_undo_heap(heap_function heap) noexcept;
+VLDV_API heap_function set_undo_heap(heap_function heap) noexcept;
 
 } // namespace vldv::document

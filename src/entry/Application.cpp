@@ -1,6 +1,8 @@
 #include "entry/Application.h"
 
 #include "base/text.h"
+#include "entry/global_options.h"
+#include "entry/kept_work.h"
 #include "entry/save_documents.h"
 #include "entry/templates.h"
 #include "platform/dialogs/VarListDlg.h"
@@ -21,7 +23,8 @@ std::string recent_key(std::size_t index) { return "File" + std::to_string(index
 
 } // namespace
 
-CVldvApp::CVldvApp(IHost& host_) : CWinApp(host_)
+CVldvApp::CVldvApp(IHost& host_)
+    : CWinApp(host_), settings(std::make_unique<entry::global_options>()), kept(std::make_unique<entry::kept_work>())
 {
     entry::register_classes();
     entry::add_templates(*this);
@@ -34,14 +37,22 @@ CVldvApp::~CVldvApp()
 {
     // Frames close while settings and templates still stand.
     closeAllFrames();
-    kept.finish();
+    kept->finish();
 }
 
 void CVldvApp::keepWork(const std::filesystem::path& state)
 {
-    kept.begin(state);
-    kept.offerRecovery();
+    kept->begin(state);
+    kept->offerRecovery();
 }
+
+void CVldvApp::stepKeeping() { kept->step(); }
+
+void CVldvApp::leaveWork() { kept->leave(); }
+
+void CVldvApp::documentCloses(CDocument& document) { kept->documentCloses(document); }
+
+void CVldvApp::fileGoes(const std::wstring& path) noexcept { kept->fileGoes(path); }
 
 void CVldvApp::AddToRecentFileList(const std::wstring& path)
 {
@@ -93,7 +104,7 @@ bool CVldvApp::AppendMenuItems(unsigned first, std::vector<menu_item>& items)
         return true;
     }
     if (first == commands::firstClosed) {
-        for (const std::string& label : kept.closedLabels()) append(label);
+        for (const std::string& label : kept->closedLabels()) append(label);
         return true;
     }
     CScale* const scale = CScale::GetStaticScale();
@@ -114,7 +125,7 @@ void CVldvApp::OnUpdateWindows(CCmdUI& ui) { ui.Enable(!frames().empty()); }
 
 void CVldvApp::OnSettings()
 {
-    SPMVarList& list = settings.list();
+    SPMVarList& list = settings->list();
     const std::vector<SPMVar> before(list.all().begin(), list.all().end());
     std::ifstream layout(platform::find_interface_file("Settings.xml"), std::ios::binary);
     CVarListDlg dialog;
@@ -146,12 +157,12 @@ void CVldvApp::OnUpdateRecentFile(CCmdUI& ui)
     ui.Enable(index < recentFiles().size());
 }
 
-void CVldvApp::OnReopenClosed(unsigned id) { kept.reopen(id - commands::firstClosed); }
+void CVldvApp::OnReopenClosed(unsigned id) { kept->reopen(id - commands::firstClosed); }
 
 void CVldvApp::OnUpdateReopenClosed(CCmdUI& ui)
 {
     const std::size_t index = ui.m_nID - commands::firstClosed;
-    ui.Enable(index < kept.closedCount());
+    ui.Enable(index < kept->closedCount());
 }
 
 } // namespace vldv

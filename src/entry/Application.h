@@ -1,8 +1,16 @@
 #pragma once
-#include "entry/global_options.h"
-#include "entry/kept_work.h"
 #include "platform/app/WinApp.h"
 #include "vldv_api.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vldv::entry {
+class global_options;
+class kept_work;
+} // namespace vldv::entry
 
 namespace vldv {
 
@@ -23,11 +31,11 @@ public:
     /// From now on unsaved work is kept in this folder, and what a program left there that died is offered.
     void keepWork(const std::filesystem::path& state);
     /// To be called many times a second: keeps what has changed since. Takes a few milliseconds at most.
-    void stepKeeping() { kept.step(); }
+    void stepKeeping();
     /// The session ends, and with it the program, without a question: the next start offers what was open and changed.
-    void leaveWork() { kept.leave(); }
-    void documentCloses(CDocument& document) override { kept.documentCloses(document); }
-    void fileGoes(const std::wstring& path) noexcept override { kept.fileGoes(path); }
+    void leaveWork();
+    void documentCloses(CDocument& document) override;
+    void fileGoes(const std::wstring& path) noexcept override;
 
 private:
     void storeRecentFiles();
@@ -46,8 +54,8 @@ private:
     void OnReopenClosed(unsigned id);
     void OnUpdateReopenClosed(CCmdUI& ui);
 
-    vldv::entry::global_options settings;
-    vldv::entry::kept_work kept;
+    std::unique_ptr<entry::global_options> settings;
+    std::unique_ptr<entry::kept_work> kept;
 };
 
 } // namespace vldv

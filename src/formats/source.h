@@ -1,4 +1,6 @@
 #pragma once
+#include "vldv_api.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -31,7 +33,7 @@ public:
 };
 
 /// Bytes in memory. `name_` and the siblings may stay empty.
-class memory_source : public source {
+class VLDV_INTERNAL_API memory_source : public source {
 public:
     explicit memory_source(std::span<const std::byte> bytes_, std::string name_ = {})
         : bytes(bytes_), fileName(std::move(name_))

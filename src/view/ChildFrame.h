@@ -34,7 +34,7 @@ struct frame_title {
     double zoomX = 1.0, zoomY = 1.0;
     int windowNumber = 0; ///< 0: none is shown
 };
-std::wstring title_text(const frame_title& parts);
+VLDV_API std::wstring title_text(const frame_title& parts);
 
 /// Edges of a frame while the user drags them.
 enum sizing_edge {
@@ -49,7 +49,7 @@ enum sizing_edge {
 };
 /// The frame's rectangle while `edge` is dragged to make it `wanted`: not below `smallest`, and from a corner with a
 /// picture of `aspect` (width over height) inside `insets` around it.
-CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, double aspect);
+VLDV_API CRect sized_frame(const CRect& wanted, int edge, CSize insets, CSize smallest, double aspect);
 
 } // namespace vldv::view
 

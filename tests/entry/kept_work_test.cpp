@@ -4,6 +4,7 @@
 #include "support/allocation_count.h"
 #include "view/panes/TextView.h"
 
+#include "entry/kept_work.h"
 #include "entry/save_documents.h"
 
 #include <chrono>

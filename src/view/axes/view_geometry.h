@@ -1,6 +1,7 @@
 #pragma once
 #include "base/streams/rounding.h"
 #include "platform/draw/geometry.h"
+#include "vldv_api.h"
 
 #include <algorithm>
 #include <vector>
@@ -48,7 +49,7 @@ CSize best_size(CSize size, CSize limit) noexcept;
 
 /// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it. Sides end at
 /// 2^24.
-CSize repaired_content(CSize size) noexcept;
+VLDV_INTERNAL_API CSize repaired_content(CSize size) noexcept;
 
 /// No picture is made smaller than this by hand or wheel, pixels of a side.
 constexpr int smallestPicture = 32;
