@@ -110,7 +110,7 @@ void judge_features(bench::verdict& verdict)
         const cv::Mat heights(side, side, CV_16SC1, const_cast<std::int16_t*>(samples.data()));
         primitives::connected_runs found;
         primitives::bit_image mask;
-        const double grown = bench::memory_growth([&] { found.find_above(block, threshold, mask); });
+        const double grown = bench::memory_growth([&] { found.findAbove(block, threshold, mask); });
         const std::size_t bytes = found.areas().size() * sizeof found.areas()[0] +
                                   found.runs().size() * sizeof found.runs()[0] + std::size_t{side} * side / 8;
         const double result = 1e-6 * static_cast<double>(bytes);
@@ -120,7 +120,7 @@ void judge_features(bench::verdict& verdict)
         bench::contest contest;
         contest.add("read every sample", [&] { kept = bench::read_all(samples); });
         contest.add(of("features", counts[i]), [&] {
-            found.find_above(block, threshold, mask);
+            found.findAbove(block, threshold, mask);
             kept = found.areas()[0].heights.sum;
         });
         contest.run(fastRounds);

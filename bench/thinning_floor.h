@@ -6,7 +6,7 @@
 /// What thinning costs by its arithmetic alone, and its rule sample by sample.
 namespace vldv::bench {
 
-/// Whether a set sample goes, by its neighbours: bit k for direction k of `primitives::boundary_steps`.
+/// Whether a set sample goes, by its neighbours: bit k for direction k of `primitives::boundarySteps`.
 bool is_thinned(unsigned neighbours, bool isOdd);
 /// The steps until nothing changes any more, and the two that find that out.
 int thinning_steps(std::span<const std::uint8_t> mask, int side);

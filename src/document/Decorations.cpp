@@ -222,14 +222,14 @@ VLPluginDecoration* decorations::copy(std::string_view key, unsigned* count, Dec
             set_color(record, members[i].color);
         }
     } catch (...) {
-        free_copy(records);
+        freeCopy(records);
         throw;
     }
     if (count) *count = static_cast<unsigned>(members.size());
     return records;
 }
 
-void decorations::free_copy(VLPluginDecoration* copy) noexcept
+void decorations::freeCopy(VLPluginDecoration* copy) noexcept
 {
     if (!copy) return;
     for (VLPluginDecoration* record = copy; record->type != DECORATION_END; ++record) std::free(record->data);

@@ -64,11 +64,11 @@ public:
     /// Replaces the group by copies of the records; records of type 0 or without data are passed over. The group may
     /// be empty then. A count of 0 removes it. On an exception the group stays as it was.
     void set(std::string_view key, const VLPluginDecoration* list, unsigned count, DecImageType type);
-    /// A copy closed by a record of type 0, to be released by `free_copy`. Names, texts and the bytes of elements point
+    /// A copy closed by a record of type 0, to be released by `freeCopy`. Names, texts and the bytes of elements point
     /// into the group and die with it. Black, green and blue come back as colour indices, all others as custom colours.
     /// \return null, and a count of 0, for an absent or empty group
     VLPluginDecoration* copy(std::string_view key, unsigned* count, DecImageType* type) const;
-    static void free_copy(VLPluginDecoration* copy) noexcept;
+    static void freeCopy(VLPluginDecoration* copy) noexcept;
 
     /// State word of the first decoration of this name; 0 when there is none or the name is empty.
     std::uint32_t flags(std::string_view name) const noexcept;

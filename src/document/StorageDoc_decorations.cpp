@@ -21,7 +21,7 @@ VLPluginDecoration* CStorageDoc::get_decorations(const char* key, unsigned* outC
     return decorations(image).copy(key ? key : "", outCount, outType);
 }
 
-void CStorageDoc::free_decorations(VLPluginDecoration* copy) const noexcept { document::decorations::free_copy(copy); }
+void CStorageDoc::free_decorations(VLPluginDecoration* copy) const noexcept { document::decorations::freeCopy(copy); }
 
 unsigned CStorageDoc::get_decorations_list(std::string* out, unsigned max, unsigned image) const
 {

@@ -45,7 +45,7 @@ void check_ids(const CStorageDoc& document, const CArchive& archive)
 
 void add(CZLib& zip, const platform::temporary_file& file, const wchar_t* entry, const CArchive& archive)
 {
-    if (zip.AddFile(file.wide_path().c_str(), entry) != 0)
+    if (zip.AddFile(file.widePath().c_str(), entry) != 0)
         fail(archive, "the entry \"" + base::narrow(entry) + "\" could not be packed (is the disk full?)");
 }
 
@@ -130,7 +130,7 @@ void CStorageDoc::Serialize(CArchive& archive)
     check_ids(*this, archive);
     const platform::temporary_file packed;
     CZLib zip;
-    if (zip.Open(packed.wide_path().c_str(), CZLib::createNew) != 0) fail(archive, "no archive could be created");
+    if (zip.Open(packed.widePath().c_str(), CZLib::createNew) != 0) fail(archive, "no archive could be created");
     const std::unique_ptr<smart_string[]> rawNames(new smart_string[count]);
     std::ostringstream xml;
     const int stored = generateXML(xml, rawNames.get(), static_cast<int>(count), "UTF-8");

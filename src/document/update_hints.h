@@ -43,7 +43,7 @@ struct axis_change {
         return dimension << 24 | (image & 0xffu) << 16 | (axis & 0xffu) << 8 | hintAxesChanged;
     }
     /// Whether such a hint is of an image, as far as its 8 bits tell.
-    static constexpr bool is_of(std::uint32_t bits, unsigned image_) noexcept
+    static constexpr bool isOf(std::uint32_t bits, unsigned image_) noexcept
     {
         return (bits >> 16 & 0xffu) == (image_ & 0xffu);
     }

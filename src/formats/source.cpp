@@ -4,7 +4,7 @@
 
 namespace vldv::formats {
 
-bool source::read_all(std::vector<std::byte>& out)
+bool source::readAll(std::vector<std::byte>& out)
 {
     out.resize(size());
     return read(0, out);

@@ -29,7 +29,7 @@ public:
     virtual bool progress(double /*done*/) { return true; }
 
     /// Everything, for small formats. \return false when reading failed
-    bool read_all(std::vector<std::byte>& out);
+    bool readAll(std::vector<std::byte>& out);
 };
 
 /// Bytes in memory. `name_` and the siblings may stay empty.

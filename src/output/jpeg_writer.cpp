@@ -18,7 +18,7 @@ public:
     jpeg_encoder()
     {
         state.err = jpeg_std_error(&errors);
-        errors.error_exit = on_error;
+        errors.error_exit = onError;
         errors.emit_message = [](j_common_ptr, int) {};
         state.client_data = this;
     }
@@ -79,7 +79,7 @@ private:
         state.Y_density = static_cast<UINT16>(y);
     }
 
-    [[noreturn]] static void on_error(j_common_ptr common)
+    [[noreturn]] static void onError(j_common_ptr common)
     {
         auto* self = static_cast<jpeg_encoder*>(common->client_data);
         common->err->format_message(common, self->reason);

@@ -16,7 +16,7 @@ constexpr int rowFilters = PNG_FILTER_NONE;
 /// libpng reports errors by a jump back into `run`; nothing with a destructor may be created between there and here.
 class png_encoder {
 public:
-    png_encoder() : png(png_create_write_struct(PNG_LIBPNG_VER_STRING, this, on_error, on_warning))
+    png_encoder() : png(png_create_write_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning))
     {
         if (png) info = png_create_info_struct(png);
     }
@@ -57,13 +57,13 @@ private:
         png_write_end(png, nullptr);
     }
 
-    [[noreturn]] static void on_error(png_structp png_, png_const_charp message)
+    [[noreturn]] static void onError(png_structp png_, png_const_charp message)
     {
         auto* self = static_cast<png_encoder*>(png_get_error_ptr(png_));
         std::strncpy(self->reason, message, sizeof self->reason - 1);
         std::longjmp(self->jump, 1);
     }
-    static void on_warning(png_structp, png_const_charp) {}
+    static void onWarning(png_structp, png_const_charp) {}
     static void on_write(png_structp png_, png_bytep data, std::size_t size)
     {
         auto* self = static_cast<png_encoder*>(png_get_io_ptr(png_));

@@ -60,7 +60,7 @@ void CImageView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& 
         Invalidate(true);
         break;
     case document::hintAxesChanged:
-        if (document::axis_change::is_of(hint, imageNumber)) LoadOptions("^Axis[XYZ]$");
+        if (document::axis_change::isOf(hint, imageNumber)) LoadOptions("^Axis[XYZ]$");
         break;
     case document::hintScaleChanged:
         if (!told.reloads && !HasFocus()) break;

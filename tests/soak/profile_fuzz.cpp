@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     coming.set(name, bytes, bytes);
     coming.apply(again);
     const platform::profile_table grown(again.text());
-    expect(grown.read_string(name, bytes) == bytes);
+    expect(grown.readString(name, bytes) == bytes);
     going.erase(name, bytes);
     going.apply(again);
     if (table.keys(name).empty()) expect(again.text() == text);

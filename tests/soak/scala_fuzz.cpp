@@ -27,7 +27,7 @@ private:
 base::read_result<formats::recording> read_set(formats::source& file)
 {
     std::vector<std::byte> bytes;
-    file.read_all(bytes);
+    file.readAll(bytes);
     const auto zero = std::find(bytes.begin(), bytes.end(), std::byte{0});
     const auto length = static_cast<std::size_t>(zero - bytes.begin());
     const std::span all(bytes);

@@ -169,15 +169,15 @@ public:
 
     std::optional<int> readInt(const std::string& section, const std::string& key) const override
     {
-        return values.read_int(section, key);
+        return values.readInt(section, key);
     }
     std::optional<std::string> readString(const std::string& section, const std::string& key) const override
     {
-        return values.read_string(section, key);
+        return values.readString(section, key);
     }
     std::optional<std::vector<std::byte>> readBinary(const std::string& section, const std::string& key) const override
     {
-        return values.read_binary(section, key);
+        return values.readBinary(section, key);
     }
     bool writeInt(const std::string& section, const std::string& key, int value) override
     {
@@ -202,7 +202,7 @@ public:
     bool deleteSection(const std::string& section) override
     {
         if (!mayWrite()) return false;
-        values.erase_section(section);
+        values.eraseSection(section);
         return true;
     }
     void beginBatch() override { ++batches; }

@@ -137,8 +137,8 @@ private:
 struct fourier_outputs {
     fourier_outputs(session& call, const fourier_options& options)
     {
-        if (!options.output.empty()) edited.emplace(call, output_names::of_containers(options.output));
-        if (!options.spectrum.empty()) shown.emplace(call, output_names::of_containers(options.spectrum));
+        if (!options.output.empty()) edited.emplace(call, output_names::ofContainers(options.output));
+        if (!options.spectrum.empty()) shown.emplace(call, output_names::ofContainers(options.spectrum));
     }
 
     std::optional<result_files> edited, shown;

@@ -118,7 +118,7 @@ bool is_mapped(const CStorageDoc& document, unsigned image, int wanted)
 } // namespace
 
 force_map_output::force_map_output(session& call_, const std::string& target)
-    : call(call_), files(call_, output_names::of_containers(target))
+    : call(call_), files(call_, output_names::ofContainers(target))
 {
 }
 

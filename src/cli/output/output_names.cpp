@@ -23,7 +23,7 @@ output_names::output_names(const std::string& output, std::string extension)
     if (error) throw std::runtime_error(visible_text(target.native()) + ": " + error.message());
 }
 
-output_names output_names::of_containers(const std::string& output)
+output_names output_names::ofContainers(const std::string& output)
 {
     const bool isContainer = base::equal_ignoring_case(fs::path(output).extension().native(), ".spm");
     return {isContainer || output == standardStream ? output : output + '/', ".spm"};

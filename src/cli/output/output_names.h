@@ -14,7 +14,7 @@ public:
     /// \throws std::runtime_error     when the folder cannot be made, with the reason
     output_names(const std::string& output, std::string extension);
     /// Of native containers; an `output` that is not the name of one is a folder.
-    static output_names of_containers(const std::string& output);
+    static output_names ofContainers(const std::string& output);
 
     bool areInFolder() const noexcept { return isFolder; }
 

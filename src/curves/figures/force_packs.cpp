@@ -180,8 +180,8 @@ pack_work::pack_work(const curve_smoother& smoother_) : smoother(smoother_)
     block.resize((n + few + knots) * packLanes + alignment / sizeof(double));
     const auto misplaced = reinterpret_cast<std::uintptr_t>(block.data()) % alignment;
     steps = block.data() + (misplaced ? (alignment - misplaced) / sizeof(double) : 0);
-    short_ = steps + n * packLanes;
-    coefficients = short_ + few * packLanes;
+    shortPart = steps + n * packLanes;
+    coefficients = shortPart + few * packLanes;
     const auto words = static_cast<std::size_t>(sample_bits::wordsFor(smoother.samples()) * packLanes);
     steep.resize(words);
     flat.resize(words);

@@ -30,8 +30,8 @@ public:
     pack_work(pack_work&&) noexcept = default;
 
     const curve_smoother& smoother;
-    double *steps, *short_, *coefficients;  ///< packs, aligned to 64 bytes
-    std::vector<std::uint64_t> steep, flat; ///< words of the lanes in turn
+    double *steps, *shortPart, *coefficients; ///< packs, aligned to 64 bytes
+    std::vector<std::uint64_t> steep, flat;   ///< words of the lanes in turn
 
     sample_bits steepOf(int lane) const noexcept { return {steep.data() + lane, smoother.samples(), packLanes}; }
     sample_bits flatOf(int lane) const noexcept { return {flat.data() + lane, smoother.samples(), packLanes}; }

@@ -177,24 +177,24 @@ bool is_usable(const value_scale& scale) noexcept
     return std::isfinite(scale.step) && scale.step != 0.0 && std::isfinite(scale.offset);
 }
 
-value_scale jpk_channel::of_raw(const value_scale& slot) const
+value_scale jpk_channel::ofRaw(const value_scale& slot) const
 {
     return {slot.step * encoderFactor, slot.step * encoderOffset + slot.offset, slot.units, slot.origin};
 }
 
-const value_scale* jpk_channel::slot_in(const std::string& units) const noexcept
+const value_scale* jpk_channel::slotIn(const std::string& units) const noexcept
 {
     const auto found = std::ranges::find(slots, units, &value_scale::units);
     return found == slots.end() ? nullptr : &*found;
 }
 
-bool jpk_channel::same_encoding(const jpk_channel& other) const noexcept
+bool jpk_channel::sameEncoding(const jpk_channel& other) const noexcept
 {
     return type == other.type && isComputed == other.isComputed && encoderFactor == other.encoderFactor &&
            encoderOffset == other.encoderOffset;
 }
 
-bool jpk_channel::same_slots(const jpk_channel& other) const noexcept
+bool jpk_channel::sameSlots(const jpk_channel& other) const noexcept
 {
     if (slots.size() != other.slots.size()) return false;
     for (std::size_t i = 0; i < slots.size(); ++i)

@@ -22,11 +22,11 @@ struct jpk_channel {
     std::string damagedSlots;
 
     /// Calibration `slot` for raw numbers.
-    value_scale of_raw(const value_scale& slot) const;
+    value_scale ofRaw(const value_scale& slot) const;
     /// The first calibration in these units, or null.
-    const value_scale* slot_in(const std::string& units) const noexcept;
-    bool same_encoding(const jpk_channel& other) const noexcept;
-    bool same_slots(const jpk_channel& other) const noexcept;
+    const value_scale* slotIn(const std::string& units) const noexcept;
+    bool sameEncoding(const jpk_channel& other) const noexcept;
+    bool sameSlots(const jpk_channel& other) const noexcept;
 };
 
 /// True when numbers can be converted with it, and back.

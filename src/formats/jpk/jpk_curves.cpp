@@ -119,8 +119,8 @@ public:
         const jpk_channel& first = *parts.first;
         const bool isRaw = parts.sameEncoding && parts.sameSlots && !first.isComputed;
         const bool isShown = !parts.sameSlots; // values of the base slot keep the other calibrations
-        value_scale scale = isRaw ? first.of_raw(first.slots.front()) : first.slots.front();
-        if (isShown) scale = {1.0, 0.0, parts.units, first.slot_in(parts.units)->origin + " of each curve"};
+        value_scale scale = isRaw ? first.ofRaw(first.slots.front()) : first.slots.front();
+        if (isShown) scale = {1.0, 0.0, parts.units, first.slotIn(parts.units)->origin + " of each curve"};
         recorded_image image = make(parts, id, scale, isRaw ? first.type : SPM_ARRAY_FLOAT64);
         std::vector<void_range> voids;
         std::vector<unsigned> lengths;
@@ -143,7 +143,7 @@ public:
         clear_voids(image, voids);
         if (!isShown)
             for (std::size_t i = 1; i < first.slots.size(); ++i)
-                add_calibration(image, scale, isRaw ? first.of_raw(first.slots[i]) : first.slots[i]);
+                add_calibration(image, scale, isRaw ? first.ofRaw(first.slots[i]) : first.slots[i]);
         settle_samples(image, voids);
         note_curve_lengths(image, static_cast<unsigned>(parts.longest), lengths);
         name_subimages(image, names);
@@ -195,7 +195,7 @@ private:
     std::string fill_values(recorded_image& image, const jpk_channel_parts& parts, std::size_t i, bool shown)
     {
         const auto room = static_cast<std::size_t>(parts.longest);
-        const value_scale* slot = shown ? parts.parts[i].channel->slot_in(parts.units) : nullptr;
+        const value_scale* slot = shown ? parts.parts[i].channel->slotIn(parts.units) : nullptr;
         return convert_part(archive, parts.parts[i], slot, elements_of<double>(image).subspan(i * room, room));
     }
 

@@ -39,7 +39,7 @@ bool choose_units(jpk_channel_parts& parts)
 {
     const auto have = [&](const std::string& units) {
         return std::ranges::all_of(parts.parts, [&](const jpk_channel_part& part) {
-            return !part.channel || part.channel == parts.first || part.channel->slot_in(units);
+            return !part.channel || part.channel == parts.first || part.channel->slotIn(units);
         });
     };
     const auto common = std::ranges::find_if(parts.first->slots, have, &value_scale::units);
@@ -120,8 +120,8 @@ std::vector<jpk_channel_parts> collect_jpk_parts(const jpk_archive& archive, con
                 parts.parts[s * layout.curves() + layout.places[c]] = {&segment, &channel, points};
                 parts.longest = std::max(parts.longest, points);
                 parts.samples += points;
-                parts.sameEncoding = parts.sameEncoding && channel.same_encoding(*parts.first);
-                parts.sameSlots = parts.sameSlots && channel.same_slots(*parts.first);
+                parts.sameEncoding = parts.sameEncoding && channel.sameEncoding(*parts.first);
+                parts.sameSlots = parts.sameSlots && channel.sameSlots(*parts.first);
             }
         }
     for (const auto& [name, part] : problems.parts)

@@ -35,7 +35,7 @@ string_table lines_for(const jpk_properties& segment, const std::string& channel
 /// as a force.
 void add_cantilever(const jpk_channel_parts& parts, string_table& strings)
 {
-    const value_scale *distance = parts.first->slot_in("m"), *force = parts.first->slot_in("N");
+    const value_scale *distance = parts.first->slotIn("m"), *force = parts.first->slotIn("N");
     const bool isDeflection = parts.name.find("eflection") != std::string::npos || parts.units == "N";
     if (!distance || !isDeflection) return;
     strings.emplace("Sensitivity", base::general(distance->step) + " m/V");

@@ -34,7 +34,7 @@ mdt_plane plane_of(const mdt_described_array& header)
 base::read_result<mdt_content> read_pairs(source& file, const mdt_described_array& header, std::uint64_t count)
 {
     const mdt_quantity &x = header.measured[0], &y = header.measured[1];
-    const std::uint64_t cellBytes = header.cell_bytes();
+    const std::uint64_t cellBytes = header.cellBytes();
     std::vector<std::byte> cells(static_cast<std::size_t>(count * cellBytes));
     if (!file.read(header.offset, cells)) return base::read_error{header.offset, "samples cannot be read"};
     named_curve xs{"", std::vector<double>(static_cast<std::size_t>(count))}, ys = xs;
@@ -88,9 +88,9 @@ base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& fra
     for (const mdt_quantity& value : header.measured)
         if (value.element() == SPM_ARRAY_VOID)
             return refuse("data type " + std::to_string(value.type) + " is not known");
-    if (header.statedCellBytes != 0 && header.statedCellBytes != header.cell_bytes())
+    if (header.statedCellBytes != 0 && header.statedCellBytes != header.cellBytes())
         return refuse("the cell size of " + std::to_string(header.statedCellBytes) +
-                      " bytes is not that of its values, " + std::to_string(header.cell_bytes()));
+                      " bytes is not that of its values, " + std::to_string(header.cellBytes()));
     std::uint64_t count = 1;
     for (const mdt_quantity& dimension : header.dimensions) {
         if (dimensions >= 2 && !is_image_side(dimension.count))
@@ -103,7 +103,7 @@ base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& fra
     if (header.cells != 0 && header.cells < count)
         return refuse("the index ranges ask for " + std::to_string(count) + " cells, but there are " +
                       std::to_string(header.cells));
-    if (!holds_numbers(frame.offset + frame.size, header.offset, count, header.cell_bytes()))
+    if (!holds_numbers(frame.offset + frame.size, header.offset, count, header.cellBytes()))
         return refuse("the index ranges ask for more samples than the frame holds");
     if (dimensions == 0) return read_pairs(file, header, count);
     if (dimensions == 1) return read_curve(file, header);

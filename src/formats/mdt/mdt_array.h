@@ -27,7 +27,7 @@ struct mdt_described_array {
     std::uint32_t statedCellBytes = 0;   ///< 0 in files that leave it open, as the number of cells
     double done = 0.0;                   ///< progress of the file before the frame
 
-    std::uint64_t cell_bytes() const noexcept;
+    std::uint64_t cellBytes() const noexcept;
     std::string label(const char* otherwise) const { return title.empty() ? otherwise : title; }
 };
 

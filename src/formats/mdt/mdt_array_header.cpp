@@ -123,7 +123,7 @@ void add_scan_strings(std::map<std::string, std::string>& strings)
 
 SPMVarArrayType mdt_quantity::element() const noexcept { return element_type(type); }
 
-std::uint64_t mdt_described_array::cell_bytes() const noexcept
+std::uint64_t mdt_described_array::cellBytes() const noexcept
 {
     std::uint64_t bytes = 0;
     for (const mdt_quantity& value : measured) bytes += element_size(value.element());

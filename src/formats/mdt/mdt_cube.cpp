@@ -56,7 +56,7 @@ struct cell_order {
             step *= counts[each];
         }
     }
-    std::uint64_t place_of(std::uint64_t cell) const noexcept
+    std::uint64_t placeOf(std::uint64_t cell) const noexcept
     {
         return cell % counts[0] * steps[0] + cell / counts[0] % counts[1] * steps[1] +
                cell / counts[0] / counts[1] * steps[2];
@@ -72,7 +72,7 @@ void sort_cells(std::span<const std::byte> cells, std::size_t cellBytes, std::ui
         const std::size_t bytes = element_size(volume.stream.array_type());
         auto* const out = static_cast<std::byte*>(volume.stream.array_data());
         for (std::size_t i = 0; i < cells.size() / cellBytes; ++i)
-            std::copy_n(cells.data() + i * cellBytes + from, bytes, out + order.place_of(first + i) * bytes);
+            std::copy_n(cells.data() + i * cellBytes + from, bytes, out + order.placeOf(first + i) * bytes);
         from += bytes;
     }
 }
@@ -101,7 +101,7 @@ base::read_result<mdt_content> read_mdt_cube(source& file, const mdt_described_a
     std::vector<recorded_image> volumes = make_volumes(array, order);
     const cell_order places(array.dimensions, order);
     const std::uint64_t cells = volumes.front().stream.array_length();
-    const auto cellBytes = static_cast<std::size_t>(array.cell_bytes());
+    const auto cellBytes = static_cast<std::size_t>(array.cellBytes());
     const std::uint64_t atOnce = std::max<std::size_t>(1, blockBytes / cellBytes);
     std::vector<std::byte> block(static_cast<std::size_t>(std::min(cells, atOnce)) * cellBytes);
     for (std::uint64_t done = 0; done < cells; done += atOnce) {

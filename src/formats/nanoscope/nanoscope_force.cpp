@@ -105,7 +105,7 @@ void set_grid_axes(const nanoscope_header& header, nanoscope_force& channel, std
 
 bool is_height(const nanoscope_section& section)
 {
-    const std::string* typed = section.find_typed("image data");
+    const std::string* typed = section.findTyped("image data");
     return (typed && parse_nanoscope_value(*typed).bracket == "ZSensor") ||
            nanoscope_channel(section) == "Height Sensor";
 }

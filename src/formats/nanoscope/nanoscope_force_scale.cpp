@@ -40,7 +40,7 @@ value_scale volts(const nanoscope_section& section, const nanoscope_value& hard)
 std::optional<value_scale> with_sensitivity(const nanoscope_header& header, const nanoscope_section& section,
                                             const nanoscope_value& hard, const value_scale& volts)
 {
-    const std::string* line = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
+    const std::string* line = hard.bracket.empty() ? nullptr : header.typedSetting(base::lower_ascii(hard.bracket));
     if (!line) return std::nullopt;
     nanoscope_value soft = parse_nanoscope_value(*line);
     if (!soft.value) return std::nullopt;
@@ -73,7 +73,7 @@ std::optional<value_scale> as_force(const nanoscope_section& section, const valu
 /// other: newer files write "Ramp Size Zsweep" and "Ramp Begin DC Sample Bias".
 const std::string* ramp_line(const nanoscope_header& header, const nanoscope_section& section, std::string_view key)
 {
-    if (const std::string* own = section.find_typed(key)) return own;
+    if (const std::string* own = section.findTyped(key)) return own;
     for (const nanoscope_line& line : section.lines)
         if (line.typed && line.key.starts_with(key)) return &line.value;
     const auto found = header.typedSettings.lower_bound(key);
@@ -90,7 +90,7 @@ value_scale ramp_value(const nanoscope_header& header, const nanoscope_section& 
     if (!hard.value || !std::isfinite(*hard.value)) return result;
     result.step = *hard.value;
     result.units = hard.units;
-    const std::string* soft = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
+    const std::string* soft = hard.bracket.empty() ? nullptr : header.typedSetting(base::lower_ascii(hard.bracket));
     const nanoscope_value sensitivity = soft ? parse_nanoscope_value(*soft) : nanoscope_value{};
     if (!usable(sensitivity.value)) return result;
     double factor = 1.0;
@@ -103,7 +103,7 @@ value_scale ramp_value(const nanoscope_header& header, const nanoscope_section& 
 
 std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, const nanoscope_section& section)
 {
-    const std::string* line = section.find_typed("z scale");
+    const std::string* line = section.findTyped("z scale");
     if (!line) return {{1.0, 0.0, "", "no Z scale in the header"}};
     const nanoscope_value hard = parse_nanoscope_value(*line);
     std::vector<value_scale> scales{volts(section, hard)};
@@ -117,7 +117,7 @@ std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, 
 std::vector<std::string> nanoscope_force_doubts(const nanoscope_header& header, const nanoscope_section& section)
 {
     std::vector<std::string> doubts;
-    const std::string* line = section.find_typed("z scale");
+    const std::string* line = section.findTyped("z scale");
     const nanoscope_value hard = line ? parse_nanoscope_value(*line) : nanoscope_value{};
     if (hard.statesHardScale && !hard.hardScale && hard.value)
         doubts.emplace_back("the hard scale in Z scale is no number: values follow from the hard value");
@@ -149,7 +149,7 @@ std::vector<std::string> nanoscope_ramp_doubts(const nanoscope_header& header, c
     const std::string* line = ramp_line(header, section, isBias ? "ramp end" : "ramp size");
     if (!line) return doubts;
     const nanoscope_value hard = parse_nanoscope_value(*line);
-    const std::string* soft = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
+    const std::string* soft = hard.bracket.empty() ? nullptr : header.typedSetting(base::lower_ascii(hard.bracket));
     if (soft && !usable(parse_nanoscope_value(*soft).value))
         doubts.push_back(hard.bracket + " is 0 or no number: the ramp is not converted with it");
     if (nanoscope_ramp(header, section, 2) == VLAxis())

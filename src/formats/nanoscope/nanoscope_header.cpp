@@ -91,7 +91,7 @@ void index_settings(nanoscope_header& header, nanoscope_list kind)
 
 const std::string* nanoscope_section::find(std::string_view key) const noexcept { return find_line(lines, key, false); }
 
-const std::string* nanoscope_section::find_typed(std::string_view key) const noexcept
+const std::string* nanoscope_section::findTyped(std::string_view key) const noexcept
 {
     return find_line(lines, key, true);
 }
@@ -117,9 +117,9 @@ const std::string* nanoscope_header::setting(std::string_view key) const noexcep
     return found == settings.end() ? nullptr : &found->second;
 }
 
-std::optional<double> nanoscope_header::setting_number(std::string_view key) const { return leading(setting(key)); }
+std::optional<double> nanoscope_header::settingNumber(std::string_view key) const { return leading(setting(key)); }
 
-const std::string* nanoscope_header::typed_setting(std::string_view key) const noexcept
+const std::string* nanoscope_header::typedSetting(std::string_view key) const noexcept
 {
     const auto found = typedSettings.find(key);
     return found == typedSettings.end() ? nullptr : &found->second;

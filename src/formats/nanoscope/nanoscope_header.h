@@ -34,7 +34,7 @@ struct nanoscope_section {
     /// Value of the first plain line with this lower-case key, or null.
     const std::string* find(std::string_view key) const noexcept;
     /// As above for lines that began with "@", whatever their group number.
-    const std::string* find_typed(std::string_view key) const noexcept;
+    const std::string* findTyped(std::string_view key) const noexcept;
     /// The leading number of a plain line, nothing when it is damaged (stated_number.h).
     std::optional<double> number(std::string_view key) const;
 };
@@ -50,9 +50,9 @@ struct nanoscope_header {
     std::optional<std::uint64_t> length() const;
     /// Value of a plain line in any list that is no image; the scan list goes first. Null when there is none.
     const std::string* setting(std::string_view key) const noexcept;
-    std::optional<double> setting_number(std::string_view key) const;
+    std::optional<double> settingNumber(std::string_view key) const;
     /// As above for lines that began with "@", such as "sens. zsens".
-    const std::string* typed_setting(std::string_view key) const noexcept;
+    const std::string* typedSetting(std::string_view key) const noexcept;
     /// The first list of this lower-case name, or null.
     const nanoscope_section* section(std::string_view name) const noexcept;
     std::size_t count(nanoscope_list kind) const noexcept;

@@ -136,8 +136,8 @@ bool same_fast_axis(const scan_size& a, const scan_size& b)
 /// the scan's `Lines` and covers that part of the slow axis. One that was resampled in both directions covers it all.
 double rows_of_size(const nanoscope_header& header, const nanoscope_image& image)
 {
-    const double lines = header.setting_number("lines").value_or(image.height);
-    const double samples = header.setting_number("samps/line").value_or(image.width);
+    const double lines = header.settingNumber("lines").value_or(image.height);
+    const double samples = header.settingNumber("samps/line").value_or(image.width);
     const bool isResampled = image.width * lines == image.height * samples;
     return lines >= 1.0 && !isResampled ? lines : image.height;
 }
@@ -149,7 +149,7 @@ bool is_complete_alone(const nanoscope_header& header, const nanoscope_image& im
     const std::string* aspect = image.section->find("aspect ratio");
     const bool isSquare = aspect && *aspect == "1:1" && own.usable() && own.hasBoth &&
                           std::fabs(own.x / image.width - own.y / image.height) <= 0.01 * own.x / image.width;
-    return isSquare && image.height > header.setting_number("lines").value_or(image.height);
+    return isSquare && image.height > header.settingNumber("lines").value_or(image.height);
 }
 
 /// The stated sizes are full extents, so a pixel is size / count. The image's own size goes before the scan's only

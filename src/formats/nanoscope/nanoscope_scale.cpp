@@ -76,7 +76,7 @@ bool is_phase(const nanoscope_section& image)
 /// What the soft scale in brackets stands for; without a value when there is none.
 nanoscope_value sensitivity_of(const nanoscope_header& header, const nanoscope_value& hard)
 {
-    const std::string* line = hard.bracket.empty() ? nullptr : header.typed_setting(base::lower_ascii(hard.bracket));
+    const std::string* line = hard.bracket.empty() ? nullptr : header.typedSetting(base::lower_ascii(hard.bracket));
     return line ? parse_nanoscope_value(*line) : nanoscope_value{};
 }
 
@@ -141,7 +141,7 @@ std::optional<double> old_number(const nanoscope_header& header, const nanoscope
     const bool ofController = key == "z max" || key == "in1 max"; // scanner lists have a "Z max", too
     const nanoscope_section* controller = ofController ? header.section("controller list") : nullptr;
     const auto controlled = controller ? controller->number(key) : std::nullopt;
-    return controlled ? controlled : header.setting_number(key);
+    return controlled ? controlled : header.settingNumber(key);
 }
 
 value_scale old_scale(const nanoscope_header& header, const nanoscope_section& image)
@@ -234,7 +234,7 @@ std::string multiply_units(const std::string& units, const std::string& sensitiv
 
 std::string nanoscope_channel(const nanoscope_section& image)
 {
-    if (const std::string* typed = image.find_typed("image data")) {
+    if (const std::string* typed = image.findTyped("image data")) {
         const nanoscope_value value = parse_nanoscope_value(*typed);
         if (!value.display.empty()) return value.display;
         if (!value.bracket.empty()) return value.bracket;
@@ -245,23 +245,23 @@ std::string nanoscope_channel(const nanoscope_section& image)
 
 value_scale nanoscope_image_scale(const nanoscope_header& header, const nanoscope_section& image)
 {
-    if (const std::string* typed = image.find_typed("z scale")) return typed_scale(header, image, *typed);
+    if (const std::string* typed = image.findTyped("z scale")) return typed_scale(header, image, *typed);
     if (const std::string* plain = image.find("z scale")) return plain_scale(*plain);
     return old_scale(header, image);
 }
 
 std::string nanoscope_sensitivity_doubt(const nanoscope_header& header, const nanoscope_section& section)
 {
-    const std::string* typed = section.find_typed("z scale");
+    const std::string* typed = section.findTyped("z scale");
     const nanoscope_value hard = typed ? parse_nanoscope_value(*typed) : nanoscope_value{};
-    const bool isStated = !hard.bracket.empty() && header.typed_setting(base::lower_ascii(hard.bracket));
+    const bool isStated = !hard.bracket.empty() && header.typedSetting(base::lower_ascii(hard.bracket));
     if (!isStated || sensitivity_of(header, hard).value) return {};
     return hard.bracket + " is no number: values are not converted with it";
 }
 
 std::optional<value_scale> nanoscope_image_volts(const nanoscope_header& header, const nanoscope_section& image)
 {
-    const std::string* typed = image.find_typed("z scale");
+    const std::string* typed = image.findTyped("z scale");
     if (!typed) return std::nullopt;
     const nanoscope_value hard = parse_nanoscope_value(*typed), soft = sensitivity_of(header, hard);
     if (!usable(hard.value) || !usable(soft.value) || hard.units.empty()) return std::nullopt;

@@ -71,7 +71,7 @@ recorded_image load_group(const image_group& group, const std::string& id, const
 base::read_result<recording> read_nanoscope_text(source& file)
 {
     std::vector<std::byte> bytes;
-    if (!file.read_all(bytes)) return base::read_error{0, "file cannot be read"};
+    if (!file.readAll(bytes)) return base::read_error{0, "file cannot be read"};
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     const nanoscope_header header = parse_nanoscope_header(text);
     number_reader numbers(text.substr(header.textLength));

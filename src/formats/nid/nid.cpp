@@ -58,8 +58,8 @@ channel_plane plane_of(const nid_channel& channel)
     plane.direction = channel.direction();
     VLAxis x = image_axis(*channel.section, "Dim0", channel.points);
     // The ways to and fro of a curve may differ in length and range.
-    if (channel.is_spectroscopy()) x = VLAxis(0.0, 1.0, x.get_units());
-    plane.frame = {channel.is_spectroscopy() ? 1 : channel.points, channel.lines, 1, x,
+    if (channel.isSpectroscopy()) x = VLAxis(0.0, 1.0, x.get_units());
+    plane.frame = {channel.isSpectroscopy() ? 1 : channel.points, channel.lines, 1, x,
                    image_axis(*channel.section, "Dim1", channel.lines)};
     plane.scale = channel.scale;
     return plane;
@@ -101,13 +101,13 @@ base::read_result<recorded_image> load_image(source& file, const std::vector<con
 /// A height that was measured, not only asked for, is what force curves are seen against.
 bool is_position_channel(const nid_channel& channel)
 {
-    return channel.is_spectroscopy() && base::lower_ascii(channel.name).find("z-axis sensor") != std::string::npos;
+    return channel.isSpectroscopy() && base::lower_ascii(channel.name).find("z-axis sensor") != std::string::npos;
 }
 
 /// Spectra over a length are force curves.
 bool is_force_channel(const nid_channel& channel)
 {
-    return channel.is_spectroscopy() &&
+    return channel.isSpectroscopy() &&
            units_convertable(nid_dimension(*channel.section, "Dim0").units.c_str(), "m") > 0;
 }
 
@@ -152,9 +152,9 @@ private:
         for (const std::size_t index : group) members.push_back(&channels[index]);
         const nid_channel& first = *members.front();
         const std::string id = unique_id(first.label(), ids);
-        auto image = first.is_image() ? load_image(file, members, id) : load_curve_group(members, id);
+        auto image = first.isImage() ? load_image(file, members, id) : load_curve_group(members, id);
         if (!image) return image.error();
-        if (first.is_image()) name_directions(*image, group, first.direction());
+        if (first.isImage()) name_directions(*image, group, first.direction());
         std::string& frames = image->strings["\\Line direction"];
         for (const nid_channel* channel : members) frames += (frames.empty() ? "" : " / ") + channel->frame;
         result.items.emplace_back(std::move(*image));

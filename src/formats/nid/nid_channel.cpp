@@ -65,7 +65,7 @@ std::string read_storage(const nid_section& section, nid_channel& channel)
     const unsigned bits = section.count("SaveBits").value_or(0);
     channel.sampleBytes = bits / 8;
     if (channel.points == 0 || channel.lines == 0) return "Points or Lines is missing or 0";
-    if (!is_image_side(channel.lines) || (channel.is_image() && !is_image_side(channel.points)))
+    if (!is_image_side(channel.lines) || (channel.isImage() && !is_image_side(channel.points)))
         return "Points or Lines is above 65536";
     if (!is("SaveMode", "Binary")) return "SaveMode is not Binary";
     if (!is("SaveSign", "Signed")) return "SaveSign is not Signed";
@@ -105,7 +105,7 @@ std::string read_channel(const nid_section& section, nid_channel& channel)
 
 } // namespace
 
-bool nid_channel::is_image() const noexcept
+bool nid_channel::isImage() const noexcept
 {
     return lines > 1 && (frame.starts_with("Scan") || frame.starts_with("2nd scan"));
 }

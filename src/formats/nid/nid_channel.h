@@ -24,8 +24,8 @@ struct nid_channel {
     value_scale scale;
     std::string scaleProblem; ///< why its numbers have no meaning, or empty
 
-    bool is_image() const noexcept;
-    bool is_spectroscopy() const noexcept { return frame.starts_with("Spec ") || frame.starts_with("2nd spec "); }
+    bool isImage() const noexcept;
+    bool isSpectroscopy() const noexcept { return frame.starts_with("Spec ") || frame.starts_with("2nd spec "); }
     scan_direction direction() const noexcept;
     /// The frame without its direction: "Scan", "2nd scan".
     std::string pass() const;

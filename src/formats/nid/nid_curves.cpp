@@ -101,7 +101,7 @@ std::vector<std::string> names_of_subimages(const nid_curve_layout& layout, cons
     for (unsigned direction = 0; direction < layout.directions; ++direction) {
         const bool isReverse = startsReverse || direction == 1;
         const std::string name =
-            first.is_spectroscopy() ? (isReverse ? "Retract" : "Approach") : (isReverse ? "Reverse" : "Forward");
+            first.isSpectroscopy() ? (isReverse ? "Retract" : "Approach") : (isReverse ? "Reverse" : "Forward");
         if (layout.grid || layout.lines == 1)
             names.push_back(name);
         else
@@ -136,7 +136,7 @@ void finish_curves(const nid_curve_layout& layout, recorded_image& image)
     std::vector<void_range> voids;
     std::vector<unsigned> lengths(layout.curves.size());
     for (std::size_t i = 0; i < layout.curves.size(); ++i) {
-        const std::size_t place = layout.place_of(i);
+        const std::size_t place = layout.placeOf(i);
         lengths[place] = layout.curves[i].points;
         if (lengths[place] == 0) voids.push_back({std::uint64_t{place} * layout.points, layout.points});
     }
@@ -185,7 +185,7 @@ std::vector<extent> nid_curve_layout::extents() const
             {static_cast<unsigned>(grid->height), VLAxis(grid->y0, grid->stepY, "")}};
 }
 
-std::size_t nid_curve_layout::place_of(std::size_t curve) const noexcept
+std::size_t nid_curve_layout::placeOf(std::size_t curve) const noexcept
 {
     return grid ? curve - curve % lines + grid->nodes[curve % lines] : curve;
 }
@@ -197,7 +197,7 @@ base::read_result<nid_curve_layout> lay_out_curves(const nid_places& places,
     nid_curve_layout layout;
     layout.lines = channel.lines;
     layout.directions = static_cast<unsigned>(channels.size());
-    if (channel.is_spectroscopy() && places.grid && places.grid->nodes.size() == channel.lines)
+    if (channel.isSpectroscopy() && places.grid && places.grid->nodes.size() == channel.lines)
         layout.grid = places.grid;
     layout.names = names_of_subimages(layout, channel);
     for (const nid_channel* each : channels) {
@@ -235,7 +235,7 @@ base::read_result<recorded_image> read_nid_curves(source& file, std::span<const 
         for (unsigned line = 0; line < channel->lines; ++line, ++curve) {
             const std::size_t length = std::size_t{layout.curves[curve].points} * channel->sampleBytes;
             place_curve(std::span(stored).subspan(line * lineBytes, length),
-                        samples.subspan(layout.place_of(curve) * curveBytes, curveBytes), channel->sampleBytes);
+                        samples.subspan(layout.placeOf(curve) * curveBytes, curveBytes), channel->sampleBytes);
         }
     }
     finish_curves(layout, image);
@@ -285,7 +285,7 @@ recorded_image make_nid_positions(const nid_curve_layout& layout, const nid_chan
         const nid_line& own = layout.curves[i];
         if (own.points == 0) continue; // not measured
         const VLAxis axis = axis_of(own.start, own.range, own.points, common.units);
-        const auto curve = positions.subspan(layout.place_of(i) * layout.points, layout.points);
+        const auto curve = positions.subspan(layout.placeOf(i) * layout.points, layout.points);
         for (std::size_t point = 0; point < curve.size(); ++point)
             curve[point] = axis.at(static_cast<double>(std::min<std::size_t>(point, own.points - 1)));
     }

@@ -38,7 +38,7 @@ struct nid_curve_layout {
     std::vector<extent> extents() const;
     unsigned subimages() const noexcept { return grid ? directions : directions * lines; }
     /// Which curve of the stream a curve of the file is.
-    std::size_t place_of(std::size_t curve) const noexcept;
+    std::size_t placeOf(std::size_t curve) const noexcept;
 };
 /// \param channels  the directions of one channel, at least one, with equal numbers of lines
 base::read_result<nid_curve_layout> lay_out_curves(const nid_places& places,

@@ -30,7 +30,7 @@ public:
     explicit decoder(std::span<const std::byte> bytes)
     {
         info.err = jpeg_std_error(&errors);
-        errors.error_exit = on_error;
+        errors.error_exit = onError;
         errors.emit_message = on_message;
         info.client_data = this;
         attempt([&] {
@@ -69,7 +69,7 @@ public:
 private:
     static decoder& of(j_common_ptr common) noexcept { return *static_cast<decoder*>(common->client_data); }
 
-    [[noreturn]] static void on_error(j_common_ptr common)
+    [[noreturn]] static void onError(j_common_ptr common)
     {
         decoder& self = of(common);
         common->err->format_message(common, self.message);
@@ -90,7 +90,7 @@ private:
             of(common).endReached = true;
             return;
         default:
-            on_error(common);
+            onError(common);
         }
     }
     static void on_progress(j_common_ptr common)
@@ -177,7 +177,7 @@ base::read_error error_of(const decoder& jpeg) { return {0, jpeg.reason()}; }
 base::read_result<recording> read_jpeg(source& file)
 {
     std::vector<std::byte> bytes;
-    if (!file.read_all(bytes)) return base::read_error{0, "the file cannot be read"};
+    if (!file.readAll(bytes)) return base::read_error{0, "the file cannot be read"};
     decoder jpeg(bytes);
     auto& info = jpeg.info;
     if (!jpeg.attempt([&] { jpeg_read_header(&info, TRUE); })) return error_of(jpeg);

@@ -21,14 +21,14 @@ struct png_shape {
     std::uint32_t width = 0, height = 0;
     int bits = 0, colours = 0;
 
-    bool is_grey() const noexcept { return (colours & PNG_COLOR_MASK_COLOR) == 0; }
-    bool is_palette() const noexcept { return colours == PNG_COLOR_TYPE_PALETTE; }
-    bool is_heights() const noexcept { return is_grey() && bits == 16; }
-    bool is_indexed() const noexcept { return is_palette() || (colours == PNG_COLOR_TYPE_GRAY && bits <= 8); }
+    bool isGrey() const noexcept { return (colours & PNG_COLOR_MASK_COLOR) == 0; }
+    bool isPalette() const noexcept { return colours == PNG_COLOR_TYPE_PALETTE; }
+    bool is_heights() const noexcept { return isGrey() && bits == 16; }
+    bool isIndexed() const noexcept { return isPalette() || (colours == PNG_COLOR_TYPE_GRAY && bits <= 8); }
     /// Of the bitmap that it becomes; it knows no two bits a pixel.
     unsigned bit_count() const noexcept
     {
-        if (is_indexed()) return bits == 2 ? 8 : static_cast<unsigned>(bits);
+        if (isIndexed()) return bits == 2 ? 8 : static_cast<unsigned>(bits);
         return is_heights() ? 16 : 24;
     }
 };
@@ -55,7 +55,7 @@ resolution resolution_of(const png_decoder& png)
 std::vector<RGBQUAD> palette_of(const png_decoder& png, const png_shape& shape)
 {
     const unsigned entries = 1u << shape.bits;
-    if (!shape.is_palette()) return grey_palette(entries);
+    if (!shape.isPalette()) return grey_palette(entries);
     png_colorp colours = nullptr;
     int count = 0;
     png_get_PLTE(png.handle(), png.header(), &colours, &count);
@@ -75,8 +75,8 @@ void set_transformations(png_structp png, const png_shape& shape)
     }
     if (shape.bits == 16) png_set_scale_16(png);
     if (shape.bits == 2) png_set_packing(png);
-    if (shape.is_indexed()) return;
-    if (shape.is_grey()) png_set_gray_to_rgb(png);
+    if (shape.isIndexed()) return;
+    if (shape.isGrey()) png_set_gray_to_rgb(png);
     png_set_bgr(png);
 }
 
@@ -106,7 +106,7 @@ bool decode_rows(png_decoder& png, source& file, const png_shape& shape, const r
 bool append_picture(png_decoder& png, source& file, const png_shape& shape, recording& out)
 {
     std::vector<RGBQUAD> palette;
-    if (shape.is_indexed()) palette = palette_of(png, shape);
+    if (shape.isIndexed()) palette = palette_of(png, shape);
     picture image = make_picture(shape.width, shape.height, shape.bit_count(), std::move(palette));
     const resolution known = resolution_of(png);
     image.header.biXPelsPerMeter = header_resolution(known.x);
@@ -161,7 +161,7 @@ std::string refusal_of(const png_shape& shape, std::uint64_t rowBytes, std::uint
 base::read_result<recording> read_png(source& file)
 {
     std::vector<std::byte> bytes;
-    if (!file.read_all(bytes)) return base::read_error{0, "the file cannot be read"};
+    if (!file.readAll(bytes)) return base::read_error{0, "the file cannot be read"};
     png_decoder png(bytes);
     png_shape shape;
     const auto readHeader = [&shape](png_structp decoder, png_infop info) {

@@ -34,9 +34,9 @@ public:
     png_infop header() const noexcept { return info; }
 
 private:
-    [[noreturn]] static void on_error(png_structp png_, png_const_charp text);
-    static void on_warning(png_structp, png_const_charp) {}
-    static void on_read(png_structp png_, png_bytep out, std::size_t size);
+    [[noreturn]] static void onError(png_structp png_, png_const_charp text);
+    static void onWarning(png_structp, png_const_charp) {}
+    static void onRead(png_structp png_, png_bytep out, std::size_t size);
 
     std::span<const std::byte> rest; ///< what was not read yet
     png_structp png = nullptr;

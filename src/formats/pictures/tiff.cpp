@@ -19,8 +19,8 @@ std::string append_page(tiff_file& file, const tiff_page& page, std::vector<std:
     if (!page.isKnownKind) return "SampleFormat: complex samples are not supported";
     if (holds_heights(page)) return append_heights(file, page, used, out);
     if (page.kind == sample_kind::natural) {
-        if (page.bits <= 8 && (page.is_grey() || page.is_palette())) return append_indexed(file, page, out);
-        if (page.bits <= 16 && page.is_rgb()) return append_colours(file, page, out);
+        if (page.bits <= 8 && (page.isGrey() || page.isPalette())) return append_indexed(file, page, out);
+        if (page.bits <= 16 && page.isRgb()) return append_colours(file, page, out);
     }
     return append_converted(file, page, out);
 }
@@ -103,7 +103,7 @@ base::read_result<recording> read_tiff(source& source_)
         file.forget();
         const std::size_t whole = result.items.size();
         std::string reason = read_tiff_page(file, budget, page);
-        const std::string lost = file.take_lost_resolution();
+        const std::string lost = file.takeLostResolution();
         if (reason.empty()) reason = append_page(file, page, used, result);
         if (reason.empty() && !lost.empty())
             add_warning(result,

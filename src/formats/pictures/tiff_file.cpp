@@ -14,12 +14,12 @@ tiff_file::tiff_file(source& file_, std::uint64_t memory_) : file(file_)
     TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
     if (!options) throw std::bad_alloc();
     TIFFOpenOptionsSetMaxSingleMemAlloc(options, static_cast<tmsize_t>(memory_));
-    TIFFOpenOptionsSetErrorHandlerExtR(options, on_error, this);
-    TIFFOpenOptionsSetWarningHandlerExtR(options, on_warning, this);
+    TIFFOpenOptionsSetErrorHandlerExtR(options, onError, this);
+    TIFFOpenOptionsSetWarningHandlerExtR(options, onWarning, this);
     // "m": the source is no memory that could be mapped.
     tiff = TIFFClientOpenExt(
-        "TIFF", "rm", this, on_read, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; }, on_seek,
-        [](thandle_t) { return 0; }, on_size, nullptr, nullptr, options);
+        "TIFF", "rm", this, onRead, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; }, onSeek,
+        [](thandle_t) { return 0; }, onSize, nullptr, nullptr, options);
     TIFFOpenOptionsFree(options);
 }
 
@@ -30,7 +30,7 @@ tiff_file::~tiff_file()
 
 // These are called through frames of C: nothing may be thrown.
 
-tmsize_t tiff_file::on_read(thandle_t handle, void* out, tmsize_t count)
+tmsize_t tiff_file::onRead(thandle_t handle, void* out, tmsize_t count)
 try {
     tiff_file& self = of(handle);
     const std::uint64_t size = self.file.size();
@@ -43,7 +43,7 @@ try {
     return 0; // the library reports a read error
 }
 
-toff_t tiff_file::on_seek(thandle_t handle, toff_t offset, int origin)
+toff_t tiff_file::onSeek(thandle_t handle, toff_t offset, int origin)
 {
     tiff_file& self = of(handle);
     const std::uint64_t start = origin == SEEK_CUR ? self.position : origin == SEEK_END ? self.file.size() : 0;
@@ -51,9 +51,9 @@ toff_t tiff_file::on_seek(thandle_t handle, toff_t offset, int origin)
     return self.position;
 }
 
-toff_t tiff_file::on_size(thandle_t handle) { return of(handle).file.size(); }
+toff_t tiff_file::onSize(thandle_t handle) { return of(handle).file.size(); }
 
-int tiff_file::on_error(TIFF*, void* self_, const char*, const char* format, std::va_list arguments)
+int tiff_file::onError(TIFF*, void* self_, const char*, const char* format, std::va_list arguments)
 try {
     tiff_file& self = *static_cast<tiff_file*>(self_);
     if (self.text.empty()) self.text = base::valid_utf8(base::formatted_v(format, arguments));
@@ -62,12 +62,12 @@ try {
     return 1; // the failure itself is reported all the same
 }
 
-int tiff_file::on_warning(TIFF* tiff, void* self_, const char* module, const char* format, std::va_list arguments)
+int tiff_file::onWarning(TIFF* tiff, void* self_, const char* module, const char* format, std::va_list arguments)
 try {
     tiff_file& self = *static_cast<tiff_file*>(self_);
     const std::string_view name = module ? module : "";
     const bool makesUpPixels = name.starts_with("Fax") || name.starts_with("JPEGLib");
-    if (self.isStrict && makesUpPixels) return on_error(tiff, self_, module, format, arguments);
+    if (self.isStrict && makesUpPixels) return onError(tiff, self_, module, format, arguments);
     const std::string said = base::valid_utf8(base::formatted_v(format, arguments));
     if (said.find("Resolution\"") != std::string::npos) self.lostResolution = said;
     return 1;

@@ -23,17 +23,17 @@ public:
     const std::string& complaint() const noexcept { return text; }
     void forget() noexcept { text.clear(); }
     /// Takes what the library said of a resolution whose value it could not read; empty when there was nothing.
-    std::string take_lost_resolution() { return std::exchange(lostResolution, {}); }
+    std::string takeLostResolution() { return std::exchange(lostResolution, {}); }
     /// While pixels are decoded, what a codec only warns of means that it made them up.
     void setStrict(bool isStrict_) noexcept { isStrict = isStrict_; }
 
 private:
     static tiff_file& of(thandle_t handle) noexcept { return *static_cast<tiff_file*>(handle); }
-    static tmsize_t on_read(thandle_t handle, void* out, tmsize_t count);
-    static toff_t on_seek(thandle_t handle, toff_t offset, int origin);
-    static toff_t on_size(thandle_t handle);
-    static int on_error(TIFF*, void* self, const char* module, const char* format, std::va_list arguments);
-    static int on_warning(TIFF*, void* self, const char* module, const char* format, std::va_list arguments);
+    static tmsize_t onRead(thandle_t handle, void* out, tmsize_t count);
+    static toff_t onSeek(thandle_t handle, toff_t offset, int origin);
+    static toff_t onSize(thandle_t handle);
+    static int onError(TIFF*, void* self, const char* module, const char* format, std::va_list arguments);
+    static int onWarning(TIFF*, void* self, const char* module, const char* format, std::va_list arguments);
 
     source& file;
     std::uint64_t position = 0;

@@ -27,7 +27,7 @@ std::string fill_raw(tiff_rows& rows, const tiff_page& page, unsigned sample, re
         const auto row = rows.row(y);
         if (row.empty()) return rows.reason();
         read_natural(row, layout_of(page, sample), samples);
-        const auto target = raw_row(image, page, page.from_top(y));
+        const auto target = raw_row(image, page, page.fromTop(y));
         for (std::size_t x = 0; x < target.size(); ++x)
             target[x] = static_cast<std::int16_t>(isSigned ? with_sign(samples[x], page.bits)
                                                            : static_cast<std::int32_t>(samples[x] ^ flip) - 32768);
@@ -42,7 +42,7 @@ std::string fill_values(tiff_rows& rows, const tiff_page& page, unsigned sample,
     for (std::uint32_t y = 0; y < page.height; ++y) {
         const auto row = rows.row(y);
         if (row.empty()) return rows.reason();
-        const std::size_t fromBottom = page.height - 1 - page.from_top(y);
+        const std::size_t fromBottom = page.height - 1 - page.fromTop(y);
         read_values(row, layout_of(page, sample), page.kind,
                     std::span(values).subspan(fromBottom * page.width, page.width));
     }
@@ -86,14 +86,14 @@ std::string append_channel(tiff_file& file, const tiff_page& page, unsigned samp
 
 bool holds_heights(const tiff_page& page) noexcept
 {
-    if (!page.isKnownKind || !(page.is_grey() || page.is_rgb())) return false;
+    if (!page.isKnownKind || !(page.isGrey() || page.isRgb())) return false;
     switch (page.kind) {
     case sample_kind::real:
         return page.bits == 32 || page.bits == 64;
     case sample_kind::integer:
         return page.bits <= 32 || page.bits == 64;
     default:
-        return (page.bits > 16 && (page.bits <= 32 || page.bits == 64)) || (page.bits > 8 && page.is_grey());
+        return (page.bits > 16 && (page.bits <= 32 || page.bits == 64)) || (page.bits > 8 && page.isGrey());
     }
 }
 

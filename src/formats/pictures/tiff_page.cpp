@@ -76,15 +76,15 @@ std::uint64_t decoded_bytes(TIFF* tiff, const tiff_page& page)
 
 } // namespace
 
-bool tiff_page::is_grey() const noexcept
+bool tiff_page::isGrey() const noexcept
 {
     return photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK ||
            photometric == PHOTOMETRIC_MASK;
 }
 
-bool tiff_page::is_palette() const noexcept { return photometric == PHOTOMETRIC_PALETTE; }
+bool tiff_page::isPalette() const noexcept { return photometric == PHOTOMETRIC_PALETTE; }
 
-bool tiff_page::is_rgb() const noexcept { return photometric == PHOTOMETRIC_RGB && samples >= 3; }
+bool tiff_page::isRgb() const noexcept { return photometric == PHOTOMETRIC_RGB && samples >= 3; }
 
 // Deflate makes at most 1,032 bytes of one, LZW some 2,700; fax codes of blank pages make more of little.
 tiff_budget::tiff_budget(std::uint64_t fileBytes) noexcept
@@ -151,21 +151,21 @@ bool tiff_rows::load(std::uint32_t y)
     bandEnd = bandStart + std::min(bandRows, page.height - bandStart);
     file.forget();
     file.setStrict(true);
-    const bool isRead = page.isTiled ? load_tiles() : load_strip();
+    const bool isRead = page.isTiled ? loadTiles() : loadStrip();
     file.setStrict(false);
     if (isRead && file.complaint().empty()) return true;
     bandEnd = bandStart;
     return false;
 }
 
-bool tiff_rows::load_strip()
+bool tiff_rows::loadStrip()
 {
     const auto bytes = static_cast<tmsize_t>((bandEnd - bandStart) * page.rowBytes);
     const auto strip = TIFFComputeStrip(file.handle(), bandStart, plane);
     return TIFFReadEncodedStrip(file.handle(), strip, band.data(), bytes) == bytes;
 }
 
-bool tiff_rows::load_tiles()
+bool tiff_rows::loadTiles()
 {
     TIFF* tiff = file.handle();
     const auto tileWidth = tag<std::uint32_t>(tiff, TIFFTAG_TILEWIDTH);

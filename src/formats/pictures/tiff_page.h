@@ -28,10 +28,10 @@ struct tiff_page {
     std::uint64_t rowBytes = 0;                  ///< of a decoded row, of one plane when they are separate
     double progressStart = 0.0, progressShare = 1.0;
 
-    bool is_grey() const noexcept;
-    bool is_palette() const noexcept;
-    bool is_rgb() const noexcept;
-    std::uint32_t from_top(std::uint32_t row) const noexcept { return isBottomUp ? height - 1 - row : row; }
+    bool isGrey() const noexcept;
+    bool isPalette() const noexcept;
+    bool isRgb() const noexcept;
+    std::uint32_t fromTop(std::uint32_t row) const noexcept { return isBottomUp ? height - 1 - row : row; }
 };
 
 /// Decoded bytes that the pages of a file may still have: hostile pages share their pixels or claim what is not there.
@@ -54,8 +54,8 @@ public:
 
 private:
     bool load(std::uint32_t y);
-    bool load_strip();
-    bool load_tiles();
+    bool loadStrip();
+    bool loadTiles();
 
     tiff_file& file;
     const tiff_page& page;

@@ -38,9 +38,8 @@ std::vector<RGBQUAD> colour_map(TIFF* tiff, unsigned entries)
 std::string append_indexed(tiff_file& file, const tiff_page& page, recording& out)
 {
     const unsigned entries = 1u << page.bits;
-    std::vector<RGBQUAD> palette = page.is_palette()
-                                       ? colour_map(file.handle(), entries)
-                                       : grey_palette(entries, page.photometric == PHOTOMETRIC_MINISWHITE);
+    std::vector<RGBQUAD> palette = page.isPalette() ? colour_map(file.handle(), entries)
+                                                    : grey_palette(entries, page.photometric == PHOTOMETRIC_MINISWHITE);
     if (palette.empty()) return "ColorMap: there is none";
     const bool isCopied =
         (page.bits == 1 || page.bits == 4 || page.bits == 8) && (page.samples == 1 || page.isSeparate);
@@ -52,7 +51,7 @@ std::string append_indexed(tiff_file& file, const tiff_page& page, recording& ou
     for (std::uint32_t y = 0; y < page.height; ++y) {
         const auto row = rows.row(y);
         if (row.empty()) return rows.reason();
-        const auto target = row_from_top(image, page.from_top(y));
+        const auto target = row_from_top(image, page.fromTop(y));
         if (isCopied) {
             std::copy_n(row.begin(), std::min(row.size(), target.size()), target.begin());
             continue;
@@ -73,7 +72,7 @@ std::string append_colours(tiff_file& file, const tiff_page& page, recording& ou
     const std::uint32_t top = (1u << page.bits) - 1;
     std::vector<std::uint32_t> samples(page.width);
     for (std::uint32_t y = 0; y < page.height; ++y) {
-        const auto target = row_from_top(image, page.from_top(y));
+        const auto target = row_from_top(image, page.fromTop(y));
         for (unsigned channel = 0; channel < 3; ++channel) {
             tiff_rows& rows = planes[page.isSeparate ? channel : 0];
             const auto row = rows.row(y);

@@ -185,12 +185,12 @@ const zip_reader::entry* zip_reader::find(const std::string& name) const
 std::string zip_reader::unpack(const entry& which, std::span<std::byte> out, const progress& tell) const
 {
     const bool isSmall = which.storedBytes <= wholeStoredBytes && which.bytes <= wholeBytes;
-    return which.isDeflated && isSmall && out.size() == which.bytes ? unpack_whole(which, out)
-                                                                    : unpack_pieces(which, out, tell);
+    return which.isDeflated && isSmall && out.size() == which.bytes ? unpackWhole(which, out)
+                                                                    : unpackPieces(which, out, tell);
 }
 
 /// A small entry that is wanted whole takes one call of the faster inflater, straight into its place.
-std::string zip_reader::unpack_whole(const entry& which, std::span<std::byte> out) const
+std::string zip_reader::unpackWhole(const entry& which, std::span<std::byte> out) const
 {
     const opened_entry file(zip_fopen_index(archive.get(), which.index, ZIP_FL_COMPRESSED));
     if (!file) return zip_strerror(archive.get());
@@ -203,7 +203,7 @@ std::string zip_reader::unpack_whole(const entry& which, std::span<std::byte> ou
     return libdeflate_crc32(0, out.data(), out.size()) == which.checksum ? "" : "the checksum does not match";
 }
 
-std::string zip_reader::unpack_pieces(const entry& which, std::span<std::byte> out, const progress& tell) const
+std::string zip_reader::unpackPieces(const entry& which, std::span<std::byte> out, const progress& tell) const
 {
     const opened_entry file(zip_fopen_index(archive.get(), which.index, 0));
     if (!file) return zip_strerror(archive.get());

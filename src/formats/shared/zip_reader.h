@@ -55,8 +55,8 @@ private:
     };
     struct source_state;
     zip_reader() = default;
-    std::string unpack_whole(const entry& which, std::span<std::byte> out) const;
-    std::string unpack_pieces(const entry& which, std::span<std::byte> out, const progress& tell) const;
+    std::string unpackWhole(const entry& which, std::span<std::byte> out) const;
+    std::string unpackPieces(const entry& which, std::span<std::byte> out, const progress& tell) const;
 
     std::unique_ptr<source_state> state;
     std::unique_ptr<zip, archive_close> archive; // behind the state: it reads through it until it is closed

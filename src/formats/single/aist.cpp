@@ -117,7 +117,7 @@ bool possible_aist(std::span<const std::byte> head) { return may_be_aist_tree(he
 base::read_result<recording> read_aist(source& file)
 {
     std::vector<std::byte> bytes;
-    if (!file.read_all(bytes)) return base::read_error{0, "cannot be read"};
+    if (!file.readAll(bytes)) return base::read_error{0, "cannot be read"};
     const auto tree = parse_aist_tree(bytes);
     if (!tree) return tree.error();
     if (tree->rasters.empty() && tree->curves.empty()) return base::read_error{0, "holds neither an image nor a curve"};

@@ -255,7 +255,7 @@ base::read_result<recording> read_opd(source& file)
                                : missing.first();
     result.strings = values.texts;
     missing.tell(result);
-    if (!values.number("Pixel_size")) add_warning(result, no_wyko_pixel_size);
+    if (!values.number("Pixel_size")) add_warning(result, noWykoPixelSize);
     const auto date = values.texts.find("Date"), time = values.texts.find("Time");
     if (date != values.texts.end())
         result.strings.emplace("\\Date", date->second + (time == values.texts.end() ? "" : " " + time->second));

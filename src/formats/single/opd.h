@@ -16,7 +16,7 @@ bool possible_opd(std::span<const std::byte> head);
 /// True for the names of blocks whose numbers are heights.
 bool holds_wyko_heights(const std::string& name);
 /// What the document is told then.
-constexpr const char* no_wyko_pixel_size = "no Pixel_size in the file: sides are counted in points";
+constexpr const char* noWykoPixelSize = "no Pixel_size in the file: sides are counted in points";
 
 /// Reads heights, then intensities, of an interferometer's file.
 base::read_result<recording> read_opd(source& file);

@@ -29,10 +29,10 @@ recorded_image make_stream(const sur_object& object, const std::string& id, cons
 {
     const auto type = object.sampleBits == 16 ? SPM_ARRAY_INT16 : SPM_ARRAY_INT32;
     const extent x{object.width, object.x}, y{object.height, object.y}, spectrum{object.pointValues, object.spectral};
-    if (object.is_curve()) return make_samples(id, label, std::span(&x, 1), object.height, scale_of(object), type);
+    if (object.isCurve()) return make_samples(id, label, std::span(&x, 1), object.height, scale_of(object), type);
     const extent plane[] = {x, y}, volume[] = {spectrum, x, y};
-    return make_samples(id, label, object.is_map() ? std::span<const extent>(volume) : std::span<const extent>(plane),
-                        1, scale_of(object), type);
+    return make_samples(id, label, object.isMap() ? std::span<const extent>(volume) : std::span<const extent>(plane), 1,
+                        scale_of(object), type);
 }
 
 /// Files hold the top row first.
@@ -49,7 +49,7 @@ template <class T>
 void settle(const sur_object& object, recorded_image& image)
 {
     const std::span<T> samples = elements_of<T>(image);
-    if (!object.is_curve()) flip_rows(samples, std::size_t{object.width} * object.pointValues, object.height);
+    if (!object.isCurve()) flip_rows(samples, std::size_t{object.width} * object.pointValues, object.height);
     std::vector<void_range> voids;
     for (std::size_t i = 0; object.hasVoids && i < samples.size(); ++i) {
         if (samples[i] != object.voidValue) continue;
@@ -86,7 +86,7 @@ void add_strings(const sur_object& object, const std::string& comment, recorded_
     add_string(image, "X axis", object.xName);
     add_string(image, "Y axis", object.yName);
     add_string(image, "Z axis", object.zName);
-    if (object.is_map()) add_string(image, "Spectral axis", object.spectralName);
+    if (object.isMap()) add_string(image, "Spectral axis", object.spectralName);
     add_string(image, "Acquisition", acquisition_name(object.acquisition));
     if (object.seconds > 0.0 && std::isfinite(object.seconds))
         add_string(image, "Duration", base::general(object.seconds) + " s");
@@ -123,9 +123,9 @@ base::read_result<recorded_image> read_object(source& file, sur_object object, c
     if (std::string reason = read_sur_values(file, object, offset, bytes); !reason.empty())
         return base::read_error{offset, std::move(reason)};
     const axis_fields x{"the x step", "the x offset"}, y{"the y step", "the y offset"};
-    if (object.is_map())
+    if (object.isMap())
         name_axis_fields(image, {{"the spectral step", "the spectral offset"}, x, y});
-    else if (object.is_curve())
+    else if (object.isCurve())
         name_axis_fields(image, {x});
     else
         name_axis_fields(image, {x, y});

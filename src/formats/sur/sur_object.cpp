@@ -91,7 +91,7 @@ std::string check(const sur_object& object, std::uint32_t points)
     if (object.sampleBits != 16 && object.sampleBits != 32)
         return std::to_string(object.sampleBits) + " bits per value; only 16 and 32 can be";
     if (object.width == 0 || object.height == 0) return "points per line or number of lines is not above 0";
-    if (object.height > maxSide || (object.width > maxSide && !object.is_curve()))
+    if (object.height > maxSide || (object.width > maxSide && !object.isCurve()))
         return "points per line or number of lines is above 65536";
     if (std::uint64_t{object.width} * object.height != points)
         return "the number of points, " + std::to_string(points) + ", is not points per line times lines, " +
@@ -101,9 +101,9 @@ std::string check(const sur_object& object, std::uint32_t points)
 
 } // namespace
 
-bool sur_object::is_curve() const noexcept
+bool sur_object::isCurve() const noexcept
 {
-    if (is_map()) return false;
+    if (isMap()) return false;
     return kind == sur_kind::profile || kind == sur_kind::profile_series || kind == sur_kind::multilayer_profile ||
            kind == sur_kind::spectrum;
 }

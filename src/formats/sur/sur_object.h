@@ -57,8 +57,8 @@ struct sur_object {
     std::size_t commentBytes = 0, privateBytes = 0;
 
     std::uint64_t values() const noexcept { return std::uint64_t{width} * height * pointValues; }
-    bool is_curve() const noexcept;
-    bool is_map() const noexcept { return kind == sur_kind::spectral_map || pointValues > 1; }
+    bool isCurve() const noexcept;
+    bool isMap() const noexcept { return kind == sur_kind::spectral_map || pointValues > 1; }
 };
 
 /// True when the bytes begin with one of the two magics.

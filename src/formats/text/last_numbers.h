@@ -22,10 +22,10 @@ public:
     std::string_view cutNumber() const noexcept
     {
         constexpr std::size_t fewest = 3; // lines that tell
-        const std::string_view last = number_of(count - 1);
+        const std::string_view last = numberOf(count - 1);
         if (count <= fewest) return {};
         for (std::size_t i = count - std::min(count, lines.size()); i + 1 < count; ++i)
-            if (digits_of(number_of(i)) <= digits_of(last) || hasMark(number_of(i)) != hasMark(number_of(count - 2)))
+            if (digitsOf(numberOf(i)) <= digitsOf(last) || hasMark(numberOf(i)) != hasMark(numberOf(count - 2)))
                 return {};
         return last;
     }
@@ -33,13 +33,13 @@ public:
 private:
     bool hasMark(std::string_view number) const noexcept { return number.find(decimalMark) != std::string_view::npos; }
     /// Behind the mark, which a cut number may have lost; where there are none, all.
-    std::size_t digits_of(std::string_view number) const noexcept
+    std::size_t digitsOf(std::string_view number) const noexcept
     {
-        if (!hasMark(number_of(count - 2))) return number.size();
+        if (!hasMark(numberOf(count - 2))) return number.size();
         const std::size_t mark = number.find(decimalMark);
         return mark == std::string_view::npos ? 0 : number.size() - mark;
     }
-    std::string_view number_of(std::size_t index) const noexcept
+    std::string_view numberOf(std::size_t index) const noexcept
     {
         std::string_view line = base::trimmed(lines[index % lines.size()]);
         while (line.find_last_of(separators) + 1 == line.size() && !line.empty()) line.remove_suffix(1);

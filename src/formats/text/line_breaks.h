@@ -17,12 +17,12 @@ public:
         areEqual = areEqual && !hasShortLine && (fields == ofFirst || mayBeLast);
         hasShortLine = hasShortLine || fields < ofFirst;
         areWholeRows = areWholeRows && fields % columns == 0;
-        add_to_row(fields);
+        addToRow(fields);
     }
     bool areOrderly() const noexcept { return areEqual || areWholeRows || breakRowsAlike; }
 
 private:
-    void add_to_row(std::size_t fields)
+    void addToRow(std::size_t fields)
     {
         if (!breakRowsAlike) return;
         if (!isFirstRowWhole) firstRow.push_back(fields);

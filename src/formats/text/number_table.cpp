@@ -60,7 +60,7 @@ private:
         const auto shortRow = table.values.begin() + static_cast<std::ptrdiff_t>(before);
         const std::vector<double> numbers(shortRow, table.values.end());
         table.values.resize(before);
-        if (!scanner.scan_with_empty_ends(line, table.columns, table.values))
+        if (!scanner.scanWithEmptyEnds(line, table.columns, table.values))
             table.values.insert(table.values.end(), numbers.begin(), numbers.end());
         return add_row(table.values.size() - before, number);
     }
@@ -76,7 +76,7 @@ private:
     }
     line_use refuse_field(std::size_t number)
     {
-        return refuse(number, ": \"" + content.utf8(scanner.wrong_field().substr(0, 40)) + "\" is no number");
+        return refuse(number, ": \"" + content.utf8(scanner.fieldAtFault().substr(0, 40)) + "\" is no number");
     }
     /// Why a line of another length cannot be.
     std::string unlike(std::size_t fields) const
@@ -123,9 +123,9 @@ line_use table_collector::add(std::string_view line, std::size_t number)
     }
     // "-4.6792e": the rest of the number is lost with the end of the line.
     const std::string_view text = base::trimmed(line);
-    if (isLast(line) && !hasEnd() && !table.values.empty() && scanner.wrong_field().end() == text.end()) {
+    if (isLast(line) && !hasEnd() && !table.values.empty() && scanner.fieldAtFault().end() == text.end()) {
         table.notes.push_back("The last line, " + std::to_string(number) + ", was left out: its last number, \"" +
-                              content.utf8(scanner.wrong_field().substr(0, 40)) + "\", is cut");
+                              content.utf8(scanner.fieldAtFault().substr(0, 40)) + "\", is cut");
         table.isCut = true;
         return line_use::taken;
     }
@@ -160,7 +160,7 @@ void table_collector::add_blank(std::string_view line, std::size_t number)
 {
     if (!hasGaps()) return;
     row_gap& gap = table.gaps.open(table.rows, number);
-    if (table.columns < 2 || !scanner.scan_with_empty_ends(line, table.columns, gap.values)) {
+    if (table.columns < 2 || !scanner.scanWithEmptyEnds(line, table.columns, gap.values)) {
         ++gap.blanks;
         return;
     }
@@ -171,7 +171,7 @@ void table_collector::add_blank(std::string_view line, std::size_t number)
 void table_collector::add_gap_row(std::string_view line, std::size_t number, row_likeness likeness)
 {
     row_gap& gap = table.gaps.open(table.rows, number);
-    scanner.scan_damaged(line, gap.values);
+    scanner.scanDamaged(line, gap.values);
     if (gap.rowLine == 0) gap.rowLine = number;
     gap.partly += likeness == row_likeness::partly;
     gap.mayBeTail = gap.mayBeTail || likeness == row_likeness::sentence;
@@ -190,7 +190,7 @@ line_use table_collector::add_comment(std::string_view line, std::size_t number)
 {
     line = base::trimmed(line);
     const row_likeness likeness =
-        wrapped ? row_likeness::none : scanner.likeness_to_row(line, table.columns, stated.isMatrix);
+        wrapped ? row_likeness::none : scanner.likenessToRow(line, table.columns, stated.isMatrix);
     if (likeness == row_likeness::damaged) return refuse_field(number);
     const bool isRow = likeness == row_likeness::partly || likeness == row_likeness::words ||
                        (likeness == row_likeness::sentence && stated.isMatrix);

@@ -146,13 +146,13 @@ number_scanner::number_scanner(const number_layout& layout_) noexcept : layout(l
     if (layout.separator == '\t') roles['\t'] = role::separator;
 }
 
-const char* number_scanner::skip_blanks(const char* at, const char* end) const noexcept
+const char* number_scanner::skipBlanks(const char* at, const char* end) const noexcept
 {
-    while (at != end && role_of(*at) == role::blank) ++at;
+    while (at != end && roleOf(*at) == role::blank) ++at;
     return at;
 }
 
-std::optional<double> number_scanner::number_of(std::string_view field) const noexcept
+std::optional<double> number_scanner::numberOf(std::string_view field) const noexcept
 {
     if (layout.groupedBlanks && field.find(' ') != std::string_view::npos)
         return grouped_number(field, ' ', layout.decimalComma);
@@ -162,35 +162,35 @@ std::optional<double> number_scanner::number_of(std::string_view field) const no
 }
 
 /// Behind the field at `at`: blanks that group digits are part of it, those around it are not.
-const char* number_scanner::field_end(const char* at, const char* end) const noexcept
+const char* number_scanner::fieldEnd(const char* at, const char* end) const noexcept
 {
     for (const char* last = at;;) {
-        while (last != end && role_of(*last) == role::field) ++last;
+        while (last != end && roleOf(*last) == role::field) ++last;
         if (!layout.groupedBlanks) return last;
-        const char* next = skip_blanks(last, end);
-        if (next == end || role_of(*next) != role::field) return last;
+        const char* next = skipBlanks(last, end);
+        if (next == end || roleOf(*next) != role::field) return last;
         last = next;
     }
 }
 
 template <typename Take>
-void number_scanner::each_field(std::string_view line, const Take& take) const
+void number_scanner::eachField(std::string_view line, const Take& take) const
 {
     const char* const end = line.data() + line.size();
     for (const char* at = line.data(); at != end;) {
-        const char* last = field_end(at, end);
+        const char* last = fieldEnd(at, end);
         take(std::string_view(at, static_cast<std::size_t>(last - at)));
-        at = skip_blanks(last, end);
-        if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
+        at = skipBlanks(last, end);
+        if (at != end && roleOf(*at) == role::separator) at = skipBlanks(at + 1, end);
     }
 }
 
-void number_scanner::scan_damaged(std::string_view line, std::vector<double>& out) const
+void number_scanner::scanDamaged(std::string_view line, std::vector<double>& out) const
 {
-    each_field(base::trimmed(line), [&](std::string_view field) { out.push_back(number_of(field).value_or(missing)); });
+    eachField(base::trimmed(line), [&](std::string_view field) { out.push_back(numberOf(field).value_or(missing)); });
 }
 
-bool number_scanner::scan_with_empty_ends(std::string_view line, std::size_t columns, std::vector<double>& out) const
+bool number_scanner::scanWithEmptyEnds(std::string_view line, std::size_t columns, std::vector<double>& out) const
 {
     if (layout.separator == ' ') return false;
     const auto marks = static_cast<std::size_t>(std::ranges::count(line, layout.separator));
@@ -200,7 +200,7 @@ bool number_scanner::scan_with_empty_ends(std::string_view line, std::size_t col
     for (std::size_t column = 0; column < columns; ++column) {
         const std::size_t end = std::min(line.find(layout.separator), line.size());
         const std::string_view field = base::trimmed(line.substr(0, end));
-        const auto number = field.empty() ? missing : number_of(field);
+        const auto number = field.empty() ? missing : numberOf(field);
         if (!number) {
             out.resize(before);
             return false;
@@ -242,15 +242,15 @@ struct number_scanner::field_census {
     }
 };
 
-row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t columns, bool inMatrix)
+row_likeness number_scanner::likenessToRow(std::string_view line, std::size_t columns, bool inMatrix)
 {
     line = base::trimmed(line);
     if (line.empty() || columns == 0) return row_likeness::none;
     const bool hasMark = starts_comment(line) || line.front() == ';';
     if (hasMark && !inMatrix) return row_likeness::none;
     field_census census;
-    each_field(line, [&](std::string_view field) {
-        const auto number = number_of(field);
+    eachField(line, [&](std::string_view field) {
+        const auto number = numberOf(field);
         if (!number) wrongField = field;
         census.add(field, number);
     });
@@ -265,18 +265,18 @@ row_likeness number_scanner::likeness_to_row(std::string_view line, std::size_t 
     return isParted || census.likeFirst == columns ? row_likeness::words : row_likeness::sentence;
 }
 
-bool number_scanner::scan_fields(const char* at, const char* end, std::vector<double>& out)
+bool number_scanner::scanFields(const char* at, const char* end, std::vector<double>& out)
 {
     while (at != end) {
         double value = missing; // stays for an empty field
         const char* last = at;
-        if (role_of(*at) != role::separator) {
+        if (roleOf(*at) != role::separator) {
             if (!layout.decimalComma) last = plain_number(at, end, value);
             if (last == at || layout.groupedBlanks || layout.groupedPoints ||
-                (last != end && role_of(*last) == role::field)) {
-                last = field_end(at, end);
+                (last != end && roleOf(*last) == role::field)) {
+                last = fieldEnd(at, end);
                 const std::string_view field(at, static_cast<std::size_t>(last - at));
-                const auto number = number_of(field);
+                const auto number = numberOf(field);
                 if (!number) {
                     wrongField = field;
                     return false;
@@ -285,8 +285,8 @@ bool number_scanner::scan_fields(const char* at, const char* end, std::vector<do
             }
         }
         out.push_back(value);
-        at = skip_blanks(last, end);
-        if (at != end && role_of(*at) == role::separator) at = skip_blanks(at + 1, end);
+        at = skipBlanks(last, end);
+        if (at != end && roleOf(*at) == role::separator) at = skipBlanks(at + 1, end);
     }
     return true;
 }
@@ -295,11 +295,11 @@ line_content number_scanner::scan(std::string_view line, std::vector<double>& ou
 {
     const char* end = line.data() + line.size();
     const char* at = line.data();
-    while (at != end && (role_of(*at) == role::blank || *at == '\t')) ++at;
+    while (at != end && (roleOf(*at) == role::blank || *at == '\t')) ++at;
     if (at == end) return line_content::blank;
     if (starts_comment({at, static_cast<std::size_t>(end - at)})) return line_content::comment;
     const std::size_t before = out.size();
-    if (scan_fields(at, end, out)) {
+    if (scanFields(at, end, out)) {
         const bool anyNumber = std::any_of(out.begin() + static_cast<std::ptrdiff_t>(before), out.end(),
                                            [](double value) { return !std::isnan(value); });
         if (anyNumber || out.size() - before > 1) return line_content::numbers;

@@ -70,26 +70,26 @@ public:
     line_content scan(std::string_view line, std::vector<double>& out);
     /// \param inMatrix  a comment mark may stand for a number, too: such a line looks like a row partly
     /// A single column is one of words, whatever they are.
-    row_likeness likeness_to_row(std::string_view line, std::size_t columns, bool inMatrix = false);
+    row_likeness likenessToRow(std::string_view line, std::size_t columns, bool inMatrix = false);
     /// Appends the numbers of a line that looks like a row, what is none as NaN.
-    void scan_damaged(std::string_view line, std::vector<double>& out) const;
+    void scanDamaged(std::string_view line, std::vector<double>& out) const;
     /// Appends the numbers of a line whose first or last fields are empty, these as NaN. \return false, with nothing
     /// appended, when its separators do not make it a row of so many columns
-    bool scan_with_empty_ends(std::string_view line, std::size_t columns, std::vector<double>& out) const;
+    bool scanWithEmptyEnds(std::string_view line, std::size_t columns, std::vector<double>& out) const;
     /// The field that made the last line wrong.
-    std::string_view wrong_field() const noexcept { return wrongField; }
+    std::string_view fieldAtFault() const noexcept { return wrongField; }
 
 private:
     struct field_census;
     enum class role : std::uint8_t { field, blank, separator };
-    role role_of(char c) const noexcept { return roles[static_cast<unsigned char>(c)]; }
-    const char* skip_blanks(const char* at, const char* end) const noexcept;
-    const char* field_end(const char* at, const char* end) const noexcept;
+    role roleOf(char c) const noexcept { return roles[static_cast<unsigned char>(c)]; }
+    const char* skipBlanks(const char* at, const char* end) const noexcept;
+    const char* fieldEnd(const char* at, const char* end) const noexcept;
     /// Calls `take` with each field of a trimmed line.
     template <typename Take>
-    void each_field(std::string_view line, const Take& take) const;
-    bool scan_fields(const char* at, const char* end, std::vector<double>& out);
-    std::optional<double> number_of(std::string_view field) const noexcept;
+    void eachField(std::string_view line, const Take& take) const;
+    bool scanFields(const char* at, const char* end, std::vector<double>& out);
+    std::optional<double> numberOf(std::string_view field) const noexcept;
 
     std::array<role, 256> roles{};
     number_layout layout;

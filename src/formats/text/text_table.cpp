@@ -104,7 +104,7 @@ bool take_damaged_rows(const text_content& content, text_parts& parts, std::size
     number_scanner scanner = scanner_of(content, parts);
     bool anyRow = false;
     const auto isRow = [&](const std::string& line) {
-        const row_likeness likeness = scanner.likeness_to_row(line, columns, true);
+        const row_likeness likeness = scanner.likenessToRow(line, columns, true);
         return likeness == row_likeness::partly || (likeness == row_likeness::words && columns > 1);
     };
     while (!parts.header.empty() && isRow(parts.header.back())) {
@@ -123,10 +123,10 @@ std::string first_row_problem(const text_content& content, const text_parts& par
     number_scanner scanner = scanner_of(content, parts);
     const std::string& line = parts.header.back();
     std::vector<double> ignored;
-    const bool isDamaged = scanner.likeness_to_row(line, columns) == row_likeness::damaged ||
+    const bool isDamaged = scanner.likenessToRow(line, columns) == row_likeness::damaged ||
                            (inMatrix && scanner.scan(line, ignored) == line_content::wrong);
     if (!isDamaged || may_be_heading(line)) return {};
-    return "the line before the numbers: \"" + std::string(scanner.wrong_field().substr(0, 40)) + "\" is no number";
+    return "the line before the numbers: \"" + std::string(scanner.fieldAtFault().substr(0, 40)) + "\" is no number";
 }
 
 /// Finds the next line of numbers. \param name  receives the last line of text before it
@@ -172,7 +172,7 @@ base::read_result<recording> read_arrays(const text_content& content, const text
     if (result.items.empty()) return missing.first();
     result.strings = wyko_strings(parts.header);
     missing.tell(result);
-    if (!header.width) add_warning(result, no_wyko_pixel_size);
+    if (!header.width) add_warning(result, noWykoPixelSize);
     result.strings["\\Text format"] = header.writer;
     return result;
 }

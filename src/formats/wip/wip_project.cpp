@@ -103,7 +103,7 @@ std::vector<double> wip_project::numbers(const wip_tag& tag, const std::string& 
     return {};
 }
 
-std::string wip_project::standard_unit(const wip_object& transformation) const
+std::string wip_project::standardUnit(const wip_object& transformation) const
 {
     const wip_tag* base = transformation.data->find("TDTransformation");
     return base ? normal_unit(read_wip_text(file, base->find("StandardUnit"))) : std::string();
@@ -120,7 +120,7 @@ wip_plane wip_project::plane(const wip_object& object, const char* transformatio
     const auto model = numbers(*port, "ModelOrigin", 3), world = numbers(*port, "WorldOrigin", 3),
                scale = numbers(*port, "Scale", 9);
     if (model.empty() || world.empty() || scale.empty()) return plane;
-    const std::string units = standard_unit(*space);
+    const std::string units = standardUnit(*space);
     plane.x = ascending_axis(world[0], scale[0], model[0], columns, units);
     plane.y = ascending_axis(world[1], scale[4], model[1], rows, units);
     plane.isMirroredX = scale[0] < 0.0;
@@ -128,14 +128,14 @@ wip_plane wip_project::plane(const wip_object& object, const char* transformatio
     return plane;
 }
 
-std::string wip_project::value_units(const wip_object& object) const
+std::string wip_project::valueUnits(const wip_object& object) const
 {
     const wip_object* interpretation = referred(object, "ZInterpretationID");
     return interpretation ? normal_unit(read_wip_text(file, interpretation->content->find("UnitName"))) : std::string();
 }
 
 /// A polynomial of the pixel's number, its constant first, in nm; none when it turns between its first and last bin.
-std::vector<double> wip_project::polynomial_wavelengths(const wip_object& transformation, unsigned values) const
+std::vector<double> wip_project::polynomialWavelengths(const wip_object& transformation, unsigned values) const
 {
     const auto factors = numbers(*transformation.content, "FreePolynom", 2);
     if (factors.empty()) return {};
@@ -156,11 +156,11 @@ std::vector<double> wip_project::polynomial_wavelengths(const wip_object& transf
 std::vector<double> wip_project::wavelengths(const wip_object& transformation, unsigned values) const
 {
     const bool isGrating = number(transformation, "SpectralTransformationType", 1.0) == 1.0;
-    return isGrating ? grating_wavelengths(transformation, values) : polynomial_wavelengths(transformation, values);
+    return isGrating ? gratingWavelengths(transformation, values) : polynomialWavelengths(transformation, values);
 }
 
 /// The grating equation, pixel by pixel, in nm; none where the parameters do not allow it.
-std::vector<double> wip_project::grating_wavelengths(const wip_object& transformation, unsigned values) const
+std::vector<double> wip_project::gratingWavelengths(const wip_object& transformation, unsigned values) const
 {
     const auto parameter = [&](const char* name) { return number(transformation, name, std::nan("")); };
     const double nC = parameter("nC"), lambdaC = parameter("LambdaC"), gamma = parameter("Gamma"),
@@ -176,7 +176,7 @@ std::vector<double> wip_project::grating_wavelengths(const wip_object& transform
     return all_finite(places) ? places : std::vector<double>();
 }
 
-void wip_project::interpret_wavelengths(const wip_object& object, wip_spectrum_axis& axis) const
+void wip_project::interpretWavelengths(const wip_object& object, wip_spectrum_axis& axis) const
 {
     const wip_object* interpretation = referred(object, "XInterpretationID");
     const double index = interpretation ? number(*interpretation, "UnitIndex", 0.0) : 0.0;
@@ -191,7 +191,7 @@ void wip_project::interpret_wavelengths(const wip_object& object, wip_spectrum_a
     axis.units = unit->units;
 }
 
-wip_spectrum_axis wip_project::spectrum_axis(const wip_object& object, unsigned values) const
+wip_spectrum_axis wip_project::spectrumAxis(const wip_object& object, unsigned values) const
 {
     wip_spectrum_axis result;
     const wip_object* transformation = referred(object, "XTransformationID");
@@ -201,17 +201,17 @@ wip_spectrum_axis wip_project::spectrum_axis(const wip_object& object, unsigned 
                    world = numbers(*transformation->content, "WorldOrigin", 1),
                    scale = numbers(*transformation->content, "Scale", 1);
         if (model.empty() || world.empty() || scale.empty()) return result;
-        result.units = standard_unit(*transformation);
+        result.units = standardUnit(*transformation);
         result.axis = VLAxis(world[0] - scale[0] * model[0], scale[0], result.units.c_str());
     } else if (transformation->className == "TDSpectralTransformation") {
         result.places = wavelengths(*transformation, values);
         result.units = "nm";
     } else if (transformation->className == "TDLUTTransformation") {
         result.places = table(*transformation, values);
-        result.units = standard_unit(*transformation);
+        result.units = standardUnit(*transformation);
     }
     if (result.places.empty()) return result;
-    if (result.units == "nm") interpret_wavelengths(object, result);
+    if (result.units == "nm") interpretWavelengths(object, result);
     if (const auto steps = find_even_steps(result.places)) {
         result.axis = VLAxis(steps->start, steps->step, result.units.c_str());
         result.places.clear();

@@ -40,21 +40,21 @@ public:
     /// \param transformation  number of a space transformation; 0 or an unknown one gives points without a place, the
     ///                        top row first
     wip_plane plane(const wip_object& object, const char* transformation, unsigned columns, unsigned rows) const;
-    wip_spectrum_axis spectrum_axis(const wip_object& object, unsigned values) const;
+    wip_spectrum_axis spectrumAxis(const wip_object& object, unsigned values) const;
     /// Unit of the values, empty when none is told.
-    std::string value_units(const wip_object& object) const;
+    std::string valueUnits(const wip_object& object) const;
 
     /// The object whose number the tag holds, or null.
     const wip_object* referred(const wip_object& object, const char* tag) const;
 
 private:
     std::vector<double> numbers(const wip_tag& tag, const std::string& name, std::size_t count) const;
-    std::string standard_unit(const wip_object& transformation) const;
+    std::string standardUnit(const wip_object& transformation) const;
     std::vector<double> wavelengths(const wip_object& transformation, unsigned values) const;
-    std::vector<double> grating_wavelengths(const wip_object& transformation, unsigned values) const;
-    std::vector<double> polynomial_wavelengths(const wip_object& transformation, unsigned values) const;
+    std::vector<double> gratingWavelengths(const wip_object& transformation, unsigned values) const;
+    std::vector<double> polynomialWavelengths(const wip_object& transformation, unsigned values) const;
     std::vector<double> table(const wip_object& transformation, unsigned values) const;
-    void interpret_wavelengths(const wip_object& object, wip_spectrum_axis& axis) const;
+    void interpretWavelengths(const wip_object& object, wip_spectrum_axis& axis) const;
 
     source& file;
     std::vector<wip_object> list;

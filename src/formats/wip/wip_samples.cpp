@@ -84,7 +84,7 @@ std::string label_of(const wip_object& object) { return object.caption.empty() ?
 
 value_scale scale_of(const wip_project& project, const wip_object& object)
 {
-    const std::string units = project.value_units(object);
+    const std::string units = project.valueUnits(object);
     return {1.0, 0.0, units, units.empty() ? "" : "UnitName of the interpretation"};
 }
 
@@ -181,7 +181,7 @@ base::read_result<std::vector<recorded_image>> read_graph(source& file, const wi
     const std::uint64_t points = std::uint64_t{columns} * rows;
     const auto numbers = find_numbers(file, object, "GraphData", points * values);
     if (!numbers) return numbers.error();
-    const wip_spectrum_axis axis = project.spectrum_axis(object, values);
+    const wip_spectrum_axis axis = project.spectrumAxis(object, values);
     const wip_plane plane = project.plane(object, "SpaceTransformationID", columns, rows);
     const extent extents[] = {{values, axis.axis}, {columns, plane.x}, {rows, plane.y}};
     const bool isSingle = points == 1;

@@ -65,7 +65,7 @@ CRgn& CRgn::operator=(CRgn&& other) noexcept
 
 CRgn::~CRgn() = default;
 
-CRgn CRgn::of_spans(std::span<const platform::pixel_span> spans)
+CRgn CRgn::ofSpans(std::span<const platform::pixel_span> spans)
 {
     std::vector<pixman_box32_t> boxes;
     boxes.reserve(spans.size());
@@ -91,7 +91,7 @@ CRgn CRgn::ellipse(const RECT& rect)
 {
     CRect ordered(rect);
     ordered.NormalizeRect();
-    return of_spans(platform::ellipse_spans(ordered));
+    return ofSpans(platform::ellipse_spans(ordered));
 }
 
 CRgn CRgn::polygon(std::span<const CPoint> points, poly_fill_mode mode)
@@ -102,7 +102,7 @@ CRgn CRgn::polygon(std::span<const CPoint> points, poly_fill_mode mode)
 
 CRgn CRgn::polygons(std::span<const std::vector<CPoint>> figures, poly_fill_mode mode)
 {
-    return of_spans(platform::polygon_spans(figures, mode == WINDING));
+    return ofSpans(platform::polygon_spans(figures, mode == WINDING));
 }
 
 CRgn CRgn::combined(const CRgn& a, const CRgn& b, region_mode mode)

@@ -75,7 +75,7 @@ public:
     CRgn frame(int width, int height) const;
 
 private:
-    static CRgn of_spans(std::span<const vldv::platform::pixel_span> spans);
+    static CRgn ofSpans(std::span<const vldv::platform::pixel_span> spans);
 
     struct bands;
     std::unique_ptr<bands> held;

@@ -177,7 +177,7 @@ void atomic_file::commit()
     if (rename(beside.c_str(), target.c_str()) != 0) fail(errno);
     beside.clear();
     discard();
-    sync_folder();
+    syncFolder();
 }
 
 /// A name cannot change hands without one of its own: only between the link and the renaming does anything stand beside
@@ -215,7 +215,7 @@ void atomic_file::store(std::span<const std::byte> bytes) const
 
 /// Without this a power cut may bring the old name back. Folders that cannot be opened or synced are as good as theirs
 /// get; only a device that fails is an error.
-void atomic_file::sync_folder() const
+void atomic_file::syncFolder() const
 {
     const int descriptor = open(folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;

@@ -33,7 +33,7 @@ private:
     void giveName();
     void discard() noexcept;
     std::filesystem::path folder() const;
-    void sync_folder() const;
+    void syncFolder() const;
     [[noreturn]] void fail(int error) const;
 
     std::filesystem::path given;  ///< as the caller named it, for messages

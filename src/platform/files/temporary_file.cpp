@@ -45,7 +45,7 @@ temporary_file::~temporary_file()
     close(file);
 }
 
-std::wstring temporary_file::wide_path() const { return to_wide(filePath); }
+std::wstring temporary_file::widePath() const { return to_wide(filePath); }
 
 void temporary_file::store(const void* bytes, std::size_t count) const
 {

@@ -18,7 +18,7 @@ public:
 
     /// Leads to the file in this process and while the object lives.
     const std::filesystem::path& path() const noexcept { return filePath; }
-    std::wstring wide_path() const;
+    std::wstring widePath() const;
     /// Replaces the content. \throws CFileException when not all of it could be stored
     void store(const void* bytes, std::size_t count) const;
 

@@ -18,7 +18,7 @@ void profile_changes::erase(const std::string& section, const std::string& key)
     steps.push_back({section, key, std::nullopt});
 }
 
-void profile_changes::erase_section(const std::string& section)
+void profile_changes::eraseSection(const std::string& section)
 {
     std::erase_if(lastSet, [&](const auto& known) { return is_within(known.first.first, section); });
     std::erase_if(steps, [&](const step& done) { return is_within(done.section, section); });
@@ -35,7 +35,7 @@ void profile_changes::apply(profile_table& table) const
 {
     for (const step& done : steps) {
         if (!done.key)
-            table.erase_section(done.section);
+            table.eraseSection(done.section);
         else if (done.value)
             table.set(done.section, *done.key, *done.value);
         else

@@ -12,7 +12,7 @@ class profile_changes {
 public:
     void set(const std::string& section, const std::string& key, const profile_value& value);
     void erase(const std::string& section, const std::string& key);
-    void erase_section(const std::string& section);
+    void eraseSection(const std::string& section);
 
     bool empty() const noexcept { return steps.empty(); }
     void clear() noexcept;

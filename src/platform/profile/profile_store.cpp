@@ -105,18 +105,18 @@ void CProfileStore::merge() const
 
 std::optional<int> CProfileStore::readInt(const std::string& section, const std::string& key) const
 {
-    return values.read_int(section, key);
+    return values.readInt(section, key);
 }
 
 std::optional<std::string> CProfileStore::readString(const std::string& section, const std::string& key) const
 {
-    return values.read_string(section, key);
+    return values.readString(section, key);
 }
 
 std::optional<std::vector<std::byte>> CProfileStore::readBinary(const std::string& section,
                                                                 const std::string& key) const
 {
-    return values.read_binary(section, key);
+    return values.readBinary(section, key);
 }
 
 bool CProfileStore::writeInt(const std::string& section, const std::string& key, int value)
@@ -137,7 +137,7 @@ bool CProfileStore::writeBinary(const std::string& section, const std::string& k
 bool CProfileStore::write(const std::string& section, const std::string& key, const platform::profile_value& value)
 {
     if (values.set(section, key, value)) {
-        before_change();
+        beforeChange();
         changes.set(section, key, value);
     }
     return problem.empty();
@@ -150,7 +150,7 @@ std::vector<std::string> CProfileStore::sections(const std::string& prefix) cons
 bool CProfileStore::deleteValue(const std::string& section, const std::string& key)
 {
     if (values.erase(section, key)) {
-        before_change();
+        beforeChange();
         changes.erase(section, key);
     }
     return problem.empty();
@@ -158,15 +158,15 @@ bool CProfileStore::deleteValue(const std::string& section, const std::string& k
 
 bool CProfileStore::deleteSection(const std::string& section)
 {
-    if (values.erase_section(section)) {
-        before_change();
-        changes.erase_section(section);
+    if (values.eraseSection(section)) {
+        beforeChange();
+        changes.eraseSection(section);
     }
     return problem.empty();
 }
 
 /// The first change since the last flush looks whether that can work; asking for each would cost a call of the system.
-void CProfileStore::before_change()
+void CProfileStore::beforeChange()
 {
     if (!changes.empty() || !problem.empty()) return;
     succeeds(problem, [this] { platform::expect_storable(file); });

@@ -51,7 +51,7 @@ public:
 
 private:
     bool write(const std::string& section, const std::string& key, const vldv::platform::profile_value& value);
-    void before_change();
+    void beforeChange();
     void merge() const;
     bool store() noexcept;
 

@@ -29,26 +29,26 @@ profile_table::profile_table(std::string_view file)
     block* current = &blocks.emplace_back();
     while (!file.empty()) {
         const std::size_t end = file.find('\n');
-        read_line(file.substr(0, end), current);
+        readLine(file.substr(0, end), current);
         file.remove_prefix(end == std::string_view::npos ? file.size() : end + 1);
     }
 }
 
-void profile_table::read_line(std::string_view bytes, block*& current)
+void profile_table::readLine(std::string_view bytes, block*& current)
 {
     if (opens_section(bytes)) {
-        current = open_block(bytes);
+        current = openBlock(bytes);
         return;
     }
     line read{std::string(bytes), current->name ? read_entry_line(bytes) : std::nullopt};
     if (read.entry)
-        add_entry(*current, std::move(read));
+        addEntry(*current, std::move(read));
     else
         current->lines.push_back(std::move(read));
 }
 
 /// The block that the section's line opens: a new one, or that of the same name when it comes again.
-profile_table::block* profile_table::open_block(std::string_view bytes)
+profile_table::block* profile_table::openBlock(std::string_view bytes)
 {
     auto name = read_section_line(bytes);
     if (name) {
@@ -62,7 +62,7 @@ profile_table::block* profile_table::open_block(std::string_view bytes)
     return &opened;
 }
 
-void profile_table::add_entry(block& into, line&& added)
+void profile_table::addEntry(block& into, line&& added)
 {
     const auto known = into.entries.find(added.entry->key);
     if (known != into.entries.end()) {
@@ -94,7 +94,7 @@ std::string profile_table::text() const
     return out;
 }
 
-const profile_table::block* profile_table::find_block(const std::string& section) const
+const profile_table::block* profile_table::findBlock(const std::string& section) const
 {
     const auto found = named.find(section);
     return found == named.end() ? nullptr : &*found->second;
@@ -102,13 +102,13 @@ const profile_table::block* profile_table::find_block(const std::string& section
 
 const profile_value* profile_table::find(const std::string& section, const std::string& key) const
 {
-    const block* const part = find_block(section);
+    const block* const part = findBlock(section);
     if (!part) return nullptr;
     const auto found = part->entries.find(key);
     return found == part->entries.end() ? nullptr : &found->second->entry->value;
 }
 
-std::optional<int> profile_table::read_int(const std::string& section, const std::string& key) const
+std::optional<int> profile_table::readInt(const std::string& section, const std::string& key) const
 {
     const profile_value* const value = find(section, key);
     const auto* const text = value ? std::get_if<std::string>(value) : nullptr;
@@ -119,13 +119,13 @@ std::optional<int> profile_table::read_int(const std::string& section, const std
     return static_cast<int>(*number);
 }
 
-std::optional<std::string> profile_table::read_string(const std::string& section, const std::string& key) const
+std::optional<std::string> profile_table::readString(const std::string& section, const std::string& key) const
 {
     return value_as<std::string>(find(section, key));
 }
 
-std::optional<std::vector<std::byte>> profile_table::read_binary(const std::string& section,
-                                                                 const std::string& key) const
+std::optional<std::vector<std::byte>> profile_table::readBinary(const std::string& section,
+                                                                const std::string& key) const
 {
     return value_as<std::vector<std::byte>>(find(section, key));
 }
@@ -133,7 +133,7 @@ std::optional<std::vector<std::byte>> profile_table::read_binary(const std::stri
 std::vector<std::string> profile_table::keys(const std::string& section) const
 {
     std::vector<std::string> out;
-    if (const block* const part = find_block(section))
+    if (const block* const part = findBlock(section))
         for (const line& each : part->lines)
             if (each.entry) out.push_back(each.entry->key);
     return out;
@@ -147,7 +147,7 @@ std::vector<std::string> profile_table::sections(const std::string& prefix) cons
     return out;
 }
 
-profile_table::block& profile_table::block_of(const std::string& section)
+profile_table::block& profile_table::blockOf(const std::string& section)
 {
     const auto known = named.find(section);
     if (known != named.end()) return *known->second;
@@ -161,7 +161,7 @@ bool profile_table::set(const std::string& section, const std::string& key, cons
 {
     const profile_value* const old = find(section, key);
     if (old && *old == value) return false;
-    add_entry(block_of(section), {{}, profile_entry{key, value}});
+    addEntry(blockOf(section), {{}, profile_entry{key, value}});
     return true;
 }
 
@@ -183,7 +183,7 @@ bool profile_table::erase(const std::string& section, const std::string& key)
     return true;
 }
 
-bool profile_table::erase_section(const std::string& section)
+bool profile_table::eraseSection(const std::string& section)
 {
     bool changed = false;
     for (auto part = blocks.begin(); part != blocks.end();) {

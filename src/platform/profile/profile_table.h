@@ -21,9 +21,9 @@ public:
 
     /// Null when there is none. Valid until the value is set or erased.
     const profile_value* find(const std::string& section, const std::string& key) const;
-    std::optional<int> read_int(const std::string& section, const std::string& key) const; ///< also a text that is one
-    std::optional<std::string> read_string(const std::string& section, const std::string& key) const;
-    std::optional<std::vector<std::byte>> read_binary(const std::string& section, const std::string& key) const;
+    std::optional<int> readInt(const std::string& section, const std::string& key) const; ///< also a text that is one
+    std::optional<std::string> readString(const std::string& section, const std::string& key) const;
+    std::optional<std::vector<std::byte>> readBinary(const std::string& section, const std::string& key) const;
     std::vector<std::string> keys(const std::string& section) const;
     /// Sections that hold values and whose names begin with `prefix`.
     std::vector<std::string> sections(const std::string& prefix) const;
@@ -35,7 +35,7 @@ public:
     /// A section goes with its last line.
     bool erase(const std::string& section, const std::string& key);
     /// Erases the section and all below it, with the lines in them that are no values.
-    bool erase_section(const std::string& section);
+    bool eraseSection(const std::string& section);
 
 private:
     struct line {
@@ -50,11 +50,11 @@ private:
         std::unordered_map<std::string_view, std::list<line>::iterator> entries; ///< keys are views of the lines'
     };
 
-    const block* find_block(const std::string& section) const;
-    block& block_of(const std::string& section);
-    void read_line(std::string_view bytes, block*& current);
-    block* open_block(std::string_view bytes);
-    static void add_entry(block& into, line&& added);
+    const block* findBlock(const std::string& section) const;
+    block& blockOf(const std::string& section);
+    void readLine(std::string_view bytes, block*& current);
+    block* openBlock(std::string_view bytes);
+    static void addEntry(block& into, line&& added);
 
     std::list<block> blocks;
     std::unordered_map<std::string_view, std::list<block>::iterator> named; ///< keys are views of the blocks'

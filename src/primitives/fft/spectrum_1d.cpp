@@ -35,7 +35,7 @@ struct real_transform::plans {
     }
 };
 
-std::shared_ptr<const real_transform::plans> real_transform::plans_of(std::size_t length)
+std::shared_ptr<const real_transform::plans> real_transform::plansOf(std::size_t length)
 {
     constexpr std::size_t mostKept = 32;
     using kept_plans = std::map<std::size_t, std::shared_ptr<const plans>>;
@@ -55,7 +55,7 @@ real_transform::real_transform(std::size_t length)
         throw std::length_error("too many samples for a Fourier transform");
     row.resize(length);
     spectrum.resize(length / 2 + 1);
-    made = plans_of(length);
+    made = plansOf(length);
 }
 
 real_transform::~real_transform() = default;

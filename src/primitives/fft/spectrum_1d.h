@@ -26,7 +26,7 @@ public:
 
 private:
     struct plans;
-    static std::shared_ptr<const plans> plans_of(std::size_t length);
+    static std::shared_ptr<const plans> plansOf(std::size_t length);
 
     std::vector<double> row;
     std::vector<std::complex<double>> spectrum;

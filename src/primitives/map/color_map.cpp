@@ -19,7 +19,7 @@ std::uint8_t mapped_byte(float value, byte_window window) noexcept
 
 void map_heights(std::span<const std::int16_t> heights, byte_window window, std::uint8_t* out) noexcept
 {
-    if (!window.is_open()) {
+    if (!window.isOpen()) {
         std::fill_n(out, heights.size(), std::uint8_t{0});
         return;
     }
@@ -32,7 +32,7 @@ void map_heights(std::span<const std::int16_t> heights, byte_window window, std:
 
 void map_floats(std::span<const float> values, byte_window window, std::uint8_t* out) noexcept
 {
-    if (!window.is_open()) {
+    if (!window.isOpen()) {
         std::fill_n(out, values.size(), std::uint8_t{0});
         return;
     }

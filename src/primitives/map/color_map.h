@@ -9,7 +9,7 @@ namespace vldv::primitives {
 struct byte_window {
     float low, high;
     /// An empty or reversed window shows nothing: all bytes are 0.
-    bool is_open() const noexcept { return low < high; }
+    bool isOpen() const noexcept { return low < high; }
 };
 
 /// b = (v - low) * 255 / (high - low) in single precision, each operation rounded, the result rounded to nearest with

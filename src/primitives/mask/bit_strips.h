@@ -56,7 +56,7 @@ public:
         const std::uint64_t bit = std::uint64_t{1} << (x & (bitsOfWord - 1));
         for (int y = first; y < last; ++y) rows[y] |= bit;
     }
-    /// Bits of the eight neighbours of a sample inside, bit k for direction k of `boundary_steps`.
+    /// Bits of the eight neighbours of a sample inside, bit k for direction k of `boundarySteps`.
     unsigned neighbours(int x, int y) const noexcept;
 
 private:

@@ -9,8 +9,8 @@ struct boundary_step {
     int x, y;
 };
 /// From east towards north, rows counting upwards.
-inline constexpr boundary_step boundary_steps[8] = {{1, 0},  {1, 1},   {0, 1},  {-1, 1},
-                                                    {-1, 0}, {-1, -1}, {0, -1}, {1, -1}};
+inline constexpr boundary_step boundarySteps[8] = {{1, 0},  {1, 1},   {0, 1},  {-1, 1},
+                                                   {-1, 0}, {-1, -1}, {0, -1}, {1, -1}};
 
 /// The first direction at or after `from` that leads back into a set when one turns out of it.
 /// \param neighbours  which are in the set, bit k for direction k; some are and some are not
@@ -38,8 +38,8 @@ void walk_outline(int startX, int startY, NeighboursOf neighboursOf, Visit visit
     const int first = way_back_in(around, west);
     int x = startX, y = startY, way = first;
     do {
-        x += boundary_steps[way].x;
-        y += boundary_steps[way].y;
+        x += boundarySteps[way].x;
+        y += boundarySteps[way].y;
         visit(x, y);
         way = way_back_in(neighboursOf(x, y), (way + 4) & 7);
     } while (x != startX || y != startY || way != first);
@@ -59,8 +59,8 @@ bool walk_boundary(int startX, int startY, int from, NeighboursOf neighboursOf, 
     visit(x, y);
     for (std::uint64_t length = 1, nextMilestone = 1;; ++length) {
         way = way_back_in(neighboursOf(x, y), from);
-        x += boundary_steps[way].x;
-        y += boundary_steps[way].y;
+        x += boundarySteps[way].x;
+        y += boundarySteps[way].y;
         if (x == milestoneX && y == milestoneY && way == milestoneWay) return false;
         visit(x, y);
         if (x == startX && y == startY) return true;
@@ -90,7 +90,7 @@ bool trace_boundary(int startX, int startY, NeighboursOf neighboursOf, Restart r
     }
     restart();
     const int way = way_back_in(around, 0);
-    return walk_boundary(startX + boundary_steps[way].x, startY + boundary_steps[way].y, (way + 4) & 7, neighboursOf,
+    return walk_boundary(startX + boundarySteps[way].x, startY + boundarySteps[way].y, (way + 4) & 7, neighboursOf,
                          visit);
 }
 

@@ -42,7 +42,7 @@ void connected_runs::find(const bit_image& mask, const_height_block heights, nei
     finish();
 }
 
-void connected_runs::find_above(const_height_block heights, std::int16_t threshold, bit_image& mask)
+void connected_runs::findAbove(const_height_block heights, std::int16_t threshold, bit_image& mask)
 {
     mask.assign(heights.width, heights.height);
     begin(mask.width());

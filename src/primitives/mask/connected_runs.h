@@ -37,7 +37,7 @@ public:
               neighbours connected = neighbours::overSidesAndCorners);
     /// The same, over sides and corners, while the mask is made of the heights strictly above the threshold: each
     /// height is read once.
-    void find_above(const_height_block heights, std::int16_t threshold, bit_image& mask);
+    void findAbove(const_height_block heights, std::int16_t threshold, bit_image& mask);
 
     const growing_array<area>& areas() const noexcept { return found; }
     const growing_array<run>& runs() const noexcept { return all; }

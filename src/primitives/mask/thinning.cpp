@@ -112,7 +112,7 @@ void thinner::findOccupied(const bit_strips& mask, int firstRow)
 
 namespace {
 
-/// One sample of the rule, by its neighbours in the order of `boundary_steps`.
+/// One sample of the rule, by its neighbours in the order of `boundarySteps`.
 bool is_taken(unsigned neighbours, bool isOdd)
 {
     const auto at = [neighbours](int way) -> std::uint64_t { return neighbours >> way & 1; };
@@ -134,7 +134,7 @@ public:
     {
         unsigned bits = 0;
         for (unsigned way = 0; way < 8; ++way) {
-            const int nearX = x + boundary_steps[way].x, nearY = y + boundary_steps[way].y;
+            const int nearX = x + boundarySteps[way].x, nearY = y + boundarySteps[way].y;
             if (nearX >= 0 && nearY >= 0 && nearX < width && nearY < height && of[index(nearX, nearY)] != 0)
                 bits |= 1u << way;
         }

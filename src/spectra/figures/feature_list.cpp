@@ -107,7 +107,7 @@ private:
 
 } // namespace
 
-feature_list feature_list::of_mask(const primitives::bit_image& mask, const feature_source& source, unsigned threads)
+feature_list feature_list::ofMask(const primitives::bit_image& mask, const feature_source& source, unsigned threads)
 {
     feature_list list;
     list.found->find(mask, source.heights);
@@ -119,7 +119,7 @@ feature_list feature_list::above(short threshold, const feature_source& source, 
                                  unsigned threads)
 {
     feature_list list;
-    list.found->find_above(source.heights, threshold, mask);
+    list.found->findAbove(source.heights, threshold, mask);
     list.measure(source, threads);
     return list;
 }

@@ -23,7 +23,7 @@ class VLDV_INTERNAL_API feature_list {
 public:
     /// The connected areas of a mask over the block. \throws std::bad_alloc
     /// \param threads  how many work on contours and skeletons; the result does not depend on it
-    static feature_list of_mask(const primitives::bit_image& mask, const feature_source& source, unsigned threads = 1);
+    static feature_list ofMask(const primitives::bit_image& mask, const feature_source& source, unsigned threads = 1);
     /// Makes the mask of the heights strictly above a threshold as well.
     static feature_list above(short threshold, const feature_source& source, primitives::bit_image& mask,
                               unsigned threads = 1);

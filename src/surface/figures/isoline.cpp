@@ -6,12 +6,12 @@ namespace vldv::surface {
 
 namespace {
 
-/// Bits of the neighbours of a sample that are at least so high, as `boundary_steps` counts them.
+/// Bits of the neighbours of a sample that are at least so high, as `boundarySteps` counts them.
 unsigned neighbours_from(const sample_frame& frame, int level, int x, int y)
 {
     unsigned found = 0;
     for (unsigned way = 0; way < 8; ++way) {
-        const CPoint near{x + primitives::boundary_steps[way].x, y + primitives::boundary_steps[way].y};
+        const CPoint near{x + primitives::boundarySteps[way].x, y + primitives::boundarySteps[way].y};
         if (frame.contains(near) && frame.at(near) >= level) found |= 1u << way;
     }
     return found;

@@ -81,7 +81,7 @@ TEST(ForceSource, PairsCurvesWithWhatTheyAreMeasuredAgainst)
     CWinApp app(host);
     CStorageDoc document;
     SPMDataStream force = heights("Force", {5}, 3), sensor = heights("Sensor", {5}, 3),
-                  short_ = heights("Short", {3}, 1);
+                  shortPart = heights("Short", {3}, 1);
     const char* names[] = {"Approach", "Pause", "Retract"};
     force.set_subimage_names(names, 3);
     force.set_parameter_stream("Sensor");
@@ -91,7 +91,7 @@ TEST(ForceSource, PairsCurvesWithWhatTheyAreMeasuredAgainst)
     SPMDataStream lost = force;
     lost.set_name("Lost");
     lost.set_parameter_stream("Nobody");
-    const SPMDataStream streams[] = {force, sensor, short_, other, lost};
+    const SPMDataStream streams[] = {force, sensor, shortPart, other, lost};
     document.AddNewImages(streams, 5);
     document.setString("\\Curve lengths", "5 4 0", 0);
     document.setString("\\Curve lengths", "3 5 5", 1);

@@ -167,7 +167,7 @@ TEST(Mdt, WholeFramesOfACutFileAreShown)
 
 TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
 {
-    const mdt_image image{"Height", 2, 2, {1, 2, 3, 4}}, short_{"Height", 300, 300, {1}}, empty{"Height", 0, 2, {}};
+    const mdt_image image{"Height", 2, 2, {1, 2, 3, 4}}, shortPart{"Height", 300, 300, {1}}, empty{"Height", 0, 2, {}};
     const auto scan = [](const mdt_image& each) { return mdt_file({mdt_frame_of(0, each.body())}); };
     const auto array = [](auto change) { // two by two numbers of 32 bits, of which there is one
         mdt_array each{
@@ -179,7 +179,7 @@ TEST(Mdt, WhatCannotBeIsRefusedWithItsReason)
     expect_refused(read_mdt, {
                                  {"\x01\xB0\x93\xFF", "cut short"},
                                  {mdt_file({}), "no frame"},
-                                 {scan(short_), "more samples than the frame holds"},
+                                 {scan(shortPart), "more samples than the frame holds"},
                                  {scan(empty), "columns or rows is 0"},
                                  {scan(image).substr(0, 60), "does not fit the file"},
                                  {mdt_file({mdt_frame_of(105, image.body())}), "type 105 is not known"},

@@ -20,10 +20,10 @@ TEST(NanoscopeHeader, ListsStayInOrderAndKeysAreFoundInAnyCase)
     EXPECT_EQ(header.length(), 8192u);
     EXPECT_EQ(*header.setting("scan size"), "3 nm");
     EXPECT_EQ(*header.setting("lines"), "512") << "the scan list goes before the scanner's";
-    EXPECT_EQ(*header.typed_setting("sens. zsens"), "V 5 nm/V");
+    EXPECT_EQ(*header.typedSetting("sens. zsens"), "V 5 nm/V");
     EXPECT_EQ(header.setting("samps/line"), nullptr) << "images do not speak for the file";
     EXPECT_EQ(header.sections[3].kind, nanoscope_list::image);
-    EXPECT_EQ(*header.sections[3].find_typed("z scale"), "V (1) 2 V");
+    EXPECT_EQ(*header.sections[3].findTyped("z scale"), "V (1) 2 V");
     EXPECT_EQ(header.sections[3].find("z scale"), nullptr);
     EXPECT_EQ(header.sections[4].kind, nanoscope_list::force_image);
     EXPECT_EQ(header.sections[5].number("samps/line"), 5.0);

@@ -64,7 +64,7 @@ std::vector<std::vector<int>> filled_areas(const std::vector<char>& set, int wid
         std::vector<int> area{first};
         open[static_cast<std::size_t>(first)] = 0;
         for (std::size_t i = 0; i < area.size(); ++i)
-            for (const auto [dx, dy] : primitives::boundary_steps) {
+            for (const auto [dx, dy] : primitives::boundarySteps) {
                 const int x = area[i] % width + dx, y = area[i] / width + dy;
                 if (x < 0 || y < 0 || x >= width || y >= height || open[static_cast<std::size_t>(y * width + x)] == 0)
                     continue;
@@ -100,7 +100,7 @@ TEST(ConnectedRuns, EqualAreasFilledFromSampleToSample)
         for (std::int16_t& each : samples)
             each = static_cast<std::int16_t>((random() % 10 < density ? 100 : -100) + static_cast<int>(random() % 50));
         const primitives::const_height_block block{samples.data(), width, height, width * 2};
-        found.find_above(block, 50, mask);
+        found.findAbove(block, 50, mask);
         again.find(mask, block);
         std::vector<char> set(samples.size());
         for (std::size_t i = 0; i < set.size(); ++i) set[i] = samples[i] > 50;
@@ -142,10 +142,10 @@ TEST(ConnectedRuns, NothingGivesNothing)
 {
     primitives::connected_runs found;
     primitives::bit_image mask;
-    found.find_above({nullptr, 0, 0, 0}, 0, mask);
+    found.findAbove({nullptr, 0, 0, 0}, 0, mask);
     EXPECT_TRUE(found.areas().empty());
     const heights flat(64 * 3);
-    found.find_above({flat.data(), 64, 3, 128}, 0, mask);
+    found.findAbove({flat.data(), 64, 3, 128}, 0, mask);
     EXPECT_TRUE(found.areas().empty()) << "nothing is above its own height";
 }
 

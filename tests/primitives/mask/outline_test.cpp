@@ -104,7 +104,7 @@ bit_strips random_area(std::mt19937& random, int width, int height)
     area.assign(width, height);
     int x = width / 2, y = height / 2;
     for (int i = 0; i < width * height / 3; ++i) {
-        const auto& step = primitives::boundary_steps[random() % 8];
+        const auto& step = primitives::boundarySteps[random() % 8];
         x = std::clamp(x + step.x, 0, width - 1);
         y = std::clamp(y + step.y, 0, height - 1);
         all.set(y, x, std::min(x + 1 + static_cast<int>(random() % 2), width));
@@ -119,7 +119,7 @@ bit_strips random_area(std::mt19937& random, int width, int height)
         if (!all.test(atX, atY)) continue;
         all.clear(atX, atY);
         area.set(atY, atX, atX + 1);
-        for (const auto& step : primitives::boundary_steps)
+        for (const auto& step : primitives::boundarySteps)
             if (atX + step.x >= 0 && atX + step.x < width && atY + step.y >= 0 && atY + step.y < height)
                 open.emplace_back(atX + step.x, atY + step.y);
     }

@@ -60,8 +60,8 @@ int pieces(const field& of, bool isSet)
             const int at = left.back();
             left.pop_back();
             for (int way = 0; way < 8; way += isSet ? 1 : 2) {
-                const int x = at % width + primitives::boundary_steps[way].x;
-                const int y = at / width + primitives::boundary_steps[way].y;
+                const int x = at % width + primitives::boundarySteps[way].x;
+                const int y = at / width + primitives::boundarySteps[way].y;
                 if (x < 0 || y < 0 || x >= width || y >= height || open[static_cast<std::size_t>(y * width + x)] == 0)
                     continue;
                 open[static_cast<std::size_t>(y * width + x)] = 0;
