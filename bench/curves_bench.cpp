@@ -1,7 +1,7 @@
 // Curve mathematics and force maps against what their arithmetic alone costs.
 #include "curves/figures/correlation.h"
-#include "curves/figures/force_map.h"
-#include "curves/figures/force_packs.h"
+#include "curves/figures/force/force_map.h"
+#include "curves/figures/force/force_packs.h"
 #include "curves_floor.h"
 #include "document/contact_model.h"
 #include "primitives/fft/fftw_plans.h"

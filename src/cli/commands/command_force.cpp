@@ -7,9 +7,9 @@
 #include "cli/output/file_reports.h"
 #include "cli/output/terminal.h"
 #include "cli/session.h"
-#include "curves/figures/force_curve.h"
-#include "curves/figures/force_report.h"
-#include "curves/figures/force_source.h"
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/force/force_report.h"
+#include "curves/figures/force/force_source.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>

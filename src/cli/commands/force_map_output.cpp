@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "cli/output/progress.h"
-#include "curves/figures/force_map.h"
-#include "curves/figures/force_source.h"
+#include "curves/figures/force/force_map.h"
+#include "curves/figures/force/force_source.h"
 #include "formats/shared/curve_lengths.h"
 #include "formats/shared/void_points.h"
 

@@ -1,7 +1,7 @@
-#include "curves/figures/force_analysis.h"
+#include "curves/figures/force/force_analysis.h"
 
-#include "curves/figures/force_map.h"
-#include "curves/figures/force_source.h"
+#include "curves/figures/force/force_map.h"
+#include "curves/figures/force/force_source.h"
 #include "document/StorageDoc.h"
 #include "document/fixtures.h"
 #include "formats/shared/force_order.h"

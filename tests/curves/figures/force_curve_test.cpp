@@ -1,6 +1,6 @@
-#include "curves/figures/force_curve.h"
-#include "curves/figures/force_report.h"
-#include "curves/figures/force_stretches.h"
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/force/force_report.h"
+#include "curves/figures/force/force_stretches.h"
 #include "document/contact_model.h"
 #include "primitives/fit/linear_fit.h"
 

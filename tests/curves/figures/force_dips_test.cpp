@@ -1,5 +1,5 @@
 // What lies between contact and free stretch: local minima and valleys.
-#include "curves/figures/force_curve.h"
+#include "curves/figures/force/force_curve.h"
 
 #include <gmock/gmock.h>
 #include <random>

@@ -1,9 +1,9 @@
-#include "curves/figures/force_curve.h"
-#include "curves/figures/force_map.h"
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/force/force_map.h"
 
 #include "base/text/six_digits.h"
-#include "curves/figures/force_analysis.h"
-#include "curves/figures/force_packs.h"
+#include "curves/figures/force/force_analysis.h"
+#include "curves/figures/force/force_packs.h"
 #include "curves/figures/physical.h"
 #include "document/fixtures.h"
 #include "primitives/cpu.h"

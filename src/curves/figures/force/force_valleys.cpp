@@ -1,4 +1,4 @@
-#include "curves/figures/force_curve.h"
+#include "curves/figures/force/force_curve.h"
 
 #include "base/streams/rounding.h"
 #include "primitives/spline/uniform_spline.h"

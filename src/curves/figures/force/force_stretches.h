@@ -1,5 +1,5 @@
 #pragma once
-#include "curves/figures/force_curve_stats.h"
+#include "curves/figures/force/force_curve_stats.h"
 #include "curves/figures/sample_bits.h"
 #include "primitives/spline/uniform_spline.h"
 

@@ -1,5 +1,5 @@
-#include "curves/figures/force_curve.h"
-#include "curves/figures/force_stretches.h"
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/force/force_stretches.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 #pragma once
-#include "curves/figures/force_map.h"
+#include "curves/figures/force/force_map.h"
 #include "curves/figures/math_function.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 #pragma once
-#include "curves/figures/force_curve_stats.h"
+#include "curves/figures/force/force_curve_stats.h"
 #include "vldv_api.h"
 
 // Analysis of force curves: functions on physical values in order of the samples, contact first.

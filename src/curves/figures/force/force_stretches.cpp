@@ -1,4 +1,4 @@
-#include "curves/figures/force_stretches.h"
+#include "curves/figures/force/force_stretches.h"
 
 #include "base/streams/rounding.h"
 

@@ -1,4 +1,4 @@
-#include "curves/figures/force_packs.h"
+#include "curves/figures/force/force_packs.h"
 
 #include "primitives/cpu.h"
 

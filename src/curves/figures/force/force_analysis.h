@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "curves/figures/force_curve.h"
-#include "curves/figures/force_curve_stats.h"
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/force/force_curve_stats.h"
 #include "vldv_api.h"
 
 #include <optional>

@@ -1,4 +1,4 @@
-#include "curves/figures/force_source.h"
+#include "curves/figures/force/force_source.h"
 
 #include "base/text.h"
 #include "curves/figures/profile.h"

@@ -1,6 +1,6 @@
-#include "curves/figures/force_curve.h"
+#include "curves/figures/force/force_curve.h"
 
-#include "curves/figures/force_stretches.h"
+#include "curves/figures/force/force_stretches.h"
 #include "primitives/fit/linear_fit.h"
 
 #include <algorithm>

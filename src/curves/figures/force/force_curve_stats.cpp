@@ -1,4 +1,4 @@
-#include "curves/figures/force_curve_stats.h"
+#include "curves/figures/force/force_curve_stats.h"
 
 #include <algorithm>
 

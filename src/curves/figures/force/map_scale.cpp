@@ -1,4 +1,4 @@
-#include "curves/figures/map_scale.h"
+#include "curves/figures/force/map_scale.h"
 
 #include "base/streams/rounding.h"
 #include "base/text/six_digits.h"

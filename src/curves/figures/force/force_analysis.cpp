@@ -1,8 +1,8 @@
-#include "curves/figures/force_analysis.h"
+#include "curves/figures/force/force_analysis.h"
 
 #include "base/text.h"
 #include "base/units.h"
-#include "curves/figures/force_curve.h"
+#include "curves/figures/force/force_curve.h"
 #include "curves/figures/physical.h"
 
 #include <algorithm>

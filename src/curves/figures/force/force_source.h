@@ -1,6 +1,6 @@
 #pragma once
 #include "base/SPMDataStream.h"
-#include "curves/figures/force_analysis.h"
+#include "curves/figures/force/force_analysis.h"
 #include "vldv_api.h"
 
 #include <string>

@@ -1,5 +1,5 @@
 #pragma once
-#include "curves/figures/force_stretches.h"
+#include "curves/figures/force/force_stretches.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
-#include "curves/figures/force_report.h"
+#include "curves/figures/force/force_report.h"
 
 #include "base/text.h"
-#include "curves/figures/force_curve.h"
+#include "curves/figures/force/force_curve.h"
 
 namespace vldv::curves {
 
