@@ -6,7 +6,7 @@
 #include "render_floor.h"
 #include "support/HeadlessHost.h"
 #include "support/streams.h"
-#include "surface/figures/statistics.h"
+#include "surface/figures/measure/statistics.h"
 #include "surface/views/SurfMathView.h"
 #include "view/scale/render.h"
 #include "view/scale/render_step.h"

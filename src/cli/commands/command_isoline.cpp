@@ -1,5 +1,5 @@
 // vldv isoline: the line around the samples that are as high as one of them.
-#include "surface/figures/isoline.h"
+#include "surface/figures/measure/isoline.h"
 
 #include "base/text.h"
 #include "cli/choice/frame_choice.h"

@@ -12,7 +12,7 @@
 #include "cli/session.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
-#include "surface/figures/statistics.h"
+#include "surface/figures/measure/statistics.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

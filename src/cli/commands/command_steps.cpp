@@ -8,7 +8,7 @@
 #include "cli/output/file_reports.h"
 #include "cli/output/result_files.h"
 #include "cli/output/terminal.h"
-#include "surface/figures/step_results.h"
+#include "surface/figures/measure/step_results.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
 #include "surface/figures/variable_rows.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 // The angle between two lines, one drag each.
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 #include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"

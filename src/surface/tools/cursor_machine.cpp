@@ -2,8 +2,8 @@
 
 #include "platform/app/keys.h"
 #include "platform/draw/dpi.h"
+#include "surface/figures/measure/snapping.h"
 #include "surface/figures/region_edit.h"
-#include "surface/figures/snapping.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/hot_tools.h"

@@ -2,7 +2,7 @@
 #include "surface/tools/curve_tool.h"
 
 #include "platform/draw/dpi.h"
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"
 #include "surface/tools/overlay_area.h"

@@ -1,5 +1,5 @@
 // A line between two samples: as a section in a window of its own, or measured on the picture.
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"
 

@@ -1,5 +1,5 @@
 // The region inside the line of equal height through the sample under the mouse.
-#include "surface/figures/isoline.h"
+#include "surface/figures/measure/isoline.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"

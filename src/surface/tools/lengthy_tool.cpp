@@ -1,6 +1,6 @@
 // Fibres and the like: every drag traces the ridge on from the last corner, and the object is kept with the image.
-#include "surface/figures/lengthy_object.h"
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/lengthy_object.h"
+#include "surface/figures/measure/measurements.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
 #include "surface/tools/cursor_tools.h"

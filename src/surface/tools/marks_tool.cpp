@@ -2,7 +2,7 @@
 #include "surface/tools/marks_tool.h"
 
 #include "platform/draw/dpi.h"
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 #include "surface/overlay/mark_drawing.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"

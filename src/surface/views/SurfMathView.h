@@ -1,9 +1,9 @@
 #pragma once
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
+#include "surface/figures/measure/statistics.h"
 #include "surface/figures/overlay_bitmap.h"
 #include "surface/figures/section_pens.h"
 #include "surface/figures/selection_state.h"
-#include "surface/figures/statistics.h"
 #include "surface/tools/cursor_machine.h"
 #include "surface/views/legend.h"
 #include "surface/views/view_world.h"

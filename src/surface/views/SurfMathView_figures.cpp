@@ -1,7 +1,7 @@
 // The view's share of figures: it fetches, calls and shows.
 #include "document/StorageDoc.h"
 #include "document/samples/unmeasured_samples.h"
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
 #include "surface/views/SurfMathView.h"
 
 #include <utility>

@@ -2,7 +2,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/views/SurfMathView.h"
 #include "view/image/SectionSource.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
 
 #include <optional>
 #include <string>

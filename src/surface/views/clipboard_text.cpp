@@ -1,7 +1,7 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "resources/strings.h"
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
 #include "surface/views/legend.h"
 
 namespace vldv::surface {

@@ -4,7 +4,7 @@
 #include "base/units.h"
 #include "platform/draw/dpi.h"
 #include "resources/strings.h"
-#include "surface/figures/statistics_text.h"
+#include "surface/figures/measure/statistics_text.h"
 #include "surface/overlay/mark_drawing.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/views/scale_mark.h"

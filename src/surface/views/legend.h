@@ -1,8 +1,8 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "platform/draw/DC.h"
+#include "surface/figures/measure/statistics.h"
 #include "surface/figures/selection_state.h"
-#include "surface/figures/statistics.h"
 
 #include <functional>
 #include <string>

@@ -3,7 +3,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/FrameWnd.h"
-#include "surface/figures/lengthy_object.h"
+#include "surface/figures/measure/lengthy_object.h"
 #include "surface/views/SurfMathView.h"
 #include "surface/views/view_world.h"
 #include "view/frame/open_view.h"

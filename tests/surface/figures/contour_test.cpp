@@ -1,7 +1,7 @@
 // Lines traced on samples: isolines, ridges, and what is measured along them.
-#include "surface/figures/isoline.h"
-#include "surface/figures/lengthy_object.h"
-#include "surface/figures/ridge_path.h"
+#include "surface/figures/measure/isoline.h"
+#include "surface/figures/measure/lengthy_object.h"
+#include "surface/figures/measure/ridge_path.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
 #include "surface/views/calibration.h"
 #include "surface/views/legend.h"
 

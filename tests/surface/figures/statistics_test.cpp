@@ -1,7 +1,7 @@
 #include "base/VLAxis.h"
+#include "surface/figures/measure/statistics.h"
+#include "surface/figures/measure/statistics_text.h"
 #include "surface/figures/selection_state.h"
-#include "surface/figures/statistics.h"
-#include "surface/figures/statistics_text.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Steps of terraces: where they are found, how they are followed, what becomes of them.
 #include "support/streams.h"
-#include "surface/figures/step_results.h"
-#include "surface/figures/step_search.h"
+#include "surface/figures/measure/step_results.h"
+#include "surface/figures/measure/step_search.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // What the cursor takes hold of: the order of the hit test, sections, volumes, drawings, panning, snapping.
 #include "fake_world.h"
-#include "surface/figures/snapping.h"
+#include "surface/figures/measure/snapping.h"
 #include "surface/tools/hit_test.h"
 #include "surface/tools/hot_tools.h"
 

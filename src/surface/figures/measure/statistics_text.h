@@ -1,5 +1,5 @@
 #pragma once
-#include "surface/figures/statistics.h"
+#include "surface/figures/measure/statistics.h"
 
 #include <functional>
 #include <span>

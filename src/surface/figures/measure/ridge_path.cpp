@@ -1,4 +1,4 @@
-#include "surface/figures/ridge_path.h"
+#include "surface/figures/measure/ridge_path.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "surface/figures/isoline.h"
+#include "surface/figures/measure/isoline.h"
 
 #include "primitives/mask/boundary.h"
 

@@ -1,6 +1,6 @@
-#include "surface/figures/lengthy_object.h"
+#include "surface/figures/measure/lengthy_object.h"
 
-#include "surface/figures/ridge_path.h"
+#include "surface/figures/measure/ridge_path.h"
 
 namespace vldv::surface {
 

@@ -1,4 +1,4 @@
-#include "surface/figures/statistics_text.h"
+#include "surface/figures/measure/statistics_text.h"
 
 #include "base/text.h"
 #include "base/text/decimals.h"

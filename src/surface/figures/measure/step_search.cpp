@@ -1,4 +1,4 @@
-#include "surface/figures/step_search.h"
+#include "surface/figures/measure/step_search.h"
 
 #include "base/streams/rounding.h"
 

@@ -1,4 +1,4 @@
-#include "surface/figures/step_results.h"
+#include "surface/figures/measure/step_results.h"
 
 #include "base/text.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 #include "base/SPMDataStream.h"
 #include "document/StorageDoc.h"
+#include "surface/figures/measure/step_search.h"
 #include "surface/figures/sample_mask.h"
-#include "surface/figures/step_search.h"
 #include "vldv_api.h"
 
 #include <string>

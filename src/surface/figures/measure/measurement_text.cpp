@@ -1,11 +1,11 @@
-#include "surface/figures/measurement_text.h"
+#include "surface/figures/measure/measurement_text.h"
 
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/app/Clipboard.h"
 #include "resources/strings.h"
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 
 #include <algorithm>
 #include <cmath>

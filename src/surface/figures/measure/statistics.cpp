@@ -1,4 +1,4 @@
-#include "surface/figures/statistics.h"
+#include "surface/figures/measure/statistics.h"
 
 #include "base/streams/axis_units.h"
 #include "base/text.h"

@@ -1,4 +1,4 @@
-#include "surface/figures/measurements.h"
+#include "surface/figures/measure/measurements.h"
 
 #include "base/streams/axis_units.h"
 #include "base/text.h"

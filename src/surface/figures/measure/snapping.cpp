@@ -1,4 +1,4 @@
-#include "surface/figures/snapping.h"
+#include "surface/figures/measure/snapping.h"
 
 #include <algorithm>
 
