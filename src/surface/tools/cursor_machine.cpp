@@ -6,7 +6,7 @@
 #include "surface/figures/region_edit.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/tools/cursor_tools.h"
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 #include "surface/tools/marks_tool.h"
 #include "surface/tools/overlay_area.h"
 #include "surface/tools/overlay_drawing.h"

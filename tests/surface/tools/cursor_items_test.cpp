@@ -2,7 +2,7 @@
 #include "fake_world.h"
 #include "surface/figures/measure/snapping.h"
 #include "surface/tools/hit_test.h"
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 
 namespace {
 

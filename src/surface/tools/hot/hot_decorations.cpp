@@ -1,6 +1,6 @@
 // What functions and modules have drawn over the image: a press selects it or no longer.
 #include "surface/tools/hit_test.h"
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 
 namespace vldv::surface {
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "surface/tools/hot_tool.h"
+#include "surface/tools/hot/hot_tool.h"
 
 namespace vldv::surface {
 

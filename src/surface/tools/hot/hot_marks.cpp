@@ -1,6 +1,6 @@
 // Marks: a press takes one away, with Shift it drags it.
 #include "surface/tools/hit_test.h"
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 #include "surface/tools/marks_tool.h"
 
 namespace vldv::surface {

@@ -1,5 +1,5 @@
 // Both keys down: the mouse drags the part of the image on show.
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Sections and profiles drawn on the image: their points are dragged one by one, their lines as a whole.
 #include "surface/tools/hit_test.h"
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 #include "view/ImageView.h"
 #include "view/image/SectionSource.h"
 

@@ -1,7 +1,7 @@
 // The mark where a volume shows its curve: it follows the mouse.
 #include "base/streams/rounding.h"
 #include "surface/tools/hit_test.h"
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 
 namespace vldv::surface {
 

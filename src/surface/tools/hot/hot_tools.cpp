@@ -1,4 +1,4 @@
-#include "surface/tools/hot_tools.h"
+#include "surface/tools/hot/hot_tools.h"
 
 namespace vldv::surface {
 
