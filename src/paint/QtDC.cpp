@@ -3,7 +3,7 @@
 #include "paint/memory_sink.h"
 #include "paint/page_surface.h"
 #include "paint/painter_sink.h"
-#include "paint/raster_surface.h"
+#include "paint/raster/raster_surface.h"
 #include "paint/resolved_font.h"
 
 #include <QPagedPaintDevice>

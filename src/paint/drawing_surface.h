@@ -1,5 +1,5 @@
 #pragma once
-#include "paint/raster_op.h"
+#include "paint/raster/raster_op.h"
 #include "platform/draw/dc_state.h"
 
 #include <QTransform>

@@ -1,6 +1,6 @@
 #pragma once
-#include "paint/pixel_rows.h"
-#include "paint/pixel_sink.h"
+#include "paint/raster/pixel_rows.h"
+#include "paint/raster/pixel_sink.h"
 
 namespace vldv::paint {
 

@@ -1,10 +1,10 @@
 #include "paint/page_surface.h"
 
 #include "paint/memory_sink.h"
-#include "paint/pen_pattern.h"
-#include "paint/raster_surface.h"
-#include "paint/stretch.h"
-#include "paint/wide_line.h"
+#include "paint/raster/pen_pattern.h"
+#include "paint/raster/raster_surface.h"
+#include "paint/raster/stretch.h"
+#include "paint/raster/wide_line.h"
 #include "platform/draw/DC.h"
 
 #include <QImage>

@@ -1,5 +1,5 @@
 #pragma once
-#include "paint/pixel_sink.h"
+#include "paint/raster/pixel_sink.h"
 
 #include <QPainter>
 

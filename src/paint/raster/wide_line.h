@@ -1,6 +1,6 @@
 #pragma once
-#include "paint/line_pixels.h"
-#include "paint/scan_convert.h"
+#include "paint/raster/line_pixels.h"
+#include "paint/raster/scan_convert.h"
 
 #include <QPolygonF>
 

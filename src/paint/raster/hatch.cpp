@@ -1,4 +1,4 @@
-#include "paint/hatch.h"
+#include "paint/raster/hatch.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "paint/scan_convert.h"
+#include "paint/raster/scan_convert.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,5 +1,5 @@
 #pragma once
-#include "paint/pen_pattern.h"
+#include "paint/raster/pen_pattern.h"
 #include "platform/draw/polygon_spans.h"
 
 #include <span>

@@ -1,7 +1,7 @@
 // Pictures and text on a raster surface.
-#include "paint/raster_surface.h"
-#include "paint/scan_convert.h"
-#include "paint/stretch.h"
+#include "paint/raster/raster_surface.h"
+#include "paint/raster/scan_convert.h"
+#include "paint/raster/stretch.h"
 #include "platform/draw/DC.h"
 
 #include <QFont>

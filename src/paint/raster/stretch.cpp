@@ -1,4 +1,4 @@
-#include "paint/stretch.h"
+#include "paint/raster/stretch.h"
 
 #include <algorithm>
 #include <cstring>

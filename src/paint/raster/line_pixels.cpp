@@ -1,4 +1,4 @@
-#include "paint/line_pixels.h"
+#include "paint/raster/line_pixels.h"
 
 #include <algorithm>
 #include <cmath>

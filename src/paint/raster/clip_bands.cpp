@@ -1,4 +1,4 @@
-#include "paint/clip_bands.h"
+#include "paint/raster/clip_bands.h"
 
 #include <cmath>
 

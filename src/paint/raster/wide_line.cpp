@@ -1,4 +1,4 @@
-#include "paint/wide_line.h"
+#include "paint/raster/wide_line.h"
 
 #include <QPainterPath>
 #include <QPainterPathStroker>

@@ -1,8 +1,8 @@
-#include "paint/raster_surface.h"
+#include "paint/raster/raster_surface.h"
 
-#include "paint/hatch.h"
-#include "paint/scan_convert.h"
-#include "paint/wide_line.h"
+#include "paint/raster/hatch.h"
+#include "paint/raster/scan_convert.h"
+#include "paint/raster/wide_line.h"
 
 #include <QPainterPath>
 #include <QtMath>

@@ -1,4 +1,4 @@
-#include "paint/pixel_rows.h"
+#include "paint/raster/pixel_rows.h"
 
 #include "platform/draw/DC.h"
 

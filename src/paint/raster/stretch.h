@@ -1,5 +1,5 @@
 #pragma once
-#include "paint/pixel_rows.h"
+#include "paint/raster/pixel_rows.h"
 #include "platform/draw/geometry.h"
 
 #include <vector>

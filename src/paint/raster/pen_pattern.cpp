@@ -1,4 +1,4 @@
-#include "paint/pen_pattern.h"
+#include "paint/raster/pen_pattern.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
-#include "paint/clip_bands.h"
 #include "paint/drawing_surface.h"
-#include "paint/pixel_sink.h"
+#include "paint/raster/clip_bands.h"
+#include "paint/raster/pixel_sink.h"
 #include "platform/draw/polygon_spans.h"
 
 #include <QPolygonF>
