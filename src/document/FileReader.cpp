@@ -5,7 +5,7 @@
 #include "document/container/storable_text.h"
 #include "document/container/stream_source.h"
 #include "document/document_table.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/void_points.h"
 
 #include <algorithm>

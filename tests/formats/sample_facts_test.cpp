@@ -1,7 +1,7 @@
 #include "formats/jpk/jpk_fixture.h"
 #include "formats/mdt/mdt.h"
 #include "formats/nanoscope/nanoscope.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 #include "recorded_values.h"
 #include "support/manifest.h"
 

@@ -4,7 +4,7 @@
 #include "cli/choice/frame_choice.h"
 #include "cli/commands.h"
 #include "cli/session.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>

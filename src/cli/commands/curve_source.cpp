@@ -5,7 +5,7 @@
 #include "cli/output/file_reports.h"
 #include "cli/output/terminal.h"
 #include "cli/session.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 #include "formats/shared/void_ranges.h"
 
 #include <CLI/CLI.hpp>

@@ -4,7 +4,7 @@
 #include "cli/output/progress.h"
 #include "curves/figures/force/force_map.h"
 #include "curves/figures/force/force_source.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 #include "formats/shared/void_points.h"
 
 #include <algorithm>

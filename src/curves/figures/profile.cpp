@@ -1,7 +1,7 @@
 #include "curves/figures/profile.h"
 
 #include "base/streams/rounding.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 #include "formats/shared/void_points.h"
 #include "formats/shared/void_ranges.h"
 

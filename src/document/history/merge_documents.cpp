@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 #include "formats/shared/void_ranges.h"
 #include "platform/files/paths.h"
 

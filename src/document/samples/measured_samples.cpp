@@ -1,7 +1,7 @@
 #include "document/samples/measured_samples.h"
 
 #include "document/StorageDoc.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 
 #include <algorithm>
 

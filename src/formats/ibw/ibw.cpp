@@ -4,8 +4,8 @@
 #include "formats/ibw/ibw_channels.h"
 #include "formats/ibw/ibw_header.h"
 #include "formats/ibw/ibw_note.h"
-#include "formats/shared/curve_group.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/curve_group.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/left_out.h"
 #include "formats/shared/stream_shape.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "formats/ibw/ibw_header.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 
 #include <optional>
 #include <string>

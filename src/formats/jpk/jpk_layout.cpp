@@ -1,6 +1,6 @@
 #include "formats/jpk/jpk_layout.h"
 
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 
 #include <algorithm>
 #include <set>

@@ -1,6 +1,6 @@
 #include "formats/mdt/mdt_array.h"
 #include "base/text.h"
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 

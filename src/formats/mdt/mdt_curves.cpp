@@ -1,5 +1,5 @@
 #include "formats/mdt/mdt_frame.h"
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/streams/byte_reader.h"
 #include "formats/recording.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 #include "formats/source.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "base/text.h"
 #include "formats/mdt/mdt_frame.h"
 #include "formats/mdt/mdt_index.h"
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 #include "formats/shared/header_text.h"
 #include "formats/shared/sample_numbers.h"
 

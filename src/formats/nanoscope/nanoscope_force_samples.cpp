@@ -1,7 +1,7 @@
 #include "formats/nanoscope/nanoscope_force.h"
 #include "formats/nanoscope/nanoscope_strings.h"
-#include "formats/shared/curve_group.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/curve_group.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 

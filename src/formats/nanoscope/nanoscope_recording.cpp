@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "formats/nanoscope/nanoscope_scale.h"
 #include "formats/nanoscope/nanoscope_strings.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 #include "formats/shared/stream_shape.h"
 
 #include <algorithm>

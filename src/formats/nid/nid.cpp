@@ -5,7 +5,7 @@
 #include "formats/nid/nid_channel.h"
 #include "formats/nid/nid_curves.h"
 #include "formats/shared/fixed_text.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "formats/nid/nid_header.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 #include "formats/shared/left_out.h"
 
 #include <cstddef>

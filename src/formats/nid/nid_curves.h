@@ -1,7 +1,7 @@
 #pragma once
 #include "formats/nid/nid_channel.h"
 #include "formats/recording.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/point_grid.h"
 #include "formats/shared/stream_shape.h"
 

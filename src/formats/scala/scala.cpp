@@ -4,10 +4,10 @@
 #include "formats/scala/scala_data.h"
 #include "formats/scala/scala_parameters.h"
 #include "formats/scala/scala_points.h"
-#include "formats/shared/directions.h"
 #include "formats/shared/file_start.h"
 #include "formats/shared/finish_recording.h"
 #include "formats/shared/fixed_text.h"
+#include "formats/shared/force/directions.h"
 #include "formats/shared/left_out.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "formats/scala/scala_data.h"
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 #include "formats/shared/header_text.h"
 #include "formats/shared/stated_number.h"
 #include "formats/text/text_lines.h"

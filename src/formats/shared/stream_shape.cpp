@@ -1,7 +1,7 @@
 #include "formats/shared/stream_shape.h"
 
 #include "base/text.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 
 #include <algorithm>
 #include <cassert>

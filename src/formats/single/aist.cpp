@@ -1,7 +1,7 @@
 #include "formats/single/aist.h"
 
-#include "formats/shared/curve_group.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/curve_group.h"
+#include "formats/shared/force/directions.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/single/aist_tree.h"

@@ -1,8 +1,8 @@
 #include "formats/single/aist_tree.h"
 
 #include "base/text.h"
-#include "formats/shared/directions.h"
 #include "formats/shared/fixed_text.h"
+#include "formats/shared/force/directions.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/text/text_units.h"
 

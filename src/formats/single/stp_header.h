@@ -1,6 +1,6 @@
 #pragma once
 #include "base/streams/byte_reader.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 
 #include <map>
 #include <optional>

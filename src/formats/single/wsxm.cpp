@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "base/units.h"
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stated_number.h"
 #include "formats/shared/stream_shape.h"

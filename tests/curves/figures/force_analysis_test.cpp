@@ -4,7 +4,7 @@
 #include "curves/figures/force/force_source.h"
 #include "document/StorageDoc.h"
 #include "document/fixtures.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 
 #include <gmock/gmock.h>
 

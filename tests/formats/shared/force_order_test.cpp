@@ -1,7 +1,7 @@
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 
 #include "formats/recorded_values.h"
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 #include "formats/shared/stream_shape.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 #include "formats/instrument_fixture.h"
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 

@@ -5,7 +5,7 @@
 #include "curves/figures/force/force_packs.h"
 #include "curves/figures/force/map_scale.h"
 #include "curves/figures/physical.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 #include "primitives/fit/line_fit.h"
 #include "primitives/map/range.h"
 

@@ -3,8 +3,8 @@
 #include "base/text.h"
 #include "curves/figures/profile.h"
 #include "document/StorageDoc.h"
-#include "formats/shared/curve_lengths.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/curve_lengths.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/void_points.h"
 
 #include <algorithm>

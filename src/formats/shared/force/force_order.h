@@ -1,6 +1,6 @@
 #pragma once
 #include "formats/recording.h"
-#include "formats/shared/contact_cues.h"
+#include "formats/shared/force/contact_cues.h"
 
 #include <span>
 #include <string_view>

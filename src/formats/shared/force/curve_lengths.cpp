@@ -1,4 +1,4 @@
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 
 #include "base/text.h"
 

@@ -1,4 +1,4 @@
-#include "formats/shared/curve_group.h"
+#include "formats/shared/force/curve_group.h"
 
 #include "formats/shared/point_grid.h"
 #include "formats/shared/stream_shape.h"

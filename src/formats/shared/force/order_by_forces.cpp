@@ -1,5 +1,5 @@
 #include "base/units.h"
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 #include "formats/shared/left_out.h"
 #include "formats/shared/void_ranges.h"
 

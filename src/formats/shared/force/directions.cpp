@@ -1,4 +1,4 @@
-#include "formats/shared/directions.h"
+#include "formats/shared/force/directions.h"
 
 #include "base/text.h"
 #include "formats/shared/stream_shape.h"

@@ -1,4 +1,4 @@
-#include "formats/shared/contact_cues.h"
+#include "formats/shared/force/contact_cues.h"
 
 #include "base/text.h"
 

@@ -1,8 +1,8 @@
-#include "formats/shared/force_order.h"
+#include "formats/shared/force/force_order.h"
 
 #include "base/text.h"
 #include "base/units.h"
-#include "formats/shared/curve_lengths.h"
+#include "formats/shared/force/curve_lengths.h"
 #include "formats/shared/void_ranges.h"
 
 #include <algorithm>
