@@ -5,7 +5,7 @@ namespace vldv::entry {
 
 /// Settings common to all views, "global_options": declared with their defaults, read from the profile, and written
 /// back whenever one changes, for the lifetime of this object.
-class global_options : private SPMVarListHandler {
+class global_options final : private SPMVarListHandler {
 public:
     global_options();
     global_options(const global_options&) = delete;
