@@ -55,6 +55,15 @@ std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, s
     return rows;
 }
 
+bool has_own_ending(std::string_view fileName) noexcept
+{
+    // Of the table's patterns those that no other program's files have: no text, picture, .par, .img, .stp or .hdf.
+    return any_pattern_matches(
+        "*.spm;*.00?;*.di;*.pfc;*.jpk;*.jpk-*;*.tmd;*.sm2;*.tlk;*.mdt;*.bcr;*.bcrf;*.ibw;*.wip;*.nid;"
+        "*.ezd;*.pni;*.sur;*.aist;*.opd",
+        fileName);
+}
+
 // The last "*" takes as little as it can and grows by one character after each failure; earlier ones never need to.
 bool pattern_matches(std::string_view pattern, std::string_view fileName) noexcept
 {

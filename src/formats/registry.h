@@ -74,6 +74,8 @@ const format_row* find_format(std::span<const std::byte> head, std::string_view 
 /// else the possible ones whose patterns fit the name, then those that are tried under any name. When `find_format`
 /// knows a row it stands first.
 std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, std::string_view fileName);
+/// The name ends as only recordings of microscopes do: when such a file does not open, something is wrong with it.
+bool has_own_ending(std::string_view fileName) noexcept;
 /// Case-insensitive match of one pattern with "*" and "?" against a file name.
 bool pattern_matches(std::string_view pattern, std::string_view fileName) noexcept;
 

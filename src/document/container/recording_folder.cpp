@@ -81,12 +81,13 @@ private:
         const std::string name = file.filename().native();
         const formats::format_row* const certain = formats::find_format(head, {});
         const formats::format_row* const format = certain ? certain : formats::find_format(head, name);
-        if (!format) {
+        const bool isOwn = formats::has_own_ending(name);
+        if (!format && !isOwn) {
             ++found.others;
             return;
         }
-        found.recordings.push_back({file, certain != nullptr});
-        if (format->leaders) names[format].push_back(name);
+        found.recordings.push_back({file, certain || isOwn});
+        if (format && format->leaders) names[format].push_back(name);
     }
 
     /// Of each set of files in one folder only the one that stands for it stays.

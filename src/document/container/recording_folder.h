@@ -13,7 +13,7 @@ namespace vldv::document {
 struct folder_content {
     struct recording {
         std::filesystem::path path;
-        bool isCertain; ///< its content tells its format; else only its name does
+        bool isCertain; ///< its content tells its format, or its ending, which only recordings have; else a common name
     };
     struct unreadable {
         std::filesystem::path path; ///< of a file or a folder
@@ -21,7 +21,7 @@ struct folder_content {
     };
     std::vector<recording> recordings;   ///< of files that open as one recording the one that stands for them
     std::vector<unreadable> unreadables; ///< nobody knows what these hold
-    std::size_t others = 0;              ///< files of whose format neither content nor name speaks
+    std::size_t others = 0;              ///< files of which neither content nor name says that they are recordings
 };
 
 /// Looks through a folder. Links to folders are not followed.

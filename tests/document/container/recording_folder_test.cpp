@@ -96,4 +96,18 @@ TEST_F(RecordingFolder, WhatIsPassedOverIsCounted)
     EXPECT_EQ(document::why_no_recordings({}), "the folder holds no file that opens");
 }
 
+TEST_F(RecordingFolder, ADamagedRecordingIsNotPassedOver)
+{
+    // Nothing in them says what they are, but their names do; the others may be anybody's.
+    write("empty.spm", "");
+    write("scan.001", std::string(64, '\0'));
+    write("night.JPK-force", "");
+    write("noise.mdt", "????");
+    for (const char* name : {"readme.txt", "part.par", "solid.stp", "scan.100", "my.jpkg"}) write(name, "");
+    const document::folder_content found = document::recordings_in(folder.path);
+    EXPECT_EQ(names(found), (std::vector<std::string>{"empty.spm", "night.JPK-force", "noise.mdt", "scan.001"}));
+    for (const auto& each : found.recordings) EXPECT_TRUE(each.isCertain) << each.path;
+    EXPECT_EQ(found.others, 5u);
+}
+
 } // namespace
