@@ -17,7 +17,9 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QTableWidget>
+#include <QTextBlock>
 #include <QToolBar>
 #include <gtest/gtest.h>
 #include <thread>
@@ -225,6 +227,21 @@ TEST_F(SeamsTest, MenusAndToolbarsGiveBackWhatTheyReplace)
     };
     const auto before = activate(20);
     EXPECT_LT(activate(2000), before + 20) << "an activation made some 150 objects";
+}
+
+TEST_F(SeamsTest, CellsOfATextStandBelowTheirHeadings)
+{
+    auto& view = open<CTextView>(textMenu);
+    view.AppendText(L"Position, nm\tNominal, nm\tFit, nm\n0\t195.42\t195.464\n");
+    auto& editor = *host::widget_of(&view)->findChild<QPlainTextEdit*>();
+    const auto left = [&](int block, int column) {
+        QTextCursor at(editor.document()->findBlockByNumber(block));
+        at.setPosition(at.position() + column);
+        return editor.cursorRect(at).left();
+    };
+    EXPECT_EQ(left(1, 2), left(0, 13)) << "Nominal";
+    EXPECT_EQ(left(1, 9), left(0, 25)) << "Fit";
+    EXPECT_GT(left(0, 13), left(0, 12)) << "a gap";
 }
 
 TEST_F(SeamsTest, CopySelectAllAndSaveWorkInTextsAndPanes)

@@ -1,6 +1,7 @@
 #include "host/window/QtPanes.h"
 
 #include "platform/app/View.h"
+#include "view/panes/text_pages.h"
 
 #include <QEvent>
 #include <QFontDatabase>
@@ -8,6 +9,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTableWidget>
+#include <QTextOption>
 #include <QVBoxLayout>
 #include <map>
 #include <set>
@@ -26,8 +28,24 @@ CQtTextPane::CQtTextPane(CWnd& logic_, QWidget* parent)
     widget->setFocusProxy(editor);
 }
 
+namespace {
+
+/// Cells stand below the heading of their column: as wide tab stops as the widest cells ask for.
+QList<QTextOption::Tab> tab_stops(const std::wstring& text, double characterWidth)
+{
+    QList<QTextOption::Tab> stops;
+    for (const std::size_t start : view::column_starts(text))
+        stops.append({static_cast<double>(start) * characterWidth, QTextOption::LeftTab});
+    return stops;
+}
+
+} // namespace
+
 void CQtTextPane::setText(const std::wstring& text)
 {
+    QTextOption option = editor->document()->defaultTextOption();
+    option.setTabs(tab_stops(text, QFontMetricsF(editor->font()).horizontalAdvance('0')));
+    editor->document()->setDefaultTextOption(option);
     editor->setPlainText(QString::fromStdWString(text));
     editor->moveCursor(QTextCursor::End);
 }

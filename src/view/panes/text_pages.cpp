@@ -1,6 +1,7 @@
 #include "view/panes/text_pages.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace vldv::view {
@@ -72,6 +73,18 @@ std::vector<std::wstring> lines_in_columns(const std::wstring& text)
         first = last + 1;
     }
     return lines;
+}
+
+std::vector<std::size_t> column_starts(const std::wstring& text)
+{
+    std::vector<std::size_t> widths;
+    for (const std::wstring& line : lines_of(text)) {
+        const std::vector<std::wstring> cells = cells_of(line);
+        widths.resize(std::max(widths.size(), cells.size() - 1));
+        for (std::size_t k = 0; k + 1 < cells.size(); ++k) widths[k] = std::max(widths[k], cells[k].size() + gap);
+    }
+    std::partial_sum(widths.begin(), widths.end(), widths.begin());
+    return widths;
 }
 
 std::vector<std::wstring> broken_lines(const std::vector<std::wstring>& lines, std::size_t columns)

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/draw/DC.h"
+#include "vldv_api.h"
 
 #include <cstddef>
 #include <string>
@@ -10,6 +11,9 @@ namespace vldv::view {
 /// Lines of a text as they stand on paper: cells between tabs below each other in every run of lines that have some,
 /// two blanks apart; a line end of any kind ends a line.
 std::vector<std::wstring> lines_in_columns(const std::wstring& text);
+
+/// Where the second and further columns begin, in characters, when all tables of a text stand in the same columns.
+VLDV_INTERNAL_API std::vector<std::size_t> column_starts(const std::wstring& text);
 
 /// Lines of at most `columns` characters: longer ones go on in the next, indented by two. `columns` counts as 3 at
 /// least.
