@@ -5,6 +5,8 @@
 #include "host/dialogs/VariableGrid.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QToolButton>
 
@@ -57,6 +59,37 @@ TEST_F(GridHeadings, StandAcrossTheColumnsAndFoldTheirRows)
     heading(0)->click();
     EXPECT_EQ(hidden(), std::vector<bool>(5, false));
     EXPECT_EQ(qobject_cast<QLineEdit*>(grid().cellWidget(1, 1))->text(), "2.5");
+}
+
+/// A grid whose middle row is a list of choices.
+TEST_F(GridHeadings, ArrowsGoFromRowToRowAndChangeNothing)
+{
+    constexpr const char* declarations[] = {"first(First),int,7", "mode(Mode),enum,Relative,Absolute",
+                                            "last(Last),double,2"};
+    std::vector<SPMVar> rows;
+    for (const char* declaration : declarations) rows.emplace_back().Init(declaration);
+    SPMVarList options;
+    options.set_variables(rows.data(), 3);
+    CVarListCtrl control;
+    control.SetVarList(&options);
+    host::CVariableGrid arrows(control);
+    arrows.show();
+    auto* const choice = qobject_cast<QComboBox*>(arrows.cellWidget(1, 1));
+    ASSERT_NE(choice, nullptr);
+    arrows.cellWidget(0, 1)->setFocus();
+    const auto press = [&](Qt::Key key) {
+        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(arrows.focusWidget(), &down);
+    };
+    press(Qt::Key_Down);
+    EXPECT_EQ(arrows.focusWidget(), choice);
+    press(Qt::Key_Down);
+    EXPECT_EQ(arrows.focusWidget(), arrows.cellWidget(2, 1));
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    EXPECT_EQ(arrows.focusWidget(), arrows.cellWidget(0, 1));
+    EXPECT_EQ(choice->currentIndex(), 0) << "nothing was chosen";
 }
 
 TEST_F(GridHeadings, LeaveTheFocusToTheFirstOption)

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QToolButton>
+#include <algorithm>
 
 namespace vldv::host {
 
@@ -101,6 +102,7 @@ variable_editor CVariableGrid::addOption(unsigned row)
         refresh(); // shows what was stored, also where the text was not taken
     };
     variable_editor editor = make_variable_editor(*model->GetVarList(), variable, store);
+    watchArrows(editor.widget);
     setCellWidget(static_cast<int>(row), 1, editor.widget);
     return editor;
 }
@@ -154,10 +156,52 @@ void CVariableGrid::showValues()
 /// The row whose editor gets the focus is scrolled into sight.
 void CVariableGrid::followFocus(const QWidget* now)
 {
-    for (std::size_t i = 0; now && i < shown.size(); ++i) {
-        const QWidget* const editor = shown[i].editor.widget;
-        if (editor == now || editor->isAncestorOf(now)) return scrollTo(indexFromItem(item(static_cast<int>(i), 0)));
-    }
+    const std::size_t row = rowOf(now);
+    if (row < shown.size()) scrollTo(indexFromItem(item(static_cast<int>(row), 0)));
+}
+
+std::size_t CVariableGrid::rowOf(const QWidget* now) const
+{
+    const auto holds = [now](const shown_row& row) {
+        return now && (row.editor.widget == now || row.editor.widget->isAncestorOf(now));
+    };
+    return static_cast<std::size_t>(std::ranges::find_if(shown, holds) - shown.begin());
+}
+
+void CVariableGrid::watchArrows(QWidget* editor)
+{
+    editor->installEventFilter(this);
+    for (QWidget* const part : editor->findChildren<QWidget*>()) part->installEventFilter(this);
+}
+
+bool CVariableGrid::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress) return QTableWidget::eventFilter(watched, event);
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const bool isArrow = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down;
+    if (!isArrow || (key.modifiers() & ~Qt::KeypadModifier)) return QTableWidget::eventFilter(watched, event);
+    focusRowAfter(rowOf(qobject_cast<QWidget*>(watched)), key.key() == Qt::Key_Up ? -1 : 1);
+    return true;
+}
+
+void CVariableGrid::focusRowAfter(std::size_t row, int step)
+{
+    const auto takesFocus = [this](int at) {
+        const QWidget* const editor = cellWidget(at, 1);
+        return editor && !isRowHidden(at) && editor->isEnabled();
+    };
+    int at = static_cast<int>(row) + step;
+    while (at >= 0 && at < rowCount() && !takesFocus(at)) at += step;
+    if (at < 0 || at >= rowCount()) return;
+    QWidget* editor = cellWidget(at, 1);
+    // What is put together of several widgets has the first that can be typed into.
+    if (editor->focusPolicy() == Qt::NoFocus && !editor->focusProxy())
+        for (QWidget* const part : editor->findChildren<QWidget*>())
+            if (part->focusPolicy() & Qt::TabFocus) {
+                editor = part;
+                break;
+            }
+    editor->setFocus(Qt::TabFocusReason);
 }
 
 } // namespace vldv::host

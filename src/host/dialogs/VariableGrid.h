@@ -24,6 +24,8 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    /// Up and Down in an editor go from row to row; they change no value.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     /// What widgets are made for; another value does not make them anew.
@@ -40,6 +42,10 @@ private:
     void showFolds();
     void showValues();
     void followFocus(const QWidget* now);
+    /// \return the row in whose editor a widget stands, or the number of rows
+    std::size_t rowOf(const QWidget* now) const;
+    void watchArrows(QWidget* editor);
+    void focusRowAfter(std::size_t row, int step);
 
     CVarListCtrl* model;
     std::vector<shown_row> shown;
