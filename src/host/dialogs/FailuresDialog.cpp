@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vldv::host {
 
@@ -50,9 +51,11 @@ CFailuresDialog::CFailuresDialog(const std::vector<file_failure>& failures, QWid
         table->setItem(row, 1, cell(reason, reason));
         all += path + "\t" + reason + "\n";
     }
+    table->setTextElideMode(Qt::ElideMiddle); // the ending stays
+    table->setWordWrap(false);
     table->resizeColumnToContents(0);
+    table->setColumnWidth(0, std::min(table->columnWidth(0), usualSize.width() / 2));
     table->horizontalHeader()->setStretchLastSection(true);
-    table->resizeRowsToContents();
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QPushButton* const copy = buttons->addButton(QStringLiteral("&Copy"), QDialogButtonBox::ActionRole);
     connect(copy, &QPushButton::clicked, copy, [all] { QApplication::clipboard()->setText(all); });
