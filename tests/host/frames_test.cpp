@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QToolBar>
 
 namespace {
@@ -47,6 +48,26 @@ TEST_F(FramesTest, TheToolsOfAFrameAskItsOwnView)
     for (const auto& frame : app.frames()) dynamic_cast<host::CQtFrame&>(*frame->getPeer()).refreshTools();
     EXPECT_TRUE(tool(0, inverted)->isChecked());
     EXPECT_FALSE(tool(1, inverted)->isChecked());
+}
+
+TEST_F(FramesTest, KeysGoToTheNextFrameAndBack)
+{
+    for (const char* name : {"a.spm", "b.spm", "c.spm"}) open(name);
+    const auto press = [&](const char* keys) {
+        for (QShortcut* const shortcut : window.findChildren<QShortcut*>())
+            if (shortcut->key() == QKeySequence(QString::fromLatin1(keys))) Q_EMIT shortcut->activated();
+        settle();
+        for (std::size_t i = 0; i < app.frames().size(); ++i)
+            if (app.frames()[i].get() == app.activeFrame()) return static_cast<int>(i);
+        return -1;
+    };
+    // From the third frame round and round, whatever was active when.
+    EXPECT_EQ(press("Ctrl+Tab"), 0);
+    EXPECT_EQ(press("Ctrl+F6"), 1);
+    EXPECT_EQ(press("Ctrl+Tab"), 2);
+    EXPECT_EQ(press("Ctrl+Shift+Tab"), 1);
+    EXPECT_EQ(press("Ctrl+Shift+F6"), 0);
+    EXPECT_EQ(press("Ctrl+Shift+F6"), 2);
 }
 
 TEST_F(FramesTest, ClosingAFullScreenLeavesItAndKeepsTheView)

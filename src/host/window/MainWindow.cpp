@@ -315,6 +315,12 @@ void CMainWindow::installShortcuts()
         shortcut->setContext(Qt::ApplicationShortcut); // a view in full screen is a window of its own
         connect(shortcut, &QShortcut::activated, this, [this, sent = id] { route(sent, nullptr); });
     }
+    for (const char* const next : {"Ctrl+Tab", "Ctrl+F6", "Ctrl+Shift+Tab", "Ctrl+Shift+F6"}) {
+        const QKeySequence sequence(QString::fromLatin1(next));
+        const int step = sequence[0].keyboardModifiers().testFlag(Qt::ShiftModifier) ? -1 : 1;
+        connect(new QShortcut(sequence, this), &QShortcut::activated, this,
+                [this, step] { activate_neighbour(*frames, step); });
+    }
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event)

@@ -1,5 +1,7 @@
 #include "host/window/tiling.h"
 
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <cmath>
 
 namespace vldv::host {
@@ -21,6 +23,15 @@ std::vector<QRect> tiles(int count, const QSize& area, bool vertically)
         }
     }
     return out;
+}
+
+void activate_neighbour(QMdiArea& area, int step)
+{
+    const QList<QMdiSubWindow*> frames = area.subWindowList(QMdiArea::CreationOrder);
+    if (frames.isEmpty()) return;
+    const auto at = frames.indexOf(area.activeSubWindow());
+    const auto count = frames.size();
+    area.setActiveSubWindow(frames[at < 0 ? 0 : (at + step + count) % count]);
 }
 
 } // namespace vldv::host
