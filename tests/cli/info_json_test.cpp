@@ -2,8 +2,6 @@
 #include "document/fixtures.h"
 #include "program_fixture.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 using json = nlohmann::json;
@@ -52,8 +50,8 @@ TEST_F(ProgramTest, InfoTakesTheUnitOfNumbersAsItWritesThem)
     wide.values.set_axis(0, VLAxis(0, 999.97 / 19, "mV")); // samples from 0 to 19
     write("wide.spm", {wide});
     const std::string text = vldv({"info", "wide.spm"}).out;
-    EXPECT_NE(text.find("1 x 1 µm"), std::string::npos) << text;
-    EXPECT_NE(text.find("0 to 1 V"), std::string::npos) << text;
+    EXPECT_THAT(text, HasSubstr("1 x 1 µm"));
+    EXPECT_THAT(text, HasSubstr("0 to 1 V"));
 }
 
 TEST_F(ProgramTest, InfoTellsAllThatADocumentHolds)

@@ -48,8 +48,8 @@ TEST_F(ProgramTest, OptionsAreSettledAndShown)
     const json changed = json::parse(set.out)["variables"];
     EXPECT_EQ(changed[5]["value"], "true");
     EXPECT_EQ(changed[2]["shown"], "50");
-    EXPECT_NE(vldv({"options", "table.txt"}).out.find("light.ambient   Ambient         int      3355443  0x333333"),
-              std::string::npos);
+    EXPECT_THAT(vldv({"options", "table.txt"}).out,
+                HasSubstr("light.ambient   Ambient         int      3355443  0x333333"));
 }
 
 TEST_F(ProgramTest, NumbersOfOptionsAreFinite)
@@ -59,7 +59,7 @@ TEST_F(ProgramTest, NumbersOfOptionsAreFinite)
     const program_result result = vldv({"options", "table.txt", "--set", "b=inf"});
     EXPECT_EQ(result.status, 1);
     for (const char* told : {"line 1: unreadable step \"1/0\"", "--set b=inf: no value of \"b\""})
-        EXPECT_NE(result.err.find(told), std::string::npos) << result.err;
+        EXPECT_THAT(result.err, HasSubstr(told));
     EXPECT_LT(result.err.size(), 1000u) << "a long expression is quoted by its start";
     EXPECT_EQ(result.out.find("-nan"), std::string::npos) << result.out;
 }
@@ -93,7 +93,7 @@ TEST_F(ProgramTest, BadDeclarationsAreNamedWithLineAndReason)
           "line 3: unknown type \"number\"", "line 5: display \"2*\": column 3: a value is missing",
           "line 6: evaluation \"sin(1)\": column 1: unknown function", "line 7: the minimum is above the maximum",
           "line 8: there is no name", "--set z=1: there is no variable", "--set a: name=value expected"})
-        EXPECT_NE(result.err.find(problem), std::string::npos) << problem << "\n" << result.err;
+        EXPECT_THAT(result.err, HasSubstr(problem));
     const json variables = json::parse(result.out)["variables"];
     ASSERT_EQ(variables.size(), 1u) << "the good ones are done";
     EXPECT_EQ(variables[0]["value"], "5");
@@ -117,7 +117,7 @@ TEST_F(ProgramTest, HostileDeclarationsAreNamedAndTheRestIsDone)
     for (const char* problem :
          {"line 2: the array is larger than 64 MiB", "line 3: the array is larger than 64 MiB", "line 4: a zero byte",
           "line 5: the name \"a b\" holds more than letters, digits, \"_\" and \".\"", "line 6: the name \"gr"})
-        EXPECT_NE(result.err.find(problem), std::string::npos) << problem << "\n" << result.err;
+        EXPECT_THAT(result.err, HasSubstr(problem));
     ASSERT_TRUE(json::accept(result.out)) << result.out;
     const json variables = json::parse(result.out)["variables"];
     ASSERT_EQ(variables.size(), 2u);

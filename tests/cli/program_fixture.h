@@ -6,8 +6,10 @@
 #include "support/HeadlessHost.h"
 #include "support/temporary_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+using testing::HasSubstr;
 
 /// 2 rows of 2 columns with four different corners, as a text matrix with its top row first.
 inline constexpr const char* smallMatrix =
@@ -24,6 +26,13 @@ protected:
     program_result vldv(const std::vector<std::string>& arguments, const std::filesystem::path& output = {}) const
     {
         return run_vldv(folder.path, arguments, output);
+    }
+    /// The call ends so, and its standard error tells why.
+    void tells(const std::vector<std::string>& arguments, const std::string& reason, int status = 1) const
+    {
+        const program_result result = vldv(arguments);
+        EXPECT_EQ(result.status, status) << testing::PrintToString(arguments);
+        EXPECT_THAT(result.err, HasSubstr(reason)) << testing::PrintToString(arguments);
     }
     void examples() const { ASSERT_EQ(vldv({"examples", "ex"}).status, 0); }
     nlohmann::json info(const std::vector<std::string>& files, int status = 0) const

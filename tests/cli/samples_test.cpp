@@ -145,7 +145,7 @@ TEST_F(SamplesTest, InfoIsATableOfWhatTheyHold)
     // Sizes of the files; ranges of force and measured height as the manifest and its note tell them.
     for (const char* told : {"45056 bytes", "  512  ", "-0.2505 to 1.319 \u00B5N", "275.8 to 868.1 nm",
                              "Approach, Retract; over Height_Sensor", "360080 bytes"})
-        EXPECT_NE(result.out.find(told), std::string::npos) << told << " in\n" << result.out;
+        EXPECT_THAT(result.out, HasSubstr(told));
 }
 
 } // namespace

@@ -58,10 +58,9 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
         }
     }
     const std::string text = vldv({"stats", "known.spm"}).out;
-    EXPECT_NE(text.find("    Zmax: -982 nm\n    Zmin: -1 \u00b5m\n    Rmax: 18 nm\n"), std::string::npos)
-        << "each in the unit in which it reads well\n"
-        << text;
-    EXPECT_NE(text.find("    Rku: 7.125\n"), std::string::npos) << "456 / 64, without a unit";
+    EXPECT_THAT(text, HasSubstr("    Zmax: -982 nm\n    Zmin: -1 \u00b5m\n    Rmax: 18 nm\n"))
+        << "each in the unit in which it reads well\n";
+    EXPECT_THAT(text, HasSubstr("    Rku: 7.125\n")) << "456 / 64, without a unit";
     EXPECT_EQ(vldv({"stats"}).status, 2);
 }
 
@@ -72,10 +71,10 @@ TEST_F(ProgramTest, SmallHeightsFarFromZeroAreToldApart)
                                    "1.2e-5 1.20001e-5\n1.20002e-5 1.20003e-5\n");
     const std::string bins = vldv({"histogram", "far.txt", "--bars", "4"}).out;
     for (const char* const middle : {"12000000\t", "12000100\t", "12000200\t", "12000300\t"})
-        EXPECT_NE(bins.find(middle), std::string::npos) << middle << bins;
-    EXPECT_NE(vldv({"info", "far.txt"}).out.find("12 to 12.0003 \u00b5m"), std::string::npos);
+        EXPECT_THAT(bins, HasSubstr(middle));
+    EXPECT_THAT(vldv({"info", "far.txt"}).out, HasSubstr("12 to 12.0003 \u00b5m"));
     const std::string figures = vldv({"stats", "far.txt"}).out;
-    EXPECT_NE(figures.find("Zmax: 12.0003 \u00b5m"), std::string::npos) << figures;
+    EXPECT_THAT(figures, HasSubstr("Zmax: 12.0003 \u00b5m"));
 }
 
 TEST_F(ProgramTest, StatsWriteATableWithALineForEachSubImage)
