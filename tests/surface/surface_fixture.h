@@ -6,6 +6,7 @@
 #include "support/temporary_folder.h"
 #include "surface/views/SurfMathView.h"
 #include "view/ChildFrame.h"
+#include "view/image/SectionSource.h"
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,26 @@ inline SPMDataStream slope(unsigned columns = 40, unsigned rows = 20)
                                      VLAxis(3, 0.5, "nm"),
                                      [columns](unsigned i) { return 10 * (i % columns) + i / columns; });
 }
+
+/// A section of the surface that only keeps its points.
+class plain_section : public CImageView, public ISection {
+public:
+    CImageView& sectionView() override { return *this; }
+    CSize sourceSize() const override { return {40, 20}; }
+    unsigned getPointsNumber() const override { return static_cast<unsigned>(points.size()); }
+    CPoint getSectionPoint(unsigned index) const override { return points[index]; }
+    void setSectionPoint(unsigned index, CPoint point) override
+    {
+        if (index == points.size()) points.emplace_back();
+        points[index] = point;
+    }
+    bool isLine() const override { return false; }
+    bool isHorizontal() const override { return false; }
+    void reloadSection() override {}
+    void drawOn(CImageView&, CDC&, int, int, const CPen&, const CPen&, bool) override {}
+
+    std::vector<CPoint> points;
+};
 
 /// A surface in a frame, opened from a file.
 class SurfaceTest : public testing::Test {
@@ -36,10 +57,12 @@ protected:
         while (!app.frames().empty()) app.frames().back()->DestroyFrame();
         app.freeClosed();
     }
-    CSurfMathView& open(const SPMDataStream& stream = slope(), const char* name = "a.spm")
+    CSurfMathView& open(const SPMDataStream& stream = slope(), const char* name = "a.spm",
+                        const std::map<std::string, std::string>& strings = {})
     {
         CStorageDoc saved;
         saved.AddNewImages(&stream, 1);
+        for (const auto& [key, text] : strings) saved.setString(key.c_str(), text.c_str(), 0);
         const std::wstring path = (folder / name).wstring();
         EXPECT_TRUE(saved.OnSaveDocument(path.c_str()));
         document = dynamic_cast<CStorageDoc*>(app.OpenDocumentFile(path.c_str()));

@@ -4,7 +4,6 @@
 #include "golden_picture.h"
 #include "support/streams.h"
 #include "surface/surface_fixture.h"
-#include "view/image/SectionSource.h"
 #include "view/image/VolumeSource.h"
 
 namespace {
@@ -15,16 +14,8 @@ constexpr int pictureWidth = 160, pictureHeight = 80;
 constexpr unsigned black = 0x000000, white = 0xFFFFFF, red = 0xFF0000, green = 0x00FF00, blue = 0x0000FF;
 
 /// A profile between two samples of the image, drawn as profiles are: the gaps of the line first.
-class CTestSection : public CImageView, public ISection {
+class CTestSection : public plain_section {
 public:
-    CImageView& sectionView() override { return *this; }
-    CSize sourceSize() const override { return {40, 20}; }
-    unsigned getPointsNumber() const override { return 2; }
-    CPoint getSectionPoint(unsigned index) const override { return points[index]; }
-    void setSectionPoint(unsigned index, CPoint point) override { points[index] = point; }
-    bool isLine() const override { return false; }
-    bool isHorizontal() const override { return false; }
-    void reloadSection() override {}
     void drawOn(CImageView& surface, CDC& dc, int, int, const CPen& line, const CPen& under, bool) override
     {
         CPoint ends[] = {points[0], points[1]};
@@ -34,7 +25,6 @@ public:
             dc.Polyline(ends);
         }
     }
-    CPoint points[2];
 };
 
 /// A volume of 11 x 11 curves with its mark in the middle of X and at the end of Y.
@@ -221,8 +211,7 @@ TEST_F(SurfacePictures, SectionsAreSeenOnLightAndDark)
 {
     CSurfMathView& view = bare();
     CTestSection section;
-    section.points[0] = {0, 10};
-    section.points[1] = {39, 10};
+    section.points = {{0, 10}, {39, 10}};
     document->AddView(&section);
     const golden_picture dotted = drawing(view);
     EXPECT_TRUE(dotted.equals("section_dots"));

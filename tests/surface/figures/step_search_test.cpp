@@ -78,9 +78,7 @@ TEST(StepSearch, MovesAndMirrorsWithTheImage)
     const auto a = surface::find_steps(still.frame(), settings_of(12, 8, 1));
     const auto b = surface::find_steps(moved.frame(), settings_of(12, 8, 1));
     const auto c = surface::find_steps(mirrored.frame(), settings_of(12, 8, 1, steps_direction::leftToRight));
-    ASSERT_EQ(a.size(), 1u);
-    ASSERT_EQ(b.size(), 1u);
-    ASSERT_EQ(c.size(), 1u);
+    ASSERT_TRUE(a.size() == 1 && b.size() == 1 && c.size() == 1);
     for (std::size_t y = 0; y < 50; ++y) {
         EXPECT_EQ(b[0][y], (surface::step_point{a[0][y].row, a[0][y].column + 37}));
         // Of the two columns beside an edge the first counts, which is the other one in a mirror.

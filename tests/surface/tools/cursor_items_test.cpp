@@ -51,16 +51,6 @@ TEST(Snapping, TiesGoAwayFromTheOriginOfTheImage)
     EXPECT_EQ(snapped({2, 2}, toMinimum, 1 << 30), (CPoint{0, 0}));
 }
 
-TEST_F(CursorTest, SnappedPointsAreTakenAsTheyAre)
-{
-    world.sample(12, 9) = 50;
-    world.options["cursor_snap"] = 1;
-    world.options["cursor_snap.radius"] = 4;
-    choose(cursor_mode::marks);
-    click({10, 10});
-    EXPECT_EQ(state.marks, points({{12, 9}}));
-}
-
 TEST_F(CursorTest, WhatLiesAboveIsHitFirst)
 {
     const double coordinates[] = {10, 15, 60, 60}; // nm: samples 5, 5 and 30, 20

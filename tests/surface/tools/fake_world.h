@@ -54,9 +54,9 @@ struct FakeWorld : surface::ICursorWorld {
         bool operator==(const sent&) const = default;
     };
     bool isCaptured = false;
-    int cursor = 0, shares = 0, zooms = 0, statistics = 0, wholeRepaints = 0, volumeDrags = 0, waits = 0;
+    int cursor = 0, shares = 0, zooms = 0, statistics = 0, volumeDrags = 0, waits = 0;
     std::vector<sent> hints, features;
-    std::vector<std::vector<CPoint>> openedSections, openedLines, objects;
+    std::vector<std::vector<CPoint>> openedLines, objects;
     std::vector<std::pair<std::size_t, std::size_t>> toggled;
     std::vector<ISection*> fronted;
     std::vector<CPoint> status;
@@ -90,7 +90,7 @@ struct FakeWorld : surface::ICursorWorld {
     void setCursor(const surface::tool_pointer& pointer_) override { cursor = pointer_.number; }
     void showWait(bool on) override { waits += on; }
     void invalidate(const CRgn& region, bool) override { repainted.CombineRgn(repainted, region, RGN_OR); }
-    void invalidateAll() override { ++wholeRepaints; }
+    void invalidateAll() override {}
     void setSourceWindow(const CRect& window_) override { window = window_; }
     void showStatus(CPoint source) override { status.push_back(source); }
     void showNotice(const char* text) override { notices.push_back(text); }
@@ -98,10 +98,7 @@ struct FakeWorld : surface::ICursorWorld {
     void sendHint(std::uint32_t code, CPoint point) override { hints.push_back({code, point}); }
     void sendToFeatures(std::uint32_t code, CPoint point) override { features.push_back({code, point}); }
     void toggleDecoration(std::size_t group, std::size_t member) override { toggled.push_back({group, member}); }
-    void openSection(std::span<const CPoint> points) override
-    {
-        openedSections.emplace_back(points.begin(), points.end());
-    }
+    void openSection(std::span<const CPoint>) override {}
     void openLine(CPoint from, CPoint to) override { openedLines.push_back({from, to}); }
     void bringToFront(ISection& section) override { fronted.push_back(&section); }
     void beginVolumeDrag() override { ++volumeDrags; }

@@ -222,16 +222,16 @@ TEST_F(ScaleWindowTest, TheEditorBeginsWithThePaletteInUse)
 
 TEST_F(ScaleWindowTest, ADragThatDoesNotEndIsRenderedMeanwhile)
 {
+    auto& timers = CHeadlessHost::windowOf(view(0)).timers;
     view(0).RefreshDisplay();
-    const unsigned waiting = CHeadlessHost::windowOf(view(0)).timers.at(5);
-    EXPECT_EQ(waiting, 10u);
-    CHeadlessHost::windowOf(view(0)).timers[5] = 3; // so much is left
+    EXPECT_EQ(timers.at(5), 10u);
+    timers[5] = 3; // so much is left
     view(0).RefreshDisplay();
-    EXPECT_EQ(CHeadlessHost::windowOf(view(0)).timers.at(5), 3u) << "does not begin anew";
+    EXPECT_EQ(timers.at(5), 3u) << "does not begin anew";
     view(0).flushTimers();
-    EXPECT_FALSE(CHeadlessHost::windowOf(view(0)).timers.contains(5));
+    EXPECT_FALSE(timers.contains(5));
     view(0).RefreshDisplay();
-    EXPECT_EQ(CHeadlessHost::windowOf(view(0)).timers.at(5), 10u);
+    EXPECT_EQ(timers.at(5), 10u);
 }
 
 TEST_F(ScaleWindowTest, TheBarKeepsItsStateAsBytes)

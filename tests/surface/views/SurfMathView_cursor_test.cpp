@@ -4,32 +4,9 @@
 #include "document/update_hints.h"
 #include "platform/app/DocTemplate.h"
 #include "surface/views/zoom_window.h"
-#include "view/image/SectionSource.h"
-
-#include <fstream>
-#include <sstream>
 
 namespace {
 
-/// A section without a profile.
-class plain_section : public CImageView, public ISection {
-public:
-    CImageView& sectionView() override { return *this; }
-    CSize sourceSize() const override { return {40, 20}; }
-    unsigned getPointsNumber() const override { return static_cast<unsigned>(points.size()); }
-    CPoint getSectionPoint(unsigned index) const override { return points[index]; }
-    void setSectionPoint(unsigned index, CPoint point) override
-    {
-        if (index == points.size()) points.emplace_back();
-        points[index] = point;
-    }
-    bool isLine() const override { return false; }
-    bool isHorizontal() const override { return false; }
-    void reloadSection() override {}
-    void drawOn(CImageView&, CDC&, int, int, const CPen&, const CPen&, bool) override {}
-
-    std::vector<CPoint> points;
-};
 constexpr CRuntimeClass sectionClass = {"CSectionView", nullptr, create_object<plain_section>};
 
 class SurfaceMouseTest : public SurfaceTest {
@@ -156,9 +133,8 @@ TEST_F(SurfaceMouseTest, CurvesBecomeSectionsAndComeBackFromAFile)
     host.savePaths = {file.wstring()};
     view.OnCmdMsg(10094, nullptr);
     EXPECT_EQ(std::filesystem::path(host.savePrompts.back().suggestedPath).filename(), "a.dec");
-    std::stringstream text;
-    text << std::ifstream(file).rdbuf();
-    EXPECT_EQ(text.str(), "\\Marks: 35,18;\r\n\\Curve profile 1: 2,3;30,15;\r\n\\Curve profile 2: 20,2;25,4;20,8;\r\n");
+    EXPECT_EQ(file_content(file),
+              "\\Marks: 35,18;\r\n\\Curve profile 1: 2,3;30,15;\r\n\\Curve profile 2: 20,2;25,4;20,8;\r\n");
     host.openPaths = {file.wstring()};
     view.OnCmdMsg(10095, nullptr);
     EXPECT_EQ(view.getDrawn().marks.size(), 2u) << "appended";

@@ -17,6 +17,22 @@ std::vector<std::string> texts_of(const RecordingDC& dc)
     return out;
 }
 
+std::vector<std::string> legend_of(CSurfMathView& view)
+{
+    RecordingDC dc(view.GetClientRect().Size());
+    view.OnDrawLegend(dc);
+    return texts_of(dc);
+}
+
+/// The colour of the first pixel of the lowest row, which holds raw 0 of a slope.
+std::uint32_t lowest_of(CSurfMathView& view)
+{
+    view.flushTimers();
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, view.image.bits().data(), sizeof pixel);
+    return pixel & 0xffffffu;
+}
+
 bool holds(const std::vector<std::string>& all, const std::string& text)
 {
     return std::ranges::find(all, text) != all.end();
@@ -123,23 +139,13 @@ TEST_F(SurfaceTest, TheRangeIsThatOfTheSamplesWhateverTheWindow)
     EXPECT_EQ(ground(), 0) << "from 100 to 400";
 }
 
-TEST_F(SurfaceTest, TheFullLegendHasAxesFileAndScale)
+TEST_F(SurfaceTest, AxesCountFromTheEdgeOrFromTheirStart)
 {
     CSurfMathView& view = open();
-    RecordingDC dc(view.GetClientRect().Size());
-    view.OnDrawLegend(dc);
-    const std::vector<std::string> texts = texts_of(dc);
-    EXPECT_TRUE(holds(texts, "File: " + (folder / "a.spm").string()));
-    EXPECT_TRUE(holds(texts, "Image data: Height"));
-    EXPECT_TRUE(holds(texts, "nm"));
-    EXPECT_TRUE(holds(texts, "24")) << "relative: X runs from 0 to 40 in steps of 8";
-    EXPECT_FALSE(holds(texts, "112"));
+    EXPECT_TRUE(holds(legend_of(view), "24")) << "relative: X runs from 0 to 40 in steps of 8";
+    EXPECT_FALSE(holds(legend_of(view), "112"));
     view.setOption("scaling.x", "Absolute");
-    RecordingDC absolute(view.GetClientRect().Size());
-    view.OnDrawLegend(absolute);
-    EXPECT_TRUE(holds(texts_of(absolute), "112"));
-    // Heights run from 3 to 3 + 0.5 * (10 * 39 + 19) = 207.5 nm.
-    EXPECT_TRUE(holds(texts, "150"));
+    EXPECT_TRUE(holds(legend_of(view), "112"));
 }
 
 TEST_F(SurfaceTest, TheCompactLegendStandsOnThePicture)
@@ -194,9 +200,7 @@ TEST_F(SurfaceTest, HeightsOverAnAxisThatFallsLookTheSame)
         view.setOption("ShowStatistics", "true");
         view.setRegionOfInterest({3, 4, 30, 15});
         view.flushTimers();
-        RecordingDC dc(view.GetClientRect().Size());
-        view.OnDrawLegend(dc);
-        std::vector<std::string> all = texts_of(dc);
+        std::vector<std::string> all = legend_of(view);
         double low = 0.0, high = 0.0;
         view.getBestScale(&low, &high, nullptr);
         EXPECT_LT(low, high);
@@ -204,8 +208,7 @@ TEST_F(SurfaceTest, HeightsOverAnAxisThatFallsLookTheSame)
         all.push_back(base::narrow(view.GetMouseText({7, 8})));
         const std::span<std::byte> bits = view.GetBits();
         all.emplace_back(reinterpret_cast<const char*>(bits.data()), bits.size());
-        while (!app.frames().empty()) app.frames().back()->DestroyFrame();
-        app.freeClosed();
+        closeFrames();
         return all;
     };
     SPMDataStream falling = slope();
@@ -221,39 +224,32 @@ TEST_F(SurfaceTest, AnotherMeaningOfHeightsIsSeenInColoursAndFigures)
     voltages.values.set_axis(1, VLAxis(0.01, -0.002, "V")); // 0.01 to -0.808 V
     CSurfMathView& view = open(voltages);
     view.setOption("ShowStatistics", "true");
-    const auto lowest = [&view] { // the colour of raw 0
-        view.flushTimers();
-        std::uint32_t pixel = 0;
-        std::memcpy(&pixel, view.image.bits().data(), sizeof pixel);
-        return pixel & 0xffffffu;
-    };
-    const std::uint32_t dark = lowest();
+    const std::uint32_t dark = lowest_of(view);
     view.setOption("AxisZ", "V");
     view.OnCmdMsg(10021, nullptr); // the text is asked for before the panel is due
     EXPECT_NE(host.clips.text().value_or(L"").find(L"Zmax, mV"), std::wstring::npos);
-    EXPECT_NE(lowest(), dark) << "the highest voltage";
+    EXPECT_NE(lowest_of(view), dark) << "the highest voltage";
     view.setOption("AxisZ", "nm");
-    EXPECT_EQ(lowest(), dark);
+    EXPECT_EQ(lowest_of(view), dark);
     view.getScale().SetAutoScaling(view::fixedScale);
     view.getScale().setFixedStart(-100.0);
     view.getScale().setFixedSize(200.0);
     view.getScale().setRelativeMeanOffset(0.0);
     view.setOption("scaling.z", "Absolute");
     view.RefreshDisplay();
-    EXPECT_NE(lowest(), dark) << "3 nm in a window from -100 nm";
+    EXPECT_NE(lowest_of(view), dark) << "3 nm in a window from -100 nm";
     view.setOption("scaling.z", "Relative");
-    EXPECT_EQ(lowest(), dark) << "the window starts at the lowest height";
+    EXPECT_EQ(lowest_of(view), dark) << "the window starts at the lowest height";
 }
 
 TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
 {
     CSurfMathView& view = open();
-    const auto hint = [](unsigned code) { return code; }; // for image 0
-    document->UpdateAllViews(nullptr, hint(11), CPoint{3, 4});
-    document->UpdateAllViews(nullptr, hint(11), CPoint{30, 4});
+    document->UpdateAllViews(nullptr, 11, CPoint{3, 4});
+    document->UpdateAllViews(nullptr, 11, CPoint{30, 4});
     EXPECT_EQ(view.getDrawn().marks.size(), 2u);
     EXPECT_EQ(view.getDrawn().measure.text, L"Total: 2");
-    document->UpdateAllViews(nullptr, hint(11) | 1u << 16, CPoint{5, 5});
+    document->UpdateAllViews(nullptr, 11 | 1u << 16, CPoint{5, 5});
     EXPECT_EQ(view.getDrawn().marks.size(), 2u) << "of another image";
     const SPMDataStream small = slope(20, 20);
     document->getImage(0) = small;
@@ -261,9 +257,9 @@ TEST_F(SurfaceTest, MarksComeByHintsAndLeaveWithTheImage)
     document->UpdateAllViews(nullptr, document::shape_hint(0));
     EXPECT_EQ(view.getDrawn().marks, std::vector<CPoint>{CPoint(3, 4)}) << "the other lies outside now";
     EXPECT_EQ(view.sourceRect, CRect(0, 0, 20, 20));
-    document->UpdateAllViews(nullptr, hint(12), std::string("L=3 nm"));
+    document->UpdateAllViews(nullptr, 12, std::string("L=3 nm"));
     EXPECT_EQ(view.getDrawn().measure.text, L"L=3 nm");
-    document->UpdateAllViews(nullptr, hint(10));
+    document->UpdateAllViews(nullptr, 10);
     EXPECT_TRUE(view.getDrawn().marks.empty());
 }
 
@@ -289,16 +285,12 @@ TEST_F(SurfaceTest, StatisticsComeLateAndStandInThePanel)
     CSurfMathView& view = open();
     view.setOption("ShowStatistics", "true");
     view.flushTimers();
-    RecordingDC dc(view.GetClientRect().Size());
-    view.OnDrawLegend(dc);
-    const std::vector<std::string> texts = texts_of(dc);
+    const std::vector<std::string> texts = legend_of(view);
     EXPECT_TRUE(holds(texts, "Statistics:"));
     EXPECT_TRUE(holds(texts, "Rmax: 204.5 nm")) << "0.5 nm * (10 * 39 + 19)";
     EXPECT_TRUE(holds(texts, "Rq: 0.0 nm")) << "a plane";
     view.setOption("ParametersWidth", "79"); // 74 pixels are left, "Rmax: 204.5 nm" has 84
-    RecordingDC narrow(view.GetClientRect().Size());
-    view.OnDrawLegend(narrow);
-    EXPECT_TRUE(holds(texts_of(narrow), "Rmax: 205 nm"));
+    EXPECT_TRUE(holds(legend_of(view), "Rmax: 205 nm"));
     view.setOption("CompactLegend", "true");
     host.pump();
     RecordingDC compact(view.GetClientRect().Size());
@@ -326,9 +318,7 @@ TEST_F(SurfaceTest, StatisticsLeaveOutWhatWasNotMeasured)
     view.storageDoc()->setString("\\Void samples", "of 800: 100-101 417-417", 0);
     view.setOption("ShowStatistics", "true");
     view.flushTimers();
-    RecordingDC dc(view.GetClientRect().Size());
-    view.OnDrawLegend(dc);
-    const std::vector<std::string> texts = texts_of(dc);
+    const std::vector<std::string> texts = legend_of(view);
     EXPECT_TRUE(holds(texts, "Rq: 0.0 nm")) << "nothing beside the plane";
     EXPECT_TRUE(holds(texts, "Not measured: 3"));
     EXPECT_NE(view.GetClipboardText(true).find(L"Not measured"), std::wstring::npos);
@@ -348,9 +338,7 @@ TEST_F(SurfaceTest, ThePanelFollowsEveryMeasurement)
             CRgn::combined(CRgn(CRect(client.right - 100, 0, client.right, client.bottom)), window.invalid, RGN_DIFF);
         EXPECT_TRUE(missing.isEmpty());
         window.invalid = CRgn();
-        RecordingDC dc(client.Size());
-        view.OnDrawLegend(dc);
-        std::vector<std::string> texts = texts_of(dc);
+        std::vector<std::string> texts = legend_of(view);
         const auto heading = std::ranges::find(texts, "Text:");
         return heading == texts.end() ? std::vector<std::string>{} : std::vector(heading + 1, texts.end());
     };
@@ -411,19 +399,13 @@ TEST_F(SurfaceTest, AMeasurementFollowsTheStepsOfItsImage)
 TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
 {
     CSurfMathView& view = open();
-    const auto lowest = [&] { // the first pixel of the lowest row, which holds the lowest sample
-        view.flushTimers();
-        std::uint32_t pixel = 0;
-        std::memcpy(&pixel, view.image.bits().data(), sizeof pixel);
-        return pixel & 0xffffffu;
-    };
-    const std::uint32_t before = lowest();
+    const std::uint32_t before = lowest_of(view);
     view.OnCmdMsg(10192, nullptr);
     view.SaveOptions();
     EXPECT_FALSE(host.readString("SurfMathView", "invert")) << "of this view alone";
     EXPECT_TRUE(host.readString("SurfMathView", "SelectionFill"));
     EXPECT_TRUE(view.getScale().getInverse()) << "the strip tells what the colours mean";
-    EXPECT_NE(lowest(), before);
+    EXPECT_NE(lowest_of(view), before);
     view.OnCmdMsg(10112, nullptr);
     const std::string stored = document->getString("palette", 0);
     EXPECT_EQ(stored.substr(stored.find(',') + 1, 2), "0,");
@@ -431,7 +413,7 @@ TEST_F(SurfaceTest, InvertedViewsTurnTheColoursButNotTheStoredPalette)
     EXPECT_TRUE(view.getScale().getInverse());
     view.OnCmdMsg(10192, nullptr);
     EXPECT_FALSE(view.getScale().getInverse());
-    EXPECT_EQ(lowest(), before);
+    EXPECT_EQ(lowest_of(view), before);
     EXPECT_TRUE(isChecked(view, 10112));
     view.OnCmdMsg(10112, nullptr);
     EXPECT_FALSE(isChecked(view, 10112)) << "the palette is forgotten again";

@@ -18,15 +18,8 @@ protected:
     }
     CStorageDoc& openWith(const char* name, const char* palette)
     {
-        const SPMDataStream stream = slope();
-        CStorageDoc saved;
-        saved.AddNewImages(&stream, 1);
-        saved.setString("palette", palette, 0);
-        const std::wstring path = (folder / name).wstring();
-        EXPECT_TRUE(saved.OnSaveDocument(path.c_str()));
-        auto& opened = dynamic_cast<CStorageDoc&>(*app.OpenDocumentFile(path.c_str()));
-        host.pump();
-        return opened;
+        open(slope(), name, {{"palette", palette}});
+        return *document;
     }
     static CSurfMathView& viewOf(const CStorageDoc& shown, std::size_t index = 0)
     {
