@@ -46,6 +46,12 @@ protected:
         if (!frame->isDestroyed()) frame->DestroyFrame();
         app.freeClosed();
     }
+    /// Its first update, and the sizes that follow from it.
+    void show()
+    {
+        view->OnInitialUpdate();
+        host.pump();
+    }
     HeadlessWindow& window() { return CHeadlessHost::windowOf(*view); }
     HeadlessWindow& frameWindow() { return CHeadlessHost::windowOf(*frame); }
 

@@ -69,8 +69,7 @@ TEST_F(DCViewFilesTest, WhatCannotBeReadOrWrittenIsTold)
 
 TEST_F(DCViewFilesTest, PrintingDrawsTheWindowOnTheSheet)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     frame->SetWindowText(L"a[Height]");
     view->OnCmdMsg(57607, nullptr);
     view->OnCmdMsg(57608, nullptr);

@@ -28,8 +28,7 @@ TEST_F(DCViewTest, FirstUpdateGivesFrameAndPictureTheBestSize)
 
 TEST_F(DCViewTest, ANewSizeMakesANewPictureOnce)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     const int before = view->refreshes;
     frame->MoveWindow(CRect(10, 10, 410, 310));
     EXPECT_EQ(view->refreshes, before) << "told after the handler";
@@ -49,8 +48,7 @@ TEST_F(DCViewTest, ErasesOnlyTheFourBands)
 {
     for (const auto& [name, value] : {std::pair{"LeftMargin", "10"}, {"TopMargin", "20"}, {"RightMargin", "30"}})
         host.profile().writeString("PlainView", name, value);
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     RecordingDC dc;
     EXPECT_TRUE(view->OnEraseBkgnd(dc));
     std::vector<CRect> bands;
@@ -90,8 +88,7 @@ TEST_F(DCViewTest, OnlyShiftAloneZoomsAndThePointStays)
 
 TEST_F(DCViewTest, TheWheelStopsAtTwiceTheMonitorsAndAtTheSmallestPicture)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     const auto turn = [&](int delta) {
         for (int i = 0; i < 60; ++i) {
             EXPECT_TRUE(view->OnMouseWheel(MK_SHIFT, delta, {5, 5}));
@@ -111,23 +108,21 @@ TEST_F(DCViewTest, TheWheelStopsAtTwiceTheMonitorsAndAtTheSmallestPicture)
 
 TEST_F(DCViewTest, PlusAndMinusZoomAndZeroGivesTheUsualSize)
 {
-    view->OnInitialUpdate();
-    host.pump();
-    EXPECT_TRUE(view->OnKeyDown('0'));
-    host.pump();
+    show();
+    const auto press = [this](unsigned key) {
+        EXPECT_TRUE(view->OnKeyDown(key));
+        host.pump();
+    };
+    press('0');
     const CRect usual = view->displayRect;
     const CPoint corner = frameWindow().rect.TopLeft();
-    EXPECT_TRUE(view->OnKeyDown(VK_ADD));
-    host.pump();
+    press(VK_ADD);
     EXPECT_EQ(view->displayRect.Width(), std::lround(usual.Width() * 1.2));
     EXPECT_EQ(frameWindow().rect.TopLeft(), corner) << "the window stays where it is";
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_TRUE(view->OnKeyDown(VK_SUBTRACT));
-        host.pump();
-    }
+    press(VK_SUBTRACT);
+    press(VK_SUBTRACT);
     EXPECT_NEAR(view->displayRect.Width(), usual.Width() / 1.2, 1.0);
-    EXPECT_TRUE(view->OnKeyDown('0'));
-    host.pump();
+    press('0');
     EXPECT_EQ(view->displayRect, usual);
     host.display.keys = {VK_CONTROL};
     EXPECT_FALSE(view->OnKeyDown('0')) << "a shortcut of somebody else";
@@ -137,8 +132,7 @@ TEST_F(DCViewTest, PlusAndMinusZoomAndZeroGivesTheUsualSize)
 
 TEST_F(DCViewTest, FullScreenGoesThereAndBack)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     const CRect before = view->GetClientRect();
     host.display.rects = {CRect(0, 0, 800, 600), CRect(800, 0, 1600, 600)};
     ASSERT_TRUE(view->OnCmdMsg(10138, nullptr));
@@ -252,8 +246,7 @@ TEST_F(DCViewTest, CancelTakesTheDefaultsOutOfTheProfileAgain)
 
 TEST_F(DCViewTest, CopiesPicturesAndGathersText)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     view->OnCmdMsg(57634, nullptr);
     EXPECT_EQ(host.clips.bitmap, view->GetClientRect().Size());
     view->OnCmdMsg(10021, nullptr);
@@ -266,8 +259,7 @@ TEST_F(DCViewTest, CopiesPicturesAndGathersText)
 
 TEST_F(DCViewTest, CommandsShowTheirState)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     CCmdUI legend{.m_nID = 10020};
     EXPECT_TRUE(app.routeCommand(10020, &legend) || view->OnCmdMsg(10020, &legend));
     EXPECT_TRUE(legend.checked);
@@ -286,8 +278,7 @@ TEST_F(DCViewTest, CommandsShowTheirState)
 
 TEST_F(DCViewTest, PrintsWithinTheMarginsInShape)
 {
-    view->OnInitialUpdate();
-    host.pump();
+    show();
     RecordingDC page({960 * 10, 960 * 14}); // 100 by 140 inches at 96 dots
     view->OnPrepareDC(page, false);
     EXPECT_EQ(page.LPtoDP(CPoint{7, 7}), (CPoint{7, 7}));
