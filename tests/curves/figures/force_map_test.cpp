@@ -249,9 +249,7 @@ TEST(ForceVolume, TakesItsAxesFromTheImage)
     EXPECT_EQ(second.samples[0], 24);
     EXPECT_EQ(second.values.scale, 3.0);
     EXPECT_EQ(second.position, volume.get_dimension(0).get_axis(0));
-    SPMDataStream::dimension along = volume.get_dimension(0);
-    along.set_axis(0, VLAxis(0, 1, "V"));
-    volume.set_dimension(0, along);
+    volume.get_dimension(0).set_axis(0, VLAxis(0, 1, "V"));
     EXPECT_EQ(curves::volume_of(volume, 0).values.scale, 2.0);
     EXPECT_EQ(curves::volume_of(volume, 1, nullptr, "4 3 2 1 0 4 1 1 1 1 1 2").lengths,
               (std::vector<std::size_t>{1, 1, 1, 1, 1, 2}));

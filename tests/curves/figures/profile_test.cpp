@@ -13,10 +13,11 @@ using curves::profile;
 using points = std::vector<grid_point>;
 using testing::ElementsAre;
 
-profile taken(const SPMDataStream& stream, points& line, unsigned halfWidth = 0)
+profile taken(const SPMDataStream& stream, points& line, unsigned halfWidth = 0, const char* lengths = nullptr,
+              const char* voids = nullptr)
 {
     profile out;
-    curves::take_profile(stream, line, halfWidth, out);
+    curves::take_profile(stream, line, halfWidth, out, lengths, voids);
     return out;
 }
 
@@ -59,8 +60,7 @@ TEST(Profile, OfARecordIsAllOfItWhateverItsPoints)
 TEST(Profile, OfCurvesEndsWhereTheyDo)
 {
     const auto lengths = [](const SPMDataStream& stream, points line, const char* told) {
-        profile out;
-        curves::take_profile(stream, line, 0, out, told);
+        const profile out = taken(stream, line, 0, told);
         std::vector<std::size_t> found;
         for (unsigned k = 0; k < out.curves; ++k) found.push_back(out.curve(k).size());
         EXPECT_EQ(out.all().size(), std::size_t{out.curves} * out.length);
@@ -87,8 +87,7 @@ TEST(Profile, TellsWhatWasNotMeasured)
     const SPMDataStream volume = heights("Volume", {5, 2, 1}, 2); // 20 samples
     for (const bool isAcross : {true, false}) {
         points line = isAcross ? points{{3, 0, 0}, {3, 1, 0}} : points{{0, 0, 0}, {4, 0, 0}};
-        profile out;
-        curves::take_profile(volume, line, 0, out, nullptr, "of 20: 3-4 18-18");
+        profile out = taken(volume, line, 0, nullptr, "of 20: 3-4 18-18");
         const auto measured = [&](unsigned sub, std::size_t at) { return out.isMeasured(sub, at); };
         EXPECT_FALSE(measured(0, isAcross ? 0 : 3));
         EXPECT_TRUE(measured(0, isAcross ? 1 : 2));
@@ -108,8 +107,7 @@ TEST(Profile, MeansAcrossALineLeaveOutWhatWasNotMeasured)
     auto* const samples = static_cast<short*>(surface.array_data());
     std::ranges::copy(std::vector<short>{1, -900, 3, 10, -900, -900, 34, -900, 8}, samples);
     points line = {{0, 1}, {2, 1}};
-    profile out;
-    curves::take_profile(surface, line, 1, out, nullptr, "of 9: 1-1 4-5 7-7");
+    const profile out = taken(surface, line, 1, nullptr, "of 9: 1-1 4-5 7-7");
     EXPECT_EQ(out.gapsOf(0), (std::vector<bool>{false, true, false}));
     EXPECT_EQ(out.samples[0], 15) << "(1 + 10 + 34) / 3";
     EXPECT_EQ(out.samples[2], 6) << "(3 + 8) / 2, halves to even";
@@ -124,15 +122,10 @@ TEST(Profile, AcrossCurvesHasGapsBehindTheirEnds)
                 {{{3, 0, 0}, {3, 1, 0}}, {1, 0, 0, 0}},                   // from curve to curve
                 {{{0, 0, 0}, {4, 0, 0}, {4, 1, 0}}, {1, 1, 1, 1, 1, 0, 1, 1, 0, 0, 0, 0}}};
     const SPMDataStream volume = heights("Volume", {5, 2, 1}, 2); // four curves
-    for (points line : {rows[0].line, rows[1].line, rows[2].line}) {
-        profile out;
-        curves::take_profile(volume, line, 0, out, "5 5 5 5");
-        EXPECT_TRUE(out.gaps.empty());
-    }
     for (const auto& row : rows) {
         points line = row.line;
-        profile out;
-        curves::take_profile(volume, line, 0, out, "5 3 2 1");
+        EXPECT_TRUE(taken(volume, line, 0, "5 5 5 5").gaps.empty());
+        const profile out = taken(volume, line, 0, "5 3 2 1");
         ASSERT_EQ(row.measured.size(), out.curves * out.length);
         for (std::size_t i = 0; i < row.measured.size(); ++i)
             EXPECT_EQ(out.isMeasured(static_cast<unsigned>(i / out.length), i % out.length), row.measured[i] == 1) << i;
