@@ -42,20 +42,31 @@ colorEntry color_of(QRgb pixel)
     return static_cast<colorEntry>(qRed(pixel) | qGreen(pixel) << 8 | qBlue(pixel) << 16);
 }
 
+/// What a white window of this size and density shows of a drawing.
+template <class Draw>
+QImage shown(QSize pixels, double ratio, const Draw& draw)
+{
+    QImage image(pixels, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    {
+        paint::CQtDC dc(image);
+        draw(dc);
+    }
+    return image;
+}
+
 TEST(Windows, AndMemoryShowTheSamePixels)
 {
     const chequered picture;
     canvas memory(100, 80), deep(100, 80, 32);
     paint_all(memory.dc, picture.bitmap);
     paint_all(deep.dc, picture.bitmap);
-    QImage image(100, 80, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    {
-        paint::CQtDC dc(image);
+    const QImage image = shown({100, 80}, 1.0, [&](paint::CQtDC& dc) {
         EXPECT_EQ(dc.deviceSize(), (CSize{100, 80}));
         EXPECT_FALSE(dc.IsPrinting());
         paint_all(dc, picture.bitmap);
-    }
+    });
     int different = 0;
     for (int y = 0; y < 80; ++y)
         for (int x = 0; x < 100; ++x) {
@@ -71,33 +82,25 @@ TEST(Windows, AndMemoryShowTheSamePixels)
 
 TEST(DenseScreens, KeepLogicalUnitsAndCrispData)
 {
+    const chequered picture;
+    const auto draw = [&](CDC& dc) {
+        dc.IntersectClipRect({0, 0, 20, 15});
+        dc.StretchDIBits({1, 1, 9, 9}, picture.bitmap, {0, 0, 8, 8}, SRCCOPY);
+        dc.MoveTo(12, 2);
+        dc.LineTo(17, 2);
+        dc.LineTo(17, 6);
+        dc.SelectObject(CBrush::null());
+        dc.Rectangle({11, 8, 15, 20});
+        dc.SetPixel({19, 0}, red);
+    };
+    canvas expected(20, 16);
+    draw(expected.dc);
     for (const int ratio : {2, 3}) {
-        QImage image(20 * ratio, 16 * ratio, QImage::Format_RGB32);
-        image.setDevicePixelRatio(ratio);
-        image.fill(Qt::white);
-        const chequered picture;
-        {
-            paint::CQtDC dc(image);
+        const QImage image = shown({20 * ratio, 16 * ratio}, ratio, [&](paint::CQtDC& dc) {
             EXPECT_EQ(dc.deviceSize(), (CSize{20, 16}));
             EXPECT_EQ(dc.GetClipBox(), CRect(0, 0, 20, 16));
-            dc.IntersectClipRect({0, 0, 20, 15});
-            dc.StretchDIBits({1, 1, 9, 9}, picture.bitmap, {0, 0, 8, 8}, SRCCOPY);
-            dc.MoveTo(12, 2);
-            dc.LineTo(17, 2);
-            dc.LineTo(17, 6);
-            dc.SelectObject(CBrush::null());
-            dc.Rectangle({11, 8, 15, 20});
-            dc.SetPixel({19, 0}, red);
-        }
-        canvas expected(20, 16);
-        expected.dc.IntersectClipRect({0, 0, 20, 15});
-        expected.dc.StretchDIBits({1, 1, 9, 9}, picture.bitmap, {0, 0, 8, 8}, SRCCOPY);
-        expected.dc.MoveTo(12, 2);
-        expected.dc.LineTo(17, 2);
-        expected.dc.LineTo(17, 6);
-        expected.dc.SelectObject(CBrush::null());
-        expected.dc.Rectangle({11, 8, 15, 20});
-        expected.dc.SetPixel({19, 0}, red);
+            draw(dc);
+        });
         for (int y = 0; y < 16 * ratio; ++y)
             for (int x = 0; x < 20 * ratio; ++x)
                 EXPECT_EQ(color_of(image.pixel(x, y)), expected.at(x / ratio, y / ratio))
@@ -107,15 +110,11 @@ TEST(DenseScreens, KeepLogicalUnitsAndCrispData)
 
 TEST(DenseScreens, DrawSlantedLinesAndShapesInTheirFullResolution)
 {
-    QImage image(40, 40, QImage::Format_RGB32);
-    image.setDevicePixelRatio(2.0);
-    image.fill(Qt::white);
-    {
-        paint::CQtDC dc(image);
+    const QImage image = shown({40, 40}, 2.0, [](CDC& dc) {
         dc.SelectObject(CPen::null());
         dc.SelectObject(CBrush::solid(black));
         dc.Ellipse({2, 3, 19, 18});
-    }
+    });
     const CRgn expected = CRgn::ellipse(CRect(4, 6, 38, 36));
     for (int y = 0; y < 40; ++y)
         for (int x = 0; x < 40; ++x)
@@ -124,16 +123,12 @@ TEST(DenseScreens, DrawSlantedLinesAndShapesInTheirFullResolution)
 
 TEST(FractionsOfPixels, LeaveNoSeams)
 {
-    QImage image(50, 50, QImage::Format_RGB32);
-    image.setDevicePixelRatio(1.25);
-    image.fill(Qt::white);
-    {
-        paint::CQtDC dc(image);
+    const QImage image = shown({50, 50}, 1.25, [](paint::CQtDC& dc) {
         ASSERT_EQ(dc.deviceSize(), (CSize{40, 40}));
         dc.SetROP2(R2_NOT);
         for (int y = 0; y < 40; y += 3)
             for (int x = 0; x < 40; ++x) dc.InvertRect({x, y, x + 1, y + 3});
-    }
+    });
     for (int y = 0; y < 50; ++y)
         for (int x = 0; x < 50; ++x) EXPECT_EQ(color_of(image.pixel(x, y)), black) << x << ' ' << y;
 }

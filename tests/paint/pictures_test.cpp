@@ -126,31 +126,30 @@ std::vector<int> levels_of(const canvas& paper)
     return out;
 }
 
+/// Of a whole picture onto a canvas of this size; turned about when `isFlipped`.
+std::vector<int> averaged(const canvas& source, CSize size, bool isFlipped = false)
+{
+    canvas paper(size.cx, size.cy);
+    paper.dc.SetStretchBltMode(HALFTONE);
+    const CRect to = isFlipped ? CRect(size.cx, 0, 0, size.cy) : CRect({}, size);
+    paper.dc.StretchBlt(to, source.dc, {0, 0, source.bitmap.header.biWidth, source.bitmap.header.biHeight}, SRCCOPY);
+    return levels_of(paper);
+}
+
 TEST(AveragingStretch, GivesTheMeanOfWhatAPixelCovers)
 {
     const greys source(4, 2, {0, 10, 20, 31, 40, 50, 60, 70}, 32);
-    canvas paper(2, 1);
-    paper.dc.SetStretchBltMode(HALFTONE);
-    paper.dc.StretchBlt({0, 0, 2, 1}, source.dc, {0, 0, 4, 2}, SRCCOPY);
-    EXPECT_THAT(levels_of(paper), ElementsAre(25, 45)) << "100 / 4, and 181 / 4 = 45.25";
+    EXPECT_THAT(averaged(source, {2, 1}), ElementsAre(25, 45)) << "100 / 4, and 181 / 4 = 45.25";
     // Three columns onto two: a whole one and half of the middle one each.
     const greys odd(3, 1, {0, 90, 255});
-    canvas two(2, 1);
-    two.dc.SetStretchBltMode(HALFTONE);
-    two.dc.StretchBlt({0, 0, 2, 1}, odd.dc, {0, 0, 3, 1}, SRCCOPY);
-    EXPECT_THAT(levels_of(two), ElementsAre(30, 200));
-    two.dc.StretchBlt({2, 0, 0, 1}, odd.dc, {0, 0, 3, 1}, SRCCOPY);
-    EXPECT_THAT(levels_of(two), ElementsAre(200, 30)) << "flipped";
+    EXPECT_THAT(averaged(odd, {2, 1}), ElementsAre(30, 200));
+    EXPECT_THAT(averaged(odd, {2, 1}, true), ElementsAre(200, 30)) << "flipped";
 }
 
 TEST(AveragingStretch, BlendsBetweenNeighboursWhenItEnlarges)
 {
-    const greys source(2, 1, {0, 100});
-    canvas paper(4, 1);
-    paper.dc.SetStretchBltMode(HALFTONE);
-    paper.dc.StretchBlt({0, 0, 4, 1}, source.dc, {0, 0, 2, 1}, SRCCOPY);
     // Middles at 1/4, 3/4, 5/4 and 7/4 of pixels whose own middles lie at 1/2 and 3/2.
-    EXPECT_THAT(levels_of(paper), ElementsAre(0, 25, 75, 100));
+    EXPECT_THAT(averaged(greys(2, 1, {0, 100}), {4, 1}), ElementsAre(0, 25, 75, 100));
 }
 
 TEST(AveragingStretch, KeepsTheMeanOfLargePicturesAndEveryFlatOne)
@@ -160,22 +159,16 @@ TEST(AveragingStretch, KeepsTheMeanOfLargePicturesAndEveryFlatOne)
     for (int i = 0; i < width * height; ++i) levels.push_back(i * 7919 % 256);
     const greys source(width, height, levels);
     const greys flat(width, height, std::vector<int>(levels.size(), 173));
-    for (const CSize size : {CSize{7, 5}, CSize{133, 299}, CSize{400, 31}, CSize{1, 1}, CSize{500, 20}}) {
-        canvas paper(size.cx, size.cy);
-        paper.dc.SetStretchBltMode(HALFTONE);
-        paper.dc.StretchBlt(CRect({}, size), flat.dc, {0, 0, width, height}, SRCCOPY);
-        EXPECT_THAT(levels_of(paper), testing::Each(173)) << size.cx;
-    }
+    for (const CSize size : {CSize{7, 5}, CSize{133, 299}, CSize{400, 31}, CSize{1, 1}, CSize{500, 20}})
+        EXPECT_THAT(averaged(flat, size), testing::Each(173)) << size.cx;
     // Blocks of 8 by 10, counted one by one.
-    canvas paper(50, 30);
-    paper.dc.SetStretchBltMode(HALFTONE);
-    paper.dc.StretchBlt({0, 0, 50, 30}, source.dc, {0, 0, width, height}, SRCCOPY);
+    const std::vector<int> means = averaged(source, {50, 30});
     for (int y = 0; y < 30; ++y)
         for (int x = 0; x < 50; ++x) {
             int sum = 0;
             for (int v = 0; v < 10; ++v)
                 for (int u = 0; u < 8; ++u) sum += levels[static_cast<std::size_t>((y * 10 + v) * width + x * 8 + u)];
-            ASSERT_EQ(static_cast<int>(paper.at(x, y) & 255), (sum + 40) / 80) << x << ' ' << y;
+            ASSERT_EQ(means[static_cast<std::size_t>(y * 50 + x)], (sum + 40) / 80) << x << ' ' << y;
         }
 }
 
