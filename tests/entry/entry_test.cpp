@@ -184,8 +184,7 @@ TEST_F(EntryTest, SaveAllOffersWhatWasChanged)
 
 TEST_F(EntryTest, ProgramGoesOnUntilWhatWasChosenIsStored)
 {
-    app->OpenDocumentFile(surface("a.spm").c_str());
-    app->setActiveFrame(app->frames()[0].get());
+    opened(surface("a.spm"));
     app->routeCommand(10151, nullptr);
     ASSERT_TRUE(document(1).GetPathName().empty()) << "a copy has no file yet";
     host.onDialog = [](CVarListDlg& dialog) { dialog.EndDialog(CVarListDlg::resultOk); };
@@ -238,9 +237,7 @@ TEST_F(EntryTest, QuickViewTilesPlainFrames)
 
 TEST_F(EntryTest, DocumentCommandsSaveRevertAndDelete)
 {
-    const std::wstring path = surface("a.spm");
-    app->OpenDocumentFile(path.c_str());
-    app->setActiveFrame(app->frames()[0].get());
+    opened(surface("a.spm"));
     EXPECT_FALSE(enabled(57603));
     document().setString("note", "new", 0);
     document().SetModifiedFlag(true);
@@ -262,8 +259,7 @@ TEST_F(EntryTest, DocumentCommandsSaveRevertAndDelete)
 
 TEST_F(EntryTest, ParametersAreATableToSearch)
 {
-    app->OpenDocumentFile(surface("a.spm").c_str());
-    app->setActiveFrame(app->frames()[0].get());
+    opened(surface("a.spm"));
     app->routeCommand(10041, nullptr);
     auto& table = *dynamic_cast<CParametersView*>(app->frames().back()->GetActiveView());
     EXPECT_EQ(table.rows(),
