@@ -3,20 +3,15 @@
 #include "host/dialogs/ListChooserDialog.h"
 #include "host/dialogs/WindowsDialog.h"
 #include "host/dialogs/file_dialog.h"
-#include "host/peer/QtHost.h"
 #include "host/peer/qt_printing.h"
 #include "host/window/preview_pane.h"
 #include "host/window/tiling.h"
-#include "platform/app/Host.h"
 #include "platform/draw/DC.h"
-#include "platform/profile/profile_store.h"
 #include "resources/strings.h"
-#include "support/temporary_folder.h"
+#include "workstation_fixture.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLabel>
 #include <QListWidget>
@@ -24,17 +19,8 @@
 #include <QPushButton>
 #include <QRegion>
 #include <QTimer>
-#include <gtest/gtest.h>
 
 namespace {
-
-bool waits_for(const std::function<bool()>& what)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!what() && clock.elapsed() < 10'000) QApplication::processEvents(QEventLoop::AllEvents, 20);
-    return what();
-}
 
 TEST(ListChooserDialog, ButtonsMoveEntriesBetweenTheLists)
 {

@@ -19,7 +19,6 @@
 
 #include <QColorDialog>
 #include <QDockWidget>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -55,14 +54,6 @@ protected:
         const std::wstring path = (folder / "a.spm").wstring();
         EXPECT_TRUE(document.DoSave(path.c_str(), false));
         return path;
-    }
-    /// Waits until the timer that looks for such things has seen them.
-    void wait(const std::function<bool()>& what)
-    {
-        QElapsedTimer clock;
-        clock.start();
-        while (!what() && clock.elapsed() < 10'000) QApplication::processEvents(QEventLoop::AllEvents, 20);
-        EXPECT_TRUE(what());
     }
     QToolBar& tools() { return *window.findChild<QToolBar*>(QStringLiteral("main")); }
     QAction* tool(unsigned id)
@@ -150,17 +141,17 @@ TEST_F(FirstMinutes, TheStartPageOffersRecentFilesAndExamples)
     QApplication::sendEvent(button("Grains on a tilted plane"), &enter);
     settle();
     ASSERT_EQ(app.frames().size(), 1u);
-    wait([&] { return page().isHidden(); });
+    EXPECT_TRUE(waits_for([&] { return page().isHidden(); }));
     app.OpenDocumentFile(example().c_str());
     app.closeAllFrames();
-    wait([&] { return page().isVisible(); });
+    EXPECT_TRUE(waits_for([&] { return page().isVisible(); }));
     ASSERT_TRUE(button("a.spm"));
     EXPECT_EQ(button("a.spm")->toolTip().toStdWString(), (folder / "a.spm").wstring());
     app.AddToRecentFileList((folder / "other" / "a.spm").wstring());
     const QString home = QString::fromStdString(folder.path.string());
-    wait([&] { return button("a.spm in " + home + "/other/") && button("a.spm in " + home + "/"); });
+    EXPECT_TRUE(waits_for([&] { return button("a.spm in " + home + "/other/") && button("a.spm in " + home + "/"); }));
     app.RemoveFromRecentFileList((folder / "other" / "a.spm").wstring());
-    wait([&] { return button("a.spm") != nullptr; });
+    EXPECT_TRUE(waits_for([&] { return button("a.spm") != nullptr; }));
     button("a.spm")->click();
     settle();
     ASSERT_EQ(app.frames().size(), 1u);
@@ -183,9 +174,9 @@ TEST_F(FirstMinutes, TheStartPageHasTheKeysAlsoBesideTheOutputPane)
     window.addOutput("a line");
     for (const unsigned id : {save, print, copy}) EXPECT_TRUE(isPossible(id)) << id;
     app.OpenDocumentFile(example().c_str());
-    wait([&] { return page().isHidden(); });
+    EXPECT_TRUE(waits_for([&] { return page().isHidden(); }));
     app.closeAllFrames();
-    wait([&] { return page().isVisible(); });
+    EXPECT_TRUE(waits_for([&] { return page().isVisible(); }));
     EXPECT_TRUE(page().isAncestorOf(window.focusWidget())) << "the last window was closed";
     for (const unsigned id : {save, print, copy}) EXPECT_FALSE(isPossible(id)) << id;
 }
@@ -222,13 +213,8 @@ TEST_F(FirstMinutes, ReturnAndEscapeEndEveryDialog)
         host::CHelpWindow help(nullptr);
         if (key == Qt::Key_Escape) { EXPECT_EQ(ended(help, key), wanted) << "help"; }
 
-        SPMVar row;
-        row.Init("width(Width),int");
-        SPMVarList list;
-        list.set_variables(&row, 1);
-        CVarListDlg model;
-        model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
-        host::CVariableDialog variables(model, nullptr);
+        declared_dialog width{"width(Width),int"};
+        host::CVariableDialog variables(width.model, nullptr);
         EXPECT_EQ(ended(variables, key), wanted) << "variables, from the field with the focus";
 
         color_table table(4);

@@ -16,12 +16,6 @@ class GridHeadings : public WorkstationTest {
 protected:
     GridHeadings()
     {
-        constexpr const char* declarations[] = {"ZScale(Y Scale)", "ZScale.value(Range),double",
-                                                "ZScale.start(Start),double", "other(Other),boolean", "empty(Nothing)"};
-        std::vector<SPMVar> rows;
-        for (const char* declaration : declarations) rows.emplace_back().Init(declaration);
-        list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
-        model.CreateModelessDlg(&list, nullptr, platform::optionsLayout, nullptr);
         dialog = window.findChild<host::CVariableDialog*>();
         settle();
     }
@@ -33,8 +27,10 @@ protected:
         for (int row = 0; row < grid().rowCount(); ++row) out.push_back(grid().isRowHidden(row));
         return out;
     }
-    SPMVarList list;
-    CVarListDlg model;
+    declared_dialog declared{{"ZScale(Y Scale)", "ZScale.value(Range),double", "ZScale.start(Start),double",
+                              "other(Other),boolean", "empty(Nothing)"},
+                             false};
+    SPMVarList& list = declared.list;
     host::CVariableDialog* dialog = nullptr;
 };
 

@@ -4,13 +4,16 @@
 #include "host/peer/QtHost.h"
 #include "host/window/MainWindow.h"
 #include "host/window/QtFrame.h"
+#include "platform/dialogs/VarListDlg.h"
 #include "platform/profile/profile_store.h"
 #include "support/streams.h"
 #include "support/temporary_folder.h"
 #include "surface/views/SurfMathView.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QImage>
+#include <functional>
 #include <gtest/gtest.h>
 
 inline void settle()
@@ -20,6 +23,35 @@ inline void settle()
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 }
+
+/// Lets the program run until this holds, at most ten seconds. \return it held
+inline bool waits_for(const std::function<bool()>& what)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!what() && clock.elapsed() < 10'000) QApplication::processEvents(QEventLoop::AllEvents, 20);
+    return what();
+}
+
+/// A dialog over variables of these declarations.
+struct declared_dialog {
+    declared_dialog(std::initializer_list<const char*> declarations, bool isModal = true)
+    {
+        declare(declarations);
+        if (isModal)
+            model.CreateModalDlg(&list, nullptr, platform::optionsLayout, nullptr);
+        else
+            model.CreateModelessDlg(&list, nullptr, platform::optionsLayout, nullptr);
+    }
+    void declare(std::initializer_list<const char*> declarations)
+    {
+        std::vector<SPMVar> rows;
+        for (const char* declaration : declarations) rows.emplace_back().Init(declaration);
+        list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
+    }
+    SPMVarList list;
+    CVarListDlg model;
+};
 
 /// The real main window on the toolkit's offscreen platform, over a host of this class.
 template <class Host = host::CQtHost>
