@@ -5,7 +5,6 @@
 #include "e2e/screen.h"
 #include "support/temporary_folder.h"
 
-#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -95,17 +94,6 @@ TEST_F(WorkstationOnScreen, PanesAreWhereTheyWereBeforeTheSessionEnded)
     }
     desktop user(settings, {});
     EXPECT_TRUE(user.sees("22-output-again", showsOutput));
-}
-
-TEST_F(WorkstationOnScreen, OpensRecordingsOfInstruments)
-{
-    const QString recording = QStringLiteral(VLDV_SAMPLES "/nanoscope/VeecoNanoscopeIII.000");
-    if (!QFileInfo::exists(recording)) GTEST_SKIP() << "sample files are not here: " << VLDV_SAMPLES;
-    desktop user(QString::fromStdString(folder.path.string()), {recording});
-    user.moveTo({1000, 600});
-    EXPECT_TRUE(user.sees("9-recording", [](const QImage& shown) {
-        return caption(shown).width() > 300 && share_of(shown, inside(shown), is_brown) > 0.5;
-    }));
 }
 
 } // namespace
