@@ -119,7 +119,7 @@ public:
         windowTitles = titles;
         return windowAnswer;
     }
-    void runPageSetup(CRect& margins) override { margins = pageMargins; }
+    void runPageSetup(CRect&) override {}
     void print(const print_job& job) override { printed.push_back(job); }
     void previewPrint(const print_job& job) override { previewed.push_back(job); }
     bool runListChooser(CListChooser& chooser) override { return onChoose && onChoose(chooser); }
@@ -128,7 +128,6 @@ public:
     void output(const std::string& line) override { outputLines.push_back(line); }
     std::unique_ptr<IWindowPeer> createWindow(CWnd& logic, CWnd* parent, window_kind kind) override
     {
-        if (!hasWindows) return nullptr;
         auto made = std::make_unique<HeadlessWindow>(
             logic, parent, kind,
             [this](CWnd* resized) {
@@ -233,12 +232,10 @@ public:
     std::wstring statusText;
     std::vector<std::wstring> windowTitles;
     window_choice windowAnswer;
-    CRect pageMargins;
     std::vector<print_job> printed, previewed;
     std::function<bool(CListChooser&)> onChoose; ///< none: cancelled
     bool hasQuit = false;
     std::vector<std::string> outputLines;
-    bool hasWindows = true;
     std::vector<HeadlessWindow*> windows;
     std::vector<CWnd*> sizeEvents;
     CWnd* focus = nullptr;

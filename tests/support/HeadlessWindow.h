@@ -63,16 +63,11 @@ public:
     }
     void show(bool on) override { visible = on; }
     bool isVisible() const override { return visible && (!parent || parent->IsWindowVisible()); }
-    bool isMinimized() const override { return minimized; }
+    bool isMinimized() const override { return false; }
     bool isMaximized() const override { return maximized; }
-    void bringToFront() override { ++fronted; }
+    void bringToFront() override {}
     void setTitle(const std::wstring& text) override { titles.push_back(text); }
-    void setTabs(const std::vector<std::wstring>& names, int selected, bool shown) override
-    {
-        tabs = names;
-        selectedTab = selected;
-        tabsShown = shown;
-    }
+    void setTabs(const std::vector<std::wstring>& names, int, bool) override { tabs = names; }
     int setToolbar(unsigned id, bool large, const std::vector<toolbar_button>& added) override
     {
         toolbar = id;
@@ -99,7 +94,6 @@ public:
     {
         invalid.CombineRgn(invalid, region ? *region : CRgn(clientRect()), RGN_OR);
         erases |= erase;
-        ++invalidations;
     }
     void update() override
     {
@@ -108,7 +102,6 @@ public:
         RecordingDC dc(clientRect().Size());
         if (std::exchange(erases, false)) logic.OnEraseBkgnd(dc);
         logic.OnPaint(dc);
-        ++paints;
     }
     std::unique_ptr<CDC> clientDC() override { return std::make_unique<RecordingDC>(clientRect().Size()); }
     void setCapture(bool on) override { captured = on; }
@@ -131,20 +124,18 @@ public:
     }
 
     CRect rect, restored; ///< `rect` in client coordinates of the parent
-    bool visible = true, minimized = false, maximized = false, captured = false, fullScreen = false, erases = false;
-    int fronted = 0, invalidations = 0, paints = 0;
+    bool visible = true, maximized = false, captured = false, fullScreen = false, erases = false;
     CRgn invalid;
     cursor_shape cursor = cursor_shape::arrow;
     std::map<unsigned, unsigned> timers;
     std::vector<std::wstring> titles;
     std::vector<std::wstring> tabs;
-    int selectedTab = 0;
     std::wstring content;                                ///< of a text pane
     std::vector<std::vector<std::wstring>> table, cells; ///< of a table; `cells` are what the user selected
     std::wstring selection;                              ///< of the content
     bool isAllSelected = false;
     std::vector<toolbar_button> buttons;
-    bool tabsShown = false, toolsAreLarge = false;
+    bool toolsAreLarge = false;
     unsigned toolbar = 0; ///< resource; 0: none
     CWnd& logic;
 
