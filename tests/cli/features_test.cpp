@@ -34,15 +34,11 @@ TEST_F(FeatureProgramTest, FeaturesAreToldWithTheirMetrics)
     write("bar.spm", {bar_and_pair(), heights("Curve", {5})});
     const json all = images({"features", "bar.spm", "--level", "0.25"});
     ASSERT_EQ(all.size(), 1u);
-    EXPECT_EQ(all[0]["threshold"], 25);
-    EXPECT_EQ(all[0]["zero_level"], 0);
-    EXPECT_EQ(all[0]["dropped"], 1);
+    expect_fields(all[0], {{"threshold", 25}, {"zero_level", 0}, {"dropped", 1}});
     EXPECT_EQ(all[0]["metrics"][3], json({{"name", "V_px"}, {"units", "nm^2xnm"}}));
     const json& features = all[0]["features"];
     ASSERT_EQ(features.size(), 2u);
-    EXPECT_EQ(features[0]["bounds"], json({3, 4, 8, 6}));
-    EXPECT_EQ(features[0]["pixels"], 10);
-    EXPECT_EQ(features[0]["first"], json({3, 4}));
+    expect_fields(features[0], {{"bounds", json({3, 4, 8, 6})}, {"pixels", 10}, {"first", json({3, 4})}});
     EXPECT_EQ(features[1]["bounds"], json({17, 7, 19, 8}));
     // Steps of 0.25 nm; heights of 0.01 nm above -1 nm. The outline is 4 + 1 + 4 + 1 steps around an area of 4 * 1.
     const json& metrics = features[0]["metrics"];
@@ -62,11 +58,7 @@ TEST_F(FeatureProgramTest, FeaturesAreToldWithTheirMetrics)
 TEST_F(FeatureProgramTest, TablesForPeopleStandInUnitsThatReadWell)
 {
     SPMDataStream metres = bar_and_pair();
-    for (unsigned side = 0; side < 2; ++side) {
-        SPMDataStream::dimension dimension = metres.get_dimension(side);
-        dimension.set_axis(0, VLAxis(0, 2e-9, "m"));
-        metres.set_dimension(side, dimension);
-    }
+    for (const unsigned side : {0u, 1u}) metres.get_dimension(side).set_axis(0, VLAxis(0, 2e-9, "m"));
     metres.values.set_axis(0, VLAxis(0, 1e-12, "m"));
     write("m.spm", {metres});
     const std::string text = vldv({"features", "m.spm", "--level", "0.25"}).out;
@@ -152,8 +144,7 @@ TEST_F(FeatureProgramTest, StepsAreToldAndReplaceThoseOfEarlierSearches)
     const json found = info({"--strings", "out.spm"})["files"][0]["images"];
     ASSERT_EQ(found.size(), 2u);
     EXPECT_EQ(found[0]["id"], "Topo");
-    EXPECT_EQ(found[1]["id"], "step0");
-    EXPECT_EQ(found[1]["length"], 26);
+    expect_fields(found[1], {{"id", "step0"}, {"length", 26}});
     EXPECT_EQ(found[1]["range"][0], json({{"min", 34}, {"max", 34}})) << "64 - 29 - 1";
     EXPECT_EQ(found[1]["strings"]["stepsearch.leftBorder"], "2") << "64 / 32";
     EXPECT_TRUE(images({"steps", "t.spm", "--direction", "ltr", "-o", "none.spm"})[0]["steps"].empty());

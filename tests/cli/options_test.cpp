@@ -32,16 +32,14 @@ TEST_F(ProgramTest, OptionsAreSettledAndShown)
                                   {"step", nullptr},
                                   {"items", json::array()}}));
     EXPECT_EQ(variables[2]["value"], "0.98") << "no more than the other leaves free";
-    EXPECT_EQ(variables[2]["shown"], "98");
-    EXPECT_EQ(variables[2]["step"], 0.01);
-    EXPECT_EQ(variables[3]["maximum"], 33554431.0);
-    EXPECT_EQ(variables[3]["shown"], "0x333333");
-    EXPECT_EQ(variables[4]["items"],
-              (json{{{"key", "sbs"}, {"label", "Side by Side"}}, {{"key", "Other"}, {"label", "Other"}}}));
-    EXPECT_EQ(variables[4]["shown"], "Side by Side");
-    EXPECT_TRUE(variables[4]["minimum"].is_null());
-    EXPECT_EQ(variables[5]["value"], "false");
-    EXPECT_TRUE(variables[5]["maximum"].is_null());
+    expect_fields(variables[2], {{"shown", "98"}, {"step", 0.01}});
+    expect_fields(variables[3], {{"maximum", 33554431.0}, {"shown", "0x333333"}});
+    expect_fields(
+        variables[4],
+        {{"items", (json{{{"key", "sbs"}, {"label", "Side by Side"}}, {{"key", "Other"}, {"label", "Other"}}})},
+         {"shown", "Side by Side"},
+         {"minimum", nullptr}});
+    expect_fields(variables[5], {{"value", "false"}, {"maximum", nullptr}});
 
     const program_result set =
         vldv({"options", "table.txt", "--json", "--set", "mode=Other", "--set", "scale_width=0.5"});
@@ -70,9 +68,7 @@ TEST_F(ProgramTest, HeadingsArePartOfATable)
     const program_result result = vldv({"options", "table.txt", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
     const json variables = json::parse(result.out)["variables"];
-    EXPECT_EQ(variables[0]["type"], "heading");
-    EXPECT_EQ(variables[0]["label"], "Marks");
-    EXPECT_EQ(variables[0]["value"], "");
+    expect_fields(variables[0], {{"type", "heading"}, {"label", "Marks"}, {"value", ""}});
     EXPECT_EQ(variables[1]["value"], "None");
 }
 
@@ -121,8 +117,7 @@ TEST_F(ProgramTest, HostileDeclarationsAreNamedAndTheRestIsDone)
     ASSERT_TRUE(json::accept(result.out)) << result.out;
     const json variables = json::parse(result.out)["variables"];
     ASSERT_EQ(variables.size(), 2u);
-    EXPECT_EQ(variables[0]["name"], "first");
-    EXPECT_EQ(variables[0]["value"], "3");
+    expect_fields(variables[0], {{"name", "first"}, {"value", "3"}});
     EXPECT_EQ(variables[1]["value"], "00000000");
 }
 

@@ -18,6 +18,14 @@ inline constexpr const char* smallMatrix =
 /// Whole numbers stay as they are; the bottom row stands first.
 inline constexpr const char* smallMatrixRaw = "3\t4\n1\t2\n";
 
+/// What an object tells under the names of another is what that one tells.
+inline void expect_fields(const nlohmann::json& object, const nlohmann::json& wanted)
+{
+    nlohmann::json told;
+    for (const auto& [name, value] : wanted.items()) told[name] = object.value(name, nlohmann::json("missing"));
+    EXPECT_EQ(told, wanted) << object;
+}
+
 /// Runs vldv in a folder of its own.
 class ProgramTest : public testing::Test {
 protected:

@@ -65,8 +65,7 @@ TEST_F(ProgramTest, IsolinesAreWalkedAround)
                                     "0 0 0 0\n0 5 5 0\n0 0 0 0\n");
     EXPECT_EQ(vldv({"isoline", "hill.txt", "--at", "1,1"}).out, "1\t1\n2\t1\n1\t1\n");
     const json contour = json::parse(vldv({"isoline", "hill.txt", "--at", "2,1", "--json"}).out);
-    EXPECT_EQ(contour["contour"], json::parse("[[2,1],[1,1],[2,1]]"));
-    EXPECT_EQ(contour["at"], json::parse("[2,1]"));
+    expect_fields(contour, {{"contour", json::parse("[[2,1],[1,1],[2,1]]")}, {"at", json::parse("[2,1]")}});
     write_file(folder / "flat.txt", "# Channel: H\n# Width: 3 nm\n# Height: 3 nm\n# Value units: nm\n"
                                     "3 3 3\n3 3 3\n3 3 9\n");
     EXPECT_EQ(vldv({"isoline", "flat.txt", "--at", "1,1"}).out, "");

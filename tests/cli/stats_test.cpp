@@ -46,8 +46,7 @@ TEST_F(ProgramTest, StatsTellHeightsAndRoughnessOfEverySubImage)
                                                                           {"Rsk", 0.0, ""},
                                                                           {"Rku", 0.0, ""}}};
     for (std::size_t sub = 0; sub < 2; ++sub) {
-        EXPECT_EQ(images[sub]["id"], "Topo");
-        EXPECT_EQ(images[sub]["subimage"], sub);
+        expect_fields(images[sub], {{"id", "Topo"}, {"subimage", sub}});
         ASSERT_EQ(images[sub]["rows"].size(), 7u);
         for (std::size_t i = 0; i < 7; ++i) {
             const auto& [name, value, units] = expected[sub][i];
