@@ -90,6 +90,8 @@ void session::claim(const std::filesystem::path& output)
 {
     const std::filesystem::path real = identity(output);
     if (const char* const why = whyTaken(real)) throw std::runtime_error(named(output) + why);
+    if (document::is_recording(output))
+        throw std::runtime_error(named(output) + "is a recording, which no result replaces");
     setAside(real);
     outputIdentities.insert(real);
 }

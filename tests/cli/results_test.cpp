@@ -28,6 +28,26 @@ protected:
     }
 };
 
+TEST_F(ResultsTest, NoPictureOrTableReplacesARecording)
+{
+    writeTerrace("t.spm");
+    // A scan by its first line, a container by its ending; anybody's picture is drawn anew.
+    const std::string wsxm = "WSxM file copyright X\nSxM Image file\n";
+    write_file(folder / "scan.png", wsxm);
+    write_file(folder / "rows.spm", "");
+    write_file(folder / "old.png", "anybody's");
+    for (const std::vector<std::string>& call :
+         {std::vector<std::string>{"render", "t.spm", "-o", "scan.png"}, {"features", "t.spm", "--csv", "rows.spm"}}) {
+        const program_result refused = vldv(call);
+        EXPECT_EQ(refused.status, 1) << call[0];
+        EXPECT_THAT(refused.err, HasSubstr("is a recording, which no result replaces"));
+    }
+    EXPECT_EQ(file_content(folder / "scan.png"), wsxm);
+    EXPECT_EQ(file_content(folder / "rows.spm"), "");
+    EXPECT_EQ(vldv({"render", "t.spm", "-o", "old.png"}).status, 0);
+    EXPECT_TRUE(file_content(folder / "old.png").starts_with("\x89PNG"));
+}
+
 TEST_F(ResultsTest, WhatWasFoundIsToldThoughItsFileIsRefused)
 {
     writeTerrace("t.spm");

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <map>
 
 namespace vldv::document {
@@ -118,6 +119,17 @@ private:
 folder_content recordings_in(const fs::path& folder, const std::function<bool(const fs::path&)>& isLeftOut)
 {
     return folder_walk(isLeftOut).walk(folder);
+}
+
+bool is_recording(const fs::path& file)
+{
+    std::error_code error;
+    std::vector<std::byte> head;
+    if (!fs::is_regular_file(file, error) || !read_head(file, head).empty()) return false;
+    if (formats::has_own_ending(file.filename().native())) return true;
+    const formats::format_row* const format = formats::find_format(head, {});
+    constexpr SupportedFileTypes anybodys[] = {FILE_BMP, FILE_JPEG, FILE_PNG, FILE_TIFF, FILE_TEXT};
+    return format && std::ranges::find(anybodys, format->type) == std::end(anybodys);
 }
 
 std::string why_no_recordings(const folder_content& content)

@@ -29,6 +29,10 @@ struct folder_content {
 VLDV_INTERNAL_API folder_content recordings_in(const std::filesystem::path& folder,
                                                const std::function<bool(const std::filesystem::path&)>& isLeftOut = {});
 
+/// What lies there is a microscope's by its content or its ending, not a plain picture or a table that any program may
+/// have written. False where there is no file.
+VLDV_INTERNAL_API bool is_recording(const std::filesystem::path& file);
+
 /// Why a folder without recordings, all of which could be read, has nothing to open.
 VLDV_INTERNAL_API std::string why_no_recordings(const folder_content& content);
 
