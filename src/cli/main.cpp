@@ -39,12 +39,17 @@ bool is_refused(const CLI::App& app, const std::string& word)
     return true;
 }
 
-/// An empty word, as of a variable of a script that is not set, is neither a name nor a number.
-void refuse_empty_words(CLI::App& command)
+/// What stands in the place of a value and is none: an empty word, as of a variable of a script that is not set, or the
+/// next option where the value was forgotten.
+void refuse_missing_values(CLI::App& command)
 {
+    const auto check = [&command](const std::string& word) -> std::string {
+        if (word.empty()) return "expected a word, not \"\"";
+        const bool isOption = word.starts_with('-') && command.get_option_no_throw(word) != nullptr;
+        return isOption ? "needs a value before " + word : "";
+    };
     for (CLI::Option* const option : command.get_options())
-        if (option->get_items_expected_max() > 0)
-            option->check([](const std::string& word) { return word.empty() ? "expected a word, not \"\"" : ""; });
+        if (option->get_items_expected_max() > 0) option->check(check);
 }
 
 } // namespace
@@ -81,7 +86,7 @@ try {
     for (CLI::App* const each : app.get_subcommands({})) {
         each->preparse_callback([each](std::size_t) { cli::set_operation(each->get_name()); });
         cli::understand_paths(*each);
-        refuse_empty_words(*each);
+        refuse_missing_values(*each);
     }
     app.failure_message([](const CLI::App* parsed, const CLI::Error& problem) {
         return cli::visible_lines(cli::usage_text(*parsed, problem));

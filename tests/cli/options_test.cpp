@@ -143,6 +143,10 @@ TEST_F(ProgramTest, WrongCallsNameTheOptionAndTheNearestOne)
         {{"isoline", "a", "b", "--at", "1,1"}, "vldv isoline takes no further word: \"b\"\n"},
         {{"render", "x"}, "vldv render needs --output\n"},
         {{"histogram", "x", "--bars"}, "vldv histogram: --bars needs a value\n"},
+        {{"stats", "x", "--csv"}, "vldv stats: --csv needs a value\n"},
+        {{"stats", "x", "--csv", "--json"}, "vldv stats: --csv: needs a value before --json\n"},
+        {{"render", "x", "-o", "--image", "0"}, "vldv render: --output: needs a value before --image\n"},
+
         {{"stats", "x", "--sub", "0", "--sub", "1"}, "vldv stats: --sub may be given once only\n"},
         {{"fourier", "x", "--zero-inner", "--scale", "2"},
          "vldv fourier takes one of --zero-inner, --zero-outer, --scale, not several\n"},
