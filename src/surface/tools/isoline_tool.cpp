@@ -10,8 +10,20 @@ namespace vldv::surface {
 
 namespace {
 
+constexpr const char* noArea = "No selection: the isoline encloses no area";
+
+/// Why there is no line at a sample; empty where there is one.
+const char* why_none(const tool_context& on, CPoint seed)
+{
+    if (!on.world.isMeasured(seed)) return "No isoline: the sample was not measured";
+    return why_no_isoline(on.world.frame(), seed);
+}
+
+bool is_line(const selection_state& state) { return state.isoline.size() >= 3 && is_closed(state.isoline); }
+
 void trace(const tool_context& on, CPoint seed)
 {
+    if (!on.world.isMeasured(seed)) return on.state.isoline.clear();
     on.world.showWait(true);
     on.state.isoline = trace_isoline(on.world.frame(), seed);
     on.world.showWait(false);
@@ -63,22 +75,25 @@ void isoline::finish(const tool_context& on, const tool_event& event) const
 {
     selection_state& state = on.state;
     const bool isMoved = state.combine == combine_mode::move;
-    if (!isMoved) showStatus(on, event.at);
     state.isoline.clear();
     if (!isMoved) trace(on, event.at);
-    if (isMoved || (state.isoline.size() >= 3 && is_closed(state.isoline)))
+    if (!isMoved) showStatus(on, event.at);
+    if (isMoved || is_line(state))
         join(on);
     else if (state.combine == combine_mode::replace || state.region.isEmpty())
         state.selectionActive = false;
     share(on.world);
 }
 
-/// Where a line is wanted and there is none, why.
+/// Where a line is wanted and there is none, or one around nothing, why.
 void isoline::showStatus(const tool_context& on, CPoint at) const
 {
-    const char* const reason = on.state.combine == combine_mode::move ? "" : why_no_isoline(on.world.frame(), at);
+    if (on.state.combine == combine_mode::move) return on.world.showStatus(at);
+    const char* const reason = why_none(on, at);
     if (*reason)
         on.world.showNotice(reason);
+    else if (is_line(on.state) && shape(on.state).isEmpty())
+        on.world.showNotice(noArea);
     else
         on.world.showStatus(at);
 }

@@ -2,10 +2,13 @@
 #include "surface/views/view_world.h"
 
 #include "document/StorageDoc.h"
+#include "document/samples/unmeasured_samples.h"
 #include "platform/app/WinApp.h"
 #include "surface/views/SurfMathView.h"
 #include "view/image/SectionSource.h"
 #include "view/image/VolumeSource.h"
+
+#include <algorithm>
 
 namespace vldv::surface {
 
@@ -27,6 +30,19 @@ double number_of(const SPMVar& option)
 } // namespace
 
 sample_frame view_world::frame() const { return view.shownFrame(); }
+
+bool view_world::isMeasured(CPoint source) const
+{
+    const sample_frame shown = frame();
+    if (!view.storageDoc() || !shown.contains(source)) return true;
+    const std::size_t at =
+        static_cast<std::size_t>(source.y) * static_cast<std::size_t>(shown.width) + static_cast<std::size_t>(source.x);
+    const document::unmeasured_samples voids(*view.storageDoc(), view.getImageNumber());
+    return std::ranges::none_of(voids.of(view.getSubImageNumber()), [at](const primitives::sample_run& each) {
+        return each.first <= at && at - each.first < each.count;
+    });
+}
+
 view::view_geometry view_world::geometry() const { return {view.displayRect, view.sourceRect}; }
 const VLAxis& view_world::axisX() const { return view.axisX(); }
 const VLAxis& view_world::axisY() const { return view.axisY(); }

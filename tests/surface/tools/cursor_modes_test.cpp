@@ -71,6 +71,26 @@ TEST_F(CursorTest, AnIsolineSelectsAnIsland)
     EXPECT_FALSE(state.selectionActive);
 }
 
+TEST_F(CursorTest, AnIsolineThatSelectsNothingSaysWhy)
+{
+    for (const int each : {10, 11, 12}) raise({each, each, each + 1, each + 1}); // a ridge aslant, one sample wide
+    raise({30, 10, 40, 16});
+    choose(cursor_mode::isoline);
+    click({10, 10});
+    EXPECT_TRUE(state.region.isEmpty());
+    ASSERT_FALSE(world.notices.empty());
+    EXPECT_EQ(world.notices.back(), "No selection: the isoline encloses no area");
+    world.unmeasured = {35, 15};
+    click({35, 15});
+    EXPECT_FALSE(state.selectionActive);
+    EXPECT_TRUE(state.isoline.empty());
+    EXPECT_EQ(world.notices.back(), "No isoline: the sample was not measured");
+    world.notices.clear();
+    click({35, 10}); // of the same island
+    EXPECT_TRUE(state.selectionActive);
+    EXPECT_TRUE(world.notices.empty());
+}
+
 TEST_F(CursorTest, MarksAreSetMovedAndTakenAway)
 {
     choose(cursor_mode::marks);

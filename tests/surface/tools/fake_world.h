@@ -60,6 +60,7 @@ struct FakeWorld : surface::ICursorWorld {
     std::vector<std::pair<std::size_t, std::size_t>> toggled;
     std::vector<ISection*> fronted;
     std::vector<CPoint> status;
+    std::optional<CPoint> unmeasured; ///< the sample without a height
     std::vector<std::string> notices;
     CRgn repainted;
 
@@ -67,6 +68,7 @@ struct FakeWorld : surface::ICursorWorld {
     CPoint client(CPoint source) const { return surface::to_client(source, geometry()); }
 
     surface::sample_frame frame() const override { return {samples, size.cx, size.cy}; }
+    bool isMeasured(CPoint source) const override { return source != unmeasured; }
     view::view_geometry geometry() const override { return {CRect(100, 50, 700, 450), window}; }
     const VLAxis& axisX() const override { return x; }
     const VLAxis& axisY() const override { return y; }
