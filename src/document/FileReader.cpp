@@ -7,8 +7,11 @@
 #include "document/document_table.h"
 #include "formats/shared/force/force_order.h"
 #include "formats/shared/void_points.h"
+#include "formats/shared/zip_reader.h"
 
 #include <algorithm>
+#include <cstring>
+#include <span>
 #include <string_view>
 
 using namespace vldv;
@@ -43,6 +46,18 @@ std::vector<std::byte> head_of(std::istream& in)
     return head;
 }
 
+/// What can be said of a file that no format knows.
+std::string why_unknown(std::span<const std::byte> head, formats::source& file)
+{
+    constexpr std::string_view zipped = "PK\3\4";
+    if (head.size() < zipped.size() || std::memcmp(head.data(), zipped.data(), zipped.size()) != 0)
+        return "the format of this file is not known";
+    const auto archive = formats::zip_reader::open(file, formats::zip_reader::names::with_folders);
+    return archive && archive->find("main.xml")
+               ? "\"main.xml\" is not the first entry of the archive; another program has packed it anew"
+               : "an archive of a format that is not known";
+}
+
 } // namespace
 
 VLFileReader::~VLFileReader() = default;
@@ -69,12 +84,12 @@ bool VLFileReader::ReadFile(std::istream& in)
     readCancelled = false;
     isDamaged = false;
     const std::vector<std::byte> head = head_of(in);
-    const document::stream_source named(in, sourcePath);
+    document::stream_source named(in, sourcePath);
     if (tryFormats(in, formats::formats_to_try(head, named.name()))) return true;
     if (readCancelled || formats::find_format(head, named.name())) return false;
     // Neither content nor name asked for the formats that were tried; only a text says something by its reason.
     const std::string known = fileType == FILE_TEXT ? "; as a table of numbers: " + readError : "";
-    readError = "the format of this file is not known" + known;
+    readError = why_unknown(head, named) + known;
     fileType = FILE_UNKNOWN;
     return false;
 }

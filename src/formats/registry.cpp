@@ -57,6 +57,8 @@ std::vector<const format_row*> formats_to_try(std::span<const std::byte> head, s
 
 bool has_own_ending(std::string_view fileName) noexcept
 {
+    // What a Macintosh leaves beside a file on a disk of others has its name behind two signs.
+    if (fileName.starts_with("._")) return false;
     // Of the table's patterns those that no other program's files have: no text, picture, .par, .img, .stp or .hdf.
     return any_pattern_matches(
         "*.spm;*.00?;*.di;*.pfc;*.jpk;*.jpk-*;*.tmd;*.sm2;*.tlk;*.mdt;*.bcr;*.bcrf;*.ibw;*.wip;*.nid;"

@@ -1,4 +1,5 @@
 #include "fixtures.h"
+#include "formats/shared/zip_fixture.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -74,6 +75,9 @@ TEST_F(DocumentTest, WhatOneFormatRefusesIsTriedAsTheNext)
         {"m.tmd", ragged, FILE_TMD, "not a TrueMap file; Scan 8 files have no public layout and are not supported"},
         {"m", std::string("\0\0\0\0\4 no tree", 13), FILE_UNKNOWN, "the format of this file is not known"},
         {"m.csv", "\x7F\x45LF", FILE_UNKNOWN, "the format of this file is not known"},
+        {"m.spm", formats::stored_zip({{"image", "1"}, {"main.xml", "<s/>"}}), FILE_UNKNOWN,
+         "\"main.xml\" is not the first entry of the archive; another program has packed it anew"},
+        {"m.zip", formats::stored_zip({{"image", "1"}}), FILE_UNKNOWN, "an archive of a format that is not known"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

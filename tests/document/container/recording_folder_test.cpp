@@ -103,11 +103,12 @@ TEST_F(RecordingFolder, ADamagedRecordingIsNotPassedOver)
     write("scan.001", std::string(64, '\0'));
     write("night.JPK-force", "");
     write("noise.mdt", "????");
-    for (const char* name : {"readme.txt", "part.par", "solid.stp", "scan.100", "my.jpkg"}) write(name, "");
+    for (const char* name : {"readme.txt", "part.par", "solid.stp", "scan.100", "my.jpkg", "._scan.001"})
+        write(name, "");
     const document::folder_content found = document::recordings_in(folder.path);
     EXPECT_EQ(names(found), (std::vector<std::string>{"empty.spm", "night.JPK-force", "noise.mdt", "scan.001"}));
     for (const auto& each : found.recordings) EXPECT_TRUE(each.isCertain) << each.path;
-    EXPECT_EQ(found.others, 5u);
+    EXPECT_EQ(found.others, 6u);
 }
 
 } // namespace
