@@ -83,11 +83,11 @@ TEST(RowTexts, OfHeightsHaveOneCountOfDecimals)
     const std::vector<statistics_row> far = {{"Zmax", 12000300.0, "pm", true},
                                              {"Zmin", 12000000.0, "pm", true},
                                              {"Rmax", 300.0, "pm", true},
-                                             {"Rq", 80.25, "pm", true}};
+                                             {"Rq", 80.27, "pm", true}};
     EXPECT_EQ(texts_of(far, 99),
-              (texts{"Zmax: 12000300.00 pm", "Zmin: 12000000.00 pm", "Rmax: 300.00 pm", "Rq: 80.25 pm"}));
+              (texts{"Zmax: 12000300.00 pm", "Zmin: 12000000.00 pm", "Rmax: 300.00 pm", "Rq: 80.27 pm"}));
     EXPECT_EQ(texts_of(far, 17), (texts{"Zmax: 12000300 pm", "Zmin: 12000000 pm", "Rmax: 300 pm", "Rq: 80.3 pm"}));
-    EXPECT_EQ(texts_of(far, 16), (texts{"Zmax: 12 µm", "Zmin: 12 µm", "Rmax: 300.00 pm", "Rq: 80.25 pm"}));
+    EXPECT_EQ(texts_of(far, 16), (texts{"Zmax: 12 µm", "Zmin: 12 µm", "Rmax: 0.0003 µm", "Rq: 8.03E-05 µm"}));
 }
 
 TEST(RowTexts, OfSmallRoughnessHaveThreeDigitsOfTheirOwn)
@@ -97,10 +97,12 @@ TEST(RowTexts, OfSmallRoughnessHaveThreeDigitsOfTheirOwn)
         std::size_t room;
         const char* text;
     } cases[] = {
-        {0.0243712, 99, "Rq: 0.02437 µm"}, {0.0243712, 14, "Rq: 0.0244 µm"},    {0.0243712, 13, "Rq: 24.371 nm"},
-        {0.0243712, 11, "Rq: 24.4 nm"},    {0.00029951, 99, "Rq: 0.000300 µm"}, {0.00029951, 15, "Rq: 299.51 pm"},
-        {0.00005994, 99, "Rq: 59.94 pm"},  {0.0, 99, "Rq: 0.00000 µm"},         {0.03, 99, "Rq: 0.03000 µm"},
-        {0.03, 14, "Rq: 0.03 µm"},         {0.00025, 99, "Rq: 0.00025 µm"},
+        {0.0243712, 99, "Rq: 0.02437 µm"},    {0.0243712, 14, "Rq: 0.0244 µm"},
+        {0.0243712, 13, "Rq: 0.024 µm"},      {0.0243712, 12, "Rq: 0.02 µm"},
+        {0.00029951, 99, "Rq: 0.000300 µm"},  {0.00029951, 15, "Rq: 0.0003 µm"},
+        {0.00005994, 99, "Rq: 5.994E-05 µm"}, {0.0, 99, "Rq: 0.00000 µm"},
+        {0.03, 99, "Rq: 0.03000 µm"},         {0.03, 14, "Rq: 0.03 µm"},
+        {0.00025, 99, "Rq: 0.00025 µm"},
     };
     for (const auto& [value, room, text] : cases) {
         const auto texts =
