@@ -4,6 +4,7 @@
 #include "host/window/OutputPane.h"
 #include "host/window/command_door.h"
 #include "platform/app/Document.h"
+#include "resources/commands.h"
 #include "support/allocation_count.h"
 #include "view/ChildFrame.h"
 #include "view/DCView.h"
@@ -176,12 +177,30 @@ TEST_F(SeamsTest, RecentFilesPalettesAndWindowsStandInTheirMenus)
     app.AddToRecentFileList(L"/data/a&b.spm");
     open<function_view>(surfaceMenu).GetParentFrame()->SetWindowText(L"one & two");
     for (const auto& [title, entry] :
-         {std::pair{"&File", "/data/a&&b.spm"}, {"&Palette", "&Gray"}, {"&Window", "one && two"}}) {
+         {std::pair{"&File", "/data/a&&b.spm"}, {"&Palette", "&Gray"}, {"&Window", "&1 one && two"}}) {
         QMenu& menu = popup(title);
         menu.popup({0, 0});
         EXPECT_TRUE(texts(menu).contains(entry)) << title << ": " << texts(menu).join('|').toStdString();
         menu.close();
     }
+}
+
+TEST_F(SeamsTest, TheWindowMenuListsNineWindowsAndAlwaysTheActiveOne)
+{
+    for (int i = 1; i <= 12; ++i)
+        open<function_view>(surfaceMenu).GetParentFrame()->SetWindowText(L"w" + std::to_wstring(i));
+    const auto windows = [&] {
+        QMenu& menu = popup("&Window");
+        menu.popup({0, 0});
+        const QStringList rows = texts(menu).filter(QRegularExpression("^&[0-9]"));
+        menu.close();
+        return rows.join(' ');
+    };
+    EXPECT_EQ(windows(), "&1 w1 &2 w2 &3 w3 &4 w4 &5 w5 &6 w6 &7 w7 &8 w8 &9 w12");
+    window.route(commands::firstWindow + 4, nullptr);
+    settle();
+    EXPECT_EQ(app.activeFrame(), app.frames()[4].get());
+    EXPECT_EQ(windows(), "&1 w1 &2 w2 &3 w3 &4 w4 &5 w5 &6 w6 &7 w7 &8 w8 &9 w9");
 }
 
 TEST_F(SeamsTest, ToolbarsShowButtonsWithPicturesMadeAtRunTime)

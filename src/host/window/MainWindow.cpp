@@ -1,12 +1,10 @@
 #include "host/window/MainWindow.h"
 
-#include "base/text.h"
 #include "document/StorageDocTemplate.h"
 #include "document/examples/examples.h"
 #include "entry/Application.h"
 #include "entry/open_example.h"
 #include "entry/open_files.h"
-#include "entry/save_documents.h"
 #include "host/dialogs/HelpWindow.h"
 #include "host/dialogs/about.h"
 #include "host/peer/path_text.h"
@@ -17,6 +15,7 @@
 #include "host/window/command_door.h"
 #include "host/window/qt_toolbar.h"
 #include "host/window/tiling.h"
+#include "host/window/window_menu.h"
 #include "platform/files/paths.h"
 #include "resources/commands.h"
 #include "view/frame/option_rows.h"
@@ -186,14 +185,7 @@ bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
 bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
 {
     if (first != commands::firstWindow) return app.routeMenuItems(first, items);
-    std::vector<std::string> titles;
-    std::vector<CDocument*> documents;
-    for (const std::unique_ptr<CFrameWnd>& frame : app.frames()) {
-        titles.push_back(base::narrow(frame->GetWindowText()));
-        documents.push_back(frame->GetActiveView() ? frame->GetActiveView()->GetDocument() : nullptr);
-    }
-    for (const std::string& label : entry::telling_labels(std::move(titles), documents))
-        items.push_back({.id = first + static_cast<unsigned>(items.size()), .text = menu_text(label)});
+    items = window_rows(app.frames(), app.activeFrame(), first);
     return true;
 }
 
