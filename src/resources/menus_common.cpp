@@ -18,7 +18,7 @@ constexpr menu_row mainFile[] = {
     popup(1, "R&eopen Closed"),
     dynamic(2, commands::firstClosed, commands::lastClosed), // unsaved when they were closed
     separator(1),
-    item(1, commands::exit, "E&xit"),
+    item(1, commands::exit, "Ex&it"),
 };
 
 constexpr menu_row file[] = {
@@ -45,7 +45,7 @@ constexpr menu_row file[] = {
     popup(1, "R&eopen Closed"),
     dynamic(2, commands::firstClosed, commands::lastClosed), // unsaved when they were closed
     separator(1),
-    item(1, commands::exit, "E&xit"),
+    item(1, commands::exit, "Ex&it"),
 };
 
 constexpr menu_row edit[] = {

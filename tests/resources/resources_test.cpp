@@ -2,6 +2,7 @@
 #include "resources/strings.h"
 
 #include <algorithm>
+#include <cctype>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
@@ -42,6 +43,33 @@ TEST(Strings, EveryRowOfAMenuSaysWhatItDoes)
     for (const unsigned menu : menu_resource_ids())
         for (const unsigned id : toolbar_resource(menu))
             EXPECT_TRUE(id == 0 || id == 10012 || !command_prompt_of(id).status.empty()) << id;
+}
+
+/// Of every row of a menu, the texts of the popups around it and its access key: "&File s".
+std::vector<std::string> access_keys(unsigned menu)
+{
+    std::vector<std::string> path, keys;
+    for (const menu_row& row : menu_resource(menu)) {
+        const std::string text = row.text;
+        path.resize(row.depth);
+        std::string around;
+        for (const std::string& popup : path) around += popup + ' ';
+        const std::size_t mark = text.find('&');
+        if (mark != std::string::npos) keys.push_back(around + static_cast<char>(std::tolower(text[mark + 1])));
+        path.push_back(text);
+    }
+    return keys;
+}
+
+TEST(Menus, HaveAnAccessKeyOnceButWhereBothTextsAreFixed)
+{
+    const std::set<std::string> fixed = {"&File s",   "&File p",   "&View a",  "&Cursor i",
+                                         "&Cursor d", "&Cursor l", "&Cursor c"};
+    for (const unsigned menu : menu_resource_ids()) {
+        std::multiset<std::string> keys;
+        for (const std::string& key : access_keys(menu)) keys.insert(key);
+        for (const std::string& key : keys) EXPECT_TRUE(keys.count(key) == 1 || fixed.contains(key)) << menu << ": " << key;
+    }
 }
 
 /// What stands behind the percent signs of a format: "lG", "hs", ...
