@@ -73,6 +73,29 @@ base::read_result<mdt_content> read_curve(source& file, const mdt_described_arra
     return content;
 }
 
+base::read_result<mdt_content> read_cells(source& file, const mdt_described_array& header, std::uint64_t count)
+{
+    switch (header.dimensions.size()) {
+    case 0:
+        return read_pairs(file, header, count);
+    case 1:
+        return read_curve(file, header);
+    case 3:
+        return read_mdt_cube(file, header);
+    default:
+        return mdt_content{plane_of(header)};
+    }
+}
+
+/// Says so when there are more cells than the index ranges take.
+void tell_surplus(const mdt_described_array& header, std::uint64_t count, mdt_content& content)
+{
+    if (header.cells <= count) return;
+    const std::string note = "the index ranges take " + std::to_string(count) + " of the " +
+                             std::to_string(header.cells) + " cells that are there";
+    for (auto& item : content) std::visit([&](auto& each) { each.notes.push_back(note); }, item);
+}
+
 } // namespace
 
 base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& frame)
@@ -105,11 +128,8 @@ base::read_result<mdt_content> read_mdt_array(source& file, const mdt_frame& fra
                       std::to_string(header.cells));
     if (!holds_numbers(frame.offset + frame.size, header.offset, count, header.cellBytes()))
         return refuse("the index ranges ask for more samples than the frame holds");
-    if (dimensions == 0) return read_pairs(file, header, count);
-    if (dimensions == 1) return read_curve(file, header);
-    if (dimensions == 3) return read_mdt_cube(file, header);
-    mdt_content content;
-    content.emplace_back(plane_of(header));
+    auto content = read_cells(file, header, count);
+    if (content) tell_surplus(header, count, *content);
     return content;
 }
 

@@ -123,4 +123,17 @@ TEST(MdtArrays, OfThreeDimensionsAreSpectraAtPoints)
     }
 }
 
+TEST(MdtArray, CellsThatNoIndexRangeTakesAreTold)
+{
+    mdt_array each{"odd", {{"x", "um", 0, 1, 0, 1, 0}, {"y", "um", 0, 1, 0, 1, 0}}, {{"z", "", 0, 1, 0, 0, 4}}, ""};
+    for (unsigned i = 0; i < 6; ++i) each.cells += le32(i);
+    const auto items_for = [&](std::uint64_t cells) {
+        each.count = cells;
+        return read(mdt_file({mdt_frame_of(106, each.body(), 0)}))->items;
+    };
+    const auto notes = [](const auto& items) { return std::get<recorded_image>(items.at(0)).notes; };
+    EXPECT_EQ(notes(items_for(6)), std::vector<std::string>{"the index ranges take 4 of the 6 cells that are there"});
+    EXPECT_TRUE(notes(items_for(4)).empty());
+}
+
 } // namespace
