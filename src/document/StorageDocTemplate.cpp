@@ -143,6 +143,10 @@ CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* given, int addTo
     const bool merging = isMergingOn();
     const std::optional<std::wstring> chosen = fileToOpen(given);
     if (!chosen) return nullptr;
+    if (CDocument* const open = merging ? nullptr : openDocumentOf(*chosen)) { // the earlier result
+        CWinApp::showDocument(*open);
+        return open;
+    }
     const wchar_t* const path = chosen->c_str();
     CStorageDoc* const document = readDocument(path);
     if (!document) return nullptr;
@@ -176,16 +180,27 @@ CDocument* CStorageDocTemplate::OpenDocumentFileNoMRU(const wchar_t* path, int m
     return !makeVisible || CreateFr(path, makeVisible, document) ? document : nullptr;
 }
 
-match_confidence CStorageDocTemplate::MatchDocType(const wchar_t* path, CDocument*& match)
+/// The open document of a file. One that would be saved there, yet neither read nor wrote the file, is another: who
+/// asks for a saved result must not get the untouched recording in its place, nor the other way round.
+CDocument* CStorageDocTemplate::openDocumentOf(const std::wstring& full) const
 {
-    match = nullptr;
-    const std::wstring full = platform::full_path(path);
     const std::wstring suffix = extension();
+    std::error_code ignored;
+    const bool isThere = std::filesystem::exists(platform::to_path(full), ignored);
     for (const std::unique_ptr<CDocument>& each : documents()) {
         if (!document::is_held_path(each->GetPathName(), full, suffix)) continue;
-        match = each.get();
-        return match_confidence::alreadyOpen;
+        const auto* const stored = dynamic_cast<const CStorageDoc*>(each.get());
+        if (!isThere || !stored || stored->ownFiles().knows(full)) return each.get();
     }
+    return nullptr;
+}
+
+match_confidence CStorageDocTemplate::MatchDocType(const wchar_t* path, CDocument*& match)
+{
+    const std::wstring full = platform::full_path(path);
+    match = openDocumentOf(full);
+    if (match) return match_confidence::alreadyOpen;
+    const std::wstring suffix = extension();
     if (suffix.empty()) return match_confidence::maybeForeign;
     if (!platform::special_kind(platform::to_path(full)).empty()) return match_confidence::yesForeign;
     std::ifstream in(platform::to_path(full), std::ios::binary);

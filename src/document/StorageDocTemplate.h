@@ -49,6 +49,7 @@ private:
     };
     CStorageDoc* readDocument(const wchar_t* path);
     CDocument* newDocument(int makeVisible);
+    CDocument* openDocumentOf(const std::wstring& full) const;
     void adoptPath(CStorageDoc& document, const wchar_t* path, int addToMRU);
     std::vector<CStorageDoc*> mergeInto(CStorageDoc& first, std::span<CStorageDoc* const> others);
     void nameMerged(CStorageDoc& merged);

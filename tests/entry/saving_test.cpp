@@ -205,6 +205,24 @@ INSTANTIATE_TEST_SUITE_P(Answers, OpeningARecording,
                                          open_case{"Escape", none, nullptr}),
                          [](const auto& each) { return each.param.name; });
 
+TEST_F(SavingTest, ARecordingAndItsEarlierResultStandBesideEachOther)
+{
+    const std::wstring path = recording("a.txt"), result = surface("a.txt.spm");
+    host.answers = {second, second, first};
+    CDocument* const raw = app->OpenDocumentFile(path.c_str());
+    CDocument* const saved = app->OpenDocumentFile(result.c_str());
+    ASSERT_NE(saved, raw) << "asked for the result by its name";
+    EXPECT_EQ(dynamic_cast<CStorageDoc&>(*saved).getFileName(), L"a.txt.spm");
+    EXPECT_EQ(app->OpenDocumentFile(path.c_str()), raw);
+    EXPECT_EQ(app->OpenDocumentFile(result.c_str()), saved);
+    EXPECT_EQ(host.questions.size(), 1u) << "what is open is shown without one";
+    raw->OnCloseDocument();
+    EXPECT_NE(app->OpenDocumentFile(path.c_str()), saved) << "the recording, and not its result";
+    document(1).OnCloseDocument();
+    EXPECT_EQ(app->OpenDocumentFile(path.c_str()), saved) << "chosen, and already open";
+    EXPECT_EQ(vldvSurfaceTemplate.documents().size(), 1u);
+}
+
 TEST_F(SavingTest, RevertingARecordingDoesNotLeadToAnEarlierResult)
 {
     const std::wstring path = recording("a.txt");

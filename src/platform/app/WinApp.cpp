@@ -49,8 +49,7 @@ CDocument* CWinApp::OpenDocumentFile(const wchar_t* path)
         CDocument* match = nullptr;
         const match_confidence found = each->MatchDocType(path, match);
         if (found == match_confidence::alreadyOpen) {
-            if (!match->views().empty())
-                if (CFrameWnd* frame = match->views().front()->GetParentFrame()) frame->ActivateFrame();
+            showDocument(*match);
             return match;
         }
         if (found <= confidence) continue;
@@ -58,6 +57,12 @@ CDocument* CWinApp::OpenDocumentFile(const wchar_t* path)
         confidence = found;
     }
     return best ? best->OpenDocumentFile(path, 1, 1) : nullptr;
+}
+
+void CWinApp::showDocument(const CDocument& document)
+{
+    if (document.views().empty()) return;
+    if (CFrameWnd* const frame = document.views().front()->GetParentFrame()) frame->ActivateFrame();
 }
 
 void CWinApp::reportFailure(const std::wstring& path, const std::string& reason)

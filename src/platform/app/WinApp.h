@@ -43,6 +43,8 @@ public:
     CDocTemplate* findTemplate(unsigned resourceId) const noexcept;
     /// Opens a file by the template that suits it best, or brings its document to the front when it is open already.
     virtual CDocument* OpenDocumentFile(const wchar_t* path);
+    /// Brings the frame of its first view to the front.
+    static void showDocument(const CDocument& document);
 
     /// Tells the user why a file was not opened: at once, or with the others by `tell_failures_together`.
     void reportFailure(const std::wstring& path, const std::string& reason);
