@@ -1,7 +1,7 @@
 // The path from samples to pixels, 4096 x 4096, against what its bytes alone cost and against OpenCV on one thread.
 #include "primitives/cpu.h"
 #include "primitives/map/range.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 #include "ratio.h"
 #include "render_floor.h"
 #include "view/Scale.h"
@@ -73,19 +73,18 @@ private:
 };
 
 /// The drawing of mode 1 as a machine without AVX-512 makes it.
-void draw_avx2([[maybe_unused]] std::span<const std::int16_t> samples, [[maybe_unused]] std::uint8_t* pixels)
+void draw_avx2(std::span<const std::int16_t> samples, std::uint8_t* pixels)
 {
-#if defined(__x86_64__)
-    if (!primitives::has_avx2()) return;
+    const std::span<const primitives::kernel_table> sets = primitives::available_kernels();
+    const primitives::kernel_table& avx2 = sets[std::min<std::size_t>(1, sets.size() - 1)];
     static const primitives::color_lookup colors = view::make_lookup(view::built_in_palette(3), false);
     static std::uint8_t bytes[side];
-    const primitives::height_range range = primitives::simd::find_range_avx2(samples);
+    const primitives::height_range range = avx2.find_range(samples.data(), samples.size());
     const primitives::byte_window window{static_cast<float>(range.minimum), static_cast<float>(range.maximum)};
     for (; !samples.empty(); samples = samples.subspan(side), pixels += 4 * side) {
-        primitives::simd::map_heights_avx2(samples.first(side), window, bytes);
-        primitives::simd::paint_32_avx2(bytes, colors, pixels);
+        avx2.map_heights(samples.data(), side, window, bytes);
+        avx2.paint_32(bytes, side, colors, pixels);
     }
-#endif
 }
 
 void demand(const bench::contest& results)

@@ -24,6 +24,29 @@ function(vldv_folder name)
   endif()
 endfunction()
 
+# vldv_kernels(name stem sets...)
+#
+# Sources of kernels of a folder, `stem`_`set`.cpp, each compiled for its instruction set: plain for every machine, the
+# others where there are such. What is allowed here is what primitives/cpu.h asks the processor for.
+function(vldv_kernels name stem)
+  string(REPLACE "/" "_" target vldv_${name})
+  set(avx2 -mavx2)
+  set(avx512 -mavx512f -mavx512bw -mavx512vl -mavx512dq -mprefer-vector-width=512)
+  set(vbmi ${avx512} -mavx512vbmi)
+  # Vectors are only passed inside of a source.
+  set(quiet -Wno-psabi)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The intrinsics of GCC 12 themselves start from a register that is left undefined on purpose.
+    list(APPEND quiet -Wno-maybe-uninitialized -Wno-uninitialized)
+  endif()
+  foreach(set IN LISTS ARGN)
+    if(set STREQUAL "plain" OR CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+      target_sources(${target} PRIVATE ${stem}_${set}.cpp)
+      set_source_files_properties(${stem}_${set}.cpp PROPERTIES COMPILE_OPTIONS "${${set}};${quiet}")
+    endif()
+  endforeach()
+endfunction()
+
 # vldv_test(name FOLDERS folders... SOURCES files... [LIBRARIES packages...])
 #
 # One test program a folder; every TEST in it becomes a test of ctest.

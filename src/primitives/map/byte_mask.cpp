@@ -1,8 +1,7 @@
 #include "primitives/map/byte_mask.h"
 
-#include "primitives/cpu.h"
 #include "primitives/mask/bit_image.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 namespace vldv::primitives {
 
@@ -24,20 +23,12 @@ void keep_bytes_reference(const std::uint64_t* words, std::size_t stride, std::u
 
 void pack_bytes(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept
 {
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::pack_bytes_avx512(bytes, width, words, stride);
-    if (has_avx2()) return simd::pack_bytes_avx2(bytes, width, words, stride);
-#endif
-    pack_bytes_reference(bytes, width, words, stride);
+    kernels().pack_bytes(bytes, width, words, stride);
 }
 
 void keep_bytes(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept
 {
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::keep_bytes_avx512(words, stride, bytes, width);
-    if (has_avx2()) return simd::keep_bytes_avx2(words, stride, bytes, width);
-#endif
-    keep_bytes_reference(words, stride, bytes, width);
+    kernels().keep_bytes(words, stride, bytes, width);
 }
 
 } // namespace vldv::primitives

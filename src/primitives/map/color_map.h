@@ -36,7 +36,5 @@ void paint_32_reference(std::span<const std::uint8_t> bytes, const color_lookup&
 /// The same into pixels of 3 bytes.
 void paint_24(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 void paint_24_reference(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
-/// By whole words of little-endian machines, where there is nothing wider.
-void paint_24_words(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 
 } // namespace vldv::primitives

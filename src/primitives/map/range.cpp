@@ -1,7 +1,6 @@
 #include "primitives/map/range.h"
 
-#include "primitives/cpu.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 #include <algorithm>
 
@@ -19,11 +18,7 @@ height_range find_range_reference(std::span<const std::int16_t> heights) noexcep
 
 height_range find_range(std::span<const std::int16_t> heights) noexcept
 {
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::find_range_avx512(heights);
-    if (has_avx2()) return simd::find_range_avx2(heights);
-#endif
-    return find_range_reference(heights);
+    return kernels().find_range(heights.data(), heights.size());
 }
 
 } // namespace vldv::primitives

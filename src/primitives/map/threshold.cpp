@@ -1,8 +1,7 @@
 #include "primitives/map/threshold.h"
 
-#include "primitives/cpu.h"
 #include "primitives/mask/bit_image.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 #include <algorithm>
 
@@ -22,11 +21,7 @@ void threshold_row_reference(std::span<const std::int16_t> heights, std::int16_t
 
 void threshold_row(std::span<const std::int16_t> heights, std::int16_t threshold, std::uint64_t* bits) noexcept
 {
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::threshold_row_avx512(heights, threshold, bits);
-    if (has_avx2()) return simd::threshold_row_avx2(heights, threshold, bits);
-#endif
-    threshold_row_reference(heights, threshold, bits);
+    kernels().threshold_row(heights.data(), heights.size(), threshold, bits);
 }
 
 run_sums sum_run_reference(std::span<const std::int16_t> heights) noexcept
@@ -38,11 +33,7 @@ run_sums sum_run_reference(std::span<const std::int16_t> heights) noexcept
 
 run_sums sum_run(std::span<const std::int16_t> heights) noexcept
 {
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::sum_run_avx512(heights);
-    if (has_avx2()) return simd::sum_run_avx2(heights);
-#endif
-    return sum_run_reference(heights);
+    return kernels().sum_run(heights.data(), heights.size());
 }
 
 } // namespace vldv::primitives

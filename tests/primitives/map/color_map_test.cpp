@@ -51,9 +51,9 @@ TEST(MapHeights, EqualsExactArithmeticWithinSixteenBits)
     const std::pair<int, int> windows[] = {
         {-32768, 32767}, {-32768, 32766}, {0, 1},           {-1, 1},        {-255, 255},     {-10, 500},   {100, 355},
         {-3000, 41},     {17, 30011},     {-32768, -32767}, {32766, 32767}, {-20000, 20480}, {-32767, -5}, {0, 32640}};
-    for (const auto& form : VLDV_FORMS(map_heights))
+    for (const auto& form : forms_of(&primitives::kernel_table::map_heights))
         for (const auto& [low, high] : windows) {
-            form.run(heights, {static_cast<float>(low), static_cast<float>(high)}, bytes.data());
+            form.run(heights.data(), heights.size(), {static_cast<float>(low), static_cast<float>(high)}, bytes.data());
             for (std::size_t i = 0; i < heights.size(); ++i)
                 ASSERT_EQ(bytes[i], exact_byte(heights[i], low, high))
                     << form.name << ' ' << heights[i] << " in " << low << ' ' << high;
@@ -67,9 +67,9 @@ TEST(MapHeights, EqualsTheDefinitionInWindowsFarOffAndWide)
     const byte_window windows[] = {
         {-2147483648.0f, 2147483648.0f}, {-8388608.0f, 100.0f}, {-40000.0f, 40001.0f},       {32768.0f, 90000.0f},
         {-90000.0f, -32768.0f},          {0.0f, 16777215.0f},   {-12345678.0f, 12345679.0f}, {-100.0f, 2147483648.0f}};
-    for (const auto& form : VLDV_FORMS(map_heights))
+    for (const auto& form : forms_of(&primitives::kernel_table::map_heights))
         for (const byte_window window : windows) {
-            form.run(heights, window, bytes.data());
+            form.run(heights.data(), heights.size(), window, bytes.data());
             for (std::size_t i = 0; i < heights.size(); ++i)
                 ASSERT_EQ(bytes[i], primitives::mapped_byte(heights[i], window))
                     << form.name << ' ' << heights[i] << " in " << window.low << ' ' << window.high;
@@ -80,12 +80,12 @@ TEST(MapHeights, WritesNothingPastItsEnd)
 {
     const auto heights = every_height();
     const byte_window window{-30000.0f, 30000.0f};
-    for (const auto& form : VLDV_FORMS(map_heights))
+    for (const auto& form : forms_of(&primitives::kernel_table::map_heights))
         for (std::size_t offset = 0; offset < 3; ++offset)
             for (std::size_t length = 0; length <= 140; ++length) {
                 std::vector<std::uint8_t> bytes(length + 1, 77);
                 const std::span<const std::int16_t> part(heights.data() + 32700 + offset, length);
-                form.run(part, window, bytes.data());
+                form.run(part.data(), part.size(), window, bytes.data());
                 for (std::size_t i = 0; i < length; ++i)
                     ASSERT_EQ(bytes[i], primitives::mapped_byte(part[i], window)) << form.name << " length " << length;
                 ASSERT_EQ(bytes[length], 77) << form.name << " length " << length;
@@ -101,8 +101,8 @@ TEST(MapFloats, EqualsTheDefinition)
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
     std::vector<std::uint8_t> bytes(values.size() + 1, 77);
     for (const byte_window window : {byte_window{*low, *high}, byte_window{-0.5f, 0.5f}, byte_window{-1e-30f, 1e-30f}})
-        for (const auto& form : VLDV_FORMS(map_floats)) {
-            form.run(values, window, bytes.data());
+        for (const auto& form : forms_of(&primitives::kernel_table::map_floats)) {
+            form.run(values.data(), values.size(), window, bytes.data());
             for (std::size_t i = 0; i < values.size(); ++i)
                 ASSERT_EQ(bytes[i], primitives::mapped_byte(values[i], window)) << form.name << ' ' << values[i];
             ASSERT_EQ(bytes.back(), 77);
@@ -133,7 +133,7 @@ protected:
         for (std::size_t i = 0; i < 400; ++i) bytes.push_back(static_cast<std::uint8_t>(i * 37));
     }
 
-    using painter = void(std::span<const std::uint8_t>, const primitives::color_lookup&, std::uint8_t*) noexcept;
+    using painter = void(const std::uint8_t*, std::size_t, const primitives::color_lookup&, std::uint8_t*) noexcept;
     /// Every length and some alignments; what is no channel of a pixel must stay as it was.
     void expect_pixels(const kernel_forms<painter>& forms, std::size_t pixelBytes) const
     {
@@ -150,7 +150,7 @@ protected:
                         pixel[1] = colors.green[part[i]];
                         pixel[2] = colors.red[part[i]];
                     }
-                    form.run(part, colors, found.data() + offset);
+                    form.run(part.data(), part.size(), colors, found.data() + offset);
                     ASSERT_EQ(found, expected) << form.name << " length " << length;
                 }
     }
@@ -161,18 +161,16 @@ protected:
 
 TEST_F(Paint, WritesThreeOfFourBytes)
 {
-    kernel_forms<painter> forms{{"chosen", primitives::paint_32}};
-#if defined(__x86_64__)
-    forms = forms_of(primitives::paint_32, primitives::simd::paint_32_avx2, primitives::simd::paint_32_vbmi,
-                     primitives::has_vbmi());
-#endif
-    expect_pixels(forms, 4);
+    painter* reference = [](const std::uint8_t* from, std::size_t count, const primitives::color_lookup& of,
+                            std::uint8_t* out) noexcept { primitives::paint_32_reference({from, count}, of, out); };
+    expect_pixels(forms_of(&primitives::kernel_table::paint_32, reference), 4);
 }
 
 TEST_F(Paint, WritesThreeBytesAndNotOneMore)
 {
-    kernel_forms<painter> forms{{"chosen", primitives::paint_24}, {"words", primitives::paint_24_words}};
-    expect_pixels(forms, 3);
+    painter* reference = [](const std::uint8_t* from, std::size_t count, const primitives::color_lookup& of,
+                            std::uint8_t* out) noexcept { primitives::paint_24_reference({from, count}, of, out); };
+    expect_pixels(forms_of(&primitives::kernel_table::paint_24, reference), 3);
 }
 
 } // namespace

@@ -22,13 +22,17 @@ heights random_heights(std::size_t count, std::uint32_t seed)
 TEST(Threshold, EveryFormTakesWhatIsStrictlyAbove)
 {
     const heights all = random_heights(400, 1);
-    for (const auto& form : VLDV_FORMS(threshold_row))
+    const auto reference = [](const std::int16_t* row, std::size_t count, std::int16_t threshold,
+                              std::uint64_t* bits) noexcept {
+        primitives::threshold_row_reference({row, count}, threshold, bits);
+    };
+    for (const auto& form : forms_of(&primitives::kernel_table::threshold_row, reference))
         for (std::size_t offset = 0; offset < 33; offset += 3)
             for (std::size_t count = 0; count < 260; count += count < 70 ? 1 : 19) {
                 const std::span row(all.data() + offset, count);
                 const std::int16_t threshold = count % 5 == 0 ? 32767 : count % 5 == 1 ? -32768 : row[count / 2];
                 std::uint64_t bits[6] = {}, expected[6] = {};
-                form.run(row, threshold, bits);
+                form.run(row.data(), row.size(), threshold, bits);
                 for (std::size_t i = 0; i < count; ++i)
                     expected[i / 64] |= static_cast<std::uint64_t>(row[i] > threshold) << i % 64;
                 for (int i = 0; i < 6; ++i)
@@ -40,7 +44,10 @@ TEST(RunSums, EveryFormEqualsThePlainOne)
 {
     heights all = random_heights(300, 2);
     std::fill_n(all.begin(), 90, std::int16_t{-32768}); // the largest squares there are
-    for (const auto& form : VLDV_FORMS(sum_run))
+    const auto reference = [](const std::int16_t* run, std::size_t count) noexcept {
+        return primitives::sum_run_reference({run, count});
+    };
+    for (const auto& form : forms_of(&primitives::kernel_table::sum_run, reference))
         for (std::size_t offset = 0; offset < 100; offset += 9)
             for (std::size_t count = 0; count < 140; ++count) {
                 const std::span run(all.data() + offset, count);
@@ -50,7 +57,7 @@ TEST(RunSums, EveryFormEqualsThePlainOne)
                     expected.squares += height * height;
                     expected.highest = std::max(expected.highest, height);
                 }
-                ASSERT_EQ(form.run(run), expected) << form.name << ' ' << offset << ' ' << count;
+                ASSERT_EQ(form.run(run.data(), run.size()), expected) << form.name << ' ' << offset << ' ' << count;
             }
 }
 

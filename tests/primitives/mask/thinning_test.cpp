@@ -220,8 +220,8 @@ TEST(ByteMask, EveryFormPacksAndKeeps)
     std::mt19937 random(9);
     std::vector<std::uint8_t> bytes(300);
     for (std::uint8_t& each : bytes) each = random() % 3 == 0 ? 0 : static_cast<std::uint8_t>(random());
-    const auto packers = VLDV_FORMS(pack_bytes);
-    const auto keepers = VLDV_FORMS(keep_bytes);
+    const auto packers = forms_of(&primitives::kernel_table::pack_bytes, primitives::pack_bytes_reference);
+    const auto keepers = forms_of(&primitives::kernel_table::keep_bytes, primitives::keep_bytes_reference);
     for (int width = 0; width < 290; ++width) {
         for (const auto& form : packers) {
             std::uint64_t words[15] = {};

@@ -1,0 +1,29 @@
+// Included by the sources of the kernels alone; see simd/vector.h.
+#pragma once
+#include "primitives/map/byte_mask_kernel.h"
+#include "primitives/map/color_map_kernel.h"
+#include "primitives/map/range_kernel.h"
+#include "primitives/map/threshold_kernel.h"
+#include "primitives/simd/kernels.h"
+
+namespace vldv::primitives::simd {
+namespace {
+
+inline kernel_table all_kernels(const char* name)
+{
+    return {
+        .name = name,
+        .find_range = find_range,
+        .threshold_row = threshold_row,
+        .sum_run = sum_run,
+        .pack_bytes = pack_bytes,
+        .keep_bytes = keep_bytes,
+        .map_heights = map_samples<std::int16_t>,
+        .map_floats = map_samples<float>,
+        .paint_32 = paint_32,
+        .paint_24 = paint_24,
+    };
+}
+
+} // namespace
+} // namespace vldv::primitives::simd

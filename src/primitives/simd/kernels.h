@@ -1,0 +1,51 @@
+#pragma once
+#include "primitives/map/color_map.h"
+#include "primitives/map/range.h"
+#include "primitives/map/threshold.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace vldv::primitives {
+
+/// The kernels in their form for one instruction set. What each computes, and the plain form that it equals, stand with
+/// the function of the library that calls it; rows are given by their first sample and their count.
+struct kernel_table {
+    const char* name; ///< of the instruction set
+
+    height_range (*find_range)(const std::int16_t* heights, std::size_t count) noexcept;
+
+    void (*threshold_row)(const std::int16_t* heights, std::size_t count, std::int16_t threshold,
+                          std::uint64_t* bits) noexcept;
+    run_sums (*sum_run)(const std::int16_t* heights, std::size_t count) noexcept;
+
+    void (*pack_bytes)(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept;
+    void (*keep_bytes)(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
+
+    /// The window must be open.
+    void (*map_heights)(const std::int16_t* heights, std::size_t count, byte_window window, std::uint8_t* out) noexcept;
+    void (*map_floats)(const float* values, std::size_t count, byte_window window, std::uint8_t* out) noexcept;
+    void (*paint_32)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
+                     std::uint8_t* out) noexcept;
+    void (*paint_24)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
+                     std::uint8_t* out) noexcept;
+};
+
+/// Of each instruction set that this processor has, the plain one first and the widest last.
+std::span<const kernel_table> available_kernels() noexcept;
+
+/// Of the widest instruction set of this processor.
+inline const kernel_table& kernels() noexcept
+{
+    static const kernel_table& widest = available_kernels().back();
+    return widest;
+}
+
+// Of one instruction set each; the others are only to be called where the processor has it.
+kernel_table plain_kernels() noexcept;
+kernel_table avx2_kernels() noexcept;
+kernel_table avx512_kernels() noexcept;
+kernel_table vbmi_kernels() noexcept;
+
+} // namespace vldv::primitives
