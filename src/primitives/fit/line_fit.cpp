@@ -1,21 +1,13 @@
 #include "primitives/fit/line_fit.h"
 
-#include "primitives/cpu.h"
 #include "primitives/numeric.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 #include <algorithm>
 
 namespace vldv::primitives {
 
-row_sums sum_row(std::span<const std::int16_t> row) noexcept
-{
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::sum_row_avx512(row);
-    if (has_avx2()) return simd::sum_row_avx2(row);
-#endif
-    return sum_row_reference(row);
-}
+row_sums sum_row(std::span<const std::int16_t> row) noexcept { return kernels().sum_row(row.data(), row.size()); }
 
 row_sums sum_row_reference(std::span<const std::int16_t> row) noexcept
 {
@@ -36,18 +28,16 @@ flattened_range flatten_row_reference(std::span<const std::int16_t> row, float* 
     return {*low, *high};
 }
 
-flattened_range flatten_row(std::span<const std::int16_t> row, float* out, [[maybe_unused]] const void* soon) noexcept
+flattened_range flatten_row(std::span<const std::int16_t> row, float* out, const void* soon) noexcept
 {
-#if defined(__x86_64__)
     // Up to here all sums are whole numbers below 2^53: neither their order nor their type matters. Beyond, the order
     // of the definition counts.
     constexpr std::size_t exactWidth = std::size_t{1} << 19;
-    if (row.size() <= exactWidth) {
-        if (has_avx512()) return simd::flatten_row_avx512(row, out, soon);
-        if (has_avx2()) return simd::flatten_row_avx2(row, out);
-    }
-#endif
-    return flatten_row_reference(row, out);
+    if (row.size() > exactWidth) return flatten_row_reference(row, out);
+    const row_sums sums = sum_row(row);
+    const fitted_line line =
+        fit_line(static_cast<double>(sums.sum), static_cast<double>(sums.moment), static_cast<int>(row.size()));
+    return kernels().take_line(row.data(), row.size(), line, out, soon);
 }
 
 } // namespace vldv::primitives

@@ -1,8 +1,7 @@
 #include "primitives/fit/plane_moments.h"
 
-#include "primitives/cpu.h"
 #include "primitives/fit/line_fit.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,21 +30,12 @@ double slope_of(std::int64_t sum, wide_int moment, std::int64_t length, std::int
     return quotient(numerator, static_cast<wide_int>(across) * length * (length * length - 1));
 }
 
-std::size_t full_lanes(power_sums& sums, std::span<const std::int16_t> row, double offset, double slope) noexcept
-{
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::add_powers_avx512(sums, row, offset, slope);
-    if (has_avx2()) return simd::add_powers_avx2(sums, row, offset, slope);
-#endif
-    return simd::add_powers_plain(sums, row, offset, slope);
-}
-
 /// Adds the powers of a row without the line offset + slope * column. The sums of a row are gathered by themselves, so
 /// that those over the image stay as exact as theirs.
 void add_powers(power_sums& total, std::span<const std::int16_t> row, double offset, double slope) noexcept
 {
     power_sums sums;
-    std::size_t i = full_lanes(sums, row, offset, slope);
+    std::size_t i = kernels().add_powers(sums, row.data(), row.size(), offset, slope);
     for (; i < row.size(); ++i) {
         const double z = row[i] - (offset + slope * static_cast<double>(i)), square = z * z;
         sums.second += square;

@@ -1,5 +1,7 @@
 // Included by the sources of the kernels alone; see simd/vector.h.
 #pragma once
+#include "primitives/fit/line_fit_kernel.h"
+#include "primitives/fit/plane_moments_kernel.h"
 #include "primitives/map/byte_mask_kernel.h"
 #include "primitives/map/color_map_kernel.h"
 #include "primitives/map/range_kernel.h"
@@ -22,6 +24,9 @@ inline kernel_table all_kernels(const char* name)
         .map_floats = map_samples<float>,
         .paint_32 = paint_32,
         .paint_24 = paint_24,
+        .sum_row = sum_row,
+        .take_line = take_line,
+        .add_powers = add_powers,
     };
 }
 

@@ -1,4 +1,6 @@
 #pragma once
+#include "primitives/fit/line_fit.h"
+#include "primitives/fit/plane_moments.h"
 #include "primitives/map/color_map.h"
 #include "primitives/map/range.h"
 #include "primitives/map/threshold.h"
@@ -30,6 +32,15 @@ struct kernel_table {
                      std::uint8_t* out) noexcept;
     void (*paint_24)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
                      std::uint8_t* out) noexcept;
+
+    row_sums (*sum_row)(const std::int16_t* row, std::size_t count) noexcept;
+    /// What is left of a row without the line, which is not empty; the rest as `flatten_row`.
+    flattened_range (*take_line)(const std::int16_t* row, std::size_t count, fitted_line line, float* out,
+                                 const void* soon) noexcept;
+    /// Adds the powers of a row without the line offset + slope * column, for as many as fill sixteen lanes. Every set
+    /// gives the same bits. \return how many that were
+    std::size_t (*add_powers)(power_sums& total, const std::int16_t* row, std::size_t count, double offset,
+                              double slope) noexcept;
 };
 
 /// Of each instruction set that this processor has, the plain one first and the widest last.

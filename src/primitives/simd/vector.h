@@ -161,6 +161,27 @@ inline vec<std::int32_t> load_widened(const std::int16_t* from)
 #endif
 }
 
+inline vec<double> load_doubles(const std::int16_t* from)
+{
+#if VLDV_VECTOR_BYTES == 64
+    return _mm512_cvtepi32_pd(_mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+#elif VLDV_VECTOR_BYTES == 32
+    return _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+#else
+    vec<double> v;
+    for (int i = 0; i < wide<double>; ++i) v[i] = from[i];
+    return v;
+#endif
+}
+
+/// 0, 1, 2 …
+inline vec<double> counted()
+{
+    vec<double> v;
+    for (int i = 0; i < wide<double>; ++i) v[i] = i;
+    return v;
+}
+
 /// One bit a byte, 1 where it is 0.
 inline std::uint64_t zeros_of(vec<std::uint8_t> bytes)
 {

@@ -1,7 +1,7 @@
 #include "primitives/fit/line_fit.h"
 
-#include "primitives/kernel_forms.h"
 #include "primitives/numeric.h"
+#include "primitives/simd/kernels.h"
 
 #include <cmath>
 #include <cstring>
@@ -60,18 +60,14 @@ std::vector<std::vector<std::int16_t>> rows_of(std::size_t width)
     return rows;
 }
 
-using flattener = primitives::flattened_range(std::span<const std::int16_t>, float*);
-kernel_forms<flattener> flatten_forms()
+/// As `flatten_row` does it on a machine of this instruction set.
+primitives::flattened_range flatten(const primitives::kernel_table& set, const std::vector<std::int16_t>& row,
+                                    float* out)
 {
-    flattener* chosen = [](std::span<const std::int16_t> row, float* out) { return primitives::flatten_row(row, out); };
-    flattener *avx2 = nullptr, *avx512 = nullptr;
-#if defined(__x86_64__)
-    avx2 = primitives::simd::flatten_row_avx2;
-    avx512 = [](std::span<const std::int16_t> row, float* out) {
-        return primitives::simd::flatten_row_avx512(row, out, row.data());
-    };
-#endif
-    return forms_of(chosen, avx2, avx512);
+    const primitives::row_sums sums = set.sum_row(row.data(), row.size());
+    const auto line = primitives::fit_line(static_cast<double>(sums.sum), static_cast<double>(sums.moment),
+                                           static_cast<int>(row.size()));
+    return set.take_line(row.data(), row.size(), line, out, row.data());
 }
 
 void expect_definition(std::size_t width)
@@ -80,14 +76,17 @@ void expect_definition(std::size_t width)
         std::vector<float> expected(row.begin(), row.end());
         planefit_line_32f(expected.data(), static_cast<int>(width));
         const auto [low, high] = std::minmax_element(expected.begin(), expected.end());
-        for (const auto& form : flatten_forms()) {
+        const primitives::row_sums exact = primitives::sum_row_reference(row);
+        for (const primitives::kernel_table& set : primitives::available_kernels()) {
+            const primitives::row_sums sums = set.sum_row(row.data(), row.size());
+            ASSERT_EQ(std::pair(sums.sum, sums.moment), std::pair(exact.sum, exact.moment)) << set.name << ' ' << width;
             std::vector<float> found(width + 1, 12345.0f);
-            const primitives::flattened_range range = form.run(row, found.data());
+            const primitives::flattened_range range = flatten(set, row, found.data());
             ASSERT_EQ(std::memcmp(found.data(), expected.data(), width * sizeof(float)), 0)
-                << form.name << " width " << width;
-            ASSERT_EQ(found[width], 12345.0f) << form.name << " writes past " << width;
-            ASSERT_EQ(range.minimum, *low) << form.name << " width " << width;
-            ASSERT_EQ(range.maximum, *high) << form.name << " width " << width;
+                << set.name << " width " << width;
+            ASSERT_EQ(found[width], 12345.0f) << set.name << " writes past " << width;
+            ASSERT_EQ(range.minimum, *low) << set.name << " width " << width;
+            ASSERT_EQ(range.maximum, *high) << set.name << " width " << width;
         }
     }
 }
@@ -97,6 +96,11 @@ TEST(FlattenRow, EqualsTheFitInEveryBit)
     for (std::size_t width = 1; width <= 70; ++width) expect_definition(width);
     // Around the pieces of 256 blocks in which the sums are collected, and the longest row that is summed so.
     for (const std::size_t width : {2047, 2048, 2049, 4095, 4096, 4097, 9001, 1 << 19}) expect_definition(width);
+    const std::vector<std::int16_t> row = rows_of(777).front();
+    std::vector<float> found(777), expected(777);
+    (void)primitives::flatten_row(row, found.data());
+    (void)primitives::flatten_row_reference(row, expected.data());
+    EXPECT_EQ(found, expected);
 }
 
 TEST(FlattenRow, FollowsTheDefinitionWhereSumsAreNoLongerExact)
