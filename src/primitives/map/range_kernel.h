@@ -27,6 +27,12 @@ struct place_ranges {
     }
 };
 
+inline void include(height_range& range, std::int16_t height)
+{
+    range.minimum = height < range.minimum ? height : range.minimum;
+    range.maximum = height > range.maximum ? height : range.maximum;
+}
+
 height_range find_range(const std::int16_t* heights, std::size_t count) noexcept
 {
     constexpr std::size_t lanes = wide<std::int16_t>, step = 4 * lanes;
@@ -37,10 +43,7 @@ height_range find_range(const std::int16_t* heights, std::size_t count) noexcept
     for (std::size_t k = 1; k < 4; ++k) ranges[0].include(ranges[k]);
     for (; i + lanes <= count; i += lanes) ranges[0].include(load(heights + i));
     height_range found = ranges[0].joined();
-    for (; i < count; ++i) {
-        found.minimum = heights[i] < found.minimum ? heights[i] : found.minimum;
-        found.maximum = heights[i] > found.maximum ? heights[i] : found.maximum;
-    }
+    for (; i < count; ++i) include(found, heights[i]);
     return found;
 }
 

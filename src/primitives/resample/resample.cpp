@@ -1,8 +1,7 @@
 #include "primitives/resample/resample.h"
 
-#include "primitives/cpu.h"
 #include "primitives/numeric.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 #include <algorithm>
 #include <cstring>
@@ -56,19 +55,6 @@ constexpr std::int64_t worthAThread = 1 << 22; // samples: some tenths of a mill
 
 /// Sums of rows, column by column: so many rows of 16-bit numbers fit 32 bits.
 constexpr int mostRows = 65535;
-
-/// \return the range of the rows
-height_range add_rows(const_height_block rows, std::int32_t* sums) noexcept
-{
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::add_rows_avx512(rows, sums);
-    if (has_avx2()) return simd::add_rows_avx2(rows, sums);
-#endif
-    std::fill_n(sums, rows.width, 0);
-    for (int y = 0; y < rows.height; ++y)
-        for (int x = 0; x < rows.width; ++x) sums[x] += rows.row(y)[x];
-    return find_block_range(rows);
-}
 
 /// Asks for the rows that the next target takes, line by line behind the column that is being summed: their way into
 /// the cache is hidden behind the arithmetic.
@@ -152,13 +138,7 @@ struct mean_factors {
 
 void write_means(std::span<const std::int32_t> sums, const mean_factors& factors, std::int16_t* out) noexcept
 {
-    std::size_t i = 0;
-#if defined(__x86_64__)
-    if (has_avx512())
-        i = simd::write_means_avx512(sums, factors.share.data(), factors.shift.data(), out);
-    else if (has_avx2())
-        i = simd::write_means_avx2(sums, factors.share.data(), factors.shift.data(), out);
-#endif
+    std::size_t i = kernels().write_means(sums.data(), sums.size(), factors.share.data(), factors.shift.data(), out);
     for (; i < sums.size(); ++i) out[i] = factors.mean(sums[i], i);
 }
 void write_means(std::span<const std::int64_t> sums, const mean_factors& factors, std::int16_t* out) noexcept
@@ -188,7 +168,8 @@ height_range shrink(const_height_block source, height_block target, const side_m
             y + 1 < height ? source.rows(rows.first[y + 1], rows.count(y + 1)) : const_height_block{};
         std::ranges::fill(sums, Sum{0});
         for (int done = 0; done < taken.height; done += mostRows) {
-            range.include(add_rows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data()));
+            range.include(
+                kernels().add_rows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data()));
             add_columns(columnSums.data(), columns, row_fetcher(next), sums.data());
         }
         write_means(std::span<const Sum>(sums), factors[taken.height > rows.least], target.row(static_cast<int>(y)));

@@ -6,6 +6,7 @@
 #include "primitives/map/color_map_kernel.h"
 #include "primitives/map/range_kernel.h"
 #include "primitives/map/threshold_kernel.h"
+#include "primitives/resample/resample_kernel.h"
 #include "primitives/simd/kernels.h"
 
 namespace vldv::primitives::simd {
@@ -27,6 +28,8 @@ inline kernel_table all_kernels(const char* name)
         .sum_row = sum_row,
         .take_line = take_line,
         .add_powers = add_powers,
+        .add_rows = add_rows,
+        .write_means = write_means,
     };
 }
 

@@ -4,6 +4,7 @@
 #include "primitives/map/color_map.h"
 #include "primitives/map/range.h"
 #include "primitives/map/threshold.h"
+#include "primitives/resample/resample.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -41,6 +42,12 @@ struct kernel_table {
     /// gives the same bits. \return how many that were
     std::size_t (*add_powers)(power_sums& total, const std::int16_t* row, std::size_t count, double offset,
                               double slope) noexcept;
+
+    /// Sums of at most 65535 rows, column by column. \return the range of the rows
+    height_range (*add_rows)(const_height_block rows, std::int32_t* sums) noexcept;
+    /// int(sum * share + shift) - 32768 for as many as fill whole registers. \return how many that were
+    std::size_t (*write_means)(const std::int32_t* sums, std::size_t count, const double* share, const double* shift,
+                               std::int16_t* out) noexcept;
 };
 
 /// Of each instruction set that this processor has, the plain one first and the widest last.

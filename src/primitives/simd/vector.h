@@ -174,6 +174,19 @@ inline vec<double> load_doubles(const std::int16_t* from)
 #endif
 }
 
+inline vec<double> load_doubles(const std::int32_t* from)
+{
+#if VLDV_VECTOR_BYTES == 64
+    return _mm512_cvtepi32_pd(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from)));
+#elif VLDV_VECTOR_BYTES == 32
+    return _mm256_cvtepi32_pd(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+#else
+    vec<double> v;
+    for (int i = 0; i < wide<double>; ++i) v[i] = from[i];
+    return v;
+#endif
+}
+
 /// 0, 1, 2 …
 inline vec<double> counted()
 {

@@ -77,21 +77,9 @@ TEST(Resample, EqualsItsDefinitionInEveryBit)
         }
 }
 
-#if defined(__x86_64__)
 TEST(Resample, EveryFormOfItsStepsIsExact)
 {
-    using namespace primitives;
-    kernel_forms<decltype(simd::add_rows_avx2)> adders;
-    kernel_forms<decltype(simd::write_means_avx2)> writers;
-    if (has_avx2()) {
-        adders.push_back({"AVX2", simd::add_rows_avx2});
-        writers.push_back({"AVX2", simd::write_means_avx2});
-    }
-    if (has_avx512()) {
-        adders.push_back({"AVX-512", simd::add_rows_avx512});
-        writers.push_back({"AVX-512", simd::write_means_avx512});
-    }
-    for (const auto& form : adders)
+    for (const auto& form : forms_of(&primitives::kernel_table::add_rows))
         for (int width = 1; width < 140; ++width)
             for (const int height : {1, 2, 3, 7, 64}) {
                 const samples image = noise(width + 3, height);
@@ -105,7 +93,7 @@ TEST(Resample, EveryFormOfItsStepsIsExact)
                 ASSERT_EQ(sums, expected) << form.name << ": " << width << " x " << height;
                 ASSERT_EQ(range, range_of(rows)) << form.name << ": " << width << " x " << height;
             }
-    for (const auto& form : writers)
+    for (const auto& form : forms_of(&primitives::kernel_table::write_means))
         for (const int count : {1, 2, 3, 25, 65535}) {
             // Means at, just below and just above every half, and at both ends.
             std::vector<std::int32_t> sums;
@@ -117,7 +105,7 @@ TEST(Resample, EveryFormOfItsStepsIsExact)
                     }
             const std::vector<double> share(sums.size(), 1.0 / count), shift(sums.size(), 32768.5 + 0.25 / count);
             samples means(sums.size());
-            const std::size_t written = form.run(sums, share.data(), shift.data(), means.data());
+            const std::size_t written = form.run(sums.data(), sums.size(), share.data(), shift.data(), means.data());
             ASSERT_GT(written, sums.size() - 9) << "all but a part of a vector";
             for (std::size_t i = 0; i < written; ++i) {
                 const auto rounded =
@@ -127,7 +115,6 @@ TEST(Resample, EveryFormOfItsStepsIsExact)
             }
         }
 }
-#endif
 
 TEST(Resample, LargeImagesAreSharedBetweenThreadsWithTheSameResult)
 {
