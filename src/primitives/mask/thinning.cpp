@@ -1,11 +1,10 @@
 #include "primitives/mask/thinning.h"
 
-#include "primitives/cpu.h"
 #include "primitives/map/byte_mask.h"
 #include "primitives/mask/boundary.h"
 #include "primitives/mask/thinning_rule.h"
 #include "primitives/numeric.h"
-#include "primitives/simd.h"
+#include "primitives/simd/kernels.h"
 
 #include <array>
 #include <bit>
@@ -15,15 +14,6 @@ using namespace vldv;
 namespace vldv::primitives {
 
 namespace {
-
-bool run_step(const thinning_step& step) noexcept
-{
-#if defined(__x86_64__)
-    if (has_avx512()) return simd::thinning_step_avx512(step);
-    if (has_avx2()) return simd::thinning_step_avx2(step);
-#endif
-    return thinning_rule::step_mask<std::uint64_t>(step);
-}
 
 /// Where a way leads from the outside into the set around a sample, by its neighbours: exactly one, so that the sample
 /// is no link; and two neighbours that touch at a right angle, so that it is no end.
@@ -68,7 +58,7 @@ void thinner::thin(bit_strips& mask)
     scratch.resize(thinning_step::scratchWords(mask));
     std::uint32_t lastChange = 0;
     for (std::uint32_t number = 1; number <= lastChange + 2; ++number)
-        if (run_step({&mask, scratch.data(), awake.data(), number})) lastChange = number;
+        if (kernels().thinning_step({mask, scratch.data(), awake.data(), number})) lastChange = number;
     while (takeCorners(mask)) {}
 }
 

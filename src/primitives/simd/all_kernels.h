@@ -6,6 +6,7 @@
 #include "primitives/map/color_map_kernel.h"
 #include "primitives/map/range_kernel.h"
 #include "primitives/map/threshold_kernel.h"
+#include "primitives/mask/thinning_kernel.h"
 #include "primitives/resample/resample_kernel.h"
 #include "primitives/simd/kernels.h"
 
@@ -30,6 +31,7 @@ inline kernel_table all_kernels(const char* name)
         .add_powers = add_powers,
         .add_rows = add_rows,
         .write_means = write_means,
+        .thinning_step = run_thinning_step,
     };
 }
 

@@ -4,6 +4,7 @@
 #include "primitives/map/color_map.h"
 #include "primitives/map/range.h"
 #include "primitives/map/threshold.h"
+#include "primitives/mask/thinning.h"
 #include "primitives/resample/resample.h"
 
 #include <cstddef>
@@ -48,6 +49,9 @@ struct kernel_table {
     /// int(sum * share + shift) - 32768 for as many as fill whole registers. \return how many that were
     std::size_t (*write_means)(const std::int32_t* sums, std::size_t count, const double* share, const double* shift,
                                std::int16_t* out) noexcept;
+
+    /// \return whether something was taken away
+    bool (*thinning_step)(const primitives::thinning_step& step) noexcept;
 };
 
 /// Of each instruction set that this processor has, the plain one first and the widest last.
