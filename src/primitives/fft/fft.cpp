@@ -1,7 +1,7 @@
 #include "primitives/fft/fft.h"
 
-#include "primitives/cpu.h"
 #include "primitives/fft/fft_tiles.h"
+#include "primitives/simd/kernels.h"
 
 #include <algorithm>
 #include <atomic>
@@ -32,17 +32,6 @@ void run_tasks(void (*kernel)(const image_step<Number>&, int, Number*), const im
         // No more threads to be had: those that run do the work.
     }
     work(space[0].data());
-}
-
-/// The widest instruction set of this processor.
-template <class Number>
-tile_kernels<Number> best_kernels() noexcept
-{
-#if defined(__x86_64__)
-    if (has_avx512()) return avx512_kernels<Number>();
-    if (has_avx2()) return avx2_kernels<Number>();
-#endif
-    return plain_kernels<Number>();
 }
 
 } // namespace
@@ -81,7 +70,7 @@ void run(std::span<Number> image, int width, int height, bool inverse, unsigned 
 {
     assert(width >= 0 && height >= 0 && image.size() == std::size_t(width) * std::size_t(height));
     if (!image.empty())
-        fft::transform_image(fft::best_kernels<Number>(), image.data(), width, height, inverse, threads);
+        fft::transform_image(kernels().transforms<Number>(), image.data(), width, height, inverse, threads);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Included by the sources of the kernels alone; see fft_vector.h.
+// Included by the sources of the kernels alone; see simd/vector.h.
 #pragma once
 #include "primitives/fft/fft_columns.h"
 #include "primitives/fft/fft_rows.h"
@@ -28,6 +28,9 @@ void transform_columns(const image_step<Number>& step, int number, Number* space
     for (int t = 0; t < columns.tiles(); ++t) results[t] = transform_lines(step.lines, columns.tile(space, t));
     columns.write(results);
 }
+
+template <class Number>
+constexpr tile_kernels<Number> kernels_of_set{transform_rows<Number>, transform_columns<Number>};
 
 } // namespace
 } // namespace vldv::primitives::fft

@@ -1,4 +1,4 @@
-// Included by the sources of the kernels alone; see fft_vector.h.
+// Included by the sources of the kernels alone; see simd/vector.h.
 #pragma once
 #include "primitives/fft/fft_passes.h"
 

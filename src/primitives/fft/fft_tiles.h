@@ -17,7 +17,7 @@ struct image_step {
 };
 
 /// Complex columns of the half spectrum that stand in two columns of the image.
-constexpr int paired_columns(int width) noexcept { return (width - 1) / 2; }
+static constexpr int paired_columns(int width) noexcept { return (width - 1) / 2; }
 
 /// Neighbouring tiles of columns that are read and written together.
 constexpr int tilesOfGroup = 4;
@@ -40,16 +40,6 @@ struct tile_kernels {
     void (*rows)(const image_step<Number>& step, int number, Number* tile);
     void (*columns)(const image_step<Number>& step, int number, Number* space);
 };
-
-template <class Number>
-tile_kernels<Number> plain_kernels() noexcept;
-#if defined(__x86_64__)
-/// Only to be called where the processor has the instructions.
-template <class Number>
-tile_kernels<Number> avx2_kernels() noexcept;
-template <class Number>
-tile_kernels<Number> avx512_kernels() noexcept;
-#endif
 
 /// Transforms an image with the kernels of one instruction set.
 template <class Number>

@@ -1,5 +1,6 @@
 // Included by the sources of the kernels alone; see simd/vector.h.
 #pragma once
+#include "primitives/fft/fft_kernel.h"
 #include "primitives/fit/line_fit_kernel.h"
 #include "primitives/fit/plane_moments_kernel.h"
 #include "primitives/map/byte_mask_kernel.h"
@@ -32,6 +33,8 @@ inline kernel_table all_kernels(const char* name)
         .add_rows = add_rows,
         .write_means = write_means,
         .thinning_step = run_thinning_step,
+        .floatTransforms = fft::kernels_of_set<float>,
+        .doubleTransforms = fft::kernels_of_set<double>,
     };
 }
 

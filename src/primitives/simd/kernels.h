@@ -1,4 +1,5 @@
 #pragma once
+#include "primitives/fft/fft_tiles.h"
 #include "primitives/fit/line_fit.h"
 #include "primitives/fit/plane_moments.h"
 #include "primitives/map/color_map.h"
@@ -52,6 +53,17 @@ struct kernel_table {
 
     /// \return whether something was taken away
     bool (*thinning_step)(const primitives::thinning_step& step) noexcept;
+
+    fft::tile_kernels<float> floatTransforms;
+    fft::tile_kernels<double> doubleTransforms;
+    template <class Number>
+    const fft::tile_kernels<Number>& transforms() const noexcept
+    {
+        if constexpr (sizeof(Number) == sizeof(float))
+            return floatTransforms;
+        else
+            return doubleTransforms;
+    }
 };
 
 /// Of each instruction set that this processor has, the plain one first and the widest last.

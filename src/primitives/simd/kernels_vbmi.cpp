@@ -1,8 +1,17 @@
 #define VLDV_VECTOR_BYTES 64
-#include "primitives/simd/all_kernels.h"
+#include "primitives/map/color_map_kernel.h"
+#include "primitives/simd/kernels.h"
 
 namespace vldv::primitives {
 
-kernel_table vbmi_kernels() noexcept { return simd::all_kernels("AVX-512-VBMI"); }
+/// The kernels of AVX-512, but those of tables of bytes.
+kernel_table vbmi_kernels() noexcept
+{
+    kernel_table all = avx512_kernels();
+    all.name = "AVX-512 VBMI";
+    all.paint_32 = simd::paint_32;
+    all.paint_24 = simd::paint_24;
+    return all;
+}
 
 } // namespace vldv::primitives

@@ -1,8 +1,8 @@
 // Transforms of images against FFTW in double precision, and the form in which half spectra are kept.
 #include "primitives/fft/fft.h"
 
-#include "primitives/cpu.h"
 #include "primitives/fft/fft_tiles.h"
+#include "primitives/simd/kernels.h"
 
 #include <cmath>
 #include <complex>
@@ -91,18 +91,6 @@ std::vector<size> sizes()
 }
 
 template <class Number>
-std::vector<std::pair<std::string, tile_kernels<Number>>> forms()
-{
-    std::vector<std::pair<std::string, tile_kernels<Number>>> out = {
-        {"plain", primitives::fft::plain_kernels<Number>()}};
-#if defined(__x86_64__)
-    if (primitives::has_avx2()) out.emplace_back("AVX2", primitives::fft::avx2_kernels<Number>());
-    if (primitives::has_avx512()) out.emplace_back("AVX-512", primitives::fft::avx512_kernels<Number>());
-#endif
-    return out;
-}
-
-template <class Number>
 class FourierTransform : public testing::Test {
 protected:
     static constexpr double tolerance = sizeof(Number) == 4 ? 4e-6 : 1e-14;
@@ -113,7 +101,7 @@ TYPED_TEST_SUITE(FourierTransform, Numbers);
 TYPED_TEST(FourierTransform, EqualsTheLibraryAndLeadsBack)
 {
     for (const size& each : sizes())
-        expect_transforms(primitives::fft::plain_kernels<TypeParam>(), each, this->tolerance);
+        expect_transforms(primitives::plain_kernels().transforms<TypeParam>(), each, this->tolerance);
 }
 
 TYPED_TEST(FourierTransform, GivesTheSameBytesOnEveryInstructionSetAndNumberOfThreads)
@@ -122,13 +110,13 @@ TYPED_TEST(FourierTransform, GivesTheSameBytesOnEveryInstructionSetAndNumberOfTh
         for (const bool inverse : {false, true}) {
             const std::vector<double> image = noise(width * height);
             std::vector<TypeParam> expected(image.begin(), image.end());
-            primitives::fft::transform_image(primitives::fft::plain_kernels<TypeParam>(), expected.data(), width,
-                                             height, inverse, 1);
-            for (const auto& [name, kernels] : forms<TypeParam>()) {
+            primitives::fft::transform_image(primitives::plain_kernels().transforms<TypeParam>(), expected.data(),
+                                             width, height, inverse, 1);
+            for (const primitives::kernel_table& set : primitives::available_kernels()) {
                 std::vector<TypeParam> made(image.begin(), image.end());
-                primitives::fft::transform_image(kernels, made.data(), width, height, inverse, 3);
+                primitives::fft::transform_image(set.transforms<TypeParam>(), made.data(), width, height, inverse, 3);
                 ASSERT_EQ(std::memcmp(made.data(), expected.data(), made.size() * sizeof(TypeParam)), 0)
-                    << name << ' ' << width << " x " << height;
+                    << set.name << ' ' << width << " x " << height;
             }
         }
 }
