@@ -9,7 +9,9 @@
 namespace vldv::view {
 
 /// Where source samples lie on a window. Source y grows upwards and client y downwards; a sample is the square around
-/// its centre. Towards the window nothing is clamped, towards the samples results stay inside `source`.
+/// its centre. Towards the window nothing is clamped, towards the samples results stay inside `source`. Where a place
+/// falls between two pixels or samples it goes to the one that it is drawn as: with a pixel for each sample every pixel
+/// leads to the sample that it shows, and back.
 struct view_geometry {
     CRect display; ///< client pixels
     CRect source;  ///< samples
@@ -17,13 +19,13 @@ struct view_geometry {
     int xToClient(int x) const noexcept
     {
         if (source.Width() == 0) return display.left;
-        return base::nearest_int((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
+        return halves_down((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
     }
     int yToClient(int y) const noexcept
     {
         const int height = source.Height();
         if (height == 0) return display.top;
-        return base::nearest_int((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
+        return halves_down((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
     }
     int xToSource(int x) const noexcept
     {
@@ -36,10 +38,12 @@ struct view_geometry {
         if (display.Height() == 0) return source.top;
         const double covered = static_cast<double>(std::int64_t{y - display.top} * source.Height());
         return within(source.top, source.bottom - 1,
-                      base::nearest_int(source.Height() - 0.5 + source.top - covered / display.Height()));
+                      halves_down(source.Height() - 0.5 + source.top - covered / display.Height()));
     }
 
 private:
+    /// The nearest integer, halves down.
+    static int halves_down(double v) noexcept { return -base::nearest_int(-v); }
     static int within(int low, int high, int value) noexcept { return std::max(low, std::min(high, value)); }
 };
 

@@ -27,6 +27,17 @@ TEST(ViewGeometry, MapsSamplesToTheirCentresAndBack)
     EXPECT_EQ(empty.yToSource(1), 8);
 }
 
+TEST(ViewGeometry, APixelLeadsToTheSampleThatItShows)
+{
+    for (const int zoom : {1, 2, 3, 4, 7}) {
+        const view::view_geometry whole{CRect(50, 20, 50 + 13 * zoom, 20 + 9 * zoom), CRect(0, 0, 13, 9)};
+        for (int pixel = 0; pixel < 13 * zoom; ++pixel) EXPECT_EQ(whole.xToSource(50 + pixel), pixel / zoom) << zoom;
+        for (int pixel = 0; pixel < 9 * zoom; ++pixel) EXPECT_EQ(whole.yToSource(20 + pixel), 8 - pixel / zoom) << zoom;
+        for (int x = 0; x < 13; ++x) EXPECT_EQ(whole.xToSource(whole.xToClient(x)), x) << zoom;
+        for (int y = 0; y < 9; ++y) EXPECT_EQ(whole.yToSource(whole.yToClient(y)), y) << zoom;
+    }
+}
+
 TEST(BoundedZoom, StopsAtTheEndsAndNeverTurnsBack)
 {
     constexpr CSize largest{3840, 2160};
