@@ -5,6 +5,7 @@
 #include "formats/nanoscope/nanoscope_image.h"
 #include "formats/nanoscope/nanoscope_recording.h"
 #include "formats/nanoscope/nanoscope_samples.h"
+#include "formats/nanoscope/nanoscope_shift.h"
 #include "formats/nanoscope/nanoscope_text.h"
 #include "formats/nanoscope/nanoscope_version2.h"
 #include "formats/shared/left_out.h"
@@ -40,14 +41,6 @@ std::optional<base::read_error> changed_line_ends(std::string_view head)
                                       "the samples, too"};
 }
 
-/// The first bytes of the file, at most `count`; empty when they cannot be read.
-std::string read_head(source& file, std::uint64_t count)
-{
-    std::string text(static_cast<std::size_t>(std::min(file.size(), count)), '\0');
-    if (!file.read(0, std::as_writable_bytes(std::span(text)))) text.clear();
-    return text;
-}
-
 /// The whole header: its length stands within the first lines.
 base::read_result<nanoscope_header> read_header(source& file)
 {
@@ -65,14 +58,6 @@ base::read_result<nanoscope_header> read_header(source& file)
     const std::string text = read_head(file, *length);
     if (text.size() != *length) return unreadable_header();
     return parse_nanoscope_header(text);
-}
-
-/// A header that has lost line ends on its way is shorter than it says, and samples stand where filler should. Such a
-/// file is cut short, too, but none of its images is whole.
-bool has_lost_line_ends(source& file, const nanoscope_header& header)
-{
-    const std::string filler = read_head(file, header.length().value_or(0)).substr(header.textLength);
-    return filler.find_first_not_of(std::string_view(" \r\n\x1A\0", 5)) != std::string::npos;
 }
 
 /// One image with its samples, straight from the file.
@@ -122,7 +107,7 @@ base::read_result<recording> read_binary(source& file)
         bytesLeft -= bytes;
         images.push_back(std::move(image));
     }
-    if (!missing.empty() && has_lost_line_ends(file, *header))
+    if (!missing.empty() && has_lost_bytes(file, *header))
         return base::read_error{missing.first().offset,
                                 missing.first().reason + ", and its line ends were changed in a text transfer"};
     const bool hasForce = header->count(nanoscope_list::force_image) != 0;
@@ -130,6 +115,8 @@ base::read_result<recording> read_binary(source& file)
                               std::ranges::all_of(images, [&](const nanoscope_image& image) {
                                   return bytesLeft >= image.samples() * image.sampleBytes && image.doubt.empty();
                               });
+    // A header that lost line ends and has lost images, too, was refused above.
+    const std::string shift = told_shift(file, *header, images);
     if (images.empty() && !hasForce) return missing.empty() ? no_image_error(*header) : missing.first();
     auto result = record_images(file, *header, std::move(images), [&](const image_group& group, const std::string& id) {
         return load_group(file, group, id);
@@ -139,6 +126,7 @@ base::read_result<recording> read_binary(source& file)
         if (auto problem = add_nanoscope_force(file, *header, bytesLeft, missing, *result)) return std::move(*problem);
     if (result->items.empty() && !missing.empty()) return missing.first();
     missing.tell(*result);
+    if (!shift.empty()) add_warning(*result, shift);
     if (hasLostImage)
         add_warning(*result,
                     std::to_string(bytesLeft) + " bytes of samples belong to no image list: an image may be lost");

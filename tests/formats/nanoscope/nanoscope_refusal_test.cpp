@@ -121,4 +121,22 @@ TEST(NanoscopeCut, ATextFileGivesAnImageOnlyWhenAllNumbersAreThere)
     EXPECT_TRUE(read(file));
 }
 
+TEST(Nanoscope, SamplesThatAnEditedHeaderMovedAreTold)
+{
+    const auto told = [](std::string file, std::size_t added, std::size_t removed) {
+        const std::size_t date = file.find("Tue Jan");
+        file.replace(date, removed, std::string(added, 'x'));
+        if (removed > added) file.append(removed - added, 'e'); // what else stands behind the samples
+        const auto result = read(file);
+        EXPECT_TRUE(result);
+        std::string all;
+        for (const std::string& each : result->warnings) all += each;
+        return all;
+    };
+    EXPECT_EQ(told(good_file(), 2, 2), "");
+    EXPECT_NE(told(good_file(), 5, 3).find("header is 2 bytes longer than it states"), std::string::npos);
+    EXPECT_NE(told(good_file(), 2, 3).find("within the stated length of the header"), std::string::npos);
+    EXPECT_EQ(told(good_file() + "trailer", 2, 2), "") << "nothing has moved";
+}
+
 } // namespace
