@@ -1,10 +1,13 @@
 #include "view/axes/chart_axes.h"
 
+#include "base/text.h"
+#include "base/text/decimals.h"
 #include "base/units.h"
 #include "view/DCView.h"
 #include "view/axes/AxisLabels.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vldv::view {
 
@@ -19,7 +22,18 @@ shown_axis shown_span(const char* units, double start, double span, bool isHeigh
     double reads = span != 0.0 ? span : start;
     const char* const unit = isHeight ? default_units_z(units, &reads) : default_units(units, &reads);
     const double shownStart = convert_size(units, unit, start);
-    return {shownStart, shownStart + convert_size(units, unit, span), unit};
+    return counted_in_powers({shownStart, shownStart + convert_size(units, unit, span), unit});
+}
+
+shown_axis counted_in_powers(shown_axis axis)
+{
+    constexpr double smallest = 1e-4;
+    const double span = std::fabs(axis.end - axis.start);
+    if (!(span > 0.0 && span < smallest)) return axis;
+    const int exponent = 3 * static_cast<int>(std::floor(base::decimal_exponent(span) / 3.0));
+    const double power = std::pow(10.0, -exponent);
+    const std::string unit = base::formatted("1e%d", exponent);
+    return {axis.start * power, axis.end * power, axis.units.empty() ? unit : unit + " " + axis.units};
 }
 
 void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const chart_side& side, int tics, int ticLength)

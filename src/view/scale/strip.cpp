@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "view/AxisLine.h"
+#include "view/axes/chart_axes.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -80,9 +81,11 @@ void draw_axis(CDC& dc, const CRect& rect, const scale_state& state, const color
     axis.y0 = rect.bottom;
     axis.x1 = isVertical ? rect.left : rect.right;
     axis.y1 = isVertical ? rect.top : rect.bottom;
-    axis.start = state.fixedStart;
-    axis.end = state.fixedStart + state.fixedSize;
-    axis.units = state.fixedUnits.c_str();
+    const shown_axis shown =
+        counted_in_powers({state.fixedStart, state.fixedStart + state.fixedSize, state.fixedUnits});
+    axis.start = shown.start;
+    axis.end = shown.end;
+    axis.units = shown.units.c_str();
     DrawAxisLine(&axis);
 }
 

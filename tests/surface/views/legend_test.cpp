@@ -77,4 +77,27 @@ TEST(Legend, AxesReadInOneUnit)
     EXPECT_DOUBLE_EQ(far.end, 3.5);
 }
 
+TEST(Legend, SpansTooSmallForAUnitAreCountedInPowers)
+{
+    const struct {
+        const char* given;
+        double start, span;
+        const char* units;
+        double shownStart, shownEnd;
+    } cases[] = {
+        {"", -4.8e-9, 9.8e-9, "1e-9", -4.8, 5.0},
+        {"deg", 2e-5, 3e-5, "1e-6 deg", 20, 50},
+        {"", 5, 1e-7, "1e-9", 5e9, 5e9 + 100},
+        {"m", 0, 3e-25, "1e-9 am", 0, 300},
+        {"m", 0, 3e-12, "pm", 0, 3},
+        {"", 1, 2e-4, "", 1, 1.0002},
+    };
+    for (const auto& each : cases) {
+        const view::shown_axis shown = view::shown_span(each.given, each.start, each.span, true);
+        EXPECT_EQ(shown.units, each.units);
+        EXPECT_NEAR(shown.start, each.shownStart, 1e-6) << each.units;
+        EXPECT_NEAR(shown.end, each.shownEnd, 1e-5) << each.units;
+    }
+}
+
 } // namespace
