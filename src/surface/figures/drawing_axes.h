@@ -11,7 +11,12 @@ namespace vldv::surface {
 /// The axes in which drawings over an image give their points: the first of each dimension, whatever a view shows.
 struct drawing_axes {
     VLAxis x, y;
+    CSize image{}; ///< samples of it
 };
+
+/// What was drawn sample by sample: objects and steps. Their bitmaps lie on the samples of an image of their size,
+/// whatever its axes have become since.
+inline constexpr const char* lengthyMaskKey = "lengthy_mask";
 
 inline int sample_of(double value, const VLAxis& axis) noexcept
 {

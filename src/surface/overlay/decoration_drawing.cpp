@@ -80,15 +80,24 @@ void draw_points(CDC& dc, const std::vector<CPoint>& points, colorEntry color, b
         dc.FillSolidRect({at.x - half, at.y - half, at.x + half + 1, at.y + half + 1}, color);
 }
 
-void draw_bitmaps(CDC& dc, const document::decoration& drawing, const drawing_axes& axes,
+CRect place_of(const double* corner, const drawing_axes& axes)
+{
+    CRect place(sample_of(corner[0], axes.x), sample_of(corner[1], axes.y), sample_of(corner[2], axes.x),
+                sample_of(corner[3], axes.y));
+    place.NormalizeRect();
+    return place;
+}
+
+/// \param areSamples  bitmaps of the image's size lie on its samples
+void draw_bitmaps(CDC& dc, const document::decoration& drawing, bool areSamples, const drawing_axes& axes,
                   const view::view_geometry& geometry)
 {
     for (std::size_t i = 0; i < drawing.elements.size() && 4 * i + 3 < drawing.coordinates.size(); ++i) {
-        const double* const corner = drawing.coordinates.data() + 4 * i;
-        CRect place(sample_of(corner[0], axes.x), sample_of(corner[1], axes.y), sample_of(corner[2], axes.x),
-                    sample_of(corner[3], axes.y));
-        place.NormalizeRect();
-        const CRgn covered = mask_region(drawing.elements[i], place, geometry);
+        const document::decoration::element& bitmap = drawing.elements[i];
+        const CSize size{static_cast<int>(bitmap.width), static_cast<int>(bitmap.height)};
+        const CRect place =
+            areSamples && size == axes.image ? CRect({0, 0}, size) : place_of(drawing.coordinates.data() + 4 * i, axes);
+        const CRgn covered = mask_region(bitmap, place, geometry);
         if (!covered.isEmpty()) dc.FillRgn(covered, CBrush::solid(static_cast<colorEntry>(drawing.color)));
     }
 }
@@ -109,12 +118,12 @@ void draw_text(CDC& dc, const document::decoration& drawing, CPoint at)
     dc.SetTextAlign(before);
 }
 
-void draw_one(CDC& dc, const document::decoration& drawing, const drawing_axes& axes,
+void draw_one(CDC& dc, const document::decoration& drawing, bool areSamples, const drawing_axes& axes,
               const view::view_geometry& geometry)
 {
     const auto color = static_cast<colorEntry>(drawing.color);
     const bool isSelected = (drawing.state & DECORATION_SELECTED) != 0;
-    if (drawing.type == DECORATION_BITMAP) return draw_bitmaps(dc, drawing, axes, geometry);
+    if (drawing.type == DECORATION_BITMAP) return draw_bitmaps(dc, drawing, areSamples, axes, geometry);
     if (drawing.type == DECORATION_BLOCK || drawing.type == DECORATION_VOLUME) return;
     const std::vector<CPoint> points = to_client(samples_of(drawing, axes), geometry);
     if (points.empty()) return;
@@ -155,7 +164,8 @@ void draw_decorations(CDC& dc, const document::decorations& drawings, const draw
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextRim(true);
     for (const auto& [key, group] : drawings.all())
-        for (const document::decoration& each : group.members) draw_one(dc, each, axes, geometry);
+        for (const document::decoration& each : group.members)
+            draw_one(dc, each, key == lengthyMaskKey, axes, geometry);
     dc.RestoreDC(saved);
 }
 

@@ -126,7 +126,7 @@ TEST(LengthyObject, ObjectsOfAnImageShareOneMask)
     document::decorations kept;
     const VLAxis x(100, 2, "nm"), y(0, 3, "nm");
     const auto store = [&](const points& path, CSize image) {
-        surface::lengthy_mask mask(&kept, image);
+        surface::lengthy_mask mask(&kept, {x, y, image});
         mask.add(path);
         const VLPluginDecoration record = mask.record(x, y);
         kept.set(surface::lengthyMaskKey, &record, 1, DEC_IMAGE_SURFACE);
@@ -136,9 +136,39 @@ TEST(LengthyObject, ObjectsOfAnImageShareOneMask)
     const document::decoration& mask = kept.all().at(surface::lengthyMaskKey).members.at(0);
     EXPECT_EQ(mask.coordinates, std::vector<double>({100, 0, 108, 9}));
     EXPECT_EQ(mask.elements.at(0).bytes, std::vector<unsigned char>({1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}));
-    store({{0, 0}}, {2, 2});
-    EXPECT_EQ(kept.all().at(surface::lengthyMaskKey).members.at(0).elements.at(0).bytes,
-              std::vector<unsigned char>({1, 0, 0, 0}));
+}
+
+TEST(LengthyObject, ObjectsStayWhereTheyAreOnOtherSamples)
+{
+    const VLAxis x(100, 2, "nm"), y(0, 3, "nm");
+    surface::lengthy_mask traced(nullptr, {x, y, {4, 3}});
+    traced.add(points{{0, 0}, {1, 0}, {3, 2}});
+    document::decorations kept;
+    const VLPluginDecoration record = traced.record(x, y);
+    kept.set(surface::lengthyMaskKey, &record, 1, DEC_IMAGE_SURFACE);
+    const struct {
+        const char* what;
+        VLAxis x, y;
+        CSize size;
+        std::string rows; ///< row 0 first
+    } cases[] = {
+        {"as it was", x, y, {4, 3}, "##.. .... ...#"},
+        {"calibrated anew", {400, 8, "nm"}, {0, 3, "um"}, {4, 3}, "##.. .... ...#"},
+        {"finer", {100, 1, "nm"}, {0, 1.5, "nm"}, {8, 6}, "####.... ####.... ........ ........ ......## ......##"},
+        {"coarser", {100, 4, "nm"}, {0, 4.5, "nm"}, {2, 2}, "#. .#"},
+        {"a part", {104, 2, "nm"}, {3, 3, "nm"}, {2, 2}, ".. .#"},
+        {"elsewhere", {200, 2, "nm"}, {3, 3, "nm"}, {2, 1}, ".."},
+        {"from the right", {108, -2, "nm"}, y, {5, 3}, "..##. ..... #...."},
+    };
+    for (const auto& each : cases) {
+        const surface::lengthy_mask mask(&kept, {each.x, each.y, each.size});
+        std::string rows;
+        for (std::size_t i = 0; i < mask.bytes().size(); ++i) {
+            if (i && i % static_cast<std::size_t>(each.size.cx) == 0) rows += ' ';
+            rows += mask.bytes()[i] ? '#' : '.';
+        }
+        EXPECT_EQ(rows, each.rows) << each.what;
+    }
 }
 
 } // namespace

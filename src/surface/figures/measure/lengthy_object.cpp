@@ -40,12 +40,18 @@ lengthy_trace finished(const lengthy_trace& trace, double radius)
     return kept;
 }
 
-lengthy_mask::lengthy_mask(const document::decorations* kept, CSize image_) : sample_mask(image_)
+lengthy_mask::lengthy_mask(const document::decorations* kept, const drawing_axes& axes) : sample_mask(axes.image)
 {
     const document::decoration* const mask = kept_mask(kept);
-    if (!mask || mask->elements.empty()) return;
+    if (!mask || mask->elements.empty() || mask->coordinates.size() < 4) return;
     const document::decoration::element& before = mask->elements.front();
-    assign({static_cast<int>(before.width), static_cast<int>(before.height)}, before.bytes);
+    const CSize size{static_cast<int>(before.width), static_cast<int>(before.height)};
+    const double* const corners = mask->coordinates.data();
+    if (size == axes.image)
+        sample_mask::add({size, axes.x.start, axes.y.start, axes.x.at(size.cx), axes.y.at(size.cy), before.bytes},
+                         axes);
+    else
+        sample_mask::add({size, corners[0], corners[1], corners[2], corners[3], before.bytes}, axes);
 }
 
 void lengthy_mask::add(std::span<const CPoint> path) noexcept

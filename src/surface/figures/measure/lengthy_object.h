@@ -1,6 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "document/Decorations.h"
+#include "surface/figures/drawing_axes.h"
 #include "surface/figures/sample_frame.h"
 #include "surface/figures/sample_mask.h"
 #include "surface/figures/selection_state.h"
@@ -17,14 +18,12 @@ lengthy_trace extended(const lengthy_trace& done, const sample_frame& frame, CPo
 /// samples of that line. A radius of 0 keeps all that was traced.
 lengthy_trace finished(const lengthy_trace& trace, double radius);
 
-/// Where finished objects are kept among the drawings of an image.
-inline constexpr const char* lengthyMaskKey = "lengthy_mask";
-
 /// All objects traced on an image as one drawing: a bitmap over it with 1 where an object runs.
 class lengthy_mask : public sample_mask {
 public:
-    /// \param kept  what the image has under `lengthyMaskKey`; objects on an image of another size are dropped
-    lengthy_mask(const document::decorations* kept, CSize image_);
+    /// \param kept  what the image has under `lengthyMaskKey`; objects traced while it had another size stay where
+    ///              they are on its axes
+    lengthy_mask(const document::decorations* kept, const drawing_axes& axes);
     void add(std::span<const CPoint> path) noexcept;
     VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
 };
