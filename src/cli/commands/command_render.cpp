@@ -12,6 +12,7 @@
 #include "cli/output/terminal.h"
 #include "cli/session.h"
 #include "document/samples/rising_heights.h"
+#include "document/samples/unmeasured_samples.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
 #include "view/Scale.h"
@@ -58,8 +59,10 @@ struct plain_picture {
     }
 };
 
-/// As a window draws them: in another size the samples are reduced, not their colours, and the range is that of all.
-void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis, const picture_options& options,
+/// As a window draws them: in another size the samples are reduced, not their colours, and the range is that of all
+/// that were measured.
+void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis,
+                  std::span<const primitives::sample_run> unmeasured, const picture_options& options,
                   plain_picture& picture)
 {
     const auto asked = parse_picture_size(options.size);
@@ -70,7 +73,8 @@ void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis, 
     RECT region = view::shown_part(part, whole, size);
     view::window_fitter fitter;
     const view::fitted_window shown = fitter.fit(samples, image.cx, whole, size);
-    const primitives::height_range range = hasRegion ? view::range_keeper().of(samples, image.cx, part) : shown.range;
+    const primitives::height_range range =
+        hasRegion || !unmeasured.empty() ? view::range_keeper().of(samples, image.cx, part, unmeasured) : shown.range;
     picture.width = size.cx;
     picture.height = size.cy;
     picture.pixels.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);
@@ -106,7 +110,8 @@ std::string draw_plain(const CStorageDoc& document, const surface_number& which,
     const auto* samples = static_cast<const short*>(stream->array_data()) + std::size_t{columns} * rows * which.sub;
     const document::rising_heights heights({samples, std::size_t{columns} * rows}, stream->values.get_axis(0));
     const CSize size{static_cast<int>(columns), static_cast<int>(rows)};
-    draw_heights(heights.samples().data(), size, heights.axis(), options, picture);
+    const auto unmeasured = document::unmeasured_samples(document, which.image).of(which.sub);
+    draw_heights(heights.samples().data(), size, heights.axis(), unmeasured, options, picture);
     return {};
 }
 

@@ -59,11 +59,12 @@ std::vector<SPMVar> resolution_variables(CSize samples, const VLAxis& x, const V
                                          const std::optional<selection_rect>& drag)
 {
     const auto text = [](double value) { return base::shortest(value); };
+    const auto product = [](double value) { return base::general(value, 12); }; // without the last bits' noise
     std::vector<variable_row> rows = {
-        {"size.x(Size X),double", {}, text(samples.cx * x.scale)},
+        {"size.x(Size X),double", {}, product(samples.cx * x.scale)},
         {"step.x(Sample X),double", {}, text(x.scale)},
         {"units.x(Units X),string", {}, x.get_units()},
-        {"size.y(Size Y),double", {}, text(samples.cy * y.scale)},
+        {"size.y(Size Y),double", {}, product(samples.cy * y.scale)},
         {"step.y(Sample Y),double", {}, text(y.scale)},
         {"units.y(Units Y),string", {}, y.get_units()},
         {"step.z(Step Z),double", {}, text(z.scale)},
@@ -73,7 +74,7 @@ std::vector<SPMVar> resolution_variables(CSize samples, const VLAxis& x, const V
         measured_surface surface;
         surface.x = x;
         surface.y = y;
-        rows.push_back({"distance(Measured distance),double,0", {}, text(drag_length(surface, *drag))});
+        rows.push_back({"distance(Measured distance),double,0", {}, product(drag_length(surface, *drag))});
     }
     return declared(rows);
 }

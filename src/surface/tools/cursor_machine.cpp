@@ -27,8 +27,8 @@ cursor_machine::event_point cursor_machine::snapped(CPoint client) const
     const auto kind = static_cast<snap_mode>(static_cast<int>(world.option("cursor_snap")));
     const CPoint source = toSource(client);
     if (kind == snap_mode::off) return {source, client};
-    const CPoint best =
-        snapped_point(world.frame(), source, kind, static_cast<int>(world.option("cursor_snap.radius")));
+    const CPoint best = snapped_point(world.frame(), source, kind, static_cast<int>(world.option("cursor_snap.radius")),
+                                      [this](CPoint point) { return world.isMeasured(point); });
     return {best, to_client(best, world.geometry())};
 }
 

@@ -3,6 +3,7 @@
 #include "base/streams/rounding.h"
 #include "document/StorageDoc.h"
 #include "document/samples/rising_heights.h"
+#include "document/samples/unmeasured_samples.h"
 #include "platform/app/WinApp.h"
 
 #include <algorithm>
@@ -165,7 +166,9 @@ void CSurfMathView::LoadData()
     shownRange.forget();
     turnedSamples.clear();
     overlayBitmap.forget();
+    unmeasured.clear();
     if (!hasSamples()) return;
+    unmeasured = document::unmeasured_samples(*storageDoc(), imageNumber).of(subImageNumber);
     if (!*storageDoc()->getString("palette", imageNumber)) scale.SyncWithStatic();
     invertDisplay(isOptionOn("invert"));
     if (isOptionOn("ShowStatistics")) updateStatisticsLater();
@@ -178,7 +181,7 @@ void CSurfMathView::getBestScale(double* low, double* high, const char** units)
     CRect part;
     if (!drawn.roiActive || !frame || !part.IntersectRect(roiRect(), CRect({0, 0}, imageSize())))
         return CImageView::getBestScale(low, high, units);
-    const primitives::height_range range = view::range_keeper().of(frame, imageSize().cx, part);
+    const primitives::height_range range = view::range_keeper().of(frame, imageSize().cx, part, unmeasured);
     readWell(range.minimum, range.maximum, low, high, units);
 }
 

@@ -73,6 +73,8 @@ public:
     const SPMDataStream* stream() const;
     /// The samples of the active sub-image; empty without.
     vldv::surface::sample_frame shownFrame() const;
+    /// The same with the axes that the user chose, for figures.
+    vldv::surface::measured_surface measured() const;
     /// As the options choose.
     const VLAxis& axisX() const { return axis("AxisX", 0); }
     const VLAxis& axisY() const { return axis("AxisY", 1); }
@@ -125,7 +127,6 @@ private:
     bool isTurned() const;
     const VLAxis& axis(const char* option, unsigned dimension) const;
     CRect roiRect() const;
-    vldv::surface::measured_surface measured() const;
     std::vector<vldv::surface::statistics_row> measureRows() const;
     CSize imageSize() const;
     CRect selectionBounds() const;
@@ -231,6 +232,7 @@ private:
     mutable VLAxis turnedAxis;
     vldv::view::window_fitter fitter;
     vldv::view::range_keeper shownRange;
+    std::vector<vldv::primitives::sample_run> unmeasured; ///< of the frame, in rising order; kept until the data change
     vldv::surface::overlay_bitmap overlayBitmap;
     bool isRenderPending = false;
 };

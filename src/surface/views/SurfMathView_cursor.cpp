@@ -48,6 +48,7 @@ surface::measured_surface CSurfMathView::measured() const
     return {.samples = frame.samples.data(),
             .width = frame.width,
             .height = frame.height,
+            .unmeasured = unmeasured,
             .x = axisX(),
             .y = axisY(),
             .z = valueAxis(),
@@ -58,7 +59,7 @@ surface::measured_surface CSurfMathView::measured() const
 surface::drawing_axes CSurfMathView::drawingAxes() const
 {
     if (!stream() || stream()->get_dimensions_number() < 2) return {};
-    return {storageDoc()->getAxis(imageNumber, 0, 0), storageDoc()->getAxis(imageNumber, 0, 1)};
+    return {storageDoc()->getAxis(imageNumber, 0, 0), storageDoc()->getAxis(imageNumber, 0, 1), imageSize()};
 }
 
 CRect CSurfMathView::selectionBounds() const { return surface::selection_bounds(drawn, sourceRect, imageSize()); }
@@ -84,11 +85,14 @@ void CSurfMathView::adoptSelection(const surface::selection_state& from)
 {
     if (drawn.tracking) return;
     drawn.region = from.region;
+    if (drawn.mode != from.mode) drawn.measure.isVisible = false; // it belongs to what the mode has drawn
     drawn.mode = from.mode;
     drawn.selectionActive = from.selectionActive;
     drawn.selection = from.selection;
     machine.setDefaultCursor();
     Invalidate(true);
+    refreshMeasureRows();
+    refreshZoomWindow();
 }
 
 void CSurfMathView::refreshZoomWindow() { surface::refresh_zoom_window(*this, selectionBounds()); }

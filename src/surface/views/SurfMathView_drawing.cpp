@@ -45,7 +45,8 @@ void CSurfMathView::render()
     CRect part = window;
     const bool hasRegion = drawn.roiActive && part.IntersectRect(roiRect(), window);
     // The picture may be made of means: the range is that of the samples, whatever the size of the window.
-    const primitives::height_range range = hasRegion ? shownRange.of(frame, whole.right, part) : shown.range;
+    const primitives::height_range range =
+        hasRegion || !unmeasured.empty() ? shownRange.of(frame, whole.right, part, unmeasured) : shown.range;
     scale.DrawImage({.bits = image.bits().data(),
                      .source = shown.samples,
                      .sourceStep = shown.step,

@@ -183,6 +183,7 @@ void CSurfMathView::showMeasure(surface::measure_text measure)
 /// The steps may be others now.
 void CSurfMathView::remeasure()
 {
+    forgetPlace(); // what it told of the pointer
     if (!drawn.measure.isVisible) return;
     surface::measure_text told = surface::remeasured(drawn.measure, surface::steps_of(axisX(), axisY()));
     if (told.text != drawn.measure.text) showMeasure(std::move(told));

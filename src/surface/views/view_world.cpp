@@ -2,7 +2,6 @@
 #include "surface/views/view_world.h"
 
 #include "document/StorageDoc.h"
-#include "document/samples/unmeasured_samples.h"
 #include "platform/app/WinApp.h"
 #include "surface/views/SurfMathView.h"
 #include "view/image/SectionSource.h"
@@ -33,14 +32,8 @@ sample_frame view_world::frame() const { return view.shownFrame(); }
 
 bool view_world::isMeasured(CPoint source) const
 {
-    const sample_frame shown = frame();
-    if (!view.storageDoc() || !shown.contains(source)) return true;
-    const std::size_t at =
-        static_cast<std::size_t>(source.y) * static_cast<std::size_t>(shown.width) + static_cast<std::size_t>(source.x);
-    const document::unmeasured_samples voids(*view.storageDoc(), view.getImageNumber());
-    return std::ranges::none_of(voids.of(view.getSubImageNumber()), [at](const primitives::sample_run& each) {
-        return each.first <= at && at - each.first < each.count;
-    });
+    const measured_surface shown = view.measured();
+    return shown.isEmpty() || is_measured(shown, source);
 }
 
 view::view_geometry view_world::geometry() const { return {view.displayRect, view.sourceRect}; }

@@ -107,7 +107,7 @@ void view_world::refreshZoomWindow() { view.refreshZoomWindow(); }
 void view_world::storeLengthyObject(std::span<const CPoint> path)
 {
     const drawing_axes axes = drawingAxes();
-    lengthy_mask mask(decorations(), frame().size());
+    lengthy_mask mask(decorations(), axes);
     mask.add(path);
     const VLPluginDecoration record = mask.record(axes.x, axes.y);
     view.storageDoc()->set_decoration(lengthyMaskKey, &record, 1, DEC_IMAGE_SURFACE, view.getImageNumber());

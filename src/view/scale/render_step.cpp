@@ -42,6 +42,21 @@ primitives::const_height_block block_of(const std::int16_t* image, int rowLength
             rowLength * static_cast<int>(sizeof(std::int16_t))};
 }
 
+/// Empty where nothing of the part was measured.
+primitives::height_range measured_range(const std::int16_t* image, int rowLength, const CRect& part,
+                                        std::span<const primitives::sample_run> unmeasured)
+{
+    primitives::height_range range;
+    for (int y = part.top; y < part.bottom; ++y) {
+        const std::size_t row = static_cast<std::size_t>(y) * static_cast<std::size_t>(rowLength);
+        primitives::for_each_kept(row + static_cast<std::size_t>(part.left), row + static_cast<std::size_t>(part.right),
+                                  unmeasured, [&](std::size_t first, std::size_t count) {
+                                      range.include(primitives::find_range({image + first, count}));
+                                  });
+    }
+    return range;
+}
+
 } // namespace
 
 fitted_window window_fitter::fit(const std::int16_t* image, int rowLength, const CRect& window, CSize size)
@@ -64,10 +79,12 @@ fitted_window window_fitter::fit(const std::int16_t* image, int rowLength, const
     return {buffer.data(), step, range};
 }
 
-primitives::height_range range_keeper::of(const std::int16_t* image, int rowLength, const CRect& part)
+primitives::height_range range_keeper::of(const std::int16_t* image, int rowLength, const CRect& part,
+                                          std::span<const primitives::sample_run> unmeasured)
 {
     if (image == lastImage && part == lastPart) return range;
-    range = primitives::find_block_range(block_of(image, rowLength, part));
+    range = unmeasured.empty() ? primitives::height_range() : measured_range(image, rowLength, part, unmeasured);
+    if (range.minimum > range.maximum) range = primitives::find_block_range(block_of(image, rowLength, part));
     lastImage = image;
     lastPart = part;
     return range;

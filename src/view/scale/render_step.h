@@ -1,9 +1,11 @@
 #pragma once
 #include "platform/draw/geometry.h"
 #include "primitives/map/range.h"
+#include "primitives/map/sample_runs.h"
 #include "vldv_api.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace vldv::view {
@@ -48,12 +50,14 @@ class VLDV_INTERNAL_API range_keeper {
 public:
     /// \param image  samples of the whole frame, rows of `rowLength`
     /// \param part   inside the image, not empty
-    primitives::height_range of(const std::int16_t* image, int rowLength, const CRect& part);
+    /// \param unmeasured  samples of the image that do not count, in rising order, unless the part has no others
+    primitives::height_range of(const std::int16_t* image, int rowLength, const CRect& part,
+                                std::span<const primitives::sample_run> unmeasured = {});
     /// The samples have changed.
     void forget() noexcept { lastImage = nullptr; }
 
 private:
-    const std::int16_t* lastImage = nullptr;
+    const std::int16_t* lastImage = nullptr; ///< with the same samples not measured, until they change
     CRect lastPart;
     primitives::height_range range;
 };

@@ -66,6 +66,18 @@ TEST_F(MeasurementTest, StatusTellsWhatADragMeasures)
     EXPECT_EQ(status(cursor_mode::angle, {2, 2, 0, 2}), L"Angle=180.0 deg, Z=28 nm");
 }
 
+TEST_F(MeasurementTest, SamplesThatWereNotMeasuredAreNoHeights)
+{
+    const primitives::sample_run voids[] = {{1, 2}, {11, 1}};
+    map.unmeasured = voids;
+    const auto told = [&](CPoint at) { return status(cursor_mode::rectangle, {0, 0, 1, 1}, at); };
+    for (const CPoint at : {CPoint{1, 0}, {2, 0}, {3, 2}, {9, 9}}) EXPECT_TRUE(told(at).ends_with(L" (not measured)"));
+    for (const CPoint at : {CPoint{0, 0}, {3, 0}, {2, 2}}) EXPECT_TRUE(told(at).ends_with(L" nm")) << at.x;
+    EXPECT_EQ(status(cursor_mode::distance, {1, 0, 0, 0}, {0, 0}),
+              L"R=100 nm, dZ=-2 nm, Z=10 nm (the start was not measured)");
+    EXPECT_EQ(distance_table_text(map, drawn), L"Distance, nm\tHeight, nm\r\n 100\tnot measured\r\n");
+}
+
 TEST_F(MeasurementTest, ClipboardTakesWhatTheLegendsShow)
 {
     legend_content content;

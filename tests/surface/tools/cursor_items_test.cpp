@@ -34,8 +34,9 @@ TEST(Snapping, TiesGoAwayFromTheOriginOfTheImage)
 {
     std::vector<std::int16_t> samples(20 * 20);
     const surface::sample_frame frame{samples, 20, 20};
+    std::optional<CPoint> hole;
     const auto snapped = [&](CPoint at, surface::snap_mode mode, int radius) {
-        return surface::snapped_point(frame, at, mode, radius);
+        return surface::snapped_point(frame, at, mode, radius, [&](CPoint point) { return point != hole; });
     };
     using enum surface::snap_mode;
     EXPECT_EQ(snapped({10, 10}, toMaximum, 3), (CPoint{12, 12})) << "the far column and row do not count";
@@ -49,6 +50,9 @@ TEST(Snapping, TiesGoAwayFromTheOriginOfTheImage)
     EXPECT_EQ(snapped({10, 10}, off, 3), (CPoint{10, 10}));
     samples[0] = -5;
     EXPECT_EQ(snapped({2, 2}, toMinimum, 1 << 30), (CPoint{0, 0}));
+    hole = {0, 0};
+    EXPECT_EQ(snapped({2, 2}, toMinimum, 3), (CPoint{4, 4})) << "what was not measured is no minimum";
+    EXPECT_EQ(snapped({0, 0}, toMinimum, 2), (CPoint{1, 1})) << "nor does the cursor stay on it";
 }
 
 TEST_F(CursorTest, WhatLiesAboveIsHitFirst)

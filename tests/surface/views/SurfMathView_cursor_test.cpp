@@ -97,8 +97,12 @@ TEST_F(SurfaceMouseTest, OtherViewsOfTheDocumentTakeTheSelectionOver)
     host.pump();
     ASSERT_EQ(app.frames().size(), 2u);
     auto& other = dynamic_cast<CSurfMathView&>(*app.frames()[1]->GetActiveView());
+    SurfaceTest::choose(other, 3); // a distance
+    SurfaceTest::draw(other, {2, 2}, {9, 9});
+    ASSERT_TRUE(other.getDrawn().measure.isVisible);
     choose(1);
     draw({5, 4}, {14, 9});
+    EXPECT_FALSE(other.getDrawn().measure.isVisible) << "its line is gone";
     EXPECT_EQ(other.getDrawn().mode, surface::cursor_mode::ellipse);
     EXPECT_EQ(other.getDrawn().region, view.getDrawn().region);
     view.setOption("SelectionSynchr", "false");

@@ -1,5 +1,6 @@
 // The fast drawing against its definition, bit for bit, and the definition against numbers by hand.
 #include "view/scale/render.h"
+#include "view/scale/render_step.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -268,6 +269,25 @@ TEST(Render, FailedAllocationsNameTheirPlace)
         EXPECT_THROW(draw_fast(source), std::runtime_error) << i;
     }
     view::set_temporary_allocator(nullptr);
+}
+
+TEST(RangeKeeper, LeavesOutWhatWasNotMeasured)
+{
+    const std::int16_t image[] = {1, 90, 3,  4, //
+                                  5, 80, 70, 8, //
+                                  9, 10, 11, 12};
+    const primitives::sample_run voids[] = {{1, 1}, {5, 2}};
+    const struct {
+        CRect part;
+        std::span<const primitives::sample_run> left;
+        primitives::height_range range;
+    } cases[] = {
+        {{0, 0, 4, 3}, voids, {1, 12}},
+        {{1, 0, 3, 2}, voids, {3, 3}},
+        {{1, 1, 3, 2}, voids, {70, 80}}, // nothing else
+        {{1, 0, 3, 2}, {}, {3, 90}},
+    };
+    for (const auto& each : cases) EXPECT_EQ(view::range_keeper().of(image, 4, each.part, each.left), each.range);
 }
 
 } // namespace

@@ -35,6 +35,11 @@ int raw_at(const measured_surface& surface, CPoint point)
     return surface.samples[std::ptrdiff_t{at.y} * surface.width + at.x];
 }
 
+bool is_height_measured(const measured_surface& surface, const selection_rect& drag)
+{
+    return is_measured(surface, drag.start()) && is_measured(surface, drag.end());
+}
+
 double position(const VLAxis& axis, int index, bool isAbsolute)
 {
     return index * axis.scale + (isAbsolute ? axis.start : 0.0);
@@ -61,7 +66,43 @@ std::string distance_text(const measured_surface& surface, const selection_rect&
     return base::formatted(string_resource(distanceText), r.value, r.units, dz.value, dz.units, z.value, z.units);
 }
 
+bool tells_height(const selection_state& drawn)
+{
+    return drawn.selectionActive && (drawn.mode == cursor_mode::section || drawn.mode == cursor_mode::distance);
+}
+
+/// What the pointer at a sample tells. Empty in modes that measure nothing.
+std::string figures_text(const measured_surface& surface, const selection_state& drawn, CPoint at)
+{
+    const readable_number z = readable_on(surface.z, raw_at(surface, at) * surface.z.scale + surface.z.start);
+    if (!drawn.selectionActive || drawn.mode == cursor_mode::isoline) return position_text(surface, at, z);
+    switch (drawn.mode) {
+    case cursor_mode::rectangle:
+    case cursor_mode::ellipse:
+        return size_text(surface, drawn.selection, z);
+    case cursor_mode::section:
+    case cursor_mode::distance:
+        return distance_text(surface, drawn.selection, z);
+    case cursor_mode::angle:
+        return base::formatted(string_resource(angleText), angle_between(surface, drawn.firstArm, drawn.selection),
+                               z.value, z.units);
+    case cursor_mode::lineProfile:
+    case cursor_mode::columnProfile:
+        return base::formatted(string_resource(lineText), at.x, z.value, z.units);
+    default:
+        return {};
+    }
+}
+
 } // namespace
+
+bool is_measured(const measured_surface& surface, CPoint point)
+{
+    const CPoint at = inside(surface, point);
+    const std::size_t index =
+        static_cast<std::size_t>(at.y) * static_cast<std::size_t>(surface.width) + static_cast<std::size_t>(at.x);
+    return primitives::runs_within(index, index + 1, surface.unmeasured).empty();
+}
 
 double drag_length(const measured_surface& surface, const selection_rect& drag)
 {
@@ -84,24 +125,13 @@ std::wstring status_text(const measured_surface& surface, const selection_state&
 {
     if (surface.isEmpty()) return {};
     const CPoint at = inside(surface, source);
-    const readable_number z = readable_on(surface.z, raw_at(surface, at) * surface.z.scale + surface.z.start);
-    if (!drawn.selectionActive || drawn.mode == cursor_mode::isoline) return base::widen(position_text(surface, at, z));
-    switch (drawn.mode) {
-    case cursor_mode::rectangle:
-    case cursor_mode::ellipse:
-        return base::widen(size_text(surface, drawn.selection, z));
-    case cursor_mode::section:
-    case cursor_mode::distance:
-        return base::widen(distance_text(surface, drawn.selection, z));
-    case cursor_mode::angle:
-        return base::widen(base::formatted(string_resource(angleText),
-                                           angle_between(surface, drawn.firstArm, drawn.selection), z.value, z.units));
-    case cursor_mode::lineProfile:
-    case cursor_mode::columnProfile:
-        return base::widen(base::formatted(string_resource(lineText), at.x, z.value, z.units));
-    default:
-        return {};
-    }
+    std::string text = figures_text(surface, drawn, at);
+    if (text.empty()) return {};
+    if (!is_measured(surface, at))
+        text += " (not measured)";
+    else if (tells_height(drawn) && !is_height_measured(surface, drawn.selection))
+        text += " (the start was not measured)";
+    return base::widen(text);
 }
 
 std::wstring distance_table_text(const measured_surface& surface, const selection_state& drawn)
@@ -109,8 +139,10 @@ std::wstring distance_table_text(const measured_surface& surface, const selectio
     std::string text;
     if (drawn.marks.empty())
         text = base::formatted("Distance, %s\tHeight, %s\r\n", surface.x.get_units(), surface.z.get_units());
-    text +=
-        base::formatted("%4G\t%4G\r\n", drag_length(surface, drawn.selection), drag_height(surface, drawn.selection));
+    const std::string height = is_height_measured(surface, drawn.selection)
+                                   ? base::formatted("%4G", drag_height(surface, drawn.selection))
+                                   : "not measured";
+    text += base::formatted("%4G\t%s\r\n", drag_length(surface, drawn.selection), height.c_str());
     return base::widen(text);
 }
 
