@@ -1,6 +1,7 @@
 #include "primitives/spline/uniform_spline.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstdint>
 
@@ -39,11 +40,11 @@ void uniform_spline::factorise()
     const auto count = static_cast<std::size_t>(coefficients());
     constexpr std::size_t band = 4;                      // the diagonal and three beside it
     std::vector<std::array<double, band>> normal(count); // [k][b] is element (k, k - b)
-    for (int s = 0; s < spans(); ++s)
-        for (int i = spanBegin(s); i < spanBegin(s + 1); ++i) {
-            const weights& w = weightsAt(i);
+    for (std::size_t s = 0; s + 1 < begins.size(); ++s)
+        for (int i = begins[s]; i < begins[s + 1]; ++i) {
+            const double* const w = weightsOf[static_cast<std::size_t>(i)].of;
             for (std::size_t k = 0; k < band; ++k)
-                for (std::size_t b = 0; b <= k; ++b) normal[static_cast<std::size_t>(s) + k][b] += w[k] * w[k - b];
+                for (std::size_t b = 0; b <= k; ++b) normal[s + k][b] += w[k] * w[k - b];
         }
     std::vector<double> diagonal(count);
     factors.resize(count);
@@ -68,27 +69,27 @@ void uniform_spline::factorise()
 void uniform_spline::fit(const double* row, double* out) const noexcept
 {
     const int count = coefficients();
+    const tables of = view();
     std::fill_n(out, count, 0.0);
-    for (int s = 0; s < spans(); ++s) {
-        weights sum{};
-        for (int i = spanBegin(s); i < spanBegin(s + 1); ++i)
-            for (std::size_t k = 0; k < sum.size(); ++k) sum[k] += row[i] * weightsAt(i)[k];
-        for (int k = 0; k < 4; ++k) out[s + k] += sum[static_cast<std::size_t>(k)];
+    for (int s = 0; s < of.spans; ++s) {
+        double sum[4] = {};
+        for (int i = of.begins[s]; i < of.begins[s + 1]; ++i)
+            for (int k = 0; k < 4; ++k) sum[k] += row[i] * of.weightsAt[i].of[k];
+        for (int k = 0; k < 4; ++k) out[s + k] += sum[k];
     }
     for (int k = 1; k < count; ++k)
-        for (int b = 1; b <= std::min(k, 3); ++b)
-            out[k] -= out[k - b] * factorAt(k).left[static_cast<std::size_t>(b - 1)];
-    for (int k = 0; k < count; ++k) out[k] *= factorAt(k).inverse;
+        for (int b = 1; b <= std::min(k, 3); ++b) out[k] -= out[k - b] * of.factors[k].left[b - 1];
+    for (int k = 0; k < count; ++k) out[k] *= of.factors[k].inverse;
     for (int k = count - 2; k >= 0; --k)
-        for (int b = 1; b <= std::min(count - 1 - k, 3); ++b)
-            out[k] -= out[k + b] * factorAt(k + b).left[static_cast<std::size_t>(b - 1)];
+        for (int b = 1; b <= std::min(count - 1 - k, 3); ++b) out[k] -= out[k + b] * of.factors[k + b].left[b - 1];
 }
 
 void uniform_spline::evaluate(const double* coefficient, double* row) const noexcept
 {
-    for (int s = 0; s < spans(); ++s, ++coefficient)
-        for (int i = spanBegin(s); i < spanBegin(s + 1); ++i) {
-            const weights& w = weightsAt(i);
+    const tables of = view();
+    for (int s = 0; s < of.spans; ++s, ++coefficient)
+        for (int i = of.begins[s]; i < of.begins[s + 1]; ++i) {
+            const double* const w = of.weightsAt[i].of;
             row[i] = (coefficient[0] * w[0] + coefficient[1] * w[1]) + (coefficient[2] * w[2] + coefficient[3] * w[3]);
         }
 }

@@ -1,7 +1,6 @@
 #pragma once
 #include "vldv_api.h"
 
-#include <array>
 #include <cstddef>
 #include <vector>
 
@@ -28,17 +27,22 @@ public:
     // What the two are made of, for those who work on several rows at once.
 
     /// What the coefficients of its span weigh at a sample.
-    using weights = std::array<double, 4>;
-    const weights& weightsAt(int sample) const noexcept { return weightsOf[static_cast<std::size_t>(sample)]; }
-    /// Samples spanBegin(s) … spanBegin(s + 1) - 1 lie in span s.
-    int spanBegin(int span) const noexcept { return begins[static_cast<std::size_t>(span)]; }
+    struct weights {
+        double of[4];
+    };
     /// A row of the factors L D L' of the normal matrix: D inverted, and L left of the diagonal, nearest first, with
     /// zeros outside of the matrix.
     struct factor {
-        double inverse = 0.0;
-        std::array<double, 3> left{};
+        double inverse;
+        double left[3];
     };
-    const factor& factorAt(int coefficient) const noexcept { return factors[static_cast<std::size_t>(coefficient)]; }
+    struct tables {
+        int samples, spans;
+        const weights* weightsAt; ///< of each sample
+        const int* begins;        ///< samples begins[s] … begins[s + 1] - 1 lie in span s
+        const factor* factors;    ///< of each coefficient
+    };
+    tables view() const noexcept { return {samples(), spans(), weightsOf.data(), begins.data(), factors.data()}; }
 
 private:
     void factorise();

@@ -6,7 +6,6 @@
 #include "curves/figures/force/force_packs.h"
 #include "curves/figures/physical.h"
 #include "document/fixtures.h"
-#include "primitives/cpu.h"
 
 #include <algorithm>
 #include <cmath>
@@ -200,12 +199,6 @@ TEST(ForceMap, TellsItsProgressAndSurvivesOddVolumes)
 
 TEST(ForcePacks, MarkTheSameStepsInEachForm)
 {
-    using form = void (*)(const curves::pack_source&, const curves::pack_thresholds&, curves::pack_work&) noexcept;
-    std::vector<form> forms{curves::mark_steps_plain, curves::mark_steps};
-#if defined(__x86_64__)
-    if (primitives::has_avx2()) forms.push_back(curves::mark_steps_avx2);
-    if (primitives::has_avx512()) forms.push_back(curves::mark_steps_avx512);
-#endif
     const curves::pack_thresholds thresholds{0.7, 1.5};
     for (const int n : {8, 9, 15, 63, 64, 65, 129, 256, 257, 320, 777, 1024}) {
         std::vector<std::int16_t> samples = force_curves(curves::packLanes, n);
@@ -213,9 +206,9 @@ TEST(ForcePacks, MarkTheSameStepsInEachForm)
         const curves::curve_smoother smoother(n);
         curves::pack_source source{{}, 0.37, 12.5};
         for (int lane = 0; lane < curves::packLanes; ++lane) source.curves[lane] = samples.data() + lane * n;
-        for (const form each : forms) {
+        for (const curves::pack_form each : curves::available_pack_forms()) {
             curves::pack_work work(smoother);
-            each(source, thresholds, work);
+            curves::mark_steps(source, thresholds, work, each);
             for (int lane = 0; lane < curves::packLanes; ++lane) {
                 const std::vector<double> y = curves::physical_values(
                     {source.curves[lane], static_cast<std::size_t>(n)}, VLAxis(source.start, source.scale, ""));

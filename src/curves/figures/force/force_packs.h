@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 /// The search of `find_stretches` in several curves side by side, one a lane of a vector. Bit for bit what one curve by
@@ -40,14 +41,26 @@ private:
     std::vector<double> block;
 };
 
-/// Fills `steep` and `flat` of all lanes, in the best form that the machine has.
-void mark_steps(const pack_source& source, const pack_thresholds& thresholds, pack_work& work) noexcept;
+/// What the kernels see of a pack.
+struct pack_step {
+    pack_source source;
+    pack_thresholds thresholds;
+    int samples, reach; ///< as those of the smoother
+    primitives::uniform_spline::tables spline;
+    double *steps, *shortPart, *coefficients;
+    std::uint64_t *steep, *flat;
+};
+using pack_form = void (*)(const pack_step& step) noexcept;
+/// The search for each instruction set that this processor has, the plain one first and the widest last.
+std::span<const pack_form> available_pack_forms() noexcept;
 
-// The forms; only to be called where the processor has them.
-void mark_steps_plain(const pack_source& source, const pack_thresholds& thresholds, pack_work& work) noexcept;
-#if defined(__x86_64__)
-void mark_steps_avx2(const pack_source& source, const pack_thresholds& thresholds, pack_work& work) noexcept;
-void mark_steps_avx512(const pack_source& source, const pack_thresholds& thresholds, pack_work& work) noexcept;
-#endif
+/// Fills `steep` and `flat` of all lanes.
+void mark_steps(const pack_source& source, const pack_thresholds& thresholds, pack_work& work,
+                pack_form form = available_pack_forms().back()) noexcept;
+
+// Of one instruction set each; the others are only to be called where the processor has it.
+void mark_steps_plain(const pack_step& step) noexcept;
+void mark_steps_avx2(const pack_step& step) noexcept;
+void mark_steps_avx512(const pack_step& step) noexcept;
 
 } // namespace vldv::curves

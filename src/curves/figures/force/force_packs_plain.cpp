@@ -1,0 +1,8 @@
+#define VLDV_VECTOR_BYTES 16
+#include "curves/figures/force/force_packs_kernel.h"
+
+namespace vldv::curves {
+
+void mark_steps_plain(const pack_step& step) noexcept { run_pack_step(step); }
+
+} // namespace vldv::curves
