@@ -79,11 +79,11 @@ void draw_avx2(std::span<const std::int16_t> samples, std::uint8_t* pixels)
     const primitives::kernel_table& avx2 = sets[std::min<std::size_t>(1, sets.size() - 1)];
     static const primitives::color_lookup colors = view::make_lookup(view::built_in_palette(3), false);
     static std::uint8_t bytes[side];
-    const primitives::height_range range = avx2.find_range(samples.data(), samples.size());
+    const primitives::height_range range = avx2.findRange(samples.data(), samples.size());
     const primitives::byte_window window{static_cast<float>(range.minimum), static_cast<float>(range.maximum)};
     for (; !samples.empty(); samples = samples.subspan(side), pixels += 4 * side) {
-        avx2.map_heights(samples.data(), side, window, bytes);
-        avx2.paint_32(bytes, side, colors, pixels);
+        avx2.mapHeights(samples.data(), side, window, bytes);
+        avx2.paint32(bytes, side, colors, pixels);
     }
 }
 

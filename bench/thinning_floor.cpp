@@ -91,7 +91,7 @@ int thinning_steps(std::span<const std::uint8_t> mask, int side)
     int last = 0, steps = 0;
     for (; steps < last + 2; ++steps) {
         std::fill(awake.begin(), awake.end(), ~0u / 2);
-        if (kernels().thinning_step({work, scratch.data(), awake.data(), static_cast<std::uint32_t>(steps) + 1}))
+        if (kernels().thinningStep({work, scratch.data(), awake.data(), static_cast<std::uint32_t>(steps) + 1}))
             last = steps + 1;
     }
     return steps;

@@ -30,7 +30,7 @@ void transform_columns(const image_step<Number>& step, int number, Number* space
 }
 
 template <class Number>
-constexpr tile_kernels<Number> kernels_of_set{transform_rows<Number>, transform_columns<Number>};
+constexpr tile_kernels<Number> kernelsOfSet{transform_rows<Number>, transform_columns<Number>};
 
 } // namespace
 } // namespace vldv::primitives::fft

@@ -7,7 +7,7 @@
 
 namespace vldv::primitives {
 
-row_sums sum_row(std::span<const std::int16_t> row) noexcept { return kernels().sum_row(row.data(), row.size()); }
+row_sums sum_row(std::span<const std::int16_t> row) noexcept { return kernels().sumRow(row.data(), row.size()); }
 
 row_sums sum_row_reference(std::span<const std::int16_t> row) noexcept
 {
@@ -37,7 +37,7 @@ flattened_range flatten_row(std::span<const std::int16_t> row, float* out, const
     const row_sums sums = sum_row(row);
     const fitted_line line =
         fit_line(static_cast<double>(sums.sum), static_cast<double>(sums.moment), static_cast<int>(row.size()));
-    return kernels().take_line(row.data(), row.size(), line, out, soon);
+    return kernels().takeLine(row.data(), row.size(), line, out, soon);
 }
 
 } // namespace vldv::primitives

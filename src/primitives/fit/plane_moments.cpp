@@ -35,7 +35,7 @@ double slope_of(std::int64_t sum, wide_int moment, std::int64_t length, std::int
 void add_powers(power_sums& total, std::span<const std::int16_t> row, double offset, double slope) noexcept
 {
     power_sums sums;
-    std::size_t i = kernels().add_powers(sums, row.data(), row.size(), offset, slope);
+    std::size_t i = kernels().addPowers(sums, row.data(), row.size(), offset, slope);
     for (; i < row.size(); ++i) {
         const double z = row[i] - (offset + slope * static_cast<double>(i)), square = z * z;
         sums.second += square;

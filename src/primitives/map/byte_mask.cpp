@@ -23,12 +23,12 @@ void keep_bytes_reference(const std::uint64_t* words, std::size_t stride, std::u
 
 void pack_bytes(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept
 {
-    kernels().pack_bytes(bytes, width, words, stride);
+    kernels().packBytes(bytes, width, words, stride);
 }
 
 void keep_bytes(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept
 {
-    kernels().keep_bytes(words, stride, bytes, width);
+    kernels().keepBytes(words, stride, bytes, width);
 }
 
 } // namespace vldv::primitives

@@ -18,7 +18,7 @@ std::uint8_t mapped_byte(float value, byte_window window) noexcept
 void map_heights(std::span<const std::int16_t> heights, byte_window window, std::uint8_t* out) noexcept
 {
     if (window.isOpen())
-        kernels().map_heights(heights.data(), heights.size(), window, out);
+        kernels().mapHeights(heights.data(), heights.size(), window, out);
     else
         std::fill_n(out, heights.size(), std::uint8_t{0});
 }
@@ -26,7 +26,7 @@ void map_heights(std::span<const std::int16_t> heights, byte_window window, std:
 void map_floats(std::span<const float> values, byte_window window, std::uint8_t* out) noexcept
 {
     if (window.isOpen())
-        kernels().map_floats(values.data(), values.size(), window, out);
+        kernels().mapFloats(values.data(), values.size(), window, out);
     else
         std::fill_n(out, values.size(), std::uint8_t{0});
 }
@@ -49,7 +49,7 @@ void paint_32_reference(std::span<const std::uint8_t> bytes, const color_lookup&
 
 void paint_32(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept
 {
-    kernels().paint_32(bytes.data(), bytes.size(), colors, out);
+    kernels().paint32(bytes.data(), bytes.size(), colors, out);
 }
 
 void paint_24_reference(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept
@@ -64,7 +64,7 @@ void paint_24_reference(std::span<const std::uint8_t> bytes, const color_lookup&
 
 void paint_24(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept
 {
-    kernels().paint_24(bytes.data(), bytes.size(), colors, out);
+    kernels().paint24(bytes.data(), bytes.size(), colors, out);
 }
 
 } // namespace vldv::primitives

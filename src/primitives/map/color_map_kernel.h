@@ -43,17 +43,17 @@ template <class Sample>
 void map_samples(const Sample* samples, std::size_t count, byte_window window, std::uint8_t* out) noexcept
 {
     constexpr std::size_t lanes = wide<float>, block = 4 * lanes;
-    const auto map_block = [window](const Sample* from) {
+    const auto mapBlock = [window](const Sample* from) {
         const auto part = [&](std::size_t k) { return scaled(load_numbers(from + k * lanes), window); };
         return rounded_bytes(part(0), part(1), part(2), part(3));
     };
     std::size_t i = 0;
-    for (; i + block <= count; i += block) store(out + i, map_block(samples + i));
+    for (; i + block <= count; i += block) store(out + i, mapBlock(samples + i));
     if (i == count) return;
-    if (count > block) return store(out + count - block, map_block(samples + count - block)); // some of them again
+    if (count > block) return store(out + count - block, mapBlock(samples + count - block)); // some of them again
     Sample few[block] = {};
     std::memcpy(few, samples, count * sizeof(Sample));
-    const auto bytes = map_block(few);
+    const auto bytes = mapBlock(few);
     std::memcpy(out, &bytes, count);
 }
 

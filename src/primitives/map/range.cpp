@@ -18,7 +18,7 @@ height_range find_range_reference(std::span<const std::int16_t> heights) noexcep
 
 height_range find_range(std::span<const std::int16_t> heights) noexcept
 {
-    return kernels().find_range(heights.data(), heights.size());
+    return kernels().findRange(heights.data(), heights.size());
 }
 
 } // namespace vldv::primitives

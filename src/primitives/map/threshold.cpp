@@ -21,7 +21,7 @@ void threshold_row_reference(std::span<const std::int16_t> heights, std::int16_t
 
 void threshold_row(std::span<const std::int16_t> heights, std::int16_t threshold, std::uint64_t* bits) noexcept
 {
-    kernels().threshold_row(heights.data(), heights.size(), threshold, bits);
+    kernels().thresholdRow(heights.data(), heights.size(), threshold, bits);
 }
 
 run_sums sum_run_reference(std::span<const std::int16_t> heights) noexcept
@@ -33,7 +33,7 @@ run_sums sum_run_reference(std::span<const std::int16_t> heights) noexcept
 
 run_sums sum_run(std::span<const std::int16_t> heights) noexcept
 {
-    return kernels().sum_run(heights.data(), heights.size());
+    return kernels().sumRun(heights.data(), heights.size());
 }
 
 } // namespace vldv::primitives

@@ -58,7 +58,7 @@ void thinner::thin(bit_strips& mask)
     scratch.resize(thinning_step::scratchWords(mask));
     std::uint32_t lastChange = 0;
     for (std::uint32_t number = 1; number <= lastChange + 2; ++number)
-        if (kernels().thinning_step({mask, scratch.data(), awake.data(), number})) lastChange = number;
+        if (kernels().thinningStep({mask, scratch.data(), awake.data(), number})) lastChange = number;
     while (takeCorners(mask)) {}
 }
 

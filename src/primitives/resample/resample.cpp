@@ -138,7 +138,7 @@ struct mean_factors {
 
 void write_means(std::span<const std::int32_t> sums, const mean_factors& factors, std::int16_t* out) noexcept
 {
-    std::size_t i = kernels().write_means(sums.data(), sums.size(), factors.share.data(), factors.shift.data(), out);
+    std::size_t i = kernels().writeMeans(sums.data(), sums.size(), factors.share.data(), factors.shift.data(), out);
     for (; i < sums.size(); ++i) out[i] = factors.mean(sums[i], i);
 }
 void write_means(std::span<const std::int64_t> sums, const mean_factors& factors, std::int16_t* out) noexcept
@@ -169,7 +169,7 @@ height_range shrink(const_height_block source, height_block target, const side_m
         std::ranges::fill(sums, Sum{0});
         for (int done = 0; done < taken.height; done += mostRows) {
             range.include(
-                kernels().add_rows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data()));
+                kernels().addRows(taken.rows(done, std::min(mostRows, taken.height - done)), columnSums.data()));
             add_columns(columnSums.data(), columns, row_fetcher(next), sums.data());
         }
         write_means(std::span<const Sum>(sums), factors[taken.height > rows.least], target.row(static_cast<int>(y)));

@@ -19,40 +19,40 @@ namespace vldv::primitives {
 struct kernel_table {
     const char* name; ///< of the instruction set
 
-    height_range (*find_range)(const std::int16_t* heights, std::size_t count) noexcept;
+    height_range (*findRange)(const std::int16_t* heights, std::size_t count) noexcept;
 
-    void (*threshold_row)(const std::int16_t* heights, std::size_t count, std::int16_t threshold,
-                          std::uint64_t* bits) noexcept;
-    run_sums (*sum_run)(const std::int16_t* heights, std::size_t count) noexcept;
+    void (*thresholdRow)(const std::int16_t* heights, std::size_t count, std::int16_t threshold,
+                         std::uint64_t* bits) noexcept;
+    run_sums (*sumRun)(const std::int16_t* heights, std::size_t count) noexcept;
 
-    void (*pack_bytes)(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept;
-    void (*keep_bytes)(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
+    void (*packBytes)(const std::uint8_t* bytes, int width, std::uint64_t* words, std::size_t stride) noexcept;
+    void (*keepBytes)(const std::uint64_t* words, std::size_t stride, std::uint8_t* bytes, int width) noexcept;
 
     /// The window must be open.
-    void (*map_heights)(const std::int16_t* heights, std::size_t count, byte_window window, std::uint8_t* out) noexcept;
-    void (*map_floats)(const float* values, std::size_t count, byte_window window, std::uint8_t* out) noexcept;
-    void (*paint_32)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
-                     std::uint8_t* out) noexcept;
-    void (*paint_24)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
-                     std::uint8_t* out) noexcept;
+    void (*mapHeights)(const std::int16_t* heights, std::size_t count, byte_window window, std::uint8_t* out) noexcept;
+    void (*mapFloats)(const float* values, std::size_t count, byte_window window, std::uint8_t* out) noexcept;
+    void (*paint32)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
+                    std::uint8_t* out) noexcept;
+    void (*paint24)(const std::uint8_t* bytes, std::size_t count, const color_lookup& colors,
+                    std::uint8_t* out) noexcept;
 
-    row_sums (*sum_row)(const std::int16_t* row, std::size_t count) noexcept;
+    row_sums (*sumRow)(const std::int16_t* row, std::size_t count) noexcept;
     /// What is left of a row without the line, which is not empty; the rest as `flatten_row`.
-    flattened_range (*take_line)(const std::int16_t* row, std::size_t count, fitted_line line, float* out,
-                                 const void* soon) noexcept;
+    flattened_range (*takeLine)(const std::int16_t* row, std::size_t count, fitted_line line, float* out,
+                                const void* soon) noexcept;
     /// Adds the powers of a row without the line offset + slope * column, for as many as fill sixteen lanes. Every set
     /// gives the same bits. \return how many that were
-    std::size_t (*add_powers)(power_sums& total, const std::int16_t* row, std::size_t count, double offset,
-                              double slope) noexcept;
+    std::size_t (*addPowers)(power_sums& total, const std::int16_t* row, std::size_t count, double offset,
+                             double slope) noexcept;
 
     /// Sums of at most 65535 rows, column by column. \return the range of the rows
-    height_range (*add_rows)(const_height_block rows, std::int32_t* sums) noexcept;
+    height_range (*addRows)(const_height_block rows, std::int32_t* sums) noexcept;
     /// int(sum * share + shift) - 32768 for as many as fill whole registers. \return how many that were
-    std::size_t (*write_means)(const std::int32_t* sums, std::size_t count, const double* share, const double* shift,
-                               std::int16_t* out) noexcept;
+    std::size_t (*writeMeans)(const std::int32_t* sums, std::size_t count, const double* share, const double* shift,
+                              std::int16_t* out) noexcept;
 
     /// \return whether something was taken away
-    bool (*thinning_step)(const primitives::thinning_step& step) noexcept;
+    bool (*thinningStep)(const primitives::thinning_step& step) noexcept;
 
     fft::tile_kernels<float> floatTransforms;
     fft::tile_kernels<double> doubleTransforms;

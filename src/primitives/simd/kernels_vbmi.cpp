@@ -9,8 +9,8 @@ kernel_table vbmi_kernels() noexcept
 {
     kernel_table all = avx512_kernels();
     all.name = "AVX-512 VBMI";
-    all.paint_32 = simd::paint_32;
-    all.paint_24 = simd::paint_24;
+    all.paint32 = simd::paint_32;
+    all.paint24 = simd::paint_24;
     return all;
 }
 

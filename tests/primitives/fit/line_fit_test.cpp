@@ -64,10 +64,10 @@ std::vector<std::vector<std::int16_t>> rows_of(std::size_t width)
 primitives::flattened_range flatten(const primitives::kernel_table& set, const std::vector<std::int16_t>& row,
                                     float* out)
 {
-    const primitives::row_sums sums = set.sum_row(row.data(), row.size());
+    const primitives::row_sums sums = set.sumRow(row.data(), row.size());
     const auto line = primitives::fit_line(static_cast<double>(sums.sum), static_cast<double>(sums.moment),
                                            static_cast<int>(row.size()));
-    return set.take_line(row.data(), row.size(), line, out, row.data());
+    return set.takeLine(row.data(), row.size(), line, out, row.data());
 }
 
 void expect_definition(std::size_t width)
@@ -78,7 +78,7 @@ void expect_definition(std::size_t width)
         const auto [low, high] = std::minmax_element(expected.begin(), expected.end());
         const primitives::row_sums exact = primitives::sum_row_reference(row);
         for (const primitives::kernel_table& set : primitives::available_kernels()) {
-            const primitives::row_sums sums = set.sum_row(row.data(), row.size());
+            const primitives::row_sums sums = set.sumRow(row.data(), row.size());
             ASSERT_EQ(std::pair(sums.sum, sums.moment), std::pair(exact.sum, exact.moment)) << set.name << ' ' << width;
             std::vector<float> found(width + 1, 12345.0f);
             const primitives::flattened_range range = flatten(set, row, found.data());

@@ -75,7 +75,7 @@ TEST(PlaneMoments, EveryFormGivesTheSameBits)
 {
     const std::vector<std::int16_t> all = noise(700);
     using namespace primitives;
-    for (const auto& form : forms_of(&kernel_table::add_powers))
+    for (const auto& form : forms_of(&kernel_table::addPowers))
         for (const std::size_t shift : {0u, 1u, 5u})
             for (std::size_t length = 0; length < 600; length += length < 70 ? 1 : 37) {
                 const std::span<const std::int16_t> row(all.data() + shift, length);

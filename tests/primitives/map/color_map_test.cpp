@@ -51,7 +51,7 @@ TEST(MapHeights, EqualsExactArithmeticWithinSixteenBits)
     const std::pair<int, int> windows[] = {
         {-32768, 32767}, {-32768, 32766}, {0, 1},           {-1, 1},        {-255, 255},     {-10, 500},   {100, 355},
         {-3000, 41},     {17, 30011},     {-32768, -32767}, {32766, 32767}, {-20000, 20480}, {-32767, -5}, {0, 32640}};
-    for (const auto& form : forms_of(&primitives::kernel_table::map_heights))
+    for (const auto& form : forms_of(&primitives::kernel_table::mapHeights))
         for (const auto& [low, high] : windows) {
             form.run(heights.data(), heights.size(), {static_cast<float>(low), static_cast<float>(high)}, bytes.data());
             for (std::size_t i = 0; i < heights.size(); ++i)
@@ -67,7 +67,7 @@ TEST(MapHeights, EqualsTheDefinitionInWindowsFarOffAndWide)
     const byte_window windows[] = {
         {-2147483648.0f, 2147483648.0f}, {-8388608.0f, 100.0f}, {-40000.0f, 40001.0f},       {32768.0f, 90000.0f},
         {-90000.0f, -32768.0f},          {0.0f, 16777215.0f},   {-12345678.0f, 12345679.0f}, {-100.0f, 2147483648.0f}};
-    for (const auto& form : forms_of(&primitives::kernel_table::map_heights))
+    for (const auto& form : forms_of(&primitives::kernel_table::mapHeights))
         for (const byte_window window : windows) {
             form.run(heights.data(), heights.size(), window, bytes.data());
             for (std::size_t i = 0; i < heights.size(); ++i)
@@ -80,7 +80,7 @@ TEST(MapHeights, WritesNothingPastItsEnd)
 {
     const auto heights = every_height();
     const byte_window window{-30000.0f, 30000.0f};
-    for (const auto& form : forms_of(&primitives::kernel_table::map_heights))
+    for (const auto& form : forms_of(&primitives::kernel_table::mapHeights))
         for (std::size_t offset = 0; offset < 3; ++offset)
             for (std::size_t length = 0; length <= 140; ++length) {
                 std::vector<std::uint8_t> bytes(length + 1, 77);
@@ -101,7 +101,7 @@ TEST(MapFloats, EqualsTheDefinition)
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
     std::vector<std::uint8_t> bytes(values.size() + 1, 77);
     for (const byte_window window : {byte_window{*low, *high}, byte_window{-0.5f, 0.5f}, byte_window{-1e-30f, 1e-30f}})
-        for (const auto& form : forms_of(&primitives::kernel_table::map_floats)) {
+        for (const auto& form : forms_of(&primitives::kernel_table::mapFloats)) {
             form.run(values.data(), values.size(), window, bytes.data());
             for (std::size_t i = 0; i < values.size(); ++i)
                 ASSERT_EQ(bytes[i], primitives::mapped_byte(values[i], window)) << form.name << ' ' << values[i];
@@ -163,14 +163,14 @@ TEST_F(Paint, WritesThreeOfFourBytes)
 {
     painter* reference = [](const std::uint8_t* from, std::size_t count, const primitives::color_lookup& of,
                             std::uint8_t* out) noexcept { primitives::paint_32_reference({from, count}, of, out); };
-    expect_pixels(forms_of(&primitives::kernel_table::paint_32, reference), 4);
+    expect_pixels(forms_of(&primitives::kernel_table::paint32, reference), 4);
 }
 
 TEST_F(Paint, WritesThreeBytesAndNotOneMore)
 {
     painter* reference = [](const std::uint8_t* from, std::size_t count, const primitives::color_lookup& of,
                             std::uint8_t* out) noexcept { primitives::paint_24_reference({from, count}, of, out); };
-    expect_pixels(forms_of(&primitives::kernel_table::paint_24, reference), 3);
+    expect_pixels(forms_of(&primitives::kernel_table::paint24, reference), 3);
 }
 
 } // namespace

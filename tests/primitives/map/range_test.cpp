@@ -12,7 +12,7 @@ using primitives::height_range;
 TEST(FindRange, TakesExtremesAtEveryPlaceOfEveryLengthAndAlignment)
 {
     constexpr std::size_t longest = 300; // past two rounds of the widest form, 128 samples each
-    for (const auto& form : forms_of(&primitives::kernel_table::find_range))
+    for (const auto& form : forms_of(&primitives::kernel_table::findRange))
         for (std::size_t offset = 0; offset < 32; offset += offset < 4 ? 1 : 7)
             for (std::size_t length = 1; length <= longest; ++length) {
                 // Outside lie wilder values, so that one read too many shows.
@@ -39,7 +39,7 @@ TEST(FindRange, EqualsTheDefinition)
     for (std::int16_t& v : heights) v = static_cast<std::int16_t>(random());
     heights[137] = -32768;
     heights[611] = 32767;
-    for (const auto& form : forms_of(&primitives::kernel_table::find_range))
+    for (const auto& form : forms_of(&primitives::kernel_table::findRange))
         for (std::size_t length = 0; length <= heights.size(); ++length) {
             const auto part = std::span<const std::int16_t>(heights).first(length);
             ASSERT_EQ(form.run(part.data(), part.size()), primitives::find_range_reference(part))
@@ -49,7 +49,7 @@ TEST(FindRange, EqualsTheDefinition)
 
 TEST(FindRange, IsEmptyForNothing)
 {
-    for (const auto& form : forms_of(&primitives::kernel_table::find_range))
+    for (const auto& form : forms_of(&primitives::kernel_table::findRange))
         EXPECT_EQ(form.run(nullptr, 0), (height_range{32767, -32768})) << form.name;
 }
 

@@ -26,7 +26,7 @@ TEST(Threshold, EveryFormTakesWhatIsStrictlyAbove)
                               std::uint64_t* bits) noexcept {
         primitives::threshold_row_reference({row, count}, threshold, bits);
     };
-    for (const auto& form : forms_of(&primitives::kernel_table::threshold_row, reference))
+    for (const auto& form : forms_of(&primitives::kernel_table::thresholdRow, reference))
         for (std::size_t offset = 0; offset < 33; offset += 3)
             for (std::size_t count = 0; count < 260; count += count < 70 ? 1 : 19) {
                 const std::span row(all.data() + offset, count);
@@ -47,7 +47,7 @@ TEST(RunSums, EveryFormEqualsThePlainOne)
     const auto reference = [](const std::int16_t* run, std::size_t count) noexcept {
         return primitives::sum_run_reference({run, count});
     };
-    for (const auto& form : forms_of(&primitives::kernel_table::sum_run, reference))
+    for (const auto& form : forms_of(&primitives::kernel_table::sumRun, reference))
         for (std::size_t offset = 0; offset < 100; offset += 9)
             for (std::size_t count = 0; count < 140; ++count) {
                 const std::span run(all.data() + offset, count);

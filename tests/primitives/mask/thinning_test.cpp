@@ -189,7 +189,7 @@ TEST(Thinning, AStepTakesInEveryFormWhatTheRuleTakes)
     for (int y = 0; y < 77; ++y)
         for (int x = 0; x < 300; ++x)
             if (random() % 7 != 0) mask.set(y, x, x + 1);
-    for (const auto& form : forms_of(&primitives::kernel_table::thinning_step))
+    for (const auto& form : forms_of(&primitives::kernel_table::thinningStep))
         for (const std::uint32_t number : {1u, 2u}) {
             primitives::bit_strips out = mask;
             std::vector<std::uint32_t> awake(static_cast<std::size_t>((mask.strips() + 2) * (mask.tilesOfStrip() + 2)),
@@ -219,8 +219,8 @@ TEST(ByteMask, EveryFormPacksAndKeeps)
     std::mt19937 random(9);
     std::vector<std::uint8_t> bytes(300);
     for (std::uint8_t& each : bytes) each = random() % 3 == 0 ? 0 : static_cast<std::uint8_t>(random());
-    const auto packers = forms_of(&primitives::kernel_table::pack_bytes, primitives::pack_bytes_reference);
-    const auto keepers = forms_of(&primitives::kernel_table::keep_bytes, primitives::keep_bytes_reference);
+    const auto packers = forms_of(&primitives::kernel_table::packBytes, primitives::pack_bytes_reference);
+    const auto keepers = forms_of(&primitives::kernel_table::keepBytes, primitives::keep_bytes_reference);
     for (int width = 0; width < 290; ++width) {
         for (const auto& form : packers) {
             std::uint64_t words[15] = {};

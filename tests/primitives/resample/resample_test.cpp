@@ -79,7 +79,7 @@ TEST(Resample, EqualsItsDefinitionInEveryBit)
 
 TEST(Resample, EveryFormOfItsStepsIsExact)
 {
-    for (const auto& form : forms_of(&primitives::kernel_table::add_rows))
+    for (const auto& form : forms_of(&primitives::kernel_table::addRows))
         for (int width = 1; width < 140; ++width)
             for (const int height : {1, 2, 3, 7, 64}) {
                 const samples image = noise(width + 3, height);
@@ -93,7 +93,7 @@ TEST(Resample, EveryFormOfItsStepsIsExact)
                 ASSERT_EQ(sums, expected) << form.name << ": " << width << " x " << height;
                 ASSERT_EQ(range, range_of(rows)) << form.name << ": " << width << " x " << height;
             }
-    for (const auto& form : forms_of(&primitives::kernel_table::write_means))
+    for (const auto& form : forms_of(&primitives::kernel_table::writeMeans))
         for (const int count : {1, 2, 3, 25, 65535}) {
             // Means at, just below and just above every half, and at both ends.
             std::vector<std::int32_t> sums;
