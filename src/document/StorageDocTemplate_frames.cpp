@@ -53,12 +53,21 @@ bool is_quick_view(const CView* view)
     return bound && bound->isQuickView();
 }
 
+/// Surfaces are drawn from signed integers of 16 bits alone, to which every reader brings them.
+bool holds_undrawn_type(const SPMDataStream& stream)
+{
+    return stream.get_dimensions_number() == 2 && stream.array_type() != SPM_ARRAY_INT16;
+}
+
 /// "image 2 (Force) has 3 dimensions, which no view shows"
 std::string unshown_text(const CStorageDoc& document, unsigned image, const char* who)
 {
     const SPMDataStream& stream = document.getImage(image);
     const unsigned count = stream.get_dimensions_number();
     const char* const name = *stream.get_description() ? stream.get_description() : stream.get_name();
+    if (holds_undrawn_type(stream))
+        return base::formatted("image %u (%s) holds other samples than integers of 16 bits, which %s", image, name,
+                               who);
     return base::formatted("image %u (%s) has %u dimension%s, which %s", image, name, count, count == 1 ? "" : "s",
                            who);
 }
@@ -88,7 +97,9 @@ void tell_nothing_shown(const wchar_t* path, const CStorageDoc* document, const 
 
 CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(const CStorageDoc& document) const
 {
-    const unsigned count = document.getImage(openingImage).get_dimensions_number();
+    const SPMDataStream& stream = document.getImage(openingImage);
+    const unsigned count = stream.get_dimensions_number();
+    if (holds_undrawn_type(stream)) return {};
     if (count == 1 && measuring_image(document, openingImage)) return {"CParametricCurveView", parametricFrame};
     return viewFor(count);
 }

@@ -22,7 +22,7 @@ void add_one_frame(CLI::App& command, frame& which)
 
 std::string refuse_no_heights(const CStorageDoc& document, unsigned image)
 {
-    if (document.getImage(image).array_type() != SPM_ARRAY_INT16) return "its samples are not 16-bit";
+    if (document.getImage(image).array_type() != SPM_ARRAY_INT16) return "its samples are not signed integers of 16 bits";
     return document.getSubImageLength(image) == 0 || !document.isImageOk(image) ? "it has no samples" : "";
 }
 

@@ -194,6 +194,10 @@ TEST_F(ImageViewTest, FailuresOfOpeningShowTheirTexts)
                                         ": image 0 (Height) has 0 dimensions, which no view shows\n" +
                                         "Failed to create empty document.")
         << "the reason first";
+    SPMDataStream wide = stream_of("wide", {3, 2});
+    wide.convert_stream(SPM_ARRAY_FLOAT32);
+    EXPECT_EQ(open({wide}), nullptr) << "an empty picture would say nothing";
+    EXPECT_NE(host.messages.back().find("holds other samples than integers of 16 bits"), std::string::npos);
     EXPECT_TRUE(surfaces.documents().empty());
 }
 
