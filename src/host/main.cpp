@@ -99,6 +99,8 @@ int main(int count, char** arguments)
     if (!host::restore_places(window, profile)) window.resize(usualSize.boundedTo(window.screen()->availableSize()));
     window.show();
     host::fit_to_screen(window);
+    constexpr int untilFramed = 300; // milliseconds: a window manager tells of its frame when the window is up
+    QTimer::singleShot(untilFramed, &window, [&window] { host::fit_to_screen(window); });
     const auto keep = [&window, &profile] {
         host::keep_places(window, profile);
         profile.flush();

@@ -80,9 +80,12 @@ void CVariableDialog::placeAll()
         });
     }
     leastSize = QSize(all.right() + all.left() + 1, all.bottom() + all.top() + 1);
-    setMinimumSize(leastSize);
+    // On a screen that is smaller than the layout the grid gives way to the buttons.
+    constexpr double shareOfScreen = 0.85;
+    const QSize fitting = screen()->availableSize() * shareOfScreen;
+    setMinimumSize(leastSize.boundedTo(fitting));
     fitColumns();
-    resize(leastSize + roomForRows());
+    resize((leastSize + roomForRows()).boundedTo(fitting));
     resizeEvent(nullptr); // the toolkit's own comes when the window is shown
 }
 
