@@ -41,7 +41,7 @@ void copy_texts(TIFF* tiff, std::map<std::string, std::string>& strings)
     };
     for (const auto& [tag, name] : texts) {
         const char* text = nullptr;
-        if (TIFFGetField(tiff, tag, &text) && text && *text) strings[name] = base::valid_utf8(text);
+        if (libtiff().getField(tiff, tag, &text) && text && *text) strings[name] = base::valid_utf8(text);
     }
 }
 
@@ -58,15 +58,15 @@ void add_texts(TIFF* tiff, unsigned page, recording& out)
 bool has_link(tiff_file& file)
 {
     TIFF* tiff = file.handle();
-    const bool isBig = TIFFIsBigTIFF(tiff) != 0;
+    const bool isBig = libtiff().isBigTiff(tiff) != 0;
     const std::uint64_t countBytes = isBig ? 8 : 2, entryBytes = isBig ? 20 : 12, linkBytes = isBig ? 8 : 4;
     std::byte count[8]{};
-    const std::uint64_t at = TIFFCurrentDirOffset(tiff);
+    const std::uint64_t at = libtiff().currentDirectoryOffset(tiff);
     if (!file.bytes().read(at, std::span(count).first(countBytes))) return false;
     std::uint64_t entries = 0;
     for (std::uint64_t i = 0; i < countBytes; ++i) {
         const std::uint64_t byte = std::to_integer<std::uint64_t>(count[i]);
-        entries |= byte << 8 * (TIFFIsBigEndian(tiff) ? countBytes - 1 - i : i);
+        entries |= byte << 8 * (libtiff().isBigEndian(tiff) ? countBytes - 1 - i : i);
     }
     const std::uint64_t room = file.bytes().size() - at;
     return entries <= room / entryBytes && countBytes + entries * entryBytes + linkBytes <= room;
@@ -92,7 +92,7 @@ base::read_result<recording> read_tiff(source& source_)
     tiff_file file(source_, budget.coded);
     TIFF* tiff = file.handle();
     if (!tiff) return base::read_error{0, "TIFF: " + complaint_or(file, "not a TIFF file")};
-    const unsigned pages = std::max<unsigned>(TIFFNumberOfDirectories(tiff), 1);
+    const unsigned pages = std::max<unsigned>(libtiff().numberOfDirectories(tiff), 1);
     recording result;
     std::vector<std::string> used;
     left_out missing;
@@ -118,9 +118,9 @@ base::read_result<recording> read_tiff(source& source_)
             missing.add({file.bytes().size(), "the list of pages is cut short"});
             break;
         }
-        if (TIFFLastDirectory(tiff)) break;
+        if (libtiff().isLastDirectory(tiff)) break;
         file.forget();
-        if (TIFFReadDirectory(tiff)) continue;
+        if (libtiff().readDirectory(tiff)) continue;
         missing.add({0, base::formatted("page %u: ", number + 2) + complaint_or(file, "its directory cannot be read")});
         break;
     }

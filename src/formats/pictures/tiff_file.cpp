@@ -11,21 +11,22 @@ namespace vldv::formats {
 
 tiff_file::tiff_file(source& file_, std::uint64_t memory_) : file(file_)
 {
-    TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
+    if (text = libtiff().failure; !text.empty()) return;
+    TIFFOpenOptions* options = libtiff().allocOptions();
     if (!options) throw std::bad_alloc();
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options, static_cast<tmsize_t>(memory_));
-    TIFFOpenOptionsSetErrorHandlerExtR(options, onError, this);
-    TIFFOpenOptionsSetWarningHandlerExtR(options, onWarning, this);
+    libtiff().setMostMemory(options, static_cast<tmsize_t>(memory_));
+    libtiff().setErrorHandler(options, onError, this);
+    libtiff().setWarningHandler(options, onWarning, this);
     // "m": the source is no memory that could be mapped.
-    tiff = TIFFClientOpenExt(
+    tiff = libtiff().open(
         "TIFF", "rm", this, onRead, [](thandle_t, void*, tmsize_t) -> tmsize_t { return 0; }, onSeek,
         [](thandle_t) { return 0; }, onSize, nullptr, nullptr, options);
-    TIFFOpenOptionsFree(options);
+    libtiff().freeOptions(options);
 }
 
 tiff_file::~tiff_file()
 {
-    if (tiff) TIFFClose(tiff);
+    if (tiff) libtiff().close(tiff);
 }
 
 // These are called through frames of C: nothing may be thrown.

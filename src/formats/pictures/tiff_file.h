@@ -1,9 +1,9 @@
 #pragma once
+#include "formats/pictures/tiff_library.h"
 #include "formats/source.h"
 
 #include <cstdarg>
 #include <string>
-#include <tiffio.h>
 #include <utility>
 
 namespace vldv::formats {

@@ -54,7 +54,7 @@ std::string label_of(TIFF* tiff, const tiff_page& page, unsigned sample)
 {
     const char* name = nullptr;
     std::string label = "Image";
-    if (TIFFGetField(tiff, TIFFTAG_PAGENAME, &name) && name && *name) label = base::valid_utf8(name);
+    if (libtiff().getField(tiff, TIFFTAG_PAGENAME, &name) && name && *name) label = base::valid_utf8(name);
     const unsigned channels = page.samples - (page.alphaAt != 0 ? 1 : 0);
     return channels > 1 ? label + base::formatted(" channel %u", sample + 1) : label;
 }

@@ -13,7 +13,7 @@ template <class T>
 T tag(TIFF* tiff, std::uint32_t name)
 {
     T value{};
-    TIFFGetFieldDefaulted(tiff, name, &value);
+    libtiff().getFieldDefaulted(tiff, name, &value);
     return value;
 }
 
@@ -30,7 +30,7 @@ void set_alpha(TIFF* tiff, tiff_page& page)
 {
     std::uint16_t count = 0;
     const std::uint16_t* meanings = nullptr;
-    if (!TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &count, &meanings) || count >= page.samples) return;
+    if (!libtiff().getField(tiff, TIFFTAG_EXTRASAMPLES, &count, &meanings) || count >= page.samples) return;
     const unsigned first = page.samples - count;
     for (unsigned i = 0; i < count && page.alphaAt == 0; ++i)
         if (meanings[i] == EXTRASAMPLE_ASSOCALPHA || meanings[i] == EXTRASAMPLE_UNASSALPHA) page.alphaAt = first + i;
@@ -42,15 +42,15 @@ void set_resolution(TIFF* tiff, tiff_page& page)
     const auto unit = tag<std::uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT);
     const double factor = unit == RESUNIT_INCH ? perInch : unit == RESUNIT_CENTIMETER ? perCentimetre : 0.0;
     float x = 0.0f, y = 0.0f;
-    if (TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &x)) page.xResolution = static_cast<double>(x) * factor;
+    if (libtiff().getField(tiff, TIFFTAG_XRESOLUTION, &x)) page.xResolution = static_cast<double>(x) * factor;
     page.yResolution = page.xResolution;
-    if (TIFFGetField(tiff, TIFFTAG_YRESOLUTION, &y)) page.yResolution = static_cast<double>(y) * factor;
+    if (libtiff().getField(tiff, TIFFTAG_YRESOLUTION, &y)) page.yResolution = static_cast<double>(y) * factor;
 }
 
 void set_photometric(TIFF* tiff, tiff_page& page)
 {
     std::uint16_t photometric = 0;
-    const bool isGiven = TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &photometric) != 0;
+    const bool isGiven = libtiff().getField(tiff, TIFFTAG_PHOTOMETRIC, &photometric) != 0;
     page.photometric = isGiven ? photometric : page.samples < 3 ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB;
 }
 
@@ -69,7 +69,7 @@ std::uint64_t decoded_bytes(TIFF* tiff, const tiff_page& page)
     const std::uint64_t planes = page.isSeparate ? page.samples : 1, rows = planes * page.height;
     if (page.rowBytes == 0 || page.rowBytes > most / rows) return most;
     if (!page.isTiled) return page.rowBytes * rows;
-    const std::uint64_t tileBytes = TIFFTileSize64(tiff);
+    const std::uint64_t tileBytes = libtiff().tileSize(tiff);
     if (tileBytes == 0 || tileBytes > most) return most;
     return std::max(page.rowBytes * rows, tileBytes);
 }
@@ -104,14 +104,14 @@ std::string read_tiff_page(tiff_file& file, tiff_budget& budget, tiff_page& page
     if (page.bits == 0 || page.bits > 64 || page.samples == 0)
         return base::formatted("BitsPerSample and SamplesPerPixel: %u x %u is unknown", page.samples, page.bits);
     page.isSeparate = page.samples > 1 && tag<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE;
-    page.isTiled = TIFFIsTiled(tiff) != 0;
+    page.isTiled = libtiff().isTiled(tiff) != 0;
     const auto orientation = tag<std::uint16_t>(tiff, TIFFTAG_ORIENTATION);
     page.isBottomUp = orientation == ORIENTATION_BOTLEFT || orientation == ORIENTATION_BOTRIGHT;
     set_photometric(tiff, page);
     set_kind(tiff, page);
     set_alpha(tiff, page);
     set_resolution(tiff, page);
-    page.rowBytes = TIFFScanlineSize64(tiff);
+    page.rowBytes = libtiff().scanlineSize(tiff);
     const bool isPlain = tag<std::uint16_t>(tiff, TIFFTAG_COMPRESSION) == COMPRESSION_NONE;
     if (!spend(isPlain ? budget.plain : budget.coded, decoded_bytes(tiff, page)))
         return base::formatted("ImageWidth and ImageLength: %u x %u is too large for a file of this size", page.width,
@@ -126,7 +126,7 @@ tiff_rows::tiff_rows(tiff_file& file_, const tiff_page& page_, unsigned plane_)
     bandRows = std::max(rows, 1u);
     if (!page.isTiled) bandRows = std::min(bandRows, page.height);
     band.resize(static_cast<std::size_t>(page.rowBytes) * std::min(bandRows, page.height));
-    if (page.isTiled) tile.resize(static_cast<std::size_t>(TIFFTileSize64(file.handle())));
+    if (page.isTiled) tile.resize(static_cast<std::size_t>(libtiff().tileSize(file.handle())));
 }
 
 std::span<const std::byte> tiff_rows::row(std::uint32_t y)
@@ -161,8 +161,8 @@ bool tiff_rows::load(std::uint32_t y)
 bool tiff_rows::loadStrip()
 {
     const auto bytes = static_cast<tmsize_t>((bandEnd - bandStart) * page.rowBytes);
-    const auto strip = TIFFComputeStrip(file.handle(), bandStart, plane);
-    return TIFFReadEncodedStrip(file.handle(), strip, band.data(), bytes) == bytes;
+    const auto strip = libtiff().computeStrip(file.handle(), bandStart, plane);
+    return libtiff().readEncodedStrip(file.handle(), strip, band.data(), bytes) == bytes;
 }
 
 bool tiff_rows::loadTiles()
@@ -170,12 +170,12 @@ bool tiff_rows::loadTiles()
     TIFF* tiff = file.handle();
     const auto tileWidth = tag<std::uint32_t>(tiff, TIFFTAG_TILEWIDTH);
     const auto rowBytes = static_cast<std::size_t>(page.rowBytes);
-    const auto tileRowBytes = static_cast<std::size_t>(TIFFTileRowSize64(tiff));
+    const auto tileRowBytes = static_cast<std::size_t>(libtiff().tileRowSize(tiff));
     const auto size = static_cast<tmsize_t>(tile.size());
     std::size_t at = 0;
     for (std::uint64_t x = 0; x < page.width && at < rowBytes; x += tileWidth, at += tileRowBytes) {
-        const auto number = TIFFComputeTile(tiff, static_cast<std::uint32_t>(x), bandStart, 0, plane);
-        if (TIFFReadEncodedTile(tiff, number, tile.data(), size) != size) return false;
+        const auto number = libtiff().computeTile(tiff, static_cast<std::uint32_t>(x), bandStart, 0, plane);
+        if (libtiff().readEncodedTile(tiff, number, tile.data(), size) != size) return false;
         const std::size_t count = std::min(tileRowBytes, rowBytes - at);
         for (std::size_t y = 0; y < bandEnd - bandStart; ++y)
             std::memcpy(band.data() + y * rowBytes + at, tile.data() + y * tileRowBytes, count);

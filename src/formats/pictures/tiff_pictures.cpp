@@ -22,7 +22,7 @@ picture page_picture(const tiff_page& page, unsigned bitCount, std::vector<RGBQU
 std::vector<RGBQUAD> colour_map(TIFF* tiff, unsigned entries)
 {
     std::uint16_t *red = nullptr, *green = nullptr, *blue = nullptr;
-    if (!TIFFGetField(tiff, TIFFTAG_COLORMAP, &red, &green, &blue)) return {};
+    if (!libtiff().getField(tiff, TIFFTAG_COLORMAP, &red, &green, &blue)) return {};
     unsigned brightest = 0;
     for (unsigned i = 0; i < entries; ++i) brightest = std::max<unsigned>({brightest, red[i], green[i], blue[i]});
     const auto level = [&](unsigned value) {
@@ -91,13 +91,13 @@ std::string append_converted(tiff_file& file, const tiff_page& page, recording& 
 {
     if (!is_dib_size(page.width, page.height, 32)) return tooLarge;
     char why[1024] = "";
-    if (!TIFFRGBAImageOK(file.handle(), why)) return why;
+    if (!libtiff().isRgbaReadable(file.handle(), why)) return why;
     if (!file.bytes().progress(page.progressStart)) return readingCancelled;
     std::vector<std::uint32_t> pixels(std::size_t{page.width} * page.height);
     file.forget();
     file.setStrict(true);
     const int isRead =
-        TIFFReadRGBAImageOriented(file.handle(), page.width, page.height, pixels.data(), ORIENTATION_TOPLEFT, 1);
+        libtiff().readRgbaOriented(file.handle(), page.width, page.height, pixels.data(), ORIENTATION_TOPLEFT, 1);
     file.setStrict(false);
     if (!isRead || !file.complaint().empty())
         return file.complaint().empty() ? "the pixels cannot be decoded" : file.complaint();
