@@ -65,9 +65,11 @@ private:
             return;
         }
         const fs::file_type type = entry.status(error).type();
-        // A link that leads nowhere is "not found"; of other errors nobody knows what they hide.
+        // Of a link that leads nowhere, and after other errors, nobody knows what they hide.
         if (type == fs::file_type::none || type == fs::file_type::unknown)
             found.unreadables.push_back({entry.path(), error.message()});
+        else if (type == fs::file_type::not_found && formats::has_own_ending(entry.path().filename().native()))
+            found.unreadables.push_back({entry.path(), "the link leads nowhere"});
         else if (type == fs::file_type::regular)
             judge(entry.path(), names);
     }
