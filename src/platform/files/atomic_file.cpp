@@ -50,7 +50,7 @@ std::optional<struct stat> status_of(const std::filesystem::path& path, int& err
 int obstacle(const std::filesystem::path& path, const struct stat& status)
 {
     if (S_ISDIR(status.st_mode)) return EISDIR;
-    if (!S_ISREG(status.st_mode)) return EINVAL;
+    if (!S_ISREG(status.st_mode)) return EOPNOTSUPP; // a device or a pipe
     return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 

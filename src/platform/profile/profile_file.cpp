@@ -90,7 +90,7 @@ std::string read_profile_file(const std::filesystem::path& file)
     struct stat status{};
     if (fstat(in.descriptor, &status) != 0) fail(errno, file);
     if (S_ISDIR(status.st_mode)) fail(EISDIR, file);
-    if (!S_ISREG(status.st_mode)) fail(EINVAL, file);
+    if (!S_ISREG(status.st_mode)) fail(EOPNOTSUPP, file);
     if (static_cast<std::uintmax_t>(status.st_size) > maxSize) fail_as_too_large(file);
     return read_all(in.descriptor, static_cast<std::size_t>(status.st_size), file);
 }

@@ -189,7 +189,7 @@ TEST_F(ProfileStore, TellsWhyItCannotStoreAndKeepsTheValuesForTheRun)
         {folder / "a file" / "profile", ": Not a directory"},
         {folder / "a file" / "velmira" / "profile", ": Not a directory"},
         {folder / "a folder", "a folder: Is a directory"},
-        {folder / "pipe", "pipe: Invalid argument"},
+        {folder / "pipe", "pipe: Operation not supported"},
         {folder / "huge", "huge: larger than the 64 MiB"},
         {"/proc/velmira/profile", "/proc"},
         {"", "no home folder"},
