@@ -39,6 +39,15 @@ bool is_refused(const CLI::App& app, const std::string& word)
     return true;
 }
 
+/// "help" and "help NAME" as --help is asked for; other calls as they are.
+std::vector<std::string> as_help(const CLI::App& app, std::vector<std::string> words)
+{
+    if (words.empty() || words.front() != "help") return words;
+    const std::vector<std::string> names = command_names(app);
+    const bool isOfOne = words.size() > 1 && std::ranges::find(names, words[1]) != names.end();
+    return isOfOne ? std::vector<std::string>{words[1], "--help"} : std::vector<std::string>{"--help"};
+}
+
 /// What stands in the place of a value and is none: an empty word, as of a variable of a script that is not set, or the
 /// next option where the value was forgotten.
 void refuse_missing_values(CLI::App& command)
@@ -64,6 +73,7 @@ try {
     const cli::terminal_guard messages(std::cerr, isatty(STDERR_FILENO) == 1);
     CLI::App app("vldv opens what a scanning-probe microscope recorded, tells what it holds and takes it away.");
     app.set_version_flag("--version", "vldv " VLDV_VERSION);
+    app.name("vldv");
     app.require_subcommand(1);
     int status = cli::allDone;
     cli::add_info(app, status);
@@ -82,7 +92,8 @@ try {
     cli::add_steps(app, status);
     cli::add_examples(app, status);
     cli::add_formats(app, status);
-    if (count > 1 && is_refused(app, arguments[1])) return cli::badUsage;
+    const std::vector<std::string> words = as_help(app, {arguments + 1, arguments + count});
+    if (!words.empty() && is_refused(app, words.front())) return cli::badUsage;
     for (CLI::App* const each : app.get_subcommands({})) {
         each->preparse_callback([each](std::size_t) { cli::set_operation(each->get_name()); });
         cli::understand_paths(*each);
@@ -92,7 +103,7 @@ try {
         return cli::visible_lines(cli::usage_text(*parsed, problem));
     });
     try {
-        app.parse(count, arguments);
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::ParseError& problem) {
         return app.exit(problem) == 0 ? cli::allDone : cli::badUsage;
     }

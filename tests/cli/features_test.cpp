@@ -115,11 +115,15 @@ TEST_F(FeatureProgramTest, WrongCallsAreRefused)
     tells({"features", "bar.spm", "--rect", "30,0,40,5"}, "--rect 30,0,40,5 lies outside");
     tells({"features", "bar.spm", "--rect", "5,5,5,9"}, "--rect 5,5,5,9 holds no sample");
     tells({"features", "curve.spm"}, "it is no surface");
+    tells({"steps", "bar.spm", "--slope", "9999"}, "--slope 9999 is above");
+    tells({"steps", "bar.spm", "--start-row", "2", "--end-row", "9999"}, "--end-row 9999 is above");
+    tells({"dump", "bar.spm", "--sub", "010"}, "has no sub-image 10");
     const std::string before = file_content(folder / "bar.spm");
     EXPECT_EQ(vldv({"features", "bar.spm", "--csv", "bar.spm"}).status, 1);
     EXPECT_EQ(vldv({"steps", "bar.spm", "-o", "bar.spm"}).status, 1);
     EXPECT_EQ(file_content(folder / "bar.spm"), before) << "an input is never written";
-    tells({"features", "bar.spm", "--csv", "same.x", "--mask", "./same.x"}, "is taken by another result of this call");
+    tells({"features", "bar.spm", "--csv", "same.png", "--mask", "./same.png"},
+          "is taken by another result of this call");
     EXPECT_EQ(file_content(folder / "same.x").find("PNG"), std::string::npos) << "the table stays";
 }
 

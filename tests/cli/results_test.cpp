@@ -61,10 +61,7 @@ TEST_F(ResultsTest, WhatWasFoundIsToldThoughItsFileIsRefused)
          "e.spm\n",
          "max",
          "there.spm\" exists and holds something else"},
-        {{"features", "t.spm", "--csv", "f.csv", "--mask", "t.spm"},
-         "f.csv\n",
-         "features",
-         "t.spm\" is an input of this call"},
+        {{"features", "t.spm", "--csv", "t.spm"}, "1 feature", "features", "t.spm\" is an input of this call"},
     };
     for (const auto& [call, told, kind, output] : cases) {
         const program_result text = vldv(call);
@@ -114,7 +111,7 @@ TEST_F(ResultsTest, WhyNothingIsWrittenIsTrue)
     for (const char* name : {"a", "b", "out"}) std::filesystem::create_directories(folder / name);
     for (const char* name : {"a/x.txt", "b/x.txt"}) write_file(folder / name, smallMatrix);
     write("out/x.txt.spm", {heights("Edited", {5})});
-    const program_result refused = vldv({"convert", "a/x.txt", "b/x.txt", "--to", "out"});
+    const program_result refused = vldv({"convert", "a/x.txt", "b/x.txt", "--to", "out/x.txt.spm"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.err.find("taken"), std::string::npos) << "the call wrote nothing: " << refused.err;
     EXPECT_THAT(refused.err, HasSubstr("b/x.txt: the output \""));

@@ -92,7 +92,15 @@ TEST_F(ProgramTest, WhatIsAllowedIsSaidInWords)
         {{"st"}, "the nearest is stats"},
         {{"m.txt"}, "vldv info m.txt tells"},
         {{"steps", "m.txt", "--gap", "0"}, "--gap: expected a whole number, 1 or more, not \"0\""},
-        {{"dump", "m.txt", "--image", "99999999999"}, "--image: expected a whole number, 0 or more"},
+        {{"dump", "m.txt", "--image", "99999999999"}, "--image: expected a whole number that is not above 2147483647"},
+        {{"dump", "m.txt", "--image", "0x0"}, "--image: expected a whole number, 0 or more, not \"0x0\""},
+        {{"render", "m.txt", "-o", "x.png", "--mode", "auto", "--fixed", "0,1,nm"}, "--fixed: is the window of --mode"},
+        {{"render", "m.txt", "-o", "x.png", "--absolute"}, "--absolute: needs --fixed or --mode fixed"},
+        {{"render", "m.txt", "-o", "x.png", "--roi", "1,2"}, "--roi: expected LEFT,TOP,RIGHT,BOTTOM, not \"1,2\""},
+        {{"curve", "m.txt", "--op", "trend", "--mode", "power"}, "--mode: is of --op spectrum, not of --op trend"},
+        {{"fourier", "m.txt", "--spectrum", "x.spm", "--elliptic"}, "--elliptic: needs --rect"},
+        {{"features", "m.txt", "--mask", "x.jpg"}, "--mask: \"x.jpg\" is neither a picture (png) nor a folder"},
+        {{"--nosuch"}, "vldv has no option --nosuch"},
         {{"force", "m.txt", "--slant-threshold", "inf"}, "--slant-threshold: expected a number, 0 or more"},
         {{"histogram", "m.txt", "--bars", "1"}, "--bars: expected a whole number from 2 to 16777216, not \"1\""},
         {{"render", "m.txt", "-o", "x.png", "--palette", "gren"}, "no palette \"gren\"; the nearest name is green"},
@@ -181,7 +189,7 @@ TEST_F(ProgramTest, ALineEndInAPathBreaksNoLine)
         EXPECT_THAT(out, HasSubstr("\\nb.txt")) << call[0];
         EXPECT_EQ(out.find("\nb.txt"), std::string::npos) << call[0];
     }
-    for (const std::vector<std::string>& call : {std::vector<std::string>{"features", surface, "--mask", surface},
+    for (const std::vector<std::string>& call : {std::vector<std::string>{"features", surface, "--csv", surface},
                                                  {"convert", surface, "-o", surface + "/"},
                                                  {"isoline", surface, "--at", "1,0"},
                                                  {"info", "gone\nb.txt"}}) {

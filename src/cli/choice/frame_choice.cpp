@@ -10,19 +10,24 @@ namespace vldv::cli {
 
 void add_frame_options(CLI::App& command, frame_choice& choice)
 {
-    command.add_option("--image", choice.image, "Number of the image (default: all)")->check(whole_number(0));
-    command.add_option("--sub", choice.sub, "Number of the sub-image (default: all)")->check(whole_number(0));
+    command.add_option("--image", choice.image, "Number of the image (default: all)")->transform(whole_number(0));
+    command.add_option("--sub", choice.sub, "Number of the sub-image (default: all)")->transform(whole_number(0));
 }
 
 void add_one_frame(CLI::App& command, frame& which)
 {
-    command.add_option("--image", which.image, "Number of the image")->check(whole_number(0))->capture_default_str();
-    command.add_option("--sub", which.sub, "Number of the sub-image")->check(whole_number(0))->capture_default_str();
+    command.add_option("--image", which.image, "Number of the image")
+        ->transform(whole_number(0))
+        ->capture_default_str();
+    command.add_option("--sub", which.sub, "Number of the sub-image")
+        ->transform(whole_number(0))
+        ->capture_default_str();
 }
 
 std::string refuse_no_heights(const CStorageDoc& document, unsigned image)
 {
-    if (document.getImage(image).array_type() != SPM_ARRAY_INT16) return "its samples are not signed integers of 16 bits";
+    if (document.getImage(image).array_type() != SPM_ARRAY_INT16)
+        return "its samples are not signed integers of 16 bits";
     return document.getSubImageLength(image) == 0 || !document.isImageOk(image) ? "it has no samples" : "";
 }
 

@@ -85,8 +85,10 @@ std::string sentence_of(const CLI::Error& problem, const CLI::App& app, const CL
 {
     const std::string told = problem.what();
     if (dynamic_cast<const CLI::ExtrasError*>(&problem)) return extra_text(command);
-    if (dynamic_cast<const CLI::RequiredError*>(&problem))
-        return &command == &app ? " needs a sub-command" : required_text(told, command);
+    if (dynamic_cast<const CLI::RequiredError*>(&problem)) {
+        if (&command != &app) return required_text(told, command);
+        return command.remaining().empty() ? " needs a sub-command" : extra_text(command);
+    }
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&problem)) return mismatch_text(told);
     const std::string own = command.get_name() + ": ";
     return ": " + (told.starts_with(own) ? told.substr(own.size()) : told);

@@ -170,7 +170,11 @@ void add_curve(CLI::App& app, int& status)
         *command->add_option("--mode", options->mode, "Of a spectrum (default: power)"),
         {{"power", curves::spectrum_mode::power}, {"magnitude", curves::spectrum_mode::magnitude}});
     add_curve_options(*command, *options, true);
-    command->callback([options, &status] { status = run(*options); });
+    command->callback([options, command, &status] {
+        if (command->count("--mode") != 0 && options->operation != "spectrum")
+            throw CLI::ValidationError("--mode", "is of --op spectrum, not of --op " + options->operation);
+        status = run(*options);
+    });
 }
 
 } // namespace vldv::cli

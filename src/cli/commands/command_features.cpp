@@ -3,6 +3,7 @@
 #include "cli/choice/frame_choice.h"
 #include "cli/choice/image_part.h"
 #include "cli/choice/picture_options.h"
+#include "cli/choice/text_check.h"
 #include "cli/commands.h"
 #include "cli/commands/feature_output.h"
 #include "cli/output/file_reports.h"
@@ -61,7 +62,15 @@ public:
         : oneFile(call.files().size() == 1), asJson(options.asJson)
     {
         if (!options.csv.empty()) tables.emplace(call, output_names(options.csv, ".csv"));
-        if (!options.mask.empty()) masks.emplace(call, output_names(options.mask, ".png"));
+        if (options.mask.empty()) return;
+        const output_names names(options.mask, ".png");
+        if (!names.areInFolder() &&
+            output::picture_format_of(std::filesystem::path(options.mask).filename().native()) !=
+                output::picture_format::png)
+            throw CLI::ValidationError("--mask", '\"' + visible_text(options.mask) +
+                                                     "\" is neither a picture (png) nor a folder, "
+                                                     "which would end with a slash");
+        masks.emplace(call, names);
     }
     /// Adds the name of each file when it is written, and prints it unless the entry is what is printed.
     void write(const frame_features& made, const frame& which, bool alone, const std::wstring& input, json& entry)
@@ -135,7 +144,7 @@ void add_features(CLI::App& app, int& status)
         ->add_option_function<std::string>(
             "--rect", [options](const std::string& text) { options->rect = *parse_rectangle(text); },
             "Part of the image LEFT,TOP,RIGHT,BOTTOM, right and bottom outside (default: all)")
-        ->check([](const std::string& text) { return parse_rectangle(text) ? "" : "expected LEFT,TOP,RIGHT,BOTTOM"; });
+        ->check(must_parse(parse_rectangle, "LEFT,TOP,RIGHT,BOTTOM"));
     command->add_option("--csv", options->csv, "Table for a spreadsheet; a folder for several");
     command->add_option("--mask", options->mask, "Picture (png) of the features; a folder for several");
     command->add_flag("--json", options->asJson, "Print JSON");

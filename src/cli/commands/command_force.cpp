@@ -216,7 +216,7 @@ void add_force(CLI::App& app, int& status)
         ->check(number_at_least(0.0))
         ->capture_default_str();
     command->add_option("--window", options->window, "Samples on either side of a local minimum")
-        ->check(whole_number(0))
+        ->transform(whole_number(0))
         ->capture_default_str();
     command->add_option("--map", options->map, "Write volumes with their rigidity and adhesion here: a file or folder");
     command->add_flag("--force", options->replaces, "Replace containers that hold something else");

@@ -3,6 +3,7 @@
 #include "cli/choice/frame_choice.h"
 #include "cli/choice/frame_voids.h"
 #include "cli/choice/picture_options.h"
+#include "cli/choice/text_check.h"
 #include "cli/choice/word_choice.h"
 #include "cli/commands.h"
 #include "cli/output/file_reports.h"
@@ -43,7 +44,8 @@ unsigned threads() { return std::max(std::thread::hardware_concurrency(), 1u); }
 std::string refuse_rects(const std::vector<CRect>& rects, int width, int height)
 {
     const int left = -spectra::zero_frequency(width), top = -spectra::zero_frequency(height);
-    const int right = left + width - 1, bottom = top + height - 1;
+    // The only frequency of a side of one sample is 0.
+    const int right = std::max(left + width - 1, 0), bottom = std::max(top + height - 1, 0);
     for (const CRect& rect : rects)
         if (std::max(rect.left, rect.right) < left || std::min(rect.left, rect.right) > right ||
             std::max(rect.top, rect.bottom) < top || std::min(rect.top, rect.bottom) > bottom)
@@ -192,8 +194,6 @@ std::optional<double> parse_finite(const std::string& text)
     return number && std::isfinite(static_cast<float>(*number)) ? number : std::nullopt;
 }
 
-std::string is_finite(const std::string& text) { return parse_finite(text) ? "" : "expected a number"; }
-
 void check(const fourier_options& options)
 {
     if (options.output.empty() && options.spectrum.empty())
@@ -201,6 +201,7 @@ void check(const fourier_options& options)
     if (options.edit.has_value() != !options.rects.empty())
         throw CLI::ValidationError("fourier", "--rect goes with one of --zero-inner, --zero-outer and --scale");
     if (!options.output.empty() && !options.edit) throw CLI::ValidationError("fourier", "-o needs --rect and an edit");
+    if (options.elliptic && options.rects.empty()) throw CLI::ValidationError("--elliptic", "needs --rect");
 }
 
 void add_edits(CLI::App& command, const std::shared_ptr<fourier_options>& options)
@@ -212,7 +213,7 @@ void add_edits(CLI::App& command, const std::shared_ptr<fourier_options>& option
                 for (const std::string& text : texts) options->rects.push_back(*parse_bins(text));
             },
             "Bins LEFT,TOP,RIGHT,BOTTOM, all inclusive, counted from the zero frequency; may be repeated")
-        ->check([](const std::string& text) { return parse_bins(text) ? "" : "expected LEFT,TOP,RIGHT,BOTTOM"; })
+        ->check(must_parse(parse_bins, "LEFT,TOP,RIGHT,BOTTOM, each from -1048576 to 1048576"))
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command.add_flag("--elliptic", options->elliptic, "Select the ellipses in the rectangles");
@@ -228,7 +229,7 @@ void add_edits(CLI::App& command, const std::shared_ptr<fourier_options>& option
                 options->edit = spectra::spectrum_edit{false, static_cast<float>(*parse_finite(text))};
             },
             "Multiply what is selected")
-        ->check(is_finite);
+        ->check(must_parse(parse_finite, "a number up to 3.4e38"));
 }
 
 } // namespace
@@ -249,13 +250,15 @@ void add_fourier(CLI::App& app, int& status)
         ->add_option_function<std::string>(
             "--contrast", [options](const std::string& text) { options->contrast = *parse_finite(text); },
             "Exponent of what is shown (default: 0.5)")
-        ->check([](const std::string& text) {
-            return parse_finite(text).value_or(0.0) >= 1e-7 ? "" : "expected a number of at least 1e-7";
-        });
+        ->check(must_parse([](const std::string& text) { return parse_finite(text).value_or(0.0) >= 1e-7; },
+                           "a number from 1e-7 on"));
     command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     command->add_flag("--json", options->asJson, "Print JSON");
-    command->callback([options, &status] {
+    command->callback([options, command, &status] {
         check(*options);
+        for (const char* shown : {"--mode", "--contrast"})
+            if (options->spectrum.empty() && command->count(shown) != 0)
+                throw CLI::ValidationError(shown, "is of what --spectrum shows, which is not given");
         status = run(*options);
     });
 }

@@ -6,6 +6,7 @@
 #include "cli/choice/frame_choice.h"
 #include "cli/choice/frame_voids.h"
 #include "cli/choice/number_limits.h"
+#include "cli/choice/text_check.h"
 #include "cli/commands.h"
 #include "cli/output/file_reports.h"
 #include "cli/output/terminal.h"
@@ -145,12 +146,12 @@ void add_histogram(CLI::App& app, int& status)
     add_frame_options(*command, options->choice);
     constexpr unsigned maxBars = 1u << 24;
     command->add_option("--bars", options->bars, "Number of bins (default: half the root of the count of samples)")
-        ->check(whole_number(2, maxBars));
+        ->transform(whole_number(2, maxBars));
     command
         ->add_option_function<std::string>(
             "--window", [options](const std::string& text) { options->window = *parse_delimiters(text); },
             "Delimiters F1,F2 as shares of the range (default: 0.25,0.75)")
-        ->check([](const std::string& text) { return parse_delimiters(text) ? "" : "expected F1,F2 from 0 to 1"; });
+        ->check(must_parse(parse_delimiters, "F1,F2 from 0 to 1"));
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, &status] { status = run(*options); });
 }

@@ -46,7 +46,7 @@ void add_profile(CLI::App& app, int& status)
     CLI::App* command = app.add_subcommand("profile", "Print the samples along a line, or of a curve");
     add_curve_options(*command, *options, true);
     command->add_option("--width", options->width, "Take the mean of so many lines on either side; surfaces only")
-        ->check(whole_number(0, 10000))
+        ->transform(whole_number(0, 10000))
         ->capture_default_str();
     command->callback([options, &status] { status = print_sections(*options, {section_json, section_table}); });
 }

@@ -3,6 +3,7 @@
 #include "cli/choice/image_part.h"
 #include "cli/choice/number_limits.h"
 #include "cli/choice/palette_choice.h"
+#include "cli/choice/text_check.h"
 #include "cli/choice/word_choice.h"
 #include "cli/commands.h"
 #include "cli/commands/legend_picture.h"
@@ -206,11 +207,14 @@ int run(const picture_options& options)
     return call.status();
 }
 
-/// CLI11 shows what a validator answers.
-template <class Parse>
-auto must_parse(Parse parse, const char* expected)
+/// Options that would do nothing beside each other. \param hasMode  --mode is given
+void check(const picture_options& options, bool hasMode)
 {
-    return [parse, expected](const std::string& text) { return parse(text) ? std::string() : std::string(expected); };
+    constexpr int fixedMode = 0;
+    const bool isFixed = !options.fixed.empty() || options.mode == fixedMode;
+    if (!options.fixed.empty() && hasMode && options.mode != fixedMode)
+        throw CLI::ValidationError("--fixed", "is the window of --mode fixed, and another mode is given");
+    if (options.absolute && !isFixed) throw CLI::ValidationError("--absolute", "needs --fixed or --mode fixed");
 }
 
 } // namespace
@@ -224,8 +228,8 @@ void add_render(CLI::App& app, int& status)
         ->add_option("-o,--output", options->output,
                      "Picture file, a folder for several, or - for standard output (png)")
         ->required();
-    command->add_option("--image", options->image, "Number of the image (default: all)")->check(whole_number(0));
-    command->add_option("--sub", options->sub, "Number of the sub-image (default: all)")->check(whole_number(0));
+    command->add_option("--image", options->image, "Number of the image (default: all)")->transform(whole_number(0));
+    command->add_option("--sub", options->sub, "Number of the sub-image (default: all)")->transform(whole_number(0));
     command->add_option("--palette", options->palette, "Palette: " + palette_names() + ", 0 to 7, or a .pal file")
         ->check(palette_problem)
         ->capture_default_str();
@@ -235,17 +239,18 @@ void add_render(CLI::App& app, int& status)
     command->add_flag("--highlight", options->highlight, "Show the slope along the rows");
     command->add_flag("--absolute", options->absolute, "The fixed window starts at a height, not at the lowest point");
     command->add_option("--roi", options->roi, "Samples that give the range: LEFT,TOP,RIGHT,BOTTOM")
-        ->check(must_parse(parse_rectangle, "expected LEFT,TOP,RIGHT,BOTTOM"));
+        ->check(must_parse(parse_rectangle, "LEFT,TOP,RIGHT,BOTTOM"));
     command->add_option("--fixed", options->fixed, "Window of mode fixed: START,SIZE,UNITS")
-        ->check(must_parse(parse_fixed_window, "expected START,SIZE,UNITS with a SIZE above 0"));
+        ->check(must_parse(parse_fixed_window, "START,SIZE,UNITS with a SIZE above 0"));
     command
         ->add_option("--size", options->size,
                      "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample; with a legend, that of a window)")
-        ->check(must_parse(parse_picture_size, "expected WIDTHxHEIGHT, each from 1 to 32768"));
+        ->check(must_parse(parse_picture_size, "WIDTHxHEIGHT, each from 1 to 32768"));
     take_words(*command->add_option("--legend", options->legend,
                                     "Draw it as a window does: full (axes and margins) or compact (on the picture)"),
                {"full", "compact"});
-    command->callback([options, &status] {
+    command->callback([options, command, &status] {
+        check(*options, command->count("--mode") != 0);
         if (!options->fixed.empty()) options->mode = 0;
         status = run(*options);
     });

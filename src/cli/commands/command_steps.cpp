@@ -34,6 +34,23 @@ struct step_options {
     bool asJson = false, replaces = false;
 };
 
+/// Which setting is of no image of this size; empty when all can be.
+std::string refuse_settings(const step_options& options, const surface::sample_frame& frame)
+{
+    const struct {
+        const char* name;
+        int value, most;
+    } limits[] = {{"--slope", options.slope.value_or(0), (frame.width - 1) / 2},
+                  {"--start-row", options.startRow, frame.height - 1},
+                  {"--end-row", options.endRow, frame.height - 1 - options.startRow},
+                  {"--start-rows", options.startRows.value_or(1), frame.height - options.startRow - options.endRow}};
+    for (const auto& [name, value, most] : limits)
+        if (value > most)
+            return base::formatted("%s %d is above %d, the most for %d columns and %d rows", name, value,
+                                   std::max(most, 0), frame.width, frame.height);
+    return {};
+}
+
 surface::step_settings settings_for(const step_options& options, const surface::sample_frame& frame)
 {
     surface::step_settings made = surface::step_settings::proposed(frame.width, frame.height);
@@ -63,6 +80,8 @@ std::vector<frame_steps> find_all(const CStorageDoc& document, const step_option
         const document::rising_heights heights = frame_heights(document, each);
         const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
                                           static_cast<int>(stream.get_dimension(1).length)};
+        if (const std::string reason = refuse_settings(options, frame); !reason.empty())
+            throw std::runtime_error(frame_title(document, each) + ": " + reason);
         const surface::step_settings settings = settings_for(options, frame);
         found.push_back({each, settings, surface::find_steps(frame, settings), all_included(voids_of(document, each))});
     }
@@ -174,13 +193,13 @@ void add_steps(CLI::App& app, int& status)
             "Standard deviations that an edge is steeper than the mean (default: 1)")
         ->check(number_at_least(0.0));
     command->add_option("--slope", options->slope, "Columns to either side with nothing steeper (default: width / 32)")
-        ->check(whole_number(0));
+        ->transform(whole_number(0));
     command->add_option("--start-rows", options->startRows, "Rows in which edges begin (default: height / 13)")
-        ->check(whole_number(1));
+        ->transform(whole_number(1));
     command->add_option("--gap", options->gap, "Rows that an edge may be missing (default: height / 100)")
-        ->check(whole_number(1));
-    command->add_option("--start-row", options->startRow, "First row")->check(whole_number(0));
-    command->add_option("--end-row", options->endRow, "Rows left out at the end")->check(whole_number(0));
+        ->transform(whole_number(1));
+    command->add_option("--start-row", options->startRow, "First row")->transform(whole_number(0));
+    command->add_option("--end-row", options->endRow, "Rows left out at the end")->transform(whole_number(0));
     command->add_option("-o,--output", options->output, "Document with an image for each step; a folder for several");
     command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     command->add_flag("--json", options->asJson, "Print JSON");

@@ -33,8 +33,10 @@ std::string missing(const CStorageDoc& document, std::size_t dimensions, const c
 {
     const auto count = static_cast<unsigned>(dimensions);
     if (options.image < 0)
-        return options.points.empty() ? "there is no curve; surfaces and volumes need --points"
-                                      : base::formatted("there is no image of %u dimensions, as --points asks", count);
+        return options.points.empty()
+                   ? "there is no curve; surfaces and volumes need --points"
+                   : base::formatted(
+                         "there is no image with as many dimensions as the points of --points have numbers, %u", count);
     const auto image = static_cast<unsigned>(options.image);
     if (image >= document.getImagesNumber()) return base::formatted("there is no image %u", image);
     if (!document.isImageOk(image)) return base::formatted("image %u holds no samples", image);
@@ -47,8 +49,8 @@ std::string missing(const CStorageDoc& document, std::size_t dimensions, const c
 void add_curve_options(CLI::App& command, curve_options& options, bool hasPoints)
 {
     command.add_option("files", options.files, "Files to open")->required();
-    command.add_option("--image", options.image, "Number of the image; all when not given")->check(whole_number(0));
-    command.add_option("--sub", options.sub, "Number of the sub-image; all when not given")->check(whole_number(0));
+    command.add_option("--image", options.image, "Number of the image; all when not given")->transform(whole_number(0));
+    command.add_option("--sub", options.sub, "Number of the sub-image; all when not given")->transform(whole_number(0));
     command.add_flag("--json", options.asJson, "Print JSON");
     if (hasPoints)
         command.add_option("--points", options.points, "Line through samples, as x,y;x,y;…, or triples in a volume")
