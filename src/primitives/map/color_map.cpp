@@ -9,7 +9,7 @@ namespace vldv::primitives {
 
 std::uint8_t mapped_byte(float value, byte_window window) noexcept
 {
-    if (value <= window.low) return 0;
+    if (!(value > window.low)) return 0;
     if (value >= window.high) return 255;
     const float scaled = (value - window.low) * 255.0f / (window.high - window.low);
     return static_cast<std::uint8_t>(std::nearbyint(scaled));

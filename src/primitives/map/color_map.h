@@ -13,7 +13,7 @@ struct byte_window {
 };
 
 /// b = (v - low) * 255 / (high - low) in single precision, each operation rounded, the result rounded to nearest with
-/// ties to even; 0 at or below the window, 255 at or above it. The definition.
+/// ties to even; 0 at or below the window and for what is no number, 255 at or above it. The definition.
 std::uint8_t mapped_byte(float value, byte_window window) noexcept;
 
 /// Bytes of a row; `out` has room for as many. Equal to `mapped_byte` in every bit.

@@ -6,10 +6,11 @@
 namespace vldv::primitives::simd {
 namespace {
 
-/// The very operations of `mapped_byte`, but below the window anything that is not above 0.
+/// The very operations of `mapped_byte`: 255 above the window, and below it anything that is not above 0. What is no
+/// number stays so.
 inline vec<float> scaled(vec<float> values, byte_window window)
 {
-    return lower((values - window.low) * 255.0f / all(window.high - window.low), all(255.0f));
+    return lower(all(255.0f), (values - window.low) * 255.0f / all(window.high - window.low));
 }
 
 /// Four registers of numbers up to 255 as bytes, to nearest with ties to even; 0 of what is below 0 or no number.

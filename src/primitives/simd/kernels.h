@@ -52,7 +52,7 @@ struct kernel_table {
                               std::int16_t* out) noexcept;
 
     /// \return whether something was taken away
-    bool (*thinningStep)(const primitives::thinning_step& step) noexcept;
+    bool (*thinningStep)(const thinning_step& step) noexcept;
 
     fft::tile_kernels<float> floatTransforms;
     fft::tile_kernels<double> doubleTransforms;

@@ -147,45 +147,48 @@ inline vec<std::int32_t> pair_products(vec<std::int16_t> a, vec<std::int16_t> b)
 #endif
 }
 
-/// Heights with room for what is done to them; the compiler's conversion takes three instructions.
+// Whole numbers as wider ones, as many as fill a register; the compiler's conversions take three instructions.
+#if VLDV_VECTOR_BYTES == 64
 inline vec<std::int32_t> load_widened(const std::int16_t* from)
 {
-#if VLDV_VECTOR_BYTES == 64
     return as<std::int32_t>(_mm512_cvtepi16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from))));
+}
+inline vec<double> load_doubles(const std::int32_t* from)
+{
+    return _mm512_cvtepi32_pd(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from)));
+}
+inline vec<double> load_doubles(const std::int16_t* from)
+{
+    return _mm512_cvtepi32_pd(_mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+}
 #elif VLDV_VECTOR_BYTES == 32
+inline vec<std::int32_t> load_widened(const std::int16_t* from)
+{
     return as<std::int32_t>(_mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+}
+inline vec<double> load_doubles(const std::int32_t* from)
+{
+    return _mm256_cvtepi32_pd(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+}
+inline vec<double> load_doubles(const std::int16_t* from)
+{
+    return _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+}
 #else
+inline vec<std::int32_t> load_widened(const std::int16_t* from)
+{
     vec<std::int16_t, wide<std::int32_t>> v;
     std::memcpy(&v, from, sizeof v);
     return __builtin_convertvector(v, vec<std::int32_t>);
-#endif
 }
-
-inline vec<double> load_doubles(const std::int16_t* from)
+template <class Whole>
+inline vec<double> load_doubles(const Whole* from)
 {
-#if VLDV_VECTOR_BYTES == 64
-    return _mm512_cvtepi32_pd(_mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
-#elif VLDV_VECTOR_BYTES == 32
-    return _mm256_cvtepi32_pd(_mm_cvtepi16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
-#else
     vec<double> v;
     for (int i = 0; i < wide<double>; ++i) v[i] = from[i];
     return v;
-#endif
 }
-
-inline vec<double> load_doubles(const std::int32_t* from)
-{
-#if VLDV_VECTOR_BYTES == 64
-    return _mm512_cvtepi32_pd(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from)));
-#elif VLDV_VECTOR_BYTES == 32
-    return _mm256_cvtepi32_pd(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
-#else
-    vec<double> v;
-    for (int i = 0; i < wide<double>; ++i) v[i] = from[i];
-    return v;
 #endif
-}
 
 /// 0, 1, 2 …
 inline vec<double> counted()

@@ -2,7 +2,8 @@
 
 #include "primitives/kernel_forms.h"
 
-#include <cfenv>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
@@ -99,13 +100,18 @@ TEST(MapFloats, EqualsTheDefinition)
     std::vector<float> values(1003);
     for (float& v : values) v = spread(random);
     const auto [low, high] = std::minmax_element(values.begin(), values.end());
+    const byte_window whole{*low, *high};
+    constexpr float endless = std::numeric_limits<float>::infinity();
+    std::ranges::copy(std::array{endless, -endless, std::nanf("")}, values.begin() + 7);
+    std::ranges::copy(std::array{endless, -endless, std::nanf("")}, values.end() - 3);
     std::vector<std::uint8_t> bytes(values.size() + 1, 77);
-    for (const byte_window window : {byte_window{*low, *high}, byte_window{-0.5f, 0.5f}, byte_window{-1e-30f, 1e-30f}})
+    for (const byte_window window : {whole, byte_window{-0.5f, 0.5f}, byte_window{-1e-30f, 1e-30f}})
         for (const auto& form : forms_of(&primitives::kernel_table::mapFloats)) {
             form.run(values.data(), values.size(), window, bytes.data());
             for (std::size_t i = 0; i < values.size(); ++i)
                 ASSERT_EQ(bytes[i], primitives::mapped_byte(values[i], window)) << form.name << ' ' << values[i];
             ASSERT_EQ(bytes.back(), 77);
+            ASSERT_EQ(bytes[9], 0) << form.name << " of no number";
         }
 }
 
