@@ -49,15 +49,17 @@ height_range add_rows(const_height_block rows, std::int32_t* sums) noexcept
     int x = 0;
     for (; x + lanes <= rows.width; x += lanes) {
         column_sums columns;
-        for (int y = 0; y < rows.height; y += 2) {
-            const auto a = load(sample_at(rows, x, y));
-            vec<std::int16_t> b{};
+        int y = 0;
+        for (; y + 2 <= rows.height; y += 2) {
+            const auto a = load(sample_at(rows, x, y)), b = load(sample_at(rows, x, y + 1));
             ranges.include(a);
-            if (y + 1 < rows.height) {
-                b = load(sample_at(rows, x, y + 1));
-                ranges.include(b);
-            }
+            ranges.include(b);
             columns.add(a, b);
+        }
+        if (y < rows.height) {
+            const auto a = load(sample_at(rows, x, y));
+            ranges.include(a);
+            columns.add(a, vec<std::int16_t>{});
         }
         columns.store(sums + x);
     }
