@@ -1,5 +1,7 @@
 #include "render_floor.h"
 
+#include "primitives/cpu.h"
+
 #include <algorithm>
 
 #if defined(__x86_64__)
@@ -64,8 +66,8 @@ __attribute__((target("avx2"))) void stream_256(std::span<const std::int16_t> sa
 void stream_pixels(std::span<const std::int16_t> samples, std::uint8_t* out)
 {
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx512bw")) return stream_512(samples, out);
-    if (__builtin_cpu_supports("avx2")) return stream_256(samples, out);
+    if (primitives::has_avx512()) return stream_512(samples, out);
+    if (primitives::has_avx2()) return stream_256(samples, out);
 #endif
     for (const std::int16_t v : samples) {
         const std::uint32_t pixel = static_cast<std::uint16_t>(v);

@@ -74,7 +74,8 @@ bool run_thinning_step(const thinning_step& step) noexcept
 {
     constexpr std::ptrdiff_t rows = bit_strips::tileRows;
     const std::ptrdiff_t tiles = step.tiles, awakeStride = tiles + 2;
-    const bool isOdd = step.number % 2 != 0;
+    const std::uint32_t number = step.number;
+    const bool isOdd = number % 2 != 0;
     // Left of the first strip all is clear, as it is before and behind every strip.
     std::memset(step.scratch, 0, step.scratchCount * sizeof *step.scratch);
     std::uint64_t *oldLeft = step.scratch + rows, *old = oldLeft + (tiles + 2) * rows;
@@ -86,7 +87,7 @@ bool run_thinning_step(const thinning_step& step) noexcept
         std::uint64_t any = 0;
         for (std::ptrdiff_t tile = 0; tile < tiles; ++tile) {
             const std::ptrdiff_t first = tile * rows;
-            if (awake[tile] < step.number) {
+            if (awake[tile] < number) {
                 std::memcpy(old + first, strip + first, sizeof(std::uint64_t) * rows);
                 columns[tile] = 0;
             } else {
@@ -94,7 +95,7 @@ bool run_thinning_step(const thinning_step& step) noexcept
             }
             any |= columns[tile];
         }
-        if (any != 0) wake_around(columns, tiles, awake, awakeStride, step.number + 2);
+        if (any != 0) wake_around(columns, tiles, awake, awakeStride, number + 2);
         everywhere |= any;
         std::uint64_t* const before = old;
         old = oldLeft;

@@ -43,8 +43,8 @@ private:
 
 /// What the kernels see of a pack.
 struct pack_step {
-    pack_source source;
-    pack_thresholds thresholds;
+    const pack_source& source;
+    const pack_thresholds& thresholds;
     int samples, reach; ///< as those of the smoother
     primitives::uniform_spline::tables spline;
     double *steps, *shortPart, *coefficients;
