@@ -49,10 +49,10 @@ VLAxis& VLAxis::operator=(VLAxis&& other) noexcept
 
 bool VLAxis::operator==(const VLAxis& other) const noexcept
 {
-    const auto same_bits = [](double a, double b) {
+    const auto sameBits = [](double a, double b) {
         return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
     };
-    return same_bits(start, other.start) && same_bits(scale, other.scale) &&
+    return sameBits(start, other.start) && sameBits(scale, other.scale) &&
            std::strcmp(get_units(), other.get_units()) == 0;
 }
 

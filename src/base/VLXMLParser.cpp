@@ -74,7 +74,7 @@ struct VLXMLParser::run_state {
                                XML_GetCurrentColumnNumber(parser) + 1);
     }
 
-    void take_text(std::string_view content)
+    void takeText(std::string_view content)
     {
         if (declaresEntities && comes_from_entity(parser, content)) {
             expanded += content.size();
@@ -101,7 +101,7 @@ struct VLXMLParser::run_state {
     }
     static void text(void* user, const XML_Char* content, int length)
     {
-        of(user).guarded([&] { of(user).take_text({content, static_cast<std::size_t>(length)}); });
+        of(user).guarded([&] { of(user).takeText({content, static_cast<std::size_t>(length)}); });
     }
     static void entity(void* user, const XML_Char*, int, const XML_Char* value, int, const XML_Char*, const XML_Char*,
                        const XML_Char*, const XML_Char*)

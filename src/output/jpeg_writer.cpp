@@ -56,7 +56,7 @@ private:
         jpeg_set_quality(&state, settings.jpegQuality, TRUE);
         for (int i = 0; i < state.num_components; ++i) // full resolution: thin coloured lines keep their colour
             state.comp_info[i].h_samp_factor = state.comp_info[i].v_samp_factor = 1;
-        set_density(settings);
+        setDensity(settings);
         jpeg_start_compress(&state, TRUE);
         while (state.next_scanline < state.image_height) {
             const auto* row = reinterpret_cast<const JSAMPLE*>(pixels.row(static_cast<int>(state.next_scanline)));
@@ -67,7 +67,7 @@ private:
     }
 
     /// In dots per centimetre, 16 bits each.
-    void set_density(const picture_settings& settings)
+    void setDensity(const picture_settings& settings)
     {
         constexpr double metre = 100.0, largest = 65535.0;
         const std::uint32_t x = resolution_field(settings.xPixelsPerMetre / metre, largest);

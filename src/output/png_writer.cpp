@@ -40,7 +40,7 @@ private:
     void write(const pixel_view& pixels, const picture_settings& settings)
     {
         const auto width = static_cast<png_uint_32>(pixels.width), height = static_cast<png_uint_32>(pixels.height);
-        png_set_write_fn(png, this, on_write, nullptr);
+        png_set_write_fn(png, this, onWrite, nullptr);
         png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
         png_set_compression_level(png, compressionLevel);
         png_set_filter(png, PNG_FILTER_TYPE_BASE, rowFilters);
@@ -64,7 +64,7 @@ private:
         std::longjmp(self->jump, 1);
     }
     static void onWarning(png_structp, png_const_charp) {}
-    static void on_write(png_structp png_, png_bytep data, std::size_t size)
+    static void onWrite(png_structp png_, png_bytep data, std::size_t size)
     {
         auto* self = static_cast<png_encoder*>(png_get_io_ptr(png_));
         if (!self->append(data, size)) png_error(png_, "not enough memory for the picture");

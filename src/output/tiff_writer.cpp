@@ -52,7 +52,7 @@ struct strip_layout {
     std::uint64_t pixelsAt;
     std::uint64_t fileSize;
 
-    std::uint32_t bytes_of(std::uint32_t strip, std::uint32_t height) const noexcept
+    std::uint32_t bytesOf(std::uint32_t strip, std::uint32_t height) const noexcept
     {
         return static_cast<std::uint32_t>(std::min(rows, height - strip * rows) * rowBytes);
     }
@@ -90,7 +90,7 @@ void write_directory(std::byte* at, std::uint32_t width, std::uint32_t height, c
     // A table of one number stands in the entry itself.
     const bool isSingle = layout.strips == 1;
     const std::uint32_t offsets = isSingle ? static_cast<std::uint32_t>(layout.pixelsAt) : stripTablesAt;
-    const std::uint32_t counts = isSingle ? layout.bytes_of(0, height) : stripTablesAt + 4 * layout.strips;
+    const std::uint32_t counts = isSingle ? layout.bytesOf(0, height) : stripTablesAt + 4 * layout.strips;
     directory_writer directory(at);
     directory.out.u16(entryCount);
     directory.entry(256, typeLong, 1, width);
@@ -126,7 +126,7 @@ void write_strip_tables(std::byte* at, const strip_layout& layout, std::uint32_t
     const std::uint64_t step = layout.rows * layout.rowBytes;
     for (std::uint32_t strip = 0; strip < layout.strips; ++strip) {
         offsets.u32(static_cast<std::uint32_t>(layout.pixelsAt + strip * step));
-        counts.u32(layout.bytes_of(strip, height));
+        counts.u32(layout.bytesOf(strip, height));
     }
 }
 

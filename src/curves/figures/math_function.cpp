@@ -33,14 +33,14 @@ std::int16_t packing::operator()(double value) const noexcept
 
 packing choose_packing(double mean, double least, double most) noexcept
 {
-    const auto step_for = [](double magnitude) {
+    const auto stepFor = [](double magnitude) {
         int exponent = 0;
         if (std::isfinite(magnitude)) std::frexp(std::fabs(magnitude), &exponent);
         return std::ldexp(1.0, exponent - 15);
     };
-    if (least == most && std::isfinite(least)) return {least, step_for(least)};
+    if (least == most && std::isfinite(least)) return {least, stepFor(least)};
     const double below = least - mean, above = most - mean;
-    packing out{0.0, step_for(std::fabs(below) <= std::fabs(above) ? above : below)};
+    packing out{0.0, stepFor(std::fabs(below) <= std::fabs(above) ? above : below)};
     if (std::isfinite(mean)) out.zero = std::rint(mean / out.step) * out.step;
     return out;
 }

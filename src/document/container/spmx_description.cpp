@@ -65,7 +65,7 @@ private:
         return otherwise;
     }
     /// A number of an axis. Programs of another system write "1.#QNAN" for what is none.
-    double axis_number(const attributes& found, const char* name, double otherwise)
+    double axisNumber(const attributes& found, const char* name, double otherwise)
     {
         if (!found.contains(name)) return otherwise;
         const std::string digits = attribute(found, name);
@@ -118,9 +118,9 @@ private:
     }
 
     void xmlh_text(const char*, const attributes&) { push_text_buf(); }
-    void xmlh_depends_end(const char*) { append_name(dependents); }
-    void xmlh_subimage_end(const char*) { append_name(subimages); }
-    void append_name(std::vector<smart_string>& names)
+    void xmlh_depends_end(const char*) { appendName(dependents); }
+    void xmlh_subimage_end(const char*) { appendName(subimages); }
+    void appendName(std::vector<smart_string>& names)
     {
         if (++nameCount > spmx_limits::names) return fail(base::formatted("more than %zu names", spmx_limits::names));
         const std::string name = collected();
@@ -151,7 +151,7 @@ private:
         if (axes.get_axes_number() >= spmx_limits::axes)
             return fail(base::formatted("the stream \"%s\" has more than %u axes along one dimension",
                                         stream.get_name(), spmx_limits::axes));
-        const double start = axis_number(found, "start", 0.0), scale = axis_number(found, "scale", 1.0);
+        const double start = axisNumber(found, "start", 0.0), scale = axisNumber(found, "scale", 1.0);
         if (scale == 0.0) fail("the scale of an axis is 0");
         axes.set_axis(axes.get_axes_number(), VLAxis(start, scale, attribute(found, "units").c_str()));
     }

@@ -71,10 +71,10 @@ private:
         position += expected.size();
         return true;
     }
-    void skip_space() { position = std::min(text.find_first_not_of(" \t\r\n", position), text.size()); }
+    void skipSpace() { position = std::min(text.find_first_not_of(" \t\r\n", position), text.size()); }
 
     /// Whether a line end and an element of the layout stand at `at`.
-    bool line_ends_at(std::size_t at) const
+    bool lineEndsAt(std::size_t at) const
     {
         std::string_view ahead = text.substr(at);
         if (!ahead.starts_with(lineEnd)) return false;
@@ -84,11 +84,11 @@ private:
     }
 
     /// The text up to a terminator that ends its line; the terminator is skipped.
-    std::optional<std::string_view> take_line_text(std::string_view terminator)
+    std::optional<std::string_view> takeLineText(std::string_view terminator)
     {
         for (std::size_t end = text.find(terminator, position); end != std::string_view::npos;
              end = text.find(terminator, end + 1)) {
-            if (!line_ends_at(end + terminator.size())) continue;
+            if (!lineEndsAt(end + terminator.size())) continue;
             const std::string_view taken = text.substr(position, end - position);
             position = end + terminator.size();
             return taken;
@@ -102,15 +102,15 @@ private:
         if (text.starts_with("\xEF\xBB\xBF")) position = 3;
         const std::size_t firstEnd = text.find('\n');
         if (firstEnd != std::string_view::npos && firstEnd > 0 && text[firstEnd - 1] == '\r') lineEnd = "\r\n";
-        skip_space();
+        skipSpace();
         if (rest().starts_with("<?xml")) position = std::min(text.find("?>", position), text.size() - 2) + 2;
-        skip_space();
+        skipSpace();
         const std::size_t subset = text.find('[', position);
         if (!rest().starts_with("<!DOCTYPE") || subset == std::string_view::npos) return false;
         position = subset + 1;
         out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE spmx [\n<!NOTATION spmRaw SYSTEM \"raw\">\n";
         for (;;) {
-            skip_space();
+            skipSpace();
             if (accept("]>")) return true;
             if (rest().starts_with("<!NOTATION")) {
                 const std::size_t end = text.find('>', position);
@@ -137,11 +137,11 @@ private:
             at = text.substr(0, std::min(text.size(), position + maxIdBytes + entityMiddle.size()))
                      .find(entityMiddle, at + 1);
         }
-        return foreign_entity();
+        return foreignEntity();
     }
 
     /// A file name that does not repeat the id: both are plain then.
-    bool foreign_entity()
+    bool foreignEntity()
     {
         constexpr std::string_view middle = " SYSTEM \"";
         const std::size_t at = text.find(middle, position), close = text.find('"', at + middle.size());
@@ -165,7 +165,7 @@ private:
 
     bool root()
     {
-        skip_space();
+        skipSpace();
         const std::size_t end = text.find('>', position);
         if (!rest().starts_with("<spmx") || end == std::string_view::npos) return false;
         position = end + 1;
@@ -175,7 +175,7 @@ private:
 
     void element()
     {
-        skip_space();
+        skipSpace();
         if (accept("<var id=\"")) return variable();
         if (accept("<depends>")) return named("depends");
         if (accept("<subimage>")) return named("subimage");
@@ -199,7 +199,7 @@ private:
         std::size_t end = text.find('"', position);
         for (; end != std::string_view::npos; end = text.find('"', end + 1)) {
             const std::string_view behind = text.substr(end + 1);
-            isEmpty = behind.starts_with("/>") && line_ends_at(end + 3);
+            isEmpty = behind.starts_with("/>") && lineEndsAt(end + 3);
             if (isEmpty || behind.starts_with('>')) break;
         }
         if (end == std::string_view::npos) {
@@ -209,18 +209,18 @@ private:
         out += "<var id=\"" + spmx_escapes::text(text.substr(position, end - position)) + "\">";
         position = end + (isEmpty ? 3 : 2);
         if (!isEmpty)
-            if (const auto value = take_line_text("</var>")) out += spmx_escapes::text(*value);
+            if (const auto value = takeLineText("</var>")) out += spmx_escapes::text(*value);
         out += "</var>\n";
     }
 
     void named(const std::string& name)
     {
-        if (const auto value = take_line_text("</" + name + ">"))
+        if (const auto value = takeLineText("</" + name + ">"))
             out += "<" + name + ">" + spmx_escapes::text(*value) + "</" + name + ">\n";
     }
 
     /// Where an attribute that the tag has not had yet begins at `at`: the length of ` name="`, or 0.
-    std::size_t attribute_at(std::size_t at, std::string_view& name, const std::vector<std::string_view>& seen) const
+    std::size_t attributeAt(std::size_t at, std::string_view& name, const std::vector<std::string_view>& seen) const
     {
         if (at >= text.size() || text[at] != ' ') return 0;
         // In the order of the layout: behind "parameter" there is no "name", whatever the text looks like.
@@ -235,29 +235,29 @@ private:
     }
 
     /// End of an opening tag at `at`: ">" or "/>" with a line of the layout behind, or 0.
-    std::size_t tag_end_at(std::size_t at) const
+    std::size_t tagEndAt(std::size_t at) const
     {
         const std::string_view ahead = text.substr(std::min(at, text.size()));
         const std::size_t length = ahead.starts_with("/>") ? 2 : ahead.starts_with('>') ? 1 : 0;
-        return length && line_ends_at(at + length) ? length : 0;
+        return length && lineEndsAt(at + length) ? length : 0;
     }
 
-    bool value_ends_at(std::size_t quote, const std::vector<std::string_view>& seen) const
+    bool valueEndsAt(std::size_t quote, const std::vector<std::string_view>& seen) const
     {
         std::string_view next;
-        return text.substr(quote).starts_with('"') && (attribute_at(quote + 1, next, seen) || tag_end_at(quote + 1));
+        return text.substr(quote).starts_with('"') && (attributeAt(quote + 1, next, seen) || tagEndAt(quote + 1));
     }
 
     /// The quote that ends an attribute's value. The entities tell the id of each stream in order, so that an id which
     /// looks like attributes is still found.
-    std::size_t value_end(std::string_view name, const std::vector<std::string_view>& seen) const
+    std::size_t valueEnd(std::string_view name, const std::vector<std::string_view>& seen) const
     {
         if ((name == "id" || name == "ref") && streams > 0 && streams <= entities.size()) {
             const std::string& id = entities[streams - 1];
-            if (rest().starts_with(id) && value_ends_at(position + id.size(), seen)) return position + id.size();
+            if (rest().starts_with(id) && valueEndsAt(position + id.size(), seen)) return position + id.size();
         }
         std::size_t end = text.find('"', position);
-        while (end != std::string_view::npos && !value_ends_at(end, seen)) end = text.find('"', end + 1);
+        while (end != std::string_view::npos && !valueEndsAt(end, seen)) end = text.find('"', end + 1);
         return end;
     }
 
@@ -269,22 +269,22 @@ private:
         if (tag == "stream") ++streams;
         std::string_view name;
         std::vector<std::string_view> seen;
-        while (const std::size_t length = attribute_at(position, name, seen)) {
+        while (const std::size_t length = attributeAt(position, name, seen)) {
             position += length;
             seen.push_back(name);
-            const std::size_t end = value_end(name, seen);
+            const std::size_t end = valueEnd(name, seen);
             if (end == std::string_view::npos) break;
-            append_attribute(name, text.substr(position, end - position));
+            appendAttribute(name, text.substr(position, end - position));
             position = end + 1;
         }
-        const std::size_t end = tag_end_at(position);
+        const std::size_t end = tagEndAt(position);
         good = end != 0;
         out += text.substr(position, end);
         out += '\n';
         position += end;
     }
 
-    void append_attribute(std::string_view name, std::string_view value)
+    void appendAttribute(std::string_view name, std::string_view value)
     {
         out += ' ';
         out += name;

@@ -149,11 +149,11 @@ std::string joined_lengths(const CStorageDoc& into, unsigned image, const CStora
 std::string joined_voids(const CStorageDoc& into, unsigned image, const CStorageDoc& from, unsigned source,
                          std::uint64_t first, std::uint64_t samples)
 {
-    const auto voids_of = [](const CStorageDoc& document, unsigned index) {
+    const auto voidsOf = [](const CStorageDoc& document, unsigned index) {
         return formats::void_ranges(document.getImage(index), document.getString(formats::voidRangesKey, index));
     };
-    std::vector<formats::void_range> all = voids_of(into, image);
-    for (const formats::void_range& each : voids_of(from, source)) all.push_back({first + each.first, each.count});
+    std::vector<formats::void_range> all = voidsOf(into, image);
+    for (const formats::void_range& each : voidsOf(from, source)) all.push_back({first + each.first, each.count});
     return formats::void_ranges_text(samples, std::move(all));
 }
 

@@ -74,7 +74,7 @@ public:
         jpk_properties header(otherLines);
         header.resolve(shared);
         segment.name = jpk_segment_name(header);
-        read_time(header, segment);
+        readTime(header, segment);
         auto& known = described[channelLines];
         if (!known) {
             jpk_properties channels(channelLines);
@@ -86,15 +86,15 @@ public:
     }
 
 private:
-    static void read_time(const jpk_properties& header, jpk_segment& segment)
+    static void readTime(const jpk_properties& header, jpk_segment& segment)
     {
         const std::string durationKey = "force-segment-header.duration", pointsKey = "force-segment-header.num-points";
-        const auto above_0 = [&](const std::string& key, double least) { // 0 for what is none
+        const auto above0 = [&](const std::string& key, double least) { // 0 for what is none
             const double number = header.number(key).value_or(0.0);
             return number >= least && number < 1e9 ? number : 0.0;
         };
-        segment.duration = above_0(durationKey, 1e-12);
-        segment.points = static_cast<std::uint64_t>(above_0(pointsKey, 1.0));
+        segment.duration = above0(durationKey, 1e-12);
+        segment.points = static_cast<std::uint64_t>(above0(pointsKey, 1.0));
         segment.isTimeDamaged = (segment.duration == 0.0 && header.all().contains(durationKey)) ||
                                 (segment.points == 0 && header.all().contains(pointsKey));
     }

@@ -84,7 +84,7 @@ std::optional<value_scale> walk_slots(const channel_keys& keys, const std::strin
     const std::string set = "conversion-set.conversion.";
     value_scale scale{1.0, 0.0, "", ""};
     std::string slot = name;
-    const auto leave_out = [&](const char* why) {
+    const auto leaveOut = [&](const char* why) {
         damaged += (damaged.empty() ? "" : ", ") + name + " (" + why + ")";
         return std::nullopt;
     };
@@ -94,7 +94,7 @@ std::optional<value_scale> walk_slots(const channel_keys& keys, const std::strin
             return std::nullopt;
         }
         const std::string prefix = set + slot + ".";
-        if (i == 0 && !keys.hasAny(prefix)) return leave_out("it is not described");
+        if (i == 0 && !keys.hasAny(prefix)) return leaveOut("it is not described");
         if (keys.text(prefix + "defined") != "false") {
             const double factor = keys.number(prefix + "scaling.multiplier", 1.0);
             const double offset = keys.number(prefix + "scaling.offset", 0.0);
@@ -109,7 +109,7 @@ std::optional<value_scale> walk_slots(const channel_keys& keys, const std::strin
         slot = keys.text(prefix + "base-calibration-slot");
     }
     if (scale.origin.empty()) return std::nullopt;
-    if (!is_usable(scale)) return leave_out("a multiplier or offset is no number, infinite or 0");
+    if (!is_usable(scale)) return leaveOut("a multiplier or offset is no number, infinite or 0");
     scale.origin = "encoder, conversions " + scale.origin;
     return scale;
 }

@@ -134,27 +134,27 @@ public:
                 voids.push_back({i * parts.longest, parts.longest});
                 continue;
             }
-            const std::string problem = isRaw ? fill_raw(image, parts, i) : fill_values(image, parts, i, isShown);
+            const std::string problem = isRaw ? fillRaw(image, parts, i) : fillValues(image, parts, i, isShown);
             if (problem.empty()) continue;
             damaged.add(problem);
             voids.push_back({i * parts.longest, parts.longest});
             lengths.back() = 0;
         }
-        clear_voids(image, voids);
+        clearVoids(image, voids);
         if (!isShown)
             for (std::size_t i = 1; i < first.slots.size(); ++i)
                 add_calibration(image, scale, isRaw ? first.ofRaw(first.slots[i]) : first.slots[i]);
         settle_samples(image, voids);
         note_curve_lengths(image, static_cast<unsigned>(parts.longest), lengths);
         name_subimages(image, names);
-        order_from_contact(image, ends_of(parts));
+        order_from_contact(image, endsOf(parts));
         note_deflection_sign(image);
         return image;
     }
 
 private:
     /// Segments are stored in the order of time.
-    static std::vector<contact_end> ends_of(const jpk_channel_parts& parts)
+    static std::vector<contact_end> endsOf(const jpk_channel_parts& parts)
     {
         std::vector<contact_end> ends;
         for (const jpk_channel_part& part : parts.parts)
@@ -180,7 +180,7 @@ private:
         return image;
     }
 
-    std::string fill_raw(recorded_image& image, const jpk_channel_parts& parts, std::size_t i)
+    std::string fillRaw(recorded_image& image, const jpk_channel_parts& parts, std::size_t i)
     {
         const jpk_channel_part& part = parts.parts[i];
         const unsigned bytes = element_size(part.channel->type);
@@ -192,14 +192,14 @@ private:
         return problem;
     }
 
-    std::string fill_values(recorded_image& image, const jpk_channel_parts& parts, std::size_t i, bool shown)
+    std::string fillValues(recorded_image& image, const jpk_channel_parts& parts, std::size_t i, bool shown)
     {
         const auto room = static_cast<std::size_t>(parts.longest);
         const value_scale* slot = shown ? parts.parts[i].channel->slotIn(parts.units) : nullptr;
         return convert_part(archive, parts.parts[i], slot, elements_of<double>(image).subspan(i * room, room));
     }
 
-    static void clear_voids(recorded_image& image, std::span<const void_range> voids)
+    static void clearVoids(recorded_image& image, std::span<const void_range> voids)
     {
         const std::size_t bytes = element_size(image.stream.array_type());
         for (const void_range& each : voids)

@@ -179,17 +179,17 @@ base::read_result<jpk_plane> describe_jpk_plane(std::uint64_t fileBytes, const t
 std::map<std::string, std::string> jpk_document_texts(const tiff_directory& first)
 {
     std::map<std::string, std::string> strings;
-    const auto add_number = [&](const shown_text& each) {
+    const auto addNumber = [&](const shown_text& each) {
         if (const auto number = first.number(each.tag)) strings[each.key] = base::shortest(*number);
     };
     for (const shown_text& each : shownTexts) {
         std::string text = first.text(each.tag);
         if (text.empty())
-            add_number(each); // the program is a text or a number
+            addNumber(each); // the program is a text or a number
         else
             strings[each.key] = std::move(text);
     }
-    for (const shown_text& each : shownNumbers) add_number(each);
+    for (const shown_text& each : shownNumbers) addNumber(each);
     return strings;
 }
 

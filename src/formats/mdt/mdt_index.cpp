@@ -71,22 +71,22 @@ private:
     {
         index.data.push_back(
             {text_of(found, "name"), text_of(found, "type"), count_of(found, "offset"), count_of(found, "count")});
-        tell_progress();
+        tellProgress();
     }
     void onMeas(const char*, const attributes& found)
     {
         index.measurements.push_back({index_of(found, "name"), index_of(found, "data"), index_of(found, "axis0"),
                                       index_of(found, "pass"), index_of(found, "inverse0") == 1});
-        tell_progress();
+        tellProgress();
     }
     void onPoint(const char*, const attributes& found)
     {
         const std::string place =
             text_of(found, "x") + " " + text_of(found, "y") + " " + normal_unit(text_of(found, "unit"));
         index.points.push_back({std::string(base::trimmed(place)), text_of(found, "name"), count_of(found, "offset")});
-        tell_progress();
+        tellProgress();
     }
-    void tell_progress()
+    void tellProgress()
     {
         constexpr unsigned rowsBetween = 4096;
         if (++rows % rowsBetween == 0 && !file.progress(done)) fail("reading was cancelled");

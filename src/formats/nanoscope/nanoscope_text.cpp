@@ -23,7 +23,7 @@ public:
     bool isAtEnd() const noexcept { return text.find_first_not_of(blanks) == std::string_view::npos; }
 
     /// More cannot be there, since each takes a digit and a blank.
-    std::size_t most_numbers() const noexcept { return (text.size() + 1) / 2; }
+    std::size_t mostNumbers() const noexcept { return (text.size() + 1) / 2; }
 
     /// False at the end and at what is no whole number.
     bool next(double& value) noexcept
@@ -48,7 +48,7 @@ std::string take_samples(number_reader& numbers, nanoscope_image& image, std::ve
 {
     const std::uint64_t count = image.samples();
     const std::string shortage = "Samps/line times Number of lines asks for more samples than the file holds";
-    if (count > numbers.most_numbers()) return shortage;
+    if (count > numbers.mostNumbers()) return shortage;
     image.offset = samples.size();
     samples.resize(samples.size() + static_cast<std::size_t>(count));
     for (std::size_t i = image.offset; i < samples.size(); ++i)

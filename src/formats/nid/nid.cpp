@@ -127,10 +127,10 @@ public:
         for (std::size_t i = 0; i < groups.size(); ++i) {
             if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
                 return base::read_error{0, "reading was cancelled"};
-            if (auto failure = load_group(groups[i]); !failure.reason.empty()) return failure;
+            if (auto failure = loadGroup(groups[i]); !failure.reason.empty()) return failure;
         }
-        link_positions();
-        order_forces();
+        linkPositions();
+        orderForces();
         result.strings = strings_of(header);
         if (!isGridUsed && !curves.empty() && !places.text.empty()) result.strings["Curve places"] = places.text;
         return std::move(result);
@@ -146,13 +146,13 @@ private:
         std::string ownPositions; ///< id of the stream made from the lines' axes; may be empty
     };
 
-    base::read_error load_group(const plane_group& group)
+    base::read_error loadGroup(const plane_group& group)
     {
         std::vector<const nid_channel*> members;
         for (const std::size_t index : group) members.push_back(&channels[index]);
         const nid_channel& first = *members.front();
         const std::string id = unique_id(first.label(), ids);
-        auto image = first.isImage() ? load_image(file, members, id) : load_curve_group(members, id);
+        auto image = first.isImage() ? load_image(file, members, id) : loadCurveGroup(members, id);
         if (!image) return image.error();
         if (first.isImage()) name_directions(*image, group, first.direction());
         std::string& frames = image->strings["\\Line direction"];
@@ -161,8 +161,8 @@ private:
         return {};
     }
 
-    base::read_result<recorded_image> load_curve_group(const std::vector<const nid_channel*>& members,
-                                                       const std::string& id)
+    base::read_result<recorded_image> loadCurveGroup(const std::vector<const nid_channel*>& members,
+                                                     const std::string& id)
     {
         const nid_channel& first = *members.front();
         auto layout = lay_out_curves(places, members);
@@ -182,25 +182,25 @@ private:
         return image;
     }
 
-    void link_positions()
+    void linkPositions()
     {
         for (const curve_item& item : curves) {
             const auto measured = std::ranges::find_if(
                 curves, [&](const curve_item& other) { return other.isPosition && other.shape == item.shape; });
-            auto& stream = stream_of(item);
+            auto& stream = streamOf(item);
             if (item.isPosition || measured == curves.end())
                 stream.set_parameter_stream(item.ownPositions.c_str());
             else
-                stream.set_parameter_stream(stream_of(*measured).get_name());
+                stream.set_parameter_stream(streamOf(*measured).get_name());
         }
     }
 
     /// Turns the curves of spectra over a length, and their positions with them.
-    void order_forces()
+    void orderForces()
     {
         std::vector<std::pair<recorded_image*, std::vector<contact_end>>> found; // before anything turns
         for (const curve_item& item : curves) {
-            recorded_image& image = image_of(item);
+            recorded_image& image = imageOf(item);
             recorded_image* const positions = item.isPosition ? &image : named(image.stream.get_parameter_stream());
             if (!item.isForce) continue;
             found.emplace_back(&image, nid_contacts(image, positions, forcesLike(item)));
@@ -217,7 +217,7 @@ private:
     const recorded_image* forcesLike(const curve_item& item)
     {
         for (const curve_item& other : curves)
-            if (const recorded_image& image = image_of(other);
+            if (const recorded_image& image = imageOf(other);
                 other.isForce && other.shape == item.shape && holds_forces(image.stream))
                 return &image;
         return nullptr;
@@ -232,8 +232,8 @@ private:
         return nullptr;
     }
 
-    recorded_image& image_of(const curve_item& item) { return std::get<recorded_image>(result.items[item.index]); }
-    SPMDataStream& stream_of(const curve_item& item) { return image_of(item).stream; }
+    recorded_image& imageOf(const curve_item& item) { return std::get<recorded_image>(result.items[item.index]); }
+    SPMDataStream& streamOf(const curve_item& item) { return imageOf(item).stream; }
 
     source& file;
     const nid_header& header;

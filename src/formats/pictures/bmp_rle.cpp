@@ -20,8 +20,8 @@ public:
           isNibbles(out_.header.biBitCount == 4)
     {
     }
-    bool has_room(std::uint64_t count) const noexcept { return y < height && count <= width - x; }
-    bool is_done() const noexcept { return y >= height; }
+    bool hasRoom(std::uint64_t count) const noexcept { return y < height && count <= width - x; }
+    bool isDone() const noexcept { return y >= height; }
     std::uint64_t row() const noexcept { return y; }
     void put(unsigned index) noexcept
     {
@@ -32,7 +32,7 @@ public:
             row[x] = static_cast<std::byte>(index);
         ++x;
     }
-    void next_row() noexcept { x = 0, ++y; }
+    void nextRow() noexcept { x = 0, ++y; }
     /// \return false when this leaves the picture
     bool move(std::uint64_t right, std::uint64_t up) noexcept
     {
@@ -67,14 +67,14 @@ std::string decode_bmp_rle(std::span<const std::byte> code, picture& out)
         return base::formatted("run-length code: row %llu from the bottom is left",
                                static_cast<unsigned long long>(pen.row()));
     };
-    while (!pen.is_done()) {
+    while (!pen.isDone()) {
         const unsigned count = in.u8(), value = in.u8();
         if (in.failed()) return "run-length code: cut short";
         if (count != 0) {
-            if (!pen.has_room(count)) return beyond();
+            if (!pen.hasRoom(count)) return beyond();
             for (unsigned i = 0; i < count; ++i) pen.put(index_of(value, i, isNibbles));
         } else if (value == endOfRow) {
-            pen.next_row();
+            pen.nextRow();
         } else if (value == endOfPicture) {
             break;
         } else if (value == skip) {
@@ -84,7 +84,7 @@ std::string decode_bmp_rle(std::span<const std::byte> code, picture& out)
             const auto bytes = in.take(isNibbles ? (value + 1) / 2 : value);
             in.skip(bytes.size() % 2);
             if (bytes.empty() || in.failed()) return "run-length code: cut short";
-            if (!pen.has_room(value)) return beyond();
+            if (!pen.hasRoom(value)) return beyond();
             for (unsigned i = 0; i < value; ++i)
                 pen.put(index_of(std::to_integer<unsigned>(bytes[isNibbles ? i / 2 : i]), i, isNibbles));
         }

@@ -31,12 +31,12 @@ public:
     {
         info.err = jpeg_std_error(&errors);
         errors.error_exit = onError;
-        errors.emit_message = on_message;
+        errors.emit_message = onMessage;
         info.client_data = this;
         attempt([&] {
             jpeg_create_decompress(&info);
             jpeg_mem_src(&info, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-            monitor.progress_monitor = on_progress;
+            monitor.progress_monitor = onProgress;
             info.progress = &monitor;
         });
     }
@@ -77,7 +77,7 @@ private:
         std::longjmp(self.leave, 1);
     }
     /// What the library would go on with is an error here, unless no pixel depends on it.
-    static void on_message(j_common_ptr common, int level)
+    static void onMessage(j_common_ptr common, int level)
     {
         if (level >= 0) return;
         switch (common->err->msg_code) {
@@ -93,7 +93,7 @@ private:
             onError(common);
         }
     }
-    static void on_progress(j_common_ptr common)
+    static void onProgress(j_common_ptr common)
     {
         const auto scan = reinterpret_cast<j_decompress_ptr>(common)->input_scan_number;
         if (scan <= maxScans) return;

@@ -23,13 +23,13 @@ struct png_shape {
 
     bool isGrey() const noexcept { return (colours & PNG_COLOR_MASK_COLOR) == 0; }
     bool isPalette() const noexcept { return colours == PNG_COLOR_TYPE_PALETTE; }
-    bool is_heights() const noexcept { return isGrey() && bits == 16; }
+    bool isHeights() const noexcept { return isGrey() && bits == 16; }
     bool isIndexed() const noexcept { return isPalette() || (colours == PNG_COLOR_TYPE_GRAY && bits <= 8); }
     /// Of the bitmap that it becomes; it knows no two bits a pixel.
-    unsigned bit_count() const noexcept
+    unsigned bitCount() const noexcept
     {
         if (isIndexed()) return bits == 2 ? 8 : static_cast<unsigned>(bits);
-        return is_heights() ? 16 : 24;
+        return isHeights() ? 16 : 24;
     }
 };
 
@@ -69,7 +69,7 @@ std::vector<RGBQUAD> palette_of(const png_decoder& png, const png_shape& shape)
 void set_transformations(png_structp png, const png_shape& shape)
 {
     if (shape.colours & PNG_COLOR_MASK_ALPHA) png_set_strip_alpha(png);
-    if (shape.is_heights()) {
+    if (shape.isHeights()) {
         if constexpr (std::endian::native == std::endian::little) png_set_swap(png);
         return;
     }
@@ -107,7 +107,7 @@ bool append_picture(png_decoder& png, source& file, const png_shape& shape, reco
 {
     std::vector<RGBQUAD> palette;
     if (shape.isIndexed()) palette = palette_of(png, shape);
-    picture image = make_picture(shape.width, shape.height, shape.bit_count(), std::move(palette));
+    picture image = make_picture(shape.width, shape.height, shape.bitCount(), std::move(palette));
     const resolution known = resolution_of(png);
     image.header.biXPelsPerMeter = header_resolution(known.x);
     image.header.biYPelsPerMeter = header_resolution(known.y);
@@ -151,8 +151,7 @@ void copy_texts(const png_decoder& png, recording& out)
 /// An error text, or empty.
 std::string refusal_of(const png_shape& shape, std::uint64_t rowBytes, std::uint64_t fileBytes)
 {
-    if (is_dib_size(shape.width, shape.height, shape.bit_count()) && is_plausible(shape, rowBytes, fileBytes))
-        return {};
+    if (is_dib_size(shape.width, shape.height, shape.bitCount()) && is_plausible(shape, rowBytes, fileBytes)) return {};
     return base::formatted("width and height: %u x %u is too large for a file of this size", shape.width, shape.height);
 }
 
@@ -175,7 +174,7 @@ base::read_result<recording> read_png(source& file)
         return base::read_error{0, std::move(reason)};
     recording result;
     const bool isRead =
-        shape.is_heights() ? append_heights(png, file, shape, result) : append_picture(png, file, shape, result);
+        shape.isHeights() ? append_heights(png, file, shape, result) : append_picture(png, file, shape, result);
     if (!isRead) return base::read_error{0, png.reason()};
     copy_texts(png, result);
     return result;

@@ -100,14 +100,14 @@ public:
         tiff_directory directory;
         directory.order = order;
         for (std::uint32_t i = 0; i < count; ++i)
-            if (std::string reason = read_entry(in, table, directory); !reason.empty())
+            if (std::string reason = readEntry(in, table, directory); !reason.empty())
                 return base::read_error{place, std::move(reason)};
         return directory;
     }
 
 private:
     /// \return empty, or why the directory cannot be used
-    std::string read_entry(ordered_reader& in, std::span<const std::byte> table, tiff_directory& directory)
+    std::string readEntry(ordered_reader& in, std::span<const std::byte> table, tiff_directory& directory)
     {
         const unsigned tag = in.u16();
         tiff_directory::entry entry{in.u16(), in.u32(), {}};

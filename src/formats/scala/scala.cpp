@@ -54,15 +54,15 @@ public:
 
     base::read_result<recording> load()
     {
-        for (const scala_channel& channel : parameters.channels) find_channel(channel);
-        const auto groups = join_channels();
+        for (const scala_channel& channel : parameters.channels) findChannel(channel);
+        const auto groups = joinedChannels();
         for (std::size_t i = 0; i < groups.size(); ++i) {
             if (!file.progress(static_cast<double>(i) / static_cast<double>(groups.size())))
                 return base::read_error{0, "reading was cancelled"};
             if (is_scala_points(*found[groups[i].front()].channel))
-                load_points(groups[i]);
+                loadPoints(groups[i]);
             else
-                load_group(groups[i]);
+                loadGroup(groups[i]);
         }
         if (result.items.empty()) return base::read_error{0, "none of its data files can be read: " + missing};
         result.strings = parameters.values;
@@ -89,7 +89,7 @@ private:
         missing += channel.label() + " (" + channel.fileName + "): " + why;
     }
 
-    void find_channel(const scala_channel& channel)
+    void findChannel(const scala_channel& channel)
     {
         auto data = find_scala_data(file, parameterName, channel);
         if (!data) return note(channel, "there is no such file");
@@ -108,7 +108,7 @@ private:
         found.push_back({&channel, std::move(data), std::move(extents)});
     }
 
-    static channel_plane plane_of(const found_channel& each)
+    static channel_plane planeOf(const found_channel& each)
     {
         channel_plane plane;
         plane.channel = each.channel->label();
@@ -124,14 +124,14 @@ private:
         return plane;
     }
 
-    std::vector<plane_group> join_channels() const
+    std::vector<plane_group> joinedChannels() const
     {
         std::vector<channel_plane> planes;
-        for (const found_channel& each : found) planes.push_back(plane_of(each));
+        for (const found_channel& each : found) planes.push_back(planeOf(each));
         return join_directions(planes);
     }
 
-    void load_points(const plane_group& group)
+    void loadPoints(const plane_group& group)
     {
         std::vector<scala_points> parts;
         for (const std::size_t index : group) {
@@ -155,7 +155,7 @@ private:
         for (recorded_image& image : *images) result.items.emplace_back(std::move(image));
     }
 
-    void load_group(const plane_group& group)
+    void loadGroup(const plane_group& group)
     {
         const found_channel& first = found[group.front()];
         recorded_image image = make_samples(unique_id(first.channel->label(), ids), first.channel->label(),

@@ -71,7 +71,7 @@ public:
         if (base::trimmed(stated).empty()) return std::nullopt;
         return lone_number(stated).value_or(std::nan(""));
     }
-    double number_or_zero() { return number().value_or(0.0); }
+    double numberOrZero() { return number().value_or(0.0); }
 
 private:
     const std::vector<std::string>& lines;
@@ -113,9 +113,9 @@ scala_channel read_channel(const parameter_block& block, bool isSpectroscopy)
     read_scales(lines, channel);
     if (isSpectroscopy) {
         channel.points = static_cast<unsigned>(stated_count(lines.text(), 0xFFFFFF).value_or(0));
-        channel.start = lines.number_or_zero();
-        channel.end = lines.number_or_zero();
-        channel.increment = lines.number_or_zero();
+        channel.start = lines.numberOrZero();
+        channel.end = lines.numberOrZero();
+        channel.increment = lines.numberOrZero();
         for (int i = 0; i < 3; ++i) lines.text(); // acquisition time, delay time, feedback
     }
     channel.fileName = plain_file_name(lines.text());

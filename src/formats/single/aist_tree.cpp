@@ -74,7 +74,7 @@ public:
 
     base::read_result<aist_tree> parse()
     {
-        parse_node(0);
+        parseNode(0);
         if (reason.empty() && in.failed()) fail("a length in the tree cannot be, or the file is cut short");
         if (reason.empty()) return std::move(tree);
         if (tree.rasters.empty() && tree.curves.empty()) return base::read_error{failedAt, reason};
@@ -89,26 +89,26 @@ private:
         reason = why;
         failedAt = in.offset();
     }
-    bool going_on() const noexcept { return reason.empty() && !in.failed(); }
+    bool goingOn() const noexcept { return reason.empty() && !in.failed(); }
 
-    void parse_node(unsigned depth)
+    void parseNode(unsigned depth)
     {
         if (depth > deepest) return fail("the tree is deeper than 64 levels");
         if (in.flag()) {
             const std::string type = in.string();
             const auto payload = in.block();
-            if (going_on() && type == "raster") parse_raster(payload);
-            if (going_on() && type == "curve") parse_curve(payload);
+            if (goingOn() && type == "raster") parseRaster(payload);
+            if (goingOn() && type == "curve") parseCurve(payload);
         }
         in.string(); // name
         const std::int32_t children = in.i32();
         if (in.failed()) return;
         if (children < 0 || static_cast<std::size_t>(children) > in.remaining() / leastNodeBytes)
             return fail("a node has more children than the file has room for");
-        for (std::int32_t i = 0; i < children && going_on(); ++i) parse_node(depth + 1);
+        for (std::int32_t i = 0; i < children && goingOn(); ++i) parseNode(depth + 1);
     }
 
-    void parse_raster(std::span<const std::byte> payload)
+    void parseRaster(std::span<const std::byte> payload)
     {
         stream_reader raster(payload);
         aist_raster found;
@@ -136,7 +136,7 @@ private:
         tree.rasters.push_back(std::move(found));
     }
 
-    void parse_curve(std::span<const std::byte> payload)
+    void parseCurve(std::span<const std::byte> payload)
     {
         stream_reader curve(payload);
         aist_curve found;

@@ -62,24 +62,24 @@ pni_header parse_header(std::string_view bytes)
 {
     base::byte_reader in(std::as_bytes(std::span(bytes)));
     const bool isFirstVersion = bytes.substr(4).starts_with("1.0");
-    const auto u32_at = [&](std::size_t offset) {
+    const auto u32At = [&](std::size_t offset) {
         in.seek(offset);
         return in.u32();
     };
-    const auto f32_at = [&](std::size_t offset) {
+    const auto f32At = [&](std::size_t offset) {
         in.seek(offset);
         return static_cast<double>(in.f32());
     };
     pni_header header;
-    header.columns = u32_at(shapeAt);
-    header.rows = u32_at(shapeAt + 4);
-    const double width = f32_at(0xA8), height = f32_at(0xB0);
+    header.columns = u32At(shapeAt);
+    header.rows = u32At(shapeAt + 4);
+    const double width = f32At(0xA8), height = f32At(0xB0);
     header.x = stated_side(0.0, width, header.columns, "\u00B5m");
     header.y = stated_side(0.0, height, header.rows, "\u00B5m");
-    header.scale = make_scale(f32_at(0xBC), u32_at(dataHeaderAt + (isFirstVersion ? 0x46 : 0x1B2)));
-    header.label = channel_name(isFirstVersion, u32_at(dataHeaderAt + (isFirstVersion ? 0x0A : 0x19E)));
+    header.scale = make_scale(f32At(0xBC), u32At(dataHeaderAt + (isFirstVersion ? 0x46 : 0x1B2)));
+    header.label = channel_name(isFirstVersion, u32At(dataHeaderAt + (isFirstVersion ? 0x0A : 0x19E)));
     if (!isFirstVersion) return header;
-    const std::uint32_t direction = u32_at(dataHeaderAt + 0x0E);
+    const std::uint32_t direction = u32At(dataHeaderAt + 0x0E);
     header.direction = direction == 0 ? "Forward" : direction == 1 ? "Reverse" : nullptr;
     return header;
 }

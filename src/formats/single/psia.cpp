@@ -37,19 +37,19 @@ class field_reader {
 public:
     explicit field_reader(std::span<const std::byte> bytes) : in(bytes) {}
 
-    std::uint32_t u32(std::size_t at) { return at_offset(at).u32(); }
-    double f64(std::size_t at) { return at_offset(at).f64(); }
+    std::uint32_t u32(std::size_t at) { return atOffset(at).u32(); }
+    double f64(std::size_t at) { return atOffset(at).f64(); }
     /// A text of at most `length` characters.
     std::string text(std::size_t at, std::size_t length)
     {
-        const auto field = at_offset(at).take(2 * length);
+        const auto field = atOffset(at).take(2 * length);
         const std::string utf8 =
             base::utf16_to_utf8({reinterpret_cast<const char*>(field.data()), field.size()}, false);
         return clean_text(utf8.substr(0, utf8.find('\0')));
     }
 
 private:
-    base::byte_reader& at_offset(std::size_t at)
+    base::byte_reader& atOffset(std::size_t at)
     {
         in.seek(at);
         return in;

@@ -213,8 +213,8 @@ base::read_result<recording> read_curves(source& file, const wsxm_header& header
         }
     }
     const auto named = [&](const char* key, const char* otherwise) {
-        const std::string& text_ = header.value(section, key);
-        return text_.empty() ? std::string(otherwise) : text_;
+        const std::string& kept = header.value(section, key);
+        return kept.empty() ? std::string(otherwise) : kept;
     };
     const std::string xUnits = normal_unit(header.value(section, "X axis unit"));
     const value_scale yScale{1.0, 0.0, normal_unit(header.value(section, "Y axis unit")), "Y axis unit"};

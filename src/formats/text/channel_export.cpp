@@ -39,11 +39,11 @@ struct export_fields {
     explicit export_fields(const header_lines& header);
 
 private:
-    void read_lines(const header_lines& header);
-    void join_twins();
+    void readLines(const header_lines& header);
+    void joinTwins();
     void place();
-    void place_three();
-    void note_no_unit(const header_lines& header);
+    void placeThree();
+    void noteNoUnit(const header_lines& header);
 
     std::vector<key_value> fields;
     std::size_t unmarked = 0;                     ///< of them
@@ -52,14 +52,14 @@ private:
 
 export_fields::export_fields(const header_lines& header)
 {
-    read_lines(header);
-    join_twins();
+    readLines(header);
+    joinTwins();
     place();
-    if (isOne) note_no_unit(header);
+    if (isOne) noteNoUnit(header);
 }
 
 /// The leading fields; some of them may have lost their mark.
-void export_fields::read_lines(const header_lines& header)
+void export_fields::readLines(const header_lines& header)
 {
     constexpr std::size_t mostFields = 5; // one of them stated twice
     for (const std::string& line : header) {
@@ -72,7 +72,7 @@ void export_fields::read_lines(const header_lines& header)
 }
 
 /// Of a size that is stated twice neither counts, unless they agree.
-void export_fields::join_twins()
+void export_fields::joinTwins()
 {
     for (std::size_t i = 2; i < std::min<std::size_t>(fields.size(), 4); ++i) {
         const key_value &first = fields[i - 1], &second = fields[i];
@@ -95,7 +95,7 @@ void export_fields::place()
     const bool areSizes = is_size(second) && is_size(third), isAnySize = is_size(second) || is_size(third);
     if (!areSizes && isAnySize && !hasFourth && unmarked < 2 && is_known_unit(third) &&
         !base::equal_ignoring_case(fields[2].key, "Height"))
-        return place_three();
+        return placeThree();
     const bool hasUnits = hasFourth && is_known_unit(fields[3].value);
     if (unmarked > 1 && !(areSizes && hasUnits)) return; // of any writer
     isOne = areSizes || (hasUnits && (isAnySize || (is_left(second) && is_left(third)))) ||
@@ -107,7 +107,7 @@ void export_fields::place()
 }
 
 /// Three fields, the last one the unit of the values: the name or a size is missing.
-void export_fields::place_three()
+void export_fields::placeThree()
 {
     isOne = true;
     units = fields[2];
@@ -128,7 +128,7 @@ void export_fields::place_three()
                                 : "both sides"));
 }
 
-void export_fields::note_no_unit(const header_lines& header)
+void export_fields::noteNoUnit(const header_lines& header)
 {
     if (!units && has_line(header, lines, mark)) {
         notes.push_back("the header line " + quoted(header[lines]) + " is damaged: the values have no unit");

@@ -50,31 +50,31 @@ public:
     std::string reason;
 
 private:
-    line_use add_numbers(std::string_view line, std::size_t before, std::size_t number)
+    line_use addNumbers(std::string_view line, std::size_t before, std::size_t number)
     {
         ends.add(line);
         isLastRead = isLast(line);
         table.gaps.close(false);
         const std::size_t fields = table.values.size() - before;
-        if (!hasGaps() || fields >= table.columns) return add_row(fields, number);
+        if (!hasGaps() || fields >= table.columns) return addRow(fields, number);
         const auto shortRow = table.values.begin() + static_cast<std::ptrdiff_t>(before);
         const std::vector<double> numbers(shortRow, table.values.end());
         table.values.resize(before);
         if (!scanner.scanWithEmptyEnds(line, table.columns, table.values))
             table.values.insert(table.values.end(), numbers.begin(), numbers.end());
-        return add_row(table.values.size() - before, number);
+        return addRow(table.values.size() - before, number);
     }
-    line_use add_row(std::size_t fields, std::size_t number);
-    line_use add_comment(std::string_view line, std::size_t number);
-    void add_blank(std::string_view line, std::size_t number);
-    void add_gap_row(std::string_view line, std::size_t number, row_likeness likeness);
-    void keep_comment(std::string_view line);
+    line_use addRow(std::size_t fields, std::size_t number);
+    line_use addComment(std::string_view line, std::size_t number);
+    void addBlank(std::string_view line, std::size_t number);
+    void addGapRow(std::string_view line, std::size_t number, row_likeness likeness);
+    void keepComment(std::string_view line);
     line_use refuse(std::size_t number, const std::string& why)
     {
         reason = "line " + std::to_string(number) + why;
         return line_use::refused;
     }
-    line_use refuse_field(std::size_t number)
+    line_use refuseField(std::size_t number)
     {
         return refuse(number, ": \"" + content.utf8(scanner.fieldAtFault().substr(0, 40)) + "\" is no number");
     }
@@ -111,13 +111,13 @@ line_use table_collector::add(std::string_view line, std::size_t number)
     const std::size_t before = table.values.size();
     switch (scanner.scan(line, table.values)) {
     case line_content::blank:
-        add_blank(line, number);
+        addBlank(line, number);
         return line_use::taken;
     case line_content::comment:
         if (stated.linesAreRows) return line_use::ended;
-        return add_comment(line, number);
+        return addComment(line, number);
     case line_content::numbers:
-        return add_numbers(line, before, number);
+        return addNumbers(line, before, number);
     case line_content::wrong:
         break;
     }
@@ -129,10 +129,10 @@ line_use table_collector::add(std::string_view line, std::size_t number)
         table.isCut = true;
         return line_use::taken;
     }
-    return refuse_field(number);
+    return refuseField(number);
 }
 
-line_use table_collector::add_row(std::size_t fields, std::size_t number)
+line_use table_collector::addRow(std::size_t fields, std::size_t number)
 {
     if (fields > mostFields) return refuse(number, " has more than " + std::to_string(mostFields) + " values");
     if (firstFields == 0) {
@@ -156,7 +156,7 @@ line_use table_collector::add_row(std::size_t fields, std::size_t number)
 }
 
 /// A row of a table that is separated by tabs may have nothing but these.
-void table_collector::add_blank(std::string_view line, std::size_t number)
+void table_collector::addBlank(std::string_view line, std::size_t number)
 {
     if (!hasGaps()) return;
     row_gap& gap = table.gaps.open(table.rows, number);
@@ -168,7 +168,7 @@ void table_collector::add_blank(std::string_view line, std::size_t number)
     gap.mayBeTail = true;
 }
 
-void table_collector::add_gap_row(std::string_view line, std::size_t number, row_likeness likeness)
+void table_collector::addGapRow(std::string_view line, std::size_t number, row_likeness likeness)
 {
     row_gap& gap = table.gaps.open(table.rows, number);
     scanner.scanDamaged(line, gap.values);
@@ -186,29 +186,29 @@ bool is_remark(std::string_view line)
            line.find_first_of(":=") != std::string_view::npos;
 }
 
-line_use table_collector::add_comment(std::string_view line, std::size_t number)
+line_use table_collector::addComment(std::string_view line, std::size_t number)
 {
     line = base::trimmed(line);
     const row_likeness likeness =
         wrapped ? row_likeness::none : scanner.likenessToRow(line, table.columns, stated.isMatrix);
-    if (likeness == row_likeness::damaged) return refuse_field(number);
+    if (likeness == row_likeness::damaged) return refuseField(number);
     const bool isRow = likeness == row_likeness::partly || likeness == row_likeness::words ||
                        (likeness == row_likeness::sentence && stated.isMatrix);
     if (isRow && stated.isMatrix && oddLine != 0) return refuse(oddLine, unlike(oddFields));
     if (hasGaps()) {
         if (table.gaps.all().size() >= mostGaps) return refuse(number, " is one of too many that hold no numbers");
         if (isRow)
-            add_gap_row(line, number, likeness);
+            addGapRow(line, number, likeness);
         else if (is_remark(line))
             ++table.gaps.open(table.rows, number).remarks;
         else
             ++table.gaps.open(table.rows, number).words;
     }
-    if (!isRow || !stated.isMatrix) keep_comment(line);
+    if (!isRow || !stated.isMatrix) keepComment(line);
     return line_use::taken;
 }
 
-void table_collector::keep_comment(std::string_view line)
+void table_collector::keepComment(std::string_view line)
 {
     const std::string text = content.utf8(line.substr(0, mostComments));
     if (text.empty() || table.comments.size() + text.size() > mostComments) return;

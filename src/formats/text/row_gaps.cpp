@@ -81,18 +81,18 @@ std::vector<double> joined_rows(const number_table& table, const gap_judge& judg
     constexpr double missing = std::numeric_limits<double>::quiet_NaN();
     std::vector<double> joined;
     std::size_t from = 0;
-    const auto take_until = [&](std::size_t row) {
+    const auto takeUntil = [&](std::size_t row) {
         const std::size_t end = row * table.columns;
         joined.insert(joined.end(), table.values.begin() + static_cast<std::ptrdiff_t>(from),
                       table.values.begin() + static_cast<std::ptrdiff_t>(end));
         from = end;
     };
     for (const row_gap& gap : table.gaps.all()) {
-        take_until(gap.row);
+        takeUntil(gap.row);
         if (judge.holdsRows(gap)) joined.insert(joined.end(), gap.values.begin(), gap.values.end());
         joined.insert(joined.end(), judge.lostRows(gap) * table.columns, missing);
     }
-    take_until(table.rows);
+    takeUntil(table.rows);
     return joined;
 }
 

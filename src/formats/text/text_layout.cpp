@@ -47,7 +47,7 @@ struct field_survey {
         constexpr std::size_t mostColumns = 64;
         for (std::size_t column = 0;; ++column) {
             const std::size_t end = std::min(line.find_first_of(";\t"), line.size());
-            add_field(base::trimmed(line.substr(0, end)), std::uint64_t{column < mostColumns} << column % mostColumns);
+            addField(base::trimmed(line.substr(0, end)), std::uint64_t{column < mostColumns} << column % mostColumns);
             if (end == line.size()) break;
             line.remove_prefix(end + 1);
         }
@@ -58,7 +58,7 @@ struct field_survey {
     bool hasPointsBesideWholes() const noexcept { return (smallWholeColumns & pointColumns) != 0; }
 
 private:
-    void add_field(std::string_view field, std::uint64_t columnBit) noexcept
+    void addField(std::string_view field, std::uint64_t columnBit) noexcept
     {
         if (field.find(' ') != std::string_view::npos) {
             const bool isGrouped = grouped_number(field, ' ', false) || grouped_number(field, ' ', true);
@@ -68,11 +68,11 @@ private:
             if (mark + group < field.size() && field[mark + group] == '0') roundGroupColumns |= columnBit;
             if (field[mark] == '.') pointColumns |= columnBit;
         } else if (is_whole_number(field)) {
-            add_whole(field, columnBit);
+            addWhole(field, columnBit);
         }
     }
 
-    void add_whole(std::string_view digits, std::uint64_t columnBit) noexcept
+    void addWhole(std::string_view digits, std::uint64_t columnBit) noexcept
     {
         const double number = number_of_field(digits, false).value_or(0.0);
         const bool isSmall = std::fabs(number) < 1000.0;
@@ -133,14 +133,14 @@ private:
         bool wordPoint = false; ///< since the last blank, tab or semicolon
         bool point = false, inner = false, lone = false, blank = false;
     };
-    void look_at(std::string_view line, std::size_t i, line_marks& marks) noexcept;
+    void lookAt(std::string_view line, std::size_t i, line_marks& marks) noexcept;
     bool isStray(std::size_t few) const noexcept
     {
         return (hasFields() || 2 * blankLines > lines) && 2 * few < innerLines;
     }
 };
 
-void mark_survey::look_at(std::string_view line, std::size_t i, line_marks& marks) noexcept
+void mark_survey::lookAt(std::string_view line, std::size_t i, line_marks& marks) noexcept
 {
     const char c = line[i];
     const bool last = i + 1 == line.size();
@@ -171,7 +171,7 @@ void mark_survey::add(std::string_view line) noexcept
     line_marks marks;
     std::size_t commaCount = 0;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        look_at(line, i, marks);
+        lookAt(line, i, marks);
         if (line[i] == ',' && i + 1 < line.size()) ++commaCount;
     }
     pointLines += marks.point;

@@ -25,12 +25,12 @@ public:
     tree_reader(source& file_, left_out& missing_) : file(file_), missing(missing_) {}
 
     /// Reads the tag at `offset`, which has to end at or before `limit`.
-    bool read_tag(std::uint64_t offset, std::uint64_t limit, unsigned depth, wip_tag& tag)
+    bool readTag(std::uint64_t offset, std::uint64_t limit, unsigned depth, wip_tag& tag)
     {
         if (++count > mostTags) return fail(offset, "more than 1000000 tags");
         if (depth > deepest) return fail(offset, "tags are nested deeper than 64 levels");
         std::uint64_t behindHeader = 0;
-        if (!read_header(offset, limit, tag, behindHeader)) return false;
+        if (!readHeader(offset, limit, tag, behindHeader)) return false;
         if (tag.start < behindHeader) return fail(offset, "tag " + tag.name + " starts before its own header");
         if (depth == 0 && tag.end > limit) {
             isCut = true;
@@ -39,7 +39,7 @@ public:
         if (isOpen(limit) && tag.type == wip_tag::tags) tag.end = std::min(tag.end, limit);
         if (tag.end < tag.start || tag.end > limit)
             return fail(offset, "tag " + tag.name + " ends outside of the tag that holds it, or the file is cut short");
-        return tag.type != wip_tag::tags || read_children(depth, tag);
+        return tag.type != wip_tag::tags || readChildren(depth, tag);
     }
 
     base::read_error error;
@@ -54,7 +54,7 @@ private:
         return false;
     }
 
-    bool read_header(std::uint64_t offset, std::uint64_t limit, wip_tag& tag, std::uint64_t& behind)
+    bool readHeader(std::uint64_t offset, std::uint64_t limit, wip_tag& tag, std::uint64_t& behind)
     {
         constexpr std::uint64_t fixedBytes = 20; // type, start, end
         std::byte lengthBytes[4];
@@ -75,10 +75,10 @@ private:
     }
 
     /// The next tag begins where one ends, so that each moves forward by its header at least.
-    bool read_children(unsigned depth, wip_tag& tag)
+    bool readChildren(unsigned depth, wip_tag& tag)
     {
         for (std::uint64_t offset = tag.start; offset < tag.end;) {
-            if (!read_tag(offset, tag.end, depth + 1, tag.children.emplace_back())) {
+            if (!readTag(offset, tag.end, depth + 1, tag.children.emplace_back())) {
                 if (!isOpen(tag.end)) return false;
                 tag.children.pop_back();
                 return true;
@@ -135,7 +135,7 @@ base::read_result<wip_tag> read_wip_tree(source& file, left_out& missing)
     if (head.starts_with(ancientMagic)) return base::read_error{0, "a WITec file of a version too old to be known"};
     tree_reader reader(file, missing);
     wip_tag root;
-    if (!reader.read_tag(magicBytes, file.size(), 0, root)) return reader.error;
+    if (!reader.readTag(magicBytes, file.size(), 0, root)) return reader.error;
     return root;
 }
 

@@ -35,7 +35,7 @@ unsigned pattern_row(hatch_style style, int y) noexcept
 hatched_spans split_by_hatch(std::span<const platform::pixel_span> area, hatch_style style, CPoint origin, double ratio)
 {
     const auto cell = [&](int pixel) { return static_cast<int>(std::floor((pixel + 0.5) / ratio)); };
-    const auto cell_start = [&](int index) { return static_cast<int>(std::ceil(index * ratio - 0.5)); };
+    const auto cellStart = [&](int index) { return static_cast<int>(std::ceil(index * ratio - 0.5)); };
     hatched_spans out;
     for (const platform::pixel_span& span : area) {
         const unsigned pattern = pattern_row(style, cell(span.y - origin.y));
@@ -43,8 +43,8 @@ hatched_spans split_by_hatch(std::span<const platform::pixel_span> area, hatch_s
         for (int x = span.left; x < span.right;) {
             const int first = cell(x - origin.x);
             int next = first + 1;
-            int end = cell_start(next) + origin.x;
-            while (end < span.right && isLine(next) == isLine(first)) end = cell_start(++next) + origin.x;
+            int end = cellStart(next) + origin.x;
+            while (end < span.right && isLine(next) == isLine(first)) end = cellStart(++next) + origin.x;
             end = std::min(end, span.right);
             (isLine(first) ? out.lines : out.between).push_back({span.y, x, end});
             x = end;

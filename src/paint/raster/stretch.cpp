@@ -49,12 +49,12 @@ stretched_axis::stretched_axis(int from_, int count_, int limit_, int size_, boo
     : from(from_), count(count_), limit(limit_), size(size_), flips(flips_)
 {
     // Positions run one way, so those with a source are one stretch: the first whose middle is not before it …
-    const auto first_with = [&](std::int64_t pixel) {
+    const auto firstWith = [&](std::int64_t pixel) {
         // (2 i + 1) count / (2 size) >= pixel - from
         const std::int64_t at = 2 * size * (pixel - from) - count;
         return std::clamp<std::int64_t>(-floor_div(-at, 2 * count), 0, size);
     };
-    const std::int64_t begin = first_with(0), end = first_with(limit);
+    const std::int64_t begin = firstWith(0), end = firstWith(limit);
     first = static_cast<int>(flips ? size - end : begin);
     last = static_cast<int>(flips ? size - begin : end);
 }

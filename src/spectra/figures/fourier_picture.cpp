@@ -52,13 +52,13 @@ float spectrum_magnitudes(const frame_spectrum& spectrum, spectrum_mode mode, st
 {
     assert(out.size() == spectrum.packed.size());
     const int width = spectrum.width, height = spectrum.height;
-    const auto put_mirrored = [&](int x, int column) {
+    const auto putMirrored = [&](int x, int column) {
         for (int row = 0; 2 * row <= height; ++row)
             rows_at(out, width, height, row).put(column, magnitude(mirrored_bin(spectrum, x, row), mode));
     };
     if (out.empty()) return 1.0f;
-    put_mirrored(0, 0);
-    if (width % 2 == 0) put_mirrored(width - 1, width / 2);
+    putMirrored(0, 0);
+    if (width % 2 == 0) putMirrored(width - 1, width / 2);
     for (int row = 0; row < height; ++row) {
         const float* const packed = spectrum.packed.data() + std::size_t(row) * std::size_t(width);
         const row_pair pair = rows_at(out, width, height, row);

@@ -72,14 +72,14 @@ void draw_statistics(CDC& dc, CDCView& view, const legend_content& content, CPoi
     const bool isCompact = view.isOptionOn("CompactLegend");
     const LegendOffset next = isCompact ? legendUp : legendDown;
     const int room = isCompact ? std::numeric_limits<int>::max() : view.intOption("ParametersWidth") - panelGap;
-    const auto width_of = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
+    const auto widthOf = [&dc](const std::string& text) { return dc.GetTextExtent(base::widen(text)).cx; };
     std::vector<std::string> texts =
-        row_texts(content.statistics, [&](const std::string& text) { return width_of(text) <= room; });
+        row_texts(content.statistics, [&](const std::string& text) { return widthOf(text) <= room; });
     if (isCompact) std::ranges::reverse(texts); // upwards from the lowest
     dc.SetTextAlign(isCompact ? TA_BOTTOM : TA_TOP);
     if (isCompact) view.DrawLegendText(&dc, at, next, L" ");
     for (const std::string& text : texts) {
-        const int width = width_of(text);
+        const int width = widthOf(text);
         view.DrawLegendText(&dc, at, next, L"c", width > room ? cut_text(text, width, room) : text);
     }
 }

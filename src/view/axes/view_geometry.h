@@ -19,13 +19,13 @@ struct view_geometry {
     int xToClient(int x) const noexcept
     {
         if (source.Width() == 0) return display.left;
-        return halves_down((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
+        return halvesDown((x + 0.5 - source.left) * display.Width() / source.Width()) + display.left;
     }
     int yToClient(int y) const noexcept
     {
         const int height = source.Height();
         if (height == 0) return display.top;
-        return halves_down((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
+        return halvesDown((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
     }
     int xToSource(int x) const noexcept
     {
@@ -38,12 +38,12 @@ struct view_geometry {
         if (display.Height() == 0) return source.top;
         const double covered = static_cast<double>(std::int64_t{y - display.top} * source.Height());
         return within(source.top, source.bottom - 1,
-                      halves_down(source.Height() - 0.5 + source.top - covered / display.Height()));
+                      halvesDown(source.Height() - 0.5 + source.top - covered / display.Height()));
     }
 
 private:
     /// The nearest integer, halves down.
-    static int halves_down(double v) noexcept { return -base::nearest_int(-v); }
+    static int halvesDown(double v) noexcept { return -base::nearest_int(-v); }
     static int within(int low, int high, int value) noexcept { return std::max(low, std::min(high, value)); }
 };
 

@@ -63,15 +63,15 @@ std::vector<std::byte> CPaletteBar::Serialize() const
 bool CPaletteBar::Serialize(std::span<const std::byte> bytes)
 {
     base::byte_reader in(bytes);
-    const int length_ = in.i32(), width_ = in.i32(), palette = in.i32(), direction = in.i32(), mode = in.i32();
+    const int keptLength = in.i32(), keptWidth = in.i32(), palette = in.i32(), direction = in.i32(), mode = in.i32();
     const double size = in.f64(), start = in.f64(), offset = in.f64();
     const auto units = in.take(in.u32());
-    const bool isUsable = !in.failed() && is_side(length_) && is_side(width_) &&
+    const bool isUsable = !in.failed() && is_side(keptLength) && is_side(keptWidth) &&
                           (direction == tdHorizontal || direction == tdVertical) && mode >= view::fixedScale &&
                           mode <= view::perLinePlanefit && std::isfinite(size) && std::isfinite(start) &&
                           std::isfinite(offset);
     if (!isUsable) return false;
-    strip.SetDimensions(length_, width_);
+    strip.SetDimensions(keptLength, keptWidth);
     strip.SetPaletteId(palette);
     strip.SetDirection(static_cast<tdTileDirection>(direction));
     strip.SetAutoScaling(mode);

@@ -32,10 +32,10 @@ int rounded_int(double v) noexcept
 /// Whether the window overlaps the data and neither is much larger than the other.
 bool suits(raw_window window, primitives::height_range range) noexcept
 {
-    const double window_size = static_cast<double>(window.high) - window.low;
+    const double windowSize = static_cast<double>(window.high) - window.low;
     const double data_size = static_cast<double>(range.maximum) - range.minimum;
-    return window.low < range.maximum && range.minimum < window.high && window_size * sizeRatio <= data_size &&
-           data_size * sizeRatio <= window_size;
+    return window.low < range.maximum && range.minimum < window.high && windowSize * sizeRatio <= data_size &&
+           data_size * sizeRatio <= windowSize;
 }
 
 raw_window take_data_range(scale_state& state, const VLAxis& zAxis, primitives::height_range range)
@@ -78,11 +78,11 @@ raw_window fixed_window(scale_state& state, const VLAxis& zAxis, primitives::hei
 {
     const char* units = state.fixedUnits.c_str();
     if (units_convertable(units, zAxis.get_units()) < 1) return take_data_range(state, zAxis, range);
-    const auto raw_units = [&](double v) { return convert_size(units, zAxis.get_units(), v); };
+    const auto rawUnits = [&](double v) { return convert_size(units, zAxis.get_units(), v); };
     const double low =
-        absolute ? rounded_int((raw_units(state.fixedStart) - zAxis.start) / zAxis.scale)
-                 : rounded_int(range.minimum + base::round_half_up(raw_units(state.relativeMeanOffset) / zAxis.scale));
-    const raw_window window{static_cast<int>(low), rounded_int(raw_units(state.fixedSize) / zAxis.scale + low)};
+        absolute ? rounded_int((rawUnits(state.fixedStart) - zAxis.start) / zAxis.scale)
+                 : rounded_int(range.minimum + base::round_half_up(rawUnits(state.relativeMeanOffset) / zAxis.scale));
+    const raw_window window{static_cast<int>(low), rounded_int(rawUnits(state.fixedSize) / zAxis.scale + low)};
     if (state.disableScaleCheck || suits(window, range)) return window;
     return take_data_range(state, zAxis, range);
 }

@@ -94,7 +94,7 @@ public:
         static constexpr const char* names[] = {"", "Approach: ", "Retract: "};
         std::string out;
         for (std::size_t way = 0; way < std::size(names); ++way) {
-            if (const std::string words = words_of(seen[way]); !words.empty())
+            if (const std::string words = wordsOf(seen[way]); !words.empty())
                 out += (out.empty() ? "" : "; ") + std::string(names[way]) + words;
         }
         return out;
@@ -103,7 +103,7 @@ public:
 private:
     using seen_ends = std::array<bool, 4>; ///< one a value of contact_end
 
-    static std::string words_of(const seen_ends& ends)
+    static std::string wordsOf(const seen_ends& ends)
     {
         std::vector<std::string> words;
         for (const contact_end end : {contact_end::last, contact_end::first, contact_end::unclear})
@@ -132,7 +132,7 @@ void order_from_contact(recorded_image& image, std::span<const contact_end> ends
     if (ends.empty() || lengths.empty() || lengths.size() % ends.size() != 0) return;
     const std::size_t curves = lengths.size(), each = curves / ends.size();
     const std::vector<smart_string>& names = image.stream.subimage_names();
-    const auto way_of = [&](std::size_t curve) {
+    const auto wayOf = [&](std::size_t curve) {
         return names.empty() ? force_way::unknown : way_of_part(text_of(names[curve * names.size() / curves].text));
     };
     recorded_orders orders;
@@ -141,7 +141,7 @@ void order_from_contact(recorded_image& image, std::span<const contact_end> ends
     for (std::size_t i = 0; i < curves; ++i) {
         if (lengths[i] == 0) continue; // not measured
         const contact_end end = ends[i / each];
-        orders.add(way_of(i), end);
+        orders.add(wayOf(i), end);
         anyTurned |= end == contact_end::last;
         allTurned &= end == contact_end::last;
         turned[i] = end == contact_end::last;
