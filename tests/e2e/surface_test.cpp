@@ -166,8 +166,8 @@ TEST_F(SurfaceOnScreen, MeasurementsStandOnThePictureOnTheClipboardAndInAFile)
     user.type(file("drawn.dec"));
     user.press("Return");
     user.takeFocus();
-    // Rows count from the bottom: 511.5 - y, halves up.
-    const QString expected = "\\Curve 1: 80,72;160,132;210,82;310,122;\n\\Marks: 360,272;60,392;160,332;\n";
+    // A pixel a sample, and rows count from the bottom: 511 - y.
+    const QString expected = "\\Curve 1: 80,71;160,131;210,81;310,121;\n\\Marks: 360,271;60,391;160,331;\n";
     EXPECT_TRUE(user.sees("s12-saved", [&](const QImage&) { return !text_of(file("drawn.dec")).isEmpty(); }));
     EXPECT_EQ(text_of(file("drawn.dec")).remove('\r').toStdString(), expected.toStdString());
 
@@ -213,7 +213,7 @@ TEST_F(SurfaceOnScreen, LegendsPanelsAndThePaletteOfAnImage)
         user.press("ctrl+s");
         EXPECT_TRUE(user.sees("s18-saved", [&](const QImage&) { return QFileInfo::exists(file("a.di.spm")); }));
         user.press("alt+f");
-        user.press("x");
+        user.press("i");
         EXPECT_EQ(user.waitForEnd(), 0);
     }
     QFile profile(file("velmira/profile"));
