@@ -183,6 +183,29 @@ private:
     std::map<std::string, std::string> entities;
 };
 
+base::read_result<spmx_description> parsed(std::string xml, bool isRewritten)
+{
+    spmx_parser parser(isRewritten);
+    std::istringstream in(std::move(xml));
+    if (!parser.load_xml(in)) return base::read_error{0, "main.xml is not understood: " + parser.get_error()};
+    return std::move(parser.result);
+}
+
+/// How much a description tells. One that took several elements for the text of one tells less.
+std::size_t count_of(const spmx_description& told)
+{
+    std::size_t count = told.strings.size() + told.streams.size();
+    for (const described_stream& each : told.streams) {
+        const SPMDataStream& stream = each.stream;
+        count += *stream.get_name() ? 1 : 0;
+        count += each.strings.size() + stream.dependent_vars().size() + stream.subimage_names().size();
+        count += stream.values.get_axes_number() + stream.get_dimensions_number();
+        for (unsigned i = 0; i < stream.get_dimensions_number(); ++i)
+            count += stream.get_dimension(i).get_axes_number();
+    }
+    return count;
+}
+
 } // namespace
 
 base::read_result<spmx_description> parse_spmx_description(std::string_view xml)
@@ -191,10 +214,12 @@ base::read_result<spmx_description> parse_spmx_description(std::string_view xml)
     if (!base::is_utf8(xml)) xml = converted = base::cp1252_to_utf8(xml);
     auto rewritten = well_formed_spmx(xml);
     if (!rewritten) return rewritten.error();
-    spmx_parser parser(rewritten->has_value());
-    std::istringstream in(*rewritten ? std::move(**rewritten) : std::string(xml));
-    if (!parser.load_xml(in)) return base::read_error{0, "main.xml is not understood: " + parser.get_error()};
-    return std::move(parser.result);
+    if (!*rewritten) return parsed(std::string(xml), false);
+    auto own = parsed(std::move((*rewritten)->xml), true);
+    if (own && !(*rewritten)->isDoubtful) return own;
+    // Another program's layout that looks like this one; without escapes the text is hardly proper XML by chance.
+    auto plain = parsed(std::string(xml), false);
+    return plain && (!own || count_of(*plain) > count_of(*own)) ? std::move(plain) : std::move(own);
 }
 
 } // namespace vldv::document

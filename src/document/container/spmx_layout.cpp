@@ -39,15 +39,15 @@ public:
         out.reserve(text.size() + text.size() / 8);
     }
 
-    base::read_result<std::optional<std::string>> run()
+    base::read_result<std::optional<rewritten_spmx>> run()
     {
         const bool begins = prolog() && root();
         if (entities.size() > spmx_limits::streams)
             return base::read_error{0,
                                     base::formatted("main.xml declares more than %zu entities", spmx_limits::streams)};
         while (begins && good && !finished) element();
-        if (!begins || !good) return std::optional<std::string>();
-        return std::optional(std::move(out));
+        if (!begins || !good) return std::optional<rewritten_spmx>();
+        return std::optional(rewritten_spmx{std::move(out), isDoubtful || streams < entities.size()});
     }
 
 private:
@@ -81,6 +81,14 @@ private:
         ahead.remove_prefix(lineEnd.size());
         ahead.remove_prefix(std::min(ahead.find_first_not_of(" \t"), ahead.size()));
         return std::ranges::any_of(elementStarts, [&](std::string_view start) { return ahead.starts_with(start); });
+    }
+
+    std::string escaped(std::string_view taken)
+    {
+        for (std::size_t at = taken.find('<'); at != std::string_view::npos; at = taken.find('<', at + 1))
+            isDoubtful |= std::ranges::any_of(
+                elementStarts, [&](std::string_view start) { return taken.substr(at).starts_with(start); });
+        return spmx_escapes::text(taken);
     }
 
     /// The text up to a terminator that ends its line; the terminator is skipped.
@@ -206,17 +214,17 @@ private:
             good = false;
             return;
         }
-        out += "<var id=\"" + spmx_escapes::text(text.substr(position, end - position)) + "\">";
+        out += "<var id=\"" + escaped(text.substr(position, end - position)) + "\">";
         position = end + (isEmpty ? 3 : 2);
         if (!isEmpty)
-            if (const auto value = takeLineText("</var>")) out += spmx_escapes::text(*value);
+            if (const auto value = takeLineText("</var>")) out += escaped(*value);
         out += "</var>\n";
     }
 
     void named(const std::string& name)
     {
         if (const auto value = takeLineText("</" + name + ">"))
-            out += "<" + name + ">" + spmx_escapes::text(*value) + "</" + name + ">\n";
+            out += "<" + name + ">" + escaped(*value) + "</" + name + ">\n";
     }
 
     /// Where an attribute that the tag has not had yet begins at `at`: the length of ` name="`, or 0.
@@ -277,6 +285,7 @@ private:
             appendAttribute(name, text.substr(position, end - position));
             position = end + 1;
         }
+        isDoubtful |= tag == "stream" && std::ranges::find(seen, streamAttributes.front()) == seen.end();
         const std::size_t end = tagEndAt(position);
         good = end != 0;
         out += text.substr(position, end);
@@ -293,7 +302,7 @@ private:
         if (entity != entityNumbers.end())
             out += "e" + std::to_string(entity->second);
         else
-            out += spmx_escapes::text(value);
+            out += escaped(value);
         out += '"';
     }
 
@@ -306,12 +315,12 @@ private:
     std::string_view lineEnd = "\n";                 // of the whole file; texts may hold the other kind
     std::span<const std::string_view> tagAttributes; // of the tag that is being read
     std::size_t streams = 0;                         // whose opening tag has been met
-    bool good = true, finished = false;
+    bool good = true, finished = false, isDoubtful = false;
 };
 
 } // namespace
 
-base::read_result<std::optional<std::string>> well_formed_spmx(std::string_view text)
+base::read_result<std::optional<rewritten_spmx>> well_formed_spmx(std::string_view text)
 {
     return layout_scanner(text).run();
 }

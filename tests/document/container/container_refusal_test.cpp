@@ -103,6 +103,43 @@ TEST_F(ContainerTest, OtherLayoutsAreReadWhenTheyAreXml)
     EXPECT_EQ(*static_cast<std::uint8_t*>(read.getImageDataS(0, 0)), 7);
 }
 
+TEST_F(ContainerTest, MixedLayoutsAreReadAsTheXmlThatTheyAre)
+{
+    const std::string own = description_of(
+        stream_of(" name=\"A\"", "\t\t<var id=\"k\">1</var>\n\t\t<var id=\"l\">2</var>\n\t\t<subimage>F</subimage>\n"
+                                 "\t\t<subimage>R</subimage>\n\t\t<axis start=\"1\" scale=\"2\" units=\"nm\"/>\n"
+                                 "\t\t<dimension length=\"3\">\n\t\t\t<axis start=\"0\" scale=\"1\" units=\"s\"/>\n"
+                                 "\t\t</dimension>\n\t\t<data content=\"int16\" ref=\"a\"/>\n"));
+    const std::pair<std::string_view, std::string_view> changes[] = {
+        {"id=\"a\" name=\"A\"", "name=\"A\" id=\"a\""},
+        {"name=\"A\">\n\t\t<var", "name=\"A\"><var"},
+        {"name=\"A\">", "name=\"A\" >"},
+        {"units=\"nm\"/>", "units=\"nm\" />"},
+        {"units=\"nm\"/>", "units=\"nm\"></axis>"},
+        {"units=\"nm\"/>\n\t\t<dim", "units=\"nm\"/><dim"},
+        {"</var>\n\t\t<var", "</var><var"},
+        {"</subimage>\n\t\t<sub", "</subimage><sub"},
+        {"length=\"3\">\n\t\t\t<axis", "length=\"3\"><axis"},
+    };
+    for (const auto& [from, to] : changes) {
+        std::string text = own;
+        ASSERT_NE(text.find(from), std::string::npos);
+        text.replace(text.find(from), from.size(), to);
+        std::filesystem::remove(folder / "a.spm");
+        archive_writer(folder / "a.spm")
+            .add("main.xml", text)
+            .add("a.raw", std::string("\1\0\2\0\3\0\4\0\5\0\6\0", 12));
+        CStorageDoc read;
+        ASSERT_TRUE(read.OnOpenDocument(path("a.spm").c_str())) << to;
+        EXPECT_EQ(std::string(read.getImage(0).get_name()) + read.getImage(0).get_description(), "aA") << to;
+        EXPECT_EQ(read.strings(0), (CStorageDoc::string_table{{"k", "1"}, {"l", "2"}})) << to;
+        EXPECT_EQ(read.getSubImagesNumber(0), 2u) << to;
+        EXPECT_EQ(std::string(read.getImage(0).subimage_names()[1].c_str()), "R") << to;
+        EXPECT_EQ(read.getImage(0).values.get_axis(0).scale, 2.0) << to;
+        EXPECT_EQ(read.getImage(0).get_dimension(0).length, 3u) << to;
+    }
+}
+
 TEST_F(ContainerTest, CutAnywhereTheFileIsRefused)
 {
     const SPMDataStream image = heights("a", {8, 8});
