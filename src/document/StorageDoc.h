@@ -259,7 +259,6 @@ public:
     const std::wstring& getFullPath() const noexcept { return fullPath; }
     const std::wstring& getFileName() const noexcept { return fileName; }
     std::uint64_t getFileSize() const noexcept { return std::uint64_t{fileSizeHigh} << 32 | fileSizeLow; }
-    const std::string& getBaseTitle() const noexcept { return baseTitle; }
     /// What titles are made of.
     struct title_parts {
         std::string base, display; ///< see the members of the document

@@ -25,9 +25,4 @@ CSize pixel_size(const QPaintDevice& device)
     return scaled_size(device, counts_own_pixels(device) ? 1.0 : device.devicePixelRatioF());
 }
 
-CSize logical_size(const QPaintDevice& device)
-{
-    return scaled_size(device, counts_own_pixels(device) ? 1.0 / device.devicePixelRatioF() : 1.0);
-}
-
 } // namespace vldv::paint

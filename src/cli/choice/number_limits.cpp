@@ -71,14 +71,4 @@ CLI::Validator number_at_least(double least)
         "number, " + base::general(least) + " or more");
 }
 
-CLI::Validator number_above(double least)
-{
-    return limit(
-        [least](const std::string& text) {
-            const auto number = base::whole_number(text);
-            return number && std::isfinite(*number) && *number > least;
-        },
-        "number above " + base::general(least));
-}
-
 } // namespace vldv::cli

@@ -12,6 +12,5 @@ namespace vldv::cli {
 /// change the text for the parser they go to `transform`, the others to `check`.
 CLI::Validator whole_number(long long least, long long most = std::numeric_limits<int>::max());
 CLI::Validator number_at_least(double least);
-CLI::Validator number_above(double limit);
 
 } // namespace vldv::cli

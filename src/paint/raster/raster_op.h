@@ -52,11 +52,6 @@ constexpr raster_op brush_op_of(raster_op3 operation) noexcept
 {
     return {(operation >> 16 & 3u) | (operation >> 18 & 12u)};
 }
-/// The operation has to do with the brush but with no pixels of a blit.
-constexpr bool is_of_brush(raster_op3 operation) noexcept
-{
-    return !blit_op_of(operation).readsSource() && brush_op_of(operation).readsSource();
-}
 
 /// 0x00RRGGBB, as a bitmap's bytes blue, green, red read.
 constexpr std::uint32_t pixel_of(colorEntry color) noexcept

@@ -20,7 +20,6 @@ public:
     /// Gives the window back to the host; the logic stays.
     void DestroyWindow() { peer.reset(); }
     CWnd* GetParent() const noexcept { return parentWindow; }
-    void SetParent(CWnd* parent_) noexcept { parentWindow = parent_; }
 
     CRect GetClientRect() const { return peer ? peer->clientRect() : CRect(); }
     CRect GetWindowRect() const { return peer ? peer->windowRect() : CRect(); }
@@ -40,7 +39,7 @@ public:
     void Invalidate(bool erase = true);
     void InvalidateRect(const CRect& rect, bool erase = true);
     void InvalidateRgn(const CRgn& region, bool erase = true);
-    void UpdateWindow();
+    void UpdateWindow(); ///< paints now what is invalid
     void SetCapture();
     void ReleaseCapture();
     bool HasCapture() const { return peer && peer->hasCapture(); }

@@ -1,31 +1,10 @@
 #include "platform/draw/DC.h"
 
-#include <cmath>
-#include <numbers>
 #include <utility>
 
 using namespace vldv;
 
 namespace {
-
-/// An ellipse as a polygon that no pixel tells from it.
-std::vector<CPoint> ellipse_outline(const CRect& rect)
-{
-    const double radiusX = rect.Width() / 2.0, radiusY = rect.Height() / 2.0;
-    const int corners = std::clamp(static_cast<int>(4.0 * std::sqrt(std::max(radiusX, radiusY))) + 8, 8, 1024);
-    std::vector<CPoint> out;
-    for (int i = 0; i < corners; ++i) {
-        const double angle = 2.0 * std::numbers::pi * i / corners;
-        out.push_back({static_cast<int>(std::floor(rect.left + radiusX * (1.0 + std::cos(angle)) + 0.5)),
-                       static_cast<int>(std::floor(rect.top + radiusY * (1.0 + std::sin(angle)) + 0.5))});
-    }
-    return out;
-}
-
-std::vector<CPoint> corners_of(const CRect& rect)
-{
-    return {rect.TopLeft(), {rect.right, rect.top}, rect.BottomRight(), {rect.left, rect.bottom}};
-}
 
 CRect ordered(CRect rect) noexcept
 {
@@ -76,30 +55,17 @@ bool CDC::RestoreDC(int number)
     return true;
 }
 
-CPoint CDC::MoveTo(CPoint point)
-{
-    outline.continues = false;
-    return std::exchange(now.position, point);
-}
+CPoint CDC::MoveTo(CPoint point) { return std::exchange(now.position, point); }
 
 void CDC::LineTo(CPoint point)
 {
     const CPoint ends[] = {std::exchange(now.position, point), point};
-    if (!outline.open)
-        strokeLines(ends, false);
-    else if (std::exchange(outline.continues, true))
-        outline.figures.back().push_back(point);
-    else
-        outline.figures.emplace_back(ends, ends + 2);
+    strokeLines(ends, false);
 }
 
 void CDC::Polyline(std::span<const CPoint> points)
 {
-    if (points.size() < 2) return;
-    if (outline.open)
-        addFigure(points, false);
-    else
-        strokeLines(points, false);
+    if (points.size() >= 2) strokeLines(points, false);
 }
 
 void CDC::Polygon(std::span<const CPoint> points)
@@ -109,33 +75,14 @@ void CDC::Polygon(std::span<const CPoint> points)
     PolyPolygon({&figure, 1});
 }
 
-void CDC::PolyPolygon(std::span<const std::vector<CPoint>> figures)
-{
-    if (!outline.open) return paintPolygons(figures);
-    for (const std::vector<CPoint>& figure : figures) addFigure(figure, true);
-}
-
-void CDC::Rectangle(const CRect& rect)
-{
-    if (outline.open)
-        addFigure(corners_of(ordered(rect)), true);
-    else
-        paintRectangle(ordered(rect));
-}
-
-void CDC::Ellipse(const CRect& rect)
-{
-    if (outline.open)
-        addFigure(ellipse_outline(ordered(rect)), true);
-    else
-        paintEllipse(ordered(rect));
-}
+void CDC::PolyPolygon(std::span<const std::vector<CPoint>> figures) { paintPolygons(figures); }
+void CDC::Rectangle(const CRect& rect) { paintRectangle(ordered(rect)); }
+void CDC::Ellipse(const CRect& rect) { paintEllipse(ordered(rect)); }
 
 void CDC::FillRect(const CRect& rect, const CBrush& brush) { fillRegion(CRgn(rect), brush, PATCOPY); }
 void CDC::FrameRect(const CRect& rect, const CBrush& brush) { FrameRgn(CRgn(rect), brush, 1, 1); }
 void CDC::InvertRect(const CRect& rect) { fillRegion(CRgn(rect), now.brush, DSTINVERT); }
 void CDC::FillRgn(const CRgn& region, const CBrush& brush) { fillRegion(region, brush, PATCOPY); }
-void CDC::InvertRgn(const CRgn& region) { fillRegion(region, now.brush, DSTINVERT); }
 void CDC::PatBlt(const CRect& rect, raster_op3 operation) { fillRegion(CRgn(rect), now.brush, operation); }
 
 void CDC::FrameRgn(const CRgn& region, const CBrush& brush, int width, int height)
@@ -173,48 +120,4 @@ void CDC::StretchBlt(const CRect& to, const CDC& source, const CRect& from, rast
 void CDC::StretchDIBits(const CRect& to, const CBitmap& bitmap, const CRect& from, raster_op3 operation)
 {
     if (bitmap.bits && !from.IsRectEmpty()) drawPixels(to, bitmap, from, operation);
-}
-
-void CDC::addFigure(std::span<const CPoint> points, bool closed)
-{
-    if (points.empty()) return;
-    outline.figures.emplace_back(points.begin(), points.end());
-    if (closed) outline.figures.back().push_back(points.front());
-    outline.continues = false;
-}
-
-void CDC::BeginPath()
-{
-    outline = {};
-    outline.open = true;
-}
-
-void CDC::CloseFigure()
-{
-    if (!outline.open || outline.figures.empty()) return;
-    std::vector<CPoint>& figure = outline.figures.back();
-    if (figure.front() != figure.back()) figure.push_back(figure.front());
-    outline.continues = false;
-}
-
-void CDC::EndPath() { outline.open = false; }
-void CDC::AbortPath() { outline = {}; }
-
-CRgn CDC::PathToRegion()
-{
-    const std::vector<std::vector<CPoint>> figures = std::exchange(outline, {}).figures;
-    return CRgn::polygons(figures, now.polyFill);
-}
-
-CRect CDC::GetPathBox() const
-{
-    CRect box;
-    bool isFirst = true;
-    for (const std::vector<CPoint>& figure : outline.figures)
-        for (const CPoint point : figure) {
-            if (std::exchange(isFirst, false)) box = CRect(point, CSize{1, 1});
-            box = {std::min(box.left, point.x), std::min(box.top, point.y), std::max(box.right, point.x + 1),
-                   std::max(box.bottom, point.y + 1)};
-        }
-    return box;
 }

@@ -19,7 +19,7 @@ struct CBitmap {
 /// A drawing surface: a window, a page or memory. It keeps the tools and settings and lays out text; a host fills in
 /// the primitives at the end. All coordinates are logical units (see `SetMapMode`; device pixels at first), y grows
 /// downwards, right and bottom sides lie outside. A setter returns what was set before. Lines leave out their last
-/// point. While a path is open, outlines and lines go to the path and nothing is drawn.
+/// point.
 class VLDV_API CDC {
 public:
     CDC();
@@ -45,8 +45,6 @@ public:
     CBrush SelectObject(const CBrush& brush);
     CFont SelectObject(const CFont& font);
     const CPen& GetCurrentPen() const noexcept { return now.pen; }
-    const CBrush& GetCurrentBrush() const noexcept { return now.brush; }
-    const CFont& GetCurrentFont() const noexcept { return now.font; }
     colorEntry SetTextColor(colorEntry color);
     colorEntry SetBkColor(colorEntry color);
     /// Whether transparent text has a rim in the background colour, so that it is read over any picture. \return before
@@ -68,7 +66,6 @@ public:
 
     // Units
     int SetMapMode(int mode);
-    CPoint SetWindowOrg(CPoint origin);
     CSize SetWindowExt(CSize extent); ///< sides of 0 leave it as it is; negative ones flip
     CPoint SetViewportOrg(CPoint origin);
     CSize SetViewportExt(CSize extent);
@@ -83,10 +80,8 @@ public:
     // Clip: nothing is drawn outside. It stays where it is when the mapping changes later.
     void SelectClipRgn(const CRgn* region, vldv::region_mode mode = RGN_COPY); ///< null: no clip
     void IntersectClipRect(const CRect& rect);
-    void ExcludeClipRect(const CRect& rect);
     /// The smallest rectangle around all that can be drawn on.
     CRect GetClipBox() const;
-    bool RectVisible(const CRect& rect) const;
 
     // Lines with the pen
     CPoint MoveTo(CPoint point); ///< \return the position before
@@ -107,9 +102,7 @@ public:
     void FrameRect(const CRect& rect, const CBrush& brush); ///< one pixel wide, inside
     void InvertRect(const CRect& rect);
     void FillRgn(const CRgn& region, const CBrush& brush);
-    void PaintRgn(const CRgn& region) { FillRgn(region, now.brush); }
     void FrameRgn(const CRgn& region, const CBrush& brush, int width, int height); ///< inside its edge
-    void InvertRgn(const CRgn& region);
     /// Fills with the brush through a raster operation without source.
     void PatBlt(const CRect& rect, vldv::raster_op3 operation);
 
@@ -119,7 +112,7 @@ public:
     colorEntry GetPixel(CPoint point) const;
     /// From another surface in memory, at its logical `from`, to `to` here, in the same size.
     void BitBlt(const CRect& to, const CDC& source, CPoint from, vldv::raster_op3 operation);
-    /// The same, stretched by `SetStretchBltMode`.
+    /// From another surface in memory, stretched as `SetStretchBltMode` says.
     void StretchBlt(const CRect& to, const CDC& source, const CRect& from, vldv::raster_op3 operation);
     /// Part `from` of a bitmap, counted in pixels from its upper left corner.
     void StretchDIBits(const CRect& to, const CBitmap& bitmap, const CRect& from, vldv::raster_op3 operation);
@@ -135,16 +128,6 @@ public:
     /// Lines of text within `rect`, by DT_ flags; the text alignment is not asked. With DT_CALCRECT nothing is drawn
     /// and `rect` gets the size. \return the height of all lines
     int DrawText(std::wstring_view text, CRect& rect, std::uint32_t flags);
-
-    // Paths: outlines and lines are collected instead of drawn; text adds its box.
-    void BeginPath();
-    void CloseFigure(); ///< joins the end of the last figure to its start
-    void EndPath();
-    void AbortPath();
-    /// The closed path's inside by `SetPolyFillMode`; the path is used up.
-    CRgn PathToRegion();
-    /// The closed path's points lie within; the path stays.
-    CRect GetPathBox() const;
 
 protected:
     // What a host draws, in logical units under `toDevice()`, within `state().clip`, with the tools of `state()`.
@@ -166,18 +149,11 @@ protected:
     virtual TEXTMETRIC fontMetrics() const = 0;
 
 private:
-    void addFigure(std::span<const CPoint> points, bool closed);
     void drawRun(int left, int baseline, std::wstring_view text);
     void drawAligned(int x, int y, std::wstring_view text, std::span<const int> stops, int tabOrigin, bool tabs);
     int runsWidth(std::wstring_view text, std::span<const int> stops, int start) const;
 
-    struct path {
-        std::vector<std::vector<CPoint>> figures;
-        bool open = false;      ///< between BeginPath and EndPath
-        bool continues = false; ///< the next LineTo goes on with the last figure
-    };
     vldv::platform::dc_state now;
     std::vector<vldv::platform::dc_state> saved;
-    path outline;
     CBitmap* target = nullptr;
 };

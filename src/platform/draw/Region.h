@@ -55,7 +55,6 @@ public:
     /// Makes this the combination of `a` and `b`, either of which may be this region. \return there is a pixel in it
     bool CombineRgn(const CRgn& a, const CRgn& b, vldv::region_mode mode);
     void OffsetRgn(int dx, int dy);
-    void SetRectRgn(const RECT& rect) { *this = CRgn(rect); }
 
     bool isEmpty() const noexcept;
     /// The smallest rectangle around all pixels; zeros when there is none.

@@ -20,12 +20,8 @@ XFORM dc_mapping::toDevice() const noexcept
         scaleX = std::copysign(scale, scaleX);
         scaleY = std::copysign(scale, scaleY);
     }
-    const XFORM page{scaleX,
-                     0.0,
-                     0.0,
-                     scaleY,
-                     viewportOrigin.x - windowOrigin.x * scaleX,
-                     viewportOrigin.y - windowOrigin.y * scaleY};
+    const XFORM page{
+        scaleX, 0.0, 0.0, scaleY, static_cast<double>(viewportOrigin.x), static_cast<double>(viewportOrigin.y)};
     return world.then(page);
 }
 
@@ -57,7 +53,6 @@ CSize replaced_extent(CSize& extent, CSize by) { return by.cx == 0 || by.cy == 0
 } // namespace
 
 int CDC::SetMapMode(int mode) { return std::exchange(now.mapping.mode, mode); }
-CPoint CDC::SetWindowOrg(CPoint origin) { return std::exchange(now.mapping.windowOrigin, origin); }
 CSize CDC::SetWindowExt(CSize extent) { return replaced_extent(now.mapping.windowExtent, extent); }
 CPoint CDC::SetViewportOrg(CPoint origin) { return std::exchange(now.mapping.viewportOrigin, origin); }
 CSize CDC::SetViewportExt(CSize extent) { return replaced_extent(now.mapping.viewportExtent, extent); }
@@ -87,12 +82,6 @@ void CDC::IntersectClipRect(const CRect& rect)
     SelectClipRgn(&region, RGN_AND);
 }
 
-void CDC::ExcludeClipRect(const CRect& rect)
-{
-    const CRgn region(rect);
-    SelectClipRgn(&region, RGN_DIFF);
-}
-
 CRect CDC::GetClipBox() const
 {
     const CRect whole({}, deviceSize());
@@ -100,11 +89,4 @@ CRect CDC::GetClipBox() const
     CRect box;
     box.IntersectRect(whole, now.clip->GetRgnBox());
     return DPtoLP(box);
-}
-
-bool CDC::RectVisible(const CRect& rect) const
-{
-    CRect device;
-    if (!device.IntersectRect(LPtoDP(rect), CRect({}, deviceSize()))) return false;
-    return !now.clip || now.clip->RectInRegion(device);
 }

@@ -10,12 +10,12 @@ namespace vldv::platform {
 /// How logical units become device pixels: the world map first, then the window onto the viewport.
 struct VLDV_INTERNAL_API dc_mapping {
     int mode = MM_TEXT;
-    CPoint windowOrigin, viewportOrigin;
+    CPoint viewportOrigin;
     CSize windowExtent{1, 1}, viewportExtent{1, 1};
     XFORM world;
     bool operator==(const dc_mapping&) const = default;
 
-    /// In `MM_TEXT` only the origins count; in `MM_ISOTROPIC` both axes take the smaller scale.
+    /// In `MM_TEXT` only the origin of the viewport counts; in `MM_ISOTROPIC` both axes take the smaller scale.
     XFORM toDevice() const noexcept;
 };
 

@@ -79,10 +79,6 @@ void CDC::drawAligned(int x, int y, std::wstring_view text, std::span<const int>
     const int left = across == TA_CENTER ? x - width / 2 : across == TA_RIGHT ? x - width : x;
     const int top = down == TA_BASELINE ? y - metric.tmAscent : down == TA_BOTTOM ? y - metric.tmHeight : y;
     const CRect box({left, top}, CSize{width, metric.tmHeight});
-    if (outline.open) {
-        const CPoint corners[] = {box.TopLeft(), {box.right, box.top}, box.BottomRight(), {box.left, box.bottom}};
-        return addFigure(corners, true);
-    }
     if (now.backMode == OPAQUE && !box.IsRectEmpty()) FillSolidRect(box, now.backColor);
     if (!tabs) return drawRun(left, top + metric.tmAscent, text);
     const int step = std::max(1, charactersATab * metric.tmAveCharWidth);

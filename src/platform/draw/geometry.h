@@ -43,7 +43,6 @@ struct CRect : RECT {
         return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
     }
 
-    void SetRect(int left_, int top_, int right_, int bottom_) noexcept { *this = {left_, top_, right_, bottom_}; }
     void SetRectEmpty() noexcept { *this = {}; }
     /// Puts crossed corners in order.
     void NormalizeRect() noexcept
@@ -55,7 +54,6 @@ struct CRect : RECT {
     void OffsetRect(CSize by) noexcept { OffsetRect(by.cx, by.cy); }
     void InflateRect(int dx, int dy) noexcept { InflateRect(dx, dy, dx, dy); }
     void InflateRect(int l, int t, int r, int b) noexcept { *this = {left - l, top - t, right + r, bottom + b}; }
-    void DeflateRect(int dx, int dy) noexcept { InflateRect(-dx, -dy); }
     /// The common part of both; \return false, with this made all zeros, when there is none.
     bool IntersectRect(const RECT& a, const RECT& b) noexcept
     {

@@ -11,7 +11,6 @@ public:
     explicit CArchive(const std::wstring& path_, bool storing_) : filePath(path_), storing(storing_) {}
     virtual ~CArchive() = default;
 
-    bool IsStoring() const noexcept { return storing; }
     bool IsLoading() const noexcept { return !storing; }
     const std::wstring& path() const noexcept { return filePath; }
     /// \throws CFileException when the bytes cannot be stored

@@ -103,7 +103,7 @@ try {
     const auto end = clock::now();
     schedule.took(whole, end, end - start);
 } catch (const std::exception&) {
-    // as above
+    // what cannot be removed now is looked at again with the next save
 }
 
 } // namespace vldv::platform

@@ -12,7 +12,7 @@ std::filesystem::path unfinished_name();
 void mark_as_used(int file) noexcept;
 /// Removes such files of processes that have ended from `folder`, as far as it can.
 void remove_leftovers(const std::filesystem::path& folder) noexcept;
-/// The same, but as often as takes no more than a hundredth of the time: looking through a large folder for each of
+/// Removes them as often as takes no more than a hundredth of the time: looking through a large folder for each of
 /// many files would cost more than they do.
 void remove_leftovers_at_times(const std::filesystem::path& folder) noexcept;
 

@@ -33,7 +33,7 @@ void join_channels(color_lookup& colors) noexcept;
 /// Writes blue, green and red of each byte's colour into pixels of 4 bytes; the fourth is left as it is.
 void paint_32(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 void paint_32_reference(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
-/// The same into pixels of 3 bytes.
+/// Writes blue, green and red of each byte's colour into pixels of 3 bytes.
 void paint_24(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 void paint_24_reference(std::span<const std::uint8_t> bytes, const color_lookup& colors, std::uint8_t* out) noexcept;
 

@@ -61,16 +61,4 @@ void for_each_kept(std::size_t first, std::size_t end, std::span<const sample_ru
     return count;
 }
 
-/// The samples that lie outside of the runs, one behind another. \throws std::bad_alloc
-[[nodiscard]] inline std::vector<std::int16_t> kept_samples(std::span<const std::int16_t> samples,
-                                                            std::span<const sample_run> leftOut)
-{
-    std::vector<std::int16_t> kept;
-    for_each_kept(0, samples.size(), leftOut, [&](std::size_t first, std::size_t count) {
-        kept.insert(kept.end(), samples.begin() + static_cast<std::ptrdiff_t>(first),
-                    samples.begin() + static_cast<std::ptrdiff_t>(first + count));
-    });
-    return kept;
-}
-
 } // namespace vldv::primitives

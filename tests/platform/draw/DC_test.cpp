@@ -134,29 +134,8 @@ TEST(DC, ClipStaysWhereItWasSet)
     dc.IntersectClipRect({100, 100, 300, 200});
     dc.SetViewportOrg({50, 0});
     EXPECT_EQ(dc.GetClipBox(), CRect(50, 100, 250, 200));
-    EXPECT_TRUE(dc.RectVisible({0, 150, 51, 160}));
-    EXPECT_FALSE(dc.RectVisible({0, 150, 50, 160}));
-    dc.ExcludeClipRect({50, 100, 150, 200});
-    EXPECT_EQ(dc.GetClipBox(), CRect(150, 100, 250, 200));
     dc.SelectClipRgn(nullptr);
     EXPECT_EQ(dc.GetClipBox(), CRect(-50, 0, 950, 1000));
-}
-
-TEST(DC, PathsCollectInsteadOfDrawing)
-{
-    RecordingDC dc;
-    dc.BeginPath();
-    dc.MoveTo(0, 0);
-    dc.LineTo(10, 0);
-    dc.LineTo(10, 10);
-    dc.Rectangle({20, 20, 30, 25});
-    dc.TextOut(40, 0, L"ab");
-    dc.EndPath();
-    EXPECT_TRUE(dc.operations.empty());
-    EXPECT_EQ(dc.GetPathBox(), CRect(0, 0, 53, 26)) << "the text's box ends at 52, 12";
-    const CRgn inside = dc.PathToRegion();
-    EXPECT_EQ(inside.area(), 55 + 50 + 12 * 12) << "10 + 9 + ... + 1 pixels: the diagonal is a left edge";
-    EXPECT_TRUE(dc.PathToRegion().isEmpty()) << "a path is used once";
 }
 
 TEST(DC, ReadsAndCopiesPixelsOfBitmaps)
