@@ -9,6 +9,7 @@
 #include "platform/app/View.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <algorithm>
@@ -324,7 +325,7 @@ void CStorageDoc::DeriveTitle(CStorageDoc& target)
     if (baseTitle.empty()) baseTitle = base::narrow(platform::file_stem(GetPathName()));
     target.baseTitle = baseTitle;
     const std::string derivedTitle =
-        base::formatted(string_resource(1049), static_cast<int>(derivedCount), baseTitle.c_str());
+        base::formatted(string_resource(texts::copyOf), static_cast<int>(derivedCount), baseTitle.c_str());
     target.SetTitle(base::widen(derivedTitle).c_str());
 }
 

@@ -1,13 +1,14 @@
 #include "document/StorageDocTemplate.h"
 
-#include "base/SPMVarList.h"
 #include "base/text.h"
+#include "base/variables/global_option.h"
 #include "document/history/earlier_result.h"
 #include "document/history/merge_documents.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/file_kind.h"
 #include "platform/files/paths.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <filesystem>
@@ -18,19 +19,9 @@ using namespace vldv;
 
 namespace {
 
-constexpr unsigned emptyFileText = 1040, cannotCreateText = 61700;
-
 void warn(const std::wstring& path, const std::string& text)
 {
     if (CWinApp* const app = AfxGetApp()) app->reportFailure(path, text);
-}
-
-SPMVar global_option(const char* name)
-{
-    VLGlobalVarList* const list = VLGlobalVarList::GetVarList("global_options");
-    SPMVar found = list->get_var(name);
-    list->ReleaseList();
-    return found;
 }
 
 /// What did not open is no entry of the recent files, unless its drive is only away for now.
@@ -50,7 +41,7 @@ std::string emptiness(const wchar_t* path)
     std::error_code error;
     const auto size = std::filesystem::file_size(platform::to_path(path), error);
     if (!error && size > 0) return {};
-    const std::string text = base::formatted(string_resource(emptyFileText), base::narrow(path).c_str());
+    const std::string text = base::formatted(string_resource(texts::fileIsEmpty), base::narrow(path).c_str());
     return error ? text + "\n" + error.message() : text;
 }
 
@@ -60,14 +51,14 @@ std::wstring CStorageDocTemplate::extension() const { return base::widen(GetDocS
 
 bool CStorageDocTemplate::isMergingOn() const
 {
-    return static_cast<bool>(global_option("open.merged")) && (firstMerged || !mergeList.empty());
+    return static_cast<bool>(base::global_option("open.merged")) && (firstMerged || !mergeList.empty());
 }
 
 CDocument* CStorageDocTemplate::newDocument(int makeVisible)
 {
     CDocument* const document = CreateNewDocument();
     if (!document) {
-        warn({}, string_resource(cannotCreateText));
+        warn({}, string_resource(texts::cannotCreate));
         return nullptr;
     }
     ++untitledCount;
@@ -91,7 +82,7 @@ CStorageDoc* CStorageDocTemplate::readDocument(const wchar_t* path)
     }
     auto* const document = dynamic_cast<CStorageDoc*>(CreateNewDocument());
     if (!document) {
-        warn(path, string_resource(cannotCreateText));
+        warn(path, string_resource(texts::cannotCreate));
         return nullptr;
     }
     const CWaitCursor wait;
@@ -151,7 +142,7 @@ CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* given, int addTo
     CStorageDoc* const document = readDocument(path);
     if (!document) return nullptr;
     if (merging) {
-        if (!document::takes_part(*document, static_cast<int>(global_option("open.filter")))) {
+        if (!document::takes_part(*document, static_cast<int>(base::global_option("open.filter")))) {
             deleteDocument(document);
             return nullptr;
         }

@@ -5,6 +5,7 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <optional>
@@ -14,7 +15,6 @@ using namespace vldv;
 
 namespace {
 
-constexpr unsigned cannotCreateText = 61700;
 constexpr const char *noView = "no view shows", *noQuickView = "the quick view does not show";
 
 std::string text_of(const char* text) { return text ? text : ""; }
@@ -84,7 +84,7 @@ std::string nothing_shown_text(const wchar_t* path, const CStorageDoc* document,
     for (unsigned i = 0; document && i < document->getImagesNumber(); ++i)
         text += unshown_text(*document, i, who) + "\n";
     if (!text.empty() && path && *path) text = base::narrow(path) + ": " + text;
-    return text + string_resource(cannotCreateText);
+    return text + string_resource(texts::cannotCreate);
 }
 
 void tell_nothing_shown(const wchar_t* path, const CStorageDoc* document, const char* who)

@@ -5,6 +5,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/files/file_kind.h"
 #include "platform/files/paths.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <algorithm>
@@ -16,8 +17,6 @@
 using namespace vldv;
 
 namespace {
-
-constexpr unsigned emptyFileText = 1040;
 
 /// Why a stream could not be opened; a folder opens as a file but cannot be read.
 int open_error(const std::filesystem::path& path)
@@ -148,7 +147,7 @@ void CStorageDoc::readOpened(std::istream& in, std::uint64_t size)
     try {
         if (size == 0) {
             cause = CArchiveException::endOfFile;
-            reason = base::formatted(string_resource(emptyFileText), base::narrow(sourcePath).c_str());
+            reason = base::formatted(string_resource(texts::fileIsEmpty), base::narrow(sourcePath).c_str());
         } else if (ReadFile(in)) {
             return;
         } else {

@@ -1,6 +1,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <cstring>
@@ -13,8 +14,6 @@
 using namespace vldv;
 
 namespace {
-
-constexpr unsigned undoLostText = 1028, redoLostText = 1059;
 
 std::vector<unsigned> lengths_of(const SPMDataStream& stream)
 {
@@ -194,7 +193,7 @@ void CStorageDoc::pushUndo(unsigned image, bool clearRedo)
     if (image >= images.size()) return;
     options& kept = imageOptions[image];
     if (clearRedo) kept.redoSteps.clear();
-    kept.undoSteps.splice(kept.undoSteps.end(), snapshot(image, kept.undoSteps, undoLostText));
+    kept.undoSteps.splice(kept.undoSteps.end(), snapshot(image, kept.undoSteps, texts::undoLost));
     renumber(image);
     setDisplayOnly(false);
 }
@@ -217,7 +216,7 @@ void CStorageDoc::pushRedo(unsigned image)
 {
     if (image >= images.size()) return;
     options& kept = imageOptions[image];
-    kept.redoSteps.splice(kept.redoSteps.end(), snapshot(image, kept.redoSteps, redoLostText));
+    kept.redoSteps.splice(kept.redoSteps.end(), snapshot(image, kept.redoSteps, texts::redoLost));
 }
 
 void CStorageDoc::restore(unsigned image)
@@ -233,7 +232,7 @@ void CStorageDoc::restore(unsigned image)
 void CStorageDoc::undo(unsigned image)
 {
     if (!canUndo(image)) return;
-    move(image, &options::undoSteps, &options::redoSteps, redoLostText);
+    move(image, &options::undoSteps, &options::redoSteps, texts::redoLost);
     UpdateAllViews(nullptr, document::data_hint(image));
     // For this image the document is as it was opened, whatever others hold.
     if (!canUndo(image)) SetModifiedFlag(false);
@@ -243,7 +242,7 @@ void CStorageDoc::undo(unsigned image)
 void CStorageDoc::redo(unsigned image)
 {
     if (!canRedo(image)) return;
-    move(image, &options::redoSteps, &options::undoSteps, undoLostText);
+    move(image, &options::redoSteps, &options::undoSteps, texts::undoLost);
     UpdateAllViews(nullptr, document::data_hint(image));
     SetModifiedFlag(true);
     noteChange();

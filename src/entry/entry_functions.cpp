@@ -6,6 +6,7 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/DCView.h"
 #include "view/image/FilePreview.h"
@@ -19,8 +20,6 @@ namespace {
 
 constexpr const char* folderSection = "MRU";
 constexpr const char* folderKey = "Open";
-constexpr unsigned openFilterText = 1025;
-constexpr unsigned tooManyFilesText = 1076;
 constexpr std::size_t maxNamesLength = 32'767'000; // characters that the open dialog can return
 constexpr int withPreview = 1;                     // bit of the dialog's options
 constexpr int previewSide = 200;                   // pixels
@@ -32,7 +31,7 @@ std::vector<std::wstring> chosen_files(int options, std::vector<SPMVar>& variabl
     CWinApp& app = *AfxGetApp();
     open_prompt prompt;
     prompt.folder = base::widen(app.profile().readString(folderSection, folderKey).value_or(""));
-    prompt.filter = string_resource(openFilterText);
+    prompt.filter = string_resource(texts::openFilter);
     prompt.several = true;
     if (options & withPreview)
         prompt.preview = [](const std::wstring& path) { return view::preview_file(path, previewSide); };
@@ -43,7 +42,7 @@ std::vector<std::wstring> chosen_files(int options, std::vector<SPMVar>& variabl
     std::size_t length = 0;
     for (const std::wstring& path : paths) length += path.size() + 1;
     if (length > maxNamesLength) {
-        app.host().messageBox(string_resource(tooManyFilesText), message_icon::warning);
+        app.host().messageBox(string_resource(texts::tooManyFiles), message_icon::warning);
         return {};
     }
     document::sort_paths(paths);

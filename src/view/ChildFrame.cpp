@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "platform/app/WinApp.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
 
@@ -13,14 +14,12 @@ using namespace vldv;
 
 namespace {
 
-constexpr unsigned overlayTabText = 4036;
-
 /// "Bitmap" when the image has one to show, then the sub-images, as far as there is a choice.
 std::vector<std::wstring> tab_names(const CStorageDoc& document, unsigned image, bool hasOverlay)
 {
     std::vector<std::wstring> names;
     const unsigned count = document.getSubImagesNumber(image);
-    if (hasOverlay) names.push_back(base::widen(string_resource(overlayTabText)));
+    if (hasOverlay) names.push_back(base::widen(string_resource(texts::overlayTab)));
     if (count < 2 && !hasOverlay) return names;
     const std::vector<smart_string>& own = document.getImage(image).subimage_names();
     for (unsigned i = 0; i < count; ++i) {
@@ -139,8 +138,8 @@ void CChildFrame::OnResetToolbar()
     constexpr long largeTools = -2;
     enum { asMain, small, large };
     const long kind = view->GetToolbarIDs(nullptr, nullptr, nullptr);
-    const bool isShown = kind != 0 && static_cast<bool>(view->options["toolbar"]);
-    const int size = static_cast<int>(view->options["toolbar.size"]);
+    const bool isShown = kind != 0 && view->isOptionOn("toolbar");
+    const int size = view->intOption("toolbar.size");
     const int before = toolbarHeight;
     toolbarHeight = getPeer()->setToolbar(isShown ? menuId() : 0, size == asMain ? kind == largeTools : size == large,
                                           isShown ? addedButtons() : std::vector<toolbar_button>());

@@ -51,6 +51,7 @@ public:
     virtual void GetAspectRatio(double& x, double& y);
     /// The size to use where `cx` by `cy` is asked for.
     virtual void GetBestSize(int& cx, int& cy);
+    void adjustToBestSize(); ///< of the whole data, the frame with it
     virtual long GetToolbarIDs(unsigned* first, unsigned* second, unsigned* third);
     virtual unsigned long GetToolbarStyle() { return 5120; }
     /// Appends the buttons that the view adds to its toolbar, with pictures of its own. \return not used
@@ -117,8 +118,8 @@ public:
     }
     /// In the status bar of the main window.
     void SetMessageText(const std::wstring& text);
-    /// The same for what stands under the pointer: it goes with the pointer, and when the view shows something else
-    /// there, stops being the active one or closes.
+    /// In the status bar, what stands under the pointer: it goes with the pointer, and when the view shows something
+    /// else there, stops being the active one or closes.
     void SetPlaceText(const std::wstring& text);
     void forgetPlace();
 

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "base/variables/global_option.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/interface_directory.h"
 #include "view/DCView.h"
@@ -42,7 +43,7 @@ constexpr view::option_row commonOptions[] = {
     {"tics.y.length(Y tics length),int,0,500", "2"},
 };
 
-/// The same declaration with the same value.
+/// Whether two options are declared alike and have one value.
 bool is_equal(const SPMVar& a, const SPMVar& b)
 {
     return a.type == b.type && a.as_string() == b.as_string() && a.description() == b.description();
@@ -131,6 +132,9 @@ void CDCView::LoadOptions(const char* pattern)
     const set_flag loading(loadingOptions);
     // A part is asked for when what stands behind it is another, as the axes of an image are.
     storeOptions(declared, isFiltered);
+    assert(isFiltered || std::ranges::all_of(optionHandlers, [this](const auto& handler) {
+               return options.get_var_i(handler.first.c_str()) != unsigned(-1);
+           }));
 }
 
 /// As one change. \param tellsAll  also those that are as they were
@@ -240,13 +244,13 @@ void CDCView::restoreDefaults()
 
 long CDCView::GetToolbarIDs(unsigned*, unsigned*, unsigned*)
 {
-    const SPMVar kind = view::global_option("local_toolbar");
+    const SPMVar kind = base::global_option("local_toolbar");
     if (kind.type == SPM_VAR_NONE) return 0;
     switch (static_cast<int>(kind)) {
     case 0:
         return 0;
     case 1:
-        return static_cast<bool>(view::global_option("small_toolbar")) - 2;
+        return static_cast<bool>(base::global_option("small_toolbar")) - 2;
     case 2:
         return -1;
     default:

@@ -1,4 +1,5 @@
 #include "base/streams/rounding.h"
+#include "base/variables/global_option.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/draw/dpi.h"
@@ -13,17 +14,18 @@ constexpr double zoomIn = 1.2, zoomOut = 0.8333333333333334;
 
 int nearest(double value) { return static_cast<int>(base::round_half_up(value)); }
 
-int margin(const SPMVarList& options, const char* name) { return static_cast<int>(options[name]); }
+/// Windows are sized before their options are loaded: 0 then.
+int early(const SPMVarList& options, const char* name) { return static_cast<int>(options[name]); }
 
 } // namespace
 
 void CDCView::CountDisplayRect()
 {
     displayRect = GetClientRect();
-    displayRect.left += margin(options, "LeftMargin");
-    displayRect.top += margin(options, "TopMargin");
-    displayRect.right -= margin(options, "RightMargin");
-    displayRect.bottom -= margin(options, "BottomMargin");
+    displayRect.left += early(options, "LeftMargin");
+    displayRect.top += early(options, "TopMargin");
+    displayRect.right -= early(options, "RightMargin");
+    displayRect.bottom -= early(options, "BottomMargin");
 }
 
 void CDCView::UpdateDisplayRect()
@@ -63,8 +65,7 @@ void CDCView::GetAspectRatio(double& x, double& y)
 void CDCView::GetBestSize(int& cx, int& cy)
 {
     // Some views alone have these options.
-    CSize limit{CorrectDPISize(static_cast<int>(options["default_width"])),
-                CorrectDPISize(static_cast<int>(options["default_height"]))};
+    CSize limit{CorrectDPISize(early(options, "default_width")), CorrectDPISize(early(options, "default_height"))};
     if (limit.cx <= 0) limit.cx = CorrectDPISize(usualLimit);
     if (limit.cy <= 0) limit.cy = CorrectDPISize(usualLimit);
     const CSize best = view::best_size({cx, cy}, limit);
@@ -98,8 +99,8 @@ CSize CDCView::largestDisplay()
 
 CSize CDCView::marginSize() const
 {
-    return {margin(options, "LeftMargin") + margin(options, "RightMargin"),
-            margin(options, "TopMargin") + margin(options, "BottomMargin")};
+    return {early(options, "LeftMargin") + early(options, "RightMargin"),
+            early(options, "TopMargin") + early(options, "BottomMargin")};
 }
 
 CSize CDCView::fittingArea(CSize display) const
@@ -131,7 +132,7 @@ bool CDCView::OnMouseWheel(unsigned flags, int delta, CPoint point)
     if (IsIconic() || (frame && (frame->IsIconic() || frame->IsZoomed()))) return false;
     if (flags != MK_SHIFT) return false;
     const CSize client = GetClientRect().Size(), around = marginSize();
-    const CSize corner{margin(options, "LeftMargin"), margin(options, "TopMargin")};
+    const CSize corner{early(options, "LeftMargin"), early(options, "TopMargin")};
     const CSize room{client.cx - around.cx, client.cy - around.cy};
     const double factor =
         view::bounded_zoom(delta >= 0 ? zoomIn : zoomOut, room, view::smallestPicture, largestDisplay());
@@ -150,7 +151,9 @@ bool CDCView::OnMouseWheel(unsigned flags, int delta, CPoint point)
 
 void CDCView::OnMouseMove(unsigned, CPoint) { SetCursor(cursor_shape::arrow); }
 
-void CDCView::OnLButtonDblClk(unsigned, CPoint)
+void CDCView::OnLButtonDblClk(unsigned, CPoint) { adjustToBestSize(); }
+
+void CDCView::adjustToBestSize()
 {
     int width = static_cast<int>(getSourceWidth()), height = static_cast<int>(getSourceHeight());
     GetBestSize(width, height);
@@ -183,9 +186,9 @@ void CDCView::enterFullScreen()
     beforeFullScreen.window = GetParent() ? GetParent()->ScreenToClient(GetWindowRect()) : GetWindowRect();
     beforeFullScreen.source = sourceRect.Size();
     const int mode =
-        ForceFullscreenStretchMode() ? view::allMonitors : static_cast<int>(view::global_option("fullscreen_mode"));
+        ForceFullscreenStretchMode() ? view::allMonitors : static_cast<int>(base::global_option("fullscreen_mode"));
     const view::full_screen_place place = view::place_full_screen(
-        screen->monitors(), mode, static_cast<int>(view::global_option("fullscreen_monitor")), app->host().frameArea());
+        screen->monitors(), mode, static_cast<int>(base::global_option("fullscreen_monitor")), app->host().frameArea());
     fullscreenOn = true;
     getPeer()->setFullScreen(true, place.target);
     screen->setPointer(place.pointerSpot);
@@ -227,7 +230,7 @@ bool CDCView::OnKeyDown(unsigned key)
 bool CDCView::zoomByKey(unsigned key)
 {
     constexpr int notch = 120;
-    const CPoint corner{margin(options, "LeftMargin"), margin(options, "TopMargin")};
+    const CPoint corner{early(options, "LeftMargin"), early(options, "TopMargin")};
     if (key == VK_ADD || key == VK_SUBTRACT) return OnMouseWheel(MK_SHIFT, key == VK_ADD ? notch : -notch, corner);
     const CFrameWnd* const frame = GetParentFrame();
     if (key != '0' || (frame && frame->IsZoomed())) return false;

@@ -7,6 +7,7 @@
 #include "platform/files/paths.h"
 #include "resources/commands.h"
 #include "resources/frame_templates.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
 #include "view/image/picture_export.h"
@@ -18,7 +19,6 @@ using namespace vldv;
 
 namespace {
 
-constexpr unsigned exportFilters = 4026;
 constexpr const char* parametersListKey = "ParametersList";
 
 } // namespace
@@ -36,7 +36,7 @@ bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
     return dispatch_command<CImageView>(*this, rows, id, ui) || CDCView::OnCmdMsg(id, ui);
 }
 
-std::wstring CImageView::GetExportFilters() { return base::widen(string_resource(exportFilters)); }
+std::wstring CImageView::GetExportFilters() { return base::widen(string_resource(texts::exportFilters)); }
 
 int CImageView::GetExportParameters(int format, SPMVar** vars, int count)
 {

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "base/variables/global_option.h"
 #include "document/StorageDoc.h"
 #include "document/StorageDocTemplate.h"
 #include "document/document_table.h"
@@ -69,7 +70,7 @@ void CImageView::copy_image(SPMDataStream& target, CImageView& source)
 
 bool CImageView::choosesVolumeCopy()
 {
-    const SPMVar usual = view::global_option("default_plugin_options");
+    const SPMVar usual = base::global_option("default_plugin_options");
     const bool asksWithShift = usual.type == SPM_VAR_NONE || static_cast<bool>(usual);
     CWinApp* const app = AfxGetApp();
     IScreen* const screen = app ? app->host().screen() : nullptr;

@@ -231,7 +231,7 @@ void CScale::OnLButtonDown(unsigned flags, CPoint point)
     showResizeCursor();
     CImageView* const shown = focused_view();
     if (!shown) return;
-    const bool isAbsolute = static_cast<int>(shown->options["scaling.z"]) != 0;
+    const bool isAbsolute = shown->intOption("scaling.z") != 0;
     if (!view::window_suits(*this, range_of(*shown), isAbsolute)) takeWindowOf(*shown);
     Invalidate(false);
 }

@@ -1,3 +1,4 @@
+#include "base/variables/global_option.h"
 #include "entry/open_files.h"
 #include "entry_fixture.h"
 #include "platform/app/FrameWnd.h"
@@ -351,13 +352,13 @@ TEST_F(EntryTest, SettingsAreKeptAndCancelled)
     EXPECT_EQ(host.readString("GlobalOptions", "fullscreen_mode"), "2");
     app.reset();
     app = std::make_unique<CVldvApp>(host);
-    EXPECT_EQ(int(view::global_option("fullscreen_mode")), 2) << "from the profile";
+    EXPECT_EQ(int(base::global_option("fullscreen_mode")), 2) << "from the profile";
     host.onDialog = [](CVarListDlg& dialog) {
         dialog.edit(2, "One monitor");
         dialog.EndDialog(CVarListDlg::resultCancel);
     };
     app->OnCmdMsg(10202, nullptr);
-    EXPECT_EQ(int(view::global_option("fullscreen_mode")), 2);
+    EXPECT_EQ(int(base::global_option("fullscreen_mode")), 2);
     app->OnCmdMsg(57665, nullptr);
     EXPECT_TRUE(host.hasQuit);
 }

@@ -21,6 +21,15 @@ inline SPMDataStream slope(unsigned columns = 40, unsigned rows = 20)
 /// A section of the surface that only keeps its points.
 class plain_section : public CImageView, public ISection {
 public:
+    plain_section() { LoadOptions(nullptr); }
+    void GetOptionsList(SPMVar* vars, unsigned* count) override
+    {
+        static constexpr view::option_row rows[] = {{"profile.width,int,1,100", "1"}};
+        unsigned before = 0;
+        CImageView::GetOptionsList(nullptr, &before);
+        if (vars) CImageView::GetOptionsList(vars, count);
+        view::list_options(rows, before, vars, count);
+    }
     CImageView& sectionView() override { return *this; }
     CSize sourceSize() const override { return {40, 20}; }
     unsigned getPointsNumber() const override { return static_cast<unsigned>(points.size()); }

@@ -84,7 +84,7 @@ std::string draw_with_legend(CStorageDoc& document, const surface_number& which,
     view.flushTimers();
     picture.Init(reference.get());
     if (!picture.Create(client.Width(), client.Height(), false)) return "there is no memory for a picture of this size";
-    picture.dc()->FillSolidRect(client, static_cast<colorEntry>(static_cast<int>(view.options["background"])));
+    picture.dc()->FillSolidRect(client, view.colorOption("background"));
     view.DrawView(picture.dc());
     return {};
 }

@@ -1,5 +1,6 @@
 #include "host/window/MainWindow.h"
 
+#include "base/variables/global_option.h"
 #include "document/StorageDocTemplate.h"
 #include "document/examples/examples.h"
 #include "entry/Application.h"
@@ -18,7 +19,6 @@
 #include "host/window/window_menu.h"
 #include "platform/files/paths.h"
 #include "resources/commands.h"
-#include "view/frame/option_rows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -244,11 +244,11 @@ void CMainWindow::rebuildTools()
 {
     const auto toHandler = [this](unsigned id, CCmdUI* ui) { return route(id, ui); };
     clear_toolbar(*tools);
-    size_toolbar(*tools, !static_cast<bool>(view::global_option("small_toolbar")));
+    size_toolbar(*tools, !static_cast<bool>(base::global_option("small_toolbar")));
     // All of them, so that the palette stays where it is.
     fill_toolbar(*tools, toolbar_resource(mainMenu), toHandler, palettes.get(), unhandled::disabled);
     // The view's own tools stand here unless its frame has them.
-    if (static_cast<int>(view::global_option("local_toolbar")) != 0 || shownMenu == mainMenu) return;
+    if (static_cast<int>(base::global_option("local_toolbar")) != 0 || shownMenu == mainMenu) return;
     if (!toolbar_resource(shownMenu).empty()) tools->addSeparator();
     fill_toolbar(*tools, toolbar_resource(shownMenu), toHandler, nullptr);
     if (CFrameWnd* const active = app.activeFrame()) add_buttons(*tools, active->addedButtons(), toHandler);

@@ -3,6 +3,7 @@
 #include "host/window/command_door.h"
 #include "host/window/command_help.h"
 #include "host/window/command_icon.h"
+#include "resources/commands.h"
 #include "view/scale/PaletteBar.h"
 
 #include <QAction>
@@ -107,7 +108,7 @@ void fill_toolbar(QToolBar& bar, std::span<const unsigned> ids, const command_ro
     for (const unsigned id : ids) {
         if (id == 0)
             filling.separator();
-        else if (id == CPaletteBar::commandId && palettes)
+        else if (id == commands::paletteStrip && palettes)
             filling.entry(palettes);
         else
             filling.command(id, others);

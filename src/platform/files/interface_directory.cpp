@@ -1,19 +1,13 @@
 #include "platform/files/interface_directory.h"
 
-#include "base/SPMVarList.h"
+#include "base/variables/global_option.h"
 
 #include <dlfcn.h>
 #include <vector>
 
 namespace {
 
-std::string language()
-{
-    VLGlobalVarList* const options = VLGlobalVarList::GetVarList("global_options");
-    std::string name = (*options)["language"].as_string().c_str();
-    options->ReleaseList();
-    return name;
-}
+std::string language() { return vldv::base::global_option("language").as_string().c_str(); }
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "primitives/map/histogram.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <algorithm>
@@ -112,9 +113,8 @@ delimited_share share_between(const height_histogram& histogram, delimiters at) 
 
 std::string share_text(const delimited_share& share, const char* units)
 {
-    constexpr unsigned delimiterText = 1024;
-    return base::formatted(string_resource(delimiterText), share.x0, units, share.x1, units, share.x1 - share.x0, units,
-                           share.percent);
+    return base::formatted(string_resource(texts::delimiters), share.x0, units, share.x1, units, share.x1 - share.x0,
+                           units, share.percent);
 }
 
 raw_window cutoff_window(const height_histogram& histogram, delimiters at, const VLAxis& axis) noexcept

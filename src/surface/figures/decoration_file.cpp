@@ -5,6 +5,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 #include "platform/files/text_file.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace vldv::surface {
@@ -12,7 +13,6 @@ namespace vldv::surface {
 namespace {
 
 constexpr const char* filter = "Decorations Files (*.dec)|*.dec||";
-constexpr unsigned saveFailed = 1055, loadFailed = 1056;
 constexpr std::size_t maxBytes = std::size_t{64} << 20; // millions of points
 
 void tell(unsigned message, const std::wstring& path, const CFileException& failure)
@@ -38,7 +38,7 @@ bool save_decorations(const std::wstring& documentPath, const decoration_lists& 
         platform::write_text_file(platform::to_path(*path), decoration_text(lists));
         return true;
     } catch (const CFileException& failure) {
-        tell(saveFailed, *path, failure);
+        tell(texts::decorationsNotSaved, *path, failure);
         return false;
     }
 }
@@ -54,7 +54,7 @@ std::optional<decoration_lists> load_decorations()
     try {
         return read_decoration_text(platform::read_text_file(platform::to_path(paths.front()), maxBytes));
     } catch (const CFileException& failure) {
-        tell(loadFailed, paths.front(), failure);
+        tell(texts::decorationsNotLoaded, paths.front(), failure);
         return {};
     }
 }

@@ -70,12 +70,7 @@ void CSurfMathView::OnUpdateAutoRefresh(CCmdUI& ui) { ui.SetCheck(autoRefresh); 
 void CSurfMathView::OnRefresh() { RefreshDisplay(); }
 
 /// The size in which images open.
-void CSurfMathView::OnNormalize()
-{
-    int width = static_cast<int>(getSourceWidth()), height = static_cast<int>(getSourceHeight());
-    GetBestSize(width, height);
-    AdjustParentSize(width, height, true);
-}
+void CSurfMathView::OnNormalize() { adjustToBestSize(); }
 
 void CSurfMathView::OnFileInfo() { toggle_option("ShowAdditionalLegend"); }
 void CSurfMathView::OnUpdateFileInfo(CCmdUI& ui)

@@ -118,8 +118,8 @@ void CSurfMathView::drawSections(CDC& dc)
     const int width = intOption("section.line.solid.width");
     bool isFirst = true;
     for (ISection* const each : sections())
-        each->drawOn(*this, dc, static_cast<int>(each->sectionView().options["profile.width"]), width, pens.line,
-                     pens.under, std::exchange(isFirst, false));
+        each->drawOn(*this, dc, each->sectionView().intOption("profile.width"), width, pens.line, pens.under,
+                     std::exchange(isFirst, false));
 }
 
 void CSurfMathView::drawVolumeCross(CDC& dc)
@@ -130,7 +130,7 @@ void CSurfMathView::drawVolumeCross(CDC& dc)
     const auto place = [&](const char* mark, unsigned dimension, unsigned own) {
         const double size = cloud->getVolume().get_dimension(dimension).length;
         if (size == 0.0) return 0;
-        const double at = base::nearest_int((size - 1.0) * static_cast<double>(view->options[mark]));
+        const double at = base::nearest_int((size - 1.0) * view->doubleOption(mark));
         return static_cast<int>(at * own / size);
     };
     const CPoint sample{place("mark.x", 0, getSourceWidth()), place("mark.y", 1, getSourceHeight())};

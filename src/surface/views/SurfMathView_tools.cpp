@@ -26,9 +26,9 @@ constexpr std::size_t fewestLines = 3; // of a grating, to fit a line through
 unsigned template_of(unsigned command) noexcept
 {
     switch (command) {
-    case 10015:
+    case commands::scene:
         return sceneFrame;
-    case 10031:
+    case commands::histogram:
         return histogramFrame;
     default:
         return fourierFrame;

@@ -1,5 +1,6 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "surface/figures/measure/measurement_text.h"
 #include "surface/views/legend.h"
@@ -7,8 +8,6 @@
 namespace vldv::surface {
 
 namespace {
-
-enum text_id : unsigned { fileText = 1009, imageText = 1010, xText = 1085, yText = 1086 };
 
 /// Names and values side by side; what would break a line of the table becomes a blank.
 class cell_table {
@@ -56,10 +55,10 @@ std::wstring clipboard_text(const legend_content& content, bool withFile, const 
 {
     cell_table cells;
     if (withFile) {
-        cells.add(string_resource(fileText), content.path);
-        add_side(cells, xText, content.x, content.samples.cx);
-        add_side(cells, yText, content.y, content.samples.cy);
-        cells.add(string_resource(imageText), content.imageName + " (" + direction + ")");
+        cells.add(string_resource(texts::file), content.path);
+        add_side(cells, texts::x, content.x, content.samples.cx);
+        add_side(cells, texts::y, content.y, content.samples.cy);
+        cells.add(string_resource(texts::image), content.imageName + " (" + direction + ")");
     }
     for (const parameter_line& line : content.parameters) cells.add(line.name, line.value);
     for (const statistics_row& row : content.statistics)

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/draw/dpi.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "surface/figures/measure/statistics_text.h"
 #include "surface/overlay/mark_drawing.h"
@@ -19,7 +20,6 @@ namespace vldv::surface {
 
 namespace {
 
-enum text_id : unsigned { sizesText = 1008, fileText = 1009, imageText = 1010 };
 constexpr double compactTextShare = 0.3; // of the window's width
 constexpr int panelGap = 5;              // pixels
 constexpr int usualTextSize = 13;        // of the option
@@ -31,8 +31,8 @@ int background_mode_of(const CDCView& view)
 
 void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoint& at)
 {
-    const std::wstring file = base::widen(string_resource(fileText)), path = base::widen(content.path);
-    const std::wstring label = base::widen(string_resource(imageText));
+    const std::wstring file = base::widen(string_resource(texts::file)), path = base::widen(content.path);
+    const std::wstring label = base::widen(string_resource(texts::image));
     dc.SetTextAlign(TA_BOTTOM);
     if (!view.isOptionOn("CompactLegend")) {
         const int larger = std::max(view.intOption("text_size") - usualTextSize, 0); // than the space is meant for
@@ -45,7 +45,7 @@ void draw_file_texts(CDC& dc, CDCView& view, const legend_content& content, CPoi
     double width = content.samples.cx * content.x.scale, height = content.samples.cy * content.y.scale;
     default_units(content.x.get_units(), &width);
     default_units(content.y.get_units(), &height);
-    view.DrawLegendText(&dc, at, legendUp, base::widen(string_resource(sizesText)).c_str(), width, height);
+    view.DrawLegendText(&dc, at, legendUp, base::widen(string_resource(texts::sizes)).c_str(), width, height);
     view.DrawLegendText(&dc, at, legendUp, L"C: c", label, content.imageName);
     view.DrawLegendText(&dc, at, legendUp, L"C: C", file, path);
 }

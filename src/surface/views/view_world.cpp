@@ -39,7 +39,7 @@ bool view_world::isMeasured(CPoint source) const
 view::view_geometry view_world::geometry() const { return {view.displayRect, view.sourceRect}; }
 const VLAxis& view_world::axisX() const { return view.axisX(); }
 const VLAxis& view_world::axisY() const { return view.axisY(); }
-double view_world::option(const char* name) const { return number_of(view.options[name]); }
+double view_world::option(const char* name) const { return number_of(view.option(name)); }
 
 const document::decorations* view_world::decorations() const
 {
@@ -66,10 +66,7 @@ std::optional<volume_mark> view_world::volumeMark() const
     const auto length = [cloud](unsigned dimension) {
         return static_cast<int>(cloud->getVolume().get_dimension(dimension).length);
     };
-    return volume_mark{shown,
-                       {length(0), length(1)},
-                       static_cast<double>(shown->options["mark.x"]),
-                       static_cast<double>(shown->options["mark.y"])};
+    return volume_mark{shown, {length(0), length(1)}, shown->doubleOption("mark.x"), shown->doubleOption("mark.y")};
 }
 
 CSize view_world::textExtent(std::wstring_view text) const

@@ -1,7 +1,5 @@
 #include "view/frame/option_rows.h"
 
-#include "base/SPMVarList.h"
-
 #include <algorithm>
 #include <cassert>
 
@@ -24,14 +22,6 @@ void list_options(std::span<const option_row> own, unsigned before, SPMVar* vars
         return;
     }
     for (unsigned i = before; i < std::min(all, *count); ++i) vars[i] = declared_option(own[i - before]);
-}
-
-SPMVar global_option(const char* name)
-{
-    VLGlobalVarList* const list = VLGlobalVarList::GetVarList("global_options");
-    SPMVar found = list->get_var(name);
-    list->ReleaseList();
-    return found;
 }
 
 } // namespace vldv::view

@@ -21,7 +21,4 @@ SPMVar declared_option(const option_row& row);
 /// afterwards.
 void list_options(std::span<const option_row> own, unsigned before, SPMVar* vars, unsigned* count);
 
-/// A variable of "global_options"; type 0 when there is none of that name.
-VLDV_INTERNAL_API SPMVar global_option(const char* name);
-
 } // namespace vldv::view

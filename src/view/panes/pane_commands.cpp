@@ -7,6 +7,7 @@
 #include "platform/files/paths.h"
 #include "platform/files/text_file.h"
 #include "resources/commands.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/DCView.h"
 #include "view/panes/text_pages.h"
@@ -17,7 +18,6 @@ namespace vldv::view {
 
 namespace {
 
-constexpr unsigned textFilter = 4029;
 constexpr const char* extension = "txt";
 
 void copy(const IPaneContent& content)
@@ -40,8 +40,9 @@ std::wstring suggested_path(const IPaneContent& content)
 
 void save(const IPaneContent& content, IHost& host)
 {
-    const auto path = host.askSavePath(
-        {.suggestedPath = suggested_path(content), .filter = string_resource(textFilter), .extension = extension});
+    const auto path = host.askSavePath({.suggestedPath = suggested_path(content),
+                                        .filter = string_resource(texts::textFilter),
+                                        .extension = extension});
     if (!path) return;
     try {
         platform::write_text_file(platform::to_path(*path), base::narrow(content.allText()));

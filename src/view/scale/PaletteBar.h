@@ -9,7 +9,6 @@
 /// The colour scale in a toolbar, which all views follow: once it stands in one it is the static scale.
 class VLDV_API CPaletteBar {
 public:
-    static constexpr unsigned commandId = 10012;
     static constexpr int length = 256, width = 27; ///< pixels
 
     CPaletteBar() { strip.SetDimensions(length, width); }

@@ -1,7 +1,7 @@
 #include "view/scale/palette_folder.h"
 
-#include "base/SPMVarList.h"
 #include "base/text.h"
+#include "base/variables/global_option.h"
 #include "platform/files/interface_directory.h"
 #include "platform/files/paths.h"
 #include "view/scale/palette_file.h"
@@ -70,9 +70,7 @@ std::string expanded_environment(const std::string& text)
 
 std::filesystem::path palette_folder()
 {
-    VLGlobalVarList* options = VLGlobalVarList::GetVarList("global_options");
-    const std::string folder = (*options)["directory.palettes"].as_string().c_str();
-    options->ReleaseList();
+    const std::string folder = base::global_option("directory.palettes").as_string().c_str();
     return platform::to_path(platform::expanded_home(base::widen(expanded_environment(folder))));
 }
 

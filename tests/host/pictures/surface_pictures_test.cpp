@@ -34,7 +34,10 @@ public:
     void GetOptionsList(SPMVar* vars, unsigned* count) override
     {
         static constexpr view::option_row rows[] = {{"mark.x,double,0,1", "0.5"}, {"mark.y,double,0,1", "1"}};
-        view::list_options(rows, 0, vars, count);
+        unsigned before = 0;
+        CImageView::GetOptionsList(nullptr, &before);
+        if (vars) CImageView::GetOptionsList(vars, count);
+        view::list_options(rows, before, vars, count);
     }
     const SPMDataStream& getVolume() const override { return volume; }
     unsigned getVolumeImage() const override { return 7; }

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/app/Clipboard.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "surface/figures/measure/measurements.h"
 
@@ -13,14 +14,6 @@
 namespace vldv::surface {
 
 namespace {
-
-enum text_id : unsigned {
-    positionText = 1001,
-    sizeText = 1002,
-    distanceText = 1003,
-    angleText = 1004,
-    lineText = 1007
-};
 
 readable_number readable_on(const VLAxis& axis, double value) { return read_well(axis.get_units(), value); }
 
@@ -49,21 +42,21 @@ std::string position_text(const measured_surface& surface, CPoint at, const read
 {
     const readable_number x = readable_on(surface.x, position(surface.x, at.x, surface.isAbsoluteX));
     const readable_number y = readable_on(surface.y, position(surface.y, at.y, surface.isAbsoluteY));
-    return base::formatted(string_resource(positionText), x.value, x.units, y.value, y.units, z.value, z.units);
+    return base::formatted(string_resource(texts::position), x.value, x.units, y.value, y.units, z.value, z.units);
 }
 
 std::string size_text(const measured_surface& surface, const selection_rect& drag, const readable_number& z)
 {
     const readable_number w = readable_on(surface.x, drag.dx() * surface.x.scale);
     const readable_number h = readable_on(surface.y, drag.dy() * surface.y.scale);
-    return base::formatted(string_resource(sizeText), w.value, w.units, h.value, h.units, z.value, z.units);
+    return base::formatted(string_resource(texts::size), w.value, w.units, h.value, h.units, z.value, z.units);
 }
 
 std::string distance_text(const measured_surface& surface, const selection_rect& drag, const readable_number& z)
 {
     const readable_number r = readable_on(surface.x, drag_length(surface, drag));
     const readable_number dz = readable_on(surface.z, drag_height(surface, drag));
-    return base::formatted(string_resource(distanceText), r.value, r.units, dz.value, dz.units, z.value, z.units);
+    return base::formatted(string_resource(texts::distance), r.value, r.units, dz.value, dz.units, z.value, z.units);
 }
 
 bool tells_height(const selection_state& drawn)
@@ -84,11 +77,11 @@ std::string figures_text(const measured_surface& surface, const selection_state&
     case cursor_mode::distance:
         return distance_text(surface, drawn.selection, z);
     case cursor_mode::angle:
-        return base::formatted(string_resource(angleText), angle_between(surface, drawn.firstArm, drawn.selection),
-                               z.value, z.units);
+        return base::formatted(string_resource(texts::distanceAngle),
+                               angle_between(surface, drawn.firstArm, drawn.selection), z.value, z.units);
     case cursor_mode::lineProfile:
     case cursor_mode::columnProfile:
-        return base::formatted(string_resource(lineText), at.x, z.value, z.units);
+        return base::formatted(string_resource(texts::line), at.x, z.value, z.units);
     default:
         return {};
     }

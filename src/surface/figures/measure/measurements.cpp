@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "platform/draw/drawing.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 #include <cmath>
@@ -13,9 +14,7 @@ namespace vldv::surface {
 
 namespace {
 
-enum text_id : unsigned { angleText = 1005, lengthText = 1006, totalText = 1012, lengthyText = 1017 };
-
-measure_text way_text(text_id id, std::span<const CPoint> points, const sample_steps& steps)
+measure_text way_text(texts::id id, std::span<const CPoint> points, const sample_steps& steps)
 {
     const readable_number length = read_well(steps.units.c_str(), path_length(points, steps));
     const text_place place = text_output_point(points);
@@ -23,7 +22,7 @@ measure_text way_text(text_id id, std::span<const CPoint> points, const sample_s
             .text = base::widen(base::formatted(string_resource(id), length.value, length.units)),
             .position = place.at,
             .alignment = place.alignment,
-            .thing = id == lengthText ? measured_thing::way : measured_thing::lengthyObject,
+            .thing = id == texts::length ? measured_thing::way : measured_thing::lengthyObject,
             .points = {points.begin(), points.end()}};
 }
 
@@ -63,17 +62,17 @@ text_place text_output_point(std::span<const CPoint> points) noexcept
 
 measure_text length_text(std::span<const CPoint> points, const sample_steps& steps)
 {
-    return way_text(lengthText, points, steps);
+    return way_text(texts::length, points, steps);
 }
 
 measure_text lengthy_object_text(std::span<const CPoint> path, const sample_steps& steps)
 {
-    return way_text(lengthyText, path, steps);
+    return way_text(texts::lengthyObject, path, steps);
 }
 
 measure_text angle_text(const selection_rect& first, const selection_rect& second, const sample_steps& steps)
 {
-    const std::string text = base::formatted(string_resource(angleText), angle_between(first, second, steps));
+    const std::string text = base::formatted(string_resource(texts::armsAngle), angle_between(first, second, steps));
     return {.isVisible = true,
             .text = base::widen(text),
             .position = second.start(),
@@ -102,7 +101,7 @@ measure_text remeasured(const measure_text& measure, const sample_steps& steps)
 
 measure_text total_text(std::size_t marks, CSize image)
 {
-    const std::string text = base::formatted(string_resource(totalText), static_cast<int>(marks));
+    const std::string text = base::formatted(string_resource(texts::totalMarks), static_cast<int>(marks));
     return {.isVisible = marks > 0,
             .text = base::widen(text),
             .position = {image.cx - 1, 0},

@@ -5,6 +5,7 @@
 #include "base/units.h"
 #include "primitives/fit/partial_plane.h"
 #include "primitives/fit/plane_moments.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "surface/figures/selection_state.h"
 
@@ -15,8 +16,6 @@
 namespace vldv::surface {
 
 namespace {
-
-enum text_id : unsigned { measureHeading = 1070, statisticsHeading = 1084 };
 
 std::string_view without_leading_blanks(std::string_view text)
 {
@@ -46,7 +45,7 @@ std::span<const char* const> figure_names() noexcept
 std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> samples, int width, const VLAxis& heights,
                                              std::span<const primitives::sample_run> unmeasured)
 {
-    std::vector<statistics_row> rows{{{}, 0.0, string_resource(statisticsHeading)}};
+    std::vector<statistics_row> rows{{{}, 0.0, string_resource(texts::statisticsHeading)}};
     if (samples.empty() || width <= 0 || primitives::count_of(unmeasured) >= samples.size()) return rows;
     const bool isWhole = unmeasured.empty();
     const auto [range, plane] =
@@ -93,7 +92,7 @@ std::vector<statistics_row> measure_rows(const measure_text& measure, int compac
 {
     std::vector<statistics_row> rows;
     if (!measure.isVisible || static_cast<std::int64_t>(measure.text.size()) < compactLength) return rows;
-    rows.push_back({{}, 0.0, string_resource(measureHeading)});
+    rows.push_back({{}, 0.0, string_resource(texts::measureHeading)});
     const std::string text = base::narrow(measure.text);
     for (std::string_view item : base::split(text, ';')) {
         item = without_leading_blanks(item);
