@@ -40,6 +40,11 @@ static_assert(sizeof(VLPluginDataSelection) == 36 && offsetof(VLPluginDataSelect
 namespace vldv {
 
 constexpr std::uint32_t pluginSelectionSize = 36, pluginSelectionVersion = 1;
+/// One selection; numbers that its kind does not have are 0.
+constexpr VLPluginDataSelection plugin_selection(plugin_selection_kind kind, int a, int b = 0, int c = 0, int d = 0)
+{
+    return {pluginSelectionSize, pluginSelectionVersion, kind, {a, b, c, d, 0, 0}};
+}
 
 } // namespace vldv
 

@@ -9,11 +9,6 @@ namespace vldv::curves {
 
 namespace {
 
-VLPluginDataSelection record(plugin_selection_kind kind, int a, int b = 0, int c = 0, int d = 0)
-{
-    return {pluginSelectionSize, pluginSelectionVersion, kind, {a, b, c, d, 0, 0}};
-}
-
 /// Ranges end with their curve; those of a curve that was not measured are empty.
 std::vector<VLPluginDataSelection> select_samples(const grid& image, const profile& section, const section_marks& marks)
 {
@@ -25,8 +20,9 @@ std::vector<VLPluginDataSelection> select_samples(const grid& image, const profi
         const int held = curve < section.lengths.size() ? static_cast<int>(section.lengths[curve]) : n;
         const auto inCurve = [&](double mark) { return std::min(sample(mark), std::max(held - 1, 0)) + k * n; };
         const int first = inCurve(marks.first), second = inCurve(marks.second);
-        found.push_back(marks.isCrossbar ? record(SELECTION_POSITION, sample(marks.crossbar)) // the same in every curve
-                                         : record(SELECTION_RANGE, std::min(first, second), std::max(first, second)));
+        found.push_back(marks.isCrossbar
+                            ? plugin_selection(SELECTION_POSITION, sample(marks.crossbar)) // the same in every curve
+                            : plugin_selection(SELECTION_RANGE, std::min(first, second), std::max(first, second)));
     }
     return found;
 }
@@ -49,7 +45,7 @@ public:
         if (at == segments()) start = 0.0, at = 0;
         const double fraction = static_cast<int>(position - start) / static_cast<double>(length(at));
         const plane_point found = between(at, at + 1, fraction);
-        return {record(SELECTION_POINT, found.x, found.y)};
+        return {plugin_selection(SELECTION_POINT, found.x, found.y)};
     }
 
     std::vector<VLPluginDataSelection> betweenMarks(double mark0, double mark1) const
@@ -70,11 +66,12 @@ public:
         const int last = std::max(upper, 0);
         const plane_point to =
             between(last, std::max(upper + 1, 1), (high - upperAt) / static_cast<double>(length(last)));
-        if (upper < corner) return {record(SELECTION_SEGMENT, from.x, from.y, to.x, to.y)};
+        if (upper < corner) return {plugin_selection(SELECTION_SEGMENT, from.x, from.y, to.x, to.y)};
 
-        std::vector<VLPluginDataSelection> found{record(SELECTION_POLYLINE, from.x, from.y)};
-        for (int i = corner; i <= upper; ++i) found.push_back(record(SELECTION_POLYLINE, point(i)[0], point(i)[1]));
-        found.push_back(record(SELECTION_POLYLINE_END, to.x, to.y));
+        std::vector<VLPluginDataSelection> found{plugin_selection(SELECTION_POLYLINE, from.x, from.y)};
+        for (int i = corner; i <= upper; ++i)
+            found.push_back(plugin_selection(SELECTION_POLYLINE, point(i)[0], point(i)[1]));
+        found.push_back(plugin_selection(SELECTION_POLYLINE_END, to.x, to.y));
         return found;
     }
 
@@ -110,7 +107,8 @@ std::vector<VLPluginDataSelection> section_selections(const grid& image, std::sp
     }
     std::vector<VLPluginDataSelection> found;
     if (image.dimensions() == 3)
-        for (const grid_point& each : points) found.push_back(record(SELECTION_POINT_3D, each[0], each[1], each[2]));
+        for (const grid_point& each : points)
+            found.push_back(plugin_selection(SELECTION_POINT_3D, each[0], each[1], each[2]));
     return found;
 }
 

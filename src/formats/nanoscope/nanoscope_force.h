@@ -45,7 +45,7 @@ std::vector<value_scale> nanoscope_force_scales(const nanoscope_header& header, 
 
 /// What of these scales is not as the header seems to mean it, because one of its numbers is none or 0.
 std::vector<std::string> nanoscope_force_doubts(const nanoscope_header& header, const nanoscope_section& section);
-/// The same of the ramp.
+/// What of the scale of the ramp is not as the header seems to mean it.
 std::vector<std::string> nanoscope_ramp_doubts(const nanoscope_header& header, const nanoscope_section& section);
 
 /// True when curves of a channel run over the time instead of the ramp.

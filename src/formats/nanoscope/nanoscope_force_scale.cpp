@@ -10,8 +10,6 @@ namespace vldv::formats {
 
 namespace {
 
-bool usable(const std::optional<double>& number) noexcept { return number && std::isfinite(*number) && *number != 0.0; }
-
 bool is_deflection(const nanoscope_section& section)
 {
     return base::lower_ascii(nanoscope_channel(section)).find("defl") != std::string::npos;
@@ -60,7 +58,7 @@ std::optional<value_scale> with_sensitivity(const nanoscope_header& header, cons
 std::optional<value_scale> as_force(const nanoscope_section& section, const value_scale& deflection)
 {
     const auto spring = section.number("spring constant");
-    if (!usable(spring) || !is_deflection(section) || units_convertable(deflection.units.c_str(), "nm") <= 0)
+    if (!is_usable_factor(spring) || !is_deflection(section) || units_convertable(deflection.units.c_str(), "nm") <= 0)
         return std::nullopt;
     value_scale scale = deflection;
     scale.step = convert_size(deflection.units.c_str(), "nm", deflection.step) * *spring;
@@ -92,7 +90,7 @@ value_scale ramp_value(const nanoscope_header& header, const nanoscope_section& 
     result.units = hard.units;
     const std::string* soft = hard.bracket.empty() ? nullptr : header.typedSetting(base::lower_ascii(hard.bracket));
     const nanoscope_value sensitivity = soft ? parse_nanoscope_value(*soft) : nanoscope_value{};
-    if (!usable(sensitivity.value)) return result;
+    if (!is_usable_factor(sensitivity.value)) return result;
     double factor = 1.0;
     result.units = multiply_units(hard.units, sensitivity.units, factor);
     result.step *= *sensitivity.value * factor;
@@ -123,7 +121,8 @@ std::vector<std::string> nanoscope_force_doubts(const nanoscope_header& header, 
         doubts.emplace_back("the hard scale in Z scale is no number: values follow from the hard value");
     if (std::string doubt = nanoscope_sensitivity_doubt(header, section); !doubt.empty())
         doubts.push_back(std::move(doubt));
-    if (section.find("spring constant") && !usable(section.number("spring constant")) && is_deflection(section))
+    if (section.find("spring constant") && !is_usable_factor(section.number("spring constant")) &&
+        is_deflection(section))
         doubts.emplace_back("Spring Constant is 0 or no number: values are no force");
     return doubts;
 }
@@ -150,7 +149,7 @@ std::vector<std::string> nanoscope_ramp_doubts(const nanoscope_header& header, c
     if (!line) return doubts;
     const nanoscope_value hard = parse_nanoscope_value(*line);
     const std::string* soft = hard.bracket.empty() ? nullptr : header.typedSetting(base::lower_ascii(hard.bracket));
-    if (soft && !usable(parse_nanoscope_value(*soft).value))
+    if (soft && !is_usable_factor(parse_nanoscope_value(*soft).value))
         doubts.push_back(hard.bracket + " is 0 or no number: the ramp is not converted with it");
     if (nanoscope_ramp(header, section, 2) == VLAxis())
         doubts.emplace_back(isBias ? "Ramp Begin and Ramp End are equal or no numbers: samples are counted"

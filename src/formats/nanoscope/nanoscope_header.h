@@ -33,7 +33,7 @@ struct nanoscope_section {
 
     /// Value of the first plain line with this lower-case key, or null.
     const std::string* find(std::string_view key) const noexcept;
-    /// As above for lines that began with "@", whatever their group number.
+    /// Value of the first line that began with "@", whatever their group number.
     const std::string* findTyped(std::string_view key) const noexcept;
     /// The leading number of a plain line, nothing when it is damaged (stated_number.h).
     std::optional<double> number(std::string_view key) const;
@@ -51,7 +51,7 @@ struct nanoscope_header {
     /// Value of a plain line in any list that is no image; the scan list goes first. Null when there is none.
     const std::string* setting(std::string_view key) const noexcept;
     std::optional<double> settingNumber(std::string_view key) const;
-    /// As above for lines that began with "@", such as "sens. zsens".
+    /// Value in any list that is no image of a line that began with "@", such as "sens. zsens".
     const std::string* typedSetting(std::string_view key) const noexcept;
     /// The first list of this lower-case name, or null.
     const nanoscope_section* section(std::string_view name) const noexcept;

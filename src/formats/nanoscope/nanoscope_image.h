@@ -33,7 +33,7 @@ nanoscope_image describe_nanoscope_image(const nanoscope_header& header, const n
 /// \return a reason why they cannot be there, or an empty text
 std::string place_nanoscope_image(const nanoscope_header& header, std::uint64_t fileSize, nanoscope_image& image);
 
-/// As above for samples that stand as decimal numbers behind the header: shape and axes only.
+/// Finds shape and axes of samples that stand as decimal numbers behind the header.
 std::string shape_nanoscope_image(const nanoscope_header& header, nanoscope_image& image);
 
 /// True when both are the two directions of the same scan line and can share one stream.

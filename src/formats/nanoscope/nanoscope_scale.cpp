@@ -34,8 +34,6 @@ std::optional<double> number_with_units(std::string_view text, std::string& unit
     return number;
 }
 
-bool usable(const std::optional<double>& number) noexcept { return number && std::isfinite(*number) && *number != 0.0; }
-
 /// "Sens. Zsens = 20.82646 nm/V", a term of `value_scale::origin`.
 std::string term(std::string_view name, double number, std::string_view units = {})
 {
@@ -264,7 +262,7 @@ std::optional<value_scale> nanoscope_image_volts(const nanoscope_header& header,
     const std::string* typed = image.findTyped("z scale");
     if (!typed) return std::nullopt;
     const nanoscope_value hard = parse_nanoscope_value(*typed), soft = sensitivity_of(header, hard);
-    if (!usable(hard.value) || !usable(soft.value) || hard.units.empty()) return std::nullopt;
+    if (!is_usable_factor(hard.value) || !is_usable_factor(soft.value) || hard.units.empty()) return std::nullopt;
     const value_scale shown = typed_scale(header, image, *typed), volts = hard_scale(image, hard);
     if (shown.step == volts.step && shown.units == volts.units) return std::nullopt;
     return volts;

@@ -2,6 +2,7 @@
 #include "formats/nanoscope/nanoscope_header.h"
 #include "formats/shared/heights.h"
 
+#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,12 @@ struct nanoscope_value {
 };
 
 nanoscope_value parse_nanoscope_value(std::string_view text);
+
+/// A number that a scale can be made of: it is there, finite and not 0.
+inline bool is_usable_factor(const std::optional<double>& number) noexcept
+{
+    return number && std::isfinite(*number) && *number != 0.0;
+}
 
 /// Units as this library spells them: "~m" and "um" become "µm", the degree of any spelling becomes "°".
 std::string nanoscope_units(std::string_view units);

@@ -8,21 +8,16 @@ namespace vldv::surface {
 
 namespace {
 
-VLPluginDataSelection record(plugin_selection_kind kind, int a, int b, int c = 0, int d = 0)
-{
-    return {pluginSelectionSize, pluginSelectionVersion, kind, {a, b, c, d, 0, 0}};
-}
-
 VLPluginDataSelection segment(const selection_rect& drag)
 {
-    return record(SELECTION_SEGMENT, drag.left, drag.top, drag.right, drag.bottom);
+    return plugin_selection(SELECTION_SEGMENT, drag.left, drag.top, drag.right, drag.bottom);
 }
 
 std::vector<VLPluginDataSelection> region_records(const CRgn& region, CSize image)
 {
     std::vector<VLPluginDataSelection> records;
     for (const CRect& part : CRgn::combined(region, CRgn(CRect({0, 0}, image)), RGN_AND).rectangles())
-        records.push_back(record(SELECTION_RECTANGLE, part.left, part.top, part.right, part.bottom));
+        records.push_back(plugin_selection(SELECTION_RECTANGLE, part.left, part.top, part.right, part.bottom));
     return records;
 }
 
@@ -30,7 +25,7 @@ void append_polyline(std::vector<VLPluginDataSelection>& records, const std::vec
 {
     for (const CPoint& point : points)
         records.push_back(
-            record(&point == &points.back() ? SELECTION_POLYLINE_END : SELECTION_POLYLINE, point.x, point.y));
+            plugin_selection(&point == &points.back() ? SELECTION_POLYLINE_END : SELECTION_POLYLINE, point.x, point.y));
 }
 
 } // namespace
@@ -51,7 +46,7 @@ std::vector<VLPluginDataSelection> data_selections(const selection_state& state,
             records.push_back(segment(state.selection));
         break;
     case cursor_mode::marks:
-        for (const CPoint& mark : state.marks) records.push_back(record(SELECTION_POINT, mark.x, mark.y));
+        for (const CPoint& mark : state.marks) records.push_back(plugin_selection(SELECTION_POINT, mark.x, mark.y));
         break;
     case cursor_mode::curve:
         for (const std::vector<CPoint>& curve : state.curves) append_polyline(records, curve);
