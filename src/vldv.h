@@ -15,7 +15,7 @@ VLDV_API extern CMultiDocTemplate& vldvVideoCaptureTemplate;
 /// Shows the open dialog and opens what was chosen; several files become one document when "open.merged" is on.
 /// \param options  of the dialog: bit 0 a preview
 VLDV_API void VldvOpenDocument(int options);
-/// The same in quick-view frames.
+/// Opens what is chosen in quick-view frames.
 VLDV_API void VldvOpenQuickView();
 /// Margins and paper of printed pages, shared by all views.
 VLDV_API void VldvPageSetup();

@@ -28,7 +28,7 @@ VLDV_API int untokenized_find(const char* text, char c, int start);
 
 namespace vldv::base {
 
-/// The same conversions on values.
+/// The conversions of texts above, from and to values.
 VLDV_INTERNAL_API std::wstring widen(std::string_view text);     // char2wchar
 VLDV_INTERNAL_API std::string narrow(std::wstring_view text);    // wchar2char
 VLDV_INTERNAL_API std::string valid_utf8(std::string_view text); // char2utf8

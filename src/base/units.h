@@ -17,7 +17,7 @@ VLDV_API double convert_size(const char* from, const char* to, double value);
 /// unknown ones), zero and non-finite values stay as they are.
 /// \return the chosen unit; static storage, or `units` itself
 VLDV_API const char* default_units(const char* units, double* value);
-/// The same for height values, which additionally never leave the family of the given unit (Angstrom, inch).
+/// Picks the prefix of a height value, which additionally never leaves the family of the given unit (Angstrom, inch).
 VLDV_API const char* default_units_z(const char* units, double* value);
 
 namespace vldv {

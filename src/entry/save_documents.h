@@ -22,7 +22,7 @@ std::vector<CDocument*> unsaved_documents(const CWinApp& app);
 /// A text for each that no other has: its title, where needed with the path it is saved to, where that is not enough
 /// either with the file it was read from, and at last with a number.
 std::vector<std::string> telling_labels(const std::vector<CDocument*>& documents);
-/// The same for other texts than titles. \param documents  of each text; null: of none
+/// Parts texts that are not titles in that way. \param documents  of each text; null: of none
 VLDV_INTERNAL_API std::vector<std::string> telling_labels(std::vector<std::string> labels,
                                                           const std::vector<CDocument*>& documents);
 

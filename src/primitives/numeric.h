@@ -28,5 +28,6 @@ VLDV_API void findSkeletonByThinning(unsigned char* image, int stride, int width
 /// `step` bytes from row to row. 0 for an empty image. \throws std::bad_alloc
 /// \param reserved  pass 0
 VLDV_API short find_zero_level(const short* data, int width, int height, int step, int reserved);
-/// The same as a position in a histogram, between two bins too; 0 for an empty one. \throws std::bad_alloc
+/// The zero level as a position in a histogram of the heights, between two bins too; 0 for an empty one. \throws
+/// std::bad_alloc
 VLDV_API double find_zero_level(const unsigned* counts, int bins);

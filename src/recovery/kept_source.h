@@ -36,7 +36,7 @@ struct found_source {
 /// What `file` has of the images that `kept` does not hold: all when it is the file that it was then, else those whose
 /// checksums agree. \return nothing when there is no file
 std::optional<found_source> source_in(const std::filesystem::path& file, const kept_document& kept);
-/// The same of the file that lies in the copy's folder or, where that has more, at its place. \return nothing when
+/// What there is of the file that lies in the copy's folder or, where that has more, at its place. \return nothing when
 /// neither has any
 std::optional<found_source> find_source(const kept_document& kept, const std::filesystem::path& folder);
 

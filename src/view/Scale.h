@@ -103,7 +103,7 @@ public:
     void MakeStatic();
     /// Takes window and mode of the static scale, when `syncDelimiters` allows.
     void SyncDelimiters();
-    /// The same and its palette, when `syncPalette` allows.
+    /// Takes window, mode and palette of the static scale, when `syncPalette` allows.
     void SyncWithStatic();
     /// Makes all others that follow take what the static scale has.
     void UpdateAll();

@@ -21,7 +21,7 @@ std::optional<known_unit> parse_unit(std::string_view text) noexcept;
 bool takes_prefixes(const known_unit& unit) noexcept;
 
 constexpr int prefixSteps = 11; ///< atto, femto … tera, in steps of 1000
-/// The same unit with prefix `step` in the standard spelling; static storage. `out` receives it resolved.
+/// A unit with the prefix of `step` in the standard spelling; static storage. `out` receives it resolved.
 const char* prefixed_unit(const known_unit& unit, int step, known_unit& out) noexcept;
 
 /// The unit in which its kind is measured: the first of the table, without a prefix, of the same power; static storage.

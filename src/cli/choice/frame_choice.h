@@ -41,7 +41,8 @@ std::vector<frame> chosen_frames(const CStorageDoc& document, const frame_choice
 /// Samples of a frame of an image of 16-bit numbers.
 std::span<std::int16_t> frame_samples(const CStorageDoc& document, const frame& which);
 
-/// The same, as larger samples are larger values, with the first value axis. The document must outlive them.
+/// A frame's samples as heights: larger samples are larger values of the first value axis. The document must outlive
+/// them.
 document::rising_heights frame_heights(const CStorageDoc& document, const frame& which);
 
 /// "image 0: Topo, sub-image 1 "Backward"", for people.

@@ -12,7 +12,7 @@ std::string palette_names();
 /// with the program by its name, or a `.pal` file by its path.
 /// \return empty, or why there is no such palette
 std::string choose_palette(CScale& scale, const std::string& text);
-/// The same for a text alone, as CLI11's judge of it.
+/// Why a text names no palette, empty when it does: CLI11's judge of the option.
 std::string palette_problem(const std::string& text);
 
 } // namespace vldv::cli

@@ -24,7 +24,7 @@ nlohmann::ordered_json features_json(const frame_features& made);
 /// A table with a feature a line, in columns: lengths in one unit in which the longest reads well, and heights in one
 /// in which the highest rise reads well, with as many digits as tell them apart.
 std::string features_text(const frame_features& made);
-/// The same for a spreadsheet: comma-separated values, names in the first line.
+/// The features for a spreadsheet: comma-separated values, names in the first line.
 std::string features_csv(const frame_features& made);
 /// A picture of the rectangle with the features white on black, the lowest row at the bottom, as a PNG file.
 /// \throws std::runtime_error with the reason

@@ -13,7 +13,7 @@ using file_treatment = std::function<nlohmann::ordered_json(CStorageDoc&, const 
 /// was found before it failed, with the "error" in its last entry. \return the exit status
 int report_files(session& call, bool asJson, const file_treatment& treat);
 
-/// The same, where a file has any number of entries, which `treat` appends to those of the call.
+/// Reports files that have any number of entries each, which `treat` appends to those of the call.
 using entries_treatment = std::function<void(CStorageDoc&, const std::wstring& path, nlohmann::ordered_json& entries)>;
 int report_entries(session& call, bool asJson, const entries_treatment& treat);
 

@@ -11,7 +11,7 @@ namespace vldv::cli {
 /// returns as \n, \t, \r), bytes that are no UTF-8 as \x9B, characters that change the direction of writing or have no
 /// width as \u202E.
 std::string visible_text(std::string_view text);
-/// The same of several lines, whose ends and tabs stay.
+/// Several lines made visible like that; their ends and tabs stay.
 std::string visible_lines(std::string_view text);
 
 /// A path as a line of what is printed, for scripts as well: its line ends are shown, all other bytes stay.

@@ -12,7 +12,7 @@ void autocorrelate(std::span<const float> y, std::span<float> out);
 void autocorrelate_cyclic(std::span<const float> y, std::span<float> out);
 /// Mean of (y[i] - y[i + k])^2 over all pairs.
 void structure(std::span<const float> y, std::span<float> out);
-/// The same over the n pairs that the curve, laid down twice in a row, gives for each distance.
+/// Mean of (y[i] - y[i + k])^2 over the n pairs that the curve, laid down twice in a row, gives for each distance.
 void structure_cyclic(std::span<const float> y, std::span<float> out);
 
 // The sums as they are defined.

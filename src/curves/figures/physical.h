@@ -9,7 +9,7 @@ namespace vldv::curves {
 
 /// The values of raw samples: raw * scale + start, all in single precision.
 std::vector<float> physical_floats(std::span<const std::int16_t> raw, const VLAxis& values);
-/// The same in double precision.
+/// The values of raw samples in double precision.
 std::vector<double> physical_values(std::span<const std::int16_t> raw, const VLAxis& values);
 
 } // namespace vldv::curves

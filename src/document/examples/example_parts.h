@@ -40,7 +40,7 @@ struct square {
 formats::recorded_image square_image(const std::string& id, const square& area, const char* valueUnits,
                                      std::span<const double> values, std::initializer_list<const char*> subimages = {});
 
-/// Curves of `points` values over `x`, sub-images as above.
+/// Curves of `points` values over `x`, as many sub-images as there are names, or one.
 formats::recorded_image curve_image(const std::string& id, unsigned points, const VLAxis& x, const char* valueUnits,
                                     std::span<const double> values, std::initializer_list<const char*> subimages = {});
 

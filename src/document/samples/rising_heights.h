@@ -8,7 +8,7 @@
 
 namespace vldv::document {
 
-/// The same values over raw numbers that are counted the other way: raw' = -1 - raw.
+/// The axis that gives the same values over raw numbers that are counted the other way: raw' = -1 - raw.
 VLAxis turned_axis(const VLAxis& axis);
 void turn_heights(std::span<const std::int16_t> samples, std::int16_t* out) noexcept;
 

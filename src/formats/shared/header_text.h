@@ -9,7 +9,7 @@ namespace vldv::formats {
 /// characters as blanks, up to the first zero byte, without blanks around it.
 std::string header_text(std::string_view bytes);
 
-/// As above for texts of which the encoding is known and dealt with already.
+/// Such a text of which the encoding is known and dealt with already.
 std::string clean_text(std::string_view utf8);
 
 /// Cyrillic code page 1251 as UTF-8.

@@ -25,7 +25,7 @@ struct image_frame {
 recorded_image make_image(const std::string& id, const std::string& label, const image_frame& frame,
                           const value_scale& scale);
 
-/// As above with samples made from floating-point numbers (row 0 is the bottom row) that `scale` gives their meaning,
+/// An image with samples made from floating-point numbers (row 0 is the bottom row) that `scale` gives their meaning,
 /// as `settle_samples` makes them 16-bit ones.
 recorded_image make_image_from_values(const std::string& id, const std::string& label, const image_frame& frame,
                                       const value_scale& scale, std::span<const double> values);

@@ -13,7 +13,7 @@ namespace vldv::formats {
 /// there is none or it is damaged. The number may be NaN or infinite.
 std::optional<double> stated_number(std::string_view text, std::string_view* rest = nullptr);
 
-/// The same for a text that holds no more than the number.
+/// The number of a text that holds nothing else but blanks.
 std::optional<double> lone_number(std::string_view text);
 
 /// A whole number of decimal digits and nothing else but blanks around them; nothing above `most`. "0x10" is no count.

@@ -61,7 +61,7 @@ std::span<T> elements_of(recorded_image& image) noexcept
 /// middle's span, or than what half of the samples span.
 void settle_samples(recorded_image& image, std::span<const void_range> voids = {});
 
-/// As above for 16-bit samples of which some raw numbers mean "not measured".
+/// Settles 16-bit samples of which some raw numbers mean "not measured".
 void settle_markers(recorded_image& image, std::span<const std::int16_t> markers);
 
 /// Adds another meaning of the same raw numbers as a further value axis, which views offer as "AxisZ". `first` is the

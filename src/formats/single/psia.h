@@ -13,7 +13,7 @@ namespace vldv::formats {
 base::read_result<recording> read_psia(source& file);
 
 bool sniff_psia(std::span<const std::byte> head);
-/// As above for a directory that lies anywhere in the file.
+/// Whether a file is one also where its directory lies behind the head.
 bool is_psia(source& file);
 
 } // namespace vldv::formats

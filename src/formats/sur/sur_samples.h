@@ -12,7 +12,7 @@ namespace vldv::formats {
 /// `offset` moves behind them. \return the reason of a failure, or an empty text
 std::string read_sur_values(source& file, const sur_object& object, std::uint64_t& offset, std::span<std::byte> out);
 
-/// The same checks before any memory is asked for: that as many values can be there. \return a reason or an empty text
+/// Checks before any memory is asked for that as many values can be there. \return a reason or an empty text
 std::string check_sur_values(source& file, const sur_object& object, std::uint64_t offset);
 
 } // namespace vldv::formats

@@ -21,7 +21,7 @@ struct quantity {
 /// "12.34 µm", "5678.9nm", "3.7e-7 m", "12,5 µm", "1000": the whole text must be a number and at most one word that
 /// is no number. A known unit is not required. The number may be NaN or infinite.
 std::optional<quantity> parse_quantity(std::string_view text);
-/// The same for a value that a header states: one that is no quantity has the number NaN, an empty one is nothing.
+/// A value that a header states: one that is no quantity has the number NaN, an empty one is nothing.
 std::optional<quantity> stated_quantity(std::string_view text);
 
 /// Name and unit of a column: "Current (A)", "x [nm]", "Force, nN", "X_(microns)", "y in µm". The last bracket that

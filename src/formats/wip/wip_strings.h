@@ -11,7 +11,7 @@ namespace vldv::formats {
 std::map<std::string, std::string> wip_object_strings(source& file, const wip_project& project,
                                                       const wip_object& object);
 
-/// The same for what stands in a project itself, outside of its data: "SystemInformation.SystemID".
+/// What the tags of a project itself say, outside of its data: "SystemInformation.SystemID".
 std::map<std::string, std::string> wip_project_strings(source& file, const wip_tag& root);
 
 } // namespace vldv::formats

@@ -19,7 +19,7 @@ bool command_runs() noexcept;
 /// waits for an answer in a loop of its own.
 void after_commands(std::function<void()> work);
 
-/// The same as `run_command` for what has no number, as a file that is dropped on the window.
+/// Does what `run_command` does for what has no number, as a file that is dropped on the window.
 void run_named(const std::string& operation, const std::function<void()>& run);
 
 } // namespace vldv::host

@@ -69,7 +69,7 @@ public:
 
     /// The active frame's view and document, then the application.
     bool routeCommand(unsigned id, CCmdUI* ui);
-    /// The same way for the entries of a menu's dynamic row.
+    /// Asks along the way of `routeCommand` for the entries of a menu's dynamic row.
     bool routeMenuItems(unsigned first, std::vector<vldv::menu_item>& items);
 
     /// System dots per inch / 96, asked once; 1 when the system cannot tell.

@@ -27,7 +27,7 @@ constexpr int way_back_in(unsigned neighbours, int from) noexcept
 /// It ends where the start is about to be left in its first direction again (Jacob's criterion), so that parts which
 /// hang together in the start alone are all walked around, and a line is walked along on both its sides.
 /// `visit` gets each sample, the start at the beginning, at the end and whenever the walk comes by.
-/// \param neighboursOf  bits of the neighbours of (x, y) that are in the set, as above
+/// \param neighboursOf  bits of the neighbours of (x, y) that are in the set, bit k for direction k
 template <class NeighboursOf, class Visit>
 void walk_outline(int startX, int startY, NeighboursOf neighboursOf, Visit visit)
 {
@@ -48,7 +48,7 @@ void walk_outline(int startX, int startY, NeighboursOf neighboursOf, Visit visit
 /// Walks around a set from a sample at its border that has a neighbour in it, with the outside on the right hand as
 /// rows count upwards, until it comes back there. `visit` gets each sample, the start at the beginning and at the end.
 /// \param from  the walk leaves in the first direction that turning from this one leads back into the set
-/// \param neighboursOf  bits of the neighbours of (x, y) that are in the set, as above
+/// \param neighboursOf  bits of the neighbours of (x, y) that are in the set, bit k for direction k
 /// \return false when the walk never comes back: where the start touches the outside by a corner alone, a line passes
 /// beside it, again and again
 template <class NeighboursOf, class Visit>

@@ -35,7 +35,7 @@ public:
     /// used again. \throws std::bad_alloc
     void find(const bit_image& mask, const_height_block heights,
               neighbours connected = neighbours::overSidesAndCorners);
-    /// The same, over sides and corners, while the mask is made of the heights strictly above the threshold: each
+    /// Finds areas over sides and corners while the mask is made of the heights strictly above the threshold: each
     /// height is read once.
     void findAbove(const_height_block heights, std::int16_t threshold, bit_image& mask);
 

@@ -26,7 +26,7 @@ void lay_mask(const bit_strips& mask, const bit_strips& upright, mask_position p
 
 /// The position in which all the masks look the same that become each other by mirrors and turns: what is worked out on
 /// the laid mask does not depend on how the mask itself lay.
-/// \param upright         as above; not looked at where the mask is wider than high
+/// \param upright         the mask with rows and columns exchanged; not looked at where the mask is wider than high
 /// \param exchangesFirst  of positions in which the mask looks the same, one that exchanges rows and columns is taken
 mask_position standard_position(const bit_strips& mask, const bit_strips& upright,
                                 bool exchangesFirst = false) noexcept;

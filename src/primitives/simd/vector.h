@@ -45,7 +45,7 @@ inline vec<Number> all(Number value)
     return value - vec<Number>{};
 }
 
-/// The same bits as other numbers.
+/// The bits of a register read as other numbers.
 template <class Number, class Vector>
 inline vec<Number, sizeof(Vector) / sizeof(Number)> as(Vector v)
 {

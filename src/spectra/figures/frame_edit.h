@@ -10,7 +10,8 @@ namespace vldv::spectra {
 /// \throws std::length_error or std::bad_alloc
 void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::span<const std::int16_t> samples);
 
-/// The same for a surface of `width` times `height` samples: an image whose shape was changed meanwhile takes this one.
+/// Replaces the samples of a surface of `width` times `height` samples: an image whose shape was changed meanwhile
+/// takes this one.
 void replace_frame(CStorageDoc& document, unsigned image, unsigned sub, std::span<const std::int16_t> samples,
                    unsigned width, unsigned height);
 

@@ -82,7 +82,7 @@ public:
     virtual void showNotice(const char* text) = 0; ///< in the same place, in UTF-8
     virtual void rebuildStatistics() = 0;
     virtual void sendHint(std::uint32_t code, CPoint point) = 0; ///< to all views of the document, for this image
-    /// The same to the view that enumerates features; nothing where there is none.
+    /// Sends a hint to the view that enumerates features; nothing where there is none.
     virtual void sendToFeatures(std::uint32_t code, CPoint point) = 0;
     /// Flips the selected bit of one decoration and has all views redraw.
     /// \param group, member  the group's position among the groups in order of their keys, and the place in it

@@ -5,7 +5,7 @@ namespace vldv::surface {
 
 /// Something is selected or measured from now on, and what was measured before goes.
 void activate(selection_state& state) noexcept;
-/// The same, with a selection that begins and ends at the sample.
+/// Activates a selection that begins and ends at the sample.
 void begin_drag(selection_state& state, CPoint at) noexcept;
 
 constexpr int shortDrag = 3; // samples; what is shorter is a slip of the hand

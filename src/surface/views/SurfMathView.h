@@ -73,7 +73,7 @@ public:
     const SPMDataStream* stream() const;
     /// The samples of the active sub-image; empty without.
     vldv::surface::sample_frame shownFrame() const;
-    /// The same with the axes that the user chose, for figures.
+    /// The shown samples with the axes that the user chose, for figures.
     vldv::surface::measured_surface measured() const;
     /// As the options choose.
     const VLAxis& axisX() const { return axis("AxisX", 0); }
@@ -94,7 +94,7 @@ public:
     /// Takes over what is selected on a similar image.
     void adoptSelection(const vldv::surface::selection_state& from);
     void updateStatistics();
-    /// The same once for all that changes within the delay.
+    /// Updates the statistics once for all that changes within the delay.
     void updateStatisticsLater();
     /// Repaints the panel when it shows other rows of the measurement now.
     void refreshMeasureRows();
@@ -122,7 +122,7 @@ private:
     bool hasSamples() const;
     /// Samples of the active sub-image as the document has them; null without.
     const short* givenSamples() const;
-    /// The same, turned when their axis falls.
+    /// Samples of the active sub-image, turned when their axis falls.
     const short* samples() const;
     bool isTurned() const;
     const VLAxis& axis(const char* option, unsigned dimension) const;

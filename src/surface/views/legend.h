@@ -32,7 +32,7 @@ struct legend_content {
     VLAxis x, y, z;
     CSize samples;                          ///< of the whole image
     std::vector<parameter_line> parameters; ///< none unless they are shown
-    std::vector<statistics_row> statistics; ///< the same
+    std::vector<statistics_row> statistics; ///< none unless the panel is shown
     const selection_state* drawn = nullptr;
 };
 

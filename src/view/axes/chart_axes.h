@@ -15,7 +15,7 @@ struct shown_axis {
     std::string units;
 };
 shown_axis shown_span(const char* units, double start, double span, bool isHeight);
-/// The same axis as it is, or where its unit has no smaller prefix for a span below 10^-4, counted in powers of 1000:
+/// An axis as it is, or where its unit has no smaller prefix for a span below 10^-4, counted in powers of 1000:
 /// 5e-9 to 6e-9 of no unit as 5 to 6 of "1e-9". Ticks and labels know no spans below 10^-6.
 shown_axis counted_in_powers(shown_axis axis);
 

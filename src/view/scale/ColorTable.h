@@ -29,7 +29,7 @@ color_table built_in_palette(int id);
 
 /// Entry of position i of n: T[k * (L - 1) / n], truncated, with k = n - i when `inverse`. n = 0 gives T[0].
 colorEntry color_at(const color_table& table, bool inverse, int i, int n) noexcept;
-/// The same through a gamma curve, rounded halves up.
+/// Entry of position i of n through a gamma curve, rounded halves up.
 colorEntry color_at(const color_table& table, bool inverse, int i, int n, double gamma) noexcept;
 
 } // namespace vldv::view

@@ -33,7 +33,8 @@ struct render_request {
 /// Draws; a fixed window that does not suit the data is replaced in `state`. \throws std::runtime_error when a
 /// temporary cannot be had, before it touches the state or a pixel
 void render_image(scale_state& state, const color_table& table, const render_request& request);
-/// The same; it may have replaced the window when its last temporary fails.
+/// What `render_image` draws, by the definition and slowly; it may have replaced the window when its last temporary
+/// fails.
 void render_reference(scale_state& state, const color_table& table, const render_request& request);
 
 // What both are made of.

@@ -13,12 +13,12 @@
 VLDV_API void get_force_curve_stats(const double* y, int n, double zeroThreshold, double slantThreshold,
                                     force_curve_stats& stats, const std::vector<bool>& gaps = {});
 
-/// The same for y over x: stretches are those of dY/dX away from the contact, whether x rises or falls along the
-/// samples, lines are fitted over x and their intercepts lie at x = 0. The spread of the slopes is that of the steps of
-/// y over the mean step of x, and a step of x counts for half of that mean at least, so that a position that lingers or
-/// trembles neither looks steep nor breaks a stretch. Over even positions all is as above. A curve of fewer than 3
-/// samples leaves `stats` cleared, one whose x does not travel, or turns back, has no stretches. Thresholds come in the
-/// other order.
+/// Stretches, lines and thresholds for y over x: stretches are those of dY/dX away from the contact, whether x rises or
+/// falls along the samples, lines are fitted over x and their intercepts lie at x = 0. The spread of the slopes is that
+/// of the steps of y over the mean step of x, and a step of x counts for half of that mean at least, so that a position
+/// that lingers or trembles neither looks steep nor breaks a stretch. Over even positions all is as
+/// `get_force_curve_stats` has it. A curve of fewer than 3 samples leaves `stats` cleared, one whose x does not travel,
+/// or turns back, has no stretches. Thresholds come in the other order.
 VLDV_API void get_parametric_curve_stats(const double* x, const double* y, int n, double slantThreshold,
                                          double zeroThreshold, force_curve_stats& stats,
                                          const std::vector<bool>& gaps = {});
@@ -37,7 +37,7 @@ position_way way_of_positions(const double* x, int n);
 VLDV_API void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window, const double* x = nullptr);
 
 /// Finds the valleys between the contact and the zero stretch: dips below the zero line, each cut off at equal heights
-/// on both flanks. Without both stretches, or without a valley, `stats` stays as it is. \param x  as above
+/// on both flanks. Without both stretches, or without a valley, `stats` stays as it is. \param x  positions, or null
 VLDV_API void get_force_curve_valleys(const double* y, int n, force_curve_stats& stats, const double* x = nullptr);
 
 namespace vldv::curves {
@@ -46,7 +46,7 @@ namespace vldv::curves {
 double force_slope(const force_curve_stats& stats, double positionScale) noexcept;
 /// The angle of a slope, in degrees.
 VLDV_INTERNAL_API double slope_angle(double slope) noexcept;
-/// The smallest value above the zero line: negative for adhesion. \param x  as above
+/// The smallest value above the zero line: negative for adhesion. \param x  positions, or null
 double force_minimum(const double* y, const force_curve_stats& stats, const double* x = nullptr) noexcept;
 
 /// How raw samples become heights: raw * scale + zero.
@@ -56,7 +56,7 @@ struct raw_scale {
 /// Area between the zero line and the curve over a valley, in units of values times position.
 double valley_area(const std::int16_t* raw, raw_scale values, double positionScale, const force_curve_stats& stats,
                    force_curve_stats::valley valley) noexcept;
-/// The same over positions, by trapezoids.
+/// Area of a valley over positions, by trapezoids.
 double valley_area_over(const double* x, const double* y, const force_curve_stats& stats,
                         force_curve_stats::valley valley) noexcept;
 

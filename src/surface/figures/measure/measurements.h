@@ -30,7 +30,7 @@ text_place text_output_point(std::span<const CPoint> points) noexcept;
 measure_text length_text(std::span<const CPoint> points, const sample_steps& steps);
 measure_text lengthy_object_text(std::span<const CPoint> path, const sample_steps& steps);
 measure_text angle_text(const selection_rect& first, const selection_rect& second, const sample_steps& steps);
-/// The same measurement over other steps.
+/// A measurement taken again over other steps.
 measure_text remeasured(const measure_text& measure, const sample_steps& steps);
 /// The number of marks, in the lower right corner; nothing for none.
 measure_text total_text(std::size_t marks, CSize image);

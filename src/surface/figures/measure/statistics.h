@@ -37,7 +37,7 @@ VLDV_INTERNAL_API std::span<const char* const> figure_names() noexcept;
 /// no text of the image tells which they are. No rows for none.
 VLDV_INTERNAL_API std::vector<statistics_row> unmeasured_rows(std::size_t leftOut, std::size_t counted);
 
-/// The same figure in the unit in which it reads well.
+/// A figure in the unit in which it reads well.
 VLDV_INTERNAL_API statistics_row reading_well(statistics_row row);
 
 /// What a measurement says, under a heading of its own, a row for each item between ";": its name ends at the first
