@@ -93,7 +93,18 @@ TEST_F(VoidsTest, WhatCannotLeaveThemOutSaysThatTheyWentIn)
         EXPECT_EQ(image({command, "old.spm"})["not_measured_included"], 2) << command;
         EXPECT_THAT(vldv({command, "old.spm"}).out, HasSubstr("    not measured, but counted: 2\n"));
     }
+}
+
+TEST_F(VoidsTest, IsolinesKeepOffThem)
+{
+    corners();
     tells({"isoline", "corners.txt", "--at", "1,1"}, "--at 1,1 was not measured");
+    const program_result alone = vldv({"isoline", "corners.txt", "--at", "0,0"});
+    EXPECT_EQ(alone.out, "");
+    EXPECT_THAT(alone.err, HasSubstr("No isoline: all samples around are lower or were not measured"));
+    // Around the three that were measured, with the others on the right hand.
+    write_file(folder / "pair.txt", head + std::string("nan nan nan\n0 0 nan\n5 nan nan\n"));
+    EXPECT_EQ(vldv({"isoline", "pair.txt", "--at", "1,1"}).out, "1\t1\n0\t1\n0\t0\n1\t1\n");
 }
 
 TEST_F(VoidsTest, TrendsOfCurvesLeaveThemOut)

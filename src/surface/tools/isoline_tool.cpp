@@ -12,11 +12,16 @@ namespace {
 
 constexpr const char* noArea = "No selection: the isoline encloses no area";
 
+measured_test measured(const ICursorWorld& world)
+{
+    return [&world](CPoint at) { return world.isMeasured(at); };
+}
+
 /// Why there is no line at a sample; empty where there is one.
 const char* why_none(const tool_context& on, CPoint seed)
 {
     if (!on.world.isMeasured(seed)) return "No isoline: the sample was not measured";
-    return why_no_isoline(on.world.frame(), seed);
+    return why_no_isoline(on.world.frame(), seed, measured(on.world));
 }
 
 bool is_line(const selection_state& state) { return state.isoline.size() >= 3 && is_closed(state.isoline); }
@@ -25,7 +30,7 @@ void trace(const tool_context& on, CPoint seed)
 {
     if (!on.world.isMeasured(seed)) return on.state.isoline.clear();
     on.world.showWait(true);
-    on.state.isoline = trace_isoline(on.world.frame(), seed);
+    on.state.isoline = trace_isoline(on.world.frame(), seed, measured(on.world));
     on.world.showWait(false);
 }
 
