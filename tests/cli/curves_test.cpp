@@ -362,4 +362,19 @@ TEST_F(CurvesProgram, TheBundledForceVolumeGivesWhatItWasMadeWith)
     EXPECT_EQ(read["strings"]["Spring constant"], "1 N/m");
 }
 
+TEST_F(ProgramTest, OptionsThatWouldDoNothingAreRefused)
+{
+    examples();
+    const struct {
+        std::vector<std::string> call;
+        const char* reason;
+    } cases[] = {{{"profile", "ex/section.spm", "--width", "2"}, "--width: needs --points of a surface"},
+                 {{"profile", "ex/force-volume.spm", "--points", "0,0,0;1,1,1", "--width", "2"}, "--width: needs"},
+                 {{"profile", "ex/section.spm", "--points", "1;5"}, "is no list of points"},
+                 {{"curve", "ex/section.spm", "--op", "trend", "--points", "1;5"}, "is no list of points"},
+                 {{"steps", "ex/grains.spm", "--force"}, "--force"},
+                 {{"force", "ex/force-volume.spm", "--force"}, "--force"}};
+    for (const auto& [call, reason] : cases) tells(call, reason, 2);
+}
+
 } // namespace

@@ -218,8 +218,9 @@ void add_force(CLI::App& app, int& status)
     command->add_option("--window", options->window, "Samples on either side of a local minimum")
         ->transform(whole_number(0))
         ->capture_default_str();
-    command->add_option("--map", options->map, "Write volumes with their rigidity and adhesion here: a file or folder");
-    command->add_flag("--force", options->replaces, "Replace containers that hold something else");
+    CLI::Option* const map = command->add_option(
+        "--map", options->map, "Write volumes with their rigidity and adhesion here: a file or folder");
+    command->add_flag("--force", options->replaces, "Replace containers that hold something else")->needs(map);
     add_curve_options(*command, *options, false);
     command->callback([options, &status] { status = run(*options); });
 }

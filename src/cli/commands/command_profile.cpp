@@ -48,7 +48,11 @@ void add_profile(CLI::App& app, int& status)
     command->add_option("--width", options->width, "Take the mean of so many lines on either side; surfaces only")
         ->transform(whole_number(0, 10000))
         ->capture_default_str();
-    command->callback([options, &status] { status = print_sections(*options, {section_json, section_table}); });
+    command->callback([options, &status] {
+        if (options->width != 0 && (options->points.empty() || parse_points(options->points)->front().size() != 2))
+            throw CLI::ValidationError("--width", "needs --points of a surface, x,y;x,y;…");
+        status = print_sections(*options, {section_json, section_table});
+    });
 }
 
 } // namespace vldv::cli

@@ -200,8 +200,9 @@ void add_steps(CLI::App& app, int& status)
         ->transform(whole_number(1));
     command->add_option("--start-row", options->startRow, "First row")->transform(whole_number(0));
     command->add_option("--end-row", options->endRow, "Rows left out at the end")->transform(whole_number(0));
-    command->add_option("-o,--output", options->output, "Document with an image for each step; a folder for several");
-    command->add_flag("--force", options->replaces, "Replace containers that hold something else");
+    CLI::Option* const output = command->add_option("-o,--output", options->output,
+                                                    "Document with an image for each step; a folder for several");
+    command->add_flag("--force", options->replaces, "Replace containers that hold something else")->needs(output);
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, &status] { status = run(*options); });
 }

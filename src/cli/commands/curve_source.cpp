@@ -69,7 +69,7 @@ std::optional<std::vector<curves::grid_point>> parse_points(std::string_view tex
             if (!index || std::abs(*index) > std::numeric_limits<std::int32_t>::max()) return {};
             point.push_back(static_cast<std::int32_t>(*index));
         }
-        if (point.size() > 3 || (!points.empty() && points[0].size() != point.size())) return {};
+        if (point.size() < 2 || point.size() > 3 || (!points.empty() && points[0].size() != point.size())) return {};
         points.push_back(std::move(point));
     }
     return points;

@@ -26,7 +26,7 @@ struct curve_options {
 /// Adds files, --image, --sub and --json; with `hasPoints` --points, which is refused when it cannot be read.
 void add_curve_options(CLI::App& command, curve_options& options, bool hasPoints);
 
-/// "x,y;x,y;…", or one or three numbers a point; the same number in all. Nothing for any other text.
+/// "x,y;x,y;…", or three numbers a point; the same number in all. Nothing for any other text.
 std::optional<std::vector<curves::grid_point>> parse_points(std::string_view text);
 
 /// The curves along a line through one image of a document.
