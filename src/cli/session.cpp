@@ -50,14 +50,19 @@ void session::setFiles(const std::vector<std::string>& paths, const std::vector<
     std::set<std::filesystem::path> resultFolders;
     for (const std::string& output : outputs)
         if (output != standardStream) resultFolders.insert(identity(platform::to_path(full_path(output))));
+    // What earlier calls left where results go comes behind all that it may have been made from.
+    std::vector<std::wstring> lastFolders;
     for (const std::string& path : paths) {
         const std::wstring full = full_path(path);
         std::error_code error;
-        if (path != standardStream && std::filesystem::is_directory(platform::to_path(full), error))
-            addFolder(full, resultFolders);
-        else
+        if (path == standardStream || !std::filesystem::is_directory(platform::to_path(full), error))
             setFile(path);
+        else if (resultFolders.contains(identity(platform::to_path(full))))
+            lastFolders.push_back(full);
+        else
+            addFolder(full, resultFolders);
     }
+    for (const std::wstring& folder : lastFolders) addFolder(folder, resultFolders);
 }
 
 void session::addFolder(const std::wstring& folder, const std::set<std::filesystem::path>& resultFolders)
@@ -73,6 +78,7 @@ void session::addFolder(const std::wstring& folder, const std::set<std::filesyst
         inputs.push_back(platform::to_wide(file));
         origins.push_back(isCertain ? origin::foundByContent : origin::foundByName);
         identities.push_back(identity(file));
+        placesBelow.push_back(file.lexically_relative(platform::to_path(folder)).parent_path());
         foundAt.try_emplace(identities.back(), inputs.size() - 1);
     }
 }
@@ -83,24 +89,32 @@ void session::setFile(const std::string& path)
     inputs.push_back(isStream ? base::widen(path) : full_path(path));
     origins.push_back(origin::named);
     identities.push_back(isStream ? std::filesystem::path() : identity(platform::to_path(inputs.back())));
+    placesBelow.emplace_back();
     if (!isStream) namedIdentities.insert(identities.back());
 }
+
+std::filesystem::path session::placeBelow() const { return current ? placesBelow[*current] : std::filesystem::path(); }
 
 void session::claim(const std::filesystem::path& output)
 {
     const std::filesystem::path real = identity(output);
-    if (const char* const why = whyTaken(real)) throw std::runtime_error(named(output) + why);
+    if (const std::string why = whyTaken(real); !why.empty()) throw std::runtime_error(named(output) + why);
     if (document::is_recording(output))
         throw std::runtime_error(named(output) + "is a recording, which no result replaces");
+    if (document::has_recording_name(output))
+        throw std::runtime_error(named(output) + "has an ending of recordings, which no table or picture gets");
     setAside(real);
-    outputIdentities.insert(real);
+    madeFrom.emplace(real, current ? inputs[*current] : std::wstring());
 }
 
-const char* session::whyTaken(const std::filesystem::path& real) const
+std::string session::whyTaken(const std::filesystem::path& real) const
 {
     if (namedIdentities.contains(real) || (foundAt.contains(real) && !isEarlierResult(real)))
         return "is an input of this call";
-    return outputIdentities.contains(real) ? "is taken by another result of this call" : nullptr;
+    const auto made = madeFrom.find(real);
+    if (made == madeFrom.end()) return {};
+    if (!current || made->second == inputs[*current]) return "is taken by another result of this call";
+    return "is taken by the result of \"" + visible_text(base::narrow(made->second)) + '"';
 }
 
 bool session::isEarlierResult(const std::filesystem::path& real) const
@@ -161,7 +175,7 @@ std::string session::withoutKeptName(std::string reason) const
 std::string session::save(CStorageDoc& document, const std::wstring& path)
 {
     const std::filesystem::path output = platform::to_path(path), real = identity(output);
-    if (const char* const why = whyTaken(real)) return named(output) + why;
+    if (const std::string why = whyTaken(real); !why.empty()) return named(output) + why;
     setAside(real);
     const existing_file there = replaces ? existing_file::none : look_for_existing(output, document);
     const bool isStored = there == existing_file::same;
@@ -171,7 +185,7 @@ std::string session::save(CStorageDoc& document, const std::wstring& path)
         const std::string reason = host.takeMessages();
         return reason.empty() ? named(output) + "could not be saved" : with_visible(reason, base::narrow(path));
     }
-    outputIdentities.insert(real);
+    madeFrom.emplace(real, current ? inputs[*current] : std::wstring());
     return {};
 }
 

@@ -37,6 +37,8 @@ public:
     /// One path, which is never taken for a folder, or "-".
     void setFile(const std::string& path);
     const std::vector<std::wstring>& files() const noexcept { return inputs; }
+    /// Where the present input lies below the folder of the call that brought it; empty for one right in it or named.
+    std::filesystem::path placeBelow() const;
     /// Takes a name for a result. A file of the call is never written, nor the same file twice, by whatever name. What
     /// a folder brought into the call behind the present input, under its name and more, is a result of an earlier call
     /// where such a name is taken, and no input.
@@ -84,7 +86,7 @@ private:
                     std::string& failure);
     std::unique_ptr<CStorageDoc> openStandardInput(std::string& failure);
     std::string withoutKeptName(std::string reason) const;
-    const char* whyTaken(const std::filesystem::path& identity) const;
+    std::string whyTaken(const std::filesystem::path& identity) const;
     bool isEarlierResult(const std::filesystem::path& identity) const;
     void setAside(const std::filesystem::path& identity);
     void tellPassedOver();
@@ -97,10 +99,12 @@ private:
     std::vector<known_failure> knownFailures;
     std::optional<platform::temporary_file> standardInput;
     std::size_t passedOver = 0;
-    std::vector<std::filesystem::path> identities; ///< one an input
-    std::set<std::filesystem::path> namedIdentities, outputIdentities, earlierResults;
-    std::map<std::filesystem::path, std::size_t> foundAt; ///< identities of inputs out of folders
-    std::optional<std::size_t> current;                   ///< input
+    std::vector<std::filesystem::path> identities;  ///< one an input
+    std::vector<std::filesystem::path> placesBelow; ///< one an input
+    std::set<std::filesystem::path> namedIdentities, earlierResults;
+    std::map<std::filesystem::path, std::wstring> madeFrom; ///< outputs, and the inputs that they hold
+    std::map<std::filesystem::path, std::size_t> foundAt;   ///< identities of inputs out of folders
+    std::optional<std::size_t> current;                     ///< input
     bool failed = false, replaces = false, tellsNotes = true;
 };
 

@@ -46,6 +46,12 @@ TEST_F(ResultsTest, NoPictureOrTableReplacesARecording)
     EXPECT_EQ(file_content(folder / "rows.spm"), "");
     EXPECT_EQ(vldv({"render", "t.spm", "-o", "old.png"}).status, 0);
     EXPECT_TRUE(file_content(folder / "old.png").starts_with("\x89PNG"));
+    // The next call would take what it wrote itself for one.
+    for (const std::vector<std::string>& call :
+         {std::vector<std::string>{"stats", "t.spm", "--csv", "new.spm"}, {"features", "t.spm", "--csv", "new.mdt"}}) {
+        tells(call, "has an ending of recordings, which no table or picture gets");
+        EXPECT_FALSE(std::filesystem::exists(folder / call.back()));
+    }
 }
 
 TEST_F(ResultsTest, WhatWasFoundIsToldThoughItsFileIsRefused)
@@ -104,6 +110,53 @@ TEST_F(ResultsTest, AFolderTakesItsOwnResults)
     write_file(folder / "in/z.txt", smallMatrix);
     EXPECT_EQ(vldv({"stats", "in", "--csv", "in/z.txt"}).status, 1) << "a recording, and no earlier result";
     EXPECT_EQ(file_content(folder / "in/z.txt"), smallMatrix);
+}
+
+TEST_F(ResultsTest, AFolderTakesTheResultsOfThoseBelow)
+{
+    const std::vector<std::string> calls[] = {{"convert", "in", "--to", "in"},
+                                              {"steps", "in", "-o", "in"},
+                                              {"render", "in", "-o", "in"},
+                                              {"fourier", "in", "--spectrum", "in"},
+                                              {"convert", "in", "out", "--to", "in"}};
+    for (const std::vector<std::string>& call : calls) {
+        // Behind the results by its name, before them, and in another folder.
+        for (const char* name : {"in/z/a.txt", "in/B/b.txt", "out/c.txt"}) {
+            std::filesystem::create_directories((folder / name).parent_path());
+            write_file(folder / name, smallMatrix);
+        }
+        const program_result first = vldv(call), second = vldv(call);
+        EXPECT_EQ(first.status, 0) << call[0] << first.err;
+        EXPECT_EQ(second.status, 0) << call[0] << second.err;
+        EXPECT_EQ(second.out, first.out) << call[0];
+        EXPECT_EQ(filesIn("in/z").size(), 2u) << call[0];
+        for (const char* name : {"in", "out"}) std::filesystem::remove_all(folder / name);
+    }
+}
+
+TEST_F(ResultsTest, AContainerKeepsItsMeasurementWhenAFolderGrows)
+{
+    const std::string other = "# Channel: H\n# Width: 2 nm\n# Height: 2 nm\n# Value units: nm\n9 9\n9 8\n";
+    const auto add = [&](const char* name, const std::string& text) {
+        std::filesystem::create_directories((folder / name).parent_path());
+        write_file(folder / name, text);
+    };
+    add("in/b/x.txt", smallMatrix);
+    const std::vector<std::string> calls[] = {{"convert", "in", "--to", "out"},
+                                              {"convert", "in", "--to", "out", "--force"},
+                                              {"steps", "in", "-o", "out/"},
+                                              {"fourier", "in", "--spectrum", "out", "--force"}};
+    for (const std::vector<std::string>& call : calls) {
+        ASSERT_EQ(vldv(call).status, 0) << call[0];
+        ASSERT_EQ(filesIn("out/b").size(), 1u) << call[0];
+        const std::filesystem::path result = folder / "out/b" / filesIn("out/b")[0];
+        const std::string before = vldv({"dump", result.native()}).out;
+        add("in/a/x.txt", other);
+        EXPECT_EQ(vldv(call).status, 0) << call[0];
+        EXPECT_EQ(vldv({"dump", result.native()}).out, before) << call[0];
+        EXPECT_EQ(filesIn("out/a").size() + filesIn("out/b").size() + filesIn("out").size(), 4u) << call[0];
+        for (const char* name : {"in/a", "out"}) std::filesystem::remove_all(folder / name);
+    }
 }
 
 TEST_F(ResultsTest, WhyNothingIsWrittenIsTrue)

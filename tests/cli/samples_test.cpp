@@ -76,7 +76,7 @@ TEST_F(SamplesTest, EveryRecordingConvertsToAContainerThatReadsBackEqual)
         for (const fs::directory_entry& sample : fs::directory_iterator(group)) {
             if (sample.path().filename() == "MANIFEST.tsv") continue;
             ++samples;
-            fs::path container = folder / "out" / sample.path().filename();
+            fs::path container = folder / "out" / group.path().filename() / sample.path().filename();
             container += ".spm";
             const std::string told = fs::canonical(sample).native() + ":";
             if (!fs::exists(container)) continue;

@@ -1,6 +1,7 @@
 // vldv convert: any readable file to the native container.
 #include "base/text.h"
 #include "cli/commands.h"
+#include "cli/output/output_names.h"
 #include "cli/output/standard_streams.h"
 #include "cli/output/terminal.h"
 #include "cli/session.h"
@@ -9,7 +10,6 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <set>
 #include <stdexcept>
 
 namespace vldv::cli {
@@ -33,15 +33,6 @@ fs::path output_path(const fs::path& target, bool isFolder, const CStorageDoc& d
     fs::path name = platform::to_path(input).filename();
     if (document.fileType != FILE_SPMX || !is_container_name(name)) name += ".spm";
     return target / name;
-}
-
-/// The same with a number where the name was given to a file of another folder already.
-fs::path unused(const fs::path& path, std::set<fs::path>& used)
-{
-    fs::path free = path;
-    for (unsigned number = 2; !used.insert(free).second; ++number)
-        free = path.parent_path() / (path.stem().native() + base::formatted("-%u", number) + path.extension().native());
-    return free;
 }
 
 /// Only one file goes to standard output.
@@ -83,11 +74,10 @@ int run(const convert_options& options)
         call.report(platform::to_wide(target), error.message());
         return call.status();
     }
-    std::set<fs::path> used;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
-        fs::path output = output_path(target, isFolder, document, path);
+        const fs::path output = output_path(isFolder ? target / call.placeBelow() : target, isFolder, document, path);
         if (call.isFoundItself(output)) throw nothing_to_treat("it is the container that it would become");
-        if (isFolder) output = unused(output, used);
+        if (isFolder) make_folder(output.parent_path());
         if (const std::string reason = call.save(document, platform::to_wide(output)); !reason.empty())
             throw std::runtime_error(reason);
         std::cout << path_line(output.native()) << '\n';

@@ -165,9 +165,9 @@ public:
                                                        "folder, which would end with a slash");
     }
     /// \throws std::runtime_error when there is no room for another
-    fs::path next(const std::wstring& input, const std::string& suffix, bool alone)
+    fs::path next(const std::wstring& input, const fs::path& below, const std::string& suffix, bool alone)
     {
-        if (names) return names->next(input, suffix, alone);
+        if (names) return names->next(input, below, suffix, alone);
         if (!std::exchange(isFree, false))
             throw std::runtime_error("only one picture can go to standard output; --image and --sub choose it");
         return standardStream;
@@ -195,7 +195,8 @@ int run(const picture_options& options)
             const std::string where = base::formatted("image %u, sub-image %u: ", each.image, each.sub);
             try {
                 const fs::path picture =
-                    names.next(path, base::formatted("-%u-%u", each.image, each.sub), oneFile && found.size() == 1);
+                    names.next(path, call.placeBelow(), base::formatted("-%u-%u", each.image, each.sub),
+                               oneFile && found.size() == 1);
                 if (picture != standardStream) call.claim(picture);
                 const std::string reason = write_picture(document, each, options, picture);
                 if (!reason.empty()) call.report(path, where + reason);

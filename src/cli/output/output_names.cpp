@@ -12,15 +12,20 @@ namespace vldv::cli {
 
 namespace fs = std::filesystem;
 
+void make_folder(const fs::path& folder)
+{
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) throw std::runtime_error(visible_text(folder.native()) + ": " + error.message());
+}
+
 output_names::output_names(const std::string& output, std::string extension)
     : target(platform::to_path(platform::full_path(base::widen(output)))), folderExtension(std::move(extension))
 {
     if (output == standardStream) throw CLI::ValidationError("-", "these results go to files, not to standard output");
     std::error_code error;
     isFolder = output.ends_with('/') || target.extension().empty() || fs::is_directory(target, error);
-    error.clear();
-    if (isFolder) fs::create_directories(target, error);
-    if (error) throw std::runtime_error(visible_text(target.native()) + ": " + error.message());
+    if (isFolder) make_folder(target);
 }
 
 output_names output_names::ofContainers(const std::string& output)
@@ -29,15 +34,17 @@ output_names output_names::ofContainers(const std::string& output)
     return {isContainer || output == standardStream ? output : output + '/', ".spm"};
 }
 
-fs::path output_names::next(const std::wstring& input, const std::string& suffix, bool alone)
+fs::path output_names::next(const std::wstring& input, const fs::path& below, const std::string& suffix, bool alone)
 {
     if (alone && !isFolder) return target;
     const std::string extension = isFolder ? folderExtension : target.extension().native();
     fs::path file = platform::to_path(input).filename();
     if (suffix.empty() && base::equal_ignoring_case(file.extension().native(), extension)) file = file.stem();
     const std::string stem = (isFolder ? std::string() : target.stem().native() + "-") + file.native() + suffix;
-    const fs::path folder = isFolder ? target : target.parent_path();
+    const fs::path folder = (isFolder ? target : target.parent_path()) / below;
+    make_folder(folder);
     fs::path path = folder / (stem + extension);
+    if (folderExtension == ".spm") return path;
     // Files of one name out of several folders.
     for (unsigned number = 2; !used.insert(path).second; ++number)
         path = folder / (stem + base::formatted("-%u", number) + extension);

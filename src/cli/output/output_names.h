@@ -5,6 +5,9 @@
 
 namespace vldv::cli {
 
+/// Makes a folder and those above it where they are missing. \throws std::runtime_error with the reason
+void make_folder(const std::filesystem::path& folder);
+
 /// Where the results of a call go: into one file, or into a folder or beside each other with a name for each.
 class output_names {
 public:
@@ -19,9 +22,13 @@ public:
     bool areInFolder() const noexcept { return isFolder; }
 
     /// The name of a result of a file: `output` itself for one that is `alone`, in a folder FILE + suffix + extension,
-    /// else STEM-FILE + suffix + extension beside it. Never the same twice. A file that has the extension already does
-    /// not get it again where there is no suffix.
-    std::filesystem::path next(const std::wstring& input, const std::string& suffix, bool alone);
+    /// else STEM-FILE + suffix + extension beside it. A file that has the extension already does not get it again where
+    /// there is no suffix. Never the same twice, but for containers: with a number that depends on what else is there
+    /// they would hold another measurement at the next call.
+    /// \param below  folder of the result below that of the others, made when it is missing; may be empty
+    /// \throws std::runtime_error  when it cannot be made, with the reason
+    std::filesystem::path next(const std::wstring& input, const std::filesystem::path& below, const std::string& suffix,
+                               bool alone);
 
 private:
     std::filesystem::path target;

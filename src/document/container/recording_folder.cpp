@@ -128,11 +128,13 @@ bool is_recording(const fs::path& file)
     std::error_code error;
     std::vector<std::byte> head;
     if (!fs::is_regular_file(file, error) || !read_head(file, head).empty()) return false;
-    if (formats::has_own_ending(file.filename().native())) return true;
+    if (has_recording_name(file)) return true;
     const formats::format_row* const format = formats::find_format(head, {});
     constexpr SupportedFileTypes anybodys[] = {FILE_BMP, FILE_JPEG, FILE_PNG, FILE_TIFF, FILE_TEXT};
     return format && std::ranges::find(anybodys, format->type) == std::end(anybodys);
 }
+
+bool has_recording_name(const fs::path& file) { return formats::has_own_ending(file.filename().native()); }
 
 std::string why_no_recordings(const folder_content& content)
 {

@@ -33,6 +33,9 @@ VLDV_INTERNAL_API folder_content recordings_in(const std::filesystem::path& fold
 /// have written. False where there is no file.
 VLDV_INTERNAL_API bool is_recording(const std::filesystem::path& file);
 
+/// The name ends as only those of recordings do, whether the file is there or not.
+VLDV_INTERNAL_API bool has_recording_name(const std::filesystem::path& file);
+
 /// Why a folder without recordings, all of which could be read, has nothing to open.
 VLDV_INTERNAL_API std::string why_no_recordings(const folder_content& content);
 
