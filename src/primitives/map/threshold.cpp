@@ -1,6 +1,6 @@
 #include "primitives/map/threshold.h"
 
-#include "primitives/mask/bit_image.h"
+#include "primitives/map/bit_image.h"
 #include "primitives/simd/kernels.h"
 
 #include <algorithm>

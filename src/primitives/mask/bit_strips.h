@@ -1,5 +1,5 @@
 #pragma once
-#include "primitives/mask/bit_image.h"
+#include "primitives/map/bit_image.h"
 
 #include <cstdint>
 #include <vector>

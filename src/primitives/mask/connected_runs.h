@@ -1,7 +1,7 @@
 #pragma once
 #include "primitives/growing_array.h"
+#include "primitives/map/bit_image.h"
 #include "primitives/map/threshold.h"
-#include "primitives/mask/bit_image.h"
 #include "primitives/resample/resample.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/draw/geometry.h"
-#include "primitives/mask/bit_image.h"
+#include "primitives/map/bit_image.h"
 
 #include <vector>
 

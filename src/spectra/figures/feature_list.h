@@ -1,5 +1,5 @@
 #pragma once
-#include "primitives/mask/bit_image.h"
+#include "primitives/map/bit_image.h"
 #include "primitives/resample/resample.h"
 #include "spectra/figures/feature.h"
 #include "spectra/figures/feature_metrics.h"

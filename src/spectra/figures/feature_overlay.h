@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "document/plugin_decoration.h"
-#include "primitives/mask/bit_image.h"
+#include "primitives/map/bit_image.h"
 #include "spectra/figures/feature.h"
 
 #include <cstdint>
