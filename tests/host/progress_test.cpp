@@ -1,5 +1,5 @@
 // The box that tells how far a slow read is, on the toolkit's offscreen platform.
-#include "host/peer/QtHost.h"
+#include "host/QtHost.h"
 #include "host/peer/QtPeer.h"
 #include "platform/profile/profile_store.h"
 #include "support/temporary_folder.h"

@@ -1,7 +1,7 @@
 #pragma once
 #include "document/StorageDocTemplate.h"
 #include "entry/Application.h"
-#include "host/peer/QtHost.h"
+#include "host/QtHost.h"
 #include "host/window/MainWindow.h"
 #include "host/window/QtFrame.h"
 #include "platform/dialogs/VarListDlg.h"

@@ -1,6 +1,6 @@
 #include "host/dialogs/HelpWindow.h"
 
-#include "host/window/command_icon.h"
+#include "host/peer/command_icon.h"
 
 #include <QFile>
 #include <QHBoxLayout>

@@ -1,6 +1,6 @@
 #include "host/peer/QtPeer.h"
 
-#include "host/dialogs/ReadProgress.h"
+#include "host/peer/ReadProgress.h"
 #include "host/peer/qt_cursors.h"
 #include "host/peer/qt_keys.h"
 #include "paint/QtDC.h"

@@ -1,4 +1,4 @@
-#include "host/dialogs/ReadProgress.h"
+#include "host/peer/ReadProgress.h"
 
 #include <QApplication>
 #include <QEvent>

@@ -1,5 +1,5 @@
 #pragma once
-#include "host/dialogs/ReadProgress.h"
+#include "host/peer/ReadProgress.h"
 #include "host/peer/qt_printing.h"
 
 #include <QObject>

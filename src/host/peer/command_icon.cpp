@@ -1,4 +1,4 @@
-#include "host/window/command_icon.h"
+#include "host/peer/command_icon.h"
 
 #include <QFile>
 #include <QGuiApplication>

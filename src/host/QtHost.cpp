@@ -1,4 +1,4 @@
-#include "host/peer/QtHost.h"
+#include "host/QtHost.h"
 
 #include "base/text.h"
 #include "host/dialogs/FailuresDialog.h"
