@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "formats/ibw/ibw_note.h"
 #include "formats/shared/header_text.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

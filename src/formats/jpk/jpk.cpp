@@ -2,9 +2,9 @@
 
 #include "formats/jpk/jpk_archive.h"
 #include "formats/jpk/jpk_image.h"
-#include "formats/pictures/tiff_directory.h"
 #include "formats/shared/finish_recording.h"
 #include "formats/shared/left_out.h"
+#include "formats/shared/tiff_directory.h"
 
 #include <algorithm>
 #include <string_view>

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "formats/shared/stated_number.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

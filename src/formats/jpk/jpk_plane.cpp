@@ -4,7 +4,7 @@
 #include "formats/jpk/jpk_channel.h"
 #include "formats/jpk/jpk_image.h"
 #include "formats/shared/stream_shape.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
-#include "formats/pictures/tiff_directory.h"
 #include "formats/shared/force/directions.h"
+#include "formats/shared/tiff_directory.h"
 
 #include <cstdint>
 #include <map>

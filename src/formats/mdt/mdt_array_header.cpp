@@ -2,7 +2,7 @@
 #include "base/units.h"
 #include "formats/mdt/mdt_array.h"
 #include "formats/shared/header_text.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

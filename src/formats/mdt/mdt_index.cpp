@@ -5,7 +5,7 @@
 #include "formats/shared/header_text.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stated_number.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

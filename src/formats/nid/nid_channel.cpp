@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

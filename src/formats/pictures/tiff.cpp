@@ -2,10 +2,10 @@
 
 #include "base/text.h"
 #include "formats/jpk/jpk_image.h"
-#include "formats/pictures/tiff_directory.h"
 #include "formats/pictures/tiff_page.h"
 #include "formats/pictures/tiff_pixels.h"
 #include "formats/shared/left_out.h"
+#include "formats/shared/tiff_directory.h"
 #include "formats/single/psia.h"
 
 #include <algorithm>

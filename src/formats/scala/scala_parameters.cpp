@@ -4,8 +4,8 @@
 #include "formats/shared/header_text.h"
 #include "formats/shared/stated_number.h"
 #include "formats/shared/stream_shape.h"
+#include "formats/shared/text_units.h"
 #include "formats/text/text_lines.h"
-#include "formats/text/text_units.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "formats/shared/stated_number.h"
 
 #include "base/text.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <charconv>
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "formats/shared/fixed_text.h"
 #include "formats/shared/force/directions.h"
 #include "formats/shared/stream_shape.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 

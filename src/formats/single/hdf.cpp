@@ -5,8 +5,8 @@
 #include "formats/shared/fixed_text.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
+#include "formats/shared/text_units.h"
 #include "formats/single/hdf_directory.h"
-#include "formats/text/text_units.h"
 
 #include <algorithm>
 #include <cmath>

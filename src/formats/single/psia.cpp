@@ -1,11 +1,11 @@
 #include "formats/single/psia.h"
 
 #include "base/text.h"
-#include "formats/pictures/tiff_directory.h"
 #include "formats/shared/header_text.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
+#include "formats/shared/tiff_directory.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,7 +1,7 @@
 #pragma once
 #include "base/streams/byte_reader.h"
+#include "formats/shared/text_units.h"
 #include "formats/source.h"
-#include "formats/text/text_units.h"
 
 #include <cstdint>
 #include <map>

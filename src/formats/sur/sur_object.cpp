@@ -1,7 +1,7 @@
 #include "formats/sur/sur_object.h"
 
 #include "formats/shared/fixed_text.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <cmath>
 

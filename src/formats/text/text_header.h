@@ -1,5 +1,5 @@
 #pragma once
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <cstddef>
 #include <map>

@@ -1,7 +1,7 @@
 #include "formats/wip/wip_project.h"
 
 #include "formats/shared/point_grid.h"
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "formats/text/text_units.h"
+#include "formats/shared/text_units.h"
 
 #include "base/text.h"
 

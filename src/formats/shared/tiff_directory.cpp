@@ -1,4 +1,4 @@
-#include "formats/pictures/tiff_directory.h"
+#include "formats/shared/tiff_directory.h"
 
 #include "formats/shared/header_text.h"
 
