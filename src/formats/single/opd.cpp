@@ -5,6 +5,7 @@
 #include "formats/shared/left_out.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
+#include "formats/shared/wyko_names.h"
 
 #include <algorithm>
 #include <cmath>
@@ -218,13 +219,6 @@ base::read_result<recorded_image> read_array(source& file, const opd_block& bloc
 }
 
 } // namespace
-
-bool holds_wyko_heights(const std::string& name)
-{
-    for (const char* known : {"RAW_DATA", "RAW DATA", "OPD", "SAMPLE_DATA", "Raw"})
-        if (name == known) return true;
-    return false;
-}
 
 bool sniff_opd(std::span<const std::byte> head) { return base::byte_reader(head).tag(magic); }
 

@@ -5,18 +5,12 @@
 
 #include <cstddef>
 #include <span>
-#include <string>
 
 namespace vldv::formats {
 
 bool sniff_opd(std::span<const std::byte> head);
 /// True for the later kind of file that only shares the name: the reader says so.
 bool possible_opd(std::span<const std::byte> head);
-
-/// True for the names of blocks whose numbers are heights.
-bool holds_wyko_heights(const std::string& name);
-/// What the document is told then.
-constexpr const char* noWykoPixelSize = "no Pixel_size in the file: sides are counted in points";
 
 /// Reads heights, then intensities, of an interferometer's file.
 base::read_result<recording> read_opd(source& file);

@@ -5,7 +5,7 @@
 #include "formats/shared/heights.h"
 #include "formats/shared/left_out.h"
 #include "formats/shared/stated_number.h"
-#include "formats/single/opd.h"
+#include "formats/shared/wyko_names.h"
 #include "formats/text/number_table.h"
 #include "formats/text/text_header.h"
 #include "formats/text/text_lines.h"

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "formats/shared/stated_number.h"
-#include "formats/single/opd.h"
+#include "formats/shared/wyko_names.h"
 
 #include <cmath>
 #include <string_view>
