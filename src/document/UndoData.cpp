@@ -1,6 +1,6 @@
 #include "document/UndoData.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "recovery/closed_documents.h"
 

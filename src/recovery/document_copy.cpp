@@ -1,6 +1,6 @@
 #include "recovery/document_copy.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "recovery/background_writer.h"
 #include "recovery/folder_entries.h"

@@ -3,7 +3,7 @@
 #include "document/FileReader.h"
 #include "document/container/spmx_open.h"
 #include "document/container/stream_source.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/atomic_file.h"
 #include "platform/files/paths.h"
 #include "recovery/file_print.h"

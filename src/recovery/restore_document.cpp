@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/document_table.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "recovery/kept_drawings.h"
 

@@ -1,7 +1,7 @@
 #include "recovery/session_folder.h"
 
 #include "base/text.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "recovery/folder_entries.h"
 #include "recovery/kept_document.h"

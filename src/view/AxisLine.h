@@ -1,7 +1,7 @@
 #pragma once
+#include "platform/app/dpi.h"
 #include "platform/dialogs/DataExchange.h"
 #include "platform/draw/DC.h"
-#include "platform/draw/dpi.h"
 #include "platform/files/interface_directory.h"
 #include "platform/profile/profile_double.h"
 #include "vldv_api.h"

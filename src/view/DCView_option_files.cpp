@@ -1,7 +1,7 @@
 #include "base/text.h"
-#include "platform/app/Exceptions.h"
 #include "platform/app/WinApp.h"
 #include "platform/dialogs/options_file.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "view/DCView.h"
 

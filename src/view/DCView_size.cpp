@@ -2,7 +2,7 @@
 #include "base/variables/global_option.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "view/DCView.h"
 
 using namespace vldv;

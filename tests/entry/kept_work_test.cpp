@@ -1,6 +1,6 @@
 // What was not saved is opened again: after closing, and after the program died.
 #include "entry_fixture.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "support/allocation_count.h"
 #include "view/panes/TextView.h"
 

@@ -1,7 +1,7 @@
 // One of everything in a process: lists, stamps and memory are those of the library, whoever loads it.
 #include "base/text.h"
 #include "module.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "module.h"
 
 #include "base/text.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include "document/container/stream_source.h"
 #include "formats/shared/zip_reader.h"
-#include "platform/app/Exceptions.h"
 #include "platform/files/Archive.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "platform/files/temporary_file.h"
 

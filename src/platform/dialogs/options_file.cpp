@@ -1,7 +1,7 @@
 #include "platform/dialogs/options_file.h"
 
 #include "base/text.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/text_file.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "vldv_api.h"
 
 #include <cstddef>

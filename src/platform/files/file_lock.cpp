@@ -1,6 +1,6 @@
 #include "platform/files/file_lock.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "platform/files/temporary_file.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "platform/files/unnamed_file.h"
 

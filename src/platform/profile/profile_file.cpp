@@ -1,6 +1,6 @@
 #include "platform/profile/profile_file.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/atomic_file.h"
 #include "platform/files/paths.h"
 

@@ -1,6 +1,6 @@
 #include "platform/profile/profile_store.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/file_lock.h"
 #include "platform/profile/profile_file.h"
 

@@ -1,8 +1,8 @@
 #include "surface/figures/decoration_file.h"
 
 #include "base/text.h"
-#include "platform/app/Exceptions.h"
 #include "platform/app/WinApp.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "platform/files/text_file.h"
 #include "resources/string_ids.h"

@@ -1,7 +1,7 @@
 #include "surface/overlay/decoration_drawing.h"
 
 #include "base/text.h"
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "surface/overlay/overlay_geometry.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "surface/overlay/mark_drawing.h"
 
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
 

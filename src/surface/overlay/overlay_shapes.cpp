@@ -1,6 +1,6 @@
 #include "surface/overlay/overlay_shapes.h"
 
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "surface/overlay/overlay_geometry.h"
 
 namespace vldv::surface {

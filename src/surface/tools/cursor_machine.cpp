@@ -1,7 +1,7 @@
 #include "surface/tools/cursor_machine.h"
 
+#include "platform/app/dpi.h"
 #include "platform/app/keys.h"
-#include "platform/draw/dpi.h"
 #include "surface/figures/measure/snapping.h"
 #include "surface/figures/region_edit.h"
 #include "surface/overlay/overlay_geometry.h"

@@ -1,7 +1,7 @@
 // Every click goes on with the active curve, with Ctrl it begins another one; its length is shown.
 #include "surface/tools/curve_tool.h"
 
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "surface/figures/measure/measurements.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/tools/drag_tool.h"

@@ -1,7 +1,7 @@
 // Every click sets a mark; marks are numbered and counted.
 #include "surface/tools/marks_tool.h"
 
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "surface/figures/measure/measurements.h"
 #include "surface/overlay/mark_drawing.h"
 #include "surface/overlay/overlay_geometry.h"

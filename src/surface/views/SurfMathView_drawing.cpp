@@ -2,7 +2,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "platform/app/WinApp.h"
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "surface/overlay/decoration_drawing.h"
 #include "surface/overlay/mark_drawing.h"
 #include "surface/overlay/overlay_shapes.h"

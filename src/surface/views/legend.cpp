@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "base/units.h"
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "surface/figures/measure/statistics_text.h"

@@ -4,7 +4,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/samples/rising_heights.h"
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "view/Scale.h"
 

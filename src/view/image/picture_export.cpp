@@ -1,8 +1,8 @@
 #include "view/image/picture_export.h"
 
 #include "output/picture_writer.h"
-#include "platform/app/Exceptions.h"
 #include "platform/app/WinApp.h"
+#include "platform/files/Exceptions.h"
 #include "view/DCView.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "platform/app/Clipboard.h"
-#include "platform/app/Exceptions.h"
 #include "platform/app/WinApp.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/paths.h"
 #include "platform/files/text_file.h"
 #include "resources/commands.h"

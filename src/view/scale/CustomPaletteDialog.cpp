@@ -1,7 +1,7 @@
 #include "view/scale/CustomPaletteDialog.h"
 
-#include "platform/app/Exceptions.h"
 #include "platform/app/WinApp.h"
+#include "platform/files/Exceptions.h"
 #include "platform/files/atomic_file.h"
 #include "platform/files/paths.h"
 #include "view/scale/palette_file.h"

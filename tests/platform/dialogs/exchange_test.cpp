@@ -1,7 +1,7 @@
 #include "platform/app/WinApp.h"
+#include "platform/app/dpi.h"
 #include "platform/dialogs/DataExchange.h"
 #include "platform/dialogs/VarListCtrl.h"
-#include "platform/draw/dpi.h"
 #include "platform/profile/profile_double.h"
 #include "support/HeadlessHost.h"
 

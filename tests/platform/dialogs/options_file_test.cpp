@@ -1,6 +1,6 @@
 #include "platform/dialogs/options_file.h"
 
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>

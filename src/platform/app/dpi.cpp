@@ -1,4 +1,4 @@
-#include "platform/draw/dpi.h"
+#include "platform/app/dpi.h"
 
 #include "base/streams/rounding.h"
 #include "platform/app/WinApp.h"

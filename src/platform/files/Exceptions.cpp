@@ -1,4 +1,4 @@
-#include "platform/app/Exceptions.h"
+#include "platform/files/Exceptions.h"
 
 #include "base/text.h"
 
