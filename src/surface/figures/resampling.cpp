@@ -1,13 +1,10 @@
 #include "surface/figures/resampling.h"
 
-#include "base/streams/rounding.h"
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/samples/point_counts.h"
 #include "document/samples/unmeasured_samples.h"
 #include "document/update_hints.h"
-#include "platform/app/WinApp.h"
-#include "surface/figures/variable_rows.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -17,8 +14,6 @@
 namespace vldv::surface {
 
 namespace {
-
-constexpr int mostSamples = 32768; // of a side
 
 /// A sample of the new image covers `ratio` of the old ones and lies in their middle.
 void rescale(SPMDataStream::dimension& side, int length)
@@ -38,54 +33,9 @@ std::string refusal(const SPMDataStream& source, const resample_choice& choice)
     if (source.array_type() != SPM_ARRAY_INT16 || source.get_dimensions_number() != 2 || source.array_length() == 0)
         return "Only images of 16-bit samples in two dimensions can be resampled";
     for (const auto& [name, length] : {std::pair{"Columns", choice.width}, {"Rows", choice.height}})
-        if (length < 1 || length > mostSamples)
-            return base::formatted("%s: %d is not between 1 and %d", name, length, mostSamples);
+        if (length < 1 || length > mostSideSamples)
+            return base::formatted("%s: %d is not between 1 and %d", name, length, mostSideSamples);
     return {};
-}
-
-/// Sides and steps of the dialog follow each other.
-class size_ties : public tied_variables {
-public:
-    size_ties(SPMVarList& list_, double lengthX, double lengthY, double aspect_)
-        : tied_variables(list_), lengths{lengthX, lengthY}, aspect(aspect_)
-    {
-    }
-
-private:
-    void userChanged(const std::string& name) override
-    {
-        for (std::size_t side = 0; side < 2; ++side) {
-            const double step = number(steps[side]);
-            if (name == steps[side] && step != 0.0) put(sides[side], base::nearest_int(lengths[side] / step));
-            if (name == sides[side] || name == steps[side]) follow(side);
-        }
-        if (name == "proportions") follow(0);
-    }
-    void follow(std::size_t side)
-    {
-        put(steps[side], lengths[side] / number(sides[side]));
-        if (number("proportions") == 0.0) return;
-        const std::size_t other = 1 - side;
-        put(sides[other], base::nearest_int(number(sides[side]) * (side == 0 ? aspect : 1.0 / aspect)));
-        put(steps[other], lengths[other] / number(sides[other]));
-    }
-
-    static constexpr const char* sides[] = {"columns", "rows"}; // at least 1 by their declarations
-    static constexpr const char* steps[] = {"step.x", "step.y"};
-    double lengths[2], aspect; ///< physical; rows for each column
-};
-
-std::vector<SPMVar> size_variables(const SPMDataStream& stream, const VLAxis& x, const VLAxis& y)
-{
-    const auto side = [](const char* name) { return base::formatted("%s,int,1,%d", name, mostSamples); };
-    return declared({
-        {side("columns(Columns)"), {}, std::to_string(stream.get_dimension(0).length)},
-        {side("rows(Rows)"), {}, std::to_string(stream.get_dimension(1).length)},
-        {"step.x(Step X),double", label_with_units("Step X", x.get_units()), base::shortest(x.scale)},
-        {"step.y(Step Y),double", label_with_units("Step Y", y.get_units()), base::shortest(y.scale)},
-        {"proportions(Keep proportions),boolean", {}, "true"},
-        {"method(Method),enum,nearest(Nearest),linear(Linear),cubic(Cubic)", {}, "nearest"},
-    });
 }
 
 /// New samples to which one that was not measured adds anything.
@@ -153,26 +103,6 @@ std::string resample_image(CStorageDoc& document, unsigned image, const resample
     document.UpdateAllViews(nullptr, document::shape_hint(image));
     document.UpdateAllViews(nullptr, document::data_hint(image));
     return {};
-}
-
-bool run_resample(CStorageDoc& document, unsigned image, unsigned axisX, unsigned axisY, CWnd* parent)
-{
-    if (image >= document.getImagesNumber()) return false;
-    const SPMDataStream& stream = document.getImage(image);
-    if (stream.get_dimensions_number() < 2) return false;
-    const VLAxis x = document.getAxis(image, axisX, 0), y = document.getAxis(image, axisY, 1);
-    const double columns = stream.get_dimension(0).length, rows = stream.get_dimension(1).length;
-    const std::vector<SPMVar> rowsOfDialog = size_variables(stream, x, y);
-    SPMVarList list;
-    list.set_variables(rowsOfDialog.data(), static_cast<unsigned>(rowsOfDialog.size()));
-    const size_ties ties(list, columns * x.scale, rows * y.scale, rows / columns);
-    if (!ask_variables(list, "Resample", parent)) return false;
-    const resample_choice choice{static_cast<int>(list["columns"]), static_cast<int>(list["rows"]),
-                                 static_cast<primitives::interpolation>(static_cast<int>(list["method"]))};
-    if (choice.width == static_cast<int>(columns) && choice.height == static_cast<int>(rows)) return false;
-    const std::string reason = resample_image(document, image, choice);
-    if (!reason.empty()) AfxGetApp()->host().messageBox(reason, message_icon::error);
-    return reason.empty();
 }
 
 } // namespace vldv::surface

@@ -5,9 +5,10 @@
 #include <string>
 
 class CStorageDoc;
-class CWnd;
 
 namespace vldv::surface {
+
+constexpr int mostSideSamples = 32768; ///< of a resampled image
 
 /// What a user chooses for an image that is to have another size.
 struct resample_choice {
@@ -22,11 +23,5 @@ std::string resample_stream(const SPMDataStream& source, const resample_choice& 
 /// Resamples an image of a document as a step that can be undone, and tells its views.
 /// \return the reason why nothing was changed, or empty
 std::string resample_image(CStorageDoc& document, unsigned image, const resample_choice& choice);
-
-/// Asks for size or step and method, and resamples. Sides and steps follow each other; so do both sides while
-/// proportions are kept. A refusal is told in a message box.
-/// \param axisX, axisY  of the dimensions, whose steps are shown
-/// \return whether the image was changed
-bool run_resample(CStorageDoc& document, unsigned image, unsigned axisX, unsigned axisY, CWnd* parent);
 
 } // namespace vldv::surface

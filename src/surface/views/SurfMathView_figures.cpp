@@ -3,6 +3,7 @@
 #include "document/samples/unmeasured_samples.h"
 #include "surface/figures/measure/measurement_text.h"
 #include "surface/views/SurfMathView.h"
+#include "surface/views/clipboard_text.h"
 
 #include <utility>
 

@@ -1,13 +1,14 @@
 // Commands of the mouse, and those that open other views and dialogs.
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "platform/app/Clipboard.h"
 #include "resources/commands.h"
-#include "surface/figures/decoration_file.h"
-#include "surface/figures/resampling.h"
-#include "surface/figures/resolution.h"
 #include "surface/tools/cursor_tools.h"
 #include "surface/views/SurfMathView.h"
 #include "surface/views/calibration.h"
+#include "surface/views/dialogs/decoration_file.h"
+#include "surface/views/dialogs/resampling_dialog.h"
+#include "surface/views/dialogs/resolution_dialog.h"
 #include "surface/views/zoom_window.h"
 #include "view/frame/open_view.h"
 #include "view/image/SectionSource.h"
@@ -22,6 +23,16 @@ namespace {
 using surface::cursor_mode;
 
 constexpr std::size_t fewestLines = 3; // of a grating, to fit a line through
+
+/// \return false when the clipboard cannot be had
+bool append_to_clipboard(const std::wstring& text)
+{
+    const open_clipboard clipboard;
+    if (!clipboard) return false;
+    const std::wstring all = clipboard->text().value_or(L"") + text;
+    clipboard->empty();
+    return clipboard->setText(all);
+}
 
 unsigned template_of(unsigned command) noexcept
 {
@@ -93,7 +104,7 @@ void CSurfMathView::OnMeasureDistance()
 {
     const surface::measured_surface shown = measured();
     if (shown.isEmpty() || !drawn.selectionActive) return;
-    if (!surface::append_to_clipboard(surface::distance_table_text(shown, drawn))) return;
+    if (!append_to_clipboard(surface::distance_table_text(shown, drawn))) return;
     machine.addMark(drawn.selection.end());
 }
 void CSurfMathView::OnUpdateMeasureDistance(CCmdUI& ui) { ui.Enable(drawn.mode == cursor_mode::distance); }

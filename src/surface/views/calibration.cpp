@@ -4,7 +4,7 @@
 #include "base/units.h"
 #include "platform/app/Clipboard.h"
 #include "platform/app/WinApp.h"
-#include "surface/figures/variable_rows.h"
+#include "surface/views/dialogs/variable_rows.h"
 #include "view/panes/TextView.h"
 
 #include <cmath>

@@ -1,8 +1,9 @@
+#include "surface/views/clipboard_text.h"
+
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "surface/figures/measure/measurement_text.h"
 #include "surface/views/legend.h"
 
 namespace vldv::surface {

@@ -1,5 +1,6 @@
 #include "surface/figures/measure/measurement_text.h"
 #include "surface/views/calibration.h"
+#include "surface/views/clipboard_text.h"
 #include "surface/views/legend.h"
 
 #include "support/HeadlessHost.h"

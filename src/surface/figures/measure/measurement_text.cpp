@@ -3,7 +3,6 @@
 #include "base/streams/axis_units.h"
 #include "base/text.h"
 #include "base/units.h"
-#include "platform/app/Clipboard.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "surface/figures/measure/measurements.h"
@@ -137,15 +136,6 @@ std::wstring distance_table_text(const measured_surface& surface, const selectio
                                    : "not measured";
     text += base::formatted("%4G\t%s\r\n", drag_length(surface, drawn.selection), height.c_str());
     return base::widen(text);
-}
-
-bool append_to_clipboard(const std::wstring& text)
-{
-    const open_clipboard clipboard;
-    if (!clipboard) return false;
-    const std::wstring all = clipboard->text().value_or(L"") + text;
-    clipboard->empty();
-    return clipboard->setText(all);
 }
 
 } // namespace vldv::surface

@@ -10,8 +10,6 @@
 /// What a surface measures under the cursor and between the ends of a drag, as numbers and as texts.
 namespace vldv::surface {
 
-struct legend_content;
-
 /// A frame with the axes that the user chose for it.
 struct measured_surface {
     const std::int16_t* samples = nullptr; ///< rows of `width`
@@ -40,15 +38,5 @@ std::wstring status_text(const measured_surface& surface, const selection_state&
 /// The line "distance, height" of a drag, numbers in the units of the axes; before the first mark with its header. A
 /// height from or to a sample that was not measured is told so.
 std::wstring distance_table_text(const measured_surface& surface, const selection_state& drawn);
-/// Appends to the text on the clipboard. \return false when the clipboard cannot be had
-bool append_to_clipboard(const std::wstring& text);
-
-/// What the legends show as two lines of cells between tabs, names and values: file, parameters, statistics and the
-/// measurement on show. Empty when nothing is shown.
-/// \param withFile    path, sides and image first
-/// \param direction   of the image's lines, in brackets behind the image's name
-/// \param withHeader  the line of names too
-std::wstring clipboard_text(const legend_content& content, bool withFile, const std::string& direction,
-                            bool withHeader);
 
 } // namespace vldv::surface

@@ -1,4 +1,4 @@
-#include "surface/figures/variable_rows.h"
+#include "surface/views/dialogs/variable_rows.h"
 
 #include "base/text.h"
 #include "platform/dialogs/VarListDlg.h"

@@ -1,4 +1,4 @@
-#include "surface/figures/decoration_file.h"
+#include "surface/views/dialogs/decoration_file.h"
 
 #include "base/text.h"
 #include "platform/app/WinApp.h"
