@@ -1,4 +1,4 @@
-#include "cli/commands/memory_surface.h"
+#include "cli/pictures/memory_surface.h"
 
 #include "platform/draw/memory_surface.h"
 
