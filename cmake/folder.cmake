@@ -1,8 +1,8 @@
 # vldv_folder(name [APART] MAY_USE folders... SOURCES files... [LIBRARIES packages...])
 #
 # One folder of src/ as a link target; one below another has both names, with a stroke between. MAY_USE names every
-# folder whose headers it may include; what is missing there is a link error of its tests, and
-# scripts/check_includes.py reads the same list to check the headers. The objects of all folders that do not stand
+# folder whose headers it may include, each on a lower floor of docs/architecture.md; what is missing there is a link error
+# of its tests, and scripts/check_includes.py reads the same list to check the headers. The objects of all folders that do not stand
 # APART make libvldv.so.
 function(vldv_folder name)
   cmake_parse_arguments(FOLDER "APART" "" "MAY_USE;SOURCES;LIBRARIES;PCH" ${ARGN})
