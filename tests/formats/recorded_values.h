@@ -2,6 +2,7 @@
 #include "formats/recording.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace vldv::formats {
@@ -10,6 +11,13 @@ namespace vldv::formats {
 inline const recorded_image& item(const recording& content, std::size_t index)
 {
     return std::get<recorded_image>(content.items.at(index));
+}
+
+/// A text that tells of an image; empty when there is none.
+inline std::string text_of(const recorded_image& image, const std::string& key)
+{
+    const auto found = image.strings.find(key);
+    return found == image.strings.end() ? std::string() : found->second;
 }
 
 /// Physical values of a 16-bit stream in stored order: row 0, the bottom row, first.

@@ -11,9 +11,8 @@ using namespace instrument_fixture;
 
 TEST(FileGroup, FileNamesTellChannelAndDirection)
 {
-    const struct {
-        const char *file, *id, *label, *subimage;
-    } rows[] = {
+    const char* const rows[][4] = {
+        // file, id, label, sub-image
         {"x.z(hgt)_fwd.sur", "hgt", "Height", "Forward"},
         {"Scan.Z(L_R)_REV.sur", "l_r", "L-R", "Reverse"},
         {"x.z(sen).sur", "sen", "Sens", ""},
@@ -24,11 +23,9 @@ TEST(FileGroup, FileNamesTellChannelAndDirection)
         {"z(open.sur", "img0", "SPM", ""},
         {"x.z(hgt", "img0", "SPM", ""},
     };
-    for (const auto& row : rows) {
-        const auto names = formats::parse_channel_file_name(row.file);
-        EXPECT_EQ(names.id, row.id) << row.file;
-        EXPECT_EQ(names.label, row.label) << row.file;
-        EXPECT_EQ(names.subimage, row.subimage) << row.file;
+    for (const auto& [file, id, label, subimage] : rows) {
+        const auto names = formats::parse_channel_file_name(file);
+        EXPECT_EQ(names.id + "|" + names.label + "|" + names.subimage, id + std::string("|") + label + "|" + subimage);
     }
 }
 

@@ -52,16 +52,11 @@ void expect_turned(SPMVarArrayType type)
 
 TEST(FinishedRecording, RisesAndEverySampleKeepsItsValue)
 {
-    expect_turned<std::int8_t>(SPM_ARRAY_INT8);
-    expect_turned<std::uint8_t>(SPM_ARRAY_UINT8);
-    expect_turned<std::int16_t>(SPM_ARRAY_INT16);
-    expect_turned<std::uint16_t>(SPM_ARRAY_UINT16);
-    expect_turned<std::int32_t>(SPM_ARRAY_INT32);
-    expect_turned<std::uint32_t>(SPM_ARRAY_UINT32);
-    expect_turned<std::int64_t>(SPM_ARRAY_INT64);
-    expect_turned<std::uint64_t>(SPM_ARRAY_UINT64);
-    expect_turned<float>(SPM_ARRAY_FLOAT32);
-    expect_turned<double>(SPM_ARRAY_FLOAT64);
+    expect_turned<std::int8_t>(SPM_ARRAY_INT8), expect_turned<std::uint8_t>(SPM_ARRAY_UINT8);
+    expect_turned<std::int16_t>(SPM_ARRAY_INT16), expect_turned<std::uint16_t>(SPM_ARRAY_UINT16);
+    expect_turned<std::int32_t>(SPM_ARRAY_INT32), expect_turned<std::uint32_t>(SPM_ARRAY_UINT32);
+    expect_turned<std::int64_t>(SPM_ARRAY_INT64), expect_turned<std::uint64_t>(SPM_ARRAY_UINT64);
+    expect_turned<float>(SPM_ARRAY_FLOAT32), expect_turned<double>(SPM_ARRAY_FLOAT64);
 }
 
 TEST(FinishedRecording, HasNoAxisThatPlacesNothing)

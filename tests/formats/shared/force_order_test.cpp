@@ -20,12 +20,6 @@ recorded_image curves(const std::vector<named_curve>& parts, const VLAxis& x = {
     return make_curve_group(label, label, x, {1.0, 0.0, units, "hand"}, parts);
 }
 
-std::string text_of(const recorded_image& image, const char* key)
-{
-    const auto found = image.strings.find(key);
-    return found == image.strings.end() ? "" : found->second;
-}
-
 // An approach of 1 2 3 and a retract of 9 8, on an axis of 10 12 14 µm. Positions stay with their samples.
 TEST(ForceOrder, TurnsWhatEndsInContact)
 {
@@ -56,32 +50,29 @@ TEST(ForceOrder, TurnsWhatEndsInContact)
     }
 }
 
-TEST(ForceOrder, TellsEachOrderOfSeveralCurves)
+TEST(ForceOrder, CurvesOfOneWayOrWithoutSamplesAreToldApart)
 {
-    recorded_image image = curves({{"Approach", {1, 2}}, {"Approach 2", {1, 2}}}, VLAxis(0, 1, "s"));
-    order_from_contact(image, std::vector{contact_end::unclear, last});
-    EXPECT_EQ(image.strings.at(orderKey), "Approach: some free end first, some not clear, as recorded");
-}
+    recorded_image several = curves({{"Approach", {1, 2}}, {"Approach 2", {1, 2}}}, VLAxis(0, 1, "s"));
+    order_from_contact(several, std::vector{contact_end::unclear, last});
+    EXPECT_EQ(text_of(several, orderKey), "Approach: some free end first, some not clear, as recorded");
 
-TEST(ForceOrder, CurvesThatWereNotMeasuredNeitherTurnNorCount)
-{
     recorded_image image = curves({{"Approach", {4, 5, 6}}, {"Retract", {}}}, VLAxis(0, 1, "s"));
-    order_from_contact(image, std::vector{last, first});
+    order_from_contact(image, std::vector{last, first}); // what was not measured neither turns nor counts
     EXPECT_EQ(physical(image.stream), (std::vector<double>{6, 5, 4, 4, 4, 4})); // the rest is the lowest value
     EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), VLAxis(2, -1, "s"));
-    EXPECT_EQ(image.strings.at(orderKey), "Approach: free end first");
+    EXPECT_EQ(text_of(image, orderKey), "Approach: free end first");
 }
 
 TEST(ForceOrder, WhatWasNotMeasuredTurnsWithItsCurve)
 {
-    const struct {
-        std::vector<contact_end> ends;
-        const char* voids; ///< the first of either curve before
-    } cases[] = {{{first, first}, "of 6: 0-0 3-3"}, {{last, first}, "of 6: 2-2 3-3"}, {{first, last}, "of 6: 0-0 4-4"}};
-    for (const auto& each : cases) {
+    const std::pair<std::vector<contact_end>, const char*> cases[] = {// the first of either curve before
+                                                                      {{first, first}, "of 6: 0-0 3-3"},
+                                                                      {{last, first}, "of 6: 2-2 3-3"},
+                                                                      {{first, last}, "of 6: 0-0 4-4"}};
+    for (const auto& [ends, voids] : cases) {
         recorded_image image = curves({{"Approach", {NAN, 5, 6}}, {"Retract", {NAN, 8}}});
-        order_from_contact(image, each.ends);
-        EXPECT_EQ(image.strings.at("\\Void samples"), each.voids);
+        order_from_contact(image, ends);
+        EXPECT_EQ(text_of(image, "\\Void samples"), voids);
     }
 }
 
@@ -135,11 +126,10 @@ TEST(ForceOrder, ForcesTellTheContactOnlyWhenTheyAreClear)
     EXPECT_EQ(contact_by_force(approach(0.0, 100.0, 1.0)), last); // never free: the higher end
 }
 
-recording over_one_axis(const std::vector<std::pair<const char*, std::vector<double>>>& columns, const VLAxis& x,
-                        const char* units)
+recording of_images(std::vector<recorded_image> images)
 {
     recording content;
-    for (const auto& [label, values] : columns) content.items.emplace_back(curves({{"", values}}, x, units, label));
+    for (recorded_image& each : images) content.items.emplace_back(std::move(each));
     return content;
 }
 
@@ -178,7 +168,10 @@ TEST(ForceOrder, ColumnsOverOneAxisAreTakenTogether)
         {{{"Force", approach(0.1)}}, bare, "", {true}, "free end first, as the forces tell"},
     };
     for (const auto& row : rows) {
-        recording content = over_one_axis(row.columns, row.x, row.units);
+        std::vector<recorded_image> images;
+        for (const auto& [label, values] : row.columns)
+            images.push_back(curves({{"", values}}, row.x, row.units, label));
+        recording content = of_images(std::move(images));
         order_by_forces(content);
         SCOPED_TRACE(row.columns[0].first + row.order);
         for (std::size_t i = 0; i < row.columns.size(); ++i) {
@@ -198,44 +191,34 @@ TEST(ForceOrder, AVolumeIsOrderedByMostOfItsCurves)
     const std::vector<double> curve = approach(1.0);
     for (std::size_t i = 0; i < 800; ++i) // the last one tells nothing
         elements_of<std::int16_t>(volume)[i] = static_cast<std::int16_t>(i < 600 ? 100.0 * curve[i % 200] : 5.0);
-    recording content;
-    content.items.emplace_back(std::move(volume));
+    recording content = of_images({volume});
     order_by_forces(content);
     EXPECT_GT(physical(item(content, 0).stream)[400], 90.0);
     EXPECT_EQ(item(content, 0).stream.get_dimension(0).get_axis(0), VLAxis(199, -1, "nm"));
-}
-
-recording with_forces(recorded_image image)
-{
-    recording content;
-    content.items.emplace_back(std::move(image));
-    return content;
 }
 
 TEST(ForceOrder, WhatNoFileTellsIsTakenFromTheForces)
 {
     const VLAxis nm(0, 1, "nm");
     const std::vector<named_curve> parts{{"Forward", approach(1.0)}, {"Reverse", approach(1.0, 80.0)}};
-    recording told = with_forces(curves(parts, nm));
+    recording told = of_images({curves(parts, nm)});
     order_by_forces(told);
     EXPECT_GT(physical(item(told, 0).stream)[0], 90.0);
     EXPECT_GT(physical(item(told, 0).stream)[200], 70.0);
     EXPECT_EQ(item(told, 0).stream.get_dimension(0).get_axis(0), VLAxis(199, -1, "nm"));
 
-    recorded_image ordered = curves(parts, nm);
+    recorded_image ordered = curves(parts, nm), elsewhere = curves(parts, VLAxis(0, 1, "V")); // no ramp of the probe
     ordered.strings[orderKey] = "contact first";
-    recorded_image others[] = {curves(parts, VLAxis(0, 1, "V")), // no ramp of the probe
-                               curves(parts, nm, "V", "Amplitude"), curves(parts, nm, "N", "Friction force"),
-                               std::move(ordered)};
-    for (recorded_image& each : others) {
-        recording content = with_forces(std::move(each));
+    for (const recorded_image& each :
+         {elsewhere, curves(parts, nm, "V", "Amplitude"), curves(parts, nm, "N", "Friction force"), ordered}) {
+        recording content = of_images({each});
         order_by_forces(content);
         EXPECT_EQ(physical(item(content, 0).stream), physical(curves(parts).stream));
     }
 
     std::vector<double> falling; // contact first; a fifth of it is missing, which a line would make look at rest
     for (int i = 0; i < 100; ++i) falling.push_back(i < 20 ? NAN : std::max(60.0 - i, 0.0) + 0.01 * (i % 3));
-    recording gap = with_forces(curves({{"", falling}}, nm));
+    recording gap = of_images({curves({{"", falling}}, nm)});
     order_by_forces(gap);
     EXPECT_EQ(text_of(item(gap, 0), orderKey), "contact first, as the forces tell");
 }
@@ -244,10 +227,9 @@ TEST(ForceOrder, WhatIsMeasuredAgainstTheSamePositionsTurnsWithThem)
 {
     std::vector<double> up, other;
     for (int i = 0; i < 200; ++i) up.push_back(i + 0.1 * (i % 3)), other.push_back(i);
-    recording content = with_forces(curves({{"", up}}, {}, "nm", "Z"));
-    content.items.emplace_back(curves({{"", approach(1.0)}}, {}, "V", "DFL"));
-    content.items.emplace_back(curves({{"", other}}, {}, "V", "Phase"));
-    content.items.emplace_back(curves({{"", up}}, {}, "nm", "Raw")); // measured beside the positions
+    recording content = of_images({curves({{"", up}}, {}, "nm", "Z"), curves({{"", approach(1.0)}}, {}, "V", "DFL"),
+                                   curves({{"", other}}, {}, "V", "Phase"),
+                                   curves({{"", up}}, {}, "nm", "Raw")}); // measured beside the positions
     for (const std::size_t k : {1u, 2u}) std::get<recorded_image>(content.items[k]).stream.set_parameter_stream("Z");
     order_by_forces(content);
     EXPECT_NEAR(physical(item(content, 0).stream)[0], 199.1, 0.01);

@@ -63,21 +63,19 @@ TEST(Heights, AnImageOfMoreSamplesThanAnArrayHoldsIsRefused)
 
 TEST(Heights, IdsAreSafeFileNamesAndUnique)
 {
-    const struct {
-        const char *channel, *id;
-    } rows[] = {{"Height", "Height"},
-                {"Height", "Height_2"},
-                {"Height", "Height_3"},
-                {"Height_2", "Height_2_2"},
-                {"Peak Force/Error", "Peak_Force_Error"},
-                {"\u00B5m\u00B2", "_m_"},
-                {"", "Image"},
-                {"..", "_."},
-                {"Z-1.5", "Z-1.5"},
-                {"Height_9", "Height_9"},
-                {"Height", "Height_10"}};
+    const std::pair<const char*, const char*> rows[] = {{"Height", "Height"},
+                                                        {"Height", "Height_2"},
+                                                        {"Height", "Height_3"},
+                                                        {"Height_2", "Height_2_2"},
+                                                        {"Peak Force/Error", "Peak_Force_Error"},
+                                                        {"\u00B5m\u00B2", "_m_"},
+                                                        {"", "Image"},
+                                                        {"..", "_."},
+                                                        {"Z-1.5", "Z-1.5"},
+                                                        {"Height_9", "Height_9"},
+                                                        {"Height", "Height_10"}};
     std::vector<std::string> used;
-    for (const auto& row : rows) EXPECT_EQ(formats::unique_id(row.channel, used), row.id);
+    for (const auto& [channel, id] : rows) EXPECT_EQ(formats::unique_id(channel, used), id);
     EXPECT_EQ(used.size(), std::size(rows));
 }
 

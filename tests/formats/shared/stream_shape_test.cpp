@@ -1,56 +1,31 @@
-#include "formats/instrument_fixture.h"
 #include "formats/shared/force/directions.h"
 #include "formats/shared/sample_numbers.h"
 #include "formats/shared/stream_shape.h"
 
-#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
 using namespace formats;
 
-recorded_image row_of(unsigned length)
-{
-    const extent side[] = {{length, {}}};
-    return make_samples("id", "label", side, 1, {2.0, 1.0, "nm", {}});
-}
-
-TEST(StreamShape, MoreThanAnImageCanHoldIsRefused)
-{
-    const extent sides[] = {{65536, {}}, {65536, {}}};
-    EXPECT_THROW(make_samples("id", "label", sides, 1, {}), std::bad_alloc);
-}
-
-TEST(CurveLengths, AreKeptOnlyWhenTheyDiffer)
-{
-    recorded_image image = row_of(4);
-    const unsigned whole[] = {2, 2}, ragged[] = {2, 1};
-    note_curve_lengths(image, 2, whole);
-    EXPECT_EQ(image.strings.count("\\Curve lengths"), 0u);
-    note_curve_lengths(image, 2, ragged);
-    EXPECT_EQ(image.strings.at("\\Curve lengths"), "2 1");
-}
-
 TEST(Directions, AreSplitOffAName)
 {
-    const struct {
-        const char *name, *channel;
-        scan_direction direction;
-    } rows[] = {
-        {"HeightTrace", "Height", scan_direction::forward},
-        {"HeightRetrace", "Height", scan_direction::reverse},
-        {"Lock-In Phase (retrace)", "Lock-In Phase", scan_direction::reverse},
-        {"Z Forward", "Z", scan_direction::forward},
-        {"Current_bwd", "Current", scan_direction::reverse},
-        {"Trace", "Trace", scan_direction::unknown},
-        {"Topography", "Topography", scan_direction::unknown},
-        {"", "", scan_direction::unknown},
+    using enum scan_direction;
+    const std::tuple<const char*, const char*, scan_direction> rows[] = {
+        {"HeightTrace", "Height", forward},
+        {"HeightRetrace", "Height", reverse},
+        {"Lock-In Phase (retrace)", "Lock-In Phase", reverse},
+        {"Z Forward", "Z", forward},
+        {"Current_bwd", "Current", reverse},
+        {"Trace", "Trace", unknown},
+        {"Topography", "Topography", unknown},
+        {"", "", unknown},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(split_direction(row.name).channel, row.channel);
-        EXPECT_EQ(split_direction(row.name).direction, row.direction) << row.name;
+    for (const auto& [name, channel, direction] : rows) {
+        EXPECT_EQ(split_direction(name).channel, channel);
+        EXPECT_EQ(split_direction(name).direction, direction) << name;
     }
 }
 
@@ -74,10 +49,7 @@ TEST(Directions, JoinAxesThatAreRoundedDifferently)
                                         {"A", {}, scan_direction::reverse, b, {}}};
         return join_directions(planes).size() == 1;
     };
-    const struct {
-        VLAxis one, other;
-        bool isJoined;
-    } rows[] = {
+    const std::tuple<VLAxis, VLAxis, bool> rows[] = {
         {{0, 3e-9, "m"}, {0, 3.000000001e-9, "m"}, true},
         {{0, 3, "m"}, {0, 3.00001, "m"}, false},
         {{0, 3, "m"}, {0, 3, "nm"}, false},
@@ -86,25 +58,9 @@ TEST(Directions, JoinAxesThatAreRoundedDifferently)
         {{0, 3, "m"}, {0, -3, "m"}, false},
         {{0, NAN, "m"}, {0, NAN, "m"}, false},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(joins(row.one, row.other), row.isJoined) << row.other.start << " " << row.other.scale;
-        EXPECT_EQ(joins(row.other, row.one), row.isJoined) << row.other.start << " " << row.other.scale;
-    }
-}
-
-TEST(Directions, NameThePlaneThatStaysAloneToo)
-{
-    const struct {
-        plane_group group;
-        scan_direction first;
-        std::vector<std::string> names;
-    } rows[] = {{{3, 1}, scan_direction::forward, {"Forward", "Reverse"}},
-                {{1}, scan_direction::reverse, {"Reverse"}},
-                {{1}, scan_direction::unknown, {}}};
-    for (const auto& row : rows) {
-        recorded_image image = row_of(2);
-        name_directions(image, row.group, row.first);
-        EXPECT_EQ(instrument_fixture::subimages_of(image), row.names);
+    for (const auto& [one, other, isJoined] : rows) {
+        EXPECT_EQ(joins(one, other), isJoined) << other.start << " " << other.scale;
+        EXPECT_EQ(joins(other, one), isJoined) << other.start << " " << other.scale;
     }
 }
 

@@ -1,12 +1,12 @@
 #include "formats/instrument_fixture.h"
 #include "formats/nid/nid.h"
-#include "formats/shared/sample_numbers.h"
 #include "formats/single/stp.h"
 #include "formats/single/tmd.h"
 #include "formats/single/wsxm.h"
 #include "formats/sur/sur.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 // Counts of a header that take fewer bytes than the file has for them.
 
@@ -14,12 +14,6 @@ namespace {
 
 using namespace formats;
 using namespace instrument_fixture;
-
-TEST(Surplus, IsToldWithBothNumbers)
-{
-    EXPECT_EQ(told_surplus("columns times rows", 8, 10), "columns times rows take 8 bytes of the 10 that are there");
-    EXPECT_EQ(told_surplus("columns times rows", 8, 8), "");
-}
 
 /// The first note of the recording or of an image that tells of a surplus, or an empty text.
 std::string surplus_note(const base::read_result<recording>& result)
@@ -37,10 +31,7 @@ std::string surplus_note(const base::read_result<recording>& result)
 
 TEST(Surplus, OfEachReaderIsTold)
 {
-    const struct {
-        reader read;
-        const char *file, *counts;
-    } rows[] = {
+    const std::tuple<reader, const char*, const char*> rows[] = {
         {read_wsxm, "wsxm/short.top", "Number of columns times Number of rows, "},
         {read_wsxm, "wsxm/double.top", "Number of columns times Number of rows, "},
         {read_nid, "nid/images.nid", "Points times Lines of all channels"},
@@ -48,11 +39,11 @@ TEST(Surplus, OfEachReaderIsTold)
         {read_tmd, "tmd/heights.tmd", "columns times rows"},
         {sur_reader, "sur/surface.sur", "the objects"},
     };
-    for (const auto& row : rows) {
-        const std::string whole = seed(row.file).content;
-        EXPECT_EQ(surplus_note(read(row.read, whole)), "") << row.file;
-        const std::string note = surplus_note(read(row.read, whole + std::string(6, '\1')));
-        ASSERT_NE(note.find(row.counts), std::string::npos) << row.file << note;
+    for (const auto& [reader, file, counts] : rows) {
+        const std::string whole = seed(file).content;
+        EXPECT_EQ(surplus_note(read(reader, whole)), "") << file;
+        const std::string note = surplus_note(read(reader, whole + std::string(6, '\1')));
+        ASSERT_NE(note.find(counts), std::string::npos) << file << note;
         const std::string of = " bytes of the ";
         const std::size_t at = note.find(of), taken = note.rfind(' ', at - 1) + 1;
         EXPECT_EQ(std::stoul(note.substr(at + of.size())) - std::stoul(note.substr(taken)), 6u) << note;
