@@ -1,4 +1,5 @@
 #include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
 #include "formats/single/aist.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,7 @@
 namespace {
 
 using namespace instrument_fixture;
+using formats::in_bytes;
 
 constexpr auto big = std::endian::big;
 
@@ -21,13 +23,6 @@ std::string text(const std::string& ascii)
 std::string block(const std::string& bytes)
 {
     return bytes_builder().add(std::int32_t(bytes.size()), big).text(bytes).content;
-}
-
-std::string doubles(const std::vector<double>& values)
-{
-    bytes_builder out;
-    for (const double value : values) out.add(value);
-    return out.content;
 }
 
 std::string folder_node(const std::vector<std::string>& children, int count = -1)
@@ -53,7 +48,7 @@ std::string raster(const std::string& name, const std::vector<double>& values, c
     out.add(std::int32_t(columns), big).add(std::int32_t(rows), big);
     for (const double side : {3.0, 7.0, 6.0, -2.0}) out.add(side, big);
     out.text(text("X [um]")).text(text("nm")).text(text("Height [nm]"));
-    out.text(block(doubles(values))).text(block(mask)).text(block("seen"));
+    out.text(block(in_bytes<double>(values))).text(block(mask)).text(block("seen"));
     return data_node("raster", out.content);
 }
 
@@ -61,7 +56,7 @@ std::string curve(const std::vector<double>& data, int points, const std::string
 {
     bytes_builder out;
     out.add(std::int32_t{5}, big).text(text(name)).text(text(name + "?")).add(std::int32_t{0}, big);
-    out.add(std::int32_t(points), big).text(block(doubles(data))).add(std::int32_t{-1}, big);
+    out.add(std::int32_t(points), big).text(block(in_bytes<double>(data))).add(std::int32_t{-1}, big);
     out.text(text("Z [nm]")).text(text("nN"));
     return data_node("curve", out.content);
 }

@@ -18,19 +18,18 @@ TEST(Pni, BothVersionsTellChannelAndUnit)
     const auto old = [](unsigned channel, unsigned kind, unsigned way) {
         return seed(first).put(channel1, channel).put(kind1, kind).put(way1, way).content;
     };
-    const struct {
-        std::string file, label, parts;
-    } rows[] = {
+    const std::string rows[][3] = {
+        // file, label, parts
         {old(1, 1, 0), "Height [nm]", " {Forward}"},
         {old(8, 4, 1), "Error [mV]", " {Reverse}"},
         {old(4, 2, 7), "Image", ""},
         {seed(second).content, "Z actuator [nm]", ""},
         {seed(second).put(channel2, 3u).put(kind2, 4u).content, "Phase [mV]", ""},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(told(read(pni_reader, row.file)),
-                  row.label + " (2: 0 + 2 \u00B5m; 2: 0 + 3 \u00B5m)" + row.parts + ": -1.5 2 0.5 1");
-        EXPECT_EQ(type_of(row.file, "a.txt"), FILE_PNI);
+    for (const auto& [file, label, parts] : rows) {
+        EXPECT_EQ(told(read(pni_reader, file)),
+                  label + " (2: 0 + 2 \u00B5m; 2: 0 + 3 \u00B5m)" + parts + ": -1.5 2 0.5 1");
+        EXPECT_EQ(type_of(file, "a.txt"), FILE_PNI);
     }
 }
 

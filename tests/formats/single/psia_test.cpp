@@ -18,32 +18,22 @@ using testing::HasSubstr;
 
 constexpr std::uint32_t floats = 2, version1 = 0x01000001, version2 = 0x01000002;
 
-/// UTF-16, filled up with zeros.
-std::string wide(const std::string& text, std::size_t characters)
-{
-    std::string out;
-    for (const char c : text) out += std::string{c, '\0'};
-    out.resize(2 * characters);
-    return out;
-}
-
 /// A file of 3 x 2 samples over 6 x 4 micrometres, the parts of which can be changed before it is made.
 struct psia_file {
     std::uint32_t magic = 0x0E031301, version = version2;
     std::string header = std::string(352, '\0');
-    std::string samples =
-        le_float(0.5f) + le_float(-1.0f) + le_float(2.0f) + le_float(0.25f) + le_float(4.0f) + le_float(-0.75f);
+    std::string samples = in_bytes<float>({0.5f, -1.0f, 2.0f, 0.25f, 4.0f, -0.75f});
     std::size_t filler = 0; ///< bytes between the head of the file and its directory
 
     psia_file()
     {
-        set(4, wide("Z Detector", 32));
-        set(68, wide("NCM", 8));
+        set(4, utf16_of("Z Detector", 32));
+        set(68, utf16_of("NCM", 8));
         set(100, le32(3) + le32(2));
         set(128, le32(1));
         set(140, le_double(6.0) + le_double(4.0) + le_double(3.75) + le_double(-1.75) + le_double(1.5));
         set(220, le_double(-2.0) + le_double(0.0)); // a Z scale of 0 counts as 1
-        set(244, wide("um", 8));
+        set(244, utf16_of("um", 8));
         set(348, le32(floats));
     }
     psia_file& set(std::size_t at, const std::string& bytes)
@@ -76,8 +66,8 @@ TEST(Psia, HasItsHeightsBottomRowFirstOverTheirSize)
 TEST(Psia, HasSamplesOfThreeTypes)
 {
     psia_file shorts, longs, old;
-    shorts.set(348, le32(0)).samples = le16(1) + le16(0xFFFE) + le16(3) + le16(4) + le16(5) + le16(6);
-    longs.set(348, le32(1)).samples = le32(1) + le32(0xFFFFFFFE) + le32(3) + le32(4) + le32(5) + le32(6);
+    shorts.set(348, le32(0)).samples = in_bytes<std::int16_t>({1, -2, 3, 4, 5, 6});
+    longs.set(348, le32(1)).samples = in_bytes<std::int32_t>({1, -2, 3, 4, 5, 6});
     old.samples = shorts.samples; // of 16 bits, whatever stands where a later version has the type
     old.version = version1;
     old.header.resize(284);

@@ -1,4 +1,5 @@
 #include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
 #include "formats/single/stp.h"
 
 #include <gtest/gtest.h>
@@ -24,10 +25,7 @@ const std::string global = "UK SOFT\r\n" + line("software", "Scan 4") + line("z_
 
 std::string build(const std::string& buffers, const std::vector<int>& samples = {1, 2, 3, 4})
 {
-    bytes_builder out;
-    out.text(global + buffers + "Data_section  \r\n");
-    for (const int sample : samples) out.add(static_cast<std::uint16_t>(sample));
-    return out.content;
+    return global + buffers + "Data_section  \r\n" + formats::in_bytes<std::uint16_t>(samples);
 }
 
 TEST(Stp, UnsignedSamplesKeepEveryBitAndTheirHeights)
@@ -51,9 +49,8 @@ TEST(Stp, EachSourceHasItsScale)
 {
     const std::string external = line("ExSourceZFact", "0.5") + line("ExSourceZUnit", "nA"),
                       shape = " (2: 0 + 100 \u00C5; 2): ";
-    const struct {
-        std::string buffer, label, values; ///< of raw 0, 32768, 0, 0
-    } rows[] = {
+    const std::string rows[][3] = {
+        // buffer, label, values of raw 0, 32768, 0, 0
         {buffer("9"), "Topography [\u00C5]", "0 1 0 0"},
         {buffer("2"), "Current, deflection or amplitude [V]", "-10 0 -10 -10"},
         {buffer("17"), "Input 17 [V]", "-10 0 -10 -10"},
@@ -61,8 +58,8 @@ TEST(Stp, EachSourceHasItsScale)
         {buffer("99", external), "External [nA]", "0 16384 0 0"},
         {buffer("55"), "Source 55", "0 32768 0 0"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(told(read(formats::read_stp, build(row.buffer, {0, 32768, 0, 0}))), row.label + shape + row.values);
+    for (const auto& [buffer, label, values] : rows)
+        EXPECT_EQ(told(read(formats::read_stp, build(buffer, {0, 32768, 0, 0}))), label + shape + values);
 }
 
 TEST(Stp, DirectionsOfDifferentSourcesStayApart)

@@ -31,14 +31,13 @@ base::read_result<recording> read(const std::string& bytes) { return instrument_
 
 const std::string lineOf2 = "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 1\r\n",
                   square = "[General Info]\r\n    Number of columns: 2\r\n    Number of rows: 2\r\n",
-                  shorts = le16(20) + le16(10) + le16(40) + le16(30), // over 30 steps
-    floats = le_float(2) + le_float(1) + le_float(4) + le_float(3);
+                  shorts = in_bytes<std::int16_t>({20, 10, 40, 30}), // over 30 steps
+    floats = in_bytes<float>({2, 1, 4, 3});
 
 TEST(Wsxm, ImagesStartInTheLowerRightCorner)
 {
-    const std::string doubles = le_double(2) + le_double(1) + le_double(4) + le_double(3);
     const std::pair<std::string, std::string> rows[] = {
-        {"", shorts}, {"short", shorts}, {"float", floats}, {"double", doubles}};
+        {"", shorts}, {"short", shorts}, {"float", floats}, {"double", in_bytes<double>({2, 1, 4, 3})}};
     for (const auto& [type, data] : rows) {
         const std::string line = type.empty() ? "" : "    Image Data Type: " + type + "\r\n";
         EXPECT_EQ(told(read(image(line, data))), "Height [nm] (2: 5 + 1 \u00B5m; 2: 0 + 250 nm): 1 2 3 4") << type;
@@ -47,7 +46,7 @@ TEST(Wsxm, ImagesStartInTheLowerRightCorner)
 
 TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
 {
-    const std::string flat = le16(7) + le16(7) + le16(7) + le16(7);
+    const std::string flat = in_bytes<std::int16_t>({7, 7, 7, 7});
     const struct {
         std::string amplitude, data;
         std::vector<double> heights;
@@ -74,15 +73,14 @@ TEST(Wsxm, TheSpanScalesNumbersWhenItIsStated)
 
 TEST(Wsxm, OffsetsAreTakenInTheUnitOfTheSize)
 {
-    const struct {
-        std::string offset;
-        double start; ///< in micrometres
-    } rows[] = {{"-905.5 nm", -0.9055}, {"1.5 \xB5m", 1.5}, {"2 mm", 2000}, {"20 \xC5", 0.002}, {"3 V", 0}, {"4", 0}};
-    for (const auto& row : rows) {
-        const std::string place = "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + row.offset + "\r\n";
+    const std::pair<const char*, double> rows[] = {// in micrometres
+                                                   {"-905.5 nm", -0.9055}, {"1.5 \xB5m", 1.5}, {"2 mm", 2000},
+                                                   {"20 \xC5", 0.002},     {"3 V", 0},         {"4", 0}};
+    for (const auto& [offset, start] : rows) {
+        const std::string place = "[Control]\r\n X Amplitude: 2 \xB5m\r\n X Offset: " + std::string(offset) + "\r\n";
         const auto result = read(file_of("SxM Image file", place + lineOf2, le16(1) + le16(2)));
         const VLAxis& x = image_at(result, 0).stream.get_dimension(0).get_axis(0);
-        EXPECT_NEAR(x.start, row.start, 1e-9) << row.offset;
+        EXPECT_NEAR(x.start, start, 1e-9) << offset;
         EXPECT_EQ(x.scale, 1.0);
         EXPECT_STREQ(x.get_units(), "\u00B5m");
     }
@@ -125,29 +123,31 @@ TEST(Wsxm, TellsOfWhatItsHeaderMayNotMean)
 
 TEST(Wsxm, WhatCannotBeIsRefusedWithItsReason)
 {
-    const std::string two = le16(1) + le16(2);
-    const std::string points = "[General Info]\r\n Number of points: ";
-    expect_refused(
-        read_wsxm,
-        {
-            {"WSxM file", "not a WSxM header"},
-            {image("", two), "more samples than the file holds"},
-            {image("", "").substr(0, 200), "[Header end]"},
-            {image("    Image Data Type: quad\r\n", two), "quad"},
-            {file_of("SxM Image file", "", two), "Number of columns"},
-            {file_of("SxM Image file", "[General Info]\r\n Number of columns: 0x1\r\n Number of rows: 1\r\n", two),
-             "Number of columns, \"0x1\", is no number from 1 to 65536"},
-            {file_of("SxM Image file", "[General Info]\r\n Number of columns: 1\r\n Number of rows: 2.5\r\n", two),
-             "Number of rows, \"2.5\", is no number from 1 to 65536"},
-            {file_of("Movie file", "", two), "Movie file"},
-            {file_of("SxM Image file", lineOf2 + " Z Amplitude: 5x.7449 nm\r\n", two), "no number"},
-            {file_of("SxM Image file", lineOf2 + "[Control]\r\n X Amplitude: 5x nm\r\n", two),
-             "X Amplitude is \"5x nm\""},
-            {file_of("IV curve file", points + "4000000000\r\n", "1 2"), "more numbers than the file holds"},
-            {file_of("IV curve file", points + "2\r\n", "1 2 3 four"), "fewer numbers"},
-            {file_of("IV curve file", points + "2\r\n", "1 2 3.1.4"), "fewer numbers"},
-            {file_of("IV curve file", "", "1 2"), "Number of points is missing"},
-        });
+    const auto scan = [](const std::string& lines) { return file_of("SxM Image file", lines, le16(1) + le16(2)); };
+    const auto sized = [&](const char* columns, const char* rows) {
+        return scan("[General Info]\r\n Number of columns: " + std::string(columns) + "\r\n Number of rows: " + rows +
+                    "\r\n");
+    };
+    const auto curve = [](const std::string& points, const std::string& numbers) {
+        return file_of("IV curve file", points.empty() ? "" : "[General Info]\r\n Number of points: " + points + "\r\n",
+                       numbers);
+    };
+    expect_refused(read_wsxm, {
+                                  {"WSxM file", "not a WSxM header"},
+                                  {image("", le16(1) + le16(2)), "more samples than the file holds"},
+                                  {image("", "").substr(0, 200), "[Header end]"},
+                                  {image("    Image Data Type: quad\r\n", shorts), "quad"},
+                                  {scan(""), "Number of columns"},
+                                  {sized("0x1", "1"), "Number of columns, \"0x1\", is no number from 1 to 65536"},
+                                  {sized("1", "2.5"), "Number of rows, \"2.5\", is no number from 1 to 65536"},
+                                  {file_of("Movie file", "", ""), "Movie file"},
+                                  {scan(lineOf2 + " Z Amplitude: 5x.7449 nm\r\n"), "no number"},
+                                  {scan(lineOf2 + "[Control]\r\n X Amplitude: 5x nm\r\n"), "X Amplitude is \"5x nm\""},
+                                  {curve("4000000000", "1 2"), "more numbers than the file holds"},
+                                  {curve("2", "1 2 3 four"), "fewer numbers"},
+                                  {curve("2", "1 2 3.1.4"), "fewer numbers"},
+                                  {curve("", "1 2"), "Number of points is missing"},
+                              });
 }
 
 } // namespace
