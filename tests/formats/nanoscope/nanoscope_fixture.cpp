@@ -2,7 +2,6 @@
 
 #include "formats/instrument_fixture.h"
 #include "formats/nanoscope/nanoscope.h"
-#include "formats/shared/bytes.h"
 
 namespace nanoscope_fixture {
 
@@ -25,20 +24,6 @@ std::string build(const file_parts& parts)
     header += "\\*File list end" + lineEnd + "\x1A";
     header.resize(headerLength, '\0');
     return header + data;
-}
-
-std::string samples16(const std::vector<int>& values)
-{
-    std::string out;
-    for (const int value : values) out += formats::le16(static_cast<std::uint16_t>(value));
-    return out;
-}
-
-std::string samples32(const std::vector<std::int32_t>& values)
-{
-    std::string out;
-    for (const std::int32_t value : values) out += formats::le32(static_cast<std::uint32_t>(value));
-    return out;
 }
 
 image_part height_part(const std::string& samples, const std::string& direction)

@@ -1,6 +1,7 @@
 #pragma once
 #include "base/streams/byte_reader.h"
 #include "formats/recording.h"
+#include "formats/shared/bytes.h"
 #include "formats/source.h"
 
 #include <cstdint>
@@ -27,9 +28,8 @@ struct file_parts {
 
 std::string build(const file_parts& parts);
 
-/// `values` as little-endian integers of two or four bytes.
-std::string samples16(const std::vector<int>& values);
-std::string samples32(const std::vector<std::int32_t>& values);
+inline std::string samples16(const std::vector<int>& values) { return formats::in_bytes<std::int16_t>(values); }
+inline std::string samples32(const std::vector<int>& values) { return formats::in_bytes<std::int32_t>(values); }
 
 /// A 4 x 2 height image: 1 V over the full range times 20 nm/V.
 image_part height_part(const std::string& samples, const std::string& direction = "Trace");

@@ -34,7 +34,6 @@ TEST(NanoscopeForce, CurvesRunFromTheContactAndKeepAllTheirScales)
     const auto result = read(build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})})));
     EXPECT_EQ(told(result), "Deflection Error [nN] (3: 20 + -10 nm) {Approach, Retract}: 7.5 5 2.5 15 12.5 10");
     const auto& image = image_at(result, 0);
-    ASSERT_EQ(image.stream.values.get_axes_number(), 3u);
     EXPECT_EQ(image.stream.values.get_axis(1), VLAxis(0, 10, "nm"));
     EXPECT_EQ(image.stream.values.get_axis(2), VLAxis(0, 0.5, "V"));
     EXPECT_EQ(image.strings.at("\\Recorded order"), "Approach: contact first; Retract: contact first");
@@ -53,22 +52,14 @@ TEST(NanoscopeForce, WaysOfDifferentCountsShareAnImageOverTheirRampsAndAHoldStan
     parts.scanLines.push_back("\\*Ciao force list");
     parts.scanLines.push_back("\\Hold Samples: 3");
     const auto held = read(build(parts));
-    ASSERT_EQ(held->items.size(), 5u); // two of each channel and the ramps
-    const auto &ways = image_at(held, 0), &hold = image_at(held, 1), &ramps = image_at(held, 4);
-    EXPECT_THAT(raw_of(ways), ElementsAre(3, 2, 1, 6, 5, 5));
-    expect_image(ways, {.parts = {"Approach", "Retract"}, .strings = {{"\\Curve lengths", "3 2"}}, .over = "Ramp"});
-    // As stored, though as long as the approach.
-    EXPECT_THAT(raw_of(hold), ElementsAre(7, 8, 9));
-    EXPECT_STREQ(hold.stream.get_description(), "Deflection Error Hold");
-    EXPECT_EQ(hold.stream.get_dimension(0).get_axis(0), VLAxis());
-    EXPECT_FALSE(hold.stream.get_parameter_stream());
-    EXPECT_STREQ(image_at(held, 2).stream.get_parameter_stream(), "Ramp");
-    EXPECT_STREQ(ramps.stream.get_name(), "Ramp");
-    expect_image(ramps, {.values = {20, 10, 0, 20, 0, 0}, .isFitted = true}); // 2 V of 10 nm/V on both ways
+    const std::string shape = " [nN] (3: 20 + -10 nm) {Approach, Retract}", values = ": 7.5 5 2.5 15 12.5 12.5\n";
+    const std::string channel = "Deflection Error" + shape + " over Ramp" + values +
+                                "Deflection Error Hold [nN] (3) {Hold}: 17.5 20 22.5\n";            // as stored
+    EXPECT_EQ(told(held), channel + channel + "Ramp [nm] (3) {Approach, Retract}: 20 10 0 20 0 0"); // 2 V of 10 nm/V
+    expect_image(image_at(held, 0), {.strings = {{"\\Curve lengths", "3 2"}}});
 
     parts.images[1].lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
-    const auto sensed = read(build(parts));
-    EXPECT_STREQ(image_at(sensed, 0).stream.get_parameter_stream(), image_at(sensed, 2).stream.get_name());
+    EXPECT_TRUE(told(read(build(parts))).starts_with("Deflection Error" + shape + " over Height_Sensor" + values));
 }
 
 TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
@@ -76,34 +67,23 @@ TEST(NanoscopeForce, ARetractOfAnotherCountInAVolumeHasItsOwnAxis)
     file_parts parts = force_file({force_part(samples16({3, 2, 1, 6, 5, 13, 12, 11, 16, 15}), {"\\Samps/line: 3 2"})});
     parts.scanLines[1] = "\\Operating mode: Force Volume";
     parts.scanLines.insert(parts.scanLines.end(), {"\\X Offset: 2 nm", "\\*Ciao force list", "\\force/line: 1 0"});
-    const auto result = read(build(parts));
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto &approach = image_at(result, 0), &retract = image_at(result, 1);
-    EXPECT_THAT(raw_of(approach), ElementsAre(3, 2, 1, 13, 12, 11));
-    EXPECT_THAT(raw_of(retract), ElementsAre(6, 5, 16, 15));
-    EXPECT_EQ(approach.stream.get_dimension(0).get_axis(0), VLAxis(20, -10, "nm"));
-    EXPECT_EQ(retract.stream.get_dimension(0).get_axis(0), VLAxis(20, -20, "nm")); // the same ramp
-    EXPECT_EQ(approach.stream.get_dimension(1).get_axis(0), VLAxis(2, 6, "nm"));
-    EXPECT_EQ(approach.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
+    const std::string grid = " nm; 1: 2 + 6 nm; 2: 0 + 3 nm)"; // both ways have the same ramp
+    EXPECT_EQ(told(read(build(parts))),
+              "Deflection Error [nN] (3: 20 + -10" + grid + " {Approach}: 7.5 5 2.5 32.5 30 27.5\n" +
+                  "Deflection Error Retract [nN] (2: 20 + -20" + grid + " {Retract}: 15 12.5 40 37.5");
 }
 
 TEST(NanoscopeForce, VolumesHaveTheCurveFirst)
 {
-    file_parts parts = force_file({
-        force_part(samples16({2, 1, 12, 11, 4, 3, 14, 13, 6, 5, 16, 15, 8, 7, 18, 17, 2, 2, 2, 2, 3, 3, 3, 3}),
-                   {"\\Samps/line: 2 2"}),
-    });
+    // Both ways of points 1 to 6.
+    file_parts parts = force_file(
+        {force_part(samples16({2, 1, 12, 11, 4, 3, 14, 13, 6, 5, 16, 15, 8, 7, 18, 17, 2, 2, 2, 2, 3, 3, 3, 3}),
+                    {"\\Samps/line: 2 2"})});
     parts.scanLines[1] = "\\Operating mode: Force Volume";
-    parts.scanLines.push_back("\\*Ciao force list");
-    parts.scanLines.push_back("\\force/line: 3 0");
-    const auto result = read(build(parts));
-    const auto& image = image_at(result, 0);
-    ASSERT_EQ(image.stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(image.stream.get_dimension(0).length, 2u);
-    EXPECT_EQ(image.stream.get_dimension(1).get_axis(0), VLAxis(0, 2, "nm"));
-    EXPECT_EQ(image.stream.get_dimension(2).get_axis(0), VLAxis(0, 3, "nm"));
-    EXPECT_THAT(raw_of(image),
-                ElementsAre(2, 1, 4, 3, 6, 5, 8, 7, 2, 2, 3, 3, 12, 11, 14, 13, 16, 15, 18, 17, 2, 2, 3, 3));
+    parts.scanLines.insert(parts.scanLines.end(), {"\\*Ciao force list", "\\force/line: 3 0"});
+    EXPECT_EQ(told(read(build(parts))),
+              "Deflection Error [nN] (2: 20 + -20 nm; 3: 0 + 2 nm; 2: 0 + 3 nm) {Approach, Retract}: "
+              "5 2.5 10 7.5 15 12.5 20 17.5 5 5 7.5 7.5 30 27.5 35 32.5 40 37.5 45 42.5 5 5 7.5 7.5");
 }
 
 TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
@@ -116,42 +96,35 @@ TEST(NanoscopeForce, BiasRampsTimeAndMeasuredHeightsReplaceTheRamp)
     image_part height = force_part(samples16({5, 9}), {"\\Samps/line: 2 0"});
     height.lines[2] = "\\@4:Image Data: S [ZSensor] \"Height Sensor\"";
     const auto result = read(build(force_file({bias, time, height})));
-    EXPECT_EQ(image_at(result, 0).stream.get_dimension(0).get_axis(0), VLAxis(-1, 4, "V"));
-    EXPECT_EQ(image_at(result, 1).stream.get_dimension(0).get_axis(0), VLAxis());
-    EXPECT_THAT(raw_of(image_at(result, 0)), ElementsAre(1, 2));
+    EXPECT_EQ(told(result), "Deflection Error [nN] (2: -1 + 4 V) {Approach} over Height_Sensor: 2.5 5\n"
+                            "Deflection Error [nN] (2) {Approach} over Height_Sensor: 5 2.5\n" // time, as stored
+                            "Height Sensor [nm] (2: 20 + -20 nm) {Approach}: 50 90");
     EXPECT_FALSE(image_at(result, 0).strings.contains("\\Recorded order")); // no probe moves to a contact
-    EXPECT_THAT(raw_of(image_at(result, 1)), ElementsAre(2, 1));            // over the time as stored
-    EXPECT_STREQ(image_at(result, 0).stream.get_parameter_stream(), image_at(result, 2).stream.get_name());
-    EXPECT_FALSE(image_at(result, 2).stream.get_parameter_stream());
 }
 
 TEST(NanoscopeForce, NumbersThatAreNoneAreTold)
 {
     const struct {
-        const char *from, *to, *note;
+        std::string from, to, note;
         VLAxis values, ramp;
     } rows[] = {
-        {"(0.5 V/LSB)",
-         "(abc V/LSB)",
-         "the hard scale in Z scale",
-         {0, 7 * 20 / 65536.0 * 0.25, "nN"},
-         {20, -10, "nm"}},
+        {"(0.5 V/LSB)", "(abc V/LSB)", "the hard scale in Z", {0, 7 * 20 / 65536.0 * 0.25, "nN"}, {20, -10, "nm"}},
         {"Spring Constant: 0.25", "Spring Constant: nan", "Spring Constant is 0 or no", {0, 10, "nm"}, {20, -10, "nm"}},
         {"DeflSens: V 20 nm/V", "DeflSens: V abc", "Sens. DeflSens is no number", {0, 0.5, "V"}, {20, -10, "nm"}},
         {"Zsens: V 10 nm/V", "Zsens: V 0 nm/V", "Sens. Zsens is 0 or no number", {0, 2.5, "nN"}, {2, -1, "V"}},
         {"(0.1 V/LSB) 2 V", "(0.1 V/LSB) 0 V", "Ramp Size is 0 or no number", {0, 2.5, "nN"}, {}},
     };
+    const std::string file = build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})}));
     for (const auto& row : rows) {
-        std::string file = build(force_file({force_part(samples16({3, 2, 1, 6, 5, 4}), {"\\Samps/line: 3 3"})}));
-        const std::string to =
-            std::string(row.to) + std::string(std::string_view(row.from).size() - std::string_view(row.to).size(), ' ');
-        const auto result = read(file.replace(file.find(row.from), to.size(), to));
+        std::string to = row.to;
+        to.resize(row.from.size(), ' ');
+        const auto result = read(formats::replaced(file, row.from, to));
         ASSERT_TRUE(result) << row.to << result.error().reason;
         const auto& image = image_at(result, 0);
-        ASSERT_EQ(image.notes.size(), 1u) << row.to;
-        EXPECT_THAT(image.notes[0], testing::HasSubstr(row.note));
-        EXPECT_NEAR(image.stream.values.get_axis(0).scale, row.values.scale, 1e-9) << row.to;
-        EXPECT_STREQ(image.stream.values.get_axis(0).get_units(), row.values.get_units()) << row.to;
+        EXPECT_THAT(image.notes, ElementsAre(testing::HasSubstr(row.note))) << row.to;
+        const VLAxis& values = image.stream.values.get_axis(0);
+        EXPECT_NEAR(values.scale, row.values.scale, 1e-9) << row.to;
+        EXPECT_STREQ(values.get_units(), row.values.get_units()) << row.to;
         EXPECT_EQ(image.stream.get_dimension(0).get_axis(0), row.ramp) << row.to;
     }
 }
