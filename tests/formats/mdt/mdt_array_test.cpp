@@ -3,6 +3,7 @@
 #include "mdt_fixture.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 // Frames of described arrays.
 
@@ -11,7 +12,10 @@ namespace {
 using namespace formats;
 using namespace instrument_fixture;
 
-base::read_result<recording> read(const std::string& bytes) { return instrument_fixture::read(read_mdt, bytes); }
+base::read_result<recording> read(const mdt_array& array)
+{
+    return instrument_fixture::read(read_mdt, mdt_file({mdt_frame_of(106, array.body(), 0)}));
+}
 
 TEST(MdtArrays, OfPairsDrawTheSecondValueOverTheFirst)
 {
@@ -19,22 +23,13 @@ TEST(MdtArrays, OfPairsDrawTheSecondValueOverTheFirst)
                     {},
                     {{"Bias", "V", 0.5, 2.0, 0, 2, -2}, {"Current", "nA", 0, 1, 0, 2, -4}},
                     le16(1) + le32(10) + le16(2) + le32(static_cast<std::uint32_t>(-20)) + le16(3) + le32(30)};
-    const struct {
-        std::uint64_t first, last, count;
-        std::uint32_t cellBytes;
-    } rows[] = {{0, 2, 0, 0}, {0, 2, 3, 6}, {0, 0, 3, 6}, {1, 0, 3, 6}, {0, ~0ull, 3, 0}}; // the count goes first
-    for (const auto& row : rows) {
-        for (mdt_calibration& each : pairs.measured) {
-            each.first = row.first;
-            each.last = row.last;
-        }
-        pairs.count = row.count;
-        pairs.cellBytes = row.cellBytes;
-        const auto result = read(mdt_file({mdt_frame_of(106, pairs.body(), 0)}));
-        ASSERT_EQ(result->items.size(), 2u);
-        EXPECT_EQ(physical_of(image_at(result, 0)), (std::vector<double>{2.5, 4.5, 6.5}));
-        expect_image(image_at(result, 1),
-                     {.units = "nA", .values = {10, -20, 30}, .over = image_at(result, 0).stream.get_name()});
+    const std::tuple<std::uint64_t, std::uint64_t, std::uint64_t, std::uint32_t> rows[] = {
+        {0, 2, 0, 0}, {0, 2, 3, 6}, {0, 0, 3, 6}, {1, 0, 3, 6}, {0, ~0ull, 3, 0}}; // the count goes first
+    for (const auto& [first, last, count, cellBytes] : rows) {
+        for (mdt_calibration& each : pairs.measured) each.first = first, each.last = last;
+        pairs.count = count;
+        pairs.cellBytes = cellBytes;
+        EXPECT_EQ(told(read(pairs)), "Bias [V] (3): 2.5 4.5 6.5\nI(V) [nA] (3) over I_V__x: 10 -20 30");
     }
 }
 
@@ -56,33 +51,27 @@ TEST(MdtArrays, SayTheirUnitsAndHowTheyWereScanned)
                         2,
                         2};
         image.comment = "<Frame><Shell>" + std::string(row.comment) + "</Shell></Frame>";
-        const auto result = read(mdt_file({mdt_frame_of(106, image.body(), 0)}));
-        expect_image(image_at(result, 0), {.units = row.normal, .strings = {{row.key, row.text}}});
+        expect_image(image_at(read(image), 0), {.units = row.normal, .strings = {{row.key, row.text}}});
     }
 }
 
 TEST(MdtArrays, OfEveryNumberTypeBecomeImages)
 {
-    const struct {
-        int code;
-        std::string numbers; // 1, 2, 3, 4
-    } rows[] = {
-        {1, std::string("\1\2\3\4", 4)},
-        {-1, std::string("\1\2\3\4", 4)},
-        {2, le16(1) + le16(2) + le16(3) + le16(4)},
-        {4, le32(1) + le32(2) + le32(3) + le32(4)},
-        {-8, le64(1) + le64(2) + le64(3) + le64(4)},
-        {-5892, le_float(1) + le_float(2) + le_float(3) + le_float(4)},
-        {-13320, le_double(1) + le_double(2) + le_double(3) + le_double(4)},
+    const std::pair<int, std::string> rows[] = {
+        {1, "\1\2\3\4"},
+        {-1, "\1\2\3\4"},
+        {2, in_bytes<std::int16_t>({1, 2, 3, 4})},
+        {4, in_bytes<std::int32_t>({1, 2, 3, 4})},
+        {-8, in_bytes<std::int64_t>({1, 2, 3, 4})},
+        {-5892, in_bytes<float>({1, 2, 3, 4})},
+        {-13320, in_bytes<double>({1, 2, 3, 4})},
     };
-    for (const auto& row : rows) {
+    for (const auto& [code, numbers] : rows) {
         const mdt_array image{"2B:Mag",
                               {{"x", "um", 1, 0.5, 0, 1, 0}, {"y", "um", 2, 0.25, 0, 1, 0}},
-                              {{"Mag", "", 10, 2, 0, 0, row.code}},
-                              row.numbers};
-        const auto result = read(mdt_file({mdt_frame_of(106, image.body(), 0)}));
-        SCOPED_TRACE(row.code);
-        expect_image(image_at(result, 0), {.axes = {"1 0.5 \u00B5m", "2 0.25 \u00B5m"}, .values = {12, 14, 16, 18}});
+                              {{"Mag", "", 10, 2, 0, 0, code}},
+                              numbers};
+        EXPECT_EQ(told(read(image)), "Mag (2: 1 + 0.5 \u00B5m; 2: 2 + 0.25 \u00B5m) {Reverse}: 12 14 16 18") << code;
     }
 }
 
@@ -100,14 +89,10 @@ TEST(MdtArrays, OfThreeDimensionsAreSpectraAtPoints)
         wave{"Wavelength", "nm", 500, 3, 0, 1, 0};
     const std::vector<mdt_calibration> measured = {{"Counts", "", 0, 2, 0, 0, -2}, {"Phase", "V", 0, 1, 0, 0, 1}};
     // The spectrum runs slowest in the file (x, y, wave) and fastest in the volume.
-    const mdt_array map{"Raman", {x, y, wave}, measured, numbered_cells(12)};
-    const auto result = read(mdt_file({mdt_frame_of(106, map.body(), 0)}));
-    ASSERT_EQ(result->items.size(), 2u);
-    expect_image(image_at(result, 0), {.label = "Raman Counts",
-                                       .axes = {"500 3 nm", "1 0.5 \u00B5m", "2 0.25 \u00B5m"},
-                                       .values = {0, 12, 2, 14, 4, 16, 6, 18, 8, 20, 10, 22}});
-    EXPECT_EQ(physical_of(image_at(result, 1)).at(1), 106); // the second value of cell 6
-    EXPECT_STREQ(image_at(result, 1).stream.values.get_axis(0).get_units(), "V");
+    const std::string grid = "; 3: 1 + 0.5 \u00B5m; 2: 2 + 0.25 \u00B5m): ";
+    EXPECT_EQ(told(read({"Raman", {x, y, wave}, measured, numbered_cells(12)})),
+              "Raman Counts (2: 500 + 3 nm" + grid + "0 12 2 14 4 16 6 18 8 20 10 22\nRaman Phase [V] (2: 500 + 3 nm" +
+                  grid + "100 106 101 107 102 108 103 109 104 110 105 111");
 
     // Without names the units tell, and without these the order of the file stays.
     const auto anonymous = [](mdt_calibration dimension, const char* units) {
@@ -116,9 +101,8 @@ TEST(MdtArrays, OfThreeDimensionsAreSpectraAtPoints)
         return dimension;
     };
     for (const auto& [units, second] : {std::pair("1/cm", 12.0), std::pair("um", 2.0)}) {
-        const mdt_array unnamed{
-            "Raman", {anonymous(x, "um"), anonymous(y, "um"), anonymous(wave, units)}, measured, numbered_cells(12)};
-        const auto found = read(mdt_file({mdt_frame_of(106, unnamed.body(), 0)}));
+        const auto found = read(
+            {"Raman", {anonymous(x, "um"), anonymous(y, "um"), anonymous(wave, units)}, measured, numbered_cells(12)});
         EXPECT_EQ(physical_of(image_at(found, 0)).at(1), second) << units;
     }
 }
@@ -126,14 +110,13 @@ TEST(MdtArrays, OfThreeDimensionsAreSpectraAtPoints)
 TEST(MdtArray, CellsThatNoIndexRangeTakesAreTold)
 {
     mdt_array each{"odd", {{"x", "um", 0, 1, 0, 1, 0}, {"y", "um", 0, 1, 0, 1, 0}}, {{"z", "", 0, 1, 0, 0, 4}}, ""};
-    for (unsigned i = 0; i < 6; ++i) each.cells += le32(i);
-    const auto items_for = [&](std::uint64_t cells) {
+    each.cells = in_bytes<std::int32_t>({0, 1, 2, 3, 4, 5});
+    const auto notes_for = [&](std::uint64_t cells) {
         each.count = cells;
-        return read(mdt_file({mdt_frame_of(106, each.body(), 0)}))->items;
+        return image_at(read(each), 0).notes;
     };
-    const auto notes = [](const auto& items) { return std::get<recorded_image>(items.at(0)).notes; };
-    EXPECT_EQ(notes(items_for(6)), std::vector<std::string>{"the index ranges take 4 of the 6 cells that are there"});
-    EXPECT_TRUE(notes(items_for(4)).empty());
+    EXPECT_EQ(notes_for(6), std::vector<std::string>{"the index ranges take 4 of the 6 cells that are there"});
+    EXPECT_TRUE(notes_for(4).empty());
 }
 
 } // namespace

@@ -95,8 +95,8 @@ struct mdt_array {
 
     std::string body() const
     {
-        std::string records, wide;
-        for (const char c : comment) wide += {c, '\0'};
+        std::string records;
+        const std::string wide = utf16_of(comment);
         for (const auto* list : {&dimensions, &measured})
             for (const mdt_calibration& each : *list) records += each.record();
         const std::string head = le32(76) + le32(0) + std::string(36, '\0') + le32(title.size()) + le32(wide.size()) +

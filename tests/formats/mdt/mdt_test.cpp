@@ -74,11 +74,10 @@ TEST(Mdt, SettingsThatAScanLacksAreLeftOut)
 TEST(Mdt, CurvesAtPointsArePaddedAndKeepTheirLengths)
 {
     const auto result = read(mdt_file({mdt_frame_of(201, mdt_point_curves({{{1, 2, 3}, {4, 5}}, {{7}, {}}}, -2))}));
+    EXPECT_EQ(told(result), "Curve [nm] (3: 5 + 0.5 \u00B5m) {Point 1, Forward, Point 1, Reverse, Point 2, Forward}: "
+                            "9 8 7 6 5 5 3 3 3");
     expect_image(image_at(result, 0),
-                 {.axes = {"5 0.5 \u00B5m"},
-                  .parts = {"Point 1, Forward", "Point 1, Reverse", "Point 2, Forward"},
-                  .values = {9, 8, 7, 6, 5, 5, 3, 3, 3},
-                  .strings = {{"\\Curve lengths", "3 2 1"}, {"Points", "0 0 \u00B5m; 1 0.5 \u00B5m"}}});
+                 {.strings = {{"\\Curve lengths", "3 2 1"}, {"Points", "0 0 \u00B5m; 1 0.5 \u00B5m"}}});
     const auto single = read(mdt_file({mdt_frame_of(1, mdt_single_curve({3, 1, 2}, 2))})); // behind its dots
     EXPECT_EQ(physical_of(image_at(single, 0)), (std::vector<double>{7, 9, 8}));
 }
@@ -110,24 +109,18 @@ TEST(Mdt, PointsListTheirMeasurements)
     const struct {
         std::string points;
         std::vector<std::pair<std::string, std::string>> lists;
-        std::vector<std::string> names;
+        std::string names;
     } rows[] = {
-        {two, {{"a", first}, {"b", le32(1)}}, {"Point 1, Forward", "Point 2, Reverse", "Point 1, Forward"}},
-        {two, {{"b", le32(1) + "cut"}}, {"Forward", "Point 2, Reverse", "Forward"}},
-        {two, {{"a", le32(3) + le32(~0u)}, {"b", ""}}, {"Forward", "Reverse", "Forward"}}, // no such measurements
-        {shared, {{"a", first}}, {"Point 1, Forward", "Reverse", "Point 2, Forward"}},
-        {"<Point name='a' offset='99' meas='1' exec='3'/>", {{"a", first}}, {"Forward", "Reverse", "Forward"}},
+        {two, {{"a", first}, {"b", le32(1)}}, "Point 1, Forward, Point 2, Reverse, Point 1, Forward"},
+        {two, {{"b", le32(1) + "cut"}}, "Forward, Point 2, Reverse, Forward"},
+        {two, {{"a", le32(3) + le32(~0u)}, {"b", ""}}, "Forward, Reverse, Forward"}, // no such measurements
+        {shared, {{"a", first}}, "Point 1, Forward, Reverse, Point 2, Forward"},
+        {"<Point name='a' offset='99' meas='1' exec='3'/>", {{"a", first}}, "Forward, Reverse, Forward"},
     };
-    for (const auto& row : rows) {
-        const auto result = read(spectra_at_points(3, row.points, row.lists));
-        ASSERT_EQ(result->items.size(), 1u);
-        SCOPED_TRACE(row.points);
-        // x falls, so that curves are turned round unless they were recorded in reverse.
-        expect_image(image_at(result, 0),
-                     {.units = "\u00B5A", .axes = {"3 2 \u00B0"}, .parts = row.names, .values = {10, 0, 1, 11, 12, 2}});
-    }
+    for (const auto& row : rows) // x falls, so that curves are turned round unless they were recorded in reverse
+        EXPECT_EQ(told(read(spectra_at_points(3, row.points, row.lists))),
+                  "I [\u00B5A] (2: 3 + 2 \u00B0) {" + row.names + "}: 10 0 1 11 12 2");
     const auto placed = read(spectra_at_points(1, two, {}));
-    ASSERT_TRUE(placed);
     EXPECT_EQ(image_at(placed, 0).strings.at("Points"), "1 2 \u00B5m; ");
 }
 
