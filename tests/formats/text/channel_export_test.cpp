@@ -29,9 +29,7 @@ TEST(ChannelExport, ADamagedLineCostsNoMoreThanItsField)
     const std::string x = "3: 0 + 3 \u00B5m", y = "2: 0 + 2 \u00B5m", heights = ": 4 5 6 1 2 3",
                       all = "T [m] (" + x + "; " + y + ")" + heights;
     const std::string noMark = " lacks its comment mark";
-    const struct {
-        std::string header, told;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {name + width + height + units, all},
         {name + "Width: 9 um\n" + height + units, all + "\nthe header line \"Width: 9 um\"" + noMark},
         {"Channel: T\n" + width + height + units, all + "\nthe header line \"Channel: T\"" + noMark},
@@ -59,7 +57,7 @@ TEST(ChannelExport, ADamagedLineCostsNoMoreThanItsField)
         {name + width + height + units + "garbage\n", all + "\nthe line \"garbage\" before the rows was passed over"},
         {name + width + height + units + "# a remark\n", all},
     };
-    for (const auto& each : cases) EXPECT_EQ(told_with_notes(each.header), each.told) << each.header;
+    for (const auto& [header, line] : cases) EXPECT_EQ(told_with_notes(header), line) << header;
 }
 
 TEST(ChannelExport, OtherWritersUnitsAndCountsAreToldWhenTheyAreNone)
@@ -68,9 +66,7 @@ TEST(ChannelExport, OtherWritersUnitsAndCountsAreToldWhenTheyAreNone)
     const std::string turned = " (3: 0 + 3 \u00B5m; 2: 0 + 2 \u00B5m): 3 2 1 6 5 4";
     const std::string spip = "# File Format = ASCII\n";
     const std::string data = "# Start of Data:\n", plain = ": 4 5 6 1 2 3";
-    const struct {
-        std::string header, told;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {wsxm + "Z Amplitude: 7x nm\n",
          "Z" + turned + "\nZ Amplitude, \"7x nm\", is no number with a unit: values have none"},
         {wsxm + "Z Amplitude: 7 qq\n", "Z [qq]" + turned + "\nZ Amplitude, \"qq\", is no known unit"},
@@ -78,7 +74,7 @@ TEST(ChannelExport, OtherWritersUnitsAndCountsAreToldWhenTheyAreNone)
         {spip + "# x-pixels = 0x3\n" + data,
          "Z (3; 2)" + plain + "\nx-pixels, \"0x3\", is no count: the lines of numbers decide"},
     };
-    for (const auto& each : cases) EXPECT_EQ(told_with_notes(each.header), each.told) << each.header;
+    for (const auto& [header, line] : cases) EXPECT_EQ(told_with_notes(header), line) << header;
     expect_refused(read_text_table,
                    {{spip + "# x-length = 0x10\n" + data + rows, "no number: the stated width is \"0x10\""}});
 }

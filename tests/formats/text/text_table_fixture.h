@@ -1,5 +1,6 @@
 #pragma once
 #include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
 #include "formats/text/text_table.h"
 
 #include <string>
@@ -12,11 +13,16 @@ inline base::read_result<formats::recording> read(const std::string& text)
     return instrument_fixture::read(formats::read_text_table, text, "table.txt");
 }
 
-inline std::string utf16(const std::string& ascii, bool bigEndian)
+/// UTF-16 with its mark.
+inline std::string utf16(const std::string& ascii, bool isBigEndian)
 {
-    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
-    for (const char c : ascii) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
-    return bytes;
+    return (isBigEndian ? "\xFE\xFF" : "\xFF\xFE") + formats::utf16_of(ascii, 0, isBigEndian);
+}
+
+/// The first warning, or an empty text.
+inline std::string first_note(const base::read_result<formats::recording>& result)
+{
+    return !result || result->warnings.empty() ? "" : result->warnings[0];
 }
 
 /// Header of a matrix of a stated size whose lines may break its rows.

@@ -11,10 +11,7 @@ using namespace text_table_fixture;
 TEST(TextTableRefuses, WithTheLineAndTheReason)
 {
     const std::string wsxm = "WSxM file copyright UAM\n", interferometer = "\npixel size=1 m\n1 2\n3 4\n";
-    const struct {
-        std::string text;
-        const char* reason;
-    } rows[] = {
+    const std::pair<std::string, const char*> rows[] = {
         {"", "the text holds no lines of numbers"},
         {"-\n***\n", "the text holds no lines of numbers"},
         {std::string("1 2 3\0 4\n", 9), "not a text: it holds NUL bytes"},
@@ -53,7 +50,7 @@ TEST(TextTableRefuses, WithTheLineAndTheReason)
         {channelExport + "1.5 x2.5 3.5\n4.5 5.5 6.5\n7.5 8.5 9.5\n",
          "the line before the numbers: \"x2.5\" is no number"},
     };
-    for (const auto& row : rows) EXPECT_EQ(told(read(row.text)), row.reason);
+    for (const auto& [text, reason] : rows) EXPECT_EQ(told(read(text)), reason);
 }
 
 TEST(TextTableRefuses, StrayMarksAmongDecimalCommas)
@@ -82,31 +79,25 @@ TEST(TextTableRefuses, LinesAndSidesBeyondTheLimits)
 TEST(TextTable, IsRecognisedByItsFirstLines)
 {
     const std::string wsxm = "WSxM file copyright UAM\n";
-    const struct {
-        std::string text;
-        bool isCertain, isPossible;
-    } rows[] = {
-        {channelExport + "1 2\n", true, true},
-        {utf16("# Channel: Z\n# Width: 1 um\n# Height: 1 um\n1 2\n", false), true, true},
-        {wsxm + "WSxM ASCII Matrix file\nX Amplitude: 1 um\n", true, true},
-        {wsxmPoints + "1", true, true},
-        {wsxm + "SxM Image file\nImage header size: 1\n", false, false},
-        {spip(256, 1), true, true},
-        {"h=305 w=75\npixel size=3.7e-7 m\n", true, true},
-        {"Experiment\tspectroscopy\t\n[DATA]\nBias (V)\tCurrent (A)\n1 2\n", true, true},
-        {"1 2 3\n4 5 6\n", false, true},
-        {"um um\n3\n", false, true},
-        {"# Name: a\n# Width: wide\n# Height: 2 m\n", false, true},
-        {"no digits here\n", false, false},
-        {std::string("1 2\0 3", 6), false, false},
-        {"\x01\x02 12", false, false},
-        {"", false, false},
+    const std::string certain[] = {channelExport + "1 2\n",
+                                   utf16("# Channel: Z\n# Width: 1 um\n# Height: 1 um\n1 2\n", false),
+                                   wsxm + "WSxM ASCII Matrix file\nX Amplitude: 1 um\n",
+                                   wsxmPoints + "1",
+                                   spip(256, 1),
+                                   "h=305 w=75\npixel size=3.7e-7 m\n",
+                                   "Experiment\tspectroscopy\t\n[DATA]\nBias (V)\tCurrent (A)\n1 2\n"},
+                      possible[] = {"1 2 3\n4 5 6\n", "um um\n3\n", "# Name: a\n# Width: wide\n# Height: 2 m\n"},
+                      none[] = {wsxm + "SxM Image file\nImage header size: 1\n", "no digits here\n",
+                                std::string("1 2\0 3", 6), "\x01\x02 12", ""};
+    const auto expect = [](std::span<const std::string> texts, bool isCertain, bool isPossible) {
+        for (const std::string& text : texts) {
+            EXPECT_EQ(sniff_text_table(std::as_bytes(std::span(text))), isCertain) << text;
+            EXPECT_EQ(possible_text_table(std::as_bytes(std::span(text))), isPossible) << text;
+        }
     };
-    for (const auto& row : rows) {
-        const auto head = std::as_bytes(std::span(row.text));
-        EXPECT_EQ(sniff_text_table(head), row.isCertain) << row.text;
-        EXPECT_EQ(possible_text_table(head), row.isPossible) << row.text;
-    }
+    expect(certain, true, true);
+    expect(possible, false, true);
+    expect(none, false, false);
 }
 
 TEST(TextTable, CutAnywhereGivesAPartOrAReason)
