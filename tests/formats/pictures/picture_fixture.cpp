@@ -41,6 +41,17 @@ std::vector<colour> pixels_of(const formats::picture& picture)
     return pixels;
 }
 
+void expect_pixels(const formats::picture& picture, int width, int height,
+                   const std::function<colour(int, int)>& expected, int tolerance)
+{
+    ASSERT_EQ(picture.header.biWidth, width);
+    ASSERT_EQ(picture.header.biHeight, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            for (const auto channel : {&colour::red, &colour::green, &colour::blue})
+                ASSERT_NEAR(pixel_of(picture, x, y).*channel, expected(x, y).*channel, tolerance) << x << ", " << y;
+}
+
 formats::picture only_picture(const base::read_result<formats::recording>& result)
 {
     if (!result) {

@@ -61,10 +61,7 @@ TEST(Png, ShowsEveryKindOfColours)
         SCOPED_TRACE(file.file);
         const auto result = read(read_png, bytes_of(file.file));
         const auto shown = only_picture(result);
-        ASSERT_EQ(shown.header.biWidth, width);
-        ASSERT_EQ(shown.header.biHeight, height);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) ASSERT_EQ(pixel_of(shown, x, y), expected(file, x, y)) << x << ", " << y;
+        expect_pixels(shown, width, height, [&](int x, int y) { return expected(file, x, y); });
         EXPECT_EQ(shown.header.biXPelsPerMeter, file.hasResolution ? 11811 : 0);
         EXPECT_EQ(shown.header.biYPelsPerMeter, file.hasResolution ? 5906 : 0);
         EXPECT_EQ(result->strings.at("Title"), "Größ") << "Latin-1 in the file";

@@ -88,12 +88,9 @@ TEST(Tiff, GreyAndColoursBecomePictures)
     for (const tiff_page& page : pictures) {
         SCOPED_TRACE(page.file);
         const auto shown = only_picture(read(seed("tiff/" + page.file + ".tif").content));
-        ASSERT_EQ(shown.header.biWidth, static_cast<int>(width));
-        ASSERT_EQ(shown.header.biHeight, static_cast<int>(height));
-        for (unsigned y = 0; y < height; ++y)
-            for (unsigned x = 0; x < width; ++x)
-                ASSERT_EQ(pixel_of(shown, static_cast<int>(x), static_cast<int>(y)), expected_colour(page, x, y))
-                    << x << ", " << y;
+        expect_pixels(shown, width, height, [&](int x, int y) {
+            return expected_colour(page, static_cast<unsigned>(x), static_cast<unsigned>(y));
+        });
     }
 }
 
@@ -136,11 +133,6 @@ TEST(Tiff, ValuesBecomeHeightsWithTheBottomRowFirst)
     }
 }
 
-const recorded_image& image_of(const base::read_result<recording>& result, std::size_t index)
-{
-    return std::get<recorded_image>(result->items.at(index));
-}
-
 const std::string body = "\1\2\3\4\5\6\7\x8"; // stands at byte 8
 
 /// A page of 2 by 2 grey samples, the first ones of `body`, with these tags instead or besides.
@@ -165,9 +157,9 @@ TEST(Tiff, AllPagesComeInTheirOrderWithTheirTexts)
     ASSERT_TRUE(result) << result.error().reason;
     ASSERT_EQ(result->items.size(), 4u);
     EXPECT_EQ(result->strings.at("ImageDescription"), "the first \xef\xbf\xbd"); // no UTF-8
-    EXPECT_EQ(image_of(result, 1).strings.at("ImageDescription"), "a later one");
+    EXPECT_EQ(image_at(result, 1).strings.at("ImageDescription"), "a later one");
     const char* const names[] = {"Image", "Topography", "Image_2"};
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_STREQ(image_of(result, i + 1).stream.get_name(), names[i]);
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_STREQ(image_at(result, i + 1).stream.get_name(), names[i]);
 }
 
 TEST(Tiff, ResolutionBecomesAxesAndHeaderFields)
@@ -189,7 +181,7 @@ TEST(Tiff, ResolutionBecomesAxesAndHeaderFields)
                                               tiff_builder::whole(296, row.unit)};
         const auto result = read(file_of(body, {page_with(tags, 16), page_with(tags)}));
         ASSERT_TRUE(result) << result.error().reason;
-        EXPECT_THAT(told(image_of(result, 0)), HasSubstr(row.axes));
+        EXPECT_THAT(told(image_at(result, 0)), HasSubstr(row.axes));
         EXPECT_EQ(std::get<picture>(result->items[1]).header.biXPelsPerMeter, row.headerX);
     }
 }
@@ -201,7 +193,7 @@ TEST(Tiff, AResolutionThatLiesBeyondTheFileIsTold)
     bytes.replace(bytes.find(entry) + entry.size(), 4, "\x7F\x7F\x7F\x7F");
     const auto result = read(bytes);
     ASSERT_TRUE(result) << result.error().reason;
-    EXPECT_THAT(told(image_of(result, 0)), HasSubstr("(2: 0 + 1 px; 2: 0 + 100 \u00B5m)"));
+    EXPECT_THAT(told(image_at(result, 0)), HasSubstr("(2: 0 + 1 px; 2: 0 + 100 \u00B5m)"));
     EXPECT_THAT(result->warnings, ElementsAre(HasSubstr("XResolution")));
 }
 
