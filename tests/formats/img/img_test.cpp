@@ -28,7 +28,7 @@ std::string real48(double value)
 
 std::string pascal(const std::string& text) { return little_endian(text.size(), 1) + text; }
 
-const std::string six = le16(1) + le16(2) + le16(3) + le16(4) + le16(5) + le16(0x10000 - 6);
+const std::string six = in_bytes<std::int16_t>({1, 2, 3, 4, 5, -6});
 
 std::string burleigh(unsigned type)
 {

@@ -60,14 +60,13 @@ channel_parts spectroscopy(const std::string& frame, const std::string& name, in
 }
 
 /// Lines of deflections on one of both ways.
-channel_parts approach_of(int lines, std::vector<int> samples, const std::string& extra = {})
+channel_parts approach_of(int lines, const std::vector<int>& samples, const std::string& extra = {})
 {
-    return spectroscopy("Spec forward", "Deflection", lines, std::move(samples), extra);
+    return spectroscopy("Spec forward", "Deflection", lines, samples, extra);
 }
-
-channel_parts retract_of(int lines, std::vector<int> samples, const std::string& extra = {})
+channel_parts retract_of(int lines, const std::vector<int>& samples, const std::string& extra = {})
 {
-    return spectroscopy("Spec backward", "Deflection", lines, std::move(samples), extra);
+    return spectroscopy("Spec backward", "Deflection", lines, samples, extra);
 }
 
 base::read_result<formats::recording> read(const std::vector<channel_parts>& channels, const std::string& extra = {},
@@ -222,9 +221,8 @@ TEST(Nid, ADamagedDirectionLeavesTheOtherOne)
     for (const auto& [from, to] : {std::pair<std::string, std::string>{"Dim2Range=2", "Dim2Range=nan"},
                                    {"Dim2Min=-1", "Dim2Min=abc"},
                                    {"Dim0Range=4e-6", "Dim0Range=inf"}}) {
-        std::string file = plain;
-        const auto finished = formats::finish_recording(
-            instrument_fixture::read(formats::read_nid, file.replace(file.find(from), from.size(), to)));
+        const auto finished =
+            formats::finish_recording(instrument_fixture::read(formats::read_nid, formats::replaced(plain, from, to)));
         ASSERT_TRUE(finished) << to << ": " << finished.error().reason;
         ASSERT_EQ(finished->items.size(), 1u) << to;
         EXPECT_EQ(raw_of(image_at(finished, 0)), back.samples) << to;
@@ -239,8 +237,7 @@ TEST(Nid, RefusesWhatCannotBe)
         return build({approach_of(2, {1, 2, 3, 4}, "LineDim1Points=" + points + "\r\n")});
     };
     const auto with = [&](const std::string& from, const std::string& to) {
-        std::string file = plain;
-        return file.replace(file.find(from), from.size(), to);
+        return formats::replaced(plain, from, to);
     };
     expect_refused(
         formats::read_nid,

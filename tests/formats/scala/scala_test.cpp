@@ -1,5 +1,6 @@
 #include "formats/instrument_fixture.h"
 #include "formats/scala/scala.h"
+#include "formats/shared/bytes.h"
 #include "formats/shared/finish_recording.h"
 
 #include <gtest/gtest.h>
@@ -33,9 +34,7 @@ std::string spectroscopy(const std::string& file, const std::string& points = "3
 
 std::string samples(const std::vector<int>& values)
 {
-    bytes_builder out;
-    for (const int value : values) out.add(static_cast<std::int16_t>(value), std::endian::big);
-    return out.content;
+    return formats::in_bytes<std::int16_t>(values, std::endian::big);
 }
 
 const std::string six = samples({1, 2, 3, 4, 5, 6});
@@ -80,18 +79,16 @@ TEST(Scala, ReadsParametersAsTheyAreWritten)
     EXPECT_EQ(result->warnings,
               std::vector<std::string>{"\"I\" is left out: the scale of the values is 0: it is told by Resolution"});
 
-    const std::string channel = topography("Z", "Forward", "a.tf0"), key = "Field X Size in nm";
-    std::string wide = geometry, missing = geometry;
-    wide.replace(wide.find(key) + key.size(), 5, " : wide");
-    missing.replace(missing.find(key), key.size(), "Other");
-    const folder data = {{"a.tf0", six}};
-    const auto set_of = [&](const std::string& lines) {
-        folder files = data;
-        files["a.par"] = head + lines + channel;
-        return formats::finish_recording(read(formats::read_scala, files, "a.par"));
+    const std::string key = "Field X Size in nm";
+    const auto set_of = [&](const std::string& from, const std::string& to) {
+        const std::string text = head + formats::replaced(geometry, from, to) + topography("Z", "Forward", "a.tf0");
+        return formats::finish_recording(read(formats::read_scala, folder{{"a.par", text}, {"a.tf0", six}}, "a.par"));
     };
-    EXPECT_NE(told(set_of(wide)).find("axis 1 is no number: it is told by Field X Size in nm"), std::string::npos);
-    EXPECT_EQ(set_of(missing)->warnings, std::vector<std::string>{"no Field X Size in nm: X is counted in points"});
+    EXPECT_NE(
+        told(set_of(key + " : 30", key + " : wide")).find("axis 1 is no number: it is told by Field X Size in nm"),
+        std::string::npos);
+    EXPECT_EQ(set_of(key, "Other")->warnings,
+              std::vector<std::string>{"no Field X Size in nm: X is counted in points"});
 }
 
 TEST(Scala, FindsDataFilesWhateverTheirNamesBecame)

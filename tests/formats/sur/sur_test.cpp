@@ -1,4 +1,5 @@
 #include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
 #include "formats/sur/sur.h"
 
 #include <cmath>
@@ -19,15 +20,7 @@ struct object_parts {
     std::string data = std::string("\1\0\2\0\3\0\4\0", 8); ///< 1, 2 over 3, 4
 };
 
-template <class T>
-std::string numbers(const std::vector<int>& values)
-{
-    bytes_builder out;
-    for (const int value : values) out.add(static_cast<T>(value));
-    return out.content;
-}
-
-std::string samples16(const std::vector<int>& values) { return numbers<std::int16_t>(values); }
+std::string samples16(const std::vector<int>& values) { return formats::in_bytes<std::int16_t>(values); }
 
 std::string build(const object_parts& parts)
 {
@@ -97,7 +90,7 @@ TEST(Sur, NotMeasuredPointsTakeTheLowestValue)
     }
     parts.bits = 32;
     parts.lowest = -100000;
-    parts.data = numbers<std::int32_t>({-100002, 100000, 0, -50000});
+    parts.data = formats::in_bytes<std::int32_t>({-100002, 100000, 0, -50000});
     const auto wide = read(sur_reader, build(parts));
     expect_image(image_at(wide, 0), {.values = {10, -24990, -24990, 50010}, .isFitted = true});
 }
@@ -113,22 +106,14 @@ TEST(Sur, KindsAndValuesPerPointMakeTheShape)
     map.data = samples16({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
     several.pointValues = stray.pointValues = 2; // which count where the data have them
     several.data = samples16({1, 2, 3, 4, 5, 6, 7, 8});
-    const struct {
-        object_parts parts;
-        std::vector<int> raw;
-        unsigned dimensions;
-    } rows[] = {{series, {1, 2, 3, 4, 5, 6}, 1},
-                {map, {6, 7, 8, 9, 10, 11, 0, 1, 2, 3, 4, 5}, 3},
-                {several, {5, 6, 7, 8, 1, 2, 3, 4}, 3},
-                {stray, {3, 4, 1, 2}, 2}};
-    for (const auto& row : rows) {
-        const auto result = read(sur_reader, build(row.parts));
-        EXPECT_EQ(image_at(result, 0).stream.get_dimensions_number(), row.dimensions);
-        EXPECT_EQ(raw_of(image_at(result, 0)), row.raw);
-    }
-    const auto spectra = read(sur_reader, build(map));
-    EXPECT_EQ(axis_text(image_at(spectra, 0), 0), "400 0.5 nm");
-    EXPECT_EQ(axis_text(image_at(spectra, 0), 2), "-1 2 mm");
+    const std::string spectra = " + 0.5 nm; 2: 7 + 0.25 \u00B5m; 2: -1 + 2 mm): ";
+    const std::pair<object_parts, std::string> rows[] = {
+        // half steps above 10
+        {series, "(3: 7 + 0.25 \u00B5m): 10.5 11 11.5 12 12.5 13"},
+        {map, "(3: 400" + spectra + "13 13.5 14 14.5 15 15.5 10 10.5 11 11.5 12 12.5"},
+        {several, "(2: 400" + spectra + "12.5 13 13.5 14 10.5 11 11.5 12"},
+        {stray, "(2: 7 + 0.25 \u00B5m; 2: -1 + 2 mm): 11.5 12 10.5 11"}};
+    for (const auto& [parts, line] : rows) EXPECT_EQ(told(read(sur_reader, build(parts))), "Grain [nm] " + line);
 }
 
 TEST(Sur, ObjectsFollowOneAnother)

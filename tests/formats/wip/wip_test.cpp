@@ -1,4 +1,5 @@
 #include "formats/instrument_fixture.h"
+#include "formats/shared/bytes.h"
 #include "formats/wip/wip.h"
 
 #include <cmath>
@@ -29,16 +30,11 @@ void write(bytes_builder& out, const tag& which)
 template <class T>
 tag values(const std::string& name, unsigned type, const std::vector<double>& numbers)
 {
-    bytes_builder out;
-    for (const double number : numbers) out.add(static_cast<T>(number));
-    return {name, type, out.content};
+    return {name, type, formats::in_bytes<T>(numbers)};
 }
 tag i32(const std::string& name, double number) { return values<std::int32_t>(name, 5, {number}); }
 tag f64(const std::string& name, const std::vector<double>& numbers) { return values<double>(name, 2, numbers); }
-tag text(const std::string& name, const std::string& value)
-{
-    return {name, 9, bytes_builder().add(std::uint32_t(value.size())).text(value).content};
-}
+tag text(const std::string& name, const std::string& value) { return {name, 9, formats::le32(value.size()) + value}; }
 
 /// A data object: its class, its number, its title and its own tags.
 struct object {
