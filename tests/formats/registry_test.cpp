@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -28,10 +29,7 @@ std::string zip_entry(const std::string& name)
 
 TEST(Registry, PatternsMatchFileNames)
 {
-    const struct {
-        const char *pattern, *name;
-        bool matches;
-    } rows[] = {
+    const std::tuple<const char*, const char*, bool> rows[] = {
         {"*.0??", "scan.001", true},
         {"*.0??", "scan.0012", false},
         {"*.0??", "a.b.0zz", true},
@@ -47,8 +45,8 @@ TEST(Registry, PatternsMatchFileNames)
         {"**a**", "bab", true},
         {"*aab", "aaaab", true},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(formats::pattern_matches(row.pattern, row.name), row.matches) << row.pattern << " " << row.name;
+    for (const auto& [pattern, name, matches] : rows)
+        EXPECT_EQ(formats::pattern_matches(pattern, name), matches) << pattern << " " << name;
 }
 
 TEST(Registry, TheContentDecidesWhateverTheNameSays)
@@ -71,11 +69,7 @@ std::vector<int> to_try(const std::string& head, const char* name)
 TEST(Registry, WhatTheNameSuggestsIsTriedFirstAndTablesUnderAnyName)
 {
     const std::string table = "1 2 3\n4 5 6\n", wave("\5\0 1", 4), tree("\0\0\0\0\4", 5);
-    const struct {
-        std::string head;
-        const char* name;
-        std::vector<int> types;
-    } rows[] = {
+    const std::tuple<std::string, const char*, std::vector<int>> rows[] = {
         {table, "m.txt", {FILE_TEXT}},
         {table, "", {FILE_TEXT}},
         {table, "m.par", {FILE_TEXT}}, // samples of that name have bytes that no text has
@@ -91,10 +85,10 @@ TEST(Registry, WhatTheNameSuggestsIsTriedFirstAndTablesUnderAnyName)
         {"prose", "m.csv", {}},
         {"\\*File list\r\n\\Version: 0x05120000\r\n 1 2 3", "m.par", {FILE_NANOSCOPE}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(to_try(row.head, row.name), row.types) << row.name << ": " << row.head;
-        const SupportedFileTypes likely = type_of(row.head, row.name);
-        EXPECT_TRUE(likely == FILE_UNKNOWN || likely == row.types.at(0)) << row.name;
+    for (const auto& [head, name, types] : rows) {
+        EXPECT_EQ(to_try(head, name), types) << name << ": " << head;
+        const SupportedFileTypes likely = type_of(head, name);
+        EXPECT_TRUE(likely == FILE_UNKNOWN || likely == types.at(0)) << name;
     }
 }
 

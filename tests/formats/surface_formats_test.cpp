@@ -5,6 +5,7 @@
 #include "instrument_fixture.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 // Formats of surfaces with one header and points that were not measured.
 
@@ -164,21 +165,17 @@ TEST(Opd, WhatGivesNoScaleIsNamed)
     EXPECT_EQ(bare->strings.at("\\Reader note"), "no Pixel_size in the file: sides are counted in points");
     EXPECT_EQ(image_at(bare, 0).strings.at("\\Z scale"), "raw * 1 + 0 from no Wavelength in the file");
     EXPECT_EQ(image_at(bare, 0).stream.get_dimension(0).get_axis(0), VLAxis());
-    struct {
-        std::vector<opd_piece> pieces;
-        std::vector<double> values;
-        std::vector<std::string> notes;
-    } const rows[] = {
+    const std::tuple<std::vector<opd_piece>, std::vector<double>, std::vector<std::string>> rows[] = {
         {{heights}, {118, 236}, {noWavelength, noMult}},
         {{heights, mult}, {0.5, 1}, {noWavelength}}, // raw / Mult wavelengths
         {{heights, wavelength, pixelSize}, {118 * 600, 236 * 600}, {noAspect, noMult}},
         {{heights, wavelength, pixelSize, mult, {"Aspect", 7, le_float(1)}}, {300, 600}, {}},
     };
-    for (const auto& row : rows) {
-        const auto result = read(read_opd, opd_file(row.pieces));
+    for (const auto& [pieces, values, notes] : rows) {
+        const auto result = read(read_opd, opd_file(pieces));
         ASSERT_TRUE(result) << result.error().reason;
-        expect_image(image_at(result, 0), {.values = row.values});
-        EXPECT_EQ(image_at(result, 0).notes, row.notes);
+        expect_image(image_at(result, 0), {.values = values});
+        EXPECT_EQ(image_at(result, 0).notes, notes);
     }
     const auto longer = read(read_opd, opd_file({{"OPD", 3, opd_array(2, 1, 2, le16(1) + le16(2) + le16(3))}}));
     EXPECT_EQ(image_at(longer, 0).notes.at(0), "columns times rows take 4 bytes of the 6 that are there");

@@ -3,6 +3,7 @@
 #include "formats/shared/bytes.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -139,18 +140,15 @@ TEST(Ibw, LabelsKeepWhatIsNeitherChannelNorDirection)
 
 TEST(Ibw, ImagesLieAtTheOffsetOfTheScan)
 {
-    const struct {
-        double start;
-        const char *units, *axes;
-    } rows[] = {{0, "m", "2: 2e-06 + 0.5 m; 1: -3e-06 + 0.5 m"},
-                {0, "um", "2: 2 + 0.5 \u00B5m; 1: -3 + 0.5 \u00B5m"},
-                {1, "m", "2: 1 + 0.5 m; 1: 1 + 0.5 m"},
-                {0, "s", "2: 0 + 0.5 s; 1: 0 + 0.5 s"}};
+    const std::tuple<double, const char*, const char*> rows[] = {{0, "m", "2: 2e-06 + 0.5 m; 1: -3e-06 + 0.5 m"},
+                                                                 {0, "um", "2: 2 + 0.5 \u00B5m; 1: -3 + 0.5 \u00B5m"},
+                                                                 {1, "m", "2: 1 + 0.5 m; 1: 1 + 0.5 m"},
+                                                                 {0, "s", "2: 0 + 0.5 s; 1: 0 + 0.5 s"}};
     wave made = layers({"HeightTrace"}, "XOffset: 2e-06\rYOffset: -3e-06\r");
-    for (const auto& row : rows) {
-        made.start = row.start;
-        made.xUnits = made.yUnits = row.units;
-        EXPECT_EQ(told(read(made)), "Height [m] (" + std::string(row.axes) + ") {Forward}: 0 1");
+    for (const auto& [start, units, axes] : rows) {
+        made.start = start;
+        made.xUnits = made.yUnits = units;
+        EXPECT_EQ(told(read(made)), "Height [m] (" + std::string(axes) + ") {Forward}: 0 1");
     }
     made.start = 0, made.xUnits = made.yUnits = "m", made.footer = ""; // of another program
     EXPECT_EQ(axis_text(image_at(read(made), 0), 0), "0 0.5 m");

@@ -3,6 +3,7 @@
 #include "mdt_fixture.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -106,20 +107,17 @@ TEST(Mdt, PointsListTheirMeasurements)
 {
     const std::string two = "<Point name='a' x='1' y='2' unit='um'/><Point name='b' offset='0'/>",
                       shared = "<Point name='a' offset='4'/><Point name='a'/>", first = le32(2) + le32(0);
-    const struct {
-        std::string points;
-        std::vector<std::pair<std::string, std::string>> lists;
-        std::string names;
-    } rows[] = {
+    const std::tuple<std::string, std::vector<std::pair<std::string, std::string>>, std::string> rows[] = {
         {two, {{"a", first}, {"b", le32(1)}}, "Point 1, Forward, Point 2, Reverse, Point 1, Forward"},
         {two, {{"b", le32(1) + "cut"}}, "Forward, Point 2, Reverse, Forward"},
         {two, {{"a", le32(3) + le32(~0u)}, {"b", ""}}, "Forward, Reverse, Forward"}, // no such measurements
         {shared, {{"a", first}}, "Point 1, Forward, Reverse, Point 2, Forward"},
         {"<Point name='a' offset='99' meas='1' exec='3'/>", {{"a", first}}, "Forward, Reverse, Forward"},
     };
-    for (const auto& row : rows) // x falls, so that curves are turned round unless they were recorded in reverse
-        EXPECT_EQ(told(read(spectra_at_points(3, row.points, row.lists))),
-                  "I [\u00B5A] (2: 3 + 2 \u00B0) {" + row.names + "}: 10 0 1 11 12 2");
+    for (const auto& [points, lists, names] :
+         rows) // x falls, so that curves are turned round unless they were recorded in reverse
+        EXPECT_EQ(told(read(spectra_at_points(3, points, lists))),
+                  "I [\u00B5A] (2: 3 + 2 \u00B0) {" + names + "}: 10 0 1 11 12 2");
     const auto placed = read(spectra_at_points(1, two, {}));
     EXPECT_EQ(image_at(placed, 0).strings.at("Points"), "1 2 \u00B5m; ");
 }

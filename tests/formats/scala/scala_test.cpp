@@ -134,12 +134,11 @@ TEST(Scala, SpectroscopyOnAGridIsAVolume)
     EXPECT_EQ(axis_text(image_at(forward, 0), 0), "-1 1 V");
     EXPECT_EQ(axis_text(image_at(forward, 0), 1), "5 20 nm");
     // The increment lacks the sign of the way back; only without an end does it count.
-    const struct {
-        const char *range, *axis;
-    } rows[] = {{"1\n -1\n 0.5", "1 -1 V"}, {"2\n 2\n 0.5", "2 0.5 V"}, {"-1\n 1\n 0", "-1 1 V"}};
-    for (const auto& row : rows) {
-        const auto back = read_set(spectroscopy("a.sb0", "3", "Backward", row.range), {{"a.sb0", six}});
-        EXPECT_EQ(axis_text(image_at(back, 0), 0), row.axis);
+    const std::pair<const char*, const char*> rows[] = {
+        {"1\n -1\n 0.5", "1 -1 V"}, {"2\n 2\n 0.5", "2 0.5 V"}, {"-1\n 1\n 0", "-1 1 V"}};
+    for (const auto& [range, axis] : rows) {
+        const auto back = read_set(spectroscopy("a.sb0", "3", "Backward", range), {{"a.sb0", six}});
+        EXPECT_EQ(axis_text(image_at(back, 0), 0), axis);
         EXPECT_EQ(subimages_of(image_at(back, 0)), std::vector<std::string>{"Reverse"});
     }
     EXPECT_NE(told(read_set(spectroscopy("a.sf0"), {{"a.sf0", six + "xx"}})).find("longer than its points take"),

@@ -135,37 +135,33 @@ recording of_images(std::vector<recorded_image> images)
 
 TEST(ForceOrder, ColumnsOverOneAxisAreTakenTogether)
 {
-    const VLAxis nm(0, 1, "nm"), seconds(0, 1, "s"), bare(0, 1, "");
+    const VLAxis nm(0, 1, "nm"), seconds(0, 1, "s");
+    const std::string contactFirst = "contact first, as the forces tell",
+                      freeFirst = "free end first, as the forces tell";
     const std::string unclearOrder = "not clear, as recorded", named = ", as forces and names tell";
     const struct {
         std::vector<std::pair<const char*, std::vector<double>>> columns; ///< labels, and forces
-        VLAxis x;
-        const char* units;
         std::vector<bool> turned;
         std::string order; ///< of the last column
+        VLAxis x = {0, 1, "nm"};
+        const char* units = "nN";
     } rows[] = {
         {{{"Force approach", reversed(approach(0.1, 10.0))}, {"Force retract", sticky()}},
-         nm,
-         "nN",
          {false, false},
-         "contact first, as the forces tell"},
+         contactFirst},
         // What is clear in one curve holds for its partner, which touches hardly.
         {{{"Force approach", approach(0.1, 10.0)}, {"Force retract", approach(0.1, -10.0, 0.05)}},
-         nm,
-         "nN",
          {true, true},
-         "free end first, as the forces tell"},
+         freeFirst},
         {{{"Force approach", approach(0.1)}, {"Force retract", sticky()}},
-         nm,
-         "nN",
          {true, false},
-         "contact first" + named}, // each in time
-        {{{"Force retract", approach(0.1)}, {"Force approach", sticky()}}, nm, "nN", {false, false}, unclearOrder},
-        {{{"Deflection", approach(0.1, -50.0)}}, nm, "V", {false}, unclearOrder}, // inverted
-        {{{"Force", approach(0.1)}}, seconds, "nN", {true}, "free end first" + named},
-        {{{"Force approach", std::vector<double>(200, 1.0)}}, seconds, "nN", {true}, "free end first" + named},
-        {{{"Retract force", approach(0.1)}}, seconds, "nN", {false}, unclearOrder},
-        {{{"Force", approach(0.1)}}, bare, "", {true}, "free end first, as the forces tell"},
+         "contact first" + named}, // in time
+        {{{"Force retract", approach(0.1)}, {"Force approach", sticky()}}, {false, false}, unclearOrder},
+        {{{"Deflection", approach(0.1, -50.0)}}, {false}, unclearOrder, nm, "V"}, // inverted
+        {{{"Force", approach(0.1)}}, {true}, "free end first" + named, seconds},
+        {{{"Force approach", std::vector<double>(200, 1.0)}}, {true}, "free end first" + named, seconds},
+        {{{"Retract force", approach(0.1)}}, {false}, unclearOrder, seconds},
+        {{{"Force", approach(0.1)}}, {true}, freeFirst, {0, 1, ""}, ""},
     };
     for (const auto& row : rows) {
         std::vector<recorded_image> images;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 #include <zlib.h>
 
 namespace {
@@ -140,20 +141,23 @@ TEST(Sur, ObjectsFollowOneAnother)
 TEST(Sur, CompositeFilesHoldAllTheirParts)
 {
     object_parts first, other;
-    const struct {
-        int kind, stated, parts; ///< parts that the file needs
-    } rows[] = {{12, 1, 3}, {12, 3, 3}, {13, 1, 4}, {16, 1, 2}, {2, -1, 1}};
+    const std::tuple<int, int, int> rows[] = {// the last are the parts that the file needs
+                                              {12, 1, 3},
+                                              {12, 3, 3},
+                                              {13, 1, 4},
+                                              {16, 1, 2},
+                                              {2, -1, 1}};
     const auto warnings = [](const std::string& file) { return read(sur_reader, file)->warnings.size(); };
-    for (const auto& row : rows) {
-        first.kind = row.kind;
-        first.objects = row.stated;
+    for (const auto& [kind, stated, parts] : rows) {
+        first.kind = kind;
+        first.objects = stated;
         std::string file = build(first);
-        for (int i = 1; i < row.parts; ++i) {
-            EXPECT_EQ(warnings(file), 1u) << row.kind;
+        for (int i = 1; i < parts; ++i) {
+            EXPECT_EQ(warnings(file), 1u) << kind;
             file += build(other);
         }
-        EXPECT_EQ(warnings(file), 0u) << row.kind;
-        EXPECT_EQ(warnings(file + build(other).substr(0, 300)), 1u) << row.kind;
+        EXPECT_EQ(warnings(file), 0u) << kind;
+        EXPECT_EQ(warnings(file + build(other).substr(0, 300)), 1u) << kind;
     }
 }
 

@@ -71,7 +71,7 @@ TEST(LostRow, KeepsItsPlaceInAMatrixAndIsTold)
                 EXPECT_TRUE(first_note(result).ends_with(": 1 line, the first is line " + std::to_string(5 + at)));
             }
     for (const auto& [line, voids] : {std::pair("BAD\tnan\t*\t--", "4"), {"\t\t33\t34", "2"}, {"31\t32\t\t", "2"}}) {
-        const auto result = read(channelExport + rows_with(line, 1)); // missing points are only counted
+        const auto result = read(channelExport + rows_with(line, 3)); // missing points are only counted
         EXPECT_EQ(height_of(result), 5u) << line;
         EXPECT_EQ(void_count(result), voids) << line;
         EXPECT_EQ(first_note(result), "") << line;
