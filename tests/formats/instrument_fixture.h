@@ -108,12 +108,9 @@ std::string told(const base::read_result<formats::recording>& result);
 
 /// What an image has to say of itself. What is left out is not compared.
 struct expected_image {
-    const char *label = nullptr, *units = nullptr; ///< units: of the first value axis
-    std::vector<std::string> axes = {};            ///< `axis_text` of every dimension
-    std::vector<std::string> parts = {};           ///< names of the sub-images
+    std::vector<std::string> axes = {}; ///< `axis_text` of every dimension
     std::vector<double> values = {};
     std::map<std::string, std::string> strings = {}; ///< those among others; "" for one that must not be there
-    const char* over = nullptr;                      ///< id of the stream that parametrises it
     bool isFitted = false;                           ///< values may be off by half a step
 };
 void expect_image(const formats::recorded_image& image, const expected_image& expected);

@@ -51,7 +51,9 @@ TEST(MdtArrays, SayTheirUnitsAndHowTheyWereScanned)
                         2,
                         2};
         image.comment = "<Frame><Shell>" + std::string(row.comment) + "</Shell></Frame>";
-        expect_image(image_at(read(image), 0), {.units = row.normal, .strings = {{row.key, row.text}}});
+        const auto result = read(image);
+        EXPECT_EQ(told(result), "Phase [" + std::string(row.normal) + "] (2: 0 + 1 \u00B5m; 1: 0 + 1 \u00B5m): 1 2");
+        expect_image(image_at(result, 0), {.strings = {{row.key, row.text}}});
     }
 }
 

@@ -86,12 +86,11 @@ TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
     const auto &height = image_at(result, 0), &phase = image_at(result, 1);
     EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8})); // the bottom row stands first
     EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 2.0 * (1 + 32768) / 65536);
-    expect_image(height, {.axes = {"1e-06 2e-06 m", "0 3e-06 m"},
-                          .parts = {"Forward", "Reverse"},
-                          .strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
+    EXPECT_TRUE(told(height).starts_with("Z-Axis [m] (2: 1e-06 + 2e-06 m; 2: 0 + 3e-06 m) {Forward, Reverse}: "));
+    expect_image(height, {.strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
     EXPECT_EQ(raw_of(phase), (std::vector<int>{-128, 0, 1, 127}));
-    EXPECT_DOUBLE_EQ(physical_of(phase)[0], -1.0);
-    expect_image(phase, {.units = "\u00B0", .parts = {"Forward"}, .strings = {{"\\Line direction", "Scan forward"}}});
+    EXPECT_EQ(told(phase), "Phase [\u00B0] (2: 1e-06 + 2e-06 m; 2: 0 + 3e-06 m) {Forward}: -1 0 0.0078125 0.9921875");
+    expect_image(phase, {.strings = {{"\\Line direction", "Scan forward"}}});
     EXPECT_EQ(result->strings.at("\\Date"), "01-03-2016 18:36:58");
     EXPECT_EQ(result->strings.at("Image size"), "10\u00B5m");
     EXPECT_EQ(result->strings.at("Cantilever Prop0"), "48 N/m");
@@ -162,10 +161,12 @@ TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
     const auto &positions = image_at(result, 0), &curves = image_at(result, 1);
     EXPECT_EQ(raw_of(curves), (std::vector<int>{3, 2, 1, 6, 5, 4, 7, 8, 8, 9, 10, 10}));
     expect_image(positions, {.values = {5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6, 1e-6, 0, 0, 1e-6, 0, 0}, .isFitted = true});
-    for (const auto* image : {&positions, &curves})
-        expect_image(*image, {.parts = {"Approach 1", "Approach 2", "Retract 1", "Retract 2"},
-                              .strings = {{"\\Curve lengths", "3 3 2 2"},
+    for (const auto* image : {&positions, &curves}) {
+        EXPECT_EQ(subimages_of(*image),
+                  (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
+        expect_image(*image, {.strings = {{"\\Curve lengths", "3 3 2 2"},
                                           {"\\Recorded order", "Approach: free end first; Retract: contact first"}}});
+    }
 
     channel_parts ragged =
         approach_of(2, {1, 2, 3, 4, 5, 2000000000}, "LineDim1Min=0\r\nLineDim1Range=4e-6\r\nLineDim1Points=2\r\n");
@@ -189,9 +190,8 @@ TEST(Nid, OneForceCurveHasApproachAndRetract)
     // The sensor tells that the retract began where the approach ended.
     EXPECT_EQ(raw_of(force), (std::vector<int>{3, 2, 1, 4, 5, 6}));
     EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{9, 8, 7, 3, 2, 1}));
-    expect_image(force, {.axes = {"0 2e-06 m"}, // of neither way alone: from the contact on
-                         .parts = {"Approach", "Retract"},
-                         .over = image_at(result, 1).stream.get_name()});
+    // The axis is of neither way alone: from the contact on.
+    EXPECT_TRUE(told(force).starts_with("Deflection [m] (3: 0 + 2e-06 m) {Approach, Retract} over Z-Axis_Sensor: "));
     EXPECT_EQ(image_at(result, 1).stream.get_parameter_stream(), nullptr);
 }
 

@@ -52,12 +52,10 @@ TEST(Scala, DirectionsShareAnImageWithTheScaleOfBothRanges)
         read_set(topography("Z", "Forward", "a.tf0") + topography("Z", "Backward", "a.tb0") +
                      topography("F", "Forward", "a.tf1", "4\n 4\n 0\n 1\n 0.25"),
                  {{"a.tf0", six}, {"a.tb0", samples({6, 5, 4, 3, 2, 1})}, {"a.tf1", samples({1, 0, 0, 0, 0, 0})}});
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto& height = image_at(result, 0);
-    EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 6, 5, 4, 3, 2, 1}));
-    expect_image(height, {.axes = {"5 10 nm", "-7 10 nm"}, .parts = {"Forward", "Reverse"}});
-    EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 4.0 / 20 * 11); // raw -10 is -1, raw 10 is 3
-    EXPECT_DOUBLE_EQ(physical_of(image_at(result, 1))[0], 0.25);  // no range: the resolution
+    // Raw -10 is -1, raw 10 is 3; without a range the resolution counts.
+    const std::string axes = " [nm] (3: 5 + 10 nm; 2: -7 + 10 nm) {Forward";
+    EXPECT_EQ(told(result),
+              "Z" + axes + ", Reverse}: 1.2 1.4 1.6 1.8 2 2.2 2.2 2 1.8 1.6 1.4 1.2\nF" + axes + "}: 0.25 0 0 0 0 0");
     EXPECT_EQ(result->strings.at("Gap Voltage"), "0.5 V");
     EXPECT_EQ(result->strings.at("\\Date"), "04.06.2012");
     EXPECT_EQ(result->strings.at("Comment"), "a b \u00B0"); // native files hold no control characters
@@ -129,10 +127,7 @@ TEST(Scala, SpectroscopyOnAGridIsAVolume)
     // Three points of two curves, each point a map of its own; a curve at every second pixel of 10 nm. Raw 0 is 1, raw
     // 10 is 6.
     const auto forward = read_set(spectroscopy("a.sf0"), {{"a.sf0", six}});
-    expect_image(image_at(forward, 0), {.label = "I of V", .values = {1.5, 2.5, 3.5, 2, 3, 4}});
-    ASSERT_EQ(image_at(forward, 0).stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(axis_text(image_at(forward, 0), 0), "-1 1 V");
-    EXPECT_EQ(axis_text(image_at(forward, 0), 1), "5 20 nm");
+    EXPECT_EQ(told(forward), "I of V [nA] (3: -1 + 1 V; 2: 5 + 20 nm; 1: -7 + 20 nm) {Forward}: 1.5 2.5 3.5 2 3 4");
     // The increment lacks the sign of the way back; only without an end does it count.
     const std::pair<const char*, const char*> rows[] = {
         {"1\n -1\n 0.5", "1 -1 V"}, {"2\n 2\n 0.5", "2 0.5 V"}, {"-1\n 1\n 0", "-1 1 V"}};
@@ -152,17 +147,14 @@ TEST(Scala, CurvesOfSinglePointsAreSubimages)
         "END\n";
     folder files = {{"a.par", head + geometry + spectroscopy("a.cs0")}, {"a.cs0", text}};
     const auto uneven = read(formats::read_scala, files, "a.par");
-    ASSERT_EQ(uneven->items.size(), 2u);
-    const auto& curves = image_at(uneven, 1);
-    EXPECT_EQ(raw_of(curves), (std::vector<int>{2, 4, 6, 8, 10, 10}));
-    expect_image(curves, {.strings = {{"\\Curve lengths", "3 2"}, {"Curve places, nm", "1.5 2.5\n3 4\n"}},
-                          .over = image_at(uneven, 0).stream.get_name()});
-    EXPECT_EQ(raw_of(image_at(uneven, 0)), (std::vector<int>{-1, 0, 1, -1, 0, 0}));
+    EXPECT_EQ(told(uneven), "V [V] (3) {Forward 1, Forward 2}: -1 0 1 -1 0 0\n"
+                            "I of V [nA] (3) {Forward 1, Forward 2} over V: 0.5 1 1.5 2 2.5 2.5"); // 0.25 a step
+    expect_image(image_at(uneven, 1),
+                 {.strings = {{"\\Curve lengths", "3 2"}, {"Curve places, nm", "1.5 2.5\n3 4\n"}}});
 
     files["a.cs0"].insert(files["a.cs0"].rfind("END"), "1 12\n");
     const auto even = read(formats::read_scala, files, "a.par");
-    expect_image(image_at(even, 0), {.axes = {"-1 1 V"}, .parts = {"Forward 1", "Forward 2"}});
-    EXPECT_DOUBLE_EQ(physical_of(image_at(even, 0))[0], 0.5); // 2 steps of the resolution
+    EXPECT_EQ(told(even), "I of V [nA] (3: -1 + 1 V) {Forward 1, Forward 2}: 0.5 1 1.5 2 2.5 3");
     EXPECT_TRUE(even->warnings.empty());
     files["a.cs0"].replace(files["a.cs0"].find("n_curves : 2"), 12, "n_curves : 1");
     EXPECT_NE(read(formats::read_scala, files, "a.par")->warnings.at(0).find("n_curves states 1 curves, there are 2"),
@@ -179,13 +171,11 @@ TEST(Scala, DirectionsOfSinglePointsShareAnImage)
     for (const char* name : {"a.par", "a.cs0"}) {
         EXPECT_EQ(type_of(files.at(name), "wrong.ext"), FILE_SCALA);
         const auto result = read(formats::read_scala, files, name);
-        ASSERT_EQ(result->items.size(), 2u);
-        const auto &ramp = image_at(result, 0), &curves = image_at(result, 1);
-        EXPECT_EQ(raw_of(ramp), (std::vector<int>{-1, 0, 0, 1, 0, -1}));
-        EXPECT_EQ(raw_of(curves), (std::vector<int>{1, 2, 2, 3, 4, 5}));
-        for (const auto* image : {&ramp, &curves})
-            expect_image(*image, {.parts = {"Forward", "Reverse"}, .strings = {{"\\Curve lengths", "2 3"}}});
-        expect_image(curves, {.strings = {{"Curve places, nm", "1 2\n"}}, .over = ramp.stream.get_name()});
+        EXPECT_EQ(told(result), "V [V] (3) {Forward, Reverse}: -1 0 0 1 0 -1\n"
+                                "I of V [nA] (3) {Forward, Reverse} over V: 0.25 0.5 0.5 0.75 1 1.25");
+        for (const std::size_t image : {0u, 1u})
+            expect_image(image_at(result, image), {.strings = {{"\\Curve lengths", "2 3"}}});
+        expect_image(image_at(result, 1), {.strings = {{"Curve places, nm", "1 2\n"}}});
         EXPECT_EQ(result->strings.at("Missing channels"), "I of V (a.cs0): cut short: 1 of 2 curves");
     }
 }

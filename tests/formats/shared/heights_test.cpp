@@ -44,8 +44,9 @@ TEST(Heights, ImagesAndCurvesHaveTheirAxesAndTheScaleAsGiven)
     formats::image_frame frame{2, 1, 2, VLAxis(1.0, 0.5, "nm"), VLAxis(0.0, 2.0, "nm")};
     const auto empty = formats::make_image("id", "A label", frame, {0.25, -1.0, "\u00B0", "Z scale"});
     EXPECT_EQ(empty.stream.array_length(), 4u);
+    EXPECT_STREQ(empty.stream.get_description(), "A label");
+    instrument_fixture::expect_image(empty, {.axes = {"1 0.5 nm", "0 2 nm"}});
     EXPECT_EQ(empty.stream.values.get_axis(0), VLAxis(-1.0, 0.25, "\u00B0"));
-    instrument_fixture::expect_image(empty, {.label = "A label", .axes = {"1 0.5 nm", "0 2 nm"}});
 
     const std::vector<double> gaps(2, std::numeric_limits<double>::quiet_NaN());
     const auto unmeasured = formats::make_image_from_values("id", "Height", frame_of(2, 1), {2.0, 5.0, "V", ""}, gaps);

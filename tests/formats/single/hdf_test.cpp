@@ -59,15 +59,16 @@ TEST(Hdf, OtherElementsDescribeTheImage)
     const element names{labels, "Height\0X\0Y\0"s}, units{705, "um\0um\0um"s};
     const auto named =
         read(formats::read_hdf, build({{parameters, header().content}, {version, "1.8\0"s}, names, units, samples}));
-    expect_image(image_at(named, 0), {.label = "Topography",
-                                      .strings = {{"Labels", "Height, X, Y"},
+    EXPECT_STREQ(image_at(named, 0).stream.get_description(), "Topography");
+    expect_image(image_at(named, 0), {.strings = {{"Labels", "Height, X, Y"},
                                                   {"Units", "um, um, um"},
                                                   {"ProScan version", "1.8"},
                                                   {"X scan direction", "1"},
                                                   {"Y scan direction", "0"}}});
     const auto bare =
         read(formats::read_hdf, build({{parameters, header("").content}, {version, "\4\0\0\2"s}, names, samples}));
-    expect_image(image_at(bare, 0), {.label = "Height", .strings = {{"ProScan version", "04 00 00 02"}}});
+    EXPECT_STREQ(image_at(bare, 0).stream.get_description(), "Height");
+    expect_image(image_at(bare, 0), {.strings = {{"ProScan version", "04 00 00 02"}}});
 }
 
 TEST(Hdf, RefusesWhatCannotBe)
