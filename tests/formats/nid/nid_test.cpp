@@ -9,7 +9,7 @@ namespace {
 
 using namespace instrument_fixture;
 
-/// One channel of a made-up file.
+/// One channel of a made-up file; numbers of 16 bits are their values.
 struct channel_parts {
     std::string frame = "Scan forward", name = "Z-Axis", unit = "m";
     int points = 2, lines = 2, bits = 16;
@@ -26,14 +26,14 @@ std::string build(const std::vector<channel_parts>& channels, const std::string&
         const std::string place = std::to_string(i % 2) + ":" + std::to_string(i / 2);
         // Keys stand in any order; the first digit is the group, which decides about the place of the samples.
         set += "Gr" + place.substr(0, 1) + "-Ch" + place.substr(2) + "=DataSet-" + place + "\r\n";
-        sections +=
-            "[DataSet-" + place + "]\r\nPoints=" + std::to_string(channel.points) +
-            "\r\nLines=" + std::to_string(channel.lines) + "\r\nFrame=" + channel.frame +
-            "\r\nDim0Name=X*\r\nDim0Unit=m\r\nDim0Min=1e-006\r\nDim0Range=4e-6\r\nDim1Unit=m\r\nDim1Range=6e-6"
-            "\r\nDim2Name=" +
-            channel.name + "\r\nDim2Unit=" + channel.unit +
-            "\r\nDim2Min=-1\r\nDim2Range=2\r\nSaveMode=Binary\r\nSaveSign=Signed\r\nSaveOrder=Intel\r\nSaveBits=" +
-            std::to_string(channel.bits) + "\r\n" + channel.extra + "\r\n";
+        sections += "[DataSet-" + place + "]\r\nPoints=" + std::to_string(channel.points) +
+                    "\r\nLines=" + std::to_string(channel.lines) + "\r\nFrame=" + channel.frame +
+                    "\r\nDim0Name=X*\r\nDim0Unit=m\r\nDim0Min=1e-006\r\nDim0Range=4e-6\r\nDim1Unit=m\r\nDim1Range=6e-6"
+                    "\r\nDim2Name=" +
+                    channel.name + "\r\nDim2Unit=" + channel.unit +
+                    "\r\nDim2Min=-32768\r\nDim2Range=65536\r\nSaveMode=Binary\r\nSaveSign=Signed\r\nSaveOrder="
+                    "Intel\r\nSaveBits=" +
+                    std::to_string(channel.bits) + "\r\n" + channel.extra + "\r\n";
     }
     for (std::size_t group = 0; group < 2; ++group)
         for (std::size_t i = group; i < channels.size(); i += 2) {
@@ -82,15 +82,11 @@ TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
     narrow.bits = 8;
     narrow.samples = {-128, 0, 1, 127};
     const auto result = read({{}, back, narrow});
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto &height = image_at(result, 0), &phase = image_at(result, 1);
-    EXPECT_EQ(raw_of(height), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8})); // the bottom row stands first
-    EXPECT_DOUBLE_EQ(physical_of(height)[0], -1 + 2.0 * (1 + 32768) / 65536);
-    EXPECT_TRUE(told(height).starts_with("Z-Axis [m] (2: 1e-06 + 2e-06 m; 2: 0 + 3e-06 m) {Forward, Reverse}: "));
-    expect_image(height, {.strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
-    EXPECT_EQ(raw_of(phase), (std::vector<int>{-128, 0, 1, 127}));
-    EXPECT_EQ(told(phase), "Phase [\u00B0] (2: 1e-06 + 2e-06 m; 2: 0 + 3e-06 m) {Forward}: -1 0 0.0078125 0.9921875");
-    expect_image(phase, {.strings = {{"\\Line direction", "Scan forward"}}});
+    const std::string axes = "(2: 1e-06 + 2e-06 m; 2: 0 + 3e-06 m) "; // the bottom row stands first
+    EXPECT_EQ(told(result), "Z-Axis [m] " + axes + "{Forward, Reverse}: 1 2 3 4 5 6 7 8\n" + "Phase [\u00B0] " + axes +
+                                "{Forward}: -32768 0 256 32512"); // 8 bits of the same range
+    expect_image(image_at(result, 0), {.strings = {{"\\Line direction", "Scan forward / Scan backward"}}});
+    EXPECT_EQ(raw_of(image_at(result, 1)), narrow.samples);
     EXPECT_EQ(result->strings.at("\\Date"), "01-03-2016 18:36:58");
     EXPECT_EQ(result->strings.at("Image size"), "10\u00B5m");
     EXPECT_EQ(result->strings.at("Cantilever Prop0"), "48 N/m");
@@ -98,9 +94,8 @@ TEST(Nid, DirectionsShareAnImageAndEightBitsStayWhole)
     channel_parts line, lineBack{"Scan backward"}; // one scan line, which is no spectrum
     line.lines = lineBack.lines = 1;
     line.samples = {1, 2}, lineBack.samples = {3, 4};
-    const auto lines = read({line, lineBack}, "", "gap"); // samples end with the file
-    EXPECT_EQ(raw_of(image_at(lines, 0)), (std::vector<int>{1, 2, 3, 4}));
-    EXPECT_EQ(subimages_of(image_at(lines, 0)), (std::vector<std::string>{"Forward", "Reverse"}));
+    EXPECT_EQ(told(read({line, lineBack}, "", "gap")), // samples end with the file
+              "Z-Axis [m] (2: 1e-06 + 4e-06 m) {Forward, Reverse}: 1 2 3 4");
     expect_cuts_refused(formats::read_nid, build({{}, {}}));
 }
 
@@ -118,18 +113,17 @@ TEST(Nid, WhatWasNotMeasuredTakesTheLowestValue)
     // The third curve of the approach comes after the last one measured, but holds something.
     const auto map =
         read({approach_of(3, {5, 6, 4, 4, 7, 8}, firstLine), retract_of(3, {9, 8, -9, -9, -9, -9}, firstLine)});
-    ASSERT_EQ(map->items.size(), 1u);
     // Both ways lie along the same axis, which ends in contact.
-    EXPECT_EQ(raw_of(image_at(map, 0)), (std::vector<int>{6, 5, 5, 5, 8, 7, 8, 9, 5, 5, 5, 5}));
+    EXPECT_EQ(told(map),
+              "Deflection [m] (2: 5e-06 + -4e-06 m) {Approach 1, Approach 2, Approach 3, Retract 1, Retract 2, "
+              "Retract 3}: 6 5 5 5 8 7 8 9 5 5 5 5");
     expect_image(image_at(map, 0),
-                 {.axes = {"5e-06 -4e-06 m"},
-                  .strings = {{"\\Recorded order", "Approach: free end first; Retract: free end first"},
+                 {.strings = {{"\\Recorded order", "Approach: free end first; Retract: free end first"},
                               {"\\Void points", "6"},
                               {"\\Curve lengths", "2 0 2 2 0 0"}}});
-    const auto later = read({approach_of(2, {1, 2, 3, 4}, "LineDim0Points=0\r\n")});
-    ASSERT_EQ(later->items.size(), 1u); // the one curve that was measured decides about the axis
-    EXPECT_EQ(raw_of(image_at(later, 0)), (std::vector<int>{3, 3, 4, 3}));
-    EXPECT_EQ(axis_text(image_at(later, 0), 0), "5e-06 -4e-06 m");
+    // The one curve that was measured decides about the axis.
+    EXPECT_EQ(told(read({approach_of(2, {1, 2, 3, 4}, "LineDim0Points=0\r\n")})),
+              "Deflection [m] (2: 5e-06 + -4e-06 m) {Approach 1, Approach 2}: 3 3 4 3");
 }
 
 TEST(Nid, ForcesTellHowARetractOnASharedAxisIsStored)
@@ -157,16 +151,13 @@ TEST(Nid, WaysOfACurveMayDifferInLengthAndRange)
 {
     const auto result = read({approach_of(2, {1, 2, 3, 4, 5, 6}),
                               retract_of(2, {7, 8, 9, 10}, "LineDim0Range=-1e-6\r\nLineDim1Range=-1e-6\r\n")});
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto &positions = image_at(result, 0), &curves = image_at(result, 1);
-    EXPECT_EQ(raw_of(curves), (std::vector<int>{3, 2, 1, 6, 5, 4, 7, 8, 8, 9, 10, 10}));
-    expect_image(positions, {.values = {5e-6, 3e-6, 1e-6, 5e-6, 3e-6, 1e-6, 1e-6, 0, 0, 1e-6, 0, 0}, .isFitted = true});
-    for (const auto* image : {&positions, &curves}) {
-        EXPECT_EQ(subimages_of(*image),
-                  (std::vector<std::string>{"Approach 1", "Approach 2", "Retract 1", "Retract 2"}));
-        expect_image(*image, {.strings = {{"\\Curve lengths", "3 3 2 2"},
-                                          {"\\Recorded order", "Approach: free end first; Retract: contact first"}}});
-    }
+    const std::string four = " [m] (3: 0 + 2e-06 m) {Approach 1, Approach 2, Retract 1, Retract 2}";
+    EXPECT_EQ(told(result), "X*" + four + ": 5e-06 3e-06 1e-06 5e-06 3e-06 1e-06 1e-06 0 0 1e-06 0 0\nDeflection" +
+                                four + " over Deflection_position: 3 2 1 6 5 4 7 8 8 9 10 10");
+    for (const std::size_t image : {0u, 1u})
+        expect_image(image_at(result, image),
+                     {.strings = {{"\\Curve lengths", "3 3 2 2"},
+                                  {"\\Recorded order", "Approach: free end first; Retract: contact first"}}});
 
     channel_parts ragged =
         approach_of(2, {1, 2, 3, 4, 5, 2000000000}, "LineDim1Min=0\r\nLineDim1Range=4e-6\r\nLineDim1Points=2\r\n");
@@ -185,14 +176,9 @@ TEST(Nid, OneForceCurveHasApproachAndRetract)
     const auto result = read({approach_of(1, {1, 2, 3}), retract_of(1, {4, 5, 6}),
                               spectroscopy("Spec forward", "Z-Axis Sensor", 1, {7, 8, 9}),
                               spectroscopy("Spec backward", "Z-Axis Sensor", 1, {3, 2, 1})});
-    ASSERT_EQ(result->items.size(), 2u);
-    const auto& force = image_at(result, 0);
-    // The sensor tells that the retract began where the approach ended.
-    EXPECT_EQ(raw_of(force), (std::vector<int>{3, 2, 1, 4, 5, 6}));
-    EXPECT_EQ(raw_of(image_at(result, 1)), (std::vector<int>{9, 8, 7, 3, 2, 1}));
-    // The axis is of neither way alone: from the contact on.
-    EXPECT_TRUE(told(force).starts_with("Deflection [m] (3: 0 + 2e-06 m) {Approach, Retract} over Z-Axis_Sensor: "));
-    EXPECT_EQ(image_at(result, 1).stream.get_parameter_stream(), nullptr);
+    // The sensor tells that the retract began where the approach ended; the axis is of neither way alone.
+    EXPECT_EQ(told(result), "Deflection [m] (3: 0 + 2e-06 m) {Approach, Retract} over Z-Axis_Sensor: 3 2 1 4 5 6\n"
+                            "Z-Axis Sensor [m] (3: 0 + 2e-06 m) {Approach, Retract}: 9 8 7 3 2 1");
 }
 
 TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
@@ -204,12 +190,11 @@ TEST(Nid, CurvesOnAGridAreAVolumeInTheRightPlaces)
     const auto result = read({four}, positions), loose = read({four}),
                scattered = read({approach_of(2, {1, 2, 3, 4})},
                                 "[DataSet\\SpecInfos0]\r\nP1=5e-6;9e-6;0\r\nP0=1e-6;2.5e-6;0\r\n\r\n");
-    EXPECT_EQ(image_at(result, 0).stream.get_dimensions_number(), 3u);
-    EXPECT_EQ(raw_of(image_at(result, 0)), (std::vector<int>{8, 7, 6, 5, 4, 3, 2, 1}));
-    EXPECT_EQ(subimages_of(image_at(result, 0)), std::vector<std::string>{"Approach"});
+    EXPECT_EQ(told(result), "Deflection [m] (2: 5e-06 + -4e-06 m; 2: 1e-06 + 1e-06; 2: 0 + 1e-06) {Approach}: "
+                            "8 7 6 5 4 3 2 1");
     EXPECT_FALSE(result->strings.contains("Curve places")); // the axes of the volume tell
-    EXPECT_EQ(image_at(loose, 0).stream.get_dimensions_number(), 1u);
-    EXPECT_EQ(subimages_of(image_at(loose, 0)).at(3), "Approach 4");
+    EXPECT_EQ(told(loose), "Deflection [m] (2: 5e-06 + -4e-06 m) {Approach 1, Approach 2, Approach 3, Approach 4}: "
+                           "2 1 4 3 6 5 8 7");
     EXPECT_EQ(scattered->strings.at("Curve places"), "1e-06 2.5e-06\n5e-06 9e-06\n");
 }
 
@@ -218,8 +203,8 @@ TEST(Nid, ADamagedDirectionLeavesTheOtherOne)
     channel_parts back{"Scan backward"};
     back.samples = {5, 6, 7, 8};
     const std::string plain = build({{}, back});
-    for (const auto& [from, to] : {std::pair<std::string, std::string>{"Dim2Range=2", "Dim2Range=nan"},
-                                   {"Dim2Min=-1", "Dim2Min=abc"},
+    for (const auto& [from, to] : {std::pair<std::string, std::string>{"Dim2Range=65536", "Dim2Range=nan"},
+                                   {"Dim2Min=-32768", "Dim2Min=abc"},
                                    {"Dim0Range=4e-6", "Dim0Range=inf"}}) {
         const auto finished =
             formats::finish_recording(instrument_fixture::read(formats::read_nid, formats::replaced(plain, from, to)));
@@ -245,7 +230,7 @@ TEST(Nid, RefusesWhatCannotBe)
             {with("Dim0Range=4e-6", "Dim0Range=0"), "the scale of axis 1 is 0: it is told by Dim0Range"},
             {with("Dim1Range=6e-6", "Dim1Range=six"), "the scale of axis 2 is no number"},
             {with("Dim0Min=1e-006", "Dim0Min=inf"), "the start of axis 1 is infinite: it is told by Dim0Min"},
-            {with("Dim2Range=2", "Dim2Range=0"), "the scale of the values is 0: it is told by Dim2Range, Dim2Min"},
+            {with("Dim2Range=65536", "Dim2Range=0"), "the scale of the values is 0: it is told by Dim2Range, Dim2Min"},
             {with("GroupCount=2", "GroupCount=1001"), "GroupCount is above 1000"},
             {with("GroupCount=2", "GroupCount=-1"), "GroupCount is missing or 0"},
             {with("Points=2", "Points=0"), "[DataSet-0:0]: Points or Lines is missing or 0"},
@@ -256,9 +241,9 @@ TEST(Nid, RefusesWhatCannotBe)
             {with("Signed", "Unsigned"), "SaveSign is not Signed"},
             {with("Intel", "Motorola"), "SaveOrder is not Intel"},
             {with("SaveBits=16", "SaveBits=12"), "SaveBits is not 8, 16 or 32"},
-            {with("Dim2Range=2", "Dim2Range=inf"), "Dim2Range or Dim2Min is not finite"},
-            {with("Dim2Range=2", "Dim2Range=2,5"), "Dim2Range, \"2,5\", is no number"},
-            {with("Dim2Min=-1", "Dim2Min="), "Dim2Min, \"\", is no number"},
+            {with("Dim2Range=65536", "Dim2Range=inf"), "Dim2Range or Dim2Min is not finite"},
+            {with("Dim2Range=65536", "Dim2Range=2,5"), "Dim2Range, \"2,5\", is no number"},
+            {with("Dim2Min=-32768", "Dim2Min="), "Dim2Min, \"\", is no number"},
             {with("[DataSet-0:0]", "[DataSet-0:9]"), "[DataSet-0:0]: is missing"},
             {with("Ch0=DataSet-0:0", "Ch0="), "Gr0-Ch0 names no section"},
             {with("Gr0-Ch0", "Gr0-Cx0"), "no channel is listed"},
