@@ -108,7 +108,6 @@ std::string told(const base::read_result<formats::recording>& result);
 
 /// What an image has to say of itself. What is left out is not compared.
 struct expected_image {
-    std::vector<std::string> axes = {}; ///< `axis_text` of every dimension
     std::vector<double> values = {};
     std::map<std::string, std::string> strings = {}; ///< those among others; "" for one that must not be there
     bool isFitted = false;                           ///< values may be off by half a step

@@ -22,7 +22,7 @@ struct file_parts {
     std::string magic = "\\*File list";
     std::vector<std::string> fileLines = {"\\Version: 0x05120000", "\\Date: 09:57:48 AM Tue Jan 12 2016"};
     std::vector<std::string> scanLines = {"\\*Ciao scan list", "\\Scan Size: 400 nm", "\\Samps/line: 4",
-                                          "\\Lines: 2",        "\\Scan Rate: 1.5",    "\\@Sens. Zsens: V 20 nm/V"};
+                                          "\\Lines: 2",        "\\Scan Rate: 1.5",    "\\@Sens. Zsens: V 65536 nm/V"};
     std::vector<image_part> images;
 };
 
@@ -31,7 +31,7 @@ std::string build(const file_parts& parts);
 inline std::string samples16(const std::vector<int>& values) { return formats::in_bytes<std::int16_t>(values); }
 inline std::string samples32(const std::vector<int>& values) { return formats::in_bytes<std::int32_t>(values); }
 
-/// A 4 x 2 height image: 1 V over the full range times 20 nm/V.
+/// A 4 x 2 height image: 1 V over the full range times 65536 nm/V, which makes samples of 16 bits nanometres.
 image_part height_part(const std::string& samples, const std::string& direction = "Trace");
 
 base::read_result<formats::recording> read(const std::string& file);
