@@ -21,11 +21,13 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QImage>
+#include <QImageWriter>
 #include <QPixmap>
 #include <QScreen>
 #include <QTimer>
 #include <algorithm>
 #include <clocale>
+#include <iostream>
 #include <string_view>
 
 using namespace vldv;
@@ -76,11 +78,44 @@ void tell_and_end_when_asked(int count, char** arguments)
     options.process(plain);
 }
 
+/// The toolkit aborts without a display and says so in words of its own.
+bool has_display(int count, char** arguments)
+{
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(name)) return true;
+    return std::find(arguments, arguments + count, std::string_view("-platform")) != arguments + count;
+}
+
+/// The files of a call in full: opening one changes the current folder.
+std::vector<std::wstring> full_paths(const QStringList& named)
+{
+    std::vector<std::wstring> files;
+    for (const QString& path : named)
+        files.push_back(platform::full_path(platform::expanded_home(host::path_of_text(path))));
+    return files;
+}
+
+/// Saves a picture of the window once it shows what was opened, and ends.
+void take_screenshot(host::CMainWindow& window, const QString& path)
+{
+    QTimer::singleShot(settleTime, &window, [&window, path] {
+        QImageWriter writer(path);
+        const bool isSaved = writer.write(window.grab().toImage());
+        if (!isSaved)
+            std::cerr << "velmira: " << path.toStdString() << ": " << writer.errorString().toStdString() << '\n';
+        QApplication::exit(isSaved ? 0 : 1);
+    });
+}
+
 } // namespace
 
 int main(int count, char** arguments)
 {
     tell_and_end_when_asked(count, arguments);
+    if (!has_display(count, arguments)) {
+        std::cerr << "velmira: there is no display; vldv tells, measures and draws without one\n";
+        return 1;
+    }
     // Moving a window that lies under another one, the toolkit would copy the pixels of both.
     qputenv("QT_NO_FAST_MOVE", "1");
     host::CWorkstationApp toolkit(count, arguments);
@@ -116,22 +151,13 @@ int main(int count, char** arguments)
     QStringList words; // the toolkit's own list has lost bytes that are no UTF-8
     for (int i = 0; i < count; ++i) words << host::text_of_path(base::widen(arguments[i]));
     options.process(words);
-    // Opening a file changes the current folder.
-    std::vector<std::wstring> files;
-    for (const QString& path : options.positionalArguments())
-        files.push_back(platform::full_path(platform::expanded_home(host::path_of_text(path))));
+    const std::vector<std::wstring> files = full_paths(options.positionalArguments());
     QTimer::singleShot(0, &window, [&] {
         app.keepWork(recovery::state_path());
         host::run_named("Open", [&] { entry::open_files(app, files); });
         window.rebuildMenus();
     });
-    const QString picture =
-        options.isSet(screenshot) ? QFileInfo(options.value(screenshot)).absoluteFilePath() : QString();
-    if (!picture.isEmpty())
-        QTimer::singleShot(settleTime, &window, [&] {
-            const bool saved = window.grab().save(picture);
-            QApplication::exit(saved ? 0 : 1);
-        });
+    if (options.isSet(screenshot)) take_screenshot(window, QFileInfo(options.value(screenshot)).absoluteFilePath());
     // Changes are collected and stored together, soon after they were made.
     QTimer keeper;
     QObject::connect(&keeper, &QTimer::timeout, [&profile] { profile.flush(); });
