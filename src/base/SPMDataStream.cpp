@@ -48,6 +48,8 @@ void SPMDataStream::Init(const char* text)
 {
     const base::declaration source = base::parse_declaration(text ? text : "");
     declare(source);
+    // Each kind of word takes the words that belong to it. An "axis" belongs to the last "dimension" before it. A word
+    // of no known kind is passed over.
     for (std::string_view words = source.shape; !words.empty();) {
         const std::string kind = base::take_word(words);
         if (kind == "value")
@@ -167,9 +169,13 @@ void base::fit_stream(SPMDataStream& stream, SPMVarArrayType target, const eleme
         return;
     }
     const raw_axis axis = six_digit_axis(std::min(first, second), std::max(first, second), lowest, highest);
+    // A physical value is start + raw * scale; both axes say the same one. The new axis has six digits, as files write
+    // them, and the samples are rounded to exactly that axis.
     // raw = (start + v * scale - newStart) / newScale
     const element_map map{0.0, (old.start - axis.start) / axis.scale, old.scale / axis.scale};
     rewrite_elements(stream, target, &map);
+    // Further axes read the same raw numbers. The old number in terms of the new one is (newStart - start) / scale +
+    // raw * newScale / scale; put into theirs, its first part moves their start and its factor their scale.
     for (unsigned i = 1; i < values.get_axes_number(); ++i) {
         VLAxis other = values.get_axis(i);
         other.start += other.scale * ((axis.start - old.start) / old.scale);

@@ -52,6 +52,7 @@ void replace_text(char*& slot, const char* text)
     slot = copy;
 }
 
+// 0 where the limits allow it, else the finite limit, the lower one first.
 double default_number(const SPMVar::number_limits& limits) noexcept
 {
     const bool excludesZero = limits.minimum > 0.0 || limits.maximum < 0.0;
@@ -173,6 +174,7 @@ void SPMVar::take(SPMVar& other) noexcept
     description_text = std::exchange(other.description_text, nullptr);
     options = std::exchange(other.options, nullptr);
     items = std::exchange(other.items, nullptr);
+    // The type says what of the unions has to be freed: without one the other variable owns nothing of them any more.
     type = std::exchange(other.type, SPM_VAR_NONE);
     timestamp = other.timestamp;
 }
@@ -195,6 +197,7 @@ void SPMVar::Init(const char* text) { declare(base::parse_declaration(text ? tex
 
 void SPMVar::declare(const base::declaration& source)
 {
+    // First: where there is no memory for the samples, the variable stays as it was.
     void* data =
         source.type == SPM_VAR_ARRAY ? base::zeroed_array(std::size_t{source.length} * source.elementSize) : nullptr;
     Destroy();
@@ -403,6 +406,8 @@ const char* SPMVar::get_enum_label(unsigned item) const noexcept
 void SPMVar::set_enum_label(unsigned item, const char* label)
 {
     if (item >= get_enum_size()) return;
+    // The declaration is written from `declared`. There the items that a function supplies are one call, so that new
+    // labels of those stand in `texts` alone.
     const base::declared_item before = items->texts[item];
     items->texts[item].label = label;
     for (base::declared_item& declared : items->declared)
@@ -457,6 +462,7 @@ void SPMVar::set_array_type(SPMVarArrayType elementType)
 
 std::uint64_t SPMVar::update_timestamp() noexcept
 {
+    // One counter for all variables of the program: of any two stamps the larger one is the later change, in any list.
     static std::atomic<std::uint64_t> last{0};
     return timestamp = ++last;
 }

@@ -113,6 +113,8 @@ SPMVar SPMVarList::evaluate_var(const SPMVar& source) const
 {
     SPMVar shown = source;
     const unsigned index = get_var_i(source.get_name());
+    // The compiled expressions of the list serve when the variable has the same options; a changed copy is compiled
+    // anew.
     const bool isKnown = index != unsigned(-1) && settling[index].text == source.get_options();
     base::compiled_options own;
     if (!isKnown) own = base::compiled_options::of(source.get_options());
@@ -150,6 +152,8 @@ void SPMVarList::settle()
 
 void SPMVarList::changed(unsigned index, std::uint64_t formerStamp)
 {
+    // A variable counts as changed when its time stamp differs from the one before the first of its settings. One that
+    // is set twice in a batch is told once, and one that got its old stamp back is not told.
     if (std::ranges::find(changes, index, &set_variable::index) == changes.end())
         changes.push_back({index, formerStamp});
     if (batches == 0) settleAndNotify();
@@ -167,6 +171,8 @@ void SPMVarList::settleAndNotify()
         if (variables[each.index].timestamp != each.formerStamp) moved.push_back(each.index);
     changes.clear();
     settle();
+    // Handlers hear of the changes in the order of the list, whichever came first. What a handler sets joins the end of
+    // the queue and is told by the loop that runs already: handlers are never nested.
     std::ranges::sort(moved);
     for (const unsigned index : moved)
         if (std::ranges::find(pending, index) == pending.end()) pending.push_back(index);

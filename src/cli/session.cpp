@@ -25,6 +25,7 @@ std::wstring full_path(const std::string& path) { return platform::full_path(bas
 std::filesystem::path identity(const std::filesystem::path& path)
 {
     std::error_code error;
+    // Links and dots are followed as far as the path exists; the rest is taken as it stands.
     const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
     return error ? path : real;
 }
@@ -120,6 +121,8 @@ std::string session::whyTaken(const std::filesystem::path& real) const
 bool session::isEarlierResult(const std::filesystem::path& real) const
 {
     const auto found = foundAt.find(real);
+    // A file that was found in a folder, whose turn is still to come and whose name begins with that of the file being
+    // treated, counts as what an earlier call made of this one. It may be replaced, and is then not treated itself.
     return current && found != foundAt.end() && found->second > *current &&
            real.filename().native().starts_with(identities[*current].filename().native());
 }
@@ -177,6 +180,7 @@ std::string session::save(CStorageDoc& document, const std::wstring& path)
     const std::filesystem::path output = platform::to_path(path), real = identity(output);
     if (const std::string why = whyTaken(real); !why.empty()) return named(output) + why;
     setAside(real);
+    // A container that holds the same already counts as saved, so that a call can be repeated; another one stays.
     const existing_file there = replaces ? existing_file::none : look_for_existing(output, document);
     const bool isStored = there == existing_file::same;
     if (!isStored && there != existing_file::none)
@@ -203,6 +207,8 @@ void session::openAndUse(std::size_t index, const std::function<void(CStorageDoc
 try {
     const auto document = open(inputs[index], failure);
     if (document) use(*document, inputs[index]);
+    // A file of a folder that only has a common name, as a text, need not be a recording: it is passed over without an
+    // error.
     if (document || origins[index] != origin::foundByName) return;
     failure.clear();
     passOver();

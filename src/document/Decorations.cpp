@@ -38,6 +38,7 @@ void set_color(VLPluginDecoration& record, std::uint32_t color) noexcept
 
 unsigned tuple_length(std::uint32_t type) noexcept
 {
+    // By number of type. Types without coordinates have 0.
     constexpr std::array<unsigned, 13> lengths = {0, 1, 2, 3, 2, 3, 2, 3, 0, 0, 1, 2, 3};
     return type < lengths.size() ? lengths[type] : 0;
 }
@@ -211,6 +212,8 @@ VLPluginDecoration* decorations::copy(std::string_view key, unsigned* count, Dec
     if (type) *type = found->second.imageType;
     if (found->second.members.empty()) return nullptr;
     const std::deque<decoration>& members = found->second.members;
+    // The memory is zeroed, and a record's type is written after its data: wherever filling breaks off, the next record
+    // is the end of the list, so that `freeCopy` releases exactly what was made.
     auto* const records = allocated<VLPluginDecoration>(members.size() + 1);
     try {
         for (std::size_t i = 0; i < members.size(); ++i) {

@@ -100,6 +100,8 @@ bool VLFileReader::tryFormats(std::istream& in, const std::vector<const formats:
     fileType = FILE_UNKNOWN;
     std::string firstError;
     const unsigned before = getImagesNumber();
+    // Several formats may ask for a file. A reader that refuses it makes room for the next one, unless it has put an
+    // image into the document already: two readers never fill one document.
     for (const formats::format_row* row : rows) {
         fileType = row->type;
         readError.clear();

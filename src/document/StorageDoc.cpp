@@ -137,6 +137,7 @@ void CStorageDoc::AddNewImages(const SPMDataStream* streams, unsigned count)
     std::vector<SPMDataStream> added(streams, streams + count); // first: they may be images of this document
     images.insert(images.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
     try {
+        // Where one of the images is refused, none of them stays.
         imageOptions.resize(images.size());
         for (unsigned i = 0; i < count; ++i) revalidateImage(static_cast<unsigned>(first + i));
     } catch (...) {
@@ -151,6 +152,7 @@ CStorageDoc::image_shape CStorageDoc::revalidated(SPMDataStream& stream)
 {
     if (stream.values.get_axes_number() == 0) stream.values.set_axis(0, VLAxis());
 
+    // The product is checked against 32 bits after each factor of 32 bits, so that no step leaves 64 bits.
     std::vector<unsigned> lengths;
     std::uint64_t product = 1;
     bool isEmpty = false;
@@ -165,6 +167,7 @@ CStorageDoc::image_shape CStorageDoc::revalidated(SPMDataStream& stream)
     }
     if (isEmpty) product = 0;
     const std::uint64_t held = stream.array_length();
+    // At least one sub-image, and each of them whole: what the array lacks counts as 0.
     const std::uint64_t whole =
         product == 0 ? held : std::max<std::uint64_t>((held + product - 1) / product, 1) * product;
     if (whole > maxElements) throw std::length_error("image of over 2^32 elements");
@@ -235,6 +238,7 @@ bool CStorageDoc::SetDIB(const BITMAPINFOHEADER* header, const void* bits, const
     stream.set_array_type(SPM_ARRAY_INT16);
     stream.set_dimension(0, dimension_of(header->biWidth, document::bitmap_axis(header->biXPelsPerMeter)));
     stream.set_dimension(1, dimension_of(header->biHeight, document::bitmap_axis(header->biYPelsPerMeter)));
+    // A sample is the sum of three channels; the axis makes it their mean.
     stream.values.set_axis(0, VLAxis(0.0, 1.0 / 3.0, "RGB"));
     document::bitmap_heights(*header, static_cast<const std::uint8_t*>(bits), palette,
                              {static_cast<std::int16_t*>(stream.array_data()), count});

@@ -165,6 +165,8 @@ bool CStorageDocTemplate::CreateFr(const wchar_t* path, int makeVisible, CDocume
         const std::set<std::string> parameters = parameter_names(*storage);
         for (; openingImage < storage->getImagesNumber(); ++openingImage) {
             if (parametrises_another(*storage, openingImage, parameters)) continue;
+        // The loop counts with the member: `CreateNewFrame`, which is given a document alone, shows the image that it
+        // names. An image that another one is measured against gets no frame, because it is shown as that one's axis.
             CFrameWnd* const frame = shownFrame(*storage, openingImage);
             if (!frame) continue;
             InitialUpdateFrame(frame, document, makeVisible != 0);
@@ -189,6 +191,8 @@ void CStorageDocTemplate::ShowAllViews(CStorageDoc* document, bool all)
     {
         const CDocumentHold kept(*document);
         for (CView* view : std::vector<CView*>(document->views())) {
+        // A quick view goes when no other view shows its image, which gets one of its own below. In between the
+        // document may have no view at all, which must not close it.
             const auto* bound = dynamic_cast<IImageBoundView*>(view);
             if (!is_quick_view(view) || (bound->getImageNumber() < isShown.size() && isShown[bound->getImageNumber()]))
                 continue;
@@ -225,6 +229,7 @@ void CStorageDocTemplate::PositionNextFrame(CFrameWnd* frame)
     if (!app) return;
     const CSize size = frame->GetWindowRect().Size();
     if (left > 0 && left + size.cx > app->host().frameArea().Width()) {
+    // Frames stand in rows from the upper left corner; a row is as high as its highest frame.
         top += rowHeight;
         left = rowHeight = 0;
     }

@@ -9,6 +9,8 @@ void CStorageDoc::set_decoration(const char* key, const VLPluginDecoration* list
                                  unsigned image)
 {
     if (image >= imageOptions.size() || (count > 0 && !list)) return;
+    // Drawings are shared with whoever took them as they were; `edit` gives this image a copy of its own before the
+    // first change after that.
     imageOptions[image].drawings.edit().set(key ? key : "", list, count, type);
     drawingsChanged(image);
     UpdateAllViews(nullptr, document::drawing_hint(image));

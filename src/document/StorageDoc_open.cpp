@@ -113,6 +113,7 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     DeleteContents();
     SetModifiedFlag(true);
     displayTitle.clear();
+    // Stays so when the reading throws: what was not read completely is neither unsaved work nor saved over the file.
     incomplete = true;
     const CWaitCursor wait;
     const shown_progress shown(onReadProgress);

@@ -139,6 +139,8 @@ void CStorageDoc::Serialize(CArchive& archive)
     for (int i = 0; i < stored; ++i) add_stream(zip, images[static_cast<unsigned>(i)], rawNames[i], archive);
     if (zip.Close() != 0) fail(archive, "the archive could not be completed (is the disk full?)");
     verify(packed, content(), archive);
+    // What was packed is read again and compared before the archive gets a byte of it: a container that no reader takes
+    // never replaces one that opens.
     copy_into(archive, packed);
 }
 

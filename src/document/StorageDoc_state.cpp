@@ -24,6 +24,8 @@ std::uint64_t CStorageDoc::newState() noexcept
 
 bool CStorageDoc::isChanged() const noexcept
 {
+    // Numbers stand for contents: each change of samples or texts draws a new one, and undo brings back the number
+    // along with the content. Equal numbers are therefore equal contents, and no samples need to be compared.
     if (incomplete || displayOnly) return false;
     if (!storedContent) return !images.empty();
     return textState != storedContent->texts ||

@@ -28,6 +28,7 @@ CVldvApp::CVldvApp(IHost& host_)
 {
     entry::register_classes();
     entry::add_templates(*this);
+    // Backwards, because each one that is added goes to the front.
     for (std::size_t i = maxRecentFiles; i-- > 0;)
         if (const auto path = profile().readString(recentSection, recent_key(i)))
             CWinApp::AddToRecentFileList(base::widen(*path));
@@ -130,6 +131,7 @@ void CVldvApp::OnSettings()
     std::ifstream layout(platform::find_interface_file("Settings.xml"), std::ios::binary);
     CVarListDlg dialog;
     dialog.CreateModalDlg(&list, layout ? &layout : nullptr, platform::settingsLayout, nullptr);
+    // Values come back with their time stamps: handlers of what the dialog changed run again, those of the rest do not.
     if (dialog.DoModal() != CVarListDlg::resultOk)
         list.batch([&] {
             for (const SPMVar& variable : before) list.set_var(variable);

@@ -72,6 +72,8 @@ std::vector<SPMVar> dialog_rows(const std::vector<CDocument*>& documents)
     const std::vector<std::string> labels = entry::telling_labels(documents);
     std::vector<SPMVar> rows(documents.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
+        // Titles may be equal, and of two variables with one name a list keeps one: the address tells the documents
+        // apart.
         rows[i].Init(base::formatted("%p", static_cast<const void*>(documents[i])).c_str(), labels[i].c_str(),
                      SPM_VAR_BOOLEAN);
         rows[i] = documents[i]->isChanged() ? 1.0 : 0.0;

@@ -77,6 +77,7 @@ std::vector<CPoint> CQtDC::toUnits(std::span<const CPoint> points) const
 CRgn CQtDC::toUnits(const CRgn& region) const
 {
     const XFORM map = toDevice();
+    // Most maps only move: the bands of the region then move as they are, and no rectangle has to be united anew.
     const bool isMove = map.isAxisAligned() && map.m11 == 1.0 && map.m22 == 1.0;
     if (!isMove) return region.transformed(map);
     CRgn moved(region);
@@ -110,6 +111,8 @@ void CQtDC::paintEllipse(const CRect& rect)
 {
     if (!surface) return;
     if (toDevice().isAxisAligned()) return surface->ellipse(state(), LPtoDP(rect));
+    // A turned ellipse is drawn as a polygon. Between 256 corners a circle bulges by less than 1e-4 of its radius,
+    // which is less than a pixel on any display.
     std::vector<CPoint> around;
     constexpr int corners = 256;
     const XFORM map = toDevice();

@@ -58,6 +58,8 @@ void blend_row(std::byte* to, const std::uint32_t* from, int count, int bytes) n
         if (alpha == 0) continue;
         for (int c = 0; c < 3; ++c) {
             std::byte& below = to[bytes * x + c];
+            // Source over destination with colours that are multiplied by alpha already: D (255 - alpha) / 255 + S,
+            // rounded.
             const std::uint32_t kept = (std::to_integer<std::uint32_t>(below) * (255 - alpha) + 127) / 255;
             below = static_cast<std::byte>(std::min(255u, kept + (from[x] >> (8 * c) & 255)));
         }

@@ -148,6 +148,9 @@ void page_surface::onPicture(const platform::dc_state& state, const CRect& bound
     CRect area;
     if (!area.IntersectRect(bounds, CRect({}, size()))) return;
     if (state.clip && !area.IntersectRect(area, state.clip->GetRgnBox())) return;
+    // All that was drawn before is drawn once more on a picture of the area, where the operation finds what it asks
+    // for. Only the pixels that it changes go back to the page, so that everything else there stays lines and text in
+    // full resolution. The picture is made coarser where the area has more dots than a picture may have.
     const double dots = double{1} * area.Width() * area.Height();
     const double ratio = std::min(1.0, std::sqrt(largestPagePicture / dots));
     QImage before(static_cast<int>(std::ceil(area.Width() * ratio)), static_cast<int>(std::ceil(area.Height() * ratio)),
@@ -204,6 +207,7 @@ void page_surface::fillPath(const platform::dc_state& state, const QPainterPath&
 void page_surface::lines(const platform::dc_state& state, std::span<const CPoint> points, bool closed)
 {
     if (state.pen.isNull() || points.empty()) return;
+    // Coordinates name pixels, whose middles a line runs through: half a unit from the corner that they name.
     const QPainterPath path = path_through(points, closed, 0.5);
     if (raster_op_of(state.rop2).readsDestination())
         return onPicture(state, around(path.boundingRect(), margin_of(state)),

@@ -25,6 +25,8 @@ int characters_in_line(QFont font, double height)
         const QFontMetrics metrics(font);
         return metrics.ascent() + metrics.descent();
     };
+    // Line heights grow almost in proportion to the size, but hinting rounds them: a guess from a large size comes out
+    // at the upper end, and a few steps down find the size that fits.
     const double guess = height * sample / std::max(1, lineAt(sample));
     int size = std::max(1, static_cast<int>(std::ceil(guess)) + 1);
     while (size > 1 && lineAt(size) > std::lround(height)) --size;
@@ -55,6 +57,7 @@ QFont qt_font(const CFont& font, const font_scale& scale)
     out.setStyleStrategy(QFont::NoSubpixelAntialias);
     constexpr double largest = 10000.0;
     const double height = std::min(std::fabs(double{1} * font.height) * scale.pixelsAUnit, largest);
+    // A positive height is that of a line, a negative one that of the characters in it; 0 asks for the usual size.
     if (font.height > 0)
         out.setPixelSize(characters_in_line(out, height));
     else if (font.height < 0)

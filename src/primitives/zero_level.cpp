@@ -99,6 +99,8 @@ double find_zero_level(const unsigned* counts, int count)
     const bins histogram(counts, static_cast<std::size_t>(count));
     const sums before = sums_before(histogram);
     if (before.back() == 0) return 0.0;
+    // The level of the base on which features stand. Its peak is looked for below the median of all heights, in a
+    // histogram that is smoothed about as wide as that peak is, so that noise of single bins makes no peaks of its own.
     const std::size_t median = median_bin(before);
     const sums hills = smoothed(before, narrowest_quarter(before, median));
     return centre_of(histogram, hills, lowest_peak(hills, median));

@@ -142,6 +142,8 @@ void autosave::step(const std::vector<CStorageDoc*>& open)
     const bool looks = clock::now() >= nextLook;
     if (looks) nextLook = clock::now() + pauses.look;
     retryClosed(clock::now());
+    // What a step copies is limited, and nothing is copied while the writer is far behind: the pieces on their way take
+    // little memory however large the documents are, and no step waits for the disk.
     std::size_t budget = writer.waitingBytes() < waitingBytes ? stepBytes : 0;
     for (const CStorageDoc* document : open)
         if (document->isChanged()) keep(*document, budget, looks);
@@ -188,6 +190,8 @@ void autosave::documentCloses(CStorageDoc& document)
     tracked& entry = entryOf(document);
     entry.wanted = document.contentState();
     if (entry.copy->hasFailed()) replaceFailed(entry);
+    // Where the copy is not complete, the images move here from the document that goes, at no cost, and are written
+    // from here.
     const bool isHeld = !entry.copy->isBusy() && entry.copy->holds(entry.wanted) &&
                         !(entry.copy->needsSource() && has_lost_source(document));
     if (!isHeld || !entry.copy->isStored()) {

@@ -56,6 +56,8 @@ void background_writer::run()
     for (;;) {
         changed.wait(lock, [this] { return ending || !waiting.empty(); });
         if (waiting.empty()) return;
+        // An entry leaves the queue when its task is done and not when it starts: an empty queue means that all is
+        // written.
         entry& next = waiting.front(); // stays where it is while others are added behind it
         std::string failure;
         lock.unlock();

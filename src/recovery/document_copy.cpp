@@ -112,6 +112,8 @@ bool document_copy::needsSource() const
 void document_copy::begin(snapshot target)
 {
     parts.clear();
+    // Backwards, because `feed` takes parts from the end: images are written in their order. Samples that the folder
+    // holds already are named again and not written again.
     for (std::size_t i = target.kept.images.size(); i-- > 0;) {
         if (target.isInSource[i]) continue;
         const std::uint64_t state = target.state.images[i];
@@ -197,6 +199,9 @@ void document_copy::commit()
     snapshot done = std::move(*current);
     current.reset();
     for (std::size_t i = 0; i < done.kept.images.size(); ++i) storeBeside(done, i);
+    // The writer works in the order of its tasks: the manifest takes its name when all files that it tells of are
+    // complete, and only then do those go that it does not name. After a crash at any point the folder holds either
+    // state as a whole. When one task fails the shared flag makes the later ones do nothing.
     const std::set<std::string> used = files_of(done.kept);
     std::erase_if(written, [&](const auto& file) { return !used.contains(file.second); });
     committed = std::move(done.state);

@@ -17,6 +17,8 @@ bool is_printed_whole(std::uint64_t size) noexcept { return size <= pieceBytes *
 
 std::optional<std::uint32_t> print_of(std::istream& in, std::uint64_t size)
 {
+    // A CRC-32 of up to 1024 pieces of 64 KiB, spread evenly from the first byte to the last. Up to 64 MiB they cover
+    // the whole file; of a larger one they are a sample, so that the time to take a print does not grow with the file.
     const std::uint64_t bytes = std::min(size, pieceBytes);
     const std::uint64_t count = std::clamp<std::uint64_t>((size + pieceBytes - 1) / pieceBytes, 1, maxPieces);
     std::vector<char> piece(bytes);

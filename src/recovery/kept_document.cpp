@@ -101,6 +101,8 @@ document::own_files::entry file_from(base::byte_reader& in)
 
 std::vector<std::byte> encode(const kept_document& kept)
 {
+    // Numbers are little-endian, texts have a length of 32 bits in front, and a CRC-32 closes the whole. What came
+    // later stands at the end: the print of the source is there when bytes are left for it.
     byte_writer out;
     out.plain(signature);
     out.number(kept.time);

@@ -104,6 +104,8 @@ int session_folder::make()
 bool session_folder::isThere() const
 {
     struct stat held{}, named{};
+    // The file that is locked has to be the one that stands under the name: a folder that was removed and made again by
+    // somebody else would otherwise look like ours.
     return lock >= 0 && fstat(lock, &held) == 0 && stat((folder / lockName).c_str(), &named) == 0 &&
            held.st_dev == named.st_dev && held.st_ino == named.st_ino;
 }

@@ -60,6 +60,8 @@ snapshot take_snapshot(const CStorageDoc& document)
         taken.overlays.push_back(document.sharedOverlay(i));
         taken.drawings.push_back(document.sharedDecorations(i));
         if (!hasSource || !document.storedState()) continue;
+        // The numbers of states tell what has to be written: an image with the number of one in the document's file is
+        // as it stands there, so that the copy only notes which one that is.
         const auto& stored = document.storedState()->images;
         const auto found = std::ranges::find(stored, taken.state.images[i]);
         if (found == stored.end()) continue;

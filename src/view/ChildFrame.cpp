@@ -53,6 +53,8 @@ std::wstring title_text(const frame_title& parts)
         text += "]"; // also where nothing was opened
     }
     if (parts.hasZoom) {
+        // Display over source in percent. Where the sides differ and one of them is at 100, only the other one is told;
+        // a picture at 100 both ways has no zoom to tell.
         const double x = base::round_half_up(parts.zoomX * 100.0), y = base::round_half_up(parts.zoomY * 100.0);
         if (std::fabs(x - y) > 1.0) {
             if (x == 100.0)

@@ -82,6 +82,8 @@ bool CDCView::OnEraseBkgnd(CDC& dc)
     CountDisplayRect();
     const CRect client = GetClientRect();
     const auto color = colorOption("background");
+    // Only the frame around the display: the picture covers the inside in any case, and would flicker over a
+    // background.
     const CRect bands[] = {{client.left, client.top, client.right, displayRect.top},
                            {client.left, displayRect.bottom, client.right, client.bottom},
                            {client.left, displayRect.top, displayRect.left, displayRect.bottom},
@@ -105,6 +107,8 @@ void CDCView::drawLegendLine(CDC& dc, CPoint& point, LegendOffset offset, const 
     std::wstring text;
     auto next = arguments.begin();
     const auto take = [&]() -> const legend_argument* { return next == arguments.end() ? nullptr : next++; };
+    // Each "C", "c" or "d" of the format stands for the next argument, as long as there is one; the argument knows its
+    // own type. All other characters stand for themselves.
     for (const wchar_t* at = format; *at; ++at) {
         const legend_argument* argument = *at == L'C' || *at == L'c' || *at == L'd' ? take() : nullptr;
         if (!argument)
@@ -180,6 +184,7 @@ void CDCView::OnPrepareDC(CDC& dc, bool toPaper)
 {
     if (!toPaper) return;
     const CSize page = dc.deviceSize(), dpi = dc.dotsPerInch();
+    // Margins of a page are kept in thousandths of an inch. The isotropic mapping fits the window into what they leave.
     const auto pixels = [](int thousandths, int dotsPerInch) { return dotsPerInch * thousandths / 1000; };
     const CRect client = GetClientRect();
     dc.SetMapMode(MM_ISOTROPIC);

@@ -125,6 +125,8 @@ void CDCView::LoadOptions(const char* pattern)
     });
     for (SPMVar& option : declared) {
         const std::string name = option.get_name();
+        // A stored text goes before the present value, and that before the declared default. A text that the
+        // declaration does not take, as one of an older version, leaves the value alone.
         if (options.get_var_i(name) != unsigned(-1)) option.from_string(options[name].as_string().c_str());
         const auto stored = store ? store->readString(section, name) : std::nullopt;
         if (stored) option.from_string(stored->c_str());
@@ -143,6 +145,7 @@ void CDCView::storeOptions(std::vector<SPMVar>& changed, bool tellsAll)
     options.batch([&] {
         for (SPMVar& option : changed) {
             const SPMVar& before = options[option.get_name()];
+            // A variable that keeps its time stamp counts as unchanged, so that its handler does not run.
             if (!tellsAll && is_equal(option, before))
                 option.timestamp = before.timestamp;
             else
@@ -205,6 +208,7 @@ bool CDCView::ShowOptionsDlgWithInterface(const char* name)
     const stored_options kept(profile(), GetViewSection(), before);
     storedDefaults = false;
     SPMVar clock;
+    // All stamps come from one counter: what the dialog changes has a later one than this.
     const std::uint64_t start = clock.update_timestamp();
     BeginEditOptions();
     const int result = dialog.DoModal();

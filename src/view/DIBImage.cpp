@@ -9,6 +9,7 @@ namespace {
 
 std::uint64_t row_bytes(int width, int bitsPerPixel)
 {
+    // Rows are padded to whole 32-bit words.
     return (static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(bitsPerPixel) + 31) / 32 * 4;
 }
 
@@ -28,6 +29,7 @@ bool VLDIBImage::Create(int width, int height, bool alpha)
     bitmap.header.biBitCount = alpha ? 32 : 24;
     if (width < 1 || height < 1) return false;
     const std::uint64_t row = row_bytes(width, bitmap.header.biBitCount);
+    // The size stands in a field of 32 bits.
     if (row > std::numeric_limits<std::uint32_t>::max() / static_cast<std::uint64_t>(height)) return false;
     const std::uint64_t bytes = row * static_cast<std::uint64_t>(height);
     pixels = platform::allocate_pixels(bytes);

@@ -183,6 +183,8 @@ bool CImageView::OnKeyDown(unsigned key)
         IScreen* const screen = app ? const_cast<CWinApp*>(app)->host().screen() : nullptr;
         const bool back = screen && screen->isKeyDown(VK_SHIFT);
         if (const unsigned count = document->getSubImagesNumber(imageNumber); count > 0)
+            // Adding the largest unsigned number goes one back, since the sum wraps round; `count` keeps it from going
+            // below 0.
             setActiveSubimage((subImageNumber + count + (back ? unsigned(-1) : 1u)) % count);
     }
     return CDCView::OnKeyDown(key) || key == VK_TAB;

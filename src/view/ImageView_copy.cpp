@@ -29,6 +29,8 @@ void append_curves(SPMDataStream& target, const SPMDataStream& volume, unsigned 
     const std::size_t curves = volume.array_length() / (width * height * length);
     const auto* from = static_cast<const char*>(volume.array_data());
     std::vector<char> column(curves * length * sample);
+    // Sub-images and, in each, the layers of dimension 2 follow one another in memory, so that one number counts
+    // through the points of all curves: layer i begins at i * height * width.
     for (std::size_t i = 0; i < curves * length; ++i)
         std::memcpy(column.data() + i * sample, from + ((i * height + y) * width + x) * sample, sample);
     target.set_array(column.data(), static_cast<unsigned>(curves * length), target.array_length());
@@ -144,6 +146,8 @@ CStorageDoc* CImageView::extract_curves(IVolumeSource& cloud)
     CStorageDoc* target = nullptr;
     for (const VLPluginDataSelection& each : selections()) {
         if (each.kind != SELECTION_RECTANGLE) continue;
+        // Both corners go to the grid by the same rule and the end is left out: selections that share an edge share no
+        // curve.
         const auto cellX = [&](int corner) {
             return std::clamp<std::int64_t>(corner * countX / sourceWidth, 0, countX);
         };

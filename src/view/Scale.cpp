@@ -16,6 +16,8 @@ std::vector<CScale*> CScale::m_PalList;
 
 CScale::CScale()
 {
+    // All scales share the palettes, which the first one loads and the last one stores. The first in the list is the
+    // static scale, which the others follow where they are told to.
     if (m_PalList.empty()) InitColorTable();
     m_PalList.push_back(this);
 }
@@ -90,6 +92,7 @@ unsigned long CScale::GetColor(int i, int n, double gamma) const noexcept
 
 void CScale::SetPaletteId(int id)
 {
+    // The custom palette is the only one whose colours may be others under the same number.
     if (id == paletteId && paletteId != view::customPalette) return;
     previousPaletteId = paletteId;
     paletteId = std::clamp(id, 0, GetPalettesNumber() - 1);

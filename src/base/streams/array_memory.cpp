@@ -9,6 +9,7 @@ namespace vldv::base {
 void* zeroed_array(std::size_t bytes)
 {
     if (bytes == 0) return nullptr;
+    // The system hands out large blocks as zero pages, which take memory and time only when they are touched.
     if (void* block = std::calloc(bytes, 1)) return block;
     throw std::bad_alloc();
 }

@@ -64,6 +64,8 @@ std::optional<double> invert_monotone(const std::function<double(double)>& funct
     if (!ends.holds(wanted)) return nearest_limit(ends, wanted, range);
     const bool rises = ends.atLow < ends.atHigh;
     for (;;) {
+        // Bisection down to two neighbouring doubles: it needs no derivative and no tolerance, and it never leaves the
+        // bracket.
         const double middle = std::midpoint(ends.low, ends.high);
         if (!(middle > ends.low && middle < ends.high)) break;
         const double value = function(middle);

@@ -16,6 +16,8 @@ int decimal_exponent(double value) noexcept
 std::string with_decimals(double value, int decimals)
 {
     constexpr double exactWholes = 9007199254740992.0, closeness = 1e-14;
+    // A decimal fraction may be stored a little below what was written: 1.005 * 100 is 100.49999999999999. The share of
+    // 1e-14 brings it back over the half; other numbers would have to lie as close to one to be changed.
     const double power = std::pow(10.0, decimals), scaled = value * power;
     if (std::fabs(scaled) < exactWholes) value = round_half_up(scaled + std::fabs(scaled) * closeness) / power;
     return formatted("%.*f", decimals, value);

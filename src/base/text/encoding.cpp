@@ -9,6 +9,8 @@ using namespace vldv;
 namespace {
 
 constexpr char32_t replacement = 0xfffd;
+// File names are bytes and need not be UTF-8. A byte that is none becomes a lone low surrogate, which no valid text
+// decodes to; `narrow` turns it back, so that each name survives the way to wide characters and back unchanged.
 constexpr char32_t byteEscape = 0xdc00; // U+DC80 … U+DCFF stand for the bytes 0x80 … 0xFF
 
 /// Length of the well-formed UTF-8 sequence at the front and its character, or 0: no overlong forms, no surrogates.
@@ -26,6 +28,8 @@ std::size_t decode(std::string_view text, char32_t& out) noexcept
         out = lead;
         return 1;
     }
+    // 0xC0 and 0xC1 would begin an overlong form of ASCII. The checks of the result below refuse the overlong forms of
+    // three and four bytes, the surrogates and what lies beyond U+10FFFF.
     if (lead >= 0xc2 && lead <= 0xdf && continued(1)) {
         out = static_cast<char32_t>((lead & 0x1f) << 6 | (byte(1) & 0x3f));
         return 2;
@@ -98,6 +102,8 @@ std::string narrowed(std::wstring_view text, bool bytesBack)
 }
 
 template <class Text>
+// A copy for callers outside the library, who free it with vlutl_free: memory of malloc, whatever operator new they
+// have.
 typename Text::value_type* released(const Text& text)
 {
     const std::size_t bytes = (text.size() + 1) * sizeof(typename Text::value_type);
@@ -124,6 +130,7 @@ char* wchar2utf8(const wchar_t* text) { return released(narrowed(text_of(text), 
 char* char2char(const char* text) { return released(std::string(text_of(text))); }
 wchar_t* wchar2wchar(const wchar_t* text) { return released(std::wstring(text_of(text))); }
 
+// Quotes count from the beginning of the text, also in front of `start`; a quote of the other kind inside them is text.
 int untokenized_find(const char* text, char c, int start)
 {
     char quote = '\0';

@@ -123,6 +123,8 @@ int find_prefixed(std::string_view text, const prefix_row& prefix)
 known_unit resolved(int row, int found, int exponent)
 {
     const unit_row& unit = rows[row];
+    // A power raises the factor and multiplies the exponent, which keeps powers of ten exact. The zero of a scale means
+    // something only for the unit itself.
     double factor = unit.factor;
     for (int i = 1; i < found; ++i) factor *= unit.factor;
     return {unit.kind, row, found, (unit.exponent + exponent) * found, factor, found == 1 ? unit.zero : 0.0};
@@ -159,6 +161,8 @@ std::optional<known_unit> parse_unit(std::string_view text) noexcept
 {
     while (text.starts_with(' ')) text.remove_prefix(1);
     while (text.ends_with(' ')) text.remove_suffix(1);
+    // The whole name goes first, so that one which begins like a prefix, as "min", is not cut. Only what is none is
+    // taken for a prefix in front of a name that takes prefixes; hundredths and tenths are known of the metre alone.
     const int found = take_power(text);
     if (const int row = find_row(text); row >= 0) return resolved(row, found, 0);
     for (const prefix_row& prefix : prefixes)

@@ -35,6 +35,8 @@ bool is_special(char c)
            c == 0x7f;
 }
 
+// A text between two marks \" with each special character as a backslash and two hexadecimal digits. Nothing that
+// separates fields stands inside, so that a declaration can be cut at its commas before anything is decoded.
 std::string encoded(std::string_view text)
 {
     constexpr char digits[] = "0123456789abcdef";
@@ -133,6 +135,7 @@ std::optional<std::string_view> take_field(std::optional<std::string_view>& rest
     bool quoted = false;
     for (std::size_t i = 0; i < rest->size(); ++i) {
         const char c = (*rest)[i];
+        // An encoded text begins and ends with a mark that holds a quote: the two cancel out.
         if (c == '"') quoted = !quoted;
         if (quoted) continue;
         if (c == '(') ++depth;
@@ -377,6 +380,9 @@ declaration parse_declaration(std::string_view text, std::string* problem)
     rest = rest.substr(std::min(rest.find_first_not_of(' '), rest.size()));
     if (rest.empty() && !out.name.empty() && !out.label.empty()) return out; // a heading
     if (!rest.starts_with(',')) return refused("no comma before the type");
+    // Behind the type come its own fields, each of which may be empty, or missing at the end: minimum, maximum and step
+    // of a double; minimum and maximum of an int; the items of an enum; length and element of an array. What is left is
+    // the options: the display expression, then the evaluation expression.
     std::optional<std::string_view> fields = rest.substr(1);
     const auto keyword = take_field(fields);
     const auto known =

@@ -15,6 +15,8 @@ using kind = expression_step::kind;
 /// Shifts are by whole places of whole numbers, as far as a double holds them.
 double shifted(double value, double places) noexcept
 {
+    // Multiplying by a power of two is exact and has no undefined shifts. The limit lies beyond all exponents of a
+    // double, so that it changes no result.
     return std::trunc(value) * std::exp2(std::clamp(std::trunc(places), -2000.0, 2000.0));
 }
 
@@ -94,10 +96,12 @@ public:
             return inputs.own;
         case kind::name:
             return named(step.index);
+        // Only the branch that is chosen is evaluated; "&&" and "||" stop at the first operand that decides, too.
         case kind::choose:
             return value(source.operand(step, numberOf(step, 0) != 0.0 ? 1 : 2));
         case kind::hexadecimal:
             return expression_value::of(hexadecimal_text(numberOf(step, 0)));
+        // Its arguments say how the field asks for a file; the path is the value itself.
         case kind::filePath:
             return inputs.own;
         case kind::listEntry:
@@ -140,6 +144,7 @@ private:
         }
     }
 
+    // Two texts are compared as texts; a text beside a number as the number that it reads as.
     static bool equal(const expression_value& a, const expression_value& b)
     {
         return a.isText && b.isText ? a.text == b.text : a.number == b.number;
@@ -163,6 +168,8 @@ private:
     expression_value called(const expression_step& step)
     {
         double arguments[8];
+        // The last operand is the name of the function, all before it are the numbers that it is called with. The
+        // parser lets at most five operands through.
         const unsigned count = step.count - 1;
         for (unsigned i = 0; i < count; ++i) arguments[i] = numberOf(step, i);
         auto text = call_option_function(valueOf(step, count).asText(), {arguments, count});

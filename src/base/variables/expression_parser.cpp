@@ -93,6 +93,8 @@ private:
         throw syntax_error{tokens.current().column + 1, std::move(reason)};
     }
 
+    // A step is added behind the steps of its operands, and knows them by their numbers: the steps are a tree in one
+    // array, with the result as the last one added, which copies as a value and needs no pointers.
     unsigned add(expression_step step, std::span<const unsigned> operands = {})
     {
         if (out.steps.size() == maxSteps) fail("too long");
@@ -116,6 +118,8 @@ private:
         return found == binaryOperators.end() ? nullptr : &*found;
     }
 
+    // Precedence climbing: the operand on the right takes only operators that bind closer, so that operators of one
+    // priority group from the left. One function does for all priorities of the table.
     unsigned binary(int priority)
     {
         unsigned left = unary();
@@ -130,6 +134,7 @@ private:
 
     unsigned unary()
     {
+        // Each level of parentheses, arguments, signs or powers passes here, so that this one count limits them all.
         if (++depth > maxDepth) fail("nested too deeply");
         unsigned step;
         if (tokens.isSign("-") || tokens.isSign("!")) {
@@ -152,6 +157,8 @@ private:
         const unsigned base = primary();
         if (!tokens.isSign("^")) return base;
         tokens.advance();
+        // The exponent is read with its sign, and may be a power itself: "2^-1" is a half, "2^3^2" is 2^9, "-2^2" is
+        // -4.
         const unsigned operands[] = {base, unary()};
         return add({.what = step_kind::power}, operands);
     }

@@ -185,10 +185,16 @@ void option_settling::settle(std::vector<SPMVar>& variables, const std::function
     formerNumbers.assign(count, 0);
     std::erase_if(moved, [&](unsigned index) { return index >= count; }); // of a longer list that was replaced
     for (const unsigned index : moved) formerNumbers[index] = toldBefore;
+    // Rounds through all variables, until one moves nothing. A round carries a change along at least one link of a
+    // chain of expressions; a chain has fewer links than there are variables, so that more rounds than that mean a
+    // circle, which is left as it stands. "##" reads the value from before the first round, so that "##+1" counts up
+    // once and not each round.
     bool isMoving = true;
     for (unsigned round = 0; isMoving && round < count; ++round) {
         isMoving = false;
         for (unsigned i = 0; i < count; ++i) {
+            // What a function answers may change without any variable, so that those who call one are asked in the
+            // first round even when nothing they read has moved.
             if (!isDue(i) && (round > 0 || !compiled[i].asksFunctions)) continue;
             compiled[i].evaluatedAt = ++clock;
             const auto result =

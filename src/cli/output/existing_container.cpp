@@ -46,6 +46,8 @@ existing_file compare(formats::source& there, formats::source& made)
 {
     const auto first = formats::zip_reader::open(there), second = formats::zip_reader::open(made);
     if (!first || first->all().empty()) return existing_file::damaged; // an empty file counts as an empty archive
+    // Names, sizes and checksums of the entries tell whether the contents are the same; how well they are packed, and
+    // the time in the archive, do not count.
     const bool isAlike =
         second && std::ranges::equal(first->all(), second->all(), [](const auto& x, const auto& y) {
             return x.first == y.first && x.second.bytes == y.second.bytes && x.second.checksum == y.second.checksum;

@@ -26,6 +26,8 @@ int report_entries(session& call, bool asJson, const entries_treatment& treat)
             done = files.size();
         },
         [&](const std::wstring& path, const std::string& reason) {
+            // A file that fails half way has entries already: the last of them tells the error. Without any it gets one
+            // of its own.
             if (files.size() == done) files.push_back({{"path", base::narrow(path)}});
             files.back()["error"] = reason;
             done = files.size();

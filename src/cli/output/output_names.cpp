@@ -36,6 +36,8 @@ output_names output_names::ofContainers(const std::string& output)
 
 fs::path output_names::next(const std::wstring& input, const fs::path& below, const std::string& suffix, bool alone)
 {
+    // One result takes the name as it was given. Several become "NAME-INPUT" beside it or, in a folder, "INPUT", with
+    // the suffix that tells results of one input apart. What was found in a folder keeps its subfolder.
     if (alone && !isFolder) return target;
     const std::string extension = isFolder ? folderExtension : target.extension().native();
     fs::path file = platform::to_path(input).filename();

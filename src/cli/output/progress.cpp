@@ -39,6 +39,7 @@ void progress_bar::tell(double part)
 
 void progress_bar::clear()
 {
+    // Back to the start of the line, and what is behind it goes.
     if (isDrawn) std::fputs("\r\033[K", out);
     isDrawn = false;
 }

@@ -98,6 +98,8 @@ bool visible_buffer::dropPending()
 
 bool visible_buffer::put(unsigned char byte)
 {
+    // Bytes wait until their character is whole, as programs may write it in pieces; one that is broken off goes out as
+    // bytes.
     const bool goesOn = (byte & ~firstBits) == 0x80;
     const bool isBroken = !pending.empty() && !goesOn;
     if (isBroken && !dropPending()) return false;

@@ -28,6 +28,7 @@ int convolve(float* samples, int count, const VLAxis&, const VLAxis&, std::strin
         std::ranges::fill(out, 0.0f);
         return 0;
     }
+    // Where the kernel would reach beyond an end, the nearest result from inside is repeated.
     for (std::size_t i = half; i + half < y.size(); ++i) {
         out[i] = 0.0f;
         for (std::size_t m = 0; m < kernel.size(); ++m) out[i] += kernel[m] * y[i + half - m];

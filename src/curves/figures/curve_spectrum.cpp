@@ -17,12 +17,15 @@ void evaluate_spectrum(std::span<const std::int16_t> curve, const VLAxis& values
     out.max = 1.0f;
     if (curve.empty()) return;
     std::vector<float> y = physical_floats(curve, values);
+    // Without its line: to the transform a curve goes on with its start behind its end, and a slope would be a jump
+    // there, which shows up at all frequencies.
     remove_plane_32f(y.data(), 1, static_cast<int>(y.size()), nullptr);
 
     primitives::real_transform transform(y.size());
     std::ranges::copy(y, transform.values().begin());
     transform.forward();
     for (const std::complex<double>& bin : transform.bins()) {
+        // Divided by the count, so that the amplitude of a sine does not depend on the length of the curve.
         const std::complex<double> c = bin / static_cast<double>(y.size());
         out.values.push_back(static_cast<float>(mode == spectrum_mode::power ? std::norm(c) : std::abs(c)));
         out.phase.push_back(static_cast<float>(std::arg(c)));

@@ -35,6 +35,8 @@ packing choose_packing(double mean, double least, double most) noexcept
 {
     const auto stepFor = [](double magnitude) {
         int exponent = 0;
+        // The magnitude is below 2^exponent, so that 2^15 of these steps reach it. A power of two makes all products
+        // with it exact.
         if (std::isfinite(magnitude)) std::frexp(std::fabs(magnitude), &exponent);
         return std::ldexp(1.0, exponent - 15);
     };

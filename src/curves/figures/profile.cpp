@@ -52,6 +52,7 @@ void measure(const std::vector<grid_point>& points, profile& out)
         out.segmentLengths.push_back(static_cast<std::uint32_t>(base::round_half_up(std::sqrt(squares))) + 1);
         length += out.segmentLengths.back();
     }
+    // Neighbouring segments share the sample at their joint.
     length -= points.size() - 2;
     if (length > std::numeric_limits<std::int32_t>::max()) throw std::length_error("the line has too many samples");
     out.length = static_cast<std::uint32_t>(length);
@@ -90,6 +91,8 @@ public:
         for (std::int64_t i = first; i < line.count; ++i, ++at) {
             std::int64_t index = 0;
             for (std::size_t d = image.dimensions(); d-- > 0;)
+                // The sample's number in its sub-image, from the dimension that changes slowest down to the one that
+                // changes fastest.
                 index = index * image.lengths[d] + line.from[d] + std::lround(static_cast<double>(i) * step[d]);
             put(index, at);
         }
@@ -107,6 +110,8 @@ public:
             for (std::size_t i = 0; i < count; ++i) {
                 const double along = static_cast<double>(first) + static_cast<double>(i);
                 const double offset = static_cast<double>(across);
+                // The way across is the way along turned by a right angle, (-y, x). Places beyond the edge take the
+                // sample at the edge.
                 const std::int64_t x = inside(along * stepX - offset * stepY + line.from[0], image.lengths[0]);
                 const std::int64_t y = inside(along * stepY + offset * stepX + line.from[1], image.lengths[1]);
                 const std::int64_t index = y * image.lengths[0] + x;

@@ -43,6 +43,7 @@ public:
             axis.start += selected[0].data[0] * axis.scale;
             along.set_axis(i, axis);
         }
+        // All curves of an image are equally long: shorter ranges repeat their last sample.
         shape(along, longest, static_cast<std::int64_t>(selected.size()));
         for (std::size_t k = 0; k < selected.size(); ++k) {
             const std::int64_t first = selected[k].data[0], count = selected[k].data[1] - first;

@@ -15,6 +15,8 @@ trend_line fit_trend(std::span<const double> y)
     double excess = 0.0; // over the first value, so that equal values have exactly their mean
     for (const double value : y) excess += value - y[0];
     const double mean = y[0] + excess / n;
+    // r2 is the share of the spread about the mean that the line explains; sd is the standard deviation of what it
+    // leaves.
     double total = 0.0, rest = 0.0;
     for (std::size_t i = 0; i < y.size(); ++i) {
         const double missed = y[i] - out.line.A - static_cast<double>(i) * out.line.B;

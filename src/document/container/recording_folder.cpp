@@ -60,6 +60,8 @@ private:
     void meet(const fs::directory_entry& entry, names_by_format& names)
     {
         std::error_code error;
+        // Folders wait in a list instead of being walked into by recursion, so that no depth exhausts the stack. Links
+        // to folders are not followed: they may lead in a circle, or to recordings that are found at their own place.
         if (entry.symlink_status(error).type() == fs::file_type::directory) {
             if (!isLeftOut || !isLeftOut(entry.path())) waiting.push_back(entry.path());
             return;
@@ -82,6 +84,8 @@ private:
             return;
         }
         const std::string name = file.filename().native();
+        // A content that tells its format by itself makes the file a recording for certain; one that is only recognised
+        // together with its name may be any program's.
         const formats::format_row* const certain = formats::find_format(head, {});
         const formats::format_row* const format = certain ? certain : formats::find_format(head, name);
         const bool isOwn = formats::has_own_ending(name);

@@ -8,6 +8,8 @@ namespace {
 
 constexpr std::string_view escapeMark = "\xEF\xA3\xBF"; // U+F8FF
 
+// U+F8FF, which has no meaning of its own, and four hexadecimal digits stand for a character that XML cannot hold, not
+// even as a reference.
 void append_marked(std::string& out, unsigned code)
 {
     out += escapeMark;
@@ -45,6 +47,8 @@ std::string rewritten(std::string_view plain, Append append)
 
 } // namespace
 
+// Line ends and tabs are written as references, since a parser turns the plain ones into other characters: "\r\n" into
+// "\n", and all three into blanks in an attribute.
 std::string text(std::string_view plain)
 {
     return rewritten(plain, [](std::string& out, char c) {
@@ -72,6 +76,7 @@ std::string text(std::string_view plain)
     });
 }
 
+// In the file name of an entity a parser expands no references, so that quotes need the mark as well.
 std::string literal(std::string_view plain)
 {
     return rewritten(plain, [](std::string& out, char c) {

@@ -49,6 +49,7 @@ bool stream_source::read(std::uint64_t offset, std::span<std::byte> out)
     if (isCancelled || offset > bytes || out.size() > bytes - offset) return false;
     in.clear();
     in.seekg(static_cast<std::streamoff>(offset));
+    // In pieces, so that a user who cancels waits for one of them only.
     while (!out.empty()) {
         const auto piece = out.first(std::min(out.size(), pieceBytes));
         in.read(reinterpret_cast<char*>(piece.data()), static_cast<std::streamsize>(piece.size()));

@@ -32,6 +32,7 @@ void indexed_row(const std::uint8_t* row, unsigned bitCount, const std::vector<s
     }
 }
 
+// Little-endian pixels of five bits a channel; times 8 these have about the range of eight bits.
 void row_16(const std::uint8_t* row, std::span<std::int16_t> out)
 {
     for (std::size_t x = 0; x < out.size(); ++x) {
@@ -57,6 +58,7 @@ void row_32(const std::uint8_t* row, std::span<std::int16_t> out)
 
 std::size_t bitmap_row_bytes(const BITMAPINFOHEADER& header) noexcept
 {
+    // Rows are padded to whole 32-bit words.
     return (std::size_t{static_cast<std::uint32_t>(header.biWidth)} * header.biBitCount + 31) / 32 * 4;
 }
 
@@ -80,6 +82,7 @@ VLAxis bitmap_axis(std::int32_t pixelsPerMetre)
 {
     if (pixelsPerMetre == 0) return {0.0, 1.0, "px"};
     const double pixels = std::abs(static_cast<double>(pixelsPerMetre));
+    // The unit by the size of a pixel: millimetres from 1 mm on, then micrometres, nanometres below 1 µm.
     const double magnitude = std::log10(1.0 / pixels); // of the pixel's size in metres
     if (magnitude >= -3.0) return {0.0, 1000.0 / pixels, "mm"};
     if (magnitude < -6.0) return {0.0, 1e9 / pixels, "nm"};

@@ -10,6 +10,7 @@ namespace vldv::document {
 
 namespace {
 
+// The volume has the sides (columns, rows, points) where the image has (points, columns, rows), and as many sub-images.
 bool is_volume_of(const SPMDataStream& image, const SPMDataStream& volume) noexcept
 {
     if (&image == &volume || image.get_dimensions_number() != 3 || volume.get_dimensions_number() != 3) return false;
@@ -54,11 +55,13 @@ void extracted_texts::addLengths(CStorageDoc& target, unsigned image, std::size_
 
 void extracted_texts::addVoids(CStorageDoc& target, unsigned image, std::size_t cell) const
 {
+    // The curve has been appended already: the text told of `before` samples and tells of all of them now.
     const std::size_t samples = target.getImage(image).array_length(), before = samples - subimages * points;
     const std::string old = target.getString(formats::voidRangesKey, image), oldHead = head_of(before);
     std::string ranges = old.starts_with(oldHead) ? old.substr(oldHead.size()) : std::string();
     for (std::size_t sub = 0; sub < subimages; ++sub) {
         const std::size_t first = (sub * cells + cell) * points, end = first + points, to = before + sub * points;
+        // The ranges ascend, so that the first one that reaches into this curve is found by bisection.
         auto each =
             std::ranges::partition_point(voids, [&](const auto& one) { return one.first + one.count <= first; });
         for (; each != voids.end() && each->first < end; ++each) {

@@ -25,6 +25,8 @@ std::span<const std::int16_t> measured_samples::of(unsigned sub)
     const std::vector<primitives::sample_run> leftOut = voids.of(sub);
     if (lengths.empty() && leftOut.empty()) return all;
     copy.clear();
+    // A sub-image holds its curves one after the other, `points` samples each, of which the first lengths[i] were
+    // measured; `lengths` counts through all sub-images. Without lengths it is taken as one stretch.
     const std::size_t curves = lengths.empty() ? 1 : all.size() / points;
     const std::size_t each = lengths.empty() ? all.size() : points;
     for (std::size_t i = 0; i < curves; ++i) {

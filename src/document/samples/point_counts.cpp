@@ -23,6 +23,8 @@ constexpr std::string_view totalMark = " of ";
 
 std::size_t unmeasured_points(const CStorageDoc& document, unsigned image)
 {
+    // The text is "COUNT" or "COUNT of SAMPLES". With another number of samples it tells of the image in another shape,
+    // and counts for nothing.
     const std::string_view text = document.getString(keys[0], image);
     const std::size_t mark = text.find(totalMark), samples = document.getImage(image).array_length();
     const auto count = base::leading_number(text);

@@ -4,6 +4,8 @@
 
 namespace vldv::document {
 
+// The samples are turned as ~raw = -1 - raw, which stays within 16 bits for each sample; -raw would not for -32768.
+// start + raw * scale = (start - scale) + (-1 - raw) * (-scale), so that the heights stay the same.
 VLAxis turned_axis(const VLAxis& axis) { return {axis.start - axis.scale, -axis.scale, axis.get_units()}; }
 
 void turn_heights(std::span<const std::int16_t> samples, std::int16_t* out) noexcept

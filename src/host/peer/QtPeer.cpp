@@ -168,6 +168,7 @@ void CQtPeer::killTimer(unsigned id)
 
 void CQtPeer::flushTimers()
 {
+    // Listed first: a handler may start or stop timers.
     std::vector<unsigned> waiting;
     for (const auto& [id, timer] : timers)
         if (timer->isActive()) waiting.push_back(id);
@@ -176,6 +177,7 @@ void CQtPeer::flushTimers()
 
 void CQtPeer::tellSizeLater()
 {
+    // Between two events and once for all changes of an event: what the logic does about a size may change it again.
     if (sizePending) return;
     sizePending = true;
     QMetaObject::invokeMethod(

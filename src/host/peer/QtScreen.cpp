@@ -31,6 +31,8 @@ public:
     }
     bool setBitmap(const CBitmap& bitmap) override
     {
+        // The rows stand bottom up, padded to whole 32-bit words. Turning them makes a copy, which the clipboard may
+        // keep.
         const BITMAPINFOHEADER& header = bitmap.header;
         const int bytes = header.biBitCount / 8;
         const QImage rows(reinterpret_cast<const uchar*>(bitmap.bits), header.biWidth, header.biHeight,

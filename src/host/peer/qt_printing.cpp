@@ -92,6 +92,7 @@ void printing::preview(const print_job& job, QWidget* above)
 bool draw_job(QPrinter& printer, const print_job& job)
 {
     printer.setDocName(QString::fromStdWString(job.title));
+    // Coordinates begin at the edge of the paper: the views keep the margins by themselves, on every kind of page.
     printer.setFullPage(true);
     paint::CQtDC dc(printer);
     for (int page = 0; dc.isOk(); ++page) {

@@ -34,6 +34,8 @@ unsigned pattern_row(hatch_style style, int y) noexcept
 
 hatched_spans split_by_hatch(std::span<const platform::pixel_span> area, hatch_style style, CPoint origin, double ratio)
 {
+    // Cells of the pattern are `ratio` pixels wide. A pixel belongs to the cell in which its centre lies, and
+    // `cellStart` is the first pixel of a cell by the same rule. Neighbouring cells of one kind become one span.
     const auto cell = [&](int pixel) { return static_cast<int>(std::floor((pixel + 0.5) / ratio)); };
     const auto cellStart = [&](int index) { return static_cast<int>(std::ceil(index * ratio - 0.5)); };
     hatched_spans out;

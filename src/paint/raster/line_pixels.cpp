@@ -26,6 +26,8 @@ struct pixel_steps {
     CPoint at(std::int64_t step) const noexcept
     {
         const auto moved = [&](int start, std::int64_t way) {
+            // start + floor(step * way / count + 1/2) in whole numbers: each pixel is found by itself, so that a piece
+            // of a line has the pixels that it has in the whole line, wherever a clip begins.
             const std::int64_t a = 2 * step * way + count, b = 2 * count;
             return static_cast<int>(start + (a >= 0 ? a / b : -((-a + b - 1) / b)));
         };
@@ -60,6 +62,8 @@ CPoint within_limit(CPoint point) noexcept
 visible_part find_visible_part(double fromX, double fromY, double toX, double toY, double length, const CRect& bounds,
                                double margin)
 {
+    // The line is cut against the four sides of the bounds by its parameter (Liang and Barsky). Positions along it stay
+    // those of the whole line, so that the pattern does not shift when a part is out of sight.
     visible_part out{0.0, length};
     const auto limit = [&](double from, double to, double low, double high) {
         const double way = to - from;

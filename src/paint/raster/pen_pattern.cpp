@@ -55,6 +55,8 @@ device_pen device_pen_of(const CPen& pen, double scale, double ratio)
 dash_walk::dash_walk(const std::vector<double>& pattern_) : pattern(pattern_)
 {
     if (pattern.size() % 2 != 0) pattern.insert(pattern.end(), pattern_.begin(), pattern_.end());
+    // A pattern of an odd count changes its roles with each turn: dashes become gaps. Twice the pattern has an even
+    // count.
     total = std::accumulate(pattern.begin(), pattern.end(), 0.0);
     // What is finer than a pixel is a whole line, and would take for ever.
     if (!(total >= 1.0)) pattern.clear();

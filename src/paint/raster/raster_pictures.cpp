@@ -79,6 +79,8 @@ void raster_surface::turnedPixels(const blit& picture, const clip_bands& clip)
             buffer.clear();
             int left = part.left;
             for (int x = part.left; x < part.right; ++x) {
+                // Each pixel of the target looks up where its centre comes from: no pixel is left empty and none is
+                // written twice.
                 const QPointF at = back.map(QPointF(x + 0.5, part.top + 0.5));
                 const int column = picture.from.left + std::clamp(qFloor(at.x()), 0, picture.from.Width() - 1);
                 const int row = picture.from.top + std::clamp(qFloor(at.y()), 0, picture.from.Height() - 1);

@@ -33,6 +33,8 @@ std::vector<platform::pixel_span> inner_edge(const std::vector<platform::pixel_s
             out.push_back(row);
             continue;
         }
+        // A pixel lies inside when the rows `width` above and below cover it, and when it is that far from both ends of
+        // its own row. A shape without dents covers all rows between then, so that two of them tell enough.
         const platform::pixel_span &above = shape[i - reach], &below = shape[i + reach];
         const int left = std::max({row.left + width, above.left, below.left});
         const int right = std::min({row.right - width, above.right, below.right});
@@ -183,6 +185,7 @@ void raster_surface::ellipse(const platform::dc_state& state, const CRect& rect)
     if (state.brush.kind != CBrush::fill::none) brushOver(state, inside, {state.brush, raster_op_of(state.rop2)}, clip);
     if (state.pen.isNull()) return;
     const device_pen pen = device_pen_of(state.pen, scale_of(state), pixelsAUnit);
+    // A thin outline is the edge of the very pixels that are filled, so that nothing shows between the two.
     if (pen.isThin && pen.pattern.empty()) {
         line_spans edge{inner_edge(inside, nib), {}};
         return paintLine(state, clip, edge, false);

@@ -19,6 +19,7 @@ using crossing = platform::edge_crossing;
 /// Brings crossings in order, by rows first: there are many of few columns each.
 void sort_crossings(std::vector<crossing>& crossings, int top, int rows)
 {
+    // Counting puts them in rows in two walks over all; only the few of one row are sorted by comparison.
     std::vector<std::size_t> ends(static_cast<std::size_t>(rows) + 1);
     for (const crossing& one : crossings) ++ends[static_cast<std::size_t>(one.y - top) + 1];
     std::partial_sum(ends.begin(), ends.end(), ends.begin());

@@ -68,6 +68,9 @@ int stretched_axis::nearest(int index) const noexcept
 stretched_axis::taps stretched_axis::at(int index) const noexcept
 {
     const std::int64_t i = flips ? size - 1 - index : index;
+    // Pixel i of the result stands for the piece from i count / size to (i + 1) count / size of the source. Where that
+    // is smaller than a source pixel, the value is interpolated at the middle of the piece; the values of the source
+    // belong to the middles of its pixels, hence the unit / 2.
     if (count <= size) { // between two
         const std::int64_t middle = from * unit + floor_div((2 * i + 1) * count * unit, 2 * size) - unit / 2;
         const std::int64_t pixel = floor_div(middle, unit);
@@ -128,6 +131,8 @@ void stretched_picture::meanRow(int y, std::uint32_t* out)
     const int endColumn = std::max(one.first + one.count, other.first + other.count);
     const auto count = static_cast<std::size_t>(endColumn - firstColumn) * static_cast<std::size_t>(source.bytes);
     const stretched_axis::taps down = rows.at(y);
+    // Down first, for all columns that the row needs, then across: weights of the two directions multiply, so that each
+    // source byte is read once a row. Sums and weights are whole numbers; the only rounding is the division at the end.
     sums.assign(count, 0);
     for (int i = 0; i < down.count; ++i) {
         const std::byte* const from = source.row(down.first + i) + std::ptrdiff_t{firstColumn} * source.bytes;

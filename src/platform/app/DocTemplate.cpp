@@ -35,6 +35,7 @@ CDocTemplate::~CDocTemplate() = default;
 
 std::string CDocTemplate::GetDocString(document_string field) const
 {
+    // The resource holds all texts of a template, one a line, in the order of `document_string`.
     std::string_view rest = string_resource(id);
     for (int i = 0; i < field; ++i) rest.remove_prefix(std::min(rest.find('\n') + 1, rest.size()));
     return std::string(rest.substr(0, rest.find('\n')));
@@ -59,6 +60,8 @@ void CDocTemplate::documentClosed(CDocument& document)
 {
     const auto found = std::ranges::find(opened, &document, &std::unique_ptr<CDocument>::get);
     if (found == opened.end()) return;
+    // The document may be in the middle of one of its own functions: it is only taken off the list here, and freed
+    // between two events.
     std::unique_ptr<CDocument> closed = std::move(*found);
     opened.erase(found);
     if (CWinApp* const app = AfxGetApp()) app->disposeDocument(std::move(closed));

@@ -51,6 +51,8 @@ bool CDocument::OnSaveDocument(const wchar_t* path)
 {
     const std::wstring target = platform::full_path(path);
     try {
+        // All is written to a file beside the target first. Those who still need what the target holds are told when
+        // nothing but the exchange is left to do; a failure before that has touched nothing.
         platform::atomic_file file(platform::to_path(target));
         file_archive archive(target, file);
         Serialize(archive);
@@ -106,6 +108,8 @@ void CDocument::RemoveView(CView* view)
 
 void CDocument::UpdateAllViews(CView* sender, std::uint32_t hint, const hint_object& object)
 {
+    // A view that is told may close others or open new ones: the walk goes over those of the beginning, and skips what
+    // is gone.
     const std::vector<CView*> told = attached;
     for (CView* view : told)
         if (view != sender && std::ranges::find(attached, view) != attached.end()) view->OnUpdate(sender, hint, object);

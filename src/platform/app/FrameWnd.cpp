@@ -71,6 +71,7 @@ void CFrameWnd::RecalcLayout()
 void CFrameWnd::fitToView(CSize viewOuter)
 {
     if (!getPeer()) return;
+    // What the frame has inside beside the view, such as strips of tools and tabs, keeps its size.
     const CSize client = GetClientRect().Size(), inside = viewRect().Size();
     SetWindowSize(getPeer()->outerSize({viewOuter.cx + client.cx - inside.cx, viewOuter.cy + client.cy - inside.cy}));
     RecalcLayout(); // where the frame may not change, the view goes back
@@ -85,6 +86,8 @@ void CFrameWnd::DestroyFrame()
     ShowWindow(false);
     if (pane) {
         if (CDocument* const document = pane->GetDocument()) {
+            // With its last view the document closes as well. It still lives here, as it is freed between two events
+            // like the frame.
             document->RemoveView(pane.get());
             numberFrames(*document);
         }

@@ -47,6 +47,8 @@ CDocument* CWinApp::OpenDocumentFile(const wchar_t* path)
     auto confidence = match_confidence::noAttempt;
     for (CDocTemplate* each : templates) {
         CDocument* match = nullptr;
+        // The template that is surest of the file opens it, the first of equals. A document that is open already is
+        // only shown.
         const match_confidence found = each->MatchDocType(path, match);
         if (found == match_confidence::alreadyOpen) {
             showDocument(*match);
@@ -77,6 +79,7 @@ namespace vldv {
 
 void tell_failures_together(CWinApp& app, const std::function<void()>& work)
 {
+    // Calls may be nested: only the outermost one tells.
     ++app.failureLists;
     try {
         work();

@@ -54,6 +54,8 @@ bool CVarListCtrl::isHeading(unsigned index) const { return base::is_heading(row
 unsigned CVarListCtrl::headingOf(unsigned index) const
 {
     if (index >= rowCount() || isHeading(index)) return unsigned(-1);
+    // A heading holds for the rows that follow it as long as their names begin with its name; the first other row ends
+    // it.
     unsigned found = unsigned(-1), at = 0;
     for (const SPMVar& variable : variables->all()) {
         if (!hasRow(variable)) continue;

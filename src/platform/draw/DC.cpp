@@ -49,6 +49,7 @@ bool CDC::RestoreDC(int number)
 {
     const int kept = static_cast<int>(saved.size());
     const int wanted = number == -1 ? kept : number;
+    // States are numbered from 1 as SaveDC gave them. Restoring one also drops all that were saved after it.
     if (wanted < 1 || wanted > kept) return false;
     now = std::move(saved[static_cast<std::size_t>(wanted - 1)]);
     saved.resize(static_cast<std::size_t>(wanted - 1));
@@ -98,6 +99,8 @@ colorEntry CDC::GetPixel(CPoint point) const
     const CPoint at = LPtoDP(point);
     const BITMAPINFOHEADER& header = target->header;
     if (at.x < 0 || at.y < 0 || at.x >= header.biWidth || at.y >= header.biHeight) return 0;
+    // The rows of a bitmap stand bottom up, each filled up to a multiple of four bytes; a pixel is blue, green, red. A
+    // colorEntry is 0x00BBGGRR.
     const std::size_t bytes = header.biBitCount / 8u;
     const std::size_t stride = (static_cast<std::size_t>(header.biWidth) * bytes + 3) / 4 * 4;
     const std::size_t row = static_cast<std::size_t>(header.biHeight - 1 - at.y);

@@ -7,6 +7,10 @@
 
 using namespace vldv;
 
+// pixman keeps a region as bands: half-open boxes (x2 and y2 lie outside) ordered by y, then by x. All boxes of a band
+// share their upper and lower edge, boxes that touch in a band are one box, and bands with equal boxes that touch are
+// one band. The form of a set is therefore unique, and two regions hold the same pixels exactly when their boxes are
+// equal.
 struct CRgn::bands {
     pixman_region32_t region;
 
@@ -71,6 +75,8 @@ CRgn CRgn::ofSpans(std::span<const platform::pixel_span> spans)
     boxes.reserve(spans.size());
     for (const platform::pixel_span& span : spans) boxes.push_back({span.left, span.y, span.right, span.y + 1});
     CRgn out;
+    // All boxes go in at once: pixman sorts and merges them. Adding them one by one would copy the growing list each
+    // time. The call overwrites the empty region of the constructor, so that this one is released first.
     pixman_region32_fini(&out.held->region);
     check(pixman_region32_init_rects(&out.held->region, boxes.data(), static_cast<int>(boxes.size())));
     return out;
@@ -115,6 +121,8 @@ CRgn CRgn::combined(const CRgn& a, const CRgn& b, region_mode mode)
 bool CRgn::CombineRgn(const CRgn& a, const CRgn& b, region_mode mode)
 {
     if (mode == RGN_XOR) {
+        // pixman has no symmetric difference: it is (a - b) + (b - a). This region may be `a` or `b`, so that the
+        // second part is computed before the first one overwrites it.
         const CRgn onlyB = combined(b, a, RGN_DIFF);
         CombineRgn(a, b, RGN_DIFF);
         return CombineRgn(*this, onlyB, RGN_OR);
@@ -186,6 +194,8 @@ std::int64_t CRgn::area() const noexcept
 CRgn CRgn::transformed(const XFORM& map) const
 {
     CRgn out;
+    // Under a map without a turn, edges that two rectangles share are carried to the same integers: neither gaps nor
+    // overlaps arise between them. A rectangle that shrinks to no width or height adds nothing.
     for (const CRect& rect : rectangles()) {
         const CPoint a = carried(map, rect.left, rect.top), c = carried(map, rect.right, rect.bottom);
         if (map.isAxisAligned()) {
@@ -200,6 +210,9 @@ CRgn CRgn::transformed(const XFORM& map) const
 
 CRgn CRgn::frame(int width, int height) const
 {
+    // A pixel lies inside when its neighbours up to `width` to the left and right and up to `height` above and below
+    // all belong to the region. Each distance needs its own shift: one shift by the whole width would step over a gap
+    // that is narrower than that.
     CRgn inside(*this);
     const auto erode = [&](int dx, int dy) {
         CRgn moved(*this);

@@ -15,6 +15,8 @@ XFORM dc_mapping::toDevice() const noexcept
         scaleX = static_cast<double>(viewportExtent.cx) / windowExtent.cx;
         scaleY = static_cast<double>(viewportExtent.cy) / windowExtent.cy;
     }
+    // One unit is equally long both ways: the smaller scale holds for both axes, so that the window fits into the
+    // viewport. Each axis keeps its own sign, which says whether it is mirrored.
     if (mode == MM_ISOTROPIC) {
         const double scale = std::min(std::fabs(scaleX), std::fabs(scaleY));
         scaleX = std::copysign(scale, scaleX);
@@ -48,6 +50,7 @@ CRect carried(const XFORM& map, const CRect& rect) noexcept
     return out;
 }
 
+// An extent with a zero is refused: the mapping divides by the extents of the window, its inverse by the scales.
 CSize replaced_extent(CSize& extent, CSize by) { return by.cx == 0 || by.cy == 0 ? extent : std::exchange(extent, by); }
 
 } // namespace
@@ -69,6 +72,8 @@ void CDC::SelectClipRgn(const CRgn* region, region_mode mode)
         now.clip.reset();
         return;
     }
+    // The clip is kept in device pixels, so that a later change of the mapping does not move it. Without one, the other
+    // modes combine with the whole device.
     CRgn device = region->transformed(toDevice());
     if (mode == RGN_COPY)
         now.clip = std::move(device);

@@ -7,6 +7,7 @@ namespace {
 
 constexpr int charactersATab = 8;
 
+// The first stop behind `position`. Behind the last given one, stops repeat every `step` pixels counted from it.
 int next_stop(int position, std::span<const int> stops, int step)
 {
     for (const int stop : stops)
@@ -56,6 +57,8 @@ int CDC::runsWidth(std::wstring_view text, std::span<const int> stops, int start
 
 void CDC::drawTextRim(int left, int baseline, std::wstring_view text)
 {
+    // The text in the background colour, moved by one pixel in each of the eight directions, makes an outline under the
+    // text that is drawn over it: it stays readable on a picture of any colour.
     const colorEntry own = std::exchange(now.textColor, now.backColor);
     for (const int down : {-1, 0, 1})
         for (const int right : {-1, 0, 1})
@@ -83,6 +86,8 @@ void CDC::drawAligned(int x, int y, std::wstring_view text, std::span<const int>
     if (!tabs) return drawRun(left, top + metric.tmAscent, text);
     const int step = std::max(1, charactersATab * metric.tmAveCharWidth);
     int position = x - origin;
+    // `position` is measured as the stops are. The runs are placed as if the text began at x; `left` moves all of them
+    // together, so that centring and right alignment leave the distances between the runs alone.
     for (bool more = true; more;) {
         more = text.find(L'\t') != std::wstring_view::npos;
         const std::wstring_view run = take_until(text, L'\t');
@@ -118,6 +123,7 @@ int CDC::DrawText(std::wstring_view text, CRect& rect, std::uint32_t flags)
         lines.push_back(text);
     } else {
         for (std::wstring_view line : split_lines(text)) {
+            // Lines are filled greedily: what is left behind a break is measured again as a line of its own.
             // A line that is too wide breaks at its last blank that fits; a single word stays whole.
             while ((flags & DT_WORDBREAK) && width(line) > rect.Width()) {
                 std::size_t end = line.find(L' ');
@@ -131,6 +137,7 @@ int CDC::DrawText(std::wstring_view text, CRect& rect, std::uint32_t flags)
         }
     }
     const int lineHeight = fontMetrics().tmHeight + fontMetrics().tmExternalLeading;
+    // The leading stands between lines, so that none follows the last.
     const int height = lineHeight * static_cast<int>(lines.size()) - fontMetrics().tmExternalLeading;
     if (flags & DT_CALCRECT) {
         int widest = 0;

@@ -19,6 +19,7 @@ CPoint within_limit(CPoint point) noexcept
             std::clamp(point.y, -coordinateLimit, coordinateLimit)};
 }
 
+// Division truncates towards zero, which is already the ceiling of a negative quotient.
 std::int64_t ceil_div(std::int64_t a, std::int64_t b) noexcept { return a / b + (a % b != 0 && (a > 0) == (b > 0)); }
 
 void add_edge(CPoint from, CPoint to, std::vector<crossing>& out)
@@ -26,6 +27,9 @@ void add_edge(CPoint from, CPoint to, std::vector<crossing>& out)
     const int direction = from.y < to.y ? 1 : -1;
     if (direction < 0) std::swap(from, to);
     const std::int64_t dx = std::int64_t{to.x} - from.x, dy = std::int64_t{to.y} - from.y;
+    // The edge meets that line at x = from.x + halves * dx / (2 dy), and the centre of pixel p is p + 1/2. The first p
+    // with p + 1/2 >= x is the ceiling below. All is in whole numbers, so that polygons which share an edge neither
+    // overlap nor leave a gap. With the limit on coordinates the products stay under 2^56.
     // The middle of row y lies (2 (y - from.y) + 1) / 2 rows below the upper end; a pixel's centre half a pixel right.
     for (int y = from.y; y < to.y; ++y) {
         const std::int64_t halves = 2 * (std::int64_t{y} - from.y) + 1;
@@ -77,6 +81,8 @@ std::vector<pixel_span> ellipse_spans(const CRect& rect, int firstRow, int endRo
         const std::int64_t v = 2 * std::int64_t{y} + 1 - low.y - high.y;
         const wide room = wide{width * width} * (height * height - v * v);
         const auto inside = [&](std::int64_t u) { return wide{u * u} * (height * height) <= room; };
+        // The largest u with inside(u). The root in floating point is only an estimate, as `room` has up to 108 bits;
+        // the two loops correct it in whole numbers.
         auto u = static_cast<std::int64_t>(std::sqrt(static_cast<double>(room)) / static_cast<double>(height));
         while (u > 0 && !inside(u)) --u;
         while (inside(u + 1)) ++u;

@@ -16,6 +16,7 @@ namespace {
 using clock = std::chrono::steady_clock;
 
 /// 0, or why the file could not be locked; EWOULDBLOCK when the time ran out.
+/// The lock is polled: a waiting flock could not give up after a time.
 int lock_until(int descriptor, clock::time_point end)
 {
     constexpr std::chrono::milliseconds pause{5};
@@ -42,6 +43,8 @@ file_lock::file_lock(const std::filesystem::path& file, std::chrono::millisecond
     throw CFileException(error, to_wide(file));
 }
 
+// Closing releases the lock. The file stays: were it removed, a program that opened it before and one that creates it
+// anew would hold locks on two different files, and both would think themselves alone.
 file_lock::~file_lock() { close(descriptor); }
 
 } // namespace vldv::platform

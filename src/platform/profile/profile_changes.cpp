@@ -4,6 +4,7 @@ namespace vldv::platform {
 
 void profile_changes::set(const std::string& section, const std::string& key, const profile_value& value)
 {
+    // Setting a key again rewrites its earlier step: a value that changes with each drag of the mouse stays one step.
     const auto [known, isNew] = lastSet.try_emplace({section, key}, steps.end());
     if (isNew)
         known->second = steps.insert(steps.end(), {section, key, value});

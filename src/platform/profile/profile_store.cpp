@@ -95,6 +95,9 @@ void CProfileStore::merge() const
     platform::make_profile_folder(file);
     std::filesystem::path lockFile = file;
     lockFile += ".lock";
+    // The lock is a file of its own beside the profile, which is replaced by a new file at each write: a lock on the
+    // old one would keep nobody out. What is read under it may hold the changes of others; only our own are applied to
+    // it.
     const platform::file_lock lock(lockFile, patience);
     const std::string stored = platform::read_profile_file(file);
     platform::profile_table table(stored.empty() ? firstLine : stored);

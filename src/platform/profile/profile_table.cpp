@@ -26,6 +26,9 @@ bool is_within(std::string_view section, std::string_view root)
 
 profile_table::profile_table(std::string_view file)
 {
+    // The first block has no name and takes the lines in front of the first section. Blocks and lines stand in
+    // std::list, because the hash tables keep iterators and views of the names in them, which must outlive insertions
+    // elsewhere.
     block* current = &blocks.emplace_back();
     while (!file.empty()) {
         const std::size_t end = file.find('\n');
@@ -40,6 +43,7 @@ void profile_table::readLine(std::string_view bytes, block*& current)
         current = openBlock(bytes);
         return;
     }
+    // Behind a broken section line it is unknown where an entry belongs, so that it is only kept as bytes.
     line read{std::string(bytes), current->name ? read_entry_line(bytes) : std::nullopt};
     if (read.entry)
         addEntry(*current, std::move(read));
@@ -83,6 +87,8 @@ std::string profile_table::text() const
         out += bytes;
         out += '\n';
     };
+    // Bytes that were read go out as they came. Only a section or an entry that has none, as it was made or set since,
+    // is written anew: comments, blank lines and foreign spellings of the other lines survive.
     for (const block& part : blocks) {
         if (!part.bytes.empty())
             append(part.bytes);
@@ -111,6 +117,7 @@ const profile_value* profile_table::find(const std::string& section, const std::
 std::optional<int> profile_table::readInt(const std::string& section, const std::string& key) const
 {
     const profile_value* const value = find(section, key);
+    // A number that someone put in quotes counts as a number when the whole text is one and fits.
     const auto* const text = value ? std::get_if<std::string>(value) : nullptr;
     if (!text) return value_as<int>(value);
     const auto number = base::whole_integer(*text);

@@ -19,6 +19,8 @@ template <class Number>
 void run_tasks(void (*kernel)(const image_step<Number>&, int, Number*), const image_step<Number>& step, int tasks,
                std::span<const aligned_numbers<Number>> space)
 {
+    // A counter hands the tasks out, so that a thread which the system holds up only does fewer. Tasks share no
+    // numbers: the result does not depend on who did which.
     std::atomic<int> next = 0;
     const auto work = [&](Number* mine) {
         for (int number = next++; number < tasks; number = next++) kernel(step, number, mine);
@@ -53,6 +55,8 @@ void transform_image(const tile_kernels<Number>& kernels, Number* image, int wid
     const image_step<Number> rowStep{image, width, height, rowPlan.view(), 0, inverse, scale};
     const image_step<Number> columnStep{image, width, height, columnPlan.view(), columnStride, inverse, scale};
     const std::span<const aligned_numbers<Number>> all(space);
+    // Forward the rows go first: they turn plain numbers into half spectra in the image's own memory, which the columns
+    // then transform. The way back undoes the two in the opposite order.
     if (!inverse) run_tasks(kernels.rows, rowStep, row_tasks<Number>(height), all);
     run_tasks(kernels.columns, columnStep, column_tasks<Number>(width), all);
     if (inverse) run_tasks(kernels.rows, rowStep, row_tasks<Number>(height), all);

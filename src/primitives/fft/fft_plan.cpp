@@ -18,6 +18,8 @@ complex root(std::int64_t index, std::int64_t count)
 {
     index %= count;
     const std::int64_t quarter = (index * 8 / count + 1) / 2; // nearest multiple of a quarter turn
+    // index / count is quarter / 4 of a turn and `rest`. The sine and cosine of the rest alone are computed; each
+    // quarter turn multiplies by -i, which only swaps the parts and their signs.
     const double rest = static_cast<double>(4 * index - quarter * count) / static_cast<double>(4 * count);
     const double angle = 2.0 * std::numbers::pi * rest, c = std::cos(angle), s = -std::sin(angle);
     switch (quarter % 4) {
@@ -36,6 +38,7 @@ complex root(std::int64_t index, std::int64_t count)
 std::vector<int> radices_of(int length)
 {
     std::vector<int> found;
+    // The largest powers of two first: fewer passes move the numbers less often.
     for (const int radix : {8, 4, 2, 3, 5, 7, 11, 13})
         for (; length % radix == 0; length /= radix) found.push_back(radix);
     if (length != 1) found.clear();
@@ -96,6 +99,8 @@ plan<Number>::plan(int length_)
 template <class Number>
 void plan<Number>::addPasses()
 {
+    // Each pass splits every block of radix * stride elements: sums over the elements that lie `stride` apart, turned
+    // by the twiddles, leave `radix` shorter transforms of length `stride`, which the next pass goes on with.
     const std::vector<int> radices = radices_of(rows);
     tables.reserve(2 * radices.size());
     int block = rows;
@@ -123,6 +128,10 @@ void plan<Number>::addPasses()
 template <class Number>
 void plan<Number>::addChirp()
 {
+    // Bluestein: with j k = (j^2 + k^2 - (k - j)^2) / 2 and w(j) = exp(-pi i j^2 / length) the transform sum_j x(j)
+    // exp(-2 pi i j k / length) becomes w(k) times the convolution of x(j) w(j) with conj(w(j)). The convolution is
+    // done by transforms of a length that has passes; that of conj(w), which is the same for all lines, is made here
+    // once and holds the 1 / rows of the way back.
     std::vector<complex> other(static_cast<std::size_t>(rows));
     for (std::int64_t j = 0; j < length; ++j) {
         const complex value = root(j * j, std::int64_t{2} * length);

@@ -103,6 +103,8 @@ void autocorrelation(std::span<const double> y, std::span<double> out)
     real_transform transform(fast_length(2 * n - 1));
     std::copy(y.begin(), y.end(), transform.values().begin());
     transform.forward();
+    // The autocorrelation is the inverse transform of the squared magnitudes (Wiener and Khinchin): n log n steps
+    // instead of n^2. FFTW's transforms there and back multiply by the length, which the share below takes out.
     for (std::complex<double>& bin : transform.bins()) bin = std::norm(bin);
     transform.inverse();
     const double share = 1.0 / static_cast<double>(transform.values().size());

@@ -10,6 +10,7 @@ namespace {
 double index_variance(double count) noexcept
 {
     const double mean = (count - 1.0) / 2.0;
+    // (n - 1) (2 n - 1) / 6 is the mean of the squares 0, 1, 4 ... (n - 1)^2.
     const double variance = ((2.0 * count - 3.0) * count + 1.0) / 6.0 - mean * mean;
     return std::fabs(variance) < 1e-14 ? 1.0 : variance;
 }
@@ -58,6 +59,8 @@ linear_fit fit(const Number* data, int rows, int columns) noexcept
         columnMoment += row.moment;
         rowMoment += row.values * r;
     }
+    // On a full grid columns and rows do not depend on each other, so that the normal equations of the plane fall
+    // apart: each slope is the covariance of its index with the heights over the variance of the index.
     const double width = columns, height = rows, count = width * height;
     const double meanColumn = (width - 1.0) / 2.0, meanRow = (height - 1.0) / 2.0, mean = total / count;
     linear_fit plane;

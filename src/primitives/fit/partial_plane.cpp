@@ -33,6 +33,8 @@ void solve(const spread& of, fitted_plane& plane) noexcept
     constexpr double smallest = 1e-12; // of the determinant, against the product of both variances
     const double determinant = of.xx * of.yy - of.xy * of.xy, both = of.xx + of.yy;
     if (both == 0.0) return;
+    // Samples left out may leave the others on one line, as in a single row. Only the slope along that line is known
+    // then, and the two below are the plane that does not tilt across it.
     if (determinant > smallest * both * both) {
         plane.slopeX = (of.xz * of.yy - of.yz * of.xy) / determinant;
         plane.slopeY = (of.yz * of.xx - of.xz * of.xy) / determinant;
@@ -60,6 +62,8 @@ plane_of_image fit_partial_plane(std::span<const std::int16_t> samples, int widt
     x /= count;
     y /= count;
     z /= count;
+    // A second pass over what deviates from the means: sums of plain products would lose the digits that the slopes
+    // live on.
     spread of;
     for_each_sample(samples, width, leftOut, [&](double column, double row, std::int16_t sample) {
         const double dx = column - x, dy = row - y, dz = sample - z;

@@ -9,6 +9,7 @@ namespace vldv::primitives {
 
 std::uint8_t mapped_byte(float value, byte_window window) noexcept
 {
+    // Written so that what is no number becomes 0, too.
     if (!(value > window.low)) return 0;
     if (value >= window.high) return 255;
     const float scaled = (value - window.low) * 255.0f / (window.high - window.low);

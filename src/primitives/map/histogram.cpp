@@ -13,6 +13,7 @@ std::uint64_t places(const std::int16_t* heights) noexcept
 {
     std::uint64_t word;
     std::memcpy(&word, heights, sizeof word);
+    // Turning the sign bit over adds 32768 to each of the four.
     return word ^ 0x8000800080008000u;
 }
 

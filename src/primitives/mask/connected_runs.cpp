@@ -13,6 +13,8 @@ std::size_t find_edges(const std::uint64_t* bits, int width, std::int32_t* edges
     std::uint64_t before = 0;
     for (int first = 0; first < width; first += bitsOfWord) {
         const std::uint64_t word = *bits++;
+        // A bit of `changes` is set where a sample differs from the one to its left, the last of the word before
+        // included: the ends of runs are found at the cost of one step each, however long the runs are.
         for (std::uint64_t changes = word ^ (word << 1 | before); changes != 0; changes &= changes - 1)
             *next++ = first + std::countr_zero(changes);
         before = word >> (bitsOfWord - 1);
@@ -70,6 +72,8 @@ void connected_runs::addRow(int y, const std::uint64_t* bits, const std::int16_t
     std::size_t above = rowAbove;
     for (std::size_t i = 0; i < count; i += 2) {
         const std::int32_t left = edges[i], right = edges[i + 1];
+        // Runs ascend in both rows, so that `above` never goes back: it passes those that end too far left for this run
+        // and thus for all that follow. Those that touch it are kept, as they may touch the next one as well.
         while (above < thisRow && all[above].right < left + gap) ++above;
         std::uint32_t label = none;
         for (std::size_t k = above; k < thisRow && all[k].left <= right - gap; ++k) {
@@ -93,6 +97,8 @@ void connected_runs::addRow(int y, const std::uint64_t* bits, const std::int16_t
 std::uint32_t connected_runs::rootOf(std::uint32_t label) noexcept
 {
     while (parents[label] != label) {
+        // Halving the path on each walk keeps the chains of labels so short that finding a root costs next to nothing
+        // on average.
         parents[label] = parents[parents[label]];
         label = parents[label];
     }
@@ -122,6 +128,7 @@ void connected_runs::finish() noexcept
         parents[label] = count++;
     }
     found.shrink(count);
+    // Backwards, each run put in front of its area's chain: the chains come out in the order of the rows.
     for (std::size_t i = all.size(); i-- > 0;) {
         area& owner = found[parents[all[i].next]];
         all[i].next = owner.firstRun;

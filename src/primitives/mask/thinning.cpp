@@ -56,6 +56,9 @@ void thinner::thin(bit_strips& mask)
             if (has_bits(mask.strip(s) + std::ptrdiff_t{tile} * bit_strips::tileRows))
                 awake[awakeStride * static_cast<std::size_t>(s + 1) + 1 + static_cast<std::size_t>(tile)] = 2;
     scratch.resize(thinning_step::scratchWords(mask));
+    // Odd and even steps take from opposite sides. When one of each has found nothing to take, no later one will. A
+    // tile starts awake for both, and each step keeps those awake next to which something changed; the others are
+    // passed over.
     std::uint32_t lastChange = 0;
     for (std::uint32_t number = 1; number <= lastChange + 2; ++number)
         if (kernels().thinningStep({mask, scratch.data(), awake.data(), number})) lastChange = number;

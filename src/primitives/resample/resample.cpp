@@ -30,6 +30,8 @@ struct taken {
 taken taken_by(int i, int from, int to) noexcept
 {
     const std::int64_t all = from, parts = to, at = i;
+    // Growing, a target takes the sample under its middle. Shrinking, it takes those from its own edge up to the edge
+    // of the next one, so that each sample counts exactly once.
     if (to >= from) {
         const auto middle = static_cast<int>((2 * at + 1) * all / (2 * parts));
         return {middle, middle + 1};
@@ -88,6 +90,7 @@ void add_columns(const std::int32_t* columns, const side_map& map, row_fetcher f
     for (std::size_t i = 0; i < count; ++i) {
         const int column = first[i];
         const std::int32_t* const at = columns + column;
+        // -1 keeps the additional sample and 0 drops it, without a branch that could be guessed wrong.
         Sum sum = at[least] & more[i];
         for (int k = 0; k < least; ++k) sum += at[k];
         sums[i] += sum;
@@ -166,6 +169,8 @@ height_range shrink(const_height_block source, height_block target, const side_m
         const const_height_block taken = source.rows(rows.first[y], rows.count(y));
         const const_height_block next =
             y + 1 < height ? source.rows(rows.first[y + 1], rows.count(y + 1)) : const_height_block{};
+        // Rows are summed column by column first, which reads the source in its order and fills whole registers; what
+        // is left are a few additions a target.
         std::ranges::fill(sums, Sum{0});
         for (int done = 0; done < taken.height; done += mostRows) {
             range.include(

@@ -11,6 +11,7 @@ namespace {
 
 /// Kernels at the distance x >= 0 from their middle, in steps of the coarser of source and target.
 double linear_kernel(double x) noexcept { return std::max(0.0, 1.0 - x); }
+// Keys' cubic convolution with a = -1/2: 1 at 0, 0 at all other whole distances.
 double cubic_kernel(double x) noexcept
 {
     if (x < 1.0) return (1.5 * x - 2.5) * x * x + 1.0;
@@ -61,6 +62,8 @@ void resample_smooth(const_height_block source, height_block target, interpolati
         return resample(source.data, source.width, source.height, source.step, target.data, target.width, target.height,
                         target.step);
     if (source.width <= 0 || source.height <= 0 || target.width <= 0 || target.height <= 0) return;
+    // Both kernels are products of one along the rows and one along the columns. A target row is mixed from its source
+    // rows first; it then is a single row from which all its samples are taken.
     const weighting columns(source.width, target.width, kind), rows(source.height, target.height, kind);
     std::vector<double> mixed(static_cast<std::size_t>(source.width)); // the rows of a target, weighed together
     for (int y = 0; y < target.height; ++y) {

@@ -7,6 +7,9 @@
 void build_spline(const double* x, const double* y, int n, double* second)
 {
     if (n <= 0) return;
+    // The natural spline: with h the distances and M the second derivatives, equal slopes on both sides of point i mean
+    // h(i-1) M(i-1) + 2 (h(i-1) + h(i)) M(i) + h(i) M(i+1) = 6 ((y(i+1) - y(i)) / h(i) - (y(i) - y(i-1)) / h(i-1)).
+    // Each equation has three unknowns, so that one sweep down and one up solve all in n steps.
     second[0] = second[n - 1] = 0.0;
     // Elimination of the system that makes slopes meet; after it second[i] = second[i] - upper[i] * second[i + 1].
     std::vector<double> upper(static_cast<std::size_t>(n));
@@ -31,6 +34,7 @@ void eval_spline_factors(const double* x, int segment, double at, double factors
 {
     const double width = x[segment + 1] - x[segment];
     const double right = (at - x[segment]) / width, left = 1.0 - right, curvature = width * width / 6.0;
+    // The value is left y0 + right y1 + ((left^3 - left) M0 + (right^3 - right) M1) width^2 / 6.
     factors[0] = left;
     factors[1] = right;
     factors[2] = (left * left * left - left) * curvature;

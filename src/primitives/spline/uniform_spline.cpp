@@ -49,6 +49,9 @@ void uniform_spline::factorise()
     std::vector<double> diagonal(count);
     factors.resize(count);
     for (std::size_t k = 0; k < count; ++k) {
+        // L D L' of the normal matrix without roots, row by row. A sample weighs four neighbouring coefficients, so
+        // that elements more than three beside the diagonal are 0 and stay so: the work grows with the length and not
+        // with its cube.
         const std::size_t reach = std::min(k, band - 1);
         std::array<double, band> scaled{}; // row k of L D
         for (std::size_t b = reach; b >= 1; --b) {
@@ -68,6 +71,7 @@ void uniform_spline::factorise()
 
 void uniform_spline::fit(const double* row, double* out) const noexcept
 {
+    // The right side of the normal equations, then L forwards, D, and L' backwards.
     const int count = coefficients();
     const tables of = view();
     std::fill_n(out, count, 0.0);

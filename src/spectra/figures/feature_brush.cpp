@@ -8,6 +8,8 @@ namespace vldv::spectra {
 
 feature_brush::feature_brush(int radius)
 {
+    // A disc as the half width of each of its rows: a stamp fills whole runs of bits instead of asking sample by
+    // sample.
     const int reach = std::max(radius, 0);
     for (int dy = -reach; dy <= reach; ++dy) {
         int dx = 0;

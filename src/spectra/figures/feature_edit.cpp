@@ -56,6 +56,8 @@ public:
         feature.pixels.forEachRun([&](int y, int left, int right) {
             others.fill(y - offset.cy, left - offset.cx, right - offset.cx, false);
         });
+        // The feature hangs together over corners, so that what is around it may do so over sides alone: otherwise a
+        // hole would leak through a corner of its rim.
         found.find(others, {}, primitives::neighbours::overSides);
         if (found.areas().size() < 2) return;
         const short mean = box_mean(image, box);

@@ -44,6 +44,8 @@ feature_levels find_levels(primitives::const_height_block heights, std::optional
     const height_figures of = figures_of(heights);
     const short zero = find_zero_level(heights.data, heights.width, heights.height, heights.step, 0);
     if (level) return {zero, raw_level((of.highest - of.lowest) * *level + of.lowest)};
+    // Without a given level: half way from the mean to the highest, but no more than two standard deviations above the
+    // base.
     return {zero, raw_level(std::min((of.highest + of.mean) * 0.5, zero + 2.0 * of.deviation))};
 }
 

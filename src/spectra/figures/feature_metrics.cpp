@@ -27,6 +27,8 @@ double height_deviation(const figures& of)
     // About the whole number below the mean: all sums are exact, and what is left is no difference of large numbers.
     const double mean = mean_height(of), base = std::floor(mean);
     const auto shift = static_cast<std::uint64_t>(static_cast<std::int64_t>(base));
+    // sum (z - b)^2 = sum z^2 - 2 b sum z + n b^2. The terms may leave 64 bits, but unsigned numbers wrap round: the
+    // result, which fits, is right all the same.
     const std::uint64_t squares = static_cast<std::uint64_t>(of.heights.squares) -
                                   2 * shift * static_cast<std::uint64_t>(of.heights.sum) +
                                   shift * shift * static_cast<std::uint64_t>(of.pixels);
@@ -37,6 +39,7 @@ double height_deviation(const figures& of)
 
 double ratio(double a, double b) { return b != 0.0 ? a / b : 0.0; }
 
+// The tracing goes along the skeleton on both its sides.
 double skeleton_length(const figures& of, const axes&, short) { return of.skeletonTracing / 2.0; }
 double perimeter(const figures& of, const axes&, short) { return of.contourLength; }
 double area(const figures& of, const axes&, short) { return pixel_count(of) * of.sampleArea; }
@@ -49,6 +52,7 @@ double roughness(const figures& of, const axes& at, short) { return height_devia
 double roundness(const figures& of, const axes&, short)
 {
     constexpr double rootOfPi = 1.772453850905516;
+    // The outline of a disc of the same area over the own outline: 1 for an ideal disc, less for other shapes.
     return ratio(2.0 * std::sqrt(of.contourArea * of.sampleArea) * rootOfPi, of.contourLength);
 }
 double slenderness(const figures& of, const axes&, short) { return ratio(of.skeletonTracing, of.contourLength); }
@@ -99,6 +103,8 @@ double tracing_length(std::span<const CPoint> points, double stepX, double stepY
 double polygon_area(std::span<const CPoint> points) noexcept
 {
     if (points.size() < 3) return 0.0;
+    // Twice the area as the sum of the triangles between the first corner and each side, in whole numbers; what a bend
+    // counts too much another triangle takes away.
     std::int64_t twice = 0;
     for (std::size_t i = 2; i < points.size(); ++i) {
         const CSize a = points[i - 1] - points[0], b = points[i] - points[0];

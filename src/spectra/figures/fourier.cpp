@@ -36,6 +36,8 @@ frame_spectrum transform_frame(std::span<const std::int16_t> samples, int width,
     assert(width >= 0 && height >= 0 && samples.size() == std::size_t(width) * std::size_t(height));
     frame_spectrum spectrum{width, height, {}, {}};
     if (samples.empty()) return spectrum;
+    // Without its best plane: the transform goes on with the first column behind the last, and a tilt would be a jump
+    // there. The plane is kept and added again on the way back.
     spectrum.planeFit = primitives::fit_plane(samples, width).plane;
     spectrum.packed.resize(samples.size());
     along_plane(spectrum,

@@ -62,6 +62,7 @@ float spectrum_magnitudes(const frame_spectrum& spectrum, spectrum_mode mode, st
     for (int row = 0; row < height; ++row) {
         const float* const packed = spectrum.packed.data() + std::size_t(row) * std::size_t(width);
         const row_pair pair = rows_at(out, width, height, row);
+        // A real image has F(-c, -r) = conj F(c, r), so that one half of the magnitudes gives the other.
         for (int column = 1; 2 * column < width; ++column)
             pair.put(column, magnitude({packed[2 * column - 1], packed[2 * column]}, mode));
     }
@@ -79,6 +80,8 @@ void draw_spectrum(std::span<const float> magnitudes, int width, int height, flo
         // Spectra that were scaled beyond all measure have bins that are no numbers: they are among the brightest.
         return static_cast<std::int16_t>(static_cast<int>((v < 1.0 ? v : 1.0) * 65535.0 + 0.5) - 32768);
     };
+    // The picture has frequency 0 in its middle: rows and columns begin with the negative frequencies, which the
+    // transform numbers behind the positive ones.
     const int left = width - zero_frequency(width), top = height - zero_frequency(height);
     std::int16_t* to = out.data();
     for (int y = 0; y < height; ++y) {

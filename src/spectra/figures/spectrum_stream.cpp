@@ -16,6 +16,7 @@ SPMDataStream::dimension frequencies(const SPMDataStream::dimension& places)
     made.length = places.length;
     for (unsigned i = 0; i < places.get_axes_number(); ++i) {
         const VLAxis& axis = places.get_axis(i);
+        // One step of frequency is one period over the whole length; sample zero_frequency is frequency 0.
         const double extent = axis.scale * places.length;
         const double step = extent != 0.0 ? 1.0 / extent : 1.0;
         const std::string units = *axis.get_units() ? std::string("1/") + axis.get_units() : std::string();
@@ -39,6 +40,7 @@ SPMDataStream make_spectrum_stream(const SPMDataStream& surface, std::span<const
     for (const auto& each : pictures) to = std::copy(each.begin(), each.end(), to);
     for (unsigned d = 0; d < surface.get_dimensions_number(); ++d)
         stream.set_dimension(d, frequencies(surface.get_dimension(d)));
+    // The samples -32768 to 32767 stand for brightness 0 to 1.
     stream.values.set_axis(0, VLAxis(32768.0 / 65535.0, 1.0 / 65535.0, ""));
     std::vector<smart_string> names;
     for (const unsigned sub : subs)

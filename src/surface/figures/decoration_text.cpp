@@ -41,6 +41,8 @@ std::vector<CPoint> points_of(std::string_view text)
     if (base::trimmed(pairs.back()).empty()) pairs.pop_back(); // behind the last ";"
     for (const std::string_view pair : pairs) {
         const std::vector<std::string_view> numbers = base::split(pair, ',');
+        // One broken pair gives up the whole list: a curve without one of its points would look as if it had been drawn
+        // like that.
         if (numbers.size() != 2) return {};
         const std::optional<int> x = integer(numbers[0]), y = integer(numbers[1]);
         if (!x || !y) return {};
@@ -54,6 +56,8 @@ using line_table = std::map<std::string, std::string_view, std::less<>>;
 line_table lines_of(std::string_view text)
 {
     line_table lines;
+    // Other texts may stand behind an end mark or a list of images of another program. Of lines with one name the first
+    // counts.
     text = text.substr(0, text.find(endOfText));
     for (const std::string_view line : base::split(text, '\n')) {
         if (line.starts_with(foreignList)) break;

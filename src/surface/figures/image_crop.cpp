@@ -12,6 +12,7 @@ SPMDataStream::dimension cropped(const SPMDataStream::dimension& source, int fir
     part.length = static_cast<unsigned>(length);
     for (unsigned i = 0; i < part.get_axes_number(); ++i) {
         VLAxis axis = part.get_axis(i);
+        // The part keeps its place: its first sample has the position that it had in the whole.
         axis.start = axis.at(first);
         part.set_axis(i, axis);
     }
@@ -29,6 +30,7 @@ bool write_crop(SPMDataStream& target, const SPMDataStream& source, const CRect&
     if (!part.IntersectRect(bounds, CRect({0, 0}, whole))) return false;
     const std::size_t sample = source.array_element_size(), row = static_cast<std::size_t>(whole.cx) * sample;
     const std::size_t frame = row * static_cast<std::size_t>(whole.cy);
+    // Sub-images follow one another, and each is cropped alike.
     const std::size_t frames = source.data_size() / frame, partRow = static_cast<std::size_t>(part.Width()) * sample;
     if (target.array_element_size() != sample) return false;
 

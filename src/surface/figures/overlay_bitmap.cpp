@@ -50,6 +50,8 @@ void convert_16(const BITMAPINFOHEADER& header, const std::uint8_t* row, pixel* 
 
 CBitmap overlay_bitmap::of(const BITMAPINFOHEADER& packed)
 {
+    // The header is followed by the colours and these by the rows of pixels. Pixels of 24 and 32 bits are drawn from
+    // there; others are converted once and kept while the same bitmap is asked for.
     auto* const block = reinterpret_cast<std::uint8_t*>(const_cast<BITMAPINFOHEADER*>(&packed)) + packed.biSize;
     std::uint8_t* const bits = block + std::size_t{packed.biClrUsed} * sizeof(RGBQUAD);
     if (packed.biBitCount > 16) return {.header = packed, .bits = reinterpret_cast<std::byte*>(bits)};

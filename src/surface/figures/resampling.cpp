@@ -50,6 +50,8 @@ std::vector<primitives::sample_run> resampled_voids(const CStorageDoc& document,
     const std::size_t size = static_cast<std::size_t>(choice.width) * static_cast<std::size_t>(choice.height);
     std::vector<std::int16_t> mask, made(size);
     for (unsigned sub = 0; sub < document.getSubImagesNumber(image) && !voids.isEmpty(); ++sub) {
+        // The samples that were not measured, as an image of 0 and the largest height, go through the same resampling:
+        // where anything but 0 comes out, one of them had a weight, a negative one of the cubic kernel included.
         mask.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
         for (const primitives::sample_run& each : voids.of(sub))
             std::fill_n(mask.begin() + static_cast<std::ptrdiff_t>(each.first), each.count, std::int16_t{32767});

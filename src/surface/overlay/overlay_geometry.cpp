@@ -24,6 +24,8 @@ CRect scaled(const selection_rect& rect, const view::view_geometry& geometry) no
 CRgn to_client(const CRgn& region, const view::view_geometry& geometry)
 {
     if (geometry.source.IsRectEmpty()) return CRgn();
+    // Rows of the image run upwards and those of the display downwards: x goes to display.left + (x - source.left) *
+    // scale, y to display.top + (source.bottom - y) * scale.
     // Single precision, as regions are transformed by the records of drawing surfaces.
     const float scaleX = static_cast<float>(geometry.display.Width()) / static_cast<float>(geometry.source.Width());
     const float scaleY = static_cast<float>(-geometry.display.Height()) / static_cast<float>(geometry.source.Height());

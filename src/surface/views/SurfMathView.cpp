@@ -98,6 +98,8 @@ const short* CSurfMathView::samples() const
     if (!given || !isTurned()) return given;
     const CSize size = imageSize();
     const std::size_t count = static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy);
+    // On an axis that falls, the samples are shown turned with a turned axis, so that high is bright. The copy is made
+    // when it is first asked for and lasts until the data are loaded again.
     if (turnedSamples.size() != count) {
         turnedSamples.resize(count);
         document::turn_heights({given, count}, turnedSamples.data());

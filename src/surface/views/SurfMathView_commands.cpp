@@ -157,6 +157,7 @@ void CSurfMathView::zoomSource(double factor, CPoint around)
         // A few samples that grow by a fifth would stay as many for good.
         const int least = factor > 1.0 ? length + 1 : 1;
         const int wanted = std::min(all, std::max(least, static_cast<int>(std::floor(length * factor))));
+        // The sample under the pointer stays there: its distance from the start shrinks or grows with the window.
         const int distance = at - low;
         const int start = std::max(0, std::min(all - wanted, low + distance - base::nearest_int(distance * factor)));
         return std::pair{start, std::max(wanted, std::min(all, start + wanted))};

@@ -131,6 +131,8 @@ void CSurfMathView::drawVolumeCross(CDC& dc)
         const double size = cloud->getVolume().get_dimension(dimension).length;
         if (size == 0.0) return 0;
         const double at = base::nearest_int((size - 1.0) * view->doubleOption(mark));
+        // The mark is kept as a share of the volume, from its first sample to its last; the image may have another
+        // grid.
         return static_cast<int>(at * own / size);
     };
     const CPoint sample{place("mark.x", 0, getSourceWidth()), place("mark.y", 1, getSourceHeight())};

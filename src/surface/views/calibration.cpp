@@ -29,6 +29,8 @@ std::vector<double> curve_positions(const measured_surface& surface, const std::
 {
     std::vector<double> positions;
     if (curve.empty()) return positions;
+    // Positions are the projections of the points on the line from the first to the last, so that points set a little
+    // beside it do no harm. A curve that ends where it began has no such line; its positions are counted along it.
     const place whole = place_of(surface, curve.front(), curve.back());
     const double length = std::hypot(whole.x, whole.y);
     double along = 0.0;
@@ -45,6 +47,8 @@ std::optional<calibration_table> calibrate(const std::vector<double>& positions,
 {
     const double count = static_cast<double>(positions.size()), centre = 0.5 * (count - 1.0);
     if (positions.size() < 3 || !(nominalPitch > 0.0) || !std::isfinite(nominalPitch)) return std::nullopt;
+    // The best line through position against number. The numbers count from their middle, so that pitch and mean do not
+    // depend on each other: pitch = sum (i - c) x_i / sum (i - c)^2.
     double sum = 0.0, moment = 0.0, spread = 0.0, squares = 0.0;
     for (std::size_t i = 0; i < positions.size(); ++i) {
         const double number = static_cast<double>(i) - centre;

@@ -40,6 +40,7 @@ double scale_bar_length(double span, const char* units, double wantedNm, double 
     if (units_convertable(units, "nm") >= 1 && wantedNm > 0.0) bar = convert_size("nm", units, wantedNm);
     if ((1.0 - 2.0 * margin) * span < bar || bar < smallestShare * span) bar = share * span;
     if (!(std::fabs(bar) >= leastLength)) return 0.0;
+    // Down to its leading digit, so that the number at the bar is a short one.
     const double power = std::pow(10.0, std::floor(std::log10(std::fabs(bar))));
     return std::copysign(std::floor(std::fabs(bar) / power) * power, bar);
 }

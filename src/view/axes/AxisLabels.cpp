@@ -44,6 +44,8 @@ bool takes_one_number(const char* format) noexcept
 int plain_digits(double largest, double step) noexcept
 {
     constexpr int exponent = 4; // "e+07"
+    // In full a number takes place + 1 characters; with an exponent the digits that tell the step, a point where these
+    // are several, and the exponent. The shorter form is chosen.
     const int place = base::decimal_exponent(largest), told = place - base::decimal_exponent(step) + 1;
     return step != 0.0 && place < 15 && place + 1 < told + (told > 1 ? 1 : 0) + exponent ? place + 1 : 0;
 }
@@ -52,6 +54,8 @@ int plain_digits(double largest, double step) noexcept
 
 std::string axis_label(double value, double step)
 {
+    // As many digits as lead from the place of the value to that of the step, and two more, so that neighbouring labels
+    // differ.
     const double magnitude = std::max(1.0, std::fabs(value)) / std::fabs(step);
     const int digits = static_cast<int>(base::round_half_up(std::fabs(std::log10(magnitude)))) + 2;
     return base::general(std::fabs(value) < printedAsZero ? 0.0 : value, std::max(digits, fewestDigits));

@@ -30,6 +30,7 @@ shown_axis counted_in_powers(shown_axis axis)
     constexpr double smallest = 1e-4;
     const double span = std::fabs(axis.end - axis.start);
     if (!(span > 0.0 && span < smallest)) return axis;
+    // The power of a thousand below the span, so that the labels count in ones, tens or hundreds of it.
     const int exponent = 3 * static_cast<int>(std::floor(base::decimal_exponent(span) / 3.0));
     const double power = std::pow(10.0, -exponent);
     const std::string unit = base::formatted("1e%d", exponent);

@@ -37,6 +37,9 @@ bool is_nearer(const CRect& candidate, const CRect& best, const CRect& main) noe
 CSize best_size(CSize size, CSize limit) noexcept
 {
     if (size.cx <= 0 || size.cy <= 0) return size;
+    // The side that is larger in relation to its limit takes the limit, and the other follows in proportion: the
+    // largest size of this shape that fits. A size that touches its limit already is left alone, as scaling could only
+    // round it.
     const double rx = static_cast<double>(size.cx) / limit.cx, ry = static_cast<double>(size.cy) / limit.cy;
     if (std::max(rx, ry) == 1.0) return size;
     if (rx < ry) return {scaled(size.cx, limit.cy, size.cy), limit.cy};

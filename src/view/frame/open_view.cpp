@@ -38,6 +38,7 @@ CImageView* open_view(CImageView& from, unsigned templateId)
     }
     opened->setImageNumber(from.getImageNumber());
     opened->setSubImageNumber(from.getSubImageNumber());
+    // The image is chosen first: options list the axes of the image that is shown.
     opened->CDCView::LoadOptions(nullptr);
     opened->SetParentView(&from);
     return opened;

@@ -11,6 +11,8 @@ namespace {
 
 std::wstring cell_text(const std::wstring& cell)
 {
+    // In the form that spreadsheets read: a cell with a separator in it stands in quotes, and its own quotes are
+    // doubled.
     if (cell.find_first_of(L"\t\r\n") == std::wstring::npos && !cell.starts_with(L'"')) return cell;
     std::wstring out = L"\"";
     for (const wchar_t c : cell) out += c == L'"' ? std::wstring(2, c) : std::wstring(1, c);

@@ -35,6 +35,7 @@ void CTextView::AppendText(const std::wstring& more)
     std::wstring added = with_line_ends(more);
     if (!text.empty()) {
         if (!text.ends_with(lineEnd)) text += lineEnd;
+        // A table with the same heading goes on in the one that is there: its heading is left out.
         if (first_line(added) == first_line(text))
             added.erase(0, std::min(first_line(added).size() + lineEnd.size(), added.size()));
     }

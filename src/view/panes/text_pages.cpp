@@ -89,6 +89,7 @@ std::vector<std::size_t> column_starts(const std::wstring& text)
 
 std::vector<std::wstring> broken_lines(const std::vector<std::wstring>& lines, std::size_t columns)
 {
+    // What goes on in another line is indented by the gap, so that at least one character must fit behind it.
     columns = std::max(columns, gap + 1);
     std::vector<std::wstring> out;
     for (const std::wstring& line : lines) {

@@ -45,6 +45,8 @@ CCustomPaletteDialog::CCustomPaletteDialog(color_table& table_, IScaleSync* sync
       restored(table_),
       begun(edited)
 {
+    // The palette that all views use takes the strokes at once. Cancel brings `restored` back to it; `begun` is where a
+    // palette that was never made starts again.
     table = edited;
     lines.draw = [this](CDC& dc, CSize size) { DrawLines(dc, size); };
     lines.stroke = [this](CPoint from, CPoint to) {

@@ -48,6 +48,8 @@ void CPaletteBar::CopyFrom(const CPaletteBar& source)
 
 std::vector<std::byte> CPaletteBar::Serialize() const
 {
+    // Little-endian: width, height, palette, direction and mode of 32 bits each, then size, start and offset as
+    // doubles, then the length of the units and their bytes.
     const CSize size = strip.GetSize();
     std::vector<std::byte> out;
     for (const int number : {size.cx, size.cy, strip.GetPaletteId(), int{strip.GetDirection()}, strip.GetAutoScaling()})

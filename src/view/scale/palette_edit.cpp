@@ -60,6 +60,8 @@ void smooth(color_table& table)
 {
     const std::size_t count = table.size();
     if (count < 3) return;
+    // Two passes, means of three and then of five of those, make a smooth kernel seven entries wide. Entries that are
+    // too near to an end for a pass take what the pass before gave them, and the ends themselves stay.
     color_table threes(count);
     threes.front() = table.front();
     threes.back() = table.back();

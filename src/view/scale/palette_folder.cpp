@@ -46,6 +46,7 @@ std::string expanded_environment(const std::string& text)
 {
     std::string out;
     for (std::size_t i = 0; i < text.size();) {
+        // $NAME, ${NAME} and %NAME%. What is no name, or the name of no variable, stays as it stands.
         std::size_t end = i + 1, nameAt = i + 1;
         std::string name;
         if (text.compare(i, 2, "${") == 0 || text[i] == '%') {

@@ -46,6 +46,8 @@ void read_scale_values(const IProfile& profile, scale_state& state)
 {
     const auto saved = profile.readString(section, valuesKey);
     if (saved) {
+        // "palette,mode,start,size,offset,units". Reading ends at the first field that is broken; those before it
+        // count.
         std::string_view text = *saved;
         double palette = state.paletteId, mode = state.autoScaling;
         double* const fields[] = {&palette, &mode, &state.fixedStart, &state.fixedSize, &state.relativeMeanOffset};

@@ -78,6 +78,8 @@ raw_window fixed_window(scale_state& state, const VLAxis& zAxis, primitives::hei
 {
     const char* units = state.fixedUnits.c_str();
     if (units_convertable(units, zAxis.get_units()) < 1) return take_data_range(state, zAxis, range);
+    // The window is kept in physical units and wanted in raw ones: raw = (value - start) / scale for a place, size /
+    // scale for a distance. A relative window begins at the lowest sample, moved by the offset.
     const auto rawUnits = [&](double v) { return convert_size(units, zAxis.get_units(), v); };
     const double low =
         absolute ? rounded_int((rawUnits(state.fixedStart) - zAxis.start) / zAxis.scale)
@@ -90,6 +92,7 @@ raw_window fixed_window(scale_state& state, const VLAxis& zAxis, primitives::hei
 std::size_t picture_stride(int width, bool rgb32) noexcept
 {
     const std::size_t columns = static_cast<std::size_t>(width);
+    // Rows of three bytes a pixel are padded to whole 32-bit words; those of four are whole already.
     return rgb32 ? columns * 4 : ((columns * 24 + 31) & ~std::size_t{31}) / 8;
 }
 

@@ -131,6 +131,9 @@ strip_delimiter delimiter_at(const scale_state& state, CPoint point) noexcept
 
 bool move_delimiter(scale_state& state, int position) noexcept
 {
+    // The distance between the two stands for the size of the window, so that pulling one changes the size in
+    // proportion. The upper one moves the start of the window and leaves its end, start + size, where it is; the lower
+    // one moves the end.
     const double between = state.lowerDelimiter - state.upperDelimiter;
     if (between < 1.0) return false; // a strip without length
     if (state.hotDelimiter == upperOne) {

@@ -55,6 +55,7 @@ void count_from_begin(int first, bool runsOverSamples, force_curve_stats& stats)
     for (std::uint32_t k = 0; k < stats.valley_count; ++k)
         stats.valleys[k] = {stats.valleys[k].first + first, stats.valleys[k].second + first};
     if (!runsOverSamples) return;
+    // a + b (i - first) = (a - b first) + b i.
     stats.slant_a -= stats.slant_b * first;
     stats.zero_a -= stats.zero_b * first;
 }

@@ -31,6 +31,9 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
 {
     stats.clear();
     if (n <= 0) return;
+    // Stretches are told by the steps from sample to sample: near contact they are steep, where the probe is free they
+    // are flat, both against the spread of all steps. The lines are then fitted to the values themselves, not to the
+    // smoothed ones.
     std::vector<double> work(static_cast<std::size_t>(n));
     curves::curve_smoother(n).smooth(y, work.data());
     curves::take_steps(work.data(), n);
@@ -50,6 +53,8 @@ void find_loc_fmin(const double* y, int n, force_curve_stats& stats, int window,
         return y[i] - stats.zero_a - stats.zero_b * (x ? x[i] : static_cast<double>(i));
     };
     for (std::int64_t i = std::max<std::int64_t>(stats.slant_last - w, 0); end > i + width;) {
+        // A sample is a minimum when it is the lowest, the first of equals, among itself and `window` samples on either
+        // side.
         std::int64_t lowest = 0;
         for (std::int64_t k = 1; k < width; ++k)
             if (rest(i + k) < rest(i + lowest)) lowest = k;
@@ -78,6 +83,8 @@ double valley_area(const std::int16_t* raw, raw_scale values, double positionSca
                    force_curve_stats::valley valley) noexcept
 {
     const auto [a, b] = valley;
+    // The trapezium rule in raw samples: all inner distances from the zero line and half of those at the two ends. The
+    // line is straight, so that its value half way between the ends is the mean of its values at them.
     double sum = 0.0;
     for (int i = a + 1; i < b; ++i) sum += stats.zeroAt(i) - (raw[i] * values.scale + values.zero);
     const double ends = stats.zeroAt((a + b) * 0.5) - values.zero - (raw[a] + raw[b]) * values.scale * 0.5;

@@ -16,6 +16,8 @@ pack_work::pack_work(const curve_smoother& smoother_) : smoother(smoother_)
     const primitives::uniform_spline* const spline = smoother.splineOrNull();
     const std::size_t few = spline ? 0 : (n + packLanes - 1) / packLanes * packLanes;
     const std::size_t knots = spline ? static_cast<std::size_t>(spline->coefficients()) : 0;
+    // One block holds the tables one behind the other, each in rows of one number of every curve side by side. A vector
+    // promises no more alignment than its numbers need: the block has room to start on a cache line.
     block.resize((n + few + knots) * packLanes + alignment / sizeof(double));
     const auto misplaced = reinterpret_cast<std::uintptr_t>(block.data()) % alignment;
     steps = block.data() + (misplaced ? (alignment - misplaced) / sizeof(double) : 0);

@@ -45,6 +45,8 @@ void filter_spikes(double* values, int n) noexcept
     double before = values[0];
     for (int i = 1; i + 1 < n; ++i) {
         const double here = values[i], after = values[i + 1];
+        // The median of three is max(min(a, b), min(max(a, b), c)). `before` is the neighbour as it was, not its
+        // median.
         const double low = here < before ? here : before, high = here < before ? before : here;
         const double least = after < high ? after : high;
         values[i] = least < low ? low : least;
@@ -84,6 +86,8 @@ stretch find_slant(const sample_bits& steep) noexcept
 stretch find_zero(const sample_bits& flat) noexcept
 {
     const int n = flat.size(), enough = base::nearest_int(n / 10.0);
+    // From the end backwards: the probe is free at the end of a curve. A run counts with the sample before it, because
+    // its first step leads from there.
     for (int end = n; end >= 0;) {
         const int last = flat.previous(end - 1, true);
         const int before = flat.previous(last - 1, false); // the run begins behind it

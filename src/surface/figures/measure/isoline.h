@@ -11,8 +11,8 @@ namespace vldv::surface {
 using measured_test = std::function<bool(CPoint)>;
 
 /// The line around the samples that are at least as high as that of `seed`, beginning and ending at it, from sample to
-/// neighbouring sample with the lower ones on the right hand as rows count upwards. Beyond the edge all is lower. Where
-/// only corners of the seed touch lower samples, the line begins beside it.
+/// neighbouring sample with the lower ones on the right hand as rows count upwards. Beyond the edge all is lower, and
+/// so is what was not measured. Where only corners of the seed touch lower samples, the line begins beside it.
 /// \return nothing where `why_no_isoline` says why
 VLDV_INTERNAL_API std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed,
                                                     const measured_test& isMeasured = {});

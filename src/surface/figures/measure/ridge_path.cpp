@@ -53,6 +53,10 @@ public:
     {
         reach(from, 0, 0);
         for (std::uint32_t cost = 0; costs[index(to)] > cost; ++cost) {
+            // Dial's form of Dijkstra's search. What waits costs at most one largest step more than what is looked at,
+            // so that as many buckets as that step has units, used in turn, tell all costs apart. A cell that was
+            // reached again for less still waits in its old bucket, where the comparison passes it over. The work grows
+            // with the cells and needs no heap.
             std::vector<CPoint>& waiting = queue[cost % buckets];
             for (std::size_t i = 0; i < waiting.size(); ++i) // no step costs nothing, so the list does not grow
                 if (costs[index(waiting[i])] == cost) spread(waiting[i], cost);
@@ -73,6 +77,8 @@ private:
     std::uint32_t level(CPoint at) const noexcept
     {
         if (highest == lowest) return 1;
+        // 1 for the highest sample of the box up to `levels` for the lowest: the cheapest way keeps to the ridges.
+        // Steps of 5 and 7 stand for 1 and the root of 2.
         return 1u + static_cast<std::uint32_t>((highest - frame.at(at)) * (levels - 1) / (highest - lowest));
     }
     void reach(CPoint at, std::uint32_t cost, unsigned char direction)
@@ -143,6 +149,8 @@ std::vector<CPoint> straight_path(CPoint from, CPoint to)
 std::vector<CPoint> simplified(const std::vector<CPoint>& path, double radius)
 {
     if (path.size() < 3 || !(radius > 0.0)) return path;
+    // Douglas and Peucker: of a stretch between two kept points the farthest from their line is kept, too, while it
+    // lies beyond the radius. The stretches wait in a list, so that long paths need no deep recursion.
     std::vector<bool> isKept(path.size());
     isKept.front() = isKept.back() = true;
     std::vector<std::pair<std::size_t, std::size_t>> stretches{{0, path.size() - 1}};

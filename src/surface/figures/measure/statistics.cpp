@@ -55,6 +55,9 @@ std::vector<statistics_row> frame_statistics(std::span<const std::int16_t> sampl
     const std::string units = shown.get_units();
     const primitives::raw_moments z = isWhole ? primitives::residual_moments(samples, width, plane)
                                               : primitives::partial_moments(samples, width, plane, unmeasured);
+    // Heights and their range are those of the samples; the roughness is that of what is left without the best plane:
+    // Rq its standard deviation, Ra its mean distance from the mean, Rsk and Rku its third and fourth moments in powers
+    // of Rq.
     const double rq = std::sqrt(std::max(z.m2 - z.m1 * z.m1, 0.0));
     const double rsk = rq == 0.0 ? 0.0 : z.m3 / (rq * rq * rq), rku = rq == 0.0 ? 0.0 : z.m4 / (rq * rq * rq * rq);
     const double figures[] = {step * range.maximum + origin,

@@ -29,6 +29,7 @@ public:
         const std::int32_t floor = threshold();
         rows.resize(static_cast<std::size_t>(frame.height));
         for (int y = 0; y < frame.height; ++y) {
+        // Slopes are worked out twice, for the threshold and for the places, so that no frame of them has to be kept.
             takeSlopes(y);
             find_first_maxima(slopes, floor, settings.leftBorder, rows[static_cast<std::size_t>(y)]);
         }
@@ -83,6 +84,7 @@ private:
 class step_finder {
 public:
     step_finder(const sample_frame& frame_, const step_settings& settings_)
+        // A whole number exceeds the limit exactly when it exceeds the floor of it.
         : frame(frame_),
           settings(settings_),
           peaks(frame, settings),
@@ -120,6 +122,7 @@ private:
     }
     surface_step follow(surface_step step) const
     {
+        // A step that runs a little askew has its places in neighbouring columns, which count together.
         if (step.empty()) return step;
         for (int y = step.back().row + 1; y <= lastRow; ++y) {
             if (const std::int32_t at = peaks.near(y, step.back().column); at >= 0)

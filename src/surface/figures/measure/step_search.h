@@ -34,7 +34,8 @@ struct step_point {
 using surface_step = std::vector<step_point>;
 
 /// Finds the places of steps row by row, where steps begin, and follows each from row to row; gaps are bridged by
-/// straight lines. Sequences found twice are both there. Settings below their least value count as that.
+/// straight lines. Sequences found twice are both there. Settings below their least value count as that. A sample that
+/// was not measured has no slope, nor have its neighbours in the row.
 /// \throws std::bad_alloc
 VLDV_INTERNAL_API std::deque<surface_step> find_steps(const sample_frame& frame, const step_settings& settings);
 
