@@ -2,8 +2,8 @@
 """Checks how the declarations of all headers are spelt, and what stands in the global namespace.
 
 Only the words of scripts/fixed_names.txt may stand outside of vldv::, and only they may be spelt in another way than ours:
-functions, records and namespaces lower_case, operations, fields, parameters and constants lowerCamel (the framework's
-operations UpperCamel), classes with a C or I in front. With arguments the given sources are checked, which takes longer.
+functions, records and namespaces lower_case, operations, fields, parameters and constants lowerCamel (handlers begin with
+On or oh_), classes with a C or I in front. With arguments the given sources are checked, which takes longer.
 Prints each fault and exits with 1 when there is one.
 """
 import pathlib
@@ -74,7 +74,7 @@ def spelling():
     lower = dict.fromkeys(("Namespace", "Class", "Struct", "Enum", "Function", "TypeAlias"), "lower_case")
     camel = dict.fromkeys(("Method", "Member", "Parameter", "GlobalConstant", "ConstexprVariable", "LocalVariable"),
                           "camelBack")
-    also = {"Class": f"(C|I|Q)[A-Z]{word}", "Struct": f"C[A-Z]{word}", "Method": f"([A-Z]|oh_){word}",
+    also = {"Class": f"(C|I|Q)[A-Z]{word}", "Struct": f"C[A-Z]{word}", "Method": f"(On[A-Z]|oh_){word}",
             "Parameter": "[a-z][A-Za-z0-9]*_"}
     rows = ["Checks: '-*,readability-identifier-naming'", "CheckOptions:"]
     for kind, case in (lower | camel).items():

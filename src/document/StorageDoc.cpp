@@ -323,7 +323,7 @@ void CStorageDoc::SetPathName(const wchar_t* path, int addToMRU)
     if (!displayTitle.empty()) SetTitle(base::widen(displayTitle).c_str());
 }
 
-void CStorageDoc::DeriveTitle(CStorageDoc& target)
+void CStorageDoc::deriveTitle(CStorageDoc& target)
 {
     target.derivedCount = ++derivedCount;
     if (baseTitle.empty()) baseTitle = base::narrow(platform::file_stem(GetPathName()));
@@ -335,7 +335,7 @@ void CStorageDoc::DeriveTitle(CStorageDoc& target)
 
 void CStorageDoc::Derive(unsigned sourceImage, CStorageDoc& target)
 {
-    DeriveTitle(target);
+    deriveTitle(target);
     target.copyStrings(this, noIndex, noIndex);
     target.copyStrings(this, 0, sourceImage);
 }

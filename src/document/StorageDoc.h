@@ -223,7 +223,7 @@ public:
     /// Gives `target`, a document made from one image of this, its title and its texts.
     void Derive(unsigned sourceImage, CStorageDoc& target);
     /// Gives `target` the title of the next copy of this document.
-    void DeriveTitle(CStorageDoc& target);
+    void deriveTitle(CStorageDoc& target);
     /// Writes main.xml and stores the raw entry names of the first `maxRaw` streams. \return how many were stored
     int generateXML(std::ostream& out, smart_string* rawNames, int maxRaw, const char* encoding) const;
 

@@ -76,9 +76,9 @@ void show_texts(const recovery::kept_document& kept)
     document->SetTitle(kept.title.c_str());
     CTextView* const view = GetTextView(nullptr, document);
     if (!view) return;
-    view->AppendText(lines_of(kept.texts));
+    view->appendText(lines_of(kept.texts));
     for (const recovery::kept_image& image : kept.images)
-        if (!image.texts.empty()) view->AppendText(base::widen(image.id) + L"\n" + lines_of(image.texts));
+        if (!image.texts.empty()) view->appendText(base::widen(image.id) + L"\n" + lines_of(image.texts));
 }
 
 } // namespace vldv::entry

@@ -29,7 +29,7 @@ public:
           along(vertical ? (axis_.y1 < axis_.y0 ? -1 : 1) : (axis_.x1 < axis_.x0 ? -1 : 1)),
           out((axis_.flags & AXIS_OTHER_SIDE) != 0 ? -1 : 1),
           length(vertical ? std::abs(axis_.y1 - axis_.y0) : std::abs(axis_.x1 - axis_.x0)),
-          penWidth(std::max(1, axis_.dc->GetCurrentPen().width)),
+          penWidth(std::max(1, axis_.dc->getCurrentPen().width)),
           metric(axis_.dc->GetTextMetrics())
     {
     }
@@ -130,7 +130,7 @@ private:
 void DrawAxisLine(const axis_line* axis)
 {
     if (!axis || !axis->dc) return;
-    const CPen before = axis->dc->GetCurrentPen();
+    const CPen before = axis->dc->getCurrentPen();
     if (axis->axisPen) axis->dc->SelectObject(*axis->axisPen);
     axis_drawing drawing(*axis);
     if (axis->flags & AXIS_LINE) drawing.line();

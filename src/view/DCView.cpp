@@ -144,7 +144,7 @@ void CDCView::SetMessageText(const std::wstring& text)
     if (CWinApp* const app = AfxGetApp()) app->host().setStatusText(text);
 }
 
-void CDCView::SetPlaceText(const std::wstring& text)
+void CDCView::setPlaceText(const std::wstring& text)
 {
     SetMessageText(text);
     placeInStatus = this;

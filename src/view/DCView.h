@@ -120,7 +120,7 @@ public:
     void SetMessageText(const std::wstring& text);
     /// In the status bar, what stands under the pointer: it goes with the pointer, and when the view shows something
     /// else there, stops being the active one or closes.
-    void SetPlaceText(const std::wstring& text);
+    void setPlaceText(const std::wstring& text);
     void forgetPlace();
 
     std::span<std::byte> GetBits() const noexcept { return image.bits(); }

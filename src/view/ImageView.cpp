@@ -63,7 +63,7 @@ void CImageView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& 
         if (document::axis_change::isOf(hint, imageNumber)) LoadOptions("^Axis[XYZ]$");
         break;
     case document::hintScaleChanged:
-        if (!told.reloads && !HasFocus()) break;
+        if (!told.reloads && !hasFocus()) break;
         LoadData();
         Invalidate(true);
         break;

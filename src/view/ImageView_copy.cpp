@@ -105,7 +105,7 @@ void CImageView::OnViewClone()
         own.set_name((std::string(own.get_name()) + "_").c_str());
     copy->AddNewImages(&own, 1);
     const unsigned added = copy->getImagesNumber() - 1;
-    document->DeriveTitle(*copy);
+    document->deriveTitle(*copy);
     copy->copyStrings(document, document::documentTable, document::documentTable);
     copy->copyStrings(document, added, imageNumber);
     copy->copyDecorations(*document, added, imageNumber);
@@ -187,7 +187,7 @@ CStorageDoc* CImageView::extractCurve(IVolumeSource& cloud, const document::extr
         CDocTemplate* const maker = GetDocument() ? GetDocument()->GetDocTemplate() : nullptr;
         target = maker ? dynamic_cast<CStorageDoc*>(maker->CreateNewDocument()) : nullptr;
         if (!target) return nullptr;
-        if (CStorageDoc* const document = storageDoc()) document->DeriveTitle(*target);
+        if (CStorageDoc* const document = storageDoc()) document->deriveTitle(*target);
         target->SetModifiedFlag(true);
     }
     const std::string place = base::formatted("(%d:%d)", x, y);

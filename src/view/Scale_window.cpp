@@ -34,7 +34,7 @@ CImageView* focused_view()
     const CWinApp* const app = AfxGetApp();
     if (!app) return nullptr;
     for (const std::unique_ptr<CFrameWnd>& frame : app->frames())
-        if (auto* const shown = dynamic_cast<CImageView*>(frame->GetActiveView()); shown && shown->HasFocus())
+        if (auto* const shown = dynamic_cast<CImageView*>(frame->GetActiveView()); shown && shown->hasFocus())
             return shown;
     return nullptr;
 }

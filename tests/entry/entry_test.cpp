@@ -277,11 +277,11 @@ TEST_F(EntryTest, TextIsAppendedLineByLine)
     CTextView* const text = GetTextView(&created, &document());
     ASSERT_NE(text, nullptr);
     EXPECT_TRUE(created);
-    text->AppendText(L"Curve\tAngle\n1\t30");
-    text->AppendText(L"Curve\tAngle\r\n2\t40\r\n");
-    text->AppendText(L"3");
-    EXPECT_EQ(text->GetText(), L"Curve\tAngle\r\n1\t30\r\n2\t40\r\n3");
-    EXPECT_EQ(CHeadlessHost::windowOf(*text).content, text->GetText());
+    text->appendText(L"Curve\tAngle\n1\t30");
+    text->appendText(L"Curve\tAngle\r\n2\t40\r\n");
+    text->appendText(L"3");
+    EXPECT_EQ(text->getText(), L"Curve\tAngle\r\n1\t30\r\n2\t40\r\n3");
+    EXPECT_EQ(CHeadlessHost::windowOf(*text).content, text->getText());
     EXPECT_EQ(GetTextView(&created, &document()), text);
     EXPECT_FALSE(created);
 }

@@ -286,7 +286,7 @@ TEST_P(KeptWorkMoved, WhatReferredToAFileThatMovedIsReached)
     if (GetParam().hasTexts) {
         const auto* const view = dynamic_cast<const CTextView*>(app->frames()[0]->GetActiveView());
         ASSERT_NE(view, nullptr);
-        EXPECT_NE(view->GetText().find(L"note: unsaved words"), std::wstring::npos);
+        EXPECT_NE(view->getText().find(L"note: unsaved words"), std::wstring::npos);
     }
 }
 

@@ -60,7 +60,7 @@ TEST_F(PaletteWindowTest, TheBarInTheToolbarLeadsAndTheStripBesideTheImageFollow
     QWidget& own = strip(view().getScale());
     EXPECT_EQ(own.parentWidget(), host::widget_of(&view()));
     EXPECT_EQ(own.focusPolicy(), Qt::NoFocus) << "a click leaves the focus with the view";
-    EXPECT_TRUE(view().HasFocus());
+    EXPECT_TRUE(view().hasFocus());
     EXPECT_TRUE(app.routeCommand(12002, nullptr));
     EXPECT_TRUE(app.routeCommand(10152, nullptr));
     EXPECT_EQ(shown(0), QColor(Qt::black));
@@ -68,7 +68,7 @@ TEST_F(PaletteWindowTest, TheBarInTheToolbarLeadsAndTheStripBesideTheImageFollow
     // Handles at a quarter and three quarters of 502: half the distance halves the window, from the top of the strip.
     drag(own, {8, 125}, {8, 251});
     EXPECT_DOUBLE_EQ(leader.getFixedSize(), 6300.0 / 2.0) << "the press took the range of the data";
-    EXPECT_FALSE(leader.HasCapture());
+    EXPECT_FALSE(leader.hasCapture());
 }
 
 TEST_F(PaletteWindowTest, ThePaletteMenuShowsEachPaletteAsAPicture)

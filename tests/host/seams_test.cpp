@@ -251,7 +251,7 @@ TEST_F(SeamsTest, MenusAndToolbarsGiveBackWhatTheyReplace)
 TEST_F(SeamsTest, CellsOfATextStandBelowTheirHeadings)
 {
     auto& view = open<CTextView>(textMenu);
-    view.AppendText(L"Position, nm\tNominal, nm\tFit, nm\n0\t195.42\t195.464\n");
+    view.appendText(L"Position, nm\tNominal, nm\tFit, nm\n0\t195.42\t195.464\n");
     auto& editor = *host::widget_of(&view)->findChild<QPlainTextEdit*>();
     const auto left = [&](int block, int column) {
         QTextCursor at(editor.document()->findBlockByNumber(block));
@@ -266,7 +266,7 @@ TEST_F(SeamsTest, CellsOfATextStandBelowTheirHeadings)
 TEST_F(SeamsTest, CopySelectAllAndSaveWorkInTextsAndPanes)
 {
     auto& view = open<CTextView>(textMenu);
-    view.AppendText(L"one\ntwo");
+    view.appendText(L"one\ntwo");
     auto& editor = *host::widget_of(&view)->findChild<QPlainTextEdit*>();
     QTextCursor last = editor.textCursor();
     last.movePosition(QTextCursor::StartOfLine, QTextCursor::KeepAnchor);

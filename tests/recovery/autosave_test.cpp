@@ -132,7 +132,7 @@ TEST_F(AutosaveTest, WhatLiesOverImagesComesBackToo)
     made.AddNewImages(images, 2);
     made.setOverlay(1, numbered_bitmap(258));
     draw_number(made, 1, 5);
-    document.DeriveTitle(made);
+    document.deriveTitle(made);
     copies->documentCloses(made);
     copies->finish();
     CStorageDoc again;
@@ -142,7 +142,7 @@ TEST_F(AutosaveTest, WhatLiesOverImagesComesBackToo)
     EXPECT_EQ(over(again, 1), "258 lines 5/1");
     EXPECT_EQ(again.decorations(1).all().at("lines").members[0].coordinates.back(), 1.0 / 3.0);
     CStorageDoc copy;
-    again.DeriveTitle(copy);
+    again.deriveTitle(copy);
     EXPECT_EQ(copy.GetTitle(), L"Copy 2 of three") << "what it was made of";
 }
 

@@ -109,7 +109,7 @@ TEST(AxisLine, WidePensMoveTheLineAndLengthenTicks)
     EXPECT_EQ(lines_of(dc)[0], (segment{{48, 202}, {152, 202}})) << "(4 + 1) / 2 = 2 outward";
     EXPECT_EQ(lines_of(dc)[1], (segment{{50, 200}, {50, 208}}));
     EXPECT_EQ(dc.operations[0].tools.pen, pen);
-    EXPECT_EQ(dc.GetCurrentPen(), CPen());
+    EXPECT_EQ(dc.getCurrentPen(), CPen());
     dc.operations.clear();
     axis.flags = AXIS_LINE | AXIS_KEEP_LINE;
     DrawAxisLine(&axis);

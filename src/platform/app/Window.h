@@ -42,9 +42,9 @@ public:
     void UpdateWindow(); ///< paints now what is invalid
     void SetCapture();
     void ReleaseCapture();
-    bool HasCapture() const { return peer && peer->hasCapture(); }
+    bool hasCapture() const { return peer && peer->hasCapture(); }
     void SetFocus();
-    bool HasFocus() const { return peer && peer->hasFocus(); }
+    bool hasFocus() const { return peer && peer->hasFocus(); }
     void SetCursor(vldv::cursor_shape shape);
     void SetTimer(unsigned id, unsigned milliseconds);
     void KillTimer(unsigned id);

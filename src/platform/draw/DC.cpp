@@ -31,7 +31,7 @@ CBrush CDC::SelectObject(const CBrush& brush) { return std::exchange(now.brush, 
 CFont CDC::SelectObject(const CFont& font) { return std::exchange(now.font, font); }
 colorEntry CDC::SetTextColor(colorEntry color) { return std::exchange(now.textColor, color); }
 colorEntry CDC::SetBkColor(colorEntry color) { return std::exchange(now.backColor, color); }
-bool CDC::SetTextRim(bool on) { return std::exchange(now.hasTextRim, on); }
+bool CDC::setTextRim(bool on) { return std::exchange(now.hasTextRim, on); }
 int CDC::SetBkMode(int mode) { return std::exchange(now.backMode, mode); }
 std::uint32_t CDC::SetTextAlign(std::uint32_t flags) { return std::exchange(now.textAlign, flags); }
 int CDC::SetROP2(int mode) { return std::exchange(now.rop2, mode); }

@@ -44,11 +44,11 @@ public:
     CPen SelectObject(const CPen& pen);
     CBrush SelectObject(const CBrush& brush);
     CFont SelectObject(const CFont& font);
-    const CPen& GetCurrentPen() const noexcept { return now.pen; }
+    const CPen& getCurrentPen() const noexcept { return now.pen; }
     colorEntry SetTextColor(colorEntry color);
     colorEntry SetBkColor(colorEntry color);
     /// Whether transparent text has a rim in the background colour, so that it is read over any picture. \return before
-    bool SetTextRim(bool on);
+    bool setTextRim(bool on);
     int SetBkMode(int mode); ///< TRANSPARENT or OPAQUE: whether text, gaps of lines and hatches cover what is below
     std::uint32_t SetTextAlign(std::uint32_t flags);
     std::uint32_t GetTextAlign() const noexcept { return now.textAlign; }

@@ -162,7 +162,7 @@ void draw_decorations(CDC& dc, const document::decorations& drawings, const draw
 {
     const int saved = dc.SaveDC();
     dc.SetBkMode(TRANSPARENT);
-    dc.SetTextRim(true);
+    dc.setTextRim(true);
     for (const auto& [key, group] : drawings.all())
         for (const document::decoration& each : group.members)
             draw_one(dc, each, key == lengthyMaskKey, axes, geometry);

@@ -95,7 +95,7 @@ void draw_marks(CDC& dc, const std::vector<CPoint>& marks, const view::view_geom
     if (marks.empty()) return;
     const int saved = dc.SaveDC();
     dc.SetBkMode(TRANSPARENT);
-    dc.SetTextRim(true);
+    dc.setTextRim(true);
     dc.SetBkColor(style.background);
     dc.SetTextColor(style.text);
     for (std::size_t i = 0; i < marks.size(); ++i) {

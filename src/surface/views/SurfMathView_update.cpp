@@ -132,7 +132,7 @@ void CSurfMathView::dropOutside(CSize whole)
 
 void CSurfMathView::onScaleChanged(CView* sender, std::uint32_t hint, const hint_object& object)
 {
-    if ((document::hint::unpacked(hint).reloads || HasFocus()) && mayStorePalette()) {
+    if ((document::hint::unpacked(hint).reloads || hasFocus()) && mayStorePalette()) {
         paletteDirty = false;
         scale.SyncDelimiters();
         if (const CScale* const common = CScale::GetStaticScale()) scale.SetPaletteId(common->GetPaletteId());

@@ -107,7 +107,7 @@ bool run_calibration(CDocument& document, const measured_surface& surface, const
         clipboard->empty();
         clipboard->setText(text);
     }
-    if (CTextView* const view = GetTextView(nullptr, &document)) view->AppendText(text);
+    if (CTextView* const view = GetTextView(nullptr, &document)) view->appendText(text);
     return true;
 }
 

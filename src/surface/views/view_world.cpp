@@ -97,7 +97,7 @@ void view_world::setCapture(bool on)
 {
     if (on)
         view.SetCapture();
-    else if (view.HasCapture())
+    else if (view.hasCapture())
         view.ReleaseCapture();
 }
 

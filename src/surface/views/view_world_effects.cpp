@@ -20,7 +20,7 @@ void view_world::invalidate(const CRgn& region, bool erase)
 
 void view_world::invalidateAll() { view.Invalidate(true); }
 void view_world::setSourceWindow(const CRect& window) { view.showPart(window); }
-void view_world::showStatus(CPoint source) { view.SetPlaceText(view.GetMouseText(source)); }
+void view_world::showStatus(CPoint source) { view.setPlaceText(view.GetMouseText(source)); }
 void view_world::showNotice(const char* text) { view.SetMessageText(base::widen(text)); }
 void view_world::rebuildStatistics() { view.updateStatistics(); }
 

@@ -30,7 +30,7 @@ std::wstring_view first_line(std::wstring_view text) { return text.substr(0, tex
 
 } // namespace
 
-void CTextView::AppendText(const std::wstring& more)
+void CTextView::appendText(const std::wstring& more)
 {
     std::wstring added = with_line_ends(more);
     if (!text.empty()) {

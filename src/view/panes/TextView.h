@@ -9,8 +9,8 @@ class VLDV_API CTextView : public vldv::CPaneView {
 public:
     /// On a line of its own, with line ends "\r\n"; a first line equal to the first line that is there is left out, so
     /// that the header of a table stands once.
-    void AppendText(const std::wstring& more);
-    const std::wstring& GetText() const noexcept { return text; }
+    void appendText(const std::wstring& more);
+    const std::wstring& getText() const noexcept { return text; }
     void Clear();
 
     vldv::window_kind kind() const noexcept override { return vldv::window_kind::text; }

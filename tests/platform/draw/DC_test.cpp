@@ -18,7 +18,7 @@ TEST(DC, SettersGiveBackWhatWasSetAndSavedStatesReturnIt)
     dc.IntersectClipRect({0, 0, 10, 10});
     EXPECT_FALSE(dc.RestoreDC(3));
     EXPECT_TRUE(dc.RestoreDC(1));
-    EXPECT_EQ(dc.GetCurrentPen(), CPen::dotted(0xFF0000));
+    EXPECT_EQ(dc.getCurrentPen(), CPen::dotted(0xFF0000));
     EXPECT_EQ(dc.GetTextAlign(), TA_CENTER | TA_BOTTOM);
     EXPECT_EQ(dc.GetClipBox(), CRect(0, 0, 1000, 1000));
     EXPECT_FALSE(dc.RestoreDC(-1)) << "the later states went with the first";
@@ -64,7 +64,7 @@ TEST(DC, TransparentTextMayHaveARim)
     plain_dc dc;
     dc.SetTextColor(0x111111);
     dc.SetBkColor(0xEEEEEE);
-    EXPECT_FALSE(dc.SetTextRim(true));
+    EXPECT_FALSE(dc.setTextRim(true));
     dc.TextOut(100, 50, L"a");
     EXPECT_EQ(dc.all(kind::text).size(), 1u) << "opaque text covers what is below it";
     dc.operations.clear();

@@ -129,7 +129,7 @@ TEST_F(ScaleWindowTest, DraggingADelimiterStretchesTheWindowLive)
     view(0).hints.clear();
     leader().OnLButtonDown(MK_LBUTTON, {66, 10});
     EXPECT_TRUE(leader().IsChanging());
-    EXPECT_TRUE(leader().HasCapture());
+    EXPECT_TRUE(leader().hasCapture());
     EXPECT_EQ(leader().getFixedSize(), 1000.0) << "-500 to 500 nm suits 0 to 99 nm";
     EXPECT_TRUE(view(0).hints.empty());
     leader().OnMouseMove(MK_LBUTTON, {128, 10});
@@ -140,7 +140,7 @@ TEST_F(ScaleWindowTest, DraggingADelimiterStretchesTheWindowLive)
     leader().OnMouseMove(MK_LBUTTON, {128, 12});
     EXPECT_EQ(view(0).hints.size(), 1u) << "it did not move along the strip";
     leader().OnLButtonUp(0, {128, 10});
-    EXPECT_FALSE(leader().HasCapture());
+    EXPECT_FALSE(leader().hasCapture());
     EXPECT_FALSE(leader().IsActive());
     EXPECT_EQ(leader().upperDelimiter, 64) << "a handle, not a mark";
     EXPECT_EQ(leader().lowerDelimiter, 192);

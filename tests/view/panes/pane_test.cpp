@@ -77,7 +77,7 @@ using TablePaneTest = PaneTest<small_table>;
 
 TEST_F(TextPaneTest, CopiesTheSelectionOrAllAndSelectsAll)
 {
-    view->AppendText(L"one\ntwo");
+    view->appendText(L"one\ntwo");
     EXPECT_TRUE(view->OnCmdMsg(57634, nullptr));
     EXPECT_EQ(host.clips.content, L"one\r\ntwo");
     window().selection = L"two";
@@ -96,7 +96,7 @@ TEST_F(TextPaneTest, CopiesTheSelectionOrAllAndSelectsAll)
 
 TEST_F(TextPaneTest, SavesItsTextBesideTheDocument)
 {
-    view->AppendText(L"height\t1 µm");
+    view->appendText(L"height\t1 µm");
     host.savePaths = {(folder / "own.txt").wstring(), (folder / "no" / "such.txt").wstring()};
     EXPECT_TRUE(view->OnCmdMsg(57603, nullptr));
     ASSERT_EQ(host.savePrompts.size(), 1u);
@@ -112,10 +112,10 @@ TEST_F(TextPaneTest, SavesItsTextBesideTheDocument)
 
 TEST_F(TextPaneTest, PrintsWhatItShowed)
 {
-    view->AppendText(L"one");
+    view->appendText(L"one");
     EXPECT_TRUE(view->OnCmdMsg(57609, nullptr));
     ASSERT_EQ(host.previewed.size(), 1u);
-    view->AppendText(L"two"); // behind the preview
+    view->appendText(L"two"); // behind the preview
     RecordingDC sheet;
     EXPECT_FALSE(host.previewed[0].paint(sheet, 0));
     const std::vector<drawn> texts = sheet.all(drawn::kind::text);

@@ -129,7 +129,7 @@ TEST_F(PaletteEditorTest, EveryMoveOfThePenReachesTheTableAndItsFollowers)
     lines().OnMouseMove(0, {1, 10});
     EXPECT_EQ(CHeadlessHost::windowOf(lines()).cursor, cursor_shape::pen);
     lines().OnLButtonDown(MK_LBUTTON, {0, 200});
-    EXPECT_TRUE(lines().HasCapture());
+    EXPECT_TRUE(lines().hasCapture());
     EXPECT_EQ(table, before) << "nothing changes before the first move";
     EXPECT_TRUE(sync.seen.empty());
     lines().OnMouseMove(MK_LBUTTON, {0, 156}); // 100 above the lower side
@@ -141,7 +141,7 @@ TEST_F(PaletteEditorTest, EveryMoveOfThePenReachesTheTableAndItsFollowers)
     lines().OnMouseMove(MK_LBUTTON, {3, -500});
     EXPECT_EQ(table[2] >> 16, 255u);
     lines().OnLButtonUp(0, {3, -500});
-    EXPECT_FALSE(lines().HasCapture());
+    EXPECT_FALSE(lines().hasCapture());
     EXPECT_EQ(sync.seen.size(), 3u) << "also with the release";
     const color_table drawn = table;
     lines().OnMouseMove(0, {2, 3});
