@@ -68,6 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
                               {{0, 1}, {12, 1}},
                               {"##..##..##..", "##..##..##..", "............"},
                               geometric(2, PS_DOT | PS_ENDCAP_FLAT)},
+                    line_case{"GeometricAndThin", {{0, 0}, {6, 0}}, {"#.#.#."}, geometric(1, PS_DOT | PS_ENDCAP_ROUND)},
                     line_case{"NothingButZeros",
                               {{0, 0}, {3, 0}},
                               {"###."},

@@ -39,8 +39,9 @@ device_pen device_pen_of(const CPen& pen, double scale, double ratio)
     const double units = isGeometric ? pen.width * scale : out.pattern.empty() ? std::max(1, pen.width) : 1;
     out.isThin = units < 1.5;
     out.width = (out.isThin ? 1.0 : units) * ratio;
-    // Round and square ends add half a width to either side of a dash, which the gaps of a fixed pattern make good.
-    if (isGeometric && out.showsGaps && (pen.style & PS_ENDCAP_MASK) != PS_ENDCAP_FLAT)
+    // Round and square ends add half a width to either side of a dash, which the gaps of a fixed pattern make good. A thin
+    // line has no ends.
+    if (isGeometric && !out.isThin && out.showsGaps && (pen.style & PS_ENDCAP_MASK) != PS_ENDCAP_FLAT)
         for (std::size_t i = 0; i < out.pattern.size(); i += 2) {
             out.pattern[i] = std::max(shortestDash, out.pattern[i] - 1.0);
             out.pattern[i + 1] += 1.0;
@@ -54,9 +55,9 @@ device_pen device_pen_of(const CPen& pen, double scale, double ratio)
 
 dash_walk::dash_walk(const std::vector<double>& pattern_) : pattern(pattern_)
 {
-    if (pattern.size() % 2 != 0) pattern.insert(pattern.end(), pattern_.begin(), pattern_.end());
     // A pattern of an odd count changes its roles with each turn: dashes become gaps. Twice the pattern has an even
     // count.
+    if (pattern.size() % 2 != 0) pattern.insert(pattern.end(), pattern_.begin(), pattern_.end());
     total = std::accumulate(pattern.begin(), pattern.end(), 0.0);
     // What is finer than a pixel is a whole line, and would take for ever.
     if (!(total >= 1.0)) pattern.clear();
