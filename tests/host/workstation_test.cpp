@@ -223,6 +223,35 @@ TEST_F(WorkstationTest, ScreenScaleKeepsDataCrispAndScalesTheHandles)
     EXPECT_FALSE(hasWhite(65 * scale));
 }
 
+TEST_F(WorkstationTest, WhatIsNoNumberStaysInItsFieldAndKeepsTheDialog)
+{
+    declared_dialog declared({"step(Step),double", "count(Count),int,0"}, false);
+    const QPointer<host::CVariableDialog> dialog = window.findChild<host::CVariableDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    const auto buttons = dialog->findChildren<QPushButton*>();
+    const auto isOk = [](const QPushButton* button) { return button->text() == "OK"; };
+    ASSERT_TRUE(std::ranges::any_of(buttons, isOk));
+    QPushButton* const ok = *std::ranges::find_if(buttons, isOk);
+    dialog->activateWindow();
+    settle();
+    const auto type = [&](int row, const char* text) {
+        auto* const field = qobject_cast<QLineEdit*>(dialog->grid()->cellWidget(row, 1));
+        field->setFocus();
+        field->setText(text);
+        field->setModified(true);
+        ok->click();
+        settle();
+        return field;
+    };
+    for (const char* const typed : {"1,5", "12x", "", "1e"}) EXPECT_EQ(type(0, typed)->text(), typed);
+    EXPECT_EQ(double(declared.list["step"]), 0.0);
+    ASSERT_TRUE(dialog && dialog->isVisible()) << "each is to be mended first";
+    EXPECT_TRUE(dialog->grid()->cellWidget(0, 1)->hasFocus());
+    type(0, " 1.5e-2 ");
+    EXPECT_FALSE(dialog && dialog->isVisible());
+    EXPECT_EQ(double(declared.list["step"]), 0.015);
+}
+
 TEST_F(WorkstationTest, TheGridKeepsItsEditorsWhileValuesChange)
 {
     declared_dialog declared({"a(A),int", "b(B),int,,,,#a*2", "color(Color),int,0,(1<<25)-1,hex(##)"}, false);

@@ -68,6 +68,14 @@ std::optional<double> hexadecimal_number(std::string_view text)
     return static_cast<double>(isNegative ? -*number : *number);
 }
 
+/// What the user types has to be a number as a whole: of "1,5" not the 1 alone. Digits behind "0x" are one.
+bool take_typed(SPMVar& variable, const char* text)
+{
+    if (variable.type == SPM_VAR_NONE || variable.type > SPM_VAR_INT || whole_number(text))
+        return variable.from_string(text);
+    return false;
+}
+
 /// The chosen entry takes the place that the display shows.
 bool take_choice(SPMVar& variable, const display_function& display, const char* text)
 {
@@ -151,7 +159,7 @@ bool take_shown_text(const SPMVarList& list, SPMVar& variable, const char* text)
 {
     if (!text) return false;
     const display_function display(list, variable);
-    if (!display) return variable.from_string(text);
+    if (!display) return take_typed(variable, text);
     if (text == shown_text(list, variable)) return true;
     switch (display.what()) {
     case kind::hexadecimal:
@@ -164,7 +172,7 @@ bool take_shown_text(const SPMVarList& list, SPMVar& variable, const char* text)
         break;
     }
     if (!is_numeric(variable)) return variable.from_string(text);
-    const auto wanted = leading_number(text);
+    const auto wanted = whole_number(text);
     return wanted && take_number(variable, display, *wanted);
 }
 

@@ -76,7 +76,8 @@ void CVariableDialog::placeAll()
         all |= buttons.back().place;
         connect(button, &QPushButton::clicked, this, [this, row] {
             setFocus(); // a value that is being typed counts
-            if (model) model->press(row);
+            const bool isLeft = row.what == platform::layout_button::kind::ok && table->leadsToRefused();
+            if (model && !isLeft) model->press(row);
         });
     }
     leastSize = QSize(all.right() + all.left() + 1, all.bottom() + all.top() + 1);
@@ -154,7 +155,7 @@ void add_open_options(QFileDialog& dialog, const open_prompt& prompt)
         if (variable.type == SPM_VAR_NONE) continue;
         inside->addWidget(new QLabel(QString::fromUtf8(variable.get_description()), row));
         const auto store = [&variable](const QString& text) {
-            base::take_shown_text(none, variable, text.toUtf8().constData());
+            return base::take_shown_text(none, variable, text.toUtf8().constData());
         };
         inside->addWidget(make_variable_editor(none, variable, store).widget);
     }

@@ -5,7 +5,9 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QToolButton>
+#include <QToolTip>
 #include <algorithm>
 
 namespace vldv::host {
@@ -97,9 +99,9 @@ variable_editor CVariableGrid::addOption(unsigned row)
     name->setToolTip(label);
     setItem(static_cast<int>(row), 0, name);
     const auto store = [this, row](const QString& text) {
-        if (!model) return;
-        model->edit(row, text.toUtf8().constData());
-        refresh(); // shows what was stored, also where the text was not taken
+        const bool isTaken = model && model->edit(row, text.toUtf8().constData());
+        if (model) refresh(); // shows what was stored
+        return isTaken;
     };
     variable_editor editor = make_variable_editor(*model->GetVarList(), variable, store);
     watchArrows(editor.widget);
@@ -151,6 +153,18 @@ void CVariableGrid::showValues()
     isShowing = true;
     for (unsigned i = 0; i < shown.size(); ++i) shown[i].editor.show(*model->GetVarList(), model->row(i));
     isShowing = false;
+}
+
+bool CVariableGrid::leadsToRefused()
+{
+    for (const shown_row& row : shown)
+        if (QLineEdit* const field = row.editor.widget ? refused_field(*row.editor.widget) : nullptr) {
+            field->setFocus();
+            QToolTip::showText(field->mapToGlobal(QPoint(0, field->height())),
+                               QStringLiteral("\"%1\" cannot be taken").arg(field->text()), field);
+            return true;
+        }
+    return false;
 }
 
 /// The row whose editor gets the focus is scrolled into sight.

@@ -20,6 +20,8 @@ public:
     /// Asks the model for nothing more.
     void detach();
     void refresh();
+    /// Goes to the first field whose text was not taken and says so. \return there is one
+    bool leadsToRefused();
     using QTableWidget::sizeHintForColumn;
 
 protected:

@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmap>
 #include <QPointer>
 #include <QToolButton>
@@ -23,7 +24,6 @@ namespace {
 constexpr QSize swatchSize(30, 14); // pixels
 
 using base::shown_field;
-using storing = std::function<void(const QString&)>;
 
 /// A list that the wheel turns only while it has the focus: it stands in a grid that is scrolled.
 class calm_list : public QComboBox {
@@ -151,14 +151,34 @@ void ask_path(const shown_field& field, const QString& before, const storing& st
     if (!paths.empty()) store(QString::fromStdWString(paths.front()));
 }
 
+constexpr const char* refusedMark = "refused"; // property of a field
+
+void mark_refused(QLineEdit& line, bool isRefused)
+{
+    line.setProperty(refusedMark, isRefused);
+    QPalette colors;
+    if (isRefused) colors.setColor(QPalette::Text, Qt::red);
+    line.setPalette(colors);
+}
+
+/// What cannot be taken stays, so that the user can mend it.
+void store_typed(QLineEdit& line, const storing& store)
+{
+    const QString typed = line.text();
+    line.setModified(false);
+    const bool isTaken = store(typed);
+    mark_refused(line, !isTaken);
+    if (isTaken) return;
+    line.setText(typed);
+    line.setModified(true);
+}
+
 QLineEdit* make_line(const storing& store)
 {
     auto* const line = new QLineEdit;
     line->setFrame(false);
     QObject::connect(line, &QLineEdit::editingFinished, line, [line, store] {
-        if (!line->isModified()) return;
-        line->setModified(false);
-        store(line->text());
+        if (line->isModified()) store_typed(*line, store);
     });
     return line;
 }
@@ -200,7 +220,7 @@ variable_editor make_path(const shown_field& field, const storing& store)
 variable_editor make_color(const storing& store)
 {
     const auto [editor, field_line, patch] =
-        make_line_with_button([store](const QString& typed) { store(kept_color(typed)); });
+        make_line_with_button([store](const QString& typed) { return store(kept_color(typed)); });
     QWidget* const both = editor; // closures hold no bindings
     QLineEdit* const line = field_line;
     QToolButton* const button = patch;
@@ -231,6 +251,15 @@ variable_editor make_widget(const SPMVarList& list, const SPMVar& variable, cons
 }
 
 } // namespace
+
+QLineEdit* refused_field(QWidget& editor)
+{
+    const auto isRefused = [](const QLineEdit& line) { return line.property(refusedMark).toBool(); };
+    if (auto* const line = qobject_cast<QLineEdit*>(&editor)) return isRefused(*line) ? line : nullptr;
+    for (QLineEdit* const line : editor.findChildren<QLineEdit*>())
+        if (isRefused(*line)) return line;
+    return nullptr;
+}
 
 variable_editor make_variable_editor(const SPMVarList& list, const SPMVar& variable, const storing& store)
 {

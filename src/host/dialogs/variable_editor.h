@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <functional>
 
+class QLineEdit;
+
 namespace vldv::host {
 
 /// The widget that edits one variable, and how it is told of another value.
@@ -14,8 +16,11 @@ struct variable_editor {
     std::function<void(const SPMVarList& list, const SPMVar& variable)> show;
 };
 
-/// \param store  gets what the user made of it
-variable_editor make_variable_editor(const SPMVarList& list, const SPMVar& variable,
-                                     const std::function<void(const QString&)>& store);
+/// Gets what the user made of a value. \return it was taken
+using storing = std::function<bool(const QString&)>;
+/// What is typed and not taken stays in its field, in red, until it is.
+variable_editor make_variable_editor(const SPMVarList& list, const SPMVar& variable, const storing& store);
+/// The field of an editor whose text was not taken, or null.
+QLineEdit* refused_field(QWidget& editor);
 
 } // namespace vldv::host
