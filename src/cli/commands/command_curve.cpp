@@ -2,7 +2,7 @@
 #include "base/text.h"
 #include "cli/choice/word_choice.h"
 #include "cli/commands.h"
-#include "cli/commands/curve_source.h"
+#include "cli/results/curve_source.h"
 #include "curves/figures/curve_spectrum.h"
 #include "curves/figures/math_function.h"
 #include "curves/figures/trend_line.h"

@@ -5,10 +5,10 @@
 #include "cli/choice/picture_options.h"
 #include "cli/choice/text_check.h"
 #include "cli/commands.h"
-#include "cli/commands/feature_output.h"
 #include "cli/output/file_reports.h"
 #include "cli/output/result_files.h"
 #include "cli/output/terminal.h"
+#include "cli/results/feature_output.h"
 #include "output/picture_writer.h"
 #include "spectra/figures/measured_block.h"
 

@@ -1,9 +1,9 @@
 // vldv info: what files hold, for people or as JSON.
 #include "base/text.h"
 #include "cli/commands.h"
-#include "cli/commands/info_text.h"
 #include "cli/output/file_reports.h"
 #include "cli/output/reader_notes.h"
+#include "cli/results/info_text.h"
 #include "cli/session.h"
 #include "document/document_table.h"
 #include "document/samples/measured_samples.h"

@@ -13,7 +13,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -53,19 +52,6 @@ void print_json(const std::wstring& path, const isoline_options& options, int le
     cli::print_json(out);
 }
 
-std::size_t index_of(CPoint point, const surface::sample_frame& frame)
-{
-    return static_cast<std::size_t>(point.y) * static_cast<std::size_t>(frame.width) +
-           static_cast<std::size_t>(point.x);
-}
-
-/// \param runs  in rising order, none within another
-bool holds(const std::vector<primitives::sample_run>& runs, std::size_t at)
-{
-    const auto behind = std::ranges::upper_bound(runs, at, {}, &primitives::sample_run::first);
-    return behind != runs.begin() && at - std::prev(behind)->first < std::prev(behind)->count;
-}
-
 std::string print(const CStorageDoc& document, const std::wstring& path, const isoline_options& options)
 {
     if (options.which.image >= document.getImagesNumber())
@@ -79,19 +65,17 @@ std::string print(const CStorageDoc& document, const std::wstring& path, const i
         static_cast<const std::int16_t*>(document.getImageDataS(options.which.image, options.which.sub));
     const document::rising_heights heights({samples, document.getSubImageLength(options.which.image)},
                                            document.getAxis(options.which.image, 0, unsigned(-1)));
+    const frame_voids voids = voids_of(document, options.which);
     const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
-                                      static_cast<int>(stream.get_dimension(1).length)};
+                                      static_cast<int>(stream.get_dimension(1).length), voids.runs};
     const CPoint seed = options.at;
     if (!frame.contains(seed))
         return base::formatted("--at %d,%d lies outside of the image of %d x %d samples", seed.x, seed.y, frame.width,
                                frame.height);
-    const auto voids = voids_of(document, options.which).runs;
-    const auto isMeasured = [&](CPoint point) { return !holds(voids, index_of(point, frame)); };
-    if (!isMeasured(seed)) return base::formatted("--at %d,%d was not measured", seed.x, seed.y);
-    const std::vector<CPoint> contour = surface::trace_isoline(frame, seed, isMeasured);
+    if (!frame.isMeasured(seed)) return base::formatted("--at %d,%d was not measured", seed.x, seed.y);
+    const std::vector<CPoint> contour = surface::trace_isoline(frame, seed);
     if (contour.empty())
-        std::cerr << visible_text(base::narrow(path)) << ": " << surface::why_no_isoline(frame, seed, isMeasured)
-                  << '\n';
+        std::cerr << visible_text(base::narrow(path)) << ": " << surface::why_no_isoline(frame, seed) << '\n';
     if (options.json)
         print_json(path, options, samples[std::ptrdiff_t{seed.y} * frame.width + seed.x], contour);
     else

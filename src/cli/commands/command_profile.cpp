@@ -1,7 +1,7 @@
 // vldv profile: the samples along a line through an image, or of a curve.
 #include "cli/choice/number_limits.h"
 #include "cli/commands.h"
-#include "cli/commands/curve_source.h"
+#include "cli/results/curve_source.h"
 #include "curves/figures/table_text.h"
 
 #include <CLI/CLI.hpp>

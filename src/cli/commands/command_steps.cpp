@@ -78,12 +78,13 @@ std::vector<frame_steps> find_all(const CStorageDoc& document, const step_option
     for (const frame& each : frames) {
         const SPMDataStream& stream = document.getImage(each.image);
         const document::rising_heights heights = frame_heights(document, each);
+        frame_voids voids = voids_of(document, each);
         const surface::sample_frame frame{heights.samples(), static_cast<int>(stream.get_dimension(0).length),
-                                          static_cast<int>(stream.get_dimension(1).length)};
+                                          static_cast<int>(stream.get_dimension(1).length), voids.runs};
         if (const std::string reason = refuse_settings(options, frame); !reason.empty())
             throw std::runtime_error(frame_title(document, each) + ": " + reason);
         const surface::step_settings settings = settings_for(options, frame);
-        found.push_back({each, settings, surface::find_steps(frame, settings), all_included(voids_of(document, each))});
+        found.push_back({each, settings, surface::find_steps(frame, settings), std::move(voids)});
     }
     return found;
 }

@@ -1,4 +1,4 @@
-#include "cli/commands/force_map_output.h"
+#include "cli/results/force_map_output.h"
 
 #include "base/text.h"
 #include "cli/output/progress.h"

@@ -1,4 +1,4 @@
-#include "cli/commands/legend_picture.h"
+#include "cli/results/legend_picture.h"
 
 #include "cli/choice/image_part.h"
 #include "cli/choice/palette_choice.h"

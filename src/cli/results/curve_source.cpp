@@ -1,4 +1,4 @@
-#include "cli/commands/curve_source.h"
+#include "cli/results/curve_source.h"
 
 #include "base/text.h"
 #include "cli/choice/number_limits.h"

@@ -1,4 +1,4 @@
-#include "cli/commands/info_text.h"
+#include "cli/results/info_text.h"
 
 #include "base/streams/axis_units.h"
 #include "base/text.h"

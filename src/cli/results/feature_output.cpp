@@ -1,4 +1,4 @@
-#include "cli/commands/feature_output.h"
+#include "cli/results/feature_output.h"
 
 #include "base/streams/axis_units.h"
 #include "base/text.h"
@@ -61,6 +61,7 @@ double converted(double value, const std::string& from, const std::string& to)
     const std::size_t fromMark = from.find(volumeMark), toMark = to.find(volumeMark);
     if (fromMark == std::string::npos || toMark == std::string::npos)
         return convert_size(from.c_str(), to.c_str(), value);
+    // "nm^2" ends in front of the "x" of the mark and the unit of the height begins behind it.
     const std::size_t height = volumeMark.size(), area = height - 1;
     value = convert_size(from.substr(0, fromMark + area).c_str(), to.substr(0, toMark + area).c_str(), value);
     return convert_size(from.c_str() + fromMark + height, to.c_str() + toMark + height, value);
