@@ -1,7 +1,7 @@
 // The colour scale, its menu and its editor in the real main window.
 #include "host/dialogs/FormDialog.h"
+#include "host/menus/QtMenu.h"
 #include "host/peer/QtPeer.h"
-#include "host/window/QtMenu.h"
 #include "view/scale/PaletteBar.h"
 #include "workstation_fixture.h"
 

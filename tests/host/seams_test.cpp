@@ -1,8 +1,8 @@
 // Menus, toolbars, panes and commands of the main window over views of the test's own, on the offscreen platform.
 #include "base/text.h"
 #include "host/dialogs/VariableGrid.h"
+#include "host/menus/command_door.h"
 #include "host/window/OutputPane.h"
-#include "host/window/command_door.h"
 #include "platform/app/Document.h"
 #include "resources/commands.h"
 #include "support/allocation_count.h"

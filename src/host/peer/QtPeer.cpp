@@ -245,6 +245,20 @@ bool CQtPeer::handleKeyPress(const QKeyEvent& press)
     return key != 0 && logic.OnKeyDown(key);
 }
 
+bool CQtPeer::handleKeyRelease(const QKeyEvent& release)
+{
+    if (release.isAutoRepeat()) return true; // the key is still down
+    const unsigned key = key_of(release);
+    return key != 0 && logic.OnKeyUp(key);
+}
+
+bool CQtPeer::handleWheel(const QWheelEvent& wheel)
+{
+    // With Alt or Shift some systems turn the wheel sideways.
+    const int delta = wheel.angleDelta().y() ? wheel.angleDelta().y() : wheel.angleDelta().x();
+    return logic.OnMouseWheel(mouse_flags_of(wheel.buttons(), wheel.modifiers()), delta, point_of(wheel.position()));
+}
+
 /// Between two events: leaving the full screen gives the window another parent.
 void CQtPeer::closeLater()
 {
@@ -273,13 +287,8 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Leave:
         logic.OnMouseLeave();
         return false;
-    case QEvent::Wheel: {
-        const auto& wheel = static_cast<QWheelEvent&>(*event);
-        // With Alt or Shift some systems turn the wheel sideways.
-        const int delta = wheel.angleDelta().y() ? wheel.angleDelta().y() : wheel.angleDelta().x();
-        return logic.OnMouseWheel(mouse_flags_of(wheel.buttons(), wheel.modifiers()), delta,
-                                  point_of(wheel.position()));
-    }
+    case QEvent::Wheel:
+        return handleWheel(static_cast<QWheelEvent&>(*event));
     case QEvent::ContextMenu: {
         const QPoint at = static_cast<QContextMenuEvent*>(event)->globalPos();
         logic.OnContextMenu({at.x(), at.y()});
@@ -287,12 +296,8 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
     }
     case QEvent::KeyPress:
         return handleKeyPress(static_cast<QKeyEvent&>(*event));
-    case QEvent::KeyRelease: {
-        const auto& release = static_cast<QKeyEvent&>(*event);
-        if (release.isAutoRepeat()) return true; // the key is still down
-        const unsigned key = key_of(release);
-        return key != 0 && logic.OnKeyUp(key);
-    }
+    case QEvent::KeyRelease:
+        return handleKeyRelease(static_cast<QKeyEvent&>(*event));
     case QEvent::Close:
         if (!fillsScreen) return false;
         event->ignore();

@@ -55,6 +55,8 @@ protected:
 private:
     bool handleMouse(QEvent& event);
     bool handleKeyPress(const QKeyEvent& press);
+    bool handleKeyRelease(const QKeyEvent& release);
+    bool handleWheel(const QWheelEvent& wheel);
     void closeLater();
     void paint();
     void paintLater();

@@ -7,16 +7,14 @@
 #include "entry/open_example.h"
 #include "entry/open_files.h"
 #include "host/dialogs/HelpWindow.h"
-#include "host/dialogs/about.h"
+#include "host/menus/command_door.h"
+#include "host/menus/qt_toolbar.h"
 #include "host/peer/path_text.h"
 #include "host/window/OutputPane.h"
 #include "host/window/QtFrame.h"
 #include "host/window/QtPaletteBar.h"
 #include "host/window/StartPage.h"
-#include "host/window/command_door.h"
-#include "host/window/qt_toolbar.h"
 #include "host/window/tiling.h"
-#include "host/window/window_menu.h"
 #include "platform/files/paths.h"
 #include "resources/commands.h"
 
@@ -25,7 +23,6 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -41,8 +38,8 @@ namespace vldv::host {
 
 namespace {
 
-constexpr int outputHeight = 110;                   // pixels
-constexpr int freeInterval = 0, idleInterval = 100; // milliseconds; 0: between two events
+constexpr int outputHeight = 110; // pixels
+constexpr int idleInterval = 100; // milliseconds
 
 /// The name of a file, with its folder where another one has the same name.
 std::wstring telling_name(const std::wstring& path, const std::vector<std::wstring>& all)
@@ -102,103 +99,6 @@ void CMainWindow::addOutput(const QString& line)
 {
     lines->appendPlainText(line);
     pane->show();
-}
-
-bool CMainWindow::route(unsigned id, CCmdUI* ui)
-{
-    const auto send = [&] { return focusCommand(id, ui) || app.routeCommand(id, ui) || ownCommand(id, ui); };
-    const bool handled = ui ? send() : run_command(id, send);
-    if (!ui) QTimer::singleShot(freeInterval, this, [this] { app.freeClosed(); });
-    return handled;
-}
-
-void CMainWindow::rememberFocus()
-{
-    if (QWidget* const now = focusWidget(); now && now != menuBar()) keyboard = now;
-}
-
-bool CMainWindow::focusCommand(unsigned id, CCmdUI* ui)
-{
-    rememberFocus();
-    if (!keyboard || !keyboard->isVisible()) return false;
-    if (auto* const field = qobject_cast<QLineEdit*>(keyboard)) return field_command(*field, id, ui);
-    return keyboard == lines && !lines->document()->isEmpty() && view::pane_command(*lines, id, ui);
-}
-
-bool CMainWindow::ownCommand(unsigned id, CCmdUI* ui)
-{
-    CFrameWnd* const active = app.activeFrame();
-    switch (id) {
-    case commands::close:
-        if (ui)
-            ui->Enable(active != nullptr);
-        else if (active)
-            active->OnClose();
-        return active != nullptr;
-    case commands::cascade:
-    case commands::tileHorizontally:
-    case commands::tileVertically:
-        if (ui)
-            ui->Enable(!frames->subWindowList().isEmpty());
-        else if (id == commands::cascade)
-            frames->cascadeSubWindows();
-        else
-            tile(id == commands::tileVertically);
-        return true;
-    case commands::output:
-        if (ui)
-            ui->SetCheck(pane->isVisible());
-        else
-            pane->setVisible(!pane->isVisible());
-        return true;
-    case commands::statusBar:
-        if (ui)
-            ui->SetCheck(statusBar()->isVisible());
-        else
-            statusBar()->setVisible(!statusBar()->isVisible());
-        return true;
-    case commands::toolbar:
-        if (ui)
-            ui->SetCheck(tools->isVisible());
-        else
-            tools->setVisible(!tools->isVisible());
-        return true;
-    case commands::about:
-        if (!ui) show_about(this);
-        return true;
-    case commands::help:
-        if (!ui) showHelp();
-        return true;
-    default:
-        break;
-    }
-    const std::size_t index = id - commands::firstWindow;
-    if (id < commands::firstWindow || index >= app.frames().size()) return false;
-    CFrameWnd& frame = *app.frames()[index];
-    if (ui)
-        ui->SetCheck(&frame == active);
-    else
-        frame.ActivateFrame();
-    return true;
-}
-
-bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
-{
-    if (first != commands::firstWindow) return app.routeMenuItems(first, items);
-    items = window_rows(app.frames(), app.activeFrame(), first);
-    return true;
-}
-
-void CMainWindow::tile(bool vertically)
-{
-    QList<QMdiSubWindow*> shown;
-    for (QMdiSubWindow* const window : frames->subWindowList())
-        if (window->isVisible() && !window->isMinimized()) shown << window;
-    const std::vector<QRect> places = tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
-    for (qsizetype i = 0; i < shown.size(); ++i) {
-        if (shown[i]->isMaximized()) shown[i]->showNormal();
-        shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
-    }
 }
 
 void CMainWindow::onActivated(QMdiSubWindow* window)

@@ -42,6 +42,10 @@ protected:
 
 private:
     bool ownCommand(unsigned id, CCmdUI* ui);
+    QWidget* partOf(unsigned id);
+    bool closeActive(CCmdUI* ui);
+    void arrangeFrames(unsigned id, CCmdUI* ui);
+    bool windowCommand(unsigned id, CCmdUI* ui);
     void rememberFocus();
     /// Of the widget that has the keys, before those of views.
     bool focusCommand(unsigned id, CCmdUI* ui);

@@ -1,7 +1,7 @@
 #include "host/window/QtFrame.h"
 
-#include "host/window/command_door.h"
-#include "host/window/qt_toolbar.h"
+#include "host/menus/command_door.h"
+#include "host/menus/qt_toolbar.h"
 #include "platform/app/WinApp.h"
 #include "view/ChildFrame.h"
 

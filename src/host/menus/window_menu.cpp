@@ -1,4 +1,4 @@
-#include "host/window/window_menu.h"
+#include "host/menus/window_menu.h"
 
 #include "base/text.h"
 #include "entry/save_documents.h"

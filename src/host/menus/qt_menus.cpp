@@ -1,7 +1,7 @@
-#include "host/window/qt_menus.h"
+#include "host/menus/qt_menus.h"
 
-#include "host/window/QtMenu.h"
-#include "host/window/command_help.h"
+#include "host/menus/QtMenu.h"
+#include "host/menus/command_help.h"
 #include "resources/commands.h"
 
 #include <QAction>

@@ -1,5 +1,5 @@
 #pragma once
-#include "host/window/qt_menus.h"
+#include "host/menus/qt_menus.h"
 #include "platform/app/menu_item.h"
 
 #include <span>

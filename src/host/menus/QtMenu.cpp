@@ -1,4 +1,4 @@
-#include "host/window/QtMenu.h"
+#include "host/menus/QtMenu.h"
 
 #include "host/peer/QtPeer.h"
 #include "paint/QtDC.h"

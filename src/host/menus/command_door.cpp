@@ -1,4 +1,4 @@
-#include "host/window/command_door.h"
+#include "host/menus/command_door.h"
 
 #include "platform/app/WinApp.h"
 #include "platform/app/menu_item.h"

@@ -1,4 +1,4 @@
-#include "host/window/command_help.h"
+#include "host/menus/command_help.h"
 
 #include "resources/strings.h"
 

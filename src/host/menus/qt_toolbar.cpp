@@ -1,8 +1,8 @@
-#include "host/window/qt_toolbar.h"
+#include "host/menus/qt_toolbar.h"
 
+#include "host/menus/command_door.h"
+#include "host/menus/command_help.h"
 #include "host/peer/command_icon.h"
-#include "host/window/command_door.h"
-#include "host/window/command_help.h"
 #include "resources/commands.h"
 #include "view/scale/PaletteBar.h"
 
