@@ -6,6 +6,7 @@
 #include "document/container/spmx_limits.h"
 #include "document/container/spmx_verify.h"
 #include "document/container/stream_source.h"
+#include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
 #include "platform/files/temporary_file.h"
@@ -138,9 +139,9 @@ void CStorageDoc::Serialize(CArchive& archive)
     add_description(zip, xml.str(), archive);
     for (int i = 0; i < stored; ++i) add_stream(zip, images[static_cast<unsigned>(i)], rawNames[i], archive);
     if (zip.Close() != 0) fail(archive, "the archive could not be completed (is the disk full?)");
-    verify(packed, content(), archive);
     // What was packed is read again and compared before the archive gets a byte of it: a container that no reader takes
     // never replaces one that opens.
+    verify(packed, content(), archive);
     copy_into(archive, packed);
 }
 
@@ -212,6 +213,7 @@ bool CStorageDoc::saveTo(const std::wstring& target, bool replace)
     if (replace) {
         SetPathName(target.c_str(), true);
         updateFrameTitles();
+        UpdateAllViews(nullptr, document::hint{document::hintRedraw}.packed()); // legends name the file
     }
     return true;
 }

@@ -113,6 +113,9 @@ protected:
     /// Raw samples as physical values in the unit in which the larger reads well; each pointer may be null.
     void readWell(int minimum, int maximum, double* low, double* high, const char** units) const;
 
+    /// A frame on each image of a new document.
+    void openFrames(CStorageDoc& document);
+
     unsigned imageNumber = 0;
     unsigned subImageNumber = 0;
 
@@ -122,7 +125,6 @@ private:
                               CStorageDoc* target, bool merge);
     std::vector<VLPluginDataSelection> selections();
     bool choosesVolumeCopy();
-    void openFrames(CStorageDoc& document);
 
     std::vector<CImageView*> childViews; ///< opened from this view, in order
     CImageView* parentView = nullptr;

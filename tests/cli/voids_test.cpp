@@ -76,22 +76,18 @@ TEST_F(VoidsTest, FeaturesAndTheirLevelsKnowMeasuredHeightsOnly)
 TEST_F(VoidsTest, WhatCannotLeaveThemOutSaysThatTheyWentIn)
 {
     corners();
-    for (const std::vector<std::string>& command :
-         {std::vector<std::string>{"steps", "corners.txt"}, {"fourier", "corners.txt", "--spectrum", "s.spm"}}) {
-        const program_result result = vldv(command);
-        EXPECT_THAT(result.out, HasSubstr("    not measured, but counted: 5\n"));
-        const json told = image(command);
-        expect_fields(told, {{"not_measured", 0}, {"not_measured_included", 5}});
-    }
+    const std::vector<std::string> command{"fourier", "corners.txt", "--spectrum", "s.spm"};
+    EXPECT_THAT(vldv(command).out, HasSubstr("    not measured, but counted: 5\n"));
+    expect_fields(image(command), {{"not_measured", 0}, {"not_measured_included", 5}});
     // A container that tells how many and not which.
     writeDocument("old.spm", [](CStorageDoc& document) {
         const SPMDataStream stream = heights("Topo", {3, 3});
         document.AddNewImages(&stream, 1);
         document.setString("\\Void points", "2", 0);
     });
-    for (const char* const command : {"stats", "histogram", "features"}) {
-        EXPECT_EQ(image({command, "old.spm"})["not_measured_included"], 2) << command;
-        EXPECT_THAT(vldv({command, "old.spm"}).out, HasSubstr("    not measured, but counted: 2\n"));
+    for (const char* const old : {"stats", "histogram", "features", "steps"}) {
+        EXPECT_EQ(image({old, "old.spm"})["not_measured_included"], 2) << old;
+        EXPECT_THAT(vldv({old, "old.spm"}).out, HasSubstr("    not measured, but counted: 2\n"));
     }
 }
 

@@ -183,7 +183,7 @@ TEST_F(SurfaceOnScreen, MeasurementsStandOnThePictureOnTheClipboardAndInAFile)
         return share_of(shown, part(77, 437, 83, 443), is_frame_red) > 0.4;
     })) << "on the channel below";
 
-    choose(user, "alt+c", {"d", "Down", "Down", "Down", "Down", "Return"}); // past what cannot be chosen
+    choose(user, "alt+c", {"d", "Down", "Down", "Down", "Down", "Down", "Down", "Return"});
     user.drag(at(250, 300), at(420, 130));
     EXPECT_TRUE(user.sees("s15-lengthy-object", [this](const QImage& shown) {
         return has_label(shown, part(380, 110, 512, 160)) &&

@@ -5,9 +5,9 @@
 #include "surface/figures/measure/snapping.h"
 #include "surface/figures/region_edit.h"
 #include "surface/overlay/overlay_geometry.h"
-#include "surface/tools/cursor_tools.h"
 #include "surface/tools/hot/hot_tools.h"
-#include "surface/tools/marks_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/marks_tool.h"
 #include "surface/tools/overlay_area.h"
 #include "surface/tools/overlay_drawing.h"
 
@@ -27,8 +27,8 @@ cursor_machine::event_point cursor_machine::snapped(CPoint client) const
     const auto kind = static_cast<snap_mode>(static_cast<int>(world.option("cursor_snap")));
     const CPoint source = toSource(client);
     if (kind == snap_mode::off) return {source, client};
-    const CPoint best = snapped_point(world.frame(), source, kind, static_cast<int>(world.option("cursor_snap.radius")),
-                                      [this](CPoint point) { return world.isMeasured(point); });
+    const CPoint best =
+        snapped_point(world.frame(), source, kind, static_cast<int>(world.option("cursor_snap.radius")));
     return {best, to_client(best, world.geometry())};
 }
 
@@ -231,6 +231,14 @@ void cursor_machine::addMark(CPoint mark)
     state.marks.push_back(mark);
     show_total(state, world);
     world.invalidate(CRgn::combined(before, invalidateRgn(cursor_mode::marks), RGN_OR), false);
+}
+
+void cursor_machine::addDrawings(std::span<const std::vector<CPoint>> curves, std::span<const CPoint> marks)
+{
+    state.curves.insert(state.curves.end(), curves.begin(), curves.end());
+    state.marks.insert(state.marks.end(), marks.begin(), marks.end());
+    if (!marks.empty()) show_total(state, world);
+    world.invalidateAll();
 }
 
 } // namespace vldv::surface

@@ -33,6 +33,8 @@ public:
     void removeMarks();
     void removeCurves();
     void addMark(CPoint mark);
+    /// Those of a file behind those that are there; the number of all marks is told.
+    void addDrawings(std::span<const std::vector<CPoint>> curves, std::span<const CPoint> marks);
 
     void setDefaultCursor();
     /// What the state draws in this mode, client pixels. Whoever changes the state invalidates it before and after.

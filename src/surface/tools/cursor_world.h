@@ -44,8 +44,6 @@ class ICursorWorld {
 public:
     // What is shown
     virtual sample_frame frame() const = 0;
-    /// Whether a sample of the frame holds a height; what lies outside counts as measured.
-    virtual bool isMeasured(CPoint source) const = 0;
     virtual view::view_geometry geometry() const = 0;
     virtual const VLAxis& axisX() const = 0; ///< as the options choose
     virtual const VLAxis& axisY() const = 0;

@@ -2,7 +2,7 @@
 
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
-#include "surface/tools/cursor_tools.h"
+#include "surface/tools/modes/cursor_tools.h"
 #include "surface/tools/overlay_area.h"
 
 namespace vldv::surface {

@@ -1,5 +1,5 @@
 #pragma once
-#include "surface/tools/cursor_tool.h"
+#include "surface/tools/modes/cursor_tool.h"
 
 namespace vldv::surface {
 

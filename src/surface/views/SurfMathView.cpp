@@ -118,7 +118,8 @@ surface::sample_frame CSurfMathView::shownFrame() const
     const short* const frame = samples();
     const CSize size = imageSize();
     if (!frame) return {};
-    return {{frame, static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy)}, size.cx, size.cy};
+    return {
+        {frame, static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy)}, size.cx, size.cy, unmeasured};
 }
 
 CSize CSurfMathView::imageSize() const { return hasSamples() ? shape_of(*stream()) : CSize{1, 1}; }

@@ -145,8 +145,10 @@ private:
     void onNewData(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
     void onNewSize(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
     void onScaleChanged(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
+    void showText(const std::string& text);
     void onSectionChanged(CView* sender, std::uint32_t hint, const vldv::hint_object& object);
     void dropOutside(CSize whole);
+    void dropClearedObject();
     /// It shows a part of its parent's image in a document of its own.
     bool isZoomWindow() const { return getParentView() && getParentView()->GetDocument() != GetDocument(); }
     void showMeasure(vldv::surface::measure_text measure);

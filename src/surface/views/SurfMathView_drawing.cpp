@@ -42,8 +42,9 @@ void CSurfMathView::render()
     const CSize size{image.width(), image.height()};
     const view::fitted_window shown = fitter.fit(frame, whole.right, window, size);
     RECT region = view::shown_part(roiRect(), window, size);
-    CRect part = window;
-    const bool hasRegion = drawn.roiActive && part.IntersectRect(roiRect(), window);
+    CRect inRegion;
+    const bool hasRegion = drawn.roiActive && inRegion.IntersectRect(roiRect(), window);
+    const CRect& part = hasRegion ? inRegion : window;
     // The picture may be made of means: the range is that of the samples, whatever the size of the window.
     const primitives::height_range range =
         hasRegion || !unmeasured.empty() ? shownRange.of(frame, whole.right, part, unmeasured) : shown.range;
@@ -130,9 +131,9 @@ void CSurfMathView::drawVolumeCross(CDC& dc)
     const auto place = [&](const char* mark, unsigned dimension, unsigned own) {
         const double size = cloud->getVolume().get_dimension(dimension).length;
         if (size == 0.0) return 0;
-        const double at = base::nearest_int((size - 1.0) * view->doubleOption(mark));
         // The mark is kept as a share of the volume, from its first sample to its last; the image may have another
         // grid.
+        const double at = base::nearest_int((size - 1.0) * view->doubleOption(mark));
         return static_cast<int>(at * own / size);
     };
     const CPoint sample{place("mark.x", 0, getSourceWidth()), place("mark.y", 1, getSourceHeight())};
@@ -255,7 +256,7 @@ void CSurfMathView::drawZScale(CDC& dc)
     const int saved = dc.SaveDC();
     const bool isTransparent = isCompact() && isOptionOn("CompactLegend.transparent");
     dc.SetBkMode(isTransparent ? TRANSPARENT : OPAQUE);
-    dc.SetTextRim(true);
+    dc.setTextRim(true);
     dc.SetBkColor(static_cast<colorEntry>(intOption(isCompact() ? "legend" : "background")));
     dc.SetTextColor(static_cast<colorEntry>(intOption(isCompact() ? "background" : "legend")));
     axis_line line;

@@ -3,7 +3,7 @@
 #include "document/StorageDoc.h"
 #include "platform/app/Clipboard.h"
 #include "resources/commands.h"
-#include "surface/tools/cursor_tools.h"
+#include "surface/tools/modes/cursor_tools.h"
 #include "surface/views/SurfMathView.h"
 #include "surface/views/calibration.h"
 #include "surface/views/dialogs/decoration_file.h"
@@ -128,9 +128,8 @@ void CSurfMathView::OnLoadDecorations()
     if (const std::size_t dropped = surface::drop_outside(*lists, imageSize()))
         SetMessageText(base::widen(base::formatted("Points outside of the image that were left out: %d",
                                                    static_cast<int>(std::min<std::size_t>(dropped, INT_MAX)))));
-    drawn.curves.insert(drawn.curves.end(), lists->curves.begin(), lists->curves.end());
-    drawn.marks.insert(drawn.marks.end(), lists->marks.begin(), lists->marks.end());
-    Invalidate(true);
+    machine.addDrawings(lists->curves, lists->marks);
+    refreshMeasureRows();
     for (const std::vector<CPoint>& points : lists->profiles) world.openSection(points);
 }
 

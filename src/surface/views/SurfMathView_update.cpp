@@ -37,6 +37,7 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
         if (isOurs) renewStoredPalette();
         CImageView::OnUpdate(sender, hint, object);
         if (isOurs && told.reloads) refreshZoomWindow();
+        if (isOurs) dropClearedObject();
         return remeasure();
     case document::hintAxesChanged:
         CImageView::OnUpdate(sender, hint, object);
@@ -55,17 +56,21 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
         if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) machine.addMark(*point);
         return;
     case document::hintShowText:
-        if (const auto* const text = std::get_if<std::string>(&object); isOurs && text)
-            showMeasure({.isVisible = true,
-                         .text = base::widen(*text),
-                         .position = drawn.measure.position,
-                         .alignment = drawn.measure.alignment,
-                         .thing = surface::measured_thing::other,
-                         .points = {}});
+        if (const auto* const text = std::get_if<std::string>(&object); isOurs && text) showText(*text);
         return;
     default:
         return CImageView::OnUpdate(sender, hint, object);
     }
+}
+
+void CSurfMathView::showText(const std::string& text)
+{
+    showMeasure({.isVisible = true,
+                 .text = base::widen(text),
+                 .position = drawn.measure.position,
+                 .alignment = drawn.measure.alignment,
+                 .thing = surface::measured_thing::other,
+                 .points = {}});
 }
 
 void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_object& object)
@@ -113,6 +118,17 @@ void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_obje
     UpdateZScale(true);
     if (changed) dropOutside(whole);
     CImageView::OnUpdate(sender, hint, object);
+}
+
+/// A lengthy object is the document's: when its drawings are cleared, there is nothing to go on from nor to tell of.
+void CSurfMathView::dropClearedObject()
+{
+    const bool isKept = storageDoc()->decorations(imageNumber).all().contains(surface::lengthyMaskKey);
+    if (isKept || drawn.tracking || drawn.lengthy.path.empty()) return;
+    drawn.lengthy = {};
+    if (drawn.measure.thing != surface::measured_thing::lengthyObject) return;
+    drawn.measure.isVisible = false;
+    refreshMeasureRows();
 }
 
 /// The image has fewer samples: what lies outside of it goes.

@@ -61,10 +61,13 @@ std::optional<calibration_table> calibrate(const std::vector<double>& positions,
     table.offset = sum / count - table.pitch * centre;
     if (!(table.pitch > 0.0)) return std::nullopt;
     table.factor = nominalPitch / table.pitch;
+    constexpr double rounding = 1e-13; // share of the longest position: less is none
+    const double least = rounding * (std::fabs(table.offset) + table.pitch * count);
     for (std::size_t i = 0; i < positions.size(); ++i) {
         const double number = static_cast<double>(i), fit = table.offset + table.pitch * number;
-        table.rows.push_back({positions[i], nominalPitch * number, fit, positions[i] - fit});
-        squares += (positions[i] - fit) * (positions[i] - fit);
+        const double residual = std::fabs(positions[i] - fit) > least ? positions[i] - fit : 0.0;
+        table.rows.push_back({positions[i], nominalPitch * number, fit, residual});
+        squares += residual * residual;
     }
     table.deviation = std::sqrt(squares / count);
     return table;

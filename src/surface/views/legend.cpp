@@ -142,7 +142,7 @@ void draw_legend_texts(CDC& dc, CDCView& view, const legend_content& content)
     const bool isCompact = view.isOptionOn("CompactLegend");
     const CRect client = view.GetClientRect();
     dc.SetBkMode(background_mode_of(view));
-    dc.SetTextRim(true);
+    dc.setTextRim(true);
     dc.SetBkColor(view.colorOption(isCompact ? "legend" : "background"));
     dc.SetTextColor(view.colorOption(isCompact ? "background" : "legend"));
     CPoint at{0, isCompact ? client.Height() : 0};
@@ -169,7 +169,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
     const std::string units = default_units(axis.get_units(), &span);
     const int saved = dc.SaveDC();
     dc.SetBkMode(view.isOptionOn("CompactLegend.transparent") ? TRANSPARENT : OPAQUE); // as all of the mark's options
-    dc.SetTextRim(true);
+    dc.setTextRim(true);
     dc.SetBkColor(view.colorOption(isCompact ? "legend" : "background"));
     dc.SetTextColor(view.colorOption(isCompact ? "background" : "legend"));
     draw_scale_mark(view, dc, view.displayRect, span, units, style);

@@ -30,12 +30,6 @@ double number_of(const SPMVar& option)
 
 sample_frame view_world::frame() const { return view.shownFrame(); }
 
-bool view_world::isMeasured(CPoint source) const
-{
-    const measured_surface shown = view.measured();
-    return shown.isEmpty() || is_measured(shown, source);
-}
-
 view::view_geometry view_world::geometry() const { return {view.displayRect, view.sourceRect}; }
 const VLAxis& view_world::axisX() const { return view.axisX(); }
 const VLAxis& view_world::axisY() const { return view.axisY(); }

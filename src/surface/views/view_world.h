@@ -13,7 +13,6 @@ public:
 
     // What is shown
     sample_frame frame() const override;
-    bool isMeasured(CPoint source) const override;
     view::view_geometry geometry() const override;
     const VLAxis& axisX() const override;
     const VLAxis& axisY() const override;

@@ -73,6 +73,18 @@ TEST(Isoline, BeginsBesideASeedThatTouchesLowerSamplesByACornerAlone)
     EXPECT_TRUE(surface::is_closed(line));
 }
 
+TEST(Isoline, LeavesOutWhatWasNotMeasured)
+{
+    // Two by two measured samples of the lowest height, which the others hold as well.
+    const std::vector<std::int16_t> samples(16, 3);
+    const std::vector<primitives::sample_run> unmeasured{{0, 5}, {7, 2}, {11, 5}}, allButOne{{0, 5}, {6, 10}};
+    const surface::sample_frame frame{samples, 4, 4, unmeasured};
+    EXPECT_EQ(surface::trace_isoline(frame, {1, 1}), points({{1, 1}, {2, 1}, {2, 2}, {1, 2}, {1, 1}}));
+    EXPECT_TRUE(surface::trace_isoline(frame, {0, 0}).empty());
+    EXPECT_STREQ(surface::why_no_isoline(frame, {0, 0}), "No isoline: the sample was not measured");
+    EXPECT_TRUE(surface::trace_isoline({samples, 4, 4, allButOne}, {1, 1}).empty());
+}
+
 TEST(Isoline, IsClosedAndConnectedOnAnySamples)
 {
     std::mt19937 random(7);

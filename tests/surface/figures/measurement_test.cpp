@@ -125,6 +125,7 @@ TEST_F(MeasurementTest, CalibrationFitsAPitchToACurve)
               L"N\tPosition, nm\tNominal, nm\tFit, nm\tResidual, nm\r\n0\t0\t0\t0.5\t-0.5\r\n1\t3\t1.5\t2\t1\r\n"
               L"2\t3\t3\t3.5\t-0.5\r\nPitch, nm\t1.5\r\nOffset, nm\t0.5\r\nNominal / measured\t1\r\n"
               L"RMS residual, nm\t0.707107\r\n");
+    EXPECT_EQ(calibrate({0.1, 0.2, 0.3, 0.4, 0.5}, 0.1)->deviation, 0.0) << "rounding is no residual";
     EXPECT_FALSE(calibrate({0, 1}, 1.0)) << "two points fit any pitch";
     EXPECT_FALSE(calibrate({0, 1, 2}, 0.0));
     EXPECT_FALSE(calibrate({2, 1, 0}, 1.0));

@@ -61,6 +61,21 @@ TEST(StepSearch, FindsTheEdgesOfTerraces)
         << "all of them rise";
 }
 
+TEST(StepSearch, TakesNoBorderOfPointsNotMeasuredForAnEdge)
+{
+    terraces of(60, 30);
+    of.addEdge([](int) { return 40; }, 300, 0, 29);
+    std::vector<primitives::sample_run> voids;
+    for (int y = 0; y < 30; ++y) {
+        voids.push_back({static_cast<std::size_t>(y * 60 + 10), 5});
+        for (int x = 10; x < 15; ++x) of.at(x, y) = -32768;
+    }
+    const surface::sample_frame frame{of.samples, of.width, of.height, voids};
+    const auto steps = surface::find_steps(frame, settings_of(5, 10, 2));
+    ASSERT_EQ(steps.size(), 1u) << "the heights rise at the right border of the hole, too";
+    EXPECT_EQ(steps[0].front(), (surface::step_point{0, 39}));
+}
+
 TEST(StepSearch, MovesAndMirrorsWithTheImage)
 {
     std::mt19937 random(3);

@@ -36,7 +36,10 @@ TEST(Snapping, TiesGoAwayFromTheOriginOfTheImage)
     const surface::sample_frame frame{samples, 20, 20};
     std::optional<CPoint> hole;
     const auto snapped = [&](CPoint at, surface::snap_mode mode, int radius) {
-        return surface::snapped_point(frame, at, mode, radius, [&](CPoint point) { return point != hole; });
+        surface::sample_frame shown = frame;
+        const std::vector<primitives::sample_run> runs(hole ? 1 : 0, {hole ? frame.index(*hole) : 0, 1});
+        shown.unmeasured = runs;
+        return surface::snapped_point(shown, at, mode, radius);
     };
     using enum surface::snap_mode;
     EXPECT_EQ(snapped({10, 10}, toMaximum, 3), (CPoint{12, 12})) << "the far column and row do not count";
@@ -152,6 +155,11 @@ TEST_F(CursorTest, MarksAndCurvesGoTogether)
     EXPECT_TRUE(world.repainted.PtInRegion(world.client({6, 6})));
     machine.removeCurves();
     EXPECT_TRUE(state.curves.empty());
+    // Of a file: the number that was told would be that of before.
+    machine.addMark({1, 1});
+    machine.addDrawings(std::vector<points>{{{2, 2}, {3, 3}}}, points{{4, 4}, {5, 5}});
+    EXPECT_EQ(state.measure.text, L"Total: 3");
+    EXPECT_EQ(state.curves.size(), 1u);
 }
 
 } // namespace

@@ -61,14 +61,21 @@ struct FakeWorld : surface::ICursorWorld {
     std::vector<ISection*> fronted;
     std::vector<CPoint> status;
     std::optional<CPoint> unmeasured; ///< the sample without a height
+    mutable std::vector<primitives::sample_run> hole;
     std::vector<std::string> notices;
     CRgn repainted;
 
     std::int16_t& sample(int column, int row) { return samples[static_cast<std::size_t>(row * size.cx + column)]; }
     CPoint client(CPoint source) const { return surface::to_client(source, geometry()); }
 
-    surface::sample_frame frame() const override { return {samples, size.cx, size.cy}; }
-    bool isMeasured(CPoint source) const override { return source != unmeasured; }
+    surface::sample_frame frame() const override
+    {
+        surface::sample_frame whole{samples, size.cx, size.cy};
+        hole.clear();
+        if (unmeasured) hole.push_back({whole.index(*unmeasured), 1});
+        whole.unmeasured = hole;
+        return whole;
+    }
     view::view_geometry geometry() const override { return {CRect(100, 50, 700, 450), window}; }
     const VLAxis& axisX() const override { return x; }
     const VLAxis& axisY() const override { return y; }

@@ -1,4 +1,5 @@
 // The view around the mouse: sections, shared selections, the zoom window, files of drawings, commands.
+#include "resources/commands.h"
 #include "surface/surface_fixture.h"
 
 #include "document/update_hints.h"
@@ -242,6 +243,11 @@ TEST_F(SurfaceMouseTest, ATracedObjectIsKeptAsAMaskAndDrawn)
     EXPECT_FALSE(filled.IsRectEmpty());
     EXPECT_GE(filled.left, expected.left);
     EXPECT_LE(filled.right, expected.right);
+
+    ASSERT_TRUE(view.getDrawn().measure.isVisible);
+    view.OnCmdMsg(commands::clearDecorations, nullptr);
+    EXPECT_FALSE(view.getDrawn().measure.isVisible) << "it told of what is gone";
+    EXPECT_TRUE(view.getDrawn().lengthy.path.empty()) << "nothing to go on from";
 }
 
 TEST_F(SurfaceMouseTest, KeysChangeThePointerAndProfilesMove)

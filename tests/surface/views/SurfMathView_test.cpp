@@ -324,6 +324,29 @@ TEST_F(SurfaceTest, StatisticsLeaveOutWhatWasNotMeasured)
     EXPECT_NE(view.GetClipboardText(true).find(L"Not measured"), std::wstring::npos);
 }
 
+TEST_F(SurfaceTest, LegendsFollowTheFileUnderAnotherName)
+{
+    CSurfMathView& view = open();
+    HeadlessWindow& window = CHeadlessHost::windowOf(view);
+    window.invalid = CRgn();
+    ASSERT_TRUE(document->DoSave((folder / "other.spm").wstring().c_str(), true));
+    EXPECT_TRUE(window.invalid.RectInRegion(view.GetClientRect()));
+}
+
+TEST_F(SurfaceTest, ARegionOutOfSightLeavesTheColoursOfWhatIsShown)
+{
+    CSurfMathView& view = open();
+    view.storageDoc()->setString("\\Void points", "1", 0);
+    view.storageDoc()->setString("\\Void samples", "of 800: 799-799", 0); // the point of the last row and column
+    view.storageDoc()->UpdateAllViews(nullptr, document::data_hint(0));
+    view.showPart({0, 0, 40, 10});
+    view.flushTimers();
+    const std::vector<std::byte> before(view.GetBits().begin(), view.GetBits().end());
+    view.setRegionOfInterest({0, 15, 10, 20});
+    view.flushTimers();
+    EXPECT_TRUE(std::ranges::equal(view.GetBits(), before));
+}
+
 TEST_F(SurfaceTest, ThePanelFollowsEveryMeasurement)
 {
     CSurfMathView& view = open();

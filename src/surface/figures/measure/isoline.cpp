@@ -19,30 +19,30 @@ unsigned neighbours(const sample_frame& frame, CPoint at, const Counts& counts)
 }
 
 /// Those that are at least so high and were measured.
-unsigned neighbours_from(const sample_frame& frame, int level, CPoint at, const measured_test& isMeasured)
+unsigned neighbours_from(const sample_frame& frame, int level, CPoint at)
 {
-    return neighbours(frame, at,
-                      [&](CPoint near) { return frame.at(near) >= level && (!isMeasured || isMeasured(near)); });
+    return neighbours(frame, at, [&](CPoint near) { return frame.at(near) >= level && frame.isMeasured(near); });
 }
 
 } // namespace
 
-std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed, const measured_test& isMeasured)
+std::vector<CPoint> trace_isoline(const sample_frame& frame, CPoint seed)
 {
     std::vector<CPoint> contour;
-    if (!frame.contains(seed)) return contour;
+    if (!frame.contains(seed) || !frame.isMeasured(seed)) return contour;
     const int level = frame.at(seed);
     primitives::trace_boundary(
-        seed.x, seed.y, [&](int x, int y) { return neighbours_from(frame, level, {x, y}, isMeasured); },
+        seed.x, seed.y, [&](int x, int y) { return neighbours_from(frame, level, {x, y}); },
         [&contour] { contour.clear(); }, [&contour](int x, int y) { contour.push_back({x, y}); });
     return contour;
 }
 
-const char* why_no_isoline(const sample_frame& frame, CPoint seed, const measured_test& isMeasured)
+const char* why_no_isoline(const sample_frame& frame, CPoint seed)
 {
     if (!frame.contains(seed)) return "No isoline: the sample lies outside of the image";
-    const unsigned around = neighbours_from(frame, frame.at(seed), seed, isMeasured);
-    const bool hasVoids = isMeasured && neighbours(frame, seed, [&](CPoint near) { return !isMeasured(near); }) != 0;
+    if (!frame.isMeasured(seed)) return "No isoline: the sample was not measured";
+    const unsigned around = neighbours_from(frame, frame.at(seed), seed);
+    const bool hasVoids = neighbours(frame, seed, [&](CPoint near) { return !frame.isMeasured(near); }) != 0;
     if (around == 0)
         return hasVoids ? "No isoline: all samples around are lower or were not measured"
                         : "No isoline: all samples around are lower";

@@ -1,8 +1,6 @@
 #pragma once
 #include "surface/figures/sample_frame.h"
 
-#include <functional>
-
 namespace vldv::surface {
 
 /// What the cursor is drawn to; the numbers are those of the option.
@@ -12,7 +10,6 @@ enum class snap_mode { off = 0, toMaximum = 1, toMinimum = 2 };
 /// Of equal samples the one farther from the image's origin is taken, wherever the cursor is; without one beyond the
 /// cursor's own sample the point stays. A point outside the frame stays too. Samples that were not measured draw
 /// nothing to them.
-CPoint snapped_point(const sample_frame& frame, CPoint at, snap_mode mode, int radius,
-                     const std::function<bool(CPoint)>& isMeasured);
+CPoint snapped_point(const sample_frame& frame, CPoint at, snap_mode mode, int radius);
 
 } // namespace vldv::surface

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vldv::surface {
 
@@ -20,16 +21,18 @@ void slopes_of(std::span<const std::int16_t> row, steps_direction direction, std
     for (std::size_t x = 1; x < last; ++x) slopes[x] = sign * (row[x + 1] - row[x - 1]);
 }
 
+constexpr std::int32_t noSlope = std::numeric_limits<std::int32_t>::min(); ///< a sample that it needs was not measured
+
 /// The places of slopes in each row.
 class slope_peaks {
 public:
     slope_peaks(const sample_frame& frame_, const step_settings& settings_)
         : frame(frame_), settings(settings_), slopes(static_cast<std::size_t>(frame_.width))
     {
+        // Slopes are worked out twice, for the threshold and for the places, so that no frame of them has to be kept.
         const std::int32_t floor = threshold();
         rows.resize(static_cast<std::size_t>(frame.height));
         for (int y = 0; y < frame.height; ++y) {
-        // Slopes are worked out twice, for the threshold and for the places, so that no frame of them has to be kept.
             takeSlopes(y);
             find_first_maxima(slopes, floor, settings.leftBorder, rows[static_cast<std::size_t>(y)]);
         }
@@ -54,24 +57,34 @@ private:
     void takeSlopes(int y)
     {
         const auto width = static_cast<std::size_t>(frame.width);
-        slopes_of(frame.samples.subspan(static_cast<std::size_t>(y) * width, width), settings.direction, slopes);
+        const std::size_t first = static_cast<std::size_t>(y) * width;
+        slopes_of(frame.samples.subspan(first, width), settings.direction, slopes);
+        for (const auto [at, count] : primitives::runs_within(first, first + width, frame.unmeasured)) {
+            const std::size_t from = std::max(at - first, std::size_t{1}) - 1,
+                              end = std::min(at - first + count + 1, width);
+            std::fill(slopes.begin() + static_cast<std::ptrdiff_t>(from),
+                      slopes.begin() + static_cast<std::ptrdiff_t>(end), noSlope);
+        }
     }
     /// The whole number that slopes have to exceed.
     std::int32_t threshold()
     {
-        std::int64_t sum = 0, squares = 0;
+        std::int64_t sum = 0, squares = 0, known = 0;
         for (int y = 0; y < frame.height; ++y) {
             takeSlopes(y);
             for (const std::int64_t slope : slopes) {
+                if (slope == noSlope) continue;
                 sum += slope;
                 squares += slope * slope;
+                ++known;
             }
         }
-        const double count = static_cast<double>(frame.width) * frame.height;
+        const double count = static_cast<double>(std::max<std::int64_t>(known, 1));
         const double mean = static_cast<double>(sum) / count;
         const double deviation = std::sqrt(std::max(static_cast<double>(squares) / count - mean * mean, 0.0));
         const auto limit = static_cast<float>(deviation * settings.threshold + mean);
         constexpr float beyond = 1 << 20; // no slope is as steep
+        // A whole number exceeds the limit exactly when it exceeds the floor of it.
         return static_cast<std::int32_t>(std::floor(std::clamp(limit, -beyond, beyond)));
     }
 
@@ -84,7 +97,6 @@ private:
 class step_finder {
 public:
     step_finder(const sample_frame& frame_, const step_settings& settings_)
-        // A whole number exceeds the limit exactly when it exceeds the floor of it.
         : frame(frame_),
           settings(settings_),
           peaks(frame, settings),
@@ -110,6 +122,7 @@ private:
         std::vector<std::int32_t> counts(width + 2), sums(width), columns; // a column more on either side
         for (int y = settings.startRow; y <= lastStart; ++y)
             for (const std::int32_t column : peaks.row(y)) ++counts[static_cast<std::size_t>(column) + 1];
+        // A step that runs a little askew has its places in neighbouring columns, which count together.
         for (std::size_t c = 0; c < width; ++c) sums[c] = counts[c] + counts[c + 1] + counts[c + 2];
         find_first_maxima(sums, 0, settings.leftBorder, columns);
         return columns;
@@ -122,7 +135,6 @@ private:
     }
     surface_step follow(surface_step step) const
     {
-        // A step that runs a little askew has its places in neighbouring columns, which count together.
         if (step.empty()) return step;
         for (int y = step.back().row + 1; y <= lastRow; ++y) {
             if (const std::int32_t at = peaks.near(y, step.back().column); at >= 0)

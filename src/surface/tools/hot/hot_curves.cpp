@@ -1,7 +1,7 @@
 // Curves: vertices are dragged and taken away, segments get new ones, and another curve becomes the active one.
-#include "surface/tools/curve_tool.h"
 #include "surface/tools/hit_test.h"
 #include "surface/tools/hot/hot_tools.h"
+#include "surface/tools/modes/curve_tool.h"
 
 #include <algorithm>
 

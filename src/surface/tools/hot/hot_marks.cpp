@@ -1,7 +1,7 @@
 // Marks: a press takes one away, with Shift it drags it.
 #include "surface/tools/hit_test.h"
 #include "surface/tools/hot/hot_tools.h"
-#include "surface/tools/marks_tool.h"
+#include "surface/tools/modes/marks_tool.h"
 
 namespace vldv::surface {
 

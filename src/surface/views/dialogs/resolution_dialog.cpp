@@ -89,6 +89,19 @@ VLAxis changed_axis(const VLAxis& before, const SPMVarList& list, char letter)
     return axis;
 }
 
+/// Tells the user of the first axis without a usable step. \return all of them have one
+bool tells_steps(std::initializer_list<std::pair<const char*, const VLAxis&>> axes)
+{
+    for (const auto& [name, axis] : axes)
+        if (axis.scale == 0.0 || !std::isfinite(axis.scale)) {
+            AfxGetApp()->host().messageBox(
+                base::formatted("%s: %s is no distance between samples", name, base::shortest(axis.scale).c_str()),
+                message_icon::error);
+            return false;
+        }
+    return true;
+}
+
 } // namespace
 
 bool run_resolution(CStorageDoc& document, unsigned image, const shown_axes& chosen,
@@ -109,16 +122,13 @@ bool run_resolution(CStorageDoc& document, unsigned image, const shown_axes& cho
     SPMVarList list;
     list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
     const resolution_ties ties(list, samples, distance);
-    if (!ask_variables(list, "Resolution", parent)) return false;
-    const VLAxis newX = changed_axis(x, list, 'x'), newY = changed_axis(y, list, 'y'),
-                 newZ = changed_axis(z, list, 'z');
-    for (const auto& [name, axis] : {std::pair{"Sample X", &newX}, {"Sample Y", &newY}, {"Step Z", &newZ}})
-        if (axis->scale == 0.0 || !std::isfinite(axis->scale)) {
-            AfxGetApp()->host().messageBox(
-                base::formatted("%s: %s is no distance between samples", name, base::shortest(axis->scale).c_str()),
-                message_icon::error);
-            return false;
-        }
+    VLAxis newX, newY, newZ;
+    do { // what was entered stays until all of it can be used
+        if (!ask_variables(list, "Resolution", parent)) return false;
+        newX = changed_axis(x, list, 'x');
+        newY = changed_axis(y, list, 'y');
+        newZ = changed_axis(z, list, 'z');
+    } while (!tells_steps({{"Sample X", newX}, {"Sample Y", newY}, {"Step Z", newZ}}));
     if (newX == x && newY == y && newZ == z) return false;
     set_resolution(document, image, axes, newX, newY, newZ);
     return true;

@@ -68,12 +68,21 @@ TEST_F(AxesDialogTest, ResolutionScalesAxesByATrueDistance)
     document.undo(0);
     EXPECT_EQ(document.getImage(0).get_dimension(1), before.get_dimension(1));
     EXPECT_EQ(document.getImage(0).values, before.values);
-    host.onDialog = [this](CVarListDlg& dialog) {
-        edit(dialog, "step.x", "0");
+    int asked = 0;
+    host.onDialog = [&](CVarListDlg& dialog) {
+        if (asked++ == 0) {
+            edit(dialog, "step.x", "0");
+            edit(dialog, "units.z", "pA");
+        } else {
+            EXPECT_EQ(host.messages.back(), "Sample X: 0 is no distance between samples");
+            edit(dialog, "step.x", "3");
+        }
         dialog.EndDialog(CVarListDlg::resultOk);
     };
-    EXPECT_FALSE(run_resolution(document, 0, {}, {}, nullptr));
-    EXPECT_EQ(host.messages.back(), "Sample X: 0 is no distance between samples");
+    EXPECT_TRUE(run_resolution(document, 0, {}, {}, nullptr));
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(document.getAxis(0, 0, 0).scale, 3.0);
+    EXPECT_STREQ(document.getAxis(0, 0, unsigned(-1)).get_units(), "pA") << "entered before the mistake was told";
 }
 
 } // namespace

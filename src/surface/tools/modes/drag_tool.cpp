@@ -1,4 +1,4 @@
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/drag_tool.h"
 
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"

@@ -1,13 +1,13 @@
 // Every click sets a mark; marks are numbered and counted.
-#include "surface/tools/marks_tool.h"
+#include "surface/tools/modes/marks_tool.h"
 
 #include "platform/app/dpi.h"
 #include "surface/figures/measure/measurements.h"
 #include "surface/overlay/mark_drawing.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
-#include "surface/tools/cursor_tools.h"
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
 namespace vldv::surface {

@@ -3,8 +3,8 @@
 #include "surface/figures/measure/measurements.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
-#include "surface/tools/cursor_tools.h"
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
 namespace vldv::surface {

@@ -1,7 +1,7 @@
 // A line between two samples: as a section in a window of its own, or measured on the picture.
 #include "surface/figures/measure/measurements.h"
-#include "surface/tools/cursor_tools.h"
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/drag_tool.h"
 
 #include <array>
 

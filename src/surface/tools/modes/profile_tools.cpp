@@ -1,6 +1,6 @@
 // The profile of one row or column, which opens at the press and follows mouse and keys.
-#include "surface/tools/cursor_tools.h"
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/drag_tool.h"
 #include "view/image/SectionSource.h"
 
 #include <algorithm>

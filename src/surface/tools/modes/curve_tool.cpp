@@ -1,10 +1,10 @@
 // Every click goes on with the active curve, with Ctrl it begins another one; its length is shown.
-#include "surface/tools/curve_tool.h"
+#include "surface/tools/modes/curve_tool.h"
 
 #include "platform/app/dpi.h"
 #include "surface/figures/measure/measurements.h"
-#include "surface/tools/cursor_tools.h"
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
 namespace vldv::surface {

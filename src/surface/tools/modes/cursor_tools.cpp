@@ -1,4 +1,4 @@
-#include "surface/tools/cursor_tools.h"
+#include "surface/tools/modes/cursor_tools.h"
 
 #include <algorithm>
 #include <iterator>

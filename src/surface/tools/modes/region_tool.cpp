@@ -1,9 +1,9 @@
-#include "surface/tools/region_tool.h"
+#include "surface/tools/modes/region_tool.h"
 
 #include "surface/figures/region_edit.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
-#include "surface/tools/drag_tool.h"
+#include "surface/tools/modes/drag_tool.h"
 #include "surface/tools/overlay_area.h"
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // Brushes that extend and erase features: the view that enumerates them is told of every stroke and does the rest.
-#include "surface/tools/cursor_tools.h"
+#include "surface/tools/modes/cursor_tools.h"
 #include "surface/tools/overlay_area.h"
 
 namespace vldv::surface {

@@ -2,8 +2,8 @@
 #include "surface/figures/region_edit.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
-#include "surface/tools/cursor_tools.h"
-#include "surface/tools/region_tool.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/region_tool.h"
 
 namespace vldv::surface {
 

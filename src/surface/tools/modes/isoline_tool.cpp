@@ -2,9 +2,9 @@
 #include "surface/figures/measure/isoline.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/overlay/overlay_shapes.h"
-#include "surface/tools/cursor_tools.h"
+#include "surface/tools/modes/cursor_tools.h"
+#include "surface/tools/modes/region_tool.h"
 #include "surface/tools/overlay_area.h"
-#include "surface/tools/region_tool.h"
 
 namespace vldv::surface {
 
@@ -12,25 +12,12 @@ namespace {
 
 constexpr const char* noArea = "No selection: the isoline encloses no area";
 
-measured_test measured(const ICursorWorld& world)
-{
-    return [&world](CPoint at) { return world.isMeasured(at); };
-}
-
-/// Why there is no line at a sample; empty where there is one.
-const char* why_none(const tool_context& on, CPoint seed)
-{
-    if (!on.world.isMeasured(seed)) return "No isoline: the sample was not measured";
-    return why_no_isoline(on.world.frame(), seed, measured(on.world));
-}
-
 bool is_line(const selection_state& state) { return state.isoline.size() >= 3 && is_closed(state.isoline); }
 
 void trace(const tool_context& on, CPoint seed)
 {
-    if (!on.world.isMeasured(seed)) return on.state.isoline.clear();
     on.world.showWait(true);
-    on.state.isoline = trace_isoline(on.world.frame(), seed, measured(on.world));
+    on.state.isoline = trace_isoline(on.world.frame(), seed);
     on.world.showWait(false);
 }
 
@@ -94,7 +81,7 @@ void isoline::finish(const tool_context& on, const tool_event& event) const
 void isoline::showStatus(const tool_context& on, CPoint at) const
 {
     if (on.state.combine == combine_mode::move) return on.world.showStatus(at);
-    const char* const reason = why_none(on, at);
+    const char* const reason = why_no_isoline(on.world.frame(), at);
     if (*reason)
         on.world.showNotice(reason);
     else if (is_line(on.state) && shape(on.state).isEmpty())
