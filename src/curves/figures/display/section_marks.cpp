@@ -1,0 +1,88 @@
+#include "curves/figures/display/section_marks.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vldv::curves {
+
+namespace {
+
+constexpr double reach = 4.0; // pixels
+
+const CRect& pane_of(int number, const mark_panes& panes) noexcept
+{
+    return number == spectrumMark ? panes.spectrum : panes.curve;
+}
+
+double share_across(CPoint at, const CRect& pane) noexcept
+{
+    return std::clamp(static_cast<double>(at.x - pane.left) / std::max(pane.Width(), 1), 0.0, 1.0);
+}
+
+bool is_at_upright(const section_mark& mark, CPoint at, const CRect& pane) noexcept
+{
+    return at.y >= pane.top && at.y < pane.bottom && std::fabs(at.x - (pane.left + pane.Width() * mark.x)) < reach;
+}
+
+bool is_at_level(const section_mark& mark, CPoint at, const CRect& pane) noexcept
+{
+    return at.x >= pane.left && at.x < pane.right && std::fabs(at.y - (pane.bottom - pane.Height() * mark.y)) < reach;
+}
+
+} // namespace
+
+void section_mark_set::reset() noexcept
+{
+    marks[firstMark] = {1.0 / 3.0, 0.5};
+    marks[secondMark] = {2.0 / 3.0, 0.5};
+    marks[spectrumMark] = {};
+}
+
+int section_mark_set::under(CPoint at, marks_mode mode, const mark_panes& panes) const noexcept
+{
+    if (mode == marks_mode::verticalLines)
+        for (const int number : {firstMark, secondMark})
+            if (is_at_upright((*this)[number], at, panes.curve)) return number;
+    if (mode == marks_mode::crossbar) {
+        if (is_at_level((*this)[levelMark], at, panes.curve)) return levelMark;
+        if (is_at_upright((*this)[positionMark], at, panes.curve)) return positionMark;
+    }
+    return is_at_upright((*this)[spectrumMark], at, panes.spectrum) ? int{spectrumMark} : int{noMark};
+}
+
+int section_mark_set::press(CPoint at, marks_mode mode, const mark_panes& panes) noexcept
+{
+    dragged = under(at, mode, panes);
+    if (dragged == noMark && mode == marks_mode::verticalLines && panes.curve.PtInRect(at)) {
+        for (const int number : {firstMark, secondMark}) (*this)[number].x = share_across(at, panes.curve);
+        dragged = secondMark;
+    }
+    return dragged;
+}
+
+bool section_mark_set::move(int number, CPoint at, const mark_panes& panes) noexcept
+{
+    section_mark& mark = (*this)[number];
+    const CRect& pane = pane_of(number, panes);
+    const double before = number == levelMark ? mark.y : mark.x;
+    if (number == levelMark)
+        mark.y = std::clamp(static_cast<double>(pane.bottom - at.y - 1) / std::max(pane.Height(), 1), 0.0, 1.0);
+    else
+        mark.x = share_across(at, pane);
+    return before != (number == levelMark ? mark.y : mark.x);
+}
+
+std::set<int> active_marks(marks_mode mode)
+{
+    switch (mode) {
+    case marks_mode::verticalLines:
+        return {firstMark, secondMark};
+    case marks_mode::crossbar:
+        return {positionMark};
+    case marks_mode::none:
+        break;
+    }
+    return {};
+}
+
+} // namespace vldv::curves
