@@ -100,7 +100,9 @@ CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(const CStorageDoc& 
     const SPMDataStream& stream = document.getImage(openingImage);
     const unsigned count = stream.get_dimensions_number();
     if (holds_undrawn_type(stream)) return {};
-    if (count == 1 && measuring_image(document, openingImage)) return {"CParametricCurveView", parametricFrame};
+    constexpr const char* parametricView = "CParametricCurveView";
+    if (count == 1 && find_runtime_class(parametricView) && measuring_image(document, openingImage))
+        return {parametricView, parametricFrame};
     return viewFor(count);
 }
 
@@ -163,10 +165,10 @@ bool CStorageDocTemplate::CreateFr(const wchar_t* path, int makeVisible, CDocume
     if (storage) {
         const CDocumentHold kept(*document);
         const std::set<std::string> parameters = parameter_names(*storage);
-        for (; openingImage < storage->getImagesNumber(); ++openingImage) {
-            if (parametrises_another(*storage, openingImage, parameters)) continue;
         // The loop counts with the member: `CreateNewFrame`, which is given a document alone, shows the image that it
         // names. An image that another one is measured against gets no frame, because it is shown as that one's axis.
+        for (; openingImage < storage->getImagesNumber(); ++openingImage) {
+            if (parametrises_another(*storage, openingImage, parameters)) continue;
             CFrameWnd* const frame = shownFrame(*storage, openingImage);
             if (!frame) continue;
             InitialUpdateFrame(frame, document, makeVisible != 0);
@@ -189,10 +191,10 @@ void CStorageDocTemplate::ShowAllViews(CStorageDoc* document, bool all)
         if (CFrameWnd* const frame = view->GetParentFrame()) frame->ActivateFrame();
     }
     {
-        const CDocumentHold kept(*document);
-        for (CView* view : std::vector<CView*>(document->views())) {
         // A quick view goes when no other view shows its image, which gets one of its own below. In between the
         // document may have no view at all, which must not close it.
+        const CDocumentHold kept(*document);
+        for (CView* view : std::vector<CView*>(document->views())) {
             const auto* bound = dynamic_cast<IImageBoundView*>(view);
             if (!is_quick_view(view) || (bound->getImageNumber() < isShown.size() && isShown[bound->getImageNumber()]))
                 continue;
@@ -227,9 +229,9 @@ void CStorageDocTemplate::PositionNextFrame(CFrameWnd* frame)
 {
     CWinApp* const app = AfxGetApp();
     if (!app) return;
+    // Frames stand in rows from the upper left corner; a row is as high as its highest frame.
     const CSize size = frame->GetWindowRect().Size();
     if (left > 0 && left + size.cx > app->host().frameArea().Width()) {
-    // Frames stand in rows from the upper left corner; a row is as high as its highest frame.
         top += rowHeight;
         left = rowHeight = 0;
     }

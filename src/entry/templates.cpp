@@ -1,5 +1,6 @@
 #include "entry/templates.h"
 
+#include "curves/views/LineView.h"
 #include "document/StorageDocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
@@ -18,6 +19,7 @@ namespace {
 
 // What can be made by its name; first those that others are derived from.
 constexpr CRuntimeClass childFrame = {"CChildFrame", nullptr, create_object<CChildFrame>};
+constexpr CRuntimeClass sectionView = {"CSectionView", nullptr, create_object<CSectionView>};
 constexpr CRuntimeClass surfaceView = {"CSurfMathView", nullptr, create_object<CSurfMathView>};
 
 constexpr CRuntimeClass classes[] = {
@@ -25,6 +27,7 @@ constexpr CRuntimeClass classes[] = {
     {"CDocument", nullptr, create_object<CDocument>},
     {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>},
     {"CQVSurfView", &surfaceView, create_object<CQVSurfView>},
+    {"CLineView", &sectionView, create_object<CLineView>},
     {"CParametersView", nullptr, create_object<CParametersView>},
     {"CTextView", nullptr, create_object<CTextView>},
 };
@@ -88,6 +91,7 @@ void register_classes()
 {
     register_runtime_class(childFrame);
     register_runtime_class(surfaceView);
+    register_runtime_class(sectionView);
     for (const CRuntimeClass& each : classes) register_runtime_class(each);
 }
 

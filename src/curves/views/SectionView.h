@@ -1,0 +1,188 @@
+#pragma once
+#include "curves/figures/curve_functions.h"
+#include "curves/figures/curve_spectrum.h"
+#include "curves/figures/display/curve_pane.h"
+#include "curves/figures/display/section_marks.h"
+#include "curves/figures/force/force_curve_stats.h"
+#include "curves/figures/profile.h"
+#include "curves/figures/trend_line.h"
+#include "view/ImageView.h"
+#include "view/image/SectionSource.h"
+#include "vldv_api.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vldv::curves {
+struct figure_pane;
+}
+
+/// The view of curves: of a one-dimensional image, of a line through a surface or a volume. Each sub-image gives a
+/// curve; the active one is what marks, figures and the spectrum refer to.
+class VLDV_API CSectionView : public CImageView, public vldv::ISection {
+public:
+    CSectionView();
+    ~CSectionView() override;
+
+    const char* viewKind() const override { return "CSectionView"; }
+    std::string GetViewSection() override { return "SectionView"; }
+
+    // Points of the section: indices into the image, one a dimension
+    /// Appends points of zeros where `index` is behind the last one. Does not reload.
+    template <class... Coordinates>
+    void SetPoint(unsigned index, Coordinates... coordinates)
+    {
+        setPoint(index, {static_cast<std::int32_t>(coordinates)...});
+    }
+    void setPoint(unsigned index, const vldv::curves::grid_point& point);
+    /// Copies at most `capacity` coordinates; nothing of a point that is not there.
+    void GetPoint(unsigned index, std::int32_t* out, unsigned capacity) const;
+
+    const vldv::curves::profile& getSection() const noexcept { return section; }
+    const vldv::curves::section_mark_set& getMarks() const noexcept { return marks; }
+    /// The texts below the curves; the second one is that of the spectrum.
+    const std::wstring& getText() const noexcept { return text; }
+    const std::wstring& getSpectrumText() const noexcept { return spectrumLine; }
+    /// The curves alone, where they stand in the window.
+    void drawCurvesOn(CDC& dc) const { drawCurves(dc, displayRect.TopLeft(), false); }
+    /// Applies a function to all curves and opens what it gives as a document.
+    void CallMathFunction(vldv::curves::curve_function function, void* parameter);
+
+    // ISection
+    CImageView& sectionView() override { return *this; }
+    CSize sourceSize() const override;
+    unsigned getPointsNumber() const override { return static_cast<unsigned>(points.size()); }
+    CPoint getSectionPoint(unsigned index) const override;
+    void setSectionPoint(unsigned index, CPoint point) override { SetPoint(index, point.x, point.y); }
+    bool isLine() const override { return false; }
+    bool isHorizontal() const override;
+    void reloadSection() override;
+    void drawOn(CImageView& surface, CDC& dc, int shadow, int size, const CPen& line, const CPen& under,
+                bool withMarks) override;
+
+    // What the base asks
+    unsigned getSourceWidth() override { return static_cast<unsigned>(displaySize.cx); }
+    unsigned getSourceHeight() override { return static_cast<unsigned>(displaySize.cy); }
+    void GetBestSize(int&, int&) override {}
+    void CountDisplayRect() override;
+    void GetOptionsList(SPMVar* vars, unsigned* count) override;
+    void LoadData() override;
+    void RefreshDisplay() override;
+    void OnDrawData(CDC& dc) override;
+    void OnDrawLegend(CDC& dc) override;
+    void updateText() override;
+    std::wstring GetClipboardText(bool full) override;
+    std::wstring GetExportFilters() override;
+    void Export(int filter, const wchar_t* path) override;
+    int GetDataSelection(VLPluginDataSelection* out, unsigned count) override;
+    void getSelectionCopy(SPMDataStream& target, const VLPluginDataSelection* list, unsigned count) override;
+
+    void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) override;
+    void OnActivateView(bool activates, CView* entered, CView* left) override;
+    void OnSize(CSize size) override;
+    void OnTimer(unsigned id) override;
+    void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnLButtonDown(unsigned flags, CPoint point) override;
+    void OnLButtonUp(unsigned flags, CPoint point) override;
+    void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    void OnCaptureChanged() override;
+    bool OnKeyDown(unsigned key) override;
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
+    void OnCommandMessage(const char* id, CVarListDlg* dialog) override;
+
+private:
+    // Options
+    void oh_refresh_display(const SPMVar& changed);
+    void oh_reload(const SPMVar& changed);
+    void oh_resize(const SPMVar& changed);
+    void oh_update_text(const SPMVar& changed);
+    void oh_textvspace(const SPMVar& changed);
+    void oh_z_scaling(const SPMVar& changed);
+    void oh_marks_mode(const SPMVar& changed);
+    void oh_fcstat(const SPMVar& changed);
+    void oh_fcmin(const SPMVar& changed);
+    void oh_fcvalley(const SPMVar& changed);
+    void oh_trend(const SPMVar& changed);
+    vldv::curves::marks_mode marksMode() const;
+    std::optional<vldv::curves::fixed_heights> fixedHeights() const;
+    /// Keeps what a fixed range would be of the curves as they are.
+    void storeFixedHeights(double range, double start, std::string units);
+
+    // Data
+    const SPMDataStream* stream() const;
+    /// Of the dimension along which the curves run, and of the values, as the options choose.
+    const VLAxis& positionAxis() const;
+    const VLAxis& valueAxis() const;
+    unsigned activeCurve() const noexcept;
+    std::span<const std::int16_t> shownCurve() const { return section.curve(activeCurve()); }
+    /// What is added to raw * scale for values: the axis's start, or less by the zero level of all samples.
+    double zeroOffset() const;
+    bool hasForceFigures() const;
+    void fill_force_curve_statistics();
+    void fill_force_curve_min();
+    void fill_force_curve_valleys();
+    void fill_trend_line_data();
+    void tellSurfaces(); ///< the other views of the document: this section shows something else now
+
+    // Size
+    int spectrumHeight() const;
+    CSize storedSize();
+    void Resize(int width, int height);
+    void fitParent();
+    vldv::curves::mark_panes panes() const;
+
+    // Drawing
+    void DoRefreshDisplay(bool quick);
+    void measurePane();
+    void fitFixedScale();
+    void drawCurves(CDC& dc, CPoint origin, bool quick) const;
+    void drawSpectrum(CDC& dc, CPoint origin, bool quick) const;
+    void draw_marks(CDC& dc) const;
+    void draw_crossbar(CDC& dc) const;
+    void draw_step_pointer(CDC& dc) const;
+    void drawSpectrumPane(CDC& dc, const CRect& shown);
+    void drawUprightMark(CDC& dc, int mark, const CRect& shown) const;
+    void drawMarkDot(CDC& dc, int mark, const CRect& shown) const;
+    void drawTexts(CDC& dc);
+    void drawFigures(CDC& dc);
+    void drawDecorations(CDC& dc, const vldv::curves::figure_pane& on) const;
+    void drawSpectrumAxes(CDC& dc, const CRect& below);
+    double positionStart() const; ///< of the first sample, as the axis has it
+    vldv::curves::pane_heights shownHeights() const;
+    double heightStart() const;
+    CRect textRect(int line) const;
+    double sampleOf(int mark) const noexcept;
+    void updateMarkY(int mark);
+    void marksMoved(int mark);
+    void invalidateMark(int mark);
+    void SetDefaultCursor();
+    bool moveCrossbar(int dx, int dy);
+    bool moveAcross(int side, int by);
+    void drawMarkOn(const CImageView& surface, CDC& dc, int mark, int size) const;
+    std::string marksText() const;
+    std::string placeText() const;
+
+    // Commands
+    void OnLineDifferentiate();
+    void OnCorrelation(unsigned id);
+    void OnCurveForceanalysis();
+    void OnUpdateForceanalysis(CCmdUI& ui);
+    void OnCurveHistogram();
+    void OnUpdateHistogram(CCmdUI& ui);
+    void OnCurveCopydataastext();
+    void OnRefresh();
+    void OnUpdateHasData(CCmdUI& ui);
+
+    std::vector<vldv::curves::grid_point> points;
+    vldv::curves::profile section;
+    CMinMaxInfo min_max;
+    vldv::curves::curve_pane pane;
+    vldv::curves::section_mark_set marks;
+    vldv::curves::curve_spectrum spectrum;
+    vldv::curves::trend_line trend;
+    force_curve_stats stats;
+    std::wstring text, spectrumLine;
+    CSize displaySize{512, 160};
+    bool isSizing = false;
+};

@@ -1,0 +1,148 @@
+// What the menus of a section do.
+#include "base/text.h"
+#include "curves/figures/force/force_analysis.h"
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/force/force_report.h"
+#include "curves/figures/math_function.h"
+#include "curves/figures/physical.h"
+#include "curves/figures/table_text.h"
+#include "curves/views/SectionView.h"
+#include "document/StorageDoc.h"
+#include "output/picture_writer.h"
+#include "platform/app/Clipboard.h"
+#include "platform/app/DocTemplate.h"
+#include "platform/app/WinApp.h"
+#include "platform/files/Exceptions.h"
+#include "resources/commands.h"
+#include "resources/frame_templates.h"
+#include "resources/string_ids.h"
+#include "resources/strings.h"
+#include "view/frame/open_view.h"
+#include "view/image/picture_export.h"
+#include "view/panes/TextView.h"
+
+#include <algorithm>
+
+using namespace vldv;
+
+bool CSectionView::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    using view = CSectionView;
+    static constexpr command_row<view> rows[] = {
+        {commands::refresh, &view::OnRefresh},
+        {commands::differentiate, &view::OnLineDifferentiate, &view::OnUpdateHasData},
+        {commands::autocorrelationFinite, commands::autocorrelationFinite, &view::OnCorrelation,
+         &view::OnUpdateHasData},
+        {commands::autocorrelationCyclic, commands::autocorrelationCyclic, &view::OnCorrelation,
+         &view::OnUpdateHasData},
+        {commands::structureFinite, commands::structureFinite, &view::OnCorrelation, &view::OnUpdateHasData},
+        {commands::structureCyclic, commands::structureCyclic, &view::OnCorrelation, &view::OnUpdateHasData},
+        {commands::histogram, &view::OnCurveHistogram, &view::OnUpdateHistogram},
+        {commands::forceAnalysis, &view::OnCurveForceanalysis, &view::OnUpdateForceanalysis},
+        {commands::copyData, &view::OnCurveCopydataastext, &view::OnUpdateHasData},
+    };
+    return dispatch_command<view>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
+}
+
+void CSectionView::OnUpdateHasData(CCmdUI& ui) { ui.Enable(!section.isEmpty()); }
+void CSectionView::OnUpdateForceanalysis(CCmdUI& ui) { ui.Enable(hasForceFigures()); }
+
+void CSectionView::OnRefresh()
+{
+    LoadData();
+    Invalidate(true);
+}
+
+void CSectionView::OnLineDifferentiate()
+{
+    curves::convolution_kernel kernel(curves::differenceKernel);
+    CallMathFunction(curves::convolve, &kernel);
+}
+
+void CSectionView::OnCorrelation(unsigned id)
+{
+    switch (id) {
+    case commands::autocorrelationFinite:
+        return CallMathFunction(curves::autocorrelation_function, nullptr);
+    case commands::autocorrelationCyclic:
+        return CallMathFunction(curves::cyclic_autocorrelation_function, nullptr);
+    case commands::structureFinite:
+        return CallMathFunction(curves::structure_function, nullptr);
+    default:
+        return CallMathFunction(curves::cyclic_structure_function, nullptr);
+    }
+}
+
+void CSectionView::CallMathFunction(curves::curve_function function, void* parameter)
+{
+    const SPMDataStream* const source = stream();
+    CDocTemplate* const maker = GetDocument() ? GetDocument()->GetDocTemplate() : nullptr;
+    if (!source || !maker || section.isEmpty()) return;
+    const curves::physical_curves made =
+        curves::call_function(section, valueAxis(), positionAxis(), function, parameter);
+    auto* const target = dynamic_cast<CStorageDoc*>(maker->CreateNewDocument());
+    if (!target) return;
+    const SPMDataStream computed = curves::curves_stream(*source, made, positionAxis());
+    storageDoc()->deriveTitle(*target);
+    target->AddNewImages(&computed, 1);
+    target->copyStrings(storageDoc(), 0, imageNumber);
+    openFrames(*target);
+}
+
+void CSectionView::OnUpdateHistogram(CCmdUI& ui)
+{
+    const SPMDataStream* const source = stream();
+    ui.Enable(source && source->get_dimensions_number() == 1 && !section.isEmpty() && view::can_open(histogramFrame));
+}
+
+void CSectionView::OnCurveHistogram()
+{
+    if (CImageView* const opened = view::open_view(*this, histogramFrame)) view::show_opened(*opened);
+}
+
+/// A row of the active curve goes into the document's window of texts, which keeps the heading once.
+void CSectionView::OnCurveForceanalysis()
+{
+    bool isNew = false;
+    CTextView* const window = GetTextView(&isNew, GetDocument());
+    if (!window) return;
+    if (!isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
+    if (!isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
+    const VLAxis &x = positionAxis(), &y = valueAxis();
+    const std::vector<double> values = curves::physical_values(shownCurve(), y);
+    const std::string slope = std::string(curves::slope_name(x.get_units()));
+    const curves::force_figures figures{activeCurve(), curves::force_slope(stats, x.scale), x.scale,
+                                        curves::force_minimum(values.data(), stats)};
+    window->appendText(base::widen(curves::force_header(y.get_units(), slope) + curves::force_row(figures, stats)));
+}
+
+void CSectionView::OnCurveCopydataastext()
+{
+    const open_clipboard clipboard;
+    if (!clipboard) return;
+    clipboard->empty();
+    clipboard->setText(
+        base::widen(curves::table_text(shownCurve(), positionAxis(), valueAxis(), curves::clipboard_style())));
+}
+
+std::wstring CSectionView::GetExportFilters()
+{
+    return CImageView::GetExportFilters() + base::widen(string_resource(texts::textFilter));
+}
+
+void CSectionView::Export(int filter, const wchar_t* path)
+{
+    const int ofBase = CountExportFormats(CImageView::GetExportFilters().c_str());
+    if (filter <= ofBase) return CImageView::Export(filter, path);
+    const SPMDataStream* const source = stream();
+    if (filter > ofBase + 1 || !source || section.isEmpty()) return;
+    const std::string table = curves::section_text(section, points, source->get_dimensions_number(), positionAxis(),
+                                                   valueAxis(), 0, section.curves - 1);
+    try {
+        output::save_file_atomically(path, std::as_bytes(std::span(table)));
+    } catch (const CException&) {
+        const std::string name = base::narrow(path);
+        AfxGetApp()->host().messageBox(base::formatted("Can't open file %s to export data.", name.c_str()),
+                                       message_icon::warning);
+    }
+}

@@ -1,0 +1,138 @@
+// What a section view shows: the curves along its points, and what is computed of the active one.
+#include "curves/figures/force/force_curve.h"
+#include "curves/figures/physical.h"
+#include "curves/figures/section_selection.h"
+#include "curves/views/SectionView.h"
+#include "curves/views/section_options.h"
+#include "document/StorageDoc.h"
+#include "formats/shared/force/curve_lengths.h"
+#include "formats/shared/void_ranges.h"
+
+#include <algorithm>
+
+using namespace vldv;
+
+void CSectionView::setPoint(unsigned index, const curves::grid_point& point)
+{
+    const SPMDataStream* const source = stream();
+    const std::size_t dimensions = source ? source->get_dimensions_number() : point.size();
+    if (index >= points.size()) points.resize(index + std::size_t{1}, curves::grid_point(dimensions));
+    points[index] = point;
+    points[index].resize(dimensions);
+}
+
+void CSectionView::GetPoint(unsigned index, std::int32_t* out, unsigned capacity) const
+{
+    if (index >= points.size()) return;
+    std::copy_n(points[index].begin(), std::min<std::size_t>(points[index].size(), capacity), out);
+}
+
+CSize CSectionView::sourceSize() const
+{
+    const SPMDataStream* const source = stream();
+    if (!source || source->get_dimensions_number() < 2) return {};
+    return {static_cast<int>(source->get_dimension(0).length), static_cast<int>(source->get_dimension(1).length)};
+}
+
+CPoint CSectionView::getSectionPoint(unsigned index) const
+{
+    std::int32_t at[2] = {};
+    GetPoint(index, at, 2);
+    return {at[0], at[1]};
+}
+
+bool CSectionView::isHorizontal() const
+{
+    return points.size() == 2 && points[0].size() > 1 && points[0][1] == points[1][1];
+}
+
+void CSectionView::reloadSection()
+{
+    LoadData();
+    Invalidate(false);
+}
+
+void CSectionView::LoadData()
+{
+    CImageView::LoadData();
+    const SPMDataStream* const source = stream();
+    if (!source || !storageDoc()->isImageOk(imageNumber)) return;
+    const unsigned dimension = section.dimension();
+    const std::string lengths = storageDoc()->getString(formats::curveLengthsKey, imageNumber);
+    const std::string voids = storageDoc()->getString(formats::voidRangesKey, imageNumber);
+    curves::take_profile(*source, points, static_cast<unsigned>(intOption("profile.width")), section, lengths.c_str(),
+                         voids.c_str());
+    if (section.isEmpty()) return;
+    if (section.dimension() != dimension) LoadOptions("^Axis[XYZ]$"); // of another dimension
+    if (source->get_dimensions_number() != 2) {
+        if (isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
+        if (isOptionOn("ShowForceCurveMin")) fill_force_curve_min();
+        if (isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
+    }
+    if (isOptionOn("ShowTrendLine")) fill_trend_line_data();
+    RefreshDisplay();
+}
+
+bool CSectionView::hasForceFigures() const
+{
+    const SPMDataStream* const source = stream();
+    return source && source->get_dimensions_number() != 2 && !section.isEmpty();
+}
+
+void CSectionView::fill_force_curve_statistics()
+{
+    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
+    get_force_curve_stats(y.data(), static_cast<int>(y.size()), doubleOption("zero_threshold"),
+                          doubleOption("slant_threshold"), stats, section.gapsOf(activeCurve()));
+}
+
+void CSectionView::fill_force_curve_min()
+{
+    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
+    stats.local_minima.clear();
+    find_loc_fmin(y.data(), static_cast<int>(y.size()), stats, intOption("window_r"));
+}
+
+void CSectionView::fill_force_curve_valleys()
+{
+    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
+    get_force_curve_valleys(y.data(), static_cast<int>(y.size()), stats);
+}
+
+void CSectionView::fill_trend_line_data()
+{
+    trend = curves::fit_trend(shownCurve(), valueAxis(), section.gapsOf(activeCurve()));
+}
+
+int CSectionView::GetDataSelection(VLPluginDataSelection* out, unsigned count)
+{
+    const SPMDataStream* const source = stream();
+    if (!source || section.isEmpty()) return 0;
+    const curves::grid grid(*source);
+    const curves::section_marks told{marksMode() == curves::marks_mode::crossbar, marks[curves::firstMark].x,
+                                     marks[curves::secondMark].x, marks[curves::positionMark].x};
+    const auto found = curves::section_selections(grid, points, section, told);
+    if (!out) return static_cast<int>(found.size());
+    return static_cast<int>(curves::write_selections(found, grid.dimensions(), out, count));
+}
+
+void CSectionView::getSelectionCopy(SPMDataStream& target, const VLPluginDataSelection* list, unsigned count)
+{
+    if (const SPMDataStream* const source = stream(); source && !section.isEmpty())
+        curves::copy_section(target, *source, {list, count}, section);
+}
+
+void CSectionView::GetOptionsList(SPMVar* vars, unsigned* count)
+{
+    unsigned before = 0;
+    CImageView::GetOptionsList(nullptr, &before);
+    const std::vector<SPMVar> own = curves::section_options(stream(), section.dimension());
+    const unsigned all = before + static_cast<unsigned>(own.size());
+    if (!vars) {
+        *count = all;
+        return;
+    }
+    CImageView::GetOptionsList(vars, count);
+    curves::tie_section_margins(vars, std::min(before, *count));
+    for (unsigned i = before; i < std::min(all, *count); ++i) vars[i] = own[i - before];
+}

@@ -1,0 +1,274 @@
+// The picture of the curves and of the spectrum, and the marks over it.
+#include "base/streams/rounding.h"
+#include "base/text.h"
+#include "curves/figures/display/curve_points.h"
+#include "curves/figures/display/spectrum_display.h"
+#include "curves/views/SectionView.h"
+#include "platform/app/WinApp.h"
+#include "platform/app/dpi.h"
+
+#include <algorithm>
+
+using namespace vldv;
+
+namespace {
+
+constexpr unsigned refreshTimer = 5;
+constexpr unsigned refreshDelay = 10; // milliseconds
+constexpr colorEntry markColor = 0xFF0000, dotColor = 0x0000FF, phaseColor = 0xC0C0C0, spectrumColor = 0x0000FF;
+constexpr int dotWidth = 4;
+
+/// Samples that were measured and lie behind each other.
+template <class Use>
+void for_each_measured_run(const curves::profile& section, unsigned curve, Use use)
+{
+    const std::size_t length = section.lengthOf(curve);
+    for (std::size_t first = 0; first < length;) {
+        while (first < length && !section.isMeasured(curve, first)) ++first;
+        std::size_t end = first;
+        while (end < length && section.isMeasured(curve, end)) ++end;
+        if (end > first) use(first, end);
+        first = end;
+    }
+}
+
+/// Range of what was measured of all curves.
+CMinMaxInfo range_of(const curves::profile& section)
+{
+    CMinMaxInfo range;
+    bool isFirst = true;
+    const auto add = [&](std::span<const std::int16_t> samples) {
+        const auto count = static_cast<unsigned>(samples.size());
+        if (std::exchange(isFirst, false))
+            range.Readjust(samples.data(), count);
+        else
+            range.Adjust(samples.data(), count);
+    };
+    if (section.gaps.empty() && section.lengths.empty()) {
+        add(section.all());
+        return range;
+    }
+    for (unsigned k = 0; k < section.curves; ++k)
+        for_each_measured_run(
+            section, k, [&](std::size_t first, std::size_t end) { add(section.curve(k).subspan(first, end - first)); });
+    return range;
+}
+
+/// A dot of four pixels: a line without length.
+void draw_dot(CDC& dc, CPoint at)
+{
+    dc.SelectObject(CPen{PS_SOLID | PS_GEOMETRIC | PS_ENDCAP_ROUND, dotWidth, dotColor, {}});
+    dc.MoveTo(at);
+    dc.LineTo(at.x + 1, at.y);
+}
+
+} // namespace
+
+void CSectionView::RefreshDisplay()
+{
+    if (!isPrinting()) SetTimer(refreshTimer, refreshDelay);
+    DoRefreshDisplay(true);
+}
+
+void CSectionView::OnTimer(unsigned id)
+{
+    if (id != refreshTimer) return CImageView::OnTimer(id);
+    KillTimer(refreshTimer);
+    Invalidate(false);
+    DoRefreshDisplay(false);
+}
+
+void CSectionView::measurePane()
+{
+    min_max = range_of(section);
+    pane = curves::make_pane(displayRect.Size(), section.length, min_max, valueAxis(), zeroOffset(), fixedHeights());
+}
+
+void CSectionView::DoRefreshDisplay(bool quick)
+{
+    if (section.isEmpty()) return;
+    fitFixedScale();
+    CountDisplayRect();
+    measurePane();
+    if (isOptionOn("ShowSpectrum")) {
+        const auto mode =
+            intOption("spectrum_mode") == 0 ? curves::spectrum_mode::power : curves::spectrum_mode::magnitude;
+        curves::evaluate_spectrum(shownCurve(), valueAxis(), mode, spectrum);
+    }
+    image.Resize(displayRect.Width(), displayRect.Height());
+    if (CDC* const dc = GetMemDC(); dc && image.Ok()) {
+        dc->FillSolidRect(CRect({0, 0}, displayRect.Size()), colorOption("background"));
+        drawCurves(*dc, {0, 0}, quick);
+    }
+    for (int mark = 0; mark < static_cast<int>(marks.marks.size()); ++mark) updateMarkY(mark);
+    updateText();
+    if (!quick) tellSurfaces();
+}
+
+/// With "Fixed Scale" a sample is a pixel, as far as the screen goes.
+void CSectionView::fitFixedScale()
+{
+    constexpr int fixedScale = 1;
+    if (intOption("HorizontalAxis") != fixedScale || isSizing) return;
+    const int margins = intOption("LeftMargin") + intOption("RightMargin");
+    const int most = std::max(static_cast<int>(largestDisplay().cx) / 2 - margins, 1);
+    const int width = std::min(CorrectDPISize(static_cast<int>(section.length)), most);
+    if (displayRect.Width() == width) return;
+    displaySize.cx = width;
+    isSizing = true;
+    fitParent();
+    isSizing = false;
+}
+
+/// The active curve comes last, over the others.
+void CSectionView::drawCurves(CDC& dc, CPoint origin, bool quick) const
+{
+    const unsigned count = section.curves, active = activeCurve();
+    const int shown = intOption("show_only"), width = intOption("line.width");
+    constexpr int activeLine = 1, activePair = 2;
+    std::vector<CPoint> line;
+    dc.SetBkMode(TRANSPARENT); // gaps of dotted curves show what is below
+    for (unsigned j = 0; j < count; ++j) {
+        const unsigned each = (active + count - 1 - j) % count;
+        if ((shown == activeLine && each != active) || (shown == activePair && each / 2 != active / 2)) continue;
+        const bool isDotted = each != active && (count < 3 || shown == activePair);
+        const colorEntry color = colorOption(each % 2 == 0 ? "line1color" : "line2color");
+        if (quick || isPrinting())
+            dc.SelectObject(CPen{isDotted ? std::uint32_t{PS_DASH} : std::uint32_t{PS_SOLID},
+                                 isDotted || width == 0 ? 0 : 1,
+                                 color,
+                                 {}});
+        else
+            dc.SelectObject(CPen{(isDotted ? PS_DOT : PS_SOLID) | PS_GEOMETRIC, width, color, {}});
+        for_each_measured_run(section, each, [&](std::size_t first, std::size_t end) {
+            curves::curve_points(section.curve(each).subspan(first, end - first), pane, first, origin, line);
+            dc.Polyline(line);
+        });
+    }
+}
+
+void CSectionView::drawSpectrum(CDC& dc, CPoint origin, bool quick) const
+{
+    const int width = intOption("line.width");
+    dc.SelectObject(CPen{quick ? std::uint32_t{PS_SOLID} : PS_SOLID | PS_GEOMETRIC, width, phaseColor, {}});
+    dc.Polyline(curves::phase_points(spectrum, section.length, displayRect.Size(), origin));
+    dc.SelectObject(CPen{PS_SOLID | PS_GEOMETRIC, width, spectrumColor, {}});
+    dc.Polyline(curves::spectrum_points(spectrum, section.length, displayRect.Size(), origin));
+}
+
+double CSectionView::sampleOf(int mark) const noexcept
+{
+    if (mark == curves::spectrumMark) return section.length / 2 * marks[mark].x;
+    return (section.length - 1.0) * marks[mark].x;
+}
+
+void CSectionView::updateMarkY(int mark)
+{
+    if (section.isEmpty() || mark == curves::levelMark) return;
+    if (mark == curves::spectrumMark) {
+        if (isOptionOn("ShowSpectrum"))
+            marks[mark].y = curves::spectrum_at(spectrum, sampleOf(mark)).value / spectrum.max;
+        return;
+    }
+    marks[mark].y = pane.share(curves::raw_between(shownCurve(), sampleOf(mark)));
+}
+
+curves::mark_panes CSectionView::panes() const
+{
+    curves::mark_panes made{displayRect, {}};
+    if (isOptionOn("ShowSpectrum")) {
+        made.spectrum = displayRect;
+        made.spectrum.OffsetRect(0, displayRect.Height() + intOption("BottomMargin"));
+    }
+    return made;
+}
+
+void CSectionView::OnDrawData(CDC& dc)
+{
+    if (section.isEmpty()) return;
+    const curves::mark_panes shown = panes();
+    const int saved = dc.SaveDC();
+    dc.SetBkMode(TRANSPARENT);
+    dc.IntersectClipRect(shown.curve);
+    if (!isPrinting() && GetMemDC() && image.Ok()) {
+        dc.BitBlt(shown.curve, *GetMemDC(), {0, 0}, SRCCOPY);
+    } else {
+        dc.FillSolidRect(shown.curve, colorOption("background"));
+        drawCurves(dc, shown.curve.TopLeft(), false);
+    }
+    if (marksMode() == curves::marks_mode::verticalLines) draw_marks(dc);
+    if (marksMode() == curves::marks_mode::crossbar) {
+        draw_crossbar(dc);
+        draw_step_pointer(dc);
+    }
+    dc.RestoreDC(saved);
+    if (!shown.spectrum.IsRectEmpty()) drawSpectrumPane(dc, shown.spectrum);
+    drawTexts(dc);
+}
+
+void CSectionView::drawSpectrumPane(CDC& dc, const CRect& shown)
+{
+    const int saved = dc.SaveDC();
+    dc.IntersectClipRect(shown);
+    dc.FillSolidRect(shown, colorOption("background"));
+    drawSpectrum(dc, shown.TopLeft(), false);
+    drawUprightMark(dc, curves::spectrumMark, shown);
+    drawMarkDot(dc, curves::spectrumMark, shown);
+    dc.RestoreDC(saved);
+}
+
+void CSectionView::drawUprightMark(CDC& dc, int mark, const CRect& shown) const
+{
+    dc.SelectObject(CPen::dotted(markColor));
+    const int x = shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x);
+    dc.MoveTo(x, shown.top);
+    dc.LineTo(x, shown.bottom);
+}
+
+void CSectionView::drawMarkDot(CDC& dc, int mark, const CRect& shown) const
+{
+    const int height = shown.Height() - 1;
+    draw_dot(dc, {shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x),
+                  shown.top + base::nearest_int(height - height * marks[mark].y)});
+}
+
+void CSectionView::draw_marks(CDC& dc) const
+{
+    for (const int mark : {curves::firstMark, curves::secondMark}) drawUprightMark(dc, mark, displayRect);
+    for (const int mark : {curves::firstMark, curves::secondMark}) drawMarkDot(dc, mark, displayRect);
+}
+
+void CSectionView::draw_crossbar(CDC& dc) const
+{
+    dc.SelectObject(CPen::dotted(markColor));
+    const int height = displayRect.Height() - 1;
+    const int y = displayRect.top + base::nearest_int(height - height * marks[curves::levelMark].y);
+    dc.MoveTo(displayRect.left, y);
+    dc.LineTo(displayRect.right, y);
+    drawUprightMark(dc, curves::positionMark, displayRect);
+}
+
+void CSectionView::draw_step_pointer(CDC& dc) const { drawMarkDot(dc, curves::positionMark, displayRect); }
+
+CRect CSectionView::textRect(int line) const
+{
+    const int top = displayRect.top + displayRect.Height() * (line + 1) + intOption("BottomMargin") * line +
+                    intOption("TextVertSpace");
+    return {displayRect.left, top, displayRect.right + intOption("RightMargin"),
+            top + std::max(intOption("BottomMargin") - intOption("TextVertSpace"), 0)};
+}
+
+void CSectionView::drawTexts(CDC& dc)
+{
+    const int saved = dc.SaveDC();
+    dc.SelectObject(font);
+    dc.SetTextColor(colorOption("legend"));
+    dc.SetBkMode(TRANSPARENT);
+    CRect place = textRect(0);
+    dc.DrawText(text, place, DT_EXPANDTABS);
+    if (isOptionOn("ShowSpectrum")) {
+        const CRect below = textRect(1);
+        dc.TabbedTextOut(below.left, below.top, spectrumLine, {}, below.left);
+    }
+    dc.RestoreDC(saved);
+}
