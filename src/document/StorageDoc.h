@@ -140,7 +140,6 @@ public:
     // Indices past the end do nothing. Where memory runs out the user is warned, that history is emptied and work goes
     // on.
     void pushUndo(unsigned image, bool clearRedo);
-    void pushRedo(unsigned image);
     /// Changes texts of the image as a part of the last undo step: that brings them back as well.
     void changeTexts(unsigned image, const text_changes& changes);
     /// Writes the last undo step back and keeps it, as a live preview does again and again.

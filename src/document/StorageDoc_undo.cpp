@@ -212,13 +212,6 @@ void CStorageDoc::changeTexts(unsigned image, const text_changes& changes)
     step.textsAfter = textState;
 }
 
-void CStorageDoc::pushRedo(unsigned image)
-{
-    if (image >= images.size()) return;
-    options& kept = imageOptions[image];
-    kept.redoSteps.splice(kept.redoSteps.end(), snapshot(image, kept.redoSteps, texts::redoLost));
-}
-
 void CStorageDoc::restore(unsigned image)
 {
     if (!canUndo(image)) return;

@@ -27,7 +27,7 @@ double contact_stiffness(const contact& pair, double load) noexcept;
 /// The position of the unbent cantilever above the surface, nm, at which the probe jumps into contact when it comes
 /// nearer: where the gradient of the attraction, HR/(3 d³), exceeds the spring.
 double snap_in_position(const contact& pair) noexcept;
-/// The same where the probe jumps off when it is drawn away: at the full adhesion, since the gradient beyond the
+/// The position at which the probe jumps off when it is drawn away: at the full adhesion, since the gradient beyond the
 /// contact distance exceeds any soft spring. Requires HR/(3 a0³) > spring.
 double snap_off_position(const contact& pair) noexcept;
 

@@ -126,10 +126,10 @@ struct range_row {
 
 /// Commands that a menu's dynamic row stands for.
 constexpr range_row ranges[] = {
-    {10220, 10239, "Open this document again, as it was when it was closed"},
-    {12002, 12100, "Show heights in these colours"},
-    {57616, 57631, "Open this file"},
-    {65280, 65379, "Go to this window"},
+    {commands::firstClosed, commands::lastClosed, "Open this document again, as it was when it was closed"},
+    {commands::gray, commands::lastPalette, "Show heights in these colours"},
+    {commands::firstRecent, commands::lastRecent, "Open this file"},
+    {commands::firstWindow, commands::lastWindow, "Go to this window"},
 };
 
 } // namespace

@@ -134,6 +134,7 @@ enum number : unsigned {
     zebra = 12006,
     multicolor1 = 12007,
     multicolor2 = 12008,
+    firstFilePalette = 12009,
     lastPalette = 12100,
 
     // The framework's.
@@ -159,6 +160,7 @@ enum number : unsigned {
     toolbar = 59392,
     statusBar = 59393,
     firstWindow = 65280,
+    lastWindow = 65379,
 };
 
 } // namespace vldv::commands

@@ -7,44 +7,13 @@
 #include <algorithm>
 #include <initializer_list>
 #include <iterator>
+#include <span>
 
 namespace vldv {
 
 namespace {
 
 using rows_of = menu_rows (*)();
-
-struct bar_row {
-    unsigned id;
-    rows_of own;    ///< the view's popups, between "Edit" and "Palette"
-    bool isColored; ///< has a palette
-};
-
-constexpr bar_row bars[] = {
-    {sectionFrame, section_rows, false},
-    {surfaceFrame, surface_rows, true},
-    {lineFrame, line_rows, false},
-    {sceneFrame, scene_rows, true},
-    {histogramFrame, histogram_rows, false},
-    {quickViewFrame, plain_view_rows, true},
-    {parametersFrame, plain_view_rows, false},
-    {fourierFrame, fourier_rows, true},
-    {captureFrame, capture_rows, false},
-    {featuresFrame, features_rows, false},
-    {featuresTableFrame, plain_view_rows, false},
-    {textFrame, plain_view_rows, false},
-    {volumeFrame, volume_rows, true},
-    {parametricFrame, parametric_curve_rows, false},
-    {itemsFrame, histogram_rows, false},
-    {itemsTableFrame, plain_view_rows, false},
-    {collageFrame, plain_view_rows, false},
-};
-
-constexpr unsigned allIds[] = {mainMenu,           sectionFrame,    surfaceFrame,   lineFrame,          scalePopup,
-                               sceneFrame,         histogramFrame,  quickViewFrame, parametersFrame,    fourierFrame,
-                               cursorModePopup,    captureFrame,    featuresFrame,  featuresTableFrame, textFrame,
-                               volumeFrame,        parametricFrame, itemsFrame,     itemsTableFrame,    collageFrame,
-                               fileOperationsPopup};
 
 constexpr unsigned mainToolbar[] = {commands::open, commands::save, 0, commands::print,       0, commands::copy,
                                     commands::undo, commands::redo, 0, commands::paletteStrip};
@@ -76,6 +45,34 @@ constexpr unsigned featuresToolbar[] = {commands::includeFeatures,  commands::ex
                                         commands::excludeFiltered,  commands::profileHeight};
 constexpr unsigned captureToolbar[] = {commands::record, commands::stopRecord, 0, commands::captureFrame,
                                        commands::captureFrames};
+
+/// The menu bar and the toolbar of one kind of window.
+struct bar_row {
+    unsigned id;
+    rows_of own;    ///< the view's popups, between "Edit" and "Palette"
+    bool isColored; ///< has a palette
+    std::span<const unsigned> toolbar;
+};
+
+constexpr bar_row bars[] = {
+    {sectionFrame, section_rows, false, {}},
+    {surfaceFrame, surface_rows, true, surfaceToolbar},
+    {lineFrame, line_rows, false, {}},
+    {sceneFrame, scene_rows, true, {}},
+    {histogramFrame, histogram_rows, false, {}},
+    {quickViewFrame, plain_view_rows, true, {}},
+    {parametersFrame, plain_view_rows, false, {}},
+    {fourierFrame, fourier_rows, true, fourierToolbar},
+    {captureFrame, capture_rows, false, captureToolbar},
+    {featuresFrame, features_rows, false, featuresToolbar},
+    {featuresTableFrame, plain_view_rows, false, {}},
+    {textFrame, plain_view_rows, false, {}},
+    {volumeFrame, volume_rows, true, {}},
+    {parametricFrame, parametric_curve_rows, false, {}},
+    {itemsFrame, histogram_rows, false, {}},
+    {itemsTableFrame, plain_view_rows, false, {}},
+    {collageFrame, plain_view_rows, false, {}},
+};
 
 std::vector<menu_row> joined(std::initializer_list<menu_rows> parts)
 {
@@ -116,22 +113,16 @@ std::vector<menu_row> surface_context_menu(bool hasCursorModes, bool hasFileOper
 
 std::span<const unsigned> toolbar_resource(unsigned id)
 {
-    switch (id) {
-    case mainMenu:
-        return mainToolbar;
-    case surfaceFrame:
-        return surfaceToolbar;
-    case fourierFrame:
-        return fourierToolbar;
-    case captureFrame:
-        return captureToolbar;
-    case featuresFrame:
-        return featuresToolbar;
-    default:
-        return {};
-    }
+    if (id == mainMenu) return mainToolbar;
+    const auto bar = std::ranges::find(bars, id, &bar_row::id);
+    return bar == std::end(bars) ? std::span<const unsigned>() : bar->toolbar;
 }
 
-std::span<const unsigned> menu_resource_ids() noexcept { return allIds; }
+std::vector<unsigned> menu_resource_ids()
+{
+    std::vector<unsigned> out = {mainMenu, scalePopup, cursorModePopup, fileOperationsPopup};
+    std::ranges::transform(bars, std::back_inserter(out), &bar_row::id);
+    return out;
+}
 
 } // namespace vldv

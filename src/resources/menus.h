@@ -39,6 +39,6 @@ std::vector<menu_row> surface_context_menu(bool hasCursorModes, bool hasFileOper
 VLDV_INTERNAL_API std::span<const unsigned> toolbar_resource(unsigned id);
 
 /// Numbers of all menus.
-VLDV_INTERNAL_API std::span<const unsigned> menu_resource_ids() noexcept;
+VLDV_INTERNAL_API std::vector<unsigned> menu_resource_ids();
 
 } // namespace vldv

@@ -87,7 +87,7 @@ constexpr menu_row window[] = {
     item(1, commands::statusBar, "&Status Bar"),
     item(1, commands::toolbar, "&Toolbar"),
     separator(1),
-    dynamic(1, commands::firstWindow, 65379), // open windows
+    dynamic(1, commands::firstWindow, commands::lastWindow), // open windows
 };
 
 constexpr menu_row help[] = {
@@ -106,7 +106,7 @@ constexpr menu_row scalePopupRows[] = {
     item(1, commands::zebra, "&Zebra"),
     item(1, commands::multicolor1, "Multicolor &1"),
     item(1, commands::multicolor2, "Multicolor &2"),
-    dynamic(1, 12009, commands::lastPalette), // palettes of files
+    dynamic(1, commands::firstFilePalette, commands::lastPalette), // palettes of files
     separator(1),
     item(1, commands::fixedScale, "&Fixed scale"),
     item(1, commands::autoscaling, "&Autoscaling"),

@@ -1,6 +1,7 @@
 #include "resources/strings.h"
 
 #include "resources/command_prompts.h"
+#include "resources/commands.h"
 #include "resources/layouts.h"
 #include "resources/open_filter.h"
 
@@ -90,33 +91,33 @@ const string_row stringTable[] = {
     {5000, settingsLayoutText}, // the program's own
     {5001, recoveryLayoutText},
 
-    {6001, "Select rectangular region\nRectangular selection"},
-    {6002, "Select elliptic region\nElliptic selection"},
-    {6003, "Build sections\nSection"},
-    {6004, "Measure distance\nDistance"},
-    {6005, "Measure angle\nAngle"},
-    {6006, "Put marks\nMarks"},
-    {6007, "Put curve\nCurve"},
-    {6008, "Select line\nLine selection"},
-    {6009, "Select column\nColumn selection"},
-    {6010, "Select lengthy object\nLengthy objects selection"},
-    {6011, "Select region inside isoline\nIsoline"},
-    {6012, "Add features by extending mask\nInclude features"},
-    {6013, "Remove features by erasing mask\nExclude features"},
+    {commands::firstMode, "Select rectangular region\nRectangular selection"},
+    {commands::ellipse, "Select elliptic region\nElliptic selection"},
+    {commands::section, "Build sections\nSection"},
+    {commands::distance, "Measure distance\nDistance"},
+    {commands::angle, "Measure angle\nAngle"},
+    {commands::marks, "Put marks\nMarks"},
+    {commands::curve, "Put curve\nCurve"},
+    {commands::lineProfile, "Select line\nLine selection"},
+    {commands::columnProfile, "Select column\nColumn selection"},
+    {commands::lengthyObject, "Select lengthy object\nLengthy objects selection"},
+    {commands::isoline, "Select region inside isoline\nIsoline"},
+    {commands::includeFeatures, "Add features by extending mask\nInclude features"},
+    {commands::excludeFeatures, "Remove features by erasing mask\nExclude features"},
 
-    {10061, "Cutoff poits behind left and right edges of selection"},
-    {10067, "Set filtered features to the minimum height"},
-    {10122, "Select curve for X series in parametric dependencie"},
-    {10130, "Find vertical steps on the image and trace their position"},
-    {10132, "Evaluate normalized unbiased auto-correlation function"},
-    {10135, "Evaluate structure function S(t)=<(Y(x)-Y(x+t))^2>"},
-    {10139, "Switch stereo image mode"},
-    {10140, "Build separation curve and perform WLC model fitting"},
-    {10141, "Evaluate normalized unbiased cyclic auto-correlation function"},
-    {10142, "Evaluate cyclic structure function S(t)=<(Y(x)-Y(x+t))^2>"},
-    {10147, "Build separation curve"},
-    {10150, "Build normalized force curve"},
-    {10151, "Duplicate the image, or only its selected part where there is a selection\nDuplicate"},
+    {commands::cutoff, "Cutoff poits behind left and right edges of selection"},
+    {commands::filteredFeatures, "Set filtered features to the minimum height"},
+    {commands::selectX, "Select curve for X series in parametric dependencie"},
+    {commands::findSteps, "Find vertical steps on the image and trace their position"},
+    {commands::autocorrelationFinite, "Evaluate normalized unbiased auto-correlation function"},
+    {commands::structureFinite, "Evaluate structure function S(t)=<(Y(x)-Y(x+t))^2>"},
+    {commands::stereo, "Switch stereo image mode"},
+    {commands::separationFit, "Build separation curve and perform WLC model fitting"},
+    {commands::autocorrelationCyclic, "Evaluate normalized unbiased cyclic auto-correlation function"},
+    {commands::structureCyclic, "Evaluate cyclic structure function S(t)=<(Y(x)-Y(x+t))^2>"},
+    {commands::separationCurve, "Build separation curve"},
+    {commands::normalizedForce, "Build normalized force curve"},
+    {commands::duplicate, "Duplicate the image, or only its selected part where there is a selection\nDuplicate"},
     {10203, "Select images for operation"},
 
     // The framework's own messages.

@@ -115,7 +115,7 @@ void CChildFrame::OnLoadData()
     bar.names = tab_names(*document, view->getImageNumber(), overlay);
     bar.visible = overlay || document->getSubImagesNumber(view->getImageNumber()) >= 2;
     bar.selected = static_cast<int>(view->getSubImageNumber());
-    if (overlay) bar.selected = view->options["ShowOverlay"] ? 0 : bar.selected + 1;
+    if (overlay) bar.selected = view->isOptionOn("ShowOverlay") ? 0 : bar.selected + 1;
     if (getPeer() && bar != before) { // data also reloads many times a second, under a drag of the scale
         getPeer()->setTabs(bar.names, bar.selected, bar.visible);
         if (bar.visible != before.visible) {
@@ -165,14 +165,13 @@ void CChildFrame::OnSubimageSelChange(int tab)
     const unsigned count = document->getSubImagesNumber(view->getImageNumber());
     if (tab < 0 || count == 0) return;
     changingTab = true; // the strip is not rebuilt under the user's hand
-    const bool showsOverlay = static_cast<bool>(view->options["ShowOverlay"]);
     if (!has_overlay(*view, *document)) {
         view->setActiveSubimage(static_cast<unsigned>(tab) % count);
-    } else if ((tab == 0) == showsOverlay) {
+    } else if ((tab == 0) == view->isOptionOn("ShowOverlay")) {
         if (tab > 0) view->setActiveSubimage(static_cast<unsigned>(tab - 1) % count);
     } else {
         SPMVar changed = view->options["ShowOverlay"];
-        changed = showsOverlay ? 0.0 : 1.0;
+        changed = tab > 0 ? 0.0 : 1.0;
         changed.update_timestamp();
         view->options.set_var(changed);
     }
@@ -227,8 +226,8 @@ CSize CChildFrame::insets() const
     const auto* const view = dynamic_cast<CDCView*>(GetActiveView());
     CSize around{0, stripsHeight()};
     if (view) {
-        around.cx += static_cast<int>(view->options["LeftMargin"]) + static_cast<int>(view->options["RightMargin"]);
-        around.cy += static_cast<int>(view->options["TopMargin"]) + static_cast<int>(view->options["BottomMargin"]);
+        around.cx += view->intOption("LeftMargin") + view->intOption("RightMargin");
+        around.cy += view->intOption("TopMargin") + view->intOption("BottomMargin");
     }
     return getPeer() ? getPeer()->outerSize(around) : around;
 }

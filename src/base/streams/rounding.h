@@ -10,7 +10,7 @@ inline double round_half_up(double v) noexcept
     return v - low >= 0.5 ? low + 1.0 : low;
 }
 
-/// The same as an `int` that stays far from its ends, so that sums of two do not overflow; NaN gives 0.
+/// Rounds to an `int` that stays far from its ends, so that sums of two do not overflow; NaN gives 0.
 inline int nearest_int(double v) noexcept
 {
     constexpr double limit = 1 << 30;

@@ -23,7 +23,7 @@ struct menu_source {
 /// Puts rows into a menu; each shows the state that its handler gives now. Rows that nothing handles are left out, and
 /// with them separators and popups without content.
 void fill_menu(QMenu& menu, const std::vector<menu_row>& rows, const menu_source& source);
-/// The same for a bar, whose popups are filled each time they open. Popups that stood there before are given back.
+/// Fills a menu bar, whose popups are filled each time they open. Popups that stood there before are given back.
 void fill_menu_bar(QMenuBar& bar, const std::vector<menu_row>& rows, const menu_source& source);
 
 } // namespace vldv::host

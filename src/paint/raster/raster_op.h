@@ -47,7 +47,7 @@ constexpr raster_op raster_op_of(int rop2) noexcept
 /// The operation's number holds its truth table over brush, source and destination, bit 4 P + 2 S + D of its third
 /// byte. Here the blitted pixels are the source and the brush counts as none (its bits 0).
 constexpr raster_op blit_op_of(raster_op3 operation) noexcept { return {operation >> 16 & 15u}; }
-/// The same with the brush as the source and no blitted pixels.
+/// Combines the brush, in place of blitted pixels, with what is there.
 constexpr raster_op brush_op_of(raster_op3 operation) noexcept
 {
     return {(operation >> 16 & 3u) | (operation >> 18 & 12u)};

@@ -39,7 +39,6 @@ public:
     std::string GetDocString(vldv::document_string field) const;
     const std::vector<std::unique_ptr<CDocument>>& documents() const noexcept { return opened; }
     const std::string& viewClass() const noexcept { return viewName; }
-    const std::string& frameClass() const noexcept { return frameName; }
 
     /// A document without content, owned by this template. Null when its class is not there.
     virtual CDocument* CreateNewDocument();

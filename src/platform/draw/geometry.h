@@ -21,7 +21,7 @@ struct RECT {
     bool operator==(const RECT&) const = default;
 };
 
-/// The same with what one does with rectangles. Corners may be crossed until `NormalizeRect`.
+/// A rectangle with what one does with it. Corners may be crossed until `NormalizeRect`.
 struct CRect : RECT {
     CRect() = default;
     CRect(int left_, int top_, int right_, int bottom_) noexcept : RECT{left_, top_, right_, bottom_} {}

@@ -12,7 +12,7 @@ struct linear_fit {
 VLDV_API void fit_plane(const double* data, int rows, int columns, linear_fit* out) noexcept;
 /// Fits the plane and subtracts it. \param out  the plane; may be null
 VLDV_API void remove_plane(double* data, int rows, int columns, linear_fit* out) noexcept;
-/// The same for floats: fitted in double precision, subtracted in single.
+/// Fits and subtracts the plane of floats: fitted in double precision, subtracted in single.
 VLDV_API void remove_plane_32f(float* data, int rows, int columns, linear_fit* out) noexcept;
 /// out[k] is the mean of x^(k + 1), k = 0 … order - 1; 0 without numbers.
 VLDV_API void moments(double* out, int order, const double* data, int columns, int rows) noexcept;

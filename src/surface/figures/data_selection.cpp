@@ -60,7 +60,8 @@ std::vector<VLPluginDataSelection> data_selections(const selection_state& state,
     case cursor_mode::columnProfile:
         if (state.selectionActive) records.push_back(segment(state.selection));
         break;
-    default:
+    case cursor_mode::includeFeatures:
+    case cursor_mode::excludeFeatures:
         break;
     }
     return records;

@@ -536,12 +536,12 @@ TEST_F(ImageViewTest, TabsChooseTheSubImageAndTakeTheirRoom)
     surfaces.setOpeningImage(added);
     CFrameWnd* const frame = surfaces.CreateNewFrame(document, nullptr);
     auto& overlaid = *dynamic_cast<counting_view*>(frame->GetActiveView());
-    overlaid.hasOverlay = true;
     surfaces.InitialUpdateFrame(frame, document, true);
     SPMVar shows;
     shows.Init("ShowOverlay,boolean");
     shows = 1.0;
     overlaid.options.set_var(shows);
+    overlaid.hasOverlay = true;
     auto& bitmapped = *dynamic_cast<CChildFrame*>(frame);
     bitmapped.OnLoadData();
     EXPECT_EQ(bitmapped.switchBar().names, (std::vector<std::wstring>{L"Bitmap", L"1"}));

@@ -81,9 +81,15 @@ std::string figures_text(const measured_surface& surface, const selection_state&
     case cursor_mode::lineProfile:
     case cursor_mode::columnProfile:
         return base::formatted(string_resource(texts::line), at.x, z.value, z.units);
-    default:
-        return {};
+    case cursor_mode::marks:
+    case cursor_mode::curve:
+    case cursor_mode::lengthyObject:
+    case cursor_mode::isoline:
+    case cursor_mode::includeFeatures:
+    case cursor_mode::excludeFeatures:
+        break;
     }
+    return {};
 }
 
 } // namespace

@@ -133,7 +133,7 @@ height_rows heights_of(std::span<const statistics_row> rows)
     return heights;
 }
 
-/// The same heights in the unit in which the largest of them reads well.
+/// Heights in the unit in which the largest of them reads well.
 height_rows in_largest_unit(height_rows heights)
 {
     for (statistics_row& row : heights.rows) {
