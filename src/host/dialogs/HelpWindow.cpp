@@ -19,8 +19,12 @@ struct help_page {
     const char *title, *file;
 };
 constexpr help_page helpPages[] = {
-    {"The workstation", "workstation.md"},   {"Surfaces", "surface.md"}, {"Files that open", "formats.md"},
-    {"The command line", "command-line.md"}, {"Licence", "LICENSE"},
+    {"The workstation", "workstation.md"},
+    {"Surfaces", "surface.md"},
+    {"Curves", "curves.md"},
+    {"Files that open", "formats.md"},
+    {"The command line", "command-line.md"},
+    {"Licence", "LICENSE"},
 };
 
 } // namespace
