@@ -1,6 +1,7 @@
 #include "entry/templates.h"
 
 #include "curves/views/LineView.h"
+#include "curves/views/ParametricCurveView.h"
 #include "document/StorageDocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
@@ -28,6 +29,7 @@ constexpr CRuntimeClass classes[] = {
     {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>},
     {"CQVSurfView", &surfaceView, create_object<CQVSurfView>},
     {"CLineView", &sectionView, create_object<CLineView>},
+    {"CParametricCurveView", nullptr, create_object<CParametricCurveView>},
     {"CParametersView", nullptr, create_object<CParametersView>},
     {"CTextView", nullptr, create_object<CTextView>},
 };

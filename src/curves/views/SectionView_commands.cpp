@@ -7,12 +7,11 @@
 #include "curves/figures/physical.h"
 #include "curves/figures/table_text.h"
 #include "curves/views/SectionView.h"
+#include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
-#include "output/picture_writer.h"
 #include "platform/app/Clipboard.h"
 #include "platform/app/DocTemplate.h"
 #include "platform/app/WinApp.h"
-#include "platform/files/Exceptions.h"
 #include "resources/commands.h"
 #include "resources/frame_templates.h"
 #include "resources/string_ids.h"
@@ -138,11 +137,5 @@ void CSectionView::Export(int filter, const wchar_t* path)
     if (filter > ofBase + 1 || !source || section.isEmpty()) return;
     const std::string table = curves::section_text(section, points, source->get_dimensions_number(), positionAxis(),
                                                    valueAxis(), 0, section.curves - 1);
-    try {
-        output::save_file_atomically(path, std::as_bytes(std::span(table)));
-    } catch (const CException&) {
-        const std::string name = base::narrow(path);
-        AfxGetApp()->host().messageBox(base::formatted("Can't open file %s to export data.", name.c_str()),
-                                       message_icon::warning);
-    }
+    curves::save_table(path, table);
 }

@@ -4,6 +4,7 @@
 #include "curves/figures/display/curve_points.h"
 #include "curves/figures/display/spectrum_display.h"
 #include "curves/views/SectionView.h"
+#include "curves/views/chart_drawing.h"
 #include "platform/app/WinApp.h"
 #include "platform/app/dpi.h"
 
@@ -15,8 +16,7 @@ namespace {
 
 constexpr unsigned refreshTimer = 5;
 constexpr unsigned refreshDelay = 10; // milliseconds
-constexpr colorEntry markColor = 0xFF0000, dotColor = 0x0000FF, phaseColor = 0xC0C0C0, spectrumColor = 0x0000FF;
-constexpr int dotWidth = 4;
+constexpr colorEntry markColor = 0xFF0000, phaseColor = 0xC0C0C0, spectrumColor = 0x0000FF;
 
 /// Samples that were measured and lie behind each other.
 template <class Use>
@@ -52,14 +52,6 @@ CMinMaxInfo range_of(const curves::profile& section)
         for_each_measured_run(
             section, k, [&](std::size_t first, std::size_t end) { add(section.curve(k).subspan(first, end - first)); });
     return range;
-}
-
-/// A dot of four pixels: a line without length.
-void draw_dot(CDC& dc, CPoint at)
-{
-    dc.SelectObject(CPen{PS_SOLID | PS_GEOMETRIC | PS_ENDCAP_ROUND, dotWidth, dotColor, {}});
-    dc.MoveTo(at);
-    dc.LineTo(at.x + 1, at.y);
 }
 
 } // namespace
@@ -228,8 +220,8 @@ void CSectionView::drawUprightMark(CDC& dc, int mark, const CRect& shown) const
 void CSectionView::drawMarkDot(CDC& dc, int mark, const CRect& shown) const
 {
     const int height = shown.Height() - 1;
-    draw_dot(dc, {shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x),
-                  shown.top + base::nearest_int(height - height * marks[mark].y)});
+    curves::draw_mark_dot(dc, {shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x),
+                               shown.top + base::nearest_int(height - height * marks[mark].y)});
 }
 
 void CSectionView::draw_marks(CDC& dc) const

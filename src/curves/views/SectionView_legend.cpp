@@ -3,38 +3,13 @@
 #include "base/units.h"
 #include "curves/figures/section_decoration.h"
 #include "curves/views/SectionView.h"
+#include "curves/views/chart_drawing.h"
 #include "curves/views/section_legend.h"
 #include "document/StorageDoc.h"
-#include "view/axes/chart_axes.h"
 
 #include <cmath>
 
 using namespace vldv;
-
-namespace {
-
-constexpr std::uint32_t labelled = AXIS_LINE | AXIS_TICKS | AXIS_TEXT;
-
-/// Axes along all sides of a pane and the grid inside.
-void draw_frame(CDC& dc, const CDCView& view, const CRect& pane, const view::shown_axis& x, const view::shown_axis& y)
-{
-    const CPen pen = view::axis_pen(view);
-    const int xTics = view.intOption("tics.x.number"), xLength = view.intOption("tics.x.length");
-    const int yTics = view.intOption("tics.y.number"), yLength = view.intOption("tics.y.length");
-    const CPoint lowerLeft{pane.left, pane.bottom}, upperRight{pane.right, pane.top};
-    view::draw_side(dc, pen, y, {lowerLeft, pane.TopLeft(), AXIS_VERTICAL | AXIS_OTHER_SIDE | labelled}, yTics,
-                    yLength);
-    view::draw_side(dc, pen, y, {pane.BottomRight(), upperRight, AXIS_VERTICAL | AXIS_LINE | AXIS_TICKS}, yTics,
-                    yLength);
-    view::draw_side(dc, pen, x, {lowerLeft, pane.BottomRight(), labelled}, xTics, xLength);
-    view::draw_side(dc, pen, x, {pane.TopLeft(), upperRight, AXIS_LINE | AXIS_OTHER_SIDE | AXIS_TICKS}, xTics, xLength);
-    if (const int grid = view.intOption("grid.show")) {
-        dc.SelectObject(view::grid_pen(view));
-        DrawGrid(&dc, pane, grid, x.start, x.end, y.start, y.end, false, xTics, yTics);
-    }
-}
-
-} // namespace
 
 /// Drawings of the surface that lie on the section throughout: their points at the heights of the curve.
 void CSectionView::drawDecorations(CDC& dc, const curves::figure_pane& on) const
@@ -82,9 +57,9 @@ void CSectionView::OnDrawLegend(CDC& dc)
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(colorOption("legend"));
     const VLAxis &x = positionAxis(), &y = valueAxis();
-    draw_frame(dc, *this, displayRect,
-               view::shown_span(x.get_units(), positionStart(), (section.length - 1.0) * x.scale, false),
-               view::shown_span(y.get_units(), heightStart(), shownHeights().range, true));
+    curves::draw_chart_frame(dc, *this, displayRect,
+                             view::shown_span(x.get_units(), positionStart(), (section.length - 1.0) * x.scale, false),
+                             view::shown_span(y.get_units(), heightStart(), shownHeights().range, true));
     if (const CRect below = panes().spectrum; !below.IsRectEmpty()) drawSpectrumAxes(dc, below);
     dc.RestoreDC(saved);
 }
@@ -96,14 +71,14 @@ void CSectionView::drawSpectrumAxes(CDC& dc, const CRect& below)
     const std::string frequency = std::string("1/") + x.get_units();
     const view::shown_axis across =
         view::counted_in_powers({0.0, length == 0.0 ? 0.0 : (section.length / 2 + 1) / length, frequency});
-    if (isOptionOn("normalize_spectrum")) return draw_frame(dc, *this, below, across, {0.0, 1.0, ""});
+    if (isOptionOn("normalize_spectrum")) return curves::draw_chart_frame(dc, *this, below, across, {0.0, 1.0, ""});
     double most = spectrum.max;
     std::string units = default_units_z(valueAxis().get_units(), &most);
     if (intOption("spectrum_mode") == 0) {
         most = spectrum.max; // of a square no prefix reads as that of its side
         units = std::string(valueAxis().get_units()) + "^2";
     }
-    draw_frame(dc, *this, below, across, view::counted_in_powers({0.0, most, units}));
+    curves::draw_chart_frame(dc, *this, below, across, view::counted_in_powers({0.0, most, units}));
 }
 
 void CSectionView::drawFigures(CDC& dc)

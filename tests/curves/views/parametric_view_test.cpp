@@ -1,0 +1,188 @@
+// The window on a curve over measured positions.
+#include "base/text.h"
+#include "curves/views/ParametricCurveView.h"
+#include "curves/views/SectionView.h"
+#include "document/StorageDocTemplate.h"
+#include "document/update_hints.h"
+#include "platform/app/RuntimeClass.h"
+#include "platform/app/keys.h"
+#include "resources/commands.h"
+#include "support/HeadlessHost.h"
+#include "support/RecordingDC.h"
+#include "support/streams.h"
+#include "support/temporary_folder.h"
+#include "view/ChildFrame.h"
+#include "view/image/picture_export.h"
+
+#include <cmath>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace vldv::curves;
+using test_support::made_stream;
+using testing::HasSubstr;
+
+class ParametricViewTest : public testing::Test {
+protected:
+    ParametricViewTest()
+    {
+        static constexpr CRuntimeClass classes[] = {
+            {"CStorageDoc", nullptr, create_object<CStorageDoc>},
+            {"CChildFrame", nullptr, create_object<CChildFrame>},
+            {"CSectionView", nullptr, create_object<CSectionView>},
+            {"CParametricCurveView", nullptr, create_object<CParametricCurveView>},
+        };
+        for (const CRuntimeClass& each : classes) register_runtime_class(each);
+        app.AddDocTemplate(&sections);
+    }
+    ~ParametricViewTest() override
+    {
+        while (!app.frames().empty()) app.frames().back()->DestroyFrame();
+        app.freeClosed();
+    }
+    /// 101 positions that fall from 200 nm by 2, and a force that rises by 5 nN a sample, and the same once more ten
+    /// times as high.
+    CParametricCurveView& open()
+    {
+        SPMDataStream images[] = {
+            made_stream(
+                "Force", {{101}}, VLAxis(0, 0.5, "nN"), [](unsigned i) { return i < 101 ? 10 * i : 100 * (i - 101); },
+                2),
+            made_stream("Sep", {{101}}, VLAxis(200, -2, "nm"), [](unsigned i) { return i; }),
+        };
+        images[0].set_parameter_stream("Sep");
+        CStorageDoc saved;
+        saved.AddNewImages(images, 2);
+        const std::wstring path = (folder / "a.spm").wstring();
+        EXPECT_TRUE(saved.OnSaveDocument(path.c_str()));
+        document = dynamic_cast<CStorageDoc*>(app.OpenDocumentFile(path.c_str()));
+        host.pump();
+        return *dynamic_cast<CParametricCurveView*>(app.frames().back()->GetActiveView());
+    }
+    static void drag(CParametricCurveView& view, CPoint from, CPoint to)
+    {
+        view.OnMouseMove(0, from);
+        view.OnLButtonDown(MK_LBUTTON, from);
+        view.OnMouseMove(MK_LBUTTON, to);
+        view.OnLButtonUp(0, to);
+    }
+    static CPoint placeOf(const CParametricCurveView& view, int mark)
+    {
+        const CRect& pane = view.displayRect;
+        return {pane.left + static_cast<int>(std::lround((pane.Width() - 1) * view.getMarks()[mark].x)),
+                pane.bottom - 1 - static_cast<int>(std::lround((pane.Height() - 1) * view.getMarks()[mark].y))};
+    }
+
+    temporary_folder folder;
+    CHeadlessHost host;
+    CWinApp app{host};
+    CStorageDocTemplate sections{101, "CStorageDoc", "CChildFrame", "CSectionView"};
+    CStorageDoc* document = nullptr;
+};
+
+TEST_F(ParametricViewTest, OpensOnceForBothImagesAndMeasuresBetweenItsMarks)
+{
+    CParametricCurveView& view = open();
+    EXPECT_EQ(app.frames().size(), 1u) << "positions have no window of their own";
+    ASSERT_TRUE(view.IsGood());
+    EXPECT_EQ(view.getParamImageNumber(), 1u);
+    EXPECT_EQ(view.getText(), L"dX: 0 nm\tdY: 0 nN");
+    EXPECT_NEAR(view.FindMarkY(0), 250.0, 5.0) << "half way";
+    const CPoint middle = placeOf(view, 0);
+    int mark = 9;
+    EXPECT_FALSE(view.FindMarkXY({middle.x, middle.y - 6}, 4, &mark));
+    EXPECT_EQ(mark, -1);
+    drag(view, middle, {view.displayRect.left - 30, 0});
+    drag(view, middle, {view.displayRect.right + 30, 0});
+    // From 0 nm, at the end of the record, to 200 nm at its begin.
+    EXPECT_EQ(view.getText(), L"dX: 200 nm\tdY: -500 nN");
+    EXPECT_EQ(view.FindMarkY(0), 500.0);
+    VLPluginDataSelection told[2];
+    ASSERT_EQ(view.GetDataSelection(told, 2), 2);
+    EXPECT_EQ(told[1].kind, SELECTION_RANGE);
+    EXPECT_EQ(told[1].data[0], 101);
+    EXPECT_EQ(told[1].data[1], 201);
+    view.setActiveSubimage(1);
+    EXPECT_EQ(view.getText(), L"dX: 200 nm\tdY: -5 µN");
+    view.setOption("marks_mode", "Crossbar");
+    view.OnKeyDown(VK_RIGHT);
+    EXPECT_EQ(view.getMarks()[pair_mark_set::bar].sample, 51u + (view.FindMarkY(2) > 2550.0)) << "a sample on";
+    view.setOption("ShowMarks", "false");
+    EXPECT_EQ(view.getText(), L"");
+    EXPECT_FALSE(view.FindMarkXY(placeOf(view, 2), 4, nullptr));
+}
+
+TEST_F(ParametricViewTest, DrawsFallingPositionsFromLeftToRight)
+{
+    CParametricCurveView& view = open();
+    view.setOption("show_only", "Active line");
+    RecordingDC dc(view.GetClientRect().Size());
+    view.OnPrepareDC(dc, false);
+    view.OnDrawData(dc);
+    EXPECT_EQ(dc.all(drawn::kind::pixels).size(), 1u) << "the kept picture";
+    const CRect& pane = view.displayRect;
+    const auto dots = dc.all(drawn::kind::lines);
+    ASSERT_EQ(dots.size(), 4u) << "two marks, a line and a dot each";
+    EXPECT_EQ(dots[1].points[0], placeOf(view, 0));
+    EXPECT_EQ(view.getActiveCurve().size(), 101u);
+    EXPECT_EQ(placeOf(view, 0).x, pane.left + (pane.Width() - 1) / 2 + 1) << "100 nm of 0 to 200";
+}
+
+TEST_F(ParametricViewTest, FollowsPositionsThatAreReplacedAndUndone)
+{
+    CParametricCurveView& view = open();
+    const SPMDataStream before = document->getImage(1);
+    SPMDataStream other = before;
+    other.values.set_axis(0, VLAxis(0, 3, "nm"));
+    ASSERT_TRUE(view.setXDataStream(other));
+    EXPECT_EQ(document->getImagesNumber(), 2u) << "of one name and title";
+    EXPECT_EQ(std::string(document->getString("global.curve.xscale", unsigned(-1))), "3");
+    drag(view, placeOf(view, 0), {view.displayRect.left - 30, 0});
+    drag(view, placeOf(view, 1), {view.displayRect.right + 30, 0});
+    EXPECT_EQ(view.getText(), L"dX: 300 nm\tdY: 500 nN");
+    ASSERT_TRUE(document->canUndo(1));
+    document->undo(1);
+    EXPECT_EQ(document->getImage(1).values, before.values);
+    EXPECT_EQ(view.getText(), L"dX: 200 nm\tdY: -500 nN") << "the window knows";
+    SPMDataStream third = before;
+    third.set_name("Third");
+    ASSERT_TRUE(view.setXDataStream(third));
+    EXPECT_EQ(document->getImagesNumber(), 3u);
+    EXPECT_EQ(view.getParamImageNumber(), 2u);
+    EXPECT_STREQ(document->getImage(0).get_parameter_stream(), "Third");
+    document->getImage(0).set_parameter_stream("gone");
+    view.LoadData();
+    EXPECT_FALSE(view.IsGood());
+    RecordingDC dc;
+    view.OnDraw(dc);
+    EXPECT_EQ(view.GetDataSelection(nullptr, 0), 0);
+}
+
+TEST_F(ParametricViewTest, WritesTablesAndShowsFigures)
+{
+    CParametricCurveView& view = open();
+    view.OnCmdMsg(commands::copyData, nullptr);
+    const std::string copied = base::narrow(host.clips.content.value_or(L""));
+    EXPECT_THAT(copied, testing::StartsWith("Subimage1,X data,Sep\tSubimage1,Y data,Force\tSubimage2,X data,Sep\t"
+                                            "Subimage2,Y data,Force\r\n200\t0\t200\t0\r\n198\t5\t198\t50\r\n"));
+    view.Export(CountExportFormats(view.GetExportFilters().c_str()), (folder / "a.txt").wstring().c_str());
+    std::ifstream file(folder / "a.txt", std::ios::binary);
+    EXPECT_EQ(std::string((std::istreambuf_iterator<char>(file)), {}), copied);
+    auto* const force = static_cast<short*>(document->getImage(0).array_data());
+    for (int i = 0; i < 101; ++i) force[i] = static_cast<short>(i < 40 ? 800 - 20 * i : i * 7919 % 5 - 2);
+    document->UpdateAllViews(nullptr, document::data_hint(0));
+    view.setOption("ShowParametricCurveStats", "true");
+    // 20 steps of 0.5 nN down while the position falls by 2 nm; the noise tilts the other line.
+    const std::string told = base::narrow(view.getText());
+    ASSERT_THAT(told, HasSubstr("\r\ndF/dZ: "));
+    EXPECT_NEAR(std::stod(told.substr(told.find("dF/dZ: ") + 7)), 5.0, 0.05);
+    EXPECT_THAT(told, HasSubstr(" nN/nm\tFmin: "));
+    EXPECT_TRUE(view.getStatistics().hasZero());
+    view.setOption("ShowParametricCurveStats", "false");
+    EXPECT_EQ(base::narrow(view.getText()).find("dF"), std::string::npos);
+}
+
+} // namespace
