@@ -4,6 +4,7 @@
 #include "host/dialogs/FailuresDialog.h"
 #include "host/dialogs/FormDialog.h"
 #include "host/dialogs/ListChooserDialog.h"
+#include "host/dialogs/PictureChooserDialog.h"
 #include "host/dialogs/VariableDialog.h"
 #include "host/dialogs/WindowsDialog.h"
 #include "host/dialogs/file_dialog.h"
@@ -180,6 +181,12 @@ window_choice CQtHost::chooseWindows(const std::vector<std::wstring>& titles)
 bool CQtHost::runListChooser(CListChooser& chooser)
 {
     CListChooserDialog window(chooser, main);
+    return window.exec() == QDialog::Accepted;
+}
+
+bool CQtHost::runPictureChooser(CPictureChooser& chooser)
+{
+    CPictureChooserDialog window(chooser, prompt_parent(main));
     return window.exec() == QDialog::Accepted;
 }
 

@@ -31,6 +31,7 @@ public:
     bool showVariableDialog(CVarListDlg& dialog) override;
     window_choice chooseWindows(const std::vector<std::wstring>& titles) override;
     bool runListChooser(CListChooser& chooser) override;
+    bool runPictureChooser(CPictureChooser& chooser) override;
     void runPageSetup(CRect& margins) override;
     void print(const print_job& job) override;
     void previewPrint(const print_job& job) override;

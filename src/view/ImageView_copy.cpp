@@ -80,6 +80,20 @@ bool CImageView::choosesVolumeCopy()
     return asksWithShift != shift || ShowOptionsDlgWithInterface("clone3dcloudopt");
 }
 
+namespace {
+
+/// An image of the document goes along, as what another one is measured against.
+void copy_with_texts(CStorageDoc& copy, const CStorageDoc& document, const SPMDataStream& stream)
+{
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i)
+        if (&document.getImage(i) == &stream) {
+            copy.AddNewImages(&stream, 1);
+            copy.copyStrings(&document, copy.getImagesNumber() - 1, i);
+        }
+}
+
+} // namespace
+
 void CImageView::OnViewClone()
 {
     CStorageDoc* const document = storageDoc();
@@ -109,6 +123,7 @@ void CImageView::OnViewClone()
     copy->copyStrings(document, document::documentTable, document::documentTable);
     copy->copyStrings(document, added, imageNumber);
     copy->copyDecorations(*document, added, imageNumber);
+    if (const SPMDataStream* const positions = getParameterStream()) copy_with_texts(*copy, *document, *positions);
     copy->SetModifiedFlag(true);
     // Who has forgotten a selection takes the part for the whole, and finds out when the whole is gone.
     const std::string part = shape_text(copy->getImage(added)), whole = shape_text(document->getImage(imageNumber));

@@ -3,6 +3,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/dialogs/Dialog.h"
 #include "platform/dialogs/ListChooser.h"
+#include "platform/dialogs/PictureChooser.h"
 #include "platform/dialogs/VarListDlg.h"
 #include "platform/files/paths.h"
 #include "platform/profile/profile_table.h"
@@ -123,6 +124,7 @@ public:
     void print(const print_job& job) override { printed.push_back(job); }
     void previewPrint(const print_job& job) override { previewed.push_back(job); }
     bool runListChooser(CListChooser& chooser) override { return onChoose && onChoose(chooser); }
+    bool runPictureChooser(CPictureChooser& chooser) override { return onPictures && onPictures(chooser); }
     void quit() override { hasQuit = true; }
     void setStatusText(const std::wstring& text) override { statusText = text; }
     void output(const std::string& line) override { outputLines.push_back(line); }
@@ -234,6 +236,7 @@ public:
     window_choice windowAnswer;
     std::vector<print_job> printed, previewed;
     std::function<bool(CListChooser&)> onChoose; ///< none: cancelled
+    std::function<bool(CPictureChooser&)> onPictures;
     bool hasQuit = false;
     std::vector<std::string> outputLines;
     std::vector<HeadlessWindow*> windows;

@@ -150,15 +150,19 @@ void CParametricCurveView::setXDataStream(unsigned number)
 bool CParametricCurveView::setXDataStream(const SPMDataStream& x)
 {
     CStorageDoc* const document = storageDoc();
-    if (!document || imageNumber >= document->getImagesNumber() || x.get_dimensions_number() != 1) return false;
+    if (!document || imageNumber >= document->getImagesNumber() || x.get_dimensions_number() != 1 ||
+        &x == &document->getImage(imageNumber))
+        return false;
+    const unsigned count = document->getImagesNumber();
     unsigned found = 0;
+    while (found < count && &document->getImage(found) != &x) ++found;
     const auto isSame = [&](const SPMDataStream& other) {
         return equal_texts(other.get_name(), x.get_name()) && equal_texts(other.get_description(), x.get_description());
     };
-    while (found < document->getImagesNumber() && (found == imageNumber || !isSame(document->getImage(found)))) ++found;
-    if (found == document->getImagesNumber()) {
+    if (found == count)
+        for (found = 0; found < count && (found == imageNumber || !isSame(document->getImage(found)));) ++found;
+    if (found == count) {
         document->AddNewImages(&x, 1);
-        found = document->getImagesNumber() - 1;
     } else if (&document->getImage(found) != &x) {
         document->pushUndo(found, true);
         document->getImage(found) = x;

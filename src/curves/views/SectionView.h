@@ -169,6 +169,8 @@ private:
     void OnCurveForceanalysis();
     void OnUpdateForceanalysis(CCmdUI& ui);
     void OnCurveHistogram();
+    void OnCurveSelectXCurve();
+    void OnUpdateSelectXCurve(CCmdUI& ui);
     void OnUpdateHistogram(CCmdUI& ui);
     void OnCurveCopydataastext();
     void OnRefresh();

@@ -6,6 +6,7 @@
 #include "curves/figures/math_function.h"
 #include "curves/figures/physical.h"
 #include "curves/figures/table_text.h"
+#include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
@@ -16,6 +17,7 @@
 #include "resources/frame_templates.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
+#include "view/frame/ImgOpSelectViewDialog.h"
 #include "view/frame/open_view.h"
 #include "view/image/picture_export.h"
 #include "view/panes/TextView.h"
@@ -37,6 +39,7 @@ bool CSectionView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {commands::structureFinite, commands::structureFinite, &view::OnCorrelation, &view::OnUpdateHasData},
         {commands::structureCyclic, commands::structureCyclic, &view::OnCorrelation, &view::OnUpdateHasData},
         {commands::histogram, &view::OnCurveHistogram, &view::OnUpdateHistogram},
+        {commands::selectX, &view::OnCurveSelectXCurve, &view::OnUpdateSelectXCurve},
         {commands::forceAnalysis, &view::OnCurveForceanalysis, &view::OnUpdateForceanalysis},
         {commands::copyData, &view::OnCurveCopydataastext, &view::OnUpdateHasData},
     };
@@ -97,6 +100,40 @@ void CSectionView::OnUpdateHistogram(CCmdUI& ui)
 void CSectionView::OnCurveHistogram()
 {
     if (CImageView* const opened = view::open_view(*this, histogramFrame)) view::show_opened(*opened);
+}
+
+namespace {
+
+/// Curves that this one can be measured against.
+CImgOpSelectViewDialog curves_for(const CImageView& view)
+{
+    const auto isCurve = [&view](CImageView& other) {
+        const CStorageDoc& document = *other.storageDoc();
+        const bool isOwn = &document == view.storageDoc() && other.getImageNumber() == view.getImageNumber();
+        return !isOwn && document.getImage(other.getImageNumber()).get_dimensions_number() == 1;
+    };
+    return {view, string_resource(texts::selectX), false, isCurve};
+}
+
+} // namespace
+
+void CSectionView::OnUpdateSelectXCurve(CCmdUI& ui)
+{
+    const SPMDataStream* const source = stream();
+    ui.Enable(source && source->get_dimensions_number() == 1 && !section.isEmpty() && view::can_open(parametricFrame) &&
+              !curves_for(*this).offered().empty());
+}
+
+/// Opens a window on this curve over another one.
+void CSectionView::OnCurveSelectXCurve()
+{
+    CImgOpSelectViewDialog dialog = curves_for(*this);
+    if (!dialog.DoModal()) return;
+    const CImageView& chosen = *dialog.selected().front();
+    auto* const opened = dynamic_cast<CParametricCurveView*>(view::open_view(*this, parametricFrame));
+    if (!opened) return;
+    opened->setXDataStream(chosen.storageDoc()->getImage(chosen.getImageNumber()));
+    view::show_opened(*opened);
 }
 
 /// A row of the active curve goes into the document's window of texts, which keeps the heading once.

@@ -24,6 +24,7 @@ class CVarListDlg;
 namespace vldv {
 
 class CListChooser;
+struct CPictureChooser;
 
 /// Icons of a message box.
 enum class message_icon { information, warning, error };
@@ -152,6 +153,8 @@ public:
     virtual window_choice chooseWindows(const std::vector<std::wstring>&) { return {}; }
     /// \return false when it was cancelled
     virtual bool runListChooser(CListChooser&) { return false; }
+    /// Until OK or Cancel. \return OK, with what was chosen in it
+    virtual bool runPictureChooser(CPictureChooser&) { return false; }
     /// Asks for paper and margins, the latter in thousandths of an inch.
     virtual void runPageSetup(CRect&) {}
     virtual void print(const print_job&) {}

@@ -6,6 +6,7 @@
 #include "document/update_hints.h"
 #include "platform/app/RuntimeClass.h"
 #include "platform/app/keys.h"
+#include "platform/dialogs/PictureChooser.h"
 #include "resources/commands.h"
 #include "support/HeadlessHost.h"
 #include "support/RecordingDC.h"
@@ -37,6 +38,7 @@ protected:
         };
         for (const CRuntimeClass& each : classes) register_runtime_class(each);
         app.AddDocTemplate(&sections);
+        app.AddDocTemplate(&pairs);
     }
     ~ParametricViewTest() override
     {
@@ -80,6 +82,7 @@ protected:
     CHeadlessHost host;
     CWinApp app{host};
     CStorageDocTemplate sections{101, "CStorageDoc", "CChildFrame", "CSectionView"};
+    CMultiDocTemplate pairs{119, "CStorageDoc", "CChildFrame", "CParametricCurveView"};
     CStorageDoc* document = nullptr;
 };
 
@@ -159,6 +162,45 @@ TEST_F(ParametricViewTest, FollowsPositionsThatAreReplacedAndUndone)
     RecordingDC dc;
     view.OnDraw(dc);
     EXPECT_EQ(view.GetDataSelection(nullptr, 0), 0);
+}
+
+TEST_F(ParametricViewTest, XIsChosenByItsPicture)
+{
+    open();
+    SPMDataStream other = made_stream("Time", {{101}}, VLAxis(0, 1, "s"), [](unsigned i) { return i * i / 2; });
+    other.set_description("Time");
+    auto* const copy = dynamic_cast<CStorageDoc*>(sections.CreateNewDocument());
+    copy->AddNewImages(&other, 1);
+    sections.setOpeningImage(0);
+    sections.InitialUpdateFrame(sections.CreateNewFrame(copy, nullptr), copy, true);
+    SPMDataStream force = document->getImage(0);
+    force.set_parameter_stream("");
+    document->getImage(0) = force;
+    CFrameWnd* const frame = sections.CreateNewFrame(document, nullptr);
+    sections.InitialUpdateFrame(frame, document, true);
+    host.pump();
+    auto& section = *dynamic_cast<CSectionView*>(frame->GetActiveView());
+    host.onPictures = [](CPictureChooser& chooser) {
+        EXPECT_EQ(chooser.title, "Select curve for X series");
+        EXPECT_EQ(chooser.entries.size(), 1u) << "neither the curve itself nor another window on it";
+        EXPECT_EQ(chooser.entries[0].size, (CSize{128, 40})) << "512 x 160";
+        EXPECT_EQ(chooser.entries[0].pixels.size(), 128u * 40u);
+        chooser.chosen = {0};
+        return true;
+    };
+    section.OnCmdMsg(commands::selectX, nullptr);
+    host.pump();
+    auto* const made = dynamic_cast<CParametricCurveView*>(app.frames().back()->GetActiveView());
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(document->getImagesNumber(), 3u) << "of another document: a copy";
+    EXPECT_STREQ(document->getImage(0).get_parameter_stream(), "Time");
+    EXPECT_EQ(made->getActiveCurve().x[100], 5000.0);
+    made->OnCmdMsg(commands::duplicate, nullptr);
+    host.pump();
+    const auto* const duplicate = dynamic_cast<CParametricCurveView*>(app.frames().back()->GetActiveView());
+    ASSERT_NE(duplicate, nullptr) << "positions go with it";
+    EXPECT_NE(duplicate->storageDoc(), document);
+    EXPECT_TRUE(duplicate->IsGood());
 }
 
 TEST_F(ParametricViewTest, WritesTablesAndShowsFigures)
