@@ -264,6 +264,15 @@ TEST_F(WorkstationTest, TheGridKeepsItsEditorsWhileValuesChange)
     dialog->activateWindow();
     settle();
     EXPECT_TRUE(first->hasFocus()) << "typing may begin at once";
+    const auto tab = [](QWidget& field, Qt::Key key) {
+        QKeyEvent press(QEvent::KeyPress, key, key == Qt::Key_Tab ? Qt::NoModifier : Qt::ShiftModifier);
+        QApplication::sendEvent(&field, &press);
+    };
+    tab(*first, Qt::Key_Tab);
+    EXPECT_TRUE(second->hasFocus());
+    EXPECT_EQ(second->selectedText(), second->text()) << "what is typed replaces it";
+    tab(*second, Qt::Key_Backtab);
+    EXPECT_TRUE(first->hasFocus());
     first->setText("21");
     first->setModified(true);
     emit first->editingFinished();

@@ -22,7 +22,8 @@ CVariableGrid::CVariableGrid(CVarListCtrl& model_, QWidget* parent) : QTableWidg
     };
     setColumnCount(2);
     setSelectionMode(NoSelection);
-    setFocusPolicy(Qt::NoFocus); // the Tab key goes from editor to editor
+    setFocusPolicy(Qt::NoFocus);
+    setTabKeyNavigation(false); // the Tab key goes from editor to editor, not from cell to cell
     verticalHeader()->hide();
     horizontalHeader()->setStretchLastSection(true);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { followFocus(now); });
