@@ -2,10 +2,13 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/document_table.h"
 #include "document/samples/unmeasured_samples.h"
+#include "formats/shared/left_out.h"
 #include "formats/shared/void_ranges.h"
 
 #include <cmath>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,12 +39,19 @@ std::size_t unmeasured_points(const CStorageDoc& document, unsigned image)
 
 namespace {
 
+void drop_texts(CStorageDoc& document, unsigned table, std::initializer_list<const char*> dropped)
+{
+    auto kept = document.strings(table);
+    const std::size_t before = kept.size();
+    for (const char* const key : dropped) kept.erase(key);
+    if (kept.size() == before) return;
+    document.clearStrings(table);
+    for (const auto& [key, text] : kept) document.setString(key.c_str(), text.c_str(), table);
+}
+
 void drop_point_counts(CStorageDoc& document, unsigned image)
 {
-    auto kept = document.strings(image);
-    if (kept.erase(keys[0]) + kept.erase(keys[1]) + kept.erase(formats::voidRangesKey) == 0) return;
-    document.clearStrings(image);
-    for (const auto& [key, text] : kept) document.setString(key.c_str(), text.c_str(), image);
+    drop_texts(document, image, {keys[0], keys[1], formats::voidRangesKey});
 }
 
 /// The first sample of the part along a dimension, as its axis starts there.
@@ -88,10 +98,27 @@ std::string void_text(std::size_t samples, std::span<const primitives::sample_ru
 
 } // namespace
 
+namespace {
+
+/// What the reader said of points not measured was of the whole.
+void drop_notes_of_points(CStorageDoc& part, unsigned table)
+{
+    const std::string notes = part.getString(formats::readerNote, table);
+    std::string kept;
+    for (const std::string_view line : base::split(notes, '\n'))
+        if (line.find(formats::unmeasuredNote) == std::string_view::npos)
+            kept = formats::with_note(kept, std::string(line));
+    if (kept.empty()) return drop_texts(part, table, {formats::readerNote});
+    part.setString(formats::readerNote, kept.c_str(), table);
+}
+
+} // namespace
+
 void keep_part_of_points(CStorageDoc& part, unsigned image, const CStorageDoc& whole, unsigned from)
 {
     const auto runs = runs_inside(part.getImage(image), whole, from);
     drop_point_counts(part, image);
+    for (const unsigned table : {image, documentTable}) drop_notes_of_points(part, table);
     if (runs.empty()) return;
     part.setString(keys[0], std::to_string(primitives::count_of(runs)).c_str(), image);
     part.setString(formats::voidRangesKey, void_text(part.getImage(image).array_length(), runs).c_str(), image);

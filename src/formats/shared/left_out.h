@@ -13,6 +13,9 @@ namespace vldv::formats {
 /// The text that tells what a reader left out or changed, a line each.
 constexpr const char* readerNote = "\\Reader note";
 
+/// What each of its lines holds that tells how many samples were not measured.
+constexpr const char* unmeasuredNote = " not measured and ";
+
 /// \return `notes` with a line more
 inline std::string with_note(const std::string& notes, const std::string& added)
 {

@@ -1,5 +1,6 @@
 #include "base/streams/stream_fitting.h"
 #include "base/text.h"
+#include "formats/shared/left_out.h"
 #include "formats/shared/stream_shape.h"
 #include "formats/shared/void_points.h"
 
@@ -23,7 +24,7 @@ void note_voids(recorded_image& image, const void_count& voids)
     image.strings["\\Void points"] = std::to_string(voids.all) + (voids.areBridged ? bridgedWords : "");
     if (const std::string told = void_ranges_text(image.stream.array_length(), voids.ranges); !told.empty())
         image.strings[voidRangesKey] = told;
-    std::string note = std::to_string(voids.all) + (isOne ? " sample was" : " samples were") + " not measured and " +
+    std::string note = std::to_string(voids.all) + (isOne ? " sample was" : " samples were") + unmeasuredNote +
                        (isOne ? "lies" : "lie") +
                        (voids.areBridged ? " on the line between measured neighbours" : " at the lowest value");
     if (voids.absurd != 0) {

@@ -378,12 +378,16 @@ TEST_F(ImageViewTest, DuplicateCopiesImageTextsAndDrawings)
 
     EXPECT_EQ(host.statusText, L"") << "it is the whole";
 
+    document->setString("\\Reader note", "6 samples were not measured and lie at the lowest value\nA unit is not known",
+                        0);
     viewAt(0)->selected = {{36, 1, SELECTION_RECTANGLE, {0, 0, 3, 1, 0, 0}}};
     viewAt(0)->OnCmdMsg(10151, nullptr);
     EXPECT_EQ(surfaces.documents().back()->GetTitle(), L"Copy 2 of a (selection)");
     for (const char* ofWhole : {"\\Void points", "\\Void samples"})
         EXPECT_FALSE(dynamic_cast<CStorageDoc&>(*surfaces.documents().back()).strings(0).contains(ofWhole))
             << "of two sub-images, and the part has one";
+    EXPECT_STREQ(dynamic_cast<CStorageDoc&>(*surfaces.documents().back()).getString("\\Reader note", 0),
+                 "A unit is not known");
     EXPECT_EQ(app.frames().back()->GetWindowText().substr(0, 25), L"*Copy 2 of a (selection)[");
     EXPECT_EQ(host.statusText, L"Only the selected part is in the copy: 3 x 1 of 4 x 3 samples");
     SPMDataStream cropped;
