@@ -125,7 +125,8 @@ bool CSectionView::OnKeyDown(unsigned key)
 {
     const int dx = (key == VK_RIGHT) - (key == VK_LEFT), dy = (key == VK_UP) - (key == VK_DOWN);
     bool isOurs = (dx != 0 || dy != 0) && moveCrossbar(dx, dy);
-    const bool hasMoved = moveAcross(0, dx) | moveAcross(1, dy);
+    bool hasMoved = moveAcross(0, dx);
+    hasMoved = moveAcross(1, dy) || hasMoved;
     if (hasMoved) OnUpdate(this, document::data_hint(imageNumber), {});
     return CImageView::OnKeyDown(key) || isOurs || hasMoved;
 }
