@@ -150,7 +150,7 @@ TEST_F(FeatureProgramTest, StepsAreToldAndReplaceThoseOfEarlierSearches)
     EXPECT_EQ(found[0]["id"], "Topo");
     expect_fields(found[1], {{"id", "step0"}, {"length", 26}});
     EXPECT_EQ(found[1]["range"][0], json({{"min", 34}, {"max", 34}})) << "64 - 29 - 1";
-    EXPECT_EQ(found[1]["strings"]["stepsearch.leftBorder"], "2") << "64 / 32";
+    EXPECT_EQ(found[1]["strings"]["stepsearch.leftBorder"], "5") << "64 / 32 to either side";
     EXPECT_TRUE(images({"steps", "t.spm", "--direction", "ltr", "-o", "none.spm"})[0]["steps"].empty());
     EXPECT_EQ(info({"none.spm"})["files"][0]["images"].size(), 1u) << "the older ones go all the same";
     const program_result text = vldv({"steps", "t.spm", "--end-row", "5"});

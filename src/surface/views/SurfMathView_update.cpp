@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
+#include "surface/figures/mask_group.h"
 #include "surface/figures/measure/measurements.h"
 #include "surface/overlay/overlay_geometry.h"
 #include "surface/views/SurfMathView.h"
@@ -123,7 +124,7 @@ void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_obje
 /// A lengthy object is the document's: when its drawings are cleared, there is nothing to go on from nor to tell of.
 void CSurfMathView::dropClearedObject()
 {
-    const bool isKept = storageDoc()->decorations(imageNumber).all().contains(surface::lengthyMaskKey);
+    const bool isKept = surface::kept_mask(&storageDoc()->decorations(imageNumber), surface::lengthyMaskKey);
     if (isKept || drawn.tracking || drawn.lengthy.path.empty()) return;
     drawn.lengthy = {};
     if (drawn.measure.thing != surface::measured_thing::lengthyObject) return;

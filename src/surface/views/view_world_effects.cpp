@@ -3,6 +3,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/FrameWnd.h"
+#include "surface/figures/mask_group.h"
 #include "surface/figures/measure/lengthy_object.h"
 #include "surface/views/SurfMathView.h"
 #include "surface/views/view_world.h"
@@ -109,8 +110,7 @@ void view_world::storeLengthyObject(std::span<const CPoint> path)
     const drawing_axes axes = drawingAxes();
     lengthy_mask mask(decorations(), axes);
     mask.add(path);
-    const VLPluginDecoration record = mask.record(axes.x, axes.y);
-    view.storageDoc()->set_decoration(lengthyMaskKey, &record, 1, DEC_IMAGE_SURFACE, view.getImageNumber());
+    store_mask(*view.storageDoc(), view.getImageNumber(), mask.record(axes.x, axes.y));
 }
 
 } // namespace vldv::surface

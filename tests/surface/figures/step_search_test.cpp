@@ -192,7 +192,10 @@ TEST(StepResults, AreImagesOfColumnsOverRows)
     ASSERT_EQ(made.get_dimension(0).length, 2u);
     EXPECT_EQ(made.get_dimension(0).get_axis(0), VLAxis(12, 3, "nm"));
     EXPECT_EQ(made.get_dimension(0).get_axis(1), VLAxis(4, 1, "line"));
-    EXPECT_STREQ(document.getString("stepsearch.leftBorder", 1), "5");
+    EXPECT_STREQ(document.getString("stepsearch.leftBorder", 1), "11") << "5 to either side of the middle";
+    EXPECT_STREQ(document.getString("stepsearch.start_row", 1), "1") << "rows count from 1";
+    EXPECT_STREQ(document.getString("stepsearch.end_row", 1), "10");
+    EXPECT_STREQ(document.getString("stepsearch.invert", 1), "Right to Left");
     const auto forward = surface::make_step_stream(steps[0], 3, steps_direction::leftToRight, 20, {}, {});
     EXPECT_EQ(static_cast<const short*>(forward.array_data())[0], 7);
     surface::step_mask mask(steps, {20, 10});

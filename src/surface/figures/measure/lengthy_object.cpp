@@ -1,5 +1,6 @@
 #include "surface/figures/measure/lengthy_object.h"
 
+#include "surface/figures/mask_group.h"
 #include "surface/figures/measure/ridge_path.h"
 
 namespace vldv::surface {
@@ -7,13 +8,6 @@ namespace vldv::surface {
 namespace {
 
 constexpr std::uint32_t maskColor = 0x00FF00, customColorIndex = 6;
-
-const document::decoration* kept_mask(const document::decorations* kept)
-{
-    if (!kept) return nullptr;
-    const auto group = kept->all().find(lengthyMaskKey);
-    return group == kept->all().end() || group->second.members.empty() ? nullptr : &group->second.members.front();
-}
 
 } // namespace
 
@@ -42,7 +36,7 @@ lengthy_trace finished(const lengthy_trace& trace, double radius)
 
 lengthy_mask::lengthy_mask(const document::decorations* kept, const drawing_axes& axes) : sample_mask(axes.image)
 {
-    const document::decoration* const mask = kept_mask(kept);
+    const document::decoration* const mask = kept_mask(kept, lengthyMaskKey);
     if (!mask || mask->elements.empty() || mask->coordinates.size() < 4) return;
     const document::decoration::element& before = mask->elements.front();
     const CSize size{static_cast<int>(before.width), static_cast<int>(before.height)};

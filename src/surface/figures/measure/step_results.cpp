@@ -1,6 +1,8 @@
 #include "surface/figures/measure/step_results.h"
 
+#include "base/SPMVarList.h"
 #include "base/text.h"
+#include "surface/figures/measure/step_variables.h"
 
 #include <string_view>
 
@@ -22,17 +24,6 @@ step_mask::step_mask(const std::deque<surface_step>& steps, CSize image_) : samp
 VLPluginDecoration step_mask::record(const VLAxis& x, const VLAxis& y)
 {
     return sample_mask::record(x, y, stepsMaskName, maskColorIndex, 0);
-}
-
-std::vector<std::pair<std::string, std::string>> step_variables(const step_settings& settings)
-{
-    return {{"stepsearch.invert", std::to_string(static_cast<int>(settings.direction))},
-            {"stepsearch.threshold", base::shortest(settings.threshold)},
-            {"stepsearch.leftBorder", std::to_string(settings.leftBorder)},
-            {"stepsearch.search_rows", std::to_string(settings.searchRows)},
-            {"stepsearch.gap", std::to_string(settings.gap)},
-            {"stepsearch.start_row", std::to_string(settings.startRow)},
-            {"stepsearch.end_row", std::to_string(settings.endRow)}};
 }
 
 SPMDataStream make_step_stream(const surface_step& step, unsigned number, steps_direction direction, int width,
@@ -59,10 +50,19 @@ SPMDataStream make_step_stream(const surface_step& step, unsigned number, steps_
     return stream;
 }
 
-void remove_step_images(CStorageDoc& document)
+std::vector<unsigned> step_images(const CStorageDoc& document, unsigned kept)
 {
-    for (unsigned image = document.getImagesNumber(); image-- > 0;)
-        if (std::string_view(document.getImage(image).get_name()).starts_with("step")) document.RemoveImage(image);
+    std::vector<unsigned> found;
+    for (unsigned image = 0; image < document.getImagesNumber(); ++image)
+        if (image != kept && std::string_view(document.getImage(image).get_name()).starts_with("step"))
+            found.push_back(image);
+    return found;
+}
+
+void remove_step_images(CStorageDoc& document, unsigned kept)
+{
+    const std::vector<unsigned> found = step_images(document, kept);
+    for (auto image = found.rbegin(); image != found.rend(); ++image) document.RemoveImage(*image);
 }
 
 unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
@@ -70,11 +70,15 @@ unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque
 {
     const int width = static_cast<int>(document.getImage(image).get_dimension(0).length);
     const VLAxis x = document.getAxis(image, axisX, 0), y = document.getAxis(image, axisY, 1);
+    const int height = static_cast<int>(document.getImage(image).get_dimension(1).length);
+    const std::vector<SPMVar> variables = step_variables(settings, {width, height});
+    SPMVarList list;
+    list.set_variables(variables.data(), static_cast<unsigned>(variables.size()));
     unsigned number = firstNumber;
     for (const surface_step& step : steps) {
         const SPMDataStream stream = make_step_stream(step, number++, settings.direction, width, x, y);
         document.AddNewImages(&stream, 1);
-        for (const auto& [name, value] : step_variables(settings))
+        for (const auto& [name, value] : shown_values(list))
             document.setString(name.c_str(), value.c_str(), document.getImagesNumber() - 1);
     }
     return number;

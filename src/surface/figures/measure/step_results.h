@@ -5,8 +5,7 @@
 #include "surface/figures/sample_mask.h"
 #include "vldv_api.h"
 
-#include <string>
-#include <utility>
+#include <deque>
 #include <vector>
 
 namespace vldv::surface {
@@ -20,18 +19,21 @@ public:
     VLPluginDecoration record(const VLAxis& x, const VLAxis& y);
 };
 
-/// The settings as the dialog's variables, name and value.
-std::vector<std::pair<std::string, std::string>> step_variables(const step_settings& settings);
-
 /// The columns of a step along the rows, over axes like those of its image and over lines: "step0" for number 0. Steps
 /// that are met from the right count their columns from there.
 /// \param width  columns of the image
 SPMDataStream make_step_stream(const surface_step& step, unsigned number, steps_direction direction, int width,
                                const VLAxis& x, const VLAxis& y);
 
-/// Removes what earlier searches left: the images whose names begin with "step".
-VLDV_INTERNAL_API void remove_step_images(CStorageDoc& document);
-/// Appends an image for each step of an image, numbered from `firstNumber`; the settings become its strings.
+inline constexpr unsigned noImage = unsigned(-1);
+
+/// What earlier searches left: the images whose names begin with "step", in rising order.
+/// \param kept  is none of them, whatever its name
+VLDV_INTERNAL_API std::vector<unsigned> step_images(const CStorageDoc& document, unsigned kept = noImage);
+/// Removes them, the last one first.
+VLDV_INTERNAL_API void remove_step_images(CStorageDoc& document, unsigned kept = noImage);
+/// Appends an image for each step of an image, numbered from `firstNumber`; the settings, as people are shown them,
+/// become its strings.
 /// \param axisX, axisY  axes of the image that the columns and the rows are measured with
 /// \return the number that follows
 VLDV_INTERNAL_API unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,

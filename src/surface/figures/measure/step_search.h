@@ -23,6 +23,7 @@ struct VLDV_INTERNAL_API step_settings {
 
     /// What the dialog proposes for an image: parts of its sides, halves up.
     static step_settings proposed(int width, int height) noexcept;
+    bool operator==(const step_settings&) const = default;
 };
 
 /// A place of a step.
