@@ -36,6 +36,15 @@ std::string capitalised(std::string text)
     return text;
 }
 
+/// The group tells the rows of a list apart: not all of them are in it.
+bool tells_apart(const SPMVarList& list, std::string_view group)
+{
+    const std::string begin = std::string(group) + '.';
+    return !std::ranges::all_of(list.all(), [&begin](const SPMVar& each) {
+        return !*each.get_description() || std::string_view(each.get_name()).starts_with(begin);
+    });
+}
+
 /// Names of the groups around a variable, the outermost first.
 std::vector<std::string> groups_of(const SPMVarList& list, std::string_view name, std::string_view label)
 {
@@ -47,6 +56,7 @@ std::vector<std::string> groups_of(const SPMVarList& list, std::string_view name
         const unsigned index = list.get_var_i(name.substr(0, dot));
         begin = dot + 1;
         const bool isVariable = index < list.get_size();
+        if (!tells_apart(list, name.substr(0, dot))) continue;
         const SPMVar& group = list.get_var(index);
         if (holds_words(label, words) || (isVariable && group.type == SPM_VAR_NONE)) continue;
         const std::string own = isVariable ? group.get_description() : "";

@@ -31,4 +31,16 @@ TEST(OptionGroup, EveryRowReadsByItself)
         EXPECT_EQ(base::grouped_label(list, list.get_var(i)), rows[i].label) << rows[i].declaration;
 }
 
+TEST(OptionGroup, AGroupOfAllRowsTellsNothing)
+{
+    std::vector<SPMVar> variables;
+    for (const char* const each : {"search.gap(Gap),int", "search.hidden,int", "search.row.first(First),int"})
+        variables.emplace_back().Init(each);
+    variables.emplace_back().Init("unlabelled,int");
+    SPMVarList list;
+    list.set_variables(variables.data(), static_cast<unsigned>(variables.size()));
+    EXPECT_EQ(base::grouped_label(list, list.get_var(0u)), "Gap");
+    EXPECT_EQ(base::grouped_label(list, list.get_var(2u)), "Row: First");
+}
+
 } // namespace
