@@ -16,6 +16,8 @@ public:
     virtual const char* viewKind() const { return ""; }
     /// Image that gives the X values of a view of pairs.
     virtual void setXDataStream(unsigned) {}
+    /// An image is gone and later ones have moved up; called before the view's own number follows.
+    virtual void imageRemoved(unsigned) {}
     /// Closes the window around the view; the view leaves its document before this returns.
     virtual void closeFrame() = 0;
 

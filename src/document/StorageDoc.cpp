@@ -219,6 +219,7 @@ void CStorageDoc::RemoveImage(unsigned image)
     std::vector<IImageBoundView*> renumbered;
     for (CView* view : views()) {
         auto* bound = dynamic_cast<IImageBoundView*>(view);
+        if (bound) bound->imageRemoved(image);
         if (!bound || bound->getImageNumber() <= image) continue;
         bound->setImageNumber(bound->getImageNumber() - 1);
         renumbered.push_back(bound);

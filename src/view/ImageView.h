@@ -80,6 +80,17 @@ public:
     /// A dialog that works on this view's image is open.
     virtual bool isOperationOpen() const { return false; }
 
+    /// Runs the dialog of a built-in operation. The variables begin with what the profile keeps of them and come back
+    /// as the user left them, which the profile keeps; cancelling changes nothing.
+    /// \param name      of the layout, an interface file, and below "Plugins" of the profile's section
+    /// \param handler   told of each change, and once before the first; may be null
+    /// \param commands  told of the layout's buttons; may be null
+    /// \param asks      false: what is kept counts, and no dialog is shown
+    /// \param exclude   names that the profile does not keep, closed by a null pointer; null for none
+    /// \return false when it was cancelled
+    bool CallParametersDialog(SPMVar* vars, unsigned count, const char* name, SPMVarListHandler* handler,
+                              CVarListDlgHandler* commands, bool asks, const char** exclude);
+
     // Seams and framework
     unsigned getImageNumber() const override { return imageNumber; }
     void setImageNumber(unsigned image_) override { imageNumber = image_; }

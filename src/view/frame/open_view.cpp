@@ -25,7 +25,7 @@ bool can_open(unsigned templateId)
     return maker && find_runtime_class(maker->viewClass());
 }
 
-CImageView* open_view(CImageView& from, unsigned templateId)
+CImageView* open_view_of(CImageView& from, unsigned image, unsigned templateId)
 {
     if (!from.GetDocument() || !can_open(templateId)) return nullptr;
     CDocTemplate& maker = *template_of(templateId);
@@ -36,10 +36,17 @@ CImageView* open_view(CImageView& from, unsigned templateId)
         frame->DestroyFrame();
         return nullptr;
     }
-    opened->setImageNumber(from.getImageNumber());
-    opened->setSubImageNumber(from.getSubImageNumber());
     // The image is chosen first: options list the axes of the image that is shown.
+    opened->setImageNumber(image);
     opened->CDCView::LoadOptions(nullptr);
+    return opened;
+}
+
+CImageView* open_view(CImageView& from, unsigned templateId)
+{
+    CImageView* const opened = open_view_of(from, from.getImageNumber(), templateId);
+    if (!opened) return nullptr;
+    opened->setSubImageNumber(from.getSubImageNumber());
     opened->SetParentView(&from);
     return opened;
 }

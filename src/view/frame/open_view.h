@@ -11,6 +11,8 @@ bool can_open(unsigned templateId);
 /// child of `from`; not yet shown, so that the caller can tell it more.
 /// \return null when it cannot be opened, with nothing left behind
 CImageView* open_view(CImageView& from, unsigned templateId);
+/// The same on another image of its document, and no child of `from`.
+CImageView* open_view_of(CImageView& from, unsigned image, unsigned templateId);
 /// Gives the view its first update and shows its frame.
 void show_opened(CImageView& opened);
 

@@ -8,6 +8,12 @@ class CImageView;
 
 namespace vldv {
 
+/// Where the step comes from that a section shows.
+struct step_origin {
+    unsigned step_image_index = 0; ///< image in which it was found
+    bool step_invert = false;      ///< values are columns of that image, else columns counted from its right end
+};
+
 /// A section or line profile as the surface under it sees it. Points are samples of the section's own image.
 class VLDV_API ISection {
 public:
@@ -30,6 +36,8 @@ public:
     /// \param under   draws what `line` leaves out
     virtual void drawOn(CImageView& surface, CDC& dc, int shadow, int size, const CPen& line, const CPen& under,
                         bool withMarks) = 0;
+    /// The section shows a step, and its crossbar leads a profile of the image that the step was found in.
+    virtual void setStepOrigin(const step_origin&) {}
 
 protected:
     ~ISection() = default;

@@ -9,6 +9,8 @@
 #include "view/image/VolumeSource.h"
 #include "view/view_fixture.h"
 
+#include <array>
+
 namespace {
 
 /// Views of the shapes, which count what reaches them; the first selection is what the test sets.
@@ -179,6 +181,47 @@ TEST_F(ImageViewTest, TheShapeOfAnImageChoosesItsView)
     EXPECT_EQ(app.frames().size(), before) << "it has one";
     while (!app.frames().empty()) app.frames().back()->DestroyFrame();
     EXPECT_TRUE(surfaces.documents().empty()) << "the document closes with its last view";
+}
+
+struct told_values : SPMVarListHandler {
+    void OnFireVariableChange(int, const SPMVarList* list) override { seen.push_back((*list)["depth"]); }
+    std::vector<int> seen;
+};
+
+TEST_F(ImageViewTest, ParametersOfAnOperationAreKeptButForThoseThatAreNot)
+{
+    open({stream_of("surface", {4, 3})});
+    CImageView& view = *viewAt(0);
+    const auto declared = [] {
+        std::array<SPMVar, 2> made;
+        made[0].Init("depth(Depth),int,0,9");
+        made[1].Init("place(Place),int,0,9");
+        return made;
+    };
+    const char* unkept[] = {"place", nullptr};
+    told_values told;
+    const auto call = [&](std::array<SPMVar, 2>& vars, bool asks, int result) {
+        host.onDialog = [result](CVarListDlg& dialog) {
+            EXPECT_EQ(dialog.layout().buttons.size(), 5u) << "the built-in layout: there is no file of that name";
+            dialog.edit(0, "5");
+            dialog.edit(1, "6");
+            dialog.EndDialog(result);
+        };
+        return view.CallParametersDialog(vars.data(), 2, "NoSuchLayout", &told, nullptr, asks, unkept);
+    };
+    std::array<SPMVar, 2> cancelled = declared(), accepted = declared(), again = declared();
+    EXPECT_FALSE(call(cancelled, true, CVarListDlg::resultCancel));
+    EXPECT_EQ(int(cancelled[0]), 0);
+    EXPECT_TRUE(host.keys("Plugins\\NoSuchLayout").empty());
+    EXPECT_TRUE(call(accepted, true, CVarListDlg::resultOk));
+    EXPECT_EQ(int(accepted[0]), 5);
+    EXPECT_EQ(int(accepted[1]), 6);
+    EXPECT_EQ(host.keys("Plugins\\NoSuchLayout"), std::vector<std::string>{"depth"});
+    EXPECT_TRUE(call(again, false, CVarListDlg::resultOk));
+    EXPECT_EQ(host.dialogs, 2) << "the last call asked nothing";
+    EXPECT_EQ(int(again[0]), 5);
+    EXPECT_EQ(int(again[1]), 0);
+    EXPECT_EQ(told.seen, (std::vector<int>{0, 5, 5, 0, 5, 5, 5})) << "once before, then both edits";
 }
 
 TEST_F(ImageViewTest, FailuresOfOpeningShowTheirTexts)
