@@ -171,6 +171,12 @@ void CSectionView::OnActivateView(bool activates, CView* entered, CView* left)
     CImageView::OnActivateView(activates, entered, left);
 }
 
+void CSectionView::OnFrameClosed()
+{
+    steps.cut();
+    CImageView::OnFrameClosed();
+}
+
 void CSectionView::tellSurfaces()
 {
     const SPMDataStream* const source = stream();

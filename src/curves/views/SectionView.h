@@ -6,6 +6,7 @@
 #include "curves/figures/force/force_curve_stats.h"
 #include "curves/figures/profile.h"
 #include "curves/figures/trend_line.h"
+#include "curves/views/step_link.h"
 #include "view/ImageView.h"
 #include "view/image/SectionSource.h"
 #include "vldv_api.h"
@@ -46,6 +47,9 @@ public:
     const std::wstring& getSpectrumText() const noexcept { return spectrumLine; }
     /// The curves alone, where they stand in the window.
     void drawCurvesOn(CDC& dc) const { drawCurves(dc, displayRect.TopLeft(), false); }
+    /// Puts the crossbar's upright line at a share of the curve, as the other end of a link does.
+    void putCrossbar(double share);
+    vldv::curves::step_link& stepLink() noexcept { return steps; }
     /// Applies a function to all curves and opens what it gives as a document.
     void CallMathFunction(vldv::curves::curve_function function, void* parameter);
 
@@ -60,6 +64,7 @@ public:
     void reloadSection() override;
     void drawOn(CImageView& surface, CDC& dc, int shadow, int size, const CPen& line, const CPen& under,
                 bool withMarks) override;
+    void setStepOrigin(const vldv::step_origin& origin) override { steps.setOrigin(origin); }
 
     // What the base asks
     unsigned getSourceWidth() override { return static_cast<unsigned>(displaySize.cx); }
@@ -80,6 +85,8 @@ public:
 
     void OnUpdate(CView* sender, std::uint32_t hint, const vldv::hint_object& object) override;
     void OnActivateView(bool activates, CView* entered, CView* left) override;
+    void imageRemoved(unsigned removed) override { steps.imageRemoved(removed); }
+    void OnFrameClosed() override;
     void OnSize(CSize size) override;
     void OnTimer(unsigned id) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
@@ -158,6 +165,7 @@ private:
     void invalidateMark(int mark);
     void SetDefaultCursor();
     bool moveCrossbar(int dx, int dy);
+    void update_step_data() { steps.crossbarMoved(); }
     bool moveAcross(int side, int by);
     void drawMarkOn(const CImageView& surface, CDC& dc, int mark, int size) const;
     std::string marksText() const;
@@ -185,6 +193,7 @@ private:
     vldv::curves::trend_line trend;
     force_curve_stats stats;
     std::wstring text, spectrumLine;
+    vldv::curves::step_link steps{*this};
     CSize displaySize{512, 160};
     bool isSizing = false;
 };

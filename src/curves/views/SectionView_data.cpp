@@ -71,6 +71,7 @@ void CSectionView::LoadData()
     }
     if (isOptionOn("ShowTrendLine")) fill_trend_line_data();
     RefreshDisplay();
+    steps.loaded();
 }
 
 bool CSectionView::hasForceFigures() const

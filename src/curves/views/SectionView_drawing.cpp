@@ -78,7 +78,7 @@ void CSectionView::measurePane()
 
 void CSectionView::DoRefreshDisplay(bool quick)
 {
-    if (section.isEmpty()) return;
+    if (section.isEmpty() || !stream()) return; // a window that closes is still sized and timed
     fitFixedScale();
     CountDisplayRect();
     measurePane();

@@ -58,7 +58,10 @@ void CSectionView::OnMouseMove(unsigned flags, CPoint point)
         return SetDefaultCursor();
     }
     invalidateMark(marks.dragged);
-    if (marks.move(marks.dragged, point, panes())) marksMoved(marks.dragged);
+    if (marks.move(marks.dragged, point, panes())) {
+        marksMoved(marks.dragged);
+        if (marks.dragged == curves::positionMark) update_step_data();
+    }
     SetDefaultCursor();
 }
 
@@ -104,7 +107,15 @@ bool CSectionView::moveCrossbar(int dx, int dy)
     if (dy != 0)
         marks[curves::levelMark].y = stepped(marks[curves::levelMark].y, std::max(displayRect.Width() - 1, 1), dy);
     for (const int mark : {curves::positionMark, curves::levelMark}) marksMoved(mark);
+    if (dx != 0) update_step_data();
     return true;
+}
+
+void CSectionView::putCrossbar(double share)
+{
+    invalidateMark(curves::positionMark);
+    marks[curves::positionMark].x = share;
+    marksMoved(curves::positionMark);
 }
 
 /// The section walks through the image across its own direction. \return it did
