@@ -210,6 +210,8 @@ private:
     void OnCalibrationCurve();
     void OnUpdateCalibrationCurve(CCmdUI& ui);
     void OnResample();
+    void OnFindSteps();
+    void OnUpdateFindSteps(CCmdUI& ui);
     void OnRememberPalette();
     void OnUpdateRememberPalette(CCmdUI& ui);
 

@@ -56,6 +56,7 @@ bool CSurfMathView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {commands::resolution, &view_class::OnResolution, &view_class::OnUpdateHasSamples},
         {commands::calibrationCurve, &view_class::OnCalibrationCurve, &view_class::OnUpdateCalibrationCurve},
         {commands::resample, &view_class::OnResample, &view_class::OnUpdateHasSamples},
+        {commands::findSteps, &view_class::OnFindSteps, &view_class::OnUpdateFindSteps},
         {commands::firstMarkStyle, commands::lastMarkStyle, &view_class::OnMarkStyle, &view_class::OnUpdateMarkStyle},
     };
     return dispatch_command<CSurfMathView>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);

@@ -9,6 +9,7 @@
 #include "surface/views/dialogs/decoration_file.h"
 #include "surface/views/dialogs/resampling_dialog.h"
 #include "surface/views/dialogs/resolution_dialog.h"
+#include "surface/views/steps_search_context.h"
 #include "surface/views/zoom_window.h"
 #include "view/frame/open_view.h"
 #include "view/image/SectionSource.h"
@@ -168,3 +169,6 @@ void CSurfMathView::OnResample()
     const auto chosen = [this](const char* option) { return static_cast<unsigned>(intOption(option)); };
     surface::run_resample(*storageDoc(), imageNumber, chosen("AxisX"), chosen("AxisY"), this);
 }
+
+void CSurfMathView::OnFindSteps() { steps_search_context(*this).run(); }
+void CSurfMathView::OnUpdateFindSteps(CCmdUI& ui) { ui.Enable(hasSamples() && stream()->get_dimensions_number() == 2); }
