@@ -59,7 +59,9 @@ bool has_own_ending(std::string_view fileName) noexcept
 {
     // What a Macintosh leaves beside a file on a disk of others has its name behind two signs.
     if (fileName.starts_with("._")) return false;
-    // Of the table's patterns those that no other program's files have: no text, picture, .par, .img, .stp or .hdf.
+    // Of the table's patterns those that no other program's files have: no text, picture, .par, .img, .stp or .hdf. The
+    // last ending counts: "scan.jpk-force-0-0.png" is a picture.
+    fileName.remove_prefix(std::min(fileName.rfind('.'), fileName.size()));
     return any_pattern_matches(
         "*.spm;*.00?;*.di;*.pfc;*.jpk;*.jpk-*;*.tmd;*.sm2;*.tlk;*.mdt;*.bcr;*.bcrf;*.ibw;*.wip;*.nid;"
         "*.ezd;*.pni;*.sur;*.aist;*.opd",

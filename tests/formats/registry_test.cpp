@@ -49,6 +49,23 @@ TEST(Registry, PatternsMatchFileNames)
         EXPECT_EQ(formats::pattern_matches(pattern, name), matches) << pattern << " " << name;
 }
 
+TEST(Registry, TheLastEndingTellsRecordings)
+{
+    const std::pair<const char*, bool> rows[] = {
+        {"scan.jpk", true},
+        {"a.b.jpk-force-map", true},
+        {"scan.001", true},
+        {"SCAN.SPM", true},
+        {"scan.jpk-force.png", false},
+        {"map.jpk-qi-data-4-0.svg", false},
+        {"scan.001.txt", false},
+        {"._scan.spm", false},
+        {"jpk-force", false},
+        {"", false},
+    };
+    for (const auto& [name, isOwn] : rows) EXPECT_EQ(formats::has_own_ending(name), isOwn) << name;
+}
+
 TEST(Registry, TheContentDecidesWhateverTheNameSays)
 {
     EXPECT_EQ(type_of("\\*File list\r\n\\Version: 0x05120000\r\n", "picture.bmp"), FILE_NANOSCOPE);
