@@ -5,9 +5,12 @@
 #include "paint/raster/raster_surface.h"
 #include "paint/raster/stretch.h"
 #include "paint/raster/wide_line.h"
+#include "paint/shape_clip.h"
 #include "platform/draw/DC.h"
 
+#include <QFontMetricsF>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <cmath>
 
@@ -123,7 +126,10 @@ QImage changed_pixels(const QImage& before, const QImage& after)
 
 } // namespace
 
-page_surface::page_surface(QPainter& painter_) : painter(painter_) {}
+page_surface::page_surface(QPainter& painter_)
+    : painter(painter_), isSvg(painter_.paintEngine()->type() == QPaintEngine::SVG)
+{
+}
 
 CSize page_surface::size() const { return {painter.device()->width(), painter.device()->height()}; }
 
@@ -170,17 +176,19 @@ void page_surface::onPicture(const platform::dc_state& state, const CRect& bound
     draw(std::nullopt, [place, image = changed_pixels(before, after)](QPainter& on) { on.drawImage(place, image); });
 }
 
-void page_surface::strokePath(const platform::dc_state& state, const QPainterPath& path)
+void page_surface::strokePath(const platform::dc_state& state, const QPainterPath& whole)
 {
     if (state.pen.isNull()) return;
+    const QPainterPath path = isSvg && state.clip ? lines_inside(whole, region_of(*state.clip)) : whole;
+    if (path.isEmpty()) return;
     const raster_op op = raster_op_of(state.rop2);
     const device_pen device = device_pen_of(state.pen, scale_of(state), 1.0);
     if (device.showsGaps && state.backMode == OPAQUE) {
         CPen solid = state.pen;
         solid.style &= ~std::uint32_t{PS_STYLE_MASK};
-        device_pen whole = device;
-        whole.pattern.clear();
-        draw(state.clip, [path, pen = pen_of(solid, whole, color_by(op, state.backColor))](QPainter& on) {
+        device_pen plain = device;
+        plain.pattern.clear();
+        draw(state.clip, [path, pen = pen_of(solid, plain, color_by(op, state.backColor))](QPainter& on) {
             on.strokePath(path, pen);
         });
     }
@@ -189,15 +197,25 @@ void page_surface::strokePath(const platform::dc_state& state, const QPainterPat
     });
 }
 
-void page_surface::fillPath(const platform::dc_state& state, const QPainterPath& path, const fill_tool& tool)
+void page_surface::fillPath(const platform::dc_state& state, const QPainterPath& whole, const fill_tool& tool)
 {
     const bool asksBrush = tool.op.readsSource();
     if (asksBrush && tool.brush.kind == CBrush::fill::none) return;
+    const QPainterPath path = isSvg && state.clip ? area_inside(whole, region_of(*state.clip)) : whole;
+    if (path.isEmpty()) return;
     const bool isHatch = asksBrush && tool.brush.kind == CBrush::fill::hatch;
     if (isHatch && state.backMode == OPAQUE)
         draw(state.clip,
              [path, color = color_by(tool.op, state.backColor)](QPainter& on) { on.fillPath(path, color); });
-    const QBrush brush(color_by(tool.op, tool.brush.color), isHatch ? style_of(tool.brush.hatch) : Qt::SolidPattern);
+    const QColor color = color_by(tool.op, tool.brush.color);
+    if (isHatch && isSvg) {
+        const QPointF origin(state.brushOrigin.x, state.brushOrigin.y);
+        draw({}, [stripes = hatch_inside(path, tool.brush.hatch, origin), color](QPainter& on) {
+            on.fillPath(stripes, color);
+        });
+        return;
+    }
+    const QBrush brush(color, isHatch ? style_of(tool.brush.hatch) : Qt::SolidPattern);
     draw(state.clip, [path, brush, origin = QPoint(state.brushOrigin.x, state.brushOrigin.y)](QPainter& on) {
         on.setBrushOrigin(origin);
         on.fillPath(path, brush);
@@ -286,6 +304,12 @@ void page_surface::pixels(const platform::dc_state& state, const blit& picture)
 void page_surface::text(const platform::dc_state& state, const text_run& run)
 {
     const QColor color = QColor::fromRgb(QRgb(pixel_of(state.textColor)));
+    if (isSvg && state.clip) {
+        // Text that an edge runs through stays whole.
+        const QTransform turn = QTransform::fromTranslate(run.at.x, run.at.y).rotate(run.angle);
+        const QRectF place = turn.mapRect(QFontMetricsF(run.font).boundingRect(run.text));
+        if (!region_of(*state.clip).intersects(place.toAlignedRect())) return;
+    }
     draw(state.clip,
          [text = run.text, font = run.font, color, angle = run.angle, at = QPointF(run.at.x, run.at.y)](QPainter& on) {
              on.translate(at);

@@ -35,12 +35,13 @@ private:
     using drawing = std::function<void(QPainter&)>;
 
     void draw(const std::optional<CRgn>& clip, drawing what);
-    void fillPath(const platform::dc_state& state, const QPainterPath& path, const fill_tool& tool);
-    void strokePath(const platform::dc_state& state, const QPainterPath& path);
+    void fillPath(const platform::dc_state& state, const QPainterPath& whole, const fill_tool& tool);
+    void strokePath(const platform::dc_state& state, const QPainterPath& whole);
     void onPicture(const platform::dc_state& state, const CRect& bounds,
                    const std::function<void(raster_surface&)>& operation);
 
     QPainter& painter;
+    bool isSvg; ///< as the toolkit writes it: without a clip, and with patterns that few viewers show
     std::vector<drawing> drawn;
 };
 
