@@ -2,13 +2,13 @@
 #include "document/ImageBoundView.h"
 #include "document/StorageDocTemplate.h"
 #include "document/history/DocumentHold.h"
+#include "document/measuring_image.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 
-#include <optional>
 #include <set>
 
 using namespace vldv;
@@ -29,22 +29,10 @@ std::set<std::string> parameter_names(const CStorageDoc& document)
     return names;
 }
 
-/// The other image that this one is measured against.
-std::optional<unsigned> measuring_image(const CStorageDoc& document, unsigned image)
-{
-    const std::string name = text_of(document.getImage(image).get_parameter_stream());
-    for (unsigned i = 0; !name.empty() && i < document.getImagesNumber(); ++i)
-        if (i != image && name == document.getImage(i).get_name()) return i;
-    return std::nullopt;
-}
-
 bool parametrises_another(const CStorageDoc& document, unsigned image, const std::set<std::string>& parameters)
 {
-    const char* const name = document.getImage(image).get_name();
-    if (!parameters.contains(name)) return false; // so that a file of many images is not looked through for each
-    for (unsigned i = 0; i < document.getImagesNumber(); ++i)
-        if (i != image && text_of(document.getImage(i).get_parameter_stream()) == name) return true;
-    return false;
+    // A file of many images is not looked through for each.
+    return parameters.contains(document.getImage(image).get_name()) && document::measures_another(document, image);
 }
 
 bool is_quick_view(const CView* view)
@@ -101,7 +89,7 @@ CStorageDocTemplate::shape_view CStorageDocTemplate::viewFor(const CStorageDoc& 
     const unsigned count = stream.get_dimensions_number();
     if (holds_undrawn_type(stream)) return {};
     constexpr const char* parametricView = "CParametricCurveView";
-    if (count == 1 && find_runtime_class(parametricView) && measuring_image(document, openingImage))
+    if (count == 1 && find_runtime_class(parametricView) && document::measuring_image(document, openingImage))
         return {parametricView, parametricFrame};
     return viewFor(count);
 }
@@ -143,7 +131,7 @@ CFrameWnd* CStorageDocTemplate::CreateNewFrame(CDocument* document, CFrameWnd* o
     if (auto* const bound = dynamic_cast<IImageBoundView*>(frame->GetActiveView())) {
         bound->setImageNumber(openingImage);
         if (frame->menuId() == parametricFrame && storage)
-            bound->setXDataStream(*measuring_image(*storage, openingImage));
+            bound->setXDataStream(*document::measuring_image(*storage, openingImage));
         bound->LoadOptions();
     }
     return frame;
