@@ -5,16 +5,23 @@
 
 namespace vldv::cli {
 
+/// What a picture shows an image in; `automatic` is what its window would open as.
+enum class picture_view { automatic, surface, section, spectrum, parametric };
+
 /// What `vldv render` was asked for.
 struct picture_options {
     std::vector<std::string> files;
     std::string output;
-    int image = -1, sub = -1;      ///< -1: all
+    int image = -1, sub = -1; ///< -1: all
+    picture_view view = picture_view::automatic;
+    std::string points;                ///< of a section, as `parse_points` takes them
+    std::vector<std::string> settings; ///< "NAME=VALUE" of options of the view
+    bool statistics = false;
     std::string palette = "brown"; ///< as `choose_palette` takes it
     int mode = 1;                  ///< of the scale: 0 fixed, 1 auto, 2 line, 3 line with planefit
     bool inverse = false, highlight = false, absolute = false;
     std::string roi, fixed, size;
-    std::string legend; ///< "full", "compact" or none
+    std::string legend; ///< "full", "compact", "none", or empty
 };
 
 struct fixed_window {

@@ -1,24 +1,21 @@
-// vldv render: pictures of surfaces, the right way up.
+// vldv render: pictures of surfaces, the right way up, and of curves.
 #include "base/text.h"
-#include "cli/choice/image_part.h"
 #include "cli/choice/number_limits.h"
 #include "cli/choice/palette_choice.h"
 #include "cli/choice/text_check.h"
+#include "cli/choice/view_settings.h"
 #include "cli/choice/word_choice.h"
 #include "cli/commands.h"
 #include "cli/output/failure_text.h"
 #include "cli/output/output_names.h"
 #include "cli/output/standard_streams.h"
 #include "cli/output/terminal.h"
-#include "cli/results/legend_picture.h"
+#include "cli/results/curve_source.h"
+#include "cli/results/plain_picture.h"
+#include "cli/results/window_picture.h"
 #include "cli/session.h"
-#include "document/samples/rising_heights.h"
-#include "document/samples/unmeasured_samples.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
-#include "view/Scale.h"
-#include "view/scale/render.h"
-#include "view/scale/render_step.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -31,95 +28,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The surfaces that were asked for; `skipped` tells what was asked for and is none.
-std::vector<surface_number> surfaces(const CStorageDoc& document, const picture_options& options, std::string& skipped)
+/// Puts a picture where it goes. \return empty, or why there is none
+std::string put(const output::picture_bytes& encoded, const fs::path& path)
 {
-    std::vector<surface_number> found;
-    for (unsigned image = 0; image < document.getImagesNumber(); ++image) {
-        if (options.image >= 0 && image != static_cast<unsigned>(options.image)) continue;
-        if (document.getImage(image).get_dimensions_number() != 2 || !document.isImageOk(image)) {
-            if (options.image >= 0) skipped = base::formatted("image %u is no surface", image);
-            continue;
-        }
-        for (unsigned sub = 0; sub < document.getSubImagesNumber(image); ++sub)
-            if (options.sub < 0 || sub == static_cast<unsigned>(options.sub)) found.push_back({image, sub});
-    }
-    if (found.empty() && skipped.empty() && (options.image >= 0 || options.sub >= 0))
-        skipped = "there is no such image or sub-image";
-    return found;
-}
-
-/// The pixels of a surface: row 0 is the lowest of the surface and the last of the picture.
-struct plain_picture {
-    std::vector<std::byte> pixels;
-    int width = 0, height = 0;
-    output::pixel_view view() const
-    {
-        const std::ptrdiff_t stride = std::ptrdiff_t{width} * 4;
-        return {pixels.data() + stride * (height - 1), width, height, -stride, 4};
-    }
-};
-
-/// As a window draws them: in another size the samples are reduced, not their colours, and the range is that of all
-/// that were measured.
-void draw_heights(const std::int16_t* samples, CSize image, const VLAxis& axis,
-                  std::span<const primitives::sample_run> unmeasured, const picture_options& options,
-                  plain_picture& picture)
-{
-    const auto asked = parse_picture_size(options.size);
-    const CSize size = asked ? CSize{asked->width, asked->height} : image;
-    const CRect whole({0, 0}, image);
-    const bool hasRegion = !options.roi.empty();
-    const CRect part = hasRegion ? part_of_image("--roi", *parse_rectangle(options.roi), image) : whole;
-    RECT region = view::shown_part(part, whole, size);
-    view::window_fitter fitter;
-    const view::fitted_window shown = fitter.fit(samples, image.cx, whole, size);
-    const primitives::height_range range =
-        hasRegion || !unmeasured.empty() ? view::range_keeper().of(samples, image.cx, part, unmeasured) : shown.range;
-    picture.width = size.cx;
-    picture.height = size.cy;
-    picture.pixels.resize(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);
-    CScale scale;
-    set_up_scale(scale, options);
-    scale.DrawImage({.bits = picture.pixels.data(),
-                     .source = shown.samples,
-                     .sourceStep = shown.step,
-                     .size = {size.cx, size.cy},
-                     .zAxis = &axis,
-                     .absolute = options.absolute,
-                     .highlight = options.highlight,
-                     .roi = hasRegion ? &region : nullptr,
-                     .rgb32 = true,
-                     .range = &range});
-}
-
-/// \return empty, or why there is no picture
-std::string draw_plain(const CStorageDoc& document, const surface_number& which, const picture_options& options,
-                       plain_picture& picture)
-{
-    SPMDataStream copy;
-    const SPMDataStream* stream = &document.getImage(which.image);
-    if (stream->array_type() != SPM_ARRAY_INT16) {
-        copy = *stream;
-        copy.convert_stream(SPM_ARRAY_INT16);
-        stream = &copy;
-    }
-    if (stream->array_type() != SPM_ARRAY_INT16) return "its samples have no type";
-    const unsigned columns = stream->get_dimension(0).length, rows = stream->get_dimension(1).length;
-    constexpr unsigned maxSide = 32768;
-    if (columns == 0 || rows == 0 || columns > maxSide || rows > maxSide) return "its size cannot be drawn";
-    const auto* samples = static_cast<const short*>(stream->array_data()) + std::size_t{columns} * rows * which.sub;
-    const document::rising_heights heights({samples, std::size_t{columns} * rows}, stream->values.get_axis(0));
-    const CSize size{static_cast<int>(columns), static_cast<int>(rows)};
-    const auto unmeasured = document::unmeasured_samples(document, which.image).of(which.sub);
-    draw_heights(heights.samples().data(), size, heights.axis(), unmeasured, options, picture);
-    return {};
-}
-
-/// \return empty, or why it was not written
-std::string write_pixels(const output::pixel_view& pixels, output::picture_format format, const fs::path& path)
-{
-    const auto encoded = output::encode_picture(format, pixels);
     if (!encoded) return encoded.error().reason;
     if (path == standardStream) {
         put_standard_output(*encoded);
@@ -130,26 +41,35 @@ std::string write_pixels(const output::pixel_view& pixels, output::picture_forma
     return {};
 }
 
-/// Encodes one surface. \return empty, or why there is no picture
-std::string write_picture(CStorageDoc& document, const surface_number& which, const picture_options& options,
+/// A surface without a legend, which takes no painter as pixels.
+std::string write_plain(CStorageDoc& document, const picture_number& which, const picture_options& options,
+                        drawing_format format, const fs::path& path)
+{
+    plain_picture picture;
+    if (std::string reason = draw_plain(document, which, options, picture); !reason.empty()) return reason;
+    if (const auto* const pixels = std::get_if<output::picture_format>(&format))
+        return put(output::encode_picture(*pixels, picture.view()), path);
+    return put(encode_drawing(format, document.GetTitle(), drawing_of(picture)), path);
+}
+
+/// \return empty, or why there is no picture
+std::string write_picture(CStorageDoc& document, const picture_number& which, const picture_options& options,
                           const fs::path& path)
 {
     const auto format =
-        path == standardStream ? output::picture_format::png : output::picture_format_of(path.filename().native());
-    if (!format) return "the extension names no picture format (png, bmp, jpg, tif)";
-    const VLAxis& heights = document.getAxis(which.image, 0, unsigned(-1));
-    if (std::string reason = window_problem(options, heights.get_units()); !reason.empty()) return reason;
-    if (!options.legend.empty()) {
-        VLDIBImage picture;
-        if (std::string reason = draw_with_legend(document, which, options, picture); !reason.empty()) return reason;
-        const auto stride = static_cast<std::ptrdiff_t>(picture.stride());
-        return write_pixels({picture.bits().data() + stride * (picture.height() - 1), picture.width(), picture.height(),
-                             -stride, picture.header().biBitCount / 8},
-                            *format, path);
+        path == standardStream ? output::picture_format::png : drawing_format_of(path.filename().native());
+    if (!format) return std::string("the extension names no picture format (") + drawingEndings + ')';
+    if (which.view == picture_view::surface) {
+        const VLAxis& heights = document.getAxis(which.image, 0, unsigned(-1));
+        if (std::string reason = window_problem(options, heights.get_units()); !reason.empty()) return reason;
+        const bool isWindow = options.legend.empty() ? !options.settings.empty() : options.legend != "none";
+        if (!isWindow) return write_plain(document, which, options, *format, path);
     }
-    plain_picture picture;
-    if (std::string reason = draw_plain(document, which, options, picture); !reason.empty()) return reason;
-    return write_pixels(picture.view(), *format, path);
+    std::string failure;
+    const std::string reason = draw_window(document, which, options, [&](const drawing& what) {
+        failure = put(encode_drawing(*format, document.GetTitle(), what), path);
+    });
+    return reason.empty() ? failure : reason;
 }
 
 /// Names for the pictures of a call; standard output takes a single one.
@@ -159,10 +79,9 @@ public:
     {
         if (output == standardStream) return;
         names.emplace(output, ".png");
-        if (!names->areInFolder() && !output::picture_format_of(fs::path(output).filename().native()))
-            throw CLI::ValidationError("--output", '"' + visible_text(output) +
-                                                       "\" is neither a picture (png, bmp, jpg, tif) nor a "
-                                                       "folder, which would end with a slash");
+        if (!names->areInFolder() && !drawing_format_of(fs::path(output).filename().native()))
+            throw CLI::ValidationError("--output", '"' + visible_text(output) + "\" is neither a picture (" +
+                                                       drawingEndings + ") nor a folder, which would end with a slash");
     }
     /// \throws std::runtime_error when there is no room for another
     fs::path next(const std::wstring& input, const fs::path& below, const std::string& suffix, bool alone)
@@ -186,12 +105,12 @@ int run(const picture_options& options)
     const bool oneFile = call.files().size() == 1;
     call.forEachDocument([&](CStorageDoc& document, const std::wstring& path) {
         std::string skipped;
-        const std::vector<surface_number> found = surfaces(document, options, skipped);
+        const std::vector<picture_number> found = chosen_pictures(document, options, skipped);
         if (found.empty()) {
-            if (oneFile) throw nothing_to_treat(skipped.empty() ? "there is no surface to draw" : skipped);
+            if (oneFile) throw nothing_to_treat(skipped);
             call.passOver();
         }
-        for (const surface_number& each : found) {
+        for (const picture_number& each : found) {
             const std::string where = base::formatted("image %u, sub-image %u: ", each.image, each.sub);
             try {
                 const fs::path picture =
@@ -216,6 +135,23 @@ void check(const picture_options& options, bool hasMode)
     if (!options.fixed.empty() && hasMode && options.mode != fixedMode)
         throw CLI::ValidationError("--fixed", "is the window of --mode fixed, and another mode is given");
     if (options.absolute && !isFixed) throw CLI::ValidationError("--absolute", "needs --fixed or --mode fixed");
+    const picture_view view = options.view;
+    if (!options.points.empty() && (view == picture_view::surface || view == picture_view::parametric))
+        throw CLI::ValidationError("--points", "are those of a section or its spectrum, and another view is given");
+    if (!options.points.empty() && parse_points(options.points)->size() < 2)
+        throw CLI::ValidationError("--points", "needs two points for a line");
+    if (options.statistics && view == picture_view::surface)
+        throw CLI::ValidationError("--statistics", "draws the lines of force curves, and --view surface is given");
+    if (options.legend == "none" && (view == picture_view::spectrum || options.statistics))
+        throw CLI::ValidationError("--legend", "none leaves the curves alone, without spectrum and force lines");
+    if (options.legend == "none" && !options.settings.empty() && view == picture_view::surface)
+        throw CLI::ValidationError("--set", "sets options of a window, and --legend none draws none");
+}
+
+/// The view that a call asks for: points alone ask for a section.
+void settle_view(picture_options& options)
+{
+    if (options.view == picture_view::automatic && !options.points.empty()) options.view = picture_view::section;
 }
 
 } // namespace
@@ -223,14 +159,30 @@ void check(const picture_options& options, bool hasMode)
 void add_render(CLI::App& app, int& status)
 {
     auto options = std::make_shared<picture_options>();
-    CLI::App* command = app.add_subcommand("render", "Write pictures of surfaces (png, bmp, jpg, tif)");
+    CLI::App* command =
+        app.add_subcommand("render", std::string("Write pictures of surfaces and curves (") + drawingEndings + ')');
     command->add_option("files", options->files, "Files to open")->required();
     command
         ->add_option("-o,--output", options->output,
                      "Picture file, a folder for several, or - for standard output (png)")
         ->required();
     command->add_option("--image", options->image, "Number of the image (default: all)")->transform(whole_number(0));
-    command->add_option("--sub", options->sub, "Number of the sub-image (default: all)")->transform(whole_number(0));
+    command
+        ->add_option("--sub", options->sub,
+                     "Number of the sub-image, or of the active curve (default: all surfaces, the first curve)")
+        ->transform(whole_number(0));
+    take_words<picture_view>(
+        *command->add_option("--view", options->view, "What to draw (default: what a window opens as)"),
+        {{"surface", picture_view::surface},
+         {"section", picture_view::section},
+         {"spectrum", picture_view::spectrum},
+         {"parametric", picture_view::parametric}});
+    command->add_option("--points", options->points, "Draw the section along a line through samples: x,y;x,y;…")
+        ->check(points_problem);
+    command->add_flag("--statistics", options->statistics, "Draw the lines of force curves");
+    command->add_option("--set", options->settings, "Set an option of the view, NAME=VALUE; may be repeated")
+        ->allow_extra_args(false)
+        ->check(setting_problem);
     command->add_option("--palette", options->palette, "Palette: " + palette_names() + ", 0 to 7, or a .pal file")
         ->check(palette_problem)
         ->capture_default_str();
@@ -245,12 +197,15 @@ void add_render(CLI::App& app, int& status)
         ->check(must_parse(parse_fixed_window, "START,SIZE,UNITS with a SIZE above 0"));
     command
         ->add_option("--size", options->size,
-                     "Size of the picture: WIDTHxHEIGHT (default: a pixel a sample; with a legend, that of a window)")
+                     "Size of the picture: WIDTHxHEIGHT (default: that of a window; without one, a pixel a sample)")
         ->check(must_parse(parse_picture_size, "WIDTHxHEIGHT, each from 1 to 32768"));
-    take_words(*command->add_option("--legend", options->legend,
-                                    "Draw it as a window does: full (axes and margins) or compact (on the picture)"),
-               {"full", "compact"});
+    take_words(
+        *command->add_option("--legend", options->legend,
+                             "Draw surfaces as a window does: full (axes and margins) or compact (on the picture); "
+                             "none draws curves alone"),
+        {"full", "compact", "none"});
     command->callback([options, command, &status] {
+        settle_view(*options);
         check(*options, command->count("--mode") != 0);
         if (!options->fixed.empty()) options->mode = 0;
         status = run(*options);

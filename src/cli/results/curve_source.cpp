@@ -18,11 +18,6 @@ namespace vldv::cli {
 
 namespace {
 
-std::string points_problem(const std::string& text)
-{
-    return parse_points(text) ? std::string() : "\"" + text + "\" is no list of points like 0,0;31,17";
-}
-
 bool is_asked_for(const CStorageDoc& document, unsigned image, std::size_t dimensions, const curve_options& options)
 {
     if (options.image >= 0 && image != static_cast<unsigned>(options.image)) return false;
@@ -55,6 +50,11 @@ void add_curve_options(CLI::App& command, curve_options& options, bool hasPoints
     if (hasPoints)
         command.add_option("--points", options.points, "Line through samples, as x,y;x,y;…, or triples in a volume")
             ->check(points_problem);
+}
+
+std::string points_problem(const std::string& text)
+{
+    return parse_points(text) ? std::string() : "\"" + text + "\" is no list of points like 0,0;31,17";
 }
 
 std::optional<std::vector<curves::grid_point>> parse_points(std::string_view text)

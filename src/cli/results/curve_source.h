@@ -28,6 +28,8 @@ void add_curve_options(CLI::App& command, curve_options& options, bool hasPoints
 
 /// "x,y;x,y;…", or three numbers a point; the same number in all. Nothing for any other text.
 std::optional<std::vector<curves::grid_point>> parse_points(std::string_view text);
+/// Why a text is no such list, empty when it is: CLI11's judge of the option.
+std::string points_problem(const std::string& text);
 
 /// The curves along a line through one image of a document.
 struct section {
