@@ -8,9 +8,9 @@
 #include "surface/views/calibration.h"
 #include "surface/views/dialogs/decoration_file.h"
 #include "surface/views/dialogs/resampling_dialog.h"
-#include "surface/views/dialogs/resolution_dialog.h"
 #include "surface/views/steps_search_context.h"
 #include "surface/views/zoom_window.h"
+#include "view/dialogs/resolution_dialog.h"
 #include "view/frame/open_view.h"
 #include "view/image/SectionSource.h"
 
@@ -151,8 +151,10 @@ void CSurfMathView::OnResolution()
 {
     const auto chosen = [this](const char* option) { return static_cast<unsigned>(intOption(option)); };
     const bool hasDistance = drawn.mode == cursor_mode::distance && drawn.selectionActive;
-    surface::run_resolution(*storageDoc(), imageNumber, {chosen("AxisX"), chosen("AxisY"), chosen("AxisZ")},
-                            hasDistance ? std::optional(drawn.selection) : std::nullopt, this);
+    std::optional<view::measured_distance> distance;
+    if (hasDistance) distance = {{drawn.selection.dx(), drawn.selection.dy()}};
+    view::run_resolution(*storageDoc(), imageNumber, {chosen("AxisX"), chosen("AxisY"), chosen("AxisZ")}, distance,
+                         this);
 }
 
 void CSurfMathView::OnCalibrationCurve()

@@ -4,7 +4,7 @@
 #include "base/units.h"
 #include "platform/app/Clipboard.h"
 #include "platform/app/WinApp.h"
-#include "surface/views/dialogs/variable_rows.h"
+#include "view/dialogs/variable_rows.h"
 #include "view/panes/TextView.h"
 
 #include <cmath>
@@ -94,11 +94,12 @@ bool run_calibration(CDocument& document, const measured_surface& surface, const
     if (positions.size() < 3) return false;
     const std::string units = surface.x.get_units();
     const double measured = positions.back() / static_cast<double>(positions.size() - 1);
-    const std::vector<SPMVar> rows = declared(
-        {{"pitch(Nominal pitch),double,0", label_with_units("Nominal pitch", units.c_str()), base::general(measured)}});
+    const std::vector<SPMVar> rows =
+        view::declared({{"pitch(Nominal pitch),double,0", view::label_with_units("Nominal pitch", units.c_str()),
+                         base::general(measured)}});
     SPMVarList list;
     list.set_variables(rows.data(), static_cast<unsigned>(rows.size()));
-    if (!ask_variables(list, "Calibration Curve", parent)) return false;
+    if (!view::ask_variables(list, "Calibration Curve", parent)) return false;
     const auto table = calibrate(positions, static_cast<double>(list["pitch"]));
     if (!table) {
         AfxGetApp()->host().messageBox("Nominal pitch: the pitch must be positive and the points must advance",

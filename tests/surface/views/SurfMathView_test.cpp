@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "document/update_hints.h"
 #include "support/RecordingDC.h"
-#include "surface/figures/resolution.h"
+#include "view/dialogs/resolution.h"
 
 #include <cstring>
 #include <set>
@@ -407,7 +407,7 @@ TEST_F(SurfaceTest, AMeasurementFollowsTheStepsOfItsImage)
         if (each.command != 6007) draw(view, {5, 5}, {15, 10});
         EXPECT_EQ(told(), each.asOpened);
         const VLAxis x = document->getAxis(0, 0, 0), y = document->getAxis(0, 0, 1);
-        surface::set_resolution(*document, 0, {0, 0, 0}, {x.start, 2 * x.scale, "nm"}, y, view.valueAxis());
+        view::set_resolution(*document, 0, {0, 0, 0}, {x.start, 2 * x.scale, "nm"}, y, view.valueAxis());
         EXPECT_EQ(told(), each.doubled);
         document->undo(0);
         document->UpdateAllViews(nullptr, document::data_hint(0));

@@ -5,7 +5,7 @@
 #include "document/StorageDoc.h"
 #include "platform/app/WinApp.h"
 #include "surface/figures/resampling.h"
-#include "surface/views/dialogs/variable_rows.h"
+#include "view/dialogs/variable_rows.h"
 
 #include <cstddef>
 #include <string>
@@ -16,7 +16,7 @@ namespace vldv::surface {
 namespace {
 
 /// Sides and steps of the dialog follow each other.
-class size_ties : public tied_variables {
+class size_ties : public view::tied_variables {
 public:
     size_ties(SPMVarList& list_, double lengthX, double lengthY, double aspect_)
         : tied_variables(list_), lengths{lengthX, lengthY}, aspect(aspect_)
@@ -50,11 +50,11 @@ private:
 std::vector<SPMVar> size_variables(const SPMDataStream& stream, const VLAxis& x, const VLAxis& y)
 {
     const auto side = [](const char* name) { return base::formatted("%s,int,1,%d", name, mostSideSamples); };
-    return declared({
+    return view::declared({
         {side("columns(Columns)"), {}, std::to_string(stream.get_dimension(0).length)},
         {side("rows(Rows)"), {}, std::to_string(stream.get_dimension(1).length)},
-        {"step.x(Step X),double", label_with_units("Step X", x.get_units()), base::shortest(x.scale)},
-        {"step.y(Step Y),double", label_with_units("Step Y", y.get_units()), base::shortest(y.scale)},
+        {"step.x(Step X),double", view::label_with_units("Step X", x.get_units()), base::shortest(x.scale)},
+        {"step.y(Step Y),double", view::label_with_units("Step Y", y.get_units()), base::shortest(y.scale)},
         {"proportions(Keep proportions),boolean", {}, "true"},
         {"method(Method),enum,nearest(Nearest),linear(Linear),cubic(Cubic)", {}, "nearest"},
     });
@@ -73,7 +73,7 @@ bool run_resample(CStorageDoc& document, unsigned image, unsigned axisX, unsigne
     SPMVarList list;
     list.set_variables(rowsOfDialog.data(), static_cast<unsigned>(rowsOfDialog.size()));
     const size_ties ties(list, columns * x.scale, rows * y.scale, rows / columns);
-    if (!ask_variables(list, "Resample", parent)) return false;
+    if (!view::ask_variables(list, "Resample", parent)) return false;
     const resample_choice choice{static_cast<int>(list["columns"]), static_cast<int>(list["rows"]),
                                  static_cast<primitives::interpolation>(static_cast<int>(list["method"]))};
     if (choice.width == static_cast<int>(columns) && choice.height == static_cast<int>(rows)) return false;

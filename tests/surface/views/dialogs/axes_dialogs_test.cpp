@@ -1,6 +1,6 @@
 #include "surface/slope_fixture.h"
 #include "surface/views/dialogs/resampling_dialog.h"
-#include "surface/views/dialogs/resolution_dialog.h"
+#include "view/dialogs/resolution_dialog.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ TEST_F(AxesDialogTest, ResolutionScalesAxesByATrueDistance)
         edit(dialog, "units.z", "V");
         dialog.EndDialog(CVarListDlg::resultOk);
     };
-    EXPECT_TRUE(run_resolution(document, 0, {}, selection_rect{0, 0, 3, 4}, nullptr));
+    EXPECT_TRUE(view::run_resolution(document, 0, {}, view::measured_distance{{3, 4}}, nullptr));
     EXPECT_EQ(document.getAxis(0, 0, 0), VLAxis(0, 0.25, "nm"));
     EXPECT_EQ(document.getAxis(0, 0, 1), VLAxis(0.5, 0.5, "nm"));
     EXPECT_STREQ(document.getAxis(0, 0, unsigned(-1)).get_units(), "V");
@@ -79,7 +79,7 @@ TEST_F(AxesDialogTest, ResolutionScalesAxesByATrueDistance)
         }
         dialog.EndDialog(CVarListDlg::resultOk);
     };
-    EXPECT_TRUE(run_resolution(document, 0, {}, {}, nullptr));
+    EXPECT_TRUE(view::run_resolution(document, 0, {}, {}, nullptr));
     EXPECT_EQ(asked, 2);
     EXPECT_EQ(document.getAxis(0, 0, 0).scale, 3.0);
     EXPECT_STREQ(document.getAxis(0, 0, unsigned(-1)).get_units(), "pA") << "entered before the mistake was told";

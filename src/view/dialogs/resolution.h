@@ -1,9 +1,10 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "vldv_api.h"
 
 class CStorageDoc;
 
-namespace vldv::surface {
+namespace vldv::view {
 
 constexpr unsigned valueAxes = unsigned(-1); ///< the "dimension" of the values in the document's axes
 
@@ -13,7 +14,8 @@ struct shown_axes {
 };
 
 /// Replaces steps and units of the axes as one step that can be undone, and tells the views.
-void set_resolution(CStorageDoc& document, unsigned image, const shown_axes& axes, const VLAxis& x, const VLAxis& y,
-                    const VLAxis& z);
+/// \param y  of no concern to a curve
+VLDV_INTERNAL_API void set_resolution(CStorageDoc& document, unsigned image, const shown_axes& axes, const VLAxis& x,
+                                      const VLAxis& y, const VLAxis& z);
 
-} // namespace vldv::surface
+} // namespace vldv::view

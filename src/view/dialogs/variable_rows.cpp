@@ -1,9 +1,9 @@
-#include "surface/views/dialogs/variable_rows.h"
+#include "view/dialogs/variable_rows.h"
 
 #include "base/text.h"
 #include "platform/dialogs/VarListDlg.h"
 
-namespace vldv::surface {
+namespace vldv::view {
 
 std::vector<SPMVar> declared(const std::vector<variable_row>& rows)
 {
@@ -46,4 +46,4 @@ void tied_variables::OnFireVariableChange(int index, const SPMVarList*)
     userChanged(name);
 }
 
-} // namespace vldv::surface
+} // namespace vldv::view

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/SPMVarList.h"
+#include "vldv_api.h"
 
 #include <map>
 #include <string>
@@ -7,21 +8,21 @@
 
 class CWnd;
 
-namespace vldv::surface {
+namespace vldv::view {
 
 /// A row of a dialog: declaration, label and value. An empty label keeps that of the declaration.
 struct variable_row {
     std::string declaration, label, value;
 };
-std::vector<SPMVar> declared(const std::vector<variable_row>& rows);
+VLDV_INTERNAL_API std::vector<SPMVar> declared(const std::vector<variable_row>& rows);
 /// "Step X, nm"; the name alone without units.
-std::string label_with_units(const char* name, const char* units);
+VLDV_INTERNAL_API std::string label_with_units(const char* name, const char* units);
 
 /// Runs the dialog that edits the list. \return false when it was cancelled
-bool ask_variables(SPMVarList& list, const char* title, CWnd* parent);
+VLDV_INTERNAL_API bool ask_variables(SPMVarList& list, const char* title, CWnd* parent);
 
 /// Keeps variables of a dialog in accord while the user edits them.
-class tied_variables : private SPMVarListHandler {
+class VLDV_INTERNAL_API tied_variables : private SPMVarListHandler {
 public:
     explicit tied_variables(SPMVarList& list_) : list(list_) { list.AddFireVariableChangeHandler(this); }
     tied_variables(const tied_variables&) = delete;
@@ -40,4 +41,4 @@ private:
     std::map<std::string, double> written; ///< by `put`, whose changes are told later
 };
 
-} // namespace vldv::surface
+} // namespace vldv::view
