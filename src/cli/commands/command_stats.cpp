@@ -5,11 +5,11 @@
 #include "cli/choice/frame_choice.h"
 #include "cli/choice/frame_voids.h"
 #include "cli/commands.h"
-#include "cli/output/csv_text.h"
 #include "cli/output/file_reports.h"
 #include "cli/output/standard_streams.h"
 #include "cli/output/terminal.h"
 #include "cli/session.h"
+#include "output/csv_text.h"
 #include "output/picture_writer.h"
 #include "platform/files/paths.h"
 #include "surface/figures/measure/statistics.h"
@@ -107,8 +107,8 @@ class stats_table {
 public:
     void add(const CStorageDoc& document, const std::vector<frame_rows>& figures, const std::wstring& path)
     {
-        if (text.empty()) text = csv_line(heads());
-        for (const frame_rows& each : figures) text += csv_line(cellsOf(document, each, path));
+        if (text.empty()) text = output::csv_line(heads());
+        for (const frame_rows& each : figures) text += output::csv_line(cellsOf(document, each, path));
     }
     /// Nothing is written when no file had a row: an earlier table stays. \return whether it was written
     bool save(const std::filesystem::path& output) const

@@ -4,7 +4,7 @@
 #include "base/text.h"
 #include "base/text/decimals.h"
 #include "base/units.h"
-#include "cli/output/csv_text.h"
+#include "output/csv_text.h"
 #include "output/picture_writer.h"
 #include "spectra/figures/feature_metrics.h"
 
@@ -158,7 +158,7 @@ std::string features_csv(const frame_features& made)
 {
     std::string text;
     for (const auto& row : make_table(made, made.axes, [](std::size_t, double value) { return base::shortest(value); }))
-        text += csv_line(row);
+        text += output::csv_line(row);
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "view/panes/pane_commands.h"
 
 #include "base/text.h"
+#include "output/csv_text.h"
 #include "platform/app/Clipboard.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/Exceptions.h"
@@ -18,7 +19,8 @@ namespace vldv::view {
 
 namespace {
 
-constexpr const char* extension = "txt";
+constexpr const char *extension = "txt", *tableExtension = ".csv";
+constexpr const char* tableFilter = "Comma Separated Values (*.csv)|*.csv|";
 
 void copy(const IPaneContent& content)
 {
@@ -41,11 +43,14 @@ std::wstring suggested_path(const IPaneContent& content)
 void save(const IPaneContent& content, IHost& host)
 {
     const auto path = host.askSavePath({.suggestedPath = suggested_path(content),
-                                        .filter = string_resource(texts::textFilter),
+                                        .filter = std::string(string_resource(texts::textFilter)) + tableFilter,
                                         .extension = extension});
     if (!path) return;
     try {
-        platform::write_text_file(platform::to_path(*path), base::narrow(content.allText()));
+        const std::filesystem::path file = platform::to_path(*path);
+        const std::string text = base::narrow(content.allText());
+        const bool isTable = base::equal_ignoring_case(file.extension().string(), tableExtension);
+        platform::write_text_file(file, isTable ? output::comma_separated(text) : text);
     } catch (const CException& failure) {
         host.messageBox(failure.what(), message_icon::error);
     }
