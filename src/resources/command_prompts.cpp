@@ -84,6 +84,7 @@ constexpr prompt_row prompts[] = {
     {commands::record, "Record the video to a file"},
     {commands::stopRecord, "End the recording"},
     {commands::clearDecorations, "Remove what is drawn over the image"},
+    {commands::forceAnalysisOfAll, "Find contact, adhesion and stiffness of all force curves of the image"},
     {commands::copyData, "Copy the samples of the curve as text"},
     {commands::selectedFeatures, "Set selected features to the minimum height"},
     {commands::filters, "Filter the image"},

@@ -110,6 +110,7 @@ enum number : unsigned {
     stopRecord = 10165,
     clearDecorations = 10166,
     copyData = 10169,
+    forceAnalysisOfAll = 10170,
     selectedFeatures = 10171,
     filters = 10183,
     highlight = 10191,

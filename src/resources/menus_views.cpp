@@ -125,6 +125,7 @@ constexpr menu_row section[] = {
     item(1, commands::selectX, "&Select X curve..."),
     separator(1),
     item(1, commands::forceAnalysis, "&Force curve analysis"),
+    item(1, commands::forceAnalysisOfAll, "Anal&yse all curves"),
     item(1, commands::separationCurve, "Build se&paration curve"),
     item(1, commands::separationFit, "Separation curve and &WLC fit"),
     item(1, commands::normalizedForce, "Build &normalized force curve"),

@@ -89,6 +89,7 @@ public:
     void OnFrameClosed() override;
     void OnSize(CSize size) override;
     void OnTimer(unsigned id) override;
+    bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
     void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonUp(unsigned flags, CPoint point) override;
@@ -130,6 +131,9 @@ private:
     void fill_force_curve_min();
     void fill_force_curve_valleys();
     void fill_trend_line_data();
+    std::string forceHeader() const;
+    /// \param found  of that curve
+    std::string forceRow(unsigned curve, const force_curve_stats& found) const;
     void tellSurfaces(); ///< the other views of the document: this section shows something else now
 
     // Size
@@ -139,16 +143,33 @@ private:
     void fitParent();
     vldv::curves::mark_panes panes() const;
 
+    // Part of the curves that is shown
+    void showPart(const vldv::curves::shown_part& wanted);
+    bool isOnAxis(CPoint point) const;
+    bool startPan(CPoint point);
+    bool goOnPanning(CPoint point);
+    std::string pointerText(CPoint point) const;
+    void tellPointer(CPoint point);
+    void typeMarks();
+
     // Drawing
     void DoRefreshDisplay(bool quick);
     void measurePane();
     void fitFixedScale();
+    struct shown_curve {
+        unsigned index;
+        bool isDotted;
+        colorEntry color;
+    };
+    std::vector<shown_curve> shownCurves() const; ///< in the order in which they are drawn
     void drawCurves(CDC& dc, CPoint origin, bool quick) const;
+    void drawNames(CDC& dc) const;
     void drawSpectrum(CDC& dc, CPoint origin, bool quick) const;
     void draw_marks(CDC& dc) const;
     void draw_crossbar(CDC& dc) const;
     void draw_step_pointer(CDC& dc) const;
     void drawSpectrumPane(CDC& dc, const CRect& shown);
+    int columnOfMark(int mark, const CRect& shown) const;
     void drawUprightMark(CDC& dc, int mark, const CRect& shown) const;
     void drawMarkDot(CDC& dc, int mark, const CRect& shown) const;
     void drawTexts(CDC& dc);
@@ -170,17 +191,21 @@ private:
     void drawMarkOn(const CImageView& surface, CDC& dc, int mark, int size) const;
     std::string marksText() const;
     std::string placeText() const;
+    std::string spectrumTextAt(double bin) const;
 
     // Commands
     void OnLineDifferentiate();
     void OnCorrelation(unsigned id);
     void OnCurveForceanalysis();
     void OnUpdateForceanalysis(CCmdUI& ui);
+    void OnAnalyseAllCurves();
+    void OnUpdateAnalyseAll(CCmdUI& ui);
     void OnCurveHistogram();
     void OnCurveSelectXCurve();
     void OnUpdateSelectXCurve(CCmdUI& ui);
     void OnUpdateHistogram(CCmdUI& ui);
     void OnCurveCopydataastext();
+    void OnViewResolution();
     void OnRefresh();
     void OnUpdateHasData(CCmdUI& ui);
 
@@ -194,6 +219,12 @@ private:
     force_curve_stats stats;
     std::wstring text, spectrumLine;
     vldv::curves::step_link steps{*this};
+    vldv::curves::shown_part part; ///< goes with the window, not with the options
+    struct axis_grip {
+        int from; ///< of the pointer
+        vldv::curves::shown_part before;
+    };
+    std::optional<axis_grip> pan;
     CSize displaySize{512, 160};
     bool isSizing = false;
 };

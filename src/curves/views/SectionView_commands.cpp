@@ -1,10 +1,6 @@
 // What the menus of a section do.
 #include "base/text.h"
-#include "curves/figures/force/force_analysis.h"
-#include "curves/figures/force/force_curve.h"
-#include "curves/figures/force/force_report.h"
 #include "curves/figures/math_function.h"
-#include "curves/figures/physical.h"
 #include "curves/figures/table_text.h"
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
@@ -20,7 +16,6 @@
 #include "view/frame/ImgOpSelectViewDialog.h"
 #include "view/frame/open_view.h"
 #include "view/image/picture_export.h"
-#include "view/panes/TextView.h"
 
 #include <algorithm>
 
@@ -38,16 +33,17 @@ bool CSectionView::OnCmdMsg(unsigned id, CCmdUI* ui)
          &view::OnUpdateHasData},
         {commands::structureFinite, commands::structureFinite, &view::OnCorrelation, &view::OnUpdateHasData},
         {commands::structureCyclic, commands::structureCyclic, &view::OnCorrelation, &view::OnUpdateHasData},
+        {commands::resolution, &view::OnViewResolution, &view::OnUpdateHasData},
         {commands::histogram, &view::OnCurveHistogram, &view::OnUpdateHistogram},
         {commands::selectX, &view::OnCurveSelectXCurve, &view::OnUpdateSelectXCurve},
         {commands::forceAnalysis, &view::OnCurveForceanalysis, &view::OnUpdateForceanalysis},
+        {commands::forceAnalysisOfAll, &view::OnAnalyseAllCurves, &view::OnUpdateAnalyseAll},
         {commands::copyData, &view::OnCurveCopydataastext, &view::OnUpdateHasData},
     };
     return dispatch_command<view>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
 }
 
 void CSectionView::OnUpdateHasData(CCmdUI& ui) { ui.Enable(!section.isEmpty()); }
-void CSectionView::OnUpdateForceanalysis(CCmdUI& ui) { ui.Enable(hasForceFigures()); }
 
 void CSectionView::OnRefresh()
 {
@@ -134,22 +130,6 @@ void CSectionView::OnCurveSelectXCurve()
     if (!opened) return;
     opened->setXDataStream(chosen.storageDoc()->getImage(chosen.getImageNumber()));
     view::show_opened(*opened);
-}
-
-/// A row of the active curve goes into the document's window of texts, which keeps the heading once.
-void CSectionView::OnCurveForceanalysis()
-{
-    bool isNew = false;
-    CTextView* const window = GetTextView(&isNew, GetDocument());
-    if (!window) return;
-    if (!isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
-    if (!isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
-    const VLAxis &x = positionAxis(), &y = valueAxis();
-    const std::vector<double> values = curves::physical_values(shownCurve(), y);
-    const std::string slope = std::string(curves::slope_name(x.get_units()));
-    const curves::force_figures figures{activeCurve(), curves::force_slope(stats, x.scale), x.scale,
-                                        curves::force_minimum(values.data(), stats)};
-    window->appendText(base::widen(curves::force_header(y.get_units(), slope) + curves::force_row(figures, stats)));
 }
 
 void CSectionView::OnCurveCopydataastext()

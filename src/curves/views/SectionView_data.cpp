@@ -1,6 +1,4 @@
 // What a section view shows: the curves along its points, and what is computed of the active one.
-#include "curves/figures/force/force_curve.h"
-#include "curves/figures/physical.h"
 #include "curves/figures/section_selection.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/section_options.h"
@@ -72,32 +70,6 @@ void CSectionView::LoadData()
     if (isOptionOn("ShowTrendLine")) fill_trend_line_data();
     RefreshDisplay();
     steps.loaded();
-}
-
-bool CSectionView::hasForceFigures() const
-{
-    const SPMDataStream* const source = stream();
-    return source && source->get_dimensions_number() != 2 && !section.isEmpty();
-}
-
-void CSectionView::fill_force_curve_statistics()
-{
-    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
-    get_force_curve_stats(y.data(), static_cast<int>(y.size()), doubleOption("zero_threshold"),
-                          doubleOption("slant_threshold"), stats, section.gapsOf(activeCurve()));
-}
-
-void CSectionView::fill_force_curve_min()
-{
-    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
-    stats.local_minima.clear();
-    find_loc_fmin(y.data(), static_cast<int>(y.size()), stats, intOption("window_r"));
-}
-
-void CSectionView::fill_force_curve_valleys()
-{
-    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
-    get_force_curve_valleys(y.data(), static_cast<int>(y.size()), stats);
 }
 
 void CSectionView::fill_trend_line_data()

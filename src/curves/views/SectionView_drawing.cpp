@@ -74,6 +74,7 @@ void CSectionView::measurePane()
 {
     min_max = range_of(section);
     pane = curves::make_pane(displayRect.Size(), section.length, min_max, valueAxis(), zeroOffset(), fixedHeights());
+    pane.part = part;
 }
 
 void CSectionView::DoRefreshDisplay(bool quick)
@@ -113,18 +114,27 @@ void CSectionView::fitFixedScale()
 }
 
 /// The active curve comes last, over the others.
-void CSectionView::drawCurves(CDC& dc, CPoint origin, bool quick) const
+std::vector<CSectionView::shown_curve> CSectionView::shownCurves() const
 {
     const unsigned count = section.curves, active = activeCurve();
-    const int shown = intOption("show_only"), width = intOption("line.width");
+    const int shown = intOption("show_only");
     constexpr int activeLine = 1, activePair = 2;
-    std::vector<CPoint> line;
-    dc.SetBkMode(TRANSPARENT); // gaps of dotted curves show what is below
+    std::vector<shown_curve> found;
     for (unsigned j = 0; j < count; ++j) {
         const unsigned each = (active + count - 1 - j) % count;
         if ((shown == activeLine && each != active) || (shown == activePair && each / 2 != active / 2)) continue;
         const bool isDotted = each != active && (count < 3 || shown == activePair);
-        const colorEntry color = colorOption(each % 2 == 0 ? "line1color" : "line2color");
+        found.push_back({each, isDotted, colorOption(each % 2 == 0 ? "line1color" : "line2color")});
+    }
+    return found;
+}
+
+void CSectionView::drawCurves(CDC& dc, CPoint origin, bool quick) const
+{
+    const int width = intOption("line.width");
+    std::vector<CPoint> line;
+    dc.SetBkMode(TRANSPARENT); // gaps of dotted curves show what is below
+    for (const auto& [each, isDotted, color] : shownCurves()) {
         if (quick || isPrinting())
             dc.SelectObject(CPen{isDotted ? std::uint32_t{PS_DASH} : std::uint32_t{PS_SOLID},
                                  isDotted || width == 0 ? 0 : 1,
@@ -167,7 +177,7 @@ void CSectionView::updateMarkY(int mark)
 
 curves::mark_panes CSectionView::panes() const
 {
-    curves::mark_panes made{displayRect, {}};
+    curves::mark_panes made{displayRect, {}, part};
     if (isOptionOn("ShowSpectrum")) {
         made.spectrum = displayRect;
         made.spectrum.OffsetRect(0, displayRect.Height() + intOption("BottomMargin"));
@@ -209,10 +219,17 @@ void CSectionView::drawSpectrumPane(CDC& dc, const CRect& shown)
     dc.RestoreDC(saved);
 }
 
+/// Client pixels; outside of the pane for a mark that is out of sight.
+int CSectionView::columnOfMark(int mark, const CRect& shown) const
+{
+    const double share = mark == curves::spectrumMark ? marks[mark].x : part.toPane(marks[mark].x);
+    return shown.left + base::nearest_int((shown.Width() - 1) * share);
+}
+
 void CSectionView::drawUprightMark(CDC& dc, int mark, const CRect& shown) const
 {
     dc.SelectObject(CPen::dotted(markColor));
-    const int x = shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x);
+    const int x = columnOfMark(mark, shown);
     dc.MoveTo(x, shown.top);
     dc.LineTo(x, shown.bottom);
 }
@@ -220,8 +237,8 @@ void CSectionView::drawUprightMark(CDC& dc, int mark, const CRect& shown) const
 void CSectionView::drawMarkDot(CDC& dc, int mark, const CRect& shown) const
 {
     const int height = shown.Height() - 1;
-    curves::draw_mark_dot(dc, {shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x),
-                               shown.top + base::nearest_int(height - height * marks[mark].y)});
+    curves::draw_mark_dot(dc,
+                          {columnOfMark(mark, shown), shown.top + base::nearest_int(height - height * marks[mark].y)});
 }
 
 void CSectionView::draw_marks(CDC& dc) const

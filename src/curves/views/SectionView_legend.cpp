@@ -4,9 +4,11 @@
 #include "curves/figures/section_decoration.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/chart_drawing.h"
+#include "curves/views/curve_names.h"
 #include "curves/views/section_legend.h"
 #include "document/StorageDoc.h"
 
+#include <algorithm>
 #include <cmath>
 
 using namespace vldv;
@@ -58,7 +60,8 @@ void CSectionView::OnDrawLegend(CDC& dc)
     dc.SetTextColor(colorOption("legend"));
     const VLAxis &x = positionAxis(), &y = valueAxis();
     curves::draw_chart_frame(dc, *this, displayRect,
-                             view::shown_span(x.get_units(), positionStart(), (section.length - 1.0) * x.scale, false),
+                             view::shown_span(x.get_units(), positionStart() + pane.firstShown() * x.scale,
+                                              (pane.lastShown() - pane.firstShown()) * x.scale, false),
                              view::shown_span(y.get_units(), heightStart(), shownHeights().range, true));
     if (const CRect below = panes().spectrum; !below.IsRectEmpty()) drawSpectrumAxes(dc, below);
     dc.RestoreDC(saved);
@@ -96,5 +99,22 @@ void CSectionView::drawFigures(CDC& dc)
     }
     if (isOptionOn("ShowTrendLine")) curves::draw_trend(dc, on, trend);
     curves::draw_joints(dc, on, section);
+    drawNames(dc);
     dc.RestoreDC(saved);
+}
+
+/// Parts of force curves by their names, as approach and retract, where few of them are shown.
+void CSectionView::drawNames(CDC& dc) const
+{
+    constexpr std::size_t most = 4;
+    if (!hasForceFigures() || section.curves < 2) return;
+    std::vector<shown_curve> shown = shownCurves();
+    if (shown.size() > most) shown.erase(shown.begin(), shown.end() - 1); // the active one
+    std::ranges::sort(shown, {}, &shown_curve::index);
+    const std::vector<smart_string>& names = stream()->subimage_names();
+    std::vector<curves::named_curve> named;
+    for (const shown_curve& each : shown)
+        named.push_back(
+            {each.index < names.size() ? base::widen(names[each.index].c_str()) : L"", each.color, each.isDotted});
+    curves::draw_curve_names(dc, displayRect, named);
 }

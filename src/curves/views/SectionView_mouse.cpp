@@ -24,7 +24,7 @@ void CSectionView::invalidateMark(int mark)
         const int y = shown.bottom - 1 - base::nearest_int((shown.Height() - 1) * marks[mark].y);
         InvalidateRect({shown.left, y - around, shown.right, y + around}, false);
     } else {
-        const int x = shown.left + base::nearest_int((shown.Width() - 1) * marks[mark].x);
+        const int x = columnOfMark(mark, shown);
         InvalidateRect({x - around, shown.top - around, x + around, shown.bottom + around}, false);
     }
 }
@@ -53,6 +53,8 @@ void CSectionView::OnMouseMove(unsigned flags, CPoint point)
 {
     CImageView::OnMouseMove(flags, point);
     if (section.isEmpty()) return;
+    if (goOnPanning(point)) return SetCursor(cursor_shape::sizeHorizontal);
+    tellPointer(point);
     if (marks.dragged == curves::noMark) {
         marks.hovered = marks.under(point, marksMode(), panes());
         return SetDefaultCursor();
@@ -69,7 +71,7 @@ void CSectionView::OnLButtonDown(unsigned flags, CPoint point)
 {
     CImageView::OnLButtonDown(flags, point);
     SetFocus();
-    if (section.isEmpty()) return;
+    if (section.isEmpty() || startPan(point)) return;
     for (const int mark : {curves::firstMark, curves::secondMark}) invalidateMark(mark);
     const bool isOver = marks.under(point, marksMode(), panes()) != curves::noMark;
     if (marks.press(point, marksMode(), panes()) == curves::noMark) return;
@@ -81,15 +83,22 @@ void CSectionView::OnLButtonDown(unsigned flags, CPoint point)
 
 void CSectionView::OnLButtonUp(unsigned flags, CPoint point)
 {
-    if (marks.dragged != curves::noMark) ReleaseCapture();
+    if (marks.dragged != curves::noMark || pan) ReleaseCapture();
+    pan.reset();
     marks.dragged = marks.hovered = curves::noMark;
     CImageView::OnLButtonUp(flags, point);
 }
 
-void CSectionView::OnCaptureChanged() { marks.dragged = marks.hovered = curves::noMark; }
-
-void CSectionView::OnLButtonDblClk(unsigned, CPoint)
+void CSectionView::OnCaptureChanged()
 {
+    marks.dragged = marks.hovered = curves::noMark;
+    pan.reset();
+}
+
+void CSectionView::OnLButtonDblClk(unsigned, CPoint point)
+{
+    if (isOnAxis(point)) return showPart({});
+    if (textRect(0).PtInRect(point)) return typeMarks();
     marks.reset();
     Resize(mostWidth, isOptionOn("ShowSpectrum") ? heightWithSpectrum : heightAlone);
 }

@@ -68,14 +68,16 @@ void CSectionView::updateText()
     }
     if (isOptionOn("ShowTrendLine")) line += curves::trend_text(trend, positionAxis().scale);
     text = base::widen(line + placeText());
-    spectrumLine.clear();
-    if (!isOptionOn("ShowSpectrum")) return;
+    spectrumLine = isOptionOn("ShowSpectrum") ? base::widen(spectrumTextAt(sampleOf(curves::spectrumMark))) : L"";
+}
+
+std::string CSectionView::spectrumTextAt(double bin) const
+{
     curves::spectrum_text_style style{isOptionOn("normalize_spectrum"), intOption("spectrum_mode") == 0, {}};
     constexpr int time = 4;
     const auto rate = scan_rate(*storageDoc(), imageNumber);
     if (intOption("HorizontalValue") == time && rate) style.rate = *rate * stream()->get_dimension(0).length;
-    spectrumLine = base::widen(curves::spectrum_text(spectrum, sampleOf(curves::spectrumMark), section.length,
-                                                     positionAxis(), valueAxis(), style));
+    return curves::spectrum_text(spectrum, bin, section.length, positionAxis(), valueAxis(), style);
 }
 
 std::wstring CSectionView::GetClipboardText(bool)

@@ -25,8 +25,11 @@ CPen dashed_pen(int thickness)
         PS_USERSTYLE | PS_GEOMETRIC | PS_ENDCAP_FLAT | PS_JOIN_BEVEL, thickness, lineColor, {width + 1, 2 * width + 2}};
 }
 
-void draw_line(CDC& dc, const figure_pane& on, double a, double b, double first, double last)
+/// Between two samples, as far as it is in sight.
+void draw_line(CDC& dc, const figure_pane& on, double a, double b, double begin, double end)
 {
+    const double first = std::max(begin, on.pane.firstShown()), last = std::min(end, on.pane.lastShown());
+    if (first > last) return;
     dc.MoveTo(on.columnOf(first), on.rowOf(a + b * first, on.values.start));
     dc.LineTo(on.columnOf(last), on.rowOf(a + b * last, on.values.start));
 }

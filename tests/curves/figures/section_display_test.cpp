@@ -87,6 +87,49 @@ TEST(CurvePoints, FewCoverWhatAllCover)
     }
 }
 
+TEST(CurvePoints, APartOfACurveCoversWhatItCoversOfTheWhole)
+{
+    std::mt19937 random(6);
+    std::vector<std::int16_t> curve(50'000);
+    int at = 0;
+    for (std::int16_t& each : curve)
+        each = static_cast<std::int16_t>(at = std::clamp(at + static_cast<int>(random() % 401) - 200, -30000, 30000));
+    const auto inside = [](const auto& shown, int width) { // what lies in the pane, with the lines that enter it
+        std::set<std::pair<int, int>> pixels;
+        for (const auto& each : shown.first)
+            if (each.first >= 3 && each.first < 3 + width) pixels.insert(each);
+        std::vector<std::array<int, 4>> lines;
+        for (const auto& each : shown.second)
+            if (each[2] >= 3 && each[0] < 3 + width) lines.push_back(each);
+        return std::pair(pixels, lines);
+    };
+    for (const shown_part part : {shown_part{0.25, 0.75}, {0.9, 1.0}, {0.5, 0.502}, {0.3, 0.30004}}) {
+        curve_pane pane = make_pane({100, 80}, 50'000, range_of(curve), VLAxis(0, 1, "nm"), 0.0, {});
+        pane.part = part;
+        std::vector<CPoint> few, all;
+        curve_points(curve, pane, 0, {3, 4}, few);
+        curve_points_reference(curve, pane, 0, {3, 4}, all);
+        EXPECT_EQ(inside(covered(few), 100), inside(covered(all), 100)) << part.from;
+        EXPECT_LE(few.size(), 408u) << "what is out of sight costs nothing";
+    }
+}
+
+TEST(ShownPart, ZoomsAroundAPlaceAndStaysInside)
+{
+    const shown_part half = zoomed({}, 2.0, 0.3, 1001);
+    EXPECT_DOUBLE_EQ(half.from, 0.15);
+    EXPECT_DOUBLE_EQ(half.to, 0.65);
+    EXPECT_EQ(zoomed(half, 0.5, 0.9, 1001), shown_part());
+    EXPECT_DOUBLE_EQ(zoomed({}, 2.0, 1.0, 1001).to, 1.0);
+    EXPECT_DOUBLE_EQ(panned(half, 0.5).from, 0.4);
+    EXPECT_DOUBLE_EQ(panned(half, 9.0).to, 1.0);
+    EXPECT_DOUBLE_EQ(panned(half, -9.0).from, 0.0);
+    shown_part close;
+    for (int i = 0; i < 200; ++i) close = zoomed(close, 1.25, 0.5, 1001);
+    EXPECT_NEAR(close.width(), 0.002, 1e-12) << "two steps of a thousand";
+    EXPECT_EQ(zoomed({}, 2.0, 0.5, 1), shown_part()) << "one sample is all";
+}
+
 TEST(SectionText, TellsDistancesAreasAnglesAndTimes)
 {
     const std::vector<std::int16_t> curve{0, 4, 8, 4, 0};

@@ -27,10 +27,16 @@ double start_of(const VLAxis& values, const fixed_heights& fixed, double lowest)
 
 double curve_pane::samplesPerColumn() const noexcept
 {
-    return samples >= 2 && size.cx >= 2 ? (samples - 1.0) / (size.cx - 1.0) : 1.0;
+    return samples >= 2 && size.cx >= 2 ? (samples - 1.0) * part.width() / (size.cx - 1.0) : 1.0;
 }
 
-int curve_pane::column(double sample) const noexcept { return base::nearest_int(sample / samplesPerColumn()); }
+double curve_pane::firstShown() const noexcept { return std::max(samples - 1.0, 0.0) * part.from; }
+double curve_pane::lastShown() const noexcept { return std::max(samples - 1.0, 0.0) * part.to; }
+
+int curve_pane::column(double sample) const noexcept
+{
+    return base::nearest_int((sample - firstShown()) / samplesPerColumn());
+}
 
 int curve_pane::row(double raw) const noexcept
 {
@@ -45,7 +51,7 @@ double curve_pane::share(double raw) const noexcept
 curve_pane make_pane(CSize size, std::uint32_t samples, const CMinMaxInfo& range, const VLAxis& values, double zero,
                      const std::optional<fixed_heights>& fixed)
 {
-    curve_pane pane{size, samples, (size.cy - 1.0) / range.range, 0.0, range.minimum, false};
+    curve_pane pane{size, samples, (size.cy - 1.0) / range.range, 0.0, range.minimum};
     const std::optional<double> given = usable_range(values, fixed);
     if (!given) return pane;
     pane.isFixed = true;

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "curves/figures/display/shown_part.h"
 #include "document/MinMaxInfo.h"
 #include "platform/draw/geometry.h"
 #include "vldv_api.h"
@@ -18,7 +19,8 @@ struct fixed_heights {
 };
 
 /// Where the samples of curves stand in a pane: column 0 at its left, row 0 at its top. The first sample stands in the
-/// first column and the last one in the last; so do the lowest and the highest row of the range.
+/// first column and the last one in the last while the whole curve is shown; so do the lowest and the highest row of
+/// the range.
 struct VLDV_INTERNAL_API curve_pane {
     CSize size;
     std::uint32_t samples = 0;  ///< of a curve
@@ -26,8 +28,12 @@ struct VLDV_INTERNAL_API curve_pane {
     double offset = 0.0;        ///< rows that the lowest sample lies below the pane's lower edge
     int lowest = 0;             ///< raw sample
     bool isFixed = false;       ///< the range is the user's
+    shown_part part{};          ///< of the curve, along X
 
     double samplesPerColumn() const noexcept;
+    /// Numbers of the samples at the left and right edge; between two samples where the part is so narrow.
+    double firstShown() const noexcept;
+    double lastShown() const noexcept;
     int column(double sample) const noexcept;
     int row(double raw) const noexcept;
     /// The height of a raw value over the pane's lower edge, 1 at the upper one.

@@ -1,5 +1,6 @@
 #pragma once
 #include "curves/figures/display/section_text.h"
+#include "curves/figures/display/shown_part.h"
 #include "platform/draw/geometry.h"
 #include "vldv_api.h"
 
@@ -26,6 +27,7 @@ enum section_mark_number : int {
 /// Where the marks can be taken hold of, client pixels. Without a spectrum its pane is empty.
 struct mark_panes {
     CRect curve, spectrum;
+    shown_part part{}; ///< of the curve in its pane
 };
 
 /// The marks of a section, and which of them the mouse holds.

@@ -1,0 +1,127 @@
+// The part of the curves that is shown along X, and what stands under the pointer.
+#include "base/streams/rounding.h"
+#include "base/text.h"
+#include "curves/figures/display/curve_points.h"
+#include "curves/figures/display/pointer_text.h"
+#include "curves/figures/display/spectrum_display.h"
+#include "curves/figures/display/typed_marks.h"
+#include "curves/views/SectionView.h"
+#include "platform/app/keys.h"
+#include "view/dialogs/resolution_dialog.h"
+#include "view/dialogs/variable_rows.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace vldv;
+
+namespace {
+
+constexpr double zoomStep = 1.25; // of a notch of the wheel
+constexpr double notch = 120.0;
+
+} // namespace
+
+void CSectionView::showPart(const curves::shown_part& wanted)
+{
+    if (wanted == part) return;
+    part = wanted;
+    Invalidate(true); // texts of the axis reach beyond the pane
+    RefreshDisplay();
+}
+
+bool CSectionView::OnMouseWheel(unsigned flags, int delta, CPoint point)
+{
+    const CRect& place = displayRect;
+    if (flags != MK_CONTROL || section.isEmpty()) return CImageView::OnMouseWheel(flags, delta, point);
+    if (point.x < place.left || point.x >= place.right) return true;
+    const double around = (point.x - place.left) / std::max(place.Width() - 1.0, 1.0);
+    showPart(curves::zoomed(part, std::pow(zoomStep, delta / notch), around, section.length));
+    return true;
+}
+
+/// The numbers along X, below the curves.
+bool CSectionView::isOnAxis(CPoint point) const
+{
+    const CRect& place = displayRect;
+    return point.x >= place.left && point.x < place.right && point.y >= place.bottom &&
+           point.y < place.bottom + intOption("TextVertSpace");
+}
+
+bool CSectionView::startPan(CPoint point)
+{
+    if (part.isWhole() || !isOnAxis(point)) return false;
+    pan = {point.x, part};
+    SetCapture();
+    return true;
+}
+
+/// \return the pointer holds the axis
+bool CSectionView::goOnPanning(CPoint point)
+{
+    if (!pan) return false;
+    showPart(curves::panned(pan->before, (pan->from - point.x) / std::max(displayRect.Width() - 1.0, 1.0)));
+    return true;
+}
+
+/// What is read at a point: a value of the active curve, or of the spectrum; empty outside of both.
+std::string CSectionView::pointerText(CPoint point) const
+{
+    const curves::mark_panes shown = panes();
+    const auto across = [&point](const CRect& place) {
+        return (point.x - place.left) / std::max(place.Width() - 1.0, 1.0);
+    };
+    if (shown.spectrum.PtInRect(point)) return spectrumTextAt(section.length / 2 * across(shown.spectrum));
+    if (!shown.curve.PtInRect(point)) return {};
+    const VLAxis &x = positionAxis(), &y = valueAxis();
+    const double at = (section.length - 1.0) * part.fromPane(across(shown.curve));
+    const double position = positionStart() + at * x.scale;
+    const auto nearest = static_cast<std::size_t>(std::lround(at));
+    const std::span<const std::int16_t> curve = shownCurve();
+    if (nearest >= curve.size() || !section.isMeasured(activeCurve(), nearest))
+        return curves::unmeasured_text(position, x.get_units());
+    const double value = heightStart() + shownHeights().range * pane.share(curves::raw_between(curve, at));
+    return curves::pointer_text(position, x.get_units(), value, y.get_units());
+}
+
+void CSectionView::tellPointer(CPoint point)
+{
+    const std::string told = pointerText(point);
+    if (told.empty()) return forgetPlace();
+    setPlaceText(base::widen(told));
+}
+
+/// Asks for the places of the marks in physical units.
+void CSectionView::typeMarks()
+{
+    if (section.isEmpty() || marksMode() == curves::marks_mode::none) return;
+    const VLAxis &x = positionAxis(), &y = valueAxis();
+    const curves::typed_marks typed(marksMode(), {positionStart(), (section.length - 1.0) * x.scale, x.get_units()},
+                                    {heightStart(), shownHeights().range, y.get_units()});
+    std::vector<SPMVar> variables = typed.variables(marks);
+    SPMVarList list;
+    list.set_variables(variables.data(), static_cast<unsigned>(variables.size()));
+    if (!view::ask_variables(list, "Marks", this)) return;
+    list.get_variables(variables.data(), static_cast<unsigned>(variables.size()));
+    typed.put(variables, marks);
+    for (int mark = 0; mark < static_cast<int>(marks.marks.size()); ++mark) marksMoved(mark);
+    Invalidate(true);
+    if (marksMode() == curves::marks_mode::crossbar) update_step_data();
+}
+
+/// Lets the user correct the axes, by the distance between both upright lines where he knows it.
+void CSectionView::OnViewResolution()
+{
+    const auto placeOf = [this](int mark) {
+        return curves::point_of_sample(points, section.segmentLengths, std::llround(sampleOf(mark)));
+    };
+    const curves::grid_point first = placeOf(curves::firstMark), second = placeOf(curves::secondMark);
+    const auto difference = [&](std::size_t side) { return side < first.size() ? second[side] - first[side] : 0; };
+    const double rise = marks[curves::secondMark].y - marks[curves::firstMark].y;
+    const view::measured_distance between{
+        {difference(0), difference(1)},
+        base::nearest_int(std::fabs(rise) * shownHeights().range / std::fabs(valueAxis().scale))};
+    view::run_resolution(*storageDoc(), imageNumber,
+                         {static_cast<unsigned>(intOption("AxisX")), 0, static_cast<unsigned>(intOption("AxisZ"))},
+                         between, this);
+}
