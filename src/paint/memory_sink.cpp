@@ -21,6 +21,12 @@ std::byte byte_of(std::uint32_t pixel, int which) noexcept
     return static_cast<std::byte>(pixel >> (8 * which) & 255);
 }
 
+/// One pixel a row, as upright lines have.
+void change_column(std::byte* to, std::ptrdiff_t perRow, int count, raster_op::change by) noexcept
+{
+    for (int y = 0; y < count; ++y, to += perRow) store(to, (load(to) & by.keep) ^ by.flip);
+}
+
 void change_row(std::byte* to, int count, int bytes, raster_op::change by) noexcept
 {
     if (bytes == 4) {
@@ -78,9 +84,15 @@ bool memory_sink::isIn(const std::byte* bits) const
 void memory_sink::fill(std::span<const CRect> rects, colorEntry color, raster_op op)
 {
     const raster_op::change by = op.with(pixel_of(color));
-    for (const CRect& rect : rects)
+    constexpr int wholePixel = 4;
+    for (const CRect& rect : rects) {
+        if (rect.Width() == 1 && rows.bytes == wholePixel) {
+            change_column(rows.row(rect.top) + std::ptrdiff_t{wholePixel} * rect.left, rows.stride, rect.Height(), by);
+            continue;
+        }
         for (int y = rect.top; y < rect.bottom; ++y)
             change_row(rows.row(y) + std::ptrdiff_t{rows.bytes} * rect.left, rect.Width(), rows.bytes, by);
+    }
 }
 
 void memory_sink::put(const pixel_block& block, const CRect& part, raster_op op)

@@ -23,32 +23,59 @@ struct pixel_steps {
     {
     }
 
-    CPoint at(std::int64_t step) const noexcept
+    bool isUpright() const noexcept { return dx == 0; }
+
+    /// Steps begin … end - 1 of an upright line; empty when there are none.
+    CRect column(std::int64_t begin, std::int64_t end) const noexcept
     {
-        const auto moved = [&](int start, std::int64_t way) {
-            // start + floor(step * way / count + 1/2) in whole numbers: each pixel is found by itself, so that a piece
-            // of a line has the pixels that it has in the whole line, wherever a clip begins.
-            const std::int64_t a = 2 * step * way + count, b = 2 * count;
-            return static_cast<int>(start + (a >= 0 ? a / b : -((-a + b - 1) / b)));
-        };
-        return {moved(from.x, dx), moved(from.y, dy)};
+        if (begin >= end) return {};
+        const std::int64_t first = dy > 0 ? from.y + begin : from.y - end + 1;
+        return CRect({from.x, static_cast<int>(first)}, CSize{1, static_cast<int>(end - begin)});
     }
 
     /// Steps begin … end - 1 as spans.
     void add(std::int64_t begin, std::int64_t end, std::vector<platform::pixel_span>& out) const
     {
+        if (begin >= end) return;
+        walk x(from.x, dx, count, begin), y(from.y, dy, count, begin);
         bool continues = false;
-        for (std::int64_t step = begin; step < end; ++step) {
-            const CPoint pixel = at(step);
-            if (continues && out.back().y == pixel.y) {
-                out.back().left = std::min(out.back().left, pixel.x);
-                out.back().right = std::max(out.back().right, pixel.x + 1);
+        for (std::int64_t step = begin; step < end; ++step, x.go(), y.go()) {
+            if (continues && out.back().y == y.place) {
+                out.back().left = std::min(out.back().left, x.place);
+                out.back().right = std::max(out.back().right, x.place + 1);
             } else {
-                out.push_back({pixel.y, pixel.x, pixel.x + 1});
+                out.push_back({y.place, x.place, x.place + 1});
             }
             continues = true;
         }
     }
+
+private:
+    /// One coordinate on its way: start + floor(step * way / count + 1/2) in whole numbers. Where it begins is found by
+    /// itself, so that a piece of a line has the pixels that it has in the whole line, wherever a clip begins.
+    struct walk {
+        walk(int start, std::int64_t way, std::int64_t count, std::int64_t step) : turn(2 * count), rise(2 * way)
+        {
+            const std::int64_t a = step * rise + count;
+            const std::int64_t whole = a >= 0 ? a / turn : -((-a + turn - 1) / turn);
+            place = static_cast<int>(start + whole);
+            rest = a - whole * turn;
+        }
+        void go() noexcept // |rise| <= turn: by one at most
+        {
+            rest += rise;
+            if (rest >= turn) {
+                rest -= turn;
+                ++place;
+            } else if (rest < 0) {
+                rest += turn;
+                --place;
+            }
+        }
+
+        std::int64_t turn, rise, rest;
+        int place;
+    };
 };
 
 CPoint within_limit(CPoint point) noexcept
@@ -94,8 +121,12 @@ line_spans thin_line(std::span<const CPoint> points, bool closed, const device_p
         const auto length = static_cast<double>(stretch.count);
         constexpr double slack = 2.0;
         const visible_part part = find_visible_part(from.x, from.y, to.x, to.y, length, bounds, slack);
-        const auto first = static_cast<std::int64_t>(std::floor(part.first));
-        const auto end = static_cast<std::int64_t>(std::ceil(part.last));
+        const std::int64_t first = std::max(static_cast<std::int64_t>(std::floor(part.first)), std::int64_t{0});
+        const std::int64_t end = std::min(static_cast<std::int64_t>(std::ceil(part.last)), stretch.count);
+        if (stretch.isUpright() && pen.pattern.empty()) {
+            if (const CRect column = stretch.column(first, end); !column.IsRectEmpty()) out.uprights.push_back(column);
+            continue;
+        }
         dashes.advance(length, part.first, part.last, [&](bool on, double begin, double until) {
             stretch.add(std::max(first, static_cast<std::int64_t>(std::ceil(begin))),
                         std::min(end, static_cast<std::int64_t>(std::ceil(until))), on ? out.line : out.gaps);

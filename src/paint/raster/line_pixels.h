@@ -10,6 +10,7 @@ namespace vldv::paint {
 /// Pixels of a line and of the gaps of its pattern. A pixel may appear twice where the line meets itself.
 struct line_spans {
     std::vector<platform::pixel_span> line, gaps;
+    std::vector<CRect> uprights; ///< parts of the line that are a pixel wide, which `line` leaves out
 };
 
 /// A line one pixel wide through the points. An open one leaves its last pixel out, and so does each stretch before the

@@ -39,8 +39,8 @@ device_pen device_pen_of(const CPen& pen, double scale, double ratio)
     const double units = isGeometric ? pen.width * scale : out.pattern.empty() ? std::max(1, pen.width) : 1;
     out.isThin = units < 1.5;
     out.width = (out.isThin ? 1.0 : units) * ratio;
-    // Round and square ends add half a width to either side of a dash, which the gaps of a fixed pattern make good. A thin
-    // line has no ends.
+    // Round and square ends add half a width to either side of a dash, which the gaps of a fixed pattern make good. A
+    // thin line has no ends.
     if (isGeometric && !out.isThin && out.showsGaps && (pen.style & PS_ENDCAP_MASK) != PS_ENDCAP_FLAT)
         for (std::size_t i = 0; i < out.pattern.size(); i += 2) {
             out.pattern[i] = std::max(shortestDash, out.pattern[i] - 1.0);

@@ -66,11 +66,13 @@ clip_bands raster_surface::clipOf(const platform::dc_state& state) const
     return {state.clip, sink->size(), origin, pixelsAUnit};
 }
 
-void raster_surface::paint(const spans& area, colorEntry color, raster_op op, const clip_bands& clip)
+void raster_surface::paint(const spans& area, std::span<const CRect> uprights, colorEntry color, raster_op op,
+                           const clip_bands& clip)
 {
     std::vector<CRect> rects;
-    // Steep lines and upright sides are one rectangle, not one a row.
     const auto add = [&](const CRect& rect) { clip.each(rect, [&](const CRect& part) { rects.push_back(part); }); };
+    for (const CRect& each : uprights) add(each);
+    // Steep lines and upright sides are one rectangle, not one a row.
     CRect open;
     for (const platform::pixel_span& span : area) {
         const bool sameColumns = span.left == open.left && span.right == open.right;
@@ -92,15 +94,15 @@ void raster_surface::brushOver(const platform::dc_state& state, const spans& are
 {
     const bool asksBrush = tool.op.readsSource();
     if (asksBrush && tool.brush.kind == CBrush::fill::none) return;
-    if (!asksBrush || tool.brush.kind == CBrush::fill::solid) return paint(area, tool.brush.color, tool.op, clip);
+    if (!asksBrush || tool.brush.kind == CBrush::fill::solid) return paint(area, {}, tool.brush.color, tool.op, clip);
     spans visible;
     for (const platform::pixel_span& span : area)
         clip.each({span.left, span.y, span.right, span.y + 1},
                   [&](const CRect& part) { visible.push_back({part.top, part.left, part.right}); });
     const CRect start = scaled_rect(CRect(state.brushOrigin, CSize{}), origin, pixelsAUnit);
     const hatched_spans split = split_by_hatch(visible, tool.brush.hatch, start.TopLeft(), std::max(1.0, pixelsAUnit));
-    if (state.backMode == OPAQUE) paint(split.between, state.backColor, tool.op, clip);
-    paint(split.lines, tool.brush.color, tool.op, clip);
+    if (state.backMode == OPAQUE) paint(split.between, {}, state.backColor, tool.op, clip);
+    paint(split.lines, {}, tool.brush.color, tool.op, clip);
 }
 
 void raster_surface::paintLine(const platform::dc_state& state, const clip_bands& clip, line_spans& covered,
@@ -108,11 +110,14 @@ void raster_surface::paintLine(const platform::dc_state& state, const clip_bands
 {
     const raster_op op = raster_op_of(state.rop2);
     if (!op.isIdempotent()) {
+        for (const CRect& each : covered.uprights)
+            for (int y = each.top; y < each.bottom; ++y) covered.line.push_back({y, each.left, each.right});
+        covered.uprights.clear();
         join_spans(covered.line);
         join_spans(covered.gaps);
     }
-    if (showsGaps && state.backMode == OPAQUE) paint(covered.gaps, state.backColor, op, clip);
-    paint(covered.line, state.pen.color, op, clip);
+    if (showsGaps && state.backMode == OPAQUE) paint(covered.gaps, {}, state.backColor, op, clip);
+    paint(covered.line, covered.uprights, state.pen.color, op, clip);
 }
 
 /// A line whose middle runs through the points, in pixels.
@@ -187,7 +192,7 @@ void raster_surface::ellipse(const platform::dc_state& state, const CRect& rect)
     const device_pen pen = device_pen_of(state.pen, scale_of(state), pixelsAUnit);
     // A thin outline is the edge of the very pixels that are filled, so that nothing shows between the two.
     if (pen.isThin && pen.pattern.empty()) {
-        line_spans edge{inner_edge(inside, nib), {}};
+        line_spans edge{inner_edge(inside, nib), {}, {}};
         return paintLine(state, clip, edge, false);
     }
     // The middle of the pen runs half a unit inside the sides.

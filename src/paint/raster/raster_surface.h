@@ -35,7 +35,9 @@ private:
     clip_bands clipOf(const platform::dc_state& state) const;
     void strokeThrough(const platform::dc_state& state, const clip_bands& clip, const QPolygonF& middles, bool closed);
     void paintLine(const platform::dc_state& state, const clip_bands& clip, line_spans& covered, bool showsGaps);
-    void paint(const spans& area, colorEntry color, raster_op op, const clip_bands& clip);
+    /// \param uprights  further pixels, all a pixel wide
+    void paint(const spans& area, std::span<const CRect> uprights, colorEntry color, raster_op op,
+               const clip_bands& clip);
     void brushOver(const platform::dc_state& state, const spans& area, const fill_tool& tool, const clip_bands& clip);
     void stretchedPixels(const blit& picture, bool averages, const clip_bands& clip);
     void turnedPixels(const blit& picture, const clip_bands& clip);

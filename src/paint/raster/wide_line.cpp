@@ -118,7 +118,7 @@ line_spans nib_line(const QPolygonF& points, bool closed, const device_pen& pen,
     });
     if (closed && !hasLength) add(points[0], points[0] + QPointF(pen.width, 0.0), {1.0, 0.0}, true);
     // All quadrilaterals turn the same way, so that going round once or more is lying in any of them.
-    return {scan_convert(line, true, bounds), scan_convert(gaps, true, bounds)};
+    return {scan_convert(line, true, bounds), scan_convert(gaps, true, bounds), {}};
 }
 
 } // namespace vldv::paint
