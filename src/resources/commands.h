@@ -112,6 +112,7 @@ enum number : unsigned {
     copyData = 10169,
     forceAnalysisOfAll = 10170,
     selectedFeatures = 10171,
+    typeMarks = 10172,
     filters = 10183,
     highlight = 10191,
     invert = 10192,

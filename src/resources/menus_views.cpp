@@ -122,6 +122,7 @@ constexpr menu_row section[] = {
     item(2, commands::structureCyclic, "&Cyclic"),
     item(1, commands::histogram, "&Histogram"),
     item(1, commands::resolution, "Resolution..."),
+    item(1, commands::typeMarks, "Mar&ks..."),
     item(1, commands::selectX, "&Select X curve..."),
     separator(1),
     item(1, commands::forceAnalysis, "&Force curve analysis"),

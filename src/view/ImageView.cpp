@@ -111,9 +111,11 @@ void CImageView::setActiveSubimage(unsigned sub)
     if (sub == subImageNumber) return;
     subImageNumber = sub;
     forgetPlace();
-    OnUpdate(nullptr, document::data_hint(imageNumber), {});
+    showSubImage();
     UpdateSelections();
 }
+
+void CImageView::showSubImage() { OnUpdate(nullptr, document::data_hint(imageNumber), {}); }
 
 void CImageView::getBestScale(double* low, double* high, const char** units)
 {

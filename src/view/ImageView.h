@@ -45,6 +45,8 @@ public:
     /// Fills at most `count` records and returns how many; with null, how many there are.
     virtual int GetDataSelection(VLPluginDataSelection*, unsigned) { return 0; }
     virtual void UpdateSelections() {}
+    /// Another sub-image became the active one: the view reads what it shows anew.
+    virtual void showSubImage();
     /// Gives `target` the shape and data that selections name; leaves it without data when it cannot.
     virtual void getSelectionCopy(SPMDataStream&, const VLPluginDataSelection*, unsigned) {}
 
@@ -58,7 +60,7 @@ public:
     virtual void Export(int filter, const wchar_t* path);
 
     CStorageDoc* storageDoc() const noexcept;
-    /// Clamps; a new one reloads the view.
+    /// Clamps; a new one is shown.
     void setActiveSubimage(unsigned sub);
     void setSubImageNumber(unsigned sub) noexcept { subImageNumber = sub; }
     unsigned getSubImageNumber() const noexcept { return subImageNumber; }

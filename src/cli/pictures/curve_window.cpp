@@ -87,6 +87,7 @@ std::string draw_curve_window(CStorageDoc& document, const curve_window& window,
     const std::unique_ptr<CImageView> view = attached_view(document, window);
     view->Create(nullptr, view->kind());
     view->OnInitialUpdate();
+    view->setActiveSubimage(window.sub);
     if (!shows_curves(*view)) return "there are no samples to draw a curve through";
     set_up_view(*view, window);
     if (std::string reason = window.setOptions(*view); !reason.empty()) return reason;

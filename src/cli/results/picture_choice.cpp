@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "cli/results/curve_source.h"
+#include "curves/figures/opening_part.h"
 #include "document/measuring_image.h"
 
 #include <optional>
@@ -101,9 +102,11 @@ std::vector<picture_number> chosen_pictures(const CStorageDoc& document, const p
             continue;
         }
         const unsigned count = document.getSubImagesNumber(image);
-        const unsigned first = options.sub >= 0 ? static_cast<unsigned>(options.sub) : 0;
         // All curves stand in one window.
-        const unsigned end = options.sub >= 0 || *view != picture_view::surface ? first + 1 : count;
+        const bool isSurface = *view == picture_view::surface;
+        const unsigned opening = isSurface ? 0 : curves::opening_part(document.getImage(image));
+        const unsigned first = options.sub >= 0 ? static_cast<unsigned>(options.sub) : opening;
+        const unsigned end = options.sub >= 0 || !isSurface ? first + 1 : count;
         for (unsigned sub = first; sub < std::min(end, count); ++sub) found.push_back({image, sub, *view});
     }
     if (found.empty() && skipped.empty()) skipped = what_is_missing(options);

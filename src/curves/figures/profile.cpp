@@ -73,11 +73,10 @@ public:
     {
     }
 
-    /// One-dimensional curves as they stand.
-    void readWhole()
+    /// The gaps of one-dimensional curves that are taken as they stand.
+    void readWholeGaps()
     {
         const std::size_t count = std::size_t{out.curves} * out.length;
-        std::copy_n(samples, count, out.samples.begin());
         for (const formats::void_range& each : voids)
             for (std::uint64_t i = each.first; i < std::min<std::uint64_t>(each.first + each.count, count); ++i)
                 out.gaps[i] = true;
@@ -127,7 +126,7 @@ public:
                 if (!missing.empty() && missing[from] != 0)
                     putPartial(to, sums[from] / weight, lines - missing[from]);
                 else
-                    out.samples[to] = nearest(sums[from]);
+                    out.memory[to] = nearest(sums[from]);
             }
         at += count;
     }
@@ -150,12 +149,12 @@ private:
     void putPartial(std::size_t at, float sum, std::int64_t measured)
     {
         if (measured == 0) out.gaps[at] = true;
-        out.samples[at] = measured == 0 ? std::int16_t{0} : nearest(sum / static_cast<float>(measured));
+        out.memory[at] = measured == 0 ? std::int16_t{0} : nearest(sum / static_cast<float>(measured));
     }
     void put(std::int64_t index, std::size_t at)
     {
         for (std::size_t k = 0; k < image.subImages; ++k) {
-            out.samples[k * out.length + at] = sample(index, k);
+            out.memory[k * out.length + at] = sample(index, k);
             if (!ends.empty() && isPadding(index, k)) out.gaps[k * out.length + at] = true;
             if (!voids.empty() && isVoid(index, k)) out.gaps[k * out.length + at] = true;
         }
@@ -178,13 +177,14 @@ private:
     profile& out;
 };
 
+bool is_whole_record(const grid& image, const std::vector<grid_point>& points) noexcept
+{
+    return image.dimensions() == 1 && points.size() == 2;
+}
+
 void read_samples(profile_reader reader, const grid& image, const std::vector<grid_point>& points, unsigned halfWidth,
                   profile& out)
 {
-    if (image.dimensions() == 1 && points.size() == 2) {
-        reader.readWhole();
-        return;
-    }
     std::size_t at = 0;
     for (std::size_t s = 0; s < out.segmentLengths.size(); ++s) {
         const segment line{points[s], points[s + 1], out.segmentLengths[s]};
@@ -239,6 +239,7 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     out.gaps.clear();
     out.varyingDimensions.clear();
     out.length = out.curves = 0;
+    out.samples = {};
     const grid image(stream);
     if (image.isEmpty()) return;
     settle_points(points, image);
@@ -246,7 +247,6 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     measure(points, out);
     const std::uint64_t count = std::uint64_t{out.length} * image.subImages;
     if (count > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("the curves have too many samples");
-    if (out.samples.size() < count) out.samples.resize(count);
     std::vector<std::size_t> ends;
     if (told && *told) ends = formats::curve_lengths(stream, told);
     if (!ends.empty()) out.lengths = lengths_along(ends, image, points);
@@ -262,7 +262,20 @@ void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, 
     out.values = shorts.values;
     out.curves = image.subImages;
     if (!ends.empty() || !voids.empty()) out.gaps.assign(count, false);
-    read_samples({shorts, image, ends, voids, out}, image, points, halfWidth, out);
+    const auto* const raw = static_cast<const std::int16_t*>(shorts.array_data());
+    profile_reader reader(shorts, image, ends, voids, out);
+    const bool isWhole = is_whole_record(image, points);
+    if (isWhole && &shorts == &stream) {
+        out.samples = {raw, count};
+    } else {
+        if (out.memory.size() < count) out.memory.resize(count);
+        if (isWhole) std::copy_n(raw, count, out.memory.begin());
+        out.samples = {out.memory.data(), count};
+    }
+    if (isWhole)
+        reader.readWholeGaps();
+    else
+        read_samples(reader, image, points, halfWidth, out);
     if (std::ranges::find(out.gaps, true) == out.gaps.end()) out.gaps.clear();
 }
 

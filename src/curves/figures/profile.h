@@ -23,12 +23,18 @@ struct grid {
     std::size_t dimensions() const noexcept { return lengths.size(); }
 };
 
-/// The curves along a line through an image, one a sub-image.
+/// The curves along a line through an image, one a sub-image. Of a whole record of 16-bit numbers they are the image's
+/// own samples, which must stay where they are; of anything else they stand in memory of their own.
 struct VLDV_INTERNAL_API profile {
+    profile() = default;
+    profile(profile&&) = default;
+    profile& operator=(profile&&) = default;
+
     std::vector<std::uint32_t> segmentLengths; ///< samples from each point to the next, both included
     std::set<std::int32_t> varyingDimensions;  ///< those along which the line runs
     std::uint32_t length = 0;                  ///< samples of one curve; a joint of two segments counts once
-    std::vector<std::int16_t> samples;         ///< curve behind curve; may hold more than the curves need
+    std::span<const std::int16_t> samples;     ///< curve behind curve
+    std::vector<std::int16_t> memory;          ///< of those that are not the image's; may be larger
     unsigned curves = 0;
     /// Samples that each curve holds, the rest of it being padding; empty when all are whole.
     std::vector<std::uint32_t> lengths;
@@ -52,7 +58,7 @@ struct VLDV_INTERNAL_API profile {
     /// Which samples of a curve were not measured, one entry for each; empty when all were.
     std::vector<bool> gapsOf(unsigned index) const;
     /// All curves with their padding.
-    std::span<const std::int16_t> all() const noexcept { return {samples.data(), std::size_t{curves} * length}; }
+    std::span<const std::int16_t> all() const noexcept { return samples; }
     /// The dimension whose axes give the positions.
     unsigned dimension() const noexcept
     {
@@ -72,6 +78,9 @@ struct VLDV_INTERNAL_API profile {
 /// \throws std::bad_alloc; std::length_error when a curve exceeds 31 bits of samples or all exceed 32
 VLDV_INTERNAL_API void take_profile(const SPMDataStream& stream, std::vector<grid_point>& points, unsigned halfWidth,
                                     profile& out, const char* told = nullptr, const char* toldVoids = nullptr);
+/// The curves may be those of the stream, which must not go at once.
+void take_profile(SPMDataStream&&, std::vector<grid_point>&, unsigned, profile&, const char* = nullptr,
+                  const char* = nullptr) = delete;
 
 /// The sample of the image under a sample of the curve, between the ends of its segment.
 grid_point point_of_sample(std::span<const grid_point> points, std::span<const std::uint32_t> segmentLengths,

@@ -1,6 +1,7 @@
 #include "curves/views/ParametricCurveView.h"
 
 #include "base/text.h"
+#include "curves/figures/opening_part.h"
 #include "curves/figures/pairs/pair_text.h"
 #include "curves/views/pair_options.h"
 #include "document/StorageDoc.h"
@@ -181,7 +182,11 @@ void CParametricCurveView::OnUpdate(CView* sender, std::uint32_t hint, const hin
     if (!storageDoc() || storageDoc()->getImagesNumber() == 0) return;
     const document::hint told = document::hint::unpacked(hint);
     if (told.code == document::hintNewData) {
-        if (!isOpened()) displaySize = storedSize();
+        if (!isOpened()) {
+            displaySize = storedSize();
+            if (subImageNumber == 0 && imageNumber < storageDoc()->getImagesNumber())
+                subImageNumber = curves::opening_part(storageDoc()->getImage(imageNumber));
+        }
         CImageView::OnUpdate(sender, hint, object);
         return SetTextPos();
     }

@@ -91,6 +91,9 @@ private:
     void Resize(int width, int height);
     void SetTextPos();
     void drawCurves(CDC& dc, CPoint origin) const;
+    void drawNames(CDC& dc) const;
+    bool isDotted(unsigned curve) const;
+    colorEntry colorOf(unsigned curve) const;
     void drawStatistics(CDC& dc) const;
     void draw_marks(CDC* dc);
     void drawTexts(CDC& dc);
@@ -99,6 +102,7 @@ private:
     void markMoved(int mark);
     void settleMarks();
     void SetDefaultCursor();
+    void tellPointer(CPoint point);
 
     // Commands
     void OnCopydataastext();

@@ -3,6 +3,7 @@
 #include "curves/figures/pairs/pair_text.h"
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/chart_drawing.h"
+#include "curves/views/curve_names.h"
 #include "document/StorageDoc.h"
 #include "platform/draw/DC.h"
 
@@ -62,10 +63,34 @@ void CParametricCurveView::RefreshDisplay()
     updateText();
 }
 
-/// The active curve comes last, over the others; of two the other one is dotted.
-void CParametricCurveView::drawCurves(CDC& dc, CPoint origin) const
+/// Of two curves the other one is dotted.
+bool CParametricCurveView::isDotted(unsigned curve) const
 {
     constexpr int activePair = 2;
+    return curve != activeCurve() && (curves < 3 || intOption("show_only") == activePair);
+}
+
+colorEntry CParametricCurveView::colorOf(unsigned curve) const
+{
+    return colorOption(curve % 2 == 0 ? "line1color" : "line2color");
+}
+
+/// Parts of a force curve by their names, where few of them are shown.
+void CParametricCurveView::drawNames(CDC& dc) const
+{
+    constexpr std::size_t most = 4;
+    const std::vector<smart_string>& names = storageDoc()->getImage(imageNumber).subimage_names();
+    if (curves < 2 || names.size() < curves) return;
+    std::vector<curves::named_curve> named;
+    for (unsigned each = 0; each < curves && named.size() <= most; ++each)
+        if (isShown(each)) named.push_back({base::widen(names[each].c_str()), colorOf(each), isDotted(each)});
+    if (named.size() > most) named = {{base::widen(names[activeCurve()].c_str()), colorOf(activeCurve()), false}};
+    curves::draw_curve_names(dc, displayRect, named);
+}
+
+/// The active curve comes last, over the others.
+void CParametricCurveView::drawCurves(CDC& dc, CPoint origin) const
+{
     const curves::pair_source all = source();
     const unsigned count = all.curves(), shown = activeCurve();
     std::vector<CPoint> line;
@@ -73,9 +98,7 @@ void CParametricCurveView::drawCurves(CDC& dc, CPoint origin) const
     for (unsigned j = 0; j < count; ++j) {
         const unsigned each = (shown + count - 1 - j) % count;
         if (!isShown(each)) continue;
-        const bool isDotted = each != shown && (count < 3 || intOption("show_only") == activePair);
-        const colorEntry color = colorOption(each % 2 == 0 ? "line1color" : "line2color");
-        dc.SelectObject(CPen{isDotted ? std::uint32_t{PS_DOT} : std::uint32_t{PS_SOLID}, 1, color, {}});
+        dc.SelectObject(CPen{isDotted(each) ? std::uint32_t{PS_DOT} : std::uint32_t{PS_SOLID}, 1, colorOf(each), {}});
         const curves::pair_series series = each == shown ? active : all.curve(each);
         curves::for_each_measured_stretch(series, [&](std::size_t first, std::size_t end) {
             pane.line(series, first, end, origin, line);
@@ -170,6 +193,7 @@ void CParametricCurveView::OnDrawLegend(CDC& dc)
     dc.IntersectClipRect(displayRect);
     dc.TextOut(displayRect.right - nameGap - extent.cx, displayRect.bottom - nameGap - extent.cy, across);
     dc.TextOut(displayRect.left + nameGap, displayRect.top + nameGap, up);
+    drawNames(dc);
     dc.RestoreDC(saved);
 }
 

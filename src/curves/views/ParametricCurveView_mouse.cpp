@@ -1,4 +1,6 @@
 // Marks that mouse and keys move along the curve.
+#include "base/text.h"
+#include "curves/figures/display/pointer_text.h"
 #include "curves/views/ParametricCurveView.h"
 #include "platform/app/keys.h"
 
@@ -60,9 +62,20 @@ void CParametricCurveView::SetDefaultCursor()
     SetCursor(marks.active == curves::pair_mark_set::none ? cursor_shape::arrow : cursor_shape::sizeHorizontal);
 }
 
+/// Position and value at the pointer.
+void CParametricCurveView::tellPointer(CPoint point)
+{
+    const CRect& place = displayRect;
+    if (!IsGood() || !place.PtInRect(point)) return forgetPlace();
+    const double x = pane.positionAt((point.x - place.left) / std::max(place.Width() - 1.0, 1.0));
+    const double y = pane.valueAt((place.bottom - 1 - point.y) / std::max(place.Height() - 1.0, 1.0));
+    setPlaceText(base::widen(curves::pointer_text(x, axisX().get_units(), y, axisY().get_units())));
+}
+
 void CParametricCurveView::OnMouseMove(unsigned flags, CPoint point)
 {
     CImageView::OnMouseMove(flags, point);
+    tellPointer(point);
     if (!marks.isDragging) {
         FindMarkXY(point, reach, &marks.active);
         return SetDefaultCursor();

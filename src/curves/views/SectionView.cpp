@@ -1,5 +1,6 @@
 #include "curves/views/SectionView.h"
 
+#include "curves/figures/opening_part.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
@@ -77,7 +78,7 @@ double CSectionView::zeroOffset() const
 {
     const VLAxis& axis = valueAxis();
     constexpr int histogramZero = 2;
-    if (intOption("ZScale.zero") != histogramZero || section.isEmpty()) return axis.start;
+    if (intOption("ZScale.zero") != histogramZero || !hasCurves()) return axis.start;
     const auto length = static_cast<int>(section.length);
     return -find_zero_level(section.samples.data(), length, static_cast<int>(section.curves),
                             length * static_cast<int>(sizeof(std::int16_t)), 0) *
@@ -120,7 +121,7 @@ void CSectionView::fitParent()
 
 void CSectionView::Resize(int width, int height)
 {
-    if (section.isEmpty()) return;
+    if (!hasCurves()) return;
     displaySize = {width, height};
     if (CWinApp* const app = AfxGetApp()) {
         app->profile().writeInt(GetViewSection(), "DefaultWidth", width);
@@ -149,6 +150,8 @@ void CSectionView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object
         if (!isOpened()) {
             displaySize = storedSize();
             marks.reset();
+            if (const SPMDataStream* const source = stream(); source && subImageNumber == 0)
+                subImageNumber = curves::opening_part(*source);
         }
         CImageView::OnUpdate(sender, hint, object);
         return fitParent();

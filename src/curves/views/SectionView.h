@@ -73,6 +73,7 @@ public:
     void CountDisplayRect() override;
     void GetOptionsList(SPMVar* vars, unsigned* count) override;
     void LoadData() override;
+    void showSubImage() override;
     void RefreshDisplay() override;
     void OnDrawData(CDC& dc) override;
     void OnDrawLegend(CDC& dc) override;
@@ -119,6 +120,9 @@ private:
 
     // Data
     const SPMDataStream* stream() const;
+    bool hasCurves() const;
+    void takeCurves();
+    void measureCurves();
     /// Of the dimension along which the curves run, and of the values, as the options choose.
     const VLAxis& positionAxis() const;
     const VLAxis& valueAxis() const;
@@ -150,7 +154,6 @@ private:
     bool goOnPanning(CPoint point);
     std::string pointerText(CPoint point) const;
     void tellPointer(CPoint point);
-    void typeMarks();
 
     // Drawing
     void DoRefreshDisplay(bool quick);
@@ -163,6 +166,7 @@ private:
     };
     std::vector<shown_curve> shownCurves() const; ///< in the order in which they are drawn
     void drawCurves(CDC& dc, CPoint origin, bool quick) const;
+    bool isQuickAlreadyFine() const;
     void drawNames(CDC& dc) const;
     void drawSpectrum(CDC& dc, CPoint origin, bool quick) const;
     void draw_marks(CDC& dc) const;
@@ -188,6 +192,7 @@ private:
     bool moveCrossbar(int dx, int dy);
     void update_step_data() { steps.crossbarMoved(); }
     bool moveAcross(int side, int by);
+    void moveVolumeMark();
     void drawMarkOn(const CImageView& surface, CDC& dc, int mark, int size) const;
     std::string marksText() const;
     std::string placeText() const;
@@ -206,6 +211,8 @@ private:
     void OnUpdateHistogram(CCmdUI& ui);
     void OnCurveCopydataastext();
     void OnViewResolution();
+    void OnTypeMarks();
+    void OnUpdateTypeMarks(CCmdUI& ui);
     void OnRefresh();
     void OnUpdateHasData(CCmdUI& ui);
 

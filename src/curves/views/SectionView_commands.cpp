@@ -34,6 +34,7 @@ bool CSectionView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {commands::structureFinite, commands::structureFinite, &view::OnCorrelation, &view::OnUpdateHasData},
         {commands::structureCyclic, commands::structureCyclic, &view::OnCorrelation, &view::OnUpdateHasData},
         {commands::resolution, &view::OnViewResolution, &view::OnUpdateHasData},
+        {commands::typeMarks, &view::OnTypeMarks, &view::OnUpdateTypeMarks},
         {commands::histogram, &view::OnCurveHistogram, &view::OnUpdateHistogram},
         {commands::selectX, &view::OnCurveSelectXCurve, &view::OnUpdateSelectXCurve},
         {commands::forceAnalysis, &view::OnCurveForceanalysis, &view::OnUpdateForceanalysis},
@@ -43,7 +44,7 @@ bool CSectionView::OnCmdMsg(unsigned id, CCmdUI* ui)
     return dispatch_command<view>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
 }
 
-void CSectionView::OnUpdateHasData(CCmdUI& ui) { ui.Enable(!section.isEmpty()); }
+void CSectionView::OnUpdateHasData(CCmdUI& ui) { ui.Enable(hasCurves()); }
 
 void CSectionView::OnRefresh()
 {
@@ -75,7 +76,7 @@ void CSectionView::CallMathFunction(curves::curve_function function, void* param
 {
     const SPMDataStream* const source = stream();
     CDocTemplate* const maker = GetDocument() ? GetDocument()->GetDocTemplate() : nullptr;
-    if (!source || !maker || section.isEmpty()) return;
+    if (!source || !maker || !hasCurves()) return;
     const curves::physical_curves made =
         curves::call_function(section, valueAxis(), positionAxis(), function, parameter);
     auto* const target = dynamic_cast<CStorageDoc*>(maker->CreateNewDocument());
@@ -90,7 +91,7 @@ void CSectionView::CallMathFunction(curves::curve_function function, void* param
 void CSectionView::OnUpdateHistogram(CCmdUI& ui)
 {
     const SPMDataStream* const source = stream();
-    ui.Enable(source && source->get_dimensions_number() == 1 && !section.isEmpty() && view::can_open(histogramFrame));
+    ui.Enable(source && source->get_dimensions_number() == 1 && hasCurves() && view::can_open(histogramFrame));
 }
 
 void CSectionView::OnCurveHistogram()
@@ -116,7 +117,7 @@ CImgOpSelectViewDialog curves_for(const CImageView& view)
 void CSectionView::OnUpdateSelectXCurve(CCmdUI& ui)
 {
     const SPMDataStream* const source = stream();
-    ui.Enable(source && source->get_dimensions_number() == 1 && !section.isEmpty() && view::can_open(parametricFrame) &&
+    ui.Enable(source && source->get_dimensions_number() == 1 && hasCurves() && view::can_open(parametricFrame) &&
               !curves_for(*this).offered().empty());
 }
 
@@ -151,7 +152,7 @@ void CSectionView::Export(int filter, const wchar_t* path)
     const int ofBase = CountExportFormats(CImageView::GetExportFilters().c_str());
     if (filter <= ofBase) return CImageView::Export(filter, path);
     const SPMDataStream* const source = stream();
-    if (filter > ofBase + 1 || !source || section.isEmpty()) return;
+    if (filter > ofBase + 1 || !source || !hasCurves()) return;
     const std::string table = curves::section_text(section, points, source->get_dimensions_number(), positionAxis(),
                                                    valueAxis(), 0, section.curves - 1);
     curves::save_table(path, table);

@@ -1,4 +1,5 @@
 // What a section view shows: the curves along its points, and what is computed of the active one.
+#include "curves/figures/measured_runs.h"
 #include "curves/figures/section_selection.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/section_options.h"
@@ -53,6 +54,32 @@ void CSectionView::reloadSection()
 void CSectionView::LoadData()
 {
     CImageView::LoadData();
+    takeCurves();
+    if (section.isEmpty()) return;
+    measureCurves();
+    steps.loaded();
+}
+
+/// The same curves with another one as the active one.
+void CSectionView::showSubImage()
+{
+    if (!hasCurves()) return CImageView::showSubImage();
+    CImageView::LoadData();
+    measureCurves();
+    Invalidate(true);
+}
+
+/// Whether there are curves, and what they are read from is still there: an image may go before its window does.
+bool CSectionView::hasCurves() const
+{
+    if (section.isEmpty() || section.samples.data() == section.memory.data()) return !section.isEmpty();
+    const SPMDataStream* const source = stream();
+    return source && source->array_data() == section.samples.data() && source->array_length() >= section.samples.size();
+}
+
+void CSectionView::takeCurves()
+{
+    section.curves = 0;
     const SPMDataStream* const source = stream();
     if (!source || !storageDoc()->isImageOk(imageNumber)) return;
     const unsigned dimension = section.dimension();
@@ -62,14 +89,19 @@ void CSectionView::LoadData()
                          voids.c_str());
     if (section.isEmpty()) return;
     if (section.dimension() != dimension) LoadOptions("^Axis[XYZ]$"); // of another dimension
-    if (source->get_dimensions_number() != 2) {
+    min_max = curves::measured_range(section);
+}
+
+/// What is told and drawn of the active curve.
+void CSectionView::measureCurves()
+{
+    if (hasForceFigures()) {
         if (isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
         if (isOptionOn("ShowForceCurveMin")) fill_force_curve_min();
         if (isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
     }
     if (isOptionOn("ShowTrendLine")) fill_trend_line_data();
     RefreshDisplay();
-    steps.loaded();
 }
 
 void CSectionView::fill_trend_line_data()
@@ -80,7 +112,7 @@ void CSectionView::fill_trend_line_data()
 int CSectionView::GetDataSelection(VLPluginDataSelection* out, unsigned count)
 {
     const SPMDataStream* const source = stream();
-    if (!source || section.isEmpty()) return 0;
+    if (!source || !hasCurves()) return 0;
     const curves::grid grid(*source);
     const curves::section_marks told{marksMode() == curves::marks_mode::crossbar, marks[curves::firstMark].x,
                                      marks[curves::secondMark].x, marks[curves::positionMark].x};
@@ -91,7 +123,7 @@ int CSectionView::GetDataSelection(VLPluginDataSelection* out, unsigned count)
 
 void CSectionView::getSelectionCopy(SPMDataStream& target, const VLPluginDataSelection* list, unsigned count)
 {
-    if (const SPMDataStream* const source = stream(); source && !section.isEmpty())
+    if (const SPMDataStream* const source = stream(); source && hasCurves())
         curves::copy_section(target, *source, {list, count}, section);
 }
 

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "curves/figures/display/curve_points.h"
 #include "curves/figures/display/spectrum_display.h"
+#include "curves/figures/measured_runs.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/chart_drawing.h"
 #include "platform/app/WinApp.h"
@@ -17,42 +18,6 @@ namespace {
 constexpr unsigned refreshTimer = 5;
 constexpr unsigned refreshDelay = 10; // milliseconds
 constexpr colorEntry markColor = 0xFF0000, phaseColor = 0xC0C0C0, spectrumColor = 0x0000FF;
-
-/// Samples that were measured and lie behind each other.
-template <class Use>
-void for_each_measured_run(const curves::profile& section, unsigned curve, Use use)
-{
-    const std::size_t length = section.lengthOf(curve);
-    for (std::size_t first = 0; first < length;) {
-        while (first < length && !section.isMeasured(curve, first)) ++first;
-        std::size_t end = first;
-        while (end < length && section.isMeasured(curve, end)) ++end;
-        if (end > first) use(first, end);
-        first = end;
-    }
-}
-
-/// Range of what was measured of all curves.
-CMinMaxInfo range_of(const curves::profile& section)
-{
-    CMinMaxInfo range;
-    bool isFirst = true;
-    const auto add = [&](std::span<const std::int16_t> samples) {
-        const auto count = static_cast<unsigned>(samples.size());
-        if (std::exchange(isFirst, false))
-            range.Readjust(samples.data(), count);
-        else
-            range.Adjust(samples.data(), count);
-    };
-    if (section.gaps.empty() && section.lengths.empty()) {
-        add(section.all());
-        return range;
-    }
-    for (unsigned k = 0; k < section.curves; ++k)
-        for_each_measured_run(
-            section, k, [&](std::size_t first, std::size_t end) { add(section.curve(k).subspan(first, end - first)); });
-    return range;
-}
 
 } // namespace
 
@@ -72,14 +37,13 @@ void CSectionView::OnTimer(unsigned id)
 
 void CSectionView::measurePane()
 {
-    min_max = range_of(section);
     pane = curves::make_pane(displayRect.Size(), section.length, min_max, valueAxis(), zeroOffset(), fixedHeights());
     pane.part = part;
 }
 
 void CSectionView::DoRefreshDisplay(bool quick)
 {
-    if (section.isEmpty() || !stream()) return; // a window that closes is still sized and timed
+    if (!hasCurves() || !stream()) return; // a window that closes is still sized and timed
     fitFixedScale();
     CountDisplayRect();
     measurePane();
@@ -89,13 +53,20 @@ void CSectionView::DoRefreshDisplay(bool quick)
         curves::evaluate_spectrum(shownCurve(), valueAxis(), mode, spectrum);
     }
     image.Resize(displayRect.Width(), displayRect.Height());
-    if (CDC* const dc = GetMemDC(); dc && image.Ok()) {
+    if (CDC* const dc = GetMemDC(); dc && image.Ok() && (quick || !isQuickAlreadyFine())) {
         dc->FillSolidRect(CRect({0, 0}, displayRect.Size()), colorOption("background"));
         drawCurves(*dc, {0, 0}, quick);
     }
     for (int mark = 0; mark < static_cast<int>(marks.marks.size()); ++mark) updateMarkY(mark);
     updateText();
     if (!quick) tellSurfaces();
+}
+
+/// Thin whole lines look the same both ways, and are drawn once.
+bool CSectionView::isQuickAlreadyFine() const
+{
+    const std::vector<shown_curve> shown = shownCurves();
+    return intOption("line.width") <= 1 && std::ranges::none_of(shown, &shown_curve::isDotted);
 }
 
 /// With "Fixed Scale" a sample is a pixel, as far as the screen goes.
@@ -142,7 +113,7 @@ void CSectionView::drawCurves(CDC& dc, CPoint origin, bool quick) const
                                  {}});
         else
             dc.SelectObject(CPen{(isDotted ? PS_DOT : PS_SOLID) | PS_GEOMETRIC, width, color, {}});
-        for_each_measured_run(section, each, [&](std::size_t first, std::size_t end) {
+        curves::for_each_measured_run(section, each, [&](std::size_t first, std::size_t end) {
             curves::curve_points(section.curve(each).subspan(first, end - first), pane, first, origin, line);
             dc.Polyline(line);
         });
@@ -166,7 +137,7 @@ double CSectionView::sampleOf(int mark) const noexcept
 
 void CSectionView::updateMarkY(int mark)
 {
-    if (section.isEmpty() || mark == curves::levelMark) return;
+    if (!hasCurves() || mark == curves::levelMark) return;
     if (mark == curves::spectrumMark) {
         if (isOptionOn("ShowSpectrum"))
             marks[mark].y = curves::spectrum_at(spectrum, sampleOf(mark)).value / spectrum.max;
@@ -187,7 +158,7 @@ curves::mark_panes CSectionView::panes() const
 
 void CSectionView::OnDrawData(CDC& dc)
 {
-    if (section.isEmpty()) return;
+    if (!hasCurves()) return;
     const curves::mark_panes shown = panes();
     const int saved = dc.SaveDC();
     dc.SetBkMode(TRANSPARENT);

@@ -14,7 +14,7 @@ using namespace vldv;
 bool CSectionView::hasForceFigures() const
 {
     const SPMDataStream* const source = stream();
-    return source && source->get_dimensions_number() != 2 && !section.isEmpty();
+    return source && source->get_dimensions_number() != 2 && hasCurves();
 }
 
 void CSectionView::fill_force_curve_statistics()
@@ -56,7 +56,7 @@ void CSectionView::OnUpdateAnalyseAll(CCmdUI& ui) { ui.Enable(hasForceFigures() 
 /// A row of the active curve goes into the document's window of texts, which keeps the heading once.
 void CSectionView::OnCurveForceanalysis()
 {
-    CTextView* const window = GetTextView(nullptr, GetDocument());
+    CTextView* const window = hasForceFigures() ? GetTextView(nullptr, GetDocument()) : nullptr;
     if (!window) return;
     if (!isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
     if (!isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
@@ -66,7 +66,7 @@ void CSectionView::OnCurveForceanalysis()
 /// A row for each curve that was measured; those that were done stay when the user cancels.
 void CSectionView::OnAnalyseAllCurves()
 {
-    CTextView* const window = GetTextView(nullptr, GetDocument());
+    CTextView* const window = hasForceFigures() ? GetTextView(nullptr, GetDocument()) : nullptr;
     if (!window) return;
     std::string rows;
     {

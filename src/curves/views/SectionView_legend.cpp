@@ -52,7 +52,7 @@ double CSectionView::heightStart() const
 
 void CSectionView::OnDrawLegend(CDC& dc)
 {
-    if (section.isEmpty()) return;
+    if (!hasCurves()) return;
     const int saved = dc.SaveDC();
     drawFigures(dc);
     dc.SelectObject(font);

@@ -1,16 +1,20 @@
 // Marks that mouse and keys move.
 #include "base/streams/rounding.h"
+#include "base/text.h"
 #include "curves/views/SectionView.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/keys.h"
+#include "view/image/VolumeSource.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace vldv;
 
 namespace {
 
+constexpr unsigned volumeDimensions = 3;
 constexpr int mostWidth = 512, heightAlone = 320, heightWithSpectrum = 160; // of a double click
 
 } // namespace
@@ -52,7 +56,7 @@ void CSectionView::SetDefaultCursor()
 void CSectionView::OnMouseMove(unsigned flags, CPoint point)
 {
     CImageView::OnMouseMove(flags, point);
-    if (section.isEmpty()) return;
+    if (!hasCurves()) return;
     if (goOnPanning(point)) return SetCursor(cursor_shape::sizeHorizontal);
     tellPointer(point);
     if (marks.dragged == curves::noMark) {
@@ -71,7 +75,7 @@ void CSectionView::OnLButtonDown(unsigned flags, CPoint point)
 {
     CImageView::OnLButtonDown(flags, point);
     SetFocus();
-    if (section.isEmpty() || startPan(point)) return;
+    if (!hasCurves() || startPan(point)) return;
     for (const int mark : {curves::firstMark, curves::secondMark}) invalidateMark(mark);
     const bool isOver = marks.under(point, marksMode(), panes()) != curves::noMark;
     if (marks.press(point, marksMode(), panes()) == curves::noMark) return;
@@ -98,7 +102,7 @@ void CSectionView::OnCaptureChanged()
 void CSectionView::OnLButtonDblClk(unsigned, CPoint point)
 {
     if (isOnAxis(point)) return showPart({});
-    if (textRect(0).PtInRect(point)) return typeMarks();
+    if (textRect(0).PtInRect(point)) return OnTypeMarks();
     marks.reset();
     Resize(mostWidth, isOptionOn("ShowSpectrum") ? heightWithSpectrum : heightAlone);
 }
@@ -141,12 +145,30 @@ bool CSectionView::moveAcross(int side, int by)
     return true;
 }
 
+/// The volume that this is a curve of shows the place of the curve.
+void CSectionView::moveVolumeMark()
+{
+    CImageView* const volume = getParentView();
+    const SPMDataStream* const source = stream();
+    if (!dynamic_cast<IVolumeSource*>(volume) || !source || source->get_dimensions_number() != volumeDimensions) return;
+    constexpr std::pair<const char*, unsigned> sides[] = {{"mark.x", 1}, {"mark.y", 2}};
+    for (const auto& [option, side] : sides) {
+        const double last = std::max(source->get_dimension(side).length - 1.0, 1.0);
+        volume->setOption(option, base::shortest(points[0][side] / last).c_str());
+    }
+}
+
 bool CSectionView::OnKeyDown(unsigned key)
 {
     const int dx = (key == VK_RIGHT) - (key == VK_LEFT), dy = (key == VK_UP) - (key == VK_DOWN);
+    const SPMDataStream* const source = stream();
+    const int firstSide = source && source->get_dimensions_number() == volumeDimensions ? 1 : 0; // behind the depth
     bool isOurs = (dx != 0 || dy != 0) && moveCrossbar(dx, dy);
-    bool hasMoved = moveAcross(0, dx);
-    hasMoved = moveAcross(1, dy) || hasMoved;
-    if (hasMoved) OnUpdate(this, document::data_hint(imageNumber), {});
+    bool hasMoved = moveAcross(firstSide, dx);
+    hasMoved = moveAcross(firstSide + 1, dy) || hasMoved;
+    if (hasMoved) {
+        moveVolumeMark();
+        OnUpdate(this, document::data_hint(imageNumber), {});
+    }
     return CImageView::OnKeyDown(key) || isOurs || hasMoved;
 }

@@ -75,7 +75,7 @@ void CSectionView::oh_fcvalley(const SPMVar&)
 
 void CSectionView::oh_trend(const SPMVar&)
 {
-    if (!section.isEmpty() && isOptionOn("ShowTrendLine")) fill_trend_line_data();
+    if (hasCurves() && isOptionOn("ShowTrendLine")) fill_trend_line_data();
     oh_update_text({});
 }
 
@@ -99,7 +99,7 @@ void CSectionView::storeFixedHeights(double range, double start, std::string uni
 /// A fixed scale begins with what is shown, in the units of the values; what was given before is converted.
 void CSectionView::oh_z_scaling(const SPMVar& changed)
 {
-    if (const auto fixed = fixedHeights(); fixed && !section.isEmpty()) {
+    if (const auto fixed = fixedHeights(); fixed && hasCurves()) {
         const VLAxis axis = valueAxis();
         const char* const units = axis.get_units();
         const std::string before = fixed->units;
@@ -115,7 +115,7 @@ void CSectionView::oh_z_scaling(const SPMVar& changed)
 /// "match_scale": the fixed scale becomes that of the curves.
 void CSectionView::OnCommandMessage(const char* id, CVarListDlg* dialog)
 {
-    if (std::string_view(id) == "match_scale" && fixedHeights() && !section.isEmpty()) {
+    if (std::string_view(id) == "match_scale" && fixedHeights() && hasCurves()) {
         const VLAxis axis = valueAxis();
         storeFixedHeights(min_max.range * axis.scale, min_max.minimum * axis.scale + zeroOffset(), axis.get_units());
         oh_z_scaling(option("ZScale.Scaling"));

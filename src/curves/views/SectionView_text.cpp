@@ -60,7 +60,7 @@ std::string CSectionView::placeText() const
 
 void CSectionView::updateText()
 {
-    if (section.isEmpty()) return;
+    if (!hasCurves()) return;
     std::string line = marksText() + "\r\n";
     if (hasForceFigures() && isOptionOn("ShowForceCurveStats")) {
         const std::string force = curves::force_text(shownCurve(), positionAxis(), valueAxis(), zeroOffset(), stats);

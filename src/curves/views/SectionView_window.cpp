@@ -33,7 +33,7 @@ void CSectionView::showPart(const curves::shown_part& wanted)
 bool CSectionView::OnMouseWheel(unsigned flags, int delta, CPoint point)
 {
     const CRect& place = displayRect;
-    if (flags != MK_CONTROL || section.isEmpty()) return CImageView::OnMouseWheel(flags, delta, point);
+    if (flags != MK_CONTROL || !hasCurves()) return CImageView::OnMouseWheel(flags, delta, point);
     if (point.x < place.left || point.x >= place.right) return true;
     const double around = (point.x - place.left) / std::max(place.Width() - 1.0, 1.0);
     showPart(curves::zoomed(part, std::pow(zoomStep, delta / notch), around, section.length));
@@ -91,10 +91,12 @@ void CSectionView::tellPointer(CPoint point)
     setPlaceText(base::widen(told));
 }
 
+void CSectionView::OnUpdateTypeMarks(CCmdUI& ui) { ui.Enable(hasCurves() && marksMode() != curves::marks_mode::none); }
+
 /// Asks for the places of the marks in physical units.
-void CSectionView::typeMarks()
+void CSectionView::OnTypeMarks()
 {
-    if (section.isEmpty() || marksMode() == curves::marks_mode::none) return;
+    if (!hasCurves() || marksMode() == curves::marks_mode::none) return;
     const VLAxis &x = positionAxis(), &y = valueAxis();
     const curves::typed_marks typed(marksMode(), {positionStart(), (section.length - 1.0) * x.scale, x.get_units()},
                                     {heightStart(), shownHeights().range, y.get_units()});

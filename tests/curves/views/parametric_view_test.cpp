@@ -94,6 +94,8 @@ TEST_F(ParametricViewTest, OpensOnceForBothImagesAndMeasuresBetweenItsMarks)
     EXPECT_EQ(view.getParamImageNumber(), 1u);
     EXPECT_EQ(view.getText(), L"dX: 0 nm\tdY: 0 nN");
     EXPECT_NEAR(view.FindMarkY(0), 250.0, 5.0) << "half way";
+    view.OnMouseMove(0, {view.displayRect.left, view.displayRect.bottom - 1});
+    EXPECT_EQ(host.statusText, L"X: 0 nm  Y: 0 nN") << "where the axes begin";
     const CPoint middle = placeOf(view, 0);
     int mark = 9;
     EXPECT_FALSE(view.FindMarkXY({middle.x, middle.y - 6}, 4, &mark));

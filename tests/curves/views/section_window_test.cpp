@@ -2,6 +2,8 @@
 #include "base/text.h"
 #include "curves/views/section_view_fixture.h"
 #include "resources/commands.h"
+#include "view/frame/option_rows.h"
+#include "view/image/VolumeSource.h"
 
 #include <gmock/gmock.h>
 
@@ -119,6 +121,50 @@ TEST_F(SectionWindowTest, AllCurvesGiveARowEachUntilTheUserCancels)
     view.OnCmdMsg(commands::forceAnalysisOfAll, nullptr);
     EXPECT_EQ(rows(), 8) << "two more";
     EXPECT_EQ(host.waiting, 0);
+}
+
+/// A volume as far as its curves know it.
+class volume_view : public CImageView, public IVolumeSource {
+public:
+    volume_view() { LoadOptions(nullptr); }
+    void GetOptionsList(SPMVar* vars, unsigned* count) override
+    {
+        static constexpr view::option_row rows[] = {{"mark.x,double,0,1", "0"}, {"mark.y,double,0,1", "0"}};
+        unsigned before = 0;
+        CImageView::GetOptionsList(nullptr, &before);
+        if (vars) CImageView::GetOptionsList(vars, count);
+        view::list_options(rows, before, vars, count);
+    }
+    const SPMDataStream& getVolume() const override { return samples; }
+    unsigned getVolumeImage() const override { return 0; }
+
+    SPMDataStream samples;
+};
+
+TEST_F(SectionWindowTest, ArrowsWalkFromCurveToCurveOfAVolume)
+{
+    // Samples tell their place: 100 x + 10 y + depth.
+    const auto value = [](unsigned i) { return static_cast<int>(i % 8 + 100 * (i / 8 % 5) + 10 * (i / 40)); };
+    CSectionView& view = open(ramps());
+    const SPMDataStream image = test_support::made_stream("volume", {{8}, {5}, {3}}, VLAxis(0, 1, "nN"), value);
+    document->AddNewImages(&image, 1);
+    volume_view volume;
+    document->AddView(&volume);
+    view.SetParentView(&volume);
+    view.setImageNumber(1);
+    view.CDCView::LoadOptions(nullptr);
+    view.SetPoint(0, 0, 2, 1);
+    view.SetPoint(1, 7, 2, 1);
+    view.reloadSection();
+    EXPECT_EQ(view.getSection().curve(0)[7], 217);
+    view.OnKeyDown(VK_RIGHT);
+    EXPECT_EQ(view.getSection().curve(0)[7], 317);
+    EXPECT_DOUBLE_EQ(volume.doubleOption("mark.x"), 0.75) << "3 of 4 steps";
+    for (int i = 0; i < 3; ++i) view.OnKeyDown(VK_UP);
+    EXPECT_EQ(view.getSection().curve(0)[0], 320) << "up to the last row";
+    EXPECT_DOUBLE_EQ(volume.doubleOption("mark.y"), 1.0);
+    view.SetParentView(nullptr);
+    document->RemoveView(&volume);
 }
 
 TEST_F(SectionWindowTest, PartsOfAForceCurveAreNamed)

@@ -59,8 +59,11 @@ void curve_points(std::span<const std::int16_t> whole, const curve_pane& pane, s
         const std::size_t end = end_of_column(pane, from, curve.size(), first);
         const int x = origin.x + pane.column(static_cast<double>(first + from));
         const primitives::height_range range = primitives::find_range(curve.subspan(from, end - from));
-        for (const int raw : {int{curve[from]}, int{range.minimum}, int{range.maximum}, int{curve[end - 1]}})
-            out.push_back({x, origin.y + pane.row(raw)});
+        const int entry = curve[from], exit = curve[end - 1];
+        // The shorter way through both extremes.
+        const bool isRising = entry - exit <= 0;
+        const int near = isRising ? range.minimum : range.maximum, far = isRising ? range.maximum : range.minimum;
+        for (const int raw : {entry, near, far, exit}) out.push_back({x, origin.y + pane.row(raw)});
         from = end;
     }
 }
