@@ -152,7 +152,7 @@ void CSurfMathView::OnResolution()
     const auto chosen = [this](const char* option) { return static_cast<unsigned>(intOption(option)); };
     const bool hasDistance = drawn.mode == cursor_mode::distance && drawn.selectionActive;
     std::optional<view::measured_distance> distance;
-    if (hasDistance) distance = {{drawn.selection.dx(), drawn.selection.dy()}};
+    if (hasDistance) distance = view::measured_distance{{drawn.selection.dx(), drawn.selection.dy()}};
     view::run_resolution(*storageDoc(), imageNumber, {chosen("AxisX"), chosen("AxisY"), chosen("AxisZ")}, distance,
                          this);
 }
