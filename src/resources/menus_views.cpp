@@ -131,6 +131,8 @@ constexpr menu_row section[] = {
     item(1, commands::separationFit, "Separation curve and &WLC fit"),
     item(1, commands::normalizedForce, "Build &normalized force curve"),
     separator(1),
+    item(1, commands::copyData, "Copy &data as text"),
+    separator(1),
     item(1, commands::macros, "Macros..."),
     dynamic(1, commands::firstMath, commands::lastMath),
 };

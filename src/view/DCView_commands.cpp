@@ -98,7 +98,9 @@ void CDCView::OnEditAddtext()
     flushTimers(); // what waits to be worked out belongs in the text
     const open_clipboard clipboard;
     if (!clipboard) return;
-    const std::wstring joined = clipboard->text().value_or(std::wstring()) + GetClipboardText(false);
+    std::wstring joined = clipboard->text().value_or(std::wstring());
+    if (!joined.empty() && joined.back() != L'\n') joined += L"\r\n"; // each text has rows of its own
+    joined += GetClipboardText(false);
     clipboard->empty();
     clipboard->setText(joined);
 }

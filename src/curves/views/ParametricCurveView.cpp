@@ -8,6 +8,7 @@
 #include "document/update_hints.h"
 #include "formats/shared/force/curve_lengths.h"
 #include "formats/shared/void_ranges.h"
+#include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 
 #include <algorithm>
@@ -296,7 +297,9 @@ void CParametricCurveView::OnSize(CSize size)
     CImageView::OnSize(size);
     CountDisplayRect();
     if (!isOpened()) return;
-    if (!displayRect.IsRectEmpty()) displaySize = displayRect.Size();
+    const CFrameWnd* const frame = GetParentFrame();
+    const bool isUsers = !isFullScreen() && !(frame && frame->IsZoomed());
+    if (isUsers && !displayRect.IsRectEmpty()) displaySize = displayRect.Size();
     RefreshDisplay();
 }
 

@@ -3,7 +3,9 @@
 #include "curves/figures/opening_part.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
+#include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
+#include "platform/app/dpi.h"
 #include "primitives/numeric.h"
 
 #include <algorithm>
@@ -85,7 +87,8 @@ double CSectionView::zeroOffset() const
            axis.scale;
 }
 
-// Size: the display is what the user made it, whatever it shows.
+// Size: the display is what the user made it, whatever it shows. A window that fills the screen or the main window, or
+// a pixel a sample, says nothing of that.
 
 CSize CSectionView::storedSize()
 {
@@ -113,10 +116,41 @@ void CSectionView::CountDisplayRect()
     displayRect.bottom = displayRect.top + std::max(height, 0);
 }
 
+/// With "Fixed Scale" a sample is a pixel, as far as the screen goes.
+CSize CSectionView::wantedSize() const
+{
+    if (!hasFixedScale() || !hasCurves()) return displaySize;
+    const int margins = intOption("LeftMargin") + intOption("RightMargin");
+    const int most = std::max(static_cast<int>(largestDisplay().cx) / 2 - margins, 1);
+    return {std::min(CorrectDPISize(static_cast<int>(section.length)), most), displaySize.cy};
+}
+
+bool CSectionView::hasFixedScale() const
+{
+    constexpr int fixedScale = 1;
+    return intOption("HorizontalAxis") == fixedScale;
+}
+
+void CSectionView::GetBestSize(int& cx, int& cy)
+{
+    const CSize wanted = wantedSize();
+    cx = wanted.cx;
+    cy = wanted.cy + spectrumHeight();
+}
+
 void CSectionView::fitParent()
 {
-    if (!isFullScreen()) AdjustParentSize(displaySize.cx, displaySize.cy + spectrumHeight(), true);
+    const CSize wanted = wantedSize();
+    if (!isFullScreen()) AdjustParentSize(wanted.cx, wanted.cy + spectrumHeight(), true);
     CountDisplayRect();
+}
+
+void CSectionView::keepSize()
+{
+    const CFrameWnd* const frame = GetParentFrame();
+    if (isFullScreen() || (frame && frame->IsZoomed()) || displayRect.IsRectEmpty()) return;
+    if (!hasFixedScale()) displaySize.cx = displayRect.Width();
+    displaySize.cy = displayRect.Height();
 }
 
 void CSectionView::Resize(int width, int height)
@@ -137,7 +171,7 @@ void CSectionView::OnSize(CSize size)
     CImageView::OnSize(size);
     CountDisplayRect();
     if (isSizing || !isOpened()) return;
-    if (!displayRect.IsRectEmpty()) displaySize = displayRect.Size();
+    keepSize();
     RefreshDisplay();
 }
 

@@ -4,6 +4,7 @@
 #include "curves/figures/display/curve_pane.h"
 #include "curves/figures/display/section_marks.h"
 #include "curves/figures/force/force_curve_stats.h"
+#include "curves/figures/placed_points.h"
 #include "curves/figures/profile.h"
 #include "curves/figures/trend_line.h"
 #include "curves/views/step_link.h"
@@ -67,9 +68,9 @@ public:
     void setStepOrigin(const vldv::step_origin& origin) override { steps.setOrigin(origin); }
 
     // What the base asks
-    unsigned getSourceWidth() override { return static_cast<unsigned>(displaySize.cx); }
-    unsigned getSourceHeight() override { return static_cast<unsigned>(displaySize.cy); }
-    void GetBestSize(int&, int&) override {}
+    unsigned getSourceWidth() override { return static_cast<unsigned>(wantedSize().cx); }
+    unsigned getSourceHeight() override { return static_cast<unsigned>(wantedSize().cy + spectrumHeight()); }
+    void GetBestSize(int& cx, int& cy) override;
     void CountDisplayRect() override;
     void GetOptionsList(SPMVar* vars, unsigned* count) override;
     void LoadData() override;
@@ -143,6 +144,9 @@ private:
     // Size
     int spectrumHeight() const;
     CSize storedSize();
+    CSize wantedSize() const; ///< of the curves' pane
+    bool hasFixedScale() const;
+    void keepSize(); ///< what the user has made of the window
     void Resize(int width, int height);
     void fitParent();
     vldv::curves::mark_panes panes() const;
@@ -184,6 +188,7 @@ private:
     vldv::curves::pane_heights shownHeights() const;
     double heightStart() const;
     CRect textRect(int line) const;
+    int rowHeight() const;
     double sampleOf(int mark) const noexcept;
     void updateMarkY(int mark);
     void marksMoved(int mark);
@@ -217,6 +222,7 @@ private:
     void OnUpdateHasData(CCmdUI& ui);
 
     std::vector<vldv::curves::grid_point> points;
+    vldv::curves::placed_points placed; ///< where they were put, in the image as it was then
     vldv::curves::profile section;
     CMinMaxInfo min_max;
     vldv::curves::curve_pane pane;
@@ -225,6 +231,7 @@ private:
     vldv::curves::trend_line trend;
     force_curve_stats stats;
     std::wstring text, spectrumLine;
+    int textRows = 1; ///< below the curves, as they were drawn last
     vldv::curves::step_link steps{*this};
     vldv::curves::shown_part part; ///< goes with the window, not with the options
     struct axis_grip {

@@ -18,6 +18,7 @@ void CSectionView::setPoint(unsigned index, const curves::grid_point& point)
     if (index >= points.size()) points.resize(index + std::size_t{1}, curves::grid_point(dimensions));
     points[index] = point;
     points[index].resize(dimensions);
+    placed.forget();
 }
 
 void CSectionView::GetPoint(unsigned index, std::int32_t* out, unsigned capacity) const
@@ -83,6 +84,7 @@ void CSectionView::takeCurves()
     const SPMDataStream* const source = stream();
     if (!source || !storageDoc()->isImageOk(imageNumber)) return;
     const unsigned dimension = section.dimension();
+    placed.settle(curves::grid(*source).lengths, points);
     const std::string lengths = storageDoc()->getString(formats::curveLengthsKey, imageNumber);
     const std::string voids = storageDoc()->getString(formats::voidRangesKey, imageNumber);
     curves::take_profile(*source, points, static_cast<unsigned>(intOption("profile.width")), section, lengths.c_str(),

@@ -3,11 +3,11 @@
 #include "base/text.h"
 #include "curves/figures/display/curve_points.h"
 #include "curves/figures/display/spectrum_display.h"
+#include "curves/figures/display/text_rows.h"
 #include "curves/figures/measured_runs.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/chart_drawing.h"
 #include "platform/app/WinApp.h"
-#include "platform/app/dpi.h"
 
 #include <algorithm>
 
@@ -69,16 +69,9 @@ bool CSectionView::isQuickAlreadyFine() const
     return intOption("line.width") <= 1 && std::ranges::none_of(shown, &shown_curve::isDotted);
 }
 
-/// With "Fixed Scale" a sample is a pixel, as far as the screen goes.
 void CSectionView::fitFixedScale()
 {
-    constexpr int fixedScale = 1;
-    if (intOption("HorizontalAxis") != fixedScale || isSizing) return;
-    const int margins = intOption("LeftMargin") + intOption("RightMargin");
-    const int most = std::max(static_cast<int>(largestDisplay().cx) / 2 - margins, 1);
-    const int width = std::min(CorrectDPISize(static_cast<int>(section.length)), most);
-    if (displayRect.Width() == width) return;
-    displaySize.cx = width;
+    if (!hasFixedScale() || isSizing || displayRect.Width() == wantedSize().cx) return;
     isSizing = true;
     fitParent();
     isSizing = false;
@@ -230,12 +223,21 @@ void CSectionView::draw_crossbar(CDC& dc) const
 
 void CSectionView::draw_step_pointer(CDC& dc) const { drawMarkDot(dc, curves::positionMark, displayRect); }
 
+int CSectionView::rowHeight() const
+{
+    constexpr int leading = 3; // between rows, pixels
+    return intOption("text_size") + leading;
+}
+
+/// Texts move up towards the numbers of the axis where the margin has no room for all of their rows.
 CRect CSectionView::textRect(int line) const
 {
-    const int top = displayRect.top + displayRect.Height() * (line + 1) + intOption("BottomMargin") * line +
-                    intOption("TextVertSpace");
-    return {displayRect.left, top, displayRect.right + intOption("RightMargin"),
-            top + std::max(intOption("BottomMargin") - intOption("TextVertSpace"), 0)};
+    const int margin = intOption("BottomMargin"), row = rowHeight();
+    const int wanted = intOption("TextVertSpace"), rows = line == 0 ? textRows : 1;
+    const int space =
+        std::max({std::min({wanted, margin - rows * row, margin - row}), std::min({wanted, row, margin - row}), 0});
+    const int top = displayRect.top + displayRect.Height() * (line + 1) + margin * line + space;
+    return {displayRect.left, top, displayRect.right + intOption("RightMargin"), top + std::max(margin - space, 0)};
 }
 
 void CSectionView::drawTexts(CDC& dc)
@@ -244,8 +246,12 @@ void CSectionView::drawTexts(CDC& dc)
     dc.SelectObject(font);
     dc.SetTextColor(colorOption("legend"));
     dc.SetBkMode(TRANSPARENT);
+    const int room = displayRect.Width() + intOption("RightMargin");
+    const std::wstring rows =
+        curves::in_rows(text, [&](std::wstring_view row) { return dc.GetTabbedTextExtent(row, {}).cx <= room; });
+    textRows = 1 + static_cast<int>(std::ranges::count(rows, L'\n'));
     CRect place = textRect(0);
-    dc.DrawText(text, place, DT_EXPANDTABS);
+    dc.DrawText(rows, place, DT_EXPANDTABS);
     if (isOptionOn("ShowSpectrum")) {
         const CRect below = textRect(1);
         dc.TabbedTextOut(below.left, below.top, spectrumLine, {}, below.left);

@@ -142,6 +142,7 @@ bool CSectionView::moveAcross(int side, int by)
     const auto last = static_cast<std::int32_t>(source->get_dimension(static_cast<unsigned>(side)).length) - 1;
     for (curves::grid_point& point : points)
         if (index < point.size()) point[index] = std::clamp(point[index] + by, 0, std::max(last, 0));
+    placed.forget();
     return true;
 }
 

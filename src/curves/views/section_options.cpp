@@ -70,8 +70,9 @@ void tie_section_margins(SPMVar* options, unsigned count)
         {"LeftMargin", ",#LeftMarginOpt"},
         {"RightMargin", ",#RightMarginOpt"},
         {"TopMargin", ",#TopMarginOpt"},
-        // Figures of the active curve stand in a second line.
-        {"BottomMargin", ",#BottomMarginOpt+if(#ShowForceCurveStats || #ShowTrendLine,#text_size+3,0)"},
+        // Figures of the active curve stand in lines of their own.
+        {"BottomMargin", ",#BottomMarginOpt+(#text_size+3)*(if(#ShowForceCurveStats,1,0)+if(#ShowTrendLine,1,0)"
+                         "+if(#ShowForceCurveStats && #ShowForceCurveSquares,1,0))"},
     };
     for (const auto& [name, expression] : ties)
         for (unsigned i = 0; i < count; ++i)

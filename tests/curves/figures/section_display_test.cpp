@@ -1,7 +1,10 @@
 // How curves stand in a pane, and what the text below them tells of their marks.
+#include "base/text.h"
 #include "curves/figures/display/curve_points.h"
 #include "curves/figures/display/section_text.h"
 #include "curves/figures/display/spectrum_display.h"
+#include "curves/figures/display/text_rows.h"
+#include "curves/figures/placed_points.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -112,6 +115,41 @@ TEST(CurvePoints, APartOfACurveCoversWhatItCoversOfTheWhole)
         EXPECT_EQ(inside(covered(few), 100), inside(covered(all), 100)) << part.from;
         EXPECT_LE(few.size(), 408u) << "what is out of sight costs nothing";
     }
+}
+
+TEST(TextRows, GoOnBehindATabWhereThereIsNoRoom)
+{
+    const auto fits = [](std::wstring_view row) { return row.size() <= 10; };
+    const struct {
+        const wchar_t *text, *rows;
+    } cases[] = {
+        {L"dX: 1\tdY: 2\r\n", L"dX: 1\ndY: 2"},
+        {L"a\tb\tc\r\n\tLine: 5", L"a\tb\tc\n\tLine: 5"},
+        {L"0123456789ab\tc", L"0123456789ab\nc"},
+        {L"a\t0123456789ab", L"a\n0123456789ab"},
+        {L"", L""},
+    };
+    for (const auto& each : cases) EXPECT_EQ(in_rows(each.text, fits), each.rows) << base::narrow(each.text);
+}
+
+TEST(PlacedPoints, KeepTheirPlaceAndComeBack)
+{
+    placed_points placed;
+    std::vector<grid_point> points{{39, 7}, {3, 19}};
+    const std::vector<grid_point> put = points;
+    placed.settle({40, 20}, points);
+    EXPECT_EQ(points, put);
+    placed.settle({80, 10}, points);
+    EXPECT_EQ(points, (std::vector<grid_point>{{78, 4}, {6, 10}}));
+    placed.settle({1, 1}, points);
+    placed.settle({40, 20}, points);
+    EXPECT_EQ(points, put) << "as they were";
+    placed.settle({80, 40}, points);
+    placed.forget(); // the user moves one
+    points[0] = {10, 10};
+    placed.settle({80, 40}, points);
+    placed.settle({40, 20}, points);
+    EXPECT_EQ(points[0], (grid_point{5, 5}));
 }
 
 TEST(ShownPart, ZoomsAroundAPlaceAndStaysInside)

@@ -103,6 +103,37 @@ TEST_F(SectionWindowTest, ResolutionFollowsADistanceBetweenTheMarks)
     EXPECT_EQ(base::narrow(view.getText()), "dX: 80 nm\tdY: 60 nN\r\n");
 }
 
+TEST_F(SectionWindowTest, ItsSizeIsWhatTheUserMadeIt)
+{
+    CSectionView& view = open(ramps());
+    view.setOption("ShowSpectrum", "true");
+    host.pump();
+    const CSize before = view.GetClientRect().Size();
+    for (int i = 0; i < 2; ++i) {
+        view.SwitchFullScreen();
+        host.pump();
+    }
+    EXPECT_EQ(view.GetClientRect().Size(), before) << "of both panes, behind full screen";
+    EXPECT_EQ(view.displayRect.Size(), (CSize{512, 160}));
+    view.setOption("HorizontalAxis", "Fixed Scale");
+    host.pump();
+    EXPECT_EQ(view.displayRect.Width(), 101);
+    view.setOption("HorizontalAxis", "Fixed Width");
+    host.pump();
+    EXPECT_EQ(view.displayRect.Size(), (CSize{512, 160}));
+    EXPECT_EQ(host.readInt("SectionView", "DefaultWidth"), 512);
+}
+
+TEST_F(SectionWindowTest, AddedTextsBeginRowsOfTheirOwn)
+{
+    CSectionView& view = open(ramps());
+    view.setOption("ShowSpectrum", "true");
+    view.OnCmdMsg(commands::copyText, nullptr);
+    const std::wstring one = host.clips.content.value_or(L"");
+    view.OnCmdMsg(commands::addText, nullptr);
+    EXPECT_EQ(host.clips.content, one + L"\r\n" + one);
+}
+
 TEST_F(SectionWindowTest, AllCurvesGiveARowEachUntilTheUserCancels)
 {
     SPMDataStream many = test_support::made_stream(

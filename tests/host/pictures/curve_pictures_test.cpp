@@ -13,7 +13,7 @@ namespace {
 
 using namespace vldv::curves;
 
-constexpr unsigned black = 0x000000, red = 0xFF0000, green = 0x008000, blue = 0x0000FF, grey = 0xC0C0C0;
+constexpr unsigned red = 0xFF0000, green = 0x008000, blue = 0x0000FF, grey = 0xC0C0C0;
 
 class CurvePictures : public SectionViewTest {
 protected:
