@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
+#include "platform/app/dpi.h"
 #include "surface/figures/mask_group.h"
 #include "surface/figures/measure/measurements.h"
 #include "surface/overlay/overlay_geometry.h"
@@ -14,6 +15,8 @@
 using namespace vldv;
 
 namespace {
+
+constexpr int markHeight = 4; // of a section's marks, in widths of its line
 
 bool is_inside(CPoint point, CSize size) noexcept
 {
@@ -174,14 +177,16 @@ void CSurfMathView::onSectionChanged(CView* sender, std::uint32_t hint, const hi
             bounds.UnionRect(bounds, at);
         }
         const std::vector<ISection*> all = sections();
+        // Its marks may have moved, though it stays where it is.
+        const int shadow = changed->sectionView().intOption("profile.width");
+        const int reach = std::max(CorrectDPISize(markHeight * intOption("section.line.solid.width")), shadow) + 1;
+        for (const CRect& each : {sectionBounds, bounds}) {
+            CRect area = surface::scaled({each.left, each.top, each.right, each.bottom}, {displayRect, sourceRect});
+            area.NormalizeRect();
+            area.InflateRect(reach, reach);
+            InvalidateRect(area, false);
+        }
         if ((!all.empty() && all.front() != changed) || bounds != sectionBounds) {
-            const int pen = intOption("section.line.solid.width") + 1;
-            for (const CRect& each : {sectionBounds, bounds}) {
-                CRect area = surface::scaled({each.left, each.top, each.right, each.bottom}, {displayRect, sourceRect});
-                area.NormalizeRect();
-                area.InflateRect(pen, pen);
-                InvalidateRect(area, false);
-            }
             sectionBounds = bounds;
             UpdateSelections();
         }

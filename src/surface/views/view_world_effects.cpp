@@ -57,6 +57,7 @@ void view_world::openProfile(unsigned templateId, std::span<const CPoint> points
         alike += other && (other->isLine() || !section->isLine());
     }
     view.PositionWindowNearby(opened->GetParentFrame(), alike - 1, legendRight);
+    opened->bringFrameInside();
 }
 
 void view_world::openSection(std::span<const CPoint> points) { openProfile(sectionFrame, points); }
