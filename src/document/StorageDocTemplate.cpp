@@ -111,21 +111,16 @@ void CStorageDocTemplate::adoptPath(CStorageDoc& document, const wchar_t* path, 
 /// The file itself, or what was saved of it earlier when the user wants that; nothing when the user wants neither.
 std::optional<std::wstring> CStorageDocTemplate::fileToOpen(const wchar_t* path)
 {
-    enum answer : std::size_t { earlierResult, recording };
     const std::wstring given = platform::full_path(path);
-    const std::wstring result = document::earlier_result(given, extension());
+    const std::vector<std::wstring> results = document::earlier_results(given, extension());
     CWinApp* const app = AfxGetApp();
-    if (result.empty() || !app) return given;
-    std::optional<std::size_t> chosen = severalAnswer;
-    if (!chosen) {
-        const std::string name = base::narrow(platform::file_name(result));
-        chosen =
-            app->host().ask({"\"" + name + "\" beside this recording holds what was saved of it earlier.\n\nOpen that?",
-                             {"&Open \"" + name + "\"", "Open the &recording", "Cancel"}});
-    }
-    if (chosen != earlierResult && chosen != recording) return std::nullopt;
-    if (opensSeveral) severalAnswer = chosen;
-    return chosen == earlierResult ? result : given;
+    if (results.empty() || !app) return given;
+    if (severalAnswer) return *severalAnswer == wanted_file::recording ? given : results.front();
+    const std::optional<std::size_t> chosen = app->host().ask(document::results_question(results));
+    if (!chosen || *chosen > results.size()) return std::nullopt;
+    const bool isResult = *chosen < results.size();
+    if (opensSeveral) severalAnswer = isResult ? wanted_file::latestResult : wanted_file::recording;
+    return isResult ? results[*chosen] : given;
 }
 
 CDocument* CStorageDocTemplate::OpenDocumentFile(const wchar_t* given, int addToMRU, int makeVisible)

@@ -63,7 +63,8 @@ private:
     int top = 0, left = 0, rowHeight = 0; ///< cascade of quick-view frames
     unsigned openingImage = 0;
     bool firstMerged = false;
-    bool opensSeveral = false;                ///< between `setFirstMerged` and `setLastMerged`
-    std::optional<std::size_t> severalAnswer; ///< what was chosen for one of several holds for the others
+    bool opensSeveral = false; ///< between `setFirstMerged` and `setLastMerged`
+    enum class wanted_file { latestResult, recording };
+    std::optional<wanted_file> severalAnswer; ///< what was chosen for one of several holds for the others
     std::vector<CStorageDoc*> mergeList;
 };

@@ -33,14 +33,18 @@ bool own_files::knows(const std::wstring& path) const noexcept
     return std::ranges::find(known, path, &entry::path) != known.end();
 }
 
-std::wstring free_path(const std::wstring& path)
+std::wstring numbered_path(const std::wstring& path, unsigned number)
 {
     const std::wstring extension = platform::file_extension(path);
-    const std::wstring stem = path.substr(0, path.size() - extension.size());
+    return path.substr(0, path.size() - extension.size()) + L" (" + std::to_wstring(number) + L")" + extension;
+}
+
+std::wstring free_path(const std::wstring& path)
+{
     std::error_code error;
     std::wstring found;
     for (unsigned number = 2; found.empty() || std::filesystem::exists(platform::to_path(found), error); ++number)
-        found = stem + L" (" + std::to_wstring(number) + L")" + extension;
+        found = numbered_path(path, number);
     return found;
 }
 

@@ -35,6 +35,8 @@ private:
     std::vector<entry> known; ///< each path once, the latest last
 };
 
+/// "name (2).ext" beside `path`, "name.ext".
+std::wstring numbered_path(const std::wstring& path, unsigned number);
 /// The first of "name (2).ext", "name (3).ext" … beside `path` that does not exist.
 std::wstring free_path(const std::wstring& path);
 
