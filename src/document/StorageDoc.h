@@ -285,6 +285,9 @@ private:
     void OnFileDelete();
     void OnShowAllImages();
     void OnUpdateRevert(CCmdUI& ui);
+    void OnUpdateSave(CCmdUI& ui);
+    /// What is here came from another file than the one in which it is to be saved, and was never saved.
+    bool isUnfiled() const;
     string_table& table(unsigned image) noexcept;
     /// A step that leads back to what the image is now. Where there is no memory, `stack` is given up and the user
     /// warned. \return the step alone, or nothing
@@ -307,6 +310,8 @@ private:
     /// What a container is written from.
     vldv::document::spmx_content content() const;
     std::wstring askSavePath(bool replace) const;
+    /// The path that the dialog begins with; empty: none.
+    std::wstring suggestedPath(bool replace) const;
     /// The path to write instead of `target`, where something is that is not this document's; empty: the user
     /// cancelled.
     std::wstring confirmedTarget(const std::wstring& target) const;

@@ -15,12 +15,21 @@ void warn(const std::wstring& file, const char* what)
     if (CWinApp* const app = AfxGetApp()) app->host().messageBox(base::narrow(file) + what, message_icon::warning);
 }
 
+enum discard_answer : std::size_t { keepChanges, discardChanges };
+
+question discard_question(const std::wstring& title)
+{
+    return {.text = "Discard the changes to \"" + base::narrow(title) + "\" since it was opened or saved?",
+            .answers = {"&Keep them", "&Discard"},
+            .escape = keepChanges};
+}
+
 } // namespace
 
 bool CStorageDoc::OnCmdMsg(unsigned id, CCmdUI* ui)
 {
     static constexpr command_row<CStorageDoc> rows[] = {
-        {commands::save, &CStorageDoc::OnFileSave, &CStorageDoc::OnUpdateRevert},
+        {commands::save, &CStorageDoc::OnFileSave, &CStorageDoc::OnUpdateSave},
         {commands::saveAs, &CStorageDoc::OnFileSaveAs},
         {commands::revert, &CStorageDoc::OnFileRevert, &CStorageDoc::OnUpdateRevert},
         {commands::deleteFile, &CStorageDoc::OnFileDelete},
@@ -35,12 +44,26 @@ void CStorageDoc::OnUpdateRevert(CCmdUI& ui)
     ui.Enable((IsModified() || isChanged()) && !GetPathName().empty());
 }
 
+bool CStorageDoc::isUnfiled() const
+{
+    return !images.empty() && !incomplete && !displayOnly && !isOfDamagedFile() && !GetPathName().empty() &&
+           !knownFiles.knows(GetPathName());
+}
+
+void CStorageDoc::OnUpdateSave(CCmdUI& ui)
+{
+    // A recording can be saved as it is, also behind changes that were taken back; a copy asks for its name.
+    ui.Enable(isChanged() || isUnfiled() || (IsModified() && !GetPathName().empty()));
+}
+
 void CStorageDoc::OnFileSave() { Save(); }
 /// What only shows another document goes on doing so: its file is a copy.
 void CStorageDoc::OnFileSaveAs() { DoSave(nullptr, !displayOnly); }
 
 void CStorageDoc::OnFileRevert()
 {
+    CWinApp* const app = AfxGetApp();
+    if (app && isChanged() && app->host().ask(discard_question(GetTitle())) != discardChanges) return;
     const bool isShown = !views().empty();
     {
         const CDocumentHold kept(*this); // until the user knows why its windows went
@@ -71,7 +94,9 @@ void CStorageDoc::OnFileDelete()
     CWinApp* const app = AfxGetApp();
     if (!app || file.empty()) return;
     app->fileGoes(file);
-    if (!app->host().moveToTrash(file)) warn(file, " could not be moved to the trash, and stays where it is.");
+    if (!app->host().moveToTrash(file)) return warn(file, " could not be moved to the trash, and stays where it is.");
+    app->RemoveFromRecentFileList(file);
+    app->host().setStatusText(file + L" was moved to the trash");
 }
 
 void CStorageDoc::OnShowAllImages()

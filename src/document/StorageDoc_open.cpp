@@ -110,6 +110,8 @@ bool CStorageDoc::OnOpenDocument(const wchar_t* path)
     }
     // Sets of several files name each other relative to their folder.
     std::filesystem::current_path(file.parent_path(), error);
+    // Work that is given up for what the file holds can be reopened like that of a document that closes.
+    if (CWinApp* const app = AfxGetApp(); app && isChanged()) app->documentCloses(*this);
     DeleteContents();
     SetModifiedFlag(true);
     displayTitle.clear();

@@ -120,6 +120,14 @@ question replace_question(const std::wstring& target, const std::wstring& beside
             {"&Keep both", "&Replace", "Cancel"}};
 }
 
+/// A title as the name of a file.
+std::wstring name_of(std::wstring title)
+{
+    for (wchar_t& c : title)
+        if (c == L'/' || c == L'\\' || c < L' ') c = L'_';
+    return title;
+}
+
 } // namespace
 
 void CStorageDoc::Serialize(CArchive& archive)
@@ -162,15 +170,27 @@ bool CStorageDoc::OnSaveDocument(const wchar_t* path)
     return true;
 }
 
+std::wstring CStorageDoc::suggestedPath(bool replace) const
+{
+    std::wstring path = GetPathName();
+    if (path.empty()) {
+        if (!replace) return {};
+        // Titles of copies begin alike: theirs stay whole.
+        const std::wstring& whole = GetTitle();
+        const std::wstring name = baseTitle.empty() ? whole.substr(0, whole.find_first_of(L" #%;/\\")) : name_of(whole);
+        path = platform::full_path(name + base::widen(filterExtension));
+    }
+    using relation = document::own_files::relation;
+    const relation found = knownFiles.of(path);
+    return found == relation::foreign || found == relation::replaced ? document::free_path(path) : path;
+}
+
 std::wstring CStorageDoc::askSavePath(bool replace) const
 {
     CWinApp* app = AfxGetApp();
     if (!app) return {};
     save_prompt prompt;
-    prompt.suggestedPath = GetPathName();
-    if (replace && prompt.suggestedPath.empty())
-        prompt.suggestedPath =
-            GetTitle().substr(0, GetTitle().find_first_of(L" #%;/\\")) + base::widen(filterExtension);
+    prompt.suggestedPath = suggestedPath(replace);
     prompt.extension = "spm";
     prompt.filter = std::string(filterName) + "|*" + filterExtension + "|All Files (*.*)|*.*||";
     prompt.asksToReplace = false; // asked here, with a way to keep both
@@ -195,6 +215,8 @@ bool CStorageDoc::DoSave(const wchar_t* path, int replace)
     // Absolute from here on: a dialog or a reader may change the current folder.
     if (path && *path) return saveTo(platform::full_path(path), replace != 0);
     const std::wstring chosen = platform::full_path(askSavePath(replace != 0));
+    std::error_code error; // the next copy is offered beside it
+    if (!chosen.empty()) std::filesystem::current_path(platform::to_path(chosen).parent_path(), error);
     return !chosen.empty() && saveTo(confirmedTarget(chosen), replace != 0);
 }
 

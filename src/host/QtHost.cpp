@@ -106,7 +106,7 @@ std::optional<std::size_t> CQtHost::ask(const question& asked)
         buttons.push_back(box.addButton(QString::fromStdString(answer), QMessageBox::ActionRole));
     if (!buttons.empty()) {
         box.setDefaultButton(buttons.front());
-        box.setEscapeButton(buttons.back()); // the last one changes nothing
+        box.setEscapeButton(buttons[std::min(asked.escape.value_or(buttons.size() - 1), buttons.size() - 1)]);
     }
     box.exec();
     const auto chosen = std::ranges::find(buttons, box.clickedButton(),

@@ -29,7 +29,7 @@ constexpr prompt_row prompts[] = {
     {commands::copyText, "Copy the figures of the view as text"},
     {commands::addText, "Append the figures of the view to the text on the clipboard"},
     {commands::fileInfo, "Show or hide the name of the file and the parameters below the picture"},
-    {commands::revert, "Read the document again from its file; what was changed since is gone"},
+    {commands::revert, "Read the document again from its file; Reopen Closed brings back what was changed since"},
     {commands::deleteFile, "Close the document and move its file to the trash"},
     {commands::removeMarks, "Remove all marks"},
     {commands::numbered, "Number the marks"},

@@ -243,6 +243,7 @@ TEST_F(EntryTest, DocumentCommandsSaveRevertAndDelete)
     document().setString("note", "new", 0);
     document().SetModifiedFlag(true);
     EXPECT_TRUE(enabled(10025));
+    host.answers = {1}; // discard
     app->routeCommand(10025, nullptr);
     EXPECT_STREQ(document().getString("note", 0), "");
     document().setString("note", "kept", 0);

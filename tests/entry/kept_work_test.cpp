@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdFirstClosed = 10220, cmdZoomWindow = 10145;
+constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdFirstClosed = 10220, cmdRevert = 10025, cmdZoomWindow = 10145;
 
 class KeptWorkTest : public EntryTest {
 protected:
@@ -98,6 +98,35 @@ TEST_F(KeptWorkTest, WhatClosedUnsavedIsReopenedAsItWas)
     closeFrame();
     EXPECT_TRUE(comes([this] { return !isKept(); })) << "saved: nothing is left to keep";
     EXPECT_EQ(closedText(), "");
+}
+
+TEST_F(KeptWorkTest, WhatRevertDiscardsIsAskedForAndReopened)
+{
+    app->keepWork(state());
+    CStorageDoc& changed = opened(surface("a.spm"));
+    change(changed, 77);
+    host.answers = {0, std::nullopt, 1};
+    for (const bool isDiscarded : {false, false, true}) {
+        app->routeCommand(cmdRevert, nullptr);
+        EXPECT_EQ(changed.getDataPoint2S(0, 1, 1, 0), isDiscarded ? 5 : 77);
+    }
+    ASSERT_EQ(host.questions.size(), 3u);
+    EXPECT_EQ(host.questions[0].text, "Discard the changes to \"a\" since it was opened or saved?");
+    EXPECT_EQ(host.questions[0].escape, std::optional<std::size_t>(0));
+    EXPECT_FALSE(changed.isChanged());
+    EXPECT_FALSE(changed.canUndo(0));
+    ASSERT_TRUE(comes([this] { return closedText() != ""; }));
+    change(changed, 78);
+    app->OnCmdMsg(cmdFirstClosed, nullptr);
+    ASSERT_EQ(app->frames().size(), 2u);
+    EXPECT_EQ(document(1).getDataPoint2S(0, 1, 1, 0), 77);
+    EXPECT_EQ(changed.getDataPoint2S(0, 1, 1, 0), 78);
+    EXPECT_TRUE(comes([this] { return isKept(); })) << "later work, too";
+
+    write_file(folder / "b.txt", "0 1\n1 2\n");
+    opened((folder / "b.txt").wstring());
+    app->routeCommand(cmdRevert, nullptr);
+    EXPECT_EQ(host.questions.size(), 3u) << "nothing was changed";
 }
 
 TEST_F(KeptWorkTest, TheMenuOpensWhatItShowsWhateverClosedSince)

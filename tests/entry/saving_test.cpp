@@ -6,7 +6,8 @@
 
 namespace {
 
-constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdDelete = 10026, cmdQuickView = 10200;
+constexpr unsigned cmdSave = 57603, cmdSaveAs = 57604, cmdRevert = 10025, cmdDelete = 10026, cmdDuplicate = 10151,
+                   cmdQuickView = 10200;
 constexpr const char* table = "0 1 2 3\n1 2 3 4\n2 3 4 5\n3 4 5 9\n";
 const std::optional<std::size_t> first = 0, second = 1, third = 2, none = std::nullopt;
 
@@ -205,6 +206,34 @@ INSTANTIATE_TEST_SUITE_P(Answers, OpeningARecording,
                                          open_case{"Escape", none, nullptr}),
                          [](const auto& each) { return each.param.name; });
 
+TEST_F(SavingTest, ARecordingOffersAllThatWasSavedOfItTheLatestFirst)
+{
+    const std::wstring path = recording("a");
+    surface("a.spm");
+    surface("a (2).spm", 5);
+    surface("a (4).spm");
+    surface("a (5).spm");
+    recording("a (5)"); // has that result
+    const auto age = [&](const char* name, int minutes) {
+        const auto now = std::filesystem::file_time_type::clock::now();
+        std::filesystem::last_write_time(folder / name, now - std::chrono::minutes(minutes));
+    };
+    age("a.spm", 2);
+    age("a (2).spm", 1);
+    age("a (4).spm", 3);
+    host.answers = {second};
+    EXPECT_EQ(opened(path).getFileName(), L"a.spm");
+    EXPECT_EQ(host.questions.at(0).answers,
+              (std::vector<std::string>{"&Open \"a (2).spm\"", "Open \"a.spm\"", "Open \"a (4).spm\"",
+                                        "Open the &recording", "Cancel"}));
+    app->closeAllFrames();
+    host.answers = {std::size_t(3)};
+    EXPECT_EQ(opened(path).getFileName(), L"a");
+    app->closeAllFrames();
+    host.answers = {std::size_t(4)};
+    EXPECT_EQ(app->OpenDocumentFile(path.c_str()), nullptr);
+}
+
 TEST_F(SavingTest, ARecordingAndItsEarlierResultStandBesideEachOther)
 {
     const std::wstring path = recording("a.txt"), result = surface("a.txt.spm");
@@ -227,10 +256,10 @@ TEST_F(SavingTest, RevertingARecordingDoesNotLeadToAnEarlierResult)
 {
     const std::wstring path = recording("a.txt");
     surface("a.txt.spm");
-    host.answers = {second};
+    host.answers = {second, second};
     CStorageDoc& changed = opened(path);
     change(changed, 7);
-    app->routeCommand(10025, nullptr);
+    app->routeCommand(cmdRevert, nullptr);
     EXPECT_EQ(changed.getFileName(), L"a.txt");
     EXPECT_FALSE(changed.isChanged());
 }
@@ -254,6 +283,8 @@ TEST_F(SavingTest, DeleteTakesOnlyTheDocumentsOwnFile)
     app->routeCommand(cmdDelete, nullptr);
     EXPECT_EQ(host.trash, std::vector<std::wstring>{path}) << "the earlier result was never opened";
     EXPECT_TRUE(app->frames().empty());
+    EXPECT_EQ(host.statusText, path + L" was moved to the trash");
+    EXPECT_EQ(app->recentFiles(), std::vector<std::wstring>{});
 
     CStorageDoc& native = opened(result);
     change(native, 3);
@@ -270,6 +301,7 @@ TEST_F(SavingTest, DeleteTakesOnlyTheDocumentsOwnFile)
     app->routeCommand(cmdDelete, nullptr);
     EXPECT_TRUE(std::filesystem::exists(folder / "a.txt.spm"));
     EXPECT_EQ(host.messages.size(), 2u) << "the user is told that it stays";
+    EXPECT_EQ(app->recentFiles(), std::vector<std::wstring>{result});
 
     host.hasTrash = true;
     opened(result);
@@ -303,8 +335,48 @@ TEST_F(SavingTest, TitlesTellWhatDiffersFromItsFile)
     EXPECT_FALSE(isMarked()) << "nothing new";
     marked.clearStrings(0);
     EXPECT_TRUE(isMarked());
-    app->routeCommand(10025, nullptr);
+    host.answers = {second};
+    app->routeCommand(cmdRevert, nullptr);
     EXPECT_FALSE(isMarked()) << "read again";
+}
+
+TEST_F(SavingTest, SaveIsOnForWhatHasNoFileOfItsOwn)
+{
+    const auto change_back = [this](CStorageDoc& changed) {
+        EXPECT_EQ(changed.IsModified(), enabled(cmdSave));
+        change(changed, 7);
+        EXPECT_TRUE(enabled(cmdSave));
+        changed.undo(0);
+    };
+    change_back(opened(surface("a.spm")));
+    EXPECT_FALSE(enabled(cmdSave)) << "is as in its file";
+    CStorageDoc& foreign = opened(recording("b.txt"));
+    change_back(foreign);
+    EXPECT_TRUE(enabled(cmdSave)) << "a recording has none yet";
+    app->routeCommand(cmdSave, nullptr);
+    EXPECT_EQ(file_content(folder / "b.txt"), table);
+    EXPECT_EQ(foreign.GetPathName(), (folder / "b.txt.spm").wstring());
+    EXPECT_FALSE(enabled(cmdSave));
+
+    app->routeCommand(cmdDuplicate, nullptr);
+    app->setActiveFrame(app->frames().back().get());
+    EXPECT_TRUE(enabled(cmdSave));
+    EXPECT_TRUE(host.savePrompts.empty());
+    surface("Copy 1 of b.txt.spm");
+    app->routeCommand(cmdSave, nullptr);
+    ASSERT_EQ(host.savePrompts.size(), 1u);
+    EXPECT_EQ(host.savePrompts[0].suggestedPath, (folder / "Copy 1 of b.txt (2).spm").wstring());
+    EXPECT_TRUE(enabled(cmdSave)) << "cancelled";
+    std::filesystem::create_directory(folder / "results");
+    host.savePaths = {(folder / "results" / "c.spm").wstring()};
+    app->routeCommand(cmdSave, nullptr);
+    EXPECT_FALSE(enabled(cmdSave));
+    EXPECT_TRUE(std::filesystem::exists(folder / "results" / "c.spm"));
+
+    app->routeCommand(cmdDuplicate, nullptr);
+    app->setActiveFrame(app->frames().back().get());
+    app->routeCommand(cmdSaveAs, nullptr);
+    EXPECT_EQ(host.savePrompts.back().suggestedPath, (folder / "results" / "Copy 2 of b.txt.spm").wstring());
 }
 
 TEST_F(SavingTest, ForeignFilesAreNotMarkedAndCopiesAre)
@@ -312,7 +384,7 @@ TEST_F(SavingTest, ForeignFilesAreNotMarkedAndCopiesAre)
     opened(recording("a.txt"));
     EXPECT_EQ(app->frames()[0]->GetWindowText()[0], L'a');
     EXPECT_TRUE(document().IsModified()) << "it can be saved as it is";
-    app->routeCommand(10151, nullptr);
+    app->routeCommand(cmdDuplicate, nullptr);
     EXPECT_EQ(app->frames().back()->GetWindowText()[0], L'*') << "a copy is in no file";
 }
 

@@ -113,7 +113,8 @@ struct save_prompt {
 /// A question with answers to choose from, the first being the one that loses nothing.
 struct question {
     std::string text;
-    std::vector<std::string> answers; ///< texts of buttons, "&" in front of the access key
+    std::vector<std::string> answers;    ///< texts of buttons, "&" in front of the access key
+    std::optional<std::size_t> escape{}; ///< the one that Escape stands for, which changes nothing; none: the last
 };
 
 /// Sheets for the printer.

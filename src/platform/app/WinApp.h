@@ -61,7 +61,7 @@ public:
     /// Keeps what has closed until `freeClosed`, which the host calls between two events.
     void disposeFrame(CFrameWnd& frame);
     void disposeDocument(std::unique_ptr<CDocument> document);
-    /// A document is about to lose its content for good; it has no views any more.
+    /// A document is about to lose its content for good: it has no views any more, or reads its file again.
     virtual void documentCloses(CDocument&) {}
     /// The file at a full path is about to be replaced or moved away. Never throws.
     virtual void fileGoes(const std::wstring&) noexcept {}

@@ -185,7 +185,7 @@ TEST_F(ContainerTest, TheSaveDialogFollowsTitleAndPath)
     document.SetModifiedFlag();
     EXPECT_FALSE(document.DoSave(nullptr, true)) << "cancelled";
     ASSERT_EQ(host.savePrompts.size(), 1u);
-    EXPECT_EQ(host.savePrompts[0].suggestedPath, L"night.spm");
+    EXPECT_EQ(host.savePrompts[0].suggestedPath, (std::filesystem::current_path() / "night.spm").wstring());
     EXPECT_EQ(host.savePrompts[0].extension, "spm") << "for a name typed without one";
     EXPECT_EQ(host.savePrompts[0].filter, "Velmira files (*.spm)|*.spm|All Files (*.*)|*.*||");
     EXPECT_TRUE(document.IsModified());
