@@ -3,6 +3,7 @@
 #include "document/ProcessParser.h"
 #include "document/StorageDocTemplate.h"
 #include "document/history/merge_documents.h"
+#include "entry/window_titles.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/paths.h"
@@ -139,10 +140,8 @@ void VldvSelectView()
     if (!app) return;
     std::vector<CFrameWnd*> frames;
     std::vector<std::wstring> titles;
-    for (const std::unique_ptr<CFrameWnd>& frame : app->frames()) {
-        frames.push_back(frame.get());
-        titles.push_back(frame->GetWindowText());
-    }
+    for (const std::unique_ptr<CFrameWnd>& frame : app->frames()) frames.push_back(frame.get());
+    for (const std::string& title : entry::window_titles(app->frames())) titles.push_back(base::widen(title));
     const window_choice choice = app->host().chooseWindows(titles);
     for (const std::size_t index : choice.closed)
         if (index < frames.size() && !frames[index]->isDestroyed()) frames[index]->DestroyFrame();

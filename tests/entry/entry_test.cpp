@@ -259,6 +259,46 @@ TEST_F(EntryTest, DocumentCommandsSaveRevertAndDelete)
     EXPECT_TRUE(std::filesystem::exists(folder / "a.spm"));
 }
 
+TEST_F(EntryTest, PreferencesAreTitledWithTheKindOfWindow)
+{
+    const SPMDataStream streams[] = {
+        test_support::made_stream("position", {{4}}, VLAxis(0, 1, "nm"), [](unsigned i) { return i; }),
+        test_support::made_stream("force", {{4}}, VLAxis(0, 1, "nN"), [](unsigned i) { return i * i; })};
+    std::string title;
+    host.onDialog = [&](CVarListDlg& dialog) {
+        title = dialog.layout().title;
+        dialog.EndDialog(CVarListDlg::resultCancel);
+    };
+    for (const auto& [isOverAnother, kind] : {std::pair{false, "Section"}, {true, "Parametric curve"}}) {
+        CStorageDoc document;
+        document.AddNewImages(streams, 2);
+        if (isOverAnother) document.getImage(1).set_parameter_stream("position");
+        const std::wstring path = (folder / kind).wstring() + L".spm";
+        ASSERT_TRUE(document.OnSaveDocument(path.c_str()));
+        opened(path);
+        app->routeCommand(10118, nullptr);
+        EXPECT_EQ(title, kind);
+    }
+    opened(surface("a.spm"));
+    app->routeCommand(10118, nullptr);
+    EXPECT_EQ(title, "Surface") << "as its own layout says";
+}
+
+TEST_F(EntryTest, WindowsOfFilesOfOneNameTellTheirPaths)
+{
+    std::filesystem::create_directory(folder / "other");
+    CStorageDoc& changed = opened(surface("a.spm"));
+    opened(surface("other/a.spm"));
+    opened(surface("b.spm"));
+    change(changed, 7);
+    VldvSelectView();
+    ASSERT_EQ(host.windowTitles.size(), 3u);
+    EXPECT_EQ(host.windowTitles[0].front(), L'*');
+    EXPECT_TRUE(host.windowTitles[0].ends_with(L" (" + (folder / "a.spm").wstring() + L")"));
+    EXPECT_TRUE(host.windowTitles[1].ends_with(L" (" + (folder / "other" / "a.spm").wstring() + L")"));
+    EXPECT_EQ(host.windowTitles[2].find(L" ("), std::wstring::npos);
+}
+
 TEST_F(EntryTest, ParametersAreATableToSearch)
 {
     opened(surface("a.spm"));

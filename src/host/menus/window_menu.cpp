@@ -1,9 +1,7 @@
 #include "host/menus/window_menu.h"
 
-#include "base/text.h"
-#include "entry/save_documents.h"
+#include "entry/window_titles.h"
 #include "platform/app/FrameWnd.h"
-#include "view/DCView.h"
 
 #include <algorithm>
 #include <string>
@@ -14,24 +12,12 @@ namespace {
 
 constexpr std::size_t mostRows = 9; // a digit each
 
-/// Titles that tell all windows apart.
-std::vector<std::string> titles_of(const std::vector<std::unique_ptr<CFrameWnd>>& frames)
-{
-    std::vector<std::string> titles;
-    std::vector<CDocument*> documents;
-    for (const std::unique_ptr<CFrameWnd>& frame : frames) {
-        titles.push_back(base::narrow(frame->GetWindowText()));
-        documents.push_back(frame->GetActiveView() ? frame->GetActiveView()->GetDocument() : nullptr);
-    }
-    return entry::telling_labels(std::move(titles), documents);
-}
-
 } // namespace
 
 std::vector<menu_item> window_rows(const std::vector<std::unique_ptr<CFrameWnd>>& frames, const CFrameWnd* active,
                                    unsigned first)
 {
-    const std::vector<std::string> titles = titles_of(frames);
+    const std::vector<std::string> titles = entry::window_titles(frames);
     const auto found = std::ranges::find(frames, active, &std::unique_ptr<CFrameWnd>::get);
     const auto current = static_cast<std::size_t>(found - frames.begin());
     std::vector<menu_item> rows;
