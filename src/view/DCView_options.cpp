@@ -1,5 +1,6 @@
 #include "base/text.h"
 #include "base/variables/global_option.h"
+#include "platform/app/DocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "platform/files/interface_directory.h"
 #include "view/DCView.h"
@@ -195,6 +196,19 @@ void CDCView::toggle_option(const char* name)
     EndEditOptions();
 }
 
+namespace {
+
+/// What kind of window a view is in, as "Section"; empty where it is in none.
+std::string kind_of(const CView& view)
+{
+    const CWinApp* const app = AfxGetApp();
+    const CFrameWnd* const frame = view.GetParentFrame();
+    const CDocTemplate* const maker = app && frame ? app->findTemplate(frame->menuId()) : nullptr;
+    return maker ? maker->GetDocString(docName) : std::string();
+}
+
+} // namespace
+
 void CDCView::OnViewPreferences() { ShowOptionsDlgWithInterface(GetViewSection().c_str()); }
 
 bool CDCView::ShowOptionsDlgWithInterface(const char* name)
@@ -204,6 +218,7 @@ bool CDCView::ShowOptionsDlgWithInterface(const char* name)
     dialog.setHandler(this);
     dialog.grid().hideRows(idleOptions);
     dialog.CreateModalDlg(&options, layout ? &layout : nullptr, platform::optionsLayout, this);
+    if (dialog.layout().title.empty()) dialog.setTitle(kind_of(*this));
     const std::vector<SPMVar> before(options.all().begin(), options.all().end());
     const stored_options kept(profile(), GetViewSection(), before);
     storedDefaults = false;
