@@ -32,7 +32,7 @@ namespace vldv::host {
 
 namespace {
 
-constexpr QSize openDialogSize(960, 560);
+constexpr QSize openDialogSize(960, 560); // names, sizes and dates; beside them the preview
 
 /// What a prompt stands over: the dialog that asks, a view in full screen, else the main window.
 QWidget* prompt_parent(QWidget* main)
@@ -123,9 +123,9 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
     QFileDialog dialog(prompt_parent(main), QStringLiteral("Open"), QString::fromStdWString(prompt.folder));
     dialog.setFileMode(prompt.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     prepare_file_dialog(dialog, prompt.filter);
-    dialog.resize(openDialogSize); // names, sizes and dates beside the preview
-    add_preview(dialog, prompt);
+    const int previewWidth = add_preview(dialog, prompt);
     add_open_options(dialog, prompt);
+    size_file_dialog(dialog, openDialogSize + QSize(previewWidth, 0));
     if (dialog.exec() != QDialog::Accepted) return {};
     std::vector<std::wstring> paths;
     for (const QString& path : dialog.selectedFiles()) paths.push_back(path_of_text(path));
@@ -141,6 +141,7 @@ std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
     prepare_file_dialog(dialog, prompt.filter);
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
+    size_file_dialog(dialog, dialog.sizeHint());
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return path_of_text(dialog.selectedFiles().front());
 }

@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPrinter>
 #include <QPushButton>
@@ -137,6 +138,13 @@ TEST(PreviewPane, ShowsTheFileOnWhichTheUserStays)
     ASSERT_EQ(shown.size(), QSize(220, 110)); // as large as the pane holds
     EXPECT_EQ(shown.pixelColor(109, 0), QColor(Qt::red));
     EXPECT_EQ(shown.pixelColor(110, 109), QColor(Qt::blue));
+    auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    ASSERT_TRUE(name);
+    name->setText(QStringLiteral("a.sp"));
+    ASSERT_TRUE(waits_for([&] { return text->text().isEmpty(); })) << "no file yet";
+    name->setText(QStringLiteral("a.spm"));
+    ASSERT_TRUE(waits_for([&] { return !text->text().isEmpty(); }));
+    EXPECT_EQ(asked.back(), (folder / "a.spm").wstring());
     dialog.findChild<QCheckBox*>()->setChecked(false);
     EXPECT_TRUE(text->text().isEmpty());
 }
@@ -155,6 +163,15 @@ TEST(Tiling, CoversTheAreaWithoutOverlap)
         EXPECT_EQ(covered, 97 * 53) << count;
         EXPECT_EQ(all, QRegion(0, 0, 97, 53)) << count;
     }
+}
+
+TEST(Tiling, CascadesStayInsideAndBeginAnew)
+{
+    EXPECT_EQ(host::cascaded({{50, 40}, {90, 40}, {120, 70}, {20, 20}}, {100, 60}),
+              (std::vector<QRect>{{0, 0, 50, 40}, {10, 20, 90, 40}, {0, 0, 120, 70}, {80, 40, 20, 20}}));
+    const std::vector<QRect> many = host::cascaded(std::vector<QSize>(11, {50, 40}), {1000, 1000});
+    EXPECT_EQ(many[9].topLeft(), QPoint(252, 252));
+    EXPECT_EQ(many[10].topLeft(), QPoint(0, 0));
 }
 
 TEST(FileDialog, TypesAreNamedWithoutAllTheirPatterns)

@@ -4,6 +4,7 @@
 #include "host/dialogs/VariableDialog.h"
 #include "host/dialogs/VariableGrid.h"
 #include "host/peer/qt_cursors.h"
+#include "resources/commands.h"
 #include "view/ChildFrame.h"
 #include "vldv.h"
 
@@ -137,6 +138,62 @@ TEST_F(WorkstationTest, FramesTileAndClose)
     EXPECT_TRUE(app.frames().empty());
     EXPECT_TRUE(window.area().subWindowList().isEmpty());
     EXPECT_TRUE(vldvSurfaceTemplate.documents().empty());
+}
+
+TEST_F(WorkstationTest, ACascadeKeepsSizesThatFit)
+{
+    for (const char* name : {"a.spm", "b.spm", "c.spm"}) open(name);
+    window.resize(1300, 1000);
+    settle();
+    QList<QMdiSubWindow*> frames = window.area().subWindowList();
+    frames[1]->resize(300, 250);
+    settle();
+    const auto arranged = [&] {
+        app.frames()[0]->ActivateFrame();
+        runCommand(commands::cascade);
+    };
+    const QSize usual = frames[2]->size();
+    arranged();
+    EXPECT_EQ(frames[1]->geometry(), QRect(0, 0, 300, 250)) << "the lowest one";
+    EXPECT_EQ(frames[2]->geometry(), QRect(QPoint(28, 28), usual));
+    EXPECT_EQ(frames[0]->geometry(), QRect(QPoint(56, 56), usual)) << "in front";
+
+    window.resize(700, 500);
+    settle();
+    frames[0]->showMaximized();
+    settle();
+    arranged();
+    const QRect area(QPoint(0, 0), window.area().viewport()->size());
+    ASSERT_LT(area.height(), usual.height());
+    for (const QMdiSubWindow* const frame : frames) EXPECT_TRUE(area.contains(frame->geometry()));
+    EXPECT_EQ(frames[1]->size(), QSize(300, 250));
+    const CSize picture = view(2).displayRect.Size();
+    EXPECT_EQ(picture.cx, picture.cy) << "as square as before";
+    EXPECT_GT(picture.cx, 200);
+}
+
+TEST_F(WorkstationTest, FileDialogsFitTheScreen)
+{
+    const QRect screen = window.screen()->availableGeometry();
+    ASSERT_LT(screen.width(), 1180) << "narrower than the dialog likes";
+    const auto atOnce = [&](const std::function<void()>& ask) {
+        bool isInside = false;
+        QTimer::singleShot(0, [&] {
+            auto* const asked = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(asked, nullptr);
+            isInside = asked->width() <= screen.width() && asked->height() <= screen.height();
+            asked->reject();
+        });
+        ask();
+        return isInside;
+    };
+    open_prompt prompt;
+    prompt.filter = "All (*.*)|*.*||";
+    prompt.several = true;
+    prompt.preview = [](const std::wstring&) { return file_preview(); };
+    EXPECT_TRUE(atOnce([&] { machine.askOpenPaths(prompt); }));
+    EXPECT_TRUE(
+        atOnce([&] { machine.askSavePath({.suggestedPath = L"a.spm", .filter = prompt.filter, .extension = "spm"}); }));
 }
 
 TEST_F(WorkstationTest, TheVariableDialogTakesWhatIsTyped)

@@ -4,6 +4,7 @@
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QScreen>
 #include <QTreeView>
 
 namespace vldv::host {
@@ -52,7 +53,15 @@ void fit_columns(const QFileDialog& dialog)
     header.setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
+/// What window managers put around a dialog, about.
+constexpr QSize around(16, 48);
+
 } // namespace
+
+void size_file_dialog(QFileDialog& dialog, const QSize& wanted)
+{
+    dialog.resize(wanted.boundedTo(dialog.screen()->availableSize() - around));
+}
 
 void prepare_file_dialog(QFileDialog& dialog, const std::string& filter)
 {

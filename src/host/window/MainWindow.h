@@ -2,6 +2,7 @@
 #include "platform/app/CmdTarget.h"
 
 #include <QMainWindow>
+#include <QMdiArea>
 #include <QPointer>
 #include <memory>
 
@@ -10,7 +11,6 @@ class CVldvApp;
 }
 
 class QLabel;
-class QMdiArea;
 class QMdiSubWindow;
 
 namespace vldv::host {
@@ -51,6 +51,8 @@ private:
     bool focusCommand(unsigned id, CCmdUI* ui);
     bool menuItems(unsigned first, std::vector<menu_item>& items);
     void onActivated(QMdiSubWindow* window);
+    QList<QMdiSubWindow*> arrangedWindows(QMdiArea::WindowOrder order);
+    void cascade();
     void tile(bool vertically);
     void installShortcuts();
     void rebuildTools();

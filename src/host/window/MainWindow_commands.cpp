@@ -6,6 +6,7 @@
 #include "host/menus/window_menu.h"
 #include "host/window/MainWindow.h"
 #include "host/window/OutputPane.h"
+#include "host/window/QtFrame.h"
 #include "host/window/tiling.h"
 #include "resources/commands.h"
 
@@ -105,7 +106,7 @@ void CMainWindow::arrangeFrames(unsigned id, CCmdUI* ui)
     if (ui)
         ui->Enable(!frames->subWindowList().isEmpty());
     else if (id == commands::cascade)
-        frames->cascadeSubWindows();
+        cascade();
     else
         tile(id == commands::tileVertically);
 }
@@ -130,16 +131,37 @@ bool CMainWindow::menuItems(unsigned first, std::vector<menu_item>& items)
     return true;
 }
 
-void CMainWindow::tile(bool vertically)
+/// The windows that are neither hidden nor minimized, in no case maximized.
+QList<QMdiSubWindow*> CMainWindow::arrangedWindows(QMdiArea::WindowOrder order)
 {
     QList<QMdiSubWindow*> shown;
-    for (QMdiSubWindow* const window : frames->subWindowList())
+    for (QMdiSubWindow* const window : frames->subWindowList(order))
         if (window->isVisible() && !window->isMinimized()) shown << window;
+    for (QMdiSubWindow* const window : shown)
+        if (window->isMaximized()) window->showNormal();
+    return shown;
+}
+
+/// In the order in which they lie, so that the caption of each is seen.
+void CMainWindow::cascade()
+{
+    const QSize area = frames->viewport()->size();
+    const QList<QMdiSubWindow*> shown = arrangedWindows(QMdiArea::StackingOrder);
+    std::vector<QSize> sizes;
+    for (const QMdiSubWindow* const window : shown) sizes.push_back(window->size());
+    for (const auto& frame : app.frames())
+        if (const auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer()))
+            if (const auto at = shown.indexOf(peer->subWindow()); at >= 0)
+                sizes[static_cast<std::size_t>(at)] = peer->sizeInside(area);
+    const std::vector<QRect> places = cascaded(sizes, area);
+    for (qsizetype i = 0; i < shown.size(); ++i) shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
+}
+
+void CMainWindow::tile(bool vertically)
+{
+    const QList<QMdiSubWindow*> shown = arrangedWindows(QMdiArea::CreationOrder);
     const std::vector<QRect> places = tiles(static_cast<int>(shown.size()), frames->viewport()->size(), vertically);
-    for (qsizetype i = 0; i < shown.size(); ++i) {
-        if (shown[i]->isMaximized()) shown[i]->showNormal();
-        shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
-    }
+    for (qsizetype i = 0; i < shown.size(); ++i) shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
 }
 
 } // namespace vldv::host

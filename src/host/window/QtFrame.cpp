@@ -2,6 +2,7 @@
 
 #include "host/menus/command_door.h"
 #include "host/menus/qt_toolbar.h"
+#include "host/window/tiling.h"
 #include "platform/app/WinApp.h"
 #include "view/ChildFrame.h"
 
@@ -20,7 +21,6 @@ namespace vldv::host {
 
 namespace {
 
-constexpr int cascadeStep = 28, cascadeLength = 10; // pixels; frames until the cascade begins anew
 constexpr QSize firstSize(560, 400);
 
 } // namespace
@@ -104,6 +104,14 @@ void CQtFrame::show(bool on)
 {
     sub->setVisible(on);
     widget->setVisible(on);
+}
+
+QSize CQtFrame::sizeInside(const QSize& area) const
+{
+    const QSize fitting = sub->size().boundedTo(area);
+    const auto* const frame = dynamic_cast<const CChildFrame*>(&logic);
+    if (fitting == sub->size() || !frame) return fitting;
+    return qt_rect(frame->OnSizing(view::sizeBottomRight, rect_of({{}, fitting}))).size();
 }
 
 void CQtFrame::bringToFront()

@@ -28,6 +28,8 @@ public:
     /// Shows the state that commands have now.
     void refreshTools();
     QMdiSubWindow* subWindow() const noexcept { return sub; }
+    /// Its size, or where it is larger than the area that with a picture of the same shape, at its smallest.
+    QSize sizeInside(const QSize& area) const;
 
 protected:
     QWidget* outer() const override;

@@ -7,9 +7,11 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace vldv::host {
 
@@ -44,7 +46,7 @@ public:
 
     void choose(const QString& path)
     {
-        chosen = path;
+        if (std::exchange(chosen, path) == path) return;
         picture->clear();
         text->clear();
         timer.start();
@@ -76,14 +78,19 @@ private:
 
 } // namespace
 
-void add_preview(QFileDialog& dialog, const open_prompt& prompt)
+int add_preview(QFileDialog& dialog, const open_prompt& prompt)
 {
     auto* const layout = qobject_cast<QGridLayout*>(dialog.layout());
-    if (!layout || !prompt.preview) return;
+    if (!layout || !prompt.preview) return 0;
     auto* const pane = new preview_pane(&dialog, prompt);
     layout->addWidget(pane, 0, layout->columnCount(), layout->rowCount(), 1);
     QObject::connect(&dialog, &QFileDialog::currentChanged, pane, [pane](const QString& path) { pane->choose(path); });
-    dialog.resize(dialog.width() + paneWidth, dialog.height());
+    // A name that is typed selects its file, but does not walk to it. Several names are in quotes.
+    if (auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+        QObject::connect(name, &QLineEdit::textChanged, pane, [pane, &dialog](const QString& text) {
+            if (!text.contains('"')) pane->choose(dialog.directory().absoluteFilePath(text));
+        });
+    return paneWidth;
 }
 
 } // namespace vldv::host

@@ -2,6 +2,7 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <algorithm>
 #include <cmath>
 
 namespace vldv::host {
@@ -21,6 +22,17 @@ std::vector<QRect> tiles(int count, const QSize& area, bool vertically)
             out.push_back(vertically ? QRect(start, laneStart, end - start, laneEnd - laneStart)
                                      : QRect(laneStart, start, laneEnd - laneStart, end - start));
         }
+    }
+    return out;
+}
+
+std::vector<QRect> cascaded(const std::vector<QSize>& sizes, const QSize& area)
+{
+    std::vector<QRect> out;
+    for (const QSize& size : sizes) {
+        const int shift = static_cast<int>(out.size() % cascadeLength) * cascadeStep;
+        out.emplace_back(std::clamp(area.width() - size.width(), 0, shift),
+                         std::clamp(area.height() - size.height(), 0, shift), size.width(), size.height());
     }
     return out;
 }
