@@ -165,15 +165,6 @@ TEST(Tiling, CoversTheAreaWithoutOverlap)
     }
 }
 
-TEST(Tiling, CascadesStayInsideAndBeginAnew)
-{
-    EXPECT_EQ(host::cascaded({{50, 40}, {90, 40}, {120, 70}, {20, 20}}, {100, 60}),
-              (std::vector<QRect>{{0, 0, 50, 40}, {10, 20, 90, 40}, {0, 0, 120, 70}, {80, 40, 20, 20}}));
-    const std::vector<QRect> many = host::cascaded(std::vector<QSize>(11, {50, 40}), {1000, 1000});
-    EXPECT_EQ(many[9].topLeft(), QPoint(252, 252));
-    EXPECT_EQ(many[10].topLeft(), QPoint(0, 0));
-}
-
 TEST(FileDialog, TypesAreNamedWithoutAllTheirPatterns)
 {
     QFileDialog dialog;

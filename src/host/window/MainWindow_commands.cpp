@@ -142,19 +142,21 @@ QList<QMdiSubWindow*> CMainWindow::arrangedWindows(QMdiArea::WindowOrder order)
     return shown;
 }
 
-/// In the order in which they lie, so that the caption of each is seen.
+/// In the order in which they lie, so that the caption of each is seen. What fits keeps its size.
 void CMainWindow::cascade()
 {
     const QSize area = frames->viewport()->size();
     const QList<QMdiSubWindow*> shown = arrangedWindows(QMdiArea::StackingOrder);
-    std::vector<QSize> sizes;
-    for (const QMdiSubWindow* const window : shown) sizes.push_back(window->size());
-    for (const auto& frame : app.frames())
-        if (const auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer()))
-            if (const auto at = shown.indexOf(peer->subWindow()); at >= 0)
-                sizes[static_cast<std::size_t>(at)] = peer->sizeInside(area);
-    const std::vector<QRect> places = cascaded(sizes, area);
-    for (qsizetype i = 0; i < shown.size(); ++i) shown[i]->setGeometry(places[static_cast<std::size_t>(i)]);
+    for (const auto& frame : app.frames()) {
+        const auto* const peer = dynamic_cast<CQtFrame*>(frame->getPeer());
+        const auto number = peer ? shown.indexOf(peer->subWindow()) : -1;
+        if (number < 0) continue;
+        const QPoint corner = cascaded(number);
+        const QSize size = peer->subWindow()->size();
+        const bool fits = size.boundedTo(area) == size;
+        peer->subWindow()->setGeometry(
+            {corner, fits ? size : peer->sizeInside({area.width() - corner.x(), area.height() - corner.y()})});
+    }
 }
 
 void CMainWindow::tile(bool vertically)

@@ -28,9 +28,9 @@ constexpr QSize firstSize(560, 400);
 CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
 {
     widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
-    const int shift = static_cast<int>(area.subWindowList().size() % cascadeLength) * cascadeStep;
+    const QPoint place = cascaded(area.subWindowList().size());
     sub = area.addSubWindow(widget);
-    sub->setGeometry(QRect({shift, shift}, firstSize));
+    sub->setGeometry(QRect(place, firstSize));
     widget->resize(firstSize); // for views that do not fit the frame to themselves, as tables and texts
     sub->setAttribute(Qt::WA_DeleteOnClose, false);
     sub->installEventFilter(this);
@@ -106,12 +106,11 @@ void CQtFrame::show(bool on)
     widget->setVisible(on);
 }
 
-QSize CQtFrame::sizeInside(const QSize& area) const
+QSize CQtFrame::sizeInside(const QSize& room) const
 {
-    const QSize fitting = sub->size().boundedTo(area);
+    const QSize fitting = sub->size().boundedTo(room);
     const auto* const frame = dynamic_cast<const CChildFrame*>(&logic);
-    if (fitting == sub->size() || !frame) return fitting;
-    return qt_rect(frame->OnSizing(view::sizeBottomRight, rect_of({{}, fitting}))).size();
+    return frame ? qt_rect(frame->OnSizing(view::sizeBottomRight, rect_of({{}, fitting}))).size() : fitting;
 }
 
 void CQtFrame::bringToFront()

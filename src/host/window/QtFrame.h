@@ -28,8 +28,9 @@ public:
     /// Shows the state that commands have now.
     void refreshTools();
     QMdiSubWindow* subWindow() const noexcept { return sub; }
-    /// Its size, or where it is larger than the area that with a picture of the same shape, at its smallest.
-    QSize sizeInside(const QSize& area) const;
+    /// What is left of its size in this room, with a picture of the same shape, which does not get too small to be
+    /// used.
+    QSize sizeInside(const QSize& room) const;
 
 protected:
     QWidget* outer() const override;

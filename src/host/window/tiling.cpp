@@ -2,7 +2,6 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <algorithm>
 #include <cmath>
 
 namespace vldv::host {
@@ -26,15 +25,11 @@ std::vector<QRect> tiles(int count, const QSize& area, bool vertically)
     return out;
 }
 
-std::vector<QRect> cascaded(const std::vector<QSize>& sizes, const QSize& area)
+QPoint cascaded(qsizetype number)
 {
-    std::vector<QRect> out;
-    for (const QSize& size : sizes) {
-        const int shift = static_cast<int>(out.size() % cascadeLength) * cascadeStep;
-        out.emplace_back(std::clamp(area.width() - size.width(), 0, shift),
-                         std::clamp(area.height() - size.height(), 0, shift), size.width(), size.height());
-    }
-    return out;
+    constexpr int step = 28, length = 10; // pixels; frames
+    const int shift = static_cast<int>(number % length) * step;
+    return {shift, shift};
 }
 
 void activate_neighbour(QMdiArea& area, int step)

@@ -10,10 +10,8 @@ namespace vldv::host {
 /// frames on in a grid.
 std::vector<QRect> tiles(int count, const QSize& area, bool vertically);
 
-constexpr int cascadeStep = 28, cascadeLength = 10; ///< pixels; frames until a cascade begins anew
-
-/// Places for frames of these sizes, the later ones in front of the earlier: each inside the area, as far as it fits.
-std::vector<QRect> cascaded(const std::vector<QSize>& sizes, const QSize& area);
+/// Corner of a frame in a cascade, which shows the captions of those behind it and begins anew after some.
+QPoint cascaded(qsizetype number);
 
 /// Activates the frame that was made after the active one (`step` 1) or before it (-1), in a circle.
 void activate_neighbour(QMdiArea& area, int step);
