@@ -118,4 +118,41 @@ TEST_F(CurvePictures, ACrossbarOnTwoNamedCurves)
     EXPECT_LT(picture.textBox(L"Approach").right, picture.textBox(L"Retract").left);
 }
 
+TEST_F(CurvePictures, ACurveOverItsPositionsWithACrossbar)
+{
+    // A ring: 61 pairs at 6 degrees, of 3 nm and 2 nN steps around a middle.
+    const auto ring = [](double (*side)(double)) {
+        return [side](unsigned i) {
+            return static_cast<int>(std::lround(100.0 * side(i * 6.0 / 180.0 * 3.14159265358979)));
+        };
+    };
+    SPMDataStream images[] = {
+        test_support::made_stream("Force", {{61}}, VLAxis(0, 2, "nN"), ring([](double a) { return std::sin(a); })),
+        test_support::made_stream("Height", {{61}}, VLAxis(0, 3, "nm"), ring([](double a) { return std::cos(a); })),
+    };
+    images[0].set_parameter_stream("Height");
+    CStorageDoc pairs;
+    pairs.autoDelete = false;
+    pairs.AddNewImages(images, 2);
+    CParametricCurveView view;
+    pairs.AddView(&view);
+    view.Create(nullptr, view.kind());
+    view.OnInitialUpdate();
+    view.MoveWindow(CRect(0, 0, 587, 385));
+    host.pump();
+    view.setOption("marks_mode", "Crossbar");
+    const golden_picture picture = drawing(view);
+    EXPECT_TRUE(picture.equals("parametric"));
+    const CRect pane = view.displayRect;
+    const int middle = (pane.left + pane.right) / 2;
+    // The rightmost pair is the first: 300 nm, 0 nN, half way up; the lowest one 45 pairs on.
+    EXPECT_GE(picture.count(green, CRect(pane.right - 3, (pane.top + pane.bottom) / 2 - 3, pane.right,
+                                         (pane.top + pane.bottom) / 2 + 3)),
+              2);
+    EXPECT_GE(picture.count(green, CRect(middle - 20, pane.bottom - 2, middle + 20, pane.bottom)), 5) << "the lowest";
+    EXPECT_EQ(picture.count(green, CRect(middle - 60, pane.top + 60, middle + 60, pane.bottom - 60)), 0) << "a hole";
+    EXPECT_GT(picture.count(blue, CRect(pane.left, pane.top, pane.right, pane.bottom)), 250) << "both lines, dotted";
+    pairs.RemoveView(&view);
+}
+
 } // namespace
