@@ -222,8 +222,13 @@ private:
     vldv::surface::section_pens pens;
     std::vector<vldv::surface::statistics_row> statisticsRows; ///< of the frame
     std::vector<vldv::surface::statistics_row>
-        panelRows;       ///< of the measurement, as the panel was last told to show them
-    CSize knownSize;     ///< of the image when it was last looked at
+        panelRows;   ///< of the measurement, as the panel was last told to show them
+    CSize knownSize; ///< of the image when it was last looked at
+    struct shrunken_picture {
+        CSize before, display; ///< image and picture until the window would have grown out of the main one
+        CSize to;              ///< picture since then
+    };
+    std::optional<shrunken_picture> shrunken;
     CRect sectionBounds; ///< of the section shown last, samples of this image
     bool autoRefresh = true;
     bool marksNumbered = true;

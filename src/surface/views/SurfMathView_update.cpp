@@ -92,7 +92,8 @@ void CSurfMathView::onNewData(CView* sender, std::uint32_t hint, const hint_obje
 void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_object& object)
 {
     const CSize whole = imageSize();
-    if (std::exchange(knownSize, whole) != whole) {
+    const CSize known = std::exchange(knownSize, whole);
+    if (known != whole) {
         machine.endDrag();
         drawn.measure.isVisible = false; // what it tells of may be gone
         refreshMeasureRows();
@@ -108,8 +109,14 @@ void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_obje
         width = base::nearest_int(whole.cx * x);
         height = base::nearest_int(whole.cy * y);
         if (isFlat) GetBestSize(width, height);
-        const CSize wanted{width, height};
-        const CSize fitting = isZoomWindow() ? fittingArea(wanted) : view::shrunk_into(wanted, largestDisplay());
+        // What had to be shrunk to stay inside the main window comes back with the image that it was.
+        const bool isBack = shrunken && shrunken->before == whole && shrunken->to == displayRect.Size();
+        const CSize wanted = isBack ? shrunken->display : CSize{width, height};
+        const CSize fitting = fittingArea(wanted);
+        if (fitting != wanted && known.cx > 0)
+            shrunken = {known, displayRect.Size(), fitting};
+        else
+            shrunken.reset();
         width = fitting.cx;
         height = fitting.cy;
     } else {
@@ -118,7 +125,7 @@ void CSurfMathView::onNewSize(CView* sender, std::uint32_t hint, const hint_obje
         height = displayRect.Height();
     }
     AdjustParentSize(width, height, true);
-    if (changed && isZoomWindow()) bringFrameInside();
+    if (changed) bringFrameInside();
     UpdateZScale(true);
     if (changed) dropOutside(whole);
     CImageView::OnUpdate(sender, hint, object);

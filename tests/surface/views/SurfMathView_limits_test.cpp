@@ -149,6 +149,22 @@ TEST_F(SurfaceLimits, UndoOfAResampleDropsWhatLiesOutside)
     EXPECT_EQ(view.getDrawn().region.GetRgnBox(), CRect(2, 2, 11, 11));
 }
 
+TEST_F(SurfaceLimits, AWindowStaysInsideTheMainOneAndComesBackWithItsImage)
+{
+    CSurfMathView& view = open();
+    host.pump();
+    const CSize before = view.displayRect.Size();
+    ASSERT_EQ(surface::resample_image(*document, 0, {6000, 3000, primitives::interpolation::nearest}), "");
+    host.pump();
+    const CRect frame = view.GetParentFrame()->GetWindowRect();
+    EXPECT_LE(frame.right, host.area.right);
+    EXPECT_LE(frame.bottom, host.area.bottom);
+    EXPECT_EQ(view.sourceRect, CRect(0, 0, 6000, 3000)) << "all of it, smaller";
+    document->undo(0);
+    host.pump();
+    EXPECT_EQ(view.displayRect.Size(), before);
+}
+
 TEST_F(SurfaceLimits, TheZoomWindowOutlivesChangesOfItsSource)
 {
     CSurfMathView& view = open();
