@@ -215,6 +215,7 @@ TEST_F(FindSteps, AsksBeforeCorrectedStepsGo)
     viewOf<CLineView>(0)->OnKeyDown(VK_LEFT);
     const short corrected = value(1, 21);
     EXPECT_EQ(corrected, 64 - edge(21) + 1);
+    EXPECT_STREQ(document->getString(correctedStepKey, 1), "true") << "for when the file is opened again";
     find(view);
     ASSERT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(value(1, 21), corrected) << "No";
@@ -224,6 +225,9 @@ TEST_F(FindSteps, AsksBeforeCorrectedStepsGo)
     EXPECT_EQ(host.messages.size(), 2u);
     find(view);
     EXPECT_EQ(host.messages.size(), 2u) << "nothing was corrected since";
+    document->setString(correctedStepKey, "true", 1); // in an earlier session
+    find(view);
+    EXPECT_EQ(host.messages.size(), 3u);
 }
 
 TEST_F(FindSteps, AreOffForCurvesAndVolumes)

@@ -158,6 +158,7 @@ void step_link::correct(const step_end& end)
     if (!lastCorrection || lastCorrection->line != *line || lastCorrection->state != stateNow())
         document.pushUndo(image, true);
     document.setImageDataS(image, &value, 1, *sample, 0);
+    document.setString(correctedStepKey, "true", image);
     document.SetModifiedFlag(true);
     lastCorrection = {*line, stateNow()};
     isCorrecting = true;

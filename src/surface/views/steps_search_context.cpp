@@ -86,8 +86,9 @@ bool steps_search_context::mayReplace() const
 {
     const CStorageDoc& document = *view.storageDoc();
     const std::vector<unsigned> older = surface::step_images(document, view.getImageNumber());
-    const bool areCorrected =
-        std::ranges::any_of(older, [&document](unsigned image) { return document.canUndo(image); });
+    const bool areCorrected = std::ranges::any_of(older, [&document](unsigned image) {
+        return document.canUndo(image) || *document.getString(correctedStepKey, image) != '\0';
+    });
     return !areCorrected || AfxGetApp()->host().askYesNo("Steps of an earlier search have been corrected by hand. "
                                                          "Replace them?");
 }
