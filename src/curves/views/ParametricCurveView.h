@@ -1,4 +1,5 @@
 #pragma once
+#include "curves/figures/display/part_control.h"
 #include "curves/figures/force/force_curve_stats.h"
 #include "curves/figures/pairs/pair_marks.h"
 #include "curves/figures/pairs/pair_pane.h"
@@ -63,6 +64,7 @@ public:
     void OnLButtonUp(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     void OnCaptureChanged() override;
+    bool OnMouseWheel(unsigned flags, int delta, CPoint point) override;
     bool OnKeyDown(unsigned key) override;
     bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
@@ -90,6 +92,7 @@ private:
     CSize storedSize();
     void Resize(int width, int height);
     void SetTextPos();
+    void drawAgain();
     void drawCurves(CDC& dc, CPoint origin) const;
     void drawNames(CDC& dc) const;
     bool isDotted(unsigned curve) const;
@@ -103,6 +106,8 @@ private:
     void settleMarks();
     void SetDefaultCursor();
     void tellPointer(CPoint point);
+    void showPart();
+    CRect axisRect() const; ///< with the numbers along X
 
     // Commands
     void OnCopydataastext();
@@ -115,6 +120,7 @@ private:
     vldv::curves::pair_series active;
     vldv::curves::pair_pane pane;
     vldv::curves::pair_mark_set marks;
+    vldv::curves::part_control partControl; ///< part of the positions that is shown
     std::array<double, 4> markY{};
     std::map<unsigned, force_curve_stats> stats; ///< of the curves that were shown with them
     std::wstring text;

@@ -41,26 +41,32 @@ bool CParametricCurveView::isShown(unsigned curve) const
 
 void CParametricCurveView::RefreshDisplay()
 {
-    const curves::pair_source all = source();
-    curves = all.curves();
-    active = all.curve(activeCurve());
+    curves = source().curves();
+    active = source().curve(activeCurve());
     if (!IsGood()) {
         updateText();
         return;
     }
+    drawAgain();
+    if (showsStatistics()) fill_parametric_curve_stats();
+    settleMarks();
+    updateText();
+}
+
+void CParametricCurveView::drawAgain()
+{
+    const curves::pair_source all = source();
     CountDisplayRect();
     curves::pair_ranges ranges;
     for (unsigned k = 0; k < curves; ++k)
         if (isShown(k)) ranges.add(k == activeCurve() ? active : all.curve(k));
     pane = curves::pair_pane(displayRect.Size(), axisX(), axisY(), ranges);
+    pane.show(partControl.part());
     image.Resize(displayRect.Width(), displayRect.Height());
     if (CDC* const dc = GetMemDC(); dc && image.Ok()) {
         dc->FillSolidRect(CRect({0, 0}, displayRect.Size()), colorOption("background"));
         drawCurves(*dc, {0, 0});
     }
-    if (showsStatistics()) fill_parametric_curve_stats();
-    settleMarks();
-    updateText();
 }
 
 /// Of two curves the other one is dotted.

@@ -62,19 +62,24 @@ void CParametricCurveView::SetDefaultCursor()
     SetCursor(marks.active == curves::pair_mark_set::none ? cursor_shape::arrow : cursor_shape::sizeHorizontal);
 }
 
-/// Position and value at the pointer.
+/// Position and value of the active curve's pair that is nearest to the pointer in X.
 void CParametricCurveView::tellPointer(CPoint point)
 {
     const CRect& place = displayRect;
     if (!IsGood() || !place.PtInRect(point)) return forgetPlace();
-    const double x = pane.positionAt((point.x - place.left) / std::max(place.Width() - 1.0, 1.0));
-    const double y = pane.valueAt((place.bottom - 1 - point.y) / std::max(place.Height() - 1.0, 1.0));
+    const auto nearest = pane.nearestInX(active, (point.x - place.left) / std::max(place.Width() - 1.0, 1.0));
+    if (!nearest) return forgetPlace();
+    const double x = pane.position(active, *nearest), y = pane.value(active, *nearest);
     setPlaceText(base::widen(curves::pointer_text(x, axisX().get_units(), y, axisY().get_units())));
 }
 
 void CParametricCurveView::OnMouseMove(unsigned flags, CPoint point)
 {
     CImageView::OnMouseMove(flags, point);
+    if (partControl.isHeld()) {
+        if (partControl.drag(point, displayRect)) showPart();
+        return SetCursor(cursor_shape::sizeHorizontal);
+    }
     tellPointer(point);
     if (!marks.isDragging) {
         FindMarkXY(point, reach, &marks.active);
@@ -88,6 +93,7 @@ void CParametricCurveView::OnLButtonDown(unsigned flags, CPoint point)
 {
     CImageView::OnLButtonDown(flags, point);
     SetFocus();
+    if (IsGood() && partControl.takeHold(point, axisRect())) return SetCapture();
     if (!FindMarkXY(point, reach, &marks.active)) return;
     marks.isDragging = true;
     SetCapture();
@@ -96,7 +102,7 @@ void CParametricCurveView::OnLButtonDown(unsigned flags, CPoint point)
 
 void CParametricCurveView::OnLButtonUp(unsigned flags, CPoint point)
 {
-    if (marks.isDragging) ReleaseCapture();
+    if (marks.isDragging || partControl.isHeld()) ReleaseCapture();
     OnCaptureChanged();
     CImageView::OnLButtonUp(flags, point);
 }
@@ -105,10 +111,37 @@ void CParametricCurveView::OnCaptureChanged()
 {
     marks.isDragging = false;
     marks.active = curves::pair_mark_set::none;
+    partControl.letGo();
 }
 
-void CParametricCurveView::OnLButtonDblClk(unsigned, CPoint)
+CRect CParametricCurveView::axisRect() const
 {
+    constexpr int height = 20; // pixels of the numbers below the pane
+    return curves::axis_strip(displayRect, height);
+}
+
+void CParametricCurveView::showPart()
+{
+    if (!IsGood()) return;
+    drawAgain();
+    marks.stay(pane, active);
+    updateText();
+    Invalidate(true); // texts of the axis reach beyond the pane
+}
+
+bool CParametricCurveView::OnMouseWheel(unsigned flags, int delta, CPoint point)
+{
+    if (flags != MK_CONTROL || !IsGood()) return CImageView::OnMouseWheel(flags, delta, point);
+    if (partControl.turnWheel(delta, point, displayRect, static_cast<std::uint32_t>(active.size()))) showPart();
+    return true;
+}
+
+void CParametricCurveView::OnLButtonDblClk(unsigned, CPoint point)
+{
+    if (axisRect().PtInRect(point)) {
+        if (partControl.reset()) showPart();
+        return;
+    }
     marks = {};
     Resize(mostWidth, usualHeight);
 }

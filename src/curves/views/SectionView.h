@@ -2,6 +2,7 @@
 #include "curves/figures/curve_functions.h"
 #include "curves/figures/curve_spectrum.h"
 #include "curves/figures/display/curve_pane.h"
+#include "curves/figures/display/part_control.h"
 #include "curves/figures/display/section_marks.h"
 #include "curves/figures/force/force_curve_stats.h"
 #include "curves/figures/placed_points.h"
@@ -152,10 +153,8 @@ private:
     vldv::curves::mark_panes panes() const;
 
     // Part of the curves that is shown
-    void showPart(const vldv::curves::shown_part& wanted);
-    bool isOnAxis(CPoint point) const;
-    bool startPan(CPoint point);
-    bool goOnPanning(CPoint point);
+    void showPart();
+    CRect axisRect() const; ///< with the numbers along X
     std::string pointerText(CPoint point) const;
     void tellPointer(CPoint point);
 
@@ -233,12 +232,7 @@ private:
     std::wstring text, spectrumLine;
     int textRows = 1; ///< below the curves, as they were drawn last
     vldv::curves::step_link steps{*this};
-    vldv::curves::shown_part part; ///< goes with the window, not with the options
-    struct axis_grip {
-        int from; ///< of the pointer
-        vldv::curves::shown_part before;
-    };
-    std::optional<axis_grip> pan;
+    vldv::curves::part_control partControl; ///< part of the curves that is shown
     CSize displaySize{512, 160};
     bool isSizing = false;
 };

@@ -38,7 +38,7 @@ void CSectionView::OnTimer(unsigned id)
 void CSectionView::measurePane()
 {
     pane = curves::make_pane(displayRect.Size(), section.length, min_max, valueAxis(), zeroOffset(), fixedHeights());
-    pane.part = part;
+    pane.part = partControl.part();
 }
 
 void CSectionView::DoRefreshDisplay(bool quick)
@@ -141,7 +141,7 @@ void CSectionView::updateMarkY(int mark)
 
 curves::mark_panes CSectionView::panes() const
 {
-    curves::mark_panes made{displayRect, {}, part};
+    curves::mark_panes made{displayRect, {}, partControl.part()};
     if (isOptionOn("ShowSpectrum")) {
         made.spectrum = displayRect;
         made.spectrum.OffsetRect(0, displayRect.Height() + intOption("BottomMargin"));
@@ -186,7 +186,7 @@ void CSectionView::drawSpectrumPane(CDC& dc, const CRect& shown)
 /// Client pixels; outside of the pane for a mark that is out of sight.
 int CSectionView::columnOfMark(int mark, const CRect& shown) const
 {
-    const double share = mark == curves::spectrumMark ? marks[mark].x : part.toPane(marks[mark].x);
+    const double share = mark == curves::spectrumMark ? marks[mark].x : partControl.part().toPane(marks[mark].x);
     return shown.left + base::nearest_int((shown.Width() - 1) * share);
 }
 

@@ -57,7 +57,10 @@ void CSectionView::OnMouseMove(unsigned flags, CPoint point)
 {
     CImageView::OnMouseMove(flags, point);
     if (!hasCurves()) return;
-    if (goOnPanning(point)) return SetCursor(cursor_shape::sizeHorizontal);
+    if (partControl.isHeld()) {
+        if (partControl.drag(point, displayRect)) showPart();
+        return SetCursor(cursor_shape::sizeHorizontal);
+    }
     tellPointer(point);
     if (marks.dragged == curves::noMark) {
         marks.hovered = marks.under(point, marksMode(), panes());
@@ -75,7 +78,8 @@ void CSectionView::OnLButtonDown(unsigned flags, CPoint point)
 {
     CImageView::OnLButtonDown(flags, point);
     SetFocus();
-    if (!hasCurves() || startPan(point)) return;
+    if (!hasCurves()) return;
+    if (partControl.takeHold(point, axisRect())) return SetCapture();
     for (const int mark : {curves::firstMark, curves::secondMark}) invalidateMark(mark);
     const bool isOver = marks.under(point, marksMode(), panes()) != curves::noMark;
     if (marks.press(point, marksMode(), panes()) == curves::noMark) return;
@@ -87,8 +91,8 @@ void CSectionView::OnLButtonDown(unsigned flags, CPoint point)
 
 void CSectionView::OnLButtonUp(unsigned flags, CPoint point)
 {
-    if (marks.dragged != curves::noMark || pan) ReleaseCapture();
-    pan.reset();
+    if (marks.dragged != curves::noMark || partControl.isHeld()) ReleaseCapture();
+    partControl.letGo();
     marks.dragged = marks.hovered = curves::noMark;
     CImageView::OnLButtonUp(flags, point);
 }
@@ -96,12 +100,15 @@ void CSectionView::OnLButtonUp(unsigned flags, CPoint point)
 void CSectionView::OnCaptureChanged()
 {
     marks.dragged = marks.hovered = curves::noMark;
-    pan.reset();
+    partControl.letGo();
 }
 
 void CSectionView::OnLButtonDblClk(unsigned, CPoint point)
 {
-    if (isOnAxis(point)) return showPart({});
+    if (axisRect().PtInRect(point)) {
+        if (partControl.reset()) showPart();
+        return;
+    }
     if (textRect(0).PtInRect(point)) return OnTypeMarks();
     marks.reset();
     Resize(mostWidth, isOptionOn("ShowSpectrum") ? heightWithSpectrum : heightAlone);

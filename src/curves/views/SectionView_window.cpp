@@ -15,54 +15,20 @@
 
 using namespace vldv;
 
-namespace {
-
-constexpr double zoomStep = 1.25; // of a notch of the wheel
-constexpr double notch = 120.0;
-
-} // namespace
-
-void CSectionView::showPart(const curves::shown_part& wanted)
+void CSectionView::showPart()
 {
-    if (wanted == part) return;
-    part = wanted;
     Invalidate(true); // texts of the axis reach beyond the pane
     RefreshDisplay();
 }
 
 bool CSectionView::OnMouseWheel(unsigned flags, int delta, CPoint point)
 {
-    const CRect& place = displayRect;
     if (flags != MK_CONTROL || !hasCurves()) return CImageView::OnMouseWheel(flags, delta, point);
-    if (point.x < place.left || point.x >= place.right) return true;
-    const double around = (point.x - place.left) / std::max(place.Width() - 1.0, 1.0);
-    showPart(curves::zoomed(part, std::pow(zoomStep, delta / notch), around, section.length));
+    if (partControl.turnWheel(delta, point, displayRect, section.length)) showPart();
     return true;
 }
 
-/// The numbers along X, below the curves.
-bool CSectionView::isOnAxis(CPoint point) const
-{
-    const CRect& place = displayRect;
-    return point.x >= place.left && point.x < place.right && point.y >= place.bottom &&
-           point.y < place.bottom + intOption("TextVertSpace");
-}
-
-bool CSectionView::startPan(CPoint point)
-{
-    if (part.isWhole() || !isOnAxis(point)) return false;
-    pan = {point.x, part};
-    SetCapture();
-    return true;
-}
-
-/// \return the pointer holds the axis
-bool CSectionView::goOnPanning(CPoint point)
-{
-    if (!pan) return false;
-    showPart(curves::panned(pan->before, (pan->from - point.x) / std::max(displayRect.Width() - 1.0, 1.0)));
-    return true;
-}
+CRect CSectionView::axisRect() const { return curves::axis_strip(displayRect, intOption("TextVertSpace")); }
 
 /// What is read at a point: a value of the active curve, or of the spectrum; empty outside of both.
 std::string CSectionView::pointerText(CPoint point) const
@@ -74,7 +40,7 @@ std::string CSectionView::pointerText(CPoint point) const
     if (shown.spectrum.PtInRect(point)) return spectrumTextAt(section.length / 2 * across(shown.spectrum));
     if (!shown.curve.PtInRect(point)) return {};
     const VLAxis &x = positionAxis(), &y = valueAxis();
-    const double at = (section.length - 1.0) * part.fromPane(across(shown.curve));
+    const double at = (section.length - 1.0) * partControl.part().fromPane(across(shown.curve));
     const double position = positionStart() + at * x.scale;
     const auto nearest = static_cast<std::size_t>(std::lround(at));
     const std::span<const std::int16_t> curve = shownCurve();

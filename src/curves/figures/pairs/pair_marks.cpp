@@ -49,6 +49,12 @@ bool pair_mark_set::move(int number, CPoint at, pair_marks_mode mode, const CRec
     return settle(number, mode, pane, series);
 }
 
+void pair_mark_set::stay(const pair_pane& pane, const pair_series& series) noexcept
+{
+    for (pair_mark& mark : marks)
+        if (mark.sample && *mark.sample < series.size()) stand(mark, *mark.sample, pane, series);
+}
+
 bool pair_mark_set::step(int number, int by, const pair_pane& pane, const pair_series& series)
 {
     pair_mark& mark = (*this)[number];

@@ -40,6 +40,8 @@ struct VLDV_INTERNAL_API pair_mark_set {
     /// Puts a mark where the pointer is, then on its pair. \return it stands elsewhere now
     bool move(int number, CPoint at, pair_marks_mode mode, const CRect& place, const pair_pane& pane,
               const pair_series& series);
+    /// The marks keep their pairs in a pane that shows another part of them.
+    void stay(const pair_pane& pane, const pair_series& series) noexcept;
     /// To the next measured pair along the curve. \return there was one
     bool step(int number, int by, const pair_pane& pane, const pair_series& series);
 

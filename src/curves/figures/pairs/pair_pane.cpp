@@ -52,6 +52,8 @@ pair_pane::pair_pane(CSize size_, const VLAxis& x_, const VLAxis& y_, const pair
 {
 }
 
+void pair_pane::show(const shown_part& part) noexcept { across = {positionAt(part.from), positionAt(part.to)}; }
+
 raw_span pair_pane::physical(const raw_span& raw, const VLAxis& axis) noexcept
 {
     if (raw.isEmpty()) return {0.0, 0.0};

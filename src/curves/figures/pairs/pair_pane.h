@@ -1,5 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "curves/figures/display/shown_part.h"
 #include "curves/figures/pairs/pair_series.h"
 #include "platform/draw/geometry.h"
 #include "vldv_api.h"
@@ -31,6 +32,8 @@ class VLDV_INTERNAL_API pair_pane {
 public:
     pair_pane() = default;
     pair_pane(CSize size_, const VLAxis& x_, const VLAxis& y_, const pair_ranges& ranges);
+    /// Only this part of the positions from now on.
+    void show(const shown_part& part) noexcept;
 
     /// Of a physical position or value: 0 at the left or lower edge, 1 at the other one.
     double shareOfX(double position) const noexcept { return share(position, across); }
