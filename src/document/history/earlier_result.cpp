@@ -43,18 +43,26 @@ std::vector<std::wstring> earlier_results(const std::wstring& path, const std::w
     constexpr std::size_t mostResults = 4;
     const std::wstring held = held_path(path, extension, is_native(path));
     if (held == path) return {};
-    std::vector<std::pair<platform::file_stamp, std::wstring>> found;
-    const auto add = [&](const std::wstring& result) {
-        if (is_native(result)) found.emplace_back(platform::stamp_of(result).value_or(platform::file_stamp()), result);
+    struct numbered_result {
+        platform::file_stamp stamp;
+        unsigned number; ///< tells files of one time apart: the higher is the later one
+        std::wstring path;
+    };
+    std::vector<numbered_result> found;
+    const auto add = [&](unsigned number, const std::wstring& result) {
+        if (is_native(result))
+            found.push_back({platform::stamp_of(result).value_or(platform::file_stamp()), number, result});
     };
     for (unsigned number = lastNumber; number > 1; --number)
-        if (const std::wstring beside = numbered_path(held, number); !is_of_another(beside, extension)) add(beside);
-    add(held);
-    std::ranges::stable_sort(found, std::ranges::greater(),
-                             [](const auto& each) { return std::tuple(each.first.seconds, each.first.nanoseconds); });
+        if (const std::wstring beside = numbered_path(held, number); !is_of_another(beside, extension))
+            add(number, beside);
+    add(1, held);
+    std::ranges::sort(found, std::ranges::greater(), [](const numbered_result& each) {
+        return std::tuple(each.stamp.seconds, each.stamp.nanoseconds, each.number);
+    });
     found.resize(std::min(found.size(), mostResults));
     std::vector<std::wstring> results;
-    for (auto& [stamp, result] : found) results.push_back(std::move(result));
+    for (numbered_result& each : found) results.push_back(std::move(each.path));
     return results;
 }
 
