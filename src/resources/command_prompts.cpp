@@ -88,6 +88,7 @@ constexpr prompt_row prompts[] = {
     {commands::forceAnalysisOfAll, "Find contact, adhesion and stiffness of all force curves of the image"},
     {commands::selectedFeatures, "Set selected features to the minimum height"},
     {commands::typeMarks, "Put the marks at places that are typed"},
+    {commands::ownAxis, "Show the curve over its own axis in another window"},
     {commands::filters, "Filter the image"},
     {commands::highlight, "Show slopes instead of heights"},
     {commands::invert, "Turn the colours of this view around"},

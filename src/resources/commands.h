@@ -113,6 +113,7 @@ enum number : unsigned {
     forceAnalysisOfAll = 10170,
     selectedFeatures = 10171,
     typeMarks = 10172,
+    ownAxis = 10173,
     filters = 10183,
     highlight = 10191,
     invert = 10192,

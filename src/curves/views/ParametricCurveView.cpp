@@ -2,7 +2,8 @@
 
 #include "base/text.h"
 #include "curves/figures/opening_part.h"
-#include "curves/figures/pairs/pair_text.h"
+#include "curves/figures/pairs/chosen_x.h"
+#include "curves/figures/pairs/pair_force.h"
 #include "curves/views/pair_options.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
@@ -21,6 +22,7 @@ namespace {
 
 constexpr CSize firstSize(512, 320);
 constexpr int leastWidth = 2, leastHeight = 20; // of what the profile may hold
+constexpr const char* stepOfX = "global.curve.xscale";
 constexpr unsigned noImage = static_cast<unsigned>(-1);
 
 const VLAxis& chosen_axis(const SPMDataStream* stream, int chosen)
@@ -133,8 +135,7 @@ bool CParametricCurveView::showsStatistics() const
 void CParametricCurveView::fill_parametric_curve_stats()
 {
     if (active.isEmpty() || stats.contains(activeCurve())) return;
-    stats[activeCurve()] = curves::pair_force_stats(active, axisX(), axisY(), doubleOption("slant_threshold"),
-                                                    doubleOption("zero_threshold"));
+    stats[activeCurve()] = figuresOf(active);
 }
 
 force_curve_stats CParametricCurveView::getStatistics() const
@@ -152,30 +153,23 @@ void CParametricCurveView::setXDataStream(unsigned number)
 bool CParametricCurveView::setXDataStream(const SPMDataStream& x)
 {
     CStorageDoc* const document = storageDoc();
-    if (!document || imageNumber >= document->getImagesNumber() || x.get_dimensions_number() != 1 ||
-        &x == &document->getImage(imageNumber))
-        return false;
-    const unsigned count = document->getImagesNumber();
-    unsigned found = 0;
-    while (found < count && &document->getImage(found) != &x) ++found;
-    const auto isSame = [&](const SPMDataStream& other) {
-        return equal_texts(other.get_name(), x.get_name()) && equal_texts(other.get_description(), x.get_description());
-    };
-    if (found == count)
-        for (found = 0; found < count && (found == imageNumber || !isSame(document->getImage(found)));) ++found;
-    if (found == count) {
-        document->AddNewImages(&x, 1);
-    } else if (&document->getImage(found) != &x) {
-        document->pushUndo(found, true);
-        document->getImage(found) = x;
-        document->UpdateAllViews(nullptr, document::data_hint(found));
-    }
-    paramImage = found;
-    document->getImage(imageNumber).set_parameter_stream(document->getImage(found).get_name());
+    const std::optional<unsigned> number = document ? curves::measure_against(*document, imageNumber, x) : std::nullopt;
+    if (!number) return false;
+    paramImage = *number;
     LoadOptions("^Axis[XYZ]$");
-    document->setString("global.curve.xscale", base::formatted("%lg", axisX().scale).c_str(), noImage);
+    document->setString(stepOfX, base::formatted("%lg", axisX().scale).c_str(), noImage);
+    document->UpdateAllViews(this, document::data_hint(imageNumber));
     LoadData();
     return true;
+}
+
+/// What the document tells of X follows X.
+void CParametricCurveView::tellStepOfX()
+{
+    CStorageDoc& document = *storageDoc();
+    const std::string now = base::formatted("%lg", axisX().scale);
+    if (const char* const told = document.getString(stepOfX, noImage); *told && IsGood() && now != told)
+        document.setString(stepOfX, now.c_str(), noImage);
 }
 
 void CParametricCurveView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object& object)
@@ -198,6 +192,7 @@ void CParametricCurveView::OnUpdate(CView* sender, std::uint32_t hint, const hin
     const bool changesData = told.code == document::hintNewSize || told.code == document::hintDataChanged ||
                              told.code == document::hintAxesChanged;
     if (isOfX && changesData && isOpened()) LoadData();
+    if ((isOfX || told.image == imageNumber) && changesData && isOpened()) tellStepOfX();
     if (told.code == document::hintRedraw) Invalidate(true);
 }
 

@@ -86,7 +86,9 @@ private:
     unsigned activeCurve() const noexcept;
     bool isShown(unsigned curve) const;
     bool showsStatistics() const;
+    void tellStepOfX();
     void fill_parametric_curve_stats();
+    force_curve_stats figuresOf(const vldv::curves::pair_series& series) const;
 
     // Size and drawing
     CSize storedSize();
@@ -111,7 +113,17 @@ private:
 
     // Commands
     void OnCopydataastext();
-    void OnUpdateCopydata(CCmdUI& ui);
+    void OnUpdateHasData(CCmdUI& ui);
+    void OnTypeMarks();
+    void OnUpdateTypeMarks(CCmdUI& ui);
+    void OnSelectXCurve();
+    void OnUpdateSelectXCurve(CCmdUI& ui);
+    void OnShowOverOwnAxis();
+    void OnUpdateShowOverOwnAxis(CCmdUI& ui);
+    void OnForceanalysis();
+    void OnUpdateForceanalysis(CCmdUI& ui);
+    void OnAnalyseAllCurves();
+    void OnUpdateAnalyseAll(CCmdUI& ui);
     void OnRefresh();
     std::string table() const;
 

@@ -1,13 +1,18 @@
 // What the menus of a view of pairs do.
 #include "base/text.h"
 #include "curves/figures/pairs/pair_text.h"
+#include "curves/figures/pairs/typed_pair_marks.h"
 #include "curves/views/ParametricCurveView.h"
+#include "curves/views/select_x.h"
 #include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
 #include "platform/app/Clipboard.h"
 #include "resources/commands.h"
+#include "resources/frame_templates.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
+#include "view/dialogs/variable_rows.h"
+#include "view/frame/open_view.h"
 #include "view/image/picture_export.h"
 
 #include <algorithm>
@@ -19,7 +24,12 @@ bool CParametricCurveView::OnCmdMsg(unsigned id, CCmdUI* ui)
     using view = CParametricCurveView;
     static constexpr command_row<view> rows[] = {
         {commands::refresh, &view::OnRefresh},
-        {commands::copyData, &view::OnCopydataastext, &view::OnUpdateCopydata},
+        {commands::typeMarks, &view::OnTypeMarks, &view::OnUpdateTypeMarks},
+        {commands::selectX, &view::OnSelectXCurve, &view::OnUpdateSelectXCurve},
+        {commands::ownAxis, &view::OnShowOverOwnAxis, &view::OnUpdateShowOverOwnAxis},
+        {commands::forceAnalysis, &view::OnForceanalysis, &view::OnUpdateHasData},
+        {commands::forceAnalysisOfAll, &view::OnAnalyseAllCurves, &view::OnUpdateAnalyseAll},
+        {commands::copyData, &view::OnCopydataastext, &view::OnUpdateHasData},
     };
     return dispatch_command<view>(*this, rows, id, ui) || CImageView::OnCmdMsg(id, ui);
 }
@@ -36,7 +46,42 @@ std::string CParametricCurveView::table() const
                               storageDoc()->getImage(imageNumber).get_name());
 }
 
-void CParametricCurveView::OnUpdateCopydata(CCmdUI& ui) { ui.Enable(IsGood()); }
+void CParametricCurveView::OnUpdateHasData(CCmdUI& ui) { ui.Enable(IsGood()); }
+void CParametricCurveView::OnUpdateSelectXCurve(CCmdUI& ui) { ui.Enable(storageDoc() && curves::has_x_for(*this)); }
+
+/// Measures the curve against another one.
+void CParametricCurveView::OnSelectXCurve()
+{
+    if (const CImageView* const chosen = curves::ask_for_x(*this)) curves::take_x(*this, *chosen);
+}
+
+void CParametricCurveView::OnUpdateShowOverOwnAxis(CCmdUI& ui)
+{
+    ui.Enable(storageDoc() && view::can_open(sectionFrame));
+}
+
+void CParametricCurveView::OnShowOverOwnAxis()
+{
+    if (CImageView* const opened = view::open_view(*this, sectionFrame)) view::show_opened(*opened);
+}
+
+void CParametricCurveView::OnUpdateTypeMarks(CCmdUI& ui) { ui.Enable(IsGood() && isOptionOn("ShowMarks")); }
+
+/// Lets the user type where the marks stand; each goes to the pair that is nearest.
+void CParametricCurveView::OnTypeMarks()
+{
+    if (!IsGood() || !isOptionOn("ShowMarks")) return;
+    const curves::typed_pair_marks typed(marksMode(), pane, axisX(), axisY());
+    std::vector<SPMVar> variables = typed.variables(marks);
+    SPMVarList list;
+    list.set_variables(variables.data(), static_cast<unsigned>(variables.size()));
+    if (!view::ask_variables(list, "Marks", this)) return;
+    list.get_variables(variables.data(), static_cast<unsigned>(variables.size()));
+    typed.put(variables, marks);
+    settleMarks();
+    updateText();
+    Invalidate(true);
+}
 
 void CParametricCurveView::OnCopydataastext()
 {

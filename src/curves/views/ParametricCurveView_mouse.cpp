@@ -142,6 +142,7 @@ void CParametricCurveView::OnLButtonDblClk(unsigned, CPoint point)
         if (partControl.reset()) showPart();
         return;
     }
+    if (textRect.PtInRect(point)) return OnTypeMarks();
     marks = {};
     Resize(mostWidth, usualHeight);
 }

@@ -4,6 +4,7 @@
 #include "curves/figures/table_text.h"
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
+#include "curves/views/select_x.h"
 #include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
 #include "platform/app/Clipboard.h"
@@ -13,7 +14,6 @@
 #include "resources/frame_templates.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "view/frame/ImgOpSelectViewDialog.h"
 #include "view/frame/open_view.h"
 #include "view/image/picture_export.h"
 
@@ -99,37 +99,21 @@ void CSectionView::OnCurveHistogram()
     if (CImageView* const opened = view::open_view(*this, histogramFrame)) view::show_opened(*opened);
 }
 
-namespace {
-
-/// Curves that this one can be measured against.
-CImgOpSelectViewDialog curves_for(const CImageView& view)
-{
-    const auto isCurve = [&view](CImageView& other) {
-        const CStorageDoc& document = *other.storageDoc();
-        const bool isOwn = &document == view.storageDoc() && other.getImageNumber() == view.getImageNumber();
-        return !isOwn && document.getImage(other.getImageNumber()).get_dimensions_number() == 1;
-    };
-    return {view, string_resource(texts::selectX), false, isCurve};
-}
-
-} // namespace
-
 void CSectionView::OnUpdateSelectXCurve(CCmdUI& ui)
 {
     const SPMDataStream* const source = stream();
     ui.Enable(source && source->get_dimensions_number() == 1 && hasCurves() && view::can_open(parametricFrame) &&
-              !curves_for(*this).offered().empty());
+              curves::has_x_for(*this));
 }
 
 /// Opens a window on this curve over another one.
 void CSectionView::OnCurveSelectXCurve()
 {
-    CImgOpSelectViewDialog dialog = curves_for(*this);
-    if (!dialog.DoModal()) return;
-    const CImageView& chosen = *dialog.selected().front();
+    const CImageView* const chosen = curves::ask_for_x(*this);
+    if (!chosen) return;
     auto* const opened = dynamic_cast<CParametricCurveView*>(view::open_view(*this, parametricFrame));
     if (!opened) return;
-    opened->setXDataStream(chosen.storageDoc()->getImage(chosen.getImageNumber()));
+    curves::take_x(*opened, *chosen);
     view::show_opened(*opened);
 }
 

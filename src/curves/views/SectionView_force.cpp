@@ -5,8 +5,8 @@
 #include "curves/figures/force/force_report.h"
 #include "curves/figures/physical.h"
 #include "curves/views/SectionView.h"
+#include "curves/views/force_table.h"
 #include "document/StorageDoc.h"
-#include "platform/app/WinApp.h"
 #include "view/panes/TextView.h"
 
 using namespace vldv;
@@ -63,23 +63,16 @@ void CSectionView::OnCurveForceanalysis()
     window->appendText(base::widen(forceHeader() + forceRow(activeCurve(), stats)));
 }
 
-/// A row for each curve that was measured; those that were done stay when the user cancels.
 void CSectionView::OnAnalyseAllCurves()
 {
-    CTextView* const window = hasForceFigures() ? GetTextView(nullptr, GetDocument()) : nullptr;
-    if (!window) return;
-    std::string rows;
-    {
-        const CWaitCursor wait;
-        IHost& host = AfxGetApp()->host();
-        for (unsigned k = 0; k < section.curves && host.progress(double{1.0} * k / section.curves); ++k) {
-            const std::vector<double> y = curves::physical_values(section.curve(k), valueAxis());
-            if (y.empty()) continue;
-            force_curve_stats found;
-            get_force_curve_stats(y.data(), static_cast<int>(y.size()), doubleOption("zero_threshold"),
-                                  doubleOption("slant_threshold"), found, section.gapsOf(k));
-            rows += (rows.empty() ? "" : "\r\n") + forceRow(k, found);
-        }
-    }
-    if (!rows.empty()) window->appendText(base::widen(forceHeader() + rows));
+    if (!hasForceFigures()) return;
+    const double zero = doubleOption("zero_threshold"), slant = doubleOption("slant_threshold");
+    const auto row = [&](unsigned k) -> std::optional<std::string> {
+        const std::vector<double> y = curves::physical_values(section.curve(k), valueAxis());
+        if (y.empty()) return std::nullopt;
+        force_curve_stats found;
+        get_force_curve_stats(y.data(), static_cast<int>(y.size()), zero, slant, found, section.gapsOf(k));
+        return forceRow(k, found);
+    };
+    curves::append_force_rows(GetDocument(), forceHeader(), section.curves, row);
 }

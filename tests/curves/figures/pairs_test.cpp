@@ -1,4 +1,5 @@
 // Curves of pairs: where they come from, where they stand, what marks and figures tell of them.
+#include "curves/figures/pairs/pair_force.h"
 #include "curves/figures/pairs/pair_text.h"
 #include "support/own_names.h"
 #include "support/streams.h"

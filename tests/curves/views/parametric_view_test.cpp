@@ -14,11 +14,14 @@
 #include "support/temporary_folder.h"
 #include "view/ChildFrame.h"
 #include "view/image/picture_export.h"
+#include "view/panes/TextView.h"
 
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace {
 
@@ -35,10 +38,12 @@ protected:
             {"CChildFrame", nullptr, create_object<CChildFrame>},
             {"CSectionView", nullptr, create_object<CSectionView>},
             {"CParametricCurveView", nullptr, create_object<CParametricCurveView>},
+            {"CTextView", nullptr, create_object<CTextView>},
         };
         for (const CRuntimeClass& each : classes) register_runtime_class(each);
         app.AddDocTemplate(&sections);
         app.AddDocTemplate(&pairs);
+        app.AddDocTemplate(&texts);
     }
     ~ParametricViewTest() override
     {
@@ -83,6 +88,7 @@ protected:
     CWinApp app{host};
     CStorageDocTemplate sections{101, "CStorageDoc", "CChildFrame", "CSectionView"};
     CMultiDocTemplate pairs{119, "CStorageDoc", "CChildFrame", "CParametricCurveView"};
+    CMultiDocTemplate texts{115, "CDocument", "CChildFrame", "CTextView"};
     CStorageDoc* document = nullptr;
 };
 
@@ -124,7 +130,7 @@ TEST_F(ParametricViewTest, OpensOnceForBothImagesAndMeasuresBetweenItsMarks)
     EXPECT_EQ(view.getText(), L"dX: 200 nm\tdY: -5 µN");
     view.setOption("marks_mode", "Crossbar");
     view.OnKeyDown(VK_RIGHT);
-    EXPECT_EQ(view.getMarks()[pair_mark_set::bar].sample, 51u + (view.FindMarkY(2) > 2550.0)) << "a sample on";
+    EXPECT_EQ(view.getMarks()[pair_mark_set::bar].sample, 49u) << "to the right, where positions fall";
     view.setOption("ShowMarks", "false");
     EXPECT_EQ(view.getText(), L"");
     EXPECT_FALSE(view.FindMarkXY(placeOf(view, 2), 4, nullptr));
@@ -158,16 +164,22 @@ TEST_F(ParametricViewTest, FollowsPositionsThatAreReplacedAndUndone)
     drag(view, placeOf(view, 0), {view.displayRect.left - 30, 0});
     drag(view, placeOf(view, 1), {view.displayRect.right + 30, 0});
     EXPECT_EQ(view.getText(), L"dX: 300 nm\tdY: 500 nN");
-    ASSERT_TRUE(document->canUndo(1));
-    document->undo(1);
-    EXPECT_EQ(document->getImage(1).values, before.values);
+    view.OnCmdMsg(commands::undo, nullptr);
+    EXPECT_EQ(document->getImage(1).values, before.values) << "with one step of the window that chose";
+    EXPECT_EQ(std::string(document->getString("global.curve.xscale", unsigned(-1))), "-2");
     EXPECT_EQ(view.getText(), L"dX: 200 nm\tdY: -500 nN") << "the window knows";
-    SPMDataStream third = before;
-    third.set_name("Third");
+    SPMDataStream third = before; // of the name of X and another title
+    third.set_description("Third");
+    third.set_parameter_stream("elsewhere");
     ASSERT_TRUE(view.setXDataStream(third));
     EXPECT_EQ(document->getImagesNumber(), 3u);
     EXPECT_EQ(view.getParamImageNumber(), 2u);
-    EXPECT_STREQ(document->getImage(0).get_parameter_stream(), "Third");
+    EXPECT_STREQ(document->getImage(0).get_parameter_stream(), "Sep (2)") << "found again in a file, too";
+    EXPECT_STREQ(document->getImage(2).get_name(), "Sep (2)");
+    EXPECT_EQ(document->getImage(2).get_parameter_stream(), nullptr) << "that image is not here";
+    view.OnCmdMsg(commands::undo, nullptr);
+    EXPECT_STREQ(document->getImage(0).get_parameter_stream(), "Sep");
+    EXPECT_EQ(view.getParamImageNumber(), 1u);
     document->getImage(0).set_parameter_stream("gone");
     view.LoadData();
     EXPECT_FALSE(view.IsGood());
@@ -237,6 +249,57 @@ TEST_F(ParametricViewTest, WritesTablesAndShowsFigures)
     EXPECT_TRUE(view.getStatistics().hasZero());
     view.setOption("ShowParametricCurveStats", "false");
     EXPECT_EQ(base::narrow(view.getText()).find("dF"), std::string::npos);
+}
+
+TEST_F(ParametricViewTest, TheMenuAnalysesCurvesOverTheirPositions)
+{
+    CParametricCurveView& view = open();
+    auto* const force = static_cast<short*>(document->getImage(0).array_data());
+    for (int i = 0; i < 202; ++i) force[i] = static_cast<short>(i % 101 < 40 ? 800 - 20 * (i % 101) : i * 7919 % 5 - 2);
+    force[80] = -60; // 30 nN below the zero line
+    for (int i = 0; i < 5; ++i) force[101 + i] = -30000;
+    document->setString("\\Void samples", "of 202: 101-105", 0);
+    document->UpdateAllViews(nullptr, document::data_hint(0));
+    view.OnCmdMsg(commands::forceAnalysis, nullptr);
+    view.OnCmdMsg(commands::forceAnalysisOfAll, nullptr);
+    std::istringstream table(base::narrow(GetTextView(nullptr, document)->getText()));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(table, line);) lines.push_back(line);
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_THAT(lines[0], testing::StartsWith("Curve\tdF/dZ\tAng., deg\tLMS eq. A\t+B*X\tRMS, nN\tFmin, nN"));
+    EXPECT_EQ(lines[1], lines[2]);
+    double slope = 0, angle = 0, a = 0, b = 0, rms = 0, least = 0;
+    ASSERT_EQ(std::sscanf(lines[1].c_str(), "1\t%lf\t%lf\t%lf\t%lf\t%lf\t%lf", &slope, &angle, &a, &b, &rms, &least),
+              6);
+    EXPECT_NEAR(slope, 5.0, 0.05) << "10 nN while the position falls by 2 nm";
+    EXPECT_NEAR(angle, 78.7, 0.2) << "its arc tangent";
+    EXPECT_NEAR(least, -30.0, 1.5);
+    ASSERT_EQ(std::sscanf(lines[3].c_str(), "2\t%lf\t%lf\t%lf\t%lf\t%lf\t%lf", &slope, &angle, &a, &b, &rms, &least),
+              6);
+    EXPECT_NEAR(slope, 5.0, 0.05) << "of what was measured";
+    EXPECT_GT(least, -3.0);
+    view.setActiveSubimage(1);
+    view.setOption("ShowParametricCurveStats", "true");
+    EXPECT_GE(view.getStatistics().slant_first, 5) << "numbered in the whole curve";
+    EXPECT_NEAR(view.getStatistics().slant_last, 39, 2);
+}
+
+TEST_F(ParametricViewTest, TypedMarksGoToTheNearestPairAndTheCurveHasAnAxisOfItsOwn)
+{
+    CParametricCurveView& view = open();
+    host.onDialog = [](CVarListDlg& dialog) {
+        EXPECT_EQ(dialog.rowText(1), "100");
+        EXPECT_TRUE(dialog.edit(0, "50.7"));
+        EXPECT_TRUE(dialog.edit(1, "1000"));
+        dialog.EndDialog(CVarListDlg::resultOk);
+    };
+    view.OnCmdMsg(commands::typeMarks, nullptr);
+    EXPECT_EQ(view.getText(), L"dX: 150 nm\tdY: -375 nN") << "50 nm is sample 75, the far end sample 0";
+    view.OnCmdMsg(commands::ownAxis, nullptr);
+    host.pump();
+    auto* const section = dynamic_cast<CSectionView*>(app.frames().back()->GetActiveView());
+    ASSERT_NE(section, nullptr);
+    EXPECT_EQ(section->getSection().curve(0)[100], 1000);
 }
 
 } // namespace

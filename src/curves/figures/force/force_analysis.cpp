@@ -44,7 +44,8 @@ void analyse_places(const std::vector<double>& x, const std::vector<double>& y, 
     out.lowest = force_minimum(y.data(), out.stats, x.data());
 }
 
-/// Numbers samples by their place in the whole curve. \param runsOverSamples  lines count them, too
+} // namespace
+
 void count_from_begin(int first, bool runsOverSamples, force_curve_stats& stats)
 {
     for (std::int32_t* const each :
@@ -59,8 +60,6 @@ void count_from_begin(int first, bool runsOverSamples, force_curve_stats& stats)
     stats.slant_a -= stats.slant_b * first;
     stats.zero_a -= stats.zero_b * first;
 }
-
-} // namespace
 
 force_analysis analyse_force(const force_samples& curve, const force_search& search)
 {

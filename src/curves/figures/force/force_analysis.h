@@ -40,6 +40,10 @@ struct force_analysis {
 /// Analyses a curve over its parameter stream where it has one, else over its axis. \throws std::bad_alloc
 VLDV_INTERNAL_API force_analysis analyse_force(const force_samples& curve, const force_search& search = {});
 
+/// Numbers the samples of a part of a curve, whose first is number `first`, by their places in the whole curve.
+/// \param runsOverSamples  the lines count samples, too, and not positions
+void count_from_begin(int first, bool runsOverSamples, force_curve_stats& stats);
+
 /// "nN/nm"; what is measured against mere numbers counts for a sample, "nN/sample", or for a step of an unnamed x,
 /// "nN/x". Never ends in "/". \param x  the axis or parameter stream
 VLDV_INTERNAL_API std::string slope_units(const char* values, const VLAxis& x);

@@ -59,6 +59,7 @@ bool pair_mark_set::step(int number, int by, const pair_pane& pane, const pair_s
 {
     pair_mark& mark = (*this)[number];
     if (!mark.sample || by == 0) return false;
+    if (pane.position(series, series.size() - 1) < pane.position(series, 0)) by = -by;
     for (auto at = static_cast<std::ptrdiff_t>(*mark.sample) + by;
          at >= 0 && at < static_cast<std::ptrdiff_t>(series.size()); at += by)
         if (series.isMeasured(static_cast<std::size_t>(at))) {

@@ -42,7 +42,8 @@ struct VLDV_INTERNAL_API pair_mark_set {
               const pair_series& series);
     /// The marks keep their pairs in a pane that shows another part of them.
     void stay(const pair_pane& pane, const pair_series& series) noexcept;
-    /// To the next measured pair along the curve. \return there was one
+    /// To the next measured pair along the curve, towards its right end where `by` is 1, to the left where it is -1.
+    /// \return there was one
     bool step(int number, int by, const pair_pane& pane, const pair_series& series);
 
 private:

@@ -4,6 +4,7 @@
 #include "base/units.h"
 #include "curves/figures/force/force_analysis.h"
 #include "curves/figures/force/force_curve.h"
+#include "curves/figures/pairs/pair_force.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 
@@ -23,13 +24,6 @@ std::string value_text(unsigned id, double value, const char* units)
 {
     const char* const best = default_units_z(units, &value);
     return base::formatted(string_resource(id), value + 0.0, best);
-}
-
-std::vector<double> physical(const std::vector<double>& raw, const VLAxis& axis)
-{
-    std::vector<double> values(raw.size());
-    std::ranges::transform(raw, values.begin(), [&](double each) { return axis.at(each); });
-    return values;
 }
 
 std::string cell(const pair_series& series, std::size_t row, const VLAxis& x, const VLAxis& y)
@@ -66,22 +60,11 @@ std::string pair_force_text(const pair_series& series, const VLAxis& x, const VL
         text += base::formatted("\t%s: %G %s", slope_name(x.get_units()), force_slope(stats, 1.0),
                                 slope_units(y.get_units(), x).c_str());
     if (stats.hasZero() && !series.isEmpty()) {
-        const auto at = static_cast<std::size_t>(stats.min_index);
-        double lowest = y.at(series.y[at]) - stats.zeroAt(x.at(series.x[at]));
+        double lowest = pair_minimum(series, x, y, stats);
         const char* const units = default_units_z(y.get_units(), &lowest);
         text += base::formatted("\tFmin: %G %s", lowest + 0.0, units);
     }
     return text;
-}
-
-force_curve_stats pair_force_stats(const pair_series& series, const VLAxis& x, const VLAxis& y, double slantThreshold,
-                                   double zeroThreshold)
-{
-    force_curve_stats stats;
-    const std::vector<double> positions = physical(series.x, x), values = physical(series.y, y);
-    get_parametric_curve_stats(positions.data(), values.data(), static_cast<int>(values.size()), slantThreshold,
-                               zeroThreshold, stats, series.gaps);
-    return stats;
 }
 
 std::string pair_table(const pair_source& source, const VLAxis& x, const VLAxis& y, const std::string& xName,

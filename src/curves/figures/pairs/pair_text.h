@@ -17,10 +17,6 @@ VLDV_INTERNAL_API std::string pair_marks_text(const pair_mark_set& marks, pair_m
 VLDV_INTERNAL_API std::string pair_force_text(const pair_series& series, const VLAxis& x, const VLAxis& y,
                                               const force_curve_stats& stats);
 
-/// The figures of a curve over its physical positions, whatever was not measured left out.
-VLDV_INTERNAL_API force_curve_stats pair_force_stats(const pair_series& series, const VLAxis& x, const VLAxis& y,
-                                                     double slantThreshold, double zeroThreshold);
-
 /// All curves as a table: a heading with the names of the images for each curve, then a line a sample with X and Y of
 /// each, 12 digits, parted by tabs. Where a curve is shorter, and where nothing was measured, cells are empty. Lines
 /// end with CR LF.
