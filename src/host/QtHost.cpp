@@ -8,6 +8,7 @@
 #include "host/dialogs/VariableDialog.h"
 #include "host/dialogs/WindowsDialog.h"
 #include "host/dialogs/file_dialog.h"
+#include "host/dialogs/file_dialog_options.h"
 #include "host/menus/QtMenu.h"
 #include "host/menus/command_door.h"
 #include "host/menus/qt_menus.h"
@@ -135,14 +136,16 @@ std::vector<std::wstring> CQtHost::askOpenPaths(const open_prompt& prompt)
 std::optional<std::wstring> CQtHost::askSavePath(const save_prompt& prompt)
 {
     const answering_pointer pointer;
-    QFileDialog dialog(prompt_parent(main), QStringLiteral("Save As"));
+    QFileDialog dialog(prompt_parent(main), QString::fromStdString(prompt.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     if (!prompt.asksToReplace) dialog.setOption(QFileDialog::DontConfirmOverwrite);
     prepare_file_dialog(dialog, prompt.filter);
     if (!prompt.extension.empty()) dialog.setDefaultSuffix(QString::fromStdString(prompt.extension));
     dialog.selectFile(QString::fromStdWString(prompt.suggestedPath));
+    const std::unique_ptr<filter_choice> choice = add_filter_choice(dialog, prompt);
     size_file_dialog(dialog, dialog.sizeHint());
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    if (choice && prompt.filters->taken) prompt.filters->taken(choice->chosen());
     return path_of_text(dialog.selectedFiles().front());
 }
 

@@ -119,6 +119,8 @@ protected:
     void OnUpdateEditUndo(CCmdUI& ui);
     void OnEditRedo();
     void OnUpdateEditRedo(CCmdUI& ui);
+    void OnFileExport();
+    void OnUpdateFileExport(CCmdUI& ui);
     void OnViewClone();
     void OnClearDecorations();
     void OnUpdateClearDecorations(CCmdUI& ui);

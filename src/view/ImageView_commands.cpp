@@ -10,7 +10,6 @@
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
-#include "view/image/picture_export.h"
 #include "view/panes/ParDisplayDlg.h"
 
 #include <algorithm>
@@ -30,25 +29,11 @@ bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {commands::duplicate, &CImageView::OnViewClone},
         {commands::displayParameters, &CImageView::OnViewDisplayparameters, &CImageView::OnUpdateViewDisplayparameters},
         {commands::clearDecorations, &CImageView::OnClearDecorations, &CImageView::OnUpdateClearDecorations},
+        {commands::exportView, &CImageView::OnFileExport, &CImageView::OnUpdateFileExport},
         {commands::undo, &CImageView::OnEditUndo, &CImageView::OnUpdateEditUndo},
         {commands::redo, &CImageView::OnEditRedo, &CImageView::OnUpdateEditRedo},
     };
     return dispatch_command<CImageView>(*this, rows, id, ui) || CDCView::OnCmdMsg(id, ui);
-}
-
-std::wstring CImageView::GetExportFilters() { return base::widen(string_resource(texts::exportFilters)); }
-
-int CImageView::GetExportParameters(int format, SPMVar** vars, int count)
-{
-    const std::span<SPMVar* const> all = view::picture_parameters(format);
-    if (vars) std::copy_n(all.begin(), std::clamp<std::ptrdiff_t>(count, 0, std::ssize(all)), vars);
-    return static_cast<int>(all.size());
-}
-
-void CImageView::Export(int filter, const wchar_t* path)
-{
-    if (filter >= view::bitmapFilter && filter <= view::tiffFilter)
-        view::export_picture(*this, filter, platform::to_path(path));
 }
 
 void CImageView::OnEditUndo() { storageDoc()->undo(imageNumber); }

@@ -78,7 +78,7 @@ protected:
 TEST_F(Walk, EveryCommandOfAMenuIsAnsweredInSomeWindow)
 {
     // What these do is not there yet, and menus leave them out.
-    const std::set<unsigned> awaited{commands::exportView, commands::enumFeatures, commands::macros};
+    const std::set<unsigned> awaited{commands::enumFeatures, commands::macros};
     openAll();
     std::set<unsigned> walked, unanswered;
     for (const unsigned number : {mainMenu, scalePopup, cursorModePopup, fileOperationsPopup})

@@ -62,6 +62,7 @@ public:
     std::optional<std::wstring> askSavePath(const save_prompt& prompt) override
     {
         savePrompts.push_back(prompt);
+        if (onSave) onSave(prompt);
         if (savePaths.empty()) return std::nullopt;
         std::wstring path = savePaths.front();
         savePaths.pop_front();
@@ -215,6 +216,7 @@ public:
 
     std::vector<std::string> messages;
     std::vector<save_prompt> savePrompts;
+    std::function<void(const save_prompt&)> onSave;
     std::deque<std::wstring> savePaths; ///< answers of the save dialog; none left: cancelled
     int dpi = 0;                        ///< 0: cannot tell
     std::vector<open_prompt> openPrompts;

@@ -1,11 +1,8 @@
 #include "host/dialogs/VariableDialog.h"
 
-#include "base/variables/option_display.h"
 #include "host/dialogs/VariableGrid.h"
-#include "platform/app/Host.h"
 
 #include <QCheckBox>
-#include <QFileDialog>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -78,6 +75,7 @@ void CVariableDialog::placeAll()
             setFocus(); // a value that is being typed counts
             const bool isLeft = row.what == platform::layout_button::kind::ok && table->leadsToRefused();
             if (model && !isLeft) model->press(row);
+            if (model && row.id == "default") table->forgetRefused();
         });
     }
     leastSize = QSize(all.right() + all.left() + 1, all.bottom() + all.top() + 1);
@@ -141,26 +139,6 @@ void CVariableDialog::finish()
 void CVariableDialog::done(int result)
 {
     if (model) model->EndDialog(result == Accepted ? CVarListDlg::resultOk : CVarListDlg::resultCancel);
-}
-
-void add_open_options(QFileDialog& dialog, const open_prompt& prompt)
-{
-    auto* const layout = qobject_cast<QGridLayout*>(dialog.layout());
-    if (!layout || !prompt.variables || prompt.variables->empty()) return;
-    auto* const row = new QWidget(&dialog);
-    auto* const inside = new QHBoxLayout(row);
-    inside->setContentsMargins(0, 0, 0, 0);
-    static const SPMVarList none;
-    for (SPMVar& variable : *prompt.variables) {
-        if (variable.type == SPM_VAR_NONE) continue;
-        inside->addWidget(new QLabel(QString::fromUtf8(variable.get_description()), row));
-        const auto store = [&variable](const QString& text) {
-            return base::take_shown_text(none, variable, text.toUtf8().constData());
-        };
-        inside->addWidget(make_variable_editor(none, variable, store).widget);
-    }
-    inside->addStretch();
-    layout->addWidget(row, layout->rowCount(), 0, 1, layout->columnCount());
 }
 
 } // namespace vldv::host

@@ -46,7 +46,4 @@ private:
     std::vector<placed_button> buttons;
 };
 
-/// Shows the variables of a prompt below the list of files.
-void add_open_options(QFileDialog& dialog, const open_prompt& prompt);
-
 } // namespace vldv::host

@@ -108,6 +108,17 @@ struct save_prompt {
     std::string filter;        ///< "name|pattern|name|pattern||"
     std::string extension;     ///< appended to a name without one; empty: none
     bool asksToReplace = true; ///< the dialog itself asks before it names a file that exists
+    std::string title = "Save As";
+    /// What goes with a choice among the pairs of the filter.
+    struct choice {
+        std::size_t first = 0; ///< chosen at first
+        /// Of each pair, shown below the list and changed by the user.
+        std::vector<std::vector<SPMVar*>> variables{};
+        /// The name that stands there, as it becomes when a pair is chosen; empty: it stays.
+        std::function<std::wstring(const std::wstring& name, std::size_t pair)> nameFor{};
+        std::function<void(std::size_t pair)> taken{}; ///< told before the dialog ends well; may be empty
+    };
+    std::optional<choice> filters{};
 };
 
 /// A question with answers to choose from, the first being the one that loses nothing.
