@@ -91,6 +91,18 @@ void CQtDC::strokeLines(std::span<const CPoint> points, bool closed)
     if (surface) surface->lines(state(), toUnits(points), closed);
 }
 
+void CQtDC::strokeFine(std::span<const fine_point> points)
+{
+    auto* const page = dynamic_cast<page_surface*>(surface.get());
+    if (!page) return CDC::strokeFine(points);
+    const XFORM map = toDevice();
+    std::vector<fine_point> units;
+    units.reserve(points.size());
+    for (const auto& [x, y] : points)
+        units.push_back({x * map.m11 + y * map.m21 + map.dx, x * map.m12 + y * map.m22 + map.dy});
+    page->fineLines(state(), units);
+}
+
 void CQtDC::paintPolygons(std::span<const std::vector<CPoint>> figures)
 {
     if (!surface) return;

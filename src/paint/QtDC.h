@@ -35,6 +35,7 @@ public:
 protected:
     void bitmapSelected() override;
     void strokeLines(std::span<const CPoint> points, bool closed) override;
+    void strokeFine(std::span<const vldv::fine_point> points) override;
     void paintPolygons(std::span<const std::vector<CPoint>> figures) override;
     void paintRectangle(const CRect& rect) override;
     void paintEllipse(const CRect& rect) override;

@@ -34,11 +34,12 @@ QRegion region_of(const CRgn& region)
 
 QRectF rect_of(const CRect& rect) { return QRectF(rect.left, rect.top, rect.Width(), rect.Height()); }
 
-QPainterPath path_through(std::span<const CPoint> points, bool closed, double inset)
+template <class Point>
+QPainterPath path_through(std::span<const Point> points, bool closed, double inset)
 {
     QPainterPath out;
     QPolygonF polygon;
-    for (const CPoint point : points) polygon.append({point.x + inset, point.y + inset});
+    for (const Point& point : points) polygon.append({point.x + inset, point.y + inset});
     out.addPolygon(polygon);
     if (closed) out.closeSubpath();
     return out;
@@ -233,12 +234,22 @@ void page_surface::lines(const platform::dc_state& state, std::span<const CPoint
     strokePath(state, path);
 }
 
+void page_surface::fineLines(const platform::dc_state& state, std::span<const fine_point> points)
+{
+    if (raster_op_of(state.rop2).readsDestination()) {
+        std::vector<CPoint> nearest;
+        for (const auto& [x, y] : points) nearest.push_back({qRound(x), qRound(y)});
+        return lines(state, nearest, false);
+    }
+    strokePath(state, path_through(points, false, 0.5));
+}
+
 void page_surface::polygons(const platform::dc_state& state, std::span<const std::vector<CPoint>> figures)
 {
     QPainterPath fill, edges;
     for (const std::vector<CPoint>& figure : figures) {
-        fill.addPath(path_through(figure, true, 0.0));
-        edges.addPath(path_through(figure, true, 0.5));
+        fill.addPath(path_through(std::span(figure), true, 0.0));
+        edges.addPath(path_through(std::span(figure), true, 0.5));
     }
     if (raster_op_of(state.rop2).readsDestination())
         return onPicture(state, around(edges.boundingRect(), margin_of(state)),

@@ -24,6 +24,8 @@ public:
     double ratio() const override { return 1.0; }
     bool isPage() const override { return true; }
     void lines(const platform::dc_state& state, std::span<const CPoint> points, bool closed) override;
+    /// Through places between the dots. Operations that ask what is there get the nearest dots.
+    void fineLines(const platform::dc_state& state, std::span<const fine_point> points);
     void polygons(const platform::dc_state& state, std::span<const std::vector<CPoint>> figures) override;
     void rectangle(const platform::dc_state& state, const CRect& rect) override;
     void ellipse(const platform::dc_state& state, const CRect& rect) override;

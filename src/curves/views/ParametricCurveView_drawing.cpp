@@ -99,6 +99,8 @@ void CParametricCurveView::drawCurves(CDC& dc, CPoint origin) const
 {
     const curves::pair_source all = source();
     const unsigned count = all.curves(), shown = activeCurve();
+    const bool onPage = dc.IsPrinting();
+    const curves::pair_pane fine = pane.finer(curves::partsOnPage);
     std::vector<CPoint> line;
     dc.SetBkMode(TRANSPARENT); // gaps of dotted curves show what is below
     for (unsigned j = 0; j < count; ++j) {
@@ -107,9 +109,10 @@ void CParametricCurveView::drawCurves(CDC& dc, CPoint origin) const
         dc.SelectObject(CPen{isDotted(each) ? std::uint32_t{PS_DOT} : std::uint32_t{PS_SOLID}, 1, colorOf(each), {}});
         const curves::pair_series series = each == shown ? active : all.curve(each);
         curves::for_each_measured_stretch(series, [&](std::size_t first, std::size_t end) {
-            pane.line(series, first, end, origin, line);
+            (onPage ? fine : pane).line(series, first, end, onPage ? CPoint{} : origin, line);
             if (line.size() == 1) line.push_back({line[0].x + 1, line[0].y}); // one pixel
-            dc.Polyline(line);
+            if (!onPage) return dc.Polyline(line);
+            curves::draw_page_line(dc, origin, line);
         });
     }
 }

@@ -2,6 +2,8 @@
 
 #include "view/DCView.h"
 
+#include <vector>
+
 namespace vldv::curves {
 
 void draw_chart_frame(CDC& dc, const CDCView& view, const CRect& pane, const view::shown_axis& x,
@@ -22,6 +24,15 @@ void draw_chart_frame(CDC& dc, const CDCView& view, const CRect& pane, const vie
         dc.SelectObject(view::grid_pen(view));
         DrawGrid(&dc, pane, grid, x.start, x.end, y.start, y.end, false, xTics, yTics);
     }
+}
+
+void draw_page_line(CDC& dc, CPoint origin, std::span<const CPoint> points)
+{
+    std::vector<fine_point> line;
+    line.reserve(points.size());
+    for (const CPoint& each : points)
+        line.push_back({origin.x + double{1.0} * each.x / partsOnPage, origin.y + double{1.0} * each.y / partsOnPage});
+    dc.Polyline(std::span<const fine_point>(line));
 }
 
 /// A line without length.

@@ -1,5 +1,6 @@
 #include "platform/draw/DC.h"
 
+#include <cmath>
 #include <utility>
 
 using namespace vldv;
@@ -67,6 +68,20 @@ void CDC::LineTo(CPoint point)
 void CDC::Polyline(std::span<const CPoint> points)
 {
     if (points.size() >= 2) strokeLines(points, false);
+}
+
+void CDC::Polyline(std::span<const vldv::fine_point> points)
+{
+    if (points.size() >= 2) strokeFine(points);
+}
+
+void CDC::strokeFine(std::span<const vldv::fine_point> points)
+{
+    std::vector<CPoint> nearest;
+    nearest.reserve(points.size());
+    for (const auto& [x, y] : points)
+        nearest.push_back({static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))});
+    strokeLines(nearest, false);
 }
 
 void CDC::Polygon(std::span<const CPoint> points)

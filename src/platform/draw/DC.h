@@ -89,6 +89,8 @@ public:
     void LineTo(CPoint point); ///< from the position, which moves along
     void LineTo(int x, int y) { LineTo(CPoint{x, y}); }
     void Polyline(std::span<const CPoint> points);
+    /// The same between the points of the grid, where the surface is a page; elsewhere through the nearest ones.
+    void Polyline(std::span<const vldv::fine_point> points);
 
     // Shapes: filled with the brush, outlined with the pen
     void Polygon(std::span<const CPoint> points);
@@ -134,6 +136,7 @@ protected:
     /// Drawing goes to `selectedBitmap()` from now on.
     virtual void bitmapSelected() {}
     virtual void strokeLines(std::span<const CPoint> points, bool closed) = 0;
+    virtual void strokeFine(std::span<const vldv::fine_point> points);
     virtual void paintPolygons(std::span<const std::vector<CPoint>> figures) = 0;
     virtual void paintRectangle(const CRect& rect) = 0;
     virtual void paintEllipse(const CRect& rect) = 0;

@@ -15,6 +15,13 @@ struct CPoint {
     CSize operator-(CPoint from) const noexcept { return {x - from.x, y - from.y}; }
 };
 
+namespace vldv {
+/// A place between the points of a grid.
+struct fine_point {
+    double x = 0.0, y = 0.0;
+};
+} // namespace vldv
+
 /// A rectangle as records and callers pass it: right and bottom lie outside.
 struct RECT {
     std::int32_t left = 0, top = 0, right = 0, bottom = 0;

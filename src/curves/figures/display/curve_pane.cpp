@@ -25,6 +25,15 @@ double start_of(const VLAxis& values, const fixed_heights& fixed, double lowest)
 
 } // namespace
 
+curve_pane curve_pane::finer(int parts) const noexcept
+{
+    curve_pane made = *this;
+    made.size = {(size.cx - 1) * parts + 1, (size.cy - 1) * parts + 1};
+    made.pixelsPerStep *= parts;
+    made.offset *= parts;
+    return made;
+}
+
 double curve_pane::samplesPerColumn() const noexcept
 {
     return samples >= 2 && size.cx >= 2 ? (samples - 1.0) * part.width() / (size.cx - 1.0) : 1.0;

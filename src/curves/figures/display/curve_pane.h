@@ -30,6 +30,8 @@ struct VLDV_INTERNAL_API curve_pane {
     bool isFixed = false;       ///< the range is the user's
     shown_part part{};          ///< of the curve, along X
 
+    /// The same pane whose columns and rows are so many times as many, for devices that show more than pixels.
+    curve_pane finer(int parts) const noexcept;
     double samplesPerColumn() const noexcept;
     /// Numbers of the samples at the left and right edge; between two samples where the part is so narrow.
     double firstShown() const noexcept;

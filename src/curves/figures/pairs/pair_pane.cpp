@@ -52,6 +52,13 @@ pair_pane::pair_pane(CSize size_, const VLAxis& x_, const VLAxis& y_, const pair
 {
 }
 
+pair_pane pair_pane::finer(int parts) const noexcept
+{
+    pair_pane made = *this;
+    made.size = {(size.cx - 1) * parts + 1, (size.cy - 1) * parts + 1};
+    return made;
+}
+
 void pair_pane::show(const shown_part& part) noexcept { across = {positionAt(part.from), positionAt(part.to)}; }
 
 raw_span pair_pane::physical(const raw_span& raw, const VLAxis& axis) noexcept

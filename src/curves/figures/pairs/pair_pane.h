@@ -32,6 +32,8 @@ class VLDV_INTERNAL_API pair_pane {
 public:
     pair_pane() = default;
     pair_pane(CSize size_, const VLAxis& x_, const VLAxis& y_, const pair_ranges& ranges);
+    /// The same pane whose columns and rows are so many times as many, for devices that show more than pixels.
+    pair_pane finer(int parts) const noexcept;
     /// Only this part of the positions from now on.
     void show(const shown_part& part) noexcept;
 
