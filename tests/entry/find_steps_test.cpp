@@ -1,5 +1,6 @@
 // "Find Steps" from the dialog to windows that lead each other.
 #include "curves/views/LineView.h"
+#include "document/step_texts.h"
 #include "document/update_hints.h"
 #include "entry_fixture.h"
 #include "platform/app/keys.h"
@@ -215,7 +216,8 @@ TEST_F(FindSteps, AsksBeforeCorrectedStepsGo)
     viewOf<CLineView>(0)->OnKeyDown(VK_LEFT);
     const short corrected = value(1, 21);
     EXPECT_EQ(corrected, 64 - edge(21) + 1);
-    EXPECT_STREQ(document->getString(correctedStepKey, 1), "true") << "for when the file is opened again";
+    EXPECT_STREQ(document->getString(vldv::document::correctedStepKey, 1), "true")
+        << "for when the file is opened again";
     find(view);
     ASSERT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(value(1, 21), corrected) << "No";
@@ -225,9 +227,29 @@ TEST_F(FindSteps, AsksBeforeCorrectedStepsGo)
     EXPECT_EQ(host.messages.size(), 2u);
     find(view);
     EXPECT_EQ(host.messages.size(), 2u) << "nothing was corrected since";
-    document->setString(correctedStepKey, "true", 1); // in an earlier session
+    document->setString(vldv::document::correctedStepKey, "true", 1); // in an earlier session
     find(view);
     EXPECT_EQ(host.messages.size(), 3u);
+}
+
+TEST_F(FindSteps, AreTiedToTheirImageWhenTheFileIsOpenedAgain)
+{
+    ASSERT_TRUE(find(terrace(true, "Other"), [](CVarListDlg& dialog) { dialog.edit(0, "Left to Right"); }));
+    ASSERT_EQ(document->getImagesNumber(), 3u);
+    const std::wstring path = (folder / "again.spm").wstring();
+    ASSERT_TRUE(document->OnSaveDocument(path.c_str()));
+    document = &opened(path);
+    host.pump();
+    auto* step = viewOf<CSectionView>(2);
+    ASSERT_TRUE(step);
+    EXPECT_EQ(step->intOption("marks_mode"), 1) << "with the crossbar";
+    step->OnKeyDown(VK_RIGHT); // from row 20 of 39 steps
+    auto* const profile = viewOf<CLineView>(1);
+    ASSERT_TRUE(profile) << "of the image in which it was found, which is the second of two";
+    EXPECT_EQ(profile->getSectionPoint(0).y, 21);
+    const short before = value(2, 21);
+    profile->OnKeyDown(VK_LEFT);
+    EXPECT_EQ(value(2, 21), before - 1) << "columns count from the left";
 }
 
 TEST_F(FindSteps, AreOffForCurvesAndVolumes)

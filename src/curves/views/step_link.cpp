@@ -3,6 +3,7 @@
 #include "curves/figures/step_place.h"
 #include "curves/views/LineView.h"
 #include "document/StorageDoc.h"
+#include "document/step_texts.h"
 #include "document/update_hints.h"
 #include "platform/app/FrameWnd.h"
 #include "view/frame/open_view.h"
@@ -19,6 +20,21 @@ int columns_of(const CStorageDoc& document, unsigned image)
     return stream.get_dimensions_number() == surfaceDimensions ? static_cast<int>(stream.get_dimension(0).length) : 0;
 }
 
+/// The image in which a step was found: of that name, and where no name is told the only surface; nothing where there
+/// are several.
+std::optional<unsigned> image_of_step(const CStorageDoc& document, unsigned step)
+{
+    const std::string_view name = document.getString(vldv::document::stepImageKey, step);
+    std::optional<unsigned> found;
+    for (unsigned i = 0; i < document.getImagesNumber(); ++i) {
+        const char* const own = document.getImage(i).get_name();
+        if (columns_of(document, i) == 0 || (!name.empty() && name != (own ? own : ""))) continue;
+        if (found) return std::nullopt;
+        found = i;
+    }
+    return found;
+}
+
 /// From the first column of a line to the last one.
 void span(CSectionView& section, int line)
 {
@@ -31,6 +47,20 @@ void span(CSectionView& section, int line)
 void step_link::setOrigin(const step_origin& origin)
 {
     step_source = std::make_shared<step_end>(step_end{view, origin});
+}
+
+bool step_link::restore()
+{
+    const CStorageDoc* const document = view.storageDoc();
+    const unsigned step = view.getImageNumber();
+    if (step_source || !document || step >= document->getImagesNumber()) return false;
+    const char* const name = document->getImage(step).get_name();
+    const std::string_view direction = document->getString(vldv::document::stepDirectionKey, step);
+    if (direction.empty() || !name || !std::string_view(name).starts_with("step")) return false;
+    const std::optional<unsigned> image = image_of_step(*document, step);
+    if (!image) return false;
+    setOrigin({*image, direction == vldv::document::stepFromLeft});
+    return true;
 }
 
 void step_link::cut() noexcept
@@ -158,7 +188,7 @@ void step_link::correct(const step_end& end)
     if (!lastCorrection || lastCorrection->line != *line || lastCorrection->state != stateNow())
         document.pushUndo(image, true);
     document.setImageDataS(image, &value, 1, *sample, 0);
-    document.setString(correctedStepKey, "true", image);
+    document.setString(vldv::document::correctedStepKey, "true", image);
     document.SetModifiedFlag(true);
     lastCorrection = {*line, stateNow()};
     isCorrecting = true;

@@ -23,6 +23,8 @@ public:
 
     /// The window shows a step from now on.
     void setOrigin(const step_origin& origin);
+    /// The window opens on an image: on a step of an earlier search it is tied as that search had it. \return it was
+    bool restore();
     /// The window closes.
     void cut() noexcept;
     void imageRemoved(unsigned image) noexcept;

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/step_texts.h"
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "surface/figures/mask_group.h"
@@ -79,7 +80,9 @@ void steps_search_context::showMask()
 
 void steps_search_context::tellCount() const
 {
-    view.SetMessageText(base::widen(base::formatted("Steps: %d", static_cast<int>(steps.size()))));
+    const int rows = view.shownFrame().size().cy - settings.startRow - settings.endRow;
+    view.SetMessageText(base::widen(rows > 0 ? base::formatted("Steps: %d", static_cast<int>(steps.size()))
+                                             : std::string("Steps: no row lies between start row and end row")));
 }
 
 bool steps_search_context::mayReplace() const
@@ -87,7 +90,7 @@ bool steps_search_context::mayReplace() const
     const CStorageDoc& document = *view.storageDoc();
     const std::vector<unsigned> older = surface::step_images(document, view.getImageNumber());
     const bool areCorrected = std::ranges::any_of(older, [&document](unsigned image) {
-        return document.canUndo(image) || *document.getString(correctedStepKey, image) != '\0';
+        return document.canUndo(image) || *document.getString(vldv::document::correctedStepKey, image) != '\0';
     });
     return !areCorrected || AfxGetApp()->host().askYesNo("Steps of an earlier search have been corrected by hand. "
                                                          "Replace them?");

@@ -8,9 +8,6 @@ class CImageView;
 
 namespace vldv {
 
-/// Text of a step's image that says, also in its file, that the user has corrected the step.
-inline constexpr const char* correctedStepKey = "stepsearch.corrected";
-
 /// Where the step comes from that a section shows.
 struct step_origin {
     unsigned step_image_index = 0; ///< image in which it was found

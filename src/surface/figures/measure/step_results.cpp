@@ -2,6 +2,7 @@
 
 #include "base/SPMVarList.h"
 #include "base/text.h"
+#include "document/step_texts.h"
 #include "surface/figures/measure/step_variables.h"
 
 #include <string_view>
@@ -75,11 +76,13 @@ unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque
     SPMVarList list;
     list.set_variables(variables.data(), static_cast<unsigned>(variables.size()));
     unsigned number = firstNumber;
+    const std::string name = document.getImage(image).get_name();
     for (const surface_step& step : steps) {
         const SPMDataStream stream = make_step_stream(step, number++, settings.direction, width, x, y);
         document.AddNewImages(&stream, 1);
-        for (const auto& [name, value] : shown_values(list))
-            document.setString(name.c_str(), value.c_str(), document.getImagesNumber() - 1);
+        const unsigned added = document.getImagesNumber() - 1;
+        for (const auto& [key, value] : shown_values(list)) document.setString(key.c_str(), value.c_str(), added);
+        document.setString(vldv::document::stepImageKey, name.c_str(), added);
     }
     return number;
 }

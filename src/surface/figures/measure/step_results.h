@@ -33,7 +33,7 @@ VLDV_INTERNAL_API std::vector<unsigned> step_images(const CStorageDoc& document,
 /// Removes them, the last one first.
 VLDV_INTERNAL_API void remove_step_images(CStorageDoc& document, unsigned kept = noImage);
 /// Appends an image for each step of an image, numbered from `firstNumber`; the settings, as people are shown them,
-/// become its strings.
+/// become its strings, and the name of the image.
 /// \param axisX, axisY  axes of the image that the columns and the rows are measured with
 /// \return the number that follows
 VLDV_INTERNAL_API unsigned add_step_images(CStorageDoc& document, unsigned image, const std::deque<surface_step>& steps,
