@@ -168,6 +168,14 @@ bool CVariableGrid::leadsToRefused()
     return false;
 }
 
+void CVariableGrid::forgetRefused()
+{
+    for (const shown_row& row : shown)
+        if (QLineEdit* const field = row.editor.widget ? refused_field(*row.editor.widget) : nullptr)
+            forget_refused(*field);
+    if (model) refresh();
+}
+
 /// The row whose editor gets the focus is scrolled into sight.
 void CVariableGrid::followFocus(const QWidget* now)
 {

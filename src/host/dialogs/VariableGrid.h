@@ -22,6 +22,8 @@ public:
     void refresh();
     /// Goes to the first field whose text was not taken and says so. \return there is one
     bool leadsToRefused();
+    /// Shows the values where typed texts were not taken.
+    void forgetRefused();
     using QTableWidget::sizeHintForColumn;
 
 protected:

@@ -252,6 +252,12 @@ variable_editor make_widget(const SPMVarList& list, const SPMVar& variable, cons
 
 } // namespace
 
+void forget_refused(QLineEdit& field)
+{
+    field.setModified(false);
+    mark_refused(field, false);
+}
+
 QLineEdit* refused_field(QWidget& editor)
 {
     const auto isRefused = [](const QLineEdit& line) { return line.property(refusedMark).toBool(); };

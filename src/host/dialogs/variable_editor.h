@@ -22,5 +22,7 @@ using storing = std::function<bool(const QString&)>;
 variable_editor make_variable_editor(const SPMVarList& list, const SPMVar& variable, const storing& store);
 /// The field of an editor whose text was not taken, or null.
 QLineEdit* refused_field(QWidget& editor);
+/// The text of such a field is given up: the value is shown when it is shown next.
+void forget_refused(QLineEdit& field);
 
 } // namespace vldv::host

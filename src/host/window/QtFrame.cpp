@@ -125,10 +125,15 @@ void CQtFrame::bringToFront()
 void CQtFrame::setTabs(const std::vector<std::wstring>& names, int selected, bool visible)
 {
     const QSignalBlocker quiet(tabs);
-    while (tabs->count() > 0) tabs->removeTab(0);
-    for (const std::wstring& name : names) {
-        const int tab = tabs->addTab(QString::fromStdWString(name));
-        tabs->setTabToolTip(tab, QString::fromStdWString(name));
+    if (names != tabNames) {
+        // A bar that is seen would lay all its tabs out again for each that comes or goes.
+        tabs->hide();
+        while (tabs->count() > 0) tabs->removeTab(tabs->count() - 1);
+        for (const std::wstring& name : names) {
+            const int tab = tabs->addTab(QString::fromStdWString(name));
+            tabs->setTabToolTip(tab, QString::fromStdWString(name));
+        }
+        tabNames = names;
     }
     if (selected >= 0 && selected < tabs->count()) tabs->setCurrentIndex(selected);
     tabs->setVisible(visible);

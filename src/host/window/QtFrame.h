@@ -4,6 +4,8 @@
 
 #include <QMdiSubWindow>
 #include <functional>
+#include <string>
+#include <vector>
 
 class CFrameWnd;
 class QMdiArea;
@@ -44,6 +46,7 @@ private:
     void placeStrips();
 
     QTabBar* tabs;
+    std::vector<std::wstring> tabNames; ///< as the bar shows them
     QToolBar* tools;
     frame_drag drag;
 };
