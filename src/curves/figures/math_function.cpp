@@ -7,10 +7,29 @@
 
 namespace vldv::curves {
 
+namespace {
+
+/// What is no result becomes one that is there, so that no room of the samples goes to it.
+void fill_unmeasured(physical_curves& curves)
+{
+    const auto isThere = [](std::uint32_t length) { return length != 0; };
+    const auto there = std::ranges::find_if(curves.lengths, isThere);
+    if (there == curves.lengths.end()) return;
+    const float usual = curves.values[static_cast<std::size_t>(there - curves.lengths.begin()) * curves.length];
+    for (std::size_t k = 0; k < curves.lengths.size(); ++k)
+        if (curves.lengths[k] == 0)
+            std::fill_n(curves.values.begin() + static_cast<std::ptrdiff_t>(k * curves.length), curves.length, usual);
+}
+
+} // namespace
+
 physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
                               curve_function function, void* parameter)
 {
     physical_curves out{physical_floats(section.all(), values), section.length, values.get_units(), section.lengths};
+    if (out.lengths.empty()) out.lengths.assign(section.curves, section.length);
+    for (unsigned k = 0; k < section.curves; ++k)
+        if (!section.gapsOf(k).empty()) out.lengths[k] = 0;
     // Each curve sees the units of the source; those that the last leaves count.
     const std::string units = out.units;
     for (unsigned k = 0; k < section.curves; ++k) {
@@ -22,7 +41,17 @@ physical_curves call_function(const profile& section, const VLAxis& values, cons
                  parameter);
         std::fill(curve + length, curve + out.length, length ? curve[length - 1] : 0.0f);
     }
+    fill_unmeasured(out);
     return out;
+}
+
+std::vector<primitives::sample_run> curves_with_gaps(const profile& section)
+{
+    std::vector<primitives::sample_run> found;
+    for (unsigned k = 0; k < section.curves; ++k)
+        if (section.lengthOf(k) == 0 || !section.gapsOf(k).empty())
+            found.push_back({std::size_t{k} * section.length, section.length});
+    return found;
 }
 
 std::int16_t packing::operator()(double value) const noexcept

@@ -2,6 +2,7 @@
 #include "base/SPMDataStream.h"
 #include "curves/figures/curve_functions.h"
 #include "curves/figures/profile.h"
+#include "primitives/map/sample_runs.h"
 #include "vldv_api.h"
 
 #include <cstdint>
@@ -24,8 +25,11 @@ struct physical_curves {
         return {values.data() + std::size_t{index} * length, lengthOf(index)};
     }
 };
-/// Applies a function to each curve of a section, as far as it was measured; padding repeats its last value, and what
-/// was not measured is 0.
+/// The curves that were not measured throughout, each as the run of all its samples in the image of the results: what
+/// looks at neighbours or pairs of samples computes nothing of them.
+VLDV_INTERNAL_API std::vector<primitives::sample_run> curves_with_gaps(const profile& section);
+/// Applies a function to each curve of a section that was measured throughout; padding repeats its last value, curves
+/// with gaps have no length and hold some value of the others.
 VLDV_INTERNAL_API physical_curves call_function(const profile& section, const VLAxis& values, const VLAxis& positions,
                                                 curve_function function, void* parameter);
 

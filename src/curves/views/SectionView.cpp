@@ -180,15 +180,18 @@ void CSectionView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object
     if (!storageDoc() || storageDoc()->getImagesNumber() == 0) return;
     const document::hint told = document::hint::unpacked(hint);
     switch (told.code) {
-    case document::hintNewData:
+    case document::hintNewData: {
         if (!isOpened()) {
             displaySize = storedSize();
             marks.reset();
             if (const SPMDataStream* const source = stream(); source && subImageNumber == 0)
                 subImageNumber = curves::opening_part(*source);
         }
+        const bool isStep = !isOpened() && steps.restore();
         CImageView::OnUpdate(sender, hint, object);
+        if (isStep) showAsStep();
         return fitParent();
+    }
     case document::hintDataChanged:
         CImageView::OnUpdate(sender, hint, object);
         for (const int mark : {curves::firstMark, curves::secondMark}) updateMarkY(mark);
@@ -199,6 +202,13 @@ void CSectionView::OnUpdate(CView* sender, std::uint32_t hint, const hint_object
     default:
         return CImageView::OnUpdate(sender, hint, object);
     }
+}
+
+/// Over lines, with the crossbar that leads the profile.
+void CSectionView::showAsStep()
+{
+    for (const char* const axis : {"AxisX", "AxisZ"}) setOption(axis, "line");
+    setOption("marks_mode", "Crossbar");
 }
 
 /// A surface below may show the line first.

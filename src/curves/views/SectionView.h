@@ -5,6 +5,7 @@
 #include "curves/figures/display/part_control.h"
 #include "curves/figures/display/section_marks.h"
 #include "curves/figures/force/force_curve_stats.h"
+#include "curves/figures/force/measured_curve.h"
 #include "curves/figures/placed_points.h"
 #include "curves/figures/profile.h"
 #include "curves/figures/trend_line.h"
@@ -129,10 +130,14 @@ private:
     const VLAxis& positionAxis() const;
     const VLAxis& valueAxis() const;
     unsigned activeCurve() const noexcept;
+    /// Of others there is nothing that looks at neighbours or pairs of samples.
+    bool isMeasuredThroughout(unsigned curve) const;
     std::span<const std::int16_t> shownCurve() const { return section.curve(activeCurve()); }
     /// What is added to raw * scale for values: the axis's start, or less by the zero level of all samples.
     double zeroOffset() const;
     bool hasForceFigures() const;
+    vldv::curves::measured_curve measuredCurve(unsigned curve) const;
+    void measureForce();
     void fill_force_curve_statistics();
     void fill_force_curve_min();
     void fill_force_curve_valleys();
@@ -194,6 +199,7 @@ private:
     void invalidateMark(int mark);
     void SetDefaultCursor();
     bool moveCrossbar(int dx, int dy);
+    void showAsStep();
     void update_step_data() { steps.crossbarMoved(); }
     bool moveAcross(int side, int by);
     void moveVolumeMark();

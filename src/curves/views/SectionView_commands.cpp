@@ -7,6 +7,7 @@
 #include "curves/views/select_x.h"
 #include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
+#include "document/samples/point_counts.h"
 #include "platform/app/Clipboard.h"
 #include "platform/app/DocTemplate.h"
 #include "platform/app/WinApp.h"
@@ -77,6 +78,12 @@ void CSectionView::CallMathFunction(curves::curve_function function, void* param
     const SPMDataStream* const source = stream();
     CDocTemplate* const maker = GetDocument() ? GetDocument()->GetDocTemplate() : nullptr;
     if (!source || !maker || !hasCurves()) return;
+    const std::vector<primitives::sample_run> gaps = curves::curves_with_gaps(section);
+    if (gaps.size() == section.curves)
+        return AfxGetApp()->host().messageBox(
+            "No curve was measured throughout, and neighbours or pairs of its samples "
+            "cannot be looked at.",
+            message_icon::warning);
     const curves::physical_curves made =
         curves::call_function(section, valueAxis(), positionAxis(), function, parameter);
     auto* const target = dynamic_cast<CStorageDoc*>(maker->CreateNewDocument());
@@ -85,6 +92,7 @@ void CSectionView::CallMathFunction(curves::curve_function function, void* param
     storageDoc()->deriveTitle(*target);
     target->AddNewImages(&computed, 1);
     target->copyStrings(storageDoc(), 0, imageNumber);
+    vldv::document::tell_points(*target, 0, gaps);
     openFrames(*target);
 }
 

@@ -97,13 +97,15 @@ void CSectionView::takeCurves()
 /// What is told and drawn of the active curve.
 void CSectionView::measureCurves()
 {
-    if (hasForceFigures()) {
-        if (isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
-        if (isOptionOn("ShowForceCurveMin")) fill_force_curve_min();
-        if (isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
-    }
+    measureForce();
     if (isOptionOn("ShowTrendLine")) fill_trend_line_data();
     RefreshDisplay();
+}
+
+bool CSectionView::isMeasuredThroughout(unsigned curve) const
+{
+    const std::vector<bool> gaps = section.gapsOf(curve);
+    return std::ranges::find(gaps, true) == gaps.end();
 }
 
 void CSectionView::fill_trend_line_data()

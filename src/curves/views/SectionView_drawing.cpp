@@ -50,7 +50,8 @@ void CSectionView::DoRefreshDisplay(bool quick)
     if (isOptionOn("ShowSpectrum")) {
         const auto mode =
             intOption("spectrum_mode") == 0 ? curves::spectrum_mode::power : curves::spectrum_mode::magnitude;
-        curves::evaluate_spectrum(shownCurve(), valueAxis(), mode, spectrum);
+        spectrum = {};
+        if (isMeasuredThroughout(activeCurve())) curves::evaluate_spectrum(shownCurve(), valueAxis(), mode, spectrum);
     }
     image.Resize(displayRect.Width(), displayRect.Height());
     if (CDC* const dc = GetMemDC(); dc && image.Ok() && (quick || !isQuickAlreadyFine())) {
@@ -96,6 +97,7 @@ std::vector<CSectionView::shown_curve> CSectionView::shownCurves() const
 void CSectionView::drawCurves(CDC& dc, CPoint origin, bool quick) const
 {
     const int width = intOption("line.width");
+    const curves::curve_pane fine = pane.finer(curves::partsOnPage);
     std::vector<CPoint> line;
     dc.SetBkMode(TRANSPARENT); // gaps of dotted curves show what is below
     for (const auto& [each, isDotted, color] : shownCurves()) {
@@ -107,8 +109,13 @@ void CSectionView::drawCurves(CDC& dc, CPoint origin, bool quick) const
         else
             dc.SelectObject(CPen{(isDotted ? PS_DOT : PS_SOLID) | PS_GEOMETRIC, width, color, {}});
         curves::for_each_measured_run(section, each, [&](std::size_t first, std::size_t end) {
-            curves::curve_points(section.curve(each).subspan(first, end - first), pane, first, origin, line);
-            dc.Polyline(line);
+            const std::span<const std::int16_t> run = section.curve(each).subspan(first, end - first);
+            if (!dc.IsPrinting()) {
+                curves::curve_points(run, pane, first, origin, line);
+                return dc.Polyline(line);
+            }
+            curves::curve_points(run, fine, first, {}, line);
+            curves::draw_page_line(dc, origin, line);
         });
     }
 }
@@ -117,9 +124,14 @@ void CSectionView::drawSpectrum(CDC& dc, CPoint origin, bool quick) const
 {
     const int width = intOption("line.width");
     dc.SelectObject(CPen{quick ? std::uint32_t{PS_SOLID} : PS_SOLID | PS_GEOMETRIC, width, phaseColor, {}});
-    dc.Polyline(curves::phase_points(spectrum, section.length, displayRect.Size(), origin));
+    const CSize fine = curves::curve_pane{displayRect.Size()}.finer(curves::partsOnPage).size;
+    const auto draw = [&](auto place) {
+        if (dc.IsPrinting()) return curves::draw_page_line(dc, origin, place(fine, CPoint{}));
+        dc.Polyline(place(displayRect.Size(), origin));
+    };
+    draw([&](CSize size, CPoint from) { return curves::phase_points(spectrum, section.length, size, from); });
     dc.SelectObject(CPen{PS_SOLID | PS_GEOMETRIC, width, spectrumColor, {}});
-    dc.Polyline(curves::spectrum_points(spectrum, section.length, displayRect.Size(), origin));
+    draw([&](CSize size, CPoint from) { return curves::spectrum_points(spectrum, section.length, size, from); });
 }
 
 double CSectionView::sampleOf(int mark) const noexcept

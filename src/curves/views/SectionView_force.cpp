@@ -3,7 +3,6 @@
 #include "curves/figures/force/force_analysis.h"
 #include "curves/figures/force/force_curve.h"
 #include "curves/figures/force/force_report.h"
-#include "curves/figures/physical.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/force_table.h"
 #include "document/StorageDoc.h"
@@ -17,25 +16,29 @@ bool CSectionView::hasForceFigures() const
     return source && source->get_dimensions_number() != 2 && hasCurves();
 }
 
+curves::measured_curve CSectionView::measuredCurve(unsigned curve) const
+{
+    return {section.curve(curve), valueAxis(), section.gapsOf(curve)};
+}
+
 void CSectionView::fill_force_curve_statistics()
 {
-    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
-    get_force_curve_stats(y.data(), static_cast<int>(y.size()), doubleOption("zero_threshold"),
-                          doubleOption("slant_threshold"), stats, section.gapsOf(activeCurve()));
+    measuredCurve(activeCurve()).findLines(doubleOption("zero_threshold"), doubleOption("slant_threshold"), stats);
 }
 
-void CSectionView::fill_force_curve_min()
+/// Minima and valleys lie between the lines, which are found for them also where they are not shown.
+void CSectionView::measureForce()
 {
-    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
-    stats.local_minima.clear();
-    find_loc_fmin(y.data(), static_cast<int>(y.size()), stats, intOption("window_r"));
+    const bool showsMinima = isOptionOn("ShowForceCurveMin"), showsValleys = isOptionOn("ShowForceCurveSquares");
+    if (!hasForceFigures() || !(isOptionOn("ShowForceCurveStats") || showsMinima || showsValleys)) return;
+    fill_force_curve_statistics();
+    if (showsMinima) fill_force_curve_min();
+    if (showsValleys) fill_force_curve_valleys();
 }
 
-void CSectionView::fill_force_curve_valleys()
-{
-    const std::vector<double> y = curves::physical_values(shownCurve(), valueAxis());
-    get_force_curve_valleys(y.data(), static_cast<int>(y.size()), stats);
-}
+void CSectionView::fill_force_curve_min() { measuredCurve(activeCurve()).findMinima(intOption("window_r"), stats); }
+
+void CSectionView::fill_force_curve_valleys() { measuredCurve(activeCurve()).findValleys(stats); }
 
 std::string CSectionView::forceHeader() const
 {
@@ -45,9 +48,8 @@ std::string CSectionView::forceHeader() const
 std::string CSectionView::forceRow(unsigned curve, const force_curve_stats& found) const
 {
     const VLAxis& x = positionAxis();
-    const std::vector<double> values = curves::physical_values(section.curve(curve), valueAxis());
-    return curves::force_row(
-        {curve, curves::force_slope(found, x.scale), x.scale, curves::force_minimum(values.data(), found)}, found);
+    return curves::force_row({curve, curves::force_slope(found, x.scale), x.scale, measuredCurve(curve).minimum(found)},
+                             found);
 }
 
 void CSectionView::OnUpdateForceanalysis(CCmdUI& ui) { ui.Enable(hasForceFigures()); }
@@ -58,9 +60,9 @@ void CSectionView::OnCurveForceanalysis()
 {
     CTextView* const window = hasForceFigures() ? GetTextView(nullptr, GetDocument()) : nullptr;
     if (!window) return;
-    if (!isOptionOn("ShowForceCurveStats")) fill_force_curve_statistics();
-    if (!isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
-    window->appendText(base::widen(forceHeader() + forceRow(activeCurve(), stats)));
+    force_curve_stats found;
+    measuredCurve(activeCurve()).findLines(doubleOption("zero_threshold"), doubleOption("slant_threshold"), found);
+    window->appendText(base::widen(forceHeader() + forceRow(activeCurve(), found)));
 }
 
 void CSectionView::OnAnalyseAllCurves()
@@ -68,10 +70,10 @@ void CSectionView::OnAnalyseAllCurves()
     if (!hasForceFigures()) return;
     const double zero = doubleOption("zero_threshold"), slant = doubleOption("slant_threshold");
     const auto row = [&](unsigned k) -> std::optional<std::string> {
-        const std::vector<double> y = curves::physical_values(section.curve(k), valueAxis());
-        if (y.empty()) return std::nullopt;
+        const curves::measured_curve curve = measuredCurve(k);
+        if (curve.isEmpty()) return std::nullopt;
         force_curve_stats found;
-        get_force_curve_stats(y.data(), static_cast<int>(y.size()), zero, slant, found, section.gapsOf(k));
+        curve.findLines(zero, slant, found);
         return forceRow(k, found);
     };
     curves::append_force_rows(GetDocument(), forceHeader(), section.curves, row);

@@ -53,23 +53,19 @@ void CSectionView::oh_marks_mode(const SPMVar&)
 
 void CSectionView::oh_fcstat(const SPMVar&)
 {
-    if (hasForceFigures() && isOptionOn("ShowForceCurveStats")) {
-        fill_force_curve_statistics();
-        if (isOptionOn("ShowForceCurveMin")) fill_force_curve_min();
-        if (isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
-    }
+    measureForce();
     oh_update_text({});
 }
 
 void CSectionView::oh_fcmin(const SPMVar&)
 {
-    if (hasForceFigures() && isOptionOn("ShowForceCurveMin")) fill_force_curve_min();
+    measureForce();
     Invalidate(true);
 }
 
 void CSectionView::oh_fcvalley(const SPMVar&)
 {
-    if (hasForceFigures() && isOptionOn("ShowForceCurveSquares")) fill_force_curve_valleys();
+    measureForce();
     oh_update_text({});
 }
 

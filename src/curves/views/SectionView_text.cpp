@@ -73,6 +73,7 @@ void CSectionView::updateText()
 
 std::string CSectionView::spectrumTextAt(double bin) const
 {
+    if (!isMeasuredThroughout(activeCurve())) return "No spectrum: not measured throughout";
     curves::spectrum_text_style style{isOptionOn("normalize_spectrum"), intOption("spectrum_mode") == 0, {}};
     constexpr int time = 4;
     const auto rate = scan_rate(*storageDoc(), imageNumber);

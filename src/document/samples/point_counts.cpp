@@ -131,6 +131,12 @@ void replace_points(CStorageDoc& document, unsigned image, std::size_t samples,
                                  {formats::voidRangesKey, void_text(samples, unmeasured)}});
 }
 
+void tell_points(CStorageDoc& document, unsigned image, std::span<const primitives::sample_run> unmeasured)
+{
+    drop_point_counts(document, image);
+    if (!unmeasured.empty()) replace_points(document, image, document.getImage(image).array_length(), unmeasured);
+}
+
 void state_counted_points(CStorageDoc& document, unsigned image)
 {
     CStorageDoc::text_changes changes;

@@ -24,8 +24,12 @@ VLDV_INTERNAL_API void keep_part_of_points(CStorageDoc& part, unsigned image, co
 VLDV_INTERNAL_API void replace_points(CStorageDoc& document, unsigned image, std::size_t samples,
                                       std::span<const primitives::sample_run> unmeasured);
 
-/// Adds to the texts how many samples were counted, "3 of 32", and takes away which they are, as a part of the last undo
-/// step: before an image gets another shape in it.
+/// Makes the texts of an image that was computed, whatever they told before. \param unmeasured  may be empty
+VLDV_INTERNAL_API void tell_points(CStorageDoc& document, unsigned image,
+                                   std::span<const primitives::sample_run> unmeasured);
+
+/// Adds to the texts how many samples were counted, "3 of 32", and takes away which they are, as a part of the last
+/// undo step: before an image gets another shape in it.
 void state_counted_points(CStorageDoc& document, unsigned image);
 
 } // namespace vldv::document

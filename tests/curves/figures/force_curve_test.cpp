@@ -1,6 +1,7 @@
 #include "curves/figures/force/force_curve.h"
 #include "curves/figures/force/force_report.h"
 #include "curves/figures/force/force_stretches.h"
+#include "curves/figures/force/measured_curve.h"
 #include "document/contact_model.h"
 #include "primitives/fit/linear_fit.h"
 
@@ -331,6 +332,49 @@ TEST(ParametricCurve, HasNoStretchWherePositionsTurnBack)
         get_parametric_curve_stats(x.data(), y.data(), n, 1.0, 1.0, stats);
         if (turns) { EXPECT_FALSE(stats.hasSlant() || stats.hasZero()) << back; }
     }
+}
+
+TEST(MeasuredCurve, EndsWithWhatWasMeasuredAndFitsNoGap)
+{
+    // Contact of -8 a sample to sample 100, then 0, in 400 samples; 30 filled ones before it, 70 behind.
+    std::vector<std::int16_t> part, raw(30, 5000);
+    for (int i = 0; i < 400; ++i) part.push_back(static_cast<std::int16_t>(i < 100 ? 8 * (100 - i) : i * 7919 % 5 - 2));
+    raw.insert(raw.end(), part.begin(), part.end());
+    raw.insert(raw.end(), 70, -3000);
+    std::vector<bool> gaps(500, false);
+    std::fill_n(gaps.begin(), 30, true);
+    std::fill_n(gaps.begin() + 430, 70, true);
+    const VLAxis newtons(0, 0.5, "nN");
+    const curves::measured_curve whole(raw, newtons, gaps), alone(part, newtons, {});
+    force_curve_stats of, expected;
+    whole.findLines(1.0, 1.0, of);
+    alone.findLines(1.0, 1.0, expected);
+    ASSERT_TRUE(expected.hasSlant() && expected.hasZero());
+    EXPECT_EQ(of.slant_first, expected.slant_first + 30);
+    EXPECT_EQ(of.zero_last, expected.zero_last + 30);
+    EXPECT_NEAR(of.slant_b, -4.0, 0.01) << "8 steps of 0.5 nN";
+    EXPECT_NEAR(of.zeroAt(330), expected.zeroAt(300), 1e-9);
+    EXPECT_NEAR(whole.minimum(of), alone.minimum(expected), 1e-9);
+    EXPECT_TRUE(curves::measured_curve(raw, newtons, std::vector<bool>(500, true)).isEmpty());
+
+    // What lies in a gap weighs nothing: y = 3 + 2 i but for samples 4 and 5 of 10.
+    std::vector<double> y;
+    for (int i = 0; i < 10; ++i) y.push_back(i == 4 || i == 5 ? 1000.0 : 3.0 + 2.0 * i);
+    std::vector<bool> holes(10, false);
+    holes[4] = holes[5] = true;
+    const curves::fitted_line line = curves::fit_over(nullptr, y.data(), {1, 8}, holes);
+    EXPECT_NEAR(line.a, 3.0, 1e-12);
+    EXPECT_NEAR(line.b, 2.0, 1e-12);
+    EXPECT_NEAR(line.rms, 0.0, 1e-7);
+}
+
+TEST(ParametricCurve, HasNoStretchWherePositionsTurnWithinTheirWay)
+{
+    constexpr int n = 300; // from 100 down to 5, up to 82, down to 0
+    std::vector<double> x;
+    for (int i = 0; i < n; ++i)
+        x.push_back(i < 100 ? 100.0 - 0.95 * i : i < 200 ? 5.0 + 0.77 * (i - 100) : 82.0 - 0.82 * (i - 200));
+    EXPECT_EQ(curves::way_of_positions(x.data(), n), curves::position_way::turnsBack);
 }
 
 TEST(ParametricCurve, HasNoStretchWherePositionsStandStill)

@@ -1,6 +1,7 @@
 // What the window on curves shows of them, what stands under the pointer, and what dialogs it opens.
 #include "base/text.h"
 #include "curves/views/section_view_fixture.h"
+#include "platform/files/paths.h"
 #include "resources/commands.h"
 #include "view/frame/option_rows.h"
 #include "view/image/VolumeSource.h"
@@ -132,6 +133,59 @@ TEST_F(SectionWindowTest, AddedTextsBeginRowsOfTheirOwn)
     const std::wstring one = host.clips.content.value_or(L"");
     view.OnCmdMsg(commands::addText, nullptr);
     EXPECT_EQ(host.clips.content, one + L"\r\n" + one);
+}
+
+TEST_F(SectionWindowTest, ExportsInTheFormatThatIsChosenWithItsParameters)
+{
+    CSectionView& view = open(ramps());
+    host.savePaths = {(folder / "a.txt").wstring()};
+    view.OnCmdMsg(commands::exportView, nullptr);
+    ASSERT_EQ(host.savePrompts.size(), 1u);
+    EXPECT_EQ(host.savePrompts[0].filters->first, 3u) << "the last of four at first";
+    EXPECT_EQ(platform::file_name(host.savePrompts[0].suggestedPath), document->GetTitle() + L".txt");
+    EXPECT_THAT(file_content(folder / "a.txt"), HasSubstr("\n"));
+    host.savePaths = {(folder / "b.jpeg").wstring()};
+    host.onSave = [](const save_prompt& prompt) {
+        EXPECT_EQ(prompt.filters->nameFor(L"b.txt", 1), L"b.jpeg");
+        EXPECT_EQ(prompt.filters->nameFor(L"b 1.5", 2), L"b 1.5.tif") << "no extension of a format";
+        prompt.filters->variables[1][1]->from_string("80");
+        prompt.filters->taken(1);
+    };
+    view.OnCmdMsg(commands::exportView, nullptr);
+    EXPECT_TRUE(file_content(folder / "b.jpeg").starts_with("\xFF\xD8"));
+    EXPECT_EQ(host.readInt("SectionView", "ExportIndex"), 2);
+    EXPECT_EQ(host.readString("SectionView", "jpgQality"), "80");
+    EXPECT_EQ(host.readString("MRU", "Save"), folder.path.string());
+    host.savePaths = {(folder / "c.jpk-force").wstring()};
+    view.OnCmdMsg(commands::exportView, nullptr);
+    EXPECT_FALSE(std::filesystem::exists(folder / "c.jpk-force"));
+    EXPECT_EQ(host.messages.size(), 1u);
+}
+
+TEST_F(SectionWindowTest, WhatLooksAtNeighboursLeavesCurvesWithGapsOut)
+{
+    CSectionView& view = open(ramps());
+    const unsigned length = view.getSection().length, curves = view.getSection().curves;
+    ASSERT_GE(curves, 2u);
+    const std::string total = std::to_string(length * curves);
+    document->setString("\\Void samples", ("of " + total + ": 3-5").c_str(), 0);
+    document->setString("\\Void points", "3", 0);
+    view.setOption("ShowSpectrum", "true");
+    view.LoadData();
+    EXPECT_EQ(view.getSpectrumText(), L"No spectrum: not measured throughout");
+    view.OnCmdMsg(commands::differentiate, nullptr);
+    host.pump();
+    auto* const made = dynamic_cast<CSectionView*>(app.frames().back()->GetActiveView());
+    ASSERT_TRUE(made && made != &view);
+    const CStorageDoc& result = *made->storageDoc();
+    EXPECT_EQ(std::string(result.getString("\\Void samples", 0)), "of " + total + ": 0-" + std::to_string(length - 1));
+    EXPECT_STREQ(result.getString("\\Void points", 0), std::to_string(length).c_str()) << "all of that curve";
+    const std::size_t frames = app.frames().size();
+    document->setString("\\Void samples", ("of " + total + ": 0-" + std::to_string(length * curves - 1)).c_str(), 0);
+    view.LoadData();
+    view.OnCmdMsg(commands::autocorrelationFinite, nullptr);
+    EXPECT_EQ(app.frames().size(), frames);
+    EXPECT_EQ(host.messages.size(), 1u);
 }
 
 TEST_F(SectionWindowTest, AllCurvesGiveARowEachUntilTheUserCancels)

@@ -41,7 +41,11 @@ void get_force_curve_stats(const double* y, int n, double zeroThreshold, double 
     const double spread = curves::spread_of(work.data(), n);
     const curves::curve_stretches found =
         curves::find_stretches(work.data(), n, spread, zeroThreshold, slantThreshold, gaps);
-    curves::keep_stretches(found, [&](curves::stretch each) { return fit_stretch(y, each, work.data()); }, stats);
+    const auto fit = [&](curves::stretch each) {
+        return curves::has_gap(each, gaps) ? curves::fit_over(nullptr, y, each, gaps)
+                                           : fit_stretch(y, each, work.data());
+    };
+    curves::keep_stretches(found, fit, stats);
     stats.min_index = static_cast<std::int32_t>(std::min_element(y, y + n) - y);
 }
 

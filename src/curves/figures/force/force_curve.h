@@ -25,8 +25,8 @@ VLDV_API void get_parametric_curve_stats(const double* x, const double* y, int n
 
 namespace vldv::curves {
 /// What positions do along a record. `turnsBack`: they go further than they get, as in a record of both ways in one
-/// series; their smoothed way reaches beyond its ends by a quarter of what lies between them. `rests`: it reaches no
-/// further than four times the noise of the positions.
+/// series; their smoothed way goes back, or reaches beyond its ends, by a quarter of what lies between them. `rests`:
+/// it reaches no further than four times the noise of the positions.
 enum class position_way { travels, turnsBack, rests };
 position_way way_of_positions(const double* x, int n);
 } // namespace vldv::curves

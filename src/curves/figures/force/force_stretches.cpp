@@ -134,4 +134,46 @@ curve_stretches find_stretches(const double* steps, int n, double spread, double
     return {find_measured(steep, n, gaps, find_slant), find_measured(flat, n, gaps, find_zero)};
 }
 
+bool has_gap(stretch of, const std::vector<bool>& gaps) noexcept
+{
+    if (gaps.empty()) return false;
+    const auto end = gaps.begin() + of.last + 1;
+    return std::find(gaps.begin() + of.first, end, true) != end;
+}
+
+fitted_line fit_over(const double* x, const double* y, stretch of, const std::vector<bool>& gaps) noexcept
+{
+    const auto isMeasured = [&](int i) { return gaps.empty() || !gaps[static_cast<std::size_t>(i)]; };
+    const auto at = [x](int i) { return x ? x[i] : double{1.0} * i; };
+    double count = 0.0;
+    for (int i = of.first; i <= of.last; ++i) count += isMeasured(i) ? 1.0 : 0.0;
+    if (count == 0.0) return {};
+    // Means of differences from the first sample keep their digits.
+    const double startX = at(of.first), startY = y[of.first];
+    double meanX = startX, meanY = startY;
+    for (int i = of.first; i <= of.last; ++i) {
+        if (!isMeasured(i)) continue;
+        meanX += (at(i) - startX) / count;
+        meanY += (y[i] - startY) / count;
+    }
+    double spread = 0.0, product = 0.0;
+    for (int i = of.first; i <= of.last; ++i) {
+        if (!isMeasured(i)) continue;
+        spread += (at(i) - meanX) * (at(i) - meanX);
+        product += (at(i) - meanX) * (y[i] - meanY);
+    }
+    fitted_line line;
+    line.b = spread > 0.0 ? product / spread : 0.0;
+    line.a = meanY - line.b * meanX;
+    double sum = 0.0, squares = 0.0;
+    for (int i = of.first; i <= of.last; ++i) {
+        if (!isMeasured(i)) continue;
+        const double rest = y[i] - meanY - line.b * (at(i) - meanX);
+        sum += rest;
+        squares += rest * rest;
+    }
+    line.rms = deviation(squares / count, sum / count);
+    return line;
+}
+
 } // namespace vldv::curves

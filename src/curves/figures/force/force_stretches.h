@@ -63,6 +63,11 @@ curve_stretches find_stretches(const double* steps, int n, double spread, double
 struct fitted_line {
     double a = 0.0, b = 0.0, rms = 0.0; ///< a + b x, and the deviation from it
 };
+/// The line of y over x through the measured samples of a stretch. Positions that are all equal give no slope.
+/// \param x  positions, or null: the numbers of the samples  \param gaps  which were not measured; empty: all were
+fitted_line fit_over(const double* x, const double* y, stretch of, const std::vector<bool>& gaps) noexcept;
+/// Some sample of a stretch was not measured.
+bool has_gap(stretch of, const std::vector<bool>& gaps) noexcept;
 /// Keeps the stretches and the lines through them. \param fit  gives the line of a stretch
 template <typename Fit>
 void keep_stretches(const curve_stretches& found, const Fit& fit, force_curve_stats& stats)

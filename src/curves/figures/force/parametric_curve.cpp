@@ -15,6 +15,7 @@ struct smooth_steps {
     std::vector<double> values;
     double travel = 0.0; ///< from the first smoothed value to the last
     double reach = 0.0;  ///< from the lowest smoothed value to the highest
+    double back = 0.0;   ///< the longest way against the travel
     double noise = 0.0;  ///< of the values, as a standard deviation
 
     smooth_steps(const double* of, int n) : values(static_cast<std::size_t>(n)), noise(noise_of(of, n))
@@ -23,16 +24,24 @@ struct smooth_steps {
         travel = values.back() - values.front();
         const auto [low, high] = std::ranges::minmax(values);
         reach = high - low;
+        double farthest = 0.0; // on the way so far
+        for (const double each : values) {
+            const double gone = travel < 0.0 ? values.front() - each : each - values.front();
+            farthest = std::max(farthest, gone);
+            back = std::max(back, farthest - gone);
+        }
         curves::take_steps(values.data(), n);
         curves::filter_spikes(values.data(), n);
     }
 
     curves::position_way way() const noexcept
     {
-        constexpr double mostReach = 1.25; // of a way that does not turn back, in travels
-        constexpr double leastReach = 4.0; // of a way, in the noise of its positions
+        constexpr double mostReach = 1.25, mostBack = 0.25; // of a way that does not turn back, in travels
+        constexpr double leastReach = 4.0;                  // of a way, in the noise of its positions
         if (reach <= leastReach * noise) return curves::position_way::rests;
-        return reach > mostReach * std::fabs(travel) ? curves::position_way::turnsBack : curves::position_way::travels;
+        const double way = std::fabs(travel);
+        return reach > mostReach * way || back > mostBack * way ? curves::position_way::turnsBack
+                                                                : curves::position_way::travels;
     }
 
 private:
@@ -70,36 +79,6 @@ curve_slopes slopes_of(const double* x, const double* y, int n)
     return out;
 }
 
-/// The line of y over x through the samples of a stretch. Positions that are all equal give no slope.
-curves::fitted_line fit_over(const double* x, const double* y, curves::stretch of) noexcept
-{
-    const auto [first, last] = of;
-    const double count = last - first + 1.0;
-    double meanX = 0.0, meanY = 0.0;
-    for (int i = first; i <= last; ++i) {
-        meanX += (x[i] - x[first]) / count;
-        meanY += (y[i] - y[first]) / count;
-    }
-    meanX += x[first];
-    meanY += y[first];
-    double spread = 0.0, product = 0.0;
-    for (int i = first; i <= last; ++i) {
-        spread += (x[i] - meanX) * (x[i] - meanX);
-        product += (x[i] - meanX) * (y[i] - meanY);
-    }
-    curves::fitted_line line;
-    line.b = spread > 0.0 ? product / spread : 0.0;
-    line.a = meanY - line.b * meanX;
-    double sum = 0.0, squares = 0.0;
-    for (int i = first; i <= last; ++i) {
-        const double rest = y[i] - meanY - line.b * (x[i] - meanX);
-        sum += rest;
-        squares += rest * rest;
-    }
-    line.rms = curves::deviation(squares / count, sum / count);
-    return line;
-}
-
 } // namespace
 
 curves::position_way curves::way_of_positions(const double* x, int n)
@@ -118,5 +97,5 @@ void get_parametric_curve_stats(const double* x, const double* y, int n, double 
     if (!std::isfinite(slopes.spread)) return; // x does not travel, or turns back
     const curves::curve_stretches found =
         curves::find_stretches(slopes.values.data(), n, slopes.spread, zeroThreshold, slantThreshold, gaps);
-    curves::keep_stretches(found, [&](curves::stretch each) { return fit_over(x, y, each); }, stats);
+    curves::keep_stretches(found, [&](curves::stretch each) { return curves::fit_over(x, y, each, gaps); }, stats);
 }
