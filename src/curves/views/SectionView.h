@@ -132,6 +132,8 @@ private:
     unsigned activeCurve() const noexcept;
     /// Of others there is nothing that looks at neighbours or pairs of samples.
     bool isMeasuredThroughout(unsigned curve) const;
+    /// Samples of the active curve, which may be fewer than those of others.
+    std::uint32_t shownLength() const { return section.lengthOf(activeCurve()); }
     std::span<const std::int16_t> shownCurve() const { return section.curve(activeCurve()); }
     /// What is added to raw * scale for values: the axis's start, or less by the zero level of all samples.
     double zeroOffset() const;

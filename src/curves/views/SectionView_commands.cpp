@@ -19,6 +19,7 @@
 #include "view/image/picture_export.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace vldv;
 
@@ -88,7 +89,9 @@ void CSectionView::CallMathFunction(curves::curve_function function, void* param
         curves::call_function(section, valueAxis(), positionAxis(), function, parameter);
     auto* const target = dynamic_cast<CStorageDoc*>(maker->CreateNewDocument());
     if (!target) return;
-    const SPMDataStream computed = curves::curves_stream(*source, made, positionAxis());
+    SPMDataStream computed = curves::curves_stream(*source, made, positionAxis());
+    if (std::vector<smart_string> names = source->subimage_names(); names.size() == section.curves)
+        computed.set_subimage_names(std::move(names));
     storageDoc()->deriveTitle(*target);
     target->AddNewImages(&computed, 1);
     target->copyStrings(storageDoc(), 0, imageNumber);

@@ -129,14 +129,14 @@ void CSectionView::drawSpectrum(CDC& dc, CPoint origin, bool quick) const
         if (dc.IsPrinting()) return curves::draw_page_line(dc, origin, place(fine, CPoint{}));
         dc.Polyline(place(displayRect.Size(), origin));
     };
-    draw([&](CSize size, CPoint from) { return curves::phase_points(spectrum, section.length, size, from); });
+    draw([&](CSize size, CPoint from) { return curves::phase_points(spectrum, shownLength(), size, from); });
     dc.SelectObject(CPen{PS_SOLID | PS_GEOMETRIC, width, spectrumColor, {}});
-    draw([&](CSize size, CPoint from) { return curves::spectrum_points(spectrum, section.length, size, from); });
+    draw([&](CSize size, CPoint from) { return curves::spectrum_points(spectrum, shownLength(), size, from); });
 }
 
 double CSectionView::sampleOf(int mark) const noexcept
 {
-    if (mark == curves::spectrumMark) return section.length / 2 * marks[mark].x;
+    if (mark == curves::spectrumMark) return shownLength() / 2 * marks[mark].x;
     return (section.length - 1.0) * marks[mark].x;
 }
 

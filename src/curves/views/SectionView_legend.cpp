@@ -70,10 +70,10 @@ void CSectionView::OnDrawLegend(CDC& dc)
 void CSectionView::drawSpectrumAxes(CDC& dc, const CRect& below)
 {
     const VLAxis& x = positionAxis();
-    const double length = (section.length - 1.0) * std::fabs(x.scale);
+    const double length = (shownLength() - 1.0) * std::fabs(x.scale);
     const std::string frequency = std::string("1/") + x.get_units();
     const view::shown_axis across =
-        view::counted_in_powers({0.0, length == 0.0 ? 0.0 : (section.length / 2 + 1) / length, frequency});
+        view::counted_in_powers({0.0, length == 0.0 ? 0.0 : (shownLength() / 2 + 1) / length, frequency});
     if (isOptionOn("normalize_spectrum")) return curves::draw_chart_frame(dc, *this, below, across, {0.0, 1.0, ""});
     double most = spectrum.max;
     std::string units = default_units_z(valueAxis().get_units(), &most);

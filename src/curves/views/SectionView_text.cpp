@@ -6,6 +6,9 @@
 #include "curves/views/SectionView.h"
 #include "document/StorageDoc.h"
 
+#include <algorithm>
+#include <cmath>
+
 using namespace vldv;
 
 namespace {
@@ -25,7 +28,13 @@ curves::marks_mode CSectionView::marksMode() const { return static_cast<curves::
 std::string CSectionView::marksText() const
 {
     const SPMDataStream& source = *stream();
-    const double first = sampleOf(curves::firstMark), second = sampleOf(curves::secondMark);
+    // A curve may end before its window does.
+    const double end = std::max(shownLength() - 1.0, 0.0);
+    const double first = std::min(sampleOf(curves::firstMark), end),
+                 second = std::min(sampleOf(curves::secondMark), end);
+    const auto isMeasured = [&](double at) {
+        return section.isMeasured(activeCurve(), static_cast<std::size_t>(std::lround(at)));
+    };
     const auto valueAt = [&](double at) { return valueAxis().at(curves::raw_between(shownCurve(), at)); };
     curves::section_marks_told told;
     told.mode = marksMode();
@@ -35,6 +44,7 @@ std::string CSectionView::marksText() const
     told.marks = {first, second};
     told.firstValue = valueAt(first);
     told.secondValue = valueAt(second);
+    told.areMeasured = isMeasured(first) && isMeasured(second);
     told.position = sampleOf(curves::positionMark) * positionAxis().scale + positionStart();
     told.value = heightStart() + shownHeights().range * marks[curves::levelMark].y;
     told.rate = scan_rate(*storageDoc(), imageNumber);
@@ -63,7 +73,7 @@ void CSectionView::updateText()
     if (!hasCurves()) return;
     std::string line = marksText() + "\r\n";
     if (hasForceFigures() && isOptionOn("ShowForceCurveStats")) {
-        const std::string force = curves::force_text(shownCurve(), positionAxis(), valueAxis(), zeroOffset(), stats);
+        const std::string force = curves::force_text(shownCurve(), positionAxis(), valueAxis(), stats);
         if (!force.empty()) line += force.substr(1) + (isOptionOn("ShowTrendLine") ? "\t" : "");
     }
     if (isOptionOn("ShowTrendLine")) line += curves::trend_text(trend, positionAxis().scale);
@@ -78,7 +88,7 @@ std::string CSectionView::spectrumTextAt(double bin) const
     constexpr int time = 4;
     const auto rate = scan_rate(*storageDoc(), imageNumber);
     if (intOption("HorizontalValue") == time && rate) style.rate = *rate * stream()->get_dimension(0).length;
-    return curves::spectrum_text(spectrum, bin, section.length, positionAxis(), valueAxis(), style);
+    return curves::spectrum_text(spectrum, bin, shownLength(), positionAxis(), valueAxis(), style);
 }
 
 std::wstring CSectionView::GetClipboardText(bool)

@@ -37,7 +37,7 @@ std::string CSectionView::pointerText(CPoint point) const
     const auto across = [&point](const CRect& place) {
         return (point.x - place.left) / std::max(place.Width() - 1.0, 1.0);
     };
-    if (shown.spectrum.PtInRect(point)) return spectrumTextAt(section.length / 2 * across(shown.spectrum));
+    if (shown.spectrum.PtInRect(point)) return spectrumTextAt(shownLength() / 2 * across(shown.spectrum));
     if (!shown.curve.PtInRect(point)) return {};
     const VLAxis &x = positionAxis(), &y = valueAxis();
     const double at = (section.length - 1.0) * partControl.part().fromPane(across(shown.curve));

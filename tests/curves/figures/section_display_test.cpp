@@ -221,18 +221,18 @@ TEST(ForceText, NamesSlopeAdhesionAndValleys)
     force_curve_stats stats;
     const std::vector<std::int16_t> curve{10, 0, -4, -2, 0, 0};
     const VLAxis x(0, 2.0, "nm"), y(0, 1.0, "nN"), time(0, 2.0, "s");
-    EXPECT_EQ(force_text(curve, x, y, 0.0, stats), "");
+    EXPECT_EQ(force_text(curve, x, y, stats), "");
     stats.slant_last = 1;
     stats.slant_b = -10.0;
-    EXPECT_EQ(force_text(curve, x, y, 0.0, stats), "\tdF/dZ: -5 nN/nm");
-    EXPECT_EQ(force_text(curve, time, y, 0.0, stats), "\tdF/dt: -5 nN/s");
+    EXPECT_EQ(force_text(curve, x, y, stats), "\tdF/dZ: -5 nN/nm");
+    EXPECT_EQ(force_text(curve, time, y, stats), "\tdF/dt: -5 nN/s");
     stats.zero_first = 4;
     stats.zero_last = 5;
     stats.min_index = 2;
     stats.allocate_valleys(1);
     stats.valleys[0] = {1, 4};
     // Trapezoids of 0, -4, -2, 0 below 0: (2 + 3 + 1) * 2 nm
-    EXPECT_EQ(force_text(curve, x, y, 0.0, stats), "\tdF/dZ: -5 nN/nm\tFmin: -4 nN\t\tS1: 12 nNxnm");
+    EXPECT_EQ(force_text(curve, x, y, stats), "\tdF/dZ: -5 nN/nm\tFmin: -4 nN\t\tS1: 12 nNxnm");
 }
 
 } // namespace

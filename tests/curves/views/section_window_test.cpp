@@ -6,6 +6,7 @@
 #include "view/frame/option_rows.h"
 #include "view/image/VolumeSource.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 
 namespace {
@@ -160,6 +161,29 @@ TEST_F(SectionWindowTest, ExportsInTheFormatThatIsChosenWithItsParameters)
     view.OnCmdMsg(commands::exportView, nullptr);
     EXPECT_FALSE(std::filesystem::exists(folder / "c.jpk-force"));
     EXPECT_EQ(host.messages.size(), 1u);
+}
+
+TEST_F(SectionWindowTest, AShorterCurveHasItsOwnFrequenciesAndEnd)
+{
+    // A wave of 10 nm in 200 samples, and in 100.
+    const auto wave = [](unsigned i) {
+        return static_cast<int>(std::lround(1000.0 * std::sin(2.0 * M_PI * i / 10.0)));
+    };
+    CSectionView& view = open(test_support::made_stream("w", {{200, VLAxis(0, 1, "nm")}}, VLAxis(0, 1, "nN"), wave, 2));
+    document->setString("\\Curve lengths", "200 100", 0);
+    view.setOption("ShowSpectrum", "true");
+    view.LoadData();
+    const CRect pane = view.displayRect;
+    const int top = pane.bottom + view.intOption("BottomMargin") + 5;
+    for (const unsigned sub : {0u, 1u}) {
+        view.setActiveSubimage(sub);
+        const double bin = sub == 0 ? 20.0 : 10.0, most = sub == 0 ? 100.0 : 50.0;
+        view.OnMouseMove(0, {pane.left + static_cast<int>(std::lround(bin / most * (pane.Width() - 1))), top});
+        EXPECT_THAT(base::narrow(host.statusText), HasSubstr("X: 10")) << sub;
+        EXPECT_THAT(base::narrow(host.statusText), HasSubstr(" nm")) << sub;
+    }
+    drag(view, {pane.left + 10, pane.top + 5}, {pane.right - 1, pane.top + 5});
+    EXPECT_THAT(base::narrow(view.getText()), testing::StartsWith("dX: 95")) << "from sample 4 to 99, where it ends";
 }
 
 TEST_F(SectionWindowTest, WhatLooksAtNeighboursLeavesCurvesWithGapsOut)

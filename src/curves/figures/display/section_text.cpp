@@ -51,6 +51,7 @@ std::string distance_text(std::span<const std::int16_t> curve, const VLAxis& pos
 std::string height_text(const VLAxis& positions, const VLAxis& values, const section_marks_told& of)
 {
     const auto shown = [&of](double difference) { return of.isRelative ? difference : std::fabs(difference); };
+    if (!of.areMeasured) return of.tellsAngle ? "Angle: not measured" : "dY: not measured";
     const double dy = shown(of.secondValue - of.firstValue);
     if (!of.tellsAngle) return told("dY", dy, values.get_units(), true);
     if (units_convertable(values.get_units(), positions.get_units()) <= 0) return "Angle: 0 deg";
@@ -78,7 +79,7 @@ std::string marks_text(std::span<const std::int16_t> curve, const VLAxis& positi
     return "\t";
 }
 
-std::string force_text(std::span<const std::int16_t> curve, const VLAxis& positions, const VLAxis& values, double zero,
+std::string force_text(std::span<const std::int16_t> curve, const VLAxis& positions, const VLAxis& values,
                        const force_curve_stats& stats)
 {
     std::string text;
@@ -92,10 +93,10 @@ std::string force_text(std::span<const std::int16_t> curve, const VLAxis& positi
         text += '\t' + told("Fmin", lowest - stats.zeroAt(stats.min_index), values.get_units(), true) + '\t';
     }
     for (std::uint32_t i = 0; i < stats.valley_count; ++i)
-        text +=
-            base::formatted("\tS%u: %G %sx%s", i + 1,
-                            valley_area(curve.data(), {values.scale, zero}, positions.scale, stats, stats.valleys[i]),
-                            values.get_units(), positions.get_units());
+        text += base::formatted(
+            "\tS%u: %G %sx%s", i + 1,
+            valley_area(curve.data(), {values.scale, values.start}, positions.scale, stats, stats.valleys[i]),
+            values.get_units(), positions.get_units());
     return text;
 }
 

@@ -23,6 +23,7 @@ struct section_marks_told {
     bool tellsAngle = false;                    ///< in place of the height
     marked_stretch marks;                       ///< the two vertical lines, samples
     double firstValue = 0.0, secondValue = 0.0; ///< of the curve there
+    bool areMeasured = true;                    ///< both
     double position = 0.0, value = 0.0;         ///< of the crossbar
     std::optional<double> rate;                 ///< lines a second, when the image tells
     std::uint32_t lineSamples = 0;              ///< of dimension 0
@@ -33,9 +34,8 @@ VLDV_INTERNAL_API std::string marks_text(std::span<const std::int16_t> curve, co
                                          const VLAxis& values, const section_marks_told& told);
 
 /// Slope, adhesion and areas of the valleys of a force curve, each behind a tab; empty when nothing was found.
-/// \param zero  added to raw * scale
 VLDV_INTERNAL_API std::string force_text(std::span<const std::int16_t> curve, const VLAxis& positions,
-                                         const VLAxis& values, double zero, const force_curve_stats& stats);
+                                         const VLAxis& values, const force_curve_stats& stats);
 /// "A: …\tB: …\tR^2: …\tSD: …" with the slope over the positions.
 VLDV_INTERNAL_API std::string trend_text(const trend_line& trend, double positionScale);
 
