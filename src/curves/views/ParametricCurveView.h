@@ -1,9 +1,9 @@
 #pragma once
-#include "curves/figures/display/part_control.h"
 #include "curves/figures/force/force_curve_stats.h"
 #include "curves/figures/pairs/pair_marks.h"
 #include "curves/figures/pairs/pair_pane.h"
 #include "curves/figures/pairs/pair_source.h"
+#include "platform/draw/part_control.h"
 #include "view/ImageView.h"
 #include "vldv_api.h"
 
@@ -132,7 +132,7 @@ private:
     vldv::curves::pair_series active;
     vldv::curves::pair_pane pane;
     vldv::curves::pair_mark_set marks;
-    vldv::curves::part_control partControl; ///< part of the positions that is shown
+    vldv::platform::part_control partControl; ///< part of the positions that is shown
     std::array<double, 4> markY{};
     std::map<unsigned, force_curve_stats> stats; ///< of the curves that were shown with them
     std::wstring text;

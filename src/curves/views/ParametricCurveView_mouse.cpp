@@ -117,7 +117,7 @@ void CParametricCurveView::OnCaptureChanged()
 CRect CParametricCurveView::axisRect() const
 {
     constexpr int height = 20; // pixels of the numbers below the pane
-    return curves::axis_strip(displayRect, height);
+    return platform::axis_strip(displayRect, height);
 }
 
 void CParametricCurveView::showPart()

@@ -2,7 +2,6 @@
 #include "curves/figures/curve_functions.h"
 #include "curves/figures/curve_spectrum.h"
 #include "curves/figures/display/curve_pane.h"
-#include "curves/figures/display/part_control.h"
 #include "curves/figures/display/section_marks.h"
 #include "curves/figures/force/force_curve_stats.h"
 #include "curves/figures/force/measured_curve.h"
@@ -10,6 +9,7 @@
 #include "curves/figures/profile.h"
 #include "curves/figures/trend_line.h"
 #include "curves/views/step_link.h"
+#include "platform/draw/part_control.h"
 #include "view/ImageView.h"
 #include "view/image/SectionSource.h"
 #include "vldv_api.h"
@@ -240,7 +240,7 @@ private:
     std::wstring text, spectrumLine;
     int textRows = 1; ///< below the curves, as they were drawn last
     vldv::curves::step_link steps{*this};
-    vldv::curves::part_control partControl; ///< part of the curves that is shown
+    vldv::platform::part_control partControl; ///< part of the curves that is shown
     CSize displaySize{512, 160};
     bool isSizing = false;
 };

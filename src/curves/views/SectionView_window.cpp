@@ -28,7 +28,7 @@ bool CSectionView::OnMouseWheel(unsigned flags, int delta, CPoint point)
     return true;
 }
 
-CRect CSectionView::axisRect() const { return curves::axis_strip(displayRect, intOption("TextVertSpace")); }
+CRect CSectionView::axisRect() const { return platform::axis_strip(displayRect, intOption("TextVertSpace")); }
 
 /// What is read at a point: a value of the active curve, or of the spectrum; empty outside of both.
 std::string CSectionView::pointerText(CPoint point) const

@@ -106,7 +106,8 @@ TEST(CurvePoints, APartOfACurveCoversWhatItCoversOfTheWhole)
             if (each[2] >= 3 && each[0] < 3 + width) lines.push_back(each);
         return std::pair(pixels, lines);
     };
-    for (const shown_part part : {shown_part{0.25, 0.75}, {0.9, 1.0}, {0.5, 0.502}, {0.3, 0.30004}}) {
+    for (const platform::shown_part part :
+         {platform::shown_part{0.25, 0.75}, {0.9, 1.0}, {0.5, 0.502}, {0.3, 0.30004}}) {
         curve_pane pane = make_pane({100, 80}, 50'000, range_of(curve), VLAxis(0, 1, "nm"), 0.0, {});
         pane.part = part;
         std::vector<CPoint> few, all;
@@ -154,18 +155,18 @@ TEST(PlacedPoints, KeepTheirPlaceAndComeBack)
 
 TEST(ShownPart, ZoomsAroundAPlaceAndStaysInside)
 {
-    const shown_part half = zoomed({}, 2.0, 0.3, 1001);
+    const platform::shown_part half = platform::zoomed({}, 2.0, 0.3, 1001);
     EXPECT_DOUBLE_EQ(half.from, 0.15);
     EXPECT_DOUBLE_EQ(half.to, 0.65);
-    EXPECT_EQ(zoomed(half, 0.5, 0.9, 1001), shown_part());
-    EXPECT_DOUBLE_EQ(zoomed({}, 2.0, 1.0, 1001).to, 1.0);
-    EXPECT_DOUBLE_EQ(panned(half, 0.5).from, 0.4);
-    EXPECT_DOUBLE_EQ(panned(half, 9.0).to, 1.0);
-    EXPECT_DOUBLE_EQ(panned(half, -9.0).from, 0.0);
-    shown_part close;
-    for (int i = 0; i < 200; ++i) close = zoomed(close, 1.25, 0.5, 1001);
+    EXPECT_EQ(platform::zoomed(half, 0.5, 0.9, 1001), platform::shown_part());
+    EXPECT_DOUBLE_EQ(platform::zoomed({}, 2.0, 1.0, 1001).to, 1.0);
+    EXPECT_DOUBLE_EQ(platform::panned(half, 0.5).from, 0.4);
+    EXPECT_DOUBLE_EQ(platform::panned(half, 9.0).to, 1.0);
+    EXPECT_DOUBLE_EQ(platform::panned(half, -9.0).from, 0.0);
+    platform::shown_part close;
+    for (int i = 0; i < 200; ++i) close = platform::zoomed(close, 1.25, 0.5, 1001);
     EXPECT_NEAR(close.width(), 0.002, 1e-12) << "two steps of a thousand";
-    EXPECT_EQ(zoomed({}, 2.0, 0.5, 1), shown_part()) << "one sample is all";
+    EXPECT_EQ(platform::zoomed({}, 2.0, 0.5, 1), platform::shown_part()) << "one sample is all";
 }
 
 TEST(SectionText, TellsDistancesAreasAnglesAndTimes)

@@ -1,8 +1,8 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "curves/figures/display/shown_part.h"
 #include "document/MinMaxInfo.h"
 #include "platform/draw/geometry.h"
+#include "platform/draw/shown_part.h"
 #include "vldv_api.h"
 
 #include <cstdint>
@@ -23,12 +23,12 @@ struct fixed_heights {
 /// the range.
 struct VLDV_INTERNAL_API curve_pane {
     CSize size;
-    std::uint32_t samples = 0;  ///< of a curve
-    double pixelsPerStep = 1.0; ///< rows for one step of the raw samples
-    double offset = 0.0;        ///< rows that the lowest sample lies below the pane's lower edge
-    int lowest = 0;             ///< raw sample
-    bool isFixed = false;       ///< the range is the user's
-    shown_part part{};          ///< of the curve, along X
+    std::uint32_t samples = 0;   ///< of a curve
+    double pixelsPerStep = 1.0;  ///< rows for one step of the raw samples
+    double offset = 0.0;         ///< rows that the lowest sample lies below the pane's lower edge
+    int lowest = 0;              ///< raw sample
+    bool isFixed = false;        ///< the range is the user's
+    platform::shown_part part{}; ///< of the curve, along X
 
     /// The same pane whose columns and rows are so many times as many, for devices that show more than pixels.
     curve_pane finer(int parts) const noexcept;

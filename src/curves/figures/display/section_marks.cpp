@@ -14,9 +14,9 @@ const CRect& pane_of(int number, const mark_panes& panes) noexcept
     return number == spectrumMark ? panes.spectrum : panes.curve;
 }
 
-shown_part part_of(int number, const mark_panes& panes) noexcept
+platform::shown_part part_of(int number, const mark_panes& panes) noexcept
 {
-    return number == spectrumMark ? shown_part{} : panes.part;
+    return number == spectrumMark ? platform::shown_part{} : panes.part;
 }
 
 double share_across(int number, CPoint at, const mark_panes& panes) noexcept

@@ -1,7 +1,7 @@
 #pragma once
 #include "curves/figures/display/section_text.h"
-#include "curves/figures/display/shown_part.h"
 #include "platform/draw/geometry.h"
+#include "platform/draw/shown_part.h"
 #include "vldv_api.h"
 
 #include <array>
@@ -27,7 +27,7 @@ enum section_mark_number : int {
 /// Where the marks can be taken hold of, client pixels. Without a spectrum its pane is empty.
 struct mark_panes {
     CRect curve, spectrum;
-    shown_part part{}; ///< of the curve in its pane
+    platform::shown_part part{}; ///< of the curve in its pane
 };
 
 /// The marks of a section, and which of them the mouse holds.

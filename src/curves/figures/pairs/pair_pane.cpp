@@ -59,7 +59,10 @@ pair_pane pair_pane::finer(int parts) const noexcept
     return made;
 }
 
-void pair_pane::show(const shown_part& part) noexcept { across = {positionAt(part.from), positionAt(part.to)}; }
+void pair_pane::show(const platform::shown_part& part) noexcept
+{
+    across = {positionAt(part.from), positionAt(part.to)};
+}
 
 raw_span pair_pane::physical(const raw_span& raw, const VLAxis& axis) noexcept
 {

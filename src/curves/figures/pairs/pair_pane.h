@@ -1,8 +1,8 @@
 #pragma once
 #include "base/VLAxis.h"
-#include "curves/figures/display/shown_part.h"
 #include "curves/figures/pairs/pair_series.h"
 #include "platform/draw/geometry.h"
+#include "platform/draw/shown_part.h"
 #include "vldv_api.h"
 
 #include <cstddef>
@@ -35,7 +35,7 @@ public:
     /// The same pane whose columns and rows are so many times as many, for devices that show more than pixels.
     pair_pane finer(int parts) const noexcept;
     /// Only this part of the positions from now on.
-    void show(const shown_part& part) noexcept;
+    void show(const platform::shown_part& part) noexcept;
 
     /// Of a physical position or value: 0 at the left or lower edge, 1 at the other one.
     double shareOfX(double position) const noexcept { return share(position, across); }

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace vldv::curves {
+namespace vldv::platform {
 
 /// The part of a curve that a pane shows along X, as fractions of the curve's length: 0 is its first sample, 1 its
 /// last.
@@ -25,4 +25,4 @@ VLDV_INTERNAL_API shown_part zoomed(const shown_part& part, double factor, doubl
 /// The same width further along the curve by a fraction of the pane, up to the curve's ends.
 VLDV_INTERNAL_API shown_part panned(const shown_part& part, double by) noexcept;
 
-} // namespace vldv::curves
+} // namespace vldv::platform

@@ -1,8 +1,8 @@
-#include "curves/figures/display/shown_part.h"
+#include "platform/draw/shown_part.h"
 
 #include <algorithm>
 
-namespace vldv::curves {
+namespace vldv::platform {
 
 namespace {
 
@@ -30,4 +30,4 @@ shown_part panned(const shown_part& part, double by) noexcept
     return brought_inside(part.from + by * part.width(), part.width());
 }
 
-} // namespace vldv::curves
+} // namespace vldv::platform

@@ -1,10 +1,10 @@
-#include "curves/figures/display/part_control.h"
+#include "platform/draw/part_control.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-namespace vldv::curves {
+namespace vldv::platform {
 
 namespace {
 
@@ -35,4 +35,4 @@ bool part_control::drag(CPoint at, const CRect& pane) noexcept
     return grip && change(panned(grip->before, (grip->from - at.x) / columns_of(pane)));
 }
 
-} // namespace vldv::curves
+} // namespace vldv::platform

@@ -1,11 +1,11 @@
 #pragma once
-#include "curves/figures/display/shown_part.h"
 #include "platform/draw/geometry.h"
+#include "platform/draw/shown_part.h"
 #include "vldv_api.h"
 
 #include <optional>
 
-namespace vldv::curves {
+namespace vldv::platform {
 
 /// The part of curves along X that the user chooses: the wheel zooms around the pointer, the numbers below the pane are
 /// taken hold of and dragged. It goes with a window, not with its options. Places are client pixels.
@@ -40,4 +40,4 @@ inline CRect axis_strip(const CRect& pane, int height) noexcept
     return {pane.left, pane.bottom, pane.right, pane.bottom + height};
 }
 
-} // namespace vldv::curves
+} // namespace vldv::platform
