@@ -4,7 +4,6 @@
 #include "curves/figures/pairs/typed_pair_marks.h"
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/select_x.h"
-#include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
 #include "platform/app/Clipboard.h"
 #include "resources/commands.h"
@@ -14,6 +13,7 @@
 #include "view/dialogs/variable_rows.h"
 #include "view/frame/open_view.h"
 #include "view/image/picture_export.h"
+#include "view/image/table_file.h"
 
 #include <algorithm>
 
@@ -103,7 +103,7 @@ void CParametricCurveView::Export(int filter, const wchar_t* path)
     const int ofBase = CountExportFormats(CImageView::GetExportFilters().c_str());
     if (filter <= ofBase) return CImageView::Export(filter, path);
     if (filter > ofBase + 1 || !IsGood()) return;
-    curves::save_table(path, table());
+    view::save_table(path, table());
 }
 
 /// Each curve between the two marks, or its sample under the crossbar, as a section tells them.

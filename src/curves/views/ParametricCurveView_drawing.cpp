@@ -6,6 +6,7 @@
 #include "curves/views/curve_names.h"
 #include "document/StorageDoc.h"
 #include "platform/draw/DC.h"
+#include "view/axes/chart_axes.h"
 
 #include <algorithm>
 
@@ -192,9 +193,8 @@ void CParametricCurveView::OnDrawLegend(CDC& dc)
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(colorOption("legend"));
     const curves::raw_span x = pane.positions(), y = pane.values();
-    curves::draw_chart_frame(dc, *this, displayRect,
-                             view::shown_span(axisX().get_units(), x.low, x.high - x.low, false),
-                             view::shown_span(axisY().get_units(), y.low, y.high - y.low, true));
+    view::draw_chart_frame(dc, *this, displayRect, view::shown_span(axisX().get_units(), x.low, x.high - x.low, false),
+                           view::shown_span(axisY().get_units(), y.low, y.high - y.low, true));
     // The axes' names stand in the corners at their ends.
     const std::wstring across = base::widen(name_of(*positions()));
     const std::wstring up = base::widen(name_of(storageDoc()->getImage(imageNumber)));

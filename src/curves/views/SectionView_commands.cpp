@@ -5,7 +5,6 @@
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/select_x.h"
-#include "curves/views/table_file.h"
 #include "document/StorageDoc.h"
 #include "document/samples/point_counts.h"
 #include "platform/app/Clipboard.h"
@@ -17,6 +16,7 @@
 #include "resources/strings.h"
 #include "view/frame/open_view.h"
 #include "view/image/picture_export.h"
+#include "view/image/table_file.h"
 
 #include <algorithm>
 #include <utility>
@@ -150,5 +150,5 @@ void CSectionView::Export(int filter, const wchar_t* path)
     if (filter > ofBase + 1 || !source || !hasCurves()) return;
     const std::string table = curves::section_text(section, points, source->get_dimensions_number(), positionAxis(),
                                                    valueAxis(), 0, section.curves - 1);
-    curves::save_table(path, table);
+    view::save_table(path, table);
 }

@@ -7,6 +7,7 @@
 #include "curves/views/curve_names.h"
 #include "curves/views/section_legend.h"
 #include "document/StorageDoc.h"
+#include "view/axes/chart_axes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -59,10 +60,10 @@ void CSectionView::OnDrawLegend(CDC& dc)
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(colorOption("legend"));
     const VLAxis &x = positionAxis(), &y = valueAxis();
-    curves::draw_chart_frame(dc, *this, displayRect,
-                             view::shown_span(x.get_units(), positionStart() + pane.firstShown() * x.scale,
-                                              (pane.lastShown() - pane.firstShown()) * x.scale, false),
-                             view::shown_span(y.get_units(), heightStart(), shownHeights().range, true));
+    view::draw_chart_frame(dc, *this, displayRect,
+                           view::shown_span(x.get_units(), positionStart() + pane.firstShown() * x.scale,
+                                            (pane.lastShown() - pane.firstShown()) * x.scale, false),
+                           view::shown_span(y.get_units(), heightStart(), shownHeights().range, true));
     if (const CRect below = panes().spectrum; !below.IsRectEmpty()) drawSpectrumAxes(dc, below);
     dc.RestoreDC(saved);
 }
@@ -74,14 +75,14 @@ void CSectionView::drawSpectrumAxes(CDC& dc, const CRect& below)
     const std::string frequency = std::string("1/") + x.get_units();
     const view::shown_axis across =
         view::counted_in_powers({0.0, length == 0.0 ? 0.0 : (shownLength() / 2 + 1) / length, frequency});
-    if (isOptionOn("normalize_spectrum")) return curves::draw_chart_frame(dc, *this, below, across, {0.0, 1.0, ""});
+    if (isOptionOn("normalize_spectrum")) return view::draw_chart_frame(dc, *this, below, across, {0.0, 1.0, ""});
     double most = spectrum.max;
     std::string units = default_units_z(valueAxis().get_units(), &most);
     if (intOption("spectrum_mode") == 0) {
         most = spectrum.max; // of a square no prefix reads as that of its side
         units = std::string(valueAxis().get_units()) + "^2";
     }
-    curves::draw_chart_frame(dc, *this, below, across, view::counted_in_powers({0.0, most, units}));
+    view::draw_chart_frame(dc, *this, below, across, view::counted_in_powers({0.0, most, units}));
 }
 
 void CSectionView::drawFigures(CDC& dc)

@@ -83,4 +83,21 @@ CPen grid_pen(const CDCView& view)
     }
 }
 
+void draw_chart_frame(CDC& dc, const CDCView& shown, const CRect& pane, const shown_axis& x, const shown_axis& y)
+{
+    constexpr std::uint32_t labelled = AXIS_LINE | AXIS_TICKS | AXIS_TEXT;
+    const CPen pen = axis_pen(shown);
+    const int xTics = shown.intOption("tics.x.number"), xLength = shown.intOption("tics.x.length");
+    const int yTics = shown.intOption("tics.y.number"), yLength = shown.intOption("tics.y.length");
+    const CPoint lowerLeft{pane.left, pane.bottom}, upperRight{pane.right, pane.top};
+    draw_side(dc, pen, y, {lowerLeft, pane.TopLeft(), AXIS_VERTICAL | AXIS_OTHER_SIDE | labelled}, yTics, yLength);
+    draw_side(dc, pen, y, {pane.BottomRight(), upperRight, AXIS_VERTICAL | AXIS_LINE | AXIS_TICKS}, yTics, yLength);
+    draw_side(dc, pen, x, {lowerLeft, pane.BottomRight(), labelled}, xTics, xLength);
+    draw_side(dc, pen, x, {pane.TopLeft(), upperRight, AXIS_LINE | AXIS_OTHER_SIDE | AXIS_TICKS}, xTics, xLength);
+    if (const int grid = shown.intOption("grid.show")) {
+        dc.SelectObject(grid_pen(shown));
+        DrawGrid(&dc, pane, grid, x.start, x.end, y.start, y.end, false, xTics, yTics);
+    }
+}
+
 } // namespace vldv::view

@@ -31,4 +31,7 @@ void draw_side(CDC& dc, const CPen& pen, const shown_axis& shown, const chart_si
 CPen axis_pen(const CDCView& view);
 CPen grid_pen(const CDCView& view);
 
+/// Axes along all sides of a pane, labelled at the left and below, and the grid inside, as the view's options say.
+void draw_chart_frame(CDC& dc, const CDCView& shown, const CRect& pane, const shown_axis& x, const shown_axis& y);
+
 } // namespace vldv::view

@@ -1,4 +1,4 @@
-#include "curves/views/table_file.h"
+#include "view/image/table_file.h"
 
 #include "base/text.h"
 #include "output/picture_writer.h"
@@ -9,7 +9,7 @@
 
 #include <span>
 
-namespace vldv::curves {
+namespace vldv::view {
 
 void save_table(const wchar_t* path, const std::string& text)
 {
@@ -22,4 +22,4 @@ void save_table(const wchar_t* path, const std::string& text)
     }
 }
 
-} // namespace vldv::curves
+} // namespace vldv::view
