@@ -5,6 +5,7 @@
 #include "document/StorageDocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
+#include "spectra/views/HistogramView.h"
 #include "surface/views/QVSurfView.h"
 #include "view/ChildFrame.h"
 #include "view/panes/ParametersView.h"
@@ -28,6 +29,7 @@ constexpr CRuntimeClass classes[] = {
     {"CDocument", nullptr, create_object<CDocument>},
     {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>},
     {"CQVSurfView", &surfaceView, create_object<CQVSurfView>},
+    {"CHistogramView", nullptr, create_object<CHistogramView>},
     {"CLineView", &sectionView, create_object<CLineView>},
     {"CParametricCurveView", nullptr, create_object<CParametricCurveView>},
     {"CParametersView", nullptr, create_object<CParametersView>},
