@@ -1,7 +1,8 @@
 # Flags that every target shares. Contraction is off so that a result does not depend on the machine's FMA.
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  # Precompiled headers are kept, too.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
 # Nobody puts functions of his own before those of the library, so that they may be called and inlined directly.

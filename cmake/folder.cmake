@@ -64,8 +64,12 @@ function(vldv_test name)
   target_compile_definitions(test_${name} PRIVATE
     VLDV_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     VLDV_SAMPLES="${VLDV_SAMPLES}")
-  if(NOT VLDV_SANITIZE)
-    target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
+  target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
+  # So that the compiler cache knows them again.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(test_${name} PRIVATE -fpch-preprocess)
+  else()
+    target_compile_options(test_${name} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
   endif()
   gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
 endfunction()
