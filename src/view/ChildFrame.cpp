@@ -7,6 +7,7 @@
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
+#include "view/panes/TextView.h"
 
 #include <cmath>
 
@@ -184,6 +185,12 @@ std::wstring CChildFrame::OnSubimageGetTooltip(int tab) const
 {
     return tab >= 0 && static_cast<std::size_t>(tab) < bar.names.size() ? bar.names[static_cast<std::size_t>(tab)]
                                                                         : std::wstring();
+}
+
+void CChildFrame::OnClose()
+{
+    auto* const results = dynamic_cast<CTextView*>(GetActiveView());
+    if (!results || results->mayClose()) CFrameWnd::OnClose();
 }
 
 void CChildFrame::OnUpdateFrameTitle(bool addNumber)

@@ -68,6 +68,8 @@ public:
     /// Both are there and fit each other.
     virtual bool GetImageViewAndDoc(CImageView*& view, CStorageDoc*& document) const;
 
+    /// Asks first where something would be lost.
+    void OnClose() override;
     void OnUpdateFrameTitle(bool addNumber) override;
     void OnResetToolbar() override;
     std::vector<vldv::toolbar_button> addedButtons() override;

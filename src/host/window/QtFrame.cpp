@@ -2,6 +2,7 @@
 
 #include "host/menus/command_door.h"
 #include "host/menus/qt_toolbar.h"
+#include "host/window/SubimageTabs.h"
 #include "host/window/tiling.h"
 #include "platform/app/WinApp.h"
 #include "view/ChildFrame.h"
@@ -13,7 +14,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QStyle>
-#include <QTabBar>
 #include <QTimer>
 #include <QToolBar>
 
@@ -36,7 +36,7 @@ CQtFrame::CQtFrame(CWnd& logic_, QMdiArea& area) : CQtPeer(logic_, new QWidget)
     sub->installEventFilter(this);
     // Closing by key is a command of the menus; twice the same key would do nothing.
     for (QAction* const action : sub->systemMenu()->actions()) action->setShortcut({});
-    tabs = new QTabBar(widget);
+    tabs = new CSubimageTabs(widget);
     tabs->setExpanding(false);
     tabs->setDrawBase(false);
     tabs->setUsesScrollButtons(true);

@@ -40,13 +40,27 @@ void CTextView::appendText(const std::wstring& more)
             added.erase(0, std::min(first_line(added).size() + lineEnd.size(), added.size()));
     }
     text += added;
+    isKept = false;
     if (getPeer()) getPeer()->setText(text);
 }
 
 void CTextView::Clear()
 {
     text.clear();
+    isKept = true;
     if (getPeer()) getPeer()->setText(text);
+}
+
+bool CTextView::mayClose()
+{
+    CWinApp* const app = AfxGetApp();
+    if (isKept || !app) return true;
+    constexpr std::size_t close = 1;
+    const auto answer =
+        app->host().ask({"The results in this window were neither saved nor copied, and are lost with it.",
+                         {"&Keep the window", "&Close it"},
+                         0});
+    return answer == close;
 }
 
 std::wstring CTextView::selectedText() const { return getPeer() ? getPeer()->selectedText() : std::wstring(); }

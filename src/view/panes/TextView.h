@@ -12,6 +12,9 @@ public:
     void appendText(const std::wstring& more);
     const std::wstring& getText() const noexcept { return text; }
     void Clear();
+    void contentKept() override { isKept = true; }
+    /// Closing the window loses text that stands nowhere else. The user is asked. \return it may close
+    bool mayClose();
 
     vldv::window_kind kind() const noexcept override { return vldv::window_kind::text; }
     std::wstring allText() const override { return text; }
@@ -21,6 +24,7 @@ public:
 
 private:
     std::wstring text;
+    bool isKept = true; ///< nothing was added since it was saved or copied
 };
 
 /// The text window of a document, opened when there is none. \param created  may be null \return null when it cannot be

@@ -22,13 +22,14 @@ namespace {
 constexpr const char *extension = "txt", *tableExtension = ".csv";
 constexpr const char* tableFilter = "Comma Separated Values (*.csv)|*.csv|";
 
-void copy(const IPaneContent& content)
+void copy(IPaneContent& content)
 {
     const open_clipboard clipboard;
     if (!clipboard) return;
     const std::wstring selected = content.selectedText();
     clipboard->empty();
     clipboard->setText(selected.empty() ? content.allText() : selected);
+    if (selected.empty() || selected == content.allText()) content.contentKept();
 }
 
 std::wstring suggested_path(const IPaneContent& content)
@@ -40,7 +41,7 @@ std::wstring suggested_path(const IPaneContent& content)
     return (folder.empty() ? name : folder + L'/' + name) + L'.' + base::widen(extension);
 }
 
-void save(const IPaneContent& content, IHost& host)
+void save(IPaneContent& content, IHost& host)
 {
     const auto path = host.askSavePath({.suggestedPath = suggested_path(content),
                                         .filter = std::string(string_resource(texts::textFilter)) + tableFilter,
@@ -51,6 +52,7 @@ void save(const IPaneContent& content, IHost& host)
         const std::string text = base::narrow(content.allText());
         const bool isTable = base::equal_ignoring_case(file.extension().string(), tableExtension);
         platform::write_text_file(file, isTable ? output::comma_separated(text) : text);
+        content.contentKept();
     } catch (const CException& failure) {
         host.messageBox(failure.what(), message_icon::error);
     }

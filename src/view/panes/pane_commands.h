@@ -19,6 +19,8 @@ public:
     virtual std::wstring paneTitle() const = 0;
     /// Folder that a file is suggested in; empty: the present one.
     virtual std::wstring paneFolder() const { return {}; }
+    /// All of it stands in a file or on the clipboard now.
+    virtual void contentKept() {}
 
 protected:
     ~IPaneContent() = default;

@@ -1,5 +1,6 @@
 // Windows on curves as the desktop's painter draws them. The pane of the curves has 512 x 160 pixels, its upper left
 // corner at 50, 10.
+#include "curves/views/LineView.h"
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/section_view_fixture.h"
 #include "document/contact_model.h"
@@ -116,6 +117,44 @@ TEST_F(CurvePictures, ACrossbarOnTwoNamedCurves)
     EXPECT_NEAR(picture.count(blue, CRect(50, 10 + 80, 562, 10 + 81)), 512 / 2, 4);
     EXPECT_EQ(picture.textBox(L"Retract").right, 562 - 4 - 10) << "the last name";
     EXPECT_LT(picture.textBox(L"Approach").right, picture.textBox(L"Retract").left);
+}
+
+TEST_F(CurvePictures, ALineThatAStepLeads)
+{
+    static constexpr CRuntimeClass lineView = {"CLineView", nullptr, create_object<CLineView>};
+    register_runtime_class(lineView);
+    CMultiDocTemplate lines{103, "CStorageDoc", "CChildFrame", "CLineView"};
+    app.AddDocTemplate(&lines);
+    open(surface());
+    // On row i of 20 the step crosses column 5 + i / 2, counted from the left.
+    SPMDataStream step = test_support::made_stream("step0", {{20, VLAxis(0, 2, "nm")}}, VLAxis(0, 1, "nm"),
+                                                   [](unsigned i) { return static_cast<int>(5 + i / 2); });
+    step.values.set_axis(1, VLAxis(0, 1, "line"));
+    SPMDataStream::dimension rows = step.get_dimension(0);
+    rows.set_axis(1, VLAxis(0, 1, "line"));
+    step.set_dimension(0, rows);
+    document->AddNewImages(&step, 1);
+    document->setString("stepsearch.invert", "Left to Right", 1);
+    sections.setOpeningImage(1);
+    sections.InitialUpdateFrame(sections.CreateNewFrame(document, nullptr), document, true);
+    host.pump();
+    CSectionView& view = shown();
+    ASSERT_EQ(view.getImageNumber(), 1u);
+    view.OnKeyDown(VK_RIGHT); // from the middle, 9.5, to row 11
+    host.pump();
+    CLineView* line = nullptr;
+    for (CView* const each : document->views())
+        if (auto* const found = dynamic_cast<CLineView*>(each)) line = found;
+    ASSERT_TRUE(line);
+    const golden_picture step_picture = drawing(view), picture = drawing(*line);
+    EXPECT_TRUE(step_picture.equals("step"));
+    EXPECT_TRUE(picture.equals("step_line"));
+    // Row 11 of 19 of the step, column 10 of 39 of the line, of 511 pixels; every second pixel is drawn.
+    const auto upright = [](int x) { return CRect(50 + x, 10, 50 + x + 1, 170); };
+    EXPECT_NEAR(step_picture.count(blue, upright(static_cast<int>(std::lround(511.0 * 11 / 19)))), 160 / 2, 3);
+    EXPECT_NEAR(picture.count(blue, upright(static_cast<int>(std::lround(511.0 * 10 / 39)))), 160 / 2, 3);
+    while (!app.frames().empty()) app.frames().back()->DestroyFrame();
+    app.freeClosed();
 }
 
 TEST_F(CurvePictures, ACurveOverItsPositionsWithACrossbar)

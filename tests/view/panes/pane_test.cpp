@@ -94,6 +94,20 @@ TEST_F(TextPaneTest, CopiesTheSelectionOrAllAndSelectsAll)
     EXPECT_FALSE(view->OnCmdMsg(57643, &ui)) << "others go on to the document";
 }
 
+TEST_F(TextPaneTest, AsksBeforeResultsGoThatStandNowhereElse)
+{
+    EXPECT_TRUE(view->mayClose()) << "nothing to lose";
+    view->appendText(L"one");
+    EXPECT_FALSE(view->mayClose()) << "the first answer keeps it";
+    host.answers = {1};
+    EXPECT_TRUE(view->mayClose());
+    view->OnCmdMsg(57634, nullptr);
+    EXPECT_TRUE(view->mayClose());
+    EXPECT_EQ(host.questions.size(), 2u) << "all of it was copied";
+    view->appendText(L"two");
+    EXPECT_FALSE(view->mayClose());
+}
+
 TEST_F(TextPaneTest, SavesItsTextBesideTheDocument)
 {
     view->appendText(L"height\t1 µm");
