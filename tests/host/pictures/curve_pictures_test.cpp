@@ -18,6 +18,12 @@ constexpr unsigned red = 0xFF0000, green = 0x008000, blue = 0x0000FF, grey = 0xC
 
 class CurvePictures : public SectionViewTest {
 protected:
+    CurvePictures()
+    {
+        static constexpr CRuntimeClass lineView = {"CLineView", nullptr, create_object<CLineView>};
+        register_runtime_class(lineView);
+        app.AddDocTemplate(&lines);
+    }
     golden_picture drawing(CImageView& view)
     {
         view.image.Init(&reference); // curves are painted there first
@@ -38,6 +44,7 @@ protected:
         return {};
     }
 
+    CMultiDocTemplate lines{103, "CStorageDoc", "CChildFrame", "CLineView"};
     paint::CQtDC reference{CSize{96, 96}};
 };
 
@@ -121,11 +128,9 @@ TEST_F(CurvePictures, ACrossbarOnTwoNamedCurves)
 
 TEST_F(CurvePictures, ALineThatAStepLeads)
 {
-    static constexpr CRuntimeClass lineView = {"CLineView", nullptr, create_object<CLineView>};
-    register_runtime_class(lineView);
-    CMultiDocTemplate lines{103, "CStorageDoc", "CChildFrame", "CLineView"};
-    app.AddDocTemplate(&lines);
-    open(surface());
+    open(ramps());
+    const SPMDataStream image = surface();
+    document->AddNewImages(&image, 1);
     // On row i of 20 the step crosses column 5 + i / 2, counted from the left.
     SPMDataStream step = test_support::made_stream("step0", {{20, VLAxis(0, 2, "nm")}}, VLAxis(0, 1, "nm"),
                                                    [](unsigned i) { return static_cast<int>(5 + i / 2); });
@@ -134,12 +139,12 @@ TEST_F(CurvePictures, ALineThatAStepLeads)
     rows.set_axis(1, VLAxis(0, 1, "line"));
     step.set_dimension(0, rows);
     document->AddNewImages(&step, 1);
-    document->setString("stepsearch.invert", "Left to Right", 1);
-    sections.setOpeningImage(1);
+    document->setString("stepsearch.invert", "Left to Right", 2);
+    sections.setOpeningImage(2);
     sections.InitialUpdateFrame(sections.CreateNewFrame(document, nullptr), document, true);
     host.pump();
     CSectionView& view = shown();
-    ASSERT_EQ(view.getImageNumber(), 1u);
+    ASSERT_EQ(view.getImageNumber(), 2u);
     view.OnKeyDown(VK_RIGHT); // from the middle, 9.5, to row 11
     host.pump();
     CLineView* line = nullptr;
@@ -153,8 +158,6 @@ TEST_F(CurvePictures, ALineThatAStepLeads)
     const auto upright = [](int x) { return CRect(50 + x, 10, 50 + x + 1, 170); };
     EXPECT_NEAR(step_picture.count(blue, upright(static_cast<int>(std::lround(511.0 * 11 / 19)))), 160 / 2, 3);
     EXPECT_NEAR(picture.count(blue, upright(static_cast<int>(std::lround(511.0 * 10 / 39)))), 160 / 2, 3);
-    while (!app.frames().empty()) app.frames().back()->DestroyFrame();
-    app.freeClosed();
 }
 
 TEST_F(CurvePictures, ACurveOverItsPositionsWithACrossbar)
