@@ -127,6 +127,17 @@ TEST_F(CurvePictures, HaveTheSpectrumBelow)
     EXPECT_THAT(both, HasSubstr(">1/nm</text>"));
 }
 
+TEST_F(CurvePictures, AreHistogramsOfCurvesAndSurfaces)
+{
+    // Five samples from 0 to 159 nm make one bar, which has them all; delimiters at a quarter and three quarters.
+    const std::string bars = svg({"t.spm", "--view", "histogram"});
+    EXPECT_THAT(bars, HasSubstr("viewBox=\"0 0 331 183\"")) << "256 x 128 and the margins";
+    EXPECT_THAT(bars, HasSubstr(">X0: 39.7500 nm</text>"));
+    EXPECT_THAT(bars, HasSubstr("%: 100.0</text>"));
+    EXPECT_THAT(svg({"ridge.spm", "--view", "histogram"}), HasSubstr("X1-X0: "));
+    tells({"render", "t.spm", "-o", "x.png", "--view", "histogram", "--points", "0;1"}, "--points", 2);
+}
+
 TEST_F(CurvePictures, StandOverTheImageThatTheyAreMeasuredAgainst)
 {
     // 512 x 320 pixels: from (0, 0) to (511, 319).
@@ -178,7 +189,7 @@ TEST_F(CurvePictures, TakeOptionsOfTheirView)
         {{"--legend", "none", "--view", "spectrum"}, "none leaves the curves alone", 2},
         {{"--points", "1,1"}, "needs two points for a line", 2},
         {{"--points", "0,0;4,1", "--view", "surface"}, "another view is given", 2},
-        {{"--view", "volume"}, "expected surface, section, spectrum or parametric", 2},
+        {{"--view", "volume"}, "expected surface, section, spectrum, parametric or histogram", 2},
         {{"--sub", "1"}, "there is no such image or sub-image", 1},
     };
     for (const char* const output : {"x.svg", "x.png"})

@@ -136,12 +136,13 @@ void check(const picture_options& options, bool hasMode)
         throw CLI::ValidationError("--fixed", "is the window of --mode fixed, and another mode is given");
     if (options.absolute && !isFixed) throw CLI::ValidationError("--absolute", "needs --fixed or --mode fixed");
     const picture_view view = options.view;
-    if (!options.points.empty() && (view == picture_view::surface || view == picture_view::parametric))
+    if (!options.points.empty() && view != picture_view::automatic && view != picture_view::section &&
+        view != picture_view::spectrum)
         throw CLI::ValidationError("--points", "are those of a section or its spectrum, and another view is given");
     if (!options.points.empty() && parse_points(options.points)->size() < 2)
         throw CLI::ValidationError("--points", "needs two points for a line");
-    if (options.statistics && view == picture_view::surface)
-        throw CLI::ValidationError("--statistics", "draws the lines of force curves, and --view surface is given");
+    if (options.statistics && (view == picture_view::surface || view == picture_view::histogram))
+        throw CLI::ValidationError("--statistics", "draws the lines of force curves, and another view is given");
     if (options.legend == "none" && (view == picture_view::spectrum || options.statistics))
         throw CLI::ValidationError("--legend", "none leaves the curves alone, without spectrum and force lines");
     if (options.legend == "none" && !options.settings.empty() && view == picture_view::surface)
@@ -176,7 +177,8 @@ void add_render(CLI::App& app, int& status)
         {{"surface", picture_view::surface},
          {"section", picture_view::section},
          {"spectrum", picture_view::spectrum},
-         {"parametric", picture_view::parametric}});
+         {"parametric", picture_view::parametric},
+         {"histogram", picture_view::histogram}});
     command->add_option("--points", options->points, "Draw the section along a line through samples: x,y;x,y;…")
         ->check(points_problem);
     command->add_flag("--statistics", options->statistics, "Draw the lines of force curves");

@@ -4,6 +4,7 @@
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
 #include "document/StorageDoc.h"
+#include "spectra/views/HistogramView.h"
 
 #include <memory>
 
@@ -24,6 +25,11 @@ std::unique_ptr<CImageView> attached_view(CStorageDoc& document, const curve_win
         made->setXDataStream(window.positions);
         return made;
     }
+    if (window.kind == curve_view::histogram) {
+        auto made = std::make_unique<CHistogramView>();
+        attach(*made);
+        return made;
+    }
     auto made = std::make_unique<CSectionView>();
     attach(*made);
     for (std::size_t i = 0; i < window.points.size(); ++i) made->setPoint(static_cast<unsigned>(i), window.points[i]);
@@ -33,6 +39,7 @@ std::unique_ptr<CImageView> attached_view(CStorageDoc& document, const curve_win
 bool shows_curves(const CImageView& view)
 {
     if (const auto* const pairs = dynamic_cast<const CParametricCurveView*>(&view)) return pairs->IsGood();
+    if (const auto* const bars = dynamic_cast<const CHistogramView*>(&view)) return bars->IsGood();
     return !dynamic_cast<const CSectionView&>(view).getSection().isEmpty();
 }
 
@@ -63,7 +70,8 @@ bool is_bare(const CImageView& view, const curve_window& window)
 drawing bare_drawing(CImageView& view)
 {
     const bool isParametric = dynamic_cast<CParametricCurveView*>(&view) != nullptr;
-    view.setOption(isParametric ? "ShowMarks" : "marks_mode", isParametric ? "false" : "None");
+    if (!dynamic_cast<CHistogramView*>(&view))
+        view.setOption(isParametric ? "ShowMarks" : "marks_mode", isParametric ? "false" : "None");
     const CRect shown = view.displayRect;
     return {shown.Size(), view.colorOption("background"), [&view, shown](CDC& dc) {
                 const int saved = dc.SaveDC();
@@ -88,7 +96,7 @@ std::string draw_curve_window(CStorageDoc& document, const curve_window& window,
     view->Create(nullptr, view->kind());
     view->OnInitialUpdate();
     view->setActiveSubimage(window.sub);
-    if (!shows_curves(*view)) return "there are no samples to draw a curve through";
+    if (!shows_curves(*view)) return "there are no samples to draw";
     set_up_view(*view, window);
     if (std::string reason = window.setOptions(*view); !reason.empty()) return reason;
     const bool isBare = is_bare(*view, window);

@@ -12,8 +12,9 @@ class CStorageDoc;
 
 namespace vldv::cli {
 
-/// What a window on curves shows: them, their spectrum below, or them over another image.
-enum class curve_view { section, spectrum, parametric };
+/// What a window with a chart shows: curves, their spectrum below, curves over another image, or how often each height
+/// of a curve or surface occurs.
+enum class curve_view { section, spectrum, parametric, histogram };
 
 /// Whether axes, marks and texts stand around the curves.
 enum class curve_legend { whereItFits, always, never };

@@ -43,6 +43,8 @@ std::optional<picture_view> view_of(const CStorageDoc& document, unsigned image,
         return window_of(document, image, options.image >= 0);
     case picture_view::surface:
         return when(dimensions == 2);
+    case picture_view::histogram:
+        return when(dimensions <= 2);
     case picture_view::parametric:
         return when(dimensions == 1 && document::measuring_image(document, image).has_value());
     default:
@@ -60,6 +62,8 @@ std::string why_none(const CStorageDoc& document, unsigned image, const picture_
         return base::formatted("image %u is neither surface nor curve", image);
     case picture_view::surface:
         return base::formatted("image %u is no surface", image);
+    case picture_view::histogram:
+        return base::formatted("image %u is neither surface nor curve", image);
     case picture_view::parametric:
         return base::formatted("image %u is no curve that is measured against another image", image);
     default:
@@ -76,6 +80,7 @@ const char* what_is_missing(const picture_options& options)
     if (options.image >= 0 || options.sub >= 0) return "there is no such image or sub-image";
     switch (options.view) {
     case picture_view::automatic:
+    case picture_view::histogram:
         return "there is no surface and no curve to draw";
     case picture_view::surface:
         return "there is no surface to draw";
@@ -103,10 +108,10 @@ std::vector<picture_number> chosen_pictures(const CStorageDoc& document, const p
         }
         const unsigned count = document.getSubImagesNumber(image);
         // All curves stand in one window.
-        const bool isSurface = *view == picture_view::surface;
-        const unsigned opening = isSurface ? 0 : curves::opening_part(document.getImage(image));
+        const bool isEachApart = *view == picture_view::surface || *view == picture_view::histogram;
+        const unsigned opening = isEachApart ? 0 : curves::opening_part(document.getImage(image));
         const unsigned first = options.sub >= 0 ? static_cast<unsigned>(options.sub) : opening;
-        const unsigned end = options.sub >= 0 || !isSurface ? first + 1 : count;
+        const unsigned end = options.sub >= 0 || !isEachApart ? first + 1 : count;
         for (unsigned sub = first; sub < std::min(end, count); ++sub) found.push_back({image, sub, *view});
     }
     if (found.empty() && skipped.empty()) skipped = what_is_missing(options);

@@ -48,6 +48,7 @@ curve_window asked_curves(const CStorageDoc& document, const picture_number& whi
     window.image = which.image;
     window.sub = which.sub;
     if (which.view == picture_view::spectrum) window.kind = curve_view::spectrum;
+    if (which.view == picture_view::histogram) window.kind = curve_view::histogram;
     if (which.view == picture_view::parametric) {
         window.kind = curve_view::parametric;
         window.positions = document::measuring_image(document, which.image).value();
@@ -80,14 +81,16 @@ void set_up_scale(CScale& scale, const picture_options& options)
 std::string draw_window(CStorageDoc& document, const picture_number& which, const picture_options& options,
                         const drawing_user& use)
 {
-    if (which.view != picture_view::surface)
-        return draw_curve_window(document, asked_curves(document, which, options), use);
+    const bool hasHeights = which.view == picture_view::surface || which.view == picture_view::histogram;
+    if (!hasHeights) return draw_curve_window(document, asked_curves(document, which, options), use);
     if (document.getImage(which.image).array_type() != SPM_ARRAY_INT16) {
         document.getImage(which.image).convert_stream(SPM_ARRAY_INT16);
         document.revalidateImage(which.image);
     }
     const SPMDataStream& stream = document.getImage(which.image);
     if (stream.array_type() != SPM_ARRAY_INT16) return "its samples have no type";
+    if (which.view == picture_view::histogram)
+        return draw_curve_window(document, asked_curves(document, which, options), use);
     const CSize image{static_cast<int>(stream.get_dimension(0).length),
                       static_cast<int>(stream.get_dimension(1).length)};
     return draw_surface_window(document, asked_surface(which, options, image), use);

@@ -22,6 +22,7 @@ constexpr help_page helpPages[] = {
     {"The workstation", "workstation.md"},
     {"Surfaces", "surface.md"},
     {"Curves", "curves.md"},
+    {"Distributions", "distributions.md"},
     {"Files that open", "formats.md"},
     {"The command line", "command-line.md"},
     {"Licence", "LICENSE"},

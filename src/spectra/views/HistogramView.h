@@ -19,6 +19,8 @@ public:
     const char* viewKind() const override { return "CHistogramView"; }
     std::string GetViewSection() override { return "HistogramView"; }
 
+    /// There are samples.
+    bool IsGood() const noexcept { return hasBars(); }
     const vldv::spectra::height_histogram& getHistogram() const noexcept { return histogram; }
     const vldv::spectra::delimiters& getDelimiters() const noexcept { return control.shares(); }
     const std::wstring& getText() const noexcept { return text; }
