@@ -3,11 +3,11 @@
 #include "base/text.h"
 #include "curves/figures/display/curve_points.h"
 #include "curves/figures/display/spectrum_display.h"
-#include "curves/figures/display/text_rows.h"
 #include "curves/figures/measured_runs.h"
 #include "curves/views/SectionView.h"
 #include "curves/views/chart_drawing.h"
 #include "platform/app/WinApp.h"
+#include "view/axes/text_rows.h"
 
 #include <algorithm>
 
@@ -244,10 +244,9 @@ int CSectionView::rowHeight() const
 /// Texts move up towards the numbers of the axis where the margin has no room for all of their rows.
 CRect CSectionView::textRect(int line) const
 {
-    const int margin = intOption("BottomMargin"), row = rowHeight();
-    const int wanted = intOption("TextVertSpace"), rows = line == 0 ? textRows : 1;
+    const int margin = intOption("BottomMargin");
     const int space =
-        std::max({std::min({wanted, margin - rows * row, margin - row}), std::min({wanted, row, margin - row}), 0});
+        view::rows_below{intOption("TextVertSpace"), margin, rowHeight(), line == 0 ? textRows : 1}.space();
     const int top = displayRect.top + displayRect.Height() * (line + 1) + margin * line + space;
     return {displayRect.left, top, displayRect.right + intOption("RightMargin"), top + std::max(margin - space, 0)};
 }
@@ -260,7 +259,7 @@ void CSectionView::drawTexts(CDC& dc)
     dc.SetBkMode(TRANSPARENT);
     const int room = displayRect.Width() + intOption("RightMargin");
     const std::wstring rows =
-        curves::in_rows(text, [&](std::wstring_view row) { return dc.GetTabbedTextExtent(row, {}).cx <= room; });
+        view::in_rows(text, [&](std::wstring_view row) { return dc.GetTabbedTextExtent(row, {}).cx <= room; });
     textRows = 1 + static_cast<int>(std::ranges::count(rows, L'\n'));
     CRect place = textRect(0);
     dc.DrawText(rows, place, DT_EXPANDTABS);

@@ -78,6 +78,7 @@ private:
     void SetTextPos();
     void DrawHistogram(CDC& dc, CPoint origin);
     void drawDelimiters(CDC& dc);
+    void drawText(CDC& dc);
     vldv::spectra::count_scale countScale() const;
     CRect delimiterRect(int number) const;
     void invalidateDelimiters();

@@ -3,6 +3,7 @@
 #include "platform/draw/DC.h"
 #include "spectra/views/HistogramView.h"
 #include "view/axes/chart_axes.h"
+#include "view/axes/text_rows.h"
 
 #include <algorithm>
 
@@ -73,6 +74,21 @@ void CHistogramView::OnDrawData(CDC& dc)
     dc.RestoreDC(saved);
 }
 
+/// In as many rows as the window's width asks for.
+void CHistogramView::drawText(CDC& dc)
+{
+    constexpr int leading = 3; // between rows, pixels
+    const int room = displayRect.Width() + intOption("RightMargin"), margin = intOption("BottomMargin");
+    const std::wstring rows =
+        view::in_rows(text, [&](std::wstring_view row) { return dc.GetTabbedTextExtent(row, {}).cx <= room; });
+    const view::rows_below below{intOption("TextVertSpace"), margin, intOption("text_size") + leading,
+                                 1 + static_cast<int>(std::ranges::count(rows, L'\n'))};
+    textRect = {displayRect.left, displayRect.bottom + below.space(), displayRect.right + intOption("RightMargin"),
+                displayRect.bottom + margin};
+    CRect place = textRect;
+    dc.DrawText(rows, place, DT_EXPANDTABS);
+}
+
 void CHistogramView::OnDrawLegend(CDC& dc)
 {
     const int saved = dc.SaveDC();
@@ -85,9 +101,6 @@ void CHistogramView::OnDrawLegend(CDC& dc)
         view::draw_chart_frame(dc, *this, displayRect,
                                {at(partControl.part().from), at(partControl.part().to), shownUnits}, {0.0, 1.0, {}});
     }
-    textRect = {displayRect.left, displayRect.bottom + intOption("TextVertSpace"),
-                displayRect.right + intOption("RightMargin"), displayRect.bottom + intOption("BottomMargin")};
-    CRect place = textRect;
-    dc.DrawText(text, place, DT_EXPANDTABS);
+    drawText(dc);
     dc.RestoreDC(saved);
 }

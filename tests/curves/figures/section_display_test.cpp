@@ -3,7 +3,6 @@
 #include "curves/figures/display/curve_points.h"
 #include "curves/figures/display/section_text.h"
 #include "curves/figures/display/spectrum_display.h"
-#include "curves/figures/display/text_rows.h"
 #include "curves/figures/placed_points.h"
 
 #include <cmath>
@@ -116,21 +115,6 @@ TEST(CurvePoints, APartOfACurveCoversWhatItCoversOfTheWhole)
         EXPECT_EQ(inside(covered(few), 100), inside(covered(all), 100)) << part.from;
         EXPECT_LE(few.size(), 408u) << "what is out of sight costs nothing";
     }
-}
-
-TEST(TextRows, GoOnBehindATabWhereThereIsNoRoom)
-{
-    const auto fits = [](std::wstring_view row) { return row.size() <= 10; };
-    const struct {
-        const wchar_t *text, *rows;
-    } cases[] = {
-        {L"dX: 1\tdY: 2\r\n", L"dX: 1\ndY: 2"},
-        {L"a\tb\tc\r\n\tLine: 5", L"a\tb\tc\n\tLine: 5"},
-        {L"0123456789ab\tc", L"0123456789ab\nc"},
-        {L"a\t0123456789ab", L"a\n0123456789ab"},
-        {L"", L""},
-    };
-    for (const auto& each : cases) EXPECT_EQ(in_rows(each.text, fits), each.rows) << base::narrow(each.text);
 }
 
 TEST(PlacedPoints, KeepTheirPlaceAndComeBack)

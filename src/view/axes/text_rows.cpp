@@ -1,6 +1,8 @@
-#include "curves/figures/display/text_rows.h"
+#include "view/axes/text_rows.h"
 
-namespace vldv::curves {
+#include <algorithm>
+
+namespace vldv::view {
 
 namespace {
 
@@ -36,4 +38,9 @@ std::wstring in_rows(std::wstring_view text, const std::function<bool(std::wstri
     return rows;
 }
 
-} // namespace vldv::curves
+int rows_below::space() const noexcept
+{
+    return std::max({std::min({wanted, margin - count * row, margin - row}), std::min({wanted, row, margin - row}), 0});
+}
+
+} // namespace vldv::view
