@@ -5,7 +5,7 @@
 # of its tests, and scripts/check_includes.py reads the same list to check the headers. The objects of all folders that do not stand
 # APART make libvldv.so.
 function(vldv_folder name)
-  cmake_parse_arguments(FOLDER "APART" "" "MAY_USE;SOURCES;LIBRARIES;PCH" ${ARGN})
+  cmake_parse_arguments(FOLDER "APART" "" "MAY_USE;SOURCES;LIBRARIES" ${ARGN})
   string(REPLACE "/" "_" target vldv_${name})
   add_library(${target} STATIC ${FOLDER_SOURCES})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
@@ -19,8 +19,19 @@ function(vldv_folder name)
     set_property(GLOBAL APPEND PROPERTY VLDV_LIBRARY_FOLDERS ${target})
     set_property(GLOBAL APPEND PROPERTY VLDV_LIBRARY_PACKAGES ${FOLDER_LIBRARIES})
   endif()
-  if(FOLDER_PCH)
-    target_precompile_headers(${target} PRIVATE ${FOLDER_PCH})
+  # Headers that all have are read once for the sanitizers, which only repeat the developers' build: that one, and what a
+  # user builds, see whether each source includes what it uses.
+  if(VLDV_SANITIZE)
+    get_property(precompiled GLOBAL PROPERTY VLDV_PRECOMPILED)
+    if(precompiled AND NOT FOLDER_APART)
+      target_precompile_headers(${target} REUSE_FROM ${precompiled})
+    else()
+      target_precompile_headers(${target} PRIVATE <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory>
+        <optional> <set> <span> <string> <string_view> <utility> <vector>)
+    endif()
+    if(NOT precompiled AND NOT FOLDER_APART)
+      set_property(GLOBAL PROPERTY VLDV_PRECOMPILED ${target})
+    endif()
   endif()
 endfunction()
 
@@ -42,7 +53,8 @@ function(vldv_kernels name stem)
   foreach(set IN LISTS ARGN)
     if(set STREQUAL "plain" OR CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
       target_sources(${target} PRIVATE ${stem}_${set}.cpp)
-      set_source_files_properties(${stem}_${set}.cpp PROPERTIES COMPILE_OPTIONS "${${set}};${quiet}")
+      set_source_files_properties(${stem}_${set}.cpp PROPERTIES COMPILE_OPTIONS "${${set}};${quiet}"
+        SKIP_PRECOMPILE_HEADERS ON)
     endif()
   endforeach()
 endfunction()
@@ -65,11 +77,8 @@ function(vldv_test name)
     VLDV_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     VLDV_SAMPLES="${VLDV_SAMPLES}")
   target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
-  # So that the compiler cache knows them again.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_compile_options(test_${name} PRIVATE -fpch-preprocess)
-  else()
-    target_compile_options(test_${name} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
+    target_compile_options(test_${name} PRIVATE -fpch-preprocess) # so that the compiler cache knows them again
   endif()
   gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
 endfunction()
