@@ -48,10 +48,24 @@ frame_spectrum transform_frame(std::span<const std::int16_t> samples, int width,
 
 void restore_frame(const frame_spectrum& spectrum, std::span<std::int16_t> samples, unsigned threads)
 {
+    std::vector<float> scratch;
+    restore_frame(spectrum, samples, scratch, threads);
+}
+
+bool restore_frame(const frame_spectrum& spectrum, std::span<std::int16_t> samples, std::vector<float>& scratch,
+                   unsigned threads)
+{
     assert(samples.size() == spectrum.packed.size());
-    std::vector<float> image = spectrum.packed;
-    primitives::inverse_fft(image, spectrum.width, spectrum.height, threads);
-    along_plane(spectrum, [&](std::size_t i, double plane) { samples[i] = nearest_sample(double(image[i]) + plane); });
+    scratch = spectrum.packed;
+    primitives::inverse_fft(scratch, spectrum.width, spectrum.height, threads);
+    double lowest = 0.0, highest = 0.0;
+    along_plane(spectrum, [&](std::size_t i, double plane) {
+        const double height = double(scratch[i]) + plane;
+        samples[i] = nearest_sample(height);
+        lowest = std::min(lowest, height);
+        highest = std::max(highest, height);
+    });
+    return lowest >= -32768.5 && highest < 32767.5;
 }
 
 bool edit_spectrum(frame_spectrum& spectrum, std::span<const CRect> selection, selection_shape shape,

@@ -28,6 +28,10 @@ struct frame_spectrum {
 /// \param samples  receives as many as the spectrum has numbers
 VLDV_INTERNAL_API void restore_frame(const frame_spectrum& spectrum, std::span<std::int16_t> samples,
                                      unsigned threads = 1);
+/// \param scratch  memory to work in, which is left with some numbers
+/// \return nothing lay beyond 16 bits
+bool restore_frame(const frame_spectrum& spectrum, std::span<std::int16_t> samples, std::vector<float>& scratch,
+                   unsigned threads);
 
 /// What an edit multiplies: the selected bins, or all others.
 struct spectrum_edit {
@@ -57,5 +61,8 @@ constexpr int zero_frequency(int length) noexcept { return (length + 1) >> 1; }
 /// `zero_frequency(height)`).
 VLDV_INTERNAL_API void draw_spectrum(std::span<const float> magnitudes, int width, int height, float largest,
                                      double contrast, std::span<std::int16_t> out);
+/// A part of it. \param window  in samples of the picture, inside of it
+void draw_spectrum(std::span<const float> magnitudes, int width, int height, float largest, double contrast,
+                   const CRect& window, std::span<std::int16_t> out);
 
 } // namespace vldv::spectra

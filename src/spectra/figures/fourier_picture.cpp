@@ -74,6 +74,13 @@ void draw_spectrum(std::span<const float> magnitudes, int width, int height, flo
                    std::span<std::int16_t> out)
 {
     assert(magnitudes.size() == out.size());
+    draw_spectrum(magnitudes, width, height, largest, contrast, CRect(0, 0, width, height), out);
+}
+
+void draw_spectrum(std::span<const float> magnitudes, int width, int height, float largest, double contrast,
+                   const CRect& window, std::span<std::int16_t> out)
+{
+    assert(out.size() == std::size_t(window.Width()) * std::size_t(window.Height()));
     const auto grey = [&](float m) {
         const double share = double(m) / double(largest);
         const double v = contrast == 0.5 ? std::sqrt(share) : std::pow(share, contrast);
@@ -83,11 +90,12 @@ void draw_spectrum(std::span<const float> magnitudes, int width, int height, flo
     // The picture has frequency 0 in its middle: rows and columns begin with the negative frequencies, which the
     // transform numbers behind the positive ones.
     const int left = width - zero_frequency(width), top = height - zero_frequency(height);
+    const int seam = std::clamp(width - left, window.left, window.right); // the first column of positive frequencies
     std::int16_t* to = out.data();
-    for (int y = 0; y < height; ++y) {
+    for (int y = window.top; y < window.bottom; ++y) {
         const float* const from = magnitudes.data() + std::size_t((top + y) % height) * std::size_t(width);
-        to = std::transform(from + left, from + width, to, grey);
-        to = std::transform(from, from + left, to, grey);
+        to = std::transform(from + left + window.left, from + left + seam, to, grey);
+        to = std::transform(from + left + seam - width, from + left + window.right - width, to, grey);
     }
 }
 
