@@ -9,6 +9,7 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "spectra/views/histogram_options.h"
+#include "view/axes/axis_options.h"
 
 #include <algorithm>
 
@@ -107,7 +108,7 @@ void CHistogramView::GetOptionsList(SPMVar* vars, unsigned* count)
         return;
     }
     CImageView::GetOptionsList(vars, count);
-    spectra::tie_histogram_margins(vars, std::min(before, *count));
+    view::tie_plain_margins(vars, std::min(before, *count));
     for (unsigned i = before; i < std::min(all, *count); ++i) vars[i] = own[i - before];
     *count = std::min(all, *count);
 }

@@ -3,9 +3,6 @@
 #include "view/axes/axis_options.h"
 #include "view/frame/option_rows.h"
 
-#include <string_view>
-#include <utility>
-
 namespace vldv::spectra {
 
 namespace {
@@ -37,19 +34,6 @@ std::vector<SPMVar> histogram_options(const VLAxesContainer* values)
     options.push_back(view::axis_choice("AxisZ(Axis X),enum", 'z', values ? *values : none));
     for (const view::option_row& row : moreRows) options.push_back(view::declared_option(row));
     return options;
-}
-
-void tie_histogram_margins(SPMVar* options, unsigned count)
-{
-    constexpr std::pair<std::string_view, const char*> ties[] = {
-        {"LeftMargin", ",#LeftMarginOpt"},
-        {"RightMargin", ",#RightMarginOpt"},
-        {"TopMargin", ",#TopMarginOpt"},
-        {"BottomMargin", ",#BottomMarginOpt"},
-    };
-    for (const auto& [name, expression] : ties)
-        for (unsigned i = 0; i < count; ++i)
-            if (options[i].get_name() == name) options[i].set_options(expression);
 }
 
 } // namespace vldv::spectra

@@ -10,7 +10,4 @@ namespace vldv::spectra {
 /// \param values  null: there is nothing to choose from
 std::vector<SPMVar> histogram_options(const VLAxesContainer* values);
 
-/// Makes the margins of the base follow those that the user sets.
-void tie_histogram_margins(SPMVar* options, unsigned count);
-
 } // namespace vldv::spectra

@@ -1,6 +1,5 @@
 #include "surface/views/SurfMathView.h"
 
-#include "base/streams/rounding.h"
 #include "document/StorageDoc.h"
 #include "document/samples/rising_heights.h"
 #include "document/samples/unmeasured_samples.h"
@@ -140,19 +139,7 @@ const VLAxis& CSurfMathView::axis(const char* option, unsigned dimension) const
 void CSurfMathView::CountDisplayRect()
 {
     CImageView::CountDisplayRect();
-    const int width = sourceRect.Width(), height = sourceRect.Height();
-    if (width <= 0 || height <= 0) return;
-    const double rx = static_cast<double>(displayRect.Width()) / width;
-    const double ry = static_cast<double>(displayRect.Height()) / height;
-    if (rx <= ry) {
-        const int fitting = base::nearest_int(height * rx);
-        displayRect.top += (displayRect.Height() - fitting) / 2;
-        displayRect.bottom = displayRect.top + fitting;
-    } else {
-        const int fitting = base::nearest_int(width * ry);
-        displayRect.left += (displayRect.Width() - fitting) / 2;
-        displayRect.right = displayRect.left + fitting;
-    }
+    displayRect = view::shape_kept(displayRect, sourceRect.Size());
 }
 
 CRect CSurfMathView::roiRect() const

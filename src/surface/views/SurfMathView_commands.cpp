@@ -1,4 +1,3 @@
-#include "base/streams/rounding.h"
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/DocTemplate.h"
@@ -10,7 +9,6 @@
 #include "view/image/SectionSource.h"
 
 #include <algorithm>
-#include <cmath>
 
 using namespace vldv;
 
@@ -153,19 +151,7 @@ bool CSurfMathView::OnMouseWheel(unsigned flags, int delta, CPoint point)
 
 void CSurfMathView::zoomSource(double factor, CPoint around)
 {
-    const CSize whole = imageSize();
-    const auto zoomed = [factor](int low, int length, int all, int at) {
-        // A few samples that grow by a fifth would stay as many for good.
-        const int least = factor > 1.0 ? length + 1 : 1;
-        const int wanted = std::min(all, std::max(least, static_cast<int>(std::floor(length * factor))));
-        // The sample under the pointer stays there: its distance from the start shrinks or grows with the window.
-        const int distance = at - low;
-        const int start = std::max(0, std::min(all - wanted, low + distance - base::nearest_int(distance * factor)));
-        return std::pair{start, std::max(wanted, std::min(all, start + wanted))};
-    };
-    const auto [left, right] = zoomed(sourceRect.left, sourceRect.Width(), whole.cx, around.x);
-    const auto [top, bottom] = zoomed(sourceRect.top, sourceRect.Height(), whole.cy, around.y);
-    const CRect window(left, top, right, bottom);
+    const CRect window = view::zoomed_window(sourceRect, imageSize(), around, factor);
     if (window == sourceRect) return;
     showPart(window);
     Invalidate(true);

@@ -8,9 +8,9 @@
 #include "surface/figures/measure/statistics_text.h"
 #include "surface/overlay/mark_drawing.h"
 #include "surface/overlay/overlay_geometry.h"
-#include "surface/views/scale_mark.h"
 #include "view/DCView.h"
 #include "view/axes/chart_axes.h"
+#include "view/axes/scale_mark.h"
 
 #include <algorithm>
 #include <cmath>
@@ -157,7 +157,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
 {
     const bool isCompact = view.isOptionOn("CompactLegend");
     if (!view.isOptionOn(isCompact ? "CompactLegend.scale_mark" : "FullLegend.scale_mark")) return;
-    scale_mark_style style;
+    view::scale_mark_style style;
     style.isHorizontal = view.intOption("CompactLegend.scale_mark.direction") == 1;
     style.position = view.intOption("CompactLegend.scale_mark.position");
     style.margin = view.doubleOption("CompactLegend.scale_mark.margin");
@@ -172,7 +172,7 @@ void draw_legend_scale_mark(CDC& dc, CDCView& view, const legend_content& conten
     dc.setTextRim(true);
     dc.SetBkColor(view.colorOption(isCompact ? "legend" : "background"));
     dc.SetTextColor(view.colorOption(isCompact ? "background" : "legend"));
-    draw_scale_mark(view, dc, view.displayRect, span, units, style);
+    view::draw_scale_mark(view, dc, view.displayRect, span, units, style);
     dc.RestoreDC(saved);
 }
 

@@ -11,5 +11,7 @@ SPMVar axis_choice(const char* declaration, char letter, const VLAxesContainer& 
 /// Makes the four margins follow the options that the user sets for them: 0 in the compact view, and wider where
 /// scale, panels and file information stand.
 void tie_margins(SPMVar* options, unsigned count);
+/// Makes them follow those options as they are.
+void tie_plain_margins(SPMVar* options, unsigned count);
 
 } // namespace vldv::view

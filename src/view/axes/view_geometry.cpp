@@ -1,7 +1,9 @@
 #include "view/axes/view_geometry.h"
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace vldv::view {
 
@@ -44,6 +46,40 @@ CSize best_size(CSize size, CSize limit) noexcept
     if (std::max(rx, ry) == 1.0) return size;
     if (rx < ry) return {scaled(size.cx, limit.cy, size.cy), limit.cy};
     return {limit.cx, scaled(size.cy, limit.cx, size.cx)};
+}
+
+CRect shape_kept(const CRect& room, CSize source) noexcept
+{
+    if (source.cx <= 0 || source.cy <= 0) return room;
+    const double rx = static_cast<double>(room.Width()) / source.cx,
+                 ry = static_cast<double>(room.Height()) / source.cy;
+    CRect kept = room;
+    if (rx <= ry) {
+        const int fitting = base::nearest_int(source.cy * rx);
+        kept.top += (room.Height() - fitting) / 2;
+        kept.bottom = kept.top + fitting;
+    } else {
+        const int fitting = base::nearest_int(source.cx * ry);
+        kept.left += (room.Width() - fitting) / 2;
+        kept.right = kept.left + fitting;
+    }
+    return kept;
+}
+
+CRect zoomed_window(const CRect& window, CSize whole, CPoint around, double factor) noexcept
+{
+    const auto zoomed = [factor](int low, int length, int all, int at) {
+        // A few samples that grow by a fifth would stay as many for good.
+        const int least = factor > 1.0 ? length + 1 : 1;
+        const int wanted = std::min(all, std::max(least, static_cast<int>(std::floor(length * factor))));
+        // The sample under the pointer stays there: its distance from the start shrinks or grows with the window.
+        const int distance = at - low;
+        const int start = std::max(0, std::min(all - wanted, low + distance - base::nearest_int(distance * factor)));
+        return std::pair{start, std::max(wanted, std::min(all, start + wanted))};
+    };
+    const auto [left, right] = zoomed(window.left, window.Width(), whole.cx, around.x);
+    const auto [top, bottom] = zoomed(window.top, window.Height(), whole.cy, around.y);
+    return {left, top, right, bottom};
 }
 
 CSize repaired_content(CSize size) noexcept

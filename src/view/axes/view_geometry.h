@@ -51,6 +51,13 @@ private:
 /// stays as it is.
 CSize best_size(CSize size, CSize limit) noexcept;
 
+/// The largest rectangle of the shape of `source` in the middle of a room; a source without area takes all of it.
+CRect shape_kept(const CRect& room, CSize source) noexcept;
+
+/// The part of an image that is shown, larger or smaller by `factor`, with the sample `around` in the same place: at
+/// least one sample more or less, and no more than there are.
+VLDV_INTERNAL_API CRect zoomed_window(const CRect& window, CSize whole, CPoint around, double factor) noexcept;
+
 /// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it. Sides end at
 /// 2^24.
 VLDV_INTERNAL_API CSize repaired_content(CSize size) noexcept;

@@ -1,8 +1,8 @@
 // Texts, bars and pens of the legend, on plain values.
 #include "surface/figures/section_pens.h"
 #include "surface/views/legend.h"
-#include "surface/views/scale_mark.h"
 #include "view/axes/chart_axes.h"
+#include "view/axes/scale_mark.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ TEST(ScaleBar, IsAsLongAsAskedOrThreeQuartersOfTheSpan)
         {"backwards", -400, "nm", 0, 0.05, -300},
     };
     for (const bar_case& each : cases)
-        EXPECT_NEAR(surface::scale_bar_length(each.span, each.units, each.wanted, each.margin), each.length, 1e-12)
+        EXPECT_NEAR(surface::view::scale_bar_length(each.span, each.units, each.wanted, each.margin), each.length, 1e-12)
             << each.why;
 }
 

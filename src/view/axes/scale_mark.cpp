@@ -1,4 +1,4 @@
-#include "surface/views/scale_mark.h"
+#include "view/axes/scale_mark.h"
 
 #include "base/streams/rounding.h"
 #include "base/units.h"
@@ -6,13 +6,13 @@
 
 #include <cmath>
 
-namespace vldv::surface {
+namespace vldv::view {
 
 namespace {
 
-constexpr double share = 0.75, smallestShare = 0.01; // of the span
-constexpr double leastLength = 1e-9;                 // below it there is no bar
-constexpr int atBottom = 1, atRight = 2;             // bits of a position
+constexpr double smallestShare = 0.01;   // of the span
+constexpr double leastLength = 1e-9;     // below it there is no bar
+constexpr int atBottom = 1, atRight = 2; // bits of a position
 
 CPoint anchor_of(const CRect& display, const scale_mark_style& style)
 {
@@ -34,7 +34,7 @@ void draw_bar(CDC& dc, CPoint from, CPoint to, int thickness)
 
 } // namespace
 
-double scale_bar_length(double span, const char* units, double wantedNm, double margin)
+double scale_bar_length(double span, const char* units, double wantedNm, double margin, double share)
 {
     double bar = share * span;
     if (units_convertable(units, "nm") >= 1 && wantedNm > 0.0) bar = convert_size("nm", units, wantedNm);
@@ -48,7 +48,7 @@ double scale_bar_length(double span, const char* units, double wantedNm, double 
 void draw_scale_mark(CDCView& view, CDC& dc, const CRect& display, double span, const std::string& units,
                      const scale_mark_style& style)
 {
-    const double bar = scale_bar_length(span, units.c_str(), style.size, style.margin);
+    const double bar = scale_bar_length(span, units.c_str(), style.size, style.margin, style.share);
     if (bar == 0.0) return;
     const int extent = style.isHorizontal ? display.Width() : display.Height();
     const int pixels = base::nearest_int(extent * bar / span);
@@ -66,4 +66,4 @@ void draw_scale_mark(CDCView& view, CDC& dc, const CRect& display, double span, 
     dc.RestoreDC(saved);
 }
 
-} // namespace vldv::surface
+} // namespace vldv::view
