@@ -5,6 +5,7 @@
 #include "document/StorageDocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
+#include "spectra/views/FourierView.h"
 #include "spectra/views/HistogramView.h"
 #include "surface/views/QVSurfView.h"
 #include "view/ChildFrame.h"
@@ -29,6 +30,7 @@ constexpr CRuntimeClass classes[] = {
     {"CDocument", nullptr, create_object<CDocument>},
     {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>},
     {"CQVSurfView", &surfaceView, create_object<CQVSurfView>},
+    {"CFourierView", nullptr, create_object<CFourierView>},
     {"CHistogramView", nullptr, create_object<CHistogramView>},
     {"CLineView", &sectionView, create_object<CLineView>},
     {"CParametricCurveView", nullptr, create_object<CParametricCurveView>},

@@ -240,6 +240,10 @@ constexpr menu_row fourier[] = {
     popup(1, "Cl&ear"),
     item(2, commands::removeSpectrumSelection, "&Selection"),
     item(2, commands::removeSpectrumMarks, "&Marks"),
+    separator(1),
+    item(1, commands::spectrumPeaks, "&Peaks"),
+    item(1, commands::radialSpectrum, "&Radial spectrum"),
+    item(1, commands::originProfile, "Profile through the &origin"),
 };
 
 constexpr menu_row features[] = {
