@@ -88,7 +88,7 @@ TEST_F(ProgramTest, InfoOfEveryExampleIsComplete)
     std::vector<std::string> arguments = {"info", "--json"};
     for (const auto& entry : std::filesystem::directory_iterator(folder / "ex"))
         arguments.push_back("ex/" + entry.path().filename().native());
-    ASSERT_EQ(arguments.size(), 2u + 6u);
+    ASSERT_EQ(arguments.size(), 2u + 7u);
     const program_result result = vldv(arguments);
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.err, "");

@@ -119,6 +119,39 @@ example make_atomic_steps()
     return result;
 }
 
+example make_atomic_lattice()
+{
+    constexpr square area{256, 6.0, "nm"};
+    constexpr double constant = 0.246, turned = 7.0, corrugation = 0.12; // nm, degrees, nm
+    constexpr double slopeX = 0.015, slopeY = -0.008, noise = 0.02;      // nm/nm, nm
+    example result = empty_example("atomic-lattice.spm", "Atomic lattice",
+                                   "a hexagonal lattice of three waves 60 degrees apart, tilted, with noise");
+    result.content.strings["Lattice constant"] = with_unit(constant, "nm");
+    result.content.strings["Direction of a"] = with_unit(turned, "\xC2\xB0");
+    result.content.strings["Corrugation"] = with_unit(corrugation, "nm");
+    result.content.strings["Tilt"] = plane_text(slopeX, slopeY);
+    result.content.strings["Point noise (rms)"] = with_unit(noise, "nm");
+
+    random_numbers random(7);
+    const double wavesPerNm = 2.0 / (std::sqrt(3.0) * constant);
+    // Three cosines together run from -1.5, around the atoms, to 3 above them.
+    const double amplitude = corrugation / 4.5;
+    std::vector<double> heights;
+    for (unsigned row = 0; row < area.points; ++row)
+        for (unsigned column = 0; column < area.points; ++column) {
+            const double x = column * area.step(), y = row * area.step();
+            double height = slopeX * x + slopeY * y + noise * random.normal();
+            // The steps of the lattice lie half-way between its waves.
+            for (const double degrees : {30.0, 90.0, 150.0}) {
+                const double angle = (turned + degrees) * pi / 180.0;
+                height += amplitude * std::cos(2 * pi * wavesPerNm * (x * std::cos(angle) + y * std::sin(angle)));
+            }
+            heights.push_back(height);
+        }
+    result.content.items.emplace_back(square_image("Height", area, "nm", heights));
+    return result;
+}
+
 example make_grains()
 {
     constexpr square area{512, 1000.0, "nm"};

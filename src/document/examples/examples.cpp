@@ -6,6 +6,7 @@ namespace {
 
 constexpr example_row rows[] = {
     {"atomic-steps.spm", "Atomic steps", 2, make_atomic_steps},
+    {"atomic-lattice.spm", "Atomic lattice", 2, make_atomic_lattice},
     {"grains.spm", "Grains on a tilted plane", 2, make_grains},
     {"forward-reverse.spm", "Forward and reverse scan", 2, make_two_directions},
     {"section.spm", "Profile across trenches", 1, make_section},

@@ -31,6 +31,8 @@ VLDV_INTERNAL_API std::vector<example> make_examples();
 
 /// Terraces of a gold (111) face, one layer apart, under tilt and scan-line noise.
 example make_atomic_steps();
+/// A hexagonal lattice of atoms, under tilt and noise.
+example make_atomic_lattice();
 /// Rounded grains that do not touch, on a tilted plane.
 example make_grains();
 /// A grating scanned forth and back: height and deflection, shifted by the scanner's hysteresis.

@@ -60,6 +60,7 @@ TEST(Examples, HoldTheStatedImagesWithUnitsAndExtents)
 {
     const std::map<std::string, std::vector<std::string>> expected = {
         {"atomic-steps.spm", {"Height int16 512[nm] 512[nm] -> nm"}},
+        {"atomic-lattice.spm", {"Height int16 256[nm] 256[nm] -> nm"}},
         {"grains.spm", {"Height int16 512[nm] 512[nm] -> nm"}},
         {"forward-reverse.spm",
          {"Height int16 256[\xC2\xB5m] 256[\xC2\xB5m] -> nm: Forward, Reverse",
