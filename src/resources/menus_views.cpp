@@ -243,7 +243,7 @@ constexpr menu_row fourier[] = {
     separator(1),
     item(1, commands::spectrumPeaks, "&Peaks"),
     item(1, commands::radialSpectrum, "&Radial spectrum"),
-    item(1, commands::originProfile, "Profile through the &origin"),
+    item(1, commands::originProfile, "Profile &through the origin"),
 };
 
 constexpr menu_row features[] = {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <iterator>
 #include <numbers>
 
 namespace vldv::spectra {
@@ -164,24 +165,57 @@ void shorten(step& a, step& b)
 
 } // namespace
 
+namespace {
+
+double bins_away(const spectrum_peak& peak) { return std::hypot(peak.u, peak.v); }
+
+/// How much of the peaks, by their magnitudes, the sums of two of them are.
+double explained(std::span<const spectrum_peak> peaks, const spectrum_peak& g1, const spectrum_peak& g2)
+{
+    constexpr int largest = 3;
+    constexpr double reach = 0.75; // bins
+    double all = 0.0, near = 0.0;
+    for (const spectrum_peak& each : peaks) {
+        bool isNear = false;
+        for (int m = -largest; m <= largest; ++m)
+            for (int n = -largest; n <= largest; ++n)
+                isNear = isNear || std::hypot(m * g1.u + n * g2.u - each.u, m * g1.v + n * g2.v - each.v) <= reach;
+        all += each.magnitude;
+        if (isNear) near += each.magnitude;
+    }
+    return near / all;
+}
+
+lattice lattice_of(const wave& first, const wave& second)
+{
+    const double area = first.fx * second.fy - first.fy * second.fx;
+    step a{second.fy / area, -second.fx / area}, b{-first.fy / area, first.fx / area};
+    shorten(a, b);
+    const double cosine = std::clamp((a.x * b.x + a.y * b.y) / (a.length() * b.length()), -1.0, 1.0);
+    const wave along{a.x, a.y, first.unitX, first.unitY};
+    return {a.length(), b.length(), std::acos(cosine) * 180.0 / std::numbers::pi, along.direction(), first.unitX};
+}
+
+} // namespace
+
 std::optional<lattice> find_lattice(std::span<const spectrum_peak> peaks, const spectrum_grid& grid)
 {
-    std::vector<wave> waves;
-    for (const spectrum_peak& each : peaks) waves.push_back(wave_at(grid, each.u, each.v));
-    if (waves.empty() || !waves.front().hasLength()) return std::nullopt;
-    std::ranges::stable_sort(waves, {}, &wave::frequency);
-    const wave& first = waves.front();
+    constexpr double leastPeriods = 4.0, leastShare = 0.9;
     constexpr double leastSine = 0.17; // 10 degrees: less is the same direction, or noise
-    for (const wave& second : waves) {
-        const double area = first.fx * second.fy - first.fy * second.fx;
-        if (!(std::fabs(area) > leastSine * first.frequency() * second.frequency())) continue;
-        step a{second.fy / area, -second.fx / area}, b{-first.fy / area, first.fx / area};
-        shorten(a, b);
-        const double cosine = std::clamp((a.x * b.x + a.y * b.y) / (a.length() * b.length()), -1.0, 1.0);
-        const wave along{a.x, a.y, first.unitX, first.unitY};
-        return lattice{a.length(), b.length(), std::acos(cosine) * 180.0 / std::numbers::pi, along.direction(),
-                       first.unitX};
-    }
+    std::vector<spectrum_peak> waves;
+    std::ranges::copy_if(peaks, std::back_inserter(waves),
+                         [](const spectrum_peak& each) { return bins_away(each) >= leastPeriods; });
+    const auto waveOf = [&](const spectrum_peak& each) { return wave_at(grid, each.u, each.v); };
+    if (waves.empty() || !waveOf(waves.front()).hasLength()) return std::nullopt;
+    std::ranges::stable_sort(waves, {}, [&](const spectrum_peak& each) { return waveOf(each).frequency(); });
+    for (std::size_t j = 1; j < waves.size(); ++j)
+        for (std::size_t i = 0; i < j; ++i) {
+            const wave first = waveOf(waves[i]), second = waveOf(waves[j]);
+            const double area = std::fabs(first.fx * second.fy - first.fy * second.fx);
+            if (area > leastSine * first.frequency() * second.frequency() &&
+                explained(waves, waves[i], waves[j]) >= leastShare)
+                return lattice_of(first, second);
+        }
     return std::nullopt;
 }
 

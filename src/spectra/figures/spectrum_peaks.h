@@ -35,9 +35,11 @@ struct lattice {
     std::string units;
 };
 
-/// The lattice whose waves the two shortest strong peaks of different directions are: with g = (g1, g2) as columns,
-/// cycles per unit, its steps are the rows of the inverse of g, taken as short as they get by adding one to the other.
-/// \return nothing with fewer than two directions, or where X and Y have units of different kinds
+/// The lattice whose waves the peaks are: with two of the shortest, g = (g1, g2) as columns, cycles per unit, its steps
+/// are the rows of the inverse of g, taken as short as they get by adding one to the other. Nine tenths of all peaks of at
+/// least four periods, by their magnitudes, have to lie within three quarters of a bin of sums m g1 + n g2 with whole m
+/// and n up to 3: else what stands out is no lattice.
+/// \return nothing without such a pair, or where X and Y have units of different kinds
 VLDV_INTERNAL_API std::optional<lattice> find_lattice(std::span<const spectrum_peak> peaks, const spectrum_grid& grid);
 
 /// A table of the peaks, and the lattice below. \param heights  of the image

@@ -128,13 +128,17 @@ void CFourierView::drawMarks(CDC& dc) const
     dc.SetTextColor(light);
     dc.SetBkColor(dark);
     const int arm = CorrectDPISize(4);
-    for (const CPoint bin : control.marks()) {
-        const CPoint at = clientPoint(bin);
+    constexpr std::size_t mostTexts = 4; // more would cover each other
+    const std::vector<CPoint>& marks = control.marks();
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        const CPoint at = clientPoint(marks[i]);
         dc.SelectObject(CPen::solid(1, colorOption("SelColor")));
         const CPoint cross[] = {{at.x - arm, at.y}, {at.x + arm + 1, at.y}, {at.x, at.y - arm}, {at.x, at.y + arm + 1}};
         dc.Polyline(std::span(cross).first(2));
         dc.Polyline(std::span(cross).last(2));
-        const std::wstring text = base::widen(spectra::wave_text(spectra::wave_at(grid(), bin.x, bin.y)));
+        const spectra::wave told = spectra::wave_at(grid(), marks[i].x, marks[i].y);
+        const std::wstring text =
+            marks.size() > mostTexts ? std::to_wstring(i + 1) : base::widen(spectra::wave_text(told));
         const CSize extent = dc.GetTextExtent(text);
         const bool fitsRight = at.x + 2 * arm + extent.cx <= displayRect.right;
         dc.SetTextAlign(TA_TOP | TA_LEFT);

@@ -1,4 +1,5 @@
 // What is told of a spectrum: waves, lattices, curves over frequency.
+#include "document/examples/examples.h"
 #include "spectra/figures/shown_spectrum.h"
 #include "spectra/figures/spectrum_curves.h"
 #include "spectra/figures/spectrum_peaks.h"
@@ -64,7 +65,29 @@ TEST(SpectrumPeaks, GiveTheLatticeBetweenTheBins)
     EXPECT_NEAR(found->a, a, 0.003 * a);
     EXPECT_NEAR(found->b, a, 0.003 * a);
     EXPECT_NEAR(std::min(found->angle, 180.0 - found->angle), 60.0, 0.3);
+    // Waves of no lattice: three directions whose sums meet none of the others.
+    const auto loose = frame(256, 256, [](int x, int y) {
+        return 2000.0 * (std::cos(turn * (10 * x + 3 * y) / 256) + std::cos(turn * (4 * x + 17 * y) / 256) +
+                         std::cos(turn * (31 * x - 23 * y) / 256) + std::cos(turn * (5 * x + 41 * y) / 256));
+    });
+    const auto several = find_peaks(transform_frame(loose, 256, 256));
+    EXPECT_EQ(several.size(), 4u);
+    EXPECT_FALSE(find_lattice(several, {256, 256, VLAxis(0, 1, "nm"), VLAxis(0, 1, "nm")}));
     EXPECT_TRUE(find_peaks(transform_frame(std::vector<std::int16_t>(400, 9), 20, 20)).empty());
+}
+
+TEST(SpectrumPeaks, GiveTheConstantsOfTheBundledLattice)
+{
+    const document::example made = document::make_atomic_lattice();
+    const SPMDataStream& stream = std::get<formats::recorded_image>(made.content.items.at(0)).stream;
+    const auto* const samples = static_cast<const std::int16_t*>(stream.array_data());
+    const auto peaks = find_peaks(transform_frame({samples, 256 * 256}, 256, 256));
+    const auto found =
+        find_lattice(peaks, {256, 256, stream.get_dimension(0).get_axis(0), stream.get_dimension(1).get_axis(0)});
+    ASSERT_TRUE(found);
+    EXPECT_NEAR(found->a, 0.246, 0.00246);
+    EXPECT_NEAR(found->b, 0.246, 0.00246);
+    EXPECT_NEAR(std::fabs(90.0 - found->angle), 30.0, 0.5);
 }
 
 TEST(SpectrumCurves, RunOverTheFrequencyInUnits)

@@ -28,7 +28,7 @@ TEST(ScaleBar, IsAsLongAsAskedOrThreeQuartersOfTheSpan)
         {"backwards", -400, "nm", 0, 0.05, -300},
     };
     for (const bar_case& each : cases)
-        EXPECT_NEAR(surface::view::scale_bar_length(each.span, each.units, each.wanted, each.margin), each.length, 1e-12)
+        EXPECT_NEAR(view::scale_bar_length(each.span, each.units, each.wanted, each.margin), each.length, 1e-12)
             << each.why;
 }
 
