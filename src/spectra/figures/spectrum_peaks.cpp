@@ -8,6 +8,8 @@
 #include <complex>
 #include <iterator>
 #include <numbers>
+#include <tuple>
+#include <utility>
 
 namespace vldv::spectra {
 
@@ -107,6 +109,12 @@ double between(double before, double own, double after)
     return after >= before ? distance : -distance;
 }
 
+/// A key to sort by that leaves no two bins equal.
+std::tuple<double, int, int> strongest_first(const spectrum_peak& peak)
+{
+    return {-peak.magnitude, peak.bin.y, peak.bin.x};
+}
+
 spectrum_peak refined(const full_spectrum& bins, int u, int v, double magnitude)
 {
     const auto around = [&](int du, int dv) { return std::abs(bins.windowed(u + du, v + dv)); };
@@ -133,7 +141,7 @@ std::vector<spectrum_peak> find_peaks(const frame_spectrum& spectrum, std::size_
             const float own = half.at(u, v);
             if (own > 0.0f && own >= least && half.isPeak(u, v)) found.push_back({double(u), double(v), own, {u, v}});
         }
-    std::ranges::stable_sort(found, std::ranges::greater(), &spectrum_peak::magnitude);
+    std::ranges::sort(found, {}, strongest_first);
     if (found.empty()) return found;
     const double weakest = ofLargest * found.front().magnitude;
     std::erase_if(found, [&](const spectrum_peak& each) { return each.magnitude < weakest; });
@@ -207,7 +215,9 @@ std::optional<lattice> find_lattice(std::span<const spectrum_peak> peaks, const 
                          [](const spectrum_peak& each) { return bins_away(each) >= leastPeriods; });
     const auto waveOf = [&](const spectrum_peak& each) { return wave_at(grid, each.u, each.v); };
     if (waves.empty() || !waveOf(waves.front()).hasLength()) return std::nullopt;
-    std::ranges::stable_sort(waves, {}, [&](const spectrum_peak& each) { return waveOf(each).frequency(); });
+    std::ranges::sort(waves, {}, [&](const spectrum_peak& each) {
+        return std::pair(waveOf(each).frequency(), strongest_first(each));
+    });
     for (std::size_t j = 1; j < waves.size(); ++j)
         for (std::size_t i = 0; i < j; ++i) {
             const wave first = waveOf(waves[i]), second = waveOf(waves[j]);
