@@ -13,7 +13,7 @@ if(VLDV_WERROR)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 reports overlapping copies and out-of-bounds reads inside inlined std::string code that cannot happen.
-  add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow)
+  add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 
 if(VLDV_SANITIZE OR VLDV_FUZZ)
@@ -23,6 +23,8 @@ endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   # Precompiled headers of one content are the same to the compiler cache.
   add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+elseif(VLDV_TESTS)
+  add_compile_options(-fpch-preprocess) # so that the compiler cache knows sources with them again
 endif()
 if(VLDV_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)

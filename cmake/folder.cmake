@@ -5,7 +5,7 @@
 # of its tests, and scripts/check_includes.py reads the same list to check the headers. The objects of all folders that do not stand
 # APART make libvldv.so.
 function(vldv_folder name)
-  cmake_parse_arguments(FOLDER "APART" "" "MAY_USE;SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(FOLDER "APART" "" "MAY_USE;SOURCES;LIBRARIES;PCH" ${ARGN})
   string(REPLACE "/" "_" target vldv_${name})
   add_library(${target} STATIC ${FOLDER_SOURCES})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
@@ -19,15 +19,15 @@ function(vldv_folder name)
     set_property(GLOBAL APPEND PROPERTY VLDV_LIBRARY_FOLDERS ${target})
     set_property(GLOBAL APPEND PROPERTY VLDV_LIBRARY_PACKAGES ${FOLDER_LIBRARIES})
   endif()
-  # Headers that all have are read once for the sanitizers, which only repeat the developers' build: that one, and what a
-  # user builds, see whether each source includes what it uses.
-  if(VLDV_SANITIZE)
+  # Headers that all have are read once where tests are built as well: that is done again and again. What a user builds has
+  # none, and shows whether each source includes what it uses.
+  if(VLDV_TESTS AND NOT VLDV_FUZZ)
     get_property(precompiled GLOBAL PROPERTY VLDV_PRECOMPILED)
     if(precompiled AND NOT FOLDER_APART)
       target_precompile_headers(${target} REUSE_FROM ${precompiled})
     else()
       target_precompile_headers(${target} PRIVATE <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory>
-        <optional> <set> <span> <string> <string_view> <utility> <vector>)
+        <optional> <set> <span> <string> <string_view> <utility> <vector> ${FOLDER_PCH})
     endif()
     if(NOT precompiled AND NOT FOLDER_APART)
       set_property(GLOBAL PROPERTY VLDV_PRECOMPILED ${target})
@@ -59,27 +59,37 @@ function(vldv_kernels name stem)
   endforeach()
 endfunction()
 
+# What every test includes, read once for all test programs.
+function(vldv_test_options target)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  # What is tested runs as it is built; the tests themselves are compiled in half the time without optimisation and
+  # debug information, since a failed expectation tells its line by itself. Qt wants position independent code, and what is
+  # precompiled must agree in that.
+  target_compile_options(${target} PRIVATE -fPIC -O0 -g0 -include ${PROJECT_SOURCE_DIR}/tests/support/own_names.h)
+  target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest_main)
+endfunction()
+
 # vldv_test(name FOLDERS folders... SOURCES files... [LIBRARIES packages...])
 #
 # One test program a folder; every TEST in it becomes a test of ctest.
 function(vldv_test name)
   cmake_parse_arguments(TEST "" "" "FOLDERS;SOURCES;LIBRARIES" ${ARGN})
+  if(NOT TARGET precompiled_tests)
+    file(WRITE ${PROJECT_BINARY_DIR}/precompiled_tests.cpp "")
+    add_executable(precompiled_tests ${PROJECT_BINARY_DIR}/precompiled_tests.cpp)
+    vldv_test_options(precompiled_tests)
+    target_precompile_headers(precompiled_tests PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
+  endif()
   add_executable(test_${name} ${TEST_SOURCES})
-  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  # What is tested runs as it is built; the tests themselves are compiled in half the time without optimisation and
-  # debug information, since a failed expectation tells its line by itself.
-  target_compile_options(test_${name} PRIVATE -O0 -g0 -include ${PROJECT_SOURCE_DIR}/tests/support/own_names.h)
+  vldv_test_options(test_${name})
+  target_precompile_headers(test_${name} REUSE_FROM precompiled_tests)
   foreach(used IN LISTS TEST_FOLDERS)
     string(REPLACE "/" "_" used ${used})
     target_link_libraries(test_${name} PRIVATE vldv_${used})
   endforeach()
-  target_link_libraries(test_${name} PRIVATE GTest::gmock GTest::gtest_main ${TEST_LIBRARIES})
+  target_link_libraries(test_${name} PRIVATE ${TEST_LIBRARIES})
   target_compile_definitions(test_${name} PRIVATE
     VLDV_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     VLDV_SAMPLES="${VLDV_SAMPLES}")
-  target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_compile_options(test_${name} PRIVATE -fpch-preprocess) # so that the compiler cache knows them again
-  endif()
   gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
 endfunction()

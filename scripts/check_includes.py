@@ -13,7 +13,7 @@ import re
 import sys
 
 FOLDER = re.compile(r"vldv_folder\(([\w/]+)\s+(.*?)\bSOURCES\b", re.S)
-MAY_USE = re.compile(r"\bMAY_USE\b([^)]*)")
+MAY_USE = re.compile(r"\bMAY_USE\b((?:(?!\bPCH\b)[^)])*)")
 FLOOR = re.compile(r"^\| *(\d+) *\|([^|]*)\|", re.M)
 MOST_UNITS = 30
 TOOLKIT = re.compile(r"Q[A-Za-z]|q[a-z0-9_]+\.h$")
