@@ -150,7 +150,7 @@ TEST_F(ProgramTest, WrongCallsNameTheOptionAndTheNearestOne)
         {{"stats", "x", "--sub", "0", "--sub", "1"}, "vldv stats: --sub may be given once only\n"},
         {{"fourier", "x", "--zero-inner", "--scale", "2"},
          "vldv fourier takes one of --zero-inner, --zero-outer, --scale, not several\n"},
-        {{"fourier", "x"}, "vldv fourier: one of -o and --spectrum is needed, or both\n"},
+        {{"fourier", "x"}, "vldv fourier: -o, --spectrum or --peaks is needed, or several of them\n"},
         {{"curve", "x", "--op", "trend", "--mode", "max"},
          "vldv curve: --mode: expected power or magnitude, not \"max\"\n"},
         {{}, "vldv needs a sub-command\nRun vldv --help"},

@@ -6,7 +6,7 @@
 namespace vldv::cli {
 
 /// What a picture shows an image in; `automatic` is what its window would open as.
-enum class picture_view { automatic, surface, section, spectrum, parametric, histogram };
+enum class picture_view { automatic, surface, section, spectrum, parametric, histogram, fourier };
 
 /// What `vldv render` was asked for.
 struct picture_options {

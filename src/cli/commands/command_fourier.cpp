@@ -9,6 +9,7 @@
 #include "cli/output/file_reports.h"
 #include "cli/output/result_files.h"
 #include "cli/output/terminal.h"
+#include "cli/results/peak_output.h"
 #include "cli/session.h"
 #include "spectra/figures/fourier.h"
 #include "spectra/figures/spectrum_stream.h"
@@ -35,7 +36,7 @@ struct fourier_options {
     spectra::spectrum_mode mode = spectra::spectrum_mode::power;
     double contrast = 0.5;
     std::string output, spectrum;
-    bool asJson = false, replaces = false;
+    bool tellsPeaks = false, asJson = false, replaces = false;
 };
 
 unsigned threads() { return std::max(std::thread::hardware_concurrency(), 1u); }
@@ -91,6 +92,7 @@ public:
             const frame_voids voids = all_included(voids_of(document, each));
             add_voids(entry, voids);
             if (voids.included != 0) remarks += "  " + frame_title(document, each) + '\n' + voids_text(voids);
+            if (options.tellsPeaks) tellPeaks(entry, document, each, spectrum);
             if (!options.spectrum.empty()) {
                 float largest = 0.0f;
                 pictures[each.image].subs.push_back(each.sub);
@@ -115,6 +117,12 @@ public:
     const std::string& text() const { return remarks; }
 
 private:
+    void tellPeaks(json& entry, const CStorageDoc& of, const frame& which, const spectra::frame_spectrum& spectrum)
+    {
+        const told_peaks peaks = peaks_of(of, which, spectrum);
+        add_peaks(entry, peaks);
+        remarks += "  " + frame_title(of, which) + '\n' + peaks_lines(peaks);
+    }
     void edit(spectra::frame_spectrum& spectrum) const
     {
         std::vector<CRect> parts;
@@ -196,8 +204,8 @@ std::optional<double> parse_finite(const std::string& text)
 
 void check(const fourier_options& options)
 {
-    if (options.output.empty() && options.spectrum.empty())
-        throw CLI::ValidationError("fourier", "one of -o and --spectrum is needed, or both");
+    if (options.output.empty() && options.spectrum.empty() && !options.tellsPeaks)
+        throw CLI::ValidationError("fourier", "-o, --spectrum or --peaks is needed, or several of them");
     if (options.edit.has_value() != !options.rects.empty())
         throw CLI::ValidationError("fourier", "--rect goes with one of --zero-inner, --zero-outer and --scale");
     if (!options.output.empty() && !options.edit) throw CLI::ValidationError("fourier", "-o needs --rect and an edit");
@@ -252,6 +260,7 @@ void add_fourier(CLI::App& app, int& status)
             "Exponent of what is shown (default: 0.5)")
         ->check(must_parse([](const std::string& text) { return parse_finite(text).value_or(0.0) >= 1e-7; },
                            "a number from 1e-7 on"));
+    command->add_flag("--peaks", options->tellsPeaks, "Tell the strongest waves and their lattice");
     command->add_flag("--force", options->replaces, "Replace containers that hold something else");
     command->add_flag("--json", options->asJson, "Print JSON");
     command->callback([options, command, &status] {

@@ -4,6 +4,7 @@
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
 #include "document/StorageDoc.h"
+#include "spectra/views/FourierView.h"
 #include "spectra/views/HistogramView.h"
 
 #include <memory>
@@ -30,6 +31,11 @@ std::unique_ptr<CImageView> attached_view(CStorageDoc& document, const curve_win
         attach(*made);
         return made;
     }
+    if (window.kind == curve_view::fourier) {
+        auto made = std::make_unique<CFourierView>();
+        attach(*made);
+        return made;
+    }
     auto made = std::make_unique<CSectionView>();
     attach(*made);
     for (std::size_t i = 0; i < window.points.size(); ++i) made->setPoint(static_cast<unsigned>(i), window.points[i]);
@@ -40,6 +46,7 @@ bool shows_curves(const CImageView& view)
 {
     if (const auto* const pairs = dynamic_cast<const CParametricCurveView*>(&view)) return pairs->IsGood();
     if (const auto* const bars = dynamic_cast<const CHistogramView*>(&view)) return bars->IsGood();
+    if (const auto* const spectrum = dynamic_cast<const CFourierView*>(&view)) return spectrum->IsGood();
     return !dynamic_cast<const CSectionView&>(view).getSection().isEmpty();
 }
 
@@ -69,9 +76,8 @@ bool is_bare(const CImageView& view, const curve_window& window)
 /// The curves alone: of a window that is larger by its margins, what lies inside of them.
 drawing bare_drawing(CImageView& view)
 {
-    const bool isParametric = dynamic_cast<CParametricCurveView*>(&view) != nullptr;
-    if (!dynamic_cast<CHistogramView*>(&view))
-        view.setOption(isParametric ? "ShowMarks" : "marks_mode", isParametric ? "false" : "None");
+    if (dynamic_cast<CParametricCurveView*>(&view)) view.setOption("ShowMarks", "false");
+    if (dynamic_cast<CSectionView*>(&view)) view.setOption("marks_mode", "None");
     const CRect shown = view.displayRect;
     return {shown.Size(), view.colorOption("background"), [&view, shown](CDC& dc) {
                 const int saved = dc.SaveDC();
@@ -98,6 +104,7 @@ std::string draw_curve_window(CStorageDoc& document, const curve_window& window,
     view->setActiveSubimage(window.sub);
     if (!shows_curves(*view)) return "there are no samples to draw";
     set_up_view(*view, window);
+    if (auto* const spectrum = dynamic_cast<CFourierView*>(view.get())) window.setUpScale(spectrum->getScale());
     if (std::string reason = window.setOptions(*view); !reason.empty()) return reason;
     const bool isBare = is_bare(*view, window);
     if (window.size) {

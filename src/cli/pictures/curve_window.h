@@ -8,13 +8,14 @@
 #include <vector>
 
 class CDCView;
+class CScale;
 class CStorageDoc;
 
 namespace vldv::cli {
 
-/// What a window with a chart shows: curves, their spectrum below, curves over another image, or how often each height
-/// of a curve or surface occurs.
-enum class curve_view { section, spectrum, parametric, histogram };
+/// What such a window shows: curves, their spectrum below, curves over another image, how often each height of a curve
+/// or surface occurs, or the spectrum of a surface.
+enum class curve_view { section, spectrum, parametric, histogram, fourier };
 
 /// Whether axes, marks and texts stand around the curves.
 enum class curve_legend { whereItFits, always, never };
@@ -27,7 +28,8 @@ struct curve_window {
     unsigned positions = 0;                 ///< of a parametric view, the image that the other is measured against
     bool showsForceLines = false;
     curve_legend legend = curve_legend::whereItFits;
-    std::optional<CSize> size; ///< pixels; that in which the window opens when none
+    std::optional<CSize> size;               ///< pixels; that in which the window opens when none
+    std::function<void(CScale&)> setUpScale; ///< of a spectrum
     /// Sets further options of the view. \return the reason why it cannot, or empty
     std::function<std::string(CDCView&)> setOptions;
 };

@@ -49,6 +49,7 @@ curve_window asked_curves(const CStorageDoc& document, const picture_number& whi
     window.sub = which.sub;
     if (which.view == picture_view::spectrum) window.kind = curve_view::spectrum;
     if (which.view == picture_view::histogram) window.kind = curve_view::histogram;
+    if (which.view == picture_view::fourier) window.kind = curve_view::fourier;
     if (which.view == picture_view::parametric) {
         window.kind = curve_view::parametric;
         window.positions = document::measuring_image(document, which.image).value();
@@ -58,6 +59,7 @@ curve_window asked_curves(const CStorageDoc& document, const picture_number& whi
     if (!options.legend.empty()) window.legend = options.legend == "none" ? curve_legend::never : curve_legend::always;
     window.size = asked_size(options);
     window.setOptions = settings_of(options);
+    window.setUpScale = [&options](CScale& scale) { set_up_scale(scale, options); };
     return window;
 }
 
@@ -81,7 +83,8 @@ void set_up_scale(CScale& scale, const picture_options& options)
 std::string draw_window(CStorageDoc& document, const picture_number& which, const picture_options& options,
                         const drawing_user& use)
 {
-    const bool hasHeights = which.view == picture_view::surface || which.view == picture_view::histogram;
+    const bool hasHeights = which.view == picture_view::surface || which.view == picture_view::histogram ||
+                            which.view == picture_view::fourier;
     if (!hasHeights) return draw_curve_window(document, asked_curves(document, which, options), use);
     if (document.getImage(which.image).array_type() != SPM_ARRAY_INT16) {
         document.getImage(which.image).convert_stream(SPM_ARRAY_INT16);
@@ -89,7 +92,7 @@ std::string draw_window(CStorageDoc& document, const picture_number& which, cons
     }
     const SPMDataStream& stream = document.getImage(which.image);
     if (stream.array_type() != SPM_ARRAY_INT16) return "its samples have no type";
-    if (which.view == picture_view::histogram)
+    if (which.view != picture_view::surface)
         return draw_curve_window(document, asked_curves(document, which, options), use);
     const CSize image{static_cast<int>(stream.get_dimension(0).length),
                       static_cast<int>(stream.get_dimension(1).length)};

@@ -15,7 +15,7 @@ struct spectrum_grid {
 };
 
 /// What a place of a spectrum stands for.
-struct wave {
+struct VLDV_INTERNAL_API wave {
     double fx = 0.0, fy = 0.0; ///< cycles per unit of X and of Y; per unit of X both where the units agree
     std::string unitX, unitY;  ///< of the lengths, equal where the units agree
 
