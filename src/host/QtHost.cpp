@@ -17,6 +17,7 @@
 #include "host/peer/trash.h"
 #include "host/window/MainWindow.h"
 #include "host/window/QtFrame.h"
+#include "host/window/QtGridPane.h"
 #include "host/window/QtPanes.h"
 #include "host/window/preview_pane.h"
 #include "platform/app/WinApp.h"
@@ -250,6 +251,8 @@ std::unique_ptr<IWindowPeer> CQtHost::createWindow(CWnd& logic, CWnd* parent, wi
         return std::make_unique<CQtTextPane>(logic, inside);
     case window_kind::table:
         return std::make_unique<CQtTablePane>(logic, inside);
+    case window_kind::grid:
+        return std::make_unique<CQtGridPane>(logic, inside);
     case window_kind::overlay: {
         auto* const widget = new QWidget(inside);
         widget->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -19,6 +19,7 @@ enum class window_kind {
     view,    ///< the pane of a frame
     text,    ///< a pane of text
     table,   ///< a pane with a table and a field to search in it
+    grid,    ///< a pane with a table whose logic is an `IGridContent`
     child,   ///< a control inside another window
     overlay, ///< hidden at first, drawn over another window, which shows through and keeps mouse and focus
     popup,   ///< a window of its own
@@ -59,6 +60,12 @@ public:
     /// In a table: rows of cells, of the selected columns alone.
     virtual std::vector<std::vector<std::wstring>> selectedCells() const { return {}; }
     virtual void selectAll() {}
+    /// In a grid: all is asked for again; the selection stays with its rows.
+    virtual void gridChanged() {}
+    /// Makes this row the only one that is selected and brings it into sight, without telling the view.
+    virtual void showGridRow(std::size_t) {}
+    /// In rising order.
+    virtual std::vector<std::size_t> selectedGridRows() const { return {}; }
     /// Over all of a monitor without decoration, or back where it was.
     virtual void setFullScreen(bool on, const CRect& screenRect) = 0;
 
