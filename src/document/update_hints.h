@@ -19,6 +19,19 @@ enum hint_code : std::uint32_t {
     hintAddMark = 11,  ///< the object is its point, samples
     hintShowText = 12, ///< the object is a measurement
 };
+/// What surfaces and tables tell the view that enumerates features. The object is a point of the image, but for
+/// `hintChooseMetric`, whose metric stands in place of the image.
+enum feature_hint : std::uint32_t {
+    hintChooseMetric = 0x1D,
+    hintMarkRemoved = 0x1E,
+    hintIncludePress = 0x1F,
+    hintIncludeDrag = 0x20,
+    hintIncludeRelease = 0x21,
+    hintExcludePress = 0x22,
+    hintExcludeDrag = 0x23,
+    hintExcludeRelease = 0x24,
+    hintMarkSet = 0x25,
+};
 /// A hint in its parts: the code is the low byte of the number that travels, the next one is not 0 where views
 /// reload, and the image stands in the upper half.
 struct hint {

@@ -5,6 +5,8 @@
 #include "document/StorageDocTemplate.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
+#include "spectra/views/FeaturesHistogramView.h"
+#include "spectra/views/FeaturesTableView.h"
 #include "spectra/views/FourierView.h"
 #include "spectra/views/HistogramView.h"
 #include "surface/views/QVSurfView.h"
@@ -30,6 +32,8 @@ constexpr CRuntimeClass classes[] = {
     {"CDocument", nullptr, create_object<CDocument>},
     {"CQVChildFrame", &childFrame, create_object<CQVChildFrame>},
     {"CQVSurfView", &surfaceView, create_object<CQVSurfView>},
+    {"CFeaturesHistogramView", nullptr, create_object<CFeaturesHistogramView>},
+    {"CFeaturesTableView", nullptr, create_object<CFeaturesTableView>},
     {"CFourierView", nullptr, create_object<CFourierView>},
     {"CHistogramView", nullptr, create_object<CHistogramView>},
     {"CLineView", &sectionView, create_object<CLineView>},

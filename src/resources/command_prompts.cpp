@@ -92,6 +92,7 @@ constexpr prompt_row prompts[] = {
     {commands::radialSpectrum, "Show the mean of the spectrum at each frequency as a curve"},
     {commands::originProfile, "Show the spectrum along a line through the zero frequency and the last mark as a curve"},
     {commands::spectrumPeaks, "Mark the strongest waves and tell their periods, directions and the lattice"},
+    {commands::featuresTable, "Show the features with their metrics in a table"},
     {commands::filters, "Filter the image"},
     {commands::highlight, "Show slopes instead of heights"},
     {commands::invert, "Turn the colours of this view around"},

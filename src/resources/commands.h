@@ -117,6 +117,7 @@ enum number : unsigned {
     radialSpectrum = 10174,
     originProfile = 10175,
     spectrumPeaks = 10176,
+    featuresTable = 10177,
     filters = 10183,
     highlight = 10191,
     invert = 10192,

@@ -262,6 +262,8 @@ constexpr menu_row features[] = {
     item(1, commands::fillFeatures, "Fill inner areas"),
     item(1, commands::excludeFiltered, "E&xclude filtered from histogram"),
     item(1, commands::profileHeight, "Profile average &height"),
+    separator(1),
+    item(1, commands::featuresTable, "&Table"),
 };
 
 constexpr menu_row capture[] = {

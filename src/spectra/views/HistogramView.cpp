@@ -64,6 +64,11 @@ std::string CHistogramView::valueUnits() const { return valueAxis().get_units();
 void CHistogramView::LoadData()
 {
     CImageView::LoadData();
+    rebuildHistogram();
+}
+
+void CHistogramView::rebuildHistogram()
+{
     counted = makeHistogram();
     const std::string units = valueUnits();
     shownUnits = readable_units(units.c_str(), counted.valueRange);
@@ -71,6 +76,12 @@ void CHistogramView::LoadData()
     updateText();
     RefreshDisplay();
     Invalidate(true);
+}
+
+void CHistogramView::putDelimiters(double first, double second)
+{
+    control.put(0, first);
+    control.put(1, second);
 }
 
 void CHistogramView::updateText()

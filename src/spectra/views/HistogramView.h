@@ -7,6 +7,7 @@
 #include "vldv_api.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 /// How often each height of an image occurs: bars over the values, and two delimiters that tell the share of the
@@ -56,8 +57,13 @@ protected:
     /// Of the values below the chart.
     virtual std::string valueUnits() const;
     static constexpr CSize firstSize{256, 128};
-    /// A delimiter was moved by the user.
-    virtual void delimitersMoved() {}
+    /// Delimiters that the user has moved were let go.
+    virtual void delimitersReleased() {}
+    /// Asks for the bars anew and shows them.
+    void rebuildHistogram();
+    void putDelimiters(double first, double second);
+    void setText(std::wstring text_) { text = std::move(text_); }
+    const SPMDataStream* stream() const;
 
 private:
     // Options
@@ -67,7 +73,6 @@ private:
     void oh_resize(const SPMVar& changed);
 
     // Data
-    const SPMDataStream* stream() const;
     const VLAxis& valueAxis() const;
     bool hasBars() const noexcept { return !histogram.bins.empty(); }
     vldv::spectra::delimited_share share() const { return share_between(histogram, control.shares()); }

@@ -60,7 +60,6 @@ void CHistogramView::OnMouseMove(unsigned flags, CPoint point)
         }
     updateText();
     InvalidateRect(textRect, true);
-    delimitersMoved();
 }
 
 void CHistogramView::OnLButtonDown(unsigned flags, CPoint point)
@@ -74,8 +73,10 @@ void CHistogramView::OnLButtonDown(unsigned flags, CPoint point)
 
 void CHistogramView::OnLButtonUp(unsigned flags, CPoint point)
 {
-    if (control.isHeld() || partControl.isHeld()) ReleaseCapture();
+    const bool hadDelimiters = control.isHeld();
+    if (hadDelimiters || partControl.isHeld()) ReleaseCapture();
     OnCaptureChanged();
+    if (hadDelimiters) delimitersReleased();
     CImageView::OnLButtonUp(flags, point);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "base/VLAxis.h"
+#include "document/update_hints.h"
 #include "platform/draw/Region.h"
 #include "surface/figures/drawing_axes.h"
 #include "surface/figures/sample_frame.h"
@@ -27,16 +28,7 @@ struct volume_mark {
     double x = 0.0, y = 0.0;
 };
 
-/// What hints of the cursor machine say, in their low byte. The object of each is a point of the source.
-enum cursor_hint : std::uint32_t {
-    hintMarkRemoved = 0x1E,
-    hintIncludePress = 0x1F,
-    hintIncludeDrag = 0x20,
-    hintIncludeRelease = 0x21,
-    hintExcludePress = 0x22,
-    hintExcludeDrag = 0x23,
-    hintExcludeRelease = 0x24,
-};
+using enum document::feature_hint; // what the machine tells, with a point of the source
 
 /// The view around a cursor machine, as far as the machine needs it. Points are samples of the image unless they are
 /// called client points. Each answer is that of the moment.

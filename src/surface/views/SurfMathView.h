@@ -205,6 +205,8 @@ private:
     void OnUpdateZoomWindow(CCmdUI& ui);
     void OnOpenView(unsigned id);
     void OnUpdateOpenView(CCmdUI& ui);
+    void OnEnumFeatures();
+    void OnUpdateEnumFeatures(CCmdUI& ui);
     void OnResolution();
     void OnUpdateHasSamples(CCmdUI& ui);
     void OnCalibrationCurve();

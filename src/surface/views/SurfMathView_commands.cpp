@@ -51,6 +51,7 @@ bool CSurfMathView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {commands::scene, commands::scene, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
         {commands::histogram, commands::histogram, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
         {commands::fourier, commands::fourier, &view_class::OnOpenView, &view_class::OnUpdateOpenView},
+        {commands::enumFeatures, &view_class::OnEnumFeatures, &view_class::OnUpdateEnumFeatures},
         {commands::resolution, &view_class::OnResolution, &view_class::OnUpdateHasSamples},
         {commands::calibrationCurve, &view_class::OnCalibrationCurve, &view_class::OnUpdateCalibrationCurve},
         {commands::resample, &view_class::OnResample, &view_class::OnUpdateHasSamples},

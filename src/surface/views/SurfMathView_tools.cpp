@@ -1,6 +1,7 @@
 // Commands of the mouse, and those that open other views and dialogs.
 #include "base/text.h"
 #include "document/StorageDoc.h"
+#include "document/update_hints.h"
 #include "platform/app/Clipboard.h"
 #include "resources/commands.h"
 #include "surface/tools/modes/cursor_tools.h"
@@ -12,6 +13,7 @@
 #include "surface/views/zoom_window.h"
 #include "view/dialogs/resolution_dialog.h"
 #include "view/frame/open_view.h"
+#include "view/image/FeaturesSource.h"
 #include "view/image/SectionSource.h"
 
 #include <algorithm>
@@ -146,6 +148,28 @@ void CSurfMathView::OnOpenView(unsigned id)
     if (CImageView* const opened = view::open_view(*this, template_of(id))) view::show_opened(*opened);
 }
 void CSurfMathView::OnUpdateOpenView(CCmdUI& ui) { ui.Enable(hasSamples() && view::can_open(template_of(ui.m_nID))); }
+
+/// Where features are looked for is what is selected, or all. An open view of features looks there from now on, and
+/// what the cursor draws belongs to them.
+void CSurfMathView::OnEnumFeatures()
+{
+    const bool hasSelection = drawn.selectionActive && !selectionBounds().IsRectEmpty();
+    const CRect working = hasSelection ? selectionBounds() : CRect({0, 0}, imageSize());
+    CImageView* const shown = featuresView();
+    CImageView* const features = shown ? shown : view::open_view(*this, featuresFrame);
+    if (auto* const source = dynamic_cast<IFeaturesSource*>(features)) source->setWorkingRect(working);
+    if (!features) return;
+    if (!shown) return view::show_opened(*features);
+    CDocument& document = *GetDocument();
+    document.UpdateAllViews(nullptr, document::hint{document::hintBringToFront, imageNumber}.packed());
+    document.UpdateAllViews(nullptr, document::data_hint(imageNumber));
+    machine.setMode(static_cast<int>(cursor_mode::includeFeatures));
+}
+void CSurfMathView::OnUpdateEnumFeatures(CCmdUI& ui)
+{
+    const bool isSurface = hasSamples() && stream()->get_dimensions_number() == 2;
+    ui.Enable(isSurface && view::can_open(featuresFrame));
+}
 
 void CSurfMathView::OnResolution()
 {

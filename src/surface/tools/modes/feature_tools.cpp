@@ -8,7 +8,7 @@ namespace {
 
 /// What the view is told, and the pointer.
 struct brush {
-    cursor_hint press, drag, release;
+    document::feature_hint press, drag, release;
     tool_pointer pointer;
 };
 

@@ -38,6 +38,7 @@ public:
         on.state.marks.push_back(event.at);
         on.state.selectionActive = false;
         show_total(on.state, on.world);
+        on.world.sendToFeatures(hintMarkSet, event.at);
     }
     tool_pointer pointerFor(const selection_state&, modifier_keys) const noexcept override
     {
