@@ -17,7 +17,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 
 if(VLDV_SANITIZE OR VLDV_FUZZ)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # Null pointers and sizes of objects are found by the address sanitizer too; asking before each access adds
+  # a fifth to the time of a build.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize=null,object-size -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
