@@ -248,6 +248,18 @@ std::uint32_t decorations::flags(std::string_view name) const noexcept
     return 0;
 }
 
+bool decorations::editBitmap(std::string_view key, const std::function<void(decoration::element&)>& edit)
+{
+    const auto found = groups.find(key);
+    if (found == groups.end()) return false;
+    for (decoration& each : found->second.members) {
+        if (each.type != DECORATION_BITMAP || each.elements.empty()) continue;
+        edit(each.elements.front());
+        return true;
+    }
+    return false;
+}
+
 bool decorations::toggle(std::size_t place, std::size_t member) noexcept
 {
     if (place >= groups.size()) return false;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -78,6 +79,8 @@ public:
     /// there
     bool toggle(std::size_t place, std::size_t member) noexcept;
     void clear() noexcept { groups.clear(); }
+    /// Changes the bytes of the first bitmap of a group. \return there is one
+    bool editBitmap(std::string_view key, const std::function<void(decoration::element&)>& edit);
     /// Puts a whole group in place, as it is. \return false, with nothing changed, for one that `set` could not have
     /// made
     bool put(std::string key, group made);

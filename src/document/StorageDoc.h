@@ -10,6 +10,7 @@
 #include "vldv_api.h"
 
 #include <algorithm>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -184,6 +185,10 @@ public:
     unsigned GetObjectFlags(unsigned image, const char* name) const noexcept;
     /// \return whether a decoration of this name changed; views are not told
     bool ObjectAction(unsigned image, ObjectActionType action, const char* name);
+    /// Changes the first bitmap of a group in place, as a brush does; the image's views redraw that part of it alone.
+    /// \param part  of the image, samples \return there is such a bitmap
+    bool paintDecoration(const char* key, unsigned image, const CRect& part,
+                         const std::function<void(vldv::document::decoration::element&)>& edit);
     /// Selects one decoration, or no longer, and has the image's views redraw.
     /// \param group, member  the group's position in the order of the keys, and the place in it
     void toggleDecoration(unsigned image, std::size_t group, std::size_t member);

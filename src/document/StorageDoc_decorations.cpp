@@ -64,6 +64,15 @@ bool CStorageDoc::ObjectAction(unsigned image, ObjectActionType action, const ch
     return true;
 }
 
+bool CStorageDoc::paintDecoration(const char* key, unsigned image, const CRect& part,
+                                  const std::function<void(document::decoration::element&)>& edit)
+{
+    if (image >= imageOptions.size() || !imageOptions[image].drawings.edit().editBitmap(key, edit)) return false;
+    drawingsChanged(image);
+    UpdateAllViews(nullptr, document::hint{document::hintDrawingPart, image}.packed(), part);
+    return true;
+}
+
 void CStorageDoc::toggleDecoration(unsigned image, std::size_t group, std::size_t member)
 {
     if (image >= imageOptions.size() || !imageOptions[image].drawings.edit().toggle(group, member)) return;

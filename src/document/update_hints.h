@@ -16,8 +16,10 @@ enum hint_code : std::uint32_t {
     hintChangeSubimage = 8,
     hintSectionChanged = 9, ///< the object is the section's view
     hintClearMarks = 10,
-    hintAddMark = 11,  ///< the object is its point, samples
-    hintShowText = 12, ///< the object is a measurement
+    hintAddMark = 11,     ///< the object is its point, samples
+    hintShowText = 12,    ///< the object is a measurement
+    hintShowPoint = 13,   ///< what a view shows of the image moves to where this point is in sight, samples
+    hintDrawingPart = 14, ///< what is drawn over this rectangle of the image changed, samples
 };
 /// What surfaces and tables tell the view that enumerates features. The object is a point of the image, but for
 /// `hintChooseMetric`, whose metric stands in place of the image.

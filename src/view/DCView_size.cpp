@@ -4,6 +4,7 @@
 #include "platform/app/WinApp.h"
 #include "platform/app/dpi.h"
 #include "view/DCView.h"
+#include "view/frame/open_view.h"
 
 using namespace vldv;
 
@@ -116,14 +117,7 @@ CSize CDCView::fittingArea(CSize display) const
 
 void CDCView::bringFrameInside()
 {
-    CWinApp* const app = AfxGetApp();
-    const CRect area = app ? app->host().frameArea() : CRect();
-    CFrameWnd* const frame = GetParentFrame();
-    if (area.IsRectEmpty() || !frame) return;
-    const CRect now = frame->GetWindowRect();
-    const CPoint corner{std::max(area.left, std::min(now.left, area.right - now.Width())),
-                        std::max(area.top, std::min(now.top, area.bottom - now.Height()))};
-    if (corner != now.TopLeft()) frame->MoveWindow(CRect(corner, now.Size()));
+    if (CFrameWnd* const frame = GetParentFrame()) view::bring_inside(*frame);
 }
 
 bool CDCView::OnMouseWheel(unsigned flags, int delta, CPoint point)

@@ -19,9 +19,15 @@ struct help_page {
     const char *title, *file;
 };
 constexpr help_page helpPages[] = {
-    {"The workstation", "workstation.md"},   {"Surfaces", "surface.md"}, {"Curves", "curves.md"},
-    {"Distributions", "distributions.md"},   {"Spectra", "spectra.md"},  {"Files that open", "formats.md"},
-    {"The command line", "command-line.md"}, {"Licence", "LICENSE"},
+    {"The workstation", "workstation.md"},
+    {"Surfaces", "surface.md"},
+    {"Curves", "curves.md"},
+    {"Distributions", "distributions.md"},
+    {"Spectra", "spectra.md"},
+    {"Features", "features.md"},
+    {"Files that open", "formats.md"},
+    {"The command line", "command-line.md"},
+    {"Licence", "LICENSE"},
 };
 
 } // namespace

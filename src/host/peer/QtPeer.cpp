@@ -193,10 +193,11 @@ void CQtPeer::tellSizeLater()
         Qt::QueuedConnection);
 }
 
-void CQtPeer::paint()
+void CQtPeer::paint(const QRect& part)
 {
     wasPainted = true;
     paint::CQtDC dc(*widget);
+    dc.IntersectClipRect(rect_of(part)); // what is outside need not be worked out
     logic.OnEraseBkgnd(dc);
     logic.OnPaint(dc);
 }
@@ -274,7 +275,7 @@ bool CQtPeer::eventFilter(QObject* watched, QEvent* event)
     }
     switch (event->type()) {
     case QEvent::Paint:
-        paint();
+        paint(static_cast<QPaintEvent*>(event)->region().boundingRect());
         return true;
     case QEvent::Resize:
         tellSizeLater();

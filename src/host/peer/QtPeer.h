@@ -58,7 +58,7 @@ private:
     bool handleKeyRelease(const QKeyEvent& release);
     bool handleWheel(const QWheelEvent& wheel);
     void closeLater();
-    void paint();
+    void paint(const QRect& part);
     void paintLater();
 
     std::map<unsigned, std::unique_ptr<QTimer>> timers;

@@ -12,8 +12,8 @@ class CView;
 
 namespace vldv {
 
-/// What goes along with an update hint: nothing, a view, a point, a text or a number.
-using hint_object = std::variant<std::monostate, CView*, CPoint, std::string, double>;
+/// What goes along with an update hint: nothing, a view, a point, a text, a number or a rectangle.
+using hint_object = std::variant<std::monostate, CView*, CPoint, std::string, double, CRect>;
 
 } // namespace vldv
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <span>
 
 namespace vldv::surface {
 
@@ -40,37 +41,41 @@ std::vector<shown_span> spans(int pixels, int from, int to, int at, int side, in
 /// Along a row of pixels, what is covered: 1 where one of the entries of any of the rows is not 0.
 class covered_row {
 public:
-    covered_row(const document::decoration::element& mask_, const std::vector<shown_span>& columns_)
-        : mask(mask_), columns(columns_), entries(mask_.width)
+    covered_row(const document::decoration::element& mask_, std::span<const shown_span> columns_)
+        : mask(mask_), columns(columns_)
     {
+        if (columns.empty()) return;
+        first = columns.front().first;
+        entries.resize(static_cast<std::size_t>(std::max(columns.back().last - first, 0)));
     }
     /// The rectangles of that row, `top` the pixel's own.
     void append(shown_span rows, int left, int top, std::vector<CRect>& out)
     {
         std::ranges::fill(entries, static_cast<unsigned char>(0));
         for (int y = rows.first; y < rows.last; ++y) {
-            const unsigned char* const row = mask.bytes.data() + static_cast<std::size_t>(y) * mask.width;
+            const unsigned char* const row = mask.bytes.data() + static_cast<std::size_t>(y) * mask.width + first;
             for (std::size_t x = 0; x < entries.size(); ++x)
                 entries[x] = static_cast<unsigned char>(entries[x] | row[x]);
         }
         if (std::ranges::all_of(entries, [](unsigned char each) { return each == 0; })) return;
         const auto isCovered = [this](std::size_t pixel) {
             const auto begin = entries.begin();
-            return std::any_of(begin + columns[pixel].first, begin + columns[pixel].last,
+            return std::any_of(begin + (columns[pixel].first - first), begin + (columns[pixel].last - first),
                                [](unsigned char each) { return each != 0; });
         };
         for (std::size_t i = 0; i < columns.size(); ++i) {
             if (!isCovered(i)) continue;
-            const std::size_t first = i;
+            const std::size_t begin = i;
             while (i + 1 < columns.size() && isCovered(i + 1)) ++i;
-            out.push_back({left + static_cast<int>(first), top, left + static_cast<int>(i) + 1, top + 1});
+            out.push_back({left + static_cast<int>(begin), top, left + static_cast<int>(i) + 1, top + 1});
         }
     }
 
 private:
     const document::decoration::element& mask;
-    const std::vector<shown_span>& columns;
-    std::vector<unsigned char> entries;
+    std::span<const shown_span> columns;
+    int first = 0;                      ///< entry of the mask
+    std::vector<unsigned char> entries; ///< of the columns
 };
 
 void draw_points(CDC& dc, const std::vector<CPoint>& points, colorEntry color, bool isSelected)
@@ -92,12 +97,14 @@ CRect place_of(const double* corner, const drawing_axes& axes)
 void draw_bitmaps(CDC& dc, const document::decoration& drawing, bool areSamples, const drawing_axes& axes,
                   const view::view_geometry& geometry)
 {
+    CRect clip = dc.GetClipBox();
+    clip.InflateRect(1, 1); // rounded where logical units are larger than those of the device
     for (std::size_t i = 0; i < drawing.elements.size() && 4 * i + 3 < drawing.coordinates.size(); ++i) {
         const document::decoration::element& bitmap = drawing.elements[i];
         const CSize size{static_cast<int>(bitmap.width), static_cast<int>(bitmap.height)};
         const CRect place =
             areSamples && size == axes.image ? CRect({0, 0}, size) : place_of(drawing.coordinates.data() + 4 * i, axes);
-        const CRgn covered = mask_region(bitmap, place, geometry);
+        const CRgn covered = mask_region(bitmap, place, geometry, clip);
         if (!covered.isEmpty()) dc.FillRgn(covered, CBrush::solid(static_cast<colorEntry>(drawing.color)));
     }
 }
@@ -140,7 +147,8 @@ void draw_one(CDC& dc, const document::decoration& drawing, bool areSamples, con
 
 } // namespace
 
-CRgn mask_region(const document::decoration::element& mask, const CRect& place, const view::view_geometry& geometry)
+CRgn mask_region(const document::decoration::element& mask, const CRect& place, const view::view_geometry& geometry,
+                 const CRect& clip)
 {
     const std::size_t bytes = std::size_t{mask.width} * mask.height;
     if (place.IsRectEmpty() || geometry.display.IsRectEmpty() || bytes == 0 || mask.bytes.size() < bytes) return {};
@@ -150,10 +158,13 @@ CRgn mask_region(const document::decoration::element& mask, const CRect& place, 
         spans(display.Width(), source.left, source.right, place.left, place.Width(), static_cast<int>(mask.width));
     const std::vector<shown_span> rows =
         spans(display.Height(), source.top, source.bottom, place.top, place.Height(), static_cast<int>(mask.height));
-    covered_row row(mask, columns);
+    CRect wanted;
+    if (!wanted.IntersectRect(display, clip)) return {};
+    covered_row row(mask, std::span(columns).subspan(static_cast<std::size_t>(wanted.left - display.left),
+                                                     static_cast<std::size_t>(wanted.Width())));
     std::vector<CRect> parts;
-    for (int y = 0; y < display.Height(); ++y)
-        row.append(rows[static_cast<std::size_t>(display.Height() - 1 - y)], display.left, display.top + y, parts);
+    for (int y = wanted.top; y < wanted.bottom; ++y)
+        row.append(rows[static_cast<std::size_t>(display.bottom - 1 - y)], wanted.left, y, parts);
     return CRgn::united(parts);
 }
 

@@ -14,6 +14,8 @@ void draw_decorations(CDC& dc, const document::decorations& drawings, const draw
 /// The pixels of a display that a bitmap of samples covers, row 0 the lowest. Where a pixel shows several samples, one
 /// that is not 0 is enough, so that thin lines stay whole.
 /// \param place  of the bitmap, samples of the image
-CRgn mask_region(const document::decoration::element& mask, const CRect& place, const view::view_geometry& geometry);
+/// \param clip   pixels that are wanted, those of the display that it covers
+CRgn mask_region(const document::decoration::element& mask, const CRect& place, const view::view_geometry& geometry,
+                 const CRect& clip);
 
 } // namespace vldv::surface

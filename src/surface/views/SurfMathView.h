@@ -91,6 +91,8 @@ public:
     std::unique_ptr<CDC> legendDC() const;
     /// Shows another part of the image.
     void showPart(const CRect& window);
+    /// The same where it is another one, with all that shows it.
+    void moveTo(const CRect& window);
     /// Takes over what is selected on a similar image.
     void adoptSelection(const vldv::surface::selection_state& from);
     void updateStatistics();

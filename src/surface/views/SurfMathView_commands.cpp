@@ -152,7 +152,11 @@ bool CSurfMathView::OnMouseWheel(unsigned flags, int delta, CPoint point)
 
 void CSurfMathView::zoomSource(double factor, CPoint around)
 {
-    const CRect window = view::zoomed_window(sourceRect, imageSize(), around, factor);
+    moveTo(view::zoomed_window(sourceRect, imageSize(), around, factor));
+}
+
+void CSurfMathView::moveTo(const CRect& window)
+{
     if (window == sourceRect) return;
     showPart(window);
     Invalidate(true);

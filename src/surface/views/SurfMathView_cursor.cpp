@@ -69,7 +69,8 @@ CImageView* CSurfMathView::featuresView() const
     if (!GetDocument()) return nullptr;
     for (CView* const each : GetDocument()->views())
         if (auto* const view = dynamic_cast<CImageView*>(each);
-            view && std::strcmp(view->viewKind(), "CFeaturesHistogramView") == 0)
+            view && view->getImageNumber() == imageNumber &&
+            std::strcmp(view->viewKind(), "CFeaturesHistogramView") == 0)
             return view;
     return nullptr;
 }

@@ -3,6 +3,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/Clipboard.h"
+#include "platform/app/FrameWnd.h"
 #include "resources/commands.h"
 #include "surface/tools/modes/cursor_tools.h"
 #include "surface/views/SurfMathView.h"
@@ -159,7 +160,13 @@ void CSurfMathView::OnEnumFeatures()
     CImageView* const features = shown ? shown : view::open_view(*this, featuresFrame);
     if (auto* const source = dynamic_cast<IFeaturesSource*>(features)) source->setWorkingRect(working);
     if (!features) return;
-    if (!shown) return view::show_opened(*features);
+    if (!shown) {
+        view::show_opened(*features);
+        PositionWindowNearby(features->GetParentFrame(), 0, legendRight);
+        features->bringFrameInside();
+        if (auto* const source = dynamic_cast<IFeaturesSource*>(features)) source->showTable();
+        return;
+    }
     CDocument& document = *GetDocument();
     document.UpdateAllViews(nullptr, document::hint{document::hintBringToFront, imageNumber}.packed());
     document.UpdateAllViews(nullptr, document::data_hint(imageNumber));

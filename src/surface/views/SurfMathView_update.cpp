@@ -59,6 +59,14 @@ void CSurfMathView::OnUpdate(CView* sender, std::uint32_t hint, const hint_objec
     case document::hintAddMark:
         if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point) machine.addMark(*point);
         return;
+    case document::hintShowPoint:
+        if (const auto* const point = std::get_if<CPoint>(&object); isOurs && point)
+            moveTo(view::window_showing(sourceRect, imageSize(), *point));
+        return;
+    case document::hintDrawingPart:
+        if (const auto* const part = std::get_if<CRect>(&object); isOurs && part)
+            InvalidateRect(view::view_geometry{displayRect, sourceRect}.around(*part), false);
+        return;
     case document::hintShowText:
         if (const auto* const text = std::get_if<std::string>(&object); isOurs && text) showText(*text);
         return;

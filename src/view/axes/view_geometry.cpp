@@ -82,6 +82,16 @@ CRect zoomed_window(const CRect& window, CSize whole, CPoint around, double fact
     return {left, top, right, bottom};
 }
 
+CRect window_showing(const CRect& window, CSize whole, CPoint sample) noexcept
+{
+    if (window.PtInRect(sample)) return window;
+    const auto start = [](int at, int length, int all) {
+        return std::clamp(at - length / 2, 0, std::max(all - length, 0));
+    };
+    const CPoint corner{start(sample.x, window.Width(), whole.cx), start(sample.y, window.Height(), whole.cy)};
+    return {corner, window.Size()};
+}
+
 CSize repaired_content(CSize size) noexcept
 {
     constexpr int widest = 1 << 24; // no screen is; sums with margins and frames stay inside the numbers

@@ -27,6 +27,14 @@ struct view_geometry {
         if (height == 0) return display.top;
         return halvesDown((height - 0.5 - y + source.top) * display.Height() / height) + display.top;
     }
+    /// Pixels that show any of the samples of a rectangle, with those beside them.
+    CRect around(const CRect& samples) const noexcept
+    {
+        if (samples.IsRectEmpty() || source.IsRectEmpty()) return {};
+        const int width = display.Width() / source.Width() + 2, height = display.Height() / source.Height() + 2;
+        return {xToClient(samples.left) - width, yToClient(samples.bottom - 1) - height,
+                xToClient(samples.right - 1) + width, yToClient(samples.top) + height};
+    }
     int xToSource(int x) const noexcept
     {
         if (display.Width() == 0) return source.left;
@@ -57,6 +65,10 @@ CRect shape_kept(const CRect& room, CSize source) noexcept;
 /// The part of an image that is shown, larger or smaller by `factor`, with the sample `around` in the same place: at
 /// least one sample more or less, and no more than there are.
 VLDV_INTERNAL_API CRect zoomed_window(const CRect& window, CSize whole, CPoint around, double factor) noexcept;
+
+/// The part of an image of the size of `window` that has a sample in sight: itself where it has, otherwise one with the
+/// sample in the middle as far as there is image around.
+CRect window_showing(const CRect& window, CSize whole, CPoint sample) noexcept;
 
 /// A width below 1 repaired: 0 gives 1 by 1, a negative one a width of 1 and the height divided by it. Sides end at
 /// 2^24.

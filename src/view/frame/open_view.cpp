@@ -7,6 +7,8 @@
 #include "platform/app/WinApp.h"
 #include "view/ImageView.h"
 
+#include <algorithm>
+
 namespace vldv::view {
 
 namespace {
@@ -56,6 +58,17 @@ void show_opened(CImageView& opened)
     CFrameWnd* const frame = opened.GetParentFrame();
     if (frame && frame->GetDocTemplate())
         frame->GetDocTemplate()->InitialUpdateFrame(frame, opened.GetDocument(), true);
+}
+
+void bring_inside(CFrameWnd& frame)
+{
+    CWinApp* const app = AfxGetApp();
+    const CRect area = app ? app->host().frameArea() : CRect();
+    if (area.IsRectEmpty()) return;
+    const CRect now = frame.GetWindowRect();
+    const CPoint corner{std::max(area.left, std::min(now.left, area.right - now.Width())),
+                        std::max(area.top, std::min(now.top, area.bottom - now.Height()))};
+    if (corner != now.TopLeft()) frame.MoveWindow(CRect(corner, now.Size()));
 }
 
 } // namespace vldv::view

@@ -1,6 +1,7 @@
 #pragma once
 #include "resources/frame_templates.h"
 
+class CFrameWnd;
 class CImageView;
 
 namespace vldv::view {
@@ -15,5 +16,7 @@ CImageView* open_view(CImageView& from, unsigned templateId);
 CImageView* open_view_of(CImageView& from, unsigned image, unsigned templateId);
 /// Gives the view its first update and shows its frame.
 void show_opened(CImageView& opened);
+/// Moves a frame back into the main window's area.
+void bring_inside(CFrameWnd& frame);
 
 } // namespace vldv::view
