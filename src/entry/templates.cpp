@@ -9,6 +9,8 @@
 #include "spectra/views/FeaturesTableView.h"
 #include "spectra/views/FourierView.h"
 #include "spectra/views/HistogramView.h"
+#include "spectra/views/ItemsHistogramView.h"
+#include "spectra/views/ItemsTableView.h"
 #include "surface/views/QVSurfView.h"
 #include "view/ChildFrame.h"
 #include "view/panes/ParametersView.h"
@@ -36,6 +38,8 @@ constexpr CRuntimeClass classes[] = {
     {"CFeaturesTableView", nullptr, create_object<CFeaturesTableView>},
     {"CFourierView", nullptr, create_object<CFourierView>},
     {"CHistogramView", nullptr, create_object<CHistogramView>},
+    {"CItemsHistogramView", nullptr, create_object<CItemsHistogramView>},
+    {"CItemsTableView", nullptr, create_object<CItemsTableView>},
     {"CLineView", &sectionView, create_object<CLineView>},
     {"CParametricCurveView", nullptr, create_object<CParametricCurveView>},
     {"CParametersView", nullptr, create_object<CParametersView>},

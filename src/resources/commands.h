@@ -118,6 +118,8 @@ enum number : unsigned {
     originProfile = 10175,
     spectrumPeaks = 10176,
     featuresTable = 10177,
+    tableItems = 10178,
+    removeRows = 10179,
     filters = 10183,
     highlight = 10191,
     invert = 10192,

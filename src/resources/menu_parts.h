@@ -35,6 +35,7 @@ menu_rows histogram_rows();
 menu_rows fourier_rows();
 menu_rows capture_rows();
 menu_rows features_rows();
+menu_rows features_table_rows();
 menu_rows volume_rows();
 menu_rows plain_view_rows(); ///< texts, tables, parameters, collages
 

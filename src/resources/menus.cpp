@@ -65,7 +65,7 @@ constexpr bar_row bars[] = {
     {fourierFrame, fourier_rows, true, fourierToolbar},
     {captureFrame, capture_rows, false, captureToolbar},
     {featuresFrame, features_rows, false, featuresToolbar},
-    {featuresTableFrame, plain_view_rows, false, {}},
+    {featuresTableFrame, features_table_rows, false, {}},
     {textFrame, plain_view_rows, false, {}},
     {volumeFrame, volume_rows, true, {}},
     {parametricFrame, parametric_curve_rows, false, {}},

@@ -264,6 +264,14 @@ constexpr menu_row features[] = {
     item(1, commands::profileHeight, "Profile average &height"),
     separator(1),
     item(1, commands::featuresTable, "&Table"),
+    item(1, commands::tableItems, "&Statistics of items"),
+};
+
+constexpr menu_row features_table[] = {
+    popup(0, "Ta&ble"),
+    item(1, commands::tableItems, "&Statistics of items"),
+    separator(1),
+    item(1, commands::removeRows, "&Remove rows", "Del"),
 };
 
 constexpr menu_row capture[] = {
@@ -292,6 +300,7 @@ menu_rows volume_rows() { return volume; }
 menu_rows histogram_rows() { return histogram; }
 menu_rows fourier_rows() { return fourier; }
 menu_rows features_rows() { return features; }
+menu_rows features_table_rows() { return features_table; }
 menu_rows capture_rows() { return capture; }
 
 } // namespace vldv

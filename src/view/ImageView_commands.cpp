@@ -10,6 +10,7 @@
 #include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "view/ImageView.h"
+#include "view/image/FeaturesSource.h"
 #include "view/panes/ParDisplayDlg.h"
 
 #include <algorithm>
@@ -19,6 +20,18 @@ using namespace vldv;
 namespace {
 
 constexpr const char* parametersListKey = "ParametersList";
+
+/// The view that enumerates the features of an image; null for none.
+IFeaturesSource* features_source(CDocument* document, unsigned image)
+{
+    if (!document) return nullptr;
+    for (CView* const each : document->views()) {
+        const auto* const view = dynamic_cast<const CImageView*>(each);
+        if (!view || view->getImageNumber() != image) continue;
+        if (auto* const source = dynamic_cast<IFeaturesSource*>(each)) return source;
+    }
+    return nullptr;
+}
 
 } // namespace
 
@@ -36,17 +49,32 @@ bool CImageView::OnCmdMsg(unsigned id, CCmdUI* ui)
     return dispatch_command<CImageView>(*this, rows, id, ui) || CDCView::OnCmdMsg(id, ui);
 }
 
-void CImageView::OnEditUndo() { storageDoc()->undo(imageNumber); }
-void CImageView::OnEditRedo() { storageDoc()->redo(imageNumber); }
+void CImageView::OnEditUndo()
+{
+    IFeaturesSource* const painted = features_source(GetDocument(), imageNumber);
+    if (painted && painted->canUndoPainting()) return painted->undoPainting();
+    storageDoc()->undo(imageNumber);
+}
+
+void CImageView::OnEditRedo()
+{
+    IFeaturesSource* const painted = features_source(GetDocument(), imageNumber);
+    if (painted && painted->canRedoPainting()) return painted->redoPainting();
+    storageDoc()->redo(imageNumber);
+}
 
 void CImageView::OnUpdateEditUndo(CCmdUI& ui)
 {
-    ui.Enable(storageDoc() && !isOperationOpen() && storageDoc()->canUndo(imageNumber));
+    const IFeaturesSource* const painted = features_source(GetDocument(), imageNumber);
+    ui.Enable(storageDoc() && !isOperationOpen() &&
+              ((painted && painted->canUndoPainting()) || storageDoc()->canUndo(imageNumber)));
 }
 
 void CImageView::OnUpdateEditRedo(CCmdUI& ui)
 {
-    ui.Enable(storageDoc() && !isOperationOpen() && storageDoc()->canRedo(imageNumber));
+    const IFeaturesSource* const painted = features_source(GetDocument(), imageNumber);
+    ui.Enable(storageDoc() && !isOperationOpen() &&
+              ((painted && painted->canRedoPainting()) || storageDoc()->canRedo(imageNumber)));
 }
 
 void CImageView::OnClearDecorations()

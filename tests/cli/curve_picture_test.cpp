@@ -189,7 +189,7 @@ TEST_F(CurvePictures, TakeOptionsOfTheirView)
         {{"--legend", "none", "--view", "spectrum"}, "none leaves the curves alone", 2},
         {{"--points", "1,1"}, "needs two points for a line", 2},
         {{"--points", "0,0;4,1", "--view", "surface"}, "another view is given", 2},
-        {{"--view", "volume"}, "expected surface, section, spectrum, parametric, histogram or fourier", 2},
+        {{"--view", "volume"}, "expected surface, section, spectrum, parametric, histogram, fourier or features", 2},
         {{"--sub", "1"}, "there is no such image or sub-image", 1},
     };
     for (const char* const output : {"x.svg", "x.png"})

@@ -6,7 +6,14 @@
 namespace vldv::cli {
 
 /// What a picture shows an image in; `automatic` is what its window would open as.
-enum class picture_view { automatic, surface, section, spectrum, parametric, histogram, fourier };
+enum class picture_view { automatic, surface, section, spectrum, parametric, histogram, fourier, features };
+
+/// It shows a frame of heights in a picture of its own, and no curves.
+constexpr bool shows_heights(picture_view view) noexcept
+{
+    return view == picture_view::surface || view == picture_view::histogram || view == picture_view::fourier ||
+           view == picture_view::features;
+}
 
 /// What `vldv render` was asked for.
 struct picture_options {

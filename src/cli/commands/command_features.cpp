@@ -4,19 +4,21 @@
 #include "cli/choice/image_part.h"
 #include "cli/choice/picture_options.h"
 #include "cli/choice/text_check.h"
+#include "cli/choice/word_choice.h"
 #include "cli/commands.h"
 #include "cli/output/file_reports.h"
 #include "cli/output/result_files.h"
 #include "cli/output/terminal.h"
 #include "cli/results/feature_output.h"
 #include "output/picture_writer.h"
-#include "spectra/figures/measured_block.h"
+#include "spectra/figures/features/feature_search.h"
+#include "spectra/figures/features/measured_block.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <optional>
 #include <span>
-#include <thread>
+#include <utility>
 
 namespace vldv::cli {
 
@@ -27,8 +29,8 @@ using json = nlohmann::ordered_json;
 struct feature_options {
     std::vector<std::string> files;
     frame_choice choice;
-    std::optional<double> level; ///< none: automatic
-    std::vector<int> rect;       ///< none: the whole image
+    spectra::threshold_choice threshold;
+    std::vector<int> rect; ///< none: the whole image
     std::string csv, mask;
     bool asJson = false;
 };
@@ -47,12 +49,16 @@ frame_features find_features(const CStorageDoc& document, const frame& which, co
     made.voids = voids_of(document, which);
     const spectra::measured_block block(whole, made.working, made.voids.runs);
     made.voids.leftOut = block.leftOut();
-    made.levels = spectra::find_levels(block.measured(), options.level);
-    primitives::bit_image mask;
-    made.list = spectra::feature_list::above(
-        made.levels.threshold, {block.heights(), made.working.TopLeft(), made.axes, made.levels.zeroLevel}, mask,
-        std::max(std::thread::hardware_concurrency(), 1u));
+    spectra::found_features found = spectra::find_features(block, made.working.TopLeft(), made.axes, options.threshold);
+    made.levels = found.levels;
+    made.list = std::move(found.list);
     return made;
+}
+
+std::string share_problem(const std::string& text)
+{
+    const auto share = base::whole_number(text);
+    return share && *share >= 0.0 && *share <= 1.0 ? "" : "expected a number from 0 to 1, not \"" + text + '"';
 }
 
 /// The files that a call writes besides what it prints.
@@ -134,12 +140,23 @@ void add_features(CLI::App& app, int& status)
     add_frame_options(*command, options->choice);
     command
         ->add_option_function<std::string>(
-            "--level", [options](const std::string& text) { options->level = base::whole_number(text); },
+            "--level",
+            [options](const std::string& text) {
+                options->threshold.mode = spectra::threshold_mode::manual;
+                options->threshold.level = *base::whole_number(text);
+            },
             "Threshold as a share of the range, from 0 to 1 (default: automatic)")
-        ->check([](const std::string& text) {
-            const auto level = base::whole_number(text);
-            return level && *level >= 0.0 && *level <= 1.0 ? "" : "expected a number from 0 to 1, not \"" + text + '"';
-        });
+        ->check(share_problem);
+    CLI::Option* const mode = command->add_option("--threshold", options->threshold.mode,
+                                                  "Rule of the threshold; watershed parts features that touch");
+    take_words<spectra::threshold_mode>(*mode, {{"auto", spectra::threshold_mode::automatic},
+                                                {"otsu", spectra::threshold_mode::otsu},
+                                                {"watershed", spectra::threshold_mode::watershed}});
+    mode->excludes("--level");
+    CLI::Option* const depth = command->add_option_function<std::string>(
+        "--depth", [options](const std::string& text) { options->threshold.depth = *base::whole_number(text); },
+        "How far summits rise above what joins them, a share of the height above the threshold (default: 0.1)");
+    depth->check(share_problem);
     command
         ->add_option_function<std::string>(
             "--rect", [options](const std::string& text) { options->rect = *parse_rectangle(text); },
@@ -148,7 +165,11 @@ void add_features(CLI::App& app, int& status)
     command->add_option("--csv", options->csv, "Table for a spreadsheet; a folder for several");
     command->add_option("--mask", options->mask, "Picture (png) of the features; a folder for several");
     command->add_flag("--json", options->asJson, "Print JSON");
-    command->callback([options, &status] { status = run(*options); });
+    command->callback([options, depth, &status] {
+        if (depth->count() > 0 && options->threshold.mode != spectra::threshold_mode::watershed)
+            throw CLI::ValidationError("--depth", "is one of --threshold watershed");
+        status = run(*options);
+    });
 }
 
 } // namespace vldv::cli

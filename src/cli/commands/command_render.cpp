@@ -141,10 +141,9 @@ void check(const picture_options& options, bool hasMode)
         throw CLI::ValidationError("--points", "are those of a section or its spectrum, and another view is given");
     if (!options.points.empty() && parse_points(options.points)->size() < 2)
         throw CLI::ValidationError("--points", "needs two points for a line");
-    if (isFixed && view == picture_view::fourier)
-        throw CLI::ValidationError("--fixed", "is a window of heights, and a spectrum has none");
-    if (options.statistics &&
-        (view == picture_view::surface || view == picture_view::histogram || view == picture_view::fourier))
+    if (isFixed && (view == picture_view::fourier || view == picture_view::features))
+        throw CLI::ValidationError("--fixed", "is a window of heights, and neither spectra nor features have one");
+    if (options.statistics && shows_heights(view))
         throw CLI::ValidationError("--statistics", "draws the lines of force curves, and another view is given");
     if (options.legend == "none" && (view == picture_view::spectrum || options.statistics))
         throw CLI::ValidationError("--legend", "none leaves the curves alone, without spectrum and force lines");
@@ -182,7 +181,8 @@ void add_render(CLI::App& app, int& status)
          {"spectrum", picture_view::spectrum},
          {"parametric", picture_view::parametric},
          {"histogram", picture_view::histogram},
-         {"fourier", picture_view::fourier}});
+         {"fourier", picture_view::fourier},
+         {"features", picture_view::features}});
     command->add_option("--points", options->points, "Draw the section along a line through samples: x,y;x,y;…")
         ->check(points_problem);
     command->add_flag("--statistics", options->statistics, "Draw the lines of force curves");

@@ -4,6 +4,7 @@
 #include "curves/views/ParametricCurveView.h"
 #include "curves/views/SectionView.h"
 #include "document/StorageDoc.h"
+#include "spectra/views/FeaturesHistogramView.h"
 #include "spectra/views/FourierView.h"
 #include "spectra/views/HistogramView.h"
 
@@ -26,16 +27,13 @@ std::unique_ptr<CImageView> attached_view(CStorageDoc& document, const curve_win
         made->setXDataStream(window.positions);
         return made;
     }
-    if (window.kind == curve_view::histogram) {
-        auto made = std::make_unique<CHistogramView>();
+    const auto plain = [&]<class View>(std::unique_ptr<View> made) -> std::unique_ptr<CImageView> {
         attach(*made);
         return made;
-    }
-    if (window.kind == curve_view::fourier) {
-        auto made = std::make_unique<CFourierView>();
-        attach(*made);
-        return made;
-    }
+    };
+    if (window.kind == curve_view::histogram) return plain(std::make_unique<CHistogramView>());
+    if (window.kind == curve_view::fourier) return plain(std::make_unique<CFourierView>());
+    if (window.kind == curve_view::features) return plain(std::make_unique<CFeaturesHistogramView>());
     auto made = std::make_unique<CSectionView>();
     attach(*made);
     for (std::size_t i = 0; i < window.points.size(); ++i) made->setPoint(static_cast<unsigned>(i), window.points[i]);

@@ -15,7 +15,7 @@ namespace vldv::cli {
 
 /// What such a window shows: curves, their spectrum below, curves over another image, how often each height of a curve
 /// or surface occurs, or the spectrum of a surface.
-enum class curve_view { section, spectrum, parametric, histogram, fourier };
+enum class curve_view { section, spectrum, parametric, histogram, fourier, features };
 
 /// Whether axes, marks and texts stand around the curves.
 enum class curve_legend { whereItFits, always, never };

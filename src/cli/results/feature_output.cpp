@@ -6,7 +6,7 @@
 #include "base/units.h"
 #include "output/csv_text.h"
 #include "output/picture_writer.h"
-#include "spectra/figures/feature_metrics.h"
+#include "spectra/figures/features/feature_metrics.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 #include "cli/choice/frame_voids.h"
 #include "platform/draw/geometry.h"
-#include "spectra/figures/feature_levels.h"
-#include "spectra/figures/feature_list.h"
+#include "spectra/figures/features/feature_levels.h"
+#include "spectra/figures/features/feature_list.h"
 
 #include <nlohmann/json.hpp>
 #include <string>

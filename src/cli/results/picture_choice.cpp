@@ -43,6 +43,7 @@ std::optional<picture_view> view_of(const CStorageDoc& document, unsigned image,
         return window_of(document, image, options.image >= 0);
     case picture_view::surface:
     case picture_view::fourier:
+    case picture_view::features:
         return when(dimensions == 2);
     case picture_view::histogram:
         return when(dimensions <= 2);
@@ -63,6 +64,7 @@ std::string why_none(const CStorageDoc& document, unsigned image, const picture_
         return base::formatted("image %u is neither surface nor curve", image);
     case picture_view::surface:
     case picture_view::fourier:
+    case picture_view::features:
         return base::formatted("image %u is no surface", image);
     case picture_view::histogram:
         return base::formatted("image %u is neither surface nor curve", image);
@@ -86,6 +88,7 @@ const char* what_is_missing(const picture_options& options)
         return "there is no surface and no curve to draw";
     case picture_view::surface:
     case picture_view::fourier:
+    case picture_view::features:
         return "there is no surface to draw";
     case picture_view::parametric:
         return "there is no curve that is measured against another image";
@@ -111,8 +114,7 @@ std::vector<picture_number> chosen_pictures(const CStorageDoc& document, const p
         }
         const unsigned count = document.getSubImagesNumber(image);
         // All curves stand in one window.
-        const bool isEachApart =
-            *view == picture_view::surface || *view == picture_view::histogram || *view == picture_view::fourier;
+        const bool isEachApart = shows_heights(*view);
         const unsigned opening = isEachApart ? 0 : curves::opening_part(document.getImage(image));
         const unsigned first = options.sub >= 0 ? static_cast<unsigned>(options.sub) : opening;
         const unsigned end = options.sub >= 0 || !isEachApart ? first + 1 : count;

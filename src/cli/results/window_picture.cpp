@@ -50,6 +50,7 @@ curve_window asked_curves(const CStorageDoc& document, const picture_number& whi
     if (which.view == picture_view::spectrum) window.kind = curve_view::spectrum;
     if (which.view == picture_view::histogram) window.kind = curve_view::histogram;
     if (which.view == picture_view::fourier) window.kind = curve_view::fourier;
+    if (which.view == picture_view::features) window.kind = curve_view::features;
     if (which.view == picture_view::parametric) {
         window.kind = curve_view::parametric;
         window.positions = document::measuring_image(document, which.image).value();
@@ -83,9 +84,7 @@ void set_up_scale(CScale& scale, const picture_options& options)
 std::string draw_window(CStorageDoc& document, const picture_number& which, const picture_options& options,
                         const drawing_user& use)
 {
-    const bool hasHeights = which.view == picture_view::surface || which.view == picture_view::histogram ||
-                            which.view == picture_view::fourier;
-    if (!hasHeights) return draw_curve_window(document, asked_curves(document, which, options), use);
+    if (!shows_heights(which.view)) return draw_curve_window(document, asked_curves(document, which, options), use);
     if (document.getImage(which.image).array_type() != SPM_ARRAY_INT16) {
         document.getImage(which.image).convert_stream(SPM_ARRAY_INT16);
         document.revalidateImage(which.image);

@@ -4,7 +4,7 @@
 #include "document/StorageDoc.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
-#include "spectra/figures/feature_table.h"
+#include "spectra/figures/features/feature_table.h"
 #include "spectra/views/features_options.h"
 
 #include <algorithm>
@@ -25,7 +25,8 @@ CFeaturesHistogramView::CFeaturesHistogramView()
     using view = CFeaturesHistogramView;
     for (const char* const name : {"AxisX", "AxisY", "AxisZ", "threshold.mode", "exclude_border"})
         AddOptionHandler(name, &view::oh_reload_features);
-    AddOptionHandler("threshold.manual.level", &view::oh_delayed_reload);
+    for (const char* const name : {"threshold.manual.level", "threshold.depth"})
+        AddOptionHandler(name, &view::oh_delayed_reload);
     for (const char* const name : {"NBars", "NBars.manual.count"}) AddOptionHandler(name, &view::oh_refresh_view);
     AddOptionHandler("mask_type", &view::oh_mask_type);
     for (const char* const name : {"keep_inner", "contour_color", "skeleton_color", "show_marks"})
@@ -72,22 +73,23 @@ void CFeaturesHistogramView::LoadData()
 {
     CImageView::LoadData();
     const bool hadFeatures = !features().empty();
-    if (!keepsFeatures) {
-        const CWaitCursor wait;
-        const auto read = readImage();
-        const CRect whole({0, 0}, imageSize());
-        CRect rect;
-        if (!rect.IntersectRect(workingRect, whole)) rect = whole;
-        constexpr int manual = 1;
-        const bool isManual = intOption("threshold.mode") == manual;
-        if (read)
-            search.find(read->searched, rect,
-                        isManual ? std::optional(doubleOption("threshold.manual.level")) : std::nullopt);
-        else
-            search.clear();
-        dropBorder();
-    }
+    const CWaitCursor wait;
+    const auto read = readImage();
+    const CRect whole({0, 0}, imageSize());
+    CRect rect;
+    if (!rect.IntersectRect(workingRect, whole)) rect = whole;
+    if (read)
+        search.find(read->searched, rect, threshold());
+    else
+        search.clear();
+    dropBorder();
     RefreshView(hadFeatures);
+}
+
+spectra::threshold_choice CFeaturesHistogramView::threshold() const
+{
+    return {static_cast<spectra::threshold_mode>(std::clamp(intOption("threshold.mode"), 0, 3)),
+            doubleOption("threshold.manual.level"), doubleOption("threshold.depth")};
 }
 
 /// Counts what touches the border of the rectangle, and leaves it out where the user wants that.
@@ -115,11 +117,7 @@ void CFeaturesHistogramView::RefreshView(bool keepSelection)
 {
     const auto valueAt = [this](double share) { return distribution.valueMin + share * distribution.valueRange; };
     const double low = valueAt(getDelimiters().f1), high = valueAt(getDelimiters().f2);
-    constexpr int manual = 1;
-    const std::optional<unsigned> bars = intOption("NBars") == manual
-                                             ? std::optional(static_cast<unsigned>(intOption("NBars.manual.count")))
-                                             : std::nullopt;
-    distribution = spectra::distribute(features(), metricIndex, bars);
+    distribution = spectra::distribute(features(), metricIndex, manualBars());
     spectra::sort_features(search.features(), metricIndex, sortDescending);
     if (keepSelection) putDelimiters(spectra::share_of(distribution, low), spectra::share_of(distribution, high));
     rebuildHistogram();
@@ -171,18 +169,9 @@ std::string CFeaturesHistogramView::countsText() const
 
 void CFeaturesHistogramView::GetOptionsList(SPMVar* vars, unsigned* count)
 {
-    unsigned before = 0;
-    CHistogramView::GetOptionsList(nullptr, &before);
-    std::vector<SPMVar> all(before);
-    CHistogramView::GetOptionsList(all.data(), &before);
-    std::erase_if(all, [](const SPMVar& each) { return std::string_view(each.get_name()) == "AxisZ"; });
+    std::vector<SPMVar> all = optionsWithoutAxis();
     std::ranges::move(spectra::features_options(stream()), std::back_inserter(all));
-    if (vars) {
-        *count = std::min(*count, static_cast<unsigned>(all.size()));
-        std::copy_n(all.begin(), *count, vars);
-    } else {
-        *count = static_cast<unsigned>(all.size());
-    }
+    giveOptions(all, vars, count);
 }
 
 void CFeaturesHistogramView::oh_reload_features(const SPMVar&) { LoadData(); }

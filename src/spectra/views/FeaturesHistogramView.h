@@ -1,8 +1,8 @@
 #pragma once
 #include "document/samples/rising_heights.h"
 #include "document/samples/unmeasured_samples.h"
-#include "spectra/figures/feature_filter.h"
-#include "spectra/figures/feature_search.h"
+#include "spectra/figures/features/feature_filter.h"
+#include "spectra/figures/features/feature_search.h"
 #include "spectra/views/HistogramView.h"
 #include "view/image/FeaturesSource.h"
 #include "vldv_api.h"
@@ -24,6 +24,11 @@ public:
     const char* viewKind() const override { return "CFeaturesHistogramView"; }
     std::string GetViewSection() override { return "FeaturesHistogramView"; }
     void setWorkingRect(const CRect& rect) override { workingRect = rect; }
+    void showTable() override;
+    bool canUndoPainting() const override { return search.canUndo(); }
+    bool canRedoPainting() const override { return search.canRedo(); }
+    void undoPainting() override;
+    void redoPainting() override;
 
     // What the table shows
     const std::vector<Feature>& features() const noexcept { return search.features(); }
@@ -37,6 +42,8 @@ public:
     void markFeature(std::size_t number);
     /// Takes features out of the list. \param numbers  in rising order
     void removeFeatures(std::span<const std::size_t> numbers);
+    /// Opens windows on some features as they are now. \param numbers  as listed; none: all of them
+    void openItems(std::span<const std::size_t> numbers);
 
     void GetOptionsList(SPMVar* vars, unsigned* count) override;
     void LoadData() override;
@@ -62,6 +69,7 @@ private:
     CSize imageSize() const;
     const VLAxis& axis(const char* option, unsigned dimension) const;
     vldv::spectra::feature_filter filter() const;
+    vldv::spectra::threshold_choice threshold() const;
     std::vector<const Feature*> filteredFeatures(bool inverted = false) const;
 
     // Options
@@ -74,16 +82,16 @@ private:
     void RefreshView(bool keepSelection);
     void DoTheFilter();
     void updateSurfaceMask();
+    void updateSurfaceMask(const CRect& part);
     void clearOverlays();
     void UpdateTable();
     CFeaturesTableView* shownTable() const;
-    void openTable();
     void selectFeatureAt(CPoint point);
     void dropBorder();
 
     // The brush
     void paint(CPoint to, bool value, bool begins);
-    void endStroke();
+    void measureMask();
     void removeFeatureAt(CPoint point);
     void chooseMetric(unsigned metric);
 
@@ -96,7 +104,8 @@ private:
     void OnProfileHeight();
     void OnExcludeFiltered();
     void OnFillInner();
-    void OnTable() { openTable(); }
+    void OnTable() { showTable(); }
+    void OnItems();
     void OnUpdateHasFeatures(CCmdUI& ui);
 
     CRect workingRect;
@@ -104,7 +113,6 @@ private:
     vldv::spectra::feature_distribution distribution;
     std::size_t metricIndex = 2; ///< the area
     bool sortDescending = false;
-    bool keepsFeatures = false; ///< the mask is being edited
     CPoint lastBrushPoint;
     bool reloadPending = false, reloadArmed = false;
     CDocument* shownDocument = nullptr; ///< until the window closes, which has left it by then

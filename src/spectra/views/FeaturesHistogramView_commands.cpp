@@ -3,7 +3,7 @@
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "resources/commands.h"
-#include "spectra/figures/feature_edit.h"
+#include "spectra/figures/features/feature_edit.h"
 #include "spectra/figures/frame_edit.h"
 #include "spectra/views/FeaturesHistogramView.h"
 
@@ -21,6 +21,7 @@ bool CFeaturesHistogramView::OnCmdMsg(unsigned id, CCmdUI* ui)
         {commands::excludeFiltered, &view::OnExcludeFiltered, &view::OnUpdateHasFeatures},
         {commands::fillFeatures, &view::OnFillInner, &view::OnUpdateHasFeatures},
         {commands::featuresTable, &view::OnTable},
+        {commands::tableItems, &view::OnItems, &view::OnUpdateHasFeatures},
     };
     // Bars are features here: neither do delimiters cut heights, nor are their distances some of a calibration.
     if (id == commands::cutoff || id == commands::resolution) return false;
@@ -60,11 +61,13 @@ void CFeaturesHistogramView::OnFillInner()
     editImage([&](primitives::height_block heights) { spectra::fill_inner_areas(heights, chosen); });
 }
 
-/// A step of the history leads back to all features, which are then found again.
+/// A step of the image's history leads back to all features, which are then found again: what was painted before is no
+/// step of its own any more.
 void CFeaturesHistogramView::OnExcludeFiltered()
 {
     storageDoc()->pushUndo(imageNumber, true);
-    std::erase_if(search.features(), [this](const Feature& each) { return isFiltered(each); });
+    search.remove([this](const Feature& each) { return isFiltered(each); });
+    search.forgetEdits();
     RefreshView(false);
     Invalidate(true);
 }

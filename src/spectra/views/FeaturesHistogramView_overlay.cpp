@@ -5,9 +5,12 @@
 #include "platform/app/FrameWnd.h"
 #include "platform/app/WinApp.h"
 #include "resources/frame_templates.h"
-#include "spectra/figures/feature_overlay.h"
+#include "spectra/figures/features/feature_overlay.h"
+#include "spectra/figures/features/feature_table.h"
 #include "spectra/views/FeaturesHistogramView.h"
 #include "spectra/views/FeaturesTableView.h"
+#include "spectra/views/items_windows.h"
+#include "view/frame/open_view.h"
 
 #include <algorithm>
 
@@ -72,33 +75,57 @@ void CFeaturesHistogramView::updateSurfaceMask()
     document.set_decoration(spectra::featuresKey, &record, 1, overlayOf, imageNumber);
 }
 
+/// The same for what a stroke has changed.
+void CFeaturesHistogramView::updateSurfaceMask(const CRect& part)
+{
+    const CRect& working = search.working();
+    const CRect inMask(part.left - working.left, part.top - working.top, part.right - working.left,
+                       part.bottom - working.top);
+    storageDoc()->paintDecoration(spectra::featuresKey, imageNumber, part, [&](document::decoration::element& drawn) {
+        spectra::redraw_mask(search.mask(), inMask, drawn.bytes);
+    });
+}
+
 // The brush
 
 void CFeaturesHistogramView::paint(CPoint to, bool value, bool begins)
 {
     if (search.working().IsRectEmpty()) return;
-    if (begins) lastBrushPoint = to;
-    search.paint(intOption("brush_radius"), std::exchange(lastBrushPoint, to), to, value);
-    updateSurfaceMask();
+    if (begins) {
+        lastBrushPoint = to;
+        search.beginEdit();
+        updateSurfaceMask();
+    }
+    updateSurfaceMask(search.paint(intOption("brush_radius"), std::exchange(lastBrushPoint, to), to, value));
 }
 
 /// The features of the painted mask take the place of those that were found.
-void CFeaturesHistogramView::endStroke()
+void CFeaturesHistogramView::measureMask()
 {
     const auto read = readImage();
     if (!read || search.working().IsRectEmpty()) return;
     const CWaitCursor wait;
     search.measureMask(read->searched);
     dropBorder();
+    if (intOption("mask_type") == static_cast<int>(spectra::feature_mask_type::none)) clearOverlays(); // the stroke
     RefreshView(true);
+}
+
+void CFeaturesHistogramView::undoPainting()
+{
+    search.undo();
+    measureMask();
+}
+
+void CFeaturesHistogramView::redoPainting()
+{
+    search.redo();
+    measureMask();
 }
 
 void CFeaturesHistogramView::removeFeatureAt(CPoint point)
 {
-    const auto number = search.featureAt(point);
-    if (!number) return;
-    search.features().erase(search.features().begin() + static_cast<std::ptrdiff_t>(*number));
-    RefreshView(true);
+    if (const auto number = search.featureAt(point)) removeFeatures({&*number, 1});
 }
 
 void CFeaturesHistogramView::chooseMetric(unsigned metric)
@@ -129,20 +156,18 @@ void CFeaturesHistogramView::OnUpdate(CView* sender, std::uint32_t hint, const h
     case hintIncludeDrag:
     case hintIncludeRelease:
         if (isOurs) paint(*point, true, told.code == hintIncludePress);
-        if (isOurs && told.code == hintIncludeRelease) endStroke();
+        if (isOurs && told.code == hintIncludeRelease) measureMask();
         return;
     case hintExcludePress:
     case hintExcludeDrag:
     case hintExcludeRelease:
         if (isOurs) paint(*point, false, told.code == hintExcludePress);
-        if (isOurs && told.code == hintExcludeRelease) endStroke();
+        if (isOurs && told.code == hintExcludeRelease) measureMask();
         return;
     default:
         CHistogramView::OnUpdate(sender, hint, object);
     }
-    if (told.code != document::hintNewData || shownDocument) return;
-    shownDocument = GetDocument();
-    openTable();
+    if (told.code == document::hintNewData) shownDocument = GetDocument();
 }
 
 /// What is drawn stays, as other drawings do; the table has nothing to show.
@@ -162,7 +187,7 @@ void CFeaturesHistogramView::UpdateTable()
     if (CFeaturesTableView* const table = shownTable()) table->featuresChanged(this);
 }
 
-void CFeaturesHistogramView::openTable()
+void CFeaturesHistogramView::showTable()
 {
     if (CFeaturesTableView* const table = shownTable()) {
         if (table->GetParentFrame()) table->GetParentFrame()->ActivateFrame();
@@ -173,6 +198,8 @@ void CFeaturesHistogramView::openTable()
     CFrameWnd* const frame = maker ? maker->CreateNewFrame(GetDocument(), nullptr) : nullptr;
     if (!frame) return;
     maker->InitialUpdateFrame(frame, GetDocument(), true);
+    PositionWindowNearby(frame, 0, legendDown);
+    view::bring_inside(*frame);
     UpdateTable();
 }
 
@@ -183,15 +210,23 @@ void CFeaturesHistogramView::markFeature(std::size_t number)
     document.UpdateAllViews(nullptr, document::hint{document::hintClearMarks, imageNumber}.packed());
     document.UpdateAllViews(nullptr, document::hint{document::hintAddMark, imageNumber}.packed(),
                             features()[number].pixels.front());
+    document.UpdateAllViews(nullptr, document::hint{document::hintShowPoint, imageNumber}.packed(),
+                            features()[number].bounds.CenterPoint());
 }
 
 void CFeaturesHistogramView::removeFeatures(std::span<const std::size_t> numbers)
 {
-    std::vector<Feature>& all = search.features();
+    search.beginEdit();
     std::size_t place = 0;
-    std::erase_if(all, [&](const Feature&) { return std::ranges::binary_search(numbers, place++); });
+    search.remove([&](const Feature&) { return std::ranges::binary_search(numbers, place++); });
     RefreshView(true);
 }
+
+void CFeaturesHistogramView::openItems(std::span<const std::size_t> numbers)
+{
+    spectra::open_items(*this, spectra::items_of(features(), numbers, axes()));
+}
+void CFeaturesHistogramView::OnItems() { openItems({}); }
 
 void CFeaturesHistogramView::selectFeatureAt(CPoint point)
 {

@@ -4,33 +4,12 @@
 #include "document/update_hints.h"
 #include "platform/app/Document.h"
 #include "platform/app/keys.h"
-#include "spectra/figures/feature_table.h"
+#include "resources/commands.h"
+#include "spectra/figures/features/feature_table.h"
 #include "spectra/views/FeaturesHistogramView.h"
+#include "spectra/views/summary_rows.h"
 
 using namespace vldv;
-
-namespace {
-
-using rows = std::vector<std::vector<std::wstring>>;
-
-rows footer_of(std::span<const Feature> features)
-{
-    using summary = spectra::metric_summary;
-    constexpr std::pair<const wchar_t*, double summary::*> lines[] = {{L"Mean", &summary::mean},
-                                                                      {L"Std. dev.", &summary::deviation},
-                                                                      {L"Sum", &summary::sum},
-                                                                      {L"Lowest", &summary::lowest},
-                                                                      {L"Highest", &summary::highest}};
-    const auto all = spectra::summarize(features);
-    rows made;
-    for (const auto& [name, member] : lines) {
-        std::vector<std::wstring>& line = made.emplace_back(1, name);
-        for (const summary& each : all) line.push_back(base::widen(spectra::metric_cell(each.*member)));
-    }
-    return made;
-}
-
-} // namespace
 
 void CFeaturesTableView::featuresChanged(CFeaturesHistogramView* of)
 {
@@ -41,11 +20,9 @@ void CFeaturesTableView::featuresChanged(CFeaturesHistogramView* of)
     if (source) {
         // The metric by which they are sorted says how.
         for (std::size_t i = 0; i < spectra::featureMetrics; ++i)
-            headings.push_back(base::widen(spectra::metric_heading(i, source->axes())) + (i != source->metric() ? L""
-                                                                                          : source->isDescending()
-                                                                                              ? L" \u25BC"
-                                                                                              : L" \u25B2"));
-        footer = footer_of(source->features());
+            headings.push_back(base::widen(spectra::metric_heading(i, source->axes())) +
+                               sortMark(i == source->metric(), source->isDescending()));
+        footer = spectra::summary_rows(spectra::summarize(source->features()));
         note = base::widen(source->countsText());
     }
     showRows();
@@ -85,9 +62,35 @@ void CFeaturesTableView::OnTableRow(unsigned row)
     if (source) source->markFeature(row);
 }
 
+bool CFeaturesTableView::OnCmdMsg(unsigned id, CCmdUI* ui)
+{
+    using view = CFeaturesTableView;
+    static constexpr command_row<view> rows[] = {
+        {commands::tableItems, &view::OnItems, &view::OnUpdateItems},
+        {commands::removeRows, &view::OnRemoveRows, &view::OnUpdateRemoveRows},
+    };
+    return dispatch_command<view>(*this, rows, id, ui) || CGridView::OnCmdMsg(id, ui);
+}
+
+/// One selected row is where the user is; several are what he means.
+void CFeaturesTableView::OnItems()
+{
+    if (!source) return;
+    const std::vector<std::size_t> chosen = selectedRows();
+    source->openItems(chosen.size() > 1 ? chosen : std::vector<std::size_t>());
+}
+void CFeaturesTableView::OnUpdateItems(CCmdUI& ui) { ui.Enable(gridRows() > 0); }
+
+void CFeaturesTableView::OnRemoveRows()
+{
+    if (const std::vector<std::size_t> chosen = selectedRows(); source && !chosen.empty())
+        source->removeFeatures(chosen);
+}
+void CFeaturesTableView::OnUpdateRemoveRows(CCmdUI& ui) { ui.Enable(source && !selectedRows().empty()); }
+
 bool CFeaturesTableView::OnKeyDown(unsigned key)
 {
     if (key != VK_DELETE || !source) return CGridView::OnKeyDown(key);
-    if (const std::vector<std::size_t> chosen = selectedRows(); !chosen.empty()) source->removeFeatures(chosen);
+    OnRemoveRows();
     return true;
 }

@@ -27,8 +27,13 @@ public:
     void OnTableHeading(unsigned column) override;
     void OnTableRow(unsigned row) override;
     bool OnKeyDown(unsigned key) override;
+    bool OnCmdMsg(unsigned id, CCmdUI* ui) override;
 
 private:
+    void OnItems();
+    void OnUpdateItems(CCmdUI& ui);
+    void OnRemoveRows();
+    void OnUpdateRemoveRows(CCmdUI& ui);
     std::wstring titleSuffix() const override { return L" features"; }
 
     CFeaturesHistogramView* source = nullptr;

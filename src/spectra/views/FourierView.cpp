@@ -1,6 +1,7 @@
 #include "spectra/views/FourierView.h"
 
 #include "document/StorageDoc.h"
+#include "document/samples/unmeasured_samples.h"
 #include "document/update_hints.h"
 #include "platform/app/WinApp.h"
 #include "spectra/views/fourier_options.h"
@@ -83,6 +84,10 @@ void CFourierView::LoadData()
     const auto* const samples =
         static_cast<const std::int16_t*>(storageDoc()->getImageDataS(imageNumber, subImageNumber));
     spectrum.transform({samples, count}, size.cx, size.cy);
+    unmeasured = 0;
+    for (const primitives::sample_run& each :
+         document::unmeasured_samples(*storageDoc(), imageNumber).of(subImageNumber))
+        unmeasured += each.count;
     control.keepWithin(size);
     RefreshDisplay();
 }

@@ -110,8 +110,9 @@ private:
     vldv::spectra::spectrum_control control;
     CScale scale;
     vldv::view::window_fitter fitter;
-    CPoint pressed;         ///< where the button went down
-    bool isClick = false;   ///< and has not moved since
-    bool isWriting = false; ///< the image gets what the spectrum shows already
+    CPoint pressed;             ///< where the button went down
+    std::size_t unmeasured = 0; ///< samples that went into the spectrum as they are
+    bool isClick = false;       ///< and has not moved since
+    bool isWriting = false;     ///< the image gets what the spectrum shows already
     bool isRenderPending = false;
 };

@@ -174,6 +174,12 @@ void CFourierView::OnDrawLegend(CDC& dc)
     dc.SetTextColor(light);
     dc.SetBkColor(dark);
     if (isOptionOn("ShowZScale")) drawStrip(dc);
+    if (unmeasured > 0) {
+        dc.SetTextAlign(TA_LEFT | TA_BOTTOM);
+        dc.TextOut(displayRect.left + CorrectDPISize(4), displayRect.bottom - CorrectDPISize(4),
+                   base::widen(base::formatted("Points not measured: %lu", static_cast<unsigned long>(unmeasured))));
+        dc.SetTextAlign(TA_LEFT | TA_TOP);
+    }
     const spectra::wave step = spectra::wave_at(grid(), 1.0, 0.0);
     if (isOptionOn("ShowFrequencyScale") && step.fx != 0.0) {
         constexpr int lowerRight = 3;

@@ -12,6 +12,7 @@
 #include "view/axes/axis_options.h"
 
 #include <algorithm>
+#include <string_view>
 
 using namespace vldv;
 
@@ -52,11 +53,14 @@ spectra::height_histogram CHistogramView::makeHistogram()
     if (!source || source->array_type() != SPM_ARRAY_INT16) return {};
     document::measured_samples measured(*storageDoc(), imageNumber);
     const document::rising_heights heights(measured.of(subImageNumber), valueAxis());
+    return spectra::make_histogram(heights.samples(), heights.axis(), manualBars());
+}
+
+std::optional<unsigned> CHistogramView::manualBars()
+{
     constexpr int manual = 1;
-    const std::optional<unsigned> bars = intOption("NBars") == manual
-                                             ? std::optional(static_cast<unsigned>(intOption("NBars.manual.count")))
-                                             : std::nullopt;
-    return spectra::make_histogram(heights.samples(), heights.axis(), bars);
+    if (intOption("NBars") != manual) return std::nullopt;
+    return static_cast<unsigned>(intOption("NBars.manual.count"));
 }
 
 std::string CHistogramView::valueUnits() const { return valueAxis().get_units(); }
@@ -122,6 +126,23 @@ void CHistogramView::GetOptionsList(SPMVar* vars, unsigned* count)
     view::tie_plain_margins(vars, std::min(before, *count));
     for (unsigned i = before; i < std::min(all, *count); ++i) vars[i] = own[i - before];
     *count = std::min(all, *count);
+}
+
+std::vector<SPMVar> CHistogramView::optionsWithoutAxis()
+{
+    unsigned count = 0;
+    CHistogramView::GetOptionsList(nullptr, &count);
+    std::vector<SPMVar> all(count);
+    CHistogramView::GetOptionsList(all.data(), &count);
+    std::erase_if(all, [](const SPMVar& each) { return std::string_view(each.get_name()) == "AxisZ"; });
+    return all;
+}
+
+void CHistogramView::giveOptions(const std::vector<SPMVar>& all, SPMVar* vars, unsigned* count)
+{
+    const auto wanted = static_cast<unsigned>(all.size());
+    *count = vars ? std::min(*count, wanted) : wanted;
+    if (vars) std::copy_n(all.begin(), *count, vars);
 }
 
 /// The bars stay; what stands below them does not.

@@ -6,6 +6,7 @@
 #include "view/ImageView.h"
 #include "vldv_api.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,6 +65,12 @@ protected:
     void putDelimiters(double first, double second);
     void setText(std::wstring text_) { text = std::move(text_); }
     const SPMDataStream* stream() const;
+    /// How many bars the user wants; nothing: that is worked out.
+    std::optional<unsigned> manualBars();
+    /// The options of a histogram of something else than heights.
+    std::vector<SPMVar> optionsWithoutAxis();
+    /// Answers `GetOptionsList`.
+    static void giveOptions(const std::vector<SPMVar>& all, SPMVar* vars, unsigned* count);
 
 private:
     // Options

@@ -10,7 +10,7 @@ namespace {
 
 constexpr view::option_row rows[] = {
     {"threshold(Threshold)", ""},
-    {"threshold.mode(Mode),enum,Auto,Manual", "Auto"},
+    {"threshold.mode(Mode),enum,Auto,Manual,Otsu,Watershed", "Auto"},
     {"threshold.manual.level(Level),double,0,1", "0.2"},
     {"mask_type(Mask type),enum,None,Mask,Contour,Skeleton", "Contour"},
     {"show_marks(Show marks),boolean", "false"},
@@ -21,6 +21,7 @@ constexpr view::option_row rows[] = {
 };
 /// Behind the choices of axes.
 constexpr view::option_row moreRows[] = {
+    {"threshold.depth(Depth of valleys),double,0,1", "0.1"},
     {"exclude_border(Leave out features on the border),boolean", "false"},
 };
 

@@ -20,6 +20,11 @@ protected:
     /// Shows all anew.
     void showRows();
     std::vector<std::size_t> selectedRows() const;
+    /// Behind the heading of the column by which rows are sorted; nothing behind others.
+    static const wchar_t* sortMark(bool isSorted, bool isDescending) noexcept
+    {
+        return !isSorted ? L"" : isDescending ? L" \u25BC" : L" \u25B2";
+    }
 
 private:
     std::wstring rowText(std::size_t row) const;

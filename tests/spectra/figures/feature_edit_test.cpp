@@ -1,9 +1,9 @@
 // What is done with features: filter, brush, removal, holes, heights of profiles, drawings.
 #include "feature_fixture.h"
-#include "spectra/figures/feature_brush.h"
-#include "spectra/figures/feature_edit.h"
-#include "spectra/figures/feature_filter.h"
-#include "spectra/figures/feature_overlay.h"
+#include "spectra/figures/features/feature_brush.h"
+#include "spectra/figures/features/feature_edit.h"
+#include "spectra/figures/features/feature_filter.h"
+#include "spectra/figures/features/feature_overlay.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #pragma once
 #include "primitives/map/bit_image.h"
-#include "spectra/figures/feature_list.h"
+#include "spectra/figures/features/feature_list.h"
 
 #include <cmath>
 #include <string>

@@ -1,7 +1,7 @@
 // Lengths and form factors of features do not depend on how the image lies.
 #include "feature_fixture.h"
 #include "formats/registry.h"
-#include "spectra/figures/feature_levels.h"
+#include "spectra/figures/features/feature_levels.h"
 #include "support/sample_checks.h"
 
 #include <algorithm>

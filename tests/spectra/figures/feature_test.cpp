@@ -1,6 +1,6 @@
 // Features: what is found, its outline and skeleton, and the ten metrics in closed form.
 #include "feature_fixture.h"
-#include "spectra/figures/feature_levels.h"
+#include "spectra/figures/features/feature_levels.h"
 
 #include <gtest/gtest.h>
 #include <numbers>

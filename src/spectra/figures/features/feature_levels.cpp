@@ -1,9 +1,10 @@
-#include "spectra/figures/feature_levels.h"
+#include "spectra/figures/features/feature_levels.h"
 
 #include "base/streams/rounding.h"
 #include "primitives/map/range.h"
 #include "primitives/map/threshold.h"
 #include "primitives/numeric.h"
+#include "spectra/figures/features/otsu.h"
 
 #include <algorithm>
 #include <cmath>
@@ -47,6 +48,14 @@ feature_levels find_levels(primitives::const_height_block heights, std::optional
     // Without a given level: half way from the mean to the highest, but no more than two standard deviations above the
     // base.
     return {zero, raw_level(std::min((of.highest + of.mean) * 0.5, zero + 2.0 * of.deviation))};
+}
+
+feature_levels find_levels(primitives::const_height_block heights, const threshold_choice& choice)
+{
+    feature_levels levels =
+        find_levels(heights, choice.mode == threshold_mode::manual ? std::optional(choice.level) : std::nullopt);
+    if (choice.mode == threshold_mode::otsu) levels.threshold = otsu_threshold(heights);
+    return levels;
 }
 
 } // namespace vldv::spectra

@@ -2,7 +2,7 @@
 #include "base/VLAxis.h"
 #include "platform/draw/geometry.h"
 #include "primitives/map/threshold.h"
-#include "spectra/figures/feature.h"
+#include "spectra/figures/features/feature.h"
 #include "vldv_api.h"
 
 #include <cstdint>

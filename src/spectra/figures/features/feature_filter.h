@@ -1,5 +1,6 @@
 #pragma once
-#include "spectra/figures/feature.h"
+#include "spectra/figures/features/feature.h"
+#include "spectra/figures/features/value_distribution.h"
 
 #include <cstdint>
 #include <optional>
@@ -9,18 +10,14 @@
 namespace vldv::spectra {
 
 /// How many features have which value of a metric.
-struct feature_distribution {
+struct feature_distribution : value_distribution {
     std::size_t metric = 0;
-    double valueMin = 0.0, valueMax = 0.0, valueRange = 1.0; ///< the range is 1 where all values are equal
-    std::vector<std::uint32_t> bins;                         ///< at least one
-    std::uint32_t peakCount = 0;
 };
 /// \param bars  how many bins; by default as many as features
 [[nodiscard]] feature_distribution distribute(std::span<const Feature> features, std::size_t metric,
                                               std::optional<unsigned> bars = {});
-
-/// A value's place along the chart, from 0 to 1.
-[[nodiscard]] double share_of(const feature_distribution& distribution, double value) noexcept;
+/// A metric of all features, in their order.
+[[nodiscard]] std::vector<double> metric_values(std::span<const Feature> features, std::size_t metric);
 
 /// Two places along the chart, as shares of its width, and which features pass: those in the bins of both and between
 /// them, or the others. Crossed places have nothing between them.

@@ -1,4 +1,4 @@
-#include "spectra/figures/feature_list.h"
+#include "spectra/figures/features/feature_list.h"
 
 #include "primitives/mask/boundary.h"
 #include "primitives/mask/mask_position.h"

@@ -1,8 +1,8 @@
 #pragma once
 #include "primitives/map/bit_image.h"
 #include "primitives/resample/resample.h"
-#include "spectra/figures/feature.h"
-#include "spectra/figures/feature_metrics.h"
+#include "spectra/figures/features/feature.h"
+#include "spectra/figures/features/feature_metrics.h"
 #include "vldv_api.h"
 
 #include <memory>

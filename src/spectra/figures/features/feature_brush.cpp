@@ -1,4 +1,4 @@
-#include "spectra/figures/feature_brush.h"
+#include "spectra/figures/features/feature_brush.h"
 
 #include "base/streams/rounding.h"
 

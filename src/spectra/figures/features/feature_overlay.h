@@ -2,7 +2,7 @@
 #include "base/VLAxis.h"
 #include "document/plugin_decoration.h"
 #include "primitives/map/bit_image.h"
-#include "spectra/figures/feature.h"
+#include "spectra/figures/features/feature.h"
 
 #include <cstdint>
 #include <functional>
@@ -29,6 +29,7 @@ public:
     }
     void put(CPoint point, unsigned char value) noexcept;
     std::span<const unsigned char> bytes() const noexcept { return bits; }
+    std::span<unsigned char> bytes() noexcept { return bits; }
     /// The drawing over the rectangle in units of the axes; valid while this lives and is not changed.
     VLPluginDecoration record(const VLAxis& x, const VLAxis& y, const char* key, std::uint32_t color);
 
@@ -47,5 +48,7 @@ feature_overlays draw_features(std::span<const Feature> features, const std::fun
 
 /// Where a mask that is being painted is clear, as 1.
 feature_overlay draw_mask(const primitives::bit_image& mask, const CRect& working);
+/// The same in a part of the bytes of such a drawing. \param part  of the mask, inside it
+void redraw_mask(const primitives::bit_image& mask, const CRect& part, std::span<unsigned char> bytes);
 
 } // namespace vldv::spectra

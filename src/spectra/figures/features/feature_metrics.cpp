@@ -1,4 +1,4 @@
-#include "spectra/figures/feature_metrics.h"
+#include "spectra/figures/features/feature_metrics.h"
 
 #include "base/streams/rounding.h"
 #include "base/units.h"

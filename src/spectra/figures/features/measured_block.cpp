@@ -1,4 +1,4 @@
-#include "spectra/figures/measured_block.h"
+#include "spectra/figures/features/measured_block.h"
 
 #include <algorithm>
 #include <limits>

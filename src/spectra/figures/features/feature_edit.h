@@ -1,7 +1,7 @@
 #pragma once
 #include "base/VLAxis.h"
 #include "primitives/resample/resample.h"
-#include "spectra/figures/feature.h"
+#include "spectra/figures/features/feature.h"
 
 #include <optional>
 #include <span>

@@ -1,4 +1,4 @@
-#include "spectra/figures/feature_edit.h"
+#include "spectra/figures/features/feature_edit.h"
 
 #include "base/streams/rounding.h"
 #include "base/text.h"

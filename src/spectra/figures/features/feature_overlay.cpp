@@ -1,4 +1,4 @@
-#include "spectra/figures/feature_overlay.h"
+#include "spectra/figures/features/feature_overlay.h"
 
 namespace vldv::spectra {
 
@@ -62,10 +62,20 @@ feature_overlays draw_features(std::span<const Feature> features, const std::fun
 feature_overlay draw_mask(const primitives::bit_image& mask, const CRect& working)
 {
     feature_overlay made(working, 1);
-    for (int y = 0; y < mask.height(); ++y)
-        for (int x = 0; x < mask.width(); ++x)
-            if (mask.test(x, y)) made.put(CPoint{x, y} + CSize{working.left, working.top}, 0);
+    redraw_mask(mask, CRect(0, 0, mask.width(), mask.height()), made.bytes());
     return made;
+}
+
+void redraw_mask(const primitives::bit_image& mask, const CRect& part, std::span<unsigned char> bytes)
+{
+    const auto width = static_cast<std::size_t>(mask.width());
+    if (bytes.size() < width * static_cast<std::size_t>(mask.height())) return;
+    for (int y = part.top; y < part.bottom; ++y) {
+        const std::uint64_t* const bits = mask.row(y);
+        unsigned char* const row = bytes.data() + static_cast<std::size_t>(y) * width;
+        for (int x = part.left; x < part.right; ++x)
+            row[x] = (bits[x / primitives::bitsOfWord] >> (x % primitives::bitsOfWord) & 1) == 0;
+    }
 }
 
 } // namespace vldv::spectra
